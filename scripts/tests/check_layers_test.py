@@ -1,0 +1,97 @@
+#!/usr/bin/env python3
+"""Proves that check-layers accepts a good tree and finds each kind of violation in a bad one."""
+
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+SCRIPT = pathlib.Path(__file__).resolve().parent.parent / "check-layers"
+
+GOOD = {
+    "src/base/errors.h": "#include <string>\n",
+    "src/base/errors.cpp": '#include "base/errors.h"\n\n#include <vector>\n',
+    "src/contracts/installer_ui.h": '#include "base/errors.h"\n',
+    "src/platform/file_system.h": '#include "base/errors.h"\n',
+    "src/platform/posix/file_system.cpp": '#include "platform/file_system.h"\n#include <unistd.h>\n#ifdef __linux__\n#endif\n',
+    "src/platform/windows/file_system.cpp": '#include "platform/file_system.h"\n#include <windows.h>\n',
+    "src/package/cabinet.h": "#include <zlib.h>\n",
+    "src/ui/navigator.h": '#include "contracts/installer_ui.h"\n',
+    "src/ui/console/prompt.h": '#include "ui/navigator.h"\n',
+    "src/ui/gui/frame.h": "#include <wx/frame.h>\n#include <png.h>\n",
+    "src/session/installer.h": '#include "ui/navigator.h"\n',
+    "src/installer/main.cpp": '#include "session/installer.h"\n#include "ui/console/prompt.h"\n',
+    "src/packager/main.cpp": '#include "package/cabinet.h"\n// #include <windows.h>\n/* #ifdef _WIN32 */\n',
+    "tests/base/errors_test.cpp": '#include "base/errors.h"\n#include <gtest/gtest.h>\n',
+    "tests/platform/posix/file_system_test.cpp": "#include <unistd.h>\n",
+}
+
+# (file, its text, what the message must contain; the line is the last one of the text)
+BAD = [
+    ("src/base/up.h", '#include "platform/file_system.h"', "base must not include platform"),
+    ("src/contracts/up.h", '#include "platform/file_system.h"', "contracts must not include platform"),
+    ("src/text/side.h", '#include "contracts/installer_ui.h"', "text must not include contracts"),
+    ("src/package/low.h", '\n#include "platform/file_system.h"', "package must not include platform"),
+    ("src/ui/front.h", '#include "ui/console/prompt.h"', "ui must not include ui/console"),
+    ("src/ui/console/side.h", '#include "ui/gui/frame.h"', "ui/console must not include ui/gui"),
+    ("src/session/front.h", '#include "ui/console/prompt.h"', "session must not include ui/console"),
+    ("src/session/low.h", '#include "platform/file_system.h"', "session must not include platform"),
+    ("src/packager/side.h", '#include "session/installer.h"', "packager must not include session"),
+    ("src/platform/posix/side.h", '#include "platform/windows/x.h"', "platform/posix must not include platform/windows"),
+    ("src/installer/low.h", '#include "platform/windows/x.h"', "installer must not include platform/windows"),
+    ("src/base/relative.h", '#include "errors.h"', "not a header below src/"),
+    ("src/base/missing.h", '#include "base/nothing.h"', "not a header below src/"),
+    ("src/base/system.h", "#include <windows.h>", "<windows.h> is not a C++ standard header"),
+    ("src/engine/system.h", "#include <sys/stat.h>", "<sys/stat.h> is not a C++ standard header"),
+    ("src/platform/system.h", "#include <unistd.h>", "<unistd.h> is not a C++ standard header"),
+    ("src/engine/library.h", "#include <zlib.h>", "<zlib.h> is only for package"),
+    ("src/ui/toolkit.h", "#include <wx/string.h>", "<wx/string.h> is only for ui/gui"),
+    ("src/ui/console/picture.h", "#include <png.h>", "<png.h> is only for ui/gui"),
+    ("src/base/ask1.cpp", "#ifdef _WIN32", "platform conditional (_WIN32)"),
+    ("src/base/ask2.cpp", "#if defined(__linux__)", "platform conditional (__linux__)"),
+    ("src/base/ask3.cpp", "#if 1\n#elif defined(__MINGW32__)", "platform conditional (__MINGW32__)"),
+    ("src/base/ask4.cpp", "#ifndef __unix__", "platform conditional (__unix__)"),
+    ("src/platform/ask5.h", "  #  if defined(_WIN64)", "platform conditional (_WIN64)"),
+    ("src/wini/own.cpp", '#include <string>', "the first include must be the own header"),
+    ("src/platform/posix/own.cpp", "#include <unistd.h>", "the first include must be the own header"),
+    ("src/stray/x.h", "", "is in no known layer"),
+    ("src/x.h", "", "is in no known layer"),
+    ("tests/base/system_test.cpp", "#include <unistd.h>", "not for tests outside tests/platform"),
+    ("tests/base/ask_test.cpp", "#ifdef _WIN32", "platform conditional (_WIN32)"),
+]
+HELPERS = {"src/platform/windows/x.h": "", "src/wini/own.h": "", "src/platform/own.h": ""}
+
+
+def check(files):
+    with tempfile.TemporaryDirectory() as root:
+        for name, text in files.items():
+            path = pathlib.Path(root, name)
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(text)
+        done = subprocess.run([SCRIPT, root], capture_output=True, text=True, check=False)
+        return done.returncode, done.stdout.splitlines(), done.stderr
+
+
+class CheckLayersTest(unittest.TestCase):
+    def test_accepts_a_good_tree(self):
+        self.assertEqual(check(GOOD), (0, [], ""))
+
+    def test_finds_each_violation_at_its_line(self):
+        for name, text, message in BAD:
+            with self.subTest(name):
+                code, lines, _ = check({**GOOD, **HELPERS, name: text + "\n"})
+                self.assertEqual(code, 1)
+                self.assertEqual(len(lines), 1, lines)
+                self.assertTrue(lines[0].startswith(f"{name}:{text.count(chr(10)) + 1}: "), lines)
+                self.assertIn(message, lines[0])
+
+    def test_reports_all_violations_of_a_tree(self):
+        code, lines, _ = check({**GOOD, **HELPERS, **{name: text + "\n" for name, text, _ in BAD}})
+        self.assertEqual((code, len(lines)), (1, len(BAD)))
+
+    def test_a_tree_without_sources_is_an_error(self):
+        self.assertEqual(check({"tests/x.h": ""})[0], 2)
+
+
+if __name__ == "__main__":
+    unittest.main()
