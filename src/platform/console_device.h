@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// Standard input and output as a person at a terminal, a pipe or a file sees them. Text is UTF-8 with line
+// feeds; the device turns them into what the system wants.
+namespace platform {
+
+enum class ReadStatus {
+    kLine,         // something was read
+    kEnd,          // the input is closed or at its end
+    kInterrupted,  // interruptInput was called
+};
+
+class ConsoleDevice {
+public:
+    virtual ~ConsoleDevice() = default;
+
+    // Buffered; flush hands everything to the system. Both return false once the output has failed (closed
+    // early, disk full); later output is dropped.
+    virtual bool write(std::string_view text) = 0;
+    virtual bool flush() = 0;
+    virtual bool writeError(std::string_view text) = 0;  // standard error, unbuffered
+
+    // Reads up to and with a line feed, or `maxBytes` bytes, whichever comes first; what is left of the line
+    // is given to the next read, as fgets does. `outLine` keeps the line feed.
+    virtual ReadStatus readLine(std::string& outLine, std::size_t maxBytes) = 0;
+    // One key without echo (from a pipe: one byte). The terminal's settings are restored before it returns.
+    virtual ReadStatus readKey(int& outKey) = 0;
+
+    // From any thread, any number of times: a read that blocks, and each later one, returns kInterrupted.
+    virtual void interruptInput() = 0;
+
+    // The window of standard output in character cells. False when it is no terminal.
+    virtual bool windowSize(int& outColumns, int& outRows) = 0;
+    virtual bool isInputTerminal() = 0;
+    virtual bool isOutputTerminal() = 0;
+};
+
+ConsoleDevice& systemConsole();
+
+// The events of the console control handler, by the numbers of Windows. On Linux SIGINT is kInterrupt,
+// SIGHUP kClose, SIGTERM kShutdown.
+enum class ControlEvent : int { kInterrupt = 0, kBreak = 1, kClose = 2, kLogoff = 5, kShutdown = 6 };
+
+// Called on a thread of its own, possibly several times and on several threads. True means that the event
+// is dealt with; false lets the system's default end the process.
+using ControlHandler = bool (*)(ControlEvent event);
+
+// Installs the one handler of the process. False when the system refuses.
+bool setControlHandler(ControlHandler handler);
+
+}  // namespace platform

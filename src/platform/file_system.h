@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The file operations of the operating system. Paths are UTF-8 and may mix `/` and `\`; on Linux each call
+// turns `\` into `/` and drops a leading drive ("C:"). A status is 0 or the system's own error number
+// (errno, GetLastError): above this layer it is only compared with 0 or printed.
+namespace platform {
+
+enum Access : std::uint32_t { kRead = 1, kWrite = 2 };
+
+// What others may do with the file while it is open. Enforced on Windows only.
+enum Share : std::uint32_t { kShareNone = 0, kShareRead = 1, kShareWrite = 2, kShareDelete = 4 };
+
+enum class Disposition {
+    kOpenExisting,   // fails when there is no file
+    kOpenOrCreate,   // keeps the content
+    kCreateAlways,   // empties what is there
+    kCreateNew,      // fails when there is anything of that name, a link included
+    kCreatePrivate,  // as kCreateNew, and readable and writable by this user alone
+};
+
+struct OpenOptions {
+    std::uint32_t access = kRead;
+    std::uint32_t share = kShareRead;
+    Disposition disposition = Disposition::kOpenExisting;
+    bool sequential = false;  // a hint: the file will be read from front to back
+};
+
+enum class Origin { kStart, kCurrent, kEnd };
+
+// An open file; closed by its destructor. Used by one thread at a time.
+class File {
+public:
+    virtual ~File() = default;
+
+    // `outDone` gets the bytes moved, also after a failure. Reading 0 bytes with status 0 is the file's end.
+    // A status of 0 from write means that all bytes were handed to the system.
+    virtual int read(void* buffer, std::uint32_t size, std::uint32_t& outDone) = 0;
+    virtual int write(const void* buffer, std::uint32_t size, std::uint32_t& outDone) = 0;
+    virtual int seek(std::int64_t distance, Origin origin, std::int64_t& outPosition) = 0;
+    virtual std::int64_t size() = 0;  // in bytes; -1 on failure
+    virtual int truncateHere() = 0;   // the file ends at the present position
+    virtual int flush() = 0;
+    // Reports what the system only tells at the end (a full disk, say). The object is closed in any case.
+    virtual int close() = 0;
+};
+
+struct DirectoryEntry {
+    std::string name;  // without the directory
+    bool isDirectory = false;
+};
+
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    // `outFile` is null after a failure. A directory can't be opened.
+    virtual int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) = 0;
+
+    virtual bool exists(const char* path) = 0;  // of any kind
+    virtual bool isDirectory(const char* path) = 0;
+    // From the directory entry, without opening; -1 when there is none or it is a directory.
+    virtual std::int64_t fileSize(const char* path) = 0;
+
+    virtual int removeFile(const char* path) = 0;
+    // A rename on one volume; fails when `to` exists and across volumes.
+    virtual int moveFile(const char* from, const char* to) = 0;
+    // As moveFile, but takes the place of an existing file in one step.
+    virtual int replaceFile(const char* from, const char* to) = 0;
+    virtual int createDirectory(const char* path) = 0;  // one level
+    virtual int removeDirectory(const char* path) = 0;  // an empty one
+    // The entries without "." and "..", in no certain order; `outEntries` is emptied first.
+    virtual int list(const char* path, std::vector<DirectoryEntry>& outEntries) = 0;
+    // Marks a file as a program (Linux: the execute bits that match its read bits; Windows: nothing).
+    virtual int makeExecutable(const char* path) = 0;
+
+    // The directory for temporary files without a trailing separator. False on failure.
+    virtual bool temporaryDirectory(std::string& outPath) = 0;
+    // Forms the path of a temporary file from a prefix and a non-zero number; the file isn't created.
+    virtual bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) = 0;
+};
+
+// The machine's file system. One object for the whole process, usable by any thread.
+FileSystem& systemFileSystem();
+
+}  // namespace platform

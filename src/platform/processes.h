@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+struct ProcessInfo {
+    std::uint32_t id = 0;
+    std::string name;  // base name of the executable
+    std::string path;  // full path of the executable; empty when it can't be read
+};
+
+// A program that was started. Destroying it neither waits nor ends the program.
+class ChildProcess {
+public:
+    virtual ~ChildProcess() = default;
+    // True when the program has ended; waits up to `milliseconds` for that (0: only looks).
+    virtual bool wait(std::uint32_t milliseconds) = 0;
+    // Of an ended program; on Linux 128 plus the signal's number when a signal ended it.
+    virtual int exitCode() = 0;
+};
+
+class Processes {
+public:
+    virtual ~Processes() = default;
+
+    // The running processes whose executable can be told. False when the system refuses.
+    virtual bool list(std::vector<ProcessInfo>& outProcesses) = 0;
+    // Ends a process: at once on Windows; on Linux politely first, then hard after `politeMilliseconds`.
+    // True when the process was told to end.
+    virtual bool terminate(std::uint32_t id, std::uint32_t politeMilliseconds) = 0;
+    // Starts a program from one command line: words by blanks, double quotes keep blanks together, and the
+    // first word is the program. No handles are inherited but the standard streams. `workDirectory` may be
+    // empty. Null on failure, with the system's error number in `outError`.
+    virtual std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
+                                                int& outError) = 0;
+    virtual std::uint32_t currentId() = 0;
+};
+
+Processes& systemProcesses();
+
+}  // namespace platform
