@@ -1,0 +1,110 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+class InstallerUI;
+class SharedBuffer;
+class ColourTheme;
+struct DialogDesc;
+struct DialogElementDesc;
+struct DialogFieldDesc;
+struct DialogButtonDesc;
+struct TaskDesc;
+
+// The session, as the front ends see it. Text getters fill `buffer` of `size` bytes, terminator included, and
+// return 0 for success or a negative number unless told otherwise. Records belong to the session and stay
+// valid until it is released. A `sub` of -1 means the dialog itself; a bad index gives null, 0 or -1. All of
+// it is for the thread that called run, but for `cancel`.
+class InstallExchangeInfo {
+public:
+    virtual ~InstallExchangeInfo() = default;
+
+    virtual int getFullName(char* buffer, int size) = 0;
+    virtual int getTitle(char* buffer, int size) = 0;
+    virtual int getMajorVersion(char* buffer, int size) = 0;
+    virtual int getVersion(char* buffer, int size) = 0;
+    virtual int getWebsite(char* buffer, int size) = 0;
+    virtual int getSupportEmail(char* buffer, int size) = 0;
+    // These four expand variables: 1 when the expansion gave nothing.
+    virtual int getInstallLogFile(char* buffer, int size) = 0;
+    virtual int getInstallBackupFile(char* buffer, int size) = 0;
+    virtual int getUninstallCmd(char* buffer, int size) = 0;
+    virtual int getUninstallXmlFile(char* buffer, int size) = 0;
+    virtual int getTemporaryFileName(char* buffer, int size) = 0;
+    virtual int getInstallHelpUrl(char* buffer, int size) = 0;
+
+    // 0 none, 1 in the list of installed applications, 2 found by its log file only.
+    virtual int getPreviousInstallationKind() = 0;
+    virtual bool isUninstalling() = 0;
+
+    // The content of a cabinet entry; `outDigest`, when not null, gets its MD5. 0 or -1.
+    virtual int readAlias(SharedBuffer& outBuffer, const char* alias,
+                          std::array<std::uint8_t, 16>* outDigest) = 0;
+    // The result is always -1; `buffer` tells whether the alias was found.
+    virtual int getFilePathByAlias(const char* alias, char* buffer, int size) = 0;
+
+    virtual DialogDesc* getDialog(int dialog, int sub) = 0;
+    virtual int getDialogCount() = 0;
+    virtual int getDialogWidth(int dialog) = 0;
+    virtual int getDialogHeight(int dialog) = 0;
+    virtual int getSubDialogCount(int dialog) = 0;
+    virtual int getCurrentDialog() = 0;
+    virtual int getCurrentSubDialog() = 0;
+    // What of a page hangs on a variable: a set of RefreshFlag.
+    virtual std::uint32_t getRefreshFlags(const char* variable, int dialog, int sub) = 0;
+    virtual DialogElementDesc* getElement(int dialog, int index, int sub) = 0;
+    virtual int getElementCount(int dialog, int sub) = 0;
+    virtual DialogButtonDesc* getDialogItem(int dialog, int index, int sub) = 0;
+    virtual int getDialogItemCount(int dialog, int sub) = 0;
+    virtual DialogFieldDesc* getField(int dialog, int index, int sub) = 0;
+    virtual int getTaskCount(int dialog) = 0;
+    virtual TaskDesc* getTask(int dialog, int index) = 0;
+    virtual const ColourTheme& getColourTheme() = 0;
+    virtual void setColourTheme(const ColourTheme& theme) = 0;
+    virtual int getFieldCount(int dialog, int sub) = 0;
+
+    virtual bool isCancelled() = 0;
+    virtual bool isFinished() = 0;
+    virtual bool hasErrors() = 0;
+
+    // Overrides the path of the own image; null or empty takes the override away.
+    virtual void setApplicationPath(const char* path) = 0;
+    // The directory of the own image, or what was set.
+    virtual int getApplicationPath(char* buffer, int size) = 0;
+
+    // Runs the condition of the present page: 2 when it has none, else 0 or 1.
+    virtual int checkDialogCondition(InstallerUI* ui) = 0;
+    virtual void setUiState(std::int32_t state) = 0;
+    virtual std::int32_t getUiState() = 0;
+
+    // Bracket expansion: the bytes that the whole text needs with its terminator; 0 when there is nothing to
+    // expand or, with `stopOnMissing`, a variable is missing. `destination` may be null to measure.
+    virtual int expandVariables(const char* source, char* destination, int size, bool stopOnMissing) = 0;
+    virtual int getDefaultValue(const char* name, char* buffer, int size) = 0;
+    // The variable's index, -2 for a predefined one or the environment's, -1 when there is none.
+    virtual int getVariable(const char* name, char* buffer, int size) = 0;
+    virtual int setVariable(const char* name, const char* value) = 0;
+    // 1 true, 0 false, -1 broken; every caller tests for non-zero.
+    virtual int evaluateCondition(const char* text) = 0;
+
+    virtual void performAction(InstallerUI* ui, const char* text) = 0;
+    virtual int shift(InstallerUI* ui, int count) = 0;
+    virtual bool openInDefaultBrowser(const char* url) = 0;
+    virtual int dialogBack(InstallerUI* ui, int count) = 0;
+    virtual int dialogNext(InstallerUI* ui, int count) = 0;
+    // Any thread. -1 without a front end, else 0.
+    virtual int cancel(InstallerUI* ui) = 0;
+    virtual int goToDialog(int dialog, InstallerUI* ui) = 0;
+    virtual int goToSubdialog(int dialog, int sub, InstallerUI* ui) = 0;
+    virtual void runTriggers(InstallerUI* ui, std::uint32_t when, int dialog, int sub) = 0;
+    virtual void refreshTaskStates(InstallerUI* ui) = 0;
+    virtual void updateTaskState(InstallerUI* ui, int dialog, int task, std::int32_t state) = 0;
+    virtual void showHelp(InstallerUI* ui) = 0;
+
+    virtual bool isThemed() = 0;
+    // 0x00BBGGRR, or -1 when not set.
+    virtual std::int32_t getThemeColour(int index) = 0;
+    virtual void getDialogColours(int dialog, int sub, std::int32_t& outBackground,
+                                  std::int32_t& outForeground) = 0;
+};
