@@ -1,4 +1,11 @@
 # One place for the flags that every target shares.
+if(NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+  find_program(CCACHE ccache)
+  if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  endif()
+endif()
+
 add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Werror
   -fno-strict-aliasing -ffunction-sections -fdata-sections)
@@ -20,6 +27,8 @@ elseif(NOT WIN32 AND NOT TANDREL_FUZZ)
 endif()
 
 if(TANDREL_FUZZ)
+  # Another compiler with other warnings; the compiler of the programs is the judge of the sources.
+  add_compile_options(-Wno-error -Wno-format-nonliteral)
   add_compile_options(-O1 -g -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
   add_link_options(-fsanitize=address,undefined)
 endif()

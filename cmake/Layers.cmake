@@ -25,6 +25,9 @@ function(tandrel_layer name)
   endif()
 endfunction()
 
+# All programs of the system, without tests.
+add_custom_target(programs)
+
 # tandrel_program(NAME FOLDER LAYER...): an executable in <build>/bin from FOLDER/main.cpp.
 function(tandrel_program name folder)
   if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/main.cpp)
@@ -41,4 +44,5 @@ function(tandrel_program name folder)
     target_link_options(${name} PRIVATE -s)
   endif()
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  add_dependencies(programs ${name})
 endfunction()

@@ -4,18 +4,10 @@
 # The template prefix takes seconds and 700 MB, a clone 0.1 s and 10 MB: only the tree of system DLLs is shared, by
 # hard links, because Wine rewrites other files in place and would change the template through a link.
 
+. "$(dirname "${BASH_SOURCE[0]}")/cache.sh"
+
 # Raise this when the recipe of the template changes, so that old templates are not used any more.
 tandrel_wine_recipe=1
-
-tandrel_cache_directory() {
-    if [ -n "${TANDREL_CACHE:-}" ]; then
-        echo "$TANDREL_CACHE"
-    elif [ -n "${XDG_CACHE_HOME:-}" ]; then
-        echo "$XDG_CACHE_HOME/tandrel"
-    else
-        echo "${HOME:-/tmp/tandrel-cache-$(id -u)}/.cache/tandrel"
-    fi
-}
 
 tandrel_wine_directory() {
     local version

@@ -1,0 +1,49 @@
+# The front door. Every target first installs what it needs (scripts/install-dependencies, quick when nothing is
+# missing); what the targets do is in scripts/, and cmake with its presets works without them as well.
+
+.PHONY: help build windows demo test lint fuzz bench dist clean
+.NOTPARALLEL:
+
+help:
+	@echo 'make demo     build, pack the sample product, install it unattended, show it, uninstall it'
+	@echo 'make test     lint, then all tests: natively, with sanitizers, and as Windows programs under Wine'
+	@echo 'make build    the Linux programs:   build/linux/bin/'
+	@echo 'make windows  the Windows programs: build/windows/bin/'
+	@echo 'make lint     layers, format, clang-tidy, pairs of sources and tests'
+	@echo 'make fuzz     every fuzz target for FUZZ_SECONDS (60) each'
+	@echo 'make bench    measurements against reference tools'
+	@echo 'make dist     the setups of both platforms'
+	@echo 'make clean    removes build/'
+
+build:
+	@scripts/install-dependencies native
+	@scripts/build linux programs
+
+windows:
+	@scripts/install-dependencies test
+	@scripts/build windows programs
+
+demo: build
+	@scripts/demo
+
+test:
+	@scripts/install-dependencies test
+	@scripts/test-all
+
+lint:
+	@scripts/install-dependencies test
+	@scripts/lint
+
+fuzz:
+	@scripts/install-dependencies fuzz
+	@scripts/fuzz-all
+
+bench: build
+	@scripts/install-dependencies bench
+	@bench/run
+
+dist: build windows
+	@scripts/dist
+
+clean:
+	rm -rf build
