@@ -1,10 +1,11 @@
 # tandrel_layer(NAME [DEPENDS LAYER...] [LIBRARIES LIB...])
 # A static library of all sources of one folder of src/. The folders are the layers of the system;
-# scripts/check-layers holds the table of the arrows between them.
+# scripts/check-layers holds the table of the arrows between them. What holds an entry point (main.cpp, and entry.cpp of
+# the platform) belongs to the programs, because test programs have their own.
 function(tandrel_layer name)
   cmake_parse_arguments(LAYER "" "" "DEPENDS;LIBRARIES" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
-  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "/(main|entry)\\.cpp$")
   if(WIN32)
     list(FILTER sources EXCLUDE REGEX "/platform/posix/")
   else()
@@ -28,12 +29,17 @@ endfunction()
 # All programs of the system, without tests.
 add_custom_target(programs)
 
-# tandrel_program(NAME FOLDER LAYER...): an executable in <build>/bin from FOLDER/main.cpp.
+# tandrel_program(NAME FOLDER LAYER...): an executable in <build>/bin from FOLDER/main.cpp and the platform's entry.
 function(tandrel_program name folder)
   if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/main.cpp)
     return()
   endif()
-  add_executable(${name} ${folder}/main.cpp)
+  if(WIN32)
+    set(system windows)
+  else()
+    set(system posix)
+  endif()
+  add_executable(${name} ${folder}/main.cpp platform/${system}/entry.cpp)
   foreach(layer ${ARGN})
     target_link_libraries(${name} PRIVATE tandrel_${layer})
   endforeach()

@@ -1,0 +1,17 @@
+#include "platform/platform.h"
+
+#include "platform/console_device.h"
+#include "platform/environment.h"
+#include "platform/file_system.h"
+#include "platform/named_events.h"
+#include "platform/processes.h"
+#include "platform/registry.h"
+
+namespace platform {
+
+Platform systemPlatform() {
+    return Platform{systemFileSystem(),  systemRegistry(), systemProcesses(),
+                    systemEnvironment(), systemConsole(),  systemNamedEvents()};
+}
+
+}  // namespace platform

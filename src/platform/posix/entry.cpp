@@ -1,0 +1,36 @@
+// The entry point of each program. Not part of the platform library, so that test programs keep their own.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "platform/program.h"
+
+namespace {
+
+// A caller may have closed the standard streams. Their numbers must not go to files that are opened later: what
+// is printed would land in them.
+bool occupyStandardStreams() {
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) {
+            continue;
+        }
+        // The lowest free number is this stream's, because the ones below it are open.
+        if (open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY) != stream) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (!occupyStandardStreams()) {
+        return -1;
+    }
+    return programMain(std::vector<std::string>(arguments, arguments + count));
+}
