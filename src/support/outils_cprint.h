@@ -1,0 +1,15 @@
+#pragma once
+
+#include "base/errors.h"
+#include "platform/console_device.h"
+
+// Prints a text with colour sequences (byte 27 up to the letter `m`) to a console. Without `useColour` the
+// sequences are dropped; with it they are passed on to a terminal, which applies them, and dropped where
+// there is none. A sequence without its end, or of more than 16 bytes, prints
+// "outils_cprint: Incorrect ESC length!" and ends the text; an output that has failed prints
+// "outils_cprint: Invalid handle!" to standard error.
+void outils_cprint(int useColour, const char* text,
+                   platform::ConsoleDevice& device = platform::systemConsole());
+
+// The same with a text formatted as by printf and cut to 4,095 bytes, on the system's console.
+void outils_cprintf(int useColour, const char* format, ...) TANDREL_PRINTF(2, 3);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+
+#include "support/p_console.h"
+#include "support/p_file_stream.h"
+
+// A console on a file. Unopened it is a silent one.
+class PFileConsole : public PConsole {
+public:
+    explicit PFileConsole(platform::FileSystem& files = platform::systemFileSystem());
+    ~PFileConsole() override;  // closes
+
+    // As PFileStream::openWithMode: mode 1 appends, 0 recreates the file. Closes an open file first and
+    // clears the flag set by setFlushEachLine and hasFailed. After a failure the console is unopened and
+    // silent.
+    int open(const char* path, int mode) override;
+    // The same, recreating the file as PFileStream::openPrivate does.
+    int openPrivate(const char* path);
+    int close() override;  // returns -1 in any case; see hasFailed
+    // Passes the bytes on at once; 0 without a file.
+    int write(const char* text, std::int32_t length) override;
+
+    // Hands each write to the disk as well.
+    void setFlushEachLine(bool flush) { flushEachLine_ = flush; }
+    bool isOpen() const { return stream_ != nullptr; }
+    // Whether anything since the last opening didn't reach the file: a write, a flush or the closing failed.
+    // Still true after close().
+    bool hasFailed() const { return failed_; }
+
+private:
+    int openStream(const char* path, int mode, bool isPrivate);
+    void closeStream();
+    int writeToStream(const char* text, std::uint32_t length);
+
+    platform::FileSystem& files_;
+    std::mutex mutex_;  // lines come from several threads
+    std::unique_ptr<PFileStream> stream_;
+    std::atomic<bool> flushEachLine_{false};
+    std::atomic<bool> failed_{false};
+};

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/console_device.h"
+
+enum class TerminalRead {
+    Line,         // something was read
+    End,          // the input is closed or at its end
+    Interrupted,  // interruptInput was called
+};
+
+// A person's terminal for the front end: text out, lines and keys in. Text is UTF-8 with line feeds.
+class Terminal {
+public:
+    Terminal() = default;
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+    virtual ~Terminal() = default;
+
+    // Buffered until flush. Both return false once the output has failed; later output is dropped.
+    virtual bool write(std::string_view text) = 0;
+    virtual bool flush() = 0;
+    // Whether any output got lost.
+    virtual bool outputFailed() = 0;
+
+    // Flushes the output, then reads up to and with a line feed, or `maxBytes` bytes; the rest of the line is
+    // given to the next read. `out` is empty unless the result is Line.
+    virtual TerminalRead readLine(std::string& out, std::size_t maxBytes) = 0;
+    // Flushes the output, then reads one key without echo. `outKey` is 0 unless the result is Line.
+    virtual TerminalRead readKey(int& outKey) = 0;
+    // From any thread: a read that waits, and each later one, returns Interrupted.
+    virtual void interruptInput() = 0;
+
+    // In character cells. False, with both at 0, when the output is no terminal.
+    virtual bool windowSize(int& outColumns, int& outRows) = 0;
+    virtual bool isInputTerminal() = 0;
+    virtual bool isOutputTerminal() = 0;
+
+    virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;
+};
+
+// The terminal on the process's standard streams. The device must outlive it.
+class SystemTerminal : public Terminal {
+public:
+    explicit SystemTerminal(platform::ConsoleDevice& device = platform::systemConsole()) : device_(device) {}
+
+    bool write(std::string_view text) override;
+    bool flush() override;
+    bool outputFailed() override { return outputFailed_; }
+    TerminalRead readLine(std::string& out, std::size_t maxBytes) override;
+    TerminalRead readKey(int& outKey) override;
+    void interruptInput() override;
+    bool windowSize(int& outColumns, int& outRows) override;
+    bool isInputTerminal() override;
+    bool isOutputTerminal() override;
+    void sleepMilliseconds(std::uint32_t milliseconds) override;
+
+private:
+    bool noted(bool succeeded);
+
+    platform::ConsoleDevice& device_;
+    bool outputFailed_ = false;
+};
