@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::int64_t kSmallestBlock = 16;
 constexpr float kLargestFactor = 1024.0F;
+// Far enough from the end of the type that no sum below can pass it.
+constexpr std::int64_t kLargestCapacity = std::numeric_limits<std::int64_t>::max() / 4;
 
 float acceptedFactor(float factor) {
     return factor > 1.0F ? std::min(factor, kLargestFactor) : 0.0F;
@@ -23,7 +25,7 @@ TextBuilder::TextBuilder(std::int64_t blockSize, float growthFactor)
     : blockSize_(std::max(blockSize, kSmallestBlock)), growthFactor_(acceptedFactor(growthFactor)) {}
 
 void TextBuilder::makeRoom(std::int64_t addition) {
-    if (addition > std::numeric_limits<std::int64_t>::max() / 4 - length_) {
+    if (addition > kLargestCapacity - length_) {
         throw std::bad_alloc();
     }
     // One byte behind the text stays for the terminator.
@@ -33,7 +35,7 @@ void TextBuilder::makeRoom(std::int64_t addition) {
     std::int64_t capacity = (length_ + addition + blockSize_) / blockSize_ * blockSize_;
     const double scaled = static_cast<double>(growthFactor_) * static_cast<double>(capacity_);
     if (scaled > static_cast<double>(capacity)) {
-        if (scaled > static_cast<double>(std::numeric_limits<std::int64_t>::max() / 4)) {
+        if (scaled > static_cast<double>(kLargestCapacity)) {
             throw std::bad_alloc();
         }
         capacity = (static_cast<std::int64_t>(scaled) + blockSize_ - 1) / blockSize_ * blockSize_;

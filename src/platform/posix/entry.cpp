@@ -11,8 +11,8 @@
 
 namespace {
 
-// A caller may have closed the standard streams. Their numbers must not go to files that are opened later: what
-// is printed would land in them.
+// A caller may have closed the standard streams. Their numbers must not go to files that are opened later:
+// what is printed would land in them.
 bool occupyStandardStreams() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) {
