@@ -1,0 +1,29 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "platform/environment.h"
+
+// An environment in memory. An empty value is a value.
+class FakeEnvironment : public platform::Environment {
+public:
+    std::map<std::string, std::string> variables;
+    std::set<std::string> refused;  // setting these fails
+
+    std::optional<std::string> get(const char* name) override {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::nullopt : std::optional<std::string>(found->second);
+    }
+
+    bool set(const char* name, const char* value) override {
+        const std::string key(name);
+        if (key.empty() || key.find('=') != std::string::npos || refused.count(key) != 0) {
+            return false;
+        }
+        variables[key] = value;
+        return true;
+    }
+};

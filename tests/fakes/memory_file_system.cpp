@@ -1,0 +1,635 @@
+#include "fakes/memory_file_system.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "base/text_functions.h"
+
+namespace {
+
+enum Kind { kFile, kDirectory, kLink };
+
+bool isDrive(std::string_view component) {
+    return component.size() == 2 && component[1] == ':';
+}
+
+std::vector<std::string> componentsOf(std::string_view path) {
+    std::vector<std::string> components;
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find_first_of("/\\"), path.size());
+        const std::string_view component = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+        if (component == "..") {
+            if (!components.empty() && !isDrive(components.back())) {
+                components.pop_back();
+            }
+        } else if (!component.empty() && component != ".") {
+            components.emplace_back(component);
+        }
+    }
+    return components;
+}
+
+// "C:/a/b" or "/a/b"; the roots are "C:" and "".
+std::string resolved(std::string_view path) {
+    std::string result;
+    for (const std::string& component : componentsOf(path)) {
+        if (!(result.empty() && isDrive(component))) {
+            result += '/';
+        }
+        result += component;
+    }
+    return result;
+}
+
+std::string keyOf(const std::string& path) {
+    return OUtils::toLowerAscii(path);
+}
+
+bool isRoot(const std::string& path) {
+    return path.empty() || isDrive(path);
+}
+
+std::string parentOf(const std::string& path) {
+    const std::size_t separator = path.rfind('/');
+    return separator == std::string::npos ? std::string() : path.substr(0, separator);
+}
+
+bool isAtOrBelow(const std::string& key, const std::string& top) {
+    return key.compare(0, top.size(), top) == 0 && (key.size() == top.size() || key[top.size()] == '/');
+}
+
+}  // namespace
+
+struct MemoryFileSystem::Node {
+    std::string path;
+    int kind = kFile;
+    std::string content;  // of a file; the target of a link
+    bool executable = false;
+    bool isPrivate = false;
+};
+
+struct MemoryFileSystem::Fault {
+    Operation operation;
+    std::string key;  // empty: any path
+    int remaining;
+    bool lasting;
+    int status;
+};
+
+class MemoryFileSystem::OpenFile : public platform::File {
+public:
+    OpenFile(MemoryFileSystem& owner, NodePtr node, std::uint32_t access)
+        : owner_(owner), node_(std::move(node)), access_(access) {
+        ++owner_.openFiles_;
+    }
+    ~OpenFile() override { OpenFile::close(); }
+
+    int read(void* buffer, std::uint32_t size, std::uint32_t& outDone) override;
+    int write(const void* buffer, std::uint32_t size, std::uint32_t& outDone) override;
+    int seek(std::int64_t distance, platform::Origin origin, std::int64_t& outPosition) override;
+    std::int64_t size() override;
+    int truncateHere() override;
+    int flush() override;
+    int close() override;
+
+private:
+    // With the lock held: the status with which the operation fails by itself or by injection.
+    int begin(Operation operation, const char* text, std::uint32_t neededAccess) {
+        if (node_ == nullptr) {
+            return kBadHandle;
+        }
+        const int status =
+            owner_.begin(operation, node_->path, text == nullptr ? "" : text + (" " + node_->path));
+        return status != kOk ? status : (access_ & neededAccess) != neededAccess ? kAccessDenied : kOk;
+    }
+
+    MemoryFileSystem& owner_;
+    NodePtr node_;  // null once closed
+    std::uint32_t access_;
+    std::size_t position_ = 0;
+};
+
+int MemoryFileSystem::OpenFile::read(void* buffer, std::uint32_t size, std::uint32_t& outDone) {
+    const std::lock_guard lock(owner_.mutex_);
+    outDone = 0;
+    const int status = begin(Operation::kRead, nullptr, platform::kRead);
+    if (status != kOk || position_ >= node_->content.size() || size == 0) {
+        return status;
+    }
+    const std::size_t done = std::min<std::size_t>(size, node_->content.size() - position_);
+    std::memcpy(buffer, node_->content.data() + position_, done);
+    position_ += done;
+    outDone = static_cast<std::uint32_t>(done);
+    return kOk;
+}
+
+int MemoryFileSystem::OpenFile::write(const void* buffer, std::uint32_t size, std::uint32_t& outDone) {
+    const std::lock_guard lock(owner_.mutex_);
+    outDone = 0;
+    const int status = begin(Operation::kWrite, nullptr, platform::kWrite);
+    if (status != kOk || size == 0) {
+        return status;
+    }
+    std::size_t done = size;
+    if (owner_.freeSpace_ >= 0) {
+        done = std::min<std::size_t>(done, static_cast<std::size_t>(owner_.freeSpace_));
+        owner_.freeSpace_ -= static_cast<std::int64_t>(done);
+    }
+    std::string& content = node_->content;
+    if (done > 0) {
+        content.resize(std::max(content.size(), position_ + done));
+        std::memcpy(content.data() + position_, buffer, done);
+        position_ += done;
+    }
+    outDone = static_cast<std::uint32_t>(done);
+    return done < size ? kDiskFull : kOk;
+}
+
+int MemoryFileSystem::OpenFile::seek(std::int64_t distance, platform::Origin origin,
+                                     std::int64_t& outPosition) {
+    const std::lock_guard lock(owner_.mutex_);
+    const int status = begin(Operation::kSeek, nullptr, 0);
+    outPosition = static_cast<std::int64_t>(position_);
+    if (status != kOk) {
+        return status;
+    }
+    std::int64_t base = 0;
+    if (origin == platform::Origin::kCurrent) {
+        base = outPosition;
+    } else if (origin == platform::Origin::kEnd) {
+        base = static_cast<std::int64_t>(node_->content.size());
+    }
+    if (base + distance < 0) {
+        return kAccessDenied;
+    }
+    outPosition = base + distance;
+    position_ = static_cast<std::size_t>(outPosition);
+    return kOk;
+}
+
+std::int64_t MemoryFileSystem::OpenFile::size() {
+    const std::lock_guard lock(owner_.mutex_);
+    return node_ == nullptr ? -1 : static_cast<std::int64_t>(node_->content.size());
+}
+
+int MemoryFileSystem::OpenFile::truncateHere() {
+    const std::lock_guard lock(owner_.mutex_);
+    const int status = begin(Operation::kTruncate, "truncate", platform::kWrite);
+    if (status == kOk) {
+        node_->content.resize(position_);
+    }
+    return status;
+}
+
+int MemoryFileSystem::OpenFile::flush() {
+    const std::lock_guard lock(owner_.mutex_);
+    return begin(Operation::kFlush, "flush", 0);
+}
+
+int MemoryFileSystem::OpenFile::close() {
+    const std::lock_guard lock(owner_.mutex_);
+    if (node_ == nullptr) {
+        return kOk;
+    }
+    const int status = begin(Operation::kClose, "close", 0);
+    node_ = nullptr;
+    --owner_.openFiles_;
+    return status;
+}
+
+MemoryFileSystem::MemoryFileSystem() {
+    addDirectory(temporaryDirectory_);
+}
+
+MemoryFileSystem::~MemoryFileSystem() = default;
+
+void MemoryFileSystem::addFile(std::string_view path, std::string_view content) {
+    const std::lock_guard lock(mutex_);
+    add(resolved(path), kFile)->content = content;
+}
+
+void MemoryFileSystem::addDirectory(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    add(resolved(path), kDirectory);
+}
+
+void MemoryFileSystem::addLink(std::string_view path, std::string_view target) {
+    const std::lock_guard lock(mutex_);
+    add(resolved(path), kLink)->content = resolved(target);
+}
+
+bool MemoryFileSystem::hasFile(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->kind == kFile;
+}
+
+bool MemoryFileSystem::hasDirectory(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->kind == kDirectory;
+}
+
+std::string MemoryFileSystem::content(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = findTarget(resolved(path));
+    return node != nullptr && node->kind == kFile ? node->content : std::string();
+}
+
+bool MemoryFileSystem::isExecutable(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = findTarget(resolved(path));
+    return node != nullptr && node->executable;
+}
+
+bool MemoryFileSystem::isPrivate(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->isPrivate;
+}
+
+std::vector<std::string> MemoryFileSystem::allFiles() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> files;
+    for (const auto& [key, node] : nodes_) {
+        if (node->kind != kDirectory) {
+            files.push_back(node->path);
+        }
+    }
+    return files;
+}
+
+int MemoryFileSystem::openFileCount() const {
+    const std::lock_guard lock(mutex_);
+    return openFiles_;
+}
+
+void MemoryFileSystem::failAt(Operation operation, std::string_view path, int n, int status) {
+    const std::lock_guard lock(mutex_);
+    faults_.push_back({operation, keyOf(resolved(path)), n, false, status});
+}
+
+void MemoryFileSystem::failFrom(Operation operation, std::string_view path, int n, int status) {
+    const std::lock_guard lock(mutex_);
+    faults_.push_back({operation, keyOf(resolved(path)), n, true, status});
+}
+
+void MemoryFileSystem::setFreeSpace(std::int64_t bytes) {
+    const std::lock_guard lock(mutex_);
+    freeSpace_ = bytes;
+}
+
+void MemoryFileSystem::setReadOnly(std::string_view path, int status) {
+    const std::lock_guard lock(mutex_);
+    readOnly_[keyOf(resolved(path))] = status;
+}
+
+void MemoryFileSystem::clearFaults() {
+    const std::lock_guard lock(mutex_);
+    faults_.clear();
+    readOnly_.clear();
+    freeSpace_ = -1;
+}
+
+std::vector<std::string> MemoryFileSystem::operations() const {
+    const std::lock_guard lock(mutex_);
+    return operations_;
+}
+
+bool MemoryFileSystem::didOperation(std::string_view text) const {
+    const std::lock_guard lock(mutex_);
+    return std::find(operations_.begin(), operations_.end(), text) != operations_.end();
+}
+
+void MemoryFileSystem::clearOperations() {
+    const std::lock_guard lock(mutex_);
+    operations_.clear();
+    counts_.clear();
+}
+
+int MemoryFileSystem::count(Operation operation) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = counts_.find(operation);
+    return found == counts_.end() ? 0 : found->second;
+}
+
+void MemoryFileSystem::setTemporaryDirectory(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    temporaryDirectory_ = path;
+    if (!path.empty()) {
+        add(resolved(path), kDirectory);
+    }
+}
+
+// Records and counts the operation and gives the status of an injected failure.
+int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
+    ++counts_[operation];
+    if (!text.empty()) {
+        operations_.push_back(text);
+    }
+    const std::string key = keyOf(path);
+    int status = kOk;
+    for (Fault& fault : faults_) {
+        if (fault.operation != operation || (!fault.key.empty() && fault.key != key)) {
+            continue;
+        }
+        if (fault.remaining > 0) {
+            --fault.remaining;
+        } else if (!fault.lasting) {
+            continue;
+        }
+        if (fault.remaining == 0 && status == kOk) {
+            status = fault.status;
+        }
+        if (fault.remaining == 0 && !fault.lasting) {
+            fault.remaining = -1;
+        }
+    }
+    return status;
+}
+
+int MemoryFileSystem::readOnlyStatus(const std::string& path) const {
+    const std::string key = keyOf(path);
+    for (const auto& [top, status] : readOnly_) {
+        if (isAtOrBelow(key, top)) {
+            return status;
+        }
+    }
+    return kOk;
+}
+
+MemoryFileSystem::NodePtr MemoryFileSystem::find(const std::string& path) const {
+    if (isRoot(path)) {
+        const NodePtr root = std::make_shared<Node>();
+        root->path = path;
+        root->kind = kDirectory;
+        return root;
+    }
+    const auto found = nodes_.find(keyOf(path));
+    return found == nodes_.end() ? nullptr : found->second;
+}
+
+MemoryFileSystem::NodePtr MemoryFileSystem::findTarget(const std::string& path) const {
+    NodePtr node = find(path);
+    for (int depth = 0; node != nullptr && node->kind == kLink && depth < 40; ++depth) {
+        node = find(node->content);
+    }
+    return node != nullptr && node->kind == kLink ? nullptr : node;
+}
+
+// Makes the node and its parents, or gives the one that is there another kind.
+MemoryFileSystem::NodePtr MemoryFileSystem::add(const std::string& path, int kind) {
+    if (isRoot(path)) {
+        return find(path);
+    }
+    if (const std::string parent = parentOf(path); find(parent) == nullptr) {
+        add(parent, kDirectory);
+    }
+    NodePtr& node = nodes_[keyOf(path)];
+    if (node == nullptr) {
+        node = std::make_shared<Node>();
+        node->path = path;
+    }
+    node->kind = kind;
+    return node;
+}
+
+int MemoryFileSystem::parentStatus(const std::string& path) const {
+    const NodePtr parent = findTarget(parentOf(path));
+    return parent != nullptr && parent->kind == kDirectory ? kOk : kNotFound;
+}
+
+int MemoryFileSystem::open(const char* path, const platform::OpenOptions& options,
+                           std::unique_ptr<platform::File>& outFile) {
+    const std::lock_guard lock(mutex_);
+    outFile = nullptr;
+    const std::string name = resolved(path);
+    NodePtr node;
+    int status = begin(Operation::kOpen, name, "open " + name);
+    if (status == kOk) {
+        status = openNode(name, options, node);
+    }
+    if (status == kOk) {
+        outFile = std::make_unique<OpenFile>(*this, node, options.access);
+    }
+    return status;
+}
+
+int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOptions& options,
+                               NodePtr& outNode) {
+    using platform::Disposition;
+    const bool onlyNew =
+        options.disposition == Disposition::kCreateNew || options.disposition == Disposition::kCreatePrivate;
+    if (onlyNew && find(path) != nullptr) {
+        return kExists;
+    }
+    const NodePtr link = find(path);
+    const std::string target = link != nullptr && link->kind == kLink ? link->content : path;
+    outNode = findTarget(path);
+    if (outNode == nullptr && options.disposition == Disposition::kOpenExisting) {
+        return kNotFound;
+    }
+    if (outNode != nullptr && outNode->kind == kDirectory) {
+        return kIsDirectory;
+    }
+    const bool writes = outNode == nullptr || (options.access & platform::kWrite) != 0;
+    if (const int status = writes ? readOnlyStatus(target) : kOk; status != kOk) {
+        return status;
+    }
+    if (outNode == nullptr) {
+        if (const int status = parentStatus(target); status != kOk) {
+            return status;
+        }
+        outNode = add(target, kFile);
+        outNode->isPrivate = options.disposition == Disposition::kCreatePrivate;
+    } else if (options.disposition == Disposition::kCreateAlways) {
+        outNode->content.clear();
+    }
+    return kOk;
+}
+
+bool MemoryFileSystem::exists(const char* path) {
+    const std::lock_guard lock(mutex_);
+    return find(resolved(path)) != nullptr;
+}
+
+bool MemoryFileSystem::isDirectory(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = findTarget(resolved(path));
+    return node != nullptr && node->kind == kDirectory;
+}
+
+std::int64_t MemoryFileSystem::fileSize(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = findTarget(resolved(path));
+    return node != nullptr && node->kind == kFile ? static_cast<std::int64_t>(node->content.size()) : -1;
+}
+
+int MemoryFileSystem::removeFile(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    const int injected = begin(Operation::kRemoveFile, name, "removeFile " + name);
+    if (injected != kOk) {
+        return injected;
+    }
+    const NodePtr node = find(name);
+    if (node == nullptr) {
+        return kNotFound;
+    }
+    if (node->kind == kDirectory) {
+        return kIsDirectory;
+    }
+    const int status = readOnlyStatus(name);
+    if (status == kOk) {
+        nodes_.erase(keyOf(name));
+    }
+    return status;
+}
+
+int MemoryFileSystem::moveFile(const char* from, const char* to) {
+    const std::lock_guard lock(mutex_);
+    const std::string source = resolved(from);
+    const std::string target = resolved(to);
+    const int status = begin(Operation::kMoveFile, source, "moveFile " + source + " -> " + target);
+    return status != kOk ? status : relocate(source, target, false);
+}
+
+int MemoryFileSystem::replaceFile(const char* from, const char* to) {
+    const std::lock_guard lock(mutex_);
+    const std::string source = resolved(from);
+    const std::string target = resolved(to);
+    const int status = begin(Operation::kReplaceFile, source, "replaceFile " + source + " -> " + target);
+    return status != kOk ? status : relocate(source, target, true);
+}
+
+int MemoryFileSystem::relocate(const std::string& from, const std::string& to, bool replace) {
+    const NodePtr node = find(from);
+    const NodePtr present = find(to);
+    if (node == nullptr) {
+        return kNotFound;
+    }
+    if (node->kind == kDirectory) {
+        return kIsDirectory;
+    }
+    if (present != nullptr && present != node && (!replace || present->kind == kDirectory)) {
+        return kExists;
+    }
+    for (const std::string& path : {from, to}) {
+        if (const int status = readOnlyStatus(path); status != kOk) {
+            return status;
+        }
+    }
+    if (const int status = parentStatus(to); status != kOk) {
+        return status;
+    }
+    nodes_.erase(keyOf(from));
+    node->path = to;
+    nodes_[keyOf(to)] = node;
+    return kOk;
+}
+
+int MemoryFileSystem::createDirectory(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    int status = begin(Operation::kCreateDirectory, name, "createDirectory " + name);
+    if (status == kOk && find(name) != nullptr) {
+        status = kExists;
+    }
+    if (status == kOk) {
+        status = parentStatus(name);
+    }
+    if (status == kOk) {
+        status = readOnlyStatus(name);
+    }
+    if (status == kOk) {
+        add(name, kDirectory);
+    }
+    return status;
+}
+
+bool MemoryFileSystem::hasChildren(const std::string& path) const {
+    const std::string prefix = keyOf(path) + "/";
+    const auto next = nodes_.lower_bound(prefix);
+    return next != nodes_.end() && next->first.compare(0, prefix.size(), prefix) == 0;
+}
+
+int MemoryFileSystem::removeDirectory(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    const int injected = begin(Operation::kRemoveDirectory, name, "removeDirectory " + name);
+    if (injected != kOk) {
+        return injected;
+    }
+    const NodePtr node = find(name);
+    if (node == nullptr || node->kind != kDirectory) {
+        return kNotFound;
+    }
+    if (hasChildren(name)) {
+        return kNotEmpty;
+    }
+    const int status = isRoot(name) ? kAccessDenied : readOnlyStatus(name);
+    if (status == kOk) {
+        nodes_.erase(keyOf(name));
+    }
+    return status;
+}
+
+int MemoryFileSystem::list(const char* path, std::vector<platform::DirectoryEntry>& outEntries) {
+    const std::lock_guard lock(mutex_);
+    outEntries.clear();
+    const std::string name = resolved(path);
+    const int status = begin(Operation::kList, name, "list " + name);
+    if (status != kOk) {
+        return status;
+    }
+    const NodePtr top = findTarget(name);
+    if (top == nullptr || top->kind != kDirectory) {
+        return kNotFound;
+    }
+    const std::string prefix = keyOf(top->path) + "/";
+    for (auto at = nodes_.lower_bound(prefix); at != nodes_.end(); ++at) {
+        if (at->first.compare(0, prefix.size(), prefix) != 0) {
+            break;
+        }
+        if (at->first.find('/', prefix.size()) == std::string::npos) {
+            const NodePtr target = findTarget(at->second->path);
+            outEntries.push_back(
+                {at->second->path.substr(prefix.size()), target != nullptr && target->kind == kDirectory});
+        }
+    }
+    return kOk;
+}
+
+int MemoryFileSystem::makeExecutable(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    const int status = begin(Operation::kMakeExecutable, name, "makeExecutable " + name);
+    if (status != kOk) {
+        return status;
+    }
+    const NodePtr node = findTarget(name);
+    if (node == nullptr) {
+        return kNotFound;
+    }
+    node->executable = true;
+    return readOnlyStatus(name);
+}
+
+bool MemoryFileSystem::temporaryDirectory(std::string& outPath) {
+    const std::lock_guard lock(mutex_);
+    outPath = temporaryDirectory_;
+    return !outPath.empty();
+}
+
+bool MemoryFileSystem::temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) {
+    if (number == 0 || !temporaryDirectory(outPath)) {
+        outPath.clear();
+        return false;
+    }
+    char name[32];
+    OUtils::formatText(name, sizeof name, "%X.tmp", number);
+    outPath += "/" + std::string(prefix) + name;
+    return true;
+}

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+
+// A file system in memory that records what is done to it and fails where it is told to. `/` and `\` are the
+// same, `.` and `..` and repeated separators are resolved, names keep their case and are found in any case.
+// A leading drive is a directory that always exists, and so is "/"; a relative path counts from "/".
+// Usable by any thread.
+class MemoryFileSystem : public platform::FileSystem {
+public:
+    // The statuses of its own failures.
+    enum Status : int {
+        kOk = 0,
+        kNotFound = 2,
+        kAccessDenied = 5,
+        kBadHandle = 6,
+        kExists = 80,
+        kDiskFull = 112,
+        kNotEmpty = 145,
+        kIsDirectory = 267,
+    };
+
+    enum class Operation {
+        kOpen,
+        kRead,
+        kWrite,
+        kSeek,
+        kFlush,
+        kClose,
+        kTruncate,
+        kRemoveFile,
+        kMoveFile,     // by its source
+        kReplaceFile,  // by its source
+        kCreateDirectory,
+        kRemoveDirectory,
+        kList,
+        kMakeExecutable,
+    };
+
+    MemoryFileSystem();
+    ~MemoryFileSystem() override;
+
+    // Set-up and inspection; none of it is recorded, fails by injection or counts against the disk's space.
+    // Missing directories are made.
+    void addFile(std::string_view path, std::string_view content);
+    void addDirectory(std::string_view path);
+    void addLink(std::string_view path, std::string_view target);
+    bool hasFile(std::string_view path) const;  // a file, not a link or a directory
+    bool hasDirectory(std::string_view path) const;
+    std::string content(std::string_view path) const;  // empty when there is no such file
+    bool isExecutable(std::string_view path) const;
+    bool isPrivate(std::string_view path) const;  // made with kCreatePrivate
+    // The full paths of all files and links in their own case with `/`, in the order of their lower case.
+    std::vector<std::string> allFiles() const;
+    int openFileCount() const;
+
+    // The n-th (from 1) operation of this kind from now on fails with `status`, at this path or, with an
+    // empty path, at any. Each call adds one failure. A failing write moves nothing.
+    void failAt(Operation operation, std::string_view path, int n, int status = kAccessDenied);
+    // As failAt, for the n-th and all later ones.
+    void failFrom(Operation operation, std::string_view path, int n, int status = kAccessDenied);
+    // That many more bytes can be written, overwriting included; the rest fails with kDiskFull after writing
+    // what fits. Negative: without limit.
+    void setFreeSpace(std::int64_t bytes);
+    // What is at this path and below can be read but not written, made, moved or removed.
+    void setReadOnly(std::string_view path, int status = kAccessDenied);
+    void clearFaults();
+
+    // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
+    // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
+    // /a", "list /a", "makeExecutable /a", "flush /a". Failed calls are recorded as well. Reads, writes and
+    // seeks are counted only.
+    std::vector<std::string> operations() const;
+    bool didOperation(std::string_view text) const;
+    void clearOperations();
+    int count(Operation operation) const;
+
+    void setTemporaryDirectory(std::string_view path);  // makes it; empty: there is none
+
+    int open(const char* path, const platform::OpenOptions& options,
+             std::unique_ptr<platform::File>& outFile) override;
+    bool exists(const char* path) override;
+    bool isDirectory(const char* path) override;
+    std::int64_t fileSize(const char* path) override;
+    int removeFile(const char* path) override;
+    int moveFile(const char* from, const char* to) override;
+    int replaceFile(const char* from, const char* to) override;
+    int createDirectory(const char* path) override;
+    int removeDirectory(const char* path) override;
+    int list(const char* path, std::vector<platform::DirectoryEntry>& outEntries) override;
+    int makeExecutable(const char* path) override;
+    bool temporaryDirectory(std::string& outPath) override;
+    bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override;
+
+private:
+    struct Node;
+    struct Fault;
+    class OpenFile;
+    using NodePtr = std::shared_ptr<Node>;
+
+    int begin(Operation operation, const std::string& path, const std::string& text);
+    int readOnlyStatus(const std::string& path) const;
+    NodePtr find(const std::string& path) const;
+    NodePtr findTarget(const std::string& path) const;
+    NodePtr add(const std::string& path, int kind);
+    int parentStatus(const std::string& path) const;
+    int openNode(const std::string& path, const platform::OpenOptions& options, NodePtr& outNode);
+    int relocate(const std::string& from, const std::string& to, bool replace);
+    bool hasChildren(const std::string& path) const;
+
+    mutable std::mutex mutex_;
+    std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
+    std::vector<Fault> faults_;
+    std::map<std::string, int> readOnly_;
+    std::int64_t freeSpace_ = -1;
+    std::vector<std::string> operations_;
+    std::map<Operation, int> counts_;
+    std::string temporaryDirectory_ = "/tmp";
+    int openFiles_ = 0;
+};
