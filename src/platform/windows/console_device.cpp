@@ -1,0 +1,76 @@
+#include "platform/console_device.h"
+
+#include <atomic>
+
+#include "platform/windows/console_input.h"
+#include "platform/windows/console_output.h"
+
+namespace platform {
+
+namespace {
+
+class WindowsConsole : public ConsoleDevice {
+public:
+    WindowsConsole()
+        : input_(GetStdHandle(STD_INPUT_HANDLE)),
+          output_(GetStdHandle(STD_OUTPUT_HANDLE)),
+          error_(GetStdHandle(STD_ERROR_HANDLE)) {}
+    ~WindowsConsole() override { output_.flush(); }
+
+    bool write(std::string_view text) override { return output_.write(text); }
+    bool flush() override { return output_.flush(); }
+    bool writeError(std::string_view text) override { return error_.write(text) && error_.flush(); }
+
+    ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override {
+        return input_.readLine(outLine, maxBytes);
+    }
+    ReadStatus readKey(int& outKey) override { return input_.readKey(outKey); }
+    void interruptInput() override { input_.interrupt(); }
+
+    bool windowSize(int& outColumns, int& outRows) override {
+        return output_.windowSize(outColumns, outRows);
+    }
+    bool isInputTerminal() override { return input_.isTerminal(); }
+    bool isOutputTerminal() override { return output_.isTerminal(); }
+
+private:
+    ConsoleInput input_;
+    ConsoleOutput output_;
+    ConsoleOutput error_;
+};
+
+std::atomic<ControlHandler> controlHandler{nullptr};
+
+BOOL WINAPI dispatchControlEvent(DWORD number) {
+    const ControlHandler handler = controlHandler;
+    switch (number) {
+        case CTRL_C_EVENT:
+        case CTRL_BREAK_EVENT:
+        case CTRL_CLOSE_EVENT:
+        case CTRL_LOGOFF_EVENT:
+        case CTRL_SHUTDOWN_EVENT:
+            return handler != nullptr && handler(static_cast<ControlEvent>(number)) ? TRUE : FALSE;
+        default:
+            return FALSE;
+    }
+}
+
+}  // namespace
+
+ConsoleDevice& systemConsole() {
+    static WindowsConsole console;
+    return console;
+}
+
+bool setControlHandler(ControlHandler handler) {
+    static_assert(static_cast<DWORD>(ControlEvent::kInterrupt) == CTRL_C_EVENT);
+    static_assert(static_cast<DWORD>(ControlEvent::kBreak) == CTRL_BREAK_EVENT);
+    static_assert(static_cast<DWORD>(ControlEvent::kClose) == CTRL_CLOSE_EVENT);
+    static_assert(static_cast<DWORD>(ControlEvent::kLogoff) == CTRL_LOGOFF_EVENT);
+    static_assert(static_cast<DWORD>(ControlEvent::kShutdown) == CTRL_SHUTDOWN_EVENT);
+    controlHandler = handler;
+    static const bool installed = SetConsoleCtrlHandler(dispatchControlEvent, TRUE) != 0;
+    return installed;
+}
+
+}  // namespace platform

@@ -1,0 +1,265 @@
+#include "platform/windows/console_input.h"
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+
+constexpr DWORD kPiece = 4096;             // bytes, or characters of a console
+constexpr DWORD kLongestPipePause = 20;    // ms between two looks at an empty pipe
+constexpr int kWakeAttempts = 2000;        // of 1 ms each
+constexpr int kAttemptsBeforeEnter = 100;  // then a key press is made up
+constexpr wchar_t kEndOfConsoleInput = 0x1A;
+
+// Reads single keys as long as it lives: no line editing, no echo, Ctrl-C a key like any other.
+class RawConsoleMode {
+public:
+    explicit RawConsoleMode(HANDLE console) : console_(console) {
+        changed_ = GetConsoleMode(console, &mode_) != 0 && SetConsoleMode(console, 0) != 0;
+    }
+    ~RawConsoleMode() {
+        if (changed_) {
+            SetConsoleMode(console_, mode_);
+        }
+    }
+    RawConsoleMode(const RawConsoleMode&) = delete;
+    RawConsoleMode& operator=(const RawConsoleMode&) = delete;
+
+private:
+    HANDLE console_;
+    DWORD mode_ = 0;
+    bool changed_ = false;
+};
+
+void pressEnter(HANDLE console) {
+    INPUT_RECORD records[2] = {};
+    for (INPUT_RECORD& record : records) {
+        record.EventType = KEY_EVENT;
+        record.Event.KeyEvent.wRepeatCount = 1;
+        record.Event.KeyEvent.wVirtualKeyCode = VK_RETURN;
+        record.Event.KeyEvent.uChar.UnicodeChar = L'\r';
+    }
+    records[0].Event.KeyEvent.bKeyDown = TRUE;
+    DWORD written = 0;
+    WriteConsoleInputW(console, records, 2, &written);
+}
+
+}  // namespace
+
+ConsoleInput::ConsoleInput(HANDLE handle)
+    : handle_(handle), kind_(kindOf(handle)), interruptEvent_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
+
+ConsoleInput::Kind ConsoleInput::kindOf(HANDLE handle) {
+    DWORD mode = 0;
+    if (handle == nullptr || handle == INVALID_HANDLE_VALUE) {
+        return Kind::kNone;
+    }
+    if (GetConsoleMode(handle, &mode) != 0) {
+        return Kind::kConsole;
+    }
+    // Sockets count as pipes here, but can't be looked into; they are read like files.
+    const bool canPeek = GetFileType(handle) == FILE_TYPE_PIPE &&
+                         (PeekNamedPipe(handle, nullptr, 0, nullptr, nullptr, nullptr) != 0 ||
+                          GetLastError() == ERROR_BROKEN_PIPE);
+    return canPeek ? Kind::kPipe : Kind::kFile;
+}
+
+ReadStatus ConsoleInput::readLine(std::string& outLine, std::size_t maxBytes) {
+    outLine.clear();
+    std::size_t searched = 0;
+    for (;;) {
+        if (interrupted_) {
+            return ReadStatus::kInterrupted;
+        }
+        const std::size_t lineFeed = text_.find('\n', position_ + searched);
+        searched = unread();
+        if (lineFeed != std::string::npos || searched >= maxBytes) {
+            const std::size_t whole = lineFeed == std::string::npos ? searched : lineFeed + 1 - position_;
+            outLine = text_.substr(position_, std::min(whole, maxBytes));
+            position_ += outLine.size();
+            return ReadStatus::kLine;
+        }
+        const ReadStatus status = fill();
+        if (status == ReadStatus::kEnd && unread() > 0) {
+            maxBytes = std::min(maxBytes, unread());
+        } else if (status != ReadStatus::kLine) {
+            return status;
+        }
+    }
+}
+
+ReadStatus ConsoleInput::readKey(int& outKey) {
+    if (kind_ == Kind::kConsole) {
+        const ReadStatus status = keys_.empty() ? waitForConsoleKey() : ReadStatus::kLine;
+        if (status != ReadStatus::kLine || interrupted_) {
+            return interrupted_ ? ReadStatus::kInterrupted : status;
+        }
+        outKey = static_cast<unsigned char>(keys_.front());
+        keys_.erase(0, 1);
+        return ReadStatus::kLine;
+    }
+    std::string byte;
+    const ReadStatus status = readLine(byte, 1);
+    if (status == ReadStatus::kLine) {
+        outKey = static_cast<unsigned char>(byte.front());
+    }
+    return status;
+}
+
+// Gets more text. kLine: there may be more now; kEnd: there won't be.
+ReadStatus ConsoleInput::fill() {
+    if (ended_ || kind_ == Kind::kNone) {
+        return ReadStatus::kEnd;
+    }
+    text_.erase(0, position_);
+    position_ = 0;
+    std::string bytes;
+    const ReadStatus status = kind_ == Kind::kConsole ? readConsoleText(bytes)
+                              : kind_ == Kind::kPipe  ? readPipe(bytes)
+                                                      : readFile(bytes);
+    if (status == ReadStatus::kLine) {
+        appendTranslated(bytes);
+    } else if (status == ReadStatus::kEnd) {
+        ended_ = true;
+        text_.append(heldReturn_ ? 1 : 0, '\r');
+        heldReturn_ = false;
+    }
+    return status;
+}
+
+void ConsoleInput::appendTranslated(const std::string& bytes) {
+    for (const char byte : bytes) {
+        if (heldReturn_ && byte != '\n') {
+            text_ += '\r';
+        }
+        heldReturn_ = byte == '\r';
+        if (!heldReturn_) {
+            text_ += byte;
+        }
+    }
+}
+
+ReadStatus ConsoleInput::readConsoleText(std::string& outBytes) {
+    std::wstring wide(kPiece, L'\0');
+    DWORD length = 0;
+    readingConsole_ = true;
+    if (interrupted_) {
+        readingConsole_ = false;
+        return ReadStatus::kInterrupted;
+    }
+    SetLastError(ERROR_SUCCESS);
+    const BOOL read = ReadConsoleW(handle_, wide.data(), kPiece - 1, &length, nullptr);
+    const DWORD error = GetLastError();
+    readingConsole_ = false;
+    if (interrupted_) {
+        return ReadStatus::kInterrupted;
+    }
+    if (length == 0 && error == ERROR_OPERATION_ABORTED) {
+        return ReadStatus::kLine;  // Ctrl-C ends the read; whether it ends the run, its handler decides
+    }
+    if (read == 0 || length == 0 || wide.front() == kEndOfConsoleInput) {
+        return ReadStatus::kEnd;
+    }
+    if (IS_HIGH_SURROGATE(wide[length - 1])) {
+        DWORD more = 0;
+        ReadConsoleW(handle_, wide.data() + length, 1, &more, nullptr);
+        length += more;
+    }
+    outBytes = utf8Of(std::wstring_view(wide.data(), length));
+    return ReadStatus::kLine;
+}
+
+// A read that waits in an anonymous pipe can't be woken by anything; so it is only begun when there is
+// something to read.
+ReadStatus ConsoleInput::readPipe(std::string& outBytes) {
+    DWORD pause = 1;
+    for (;;) {
+        DWORD available = 0;
+        if (PeekNamedPipe(handle_, nullptr, 0, nullptr, &available, nullptr) == 0) {
+            return ReadStatus::kEnd;
+        }
+        if (available > 0) {
+            return readFile(outBytes);
+        }
+        if (WaitForSingleObject(interruptEvent_.get(), pause) == WAIT_OBJECT_0 || interrupted_) {
+            return ReadStatus::kInterrupted;
+        }
+        pause = std::min(pause * 2, kLongestPipePause);
+    }
+}
+
+ReadStatus ConsoleInput::readFile(std::string& outBytes) {
+    outBytes.resize(kPiece);
+    DWORD length = 0;
+    const BOOL read = ReadFile(handle_, outBytes.data(), kPiece, &length, nullptr);
+    outBytes.resize(read != 0 ? length : 0);
+    return outBytes.empty() ? ReadStatus::kEnd : ReadStatus::kLine;
+}
+
+ReadStatus ConsoleInput::waitForConsoleKey() {
+    const RawConsoleMode raw(handle_);
+    const HANDLE waitFor[2] = {interruptEvent_.get(), handle_};
+    while (keys_.empty()) {
+        const DWORD which = WaitForMultipleObjects(2, waitFor, FALSE, INFINITE);
+        if (which == WAIT_OBJECT_0 || interrupted_) {
+            return ReadStatus::kInterrupted;
+        }
+        if (which != WAIT_OBJECT_0 + 1 || !takeKeyEvent()) {
+            return ReadStatus::kEnd;
+        }
+    }
+    return ReadStatus::kLine;
+}
+
+// Takes one event from the console; keys with a character go to `keys_`. False when the console is gone.
+bool ConsoleInput::takeKeyEvent() {
+    INPUT_RECORD record;
+    DWORD count = 0;
+    if (ReadConsoleInputW(handle_, &record, 1, &count) == 0) {
+        return false;
+    }
+    const KEY_EVENT_RECORD& key = record.Event.KeyEvent;
+    const wchar_t character = key.uChar.UnicodeChar;
+    // A character composed with the Alt key comes with the key's release.
+    if (count == 0 || record.EventType != KEY_EVENT || character == 0 ||
+        (!key.bKeyDown && key.wVirtualKeyCode != VK_MENU)) {
+        return true;
+    }
+    if (IS_HIGH_SURROGATE(character)) {
+        highSurrogate_ = character;
+        return true;
+    }
+    std::wstring text;
+    if (highSurrogate_ != 0) {
+        text += highSurrogate_;
+        highSurrogate_ = 0;
+    }
+    text += character;
+    for (int i = 0; i < std::max<int>(key.wRepeatCount, 1); i++) {
+        keys_ += utf8Of(text);
+    }
+    return true;
+}
+
+void ConsoleInput::interrupt() {
+    interrupted_ = true;
+    SetEvent(interruptEvent_.get());
+    if (kind_ == Kind::kConsole) {
+        wakeConsoleRead();
+    }
+}
+
+// The read may be about to begin, so that one attempt could come too early. Consoles that know nothing of
+// cancelling end the read at a line's end, and get one.
+void ConsoleInput::wakeConsoleRead() {
+    for (int attempt = 0; attempt < kWakeAttempts && readingConsole_; attempt++) {
+        CancelIoEx(handle_, nullptr);
+        if (attempt == kAttemptsBeforeEnter) {
+            pressEnter(handle_);
+        }
+        Sleep(1);
+    }
+}
+
+}  // namespace platform

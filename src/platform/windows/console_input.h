@@ -1,0 +1,55 @@
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+
+#include "platform/console_device.h"
+#include "platform/windows/wide_text.h"
+
+namespace platform {
+
+// One input stream: a console, a pipe or a file. Bytes are UTF-8, line ends become line feeds. Read by one
+// thread at a time, interrupted by any.
+class ConsoleInput {
+public:
+    // Borrows the handle; null or invalid counts as an input at its end.
+    explicit ConsoleInput(HANDLE handle);
+    ConsoleInput(const ConsoleInput&) = delete;
+    ConsoleInput& operator=(const ConsoleInput&) = delete;
+
+    ReadStatus readLine(std::string& outLine, std::size_t maxBytes);
+    ReadStatus readKey(int& outKey);
+    void interrupt();
+    bool isTerminal() const { return kind_ == Kind::kConsole; }
+
+private:
+    enum class Kind { kNone, kConsole, kPipe, kFile };
+
+    static Kind kindOf(HANDLE handle);
+    ReadStatus fill();
+    ReadStatus readConsoleText(std::string& outBytes);
+    ReadStatus readPipe(std::string& outBytes);
+    ReadStatus readFile(std::string& outBytes);
+    void appendTranslated(const std::string& bytes);
+    ReadStatus waitForConsoleKey();
+    bool takeKeyEvent();
+    void wakeConsoleRead();
+    std::size_t unread() const { return text_.size() - position_; }
+
+    HANDLE handle_;
+    Kind kind_;
+    std::string text_;  // translated, with the part before position_ given out
+    std::size_t position_ = 0;
+    bool heldReturn_ = false;  // a carriage return at the end of what came; the next byte tells its meaning
+    bool ended_ = false;
+    std::string keys_;  // bytes of a pressed key that are still to be given out
+    wchar_t highSurrogate_ = 0;
+    std::atomic<bool> interrupted_{false};
+    std::atomic<bool> readingConsole_{false};
+    Handle interruptEvent_;  // set for good by the first interrupt
+};
+
+}  // namespace platform

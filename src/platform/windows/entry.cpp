@@ -1,0 +1,20 @@
+#include <string>
+#include <vector>
+
+#include "platform/program.h"
+#include "platform/windows/wide_text.h"
+
+extern "C" {
+// The start-up code of the C library would otherwise replace arguments with wildcards by file names.
+int _dowildcard = 0;
+
+int wmain(int count, wchar_t** arguments);
+}
+
+int wmain(int count, wchar_t** arguments) {
+    std::vector<std::string> texts;
+    for (int i = 0; i < count; i++) {
+        texts.push_back(platform::utf8Of(arguments[i]));
+    }
+    return programMain(texts);
+}

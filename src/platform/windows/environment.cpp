@@ -1,0 +1,56 @@
+#include "platform/environment.h"
+
+#include <cstdlib>
+
+#include "platform/windows/wide_text.h"
+
+namespace platform {
+
+namespace {
+
+// The C library treats longer texts as a programming error and may end the process.
+constexpr std::size_t kLongestVariable = 32766;
+
+class WindowsEnvironment : public Environment {
+public:
+    std::optional<std::string> get(const char* name) override {
+        const std::wstring wideName = wideOf(name);
+        std::wstring value(256, L'\0');
+        for (;;) {
+            SetLastError(ERROR_SUCCESS);
+            const DWORD length =
+                GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size()));
+            if (length == 0 && GetLastError() != ERROR_SUCCESS) {
+                return std::nullopt;
+            }
+            if (length < value.size()) {
+                return utf8Of(value.c_str());
+            }
+            value.resize(length);
+        }
+    }
+
+    bool set(const char* name, const char* value) override {
+        const std::wstring wideName = wideOf(name);
+        const std::wstring wideValue = wideOf(value);
+        if (wideName.empty() || wideName.find(L'=') != std::wstring::npos ||
+            wideName.size() + wideValue.size() > kLongestVariable) {
+            return false;
+        }
+        if (SetEnvironmentVariableW(wideName.c_str(), wideValue.empty() ? nullptr : wideValue.c_str()) == 0 &&
+            GetLastError() != ERROR_ENVVAR_NOT_FOUND) {
+            return false;
+        }
+        // The C library has a copy of the environment, which getenv reads.
+        return _wputenv_s(wideName.c_str(), wideValue.c_str()) == 0;
+    }
+};
+
+}  // namespace
+
+Environment& systemEnvironment() {
+    static WindowsEnvironment environment;
+    return environment;
+}
+
+}  // namespace platform

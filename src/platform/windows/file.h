@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/file_system.h"
+#include "platform/windows/wide_text.h"
+
+namespace platform {
+
+class WindowsFile : public File {
+public:
+    explicit WindowsFile(HANDLE handle) : handle_(handle) {}
+
+    int read(void* buffer, std::uint32_t size, std::uint32_t& outDone) override;
+    int write(const void* buffer, std::uint32_t size, std::uint32_t& outDone) override;
+    int seek(std::int64_t distance, Origin origin, std::int64_t& outPosition) override;
+    std::int64_t size() override;
+    int truncateHere() override;
+    int flush() override;
+    int close() override;
+
+private:
+    Handle handle_;
+};
+
+}  // namespace platform

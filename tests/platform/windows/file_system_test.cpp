@@ -1,0 +1,159 @@
+#include "platform/file_system.h"
+
+#include <windows.h>
+
+#include <aclapi.h>
+#include <gtest/gtest.h>
+
+#include "fakes/temporary_directory.h"
+#include "platform/program.h"
+#include "platform/windows/wide_text.h"
+
+namespace {
+
+using platform::Disposition;
+using platform::File;
+using platform::OpenOptions;
+using platform::systemFileSystem;
+
+class WindowsFileSystem : public testing::Test {
+protected:
+    static int open(const std::string& path, const OpenOptions& options, std::unique_ptr<File>& outFile) {
+        return systemFileSystem().open(path.c_str(), options, outFile);
+    }
+
+    TemporaryDirectory directory_;
+    std::unique_ptr<File> file_;
+    std::unique_ptr<File> other_;
+};
+
+TEST_F(WindowsFileSystem, enforcesTheShareModes) {
+    const std::string path = directory_.file("shared.txt");
+    writeTestFile(path, "content");
+    ASSERT_EQ(open(path, {.access = platform::kWrite, .share = platform::kShareRead}, file_), 0);
+    EXPECT_EQ(open(path, {.access = platform::kWrite, .share = platform::kShareRead}, other_),
+              ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(other_, nullptr);
+    EXPECT_EQ(open(path, {.access = platform::kRead, .share = platform::kShareRead}, other_),
+              ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(open(path, {.access = platform::kRead, .share = platform::kShareRead | platform::kShareWrite},
+                   other_),
+              0);
+    EXPECT_EQ(systemFileSystem().removeFile(path.c_str()), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(systemFileSystem().moveFile(path.c_str(), directory_.file("to").c_str()),
+              ERROR_SHARING_VIOLATION);
+}
+
+TEST_F(WindowsFileSystem, tellsTheSizeOfAFileThatNobodyElseMayOpen) {
+    const std::string path = directory_.file("locked.txt");
+    writeTestFile(path, "12345");
+    ASSERT_EQ(
+        open(path, {.access = platform::kRead | platform::kWrite, .share = platform::kShareNone}, file_), 0);
+    EXPECT_EQ(systemFileSystem().fileSize(path.c_str()), 5);
+    EXPECT_TRUE(systemFileSystem().exists(path.c_str()));
+}
+
+TEST_F(WindowsFileSystem, givesPrivateFilesToThisUserAlone) {
+    const std::string path = directory_.file("private.txt");
+    const OpenOptions options{.access = platform::kRead | platform::kWrite,
+                              .disposition = Disposition::kCreatePrivate};
+    ASSERT_EQ(open(path, options, file_), 0);
+    EXPECT_EQ(open(path, options, other_), ERROR_FILE_EXISTS);
+
+    ACL* list = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ASSERT_EQ(GetNamedSecurityInfoW(platform::systemPath(path.c_str()).c_str(), SE_FILE_OBJECT,
+                                    DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr, &descriptor),
+              static_cast<DWORD>(ERROR_SUCCESS));
+    ASSERT_NE(list, nullptr);
+    EXPECT_GT(list->AceCount, 0);
+    for (WORD i = 0; i < list->AceCount; i++) {
+        void* entry = nullptr;
+        ASSERT_NE(GetAce(list, i, &entry), 0);
+        auto* allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
+        EXPECT_FALSE(allowed->Header.AceType == ACCESS_ALLOWED_ACE_TYPE &&
+                     IsWellKnownSid(&allowed->SidStart, WinWorldSid) && allowed->Mask != 0)
+            << "everybody may do " << allowed->Mask;
+    }
+    LocalFree(descriptor);
+}
+
+TEST_F(WindowsFileSystem, refusesDevices) {
+    for (const char* name : {"nul", "con.log", "COM1", "aux.txt"}) {
+        const std::string path = directory_.file(name);
+        EXPECT_EQ(open(path, {.access = platform::kWrite, .disposition = Disposition::kOpenOrCreate}, file_),
+                  ERROR_INVALID_NAME)
+            << name;
+        EXPECT_EQ(file_, nullptr);
+        EXPECT_FALSE(systemFileSystem().exists(path.c_str())) << name;
+        EXPECT_EQ(systemFileSystem().createDirectory(path.c_str()), ERROR_INVALID_NAME) << name;
+        EXPECT_EQ(systemFileSystem().removeFile(path.c_str()), ERROR_INVALID_NAME) << name;
+    }
+    writeTestFile(directory_.file("a"), "");
+    EXPECT_EQ(systemFileSystem().moveFile(directory_.file("a").c_str(), directory_.file("prn").c_str()),
+              ERROR_INVALID_NAME);
+    EXPECT_EQ(open("\\\\.\\pipe\\tandrel-test", {}, file_), ERROR_INVALID_NAME);
+}
+
+TEST_F(WindowsFileSystem, worksWithPathsOverTheOldLimit) {
+    std::string path = directory_.path();
+    for (int i = 0; i < 4; i++) {
+        path += "/" + std::string(100, static_cast<char>('a' + i));
+        ASSERT_EQ(systemFileSystem().createDirectory(path.c_str()), 0) << path;
+    }
+    const std::string file = path + "/file.txt";
+    ASSERT_EQ(open(file, {.access = platform::kWrite, .disposition = Disposition::kCreateNew}, file_), 0);
+    file_.reset();
+    EXPECT_EQ(systemFileSystem().fileSize(file.c_str()), 0);
+    std::vector<platform::DirectoryEntry> entries;
+    ASSERT_EQ(systemFileSystem().list(path.c_str(), entries), 0);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].name, "file.txt");
+    EXPECT_EQ(systemFileSystem().replaceFile(file.c_str(), (path + "/other").c_str()), 0);
+    EXPECT_EQ(systemFileSystem().removeFile((path + "/other").c_str()), 0);
+}
+
+TEST_F(WindowsFileSystem, doesNotTouchARunningProgram) {
+    std::string image;
+    ASSERT_TRUE(platform::ownImagePath(image));
+    EXPECT_NE(systemFileSystem().removeFile(image.c_str()), 0);
+    EXPECT_NE(open(image, {.access = platform::kWrite, .share = 7}, file_), 0);
+    EXPECT_EQ(open(image, {}, file_), 0);
+}
+
+TEST_F(WindowsFileSystem, takesNoWildcardForAnEntry) {
+    writeTestFile(directory_.file("one.txt"), "1");
+    EXPECT_FALSE(systemFileSystem().exists(directory_.file("*.txt").c_str()));
+    EXPECT_EQ(systemFileSystem().fileSize(directory_.file("?ne.txt").c_str()), -1);
+    EXPECT_EQ(systemFileSystem().removeFile(directory_.file("*").c_str()), ERROR_INVALID_NAME);
+}
+
+TEST_F(WindowsFileSystem, listsTheRootOfADrive) {
+    std::vector<platform::DirectoryEntry> entries;
+    EXPECT_EQ(systemFileSystem().list("C:\\", entries), 0);
+    EXPECT_FALSE(entries.empty());
+    EXPECT_EQ(systemFileSystem().list("C:/", entries), 0);
+    EXPECT_FALSE(entries.empty());
+}
+
+TEST_F(WindowsFileSystem, formsTemporaryNamesFromTheLowHalfOfTheNumber) {
+    std::string temporary;
+    ASSERT_TRUE(systemFileSystem().temporaryDirectory(temporary));
+    EXPECT_TRUE(systemFileSystem().isDirectory(temporary.c_str()));
+    EXPECT_NE(temporary.back(), '\\');
+    std::string path;
+    ASSERT_TRUE(systemFileSystem().temporaryName("orinstall", 0x1ABCD, path));
+    EXPECT_EQ(_stricmp(path.c_str(), (temporary + "\\oriABCD.tmp").c_str()), 0) << path;
+    ASSERT_TRUE(systemFileSystem().temporaryName("orinstall", 0x70000, path));
+    EXPECT_EQ(_stricmp(path.c_str(), (temporary + "\\ori7.tmp").c_str()), 0) << path;
+    EXPECT_FALSE(systemFileSystem().exists(path.c_str()));
+}
+
+TEST_F(WindowsFileSystem, failsToSeekBeforeTheStart) {
+    writeTestFile(directory_.file("f"), "abc");
+    ASSERT_EQ(open(directory_.file("f"), {}, file_), 0);
+    std::int64_t position = 0;
+    EXPECT_EQ(file_->seek(-1, platform::Origin::kStart, position), ERROR_NEGATIVE_SEEK);
+}
+
+}  // namespace
