@@ -1,0 +1,76 @@
+#include "session/command_line_parameters.h"
+
+namespace {
+
+constexpr int kGrowthStep = 100;
+
+std::string withoutQuotes(const std::string& value) {
+    const bool isQuoted = value.size() >= 2 && value.front() == '"' && value.back() == '"';
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
+}
+
+}  // namespace
+
+struct CommandLineParameters::Record {
+    std::string name;
+    std::string value;
+};
+
+CommandLineParameters::CommandLineParameters() : records_(kGrowthStep) {}
+
+CommandLineParameters::~CommandLineParameters() {
+    for (const Record* record : records_) {
+        delete record;
+    }
+}
+
+CommandLineParameters::Record* CommandLineParameters::open(const std::string& token, bool& outHasValue,
+                                                           std::string& outValue) {
+    const std::size_t start = token.starts_with("--") ? 2 : 1;
+    const std::size_t equals = token.find('=', start);
+    outHasValue = equals != std::string::npos;
+    outValue = outHasValue ? token.substr(equals + 1) : std::string();
+    auto record = std::make_unique<Record>();
+    record->name = token.substr(start, outHasValue ? equals - start : std::string::npos);
+    records_.append(record.get());
+    return record.release();
+}
+
+int CommandLineParameters::parse(const std::vector<std::string>& tokens) {
+    Record* current = nullptr;  // the option that still waits for its value
+    for (const std::string& token : tokens) {
+        if (token.empty()) {
+            continue;
+        }
+        bool hasValue = true;
+        std::string value = token.substr(token[0] == '=' ? 1 : 0);
+        if (token[0] == '-') {
+            current = open(token, hasValue, value);
+        }
+        if (current == nullptr) {
+            return -1;
+        }
+        if (hasValue && !value.empty()) {
+            current->value = withoutQuotes(value);
+            current = nullptr;
+        }
+    }
+    return 0;
+}
+
+const char* CommandLineParameters::find(const char* name) const {
+    for (const Record* record : records_) {
+        if (record->name == name) {
+            return record->value.c_str();
+        }
+    }
+    return nullptr;
+}
+
+const char* CommandLineParameters::name(int index) const {
+    return records_.at(index)->name.c_str();
+}
+
+const char* CommandLineParameters::value(int index) const {
+    return records_.at(index)->value.c_str();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/p_list.h"
+
+// The options of the command line, in their order. Names and values are UTF-8, belong to this object and stay
+// in place for its whole life.
+class CommandLineParameters {
+public:
+    CommandLineParameters();
+    ~CommandLineParameters();
+    CommandLineParameters(const CommandLineParameters&) = delete;
+    CommandLineParameters& operator=(const CommandLineParameters&) = delete;
+
+    // Reads the tokens behind the program's name: "-name=value", "--name=value", "-name value", "-name". A
+    // value in double quotes loses them. 0, or -1 for a word that isn't the value of an option; the options
+    // ahead of it are kept then. Called once.
+    int parse(const std::vector<std::string>& tokens);
+
+    // The value of the first option of exactly this name, the empty text when it had none; null when the
+    // option wasn't given.
+    const char* find(const char* name) const;
+
+    int getCount() const { return records_.getCount(); }
+    // 0 <= index < getCount(), unchecked.
+    const char* name(int index) const;
+    const char* value(int index) const;
+
+private:
+    struct Record;
+
+    Record* open(const std::string& token, bool& outHasValue, std::string& outValue);
+
+    PList<Record*> records_;  // owned
+};
