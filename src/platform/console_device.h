@@ -14,6 +14,7 @@ enum class ReadStatus {
     kInterrupted,  // interruptInput was called
 };
 
+// Output may come from any thread; one thread at a time reads.
 class ConsoleDevice {
 public:
     virtual ~ConsoleDevice() = default;
@@ -27,7 +28,8 @@ public:
     // Reads up to and with a line feed, or `maxBytes` bytes, whichever comes first; what is left of the line
     // is given to the next read, as fgets does. `outLine` keeps the line feed.
     virtual ReadStatus readLine(std::string& outLine, std::size_t maxBytes) = 0;
-    // One key without echo (from a pipe: one byte). The terminal's settings are restored before it returns.
+    // One key without echo (from a pipe: one byte). The backspace key gives 8, the key that ends the input
+    // kEnd. The terminal's settings are restored before it returns.
     virtual ReadStatus readKey(int& outKey) = 0;
 
     // From any thread, any number of times: a read that blocks, and each later one, returns kInterrupted.

@@ -38,7 +38,8 @@ class File {
 public:
     virtual ~File() = default;
 
-    // `outDone` gets the bytes moved, also after a failure. Reading 0 bytes with status 0 is the file's end.
+    // `outDone` gets the bytes moved, also after a failure. Fewer bytes than asked for with status 0 is the
+    // file's end.
     // A status of 0 from write means that all bytes were handed to the system.
     virtual int read(void* buffer, std::uint32_t size, std::uint32_t& outDone) = 0;
     virtual int write(const void* buffer, std::uint32_t size, std::uint32_t& outDone) = 0;
@@ -51,8 +52,8 @@ public:
 };
 
 struct DirectoryEntry {
-    std::string name;  // without the directory
-    bool isDirectory = false;
+    std::string name;          // without the directory
+    bool isDirectory = false;  // a link to a directory isn't one: walks must not leave the tree
 };
 
 class FileSystem {
@@ -62,7 +63,7 @@ public:
     // `outFile` is null after a failure. A directory can't be opened.
     virtual int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) = 0;
 
-    virtual bool exists(const char* path) = 0;  // of any kind
+    virtual bool exists(const char* path) = 0;  // of any kind, a link without a target included
     virtual bool isDirectory(const char* path) = 0;
     // From the directory entry, without opening; -1 when there is none or it is a directory.
     virtual std::int64_t fileSize(const char* path) = 0;
@@ -81,7 +82,8 @@ public:
 
     // The directory for temporary files without a trailing separator. False on failure.
     virtual bool temporaryDirectory(std::string& outPath) = 0;
-    // Forms the path of a temporary file from a prefix and a non-zero number; the file isn't created.
+    // Forms the path of a temporary file from a prefix and a non-zero number; the file isn't created. Nothing
+    // of that name exists. On Linux each call gives another name. False on failure.
     virtual bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) = 0;
 };
 

@@ -1,0 +1,237 @@
+#include "platform/file_system.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/posix/native_path.h"
+#include "platform/posix/posix_file.h"
+#include "platform/posix/system_calls.h"
+
+namespace platform {
+
+namespace {
+
+int errorOf(int callResult) {
+    return callResult == 0 ? 0 : errno;
+}
+
+bool accessFlag(std::uint32_t access, int& outFlag) {
+    switch (access & (kRead | kWrite)) {
+        case kRead:
+            outFlag = O_RDONLY;
+            return true;
+        case kWrite:
+            outFlag = O_WRONLY;
+            return true;
+        case kRead | kWrite:
+            outFlag = O_RDWR;
+            return true;
+        default:
+            return false;
+    }
+}
+
+int dispositionFlags(Disposition disposition) {
+    switch (disposition) {
+        case Disposition::kOpenExisting:
+            return 0;
+        case Disposition::kOpenOrCreate:
+            return O_CREAT;
+        case Disposition::kCreateAlways:
+            return O_CREAT | O_TRUNC;
+        case Disposition::kCreateNew:
+        case Disposition::kCreatePrivate:
+            return O_CREAT | O_EXCL | O_NOFOLLOW;
+    }
+    return 0;
+}
+
+bool isDirectoryDescriptor(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// For file systems that can't rename without replacing. A hard link fails on an existing name as well; only
+// directories, which have no hard links, are left with a look before the leap.
+int moveWithoutFlags(const std::string& from, const std::string& to) {
+    struct stat status {};
+    if (lstat(from.c_str(), &status) != 0) {
+        return errno;
+    }
+    if (!S_ISDIR(status.st_mode) && link(from.c_str(), to.c_str()) == 0) {
+        return errorOf(unlink(from.c_str()));
+    }
+    if (!S_ISDIR(status.st_mode) && errno != EPERM && errno != EOPNOTSUPP) {
+        return errno;
+    }
+    if (lstat(to.c_str(), &status) == 0) {
+        return EEXIST;
+    }
+    return errorOf(rename(from.c_str(), to.c_str()));
+}
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+using DirectoryStream = std::unique_ptr<DIR, DirectoryCloser>;
+
+bool isDotEntry(const std::string& name) {
+    return name == "." || name == "..";
+}
+
+bool isDirectoryEntry(DIR* directory, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN) {
+        return entry.d_type == DT_DIR;
+    }
+    struct stat status {};
+    return fstatat(dirfd(directory), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+bool randomNumber(std::uint64_t& outNumber) {
+    return retryInterrupted([&] { return getrandom(&outNumber, sizeof outNumber, 0); }) ==
+           static_cast<ssize_t>(sizeof outNumber);
+}
+
+class PosixFileSystem : public FileSystem {
+public:
+    int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
+    bool exists(const char* path) override;
+    bool isDirectory(const char* path) override;
+    std::int64_t fileSize(const char* path) override;
+    int removeFile(const char* path) override { return errorOf(unlink(nativePath(path).c_str())); }
+    int moveFile(const char* from, const char* to) override;
+    int replaceFile(const char* from, const char* to) override;
+    int createDirectory(const char* path) override { return errorOf(mkdir(nativePath(path).c_str(), 0777)); }
+    int removeDirectory(const char* path) override { return errorOf(rmdir(nativePath(path).c_str())); }
+    int list(const char* path, std::vector<DirectoryEntry>& outEntries) override;
+    int makeExecutable(const char* path) override;
+    bool temporaryDirectory(std::string& outPath) override;
+    bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override;
+};
+
+int PosixFileSystem::open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) {
+    outFile.reset();
+    int flags = 0;
+    if (!accessFlag(options.access, flags)) {
+        return EINVAL;
+    }
+    flags |= dispositionFlags(options.disposition) | O_CLOEXEC | O_NOCTTY;
+    const mode_t mode = options.disposition == Disposition::kCreatePrivate ? 0600 : 0666;
+    const std::string native = nativePath(path);
+    const int descriptor = retryInterrupted([&] { return ::open(native.c_str(), flags, mode); });
+    if (descriptor < 0) {
+        return errno;
+    }
+    auto file = std::make_unique<PosixFile>(descriptor);
+    if (isDirectoryDescriptor(descriptor)) {
+        return EISDIR;
+    }
+    if (options.sequential) {
+        posix_fadvise(descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+    }
+    outFile = std::move(file);
+    return 0;
+}
+
+bool PosixFileSystem::exists(const char* path) {
+    struct stat status {};
+    return lstat(nativePath(path).c_str(), &status) == 0;
+}
+
+bool PosixFileSystem::isDirectory(const char* path) {
+    struct stat status {};
+    return stat(nativePath(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::int64_t PosixFileSystem::fileSize(const char* path) {
+    struct stat status {};
+    const bool isFile = stat(nativePath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+    return isFile ? status.st_size : -1;
+}
+
+int PosixFileSystem::moveFile(const char* from, const char* to) {
+    const std::string source = nativePath(from);
+    const std::string target = nativePath(to);
+    if (renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    return errno == EINVAL || errno == ENOSYS ? moveWithoutFlags(source, target) : errno;
+}
+
+int PosixFileSystem::replaceFile(const char* from, const char* to) {
+    return errorOf(rename(nativePath(from).c_str(), nativePath(to).c_str()));
+}
+
+int PosixFileSystem::list(const char* path, std::vector<DirectoryEntry>& outEntries) {
+    outEntries.clear();
+    const DirectoryStream directory(opendir(nativePath(path).c_str()));
+    if (directory == nullptr) {
+        return errno;
+    }
+    for (;;) {
+        errno = 0;
+        const dirent* entry = readdir(directory.get());
+        if (entry == nullptr) {
+            return errno;
+        }
+        if (!isDotEntry(entry->d_name)) {
+            outEntries.push_back({entry->d_name, isDirectoryEntry(directory.get(), *entry)});
+        }
+    }
+}
+
+int PosixFileSystem::makeExecutable(const char* path) {
+    const std::string native = nativePath(path);
+    struct stat status {};
+    if (stat(native.c_str(), &status) != 0) {
+        return errno;
+    }
+    const mode_t readable = status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH);
+    return errorOf(chmod(native.c_str(), (status.st_mode & 07777) | (readable >> 2)));
+}
+
+bool PosixFileSystem::temporaryDirectory(std::string& outPath) {
+    const char* configured = std::getenv("TMPDIR");
+    outPath = configured != nullptr && *configured != '\0' ? configured : "/tmp";
+    while (outPath.size() > 1 && (outPath.back() == '/' || outPath.back() == '\\')) {
+        outPath.pop_back();
+    }
+    return true;
+}
+
+// The random part keeps others from occupying the name in advance in a directory that all may write to.
+bool PosixFileSystem::temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) {
+    std::string directory;
+    if (prefix == nullptr || number == 0 || !temporaryDirectory(directory)) {
+        return false;
+    }
+    for (;;) {
+        std::uint64_t random = 0;
+        if (!randomNumber(random)) {
+            return false;
+        }
+        char tail[64];
+        std::snprintf(tail, sizeof tail, "%x-%x-%016llx.tmp", number, static_cast<unsigned>(getpid()),
+                      static_cast<unsigned long long>(random));
+        outPath = directory + '/' + prefix + tail;
+        if (!exists(outPath.c_str())) {
+            return true;
+        }
+    }
+}
+
+}  // namespace
+
+FileSystem& systemFileSystem() {
+    static PosixFileSystem fileSystem;
+    return fileSystem;
+}
+
+}  // namespace platform

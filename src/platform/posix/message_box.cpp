@@ -1,0 +1,21 @@
+#include "platform/message_box.h"
+
+#include <unistd.h>
+
+#include <string>
+
+#include "platform/posix/system_calls.h"
+
+namespace platform {
+
+void showMessage(const char* text, const char* caption, MessageIcon) {
+    std::string line = caption != nullptr ? caption : "";
+    line += ":\n";
+    line += text != nullptr ? text : "";
+    line += '\n';
+    // Nobody is left to tell when standard error fails.
+    std::size_t ignored = 0;
+    writeAll(STDERR_FILENO, line.data(), line.size(), ignored);
+}
+
+}  // namespace platform

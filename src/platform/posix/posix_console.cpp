@@ -1,0 +1,183 @@
+#include "platform/posix/posix_console.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/posix/terminal_mode.h"
+
+namespace platform {
+
+namespace {
+
+constexpr std::size_t kOutputBufferSize = 32768;
+constexpr std::size_t kInputChunkSize = 4096;
+constexpr int kBackspaceKey = 8;
+
+}  // namespace
+
+PosixConsole::PosixConsole(int input, int output, int error)
+    : input_(input), output_(output), error_(error), wakeUp_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    // A reader that goes away shows as a failed write, which is reported; it must not end the process.
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool PosixConsole::write(std::string_view text) {
+    const std::lock_guard lock(outputMutex_);
+    if (outputFailed_) {
+        return false;
+    }
+    pendingOutput_ += text;
+    return pendingOutput_.size() < kOutputBufferSize || flushLocked();
+}
+
+bool PosixConsole::flush() {
+    const std::lock_guard lock(outputMutex_);
+    return flushLocked();
+}
+
+bool PosixConsole::flushLocked() {
+    if (outputFailed_) {
+        return false;
+    }
+    std::size_t ignored = 0;
+    outputFailed_ = writeAll(output_, pendingOutput_.data(), pendingOutput_.size(), ignored) != 0;
+    pendingOutput_.clear();
+    return !outputFailed_;
+}
+
+bool PosixConsole::writeError(std::string_view text) {
+    std::size_t ignored = 0;
+    return writeAll(error_, text.data(), text.size(), ignored) == 0;
+}
+
+ReadStatus PosixConsole::readLine(std::string& outLine, std::size_t maxBytes) {
+    outLine.clear();
+    while (!interrupted_ && !takeLinePart(outLine, maxBytes)) {
+        const ReadStatus status = fillInput();
+        if (status == ReadStatus::kEnd) {
+            return outLine.empty() ? ReadStatus::kEnd : ReadStatus::kLine;
+        }
+    }
+    if (interrupted_) {
+        outLine.clear();
+        return ReadStatus::kInterrupted;
+    }
+    return ReadStatus::kLine;
+}
+
+// True when the line is complete.
+bool PosixConsole::takeLinePart(std::string& outLine, std::size_t maxBytes) {
+    const char* start = pendingInput_.data() + inputPosition_;
+    std::size_t length = std::min(pendingInput_.size() - inputPosition_, maxBytes - outLine.size());
+    const void* lineFeed = std::memchr(start, '\n', length);
+    if (lineFeed != nullptr) {
+        length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - start) + 1;
+    }
+    outLine.append(start, length);
+    inputPosition_ += length;
+    return lineFeed != nullptr || outLine.size() == maxBytes;
+}
+
+// Called with an empty buffer only.
+ReadStatus PosixConsole::fillInput() {
+    inputPosition_ = 0;
+    pendingInput_.clear();
+    for (;;) {
+        const ReadStatus status = waitForInput();
+        if (status != ReadStatus::kLine) {
+            return status;
+        }
+        char chunk[kInputChunkSize];
+        const ssize_t done = retryInterrupted([&] { return read(input_, chunk, sizeof chunk); });
+        if (done > 0) {
+            pendingInput_.assign(chunk, static_cast<std::size_t>(done));
+            return ReadStatus::kLine;
+        }
+        if (done == 0 || errno != EAGAIN) {
+            return ReadStatus::kEnd;
+        }
+    }
+}
+
+ReadStatus PosixConsole::waitForInput() {
+    pollfd waits[] = {{wakeUp_.get(), POLLIN, 0}, {input_, POLLIN, 0}};
+    if (retryInterrupted([&] { return poll(waits, 2, -1); }) < 0) {
+        return ReadStatus::kEnd;
+    }
+    return interrupted_ ? ReadStatus::kInterrupted : ReadStatus::kLine;
+}
+
+ReadStatus PosixConsole::readKey(int& outKey) {
+    if (!interrupted_ && inputPosition_ == pendingInput_.size()) {
+        // What arrives while echo is off is taken at once: a pasted password must not meet the echo between
+        // two keys.
+        const RawTerminalMode raw(input_);
+        const ReadStatus status = fillInput();
+        if (status == ReadStatus::kEnd) {
+            return status;
+        }
+    }
+    return interrupted_ ? ReadStatus::kInterrupted : takeKey(outKey);
+}
+
+ReadStatus PosixConsole::takeKey(int& outKey) {
+    const unsigned char key = static_cast<unsigned char>(pendingInput_[inputPosition_++]);
+    outKey = key;
+    termios settings{};
+    if (tcgetattr(input_, &settings) != 0) {
+        return ReadStatus::kLine;
+    }
+    if (key != _POSIX_VDISABLE && key == settings.c_cc[VEOF]) {
+        return ReadStatus::kEnd;
+    }
+    if (key != _POSIX_VDISABLE && key == settings.c_cc[VERASE]) {
+        outKey = kBackspaceKey;
+    }
+    return ReadStatus::kLine;
+}
+
+void PosixConsole::interruptInput() {
+    interrupted_ = true;
+    const std::uint64_t one = 1;
+    std::size_t ignored = 0;
+    writeAll(wakeUp_.get(), reinterpret_cast<const char*>(&one), sizeof one, ignored);
+}
+
+bool PosixConsole::windowSize(int& outColumns, int& outRows) {
+    winsize size{};
+    if (ioctl(output_, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) {
+        return false;
+    }
+    outColumns = size.ws_col;
+    outRows = size.ws_row;
+    return true;
+}
+
+bool PosixConsole::isInputTerminal() {
+    return isatty(input_) == 1;
+}
+
+bool PosixConsole::isOutputTerminal() {
+    return isatty(output_) == 1;
+}
+
+ConsoleDevice& systemConsole() {
+    // Never destroyed: the thread that serves signals may print until the process is gone.
+    static PosixConsole& console = []() -> PosixConsole& {
+        auto* device = new PosixConsole(STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO);
+        std::atexit([] { systemConsole().flush(); });
+        return *device;
+    }();
+    return console;
+}
+
+}  // namespace platform

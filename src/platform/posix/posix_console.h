@@ -1,0 +1,49 @@
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <string>
+
+#include "platform/console_device.h"
+#include "platform/posix/system_calls.h"
+
+namespace platform {
+
+// A console on three descriptors, which stay the caller's. Output may come from several threads, input is
+// read by one.
+class PosixConsole : public ConsoleDevice {
+public:
+    PosixConsole(int input, int output, int error);
+
+    bool write(std::string_view text) override;
+    bool flush() override;
+    bool writeError(std::string_view text) override;
+    ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override;
+    ReadStatus readKey(int& outKey) override;
+    void interruptInput() override;
+    bool windowSize(int& outColumns, int& outRows) override;
+    bool isInputTerminal() override;
+    bool isOutputTerminal() override;
+
+private:
+    bool flushLocked();
+    ReadStatus fillInput();
+    ReadStatus waitForInput();
+    bool takeLinePart(std::string& outLine, std::size_t maxBytes);
+    ReadStatus takeKey(int& outKey);
+
+    const int input_;
+    const int output_;
+    const int error_;
+
+    std::mutex outputMutex_;
+    std::string pendingOutput_;
+    bool outputFailed_ = false;
+
+    std::string pendingInput_;
+    std::size_t inputPosition_ = 0;
+    std::atomic<bool> interrupted_{false};
+    Descriptor wakeUp_;  // readable from the first interruptInput on
+};
+
+}  // namespace platform

@@ -1,0 +1,40 @@
+#include "platform/environment.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char* kName = "TANDREL_TEST_VARIABLE";
+
+TEST(EnvironmentTest, AMissingVariableHasNoValue) {
+    EXPECT_EQ(platform::systemEnvironment().get("TANDREL_TEST_NEVER_SET"), std::nullopt);
+    EXPECT_EQ(platform::systemEnvironment().get(""), std::nullopt);
+}
+
+TEST(EnvironmentTest, GivesBackWhatWasSet) {
+    platform::Environment& environment = platform::systemEnvironment();
+    ASSERT_TRUE(environment.set(kName, "one"));
+    EXPECT_EQ(environment.get(kName), "one");
+    ASSERT_TRUE(environment.set(kName,
+                                "Gr\xc3\xb6\xc3\x9f"
+                                "e;\xf0\x9f\x93\xa6"));
+    EXPECT_EQ(environment.get(kName),
+              "Gr\xc3\xb6\xc3\x9f"
+              "e;\xf0\x9f\x93\xa6");
+}
+
+TEST(EnvironmentTest, LongValuesAreNotCut) {
+    platform::Environment& environment = platform::systemEnvironment();
+    const std::string value(20000, 'v');
+    ASSERT_TRUE(environment.set(kName, value.c_str()));
+    EXPECT_EQ(environment.get(kName), value);
+}
+
+TEST(EnvironmentTest, RefusesNamesThatCannotBe) {
+    platform::Environment& environment = platform::systemEnvironment();
+    EXPECT_FALSE(environment.set("", "value"));
+    EXPECT_FALSE(environment.set("a=b", "value"));
+    EXPECT_EQ(environment.get("a"), std::nullopt);
+}
+
+}  // namespace

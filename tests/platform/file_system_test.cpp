@@ -1,0 +1,324 @@
+#include "platform/file_system.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+
+#include "fakes/temporary_directory.h"
+
+namespace {
+
+using platform::Disposition;
+using platform::File;
+using platform::OpenOptions;
+using platform::Origin;
+
+class FileSystemTest : public testing::Test {
+protected:
+    std::string path(const char* name) const { return directory_.file(name); }
+
+    std::unique_ptr<File> openFile(const std::string& path, std::uint32_t access, Disposition disposition) {
+        OpenOptions options;
+        options.access = access;
+        options.disposition = disposition;
+        std::unique_ptr<File> file;
+        status_ = files_.open(path.c_str(), options, file);
+        EXPECT_EQ(status_ == 0, file != nullptr) << path;
+        return file;
+    }
+
+    void write(File& file, const std::string& text) {
+        std::uint32_t done = 0;
+        ASSERT_EQ(file.write(text.data(), static_cast<std::uint32_t>(text.size()), done), 0);
+        ASSERT_EQ(done, text.size());
+    }
+
+    std::string read(File& file, std::uint32_t size) {
+        std::string text(size, '\0');
+        std::uint32_t done = 0;
+        EXPECT_EQ(file.read(text.data(), size, done), 0);
+        text.resize(done);
+        return text;
+    }
+
+    TemporaryDirectory directory_;
+    platform::FileSystem& files_ = platform::systemFileSystem();
+    int status_ = 0;
+};
+
+TEST_F(FileSystemTest, OpenExistingFailsWithoutAFile) {
+    EXPECT_EQ(openFile(path("none"), platform::kRead, Disposition::kOpenExisting), nullptr);
+    EXPECT_NE(status_, 0);
+    EXPECT_FALSE(testFileExists(path("none")));
+}
+
+TEST_F(FileSystemTest, OpenOrCreateKeepsTheContent) {
+    write(*openFile(path("f"), platform::kWrite, Disposition::kOpenOrCreate), "abc");
+    write(*openFile(path("f"), platform::kWrite, Disposition::kOpenOrCreate), "X");
+    EXPECT_EQ(readTestFile(path("f")), "Xbc");
+}
+
+TEST_F(FileSystemTest, CreateAlwaysEmptiesTheFile) {
+    writeTestFile(path("f"), "abc");
+    write(*openFile(path("f"), platform::kWrite, Disposition::kCreateAlways), "X");
+    EXPECT_EQ(readTestFile(path("f")), "X");
+}
+
+TEST_F(FileSystemTest, CreateNewAndCreatePrivateRefuseAnExistingFile) {
+    for (const Disposition disposition : {Disposition::kCreateNew, Disposition::kCreatePrivate}) {
+        const std::string name = path(disposition == Disposition::kCreateNew ? "new" : "private");
+        write(*openFile(name, platform::kRead | platform::kWrite, disposition), "first");
+        EXPECT_EQ(openFile(name, platform::kWrite, disposition), nullptr);
+        EXPECT_NE(status_, 0);
+        EXPECT_EQ(readTestFile(name), "first");
+    }
+}
+
+TEST_F(FileSystemTest, ADirectoryCannotBeOpened) {
+    EXPECT_EQ(openFile(directory_.path(), platform::kRead, Disposition::kOpenExisting), nullptr);
+    EXPECT_NE(status_, 0);
+}
+
+TEST_F(FileSystemTest, ReadGivesWhatIsLeftAndThenTheEnd) {
+    writeTestFile(path("f"), "abcdef");
+    const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(read(*file, 4), "abcd");
+    EXPECT_EQ(read(*file, 4), "ef");
+    EXPECT_EQ(read(*file, 4), "");
+}
+
+TEST_F(FileSystemTest, BytesPassUnchanged) {
+    const std::string bytes("\r\n\0\x1a\xff\n\r", 7);
+    write(*openFile(path("f"), platform::kWrite, Disposition::kCreateAlways), bytes);
+    EXPECT_EQ(readTestFile(path("f")), bytes);
+    EXPECT_EQ(read(*openFile(path("f"), platform::kRead, Disposition::kOpenExisting), 100), bytes);
+}
+
+TEST_F(FileSystemTest, WriteToAFileOpenedForReadingFails) {
+    writeTestFile(path("f"), "abc");
+    const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
+    ASSERT_NE(file, nullptr);
+    std::uint32_t done = 77;
+    EXPECT_NE(file->write("x", 1, done), 0);
+    EXPECT_EQ(done, 0U);
+    EXPECT_EQ(readTestFile(path("f")), "abc");
+}
+
+TEST_F(FileSystemTest, ReadFromAFileOpenedForWritingFails) {
+    writeTestFile(path("f"), "abc");
+    const auto file = openFile(path("f"), platform::kWrite, Disposition::kOpenExisting);
+    ASSERT_NE(file, nullptr);
+    char byte = 0;
+    std::uint32_t done = 77;
+    EXPECT_NE(file->read(&byte, 1, done), 0);
+    EXPECT_EQ(done, 0U);
+}
+
+TEST_F(FileSystemTest, SeekMovesFromEachOrigin) {
+    writeTestFile(path("f"), "abcdef");
+    const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
+    ASSERT_NE(file, nullptr);
+    std::int64_t position = 0;
+    EXPECT_EQ(file->seek(2, Origin::kStart, position), 0);
+    EXPECT_EQ(position, 2);
+    EXPECT_EQ(file->seek(1, Origin::kCurrent, position), 0);
+    EXPECT_EQ(position, 3);
+    EXPECT_EQ(read(*file, 1), "d");
+    EXPECT_EQ(file->seek(-1, Origin::kEnd, position), 0);
+    EXPECT_EQ(position, 5);
+    EXPECT_EQ(read(*file, 9), "f");
+    EXPECT_NE(file->seek(-1, Origin::kStart, position), 0);
+}
+
+TEST_F(FileSystemTest, PositionsBeyondFourGigabytesHold) {
+    const auto file = openFile(path("f"), platform::kRead | platform::kWrite, Disposition::kCreateNew);
+    ASSERT_NE(file, nullptr);
+    constexpr std::int64_t kFar = (std::int64_t{5} << 30) + 3;
+    std::int64_t position = 0;
+    ASSERT_EQ(file->seek(kFar, Origin::kStart, position), 0);
+    EXPECT_EQ(position, kFar);
+    ASSERT_EQ(file->seek(0, Origin::kCurrent, position), 0);
+    EXPECT_EQ(position, kFar);
+}
+
+TEST_F(FileSystemTest, TruncateHereCutsAtThePosition) {
+    writeTestFile(path("f"), "abcdef");
+    const auto file = openFile(path("f"), platform::kRead | platform::kWrite, Disposition::kOpenExisting);
+    ASSERT_NE(file, nullptr);
+    std::int64_t position = 0;
+    ASSERT_EQ(file->seek(2, Origin::kStart, position), 0);
+    EXPECT_EQ(file->truncateHere(), 0);
+    EXPECT_EQ(file->size(), 2);
+    EXPECT_EQ(file->flush(), 0);
+    EXPECT_EQ(file->close(), 0);
+    EXPECT_EQ(readTestFile(path("f")), "ab");
+}
+
+TEST_F(FileSystemTest, AClosedFileRefusesEverything) {
+    const auto file = openFile(path("f"), platform::kRead | platform::kWrite, Disposition::kCreateNew);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->close(), 0);
+    std::uint32_t done = 0;
+    std::int64_t position = 0;
+    EXPECT_NE(file->write("x", 1, done), 0);
+    EXPECT_NE(file->seek(0, Origin::kStart, position), 0);
+    EXPECT_NE(file->flush(), 0);
+    EXPECT_EQ(file->size(), -1);
+}
+
+TEST_F(FileSystemTest, TellsFilesFromDirectories) {
+    writeTestFile(path("f"), "abc");
+    EXPECT_TRUE(files_.exists(path("f").c_str()));
+    EXPECT_FALSE(files_.isDirectory(path("f").c_str()));
+    EXPECT_EQ(files_.fileSize(path("f").c_str()), 3);
+    EXPECT_TRUE(files_.exists(directory_.path().c_str()));
+    EXPECT_TRUE(files_.isDirectory(directory_.path().c_str()));
+    EXPECT_EQ(files_.fileSize(directory_.path().c_str()), -1);
+    EXPECT_FALSE(files_.exists(path("none").c_str()));
+    EXPECT_FALSE(files_.isDirectory(path("none").c_str()));
+    EXPECT_EQ(files_.fileSize(path("none").c_str()), -1);
+}
+
+TEST_F(FileSystemTest, AnEmptyOrNullPathNamesNothing) {
+    for (const char* nothing : {"", static_cast<const char*>(nullptr)}) {
+        std::unique_ptr<File> file;
+        EXPECT_NE(files_.open(nothing, OpenOptions{}, file), 0);
+        EXPECT_FALSE(files_.exists(nothing));
+        EXPECT_NE(files_.removeFile(nothing), 0);
+        EXPECT_NE(files_.createDirectory(nothing), 0);
+    }
+}
+
+TEST_F(FileSystemTest, BothSeparatorsWork) {
+    const std::string mixed = directory_.path() + "\\sub/deeper\\";
+    EXPECT_EQ(files_.createDirectory((directory_.path() + "\\sub").c_str()), 0);
+    EXPECT_EQ(files_.createDirectory((directory_.path() + "\\sub/deeper").c_str()), 0);
+    write(*openFile(mixed + "f", platform::kWrite, Disposition::kCreateNew), "abc");
+    EXPECT_EQ(readTestFile(path("sub/deeper/f")), "abc");
+}
+
+TEST_F(FileSystemTest, NamesOutsideAsciiWork) {
+    const std::string name =
+        "Gr\xc3\xb6\xc3\x9f"
+        "e \xe6\xbc\xa2 \xf0\x9f\x93\xa6";
+    write(*openFile(path(name.c_str()), platform::kWrite, Disposition::kCreateNew), "abc");
+    EXPECT_EQ(readTestFile(path(name.c_str())), "abc");
+    std::vector<platform::DirectoryEntry> entries;
+    ASSERT_EQ(files_.list(directory_.path().c_str(), entries), 0);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].name, name);
+}
+
+TEST_F(FileSystemTest, RemoveFileTakesFilesOnly) {
+    writeTestFile(path("f"), "abc");
+    EXPECT_EQ(files_.removeFile(path("f").c_str()), 0);
+    EXPECT_FALSE(testFileExists(path("f")));
+    EXPECT_NE(files_.removeFile(path("f").c_str()), 0);
+    EXPECT_NE(files_.removeFile(directory_.path().c_str()), 0);
+    EXPECT_TRUE(testFileExists(directory_.path()));
+}
+
+TEST_F(FileSystemTest, MoveFileNeverReplaces) {
+    writeTestFile(path("from"), "new");
+    writeTestFile(path("to"), "old");
+    EXPECT_NE(files_.moveFile(path("from").c_str(), path("to").c_str()), 0);
+    EXPECT_EQ(readTestFile(path("from")), "new");
+    EXPECT_EQ(readTestFile(path("to")), "old");
+    EXPECT_EQ(files_.moveFile(path("from").c_str(), path("free").c_str()), 0);
+    EXPECT_FALSE(testFileExists(path("from")));
+    EXPECT_EQ(readTestFile(path("free")), "new");
+    EXPECT_NE(files_.moveFile(path("none").c_str(), path("free2").c_str()), 0);
+}
+
+TEST_F(FileSystemTest, ReplaceFileTakesThePlace) {
+    writeTestFile(path("from"), "new");
+    writeTestFile(path("to"), "old");
+    EXPECT_EQ(files_.replaceFile(path("from").c_str(), path("to").c_str()), 0);
+    EXPECT_FALSE(testFileExists(path("from")));
+    EXPECT_EQ(readTestFile(path("to")), "new");
+    EXPECT_EQ(files_.replaceFile(path("to").c_str(), path("free").c_str()), 0);
+    EXPECT_EQ(readTestFile(path("free")), "new");
+}
+
+TEST_F(FileSystemTest, CreateDirectoryMakesOneLevel) {
+    EXPECT_NE(files_.createDirectory(path("a/b").c_str()), 0);
+    EXPECT_EQ(files_.createDirectory(path("a").c_str()), 0);
+    EXPECT_EQ(files_.createDirectory(path("a/b").c_str()), 0);
+    EXPECT_NE(files_.createDirectory(path("a").c_str()), 0);
+    EXPECT_TRUE(files_.isDirectory(path("a/b").c_str()));
+}
+
+TEST_F(FileSystemTest, RemoveDirectoryTakesEmptyOnesOnly) {
+    ASSERT_EQ(files_.createDirectory(path("a").c_str()), 0);
+    writeTestFile(path("a/f"), "abc");
+    EXPECT_NE(files_.removeDirectory(path("a").c_str()), 0);
+    EXPECT_EQ(readTestFile(path("a/f")), "abc");
+    ASSERT_EQ(files_.removeFile(path("a/f").c_str()), 0);
+    EXPECT_EQ(files_.removeDirectory(path("a").c_str()), 0);
+    EXPECT_FALSE(testFileExists(path("a")));
+    writeTestFile(path("f"), "abc");
+    EXPECT_NE(files_.removeDirectory(path("f").c_str()), 0);
+    EXPECT_TRUE(testFileExists(path("f")));
+}
+
+TEST_F(FileSystemTest, ListGivesEachEntryOnce) {
+    writeTestFile(path("f"), "abc");
+    ASSERT_EQ(files_.createDirectory(path("d").c_str()), 0);
+    std::vector<platform::DirectoryEntry> entries{{"stale", false}};
+    ASSERT_EQ(files_.list(directory_.path().c_str(), entries), 0);
+    std::vector<std::pair<std::string, bool>> found;
+    for (const auto& entry : entries) {
+        found.emplace_back(entry.name, entry.isDirectory);
+    }
+    EXPECT_THAT(found, testing::UnorderedElementsAre(std::pair("f", false), std::pair("d", true)));
+}
+
+TEST_F(FileSystemTest, ListOfAnEmptyDirectoryIsEmpty) {
+    ASSERT_EQ(files_.createDirectory(path("d").c_str()), 0);
+    std::vector<platform::DirectoryEntry> entries;
+    EXPECT_EQ(files_.list(path("d").c_str(), entries), 0);
+    EXPECT_TRUE(entries.empty());
+}
+
+TEST_F(FileSystemTest, ListFailsForMissingDirectoriesAndFiles) {
+    writeTestFile(path("f"), "abc");
+    for (const char* name : {"none", "f"}) {
+        std::vector<platform::DirectoryEntry> entries{{"stale", false}};
+        EXPECT_NE(files_.list(path(name).c_str(), entries), 0) << name;
+        EXPECT_TRUE(entries.empty()) << name;
+    }
+}
+
+TEST_F(FileSystemTest, MakeExecutableNeedsAFile) {
+    writeTestFile(path("f"), "abc");
+    EXPECT_EQ(files_.makeExecutable(path("f").c_str()), 0);
+    EXPECT_EQ(readTestFile(path("f")), "abc");
+}
+
+TEST_F(FileSystemTest, TemporaryDirectoryExistsAndHasNoSeparatorAtItsEnd) {
+    std::string temporary;
+    ASSERT_TRUE(files_.temporaryDirectory(temporary));
+    ASSERT_FALSE(temporary.empty());
+    EXPECT_TRUE(files_.isDirectory(temporary.c_str())) << temporary;
+    EXPECT_NE(temporary.back(), '\\');
+    EXPECT_NE(temporary.back(), '/');
+}
+
+TEST_F(FileSystemTest, TemporaryNamesLieInTheTemporaryDirectoryAndAreFree) {
+    std::string temporary;
+    ASSERT_TRUE(files_.temporaryDirectory(temporary));
+    std::string first;
+    std::string second;
+    ASSERT_TRUE(files_.temporaryName("orinstall", 1, first));
+    ASSERT_TRUE(files_.temporaryName("orinstall", 2, second));
+    EXPECT_NE(first, second);
+    EXPECT_EQ(first.compare(0, temporary.size(), temporary), 0) << first;
+    EXPECT_FALSE(files_.exists(first.c_str()));
+    ASSERT_NE(openFile(first, platform::kWrite, Disposition::kCreatePrivate), nullptr);
+    EXPECT_EQ(files_.removeFile(first.c_str()), 0);
+}
+
+}  // namespace
