@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "base/fixed_text.h"
+
+class PConsole;
+class PXML;
+
+// The roles that variables play in the engine, in their fixed order.
+enum class ControlVariable : std::int32_t {
+    kPreviousInstallation,
+    kLegacyInstallation,
+    kShouldUninstall,
+    kCustomizeSettings,
+    kProgressDetails,
+    kInstallError,
+    kUninstallError,
+    kDlgCondition,
+    kExternalLegacyInstallation,
+};
+inline constexpr std::int32_t kControlVariableCount = 9;
+
+// Which variables of the description play those roles.
+class ControlVariables {
+public:
+    // The tag that names the variable in the description.
+    static const char* tagOf(ControlVariable role);
+
+    // Reads the names from the element InstallerControlVariables. 0, or 1 when there is none, which the
+    // caller reports. Tags that are missing or empty are logged and leave their role without a variable.
+    int read(const PXML& description, PConsole* console);
+
+    // The variable's name, at most 199 bytes; empty when no variable plays the role, and then nothing that
+    // would touch it happens. Valid as long as this object.
+    const char* nameOf(ControlVariable role) const;
+
+private:
+    std::array<FixedText<200>, kControlVariableCount> names_;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+class CommandLineArguments;
+class DefaultValuesReader;
+class InstallerUI;
+class PConsole;
+class PXML;
+class VariableExclusions;
+class VariableStore;
+
+// Lays the default values over the variables: the description's, then a configuration file's, then those of
+// the command line.
+class DefaultValuesLoader {
+public:
+    // `arguments` is null when there is no parsed command line. From `debugLevel` 2 on the variables are
+    // listed in the log at the end.
+    DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables, VariableExclusions& exclusions,
+                        const CommandLineArguments* const& arguments, const std::int32_t& debugLevel,
+                        PConsole*& console);
+
+    // 0, or -1 when the description has no DefValues element or the configuration file can't be loaded, which
+    // is shown through `ui` (may be null) and logged. `configFile` is null or empty when there is none, and
+    // also in a session that starts from an action log. The command line and the listing come in any case
+    // but that of the configuration file.
+    int loadDefaultValues(const PXML& description, const char* configFile, InstallerUI* ui);
+
+    // The arguments VARIABLE_<name>, in any case: the first of a name counts, an empty value counts as "1".
+    // An unknown variable comes into being and is excluded from log and configuration file; a predefined one
+    // stays.
+    void applyCommandLine();
+
+private:
+    int readConfigFile(const char* configFile, InstallerUI* ui);
+    void listVariables();
+
+    DefaultValuesReader& reader_;
+    VariableStore& variables_;
+    VariableExclusions& exclusions_;
+    const CommandLineArguments* const& arguments_;
+    const std::int32_t& debugLevel_;
+    PConsole*& console_;
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "description/dialog_model.h"
+
+class ColourTheme;
+class PConsole;
+class PXML;
+
+// Reads the dialogs of the description into the model.
+class DialogReader {
+public:
+    DialogReader(const PXML& description, const ColourTheme& theme, DialogModel& model, PConsole*& console)
+        : description_(description), theme_(theme), model_(model), console_(console) {}
+
+    // Fills the model anew from the element Dialogs, or UninstallDialogs in a session that uninstalls, whose
+    // dialogs have no fields. 0; negative when the element is missing or a dialog with sub-dialogs lacks a
+    // part of them, and then the model holds the dialogs ahead of it.
+    int readDialogs(bool useUninstallDialogs);
+
+    // Each takes a record with its node set and reads the direct children of that node; other kinds of
+    // elements are passed over. readButtons returns the number of buttons read, readTaskList 0 or -1.
+    void readFields(DialogDesc& dialog);
+    void readElements(DialogDesc& dialog);
+    int readButtons(DialogDesc& dialog);
+    void readTriggers(DialogDesc& dialog);
+    int readTaskList(DialogDesc& dialog);
+
+private:
+    int readPage(DialogDesc& dialog);
+    int readSubDialogs(DialogDesc& dialog);
+    void readCommon(DialogDesc& dialog);
+    bool readElement(std::int32_t node, std::int32_t kind, DialogElementDesc& outElement);
+    bool readField(std::int32_t node, const DialogDesc& dialog, DialogFieldDesc& outField);
+    bool readButton(std::int32_t node, DialogButtonDesc& outButton);
+    void readTrigger(std::int32_t node, DialogDesc& dialog);
+    static void addStandardFurniture(DialogDesc& dialog);
+
+    std::vector<std::int32_t> childrenOf(std::int32_t node) const;
+    const char* attribute(std::int32_t node, const char* name) const;
+    std::int32_t numberOr(std::int32_t node, const char* name, std::int32_t fallback) const;
+    std::int32_t colour(std::int32_t node, const char* name) const;
+
+    const PXML& description_;
+    const ColourTheme& theme_;
+    DialogModel& model_;
+    PConsole*& console_;
+    bool uninstalling_ = false;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+class ColourTheme;
+class DialogModel;
+class Expressions;
+class PConsole;
+class PXML;
+
+// Reads the element ColourTheme, if there is one, ahead of the dialogs that refer to its groups.
+void readColourTheme(const PXML& description, Expressions& expressions, PConsole* console,
+                     ColourTheme& outTheme);
+
+// Fills the colours that dialogs, elements, fields and buttons leave open from the theme, after the dialogs
+// are read. Without a theme nothing is filled; the session counts as themed when a dialog has a colour.
+void applyColourTheme(ColourTheme& theme, DialogModel& dialogs);
