@@ -1,48 +1,16 @@
+#include "platform/windows/console_input.h"
+
 #include <gtest/gtest.h>
 
 #include <thread>
 
-#include "platform/windows/console_input.h"
-#include "platform/windows/console_output.h"
+#include "platform/windows/pipe.h"
 
 namespace {
 
 using platform::ConsoleInput;
-using platform::ConsoleOutput;
 using platform::Handle;
 using platform::ReadStatus;
-
-struct Pipe {
-    Pipe() {
-        HANDLE readEnd = nullptr;
-        HANDLE writeEnd = nullptr;
-        CreatePipe(&readEnd, &writeEnd, nullptr, 1 << 20);
-        reader = std::make_unique<Handle>(readEnd);
-        writer = std::make_unique<Handle>(writeEnd);
-    }
-
-    void put(std::string_view bytes) const {
-        DWORD done = 0;
-        ASSERT_NE(WriteFile(writer->get(), bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr),
-                  0);
-        ASSERT_EQ(done, bytes.size());
-    }
-
-    // All that was written; ends the writing.
-    std::string take() {
-        writer.reset();
-        std::string all;
-        char buffer[4096];
-        DWORD done = 0;
-        while (ReadFile(reader->get(), buffer, sizeof(buffer), &done, nullptr) != 0 && done > 0) {
-            all.append(buffer, done);
-        }
-        return all;
-    }
-
-    std::unique_ptr<Handle> reader;
-    std::unique_ptr<Handle> writer;
-};
 
 class PipeInput : public testing::Test {
 protected:
@@ -53,7 +21,7 @@ protected:
     }
 
     Pipe pipe_;
-    ConsoleInput input_{pipe_.reader->get()};
+    ConsoleInput input_{pipe_.reader()};
     ReadStatus status_ = ReadStatus::kLine;
 };
 
@@ -67,16 +35,11 @@ TEST_F(PipeInput, turnsLineEndsIntoLineFeeds) {
 TEST_F(PipeInput, findsALineEndThatCameInTwoPieces) {
     pipe_.put("one\r");
     std::thread writer([this] {
-        while (true) {
-            DWORD available = 1;
-            PeekNamedPipe(pipe_.reader->get(), nullptr, 0, nullptr, &available, nullptr);
-            if (available == 0) {
-                break;
-            }
+        while (pipe_.available() > 0) {
             std::this_thread::yield();
         }
         pipe_.put("\ntwo");
-        pipe_.writer.reset();
+        pipe_.closeWriter();
     });
     EXPECT_EQ(line(), "one\n");
     EXPECT_EQ(line(), "two");
@@ -99,7 +62,7 @@ TEST_F(PipeInput, readsLinesLongerThanOnePiece) {
 
 TEST_F(PipeInput, givesTheLastLineWithoutItsEndAndThenEnds) {
     pipe_.put("last\r");
-    pipe_.writer.reset();
+    pipe_.closeWriter();
     EXPECT_EQ(line(), "last\r");
     EXPECT_EQ(status_, ReadStatus::kLine);
     EXPECT_EQ(line(), "");
@@ -157,53 +120,6 @@ TEST(FileInput, isReadLikeAPipe) {
     EXPECT_EQ(input.readLine(text, 100), ReadStatus::kLine);
     EXPECT_EQ(text, "two");
     EXPECT_EQ(input.readLine(text, 100), ReadStatus::kEnd);
-}
-
-TEST(PipeOutput, writesLineEndsOfATextFileAndUtf8) {
-    Pipe pipe;
-    ConsoleOutput output(pipe.writer->get());
-    EXPECT_FALSE(output.isTerminal());
-    EXPECT_TRUE(output.write("one\nz\xC3\xA9\r\n"));
-    EXPECT_TRUE(output.flush());
-    EXPECT_EQ(pipe.take(), "one\r\nz\xC3\xA9\r\r\n");
-}
-
-TEST(PipeOutput, keepsTextUntilItIsFlushed) {
-    Pipe pipe;
-    ConsoleOutput output(pipe.writer->get());
-    EXPECT_TRUE(output.write("text"));
-    DWORD available = 1;
-    ASSERT_NE(PeekNamedPipe(pipe.reader->get(), nullptr, 0, nullptr, &available, nullptr), 0);
-    EXPECT_EQ(available, 0U);
-    EXPECT_TRUE(output.flush());
-    EXPECT_EQ(pipe.take(), "text");
-}
-
-TEST(PipeOutput, handsOnLargeTextsByItself) {
-    Pipe pipe;
-    ConsoleOutput output(pipe.writer->get());
-    const std::string text(300000, 'x');
-    EXPECT_TRUE(output.write(text));
-    EXPECT_EQ(pipe.take(), text);
-}
-
-TEST(PipeOutput, tellsThatNobodyReadsAnyMore) {
-    Pipe pipe;
-    ConsoleOutput output(pipe.writer->get());
-    pipe.reader.reset();
-    EXPECT_TRUE(output.write("text"));
-    EXPECT_FALSE(output.flush());
-    EXPECT_FALSE(output.write("more"));
-    EXPECT_FALSE(output.flush());
-}
-
-TEST(NoOutput, hasFailedFromTheStart) {
-    ConsoleOutput output(INVALID_HANDLE_VALUE);
-    int columns = 0;
-    int rows = 0;
-    EXPECT_FALSE(output.write("text"));
-    EXPECT_FALSE(output.flush());
-    EXPECT_FALSE(output.windowSize(columns, rows));
 }
 
 }  // namespace

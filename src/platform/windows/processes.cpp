@@ -1,0 +1,143 @@
+#include "platform/processes.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+#include "platform/windows/debug_privilege.h"
+#include "platform/windows/system_error.h"
+#include "platform/windows/wide_text.h"
+
+namespace platform {
+
+namespace {
+
+bool listIds(std::vector<DWORD>& outIds) {
+    outIds.resize(1024);
+    for (;;) {
+        DWORD used = 0;
+        const auto size = static_cast<DWORD>(outIds.size() * sizeof(DWORD));
+        if (EnumProcesses(outIds.data(), size, &used) == 0) {
+            return false;
+        }
+        if (used < size) {
+            outIds.resize(used / sizeof(DWORD));
+            return true;
+        }
+        outIds.resize(outIds.size() * 2);
+    }
+}
+
+// Calls `query(buffer, size)`, which returns the length it wrote or 0, with room for every path.
+template <typename Query>
+std::wstring pathBy(Query query) {
+    std::wstring path(MAX_PATH, L'\0');
+    while (path.size() <= 0x10000) {
+        const DWORD length = query(path.data(), static_cast<DWORD>(path.size()));
+        if (length + 1 < path.size()) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(path.size() * 2);
+    }
+    return std::wstring();
+}
+
+// The path as the process's own loader knows it; a process that is only just starting has no modules yet.
+std::wstring imagePathOf(HANDLE process) {
+    HMODULE module = nullptr;
+    DWORD needed = 0;
+    std::wstring path;
+    if (EnumProcessModules(process, &module, sizeof(module), &needed) != 0) {
+        path = pathBy([process, module](wchar_t* buffer, DWORD size) {
+            return GetModuleFileNameExW(process, module, buffer, size);
+        });
+    }
+    if (path.empty()) {
+        path = pathBy([process](wchar_t* buffer, DWORD size) {
+            DWORD length = size;
+            if (QueryFullProcessImageNameW(process, 0, buffer, &length) != 0) {
+                return length;
+            }
+            return GetLastError() == ERROR_INSUFFICIENT_BUFFER ? size : 0;
+        });
+    }
+    return path;
+}
+
+class WindowsChildProcess : public ChildProcess {
+public:
+    explicit WindowsChildProcess(HANDLE process) : process_(process) {}
+
+    bool wait(std::uint32_t milliseconds) override {
+        return WaitForSingleObject(process_.get(), milliseconds) == WAIT_OBJECT_0;
+    }
+
+    int exitCode() override {
+        DWORD code = 0;
+        return GetExitCodeProcess(process_.get(), &code) != 0 ? static_cast<int>(code) : -1;
+    }
+
+private:
+    Handle process_;
+};
+
+class WindowsProcesses : public Processes {
+public:
+    bool list(std::vector<ProcessInfo>& outProcesses) override {
+        outProcesses.clear();
+        std::vector<DWORD> ids;
+        if (!listIds(ids)) {
+            return false;
+        }
+        const DebugPrivilege privilege;
+        for (const DWORD id : ids) {
+            const Handle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id));
+            const std::string path = process ? utf8Of(imagePathOf(process.get()).c_str()) : std::string();
+            if (!path.empty()) {
+                outProcesses.push_back({id, path.substr(path.find_last_of('\\') + 1), path});
+            }
+        }
+        return true;
+    }
+
+    bool terminate(std::uint32_t id, std::uint32_t /*politeMilliseconds*/) override {
+        if (id == GetCurrentProcessId()) {
+            return false;
+        }
+        const DebugPrivilege privilege;
+        const Handle process(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, id));
+        // The number of a process that has ended may still lead to it.
+        return process && WaitForSingleObject(process.get(), 0) == WAIT_TIMEOUT &&
+               TerminateProcess(process.get(), 0) != 0;
+    }
+
+    std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
+                                        int& outError) override {
+        std::wstring command = wideOf(commandLine);  // the system writes into it
+        const bool hasDirectory = workDirectory != nullptr && workDirectory[0] != '\0';
+        const std::wstring directory = hasDirectory ? systemPath(workDirectory) : std::wstring();
+        STARTUPINFOW startup{};
+        startup.cb = sizeof(startup);
+        PROCESS_INFORMATION started{};
+        if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                           hasDirectory ? directory.c_str() : nullptr, &startup, &started) == 0) {
+            outError = failureNumber();
+            return nullptr;
+        }
+        CloseHandle(started.hThread);
+        outError = 0;
+        return std::make_unique<WindowsChildProcess>(started.hProcess);
+    }
+
+    std::uint32_t currentId() override { return GetCurrentProcessId(); }
+};
+
+}  // namespace
+
+Processes& systemProcesses() {
+    static WindowsProcesses processes;
+    return processes;
+}
+
+}  // namespace platform
