@@ -1,0 +1,344 @@
+#include "ui/console/console_ui.h"
+
+#include <string_view>
+
+#include "base/shared_buffer.h"
+#include "base/text_functions.h"
+#include "description/dialog_model.h"
+#include "support/p_console.h"
+#include "ui/console/console_fields.h"
+#include "ui/document_renderer.h"
+
+namespace {
+
+constexpr std::uint32_t kConditionPollMilliseconds = 100;
+constexpr int kAssumedColumns = 80;
+constexpr std::size_t kBlankWidth = 78;
+constexpr const char* kMarkdown = "TandrelMarkdown";
+
+constexpr const char* kInstallerBanner =
+    "*******************************\n"
+    "* Tandrel Group installer     *\n"
+    "*******************************\n";
+constexpr const char* kUninstallerBanner =
+    "*******************************\n"
+    "* Tandrel Group uninstaller   *\n"
+    "*******************************\n";
+
+}  // namespace
+
+ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal)
+    : GenericUI(terminal, uninstall, ignoreErrors),
+      quiet_(quiet),
+      pager_(
+          terminal, quiet, [this](const char* text) { pause(text); }, [this] { return isCancelled(); }) {}
+
+ConsoleUI::~ConsoleUI() = default;
+
+std::unique_ptr<InputProvider> ConsoleUI::makeUser(bool uninstall) {
+    return std::make_unique<User>(terminal(), uninstall, [this](DialogueLoss loss) { loseDialogue(loss); });
+}
+
+int ConsoleUI::run() {
+    if (engine() == nullptr) {
+        return -1;
+    }
+    engine()->goToDialog(engine()->getCurrentDialog(), this);
+    int result = 0;
+    while (!isCancelled() && !engine()->isFinished() && result == 0) {
+        waitForCondition();
+        result = isCancelled() ? 0 : engine()->shift(this, 1);
+    }
+    return dialogueLost_ && isCancelled() ? -1 : result;
+}
+
+// A page that is marked for it holds the walk until its condition does.
+void ConsoleUI::waitForCondition() {
+    const DialogDesc* page =
+        engine()->getDialog(engine()->getCurrentDialog(), engine()->getCurrentSubDialog());
+    if (page == nullptr || engine()->checkDialogCondition(this) == 2 || !page->has(kDialogAutomated)) {
+        return;
+    }
+    while (engine()->checkDialogCondition(this) == 0 && !isCancelled()) {
+        terminal().sleepMilliseconds(kConditionPollMilliseconds);
+    }
+}
+
+int ConsoleUI::finish() {
+    if (engine() == nullptr) {
+        return -1;
+    }
+    blankLine();
+    if (input() != nullptr) {
+        input()->finish(engine()->hasErrors());
+    }
+    return 0;
+}
+
+bool ConsoleUI::isCancelled() const {
+    return engine() != nullptr && engine()->isCancelled();
+}
+
+int ConsoleUI::showDialog(int dialog) {
+    if (dialog == 0 && !quiet_) {
+        terminal().write(isUninstall() ? kUninstallerBanner : kInstallerBanner);
+        terminal().flush();
+    }
+    return showSubDialog(dialog, -1);
+}
+
+int ConsoleUI::showSubDialog(int dialog, int sub) {
+    if (engine() == nullptr) {
+        return -1;
+    }
+    selectPage(dialog, sub);
+    const bool wasActive = statusActive_;
+    const int count = engine()->getElementCount(dialog, sub);
+    for (int i = printedCount_; i < count && !isCancelled(); ++i) {
+        const DialogElementDesc* element = engine()->getElement(dialog, i, sub);
+        if (element != nullptr) {
+            showElement(*element, wasActive);
+        }
+    }
+    if (!isCancelled()) {
+        processFields(dialog, sub);
+    }
+    return 0;
+}
+
+void ConsoleUI::selectPage(int dialog, int sub) {
+    if (dialog != lastDialog_ || sub != lastSub_) {
+        lastDialog_ = dialog;
+        lastSub_ = sub;
+        printedCount_ = 0;
+    }
+    const DialogDesc* page = engine()->getDialog(dialog, sub);
+    dialogHasCondition_ = page != nullptr && page->condition != nullptr;
+}
+
+void ConsoleUI::showElement(const DialogElementDesc& element, bool wasActive) {
+    switch (element.kind) {
+        case kElementText:
+            showText(element, wasActive);
+            break;
+        case kElementRichEditText:
+            showRichText(element, wasActive);
+            break;
+        case kElementPlainEditText:
+            showPlainText(element, wasActive);
+            break;
+        default:
+            printedCount_ += quiet_ ? 0 : 1;
+            break;
+    }
+}
+
+// A quiet run prints only what belongs to a condition that may hold the walk.
+bool ConsoleUI::isShown(const DialogElementDesc& element) const {
+    return (!quiet_ || dialogHasCondition_) && engine()->evaluateCondition(element.condition.c_str()) != 0;
+}
+
+void ConsoleUI::showText(const DialogElementDesc& element, bool wasActive) {
+    if (!isShown(element)) {
+        return;
+    }
+    if (wasActive) {
+        blankLine();
+    }
+    printLine(element.text.c_str());
+    statusActive_ = statusActive_ || wasActive;
+    ++printedCount_;
+}
+
+void ConsoleUI::showRichText(const DialogElementDesc& element, bool wasActive) {
+    if (isShown(element)) {
+        showDocument(element, wasActive);
+    }
+}
+
+void ConsoleUI::showPlainText(const DialogElementDesc& element, bool wasActive) {
+    if (isShown(element) && element.format.view() == kMarkdown) {
+        showDocument(element, wasActive);
+    }
+}
+
+void ConsoleUI::showDocument(const DialogElementDesc& element, bool wasActive) {
+    pause("Press Enter to continue...");
+    if (isCancelled()) {
+        return;
+    }
+    if (wasActive) {
+        blankLine();
+    }
+    printDocument(element);
+    statusActive_ = statusActive_ || wasActive;
+    ++printedCount_;
+}
+
+void ConsoleUI::printDocument(const DialogElementDesc& element) {
+    if (renderer_ == nullptr || !renderer_->canRender(element.format.view())) {
+        if (log_ != nullptr) {
+            log_->print("WARNING: The document \"%s\" can't be printed on the console", element.text.c_str());
+        }
+        return;
+    }
+    SharedBuffer document;
+    if (engine()->readAlias(document, element.text.c_str(), nullptr) != 0 || document.data() == nullptr) {
+        return;
+    }
+    int columns = 0;
+    int rows = 0;
+    if (!terminal().windowSize(columns, rows)) {
+        columns = kAssumedColumns;
+    }
+    const std::string_view content(document.text(), static_cast<std::size_t>(document.size()));
+    const std::optional<std::string> text = renderer_->render(content, element.format.view(), columns);
+    if (text.has_value()) {
+        pager_.print(*text);
+    }
+}
+
+int ConsoleUI::processFields(int dialog, int sub) {
+    if (input() == nullptr || engine() == nullptr) {
+        return -1;
+    }
+    const int count = engine()->getFieldCount(dialog, sub);
+    for (int i = 0; i < count && !isCancelled(); ++i) {
+        const DialogFieldDesc* field = engine()->getField(dialog, i, sub);
+        if (field == nullptr) {
+            continue;
+        }
+        const std::unique_ptr<ConsoleInterface::ConsoleField> handler =
+            ConsoleInterface::makeField(field->type);
+        if (handler != nullptr) {
+            handler->process(*field, *input(), *engine());
+        }
+    }
+    return 0;
+}
+
+int ConsoleUI::processFields(int dialog) {
+    return processFields(dialog, -1);
+}
+
+int ConsoleUI::confirmCancel() {
+    if (input() == nullptr || engine() == nullptr) {
+        return 0;
+    }
+    const std::int32_t state = engine()->getUiState();
+    if (state == kUiInstallationRunning) {
+        return refuseCancel("\n[CTRL-C] The installation is running and can not be aborted!");
+    }
+    if (state == kUiBusy) {
+        return refuseCancel("\n[CTRL-C] The installer is busy and cannot be interrupted");
+    }
+    if (losingDialogue_) {
+        printLine(isUninstall() ? "\nThe input has ended. Aborting uninstallation..."
+                                : "\nThe input has ended. Aborting installation...");
+    } else {
+        printLine("\n[CTRL-C] Aborting installation...");
+    }
+    input()->abort();
+    return 1;
+}
+
+int ConsoleUI::refuseCancel(const char* line) {
+    if (!losingDialogue_) {
+        printLine(line);
+    }
+    return 0;
+}
+
+// Nobody answers any more. Work that runs is brought to its end all the same; the next question after it
+// ends the walk.
+void ConsoleUI::loseDialogue(DialogueLoss loss) {
+    dialogueLost_ = true;
+    if (log_ != nullptr) {
+        log_->print(loss == DialogueLoss::kInputEnded ? "ERROR: The input ended at a question"
+                                                      : "ERROR: The output failed ahead of a question");
+    }
+    if (engine() != nullptr && !isCancelled()) {
+        losingDialogue_ = true;
+        engine()->cancel(this);
+        losingDialogue_ = false;
+    }
+}
+
+void ConsoleUI::setOverallProgress(int percent) {
+    overallProgress_ = percent;
+    statusActive_ = true;
+}
+
+void ConsoleUI::setStatusText(const char* text) {
+    if (quiet_) {
+        return;
+    }
+    std::string_view line = text == nullptr ? std::string_view() : std::string_view(text);
+    if (line.ends_with('\n')) {
+        line.remove_suffix(1);
+    }
+    statusText_ = line.substr(0, kStatusTextLimit);
+    if (!statusActive_) {
+        printLine(statusText_.c_str());
+    }
+}
+
+void ConsoleUI::addFileLine(const char* text, bool) {
+    if (!quiet_ && text != nullptr) {
+        printLine(text);
+    }
+}
+
+int ConsoleUI::messageBox(const char* text, MessageKind kind) {
+    if (quiet_ || input() == nullptr) {
+        return 1;
+    }
+    terminal().write("\n");
+    switch (kind) {
+        case MessageKind::kOkCancel:
+            return askBox(text, "OK", "Cancel", true);
+        case MessageKind::kInformation:
+            input()->tell(text);
+            return 0;
+        case MessageKind::kYesNo:
+            return askBox(text, "yes", "no", false);
+    }
+    return 1;
+}
+
+int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {
+    const int answer = input()->askChoice(text, 0, first, second, prefixOfExactCase, prefixOfExactCase);
+    return answer < 1 ? 1 : 0;
+}
+
+int ConsoleUI::beginProgress() {
+    statusActive_ = true;
+    return 0;
+}
+
+int ConsoleUI::endProgress() {
+    blankLine();
+    return 0;
+}
+
+void ConsoleUI::pause(const char* text) {
+    if (input() != nullptr) {
+        input()->pause(text);
+    }
+}
+
+void ConsoleUI::blankLine() {
+    if (quiet_) {
+        return;
+    }
+    statusActive_ = false;
+    terminal().write("\r" + std::string(kBlankWidth, ' ') + "\r");
+    terminal().flush();
+    terminal().write("\n");
+    terminal().flush();
+}
+
+void ConsoleUI::printLine(const char* text) {
+    terminal().write(std::string(text) + "\n");
+    terminal().flush();
+}

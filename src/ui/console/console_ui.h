@@ -1,0 +1,116 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "ui/console/pager.h"
+#include "ui/console/user_input.h"
+#include "ui/generic_ui.h"
+
+class DocumentRenderer;
+class PConsole;
+struct DialogElementDesc;
+
+// The text front end: prints the elements of each page once, asks one question for each field, and steps
+// forward until the session is over. It never goes back.
+class ConsoleUI : public GenericUI {
+public:
+    // The bytes that are kept of a status text.
+    static constexpr std::size_t kStatusTextLimit = 4096;
+
+    // `terminal` outlives the object.
+    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal);
+    ~ConsoleUI() override;
+
+    // All three are borrowed; null takes one away. Without a renderer for its format a document isn't
+    // printed, and the log says so.
+    void setDocumentRenderer(DocumentRenderer* renderer) { renderer_ = renderer; }
+    void setLog(PConsole* log) { log_ = log; }
+
+    // 0, the walk's error, or -1 when nobody was left to answer a question or no engine is attached.
+    int run() override;
+    int finish() override;
+    int showDialog(int dialog) override;
+    int showSubDialog(int dialog, int sub) override;
+    int updateNavigationState() override { return 0; }
+    int refreshDialog(int, int, std::uint32_t, bool) override { return 0; }
+    int refreshFields(int, int) override { return 0; }
+    int refreshElements() override { return 0; }
+    void showPage(int, int, bool) override {}
+    int prepareDialog(int) override { return 0; }
+    void prepareSubDialog(int, int) override {}
+    int leaveDialog(int) override { return 0; }
+    void leaveSubDialog(int, int) override {}
+    void clearTaskList() override {}
+    void destroySubPage() override {}
+    void keepElement(const char*) override {}
+    // Refuses while the installation runs or the installer is busy.
+    int confirmCancel() override;
+    void enableDisableable(bool) override {}
+    void pumpEvents() override {}
+    void setCurrentProgress(int percent) override { currentProgress_ = percent; }
+    // Status lines are no longer printed until the line is blanked.
+    void setOverallProgress(int percent) override;
+    // One line feed at the end is cut; null counts as empty.
+    void setStatusText(const char* text) override;
+    int pumpEventsWhileCopying() override { return 0; }
+    void addFileLine(const char* text, bool flushNow) override;
+    void clearFileLines() override {}
+    // A message that only informs gives 0; an interrupted question counts as agreed.
+    int messageBox(const char* text, MessageKind kind) override;
+    int beginProgress() override;
+    int endProgress() override;
+    int isGraphical() override { return 0; }
+    void setTaskState(const char*, const char*, std::int32_t) override {}
+
+    // Asks the fields of a page in their order. -1 without an engine or a provider of answers, else 0.
+    virtual int processFields(int dialog, int sub);
+    virtual int processFields(int dialog);
+
+    const std::string& getStatusText() const { return statusText_; }
+    int getCurrentProgress() const { return currentProgress_; }
+    int getOverallProgress() const { return overallProgress_; }
+
+protected:
+    std::unique_ptr<InputProvider> makeUser(bool uninstall) override;
+
+private:
+    void waitForCondition();
+    void loseDialogue(DialogueLoss loss);
+    int refuseCancel(const char* line);
+    bool isCancelled() const;
+    void selectPage(int dialog, int sub);
+    void showElement(const DialogElementDesc& element, bool wasActive);
+    bool isShown(const DialogElementDesc& element) const;
+    void showText(const DialogElementDesc& element, bool wasActive);
+    void showRichText(const DialogElementDesc& element, bool wasActive);
+    void showPlainText(const DialogElementDesc& element, bool wasActive);
+    void showDocument(const DialogElementDesc& element, bool wasActive);
+    void printDocument(const DialogElementDesc& element);
+    void pause(const char* text);
+    void blankLine();
+    void printLine(const char* text);
+    int askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase);
+
+    const bool quiet_;
+    DocumentRenderer* renderer_ = nullptr;
+    PConsole* log_ = nullptr;
+    bool statusActive_ = false;
+    int currentProgress_ = 0;
+    int overallProgress_ = 0;
+    std::string statusText_;
+    Pager pager_;
+
+    int lastDialog_ = -1;
+    int lastSub_ = -1;
+    // Counts printed elements, not positions: a page that is shown again goes on where the first time
+    // stopped.
+    int printedCount_ = 0;
+    bool dialogHasCondition_ = false;
+
+    // Written by the session's thread, read where a cancel is confirmed.
+    std::atomic<bool> losingDialogue_{false};
+    bool dialogueLost_ = false;
+};

@@ -1,0 +1,75 @@
+#include "ui/console/pager.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kFirstCapacity = 32768;
+// The last rows of a window are for the question at the end of a page.
+constexpr int kRowsOfQuestion = 2;
+
+}  // namespace
+
+Pager::Pager(Terminal& terminal, bool quiet, Pause pause, Cancelled cancelled)
+    : terminal_(terminal), quiet_(quiet), pause_(std::move(pause)), cancelled_(std::move(cancelled)) {
+    page_.reserve(kFirstCapacity);
+}
+
+void Pager::print(std::string_view text) {
+    if (cancelled_()) {
+        return;
+    }
+    page_.clear();
+    int rows = 0;
+    if (!readRows(rows)) {
+        page_ = text;
+        printPage();
+        return;
+    }
+    printPages(text, rows);
+}
+
+// False when there is no window, or none that is high enough for pages.
+bool Pager::readRows(int& outRows) {
+    int columns = 0;
+    return terminal_.windowSize(columns, outRows) && outRows > kRowsOfQuestion;
+}
+
+void Pager::printPages(std::string_view text, int rows) {
+    int lines = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        page_ += text[i];
+        if (text[i] != '\n' || ++lines % (rows - kRowsOfQuestion) != 0 || quiet_) {
+            continue;
+        }
+        printPage();
+        pauseForNextPage();
+        if (cancelled_()) {
+            return;
+        }
+        if (!readRows(rows)) {
+            page_ = text.substr(i);  // with the line feed, which opens what is left
+            printPage();
+            return;
+        }
+    }
+    printPage();
+    // The count of bytes decides about the closing pause, not the count of lines.
+    const std::int64_t last = static_cast<std::int64_t>(text.size()) - 1;
+    if (!quiet_ && last % (rows - kRowsOfQuestion) != 0) {
+        pauseForNextPage();
+    }
+}
+
+void Pager::printPage() {
+    terminal_.write(page_);
+    terminal_.flush();
+    page_.clear();
+}
+
+void Pager::pauseForNextPage() {
+    pause_("\nPress ENTER for the next page...");
+    terminal_.write("\n\n\n");
+    terminal_.flush();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "support/terminal.h"
+
+// Prints long texts page by page on a terminal.
+class Pager {
+public:
+    // Waits until the user wants the next page; the text says so.
+    using Pause = std::function<void(const char* text)>;
+    using Cancelled = std::function<bool()>;
+
+    // A `quiet` pager never stops. `terminal` outlives the object.
+    Pager(Terminal& terminal, bool quiet, Pause pause, Cancelled cancelled);
+
+    // Prints the whole text, or the pages that were shown until the session was cancelled. Without a window
+    // of at least 3 rows there is but one page.
+    void print(std::string_view text);
+
+private:
+    bool readRows(int& outRows);
+    void printPages(std::string_view text, int rows);
+    void printPage();
+    void pauseForNextPage();
+
+    Terminal& terminal_;
+    const bool quiet_;
+    const Pause pause_;
+    const Cancelled cancelled_;
+    std::string page_;
+};

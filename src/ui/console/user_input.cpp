@@ -1,0 +1,241 @@
+#include "ui/console/user_input.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "base/text_functions.h"
+#include "ui/decimal_text.h"
+
+namespace {
+
+constexpr std::size_t kChoiceLineLimit = 127;
+constexpr std::size_t kListLineLimit = 15;
+constexpr std::size_t kPauseLineLimit = 4;
+// An input without any line feed must not be read for ever.
+constexpr std::size_t kRestOfLineLimit = 1024 * 1024;
+
+constexpr int kBackspace = 8;
+
+bool endsHiddenInput(int key) {
+    constexpr int kEndKeys[] = {3, 10, 13, 26, 27};
+    return std::find(std::begin(kEndKeys), std::end(kEndKeys), key) != std::end(kEndKeys);
+}
+
+std::string_view viewOf(const char* text) {
+    return text == nullptr ? std::string_view() : std::string_view(text);
+}
+
+bool matches(std::string_view line, std::string_view answer, bool caseSensitive, bool prefixMatch) {
+    if (!caseSensitive) {
+        return OUtils::equalsIgnoreCase(line, answer);
+    }
+    return prefixMatch ? answer.starts_with(line) : answer == line;
+}
+
+std::string choicePrompt(std::string_view question, int defaultIndex, std::string_view first,
+                         std::string_view second) {
+    std::string text(question);
+    text += " (";
+    text += defaultIndex == 0 ? "[" + std::string(first) + "]" : std::string(first);
+    text += " or ";
+    text += defaultIndex == 1 ? "[" + std::string(second) + "]" : std::string(second);
+    return text + "): ";
+}
+
+std::string listText(std::string_view question, const std::vector<std::string>& items) {
+    std::string text(question);
+    text += '\n';
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        text += "  " + std::to_string(i + 1) + ") " + items[i] + '\n';
+    }
+    return text;
+}
+
+std::string listPrompt(std::size_t count, int defaultIndex) {
+    std::string text = "Enter your choice [1-" + std::to_string(count);
+    if (defaultIndex >= 0) {
+        text += ", default is " + std::to_string(defaultIndex + 1);
+    }
+    return text + "]: ";
+}
+
+bool isEnabled(const std::vector<bool>& enabled, int index) {
+    return static_cast<std::size_t>(index) >= enabled.size() || enabled[static_cast<std::size_t>(index)];
+}
+
+bool anyEnabled(const std::vector<bool>& enabled, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (isEnabled(enabled, static_cast<int>(i))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+User::User(Terminal& terminal, bool uninstall, LossHandler onLoss)
+    : terminal_(terminal), uninstall_(uninstall), onLoss_(std::move(onLoss)) {}
+
+// A question that nobody sees must not be answered by chance.
+bool User::canAsk() {
+    if (interrupted_ || terminal_.flush()) {
+        return !interrupted_;
+    }
+    onLoss_(DialogueLoss::kOutputFailed);
+    return false;
+}
+
+// False when the question is interrupted; the line comes without its line feed.
+bool User::readLine(std::string& outLine, std::size_t maxBytes) {
+    outLine.clear();
+    if (!canAsk()) {
+        return false;
+    }
+    const TerminalRead result = terminal_.readLine(outLine, maxBytes);
+    if (result == TerminalRead::End && !interrupted_) {
+        onLoss_(DialogueLoss::kInputEnded);
+    }
+    if (result != TerminalRead::Line || interrupted_) {
+        outLine.clear();
+        return false;
+    }
+    dropRestOfLine(outLine, maxBytes);
+    if (outLine.ends_with('\n')) {
+        outLine.pop_back();
+    }
+    return true;
+}
+
+void User::dropRestOfLine(const std::string& line, std::size_t maxBytes) {
+    if (line.size() < maxBytes || line.ends_with('\n')) {
+        return;
+    }
+    std::string rest;
+    for (std::size_t dropped = 0; dropped < kRestOfLineLimit; dropped += rest.size()) {
+        if (terminal_.readLine(rest, 4096) != TerminalRead::Line || rest.empty() || rest.ends_with('\n')) {
+            return;
+        }
+    }
+}
+
+bool User::readHidden(std::string& outText, std::size_t maxKeys) {
+    outText.clear();
+    if (!canAsk()) {
+        return false;
+    }
+    while (outText.size() < maxKeys) {
+        int key = 0;
+        const TerminalRead result = terminal_.readKey(key);
+        if (result == TerminalRead::End && outText.empty() && !interrupted_) {
+            onLoss_(DialogueLoss::kInputEnded);
+            return false;
+        }
+        if (result != TerminalRead::Line || interrupted_ || endsHiddenInput(key)) {
+            break;
+        }
+        if (key != kBackspace) {
+            outText += static_cast<char>(key);
+        } else if (!outText.empty()) {
+            outText.pop_back();
+        }
+    }
+    return !interrupted_;
+}
+
+int User::askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
+                  bool echo) {
+    const std::string_view preset = viewOf(value).empty() ? viewOf(fallback) : viewOf(value);
+    terminal_.write(viewOf(question));
+    terminal_.write(preset.empty() ? std::string(":") : " [" + std::string(preset) + "]:");
+    std::string answer;
+    bool answered = false;
+    if (echo) {
+        answered = readLine(answer, static_cast<std::size_t>(std::max(size - 1, 1)));
+    } else {
+        answered = readHidden(answer, static_cast<std::size_t>(std::max(size, 1)));
+        terminal_.write("\n");
+        terminal_.flush();
+    }
+    if (answered && answer.empty()) {
+        answer = preset;
+    }
+    OUtils::copyText(buffer, answer.c_str(), size);
+    return answered && !interrupted_ ? 1 : 0;
+}
+
+int User::askChoice(const char* question, int defaultIndex, const char* first, const char* second,
+                    bool caseSensitive, bool prefixMatch) {
+    const std::string again = "Please, answer with " + std::string(first) + " or " + second + ": ";
+    terminal_.write(choicePrompt(viewOf(question), defaultIndex, first, second));
+    std::string line;
+    while (readLine(line, kChoiceLineLimit)) {
+        if (line.empty() && (defaultIndex == 0 || defaultIndex == 1)) {
+            return defaultIndex;
+        }
+        const bool isFirst = !line.empty() && matches(line, first, caseSensitive, prefixMatch);
+        const bool isSecond = !line.empty() && matches(line, second, caseSensitive, prefixMatch);
+        if (isFirst != isSecond) {
+            return isFirst ? 0 : 1;
+        }
+        terminal_.write(again);
+    }
+    return -1;
+}
+
+int User::askList(const char* question, int defaultIndex, const std::vector<std::string>& items,
+                  const std::vector<bool>& enabled) {
+    const int count = static_cast<int>(items.size());
+    if (defaultIndex < 0 || defaultIndex >= count || !isEnabled(enabled, defaultIndex)) {
+        defaultIndex = -1;
+    }
+    terminal_.write(listText(viewOf(question), items));
+    if (!anyEnabled(enabled, items.size())) {
+        terminal_.flush();
+        return -1;
+    }
+    std::string line;
+    terminal_.write(listPrompt(items.size(), defaultIndex));
+    while (readLine(line, kListLineLimit)) {
+        const int choice = parseDecimal(line).value_or(0);
+        if (line.empty() && defaultIndex >= 0) {
+            return defaultIndex;
+        }
+        if (choice >= 1 && choice <= count && isEnabled(enabled, choice - 1)) {
+            return choice - 1;
+        }
+        if (!line.empty()) {
+            terminal_.write(choice >= 1 && choice <= count
+                                ? "Choice " + std::to_string(choice) +
+                                      " is disabled, choose something else!\n"
+                                : "Please, answer with a number (1 to " + std::to_string(count) + ")\n");
+        }
+        terminal_.write(listPrompt(items.size(), defaultIndex));
+    }
+    return -1;
+}
+
+void User::tell(const char* text) {
+    terminal_.write(viewOf(text));
+    pause("\nPress Enter to continue...");
+}
+
+void User::pause(const char* text) {
+    terminal_.write(viewOf(text));
+    std::string ignored;
+    readLine(ignored, kPauseLineLimit);
+}
+
+int User::finish(bool) {
+    if (!uninstall_ && !finished_) {
+        finished_ = true;
+        terminal_.flush();
+    }
+    return 1;
+}
+
+void User::abort() {
+    interrupted_ = true;
+    terminal_.interruptInput();
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include "contracts/input_provider.h"
+#include "support/terminal.h"
+
+// Why a question to the user can't be answered any more.
+enum class DialogueLoss {
+    kInputEnded,    // the input is closed or at its end
+    kOutputFailed,  // the question doesn't reach anybody
+};
+
+// Answers from the keyboard, or from whatever stands behind standard input. What doesn't fit the length that
+// a question reads is cut off the answer, and never answers the next question.
+class User : public InputProvider {
+public:
+    using LossHandler = std::function<void(DialogueLoss)>;
+
+    // `onLoss` is called, on the thread of the question, at each question that finds the dialogue lost; the
+    // question then counts as interrupted. `terminal` outlives the object.
+    User(Terminal& terminal, bool uninstall, LossHandler onLoss);
+
+    int init() override { return 1; }
+    int askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
+                bool echo) override;
+    int askChoice(const char* question, int defaultIndex, const char* first, const char* second,
+                  bool caseSensitive, bool prefixMatch) override;
+    // A list in which nothing is enabled has no answer: -1.
+    int askList(const char* question, int defaultIndex, const std::vector<std::string>& items,
+                const std::vector<bool>& enabled) override;
+    void tell(const char* text) override;
+    void pause(const char* text) override;
+    int finish(bool failed) override;
+    void abort() override;
+
+private:
+    bool readLine(std::string& outLine, std::size_t maxBytes);
+    bool readHidden(std::string& outText, std::size_t maxKeys);
+    bool canAsk();
+    void dropRestOfLine(const std::string& line, std::size_t maxBytes);
+
+    Terminal& terminal_;
+    const bool uninstall_;
+    const LossHandler onLoss_;
+    bool finished_ = false;
+    std::atomic<bool> interrupted_{false};
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+
+class DialogModel;
+class InstallerUI;
+class PConsole;
+class PageConditions;
+class PageTurner;
+class TaskStates;
+struct DialogDesc;
+struct NavigationState;
+
+// Walks the list of dialogs under their conditions. A page counts as one step unless it asks for another: a
+// page that goes on by itself and a gate that is open on arrival each add a step, so a chain of them runs
+// through in one call. A hidden dialog is stepped over with all its sub-dialogs. A cancelled walk enters no
+// further page.
+class Navigator {
+public:
+    // Everything is borrowed; `console` is the session's debug log and may be null at any time.
+    Navigator(NavigationState& state, DialogModel& dialogs, PageConditions& conditions, TaskStates& tasks,
+              PageTurner& pages, PConsole*& console);
+
+    // Forward for a positive `count`, back for a negative one, nothing for 0.
+    int shift(InstallerUI* ui, int count);
+    // 0; -1 for a null `ui` or when the gate of the present page stays closed. A step behind the last dialog
+    // is logged, finishes the walk and makes it a failure.
+    int dialogNext(InstallerUI* ui, int count);
+    // 0; -1 for a null `ui`. A step ahead of the first dialog is as one behind the last.
+    int dialogBack(InstallerUI* ui, int count);
+
+private:
+    struct Position {
+        int dialog;
+        int sub;
+    };
+    enum class Step {
+        kEntered,  // the position is on a page for the user
+        kHidden,   // the position has moved onto a page that isn't there for the user
+        kStopped,  // the walk is over
+    };
+
+    DialogDesc* frameAt(int dialog);
+    int subDialogCount(int dialog);
+    bool isLastPage();
+    bool isHeldBy(DialogDesc* page, InstallerUI* ui);
+    bool passesGates(InstallerUI* ui);
+    Step stepForward(Position& position, int& count, InstallerUI* ui);
+    Step enterNextSubdialog(Position& position, int& count, InstallerUI* ui);
+    Step enterNextDialog(Position& position, int& count, InstallerUI* ui);
+    bool passesGatesOnArrival(const Position& position, int& count, InstallerUI* ui);
+    Step stepBack(Position& position, InstallerUI* ui);
+    Step stepBackInside(Position& position, InstallerUI* ui);
+    Step stepBackOver(Position& position);
+    void enterFromBehind(const Position& position, bool isOtherDialog, InstallerUI* ui);
+    Step fail(const char* direction);
+
+    NavigationState& state_;
+    DialogModel& dialogs_;
+    PageConditions& conditions_;
+    TaskStates& tasks_;
+    PageTurner& pages_;
+    PConsole*& console_;
+};

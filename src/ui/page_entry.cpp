@@ -1,0 +1,166 @@
+#include "ui/page_entry.h"
+
+#include <iterator>
+
+#include "base/text_functions.h"
+#include "contracts/page_actions.h"
+#include "support/p_console.h"
+#include "ui/control_values.h"
+#include "ui/external_uninstall_page.h"
+#include "ui/running_apps_page.h"
+#include "ui/triggers.h"
+
+namespace {
+
+constexpr int kSummaryTitleCapacity = 512;
+constexpr std::size_t kLinesPerFlush = 32;
+
+}  // namespace
+
+const PageEntry::NamedPage PageEntry::kPages[] = {
+    {"Uninstall", &PageEntry::uninstallPrevious},
+    {"CopyProgress", &PageEntry::copyFiles},
+    {"RevertInstallation", &PageEntry::revertInstallation},
+    {"RevertUninstallation", &PageEntry::revertUninstallation},
+    {"RegisterApplication", &PageEntry::registerApplication},
+    {"UnregisterApplication", &PageEntry::unregisterApplication},
+    {"PreUninstall", &PageEntry::prepareUninstall},
+    {"PostInstall", &PageEntry::finishInstallation},
+    {"RunningApps", &PageEntry::checkRunningApps},
+    {"ExternalUninstall", &PageEntry::uninstallExternals},
+    {"Finish", &PageEntry::showErrorSummary},
+    {"BadFinish", &PageEntry::showErrorSummary},
+};
+
+std::vector<std::string_view> PageEntry::pageNames() {
+    std::vector<std::string_view> names;
+    for (const NamedPage& page : kPages) {
+        names.push_back(page.name);
+    }
+    return names;
+}
+
+PageEntry::PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions,
+                     RunningAppsPage& runningApps, ExternalUninstallPage& externalUninstall,
+                     PConsole*& console)
+    : controls_(controls),
+      triggers_(triggers),
+      actions_(actions),
+      runningApps_(runningApps),
+      externalUninstall_(externalUninstall),
+      console_(console) {}
+
+int PageEntry::enterPage(PageVisit& visit) {
+    if (console_ != nullptr) {
+        console_->print("Setting dialog \"%s\" (%d, %d)", visit.page.name.c_str(), visit.dialog, visit.sub);
+    }
+    controls_.set(ControlVariable::kDlgCondition, "0");
+    const bool isBusy = visit.page.has(kDialogBusy);
+    if (isBusy) {
+        evaluateWhileBusy(visit);
+    }
+    enterByName(visit);
+    visit.showOnce();
+    if (isBusy && visit.state.uiState == kUiBusy) {
+        visit.setUiState(kUiReady);
+    }
+    return visit.page.has(kDialogAutoNext) || visit.oneMoreStep ? 1 : 0;
+}
+
+void PageEntry::evaluateWhileBusy(PageVisit& visit) {
+    visit.setUiState(kUiBusy);
+    visit.show();
+    triggers_.run(&visit.ui, kTriggerOnDlgEval, visit.dialog, visit.sub);
+}
+
+void PageEntry::enterByName(PageVisit& visit) {
+    for (const NamedPage& page : kPages) {
+        if (visit.page.name.view() == page.name) {
+            (this->*page.handler)(visit);
+            return;
+        }
+    }
+}
+
+// Runs what takes long, with the front end showing that it runs.
+template <typename Work>
+void PageEntry::work(PageVisit& visit, Work&& work) {
+    visit.showOnce();
+    visit.setUiState(kUiInstallationRunning);
+    visit.state.lastResult = work();
+    visit.setUiState(kUiReady);
+}
+
+void PageEntry::uninstallPrevious(PageVisit& visit) {
+    work(visit, [&] {
+        const int result = actions_.uninstallPrevious(&visit.ui);
+        if (result != 0) {
+            controls_.set(ControlVariable::kUninstallError, "1");
+        }
+        return result;
+    });
+}
+
+void PageEntry::copyFiles(PageVisit& visit) {
+    work(visit, [&] {
+        actions_.normalizeDirectoryFields();
+        return actions_.isActionLogSession() ? actions_.uninstallCurrentProduct(&visit.ui)
+                                             : actions_.installProduct(&visit.ui);
+    });
+}
+
+void PageEntry::revertInstallation(PageVisit& visit) {
+    work(visit, [&] { return actions_.revertInstallation(&visit.ui); });
+}
+
+void PageEntry::revertUninstallation(PageVisit& visit) {
+    work(visit, [&] { return actions_.revertUninstallation(&visit.ui); });
+}
+
+void PageEntry::registerApplication(PageVisit& visit) {
+    visit.shown = true;
+    visit.state.lastResult = !actions_.isActionLogSession() && actions_.registerApplication() ? 0 : 1;
+}
+
+void PageEntry::unregisterApplication(PageVisit& visit) {
+    visit.shown = true;
+    if (actions_.isActionLogSession()) {
+        visit.state.lastResult = actions_.unregisterApplication() ? 0 : 1;
+    }
+}
+
+void PageEntry::prepareUninstall(PageVisit& visit) {
+    visit.showOnce();
+    visit.state.lastResult = actions_.runActions(&visit.ui, "PreUninstall") == 0 ? 0 : 1;
+}
+
+void PageEntry::finishInstallation(PageVisit& visit) {
+    visit.state.lastResult = actions_.finishInstallation(&visit.ui) == 0 ? 0 : 1;
+    visit.oneMoreStep = true;
+}
+
+void PageEntry::checkRunningApps(PageVisit& visit) {
+    runningApps_.enter(visit);
+}
+
+void PageEntry::uninstallExternals(PageVisit& visit) {
+    externalUninstall_.enter(visit);
+}
+
+void PageEntry::showErrorSummary(PageVisit& visit) {
+    visit.showOnce();
+    const std::vector<std::string>* errors = visit.state.errorSummary;
+    if (errors == nullptr || errors->empty()) {
+        return;
+    }
+    char title[kSummaryTitleCapacity];
+    OUtils::formatText(title, sizeof title, "%s errors summary:",
+                       actions_.isActionLogSession() ? "Uninstallation" : "Installation");
+    visit.ui.pumpEvents();
+    visit.ui.addFileLine(title, false);
+    for (std::size_t i = 0; i < errors->size(); ++i) {
+        visit.ui.pumpEvents();
+        visit.ui.addFileLine((*errors)[i].c_str(), i % kLinesPerFlush == 0);
+    }
+    visit.ui.addFileLine(nullptr, true);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "contracts/installer_ui.h"
+#include "description/dialog_model.h"
+#include "ui/navigation_state.h"
+
+// One entering of a page, on its way through the steps that belong to it.
+struct PageVisit {
+    int dialog;
+    int sub;  // -1 for the dialog itself
+    InstallerUI& ui;
+    DialogDesc& page;
+    NavigationState& state;
+    bool shown = false;        // nothing has to show the page any more
+    bool oneMoreStep = false;  // the walk goes on by itself
+
+    void show() {
+        ui.showPage(dialog, sub, true);
+        shown = true;
+    }
+    void showOnce() {
+        if (!shown) {
+            show();
+        }
+    }
+    void setUiState(UiState value) {
+        state.uiState = value;
+        ui.updateNavigationState();
+    }
+    // The page waits for something outside this program.
+    void hold() {
+        ui.showPage(dialog, sub, true);
+        setUiState(kUiConditionUnmet);
+    }
+};

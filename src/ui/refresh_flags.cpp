@@ -1,0 +1,72 @@
+#include "ui/refresh_flags.h"
+
+#include <string_view>
+
+#include "contracts/installer_ui.h"
+#include "description/dialog_model.h"
+#include "ui/name_search.h"
+
+namespace {
+
+bool holds(std::string_view condition, std::string_view variable) {
+    return !condition.empty() && condition.find(variable) != std::string_view::npos;
+}
+
+// Elements may hang on the outcome of a field's validation as well as on the variable itself.
+std::uint32_t flagsOfFields(const DialogDesc& page, std::string_view variable, NameSearch& outNames) {
+    std::uint32_t flags = 0;
+    for (const DialogFieldDesc& field : page.fields) {
+        if (holds(field.condition.view(), variable)) {
+            flags |= kRefreshFields;
+        }
+        if (!field.validationVariable.isEmpty()) {
+            outNames.add(field.validationVariable.view());
+        }
+    }
+    return flags;
+}
+
+std::uint32_t flagsOfElements(const DialogDesc& page, const NameSearch& names) {
+    for (const DialogElementDesc& element : page.elements) {
+        if (!element.condition.isEmpty() && names.isAnyIn(element.condition.view())) {
+            return kRefreshElements;
+        }
+    }
+    return 0;
+}
+
+std::uint32_t flagsOfButtons(const DialogDesc& page, std::string_view variable) {
+    for (const DialogButtonDesc& button : page.buttons) {
+        if (holds(button.enableCondition.view(), variable)) {
+            return kRefreshButtons;
+        }
+    }
+    return 0;
+}
+
+std::uint32_t flagsOfTasks(const DialogDesc& dialog, std::string_view variable) {
+    for (const TaskDesc& task : dialog.tasks) {
+        if (holds(task.enableCondition.view(), variable)) {
+            return kRefreshTasks;
+        }
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::uint32_t getRefreshFlags(DialogModel& dialogs, const char* variable, int dialog, int sub) {
+    const DialogDesc* frame = dialogs.getDialog(dialog, -1);
+    if (variable == nullptr || frame == nullptr) {
+        return 0;
+    }
+    const bool isSubPage = sub >= 0 && (frame->special & kDialogHasSubDialogs) != 0 &&
+                           static_cast<std::size_t>(sub) < frame->subDialogs.size();
+    const DialogDesc& page = isSubPage ? frame->subDialogs[static_cast<std::size_t>(sub)] : *frame;
+    NameSearch names;
+    names.add(variable);
+    std::uint32_t flags = flagsOfFields(page, variable, names);
+    flags |= flagsOfElements(page, names);
+    flags |= flagsOfButtons(page, variable);
+    return flags | flagsOfTasks(*frame, variable);
+}

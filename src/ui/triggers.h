@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+
+class DialogModel;
+class Expressions;
+class InstallerUI;
+class PConsole;
+class PageActions;
+class VariableStore;
+struct TriggerDesc;
+
+// Fires the triggers of pages.
+class Triggers {
+public:
+    // Everything is borrowed; `console` is the session's debug log and may be null at any time.
+    Triggers(DialogModel& dialogs, VariableStore& variables, Expressions& expressions, PageActions& actions,
+             PConsole*& console);
+
+    // Fires those whose moments (a set of TriggerMoment) meet `when` and whose condition holds by then, in
+    // document order; a later one sees what an earlier one did. A page that isn't there has none. `ui` isn't
+    // null.
+    void run(InstallerUI* ui, std::uint32_t when, int dialog, int sub);
+
+private:
+    struct Firing {
+        InstallerUI* ui;
+        const TriggerDesc& trigger;
+        int dialog;
+        int sub;
+    };
+    using Effect = void (Triggers::*)(const Firing& firing);
+
+    void fire(const Firing& firing);
+    void changeVariable(const Firing& firing);
+    void runActions(const Firing& firing);
+    void resetToExpression(const Firing& firing);
+    void recalculate(const Firing& firing);
+    void checkFile(const Firing& firing);
+    void printExpression(const Firing& firing);
+    void reset(const TriggerDesc& trigger, int mode);
+
+    DialogModel& dialogs_;
+    VariableStore& variables_;
+    Expressions& expressions_;
+    PageActions& actions_;
+    PConsole*& console_;
+};
