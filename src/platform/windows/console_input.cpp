@@ -6,8 +6,7 @@ namespace platform {
 
 namespace {
 
-constexpr DWORD kPiece = 4096;             // bytes, or characters of a console
-constexpr DWORD kLongestPipePause = 20;    // ms between two looks at an empty pipe
+constexpr DWORD kPiece = 4096;             // characters of a console
 constexpr int kWakeAttempts = 2000;        // of 1 ms each
 constexpr int kAttemptsBeforeEnter = 100;  // then a key press is made up
 constexpr wchar_t kEndOfConsoleInput = 0x1A;
@@ -48,7 +47,10 @@ void pressEnter(HANDLE console) {
 }  // namespace
 
 ConsoleInput::ConsoleInput(HANDLE handle)
-    : handle_(handle), kind_(kindOf(handle)), interruptEvent_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
+    : handle_(handle),
+      kind_(kindOf(handle)),
+      interruptEvent_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      stream_(handle) {}
 
 ConsoleInput::Kind ConsoleInput::kindOf(HANDLE handle) {
     DWORD mode = 0;
@@ -58,11 +60,7 @@ ConsoleInput::Kind ConsoleInput::kindOf(HANDLE handle) {
     if (GetConsoleMode(handle, &mode) != 0) {
         return Kind::kConsole;
     }
-    // Sockets count as pipes here, but can't be looked into; they are read like files.
-    const bool canPeek = GetFileType(handle) == FILE_TYPE_PIPE &&
-                         (PeekNamedPipe(handle, nullptr, 0, nullptr, nullptr, nullptr) != 0 ||
-                          GetLastError() == ERROR_BROKEN_PIPE);
-    return canPeek ? Kind::kPipe : Kind::kFile;
+    return GetFileType(handle) == FILE_TYPE_DISK ? Kind::kFile : Kind::kStream;
 }
 
 ReadStatus ConsoleInput::readLine(std::string& outLine, std::size_t maxBytes) {
@@ -115,9 +113,14 @@ ReadStatus ConsoleInput::fill() {
     text_.erase(0, position_);
     position_ = 0;
     std::string bytes;
-    const ReadStatus status = kind_ == Kind::kConsole ? readConsoleText(bytes)
-                              : kind_ == Kind::kPipe  ? readPipe(bytes)
-                                                      : readFile(bytes);
+    ReadStatus status = ReadStatus::kEnd;
+    if (kind_ == Kind::kConsole) {
+        status = readConsoleText(bytes);
+    } else if (kind_ == Kind::kStream) {
+        status = stream_.read(bytes);
+    } else if (readPiece(handle_, bytes)) {
+        status = ReadStatus::kLine;
+    }
     if (status == ReadStatus::kLine) {
         appendTranslated(bytes);
     } else if (status == ReadStatus::kEnd) {
@@ -170,33 +173,6 @@ ReadStatus ConsoleInput::readConsoleText(std::string& outBytes) {
     return ReadStatus::kLine;
 }
 
-// A read that waits in an anonymous pipe can't be woken by anything; so it is only begun when there is
-// something to read.
-ReadStatus ConsoleInput::readPipe(std::string& outBytes) {
-    DWORD pause = 1;
-    for (;;) {
-        DWORD available = 0;
-        if (PeekNamedPipe(handle_, nullptr, 0, nullptr, &available, nullptr) == 0) {
-            return ReadStatus::kEnd;
-        }
-        if (available > 0) {
-            return readFile(outBytes);
-        }
-        if (WaitForSingleObject(interruptEvent_.get(), pause) == WAIT_OBJECT_0 || interrupted_) {
-            return ReadStatus::kInterrupted;
-        }
-        pause = std::min(pause * 2, kLongestPipePause);
-    }
-}
-
-ReadStatus ConsoleInput::readFile(std::string& outBytes) {
-    outBytes.resize(kPiece);
-    DWORD length = 0;
-    const BOOL read = ReadFile(handle_, outBytes.data(), kPiece, &length, nullptr);
-    outBytes.resize(read != 0 ? length : 0);
-    return outBytes.empty() ? ReadStatus::kEnd : ReadStatus::kLine;
-}
-
 ReadStatus ConsoleInput::waitForConsoleKey() {
     const RawConsoleMode raw(handle_);
     const HANDLE waitFor[2] = {interruptEvent_.get(), handle_};
@@ -247,6 +223,8 @@ void ConsoleInput::interrupt() {
     SetEvent(interruptEvent_.get());
     if (kind_ == Kind::kConsole) {
         wakeConsoleRead();
+    } else {
+        stream_.interrupt();
     }
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/console_device.h"
+#include "platform/windows/background_reader.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
@@ -26,13 +27,11 @@ public:
     bool isTerminal() const { return kind_ == Kind::kConsole; }
 
 private:
-    enum class Kind { kNone, kConsole, kPipe, kFile };
+    enum class Kind { kNone, kConsole, kStream, kFile };
 
     static Kind kindOf(HANDLE handle);
     ReadStatus fill();
     ReadStatus readConsoleText(std::string& outBytes);
-    ReadStatus readPipe(std::string& outBytes);
-    ReadStatus readFile(std::string& outBytes);
     void appendTranslated(const std::string& bytes);
     ReadStatus waitForConsoleKey();
     bool takeKeyEvent();
@@ -49,7 +48,8 @@ private:
     wchar_t highSurrogate_ = 0;
     std::atomic<bool> interrupted_{false};
     std::atomic<bool> readingConsole_{false};
-    Handle interruptEvent_;  // set for good by the first interrupt
+    Handle interruptEvent_;    // set for good by the first interrupt
+    BackgroundReader stream_;  // does the reading of kStream
 };
 
 }  // namespace platform
