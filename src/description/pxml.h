@@ -142,6 +142,7 @@ private:
     std::int32_t nameIdOf(std::string_view name) const;
     std::int32_t addName(std::string_view name);
     PXMLAttribute* findAttribute(std::int32_t node, std::string_view name);
+    void setText(std::int32_t node, const char* text);
     int walk(std::int32_t root, bool withRoot, std::vector<std::int32_t>& trace);
 
     PXMLArena arena_;

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// The five characters that have a name in XML text.
+namespace PXMLEntities {
+
+// Decodes into `out`, which has room for the length of `text`: one pass, and everything but the five names
+// stays as it stands, numbers included. Returns the length.
+std::size_t decode(std::string_view text, char* out);
+
+// Appends `text` with each of the five characters replaced by its name.
+void appendEscaped(std::string& out, std::string_view text);
+
+}  // namespace PXMLEntities

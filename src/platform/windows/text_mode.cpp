@@ -1,0 +1,9 @@
+#include "platform/text_mode.h"
+
+namespace platform {
+
+const char* textLineEnd() {
+    return "\r\n";
+}
+
+}  // namespace platform
