@@ -23,16 +23,13 @@ int sequenceLength(unsigned char lead) {
     return length;
 }
 
-// Decodes one sequence at `text`. Returns its length, or 0 when the bytes there aren't a sequence that
-// UTF-16 can hold and that comes back as the same bytes.
-int decodeSequence(const unsigned char* text, char32_t& codePoint) {
+// Decodes what stands at `text` as one sequence. Returns its length, or 0 when the bytes there aren't a
+// sequence or are an overlong one.
+int decodeForm(const unsigned char* text, char32_t& codePoint) {
     const int length = sequenceLength(text[0]);
-    if (length == 0) {
-        return 0;
-    }
-    if (length == 1) {
+    if (length < 2) {
         codePoint = text[0];
-        return 1;
+        return length;
     }
     codePoint = text[0] & (0x7FU >> length);
     for (int i = 1; i < length; ++i) {
@@ -41,10 +38,33 @@ int decodeSequence(const unsigned char* text, char32_t& codePoint) {
         }
         codePoint = codePoint << 6 | (text[i] & 0x3FU);
     }
-    const bool overlong = codePoint <= kSequenceLimits[length - 2];
+    return codePoint <= kSequenceLimits[length - 2] ? 0 : length;
+}
+
+bool isHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+
+bool isLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+// Decodes one sequence at `text`. Returns its length, or 0 when the bytes there aren't a sequence that
+// UTF-16 can hold and that comes back as the same bytes.
+int decodeSequence(const unsigned char* text, char32_t& codePoint) {
+    const int length = decodeForm(text, codePoint);
     // The code points that stand for raw bytes are taken as raw bytes themselves, so that they survive.
     const bool rawByte = codePoint >= kRawByteBase && codePoint <= kRawByteBase + 0xFF;
-    return overlong || rawByte || codePoint > kLastCodePoint ? 0 : length;
+    if (rawByte || codePoint > kLastCodePoint) {
+        return 0;
+    }
+    // Two halves in sequences of their own would come back as the one sequence of the whole.
+    char32_t next = 0;
+    if (length > 0 && isHighSurrogate(codePoint) && decodeForm(text + length, next) > 0 &&
+        isLowSurrogate(next)) {
+        return 0;
+    }
+    return length;
 }
 
 int encodeSequence(char32_t codePoint, char* out) {
@@ -63,14 +83,6 @@ int encodeSequence(char32_t codePoint, char* out) {
     }
     out[0] = static_cast<char>((0xF00 >> length & 0xFF) | codePoint);
     return length;
-}
-
-bool isHighSurrogate(char16_t unit) {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool isLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit < 0xE000;
 }
 
 }  // namespace
@@ -111,7 +123,7 @@ std::int64_t wideToUtf8(const char16_t* text, char* out, std::int64_t capacity) 
     const char16_t* in = text == nullptr ? kEmpty : text;
     while (*in != 0) {
         char32_t codePoint = *in++;
-        if (isHighSurrogate(static_cast<char16_t>(codePoint)) && isLowSurrogate(*in)) {
+        if (isHighSurrogate(codePoint) && isLowSurrogate(*in)) {
             codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (*in++ - 0xDC00U);
         }
         char sequence[4];
