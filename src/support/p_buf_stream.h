@@ -14,7 +14,7 @@ public:
     // Frees an owned earlier block and takes `data` without ownership; it must outlive its use here. The
     // position is 0 afterwards.
     void attach(void* data, std::int64_t size);
-    // The same for a block from std::malloc, which this object frees. A negative size gives no stream.
+    // The same for a block from std::malloc, which this object frees. In both a negative size counts as 0.
     void adopt(void* data, std::int64_t size);
 
     int open() override;
@@ -27,7 +27,8 @@ public:
     // -1 for a position above the size or below 0; the position stays then.
     int seek(std::int64_t position) override;
     int seekRelative(std::int64_t distance) override;
-    // Distance 0 stands on the last byte, not behind it, unlike files.
+    // The distance counts back from the last byte: 0 stands on it, not behind it, unlike files. -1 outside
+    // the block; the position stays then.
     int seekFromEnd(std::int64_t distance) override;
     std::int64_t getSize() override { return data_ == nullptr ? -1 : size_; }
     // The block is used up to the position only; its memory stays.
