@@ -57,7 +57,7 @@ public:
     void setClock(Clock clock) { clock_ = clock == nullptr ? platform::localTime : clock; }
 
 private:
-    void printLine(const char* numberFormat, const char* message);
+    void printLine(bool wideNumber, const char* message);
 
     std::atomic<std::int32_t> lineNumber_{0};
     std::atomic<bool> enabled_{true};

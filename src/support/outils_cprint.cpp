@@ -1,0 +1,46 @@
+#include "support/outils_cprint.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr char kEscape = 27;
+constexpr std::size_t kSequenceLimit = 16;
+
+}  // namespace
+
+void outils_cprint(int useColour, const char* text, platform::ConsoleDevice& device) {
+    const bool passOn = useColour != 0 && device.isOutputTerminal();
+    std::string_view rest(text == nullptr ? "" : text);
+    std::string out;
+    bool complete = true;
+    while (!rest.empty() && complete) {
+        const std::size_t plain = std::min(rest.find(kEscape), rest.size());
+        out += rest.substr(0, plain);
+        rest.remove_prefix(plain);
+        const std::size_t end = rest.find('m');
+        complete = rest.empty() || end < kSequenceLimit;
+        if (!rest.empty() && complete) {
+            out += passOn ? rest.substr(0, end + 1) : std::string_view();
+            rest.remove_prefix(end + 1);
+        }
+    }
+    if (!complete) {
+        out += "outils_cprint: Incorrect ESC length!";
+    }
+    if (!device.write(out) || !device.flush()) {
+        device.writeError("outils_cprint: Invalid handle!");
+    }
+}
+
+void outils_cprintf(int useColour, const char* format, ...) {
+    char text[4096] = "";
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    outils_cprint(useColour, text);
+}
