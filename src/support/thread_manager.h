@@ -85,6 +85,7 @@ public:
 enum class WorkerState : std::int32_t { kIdle = 0, kBusy = 1, kTerminated = 2, kWaiting = 3, kCreated = 4 };
 enum class WorkerMessage : std::int32_t { kRunMultiThreaded = 4096, kTerminate = 4097, kRunProcedure = 4098 };
 
+class ThreadRun;
 class Worker;
 struct WorkItem;
 
@@ -92,7 +93,7 @@ class WinThreadManager : public ThreadManager {
 public:
     // `count` is the default thread count; `affinity` binds threads to processor groups where there are
     // several.
-    explicit WinThreadManager(int count, bool affinity);
+    WinThreadManager(int count, bool affinity);
     ~WinThreadManager() override;
 
     std::int32_t runThreads(int count, MultiThreaded& procedure, ThreadProgress* progress = nullptr,
@@ -106,9 +107,10 @@ public:
     int getWorkerCount();
 
 private:
-    std::shared_ptr<Worker> takeWorker();
-    std::shared_ptr<Worker> takeIdleWorker();
+    int postParts(const std::shared_ptr<ThreadRun>& run, int total);
+    bool postToWorker(WorkItem item);
     void readProcessorGroups();
+    void endWorkers();
 
     const int defaultCount_;
     const bool affinity_;

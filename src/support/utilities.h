@@ -24,7 +24,8 @@ int getTempDirectory(char* out, std::int64_t capacity,
 int getProgramPath(char* out, std::int64_t capacity);
 
 // Copies the content of a file, emptying or creating `to`. False when anything failed, up to the closing; a
-// `to` that was opened is removed then, so that no half-written file stays.
+// `to` that was opened is removed then, so that no half-written file stays. Copying onto the same path is a
+// failure that changes nothing.
 bool copyFile(const char* from, const char* to, platform::FileSystem& files = platform::systemFileSystem());
 
 // Reads a file of at most 2,147,483,647 bytes. 0, the system's error number, or -1 when the file is larger or

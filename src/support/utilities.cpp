@@ -1,0 +1,174 @@
+#include "support/utilities.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "base/path_functions.h"
+#include "platform/program.h"
+
+namespace OUtils {
+
+namespace {
+
+constexpr std::uint32_t kCopyBlock = 256 * 1024;
+constexpr std::size_t kLargestPart = 1024 * 1024 * 1024;
+
+// A path cut to the buffer would name something else, so what doesn't fit is a failure.
+int giveText(bool found, const std::string& text, char* out, std::int64_t capacity) {
+    const bool fits = found && static_cast<std::int64_t>(text.size()) < capacity;
+    copyText(out, fits ? text.c_str() : "", capacity);
+    return fits ? 0 : 1;
+}
+
+int openForReading(const char* path, platform::FileSystem& files, std::unique_ptr<platform::File>& outFile) {
+    platform::OpenOptions options;
+    options.sequential = true;
+    // A program that is being written to, or a log that is open, can be read all the same.
+    options.share = platform::kShareRead | platform::kShareWrite | platform::kShareDelete;
+    return files.open(path, options, outFile);
+}
+
+int openForWriting(const char* path, platform::FileSystem& files, std::unique_ptr<platform::File>& outFile) {
+    platform::OpenOptions options;
+    options.access = platform::kWrite;
+    options.share = platform::kShareNone;
+    options.disposition = platform::Disposition::kCreateAlways;
+    return files.open(path, options, outFile);
+}
+
+int writeAll(platform::File& file, const void* data, std::uint32_t size) {
+    std::uint32_t written = 0;
+    const int status = file.write(data, size, written);
+    return status == 0 && written != size ? -1 : status;
+}
+
+int copyContent(platform::File& source, platform::File& target) {
+    const auto block = std::make_unique_for_overwrite<unsigned char[]>(kCopyBlock);
+    for (;;) {
+        std::uint32_t done = 0;
+        int status = source.read(block.get(), kCopyBlock, done);
+        if (status == 0 && done == 0) {
+            return 0;
+        }
+        if (status == 0) {
+            status = writeAll(target, block.get(), done);
+        }
+        if (status != 0) {
+            return status;
+        }
+    }
+}
+
+int readAll(platform::File& file, unsigned char* data, std::int64_t size) {
+    while (size > 0) {
+        std::uint32_t done = 0;
+        const auto part = static_cast<std::uint32_t>(std::min<std::int64_t>(size, kLargestPart));
+        const int status = file.read(data, part, done);
+        if (status != 0 || done == 0) {
+            return status != 0 ? status : -1;
+        }
+        data += done;
+        size -= done;
+    }
+    return 0;
+}
+
+bool isSamePath(const char* a, const char* b) {
+    std::string first(a);
+    std::string second(b);
+    setSeparators(first.data(), '/');
+    setSeparators(second.data(), '/');
+    return first == second;
+}
+
+// Opens the file, lets `makeRoom` give the memory for its size, and fills that.
+template <typename MakeRoom>
+int readInto(const char* path, platform::FileSystem& files, MakeRoom makeRoom) {
+    std::unique_ptr<platform::File> file;
+    if (const int status = openForReading(path, files, file); status != 0) {
+        return status;
+    }
+    const std::int64_t size = file->size();
+    if (size < 0 || size > INT32_MAX) {
+        return -1;
+    }
+    return readAll(*file, makeRoom(size), size);
+}
+
+}  // namespace
+
+bool pathExists(const char* path, platform::FileSystem& files) {
+    return path != nullptr && files.exists(path);
+}
+
+int getTempDirectory(char* out, std::int64_t capacity, platform::FileSystem& files) {
+    std::string path;
+    const bool found = files.temporaryDirectory(path) && !path.empty();
+    return giveText(found, path, out, capacity);
+}
+
+int getProgramPath(char* out, std::int64_t capacity) {
+    std::string path;
+    const bool found = platform::ownImagePath(path);
+    return giveText(found, path, out, capacity);
+}
+
+bool copyFile(const char* from, const char* to, platform::FileSystem& files) {
+    std::unique_ptr<platform::File> source;
+    std::unique_ptr<platform::File> target;
+    // Opening the target would empty the source.
+    if (isSamePath(from, to)) {
+        return false;
+    }
+    if (openForReading(from, files, source) != 0 || openForWriting(to, files, target) != 0) {
+        return false;
+    }
+    const int copied = copyContent(*source, *target);
+    const int closed = target->close();
+    if (copied != 0 || closed != 0) {
+        files.removeFile(to);
+        return false;
+    }
+    return true;
+}
+
+int readWholeFile(const char* path, SharedBuffer& outContent, platform::FileSystem& files) {
+    outContent.release();
+    SharedBuffer content;
+    const int status = readInto(path, files, [&content](std::int64_t size) {
+        content = SharedBuffer(static_cast<std::int32_t>(size));
+        return content.data();
+    });
+    if (status == 0) {
+        outContent = std::move(content);
+    }
+    return status;
+}
+
+int readWholeFile(const char* path, std::string& outContent, platform::FileSystem& files) {
+    outContent.clear();
+    const int status = readInto(path, files, [&outContent](std::int64_t size) {
+        outContent.resize(static_cast<std::size_t>(size));
+        return reinterpret_cast<unsigned char*>(outContent.data());
+    });
+    if (status != 0) {
+        outContent.clear();
+    }
+    return status;
+}
+
+int writeWholeFile(const char* path, std::string_view content, platform::FileSystem& files) {
+    if (content.size() > INT32_MAX) {
+        return -1;
+    }
+    std::unique_ptr<platform::File> file;
+    int status = openForWriting(path, files, file);
+    if (status != 0) {
+        return status;
+    }
+    status = writeAll(*file, content.data(), static_cast<std::uint32_t>(content.size()));
+    const int closed = file->close();
+    return status != 0 ? status : closed;
+}
+
+}  // namespace OUtils
