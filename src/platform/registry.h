@@ -5,7 +5,8 @@
 #include <vector>
 
 // The store of keys and named values: the registry on Windows, an SQLite database on Linux. Names and paths
-// ignore case and are UTF-8; key paths are separated by `\`.
+// ignore case (on Linux that of ASCII letters) and are UTF-8; key paths are separated by `\`. Names keep the
+// spelling of their creation.
 namespace platform {
 
 enum class RegistryRoot { kClassesRoot, kCurrentUser, kLocalMachine, kUsers };
@@ -30,6 +31,11 @@ enum RegistryStatus : int {
     kRegNotFound = 2,
     kRegAccessDenied = 5,  // also: the key to delete has subkeys
     kRegBadArgument = 87,
+    kRegDiskFull = 112,
+    kRegBusy = 170,       // another process holds the store for too long
+    kRegDamaged = 1015,   // the store's file can't be made sense of
+    kRegIoFailed = 1016,  // the disk fails
+    kRegForeign = 1017,   // the store's file belongs to something else, or to a later version
 };
 
 struct RegistryValue {

@@ -1,0 +1,99 @@
+#include <pthread.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include "platform/console_device.h"
+#include "platform/posix/terminal_mode.h"
+
+namespace platform {
+
+namespace {
+
+struct SignalEvent {
+    int signal;
+    ControlEvent event;
+};
+
+constexpr SignalEvent kSignalEvents[] = {
+    {SIGINT, ControlEvent::kInterrupt},
+    {SIGHUP, ControlEvent::kClose},
+    {SIGTERM, ControlEvent::kShutdown},
+};
+
+std::atomic<ControlHandler> controlHandler{nullptr};
+
+// The signals to serve. One that the caller wants ignored (nohup, background jobs of old shells) stays
+// ignored.
+sigset_t servedSignals() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const SignalEvent& entry : kSignalEvents) {
+        struct sigaction action {};
+        if (sigaction(entry.signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+            sigaddset(&set, entry.signal);
+        }
+    }
+    return set;
+}
+
+void endBySignal(int signal) {
+    restoreTerminalMode();
+    std::signal(signal, SIG_DFL);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, signal);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    raise(signal);
+}
+
+void dispatch(int signal) {
+    for (const SignalEvent& entry : kSignalEvents) {
+        const ControlHandler handler = controlHandler;
+        if (entry.signal == signal && (handler == nullptr || !handler(entry.event))) {
+            endBySignal(signal);
+        }
+    }
+}
+
+void serveSignals(sigset_t set) {
+    for (;;) {
+        int signal = 0;
+        if (sigwait(&set, &signal) == 0) {
+            dispatch(signal);
+        }
+    }
+}
+
+// Blocks the signals here, and thereby in each thread that is started later; only the serving thread takes
+// them.
+bool startServing() {
+    const sigset_t set = servedSignals();
+    if (pthread_sigmask(SIG_BLOCK, &set, nullptr) != 0) {
+        return false;
+    }
+    try {
+        std::thread(serveSignals, set).detach();
+    } catch (const std::system_error&) {
+        pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool setControlHandler(ControlHandler handler) {
+    static std::mutex mutex;
+    static bool serving = false;
+    const std::lock_guard lock(mutex);
+    controlHandler = handler;
+    serving = serving || startServing();
+    return serving;
+}
+
+}  // namespace platform

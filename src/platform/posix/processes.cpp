@@ -1,0 +1,167 @@
+#include "platform/processes.h"
+
+#include <spawn.h>
+#include <unistd.h>
+
+#include <climits>
+#include <csignal>
+
+#include "base/path_functions.h"
+#include "platform/posix/child_process.h"
+#include "platform/posix/command_line.h"
+#include "platform/posix/native_path.h"
+#include "platform/posix/proc_files.h"
+#include "platform/posix/process_handle.h"
+
+namespace platform {
+
+namespace {
+
+// How long a process that can't refuse gets to leave the process table.
+constexpr std::uint32_t kHardEndMilliseconds = 1000;
+
+// This process and the ones that started it: ending one of them would end the work that asked for it.
+bool isSelfOrAncestor(pid_t id) {
+    constexpr int kMaxDepth = 1000;
+    pid_t current = getpid();
+    for (int depth = 0; depth < kMaxDepth && current > 0; ++depth) {
+        if (current == id) {
+            return true;
+        }
+        current = proc_files::parentOf(current);
+    }
+    return false;
+}
+
+// What a child process starts with: default signals, and of the descriptors only the standard streams.
+class SpawnSettings {
+public:
+    explicit SpawnSettings(const std::string& workDirectory) {
+        posix_spawnattr_init(&attributes_);
+        posix_spawn_file_actions_init(&actions_);
+        sigset_t none;
+        sigemptyset(&none);
+        sigset_t all;
+        sigfillset(&all);
+        posix_spawnattr_setsigmask(&attributes_, &none);
+        posix_spawnattr_setsigdefault(&attributes_, &all);
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        if (!workDirectory.empty()) {
+            status_ = posix_spawn_file_actions_addchdir_np(&actions_, workDirectory.c_str());
+        }
+        if (status_ == 0) {
+            status_ = posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
+        }
+    }
+    ~SpawnSettings() {
+        posix_spawn_file_actions_destroy(&actions_);
+        posix_spawnattr_destroy(&attributes_);
+    }
+    SpawnSettings(const SpawnSettings&) = delete;
+    SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+    // Returns 0 or the error's number.
+    int spawn(const std::string& program, std::vector<std::string>& words, pid_t& outId) {
+        std::vector<char*> arguments;
+        for (std::string& word : words) {
+            arguments.push_back(word.data());
+        }
+        arguments.push_back(nullptr);
+        // This call looks into PATH for a program without a separator, and for no other.
+        return status_ != 0 ? status_
+                            : posix_spawnp(&outId, program.c_str(), &actions_, &attributes_, arguments.data(),
+                                           environ);
+    }
+
+private:
+    posix_spawnattr_t attributes_{};
+    posix_spawn_file_actions_t actions_{};
+    int status_ = 0;
+};
+
+// A relative path means the directory of the caller, while the system would start at the child's.
+std::string programPath(const std::string& word) {
+    std::string program = nativePath(word.c_str());
+    if (program.find('/') == std::string::npos || program[0] == '/') {
+        return program;
+    }
+    char directory[PATH_MAX];
+    return getcwd(directory, sizeof directory) != nullptr ? std::string(directory) + "/" + program : program;
+}
+
+// A parent that ignores this signal bequeaths it, and the system forgets the exit codes of children then.
+void keepExitCodesOfChildren() {
+    struct sigaction action {};
+    if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+        std::signal(SIGCHLD, SIG_DFL);
+    }
+}
+
+class PosixProcesses : public Processes {
+public:
+    bool list(std::vector<ProcessInfo>& outProcesses) override;
+    bool terminate(std::uint32_t id, std::uint32_t politeMilliseconds) override;
+    std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
+                                        int& outError) override;
+    std::uint32_t currentId() override { return static_cast<std::uint32_t>(getpid()); }
+};
+
+bool PosixProcesses::list(std::vector<ProcessInfo>& outProcesses) {
+    outProcesses.clear();
+    std::vector<pid_t> ids;
+    if (!proc_files::processIds(ids)) {
+        return false;
+    }
+    for (const pid_t id : ids) {
+        ProcessInfo info;
+        info.id = static_cast<std::uint32_t>(id);
+        info.path = proc_files::executableOf(id);
+        // An executable that can't be read belongs to another user, whose process still has a name.
+        info.name =
+            info.path.empty() ? proc_files::nameOf(id) : std::string(OUtils::lastPathComponent(info.path));
+        if (!info.name.empty()) {
+            outProcesses.push_back(std::move(info));
+        }
+    }
+    return true;
+}
+
+bool PosixProcesses::terminate(std::uint32_t id, std::uint32_t politeMilliseconds) {
+    // 0, 1 and numbers that are negative as a process id stand for whole groups or for the system itself.
+    if (id <= 1 || id > INT_MAX || isSelfOrAncestor(static_cast<pid_t>(id))) {
+        return false;
+    }
+    ProcessHandle process(static_cast<pid_t>(id));
+    if (!process.sendSignal(SIGTERM)) {
+        return false;
+    }
+    if (!process.waitForEnd(politeMilliseconds)) {
+        process.sendSignal(SIGKILL);
+        process.waitForEnd(kHardEndMilliseconds);
+    }
+    return true;
+}
+
+std::unique_ptr<ChildProcess> PosixProcesses::start(const char* commandLine, const char* workDirectory,
+                                                    int& outError) {
+    collectDroppedChildren();
+    std::vector<std::string> words = splitCommandLine(commandLine != nullptr ? commandLine : "");
+    if (words.empty() || words[0].empty()) {
+        outError = EINVAL;
+        return nullptr;
+    }
+    keepExitCodesOfChildren();
+    SpawnSettings settings(nativePath(workDirectory));
+    pid_t id = 0;
+    outError = settings.spawn(programPath(words[0]), words, id);
+    return outError == 0 ? std::make_unique<PosixChildProcess>(id) : nullptr;
+}
+
+}  // namespace
+
+Processes& systemProcesses() {
+    static PosixProcesses processes;
+    return processes;
+}
+
+}  // namespace platform
