@@ -1,7 +1,10 @@
 #include "platform/posix/process_handle.h"
 
 #include <poll.h>
+// The C library of Debian 12 forgot to say so itself.
+extern "C" {
 #include <sys/pidfd.h>
+}
 
 #include <algorithm>
 #include <csignal>
