@@ -23,7 +23,9 @@ GOOD = {
     "src/installer/main.cpp": '#include "session/installer.h"\n#include "ui/console/prompt.h"\n',
     "src/packager/main.cpp": '#include "package/cabinet.h"\n// #include <windows.h>\n/* #ifdef _WIN32 */\n',
     "tests/base/errors_test.cpp": '#include "base/errors.h"\n#include <gtest/gtest.h>\n',
-    "tests/platform/posix/file_system_test.cpp": "#include <unistd.h>\n",
+    "tests/platform/posix/file_system_test.cpp": "#include <unistd.h>\nint x = getpid();\n",
+    "tests/platform/windows/file_system_test.cpp": "#include <windows.h>\nint x = GetLastError();\n",
+    "tests/support/names_test.cpp": "// unlink(x)\nint a = files.unlink(x) + p->fork() + Files::chmod(x) + myfork(x) + unlink_all(x);\n",
 }
 
 # (file, its text, what the message must contain; the line is the last one of the text)
@@ -57,6 +59,12 @@ BAD = [
     ("src/stray/x.h", "", "is in no known layer"),
     ("src/x.h", "", "is in no known layer"),
     ("tests/base/system_test.cpp", "#include <unistd.h>", "not for tests outside tests/platform"),
+    ("tests/platform/system_test.cpp", "#include <unistd.h>", "not for tests outside tests/platform/posix"),
+    ("tests/platform/ask_test.cpp", "#ifdef _WIN32", "platform conditional (_WIN32)"),
+    ("tests/platform/call_test.cpp", "int x = getpid();", "getpid() is a call of one system"),
+    ("tests/base/call_test.cpp", "int x = ::setenv(a, b, 1);", "setenv() is a call of one system"),
+    ("src/engine/call.cpp", "int x = strcasecmp (a, b);", "strcasecmp() is a call of one system"),
+    ("src/base/call.cpp", "int x = _stricmp(a, b);", "_stricmp() is a call of one system"),
     ("tests/base/ask_test.cpp", "#ifdef _WIN32", "platform conditional (_WIN32)"),
 ]
 HELPERS = {"src/platform/windows/x.h": "", "src/wini/own.h": "", "src/platform/own.h": ""}
