@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+// The text of an action log, shared by its writers and readers. action_log_format.md tells what it means.
+namespace ActionLogFormat {
+
+inline constexpr char kSeparator = '\t';
+inline constexpr std::string_view kLineEnd = "\r\n";
+// The bytes of a line that are written; what is longer is cut.
+inline constexpr std::size_t kLineLimit = 1023;
+
+// The buffers into which readers take lines, in bytes with the terminator. A longer line comes in pieces.
+inline constexpr std::size_t kFirstLineBuffer = 1560;
+inline constexpr std::size_t kVariableLineBuffer = 2048;
+inline constexpr std::size_t kRecordLineBuffer = 2604;
+inline constexpr std::size_t kBackupLineBuffer = 1560;
+
+// Tags. A line belongs to a tag when it begins with it.
+inline constexpr std::string_view kVariableCount = "NUMVARS";
+inline constexpr std::string_view kVariable = "VAR";
+inline constexpr std::string_view kDirectory = "DIR";
+inline constexpr std::string_view kFile = "FILE";
+inline constexpr std::string_view kEnvironment = "ENV";
+inline constexpr std::string_view kIni = "INI";
+inline constexpr std::string_view kModifyFile = "MODIFYFILE";
+inline constexpr std::string_view kShortcut = "SHORTCUT";
+inline constexpr std::string_view kFirewall = "FIREWALL";
+inline constexpr std::string_view kRegistryKey = "REGKEY";
+inline constexpr std::string_view kRegistryValue = "REGVAL";
+
+// The first field of FILE.
+inline constexpr std::string_view kCreate = "CREATE";
+inline constexpr std::string_view kOver = "OVER";
+
+// A whole line as it was written fits every buffer that reads records.
+static_assert(kLineLimit + kLineEnd.size() < kFirstLineBuffer);
+static_assert(kLineLimit + kLineEnd.size() < kBackupLineBuffer);
+static_assert(kLineLimit + kLineEnd.size() < kVariableLineBuffer);
+static_assert(kVariableLineBuffer < kRecordLineBuffer);
+// The two tags of the variable block must not be taken for each other by their beginnings.
+static_assert(!kVariableCount.starts_with(kVariable));
+
+}  // namespace ActionLogFormat

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class PFileConsole;
+
+// A variable as the log holds it. The texts are only borrowed.
+struct LoggedVariable {
+    std::string_view name;
+    std::string_view value;
+};
+
+// Writes an action log line by line through a file console, unbuffered: a record is handed to the system
+// before the change that it stands for is made. A failed write is remembered and doesn't stop the work.
+class ActionLogWriter {
+public:
+    // The console is the session's and outlives this object.
+    explicit ActionLogWriter(PFileConsole& console) : console_(console) {}
+
+    // Begins a log at a name in a directory that others can write to: what stands there is removed, and the
+    // file is for this user alone. 0 or an error number.
+    int openNew(const char* path);
+    // Goes on with a published log, at its end. 0 or an error number.
+    int openToAppend(const char* path);
+    // Without an open log records are dropped.
+    bool isOpen() const;
+    // False when anything written since the opening didn't reach the file.
+    bool close();
+    bool hasFailed() const;
+
+    // Lines 1 and 2.
+    void writeHeader(std::string_view descriptionPath, std::string_view backupPath);
+    // The variable block.
+    void writeVariables(const std::vector<LoggedVariable>& variables);
+    // `created` levels of `directory` did not exist before.
+    void writeDirectory(int created, std::string_view directory);
+    // `isRestorable`: at the undo the file's former content is put back.
+    void writeFile(bool isRestorable, std::string_view path);
+    // Any record: the tag, then each field behind a separator.
+    void writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields);
+
+private:
+    void appendField(std::string_view field);
+    void writeLine();
+
+    PFileConsole& console_;
+    std::string line_;
+};

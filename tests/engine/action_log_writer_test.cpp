@@ -1,0 +1,126 @@
+#include "engine/action_log_writer.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/action_log_format.h"
+#include "fakes/memory_file_system.h"
+#include "support/p_file_console.h"
+
+namespace {
+
+constexpr char kPath[] = "C:\\temp\\log";
+
+class ActionLogWriterTest : public testing::Test {
+protected:
+    ActionLogWriterTest() { files_.addDirectory("C:\\temp"); }
+
+    std::string written() {
+        EXPECT_TRUE(writer_.close());
+        return files_.content(kPath);
+    }
+
+    MemoryFileSystem files_;
+    PFileConsole console_{files_};
+    ActionLogWriter writer_{console_};
+};
+
+TEST_F(ActionLogWriterTest, writesTheLayoutOfTheFormatByteForByte) {
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    writer_.writeHeader("C:/apps/demo/uninstall/demo_install.xml", "C:/apps/demo/uninstall/backup.bin");
+    writer_.writeVariables({{"STDROOT", "C:\\apps\\demo"}, {"INSTALL_ERROR", "0"}});
+    writer_.writeDirectory(3, "C:\\apps\\demo\\uninstall\\");
+    writer_.writeFile(false, "C:\\apps\\demo\\uninstall\\installer.exe");
+    writer_.writeFile(true, "C:\\apps\\demo\\readme.txt");
+    writer_.writeRecord(ActionLogFormat::kEnvironment, {"ADD", "PATH", "C:\\apps\\demo\\bin"});
+    writer_.writeRecord(ActionLogFormat::kIni, {"CREATE", "C:\\apps\\demo\\demo.ini", "Paths", "Root", "x"});
+    writer_.writeRecord(ActionLogFormat::kModifyFile, {"ADDAFTER", "a", "b"});
+    writer_.writeRecord(ActionLogFormat::kShortcut, {"CREATE", "C:\\menu\\Demo\\Uninstall.lnk"});
+    writer_.writeRecord(ActionLogFormat::kFirewall, {"PORT", "30304", "TCP;UDP", "Demo service"});
+    writer_.writeRecord(ActionLogFormat::kRegistryKey, {"2", "HKEY_LOCAL_MACHINE", "Software\\Demo"});
+    writer_.writeRecord(ActionLogFormat::kRegistryValue,
+                        {"HKEY_LOCAL_MACHINE", "Software\\Demo", "FileName"});
+    EXPECT_EQ(written(),
+              "C:/apps/demo/uninstall/demo_install.xml\r\n"
+              "C:/apps/demo/uninstall/backup.bin\r\n"
+              "NUMVARS\t2\r\n"
+              "VAR\tSTDROOT\tC:\\apps\\demo\r\n"
+              "VAR\tINSTALL_ERROR\t0\r\n"
+              "DIR\t3\tC:\\apps\\demo\\uninstall\\\r\n"
+              "FILE\tCREATE\tC:\\apps\\demo\\uninstall\\installer.exe\r\n"
+              "FILE\tOVER\tC:\\apps\\demo\\readme.txt\r\n"
+              "ENV\tADD\tPATH\tC:\\apps\\demo\\bin\r\n"
+              "INI\tCREATE\tC:\\apps\\demo\\demo.ini\tPaths\tRoot\tx\r\n"
+              "MODIFYFILE\tADDAFTER\ta\tb\r\n"
+              "SHORTCUT\tCREATE\tC:\\menu\\Demo\\Uninstall.lnk\r\n"
+              "FIREWALL\tPORT\t30304\tTCP;UDP\tDemo service\r\n"
+              "REGKEY\t2\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\r\n"
+              "REGVAL\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\tFileName\r\n");
+}
+
+TEST_F(ActionLogWriterTest, writesEmptyHeaderLinesAndEmptyValues) {
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    writer_.writeHeader("", "");
+    writer_.writeVariables({{"EMPTY", ""}});
+    EXPECT_EQ(written(), "\r\n\r\nNUMVARS\t1\r\nVAR\tEMPTY\t\r\n");
+}
+
+TEST_F(ActionLogWriterTest, writesALineOfTheLimitWholeAndCutsALongerOne) {
+    const std::string head = "FILE\tCREATE\t";
+    const std::string fits(ActionLogFormat::kLineLimit - head.size(), 'p');
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    writer_.writeFile(false, fits);
+    writer_.writeFile(false, fits + "q");
+    EXPECT_EQ(written(), head + fits + "\r\n" + head + fits + "\r\n");
+}
+
+TEST_F(ActionLogWriterTest, keepsALineBreakFromBeginningARecordOfItsOwn) {
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    writer_.writeVariables({{"A", "x\r\nFILE\tCREATE\t/etc/passwd"}, {"B", "y"}});
+    EXPECT_EQ(written(), "NUMVARS\t2\r\nVAR\tA\tx  FILE\tCREATE\t/etc/passwd\r\nVAR\tB\ty\r\n");
+}
+
+TEST_F(ActionLogWriterTest, opensANewLogForThisUserAloneAndNotThroughALink) {
+    files_.addFile("C:\\victim", "precious");
+    files_.addLink(kPath, "C:\\victim");
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    writer_.writeHeader("a", "b");
+    EXPECT_EQ(written(), "a\r\nb\r\n");
+    EXPECT_TRUE(files_.isPrivate(kPath));
+    EXPECT_EQ(files_.content("C:\\victim"), "precious");
+}
+
+TEST_F(ActionLogWriterTest, appendsToAPublishedLogWithoutPrefixes) {
+    files_.addFile(kPath, "first\r\n");
+    ASSERT_EQ(writer_.openToAppend(kPath), 0);
+    writer_.writeRecord(ActionLogFormat::kRegistryKey, {"1", "HKEY_USERS", "a"});
+    EXPECT_EQ(written(), "first\r\nREGKEY\t1\tHKEY_USERS\ta\r\n");
+}
+
+TEST_F(ActionLogWriterTest, tellsThatTheLogCannotBeOpened) {
+    files_.setReadOnly("C:\\temp");
+    EXPECT_NE(writer_.openNew(kPath), 0);
+    EXPECT_FALSE(writer_.isOpen());
+    writer_.writeHeader("a", "b");  // silent
+    EXPECT_FALSE(files_.hasFile(kPath));
+}
+
+TEST_F(ActionLogWriterTest, noticesAFullDiskAndKeepsLaterRecordsApartFromTheTorso) {
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    files_.setFreeSpace(6);
+    writer_.writeFile(false, "/a");
+    EXPECT_TRUE(writer_.hasFailed());
+    files_.setFreeSpace(-1);
+    writer_.writeFile(false, "/b");
+    EXPECT_FALSE(writer_.close());
+    EXPECT_TRUE(writer_.hasFailed());
+    EXPECT_EQ(files_.content(kPath), "FILE\tC\r\nFILE\tCREATE\t/b\r\n");
+}
+
+TEST_F(ActionLogWriterTest, noticesAFailureThatTheSystemTellsAtTheClosing) {
+    ASSERT_EQ(writer_.openNew(kPath), 0);
+    writer_.writeHeader("a", "b");
+    files_.failAt(MemoryFileSystem::Operation::kClose, kPath, 1);
+    EXPECT_FALSE(writer_.close());
+}
+
+}  // namespace
