@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "support/md5.h"
+
+class Cabinet;
+class Expressions;
+class PConsole;
+
+// The content of a file from the cabinet. The bytes belong to the cabinet, or, once expanded, to this record.
+struct FileContent {
+    std::string_view bytes;  // what is to be written
+    Md5Digest digest{};      // of the bytes as they lie in the cabinet
+    std::string expanded;
+
+    FileContent() = default;
+    FileContent(const FileContent&) = delete;  // `bytes` may look into `expanded`
+    FileContent& operator=(const FileContent&) = delete;
+};
+
+// Gets files out of the cabinet and puts the values of variables into their content.
+class FileContents {
+public:
+    // Expansion is only done for content below the limit, which is also the buffer for its result.
+    static constexpr std::size_t kInstalledFileLimit = 8192;
+    static constexpr std::size_t kExtractedFileLimit = 0x100000;
+
+    FileContents(const Cabinet& cabinet, Expressions& expressions, PConsole& console)
+        : cabinet_(cabinet), expressions_(expressions), console_(console) {}
+
+    // False when the cabinet doesn't hold the alias or the entry can't be read.
+    bool read(std::string_view alias, FileContent& out);
+
+    // Puts values in the place of [NAME] in content of less than `limit` bytes, up to its first zero byte.
+    // What doesn't fit `limit` bytes with a terminator is cut, and that is logged with `name`. Larger
+    // content stays as it is.
+    void expandVariables(FileContent& content, std::size_t limit, const char* name);
+
+private:
+    const Cabinet& cabinet_;
+    Expressions& expressions_;
+    PConsole& console_;
+};

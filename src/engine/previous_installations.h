@@ -1,0 +1,26 @@
+#pragma once
+
+class ControlVariables;
+class PConsole;
+class VariableStore;
+struct EarlierInstallations;
+
+// Takes earlier installations away, as far as the user wants that.
+class PreviousInstallations {
+public:
+    PreviousInstallations(EarlierInstallations& found, VariableStore& variables,
+                          const ControlVariables& controls, PConsole& console);
+
+    // Runs once in a session, and only when the variable of the role ShouldUninstall isn't 0. 0 when there
+    // is nothing to do; 1 when something would have to be removed: this version has no removal, and the log
+    // says so. A failure empties the variable of the role UninstallError.
+    int uninstallPrevious();
+
+private:
+    bool isWanted();
+
+    EarlierInstallations& found_;
+    VariableStore& variables_;
+    const ControlVariables& controls_;
+    PConsole& console_;
+};

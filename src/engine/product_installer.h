@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "engine/file_installer.h"
+#include "engine/work_report.h"
+
+class ControlVariables;
+class InstallationRecords;
+class InstallerUI;
+class VariableStore;
+
+// A step of an installation behind its files.
+struct InstallationPhase {
+    std::string statusText;
+    std::function<int(InstallerUI* ui)> run;  // 0 for success
+};
+
+// Installs the product: files, then the phases, then the publishing of what was recorded. Every error is
+// collected and the job runs to its end; what becomes of it is decided afterwards, by the variable of the
+// role InstallError.
+class ProductInstaller {
+public:
+    struct Parts {
+        FileInstaller& files;
+        InstallationRecords& records;
+        VariableStore& variables;
+        const ControlVariables& controls;
+    };
+
+    ProductInstaller(Parts parts, PConsole& console) : parts_(parts), console_(console) {}
+
+    // 0, or -1 when any step failed; with temporary files that can't be had nothing is changed. The variable
+    // is left alone when the front end ignores errors.
+    int installProduct(WorkReport& report, const std::vector<InstallationPhase>& phases,
+                       const FileInstaller::Hook& afterFileInstalled);
+
+private:
+    std::vector<const InstallationPhase*> runPhases(WorkReport& report,
+                                                    const std::vector<InstallationPhase>& phases);
+    void reportEnd(WorkReport& report, bool failed);
+    void reportErrors(WorkReport& report, const std::vector<const InstallationPhase*>& failedPhases);
+
+    Parts parts_;
+    PConsole& console_;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+class InstallerUI;
+
+// The errors of a session that didn't end it, as texts of at most 1,559 bytes.
+using ErrorList = std::vector<std::string>;
+
+// What a long piece of work tells: to the front end, if there is one, and to the list of errors, if there is
+// one.
+class WorkReport {
+public:
+    // Each may be null, and outlives this object.
+    WorkReport(InstallerUI* ui, ErrorList* errors) : ui_(ui), errors_(errors) {}
+
+    InstallerUI* ui() const { return ui_; }
+    bool hasErrorList() const { return errors_ != nullptr; }
+
+    void begin();
+    void end();
+    void setStatus(const char* text);
+    void setProgress(int percent);
+    // Lets the front end breathe.
+    void pumpEvents();
+    void addLine(const std::string& text, bool flushNow);
+    void flushLines();
+    void addError(const std::string& text);
+    // Shows the list of errors under a heading.
+    void showErrors(const char* heading);
+    // False without a front end.
+    bool ignoresErrors();
+
+private:
+    InstallerUI* ui_;
+    ErrorList* errors_;
+};
