@@ -1,0 +1,307 @@
+#include "support/utilities.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "fakes/memory_file_system.h"
+#include "fakes/temporary_directory.h"
+
+namespace {
+
+using Operation = MemoryFileSystem::Operation;
+
+std::string patterned(std::size_t size) {
+    std::string text(size, '\0');
+    for (std::size_t i = 0; i < size; ++i) {
+        text[i] = static_cast<char>(i * 131 + i / 257);
+    }
+    return text;
+}
+
+class CopyFileTest : public testing::Test {
+protected:
+    CopyFileTest() { files_.addFile("/from", content_); }
+
+    void expectFailure() {
+        EXPECT_FALSE(OUtils::copyFile("/from", "/to", files_));
+        EXPECT_EQ(content_, files_.content("/from"));
+        EXPECT_EQ(0, files_.openFileCount());
+    }
+
+    const std::string content_ = patterned(1000003);
+    MemoryFileSystem files_;
+};
+
+TEST_F(CopyFileTest, CopiesAllInLargeBlocks) {
+    files_.addFile("/to", std::string(2000000, 'x'));
+    EXPECT_TRUE(OUtils::copyFile("/from", "/to", files_));
+    EXPECT_EQ(content_, files_.content("/to"));
+    EXPECT_LE(files_.count(Operation::kWrite), 1000003 / 65536 + 1);
+    EXPECT_EQ(0, files_.openFileCount());
+}
+
+TEST_F(CopyFileTest, CopiesAnEmptyFile) {
+    files_.addFile("/from", "");
+    EXPECT_TRUE(OUtils::copyFile("/from", "/to", files_));
+    EXPECT_TRUE(files_.hasFile("/to"));
+}
+
+TEST_F(CopyFileTest, LeavesNoHalfFileOnAFullDisk) {
+    for (const std::int64_t space : {0, 1, 262144, 1000002}) {
+        files_.setFreeSpace(space);
+        expectFailure();
+        EXPECT_FALSE(files_.hasFile("/to")) << space;
+    }
+    files_.setFreeSpace(1000003);
+    EXPECT_TRUE(OUtils::copyFile("/from", "/to", files_));
+}
+
+TEST_F(CopyFileTest, NoticesAFailingCloseAndRead) {
+    files_.failAt(Operation::kClose, "/to", 1);
+    expectFailure();
+    EXPECT_FALSE(files_.hasFile("/to"));
+    files_.failAt(Operation::kRead, "/from", 3);
+    expectFailure();
+    EXPECT_FALSE(files_.hasFile("/to"));
+}
+
+TEST_F(CopyFileTest, LeavesATargetThatItCouldNotOpen) {
+    files_.addFile("/to", "old");
+    files_.setReadOnly("/to");
+    expectFailure();
+    EXPECT_EQ("old", files_.content("/to"));
+    EXPECT_FALSE(OUtils::copyFile("/none", "/other", files_));
+    EXPECT_FALSE(files_.hasFile("/other"));
+}
+
+TEST_F(CopyFileTest, DoesNotEmptyAFileThatIsCopiedOntoItself) {
+    EXPECT_FALSE(OUtils::copyFile("/from", "\\from", files_));
+    EXPECT_EQ(content_, files_.content("/from"));
+}
+
+// A file whose writes take less than they are given, without an error.
+class ShortWritingFiles : public MemoryFileSystem {
+public:
+    int open(const char* path, const platform::OpenOptions& options,
+             std::unique_ptr<platform::File>& outFile) override {
+        std::unique_ptr<platform::File> inner;
+        const int status = MemoryFileSystem::open(path, options, inner);
+        if (status == 0 && (options.access & platform::kWrite) != 0) {
+            outFile = std::make_unique<ShortWriting>(std::move(inner));
+        } else {
+            outFile = std::move(inner);
+        }
+        return status;
+    }
+
+private:
+    class ShortWriting : public platform::File {
+    public:
+        explicit ShortWriting(std::unique_ptr<platform::File> inner) : inner_(std::move(inner)) {}
+        int read(void* buffer, std::uint32_t size, std::uint32_t& outDone) override {
+            return inner_->read(buffer, size, outDone);
+        }
+        int write(const void* buffer, std::uint32_t size, std::uint32_t& outDone) override {
+            return inner_->write(buffer, size - 1, outDone);
+        }
+        int seek(std::int64_t distance, platform::Origin origin, std::int64_t& outPosition) override {
+            return inner_->seek(distance, origin, outPosition);
+        }
+        std::int64_t size() override { return inner_->size(); }
+        int truncateHere() override { return inner_->truncateHere(); }
+        int flush() override { return inner_->flush(); }
+        int close() override { return inner_->close(); }
+
+    private:
+        std::unique_ptr<platform::File> inner_;
+    };
+};
+
+TEST(ShortWriteTest, IsNoticed) {
+    ShortWritingFiles files;
+    files.addFile("/from", "content");
+    EXPECT_FALSE(OUtils::copyFile("/from", "/to", files));
+    EXPECT_FALSE(files.hasFile("/to"));
+    EXPECT_EQ(-1, OUtils::writeWholeFile("/to", "content", files));
+}
+
+class WholeFileTest : public testing::Test {
+protected:
+    MemoryFileSystem files_;
+    SharedBuffer buffer_{4};
+    std::string text_ = "old";
+};
+
+TEST_F(WholeFileTest, ReadsAllOfIt) {
+    const std::string content = patterned(300001);
+    files_.addFile("/a", content);
+    EXPECT_EQ(0, OUtils::readWholeFile("/a", text_, files_));
+    EXPECT_EQ(content, text_);
+    EXPECT_EQ(0, OUtils::readWholeFile("/a", buffer_, files_));
+    ASSERT_EQ(300001, buffer_.size());
+    EXPECT_EQ(content, std::string(buffer_.text(), 300001));
+    EXPECT_EQ(0, buffer_.data()[300001]);
+}
+
+TEST_F(WholeFileTest, ReadsAnEmptyFile) {
+    files_.addFile("/a", "");
+    EXPECT_EQ(0, OUtils::readWholeFile("/a", text_, files_));
+    EXPECT_EQ("", text_);
+    EXPECT_EQ(0, OUtils::readWholeFile("/a", buffer_, files_));
+    EXPECT_EQ(0, buffer_.size());
+    EXPECT_STREQ("", buffer_.text());
+}
+
+TEST_F(WholeFileTest, HoldsNothingAfterAFailure) {
+    EXPECT_EQ(MemoryFileSystem::kNotFound, OUtils::readWholeFile("/none", text_, files_));
+    EXPECT_EQ("", text_);
+    EXPECT_EQ(MemoryFileSystem::kNotFound, OUtils::readWholeFile("/none", buffer_, files_));
+    EXPECT_EQ(nullptr, buffer_.data());
+    files_.addFile("/a", "content");
+    files_.failFrom(Operation::kRead, "/a", 1, 31);
+    EXPECT_EQ(31, OUtils::readWholeFile("/a", text_, files_));
+    EXPECT_EQ("", text_);
+    EXPECT_EQ(31, OUtils::readWholeFile("/a", buffer_, files_));
+    EXPECT_EQ(nullptr, buffer_.data());
+}
+
+// Files that claim another size than they have.
+class WrongSizeFiles : public platform::FileSystem {
+public:
+    explicit WrongSizeFiles(std::int64_t size) : size_(size) { files_.addFile("/a", "content"); }
+    int open(const char* path, const platform::OpenOptions& options,
+             std::unique_ptr<platform::File>& outFile) override {
+        std::unique_ptr<platform::File> inner;
+        const int status = files_.open(path, options, inner);
+        outFile = std::make_unique<WrongSize>(std::move(inner), size_);
+        return status;
+    }
+    bool exists(const char*) override { return true; }
+    bool isDirectory(const char*) override { return false; }
+    std::int64_t fileSize(const char*) override { return size_; }
+    int removeFile(const char*) override { return 1; }
+    int moveFile(const char*, const char*) override { return 1; }
+    int replaceFile(const char*, const char*) override { return 1; }
+    int createDirectory(const char*) override { return 1; }
+    int removeDirectory(const char*) override { return 1; }
+    int list(const char*, std::vector<platform::DirectoryEntry>&) override { return 1; }
+    int makeExecutable(const char*) override { return 1; }
+    bool temporaryDirectory(std::string&) override { return false; }
+    bool temporaryName(const char*, std::uint32_t, std::string&) override { return false; }
+
+private:
+    class WrongSize : public platform::File {
+    public:
+        WrongSize(std::unique_ptr<platform::File> inner, std::int64_t size)
+            : inner_(std::move(inner)), size_(size) {}
+        int read(void* buffer, std::uint32_t size, std::uint32_t& outDone) override {
+            return inner_->read(buffer, size, outDone);
+        }
+        int write(const void*, std::uint32_t, std::uint32_t& outDone) override {
+            outDone = 0;
+            return 1;
+        }
+        int seek(std::int64_t, platform::Origin, std::int64_t&) override { return 1; }
+        std::int64_t size() override { return size_; }
+        int truncateHere() override { return 1; }
+        int flush() override { return 0; }
+        int close() override { return 0; }
+
+    private:
+        std::unique_ptr<platform::File> inner_;
+        std::int64_t size_;
+    };
+
+    MemoryFileSystem files_;
+    std::int64_t size_;
+};
+
+TEST_F(WholeFileTest, RefusesAFileOverTheLimitOrOfUnknownSize) {
+    for (const std::int64_t size : {std::int64_t{INT32_MAX} + 1, std::int64_t{-1}}) {
+        WrongSizeFiles files(size);
+        EXPECT_EQ(-1, OUtils::readWholeFile("/a", text_, files)) << size;
+        EXPECT_EQ(-1, OUtils::readWholeFile("/a", buffer_, files)) << size;
+        EXPECT_EQ(nullptr, buffer_.data());
+    }
+}
+
+TEST_F(WholeFileTest, NoticesAFileThatEndsEarly) {
+    WrongSizeFiles files(100);
+    EXPECT_EQ(-1, OUtils::readWholeFile("/a", text_, files));
+    EXPECT_EQ("", text_);
+    EXPECT_EQ(-1, OUtils::readWholeFile("/a", buffer_, files));
+}
+
+TEST_F(WholeFileTest, WritesExactlyItsContent) {
+    files_.addFile("/a", "a longer old content");
+    EXPECT_EQ(0, OUtils::writeWholeFile("/a", std::string_view("ne\0w", 4), files_));
+    EXPECT_EQ(std::string("ne\0w", 4), files_.content("/a"));
+    EXPECT_EQ(0, OUtils::writeWholeFile("/b", "", files_));
+    EXPECT_TRUE(files_.hasFile("/b"));
+}
+
+TEST_F(WholeFileTest, TellsAFailedWriteOrClose) {
+    files_.setFreeSpace(2);
+    EXPECT_EQ(MemoryFileSystem::kDiskFull, OUtils::writeWholeFile("/a", "abc", files_));
+    files_.clearFaults();
+    files_.failAt(Operation::kClose, "/a", 1, 33);
+    EXPECT_EQ(33, OUtils::writeWholeFile("/a", "abc", files_));
+    EXPECT_EQ(MemoryFileSystem::kNotFound, OUtils::writeWholeFile("/none/a", "abc", files_));
+}
+
+TEST(PathExistsTest, IsTrueForAnyKind) {
+    MemoryFileSystem files;
+    files.addFile("/a/b", "");
+    EXPECT_TRUE(OUtils::pathExists("/a/b", files));
+    EXPECT_TRUE(OUtils::pathExists("\\A", files));
+    EXPECT_FALSE(OUtils::pathExists("/c", files));
+    EXPECT_FALSE(OUtils::pathExists(nullptr, files));
+}
+
+TEST(TempDirectoryTest, FitsOrFails) {
+    MemoryFileSystem files;
+    files.setTemporaryDirectory("/var/tmp");
+    char out[64] = "old";
+    EXPECT_EQ(0, OUtils::getTempDirectory(out, 9, files));
+    EXPECT_STREQ("/var/tmp", out);
+    EXPECT_EQ(1, OUtils::getTempDirectory(out, 8, files));
+    EXPECT_STREQ("", out);
+    files.setTemporaryDirectory("");
+    EXPECT_EQ(1, OUtils::getTempDirectory(out, 64, files));
+    EXPECT_STREQ("", out);
+}
+
+TEST(TempDirectoryTest, OfTheSystemExistsAndHasNoSeparatorAtItsEnd) {
+    char out[OUtils::kPathCapacity];
+    ASSERT_EQ(0, OUtils::getTempDirectory(out, sizeof out));
+    EXPECT_TRUE(OUtils::pathExists(out));
+    const std::string path = out;
+    EXPECT_TRUE(path.back() != '/' && path.back() != '\\') << path;
+}
+
+TEST(ProgramPathTest, NamesARealFile) {
+    char out[OUtils::kPathCapacity];
+    ASSERT_EQ(0, OUtils::getProgramPath(out, sizeof out));
+    EXPECT_TRUE(OUtils::pathExists(out)) << out;
+    EXPECT_NE(std::string::npos, std::string(out).find("support_test")) << out;
+    EXPECT_EQ(1, OUtils::getProgramPath(out, 3));
+    EXPECT_STREQ("", out);
+}
+
+TEST(UtilitiesDiskTest, CopyReadAndWriteOnARealDisk) {
+    const TemporaryDirectory directory;
+    const std::string from = directory.file("from");
+    const std::string to = directory.file("to");
+    const std::string content = patterned(700001);
+    ASSERT_EQ(0, OUtils::writeWholeFile(from.c_str(), content));
+    EXPECT_TRUE(OUtils::copyFile(from.c_str(), to.c_str()));
+    std::string back;
+    ASSERT_EQ(0, OUtils::readWholeFile(to.c_str(), back));
+    EXPECT_EQ(content, back);
+    EXPECT_FALSE(OUtils::copyFile(from.c_str(), directory.path().c_str()));
+    EXPECT_NE(0, OUtils::readWholeFile(directory.path().c_str(), back));
+    EXPECT_EQ("", back);
+}
+
+}  // namespace
