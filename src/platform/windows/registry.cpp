@@ -13,7 +13,8 @@ static_assert(kRegAccessDenied == ERROR_ACCESS_DENIED && kRegBadArgument == ERRO
 
 namespace {
 
-constexpr DWORD kLongestName = 16384;  // characters of a value's name with the terminator
+constexpr std::size_t kLongestKeyName = 255;  // characters of one level
+constexpr DWORD kLongestName = 16384;         // characters of a value's name with the terminator
 
 HKEY rootKeyOf(RegistryRoot root) {
     switch (root) {
@@ -131,6 +132,9 @@ public:
         outCreated = 0;
         Key key;
         for (const std::wstring& component : componentsOf(path)) {
+            if (component.size() > kLongestKeyName) {
+                return kRegBadArgument;
+            }
             HKEY next = nullptr;
             DWORD disposition = 0;
             // Rights to write into a level on the way aren't needed, and may be missing.

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/program.h"
-
 namespace {
 
 using platform::Registry;
@@ -132,12 +130,6 @@ TEST_F(WindowsRegistry, neverDeletesARoot) {
               platform::kRegBadArgument);
     EXPECT_EQ(registry_.deleteKey(RegistryRoot::kCurrentUser, "\\", RegistryView::kNative),
               platform::kRegBadArgument);
-}
-
-TEST(AdministratorDirectories, nameTheProgramDirectory) {
-    const std::vector<std::string> directories = platform::administratorDirectories(systemRegistry());
-    ASSERT_EQ(directories.size(), 1U);
-    EXPECT_EQ(directories[0], "C:\\Program Files");
 }
 
 }  // namespace
