@@ -7,7 +7,9 @@
 
 #include "support/p_file_stream.h"
 
+class BackupReader;
 class InstallerUI;
+struct BackupEntry;
 class PConsole;
 
 // What BackupFile::addFile gives: empty on success.
@@ -56,7 +58,8 @@ public:
                          bool checkSumGiven);
 
     // Unpacks everything that the user hasn't changed since. 0, or -1 for a damaged archive; what was
-    // restored so far stays. A damaged entry never touches the file that it names. `console` may be null.
+    // restored so far stays. An entry whose content is cut never touches the file that it names. A file that
+    // can't be written is told to `console` (which may be null) and to the list, and the walk goes on.
     int restoreAll(PConsole* console, InstallerUI& ui);
 
     // Writes the end byte when writing, and closes. 0, or the status of the step that failed: with 0 the
@@ -67,6 +70,17 @@ public:
     bool hasError() const { return error_ != 0; }
 
 private:
+    std::string writeEntry(const char* path, std::int64_t pathBufferSize, std::uint32_t checkSum,
+                           bool checkSumGiven);
+    std::string writeContent(const char* path, std::int64_t size);
+    bool canOpen(const char* path);
+    void restoreEmpty(const BackupEntry& entry, PConsole* console, InstallerUI& ui, bool flushNow);
+    bool restoreContent(const BackupEntry& entry, BackupReader& reader, PConsole* console, InstallerUI& ui,
+                        bool flushNow);
+    bool writeBack(const BackupEntry& entry, BackupReader& reader, int& outStatus);
+    void reportRestore(const BackupEntry& entry, int status, PConsole* console, InstallerUI& ui,
+                       bool flushNow);
+
     Mode mode_ = kClosed;
     std::int32_t error_ = 0;
 };

@@ -1,0 +1,360 @@
+#include "package/package_writer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <unordered_map>
+
+#include "base/errors.h"
+#include "base/text_functions.h"
+#include "package/cabinet_format.h"
+#include "package/executable_image.h"
+#include "package/little_endian.h"
+#include "package/package_layout.h"
+#include "package/package_stamp.h"
+#include "support/utilities.h"
+
+namespace {
+
+constexpr std::int64_t kBytesPerStripe = 4 * 1024 * 1024;
+constexpr std::int32_t kMostDefaultStripes = 32;
+constexpr std::uint32_t kReadBlockSize = 1024 * 1024;
+
+constexpr std::string_view kSolidMark = "SupportsSolidZlib";
+constexpr std::string_view kSigningMark = "SupportsSignedInstallers";
+
+using EntryHeader = std::array<unsigned char, CabinetFormat::kHeaderSize>;
+
+// Without the digest.
+EntryHeader encodeHeader(const PackageFile& entry, std::int64_t size) {
+    EntryHeader header{};
+    const auto size32 = static_cast<std::uint32_t>(size);
+    LittleEndian::writeUnsigned(header.data() + CabinetFormat::kMagicOffset, CabinetFormat::kEntryMagic);
+    LittleEndian::writeUnsigned(header.data() + CabinetFormat::kFileSizeOffset, size32);
+    LittleEndian::writeUnsigned(header.data() + CabinetFormat::kStoredSizeOffset, size32);
+    LittleEndian::writeUnsigned(
+        header.data() + CabinetFormat::kFlagsOffset,
+        PackageWriter::isImageName(entry.name) ? CabinetFormat::kImageFile : CabinetFormat::kPlainFile);
+    std::memcpy(header.data() + CabinetFormat::kNameOffset, entry.name.data(), entry.name.size());
+    std::memcpy(header.data() + CabinetFormat::kAliasOffset, entry.alias.data(), entry.alias.size());
+    return header;
+}
+
+using LeadBlock = std::array<unsigned char, PackageLayout::kLeadBlockSize>;
+
+LeadBlock encodeLeadBlock(const PackageTotals& totals) {
+    LeadBlock lead{};
+    const auto put = [&](std::size_t offset, std::int64_t value) {
+        LittleEndian::writeUnsigned(lead.data() + offset, static_cast<std::uint32_t>(value));
+    };
+    put(PackageLayout::kMagic0Offset, PackageLayout::kMagic0);
+    put(PackageLayout::kMagic1Offset, PackageLayout::kMagic1);
+    put(PackageLayout::kMagic2Offset, PackageLayout::kMagic2);
+    put(PackageLayout::kTotalUncompressedSizeOffset, totals.payloadSize);
+    put(PackageLayout::kTotalStoredSizeOffset, totals.payloadSize);
+    put(PackageLayout::kEntryCountOffset, totals.fileCount);
+    return lead;
+}
+
+void checkTexts(const PackageFile& entry) {
+    const bool hasZero =
+        entry.name.find('\0') != std::string::npos || entry.alias.find('\0') != std::string::npos;
+    if (entry.name.empty() || entry.alias.empty() || hasZero) {
+        throw InstallerError("%s: a file needs a name and an alias", entry.path.c_str());
+    }
+    if (entry.name.size() > PackageWriter::kMaxNameLength) {
+        throw InstallerError("%s: the file name has %zu bytes, at most %zu are possible: shorten it",
+                             entry.path.c_str(), entry.name.size(), PackageWriter::kMaxNameLength);
+    }
+    if (entry.alias.size() > PackageWriter::kMaxAliasLength) {
+        throw InstallerError("%s: the alias has %zu bytes, at most %zu are possible: give the file an Alias",
+                             entry.path.c_str(), entry.alias.size(), PackageWriter::kMaxAliasLength);
+    }
+}
+
+void checkImage(const char* path, ImageProblem problem) {
+    switch (problem) {
+        case ImageProblem::kNotExecutable:
+            throw InstallerError("%s: this is no executable image: give the bare installer", path);
+        case ImageProblem::kCut:
+            throw InstallerError("%s: this image is incomplete: build or copy it anew", path);
+        case ImageProblem::kDataBehind:
+            throw InstallerError(
+                "%s: there is data behind this image, it is a package or signed: give the bare, "
+                "unsigned installer",
+                path);
+        case ImageProblem::kNone:
+            return;
+    }
+}
+
+// Shows the compressed bytes as they grow.
+class CompressionProgress : public OUtils::ThreadProgress {
+public:
+    explicit CompressionProgress(std::function<void(std::int64_t)> report) : report_(std::move(report)) {}
+    void setText(const char*) override {}
+    void setProgress(std::int64_t done) override { report_(done); }
+    std::int32_t update() override { return 0; }
+
+private:
+    std::function<void(std::int64_t)> report_;
+};
+
+void checkWriting(const std::string& path, int status) {
+    if (status != 0) {
+        throw InstallerError(
+            "%s can't be written (error %d): check the directory, its rights and the free space",
+            path.c_str(), status);
+    }
+}
+
+// The output under another name, which goes away unless it is published.
+class TemporaryOutput {
+public:
+    TemporaryOutput(platform::FileSystem& files, const std::string& finalPath)
+        : files_(files), finalPath_(finalPath), path_(finalPath + ".part") {
+        for (int i = 1; files.exists(path_.c_str()); ++i) {
+            path_ = finalPath + ".part" + std::to_string(i);
+        }
+        PFileStream stream(files);
+        checkWriting(finalPath, files.isDirectory(finalPath.c_str())
+                                    ? -1
+                                    : stream.openFile(path_.c_str(), PFileStream::kReadWrite,
+                                                      PFileStream::kShareRead, PFileStream::kCreateAlways));
+    }
+    TemporaryOutput(const TemporaryOutput&) = delete;
+    TemporaryOutput& operator=(const TemporaryOutput&) = delete;
+    ~TemporaryOutput() {
+        if (!isPublished_) {
+            files_.removeFile(path_.c_str());
+        }
+    }
+
+    const std::string& path() const { return path_; }
+    void publish() {
+        checkWriting(finalPath_, files_.replaceFile(path_.c_str(), finalPath_.c_str()));
+        isPublished_ = true;
+    }
+
+private:
+    platform::FileSystem& files_;
+    std::string finalPath_;
+    std::string path_;
+    bool isPublished_ = false;
+};
+
+void checkCompression(int result) {
+    if (result == SolidCompressor::kOutOfMemory || result == SolidCompressor::kStripeFailed) {
+        throw InstallerError("not enough memory to compress the files");
+    }
+    if (result != SolidCompressor::kDone) {
+        throw InstallerError("the files can't be compressed (%d)", result);
+    }
+}
+
+}  // namespace
+
+// What one package is made of on its way.
+struct PackageWriter::Job {
+    std::vector<std::int64_t> sizes;  // of the entries, in their order
+    std::int64_t cabinetSize = 0;
+    std::string image;
+    ChecksumVersion checksum = ChecksumVersion::kVersion2;
+    ZlibSolidCompressor compressor;
+    std::vector<unsigned char> block;
+    PackageTotals totals;
+};
+
+std::int32_t PackageWriter::defaultStripes(std::int64_t cabinetSize) {
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(cabinetSize / kBytesPerStripe, 1, kMostDefaultStripes));
+}
+
+bool PackageWriter::isImageName(std::string_view name) {
+    const std::string lower = OUtils::toLowerAscii(name);
+    return lower.ends_with(".png") || lower.ends_with(".jpg") || lower.ends_with(".jpeg");
+}
+
+void PackageWriter::report(const char* step, std::int64_t done, std::int64_t total) {
+    const int percent = total <= 0 ? 100 : static_cast<int>(done * 100 / total);
+    if (progress_ && (percent != lastPercent_ || step != lastStep_)) {
+        lastStep_ = step;
+        lastPercent_ = percent;
+        progress_(step, percent);
+    }
+}
+
+PackageTotals PackageWriter::write(const std::vector<PackageFile>& entries, const PackageOptions& options,
+                                   const std::string& outputPath) {
+    if (options.stripes < 0 || options.stripes > SolidFormat::kMaxChunks) {
+        throw InstallerError("%d stripes are not possible: give 1 to %d", static_cast<int>(options.stripes),
+                             static_cast<int>(SolidFormat::kMaxChunks));
+    }
+    if (options.level < 1 || options.level > 9) {
+        throw InstallerError("level %d is not possible: give 1 to 9", static_cast<int>(options.level));
+    }
+    Job job;
+    if (options.imagePath == outputPath) {
+        throw InstallerError("%s is the image: choose another output", outputPath.c_str());
+    }
+    checkEntries(entries, outputPath, job);
+    loadImage(options, job);
+    job.totals.stripes = options.stripes == 0 ? defaultStripes(job.cabinetSize) : options.stripes;
+    checkCompression(job.compressor.init(job.totals.stripes, options.level));
+    TemporaryOutput output(files_, outputPath);  // before the long work: can anything be written there?
+    fillCabinet(entries, job);
+    writePieces(output.path(), job);
+    finishOutput(options, output.path(), job);
+    job.totals.packageSize = PFileStream(files_).getFileSize(output.path().c_str());
+    output.publish();
+    return job.totals;
+}
+
+void PackageWriter::checkEntries(const std::vector<PackageFile>& entries, const std::string& outputPath,
+                                 Job& job) const {
+    std::unordered_map<std::string_view, const PackageFile*> byAlias;
+    job.cabinetSize = CabinetFormat::kHeaderSize;  // the end record
+    PFileStream lookUp(files_);
+    for (const PackageFile& entry : entries) {
+        checkTexts(entry);
+        if (entry.path == outputPath) {
+            throw InstallerError("%s is packed itself: choose another output", outputPath.c_str());
+        }
+        const auto [known, isNew] = byAlias.emplace(entry.alias, &entry);
+        if (!isNew) {
+            throw InstallerError("the alias \"%s\" stands for both %s and %s: give one of them another Alias",
+                                 entry.alias.c_str(), known->second->path.c_str(), entry.path.c_str());
+        }
+        const std::int64_t size = lookUp.getFileSize(entry.path.c_str());
+        if (size < 0) {
+            throw InstallerError("%s: no such file", entry.path.c_str());
+        }
+        job.sizes.push_back(size);
+        job.totals.payloadSize += size;
+        job.cabinetSize +=
+            static_cast<std::int64_t>(CabinetFormat::kHeaderSize) + std::min(size, kMaxCabinetSize);
+        if (size > kMaxCabinetSize || job.cabinetSize > kMaxCabinetSize) {
+            throw InstallerError(
+                "%s: with this file the package holds more than %lld bytes, which is the limit: "
+                "leave files out or make two packages",
+                entry.path.c_str(), static_cast<long long>(kMaxCabinetSize));
+        }
+    }
+    job.totals.fileCount = static_cast<std::int64_t>(entries.size());
+}
+
+void PackageWriter::loadImage(const PackageOptions& options, Job& job) const {
+    if (options.imagePath.empty()) {
+        return;
+    }
+    const char* path = options.imagePath.c_str();
+    const int status = OUtils::readWholeFile(path, job.image, files_);
+    if (status != 0) {
+        throw InstallerError("%s: the image can't be read (error %d)", path, status);
+    }
+    checkImage(path, measureExecutableImage(job.image).problem);
+    if (job.image.find(kSolidMark) == std::string::npos) {
+        throw InstallerError("%s: this program can't install such packages: give the bare installer", path);
+    }
+    const auto offset = static_cast<std::uint32_t>(job.image.size());
+    if (stampPackageOffset(job.image, offset) != StampResult::kStamped) {
+        throw InstallerError(
+            "%s: this image has no place, or several, for the package's offset: give the bare "
+            "installer",
+            path);
+    }
+    job.checksum = options.checksum.value_or(checksumVersionFor(std::getenv("OLD_CHECKSUMMING")));
+    if (job.image.find(kSigningMark) == std::string::npos) {
+        job.checksum = ChecksumVersion::kVersion1;
+    }
+}
+
+void PackageWriter::fillCabinet(const std::vector<PackageFile>& entries, Job& job) {
+    std::int64_t done = 0;
+    job.block.resize(kReadBlockSize);
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        report("Reading files", done, job.totals.payloadSize);
+        addEntry(entries[i], job.sizes[i], job);
+        done += job.sizes[i];
+    }
+    unsigned char end[CabinetFormat::kHeaderSize] = {};
+    LittleEndian::writeUnsigned(end + CabinetFormat::kMagicOffset, CabinetFormat::kEndMagic);
+    checkCompression(job.compressor.addData(end, sizeof(end)));
+}
+
+// The digest stands ahead of the content and is put in when that has been read.
+void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& job) {
+    const std::int32_t position = job.compressor.blobSize();
+    const EntryHeader header = encodeHeader(entry, size);
+    checkCompression(job.compressor.addData(header.data(), static_cast<std::int32_t>(header.size())));
+    PFileStream stream(files_);
+    int status = stream.openFile(entry.path.c_str(), PFileStream::kGenericRead, PFileStream::kShareRead,
+                                 PFileStream::kOpenExisting | PFileStream::kSequential);
+    Md5 md5;
+    std::int64_t filled = 0;
+    std::uint32_t done = 1;
+    while (status == 0 && done > 0 && filled <= size) {
+        status = stream.read(job.block.data(), kReadBlockSize, done);
+        if (status == 0 && filled + done <= size) {
+            md5.update(job.block.data(), done);
+            checkCompression(job.compressor.addData(job.block.data(), static_cast<std::int32_t>(done)));
+        }
+        filled += done;
+    }
+    if (status != 0) {
+        throw InstallerError("%s: the file can't be read (error %d)", entry.path.c_str(), status);
+    }
+    if (filled != size) {
+        throw InstallerError("%s: the file changed while it was read: try again", entry.path.c_str());
+    }
+    const Md5Digest digest = md5.finish();
+    job.compressor.overwrite(position + static_cast<std::int32_t>(CabinetFormat::kDigestOffset),
+                             digest.data(), static_cast<std::int32_t>(digest.size()));
+}
+
+void PackageWriter::finishOutput(const PackageOptions& options, const std::string& path, const Job& job) {
+    if (options.imagePath.empty()) {
+        return;
+    }
+    int status = appendInstallerChecksum(path.c_str(), job.checksum, files_);
+    if (status == 0) {
+        status = files_.makeExecutable(path.c_str());
+    }
+    checkWriting(path, status);
+}
+
+// Image, lead block and stream.
+void PackageWriter::writePieces(const std::string& path, Job& job) {
+    const LeadBlock lead = encodeLeadBlock(job.totals);
+    PFileStream out(files_);
+    std::uint32_t written = 0;
+    int status = out.openFile(path.c_str(), PFileStream::kReadWrite, PFileStream::kShareRead,
+                              PFileStream::kCreateAlways);
+    if (status == 0) {
+        status = out.write(job.image.data(), static_cast<std::uint32_t>(job.image.size()), written);
+    }
+    if (status == 0) {
+        status = out.write(lead.data(), static_cast<std::uint32_t>(lead.size()), written);
+    }
+    if (status == 0) {
+        status = compressTo(out, job);
+    }
+    const int closed = out.close();
+    checkWriting(path, status != 0 ? status : closed);
+    report("Compressing", job.cabinetSize, job.cabinetSize);
+}
+
+// 0 or the status of the writing; all else is thrown.
+int PackageWriter::compressTo(PFileStream& out, Job& job) {
+    CompressionProgress progress([&](std::int64_t done) { report("Compressing", done, job.cabinetSize); });
+    job.compressor.setProgress(progress_ ? &progress : nullptr);
+    std::int32_t streamSize = 0;
+    std::int32_t blobSize = 0;
+    const int result = job.compressor.compressTo(out, streamSize, blobSize);
+    if (result != SolidCompressor::kWriteFailed) {
+        checkCompression(result);
+    }
+    return result;
+}
