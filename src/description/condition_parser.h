@@ -1,42 +1,58 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 // Evaluates a condition whose variables are expanded already, as it reads it. `;` is OR, `,` is AND and binds
-// tighter; every term is evaluated.
+// tighter; every term is evaluated. Parentheses take no stack, so only the length of the text bounds them.
 class ConditionParser {
 public:
-    // The text must outlive the parser.
-    ConditionParser(std::string_view text, int nestingLimit) : text_(text), nestingLimit_(nestingLimit) {}
+    // The text must outlive the parser; it ends at its first zero byte.
+    explicit ConditionParser(std::string_view text) : text_(text.substr(0, text.find('\0'))) {}
 
-    // 1, 0, or -1 when an operand or operator can't be read or parentheses nest too deeply.
+    // 1, 0, or -1 when an operand or operator can't be read. Text behind the condition is ignored.
     int evaluate();
 
 private:
+    // Two numbers have a meaning beside their value, and so can't be written in a condition.
+    static constexpr std::int32_t kFailure = -1;
+    static constexpr std::int32_t kString = -2;
+
     struct Operand {
-        std::int32_t number = 0;
-        std::string_view text;
-        bool isString() const;
+        std::int32_t number = kFailure;
+        std::string_view text;  // of a string
     };
     enum class Operator { kNone, kEqual, kNotEqual, kLess, kLessEqual, kGreater, kGreaterEqual, kBad };
+    // What is known of a condition while its terms are read; one for each open parenthesis and one around
+    // all.
+    struct Level {
+        bool anyTrue = false;
+        bool allTrue = true;
+        Operator pending = Operator::kNone;
+        Operand left;
+    };
+    // What has to be read next.
+    enum class Next { kOperand, kNothing, kFailed };
 
-    std::int32_t condition();
-    std::int32_t conjunction();
-    std::int32_t comparison();
-    Operand operand();
-    Operand parenthesised();
-    Operand quoted();
-    std::int32_t number();
-    std::int32_t hexadecimal();
+    Next takeOperand(Operand operand);
+    Next endComparison(bool truth);
+    bool closeLevel(Operand& outValue);
+
+    Operand readOperand();
+    Operand readString();
+    std::int32_t readNumber();
+    std::int32_t readHexadecimal();
     Operator readOperator();
-    static std::int32_t compare(const Operand& left, Operator what, const Operand& right);
+    static bool compare(const Operand& left, Operator what, const Operand& right);
 
+    bool skipTo(char wanted);
     void skipBlanks();
-    char peek() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+    char peek(std::size_t ahead = 0) const { return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0'; }
 
     std::string_view text_;
-    int nestingLimit_;
     std::size_t at_ = 0;
-    int depth_ = 0;
+    std::vector<Level> levels_;
+    bool result_ = false;
 };

@@ -6,9 +6,6 @@ class VariableLookup;
 // The two forms of variable references and the language of conditions.
 class Expressions {
 public:
-    // Parentheses of a condition may nest this deep; a condition that goes deeper fails with -1.
-    static constexpr int kNestingLimit = 256;
-
     // `console` is the session's debug log and may be null at any time.
     Expressions(VariableLookup& variables, PConsole*& console) : variables_(variables), console_(console) {}
 
@@ -24,7 +21,8 @@ public:
     int expandDollarVariables(const char* source, char* destination, int size);
 
     // 1 true, 0 false, -1 when it can't be evaluated; callers test for non-zero. A null or empty text is
-    // true. Only the first 2,047 bytes of the expanded text count.
+    // true. Only the first 2,047 bytes of the expanded text count, which also bounds how deep parentheses
+    // nest.
     int evaluateCondition(const char* text);
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -66,15 +67,22 @@ public:
     std::int32_t findStored(const char* name) const;
 
 private:
+    // Cut and collapsed copies of the texts of a store; what wasn't given is missing.
+    struct StoredTexts {
+        std::optional<std::string> value;
+        std::optional<std::string> expression;
+        std::optional<std::string> defaultValue;
+    };
+
+    static bool isOutside(const char* name);
     int readOutside(const char* name, char* buffer, int size);
     int readEnvironment(const char* name, char* buffer, int size);
     void storeEnvironment(const char* name, const char* text);
-    void addRecord(const char* name, const char* value, const char* expression, bool recalculate,
-                   const char* defaultValue);
-    void changeRecord(std::int32_t index, const char* name, const char* value, const char* expression,
-                      bool recalculate, const char* defaultValue);
+    void addRecord(const std::string& name, StoredTexts texts, bool recalculate);
+    void changeRecord(std::int32_t index, const std::string& name, StoredTexts texts, bool recalculate);
     void setRecalculate(std::int32_t index, bool recalculate);
-    std::vector<std::int32_t> recalculationOrder(std::int32_t changedIndex) const;
+    void derive(InstallVariable& record, int size);
+    InstallVariable& recordAt(std::int32_t index) { return variables_[static_cast<std::size_t>(index)]; }
 
     PredefinedVariables& predefined_;
     EnvironmentAccess& environment_;
