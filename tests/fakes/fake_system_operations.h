@@ -1,117 +1,112 @@
 #pragma once
 
-#include <algorithm>
-#include <cstdint>
-#include <functional>
 #include <map>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/text_functions.h"
 #include "contracts/system_operations.h"
-#include "support/utilities.h"
 
-// The system's answers as a test wants them, on a file system of the test's choice. What changes something is
-// written down in `calls`, such as "closeApplication(tool.exe, program)".
+// The operating system as tables that a test fills; operations that change something are written down.
 class FakeSystemOperations : public SystemOperations {
 public:
-    explicit FakeSystemOperations(platform::FileSystem& files) : files_(files) {}
+    struct InstalledApplication {
+        std::string name;
+        std::string publisher;
+        bool in32BitView = false;
+        std::string logFile;
+    };
 
     std::vector<std::string> calls;
-    std::string temporaryPrefix = "/tmp/orinstall";
-    int temporaryNamesLeft = 1000;                      // afterwards the system refuses
-    std::map<std::string, std::string> installed;       // application and its action log
-    std::map<std::string, std::string> installed32;     // the same in the 32-bit view
-    std::map<std::string, std::string> publishers;      // of applications
-    std::vector<std::string> running;                   // process names
-    std::map<std::string, SystemRegistryValue> values;  // by "PLACE\path:name"
-    bool closingWorks = true;
-    bool closingNeedsService = false;
-    int pollsBeforeEnd = 0;  // so many looks still find a closed process
-    std::uint32_t slept = 0;
-    std::vector<std::string> browsed;
+    std::vector<InstalledApplication> installed;
+    std::set<std::string> running;                                 // a process, or "process@directory"
+    std::map<std::string, SystemRegistryValue> registryValues;     // by "place\path\name"
+    std::map<std::string, std::vector<std::string>> registryKeys;  // names by "place\path"
+    std::string temporaryFile = "/tmp/orinstall1";
+    bool copyWorks = true;
 
     int getTemporaryFileName(char* buffer, int size) override {
-        if (temporaryNamesLeft <= 0) {
-            return -1;
-        }
-        --temporaryNamesLeft;
-        OUtils::copyText(buffer, (temporaryPrefix + std::to_string(++temporaryCount_)).c_str(), size);
-        return 0;
+        OUtils::copyText(buffer, temporaryFile.c_str(), size);
+        return temporaryFile.empty() ? -1 : 0;
     }
 
     bool findUninstallEntry(const char* applicationName, std::uint32_t flags) override {
-        return listOf(flags).count(applicationName) != 0;
+        calls.push_back("findUninstallEntry(" + std::string(applicationName) + viewOf(flags) + ")");
+        for (const InstalledApplication& application : installed) {
+            if (application.name == applicationName && isInView(application, flags)) {
+                return true;
+            }
+        }
+        return false;
     }
     void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
                                 const char* publisher, std::uint32_t flags) override {
-        for (const auto& [name, log] : listOf(flags)) {
-            const bool publisherFits = publisher == nullptr || publisher[0] == '\0' ||
-                                       publishers[name].find(publisher) != std::string::npos;
-            if (name.find(nameFilter) != std::string::npos && publisherFits) {
-                outNames.push_back(name);
+        calls.push_back("findEntriesByPublisher(" + std::string(nameFilter) + ", " + publisher +
+                        viewOf(flags) + ")");
+        for (const InstalledApplication& application : installed) {
+            if (application.name.find(nameFilter) != std::string::npos &&
+                application.publisher.find(publisher) != std::string::npos && isInView(application, flags)) {
+                outNames.push_back(application.name);
             }
         }
     }
     bool getApplicationLogFile(const char* applicationName, char* buffer, int size) override {
-        const auto found = installed.find(applicationName);
-        OUtils::copyText(buffer, found == installed.end() ? "" : found->second.c_str(), size);
-        return found != installed.end();
-    }
-
-    bool isApplicationRunning(const char* name, const char*) override {
-        if (isIn(ending_, name)) {
-            if (pollsBeforeEnd-- > 0) {
+        for (const InstalledApplication& application : installed) {
+            if (application.name == applicationName && !application.logFile.empty()) {
+                OUtils::copyText(buffer, application.logFile.c_str(), size);
                 return true;
             }
-            ending_.clear();
         }
-        return isIn(running, name);
+        return false;
     }
-    bool closeApplication(const char* name, bool isService, const char*) override {
-        calls.push_back("closeApplication(" + std::string(name) + (isService ? ", service)" : ", program)"));
-        if (!closingWorks || closingNeedsService != isService || !isIn(running, name)) {
-            return false;
-        }
-        running.erase(std::remove(running.begin(), running.end(), name), running.end());
-        ending_.push_back(name);
-        if (onClose) {
-            onClose();
-        }
-        return true;
-    }
-    std::function<void()> onClose;
 
-    bool copyFile(const char* from, const char* to) override { return OUtils::copyFile(from, to, files_); }
+    bool isApplicationRunning(const char* name, const char* directory) override {
+        calls.push_back("isApplicationRunning(" + std::string(name) + ")");
+        const bool anywhere = directory == nullptr || *directory == '\0';
+        return running.contains(anywhere ? std::string(name) : std::string(name) + "@" + directory);
+    }
+    bool closeApplication(const char* name, bool isService, const char* directory) override {
+        calls.push_back("closeApplication(" + std::string(name) + (isService ? ", service" : "") +
+                        (directory == nullptr ? "" : ", " + std::string(directory)) + ")");
+        return running.erase(name) != 0;
+    }
+
+    bool copyFile(const char* from, const char* to) override {
+        calls.push_back("copyFile(" + std::string(from) + ", " + to + ")");
+        return copyWorks;
+    }
 
     bool readRegistryValue(const char* place, const char* path, const char* valueName,
                            SystemRegistryValue& outValue) override {
-        const auto found = values.find(std::string(place) + "\\" + path + ":" + valueName);
-        if (found == values.end()) {
+        const auto found = registryValues.find(std::string(place) + "\\" + path + "\\" + valueName);
+        if (found == registryValues.end()) {
             return false;
         }
         outValue = found->second;
         return true;
     }
-    bool listRegistryKeys(const char*, const char*, std::vector<std::string>& outNames) override {
-        outNames.clear();
-        return false;
-    }
-    bool openInDefaultBrowser(const char* url) override {
-        browsed.push_back(url);
+    bool listRegistryKeys(const char* place, const char* path, std::vector<std::string>& outNames) override {
+        const auto found = registryKeys.find(std::string(place) + "\\" + path);
+        if (found == registryKeys.end()) {
+            return false;
+        }
+        outNames.insert(outNames.end(), found->second.begin(), found->second.end());
         return true;
     }
-    void sleepMilliseconds(std::uint32_t milliseconds) override { slept += milliseconds; }
+
+    bool openInDefaultBrowser(const char* url) override {
+        calls.push_back("openInDefaultBrowser(" + std::string(url) + ")");
+        return true;
+    }
+    void sleepMilliseconds(std::uint32_t milliseconds) override {
+        calls.push_back("sleepMilliseconds(" + std::to_string(milliseconds) + ")");
+    }
 
 private:
-    static bool isIn(const std::vector<std::string>& names, const char* name) {
-        return std::find(names.begin(), names.end(), name) != names.end();
+    static std::string viewOf(std::uint32_t flags) { return (flags & kEntryIn32BitView) != 0 ? ", x86" : ""; }
+    static bool isInView(const InstalledApplication& application, std::uint32_t flags) {
+        return application.in32BitView == ((flags & kEntryIn32BitView) != 0);
     }
-    const std::map<std::string, std::string>& listOf(std::uint32_t flags) const {
-        return (flags & kEntryIn32BitView) != 0 ? installed32 : installed;
-    }
-
-    platform::FileSystem& files_;
-    std::vector<std::string> ending_;
-    int temporaryCount_ = 0;
 };
