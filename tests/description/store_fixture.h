@@ -7,8 +7,18 @@
 #include "description/expressions.h"
 #include "description/predefined_variables.h"
 #include "description/variable_store.h"
+#include "description_fixture.h"
 #include "log_lines.h"
-#include "table_environment.h"
+
+// An environment that may refuse to be changed.
+class RefusingEnvironment : public TableEnvironment {
+public:
+    bool refusesToSet = false;
+
+    bool setEnvironment(const char* name, const char* value) override {
+        return !refusesToSet && TableEnvironment::setEnvironment(name, value);
+    }
+};
 
 // A store of variables with everything that it stands on.
 class StoreFixture : public testing::Test {
@@ -28,7 +38,7 @@ protected:
     }
 
     LogLines log_;
-    TableEnvironment environment_;
+    RefusingEnvironment environment_;
     std::int32_t isGraphical_ = 0;
     PredefinedVariables predefined_{isGraphical_, environment_, log_.console()};
     VariableStore store_{predefined_, environment_, log_.console()};
