@@ -25,12 +25,19 @@ constexpr RegistryView kView = RegistryView::kNative;
 class OwnStateDirectory : public testing::Environment {
 public:
     void SetUp() override {
+        // The copies of this program that tests start and end keep to the store of the one that started them, because
+        // they leave without clearing up.
+        if (platform::systemEnvironment().get(kMark)) {
+            return;
+        }
+        ASSERT_TRUE(platform::systemEnvironment().set(kMark, "1"));
         directory_ = std::make_unique<TemporaryDirectory>();
         ASSERT_TRUE(platform::systemEnvironment().set("TANDREL_STATE_DIR", directory_->path().c_str()));
     }
     void TearDown() override { directory_.reset(); }
 
 private:
+    static constexpr const char* kMark = "TANDREL_TEST_HAS_STATE_DIR";
     std::unique_ptr<TemporaryDirectory> directory_;
 };
 

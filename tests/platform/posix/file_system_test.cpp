@@ -1,0 +1,146 @@
+#include "platform/file_system.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <optional>
+
+#include "fakes/temporary_directory.h"
+#include "platform/environment.h"
+
+namespace {
+
+using platform::Disposition;
+using platform::File;
+using platform::OpenOptions;
+
+class PosixFileSystemTest : public testing::Test {
+protected:
+    std::string path(const char* name) const { return directory_.file(name); }
+
+    int create(const std::string& path, Disposition disposition) {
+        OpenOptions options;
+        options.access = platform::kWrite;
+        options.disposition = disposition;
+        std::unique_ptr<File> file;
+        return files_.open(path.c_str(), options, file);
+    }
+
+    static mode_t modeOf(const std::string& path) {
+        struct stat status {};
+        EXPECT_EQ(stat(path.c_str(), &status), 0);
+        return status.st_mode & 07777;
+    }
+
+    TemporaryDirectory directory_;
+    platform::FileSystem& files_ = platform::systemFileSystem();
+};
+
+TEST_F(PosixFileSystemTest, NewFilesAreNeverMadeThroughALink) {
+    ASSERT_EQ(symlink(path("target").c_str(), path("link").c_str()), 0);
+    EXPECT_EQ(create(path("link"), Disposition::kCreateNew), EEXIST);
+    EXPECT_EQ(create(path("link"), Disposition::kCreatePrivate), EEXIST);
+    EXPECT_FALSE(testFileExists(path("target")));
+}
+
+TEST_F(PosixFileSystemTest, PrivateFilesAreTheUsersAlone) {
+    ASSERT_EQ(create(path("f"), Disposition::kCreatePrivate), 0);
+    EXPECT_EQ(modeOf(path("f")), 0600U);
+}
+
+TEST_F(PosixFileSystemTest, MakeExecutableFollowsTheReadBits) {
+    writeTestFile(path("f"), "");
+    for (const auto& [before, after] : {std::pair{0600, 0700}, {0640, 0750}, {0644, 0755}, {0400, 0500}}) {
+        ASSERT_EQ(chmod(path("f").c_str(), static_cast<mode_t>(before)), 0);
+        EXPECT_EQ(files_.makeExecutable(path("f").c_str()), 0);
+        EXPECT_EQ(modeOf(path("f")), static_cast<mode_t>(after));
+    }
+    EXPECT_EQ(files_.makeExecutable(path("none").c_str()), ENOENT);
+}
+
+TEST_F(PosixFileSystemTest, ADriveIsPassedOver) {
+    ASSERT_EQ(create("C:" + path("f"), Disposition::kCreateNew), 0);
+    EXPECT_TRUE(testFileExists(path("f")));
+}
+
+TEST_F(PosixFileSystemTest, LinksToDirectoriesAreListedAsNone) {
+    ASSERT_EQ(symlink("/", path("link").c_str()), 0);
+    std::vector<platform::DirectoryEntry> entries;
+    ASSERT_EQ(files_.list(directory_.path().c_str(), entries), 0);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_FALSE(entries[0].isDirectory);
+    EXPECT_EQ(files_.removeFile(path("link").c_str()), 0);
+    EXPECT_TRUE(files_.isDirectory("/"));
+}
+
+TEST_F(PosixFileSystemTest, ALinkWithoutATargetExists) {
+    ASSERT_EQ(symlink("nowhere", path("link").c_str()), 0);
+    EXPECT_TRUE(files_.exists(path("link").c_str()));
+    EXPECT_EQ(files_.fileSize(path("link").c_str()), -1);
+}
+
+TEST_F(PosixFileSystemTest, AFullDiskFailsTheWrite) {
+    OpenOptions options;
+    options.access = platform::kWrite;
+    std::unique_ptr<File> file;
+    ASSERT_EQ(files_.open("/dev/full", options, file), 0);
+    std::uint32_t done = 77;
+    EXPECT_EQ(file->write("x", 1, done), ENOSPC);
+    EXPECT_EQ(done, 0U);
+}
+
+TEST_F(PosixFileSystemTest, ReadFillsTheBufferFromAPipe) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    // Open for both, so that neither end waits for the other.
+    const int end = open(path("pipe").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(end, 0);
+    std::unique_ptr<File> file;
+    ASSERT_EQ(files_.open(path("pipe").c_str(), OpenOptions{}, file), 0);
+    ASSERT_EQ(write(end, "abcdef", 6), 6);
+    char text[6] = {};
+    std::uint32_t done = 0;
+    EXPECT_EQ(file->read(text, sizeof text, done), 0);
+    EXPECT_EQ(std::string(text, done), "abcdef");
+    close(end);
+}
+
+TEST_F(PosixFileSystemTest, TemporaryNamesFollowTheEnvironment) {
+    platform::Environment& environment = platform::systemEnvironment();
+    const std::optional<std::string> before = environment.get("TMPDIR");
+    ASSERT_TRUE(environment.set("TMPDIR", (directory_.path() + "//").c_str()));
+    std::string name;
+    std::string again;
+    EXPECT_TRUE(files_.temporaryName("pre", 26, name));
+    EXPECT_TRUE(files_.temporaryName("pre", 26, again));
+    EXPECT_FALSE(files_.temporaryName("pre", 0, name));
+    ASSERT_TRUE(environment.set("TMPDIR", ""));
+    std::string standard;
+    EXPECT_TRUE(files_.temporaryDirectory(standard));
+    ASSERT_EQ(before ? setenv("TMPDIR", before->c_str(), 1) : unsetenv("TMPDIR"), 0);
+    EXPECT_EQ(standard, "/tmp");
+    EXPECT_EQ(name.find(directory_.path() + "/pre1a-"), 0U) << name;
+    EXPECT_NE(name, again);
+}
+
+TEST_F(PosixFileSystemTest, DescriptorsAreNotInherited) {
+    writeTestFile(path("f"), "");
+    std::unique_ptr<File> file;
+    ASSERT_EQ(files_.open(path("f").c_str(), OpenOptions{}, file), 0);
+    // The lowest free number less one is the file's, or lies below it.
+    const int next = dup(STDERR_FILENO);
+    for (int number = STDERR_FILENO + 1; number < next; ++number) {
+        struct stat opened {};
+        struct stat wanted {};
+        ASSERT_EQ(stat(path("f").c_str(), &wanted), 0);
+        if (fstat(number, &opened) == 0 && opened.st_ino == wanted.st_ino && opened.st_dev == wanted.st_dev) {
+            EXPECT_NE(fcntl(number, F_GETFD) & FD_CLOEXEC, 0);
+        }
+    }
+    close(next);
+}
+
+}  // namespace
