@@ -63,6 +63,15 @@ int copyBytes(PFileStream& from, PFileStream& to, std::int64_t size, CopyCounts&
     return 0;
 }
 
+// The text up to its terminator, which need not lie within the buffer.
+std::string boundedText(const char* text, std::int64_t bufferSize) {
+    const auto size = static_cast<std::size_t>(std::max<std::int64_t>(bufferSize, 0));
+    const void* terminator = std::memchr(text, 0, size);
+    return {text, terminator == nullptr
+                      ? size
+                      : static_cast<std::size_t>(static_cast<const char*>(terminator) - text)};
+}
+
 bool isRestorable(const BackupEntry& entry, std::uint32_t existing, bool exists) {
     return !exists || entry.checkSum == existing;
 }
@@ -163,11 +172,12 @@ BackupResult BackupFile::addFile(const char* path, std::int64_t pathBufferSize, 
     if (error_ != 0) {
         return BackupResult("There is a previous error");
     }
-    if (isBackupFile(path)) {
+    const std::string name = boundedText(path, pathBufferSize);
+    if (isBackupFile(name.c_str())) {
         return {};
     }
     const std::int64_t start = getPosition();
-    std::string failure = writeEntry(path, pathBufferSize, checkSum, checkSumGiven);
+    std::string failure = writeEntry(name, checkSum, checkSumGiven);
     if (failure.empty()) {
         return {};
     }
@@ -179,18 +189,11 @@ BackupResult BackupFile::addFile(const char* path, std::int64_t pathBufferSize, 
     return BackupResult(std::move(failure));
 }
 
-std::string BackupFile::writeEntry(const char* path, std::int64_t pathBufferSize, std::uint32_t checkSum,
-                                   bool checkSumGiven) {
-    const void* terminator =
-        std::memchr(path, 0, static_cast<std::size_t>(std::max<std::int64_t>(pathBufferSize, 0)));
-    const std::int64_t length =
-        terminator == nullptr ? pathBufferSize : static_cast<const char*>(terminator) - path;
-    std::string name(path, static_cast<std::size_t>(std::max<std::int64_t>(length, 0)));
-    name.push_back('\0');
+std::string BackupFile::writeEntry(const std::string& name, std::uint32_t checkSum, bool checkSumGiven) {
     std::uint32_t done = 0;
     // A name of length 0 would be the end byte; a longer one could not be read back.
-    if (name.size() < 2 || name.size() > BackupFormat::kNameCapacity ||
-        write(name.data(), static_cast<std::uint32_t>(name.size()), done) != 0) {
+    if (name.empty() || name.size() >= BackupFormat::kNameCapacity ||
+        write(name.c_str(), static_cast<std::uint32_t>(name.size() + 1), done) != 0) {
         return "Error writing file name";
     }
     unsigned char field[BackupFormat::kSizeFieldSize];

@@ -70,8 +70,7 @@ public:
     bool hasError() const { return error_ != 0; }
 
 private:
-    std::string writeEntry(const char* path, std::int64_t pathBufferSize, std::uint32_t checkSum,
-                           bool checkSumGiven);
+    std::string writeEntry(const std::string& name, std::uint32_t checkSum, bool checkSumGiven);
     std::string writeContent(const char* path, std::int64_t size);
     bool canOpen(const char* path);
     void restoreEmpty(const BackupEntry& entry, PConsole* console, InstallerUI& ui, bool flushNow);

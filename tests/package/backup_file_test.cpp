@@ -1,0 +1,405 @@
+#include "package/backup_file.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/fake_console.h"
+#include "fakes/memory_file_system.h"
+#include "fakes/recording_ui.h"
+#include "fakes/temporary_directory.h"
+#include "package/backup_format.h"
+#include "package/little_endian.h"
+
+namespace {
+
+constexpr const char* kArchive = "/p/backup";
+
+std::string banner() {
+    return std::string("Tandrel Software installer backup file.\n") + '\0';
+}
+
+std::uint32_t sumOf(std::string_view content) {
+    // One pass, byte by byte: byte i of the content meets byte i mod 4 of the value, but for what is left
+    // over behind the last whole word.
+    auto value = static_cast<std::uint32_t>(content.size());
+    const std::size_t whole = content.size() / 4 * 4;
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        value ^= static_cast<std::uint32_t>(static_cast<unsigned char>(content[i]))
+                 << (i < whole ? 8 * (i % 4) : 0);
+    }
+    return value;
+}
+
+std::string entryOf(const std::string& name, std::int64_t size, std::uint32_t checkSum,
+                    const std::string& content) {
+    unsigned char fields[12];
+    LittleEndian::writeSigned64(fields, size);
+    LittleEndian::writeUnsigned(fields + 8, checkSum);
+    return name + '\0' + std::string(reinterpret_cast<char*>(fields), sizeof(fields)) + content;
+}
+
+std::string entryOf(const std::string& name, const std::string& content) {
+    return entryOf(name, static_cast<std::int64_t>(content.size()), sumOf(content), content);
+}
+
+const std::string kEnd(1, '\0');
+
+class BackupFileTest : public testing::Test {
+protected:
+    BackupFileTest() { files_.addDirectory("/p"); }
+    BackupResult add(BackupFile& backup, const std::string& path) {
+        return backup.addFile(path.c_str(), static_cast<std::int64_t>(path.size()) + 1, 0, false);
+    }
+    int restore(const std::string& archive) {
+        files_.addFile(kArchive, archive);
+        BackupFile backup(files_);
+        if (backup.openForReading(kArchive) != 0) {
+            return -100;
+        }
+        return backup.restoreAll(&console_, ui_);
+    }
+
+    MemoryFileSystem files_;
+    FakeConsole console_;
+    RecordingUI ui_;
+};
+
+TEST_F(BackupFileTest, WritesBannerAndEndByteOnly) {
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_EQ(backup.mode(), BackupFile::kWriting);
+    EXPECT_EQ(backup.close(), 0);
+    EXPECT_EQ(backup.mode(), BackupFile::kClosed);
+    EXPECT_EQ(files_.content(kArchive), banner() + kEnd);
+}
+
+TEST_F(BackupFileTest, WritesTheEndByteWhenItIsDestroyed) {
+    {
+        BackupFile backup(files_);
+        ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    }
+    EXPECT_EQ(files_.content(kArchive), banner() + kEnd);
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+TEST_F(BackupFileTest, MakesArchivesForThisUserAlone) {
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_TRUE(files_.isPrivate(kArchive));
+}
+
+TEST_F(BackupFileTest, StoresNameSizeCheckSumAndContent) {
+    files_.addFile("/a/file", "0123456789");
+    files_.addFile("/a/empty", "");
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_TRUE(add(backup, "/a/file").isEmpty());
+    EXPECT_TRUE(backup.addFile("/a/empty", 1560, 0x11223344, true).isEmpty());
+    backup.close();
+    EXPECT_EQ(files_.content(kArchive),
+              banner() + entryOf("/a/file", "0123456789") + entryOf("/a/empty", 0, 0x11223344, "") + kEnd);
+}
+
+TEST_F(BackupFileTest, ReadsTheNameWithinItsBuffer) {
+    files_.addFile("/a/file", "x");
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_TRUE(backup.addFile("/a/fileAndMore", 7, 0, false).isEmpty());
+    backup.close();
+    EXPECT_EQ(files_.content(kArchive), banner() + entryOf("/a/file", "x") + kEnd);
+}
+
+TEST_F(BackupFileTest, RefusesNamesThatCannotBeReadBack) {
+    const std::string longest = "/" + std::string(1558, 'n');
+    files_.addFile(longest, "x");
+    files_.addFile(longest + "n", "x");
+    {
+        BackupFile backup(files_);
+        ASSERT_EQ(backup.openForWriting(kArchive), 0);
+        EXPECT_TRUE(add(backup, longest).isEmpty());
+        EXPECT_STREQ(add(backup, longest + "n").what(), "Error writing file name");
+        backup.close();
+        EXPECT_EQ(files_.content(kArchive), banner() + entryOf(longest, "x") + kEnd);
+    }
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_STREQ(add(backup, "").what(), "Error writing file name");
+}
+
+TEST_F(BackupFileTest, RefusesToAddInAnyOtherMode) {
+    files_.addFile("/a/file", "x");
+    BackupFile backup(files_);
+    const BackupResult closed = add(backup, "/a/file");
+    EXPECT_STREQ(closed.what(), "Not in write mode");
+    EXPECT_STREQ(closed.context(), "BackupFile::addFile");
+    EXPECT_EQ(closed.code(), -1);
+    files_.addFile(kArchive, banner() + kEnd);
+    ASSERT_EQ(backup.openForReading(kArchive), 0);
+    EXPECT_STREQ(add(backup, "/a/file").what(), "Not in write mode");
+}
+
+TEST_F(BackupFileTest, NeverPutsAnArchiveIntoAnArchive) {
+    files_.addFile("/a/old", banner() + "whatever");
+    files_.addFile("/a/withoutTerminator", banner().substr(0, 40));
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_TRUE(add(backup, "/a/old").isEmpty());
+    EXPECT_TRUE(add(backup, "/a/withoutTerminator").isEmpty());
+    backup.close();
+    EXPECT_EQ(files_.content(kArchive), banner() + kEnd);
+    EXPECT_TRUE(backup.isBackupFile("/a/old"));
+    EXPECT_FALSE(backup.isBackupFile("/a/none"));
+    files_.addFile("/a/other", "Tandrel Software installer backup file\n");
+    EXPECT_FALSE(backup.isBackupFile("/a/other"));
+}
+
+TEST_F(BackupFileTest, FailsForAMissingFileAndKeepsItsLastGoodEntry) {
+    files_.addFile("/a/file", "content");
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_TRUE(add(backup, "/a/file").isEmpty());
+    EXPECT_STREQ(add(backup, "/a/none").what(), "Error opening file");
+    EXPECT_TRUE(backup.hasError());
+    EXPECT_STREQ(add(backup, "/a/file").what(), "There is a previous error");
+    backup.close();
+    EXPECT_EQ(files_.content(kArchive), banner() + entryOf("/a/file", "content") + kEnd);
+}
+
+TEST_F(BackupFileTest, NamesTheStepThatFailed) {
+    files_.addFile("/a/file", "content");
+    const char* const texts[] = {"Error writing file name", "Error writing file size",
+                                 "Error writing check sum", "Error copying stream (5)"};
+    for (int step = 0; step < 4; ++step) {
+        BackupFile backup(files_);
+        ASSERT_EQ(backup.openForWriting(kArchive), 0);
+        files_.failAt(MemoryFileSystem::Operation::kWrite, kArchive, step + 1, 5);
+        EXPECT_STREQ(add(backup, "/a/file").what(), texts[step]);
+        files_.clearFaults();
+        EXPECT_EQ(backup.close(), 0);
+        EXPECT_EQ(files_.content(kArchive), banner() + kEnd) << step;
+    }
+}
+
+TEST_F(BackupFileTest, ReportsReadingThatFailsOrComesShort) {
+    files_.addFile("/a/file", "content");
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    // The first two reads look for a banner.
+    files_.failAt(MemoryFileSystem::Operation::kRead, "/a/file", 3, 9);
+    EXPECT_STREQ(backup.addFile("/a/file", 1560, 1, true).what(), "Error copying stream (9)");
+}
+
+// A file system where a file has become shorter than its directory entry tells.
+class ShrunkFiles : public MemoryFileSystem {
+public:
+    std::int64_t fileSize(const char* path) override { return MemoryFileSystem::fileSize(path) + 3; }
+};
+
+TEST(BackupFileMismatch, ReportsAFileThatIsShorterThanItsSize) {
+    ShrunkFiles files;
+    files.addFile("/a/file", "content");
+    BackupFile backup(files);
+    ASSERT_EQ(backup.openForWriting("/a/backup"), 0);
+    EXPECT_STREQ(backup.addFile("/a/file", 1560, 1, true).what(),
+                 "Copy stream mismatch: wanted 10 bytes, read 7, written 7");
+    backup.close();
+    EXPECT_EQ(files.content("/a/backup"), banner() + kEnd);
+}
+
+TEST_F(BackupFileTest, ReportsAFullDiskAtTheEnd) {
+    BackupFile backup(files_);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    files_.setFreeSpace(0);
+    EXPECT_NE(backup.close(), 0);
+}
+
+TEST_F(BackupFileTest, FailsToOpenForWritingWhereItCannot) {
+    files_.setReadOnly("/ro");
+    BackupFile backup(files_);
+    EXPECT_EQ(backup.openForWriting("/ro/backup"), -1);
+    EXPECT_TRUE(backup.hasError());
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_EQ(backup.openForWriting("/p/other"), -1);  // not closed
+    EXPECT_EQ(backup.openForReading(kArchive), -1);
+}
+
+TEST_F(BackupFileTest, RefusesAnotherBannerAtEveryByte) {
+    for (std::size_t i = 0; i < banner().size(); ++i) {
+        std::string changed = banner() + kEnd;
+        changed[i] ^= 1;
+        EXPECT_EQ(restore(changed), -100) << i;
+        EXPECT_EQ(restore(banner().substr(0, i)), -100) << i;
+    }
+    BackupFile backup(files_);
+    EXPECT_EQ(backup.openForReading("/p/none"), -1);
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+TEST_F(BackupFileTest, FoldsTheCheckSumOverAllLengths) {
+    BackupFile backup(files_);
+    std::string content;
+    for (std::size_t size = 0; size < 70; ++size) {
+        files_.addFile("/a/file", content);
+        EXPECT_EQ(backup.fileCheckSum("/a/file"), sumOf(content)) << size;
+        content += static_cast<char>(size * 37 + 11);
+    }
+    std::string large;
+    while (large.size() < 300003) {
+        large += std::to_string(large.size());
+    }
+    files_.addFile("/a/file", large);
+    EXPECT_EQ(backup.fileCheckSum("/a/file"), sumOf(large));
+    EXPECT_EQ(backup.fileCheckSum("/a/none"), 0U);
+}
+
+TEST_F(BackupFileTest, KeepsTheCheckSumSoFarWhenAReadFails) {
+    BackupFile backup(files_);
+    files_.addFile("/a/file", "content");
+    files_.failAt(MemoryFileSystem::Operation::kRead, "/a/file", 1);
+    EXPECT_EQ(backup.fileCheckSum("/a/file"), 7U);
+}
+
+TEST_F(BackupFileTest, FoldsPiecesAsOnePass) {
+    const std::string content = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFG";
+    std::uint32_t value = static_cast<std::uint32_t>(content.size());
+    value = BackupFile::foldCheckSum(value, content.data(), 8);
+    value = BackupFile::foldCheckSum(value, content.data() + 8, content.size() - 8);
+    EXPECT_EQ(value, sumOf(content));
+}
+
+TEST_F(BackupFileTest, RestoresWhatWasNotChangedSince) {
+    files_.addFile("/a/replaced", "new content");
+    const std::string archive = banner() + entryOf("/a/replaced", 3, sumOf("new content"), "old") + kEnd;
+    EXPECT_EQ(restore(archive), 0);
+    EXPECT_EQ(files_.content("/a/replaced"), "old");
+    EXPECT_EQ(console_.lines(), (std::vector<std::string>{"Restored /a/replaced"}));
+    EXPECT_EQ(ui_.calls, (std::vector<std::string>{"setCurrentProgress(0)", "pumpEvents()",
+                                                   "addFileLine(\"Restore /a/replaced\", 0)",
+                                                   "setCurrentProgress(99)", "addFileLine(null, 1)"}));
+}
+
+TEST_F(BackupFileTest, LeavesWhatTheUserChanged) {
+    files_.addFile("/a/edited", "edited by the user");
+    const std::string archive =
+        banner() + entryOf("/a/edited", 3, sumOf("new content"), "old") + entryOf("/a/gone", "back") + kEnd;
+    files_.addDirectory("/a");
+    EXPECT_EQ(restore(archive), 0);
+    EXPECT_EQ(files_.content("/a/edited"), "edited by the user");
+    EXPECT_EQ(files_.content("/a/gone"), "back");
+    EXPECT_EQ(console_.lines(),
+              (std::vector<std::string>{"Saved check sum different than existing one for /a/edited; skipping",
+                                        "Restored /a/gone"}));
+    EXPECT_EQ(ui_.countOf("addFileLine(\"Left /a/edited\""), 1);
+}
+
+TEST_F(BackupFileTest, ComparesAlsoWhenTheExistingCheckSumIsZero) {
+    // Four bytes whose only word is the size itself: their sum is 0, as if the file could not be opened.
+    const std::string zeroSum("\x04\0\0\0", 4);
+    ASSERT_EQ(sumOf(zeroSum), 0U);
+    files_.addFile("/a/file", zeroSum);
+    EXPECT_EQ(restore(banner() + entryOf("/a/file", 3, 77, "old") + kEnd), 0);
+    EXPECT_EQ(files_.content("/a/file"), zeroSum);
+    EXPECT_EQ(restore(banner() + entryOf("/a/file", 3, 0, "old") + kEnd), 0);
+    EXPECT_EQ(files_.content("/a/file"), "old");
+}
+
+TEST_F(BackupFileTest, CreatesEmptyFilesOnlyWhereThereAreNone) {
+    files_.addFile("/a/there", "anything");
+    EXPECT_EQ(restore(banner() + entryOf("/a/there", 0, 1, "") + entryOf("/a/gone", 0, 1, "") + kEnd), 0);
+    EXPECT_EQ(files_.content("/a/there"), "anything");
+    EXPECT_TRUE(files_.hasFile("/a/gone"));
+    EXPECT_EQ(console_.lines(),
+              (std::vector<std::string>{"Zero saved size for /a/gone; creating blank file"}));
+    EXPECT_EQ(ui_.countOf("addFileLine(\"Restore /a/gone\""), 1);
+}
+
+TEST_F(BackupFileTest, GoesOnBehindAFileThatCannotBeWritten) {
+    files_.addFile("/ro/file", "new");
+    files_.setReadOnly("/ro", 13);
+    EXPECT_EQ(restore(banner() + entryOf("/ro/file", 3, sumOf("new"), "old") + entryOf("/nodir/file", "x") +
+                      entryOf("/p/good", "good") + kEnd),
+              0);
+    EXPECT_EQ(files_.content("/ro/file"), "new");
+    EXPECT_EQ(files_.content("/p/good"), "good");
+    EXPECT_EQ(ui_.countOf("addFileLine(\"FAILED to restore /ro/file\""), 1);
+    EXPECT_FALSE(console_.hasLine("Restored /ro/file"));
+}
+
+TEST_F(BackupFileTest, FlushesEach32ndLine) {
+    std::string archive = banner();
+    for (int i = 1; i <= 64; ++i) {
+        archive += entryOf("/p/f" + std::to_string(i), "x");
+    }
+    EXPECT_EQ(restore(archive + kEnd), 0);
+    const std::vector<std::string> lines = ui_.callsOf("addFileLine(\"Restore");
+    ASSERT_EQ(lines.size(), 64U);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        EXPECT_EQ(lines[i].ends_with(" 1)"), i == 31 || i == 63) << lines[i];
+    }
+}
+
+TEST_F(BackupFileTest, DoesNotRestoreInAnotherMode) {
+    BackupFile backup(files_);
+    EXPECT_EQ(backup.restoreAll(&console_, ui_), -1);
+    ASSERT_EQ(backup.openForWriting(kArchive), 0);
+    EXPECT_EQ(backup.restoreAll(&console_, ui_), -1);
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(BackupFileTest, FailsForAnArchiveCutAtAnyLengthAndSparesTheFileThere) {
+    const std::string archive = banner() + entryOf("/p/first", 3, sumOf("new"), "old") +
+                                entryOf("/p/second", 5, sumOf("newer"), "older") + kEnd;
+    const std::size_t firstEnd = banner().size() + entryOf("/p/first", "old").size();
+    for (std::size_t size = banner().size(); size < archive.size(); ++size) {
+        files_.addFile("/p/first", "new");
+        files_.addFile("/p/second", "newer");
+        EXPECT_EQ(restore(archive.substr(0, size)), -1) << size;
+        EXPECT_EQ(files_.content("/p/first"), size < firstEnd ? "new" : "old") << size;
+        EXPECT_EQ(files_.content("/p/second"), size < archive.size() - 1 ? "newer" : "older") << size;
+    }
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+TEST_F(BackupFileTest, FailsForSizesThatTheArchiveCannotHold) {
+    files_.addFile("/p/file", "new");
+    for (const std::int64_t size :
+         {std::int64_t{-1}, INT64_MIN, INT64_MAX, std::int64_t{5}, std::int64_t{1} << 40}) {
+        EXPECT_EQ(restore(banner() + entryOf("/p/file", size, sumOf("new"), "old") + kEnd), -1) << size;
+        EXPECT_EQ(files_.content("/p/file"), "new");
+    }
+}
+
+TEST_F(BackupFileTest, FailsForANameWithoutEnd) {
+    EXPECT_EQ(restore(banner() + std::string(1560, 'n') + kEnd), -1);
+    EXPECT_EQ(restore(banner() + std::string(100000, 'n')), -1);
+}
+
+TEST_F(BackupFileTest, FailsWhenTheArchiveCannotBeRead) {
+    files_.failAt(MemoryFileSystem::Operation::kRead, kArchive, 2);
+    EXPECT_EQ(restore(banner() + entryOf("/p/file", "x") + kEnd), -1);
+    EXPECT_FALSE(files_.hasFile("/p/file"));
+}
+
+TEST(BackupFile, KeepsAndRestoresRealFiles) {
+    const TemporaryDirectory directory;
+    const std::string archive = directory.file("backup");
+    const std::string path = directory.file("f\xC3\xBC.bin");
+    std::string content;
+    while (content.size() < 700000) {
+        content += std::to_string(content.size() * 31);
+    }
+    writeTestFile(path, content);
+    {
+        BackupFile backup;
+        ASSERT_EQ(backup.openForWriting(archive.c_str()), 0);
+        EXPECT_TRUE(backup.addFile(path.c_str(), 1560, sumOf("replaced"), true).isEmpty());
+        EXPECT_EQ(backup.close(), 0);
+    }
+    writeTestFile(path, "replaced");
+    BackupFile backup;
+    RecordingUI ui;
+    ASSERT_EQ(backup.openForReading(archive.c_str()), 0);
+    EXPECT_EQ(backup.restoreAll(nullptr, ui), 0);
+    EXPECT_EQ(readTestFile(path), content);
+}
+
+}  // namespace

@@ -1,0 +1,76 @@
+#include "package/backup_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/memory_file_system.h"
+#include "package/backup_format.h"
+#include "package/little_endian.h"
+
+namespace {
+
+class BackupReaderTest : public testing::Test {
+protected:
+    void open(const std::string& entries) {
+        files_.addFile("/a", std::string(BackupFormat::kBanner, BackupFormat::kBannerSize) + entries);
+        ASSERT_EQ(stream_.openFile("/a", PFileStream::kGenericRead, PFileStream::kShareRead, 0), 0);
+    }
+    static std::string entryOf(const std::string& name, const std::string& content) {
+        unsigned char fields[12];
+        LittleEndian::writeSigned64(fields, static_cast<std::int64_t>(content.size()));
+        LittleEndian::writeUnsigned(fields + 8, 42);
+        return name + '\0' + std::string(reinterpret_cast<char*>(fields), sizeof(fields)) + content;
+    }
+
+    MemoryFileSystem files_;
+    PFileStream stream_{files_};
+};
+
+TEST_F(BackupReaderTest, WalksEntriesLargerThanItsBuffer) {
+    const std::string large(700000, 'x');
+    open(entryOf("first", large) + entryOf("second", large) + entryOf("third", "abc") + '\0');
+    BackupReader reader(stream_);
+    ASSERT_EQ(reader.start(), 0);
+    BackupEntry entry;
+    ASSERT_EQ(reader.next(entry), BackupReader::Found::kEntry);
+    EXPECT_EQ(entry.name, "first");
+    EXPECT_EQ(entry.size, 700000);
+    EXPECT_EQ(entry.checkSum, 42U);
+    std::int64_t left = entry.size;
+    while (left > 0) {
+        std::uint32_t size = 0;
+        ASSERT_NE(reader.read(left, size), nullptr);
+        left -= size;
+    }
+    ASSERT_EQ(reader.next(entry), BackupReader::Found::kEntry);
+    EXPECT_TRUE(reader.skip(entry.size));
+    ASSERT_EQ(reader.next(entry), BackupReader::Found::kEntry);
+    EXPECT_EQ(entry.name, "third");
+    EXPECT_TRUE(reader.skip(entry.size));
+    EXPECT_EQ(reader.next(entry), BackupReader::Found::kEnd);
+    EXPECT_EQ(reader.percentDone(), 100);
+}
+
+TEST_F(BackupReaderTest, RefusesToSkipBehindTheEnd) {
+    open(entryOf("first", "abc"));
+    BackupReader reader(stream_);
+    ASSERT_EQ(reader.start(), 0);
+    BackupEntry entry;
+    ASSERT_EQ(reader.next(entry), BackupReader::Found::kEntry);
+    EXPECT_FALSE(reader.skip(4));
+    EXPECT_FALSE(reader.skip(-1));
+    EXPECT_TRUE(reader.skip(3));
+    EXPECT_EQ(reader.next(entry), BackupReader::Found::kDamage);
+}
+
+TEST_F(BackupReaderTest, TakesNamesUpToTheirCapacity) {
+    const std::string longest(BackupFormat::kNameCapacity - 1, 'n');
+    open(entryOf(longest, "") + entryOf(longest + "n", ""));
+    BackupReader reader(stream_);
+    ASSERT_EQ(reader.start(), 0);
+    BackupEntry entry;
+    ASSERT_EQ(reader.next(entry), BackupReader::Found::kEntry);
+    EXPECT_EQ(entry.name, longest);
+    EXPECT_EQ(reader.next(entry), BackupReader::Found::kDamage);
+}
+
+}  // namespace
