@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -90,6 +91,29 @@ void checkImage(const char* path, ImageProblem problem) {
     }
 }
 
+// Puts the digests of the entries into their headers; each thread takes the next entry that is left.
+class HashWorker : public OUtils::MultiThreaded {
+public:
+    HashWorker(CommonSolidCompressor& cabinet, const std::vector<std::int32_t>& positions,
+               const std::vector<std::int64_t>& sizes)
+        : cabinet_(cabinet), positions_(positions), sizes_(sizes) {}
+
+    void run(OUtils::SharedRunState&, OUtils::ThreadState&, int, int) override {
+        for (std::size_t i = next_++; i < positions_.size(); i = next_++) {
+            const unsigned char* content = cabinet_.blob() + positions_[i] + CabinetFormat::kHeaderSize;
+            const Md5Digest digest = md5Of(content, static_cast<std::size_t>(sizes_[i]));
+            cabinet_.overwrite(positions_[i] + static_cast<std::int32_t>(CabinetFormat::kDigestOffset),
+                               digest.data(), static_cast<std::int32_t>(digest.size()));
+        }
+    }
+
+private:
+    CommonSolidCompressor& cabinet_;
+    const std::vector<std::int32_t>& positions_;
+    const std::vector<std::int64_t>& sizes_;
+    std::atomic<std::size_t> next_{0};
+};
+
 // Shows the compressed bytes as they grow.
 class CompressionProgress : public OUtils::ThreadProgress {
 public:
@@ -158,7 +182,8 @@ void checkCompression(int result) {
 
 // What one package is made of on its way.
 struct PackageWriter::Job {
-    std::vector<std::int64_t> sizes;  // of the entries, in their order
+    std::vector<std::int64_t> sizes;      // of the entries, in their order
+    std::vector<std::int32_t> positions;  // of their headers in the cabinet
     std::int64_t cabinetSize = 0;
     std::string image;
     ChecksumVersion checksum = ChecksumVersion::kVersion2;
@@ -205,6 +230,7 @@ PackageTotals PackageWriter::write(const std::vector<PackageFile>& entries, cons
     checkCompression(job.compressor.init(job.totals.stripes, options.level));
     TemporaryOutput output(files_, outputPath);  // before the long work: can anything be written there?
     fillCabinet(entries, job);
+    hashEntries(job);
     writePieces(output.path(), job);
     finishOutput(options, output.path(), job);
     job.totals.packageSize = PFileStream(files_).getFileSize(output.path().c_str());
@@ -227,7 +253,7 @@ void PackageWriter::checkEntries(const std::vector<PackageFile>& entries, const 
             throw InstallerError("the alias \"%s\" stands for both %s and %s: give one of them another Alias",
                                  entry.alias.c_str(), known->second->path.c_str(), entry.path.c_str());
         }
-        const std::int64_t size = lookUp.getFileSize(entry.path.c_str());
+        const std::int64_t size = entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path.c_str());
         if (size < 0) {
             throw InstallerError("%s: no such file", entry.path.c_str());
         }
@@ -284,21 +310,19 @@ void PackageWriter::fillCabinet(const std::vector<PackageFile>& entries, Job& jo
     checkCompression(job.compressor.addData(end, sizeof(end)));
 }
 
-// The digest stands ahead of the content and is put in when that has been read.
+// The digest is put in later.
 void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& job) {
-    const std::int32_t position = job.compressor.blobSize();
+    job.positions.push_back(job.compressor.blobSize());
     const EntryHeader header = encodeHeader(entry, size);
     checkCompression(job.compressor.addData(header.data(), static_cast<std::int32_t>(header.size())));
     PFileStream stream(files_);
     int status = stream.openFile(entry.path.c_str(), PFileStream::kGenericRead, PFileStream::kShareRead,
                                  PFileStream::kOpenExisting | PFileStream::kSequential);
-    Md5 md5;
     std::int64_t filled = 0;
     std::uint32_t done = 1;
     while (status == 0 && done > 0 && filled <= size) {
         status = stream.read(job.block.data(), kReadBlockSize, done);
         if (status == 0 && filled + done <= size) {
-            md5.update(job.block.data(), done);
             checkCompression(job.compressor.addData(job.block.data(), static_cast<std::int32_t>(done)));
         }
         filled += done;
@@ -309,9 +333,16 @@ void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& j
     if (filled != size) {
         throw InstallerError("%s: the file changed while it was read: try again", entry.path.c_str());
     }
-    const Md5Digest digest = md5.finish();
-    job.compressor.overwrite(position + static_cast<std::int32_t>(CabinetFormat::kDigestOffset),
-                             digest.data(), static_cast<std::int32_t>(digest.size()));
+}
+
+// Hashing is done by all processors, like the compression.
+void PackageWriter::hashEntries(Job& job) const {
+    HashWorker worker(job.compressor, job.positions, job.sizes);
+    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager());
+    if (threads == nullptr) {
+        throw InstallerError("not enough memory to hash the files");
+    }
+    threads->runThreads(0, worker);
 }
 
 void PackageWriter::finishOutput(const PackageOptions& options, const std::string& path, const Job& job) {

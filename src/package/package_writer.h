@@ -12,9 +12,10 @@
 
 // One file to be packed.
 struct PackageFile {
-    std::string path;   // where it is now
-    std::string name;   // the base name that it has in the package, at most 299 bytes
-    std::string alias;  // its key, at most 275 bytes, different from all others
+    std::string path;        // where it is now
+    std::string name;        // the base name that it has in the package, at most 299 bytes
+    std::string alias;       // its key, at most 275 bytes, different from all others
+    std::int64_t size = -1;  // in bytes, where it is known already
 };
 
 struct PackageOptions {
@@ -68,6 +69,7 @@ private:
     void loadImage(const PackageOptions& options, Job& job) const;
     void fillCabinet(const std::vector<PackageFile>& entries, Job& job);
     void addEntry(const PackageFile& entry, std::int64_t size, Job& job);
+    void hashEntries(Job& job) const;
     void writePieces(const std::string& path, Job& job);
     int compressTo(PFileStream& out, Job& job);
     void finishOutput(const PackageOptions& options, const std::string& path, const Job& job);

@@ -50,11 +50,13 @@ public:
     int addData(const void* data, std::int32_t size) override;
 
     std::int32_t blobSize() const { return blobSize_; }
-    // Replaces bytes that were added before; they must lie within the blob.
+    // What was added so far; valid until the next addData.
+    const unsigned char* blob() const { return blob_.get(); }
+    // Replaces bytes that were added before; they must lie within the blob. Threads may replace different
+    // ones.
     void overwrite(std::int32_t position, const void* data, std::int32_t size);
 
 protected:
-    const unsigned char* blob() const { return blob_.get(); }
     std::int32_t stripeCount() const { return stripeCount_; }
     std::int32_t compressionLevel() const { return compressionLevel_; }
 
