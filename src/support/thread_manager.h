@@ -107,8 +107,8 @@ public:
     int getWorkerCount();
 
 private:
-    std::vector<std::shared_ptr<Worker>> takeWorkers(int wanted);
-    WorkItem partItem(const std::shared_ptr<ThreadRun>& run, int index) const;
+    int postParts(const std::shared_ptr<ThreadRun>& run, int total);
+    bool postToWorker(WorkItem item);
     void readProcessorGroups();
     void endWorkers();
 

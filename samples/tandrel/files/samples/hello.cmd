@@ -1,2 +1,0 @@
-@echo off
-echo hello from an installed file

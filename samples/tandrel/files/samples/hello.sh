@@ -1,2 +1,0 @@
-#!/bin/sh
-echo "hello from an installed file"

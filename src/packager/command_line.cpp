@@ -1,0 +1,238 @@
+#include "packager/command_line.h"
+
+#include <charconv>
+#include <string_view>
+
+#include "package/solid_format.h"
+
+namespace {
+
+struct CommandName {
+    const char* name;
+    PackagerCommand command;
+};
+
+constexpr CommandName kCommands[] = {
+    {"build", PackagerCommand::kBuild},
+    {"list", PackagerCommand::kList},
+    {"extract", PackagerCommand::kExtract},
+    {"verify", PackagerCommand::kVerify},
+};
+
+// An option stores a text, sets a flag or stores a number between 1 and `most`; the others are null.
+struct OptionRule {
+    PackagerCommand command;
+    const char* name;
+    std::string CommandLine::*text;
+    bool CommandLine::*flag;
+    std::int32_t CommandLine::*number;
+    std::int32_t most;
+};
+
+constexpr OptionRule kOptions[] = {
+    {PackagerCommand::kBuild, "description", &CommandLine::description, nullptr, nullptr, 0},
+    {PackagerCommand::kBuild, "root", &CommandLine::root, nullptr, nullptr, 0},
+    {PackagerCommand::kBuild, "image", &CommandLine::image, nullptr, nullptr, 0},
+    {PackagerCommand::kBuild, "output", &CommandLine::output, nullptr, nullptr, 0},
+    {PackagerCommand::kBuild, "bin", nullptr, &CommandLine::bin, nullptr, 0},
+    {PackagerCommand::kBuild, "stripes", nullptr, nullptr, &CommandLine::stripes, SolidFormat::kMaxChunks},
+    {PackagerCommand::kBuild, "level", nullptr, nullptr, &CommandLine::level, 9},
+    {PackagerCommand::kBuild, "old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0},
+    {PackagerCommand::kExtract, "to", &CommandLine::target, nullptr, nullptr, 0},
+};
+
+class Parser {
+public:
+    explicit Parser(const std::vector<std::string>& arguments) : arguments_(arguments) {}
+
+    CommandLine parse() {
+        while (next_ < arguments_.size() && result_.problem.empty() && !result_.help) {
+            takeWord(arguments_[next_++]);
+        }
+        if (result_.problem.empty() && !result_.help) {
+            checkWhole();
+        }
+        return result_;
+    }
+
+private:
+    void takeWord(const std::string& word) {
+        if (!onlyWords_ && (word == "--help" || word == "-h")) {
+            result_.help = true;
+        } else if (!onlyWords_ && word == "--") {
+            onlyWords_ = true;
+        } else if (!onlyWords_ && word.starts_with("-") && word.size() > 1) {
+            takeOption(word);
+        } else if (result_.command == PackagerCommand::kNone) {
+            takeCommand(word);
+        } else {
+            takeOperand(word);
+        }
+    }
+
+    void takeCommand(const std::string& word) {
+        for (const CommandName& known : kCommands) {
+            if (word == known.name) {
+                result_.command = known.command;
+                return;
+            }
+        }
+        fail("unknown command \"" + word + "\"");
+    }
+
+    void takeOperand(const std::string& word) {
+        if (result_.command == PackagerCommand::kBuild) {
+            fail("unexpected word \"" + word + "\"");
+        } else if (result_.package.empty()) {
+            result_.package = word;
+        } else if (result_.command == PackagerCommand::kExtract) {
+            result_.aliases.push_back(word);
+        } else {
+            fail("unexpected word \"" + word + "\"");
+        }
+    }
+
+    void takeOption(const std::string& word) {
+        const std::size_t equals = word.find('=');
+        const std::string name = word.substr(0, equals);
+        for (const OptionRule& rule : kOptions) {
+            if (rule.command == result_.command && name == std::string("--") + rule.name) {
+                const bool hasValue = equals != std::string::npos;
+                apply(rule, name, hasValue, hasValue ? word.substr(equals + 1) : std::string());
+                return;
+            }
+        }
+        fail("unknown option \"" + name + "\"");
+    }
+
+    void apply(const OptionRule& rule, const std::string& name, bool hasValue, std::string value) {
+        if (rule.flag != nullptr) {
+            if (hasValue) {
+                fail("the option " + name + " takes no value");
+            }
+            result_.*rule.flag = true;
+            return;
+        }
+        if (!hasValue && next_ < arguments_.size()) {
+            value = arguments_[next_++];
+        }
+        if (value.empty()) {
+            fail("the option " + name + " needs a value");
+        } else if (rule.text != nullptr) {
+            result_.*rule.text = value;
+        } else if (!readNumber(value, rule.most, result_.*rule.number)) {
+            fail("the option " + name + " needs a number from 1 to " + std::to_string(rule.most));
+        }
+    }
+
+    static bool readNumber(const std::string& text, std::int32_t most, std::int32_t& outNumber) {
+        const char* end = text.data() + text.size();
+        const auto [stop, error] = std::from_chars(text.data(), end, outNumber);
+        return error == std::errc() && stop == end && outNumber >= 1 && outNumber <= most;
+    }
+
+    void checkWhole() {
+        switch (result_.command) {
+            case PackagerCommand::kNone:
+                fail("a command is missing");
+                break;
+            case PackagerCommand::kBuild:
+                need(result_.description, "--description");
+                need(result_.root, "--root");
+                need(result_.output, "--output");
+                if (!result_.bin) {
+                    need(result_.image, "--image");
+                }
+                break;
+            case PackagerCommand::kExtract:
+                need(result_.package, "the package");
+                need(result_.target, "--to");
+                break;
+            default:
+                need(result_.package, "the package");
+        }
+    }
+
+    void need(const std::string& value, const std::string& what) {
+        if (value.empty()) {
+            fail(what + " is missing");
+        }
+    }
+
+    void fail(const std::string& text) {
+        if (result_.problem.empty()) {
+            result_.problem = text;
+        }
+    }
+
+    const std::vector<std::string>& arguments_;
+    std::size_t next_ = 0;
+    bool onlyWords_ = false;
+    CommandLine result_;
+};
+
+constexpr const char* kOverview =
+    "packager - makes self-extracting installers and looks into them\n"
+    "\n"
+    "  packager build    makes a package of a description and a product's files\n"
+    "  packager list     shows the files of a package\n"
+    "  packager extract  takes files out of a package\n"
+    "  packager verify   checks a package from front to back\n"
+    "\n"
+    "packager COMMAND --help tells more about one of them.\n"
+    "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
+
+constexpr const char* kBuildHelp =
+    "packager build --description FILE --root DIR --image IMAGE --output FILE\n"
+    "               [--bin] [--stripes N] [--level 1..9] [--old-checksum]\n"
+    "\n"
+    "  --description FILE  the product's install.xml; it becomes the first file of the package\n"
+    "  --root DIR          the directory in which the texts of the FN elements are looked up\n"
+    "  --image IMAGE       the bare installer, for Linux (ELF) or Windows (PE); also what an FN\n"
+    "                      named installer.exe or installer stands for when there is no such file\n"
+    "  --output FILE       the package to make; an existing one is replaced when all went well\n"
+    "  --bin               make a package without image and checksum, for the installer's option bin\n"
+    "  --stripes N         compress N parts side by side, 1 to 256; more make the package larger\n"
+    "                      (default: one for each 4 MiB, at most 32)\n"
+    "  --level N           1 is the fastest, 9 the smallest (default: 9)\n"
+    "  --old-checksum      write the trailer of unsigned packages of older tools\n"
+    "\n"
+    "The same input gives the same bytes on every machine.\n";
+
+constexpr const char* kListHelp =
+    "packager list PACKAGE\n"
+    "\n"
+    "Shows size, stored size, MD5, name and alias of each file, separated by tabs.\n";
+
+constexpr const char* kExtractHelp =
+    "packager extract PACKAGE --to DIR [ALIAS ...]\n"
+    "\n"
+    "Takes the files with these aliases, or all files, out of the package. They get the names that\n"
+    "they have in the package; files that share a name get their aliases as names.\n";
+
+constexpr const char* kVerifyHelp =
+    "packager verify PACKAGE\n"
+    "\n"
+    "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
+
+}  // namespace
+
+CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+    return Parser(arguments).parse();
+}
+
+std::string helpText(PackagerCommand command) {
+    switch (command) {
+        case PackagerCommand::kBuild:
+            return kBuildHelp;
+        case PackagerCommand::kList:
+            return kListHelp;
+        case PackagerCommand::kExtract:
+            return kExtractHelp;
+        case PackagerCommand::kVerify:
+            return kVerifyHelp;
+        case PackagerCommand::kNone:
+            break;
+    }
+    return kOverview;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify };
+
+// What the user wants, as the command line tells it.
+struct CommandLine {
+    PackagerCommand command = PackagerCommand::kNone;
+    bool help = false;
+
+    std::string description;
+    std::string root;
+    std::string image;
+    std::string output;
+    bool bin = false;
+    std::int32_t stripes = 0;  // 0: not given
+    std::int32_t level = 9;
+    bool oldChecksum = false;
+
+    std::string package;
+    std::string target;                // of extract
+    std::vector<std::string> aliases;  // of extract; empty: all
+
+    // Empty, or what is wrong with the command line, in one line.
+    std::string problem;
+};
+
+// Reads the arguments behind the program's name. Options are `--name value` or `--name=value`; behind `--` no
+// word is an option.
+CommandLine parseCommandLine(const std::vector<std::string>& arguments);
+
+// The help for a command; kNone gives the overview of all.
+std::string helpText(PackagerCommand command);

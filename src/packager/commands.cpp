@@ -1,0 +1,65 @@
+#include "packager/commands.h"
+
+#include <exception>
+
+#include "base/errors.h"
+
+namespace {
+
+void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+    switch (commandLine.command) {
+        case PackagerCommand::kBuild:
+            return runBuild(commandLine, output, files);
+        case PackagerCommand::kList:
+            return runList(commandLine, output, files);
+        case PackagerCommand::kExtract:
+            return runExtract(commandLine, output, files);
+        case PackagerCommand::kVerify:
+            return runVerify(commandLine, output, files);
+        case PackagerCommand::kNone:
+            return;
+    }
+}
+
+std::string withoutLastLineEnd(std::string text) {
+    if (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+    try {
+        runCommand(commandLine, output, files);
+        return 0;
+    } catch (const GenericError& error) {
+        output.tell("packager: " + printable(error.what()));
+    } catch (const std::bad_alloc&) {
+        output.tell("packager: not enough memory");
+    } catch (const std::exception& error) {
+        output.tell(std::string("packager: ") + printable(error.what()));
+    }
+    return 1;
+}
+
+}  // namespace
+
+int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
+                platform::FileSystem& files) {
+    const CommandLine commandLine = parseCommandLine(arguments);
+    int exitCode = 0;
+    if (commandLine.help) {
+        output.print(withoutLastLineEnd(helpText(commandLine.command)));
+    } else if (!commandLine.problem.empty()) {
+        output.tell("packager: " + printable(commandLine.problem));
+        output.tell(withoutLastLineEnd(helpText(commandLine.command)));
+        exitCode = 2;
+    } else {
+        exitCode = runChecked(commandLine, output, files);
+    }
+    if (!output.finish() && exitCode == 0) {
+        output.tell("packager: the output can't be written");
+        exitCode = 1;
+    }
+    return exitCode;
+}

@@ -1,0 +1,166 @@
+#include "packager/packing_list.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/errors.h"
+#include "base/path_functions.h"
+#include "base/text_functions.h"
+#include "description/file_sets.h"
+#include "description/pxml.h"
+#include "package/cabinet_format.h"
+
+namespace {
+
+constexpr const char* kDescriptionAlias = "install.xml";
+
+// The path with `/` between its components, without empty ones and dots. Throws for one that leaves its root.
+std::string relativePathOf(const std::string& text) {
+    std::string path;
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        const std::size_t end = std::min(text.find_first_of("/\\", start), text.size());
+        const std::string component = text.substr(start, end - start);
+        if (component == ".." || component.find(':') != std::string::npos) {
+            throw InstallerError(
+                "the file \"%s\" of the description doesn't lie below the root: name it by its path "
+                "from there",
+                text.c_str());
+        }
+        if (!component.empty() && component != ".") {
+            path += (path.empty() ? "" : "/") + component;
+        }
+        start = end + 1;
+    }
+    return path;
+}
+
+std::string withoutSeparators(std::string text) {
+    std::erase_if(text, OUtils::isSeparator);
+    return text;
+}
+
+std::string withoutTrailingSeparators(std::string path) {
+    while (path.size() > 1 && OUtils::isSeparator(path.back())) {
+        path.pop_back();
+    }
+    return path;
+}
+
+}  // namespace
+
+std::int64_t PackingList::cabinetSize() const {
+    std::int64_t size = CabinetFormat::kHeaderSize;
+    for (const PackageFile& entry : entries_) {
+        size += entry.size + static_cast<std::int64_t>(CabinetFormat::kHeaderSize);
+    }
+    return size;
+}
+
+PackingList::PackingList(Sources sources, platform::FileSystem& files)
+    : sources_(std::move(sources)),
+      files_(files),
+      descriptionName_(OUtils::lastPathComponent(sources_.description)) {
+    sources_.root = withoutTrailingSeparators(sources_.root);
+}
+
+void PackingList::read() {
+    PXML document;
+    const int status = document.loadFile(sources_.description.c_str(), files_);
+    if (status != 0) {
+        throw InstallerError("%s: the description can't be read (error %d)", sources_.description.c_str(),
+                             status);
+    }
+    if (document.getNodeCount() == 0) {
+        throw InstallerError("%s: this is no description, it has no elements", sources_.description.c_str());
+    }
+    if (!files_.isDirectory(sources_.root.c_str())) {
+        throw InstallerError("%s: no such directory", sources_.root.c_str());
+    }
+    if (document.findByName("ProductDesc") < 0) {
+        warnings_.push_back(sources_.description +
+                            ": without a ProductDesc section the installer will end at once");
+    }
+    add({sources_.description, descriptionName_, kDescriptionAlias});
+    for (std::int32_t node = document.findByName("FileSet"); node >= 0;
+         node = document.findByName("FileSet", node)) {
+        addFileSet(document, node);
+    }
+}
+
+void PackingList::addFileSet(const PXML& document, std::int32_t node) {
+    if (document.getAttribute(node, "Name") == nullptr) {
+        warnings_.push_back(sources_.description +
+                            ": a FileSet without Name is left out, as the installer does");
+        return;
+    }
+    std::vector<std::int32_t> children;
+    document.listChildren(node, children);
+    for (const std::int32_t child : children) {
+        const char* text = document.getText(child);
+        if (OUtils::equalsIgnoreCase(document.getName(child), "FN") && text != nullptr && *text != '\0') {
+            addFile(document, child);
+        }
+    }
+}
+
+void PackingList::addFile(const PXML& document, std::int32_t node) {
+    const std::string text = document.getText(node);
+    const std::string relativePath = relativePathOf(text);
+    const std::string name(OUtils::lastPathComponent(text));
+    const char* alias = document.getAttribute(node, "Alias");
+    const std::string path = locate(text, relativePath, name);
+    if (path.empty()) {
+        if (document.getAttribute(node, "OkIfMissing") == nullptr) {
+            throw InstallerError("%s/%s: no such file", sources_.root.c_str(), relativePath.c_str());
+        }
+        return;
+    }
+    add({path, name, alias != nullptr ? alias : withoutSeparators(text)});
+}
+
+// Where the file is; empty when there is none.
+std::string PackingList::locate(const std::string& text, const std::string& relativePath,
+                                const std::string& name) const {
+    const std::string path = sources_.root + "/" + relativePath;
+    if (isDescription(path, relativePath, name)) {
+        return sources_.description;
+    }
+    if (files_.fileSize(path.c_str()) >= 0) {
+        return path;
+    }
+    const std::string lower = OUtils::toLowerAscii(name);
+    if (lower == "installer.exe" || lower == "installer") {
+        if (sources_.image.empty()) {
+            throw InstallerError(
+                "%s: there is no such file below the root, and no bare installer: give --image",
+                text.c_str());
+        }
+        return sources_.image;
+    }
+    return {};
+}
+
+bool PackingList::isDescription(const std::string& path, const std::string& relativePath,
+                                const std::string& name) const {
+    if (path == sources_.description || relativePath == descriptionName_) {
+        return true;
+    }
+    return (name == descriptionName_ || name == kDescriptionAlias) && files_.fileSize(path.c_str()) < 0;
+}
+
+// The same file under the same alias needs to be there once; two files under one alias are left to the
+// writer, which refuses them.
+void PackingList::add(PackageFile file) {
+    const auto [known, isNew] = byAlias_.try_emplace(file.alias, entries_.size());
+    if (!isNew && entries_[known->second].path == file.path) {
+        return;
+    }
+    if (file.alias.size() > FileEntry::kNameLimit) {
+        warnings_.push_back(file.path + ": the alias has " + std::to_string(file.alias.size()) +
+                            " bytes, and the installer finds no file by more than " +
+                            std::to_string(FileEntry::kNameLimit) + ": give the file an Alias");
+    }
+    file.size = files_.fileSize(file.path.c_str());
+    entries_.push_back(std::move(file));
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "package/package_writer.h"
+
+class PXML;
+
+// What goes into a package, as the description tells it.
+class PackingList {
+public:
+    struct Sources {
+        std::string description;  // its path
+        std::string root;         // the directory in which the files are looked up
+        std::string image;        // the bare installer; may be empty
+    };
+
+    PackingList(Sources sources, platform::FileSystem& files);
+
+    // Reads the description. Throws InstallerError with one line when it can't be read, or names a file that
+    // isn't there or a path that leaves the root.
+    void read();
+
+    // The description first, then the files in the order of the description; a file that is named twice under
+    // one alias stands here once.
+    const std::vector<PackageFile>& entries() const { return entries_; }
+    // In bytes, with the headers that the cabinet adds.
+    std::int64_t cabinetSize() const;
+    // One line each.
+    const std::vector<std::string>& warnings() const { return warnings_; }
+
+private:
+    void addFileSet(const PXML& document, std::int32_t node);
+    void addFile(const PXML& document, std::int32_t node);
+    std::string locate(const std::string& text, const std::string& relativePath,
+                       const std::string& name) const;
+    bool isDescription(const std::string& path, const std::string& relativePath,
+                       const std::string& name) const;
+    void add(PackageFile file);
+
+    Sources sources_;
+    platform::FileSystem& files_;
+    std::string descriptionName_;  // its base name
+    std::vector<PackageFile> entries_;
+    std::unordered_map<std::string, std::size_t> byAlias_;
+    std::vector<std::string> warnings_;
+};

@@ -1,0 +1,67 @@
+#include "packager/commands.h"
+
+#include <gtest/gtest.h>
+
+#include "packager/commands_fixture.h"
+
+using namespace PackageBytes;
+using namespace ImageBytes;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using BuildCommandTest = CommandsTest;
+
+TEST_F(BuildCommandTest, BuildsWhatItVerifies) {
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(output_.errors, Lines{});
+    ASSERT_EQ(output_.lines.size(), 1U);
+    EXPECT_TRUE(output_.lines[0].starts_with("/out/setup: 5 files, ")) << output_.lines[0];
+    EXPECT_EQ(output_.lastProgress, "Compressing 100");
+    EXPECT_EQ(run({"verify", "/out/setup"}), 0);
+    EXPECT_EQ(output_.lines, (Lines{"checksum: right", "stream: right", "files: 5, all right"}));
+}
+
+TEST_F(BuildCommandTest, BuildsAndVerifiesAPackageOfItsOwn) {
+    ASSERT_EQ(build({"--bin"}), 0);
+    EXPECT_EQ(files_.content("/out/setup").substr(0, 12), leadBlock().substr(0, 12));
+    EXPECT_EQ(run({"verify", "/out/setup"}), 0);
+    EXPECT_EQ(output_.lines.front(), "checksum: none in a package without image");
+}
+
+TEST_F(BuildCommandTest, BuildsWithTheOldChecksum) {
+    ASSERT_EQ(build({"--old-checksum"}), 0);
+    EXPECT_NE(files_.content("/out/setup").find("MD5SUM: "), std::string::npos);
+    EXPECT_EQ(run({"verify", "/out/setup"}), 0);
+}
+
+TEST_F(BuildCommandTest, BuildsTheSameBytesWhateverTheNames) {
+    ASSERT_EQ(build({"--stripes", "2"}), 0);
+    const std::string first = files_.content("/out/setup");
+    for (const char* name : {"install.xml", "a/read.me", "b/read.me", "banner.png"}) {
+        files_.addFile(std::string("/other/place/") + name, files_.content(std::string("/in/") + name));
+    }
+    ASSERT_EQ(run({"build", "--description", "/other/place/install.xml", "--root", "/other/place/", "--image",
+                   "/image", "--output", "/out/else", "--stripes", "2"}),
+              0);
+    EXPECT_EQ(files_.content("/out/else"), first);
+}
+
+TEST_F(BuildCommandTest, FailsWithOneLineAndLeavesNoOutput) {
+    files_.removeFile("/in/b/read.me");
+    EXPECT_EQ(build(), 1);
+    EXPECT_EQ(output_.errors, (Lines{"packager: /in/b/read.me: no such file"}));
+    EXPECT_FALSE(files_.hasFile("/out/setup"));
+    EXPECT_EQ(run({"list", "/none"}), 1);
+    EXPECT_EQ(output_.errors.size(), 1U);
+}
+
+TEST_F(BuildCommandTest, WarnsAndGoesOn) {
+    files_.addFile("/in/install.xml", "<R><FileSet Name=\"S\"></FileSet></R>");
+    EXPECT_EQ(build(), 0);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: warning: /in/install.xml: without a ProductDesc section the installer "
+                     "will end at once"}));
+}
+
+}  // namespace

@@ -1,0 +1,83 @@
+#include "packager/command_line.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+TEST(CommandLine, ReadsABuild) {
+    const CommandLine line =
+        parseCommandLine({"build", "--description", "d.xml", "--root=r", "--image", "i", "--output", "o",
+                          "--stripes", "2", "--level=1", "--old-checksum", "--bin"});
+    EXPECT_EQ(line.problem, "");
+    EXPECT_EQ(line.command, PackagerCommand::kBuild);
+    EXPECT_EQ(line.description, "d.xml");
+    EXPECT_EQ(line.root, "r");
+    EXPECT_EQ(line.image, "i");
+    EXPECT_EQ(line.output, "o");
+    EXPECT_EQ(line.stripes, 2);
+    EXPECT_EQ(line.level, 1);
+    EXPECT_TRUE(line.oldChecksum);
+    EXPECT_TRUE(line.bin);
+}
+
+TEST(CommandLine, ReadsThePackageCommands) {
+    EXPECT_EQ(parseCommandLine({"list", "p"}).package, "p");
+    EXPECT_EQ(parseCommandLine({"verify", "p"}).command, PackagerCommand::kVerify);
+    const CommandLine extract = parseCommandLine({"extract", "p", "--to", "dir", "a", "--", "--b"});
+    EXPECT_EQ(extract.problem, "");
+    EXPECT_EQ(extract.target, "dir");
+    EXPECT_EQ(extract.aliases, (Words{"a", "--b"}));
+}
+
+TEST(CommandLine, TellsWhatIsWrong) {
+    const struct {
+        Words words;
+        const char* problem;
+    } cases[] = {
+        {{}, "a command is missing"},
+        {{"paint"}, "unknown command \"paint\""},
+        {{"list"}, "the package is missing"},
+        {{"list", "p", "q"}, "unexpected word \"q\""},
+        {{"build", "p"}, "unexpected word \"p\""},
+        {{"build", "--root", "r"}, "--description is missing"},
+        {{"build", "--description", "d"}, "--root is missing"},
+        {{"build", "--description", "d", "--root", "r"}, "--output is missing"},
+        {{"build", "--description", "d", "--root", "r", "--output", "o"}, "--image is missing"},
+        {{"extract", "p"}, "--to is missing"},
+        {{"build", "--to", "x"}, "unknown option \"--to\""},
+        {{"list", "--bin"}, "unknown option \"--bin\""},
+        {{"build", "--bin=1"}, "the option --bin takes no value"},
+        {{"build", "--root"}, "the option --root needs a value"},
+        {{"build", "--root="}, "the option --root needs a value"},
+        {{"build", "--stripes", "0"}, "the option --stripes needs a number from 1 to 256"},
+        {{"build", "--stripes", "257"}, "the option --stripes needs a number from 1 to 256"},
+        {{"build", "--stripes", "2x"}, "the option --stripes needs a number from 1 to 256"},
+        {{"build", "--level", "10"}, "the option --level needs a number from 1 to 9"},
+        {{"build", "--level", "99999999999999"}, "the option --level needs a number from 1 to 9"},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(parseCommandLine(test.words).problem, test.problem);
+    }
+}
+
+TEST(CommandLine, NeedsNoImageForAPackageOfItsOwn) {
+    EXPECT_EQ(
+        parseCommandLine({"build", "--description", "d", "--root", "r", "--output", "o", "--bin"}).problem,
+        "");
+}
+
+TEST(CommandLine, GivesHelpForEachCommand) {
+    for (const char* command : {"build", "list", "extract", "verify"}) {
+        const CommandLine line = parseCommandLine({command, "--help"});
+        EXPECT_TRUE(line.help);
+        EXPECT_EQ(line.problem, "");
+        EXPECT_TRUE(helpText(line.command).starts_with(std::string("packager ") + command + " "));
+        EXPECT_NE(helpText(PackagerCommand::kNone).find(std::string("packager ") + command),
+                  std::string::npos);
+    }
+    EXPECT_EQ(parseCommandLine({"-h"}).command, PackagerCommand::kNone);
+}
+
+}  // namespace

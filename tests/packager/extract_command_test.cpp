@@ -1,0 +1,69 @@
+#include "packager/commands.h"
+
+#include <gtest/gtest.h>
+
+#include "packager/commands_fixture.h"
+
+using namespace PackageBytes;
+using namespace ImageBytes;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using ExtractCommandTest = CommandsTest;
+
+TEST_F(ExtractCommandTest, ExtractsFilesWithTheirNames) {
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(run({"extract", "/out/setup", "--to", "/new/dir", "Banner", "aread.me"}), 0);
+    EXPECT_EQ(output_.lines, (Lines{"2 files extracted to /new/dir"}));
+    EXPECT_EQ(files_.content("/new/dir/banner.png"), "image");
+    EXPECT_EQ(files_.content("/new/dir/read.me"), "first");
+    EXPECT_FALSE(files_.hasFile("/new/dir/install.xml"));
+}
+
+TEST_F(ExtractCommandTest, ExtractsAllFilesAndKeepsThoseOfOneNameApart) {
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(run({"extract", "/out/setup", "--to", "/new"}), 0);
+    EXPECT_EQ(files_.content("/new/read.me"), "first");
+    EXPECT_EQ(files_.content("/new/bread.me"), "second");
+    EXPECT_EQ(files_.content("/new/installer.exe"), files_.content("/image"));
+    EXPECT_EQ(files_.content("/new/install.xml"), files_.content("/in/install.xml"));
+}
+
+TEST_F(ExtractCommandTest, RefusesNamesThatLeadOutOfTheTarget) {
+    for (const char* name : {"../x", "a/b", "a\\b", "C:x", "..", ".", ""}) {
+        const std::string content = "x";
+        const Md5Digest digest = md5Of("x", 1);
+        files_.addFile(
+            "/out/bad",
+            package(entryHeader(name, "alias", 1, 1,
+                                std::string_view(reinterpret_cast<const char*>(digest.data()), 16)) +
+                    content + endRecord()));
+        EXPECT_EQ(run({"extract", "/out/bad", "--to", "/new/deep"}), 1) << name;
+        EXPECT_EQ(output_.errors,
+                  (Lines{"packager: the name \"" + std::string(name) +
+                         "\" in the package could lead out of the target: nothing more is extracted"}));
+    }
+    EXPECT_FALSE(files_.hasFile("/new/x"));
+}
+
+TEST_F(ExtractCommandTest, RefusesToExtractWhatIsNotThereOrDamaged) {
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "None"}), 1);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: the package holds no file with the alias \"None\": packager list shows "
+                     "them all"}));
+    files_.addFile("/out/bad", package(entryHeader("n", "n", 1, 1) + "x" + endRecord()));
+    EXPECT_EQ(run({"extract", "/out/bad", "--to", "/new"}), 1);
+    EXPECT_EQ(output_.errors, (Lines{"packager: the file \"n\" is damaged in the package"}));
+    EXPECT_FALSE(files_.hasFile("/new/n"));
+}
+
+TEST_F(ExtractCommandTest, LeavesNoHalfFileWhenTheDiskIsFull) {
+    ASSERT_EQ(build(), 0);
+    files_.setFreeSpace(3);
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "aread.me"}), 1);
+    EXPECT_FALSE(files_.hasFile("/new/read.me"));
+}
+
+}  // namespace

@@ -1,0 +1,12 @@
+#include "packager/packager_output.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Printable, TakesControlCharactersOut) {
+    EXPECT_EQ(printable("a\tb\nc\x1B[2Jd\x7F"), "a?b?c?[2Jd?");
+    EXPECT_EQ(printable("f\xC3\xBC.txt"), "f\xC3\xBC.txt");
+}
+
+}  // namespace

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "packager/packager_output.h"
+
+// Keeps what the tool would write.
+class RecordedOutput : public PackagerOutput {
+public:
+    void print(std::string_view line) override { lines.emplace_back(line); }
+    void tell(std::string_view line) override { errors.emplace_back(line); }
+    void progress(const char* step, int percent) override {
+        lastProgress = step + (" " + std::to_string(percent));
+    }
+    bool finish() override { return works; }
+
+    std::vector<std::string> lines;
+    std::vector<std::string> errors;
+    std::string lastProgress;
+    bool works = true;
+};

@@ -1,0 +1,40 @@
+#include "packager/terminal_output.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/fake_console_device.h"
+
+namespace {
+
+TEST(TerminalOutput, KeepsResultsAndErrorsApart) {
+    FakeConsoleDevice device;
+    TerminalOutput output(device);
+    output.print("result");
+    output.tell("problem");
+    EXPECT_TRUE(output.finish());
+    EXPECT_EQ(device.output, "result\n");
+    EXPECT_EQ(device.errors, "problem\n");
+}
+
+TEST(TerminalOutput, ShowsProgressOnATerminalOnly) {
+    FakeConsoleDevice device;
+    TerminalOutput output(device);
+    output.progress("Reading", 5);
+    EXPECT_EQ(device.output, "");
+    device.columns = 80;
+    output.progress("Reading", 6);
+    EXPECT_TRUE(device.output.starts_with("\rReading: 6 %")) << device.output;
+    output.print("done");
+    EXPECT_TRUE(output.finish());
+    EXPECT_TRUE(device.output.ends_with(" \rdone\n")) << device.output;
+}
+
+TEST(TerminalOutput, NoticesALostOutput) {
+    FakeConsoleDevice device;
+    TerminalOutput output(device);
+    device.outputFails = true;
+    output.print("result");
+    EXPECT_FALSE(output.finish());
+}
+
+}  // namespace
