@@ -100,7 +100,7 @@ std::string nameOf(pid_t id) {
     if (!name.empty() && name.back() == '\n') {
         name.pop_back();
     }
-    const std::string first(arguments.c_str());
+    const std::string_view first = std::string_view(arguments).substr(0, arguments.find('\0'));
     const std::string_view program = OUtils::lastPathComponent(first);
     return name.size() == kMaxKernelName && program.starts_with(name) ? std::string(program) : name;
 }

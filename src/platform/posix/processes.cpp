@@ -63,6 +63,7 @@ public:
     // Returns 0 or the error's number.
     int spawn(const std::string& program, std::vector<std::string>& words, pid_t& outId) {
         std::vector<char*> arguments;
+        arguments.reserve(words.size() + 1);
         for (std::string& word : words) {
             arguments.push_back(word.data());
         }
