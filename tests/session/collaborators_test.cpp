@@ -1,0 +1,39 @@
+#include "session/collaborators.h"
+
+#include "session/session_state.h"
+#include "session_fixture.h"
+
+namespace {
+
+class CollaboratorsTest : public SessionTest {
+protected:
+    SessionState state_{files_};
+    Collaborators parts_{state_, {files_, environment_, system_}, {}};
+};
+
+TEST_F(CollaboratorsTest, workOnOneState) {
+    state_.description.parseText(
+        "<TandrelGroupInstallation><ProductDesc><Fullname>[NAME]</Fullname></ProductDesc>"
+        "<Installation><Uninstall><InstallLogFile>[NAME].log</InstallLogFile></Uninstall>"
+        "</Installation></TandrelGroupInstallation>");
+    parts_.variables.setVariable("NAME", "demo");
+    char buffer[32] = "";
+    EXPECT_EQ(parts_.product.getInstallLogFile(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, "demo.log");
+    EXPECT_EQ(parts_.loggedVariables.collect().size(), 1U);
+    state_.uiIsGraphical = 1;
+    EXPECT_EQ(parts_.expressions.evaluateCondition("[GUI_INSTALL]==1"), 1);
+}
+
+TEST_F(CollaboratorsTest, logToTheConsoleThatTheSessionHasAtTheTime) {
+    parts_.work.revertInstallation(&ui_);
+    EXPECT_TRUE(log_.lines().empty());
+    state_.console = &log_;
+    parts_.work.revertInstallation(&ui_);
+    EXPECT_EQ(log_.lines().size(), 1U);
+    state_.console = nullptr;
+    parts_.work.revertInstallation(&ui_);
+    EXPECT_EQ(log_.lines().size(), 1U);
+}
+
+}  // namespace

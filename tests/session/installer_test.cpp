@@ -1,0 +1,421 @@
+#include "session/installer.h"
+
+#include "base/shared_buffer.h"
+#include "fakes/temporary_directory.h"
+#include "session/command_line_parameters.h"
+#include "session_fixture.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class InstallerTest : public SessionTest {
+protected:
+    static std::string minimal(const std::string& more = "") {
+        return document(std::string(kProduct) + "<Dialogs><Hello Special='Finish'/></Dialogs><DefValues/>" +
+                        kControls + more);
+    }
+};
+
+TEST_F(InstallerTest, takesItsStepsInOrder) {
+    load(minimal(
+        "<Installation><Uninstall><InstallLogFile>/none</InstallLogFile></Uninstall></Installation>"));
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(log_.lines(), (Lines{
+                                "Decompressing installation file",
+                                "Parsing installation file",
+                                "Getting product description",
+                                "Getting file sets",
+                                "Getting UI dialogs",
+                                "Getting control variables names",
+                                "Checking for previous and legacy installations for this product",
+                                "Initializing default values",
+                                "Found 0 external legacy installations.",
+                                "Starting installation UI",
+                                "Ending installation UI",
+                            }));
+    EXPECT_EQ(ui_.callsOf("run"), Lines{"run()"});
+    EXPECT_EQ(ui_.callsOf("finish"), Lines{"finish()"});
+    EXPECT_EQ(session_.getCurrentDialog(), 0);
+}
+
+TEST_F(InstallerTest, readsTheThemeForAGraphicalFrontEnd) {
+    ui_.graphical = 1;
+    load(minimal());
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("Getting GUI colour theme info"));
+    EXPECT_TRUE(log_.hasLine("Initializing GUI colour theme"));
+    EXPECT_EQ(valueOf("GUI_INSTALL"), "1");
+}
+
+TEST_F(InstallerTest, needsAFrontEnd) {
+    load(minimal());
+    EXPECT_EQ(session_.run(nullptr, &log_), -1);
+    EXPECT_EQ(log_.lines(), Lines{"ERROR: No installer UI handler specified"});
+}
+
+TEST_F(InstallerTest, runsWithoutAConsole) {
+    session_.setConsole(nullptr, 0);
+    load(minimal());
+    session_.setConsole(nullptr, 0);
+    EXPECT_EQ(session_.run(&ui_, nullptr), 0);
+    EXPECT_TRUE(log_.lines().empty());
+}
+
+TEST_F(InstallerTest, endsWithoutADescriptionInTheCabinet) {
+    files_.addFile("/src/x", "x");
+    PackageOptions options;
+    options.stripes = 1;
+    PackageWriter(files_).write({{"/src/x", "x", "Install.xml"}}, options, "/package");
+    ASSERT_EQ(session_.loadCabinet("/package", 0, 0), 0);
+    log_.clear();
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines(),
+              (Lines{"Decompressing installation file", "ERROR: Decompressing installation file",
+                     "ERROR: Cannot continue due to error(s). Exiting!"}));
+    EXPECT_EQ(ui_.countOf("run"), 0);
+}
+
+TEST_F(InstallerTest, endsWithoutAProduct) {
+    load(document("<Dialogs/>"));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines().back(), "Getting product description");
+}
+
+TEST_F(InstallerTest, endsWithADescriptionThatIsNotXml) {
+    load("not xml at all");
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(ui_.countOf("run"), 0);
+}
+
+TEST_F(InstallerTest, endsWithAnEmptyDescription) {
+    load("");
+    EXPECT_EQ(run(), -1);
+}
+
+TEST_F(InstallerTest, endsWithoutDialogs) {
+    load(document(kProduct));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines().back(), "ERROR: Getting dialogs info. Aborting!");
+}
+
+TEST_F(InstallerTest, startsWithoutControlVariablesAndSetsNone) {
+    system_.installed = {{"Demo", "", false, "/old.log"}};
+    load(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs><DefValues/>"));
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(
+        log_.hasLine("WARNING: There are no control variable names provided in the installation xml!"));
+    EXPECT_EQ(valueOf("PREVIOUS"), "(none)");
+    EXPECT_EQ(valueOf(""), "(none)");
+}
+
+TEST_F(InstallerTest, endsWithoutDefaultValues) {
+    load(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs>" + kControls));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines().back(),
+              "ERROR: Parsing XML Default values (This may indicate wrong configuration file format)");
+    EXPECT_EQ(ui_.countOf("run"), 0);
+}
+
+TEST_F(InstallerTest, endsWithAConfigurationFileThatCannotBeRead) {
+    session_.configFile = "/none.xml";
+    load(minimal());
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines().back(),
+              "ERROR: Parsing XML Default values (This may indicate wrong configuration file format)");
+    EXPECT_EQ(ui_.countOf("messageBox(\"Error loading configuration file \\\"/none.xml\\\"") +
+                  ui_.countOf("messageBox(\"Error loading configuration file \"/none.xml\""),
+              1);
+}
+
+TEST_F(InstallerTest, laysConfigurationFileAndCommandLineOverTheDefaults) {
+    const TemporaryDirectory directory;
+    session_.configFile = directory.file("config.xml");
+    writeTestFile(session_.configFile,
+                  "<DefValues><Value Name='A' DataType='value'>config</Value></DefValues>");
+    CommandLineParameters parameters;
+    ASSERT_EQ(parameters.parse({"-VARIABLE_B=command"}), 0);
+    session_.setParameters(&parameters);
+    load(document(std::string(kProduct) +
+                  "<Dialogs><Hello/></Dialogs><DefValues><Value Name='A' DataType='value'>one</Value>"
+                  "<Value Name='B' DataType='value'>two</Value></DefValues>"));
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(valueOf("A"), "config");
+    EXPECT_EQ(valueOf("B"), "command");
+}
+
+TEST_F(InstallerTest, handsOnTheFrontEndsResult) {
+    load(minimal());
+    ui_.script = [] { return 5; };
+    EXPECT_EQ(run(), 5);
+    EXPECT_EQ(log_.lines().back(), "ERROR: There were errors during the installation");
+}
+
+TEST_F(InstallerTest, catchesAnErrorThatLeavesTheFrontEnd) {
+    load(minimal());
+    ui_.script = []() -> int { throw InstallerError("broken %d", 7); };
+    EXPECT_EQ(run(), -1);
+    EXPECT_TRUE(log_.hasLine("broken 7"));
+    EXPECT_EQ(ui_.countOf("messageBox(\"broken 7\""), 1);
+    EXPECT_EQ(ui_.countOf("finish"), 1);
+}
+
+TEST_F(InstallerTest, catchesWhatTheLibraryThrows) {
+    load(minimal());
+    ui_.script = []() -> int { throw std::bad_alloc(); };
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(ui_.countOf("messageBox("), 1);
+}
+
+TEST_F(InstallerTest, tellsOfARegisteredInstallationAndImportsItsVariables) {
+    files_.addFile("/old.log", "x\r\ny\r\nNUMVARS\t1\r\nVAR\tROOT\t/kept\r\n");
+    system_.installed = {{"Demo", "", false, "/old.log"}};
+    load(document(
+        std::string(kProduct) +
+        "<Dialogs><Hello/></Dialogs><DefValues><Value Name='ROOT' DataType='value' UseOld='1'>/new</Value>"
+        "<Value Name='SHOULD' DataType='value'>0</Value></DefValues>" +
+        kControls));
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(valueOf("PREVIOUS"), "1");
+    EXPECT_EQ(valueOf("SHOULD"), "1");  // a default can't hide it
+    EXPECT_EQ(valueOf("ROOT"), "/kept");
+    EXPECT_EQ(valueOf("EXTERNAL"), "0");
+    EXPECT_EQ(session_.getPreviousInstallationKind(), 1);
+    EXPECT_TRUE(log_.hasLine("Initializing previous install's variable values from log"));
+}
+
+TEST_F(InstallerTest, goesOnWhenTheEarlierLogCannotBeRead) {
+    system_.installed = {{"Demo", "", false, "/lost.log"}};
+    load(minimal());
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("ERROR: Opening action file (/lost.log)"));
+    EXPECT_EQ(valueOf("PREVIOUS"), "1");
+}
+
+TEST_F(InstallerTest, goesOnWhenTheEarlierInstallationNamesNoLog) {
+    system_.installed = {{"Demo", "", false, ""}};
+    load(minimal());
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("ERROR: Obtaining actionlog filename (Demo)"));
+}
+
+TEST_F(InstallerTest, goesOnWithADamagedEarlierLog) {
+    files_.addFile("/old.log", "x\r\ny\r\nNUMVARS\t5\r\nVAR\tROOT\t/kept\r\n");
+    system_.installed = {{"Demo", "", false, "/old.log"}};
+    load(minimal());
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("ERROR: Encountered EOF before expected number of variables (5)!"));
+    EXPECT_EQ(valueOf("ROOT"), "/kept");
+}
+
+TEST_F(InstallerTest, tellsOfAnInstallationThatOnlyItsLogShows) {
+    files_.addFile("/app/install.log", "x");
+    load(
+        minimal("<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
+                "</Installation>"));
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(valueOf("PREVIOUS"), "2");
+    EXPECT_EQ(valueOf("SHOULD"), "1");
+}
+
+TEST_F(InstallerTest, tellsOfLegacyAndExternalInstallations) {
+    system_.installed = {{"Old", "", false, ""}, {"Foreign", "", false, ""}};
+    std::string description = minimal();
+    description.insert(description.find("</ProductDesc>"),
+                       "<LegacyApplication>Old</LegacyApplication>"
+                       "<ExternalLegacyApplication>Foreign</ExternalLegacyApplication>");
+    load(description);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(valueOf("LEGACY"), "1");
+    EXPECT_EQ(valueOf("SHOULD"), "1");
+    EXPECT_EQ(valueOf("EXTERNAL"), "1");
+    EXPECT_EQ(valueOf("PREVIOUS"), "(none)");
+}
+
+TEST_F(InstallerTest, warnsOfExternalInstallationsThatNoVariableTells) {
+    system_.installed = {{"Foreign", "", false, ""}};
+    load(
+        document("<ProductDesc><Fullname>Demo</Fullname><ExternalLegacyApplication>Foreign"
+                 "</ExternalLegacyApplication></ProductDesc><Dialogs><Hello/></Dialogs><DefValues/>"));
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine(
+        "WARNING: External legacy installation variable is not specified and installations were found!"));
+}
+
+TEST_F(InstallerTest, listsTheVariablesFromLevelTwoOn) {
+    load(document(
+        std::string(kProduct) +
+        "<Dialogs><Hello/></Dialogs><DefValues><Value Name='A' DataType='value'>1</Value></DefValues>"));
+    session_.setConsole(&log_, 2);
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("Installation variables used (1):"));
+    EXPECT_TRUE(log_.hasLine("  [A] = \"1\""));
+}
+
+// Sessions that uninstall.
+
+TEST_F(InstallerTest, readsTheDescriptionThatTheActionLogNames) {
+    files_.addFile("/app/product.xml",
+                   document(std::string(kProduct) + "<Dialogs><Never/></Dialogs><UninstallDialogs><Bye/>"
+                                                    "<End/></UninstallDialogs><DefValues/>"));
+    ASSERT_EQ(loadLog("/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t1\r\nVAR\tROOT\t/app\r\n"), 0);
+    EXPECT_TRUE(session_.isUninstalling());
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(session_.getDialogCount(), 2);
+    EXPECT_EQ(valueOf("ROOT"), "/app");
+    const Lines expected = {"Reading installation file name from action log",
+                            "Reading previous installation variables", "Reading installation file",
+                            "Parsing installation file"};
+    const Lines lines = log_.lines();
+    EXPECT_EQ(Lines(lines.begin(), lines.begin() + 4), expected);
+}
+
+TEST_F(InstallerTest, neverReadsTheCabinetWhenUninstalling) {
+    ASSERT_EQ(loadLog("/x\r\n\r\nNUMVARS\t0\r\n"), 0);
+    SharedBuffer buffer;
+    EXPECT_EQ(session_.readAlias(buffer, "install.xml", nullptr), -1);
+}
+
+TEST_F(InstallerTest, cannotOpenALogThatIsNotThere) {
+    EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionActionLog), -1);
+    EXPECT_EQ(log_.lines(), Lines{"ERROR: Failed to open the installation log file (/none.log)"});
+}
+
+TEST_F(InstallerTest, endsWithAnEmptyActionLog) {
+    ASSERT_EQ(loadLog(""), 0);
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines(), (Lines{"Reading installation file name from action log",
+                                   "ERROR: Could not obtain installation file from action log. Exiting!"}));
+}
+
+TEST_F(InstallerTest, endsWithAnActionLogThatNamesAMissingFile) {
+    ASSERT_EQ(loadLog("/lost.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(log_.lines(), (Lines{"Reading installation file name from action log",
+                                   "Reading previous installation variables", "Reading installation file",
+                                   "ERROR: Failed reading installation file",
+                                   "ERROR: Cannot continue due to error(s). Exiting!"}));
+}
+
+TEST_F(InstallerTest, uninstallsInSpiteOfBadVariableLines) {
+    files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/></UninstallDialogs>"
+                                                              "<DefValues/>"));
+    ASSERT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t2\r\nVAR\tEMPTY\t\r\nVAR\tROOT\t/app\r\n"), 0);
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("ERROR: Format error in variable format in log file (Read buff: VAR\tEMPTY)"));
+    EXPECT_TRUE(log_.hasLine("ERROR: Failed to read variables from log"));
+    EXPECT_EQ(valueOf("ROOT"), "/app");
+}
+
+TEST_F(InstallerTest, endsWithoutTheVariablesOfTheLog) {
+    files_.addFile("/p.xml", document(kProduct));
+    ASSERT_EQ(loadLog("/p.xml\r\n\r\n"), 0);
+    EXPECT_EQ(run(), -1);
+    EXPECT_TRUE(log_.hasLine("ERROR: No variable number found in the provided log file!"));
+    EXPECT_TRUE(log_.hasLine("ERROR: Failed to read variables from log"));
+    EXPECT_EQ(log_.lines().back(), "ERROR: Cannot continue due to error(s). Exiting!");
+}
+
+// A whole walk.
+
+TEST_F(InstallerTest, installsFromTheWalk) {
+    load(document(std::string(kProduct) +
+                  "<Dialogs><Hello/><CopyProgress Special='AutoNext'/><Finish Special='Finish'/></Dialogs>"
+                  "<DefValues><Value Name='ROOT' DataType='value'>/app</Value></DefValues>" +
+                  kControls +
+                  "<Installation><Uninstall><InstallLogFile>[ROOT]/install.log</InstallLogFile>"
+                  "<InstallBackupFile>[ROOT]/backup.bin</InstallBackupFile>"
+                  "<UninstallXmlFile>[ROOT]/product.xml</UninstallXmlFile></Uninstall></Installation>"
+                  "<FileSet Name='S'><FN Dest='[ROOT]'>tool.txt</FN>"
+                  "<FN Dest='[ROOT]/bin' Alias='install.xml'>product.xml</FN></FileSet>"),
+         {{"tool.txt", "content"}});
+    ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
+    EXPECT_EQ(run(), 0);
+    EXPECT_FALSE(session_.hasErrors());
+    EXPECT_EQ(session_.getCurrentDialog(), 2);
+    EXPECT_EQ(files_.content("/app/tool.txt"), "content");
+    EXPECT_EQ(
+        files_.content("/app/install.log"),
+        "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t2\r\nVAR\tROOT\t/app\r\nVAR\tEXTERNAL\t0\r\n"
+        "DIR\t2\t/app/bin\\\r\nFILE\tCREATE\t/app/bin\\product.xml\r\nFILE\tCREATE\t/app\\tool.txt\r\n");
+    EXPECT_EQ(session_.hooked, (Lines{"/app/bin\\product.xml", "/app\\tool.txt"}));
+    EXPECT_TRUE(files_.hasFile("/app/backup.bin"));
+}
+
+TEST_F(InstallerTest, saysWhichWorkItDoesNotHave) {
+    load(document(
+        std::string(kProduct) +
+        "<Dialogs><Hello/><RegisterApplication/><RevertInstallation/><End Special='Finish'/></Dialogs>"
+        "<DefValues/>"));
+    ui_.script = [this] {
+        session_.dialogNext(&ui_, 1);
+        EXPECT_TRUE(session_.hasErrors());
+        session_.dialogNext(&ui_, 1);
+        return 0;
+    };
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine(
+        "ERROR: The registration of the application is not carried out: this version can not do that"));
+    EXPECT_TRUE(log_.hasLine(
+        "ERROR: The revert of the installation is not carried out: this version can not do that"));
+    EXPECT_TRUE(session_.hasErrors());
+}
+
+// The rest of the life.
+
+TEST_F(InstallerTest, releasesCabinetLogAndKeptFiles) {
+    load(minimal());
+    files_.addFile("/tmp/a", "x");
+    files_.addFile("/tmp/d", "x");
+    files_.addFile("/tmp/n", "x");
+    session_.uninstallBackups = {{"Old", "/tmp/a", "/tmp/d"}, {"None", "", ""}};
+    session_.nestedBackups = {{"/app/backup.bin", "/tmp/n"}};
+    EXPECT_EQ(session_.releaseSession(), 0);
+    EXPECT_FALSE(files_.hasFile("/tmp/a"));
+    EXPECT_FALSE(files_.hasFile("/tmp/d"));
+    EXPECT_FALSE(files_.hasFile("/tmp/n"));
+    EXPECT_TRUE(session_.uninstallBackups.empty());
+    EXPECT_EQ(session_.nestedBackups.size(), 1U);
+    SharedBuffer buffer;
+    EXPECT_EQ(session_.readAlias(buffer, "install.xml", nullptr), -1);
+}
+
+TEST_F(InstallerTest, closesTheActionLogAtTheEnd) {
+    ASSERT_EQ(loadLog("/x\r\n"), 0);
+    EXPECT_EQ(files_.openFileCount(), 1);
+    EXPECT_EQ(session_.releaseSession(), 0);
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+TEST_F(InstallerTest, isCancelledWhenTheFrontEndConfirms) {
+    EXPECT_EQ(session_.cancel(nullptr), -1);
+    ui_.confirmCancelResult = 0;
+    EXPECT_EQ(session_.cancel(&ui_), 0);
+    EXPECT_FALSE(session_.isCancelled());
+    ui_.confirmCancelResult = 1;
+    EXPECT_EQ(session_.cancel(&ui_), 0);
+    EXPECT_TRUE(session_.isCancelled());
+}
+
+TEST_F(InstallerTest, givesTheDirectoryOfItsImageUnlessItWasSet) {
+    environment_.programPath = "/opt/product/setup";
+    char buffer[64] = "";
+    EXPECT_EQ(session_.getApplicationPath(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, "/opt/product");
+    session_.setApplicationPath("/other");
+    EXPECT_EQ(session_.getApplicationPath(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, "/other");
+    session_.setApplicationPath(nullptr);
+    environment_.programPath = "";
+    EXPECT_EQ(session_.getApplicationPath(buffer, sizeof buffer), -1);
+    EXPECT_STREQ(buffer, "");
+}
+
+TEST_F(InstallerTest, passesOnTheCabinetsResult) {
+    files_.addFile("/bad", std::string(200, 'x'));
+    EXPECT_EQ(session_.loadCabinet("/bad", 0, 0), -5);
+    EXPECT_EQ(session_.loadCabinet("/none", 0, 0), -2);
+    EXPECT_TRUE(log_.hasLine("ERROR: Failed to open /none for decompressing!"));
+}
+
+}  // namespace

@@ -1,0 +1,106 @@
+#include "session/page_work.h"
+
+#include "session_fixture.h"
+
+namespace {
+
+// Reached through a session, whose pages it serves.
+class PageWorkTest : public SessionTest {
+protected:
+    // Walks to a page of this name behind a first one; a page behind it ends the walk.
+    int walkTo(const std::string& page, const std::string& more = "") {
+        load(document(std::string(kProduct) +
+                      "<Dialogs><Hello><Field Type='Directory'>ROOT</Field></Hello><" + page +
+                      "/><End Special='Finish'/></Dialogs><DefValues/>" + kControls + more));
+        ui_.script = [this] {
+            if (beforePage_) {
+                beforePage_();
+            }
+            return session_.dialogNext(&ui_, 1);
+        };
+        const int result = run();
+        return result != 0 ? result : session_.navigation.lastResult;
+    }
+    bool refused(const std::string& work) {
+        return log_.hasLine("ERROR: " + work + " is not carried out: this version can not do that");
+    }
+
+    std::function<void()> beforePage_;
+};
+
+TEST_F(PageWorkTest, refusesWhatItDoesNotHave) {
+    EXPECT_EQ(walkTo("RevertInstallation"), 1);
+    EXPECT_TRUE(refused("The revert of the installation"));
+}
+
+TEST_F(PageWorkTest, refusesTheRevertOfAnUninstallation) {
+    EXPECT_EQ(walkTo("RevertUninstallation"), 1);
+    EXPECT_TRUE(refused("The revert of the uninstallation"));
+}
+
+TEST_F(PageWorkTest, refusesToRegister) {
+    EXPECT_EQ(walkTo("RegisterApplication"), 1);
+    EXPECT_TRUE(refused("The registration of the application"));
+}
+
+TEST_F(PageWorkTest, saysThatEarlierInstallationsStayAndInstallsAllTheSame) {
+    files_.addFile("/app/install.log", "x");
+    EXPECT_EQ(walkTo("CopyProgress",
+                     "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
+                     "</Installation><FileSet Name='S'><FN Dest='/app'>install.xml</FN></FileSet>"),
+              0);
+    EXPECT_TRUE(log_.hasLine("ERROR: Earlier installations are not removed: this version can not do that"));
+    EXPECT_TRUE(files_.hasFile("/app/install.xml"));
+    EXPECT_EQ(session_.earlier.previousUninstallDone, 1);
+}
+
+TEST_F(PageWorkTest, failsAnInstallationWhoseTagsAreNotCarriedOut) {
+    EXPECT_EQ(walkTo("CopyProgress", "<Installation><Shortcuts><Add>x</Add></Shortcuts></Installation>"), -1);
+    EXPECT_EQ(valueOf("INSTALL_ERROR"), "1");
+    EXPECT_TRUE(log_.hasLine("ERROR: Encountered an error during Creating shortcuts"));
+    EXPECT_EQ(session_.errorList, std::vector<std::string>{"Error during: Creating shortcuts"});
+}
+
+TEST_F(PageWorkTest, showsTheStatusOfEachPhaseInOrder) {
+    EXPECT_EQ(walkTo("CopyProgress"), 0);
+    EXPECT_EQ(
+        ui_.callsOf("setStatusText"),
+        (std::vector<std::string>{
+            "setStatusText(\"Updating environment variables\")", "setStatusText(\"Updating .ini files\")",
+            "setStatusText(\"Modifying files\")", "setStatusText(\"Creating shortcuts\")",
+            "setStatusText(\"Updating Firewall\")", "setStatusText(\"Running additional installations\")",
+            "setStatusText(\"The installation was successful.\")"}));
+}
+
+TEST_F(PageWorkTest, goesOnToTheEndWhenErrorsAreIgnored) {
+    ui_.ignoreErrors = 1;
+    EXPECT_EQ(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='/app'>gone</FN></FileSet>"), -1);
+    EXPECT_EQ(valueOf("INSTALL_ERROR"), "(none)");
+    EXPECT_EQ(session_.dialogNext(&ui_, 1), 0);
+    EXPECT_EQ(session_.getCurrentDialog(), 2);
+}
+
+TEST_F(PageWorkTest, normalizesTheValuesOfDirectoryFields) {
+    beforePage_ = [this] { session_.setVariable("ROOT", " /opt/demo "); };
+    EXPECT_EQ(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='[ROOT]'>install.xml</FN></FileSet>"), 0);
+    EXPECT_EQ(valueOf("ROOT"), "\\opt\\demo");
+    EXPECT_TRUE(files_.hasFile("/opt/demo/install.xml"));
+}
+
+TEST_F(PageWorkTest, refusesTheUninstallationOfTheProduct) {
+    files_.addFile("/p.xml", document(std::string(kProduct) +
+                                      "<UninstallDialogs><Bye/><CopyProgress/><UnregisterApplication/>"
+                                      "<End Special='Finish'/></UninstallDialogs><DefValues/>"));
+    ASSERT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
+    ui_.script = [this] {
+        session_.dialogNext(&ui_, 1);
+        EXPECT_TRUE(session_.hasErrors());
+        return session_.dialogNext(&ui_, 1);
+    };
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(refused("The uninstallation of the product"));
+    EXPECT_TRUE(refused("The removal of the application's registration"));
+    EXPECT_TRUE(session_.hasErrors());
+}
+
+}  // namespace
