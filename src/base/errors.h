@@ -2,8 +2,12 @@
 
 #include <cstdarg>
 
-#if defined(__GNUC__)
+#if defined(__clang__)
 #define TANDREL_PRINTF(formatIndex, firstArgument) __attribute__((format(printf, formatIndex, firstArgument)))
+#elif defined(__GNUC__)
+// The formats of the C standard on every system; plain "printf" may mean those of the system's old library.
+#define TANDREL_PRINTF(formatIndex, firstArgument) \
+    __attribute__((format(gnu_printf, formatIndex, firstArgument)))
 #else
 #define TANDREL_PRINTF(formatIndex, firstArgument)
 #endif

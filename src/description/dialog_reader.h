@@ -36,9 +36,11 @@ private:
     bool readField(std::int32_t node, const DialogDesc& dialog, DialogFieldDesc& outField);
     bool readButton(std::int32_t node, DialogButtonDesc& outButton);
     void readTrigger(std::int32_t node, DialogDesc& dialog);
-    static void addStandardFurniture(DialogDesc& dialog);
+    std::int32_t readTriggerType(std::int32_t node, const DialogDesc& dialog);
+    static std::int32_t sideOnly(std::int32_t align);
 
     std::vector<std::int32_t> childrenOf(std::int32_t node) const;
+    bool hasPosition(std::int32_t node) const;
     const char* attribute(std::int32_t node, const char* name) const;
     std::int32_t numberOr(std::int32_t node, const char* name, std::int32_t fallback) const;
     std::int32_t colour(std::int32_t node, const char* name) const;

@@ -17,8 +17,8 @@ bool ActionLogPublisher::publishLog(const std::string& from, const std::string& 
             return true;
         }
         if (!OUtils::copyFile(from.c_str(), to.c_str(), files_)) {
-            console_.print("ERROR: The install log could not be written to %s; it stays at %s", to.c_str(),
-                           from.c_str());
+            console_->print("ERROR: The install log could not be written to %s; it stays at %s", to.c_str(),
+                            from.c_str());
             return false;
         }
     }
@@ -28,8 +28,8 @@ bool ActionLogPublisher::publishLog(const std::string& from, const std::string& 
 
 bool ActionLogPublisher::publishBackup(const std::string& from, const std::string& to) {
     if (!to.empty() && !OUtils::copyFile(from.c_str(), to.c_str(), files_)) {
-        console_.print("ERROR: The backup file could not be written to %s; it stays at %s", to.c_str(),
-                       from.c_str());
+        console_->print("ERROR: The backup file could not be written to %s; it stays at %s", to.c_str(),
+                        from.c_str());
         return false;
     }
     files_.removeFile(from.c_str());

@@ -2,7 +2,8 @@
 
 #include <string>
 
-class PConsole;
+#include "engine/session_log.h"
+
 namespace platform {
 class FileSystem;
 }
@@ -11,7 +12,7 @@ class FileSystem;
 class ActionLogPublisher {
 public:
     // Both outlive this object.
-    ActionLogPublisher(platform::FileSystem& files, PConsole& console) : files_(files), console_(console) {}
+    ActionLogPublisher(platform::FileSystem& files, SessionLog console) : files_(files), console_(console) {}
 
     // Moves the closed temporary log to `logPath`, by a copy where it can't be moved, and copies the closed
     // temporary archive to `backupPath`; what stands there is replaced. An empty final path publishes
@@ -26,5 +27,5 @@ private:
     bool publishBackup(const std::string& from, const std::string& to);
 
     platform::FileSystem& files_;
-    PConsole& console_;
+    SessionLog console_;
 };

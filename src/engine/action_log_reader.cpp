@@ -97,8 +97,8 @@ bool ActionLogReader::readVariablesFromLog(const VariableSink& sink) {
             sink(variable.name, variable.value);
         } else {
             hasBadLines = true;
-            console_.print("ERROR: Format error in variable format in log file (Read buff: %s)",
-                           stripped.c_str());
+            console_->print("ERROR: Format error in variable format in log file (Read buff: %s)",
+                            stripped.c_str());
         }
     }
     return hasBadLines;

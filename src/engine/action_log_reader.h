@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-class PConsole;
+#include "engine/session_log.h"
+
 class PStream;
 
 // Reads what an action log holds ahead of its change records.
@@ -15,7 +16,7 @@ public:
     using VariableSink = std::function<void(const std::string& name, const std::string& value)>;
 
     // `file` is an open log, or null; it and the console outlive this object.
-    ActionLogReader(PStream* file, PConsole& console) : file_(file), console_(console) {}
+    ActionLogReader(PStream* file, SessionLog console) : file_(file), console_(console) {}
 
     // Line 1, the path of the description, with white space at its end cut. False when there is no file or
     // nothing can be read; an empty line is read as an empty path.
@@ -32,5 +33,5 @@ public:
 
 private:
     PStream* file_;
-    PConsole& console_;
+    SessionLog console_;
 };

@@ -9,7 +9,7 @@ class FileSystem;
 }
 
 // Creates directories with all their missing levels. It remembers the directories that it has seen, so that
-// asking for one again costs nothing; it must not outlive the work during which nobody removes them.
+// asking for one again costs nothing, until it is told that somebody may have removed some.
 class DirectoryCreator {
 public:
     // The longest path; what is longer is cut.
@@ -18,6 +18,9 @@ public:
     static constexpr std::size_t kShortestPath = 4;
 
     explicit DirectoryCreator(platform::FileSystem& files) : files_(files) {}
+
+    // Directories may have been removed.
+    void forget() { known_.clear(); }
 
     // Creates each level of `path` that ends with a separator, behind the root (a drive letter with its
     // separator, or a leading separator): what follows the last separator counts as a file's name.

@@ -4,11 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "engine/session_log.h"
 #include "support/md5.h"
 
 class Cabinet;
 class Expressions;
-class PConsole;
 
 // The content of a file from the cabinet. The bytes belong to the cabinet, or, once expanded, to this record.
 struct FileContent {
@@ -28,7 +28,7 @@ public:
     static constexpr std::size_t kInstalledFileLimit = 8192;
     static constexpr std::size_t kExtractedFileLimit = 0x100000;
 
-    FileContents(const Cabinet& cabinet, Expressions& expressions, PConsole& console)
+    FileContents(const Cabinet& cabinet, Expressions& expressions, SessionLog console)
         : cabinet_(cabinet), expressions_(expressions), console_(console) {}
 
     // False when the cabinet doesn't hold the alias or the entry can't be read.
@@ -42,5 +42,5 @@ public:
 private:
     const Cabinet& cabinet_;
     Expressions& expressions_;
-    PConsole& console_;
+    SessionLog console_;
 };

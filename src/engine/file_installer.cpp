@@ -27,11 +27,13 @@ std::uint32_t checkSumOf(std::string_view content) {
 
 }  // namespace
 
-FileInstaller::FileInstaller(Parts parts, PConsole& console)
+FileInstaller::FileInstaller(Parts parts, SessionLog console)
     : parts_(parts), console_(console), comparer_(parts.files), directories_(parts.files) {}
 
 bool FileInstaller::installFiles(BackupFile& backup, WorkReport& report, const Hook& afterFileInstalled) {
     failed_ = false;
+    parts_.planner.forget();
+    directories_.forget();
     const auto& files = parts_.fileSets.getFiles();
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (parts_.planner.isSelected(files[i])) {
@@ -85,8 +87,8 @@ std::string FileInstaller::prepareDirectory(const FileEntry& file) {
 bool FileInstaller::readContent(Work& work, FileContent& content) {
     if (!parts_.contents.read(work.file.alias, content)) {
         if (!work.file.okIfMissing) {
-            console_.print("ERROR: File missing from the compressed cabinet! (alias: %s)",
-                           work.file.alias.c_str());
+            console_->print("ERROR: File missing from the compressed cabinet! (alias: %s)",
+                            work.file.alias.c_str());
             failed_ = true;
         }
         return false;

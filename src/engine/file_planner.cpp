@@ -19,6 +19,11 @@ std::string cleaned(std::string path) {
 
 }  // namespace
 
+void FilePlanner::forget() {
+    conditions_.clear();
+    directories_.clear();
+}
+
 bool FilePlanner::isSelected(const FileEntry& file) {
     if (file.dest.empty() || !holds(file.condition.c_str())) {
         return false;
@@ -45,8 +50,8 @@ bool FilePlanner::findDirectory(const FileEntry& file, std::string& outDirectory
     }
     outDirectory = known->second.path;
     if (!known->second.expanded) {
-        console_.print("ERROR: Expanding full destination of a file: %s (alias: %s)", file.dest.c_str(),
-                       file.alias.c_str());
+        console_->print("ERROR: Expanding full destination of a file: %s (alias: %s)", file.dest.c_str(),
+                        file.alias.c_str());
     }
     return known->second.expanded;
 }

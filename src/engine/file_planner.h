@@ -3,18 +3,21 @@
 #include <string>
 #include <unordered_map>
 
+#include "engine/session_log.h"
+
 class Expressions;
 class FileSets;
-class PConsole;
 struct FileEntry;
 
-// Decides which files are installed and where. Variables must not change during its life: what it has found
-// out about a condition or a directory once holds for all files that share it.
+// Decides which files are installed and where. What it has found out about a condition or a directory once
+// holds for all files that share it, until it is told that variables may have changed.
 class FilePlanner {
 public:
-    FilePlanner(const FileSets& fileSets, Expressions& expressions, PConsole& console)
+    FilePlanner(const FileSets& fileSets, Expressions& expressions, SessionLog console)
         : fileSets_(fileSets), expressions_(expressions), console_(console) {}
 
+    // Variables may have changed.
+    void forget();
     // False for a file without a destination, and where its condition or its file set's doesn't hold.
     bool isSelected(const FileEntry& file);
     // The file's directory with a separator at its end, at most 1,559 bytes. False when it can't be
@@ -34,7 +37,7 @@ private:
 
     const FileSets& fileSets_;
     Expressions& expressions_;
-    PConsole& console_;
+    SessionLog console_;
     std::unordered_map<std::string, bool> conditions_;
     std::unordered_map<std::string, Directory> directories_;  // by the unexpanded destination
 };

@@ -27,8 +27,8 @@ bool FileReplacer::write(InstallerUI* ui, const char* path, bool exists, std::st
     const auto size = static_cast<std::uint32_t>(content.size());
     int status = open(file, ui, path, exists);
     if (debugLevel_ >= kFileDebugLevel) {
-        console_.print("+ Creating file \"%s\" (size = %d, iores = %d)", path, static_cast<int>(size),
-                       status);
+        console_->print("+ Creating file \"%s\" (size = %d, iores = %d)", path, static_cast<int>(size),
+                        status);
     }
     if (status != 0) {
         return false;
@@ -41,8 +41,8 @@ bool FileReplacer::write(InstallerUI* ui, const char* path, bool exists, std::st
         return true;
     }
     if (debugLevel_ >= kFileDebugLevel) {
-        console_.print("- ERROR: Writing file failed (iores = %d, written = %d)", status,
-                       static_cast<int>(written));
+        console_->print("- ERROR: Writing file failed (iores = %d, written = %d)", status,
+                        static_cast<int>(written));
     }
     return false;
 }

@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "engine/file_in_use.h"
+#include "engine/session_log.h"
 
 class InstallerUI;
-class PConsole;
 
 // Writes whole files to the disk, over what is there.
 class FileReplacer {
@@ -15,7 +15,7 @@ public:
     static constexpr std::uint32_t kProgramEndMilliseconds = 2000;
 
     // `debugLevel` is the session's field; from level 3 on each file is logged.
-    FileReplacer(platform::FileSystem& files, SystemOperations& system, PConsole& console,
+    FileReplacer(platform::FileSystem& files, SystemOperations& system, SessionLog console,
                  const std::int32_t& debugLevel)
         : files_(files), inUse_(files, system), console_(console), debugLevel_(debugLevel) {}
 
@@ -28,6 +28,6 @@ private:
 
     platform::FileSystem& files_;
     FileInUse inUse_;
-    PConsole& console_;
+    SessionLog console_;
     const std::int32_t& debugLevel_;
 };

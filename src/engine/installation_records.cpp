@@ -22,16 +22,16 @@ std::string temporaryName(SystemOperations& system) {
 
 }  // namespace
 
-InstallationRecords::InstallationRecords(Parts parts, PConsole& console)
+InstallationRecords::InstallationRecords(Parts parts, SessionLog console)
     : parts_(parts), console_(console), backup_(parts.files) {}
 
 bool InstallationRecords::open() {
     if (!openLog()) {
-        console_.print("ERROR: Obtaining temp filename for install temp log!");
+        console_->print("ERROR: Obtaining temp filename for install temp log!");
         return false;
     }
     if (!openBackup()) {
-        console_.print("ERROR: Obtaining temp filename for install temp backup!");
+        console_->print("ERROR: Obtaining temp filename for install temp backup!");
         parts_.log.close();
         parts_.files.removeFile(temporaryLog_.c_str());
         return false;
@@ -58,11 +58,11 @@ bool InstallationRecords::openBackup() {
 bool InstallationRecords::closeAll() {
     const bool logWritten = parts_.log.close();
     if (!logWritten) {
-        console_.print("ERROR: The install log could not be written completely");
+        console_->print("ERROR: The install log could not be written completely");
     }
     const bool backupWritten = backup_.close() == 0;
     if (!backupWritten) {
-        console_.print("ERROR: The backup file could not be written completely");
+        console_->print("ERROR: The backup file could not be written completely");
     }
     return logWritten && backupWritten;
 }

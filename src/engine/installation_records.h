@@ -2,11 +2,11 @@
 
 #include <string>
 
+#include "engine/session_log.h"
 #include "package/backup_file.h"
 
 class ActionLogWriter;
 class LoggedVariables;
-class PConsole;
 class ProductDescription;
 class SystemOperations;
 
@@ -21,7 +21,7 @@ public:
         platform::FileSystem& files;
     };
 
-    InstallationRecords(Parts parts, PConsole& console);
+    InstallationRecords(Parts parts, SessionLog console);
 
     // Opens both under temporary names and writes the log's head. False when that can't be done, which is
     // logged; nothing is left then.
@@ -37,7 +37,7 @@ private:
     bool closeAll();
 
     Parts parts_;
-    PConsole& console_;
+    SessionLog console_;
     BackupFile backup_;
     std::string temporaryLog_;
     std::string temporaryBackup_;

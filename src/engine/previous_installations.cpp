@@ -7,7 +7,7 @@
 #include "support/p_console.h"
 
 PreviousInstallations::PreviousInstallations(EarlierInstallations& found, VariableStore& variables,
-                                             const ControlVariables& controls, PConsole& console)
+                                             const ControlVariables& controls, SessionLog console)
     : found_(found), variables_(variables), controls_(controls), console_(console) {}
 
 bool PreviousInstallations::isWanted() {
@@ -26,7 +26,7 @@ int PreviousInstallations::uninstallPrevious() {
     if (!isAnythingFound) {
         return 0;
     }
-    console_.print("ERROR: Earlier installations are not removed: this version can not do that");
+    console_->print("ERROR: Earlier installations are not removed: this version can not do that");
     const char* error = controls_.nameOf(ControlVariable::kUninstallError);
     if (error[0] != '\0') {
         variables_.setVariable(error, "");

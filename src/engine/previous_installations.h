@@ -1,7 +1,8 @@
 #pragma once
 
+#include "engine/session_log.h"
+
 class ControlVariables;
-class PConsole;
 class VariableStore;
 struct EarlierInstallations;
 
@@ -9,7 +10,7 @@ struct EarlierInstallations;
 class PreviousInstallations {
 public:
     PreviousInstallations(EarlierInstallations& found, VariableStore& variables,
-                          const ControlVariables& controls, PConsole& console);
+                          const ControlVariables& controls, SessionLog console);
 
     // Runs once in a session, and only when the variable of the role ShouldUninstall isn't 0. 0 when there
     // is nothing to do; 1 when something would have to be removed: this version has no removal, and the log
@@ -22,5 +23,5 @@ private:
     EarlierInstallations& found_;
     VariableStore& variables_;
     const ControlVariables& controls_;
-    PConsole& console_;
+    SessionLog console_;
 };

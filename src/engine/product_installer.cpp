@@ -48,9 +48,9 @@ void ProductInstaller::reportEnd(WorkReport& report, bool failed) {
 
 void ProductInstaller::reportErrors(WorkReport& report,
                                     const std::vector<const InstallationPhase*>& failedPhases) {
-    console_.print("WARNING: An error ocurred during installation");
+    console_->print("WARNING: An error ocurred during installation");
     for (const InstallationPhase* phase : failedPhases) {
-        console_.print("ERROR: Encountered an error during %s", phase->statusText.c_str());
+        console_->print("ERROR: Encountered an error during %s", phase->statusText.c_str());
         report.addError("Error during: " + phase->statusText);
     }
     const char* variable = parts_.controls.nameOf(ControlVariable::kInstallError);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/file_installer.h"
+#include "engine/session_log.h"
 #include "engine/work_report.h"
 
 class ControlVariables;
@@ -30,7 +31,7 @@ public:
         const ControlVariables& controls;
     };
 
-    ProductInstaller(Parts parts, PConsole& console) : parts_(parts), console_(console) {}
+    ProductInstaller(Parts parts, SessionLog console) : parts_(parts), console_(console) {}
 
     // 0, or -1 when any step failed; with temporary files that can't be had nothing is changed. The variable
     // is left alone when the front end ignores errors.
@@ -44,5 +45,5 @@ private:
     void reportErrors(WorkReport& report, const std::vector<const InstallationPhase*>& failedPhases);
 
     Parts parts_;
-    PConsole& console_;
+    SessionLog console_;
 };

@@ -57,7 +57,7 @@ void WorkReport::addError(const std::string& text) {
 }
 
 void WorkReport::showErrors(const char* heading) {
-    if (errors_ == nullptr) {
+    if (errors_ == nullptr || errors_->empty()) {
         return;
     }
     addLine(heading, false);

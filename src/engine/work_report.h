@@ -27,7 +27,7 @@ public:
     void addLine(const std::string& text, bool flushNow);
     void flushLines();
     void addError(const std::string& text);
-    // Shows the list of errors under a heading.
+    // Shows the list of errors, if it holds any, under a heading.
     void showErrors(const char* heading);
     // False without a front end.
     bool ignoresErrors();

@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "base/p_list.h"
+#include "description/command_line_arguments.h"
 
 // The options of the command line, in their order. Names and values are UTF-8, belong to this object and stay
 // in place for its whole life.
-class CommandLineParameters {
+class CommandLineParameters : public CommandLineArguments {
 public:
     CommandLineParameters();
-    ~CommandLineParameters();
+    ~CommandLineParameters() override;
     CommandLineParameters(const CommandLineParameters&) = delete;
     CommandLineParameters& operator=(const CommandLineParameters&) = delete;
 
@@ -28,6 +29,10 @@ public:
     // 0 <= index < getCount(), unchecked.
     const char* name(int index) const;
     const char* value(int index) const;
+
+    int getArgumentCount() const override { return getCount(); }
+    const char* getArgumentName(int index) const override { return name(index); }
+    const char* getArgumentValue(int index) const override { return value(index); }
 
 private:
     struct Record;

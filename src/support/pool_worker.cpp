@@ -78,25 +78,27 @@ void ThreadRun::rethrow() const {
     }
 }
 
+Worker::Worker(const ThreadManager* owner, int index) : owner_(owner), index_(index) {
+    queue_.reserve(2);
+}
+
 void Worker::start(const std::shared_ptr<Worker>& worker) {
     worker->thread_ = std::thread([worker] { worker->loop(); });
+}
+
+bool Worker::claim() {
+    const std::lock_guard lock(mutex_);
+    if (state_ != WorkerState::kIdle) {
+        return false;
+    }
+    state_ = WorkerState::kBusy;
+    return true;
 }
 
 void Worker::post(WorkItem item) {
     const std::lock_guard lock(mutex_);
     queue_.push_back(std::move(item));
     changed_.notify_all();
-}
-
-bool Worker::postIfIdle(const WorkItem& item) {
-    const std::lock_guard lock(mutex_);
-    if (state_ != WorkerState::kIdle) {
-        return false;
-    }
-    queue_.push_back(item);
-    state_ = WorkerState::kBusy;
-    changed_.notify_all();
-    return true;
 }
 
 bool Worker::waitToReach(WorkerState state, std::chrono::steady_clock::time_point deadline) {
@@ -131,7 +133,7 @@ WorkItem Worker::next() {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !queue_.empty(); });
     WorkItem item = std::move(queue_.front());
-    queue_.pop_front();
+    queue_.erase(queue_.begin());
     state_ = WorkerState::kBusy;
     return item;
 }

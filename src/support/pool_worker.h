@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <exception>
 #include <memory>
 #include <mutex>
@@ -64,16 +63,18 @@ struct WorkItem {
 // left to itself.
 class Worker {
 public:
-    Worker(const ThreadManager* owner, int index) : owner_(owner), index_(index) {}
+    Worker(const ThreadManager* owner, int index);
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    // Starts the thread of a new worker. Throws std::system_error when the system refuses.
+    // Starts the thread of a new worker, which is the caller's like a claimed one. Throws std::system_error
+    // when the system refuses.
     static void start(const std::shared_ptr<Worker>& worker);
 
+    // Makes an idle worker the caller's, who then posts one item of work. False when it isn't idle.
+    bool claim();
+    // Never fails: a worker gets at most one item of work and the message to end.
     void post(WorkItem item);
-    // Posts to an idle worker, which is busy from then on. False when it isn't idle.
-    bool postIfIdle(const WorkItem& item);
     // True when the worker is in `state`; waits for that until `deadline`.
     bool waitToReach(WorkerState state, std::chrono::steady_clock::time_point deadline);
     // Waits for the end of a terminated thread, or leaves one that isn't to itself.
@@ -97,7 +98,7 @@ private:
     std::mutex mutex_;  // guards the state and the queue
     std::condition_variable changed_;
     WorkerState state_ = WorkerState::kCreated;
-    std::deque<WorkItem> queue_;
+    std::vector<WorkItem> queue_;         // its room is taken at the start
     bool lowPriority_ = false;            // used by the thread alone, as is what follows
     std::optional<std::uint16_t> group_;  // the number of the group that it is bound to
 };

@@ -34,7 +34,7 @@ int readDefaultThreadCount(platform::Environment& environment) {
     const std::optional<std::string> text = environment.get("ORMEL_NUM_THREADS");
     const int wanted = text.has_value() ? textToInteger(text->c_str()) : 0;
     if (wanted >= 1) {
-        return wanted;
+        return std::min(wanted, kThreadLimit);
     }
     const int inGroups =
         readThreadAffinity(environment) ? processorsOf(platform::usableProcessorGroups()) : 0;

@@ -11,8 +11,11 @@ namespace OUtils {
 // False only when ORMEL_USE_THREAD_AFFINITY is set to a text that converts to 0.
 bool readThreadAffinity(platform::Environment& environment);
 
-// ORMEL_NUM_THREADS if that is at least 1; otherwise, with thread affinity, the processors of the usable
-// groups; otherwise the processors that the system reports. At least 1.
+// A number of threads from outside is taken up to this one.
+inline constexpr int kThreadLimit = 1024;
+
+// ORMEL_NUM_THREADS if that is at least 1, and kThreadLimit if it is more; otherwise, with thread affinity,
+// the processors of the usable groups; otherwise the processors that the system reports. At least 1.
 int readDefaultThreadCount(platform::Environment& environment);
 
 // The values of this process, read at the first use and kept.

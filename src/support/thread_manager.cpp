@@ -102,24 +102,32 @@ void WinThreadManager::readProcessorGroups() {
     }
 }
 
-// Hands work to a worker. False when there is none and the system refuses another.
-bool WinThreadManager::postToWorker(WorkItem item) {
+// Gives workers that are the caller's to post to, each a thread of its own; fewer than `wanted` when the
+// system refuses threads.
+std::vector<std::shared_ptr<Worker>> WinThreadManager::takeWorkers(int wanted) {
     const std::lock_guard lock(mutex_);
-    try {
-        for (const std::shared_ptr<Worker>& worker : workers_) {
-            if (worker->postIfIdle(item)) {
-                return true;
-            }
+    std::vector<std::shared_ptr<Worker>> taken;
+    taken.reserve(static_cast<std::size_t>(wanted));
+    workers_.reserve(workers_.size() + static_cast<std::size_t>(wanted));
+    for (const std::shared_ptr<Worker>& worker : workers_) {
+        if (static_cast<int>(taken.size()) == wanted) {
+            break;
         }
-        auto worker = std::make_shared<Worker>(this, static_cast<int>(workers_.size()));
-        worker->post(std::move(item));
-        workers_.reserve(workers_.size() + 1);
-        Worker::start(worker);
-        workers_.push_back(std::move(worker));
-        return true;
-    } catch (const std::exception&) {
-        return false;
+        if (worker->claim()) {
+            taken.push_back(worker);
+        }
     }
+    try {
+        while (static_cast<int>(taken.size()) < wanted) {
+            const auto worker = std::make_shared<Worker>(this, static_cast<int>(workers_.size()));
+            Worker::start(worker);
+            workers_.push_back(worker);
+            taken.push_back(worker);
+        }
+    } catch (const std::exception&) {
+        debugOutput("[WinThreadManager] %i of %i threads\n", static_cast<int>(taken.size()), wanted);
+    }
+    return taken;
 }
 
 std::int32_t WinThreadManager::runThreads(int count, MultiThreaded& procedure, ThreadProgress* progress,
@@ -132,7 +140,11 @@ std::int32_t WinThreadManager::runThreads(int count, MultiThreaded& procedure, T
     }
     readProcessorGroups();
     const auto run = std::make_shared<ThreadRun>(procedure, total);
-    const int posted = postParts(run, total);
+    const std::vector<std::shared_ptr<Worker>> workers = takeWorkers(total);
+    const auto posted = static_cast<int>(workers.size());
+    for (int index = 0; index < posted; ++index) {
+        workers[static_cast<std::size_t>(index)]->post(partItem(run, index));
+    }
     for (int index = posted; index < total; ++index) {
         run->runPart(index);
         run->finishPart();
@@ -145,31 +157,30 @@ std::int32_t WinThreadManager::runThreads(int count, MultiThreaded& procedure, T
     return run->shared().cancelled;
 }
 
-// Hands the parts to workers, the first ones first; gives the number of parts that found one.
-int WinThreadManager::postParts(const std::shared_ptr<ThreadRun>& run, int total) {
-    for (int index = 0; index < total; ++index) {
-        WorkItem item;
-        item.message = WorkerMessage::kRunMultiThreaded;
-        item.run = run;
-        item.index = index;
-        item.lowPriority = lowPriority_;
-        if (const platform::ProcessorGroup* group = groupForThread(groups_, index)) {
-            item.group = *group;
-        }
-        if (!postToWorker(std::move(item))) {
-            return index;
-        }
+WorkItem WinThreadManager::partItem(const std::shared_ptr<ThreadRun>& run, int index) const {
+    WorkItem item;
+    item.message = WorkerMessage::kRunMultiThreaded;
+    item.run = run;
+    item.index = index;
+    item.lowPriority = lowPriority_;
+    if (const platform::ProcessorGroup* group = groupForThread(groups_, index)) {
+        item.group = *group;
     }
-    return total;
+    return item;
 }
 
 int WinThreadManager::startDetached(ThreadProcedure& procedure, void* argument) {
+    const std::vector<std::shared_ptr<Worker>> workers = takeWorkers(1);
+    if (workers.empty()) {
+        return -1;
+    }
     WorkItem item;
     item.message = WorkerMessage::kRunProcedure;
     item.procedure = &procedure;
     item.argument = argument;
     item.lowPriority = lowPriority_;
-    return postToWorker(std::move(item)) ? 0 : -1;
+    workers.front()->post(std::move(item));
+    return 0;
 }
 
 int WinThreadManager::getThreadIndex() {

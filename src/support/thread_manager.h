@@ -107,8 +107,8 @@ public:
     int getWorkerCount();
 
 private:
-    int postParts(const std::shared_ptr<ThreadRun>& run, int total);
-    bool postToWorker(WorkItem item);
+    std::vector<std::shared_ptr<Worker>> takeWorkers(int wanted);
+    WorkItem partItem(const std::shared_ptr<ThreadRun>& run, int index) const;
     void readProcessorGroups();
     void endWorkers();
 

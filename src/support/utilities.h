@@ -28,6 +28,9 @@ int getProgramPath(char* out, std::int64_t capacity);
 // failure that changes nothing.
 bool copyFile(const char* from, const char* to, platform::FileSystem& files = platform::systemFileSystem());
 
+// 0, or the system's error number, also when there is no such file.
+int removeFile(const char* path, platform::FileSystem& files = platform::systemFileSystem());
+
 // Reads a file of at most 2,147,483,647 bytes. 0, the system's error number, or -1 when the file is larger or
 // ended early; what was held before is gone after a failure.
 int readWholeFile(const char* path, SharedBuffer& outContent,

@@ -403,8 +403,8 @@ int MemoryFileSystem::parentStatus(const std::string& path) const {
 
 int MemoryFileSystem::open(const char* path, const platform::OpenOptions& options,
                            std::unique_ptr<platform::File>& outFile) {
+    outFile = nullptr;  // closing an earlier file takes the lock itself
     const std::lock_guard lock(mutex_);
-    outFile = nullptr;
     const std::string name = resolved(path);
     NodePtr node;
     int status = begin(Operation::kOpen, name, "open " + name);

@@ -1,0 +1,12 @@
+# Writes the source file that holds the build's revision, only when that changed.
+execute_process(COMMAND git -C ${SOURCE_DIR} rev-parse --short=12 HEAD
+  OUTPUT_VARIABLE revision OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+string(SUBSTRING "${revision}000000000000" 0 12 revision)
+set(text "#include \"installer/revision.h\"\n\nconst char kBuildRevision[] = \"${revision}\";\n")
+set(old "")
+if(EXISTS ${OUTPUT})
+  file(READ ${OUTPUT} old)
+endif()
+if(NOT old STREQUAL text)
+  file(WRITE ${OUTPUT} "${text}")
+endif()

@@ -1,0 +1,2 @@
+@echo off
+echo hello from an installed file

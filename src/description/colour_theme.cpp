@@ -1,0 +1,75 @@
+#include "description/colour_theme.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <string_view>
+
+#include "base/text_functions.h"
+
+namespace {
+
+constexpr const char* kSlotNames[] = {
+    "DialogBackground",
+    "DialogForeground",
+    "ListBackground",
+    "InputBoxBackground",
+    "InputBoxText",
+    "LinkButtons",
+    "ButtonsBackground",
+    "ButtonsText",
+    "ActiveButtonsBackground",
+    "ActiveButtonsText",
+    "ActiveText",
+    "InactiveText",
+    "HighlightedText",
+    "ProgressBarForeground",
+    "ProgressBarBackground",
+    "FieldForeground",
+    "FieldBackground",
+    "InvalidFieldForeground",
+    "InvalidFieldBackground",
+    "StaticElements",
+};
+static_assert(std::size(kSlotNames) == kThemeSlotCount);
+
+constexpr std::string_view kGroupPrefix = "Group:";
+constexpr unsigned long long kLargestNumber = 0xFFFFFFFFULL;  // that 32 bits hold, on every system
+
+}  // namespace
+
+const char* ColourTheme::nameOf(ThemeSlot slot) {
+    return kSlotNames[static_cast<std::size_t>(slot)];
+}
+
+std::int32_t ColourTheme::findSlot(const char* name) {
+    for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
+        if (OUtils::equalsIgnoreCase(kSlotNames[i], name)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+std::int32_t ColourTheme::parseHexColour(const char* text) {
+    if (text == nullptr) {
+        return -1;
+    }
+    const unsigned long long number = std::min(std::strtoull(text, nullptr, 16), kLargestNumber);
+    const auto red = static_cast<std::int32_t>((number >> 16) & 0xFF);
+    const auto green = static_cast<std::int32_t>((number >> 8) & 0xFF);
+    const auto blue = static_cast<std::int32_t>(number & 0xFF);
+    return blue << 16 | green << 8 | red;
+}
+
+std::int32_t ColourTheme::parseColour(const char* text) const {
+    if (text == nullptr || !OUtils::startsWithIgnoreCase(text, kGroupPrefix)) {
+        return parseHexColour(text);
+    }
+    const auto group = customGroups_.find(text + kGroupPrefix.size());
+    return group == customGroups_.end() ? -1 : group->second;
+}
+
+std::int32_t ColourTheme::getThemeColour(int index) const {
+    return index >= 0 && index < kThemeSlotCount ? slots_[static_cast<std::size_t>(index)] : -1;
+}

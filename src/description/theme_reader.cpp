@@ -1,0 +1,163 @@
+#include "description/theme_reader.h"
+
+#include <vector>
+
+#include "base/text_functions.h"
+#include "description/colour_theme.h"
+#include "description/dialog_model.h"
+#include "description/expressions.h"
+#include "description/pxml.h"
+#include "support/p_console.h"
+
+namespace {
+
+void readGroup(const PXML& description, std::int32_t node, PConsole* console, ColourTheme& theme) {
+    const char* name = description.getAttribute(node, "Name");
+    if (name != nullptr && *name != '\0') {
+        theme.setGroup(name, ColourTheme::parseHexColour(description.getText(node)));
+    } else if (console != nullptr) {
+        console->print("WARNING: Theme custom group tag missing a 'Name' attribute!");
+    }
+}
+
+void readSlot(const PXML& description, std::int32_t node, PConsole* console, ColourTheme& theme) {
+    const std::int32_t slot = ColourTheme::findSlot(description.getName(node));
+    if (slot >= 0) {
+        theme.setColour(static_cast<ThemeSlot>(slot), ColourTheme::parseHexColour(description.getText(node)));
+    } else if (console != nullptr) {
+        console->print("WARNING: Colour theme tag is not supported by installer: \"%s\"",
+                       description.getName(node));
+    }
+}
+
+void fill(std::int32_t& colour, std::int32_t fallback) {
+    if (colour == -1) {
+        colour = fallback;
+    }
+}
+
+std::int32_t orElse(std::int32_t colour, std::int32_t otherwise) {
+    return colour != -1 ? colour : otherwise;
+}
+
+// Fills what one page leaves open. Sub-dialogs take the theme's colours, not those of their dialog.
+class PageTheming {
+public:
+    explicit PageTheming(const ColourTheme& theme) : theme_(theme) {}
+
+    void apply(DialogDesc& page) const {
+        fill(page.backgroundColour, slot(ThemeSlot::kDialogBackground));
+        fill(page.foregroundColour, slot(ThemeSlot::kDialogForeground));
+        if (page.has(kDialogHasSubDialogs)) {
+            for (DialogDesc& sub : page.subDialogs) {
+                apply(sub);
+            }
+        }
+        for (DialogElementDesc& element : page.elements) {
+            applyToElement(element, page);
+        }
+        for (DialogFieldDesc& field : page.fields) {
+            applyToField(field, page);
+        }
+        for (DialogButtonDesc& button : page.buttons) {
+            applyToButton(button);
+        }
+    }
+
+private:
+    std::int32_t slot(ThemeSlot which) const { return theme_.getColour(which); }
+
+    void applyToElement(DialogElementDesc& element, const DialogDesc& page) const {
+        switch (element.kind) {
+            case kElementText:
+                fill(element.foregroundColour, slot(ThemeSlot::kActiveText));
+                [[fallthrough]];
+            case kElementImage:
+            case kElementSlideShow:
+                fill(element.backgroundColour, page.backgroundColour);
+                break;
+            case kElementHLine:
+            case kElementBorder:
+                fill(element.foregroundColour, slot(ThemeSlot::kStaticElements));
+                break;
+            case kElementProgress:
+                fill(element.backgroundColour, slot(ThemeSlot::kProgressBarBackground));
+                fill(element.foregroundColour, slot(ThemeSlot::kProgressBarForeground));
+                break;
+            case kElementList:
+                fill(element.foregroundColour, slot(ThemeSlot::kActiveText));
+                [[fallthrough]];
+            case kElementRichEditText:
+            case kElementTaskLB:
+            case kElementHtmlEditText:
+            case kElementPlainEditText:
+                fill(element.backgroundColour, slot(ThemeSlot::kListBackground));
+                break;
+            default:
+                break;
+        }
+    }
+
+    // A label takes the page's foreground where the theme has a foreground for fields, and the colour of
+    // active text where it has none.
+    void applyToField(DialogFieldDesc& field, const DialogDesc& page) const {
+        const bool hasFieldForeground = slot(ThemeSlot::kFieldForeground) != -1;
+        fill(field.labelColour, hasFieldForeground ? page.foregroundColour : slot(ThemeSlot::kActiveText));
+        fill(field.background, orElse(slot(ThemeSlot::kFieldBackground), page.backgroundColour));
+        fill(field.inputBackground, slot(ThemeSlot::kInputBoxBackground));
+        fill(field.inputForeground, slot(ThemeSlot::kInputBoxText));
+        fill(field.buttonBackground, slot(ThemeSlot::kButtonsBackground));
+        fill(field.buttonForeground, slot(ThemeSlot::kButtonsText));
+        fill(field.invalidBackground, slot(ThemeSlot::kInvalidFieldBackground));
+        fill(field.invalidForeground, slot(ThemeSlot::kInvalidFieldForeground));
+    }
+
+    void applyToButton(DialogButtonDesc& button) const {
+        const bool isLink = (button.flags & kButtonLinkStyle) != 0;
+        fill(button.foregroundColour, slot(isLink ? ThemeSlot::kLinkButtons : ThemeSlot::kButtonsText));
+        fill(button.backgroundColour, slot(ThemeSlot::kButtonsBackground));
+        fill(button.activeForeground, orElse(slot(ThemeSlot::kActiveButtonsText), button.foregroundColour));
+        fill(button.activeBackground,
+             orElse(slot(ThemeSlot::kActiveButtonsBackground), button.backgroundColour));
+    }
+
+    const ColourTheme& theme_;
+};
+
+}  // namespace
+
+void readColourTheme(const PXML& description, Expressions& expressions, PConsole* console,
+                     ColourTheme& outTheme) {
+    const std::int32_t section = description.findByName("ColourTheme");
+    if (section < 0) {
+        return;
+    }
+    outTheme.setThemed(true);
+    std::vector<std::int32_t> children;
+    description.listChildren(section, children);
+    for (const std::int32_t node : children) {
+        if (expressions.evaluateCondition(description.getAttribute(node, "Condition")) == 0) {
+            continue;
+        }
+        if (OUtils::equalsIgnoreCase(description.getName(node), "CustomGroup")) {
+            readGroup(description, node, console, outTheme);
+        } else {
+            readSlot(description, node, console, outTheme);
+        }
+    }
+}
+
+void applyColourTheme(ColourTheme& theme, DialogModel& dialogs) {
+    if (theme.isThemed()) {
+        for (DialogDesc& dialog : dialogs.getDialogs()) {
+            PageTheming(theme).apply(dialog);
+        }
+        return;
+    }
+    for (const DialogDesc& dialog : dialogs.getDialogs()) {
+        if (dialog.backgroundColour != -1 || dialog.foregroundColour != -1) {
+            theme.setThemed(true);
+            return;
+        }
+    }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include "engine/session_log.h"
+
+class Expressions;
+class InstallerUI;
+class PXML;
+
+// The tags of the description that change the system beside files. This version carries none of them out: a
+// description without them succeeds, one that asks for them fails, and the log says so.
+class SystemChanges {
+public:
+    SystemChanges(const PXML& description, Expressions& expressions, SessionLog console)
+        : description_(description), expressions_(expressions), console_(console) {}
+
+    // All: 0, or 1 when the description holds a group of the kind with a child and a true condition.
+    int applyEnvironmentTags(InstallerUI* ui);
+    int applyIniTags(InstallerUI* ui);
+    int applyModifyFileTags(InstallerUI* ui);
+    int applyShortcutTags(InstallerUI* ui);
+    int applyFirewallTags(InstallerUI* ui);
+    // The containers of this name.
+    int runAdditionalActions(InstallerUI* ui, const char* container);
+
+private:
+    bool isAskedFor(std::int32_t node);
+    int refuse(const char* group);
+
+    const PXML& description_;
+    Expressions& expressions_;
+    SessionLog console_;
+};

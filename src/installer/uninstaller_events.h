@@ -1,0 +1,5 @@
+#pragma once
+
+// The named events by which an uninstaller tells whoever started it that it runs and that it is through.
+inline constexpr char kUninstallerStartEvent[] = "OrmelUninstallerStart";
+inline constexpr char kUninstallerEndEvent[] = "OrmelUninstallerEnd";

@@ -1,0 +1,154 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "contracts/install_exchange_info.h"
+#include "contracts/system_operations.h"
+#include "session/session_state.h"
+
+class EnvironmentAccess;
+class SharedBuffer;
+struct Collaborators;
+struct FileEntry;
+
+// One session: takes the description from the cabinet, or in a session that uninstalls from the file that the
+// action log names, builds the models, fills the variables, and hands control to the front end, which drives
+// everything that follows. Constructed, cabinet loaded, run, released: each once. Operations on the operating
+// system are left to the derived class. One thread, but for cancel.
+class Installer : public InstallExchangeInfo, public SystemOperations, protected SessionState {
+public:
+    // Both are borrowed and outlive the session.
+    Installer(platform::FileSystem& files, EnvironmentAccess& environment);
+    ~Installer() override;
+
+    // Ahead of everything else. The console is borrowed and may be null: then nothing is logged.
+    void setConsole(PConsole* debugLog, std::int32_t level);
+    // Borrowed; null without a command line.
+    void setParameters(const CommandLineArguments* arguments);
+
+    // `flags` is a set of SessionFlag. With kSessionActionLog `path` is an action log, which is only opened:
+    // 0 or -1. Otherwise it is a package, whose cabinet begins at `offset`: a Cabinet::LoadResult or a code
+    // of the decompressor. Failures are logged.
+    int loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags);
+    // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
+    // session couldn't start or an error left one of its steps, which is logged and shown. Throws nothing.
+    int run(InstallerUI* ui, PConsole* debugLog);
+    // Frees the cabinet, closes the action log and deletes what the session kept for a revert. 0.
+    int releaseSession();
+
+    // Product texts.
+    int getFullName(char* buffer, int size) override;
+    int getTitle(char* buffer, int size) override;
+    int getMajorVersion(char* buffer, int size) override;
+    int getVersion(char* buffer, int size) override;
+    int getWebsite(char* buffer, int size) override;
+    int getSupportEmail(char* buffer, int size) override;
+    int getInstallLogFile(char* buffer, int size) override;
+    int getInstallBackupFile(char* buffer, int size) override;
+    int getUninstallCmd(char* buffer, int size) override;
+    int getUninstallXmlFile(char* buffer, int size) override;
+    int getInstallHelpUrl(char* buffer, int size) override;
+
+    int getPreviousInstallationKind() override;
+    bool isUninstalling() override;
+    int readAlias(SharedBuffer& outBuffer, const char* alias,
+                  std::array<std::uint8_t, 16>* outDigest) override;
+    int getFilePathByAlias(const char* alias, char* buffer, int size) override;
+
+    // Dialogs.
+    DialogDesc* getDialog(int dialog, int sub) override;
+    int getDialogCount() override;
+    int getDialogWidth(int dialog) override;
+    int getDialogHeight(int dialog) override;
+    int getSubDialogCount(int dialog) override;
+    int getCurrentDialog() override;
+    int getCurrentSubDialog() override;
+    std::uint32_t getRefreshFlags(const char* variable, int dialog, int sub) override;
+    DialogElementDesc* getElement(int dialog, int index, int sub) override;
+    int getElementCount(int dialog, int sub) override;
+    DialogButtonDesc* getDialogItem(int dialog, int index, int sub) override;
+    int getDialogItemCount(int dialog, int sub) override;
+    DialogFieldDesc* getField(int dialog, int index, int sub) override;
+    int getTaskCount(int dialog) override;
+    TaskDesc* getTask(int dialog, int index) override;
+    const ColourTheme& getColourTheme() override;
+    void setColourTheme(const ColourTheme& theme) override;
+    int getFieldCount(int dialog, int sub) override;
+
+    bool isCancelled() override;
+    bool isFinished() override;
+    bool hasErrors() override;
+    void setApplicationPath(const char* path) override;
+    int getApplicationPath(char* buffer, int size) override;
+    int checkDialogCondition(InstallerUI* ui) override;
+    void setUiState(std::int32_t state) override;
+    std::int32_t getUiState() override;
+
+    // Variables.
+    int expandVariables(const char* source, char* destination, int size, bool stopOnMissing) override;
+    int getDefaultValue(const char* name, char* buffer, int size) override;
+    int getVariable(const char* name, char* buffer, int size) override;
+    int setVariable(const char* name, const char* value) override;
+    int evaluateCondition(const char* text) override;
+
+    // The walk.
+    void performAction(InstallerUI* ui, const char* text) override;
+    int shift(InstallerUI* ui, int count) override;
+    int dialogBack(InstallerUI* ui, int count) override;
+    int dialogNext(InstallerUI* ui, int count) override;
+    int cancel(InstallerUI* ui) override;
+    int goToDialog(int dialog, InstallerUI* ui) override;
+    int goToSubdialog(int dialog, int sub, InstallerUI* ui) override;
+    void runTriggers(InstallerUI* ui, std::uint32_t when, int dialog, int sub) override;
+    void refreshTaskStates(InstallerUI* ui) override;
+    void updateTaskState(InstallerUI* ui, int dialog, int task, std::int32_t state) override;
+    void showHelp(InstallerUI* ui) override;
+
+    bool isThemed() override;
+    std::int32_t getThemeColour(int index) override;
+    void getDialogColours(int dialog, int sub, std::int32_t& outBackground,
+                          std::int32_t& outForeground) override;
+
+    // As VariableStore's.
+    int applyAssignment(const char* text);
+    int resetVariable(const char* name, int mode);
+    // Writes one entry of the cabinet to a file and returns its path; see AliasExtractor. `fileMode` is
+    // accepted and not used: files get the mode that is usual for new ones.
+    std::string extractAlias(const char* alias, const char* destinationDirectory, bool expandVariablesInFile,
+                             bool stripExeExtension, int fileMode);
+
+protected:
+    // The file of answers that the run was started with; empty or null without one.
+    virtual const char* getConfigFile() = 0;
+    // Called for each file that stands as it should after the installation's file loop.
+    virtual void afterFileInstalled(const std::string& path, const FileEntry& file) = 0;
+
+private:
+    // The steps of run up to the front end; false ends the session.
+    bool prepare(InstallerUI& ui);
+    bool readDescription();
+    bool readDescriptionFromLog(SharedBuffer& outText);
+    bool readDescriptionFromCabinet(SharedBuffer& outText);
+    int importVariablesFromLog();
+    bool readModels();
+    bool readDialogs();
+    void readControlVariables();
+    void findEarlierInstallations();
+    void importEarlierVariables();
+    void readEarlierLog();
+    bool loadDefaultValues(InstallerUI& ui);
+    void publishEarlierInstallations();
+    void scanExternalInstallations();
+
+    int runUI(InstallerUI& ui);
+    void reportError(InstallerUI& ui, const char* text);
+    void setControl(ControlVariable role, const char* value);
+    void removeIfNamed(const std::string& path);
+    void log(const char* text);
+
+    platform::FileSystem& files_;
+    EnvironmentAccess& environment_;
+    std::unique_ptr<Collaborators> parts_;
+};

@@ -1,0 +1,106 @@
+#include "session/page_work.h"
+
+#include "base/path_functions.h"
+#include "contracts/system_operations.h"
+#include "description/variable_store.h"
+#include "engine/previous_installations.h"
+#include "engine/product_installer.h"
+#include "engine/system_changes.h"
+#include "session/session_state.h"
+
+PageWork::PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled)
+    : state_(state),
+      parts_(parts),
+      afterFileInstalled_(std::move(afterFileInstalled)),
+      console_(state.console) {}
+
+bool PageWork::isActionLogSession() {
+    return state_.isActionLogSession();
+}
+
+void PageWork::normalizeDirectoryFields() {
+    for (DialogDesc& dialog : state_.dialogs.getDialogs()) {
+        normalizeFields(dialog);
+        for (DialogDesc& sub : dialog.subDialogs) {
+            normalizeFields(sub);
+        }
+    }
+}
+
+void PageWork::normalizeFields(DialogDesc& page) {
+    for (const DialogFieldDesc& field : page.fields) {
+        PathText path;
+        if (field.type != kFieldDirectory ||
+            parts_.variables.getVariable(field.variable.c_str(), path.data(),
+                                         static_cast<int>(PathText::capacity())) == -1) {
+            continue;
+        }
+        if (OUtils::normalizePath(path.data()) != 0) {
+            parts_.variables.setVariable(field.variable.c_str(), path.c_str());
+        }
+    }
+}
+
+int PageWork::installProduct(InstallerUI* ui) {
+    if (state_.earlier.previousUninstallDone == 0) {
+        uninstallPrevious(ui);  // an old version that stays doesn't stop the new one
+    }
+    SystemChanges& changes = parts_.changes;
+    const std::vector<InstallationPhase> phases = {
+        {"Updating environment variables", [&](InstallerUI* u) { return changes.applyEnvironmentTags(u); }},
+        {"Updating .ini files", [&](InstallerUI* u) { return changes.applyIniTags(u); }},
+        {"Modifying files", [&](InstallerUI* u) { return changes.applyModifyFileTags(u); }},
+        {"Creating shortcuts", [&](InstallerUI* u) { return changes.applyShortcutTags(u); }},
+        {"Updating Firewall", [&](InstallerUI* u) { return changes.applyFirewallTags(u); }},
+        {"Running additional installations",
+         [&](InstallerUI* u) { return changes.runAdditionalActions(u, "AdditionalInstall"); }},
+    };
+    WorkReport report(ui, &state_.errorList);
+    return parts_.installer.installProduct(report, phases, afterFileInstalled_);
+}
+
+int PageWork::refuse(const char* work) {
+    console_->print("ERROR: %s is not carried out: this version can not do that", work);
+    return 1;
+}
+
+int PageWork::uninstallCurrentProduct(InstallerUI*) {
+    return refuse("The uninstallation of the product");
+}
+
+int PageWork::uninstallPrevious(InstallerUI*) {
+    return parts_.previous.uninstallPrevious();
+}
+
+int PageWork::revertInstallation(InstallerUI*) {
+    return refuse("The revert of the installation");
+}
+
+int PageWork::revertUninstallation(InstallerUI*) {
+    return refuse("The revert of the uninstallation");
+}
+
+bool PageWork::registerApplication() {
+    return refuse("The registration of the application") == 0;
+}
+
+bool PageWork::unregisterApplication() {
+    return refuse("The removal of the application's registration") == 0;
+}
+
+int PageWork::runActions(InstallerUI* ui, const char* section) {
+    return parts_.changes.runAdditionalActions(ui, section);
+}
+
+int PageWork::finishInstallation(InstallerUI*) {
+    return refuse("The work after the installation");
+}
+
+bool PageWork::closeApplication(const char* name, bool isService, const char* directory) {
+    return parts_.system.closeApplication(name, isService, directory);
+}
+
+bool PageWork::uninstallApplication(const char* name, const char*, bool, bool, InstallerUI*) {
+    console_->print("ERROR: \"%s\" is not uninstalled: this version can not do that", name);
+    return false;
+}

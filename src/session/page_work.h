@@ -1,0 +1,52 @@
+#pragma once
+
+#include "contracts/page_actions.h"
+#include "engine/file_installer.h"
+#include "engine/session_log.h"
+
+class PreviousInstallations;
+class ProductInstaller;
+class SystemChanges;
+class SystemOperations;
+class VariableStore;
+struct DialogDesc;
+struct SessionState;
+
+// The session's answers to the pages that stand for work. Work that this version doesn't have is refused: the
+// log says so and the result is a failure.
+class PageWork : public PageActions {
+public:
+    struct Parts {
+        VariableStore& variables;
+        ProductInstaller& installer;
+        PreviousInstallations& previous;
+        SystemChanges& changes;
+        SystemOperations& system;
+    };
+
+    PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled);
+
+    bool isActionLogSession() override;
+    void normalizeDirectoryFields() override;
+    int installProduct(InstallerUI* ui) override;
+    int uninstallCurrentProduct(InstallerUI* ui) override;
+    int uninstallPrevious(InstallerUI* ui) override;
+    int revertInstallation(InstallerUI* ui) override;
+    int revertUninstallation(InstallerUI* ui) override;
+    bool registerApplication() override;
+    bool unregisterApplication() override;
+    int runActions(InstallerUI* ui, const char* section) override;
+    int finishInstallation(InstallerUI* ui) override;
+    bool closeApplication(const char* name, bool isService, const char* directory) override;
+    bool uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,
+                              InstallerUI* ui) override;
+
+private:
+    void normalizeFields(DialogDesc& page);
+    int refuse(const char* work);
+
+    SessionState& state_;
+    Parts parts_;
+    FileInstaller::Hook afterFileInstalled_;
+    SessionLog console_;
+};

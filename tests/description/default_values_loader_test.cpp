@@ -1,0 +1,124 @@
+#include "description/default_values_loader.h"
+
+#include "description/command_line_arguments.h"
+#include "description/default_values_reader.h"
+#include "description/description_fixture.h"
+#include "description/log_variable_source.h"
+#include "description/variable_exclusions.h"
+#include "fakes/fake_system_operations.h"
+#include "fakes/recording_ui.h"
+#include "fakes/temporary_directory.h"
+
+namespace {
+
+class Arguments : public CommandLineArguments {
+public:
+    std::vector<std::pair<std::string, std::string>> list;
+
+    int getArgumentCount() const override { return static_cast<int>(list.size()); }
+    const char* getArgumentName(int index) const override {
+        return list[static_cast<std::size_t>(index)].first.c_str();
+    }
+    const char* getArgumentValue(int index) const override {
+        return list[static_cast<std::size_t>(index)].second.c_str();
+    }
+};
+
+class NoLogs : public LogVariableSource {
+public:
+    bool findVariableInLog(const char*, const char*, std::string&) override { return false; }
+};
+
+class DefaultValuesLoaderTest : public DescriptionTest {
+protected:
+    int load(const char* configFile = nullptr) {
+        parse("<Root><DefValues><Value Name=\"A\" DataType=\"value\">one</Value></DefValues></Root>");
+        return loader_.loadDefaultValues(document_, configFile, &ui_);
+    }
+
+    FakeSystemOperations system_;
+    NoLogs logs_;
+    Arguments arguments_;
+    const CommandLineArguments* commandLine_ = &arguments_;
+    std::int32_t debugLevel_ = 0;
+    VariableExclusions exclusions_;
+    DefaultValuesReader reader_{
+        variables_, expressions_, {system_, environment_, logs_, commandLine_}, console_};
+    DefaultValuesLoader loader_{reader_, variables_, exclusions_, commandLine_, debugLevel_, console_};
+    RecordingUI ui_;
+};
+
+TEST_F(DefaultValuesLoaderTest, WithoutTheSectionItFails) {
+    parse("<Root/>");
+    EXPECT_EQ(loader_.loadDefaultValues(document_, nullptr, &ui_), -1);
+}
+
+TEST_F(DefaultValuesLoaderTest, AConfigurationFileLaysItsValuesOver) {
+    TemporaryDirectory directory;
+    writeTestFile(directory.file("c.xml"),
+                  "<DefValues><Value Name=\"A\" DataType=\"value\">two</Value></DefValues>");
+    EXPECT_EQ(load(directory.file("c.xml").c_str()), 0);
+    EXPECT_EQ(valueOf("A"), "two");
+}
+
+TEST_F(DefaultValuesLoaderTest, AConfigurationFileWithoutValuesChangesNothing) {
+    TemporaryDirectory directory;
+    writeTestFile(directory.file("c.xml"), "<Other/>");
+    EXPECT_EQ(load(directory.file("c.xml").c_str()), 0);
+    EXPECT_EQ(valueOf("A"), "one");
+}
+
+TEST_F(DefaultValuesLoaderTest, AMissingConfigurationFileIsShownAndFails) {
+    TemporaryDirectory directory;
+    const std::string path = directory.file("missing.xml");
+    EXPECT_EQ(load(path.c_str()), -1);
+    EXPECT_NE(log_.text().find("Error loading configuration file \"" + path + "\" ("), std::string::npos);
+    EXPECT_NE(log_.text().find("). Installation can not continue."), std::string::npos);
+    EXPECT_FALSE(ui_.calls.empty());
+}
+
+TEST_F(DefaultValuesLoaderTest, OfACommandLineVariableTheFirstCounts) {
+    arguments_.list = {{"VARIABLE_A", "1"}, {"variable_a", "2"}};
+    load();
+    EXPECT_EQ(valueOf("A"), "1");
+}
+
+TEST_F(DefaultValuesLoaderTest, ACommandLineVariableWithoutValueIsOne) {
+    arguments_.list = {{"VARIABLE_FOO", ""}, {"VARIABLE_", "x"}};
+    load();
+    EXPECT_EQ(valueOf("FOO"), "1");
+    EXPECT_EQ(variables_.getCount(), 2);
+}
+
+TEST_F(DefaultValuesLoaderTest, AnUnknownCommandLineVariableStaysOutOfLogAndConfiguration) {
+    arguments_.list = {{"VARIABLE_FOO", "x"}, {"VARIABLE_A", "y"}};
+    load();
+    EXPECT_FALSE(exclusions_.isVariableExported("FOO", kExcludeFromLog));
+    EXPECT_FALSE(exclusions_.isVariableExported("FOO", kExcludeFromConfig));
+    EXPECT_TRUE(exclusions_.isVariableExported("A", kExcludeFromLog));
+}
+
+TEST_F(DefaultValuesLoaderTest, APredefinedVariableCannotBeOverridden) {
+    arguments_.list = {{"VARIABLE_WX_PORT", "x"}};
+    load();
+    EXPECT_EQ(valueOf("WX_PORT"), "win");
+    EXPECT_TRUE(exclusions_.isVariableExported("WX_PORT", kExcludeFromLog));
+}
+
+TEST_F(DefaultValuesLoaderTest, WithoutACommandLineNothingIsApplied) {
+    commandLine_ = nullptr;
+    EXPECT_EQ(load(), 0);
+}
+
+TEST_F(DefaultValuesLoaderTest, FromLevelTwoOnTheVariablesAreListed) {
+    arguments_.list = {{"VARIABLE_A", "two"}, {"VARIABLE_B", "b"}};
+    load();
+    EXPECT_EQ(log_.text(), "");
+    debugLevel_ = 2;
+    arguments_.list.pop_back();
+    load();
+    EXPECT_EQ(log_.lines(), (std::vector<std::string>{"Installation variables used (2):",
+                                                      "  [A] = \"two\" (one)", "  [B] = \"b\" ()"}));
+}
+
+}  // namespace

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "description/control_variables.h"
+#include "description/description_fixture.h"
+#include "description/file_sets.h"
+#include "description/product_description.h"
+#include "description/variable_exclusions.h"
+#include "fakes/installing_system.h"
+#include "fakes/memory_file_system.h"
+#include "fakes/recording_ui.h"
+#include "package/cabinet.h"
+#include "package/package_writer.h"
+#include "support/p_file_console.h"
+
+// A product with its package, on a disk in memory.
+class EngineTest : public DescriptionTest {
+protected:
+    struct Packed {
+        std::string alias;
+        std::string name;
+        std::string content;
+    };
+
+    EngineTest() { files_.addDirectory("/tmp"); }
+
+    // Puts files into the cabinet, under their alias and their name there.
+    void pack(const std::vector<Packed>& entries) {
+        std::vector<PackageFile> list;
+        for (const Packed& entry : entries) {
+            const std::string source = "/src/" + std::to_string(list.size());
+            files_.addFile(source, entry.content);
+            list.push_back({source, entry.name, entry.alias});
+        }
+        PackageOptions options;
+        options.stripes = 1;
+        options.level = 1;
+        PackageWriter(files_).write(list, options, "/package");
+        ASSERT_EQ(cabinet_.load("/package", 0), 0);
+        files_.clearOperations();
+        log_.clear();
+    }
+
+    // Parses the description and reads its files.
+    void describe(const std::string& content) {
+        parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
+        fileSets_.readFileSets([this](const std::string& alias) {
+            const std::int32_t index = cabinet_.findAlias(alias);
+            return index < 0 ? 0 : static_cast<std::int32_t>(cabinet_.entry(index).fileSize());
+        });
+        controls_.read(document_, console_);
+        log_.clear();
+    }
+
+    MemoryFileSystem files_;
+    InstallingSystem system_{files_};
+    RecordingUI ui_;
+    Cabinet cabinet_{files_};
+    ProductDescription product_{document_, expressions_};
+    FileSets fileSets_{document_, expressions_};
+    ControlVariables controls_;
+    VariableExclusions exclusions_;
+    PFileConsole installLog_{files_};
+    std::int32_t debugLevel_ = 0;
+};

@@ -1,0 +1,101 @@
+#include "engine/file_in_use.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/installing_system.h"
+#include "fakes/memory_file_system.h"
+#include "fakes/recording_ui.h"
+
+namespace {
+
+using Operation = MemoryFileSystem::Operation;
+
+constexpr char kProgram[] = "C:\\app\\tool.exe";
+
+class FileInUseTest : public testing::Test {
+protected:
+    FileInUseTest() { files_.addFile(kProgram, "old"); }
+    bool free(const char* path = kProgram, std::uint32_t wait = 2000) {
+        return FileInUse(files_, system_).deleteFileInUse(&ui_, path, wait);
+    }
+    std::vector<std::string> closings() const {
+        std::vector<std::string> found;
+        for (const std::string& call : system_.calls) {
+            if (call.starts_with("closeApplication")) {
+                found.push_back(call);
+            }
+        }
+        return found;
+    }
+
+    MemoryFileSystem files_;
+    InstallingSystem system_{files_};
+    RecordingUI ui_;
+};
+
+TEST_F(FileInUseTest, stopsTheProgramAndDeletesItsFile) {
+    system_.running = {"tool.exe"};
+    EXPECT_TRUE(free());
+    EXPECT_FALSE(files_.hasFile(kProgram));
+    EXPECT_EQ(closings(), std::vector<std::string>{"closeApplication(tool.exe)"});
+    EXPECT_EQ(system_.slept, 0U);
+}
+
+TEST_F(FileInUseTest, asksAServiceToStopWhenTheProgramDoesNot) {
+    system_.running = {"tool.exe"};
+    system_.closingNeedsService = true;
+    EXPECT_TRUE(free());
+    EXPECT_EQ(closings(), (std::vector<std::string>{"closeApplication(tool.exe) in vain",
+                                                    "closeApplication(tool.exe, service)"}));
+}
+
+TEST_F(FileInUseTest, waitsForTheEndInStepsAndKeepsTheFrontEndAlive) {
+    system_.running = {"tool.exe"};
+    system_.looksBeforeEnd = 3;
+    EXPECT_TRUE(free());
+    EXPECT_EQ(system_.slept, 150U);
+    EXPECT_EQ(ui_.calls, std::vector<std::string>(3, "pumpEvents()"));
+}
+
+TEST_F(FileInUseTest, givesUpWaitingAtTheLimit) {
+    system_.running = {"tool.exe"};
+    system_.looksBeforeEnd = 1000000;
+    EXPECT_TRUE(free(kProgram, 200));  // the deletion decides
+    EXPECT_EQ(system_.slept, 210U);
+}
+
+TEST_F(FileInUseTest, endsAlsoWithAWaitOfNothing) {
+    system_.running = {"tool.exe"};
+    system_.looksBeforeEnd = 1000000;
+    EXPECT_TRUE(free(kProgram, 0));
+    EXPECT_EQ(system_.slept, 1U);
+}
+
+TEST_F(FileInUseTest, leavesAnythingButProgramsAlone) {
+    files_.addFile("C:\\app\\tool.dll", "old");
+    files_.addFile("C:\\app\\TOOL.EXE", "old");
+    system_.running = {"tool.dll"};
+    EXPECT_FALSE(free("C:\\app\\tool.dll"));
+    EXPECT_FALSE(free("C:\\app\\TOOL.EXE"));
+    EXPECT_TRUE(files_.hasFile("C:\\app\\tool.dll"));
+    EXPECT_TRUE(closings().empty());
+}
+
+TEST_F(FileInUseTest, deletesAProgramThatDoesNotRun) {
+    EXPECT_TRUE(free());
+    EXPECT_TRUE(closings().empty());
+}
+
+TEST_F(FileInUseTest, tellsThatTheFileIsStillThere) {
+    files_.failAt(Operation::kRemoveFile, kProgram, 1);
+    EXPECT_FALSE(free());
+    EXPECT_TRUE(files_.hasFile(kProgram));
+}
+
+TEST_F(FileInUseTest, doesWithoutAFrontEnd) {
+    system_.running = {"tool.exe"};
+    system_.looksBeforeEnd = 1;
+    EXPECT_TRUE(FileInUse(files_, system_).deleteFileInUse(nullptr, kProgram, 2000));
+}
+
+}  // namespace

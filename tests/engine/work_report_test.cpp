@@ -1,0 +1,61 @@
+#include "engine/work_report.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/recording_ui.h"
+
+namespace {
+
+TEST(WorkReportTest, passesEverythingToTheFrontEnd) {
+    RecordingUI ui;
+    ErrorList errors;
+    WorkReport report(&ui, &errors);
+    report.begin();
+    report.setStatus("status");
+    report.setProgress(7);
+    report.pumpEvents();
+    report.addLine("line", true);
+    report.flushLines();
+    report.end();
+    EXPECT_EQ(ui.calls.size(), 7U);
+    EXPECT_EQ(ui.countOf("pumpEventsWhileCopying"), 1);
+    EXPECT_EQ(ui.countOf("addFileLine(null"), 1);
+}
+
+TEST(WorkReportTest, keepsErrorsUpToTheirLimitAndShowsThem) {
+    RecordingUI ui;
+    ErrorList errors;
+    WorkReport report(&ui, &errors);
+    report.showErrors("heading");
+    EXPECT_TRUE(ui.calls.empty());
+    report.addError(std::string(2000, 'e'));
+    EXPECT_EQ(errors, std::vector<std::string>{std::string(1559, 'e')});
+    report.showErrors("heading");
+    EXPECT_EQ(ui.countOf("addFileLine(\"heading\""), 1);
+    EXPECT_EQ(ui.countOf("addFileLine(\"eee"), 1);
+}
+
+TEST(WorkReportTest, doesNothingWithoutFrontEndAndList) {
+    WorkReport report(nullptr, nullptr);
+    report.begin();
+    report.setStatus("status");
+    report.setProgress(7);
+    report.pumpEvents();
+    report.addLine("line", true);
+    report.addError("error");
+    report.showErrors("heading");
+    report.flushLines();
+    report.end();
+    EXPECT_FALSE(report.ignoresErrors());
+    EXPECT_FALSE(report.hasErrorList());
+}
+
+TEST(WorkReportTest, asksTheFrontEndWhetherErrorsAreIgnored) {
+    RecordingUI ui;
+    WorkReport report(&ui, nullptr);
+    EXPECT_FALSE(report.ignoresErrors());
+    ui.ignoreErrors = 1;
+    EXPECT_TRUE(report.ignoresErrors());
+}
+
+}  // namespace

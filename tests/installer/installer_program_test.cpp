@@ -1,0 +1,126 @@
+#include "installer/installer_program.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/fake_platform.h"
+#include "installer/console_control.h"
+#include "installer/uninstaller_events.h"
+#include "platform/program.h"
+
+namespace {
+
+using platform::RegistryRoot;
+
+constexpr char kCurrentVersion[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+
+// The program on a machine in memory. Its own image is the test's, which is no package.
+class InstallerProgramTest : public testing::Test {
+protected:
+    InstallerProgramTest() {
+        machine_.files.addDirectory("/opt");
+        machine_.files.addDirectory("C:\\Programs");
+        machine_.registry.addText(RegistryRoot::kLocalMachine, kCurrentVersion, "ProgramFilesDir",
+                                  "C:\\Programs");
+        EXPECT_TRUE(platform::ownImagePath(image_));
+        machine_.files.addFile(image_, "an image without a package");
+    }
+
+    int run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "setup");
+        platform::Platform bundle = machine_.bundle();
+        return InstallerProgram(bundle).run(arguments);
+    }
+    std::string debugLog() const { return machine_.files.content("/tmp/installer_debug.log"); }
+    bool logHolds(const std::string& text) const { return debugLog().find(text) != std::string::npos; }
+
+    FakePlatform machine_;
+    std::string image_;
+};
+
+TEST_F(InstallerProgramTest, AWordThatBelongsToNoOptionIsRefusedBeforeThereIsALog) {
+    EXPECT_EQ(run({"-gui=0", "alpha", "-debug=1"}), -1);
+    EXPECT_EQ(machine_.console.output, "ERROR: Command line couldn't be parsed. Exiting!\n");
+    EXPECT_FALSE(machine_.files.hasFile("/tmp/installer_debug.log"));
+}
+
+TEST_F(InstallerProgramTest, WithoutRightsNeitherInstallingNorUninstallingStarts) {
+    machine_.files.setReadOnly("/opt");
+    machine_.files.setReadOnly("C:\\Programs");
+    for (const char* mode : {"-auto", "-uninstall=/log", "-uninstallFile=/log"}) {
+        machine_.console.output.clear();
+        EXPECT_EQ(run({"-gui=0", mode}), -1) << mode;
+        EXPECT_EQ(machine_.console.output, "This program requires administrative privileges.\n") << mode;
+    }
+    EXPECT_TRUE(machine_.events.signals.empty());
+    EXPECT_TRUE(machine_.processes.started.empty());
+}
+
+TEST_F(InstallerProgramTest, AFailedChecksumIsToldAndTheExitCodeStaysZero) {
+    EXPECT_EQ(run({"-auto", "-debug=1"}), 0);
+    EXPECT_NE(machine_.console.output.find(
+                  "The checksum of the installer doesn't match. This could indicate a broken download.\n"
+                  "Please, try downloading again!\n"),
+              std::string::npos);
+    EXPECT_TRUE(logHolds("ERROR: The installer checksum failed!"));
+    EXPECT_TRUE(logHolds("Installation finished (res=-1)"));
+}
+
+TEST_F(InstallerProgramTest, ASeparateFileThatIsNoPackageIsTold) {
+    machine_.files.addFile("/payload.bin", "no package at all");
+    EXPECT_EQ(run({"-auto", "-bin=/payload.bin", "-debug=1"}), 0);
+    EXPECT_NE(
+        machine_.console.output.find("The installer failed to initialize with the supplied binary file!\n"),
+        std::string::npos);
+    EXPECT_TRUE(logHolds("Initializing with bin file: /payload.bin"));
+    EXPECT_TRUE(logHolds("ERROR: Initialization with bin file failed with result: -"));
+}
+
+TEST_F(InstallerProgramTest, FromLevelTwoOnTheArgumentsAreLogged) {
+    run({"-auto", "-debug=2", "-x=a b"});
+    std::string log;
+    for (const std::string& file : machine_.files.allFiles()) {
+        if (file.find("installer_debug_") != std::string::npos) {
+            log = machine_.files.content(file);
+        }
+    }
+    for (const char* line : {"Insatllation was called with arguments:\r\n", "  [ARG 00] -auto=\"\"\r\n",
+                             "  [ARG 01] -debug=\"2\"\r\n", "  [ARG 02] -x=\"a b\"\r\n"}) {
+        EXPECT_NE(log.find(line), std::string::npos) << line << log;
+    }
+}
+
+TEST_F(InstallerProgramTest, TheRelaunchWinsOverTheSecondStage) {
+    machine_.files.addFile("/product/log", "log");
+    EXPECT_EQ(run({"-uninstallFile=/copy", "-uninstall=/product/log", "-gui=0"}), 0);
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_NE(machine_.processes.started[0].commandLine.find("-gui=0"), std::string::npos);
+    EXPECT_TRUE(machine_.events.signals.empty());
+}
+
+TEST_F(InstallerProgramTest, TheSecondStageSignalsBothEventsAndTellsItsOutcome) {
+    machine_.files.addFile("/copy.log", "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), -1);
+    EXPECT_EQ(machine_.events.signals,
+              (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
+    EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
+}
+
+TEST_F(InstallerProgramTest, WithADebugLogTheCopiedActionLogStays) {
+    machine_.files.addFile("/copy.log", "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-debug=1"}), -1);
+    EXPECT_TRUE(machine_.files.hasFile("/copy.log"));
+    EXPECT_TRUE(logHolds("Real uninstall"));
+}
+
+TEST_F(InstallerProgramTest, AMissingActionLogFailsTheSecondStage) {
+    EXPECT_EQ(run({"-uninstallFile=/none.log", "-gui=0"}), -1);
+    EXPECT_EQ(machine_.events.signals,
+              (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
+}
+
+TEST_F(InstallerProgramTest, NobodyIsReachableByTheControlHandlerAfterwards) {
+    run({"-auto"});
+    EXPECT_TRUE(handleConsoleControl(platform::ControlEvent::kInterrupt));
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+#include "installer/relaunch.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/fake_console.h"
+#include "fakes/fake_platform.h"
+#include "installer/run_options.h"
+#include "installer/uninstaller_events.h"
+#include "platform/program.h"
+
+namespace {
+
+class RelaunchTest : public testing::Test {
+protected:
+    RelaunchTest() {
+        EXPECT_TRUE(platform::ownImagePath(image_));
+        machine_.files.addFile(image_, "the program");
+        machine_.files.addFile("/product/install.log", "the log");
+        options_.uninstallLog = "/product/install.log";
+        options_.uninstallApp = "My Product";
+    }
+
+    int relaunch(int debugLevel = 0) {
+        platform::Platform bundle = machine_.bundle();
+        return UninstallRelaunch(bundle, log_).run(options_, debugLevel);
+    }
+
+    void expectFailure() {
+        EXPECT_EQ(relaunch(), -1);
+        EXPECT_EQ(machine_.events.signals, std::vector<std::string>{kUninstallerEndEvent});
+        EXPECT_TRUE(machine_.processes.started.empty() || machine_.processes.startError != 0);
+    }
+
+    FakePlatform machine_;
+    FakeConsole log_;
+    RunOptions options_;
+    std::string image_;
+};
+
+TEST_F(RelaunchTest, CopiesLogAndImageAndStartsTheCopy) {
+    EXPECT_EQ(relaunch(), 0);
+    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst.log"), "the log");
+    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst.dll"), "the program");
+    EXPECT_TRUE(machine_.files.isExecutable("/tmp/ormeluninst.dll"));
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_EQ(
+        machine_.processes.started[0].commandLine,
+        "\"/tmp\\ormeluninst.dll\" -uninstallFile=\"/tmp\\ormeluninst.log\" -uninstallApp=\"My Product\"");
+    EXPECT_EQ(machine_.processes.started[0].workDirectory, "/tmp");
+    EXPECT_TRUE(machine_.events.signals.empty());
+}
+
+TEST_F(RelaunchTest, PassesTheConsoleSilenceAndDebugLevelOn) {
+    options_.gui = 0;
+    options_.quiet = 5;
+    EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 3),
+              "\"i\" -uninstallFile=\"l\" -uninstallApp=\"My Product\" -gui=0 -quiet=1 -debug=3");
+}
+
+TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {
+    options_.uninstallApp = nullptr;
+    EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 0),
+              "\"i\" -uninstallFile=\"l\" -uninstallApp=\"\"");
+}
+
+TEST_F(RelaunchTest, CopiesGoOverLinksAndNotThroughThem) {
+    machine_.files.addFile("/home/precious", "mine");
+    machine_.files.addLink("/tmp/ormeluninst.dll", "/home/precious");
+    EXPECT_EQ(relaunch(), 0);
+    EXPECT_EQ(machine_.files.content("/home/precious"), "mine");
+}
+
+TEST_F(RelaunchTest, WithoutATemporaryDirectoryItFails) {
+    machine_.files.setTemporaryDirectory("");
+    expectFailure();
+}
+
+TEST_F(RelaunchTest, WithoutTheLogItFails) {
+    options_.uninstallLog = "/product/none.log";
+    expectFailure();
+}
+
+TEST_F(RelaunchTest, WithoutSpaceForTheImageItFails) {
+    machine_.files.setFreeSpace(10);
+    expectFailure();
+}
+
+TEST_F(RelaunchTest, ACopyThatDoesNotStartIsAFailure) {
+    machine_.processes.startError = 5;
+    expectFailure();
+}
+
+}  // namespace

@@ -1,0 +1,89 @@
+#include "installer/run_options.h"
+
+#include <gtest/gtest.h>
+
+#include "session/command_line_parameters.h"
+
+namespace {
+
+class RunOptionsTest : public testing::Test {
+protected:
+    RunOptions read(const std::vector<std::string>& tokens) {
+        parameters_ = std::make_unique<CommandLineParameters>();
+        EXPECT_EQ(parameters_->parse(tokens), 0);
+        return readRunOptions(*parameters_);
+    }
+
+private:
+    std::unique_ptr<CommandLineParameters> parameters_;
+};
+
+TEST_F(RunOptionsTest, WithoutOptionsTheWizardRunsWithBackups) {
+    const RunOptions options = read({});
+    EXPECT_EQ(options.debug, 0);
+    EXPECT_EQ(options.gui, 1);
+    EXPECT_EQ(options.ignoreErrors, 0);
+    EXPECT_FALSE(options.autoMode);
+    EXPECT_EQ(options.quiet, 0);
+    EXPECT_EQ(options.sessionFlags, kSessionBackup);
+    EXPECT_EQ(options.configFile, nullptr);
+    EXPECT_EQ(options.binFile, nullptr);
+    EXPECT_EQ(options.uninstallLog, nullptr);
+    EXPECT_EQ(options.uninstallApp, nullptr);
+    EXPECT_EQ(options.uninstallFile, nullptr);
+}
+
+TEST_F(RunOptionsTest, AutoCountsByItsPresenceAlone) {
+    const RunOptions options = read({"-auto=0"});
+    EXPECT_TRUE(options.autoMode);
+    EXPECT_EQ(options.gui, 0);
+}
+
+TEST_F(RunOptionsTest, AutoWinsOverAWantedWizard) {
+    EXPECT_EQ(read({"-gui=1", "-auto"}).gui, 0);
+}
+
+TEST_F(RunOptionsTest, AnAnswersFileIsQuietOnTheConsole) {
+    const RunOptions options = read({"-configFile=x", "-gui=1"});
+    EXPECT_STREQ(options.configFile, "x");
+    EXPECT_EQ(options.gui, 0);
+    EXPECT_EQ(options.quiet, 1);
+}
+
+TEST_F(RunOptionsTest, QuietBesideAnAnswersFileWins) {
+    EXPECT_EQ(read({"-configFile=x", "-quiet=0"}).quiet, 0);
+    EXPECT_EQ(read({"-quiet=0", "-configFile=x"}).quiet, 0);
+}
+
+TEST_F(RunOptionsTest, AnIntegerOptionWithoutValueIsZero) {
+    EXPECT_EQ(read({"-gui"}).gui, 0);
+    EXPECT_EQ(read({"-debug"}).debug, 0);
+}
+
+TEST_F(RunOptionsTest, BackupsCanBeTurnedOff) {
+    EXPECT_EQ(read({"-backup=0"}).sessionFlags, 0U);
+    EXPECT_EQ(read({"-backup"}).sessionFlags, 0U);
+    EXPECT_EQ(read({"-backup=2"}).sessionFlags, kSessionBackup);
+}
+
+TEST_F(RunOptionsTest, TheSecondStageOfUninstallingStartsFromALog) {
+    const RunOptions options = read({"-uninstallFile=log", "-uninstallApp=Product"});
+    EXPECT_EQ(options.sessionFlags, kSessionBackup | kSessionActionLog);
+    EXPECT_STREQ(options.uninstallFile, "log");
+    EXPECT_STREQ(options.uninstallApp, "Product");
+}
+
+TEST_F(RunOptionsTest, BothDashesAreAccepted) {
+    EXPECT_EQ(read({"--quiet=1"}).quiet, 1);
+    EXPECT_EQ(read({"-quiet=1"}).quiet, 1);
+}
+
+TEST_F(RunOptionsTest, OptionNamesKeepTheirCase) {
+    EXPECT_EQ(read({"-Quiet=1"}).quiet, 0);
+}
+
+TEST_F(RunOptionsTest, TheFirstOfTwoEqualOptionsCounts) {
+    EXPECT_EQ(read({"-debug=2", "-debug=3"}).debug, 2);
+}
+
+}  // namespace

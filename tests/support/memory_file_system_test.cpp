@@ -1,0 +1,244 @@
+#include "fakes/memory_file_system.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "fakes/fake_environment.h"
+#include "fakes/fake_processes.h"
+
+// The fake must keep the contract of the interface, or tests above it prove nothing.
+namespace {
+
+using platform::Disposition;
+using Operation = MemoryFileSystem::Operation;
+
+class MemoryFileSystemTest : public testing::Test {
+protected:
+    int open(const char* path, Disposition disposition, std::uint32_t access = platform::kWrite) {
+        platform::OpenOptions options;
+        options.access = access;
+        options.disposition = disposition;
+        return files_.open(path, options, file_);
+    }
+    std::vector<std::string> names(const char* path) {
+        std::vector<platform::DirectoryEntry> entries;
+        EXPECT_EQ(0, files_.list(path, entries));
+        std::vector<std::string> result;
+        for (const platform::DirectoryEntry& entry : entries) {
+            result.push_back(entry.name + (entry.isDirectory ? "/" : ""));
+        }
+        std::sort(result.begin(), result.end());
+        return result;
+    }
+
+    MemoryFileSystem files_;
+    std::unique_ptr<platform::File> file_;
+    std::uint32_t done_ = 0;
+};
+
+TEST_F(MemoryFileSystemTest, FindsNamesInAnyCaseAndKeepsTheirs) {
+    files_.addFile("C:\\Program\\Tool.EXE", "x");
+    EXPECT_TRUE(files_.exists("c:/program//TOOL.exe"));
+    EXPECT_TRUE(files_.exists("C:/program/./sub/../tool.exe"));
+    EXPECT_FALSE(files_.exists("D:/program/tool.exe"));
+    EXPECT_EQ(std::vector<std::string>{"Program/"}, names("C:\\"));
+    EXPECT_EQ(std::vector<std::string>{"C:/Program/Tool.EXE"}, files_.allFiles());
+}
+
+TEST_F(MemoryFileSystemTest, EachDispositionDoesItsPart) {
+    EXPECT_EQ(MemoryFileSystem::kNotFound, open("/a", Disposition::kOpenExisting));
+    EXPECT_EQ(nullptr, file_);
+    EXPECT_EQ(0, open("/a", Disposition::kOpenOrCreate));
+    EXPECT_EQ(0, file_->write("abc", 3, done_));
+    EXPECT_EQ(0, open("/a", Disposition::kOpenOrCreate));
+    EXPECT_EQ("abc", files_.content("/a"));
+    EXPECT_EQ(MemoryFileSystem::kExists, open("/a", Disposition::kCreateNew));
+    EXPECT_EQ(MemoryFileSystem::kExists, open("/a", Disposition::kCreatePrivate));
+    EXPECT_EQ(0, open("/a", Disposition::kCreateAlways));
+    EXPECT_EQ("", files_.content("/a"));
+    EXPECT_EQ(0, open("/p", Disposition::kCreatePrivate));
+    EXPECT_TRUE(files_.isPrivate("/p"));
+    EXPECT_FALSE(files_.isPrivate("/a"));
+}
+
+TEST_F(MemoryFileSystemTest, RefusesDirectoriesAndMissingParents) {
+    EXPECT_NE(0, open("/tmp", Disposition::kOpenOrCreate));
+    EXPECT_EQ(MemoryFileSystem::kNotFound, open("/none/a", Disposition::kCreateAlways));
+    EXPECT_EQ(MemoryFileSystem::kNotFound, files_.createDirectory("/none/a"));
+    EXPECT_EQ(MemoryFileSystem::kExists, files_.createDirectory("/tmp"));
+    EXPECT_EQ(0, files_.createDirectory("/new"));
+    EXPECT_TRUE(files_.isDirectory("/new"));
+}
+
+TEST_F(MemoryFileSystemTest, MovesNothingOntoWhatExists) {
+    files_.addFile("/a", "a");
+    files_.addFile("/b", "b");
+    EXPECT_EQ(MemoryFileSystem::kExists, files_.moveFile("/a", "/b"));
+    EXPECT_EQ(0, files_.moveFile("/a", "/c"));
+    EXPECT_EQ(0, files_.replaceFile("/c", "/b"));
+    EXPECT_EQ("a", files_.content("/b"));
+    EXPECT_EQ(1U, files_.allFiles().size());
+    EXPECT_EQ(MemoryFileSystem::kNotFound, files_.moveFile("/a", "/d"));
+    EXPECT_EQ(MemoryFileSystem::kNotFound, files_.moveFile("/b", "/none/d"));
+}
+
+TEST_F(MemoryFileSystemTest, RemovesFilesAndEmptyDirectoriesOnly) {
+    files_.addFile("/d/a", "");
+    EXPECT_EQ(MemoryFileSystem::kNotEmpty, files_.removeDirectory("/d"));
+    EXPECT_NE(0, files_.removeFile("/d"));
+    EXPECT_NE(0, files_.removeDirectory("/d/a"));
+    EXPECT_EQ(0, files_.removeFile("/d/a"));
+    EXPECT_EQ(MemoryFileSystem::kNotFound, files_.removeFile("/d/a"));
+    EXPECT_EQ(0, files_.removeDirectory("/d"));
+    EXPECT_FALSE(files_.exists("/d"));
+}
+
+TEST_F(MemoryFileSystemTest, ListsDirectChildrenOnly) {
+    files_.addFile("/d/b/deep", "");
+    files_.addFile("/d/A", "");
+    files_.addFile("/d.x", "");
+    EXPECT_EQ((std::vector<std::string>{"A", "b/"}), names("/d"));
+    EXPECT_EQ((std::vector<std::string>{"d.x", "d/", "tmp/"}), names("/"));
+    std::vector<platform::DirectoryEntry> entries;
+    EXPECT_EQ(MemoryFileSystem::kNotFound, files_.list("/none", entries));
+}
+
+TEST_F(MemoryFileSystemTest, FollowsLinksButRemovesThemAlone) {
+    files_.addFile("/target", "precious");
+    files_.addLink("/link", "/target");
+    EXPECT_TRUE(files_.exists("/link"));
+    EXPECT_EQ(8, files_.fileSize("/link"));
+    EXPECT_EQ(MemoryFileSystem::kExists, open("/link", Disposition::kCreateNew));
+    EXPECT_EQ(0, open("/link", Disposition::kCreateAlways));
+    EXPECT_EQ("", files_.content("/target"));
+    EXPECT_EQ(0, files_.removeFile("/link"));
+    EXPECT_TRUE(files_.hasFile("/target"));
+    files_.addLink("/loop", "/loop");
+    EXPECT_NE(0, open("/loop", Disposition::kOpenExisting, platform::kRead));
+}
+
+TEST_F(MemoryFileSystemTest, FailsTheOperationThatWasAskedFor) {
+    files_.addFile("/a", "abc");
+    files_.failAt(Operation::kRead, "\\A", 2, 55);
+    ASSERT_EQ(0, open("/a", Disposition::kOpenExisting, platform::kRead));
+    char buffer[2];
+    EXPECT_EQ(0, file_->read(buffer, 1, done_));
+    EXPECT_EQ(55, file_->read(buffer, 1, done_));
+    EXPECT_EQ(0U, done_);
+    EXPECT_EQ(0, file_->read(buffer, 1, done_));
+    files_.failFrom(Operation::kOpen, "", 2, 66);
+    EXPECT_EQ(0, open("/a", Disposition::kOpenExisting));
+    EXPECT_EQ(66, open("/a", Disposition::kOpenExisting));
+    EXPECT_EQ(66, open("/b", Disposition::kOpenOrCreate));
+    files_.clearFaults();
+    EXPECT_EQ(0, open("/a", Disposition::kOpenExisting));
+}
+
+TEST_F(MemoryFileSystemTest, KeepsWhatFitsOnAFullDisk) {
+    files_.setFreeSpace(4);
+    ASSERT_EQ(0, open("/a", Disposition::kCreateAlways));
+    EXPECT_EQ(0, file_->write("abc", 3, done_));
+    EXPECT_EQ(MemoryFileSystem::kDiskFull, file_->write("def", 3, done_));
+    EXPECT_EQ(1U, done_);
+    EXPECT_EQ("abcd", files_.content("/a"));
+}
+
+TEST_F(MemoryFileSystemTest, LeavesWhatIsReadOnly) {
+    files_.addFile("/d/a", "abc");
+    files_.addFile("/dd", "");
+    files_.setReadOnly("/d");
+    EXPECT_EQ(0, open("/d/a", Disposition::kOpenExisting, platform::kRead));
+    EXPECT_EQ(MemoryFileSystem::kAccessDenied, open("/d/a", Disposition::kOpenExisting));
+    EXPECT_EQ(MemoryFileSystem::kAccessDenied, open("/d/new", Disposition::kCreateAlways));
+    EXPECT_EQ(MemoryFileSystem::kAccessDenied, files_.removeFile("/d/a"));
+    EXPECT_EQ(MemoryFileSystem::kAccessDenied, files_.moveFile("/d/a", "/b"));
+    EXPECT_EQ(MemoryFileSystem::kAccessDenied, files_.moveFile("/dd", "/d/b"));
+    EXPECT_EQ(MemoryFileSystem::kAccessDenied, files_.createDirectory("/d/x"));
+    EXPECT_EQ(0, open("/dd", Disposition::kCreateAlways));
+    EXPECT_EQ("abc", files_.content("/d/a"));
+}
+
+TEST_F(MemoryFileSystemTest, ChecksTheAccessOfAnOpenFile) {
+    files_.addFile("/a", "abc");
+    char buffer[4];
+    ASSERT_EQ(0, open("/a", Disposition::kOpenExisting, platform::kRead));
+    EXPECT_NE(0, file_->write("x", 1, done_));
+    EXPECT_NE(0, file_->truncateHere());
+    ASSERT_EQ(0, open("/a", Disposition::kOpenExisting, platform::kWrite));
+    EXPECT_NE(0, file_->read(buffer, 1, done_));
+    EXPECT_EQ(0, file_->close());
+    EXPECT_EQ(0, file_->close());
+    EXPECT_NE(0, file_->write("x", 1, done_));
+    EXPECT_EQ(-1, file_->size());
+}
+
+TEST_F(MemoryFileSystemTest, FillsAGapWithZeros) {
+    ASSERT_EQ(0, open("/a", Disposition::kCreateAlways));
+    std::int64_t position = 0;
+    EXPECT_EQ(0, file_->seek(2, platform::Origin::kEnd, position));
+    EXPECT_EQ(2, position);
+    EXPECT_EQ(0, file_->write("x", 1, done_));
+    EXPECT_EQ(std::string("\0\0x", 3), files_.content("/a"));
+    EXPECT_NE(0, file_->seek(-1, platform::Origin::kStart, position));
+}
+
+TEST_F(MemoryFileSystemTest, RecordsWhatWasDone) {
+    files_.addFile("/a", "abc");
+    ASSERT_EQ(0, open("\\a", Disposition::kOpenExisting));
+    file_->close();
+    files_.moveFile("/a", "/b");
+    files_.removeFile("/none");
+    EXPECT_EQ((std::vector<std::string>{"open /a", "close /a", "moveFile /a -> /b", "removeFile /none"}),
+              files_.operations());
+    EXPECT_TRUE(files_.didOperation("moveFile /a -> /b"));
+    EXPECT_EQ(1, files_.count(Operation::kMoveFile));
+    files_.clearOperations();
+    EXPECT_EQ(0, files_.count(Operation::kMoveFile));
+    EXPECT_FALSE(files_.didOperation("open /a"));
+}
+
+TEST_F(MemoryFileSystemTest, NamesTemporaryFilesWithoutMakingThem) {
+    std::string path;
+    EXPECT_TRUE(files_.temporaryName("abc", 0x2A, path));
+    EXPECT_EQ("/tmp/abc2A.tmp", path);
+    EXPECT_FALSE(files_.exists(path.c_str()));
+    EXPECT_FALSE(files_.temporaryName("abc", 0, path));
+    EXPECT_EQ("", path);
+}
+
+TEST(FakeEnvironmentTest, RefusesWhatTheSystemRefuses) {
+    FakeEnvironment environment;
+    EXPECT_FALSE(environment.get("A").has_value());
+    EXPECT_TRUE(environment.set("A", ""));
+    EXPECT_EQ("", environment.get("A"));
+    EXPECT_FALSE(environment.set("", "x"));
+    EXPECT_FALSE(environment.set("A=B", "x"));
+    environment.refused.insert("A");
+    EXPECT_FALSE(environment.set("A", "x"));
+}
+
+TEST(FakeProcessesTest, StartsAndEndsOnPaper) {
+    FakeProcesses processes;
+    processes.running = {{7, "tool.exe", "/bin/tool.exe"}};
+    processes.exitCodes = {3};
+    processes.waitsBeforeEnd = 1;
+    int error = 9;
+    const auto child = processes.start("tool -x", nullptr, error);
+    ASSERT_NE(nullptr, child);
+    EXPECT_EQ(0, error);
+    EXPECT_FALSE(child->wait(0));
+    EXPECT_TRUE(child->wait(0));
+    EXPECT_EQ(3, child->exitCode());
+    EXPECT_EQ("tool -x", processes.started.at(0).commandLine);
+    EXPECT_TRUE(processes.terminate(7, 100));
+    EXPECT_FALSE(processes.terminate(7, 100));
+    EXPECT_TRUE(processes.running.empty());
+    EXPECT_EQ(2U, processes.terminated.size());
+    processes.startError = 2;
+    EXPECT_EQ(nullptr, processes.start("x", "", error));
+    EXPECT_EQ(2, error);
+}
+
+}  // namespace
