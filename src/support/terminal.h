@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -21,7 +22,8 @@ public:
     Terminal& operator=(const Terminal&) = delete;
     virtual ~Terminal() = default;
 
-    // Buffered until flush. Both return false once the output has failed; later output is dropped.
+    // From any thread. Buffered until flush. Both return false once the output has failed; later output is
+    // dropped.
     virtual bool write(std::string_view text) = 0;
     virtual bool flush() = 0;
     // Whether any output got lost.
@@ -63,5 +65,5 @@ private:
     bool noted(bool succeeded);
 
     platform::ConsoleDevice& device_;
-    bool outputFailed_ = false;
+    std::atomic<bool> outputFailed_{false};  // output may come from several threads
 };
