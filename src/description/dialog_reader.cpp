@@ -147,6 +147,7 @@ bool DialogReader::readElement(std::int32_t node, std::int32_t kind, DialogEleme
     outElement.height = numberOr(node, "h", 0);
     outElement.condition.assign(attribute(node, "Condition"));
     outElement.details.assign(attribute(node, "Details"));
+    outElement.format.assign(attribute(node, "Format"));
     outElement.text = withLineEnds(description_.getText(node));
     outElement.horizontalAlign = DialogWords::horizontalAlign(attribute(node, "HAlign"));
     outElement.verticalAlign = DialogWords::verticalAlign(attribute(node, "VAlign"));

@@ -72,6 +72,7 @@ TEST_F(DialogReaderTest, ElementsKeepTheirOrderAndNeedAPosition) {
     read(
         "<D><text x='1' y='2'>a\\nb\\n</text><Text x='1'>dropped</Text><Image y='1'>dropped</Image>"
         "<Image x='3' y='4' w='-5' h='6' Name='N' Condition='C' Details='size=18' HAlign='right' "
+        "Format='TandrelMarkdown' "
         "VAlign='bottom' "
         "BkgColour='1' FgColour='2'>logo</Image><Unknown x='1' y='1'/></D>");
     ASSERT_EQ(page().elements.size(), 3U) << "two, and the line of the furniture";
@@ -92,6 +93,7 @@ TEST_F(DialogReaderTest, ElementsKeepTheirOrderAndNeedAPosition) {
     EXPECT_STREQ(image.name.c_str(), "N");
     EXPECT_STREQ(image.condition.c_str(), "C");
     EXPECT_STREQ(image.details.c_str(), "size=18");
+    EXPECT_STREQ(image.format.c_str(), "TandrelMarkdown");
     EXPECT_EQ(image.text, "logo");
     EXPECT_EQ(image.horizontalAlign, kAlignRight);
     EXPECT_EQ(image.verticalAlign, kAlignBottom);
