@@ -7,10 +7,10 @@
 #include "base/text_functions.h"
 #include "contracts/page_actions.h"
 #include "description/dialog_model.h"
+#include "description/environment_access.h"
 #include "description/expressions.h"
 #include "description/variable_store.h"
 #include "support/p_console.h"
-#include "support/utilities.h"
 
 namespace {
 
@@ -20,11 +20,12 @@ constexpr int kDebugTextCapacity = 2048;
 }  // namespace
 
 Triggers::Triggers(DialogModel& dialogs, VariableStore& variables, Expressions& expressions,
-                   PageActions& actions, PConsole*& console)
+                   PageActions& actions, EnvironmentAccess& environment, PConsole*& console)
     : dialogs_(dialogs),
       variables_(variables),
       expressions_(expressions),
       actions_(actions),
+      environment_(environment),
       console_(console) {}
 
 void Triggers::run(InstallerUI* ui, std::uint32_t when, int dialog, int sub) {
@@ -75,7 +76,7 @@ void Triggers::checkFile(const Firing& firing) {
     char path[OUtils::kPathCapacity];
     expressions_.expandVariables(firing.trigger.value.c_str(), path, sizeof path, false);
     OUtils::normalizePath(path);
-    if (OUtils::pathExists(path)) {
+    if (environment_.fileExists(path)) {
         variables_.setVariable(firing.trigger.variable.c_str(), path);
     } else {
         reset(firing.trigger, kResetToDefault);

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 class DialogModel;
+class EnvironmentAccess;
 class Expressions;
 class InstallerUI;
 class PConsole;
@@ -15,7 +16,7 @@ class Triggers {
 public:
     // Everything is borrowed; `console` is the session's debug log and may be null at any time.
     Triggers(DialogModel& dialogs, VariableStore& variables, Expressions& expressions, PageActions& actions,
-             PConsole*& console);
+             EnvironmentAccess& environment, PConsole*& console);
 
     // Fires those whose moments (a set of TriggerMoment) meet `when` and whose condition holds by then, in
     // document order; a later one sees what an earlier one did. A page that isn't there has none. `ui` isn't
@@ -44,5 +45,6 @@ private:
     VariableStore& variables_;
     Expressions& expressions_;
     PageActions& actions_;
+    EnvironmentAccess& environment_;
     PConsole*& console_;
 };
