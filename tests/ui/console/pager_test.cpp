@@ -1,0 +1,109 @@
+#include "ui/console/pager.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "fakes/fake_terminal.h"
+
+namespace {
+
+constexpr const char* kPause = "\nPress ENTER for the next page...";
+
+struct PagerTest : testing::Test {
+    FakeTerminal terminal;
+    bool cancelled = false;
+    int pauses = 0;
+    std::function<void()> duringPause;
+
+    std::string print(const std::string& text, bool quiet = false) {
+        Pager pager(
+            terminal, quiet,
+            [this](const char* question) {
+                ++pauses;
+                terminal.output += question;
+                if (duringPause) {
+                    duringPause();
+                }
+            },
+            [this] { return cancelled; });
+        pager.print(text);
+        return terminal.output;
+    }
+    void open(int rows) {
+        terminal.columns = 80;
+        terminal.rows = rows;
+    }
+};
+
+const std::string kNextPage = std::string(kPause) + "\n\n\n";
+
+TEST_F(PagerTest, PrintsTheWholeTextWithoutAWindow) {
+    EXPECT_EQ(print("a\nb\nc\n"), "a\nb\nc\n");
+    EXPECT_EQ(pauses, 0);
+    EXPECT_GT(terminal.flushes, 0);
+}
+
+TEST_F(PagerTest, PrintsTheWholeTextInAWindowOfTwoRows) {
+    open(2);
+    EXPECT_EQ(print("a\nb\nc\n"), "a\nb\nc\n");
+    EXPECT_EQ(pauses, 0);
+}
+
+TEST_F(PagerTest, StopsAfterEachPage) {
+    open(4);  // pages of two lines
+    EXPECT_EQ(print("a\nb\nc\nd\ne"), "a\nb\n" + kNextPage + "c\nd\n" + kNextPage + "e");
+    EXPECT_EQ(pauses, 2);  // 9 bytes less one leave nothing over
+}
+
+TEST_F(PagerTest, DecidesAboutTheClosingPauseByTheCountOfBytes) {
+    open(4);
+    EXPECT_EQ(print("ab"), "ab" + kNextPage);
+    terminal.output.clear();
+    EXPECT_EQ(print("abc"), "abc");
+    terminal.output.clear();
+    EXPECT_EQ(print("a\nb\n"), "a\nb\n" + kNextPage + kNextPage);
+}
+
+TEST_F(PagerTest, NeverStopsAQuietRun) {
+    open(3);
+    EXPECT_EQ(print("a\nb\nc\nd", true), "a\nb\nc\nd");
+    EXPECT_EQ(pauses, 0);
+}
+
+TEST_F(PagerTest, PrintsNothingForACancelledSession) {
+    cancelled = true;
+    EXPECT_EQ(print("text"), "");
+}
+
+TEST_F(PagerTest, StopsWhenTheSessionIsCancelledDuringAPause) {
+    open(3);
+    duringPause = [this] { cancelled = true; };
+    EXPECT_EQ(print("a\nb\nc\n"), "a\n" + kNextPage);
+}
+
+TEST_F(PagerTest, PrintsTheRestWhenTheWindowIsGone) {
+    open(3);
+    duringPause = [this] { terminal.columns = 0; };
+    EXPECT_EQ(print("a\nb\nc\n"), "a\n" + kNextPage + "\nb\nc\n");
+    EXPECT_EQ(pauses, 1);
+}
+
+TEST_F(PagerTest, PrintsTheRestWhenTheWindowIsTooLow) {
+    open(3);
+    duringPause = [this] { terminal.rows = 2; };
+    EXPECT_EQ(print("a\nb\nc\n"), "a\n" + kNextPage + "\nb\nc\n");
+}
+
+TEST_F(PagerTest, FollowsAWindowThatGrows) {
+    open(3);
+    duringPause = [this] { terminal.rows = 5; };  // pages of three lines from now on
+    EXPECT_EQ(print("a\nb\nc\nd\ne"), "a\n" + kNextPage + "b\nc\n" + kNextPage + "d\ne" + kNextPage);
+}
+
+TEST_F(PagerTest, PrintsAnEmptyText) {
+    open(3);
+    EXPECT_EQ(print(""), "");
+}
+
+}  // namespace

@@ -1,0 +1,255 @@
+#include "ui/page_entry.h"
+
+#include <algorithm>
+
+#include "walk_fixture.h"
+
+namespace {
+
+class PageEntryTest : public Walk {
+protected:
+    // Enters a page of that name; what the front end was told is in ui.calls.
+    int enter(const char* name, std::uint32_t special = 0) {
+        page = makePage(name, special);
+        return enterPage();
+    }
+    int enterPage() {
+        PageVisit visit{3, 1, ui, page, state};
+        return entry.enterPage(visit);
+    }
+    // What work on a page looks like to the front end.
+    static Calls workCalls() {
+        return {"showPage(3, 1, 1)", "updateNavigationState()", "updateNavigationState()"};
+    }
+
+    DialogDesc page;
+};
+
+TEST_F(PageEntryTest, KnowsEachNameOnce) {
+    std::vector<std::string_view> names = PageEntry::pageNames();
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string_view>{
+                         "BadFinish", "CopyProgress", "ExternalUninstall", "Finish", "PostInstall",
+                         "PreUninstall", "RegisterApplication", "RevertInstallation", "RevertUninstallation",
+                         "RunningApps", "Uninstall", "UnregisterApplication"}));
+}
+
+TEST_F(PageEntryTest, ShowsAnOrdinaryPage) {
+    EXPECT_EQ(enter("Welcome"), 0);
+    EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
+    EXPECT_TRUE(actions.calls.empty());
+    EXPECT_EQ(log.lines(), Calls{"Setting dialog \"Welcome\" (3, 1)"});
+}
+
+TEST_F(PageEntryTest, NeedsNoLog) {
+    console = nullptr;
+    EXPECT_EQ(enter("Welcome"), 0);
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(PageEntryTest, ComparesNamesExactly) {
+    for (const char* name : {"copyprogress", "CopyProgress2", "Copy", "COPYPROGRESS"}) {
+        enter(name);
+    }
+    EXPECT_TRUE(actions.calls.empty());
+}
+
+TEST_F(PageEntryTest, ClearsTheConditionVariable) {
+    variables.setVariable("GATE", "1");
+    enter("Welcome");
+    EXPECT_EQ(valueOf("GATE"), "0");
+}
+
+TEST_F(PageEntryTest, AsksForAStepOnAPageThatMovesOnByItself) {
+    EXPECT_EQ(enter("Welcome", kDialogAutoNext), 1);
+    EXPECT_EQ(enter("CopyProgress", kDialogAutoNext), 1);
+    EXPECT_EQ(enter("CopyProgress"), 0);
+}
+
+TEST_F(PageEntryTest, IsBusyWhileItsTriggersRun) {
+    dialogs.add(makePage("0", 0));
+    dialogs.add(makePage("1", 0));
+    dialogs.add(makePage("2", 0));
+    DialogDesc& frame = addFrame("Frame", {"A", "B"});
+    DialogDesc& busy = frame.subDialogs[1];
+    busy.special = kDialogBusy;
+    addTrigger(busy, kTriggerOnDlgEval, kTriggerRunActions, "", "Section");
+    std::vector<std::int32_t> states;
+    actions.onCall = [&](const std::string&) { states.push_back(state.uiState); };
+    PageVisit visit{3, 1, ui, busy, state};
+    EXPECT_EQ(entry.enterPage(visit), 0);
+    EXPECT_EQ(states, std::vector<std::int32_t>{kUiBusy});
+    EXPECT_EQ(state.uiState, kUiReady);
+    EXPECT_EQ(ui.calls, (Calls{"updateNavigationState()", "showPage(3, 1, 1)", "updateNavigationState()"}));
+}
+
+TEST_F(PageEntryTest, LeavesTheStateOfABusyPageThatGotAnother) {
+    page = makePage("RunningApps", kDialogBusy);
+    page.node = addXml("RunningApps", "<RunningApps><TestApp>demo</TestApp></RunningApps>");
+    system.running = {"demo"};
+    enterPage();
+    EXPECT_EQ(state.uiState, kUiConditionUnmet);
+}
+
+TEST_F(PageEntryTest, ShowsABusyPageWithWorkOnce) {
+    enter("CopyProgress", kDialogBusy);
+    EXPECT_EQ(ui.countOf("showPage"), 1);
+    EXPECT_EQ(state.uiState, kUiReady);
+}
+
+TEST_F(PageEntryTest, InstallsOnCopyProgress) {
+    std::vector<std::int32_t> states;
+    actions.onCall = [&](const std::string&) { states.push_back(state.uiState); };
+    actions.results["installProduct"] = -1;
+    EXPECT_EQ(enter("CopyProgress"), 0);
+    EXPECT_EQ(actions.calls, (Calls{"normalizeDirectoryFields", "installProduct"}));
+    EXPECT_EQ(states, (std::vector<std::int32_t>{kUiInstallationRunning, kUiInstallationRunning}));
+    EXPECT_EQ(ui.calls, workCalls());
+    EXPECT_EQ(state.uiState, kUiReady);
+    EXPECT_EQ(state.lastResult, -1);
+}
+
+TEST_F(PageEntryTest, UninstallsOnCopyProgressInAnActionLogSession) {
+    actions.actionLogSession = true;
+    state.lastResult = 7;
+    enter("CopyProgress");
+    EXPECT_EQ(actions.calls, (Calls{"normalizeDirectoryFields", "uninstallCurrentProduct"}));
+    EXPECT_EQ(state.lastResult, 0);
+}
+
+TEST_F(PageEntryTest, UninstallsAnEarlierProduct) {
+    variables.setVariable("UNINSTALL_ERROR", "0");
+    EXPECT_EQ(enter("Uninstall"), 0);
+    EXPECT_EQ(actions.calls, Calls{"uninstallPrevious"});
+    EXPECT_EQ(ui.calls, workCalls());
+    EXPECT_EQ(state.lastResult, 0);
+    EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "0");
+}
+
+TEST_F(PageEntryTest, TellsTheDescriptionOfAFailedUninstallation) {
+    actions.results["uninstallPrevious"] = 5;
+    enter("Uninstall");
+    EXPECT_EQ(state.lastResult, 5);
+    EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "1");
+}
+
+TEST_F(PageEntryTest, Reverts) {
+    actions.results["revertInstallation"] = 2;
+    actions.results["revertUninstallation"] = 3;
+    enter("RevertInstallation");
+    EXPECT_EQ(ui.take(), workCalls());
+    EXPECT_EQ(state.lastResult, 2);
+    enter("RevertUninstallation");
+    EXPECT_EQ(ui.take(), workCalls());
+    EXPECT_EQ(state.lastResult, 3);
+    EXPECT_EQ(actions.calls, (Calls{"revertInstallation", "revertUninstallation"}));
+}
+
+TEST_F(PageEntryTest, RegistersTheApplicationWithoutShowingAPage) {
+    state.lastResult = 7;
+    EXPECT_EQ(enter("RegisterApplication"), 0);
+    EXPECT_EQ(actions.take(), Calls{"registerApplication"});
+    EXPECT_EQ(state.lastResult, 0);
+    actions.registrationWorks = false;
+    enter("RegisterApplication");
+    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(ui.calls.empty());
+}
+
+TEST_F(PageEntryTest, FailsToRegisterInAnActionLogSession) {
+    actions.actionLogSession = true;
+    enter("RegisterApplication");
+    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(actions.calls.empty());
+    EXPECT_TRUE(ui.calls.empty());
+}
+
+TEST_F(PageEntryTest, UnregistersTheApplicationInAnActionLogSession) {
+    actions.actionLogSession = true;
+    state.lastResult = 7;
+    enter("UnregisterApplication");
+    EXPECT_EQ(actions.take(), Calls{"unregisterApplication"});
+    EXPECT_EQ(state.lastResult, 0);
+    actions.registrationWorks = false;
+    enter("UnregisterApplication");
+    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(ui.calls.empty());
+}
+
+TEST_F(PageEntryTest, UnregistersNothingInAnotherSession) {
+    state.lastResult = 7;
+    enter("UnregisterApplication");
+    EXPECT_TRUE(actions.calls.empty());
+    EXPECT_EQ(state.lastResult, 7);
+    EXPECT_TRUE(ui.calls.empty());
+}
+
+TEST_F(PageEntryTest, RunsTheActionsAheadOfAnUninstallation) {
+    state.lastResult = 7;
+    EXPECT_EQ(enter("PreUninstall"), 0);
+    EXPECT_EQ(actions.calls, Calls{"runActions(PreUninstall)"});
+    EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
+    EXPECT_EQ(state.lastResult, 0);
+}
+
+TEST_F(PageEntryTest, FinishesTheInstallationAndAsksForAStep) {
+    state.lastResult = 7;
+    EXPECT_EQ(enter("PostInstall"), 1);
+    EXPECT_EQ(actions.calls, Calls{"finishInstallation"});
+    EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
+    EXPECT_EQ(state.lastResult, 0);
+}
+
+TEST_F(PageEntryTest, TellsThatWorkIsNotAvailable) {
+    actions.results["runActions"] = -1;
+    actions.results["finishInstallation"] = -1;
+    enter("PreUninstall");
+    EXPECT_EQ(state.lastResult, 1);
+    state.lastResult = 0;
+    EXPECT_EQ(enter("PostInstall"), 1);
+    EXPECT_EQ(state.lastResult, 1);
+}
+
+TEST_F(PageEntryTest, FinishesWithoutASummaryWhenThereAreNoErrors) {
+    const std::vector<std::string> none;
+    enter("Finish");
+    EXPECT_EQ(ui.take(), Calls{"showPage(3, 1, 1)"});
+    state.errorSummary = &none;
+    enter("BadFinish");
+    EXPECT_EQ(ui.take(), Calls{"showPage(3, 1, 1)"});
+}
+
+TEST_F(PageEntryTest, SummarisesTheErrorsOfAnInstallation) {
+    const std::vector<std::string> errors = {"one", "two"};
+    state.errorSummary = &errors;
+    for (const char* name : {"Finish", "BadFinish"}) {
+        EXPECT_EQ(enter(name), 0);
+        EXPECT_EQ(ui.take(), (Calls{"showPage(3, 1, 1)", "pumpEvents()",
+                                    "addFileLine(\"Installation errors summary:\", 0)", "pumpEvents()",
+                                    "addFileLine(\"one\", 1)", "pumpEvents()", "addFileLine(\"two\", 0)",
+                                    "addFileLine(null, 1)"}));
+    }
+}
+
+TEST_F(PageEntryTest, SummarisesTheErrorsOfAnUninstallation) {
+    const std::vector<std::string> errors = {"one"};
+    state.errorSummary = &errors;
+    actions.actionLogSession = true;
+    enter("Finish");
+    EXPECT_EQ(ui.callsOf("addFileLine").front(), "addFileLine(\"Uninstallation errors summary:\", 0)");
+}
+
+TEST_F(PageEntryTest, FlushesTheSummaryAtEvery32ndError) {
+    const std::vector<std::string> errors(65, "error");
+    state.errorSummary = &errors;
+    enter("BadFinish");
+    const Calls lines = ui.callsOf("addFileLine");
+    ASSERT_EQ(lines.size(), 67U);
+    for (std::size_t i = 0; i < errors.size(); ++i) {
+        const bool flush = i == 0 || i == 32 || i == 64;
+        EXPECT_EQ(lines[i + 1], flush ? "addFileLine(\"error\", 1)" : "addFileLine(\"error\", 0)") << i;
+    }
+    EXPECT_EQ(lines.back(), "addFileLine(null, 1)");
+}
+
+}  // namespace
