@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <barrier>
 #include <functional>
 #include <future>
 #include <mutex>
@@ -14,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "fakes/meeting_point.h"
 #include "support/debug_output.h"
 #include "support/processor_rotation.h"
 
@@ -90,9 +90,9 @@ TEST(ThreadManagerTest, RunsEachIndexOnceOnAThreadOfItsOwn) {
     std::mutex mutex;
     std::multiset<int> indexes;
     std::set<std::thread::id> threads;
-    std::barrier together(5);  // nobody passes unless five threads run at once
+    MeetingPoint together(5);  // nobody passes unless five threads run at once
     Function procedure([&](SharedRunState&, ThreadState&, int index, int count) {
-        together.arrive_and_wait();
+        together.arriveAndWait();
         const std::lock_guard lock(mutex);
         indexes.insert(index);
         threads.insert(std::this_thread::get_id());
@@ -136,9 +136,9 @@ TEST(ThreadManagerTest, FindsItsWorkersAgain) {
 TEST(ThreadManagerTest, RunsMoreThreadsThanThereAreProcessors) {
     WinThreadManager manager(1, true);
     std::atomic<std::int64_t> sum = 0;
-    std::barrier together(50);
+    MeetingPoint together(50);
     Function procedure([&](SharedRunState&, ThreadState&, int index, int) {
-        together.arrive_and_wait();
+        together.arriveAndWait();
         sum += index;
     });
     EXPECT_EQ(0, manager.runThreads(50, procedure));
@@ -150,9 +150,9 @@ TEST(ThreadManagerTest, TellsAWorkerItsIndex) {
     WinThreadManager other(1, true);
     std::mutex mutex;
     std::set<int> indexes;
-    std::barrier together(3);
+    MeetingPoint together(3);
     Function procedure([&](SharedRunState&, ThreadState&, int, int) {
-        together.arrive_and_wait();
+        together.arriveAndWait();
         const std::lock_guard lock(mutex);
         indexes.insert(manager.getThreadIndex());
         EXPECT_EQ(-1, other.getThreadIndex());
@@ -365,8 +365,8 @@ TEST(ThreadManagerTest, TellsTheDebugOutputOfItsEnd) {
     const DebugLines lines;
     {
         WinThreadManager manager(1, true);
-        std::barrier together(2);
-        Function procedure([&](SharedRunState&, ThreadState&, int, int) { together.arrive_and_wait(); });
+        MeetingPoint together(2);
+        Function procedure([&](SharedRunState&, ThreadState&, int, int) { together.arriveAndWait(); });
         manager.runThreads(2, procedure);
     }
     EXPECT_EQ(1, DebugLines::count("[WinThreadManager] Terminating 2 threads\n"));
