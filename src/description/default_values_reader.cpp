@@ -251,7 +251,7 @@ void DefaultValuesReader::defineFromInstalledVariable(const Value& value) {
 }
 
 void DefaultValuesReader::defineFromInstalledApplication(const Value& value) {
-    if (value.text == nullptr) {
+    if (value.text == nullptr || *value.text == '\0') {
         return;
     }
     if (value.defaultText != nullptr) {

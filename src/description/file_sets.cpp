@@ -124,7 +124,7 @@ int FileSets::getFilePathByAlias(const char* alias, char* buffer, int size) {
     const std::int32_t node = found == nodesByAlias_.end() ? -1 : found->second;
     const char* dest = description_.getAttribute(node, "Dest");
     const char* text = description_.getText(node);
-    if (dest == nullptr || text == nullptr) {
+    if (dest == nullptr || text == nullptr || *text == '\0') {
         return -1;
     }
     char path[OUtils::kPathCapacity];

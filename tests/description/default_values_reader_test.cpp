@@ -238,6 +238,13 @@ TEST_F(DefaultValuesReaderTest, AnInstalledApplicationIsOne) {
     EXPECT_EQ(valueOf("C"), "0");
 }
 
+TEST_F(DefaultValuesReaderTest, AnApplicationWithoutNameIsNotAskedFor) {
+    system_.installed.push_back({"", "", false, ""});
+    read("<Value Name=\"A\" DataType=\"install_app\" Default=\"no\"></Value>");
+    EXPECT_EQ(valueOf("A"), "");
+    EXPECT_TRUE(system_.calls.empty());
+}
+
 TEST_F(DefaultValuesReaderTest, ARunningProcessIsOneInItsDirectory) {
     system_.running = {"tool.exe@\\opt\\bin"};
     variables_.setVariable("D", "/opt");

@@ -170,4 +170,11 @@ TEST_F(FileSetsTest, OfEqualAliasesTheLastOfTheFirstSetCounts) {
     EXPECT_STREQ(buffer, "2\\b");
 }
 
+TEST_F(FileSetsTest, AnAliasWithoutAFileNameHasNoPath) {
+    read("<FileSet Name=\"A\"><FN Alias=\"X\" Dest=\"1\"></FN></FileSet>");
+    char buffer[100] = "old";
+    EXPECT_EQ(sets_.getFilePathByAlias("X", buffer, sizeof buffer), -1);
+    EXPECT_STREQ(buffer, "old");
+}
+
 }  // namespace
