@@ -135,6 +135,7 @@ WorkItem Worker::next() {
     WorkItem item = std::move(queue_.front());
     queue_.erase(queue_.begin());
     state_ = WorkerState::kBusy;
+    changed_.notify_all();
     return item;
 }
 

@@ -13,8 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include "fakes/debug_lines.h"
 #include "fakes/meeting_point.h"
-#include "support/debug_output.h"
 #include "support/processor_rotation.h"
 
 namespace {
@@ -59,30 +59,6 @@ public:
 
 private:
     std::function<void(void*)> body_;
-};
-
-// Catches the debug output of one test.
-class DebugLines {
-public:
-    DebugLines() {
-        const std::lock_guard lock(mutex);
-        lines.clear();
-        former_ = OUtils::setDebugSink([](const char* text) {
-            const std::lock_guard inner(mutex);
-            lines.emplace_back(text);
-        });
-    }
-    ~DebugLines() { OUtils::setDebugSink(former_); }
-
-    static int count(const std::string& line) {
-        const std::lock_guard lock(mutex);
-        return static_cast<int>(std::count(lines.begin(), lines.end(), line));
-    }
-
-private:
-    static inline std::mutex mutex;
-    static inline std::vector<std::string> lines;
-    OUtils::DebugSink former_ = nullptr;
 };
 
 TEST(ThreadManagerTest, RunsEachIndexOnceOnAThreadOfItsOwn) {
@@ -416,16 +392,6 @@ TEST(ThreadManagerTest, NumbersItsStatesAndMessages) {
     EXPECT_EQ(4096, static_cast<int>(OUtils::WorkerMessage::kRunMultiThreaded));
     EXPECT_EQ(4097, static_cast<int>(OUtils::WorkerMessage::kTerminate));
     EXPECT_EQ(4098, static_cast<int>(OUtils::WorkerMessage::kRunProcedure));
-}
-
-TEST(DebugOutputTest, GoesToTheSinkOnly) {
-    OUtils::debugOutput("nobody hears %i\n", 1);
-    const DebugLines lines;
-    OUtils::debugOutput("heard %i\n", 2);
-    EXPECT_EQ(0, DebugLines::count("nobody hears 1\n"));
-    EXPECT_EQ(1, DebugLines::count("heard 2\n"));
-    OUtils::debugOutput("%s", std::string(2000, 'x').c_str());
-    EXPECT_EQ(1, DebugLines::count(std::string(1023, 'x')));
 }
 
 }  // namespace

@@ -1,0 +1,34 @@
+#include "support/p_std_out_console.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/fake_console_device.h"
+
+namespace {
+
+TEST(PStdOutConsoleTest, PrintsOnItsStreamAlone) {
+    FakeConsoleDevice device;
+    PStdOutConsole console(device);
+    console.setOptions(0);
+    console.print("line");
+    EXPECT_EQ("line\r\n", device.output);
+    EXPECT_EQ("", device.errors);
+    EXPECT_EQ("", device.pending);
+}
+
+TEST(PStdOutConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
+    FakeConsoleDevice device;
+    PStdOutConsole console(device);
+    EXPECT_EQ(0, console.write("abcdef", 3));
+    EXPECT_EQ(0, console.write("d\0x", 3));
+    EXPECT_EQ(0, console.write("x", 0));
+    EXPECT_EQ("abcd", device.output);
+}
+
+TEST(PStdOutConsoleTest, TellsAFailedOutput) {
+    FakeConsoleDevice device;
+    device.outputFails = true;
+    EXPECT_EQ(-1, PStdOutConsole(device).write("x", 1));
+}
+
+}  // namespace
