@@ -7,11 +7,32 @@
 
 namespace {
 
-bool isLineBreak(char c) {
-    return c == '\r' || c == '\n';
+bool isLineBreak(char c) { return c == '\r' || c == '\n'; }
+
+// A line break would end the record early, and its rest could pass for another one.
+std::string recordLine(std::string_view tag, std::initializer_list<std::string_view> fields) {
+    std::string line(tag);
+    for (const std::string_view field : fields) {
+        line += ActionLogFormat::kSeparator;
+        line += field;
+    }
+    line.resize(std::min(line.size(), ActionLogFormat::kLineLimit));
+    std::replace_if(line.begin(), line.end(), isLineBreak, ' ');
+    line += ActionLogFormat::kLineEnd;
+    return line;
 }
 
 }  // namespace
+
+std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables) {
+    std::vector<std::string> lines;
+    lines.reserve(variables.size() + 1);
+    lines.push_back(recordLine(ActionLogFormat::kVariableCount, {std::to_string(variables.size())}));
+    for (const LoggedVariable& variable : variables) {
+        lines.push_back(recordLine(ActionLogFormat::kVariable, {variable.name, variable.value}));
+    }
+    return lines;
+}
 
 int ActionLogWriter::openNew(const char* path) {
     const int status = console_.openPrivate(path);
@@ -44,9 +65,8 @@ void ActionLogWriter::writeHeader(std::string_view descriptionPath, std::string_
 }
 
 void ActionLogWriter::writeVariables(const std::vector<LoggedVariable>& variables) {
-    writeRecord(ActionLogFormat::kVariableCount, {std::to_string(variables.size())});
-    for (const LoggedVariable& variable : variables) {
-        writeRecord(ActionLogFormat::kVariable, {variable.name, variable.value});
+    for (std::string& line : variableBlockLines(variables)) {
+        writeLine(std::move(line));
     }
 }
 
@@ -60,27 +80,12 @@ void ActionLogWriter::writeFile(bool isRestorable, std::string_view path) {
 }
 
 void ActionLogWriter::writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields) {
-    line_.clear();
-    appendField(tag);
-    for (const std::string_view field : fields) {
-        line_ += ActionLogFormat::kSeparator;
-        appendField(field);
-    }
-    writeLine();
+    writeLine(recordLine(tag, fields));
 }
 
-// A line break would end the record early, and its rest could pass for another one.
-void ActionLogWriter::appendField(std::string_view field) {
-    const std::size_t start = line_.size();
-    line_ += field;
-    std::replace_if(line_.begin() + static_cast<std::ptrdiff_t>(start), line_.end(), isLineBreak, ' ');
-}
-
-void ActionLogWriter::writeLine() {
-    line_.resize(std::min(line_.size(), ActionLogFormat::kLineLimit));
-    line_ += ActionLogFormat::kLineEnd;
+void ActionLogWriter::writeLine(std::string line) {
     if (console_.hasFailed()) {
-        line_.insert(0, ActionLogFormat::kLineEnd);  // a part of the line before may stand in the file
+        line.insert(0, ActionLogFormat::kLineEnd);  // a part of the line before may stand in the file
     }
-    console_.write(line_.data(), static_cast<std::int32_t>(line_.size()));
+    console_.write(line.data(), static_cast<std::int32_t>(line.size()));
 }

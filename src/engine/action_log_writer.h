@@ -13,6 +13,9 @@ struct LoggedVariable {
     std::string_view value;
 };
 
+// The lines of a variable block with their line ends, each cut at the format's limit.
+std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables);
+
 // Writes an action log line by line through a file console, unbuffered: a record is handed to the system
 // before the change that it stands for is made. A failed write is remembered and doesn't stop the work.
 class ActionLogWriter {
@@ -43,9 +46,7 @@ public:
     void writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields);
 
 private:
-    void appendField(std::string_view field);
-    void writeLine();
+    void writeLine(std::string line);
 
     PFileConsole& console_;
-    std::string line_;
 };

@@ -1,0 +1,120 @@
+#include "engine/action_log_rewriter.h"
+
+#include "base/errors.h"
+#include "engine/action_log_format.h"
+#include "engine/line_reader.h"
+#include "platform/file_system.h"
+#include "support/p_file_stream.h"
+
+namespace {
+
+using ActionLogFormat::kVariableLineBuffer;
+
+constexpr char kTemporaryName[] = "templog.log";
+
+// Collects what is written into larger pieces, and notices what doesn't reach the file.
+class Output {
+public:
+    explicit Output(PFileStream& file) : file_(file) {}
+
+    void write(std::string_view text) {
+        pending_ += text;
+        if (pending_.size() >= kPieceSize) {
+            flush();
+        }
+    }
+    bool flush() {
+        std::uint32_t done = 0;
+        const auto size = static_cast<std::uint32_t>(pending_.size());
+        failed_ = failed_ || (size > 0 && (file_.write(pending_.data(), size, done) != 0 || done != size));
+        pending_.clear();
+        return !failed_;
+    }
+
+private:
+    static constexpr std::size_t kPieceSize = 65536;
+
+    PFileStream& file_;
+    std::string pending_;
+    bool failed_ = false;
+};
+
+std::string besides(const std::string& path) {
+    const std::size_t separator = path.find_last_of("/\\");
+    return path.substr(0, separator == std::string::npos ? 0 : separator + 1) + kTemporaryName;
+}
+
+bool holds(const std::string& line, std::string_view text) {
+    return line.find(text) != std::string::npos;
+}
+
+// Copies up to the line that holds the count of the variables, which isn't copied. False without one.
+bool copyHead(LineReader& lines, Output& out) {
+    for (std::string line; lines.readLine(line, kVariableLineBuffer);) {
+        if (holds(line, ActionLogFormat::kVariableCount)) {
+            return true;
+        }
+        out.write(line);
+    }
+    return false;
+}
+
+// Steps over the block; `outLine` is the first line behind it. False when there is none.
+bool skipBlock(LineReader& lines, std::string& outLine) {
+    while (lines.readLine(outLine, kVariableLineBuffer)) {
+        if (!holds(outLine, ActionLogFormat::kVariable)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
+                                const std::vector<LoggedVariable>& variables) {
+    LineReader lines(from);
+    Output out(to);
+    std::string line;
+    if (!copyHead(lines, out) || !skipBlock(lines, line)) {
+        throw InstallerError("ERROR: No variables in action file");
+    }
+    for (const std::string& record : variableBlockLines(variables)) {
+        out.write(record);
+    }
+    out.write(line);
+    while (lines.readLine(line, kVariableLineBuffer)) {
+        out.write(line);
+    }
+    const bool written = out.flush() && !lines.hasFailed();
+    if (to.close() != 0 || !written) {
+        throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName());
+    }
+}
+
+void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
+                                         const std::vector<LoggedVariable>& variables) {
+    PFileStream from(files_);
+    if (from.openFile(logPath.c_str(), PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+        throw InstallerError("ERROR: Opening action file (%s)", logPath.c_str());
+    }
+    const std::string temporary = besides(logPath);
+    PFileStream to(files_);
+    if (to.openFile(temporary.c_str(), PFileStream::kGenericWrite, PFileStream::kShareRead,
+                    PFileStream::kCreateAlways) != 0) {
+        throw InstallerError("ERROR: Creating temp file for new log (%s)", temporary.c_str());
+    }
+    try {
+        copyLog(from, to, variables);
+    } catch (const InstallerError&) {
+        to.close();
+        files_.removeFile(temporary.c_str());
+        throw;
+    }
+    from.close();
+    if (files_.replaceFile(temporary.c_str(), logPath.c_str()) != 0) {
+        files_.removeFile(temporary.c_str());
+        throw InstallerError("ERROR: Writing temp file for new log (%s)", logPath.c_str());
+    }
+}

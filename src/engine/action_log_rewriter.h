@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "engine/action_log_writer.h"
+
+class LineReader;
+class PFileStream;
+namespace platform {
+class FileSystem;
+}
+
+// Brings the variables of a published action log up to date: they may have changed behind the copying of the
+// files. The new log is written beside the old one and takes its name when it is complete.
+class ActionLogRewriter {
+public:
+    explicit ActionLogRewriter(platform::FileSystem& files) : files_(files) {}
+
+    // Everything but the variable block is copied as it is, a line at a time. A line right behind the block
+    // that holds the letters VAR anywhere counts as a part of the block and is lost. Throws InstallerError
+    // when the log can't be opened, has no block or ends with it, or when the new log can't be written; the
+    // old log is untouched then.
+    void rewriteActionLog(const std::string& logPath, const std::vector<LoggedVariable>& variables);
+
+private:
+    void copyLog(PFileStream& from, PFileStream& to, const std::vector<LoggedVariable>& variables);
+
+    platform::FileSystem& files_;
+};

@@ -1,0 +1,94 @@
+#include "engine/action_log_rewriter.h"
+
+#include <gtest/gtest.h>
+
+#include "base/errors.h"
+#include "fakes/memory_file_system.h"
+
+namespace {
+
+using Operation = MemoryFileSystem::Operation;
+
+constexpr char kOld[] =
+    "x.xml\r\nb.bin\r\nNUMVARS\t2\r\nVAR\tA\t1\r\nVAR\tB\t2\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/v\r\n";
+
+class ActionLogRewriterTest : public testing::Test {
+protected:
+    void rewrite() {
+        ActionLogRewriter(files_).rewriteActionLog("/app/install.log", {{"A", "new"}, {"C", ""}});
+    }
+    std::string errorOf() {
+        try {
+            rewrite();
+        } catch (const InstallerError& error) {
+            return error.what();
+        }
+        return "no error";
+    }
+    std::string rewritten(const std::string& old) {
+        files_.addFile("/app/install.log", old);
+        rewrite();
+        return files_.content("/app/install.log");
+    }
+
+    MemoryFileSystem files_;
+};
+
+TEST_F(ActionLogRewriterTest, replacesTheVariableBlockAlone) {
+    EXPECT_EQ(
+        rewritten(kOld),
+        "x.xml\r\nb.bin\r\nNUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/v\r\n");
+    EXPECT_EQ(files_.allFiles(), std::vector<std::string>{"/app/install.log"});
+}
+
+TEST_F(ActionLogRewriterTest, losesALineBehindTheBlockThatHoldsTheLettersOfTheTag) {
+    EXPECT_EQ(
+        rewritten(
+            "a\r\nb\r\nNUMVARS\t0\r\nFILE\tCREATE\t/VAR/x\r\nFILE\tCREATE\t/y\r\nFILE\tCREATE\t/VAR/z\r\n"),
+        "a\r\nb\r\nNUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nFILE\tCREATE\t/y\r\nFILE\tCREATE\t/VAR/z\r\n");
+}
+
+TEST_F(ActionLogRewriterTest, copiesLongLinesWhole) {
+    const std::string line = "FILE\tCREATE\t" + std::string(5000, 'p') + "\r\n";
+    EXPECT_EQ(rewritten("NUMVARS\t0\r\nDIR\t1\ta\r\n" + line),
+              "NUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nDIR\t1\ta\r\n" + line);
+}
+
+TEST_F(ActionLogRewriterTest, refusesALogThatEndsBehindItsVariables) {
+    for (const char* old : {"", "a\r\nb\r\n", "NUMVARS\t0\r\n", "NUMVARS\t1\r\nVAR\tA\t1\r\n"}) {
+        files_.addFile("/app/install.log", old);
+        EXPECT_EQ(errorOf(), "ERROR: No variables in action file");
+        EXPECT_EQ(files_.content("/app/install.log"), old);
+        EXPECT_FALSE(files_.hasFile("/app/templog.log"));
+    }
+}
+
+TEST_F(ActionLogRewriterTest, tellsWhichFileItCannotOpen) {
+    files_.addDirectory("/app");
+    EXPECT_EQ(errorOf(), "ERROR: Opening action file (/app/install.log)");
+    files_.addFile("/app/install.log", kOld);
+    files_.addDirectory("/app/templog.log");
+    EXPECT_EQ(errorOf(), "ERROR: Creating temp file for new log (/app/templog.log)");
+    EXPECT_EQ(files_.content("/app/install.log"), kOld);
+}
+
+TEST_F(ActionLogRewriterTest, keepsTheOldLogWhenTheDiskIsFull) {
+    files_.addFile("/app/install.log", kOld);
+    files_.setFreeSpace(10);
+    EXPECT_EQ(errorOf(), "ERROR: Writing temp file for new log (/app/templog.log)");
+    EXPECT_EQ(files_.content("/app/install.log"), kOld);
+    EXPECT_FALSE(files_.hasFile("/app/templog.log"));
+}
+
+TEST_F(ActionLogRewriterTest, keepsTheOldLogWhenItCannotBeReadOrReplaced) {
+    files_.addFile("/app/install.log", kOld);
+    files_.failAt(Operation::kReplaceFile, "/app/templog.log", 1);
+    EXPECT_NE(errorOf(), "no error");
+    EXPECT_EQ(files_.content("/app/install.log"), kOld);
+    files_.failAt(Operation::kRead, "/app/install.log", 2);
+    EXPECT_NE(errorOf(), "no error");
+    EXPECT_EQ(files_.content("/app/install.log"), kOld);
+    EXPECT_FALSE(files_.hasFile("/app/templog.log"));
+}
+
+}  // namespace
