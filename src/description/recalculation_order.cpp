@@ -57,6 +57,7 @@ std::vector<std::int32_t> recalculationOrder(const std::vector<Recalculated>& va
     const References names(variables);
     const auto count = static_cast<std::int32_t>(variables.size());
     std::vector<Places> references;
+    references.reserve(variables.size());
     for (std::int32_t place = 0; place < count; ++place) {
         references.push_back(names.of(place));
     }
