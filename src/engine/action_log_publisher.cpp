@@ -2,22 +2,23 @@
 
 #include "platform/file_system.h"
 #include "support/p_console.h"
+#include "support/p_file_stream.h"
 #include "support/utilities.h"
 
 bool ActionLogPublisher::publish(const std::string& temporaryLog, const std::string& logPath,
                                  const std::string& temporaryBackup, const std::string& backupPath) {
-    const bool logPublished = publishLog(temporaryLog, logPath);
-    const bool backupPublished = publishBackup(temporaryBackup, backupPath);
+    const bool logPublished = publishFile("install log", temporaryLog, logPath);
+    const bool backupPublished = publishFile("backup file", temporaryBackup, backupPath);
     return logPublished && backupPublished;
 }
 
-bool ActionLogPublisher::publishLog(const std::string& from, const std::string& to) {
+bool ActionLogPublisher::publishFile(const char* what, const std::string& from, const std::string& to) {
     if (!to.empty()) {
         if (files_.replaceFile(from.c_str(), to.c_str()) == 0) {
             return true;
         }
-        if (!OUtils::copyFile(from.c_str(), to.c_str(), files_)) {
-            console_->print("ERROR: The install log could not be written to %s; it stays at %s", to.c_str(),
+        if (!copyPrivately(from, to)) {
+            console_->print("ERROR: The %s could not be written to %s; it stays at %s", what, to.c_str(),
                             from.c_str());
             return false;
         }
@@ -26,12 +27,9 @@ bool ActionLogPublisher::publishLog(const std::string& from, const std::string& 
     return true;
 }
 
-bool ActionLogPublisher::publishBackup(const std::string& from, const std::string& to) {
-    if (!to.empty() && !OUtils::copyFile(from.c_str(), to.c_str(), files_)) {
-        console_->print("ERROR: The backup file could not be written to %s; it stays at %s", to.c_str(),
-                        from.c_str());
-        return false;
-    }
-    files_.removeFile(from.c_str());
-    return true;
+// The copy empties what it finds and leaves its rights as they are.
+bool ActionLogPublisher::copyPrivately(const std::string& from, const std::string& to) {
+    PFileStream target(files_);
+    return target.openPrivate(to.c_str()) == 0 && target.close() == 0 &&
+           OUtils::copyFile(from.c_str(), to.c_str(), files_);
 }

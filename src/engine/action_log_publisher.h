@@ -14,17 +14,17 @@ public:
     // Both outlive this object.
     ActionLogPublisher(platform::FileSystem& files, SessionLog console) : files_(files), console_(console) {}
 
-    // Moves the closed temporary log to `logPath`, by a copy where it can't be moved, and copies the closed
-    // temporary archive to `backupPath`; what stands there is replaced. An empty final path publishes
-    // nothing. The temporary files are deleted, but one that could not be published stays, since it may hold
-    // the only copy of the user's files: the console's line tells where. False when something could not be
-    // published.
+    // Brings the closed temporary log to `logPath` and the closed temporary archive to `backupPath`, by a
+    // copy where they can't be moved; what stands there is replaced. Both stay files of this user alone: the
+    // archive may hold what nobody else could read. An empty final path publishes nothing. The temporary
+    // files are deleted, but one that could not be published stays, since it may hold the only copy of the
+    // user's files: the console's line tells where. False when something could not be published.
     bool publish(const std::string& temporaryLog, const std::string& logPath,
                  const std::string& temporaryBackup, const std::string& backupPath);
 
 private:
-    bool publishLog(const std::string& from, const std::string& to);
-    bool publishBackup(const std::string& from, const std::string& to);
+    bool publishFile(const char* what, const std::string& from, const std::string& to);
+    bool copyPrivately(const std::string& from, const std::string& to);
 
     platform::FileSystem& files_;
     SessionLog console_;

@@ -8,6 +8,7 @@
 #include "description/predefined_variables.h"
 #include "description/product_description.h"
 #include "description/variable_store.h"
+#include "engine/action_log_rewriter.h"
 #include "engine/action_log_variables.h"
 #include "engine/action_log_writer.h"
 #include "engine/alias_extractor.h"
@@ -68,6 +69,7 @@ struct Collaborators {
     FilePlanner planner;
     FileReplacer replacer;
     FileInstaller fileInstaller;
+    ActionLogRewriter rewriter;
     InstallationRecords records;
     ProductInstaller productInstaller;
     EarlierInstallationsScan scan;

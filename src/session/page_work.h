@@ -4,7 +4,9 @@
 #include "engine/file_installer.h"
 #include "engine/session_log.h"
 
+class ActionLogRewriter;
 class PreviousInstallations;
+class ProductDescription;
 class ProductInstaller;
 class SystemChanges;
 class SystemOperations;
@@ -21,6 +23,8 @@ public:
         ProductInstaller& installer;
         PreviousInstallations& previous;
         SystemChanges& changes;
+        const ProductDescription& product;
+        ActionLogRewriter& rewriter;
         SystemOperations& system;
     };
 
@@ -36,6 +40,7 @@ public:
     bool registerApplication() override;
     bool unregisterApplication() override;
     int runActions(InstallerUI* ui, const char* section) override;
+    // Throws InstallerError when the published log can't be brought up to date.
     int finishInstallation(InstallerUI* ui) override;
     bool closeApplication(const char* name, bool isService, const char* directory) override;
     bool uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,
@@ -43,6 +48,7 @@ public:
 
 private:
     void normalizeFields(DialogDesc& page);
+    void rewriteActionLog();
     int refuse(const char* work);
 
     SessionState& state_;

@@ -39,11 +39,16 @@ TEST_F(ActionLogPublisherTest, replacesWhatStandsThere) {
     EXPECT_EQ(files_.content("/app/backup.bin"), "archive");
 }
 
-TEST_F(ActionLogPublisherTest, copiesTheLogWhereItCannotBeMoved) {
+TEST_F(ActionLogPublisherTest, copiesWhatCannotBeMovedForThisUserAlone) {
+    files_.addFile("/app/backup.bin", "an old archive that all can read");
     files_.failAt(Operation::kReplaceFile, "/tmp/log", 1);
+    files_.failAt(Operation::kReplaceFile, "/tmp/backup", 1);
     EXPECT_TRUE(publish());
+    EXPECT_EQ(files_.allFiles(), (std::vector<std::string>{"/app/backup.bin", "/app/install.log"}));
     EXPECT_EQ(files_.content("/app/install.log"), "log");
-    EXPECT_FALSE(files_.hasFile("/tmp/log"));
+    EXPECT_EQ(files_.content("/app/backup.bin"), "archive");
+    EXPECT_TRUE(files_.isPrivate("/app/install.log"));
+    EXPECT_TRUE(files_.isPrivate("/app/backup.bin"));
 }
 
 TEST_F(ActionLogPublisherTest, publishesNothingUnderEmptyNames) {
@@ -61,6 +66,7 @@ TEST_F(ActionLogPublisherTest, saysThatTheLogCannotBePublishedAndKeepsIt) {
 }
 
 TEST_F(ActionLogPublisherTest, keepsTheArchiveWhenTheDiskIsFull) {
+    files_.failAt(Operation::kReplaceFile, "/tmp/backup", 1);
     files_.setFreeSpace(3);
     EXPECT_FALSE(publish());
     EXPECT_EQ(files_.content("/tmp/backup"), "archive");
