@@ -66,8 +66,8 @@ TEST_F(PagerTest, DecidesAboutTheClosingPauseByTheCountOfBytes) {
 }
 
 TEST_F(PagerTest, NeverStopsAQuietRun) {
-    open(3);
-    EXPECT_EQ(print("a\nb\nc\nd", true), "a\nb\nc\nd");
+    open(4);
+    EXPECT_EQ(print("a\nb\nc\nde", true), "a\nb\nc\nde");  // its bytes would ask for a closing pause
     EXPECT_EQ(pauses, 0);
 }
 
