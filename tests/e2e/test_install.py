@@ -79,14 +79,16 @@ class Install(EndToEndTest):
         self.assertEqual(tree["readme.txt"], b"new readme\n")
         self.assertIn(f"owner={owner}\nkind={kind}\n".encode(), tree["conf/settings.ini"])
 
-    def path(self, *parts):
-        return "\\".join([self.dir, *parts])
+    def path(self, name):
+        """A path as the installer writes it: the directory field cleaned, then as the description has it."""
+        directory, separator, base = name.rpartition("/")
+        return self.dir.replace("/", "\\") + (separator + directory if directory else "") + "\\" + base
 
     def test_an_unattended_run_puts_the_files_on_the_disk(self):
         result = self.run_program(self.setup, "-auto")
         self.assertEqual(result.code, 0, result)
         self.assertTrue(result.out.startswith(BANNER), result)
-        self.assertIn("Create " + self.path("bin", "tool.sh") + "\n", result.out)
+        self.assertIn("Create " + self.path("bin/tool.sh") + "\n", result.out)
         self.assertIn("The installation was successful.", result.out)
         self.assertIn("It worked.\n", result.out)
         self.assertTrue(result.out.endswith("Automatic installation was successful!\n"), result)
@@ -101,25 +103,25 @@ class Install(EndToEndTest):
     def test_the_action_log_is_exact(self):
         self.run_program(self.setup, "-auto", "-VARIABLE_OPTIONAL=1")
         lines = self.action_log("opt/product/un/install.log")
-        self.assertEqual(lines[0], self.dir + "/un/install.xml")
-        self.assertEqual(lines[1], self.dir + "/un/backup.bin")
+        self.assertEqual(lines[0], self.dir.replace("/", "\\") + "/un/install.xml")
+        self.assertEqual(lines[1], self.dir.replace("/", "\\") + "/un/backup.bin")
         count = int(lines[2].split("\t")[1])
         variables = lines[3:3 + count]
         self.assertEqual(lines[2], f"NUMVARS\t{count}")
         self.assertEqual([v.split("\t")[:2] for v in variables],
-                         [["VAR", n] for n in ("DIR", "EXTRA", "OPTIONAL", "KIND", "OWNER")])
+                         [["VAR", n] for n in ("INSTALL_ERROR", "DIR", "EXTRA", "OPTIONAL", "KIND", "OWNER")])
         self.assertIn("VAR\tOPTIONAL\t1", variables)
         # Within a set the last file comes first.
         self.assertEqual(lines[3 + count:], [
-            "DIR\t3\t" + self.path("un") + "\\",
-            "FILE\tCREATE\t" + self.path("un", "install.xml"),
-            "DIR\t1\t" + self.path("conf") + "\\",
-            "FILE\tCREATE\t" + self.path("conf", "settings.ini"),
+            "DIR\t3\t" + self.path("un/"),
+            "FILE\tCREATE\t" + self.path("un/install.xml"),
+            "DIR\t1\t" + self.path("conf/"),
+            "FILE\tCREATE\t" + self.path("conf/settings.ini"),
             "FILE\tOVER\t" + self.path("readme.txt"),
-            "DIR\t1\t" + self.path("bin") + "\\",
-            "FILE\tCREATE\t" + self.path("bin", "tool.sh"),
-            "DIR\t1\t" + self.path("opt") + "\\",
-            "FILE\tCREATE\t" + self.path("opt", "optional.txt"),
+            "DIR\t1\t" + self.path("bin/"),
+            "FILE\tCREATE\t" + self.path("bin/tool.sh"),
+            "DIR\t1\t" + self.path("opt/"),
+            "FILE\tCREATE\t" + self.path("opt/optional.txt"),
         ])
 
     def test_no_temporary_file_stays(self):
