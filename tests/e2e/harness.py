@@ -4,11 +4,14 @@ A Machine is a directory that plays the target machine. Paths in tests are relat
 the path as the program under test sees it, `host` the path on this machine.
 """
 
+import atexit
+import getpass
 import os
 import pathlib
 import shutil
 import subprocess
 import tempfile
+import time
 import unittest
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
@@ -33,56 +36,75 @@ def _text(data):
 class LinuxMachine:
     def __init__(self):
         self.root = pathlib.Path(tempfile.mkdtemp(prefix="tandrel-e2e-"))
+        self.temp = self.root / "tmp"
         for name in ("tmp", "state"):
             (self.root / name).mkdir()
-
-    def host(self, path):
-        return self.root / path
 
     def native(self, path):
         return str(self.root / path)
 
     def environment(self, extra):
-        return {**os.environ, "TMPDIR": str(self.root / "tmp"), "TANDREL_STATE_DIR": str(self.root / "state"),
+        return {**os.environ, "TMPDIR": str(self.temp), "TANDREL_STATE_DIR": str(self.root / "state"),
                 "LC_ALL": "C.UTF-8", **extra}
 
     def command(self, program):
         return [str(program)]
 
-    def wait_idle(self):
-        pass
-
     def close(self):
         shutil.rmtree(self.root, ignore_errors=True)
 
 
-class WindowsMachine:
-    def __init__(self):
-        self.prefix = pathlib.Path(tempfile.mkdtemp(prefix="tandrel-e2e-"))
-        self.scripts = TOP / "scripts"
-        subprocess.run([self.scripts / "wine-prefix", "create", self.prefix], check=True, timeout=TIMEOUT)
-        self.root = self.prefix / "prefix" / "drive_c" / "t"
-        self.root.mkdir()
+class WinePrefix:
+    """One prefix for all tests of a file: making one and ending it costs seconds."""
 
-    def host(self, path):
-        return self.root / path
+    shared = None
+
+    def __init__(self):
+        self.directory = pathlib.Path(tempfile.mkdtemp(prefix="tandrel-e2e-"))
+        self.scripts = TOP / "scripts"
+        subprocess.run([self.scripts / "wine-prefix", "create", self.directory], check=True, timeout=TIMEOUT)
+        atexit.register(self.destroy)
+
+    @classmethod
+    def get(cls):
+        if cls.shared is None:
+            cls.shared = cls()
+        return cls.shared
+
+    def destroy(self):
+        subprocess.run([self.scripts / "wine-prefix", "destroy", self.directory], check=False, timeout=TIMEOUT)
+        shutil.rmtree(self.directory, ignore_errors=True)
+
+
+class WindowsMachine:
+    """A directory of its own on drive C: and an empty directory for temporary files."""
+
+    number = 0
+
+    def __init__(self):
+        self.prefix = WinePrefix.get()
+        WindowsMachine.number += 1
+        self.name = f"t{WindowsMachine.number}"
+        drive = self.prefix.directory / "prefix" / "drive_c"
+        self.root = drive / self.name
+        self.root.mkdir()
+        self.temp = drive / "users" / getpass.getuser() / "Temp"
+        for left in self.temp.iterdir() if self.temp.exists() else ():
+            if left.is_file():
+                left.unlink()
 
     def native(self, path):
-        return "C:\\t\\" + str(path).replace("/", "\\")
+        return f"C:\\{self.name}\\" + str(path).replace("/", "\\")
 
     def environment(self, extra):
-        return {**os.environ, "TANDREL_WINE_PREFIX": str(self.prefix), "TANDREL_WINE_TIMEOUT": str(TIMEOUT), **extra}
+        return {**os.environ, "TANDREL_WINE_PREFIX": str(self.prefix.directory), "TANDREL_WINE_TIMEOUT": str(TIMEOUT),
+                **extra}
 
     def command(self, program):
-        relative = pathlib.Path(program).relative_to(self.root)
-        return [str(self.scripts / "run-under-wine"), self.native(relative)]
-
-    def wait_idle(self):
-        subprocess.run([self.scripts / "wine-prefix", "wait", self.prefix], check=False, timeout=TIMEOUT)
+        return [str(self.prefix.scripts / "run-under-wine"), self.native(pathlib.Path(program).relative_to(self.root))]
 
     def close(self):
-        subprocess.run([self.scripts / "wine-prefix", "destroy", self.prefix], check=False, timeout=TIMEOUT)
-        shutil.rmtree(self.prefix, ignore_errors=True)
+        shutil.rmtree(self.root, ignore_errors=True)
 
 
 class EndToEndTest(unittest.TestCase):
@@ -99,7 +121,7 @@ class EndToEndTest(unittest.TestCase):
     # --- paths and files of the machine
 
     def host(self, path):
-        return self.machine.host(path)
+        return self.machine.root / path
 
     def native(self, path):
         return self.machine.native(path)
@@ -128,6 +150,13 @@ class EndToEndTest(unittest.TestCase):
         done = subprocess.run(command, input=stdin.encode("utf-8"), capture_output=True, timeout=timeout, check=False,
                               env=self.machine.environment(env or {}), cwd=self.machine.root)
         return Result(done.returncode, _text(done.stdout), _text(done.stderr))
+
+    def wait_until(self, condition, seconds=60):
+        """For what a program does that was left running; fails when it doesn't come to pass."""
+        end = time.monotonic() + seconds
+        while not condition():
+            self.assertLess(time.monotonic(), end, "what was waited for didn't happen")
+            time.sleep(0.05)
 
     def packager(self, *arguments, **options):
         return self.run_program("packager" + EXE, *arguments, **options)

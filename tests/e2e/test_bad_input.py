@@ -121,6 +121,14 @@ class Disk(EndToEndTest):
         self.assertEqual(self.read("opt"), b"a file")
         self.assertIn("It failed.\n", result.out)
 
+    @unittest.skipIf(WINDOWS, "there are no such pipes there")
+    def test_a_pipe_in_a_files_place_does_not_hang_the_run(self):
+        self.host("opt/product").mkdir(parents=True)
+        os.mkfifo(self.host("opt/product/one.txt"))
+        result = self.run_program(self.setup, "-auto", timeout=60)
+        self.assertIn("FAILED to ", result.out)
+        self.assertEqual(self.read("opt/product/two.txt"), FILES["two.txt"].encode())
+
     @unittest.skipIf(WINDOWS, "needs a file system of its own")
     def test_a_full_disk_in_the_middle_of_a_file_is_told(self):
         mount = self.host("small")

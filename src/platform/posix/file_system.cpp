@@ -52,9 +52,25 @@ int dispositionFlags(Disposition disposition) {
     return 0;
 }
 
-bool isDirectoryDescriptor(int descriptor) {
+// What can't be read or written as a file is refused: a pipe in a file's place would wait for its other end.
+int refusalOf(int descriptor) {
     struct stat status {};
-    return fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+    if (fstat(descriptor, &status) != 0) {
+        return errno;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) ? ENXIO : 0;
+}
+
+// Opening must not wait for the other end of a pipe; what is opened then works as usual.
+int openWithoutWaiting(const char* path, int flags, mode_t mode) {
+    const int descriptor = retryInterrupted([&] { return ::open(path, flags | O_NONBLOCK, mode); });
+    if (descriptor >= 0) {
+        fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    }
+    return descriptor;
 }
 
 // For file systems that can't rename without replacing. A hard link fails on an existing name as well; only
@@ -125,13 +141,13 @@ int PosixFileSystem::open(const char* path, const OpenOptions& options, std::uni
     flags |= dispositionFlags(options.disposition) | O_CLOEXEC | O_NOCTTY;
     const mode_t mode = options.disposition == Disposition::kCreatePrivate ? 0600 : 0666;
     const std::string native = nativePath(path);
-    const int descriptor = retryInterrupted([&] { return ::open(native.c_str(), flags, mode); });
+    const int descriptor = openWithoutWaiting(native.c_str(), flags, mode);
     if (descriptor < 0) {
         return errno;
     }
     auto file = std::make_unique<PosixFile>(descriptor);
-    if (isDirectoryDescriptor(descriptor)) {
-        return EISDIR;
+    if (const int refusal = refusalOf(descriptor)) {
+        return refusal;
     }
     if (options.sequential) {
         posix_fadvise(descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);

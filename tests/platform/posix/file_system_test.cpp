@@ -52,6 +52,13 @@ TEST_F(PosixFileSystemTest, PrivateFilesAreTheUsersAlone) {
     EXPECT_EQ(modeOf(path("f")), 0600U);
 }
 
+TEST_F(PosixFileSystemTest, APipeInAFilesPlaceIsRefusedAtOnce) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    std::unique_ptr<File> file;
+    EXPECT_EQ(files_.open(path("pipe").c_str(), {}, file), ENXIO);
+    EXPECT_EQ(create(path("pipe"), Disposition::kCreateAlways), ENXIO);
+}
+
 TEST_F(PosixFileSystemTest, MakeExecutableFollowsTheReadBits) {
     writeTestFile(path("f"), "");
     for (const auto& [before, after] : {std::pair{0600, 0700}, {0640, 0750}, {0644, 0755}, {0400, 0500}}) {
