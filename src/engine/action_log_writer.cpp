@@ -7,7 +7,9 @@
 
 namespace {
 
-bool isLineBreak(char c) { return c == '\r' || c == '\n'; }
+bool isLineBreak(char c) {
+    return c == '\r' || c == '\n';
+}
 
 // A line break would end the record early, and its rest could pass for another one.
 std::string recordLine(std::string_view tag, std::initializer_list<std::string_view> fields) {

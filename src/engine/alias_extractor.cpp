@@ -50,7 +50,7 @@ std::string AliasExtractor::extractAlias(const char* alias, const char* destinat
     if (!files_.isDirectory(destinationDirectory)) {
         throw InstallerError("ERROR: Destination directory does NOT exist (%s)!", destinationDirectory);
     }
-    const std::string path = pathOf(alias, destinationDirectory, stripExeExtension);
+    std::string path = pathOf(alias, destinationDirectory, stripExeExtension);
     if (expandVariablesInFile) {
         contents_.expandVariables(content, FileContents::kExtractedFileLimit, path.c_str());
     }
