@@ -59,6 +59,9 @@ void FileInstaller::installFile(std::size_t index, BackupFile& backup, WorkRepor
     }
     parts_.log.writeFile(work.file.backupExisting, work.path);
     report.pumpEvents();
+    if (work.file.expandVars) {
+        parts_.contents.expandVariables(content, FileContents::kInstalledFileLimit, work.path.c_str());
+    }
     const bool stands = place(work, content, report);
     if (stands && afterFileInstalled) {
         afterFileInstalled(work.path, work.file);
@@ -95,14 +98,12 @@ bool FileInstaller::readContent(Work& work, FileContent& content) {
     }
     const auto size = static_cast<std::int64_t>(content.bytes.size());
     work.onDisk = comparer_.compare(work.path.c_str(), size, content.digest);
-    if (work.file.expandVars) {
-        parts_.contents.expandVariables(content, FileContents::kInstalledFileLimit, work.path.c_str());
-    }
     return true;
 }
 
-// The check sum is that of what is about to be written: a restore compares it with the file on the disk, and
-// leaves alone what isn't the installation's own.
+// The check sum is that of the new content as it lies in the cabinet: a restore compares it with the file on
+// the disk, and leaves alone what isn't the installation's own. A file whose variables were expanded counts
+// as changed there and stays.
 void FileInstaller::backUp(const Work& work, const FileContent& content, BackupFile& backup,
                            WorkReport& report) {
     const std::uint32_t checkSum = checkSumOf(content.bytes);
