@@ -21,24 +21,24 @@ constexpr CommandName kCommands[] = {
 
 // An option stores a text, sets a flag or stores a number between 1 and `most`; the others are null.
 struct OptionRule {
-    PackagerCommand command;
     const char* name;
     std::string CommandLine::*text;
     bool CommandLine::*flag;
     std::int32_t CommandLine::*number;
     std::int32_t most;
+    PackagerCommand command;
 };
 
 constexpr OptionRule kOptions[] = {
-    {PackagerCommand::kBuild, "description", &CommandLine::description, nullptr, nullptr, 0},
-    {PackagerCommand::kBuild, "root", &CommandLine::root, nullptr, nullptr, 0},
-    {PackagerCommand::kBuild, "image", &CommandLine::image, nullptr, nullptr, 0},
-    {PackagerCommand::kBuild, "output", &CommandLine::output, nullptr, nullptr, 0},
-    {PackagerCommand::kBuild, "bin", nullptr, &CommandLine::bin, nullptr, 0},
-    {PackagerCommand::kBuild, "stripes", nullptr, nullptr, &CommandLine::stripes, SolidFormat::kMaxChunks},
-    {PackagerCommand::kBuild, "level", nullptr, nullptr, &CommandLine::level, 9},
-    {PackagerCommand::kBuild, "old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0},
-    {PackagerCommand::kExtract, "to", &CommandLine::target, nullptr, nullptr, 0},
+    {"description", &CommandLine::description, nullptr, nullptr, 0, PackagerCommand::kBuild},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, PackagerCommand::kBuild},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, PackagerCommand::kBuild},
+    {"output", &CommandLine::output, nullptr, nullptr, 0, PackagerCommand::kBuild},
+    {"bin", nullptr, &CommandLine::bin, nullptr, 0, PackagerCommand::kBuild},
+    {"stripes", nullptr, nullptr, &CommandLine::stripes, SolidFormat::kMaxChunks, PackagerCommand::kBuild},
+    {"level", nullptr, nullptr, &CommandLine::level, 9, PackagerCommand::kBuild},
+    {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, PackagerCommand::kBuild},
+    {"to", &CommandLine::target, nullptr, nullptr, 0, PackagerCommand::kExtract},
 };
 
 class Parser {
@@ -81,9 +81,7 @@ private:
     }
 
     void takeOperand(const std::string& word) {
-        if (result_.command == PackagerCommand::kBuild) {
-            fail("unexpected word \"" + word + "\"");
-        } else if (result_.package.empty()) {
+        if (result_.command != PackagerCommand::kBuild && result_.package.empty()) {
             result_.package = word;
         } else if (result_.command == PackagerCommand::kExtract) {
             result_.aliases.push_back(word);

@@ -122,7 +122,7 @@ void PackingList::addFile(const PXML& document, std::int32_t node) {
 // Where the file is; empty when there is none.
 std::string PackingList::locate(const std::string& text, const std::string& relativePath,
                                 const std::string& name) const {
-    const std::string path = sources_.root + "/" + relativePath;
+    std::string path = sources_.root + "/" + relativePath;
     if (isDescription(path, relativePath, name)) {
         return sources_.description;
     }

@@ -388,6 +388,7 @@ TEST(PackageWriterBig, PacksTheLargestFileAndVeryManyFiles) {
     }
     writeTestFile(directory.file("small"), std::string(1024, 's'));
     std::vector<PackageFile> entries;
+    entries.reserve(100000);
     for (int i = 0; i < 100000; ++i) {
         entries.push_back({directory.file("small"), "small", "alias" + std::to_string(i)});
     }

@@ -37,21 +37,21 @@ TEST(PackageFileReader, FindsThePayloadBehindLargeImages) {
     }
 }
 
+void read(MemoryFileSystem& files) {
+    PackageFileReader reader(files);
+    reader.locate("/p");
+    reader.load();
+}
+
 TEST(PackageFileReader, TellsWhenItCannotRead) {
     MemoryFileSystem files;
     files.addFile("/p", package(endRecord()));
     for (int n = 1; n <= 3; ++n) {
         files.failAt(MemoryFileSystem::Operation::kRead, "/p", n);
-        PackageFileReader reader(files);
-        EXPECT_THROW(
-            {
-                reader.locate("/p");
-                reader.load();
-            },
-            InstallerError)
-            << n;
+        EXPECT_THROW(read(files), InstallerError) << n;
         files.clearFaults();
     }
+    read(files);
 }
 
 TEST(DigestText, IsHexadecimal) {

@@ -8,6 +8,7 @@ namespace {
 
 std::vector<PackageFile> filesOf(std::size_t count, std::int64_t size) {
     std::vector<PackageFile> entries;
+    entries.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         entries.push_back({"p" + std::to_string(i), "n", "a" + std::to_string(i), size});
     }
@@ -16,6 +17,7 @@ std::vector<PackageFile> filesOf(std::size_t count, std::int64_t size) {
 
 std::vector<std::string> aliasesOf(const std::vector<PackageFile>& entries) {
     std::vector<std::string> aliases;
+    aliases.reserve(entries.size());
     for (const PackageFile& entry : entries) {
         aliases.push_back(entry.alias);
     }
