@@ -132,7 +132,9 @@ bool copyFile(const char* from, const char* to, platform::FileSystem& files) {
     return true;
 }
 
-int removeFile(const char* path, platform::FileSystem& files) { return files.removeFile(path); }
+int removeFile(const char* path, platform::FileSystem& files) {
+    return files.removeFile(path);
+}
 
 int readWholeFile(const char* path, SharedBuffer& outContent, platform::FileSystem& files) {
     outContent.release();

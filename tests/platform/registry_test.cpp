@@ -25,8 +25,8 @@ constexpr RegistryView kView = RegistryView::kNative;
 class OwnStateDirectory : public testing::Environment {
 public:
     void SetUp() override {
-        // The copies of this program that tests start and end keep to the store of the one that started them, because
-        // they leave without clearing up.
+        // The copies of this program that tests start and end keep to the store of the one that started them,
+        // because they leave without clearing up.
         if (platform::systemEnvironment().get(kMark)) {
             return;
         }

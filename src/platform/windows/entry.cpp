@@ -13,6 +13,7 @@ int wmain(int count, wchar_t** arguments);
 
 int wmain(int count, wchar_t** arguments) {
     std::vector<std::string> texts;
+    texts.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; i++) {
         texts.push_back(platform::utf8Of(arguments[i]));
     }
