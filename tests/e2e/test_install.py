@@ -1,10 +1,14 @@
 """A product installs itself: unattended, by hand, from an answers file, from a separate binary file."""
 
 import hashlib
+import os
+import signal
 import struct
+import subprocess
+import unittest
 
 from descriptions import description
-from harness import EXE, EndToEndTest, main
+from harness import EXE, WINDOWS, EndToEndTest, main
 
 SETS = """
 <FileSet Name="Core">
@@ -174,6 +178,21 @@ class Install(EndToEndTest):
         self.assertEqual(result.code, 0, result)
         self.assertFalse(self.host("opt/product").exists())
         self.assertNotIn("It worked.", result.out)
+
+    @unittest.skipIf(WINDOWS, "a signal reaches only the wrapper that starts Wine")
+    def test_an_interrupt_at_a_prompt_ends_the_run_at_once(self):
+        for event in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            process = subprocess.Popen([self.host(self.setup), "-gui=0"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                       env=self.machine.environment({}))
+            printed = b""
+            while b"Where to [" not in printed:
+                printed += os.read(process.stdout.fileno(), 1000)
+            process.send_signal(event)
+            printed += process.communicate(timeout=60)[0]
+            self.assertEqual(process.returncode, 0, printed)
+            self.assertIn(b"\n[CTRL-C] Aborting installation...\n", printed)
+            self.assertNotIn(b"It worked.", printed)
+        self.assertFalse(self.host("opt").exists())
 
     def test_an_answers_file_runs_silently(self):
         self.write("answers.xml", '<DefValues><Value Name="OWNER" DataType="value">Grace</Value>'
