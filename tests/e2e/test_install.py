@@ -188,7 +188,11 @@ class Install(EndToEndTest):
             while b"Where to [" not in printed:
                 printed += os.read(process.stdout.fileno(), 1000)
             process.send_signal(event)
-            printed += process.communicate(timeout=60)[0]
+            # The input stays open meanwhile: its end would be another reason to stop.
+            printed += process.stdout.read()
+            process.wait(timeout=60)
+            process.stdin.close()
+            process.stdout.close()
             self.assertEqual(process.returncode, 0, printed)
             self.assertIn(b"\n[CTRL-C] Aborting installation...\n", printed)
             self.assertNotIn(b"It worked.", printed)
