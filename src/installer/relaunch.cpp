@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "base/text_functions.h"
-#include "installer/private_file.h"
 #include "installer/run_options.h"
 #include "installer/uninstaller_events.h"
 #include "platform/file_system.h"
@@ -12,6 +11,7 @@
 #include "platform/processes.h"
 #include "platform/program.h"
 #include "support/p_console.h"
+#include "support/p_file_stream.h"
 #include "support/utilities.h"
 
 namespace {
@@ -43,8 +43,10 @@ int UninstallRelaunch::fail() {
     return -1;
 }
 
+// The fixed names lie where others can write: each is taken anew as this user's own before anything goes in.
 bool UninstallRelaunch::copyToPrivateFile(const char* from, const char* to) {
-    return createFreshPrivateFile(platform_.files, to) == 0 && OUtils::copyFile(from, to, platform_.files);
+    PFileStream file(platform_.files);
+    return file.openPrivate(to) == 0 && file.close() == 0 && OUtils::copyFile(from, to, platform_.files);
 }
 
 int UninstallRelaunch::run(const RunOptions& options, int debugLevel) {
