@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+enum class RichTextStyle : std::uint8_t { kBold = 0, kItalic = 1, kUnderline = 2 };
+enum class RichTextAlignment : std::uint8_t { kLeft = 0, kCentre = 1, kRight = 2, kJustified = 3 };
+
+// Receives a rich text as it is read.
+class RichTextCallback {
+public:
+    virtual ~RichTextCallback() = default;
+
+    // New output arrived: one character, or the first of a whole text. `text` is zero-terminated output from
+    // there on, valid during the call.
+    virtual void addChar(const char* text) = 0;
+    // The current paragraph ended.
+    virtual void paragraph() = 0;
+    virtual void setStyle(RichTextStyle kind, bool on) = 0;
+    // In points; 0 asks for the default.
+    virtual void setFontSize(int size) = 0;
+    virtual void setAlignment(RichTextAlignment alignment) = 0;
+    // All style goes back to the default.
+    virtual void resetStyles() = 0;
+    virtual void setLeftIndent(int tenthsOfMillimetre) = 0;
+    virtual void endDocument() = 0;
+};

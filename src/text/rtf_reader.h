@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+class RichTextCallback;
+
+enum class RtfMode : std::uint8_t {
+    kTerminal = 0,  // attributes of terminals are written into the text
+    kControl = 1,   // none
+    kPlain = 2,     // none
+};
+
+// Reads a small subset of the Rich Text Format, in one pass: the plain text of a document, and calls for
+// whoever shows it with its styles. One reader serves one text.
+class RtfReader {
+public:
+    // Borrowed; null takes it away. Set ahead of read.
+    void setCallback(RichTextCallback* callback) { callback_ = callback; }
+
+    // The text of the document, wrapped to `width` characters when `width` is above 0. Nothing when the
+    // groups of the document aren't balanced; nothing is shown or raised then. The time is linear in the
+    // length of the document.
+    std::optional<std::string> read(std::string_view document, RtfMode mode, int width);
+
+private:
+    RichTextCallback* callback_ = nullptr;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// How a text of the markdown dialect is read.
+struct TGMParseOptions {
+    // A list line directly under a plain line stays in the paragraph.
+    bool lazyLists = true;
+    // Lines such as `a. text` are list items.
+    bool alphaLists = true;
+    // Go on after an error.
+    bool keepGoing = false;
+    // Verify first that all lines are valid UTF-8.
+    bool checkUtf8 = false;
+    // Blanks of one level of indentation; 0 counts as 1.
+    std::uint32_t tabWidth = 4;
+    // Joins the lines of a paragraph.
+    char joinChar = '\n';
+    // When set, receives the dumps; not owned.
+    std::string* debugLog = nullptr;
+};
+
+// What went wrong in a parse; several can come together.
+enum TGMParseError : std::uint8_t {
+    kTgmNullText = 1,
+    kTgmEmptyText = 2,         // or the range of a block is reversed
+    kTgmInvalidBlock = 8,      // an unknown kind of line, a list without items, nesting beyond the limits
+    kTgmInvalidEmphasis = 16,  // emphasis that can't be resolved
+    kTgmInvalidUtf8 = 32,
+};
+
+struct TGMParseResult {
+    std::uint8_t errors = 0;  // a set of TGMParseError
+    // The first place of trouble, counted from 0; all ones when there is none. The column is only kept for
+    // information.
+    std::uint32_t line = UINT32_MAX;
+    std::uint32_t column = UINT32_MAX;
+
+    bool succeeded() const { return errors == 0; }
+};
