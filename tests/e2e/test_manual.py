@@ -1,0 +1,123 @@
+"""The author's manual is true: its tutorial does what it says, and its descriptions can be packed."""
+
+import re
+import subprocess
+import unittest
+from xml.etree import ElementTree
+
+import manual_pages
+from harness import EXE, TIMEOUT, TOP, WINDOWS, EndToEndTest, main
+
+MANUAL = TOP / "docs" / "manual"
+# What the console writes to clear a line of its own.
+CLEARED = re.compile(r"\r {78}\r?")
+
+
+class ManualTest(EndToEndTest):
+    """The manual speaks of a Linux machine: /opt, and programs without endings."""
+
+    def localized(self, text):
+        """A file or an example of the manual, for the machine of the test."""
+        return text.replace("/opt/", self.native("opt").replace("\\", "/") + "/")
+
+    def as_stated(self, text):
+        """What a program printed, in the words of the manual."""
+        text = CLEARED.sub("", text).replace(str(self.machine.root) + "/", "/")
+        if WINDOWS:
+            return text.replace("\\", "/").replace(self.native("").replace("\\", "/"), "/").replace(".exe", "")
+        root = self.native("")
+        return text.replace(root, "").replace(root.replace("/", "\\"), "")
+
+    def assert_prints(self, stated, printed, where):
+        expected = stated.replace("\\", "/") if WINDOWS else stated
+        printed = self.as_stated(printed).rstrip("\n") + "\n"
+        if not manual_pages.pattern_of(expected).fullmatch(printed):
+            self.fail(f"{where}: the manual says\n{expected}\nand this is what came:\n{printed}")
+
+
+class Tutorial(ManualTest):
+    def setUp(self):
+        super().setUp()
+        self.add_wrapper("bin/packager", "packager" + EXE)
+        if WINDOWS:
+            self.add_wrapper("setup", "setup.exe")
+
+    def add_wrapper(self, name, program):
+        """A command for the shell that gives the program its paths as its own system writes them."""
+        root = str(self.host(""))
+        command = " ".join(f"'{part}'" for part in self.machine.command(self.host(program)))
+        self.write(name, "#!/bin/bash\narguments=()\n"
+                         f"for a; do arguments+=(\"${{a//'{root}/'/'{self.native('')}'}}\"); done\n"
+                         f"exec {command} \"${{arguments[@]}}\"\n").chmod(0o755)
+
+    def in_shell(self, commands, typed):
+        commands = commands.replace("/opt/", str(self.host("opt")) + "/")
+        if WINDOWS:
+            commands = re.sub(r"(?<= )(setup|installer)\b(?!\.)", r"\1.exe", commands)
+        environment = self.machine.environment({})
+        environment["LC_ALL"] = "C.UTF-8"
+        environment["PATH"] = f"{self.host('bin')}:{environment['PATH']}"
+        done = subprocess.run(["bash", "-e", "-c", commands], input=typed.encode("utf-8"), stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, timeout=TIMEOUT, check=False, env=environment,
+                              cwd=self.machine.root)
+        return done.returncode, done.stdout.decode("utf-8").replace("\r\n", "\n")
+
+    def take(self, block):
+        """What a block of the page asks for; the commands and their output are taken together."""
+        if "file" in block.values:
+            self.write(block.values["file"], self.localized(block.text))
+        elif "section" in block.values:
+            description = self.read("install.xml").decode("utf-8")
+            self.write("install.xml", manual_pages.with_section(description, self.localized(block.text)))
+
+    def test_every_step_does_what_the_page_says(self):
+        page = manual_pages.blocks((MANUAL / "tutorial.md").read_text("utf-8"))
+        runs = 0
+        for block, following in zip(page, page[1:] + [None]):
+            self.take(block)
+            if "run" not in block.words:
+                continue
+            runs += 1
+            where = f"tutorial.md:{block.line}"
+            has_output = following is not None and "output" in following.words
+            typed, stated = manual_pages.answers(following.text) if has_output else ("", "")
+            code, printed = self.in_shell(block.text, self.localized(typed))
+            self.assertEqual(code, int(block.values.get("exit", 0)), f"{where}: {block.text}{printed}")
+            if has_output:
+                self.assert_prints(stated, printed, where)
+        self.assertGreaterEqual(runs, 10)
+
+
+class Examples(ManualTest):
+    @staticmethod
+    def xml_blocks():
+        for page in sorted(MANUAL.glob("*.md")):
+            for block in manual_pages.blocks(page.read_text("utf-8")):
+                if block.language == "xml":
+                    yield f"{page.name}:{block.line}", block.text
+
+    def test_every_example_is_well_formed(self):
+        count = 0
+        for where, text in self.xml_blocks():
+            count += 1
+            with self.subTest(where):
+                ElementTree.fromstring("<Examples>" + re.sub(r"<\?.*?\?>", "", text) + "</Examples>")
+        self.assertGreaterEqual(count, 7)
+
+    def test_every_whole_description_can_be_packed_and_installs(self):
+        count = 0
+        for where, text in self.xml_blocks():
+            if "<ProductDesc>" not in text or "<Dialogs>" not in text:
+                continue
+            count += 1
+            with self.subTest(where):
+                names = [n.text for n in ElementTree.fromstring(text).iter("FN") if n.text]
+                files = {n: "content\n" for n in names if n not in ("install.xml", "installer")}
+                package = self.build_package(self.localized(text), files)
+                result = self.run_program(package, "-auto")
+                self.assertIn("The installation was successful.\n", result.out)
+        self.assertGreaterEqual(count, 2)
+
+
+if __name__ == "__main__":
+    main()
