@@ -36,6 +36,7 @@
 #include "ui/triggers.h"
 
 class EnvironmentAccess;
+class SystemModifications;
 struct SessionState;
 
 // What the session needs of the machine. All of it outlives the session.
@@ -43,6 +44,7 @@ struct SessionServices {
     platform::FileSystem& files;
     EnvironmentAccess& environment;
     SystemOperations& system;
+    SystemModifications& modifications;
 };
 
 // The parts of a session, each over references to what it works on, in the order in which they need each

@@ -22,12 +22,13 @@ constexpr int kNameCapacity = 1024;
 
 }  // namespace
 
-Installer::Installer(platform::FileSystem& files, EnvironmentAccess& environment)
+Installer::Installer(platform::FileSystem& files, EnvironmentAccess& environment,
+                     SystemModifications& modifications)
     : SessionState(files), files_(files), environment_(environment) {
     navigation.errorSummary = &errorList;
     SessionState& state = *this;
     parts_ = std::make_unique<Collaborators>(
-        state, SessionServices{files, environment, *this},
+        state, SessionServices{files, environment, *this, modifications},
         [this](const std::string& path, const FileEntry& file) { afterFileInstalled(path, file); });
 }
 

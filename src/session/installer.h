@@ -10,6 +10,7 @@
 
 class EnvironmentAccess;
 class SharedBuffer;
+class SystemModifications;
 struct Collaborators;
 struct FileEntry;
 
@@ -19,8 +20,9 @@ struct FileEntry;
 // system are left to the derived class. One thread, but for cancel.
 class Installer : public InstallExchangeInfo, public SystemOperations, protected SessionState {
 public:
-    // Both are borrowed and outlive the session.
-    Installer(platform::FileSystem& files, EnvironmentAccess& environment);
+    // All are borrowed and outlive the session; `modifications` isn't used before the session runs.
+    Installer(platform::FileSystem& files, EnvironmentAccess& environment,
+              SystemModifications& modifications);
     ~Installer() override;
 
     // Ahead of everything else. The console is borrowed and may be null: then nothing is logged.

@@ -9,13 +9,15 @@
 
 Wini::Wini(const platform::Platform& platform, int level, int gui, int ignoreErrors)
     : WiniEnvironment(platform),
-      Installer(platform.files, processEnvironment),
+      Installer(platform.files, processEnvironment, modifications),
       platform_(platform),
       debugLevelArgument_(level),
       guiArgument_(gui),
       ignoreErrorsArgument_(ignoreErrors),
       uninstallList_(platform.registry),
-      runningApplications_(platform.processes, console) {}
+      runningApplications_(platform.processes, console) {
+    modifications.attach(*this, errorList, console);
+}
 
 int Wini::getTemporaryFileName(char* buffer, int size) {
     return makeTemporaryName(platform_.files, buffer, size);

@@ -9,13 +9,15 @@
 #include "wini/process_environment.h"
 #include "wini/running_applications.h"
 #include "wini/uninstall_list.h"
+#include "wini/wini_modifications.h"
 
 // What has to exist ahead of the session.
 struct WiniEnvironment {
     explicit WiniEnvironment(const platform::Platform& platform)
-        : processEnvironment(platform.environment, platform.files) {}
+        : processEnvironment(platform.environment, platform.files), modifications(platform) {}
 
     ProcessEnvironment processEnvironment;
+    WiniModifications modifications;
 };
 
 // A session on the real operating system. Its operations are short: each family has a class of its own.

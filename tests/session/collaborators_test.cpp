@@ -8,7 +8,8 @@ namespace {
 class CollaboratorsTest : public SessionTest {
 protected:
     SessionState state_{files_};
-    Collaborators parts_{state_, {files_, environment_, system_}, {}};
+    FakeSystemModifications modifications_;
+    Collaborators parts_{state_, {files_, environment_, system_, modifications_}, {}};
 };
 
 TEST_F(CollaboratorsTest, workOnOneState) {

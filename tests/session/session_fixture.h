@@ -10,6 +10,7 @@
 #include "description/description_fixture.h"
 #include "description/file_sets.h"
 #include "fakes/fake_console.h"
+#include "fakes/fake_system_modifications.h"
 #include "fakes/installing_system.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
@@ -20,7 +21,9 @@
 class TestSession : public Installer {
 public:
     TestSession(platform::FileSystem& files, EnvironmentAccess& environment, FakeSystemOperations& system)
-        : Installer(files, environment), system_(system) {}
+        : Installer(files, environment, modifications), system_(system) {}
+
+    FakeSystemModifications modifications;
 
     using SessionState::earlier;
     using SessionState::errorList;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+// The desktop's own objects: links to programs and pages, and the programs that open documents.
+namespace platform {
+
+// What a link starts. Empty texts are left out; the icon is the first of its file.
+struct LinkDescription {
+    std::string target;
+    std::string description;
+    std::string arguments;
+    std::string workDirectory;
+    std::string iconPath;
+};
+
+class ShellObjects {
+public:
+    virtual ~ShellObjects() = default;
+
+    // Make a link file at `linkPath`, over one that is there; its directory exists. 0 or the system's error.
+    // Windows: a shell link, an Internet shortcut. Linux: a desktop entry (Desktop Entry Specification 1.5).
+    virtual int createLink(const char* linkPath, const LinkDescription& link) = 0;
+    virtual int createUrlLink(const char* linkPath, const char* url) = 0;
+
+    // Hands a document, program or URL to its default program and doesn't wait. False when there is none.
+    virtual bool openDocument(const char* path) = 0;
+
+    // Tells the programs that run that the system's environment has changed.
+    // Windows: the broadcast of the changed setting. Linux: nothing is told; see EnvironmentProfile.
+    virtual bool broadcastEnvironment() = 0;
+};
+
+ShellObjects& systemShellObjects();
+
+}  // namespace platform

@@ -1,0 +1,129 @@
+#include "wini/wini_modifications.h"
+
+#include <stdexcept>
+
+#include "contracts/install_exchange_info.h"
+
+struct WiniModifications::Families {
+    InstallExchangeInfo& product;
+    ErrorList& errors;
+    SessionLog console;
+
+    // The operation isn't built yet; the log says so.
+    bool refuse(const char* operation) const {
+        console->print("ERROR: %s is not carried out: this version can not do that", operation);
+        return false;
+    }
+};
+
+WiniModifications::WiniModifications(const platform::Platform& platform) : platform_(platform) {}
+
+WiniModifications::~WiniModifications() = default;
+
+void WiniModifications::attach(InstallExchangeInfo& product, ErrorList& errors, SessionLog console) {
+    families_ = std::make_unique<Families>(Families{product, errors, console});
+}
+
+WiniModifications::Families& WiniModifications::families() {
+    if (families_ == nullptr) {
+        throw std::logic_error("a change to the system ahead of the session");
+    }
+    return *families_;
+}
+
+bool WiniModifications::addEnvironmentEntry(const char*, const char*, EnvironmentMode, std::string&,
+                                            InstallerUI*, bool) {
+    return families().refuse("addEnvironmentEntry");
+}
+
+bool WiniModifications::removeEnvironmentEntry(const char*, InstallerUI*) {
+    return families().refuse("removeEnvironmentEntry");
+}
+
+bool WiniModifications::broadcastEnvironmentChange() {
+    return families().refuse("broadcastEnvironmentChange");
+}
+
+bool WiniModifications::addIniEntry(const char*, const char*, const char*, const char*, std::string&,
+                                    InstallerUI*, bool, const char*) {
+    return families().refuse("addIniEntry");
+}
+
+bool WiniModifications::removeIniEntry(const char*, InstallerUI*) {
+    return families().refuse("removeIniEntry");
+}
+
+bool WiniModifications::modifyFile(const char*, const char*, std::string&, InstallerUI*) {
+    return families().refuse("modifyFile");
+}
+
+bool WiniModifications::undoFileModification(const char*, InstallerUI*) {
+    return families().refuse("undoFileModification");
+}
+
+bool WiniModifications::addShortcut(const ShortcutRequest&, std::string&, InstallerUI*) {
+    return families().refuse("addShortcut");
+}
+
+bool WiniModifications::removeShortcut(const char*, InstallerUI*) {
+    return families().refuse("removeShortcut");
+}
+
+FirewallResult WiniModifications::firewallAddApplication(const char*, const char*) {
+    families().refuse("firewallAddApplication");
+    return FirewallResult::kFailed;
+}
+
+FirewallResult WiniModifications::firewallRemoveApplication(const char*) {
+    families().refuse("firewallRemoveApplication");
+    return FirewallResult::kFailed;
+}
+
+FirewallResult WiniModifications::firewallAddPort(const FirewallPortRule&) {
+    families().refuse("firewallAddPort");
+    return FirewallResult::kFailed;
+}
+
+FirewallResult WiniModifications::firewallRemovePort(const char*) {
+    families().refuse("firewallRemovePort");
+    return FirewallResult::kFailed;
+}
+
+int WiniModifications::writeRegistryValue(const char*, const char*, const char*, const char*, const char*,
+                                          int& outCreated) {
+    outCreated = 0;
+    families().refuse("writeRegistryValue");
+    return -1;
+}
+
+int WiniModifications::createRegistryKey(const char*, const char*) {
+    families().refuse("createRegistryKey");
+    return 0;
+}
+
+int WiniModifications::deleteRegistryValue(const char*, const char*, const char*) {
+    families().refuse("deleteRegistryValue");
+    return -1;
+}
+
+int WiniModifications::deleteRegistryKeys(const char*, const char*, int) {
+    families().refuse("deleteRegistryKeys");
+    return 0;
+}
+
+bool WiniModifications::registerApplication() {
+    return families().refuse("registerApplication");
+}
+
+bool WiniModifications::removeUninstallEntry(const char*) {
+    return families().refuse("removeUninstallEntry");
+}
+
+bool WiniModifications::uninstallApplication(const char*, const char*, std::uint32_t, InstallerUI*) {
+    return families().refuse("uninstallApplication");
+}
+
+bool WiniModifications::runAssociatedProgram(const char*, const char*, std::uint32_t, const char*,
+                                             InstallerUI*, std::uint32_t) {
+    return families().refuse("runAssociatedProgram");
+}
