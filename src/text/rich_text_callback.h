@@ -5,7 +5,8 @@
 enum class RichTextStyle : std::uint8_t { kBold = 0, kItalic = 1, kUnderline = 2 };
 enum class RichTextAlignment : std::uint8_t { kLeft = 0, kCentre = 1, kRight = 2, kJustified = 3 };
 
-// Receives a rich text as it is read.
+// Receives a rich text as it is read, in the order of the document. Only addChar keeps to what is visible:
+// the other calls also come for control words inside of hidden groups.
 class RichTextCallback {
 public:
     virtual ~RichTextCallback() = default;

@@ -20,9 +20,10 @@ public:
     // Borrowed; null takes it away. Set ahead of read.
     void setCallback(RichTextCallback* callback) { callback_ = callback; }
 
-    // The text of the document, wrapped to `width` characters when `width` is above 0. Nothing when the
-    // groups of the document aren't balanced; nothing is shown or raised then. The time is linear in the
-    // length of the document.
+    // The text of the document, which ends at its first zero byte, wrapped to `width` characters of one byte
+    // when `width` is above 0. Nothing when the groups of the document aren't balanced; nothing is shown or
+    // raised then, and the callback was told what stands ahead of the fault. The time is linear in the length
+    // of the document.
     std::optional<std::string> read(std::string_view document, RtfMode mode, int width);
 
 private:

@@ -1,0 +1,220 @@
+#include "text/rtf_reader.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "text/rich_text_callback.h"
+#include "text/rich_text_wrap.h"
+#include "text/rtf_control_words.h"
+
+namespace {
+
+// Groups below the document's own are headers, pictures and the like.
+constexpr std::size_t kHiddenDepth = 2;
+
+constexpr std::size_t kHexDigits = 2;
+constexpr unsigned kCopyrightSign = 0xA9;
+constexpr unsigned kRegisteredSign = 0xAE;
+
+// Of the C locale, whatever the program's locale is.
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool isOfWord(char character) {
+    return isDigit(character) || (character >= 'a' && character <= 'z') ||
+           (character >= 'A' && character <= 'Z') || character == '-';
+}
+
+unsigned hexValue(char digit) {
+    if (isDigit(digit)) {
+        return static_cast<unsigned>(digit - '0');
+    }
+    if (digit >= 'a' && digit <= 'f') {
+        return static_cast<unsigned>(digit - 'a') + 10;
+    }
+    return digit >= 'A' && digit <= 'F' ? static_cast<unsigned>(digit - 'A') + 10 : 0;
+}
+
+// Swallows all calls, so that the pass need not ask each time whether there is someone to call.
+class NoCallback : public RichTextCallback {
+public:
+    void addChar(const char*) override {}
+    void paragraph() override {}
+    void setStyle(RichTextStyle, bool) override {}
+    void setFontSize(int) override {}
+    void setAlignment(RichTextAlignment) override {}
+    void resetStyles() override {}
+    void setLeftIndent(int) override {}
+    void endDocument() override {}
+};
+
+// One document on its way through.
+class Pass {
+public:
+    Pass(std::string_view document, RtfMode mode, RichTextCallback& callback)
+        : rest_(document), mode_(mode), callback_(callback) {
+        output_.reserve(document.size() + document.size() / 10 + kSlack);
+    }
+
+    // False when the groups aren't balanced.
+    bool run();
+    std::string takeOutput() { return std::move(output_); }
+
+private:
+    static constexpr std::size_t kSlack = 1000;
+
+    // The next `count` bytes, or what is left of them.
+    std::string_view take(std::size_t count) {
+        const std::string_view taken = rest_.substr(0, count);
+        rest_.remove_prefix(taken.size());
+        return taken;
+    }
+
+    bool readByte();
+    void readEscape();
+    void readHex();
+    void readWord();
+    void handle(const RtfControlWord& found, std::string_view word);
+    void tell(const RtfControlWord& found, std::string_view word);
+    void write(std::string_view text);
+
+    std::string_view rest_;
+    const RtfMode mode_;
+    RichTextCallback& callback_;
+    std::size_t depth_ = 0;
+    std::string output_;
+};
+
+bool Pass::run() {
+    while (!rest_.empty()) {
+        if (!readByte()) {
+            return false;
+        }
+    }
+    if (depth_ != 0) {
+        return false;
+    }
+    handle(*findRtfControlWord(kRtfRestoreWord), kRtfRestoreWord);
+    callback_.endDocument();
+    return true;
+}
+
+bool Pass::readByte() {
+    switch (rest_.front()) {
+        case '\r':
+        case '\t':
+        case '\n':
+            take(1);
+            return true;
+        case '{':
+            take(1);
+            ++depth_;
+            return true;
+        case '}':
+            take(1);
+            return depth_-- > 0;
+        case '\\':
+            take(1);
+            readEscape();
+            return true;
+        default:
+            write(take(1));
+            return true;
+    }
+}
+
+// What stands behind a backslash, which may be the last byte.
+void Pass::readEscape() {
+    if (!rest_.empty() && isOfWord(rest_.front())) {
+        readWord();
+        return;
+    }
+    const std::string_view symbol = take(1);
+    if (symbol == "\\" || symbol == "{" || symbol == "}") {
+        write(symbol);
+    } else if (symbol == "'") {
+        readHex();
+    } else if (symbol == "~") {
+        write(" ");
+    } else if (symbol == "_") {
+        write("-");
+    }
+}
+
+// The digits are passed over whatever they are, a brace too.
+void Pass::readHex() {
+    unsigned value = 0;
+    for (std::size_t index = 0; index < kHexDigits; ++index) {
+        const std::string_view digit = take(1);
+        value = value * 16 + (digit.empty() ? 0 : hexValue(digit.front()));
+    }
+    if (value == kCopyrightSign) {
+        write("(c)");
+    } else if (value == kRegisteredSign) {
+        write("(r)");
+    }
+}
+
+void Pass::readWord() {
+    const auto end = std::find_if_not(rest_.begin(), rest_.end(), isOfWord);
+    const std::string_view word = take(static_cast<std::size_t>(end - rest_.begin()));
+    if (rest_.starts_with(' ')) {
+        take(1);
+    }
+    if (const RtfControlWord* const found = findRtfControlWord(word)) {
+        handle(*found, word);
+    }
+}
+
+void Pass::handle(const RtfControlWord& found, std::string_view word) {
+    write(found.text);
+    if (mode_ == RtfMode::kTerminal) {
+        write(found.attribute);
+    }
+    tell(found, word);
+}
+
+void Pass::tell(const RtfControlWord& found, std::string_view word) {
+    switch (found.effect) {
+        case RtfEffect::kNone:
+            return;
+        case RtfEffect::kParagraph:
+            callback_.paragraph();
+            return;
+        case RtfEffect::kReset:
+            callback_.resetStyles();
+            return;
+        case RtfEffect::kAlignment:
+            callback_.setAlignment(found.alignment);
+            return;
+        case RtfEffect::kStyle:
+            callback_.setStyle(found.style, found.on);
+            return;
+        case RtfEffect::kLeftIndent:
+            callback_.setLeftIndent(rtfTenthsOfMillimetre(rtfParameter(found, word)));
+            return;
+    }
+}
+
+void Pass::write(std::string_view text) {
+    if (text.empty() || depth_ >= kHiddenDepth) {
+        return;
+    }
+    const std::size_t place = output_.size();
+    output_ += text;
+    callback_.addChar(output_.c_str() + place);
+}
+
+}  // namespace
+
+std::optional<std::string> RtfReader::read(std::string_view document, RtfMode mode, int width) {
+    NoCallback none;
+    Pass pass(document.substr(0, document.find('\0')), mode, callback_ == nullptr ? none : *callback_);
+    if (!pass.run()) {
+        return std::nullopt;
+    }
+    std::string text = pass.takeOutput();
+    return width > 0 ? RichTextWrap(width).wrap(text) : text;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "text/rich_text_callback.h"
+
+// Writes down each call as a line: its name and its arguments. addChar is written with all the text up to the
+// terminating zero, which shows that the text arrived whole and in how many calls.
+class RecordingRichText : public RichTextCallback {
+public:
+    void addChar(const char* text) override { calls.push_back("addChar " + std::string(text)); }
+    void paragraph() override { calls.emplace_back("paragraph"); }
+    void setStyle(RichTextStyle kind, bool on) override {
+        calls.push_back("setStyle " + std::to_string(static_cast<int>(kind)) + (on ? " 1" : " 0"));
+    }
+    void setFontSize(int size) override { calls.push_back("setFontSize " + std::to_string(size)); }
+    void setAlignment(RichTextAlignment alignment) override {
+        calls.push_back("setAlignment " + std::to_string(static_cast<int>(alignment)));
+    }
+    void resetStyles() override { calls.emplace_back("resetStyles"); }
+    void setLeftIndent(int tenthsOfMillimetre) override {
+        calls.push_back("setLeftIndent " + std::to_string(tenthsOfMillimetre));
+    }
+    void endDocument() override { calls.emplace_back("endDocument"); }
+
+    std::vector<std::string> calls;
+};
