@@ -4,10 +4,23 @@
 #include <string>
 #include <string_view>
 
+#include "text/tgm_parse_options.h"
+
 // The word by which a description marks a document of the markdown dialect.
 inline constexpr std::string_view kMarkdownFormat = "TandrelMarkdown";
 
-// The documents of a product as plain text for `columns` cells, each line ending with a line feed: the same
-// for a console, for a tool and for a test. Nothing when the document is broken.
+// The documents of a product in the forms that users and authors read, the same for a console, for a tool and
+// for a test. A document ends at its first zero byte. Nothing is given for a document that is broken; an
+// empty markdown document counts as broken, an empty rich text does not.
+
+// As plain text for a console of `columns` cells: lines are two bytes shorter, words that don't fit stand on
+// lines of their own, and each line ends with a line feed.
 std::optional<std::string> markdownAsText(std::string_view document, int columns);
 std::optional<std::string> richTextAsText(std::string_view document, int columns);
+
+// As a whole HTML page.
+std::optional<std::string> markdownAsHtml(std::string_view document);
+
+// The kinds of the lines and the trees that the parser made of them, for authors who want to know why a
+// document looks as it does. A broken document gives what was understood until then; `outResult` tells where.
+std::string markdownAsTree(std::string_view document, TGMParseResult& outResult);
