@@ -13,9 +13,7 @@ std::size_t widthOf(std::string_view blanks) {
     return blanks.size() + tabs * (kTabWidth - 1);
 }
 
-bool isBlank(char character) {
-    return character == ' ' || character == '\t';
-}
+constexpr auto kIsBlank = [](char character) { return character == ' ' || character == '\t'; };
 
 }  // namespace
 
@@ -32,8 +30,9 @@ std::string RichTextWrap::wrap(std::string_view text) {
 }
 
 RichTextWrap::Token RichTextWrap::nextToken(std::string_view& rest) {
-    const bool blank = isBlank(rest.front());
-    const auto stop = std::find_if(rest.begin(), rest.end(), [blank](char c) { return isBlank(c) != blank; });
+    const bool blank = kIsBlank(rest.front());
+    const auto stop = blank ? std::find_if_not(rest.begin(), rest.end(), kIsBlank)
+                            : std::find_if(rest.begin(), rest.end(), kIsBlank);
     const std::string_view text = rest.substr(0, static_cast<std::size_t>(stop - rest.begin()));
     rest.remove_prefix(text.size());
     return {text, blank ? widthOf(text) : text.size()};
@@ -71,11 +70,15 @@ void RichTextWrap::fill(std::string_view& rest) {
     }
 }
 
+// Tokens stand side by side in the text, so that several can be written at once.
+void RichTextWrap::write(const Token& first, const Token& last) {
+    output_.append(first.text.data(), last.text.data() + last.text.size());
+}
+
 void RichTextWrap::writeLast() {
-    for (std::size_t index = 0; index < tokens_.size(); ++index) {
-        if (index > 0 || !tokens_[index].isSingleBlank()) {
-            output_ += tokens_[index].text;
-        }
+    const std::size_t first = tokens_.front().isSingleBlank() ? 1 : 0;
+    if (first < tokens_.size()) {
+        write(tokens_[first], tokens_.back());
     }
     output_ += '\n';
 }
@@ -99,17 +102,33 @@ void RichTextWrap::writeJustified(std::span<const Token> tokens) {
         left -= token.width;
         gaps += token.isSingleBlank() ? 1 : 0;
     }
-    const std::uint64_t extra = left;
-    std::uint64_t due = 0;
-    std::uint64_t added = 0;
-    for (const Token& token : tokens) {
-        output_ += token.text;
-        if (token.isSingleBlank()) {
-            due += extra;
-            const std::uint64_t blanks = due / gaps - added;
-            output_.append(static_cast<std::size_t>(blanks), ' ');
-            added += blanks;
-        }
+    if (gaps > 0) {
+        tokens = writeStretched(tokens, left, gaps);
+    }
+    if (!tokens.empty()) {
+        write(tokens.front(), tokens.back());
     }
     output_ += '\n';
+}
+
+// Up to the last gap; what is left of the tokens needs no more blanks.
+std::span<const RichTextWrap::Token> RichTextWrap::writeStretched(std::span<const Token> tokens,
+                                                                  std::uint64_t extra, std::uint64_t gaps) {
+    std::uint64_t due = 0;
+    std::uint64_t added = 0;
+    std::size_t written = 0;
+    for (std::size_t index = 0; added < extra; ++index) {
+        if (!tokens[index].isSingleBlank()) {
+            continue;
+        }
+        due += extra;
+        const std::uint64_t blanks = due / gaps - added;
+        if (blanks > 0) {
+            write(tokens[written], tokens[index]);
+            output_.append(static_cast<std::size_t>(blanks), ' ');
+            added += blanks;
+            written = index + 1;
+        }
+    }
+    return tokens.subspan(written);
 }

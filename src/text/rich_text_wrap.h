@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,7 +24,7 @@ private:
         std::string_view text;
         std::size_t width = 0;
 
-        bool isSingleBlank() const { return text == " "; }
+        bool isSingleBlank() const { return text.size() == 1 && text.front() == ' '; }
     };
 
     static Token nextToken(std::string_view& rest);
@@ -32,7 +33,10 @@ private:
     void fill(std::string_view& rest);
     void writeLast();
     void writeFull();
+    void write(const Token& first, const Token& last);
     void writeJustified(std::span<const Token> tokens);
+    std::span<const Token> writeStretched(std::span<const Token> tokens, std::uint64_t extra,
+                                          std::uint64_t gaps);
 
     const std::size_t width_;
     std::string output_;

@@ -1,6 +1,7 @@
 #include "text/rtf_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -37,23 +38,22 @@ unsigned hexValue(char digit) {
     return digit >= 'A' && digit <= 'F' ? static_cast<unsigned>(digit - 'A') + 10 : 0;
 }
 
-// Swallows all calls, so that the pass need not ask each time whether there is someone to call.
-class NoCallback : public RichTextCallback {
-public:
-    void addChar(const char*) override {}
-    void paragraph() override {}
-    void setStyle(RichTextStyle, bool) override {}
-    void setFontSize(int) override {}
-    void setAlignment(RichTextAlignment) override {}
-    void resetStyles() override {}
-    void setLeftIndent(int) override {}
-    void endDocument() override {}
-};
+constexpr std::array<bool, 256> makePlainBytes() {
+    std::array<bool, 256> plain{};
+    plain.fill(true);
+    for (const char special : {'\r', '\t', '\n', '{', '}', '\\'}) {
+        plain[static_cast<unsigned char>(special)] = false;
+    }
+    return plain;
+}
+
+// The bytes that stand for themselves.
+constexpr std::array<bool, 256> kPlainBytes = makePlainBytes();
 
 // One document on its way through.
 class Pass {
 public:
-    Pass(std::string_view document, RtfMode mode, RichTextCallback& callback)
+    Pass(std::string_view document, RtfMode mode, RichTextCallback* callback)
         : rest_(document), mode_(mode), callback_(callback) {
         output_.reserve(document.size() + document.size() / 10 + kSlack);
     }
@@ -72,7 +72,8 @@ private:
         return taken;
     }
 
-    bool readByte();
+    void readPlain();
+    bool readSpecial();
     void readEscape();
     void readHex();
     void readWord();
@@ -82,47 +83,54 @@ private:
 
     std::string_view rest_;
     const RtfMode mode_;
-    RichTextCallback& callback_;
+    RichTextCallback* const callback_;  // or null
     std::size_t depth_ = 0;
     std::string output_;
 };
 
 bool Pass::run() {
+    readPlain();
     while (!rest_.empty()) {
-        if (!readByte()) {
+        if (!readSpecial()) {
             return false;
         }
+        readPlain();
     }
     if (depth_ != 0) {
         return false;
     }
     handle(*findRtfControlWord(kRtfRestoreWord), kRtfRestoreWord);
-    callback_.endDocument();
+    if (callback_ != nullptr) {
+        callback_->endDocument();
+    }
     return true;
 }
 
-bool Pass::readByte() {
-    switch (rest_.front()) {
-        case '\r':
-        case '\t':
-        case '\n':
-            take(1);
-            return true;
-        case '{':
-            take(1);
-            ++depth_;
-            return true;
-        case '}':
-            take(1);
-            return depth_-- > 0;
-        case '\\':
-            take(1);
-            readEscape();
-            return true;
-        default:
-            write(take(1));
-            return true;
+// A callback gets each byte as it comes; without one they go over at once.
+void Pass::readPlain() {
+    const auto end =
+        std::find_if_not(rest_.begin(), rest_.end(), [](unsigned char byte) { return kPlainBytes[byte]; });
+    const std::string_view text = take(static_cast<std::size_t>(end - rest_.begin()));
+    if (callback_ == nullptr) {
+        write(text);
+        return;
     }
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        write(text.substr(index, 1));
+    }
+}
+
+// A byte that isn't plain. False when it closes a group that was never opened.
+bool Pass::readSpecial() {
+    const char special = take(1).front();
+    if (special == '{') {
+        ++depth_;
+    } else if (special == '}') {
+        return depth_-- > 0;
+    } else if (special == '\\') {
+        readEscape();
+    }
+    return true;
 }
 
 // What stands behind a backslash, which may be the last byte.
@@ -158,7 +166,7 @@ void Pass::readHex() {
 }
 
 void Pass::readWord() {
-    const auto end = std::find_if_not(rest_.begin(), rest_.end(), isOfWord);
+    const auto end = std::find_if_not(rest_.begin(), rest_.end(), [](char c) { return isOfWord(c); });
     const std::string_view word = take(static_cast<std::size_t>(end - rest_.begin()));
     if (rest_.starts_with(' ')) {
         take(1);
@@ -173,7 +181,9 @@ void Pass::handle(const RtfControlWord& found, std::string_view word) {
     if (mode_ == RtfMode::kTerminal) {
         write(found.attribute);
     }
-    tell(found, word);
+    if (callback_ != nullptr) {
+        tell(found, word);
+    }
 }
 
 void Pass::tell(const RtfControlWord& found, std::string_view word) {
@@ -181,19 +191,19 @@ void Pass::tell(const RtfControlWord& found, std::string_view word) {
         case RtfEffect::kNone:
             return;
         case RtfEffect::kParagraph:
-            callback_.paragraph();
+            callback_->paragraph();
             return;
         case RtfEffect::kReset:
-            callback_.resetStyles();
+            callback_->resetStyles();
             return;
         case RtfEffect::kAlignment:
-            callback_.setAlignment(found.alignment);
+            callback_->setAlignment(found.alignment);
             return;
         case RtfEffect::kStyle:
-            callback_.setStyle(found.style, found.on);
+            callback_->setStyle(found.style, found.on);
             return;
         case RtfEffect::kLeftIndent:
-            callback_.setLeftIndent(rtfTenthsOfMillimetre(rtfParameter(found, word)));
+            callback_->setLeftIndent(rtfTenthsOfMillimetre(rtfParameter(found, word)));
             return;
     }
 }
@@ -204,14 +214,15 @@ void Pass::write(std::string_view text) {
     }
     const std::size_t place = output_.size();
     output_ += text;
-    callback_.addChar(output_.c_str() + place);
+    if (callback_ != nullptr) {
+        callback_->addChar(output_.c_str() + place);
+    }
 }
 
 }  // namespace
 
 std::optional<std::string> RtfReader::read(std::string_view document, RtfMode mode, int width) {
-    NoCallback none;
-    Pass pass(document.substr(0, document.find('\0')), mode, callback_ == nullptr ? none : *callback_);
+    Pass pass(document.substr(0, document.find('\0')), mode, callback_);
     if (!pass.run()) {
         return std::nullopt;
     }

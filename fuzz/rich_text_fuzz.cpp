@@ -1,0 +1,87 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "text/rich_text_callback.h"
+#include "text/rich_text_wrap.h"
+#include "text/rtf_reader.h"
+
+// The first byte is the width, the rest the document: read in all modes, alone and with a callback, and
+// wrapped.
+namespace {
+
+void require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+// Gathers the text as a control would; between two calls nothing else may be written.
+class Gathering : public RichTextCallback {
+public:
+    void addChar(const char* text) override { gathered += text; }
+    void paragraph() override {}
+    void setStyle(RichTextStyle, bool) override {}
+    void setFontSize(int) override {}
+    void setAlignment(RichTextAlignment) override {}
+    void resetStyles() override {}
+    void setLeftIndent(int) override {}
+    void endDocument() override { ended = true; }
+
+    std::string gathered;
+    bool ended = false;
+};
+
+std::optional<std::string> read(std::string_view document, RtfMode mode, int width) {
+    return RtfReader().read(document, mode, width);
+}
+
+std::string withoutBlanks(std::string text) {
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
+}
+
+bool isOneToken(std::string_view line) {
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+    return std::all_of(line.begin(), line.end(), isBlank) || std::none_of(line.begin(), line.end(), isBlank);
+}
+
+void checkWrapped(const std::string& text, int width) {
+    const std::string wrapped = RichTextWrap(width).wrap(text);
+    require(withoutBlanks(wrapped) == withoutBlanks(text));
+    std::string_view rest = wrapped;
+    while (!rest.empty()) {
+        const std::size_t end = rest.find('\n');
+        require(end != std::string_view::npos);
+        const std::string_view line = rest.substr(0, end);
+        const auto tabs = static_cast<std::size_t>(std::count(line.begin(), line.end(), '\t'));
+        require(line.size() + 7 * tabs <= static_cast<std::size_t>(width) || isOneToken(line));
+        rest.remove_prefix(end + 1);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) {
+        return 0;
+    }
+    const int width = std::max<int>(1, data[0]);
+    const std::string_view document(reinterpret_cast<const char*>(data) + 1, size - 1);
+    Gathering gathering;
+    RtfReader reader;
+    reader.setCallback(&gathering);
+    const auto text = reader.read(document, RtfMode::kControl, 0);
+    require(text.has_value() == gathering.ended);
+    require(read(document, RtfMode::kPlain, 0) == text);
+    require(read(document, RtfMode::kTerminal, 0).has_value() == text.has_value());
+    if (text) {
+        require(gathering.gathered == *text && text->size() <= document.size());
+        require(read(document, RtfMode::kPlain, width) == RichTextWrap(width).wrap(*text));
+    }
+    checkWrapped(std::string(document), width);
+    return 0;
+}
