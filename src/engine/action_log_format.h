@@ -16,6 +16,8 @@ inline constexpr std::size_t kFirstLineBuffer = 1560;
 inline constexpr std::size_t kVariableLineBuffer = 2048;
 inline constexpr std::size_t kRecordLineBuffer = 2604;
 inline constexpr std::size_t kBackupLineBuffer = 1560;
+// A variable line of a log that was brought up to date may fill the buffer of its readers.
+inline constexpr std::size_t kRewrittenLineLimit = kVariableLineBuffer - 1 - kLineEnd.size();
 
 // Tags. A line belongs to a tag when it begins with it.
 inline constexpr std::string_view kVariableCount = "NUMVARS";
@@ -39,6 +41,7 @@ static_assert(kLineLimit + kLineEnd.size() < kFirstLineBuffer);
 static_assert(kLineLimit + kLineEnd.size() < kBackupLineBuffer);
 static_assert(kLineLimit + kLineEnd.size() < kVariableLineBuffer);
 static_assert(kVariableLineBuffer < kRecordLineBuffer);
+static_assert(kLineLimit < kRewrittenLineLimit);
 // The two tags of the variable block must not be taken for each other by their beginnings.
 static_assert(!kVariableCount.starts_with(kVariable));
 

@@ -79,7 +79,7 @@ void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
     if (!copyHead(lines, out) || !skipBlock(lines, line)) {
         throw InstallerError("ERROR: No variables in action file");
     }
-    for (const std::string& record : variableBlockLines(variables)) {
+    for (const std::string& record : variableBlockLines(variables, ActionLogFormat::kRewrittenLineLimit)) {
         out.write(record);
     }
     out.write(line);
@@ -101,8 +101,7 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
     }
     const std::string temporary = besides(logPath);
     PFileStream to(files_);
-    if (to.openFile(temporary.c_str(), PFileStream::kGenericWrite, PFileStream::kShareRead,
-                    PFileStream::kCreateAlways) != 0) {
+    if (to.openPrivate(temporary.c_str()) != 0) {
         throw InstallerError("ERROR: Creating temp file for new log (%s)", temporary.c_str());
     }
     try {

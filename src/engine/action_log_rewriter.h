@@ -11,7 +11,8 @@ class FileSystem;
 }
 
 // Brings the variables of a published action log up to date: they may have changed behind the copying of the
-// files. The new log is written beside the old one and takes its name when it is complete.
+// files. The new log is written beside the old one, for this user alone since values may be secrets, and
+// takes its name when it is complete.
 class ActionLogRewriter {
 public:
     explicit ActionLogRewriter(platform::FileSystem& files) : files_(files) {}

@@ -12,13 +12,14 @@ bool isLineBreak(char c) {
 }
 
 // A line break would end the record early, and its rest could pass for another one.
-std::string recordLine(std::string_view tag, std::initializer_list<std::string_view> fields) {
+std::string recordLine(std::string_view tag, std::initializer_list<std::string_view> fields,
+                       std::size_t limit = ActionLogFormat::kLineLimit) {
     std::string line(tag);
     for (const std::string_view field : fields) {
         line += ActionLogFormat::kSeparator;
         line += field;
     }
-    line.resize(std::min(line.size(), ActionLogFormat::kLineLimit));
+    line.resize(std::min(line.size(), limit));
     std::replace_if(line.begin(), line.end(), isLineBreak, ' ');
     line += ActionLogFormat::kLineEnd;
     return line;
@@ -26,12 +27,13 @@ std::string recordLine(std::string_view tag, std::initializer_list<std::string_v
 
 }  // namespace
 
-std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables) {
+std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables,
+                                            std::size_t lineLimit) {
     std::vector<std::string> lines;
     lines.reserve(variables.size() + 1);
     lines.push_back(recordLine(ActionLogFormat::kVariableCount, {std::to_string(variables.size())}));
     for (const LoggedVariable& variable : variables) {
-        lines.push_back(recordLine(ActionLogFormat::kVariable, {variable.name, variable.value}));
+        lines.push_back(recordLine(ActionLogFormat::kVariable, {variable.name, variable.value}, lineLimit));
     }
     return lines;
 }
@@ -67,7 +69,7 @@ void ActionLogWriter::writeHeader(std::string_view descriptionPath, std::string_
 }
 
 void ActionLogWriter::writeVariables(const std::vector<LoggedVariable>& variables) {
-    for (std::string& line : variableBlockLines(variables)) {
+    for (std::string& line : variableBlockLines(variables, ActionLogFormat::kLineLimit)) {
         writeLine(std::move(line));
     }
 }

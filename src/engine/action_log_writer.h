@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -13,8 +14,9 @@ struct LoggedVariable {
     std::string_view value;
 };
 
-// The lines of a variable block with their line ends, each cut at the format's limit.
-std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables);
+// The lines of a variable block, each cut at `lineLimit` bytes, and then its line end.
+std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables,
+                                            std::size_t lineLimit);
 
 // Writes an action log line by line through a file console, unbuffered: a record is handed to the system
 // before the change that it stands for is made. A failed write is remembered and doesn't stop the work.

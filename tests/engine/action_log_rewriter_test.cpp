@@ -54,6 +54,25 @@ TEST_F(ActionLogRewriterTest, copiesLongLinesWhole) {
               "NUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nDIR\t1\ta\r\n" + line);
 }
 
+TEST_F(ActionLogRewriterTest, cutsAVariableLineWhereItsReadersWould) {
+    files_.addFile("/app/install.log", kOld);
+    const std::string value(2040, 'v');
+    ActionLogRewriter(files_).rewriteActionLog("/app/install.log", {{"A", value}, {"BC", value}});
+    EXPECT_EQ(files_.content("/app/install.log"),
+              "x.xml\r\nb.bin\r\nNUMVARS\t2\r\nVAR\tA\t" + std::string(2039, 'v') + "\r\nVAR\tBC\t" +
+                  std::string(2038, 'v') + "\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/v\r\n");
+}
+
+TEST_F(ActionLogRewriterTest, keepsTheNewLogForThisUserAndFollowsNoLink) {
+    files_.addFile("/app/install.log", kOld);
+    files_.addFile("/mine", "mine");
+    files_.addLink("/app/templog.log", "/mine");
+    rewrite();
+    EXPECT_TRUE(files_.isPrivate("/app/install.log"));
+    EXPECT_EQ(files_.content("/mine"), "mine");
+    EXPECT_FALSE(files_.hasFile("/app/templog.log"));
+}
+
 TEST_F(ActionLogRewriterTest, refusesALogThatEndsBehindItsVariables) {
     for (const char* old : {"", "a\r\nb\r\n", "NUMVARS\t0\r\n", "NUMVARS\t1\r\nVAR\tA\t1\r\n"}) {
         files_.addFile("/app/install.log", old);
