@@ -21,12 +21,14 @@ public:
     int applyModifyFileTags(InstallerUI* ui);
     int applyShortcutTags(InstallerUI* ui);
     int applyFirewallTags(InstallerUI* ui);
-    // The containers of this name.
+    // The containers of this name, which may also be pages: only children that are actions count.
     int runAdditionalActions(InstallerUI* ui, const char* container);
 
 private:
-    bool isAskedFor(std::int32_t node);
-    int refuse(const char* group);
+    using ChildTest = bool (*)(const char* name);
+
+    bool isAskedFor(std::int32_t node, ChildTest isTag);
+    int refuse(const char* group, ChildTest isTag);
 
     const PXML& description_;
     Expressions& expressions_;

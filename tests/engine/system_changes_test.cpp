@@ -38,6 +38,15 @@ TEST_F(SystemChangesTest, refusesEachKindInTheLog) {
     EXPECT_EQ(log_.lines(), expected);
 }
 
+TEST_F(SystemChangesTest, takesAPageOfAContainersNameForAPage) {
+    describe(
+        "<Dialogs><PostInstall><Text>x</Text><Trigger Type='VarChange'/></PostInstall></Dialogs>"
+        "<PostInstall Condition='0'><RunProgram>x</RunProgram></PostInstall>");
+    EXPECT_EQ(changes_.runAdditionalActions(&ui_, "PostInstall"), 0);
+    EXPECT_EQ(changes_.runAdditionalActions(&ui_, "Missing"), 0);
+    EXPECT_TRUE(log_.lines().empty());
+}
+
 TEST_F(SystemChangesTest, refusesAContainerWithoutAName) {
     EXPECT_EQ(changes_.runAdditionalActions(&ui_, nullptr), -1);
 }
