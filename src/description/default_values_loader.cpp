@@ -23,13 +23,12 @@ constexpr int kPredefined = -2;
 }  // namespace
 
 DefaultValuesLoader::DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables,
-                                         VariableExclusions& exclusions,
-                                         const CommandLineArguments* const& arguments,
+                                         VariableExclusions& exclusions, LaidOverSources sources,
                                          const std::int32_t& debugLevel, PConsole*& console)
     : reader_(reader),
       variables_(variables),
       exclusions_(exclusions),
-      arguments_(arguments),
+      sources_(sources),
       debugLevel_(debugLevel),
       console_(console) {}
 
@@ -45,7 +44,7 @@ int DefaultValuesLoader::loadDefaultValues(const PXML& description, const char* 
 
 int DefaultValuesLoader::readConfigFile(const char* configFile, InstallerUI* ui) {
     PXML document;
-    const int status = document.loadFile(configFile);
+    const int status = document.loadFile(configFile, sources_.files);
     if (status == 0) {
         // A file without values has been told of when the input was set up.
         reader_.readDefValues(document);
@@ -65,12 +64,13 @@ int DefaultValuesLoader::readConfigFile(const char* configFile, InstallerUI* ui)
 }
 
 void DefaultValuesLoader::applyCommandLine() {
-    if (arguments_ == nullptr) {
+    const CommandLineArguments* arguments = sources_.arguments;
+    if (arguments == nullptr) {
         return;
     }
     std::unordered_set<std::string> seen;
-    for (int i = 0; i < arguments_->getArgumentCount(); ++i) {
-        const std::string_view argument = arguments_->getArgumentName(i);
+    for (int i = 0; i < arguments->getArgumentCount(); ++i) {
+        const std::string_view argument = arguments->getArgumentName(i);
         if (!OUtils::startsWithIgnoreCase(argument, kVariablePrefix) ||
             argument.size() == kVariablePrefix.size()) {
             continue;
@@ -84,7 +84,7 @@ void DefaultValuesLoader::applyCommandLine() {
             exclusions_.add(name.c_str(), kExcludeFromAll);
         }
         if (found != kPredefined) {
-            const char* value = arguments_->getArgumentValue(i);
+            const char* value = arguments->getArgumentValue(i);
             variables_.setVariable(name.c_str(), *value == '\0' ? "1" : value);
         }
     }

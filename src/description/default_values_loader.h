@@ -9,16 +9,24 @@ class PConsole;
 class PXML;
 class VariableExclusions;
 class VariableStore;
+namespace platform {
+class FileSystem;
+}
+
+// Where values come from that are laid over the description's.
+struct LaidOverSources {
+    platform::FileSystem& files;  // holds the configuration file
+    // Null when there is no parsed command line.
+    const CommandLineArguments* const& arguments;
+};
 
 // Lays the default values over the variables: the description's, then a configuration file's, then those of
 // the command line.
 class DefaultValuesLoader {
 public:
-    // `arguments` is null when there is no parsed command line. From `debugLevel` 2 on the variables are
-    // listed in the log at the end.
+    // From `debugLevel` 2 on the variables are listed in the log at the end.
     DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables, VariableExclusions& exclusions,
-                        const CommandLineArguments* const& arguments, const std::int32_t& debugLevel,
-                        PConsole*& console);
+                        LaidOverSources sources, const std::int32_t& debugLevel, PConsole*& console);
 
     // 0, or -1 when the description has no DefValues element or the configuration file can't be loaded, which
     // is shown through `ui` (may be null) and logged. `configFile` is null or empty when there is none, and
@@ -38,7 +46,7 @@ private:
     DefaultValuesReader& reader_;
     VariableStore& variables_;
     VariableExclusions& exclusions_;
-    const CommandLineArguments* const& arguments_;
+    LaidOverSources sources_;
     const std::int32_t& debugLevel_;
     PConsole*& console_;
 };

@@ -6,8 +6,8 @@
 #include "description/log_variable_source.h"
 #include "description/variable_exclusions.h"
 #include "fakes/fake_system_operations.h"
+#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
-#include "fakes/temporary_directory.h"
 
 namespace {
 
@@ -36,6 +36,7 @@ protected:
         return loader_.loadDefaultValues(document_, configFile, &ui_);
     }
 
+    MemoryFileSystem files_;
     FakeSystemOperations system_;
     NoLogs logs_;
     Arguments arguments_;
@@ -44,7 +45,8 @@ protected:
     VariableExclusions exclusions_;
     DefaultValuesReader reader_{
         variables_, expressions_, {system_, environment_, logs_, commandLine_}, console_};
-    DefaultValuesLoader loader_{reader_, variables_, exclusions_, commandLine_, debugLevel_, console_};
+    DefaultValuesLoader loader_{reader_,     variables_, exclusions_, {files_, commandLine_},
+                                debugLevel_, console_};
     RecordingUI ui_;
 };
 
@@ -54,27 +56,32 @@ TEST_F(DefaultValuesLoaderTest, WithoutTheSectionItFails) {
 }
 
 TEST_F(DefaultValuesLoaderTest, AConfigurationFileLaysItsValuesOver) {
-    TemporaryDirectory directory;
-    writeTestFile(directory.file("c.xml"),
-                  "<DefValues><Value Name=\"A\" DataType=\"value\">two</Value></DefValues>");
-    EXPECT_EQ(load(directory.file("c.xml").c_str()), 0);
+    files_.addFile("/c.xml", "<DefValues><Value Name=\"A\" DataType=\"value\">two</Value></DefValues>");
+    EXPECT_EQ(load("/c.xml"), 0);
     EXPECT_EQ(valueOf("A"), "two");
 }
 
 TEST_F(DefaultValuesLoaderTest, AConfigurationFileWithoutValuesChangesNothing) {
-    TemporaryDirectory directory;
-    writeTestFile(directory.file("c.xml"), "<Other/>");
-    EXPECT_EQ(load(directory.file("c.xml").c_str()), 0);
+    files_.addFile("/c.xml", "<Other/>");
+    EXPECT_EQ(load("/c.xml"), 0);
     EXPECT_EQ(valueOf("A"), "one");
 }
 
 TEST_F(DefaultValuesLoaderTest, AMissingConfigurationFileIsShownAndFails) {
-    TemporaryDirectory directory;
-    const std::string path = directory.file("missing.xml");
-    EXPECT_EQ(load(path.c_str()), -1);
-    EXPECT_NE(log_.text().find("Error loading configuration file \"" + path + "\" ("), std::string::npos);
-    EXPECT_NE(log_.text().find("). Installation can not continue."), std::string::npos);
-    EXPECT_FALSE(ui_.calls.empty());
+    files_.addDirectory("/d");
+    EXPECT_EQ(load("/d/missing.xml"), -1);
+    const std::string message =
+        "Error loading configuration file \"/d/missing.xml\" (2). Installation can not continue.";
+    EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: " + message});
+    EXPECT_EQ(ui_.countOf("messageBox(\"" + message + "\""), 1);
+}
+
+TEST_F(DefaultValuesLoaderTest, AConfigurationFileThatFailsWhileItIsReadFails) {
+    files_.addFile("/c.xml", "<DefValues><Value Name=\"A\" DataType=\"value\">two</Value></DefValues>");
+    files_.failAt(MemoryFileSystem::Operation::kRead, "/c.xml", 1);
+    EXPECT_EQ(load("/c.xml"), -1);
+    EXPECT_EQ(valueOf("A"), "one");
+    EXPECT_EQ(files_.openFileCount(), 0);
 }
 
 TEST_F(DefaultValuesLoaderTest, OfACommandLineVariableTheFirstCounts) {

@@ -1,7 +1,6 @@
 #include "session/installer.h"
 
 #include "base/shared_buffer.h"
-#include "fakes/temporary_directory.h"
 #include "session/command_line_parameters.h"
 #include "session_fixture.h"
 
@@ -129,10 +128,8 @@ TEST_F(InstallerTest, endsWithAConfigurationFileThatCannotBeRead) {
 }
 
 TEST_F(InstallerTest, laysConfigurationFileAndCommandLineOverTheDefaults) {
-    const TemporaryDirectory directory;
-    session_.configFile = directory.file("config.xml");
-    writeTestFile(session_.configFile,
-                  "<DefValues><Value Name='A' DataType='value'>config</Value></DefValues>");
+    session_.configFile = "/answers.xml";
+    files_.addFile("/answers.xml", "<DefValues><Value Name='A' DataType='value'>config</Value></DefValues>");
     CommandLineParameters parameters;
     ASSERT_EQ(parameters.parse({"-VARIABLE_B=command"}), 0);
     session_.setParameters(&parameters);
