@@ -20,7 +20,7 @@ public:
     virtual bool unregisterApplication() = 0;
     // An action section of the description by its name ("PreUninstall", or any other).
     virtual int runActions(InstallerUI* ui, const char* section) = 0;
-    // The actions and exports after an installation; fails while they are not available.
+    // The actions and exports after an installation, once in a session. Always 0.
     virtual int finishInstallation(InstallerUI* ui) = 0;
     // Stops a program, or asks a service to stop.
     virtual bool closeApplication(const char* name, bool isService, const char* directory) = 0;

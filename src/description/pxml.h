@@ -70,8 +70,9 @@ public:
     // it can't be written, and then it is left as far as it got. The document must be at most a few hundred
     // levels deep to give a file of sensible size, since each level indents by one more blank.
     int saveFile(const char* fileName, platform::FileSystem& files = platform::systemFileSystem()) const;
-    // The same with line feeds. Opens the stream unless it is open (1 when that fails), closes it at the end.
-    int saveStream(PStream& stream) const;
+    // The same with these line ends. Opens the stream unless it is open (1 when that fails), closes it at the
+    // end.
+    int saveStream(PStream& stream, const char* lineEnd = "\n") const;
 
     std::int32_t getNodeCount() const { return static_cast<std::int32_t>(nodes_.size()); }
     // Null for a bad index. The reference is good until a node is appended; its texts stay valid.

@@ -17,16 +17,14 @@ int PXML::saveFile(const char* fileName, platform::FileSystem& files) const {
                                                PFileStream::kCreateAlways) != 0) {
         return -1;
     }
-    const int result = PXMLWriter(*this, stream, OUtils::textLineEnd()).run();
-    const int closed = stream.close();
-    return result == 0 && closed != 0 ? 1 : result;
+    return saveStream(stream, OUtils::textLineEnd());
 }
 
-int PXML::saveStream(PStream& stream) const {
+int PXML::saveStream(PStream& stream, const char* lineEnd) const {
     if (stream.getOpenCount() == 0 && stream.open() != 0) {
         return 1;
     }
-    const int result = PXMLWriter(*this, stream, "\n").run();
+    const int result = PXMLWriter(*this, stream, lineEnd).run();
     const int closed = stream.close();
     return result == 0 && closed != 0 ? 1 : result;
 }

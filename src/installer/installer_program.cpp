@@ -145,6 +145,7 @@ int InstallerProgram::runConsoleInstallation() {
         log_.print("ERROR: Unable to initialize Console installation");
         return kFailed;
     }
+    wini_->setUnattended(automated);
     return runSession(*ui_, "Running uninstallation");
 }
 
@@ -168,6 +169,7 @@ int InstallerProgram::runConsoleUninstallation() {
     ui_ = std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
     bool automated = false;
     ui_->createInputProvider("autoUninstall", automated);
+    wini_->setUnattended(automated);
     return runSession(*ui_, "Running uninstallation");
 }
 

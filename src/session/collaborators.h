@@ -12,6 +12,7 @@
 #include "engine/action_log_variables.h"
 #include "engine/action_log_writer.h"
 #include "engine/alias_extractor.h"
+#include "engine/configuration_export.h"
 #include "engine/earlier_installations_scan.h"
 #include "engine/file_contents.h"
 #include "engine/file_installer.h"
@@ -22,6 +23,7 @@
 #include "engine/previous_installations.h"
 #include "engine/product_installer.h"
 #include "engine/system_changes.h"
+#include "session/installation_finish.h"
 #include "session/page_work.h"
 #include "ui/button_actions.h"
 #include "ui/control_values.h"
@@ -36,6 +38,7 @@
 #include "ui/triggers.h"
 
 class EnvironmentAccess;
+class SessionPaths;
 class SystemModifications;
 struct SessionState;
 
@@ -45,6 +48,7 @@ struct SessionServices {
     EnvironmentAccess& environment;
     SystemOperations& system;
     SystemModifications& modifications;
+    SessionPaths& paths;
 };
 
 // The parts of a session, each over references to what it works on, in the order in which they need each
@@ -77,6 +81,8 @@ struct Collaborators {
     EarlierInstallationsScan scan;
     PreviousInstallations previous;
     SystemChanges changes;
+    ConfigurationExport configuration;
+    InstallationFinish finish;
     PageWork work;
 
     ControlValues controls;

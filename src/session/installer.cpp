@@ -28,7 +28,7 @@ Installer::Installer(platform::FileSystem& files, EnvironmentAccess& environment
     navigation.errorSummary = &errorList;
     SessionState& state = *this;
     parts_ = std::make_unique<Collaborators>(
-        state, SessionServices{files, environment, *this, modifications},
+        state, SessionServices{files, environment, *this, modifications, *this},
         [this](const std::string& path, const FileEntry& file) { afterFileInstalled(path, file); });
 }
 
@@ -243,8 +243,11 @@ void Installer::readEarlierLog() {
 
 bool Installer::loadDefaultValues(InstallerUI& ui) {
     log("Initializing default values");
-    const char* configFile = isActionLogSession() ? nullptr : getConfigFile();
-    if (parts_->defaultsLoader.loadDefaultValues(description, configFile, &ui) != 0) {
+    PathText configFile;
+    if (!isActionLogSession()) {
+        getConfigFile(configFile.data(), kPathCapacity);
+    }
+    if (parts_->defaultsLoader.loadDefaultValues(description, configFile.c_str(), &ui) != 0) {
         log("ERROR: Parsing XML Default values (This may indicate wrong configuration file format)");
         return false;
     }

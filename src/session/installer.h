@@ -6,6 +6,7 @@
 
 #include "contracts/install_exchange_info.h"
 #include "contracts/system_operations.h"
+#include "session/session_paths.h"
 #include "session/session_state.h"
 
 class EnvironmentAccess;
@@ -18,7 +19,10 @@ struct FileEntry;
 // action log names, builds the models, fills the variables, and hands control to the front end, which drives
 // everything that follows. Constructed, cabinet loaded, run, released: each once. Operations on the operating
 // system are left to the derived class. One thread, but for cancel.
-class Installer : public InstallExchangeInfo, public SystemOperations, protected SessionState {
+class Installer : public InstallExchangeInfo,
+                  public SystemOperations,
+                  public SessionPaths,
+                  protected SessionState {
 public:
     // All are borrowed and outlive the session; `modifications` isn't used before the session runs.
     Installer(platform::FileSystem& files, EnvironmentAccess& environment,
@@ -29,6 +33,8 @@ public:
     void setConsole(PConsole* debugLog, std::int32_t level);
     // Borrowed; null without a command line.
     void setParameters(const CommandLineArguments* arguments);
+    // Ahead of `run`: nobody will be asked anything.
+    void setUnattended(bool unattended) { isUnattended = unattended; }
 
     // `flags` is a set of SessionFlag. With kSessionActionLog `path` is an action log, which is only opened:
     // 0 or -1. Otherwise it is a package, whose cabinet begins at `offset`: a Cabinet::LoadResult or a code
@@ -122,8 +128,6 @@ public:
                              bool stripExeExtension, int fileMode);
 
 protected:
-    // The file of answers that the run was started with; empty or null without one.
-    virtual const char* getConfigFile() = 0;
     // Called for each file that stands as it should after the installation's file loop.
     virtual void afterFileInstalled(const std::string& path, const FileEntry& file) = 0;
 

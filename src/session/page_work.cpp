@@ -1,15 +1,12 @@
 #include "session/page_work.h"
 
-#include "base/errors.h"
 #include "base/path_functions.h"
 #include "contracts/system_operations.h"
-#include "description/product_description.h"
 #include "description/variable_store.h"
-#include "engine/action_log_rewriter.h"
-#include "engine/logged_variables.h"
 #include "engine/previous_installations.h"
 #include "engine/product_installer.h"
 #include "engine/system_changes.h"
+#include "session/installation_finish.h"
 #include "session/session_state.h"
 
 PageWork::PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled)
@@ -97,18 +94,7 @@ int PageWork::runActions(InstallerUI* ui, const char* section) {
 }
 
 int PageWork::finishInstallation(InstallerUI* ui) {
-    parts_.changes.runAdditionalActions(ui, "PostInstall");
-    rewriteActionLog();
-    return refuse("The export of the configuration file");
-}
-
-void PageWork::rewriteActionLog() {
-    PathText path;
-    if (parts_.product.getInstallLogFile(path.data(), static_cast<int>(PathText::capacity())) != 0) {
-        throw InstallerError("ERROR: Obtaining install actionlog filename");
-    }
-    parts_.rewriter.rewriteActionLog(path.c_str(),
-                                     LoggedVariables(parts_.variables, state_.exclusions).collect());
+    return parts_.finish.finishInstallation(ui);
 }
 
 bool PageWork::closeApplication(const char* name, bool isService, const char* directory) {

@@ -4,9 +4,8 @@
 #include "engine/file_installer.h"
 #include "engine/session_log.h"
 
-class ActionLogRewriter;
+class InstallationFinish;
 class PreviousInstallations;
-class ProductDescription;
 class ProductInstaller;
 class SystemChanges;
 class SystemOperations;
@@ -23,8 +22,7 @@ public:
         ProductInstaller& installer;
         PreviousInstallations& previous;
         SystemChanges& changes;
-        const ProductDescription& product;
-        ActionLogRewriter& rewriter;
+        InstallationFinish& finish;
         SystemOperations& system;
     };
 
@@ -48,7 +46,6 @@ public:
 
 private:
     void normalizeFields(DialogDesc& page);
-    void rewriteActionLog();
     int refuse(const char* work);
 
     SessionState& state_;

@@ -43,6 +43,7 @@ struct SessionState {
     PXML description;
     ControlVariables controlVariables;
     std::int32_t uiIsGraphical = 0;
+    bool isUnattended = false;  // nobody is asked anything
     std::uint32_t sessionFlags = kSessionBackup;
     const CommandLineArguments* parameters = nullptr;  // borrowed; null without a command line
     PathText applicationPath;                          // overrides the directory of the own image when set
@@ -56,8 +57,9 @@ struct SessionState {
     std::vector<UninstallBackup> uninstallBackups;  // deleted at the session's end
     VariableExclusions exclusions;
     ErrorList errorList;
-    PConsole* console = nullptr;  // the debug log, borrowed; null turns it off
-    std::int32_t debugLevel = 0;  // 0 to 4
+    std::int32_t postInstallDone = 0;  // the last work of the installation was begun
+    PConsole* console = nullptr;       // the debug log, borrowed; null turns it off
+    std::int32_t debugLevel = 0;       // 0 to 4
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }
 };

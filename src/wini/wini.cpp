@@ -1,5 +1,6 @@
 #include "wini/wini.h"
 
+#include "base/text_functions.h"
 #include "description/file_sets.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
@@ -64,6 +65,11 @@ bool Wini::openInDefaultBrowser(const char* url) {
 
 void Wini::sleepMilliseconds(std::uint32_t milliseconds) {
     platform::sleepMilliseconds(milliseconds);
+}
+
+int Wini::getConfigFile(char* buffer, int size) {
+    OUtils::copyText(buffer, configFile_.c_str(), size);
+    return 0;
 }
 
 void Wini::afterFileInstalled(const std::string& path, const FileEntry& file) {

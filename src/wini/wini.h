@@ -47,8 +47,9 @@ public:
     bool openInDefaultBrowser(const char* url) override;
     void sleepMilliseconds(std::uint32_t milliseconds) override;
 
+    int getConfigFile(char* buffer, int size) override;
+
 protected:
-    const char* getConfigFile() override { return configFile_.c_str(); }
     // Marks programs as such, where the file system knows that.
     void afterFileInstalled(const std::string& path, const FileEntry& file) override;
 

@@ -9,7 +9,7 @@ class CollaboratorsTest : public SessionTest {
 protected:
     SessionState state_{files_};
     FakeSystemModifications modifications_;
-    Collaborators parts_{state_, {files_, environment_, system_, modifications_}, {}};
+    Collaborators parts_{state_, {files_, environment_, system_, modifications_, session_}, {}};
 };
 
 TEST_F(CollaboratorsTest, workOnOneState) {

@@ -87,30 +87,6 @@ TEST_F(PageWorkTest, normalizesTheValuesOfDirectoryFields) {
     EXPECT_TRUE(files_.hasFile("/opt/demo/install.xml"));
 }
 
-TEST_F(PageWorkTest, bringsTheLogUpToDateBehindTheInstallation) {
-    load(document(std::string(kProduct) +
-                  "<Dialogs><Hello/><CopyProgress/><PostInstall/><End Special='Finish'/></Dialogs><DefValues>"
-                  "<Value Name='LATE' DataType='value'>old</Value></DefValues><Installation><Uninstall>"
-                  "<InstallLogFile>/app/install.log</InstallLogFile></Uninstall></Installation>"
-                  "<FileSet Name='S'><FN Dest='/app'>install.xml</FN></FileSet>"));
-    ui_.script = [this] {
-        session_.dialogNext(&ui_, 1);
-        session_.setVariable("LATE", "new");
-        return session_.dialogNext(&ui_, 1);
-    };
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(
-        files_.content("/app/install.log"),
-        "\r\n\r\nNUMVARS\t1\r\nVAR\tLATE\tnew\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/app\\install.xml\r\n");
-    EXPECT_TRUE(refused("The export of the configuration file"));
-}
-
-TEST_F(PageWorkTest, endsTheSessionWhenThereIsNoLogToBringUpToDate) {
-    EXPECT_EQ(walkTo("PostInstall"), -1);
-    EXPECT_TRUE(log_.hasLine("ERROR: Obtaining install actionlog filename"));
-    EXPECT_EQ(ui_.countOf("messageBox(\"ERROR: Obtaining install actionlog filename\""), 1);
-}
-
 TEST_F(PageWorkTest, refusesTheUninstallationOfTheProduct) {
     files_.addFile("/p.xml", document(std::string(kProduct) +
                                       "<UninstallDialogs><Bye/><CopyProgress/><UnregisterApplication/>"

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/errors.h"
+#include "base/text_functions.h"
 #include "description/description_fixture.h"
 #include "description/file_sets.h"
 #include "fakes/fake_console.h"
@@ -64,8 +65,12 @@ public:
     bool openInDefaultBrowser(const char* url) override { return system_.openInDefaultBrowser(url); }
     void sleepMilliseconds(std::uint32_t milliseconds) override { system_.sleepMilliseconds(milliseconds); }
 
+    int getConfigFile(char* buffer, int size) override {
+        OUtils::copyText(buffer, configFile.c_str(), size);
+        return 0;
+    }
+
 protected:
-    const char* getConfigFile() override { return configFile.c_str(); }
     void afterFileInstalled(const std::string& path, const FileEntry&) override { hooked.push_back(path); }
 
 private:

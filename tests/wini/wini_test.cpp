@@ -93,6 +93,20 @@ TEST_F(WiniTest, stopsWhereTheConfigurationFileIsMissing) {
     EXPECT_EQ(ui_.countOf("messageBox("), 1);
 }
 
+TEST_F(WiniTest, tellsTheFileOfAnswersThatItWasStartedWith) {
+    char buffer[32] = "x";
+    EXPECT_EQ(wini_.getConfigFile(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, "");
+    wini_.setConfigFile("/none/config.xml");
+    EXPECT_EQ(wini_.getConfigFile(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, "/none/config.xml");
+    EXPECT_EQ(wini_.getConfigFile(buffer, 6), 0);
+    EXPECT_STREQ(buffer, "/none");
+    wini_.setConfigFile(nullptr);
+    EXPECT_EQ(wini_.getConfigFile(buffer, sizeof buffer), 0);
+    EXPECT_STREQ(buffer, "");
+}
+
 TEST_F(WiniTest, answersForTheSystem) {
     registry_.addText(platform::RegistryRoot::kLocalMachine,
                       "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Demo", "UninstallString",

@@ -1,0 +1,91 @@
+#include "engine/configuration_export.h"
+
+#include <string>
+#include <string_view>
+
+#include "description/pxml.h"
+#include "description/variable_exclusions.h"
+#include "description/variable_store.h"
+#include "platform/file_system.h"
+#include "support/p_file_stream.h"
+#include "support/text_mode.h"
+
+namespace {
+
+constexpr char kRoot[] = "DefValues";
+constexpr int kNotCreated = -1;
+constexpr std::size_t kReadableBytes = 1023;
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+// The text is expanded and trimmed when it is read, and has no way to say that it is meant as it stands.
+bool isRepeatable(std::string_view value) {
+    return value.size() <= kReadableBytes && value.find('$') == std::string_view::npos &&
+           (value.empty() || (kWhiteSpace.find(value.front()) == std::string_view::npos &&
+                              kWhiteSpace.find(value.back()) == std::string_view::npos));
+}
+
+// A name beside the file that nobody uses yet.
+std::string unusedNameBeside(const std::string& path, platform::FileSystem& files) {
+    std::string name = path + ".part";
+    for (int i = 1; files.exists(name.c_str()); ++i) {
+        name = path + ".part" + std::to_string(i);
+    }
+    return name;
+}
+
+}  // namespace
+
+int ConfigurationExport::writeConfigFile(const char* path) {
+    if (!mayReplace(path)) {
+        return kNotCreated;
+    }
+    PXML document;
+    fill(document);
+    return save(document, path);
+}
+
+void ConfigurationExport::fill(PXML& document) {
+    const std::int32_t root = document.addPath(-1, kRoot, nullptr, false);
+    for (std::int32_t i = 0; i < variables_.getCount(); ++i) {
+        const InstallVariable& variable = variables_.at(i);
+        if (!exclusions_.isVariableExported(variable.name.c_str(), kExcludeFromConfig)) {
+            continue;
+        }
+        const std::int32_t node = document.addPath(root, "Value", variable.value.c_str(), true);
+        document.setAttribute(node, "Name", variable.name.c_str());
+        document.setAttribute(node, "DataType", "value");
+        if (!isRepeatable(variable.value)) {
+            console_->print("WARNING: The value of \"%s\" can't be repeated from a configuration file",
+                            variable.name.c_str());
+        }
+    }
+}
+
+// The name is common, and the user may keep a file of another program there.
+bool ConfigurationExport::mayReplace(const char* path) {
+    if (!files_.exists(path)) {
+        return true;
+    }
+    PXML present;
+    const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
+    if (!isOurs) {
+        console_->print("ERROR: %s is no configuration file of an installer and stays as it is", path);
+    }
+    return isOurs;
+}
+
+int ConfigurationExport::save(const PXML& document, const char* path) {
+    const std::string temporary = unusedNameBeside(path, files_);
+    PFileStream stream(files_);
+    if (stream.openPrivate(temporary.c_str()) != 0) {
+        return kNotCreated;
+    }
+    int result = document.saveStream(stream, OUtils::textLineEnd());
+    if (result == 0 && files_.replaceFile(temporary.c_str(), path) != 0) {
+        result = kNotCreated;
+    }
+    if (result != 0) {
+        files_.removeFile(temporary.c_str());
+    }
+    return result;
+}

@@ -1,0 +1,204 @@
+#include "engine/configuration_export.h"
+
+#include "description/default_values_reader.h"
+#include "description/log_variable_source.h"
+#include "engine_fixture.h"
+#include "support/text_mode.h"
+
+namespace {
+
+using Operation = MemoryFileSystem::Operation;
+
+constexpr char kPath[] = "/app/config.xml";
+
+class NoLogs : public LogVariableSource {
+public:
+    bool findVariableInLog(const char*, const char*, std::string&) override { return false; }
+};
+
+class ConfigurationExportTest : public EngineTest {
+protected:
+    ConfigurationExportTest() {
+        files_.addDirectory("/app");
+        variables_.setVariable("A", "one");
+    }
+
+    int write() { return ConfigurationExport(variables_, exclusions_, files_, log_).writeConfigFile(kPath); }
+    // The lines of the file, which end as the platform's texts do.
+    std::vector<std::string> written() {
+        std::vector<std::string> lines;
+        const std::string text = files_.content(kPath);
+        const std::string end = OUtils::textLineEnd();
+        for (std::size_t start = 0; start < text.size();) {
+            const std::size_t stop = text.find(end, start);
+            if (stop == std::string::npos) {
+                lines.push_back("unfinished: " + text.substr(start));
+                break;
+            }
+            lines.push_back(text.substr(start, stop - start));
+            start = stop + end.size();
+        }
+        return lines;
+    }
+    static std::string value(const std::string& name, const std::string& text) {
+        return " <Value Name=\"" + name + "\" DataType=\"value\">" + text + "</Value>";
+    }
+    void expectOnly(const std::vector<std::string>& files) { EXPECT_EQ(files_.allFiles(), files); }
+};
+
+TEST_F(ConfigurationExportTest, writesEachVariableInTheStoresOrder) {
+    variables_.setVariable("C", "three");
+    variables_.setVariable("B", "");
+    variables_.setVariable("a", "again");
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(written(), (std::vector<std::string>{"<DefValues>", value("a", "again"), value("C", "three"),
+                                                   value("B", ""), "</DefValues>"}));
+    expectOnly({kPath});
+    EXPECT_TRUE(log_.lines().empty());
+}
+
+TEST_F(ConfigurationExportTest, keepsOutWhatIsExcludedFromConfigurationsAndNothingElse) {
+    for (const char* name : {"LOG", "CONFIG", "ALL", "NONE"}) {
+        variables_.setVariable(name, "1");
+    }
+    exclusions_.add("LOG", kExcludeFromLog);
+    exclusions_.add("CONFIG", kExcludeFromConfig);
+    exclusions_.add("ALL", kExcludeFromAll);
+    exclusions_.add("NONE", 0);
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(written(), (std::vector<std::string>{"<DefValues>", value("A", "one"), value("LOG", "1"),
+                                                   value("NONE", "1"), "</DefValues>"}));
+}
+
+TEST_F(ConfigurationExportTest, escapesNamesAndValues) {
+    variables_.setVariable("X<\"&'>", "a<b>&\"c\"'&amp;");
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(written()[2],
+              value("X&lt;&quot;&amp;&apos;&gt;", "a&lt;b&gt;&amp;&quot;c&quot;&apos;&amp;amp;"));
+}
+
+TEST_F(ConfigurationExportTest, givesTheSameVariablesToTheReaderOfDescriptions) {
+    const std::vector<std::pair<std::string, std::string>> values = {
+        {"A", "one"},       {"EMPTY", ""},          {"XML", "<a b='c'>&amp;\"</a>"},
+        {"UTF", "Grüße €"}, {"SECRET", "p<w>&'\""}, {"LONG", std::string(1023, 'l')},
+        {"DIR", "C:\\x/y"}, {"BLANKS", "a  b\tc"}};
+    for (const auto& [name, text] : values) {
+        variables_.setVariable(name.c_str(), text.c_str());
+    }
+    ASSERT_EQ(write(), 0);
+    EXPECT_TRUE(log_.lines().empty());
+
+    PXML document;
+    ASSERT_EQ(document.loadFile(kPath, files_), 0);
+    NoLogs logs;
+    const CommandLineArguments* none = nullptr;
+    VariableStore fresh(predefined_, environment_, console_);
+    Expressions expressions(fresh, console_);
+    DefaultValuesReader reader(fresh, expressions, {system_, environment_, logs, none}, console_);
+    EXPECT_EQ(reader.readDefValues(document), 0);
+    ASSERT_EQ(fresh.getCount(), static_cast<std::int32_t>(values.size()));
+    for (std::int32_t i = 0; i < fresh.getCount(); ++i) {
+        EXPECT_EQ(fresh.at(i).name, values[static_cast<std::size_t>(i)].first);
+        EXPECT_EQ(fresh.at(i).value, values[static_cast<std::size_t>(i)].second);
+    }
+}
+
+TEST_F(ConfigurationExportTest, saysWhichValuesTheFormCanNotRepeat) {
+    variables_.setVariable("DOLLAR", "pa$word");
+    variables_.setVariable("LONG", std::string(1024, 'l').c_str());
+    variables_.setVariable("FRONT", " x");
+    variables_.setVariable("BACK", "x\n");
+    EXPECT_EQ(write(), 0);
+    std::vector<std::string> lines;
+    for (const char* name : {"DOLLAR", "LONG", "FRONT", "BACK"}) {
+        lines.push_back("WARNING: The value of \"" + std::string(name) +
+                        "\" can't be repeated from a configuration file");
+    }
+    EXPECT_EQ(log_.lines(), lines);
+    EXPECT_EQ(written()[2], value("DOLLAR", "pa$word"));
+}
+
+TEST_F(ConfigurationExportTest, writesAnEmptySectionWithoutVariables) {
+    exclusions_.add("A", kExcludeFromConfig);
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(written(), std::vector<std::string>{"<DefValues></DefValues>"});
+}
+
+TEST_F(ConfigurationExportTest, replacesAnOlderConfigurationFile) {
+    files_.addFile(kPath, "<DefValues><Value Name='OLD' DataType='value'>old</Value></DefValues>");
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(written()[1], value("A", "one"));
+    expectOnly({kPath});
+}
+
+TEST_F(ConfigurationExportTest, leavesTheFileOfAnotherProgramAlone) {
+    for (const char* content : {"<configuration><DefValues/></configuration>", "key=value", ""}) {
+        files_.addFile(kPath, content);
+        log_.clear();
+        EXPECT_EQ(write(), -1) << content;
+        EXPECT_EQ(files_.content(kPath), content);
+        EXPECT_EQ(log_.lines(),
+                  std::vector<std::string>{
+                      "ERROR: /app/config.xml is no configuration file of an installer and stays as it is"});
+    }
+    expectOnly({kPath});
+}
+
+TEST_F(ConfigurationExportTest, replacesALinkAndNotItsTarget) {
+    const std::string old = "<DefValues></DefValues>";
+    files_.addFile("/elsewhere.xml", old);
+    files_.addLink(kPath, "/elsewhere.xml");
+    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(files_.hasFile(kPath));
+    EXPECT_EQ(files_.content("/elsewhere.xml"), old);
+}
+
+TEST_F(ConfigurationExportTest, makesNothingThroughALinkThatPointsNowhere) {
+    files_.addLink(kPath, "/elsewhere.xml");
+    EXPECT_EQ(write(), -1);
+    EXPECT_FALSE(files_.hasFile("/elsewhere.xml"));
+}
+
+TEST_F(ConfigurationExportTest, isForThisUserAlone) {
+    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(files_.isPrivate(kPath));
+}
+
+TEST_F(ConfigurationExportTest, takesNoNameThatIsInUseForItsWork) {
+    files_.addFile("/app/config.xml.part", "the user's");
+    files_.addFile("/app/config.xml.part1", "the user's");
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(files_.content("/app/config.xml.part"), "the user's");
+    EXPECT_EQ(files_.content("/app/config.xml.part1"), "the user's");
+    expectOnly({kPath, "/app/config.xml.part", "/app/config.xml.part1"});
+}
+
+TEST_F(ConfigurationExportTest, failsWhereNothingCanBeMade) {
+    files_.setReadOnly("/app");
+    EXPECT_EQ(write(), -1);
+    expectOnly({});
+    files_.clearFaults();
+    files_.addDirectory(kPath);
+    EXPECT_EQ(write(), -1);
+    expectOnly({});
+}
+
+TEST_F(ConfigurationExportTest, keepsTheOlderFileWhenAnythingFails) {
+    const std::string old = "<DefValues></DefValues>";
+    const std::vector<std::pair<Operation, int>> faults = {
+        {Operation::kWrite, 1}, {Operation::kClose, 1}, {Operation::kReplaceFile, -1}};
+    for (const auto& [operation, result] : faults) {
+        files_.addFile(kPath, old);
+        files_.failAt(operation, "/app/config.xml.part", 1);
+        EXPECT_EQ(write(), result);
+        EXPECT_EQ(files_.content(kPath), old);
+        expectOnly({kPath});
+    }
+    files_.setFreeSpace(10);
+    EXPECT_EQ(write(), 1);
+    EXPECT_EQ(files_.content(kPath), old);
+    expectOnly({kPath});
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+}  // namespace
