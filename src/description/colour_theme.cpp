@@ -1,6 +1,5 @@
 #include "description/colour_theme.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <string_view>
@@ -34,7 +33,18 @@ constexpr const char* kSlotNames[] = {
 static_assert(std::size(kSlotNames) == kThemeSlotCount);
 
 constexpr std::string_view kGroupPrefix = "Group:";
-constexpr unsigned long long kLargestNumber = 0xFFFFFFFFULL;  // that 32 bits hold, on every system
+constexpr unsigned long long kLargestNumber = 0xFFFFFFFFULL;  // that 32 bits hold
+
+// strtoul of base 16 with 32 bits on every system: what is too large is the largest number, and a minus sign
+// negates within 32 bits.
+std::uint32_t readHexadecimal(const char* text) {
+    const std::string_view digits(text);
+    const std::size_t first = digits.find_first_not_of(" \t\n\v\f\r");
+    const bool isNegative = first != std::string_view::npos && digits[first] == '-';
+    const unsigned long long number = std::strtoull(text, nullptr, 16);
+    const unsigned long long magnitude = isNegative ? 0ULL - number : number;
+    return magnitude > kLargestNumber ? UINT32_MAX : static_cast<std::uint32_t>(number);
+}
 
 }  // namespace
 
@@ -55,7 +65,7 @@ std::int32_t ColourTheme::parseHexColour(const char* text) {
     if (text == nullptr) {
         return -1;
     }
-    const unsigned long long number = std::min(std::strtoull(text, nullptr, 16), kLargestNumber);
+    const std::uint32_t number = readHexadecimal(text);
     const auto red = static_cast<std::int32_t>((number >> 16) & 0xFF);
     const auto green = static_cast<std::int32_t>((number >> 8) & 0xFF);
     const auto blue = static_cast<std::int32_t>(number & 0xFF);

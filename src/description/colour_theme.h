@@ -5,6 +5,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "description/hash_little.h"
+
 // The colours that a theme sets, in their fixed order.
 enum class ThemeSlot : std::int32_t {
     kDialogBackground,
@@ -39,8 +41,8 @@ public:
     static const char* nameOf(ThemeSlot slot);
     // The slot with this tag, without regard to ASCII case; -1 when there is none.
     static std::int32_t findSlot(const char* name);
-    // A colour written as RRGGBB in hexadecimal, with or without "0x"; the low three bytes count, and what
-    // isn't a number gives 0. Null gives -1.
+    // A colour written as RRGGBB in hexadecimal, with or without "0x"; the low three bytes of a 32-bit number
+    // count, a minus sign wraps it around, and what isn't a number gives 0. Null gives -1.
     static std::int32_t parseHexColour(const char* text);
 
     // The value of a colour attribute: as parseHexColour, or "Group:" (in any case) and the exact name of a
@@ -58,7 +60,11 @@ public:
     void setThemed(bool themed) { themed_ = themed; }
 
 private:
+    struct NameHash {
+        std::size_t operator()(const std::string& name) const { return hashLittle(name, 0); }
+    };
+
     std::array<std::int32_t, kThemeSlotCount> slots_;
-    std::unordered_map<std::string, std::int32_t> customGroups_;
+    std::unordered_map<std::string, std::int32_t, NameHash> customGroups_;
     bool themed_ = false;
 };

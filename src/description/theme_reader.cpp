@@ -1,8 +1,8 @@
 #include "description/theme_reader.h"
 
+#include <cstring>
 #include <vector>
 
-#include "base/text_functions.h"
 #include "description/colour_theme.h"
 #include "description/dialog_model.h"
 #include "description/expressions.h"
@@ -11,10 +11,16 @@
 
 namespace {
 
+// A tag without a text has no colour.
+std::int32_t colourOf(const PXML& description, std::int32_t node) {
+    const char* text = description.getText(node);
+    return text != nullptr && *text != '\0' ? ColourTheme::parseHexColour(text) : -1;
+}
+
 void readGroup(const PXML& description, std::int32_t node, PConsole* console, ColourTheme& theme) {
     const char* name = description.getAttribute(node, "Name");
     if (name != nullptr && *name != '\0') {
-        theme.setGroup(name, ColourTheme::parseHexColour(description.getText(node)));
+        theme.setGroup(name, colourOf(description, node));
     } else if (console != nullptr) {
         console->print("WARNING: Theme custom group tag missing a 'Name' attribute!");
     }
@@ -23,7 +29,7 @@ void readGroup(const PXML& description, std::int32_t node, PConsole* console, Co
 void readSlot(const PXML& description, std::int32_t node, PConsole* console, ColourTheme& theme) {
     const std::int32_t slot = ColourTheme::findSlot(description.getName(node));
     if (slot >= 0) {
-        theme.setColour(static_cast<ThemeSlot>(slot), ColourTheme::parseHexColour(description.getText(node)));
+        theme.setColour(static_cast<ThemeSlot>(slot), colourOf(description, node));
     } else if (console != nullptr) {
         console->print("WARNING: Colour theme tag is not supported by installer: \"%s\"",
                        description.getName(node));
@@ -139,7 +145,7 @@ void readColourTheme(const PXML& description, Expressions& expressions, PConsole
         if (expressions.evaluateCondition(description.getAttribute(node, "Condition")) == 0) {
             continue;
         }
-        if (OUtils::equalsIgnoreCase(description.getName(node), "CustomGroup")) {
+        if (std::strcmp(description.getName(node), "CustomGroup") == 0) {
             readGroup(description, node, console, outTheme);
         } else {
             readSlot(description, node, console, outTheme);

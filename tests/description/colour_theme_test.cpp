@@ -15,6 +15,15 @@ TEST(ColourTheme, ColoursAreWrittenRedFirst) {
     EXPECT_EQ(ColourTheme::parseHexColour("1234567890"), 0x00FFFFFF)
         << "more than 32 bits are their largest number";
     EXPECT_EQ(ColourTheme::parseHexColour(" ff rest"), 0x00FF0000);
+    EXPECT_EQ(ColourTheme::parseHexColour("ffffffff"), 0x00FFFFFF);
+    EXPECT_EQ(ColourTheme::parseHexColour("fffffffffffffffffffff"), 0x00FFFFFF);
+    EXPECT_EQ(ColourTheme::parseHexColour("\t\v -ff"), 0x0001FFFF) << "a minus sign wraps within 32 bits";
+    EXPECT_EQ(ColourTheme::parseHexColour("-1234567890"), 0x00FFFFFF);
+    EXPECT_EQ(ColourTheme::parseHexColour("--1"), 0);
+    EXPECT_EQ(ColourTheme::parseHexColour("+ff"), 0x00FF0000);
+    EXPECT_EQ(ColourTheme::parseHexColour("#ff"), 0);
+    EXPECT_EQ(ColourTheme::parseHexColour("0x"), 0);
+    EXPECT_EQ(ColourTheme::parseHexColour("ed"), 0x00ED0000);
     EXPECT_EQ(ColourTheme::parseHexColour("word"), 0);
     EXPECT_EQ(ColourTheme::parseHexColour(""), 0);
     EXPECT_EQ(ColourTheme::parseHexColour(nullptr), -1);
@@ -42,6 +51,58 @@ TEST(ColourTheme, ThousandsOfGroupsAreFound) {
     }
     EXPECT_EQ(theme.parseColour("Group:g9999"), 9999);
     EXPECT_EQ(theme.parseColour("Group:g10000"), -1);
+}
+
+TEST(ColourTheme, NamesOfGroupsMayHoldAnything) {
+    ColourTheme theme;
+    const std::string names[] = {" ", "Group:", "a b", "\xC3\xA4", std::string(5000, 'x')};
+    std::int32_t colour = 0;
+    for (const std::string& name : names) {
+        theme.setGroup(name, ++colour);
+    }
+    colour = 0;
+    for (const std::string& name : names) {
+        EXPECT_EQ(theme.parseColour(("Group:" + name).c_str()), ++colour) << name;
+    }
+    EXPECT_EQ(theme.parseColour(" Group:a b"), 0) << "not at the start, so it is a number that isn't one";
+}
+
+TEST(ColourTheme, AGroupWithoutColourIsNoColour) {
+    ColourTheme theme;
+    theme.setGroup("G", -1);
+    EXPECT_EQ(theme.parseColour("Group:G"), -1);
+}
+
+TEST(ColourTheme, SlotsHaveTheirNamesAndPlaces) {
+    const char* const names[] = {
+        "DialogBackground",
+        "DialogForeground",
+        "ListBackground",
+        "InputBoxBackground",
+        "InputBoxText",
+        "LinkButtons",
+        "ButtonsBackground",
+        "ButtonsText",
+        "ActiveButtonsBackground",
+        "ActiveButtonsText",
+        "ActiveText",
+        "InactiveText",
+        "HighlightedText",
+        "ProgressBarForeground",
+        "ProgressBarBackground",
+        "FieldForeground",
+        "FieldBackground",
+        "InvalidFieldForeground",
+        "InvalidFieldBackground",
+        "StaticElements",
+    };
+    std::int32_t index = 0;
+    for (const char* const name : names) {
+        EXPECT_EQ(ColourTheme::findSlot(name), index);
+        EXPECT_STREQ(ColourTheme::nameOf(static_cast<ThemeSlot>(index)), name);
+        ++index;
+    }
+    EXPECT_EQ(index, kThemeSlotCount);
 }
 
 TEST(ColourTheme, EverySlotHasANameOfItsOwn) {

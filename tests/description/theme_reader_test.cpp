@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "description/colour_theme.h"
 #include "description/dialog_model.h"
 #include "description/expressions.h"
@@ -52,6 +54,70 @@ TEST_F(ThemeReading, SlotsAndGroupsAreRead) {
     EXPECT_EQ(theme_.parseColour("Group:G"), 0x030000) << "the later colour counts";
     EXPECT_EQ(theme_.getColour(ThemeSlot::kLinkButtons), -1);
     EXPECT_TRUE(log_.lines.empty());
+}
+
+TEST_F(ThemeReading, EverySlotIsReadByItsTag) {
+    std::string text = "<R><ColourTheme>";
+    for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
+        const std::string name = ColourTheme::nameOf(static_cast<ThemeSlot>(i));
+        text += "<" + name + ">" + std::to_string(10 + i) + "0000</" + name + ">";
+    }
+    read((text + "</ColourTheme></R>").c_str());
+    for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
+        EXPECT_EQ(theme_.getThemeColour(i), std::stoi(std::to_string(10 + i), nullptr, 16)) << i;
+    }
+    EXPECT_TRUE(log_.lines.empty());
+}
+
+TEST_F(ThemeReading, TagsOfSlotsIgnoreCaseAndOthersDoNot) {
+    read(
+        "<R><Deep><ColourTheme><ACTIVETEXT>1</ACTIVETEXT><CustomGroup name='G'>2</CustomGroup>"
+        "<customgroup name='H'>2</customgroup></ColourTheme></Deep></R>");
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kActiveText), 0x010000);
+    EXPECT_EQ(theme_.parseColour("Group:G"), 0x020000);
+    EXPECT_EQ(theme_.parseColour("Group:H"), -1);
+    EXPECT_EQ(log_.lines, (std::vector<std::string>{
+                              "WARNING: Colour theme tag is not supported by installer: \"customgroup\""}));
+    ColourTheme other;
+    PXML document;
+    document.parseText("<R><colourtheme><ActiveText>1</ActiveText></colourtheme></R>");
+    readColourTheme(document, expressions_, nullptr, other);
+    EXPECT_FALSE(other.isThemed());
+}
+
+TEST_F(ThemeReading, OnlyTheFirstSectionIsRead) {
+    read(
+        "<R><ColourTheme><ActiveText>1</ActiveText></ColourTheme>"
+        "<ColourTheme><ActiveText>2</ActiveText><InactiveText>2</InactiveText></ColourTheme></R>");
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kActiveText), 0x010000);
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kInactiveText), -1);
+}
+
+TEST_F(ThemeReading, ASlotGivenTwiceKeepsTheLaterColour) {
+    read(
+        "<R><ColourTheme><ActiveText>1</ActiveText><ActiveText>2</ActiveText>"
+        "<InactiveText>3</InactiveText><InactiveText/>"
+        "<LinkButtons>4</LinkButtons><LinkButtons></LinkButtons></ColourTheme></R>");
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kActiveText), 0x020000);
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kInactiveText), -1) << "a tag without a text unsets it";
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kLinkButtons), -1);
+}
+
+TEST_F(ThemeReading, GroupsObeyTheirConditions) {
+    read(
+        "<R><ColourTheme><CustomGroup Name='G'>1</CustomGroup>"
+        "<CustomGroup Name='G' Condition='1==2'>2</CustomGroup><CustomGroup Condition='1==2'>2</CustomGroup>"
+        "<Odd Condition='1==2'/><CustomGroup Name='Empty'/><CustomGroup Name='H' Condition='1==1'>3"
+        "</CustomGroup></ColourTheme></R>");
+    EXPECT_EQ(theme_.parseColour("Group:G"), 0x010000);
+    EXPECT_EQ(theme_.parseColour("Group:H"), 0x030000);
+    EXPECT_EQ(theme_.parseColour("Group:Empty"), -1);
+    EXPECT_TRUE(log_.lines.empty()) << "a tag whose condition is false isn't looked at";
+}
+
+TEST_F(ThemeReading, WordsAreBlack) {
+    read("<R><ColourTheme><ActiveText>orange</ActiveText></ColourTheme></R>");
+    EXPECT_EQ(theme_.getColour(ThemeSlot::kActiveText), 0);
 }
 
 TEST_F(ThemeReading, OddTagsAreLogged) {
@@ -155,6 +221,82 @@ TEST_F(ThemeApplying, OwnColoursWin) {
     applyColourTheme(theme_, model_);
     EXPECT_EQ(page().elements[0].foregroundColour, 1);
     EXPECT_EQ(page().elements[0].backgroundColour, 100);
+}
+
+TEST_F(ThemeApplying, OwnColoursOfFieldsAndButtonsWin) {
+    page().fields.resize(1);
+    DialogFieldDesc& field = page().fields[0];
+    std::int32_t* const fieldColours[] = {
+        &field.labelColour,      &field.background,       &field.inputBackground,   &field.inputForeground,
+        &field.buttonBackground, &field.buttonForeground, &field.invalidBackground, &field.invalidForeground};
+    page().buttons.resize(1);
+    DialogButtonDesc& button = page().buttons[0];
+    std::int32_t* const buttonColours[] = {&button.foregroundColour, &button.backgroundColour,
+                                           &button.activeForeground, &button.activeBackground};
+    std::int32_t own = 0;
+    for (std::int32_t* const colour : fieldColours) {
+        *colour = own++;
+    }
+    for (std::int32_t* const colour : buttonColours) {
+        *colour = own++;
+    }
+    applyColourTheme(theme_, model_);
+    own = 0;
+    for (const std::int32_t* const colour : fieldColours) {
+        EXPECT_EQ(*colour, own++);
+    }
+    for (const std::int32_t* const colour : buttonColours) {
+        EXPECT_EQ(*colour, own++);
+    }
+}
+
+TEST_F(ThemeApplying, SlotsThatAreNotSetFillNothing) {
+    ColourTheme empty;
+    empty.setThemed(true);
+    page().elements.resize(1);
+    page().elements[0].kind = kElementList;
+    page().fields.resize(1);
+    page().buttons.resize(1);
+    applyColourTheme(empty, model_);
+    EXPECT_EQ(page().backgroundColour, -1);
+    EXPECT_EQ(page().foregroundColour, -1);
+    EXPECT_EQ(page().elements[0].backgroundColour, -1);
+    EXPECT_EQ(page().elements[0].foregroundColour, -1);
+    EXPECT_EQ(page().fields[0].labelColour, -1);
+    EXPECT_EQ(page().fields[0].background, -1);
+    EXPECT_EQ(page().fields[0].inputBackground, -1);
+    EXPECT_EQ(page().buttons[0].activeForeground, -1);
+    EXPECT_EQ(page().buttons[0].backgroundColour, -1);
+}
+
+TEST_F(ThemeApplying, ALabelTakesAPageForegroundThatIsNotSetOverActiveText) {
+    theme_.setColour(ThemeSlot::kDialogForeground, -1);
+    EXPECT_EQ(themedField().labelColour, -1) << "slot 15 is set, so the page's foreground counts as it is";
+}
+
+TEST_F(ThemeApplying, AButtonsOwnColoursAreThoseOfItsActiveState) {
+    theme_.setColour(ThemeSlot::kActiveButtonsText, -1);
+    theme_.setColour(ThemeSlot::kActiveButtonsBackground, -1);
+    page().buttons.resize(1);
+    page().buttons[0].foregroundColour = 1;
+    page().buttons[0].backgroundColour = 2;
+    applyColourTheme(theme_, model_);
+    EXPECT_EQ(page().buttons[0].activeForeground, 1);
+    EXPECT_EQ(page().buttons[0].activeBackground, 2);
+}
+
+TEST_F(ThemeApplying, WhatStandsOnASubDialogTakesItsOwnPage) {
+    page().special = kDialogHasSubDialogs;
+    page().backgroundColour = 5;
+    page().subDialogs.resize(2);
+    page().subDialogs[1].backgroundColour = 6;
+    for (DialogDesc& sub : page().subDialogs) {
+        sub.elements.resize(1);
+        sub.elements[0].kind = kElementImage;
+    }
+    applyColourTheme(theme_, model_);
+    EXPECT_EQ(page().subDialogs[0].elements[0].backgroundColour, 100);
+    EXPECT_EQ(page().subDialogs[1].elements[0].backgroundColour, 6);
 }
 
 TEST_F(ThemeApplying, FieldsTakeTheirSlots) {

@@ -47,6 +47,25 @@ TEST_F(InstallerTest, readsTheThemeForAGraphicalFrontEnd) {
     EXPECT_EQ(valueOf("GUI_INSTALL"), "1");
 }
 
+TEST_F(InstallerTest, appliesTheThemeOnlyForAGraphicalFrontEnd) {
+    const std::string themed =
+        document(std::string(kProduct) +
+                 "<Dialogs><Hello Special='Finish' FgColour='Group:G'/></Dialogs><DefValues/>" + kControls +
+                 "<ColourTheme><DialogBackground>1</DialogBackground><CustomGroup Name='G'>2</CustomGroup>"
+                 "</ColourTheme>");
+    for (const int graphical : {0, 1}) {
+        ui_.graphical = graphical;
+        load(themed);
+        EXPECT_EQ(run(), 0);
+        EXPECT_EQ(session_.isThemed(), graphical != 0);
+        EXPECT_EQ(session_.getThemeColour(0), graphical != 0 ? 0x010000 : -1);
+        const DialogDesc* page = session_.getDialog(0, -1);
+        ASSERT_NE(page, nullptr);
+        EXPECT_EQ(page->backgroundColour, graphical != 0 ? 0x010000 : -1);
+        EXPECT_EQ(page->foregroundColour, graphical != 0 ? 0x020000 : -1) << "an unknown group is no colour";
+    }
+}
+
 TEST_F(InstallerTest, needsAFrontEnd) {
     load(minimal());
     EXPECT_EQ(session_.run(nullptr, &log_), -1);
