@@ -25,7 +25,15 @@ enum TGMNodeType : std::uint8_t {
     kTgmComposite = 18,  // a former plain node whose text is now in children
 };
 
-// A node of the tree of a text. Owns its children; parsers bound the depth of a tree.
+constexpr bool isTgmList(TGMNodeType type) {
+    return type == kTgmUnorderedList || type == kTgmNumberedList || type == kTgmLetteredList;
+}
+
+constexpr bool isTgmHeading(TGMNodeType type) {
+    return type >= kTgmHeading1 && type <= kTgmHeading6;
+}
+
+// A node of the tree of a text. Owns its children; parsers bound the depth of a tree (tgm_limits.h).
 struct TGMNode {
     TGMNodeType type = kTgmNone;
     CharString text;

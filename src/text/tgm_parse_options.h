@@ -25,17 +25,33 @@ struct TGMParseOptions {
 enum TGMParseError : std::uint8_t {
     kTgmNullText = 1,
     kTgmEmptyText = 2,         // or the range of a block is reversed
-    kTgmInvalidBlock = 8,      // an unknown kind of line, a list without items, nesting beyond the limits
+    kTgmInvalidBlock = 8,      // a block without a valid structure, or a text beyond the limits
     kTgmInvalidEmphasis = 16,  // emphasis that can't be resolved
     kTgmInvalidUtf8 = 32,
 };
 
 struct TGMParseResult {
     std::uint8_t errors = 0;  // a set of TGMParseError
-    // The first place of trouble, counted from 0; all ones when there is none. The column is only kept for
-    // information.
+    // The first place of trouble, counted from 0; all ones when none is known, as for emphasis. A line inside
+    // a quote is counted from the start of the whole text. The column is only kept for information.
     std::uint32_t line = UINT32_MAX;
     std::uint32_t column = UINT32_MAX;
 
     bool succeeded() const { return errors == 0; }
+
+    void add(TGMParseError error, std::uint32_t atLine = UINT32_MAX, std::uint32_t atColumn = UINT32_MAX) {
+        errors = static_cast<std::uint8_t>(errors | error);
+        if (atLine < line) {
+            line = atLine;
+            column = atColumn;
+        }
+    }
+
+    void merge(const TGMParseResult& other) {
+        errors = static_cast<std::uint8_t>(errors | other.errors);
+        if (other.line < line) {
+            line = other.line;
+            column = other.column;
+        }
+    }
 };

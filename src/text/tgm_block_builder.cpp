@@ -1,0 +1,215 @@
+#include "text/tgm_block_builder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "text/tgm_block_end.h"
+
+TGMBlockBuilder::TGMBlockBuilder(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
+                                 const TGMParseScope& scope, TGMParseResult& result)
+    : lines_(lines), options_(options), scope_(scope), result_(result) {}
+
+void TGMBlockBuilder::build(TGMNode& root) {
+    buildBlocks(root, {0, lines_.size()}, scope_.depth);
+}
+
+// A block may reach beyond the range, which then ends with it: what it takes there comes again in the block
+// around the range.
+void TGMBlockBuilder::buildBlocks(TGMNode& parent, Range range, std::uint32_t depth) {
+    std::size_t line = range.first;
+    while (line <= range.last && line < lines_.size()) {
+        if (!spend(kTgmLineVisitCost, line)) {
+            return;
+        }
+        if (lines_[line].type() == kTgmBlank) {
+            ++line;
+            continue;
+        }
+        line = buildBlock(parent, line, depth) + 1;
+        if (mustStop()) {
+            return;
+        }
+    }
+}
+
+// Returns the last line of the block.
+std::size_t TGMBlockBuilder::buildBlock(TGMNode& parent, std::size_t first, std::uint32_t depth) {
+    const TGMNodeType type = lines_[first].type();
+    const std::size_t end = findTgmBlockEnd(lines_, first, options_.lazyLists, scope_.budget);
+    const bool isList = isTgmList(type);
+    // A list brings an item and its text.
+    if (!spend(0, first) || isTooDeep(depth + (isList ? 3 : 1), first)) {
+        return end;
+    }
+    std::unique_ptr<TGMNode> node;
+    if (isList) {
+        node = buildList(clamp(first, end), depth + 1);
+    } else if (isTgmHeading(type)) {
+        node = buildHeading(first);
+    } else if (type == kTgmQuote) {
+        node = buildQuote(first, end, depth + 1);
+    } else {
+        node = buildPlain(clamp(first, end));
+    }
+    if (node != nullptr) {
+        parent.children.push_back(std::move(node));
+    }
+    return end;
+}
+
+std::unique_ptr<TGMNode> TGMBlockBuilder::buildPlain(Range block) {
+    text_ = lines_[block.first].payload();
+    bool hasBlank = false;
+    for (std::size_t index = block.first + 1; index <= block.last; ++index) {
+        const TGMLine& line = lines_[index];
+        hasBlank = hasBlank || line.type() == kTgmBlank;
+        if (!line.payload().empty()) {
+            text_ += options_.joinChar;
+            // What a paragraph swallows keeps its look.
+            text_ += line.type() == kTgmPlain ? line.payload() : line.text();
+        }
+    }
+    if (!spend(block.last - block.first, block.first)) {
+        return nullptr;
+    }
+    return makeNode(hasBlank ? kTgmParagraph : kTgmPlain, block.first);
+}
+
+std::unique_ptr<TGMNode> TGMBlockBuilder::buildHeading(std::size_t line) {
+    text_ = lines_[line].payload();
+    return makeNode(lines_[line].type(), line);
+}
+
+std::unique_ptr<TGMNode> TGMBlockBuilder::buildList(Range block, std::uint32_t depth) {
+    text_.clear();
+    const TGMNodeType type = lines_[block.first].type();
+    std::unique_ptr<TGMNode> list = makeNode(type, block.first);
+    if (list == nullptr || !spend(block.last - block.first, block.first)) {
+        return nullptr;
+    }
+    const ListItems items = findItems(block, type);
+    for (std::size_t i = 0; i < items.starts.size(); ++i) {
+        const std::size_t last = i + 1 < items.starts.size() ? items.starts[i + 1] - 1 : block.last;
+        std::unique_ptr<TGMNode> item = buildItem({items.starts[i], last}, items.textType, depth + 1);
+        if (mustStop()) {
+            break;
+        }
+        list->children.push_back(std::move(item));
+    }
+    return list;
+}
+
+// The first line of the block is always a start.
+TGMBlockBuilder::ListItems TGMBlockBuilder::findItems(Range block, TGMNodeType listType) const {
+    ListItems items;
+    const std::uint32_t indent = lines_[block.first].indent();
+    std::size_t blanks = 0;
+    for (std::size_t index = block.first; index <= block.last; ++index) {
+        const TGMLine& line = lines_[index];
+        if (line.type() == kTgmBlank) {
+            ++blanks;
+        } else if (line.indent() == indent &&
+                   (line.type() == listType || (blanks == 0 && isTgmList(line.type())))) {
+            items.starts.push_back(index);
+        }
+    }
+    const bool isLoose = blanks > 0 && blanks + 1 >= items.starts.size();
+    items.textType = isLoose ? kTgmParagraph : kTgmPlain;
+    return items;
+}
+
+std::unique_ptr<TGMNode> TGMBlockBuilder::buildItem(Range item, TGMNodeType textType, std::uint32_t depth) {
+    text_.clear();
+    std::unique_ptr<TGMNode> node = makeNode(kTgmListItem, item.first);
+    text_ = lines_[item.first].payload();
+    std::size_t next = item.first + 1;
+    for (; next <= item.last && lines_[next].type() == kTgmPlain; ++next) {
+        text_ += options_.joinChar;
+        text_ += lines_[next].payload();
+    }
+    std::unique_ptr<TGMNode> text = makeNode(textType, item.first);
+    if (node == nullptr || text == nullptr) {
+        return nullptr;
+    }
+    node->children.push_back(std::move(text));
+    if (next <= item.last) {
+        buildBlocks(*node, {next, item.last}, depth);
+    }
+    return node;
+}
+
+// The line `end` isn't part of the quote, except for a quote that is the last line of the text, whose end is
+// behind it.
+std::unique_ptr<TGMNode> TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end,
+                                                     std::uint32_t depth) {
+    if (first == end) {
+        result_.add(kTgmEmptyText, lineNumber(first));
+        return nullptr;
+    }
+    if (!spend((end - first) * kTgmQuotedLineCost + kTgmNodeCost, first)) {
+        return nullptr;
+    }
+    TGMParseOptions quoteOptions = options_;
+    quoteOptions.lazyLists = false;
+    quoteOptions.tabWidth = kTgmQuoteTabWidth;
+    TGMParseResult quoteResult;
+    std::unique_ptr<TGMNode> quote = parseTgmLines(collectQuote(first, end, quoteOptions), quoteOptions,
+                                                   {scope_.budget, depth, lineNumber(first)}, quoteResult);
+    result_.merge(quoteResult);
+    if (!quoteResult.succeeded() && !options_.keepGoing) {
+        return nullptr;
+    }
+    quote->type = kTgmQuote;
+    return quote;
+}
+
+// Each payload with a line feed behind it, split again: the same lines and an empty one.
+std::vector<TGMLine> TGMBlockBuilder::collectQuote(std::size_t first, std::size_t end,
+                                                   const TGMParseOptions& quoteOptions) const {
+    std::vector<TGMLine> quoted;
+    quoted.reserve(end - first + 1);
+    for (std::size_t index = first; index < end; ++index) {
+        quoted.emplace_back(lines_[index].payload(), quoteOptions);
+    }
+    quoted.emplace_back();
+    return quoted;
+}
+
+// A node with the text that was put together; nothing when the budget is exhausted.
+std::unique_ptr<TGMNode> TGMBlockBuilder::makeNode(TGMNodeType type, std::size_t line) {
+    if (!spend(kTgmNodeCost + text_.size() * kTgmByteCost, line)) {
+        return nullptr;
+    }
+    auto node = std::make_unique<TGMNode>();
+    node->type = type;
+    node->text = CharString(text_.c_str());
+    return node;
+}
+
+TGMBlockBuilder::Range TGMBlockBuilder::clamp(std::size_t first, std::size_t last) const {
+    return {first, std::min(last, lines_.size() - 1)};
+}
+
+bool TGMBlockBuilder::spend(std::uint64_t work, std::size_t line) {
+    if (scope_.budget.spend(work)) {
+        return true;
+    }
+    result_.add(kTgmInvalidBlock, lineNumber(line));
+    return false;
+}
+
+bool TGMBlockBuilder::isTooDeep(std::uint32_t depth, std::size_t line) {
+    if (depth <= kTgmMaxDepth) {
+        return false;
+    }
+    result_.add(kTgmInvalidBlock, lineNumber(line));
+    return true;
+}
+
+bool TGMBlockBuilder::mustStop() const {
+    return scope_.budget.isExhausted() || (!result_.succeeded() && !options_.keepGoing);
+}
+
+std::uint32_t TGMBlockBuilder::lineNumber(std::size_t line) const {
+    return scope_.firstLine + static_cast<std::uint32_t>(line);
+}

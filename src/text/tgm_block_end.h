@@ -1,0 +1,48 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "text/tgm_line.h"
+#include "text/tgm_work_budget.h"
+
+// Decides line by line whether a block goes on. Two machines that compare equal go on alike.
+class TGMBlockEndMachine {
+public:
+    enum class State : std::uint8_t { kSame, kBlank, kDeeper, kLazy, kEnd };
+
+    TGMBlockEndMachine(const TGMLine& start, bool lazyLists)
+        : blockIndent_(start.indent()), blockType_(start.type()), lazyLists_(lazyLists) {}
+
+    // The state behind the next line. With kEnd the block doesn't hold that line, and the machine is done.
+    State step(const TGMLine& line);
+    State getState() const { return state_; }
+
+    auto operator<=>(const TGMBlockEndMachine&) const = default;
+
+private:
+    State stepSame(const TGMLine& line) const;
+    State stepBlank(const TGMLine& line);
+    State stepDeeper(const TGMLine& line) const;
+    State stepLazy(const TGMLine& line) const;
+    State stepLazyAtBlockIndent(TGMNodeType type) const;
+
+    std::uint32_t blockIndent_;
+    TGMNodeType blockType_;
+    State state_ = State::kSame;
+    bool seenBlank_ = false;
+    bool lazyLists_;
+};
+
+// The last line of the block that begins at `start`; one past the end when `start` is the last line and not
+// blank or a heading. The block knows nothing of the range that its caller is at. Charges each line that it
+// looks at; once the budget is exhausted the result means nothing.
+std::size_t findTgmBlockEnd(const std::vector<TGMLine>& lines, std::size_t start, bool lazyLists,
+                            TGMWorkBudget& budget);
+
+// The same for every line at once, in one pass: machines that meet in one state go on as one. When the budget
+// is exhausted the list is as long as the number of the line where that happened, and means nothing.
+std::vector<std::size_t> findAllTgmBlockEnds(const std::vector<TGMLine>& lines, bool lazyLists,
+                                             TGMWorkBudget& budget);

@@ -1,0 +1,118 @@
+#include "text/tgm_parser.h"
+
+#include <algorithm>
+#include <string>
+
+#include "text/tgm_line_parser.h"
+#include "text/tgm_translator.h"
+
+namespace {
+
+TGMListKind listKind(TGMNodeType type) {
+    switch (type) {
+        case kTgmNumberedList:
+            return kTgmNumberList;
+        case kTgmLetteredList:
+            return kTgmLetterList;
+        default:
+            return kTgmBulletList;
+    }
+}
+
+int headingLevel(TGMNodeType type) {
+    return type - kTgmHeading1 + 1;
+}
+
+void visit(const TGMNode& node, TGMTranslator& translator);
+
+void visitContent(const TGMNode& node, TGMTranslator& translator) {
+    if (!node.text.isEmpty()) {
+        translator.text(node.text.c_str());
+    }
+    for (const std::unique_ptr<TGMNode>& child : node.children) {
+        visit(*child, translator);
+    }
+}
+
+using Event = void (TGMTranslator::*)();
+
+struct Events {
+    Event begin = nullptr;
+    Event end = nullptr;
+};
+
+// The events of the types that have no argument.
+Events eventsOf(TGMNodeType type) {
+    switch (type) {
+        case kTgmDocument:
+            return {&TGMTranslator::beginDocument, &TGMTranslator::endDocument};
+        case kTgmParagraph:
+            return {&TGMTranslator::beginParagraph, &TGMTranslator::endParagraph};
+        case kTgmBold:
+            return {&TGMTranslator::beginBold, &TGMTranslator::endBold};
+        case kTgmItalic:
+            return {&TGMTranslator::beginItalic, &TGMTranslator::endItalic};
+        case kTgmListItem:
+            return {&TGMTranslator::beginItem, &TGMTranslator::endItem};
+        case kTgmQuote:
+            return {&TGMTranslator::beginQuote, &TGMTranslator::endQuote};
+        case kTgmComposite:
+            return {&TGMTranslator::beginComposite, &TGMTranslator::endComposite};
+        default:
+            return {};
+    }
+}
+
+void visit(const TGMNode& node, TGMTranslator& translator) {
+    if (isTgmList(node.type)) {
+        translator.beginList(listKind(node.type));
+        visitContent(node, translator);
+        translator.endList(listKind(node.type));
+    } else if (isTgmHeading(node.type)) {
+        translator.beginHeader(headingLevel(node.type));
+        visitContent(node, translator);
+        translator.endHeader(headingLevel(node.type));
+    } else if (const Events events = eventsOf(node.type); events.begin != nullptr) {
+        (translator.*events.begin)();
+        visitContent(node, translator);
+        (translator.*events.end)();
+    } else {
+        visitContent(node, translator);
+    }
+}
+
+}  // namespace
+
+TGMParser::TGMParser(const TGMParseOptions& options) : options_(options) {}
+
+TGMParser::~TGMParser() = default;
+
+void TGMParser::parse(TGMParseResult& result, const char* text) {
+    result = {};
+    root_.reset();
+    if (text == nullptr) {
+        result.add(kTgmNullText);
+        return;
+    }
+    if (*text == '\0') {
+        result.add(kTgmEmptyText);
+        return;
+    }
+    std::string work(text);
+    if (work.size() > kTgmMaxLength) {
+        result.add(kTgmInvalidBlock, 0);
+        return;
+    }
+    workSize_ = std::max<std::size_t>(kTgmMinWorkSize, work.size());
+    TGMWorkBudget budget(work.size());
+    std::erase(work, '\r');
+    const std::vector<TGMLine> lines = splitTgmLines(work, options_);
+    root_ = parseTgmLines(lines, options_, {budget}, result);
+}
+
+void TGMParser::walk(TGMTranslator& translator) const {
+    if (root_ != nullptr) {
+        translator.reserve(workSize_);
+        visit(*root_, translator);
+    }
+}

@@ -1,0 +1,102 @@
+#include "text/tgm_span_scan.h"
+
+namespace {
+
+enum class Fit : unsigned char { kNone, kUnclosed, kClosed };
+
+struct Span {
+    Fit fit = Fit::kNone;
+    std::string_view inner;
+};
+
+bool isDelimiter(char c) {
+    return c == '*' || c == '_';
+}
+
+// Whether a span of `count` delimiters `c` closes behind the character at `last`. The second delimiter of a
+// double one isn't looked at, so any character serves.
+bool closesBehind(std::string_view text, std::size_t last, std::size_t count, char c) {
+    if (last + count >= text.size() || text[last + 1] != c) {
+        return false;
+    }
+    return last + count + 1 == text.size() || text[last + count + 1] != c;
+}
+
+bool opensAt(std::string_view text, std::size_t at, std::size_t count) {
+    if (at + count >= text.size() || !isDelimiter(text[at])) {
+        return false;
+    }
+    return (count == 1 || text[at + 1] == text[at]) && text[at + count] != text[at];
+}
+
+bool isEscape(std::string_view text, std::size_t at) {
+    return text[at] == '\\' && at + 1 < text.size();
+}
+
+Span trySpan(std::string_view text, std::size_t at, std::size_t count) {
+    if (!opensAt(text, at, count)) {
+        return {};
+    }
+    const std::size_t begin = at + count;
+    for (std::size_t i = begin; i < text.size(); ++i) {
+        if (isEscape(text, i)) {
+            ++i;
+        }
+        if (closesBehind(text, i, count, text[at])) {
+            return {Fit::kClosed, text.substr(begin, i + 1 - begin)};
+        }
+    }
+    return {Fit::kUnclosed, {}};
+}
+
+// Collects the pieces; what lies between the spans is plain.
+class PieceList {
+public:
+    PieceList(std::string_view text, std::vector<TGMPiece>& pieces) : text_(text), pieces_(pieces) {}
+
+    void addPlainUpTo(std::size_t end) {
+        if (plainBegin_ < end) {
+            pieces_.push_back({text_.substr(plainBegin_, end - plainBegin_), kTgmPlain});
+        }
+    }
+
+    // Returns the position behind the span.
+    std::size_t addSpan(std::size_t at, std::string_view inner, std::size_t count) {
+        addPlainUpTo(at);
+        pieces_.push_back({inner, count == 1 ? kTgmItalic : kTgmBold});
+        plainBegin_ = at + inner.size() + 2 * count;
+        return plainBegin_;
+    }
+
+private:
+    std::string_view text_;
+    std::vector<TGMPiece>& pieces_;
+    std::size_t plainBegin_ = 0;
+};
+
+}  // namespace
+
+void scanTgmSpans(std::string_view text, std::vector<TGMPiece>& pieces) {
+    pieces.clear();
+    PieceList list(text, pieces);
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (isEscape(text, at)) {
+            ++at;
+            continue;
+        }
+        std::size_t count = 1;
+        Span span = trySpan(text, at, count);
+        if (span.fit == Fit::kNone) {
+            count = 2;
+            span = trySpan(text, at, count);
+        }
+        if (span.fit == Fit::kUnclosed) {
+            break;  // its delimiters and all behind them are plain
+        }
+        if (span.fit == Fit::kClosed) {
+            // The character behind a span is plain whatever it is, so the loop steps over it.
+            at = list.addSpan(at, span.inner, count);
+        }
+    }
+    list.addPlainUpTo(text.size());
+}

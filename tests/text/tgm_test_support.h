@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "text/tgm_dump.h"
+#include "text/tgm_line.h"
+#include "text/tgm_parser.h"
+
+// A text as it is parsed: what became of it, in the form of the dumps.
+struct ParsedText {
+    TGMParseResult result;
+    std::string tree;  // empty without a root
+};
+
+inline ParsedText parseText(const std::string& text, const TGMParseOptions& options = {}) {
+    ParsedText parsed;
+    TGMParser parser(options);
+    parser.parse(parsed.result, text.c_str());
+    if (parser.getRoot() != nullptr) {
+        dumpTgmTree(parsed.tree, *parser.getRoot());
+    }
+    return parsed;
+}
+
+// The tree of a text that has to be free of errors.
+inline std::string treeOf(const std::string& text, const TGMParseOptions& options = {}) {
+    const ParsedText parsed = parseText(text, options);
+    return parsed.result.succeeded() ? parsed.tree : "error " + std::to_string(parsed.result.errors);
+}
+
+// `part`, `count` times.
+inline std::string repeated(std::string_view part, std::size_t count) {
+    std::string text;
+    text.reserve(part.size() * count);
+    for (std::size_t i = 0; i < count; ++i) {
+        text += part;
+    }
+    return text;
+}
+
+inline TGMParseOptions withoutLazyLists() {
+    TGMParseOptions options;
+    options.lazyLists = false;
+    return options;
+}
+
+inline TGMParseOptions keepingGoing() {
+    TGMParseOptions options;
+    options.keepGoing = true;
+    return options;
+}
