@@ -54,12 +54,14 @@ constexpr std::array<bool, 256> kPlainBytes = makePlainBytes();
 class Pass {
 public:
     Pass(std::string_view document, RtfMode mode, RichTextCallback* callback)
-        : rest_(document), mode_(mode), callback_(callback) {
+        : document_(document), rest_(document), mode_(mode), callback_(callback) {
         output_.reserve(document.size() + document.size() / 10 + kSlack);
     }
 
     // False when the groups aren't balanced.
     bool run();
+    // After a run that failed.
+    RtfFault fault() const;
     std::string takeOutput() { return std::move(output_); }
 
 private:
@@ -81,6 +83,7 @@ private:
     void tell(const RtfControlWord& found, std::string_view word);
     void write(std::string_view text);
 
+    const std::string_view document_;
     std::string_view rest_;
     const RtfMode mode_;
     RichTextCallback* const callback_;  // or null
@@ -106,6 +109,11 @@ bool Pass::run() {
     return true;
 }
 
+RtfFault Pass::fault() const {
+    const std::size_t passed = document_.size() - rest_.size();
+    return depth_ == 0 ? RtfFault{passed - 1, 0} : RtfFault{passed, depth_};
+}
+
 // A callback gets each byte as it comes; without one they go over at once.
 void Pass::readPlain() {
     const auto end =
@@ -126,7 +134,10 @@ bool Pass::readSpecial() {
     if (special == '{') {
         ++depth_;
     } else if (special == '}') {
-        return depth_-- > 0;
+        if (depth_ == 0) {
+            return false;
+        }
+        --depth_;
     } else if (special == '\\') {
         readEscape();
     }
@@ -224,6 +235,7 @@ void Pass::write(std::string_view text) {
 std::optional<std::string> RtfReader::read(std::string_view document, RtfMode mode, int width) {
     Pass pass(document.substr(0, document.find('\0')), mode, callback_);
     if (!pass.run()) {
+        fault_ = pass.fault();
         return std::nullopt;
     }
     std::string text = pass.takeOutput();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,6 +12,14 @@ enum class RtfMode : std::uint8_t {
     kTerminal = 0,  // attributes of terminals are written into the text
     kControl = 1,   // none
     kPlain = 2,     // none
+};
+
+// Where a document is broken.
+struct RtfFault {
+    // Of a brace that closes nothing, or of the end of a document with open groups, in bytes.
+    std::size_t offset = 0;
+    // 0 for a brace that closes nothing.
+    std::size_t openGroups = 0;
 };
 
 // Reads a small subset of the Rich Text Format, in one pass: the plain text of a document, and calls for
@@ -26,6 +35,10 @@ public:
     // of the document.
     std::optional<std::string> read(std::string_view document, RtfMode mode, int width);
 
+    // For whoever wants to tell the author; set by a read that gave nothing.
+    const RtfFault& getFault() const { return fault_; }
+
 private:
     RichTextCallback* callback_ = nullptr;
+    RtfFault fault_;
 };

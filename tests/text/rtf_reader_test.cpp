@@ -306,6 +306,21 @@ TEST(RtfReader, AnOpenGroupAtTheEndFails) {
     EXPECT_EQ(callsOf("{a"), Calls{"addChar a"});
 }
 
+TEST(RtfReader, TheFaultIsTheBraceThatClosesNothing) {
+    RtfReader reader;
+    EXPECT_EQ(reader.read("{a}\n\\}}b{", RtfMode::kPlain, 0), std::nullopt);
+    EXPECT_EQ(reader.getFault().offset, 6U);
+    EXPECT_EQ(reader.getFault().openGroups, 0U);
+}
+
+TEST(RtfReader, TheFaultIsTheEndOfADocumentWithOpenGroups) {
+    using namespace std::string_view_literals;
+    RtfReader reader;
+    EXPECT_EQ(reader.read("{{{a}b\0}}"sv, RtfMode::kPlain, 0), std::nullopt);
+    EXPECT_EQ(reader.getFault().offset, 6U);
+    EXPECT_EQ(reader.getFault().openGroups, 2U);
+}
+
 TEST(RtfReader, TheDocumentEndsAtAZeroByte) {
     using namespace std::string_view_literals;
     EXPECT_EQ(plain("{a}\r\n\0}}"sv), "a");
