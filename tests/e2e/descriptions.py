@@ -6,6 +6,7 @@ SKELETON = """<TandrelGroupInstallation>
  <MajorVersion>1</MajorVersion><MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion>
 </ProductDesc>
 <InstallerControlVariables><InstallError>INSTALL_ERROR</InstallError></InstallerControlVariables>
+{more}
 <DefValues>
  <Value Name="INSTALL_ERROR" DataType="value">0</Value>
  <Value Name="DIR" DataType="value">{directory}</Value>
@@ -14,6 +15,7 @@ SKELETON = """<TandrelGroupInstallation>
 <Dialogs>
  {pages}
  <CopyProgress Special="AutoNext"/>
+ {late}
  <BadFinish Special="BadFinish;Finish" Condition="[INSTALL_ERROR]==1"><Text x="1" y="1">It failed.</Text></BadFinish>
  <Finish Special="Finish"><Text x="1" y="1">It worked.</Text></Finish>
 </Dialogs>
@@ -31,5 +33,6 @@ SKELETON = """<TandrelGroupInstallation>
 """
 
 
-def description(directory, sets, pages="<Welcome/>", values=""):
-    return SKELETON.format(directory=directory, sets=sets, pages=pages, values=values)
+def description(directory, sets, pages="<Welcome/>", values="", late="", more=""):
+    """`late` are pages behind the copying, `more` are sections of the document."""
+    return SKELETON.format(directory=directory, sets=sets, pages=pages, values=values, late=late, more=more)

@@ -1,0 +1,211 @@
+"""A run by hand leaves an answers file, and the file repeats the run on a fresh machine."""
+
+import shutil
+import xml.etree.ElementTree
+
+from descriptions import description
+from harness import WINDOWS, EndToEndTest, main
+
+NAMES = ("DIR", "OPTIONAL", "KIND", "OWNER", "NOTE", "SECRET", "MODE", "PLACE", "RUNS", "OTHER", "SETTING", "FOUND",
+         "DERIVED", "LATE", "UNLOGGED", "LOCAL", "PRIVATE")
+EXCLUSIONS = """
+<InstallerExcludeVariables>
+ <Variable ExcludeFrom="log">UNLOGGED</Variable>
+ <Variable ExcludeFrom="config">LOCAL</Variable>
+ <Variable>PRIVATE</Variable>
+</InstallerExcludeVariables>
+"""
+VALUES = """
+<Value Name="OPTIONAL" DataType="value">0</Value>
+<Value Name="KIND" DataType="value">0</Value>
+<Value Name="OWNER" DataType="value">nobody</Value>
+<Value Name="NOTE" DataType="value"></Value>
+<Value Name="SECRET" DataType="value"></Value>
+<Value Name="MODE" DataType="cmdlinearg">slow</Value>
+<Value Name="PLACE" DataType="envvar" Default="nowhere">E2E_PLACE</Value>
+<Value Name="RUNS" DataType="checkproc">no-such-program</Value>
+<Value Name="OTHER" DataType="install_app" Default="none">No Such Product</Value>
+<Value Name="SETTING" DataType="registry" RegPlace="HKEY_LOCAL_MACHINE" RegKey="SOFTWARE/No/Such" Default="preset">Value</Value>
+<Value Name="FOUND" DataType="checkfile" Default="missing">{present}</Value>
+<Value Name="DERIVED" DataType="value" Recalculate="1">$DIR/derived</Value>
+<Value Name="LATE" DataType="value">early</Value>
+<Value Name="UNLOGGED" DataType="value">start</Value>
+<Value Name="LOCAL" DataType="envvar" Default="none">E2E_LOCAL</Value>
+<Value Name="PRIVATE" DataType="value">hidden</Value>
+"""
+PAGES = """
+<Ask>
+ <Field Type="Directory" Label="Where to" x="1" y="1">DIR</Field>
+ <Field Type="CheckBox" Label="Optional files" x="1" y="1">OPTIONAL</Field>
+ <Field Type="RadioButtons" Label="Kind" Content="small;large" Description="one;two" x="1" y="1">KIND</Field>
+ <Field Type="EditBox" Label="Owner" x="1" y="1">OWNER</Field>
+ <Field Type="EditBox" Label="Note" x="1" y="1">NOTE</Field>
+ <Field Type="Password" Label="Password" x="1" y="1">SECRET</Field>
+ <Field Type="EditBox" Label="Unlogged" x="1" y="1">UNLOGGED</Field>
+ <Field Type="EditBox" Label="Private" x="1" y="1">PRIVATE</Field>
+</Ask>
+"""
+# What is set behind the copying belongs to the log and to the answers all the same.
+LATE = """
+<PostInstall>
+ <Trigger EvaluateOn="Start" Type="VarChange" Variable="LATE" Value="[KIND] late"/>
+</PostInstall>
+"""
+SETS = """
+<FileSet Name="Core">
+ <FN Dest="[DIR]">readme.txt</FN>
+ <FN Dest="[DIR]/conf" ExpandVarsInFile="1">settings.ini</FN>
+</FileSet>
+<FileSet Name="Optional" Condition="[OPTIONAL]==1"><FN Dest="[DIR]/opt">optional.txt</FN></FileSet>
+"""
+FILES = {
+    "readme.txt": "readme\n",
+    "settings.ini": "".join(f"{name}=[{name}]\n" for name in NAMES),
+    "optional.txt": "optional\n",
+}
+OWNER = "Zoë <zoe@söhne.example> & \"Söhne\" 'AG' €"
+SECRET = "p<w>&'\"ß"
+LOG = "elsewhere/un/install.log"
+CREATED = "Successfully created configuration file:"
+REFUSED = "The installer could not create configuration file!"
+
+
+class Answers(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        self.write("present.txt", "here")
+        values = VALUES.format(present=self.native("present.txt"))
+        self.setup = self.build_package(
+            description(self.native("opt/product"), SETS, PAGES, values, LATE, EXCLUSIONS), FILES)
+
+    def run_by_hand(self, *arguments, local="first"):
+        answers = [self.native("elsewhere"), "yes", "2", OWNER, "", SECRET, "only here", "mine"]
+        return self.run_program(self.setup, "-gui=0", *arguments, stdin="\n".join(answers) + "\n",
+                                env={"E2E_PLACE": "here & there", "E2E_LOCAL": local})
+
+    def run_from(self, answers, *arguments, local="first"):
+        return self.run_program(self.setup, "-configFile=" + self.native(answers), *arguments,
+                                env={"E2E_PLACE": "elsewhere", "E2E_LOCAL": local})
+
+    def forget(self):
+        """Takes away what the run before left: the machine is fresh again but for the answers."""
+        for name in ("elsewhere", "opt", "state"):
+            shutil.rmtree(self.host(name), ignore_errors=True)
+        if not WINDOWS:
+            self.host("state").mkdir()
+
+    def values(self, path="config.xml"):
+        """The variables of an answers file, as any reader of XML sees them."""
+        root = xml.etree.ElementTree.fromstring(self.read(path).decode("utf-8"))
+        self.assertEqual(root.tag, "DefValues")
+        for value in root:
+            self.assertEqual((value.tag, set(value.attrib), value.get("DataType")),
+                             ("Value", {"Name", "DataType"}, "value"))
+        return {value.get("Name"): value.text or "" for value in root}
+
+    def settings(self):
+        text = self.read("elsewhere/conf/settings.ini").decode("utf-8")
+        return dict(line.split("=", 1) for line in text.splitlines())
+
+    def test_a_run_by_hand_leaves_its_answers_and_tells_how_to_use_them(self):
+        result = self.run_by_hand("-MODE=fast")
+        self.assertEqual(result.code, 0, result)
+        self.assertIn("It worked.\n", result.out)
+        path = self.native("config.xml")
+        self.assertIn(f'{CREATED}\n\t"{path}"\n'
+                      "You can use the file to automatically install the same product on different machine with the "
+                      "same settings, by running the installer with the following arguments:\n"
+                      f' -configFile="{path}" {{-ignoreErrors=1}}\n', result.out)
+        self.assertNotIn(SECRET, result.out)
+        directory = self.native("elsewhere").replace("/", "\\")
+        values = self.values()
+        self.assertEqual(list(values), ["DIR", "OPTIONAL", "KIND", "OWNER", "NOTE", "SECRET", "MODE", "PLACE", "RUNS",
+                                        "OTHER", "SETTING", "FOUND", "DERIVED", "LATE", "UNLOGGED"])
+        self.assertEqual(
+            {k: values[k] for k in values if k not in ("FOUND", "DERIVED")},
+            {"DIR": directory, "OPTIONAL": "1", "KIND": "1", "OWNER": OWNER, "NOTE": "", "SECRET": SECRET,
+             "MODE": "fast", "PLACE": "here & there", "RUNS": "0", "OTHER": "none", "SETTING": "preset",
+             "LATE": "1 late", "UNLOGGED": "only here"})
+        self.assertTrue(values["FOUND"].endswith("present.txt"), values)
+        self.assertEqual(values["DERIVED"], directory + "/derived")
+        self.assertEqual([p.name for p in self.machine.root.glob("config.xml*")], ["config.xml"])
+        if not WINDOWS:
+            self.assertEqual(self.host("config.xml").stat().st_mode & 0o777, 0o600)
+
+    def test_the_answers_repeat_the_run_on_a_fresh_machine(self):
+        self.assertEqual(self.run_by_hand("-MODE=fast").code, 0)
+        tree = self.tree("elsewhere")
+        self.assertEqual(set(tree), {"readme.txt", "conf/settings.ini", "opt/optional.txt", "un/install.xml",
+                                     "un/install.log", "un/backup.bin"})
+        lines = self.action_log(LOG)
+        settings = self.settings()
+        self.assertEqual((settings["OWNER"], settings["SECRET"], settings["PRIVATE"], settings["LOCAL"]),
+                         (OWNER, SECRET, "mine", "first"))
+        self.assertIn("VAR\tLATE\t1 late", lines)
+        self.assertIn("VAR\tSECRET\t" + SECRET, lines)
+        self.assertIn("VAR\tLOCAL\tfirst", lines)
+        self.assertFalse([x for x in lines if x.startswith(("VAR\tUNLOGGED", "VAR\tPRIVATE"))])
+
+        self.host("config.xml").rename(self.host("answers.xml"))
+        self.forget()
+        result = self.run_from("answers.xml", local="second")
+        self.assertEqual(result.code, 0, result)
+        self.assertNotIn(CREATED, result.out)
+        self.assertFalse(self.host("config.xml").exists())
+
+        # Only what is kept out of the answers comes from the machine again.
+        self.assertEqual(self.action_log(LOG), [x.replace("VAR\tLOCAL\tfirst", "VAR\tLOCAL\tsecond") for x in lines])
+        again = self.settings()
+        # LATE was set behind the copying of the first run, and is known from the start in the second.
+        self.assertEqual(again, {**settings, "LOCAL": "second", "PRIVATE": "hidden", "LATE": "1 late"})
+        changing = ("conf/settings.ini", "un/install.log")
+        self.assertEqual({k: v for k, v in self.tree("elsewhere").items() if k not in changing},
+                         {k: v for k, v in tree.items() if k not in changing})
+
+    def test_a_run_from_answers_leaves_none_even_when_it_talks(self):
+        self.assertEqual(self.run_by_hand().code, 0)
+        self.host("config.xml").rename(self.host("answers.xml"))
+        answers = self.read("answers.xml")
+        result = self.run_from("answers.xml", "-quiet=0")
+        self.assertIn("It worked.\n", result.out)
+        self.assertNotIn(CREATED, result.out)
+        self.assertFalse(self.host("config.xml").exists())
+        self.assertEqual(self.read("answers.xml"), answers)
+
+    def test_the_same_machine_gives_the_same_bytes(self):
+        self.assertEqual(self.run_by_hand().code, 0)
+        first = self.read("config.xml")
+        log = self.read(LOG)
+        self.forget()
+        self.assertEqual(self.run_by_hand().code, 0)
+        self.assertEqual(self.read("config.xml"), first)
+        self.assertEqual(self.read(LOG), log)
+
+    def test_an_unattended_run_leaves_no_answers(self):
+        for arguments in (("-auto",), ("-auto=0", "-quiet=0"), ("-gui=1", "-auto")):
+            result = self.run_program(self.setup, *arguments)
+            self.assertIn("It worked.\n", result.out)
+            self.assertNotIn(CREATED, result.out)
+            self.assertNotIn(REFUSED, result.out)
+            self.assertFalse(self.host("config.xml").exists(), arguments)
+            self.assertIn("VAR\tLATE\t0 late", self.action_log("opt/product/un/install.log"))
+
+    def test_a_quiet_run_by_hand_leaves_answers_without_a_word(self):
+        result = self.run_by_hand("-quiet=1")
+        self.assertEqual(result.code, 0, result)
+        self.assertNotIn(CREATED, result.out)
+        self.assertEqual(self.values()["OWNER"], OWNER)
+
+    def test_the_file_of_another_program_stays_and_that_is_told(self):
+        self.write("config.xml", "<configuration/>")
+        result = self.run_by_hand()
+        self.assertEqual(result.code, 0, result)
+        self.assertIn(REFUSED + "\n", result.out)
+        self.assertNotIn(CREATED, result.out)
+        self.assertIn("It worked.\n", result.out)
+        self.assertEqual(self.read("config.xml"), b"<configuration/>")
+        self.assertTrue(self.host("elsewhere/opt/optional.txt").exists())
+
+
+if __name__ == "__main__":
+    main()
