@@ -41,7 +41,7 @@ std::size_t TGMBlockBuilder::buildBlock(TGMNode& parent, std::size_t first, std:
     if (!spend(0, first) || isTooDeep(depth + (isList ? 3 : 1), first)) {
         return end;
     }
-    std::unique_ptr<TGMNode> node;
+    TGMNodePtr node;
     if (isList) {
         node = buildList(clamp(first, end), depth + 1);
     } else if (isTgmHeading(type)) {
@@ -57,7 +57,7 @@ std::size_t TGMBlockBuilder::buildBlock(TGMNode& parent, std::size_t first, std:
     return end;
 }
 
-std::unique_ptr<TGMNode> TGMBlockBuilder::buildPlain(Range block) {
+TGMNodePtr TGMBlockBuilder::buildPlain(Range block) {
     text_ = lines_[block.first].payload();
     bool hasBlank = false;
     for (std::size_t index = block.first + 1; index <= block.last; ++index) {
@@ -75,22 +75,22 @@ std::unique_ptr<TGMNode> TGMBlockBuilder::buildPlain(Range block) {
     return makeNode(hasBlank ? kTgmParagraph : kTgmPlain, block.first);
 }
 
-std::unique_ptr<TGMNode> TGMBlockBuilder::buildHeading(std::size_t line) {
+TGMNodePtr TGMBlockBuilder::buildHeading(std::size_t line) {
     text_ = lines_[line].payload();
     return makeNode(lines_[line].type(), line);
 }
 
-std::unique_ptr<TGMNode> TGMBlockBuilder::buildList(Range block, std::uint32_t depth) {
+TGMNodePtr TGMBlockBuilder::buildList(Range block, std::uint32_t depth) {
     text_.clear();
     const TGMNodeType type = lines_[block.first].type();
-    std::unique_ptr<TGMNode> list = makeNode(type, block.first);
+    TGMNodePtr list = makeNode(type, block.first);
     if (list == nullptr || !spend(block.last - block.first, block.first)) {
         return nullptr;
     }
     const ListItems items = findItems(block, type);
     for (std::size_t i = 0; i < items.starts.size(); ++i) {
         const std::size_t last = i + 1 < items.starts.size() ? items.starts[i + 1] - 1 : block.last;
-        std::unique_ptr<TGMNode> item = buildItem({items.starts[i], last}, items.textType, depth + 1);
+        TGMNodePtr item = buildItem({items.starts[i], last}, items.textType, depth + 1);
         if (mustStop()) {
             break;
         }
@@ -118,16 +118,16 @@ TGMBlockBuilder::ListItems TGMBlockBuilder::findItems(Range block, TGMNodeType l
     return items;
 }
 
-std::unique_ptr<TGMNode> TGMBlockBuilder::buildItem(Range item, TGMNodeType textType, std::uint32_t depth) {
+TGMNodePtr TGMBlockBuilder::buildItem(Range item, TGMNodeType textType, std::uint32_t depth) {
     text_.clear();
-    std::unique_ptr<TGMNode> node = makeNode(kTgmListItem, item.first);
+    TGMNodePtr node = makeNode(kTgmListItem, item.first);
     text_ = lines_[item.first].payload();
     std::size_t next = item.first + 1;
     for (; next <= item.last && lines_[next].type() == kTgmPlain; ++next) {
         text_ += options_.joinChar;
         text_ += lines_[next].payload();
     }
-    std::unique_ptr<TGMNode> text = makeNode(textType, item.first);
+    TGMNodePtr text = makeNode(textType, item.first);
     if (node == nullptr || text == nullptr) {
         return nullptr;
     }
@@ -140,8 +140,7 @@ std::unique_ptr<TGMNode> TGMBlockBuilder::buildItem(Range item, TGMNodeType text
 
 // The line `end` isn't part of the quote, except for a quote that is the last line of the text, whose end is
 // behind it.
-std::unique_ptr<TGMNode> TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end,
-                                                     std::uint32_t depth) {
+TGMNodePtr TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end, std::uint32_t depth) {
     if (first == end) {
         result_.add(kTgmEmptyText, lineNumber(first));
         return nullptr;
@@ -153,8 +152,8 @@ std::unique_ptr<TGMNode> TGMBlockBuilder::buildQuote(std::size_t first, std::siz
     quoteOptions.lazyLists = false;
     quoteOptions.tabWidth = kTgmQuoteTabWidth;
     TGMParseResult quoteResult;
-    std::unique_ptr<TGMNode> quote = parseTgmLines(collectQuote(first, end, quoteOptions), quoteOptions,
-                                                   {scope_.budget, depth, lineNumber(first)}, quoteResult);
+    TGMNodePtr quote = parseTgmLines(collectQuote(first, end, quoteOptions), quoteOptions,
+                                     {scope_.tree, scope_.budget, depth, lineNumber(first)}, quoteResult);
     result_.merge(quoteResult);
     if (!quoteResult.succeeded() && !options_.keepGoing) {
         return nullptr;
@@ -176,13 +175,12 @@ std::vector<TGMLine> TGMBlockBuilder::collectQuote(std::size_t first, std::size_
 }
 
 // A node with the text that was put together; nothing when the budget is exhausted.
-std::unique_ptr<TGMNode> TGMBlockBuilder::makeNode(TGMNodeType type, std::size_t line) {
+TGMNodePtr TGMBlockBuilder::makeNode(TGMNodeType type, std::size_t line) {
     if (!spend(kTgmNodeCost + text_.size() * kTgmByteCost, line)) {
         return nullptr;
     }
-    auto node = std::make_unique<TGMNode>();
-    node->type = type;
-    node->text = CharString(text_.c_str());
+    TGMNodePtr node = scope_.tree.makeNode(type);
+    node->text = scope_.tree.copyText(text_);
     return node;
 }
 

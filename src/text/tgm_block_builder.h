@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,16 +32,16 @@ private:
     // `depth` is always that of the given node.
     void buildBlocks(TGMNode& parent, Range range, std::uint32_t depth);
     std::size_t buildBlock(TGMNode& parent, std::size_t first, std::uint32_t depth);
-    std::unique_ptr<TGMNode> buildPlain(Range block);
-    std::unique_ptr<TGMNode> buildHeading(std::size_t line);
-    std::unique_ptr<TGMNode> buildList(Range block, std::uint32_t depth);
-    std::unique_ptr<TGMNode> buildItem(Range item, TGMNodeType textType, std::uint32_t depth);
-    std::unique_ptr<TGMNode> buildQuote(std::size_t first, std::size_t end, std::uint32_t depth);
+    TGMNodePtr buildPlain(Range block);
+    TGMNodePtr buildHeading(std::size_t line);
+    TGMNodePtr buildList(Range block, std::uint32_t depth);
+    TGMNodePtr buildItem(Range item, TGMNodeType textType, std::uint32_t depth);
+    TGMNodePtr buildQuote(std::size_t first, std::size_t end, std::uint32_t depth);
 
     ListItems findItems(Range block, TGMNodeType listType) const;
     std::vector<TGMLine> collectQuote(std::size_t first, std::size_t end,
                                       const TGMParseOptions& quoteOptions) const;
-    std::unique_ptr<TGMNode> makeNode(TGMNodeType type, std::size_t line);
+    TGMNodePtr makeNode(TGMNodeType type, std::size_t line);
     Range clamp(std::size_t first, std::size_t last) const;
     bool spend(std::uint64_t work, std::size_t line);
     bool isTooDeep(std::uint32_t depth, std::size_t line);

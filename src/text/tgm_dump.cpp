@@ -24,10 +24,10 @@ void dumpNode(std::string& out, const TGMNode& node, std::size_t depth) {
     out += ']';
     if (!node.text.isEmpty()) {
         out += " : ";
-        out += node.text.c_str();
+        out += node.text.view();
     }
     out += '\n';
-    for (const std::unique_ptr<TGMNode>& child : node.children) {
+    for (const TGMNodePtr& child : node.children) {
         dumpNode(out, *child, depth + 1);
     }
 }

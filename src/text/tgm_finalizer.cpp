@@ -19,13 +19,13 @@ struct Marks {
 
 Marks countMarks(std::string_view text) {
     Marks marks;
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = findTgmMark(text, 0); i < text.size(); i = findTgmMark(text, i + 1)) {
         if (text[i] == '\\') {
             marks.hasBackslash = true;
             ++i;
         } else if (text[i] == '*') {
             ++marks.stars;
-        } else if (text[i] == '_') {
+        } else {
             ++marks.underscores;
         }
     }
@@ -34,13 +34,14 @@ Marks countMarks(std::string_view text) {
 
 class Finalizer {
 public:
-    Finalizer(TGMWorkBudget& budget, TGMParseResult& result) : budget_(budget), result_(result) {}
+    Finalizer(TGMTree& tree, TGMWorkBudget& budget, TGMParseResult& result)
+        : tree_(tree), budget_(budget), result_(result) {}
 
     void finalize(TGMNode& node, std::uint32_t depth) {
         if (!node.text.isEmpty()) {
             resolveText(node, depth);
         }
-        for (const std::unique_ptr<TGMNode>& child : node.children) {
+        for (const TGMNodePtr& child : node.children) {
             if (budget_.isExhausted()) {
                 return;
             }
@@ -50,7 +51,7 @@ public:
 
 private:
     void resolveText(TGMNode& node, std::uint32_t depth) {
-        const std::string_view text = node.text.c_str();
+        const std::string_view text = node.text.view();
         if (!spend(text.size() * kTgmLineVisitCost)) {
             return;
         }
@@ -58,7 +59,7 @@ private:
         if (marks.hasEmphasis()) {
             resolveEmphasis(node, text, depth);
         } else if (marks.hasBackslash) {
-            node.text = CharString(unescapeTgmText(text).c_str());
+            unescapeTgmText(node.text);
         }
     }
 
@@ -79,24 +80,25 @@ private:
             result_.add(kTgmInvalidBlock);
             return;
         }
-        const CharString owner = std::exchange(node.text, CharString());  // the pieces lie in it
+        if (!spend(pieces_.size() * kTgmNodeCost + node.text.view().size() * kTgmByteCost)) {
+            return;
+        }
+        TGMText text = std::exchange(node.text, TGMText());
         node.children.reserve(pieces_.size());
         for (const TGMPiece& piece : pieces_) {
-            if (!spend(kTgmNodeCost + piece.text.size() * kTgmByteCost)) {
-                return;
-            }
-            node.children.push_back(makeChild(piece));
+            node.children.push_back(makeChild(piece, text));
         }
         if (pieces_.size() > 1 && node.type == kTgmPlain) {
             node.type = kTgmComposite;
         }
     }
 
-    std::unique_ptr<TGMNode> makeChild(const TGMPiece& piece) {
-        auto child = std::make_unique<TGMNode>();
-        child->type = piece.type;
-        scratch_ = piece.text;
-        child->text = CharString(scratch_.c_str());
+    // Takes over the bytes of its piece; the terminator replaces a delimiter, or is that of the whole text.
+    TGMNodePtr makeChild(const TGMPiece& piece, TGMText& text) {
+        TGMNodePtr child = tree_.makeNode(piece.type);
+        char* const begin = text.data() + (piece.text.data() - text.c_str());
+        begin[piece.text.size()] = '\0';
+        child->text = TGMText(begin, piece.text.size());
         return child;
     }
 
@@ -108,29 +110,32 @@ private:
         return false;
     }
 
+    TGMTree& tree_;
     TGMWorkBudget& budget_;
     TGMParseResult& result_;
     std::vector<TGMPiece> pieces_;
-    std::string scratch_;
 };
 
 }  // namespace
 
-TGMParseResult finalizeTgmNode(TGMNode& node, std::uint32_t depth, TGMWorkBudget& budget) {
+TGMParseResult finalizeTgmNode(TGMNode& node, std::uint32_t depth, TGMTree& tree, TGMWorkBudget& budget) {
     TGMParseResult result;
-    Finalizer(budget, result).finalize(node, depth);
+    Finalizer(tree, budget, result).finalize(node, depth);
     return result;
 }
 
-std::string unescapeTgmText(std::string_view text) {
-    std::string plain;
-    plain.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\\' && i + 1 < text.size() &&
-            kEscapable.find(text[i + 1]) != std::string_view::npos) {
+void unescapeTgmText(TGMText& text) {
+    const std::string_view escaped = text.view();
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < escaped.size(); ++i) {
+        if (escaped[i] == '\\' && i + 1 < escaped.size() &&
+            kEscapable.find(escaped[i + 1]) != std::string_view::npos) {
             ++i;
         }
-        plain += text[i];
+        text.data()[length++] = escaped[i];
     }
-    return plain;
+    if (length > 0) {
+        text.data()[length] = '\0';
+        text = TGMText(text.data(), length);
+    }
 }

@@ -45,8 +45,8 @@ void checkLines(const std::vector<TGMLine>& lines, const TGMParseScope& scope, T
 
 }  // namespace
 
-std::unique_ptr<TGMNode> parseTgmLines(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
-                                       const TGMParseScope& scope, TGMParseResult& result) {
+TGMNodePtr parseTgmLines(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
+                         const TGMParseScope& scope, TGMParseResult& result) {
     TGMParseResult own;
     if (options.debugLog != nullptr) {
         logLines(lines, options, scope, own);
@@ -54,14 +54,13 @@ std::unique_ptr<TGMNode> parseTgmLines(const std::vector<TGMLine>& lines, const 
     if (options.checkUtf8) {
         checkLines(lines, scope, own);
     }
-    auto root = std::make_unique<TGMNode>();
-    root->type = kTgmDocument;
+    TGMNodePtr root = scope.tree.makeNode(kTgmDocument);
     if (own.succeeded() || options.keepGoing) {
         TGMBlockBuilder(lines, options, scope, own).build(*root);
     }
     logTree(*root, "\n\n============ Topology Tree: ============\n\n", options);
     if (own.succeeded() || options.keepGoing) {
-        own.merge(finalizeTgmNode(*root, scope.depth, scope.budget));
+        own.merge(finalizeTgmNode(*root, scope.depth, scope.tree, scope.budget));
     }
     logTree(*root, "\n\n============ Finalized Tree: ============\n\n", options);
     result.merge(own);

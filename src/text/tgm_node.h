@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
+#include <string_view>
 #include <vector>
-
-#include "base/char_string.h"
 
 // The values are shared by lines and nodes; a heading of level n is kTgmHeading1 + n - 1.
 enum TGMNodeType : std::uint8_t {
@@ -33,9 +34,42 @@ constexpr bool isTgmHeading(TGMNodeType type) {
     return type >= kTgmHeading1 && type <= kTgmHeading6;
 }
 
-// A node of the tree of a text. Owns its children; parsers bound the depth of a tree (tgm_limits.h).
-struct TGMNode {
-    TGMNodeType type = kTgmNone;
-    CharString text;
-    std::vector<std::unique_ptr<TGMNode>> children;
+// The text of a node: zero-terminated bytes in the memory of the tree, shared by copies.
+class TGMText {
+public:
+    TGMText() = default;
+    // `data` holds `length` bytes and a terminator, and nobody else's text.
+    TGMText(char* data, std::size_t length) : data_(data), length_(length) {}
+
+    bool isEmpty() const { return length_ == 0; }
+    const char* c_str() const { return data_ == nullptr ? "" : data_; }
+    std::string_view view() const { return {c_str(), length_}; }
+    // For whoever finishes the tree; null for a text that was never set.
+    char* data() { return data_; }
+
+private:
+    char* data_ = nullptr;
+    std::size_t length_ = 0;
 };
+
+struct TGMNode;
+
+// Ends a node whose memory belongs to its tree.
+struct TGMNodeEnd {
+    void operator()(TGMNode* node) const;
+};
+using TGMNodePtr = std::unique_ptr<TGMNode, TGMNodeEnd>;
+
+// A node of the tree of a text. Owns its children; parsers bound the depth of a tree (tgm_limits.h). Made by
+// TGMTree.
+struct TGMNode {
+    TGMNode(TGMNodeType nodeType, std::pmr::memory_resource* memory) : type(nodeType), children(memory) {}
+
+    TGMNodeType type;
+    TGMText text;
+    std::pmr::vector<TGMNodePtr> children;
+};
+
+inline void TGMNodeEnd::operator()(TGMNode* node) const {
+    std::destroy_at(node);
+}

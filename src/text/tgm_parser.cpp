@@ -5,6 +5,7 @@
 
 #include "text/tgm_line_parser.h"
 #include "text/tgm_translator.h"
+#include "text/tgm_tree.h"
 
 namespace {
 
@@ -23,13 +24,20 @@ int headingLevel(TGMNodeType type) {
     return type - kTgmHeading1 + 1;
 }
 
+void eraseCarriageReturns(std::string& text) {
+    if (const std::size_t first = text.find('\r'); first != std::string::npos) {
+        text.erase(std::remove(text.begin() + static_cast<std::ptrdiff_t>(first), text.end(), '\r'),
+                   text.end());
+    }
+}
+
 void visit(const TGMNode& node, TGMTranslator& translator);
 
 void visitContent(const TGMNode& node, TGMTranslator& translator) {
     if (!node.text.isEmpty()) {
-        translator.text(node.text.c_str());
+        translator.text(node.text.view());
     }
-    for (const std::unique_ptr<TGMNode>& child : node.children) {
+    for (const TGMNodePtr& child : node.children) {
         visit(*child, translator);
     }
 }
@@ -90,6 +98,7 @@ TGMParser::~TGMParser() = default;
 void TGMParser::parse(TGMParseResult& result, const char* text) {
     result = {};
     root_.reset();
+    tree_.reset();
     if (text == nullptr) {
         result.add(kTgmNullText);
         return;
@@ -105,9 +114,10 @@ void TGMParser::parse(TGMParseResult& result, const char* text) {
     }
     workSize_ = std::max<std::size_t>(kTgmMinWorkSize, work.size());
     TGMWorkBudget budget(work.size());
-    std::erase(work, '\r');
+    tree_ = std::make_unique<TGMTree>(work.size());
+    eraseCarriageReturns(work);
     const std::vector<TGMLine> lines = splitTgmLines(work, options_);
-    root_ = parseTgmLines(lines, options_, {budget}, result);
+    root_ = parseTgmLines(lines, options_, {*tree_, budget}, result);
 }
 
 void TGMParser::walk(TGMTranslator& translator) const {

@@ -7,6 +7,7 @@
 #include "text/tgm_parse_options.h"
 
 class TGMTranslator;
+class TGMTree;
 
 // Reads a text of the markdown dialect into a tree. One parser serves one text at a time; one thread only.
 class TGMParser {
@@ -30,6 +31,7 @@ public:
 
 private:
     TGMParseOptions options_;
-    std::unique_ptr<TGMNode> root_;
+    std::unique_ptr<TGMTree> tree_;
+    TGMNodePtr root_;  // in the memory of tree_
     std::size_t workSize_ = 0;
 };

@@ -1,6 +1,18 @@
 #include "text/tgm_span_scan.h"
 
+#include <array>
+
 namespace {
+
+constexpr std::array<bool, 256> makeMarkTable() {
+    std::array<bool, 256> isMark{};
+    for (const char c : {'\\', '*', '_'}) {
+        isMark[static_cast<unsigned char>(c)] = true;
+    }
+    return isMark;
+}
+
+constexpr std::array<bool, 256> kIsMark = makeMarkTable();
 
 enum class Fit : unsigned char { kNone, kUnclosed, kClosed };
 
@@ -39,9 +51,8 @@ Span trySpan(std::string_view text, std::size_t at, std::size_t count) {
     }
     const std::size_t begin = at + count;
     for (std::size_t i = begin; i < text.size(); ++i) {
-        if (isEscape(text, i)) {
-            ++i;
-        }
+        // Nothing closes or is escaped until a mark comes next.
+        i = isEscape(text, i) ? i + 1 : findTgmMark(text, i + 1) - 1;
         if (closesBehind(text, i, count, text[at])) {
             return {Fit::kClosed, text.substr(begin, i + 1 - begin)};
         }
@@ -76,10 +87,17 @@ private:
 
 }  // namespace
 
+std::size_t findTgmMark(std::string_view text, std::size_t from) {
+    while (from < text.size() && !kIsMark[static_cast<unsigned char>(text[from])]) {
+        ++from;
+    }
+    return from;
+}
+
 void scanTgmSpans(std::string_view text, std::vector<TGMPiece>& pieces) {
     pieces.clear();
     PieceList list(text, pieces);
-    for (std::size_t at = 0; at < text.size(); ++at) {
+    for (std::size_t at = findTgmMark(text, 0); at < text.size(); at = findTgmMark(text, at + 1)) {
         if (isEscape(text, at)) {
             ++at;
             continue;
@@ -94,7 +112,7 @@ void scanTgmSpans(std::string_view text, std::vector<TGMPiece>& pieces) {
             break;  // its delimiters and all behind them are plain
         }
         if (span.fit == Fit::kClosed) {
-            // The character behind a span is plain whatever it is, so the loop steps over it.
+            // The character behind a span is plain whatever it is, so the loop goes on behind it.
             at = list.addSpan(at, span.inner, count);
         }
     }

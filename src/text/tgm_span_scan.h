@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -11,7 +12,11 @@ struct TGMPiece {
     TGMNodeType type = kTgmPlain;
 };
 
+// The position of the first backslash, star or underscore from `from` on, or the length of the text.
+std::size_t findTgmMark(std::string_view text, std::size_t from);
+
 // Cuts a text at its outermost emphasis, in order; escapes stay. `pieces` is replaced and empty only for an
-// empty text. Linear in time: a delimiter either closes, and the scan goes on behind it, or takes the rest of
-// the text.
+// empty text. There is at least a
+// delimiter between two pieces. Linear in time: a delimiter either closes, and the scan goes on behind it, or
+// takes the rest of the text.
 void scanTgmSpans(std::string_view text, std::vector<TGMPiece>& pieces);

@@ -2,16 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include "text/tgm_tree.h"
 
 namespace {
-
-std::unique_ptr<TGMNode> makeNode(TGMNodeType type, const char* text) {
-    auto node = std::make_unique<TGMNode>();
-    node->type = type;
-    node->text = CharString(text);
-    return node;
-}
 
 TEST(TGMDump, NamesEachType) {
     const char* const names[] = {"NONE", "BLNK", "DOC ", "PLN ", "PAR ", "BOLD", "ITAL",
@@ -32,13 +25,15 @@ TEST(TGMDump, WritesALineWithItsBlockEndAndPayload) {
 }
 
 TEST(TGMDump, WritesNodesBelowTheirParents) {
-    TGMNode root;
-    root.type = kTgmDocument;
-    root.children.push_back(makeNode(kTgmListItem, nullptr));
-    root.children[0]->children.push_back(makeNode(kTgmPlain, "a\nb"));
-    root.children.push_back(makeNode(kTgmParagraph, "c"));
+    TGMTree tree(0);
+    const TGMNodePtr root = tree.makeNode(kTgmDocument);
+    root->children.push_back(tree.makeNode(kTgmListItem));
+    root->children[0]->children.push_back(tree.makeNode(kTgmPlain));
+    root->children[0]->children[0]->text = tree.copyText("a\nb");
+    root->children.push_back(tree.makeNode(kTgmParagraph));
+    root->children[1]->text = tree.copyText("c");
     std::string out = "before\n";
-    dumpTgmTree(out, root);
+    dumpTgmTree(out, *root);
     EXPECT_EQ("before\n+[DOC ]\n|     +[ LI ]\n|     |     +[PLN ] : a\nb\n|     +[PAR ] : c\n", out);
 }
 

@@ -12,13 +12,13 @@ struct Finalized {
 };
 
 Finalized finalize(TGMNodeType type, const std::string& text, std::uint32_t depth = 1) {
-    TGMNode node;
-    node.type = type;
-    node.text = CharString(text.c_str());
+    TGMTree tree(text.size());
+    const TGMNodePtr node = tree.makeNode(type);
+    node->text = tree.copyText(text);
     TGMWorkBudget budget(text.size());
     Finalized finalized;
-    finalized.result = finalizeTgmNode(node, depth, budget);
-    dumpTgmTree(finalized.tree, node);
+    finalized.result = finalizeTgmNode(*node, depth, tree, budget);
+    dumpTgmTree(finalized.tree, *node);
     return finalized;
 }
 
@@ -81,16 +81,15 @@ TEST(TGMFinalizer, PlainPiecesAreFinishedAsAnyPlainText) {
 }
 
 TEST(TGMFinalizer, ErrorInOneChildDoesNotKeepTheOthersFromTheirEnd) {
-    TGMNode parent;
-    parent.type = kTgmDocument;
+    TGMTree tree(0);
+    const TGMNodePtr parent = tree.makeNode(kTgmDocument);
     for (const char* text : {"**", "a*b*"}) {
-        parent.children.push_back(std::make_unique<TGMNode>());
-        parent.children.back()->type = kTgmPlain;
-        parent.children.back()->text = CharString(text);
+        parent->children.push_back(tree.makeNode(kTgmPlain));
+        parent->children.back()->text = tree.copyText(text);
     }
     TGMWorkBudget budget(100);
-    EXPECT_EQ(kTgmInvalidEmphasis, finalizeTgmNode(parent, 0, budget).errors);
-    EXPECT_EQ(kTgmComposite, parent.children[1]->type);
+    EXPECT_EQ(kTgmInvalidEmphasis, finalizeTgmNode(*parent, 0, tree, budget).errors);
+    EXPECT_EQ(kTgmComposite, parent->children[1]->type);
 }
 
 TEST(TGMFinalizer, NoNodeIsMadeBelowTheDeepestLevel) {
@@ -101,22 +100,31 @@ TEST(TGMFinalizer, NoNodeIsMadeBelowTheDeepestLevel) {
 }
 
 TEST(TGMFinalizer, ExhaustedBudgetEndsTheWork) {
-    TGMNode node;
-    node.type = kTgmParagraph;
-    node.text = CharString("a*b*");
+    TGMTree tree(0);
+    const TGMNodePtr node = tree.makeNode(kTgmParagraph);
+    node->text = tree.copyText("a*b*");
     TGMWorkBudget budget(0);
     EXPECT_FALSE(budget.spend(budget.getLimit() + 1));
-    EXPECT_EQ(kTgmInvalidBlock, finalizeTgmNode(node, 1, budget).errors);
-    EXPECT_TRUE(node.children.empty());
+    EXPECT_EQ(kTgmInvalidBlock, finalizeTgmNode(*node, 1, tree, budget).errors);
+    EXPECT_TRUE(node->children.empty());
+    EXPECT_STREQ("a*b*", node->text.c_str());
+}
+
+std::string unescaped(std::string_view escaped) {
+    TGMTree tree(0);
+    TGMText text = tree.copyText(escaped);
+    unescapeTgmText(text);
+    EXPECT_EQ(text.view(), text.c_str());
+    return text.c_str();
 }
 
 TEST(TGMUnescape, DropsBackslashesAheadOfMarkupOnly) {
-    EXPECT_EQ("\\*_#+-.", unescapeTgmText("\\\\\\*\\_\\#\\+\\-\\."));
-    EXPECT_EQ("\\a\\>\\ \\\n", unescapeTgmText("\\a\\>\\ \\\n"));
-    EXPECT_EQ("\\*", unescapeTgmText("\\\\*"));
-    EXPECT_EQ("a\\", unescapeTgmText("a\\"));
-    EXPECT_EQ("\\\\", unescapeTgmText("\\\\\\"));
-    EXPECT_EQ("", unescapeTgmText(""));
+    EXPECT_EQ("\\*_#+-.", unescaped("\\\\\\*\\_\\#\\+\\-\\."));
+    EXPECT_EQ("\\a\\>\\ \\\n", unescaped("\\a\\>\\ \\\n"));
+    EXPECT_EQ("\\*", unescaped("\\\\*"));
+    EXPECT_EQ("a\\", unescaped("a\\"));
+    EXPECT_EQ("\\\\", unescaped("\\\\\\"));
+    EXPECT_EQ("", unescaped(""));
 }
 
 }  // namespace
