@@ -1,13 +1,21 @@
 #include "session/page_work.h"
 
 #include "base/path_functions.h"
+#include "contracts/system_modifications.h"
 #include "contracts/system_operations.h"
+#include "description/product_description.h"
 #include "description/variable_store.h"
 #include "engine/previous_installations.h"
 #include "engine/product_installer.h"
 #include "engine/system_changes.h"
 #include "session/installation_finish.h"
 #include "session/session_state.h"
+
+namespace {
+
+constexpr int kNameCapacity = 1024;
+
+}  // namespace
 
 PageWork::PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled)
     : state_(state),
@@ -82,11 +90,13 @@ int PageWork::revertUninstallation(InstallerUI*) {
 }
 
 bool PageWork::registerApplication() {
-    return refuse("The registration of the application") == 0;
+    return parts_.modifications.registerApplication();
 }
 
 bool PageWork::unregisterApplication() {
-    return refuse("The removal of the application's registration") == 0;
+    char name[kNameCapacity];
+    return parts_.product.getFullName(name, kNameCapacity) == 0 &&
+           parts_.modifications.removeUninstallEntry(name);
 }
 
 int PageWork::runActions(InstallerUI* ui, const char* section) {
@@ -101,7 +111,8 @@ bool PageWork::closeApplication(const char* name, bool isService, const char* di
     return parts_.system.closeApplication(name, isService, directory);
 }
 
-bool PageWork::uninstallApplication(const char* name, const char*, bool, bool, InstallerUI*) {
-    console_->print("ERROR: \"%s\" is not uninstalled: this version can not do that", name);
-    return false;
+bool PageWork::uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,
+                                    InstallerUI* ui) {
+    const std::uint32_t flags = (in32BitView ? kEntryIn32BitView : 0U) | (wait ? kEntryWait : 0U);
+    return parts_.modifications.uninstallApplication(name, arguments, flags, ui);
 }

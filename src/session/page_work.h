@@ -6,8 +6,10 @@
 
 class InstallationFinish;
 class PreviousInstallations;
+class ProductDescription;
 class ProductInstaller;
 class SystemChanges;
+class SystemModifications;
 class SystemOperations;
 class VariableStore;
 struct DialogDesc;
@@ -22,8 +24,10 @@ public:
         ProductInstaller& installer;
         PreviousInstallations& previous;
         SystemChanges& changes;
+        const ProductDescription& product;
         InstallationFinish& finish;
         SystemOperations& system;
+        SystemModifications& modifications;
     };
 
     PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled);

@@ -21,6 +21,15 @@ protected:
         const int result = run();
         return result != 0 ? result : session_.navigation.lastResult;
     }
+    // The same in a session that uninstalls.
+    int uninstallWalkTo(const std::string& page) {
+        files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/><" + page +
+                                          "/><End Special='Finish'/></UninstallDialogs><DefValues/>"));
+        EXPECT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
+        ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
+        const int result = run();
+        return result != 0 ? result : session_.navigation.lastResult;
+    }
     bool refused(const std::string& work) {
         return log_.hasLine("ERROR: " + work + " is not carried out: this version can not do that");
     }
@@ -38,9 +47,43 @@ TEST_F(PageWorkTest, refusesTheRevertOfAnUninstallation) {
     EXPECT_TRUE(refused("The revert of the uninstallation"));
 }
 
-TEST_F(PageWorkTest, refusesToRegister) {
+TEST_F(PageWorkTest, registersTheApplication) {
+    EXPECT_EQ(walkTo("RegisterApplication"), 0);
+    EXPECT_EQ(session_.modifications.calls, std::vector<std::string>{"registerApplication()"});
+}
+
+TEST_F(PageWorkTest, tellsThatTheRegistrationFailed) {
+    session_.modifications.failing = {"registerApplication"};
     EXPECT_EQ(walkTo("RegisterApplication"), 1);
-    EXPECT_TRUE(refused("The registration of the application"));
+}
+
+TEST_F(PageWorkTest, removesNoRegistrationInAnInstallation) {
+    EXPECT_EQ(walkTo("UnregisterApplication"), 0);
+    EXPECT_TRUE(session_.modifications.calls.empty());
+}
+
+TEST_F(PageWorkTest, removesTheRegistrationInAnUninstallation) {
+    EXPECT_EQ(uninstallWalkTo("UnregisterApplication"), 0);
+    EXPECT_EQ(session_.modifications.calls, std::vector<std::string>{"removeUninstallEntry(Demo)"});
+}
+
+TEST_F(PageWorkTest, tellsThatTheRegistrationStays) {
+    session_.modifications.failing = {"removeUninstallEntry"};
+    EXPECT_EQ(uninstallWalkTo("UnregisterApplication"), 1);
+}
+
+TEST_F(PageWorkTest, registersNothingInAnUninstallation) {
+    EXPECT_EQ(uninstallWalkTo("RegisterApplication"), 1);
+    EXPECT_TRUE(session_.modifications.calls.empty());
+}
+
+TEST_F(PageWorkTest, runsTheUninstallersOfOtherProductsAndWaits) {
+    system_.installed = {{"Old Tool", "", true, ""}};
+    walkTo(
+        "ExternalUninstall><ExternalLegacyApplication Details='x86' Arguments='-silent'>Old Tool"
+        "</ExternalLegacyApplication></ExternalUninstall><Next");
+    EXPECT_EQ(session_.modifications.calls,
+              std::vector<std::string>{"uninstallApplication(Old Tool, -silent, 3)"});
 }
 
 TEST_F(PageWorkTest, saysThatEarlierInstallationsStayAndInstallsAllTheSame) {
@@ -88,18 +131,8 @@ TEST_F(PageWorkTest, normalizesTheValuesOfDirectoryFields) {
 }
 
 TEST_F(PageWorkTest, refusesTheUninstallationOfTheProduct) {
-    files_.addFile("/p.xml", document(std::string(kProduct) +
-                                      "<UninstallDialogs><Bye/><CopyProgress/><UnregisterApplication/>"
-                                      "<End Special='Finish'/></UninstallDialogs><DefValues/>"));
-    ASSERT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
-    ui_.script = [this] {
-        session_.dialogNext(&ui_, 1);
-        EXPECT_TRUE(session_.hasErrors());
-        return session_.dialogNext(&ui_, 1);
-    };
-    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(uninstallWalkTo("CopyProgress"), 1);
     EXPECT_TRUE(refused("The uninstallation of the product"));
-    EXPECT_TRUE(refused("The removal of the application's registration"));
     EXPECT_TRUE(session_.hasErrors());
 }
 
