@@ -5,7 +5,6 @@
 #include "installer/debug_log.h"
 #include "installer/relaunch.h"
 #include "installer/revision.h"
-#include "installer/uninstaller_events.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
 #include "platform/file_system.h"
@@ -14,6 +13,7 @@
 #include "platform/platform.h"
 #include "platform/program.h"
 #include "ui/console/console_ui.h"
+#include "wini/uninstaller_events.h"
 #include "wini/wini.h"
 
 namespace {

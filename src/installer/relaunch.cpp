@@ -4,7 +4,6 @@
 
 #include "base/text_functions.h"
 #include "installer/run_options.h"
-#include "installer/uninstaller_events.h"
 #include "platform/file_system.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
@@ -13,6 +12,7 @@
 #include "support/p_console.h"
 #include "support/p_file_stream.h"
 #include "support/utilities.h"
+#include "wini/uninstaller_events.h"
 
 namespace {
 

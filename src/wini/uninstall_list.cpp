@@ -16,15 +16,15 @@ RegistryView viewOf(std::uint32_t flags) {
     return (flags & kEntryIn32BitView) != 0 ? RegistryView::k32Bit : RegistryView::kNative;
 }
 
-std::string keyOf(const char* applicationName) {
-    return std::string(kListKey) + '\\' + applicationName;
-}
-
 bool isGiven(const char* text) {
     return text != nullptr && text[0] != '\0';
 }
 
 }  // namespace
+
+std::string UninstallList::keyOf(const char* applicationName) {
+    return std::string(kListKey) + '\\' + applicationName;
+}
 
 bool UninstallList::findUninstallEntry(const char* applicationName, std::uint32_t flags) {
     return isGiven(applicationName) &&

@@ -14,6 +14,9 @@ class UninstallList {
 public:
     explicit UninstallList(platform::Registry& registry) : registry_(registry) {}
 
+    // The path of an application's key below the machine's root; not null.
+    static std::string keyOf(const char* applicationName);
+
     bool findUninstallEntry(const char* applicationName, std::uint32_t flags);
     // Appends the names that contain `nameFilter` and, unless `publisher` is null or empty, whose value
     // Publisher contains that; case counts.

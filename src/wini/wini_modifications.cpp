@@ -3,11 +3,16 @@
 #include <stdexcept>
 
 #include "contracts/install_exchange_info.h"
+#include "wini/application_registration.h"
+#include "wini/registry_changes.h"
 
 struct WiniModifications::Families {
+    const platform::Platform& platform;
     InstallExchangeInfo& product;
     ErrorList& errors;
     SessionLog console;
+    RegistryChanges registry{platform.registry};
+    ApplicationRegistration registration{platform.registry, product, console};
 
     // The operation isn't built yet; the log says so.
     bool refuse(const char* operation) const {
@@ -21,7 +26,7 @@ WiniModifications::WiniModifications(const platform::Platform& platform) : platf
 WiniModifications::~WiniModifications() = default;
 
 void WiniModifications::attach(InstallExchangeInfo& product, ErrorList& errors, SessionLog console) {
-    families_ = std::make_unique<Families>(Families{product, errors, console});
+    families_.reset(new Families{platform_, product, errors, console});
 }
 
 WiniModifications::Families& WiniModifications::families() {
@@ -89,34 +94,29 @@ FirewallResult WiniModifications::firewallRemovePort(const char*) {
     return FirewallResult::kFailed;
 }
 
-int WiniModifications::writeRegistryValue(const char*, const char*, const char*, const char*, const char*,
-                                          int& outCreated) {
-    outCreated = 0;
-    families().refuse("writeRegistryValue");
-    return -1;
+int WiniModifications::writeRegistryValue(const char* place, const char* path, const char* type,
+                                          const char* valueName, const char* data, int& outCreated) {
+    return families().registry.writeRegistryValue(place, path, type, valueName, data, outCreated);
 }
 
-int WiniModifications::createRegistryKey(const char*, const char*) {
-    families().refuse("createRegistryKey");
-    return 0;
+int WiniModifications::createRegistryKey(const char* place, const char* path) {
+    return families().registry.createRegistryKey(place, path);
 }
 
-int WiniModifications::deleteRegistryValue(const char*, const char*, const char*) {
-    families().refuse("deleteRegistryValue");
-    return -1;
+int WiniModifications::deleteRegistryValue(const char* place, const char* path, const char* valueName) {
+    return families().registry.deleteRegistryValue(place, path, valueName);
 }
 
-int WiniModifications::deleteRegistryKeys(const char*, const char*, int) {
-    families().refuse("deleteRegistryKeys");
-    return 0;
+int WiniModifications::deleteRegistryKeys(const char* place, const char* path, int levels) {
+    return families().registry.deleteRegistryKeys(place, path, levels);
 }
 
 bool WiniModifications::registerApplication() {
-    return families().refuse("registerApplication");
+    return families().registration.registerApplication();
 }
 
-bool WiniModifications::removeUninstallEntry(const char*) {
-    return families().refuse("removeUninstallEntry");
+bool WiniModifications::removeUninstallEntry(const char* applicationName) {
+    return families().registration.removeUninstallEntry(applicationName);
 }
 
 bool WiniModifications::uninstallApplication(const char*, const char*, std::uint32_t, InstallerUI*) {

@@ -4,8 +4,8 @@
 
 #include "fakes/fake_platform.h"
 #include "installer/console_control.h"
-#include "installer/uninstaller_events.h"
 #include "platform/program.h"
+#include "wini/uninstaller_events.h"
 
 namespace {
 

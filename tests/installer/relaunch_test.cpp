@@ -5,8 +5,8 @@
 #include "fakes/fake_console.h"
 #include "fakes/fake_platform.h"
 #include "installer/run_options.h"
-#include "installer/uninstaller_events.h"
 #include "platform/program.h"
+#include "wini/uninstaller_events.h"
 
 namespace {
 
