@@ -84,6 +84,14 @@ void preset(DialogButtonDesc& button, const char* name) {
     }
 }
 
+std::vector<std::string_view> presetNames() {
+    std::vector<std::string_view> names;
+    for (const Preset& known : kPresets) {
+        names.emplace_back(known.name);
+    }
+    return names;
+}
+
 void addStandardFurniture(DialogDesc& dialog) {
     dialog.width = kFurnitureWidth;
     dialog.height = kFurnitureHeight;

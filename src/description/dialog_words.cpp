@@ -76,6 +76,15 @@ std::uint32_t collect(const Word (&words)[Count], const char* text) {
     return bits;
 }
 
+template <std::size_t Count>
+std::vector<std::string_view> all(const Word (&words)[Count]) {
+    std::vector<std::string_view> list;
+    for (const Word& word : words) {
+        list.emplace_back(word.word);
+    }
+    return list;
+}
+
 }  // namespace
 
 std::int32_t elementKind(const char* word) {
@@ -104,6 +113,34 @@ std::uint32_t special(const char* words) {
 
 std::uint32_t triggerMoments(const char* words) {
     return collect(kTriggerMoments, words);
+}
+
+std::vector<std::string_view> allElementKinds() {
+    return all(kElementKinds);
+}
+
+std::vector<std::string_view> allFieldTypes() {
+    return all(kFieldTypes);
+}
+
+std::vector<std::string_view> allHorizontalAligns() {
+    return all(kHorizontal);
+}
+
+std::vector<std::string_view> allVerticalAligns() {
+    return all(kVertical);
+}
+
+std::vector<std::string_view> allTriggerTypes() {
+    return all(kTriggerTypes);
+}
+
+std::vector<std::string_view> allSpecials() {
+    return all(kSpecial);
+}
+
+std::vector<std::string_view> allTriggerMoments() {
+    return all(kTriggerMoments);
 }
 
 }  // namespace DialogWords

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
 // The words of dialogs in the description, each with the number that it stands for. Words ignore ASCII case;
 // a null word is unknown.
@@ -19,5 +21,14 @@ std::int32_t triggerType(const char* word);
 // Lists of words separated by `;`, as a set of bits; unknown words and null add nothing.
 std::uint32_t special(const char* words);
 std::uint32_t triggerMoments(const char* words);
+
+// All words of a kind, so that the manual can be held against them.
+std::vector<std::string_view> allElementKinds();
+std::vector<std::string_view> allFieldTypes();
+std::vector<std::string_view> allHorizontalAligns();
+std::vector<std::string_view> allVerticalAligns();
+std::vector<std::string_view> allTriggerTypes();
+std::vector<std::string_view> allSpecials();
+std::vector<std::string_view> allTriggerMoments();
 
 }  // namespace DialogWords

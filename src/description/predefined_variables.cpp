@@ -15,15 +15,24 @@ PredefinedVariables::PredefinedVariables(const std::int32_t& isGraphical, Enviro
                                          PConsole*& console)
     : isGraphical_(isGraphical), environment_(environment), console_(console) {}
 
+const PredefinedVariables::Entry PredefinedVariables::kEntries[] = {
+    {"GUI_INSTALL", &PredefinedVariables::guiInstall},
+    {"INSTALLER_DIR", &PredefinedVariables::installerDirectory},
+    {"INSTALLER_FILE_NAME", &PredefinedVariables::installerFileName},
+    {"TEMP_DIR", &PredefinedVariables::temporaryDirectory},
+    {"WX_PORT", &PredefinedVariables::systemName},
+    {"OPERATING_SYSTEM", &PredefinedVariables::systemName},
+};
+
+std::vector<std::string_view> PredefinedVariables::names() {
+    std::vector<std::string_view> names;
+    for (const Entry& entry : kEntries) {
+        names.emplace_back(entry.name);
+    }
+    return names;
+}
+
 const PredefinedVariables::Entry* PredefinedVariables::find(const char* name) {
-    static constexpr Entry kEntries[] = {
-        {"GUI_INSTALL", &PredefinedVariables::guiInstall},
-        {"INSTALLER_DIR", &PredefinedVariables::installerDirectory},
-        {"INSTALLER_FILE_NAME", &PredefinedVariables::installerFileName},
-        {"TEMP_DIR", &PredefinedVariables::temporaryDirectory},
-        {"WX_PORT", &PredefinedVariables::systemName},
-        {"OPERATING_SYSTEM", &PredefinedVariables::systemName},
-    };
     for (const Entry& entry : kEntries) {
         if (OUtils::equalsIgnoreCase(name, entry.name)) {
             return &entry;

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 class EnvironmentAccess;
 class PConsole;
@@ -14,12 +16,14 @@ public:
     PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment, PConsole*& console);
 
     static bool isPredefined(const char* name);
+    static std::vector<std::string_view> names();
     // -2 with the value in `buffer` (which may be null), cut to `size` bytes and terminated. -1 when there is
     // no such name (`buffer` stays), or no temporary directory (`buffer` is emptied, and that is logged).
     int read(const char* name, char* buffer, int size);
 
 private:
     struct Entry;
+    static const Entry kEntries[];
     static const Entry* find(const char* name);
 
     bool guiInstall(std::string& outValue);

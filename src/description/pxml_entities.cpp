@@ -50,4 +50,12 @@ void appendEscaped(std::string& out, std::string_view text) {
     out.append(text, plain);
 }
 
+std::vector<std::string_view> names() {
+    std::vector<std::string_view> names;
+    for (const Entity& entity : kEntities) {
+        names.push_back(entity.name);
+    }
+    return names;
+}
+
 }  // namespace PXMLEntities

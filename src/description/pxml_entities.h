@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The five characters that have a name in XML text.
 namespace PXMLEntities {
@@ -13,5 +14,8 @@ std::size_t decode(std::string_view text, char* out);
 
 // Appends `text` with each of the five characters replaced by its name.
 void appendEscaped(std::string& out, std::string_view text);
+
+// The five names, each from its `&` to its `;`.
+std::vector<std::string_view> names();
 
 }  // namespace PXMLEntities

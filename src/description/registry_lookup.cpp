@@ -50,14 +50,19 @@ std::string withBackslashes(const char* path) {
     return text;
 }
 
+constexpr const char* kHives[] = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE",
+                                  "HKEY_USERS"};
+
 bool isHive(const char* place) {
-    static constexpr const char* kHives[] = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE",
-                                             "HKEY_USERS"};
     return place != nullptr && std::any_of(std::begin(kHives), std::end(kHives),
                                            [&](const char* hive) { return std::string_view(hive) == place; });
 }
 
 }  // namespace
+
+std::vector<std::string_view> RegistryLookup::places() {
+    return {std::begin(kHives), std::end(kHives)};
+}
 
 int registryValueToText(const SystemRegistryValue& value, char* buffer, int size) {
     if (isText(value.type)) {

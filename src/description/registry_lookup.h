@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 class SystemOperations;
@@ -19,6 +20,9 @@ class RegistryLookup {
 public:
     // A lookup that meets more keys than this at once fails.
     static constexpr std::size_t kKeyLimit = 65536;
+
+    // The names of hives that a query may hold.
+    static std::vector<std::string_view> places();
 
     explicit RegistryLookup(SystemOperations& system) : system_(system) {}
 

@@ -27,7 +27,15 @@ constexpr ControlMask kControlMasks[] = {
     {ControlVariable::kExternalLegacyInstallation, kExcludeFromConfig},
 };
 
-// The words of ExcludeFrom; without the attribute a variable stays out of everything.
+struct ExclusionWord {
+    const char* word;
+    std::uint32_t mask;
+};
+
+constexpr ExclusionWord kExclusionWords[] = {
+    {"all", kExcludeFromAll}, {"log", kExcludeFromLog}, {"config", kExcludeFromConfig}};
+
+// Without the attribute a variable stays out of everything.
 std::uint32_t maskOf(const char* excludeFrom) {
     if (excludeFrom == nullptr) {
         return kExcludeFromAll;
@@ -36,19 +44,22 @@ std::uint32_t maskOf(const char* excludeFrom) {
     OUtils::splitText(excludeFrom, ';', words);
     std::uint32_t mask = 0;
     for (const std::string& word : words) {
-        if (OUtils::equalsIgnoreCase(word, "all")) {
-            return kExcludeFromAll;
-        }
-        if (OUtils::equalsIgnoreCase(word, "log")) {
-            mask |= kExcludeFromLog;
-        } else if (OUtils::equalsIgnoreCase(word, "config")) {
-            mask |= kExcludeFromConfig;
+        for (const ExclusionWord& known : kExclusionWords) {
+            mask |= OUtils::equalsIgnoreCase(word, known.word) ? known.mask : 0U;
         }
     }
     return mask;
 }
 
 }  // namespace
+
+std::vector<std::string_view> VariableExclusions::words() {
+    std::vector<std::string_view> words;
+    for (const ExclusionWord& known : kExclusionWords) {
+        words.emplace_back(known.word);
+    }
+    return words;
+}
 
 void VariableExclusions::add(const char* name, std::uint32_t mask) {
     if (name != nullptr && *name != '\0') {

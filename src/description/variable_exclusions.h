@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 class ControlVariables;
 class DialogModel;
@@ -20,6 +22,9 @@ enum ExclusionBit : std::uint32_t {
 // unlike everywhere else: a variable stored under another spelling than its entry isn't excluded.
 class VariableExclusions {
 public:
+    // The words of the attribute ExcludeFrom.
+    static std::vector<std::string_view> words();
+
     // A name may be added more than once; the bits of its entries add up. A null or empty name adds nothing.
     void add(const char* name, std::uint32_t mask);
     // True unless an entry of that name has the bit set; false for a null name.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-#include <vector>
 
 #include "description/expressions.h"
 #include "description/pxml.h"
@@ -22,6 +21,10 @@ bool isAny(const char*) {
 }
 
 }  // namespace
+
+std::vector<std::string_view> SystemChanges::actionNames() {
+    return {std::begin(kActions), std::end(kActions)};
+}
 
 int SystemChanges::applyEnvironmentTags(InstallerUI*) {
     return refuse("Environment", isAny);

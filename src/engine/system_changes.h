@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
 #include "engine/session_log.h"
 
@@ -14,6 +16,9 @@ class SystemChanges {
 public:
     SystemChanges(const PXML& description, Expressions& expressions, SessionLog console)
         : description_(description), expressions_(expressions), console_(console) {}
+
+    // The children of containers that are actions.
+    static std::vector<std::string_view> actionNames();
 
     // All: 0, or 1 when the description holds a group of the kind with a child and a true condition.
     int applyEnvironmentTags(InstallerUI* ui);

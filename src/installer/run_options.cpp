@@ -1,12 +1,39 @@
 #include "installer/run_options.h"
 
+#include <iterator>
+
 #include "base/text_functions.h"
 #include "session/command_line_parameters.h"
 
 namespace {
 
-int readInteger(const CommandLineParameters& parameters, const char* name, int absent) {
-    const char* value = parameters.find(name);
+enum class Option {
+    kDebug,
+    kGui,
+    kIgnoreErrors,
+    kBackup,
+    kAuto,
+    kConfigFile,
+    kQuiet,
+    kBin,
+    kUninstall,
+    kUninstallApp,
+    kUninstallFile,
+    kCount,
+};
+
+// By the number of the option.
+constexpr const char* kNames[] = {"debug",     "gui",          "ignoreErrors", "backup",
+                                  "auto",      "configFile",   "quiet",        "bin",
+                                  "uninstall", "uninstallApp", "uninstallFile"};
+static_assert(std::size(kNames) == static_cast<std::size_t>(Option::kCount));
+
+const char* find(const CommandLineParameters& parameters, Option option) {
+    return parameters.find(kNames[static_cast<std::size_t>(option)]);
+}
+
+int readInteger(const CommandLineParameters& parameters, Option option, int absent) {
+    const char* value = find(parameters, option);
     return value == nullptr ? absent : OUtils::textToInteger(value);
 }
 
@@ -14,28 +41,32 @@ int readInteger(const CommandLineParameters& parameters, const char* name, int a
 
 RunOptions readRunOptions(const CommandLineParameters& parameters) {
     RunOptions options;
-    options.debug = readInteger(parameters, "debug", 0);
-    options.gui = readInteger(parameters, "gui", 1);
-    options.ignoreErrors = readInteger(parameters, "ignoreErrors", 0);
-    if (readInteger(parameters, "backup", 1) != 0) {
+    options.debug = readInteger(parameters, Option::kDebug, 0);
+    options.gui = readInteger(parameters, Option::kGui, 1);
+    options.ignoreErrors = readInteger(parameters, Option::kIgnoreErrors, 0);
+    if (readInteger(parameters, Option::kBackup, 1) != 0) {
         options.sessionFlags |= kSessionBackup;
     }
-    if (parameters.find("auto") != nullptr) {
+    if (find(parameters, Option::kAuto) != nullptr) {
         options.autoMode = true;
         options.gui = 0;
     }
-    options.configFile = parameters.find("configFile");
+    options.configFile = find(parameters, Option::kConfigFile);
     if (options.configFile != nullptr) {
         options.gui = 0;
         options.quiet = 1;
     }
-    options.quiet = readInteger(parameters, "quiet", options.quiet);
-    options.binFile = parameters.find("bin");
-    options.uninstallLog = parameters.find("uninstall");
-    options.uninstallApp = parameters.find("uninstallApp");
-    options.uninstallFile = parameters.find("uninstallFile");
+    options.quiet = readInteger(parameters, Option::kQuiet, options.quiet);
+    options.binFile = find(parameters, Option::kBin);
+    options.uninstallLog = find(parameters, Option::kUninstall);
+    options.uninstallApp = find(parameters, Option::kUninstallApp);
+    options.uninstallFile = find(parameters, Option::kUninstallFile);
     if (options.uninstallFile != nullptr) {
         options.sessionFlags |= kSessionActionLog;
     }
     return options;
+}
+
+std::vector<std::string_view> runOptionNames() {
+    return {std::begin(kNames), std::end(kNames)};
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
 #include "session/session_flags.h"
 
@@ -25,3 +27,6 @@ struct RunOptions {
 // Reads the options in the one order that fixes their interplay: an answers file and `auto` select the
 // console, and a `quiet` beside an answers file wins over the silence that this brings.
 RunOptions readRunOptions(const CommandLineParameters& parameters);
+
+// The names of all options that readRunOptions looks for.
+std::vector<std::string_view> runOptionNames();

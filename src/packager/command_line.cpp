@@ -219,6 +219,22 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     return Parser(arguments).parse();
 }
 
+std::vector<std::string_view> commandNames() {
+    std::vector<std::string_view> names;
+    for (const CommandName& known : kCommands) {
+        names.emplace_back(known.name);
+    }
+    return names;
+}
+
+std::vector<std::string> optionNames() {
+    std::vector<std::string> names;
+    for (const OptionRule& rule : kOptions) {
+        names.push_back(std::string("--") + rule.name);
+    }
+    return names;
+}
+
 std::string helpText(PackagerCommand command) {
     switch (command) {
         case PackagerCommand::kBuild:

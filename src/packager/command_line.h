@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify };
@@ -31,6 +32,10 @@ struct CommandLine {
 // Reads the arguments behind the program's name. Options are `--name value` or `--name=value`; behind `--` no
 // word is an option.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
+
+// All commands, and all options with their two dashes.
+std::vector<std::string_view> commandNames();
+std::vector<std::string> optionNames();
 
 // The help for a command; kNone gives the overview of all.
 std::string helpText(PackagerCommand command);
