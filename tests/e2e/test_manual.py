@@ -35,7 +35,7 @@ class ManualTest(EndToEndTest):
             self.fail(f"{where}: the manual says\n{expected}\nand this is what came:\n{printed}")
 
 
-class Tutorial(ManualTest):
+class Commands(ManualTest):
     def setUp(self):
         super().setUp()
         self.add_wrapper("bin/packager", "packager" + EXE)
@@ -70,22 +70,35 @@ class Tutorial(ManualTest):
             description = self.read("install.xml").decode("utf-8")
             self.write("install.xml", manual_pages.with_section(description, self.localized(block.text)))
 
-    def test_every_step_does_what_the_page_says(self):
-        page = manual_pages.blocks((MANUAL / "tutorial.md").read_text("utf-8"))
+    def follow(self, page):
+        """Does what a page says, from its begin to its end; returns the number of blocks that were run."""
+        page_blocks = manual_pages.blocks((MANUAL / page).read_text("utf-8"))
         runs = 0
-        for block, following in zip(page, page[1:] + [None]):
+        for block, following in zip(page_blocks, page_blocks[1:] + [None]):
             self.take(block)
             if "run" not in block.words:
                 continue
             runs += 1
-            where = f"tutorial.md:{block.line}"
+            where = f"{page}:{block.line}"
             has_output = following is not None and "output" in following.words
             typed, stated = manual_pages.answers(following.text) if has_output else ("", "")
             code, printed = self.in_shell(block.text, self.localized(typed))
             self.assertEqual(code, int(block.values.get("exit", 0)), f"{where}: {block.text}{printed}")
             if has_output:
                 self.assert_prints(stated, printed, where)
-        self.assertGreaterEqual(runs, 10)
+        return runs
+
+    def test_every_step_of_the_tutorial_does_what_the_page_says(self):
+        self.assertGreaterEqual(self.follow("tutorial.md"), 10)
+
+    def test_the_examples_of_the_packager_do_what_the_page_says(self):
+        self.assertGreaterEqual(self.follow("packager.md"), 3)
+
+    def test_no_other_page_has_commands_that_nobody_runs(self):
+        for page in MANUAL.glob("*.md"):
+            if page.name not in ("tutorial.md", "packager.md"):
+                runs = [b for b in manual_pages.blocks(page.read_text("utf-8")) if "run" in b.words]
+                self.assertEqual(runs, [], page.name)
 
 
 class Examples(ManualTest):
@@ -102,7 +115,7 @@ class Examples(ManualTest):
             count += 1
             with self.subTest(where):
                 ElementTree.fromstring("<Examples>" + re.sub(r"<\?.*?\?>", "", text) + "</Examples>")
-        self.assertGreaterEqual(count, 7)
+        self.assertGreater(count, 20)
 
     def test_every_whole_description_can_be_packed_and_installs(self):
         count = 0
@@ -117,6 +130,33 @@ class Examples(ManualTest):
                 result = self.run_program(package, "-auto")
                 self.assertIn("The installation was successful.\n", result.out)
         self.assertGreaterEqual(count, 2)
+
+
+class Links(unittest.TestCase):
+    @staticmethod
+    def anchors(page):
+        """The anchors of the headings, as the usual viewers make them."""
+        headings = re.findall(r"^#+ (.*)$", page.read_text("utf-8"), re.M)
+        return {re.sub(r"[^\w\- ]", "", h.lower()).replace(" ", "-") for h in headings}
+
+    def test_every_link_leads_somewhere(self):
+        count = 0
+        for page in MANUAL.glob("*.md"):
+            for target in re.findall(r"\]\(([^)]+)\)", page.read_text("utf-8")):
+                count += 1
+                with self.subTest(page=page.name, target=target):
+                    name, _, anchor = target.partition("#")
+                    linked = MANUAL / name if name else page
+                    self.assertTrue(linked.is_file())
+                    if anchor:
+                        self.assertIn(anchor, self.anchors(linked))
+        self.assertGreater(count, 20)
+
+    def test_the_contents_name_every_page(self):
+        contents = (MANUAL / "README.md").read_text("utf-8")
+        for page in MANUAL.glob("*.md"):
+            if page.name != "README.md":
+                self.assertIn(f"]({page.name})", contents)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,168 @@
+// The author's manual names every word that the programs understand. A word that is missing here was added to
+// its table in the code and not yet to the page of docs/manual that the message names: describe it there, in
+// backticks or in an example. A new table of words goes into kTables.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "description/colour_theme.h"
+#include "description/control_variables.h"
+#include "description/default_values_reader.h"
+#include "description/dialog_buttons.h"
+#include "description/dialog_words.h"
+#include "description/predefined_variables.h"
+#include "description/pxml.h"
+#include "description/pxml_entities.h"
+#include "description/registry_lookup.h"
+#include "description/variable_exclusions.h"
+#include "engine/system_changes.h"
+#include "installer/run_options.h"
+#include "manual/manual_reader.h"
+#include "manual/manual_text.h"
+#include "packager/command_line.h"
+#include "text/rtf_control_words.h"
+#include "ui/page_entry.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+template <typename List>
+Words wordsOf(const List& list) {
+    return Words(list.begin(), list.end());
+}
+
+Words rtfWords() {
+    Words words;
+    for (const RtfControlWord& word : rtfControlWords()) {
+        words.push_back("\\" + std::string(word.word));
+    }
+    return words;
+}
+
+Words controlVariableTags() {
+    Words words;
+    for (std::int32_t i = 0; i < kControlVariableCount; ++i) {
+        words.emplace_back(ControlVariables::tagOf(static_cast<ControlVariable>(i)));
+    }
+    return words;
+}
+
+Words themeSlots() {
+    Words words;
+    for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
+        words.emplace_back(ColourTheme::nameOf(static_cast<ThemeSlot>(i)));
+    }
+    return words;
+}
+
+struct Table {
+    const char* page;  // of docs/manual, on which each word stands
+    const char* name;
+    const char* source;  // where the table is
+    std::function<Words()> words;
+};
+
+const Table kTables[] = {
+    {"description.md", "characters with names", "src/description/pxml_entities.cpp",
+     [] { return wordsOf(PXMLEntities::names()); }},
+    {"variables.md", "predefined variables", "src/description/predefined_variables.cpp",
+     [] { return wordsOf(PredefinedVariables::names()); }},
+    {"variables.md", "data types of default values", "src/description/default_values_reader.cpp",
+     [] { return wordsOf(DefaultValuesReader::dataTypes()); }},
+    {"variables.md", "hives of the registry", "src/description/registry_lookup.cpp",
+     [] { return wordsOf(RegistryLookup::places()); }},
+    {"variables.md", "control variables", "src/description/control_variables.cpp", controlVariableTags},
+    {"variables.md", "words of ExcludeFrom", "src/description/variable_exclusions.cpp",
+     [] { return wordsOf(VariableExclusions::words()); }},
+    {"dialogs.md", "kinds of elements", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allElementKinds()); }},
+    {"dialogs.md", "types of fields", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allFieldTypes()); }},
+    {"dialogs.md", "horizontal alignments", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allHorizontalAligns()); }},
+    {"dialogs.md", "vertical alignments", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allVerticalAligns()); }},
+    {"dialogs.md", "types of triggers", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allTriggerTypes()); }},
+    {"dialogs.md", "moments of triggers", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allTriggerMoments()); }},
+    {"dialogs.md", "special words of pages", "src/description/dialog_words.cpp",
+     [] { return wordsOf(DialogWords::allSpecials()); }},
+    {"dialogs.md", "names of buttons", "src/description/dialog_buttons.cpp",
+     [] { return wordsOf(DialogButtons::presetNames()); }},
+    {"pages.md", "names of pages", "src/ui/page_entry.cpp", [] { return wordsOf(PageEntry::pageNames()); }},
+    {"theme.md", "colours of the theme", "src/description/colour_theme.cpp", themeSlots},
+    {"documents.md", "control words of rich text", "src/text/rtf_control_words.cpp", rtfWords},
+    {"not-yet.md", "actions", "src/engine/system_changes.cpp",
+     [] { return wordsOf(SystemChanges::actionNames()); }},
+    {"running.md", "options of a setup", "src/installer/run_options.cpp",
+     [] { return wordsOf(runOptionNames()); }},
+    {"packager.md", "commands of the packager", "src/packager/command_line.cpp",
+     [] { return wordsOf(commandNames()); }},
+    {"packager.md", "options of the packager", "src/packager/command_line.cpp",
+     [] { return wordsOf(optionNames()); }},
+};
+
+const ManualPage* findPage(const std::string& name) {
+    const auto& pages = manualPages();
+    const auto found =
+        std::find_if(pages.begin(), pages.end(), [&](const ManualPage& page) { return page.name == name; });
+    return found == pages.end() ? nullptr : &*found;
+}
+
+// The elements that a text opens, by a plain count.
+int countOpenedElements(const std::string& text) {
+    int count = 0;
+    for (std::size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at + 1)) {
+        count += at + 1 < text.size() && std::string_view("/!?").find(text[at + 1]) == std::string_view::npos;
+    }
+    return count;
+}
+
+TEST(Manual, NamesEveryWordOfEveryTable) {
+    for (const Table& table : kTables) {
+        const ManualPage* page = findPage(table.page);
+        ASSERT_NE(page, nullptr) << "docs/manual/" << table.page << " is not there";
+        const std::string code = ManualReader::codeOf(page->text);
+        const Words words = table.words();
+        EXPECT_FALSE(words.empty()) << table.name << ": " << table.source << " gives no words";
+        for (const std::string& word : words) {
+            EXPECT_TRUE(ManualReader::holdsWord(code, word))
+                << "docs/manual/" << table.page << " doesn't name \"" << word << "\" of the " << table.name
+                << " (" << table.source << "): describe it there, as `" << word << "`";
+        }
+    }
+}
+
+TEST(Manual, IsMissedWhenAWordIsNotThere) {
+    const std::string code =
+        ManualReader::codeOf("Plain AutoNext, `Finish` and\n```xml\n<Busy/>\n```\nEnd `open");
+    EXPECT_TRUE(ManualReader::holdsWord(code, "Finish"));
+    EXPECT_TRUE(ManualReader::holdsWord(code, "Busy"));
+    EXPECT_FALSE(ManualReader::holdsWord(code, "AutoNext"));
+    EXPECT_FALSE(ManualReader::holdsWord(code, "Fini"));
+    EXPECT_FALSE(ManualReader::holdsWord(code, "inish"));
+    EXPECT_FALSE(ManualReader::holdsWord(code, "open"));
+}
+
+TEST(Manual, HoldsExamplesThatTheProgramReadsAsTheyAreWritten) {
+    int examples = 0;
+    for (const ManualPage& page : manualPages()) {
+        for (const ManualReader::FencedBlock& block : ManualReader::fencedBlocks(page.text)) {
+            if (!block.info.starts_with("xml")) {
+                continue;
+            }
+            ++examples;
+            PXML document;
+            document.parseText(("<Examples>" + block.text + "</Examples>").c_str());
+            EXPECT_EQ(document.getNodeCount(), countOpenedElements(block.text) + 1)
+                << page.name << ":" << block.line << ": an example isn't read to its end";
+        }
+    }
+    EXPECT_GE(examples, 7);
+}
+
+}  // namespace
