@@ -1,20 +1,20 @@
 #include "ui/console/console_ui.h"
 
+#include <optional>
 #include <string_view>
 
 #include "base/shared_buffer.h"
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
 #include "support/p_console.h"
+#include "text/document_text.h"
 #include "ui/console/console_fields.h"
-#include "ui/document_renderer.h"
 
 namespace {
 
 constexpr std::uint32_t kConditionPollMilliseconds = 100;
 constexpr int kAssumedColumns = 80;
 constexpr std::size_t kBlankWidth = 78;
-constexpr const char* kMarkdown = "TandrelMarkdown";
 
 constexpr const char* kInstallerBanner =
     "*******************************\n"
@@ -24,6 +24,10 @@ constexpr const char* kUninstallerBanner =
     "*******************************\n"
     "* Tandrel Group uninstaller   *\n"
     "*******************************\n";
+
+bool isMarkdown(const DialogElementDesc& element) {
+    return OUtils::equalsIgnoreCase(element.format.view(), kMarkdownFormat);
+}
 
 }  // namespace
 
@@ -157,7 +161,7 @@ void ConsoleUI::showRichText(const DialogElementDesc& element, bool wasActive) {
 }
 
 void ConsoleUI::showPlainText(const DialogElementDesc& element, bool wasActive) {
-    if (isShown(element) && element.format.view() == kMarkdown) {
+    if (isShown(element) && isMarkdown(element)) {
         showDocument(element, wasActive);
     }
 }
@@ -176,26 +180,25 @@ void ConsoleUI::showDocument(const DialogElementDesc& element, bool wasActive) {
 }
 
 void ConsoleUI::printDocument(const DialogElementDesc& element) {
-    if (renderer_ == nullptr || !renderer_->canRender(element.format.view())) {
-        if (log_ != nullptr) {
-            log_->print("WARNING: The document \"%s\" can't be printed on the console", element.text.c_str());
-        }
-        return;
-    }
     SharedBuffer document;
     if (engine()->readAlias(document, element.text.c_str(), nullptr) != 0 || document.data() == nullptr) {
         return;
     }
-    int columns = 0;
-    int rows = 0;
-    if (!terminal().windowSize(columns, rows)) {
-        columns = kAssumedColumns;
-    }
     const std::string_view content(document.text(), static_cast<std::size_t>(document.size()));
-    const std::optional<std::string> text = renderer_->render(content, element.format.view(), columns);
+    const int columns = readColumns();
+    const std::optional<std::string> text =
+        isMarkdown(element) ? markdownAsText(content, columns) : richTextAsText(content, columns);
     if (text.has_value()) {
         pager_.print(*text);
+    } else if (log_ != nullptr) {
+        log_->print("WARNING: The document \"%s\" is broken and isn't shown", element.text.c_str());
     }
+}
+
+int ConsoleUI::readColumns() {
+    int columns = 0;
+    int rows = 0;
+    return terminal().windowSize(columns, rows) ? columns : kAssumedColumns;
 }
 
 int ConsoleUI::processFields(int dialog, int sub) {

@@ -9,7 +9,6 @@
 #include "ui/console/user_input.h"
 #include "ui/generic_ui.h"
 
-class DocumentRenderer;
 class PConsole;
 struct DialogElementDesc;
 
@@ -24,9 +23,7 @@ public:
     ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal);
     ~ConsoleUI() override;
 
-    // All three are borrowed; null takes one away. Without a renderer for its format a document isn't
-    // printed, and the log says so.
-    void setDocumentRenderer(DocumentRenderer* renderer) { renderer_ = renderer; }
+    // Borrowed; null takes it away. It is told of documents that can't be shown.
     void setLog(PConsole* log) { log_ = log; }
 
     // 0, the walk's error, or -1 when nobody was left to answer a question or no engine is attached.
@@ -89,13 +86,13 @@ private:
     void showPlainText(const DialogElementDesc& element, bool wasActive);
     void showDocument(const DialogElementDesc& element, bool wasActive);
     void printDocument(const DialogElementDesc& element);
+    int readColumns();
     void pause(const char* text);
     void blankLine();
     void printLine(const char* text);
     int askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase);
 
     const bool quiet_;
-    DocumentRenderer* renderer_ = nullptr;
     PConsole* log_ = nullptr;
     bool statusActive_ = false;
     int currentProgress_ = 0;

@@ -4,14 +4,12 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "fakes/fake_console.h"
 #include "fakes/fake_engine.h"
 #include "fakes/fake_terminal.h"
-#include "ui/document_renderer.h"
 
 namespace {
 
@@ -20,29 +18,12 @@ public:
     int evaluate(SystemOperations*, InstallerUI*) override { return 1; }
 };
 
-// Renders documents of one format, with what it was asked in front of them.
-class FakeRenderer : public DocumentRenderer {
-public:
-    std::string format = "TandrelMarkdown";
-    bool broken = false;
-
-    bool canRender(std::string_view wanted) override { return wanted == format; }
-    std::optional<std::string> render(std::string_view document, std::string_view wanted,
-                                      int columns) override {
-        if (broken) {
-            return std::nullopt;
-        }
-        return std::string(wanted) + "/" + std::to_string(columns) + ":" + std::string(document) + "\n";
-    }
-};
-
 const std::string kBlankLine = "\r" + std::string(78, ' ') + "\r\n";
 
 struct ConsoleFrontEnd : testing::Test {
     FakeTerminal terminal;
     FakeEngine engine;
     FakeConsole log;
-    FakeRenderer renderer;
     std::unique_ptr<ConsoleUI> ui;
 
     ConsoleFrontEnd() { open(false, false); }
@@ -50,7 +31,6 @@ struct ConsoleFrontEnd : testing::Test {
     void open(bool uninstall, bool quiet, const char* mode = "") {
         ui = std::make_unique<ConsoleUI>(uninstall, false, quiet, terminal);
         ui->setLog(&log);
-        ui->setDocumentRenderer(&renderer);
         ui->setEngine(&engine);
         bool automated = false;
         ASSERT_EQ(ui->createInputProvider(mode, automated), 0);
@@ -238,37 +218,80 @@ TEST_F(ConsoleFrontEnd, HasNoFieldsWithoutEngineOrProvider) {
     EXPECT_EQ(ui->finish(), -1);
 }
 
-TEST_F(ConsoleFrontEnd, PrintsADocumentAfterAPause) {
+constexpr const char* kPause = "Press Enter to continue...";
+
+TEST_F(ConsoleFrontEnd, PrintsAMarkdownDocumentAfterAPause) {
     DialogDesc& page = engine.addDialog("Page");
     addElement(page, kElementRichEditText, "licence").format.assign("TandrelMarkdown");
-    engine.resources["licence"] = "content";
+    engine.resources["licence"] = "# Title\n\nSome *plain*\nwords.\n\n- item\n";
     terminal.lines = {""};
-    EXPECT_EQ(show(0), "Press Enter to continue...TandrelMarkdown/80:content\n");
+    EXPECT_EQ(show(0), std::string(kPause) + "Title\n\n\nSome plain words.\n\n- item\n\n");
     EXPECT_EQ(show(0), "");
 }
 
-TEST_F(ConsoleFrontEnd, RendersForTheColumnsOfTheConsole) {
-    addElement(engine.addDialog("Page"), kElementPlainEditText, "licence").format.assign("TandrelMarkdown");
-    engine.resources["licence"] = "content";
-    terminal.columns = 120;
-    terminal.rows = 2;
+TEST_F(ConsoleFrontEnd, PrintsAPlainTextOfTheMarkdownFormat) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementPlainEditText, "notes").format.assign("TandrelMarkdown");
+    engine.resources["notes"] = "1. one\n2. two";
     terminal.lines = {""};
-    EXPECT_EQ(show(0), "Press Enter to continue...TandrelMarkdown/120:content\n");
+    EXPECT_EQ(show(0), std::string(kPause) + "1. one\n\n2. two\n\n");
+}
+
+TEST_F(ConsoleFrontEnd, TakesADocumentOfAnyOtherFormatForRichText) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementRichEditText, "letter");
+    addElement(page, kElementRichEditText, "letter").format.assign("Other");
+    engine.resources["letter"] = "{\\rtf1{\\fonttbl Times;}# A \\b bold\\b0  word\\par}";
+    terminal.lines = {"", ""};
+    const std::string shown = std::string(kPause) + "# A bold word\n";
+    EXPECT_EQ(show(0), shown + shown) << "without attributes of a terminal";
+}
+
+TEST_F(ConsoleFrontEnd, ComparesFormatsWithoutRegardToCase) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementRichEditText, "notes").format.assign("tandrelMARKDOWN");
+    addElement(page, kElementPlainEditText, "notes").format.assign("TANDRELmarkdown");
+    engine.resources["notes"] = "text";
+    terminal.lines = {"", ""};
+    EXPECT_EQ(show(0), std::string(kPause) + "text\n" + kPause + "text\n");
+}
+
+TEST_F(ConsoleFrontEnd, WrapsForTheColumnsOfTheConsoleLessTwo) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementRichEditText, "notes").format.assign("TandrelMarkdown");
+    addElement(page, kElementRichEditText, "letter");
+    engine.resources["notes"] = "one two three";
+    engine.resources["letter"] = "{one two three}";
+    terminal.columns = 11;
+    terminal.rows = 2;
+    terminal.lines = {"", ""};
+    EXPECT_EQ(show(0), std::string(kPause) + "one two\nthree\n" + kPause + "one   two\nthree\n")
+        << "rich text is justified, markdown isn't";
+}
+
+TEST_F(ConsoleFrontEnd, AssumesEightyColumnsWithoutAWindow) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementRichEditText, "notes").format.assign("TandrelMarkdown");
+    addElement(page, kElementRichEditText, "letter");
+    const std::string words = std::string(38, 'a') + " " + std::string(39, 'b');
+    engine.resources["notes"] = words + "\n\n" + words + "c";
+    engine.resources["letter"] = "{" + words + "\\par " + words + "c}";
+    terminal.lines = {"", ""};
+    const std::string broken = std::string(38, 'a') + "\n" + std::string(39, 'b') + "c\n";
+    EXPECT_EQ(show(0), kPause + words + "\n\n" + broken + kPause + words + "\n" + broken);
 }
 
 TEST_F(ConsoleFrontEnd, PagesALongDocument) {
     addElement(engine.addDialog("Page"), kElementRichEditText, "licence");
-    renderer.format = "";
-    engine.resources["licence"] = "a\nb\nc";
+    engine.resources["licence"] = "{a\\par b\\par cc\\par}";
     terminal.columns = 80;
     terminal.rows = 4;
     terminal.lines = {"", "", ""};
-    EXPECT_EQ(show(0),
-              "Press Enter to continue.../80:a\nb\n"
-              "\nPress ENTER for the next page...\n\n\n"
-              "c\n"
-              "\nPress ENTER for the next page...\n\n\n");
-    EXPECT_TRUE(terminal.lines.empty());
+    EXPECT_EQ(show(0), std::string(kPause) +
+                           "a\nb\n"
+                           "\nPress ENTER for the next page...\n\n\n"
+                           "cc\n");
+    EXPECT_EQ(terminal.lines.size(), 1U) << "6 of 7 bytes are a multiple of 2, so there is no closing pause";
 }
 
 TEST_F(ConsoleFrontEnd, SkipsAPlainTextOfAnotherFormatWithoutAWord) {
@@ -281,31 +304,70 @@ TEST_F(ConsoleFrontEnd, SkipsAPlainTextOfAnotherFormatWithoutAWord) {
 }
 
 TEST_F(ConsoleFrontEnd, SkipsADocumentWhoseConditionIsFalseWithoutAPause) {
-    addElement(engine.addDialog("Page"), kElementRichEditText, "licence").condition.assign("[A]");
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementRichEditText, "licence").condition.assign("[A]");
+    addElement(page, kElementPlainEditText, "licence").condition.assign("[A]");
+    page.elements[1].format.assign("TandrelMarkdown");
     engine.conditions["[A]"] = 0;
     EXPECT_EQ(show(0), "");
 }
 
-TEST_F(ConsoleFrontEnd, SkipsADocumentThatIsMissingOrBroken) {
-    DialogDesc& page = engine.addDialog("Page");
-    addElement(page, kElementRichEditText, "missing").format.assign("TandrelMarkdown");
-    addElement(page, kElementRichEditText, "licence").format.assign("TandrelMarkdown");
-    engine.resources["licence"] = "content";
-    renderer.broken = true;
-    terminal.lines = {"", ""};
-    EXPECT_EQ(show(0), "Press Enter to continue...Press Enter to continue...");
+TEST_F(ConsoleFrontEnd, SkipsADocumentThatIsMissingWithoutAWord) {
+    addElement(engine.addDialog("Page"), kElementRichEditText, "missing").format.assign("TandrelMarkdown");
+    terminal.lines = {""};
+    EXPECT_EQ(show(0), kPause);
+    EXPECT_TRUE(log.lines().empty());
 }
 
-TEST_F(ConsoleFrontEnd, LogsADocumentThatNothingCanRender) {
+TEST_F(ConsoleFrontEnd, PrintsNothingOfABrokenDocumentAndLogsIt) {
     DialogDesc& page = engine.addDialog("Page");
-    addElement(page, kElementRichEditText, "letter.rtf");
-    terminal.lines = {""};
-    EXPECT_EQ(show(0), "Press Enter to continue...");
-    EXPECT_TRUE(log.hasLine("WARNING: The document \"letter.rtf\" can't be printed on the console"));
-    ui->setDocumentRenderer(nullptr);
+    addElement(page, kElementRichEditText, "broken.md").format.assign("TandrelMarkdown");
+    addElement(page, kElementRichEditText, "broken.rtf");
+    addElement(page, kElementRichEditText, "empty.md").format.assign("TandrelMarkdown");
+    engine.resources["broken.md"] = "Fine.\n\na**";
+    engine.resources["broken.rtf"] = "{a";
+    engine.resources["empty.md"] = "";
+    terminal.lines = {"", "", ""};
+    EXPECT_EQ(show(0), std::string(kPause) + kPause + kPause);
+    EXPECT_TRUE(log.hasLine("WARNING: The document \"broken.md\" is broken and isn't shown"));
+    EXPECT_TRUE(log.hasLine("WARNING: The document \"broken.rtf\" is broken and isn't shown"));
     ui->setLog(nullptr);
+    terminal.lines = {""};
     show(0);
-    EXPECT_EQ(log.lines().size(), 1U);
+}
+
+TEST_F(ConsoleFrontEnd, ADocumentEndsAtItsFirstZeroByte) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementRichEditText, "notes").format.assign("TandrelMarkdown");
+    addElement(page, kElementRichEditText, "letter");
+    engine.resources["notes"] = std::string("text\0*more", 10);
+    engine.resources["letter"] = std::string("{text}\0}", 8);
+    terminal.lines = {"", ""};
+    EXPECT_EQ(show(0), std::string(kPause) + "text\n" + kPause + "text\n");
+}
+
+TEST_F(ConsoleFrontEnd, PrintsDocumentsOfAQuietRunOnlyOnPagesWithAConditionObject) {
+    open(false, true);
+    for (const char* name : {"Page", "Held"}) {
+        DialogDesc& page = engine.addDialog(name);
+        addElement(page, kElementRichEditText, "notes").format.assign("TandrelMarkdown");
+        addElement(page, kElementPlainEditText, "notes").format.assign("TandrelMarkdown");
+    }
+    engine.dialogs[1].condition = std::make_shared<NoCondition>();
+    engine.resources["notes"] = "text";
+    terminal.lines = {"", ""};
+    EXPECT_EQ(show(0), "");
+    EXPECT_EQ(show(1), std::string(kPause) + "text\n" + kPause + "text\n");
+}
+
+TEST_F(ConsoleFrontEnd, BlanksTheStatusLineAheadOfADocument) {
+    addElement(engine.addDialog("Page"), kElementRichEditText, "notes").format.assign("TandrelMarkdown");
+    engine.resources["notes"] = "text";
+    terminal.lines = {""};
+    ui->beginProgress();
+    EXPECT_EQ(show(0), kPause + kBlankLine + "text\n");
+    ui->setStatusText("muted");
+    EXPECT_EQ(take(), "");
 }
 
 TEST_F(ConsoleFrontEnd, PrintsNoDocumentWhenCancelledAtItsPause) {

@@ -1,0 +1,82 @@
+#include "text/document_text.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "text/basic_html_translator.h"
+#include "text/installer_plain_text_translator.h"
+#include "text/rtf_reader.h"
+#include "text/tgm_parser.h"
+
+namespace {
+
+// A window from this width on has room for setting lists in.
+constexpr int kNarrowColumns = 40;
+constexpr int kRoomForIndent = 40;
+constexpr int kIndentWithRoom = 2;
+// The last cells of a line stay free, so that no terminal breaks it by itself.
+constexpr int kFreeColumns = 2;
+
+std::string_view untilZero(std::string_view document) {
+    return document.substr(0, document.find('\0'));
+}
+
+TGMParseOptions documentOptions() {
+    TGMParseOptions options;
+    options.joinChar = ' ';
+    return options;
+}
+
+PlainTextSettings consoleSettings(int columns) {
+    const int room = std::clamp(columns - kNarrowColumns, 0, kRoomForIndent);
+    PlainTextSettings settings;
+    settings.wrap = true;
+    settings.collectInline = true;
+    settings.indentLists = true;
+    settings.justify = false;
+    settings.fillChar = ' ';
+    settings.levelIndent = static_cast<std::uint32_t>(room / kRoomForIndent * kIndentWithRoom);
+    settings.width = static_cast<std::uint32_t>(std::max(columns - kFreeColumns, 0));
+    return settings;
+}
+
+template <typename Translator>
+std::optional<std::string> translate(std::string_view document, Translator& translator) {
+    TGMParser parser(documentOptions());
+    TGMParseResult result;
+    parser.parse(result, std::string(untilZero(document)).c_str());
+    if (!result.succeeded()) {
+        return std::nullopt;
+    }
+    parser.walk(translator);
+    std::string text;
+    translator.getResult(text);
+    return text;
+}
+
+}  // namespace
+
+std::optional<std::string> markdownAsText(std::string_view document, int columns) {
+    InstallerPlainTextTranslator translator(consoleSettings(std::max(columns, 0)));
+    return translate(document, translator);
+}
+
+std::optional<std::string> richTextAsText(std::string_view document, int columns) {
+    // A width of 0 would ask for no wrapping at all.
+    const int width = std::max(std::max(columns, 0) - kFreeColumns, 1);
+    return RtfReader().read(untilZero(document), RtfMode::kPlain, width);
+}
+
+std::optional<std::string> markdownAsHtml(std::string_view document) {
+    BasicHTMLTranslator translator;
+    return translate(document, translator);
+}
+
+std::string markdownAsTree(std::string_view document, TGMParseResult& outResult) {
+    std::string dump;
+    TGMParseOptions options = documentOptions();
+    options.debugLog = &dump;
+    TGMParser parser(options);
+    parser.parse(outResult, std::string(untilZero(document)).c_str());
+    return dump;
+}
