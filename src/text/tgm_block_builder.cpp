@@ -58,32 +58,39 @@ std::size_t TGMBlockBuilder::buildBlock(TGMNode& parent, std::size_t first, std:
 }
 
 TGMNodePtr TGMBlockBuilder::buildPlain(Range block) {
-    text_ = lines_[block.first].payload();
+    if (!spend(block.last - block.first, block.first)) {
+        return nullptr;
+    }
+    std::string_view text = lines_[block.first].payload();
     bool hasBlank = false;
     for (std::size_t index = block.first + 1; index <= block.last; ++index) {
         const TGMLine& line = lines_[index];
         hasBlank = hasBlank || line.type() == kTgmBlank;
         if (!line.payload().empty()) {
-            text_ += options_.joinChar;
             // What a paragraph swallows keeps its look.
-            text_ += line.type() == kTgmPlain ? line.payload() : line.text();
+            text = join(text, line.type() == kTgmPlain ? line.payload() : line.text());
         }
     }
-    if (!spend(block.last - block.first, block.first)) {
-        return nullptr;
+    return makeNode(hasBlank ? kTgmParagraph : kTgmPlain, text, block.first);
+}
+
+// `text` is that of one line, or what was joined so far.
+std::string_view TGMBlockBuilder::join(std::string_view text, std::string_view line) {
+    if (text.data() != text_.data()) {
+        text_ = text;
     }
-    return makeNode(hasBlank ? kTgmParagraph : kTgmPlain, block.first);
+    text_ += options_.joinChar;
+    text_ += line;
+    return text_;
 }
 
 TGMNodePtr TGMBlockBuilder::buildHeading(std::size_t line) {
-    text_ = lines_[line].payload();
-    return makeNode(lines_[line].type(), line);
+    return makeNode(lines_[line].type(), lines_[line].payload(), line);
 }
 
 TGMNodePtr TGMBlockBuilder::buildList(Range block, std::uint32_t depth) {
-    text_.clear();
     const TGMNodeType type = lines_[block.first].type();
-    TGMNodePtr list = makeNode(type, block.first);
+    TGMNodePtr list = makeNode(type, {}, block.first);
     if (list == nullptr || !spend(block.last - block.first, block.first)) {
         return nullptr;
     }
@@ -119,15 +126,13 @@ TGMBlockBuilder::ListItems TGMBlockBuilder::findItems(Range block, TGMNodeType l
 }
 
 TGMNodePtr TGMBlockBuilder::buildItem(Range item, TGMNodeType textType, std::uint32_t depth) {
-    text_.clear();
-    TGMNodePtr node = makeNode(kTgmListItem, item.first);
-    text_ = lines_[item.first].payload();
+    TGMNodePtr node = makeNode(kTgmListItem, {}, item.first);
+    std::string_view joined = lines_[item.first].payload();
     std::size_t next = item.first + 1;
     for (; next <= item.last && lines_[next].type() == kTgmPlain; ++next) {
-        text_ += options_.joinChar;
-        text_ += lines_[next].payload();
+        joined = join(joined, lines_[next].payload());
     }
-    TGMNodePtr text = makeNode(textType, item.first);
+    TGMNodePtr text = makeNode(textType, joined, item.first);
     if (node == nullptr || text == nullptr) {
         return nullptr;
     }
@@ -174,13 +179,13 @@ std::vector<TGMLine> TGMBlockBuilder::collectQuote(std::size_t first, std::size_
     return quoted;
 }
 
-// A node with the text that was put together; nothing when the budget is exhausted.
-TGMNodePtr TGMBlockBuilder::makeNode(TGMNodeType type, std::size_t line) {
-    if (!spend(kTgmNodeCost + text_.size() * kTgmByteCost, line)) {
+// Nothing when the budget is exhausted.
+TGMNodePtr TGMBlockBuilder::makeNode(TGMNodeType type, std::string_view text, std::size_t line) {
+    if (!spend(kTgmNodeCost + text.size() * kTgmByteCost, line)) {
         return nullptr;
     }
     TGMNodePtr node = scope_.tree.makeNode(type);
-    node->text = scope_.tree.copyText(text_);
+    node->text = scope_.tree.copyText(text);
     return node;
 }
 

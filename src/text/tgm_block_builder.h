@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "text/tgm_line_parser.h"
@@ -33,6 +34,7 @@ private:
     void buildBlocks(TGMNode& parent, Range range, std::uint32_t depth);
     std::size_t buildBlock(TGMNode& parent, std::size_t first, std::uint32_t depth);
     TGMNodePtr buildPlain(Range block);
+    std::string_view join(std::string_view text, std::string_view line);
     TGMNodePtr buildHeading(std::size_t line);
     TGMNodePtr buildList(Range block, std::uint32_t depth);
     TGMNodePtr buildItem(Range item, TGMNodeType textType, std::uint32_t depth);
@@ -41,7 +43,7 @@ private:
     ListItems findItems(Range block, TGMNodeType listType) const;
     std::vector<TGMLine> collectQuote(std::size_t first, std::size_t end,
                                       const TGMParseOptions& quoteOptions) const;
-    TGMNodePtr makeNode(TGMNodeType type, std::size_t line);
+    TGMNodePtr makeNode(TGMNodeType type, std::string_view text, std::size_t line);
     Range clamp(std::size_t first, std::size_t last) const;
     bool spend(std::uint64_t work, std::size_t line);
     bool isTooDeep(std::uint32_t depth, std::size_t line);
@@ -52,5 +54,5 @@ private:
     const TGMParseOptions& options_;
     TGMParseScope scope_;
     TGMParseResult& result_;
-    std::string text_;  // the text that is being put together
+    std::string text_;  // what is joined
 };

@@ -7,8 +7,8 @@
 // The longest text, in bytes: lines count their bytes with 32 bits.
 inline constexpr std::uint64_t kTgmMaxLength = 0xFFFF'FFFF;
 
-// How many nodes a tree has below each other, the root not counted. All work on a tree recurses, up to the
-// destructor, and a window's thread has one MiB of stack; a list takes two levels, a quote one.
+// How many nodes a tree has below each other, the root not counted. All work on a tree recurses, and a
+// window's thread has one MiB of stack; a list takes two levels, a quote one.
 inline constexpr std::uint32_t kTgmMaxDepth = 200;
 
 // A block may reach beyond the item or list that it stands in, and its lines then appear again in the block

@@ -54,9 +54,9 @@ private:
 
 struct TGMNode;
 
-// Ends a node whose memory belongs to its tree.
+// A node and all that it holds lie in the memory of its tree and end with it, so there is nothing to do.
 struct TGMNodeEnd {
-    void operator()(TGMNode* node) const;
+    void operator()(TGMNode* /*node*/) const {}
 };
 using TGMNodePtr = std::unique_ptr<TGMNode, TGMNodeEnd>;
 
@@ -69,7 +69,3 @@ struct TGMNode {
     TGMText text;
     std::pmr::vector<TGMNodePtr> children;
 };
-
-inline void TGMNodeEnd::operator()(TGMNode* node) const {
-    std::destroy_at(node);
-}

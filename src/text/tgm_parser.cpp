@@ -1,7 +1,9 @@
 #include "text/tgm_parser.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include "text/tgm_line_parser.h"
 #include "text/tgm_translator.h"
@@ -24,11 +26,14 @@ int headingLevel(TGMNodeType type) {
     return type - kTgmHeading1 + 1;
 }
 
-void eraseCarriageReturns(std::string& text) {
-    if (const std::size_t first = text.find('\r'); first != std::string::npos) {
-        text.erase(std::remove(text.begin() + static_cast<std::ptrdiff_t>(first), text.end(), '\r'),
-                   text.end());
+// The text itself, or a copy in `copy` if it has to change. Most texts have none of them.
+std::string_view withoutCarriageReturns(std::string_view text, std::string& copy) {
+    if (text.find('\r') == std::string_view::npos) {
+        return text;
     }
+    copy.reserve(text.size());
+    std::remove_copy(text.begin(), text.end(), std::back_inserter(copy), '\r');
+    return copy;
 }
 
 void visit(const TGMNode& node, TGMTranslator& translator);
@@ -107,16 +112,16 @@ void TGMParser::parse(TGMParseResult& result, const char* text) {
         result.add(kTgmEmptyText);
         return;
     }
-    std::string work(text);
-    if (work.size() > kTgmMaxLength) {
+    const std::string_view whole(text);
+    if (whole.size() > kTgmMaxLength) {
         result.add(kTgmInvalidBlock, 0);
         return;
     }
-    workSize_ = std::max<std::size_t>(kTgmMinWorkSize, work.size());
-    TGMWorkBudget budget(work.size());
-    tree_ = std::make_unique<TGMTree>(work.size());
-    eraseCarriageReturns(work);
-    const std::vector<TGMLine> lines = splitTgmLines(work, options_);
+    workSize_ = std::max<std::size_t>(kTgmMinWorkSize, whole.size());
+    tree_ = std::make_unique<TGMTree>(whole.size());
+    TGMWorkBudget budget(whole.size());
+    std::string copy;
+    const auto lines = splitTgmLines(withoutCarriageReturns(whole, copy), options_);
     root_ = parseTgmLines(lines, options_, {*tree_, budget}, result);
 }
 
