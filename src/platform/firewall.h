@@ -1,38 +1,78 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <memory>
 
-// The machine's firewall: programs and ports that may be reached from outside.
+// The machine's firewall: programs and ports that may be reached from outside. Only the calls of the system;
+// what to ask for when, and the texts of failures, are the caller's.
 namespace platform {
 
 enum class FirewallProtocol { kTcp, kUdp };
 
-enum class FirewallStatus {
-    kDone,
-    kNotAvailable,  // no firewall service can be reached
-    kFailed,
+// The single calls of the system, so that a failure can be told exactly.
+enum class FirewallCall {
+    kNone,
+    kNoService,  // the system has no firewall service that can be asked
+    kInitialize,
+    kCreateManager,
+    kLocalPolicy,
+    kCurrentProfile,
+    kGetEnabled,
+    kSetEnabled,
+    kListApplications,
+    kApplicationEnabled,
+    kCreateApplication,
+    kSetApplicationPath,
+    kSetApplicationName,
+    kAddApplication,
+    kRemoveApplication,
+    kListPorts,
+    kPortEnabled,
+    kCreatePort,
+    kSetPortNumber,
+    kSetPortProtocol,
+    kSetPortName,
+    kAddPort,
+    kRemovePort,
 };
 
-// Each operation reaches the service anew. After anything but kDone `outError` is a text for the log.
+// The call that failed, with the system's number; kNone when all went well.
+struct FirewallOutcome {
+    FirewallCall failed = FirewallCall::kNone;
+    int error = 0;
+
+    bool done() const { return failed == FirewallCall::kNone; }
+};
+
+// A connection to the firewall's present profile. Used and destroyed by the thread that made it. Texts are
+// UTF-8 and not null. An output keeps its value after a failure.
+class FirewallProfile {
+public:
+    virtual ~FirewallProfile() = default;
+
+    virtual FirewallOutcome isOn(bool& outOn) = 0;
+    virtual FirewallOutcome switchOn() = 0;
+
+    // An exception that isn't there counts as not enabled.
+    virtual FirewallOutcome isApplicationEnabled(const char* path, bool& outEnabled) = 0;
+    virtual FirewallOutcome addApplication(const char* path, const char* name) = 0;
+    virtual FirewallOutcome removeApplication(const char* path) = 0;
+
+    // As above. Whether the number is that of a port is for the system to judge.
+    virtual FirewallOutcome isPortEnabled(std::int32_t port, FirewallProtocol protocol, bool& outEnabled) = 0;
+    virtual FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, const char* name) = 0;
+    virtual FirewallOutcome removePort(std::int32_t port, FirewallProtocol protocol) = 0;
+};
+
 class Firewall {
 public:
     virtual ~Firewall() = default;
 
-    virtual FirewallStatus isOn(bool& outOn, std::string& outError) = 0;
-    // Switches it on if it is off.
-    virtual FirewallStatus switchOn(std::string& outError) = 0;
-    // An exception that is already there counts as done.
-    virtual FirewallStatus addApplication(const char* path, const char* name, std::string& outError) = 0;
-    virtual FirewallStatus removeApplication(const char* path, std::string& outError) = 0;
-    // `port` is at least 1.
-    virtual FirewallStatus addPort(std::int32_t port, FirewallProtocol protocol, const char* name,
-                                   std::string& outError) = 0;
-    virtual FirewallStatus removePort(std::int32_t port, FirewallProtocol protocol,
-                                      std::string& outError) = 0;
+    // `outProfile` is null after a failure.
+    virtual FirewallOutcome connect(std::unique_ptr<FirewallProfile>& outProfile) = 0;
 };
 
-// On Linux none is available.
+// On Linux each connection ends with kNoService.
 Firewall& systemFirewall();
 
 }  // namespace platform

@@ -9,6 +9,8 @@ class Processes;
 class Environment;
 class ConsoleDevice;
 class NamedEvents;
+class ShellObjects;
+class Firewall;
 
 struct Platform {
     FileSystem& files;
@@ -17,6 +19,8 @@ struct Platform {
     Environment& environment;
     ConsoleDevice& console;
     NamedEvents& events;
+    ShellObjects& shell;
+    Firewall& firewall;
 };
 
 // The machine itself.

@@ -18,7 +18,9 @@ class ShellObjects {
 public:
     virtual ~ShellObjects() = default;
 
-    // Make a link file at `linkPath`, over one that is there; its directory exists. 0 or the system's error.
+    // Make a link file at exactly `linkPath`, over a file that is there; its directory exists. A link of the
+    // file system in its place is replaced, not followed. 0 or the system's error, after which what was there
+    // before is still there.
     // Windows: a shell link, an Internet shortcut. Linux: a desktop entry (Desktop Entry Specification 1.5).
     virtual int createLink(const char* linkPath, const LinkDescription& link) = 0;
     virtual int createUrlLink(const char* linkPath, const char* url) = 0;
@@ -26,8 +28,8 @@ public:
     // Hands a document, program or URL to its default program and doesn't wait. False when there is none.
     virtual bool openDocument(const char* path) = 0;
 
-    // Tells the programs that run that the system's environment has changed.
-    // Windows: the broadcast of the changed setting. Linux: nothing is told; see EnvironmentProfile.
+    // Tells the programs that run that the system's environment has changed; true.
+    // Windows: the broadcast of the changed setting. Linux: nothing is told.
     virtual bool broadcastEnvironment() = 0;
 };
 

@@ -2,8 +2,10 @@
 
 #include "fakes/fake_console_device.h"
 #include "fakes/fake_environment.h"
+#include "fakes/fake_firewall.h"
 #include "fakes/fake_named_events.h"
 #include "fakes/fake_processes.h"
+#include "fakes/fake_shell_objects.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/memory_registry.h"
 #include "platform/platform.h"
@@ -16,6 +18,10 @@ struct FakePlatform {
     FakeEnvironment environment;
     FakeConsoleDevice console;
     FakeNamedEvents events;
+    FakeShellObjects shell;
+    FakeFirewall firewall;
 
-    platform::Platform bundle() { return {files, registry, processes, environment, console, events}; }
+    platform::Platform bundle() {
+        return {files, registry, processes, environment, console, events, shell, firewall};
+    }
 };

@@ -5,7 +5,9 @@
 #include "fakes/fake_console.h"
 #include "fakes/fake_console_device.h"
 #include "fakes/fake_environment.h"
+#include "fakes/fake_firewall.h"
 #include "fakes/fake_processes.h"
+#include "fakes/fake_shell_objects.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/memory_registry.h"
 #include "fakes/recording_ui.h"
@@ -50,7 +52,10 @@ protected:
     FakeEnvironment environment_;
     FakeConsoleDevice device_;
     NoEvents events_;
-    platform::Platform platform_{files_, registry_, processes_, environment_, device_, events_};
+    FakeShellObjects shell_;
+    FakeFirewall firewall_;
+    platform::Platform platform_{files_,  registry_, processes_, environment_,
+                                 device_, events_,   shell_,     firewall_};
     FakeConsole log_;
     WalkingUI ui_;
     Wini wini_{platform_, 2, 0, 1};

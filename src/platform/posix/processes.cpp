@@ -1,6 +1,5 @@
 #include "platform/processes.h"
 
-#include <spawn.h>
 #include <unistd.h>
 
 #include <climits>
@@ -12,6 +11,7 @@
 #include "platform/posix/native_path.h"
 #include "platform/posix/proc_files.h"
 #include "platform/posix/process_handle.h"
+#include "platform/posix/spawn_settings.h"
 
 namespace platform {
 
@@ -33,53 +33,6 @@ bool isSelfOrAncestor(pid_t id) {
     return false;
 }
 
-// What a child process starts with: default signals, and of the descriptors only the standard streams.
-class SpawnSettings {
-public:
-    explicit SpawnSettings(const std::string& workDirectory) {
-        posix_spawnattr_init(&attributes_);
-        posix_spawn_file_actions_init(&actions_);
-        sigset_t none;
-        sigemptyset(&none);
-        sigset_t all;
-        sigfillset(&all);
-        posix_spawnattr_setsigmask(&attributes_, &none);
-        posix_spawnattr_setsigdefault(&attributes_, &all);
-        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        if (!workDirectory.empty()) {
-            status_ = posix_spawn_file_actions_addchdir_np(&actions_, workDirectory.c_str());
-        }
-        if (status_ == 0) {
-            status_ = posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
-        }
-    }
-    ~SpawnSettings() {
-        posix_spawn_file_actions_destroy(&actions_);
-        posix_spawnattr_destroy(&attributes_);
-    }
-    SpawnSettings(const SpawnSettings&) = delete;
-    SpawnSettings& operator=(const SpawnSettings&) = delete;
-
-    // Returns 0 or the error's number.
-    int spawn(const std::string& program, std::vector<std::string>& words, pid_t& outId) {
-        std::vector<char*> arguments;
-        arguments.reserve(words.size() + 1);
-        for (std::string& word : words) {
-            arguments.push_back(word.data());
-        }
-        arguments.push_back(nullptr);
-        // This call looks into PATH for a program without a separator, and for no other.
-        return status_ != 0 ? status_
-                            : posix_spawnp(&outId, program.c_str(), &actions_, &attributes_, arguments.data(),
-                                           environ);
-    }
-
-private:
-    posix_spawnattr_t attributes_{};
-    posix_spawn_file_actions_t actions_{};
-    int status_ = 0;
-};
-
 // A relative path means the directory of the caller, while the system would start at the child's.
 std::string programPath(const std::string& word) {
     std::string program = nativePath(word.c_str());
@@ -88,14 +41,6 @@ std::string programPath(const std::string& word) {
     }
     char directory[PATH_MAX];
     return getcwd(directory, sizeof directory) != nullptr ? std::string(directory) + "/" + program : program;
-}
-
-// A parent that ignores this signal bequeaths it, and the system forgets the exit codes of children then.
-void keepExitCodesOfChildren() {
-    struct sigaction action {};
-    if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
-        std::signal(SIGCHLD, SIG_DFL);
-    }
 }
 
 class PosixProcesses : public Processes {
@@ -151,8 +96,8 @@ std::unique_ptr<ChildProcess> PosixProcesses::start(const char* commandLine, con
         outError = EINVAL;
         return nullptr;
     }
-    keepExitCodesOfChildren();
-    SpawnSettings settings(nativePath(workDirectory));
+    SpawnSettings settings;
+    settings.setWorkDirectory(nativePath(workDirectory));
     pid_t id = 0;
     outError = settings.spawn(programPath(words[0]), words, id);
     return outError == 0 ? std::make_unique<PosixChildProcess>(id) : nullptr;

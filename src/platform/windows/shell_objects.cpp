@@ -1,0 +1,117 @@
+#include "platform/shell_objects.h"
+
+#include <windows.h>
+
+#include <intshcut.h>
+#include <isguids.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <algorithm>
+
+#include "platform/windows/com_objects.h"
+
+namespace platform {
+
+namespace {
+
+constexpr UINT kBroadcastMilliseconds = 1000;
+
+// Gives `url` as it is to the object: it is not completed or checked.
+constexpr DWORD kUrlAsItIs = 1;
+
+std::wstring backslashed(const char* path) {
+    std::wstring wide = wideOf(path);
+    std::replace(wide.begin(), wide.end(), L'/', L'\\');
+    return wide;
+}
+
+template <typename Interface>
+HRESULT saveAs(const ComPointer<Interface>& object, const char* linkPath) {
+    ComPointer<IPersistFile> file;
+    const HRESULT result = object->QueryInterface(IID_IPersistFile, file.receiveAny());
+    return FAILED(result) ? result : file->Save(backslashed(linkPath).c_str(), TRUE);
+}
+
+// A link without its target or arguments would start something else; the rest only adorns it.
+HRESULT describe(const ComPointer<IShellLinkW>& shellLink, const LinkDescription& link) {
+    const HRESULT path = shellLink->SetPath(wideOf(link.target).c_str());
+    shellLink->SetDescription(wideOf(link.description).c_str());
+    const HRESULT arguments = shellLink->SetArguments(wideOf(link.arguments).c_str());
+    shellLink->SetWorkingDirectory(wideOf(link.workDirectory).c_str());
+    if (!link.iconPath.empty()) {
+        shellLink->SetIconLocation(wideOf(link.iconPath).c_str(), 0);
+    }
+    return FAILED(path) ? path : arguments;
+}
+
+HRESULT makeShellLink(const char* linkPath, const LinkDescription& link) {
+    const ComApartment apartment;
+    if (FAILED(apartment.result())) {
+        return apartment.result();
+    }
+    ComPointer<IShellLinkW> shellLink;
+    HRESULT result = CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                                      shellLink.receiveAny());
+    if (SUCCEEDED(result)) {
+        result = describe(shellLink, link);
+    }
+    return FAILED(result) ? result : saveAs(shellLink, linkPath);
+}
+
+HRESULT makeInternetShortcut(const char* linkPath, const char* url) {
+    const ComApartment apartment;
+    if (FAILED(apartment.result())) {
+        return apartment.result();
+    }
+    ComPointer<IUniformResourceLocatorW> shortcut;
+    HRESULT result = CoCreateInstance(CLSID_InternetShortcut, nullptr, CLSCTX_INPROC_SERVER,
+                                      IID_IUniformResourceLocatorW, shortcut.receiveAny());
+    if (SUCCEEDED(result)) {
+        result = shortcut->SetURL(wideOf(url).c_str(), kUrlAsItIs);
+    }
+    return FAILED(result) ? result : saveAs(shortcut, linkPath);
+}
+
+// Some calls answer S_FALSE for a success with a reserve.
+int statusOfResult(HRESULT result) {
+    return FAILED(result) ? static_cast<int>(result) : 0;
+}
+
+class WindowsShellObjects : public ShellObjects {
+public:
+    int createLink(const char* linkPath, const LinkDescription& link) override {
+        return statusOfResult(makeShellLink(linkPath, link));
+    }
+
+    int createUrlLink(const char* linkPath, const char* url) override {
+        return statusOfResult(makeInternetShortcut(linkPath, url));
+    }
+
+    bool openDocument(const char* path) override {
+        constexpr INT_PTR kLastError = 32;
+        const HINSTANCE answer =
+            ShellExecuteW(nullptr, L"open", wideOf(path).c_str(), nullptr, nullptr, SW_SHOWDEFAULT);
+        return reinterpret_cast<INT_PTR>(answer) > kLastError;
+    }
+
+    bool broadcastEnvironment() override {
+        const auto name = reinterpret_cast<LPARAM>("Environment");
+        DWORD_PTR answer = 0;
+        SendMessageTimeoutA(HWND_BROADCAST, WM_SETTINGCHANGE, 0, name, SMTO_ABORTIFHUNG,
+                            kBroadcastMilliseconds, &answer);
+        // Wide listeners get the narrow text, which the first call has converted for them already.
+        SendMessageTimeoutW(HWND_BROADCAST, WM_SETTINGCHANGE, 0, name, SMTO_ABORTIFHUNG,
+                            kBroadcastMilliseconds, &answer);
+        return true;
+    }
+};
+
+}  // namespace
+
+ShellObjects& systemShellObjects() {
+    static WindowsShellObjects shell;
+    return shell;
+}
+
+}  // namespace platform

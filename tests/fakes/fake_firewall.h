@@ -1,0 +1,126 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/firewall.h"
+
+// A firewall on paper that keeps its exceptions, records what was asked for and fails where it is told to.
+class FakeFirewall : public platform::Firewall {
+public:
+    using Port = std::pair<std::int32_t, platform::FirewallProtocol>;
+
+    bool on = true;
+    std::map<std::string, std::string> applications;  // path -> name
+    std::map<Port, std::string> ports;                // -> name
+    std::map<platform::FirewallCall, int> failing;    // the call -> its number
+
+    // "connect", "close" and, in order, the operations with their arguments: "addPort 80 TCP Web".
+    std::vector<std::string> operations;
+
+    platform::FirewallOutcome connect(std::unique_ptr<platform::FirewallProfile>& outProfile) override {
+        using platform::FirewallCall;
+        operations.push_back("connect");
+        outProfile.reset();
+        for (const FirewallCall call :
+             {FirewallCall::kNoService, FirewallCall::kInitialize, FirewallCall::kCreateManager,
+              FirewallCall::kLocalPolicy, FirewallCall::kCurrentProfile}) {
+            if (failing.contains(call)) {
+                return {call, failing[call]};
+            }
+        }
+        outProfile = std::make_unique<Profile>(*this);
+        return {};
+    }
+
+private:
+    class Profile : public platform::FirewallProfile {
+    public:
+        using Call = platform::FirewallCall;
+        using Outcome = platform::FirewallOutcome;
+        using Protocol = platform::FirewallProtocol;
+
+        explicit Profile(FakeFirewall& firewall) : firewall_(firewall) {}
+        ~Profile() override { note("close"); }
+
+        Outcome isOn(bool& outOn) override {
+            note("isOn");
+            const Outcome outcome = firstFailure({Call::kGetEnabled});
+            outOn = outcome.done() ? firewall_.on : outOn;
+            return outcome;
+        }
+        Outcome switchOn() override {
+            note("switchOn");
+            const Outcome outcome = firstFailure({Call::kSetEnabled});
+            firewall_.on = firewall_.on || outcome.done();
+            return outcome;
+        }
+        Outcome isApplicationEnabled(const char* path, bool& outEnabled) override {
+            note(std::string("isApplicationEnabled ") + path);
+            const Outcome outcome = firstFailure({Call::kListApplications, Call::kApplicationEnabled});
+            outEnabled = outcome.done() ? firewall_.applications.contains(path) : outEnabled;
+            return outcome;
+        }
+        Outcome addApplication(const char* path, const char* name) override {
+            note(std::string("addApplication ") + path + " " + name);
+            const Outcome outcome =
+                firstFailure({Call::kListApplications, Call::kCreateApplication, Call::kSetApplicationPath,
+                              Call::kSetApplicationName, Call::kAddApplication});
+            if (outcome.done()) {
+                firewall_.applications[path] = name;
+            }
+            return outcome;
+        }
+        Outcome removeApplication(const char* path) override {
+            note(std::string("removeApplication ") + path);
+            const Outcome outcome = firstFailure({Call::kListApplications, Call::kRemoveApplication});
+            if (outcome.done()) {
+                firewall_.applications.erase(path);
+            }
+            return outcome;
+        }
+        Outcome isPortEnabled(std::int32_t port, Protocol protocol, bool& outEnabled) override {
+            note("isPortEnabled " + textOf(port, protocol));
+            const Outcome outcome = firstFailure({Call::kListPorts, Call::kPortEnabled});
+            outEnabled = outcome.done() ? firewall_.ports.contains({port, protocol}) : outEnabled;
+            return outcome;
+        }
+        Outcome addPort(std::int32_t port, Protocol protocol, const char* name) override {
+            note("addPort " + textOf(port, protocol) + " " + name);
+            const Outcome outcome =
+                firstFailure({Call::kListPorts, Call::kCreatePort, Call::kSetPortNumber,
+                              Call::kSetPortProtocol, Call::kSetPortName, Call::kAddPort});
+            if (outcome.done()) {
+                firewall_.ports[{port, protocol}] = name;
+            }
+            return outcome;
+        }
+        Outcome removePort(std::int32_t port, Protocol protocol) override {
+            note("removePort " + textOf(port, protocol));
+            const Outcome outcome = firstFailure({Call::kListPorts, Call::kRemovePort});
+            if (outcome.done()) {
+                firewall_.ports.erase({port, protocol});
+            }
+            return outcome;
+        }
+
+    private:
+        static std::string textOf(std::int32_t port, Protocol protocol) {
+            return std::to_string(port) + (protocol == Protocol::kTcp ? " TCP" : " UDP");
+        }
+        void note(const std::string& text) { firewall_.operations.push_back(text); }
+        Outcome firstFailure(std::initializer_list<Call> calls) const {
+            for (const Call call : calls) {
+                if (firewall_.failing.contains(call)) {
+                    return {call, firewall_.failing[call]};
+                }
+            }
+            return {};
+        }
+
+        FakeFirewall& firewall_;
+    };
+};

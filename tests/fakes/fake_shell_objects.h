@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/shell_objects.h"
+
+// A desktop on paper: keeps the links that were made and what was opened, and fails where it is told to.
+class FakeShellObjects : public platform::ShellObjects {
+public:
+    std::map<std::string, platform::LinkDescription> links;  // by path
+    std::map<std::string, std::string> urlLinks;             // path -> URL
+    std::vector<std::string> opened;                         // also what failed to open
+    int broadcasts = 0;
+
+    int linkError = 0;  // non-zero: no link can be made
+    bool opens = true;
+
+    int createLink(const char* linkPath, const platform::LinkDescription& link) override {
+        if (linkError == 0) {
+            links[linkPath] = link;
+        }
+        return linkError;
+    }
+    int createUrlLink(const char* linkPath, const char* url) override {
+        if (linkError == 0) {
+            urlLinks[linkPath] = url;
+        }
+        return linkError;
+    }
+    bool openDocument(const char* path) override {
+        opened.push_back(path);
+        return opens;
+    }
+    bool broadcastEnvironment() override {
+        ++broadcasts;
+        return true;
+    }
+};
