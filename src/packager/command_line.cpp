@@ -13,32 +13,39 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
-    {"build", PackagerCommand::kBuild},
-    {"list", PackagerCommand::kList},
-    {"extract", PackagerCommand::kExtract},
-    {"verify", PackagerCommand::kVerify},
+    {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
+    {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
+    {"text", PackagerCommand::kText},
 };
 
-// An option stores a text, sets a flag or stores a number between 1 and `most`; the others are null.
+constexpr std::int32_t kLeastWidth = 10;
+constexpr std::int32_t kMostWidth = 1000;
+
+// An option stores a text, sets a flag or stores a number between `least` and `most`; the others are null.
 struct OptionRule {
     const char* name;
     std::string CommandLine::*text;
     bool CommandLine::*flag;
     std::int32_t CommandLine::*number;
+    std::int32_t least;
     std::int32_t most;
     PackagerCommand command;
 };
 
 constexpr OptionRule kOptions[] = {
-    {"description", &CommandLine::description, nullptr, nullptr, 0, PackagerCommand::kBuild},
-    {"root", &CommandLine::root, nullptr, nullptr, 0, PackagerCommand::kBuild},
-    {"image", &CommandLine::image, nullptr, nullptr, 0, PackagerCommand::kBuild},
-    {"output", &CommandLine::output, nullptr, nullptr, 0, PackagerCommand::kBuild},
-    {"bin", nullptr, &CommandLine::bin, nullptr, 0, PackagerCommand::kBuild},
-    {"stripes", nullptr, nullptr, &CommandLine::stripes, SolidFormat::kMaxChunks, PackagerCommand::kBuild},
-    {"level", nullptr, nullptr, &CommandLine::level, 9, PackagerCommand::kBuild},
-    {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, PackagerCommand::kBuild},
-    {"to", &CommandLine::target, nullptr, nullptr, 0, PackagerCommand::kExtract},
+    {"description", &CommandLine::description, nullptr, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"output", &CommandLine::output, nullptr, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"bin", nullptr, &CommandLine::bin, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"stripes", nullptr, nullptr, &CommandLine::stripes, 1, SolidFormat::kMaxChunks, PackagerCommand::kBuild},
+    {"level", nullptr, nullptr, &CommandLine::level, 1, 9, PackagerCommand::kBuild},
+    {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kExtract},
+    {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
+    {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
+    {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
+    {"width", nullptr, nullptr, &CommandLine::width, kLeastWidth, kMostWidth, PackagerCommand::kText},
 };
 
 class Parser {
@@ -81,12 +88,25 @@ private:
     }
 
     void takeOperand(const std::string& word) {
-        if (result_.command != PackagerCommand::kBuild && result_.package.empty()) {
-            result_.package = word;
+        std::string* const place = placeOfOperand();
+        if (place != nullptr && place->empty()) {
+            *place = word;
         } else if (result_.command == PackagerCommand::kExtract) {
             result_.aliases.push_back(word);
         } else {
             fail("unexpected word \"" + word + "\"");
+        }
+    }
+
+    // Of the first word behind the command; null when there may be none.
+    std::string* placeOfOperand() {
+        switch (result_.command) {
+            case PackagerCommand::kBuild:
+                return nullptr;
+            case PackagerCommand::kText:
+                return &result_.document;
+            default:
+                return &result_.package;
         }
     }
 
@@ -118,15 +138,16 @@ private:
             fail("the option " + name + " needs a value");
         } else if (rule.text != nullptr) {
             result_.*rule.text = value;
-        } else if (!readNumber(value, rule.most, result_.*rule.number)) {
-            fail("the option " + name + " needs a number from 1 to " + std::to_string(rule.most));
+        } else if (!readNumber(value, rule, result_.*rule.number)) {
+            fail("the option " + name + " needs a number from " + std::to_string(rule.least) + " to " +
+                 std::to_string(rule.most));
         }
     }
 
-    static bool readNumber(const std::string& text, std::int32_t most, std::int32_t& outNumber) {
+    static bool readNumber(const std::string& text, const OptionRule& rule, std::int32_t& outNumber) {
         const char* end = text.data() + text.size();
         const auto [stop, error] = std::from_chars(text.data(), end, outNumber);
-        return error == std::errc() && stop == end && outNumber >= 1 && outNumber <= most;
+        return error == std::errc() && stop == end && outNumber >= rule.least && outNumber <= rule.most;
     }
 
     void checkWhole() {
@@ -146,8 +167,22 @@ private:
                 need(result_.package, "the package");
                 need(result_.target, "--to");
                 break;
+            case PackagerCommand::kText:
+                checkText();
+                break;
             default:
                 need(result_.package, "the package");
+        }
+    }
+
+    void checkText() {
+        need(result_.document, "the document");
+        if (static_cast<int>(result_.html) + static_cast<int>(result_.plain) +
+                static_cast<int>(result_.tree) >
+            1) {
+            fail("--html, --plain and --tree exclude each other");
+        } else if (result_.width != 0 && (result_.html || result_.tree)) {
+            fail("--width is for plain text, it goes with neither --html nor --tree");
         }
     }
 
@@ -176,6 +211,7 @@ constexpr const char* kOverview =
     "  packager list     shows the files of a package\n"
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
+    "  packager text     shows a document as the users of a package will see it\n"
     "\n"
     "packager COMMAND --help tells more about one of them.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
@@ -213,6 +249,25 @@ constexpr const char* kVerifyHelp =
     "\n"
     "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
 
+constexpr const char* kTextHelp =
+    "packager text FILE [--plain | --html | --tree] [--width N]\n"
+    "\n"
+    "Shows a document of a product, such as its agreement, as its users will see it.\n"
+    "\n"
+    "  --plain    as the console shows it (default)\n"
+    "  --html     as a whole HTML page\n"
+    "  --tree     as the installer understands it: the kind of each line, then the tree of the\n"
+    "             blocks, then the tree with its emphasis\n"
+    "  --width N  the columns of the console, 10 to 1000 (default: 80); lines are up to N - 2 bytes\n"
+    "             long, longer words are not broken\n"
+    "\n"
+    "A file is rich text when its name ends in .rtf or its content begins with {\\rtf; every other\n"
+    "file is of the markdown dialect. A setup goes by the description instead: there a document is\n"
+    "markdown when its element says Format=\"TandrelMarkdown\", and rich text otherwise.\n"
+    "Rich text has no --html and no --tree.\n"
+    "A document in which something is wrong isn't shown by a setup at all; this command tells what\n"
+    "and where, and gives exit code 1.\n";
+
 }  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
@@ -245,6 +300,8 @@ std::string helpText(PackagerCommand command) {
             return kExtractHelp;
         case PackagerCommand::kVerify:
             return kVerifyHelp;
+        case PackagerCommand::kText:
+            return kTextHelp;
         case PackagerCommand::kNone:
             break;
     }

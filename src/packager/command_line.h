@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify };
+enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText };
 
 // What the user wants, as the command line tells it.
 struct CommandLine {
@@ -24,6 +24,12 @@ struct CommandLine {
     std::string package;
     std::string target;                // of extract
     std::vector<std::string> aliases;  // of extract; empty: all
+
+    std::string document;  // of text
+    bool html = false;
+    bool plain = false;
+    bool tree = false;
+    std::int32_t width = 0;  // 0: not given
 
     // Empty, or what is wrong with the command line, in one line.
     std::string problem;

@@ -16,6 +16,8 @@ void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
             return runExtract(commandLine, output, files);
         case PackagerCommand::kVerify:
             return runVerify(commandLine, output, files);
+        case PackagerCommand::kText:
+            return runText(commandLine, output, files);
         case PackagerCommand::kNone:
             return;
     }

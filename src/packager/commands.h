@@ -12,6 +12,7 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 
 // The whole tool, from the arguments behind the program's name to the exit code: 0 done, 1 failed, 2 wrong
 // use.

@@ -1,4 +1,4 @@
-"""The packager's four commands on real files."""
+"""The packager's commands on real files."""
 
 import hashlib
 
@@ -85,8 +85,48 @@ class Packager(EndToEndTest):
     def test_help_is_there(self):
         result = self.packager("--help")
         self.assertEqual(result.code, 0, result)
-        for word in ("build", "list", "extract", "verify"):
+        for word in ("build", "list", "extract", "verify", "text"):
             self.assertIn(word, result.out)
+
+
+class Documents(EndToEndTest):
+    MARKDOWN = "# Agreement\n\nYou may *use* it, \u00fcberall.\n\n- here\n- there\n"
+    RICH_TEXT = b"{\\rtf1{\\fonttbl{\\f0 Arial;}}\\pard\\b Note\\b0\\par Two  words \\'a9\\par}\r\n\0"
+
+    def text(self, name, *options):
+        return self.packager("text", self.native(name), *options)
+
+    def test_markdown_is_shown_in_three_forms(self):
+        self.write("agreement.md", self.MARKDOWN)
+        plain = self.text("agreement.md")
+        self.assertEqual(plain.code, 0, plain)
+        self.assertIn("You may use it, \u00fcberall.\n", plain.out)
+        html = self.text("agreement.md", "--html")
+        self.assertEqual(html.code, 0, html)
+        self.assertIn("<p>You may <em>use</em> it, \u00fcberall.</p>\n", html.out)
+        self.assertTrue(html.out.endswith("</html>\n"), html)
+        tree = self.text("agreement.md", "--tree")
+        self.assertEqual(tree.code, 0, tree)
+        self.assertIn("+[ITAL] : use\n", tree.out)
+
+    def test_rich_text_is_shown_in_the_width_of_a_console(self):
+        self.write("note.rtf", self.RICH_TEXT)
+        result = self.text("note.rtf", "--width", "12")
+        self.assertEqual((result.code, result.out), (0, "Note\nTwo  words\n(c)\n"), result)
+
+    def test_a_broken_document_is_told_with_its_line(self):
+        self.write("note.rtf", "{\\rtf1\n}}")
+        self.write("note.md", "fine\n\na ** b\n")
+        for name, line in (("note.rtf", 2), ("note.md", 3)):
+            result = self.text(name)
+            self.assertEqual((result.code, result.out), (1, ""), result)
+            self.assertIn(f"line {line}: ", result.err)
+
+    def test_what_cannot_be_shown_is_told(self):
+        self.write("note.rtf", self.RICH_TEXT)
+        self.assertEqual(self.text("nowhere.md").code, 1)
+        self.assertEqual(self.text("note.rtf", "--html").code, 1)
+        self.assertEqual(self.text("note.rtf", "--tree", "--html").code, 2)
 
 
 if __name__ == "__main__":

@@ -31,6 +31,20 @@ TEST(CommandLine, ReadsThePackageCommands) {
     EXPECT_EQ(extract.aliases, (Words{"a", "--b"}));
 }
 
+TEST(CommandLine, ReadsTheTextCommand) {
+    const CommandLine text = parseCommandLine({"text", "agreement.md"});
+    EXPECT_EQ(text.problem, "");
+    EXPECT_EQ(text.command, PackagerCommand::kText);
+    EXPECT_EQ(text.document, "agreement.md");
+    EXPECT_EQ(text.width, 0);
+    EXPECT_FALSE(text.html || text.plain || text.tree);
+    EXPECT_EQ(parseCommandLine({"text", "a", "--plain", "--width=10"}).width, 10);
+    EXPECT_EQ(parseCommandLine({"text", "--width", "1000", "a"}).width, 1000);
+    EXPECT_TRUE(parseCommandLine({"text", "a", "--plain"}).plain);
+    EXPECT_TRUE(parseCommandLine({"text", "--html", "a"}).html);
+    EXPECT_TRUE(parseCommandLine({"text", "a", "--tree"}).tree);
+}
+
 TEST(CommandLine, TellsWhatIsWrong) {
     const struct {
         Words words;
@@ -46,6 +60,21 @@ TEST(CommandLine, TellsWhatIsWrong) {
         {{"build", "--description", "d", "--root", "r"}, "--output is missing"},
         {{"build", "--description", "d", "--root", "r", "--output", "o"}, "--image is missing"},
         {{"extract", "p"}, "--to is missing"},
+        {{"text"}, "the document is missing"},
+        {{"text", "a", "b"}, "unexpected word \"b\""},
+        {{"text", "a", "--bin"}, "unknown option \"--bin\""},
+        {{"list", "p", "--tree"}, "unknown option \"--tree\""},
+        {{"text", "a", "--tree", "--html"}, "--html, --plain and --tree exclude each other"},
+        {{"text", "a", "--plain", "--html"}, "--html, --plain and --tree exclude each other"},
+        {{"text", "a", "--plain", "--tree"}, "--html, --plain and --tree exclude each other"},
+        {{"text", "a", "--html", "--width", "80"},
+         "--width is for plain text, it goes with neither --html nor --tree"},
+        {{"text", "a", "--tree", "--width", "80"},
+         "--width is for plain text, it goes with neither --html nor --tree"},
+        {{"text", "a", "--width", "9"}, "the option --width needs a number from 10 to 1000"},
+        {{"text", "a", "--width", "1001"}, "the option --width needs a number from 10 to 1000"},
+        {{"text", "a", "--width", "-1"}, "the option --width needs a number from 10 to 1000"},
+        {{"text", "a", "--width", "wide"}, "the option --width needs a number from 10 to 1000"},
         {{"build", "--to", "x"}, "unknown option \"--to\""},
         {{"list", "--bin"}, "unknown option \"--bin\""},
         {{"build", "--bin=1"}, "the option --bin takes no value"},
@@ -69,7 +98,7 @@ TEST(CommandLine, NeedsNoImageForAPackageOfItsOwn) {
 }
 
 TEST(CommandLine, GivesHelpForEachCommand) {
-    for (const char* command : {"build", "list", "extract", "verify"}) {
+    for (const char* command : {"build", "list", "extract", "verify", "text"}) {
         const CommandLine line = parseCommandLine({command, "--help"});
         EXPECT_TRUE(line.help);
         EXPECT_EQ(line.problem, "");

@@ -1,0 +1,102 @@
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "base/errors.h"
+#include "base/text_functions.h"
+#include "packager/commands.h"
+#include "packager/document_fault.h"
+#include "support/utilities.h"
+#include "text/document_text.h"
+
+namespace {
+
+constexpr int kDefaultWidth = 80;
+constexpr std::string_view kRichTextExtension = ".rtf";
+constexpr std::string_view kRichTextStart = "{\\rtf";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string readDocument(const std::string& path, platform::FileSystem& files) {
+    std::string document;
+    const int status = OUtils::readWholeFile(path.c_str(), document, files);
+    if (status != 0) {
+        throw InstallerError("%s: the document can't be read (error %d)", path.c_str(), status);
+    }
+    return document;
+}
+
+bool isRichText(std::string_view path, std::string_view document) {
+    const std::size_t tail = path.size() - std::min(path.size(), kRichTextExtension.size());
+    return OUtils::equalsIgnoreCase(path.substr(tail), kRichTextExtension) ||
+           document.starts_with(kRichTextStart);
+}
+
+// Both are shown by a setup as they are, and hardly what the author wants.
+void warnOfEncoding(const std::string& path, std::string_view document, PackagerOutput& output) {
+    const std::string start = "packager: warning: " + printable(path) + ": ";
+    const std::size_t zero = document.find('\0');
+    if (zero != std::string_view::npos) {
+        output.tell(start + "line " + std::to_string(lineOfOffset(document, zero)) +
+                    ": the document ends here at a zero byte: save it as UTF-8");
+    }
+    if (document.starts_with(kByteOrderMark)) {
+        output.tell(start + "a byte order mark stands ahead of the first line: save it without one");
+    }
+}
+
+void printLines(std::string_view text, PackagerOutput& output) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        output.print(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+[[noreturn]] void fail(const std::string& path, const std::string& fault) {
+    throw InstallerError("%s: %s", path.c_str(), fault.c_str());
+}
+
+void showRichText(const CommandLine& commandLine, const std::string& document, int width,
+                  PackagerOutput& output) {
+    if (commandLine.html || commandLine.tree) {
+        fail(commandLine.document, "this is rich text, which has no --html and no --tree: use --plain");
+    }
+    const auto text = richTextAsText(document, width);
+    if (!text) {
+        fail(commandLine.document, richTextFault(document));
+    }
+    printLines(*text, output);
+}
+
+// What was understood of a broken document helps to find the fault, so it comes ahead of the message.
+void showTree(const CommandLine& commandLine, const std::string& document, PackagerOutput& output) {
+    TGMParseResult result;
+    printLines(markdownAsTree(document, result), output);
+    if (!result.succeeded()) {
+        fail(commandLine.document, markdownFault(document));
+    }
+}
+
+void showMarkdown(const CommandLine& commandLine, const std::string& document, int width,
+                  PackagerOutput& output) {
+    const auto text = commandLine.html ? markdownAsHtml(document) : markdownAsText(document, width);
+    if (!text) {
+        fail(commandLine.document, markdownFault(document));
+    }
+    printLines(*text, output);
+}
+
+}  // namespace
+
+void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+    const std::string document = readDocument(commandLine.document, files);
+    const int width = commandLine.width == 0 ? kDefaultWidth : commandLine.width;
+    warnOfEncoding(commandLine.document, document, output);
+    if (isRichText(commandLine.document, document)) {
+        showRichText(commandLine, document, width, output);
+    } else if (commandLine.tree) {
+        showTree(commandLine, document, output);
+    } else {
+        showMarkdown(commandLine, document, width, output);
+    }
+}
