@@ -127,7 +127,7 @@ class Examples(ManualTest):
                 names = [n.text for n in ElementTree.fromstring(text).iter("FN") if n.text]
                 files = {n: "content\n" for n in names if n not in ("install.xml", "installer")}
                 package = self.build_package(self.localized(text), files)
-                result = self.run_program(package, "-auto")
+                result = self.run_program(package, "-auto", "-VARIABLE_AGREED=1")
                 self.assertIn("The installation was successful.\n", result.out)
         self.assertGreaterEqual(count, 2)
 

@@ -13,7 +13,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-LAYERS = ("description", "engine", "ui", "session", "wini", "installer")
+LAYERS = ("description", "engine", "ui", "session", "wini", "installer", "packager", "package", "support", "platform")
 WORD = r'"([A-Za-z][A-Za-z0-9]*)"'
 # A call, what comes ahead of the word among its arguments, and what kind of word it is.
 LOOKUPS = [
@@ -21,6 +21,7 @@ LOOKUPS = [
     (rf'\bhas\({WORD}\)', "attribute"),
     (rf'\bfind(?:ByName|Child|Relative)\((?:[\w.>\-]+,\s*)?{WORD}', "element"),
     (rf'\bchildrenOf\(\w+,\s*{WORD}', "element"),
+    (r'(?:getenv|\.get)\("([A-Z_]+)"|kLevelVariable\[\] = "([A-Z_]+)"', "environment variable"),
     (r'"TandrelGroupInstallation((?:/\w+)+)"', "path"),
     (rf'\b(?:equalsIgnoreCase|startsWithIgnoreCase)\([^;"]*?,\s*{WORD}', "word"),
     (r'\b(?:refuse|runActions|runAdditionalActions)\((?:[&\w.]+,\s*)?"([A-Z][A-Za-z]*)"\s*[,)]', "element"),
@@ -37,7 +38,7 @@ def words_of_sources():
             for pattern, kind in LOOKUPS:
                 for match in re.finditer(pattern, text):
                     place = f"{path.relative_to(ROOT)}:{text.count(chr(10), 0, match.start()) + 1}"
-                    for word in match.group(1).split("/"):
+                    for word in next(g for g in match.groups() if g).split("/"):
                         if word and word not in SKIPPED:
                             yield word, kind, place
 
