@@ -29,8 +29,12 @@ public:
     // is given to the next read, as fgets does. `outLine` keeps the line feed.
     virtual ReadStatus readLine(std::string& outLine, std::size_t maxBytes) = 0;
     // One key without echo (from a pipe: one byte). The backspace key gives 8, the key that ends the input
-    // kEnd. The terminal's settings are restored before it returns.
+    // kEnd. Outside of beginKeys and endKeys the terminal's settings are restored before it returns.
     virtual ReadStatus readKey(int& outKey) = 0;
+    // Between the two only readKey reads, and a terminal echoes nothing, not even what is typed between two
+    // reads. Pairs don't nest. Without a terminal they do nothing.
+    virtual void beginKeys() = 0;
+    virtual void endKeys() = 0;
 
     // From any thread, any number of times: a read that blocks, and each later one, returns kInterrupted.
     virtual void interruptInput() = 0;
@@ -44,7 +48,7 @@ public:
 ConsoleDevice& systemConsole();
 
 // The events of the console control handler, by the numbers of Windows. On Linux SIGINT is kInterrupt,
-// SIGHUP kClose, SIGTERM kShutdown.
+// SIGQUIT kBreak, SIGHUP kClose, SIGTERM kShutdown.
 enum class ControlEvent : int { kInterrupt = 0, kBreak = 1, kClose = 2, kLogoff = 5, kShutdown = 6 };
 
 // Called on a thread of its own, possibly several times and on several threads. True means that the event

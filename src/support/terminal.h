@@ -34,6 +34,9 @@ public:
     virtual TerminalRead readLine(std::string& out, std::size_t maxBytes) = 0;
     // Flushes the output, then reads one key without echo. `outKey` is 0 unless the result is Line.
     virtual TerminalRead readKey(int& outKey) = 0;
+    // Between the two only readKey reads, and nothing that is typed is echoed. Pairs don't nest.
+    virtual void beginKeys() = 0;
+    virtual void endKeys() = 0;
     // From any thread: a read that waits, and each later one, returns Interrupted.
     virtual void interruptInput() = 0;
 
@@ -43,6 +46,19 @@ public:
     virtual bool isOutputTerminal() = 0;
 
     virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;
+};
+
+// Nothing that is typed is echoed during its life. From before the question on, because people and programs
+// type as soon as they see it.
+class UnechoedInput {
+public:
+    explicit UnechoedInput(Terminal& terminal) : terminal_(terminal) { terminal_.beginKeys(); }
+    ~UnechoedInput() { terminal_.endKeys(); }
+    UnechoedInput(const UnechoedInput&) = delete;
+    UnechoedInput& operator=(const UnechoedInput&) = delete;
+
+private:
+    Terminal& terminal_;
 };
 
 // The terminal on the process's standard streams. The device must outlive it.
@@ -55,6 +71,8 @@ public:
     bool outputFailed() override { return outputFailed_; }
     TerminalRead readLine(std::string& out, std::size_t maxBytes) override;
     TerminalRead readKey(int& outKey) override;
+    void beginKeys() override { device_.beginKeys(); }
+    void endKeys() override { device_.endKeys(); }
     void interruptInput() override;
     bool windowSize(int& outColumns, int& outRows) override;
     bool isInputTerminal() override;

@@ -20,6 +20,7 @@ public:
     int rows = 0;
     bool inputIsTerminal = false;
     bool interrupted = false;
+    bool echo = true;
 
     bool write(std::string_view text) override {
         if (!outputFails) {
@@ -66,6 +67,8 @@ public:
         keys.pop_front();
         return platform::ReadStatus::kLine;
     }
+    void beginKeys() override { echo = false; }
+    void endKeys() override { echo = true; }
     void interruptInput() override { interrupted = true; }
 
     bool windowSize(int& outColumns, int& outRows) override {

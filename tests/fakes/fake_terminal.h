@@ -21,15 +21,19 @@ public:
     std::size_t outputLimit = std::string::npos;  // bytes after which the output has failed
     std::function<void()> beforeRead;             // called at each read of a line or key
     std::uint64_t slept = 0;                      // milliseconds
+    std::function<void()> onSleep;
     int linesRead = 0;
     int keysRead = 0;
     int flushes = 0;
+    bool echo = true;
+    std::string writtenUnechoed;  // the part of the output that was written while nothing is echoed
 
     bool write(std::string_view text) override {
         const std::size_t room = outputLimit - std::min(outputLimit, output.size());
         failed_ = failed_ || text.size() > room;
         if (!failed_) {
             output += text;
+            writtenUnechoed += echo ? "" : text;
         }
         return !failed_;
     }
@@ -77,6 +81,8 @@ public:
         return TerminalRead::Line;
     }
 
+    void beginKeys() override { echo = false; }
+    void endKeys() override { echo = true; }
     void interruptInput() override { interrupted_ = true; }
 
     bool windowSize(int& outColumns, int& outRows) override {
@@ -86,7 +92,12 @@ public:
     }
     bool isInputTerminal() override { return inputIsTerminal; }
     bool isOutputTerminal() override { return columns > 0; }
-    void sleepMilliseconds(std::uint32_t milliseconds) override { slept += milliseconds; }
+    void sleepMilliseconds(std::uint32_t milliseconds) override {
+        slept += milliseconds;
+        if (onSleep) {
+            onSleep();
+        }
+    }
 
 private:
     std::string rest_;

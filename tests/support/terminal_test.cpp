@@ -69,6 +69,14 @@ TEST_F(SystemTerminalTest, GivesKeys) {
     EXPECT_EQ('y', key_);
 }
 
+TEST_F(SystemTerminalTest, EchoesNothingAsLongAsItIsAskedTo) {
+    {
+        const UnechoedInput unechoed(terminal_);
+        EXPECT_FALSE(device_.echo);
+    }
+    EXPECT_TRUE(device_.echo);
+}
+
 TEST_F(SystemTerminalTest, TellsAnInterruption) {
     device_.lines = {"a\n"};
     device_.keys = {'y'};

@@ -21,37 +21,56 @@ struct SignalEvent {
 
 constexpr SignalEvent kSignalEvents[] = {
     {SIGINT, ControlEvent::kInterrupt},
+    {SIGQUIT, ControlEvent::kBreak},
     {SIGHUP, ControlEvent::kClose},
     {SIGTERM, ControlEvent::kShutdown},
 };
 
 std::atomic<ControlHandler> controlHandler{nullptr};
 
-// The signals to serve. One that the caller wants ignored (nohup, background jobs of old shells) stays
-// ignored.
+// One that the caller wants ignored (nohup, background jobs of old shells) stays ignored.
+void addUnlessIgnored(sigset_t& set, int signal) {
+    struct sigaction action {};
+    if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+        sigaddset(&set, signal);
+    }
+}
+
+// The signals to serve: the events, and what stops and continues a job, so that the terminal isn't left
+// without echo meanwhile.
 sigset_t servedSignals() {
     sigset_t set;
     sigemptyset(&set);
     for (const SignalEvent& entry : kSignalEvents) {
-        struct sigaction action {};
-        if (sigaction(entry.signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
-            sigaddset(&set, entry.signal);
-        }
+        addUnlessIgnored(set, entry.signal);
     }
+    addUnlessIgnored(set, SIGTSTP);
+    addUnlessIgnored(set, SIGCONT);
     return set;
 }
 
-void endBySignal(int signal) {
-    restoreTerminalMode();
+// Does to the process what the system does without us.
+void takeDefaultAction(int signal) {
     std::signal(signal, SIG_DFL);
     sigset_t set;
     sigemptyset(&set);
     sigaddset(&set, signal);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     raise(signal);
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);  // a process that was stopped goes on here
+}
+
+void endBySignal(int signal) {
+    restoreTerminalMode();
+    takeDefaultAction(signal);
 }
 
 void dispatch(int signal) {
+    if (signal == SIGTSTP) {
+        stopWithTerminalRestored([] { takeDefaultAction(SIGTSTP); });
+    } else if (signal == SIGCONT) {
+        retakeTerminalMode();
+    }
     for (const SignalEvent& entry : kSignalEvents) {
         const ControlHandler handler = controlHandler;
         if (entry.signal == signal && (handler == nullptr || !handler(entry.event))) {

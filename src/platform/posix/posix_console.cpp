@@ -12,8 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/posix/terminal_mode.h"
-
 namespace platform {
 
 namespace {

@@ -2,10 +2,12 @@
 
 #include <atomic>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "platform/console_device.h"
 #include "platform/posix/system_calls.h"
+#include "platform/posix/terminal_mode.h"
 
 namespace platform {
 
@@ -20,6 +22,8 @@ public:
     bool writeError(std::string_view text) override;
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override;
     ReadStatus readKey(int& outKey) override;
+    void beginKeys() override { keys_.emplace(input_); }
+    void endKeys() override { keys_.reset(); }
     void interruptInput() override;
     bool windowSize(int& outColumns, int& outRows) override;
     bool isInputTerminal() override;
@@ -42,6 +46,7 @@ private:
 
     std::string pendingInput_;
     std::size_t inputPosition_ = 0;
+    std::optional<RawTerminalMode> keys_;  // from beginKeys to endKeys
     std::atomic<bool> interrupted_{false};
     Descriptor wakeUp_;  // readable from the first interruptInput on
 };

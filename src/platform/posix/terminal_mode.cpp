@@ -1,5 +1,7 @@
 #include "platform/posix/terminal_mode.h"
 
+#include <unistd.h>
+
 #include <mutex>
 
 #include "platform/posix/system_calls.h"
@@ -22,24 +24,34 @@ SavedMode& savedMode() {
     return mode;
 }
 
+// Settings of a terminal that another job uses are not ours to change, and trying stops the process.
+void apply(int descriptor, const termios& settings) {
+    const pid_t foreground = tcgetpgrp(descriptor);
+    if (foreground < 0 || foreground == getpgrp()) {
+        retryInterrupted([&] { return tcsetattr(descriptor, TCSANOW, &settings); });
+    }
+}
+
+termios rawSettings(termios settings) {
+    settings.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+    settings.c_cc[VMIN] = 1;
+    settings.c_cc[VTIME] = 0;
+    settings.c_cc[VSUSP] = _POSIX_VDISABLE;
+    return settings;
+}
+
 }  // namespace
 
 RawTerminalMode::RawTerminalMode(int descriptor) {
     SavedMode& saved = savedMode();
     const std::lock_guard lock(saved.mutex);
-    termios settings{};
-    if (saved.active || tcgetattr(descriptor, &settings) != 0) {
+    if (saved.active || tcgetattr(descriptor, &saved.settings) != 0) {
         return;
     }
-    saved.settings = settings;
-    settings.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
-    settings.c_cc[VMIN] = 1;
-    settings.c_cc[VTIME] = 0;
-    if (retryInterrupted([&] { return tcsetattr(descriptor, TCSANOW, &settings); }) == 0) {
-        saved.active = true;
-        saved.descriptor = descriptor;
-        active_ = true;
-    }
+    saved.descriptor = descriptor;
+    saved.active = true;
+    active_ = true;
+    apply(descriptor, rawSettings(saved.settings));
 }
 
 RawTerminalMode::~RawTerminalMode() {
@@ -52,8 +64,25 @@ void restoreTerminalMode() {
     SavedMode& saved = savedMode();
     const std::lock_guard lock(saved.mutex);
     if (saved.active) {
-        retryInterrupted([&] { return tcsetattr(saved.descriptor, TCSANOW, &saved.settings); });
+        apply(saved.descriptor, saved.settings);
         saved.active = false;
+    }
+}
+
+void stopWithTerminalRestored(const std::function<void()>& stop) {
+    SavedMode& saved = savedMode();
+    const std::lock_guard lock(saved.mutex);
+    if (saved.active) {
+        apply(saved.descriptor, saved.settings);
+    }
+    stop();
+}
+
+void retakeTerminalMode() {
+    SavedMode& saved = savedMode();
+    const std::lock_guard lock(saved.mutex);
+    if (saved.active) {
+        apply(saved.descriptor, rawSettings(saved.settings));
     }
 }
 

@@ -2,12 +2,15 @@
 
 #include <termios.h>
 
+#include <functional>
+
 namespace platform {
 
-// Takes echo and line editing from a terminal for the object's life. Signals from keys (Ctrl-C) go on.
+// Takes echo, line editing and the key that suspends a program from a terminal for the object's life. The
+// other signals from keys (Ctrl-C) go on.
 class RawTerminalMode {
 public:
-    // Does nothing when the descriptor is no terminal.
+    // Does nothing when the descriptor is no terminal, or while another object has the terminal.
     explicit RawTerminalMode(int descriptor);
     ~RawTerminalMode();
     RawTerminalMode(const RawTerminalMode&) = delete;
@@ -17,8 +20,17 @@ private:
     bool active_ = false;
 };
 
-// Gives the terminal back whatever a RawTerminalMode took. For a process that is about to be ended by a
-// signal, from any thread.
+// The next three are for what signals do to the process, from any thread. They leave a terminal alone that
+// belongs to another job meanwhile.
+
+// Gives the terminal back for good, whatever a RawTerminalMode took. For a process that is about to end.
 void restoreTerminalMode();
+
+// Gives the terminal back and calls `stop`, in which the process stops. Nothing takes the terminal before it
+// returns.
+void stopWithTerminalRestored(const std::function<void()>& stop);
+
+// Takes again what a living RawTerminalMode had taken. For a process that goes on.
+void retakeTerminalMode();
 
 }  // namespace platform

@@ -23,6 +23,8 @@ public:
         return input_.readLine(outLine, maxBytes);
     }
     ReadStatus readKey(int& outKey) override { return input_.readKey(outKey); }
+    void beginKeys() override { input_.beginKeys(); }
+    void endKeys() override { input_.endKeys(); }
     void interruptInput() override { input_.interrupt(); }
 
     bool windowSize(int& outColumns, int& outRows) override {

@@ -11,26 +11,6 @@ constexpr int kWakeAttempts = 2000;        // of 1 ms each
 constexpr int kAttemptsBeforeEnter = 100;  // then a key press is made up
 constexpr wchar_t kEndOfConsoleInput = 0x1A;
 
-// Reads single keys as long as it lives: no line editing, no echo, Ctrl-C a key like any other.
-class RawConsoleMode {
-public:
-    explicit RawConsoleMode(HANDLE console) : console_(console) {
-        changed_ = GetConsoleMode(console, &mode_) != 0 && SetConsoleMode(console, 0) != 0;
-    }
-    ~RawConsoleMode() {
-        if (changed_) {
-            SetConsoleMode(console_, mode_);
-        }
-    }
-    RawConsoleMode(const RawConsoleMode&) = delete;
-    RawConsoleMode& operator=(const RawConsoleMode&) = delete;
-
-private:
-    HANDLE console_;
-    DWORD mode_ = 0;
-    bool changed_ = false;
-};
-
 void pressEnter(HANDLE console) {
     INPUT_RECORD records[2] = {};
     for (INPUT_RECORD& record : records) {
@@ -45,6 +25,16 @@ void pressEnter(HANDLE console) {
 }
 
 }  // namespace
+
+RawConsoleMode::RawConsoleMode(HANDLE console) : console_(console) {
+    changed_ = GetConsoleMode(console, &mode_) != 0 && SetConsoleMode(console, 0) != 0;
+}
+
+RawConsoleMode::~RawConsoleMode() {
+    if (changed_) {
+        SetConsoleMode(console_, mode_);
+    }
+}
 
 ConsoleInput::ConsoleInput(HANDLE handle)
     : handle_(handle),
@@ -103,6 +93,16 @@ ReadStatus ConsoleInput::readKey(int& outKey) {
         outKey = static_cast<unsigned char>(byte.front());
     }
     return status;
+}
+
+void ConsoleInput::beginKeys() {
+    if (kind_ == Kind::kConsole) {
+        rawMode_.emplace(handle_);
+    }
+}
+
+void ConsoleInput::endKeys() {
+    rawMode_.reset();
 }
 
 // Gets more text. kLine: there may be more now; kEnd: there won't be.

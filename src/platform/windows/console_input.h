@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "platform/console_device.h"
@@ -11,6 +12,21 @@
 #include "platform/windows/wide_text.h"
 
 namespace platform {
+
+// Reads single keys as long as it lives: no line editing, no echo, Ctrl-C a key like any other.
+class RawConsoleMode {
+public:
+    // Does nothing when the handle is no console.
+    explicit RawConsoleMode(HANDLE console);
+    ~RawConsoleMode();
+    RawConsoleMode(const RawConsoleMode&) = delete;
+    RawConsoleMode& operator=(const RawConsoleMode&) = delete;
+
+private:
+    HANDLE console_;
+    DWORD mode_ = 0;
+    bool changed_ = false;
+};
 
 // One input stream: a console, a pipe or a file. Bytes are UTF-8, line ends become line feeds. Read by one
 // thread at a time, interrupted by any.
@@ -23,6 +39,8 @@ public:
 
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes);
     ReadStatus readKey(int& outKey);
+    void beginKeys();
+    void endKeys();
     void interrupt();
     bool isTerminal() const { return kind_ == Kind::kConsole; }
 
@@ -44,7 +62,8 @@ private:
     std::size_t position_ = 0;
     bool heldReturn_ = false;  // a carriage return at the end of what came; the next byte tells its meaning
     bool ended_ = false;
-    std::string keys_;  // bytes of a pressed key that are still to be given out
+    std::optional<RawConsoleMode> rawMode_;  // from beginKeys to endKeys
+    std::string keys_;                       // bytes of a pressed key that are still to be given out
     wchar_t highSurrogate_ = 0;
     std::atomic<bool> interrupted_{false};
     std::atomic<bool> readingConsole_{false};

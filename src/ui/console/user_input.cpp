@@ -144,19 +144,27 @@ bool User::readHidden(std::string& outText, std::size_t maxKeys) {
     return !interrupted_;
 }
 
+bool User::askHidden(const std::string& prompt, std::string& outText, std::size_t maxKeys) {
+    const UnechoedInput unechoed(terminal_);
+    terminal_.write(prompt);
+    const bool answered = readHidden(outText, maxKeys);
+    terminal_.write("\n");
+    terminal_.flush();
+    return answered;
+}
+
 int User::askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
                   bool echo) {
     const std::string_view preset = viewOf(value).empty() ? viewOf(fallback) : viewOf(value);
-    terminal_.write(viewOf(question));
-    terminal_.write(preset.empty() ? std::string(":") : " [" + std::string(preset) + "]:");
+    const std::string prompt =
+        std::string(viewOf(question)) + (preset.empty() ? ":" : " [" + std::string(preset) + "]:");
     std::string answer;
     bool answered = false;
     if (echo) {
+        terminal_.write(prompt);
         answered = readLine(answer, static_cast<std::size_t>(std::max(size - 1, 1)));
     } else {
-        answered = readHidden(answer, static_cast<std::size_t>(std::max(size, 1)));
-        terminal_.write("\n");
-        terminal_.flush();
+        answered = askHidden(prompt, answer, static_cast<std::size_t>(std::max(size, 1)));
     }
     if (answered && answer.empty()) {
         answer = preset;

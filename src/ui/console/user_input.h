@@ -39,6 +39,7 @@ public:
 
 private:
     bool readLine(std::string& outLine, std::size_t maxBytes);
+    bool askHidden(const std::string& prompt, std::string& outText, std::size_t maxKeys);
     bool readHidden(std::string& outText, std::size_t maxKeys);
     bool canAsk();
     void dropRestOfLine(const std::string& line, std::size_t maxBytes);

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -68,6 +69,9 @@ TEST(ControlHandlerTest, SignalsReachTheHandlerOnAThreadOfItsOwn) {
         if (eventOf(SIGINT) != static_cast<int>(ControlEvent::kInterrupt)) {
             return 2;
         }
+        if (eventOf(SIGQUIT) != static_cast<int>(ControlEvent::kBreak)) {
+            return 6;
+        }
         if (eventOf(SIGHUP) != static_cast<int>(ControlEvent::kClose)) {
             return 3;
         }
@@ -80,8 +84,10 @@ TEST(ControlHandlerTest, SignalsReachTheHandlerOnAThreadOfItsOwn) {
 }
 
 TEST(ControlHandlerTest, ARefusedEventEndsTheProcessAsTheSystemDoes) {
-    for (const int signal : {SIGINT, SIGHUP, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGQUIT, SIGHUP, SIGTERM}) {
         const int status = statusOfChild([signal] {
+            const rlimit noCoreFile{0, 0};
+            setrlimit(RLIMIT_CORE, &noCoreFile);
             platform::setControlHandler(refuseEvent);
             kill(getpid(), signal);
             platform::sleepMilliseconds(60000);
@@ -90,6 +96,27 @@ TEST(ControlHandlerTest, ARefusedEventEndsTheProcessAsTheSystemDoes) {
         ASSERT_TRUE(WIFSIGNALED(status));
         EXPECT_EQ(WTERMSIG(status), signal);
     }
+}
+
+TEST(ControlHandlerTest, AStopStopsTheProcessAndItGoesOnAfterwards) {
+    const pid_t child = fork();
+    if (child == 0) {
+        setpgid(0, 0);  // the system doesn't stop a group that no shell of the session could continue
+        platform::setControlHandler(recordEvent);
+        kill(getpid(), SIGTSTP);
+        for (int look = 0; look < 60000 && eventCount == 0; ++look) {
+            platform::sleepMilliseconds(1);
+        }
+        _exit(eventCount == 1 ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
+    ASSERT_TRUE(WIFSTOPPED(status));
+    EXPECT_EQ(WSTOPSIG(status), SIGTSTP);
+    kill(child, SIGCONT);
+    kill(child, SIGINT);
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(exitCodeOf(status), 0);
 }
 
 TEST(ControlHandlerTest, AnIgnoredSignalStaysIgnored) {

@@ -290,6 +290,28 @@ TEST_F(TerminalConsoleTest, APastedTextIsNotEchoedBetweenKeys) {
     EXPECT_EQ(seen(), "end");
 }
 
+TEST_F(TerminalConsoleTest, NothingIsEchoedFromTheFirstKeyToTheLast) {
+    console_->beginKeys();
+    EXPECT_FALSE(hasEcho());
+    int key = 0;
+    type("s");
+    EXPECT_EQ(console_->readKey(key), ReadStatus::kLine);
+    EXPECT_FALSE(hasEcho());
+    type("e");
+    EXPECT_EQ(console_->readKey(key), ReadStatus::kLine);
+    EXPECT_EQ(key, 'e');
+    console_->endKeys();
+    EXPECT_TRUE(hasEcho());
+    ASSERT_TRUE(console_->writeError("end"));
+    EXPECT_EQ(seen(), "end");
+}
+
+TEST_F(TerminalConsoleTest, TheKeyThatSuspendsIsAKeyLikeAnyOther) {
+    int key = 0;
+    EXPECT_EQ(readKeyDuring(key, [&] { type("\x1A"); }), ReadStatus::kLine);
+    EXPECT_EQ(key, 26);
+}
+
 TEST_F(TerminalConsoleTest, AnInterruptedKeyGivesTheSettingsBack) {
     int key = 0;
     EXPECT_EQ(readKeyDuring(key, [&] { console_->interruptInput(); }), ReadStatus::kInterrupted);
@@ -308,6 +330,20 @@ TEST_F(TerminalConsoleTest, AProcessAboutToEndCanGiveTheSettingsBack) {
     const platform::RawTerminalMode raw(program_);
     ASSERT_FALSE(hasEcho());
     platform::restoreTerminalMode();
+    EXPECT_TRUE(hasEcho());
+}
+
+TEST_F(TerminalConsoleTest, AStoppedProcessHasGivenTheSettingsBack) {
+    bool echoWhileStopped = false;
+    {
+        const platform::RawTerminalMode raw(program_);
+        platform::stopWithTerminalRestored([&] { echoWhileStopped = hasEcho(); });
+        EXPECT_TRUE(echoWhileStopped);
+        platform::retakeTerminalMode();
+        EXPECT_FALSE(hasEcho());
+    }
+    EXPECT_TRUE(hasEcho());
+    platform::retakeTerminalMode();
     EXPECT_TRUE(hasEcho());
 }
 

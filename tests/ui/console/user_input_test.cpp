@@ -116,6 +116,16 @@ TEST_F(UserInput, ReadsAPasswordWithoutEcho) {
     EXPECT_EQ(terminal.linesRead, 0);
 }
 
+TEST_F(UserInput, SwitchesTheEchoOffBeforeItAsksForAPassword) {
+    type("secret\r");
+    askText("", "", false);
+    EXPECT_EQ(terminal.writtenUnechoed, "Name:\n");
+    EXPECT_TRUE(terminal.echo);
+    terminal.lines = {"typed"};
+    askText("", "", true);
+    EXPECT_EQ(terminal.writtenUnechoed, "Name:\n");
+}
+
 TEST_F(UserInput, EndsAPasswordAtEachOfTheEndKeys) {
     for (const int key : {3, 10, 13, 26, 27}) {
         terminal.keys = {'a', key, 'b'};
