@@ -13,6 +13,7 @@
 namespace {
 
 constexpr std::uint32_t kConditionPollMilliseconds = 100;
+constexpr std::uint32_t kMarkWaitMilliseconds = 10000;
 constexpr int kAssumedColumns = 80;
 constexpr std::size_t kBlankWidth = 78;
 
@@ -79,8 +80,17 @@ int ConsoleUI::finish() {
     return 0;
 }
 
+// The thread of an interrupt wakes the question first and marks the session afterwards. A walk that ran ahead
+// of the mark would print, or even install, what was just called off.
 bool ConsoleUI::isCancelled() const {
-    return engine() != nullptr && engine()->isCancelled();
+    if (engine() == nullptr) {
+        return false;
+    }
+    for (std::uint32_t waited = 0;
+         cancelConfirmed_ && !engine()->isCancelled() && waited < kMarkWaitMilliseconds; ++waited) {
+        terminal().sleepMilliseconds(1);
+    }
+    return engine()->isCancelled();
 }
 
 int ConsoleUI::showDialog(int dialog) {
@@ -107,6 +117,7 @@ int ConsoleUI::showSubDialog(int dialog, int sub) {
     if (!isCancelled()) {
         processFields(dialog, sub);
     }
+    isCancelled();  // the work of the page comes next
     return 0;
 }
 
@@ -235,6 +246,7 @@ int ConsoleUI::confirmCancel() {
     if (state == kUiBusy) {
         return refuseCancel("\n[CTRL-C] The installer is busy and cannot be interrupted");
     }
+    cancelConfirmed_ = true;
     if (losingDialogue_) {
         printLine(isUninstall() ? "\nThe input has ended. Aborting uninstallation..."
                                 : "\nThe input has ended. Aborting installation...");
@@ -311,6 +323,7 @@ int ConsoleUI::messageBox(const char* text, MessageKind kind) {
 
 int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {
     const int answer = input()->askChoice(text, 0, first, second, prefixOfExactCase, prefixOfExactCase);
+    isCancelled();  // an interrupted box counts as agreed, and only the mark stops what was agreed to
     return answer < 1 ? 1 : 0;
 }
 

@@ -107,6 +107,7 @@ private:
     int printedCount_ = 0;
     bool dialogHasCondition_ = false;
 
+    std::atomic<bool> cancelConfirmed_{false};  // written by the thread of the interrupt
     // Written by the session's thread, read where a cancel is confirmed.
     std::atomic<bool> losingDialogue_{false};
     bool dialogueLost_ = false;

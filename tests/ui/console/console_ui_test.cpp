@@ -526,6 +526,37 @@ TEST_F(ConsoleFrontEnd, CancelsInEveryOtherState) {
     EXPECT_EQ(terminal.linesRead, 0);
 }
 
+TEST_F(ConsoleFrontEnd, WaitsForTheMarkOfTheCancelThatWokeItsQuestion) {
+    addField(engine.addDialog("Page"), "A");
+    terminal.beforeRead = [this] { ui->confirmCancel(); };
+    terminal.onSleep = [this] { engine.cancelled = terminal.slept == 3; };
+    show(0);
+    EXPECT_TRUE(engine.isCancelled());
+    EXPECT_EQ(terminal.slept, 3U);
+}
+
+TEST_F(ConsoleFrontEnd, WaitsForTheMarkBeforeTheWorkOfAPageWithoutQuestions) {
+    engine.addDialog("Page");
+    ui->confirmCancel();
+    terminal.onSleep = [this] { engine.cancelled = true; };
+    EXPECT_EQ(show(0), "");
+    EXPECT_TRUE(engine.isCancelled());
+}
+
+TEST_F(ConsoleFrontEnd, WaitsForTheMarkOfAnInterruptedBox) {
+    terminal.beforeRead = [this] { ui->confirmCancel(); };
+    terminal.onSleep = [this] { engine.cancelled = true; };
+    EXPECT_EQ(ui->messageBox("Sure?", MessageKind::kYesNo), 1);
+    EXPECT_TRUE(engine.isCancelled());
+}
+
+TEST_F(ConsoleFrontEnd, DoesNotWaitForEverForAMark) {
+    engine.addDialog("Page");
+    ui->confirmCancel();
+    show(0);
+    EXPECT_GT(terminal.slept, 1000U);
+}
+
 TEST_F(ConsoleFrontEnd, CannotBeCancelledWithoutEngineOrProvider) {
     ConsoleUI bare(false, false, false, terminal);
     EXPECT_EQ(bare.confirmCancel(), 0);
