@@ -14,6 +14,8 @@ import tempfile
 import time
 import unittest
 
+from terminal import Terminal
+
 TOP = pathlib.Path(__file__).resolve().parents[2]
 WINDOWS = os.environ.get("TANDREL_E2E_SYSTEM", "linux") == "windows"
 BIN = pathlib.Path(os.environ.get("TANDREL_E2E_BIN", TOP / "build" / ("windows" if WINDOWS else "linux") / "bin"))
@@ -49,6 +51,8 @@ class LinuxMachine:
 
     def command(self, program):
         return [str(program)]
+
+    direct_command = command
 
     def close(self):
         shutil.rmtree(self.root, ignore_errors=True)
@@ -103,6 +107,11 @@ class WindowsMachine:
     def command(self, program):
         return [str(self.prefix.scripts / "run-under-wine"), self.native(pathlib.Path(program).relative_to(self.root))]
 
+    def direct_command(self, program):
+        """As `command`, without a process in between: for what is typed at a terminal, and for signals."""
+        return ["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; shift; exec wine "$@"',
+                str(self.prefix.scripts), str(self.prefix.directory), self.command(program)[1]]
+
     def close(self):
         shutil.rmtree(self.root, ignore_errors=True)
 
@@ -150,6 +159,14 @@ class EndToEndTest(unittest.TestCase):
         done = subprocess.run(command, input=stdin.encode("utf-8"), capture_output=True, timeout=timeout, check=False,
                               env=self.machine.environment(env or {}), cwd=self.machine.root)
         return Result(done.returncode, _text(done.stdout), _text(done.stderr))
+
+    def open_terminal(self, path, *arguments, columns=80, rows=24, env=None):
+        """Runs a program in a terminal of its own."""
+        command = self.machine.direct_command(self.host(path)) + [str(a) for a in arguments]
+        terminal = Terminal(command, self.machine.environment(env or {}), self.machine.root, columns, rows,
+                            foreign=WINDOWS)
+        self.addCleanup(terminal.close)
+        return terminal
 
     def wait_until(self, condition, seconds=60):
         """For what a program does that was left running; fails when it doesn't come to pass."""

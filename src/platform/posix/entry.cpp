@@ -12,14 +12,15 @@
 namespace {
 
 // A caller may have closed the standard streams. Their numbers must not go to files that are opened later:
-// what is printed would land in them.
+// what is printed would land in them. Output goes on to fail, so that nobody waits for the answer to a
+// question that was never shown.
 bool occupyStandardStreams() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) {
             continue;
         }
         // The lowest free number is this stream's, because the ones below it are open.
-        if (open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY) != stream) {
+        if (open("/dev/null", O_RDONLY) != stream) {
             return false;
         }
     }

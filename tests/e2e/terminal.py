@@ -1,0 +1,112 @@
+"""A person at a terminal: a program in a pseudo-terminal of its own, what it shows, and what is typed.
+
+The program's session has the pseudo-terminal as its controlling terminal, so that keys send signals and job control
+works. Nothing here waits for a time to pass: what is waited for is shown by the program or by the system, and the
+deadline only ends a test that fails.
+"""
+
+import fcntl
+import os
+import re
+import select
+import struct
+import subprocess
+import termios
+import time
+
+DEADLINE = 60  # seconds in which nothing happens
+# What Wine's console adds to lines, which it shows without the blanks at their end.
+SEQUENCE = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]")
+LINE_BLANKS = re.compile(r" +(?=\n)")
+# How a program blanks a line; how lines end.
+BLANKED = re.compile(r"\r {78}(?=\r)")
+LINE_END = re.compile(r"\r*\n")
+INTERRUPT, SUSPEND, END_OF_INPUT, QUIT = b"\x03", b"\x1a", b"\x04", b"\x1c"
+
+
+class Terminal:
+    def __init__(self, command, environment, directory, columns=80, rows=24, foreign=False):
+        self.foreign = foreign  # the program is one of another system, and Wine draws its console
+        self.person, self.device = os.openpty()
+        self.resize(columns, rows)
+        self.settings = self.current_settings()
+        self.output = b""
+        self.position = 0  # in the text: what is in front of it was expected already
+        self.process = subprocess.Popen(command, stdin=self.device, stdout=self.device, stderr=self.device,
+                                        env={**environment, "TERM": "xterm"}, cwd=directory, start_new_session=True,
+                                        preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0))
+        self.ended = os.pidfd_open(self.process.pid)
+
+    def close(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+        for descriptor in (self.person, self.device, self.ended):
+            os.close(descriptor)
+
+    # --- the window and the settings
+
+    def resize(self, columns, rows):
+        fcntl.ioctl(self.device, termios.TIOCSWINSZ, struct.pack("HHHH", rows, columns, 0, 0))
+
+    def current_settings(self):
+        return termios.tcgetattr(self.device)
+
+    def has_echo(self):
+        flags = self.current_settings()[3]
+        return bool(flags & termios.ECHO) and bool(flags & termios.ICANON)
+
+    # --- what the program shows
+
+    def _read(self):
+        """Whatever there is; False when there is nothing and the program has ended."""
+        ready, _, _ = select.select([self.person, self.ended], [], [], DEADLINE)
+        if self.person in ready:
+            self.output += os.read(self.person, 4096)
+            return True
+        if not ready:
+            raise AssertionError(f"nothing more was shown, not even the end:\n{self.text()}")
+        return False
+
+    def _read_rest(self):
+        """What was shown before now. A mark of our own comes behind it in the terminal's buffer."""
+        mark = b"\x00end of what was shown\x00"
+        os.write(self.device, mark)
+        while not self.output.endswith(mark):
+            self.output += os.read(self.person, 65536)
+        self.output = self.output[:-len(mark)]
+
+    def expect(self, text):
+        """Waits until the text is shown behind what was expected before, and gives all that was shown up to it."""
+        more = True
+        text = text.rstrip(" ") if self.foreign else text
+        while (found := self.text().find(text, self.position)) < 0:
+            if not more:
+                raise AssertionError(f"the program ended before it showed {text!r}:\n{self.text()}")
+            more = self._read()
+            if not more:
+                self._read_rest()
+        start, self.position = self.position, found + len(text)
+        return self.text()[start:self.position]
+
+    def text(self):
+        """All that was shown, without the sequences that move the cursor on the same line."""
+        text = LINE_END.sub("\n", BLANKED.sub("", self.output.decode("utf-8", "backslashreplace")))
+        return LINE_BLANKS.sub("", SEQUENCE.sub("", text)) if self.foreign else text
+
+    def rest(self):
+        """Waits for the end of the program. Gives its exit code and what it showed that wasn't expected before."""
+        while self._read():
+            pass
+        self._read_rest()
+        start, self.position = self.position, len(self.text())
+        return self.process.wait(), self.text()[start:]
+
+    # --- what the person does
+
+    def type(self, keys):
+        # Wine's console takes the terminal only when the program is about to read from it.
+        deadline = time.monotonic() + DEADLINE
+        while self.foreign and self.has_echo() and time.monotonic() < deadline:
+            select.select([self.person, self.ended], [], [], 0.01)
+        os.write(self.person, keys if isinstance(keys, bytes) else keys.encode("utf-8"))
