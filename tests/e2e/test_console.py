@@ -1,0 +1,305 @@
+"""The console front end in real terminals: prompts, passwords, interrupts, windows of several sizes."""
+
+import os
+import signal
+import unittest
+
+from descriptions import description
+from harness import EXE, WINDOWS, EndToEndTest, main
+from terminal import INTERRUPT, QUIT, SUSPEND
+
+BANNER = "*******************************\n* Tandrel Group installer     *\n*******************************\n"
+ABORTING = "\n[CTRL-C] Aborting installation...\n"
+RUNNING = "\n[CTRL-C] The installation is running and can not be aborted!\n"
+BUSY = "\n[CTRL-C] The installer is busy and cannot be interrupted\n"
+SETS = '<FileSet Name="Core"><FN Dest="[DIR]" ExpandVarsInFile="1">answers.txt</FN></FileSet>'
+FILES = {"answers.txt": "dir=[DIR]\nextra=[EXTRA]\nkind=[KIND]\nowner=[OWNER]\nsecret=[SECRET]\n"}
+VALUES = """
+<Value Name="EXTRA" DataType="value">2</Value>
+<Value Name="KIND" DataType="value">1</Value>
+<Value Name="OWNER" DataType="value">nobody</Value>
+<Value Name="SECRET" DataType="value"></Value>
+"""
+ASK = """
+<Welcome><Text x="1" y="1">Welcome to the test.</Text></Welcome>
+<Ask>
+ <Field Type="Directory" Label="Where to" x="1" y="1">DIR</Field>
+ <Field Type="CheckBox" Label="Extra files" x="1" y="1">EXTRA</Field>
+ <Field Type="RadioButtons" Label="Kind" Content="small;medium;large" Description="one;two;three"
+  Enable="1==1|1==2" x="1" y="1">KIND</Field>
+ <Field Type="EditBox" Label="Owner" x="1" y="1">OWNER</Field>
+ <Field Type="Password" Label="Secret" x="1" y="1">SECRET</Field>
+</Ask>
+"""
+ASK_SECRET = """
+<Ask>
+ <Field Type="Password" Label="Secret" x="1" y="1">SECRET</Field>
+ <Field Type="EditBox" Label="Owner" x="1" y="1">OWNER</Field>
+</Ask>
+"""
+
+
+class ConsoleTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        self.dir = self.native("opt")
+
+    def build(self, pages, sets=SETS, files=None):
+        self.setup = self.build_package(description(self.dir, sets, pages, VALUES), files or FILES)
+
+    def start(self, *arguments, **options):
+        return self.open_terminal(self.setup, "-gui=0", *arguments, **options)
+
+    def assert_shown(self, shown, expected):
+        if WINDOWS:  # a console shows no blanks at the ends of lines, and those at the end of a prompt late
+            shown, expected = ("\n".join(x.rstrip(" ") for x in t.lstrip(" ").split("\n")) for t in (shown, expected))
+        self.assertEqual(shown, expected)
+
+    def assert_settings_restored(self, terminal):
+        self.assertEqual(terminal.current_settings(), terminal.settings)
+
+    def assert_aborted(self, terminal, code=0):
+        """The run is over, and nothing of it is left behind."""
+        result, rest = terminal.rest()
+        self.assertEqual(result, code, terminal.text())
+        self.assertNotIn("It worked.", terminal.text())
+        self.assertFalse(self.host("opt").exists())
+        self.assertEqual([f.name for f in self.machine.temp.iterdir() if f.name.startswith("ori")], [])
+        self.assert_settings_restored(terminal)
+        return rest
+
+
+class Prompts(ConsoleTest):
+    def test_each_field_is_asked_and_its_answer_is_taken(self):
+        self.build(ASK)
+        terminal = self.start()
+        shown = terminal.expect(f"Where to [{self.dir}]:")
+        self.assert_shown(shown, BANNER + f"Welcome to the test.\nWhere to [{self.dir}]:")
+        terminal.type(f" {self.dir}/ \r")
+        self.assert_shown(terminal.expect("(no or yes): "), f" {self.dir}/ \nExtra files (no or yes): ")
+        terminal.type("Yes\r")
+        self.assert_shown(terminal.expect("[1-3]: "), "Yes\nKind\n  1) small one\n  2) medium two\n  3) large three\n"
+                                                     "Enter your choice [1-3]: ")
+        terminal.type("3\r")
+        self.assert_shown(terminal.expect("]:"), "3\nOwner [nobody]:")
+        terminal.type("  Ada Lovelace\t\r")
+        terminal.expect("\nSecret:")
+        terminal.type("sesame\r")
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertTrue(rest.startswith("\nCreate "), rest)
+        self.assertIn("It worked.\n", rest)
+        self.assertNotIn("sesame", terminal.text())
+        self.assert_settings_restored(terminal)
+        answers = self.read_text("opt/answers.txt")
+        self.assertTrue(answers.endswith("extra=1\nkind=2\nowner=Ada Lovelace\nsecret=sesame\n"), answers)
+
+    def test_what_is_no_answer_is_asked_again(self):
+        self.build(ASK)
+        terminal = self.start()
+        terminal.expect(f"Where to [{self.dir}]:")
+        terminal.type("\r")
+        terminal.expect("Extra files (no or yes): ")
+        for answer in ("", "Y", "ye", "maybe"):  # only whole words count
+            terminal.type(answer + "\r")
+            self.assert_shown(terminal.expect(": "), answer + "\nPlease, answer with no or yes: ")
+        terminal.type("NO\r")
+        # The variable holds an item that is disabled, so that there is no default.
+        terminal.expect("Enter your choice [1-3]: ")
+        terminal.type("2\r")
+        self.assert_shown(terminal.expect("]: "), "2\nChoice 2 is disabled, choose something else!\n"
+                                                 "Enter your choice [1-3]: ")
+        terminal.type("\r")
+        self.assert_shown(terminal.expect("]: "), "\nEnter your choice [1-3]: ")
+        for answer in ("0", "4", "x"):
+            terminal.type(answer + "\r")
+            self.assert_shown(terminal.expect("]: "), answer + "\nPlease, answer with a number (1 to 3)\n"
+                                                              "Enter your choice [1-3]: ")
+        terminal.type("1\r")
+        terminal.expect("Owner [nobody]:")
+        terminal.type("\r")
+        terminal.expect("Secret:")
+        terminal.type("\r")
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        answers = self.read_text("opt/answers.txt")
+        self.assertTrue(answers.endswith("extra=0\nkind=0\nowner=nobody\nsecret=\n"), answers)
+
+    def test_characters_of_a_password_can_be_taken_back(self):
+        self.build(ASK_SECRET)
+        terminal = self.start()
+        terminal.expect("Secret:")
+        terminal.type("sesamx\x7fe\r")
+        shown = terminal.expect("Owner [nobody]:")
+        self.assert_shown(shown, "\nOwner [nobody]:")
+        terminal.type("\r")
+        self.assertEqual(terminal.rest()[0], 0)
+        self.assertIn("secret=sesame\n", self.read_text("opt/answers.txt"))
+
+    @unittest.skipIf(WINDOWS, "this key suspends the program under Wine")
+    def test_the_key_that_suspends_ends_a_password(self):
+        self.build(ASK_SECRET)
+        terminal = self.start()
+        terminal.expect("Secret:")
+        terminal.type(b"sesame" + SUSPEND)
+        terminal.expect("Owner [nobody]:")
+        self.assertTrue(terminal.has_echo())
+        terminal.type("\r")
+        self.assertEqual(terminal.rest()[0], 0)
+        self.assertIn("secret=sesame\n", self.read_text("opt/answers.txt"))
+        self.assertNotIn("sesame", terminal.text())
+
+
+@unittest.skipIf(WINDOWS, "Wine's console is a process of its own, which no signal to the program reaches")
+class Signals(ConsoleTest):
+    """What ends, stops and continues a program gives the terminal back."""
+
+    def test_each_signal_that_ends_the_run_at_a_password_restores_the_terminal(self):
+        self.build(ASK_SECRET)
+        for event in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            terminal = self.start()
+            terminal.expect("Secret:")
+            self.assertFalse(terminal.has_echo())
+            terminal.type("sesame")
+            terminal.process.send_signal(event)
+            self.assertEqual(self.assert_aborted(terminal), ABORTING + "\n\n")
+
+    def test_a_quit_key_ends_the_program_as_the_system_does_and_restores_the_terminal(self):
+        self.build(ASK_SECRET)
+        terminal = self.start()
+        terminal.expect("Secret:")
+        terminal.type(QUIT)
+        self.assert_aborted(terminal, -signal.SIGQUIT)
+
+    def test_a_terminal_that_hangs_up_ends_the_run(self):
+        self.build(ASK)
+        terminal = self.start()
+        terminal.expect("Where to")
+        os.close(terminal.device)
+        os.close(terminal.person)
+        terminal.person, terminal.device = os.openpty()
+        self.assertEqual(terminal.process.wait(60), 0)
+        self.assertFalse(self.host("opt").exists())
+
+    def test_a_stopped_program_leaves_the_terminal_to_the_shell_and_takes_it_back(self):
+        self.build(ASK_SECRET)
+        shell = ["bash", "--norc", "-c", 'set -m; "$@"; echo "[stopped]"; read -r line; fg >/dev/null; echo "[$line]"',
+                 "bash"]
+        self.machine.direct_command = lambda program: shell + [str(program)]
+        terminal = self.start()
+        terminal.expect("Secret:")
+        os.kill(os.tcgetpgrp(terminal.person), signal.SIGTSTP)
+        terminal.expect("[stopped]\n")
+        self.assertTrue(terminal.has_echo())
+        terminal.type("visible\r")
+        self.wait_until(lambda: not terminal.has_echo())
+        terminal.type("sesame\r")
+        terminal.expect("Owner [nobody]:")
+        self.assertTrue(terminal.has_echo())
+        terminal.type("\r")
+        terminal.expect("It worked.")
+        code, _ = terminal.rest()
+        self.assertEqual(code, 0)
+        self.assertIn("[visible]", terminal.text())
+        self.assertNotIn("sesame", terminal.text())
+        self.assertIn("secret=sesame\n", self.read_text("opt/answers.txt"))
+        self.assert_settings_restored(terminal)
+
+
+MANY = [f"{number:03}-" + "long" * 58 + ".txt" for number in range(800)]
+AFTER = ('<CopyProgress Special="AutoNext"/>', '<CopyProgress Special="AutoNext"/><After><Field Type="EditBox" '
+         'Label="Anything else" x="1" y="1">OWNER</Field></After>')
+
+
+class Interrupts(ConsoleTest):
+    """A terminal takes about 70 KB that nobody reads; a program that writes more waits. As the work of these tests
+    shows more than 200 KB, a pause in the reading holds the program where it is."""
+
+    def interrupt_while_it_is_held(self, terminal):
+        # Wine's console reads keys only when it isn't held itself.
+        if WINDOWS:
+            terminal.process.send_signal(signal.SIGINT)
+        else:
+            terminal.type(INTERRUPT)
+        self.wait_until(lambda: self.has_taken_the_signal(terminal.process.pid))
+
+    def has_taken_the_signal(self, process):
+        """Whether no signal is under way to the process and each of its threads waits for something."""
+        for thread in os.listdir(f"/proc/{process}/task"):
+            with open(f"/proc/{process}/task/{thread}/status", encoding="utf-8") as file:
+                fields = dict(line.rstrip("\n").split(":\t", 1) for line in file)
+            if fields["State"][0] != "S" or int(fields["ShdPnd"], 16) | int(fields["SigPnd"], 16):
+                return False
+        return True
+
+    def build_many(self, *replacements):
+        self.dir = self.native("opt/product")
+        text = description(self.dir, '<FileSet Name="Many">' + "".join(
+            f'<FN Dest="[DIR]/files">{name}</FN>' for name in MANY) + "</FileSet>", "<Welcome/>", VALUES)
+        for old, new in replacements:
+            text = text.replace(old, new)
+        self.setup = self.build_package(text, {name: name for name in MANY})
+
+    def assert_many_installed(self):
+        tree = self.tree("opt/product")
+        self.assertEqual({name: tree.get("files/" + name) for name in MANY}, {name: name.encode() for name in MANY})
+        log = self.action_log("opt/product/un/install.log")
+        self.assertEqual(len([line for line in log if line.startswith("FILE\tCREATE\t")]), len(MANY) + 1)
+
+    def test_an_interrupt_at_a_prompt_ends_the_run(self):
+        self.build(ASK)
+        terminal = self.start()
+        terminal.expect(f"Where to [{self.dir}]:")
+        terminal.type(self.native("elsewhere") + "\r")
+        terminal.expect("(no or yes): ")
+        terminal.type(INTERRUPT)
+        rest = self.assert_aborted(terminal)
+        self.assertIn(ABORTING, rest)
+        self.assertFalse(self.host("elsewhere").exists())
+
+    def test_an_interrupt_in_the_middle_of_copying_is_refused(self):
+        self.build_many(AFTER)
+        terminal = self.start()
+        terminal.expect("Create ")
+        self.interrupt_while_it_is_held(terminal)
+        terminal.expect(RUNNING)
+        terminal.expect("Anything else [nobody]:")
+        self.assert_many_installed()
+        terminal.type("\r")
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertIn("It worked.\n", rest)
+        self.assertNotIn("Aborting", terminal.text())
+        self.assertEqual([f.name for f in self.machine.temp.iterdir() if f.name.startswith("ori")], [])
+        self.assert_settings_restored(terminal)
+
+    def test_an_interrupt_after_the_copying_leaves_a_whole_product(self):
+        text = description(self.dir, SETS, "<Welcome/>", VALUES).replace(*AFTER)
+        self.setup = self.build_package(text, FILES)
+        terminal = self.start()
+        terminal.expect("Anything else [nobody]:")
+        terminal.type(INTERRUPT)
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertIn(ABORTING, rest)
+        self.assertNotIn("It worked.", rest)
+        self.assertTrue(self.host("opt/answers.txt").exists())
+        self.assertEqual(len([x for x in self.action_log("opt/un/install.log") if x.startswith("FILE\t")]), 2)
+        self.assert_settings_restored(terminal)
+
+    def test_an_interrupt_of_a_busy_installer_is_refused(self):
+        self.write("opt/product/files", "in the way")
+        self.build_many(('Special="BadFinish;Finish"', 'Special="BadFinish;Finish;Busy"'))
+        terminal = self.start()
+        terminal.expect("Installation errors summary:\n")
+        self.interrupt_while_it_is_held(terminal)
+        terminal.expect(BUSY)
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertNotIn("Aborting", terminal.text())
+        self.assertEqual(self.read("opt/product/files"), b"in the way")
+        self.assert_settings_restored(terminal)
+
+
+if __name__ == "__main__":
+    main()
