@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "text/html_settings.h"
 #include "text/tgm_translator.h"
@@ -35,6 +36,8 @@ public:
 
     // Replaces `out` by a copy of the output.
     virtual void getResult(std::string& out) const;
+    // The output without a copy: nothing of it is left here.
+    std::string takeResult() { return std::move(out_); }
     // The output, zero-terminated; valid until the next event and as long as the translator lives.
     virtual const char* getText() const;
 

@@ -17,10 +17,6 @@ constexpr int kIndentWithRoom = 2;
 // The last cells of a line stay free, so that no terminal breaks it by itself.
 constexpr int kFreeColumns = 2;
 
-std::string_view untilZero(std::string_view document) {
-    return document.substr(0, document.find('\0'));
-}
-
 TGMParseOptions documentOptions() {
     TGMParseOptions options;
     options.joinChar = ' ';
@@ -44,14 +40,12 @@ template <typename Translator>
 std::optional<std::string> translate(std::string_view document, Translator& translator) {
     TGMParser parser(documentOptions());
     TGMParseResult result;
-    parser.parse(result, std::string(untilZero(document)).c_str());
+    parser.parse(result, document);
     if (!result.succeeded()) {
         return std::nullopt;
     }
     parser.walk(translator);
-    std::string text;
-    translator.getResult(text);
-    return text;
+    return translator.takeResult();
 }
 
 }  // namespace
@@ -64,7 +58,7 @@ std::optional<std::string> markdownAsText(std::string_view document, int columns
 std::optional<std::string> richTextAsText(std::string_view document, int columns) {
     // A width of 0 would ask for no wrapping at all.
     const int width = std::max(std::max(columns, 0) - kFreeColumns, 1);
-    return RtfReader().read(untilZero(document), RtfMode::kPlain, width);
+    return RtfReader().read(document, RtfMode::kPlain, width);
 }
 
 std::optional<std::string> markdownAsHtml(std::string_view document) {
@@ -77,6 +71,6 @@ std::string markdownAsTree(std::string_view document, TGMParseResult& outResult)
     TGMParseOptions options = documentOptions();
     options.debugLog = &dump;
     TGMParser parser(options);
-    parser.parse(outResult, std::string(untilZero(document)).c_str());
+    parser.parse(outResult, document);
     return dump;
 }

@@ -101,18 +101,21 @@ TGMParser::TGMParser(const TGMParseOptions& options) : options_(options) {}
 TGMParser::~TGMParser() = default;
 
 void TGMParser::parse(TGMParseResult& result, const char* text) {
-    result = {};
-    root_.reset();
-    tree_.reset();
-    if (text == nullptr) {
-        result.add(kTgmNullText);
+    if (text != nullptr) {
+        parse(result, std::string_view(text));
         return;
     }
-    if (*text == '\0') {
+    reset(result);
+    result.add(kTgmNullText);
+}
+
+void TGMParser::parse(TGMParseResult& result, std::string_view text) {
+    reset(result);
+    const std::string_view whole = text.substr(0, text.find('\0'));
+    if (whole.empty()) {
         result.add(kTgmEmptyText);
         return;
     }
-    const std::string_view whole(text);
     if (whole.size() > kTgmMaxLength) {
         result.add(kTgmInvalidBlock, 0);
         return;
@@ -123,6 +126,12 @@ void TGMParser::parse(TGMParseResult& result, const char* text) {
     std::string copy;
     const auto lines = splitTgmLines(withoutCarriageReturns(whole, copy), options_);
     root_ = parseTgmLines(lines, options_, {*tree_, budget}, result);
+}
+
+void TGMParser::reset(TGMParseResult& result) {
+    result = {};
+    root_.reset();
+    tree_.reset();
 }
 
 void TGMParser::walk(TGMTranslator& translator) const {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 
 #include "text/tgm_node.h"
 #include "text/tgm_parse_options.h"
@@ -22,6 +23,8 @@ public:
     // of it. The time is linear in the length of the text, whatever it holds: a text that nests deeper than
     // the limits gives kTgmInvalidBlock.
     void parse(TGMParseResult& result, const char* text);
+    // The same for a text that ends at its first zero byte, or without one. It isn't needed after the call.
+    void parse(TGMParseResult& result, std::string_view text);
 
     // Tells the translator the size of the work, then visits the tree. Nothing happens without a tree.
     void walk(TGMTranslator& translator) const;
@@ -30,6 +33,8 @@ public:
     const TGMNode* getRoot() const { return root_.get(); }
 
 private:
+    void reset(TGMParseResult& result);
+
     TGMParseOptions options_;
     std::unique_ptr<TGMTree> tree_;
     TGMNodePtr root_;  // in the memory of tree_

@@ -1,70 +1,106 @@
 #include "text/word_wrap.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace {
 
-// Collects the words of one line and writes them.
+// Whether two blanks stand side by side in the bytes from `begin` to `begin` + `count`, that one included.
+// Without branches, so that compilers can look at many bytes at once: most texts have none.
+bool hasDoubleBlank(const char* begin, std::size_t count) {
+    unsigned char found = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        found |= static_cast<unsigned char>((begin[i] == ' ') & (begin[i + 1] == ' '));
+    }
+    return found != 0;
+}
+
+// Whether there is a blank at an end or beside another.
+bool hasNeedlessBlanks(std::string_view text) {
+    constexpr std::size_t kBlock = 64;
+    if (text.empty() || text.front() == ' ' || text.back() == ' ') {
+        return !text.empty();
+    }
+    const char* at = text.data();
+    const char* const last = at + text.size() - 1;
+    for (; static_cast<std::size_t>(last - at) >= kBlock; at += kBlock) {
+        if (hasDoubleBlank(at, kBlock)) {
+            return true;
+        }
+    }
+    return hasDoubleBlank(at, static_cast<std::size_t>(last - at));
+}
+
+// The words with one blank between them: the text itself, or `copy`.
+std::string_view withSingleBlanks(std::string_view text, std::string& copy) {
+    if (!hasNeedlessBlanks(text)) {
+        return text;
+    }
+    copy.reserve(text.size());
+    for (std::size_t begin = text.find_first_not_of(' '); begin != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find(' ', begin), text.size());
+        copy += copy.empty() ? "" : " ";
+        copy += text.substr(begin, end - begin);
+        begin = text.find_first_not_of(' ', end);
+    }
+    return copy;
+}
+
 class LineWriter {
 public:
     LineWriter(std::string& out, const WrapLayout& layout)
-        : out_(out),
-          layout_(layout),
-          avail_(static_cast<std::int64_t>(layout.width) - layout.indent),
-          indentNext_(layout.indentFirstLine) {}
+        : out_(out), layout_(layout), indentNext_(layout.indentFirstLine) {}
 
-    void add(std::string_view word) {
-        const std::int64_t needed = static_cast<std::int64_t>(word.size()) + 1;
-        if (!words_.empty() && used_ + needed > avail_) {
-            write(layout_.justify ? avail_ - used_ : 0);
-        }
-        words_.push_back(word);
-        used_ += needed;
-    }
-
-    void finish() { write(0); }
-
-private:
-    // `extra` blanks are to be shared among the words. It is below 0 only for a single word, which has no
-    // gap to put them.
-    void write(std::int64_t extra) {
+    // Shares `extra` blanks among the words of the line.
+    void write(std::string_view line, std::size_t extra) {
         if (indentNext_) {
             out_.append(layout_.indent, layout_.fillChar);
         }
         indentNext_ = true;
-        const auto count = static_cast<std::int64_t>(words_.size());
-        const bool isPadded = extra > 0 && count > 1;
-        const std::int64_t each = isPadded ? extra / count : 0;
-        std::int64_t rest = isPadded ? extra % count : 0;
-        for (std::size_t i = 0; i < words_.size(); ++i) {
-            if (i > 0) {
-                out_.append(static_cast<std::size_t>(each + 1 + (rest > 0 ? 1 : 0)), ' ');
-                rest -= rest > 0 ? 1 : 0;
-            }
-            out_ += words_[i];
+        if (extra > 0) {
+            line = writePadded(line, extra);
         }
+        out_ += line;
         out_ += '\n';
-        words_.clear();
-        used_ = 0;
+    }
+
+private:
+    // Returns the last word, which has no blanks behind it to pad.
+    std::string_view writePadded(std::string_view line, std::size_t extra) {
+        const auto gaps = static_cast<std::size_t>(std::count(line.begin(), line.end(), ' '));
+        const std::size_t words = gaps + 1;
+        for (std::size_t i = 0; i < gaps; ++i) {
+            const std::size_t end = line.find(' ');
+            out_ += line.substr(0, end);
+            out_.append(extra / words + (i < extra % words ? 2 : 1), ' ');
+            line.remove_prefix(end + 1);
+        }
+        return line;
     }
 
     std::string& out_;
     const WrapLayout& layout_;
-    const std::int64_t avail_;
     bool indentNext_;
-    std::int64_t used_ = 0;
-    std::vector<std::string_view> words_;
 };
 
 }  // namespace
 
 void appendWrapped(std::string& out, std::string_view text, const WrapLayout& layout) {
+    std::string copy;
+    std::string_view rest = withSingleBlanks(text, copy);
+    // With the blank behind the last word of a line, which isn't written.
+    const std::size_t avail = layout.width - std::min(layout.width, layout.indent);
     LineWriter line(out, layout);
-    for (std::size_t begin = text.find_first_not_of(' '); begin != std::string_view::npos;) {
-        const std::size_t end = std::min(text.find(' ', begin), text.size());
-        line.add(text.substr(begin, end - begin));
-        begin = text.find_first_not_of(' ', end);
+    while (rest.size() + 1 > avail) {
+        std::size_t end = avail > 0 ? rest.rfind(' ', avail - 1) : std::string_view::npos;
+        if (end == std::string_view::npos) {
+            end = rest.find(' ', avail);  // a word that is too long
+        }
+        if (end == std::string_view::npos) {
+            break;
+        }
+        const std::size_t used = end + 1;
+        line.write(rest.substr(0, end), layout.justify && used < avail ? avail - used : 0);
+        rest.remove_prefix(used);
     }
-    line.finish();
+    line.write(rest, 0);
 }

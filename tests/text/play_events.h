@@ -74,13 +74,14 @@ private:
     TGMTranslator& translator_;
 };
 
-// The output of a translator for a script of events, through both ways to take it.
+// The output of a translator for a script of events, through all ways to take it; nothing is left of it.
 template <typename Translator>
 std::string played(Translator& translator, std::string_view script) {
     EventPlayer(translator).play(script);
     std::string result = "left over";
     translator.getResult(result);
     EXPECT_EQ(result, translator.getText());
+    EXPECT_EQ(result, translator.takeResult());
     return result;
 }
 

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <random>
+#include <sstream>
+#include <vector>
 
 namespace {
 
@@ -107,6 +110,75 @@ TEST(WordWrap, AnIndentBeyondTheWidthGivesEachWordALine) {
 
 TEST(WordWrap, TheLargestWidthIsOneLine) {
     EXPECT_EQ(wrapped("a b c", layoutOf(std::numeric_limits<std::uint32_t>::max(), 0, true)), "a b c\n");
+}
+
+// What the description of the lines says, word by word.
+std::string wrappedWordByWord(std::string_view text, const WrapLayout& layout) {
+    std::string out;
+    std::vector<std::string> line;
+    std::int64_t used = 0;
+    const std::int64_t avail = std::int64_t{layout.width} - layout.indent;
+    bool isFirst = true;
+    const auto close = [&](std::int64_t extra) {
+        out += isFirst && !layout.indentFirstLine ? "" : std::string(layout.indent, layout.fillChar);
+        isFirst = false;
+        const auto count = static_cast<std::int64_t>(line.size());
+        std::int64_t rest = extra > 0 ? extra % count : 0;
+        for (std::int64_t i = 0; i < count; ++i) {
+            out += line[static_cast<std::size_t>(i)];
+            if (i + 1 < count) {
+                out += std::string(static_cast<std::size_t>((extra > 0 ? extra / count : 0) + 1), ' ');
+                out += rest-- > 0 ? " " : "";
+            }
+        }
+        out += "\n";
+        line.clear();
+        used = 0;
+    };
+    std::istringstream words{std::string(text)};
+    for (std::string word; words >> word;) {
+        const auto needed = static_cast<std::int64_t>(word.size()) + 1;
+        if (!line.empty() && used + needed > avail) {
+            close(layout.justify ? avail - used : 0);
+        }
+        line.push_back(word);
+        used += needed;
+    }
+    close(0);
+    return out;
+}
+
+TEST(WordWrap, AnyTextIsWrappedAsWordByWord) {
+    std::mt19937 random(1);
+    for (int i = 0; i < 5000; ++i) {
+        std::string text;
+        const bool singleBlanks = i % 2 == 0;
+        for (std::uint32_t words = random() % 60; words > 0; --words) {
+            text += std::string(random() % 12 + (singleBlanks ? 1 : 0), 'x');
+            text += words > 1 || !singleBlanks ? " " : "";
+        }
+        WrapLayout layout = layoutOf(random() % 50, random() % 8, random() % 2 == 0);
+        layout.indentFirstLine = random() % 2 == 0;
+        ASSERT_EQ(wrapped(text, layout), wrappedWordByWord(text, layout))
+            << layout.width << " " << layout.indent << " [" << text << "]";
+    }
+}
+
+TEST(WordWrap, NeedlessBlanksAreFoundWhereverTheyStand) {
+    const std::string words = [] {
+        std::string made = "a";
+        for (int i = 0; i < 150; ++i) {
+            made += " a";
+        }
+        return made;
+    }();
+    for (std::size_t at = 0; at <= words.size(); ++at) {
+        std::string text = words;
+        text.insert(at, " ");
+        if (at == 0 || at == words.size() || words[at] == ' ' || words[at - 1] == ' ') {
+            ASSERT_EQ(wrapped(text, layoutOf(1000)), words + "\n") << at;
+        }
+    }
 }
 
 TEST(WordWrap, OutputStaysInProportionToTheText) {
