@@ -285,6 +285,7 @@ int Installer::runUI(InstallerUI& ui) {
         result = ui.run();
     } catch (const GenericError& error) {
         reportError(ui, error.what());
+        navigation.lastResult = 1;  // the front end is about to tell how the run ended
     }
     log("Ending installation UI");
     ui.finish();
@@ -296,7 +297,8 @@ int Installer::runUI(InstallerUI& ui) {
 
 void Installer::reportError(InstallerUI& ui, const char* text) {
     log(text);
-    ui.messageBox(text, MessageKind::kInformation);
+    // A console goes on printing where the text ends, and would wipe its line.
+    ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
 }
 
 void Installer::setControl(ControlVariable role, const char* value) {

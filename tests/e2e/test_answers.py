@@ -4,7 +4,7 @@ import shutil
 import xml.etree.ElementTree
 
 from descriptions import description
-from harness import WINDOWS, EndToEndTest, main
+from harness import EXE, WINDOWS, EndToEndTest, main
 
 NAMES = ("DIR", "OPTIONAL", "KIND", "OWNER", "NOTE", "SECRET", "MODE", "PLACE", "RUNS", "OTHER", "SETTING", "FOUND",
          "DERIVED", "LATE", "UNLOGGED", "LOCAL", "PRIVATE")
@@ -189,6 +189,20 @@ class Answers(EndToEndTest):
             self.assertNotIn(REFUSED, result.out)
             self.assertFalse(self.host("config.xml").exists(), arguments)
             self.assertIn("VAR\tLATE\t0 late", self.action_log("opt/product/un/install.log"))
+
+    def test_a_log_that_cannot_be_brought_up_to_date_fails_the_run(self):
+        text = description(self.native("opt/product"), SETS, late=LATE,
+                           values='<Value Name="OPTIONAL" DataType="value">0</Value>')
+        start, end = text.index("<InstallLogFile>"), text.index("<InstallBackupFile>")
+        setup = self.build_package(text[:start] + text[end:], FILES, "nolog" + EXE)
+        for arguments, stdin in ((("-auto",), ""), (("-gui=0",), "\n")):
+            result = self.run_program(setup, *arguments, stdin=stdin)
+            self.assertEqual(result.code, 0, result)
+            self.assertIn("ERROR: Obtaining install actionlog filename\n", result.out)
+            self.assertNotIn("It worked.", result.out)
+            self.assertNotIn(CREATED, result.out)
+            self.assertNotIn("successful!\n", result.out)
+            self.assertFalse(self.host("config.xml").exists())
 
     def test_a_quiet_run_by_hand_leaves_answers_without_a_word(self):
         result = self.run_by_hand("-quiet=1")

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "base/errors.h"
+#include "engine/action_log_reader.h"
 #include "fakes/memory_file_system.h"
+#include "support/p_file_stream.h"
 
 namespace {
 
@@ -61,6 +65,22 @@ TEST_F(ActionLogRewriterTest, cutsAVariableLineWhereItsReadersWould) {
     EXPECT_EQ(files_.content("/app/install.log"),
               "x.xml\r\nb.bin\r\nNUMVARS\t2\r\nVAR\tA\t" + std::string(2039, 'v') + "\r\nVAR\tBC\t" +
                   std::string(2038, 'v') + "\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/v\r\n");
+}
+
+TEST_F(ActionLogRewriterTest, givesItsReaderTheLongestValueWhole) {
+    files_.addFile("/app/install.log", kOld);
+    const std::string value(1559, 'v');
+    ActionLogRewriter(files_).rewriteActionLog("/app/install.log", {{"A", value}, {"B", "2"}});
+    PFileStream log(files_);
+    ASSERT_EQ(log.openFile("/app/install.log", PFileStream::kGenericRead, PFileStream::kShareRead,
+                           PFileStream::kOpenExisting),
+              0);
+    PConsole* none = nullptr;
+    std::map<std::string, std::string> read;
+    EXPECT_FALSE(ActionLogReader(&log, none)
+                     .readVariablesFromLog(
+                         [&](const std::string& name, const std::string& text) { read[name] = text; }));
+    EXPECT_EQ(read, (std::map<std::string, std::string>{{"A", value}, {"B", "2"}}));
 }
 
 TEST_F(ActionLogRewriterTest, keepsTheNewLogForThisUserAndFollowsNoLink) {

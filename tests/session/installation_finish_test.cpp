@@ -173,7 +173,7 @@ TEST_F(InstallationFinishTest, passesOnThatThereIsNoNameOfALogAndExportsNothing)
     hasLog_ = false;
     EXPECT_EQ(finish(), -1);
     EXPECT_TRUE(log_.hasLine("ERROR: Obtaining install actionlog filename"));
-    EXPECT_EQ(ui_.countOf("messageBox(\"ERROR: Obtaining install actionlog filename\""), 1);
+    EXPECT_EQ(ui_.countOf("messageBox(\"ERROR: Obtaining install actionlog filename\n\""), 1);
     EXPECT_FALSE(hasConfig());
 }
 
@@ -181,6 +181,7 @@ TEST_F(InstallationFinishTest, passesOnWhyTheLogCannotBeRewrittenAndExportsNothi
     files_.removeFile(kLogPath);
     EXPECT_EQ(finish(), -1);
     EXPECT_TRUE(log_.hasLine("ERROR: Opening action file (/app/install.log)"));
+    EXPECT_TRUE(session_.hasErrors());
     EXPECT_FALSE(hasConfig());
     EXPECT_TRUE(told().empty());
 }

@@ -172,7 +172,7 @@ TEST_F(InstallerTest, catchesAnErrorThatLeavesTheFrontEnd) {
     ui_.script = []() -> int { throw InstallerError("broken %d", 7); };
     EXPECT_EQ(run(), -1);
     EXPECT_TRUE(log_.hasLine("broken 7"));
-    EXPECT_EQ(ui_.countOf("messageBox(\"broken 7\""), 1);
+    EXPECT_EQ(ui_.countOf("messageBox(\"broken 7\n\""), 1);
     EXPECT_EQ(ui_.countOf("finish"), 1);
 }
 
