@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "description/colour_theme.h"
+#include "description/condition_parser.h"
 #include "description/control_variables.h"
 #include "description/default_values_reader.h"
 #include "description/dialog_buttons.h"
@@ -163,6 +164,27 @@ TEST(Manual, HoldsExamplesThatTheProgramReadsAsTheyAreWritten) {
         }
     }
     EXPECT_GE(examples, 7);
+}
+
+TEST(Manual, TellsWhatConditionsGive) {
+    const ManualPage* page = findPage("conditions.md");
+    ASSERT_NE(page, nullptr);
+    const std::pair<std::string_view, int> kResults[] = {{"true", 1}, {"false", 0}, {"a mistake", -1}};
+    int rows = 0;
+    for (std::size_t at = page->text.find("\n| `"); at != std::string::npos;
+         at = page->text.find("\n| `", at + 1)) {
+        const std::size_t start = at + 4;
+        const std::size_t end = page->text.find("` | ", start);
+        const std::string condition = page->text.substr(start, end - start);
+        const std::string_view told = std::string_view(page->text).substr(end + 4);
+        for (const auto& [text, result] : kResults) {
+            if (told.starts_with(text)) {
+                ++rows;
+                EXPECT_EQ(ConditionParser(condition).evaluate(), result) << condition;
+            }
+        }
+    }
+    EXPECT_GE(rows, 13);
 }
 
 }  // namespace
