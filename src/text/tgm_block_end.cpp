@@ -198,7 +198,7 @@ std::vector<std::size_t> findAllTgmBlockEnds(const std::vector<TGMLine>& lines, 
     std::vector<std::size_t> ends(lines.size());
     OpenBlocks open(ends);
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        if (!budget.spend(open.size() * kTgmLineVisitCost)) {
+        if (!budget.spend(open.size() * kTgmOpenBlockCost)) {
             ends.resize(index);
             return ends;
         }

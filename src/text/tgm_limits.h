@@ -20,9 +20,10 @@ inline constexpr std::uint64_t kTgmWorkPerByte = 64;
 inline constexpr std::uint64_t kTgmBaseWork = 4 * 1024 * 1024;
 
 // What the work costs. Memory is dearer than time.
-inline constexpr std::uint64_t kTgmLineVisitCost = 1;  // looking at one line, or at one byte for emphasis
-inline constexpr std::uint64_t kTgmByteCost = 4;       // a byte of a node's text
-inline constexpr std::uint64_t kTgmNodeCost = 32;      // a node
+inline constexpr std::uint64_t kTgmLineVisitCost = 1;   // looking at one line, or at one byte for emphasis
+inline constexpr std::uint64_t kTgmOpenBlockCost = 16;  // one of the blocks that are open at a line of a log
+inline constexpr std::uint64_t kTgmByteCost = 4;        // a byte of a node's text
+inline constexpr std::uint64_t kTgmNodeCost = 32;       // a node
 inline constexpr std::uint64_t kTgmQuotedLineCost =
     32;  // a line of a quote, which is read as a line of its own
 

@@ -179,12 +179,12 @@ TEST(TGMAllBlockEnds, NeedWorkInProportionToTheLines) {
     TGMWorkBudget budget(text.size());
     const auto ends = findAllTgmBlockEnds(splitTgmLines(text, {}), kLazyLists, budget);
     EXPECT_EQ(2 * lines - 1, ends.at(0));
-    EXPECT_LT(budget.getSpent(), 6 * lines);
+    EXPECT_LT(budget.getSpent(), 6 * lines * kTgmOpenBlockCost);
 }
 
 TEST(TGMAllBlockEnds, TellTheLineWhereTheBudgetWasExhausted) {
     TGMWorkBudget budget(0);
-    budget.spend(budget.getLimit() - 5);
+    budget.spend(budget.getLimit() - 5 * kTgmOpenBlockCost);
     EXPECT_EQ(6U, findAllTgmBlockEnds(splitTgmLines(repeated("- a\n", 100), {}), kLazyLists, budget).size());
 }
 
