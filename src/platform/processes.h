@@ -30,7 +30,7 @@ public:
     // The running processes whose executable can be told. False when the system refuses.
     virtual bool list(std::vector<ProcessInfo>& outProcesses) = 0;
     // Ends a process: at once on Windows; on Linux politely first, then hard after `politeMilliseconds`.
-    // True when the process was told to end.
+    // True when the process was told to end. Never one of the own line, nor the system's first process.
     virtual bool terminate(std::uint32_t id, std::uint32_t politeMilliseconds) = 0;
     // Starts a program from one command line: words by blanks, double quotes keep blanks together, and the
     // first word is the program. No handles are inherited but the standard streams. `workDirectory` may be
@@ -38,6 +38,8 @@ public:
     virtual std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
                                                 int& outError) = 0;
     virtual std::uint32_t currentId() = 0;
+    // This process, the one that started it, the one that started that, as far up as they still run.
+    virtual std::vector<std::uint32_t> ownLine() = 0;
 };
 
 Processes& systemProcesses();

@@ -27,6 +27,7 @@ public:
     bool listFails = false;
     std::set<std::uint32_t> unkillable;  // ending these fails
     std::uint32_t ownId = 1;
+    std::vector<std::uint32_t> parents;  // of this process, the nearest first
 
     std::deque<int> exitCodes;  // of the programs to be started, in order; 0 when used up
     int startError = 0;         // non-zero: starting fails with this number
@@ -71,6 +72,12 @@ public:
     }
 
     std::uint32_t currentId() override { return ownId; }
+
+    std::vector<std::uint32_t> ownLine() override {
+        std::vector<std::uint32_t> line = parents;
+        line.insert(line.begin(), ownId);
+        return line;
+    }
 
 private:
     class Child : public platform::ChildProcess {

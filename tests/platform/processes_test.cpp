@@ -33,20 +33,49 @@ TEST(ChildProgram, DISABLED_LeavesAFileInItsDirectory) {
     ASSERT_EQ(platform::systemFileSystem().open("left behind", options, file), 0);
 }
 
+// The command line of a copy of this program that runs one of these parts.
+std::string commandLineOf(const std::string& childTest) {
+    std::string image;
+    EXPECT_TRUE(platform::ownImagePath(image));
+    return "\"" + image +
+           "\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=\"ChildProgram.DISABLED_" +
+           childTest + "\"";
+}
+
+TEST(ChildProgram, DISABLED_TriesToEndItsLine) {
+    platform::Processes& processes = platform::systemProcesses();
+    const std::vector<std::uint32_t> line = processes.ownLine();
+    ASSERT_GE(line.size(), 3U);
+    EXPECT_EQ(line[0], processes.currentId());
+    std::string image;
+    ASSERT_TRUE(platform::ownImagePath(image));
+    std::vector<platform::ProcessInfo> list;
+    ASSERT_TRUE(processes.list(list));
+    for (const platform::ProcessInfo& process : list) {
+        if (process.id == line[1] || process.id == line[2]) {
+            EXPECT_EQ(process.path, image);
+        }
+    }
+    for (const std::uint32_t id : line) {
+        EXPECT_FALSE(processes.terminate(id, 0)) << id;
+    }
+}
+
+TEST(ChildProgram, DISABLED_StartsOneThatTriesToEndItsLine) {
+    int error = 0;
+    const auto child =
+        platform::systemProcesses().start(commandLineOf("TriesToEndItsLine").c_str(), "", error);
+    ASSERT_NE(child, nullptr);
+    ASSERT_TRUE(child->wait(kLongEnough));
+    EXPECT_EQ(child->exitCode(), 0);
+}
+
 class ProcessesTest : public testing::Test {
 protected:
-    std::string commandLine(const std::string& childTest) {
-        std::string image;
-        EXPECT_TRUE(platform::ownImagePath(image));
-        return "\"" + image +
-               "\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=\"ChildProgram.DISABLED_" +
-               childTest + "\"";
-    }
-
     std::unique_ptr<platform::ChildProcess> startChild(const std::string& childTest,
                                                        const char* directory = "") {
         int error = 77;
-        auto child = processes_.start(commandLine(childTest).c_str(), directory, error);
+        auto child = processes_.start(commandLineOf(childTest).c_str(), directory, error);
         EXPECT_NE(child, nullptr);
         EXPECT_EQ(error, 0);
         return child;
@@ -102,8 +131,9 @@ TEST_F(ProcessesTest, AMissingProgramOrDirectoryIsAnError) {
     EXPECT_EQ(processes_.start("", "", error), nullptr);
     EXPECT_NE(error, 0);
     error = 0;
-    EXPECT_EQ(processes_.start(commandLine("ExitsWithACode").c_str(), directory.file("none").c_str(), error),
-              nullptr);
+    EXPECT_EQ(
+        processes_.start(commandLineOf("ExitsWithACode").c_str(), directory.file("none").c_str(), error),
+        nullptr);
     EXPECT_NE(error, 0);
 }
 
@@ -121,6 +151,19 @@ TEST_F(ProcessesTest, TerminateEndsARunningProgram) {
     }
     EXPECT_EQ(ended, 1);
     EXPECT_TRUE(child->wait(kLongEnough));
+}
+
+TEST_F(ProcessesTest, TheOwnLineBeginsWithThisProcess) {
+    const std::vector<std::uint32_t> line = processes_.ownLine();
+    ASSERT_FALSE(line.empty());
+    EXPECT_EQ(line[0], processes_.currentId());
+}
+
+TEST_F(ProcessesTest, NoProcessEndsTheOnesThatStartedIt) {
+    const auto child = startChild("StartsOneThatTriesToEndItsLine");
+    ASSERT_NE(child, nullptr);
+    ASSERT_TRUE(child->wait(kLongEnough));
+    EXPECT_EQ(child->exitCode(), 0);
 }
 
 TEST_F(ProcessesTest, TerminateOfNobodyFails) {

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <csignal>
 
@@ -20,19 +21,6 @@ namespace {
 // How long a process that can't refuse gets to leave the process table.
 constexpr std::uint32_t kHardEndMilliseconds = 1000;
 
-// This process and the ones that started it: ending one of them would end the work that asked for it.
-bool isSelfOrAncestor(pid_t id) {
-    constexpr int kMaxDepth = 1000;
-    pid_t current = getpid();
-    for (int depth = 0; depth < kMaxDepth && current > 0; ++depth) {
-        if (current == id) {
-            return true;
-        }
-        current = proc_files::parentOf(current);
-    }
-    return false;
-}
-
 // A relative path means the directory of the caller, while the system would start at the child's.
 std::string programPath(const std::string& word) {
     std::string program = nativePath(word.c_str());
@@ -50,6 +38,7 @@ public:
     std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
                                         int& outError) override;
     std::uint32_t currentId() override { return static_cast<std::uint32_t>(getpid()); }
+    std::vector<std::uint32_t> ownLine() override;
 };
 
 bool PosixProcesses::list(std::vector<ProcessInfo>& outProcesses) {
@@ -74,7 +63,11 @@ bool PosixProcesses::list(std::vector<ProcessInfo>& outProcesses) {
 
 bool PosixProcesses::terminate(std::uint32_t id, std::uint32_t politeMilliseconds) {
     // 0, 1 and numbers that are negative as a process id stand for whole groups or for the system itself.
-    if (id <= 1 || id > INT_MAX || isSelfOrAncestor(static_cast<pid_t>(id))) {
+    if (id <= 1 || id > INT_MAX) {
+        return false;
+    }
+    const std::vector<std::uint32_t> line = ownLine();
+    if (std::find(line.begin(), line.end(), id) != line.end()) {
         return false;
     }
     ProcessHandle process(static_cast<pid_t>(id));
@@ -86,6 +79,15 @@ bool PosixProcesses::terminate(std::uint32_t id, std::uint32_t politeMillisecond
         process.waitForEnd(kHardEndMilliseconds);
     }
     return true;
+}
+
+std::vector<std::uint32_t> PosixProcesses::ownLine() {
+    constexpr std::size_t kMaxDepth = 1000;
+    std::vector<std::uint32_t> line;
+    for (pid_t id = getpid(); id > 0 && line.size() < kMaxDepth; id = proc_files::parentOf(id)) {
+        line.push_back(static_cast<std::uint32_t>(id));
+    }
+    return line;
 }
 
 std::unique_ptr<ChildProcess> PosixProcesses::start(const char* commandLine, const char* workDirectory,

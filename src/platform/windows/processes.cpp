@@ -4,13 +4,20 @@
 
 #include <psapi.h>
 
+#include <algorithm>
+
 #include "platform/windows/debug_privilege.h"
+#include "platform/windows/process_line.h"
 #include "platform/windows/system_error.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
 
 namespace {
+
+// What the system itself runs as.
+constexpr DWORD kIdleProcess = 0;
+constexpr DWORD kSystemProcess = 4;
 
 bool listIds(std::vector<DWORD>& outIds) {
     outIds.resize(1024);
@@ -102,7 +109,9 @@ public:
     }
 
     bool terminate(std::uint32_t id, std::uint32_t /*politeMilliseconds*/) override {
-        if (id == GetCurrentProcessId()) {
+        const std::vector<std::uint32_t> line = ownLine();
+        if (id == kIdleProcess || id == kSystemProcess ||
+            std::find(line.begin(), line.end(), id) != line.end()) {
             return false;
         }
         const DebugPrivilege privilege;
@@ -131,6 +140,7 @@ public:
     }
 
     std::uint32_t currentId() override { return GetCurrentProcessId(); }
+    std::vector<std::uint32_t> ownLine() override { return processLine(GetCurrentProcessId()); }
 };
 
 }  // namespace

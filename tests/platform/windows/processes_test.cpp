@@ -107,9 +107,10 @@ TEST(WindowsProcesses, endOnRequestWithCodeZero) {
     EXPECT_FALSE(systemProcesses().terminate(found->id, 0));
 }
 
-TEST(WindowsProcesses, neverEndThisOne) {
+TEST(WindowsProcesses, neverEndThisOneOrTheSystem) {
     EXPECT_FALSE(systemProcesses().terminate(systemProcesses().currentId(), 0));
     EXPECT_FALSE(systemProcesses().terminate(0, 0));
+    EXPECT_FALSE(systemProcesses().terminate(4, 0));
 }
 
 }  // namespace
