@@ -1,0 +1,190 @@
+#include "wini/program_runner.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+#include "contracts/system_modifications.h"
+#include "fakes/fake_console.h"
+#include "fakes/fake_processes.h"
+#include "fakes/fake_shell_objects.h"
+#include "fakes/recording_ui.h"
+
+namespace {
+
+// A program that runs until a test lets it end.
+class HeldProgram : public FakeProcesses {
+public:
+    std::thread::id waitingThread;
+
+    void letEnd() {
+        const std::lock_guard lock(mutex_);
+        mayEnd_ = true;
+        changed_.notify_all();
+    }
+    std::unique_ptr<platform::ChildProcess> start(const char* commandLine, const char* workDirectory,
+                                                  int& outError) override {
+        auto child = FakeProcesses::start(commandLine, workDirectory, outError);
+        return std::make_unique<Child>(*this, std::move(child));
+    }
+
+private:
+    class Child : public platform::ChildProcess {
+    public:
+        Child(HeldProgram& owner, std::unique_ptr<platform::ChildProcess> child)
+            : owner_(owner), child_(std::move(child)) {}
+        bool wait(std::uint32_t milliseconds) override {
+            std::unique_lock lock(owner_.mutex_);
+            owner_.waitingThread = std::this_thread::get_id();
+            owner_.changed_.wait(lock, [this] { return owner_.mayEnd_; });
+            return child_->wait(milliseconds);
+        }
+        int exitCode() override { return child_->exitCode(); }
+
+    private:
+        HeldProgram& owner_;
+        std::unique_ptr<platform::ChildProcess> child_;
+    };
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool mayEnd_ = false;
+};
+
+class ProgramRunnerTest : public testing::Test {
+protected:
+    bool run(std::uint32_t flags, const char* arguments = "", InstallerUI* ui = nullptr,
+             std::uint32_t delay = 0) {
+        return runner_.runAssociatedProgram("/opt/my app/tool", arguments, flags, "/work", ui, delay);
+    }
+    const FakeProcesses::Started& onlyStart() {
+        EXPECT_EQ(processes_.started.size(), 1U);
+        return processes_.started.at(0);
+    }
+
+    FakeProcesses processes_;
+    FakeShellObjects shell_;
+    FakeConsole log_;
+    RecordingUI ui_;
+    ProgramRunner runner_{processes_, shell_, log_};
+};
+
+TEST_F(ProgramRunnerTest, runsNothingWithoutAPath) {
+    for (const std::uint32_t flags : {0U, 1U, 2U, 8U}) {
+        EXPECT_FALSE(runner_.runAssociatedProgram(nullptr, "-x", flags, "", &ui_, 0));
+    }
+    EXPECT_TRUE(processes_.started.empty());
+    EXPECT_TRUE(shell_.opened.empty());
+}
+
+TEST_F(ProgramRunnerTest, handsADocumentToTheShellAndLooksAtNothingElse) {
+    EXPECT_TRUE(run(kRunOpenWithShell | kRunWait | kRunAsynchronous, "-x", &ui_));
+    EXPECT_EQ(shell_.opened, std::vector<std::string>{"/opt/my app/tool"});
+    EXPECT_TRUE(processes_.started.empty());
+    EXPECT_TRUE(ui_.calls.empty());
+    shell_.opens = false;
+    EXPECT_FALSE(run(kRunOpenWithShell));
+}
+
+TEST_F(ProgramRunnerTest, startsAProgramAndGoesOn) {
+    processes_.exitCodes = {5};
+    EXPECT_TRUE(run(0, "-x"));
+    EXPECT_EQ(onlyStart().commandLine, "\"/opt/my app/tool\" -x");
+    EXPECT_EQ(onlyStart().workDirectory, "/work");
+}
+
+TEST_F(ProgramRunnerTest, takesMissingTextsAsEmpty) {
+    EXPECT_TRUE(runner_.runAssociatedProgram("tool", nullptr, 0, nullptr, nullptr, 0));
+    EXPECT_EQ(onlyStart().commandLine, "\"tool\"");
+    EXPECT_EQ(onlyStart().workDirectory, "");
+}
+
+TEST_F(ProgramRunnerTest, waitsForTheEndOnRequest) {
+    processes_.waitsBeforeEnd = 2;
+    processes_.exitCodes = {0, 3};
+    EXPECT_TRUE(run(kRunWait));
+    EXPECT_FALSE(run(kRunWait));
+}
+
+TEST_F(ProgramRunnerTest, runsAWholeCommandLine) {
+    EXPECT_TRUE(runner_.runAssociatedProgram("\"a b\" -c", "", kRunWholeCommandLine, "", nullptr, 0));
+    EXPECT_EQ(onlyStart().commandLine, "\"a b\" -c");
+}
+
+TEST_F(ProgramRunnerTest, ignoresTheFlagsWithoutAMeaningHere) {
+    EXPECT_TRUE(run(kRunAsRoot | kRunNoErrorOutput));
+    EXPECT_EQ(onlyStart().commandLine, "\"/opt/my app/tool\"");
+}
+
+TEST_F(ProgramRunnerTest, tellsThatAProgramDoesNotStart) {
+    processes_.startError = 2;
+    EXPECT_FALSE(run(0));
+    EXPECT_FALSE(run(kRunWait));
+    EXPECT_FALSE(run(kRunAsynchronous));
+    EXPECT_EQ(log_.lines()[0], "ERROR: \"/opt/my app/tool\" does not start (2)");
+}
+
+TEST_F(ProgramRunnerTest, succeedsWithTheExitCodeOfAnAsynchronousProgram) {
+    processes_.exitCodes = {0, 1, -1};
+    EXPECT_TRUE(run(kRunAsynchronous));
+    EXPECT_FALSE(run(kRunAsynchronous));
+    EXPECT_FALSE(run(kRunAsynchronous | kRunWait, "", &ui_, 5));
+}
+
+class AsynchronousRunTest : public ProgramRunnerTest {
+protected:
+    // Lets the program end when the front end has been served so often.
+    void endAfter(int rounds) {
+        ui_.onCall = [this, rounds](const std::string& call) {
+            if (call == "pumpEvents()" && ++rounds_ == rounds) {
+                held_.letEnd();
+            }
+        };
+    }
+    bool runHeld(std::uint32_t flags, InstallerUI* ui, std::uint32_t delay) {
+        return heldRunner_.runAssociatedProgram("tool", "", flags, "", ui, delay);
+    }
+
+    int rounds_ = 0;
+    HeldProgram held_;
+    ProgramRunner heldRunner_{held_, shell_, log_};
+};
+
+TEST_F(AsynchronousRunTest, servesTheFrontEndUntilTheProgramHasEnded) {
+    endAfter(3);
+    EXPECT_TRUE(runHeld(kRunAsynchronous, &ui_, 1));
+    EXPECT_GE(ui_.countOf("pumpEvents()"), 3);
+    EXPECT_EQ(ui_.countOf("setCurrentProgress("), 0);
+    EXPECT_NE(held_.waitingThread, std::this_thread::get_id());
+}
+
+TEST_F(AsynchronousRunTest, advancesTheProgressToAHundredAndStaysThere) {
+    endAfter(104);
+    EXPECT_TRUE(runHeld(kRunAsynchronous | kRunAdvanceProgress, &ui_, 0));
+    const std::vector<std::string> shown = ui_.callsOf("setCurrentProgress(");
+    ASSERT_GE(shown.size(), 103U);
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        EXPECT_EQ(shown[i], "setCurrentProgress(" + std::to_string(std::min<std::size_t>(i, 100)) + ")");
+    }
+}
+
+TEST_F(AsynchronousRunTest, doesWithoutAFrontEnd) {
+    held_.letEnd();
+    EXPECT_TRUE(runHeld(kRunAsynchronous | kRunAdvanceProgress, nullptr, 0));
+}
+
+TEST_F(AsynchronousRunTest, leavesNoThreadBehindAFrontEndThatFails) {
+    ui_.onCall = [this](const std::string&) {
+        held_.letEnd();
+        throw std::runtime_error("broken");
+    };
+    EXPECT_THROW(runHeld(kRunAsynchronous, &ui_, 1), std::runtime_error);
+    ui_.onCall = nullptr;
+    EXPECT_TRUE(runHeld(kRunAsynchronous, &ui_, 1));
+}
+
+}  // namespace
