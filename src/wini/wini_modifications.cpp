@@ -4,6 +4,8 @@
 
 #include "contracts/install_exchange_info.h"
 #include "wini/application_registration.h"
+#include "wini/external_uninstaller.h"
+#include "wini/program_runner.h"
 #include "wini/registry_changes.h"
 
 struct WiniModifications::Families {
@@ -13,6 +15,9 @@ struct WiniModifications::Families {
     SessionLog console;
     RegistryChanges registry{platform.registry};
     ApplicationRegistration registration{platform.registry, product, console};
+    ProgramRunner programs{platform.processes, platform.shell, console};
+    ExternalUninstaller uninstallers{{platform.registry, platform.processes, platform.events, programs},
+                                     console};
 
     // The operation isn't built yet; the log says so.
     bool refuse(const char* operation) const {
@@ -119,11 +124,12 @@ bool WiniModifications::removeUninstallEntry(const char* applicationName) {
     return families().registration.removeUninstallEntry(applicationName);
 }
 
-bool WiniModifications::uninstallApplication(const char*, const char*, std::uint32_t, InstallerUI*) {
-    return families().refuse("uninstallApplication");
+bool WiniModifications::uninstallApplication(const char* applicationName, const char* arguments,
+                                             std::uint32_t flags, InstallerUI* ui) {
+    return families().uninstallers.uninstallApplication(applicationName, arguments, flags, ui);
 }
 
-bool WiniModifications::runAssociatedProgram(const char*, const char*, std::uint32_t, const char*,
-                                             InstallerUI*, std::uint32_t) {
-    return families().refuse("runAssociatedProgram");
+bool WiniModifications::runAssociatedProgram(const char* path, const char* arguments, std::uint32_t flags,
+                                             const char* workDir, InstallerUI* ui, std::uint32_t delay) {
+    return families().programs.runAssociatedProgram(path, arguments, flags, workDir, ui, delay);
 }

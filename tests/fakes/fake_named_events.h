@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/named_events.h"
@@ -12,8 +14,14 @@ class FakeNamedEvents : public platform::NamedEvents {
 public:
     std::vector<std::string> signals;
     std::set<std::string> existing;
+    std::vector<std::pair<std::string, std::uint32_t>> waits;  // name and milliseconds, in order
+    int openEvents = 0;
+    bool createFails = false;
 
     std::unique_ptr<platform::NamedEvent> create(const char* name) override {
+        if (createFails) {
+            return nullptr;
+        }
         existing.insert(name);
         return std::make_unique<Event>(*this, name);
     }
@@ -25,8 +33,10 @@ public:
 private:
     class Event : public platform::NamedEvent {
     public:
-        Event(FakeNamedEvents& owner, const char* name) : owner_(owner), name_(name) {}
-        bool wait(std::uint32_t) override {
+        Event(FakeNamedEvents& owner, const char* name) : owner_(owner), name_(name) { ++owner_.openEvents; }
+        ~Event() override { --owner_.openEvents; }
+        bool wait(std::uint32_t milliseconds) override {
+            owner_.waits.emplace_back(name_, milliseconds);
             for (const std::string& signalled : owner_.signals) {
                 if (signalled == name_) {
                     return true;

@@ -47,4 +47,23 @@ TEST_F(WiniModificationsFamiliesTest, registerTheProductOfTheSession) {
     EXPECT_FALSE(modifications_.removeUninstallEntry("Full name"));
 }
 
+TEST_F(WiniModificationsFamiliesTest, runProgramsAndDocuments) {
+    machine_.processes.exitCodes = {0, 3};
+    EXPECT_TRUE(modifications_.runAssociatedProgram("tool", "-x", kRunWait, "/dir", nullptr, 0));
+    EXPECT_FALSE(modifications_.runAssociatedProgram("tool", nullptr, kRunAsynchronous, "", nullptr, 0));
+    EXPECT_EQ(machine_.processes.started.size(), 2U);
+    EXPECT_TRUE(modifications_.runAssociatedProgram("page.html", "", kRunOpenWithShell, "", nullptr, 0));
+    EXPECT_EQ(machine_.shell.opened, std::vector<std::string>{"page.html"});
+}
+
+TEST_F(WiniModificationsFamiliesTest, runTheUninstallersOfOthers) {
+    machine_.registry.addText(platform::RegistryRoot::kLocalMachine,
+                              "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Other",
+                              "UninstallString", "\"/opt/un\" -x");
+    EXPECT_TRUE(modifications_.uninstallApplication("Other", "-y", 2, nullptr));
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_EQ(machine_.processes.started[0].commandLine, "\"/opt/un\" -x -y");
+    EXPECT_FALSE(modifications_.uninstallApplication("None", "", 2, nullptr));
+}
+
 }  // namespace
