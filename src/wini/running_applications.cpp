@@ -1,13 +1,16 @@
 #include "wini/running_applications.h"
 
+#include <algorithm>
+
 #include "base/path_functions.h"
 #include "base/text_functions.h"
+#include "contracts/system_modifications.h"
 #include "platform/processes.h"
 
 namespace {
 
-// How long a service's own stopping is waited for.
-constexpr std::uint32_t kServiceStopMilliseconds = 10000;
+// Between two looks at a service that is stopping itself.
+constexpr std::uint32_t kServiceLookMilliseconds = 100;
 
 bool isFirstProcess(const platform::ProcessInfo& process) {
     return process.id <= 1;
@@ -20,8 +23,9 @@ std::string unified(std::string path) {
 
 }  // namespace
 
-RunningApplications::RunningApplications(platform::Processes& processes, SessionLog console)
-    : processes_(processes), console_(console) {}
+RunningApplications::RunningApplications(platform::Processes& processes, SystemModifications& programs,
+                                         SessionLog console)
+    : processes_(processes), programs_(programs), console_(console) {}
 
 bool RunningApplications::isFrom(const platform::ProcessInfo& process, const char* name,
                                  const char* directory) {
@@ -67,8 +71,15 @@ bool RunningApplications::isApplicationRunning(const char* name, const char* dir
 }
 
 bool RunningApplications::closeApplication(const char* name, bool isService, const char* directory) {
+    // Whoever waits for this session must not be stopped by it, nor a service be asked on his behalf.
+    const std::vector<std::uint32_t> spared = processes_.ownLine();
     bool stopped = false;
     for (const platform::ProcessInfo& process : findAll(name, directory, false)) {
+        if (std::find(spared.begin(), spared.end(), process.id) != spared.end()) {
+            console_->print("WARNING: \"%s\" (%u) is not stopped: it started this program", name,
+                            static_cast<unsigned>(process.id));
+            continue;
+        }
         if (isService && !process.path.empty()) {
             stopService(process.path);
         }
@@ -79,12 +90,8 @@ bool RunningApplications::closeApplication(const char* name, bool isService, con
 }
 
 void RunningApplications::stopService(const std::string& program) {
-    int error = 0;
-    const auto stopper = processes_.start(("\"" + program + "\" -stop").c_str(), "", error);
-    if (stopper == nullptr) {
-        console_->print("WARNING: The service \"%s\" could not be asked to stop (%d)", program.c_str(),
-                        error);
-        return;
+    if (!programs_.runAssociatedProgram(program.c_str(), "-stop", kRunAsynchronous, nullptr, nullptr,
+                                        kServiceLookMilliseconds)) {
+        console_->print("WARNING: The service \"%s\" did not stop itself", program.c_str());
     }
-    stopper->wait(kServiceStopMilliseconds);
 }

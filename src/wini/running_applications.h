@@ -6,6 +6,8 @@
 
 #include "engine/session_log.h"
 
+class SystemModifications;
+
 namespace platform {
 class Processes;
 struct ProcessInfo;
@@ -14,16 +16,18 @@ struct ProcessInfo;
 // Finds and stops processes by the base name of their executable, without regard to case, and, where a
 // directory is given (not null, not empty), by that directory: it must stand somewhere in the executable's
 // path, case and all; `/` and `\` are the same. This process and the first process of the system are never
-// among them.
+// among them, and the processes that started this one are never stopped.
 class RunningApplications {
 public:
     // How long a process gets to end by itself where the system knows such a request.
     static constexpr std::uint32_t kPoliteMilliseconds = 2000;
 
-    RunningApplications(platform::Processes& processes, SessionLog console);
+    // A service is asked to stop through `programs`. All are borrowed and outlive this object.
+    RunningApplications(platform::Processes& processes, SystemModifications& programs, SessionLog console);
 
     bool isApplicationRunning(const char* name, const char* directory);
-    // Stops all that match. True when at least one was stopped. A service is asked first.
+    // Stops all that match. True when at least one was stopped. A service is asked first, by running its
+    // program with "-stop" to its end.
     bool closeApplication(const char* name, bool isService, const char* directory);
 
 private:
@@ -32,5 +36,6 @@ private:
     void stopService(const std::string& program);
 
     platform::Processes& processes_;
+    SystemModifications& programs_;
     SessionLog console_;
 };

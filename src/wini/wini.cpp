@@ -16,7 +16,7 @@ Wini::Wini(const platform::Platform& platform, int level, int gui, int ignoreErr
       guiArgument_(gui),
       ignoreErrorsArgument_(ignoreErrors),
       uninstallList_(platform.registry),
-      runningApplications_(platform.processes, console) {
+      runningApplications_(platform.processes, modifications, console) {
     modifications.attach(*this, errorList, console);
 }
 

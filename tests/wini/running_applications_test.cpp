@@ -4,6 +4,7 @@
 
 #include "fakes/fake_console.h"
 #include "fakes/fake_processes.h"
+#include "fakes/fake_system_modifications.h"
 
 namespace {
 
@@ -27,7 +28,8 @@ protected:
 
     FakeProcesses processes_;
     FakeConsole log_;
-    RunningApplications applications_{processes_, log_};
+    FakeSystemModifications programs_;
+    RunningApplications applications_{processes_, programs_, log_};
 };
 
 TEST_F(RunningApplicationsTest, findsAProcessByItsNameInAnyCase) {
@@ -63,7 +65,7 @@ TEST_F(RunningApplicationsTest, countsAProcessWithAnUnknownPathAsAMatch) {
 TEST_F(RunningApplicationsTest, stopsAllProcessesOfAName) {
     EXPECT_TRUE(applications_.closeApplication("tool.exe", false, nullptr));
     EXPECT_EQ(terminated(), (std::vector<std::uint32_t>{10, 11}));
-    EXPECT_TRUE(processes_.started.empty());
+    EXPECT_TRUE(programs_.calls.empty());
 }
 
 TEST_F(RunningApplicationsTest, stopsOnlyThoseOfTheDirectory) {
@@ -73,16 +75,36 @@ TEST_F(RunningApplicationsTest, stopsOnlyThoseOfTheDirectory) {
 
 TEST_F(RunningApplicationsTest, asksAServiceToStopFirst) {
     EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
-    ASSERT_EQ(processes_.started.size(), 1U);
-    EXPECT_EQ(processes_.started[0].commandLine, "\"C:\\app\\bin\\Tool.exe\" -stop");
+    EXPECT_EQ(programs_.calls,
+              std::vector<std::string>{"runAssociatedProgram(C:\\app\\bin\\Tool.exe, -stop, 8, null, 100)"});
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
 }
 
-TEST_F(RunningApplicationsTest, stopsAServiceThatCannotBeAsked) {
-    processes_.startError = 2;
+TEST_F(RunningApplicationsTest, stopsAServiceThatDoesNotStopItself) {
+    programs_.failing = {"runAssociatedProgram"};
     EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
-    EXPECT_TRUE(
-        log_.hasLine("WARNING: The service \"C:\\app\\bin\\Tool.exe\" could not be asked to stop (2)"));
+    EXPECT_TRUE(log_.hasLine("WARNING: The service \"C:\\app\\bin\\Tool.exe\" did not stop itself"));
+}
+
+TEST_F(RunningApplicationsTest, asksNoServiceWhoseProgramIsUnknown) {
+    EXPECT_TRUE(applications_.closeApplication("hidden", true, nullptr));
+    EXPECT_TRUE(programs_.calls.empty());
+    EXPECT_EQ(terminated(), std::vector<std::uint32_t>{12});
+}
+
+TEST_F(RunningApplicationsTest, goesOnWhereAServiceIsGoneAlready) {
+    processes_.unkillable = {10};
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, nullptr));
+    EXPECT_EQ(terminated(), (std::vector<std::uint32_t>{10, 11}));
+}
+
+TEST_F(RunningApplicationsTest, neverStopsTheProcessesThatStartedIt) {
+    processes_.parents = {11, 5};
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, nullptr));
+    EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
+    EXPECT_EQ(programs_.calls.size(), 1U);
+    EXPECT_TRUE(log_.hasLine("WARNING: \"tool.exe\" (11) is not stopped: it started this program"));
+    EXPECT_TRUE(applications_.isApplicationRunning("tool.exe", nullptr));
 }
 
 TEST_F(RunningApplicationsTest, tellsThatNothingWasStopped) {
