@@ -95,9 +95,12 @@ class Commands(ManualTest):
     def test_the_examples_of_the_packager_do_what_the_page_says(self):
         self.assertGreaterEqual(self.follow("packager.md"), 3)
 
+    def test_the_examples_of_documents_look_as_the_page_says(self):
+        self.assertGreaterEqual(self.follow("documents.md"), 2)
+
     def test_no_other_page_has_commands_that_nobody_runs(self):
         for page in MANUAL.glob("*.md"):
-            if page.name not in ("tutorial.md", "packager.md"):
+            if page.name not in ("tutorial.md", "packager.md", "documents.md"):
                 runs = [b for b in manual_pages.blocks(page.read_text("utf-8")) if "run" in b.words]
                 self.assertEqual(runs, [], page.name)
 
