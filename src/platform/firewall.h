@@ -40,6 +40,7 @@ enum class FirewallCall {
 struct FirewallOutcome {
     FirewallCall failed = FirewallCall::kNone;
     int error = 0;
+    bool unreachable = false;  // it failed because the service doesn't run
 
     bool done() const { return failed == FirewallCall::kNone; }
 };

@@ -5,6 +5,7 @@
 #include "platform/clock.h"
 #include "platform/file_system.h"
 #include "support/utilities.h"
+#include "wini/default_browser.h"
 #include "wini/registry_access.h"
 #include "wini/temporary_names.h"
 
@@ -59,8 +60,12 @@ bool Wini::listRegistryKeys(const char* place, const char* path, std::vector<std
 }
 
 bool Wini::openInDefaultBrowser(const char* url) {
-    SessionLog(console)->print("WARNING: \"%s\" is not opened: this version can not do that", url);
-    return false;
+    const int status = ::openInDefaultBrowser(platform_, url);
+    if (status != 0) {
+        SessionLog(console)->print("WARNING: \"%s\" could not be opened (%d)", url != nullptr ? url : "",
+                                   status);
+    }
+    return status == 0;
 }
 
 void Wini::sleepMilliseconds(std::uint32_t milliseconds) {

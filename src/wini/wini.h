@@ -43,7 +43,7 @@ public:
     bool readRegistryValue(const char* place, const char* path, const char* valueName,
                            SystemRegistryValue& outValue) override;
     bool listRegistryKeys(const char* place, const char* path, std::vector<std::string>& outNames) override;
-    // Not there yet: false, and the log says so.
+    // The log tells a failure.
     bool openInDefaultBrowser(const char* url) override;
     void sleepMilliseconds(std::uint32_t milliseconds) override;
 

@@ -5,8 +5,10 @@
 #include "contracts/install_exchange_info.h"
 #include "wini/application_registration.h"
 #include "wini/external_uninstaller.h"
+#include "wini/firewall_changes.h"
 #include "wini/program_runner.h"
 #include "wini/registry_changes.h"
+#include "wini/shortcuts.h"
 
 struct WiniModifications::Families {
     const platform::Platform& platform;
@@ -18,6 +20,8 @@ struct WiniModifications::Families {
     ProgramRunner programs{platform.processes, platform.shell, console};
     ExternalUninstaller uninstallers{{platform.registry, platform.processes, platform.events, programs},
                                      console};
+    Shortcuts shortcuts{platform.shell, platform.files, registration, errors};
+    FirewallChanges firewall{platform.firewall, console};
 
     // The operation isn't built yet; the log says so.
     bool refuse(const char* operation) const {
@@ -71,32 +75,28 @@ bool WiniModifications::undoFileModification(const char*, InstallerUI*) {
     return families().refuse("undoFileModification");
 }
 
-bool WiniModifications::addShortcut(const ShortcutRequest&, std::string&, InstallerUI*) {
-    return families().refuse("addShortcut");
+bool WiniModifications::addShortcut(const ShortcutRequest& shortcut, std::string& outUndo, InstallerUI* ui) {
+    return families().shortcuts.addShortcut(shortcut, outUndo, ui);
 }
 
-bool WiniModifications::removeShortcut(const char*, InstallerUI*) {
-    return families().refuse("removeShortcut");
+bool WiniModifications::removeShortcut(const char* undoText, InstallerUI* ui) {
+    return families().shortcuts.removeShortcut(undoText, ui);
 }
 
-FirewallResult WiniModifications::firewallAddApplication(const char*, const char*) {
-    families().refuse("firewallAddApplication");
-    return FirewallResult::kFailed;
+FirewallResult WiniModifications::firewallAddApplication(const char* path, const char* name) {
+    return families().firewall.addApplication(path, name);
 }
 
-FirewallResult WiniModifications::firewallRemoveApplication(const char*) {
-    families().refuse("firewallRemoveApplication");
-    return FirewallResult::kFailed;
+FirewallResult WiniModifications::firewallRemoveApplication(const char* path) {
+    return families().firewall.removeApplication(path);
 }
 
-FirewallResult WiniModifications::firewallAddPort(const FirewallPortRule&) {
-    families().refuse("firewallAddPort");
-    return FirewallResult::kFailed;
+FirewallResult WiniModifications::firewallAddPort(const FirewallPortRule& rule) {
+    return families().firewall.addPort(rule);
 }
 
-FirewallResult WiniModifications::firewallRemovePort(const char*) {
-    families().refuse("firewallRemovePort");
-    return FirewallResult::kFailed;
+FirewallResult WiniModifications::firewallRemovePort(const char* logText) {
+    return families().firewall.removePort(logText);
 }
 
 int WiniModifications::writeRegistryValue(const char* place, const char* path, const char* type,

@@ -17,6 +17,9 @@ public:
     std::map<std::string, std::string> applications;  // path -> name
     std::map<Port, std::string> ports;                // -> name
     std::map<platform::FirewallCall, int> failing;    // the call -> its number
+    std::map<platform::FirewallCall, int> passing;    // so many times a failing call is done before
+    bool unreachable = false;                         // the service is what is missing
+    bool givesProfile = true;                         // false: a connection leads nowhere
 
     // "connect", "close" and, in order, the operations with their arguments: "addPort 80 TCP Web".
     std::vector<std::string> operations;
@@ -28,15 +31,19 @@ public:
         for (const FirewallCall call :
              {FirewallCall::kNoService, FirewallCall::kInitialize, FirewallCall::kCreateManager,
               FirewallCall::kLocalPolicy, FirewallCall::kCurrentProfile}) {
-            if (failing.contains(call)) {
-                return {call, failing[call]};
+            if (fails(call)) {
+                return {call, failing[call], unreachable};
             }
         }
-        outProfile = std::make_unique<Profile>(*this);
+        if (givesProfile) {
+            outProfile = std::make_unique<Profile>(*this);
+        }
         return {};
     }
 
 private:
+    bool fails(platform::FirewallCall call) { return failing.contains(call) && passing[call]-- <= 0; }
+
     class Profile : public platform::FirewallProfile {
     public:
         using Call = platform::FirewallCall;
@@ -114,8 +121,8 @@ private:
         void note(const std::string& text) { firewall_.operations.push_back(text); }
         Outcome firstFailure(std::initializer_list<Call> calls) const {
             for (const Call call : calls) {
-                if (firewall_.failing.contains(call)) {
-                    return {call, firewall_.failing[call]};
+                if (firewall_.fails(call)) {
+                    return {call, firewall_.failing[call], firewall_.unreachable};
                 }
             }
             return {};

@@ -66,4 +66,31 @@ TEST_F(WiniModificationsFamiliesTest, runTheUninstallersOfOthers) {
     EXPECT_FALSE(modifications_.uninstallApplication("None", "", 2, nullptr));
 }
 
+TEST_F(WiniModificationsFamiliesTest, makeAndRemoveShortcuts) {
+    ShortcutRequest shortcut;
+    shortcut.linkPath = "/d/a.lnk";
+    shortcut.target = "/d/a";
+    std::string undo;
+    EXPECT_TRUE(modifications_.addShortcut(shortcut, undo, nullptr));
+    EXPECT_EQ(undo, "CREATE\t/d/a.lnk");
+    EXPECT_EQ(machine_.shell.links.count("/d/a.lnk"), 1U);
+    machine_.files.addFile("/d/a.lnk", "x");
+    EXPECT_TRUE(modifications_.removeShortcut(undo.c_str(), nullptr));
+    EXPECT_FALSE(machine_.files.hasFile("/d/a.lnk"));
+    shortcut.type = ShortcutType::kSymlink;
+    EXPECT_FALSE(modifications_.addShortcut(shortcut, undo, nullptr));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to create  shortcut /d/a.lnk"});
+}
+
+TEST_F(WiniModificationsFamiliesTest, changeTheFirewall) {
+    EXPECT_EQ(modifications_.firewallAddApplication("/a", "n"), FirewallResult::kDone);
+    EXPECT_EQ(machine_.firewall.applications.count("/a"), 1U);
+    EXPECT_EQ(modifications_.firewallRemoveApplication("/a"), FirewallResult::kDone);
+    EXPECT_TRUE(machine_.firewall.applications.empty());
+    EXPECT_EQ(modifications_.firewallAddPort({80, "n", kFirewallTcp}), FirewallResult::kDone);
+    EXPECT_EQ(machine_.firewall.ports.size(), 1U);
+    EXPECT_EQ(modifications_.firewallRemovePort("80\tTCP\tn"), FirewallResult::kDone);
+    EXPECT_TRUE(machine_.firewall.ports.empty());
+}
+
 }  // namespace

@@ -139,11 +139,17 @@ TEST_F(WiniTest, answersForTheSystem) {
     wini_.sleepMilliseconds(0);
 }
 
-TEST_F(WiniTest, saysThatItOpensNoBrowser) {
+TEST_F(WiniTest, opensAPageInTheDefaultBrowser) {
+    EXPECT_TRUE(wini_.openInDefaultBrowser("http://example.com"));
+    EXPECT_EQ(shell_.opened, std::vector<std::string>{"http://example.com"});
+    EXPECT_TRUE(log_.lines().empty());
+}
+
+TEST_F(WiniTest, saysThatAPageCouldNotBeOpened) {
+    shell_.opens = false;
     EXPECT_FALSE(wini_.openInDefaultBrowser("http://example.com"));
     EXPECT_EQ(log_.lines(),
-              std::vector<std::string>{
-                  "WARNING: \"http://example.com\" is not opened: this version can not do that"});
+              std::vector<std::string>{"WARNING: \"http://example.com\" could not be opened (2)"});
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ class NoFirewall : public Firewall {
 public:
     FirewallOutcome connect(std::unique_ptr<FirewallProfile>& outProfile) override {
         outProfile.reset();
-        return {FirewallCall::kNoService, ENOSYS};
+        return {FirewallCall::kNoService, ENOSYS, true};
     }
 };
 

@@ -10,8 +10,20 @@ namespace platform {
 
 namespace {
 
+// The objects can be made while the service is stopped; only their calls tell.
+bool meansStoppedService(HRESULT result) {
+    for (const DWORD number : {ERROR_SERVICE_DISABLED, ERROR_SERVICE_NOT_ACTIVE, RPC_S_SERVER_UNAVAILABLE,
+                               RPC_S_UNKNOWN_IF, EPT_S_NOT_REGISTERED}) {
+        if (result == HRESULT_FROM_WIN32(number)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 FirewallOutcome outcomeOf(FirewallCall call, HRESULT result) {
-    return FAILED(result) ? FirewallOutcome{call, static_cast<int>(result)} : FirewallOutcome{};
+    return FAILED(result) ? FirewallOutcome{call, static_cast<int>(result), meansStoppedService(result)}
+                          : FirewallOutcome{};
 }
 
 template <typename Class, typename Interface>

@@ -1,0 +1,52 @@
+#include "wini/default_browser.h"
+
+#include <string>
+#include <string_view>
+
+#include "platform/processes.h"
+#include "platform/registry.h"
+#include "platform/shell_objects.h"
+
+namespace {
+
+constexpr std::string_view kPageEnding = ".htm";
+constexpr std::string_view kOpenCommand = "\\shell\\open\\command";
+constexpr std::string_view kPlace = "%1";
+
+// The default value of a class key; empty when there is no such text.
+std::string classText(platform::Registry& registry, const std::string& path) {
+    platform::RegistryValue value;
+    const int status = registry.readValue(platform::RegistryRoot::kClassesRoot, path.c_str(),
+                                          platform::RegistryView::kNative, "", value);
+    return status == platform::kRegOk && value.type == platform::kRegString ? value.data : std::string();
+}
+
+std::string pageCommand(platform::Registry& registry) {
+    const std::string pageClass = classText(registry, std::string(kPageEnding));
+    return pageClass.empty() ? std::string() : classText(registry, pageClass + std::string(kOpenCommand));
+}
+
+std::string commandWith(const std::string& command, const char* url) {
+    std::string text;
+    std::size_t start = 0;
+    for (std::size_t place; (place = command.find(kPlace, start)) != std::string::npos;) {
+        text.append(command, start, place - start).append(url);
+        start = place + kPlace.size();
+    }
+    return start == 0 ? command + ' ' + url : text.append(command, start);
+}
+
+}  // namespace
+
+int openInDefaultBrowser(const platform::Platform& platform, const char* url) {
+    if (url == nullptr || url[0] == '\0') {
+        return platform::kRegBadArgument;
+    }
+    const std::string command = pageCommand(platform.registry);
+    if (command.empty()) {
+        return platform.shell.openDocument(url) ? 0 : platform::kRegNotFound;
+    }
+    int error = 0;
+    platform.processes.start(commandWith(command, url).c_str(), "", error);
+    return error;
+}
