@@ -18,10 +18,10 @@ class ShellObjects {
 public:
     virtual ~ShellObjects() = default;
 
-    // Make a link file at exactly `linkPath`, over a file that is there; its directory exists. A link of the
-    // file system in its place is replaced, not followed. 0 or the system's error, after which what was there
-    // before is still there.
-    // Windows: a shell link, an Internet shortcut. Linux: a desktop entry (Desktop Entry Specification 1.5).
+    // Make a link file at exactly `linkPath`, over a file that is there; its directory exists. 0 or the
+    // system's error. Null texts count as empty.
+    // Windows: a shell link, an Internet shortcut. Linux: a desktop entry (Desktop Entry Specification 1.5),
+    // put in place in one step; a link of the file system is replaced, not followed.
     virtual int createLink(const char* linkPath, const LinkDescription& link) = 0;
     virtual int createUrlLink(const char* linkPath, const char* url) = 0;
 
