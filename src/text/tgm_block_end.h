@@ -1,14 +1,14 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <tuple>
 #include <vector>
 
 #include "text/tgm_line.h"
 #include "text/tgm_work_budget.h"
 
-// Decides line by line whether a block goes on. Two machines that compare equal go on alike.
+// Decides line by line whether a block goes on. Machines of which none is less than the other go on alike.
 class TGMBlockEndMachine {
 public:
     enum class State : std::uint8_t { kSame, kBlank, kDeeper, kLazy, kEnd };
@@ -20,7 +20,7 @@ public:
     State step(const TGMLine& line);
     State getState() const { return state_; }
 
-    auto operator<=>(const TGMBlockEndMachine&) const = default;
+    bool operator<(const TGMBlockEndMachine& other) const { return key() < other.key(); }
 
 private:
     State stepSame(const TGMLine& line) const;
@@ -28,6 +28,10 @@ private:
     State stepDeeper(const TGMLine& line) const;
     State stepLazy(const TGMLine& line) const;
     State stepLazyAtBlockIndent(TGMNodeType type) const;
+
+    std::tuple<std::uint32_t, TGMNodeType, State, bool, bool> key() const {
+        return {blockIndent_, blockType_, state_, seenBlank_, lazyLists_};
+    }
 
     std::uint32_t blockIndent_;
     TGMNodeType blockType_;

@@ -98,10 +98,7 @@ std::uint32_t measureTgmIndent(std::string_view whiteSpace, std::uint32_t tabWid
     std::uint32_t levels = 0;
     std::uint32_t blanks = 0;
     for (const char c : whiteSpace) {
-        if (c == '\t') {
-            ++levels;
-            blanks = 0;
-        } else if (c == ' ' && ++blanks >= tabWidth) {
+        if (c == '\t' || (c == ' ' && ++blanks >= tabWidth)) {
             ++levels;
             blanks = 0;
         }
