@@ -67,6 +67,41 @@ TEST_F(DefaultValuesLoaderTest, AConfigurationFileWithoutValuesChangesNothing) {
     EXPECT_EQ(valueOf("A"), "one");
 }
 
+// As a run by hand leaves it.
+constexpr std::string_view kAnswers =
+    "<DefValues>\n"
+    " <Value Name=\"A\" DataType=\"value\">two</Value>\n"
+    " <Value Name=\"B\" DataType=\"value\">x &lt; y</Value>\n"
+    "</DefValues>\n";
+
+TEST_F(DefaultValuesLoaderTest, AConfigurationFileCutAtAnyLengthGivesTheValuesThatAreWhole) {
+    for (std::size_t length = 0; length <= kAnswers.size(); ++length) {
+        files_.addFile("/c.xml", std::string(kAnswers.substr(0, length)));
+        EXPECT_EQ(load("/c.xml"), 0) << length;
+        const bool isClosed = length >= kAnswers.find("</Value>") + std::string_view("</Value>").size();
+        EXPECT_EQ(valueOf("A"), isClosed ? "two" : "one") << length;
+    }
+    EXPECT_EQ(valueOf("B"), "x < y");
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(DefaultValuesLoaderTest, AnyByteOfAConfigurationFileMayBeWrong) {
+    for (std::size_t place = 0; place < kAnswers.size(); ++place) {
+        for (const char wrong : {'<', '>', '"', '/', '&', '$', '\0', '\xFF', 'x'}) {
+            std::string answers(kAnswers);
+            answers[place] = wrong;
+            files_.addFile("/c.xml", answers);
+            ASSERT_EQ(load("/c.xml"), 0) << place << wrong;
+            ASSERT_EQ(valueOf("WX_PORT"), "win");
+            for (std::int32_t index = 0; index < variables_.getCount(); ++index) {
+                ASSERT_LT(variables_.at(index).value.size(), InstallVariable::kTextCapacity);
+                ASSERT_FALSE(variables_.at(index).name.empty());
+            }
+        }
+    }
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
 TEST_F(DefaultValuesLoaderTest, AMissingConfigurationFileIsShownAndFails) {
     files_.addDirectory("/d");
     EXPECT_EQ(load("/d/missing.xml"), -1);

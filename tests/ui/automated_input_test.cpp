@@ -48,6 +48,42 @@ TEST_F(AutomatedInput, RefusesAFileWithoutDefaultValues) {
     }
 }
 
+constexpr std::string_view kAnswersTag = "<DefValues>";
+constexpr std::string_view kAnswers =
+    "<DefValues>\n <Value Name=\"A\" DataType=\"value\">two</Value>\n</DefValues>\n";
+
+TEST_F(AutomatedInput, AcceptsACutFileOnceItsSectionIsOpened) {
+    const std::string path = directory.file("cut.xml");
+    for (std::size_t length = 0; length <= kAnswers.size(); ++length) {
+        terminal.output.clear();
+        writeTestFile(path, kAnswers.substr(0, length));
+        const bool isOpened = length >= kAnswersTag.size();
+        EXPECT_EQ(initWith(path), isOpened ? 1 : 0) << length;
+        EXPECT_EQ(terminal.output.empty(), isOpened) << length;
+    }
+}
+
+TEST_F(AutomatedInput, TakesOrRefusesAFileWithAnyByteWrong) {
+    const std::string path = directory.file("wrong.xml");
+    const std::string refusal = "The file \"" + path +
+                                "\" is not a propper XML installation config file. The installation can not "
+                                "continue!\n";
+    for (std::size_t place = 0; place < kAnswers.size(); ++place) {
+        for (const char wrong : {'<', '>', '"', '/', '\0', '\xFF', 'x'}) {
+            terminal.output.clear();
+            std::string answers(kAnswers);
+            answers[place] = wrong;
+            writeTestFile(path, answers);
+            const int result = initWith(path);
+            EXPECT_EQ(terminal.output, result == 1 ? "" : refusal) << place << wrong;
+            // The name may end with "/>" as well.
+            const bool endsName = place == kAnswersTag.size() - 1 && wrong == '/';
+            const bool isInTag = place < kAnswersTag.size() && answers != kAnswers && !endsName;
+            EXPECT_EQ(result, isInTag ? 0 : 1) << place << wrong;
+        }
+    }
+}
+
 TEST_F(AutomatedInput, AnswersATextWithItsValueAndNeverTheFallback) {
     Automated input(terminal, "", false);
     char buffer[8] = "before";
