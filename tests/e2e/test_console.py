@@ -1,6 +1,7 @@
 """The console front end in real terminals: prompts, passwords, interrupts, windows of several sizes."""
 
 import os
+import shutil
 import signal
 import unittest
 
@@ -56,6 +57,8 @@ class ConsoleTest(EndToEndTest):
         self.assertEqual(shown, expected)
 
     def assert_settings_restored(self, terminal):
+        if WINDOWS:  # Wine's console outlives the program by a moment
+            self.wait_until(lambda: terminal.current_settings() == terminal.settings)
         self.assertEqual(terminal.current_settings(), terminal.settings)
 
     def assert_aborted(self, terminal, code=0):
@@ -299,6 +302,142 @@ class Interrupts(ConsoleTest):
         self.assertNotIn("Aborting", terminal.text())
         self.assertEqual(self.read("opt/product/files"), b"in the way")
         self.assert_settings_restored(terminal)
+
+
+NEXT_PAGE = "\nPress ENTER for the next page..."
+LINES = [f"Line {number:02} of the notes" for number in range(1, 31)]
+NOTES = "{\\rtf1\\ansi " + "\\par\n".join(LINES) + "\\par\n}"
+TERMS = "# Terms\n\n" + "".join(f"Paragraph {number} of the terms has {number} words too many for a line of any "
+                               "window that is used here, and so it is broken.\n\n" for number in range(1, 9))
+
+
+def pages(text, windows):
+    """What is shown ahead of each question for the next page, and behind the last one. `windows` are the rows of the
+    window: at the start, after the first question, ...; the last of them stays."""
+    windows = list(windows)
+    rows, lines, shown, start = windows.pop(0), 0, [], 0
+    if rows < 3:
+        return [text]
+    for at, character in enumerate(text):
+        lines += character == "\n"
+        if character == "\n" and lines % (rows - 2) == 0:
+            shown.append(text[start:at + 1])
+            start, rows = at + 1, windows.pop(0) if windows else rows
+            if rows < 3:
+                return shown + [text[at:]]
+    shown.append(text[start:])
+    return shown + [""] if (len(text) - 1) % (rows - 2) != 0 else shown
+
+
+class Documents(ConsoleTest):
+    def build_document(self, document, attributes="", page="Read"):
+        self.dir = self.native("opt")
+        sets = SETS + '<FileSet Name="Texts" Condition="1==0"><FN Alias="Document">document</FN></FileSet>'
+        element = f'<RichEditText x="1" y="1" w="9" h="9" {attributes}>Document</RichEditText>'
+        self.build(f"<{page}>{element}</{page}>" if page == "Read" else page.format(element), sets,
+                   {**FILES, "document": document})
+
+    def open_document(self, columns, rows, *arguments):
+        terminal = self.start(*arguments, columns=columns, rows=rows)
+        self.assert_shown(terminal.expect("Press Enter to continue..."), BANNER + "Press Enter to continue...")
+        terminal.type("\r")
+        terminal.expect("\n")
+        return terminal
+
+    def assert_pages(self, terminal, expected, resize=None):
+        for number, page in enumerate(expected[:-1]):
+            shown = terminal.expect(NEXT_PAGE)
+            self.assert_shown(shown, ("\n\n\n" if number else "") + page + NEXT_PAGE)
+            if resize and number == 0:
+                terminal.resize(*resize)
+            terminal.type("\r")
+            terminal.expect("\n")
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        start = ("\n\n\n" if len(expected) > 1 else "") + expected[-1] + "Create "
+        self.assert_shown(rest[:len(start)], start)
+        self.assertTrue(self.host("opt/answers.txt").exists())
+        self.assert_settings_restored(terminal)
+
+    def assert_window(self, text, columns, rows):
+        self.assert_pages(self.open_document(columns, rows), pages(text, [rows]))
+
+    def test_a_rich_text_is_shown_page_by_page(self):
+        self.build_document(NOTES)
+        text = "\n".join(LINES) + "\n"
+        self.assertEqual([page.count("\n") for page in pages(text, [24])[:2]], [22, 8])
+        for columns, rows in ((80, 24), (40, 10), (80, 2), (132, 50), (80, 3)):
+            self.assert_window(text, columns, rows)
+
+    def test_markdown_is_wrapped_for_the_window_and_shown_page_by_page(self):
+        self.build_document(TERMS, 'Format="TandrelMarkdown"')
+        for columns, rows in ((80, 24), (40, 10), (132, 50)):
+            text = self.packager("text", self.native("stage/root/document"), "--width", columns).out
+            widths = [len(line) for line in text.split("\n")]
+            self.assertLessEqual(max(widths), columns - 2)
+            self.assertGreater(max(widths), min(columns - 2, 110) - 15)
+            self.assertEqual(text.split().count("broken."), 8)
+            self.assert_window(text, columns, rows)
+
+    def test_the_closing_pause_depends_on_the_count_of_bytes(self):
+        for line in ("a" * 22, "a" * 21):  # 22 bytes and the line feed leave nothing over in pages of 22 lines
+            self.build_document("{\\rtf1 " + line + "\\par}")
+            expected = [line + "\n"] if len(line) == 22 else [line + "\n", ""]
+            self.assertEqual(pages(line + "\n", [24]), expected)
+            self.assert_pages(self.open_document(80, 24), expected)
+
+    @unittest.skipIf(WINDOWS, "Wine's console keeps the size that its window had at the start")
+    def test_a_window_that_changes_changes_the_pages(self):
+        self.build_document(NOTES)
+        text = "\n".join(LINES) + "\n"
+        for first, then in ((10, 24), (24, 10), (10, 2)):
+            terminal = self.open_document(80, first)
+            self.assert_pages(terminal, pages(text, [first, then]), resize=(80, then))
+
+    def test_an_interrupt_in_the_middle_of_a_document_ends_the_run(self):
+        self.build_document(NOTES)
+        terminal = self.open_document(80, 10)
+        terminal.expect(NEXT_PAGE)
+        terminal.type(INTERRUPT)
+        rest = self.assert_aborted(terminal)
+        self.assertIn(ABORTING, rest)
+        self.assertNotIn("Line 09", terminal.text())
+
+    def test_an_interrupt_ahead_of_a_document_ends_the_run(self):
+        self.build_document(NOTES)
+        terminal = self.start()
+        terminal.expect("Press Enter to continue...")
+        terminal.type(INTERRUPT)
+        self.assertIn(ABORTING, self.assert_aborted(terminal))
+        self.assertNotIn("Line 01", terminal.text())
+
+    def test_an_unattended_run_stops_at_no_page(self):
+        self.build_document(NOTES)
+        terminal = self.open_terminal(self.setup, "-auto", rows=10)
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertNotIn("Press", rest)
+        self.assertEqual([line for line in rest.split("\n") if line.startswith("Line ")], LINES)
+
+    def test_a_quiet_run_shows_no_document_and_stops_nowhere(self):
+        self.build_document(NOTES)
+        terminal = self.start("-quiet=1", rows=10)
+        code, rest = terminal.rest()
+        self.assertEqual((code, rest.strip()), (0, ""))
+        self.assertTrue(self.host("opt/answers.txt").exists())
+
+    def test_the_pages_of_a_quiet_run_never_stop(self):
+        # A page that waits for a program is shown in a quiet run as well.
+        self.build_document(NOTES, page="<RunningApps><TestApp>other" + EXE + "</TestApp>{}</RunningApps>")
+        shutil.copy2(self.host(self.setup), self.host("other" + EXE))
+        self.open_terminal("other" + EXE, "-gui=0").expect("Press Enter to continue...")
+        terminal = self.start("-quiet=1", rows=10)
+        terminal.expect("Press Enter to continue...")
+        terminal.type("\r")
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assert_shown(rest, "\n" + "".join(line + "\n" for line in LINES))
+        self.assertFalse(self.host("opt").exists())
 
 
 if __name__ == "__main__":
