@@ -88,7 +88,7 @@ private:
         for (const TGMPiece& piece : pieces_) {
             node.children.push_back(makeChild(piece, text));
         }
-        if (pieces_.size() > 1 && node.type == kTgmPlain) {
+        if (node.type == kTgmPlain) {
             node.type = kTgmComposite;
         }
     }
