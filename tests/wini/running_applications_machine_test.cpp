@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include "base/path_functions.h"
+#include "fakes/fake_console.h"
+#include "fakes/fake_engine.h"
+#include "fakes/temporary_directory.h"
+#include "platform/program.h"
+#include "wini/machine_fixture.h"
+#include "wini/running_applications.h"
+#include "wini/wini_modifications.h"
+
+namespace {
+
+// A program under a name and in a directory of its own, so that no other process can be hit.
+constexpr char kName[] = "tandrel-wini-child.exe";
+
+class RunningApplicationsMachineTest : public MachineTest {
+protected:
+    void SetUp() override {
+        modifications_.attach(product_, errors_, log_);
+        copyOwnImage(program_);
+    }
+
+    FakeEngine product_;
+    ErrorList errors_;
+    FakeConsole log_;
+    WiniModifications modifications_{machine_};
+    RunningApplications applications_{machine_.processes, modifications_, log_};
+    TemporaryDirectory directory_;
+    const std::string program_ = directory_.file(kName);
+    const char* from_ = directory_.path().c_str();
+};
+
+TEST_F(RunningApplicationsMachineTest, findsAndStopsAllProcessesOfAName) {
+    auto first = startChild("Sleeps", program_);
+    auto second = startChild("Sleeps", program_);
+    ASSERT_TRUE(first != nullptr && second != nullptr);
+    EXPECT_TRUE(applications_.isApplicationRunning(kName, nullptr));
+    EXPECT_TRUE(applications_.isApplicationRunning("TANDREL-wini-child.EXE", from_));
+    EXPECT_TRUE(applications_.closeApplication(kName, false, from_));
+    EXPECT_TRUE(first->wait(kLongEnough));
+    EXPECT_TRUE(second->wait(kLongEnough));
+    first.reset();
+    second.reset();
+    EXPECT_FALSE(applications_.isApplicationRunning(kName, from_));
+    EXPECT_FALSE(applications_.closeApplication(kName, false, from_));
+}
+
+TEST_F(RunningApplicationsMachineTest, leavesAProcessFromElsewhereAlone) {
+    const TemporaryDirectory other;
+    const auto child = startChild("Sleeps", program_);
+    ASSERT_NE(child, nullptr);
+    EXPECT_FALSE(applications_.isApplicationRunning(kName, other.path().c_str()));
+    ASSERT_EQ(log_.lines().size(), 1U);
+    EXPECT_TRUE(
+        log_.lines()[0].starts_with("App \"" + std::string(kName) + "\" running in separate dir: \""));
+    EXPECT_FALSE(applications_.closeApplication(kName, false, other.path().c_str()));
+    EXPECT_FALSE(child->wait(0));
+    EXPECT_TRUE(applications_.closeApplication(kName, false, from_));
+    EXPECT_TRUE(child->wait(kLongEnough));
+}
+
+TEST_F(RunningApplicationsMachineTest, asksAServiceToStop) {
+    const auto child = startChild("Sleeps", program_);
+    ASSERT_NE(child, nullptr);
+    const StoppingService service(directory_.file("stopped"));
+    EXPECT_TRUE(applications_.closeApplication(kName, true, from_));
+    EXPECT_TRUE(testFileExists(directory_.file("stopped")));
+    EXPECT_TRUE(child->wait(kLongEnough));
+}
+
+// A process that is to close the processes of its own name, started by one of that name.
+TEST(WiniChild, DISABLED_ClosesItsName) {
+    std::string image;
+    ASSERT_TRUE(platform::ownImagePath(image));
+    ASSERT_EQ(OUtils::lastPathComponent(image), kName);
+    const std::string directory = image.substr(0, image.size() - sizeof kName);
+    platform::Platform machine = platform::systemPlatform();
+    WiniModifications modifications(machine);
+    FakeConsole log;
+    RunningApplications applications(machine.processes, modifications, log);
+    EXPECT_TRUE(applications.isApplicationRunning(kName, directory.c_str()));
+    EXPECT_FALSE(applications.closeApplication(kName, false, directory.c_str()));
+    EXPECT_EQ(log.lines().size(), 1U);
+}
+
+TEST(WiniChild, DISABLED_StartsOneThatClosesItsName) {
+    std::string image;
+    ASSERT_TRUE(platform::ownImagePath(image));
+    int error = 0;
+    const auto child =
+        platform::systemProcesses().start(MachineTest::commandOf("ClosesItsName", image).c_str(), "", error);
+    ASSERT_NE(child, nullptr);
+    ASSERT_TRUE(child->wait(MachineTest::kLongEnough));
+    EXPECT_EQ(child->exitCode(), 0);
+}
+
+TEST_F(RunningApplicationsMachineTest, neverStopsTheProcessThatStartedIt) {
+    const auto child = startChild("StartsOneThatClosesItsName", program_);
+    ASSERT_NE(child, nullptr);
+    ASSERT_TRUE(child->wait(kLongEnough));
+    EXPECT_EQ(child->exitCode(), 0);
+}
+
+}  // namespace
