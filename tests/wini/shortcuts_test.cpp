@@ -9,6 +9,7 @@
 #include "fakes/memory_file_system.h"
 #include "fakes/memory_registry.h"
 #include "fakes/recording_ui.h"
+#include "fakes/temporary_directory.h"
 #include "wini/application_registration.h"
 
 namespace {
@@ -187,6 +188,23 @@ TEST_F(ShortcutsTest, AFieldBehindThePathNamesNoFile) {
     files_.addFile("/a", "x");
     EXPECT_FALSE(shortcuts_.removeShortcut("CREATE\t/a\t/b", nullptr));
     EXPECT_TRUE(files_.hasFile("/a"));
+}
+
+// The same with the desktop and the disk of this machine.
+TEST_F(ShortcutsTest, RealShortcutsComeAndGo) {
+    const TemporaryDirectory directory;
+    Shortcuts shortcuts(platform::systemShellObjects(), platform::systemFileSystem(), registration_, errors_);
+    for (const ShortcutType type : {ShortcutType::kFile, ShortcutType::kUrl, ShortcutType::kUninstall}) {
+        ShortcutRequest shortcut = request(type);
+        shortcut.linkPath = directory.file("Demo link.lnk");
+        ASSERT_TRUE(shortcuts.addShortcut(shortcut, undo_, nullptr));
+        EXPECT_GT(platform::systemFileSystem().fileSize(shortcut.linkPath.c_str()), 0);
+        EXPECT_TRUE(shortcuts.removeShortcut(undo_.c_str(), nullptr));
+        EXPECT_FALSE(testFileExists(shortcut.linkPath));
+        EXPECT_FALSE(shortcuts.removeShortcut(undo_.c_str(), nullptr));
+    }
+    EXPECT_FALSE(shortcuts.removeShortcut(("CREATE\t" + directory.path()).c_str(), nullptr));
+    EXPECT_TRUE(platform::systemFileSystem().isDirectory(directory.path().c_str()));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/windows/com_objects.h"
+#include "platform/windows/missing_component.h"
 
 namespace {
 
@@ -70,6 +71,18 @@ TEST(WindowsFirewallApartmentTest, AConnectionHoldsItsApartmentAndLeavesIt) {
         ASSERT_TRUE(platform::systemFirewall().connect(profile).done());
         EXPECT_EQ(CoGetApartmentType(&type, &qualifier), S_OK);
     }
+    EXPECT_NE(CoGetApartmentType(&type, &qualifier), S_OK);
+}
+
+TEST(WindowsFirewallApartmentTest, WithoutItsComponentThereIsNoConnection) {
+    const MissingComponent manager("{304CE942-6E39-40D8-943A-B913C40C9CD4}");
+    std::unique_ptr<platform::FirewallProfile> profile;
+    const FirewallOutcome outcome = platform::systemFirewall().connect(profile);
+    EXPECT_EQ(outcome.failed, FirewallCall::kCreateManager);
+    EXPECT_NE(outcome.error, 0);
+    EXPECT_EQ(profile, nullptr);
+    APTTYPE type{};
+    APTTYPEQUALIFIER qualifier{};
     EXPECT_NE(CoGetApartmentType(&type, &qualifier), S_OK);
 }
 

@@ -12,6 +12,7 @@
 #include "platform/program.h"
 #include "platform/registry.h"
 #include "platform/windows/com_objects.h"
+#include "platform/windows/missing_component.h"
 #include "platform/windows/wide_text.h"
 
 namespace {
@@ -135,6 +136,19 @@ TEST_F(WindowsShellObjectsTest, AnApartmentOfAnotherKindIsAFailure) {
     EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE);
     CoUninitialize();
     CoUninitialize();
+}
+
+TEST_F(WindowsShellObjectsTest, WithoutItsComponentNoLinkIsMade) {
+    {
+        const MissingComponent shellLink("{00021401-0000-0000-C000-000000000046}");
+        EXPECT_NE(shell_.createLink(directory_.file("a.lnk").c_str(), {"a", "", "", "", ""}), 0);
+        const MissingComponent shortcut("{FBF23B40-E3F0-101B-8488-00AA003E56F8}");
+        EXPECT_NE(shell_.createUrlLink(directory_.file("a.url").c_str(), "http://example.com"), 0);
+    }
+    EXPECT_EQ(openApartments(), 0);
+    EXPECT_FALSE(testFileExists(directory_.file("a.lnk")));
+    EXPECT_FALSE(testFileExists(directory_.file("a.url")));
+    EXPECT_EQ(shell_.createLink(directory_.file("a.lnk").c_str(), {"a", "", "", "", ""}), 0);
 }
 
 constexpr char kOpened[] = "TandrelDocumentOpened";
