@@ -31,6 +31,7 @@ class Terminal:
         self.resize(columns, rows)
         self.settings = self.current_settings()
         self.output = b""
+        self.lines, self.finished = "", 0  # the text of whole lines, and their end in the output
         self.position = 0  # in the text: what is in front of it was expected already
         self.process = subprocess.Popen(command, stdin=self.device, stdout=self.device, stderr=self.device,
                                         env={**environment, "TERM": "xterm"}, cwd=directory, start_new_session=True,
@@ -91,7 +92,14 @@ class Terminal:
 
     def text(self):
         """All that was shown, without the sequences that move the cursor on the same line."""
-        text = LINE_END.sub("\n", BLANKED.sub("", self.output.decode("utf-8", "backslashreplace")))
+        end = self.output.rfind(b"\n", self.finished) + 1
+        if end > 0:
+            self.lines += self._plain(self.output[self.finished:end])
+            self.finished = end
+        return self.lines + self._plain(self.output[self.finished:])
+
+    def _plain(self, output):
+        text = LINE_END.sub("\n", BLANKED.sub("", output.decode("utf-8", "backslashreplace")))
         return LINE_BLANKS.sub("", SEQUENCE.sub("", text)) if self.foreign else text
 
     def rest(self):
@@ -108,5 +116,5 @@ class Terminal:
         # Wine's console takes the terminal only when the program is about to read from it.
         deadline = time.monotonic() + DEADLINE
         while self.foreign and self.has_echo() and time.monotonic() < deadline:
-            select.select([self.person, self.ended], [], [], 0.01)
+            select.select([self.ended], [], [], 0.01)
         os.write(self.person, keys if isinstance(keys, bytes) else keys.encode("utf-8"))
