@@ -2,19 +2,23 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/errors.h"
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
 #include "wini/firewall_operations.h"
+#include "wini/log_record.h"
 
 namespace {
 
 constexpr const char* kApplication = "App";
 constexpr const char* kPort = "Port";
+constexpr std::string_view kApplicationRecord = "FIREWALL\tAPP\t";
 constexpr char kProtocolSeparator = ';';
 constexpr std::int32_t kLastPort = 65535;
+static_assert(kApplicationRecord.starts_with(ActionLogFormat::kFirewall));
 
 struct Protocol {
     std::uint8_t bit;
@@ -56,7 +60,12 @@ FirewallResult FirewallChanges::addApplication(const char* path, const char* nam
     if (path == nullptr || name == nullptr) {
         return FirewallResult::kFailed;
     }
-    return carryOut(kApplication, [&] { FirewallOperations(firewall_).addApplication(path, name); });
+    return carryOut(kApplication, [&] {
+        if (!logRecordHolds(kApplicationRecord, path)) {
+            throw GenericError("The action log can not hold the application %s!", path);
+        }
+        FirewallOperations(firewall_).addApplication(path, name);
+    });
 }
 
 FirewallResult FirewallChanges::removeApplication(const char* path) {

@@ -17,7 +17,8 @@ public:
     FirewallChanges(platform::Firewall& firewall, SessionLog console)
         : firewall_(firewall), console_(console) {}
 
-    // A null argument fails. What is open already counts as done.
+    // A null argument fails, and so does a path that the action log can't hold as it is, since the exception
+    // could not be taken back. What is open already counts as done.
     FirewallResult addApplication(const char* path, const char* name);
     FirewallResult removeApplication(const char* path);
     // All protocols of the rule, or none that wasn't open before.

@@ -3,24 +3,22 @@
 #include <algorithm>
 #include <string_view>
 
-#include "base/text_functions.h"
 #include "engine/action_log_format.h"
 #include "platform/file_system.h"
 #include "platform/shell_objects.h"
 #include "wini/application_registration.h"
+#include "wini/log_record.h"
 
 namespace {
 
-// The record is read back up to its line's end and without the white space there.
-bool fitsRecord(const std::string& undo) {
-    const std::size_t tag = ActionLogFormat::kShortcut.size() + 1;
-    return tag + undo.size() <= ActionLogFormat::kLineLimit && !OUtils::isWhiteSpace(undo.back());
+std::string undoTextOf(const std::string& linkPath) {
+    return std::string(ActionLogFormat::kCreate) + ActionLogFormat::kSeparator + linkPath;
 }
 
-std::string undoTextOf(const std::string& linkPath) {
-    const bool splits = linkPath.empty() || linkPath.find_first_of("\t\r\n") != std::string::npos;
-    const std::string undo = std::string(ActionLogFormat::kCreate) + ActionLogFormat::kSeparator + linkPath;
-    return splits || !fitsRecord(undo) ? std::string() : undo;
+bool canBeUndone(const std::string& linkPath) {
+    const std::string front =
+        std::string(ActionLogFormat::kShortcut) + ActionLogFormat::kSeparator + undoTextOf("");
+    return !linkPath.empty() && logRecordHolds(front, linkPath);
 }
 
 // The words bring a blank along, so that two of them stand behind it.
@@ -31,13 +29,12 @@ std::string lineOf(const char* word, std::string_view linkPath) {
 }  // namespace
 
 bool Shortcuts::addShortcut(const ShortcutRequest& shortcut, std::string& outUndo, InstallerUI* ui) {
-    outUndo = undoTextOf(shortcut.linkPath);
-    const bool done = !outUndo.empty() && create(shortcut);
+    const bool done = canBeUndone(shortcut.linkPath) && create(shortcut);
+    outUndo = done ? undoTextOf(shortcut.linkPath) : std::string();
     const std::string line = lineOf(done ? "Create " : "FAILED to create ", shortcut.linkPath);
     WorkReport report(ui, &errors_);
     report.addLine(line, false);
     if (!done) {
-        outUndo.clear();
         report.addError(line);
     }
     return done;

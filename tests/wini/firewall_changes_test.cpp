@@ -64,6 +64,17 @@ TEST_F(FirewallChangesTest, MissingArgumentsFail) {
     expectLog({});
 }
 
+TEST_F(FirewallChangesTest, AnApplicationThatTheLogCanNotHoldIsRefused) {
+    const std::string longest = "/" + std::string(1022 - std::string("FIREWALL\tAPP\t").size(), 'x');
+    for (const std::string path : {"/a\tb", "/a "}) {
+        EXPECT_EQ(changes_.addApplication(path.c_str(), "n"), FirewallResult::kFailed);
+        expectLog({"ERROR: (Firewall App) The action log can not hold the application " + path + "!"});
+    }
+    EXPECT_EQ(changes_.addApplication((longest + "x").c_str(), "n"), FirewallResult::kFailed);
+    EXPECT_TRUE(firewall_.operations.empty());
+    EXPECT_EQ(changes_.addApplication(longest.c_str(), "n"), FirewallResult::kDone);
+}
+
 TEST_F(FirewallChangesTest, OneProtocolMakesOneRuleWithThePlainName) {
     EXPECT_EQ(changes_.addPort({80, "Web", kFirewallTcp}), FirewallResult::kDone);
     EXPECT_EQ(changes_.addPort({53, "Names", kFirewallUdp}), FirewallResult::kDone);
