@@ -1,7 +1,9 @@
 #include "wini/application_registration.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "base/fixed_text.h"
 #include "contracts/install_exchange_info.h"
@@ -12,6 +14,10 @@ namespace {
 
 constexpr auto kRoot = platform::RegistryRoot::kLocalMachine;
 constexpr auto kView = platform::RegistryView::kNative;
+
+// Of the list's key: how many levels of its path were made together with it.
+constexpr char kLevelsValue[] = "TandrelCreatedLevels";
+constexpr int kEntryLevels = 1;
 
 using NameText = FixedText<1024>;
 
@@ -109,6 +115,9 @@ bool ApplicationRegistration::write(const Entry& entry) {
         console_->print("ERROR: The entry \"%s\" can not be made (%d)", key.c_str(), status);
         return false;
     }
+    if (created > kEntryLevels) {
+        noteLevels(created - kEntryLevels);
+    }
     const std::pair<const char*, std::string> values[] = {
         {"DisplayIcon", entry.command},
         {"DisplayName", entry.name.c_str()},
@@ -129,8 +138,38 @@ bool ApplicationRegistration::write(const Entry& entry) {
     return written;
 }
 
+void ApplicationRegistration::noteLevels(int count) {
+    const std::string bytes{static_cast<char>(count), 0, 0, 0};
+    registry_.writeValue(kRoot, UninstallList::listKey(), kView, kLevelsValue, {platform::kRegDword, bytes});
+}
+
 bool ApplicationRegistration::removeUninstallEntry(const char* applicationName) {
-    return canBeEntry(applicationName) &&
-           registry_.deleteKey(kRoot, UninstallList::keyOf(applicationName).c_str(), kView) ==
-               platform::kRegOk;
+    if (!canBeEntry(applicationName) ||
+        registry_.deleteKey(kRoot, UninstallList::keyOf(applicationName).c_str(), kView) !=
+            platform::kRegOk) {
+        return false;
+    }
+    removeOwnList();
+    return true;
+}
+
+void ApplicationRegistration::removeOwnList() {
+    platform::RegistryValue levels;
+    if (registry_.readValue(kRoot, UninstallList::listKey(), kView, kLevelsValue, levels) !=
+            platform::kRegOk ||
+        levels.type != platform::kRegDword || levels.data.empty()) {
+        return;
+    }
+    std::string key = UninstallList::listKey();
+    std::vector<std::string> values;
+    for (int left = levels.data[0]; left > 0; --left) {
+        // Others may have put something there meanwhile.
+        const bool isList = key == UninstallList::listKey();
+        if (registry_.listValues(kRoot, key.c_str(), kView, values) != platform::kRegOk ||
+            values.size() > (isList ? 1U : 0U) ||
+            registry_.deleteKey(kRoot, key.c_str(), kView) != platform::kRegOk) {
+            return;
+        }
+        key.resize(std::min(key.rfind('\\'), key.size()));
+    }
 }

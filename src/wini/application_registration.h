@@ -12,6 +12,9 @@ class Registry;
 
 // The product's entry in the system's list of installed applications, in the native view. An application is
 // known there by its full name; a name that is empty or holds a `\` can't be an entry of its own.
+//
+// A machine may have no such list. Then the list's key says in a value how many levels were made for it, and
+// the last entry that goes takes them along.
 class ApplicationRegistration {
 public:
     // Command and arguments have fewer bytes than this each.
@@ -37,6 +40,8 @@ private:
 
     bool collect(Entry& outEntry);
     bool write(const Entry& entry);
+    void noteLevels(int count);
+    void removeOwnList();
     bool fail(const char* message);
 
     platform::Registry& registry_;

@@ -22,6 +22,10 @@ bool isGiven(const char* text) {
 
 }  // namespace
 
+const char* UninstallList::listKey() {
+    return kListKey;
+}
+
 std::string UninstallList::keyOf(const char* applicationName) {
     return std::string(kListKey) + '\\' + applicationName;
 }

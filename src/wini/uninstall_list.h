@@ -14,6 +14,8 @@ class UninstallList {
 public:
     explicit UninstallList(platform::Registry& registry) : registry_(registry) {}
 
+    // The path of the list's own key below the machine's root.
+    static const char* listKey();
     // The path of an application's key below the machine's root; not null.
     static std::string keyOf(const char* applicationName);
 

@@ -215,4 +215,62 @@ TEST_F(ApplicationRegistrationTest, tellsThatAnEntryStays) {
     EXPECT_TRUE(hasEntry());
 }
 
+class RegistrationWithoutListTest : public testing::Test {
+protected:
+    bool hasKey(const char* path) { return registry_.hasKey(RegistryRoot::kLocalMachine, path); }
+
+    MemoryRegistry registry_;
+    Product product_;
+    FakeConsole log_;
+    ApplicationRegistration registration_{registry_, product_, log_};
+};
+
+TEST_F(RegistrationWithoutListTest, takesTheListAwayThatItMade) {
+    EXPECT_TRUE(registration_.registerApplication());
+    EXPECT_TRUE(hasKey(kEntry));
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_FALSE(hasKey("Software"));
+}
+
+TEST_F(RegistrationWithoutListTest, keepsTheLevelsThatWereThere) {
+    registry_.addKey(RegistryRoot::kLocalMachine, "Software\\Microsoft");
+    EXPECT_TRUE(registration_.registerApplication());
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_FALSE(hasKey("Software\\Microsoft\\Windows"));
+    EXPECT_TRUE(hasKey("Software\\Microsoft"));
+}
+
+TEST_F(RegistrationWithoutListTest, leavesTheListToTheLastEntry) {
+    EXPECT_TRUE(registration_.registerApplication());
+    product_.texts["name"] = "Demo 2";
+    EXPECT_TRUE(registration_.registerApplication());
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_TRUE(hasKey(kList));
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 2"));
+    EXPECT_FALSE(hasKey("Software"));
+}
+
+TEST_F(RegistrationWithoutListTest, keepsALevelInWhichOthersPutSomething) {
+    EXPECT_TRUE(registration_.registerApplication());
+    registry_.addText(RegistryRoot::kLocalMachine, "Software\\Microsoft\\Windows", "Foreign", "data");
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_FALSE(hasKey("Software\\Microsoft\\Windows\\CurrentVersion"));
+    EXPECT_NE(registry_.value(RegistryRoot::kLocalMachine, "Software\\Microsoft\\Windows", "Foreign"),
+              nullptr);
+}
+
+TEST_F(RegistrationWithoutListTest, keepsAListInWhichOthersPutSomething) {
+    EXPECT_TRUE(registration_.registerApplication());
+    registry_.addText(RegistryRoot::kLocalMachine, kList, "Foreign", "data");
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_TRUE(hasKey(kList));
+}
+
+TEST_F(ApplicationRegistrationTest, keepsTheListThatWasThere) {
+    EXPECT_TRUE(registration_.registerApplication());
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_TRUE(registry_.hasKey(RegistryRoot::kLocalMachine, kList));
+    EXPECT_EQ(registry_.value(RegistryRoot::kLocalMachine, kList, "TandrelCreatedLevels"), nullptr);
+}
+
 }  // namespace

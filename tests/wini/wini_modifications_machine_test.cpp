@@ -155,6 +155,20 @@ TEST_F(WiniModificationsMachineTest, registersTheProductAndTakesItOffTheList) {
     EXPECT_TRUE(log_.lines().empty());
 }
 
+TEST_F(WiniModificationsMachineTest, leavesNothingOfTheRegistration) {
+    const auto keysOf = [this](const char* path) {
+        std::vector<std::string> names;
+        machine_.registry.listKeys(RegistryRoot::kLocalMachine, path, RegistryView::kNative, names);
+        return names;
+    };
+    const std::vector<std::string> top = keysOf("");
+    const std::vector<std::string> list = keysOf(UninstallList::listKey());
+    EXPECT_TRUE(modifications_.registerApplication());
+    EXPECT_TRUE(modifications_.removeUninstallEntry(kApplication));
+    EXPECT_EQ(keysOf(""), top);
+    EXPECT_EQ(keysOf(UninstallList::listKey()), list);
+}
+
 TEST_F(WiniModificationsMachineTest, runsAProgramToItsEnd) {
     for (const std::uint32_t flags : {kRunWait + 0U, kRunAsynchronous + 0U, kRunAsynchronous | kRunWait}) {
         EXPECT_TRUE(run("Passes", flags));
