@@ -65,6 +65,10 @@ public:
 
     virtual bool exists(const char* path) = 0;  // of any kind, a link without a target included
     virtual bool isDirectory(const char* path) = 0;
+    // A directory, and no link to one, that carries no mark of the system: on Windows the attributes
+    // read-only, hidden and system; on Linux the directories that the Filesystem Hierarchy Standard 3.0
+    // names belong to the system (`/opt`, `/usr/local/bin` ...). What empties it may take such a one away.
+    virtual bool isOrdinaryDirectory(const char* path) = 0;
     // From the directory entry, without opening; -1 when there is none or it is a directory.
     virtual std::int64_t fileSize(const char* path) = 0;
 

@@ -68,6 +68,7 @@ struct MemoryFileSystem::Node {
     std::string content;  // of a file; the target of a link
     bool executable = false;
     bool isPrivate = false;
+    bool isMarked = false;
 };
 
 struct MemoryFileSystem::Fault {
@@ -213,6 +214,11 @@ void MemoryFileSystem::addFile(std::string_view path, std::string_view content) 
 void MemoryFileSystem::addDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
     add(resolved(path), kDirectory);
+}
+
+void MemoryFileSystem::addMarkedDirectory(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    add(resolved(path), kDirectory)->isMarked = true;
 }
 
 void MemoryFileSystem::addLink(std::string_view path, std::string_view target) {
@@ -461,6 +467,12 @@ bool MemoryFileSystem::isDirectory(const char* path) {
     return node != nullptr && node->kind == kDirectory;
 }
 
+bool MemoryFileSystem::isOrdinaryDirectory(const char* path) {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->kind == kDirectory && !node->isMarked;
+}
+
 std::int64_t MemoryFileSystem::fileSize(const char* path) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
@@ -594,9 +606,7 @@ int MemoryFileSystem::list(const char* path, std::vector<platform::DirectoryEntr
             break;
         }
         if (at->first.find('/', prefix.size()) == std::string::npos) {
-            const NodePtr target = findTarget(at->second->path);
-            outEntries.push_back(
-                {at->second->path.substr(prefix.size()), target != nullptr && target->kind == kDirectory});
+            outEntries.push_back({at->second->path.substr(prefix.size()), at->second->kind == kDirectory});
         }
     }
     return kOk;

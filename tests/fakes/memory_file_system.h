@@ -53,6 +53,8 @@ public:
     // Missing directories are made.
     void addFile(std::string_view path, std::string_view content);
     void addDirectory(std::string_view path);
+    // A directory with a mark of the system, which isOrdinaryDirectory sees.
+    void addMarkedDirectory(std::string_view path);
     void addLink(std::string_view path, std::string_view target);
     bool hasFile(std::string_view path) const;  // a file, not a link or a directory
     bool hasDirectory(std::string_view path) const;
@@ -90,6 +92,7 @@ public:
              std::unique_ptr<platform::File>& outFile) override;
     bool exists(const char* path) override;
     bool isDirectory(const char* path) override;
+    bool isOrdinaryDirectory(const char* path) override;
     std::int64_t fileSize(const char* path) override;
     int removeFile(const char* path) override;
     int moveFile(const char* from, const char* to) override;

@@ -179,6 +179,7 @@ public:
     }
     bool exists(const char*) override { return true; }
     bool isDirectory(const char*) override { return false; }
+    bool isOrdinaryDirectory(const char*) override { return false; }
     std::int64_t fileSize(const char*) override { return size_; }
     int removeFile(const char*) override { return 1; }
     int moveFile(const char*, const char*) override { return 1; }

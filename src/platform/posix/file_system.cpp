@@ -8,6 +8,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
+#include <unordered_set>
 
 #include "platform/posix/native_path.h"
 #include "platform/posix/posix_file.h"
@@ -110,6 +112,63 @@ bool isDirectoryEntry(DIR* directory, const dirent& entry) {
            S_ISDIR(status.st_mode);
 }
 
+// The directories that the Filesystem Hierarchy Standard 3.0 has on every system, in any of their levels that
+// a product could be put into.
+bool belongsToSystem(std::string_view path) {
+    static const std::unordered_set<std::string_view> kDirectories = {"/",
+                                                                      "/bin",
+                                                                      "/boot",
+                                                                      "/dev",
+                                                                      "/etc",
+                                                                      "/etc/opt",
+                                                                      "/home",
+                                                                      "/lib",
+                                                                      "/lib64",
+                                                                      "/media",
+                                                                      "/mnt",
+                                                                      "/opt",
+                                                                      "/proc",
+                                                                      "/root",
+                                                                      "/run",
+                                                                      "/sbin",
+                                                                      "/srv",
+                                                                      "/sys",
+                                                                      "/tmp",
+                                                                      "/usr",
+                                                                      "/usr/bin",
+                                                                      "/usr/include",
+                                                                      "/usr/lib",
+                                                                      "/usr/libexec",
+                                                                      "/usr/local",
+                                                                      "/usr/local/bin",
+                                                                      "/usr/local/etc",
+                                                                      "/usr/local/lib",
+                                                                      "/usr/local/man",
+                                                                      "/usr/local/sbin",
+                                                                      "/usr/sbin",
+                                                                      "/usr/share",
+                                                                      "/usr/src",
+                                                                      "/var",
+                                                                      "/var/cache",
+                                                                      "/var/lib",
+                                                                      "/var/log",
+                                                                      "/var/opt",
+                                                                      "/var/spool",
+                                                                      "/var/tmp",
+                                                                      "/usr/local/src",
+                                                                      "/usr/local/share",
+                                                                      "/usr/local/games",
+                                                                      "/usr/local/include",
+                                                                      "/usr/games",
+                                                                      "/var/lock",
+                                                                      "/var/run",
+                                                                      "/var/mail"};
+    while (path.size() > 1 && path.back() == '/') {
+        path.remove_suffix(1);
+    }
+    return kDirectories.contains(path);
+}
+
 bool randomNumber(std::uint64_t& outNumber) {
     return retryInterrupted([&] { return getrandom(&outNumber, sizeof outNumber, 0); }) ==
            static_cast<ssize_t>(sizeof outNumber);
@@ -120,8 +179,9 @@ public:
     int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
     bool exists(const char* path) override;
     bool isDirectory(const char* path) override;
+    bool isOrdinaryDirectory(const char* path) override;
     std::int64_t fileSize(const char* path) override;
-    int removeFile(const char* path) override { return errorOf(unlink(nativePath(path).c_str())); }
+    int removeFile(const char* path) override;
     int moveFile(const char* from, const char* to) override;
     int replaceFile(const char* from, const char* to) override;
     int createDirectory(const char* path) override { return errorOf(mkdir(nativePath(path).c_str(), 0777)); }
@@ -166,10 +226,26 @@ bool PosixFileSystem::isDirectory(const char* path) {
     return stat(nativePath(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool PosixFileSystem::isOrdinaryDirectory(const char* path) {
+    const std::string native = nativePath(path);
+    struct stat status {};
+    return lstat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && !belongsToSystem(native);
+}
+
 std::int64_t PosixFileSystem::fileSize(const char* path) {
     struct stat status {};
     const bool isFile = stat(nativePath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
     return isFile ? status.st_size : -1;
+}
+
+// A device is nobody's file.
+int PosixFileSystem::removeFile(const char* path) {
+    const std::string native = nativePath(path);
+    struct stat status {};
+    if (lstat(native.c_str(), &status) == 0 && (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode))) {
+        return EPERM;
+    }
+    return errorOf(unlink(native.c_str()));
 }
 
 int PosixFileSystem::moveFile(const char* from, const char* to) {

@@ -90,6 +90,11 @@ bool isDotEntry(const wchar_t* name) {
     return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
 }
 
+// A junction or another link would lead a walk out of its tree.
+bool isTrueDirectory(DWORD attributes) {
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+}
+
 int listInto(const std::wstring& pattern, std::vector<DirectoryEntry>& outEntries) {
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch,
@@ -101,8 +106,7 @@ int listInto(const std::wstring& pattern, std::vector<DirectoryEntry>& outEntrie
     }
     do {
         if (!isDotEntry(found.cFileName)) {
-            outEntries.push_back(
-                {utf8Of(found.cFileName), (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0});
+            outEntries.push_back({utf8Of(found.cFileName), isTrueDirectory(found.dwFileAttributes)});
         }
     } while (FindNextFileW(search, &found) != 0);
     const int error = failureNumber();
@@ -148,6 +152,13 @@ public:
         DWORD attributes = 0;
         std::int64_t size = 0;
         return entryOf(path, attributes, size) && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    }
+
+    bool isOrdinaryDirectory(const char* path) override {
+        constexpr DWORD kMarks = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+        DWORD attributes = 0;
+        std::int64_t size = 0;
+        return entryOf(path, attributes, size) && isTrueDirectory(attributes) && (attributes & kMarks) == 0;
     }
 
     std::int64_t fileSize(const char* path) override {

@@ -1,0 +1,106 @@
+#include "engine/wildcard_remover.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/path_functions.h"
+#include "base/text_functions.h"
+#include "platform/file_system.h"
+
+namespace {
+
+constexpr std::string_view kSeparators = "/\\";
+
+// The part of a path behind its root: a drive, a server and its share, or leading separators.
+std::string_view behindRoot(std::string_view path) {
+    if (path.size() > 1 && path[1] == ':') {
+        path.remove_prefix(2);
+    } else if (path.size() > 1 && OUtils::isSeparator(path[0]) && OUtils::isSeparator(path[1])) {
+        for (int part = 0; part < 2; ++part) {
+            path.remove_prefix(std::min(path.find_first_not_of(kSeparators), path.size()));
+            path.remove_prefix(std::min(path.find_first_of(kSeparators), path.size()));
+        }
+    }
+    return path;
+}
+
+bool isBelowARoot(std::string_view path) {
+    const std::string_view rest = behindRoot(path);
+    if (rest.empty() || !OUtils::isSeparator(rest.front())) {
+        return false;
+    }
+    bool namesDirectory = false;
+    for (std::size_t begin = 0; begin < rest.size();) {
+        const std::size_t end = std::min(rest.find_first_of(kSeparators, begin), rest.size());
+        const std::string_view part = rest.substr(begin, end - begin);
+        // A path that steps back may end anywhere.
+        if (part == "..") {
+            return false;
+        }
+        namesDirectory = namesDirectory || (!part.empty() && part != ".");
+        begin = end + 1;
+    }
+    return namesDirectory;
+}
+
+}  // namespace
+
+int WildcardRemover::deleteByWildcard(const std::string& directory, std::string_view pattern,
+                                      bool deleteDirectories) {
+    const bool isPlainPattern =
+        !pattern.empty() && pattern.find_first_of(kSeparators) == std::string_view::npos;
+    if (!isPlainPattern || !isBelowARoot(directory) || !files_.isDirectory(directory.c_str())) {
+        return -1;
+    }
+    return clean(directory, pattern, deleteDirectories, 0);
+}
+
+int WildcardRemover::clean(const std::string& directory, std::string_view pattern, bool deleteDirectories,
+                           int level) {
+    std::vector<platform::DirectoryEntry> entries;
+    if (level > kDeepestLevel || files_.list(directory.c_str(), entries) != 0) {
+        return 0;
+    }
+    int deleted = 0;
+    std::size_t left = entries.size();
+    for (const platform::DirectoryEntry& entry : entries) {
+        const std::string path = directory + "/" + entry.name;
+        if (entry.isDirectory) {
+            deleted += clean(path, pattern, deleteDirectories, level + 1);
+            left -= files_.exists(path.c_str()) ? 0 : 1;
+        } else if (matchesWildcard(pattern, entry.name) && files_.removeFile(path.c_str()) == 0) {
+            ++deleted;
+            --left;
+        }
+    }
+    if (deleteDirectories && left == 0 && files_.removeDirectory(directory.c_str()) == 0) {
+        ++deleted;
+    }
+    return deleted;
+}
+
+bool matchesWildcard(std::string_view pattern, std::string_view name) {
+    if (pattern == "*.*") {
+        return true;
+    }
+    std::size_t p = 0;
+    std::size_t n = 0;
+    std::size_t star = std::string_view::npos;  // the last one that was met, and what it stands for so far
+    std::size_t starEnd = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && pattern[p] == '*') {
+            star = p++;
+            starEnd = n;
+        } else if (p < pattern.size() &&
+                   (pattern[p] == '?' || OUtils::equalsIgnoreCase(pattern.substr(p, 1), name.substr(n, 1)))) {
+            ++p;
+            ++n;
+        } else if (star != std::string_view::npos) {
+            p = star + 1;
+            n = ++starEnd;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of('*', p) == std::string_view::npos;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+class FileSystem;
+}
+
+// Deletes what a product has left behind below a directory, by the pattern of its name.
+class WildcardRemover {
+public:
+    // Directories further down are left alone.
+    static constexpr int kDeepestLevel = 200;
+
+    explicit WildcardRemover(platform::FileSystem& files) : files_(files) {}
+
+    // Deletes the files in `directory` and in everything below it that match `pattern`, and with
+    // `deleteDirectories` each directory that is empty then, the given one included. The number of deletions;
+    // -1 when the directory isn't there, or is none that could belong to a product (empty, relative, a root),
+    // or the pattern is empty or names a path. Links are deleted, not followed.
+    int deleteByWildcard(const std::string& directory, std::string_view pattern, bool deleteDirectories);
+
+private:
+    int clean(const std::string& directory, std::string_view pattern, bool deleteDirectories, int level);
+
+    platform::FileSystem& files_;
+};
+
+// Whether a file's name fits a pattern of `*` (any number of characters) and `?` (one byte), without regard
+// to ASCII case; "*.*" fits every name. The time is at most the product of the lengths.
+bool matchesWildcard(std::string_view pattern, std::string_view name);

@@ -1,0 +1,99 @@
+#include "engine/wildcard_remover.h"
+
+#include <gmock/gmock.h>
+
+#include "fakes/memory_file_system.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+class WildcardRemoverTest : public testing::Test {
+protected:
+    WildcardRemoverTest() {
+        files_.addFile("/app/a.log", "");
+        files_.addFile("/app/B.LOG", "");
+        files_.addFile("/app/keep.txt", "");
+        files_.addFile("/app/sub/c.log", "");
+        files_.addFile("/app/sub/deep/d.log", "");
+    }
+
+    MemoryFileSystem files_;
+    WildcardRemover remover_{files_};
+};
+
+TEST_F(WildcardRemoverTest, DeletesMatchingFilesInTheWholeTree) {
+    EXPECT_EQ(remover_.deleteByWildcard("/app", "*.log", false), 4);
+    EXPECT_THAT(files_.allFiles(), ElementsAre("/app/keep.txt"));
+    EXPECT_TRUE(files_.hasDirectory("/app/sub/deep"));
+}
+
+TEST_F(WildcardRemoverTest, RemovesDirectoriesThatAreEmptyThenWhereAsked) {
+    EXPECT_EQ(remover_.deleteByWildcard("/app", "*.log", true), 6);
+    EXPECT_FALSE(files_.hasDirectory("/app/sub"));
+    EXPECT_TRUE(files_.hasDirectory("/app"));
+    EXPECT_EQ(remover_.deleteByWildcard("/app", "*", true), 2);
+    EXPECT_FALSE(files_.hasDirectory("/app"));
+}
+
+TEST_F(WildcardRemoverTest, DeletesLinksAndFollowsNone) {
+    files_.addFile("/other/mine.log", "");
+    files_.addLink("/app/link.log", "/other");
+    EXPECT_EQ(remover_.deleteByWildcard("/app", "*.log", true), 7);
+    EXPECT_TRUE(files_.hasFile("/other/mine.log"));
+}
+
+TEST_F(WildcardRemoverTest, RefusesWhatCannotBelongToAProduct) {
+    for (const char* directory :
+         {"", "/", "\\", "//", "app", "./app", "C:", "C:\\", "C:app", "\\\\server\\share",
+          "\\\\server\\share\\", "/app/..", "/app/../app", "/.", "/none"}) {
+        EXPECT_EQ(remover_.deleteByWildcard(directory, "*", true), -1) << directory;
+    }
+    for (const char* pattern : {"", "sub/*.log", "sub\\*.log"}) {
+        EXPECT_EQ(remover_.deleteByWildcard("/app", pattern, true), -1) << pattern;
+    }
+    EXPECT_EQ(files_.allFiles().size(), 5U);
+}
+
+TEST_F(WildcardRemoverTest, GoesOnBehindAFileThatResists) {
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/a.log", 1);
+    EXPECT_EQ(remover_.deleteByWildcard("/app", "*", true), 6);
+    EXPECT_THAT(files_.allFiles(), ElementsAre("/app/a.log"));
+}
+
+TEST_F(WildcardRemoverTest, LeavesWhatLiesTooDeepAlone) {
+    std::string path = "/deep";
+    for (int level = 0; level <= WildcardRemover::kDeepestLevel; ++level) {
+        path += "/d";
+    }
+    files_.addFile(path + "/f", "");
+    EXPECT_EQ(remover_.deleteByWildcard("/deep", "*", true), 0);
+    EXPECT_TRUE(files_.hasFile(path + "/f"));
+}
+
+TEST(WildcardTest, FitsNamesAsPatternsDo) {
+    struct Case {
+        const char* pattern;
+        const char* name;
+        bool fits;
+    };
+    const Case cases[] = {{"*", "", true},
+                          {"*", "a.b", true},
+                          {"*.*", "none", true},
+                          {"a?c", "abc", true},
+                          {"a?c", "ac", false},
+                          {"*.log", "x.LOG", true},
+                          {"*.log", "x.logs", false},
+                          {"a*b*c", "aXbYc", true},
+                          {"a*b*c", "acb", false},
+                          {"", "", true},
+                          {"", "a", false},
+                          {"a**", "a", true},
+                          {"?", "", false},
+                          {"*a", "aaab", false}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(matchesWildcard(c.pattern, c.name), c.fits) << c.pattern << " " << c.name;
+    }
+}
+
+}  // namespace
