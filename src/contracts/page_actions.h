@@ -12,13 +12,15 @@ public:
     // Cleans the values of all directory fields; runs before files are installed or removed.
     virtual void normalizeDirectoryFields() = 0;
     virtual int installProduct(InstallerUI* ui) = 0;
+    // The actions ahead of an uninstallation; they run once in a session.
+    virtual int prepareUninstall(InstallerUI* ui) = 0;
     virtual int uninstallCurrentProduct(InstallerUI* ui) = 0;
     virtual int uninstallPrevious(InstallerUI* ui) = 0;
     virtual int revertInstallation(InstallerUI* ui) = 0;
     virtual int revertUninstallation(InstallerUI* ui) = 0;
     virtual bool registerApplication() = 0;
     virtual bool unregisterApplication() = 0;
-    // An action section of the description by its name ("PreUninstall", or any other).
+    // An action section of the description by its name.
     virtual int runActions(InstallerUI* ui, const char* section) = 0;
     // The actions and exports after an installation, once in a session. Always 0.
     virtual int finishInstallation(InstallerUI* ui) = 0;

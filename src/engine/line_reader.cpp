@@ -53,11 +53,11 @@ bool LineReader::readLine(std::string& outLine, std::size_t bufferSize) {
     return !outLine.empty();
 }
 
-bool LineReader::rewind() {
+bool LineReader::moveTo(std::int64_t position) {
     next_ = 0;
     end_ = 0;
-    blockPosition_ = 0;
-    failed_ = stream_.seek(0) != 0;
+    blockPosition_ = position;
+    failed_ = stream_.seek(position) != 0;
     return !failed_;
 }
 

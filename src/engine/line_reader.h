@@ -20,7 +20,9 @@ public:
     // terminator. False at the end of the stream or after a failed read; `outLine` is empty then.
     bool readLine(std::string& outLine, std::size_t bufferSize);
     // Goes back to the start. False when the stream refuses.
-    bool rewind();
+    bool rewind() { return moveTo(0); }
+    // Goes to an offset of the stream. False when the stream refuses.
+    bool moveTo(std::int64_t position);
     // The offset in the stream of what readLine gives next.
     std::int64_t position() const { return blockPosition_ + static_cast<std::int64_t>(next_); }
     // Whether a read failed, rather than the stream having ended.

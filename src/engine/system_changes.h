@@ -1,41 +1,37 @@
 #pragma once
 
-#include <cstdint>
-#include <string_view>
-#include <vector>
+#include "engine/description_tags.h"
+#include "engine/environment_tags.h"
+#include "engine/firewall_tags.h"
+#include "engine/ini_tags.h"
+#include "engine/modify_file_tags.h"
+#include "engine/shortcut_tags.h"
+#include "engine/tag_context.h"
 
-#include "engine/session_log.h"
-
-class Expressions;
-class InstallerUI;
-class PXML;
-
-// The tags of the description that change the system beside files. This version carries none of them out: a
-// description without them succeeds, one that asks for them fails, and the log says so.
+// The tags of the description that change the system beside files and actions: a walker for each kind. Every
+// change that was made is recorded in the action log, behind the change. A failed one ends its group; the
+// next group of the kind is still visited.
 class SystemChanges {
 public:
-    SystemChanges(const PXML& description, Expressions& expressions, SessionLog console)
-        : description_(description), expressions_(expressions), console_(console) {}
+    explicit SystemChanges(TagContext context, platform::FileSystem& files)
+        : environment_(context),
+          ini_(context),
+          modify_(context),
+          shortcuts_(context, files),
+          firewall_(context) {}
 
-    // The children of containers that are actions.
-    static std::vector<std::string_view> actionNames();
-
-    // All: 0, or 1 when the description holds a group of the kind with a child and a true condition.
-    int applyEnvironmentTags(InstallerUI* ui);
-    int applyIniTags(InstallerUI* ui);
-    int applyModifyFileTags(InstallerUI* ui);
-    int applyShortcutTags(InstallerUI* ui);
-    int applyFirewallTags(InstallerUI* ui);
-    // The containers of this name, which may also be pages: only children that are actions count.
-    int runAdditionalActions(InstallerUI* ui, const char* container);
+    // All: 0, or 1 when a change failed. `ui` may be null.
+    int applyEnvironmentTags(InstallerUI* ui) { return environment_.apply(ui); }
+    int applyIniTags(InstallerUI* ui) { return ini_.apply(ui); }
+    int applyModifyFileTags(InstallerUI* ui) { return modify_.apply(ui); }
+    int applyShortcutTags(InstallerUI* ui) { return shortcuts_.apply(ui); }
+    // 0, or -1 when an exception couldn't be added. A firewall that is switched off is no failure.
+    int applyFirewallTags(InstallerUI* ui) { return firewall_.apply(ui); }
 
 private:
-    using ChildTest = bool (*)(const char* name);
-
-    bool isAskedFor(std::int32_t node, ChildTest isTag);
-    int refuse(const char* group, ChildTest isTag);
-
-    const PXML& description_;
-    Expressions& expressions_;
-    SessionLog console_;
+    EnvironmentTags environment_;
+    IniTags ini_;
+    ModifyFileTags modify_;
+    ShortcutTags shortcuts_;
+    FirewallTags firewall_;
 };

@@ -11,6 +11,7 @@
 #include "engine/action_log_rewriter.h"
 #include "engine/action_log_variables.h"
 #include "engine/action_log_writer.h"
+#include "engine/additional_actions.h"
 #include "engine/alias_extractor.h"
 #include "engine/configuration_export.h"
 #include "engine/earlier_installations_scan.h"
@@ -23,6 +24,7 @@
 #include "engine/previous_installations.h"
 #include "engine/product_installer.h"
 #include "engine/system_changes.h"
+#include "engine/uninstaller.h"
 #include "session/installation_finish.h"
 #include "session/page_work.h"
 #include "ui/button_actions.h"
@@ -80,7 +82,10 @@ struct Collaborators {
     ProductInstaller productInstaller;
     EarlierInstallationsScan scan;
     PreviousInstallations previous;
+    DescriptionTags tags;
     SystemChanges changes;
+    AdditionalActions actions;
+    Uninstaller uninstaller;
     ConfigurationExport configuration;
     InstallationFinish finish;
     PageWork work;

@@ -5,9 +5,9 @@
 #include "contracts/installer_ui.h"
 #include "description/product_description.h"
 #include "engine/action_log_rewriter.h"
+#include "engine/additional_actions.h"
 #include "engine/configuration_export.h"
 #include "engine/logged_variables.h"
-#include "engine/system_changes.h"
 #include "session/session_paths.h"
 #include "session/session_state.h"
 
@@ -32,7 +32,7 @@ int InstallationFinish::finishInstallation(InstallerUI* ui) {
         return 0;
     }
     state_.postInstallDone = 1;
-    parts_.changes.runAdditionalActions(ui, "PostInstall");
+    parts_.actions.runAdditionalActions(ui, "PostInstall");
     rewriteActionLog();
     if (leavesConfigFile()) {
         exportConfiguration(ui);

@@ -8,7 +8,7 @@ class InstallerUI;
 class LoggedVariables;
 class ProductDescription;
 class SessionPaths;
-class SystemChanges;
+class AdditionalActions;
 struct SessionState;
 
 // What is left to do when the files are installed: the last actions, the variables of the action log, and the
@@ -16,7 +16,7 @@ struct SessionState;
 class InstallationFinish {
 public:
     struct Parts {
-        SystemChanges& changes;
+        AdditionalActions& actions;
         const ProductDescription& product;
         const LoggedVariables& variables;
         ActionLogRewriter& rewriter;

@@ -5,9 +5,11 @@
 #include "contracts/system_operations.h"
 #include "description/product_description.h"
 #include "description/variable_store.h"
+#include "engine/additional_actions.h"
 #include "engine/previous_installations.h"
 #include "engine/product_installer.h"
 #include "engine/system_changes.h"
+#include "engine/uninstaller.h"
 #include "session/installation_finish.h"
 #include "session/session_state.h"
 
@@ -62,7 +64,7 @@ int PageWork::installProduct(InstallerUI* ui) {
         {"Creating shortcuts", [&](InstallerUI* u) { return changes.applyShortcutTags(u); }},
         {"Updating Firewall", [&](InstallerUI* u) { return changes.applyFirewallTags(u); }},
         {"Running additional installations",
-         [&](InstallerUI* u) { return changes.runAdditionalActions(u, "AdditionalInstall"); }},
+         [&](InstallerUI* u) { return parts_.actions.runAdditionalActions(u, "AdditionalInstall"); }},
     };
     WorkReport report(ui, &state_.errorList);
     return parts_.installer.installProduct(report, phases, afterFileInstalled_);
@@ -73,8 +75,12 @@ int PageWork::refuse(const char* work) {
     return 1;
 }
 
-int PageWork::uninstallCurrentProduct(InstallerUI*) {
-    return refuse("The uninstallation of the product");
+int PageWork::prepareUninstall(InstallerUI* ui) {
+    return parts_.uninstaller.PrepareUninstall(ui, nullptr);
+}
+
+int PageWork::uninstallCurrentProduct(InstallerUI* ui) {
+    return parts_.uninstaller.uninstallFromLog(*ui, nullptr);
 }
 
 int PageWork::uninstallPrevious(InstallerUI*) {
@@ -100,7 +106,7 @@ bool PageWork::unregisterApplication() {
 }
 
 int PageWork::runActions(InstallerUI* ui, const char* section) {
-    return parts_.changes.runAdditionalActions(ui, section);
+    return parts_.actions.runAdditionalActions(ui, section);
 }
 
 int PageWork::finishInstallation(InstallerUI* ui) {

@@ -4,11 +4,13 @@
 #include "engine/file_installer.h"
 #include "engine/session_log.h"
 
+class AdditionalActions;
 class InstallationFinish;
 class PreviousInstallations;
 class ProductDescription;
 class ProductInstaller;
 class SystemChanges;
+class Uninstaller;
 class SystemModifications;
 class SystemOperations;
 class VariableStore;
@@ -24,6 +26,8 @@ public:
         ProductInstaller& installer;
         PreviousInstallations& previous;
         SystemChanges& changes;
+        AdditionalActions& actions;
+        Uninstaller& uninstaller;
         const ProductDescription& product;
         InstallationFinish& finish;
         SystemOperations& system;
@@ -35,6 +39,7 @@ public:
     bool isActionLogSession() override;
     void normalizeDirectoryFields() override;
     int installProduct(InstallerUI* ui) override;
+    int prepareUninstall(InstallerUI* ui) override;
     int uninstallCurrentProduct(InstallerUI* ui) override;
     int uninstallPrevious(InstallerUI* ui) override;
     int revertInstallation(InstallerUI* ui) override;

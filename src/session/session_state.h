@@ -12,6 +12,7 @@
 #include "description/pxml.h"
 #include "description/variable_exclusions.h"
 #include "engine/earlier_installations.h"
+#include "engine/uninstall_state.h"
 #include "engine/work_report.h"
 #include "package/cabinet.h"
 #include "session/session_flags.h"
@@ -56,6 +57,7 @@ struct SessionState {
     std::vector<NestedBackup> nestedBackups;        // the copies are deleted at the session's end
     std::vector<UninstallBackup> uninstallBackups;  // deleted at the session's end
     VariableExclusions exclusions;
+    UninstallState uninstall;
     ErrorList errorList;
     std::int32_t postInstallDone = 0;  // the last work of the installation was begun
     PConsole* console = nullptr;       // the debug log, borrowed; null turns it off

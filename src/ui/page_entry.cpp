@@ -131,7 +131,7 @@ void PageEntry::unregisterApplication(PageVisit& visit) {
 
 void PageEntry::prepareUninstall(PageVisit& visit) {
     visit.showOnce();
-    visit.state.lastResult = actions_.runActions(&visit.ui, "PreUninstall") == 0 ? 0 : 1;
+    visit.state.lastResult = actions_.prepareUninstall(&visit.ui) == 0 ? 0 : 1;
 }
 
 void PageEntry::finishInstallation(PageVisit& visit) {

@@ -25,6 +25,7 @@ public:
     bool isActionLogSession() override { return actionLogSession; }
     void normalizeDirectoryFields() override { record("normalizeDirectoryFields"); }
     int installProduct(InstallerUI*) override { return answer("installProduct"); }
+    int prepareUninstall(InstallerUI*) override { return answer("prepareUninstall"); }
     int uninstallCurrentProduct(InstallerUI*) override { return answer("uninstallCurrentProduct"); }
     int uninstallPrevious(InstallerUI*) override { return answer("uninstallPrevious"); }
     int revertInstallation(InstallerUI*) override { return answer("revertInstallation"); }

@@ -18,7 +18,7 @@
 #include "description/pxml_entities.h"
 #include "description/registry_lookup.h"
 #include "description/variable_exclusions.h"
-#include "engine/system_changes.h"
+#include "engine/additional_actions.h"
 #include "installer/run_options.h"
 #include "manual/manual_reader.h"
 #include "manual/manual_text.h"
@@ -98,7 +98,7 @@ const Table kTables[] = {
     {"theme.md", "colours of the theme", "src/description/colour_theme.cpp", themeSlots},
     {"documents.md", "control words of rich text", "src/text/rtf_control_words.cpp", rtfWords},
     {"not-yet.md", "actions", "src/engine/system_changes.cpp",
-     [] { return wordsOf(SystemChanges::actionNames()); }},
+     [] { return wordsOf(AdditionalActions::actionNames()); }},
     {"running.md", "options of a setup", "src/installer/run_options.cpp",
      [] { return wordsOf(runOptionNames()); }},
     {"packager.md", "commands of the packager", "src/packager/command_line.cpp",

@@ -2,9 +2,11 @@
 
 #include "description/product_description.h"
 #include "engine/action_log_rewriter.h"
+#include "engine/additional_actions.h"
+#include "engine/alias_extractor.h"
 #include "engine/configuration_export.h"
+#include "engine/file_contents.h"
 #include "engine/logged_variables.h"
-#include "engine/system_changes.h"
 #include "session_fixture.h"
 
 namespace {
@@ -48,7 +50,7 @@ protected:
     }
     bool hasConfig() const { return files_.hasFile(kConfigPath); }
     std::string config() const { return files_.content(kConfigPath); }
-    Lines told() const { return ui_.callsOf("addFileLine"); }
+    Lines told() const { return ui_.callsOf("addFileLine(\""); }
 
     bool hasLog_ = true;
 
@@ -150,10 +152,18 @@ TEST_F(InstallationFinishTest, putsTheFileBesideTheProgramOrWhereItWasTold) {
         {"C:\\", "C:\\config.xml"},
         {"C:", "C:/config.xml"},
         {"/", "/config.xml"}};
-    SystemChanges changes(description_, expressions_, log_);
     ConfigurationExport configuration(variables_, exclusions_, files_, log_);
     ActionLogRewriter rewriter(files_);
     ProductDescription product(description_, expressions_);
+    SessionState session(files_);
+    InstallingSystem system(files_);
+    FakeSystemModifications modifications;
+    DescriptionTags tags(description_, expressions_);
+    ActionLogWriter writer(session.installLog);
+    FileContents contents(session.cabinet, expressions_, log_);
+    AliasExtractor extractor(session.cabinet, contents, files_);
+    AdditionalActions actions(
+        {{tags, modifications, writer, session.errorList, log_}, product, extractor, system, files_});
     const LoggedVariables logged(variables_, exclusions_);
     description_.addPath(-1, "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile", kLogPath,
                          false);
@@ -161,7 +171,7 @@ TEST_F(InstallationFinishTest, putsTheFileBesideTheProgramOrWhereItWasTold) {
         files_.addDirectory(directory);
         session_.setApplicationPath(directory.c_str());
         SessionState state(files_);
-        InstallationFinish last(state, {changes, product, logged, rewriter, configuration, session_});
+        InstallationFinish last(state, {actions, product, logged, rewriter, configuration, session_});
         EXPECT_EQ(last.finishInstallation(nullptr), 0);
         EXPECT_TRUE(files_.hasFile(path)) << path;
         files_.removeFile(path.c_str());
@@ -186,10 +196,10 @@ TEST_F(InstallationFinishTest, passesOnWhyTheLogCannotBeRewrittenAndExportsNothi
     EXPECT_TRUE(told().empty());
 }
 
-TEST_F(InstallationFinishTest, goesOnWhenActionsAreRefused) {
+TEST_F(InstallationFinishTest, goesOnWhenActionsFail) {
+    session_.modifications.failing = {"runAssociatedProgram"};
     EXPECT_EQ(finish("<PostInstall><RunProgram>x</RunProgram></PostInstall>"), 0);
-    EXPECT_TRUE(
-        log_.hasLine("ERROR: The tags of <PostInstall> are not carried out: this version can not do that"));
+    EXPECT_TRUE(log_.hasLine("ERROR: Program was NOT started : \"x \""));
     EXPECT_TRUE(hasConfig());
     EXPECT_EQ(session_.navigation.lastResult, 0);
 }

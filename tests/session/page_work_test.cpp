@@ -97,11 +97,15 @@ TEST_F(PageWorkTest, saysThatEarlierInstallationsStayAndInstallsAllTheSame) {
     EXPECT_EQ(session_.earlier.previousUninstallDone, 1);
 }
 
-TEST_F(PageWorkTest, failsAnInstallationWhoseTagsAreNotCarriedOut) {
-    EXPECT_EQ(walkTo("CopyProgress", "<Installation><Shortcuts><Add>x</Add></Shortcuts></Installation>"), -1);
+TEST_F(PageWorkTest, failsAnInstallationWithAChangeThatFails) {
+    session_.modifications.failing = {"addEnvironmentEntry"};
+    EXPECT_EQ(
+        walkTo("CopyProgress",
+               "<Installation><Environment><Replace VarName='V'>x</Replace></Environment></Installation>"),
+        -1);
     EXPECT_EQ(valueOf("INSTALL_ERROR"), "1");
-    EXPECT_TRUE(log_.hasLine("ERROR: Encountered an error during Creating shortcuts"));
-    EXPECT_EQ(session_.errorList, std::vector<std::string>{"Error during: Creating shortcuts"});
+    EXPECT_TRUE(log_.hasLine("ERROR: Encountered an error during Updating environment variables"));
+    EXPECT_EQ(session_.errorList, std::vector<std::string>{"Error during: Updating environment variables"});
 }
 
 TEST_F(PageWorkTest, showsTheStatusOfEachPhaseInOrder) {
@@ -130,10 +134,10 @@ TEST_F(PageWorkTest, normalizesTheValuesOfDirectoryFields) {
     EXPECT_TRUE(files_.hasFile("/opt/demo/install.xml"));
 }
 
-TEST_F(PageWorkTest, refusesTheUninstallationOfTheProduct) {
-    EXPECT_EQ(uninstallWalkTo("CopyProgress"), 1);
-    EXPECT_TRUE(refused("The uninstallation of the product"));
-    EXPECT_TRUE(session_.hasErrors());
+TEST_F(PageWorkTest, uninstallsTheProductOfTheActionLog) {
+    EXPECT_EQ(uninstallWalkTo("CopyProgress"), 0);
+    EXPECT_EQ(ui_.callsOf("setStatusText").back(), "setStatusText(\"The uninstall was successful.\")");
+    EXPECT_FALSE(session_.hasErrors());
 }
 
 }  // namespace

@@ -187,7 +187,7 @@ TEST_F(PageEntryTest, UnregistersNothingInAnotherSession) {
 TEST_F(PageEntryTest, RunsTheActionsAheadOfAnUninstallation) {
     state.lastResult = 7;
     EXPECT_EQ(enter("PreUninstall"), 0);
-    EXPECT_EQ(actions.calls, Calls{"runActions(PreUninstall)"});
+    EXPECT_EQ(actions.calls, Calls{"prepareUninstall"});
     EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
     EXPECT_EQ(state.lastResult, 0);
 }
@@ -201,7 +201,7 @@ TEST_F(PageEntryTest, FinishesTheInstallationAndAsksForAStep) {
 }
 
 TEST_F(PageEntryTest, TellsThatWorkIsNotAvailable) {
-    actions.results["runActions"] = -1;
+    actions.results["prepareUninstall"] = -1;
     enter("PreUninstall");
     EXPECT_EQ(state.lastResult, 1);
 }

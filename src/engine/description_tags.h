@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class Expressions;
+class PXML;
+
+// What the walkers of the description's tags have in common: groups of elements by name, their children, and
+// texts in which variables have their values. A missing text is null.
+class DescriptionTags {
+public:
+    // The bytes of an expanded text; what is longer is cut.
+    static constexpr std::size_t kTextLimit = 1024 * 1024;
+
+    // Both outlive this object.
+    DescriptionTags(const PXML& description, Expressions& expressions)
+        : description_(description), expressions_(expressions) {}
+
+    // The first element of that name behind `after`, at any depth, whose Condition isn't false; -1 when there
+    // is none.
+    std::int32_t nextGroup(const char* name, std::int32_t after);
+    // The first element of that name, whatever its condition says; -1 when there is none.
+    std::int32_t firstOf(const char* name);
+    std::vector<std::int32_t> childrenOf(std::int32_t node);
+
+    const char* nameOf(std::int32_t node);
+    const char* textOf(std::int32_t node);
+    const char* attribute(std::int32_t node, const char* name);
+    bool hasAttribute(std::int32_t node, const char* name) { return attribute(node, name) != nullptr; }
+
+    // Only a condition that is evaluated to 0 doesn't hold: neither a missing nor a broken one does.
+    bool holds(const char* condition);
+    bool conditionHolds(std::int32_t node) { return holds(attribute(node, "Condition")); }
+    // As holds, but a missing condition is false.
+    bool isSet(std::int32_t node, const char* name);
+
+    // Empty for null. With `stopOnMissing` a variable that isn't there empties the whole text.
+    std::string expand(const char* text, bool stopOnMissing = false);
+    std::string expandAttribute(std::int32_t node, const char* name) { return expand(attribute(node, name)); }
+
+private:
+    const PXML& description_;
+    Expressions& expressions_;
+};
+
+// The path functions of the base on growing texts.
+std::string collapsedPath(std::string path);
+std::string normalizedPath(std::string path);

@@ -1,0 +1,54 @@
+#include "engine/ini_tags.h"
+
+#include <cstring>
+
+#include "contracts/system_modifications.h"
+#include "engine/action_log_format.h"
+
+int IniTags::apply(InstallerUI* ui) {
+    bool failed = false;
+    for (std::int32_t group = context_.tags.nextGroup("IniFiles", -1); group >= 0;
+         group = context_.tags.nextGroup("IniFiles", group)) {
+        failed = !applyGroup(group, ui) || failed;
+        WorkReport(ui, &context_.errors).flushLines();
+    }
+    return failed ? 1 : 0;
+}
+
+bool IniTags::applyGroup(std::int32_t group, InstallerUI* ui) {
+    for (const std::int32_t node : context_.tags.childrenOf(group)) {
+        if (isComplete(node) && context_.tags.conditionHolds(node) && !applyChild(node, ui)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IniTags::isComplete(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    return std::strcmp(tags.nameOf(node), "Add") == 0 && tags.hasAttribute(node, "FileName") &&
+           tags.hasAttribute(node, "Section") && tags.hasAttribute(node, "Key") &&
+           tags.textOf(node) != nullptr;
+}
+
+bool IniTags::applyChild(std::int32_t node, InstallerUI* ui) {
+    DescriptionTags& tags = context_.tags;
+    const std::string file = collapsedPath(tags.expandAttribute(node, "FileName"));
+    const std::string section = tags.expandAttribute(node, "Section");
+    const std::string key = tags.expandAttribute(node, "Key");
+    const std::string value = tags.expand(tags.textOf(node));
+    const std::string beforeKey = tags.expandAttribute(node, "BeforeKey");
+    std::string undo;
+    const bool done = context_.modifications.addIniEntry(
+        file.c_str(), section.c_str(), key.c_str(), value.c_str(), undo, ui,
+        tags.hasAttribute(node, "IsPath"),
+        tags.hasAttribute(node, "BeforeKey") ? beforeKey.c_str() : nullptr);
+    if (!done) {
+        context_.console->print("ERROR: Updating INI: \"%s\"", file.c_str());
+    }
+    if (!done && !tags.hasAttribute(node, "IgnoreErrors")) {
+        return false;
+    }
+    context_.log.writeRecord(ActionLogFormat::kIni, {undo});
+    return true;
+}
