@@ -23,6 +23,8 @@ class ManualTest(EndToEndTest):
 
     def as_stated(self, text):
         """What a program printed, in the words of the manual."""
+        if WINDOWS:  # a service of Wine's own that breaks down tells whoever runs at the time
+            text = re.sub(r"^wine: Unhandled page fault .*\n", "", text, flags=re.M)
         text = CLEARED.sub("", text).replace(str(self.machine.root) + "/", "/")
         if WINDOWS:
             return text.replace("\\", "/").replace(self.native("").replace("\\", "/"), "/").replace(".exe", "")
@@ -137,17 +139,23 @@ class Examples(ManualTest):
 
 
 class NotYet(EndToEndTest):
-    """What the page says is refused is refused; once it isn't, it has a page of its own to go to."""
+    """What the page says is refused is refused; once it isn't, the page has to go without it."""
+
+    GROUPS = {
+        "Environment": '<Replace VarName="TANDREL_MANUAL">1</Replace>',
+        "IniFiles": '<Add FileName="[DIR]/a.ini" Section="s" Key="k">v</Add>',
+        "ModifyFiles": '<File Command="AddAfter" Path="[DIR]/a.txt">x</File>',
+    }
 
     def test_groups_that_the_page_lists_are_refused(self):
         page = (MANUAL / "not-yet.md").read_text("utf-8")
-        cells = re.findall(r"^\| (`[^|]*) \|", page.partition("| `PostInstall`")[0], re.M)
-        for name in re.findall(r"`(\w+)`", "".join(cells)):
-            child = "RunProgram" if name == "AdditionalInstall" else "Anything"
-            text = description(self.native("opt").replace("\\", "/"), f"<{name}><{child}/></{name}>")
+        row = re.search(r"^\| (.*) \| a complete child", page, re.M)
+        for name in re.findall(r"`(\w+)`", row.group(1)) if row else ():
+            text = description(self.native("opt").replace("\\", "/"), f"<{name}>{self.GROUPS[name]}</{name}>")
             result = self.run_program(self.build_package(text, {}), "-auto")
             self.assertIn("There were errors during the installation.\n", result.out,
-                          f"<{name}> is carried out now: take it from not-yet.md and describe it on a page of its own")
+                          f"<{name}> is carried out now: take it from not-yet.md and from the table at the top of "
+                          "system-changes.md, and describe it there")
 
 
 class Links(unittest.TestCase):

@@ -97,7 +97,7 @@ const Table kTables[] = {
     {"pages.md", "names of pages", "src/ui/page_entry.cpp", [] { return wordsOf(PageEntry::pageNames()); }},
     {"theme.md", "colours of the theme", "src/description/colour_theme.cpp", themeSlots},
     {"documents.md", "control words of rich text", "src/text/rtf_control_words.cpp", rtfWords},
-    {"not-yet.md", "actions", "src/engine/system_changes.cpp",
+    {"system-changes.md", "actions", "src/engine/additional_actions.cpp",
      [] { return wordsOf(AdditionalActions::actionNames()); }},
     {"running.md", "options of a setup", "src/installer/run_options.cpp",
      [] { return wordsOf(runOptionNames()); }},
