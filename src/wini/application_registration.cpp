@@ -162,7 +162,7 @@ void ApplicationRegistration::removeOwnList() {
     }
     std::string key = UninstallList::listKey();
     std::vector<std::string> values;
-    for (int left = levels.data[0]; left > 0; --left) {
+    for (unsigned left = static_cast<unsigned char>(levels.data[0]); left > 0; --left) {
         // Others may have put something there meanwhile.
         const bool isList = key == UninstallList::listKey();
         if (registry_.listValues(kRoot, key.c_str(), kView, values) != platform::kRegOk ||

@@ -35,7 +35,8 @@ WiniModifications::WiniModifications(const platform::Platform& platform) : platf
 WiniModifications::~WiniModifications() = default;
 
 void WiniModifications::attach(InstallExchangeInfo& product, ErrorList& errors, SessionLog console) {
-    families_.reset(new Families{platform_, product, errors, console});
+    // In place, as its members refer to each other.
+    families_.reset(new Families{platform_, product, errors, console});  // NOLINT(modernize-make-unique)
 }
 
 WiniModifications::Families& WiniModifications::families() {
