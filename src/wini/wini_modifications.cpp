@@ -4,6 +4,7 @@
 
 #include "contracts/install_exchange_info.h"
 #include "wini/application_registration.h"
+#include "wini/environment_changes.h"
 #include "wini/external_uninstaller.h"
 #include "wini/firewall_changes.h"
 #include "wini/program_runner.h"
@@ -22,6 +23,7 @@ struct WiniModifications::Families {
                                      console};
     Shortcuts shortcuts{platform.shell, platform.files, registration, errors};
     FirewallChanges firewall{platform.firewall, console};
+    EnvironmentChanges environment{platform.registry, platform.files, platform.shell, errors};
 
     // The operation isn't built yet; the log says so.
     bool refuse(const char* operation) const {
@@ -46,17 +48,17 @@ WiniModifications::Families& WiniModifications::families() {
     return *families_;
 }
 
-bool WiniModifications::addEnvironmentEntry(const char*, const char*, EnvironmentMode, std::string&,
-                                            InstallerUI*, bool) {
-    return families().refuse("addEnvironmentEntry");
+bool WiniModifications::addEnvironmentEntry(const char* name, const char* value, EnvironmentMode mode,
+                                            std::string& outUndo, InstallerUI* ui, bool isPath) {
+    return families().environment.addEnvironmentEntry(name, value, mode, outUndo, ui, isPath);
 }
 
-bool WiniModifications::removeEnvironmentEntry(const char*, InstallerUI*) {
-    return families().refuse("removeEnvironmentEntry");
+bool WiniModifications::removeEnvironmentEntry(const char* undoText, InstallerUI* ui) {
+    return families().environment.removeEnvironmentEntry(undoText, ui);
 }
 
 bool WiniModifications::broadcastEnvironmentChange() {
-    return families().refuse("broadcastEnvironmentChange");
+    return families().environment.broadcastEnvironmentChange();
 }
 
 bool WiniModifications::addIniEntry(const char*, const char*, const char*, const char*, std::string&,

@@ -16,6 +16,7 @@ public:
 
     int linkError = 0;  // non-zero: no link can be made
     bool opens = true;
+    bool broadcastWorks = true;
 
     int createLink(const char* linkPath, const platform::LinkDescription& link) override {
         if (linkError == 0) {
@@ -35,6 +36,6 @@ public:
     }
     bool broadcastEnvironment() override {
         ++broadcasts;
-        return true;
+        return broadcastWorks;
     }
 };

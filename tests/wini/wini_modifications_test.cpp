@@ -93,4 +93,16 @@ TEST_F(WiniModificationsFamiliesTest, changeTheFirewall) {
     EXPECT_TRUE(machine_.firewall.ports.empty());
 }
 
+TEST_F(WiniModificationsFamiliesTest, changeTheEnvironment) {
+    std::string undo;
+    EXPECT_TRUE(
+        modifications_.addEnvironmentEntry("DEMO", "v", EnvironmentMode::kReplace, undo, nullptr, false));
+    EXPECT_EQ(undo, "CREATE\tDEMO");
+    EXPECT_TRUE(modifications_.broadcastEnvironmentChange());
+    EXPECT_EQ(machine_.shell.broadcasts, 1);
+    EXPECT_TRUE(modifications_.removeEnvironmentEntry(undo.c_str(), nullptr));
+    EXPECT_FALSE(modifications_.removeEnvironmentEntry(undo.c_str(), nullptr));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to remove DEMO"});
+}
+
 }  // namespace
