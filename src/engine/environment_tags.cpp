@@ -25,32 +25,19 @@ std::optional<EnvironmentMode> modeOf(std::string_view name) {
 
 int EnvironmentTags::apply(InstallerUI* ui) {
     written_ = false;
-    bool failed = false;
-    for (std::int32_t group = context_.tags.nextGroup("Environment", -1); group >= 0;
-         group = context_.tags.nextGroup("Environment", group)) {
-        failed = !applyGroup(group, ui) || failed;
-        WorkReport(ui, &context_.errors).flushLines();
+    const bool succeeded =
+        applyGroups(context_, "Environment", ui, [&](std::int32_t child) { return applyChild(child, ui); });
+    if (!succeeded || !written_) {
+        return succeeded ? 0 : 1;
     }
-    if (!failed && written_) {
-        failed = !context_.modifications.broadcastEnvironmentChange();
-    }
-    return failed ? 1 : 0;
-}
-
-bool EnvironmentTags::applyGroup(std::int32_t group, InstallerUI* ui) {
-    for (const std::int32_t node : context_.tags.childrenOf(group)) {
-        if (!applyChild(node, ui)) {
-            return false;
-        }
-    }
-    return true;
+    return context_.modifications.broadcastEnvironmentChange() ? 0 : 1;
 }
 
 bool EnvironmentTags::applyChild(std::int32_t node, InstallerUI* ui) {
     DescriptionTags& tags = context_.tags;
     const std::optional<EnvironmentMode> mode = modeOf(tags.nameOf(node));
     const char* text = tags.textOf(node);
-    if (!mode || !tags.hasAttribute(node, "VarName") || text == nullptr || !tags.conditionHolds(node)) {
+    if (!mode || !tags.hasAttribute(node, "VarName") || text == nullptr) {
         return true;
     }
     const std::string name = tags.expandAttribute(node, "VarName");

@@ -11,7 +11,6 @@ public:
     int apply(InstallerUI* ui);
 
 private:
-    bool applyGroup(std::int32_t group, InstallerUI* ui);
     bool applyChild(std::int32_t node, InstallerUI* ui);
 
     TagContext context_;

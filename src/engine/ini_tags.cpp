@@ -6,22 +6,10 @@
 #include "engine/action_log_format.h"
 
 int IniTags::apply(InstallerUI* ui) {
-    bool failed = false;
-    for (std::int32_t group = context_.tags.nextGroup("IniFiles", -1); group >= 0;
-         group = context_.tags.nextGroup("IniFiles", group)) {
-        failed = !applyGroup(group, ui) || failed;
-        WorkReport(ui, &context_.errors).flushLines();
-    }
-    return failed ? 1 : 0;
-}
-
-bool IniTags::applyGroup(std::int32_t group, InstallerUI* ui) {
-    for (const std::int32_t node : context_.tags.childrenOf(group)) {
-        if (isComplete(node) && context_.tags.conditionHolds(node) && !applyChild(node, ui)) {
-            return false;
-        }
-    }
-    return true;
+    const bool succeeded = applyGroups(context_, "IniFiles", ui, [&](std::int32_t child) {
+        return !isComplete(child) || applyChild(child, ui);
+    });
+    return succeeded ? 0 : 1;
 }
 
 bool IniTags::isComplete(std::int32_t node) {

@@ -6,22 +6,9 @@
 #include "engine/action_log_format.h"
 
 int ModifyFileTags::apply(InstallerUI* ui) {
-    bool failed = false;
-    for (std::int32_t group = context_.tags.nextGroup("ModifyFiles", -1); group >= 0;
-         group = context_.tags.nextGroup("ModifyFiles", group)) {
-        failed = !applyGroup(group, ui) || failed;
-        WorkReport(ui, &context_.errors).flushLines();
-    }
-    return failed ? 1 : 0;
-}
-
-bool ModifyFileTags::applyGroup(std::int32_t group, InstallerUI* ui) {
-    for (const std::int32_t node : context_.tags.childrenOf(group)) {
-        if (context_.tags.conditionHolds(node) && !applyChild(node, ui)) {
-            return false;
-        }
-    }
-    return true;
+    const bool succeeded =
+        applyGroups(context_, "ModifyFiles", ui, [&](std::int32_t child) { return applyChild(child, ui); });
+    return succeeded ? 0 : 1;
 }
 
 bool ModifyFileTags::applyChild(std::int32_t node, InstallerUI* ui) {

@@ -29,23 +29,10 @@ bool readType(const char* word, ShortcutType& outType) {
 
 int ShortcutTags::apply(InstallerUI* ui) {
     directories_.forget();
-    bool failed = false;
-    for (std::int32_t group = context_.tags.nextGroup("Shortcuts", -1); group >= 0;
-         group = context_.tags.nextGroup("Shortcuts", group)) {
-        failed = !applyGroup(group, ui) || failed;
-        WorkReport(ui, &context_.errors).flushLines();
-    }
-    return failed ? 1 : 0;
-}
-
-bool ShortcutTags::applyGroup(std::int32_t group, InstallerUI* ui) {
-    for (const std::int32_t node : context_.tags.childrenOf(group)) {
-        if (std::strcmp(context_.tags.nameOf(node), "Add") == 0 && context_.tags.conditionHolds(node) &&
-            !applyChild(node, ui)) {
-            return false;
-        }
-    }
-    return true;
+    const bool succeeded = applyGroups(context_, "Shortcuts", ui, [&](std::int32_t child) {
+        return std::strcmp(context_.tags.nameOf(child), "Add") != 0 || applyChild(child, ui);
+    });
+    return succeeded ? 0 : 1;
 }
 
 bool ShortcutTags::applyChild(std::int32_t node, InstallerUI* ui) {

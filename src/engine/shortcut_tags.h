@@ -15,7 +15,6 @@ public:
     int apply(InstallerUI* ui);
 
 private:
-    bool applyGroup(std::int32_t group, InstallerUI* ui);
     bool applyChild(std::int32_t node, InstallerUI* ui);
     bool readRequest(std::int32_t node, ShortcutRequest& outShortcut, std::string& outDirectory);
     bool prepareDirectory(const std::string& directory);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "engine/action_log_writer.h"
 #include "engine/description_tags.h"
 #include "engine/session_log.h"
@@ -19,3 +21,10 @@ struct TagContext {
     ErrorList& errors;
     SessionLog console;
 };
+
+// Makes one change that a child of a group asks for. False when it failed.
+using TagChange = std::function<bool(std::int32_t child)>;
+
+// Visits the children with a true condition of every group of that name whose condition is true. A change
+// that fails ends its group; the next group is still visited. False when any failed.
+bool applyGroups(const TagContext& context, const char* group, InstallerUI* ui, const TagChange& change);
