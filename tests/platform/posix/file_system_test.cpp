@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -147,6 +148,31 @@ TEST_F(PosixFileSystemTest, DescriptorsAreNotInherited) {
         }
     }
     close(next);
+}
+
+TEST_F(PosixFileSystemTest, KnowsTheDirectoriesOfTheSystem) {
+    for (const char* system : {"/", "/opt", "/opt/", "\\usr\\local", "C:/tmp", "/usr/local/bin"}) {
+        EXPECT_FALSE(files_.isOrdinaryDirectory(system)) << system;
+    }
+    EXPECT_TRUE(files_.isOrdinaryDirectory(directory_.path().c_str()));
+    EXPECT_FALSE(files_.isOrdinaryDirectory(path("none").c_str()));
+    ASSERT_EQ(create(path("file"), Disposition::kCreateNew), 0);
+    EXPECT_FALSE(files_.isOrdinaryDirectory(path("file").c_str()));
+    ASSERT_EQ(symlink(directory_.path().c_str(), path("link").c_str()), 0);
+    EXPECT_FALSE(files_.isOrdinaryDirectory(path("link").c_str()));
+}
+
+TEST_F(PosixFileSystemTest, RemovesLinksButNoDevices) {
+    ASSERT_EQ(create(path("file"), Disposition::kCreateNew), 0);
+    ASSERT_EQ(symlink(path("file").c_str(), path("link").c_str()), 0);
+    EXPECT_EQ(files_.removeFile(path("link").c_str()), 0);
+    EXPECT_TRUE(files_.exists(path("file").c_str()));
+    if (mknod(path("device").c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0) {
+        GTEST_SKIP() << "this user can't make devices";
+    }
+    EXPECT_EQ(files_.removeFile(path("device").c_str()), EPERM);
+    EXPECT_TRUE(files_.exists(path("device").c_str()));
+    EXPECT_EQ(unlink(path("device").c_str()), 0);
 }
 
 }  // namespace

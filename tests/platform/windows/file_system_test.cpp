@@ -156,4 +156,15 @@ TEST_F(WindowsFileSystem, failsToSeekBeforeTheStart) {
     EXPECT_EQ(file_->seek(-1, platform::Origin::kStart, position), ERROR_NEGATIVE_SEEK);
 }
 
+TEST_F(WindowsFileSystem, seesTheMarksOfADirectory) {
+    const std::string path = directory_.file("d");
+    ASSERT_EQ(systemFileSystem().createDirectory(path.c_str()), 0);
+    EXPECT_TRUE(systemFileSystem().isOrdinaryDirectory(path.c_str()));
+    for (const DWORD mark : {FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM}) {
+        ASSERT_NE(SetFileAttributesW(platform::wideOf(path.c_str()).c_str(), mark), 0);
+        EXPECT_FALSE(systemFileSystem().isOrdinaryDirectory(path.c_str())) << mark;
+    }
+    EXPECT_FALSE(systemFileSystem().isOrdinaryDirectory(directory_.file("none").c_str()));
+}
+
 }  // namespace
