@@ -177,10 +177,10 @@ void Uninstaller::undoRecord(Walk& walk, std::string_view line) {
 }
 
 void Uninstaller::advance(Walk& walk) {
-    ++walk.index;
     if (walk.total > 0) {
         walk.report.setProgress(static_cast<int>((walk.index * 100 + walk.total - 1) / walk.total));
     }
+    ++walk.index;
 }
 
 // Directories are taken away at the end, and count as further steps until then.

@@ -71,10 +71,11 @@ TEST_F(UninstallerTest, DeletesTheFilesOfTheLogAndTellsHowThatWent) {
 }
 
 TEST_F(UninstallerTest, ShowsItsStepsInOrder) {
-    EXPECT_EQ(undo("ENV\tCREATE\tX\r\n"), 0);
+    EXPECT_EQ(undo("ENV\tCREATE\tX\r\nDIR\t1\t/none/\r\n"), 0);
     EXPECT_THAT(ui_.callsOf("set"),
-                ElementsAre("setStatusText(\"Uninstalling\")", "setCurrentProgress(100)",
-                            "setCurrentProgress(100)", "setStatusText(\"Updating environment\")",
+                ElementsAre("setStatusText(\"Uninstalling\")", "setCurrentProgress(0)",
+                            "setCurrentProgress(34)", "setCurrentProgress(67)", "setCurrentProgress(100)",
+                            "setStatusText(\"Updating environment\")",
                             "setStatusText(\"The uninstall was successful.\")"));
     EXPECT_EQ(ui_.countOf("beginProgress"), 1);
     EXPECT_EQ(ui_.countOf("endProgress"), 1);
