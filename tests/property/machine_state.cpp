@@ -1,0 +1,410 @@
+#include "machine_state.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "base/text_functions.h"
+
+namespace {
+
+using platform::RegistryRoot;
+using platform::RegistryView;
+
+constexpr const char* kEnvironmentKey = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment";
+constexpr std::array kUnwatched = {"/kit", "/tmp"};
+
+bool isWatched(const std::string& path) {
+    return std::none_of(kUnwatched.begin(), kUnwatched.end(),
+                        [&path](const char* top) { return path.starts_with(top); });
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    OUtils::splitText(text.c_str(), '\n', lines);
+    for (std::string& line : lines) {
+        if (line.ends_with('\r')) {
+            line.pop_back();
+        }
+    }
+    return lines;
+}
+
+std::string joined(const std::vector<std::string>& parts) {
+    std::string text;
+    for (const std::string& part : parts) {
+        text += part + "\n";
+    }
+    return text;
+}
+
+// The keys by section; sections without keys don't count.
+std::string iniForm(const std::string& text) {
+    std::map<std::string, std::vector<std::string>> sections;
+    std::string section;
+    for (const std::string& line : linesOf(text)) {
+        const std::string trimmed(OUtils::trimWhiteSpace(line));
+        if (trimmed.starts_with('[')) {
+            section = trimmed;
+        } else if (!trimmed.empty()) {
+            const std::size_t equals = trimmed.find('=');
+            sections[section].push_back(
+                equals == std::string::npos
+                    ? trimmed
+                    : std::string(OUtils::trimWhiteSpace(trimmed.substr(0, equals))) + "=" +
+                          std::string(OUtils::trimWhiteSpace(trimmed.substr(equals + 1))));
+        }
+    }
+    std::string form;
+    for (auto& [name, keys] : sections) {
+        std::sort(keys.begin(), keys.end());
+        form += name + "\n" + joined(keys);
+    }
+    return form;
+}
+
+std::string textForm(const std::string& text) {
+    std::vector<std::string> lines = linesOf(text);
+    while (!lines.empty() && lines.back().empty()) {
+        lines.pop_back();
+    }
+    return joined(lines);
+}
+
+void takeFiles(FakePlatform& machine, MachineState& state) {
+    for (const std::string& path : machine.files.allFiles()) {
+        if (!isWatched(path)) {
+            continue;
+        }
+        const std::string content = machine.files.content(path);
+        if (path.ends_with(".ini")) {
+            // Where nothing but an empty section is left, nothing is left.
+            if (const std::string form = iniForm(content); !form.empty()) {
+                state.files[path] = form;
+            }
+        } else {
+            state.files[path] = path.ends_with(".txt") ? textForm(content) : content;
+        }
+    }
+}
+
+void takeDirectories(FakePlatform& machine, const std::string& directory, MachineState& state) {
+    std::vector<platform::DirectoryEntry> entries;
+    machine.files.list(directory.empty() ? "/" : directory.c_str(), entries);
+    for (const platform::DirectoryEntry& entry : entries) {
+        const std::string path = directory + "/" + entry.name;
+        if (entry.isDirectory && isWatched(path)) {
+            state.directories.insert(path);
+            takeDirectories(machine, path, state);
+        }
+    }
+}
+
+void takeEnvironment(const std::string& name, const std::string& value, MachineState& state) {
+    std::vector<std::string> entries;
+    OUtils::splitText(value.c_str(), ';', entries);
+    std::erase(entries, "");
+    if (!entries.empty()) {
+        state.environment[name] = entries;
+    }
+}
+
+void takeRegistry(FakePlatform& machine, const std::string& key, MachineState& state) {
+    std::vector<std::string> names;
+    machine.registry.listValues(RegistryRoot::kLocalMachine, key.c_str(), RegistryView::kNative, names);
+    for (const std::string& name : names) {
+        platform::RegistryValue value;
+        machine.registry.readValue(RegistryRoot::kLocalMachine, key.c_str(), RegistryView::kNative,
+                                   name.c_str(), value);
+        if (OUtils::equalsIgnoreCase(key.c_str(), kEnvironmentKey)) {
+            takeEnvironment(name, value.data, state);
+        } else {
+            state.registry[key + ":" + name] = std::to_string(value.type) + " " + value.data;
+        }
+    }
+    std::vector<std::string> children;
+    machine.registry.listKeys(RegistryRoot::kLocalMachine, key.c_str(), RegistryView::kNative, children);
+    for (const std::string& child : children) {
+        const std::string path = key.empty() ? child : key + "\\" + child;
+        if (!OUtils::startsWithIgnoreCase(kEnvironmentKey, path)) {
+            state.registry[path] = "key";
+        }
+        takeRegistry(machine, path, state);
+    }
+}
+
+std::string earlierText(const Item& item) {
+    return joined(item.lines);
+}
+
+std::string searchedLine(const Item& item) {
+    return item.variant % 2 == 0 ? "alpha" : "beta";
+}
+
+std::string earlierIni(const Item& item) {
+    std::string text = "; notes\n[first]\nkey=mine\n";
+    if (item.variant % 3 != 0) {
+        text += "[main]\nother=1\n";
+        if (item.earlier) {
+            text += "key = old\n";
+        }
+        text += "\nlast=2\n";
+    }
+    return text + "[tail]\nkey=also mine\n";
+}
+
+std::string keyPathOf(const Item& item) {
+    std::string path = registryPathOf(item);
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+void prepareItem(FakePlatform& machine, const Item& item) {
+    switch (item.kind) {
+        case ItemKind::kFile:
+            if (item.earlier) {
+                machine.files.addFile(filePathOf(item), earlierContentOf(item));
+            }
+            break;
+        case ItemKind::kEnvironment:
+            if (item.earlier) {
+                machine.registry.addText(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"),
+                                         "/usr/own;/usr/other");
+            }
+            break;
+        case ItemKind::kIni:
+            if (item.variant % 4 != 0) {
+                machine.files.addFile(iniPathOf(item), earlierIni(item));
+            }
+            break;
+        case ItemKind::kModifyFile:
+            if (item.earlier) {
+                machine.files.addFile(textPathOf(item), earlierText(item));
+            }
+            machine.files.addFile(item.name("/kit/src/change"),
+                                  "1\n" + searchedLine(item) + "\n2\nadded\n" + searchedLine(item) + "\n");
+            break;
+        case ItemKind::kFirewallPort:
+            if (item.earlier) {
+                machine.firewall.ports[{1000 + item.number, platform::FirewallProtocol::kTcp}] = "mine";
+            }
+            break;
+        case ItemKind::kRegistryValue:
+        case ItemKind::kRemoveRegistryValue:
+            if (item.earlier) {
+                machine.registry.addText(RegistryRoot::kLocalMachine, keyPathOf(item), "name", "earlier");
+                machine.registry.addText(RegistryRoot::kLocalMachine, keyPathOf(item), "other", "mine");
+            }
+            break;
+        case ItemKind::kRegistryKey:
+        case ItemKind::kRemoveRegistryKey:
+            if (item.earlier) {
+                machine.registry.addKey(RegistryRoot::kLocalMachine, keyPathOf(item));
+            }
+            break;
+        case ItemKind::kRemoveFile:
+            if (item.earlier) {
+                machine.files.addFile(item.name("/data/gone"), "going");
+            }
+            break;
+        case ItemKind::kRemoveDirectory:
+            if (item.earlier) {
+                machine.files.addDirectory(item.name("/data/empty"));
+            }
+            break;
+        default:
+            break;
+    }
+}
+
+void touchItem(FakePlatform& machine, const Item& item) {
+    if (item.kind == ItemKind::kFile && machine.files.hasFile(filePathOf(item))) {
+        machine.files.addFile(filePathOf(item), "changed by the user");
+    } else if (item.kind == ItemKind::kEnvironment) {
+        const platform::RegistryValue* value =
+            machine.registry.value(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"));
+        if (value != nullptr) {
+            machine.registry.addText(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"),
+                                     std::string(value->data) + ";/user");
+        }
+    }
+}
+
+// BackupExisting brings the earlier content back, unless the user has changed the file; without it the file
+// goes, whatever was there.
+void expectFile(MachineState& state, const Item& item) {
+    const std::string path = filePathOf(item);
+    if (!item.option) {
+        state.files.erase(path);
+    } else if (item.touched) {
+        state.files[path] = "changed by the user";
+    } else if (!item.earlier) {
+        state.files[path] = installedContentOf(item);
+    }
+}
+
+void expectEnvironment(MachineState& state, const Item& item) {
+    const bool isReplaced = item.variant % 3 == 0;
+    if (!item.touched) {
+        return;
+    }
+    // The undo of a replacement or creation takes the user's addition along.
+    if (!isReplaced) {
+        state.environment[item.name("VAR")].push_back("/user");
+    }
+}
+
+void expectItem(MachineState& state, const Item& item, bool firewallOff) {
+    switch (item.kind) {
+        case ItemKind::kFile:
+            expectFile(state, item);
+            break;
+        case ItemKind::kEnvironment:
+            expectEnvironment(state, item);
+            break;
+        case ItemKind::kFirewallPort:
+            // A port that was open already is taken for the product's own.
+            if (!firewallOff && item.variant % 3 != 2) {
+                state.firewall.erase(std::to_string(1000 + item.number) + " tcp");
+            }
+            break;
+        case ItemKind::kRegistryValue:
+        case ItemKind::kRemoveRegistryValue:
+            state.registry.erase(keyPathOf(item) + ":name");
+            break;
+        case ItemKind::kRemoveRegistryKey:
+            state.registry.erase(keyPathOf(item));
+            break;
+        case ItemKind::kRemoveFile:
+            state.files.erase(item.name("/data/gone"));
+            break;
+        default:
+            break;
+    }
+}
+
+template <typename Map>
+void compare(const std::string& what, const Map& expected, const Map& found, std::vector<std::string>& out) {
+    for (const auto& [name, value] : expected) {
+        const auto at = found.find(name);
+        if (at == found.end()) {
+            out.push_back(what + " is gone: " + name);
+        } else if (at->second != value) {
+            out.push_back(what + " is another: " + name);
+        }
+    }
+    for (const auto& [name, value] : found) {
+        if (!expected.contains(name)) {
+            out.push_back(what + " is left: " + name);
+        }
+    }
+}
+
+bool holdsAFile(const MachineState& state, const std::string& directory) {
+    const auto at = state.files.lower_bound(directory + "/");
+    return at != state.files.end() && at->first.starts_with(directory + "/");
+}
+
+}  // namespace
+
+int DiskShellObjects::createLink(const char* linkPath, const platform::LinkDescription& link) {
+    files_.addFile(linkPath, "link to " + link.target);
+    return FakeShellObjects::createLink(linkPath, link);
+}
+
+int DiskShellObjects::createUrlLink(const char* linkPath, const char* url) {
+    files_.addFile(linkPath, url);
+    return FakeShellObjects::createUrlLink(linkPath, url);
+}
+
+MachineState takeState(FakePlatform& machine) {
+    MachineState state;
+    takeFiles(machine, state);
+    takeDirectories(machine, "", state);
+    takeRegistry(machine, "", state);
+    for (const auto& [port, name] : machine.firewall.ports) {
+        state.firewall.insert(std::to_string(port.first) +
+                              (port.second == platform::FirewallProtocol::kTcp ? " tcp" : " udp"));
+    }
+    for (const auto& [path, name] : machine.firewall.applications) {
+        state.firewall.insert(path);
+    }
+    return state;
+}
+
+void prepareMachine(FakePlatform& machine, const ProductCase& product) {
+    machine.files.addFile("/data/keep", "kept");
+    machine.registry.addKey(RegistryRoot::kLocalMachine, "Software\\Present");
+    machine.registry.addKey(RegistryRoot::kLocalMachine, kEnvironmentKey);
+    machine.registry.addKey(RegistryRoot::kLocalMachine,
+                            "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+    if (product.firewallOff) {
+        machine.firewall.unreachable = true;
+        machine.firewall.failing[platform::FirewallCall::kNoService] = 1;
+    }
+    for (const Item& item : product.items) {
+        prepareItem(machine, item);
+    }
+}
+
+void useMachine(FakePlatform& machine, const ProductCase& product) {
+    for (const Item& item : product.items) {
+        if (item.touched) {
+            touchItem(machine, item);
+        }
+    }
+    if (product.foreignFile) {
+        machine.files.addFile("/product/mine", "the user's");
+    }
+}
+
+MachineState expectedEnd(const MachineState& start, const ProductCase& product) {
+    MachineState state = start;
+    for (const Item& item : product.items) {
+        expectItem(state, item, product.firewallOff);
+    }
+    if (product.foreignFile) {
+        state.files["/product/mine"] = "the user's";
+    }
+    return state;
+}
+
+bool mayLeaveSomething(const ProductCase& product) {
+    return product.foreignFile ||
+           std::any_of(product.items.begin(), product.items.end(), [](const Item& item) {
+               // A restorable file that wasn't there before stays, and its directory with it. A file that was
+               // there before keeps directories that the installation didn't make; it never fails.
+               const bool staysInMadeDirectory =
+                   item.kind == ItemKind::kFile && item.option && !item.earlier && item.variant % 4 != 1;
+               // The undo of a change to a file that isn't there fails.
+               return staysInMadeDirectory || (item.kind == ItemKind::kModifyFile && !item.earlier);
+           });
+}
+
+std::vector<std::string> differences(const MachineState& expected, const MachineState& found) {
+    std::vector<std::string> lines;
+    compare("File", expected.files, found.files, lines);
+    compare("Registry", expected.registry, found.registry, lines);
+    compare("Environment", expected.environment, found.environment, lines);
+    for (const std::string& rule : expected.firewall) {
+        if (!found.firewall.contains(rule)) {
+            lines.push_back("Firewall rule is gone: " + rule);
+        }
+    }
+    for (const std::string& rule : found.firewall) {
+        if (!expected.firewall.contains(rule)) {
+            lines.push_back("Firewall rule is left: " + rule);
+        }
+    }
+    for (const std::string& directory : found.directories) {
+        if (!expected.directories.contains(directory) && !holdsAFile(found, directory)) {
+            lines.push_back("Directory is left: " + directory);
+        }
+    }
+    for (const std::string& directory : expected.directories) {
+        if (!found.directories.contains(directory) && holdsAFile(expected, directory)) {
+            lines.push_back("Directory is gone: " + directory);
+        }
+    }
+    return lines;
+}

@@ -1,0 +1,81 @@
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "round_trip.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "property_test [--cases N] [--seed S]\n"
+    "\n"
+    "Installs random products on random machines in memory, uninstalls them and compares all that is there.\n"
+    "\n"
+    "  --cases N   how many, 10000 by default\n"
+    "  --seed S    of the first case; each further case has the next number. Without it another one each "
+    "time\n"
+    "\n"
+    "Exit code 0: all is as it was; 1: a case fails, and is shown with its seed and made as small as it "
+    "goes;\n"
+    "2: wrong use.\n";
+
+struct Options {
+    std::uint64_t cases = 10000;
+    std::uint64_t seed =
+        static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
+};
+
+bool readNumber(const char* text, std::uint64_t& outNumber) {
+    char* end = nullptr;
+    outNumber = text == nullptr ? 0 : std::strtoull(text, &end, 10);
+    return text != nullptr && end != text && *end == '\0';
+}
+
+bool readOptions(int count, char** words, Options& outOptions) {
+    for (int i = 1; i < count; i += 2) {
+        const char* value = i + 1 < count ? words[i + 1] : nullptr;
+        std::uint64_t* number = std::strcmp(words[i], "--cases") == 0  ? &outOptions.cases
+                                : std::strcmp(words[i], "--seed") == 0 ? &outOptions.seed
+                                                                       : nullptr;
+        if (number == nullptr || !readNumber(value, *number)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void report(std::uint64_t seed, const ProductCase& failing) {
+    const ProductCase small = shrink(failing);
+    std::printf("FAILED: the case of seed %llu. Made small:\n%s", static_cast<unsigned long long>(seed),
+                summarize(small).c_str());
+    for (const std::string& line : runRoundTrip(small)) {
+        std::printf("  -> %s\n", line.c_str());
+    }
+    std::printf("Its description:\n%s\nTo repeat it: property_test --cases 1 --seed %llu\n",
+                describe(small).c_str(), static_cast<unsigned long long>(seed));
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+    Options options;
+    if (!readOptions(count, words, options)) {
+        std::fputs(kUsage, stderr);
+        return 2;
+    }
+    std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(options.cases),
+                static_cast<unsigned long long>(options.seed));
+    std::fflush(stdout);
+    for (std::uint64_t i = 0; i < options.cases; ++i) {
+        RandomNumbers random(options.seed + i);
+        const ProductCase product = randomCase(random);
+        if (!runRoundTrip(product).empty()) {
+            report(options.seed + i, product);
+            return 1;
+        }
+    }
+    std::printf("passed\n");
+    return 0;
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "random_numbers.h"
+
+enum class ItemKind {
+    kFile,
+    kEnvironment,
+    kIni,
+    kModifyFile,
+    kShortcut,
+    kFirewallPort,
+    kFirewallApplication,
+    kRegistryValue,
+    kRegistryKey,
+    kRemoveRegistryValue,
+    kRemoveRegistryKey,
+    kCopyFile,
+    kCreateFile,
+    kRemoveFile,
+    kRemoveDirectory,
+    kRunProgram,
+};
+inline constexpr int kItemKindCount = 16;
+
+// One thing that a description asks for. Its number keeps its names apart from those of all other items.
+struct Item {
+    ItemKind kind = ItemKind::kFile;
+    int number = 0;
+    int variant = 0;                 // the kind's own choice: a mode, a type, a place
+    bool option = false;             // the kind's own option: BackupExisting, IsPath, BeforeKey ...
+    bool earlier = false;            // there is something at its place ahead of the installation
+    bool touched = false;            // the user changes it between installation and uninstallation
+    std::vector<std::string> lines;  // texts of its own
+
+    std::string name(const std::string& stem) const { return stem + std::to_string(number); }
+};
+
+// A product, the machine that it meets and what its user does to it.
+struct ProductCase {
+    std::vector<Item> items;
+    bool foreignFile = false;  // the user puts a file into the product's directory
+    bool firewallOff = false;
+    bool registers = false;  // the product registers itself as an application
+};
+
+ProductCase randomCase(RandomNumbers& random);
+// The description of the product, with the change descriptions as files of the package.
+std::string describe(const ProductCase& product);
+// In words, for a report.
+std::string summarize(const ProductCase& product);
+
+// Where the items live.
+std::string filePathOf(const Item& file);
+std::string installedContentOf(const Item& file);
+std::string earlierContentOf(const Item& file);
+std::string iniPathOf(const Item& ini);
+std::string textPathOf(const Item& modified);
+std::string linkPathOf(const Item& shortcut);
+std::string registryPathOf(const Item& item);
+std::string environmentValueOf(const Item& item);
