@@ -159,10 +159,19 @@ int InstallerProgram::uninstall() {
     const bool failed = result != 0 || wini_->hasErrors();
     endSession();
     if (debugLevel_ == 0) {
-        platform_.files.removeFile(options_.uninstallFile);
+        removeRelaunchCopies();
     }
     platform_.events.signal(kUninstallerEndEvent);
     return failed ? kFailed : 0;
+}
+
+// Windows keeps the image of a running program; there its copy stays until the next one takes its place.
+void InstallerProgram::removeRelaunchCopies() {
+    platform_.files.removeFile(options_.uninstallFile);
+    std::string image;
+    if (platform::ownImagePath(image) && UninstallRelaunch::isCopy(image)) {
+        platform_.files.removeFile(image.c_str());
+    }
 }
 
 int InstallerProgram::runConsoleUninstallation() {

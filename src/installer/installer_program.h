@@ -38,6 +38,7 @@ private:
     int runConsoleInstallation();
     int uninstall();
     int runConsoleUninstallation();
+    void removeRelaunchCopies();
     int runSession(ConsoleUI& ui, const char* announcement);
     void endSession();
     // On the screen of the run: a message box for a graphical run, else standard output.

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "base/text_functions.h"
+#include "base/path_functions.h"
 #include "installer/run_options.h"
 #include "platform/file_system.h"
 #include "platform/named_events.h"
@@ -36,6 +36,10 @@ std::string UninstallRelaunch::commandLine(const std::string& image, const std::
         line += " -debug=" + std::to_string(debugLevel);
     }
     return line;
+}
+
+bool UninstallRelaunch::isCopy(const std::string& path) {
+    return OUtils::lastPathComponent(path) == kImageCopyName + 1;
 }
 
 int UninstallRelaunch::fail() {

@@ -24,6 +24,9 @@ public:
     static std::string commandLine(const std::string& image, const std::string& logCopy,
                                    const RunOptions& options, int debugLevel);
 
+    // Whether the image at `path` is such a copy, so that it may go when its work is done.
+    static bool isCopy(const std::string& path);
+
 private:
     int fail();
     bool copyToPrivateFile(const char* from, const char* to);

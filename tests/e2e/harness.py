@@ -8,7 +8,9 @@ import atexit
 import getpass
 import os
 import pathlib
+import re
 import shutil
+import sqlite3
 import subprocess
 import tempfile
 import time
@@ -20,7 +22,10 @@ TOP = pathlib.Path(__file__).resolve().parents[2]
 WINDOWS = os.environ.get("TANDREL_E2E_SYSTEM", "linux") == "windows"
 BIN = pathlib.Path(os.environ.get("TANDREL_E2E_BIN", TOP / "build" / ("windows" if WINDOWS else "linux") / "bin"))
 EXE = ".exe" if WINDOWS else ""
+HELPERS = BIN.parent / "tests"
 TIMEOUT = 240
+# How the system names its roots; on Linux, how the registry's database numbers them.
+ROOTS = {"HKCU": ("HKEY_CURRENT_USER", -3), "HKLM": ("HKEY_LOCAL_MACHINE", -5)}
 
 
 class Result:
@@ -54,8 +59,42 @@ class LinuxMachine:
 
     direct_command = command
 
+    def registry(self, root, path):
+        """Read from the database itself, not by the programs under test."""
+        database = self.root / "state" / "registry.db"
+        if not database.exists():
+            return None
+        connection = sqlite3.connect(f"file:{database}?mode=ro", uri=True)
+        try:
+            key = ROOTS[root][1]
+            for name in path.lower().split("\\"):
+                row = connection.execute("SELECT id FROM keys WHERE parent = ? AND folded = ?",
+                                         (key, name.encode())).fetchone()
+                if row is None:
+                    return None
+                key = row[0]
+            return self._keys_below(connection, key, "")
+        finally:
+            connection.close()
+
+    def _keys_below(self, connection, key, name):
+        entries = connection.execute("SELECT name, type, data FROM entries WHERE key = ?", (key,))
+        found = {name: {n.decode(): _registry_data(t, d) for n, t, d in entries}}
+        for child, child_name in connection.execute("SELECT id, name FROM keys WHERE parent = ?", (key,)).fetchall():
+            found.update(self._keys_below(connection, child, (name + "\\" if name else "") + child_name.decode()))
+        return found
+
     def close(self):
         shutil.rmtree(self.root, ignore_errors=True)
+
+
+def _registry_data(kind, data):
+    """As the system's own tool prints it."""
+    if kind == 4:
+        return "REG_DWORD", hex(int.from_bytes(data, "little"))
+    if kind == 3:
+        return "REG_BINARY", data.hex().upper()
+    return {1: "REG_SZ", 2: "REG_EXPAND_SZ"}[kind], data.decode()
 
 
 class WinePrefix:
@@ -112,6 +151,23 @@ class WindowsMachine:
         return ["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; shift; exec wine "$@"',
                 str(self.prefix.scripts), str(self.prefix.directory), self.command(program)[1]]
 
+    def registry(self, root, path):
+        """By the system's own tool."""
+        command = [str(self.prefix.scripts / "run-under-wine"), "reg", "query", f"{ROOTS[root][0]}\\{path}", "/s"]
+        done = subprocess.run(command, capture_output=True, timeout=TIMEOUT, check=False, cwd=self.prefix.directory,
+                              env=self.environment({}))
+        if done.returncode != 0:
+            return None
+        found, key, front = {"": {}}, "", f"{ROOTS[root][0]}\\{path}"
+        for line in _text(done.stdout).split("\n"):
+            value = re.match(r"    (.*?)    (REG_\w+)    (.*)$", line)
+            if value:
+                found[key][value[1]] = (value[2], value[3])
+            elif line.lower().startswith(front.lower()):
+                key = line[len(front) + 1:]
+                found[key] = {}
+        return found
+
     def close(self):
         shutil.rmtree(self.root, ignore_errors=True)
 
@@ -151,6 +207,10 @@ class EndToEndTest(unittest.TestCase):
         """Every file below `path`: its relative name and content."""
         base = self.host(path)
         return {str(p.relative_to(base)): p.read_bytes() for p in sorted(base.rglob("*")) if p.is_file()}
+
+    def registry(self, root, path):
+        """The keys from `path` on: relative name -> {value: (type, data)}; None when there is no such key."""
+        return self.machine.registry(root, path)
 
     # --- programs
 

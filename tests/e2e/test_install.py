@@ -246,15 +246,6 @@ class Install(EndToEndTest):
             self.assertGreater(found, position, text + "\n" + log)
             position = found
 
-    def test_the_uninstall_relaunch_starts_a_copy_from_the_temporary_directory(self):
-        self.run_program(self.setup, "-auto")
-        result = self.run_program("installer" + EXE, "-uninstall=" + self.native("opt/product/un/install.log"),
-                                  "-gui=0", "-quiet=1")
-        self.assertEqual(result.code, 0, result)
-        self.assertTrue((self.machine.temp / "ormeluninst.dll").exists())
-        # The second stage takes its copy of the log away when it is through.
-        self.wait_until(lambda: not (self.machine.temp / "ormeluninst.log").exists())
-
 
 class Package(EndToEndTest):
     def test_the_same_input_gives_the_same_bytes(self):

@@ -70,6 +70,16 @@ TEST_F(RelaunchTest, CopiesGoOverLinksAndNotThroughThem) {
     EXPECT_EQ(machine_.files.content("/home/precious"), "mine");
 }
 
+TEST_F(RelaunchTest, OnlyTheCopyIsTakenForOne) {
+    for (const char* path : {"/tmp/ormeluninst.dll", "/tmp\\ormeluninst.dll", "C:\\Temp\\ormeluninst.dll"}) {
+        EXPECT_TRUE(UninstallRelaunch::isCopy(path)) << path;
+    }
+    for (const char* path : {"/opt/product/installer", "/tmp/ormeluninst.log", "/tmp/my-ormeluninst.dll",
+                             "/tmp/ormeluninst.dll/setup", ""}) {
+        EXPECT_FALSE(UninstallRelaunch::isCopy(path)) << path;
+    }
+}
+
 TEST_F(RelaunchTest, WithoutATemporaryDirectoryItFails) {
     machine_.files.setTemporaryDirectory("");
     expectFailure();
