@@ -107,6 +107,22 @@ class WinePrefix:
         self.scripts = TOP / "scripts"
         subprocess.run([self.scripts / "wine-prefix", "create", self.directory], check=True, timeout=TIMEOUT)
         atexit.register(self.destroy)
+        self.anchor = self.start_anchor()
+
+    def start_anchor(self):
+        """One program stays, because Wine's server ends with the last one, and starting it costs a second."""
+        anchor = subprocess.Popen(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; exec wine cmd',
+                                   str(self.scripts), str(self.directory)], stdin=subprocess.PIPE,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd=self.directory)
+        # Services of the prefix keep the output of the program that they were started by: it must be this one.
+        anchor.stdin.write(b"echo up >C:\\anchor.txt\r\n")
+        anchor.stdin.flush()
+        end = time.monotonic() + TIMEOUT
+        while not (self.directory / "prefix/drive_c/anchor.txt").exists():
+            if time.monotonic() > end:
+                raise TimeoutError("the first program of the Wine prefix doesn't run")
+            time.sleep(0.02)
+        return anchor
 
     @classmethod
     def get(cls):
@@ -115,6 +131,8 @@ class WinePrefix:
         return cls.shared
 
     def destroy(self):
+        self.anchor.stdin.close()
+        self.anchor.wait(timeout=TIMEOUT)
         subprocess.run([self.scripts / "wine-prefix", "destroy", self.directory], check=False, timeout=TIMEOUT)
         shutil.rmtree(self.directory, ignore_errors=True)
 
