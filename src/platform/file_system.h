@@ -72,6 +72,10 @@ public:
     // From the directory entry, without opening; -1 when there is none or it is a directory.
     virtual std::int64_t fileSize(const char* path) = 0;
 
+    // The path of the plain file that the path leads to through links. Fails when there is none, and for
+    // directories, devices, pipes and the like.
+    virtual int resolveFile(const char* path, std::string& outPath) = 0;
+
     virtual int removeFile(const char* path) = 0;
     // A rename on one volume; fails when `to` exists and across volumes.
     virtual int moveFile(const char* from, const char* to) = 0;
@@ -83,6 +87,9 @@ public:
     virtual int list(const char* path, std::vector<DirectoryEntry>& outEntries) = 0;
     // Marks a file as a program (Linux: the execute bits that match its read bits; Windows: nothing).
     virtual int makeExecutable(const char* path) = 0;
+    // Gives the file `to` the rights of the file `from`: its owner and mode; on Windows its access list and
+    // attributes, and a file that is read-only gives none.
+    virtual int copyRights(const char* from, const char* to) = 0;
 
     // The directory for temporary files without a trailing separator. False on failure.
     virtual bool temporaryDirectory(std::string& outPath) = 0;

@@ -6,7 +6,9 @@
 #include "wini/application_registration.h"
 #include "wini/environment_changes.h"
 #include "wini/external_uninstaller.h"
+#include "wini/file_modifications.h"
 #include "wini/firewall_changes.h"
+#include "wini/ini_files.h"
 #include "wini/program_runner.h"
 #include "wini/registry_changes.h"
 #include "wini/shortcuts.h"
@@ -24,12 +26,8 @@ struct WiniModifications::Families {
     Shortcuts shortcuts{platform.shell, platform.files, registration, errors};
     FirewallChanges firewall{platform.firewall, console};
     EnvironmentChanges environment{platform.registry, platform.files, platform.shell, errors};
-
-    // The operation isn't built yet; the log says so.
-    bool refuse(const char* operation) const {
-        console->print("ERROR: %s is not carried out: this version can not do that", operation);
-        return false;
-    }
+    IniFiles iniFiles{platform.files, errors};
+    FileModifications modifications{platform.files, errors};
 };
 
 WiniModifications::WiniModifications(const platform::Platform& platform) : platform_(platform) {}
@@ -61,21 +59,23 @@ bool WiniModifications::broadcastEnvironmentChange() {
     return families().environment.broadcastEnvironmentChange();
 }
 
-bool WiniModifications::addIniEntry(const char*, const char*, const char*, const char*, std::string&,
-                                    InstallerUI*, bool, const char*) {
-    return families().refuse("addIniEntry");
+bool WiniModifications::addIniEntry(const char* file, const char* section, const char* key, const char* value,
+                                    std::string& outUndo, InstallerUI* ui, bool isPath,
+                                    const char* beforeKey) {
+    return families().iniFiles.addIniEntry(file, section, key, value, outUndo, ui, isPath, beforeKey);
 }
 
-bool WiniModifications::removeIniEntry(const char*, InstallerUI*) {
-    return families().refuse("removeIniEntry");
+bool WiniModifications::removeIniEntry(const char* undoText, InstallerUI* ui) {
+    return families().iniFiles.removeIniEntry(undoText, ui);
 }
 
-bool WiniModifications::modifyFile(const char*, const char*, std::string&, InstallerUI*) {
-    return families().refuse("modifyFile");
+bool WiniModifications::modifyFile(const char* path, const char* description, std::string& outUndo,
+                                   InstallerUI* ui) {
+    return families().modifications.modifyFile(path, description, outUndo, ui);
 }
 
-bool WiniModifications::undoFileModification(const char*, InstallerUI*) {
-    return families().refuse("undoFileModification");
+bool WiniModifications::undoFileModification(const char* undoText, InstallerUI* ui) {
+    return families().modifications.undoFileModification(undoText, ui);
 }
 
 bool WiniModifications::addShortcut(const ShortcutRequest& shortcut, std::string& outUndo, InstallerUI* ui) {

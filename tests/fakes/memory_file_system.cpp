@@ -479,6 +479,13 @@ std::int64_t MemoryFileSystem::fileSize(const char* path) {
     return node != nullptr && node->kind == kFile ? static_cast<std::int64_t>(node->content.size()) : -1;
 }
 
+int MemoryFileSystem::resolveFile(const char* path, std::string& outPath) {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = findTarget(resolved(path));
+    outPath = node != nullptr && node->kind == kFile ? node->path : std::string();
+    return node == nullptr ? kNotFound : node->kind == kDirectory ? kIsDirectory : kOk;
+}
+
 int MemoryFileSystem::removeFile(const char* path) {
     const std::lock_guard lock(mutex_);
     const std::string name = resolved(path);
@@ -625,6 +632,24 @@ int MemoryFileSystem::makeExecutable(const char* path) {
     }
     node->executable = true;
     return readOnlyStatus(name);
+}
+
+int MemoryFileSystem::copyRights(const char* from, const char* to) {
+    const std::lock_guard lock(mutex_);
+    const std::string source = resolved(from);
+    const std::string target = resolved(to);
+    const int status = begin(Operation::kCopyRights, target, "copyRights " + source + " -> " + target);
+    if (status != kOk) {
+        return status;
+    }
+    const NodePtr sourceNode = findTarget(source);
+    const NodePtr targetNode = findTarget(target);
+    if (sourceNode == nullptr || targetNode == nullptr) {
+        return kNotFound;
+    }
+    targetNode->executable = sourceNode->executable;
+    targetNode->isPrivate = sourceNode->isPrivate;
+    return readOnlyStatus(target);
 }
 
 bool MemoryFileSystem::temporaryDirectory(std::string& outPath) {

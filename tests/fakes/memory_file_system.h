@@ -44,6 +44,7 @@ public:
         kRemoveDirectory,
         kList,
         kMakeExecutable,
+        kCopyRights,  // by its target
     };
 
     MemoryFileSystem();
@@ -79,8 +80,8 @@ public:
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
-    // /a", "list /a", "makeExecutable /a", "flush /a". Failed calls are recorded as well. Reads, writes and
-    // seeks are counted only.
+    // /a", "list /a", "makeExecutable /a", "copyRights /a -> /b", "flush /a". Failed calls are recorded as
+    // well. Reads, writes and seeks are counted only.
     std::vector<std::string> operations() const;
     bool didOperation(std::string_view text) const;
     void clearOperations();
@@ -94,6 +95,7 @@ public:
     bool isDirectory(const char* path) override;
     bool isOrdinaryDirectory(const char* path) override;
     std::int64_t fileSize(const char* path) override;
+    int resolveFile(const char* path, std::string& outPath) override;
     int removeFile(const char* path) override;
     int moveFile(const char* from, const char* to) override;
     int replaceFile(const char* from, const char* to) override;
@@ -101,6 +103,7 @@ public:
     int removeDirectory(const char* path) override;
     int list(const char* path, std::vector<platform::DirectoryEntry>& outEntries) override;
     int makeExecutable(const char* path) override;
+    int copyRights(const char* from, const char* to) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override;
 

@@ -199,6 +199,31 @@ TEST_F(MemoryFileSystemTest, RecordsWhatWasDone) {
     EXPECT_FALSE(files_.didOperation("open /a"));
 }
 
+TEST_F(MemoryFileSystemTest, ResolvesPlainFilesOnly) {
+    files_.addFile("/d/F", "x");
+    files_.addLink("/link", "/d/f");
+    files_.addLink("/dangling", "/none");
+    std::string path;
+    EXPECT_EQ(0, files_.resolveFile("/link", path));
+    EXPECT_EQ("/d/F", path);
+    EXPECT_NE(0, files_.resolveFile("/d", path));
+    EXPECT_EQ("", path);
+    EXPECT_NE(0, files_.resolveFile("/dangling", path));
+    EXPECT_NE(0, files_.resolveFile("/none", path));
+}
+
+TEST_F(MemoryFileSystemTest, CopiesRights) {
+    files_.addFile("/from", "x");
+    ASSERT_EQ(0, open("/to", Disposition::kCreatePrivate));
+    ASSERT_EQ(0, files_.makeExecutable("/from"));
+    EXPECT_EQ(0, files_.copyRights("/from", "/to"));
+    EXPECT_TRUE(files_.isExecutable("/to"));
+    EXPECT_FALSE(files_.isPrivate("/to"));
+    EXPECT_NE(0, files_.copyRights("/none", "/to"));
+    files_.failAt(Operation::kCopyRights, "/to", 1, 7);
+    EXPECT_EQ(7, files_.copyRights("/from", "/to"));
+}
+
 TEST_F(MemoryFileSystemTest, NamesTemporaryFilesWithoutMakingThem) {
     std::string path;
     EXPECT_TRUE(files_.temporaryName("abc", 0x2A, path));

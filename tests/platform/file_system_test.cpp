@@ -321,4 +321,25 @@ TEST_F(FileSystemTest, TemporaryNamesLieInTheTemporaryDirectoryAndAreFree) {
     EXPECT_EQ(files_.removeFile(first.c_str()), 0);
 }
 
+TEST_F(FileSystemTest, ResolvesPlainFilesOnly) {
+    writeTestFile(path("f"), "abc");
+    std::string resolved;
+    ASSERT_EQ(files_.resolveFile(path("f").c_str(), resolved), 0);
+    EXPECT_EQ(readTestFile(resolved), "abc");
+    for (const std::string& other : {path("none"), path("none/f"), directory_.path()}) {
+        resolved = "stale";
+        EXPECT_NE(files_.resolveFile(other.c_str(), resolved), 0) << other;
+        EXPECT_EQ(resolved, "");
+    }
+}
+
+TEST_F(FileSystemTest, CopiesRightsBetweenFiles) {
+    writeTestFile(path("from"), "a");
+    write(*openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate), "b");
+    EXPECT_EQ(files_.copyRights(path("from").c_str(), path("to").c_str()), 0);
+    EXPECT_EQ(readTestFile(path("to")), "b");
+    EXPECT_NE(files_.copyRights(path("none").c_str(), path("to").c_str()), 0);
+    EXPECT_NE(files_.copyRights(path("from").c_str(), path("none").c_str()), 0);
+}
+
 }  // namespace

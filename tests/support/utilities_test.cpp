@@ -181,6 +181,7 @@ public:
     bool isDirectory(const char*) override { return false; }
     bool isOrdinaryDirectory(const char*) override { return false; }
     std::int64_t fileSize(const char*) override { return size_; }
+    int resolveFile(const char*, std::string&) override { return 1; }
     int removeFile(const char*) override { return 1; }
     int moveFile(const char*, const char*) override { return 1; }
     int replaceFile(const char*, const char*) override { return 1; }
@@ -188,6 +189,7 @@ public:
     int removeDirectory(const char*) override { return 1; }
     int list(const char*, std::vector<platform::DirectoryEntry>&) override { return 1; }
     int makeExecutable(const char*) override { return 1; }
+    int copyRights(const char*, const char*) override { return 1; }
     bool temporaryDirectory(std::string&) override { return false; }
     bool temporaryName(const char*, std::uint32_t, std::string&) override { return false; }
 

@@ -105,4 +105,17 @@ TEST_F(WiniModificationsFamiliesTest, changeTheEnvironment) {
     EXPECT_EQ(errors_, ErrorList{"FAILED to remove DEMO"});
 }
 
+TEST_F(WiniModificationsFamiliesTest, editFiles) {
+    machine_.files.addFile("/d/a.ini", "");
+    std::string undo;
+    EXPECT_TRUE(modifications_.addIniEntry("/d/a.ini", "S", "k", "v", undo, nullptr, false, "b"));
+    EXPECT_EQ(undo, "CREATE\t/d/a.ini\tS\tk\tv");
+    EXPECT_TRUE(modifications_.removeIniEntry(undo.c_str(), nullptr));
+    machine_.files.addFile("/d/changes", "1\na\n1\nb\n");
+    EXPECT_FALSE(modifications_.modifyFile("/d/none", "/d/changes", undo, nullptr));
+    EXPECT_FALSE(modifications_.undoFileModification(undo.c_str(), nullptr));
+    EXPECT_EQ(errors_,
+              (ErrorList{"FAILED : Modifying /d/none", "FAILED : Undoing modifications to /d/none"}));
+}
+
 }  // namespace

@@ -181,6 +181,7 @@ public:
     bool isDirectory(const char* path) override;
     bool isOrdinaryDirectory(const char* path) override;
     std::int64_t fileSize(const char* path) override;
+    int resolveFile(const char* path, std::string& outPath) override;
     int removeFile(const char* path) override;
     int moveFile(const char* from, const char* to) override;
     int replaceFile(const char* from, const char* to) override;
@@ -188,6 +189,7 @@ public:
     int removeDirectory(const char* path) override { return errorOf(rmdir(nativePath(path).c_str())); }
     int list(const char* path, std::vector<DirectoryEntry>& outEntries) override;
     int makeExecutable(const char* path) override;
+    int copyRights(const char* from, const char* to) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override;
 };
@@ -236,6 +238,21 @@ std::int64_t PosixFileSystem::fileSize(const char* path) {
     struct stat status {};
     const bool isFile = stat(nativePath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
     return isFile ? status.st_size : -1;
+}
+
+int PosixFileSystem::resolveFile(const char* path, std::string& outPath) {
+    outPath.clear();
+    const std::unique_ptr<char, decltype(&std::free)> real(realpath(nativePath(path).c_str(), nullptr),
+                                                           &std::free);
+    struct stat status {};
+    if (real == nullptr || stat(real.get(), &status) != 0) {
+        return errno;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return S_ISDIR(status.st_mode) ? EISDIR : ENXIO;
+    }
+    outPath = real.get();
+    return 0;
 }
 
 // A device is nobody's file.
@@ -287,6 +304,21 @@ int PosixFileSystem::makeExecutable(const char* path) {
     }
     const mode_t readable = status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH);
     return errorOf(chmod(native.c_str(), (status.st_mode & 07777) | (readable >> 2)));
+}
+
+// The owner first: a change of it takes bits of the mode away.
+int PosixFileSystem::copyRights(const char* from, const char* to) {
+    const std::string target = nativePath(to);
+    struct stat wanted {};
+    struct stat present {};
+    if (stat(nativePath(from).c_str(), &wanted) != 0 || stat(target.c_str(), &present) != 0) {
+        return errno;
+    }
+    const bool isOthers = wanted.st_uid != present.st_uid || wanted.st_gid != present.st_gid;
+    if (isOthers && chown(target.c_str(), wanted.st_uid, wanted.st_gid) != 0) {
+        return errno;
+    }
+    return errorOf(chmod(target.c_str(), wanted.st_mode & 07777));
 }
 
 bool PosixFileSystem::temporaryDirectory(std::string& outPath) {

@@ -86,6 +86,44 @@ bool entryOf(const char* path, DWORD& outAttributes, std::int64_t& outSize) {
     return true;
 }
 
+// The path without the prefix that the system puts in front of what it resolved.
+std::wstring withoutPrefix(const std::wstring& path) {
+    constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
+    constexpr std::wstring_view kPlain = L"\\\\?\\";
+    if (path.starts_with(kNetwork)) {
+        return L"\\\\" + path.substr(kNetwork.size());
+    }
+    return path.starts_with(kPlain) ? path.substr(kPlain.size()) : path;
+}
+
+int finalPathOf(const std::wstring& path, std::wstring& outPath) {
+    const Handle file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file) {
+        return failureNumber();
+    }
+    const DWORD size = GetFinalPathNameByHandleW(file.get(), nullptr, 0, FILE_NAME_NORMALIZED);
+    std::wstring final(size, L'\0');
+    const DWORD length = GetFinalPathNameByHandleW(file.get(), final.data(), size, FILE_NAME_NORMALIZED);
+    if (length == 0 || length >= size) {
+        return failureNumber();
+    }
+    final.resize(length);
+    outPath = withoutPrefix(final);
+    return 0;
+}
+
+// The access list, as it stands in the file.
+int copyAccessList(const wchar_t* from, const wchar_t* to) {
+    DWORD size = 0;
+    GetFileSecurityW(from, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<unsigned char> descriptor(size);
+    if (GetFileSecurityW(from, DACL_SECURITY_INFORMATION, descriptor.data(), size, &size) == 0) {
+        return failureNumber();
+    }
+    return statusOf(SetFileSecurityW(to, DACL_SECURITY_INFORMATION, descriptor.data()));
+}
+
 bool isDotEntry(const wchar_t* name) {
     return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
 }
@@ -167,6 +205,26 @@ public:
         return entryOf(path, attributes, size) && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0 ? size : -1;
     }
 
+    int resolveFile(const char* path, std::string& outPath) override {
+        outPath.clear();
+        DWORD attributes = 0;
+        std::int64_t size = 0;
+        if (!entryOf(path, attributes, size)) {
+            return ERROR_FILE_NOT_FOUND;
+        }
+        if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+            return ERROR_DIRECTORY;
+        }
+        if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+            outPath = path;
+            return 0;
+        }
+        std::wstring final;
+        const int status = finalPathOf(systemPath(path), final);
+        outPath = utf8Of(final);
+        return status;
+    }
+
     int removeFile(const char* path) override { return onPath(path, DeleteFileW); }
 
     int moveFile(const char* from, const char* to) override {
@@ -199,6 +257,20 @@ public:
     }
 
     int makeExecutable(const char* path) override { return exists(path) ? 0 : ERROR_FILE_NOT_FOUND; }
+
+    int copyRights(const char* from, const char* to) override {
+        const std::wstring source = systemPath(from);
+        const std::wstring target = systemPath(to);
+        const DWORD attributes = GetFileAttributesW(source.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES) {
+            return failureNumber();
+        }
+        if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+            return ERROR_ACCESS_DENIED;
+        }
+        const int status = copyAccessList(source.c_str(), target.c_str());
+        return status != 0 ? status : statusOf(SetFileAttributesW(target.c_str(), attributes));
+    }
 
     bool temporaryDirectory(std::string& outPath) override {
         std::wstring path(MAX_PATH + 1, L'\0');

@@ -175,4 +175,30 @@ TEST_F(PosixFileSystemTest, RemovesLinksButNoDevices) {
     EXPECT_EQ(unlink(path("device").c_str()), 0);
 }
 
+TEST_F(PosixFileSystemTest, ResolvesLinksToPlainFiles) {
+    writeTestFile(path("f"), "abc");
+    ASSERT_EQ(symlink("f", path("link").c_str()), 0);
+    ASSERT_EQ(symlink("none", path("dangling").c_str()), 0);
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    std::string resolved;
+    ASSERT_EQ(files_.resolveFile(path("link").c_str(), resolved), 0);
+    EXPECT_EQ(resolved.substr(resolved.rfind('/')), "/f");
+    EXPECT_EQ(files_.resolveFile(path("dangling").c_str(), resolved), ENOENT);
+    EXPECT_EQ(files_.resolveFile(path("pipe").c_str(), resolved), ENXIO);
+    EXPECT_EQ(files_.resolveFile("/dev/null", resolved), ENXIO);
+    EXPECT_EQ(resolved, "");
+}
+
+TEST_F(PosixFileSystemTest, CopiesTheMode) {
+    writeTestFile(path("from"), "a");
+    writeTestFile(path("to"), "b");
+    for (const mode_t mode : {0600, 0644, 0750}) {
+        ASSERT_EQ(chmod(path("from").c_str(), mode), 0);
+        EXPECT_EQ(files_.copyRights(path("from").c_str(), path("to").c_str()), 0);
+        struct stat status {};
+        ASSERT_EQ(stat(path("to").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, mode);
+    }
+}
+
 }  // namespace

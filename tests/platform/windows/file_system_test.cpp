@@ -167,4 +167,17 @@ TEST_F(WindowsFileSystem, seesTheMarksOfADirectory) {
     EXPECT_FALSE(systemFileSystem().isOrdinaryDirectory(directory_.file("none").c_str()));
 }
 
+TEST_F(WindowsFileSystem, copiesTheAttributesOfAFileThatCanBeWrittenTo) {
+    const std::string from = directory_.file("from");
+    const std::string to = directory_.file("to");
+    writeTestFile(from, "a");
+    writeTestFile(to, "b");
+    ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_HIDDEN), 0);
+    EXPECT_EQ(systemFileSystem().copyRights(from.c_str(), to.c_str()), 0);
+    EXPECT_EQ(GetFileAttributesA(to.c_str()) & FILE_ATTRIBUTE_HIDDEN, DWORD{FILE_ATTRIBUTE_HIDDEN});
+    ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_READONLY), 0);
+    EXPECT_EQ(systemFileSystem().copyRights(from.c_str(), to.c_str()), ERROR_ACCESS_DENIED);
+    ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_NORMAL), 0);
+}
+
 }  // namespace
