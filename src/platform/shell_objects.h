@@ -28,8 +28,9 @@ public:
     // Hands a document, program or URL to its default program and doesn't wait. False when there is none.
     virtual bool openDocument(const char* path) = 0;
 
-    // Tells the programs that run that the system's environment has changed; true.
-    // Windows: the broadcast of the changed setting. Linux: nothing is told.
+    // Makes known that the system's environment has changed. False on failure.
+    // Windows: the broadcast of the changed setting to the programs that run; true. Linux: its variables are
+    // written as a script that shells read at the next login.
     virtual bool broadcastEnvironment() = 0;
 };
 

@@ -1,20 +1,17 @@
 #include "platform/posix/sqlite_registry.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "base/text_functions.h"
-#include "platform/posix/native_path.h"
 #include "platform/posix/registry_database.h"
 #include "platform/posix/registry_schema.h"
+#include "platform/posix/state_directory.h"
 
 namespace platform {
 
 namespace {
 
 using registry_schema::rootId;
-
-constexpr const char* kDefaultDirectory = "/var/lib/tandrel";
 
 // Splits a key path. Empty components don't count. False for what the registry can't hold.
 bool splitKeyPath(const char* path, std::vector<std::string_view>& outNames) {
@@ -306,10 +303,7 @@ int SqliteRegistry::deleteValue(RegistryRoot root, const char* path, RegistryVie
 }
 
 Registry& systemRegistry() {
-    static SqliteRegistry registry([] {
-        const char* configured = std::getenv("TANDREL_STATE_DIR");
-        return nativePath(configured != nullptr && *configured != '\0' ? configured : kDefaultDirectory);
-    }());
+    static SqliteRegistry registry(stateDirectory());
     return registry;
 }
 

@@ -1,0 +1,17 @@
+#include "platform/posix/state_directory.h"
+
+#include <cstdlib>
+
+#include "platform/posix/native_path.h"
+
+namespace platform {
+
+const std::string& stateDirectory() {
+    static const std::string directory = [] {
+        const char* configured = std::getenv("TANDREL_STATE_DIR");
+        return nativePath(configured != nullptr && *configured != '\0' ? configured : kDefaultStateDirectory);
+    }();
+    return directory;
+}
+
+}  // namespace platform
