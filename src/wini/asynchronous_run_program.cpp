@@ -20,11 +20,11 @@ std::string AsynchronousRunProgram::commandLine() const {
     return line;
 }
 
-void AsynchronousRunProgram::RunProgramThread::run(void* program) {
+void AsynchronousRunProgram::RunProgramThread::run(void* request) {
     std::int32_t exitCode = -1;
     try {
-        if (program != nullptr) {
-            exitCode = runToEnd(*static_cast<const AsynchronousRunProgram*>(program));
+        if (request != nullptr) {
+            exitCode = runToEnd(*static_cast<const AsynchronousRunProgram*>(request));
         }
     } catch (...) {
         finish(-1);  // whoever waits must not wait for ever
@@ -33,9 +33,9 @@ void AsynchronousRunProgram::RunProgramThread::run(void* program) {
     finish(exitCode);
 }
 
-std::int32_t AsynchronousRunProgram::RunProgramThread::runToEnd(const AsynchronousRunProgram& program) {
+std::int32_t AsynchronousRunProgram::RunProgramThread::runToEnd(const AsynchronousRunProgram& request) {
     int error = 0;
-    const auto child = processes_.start(program.commandLine().c_str(), program.workDir.c_str(), error);
+    const auto child = processes_.start(request.commandLine().c_str(), request.workDir.c_str(), error);
     return child == nullptr ? -1 : waitForProgram(*child);
 }
 

@@ -36,8 +36,8 @@ public:
     // Borrowed and outlives this object.
     explicit RunProgramThread(platform::Processes& processes) : processes_(processes) {}
 
-    // `program` is an AsynchronousRunProgram that outlives the run; null runs nothing.
-    void run(void* program) override;
+    // `request` is an AsynchronousRunProgram that outlives the run; null runs nothing.
+    void run(void* request) override;
     virtual const char* getName() const { return "InstallerRunProgramThread"; }
     virtual bool isFinished();
     // Waits for the end of the run, looking each `milliseconds`. The program's exit code; -1 when it could
@@ -47,7 +47,7 @@ public:
     bool waitAtMost(std::uint32_t milliseconds);
 
 private:
-    std::int32_t runToEnd(const AsynchronousRunProgram& program);
+    std::int32_t runToEnd(const AsynchronousRunProgram& request);
     void finish(std::int32_t exitCode);
 
     platform::Processes& processes_;
