@@ -38,7 +38,8 @@ std::string joined(const std::vector<std::string>& parts) {
     return text;
 }
 
-// The keys by section; sections without keys don't count.
+// The keys by section; sections without keys don't count. Equal lines count once: a key that its user wrote
+// with blanks isn't found by the edits, so that the undo puts its value beside it.
 std::string iniForm(const std::string& text) {
     std::map<std::string, std::vector<std::string>> sections;
     std::string section;
@@ -58,6 +59,7 @@ std::string iniForm(const std::string& text) {
     std::string form;
     for (auto& [name, keys] : sections) {
         std::sort(keys.begin(), keys.end());
+        keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
         form += name + "\n" + joined(keys);
     }
     return form;
