@@ -6,7 +6,6 @@ import unittest
 from xml.etree import ElementTree
 
 import manual_pages
-from descriptions import description
 from harness import EXE, TIMEOUT, TOP, WINDOWS, EndToEndTest, main
 
 MANUAL = TOP / "docs" / "manual"
@@ -136,26 +135,6 @@ class Examples(ManualTest):
                 result = self.run_program(package, "-auto", "-VARIABLE_AGREED=1")
                 self.assertIn("The installation was successful.\n", result.out)
         self.assertGreaterEqual(count, 2)
-
-
-class NotYet(EndToEndTest):
-    """What the page says is refused is refused; once it isn't, the page has to go without it."""
-
-    GROUPS = {
-        "Environment": '<Replace VarName="TANDREL_MANUAL">1</Replace>',
-        "IniFiles": '<Add FileName="[DIR]/a.ini" Section="s" Key="k">v</Add>',
-        "ModifyFiles": '<File Command="AddAfter" Path="[DIR]/a.txt">x</File>',
-    }
-
-    def test_groups_that_the_page_lists_are_refused(self):
-        page = (MANUAL / "not-yet.md").read_text("utf-8")
-        row = re.search(r"^\| (.*) \| a complete child", page, re.M)
-        for name in re.findall(r"`(\w+)`", row.group(1)) if row else ():
-            text = description(self.native("opt").replace("\\", "/"), f"<{name}>{self.GROUPS[name]}</{name}>")
-            result = self.run_program(self.build_package(text, {}), "-auto")
-            self.assertIn("There were errors during the installation.\n", result.out,
-                          f"<{name}> is carried out now: take it from not-yet.md and from the table at the top of "
-                          "system-changes.md, and describe it there")
 
 
 class Links(unittest.TestCase):

@@ -88,8 +88,8 @@ std::string pathLines(const std::string& value) {
     std::string lines;
     for (const std::string& directory : directoriesOf(value)) {
         const std::string text = quoted(directory);
-        lines += "case \":${PATH-}:\" in\n*:" + text + ":*) ;;\n*) PATH=\"${PATH:+${PATH}:}\"" + text +
-                 " ;;\nesac\n";
+        lines.append("case \":${PATH-}:\" in\n*:").append(text).append(":*) ;;\n");
+        lines.append("*) PATH=\"${PATH:+${PATH}:}\"").append(text).append(" ;;\nesac\n");
     }
     return lines.empty() ? lines : lines + "export PATH\n";
 }
