@@ -33,14 +33,13 @@ void IniEditor::run(const std::vector<std::string_view>& lines) {
 
 void IniEditor::takeLine(std::string_view line) {
     const std::size_t sign = line.find('=');
-    if (line.empty() || line.front() == ';') {
-        keep(line);
-    } else if (line.front() == '[' && line.find(']') != std::string_view::npos) {
+    const bool isPassedOver = line.empty() || line.front() == ';';
+    if (!isPassedOver && line.front() == '[' && line.find(']') != std::string_view::npos) {
         takeHeader(line);
-    } else if (sign == std::string_view::npos || !isTarget(currentSection_)) {
-        keep(line);
-    } else {
+    } else if (!isPassedOver && sign != std::string_view::npos && isTarget(currentSection_)) {
         takeKey(line, sign);
+    } else {
+        keep(line);
     }
 }
 

@@ -23,11 +23,12 @@ std::string of(std::initializer_list<std::string_view> fields) {
 }
 
 bool isField(std::string_view text) {
-    return !text.empty() && text.find_first_of(kSplitting) == std::string_view::npos;
+    return !text.empty() && text.find_first_of(kSplitting) == std::string_view::npos &&
+           !OUtils::isWhiteSpace(text.back());
 }
 
 bool isLastField(std::string_view text) {
-    return text.empty() || (isField(text) && !OUtils::isWhiteSpace(text.back()));
+    return text.empty() || isField(text);
 }
 
 bool fitsRecord(std::string_view tag, std::string_view undo) {

@@ -13,10 +13,10 @@ namespace UndoText {
 // The fields with one separator between each two.
 std::string of(std::initializer_list<std::string_view> fields);
 
-// True when a record gives the text back as a field that others follow: it isn't empty and holds neither
-// separators nor line breaks.
+// True when a record gives the text back as one of its fields: it isn't empty, holds neither separators nor
+// line breaks, and doesn't end with white space, since the fields behind it may be empty.
 bool isField(std::string_view text);
-// The same for the last field, which may be empty but not end with white space.
+// The same for the last field, which may be empty.
 bool isLastField(std::string_view text);
 // True when the record isn't cut.
 bool fitsRecord(std::string_view tag, std::string_view undo);

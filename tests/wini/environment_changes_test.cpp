@@ -280,6 +280,7 @@ TEST_F(EnvironmentChangesTest, RefusesNamesThatNoRecordHolds) {
         ui_.take();
     }
     expectRefused("A ", "v", kReplace, "FAILED to create A ");
+    expectRefused("A ", "", kAppend, "FAILED to add toA ");
     expectRefused(nullptr, "v", kReplace, "FAILED to create ");
 }
 

@@ -181,7 +181,7 @@ TEST_F(IniFilesTest, LeavesAValueAloneThatTheRecordWouldChange) {
 
 TEST_F(IniFilesTest, RefusesWhatItCouldNotFindAgain) {
     put({"[S]", "a=1"});
-    for (const char* key : {"", "a=b", ";k", "[k", "a\tb", "a\nb"}) {
+    for (const char* key : {"", "a=b", ";k", "[k", "a\tb", "a\nb", "k "}) {
         expectRefused("S", key, "v", std::string("FAILED to create [S]/") + key + " in /d/a.ini");
     }
     for (const char* section : {"a\tb", "a\nb"}) {

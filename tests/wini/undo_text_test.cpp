@@ -15,7 +15,8 @@ TEST(UndoTextTest, IsItsFieldsWithSeparators) {
 }
 
 TEST(UndoTextTest, KnowsWhatAFieldCanHold) {
-    EXPECT_TRUE(UndoText::isField(" a "));
+    EXPECT_TRUE(UndoText::isField(" a b"));
+    EXPECT_FALSE(UndoText::isField("a "));
     EXPECT_TRUE(UndoText::isLastField(" a"));
     EXPECT_TRUE(UndoText::isLastField(""));
     EXPECT_FALSE(UndoText::isField(""));
