@@ -234,9 +234,16 @@ class EndToEndTest(unittest.TestCase):
 
     def run_program(self, path, *arguments, stdin="", env=None, timeout=TIMEOUT):
         command = self.machine.command(self.host(path)) + [str(a) for a in arguments]
-        done = subprocess.run(command, input=stdin.encode("utf-8"), capture_output=True, timeout=timeout, check=False,
-                              env=self.machine.environment(env or {}), cwd=self.machine.root)
-        return Result(done.returncode, _text(done.stdout), _text(done.stderr))
+        # Files and no pipes: a pipe ends with the last program that holds it, and Wine's desktop, which the first
+        # program that needs one starts, holds it for good.
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+            done = subprocess.run(command, input=stdin.encode("utf-8"), stdout=out, stderr=err, timeout=timeout,
+                                  check=False, env=self.machine.environment(env or {}), cwd=self.machine.root)
+            texts = []
+            for file in (out, err):
+                file.seek(0)
+                texts.append(_text(file.read()))
+        return Result(done.returncode, *texts)
 
     def open_terminal(self, path, *arguments, columns=80, rows=24, env=None):
         """Runs a program in a terminal of its own."""
