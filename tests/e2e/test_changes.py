@@ -1,0 +1,259 @@
+"""Every change to the system is there after the installation and gone after the uninstallation, seen from outside."""
+
+import re
+import shutil
+import subprocess
+import unittest
+
+from harness import EXE, WINDOWS, main
+from test_uninstall import FAILED, LINK, URL, UninstallTest
+
+ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
+
+
+class ChangesTest(UninstallTest):
+    def in_registry(self, content, expand=True):
+        """The content of a Registry element below a group of actions."""
+        return f"<AdditionalInstall><Registry>{content}</Registry></AdditionalInstall>"
+
+    def tearDown(self):
+        # The prefix of Wine is shared by all tests of this file.
+        if WINDOWS:
+            for key in ("HKCU\\Software\\Tandrel Test", "HKLM\\Software\\Tandrel Test"):
+                self.reg("delete", key, "/f")
+            for name in ("TANDREL_TEST_HOME", "TANDREL_TEST_LIST"):
+                self.reg("delete", "HKLM\\" + ENVIRONMENT_KEY, "/v", name, "/f")
+
+    def reg(self, *arguments):
+        subprocess.run([str(self.machine.prefix.scripts / "run-under-wine"), "reg", *arguments], check=False,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.machine.environment({}),
+                       cwd=self.machine.prefix.directory)
+
+    def environment(self):
+        """The system's variables: name -> text."""
+        found = self.registry("HKLM", ENVIRONMENT_KEY)
+        return {name: text for name, (_, text) in found[""].items()} if found else {}
+
+
+class RegistryChanges(ChangesTest):
+    def test_values_of_all_types_come_and_go_with_the_keys_that_were_made(self):
+        self.install(changes=self.in_registry(
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Deep/Key" Value="Text" Expand="1">in [DIR]</AddValue>'
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Deep/Key" Value="Plain" Type="REG_SZ">[DIR]</AddValue>'
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Deep/Key" Value="Number" Type="REG_DWORD">ff</AddValue>'
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Deep/Key" Value="Bytes" Type="REG_BINARY">00aF10</AddValue>'
+            '<AddKey Place="HKEY_LOCAL_MACHINE" Path="Software/Tandrel Test/Empty"/>'))
+        self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test\\Deep\\Key"), {"": {
+            "Text": ("REG_SZ", "in " + self.dir), "Plain": ("REG_SZ", "[DIR]"), "Number": ("REG_DWORD", "0xff"),
+            "Bytes": ("REG_BINARY", "00AF10")}})
+        self.assertIsNotNone(self.registry("HKLM", "Software\\Tandrel Test\\Empty"))
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertIsNone(self.registry("HKCU", "Software\\Tandrel Test"))
+        self.assertIsNone(self.registry("HKLM", "Software\\Tandrel Test"))
+        self.assert_nothing_left()
+
+    def test_what_is_kept_out_of_the_log_stays(self):
+        self.install(changes=self.in_registry(
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Kept" Value="A" ActionLog="1==0">a</AddValue>'
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Kept" Value="B">b</AddValue>'))
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test\\Kept"), {"": {"A": ("REG_SZ", "a")}})
+        self.assert_nothing_left()
+
+    def test_values_and_keys_are_removed_where_that_is_asked_for(self):
+        self.install(changes=self.in_registry(
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Old/Older" Value="A" ActionLog="1==0">a</AddValue>'
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/New" Value="A" ActionLog="1==0">a</AddValue>'
+            '<RemoveValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/New" Value="A"/>'
+            '<RemoveKey Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Old/Older" KeyCount="2"/>'))
+        self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test"), {"": {}, "New": {}})
+
+
+class Links(ChangesTest):
+    CHANGES = f"""<Shortcuts>
+      <Add Type="File" Dest="[DIR]/../menu/deep" Target="[DIR]/bin/tool{EXE}" Arguments="-x 1" StartPath="[DIR]"
+       Description="A tool">Tool{LINK}</Add>
+      <Add Type="URL" Dest="[DIR]/../menu" Target="https://test.example/a?b=c">Site{URL}</Add>
+      <Add Type="Uninstall" Dest="[DIR]/../menu">Remove{LINK}</Add>
+    </Shortcuts>"""
+
+    def shown(self, name):
+        """What a link says, in letters that can be searched for."""
+        return self.read(name).replace(b"\0", b"").decode("latin-1")
+
+    def test_they_lead_where_they_should_and_go(self):
+        self.install(changes=self.CHANGES)
+        self.assertEqual(set(self.tree("opt/menu")), {f"deep/Tool{LINK}", f"Site{URL}", f"Remove{LINK}"})
+        tool = self.shown(f"opt/menu/deep/Tool{LINK}")
+        for text in ("tool" + EXE, "-x 1", "A tool"):
+            self.assertIn(text, tool)
+        self.assertIn("URL=https://test.example/a?b=c", self.shown(f"opt/menu/Site{URL}"))
+        remove = self.shown(f"opt/menu/Remove{LINK}")
+        for text in ("installer" + EXE, "-uninstall=", "install.log", "-uninstallApp=", "Test Product"):
+            self.assertIn(text, remove)
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assert_nothing_left()
+
+    def test_a_link_that_the_user_removed_is_no_failure_and_a_foreign_one_stays(self):
+        self.install(changes=self.CHANGES)
+        self.host(f"opt/menu/Site{URL}").unlink()
+        self.write(f"opt/menu/Mine{LINK}", "mine")
+        result = self.uninstall()
+        self.assertIn("FAILED to remove  shortcut ", result.out)
+        self.assertEqual(self.tree("opt/menu"), {f"Mine{LINK}": b"mine"})
+        self.assertEqual(result.code, FAILED, result)  # for the directory that stays
+
+    @unittest.skipIf(WINDOWS, "the desktop's own format of entries")
+    def test_the_entry_for_uninstalling_holds_a_command_that_uninstalls(self):
+        self.install(changes=self.CHANGES)
+        line = re.search(r"^Exec=(.*)$", self.shown(f"opt/menu/Remove{LINK}"), re.M)[1]
+        # A value's own escapes come off first, then those of the words in quotes.
+        command = line.replace("\\\\", "\\")
+        words = [re.sub(r"\\(.)", r"\1", quoted) or plain for quoted, plain in
+                 re.findall(r'"((?:[^"\\]|\\.)*)"|(\S+)', command)]
+        done = subprocess.run(words, env=self.machine.environment({}), capture_output=True, timeout=60, check=False)
+        self.assertEqual(done.returncode, 0, (words, done))
+        self.wait_until(lambda: not self.host("opt/product").exists() and not list(self.machine.temp.iterdir()))
+        self.assert_nothing_left()
+
+
+class FirewallChanges(ChangesTest):
+    def test_one_that_is_not_there_fails_nothing(self):
+        result = self.install(changes="""<Firewall><Port Port="8317" Protocol="TCP">Test rule</Port>
+          <Application Target="[DIR]/bin/tool">Test tool</Application></Firewall>""")
+        message = "Firewall: Service is NOT switched on and no exceptions can be added!"
+        log = "\n".join(self.action_log("opt/product/un/install.log"))
+        if not WINDOWS:
+            self.assertEqual(result.out.count(message + "\n"), 4, result)  # each line, and again in the summary
+            self.assertNotIn("FIREWALL", log)
+        elif message not in result.out:
+            self.assertIn("FIREWALL", log)
+
+    def test_the_undo_of_a_port_is_told(self):
+        self.install()
+        self.rewrite_log(lambda log: log + b"FIREWALL\tPORT\t8317\tTCP\tTest rule\r\n")
+        result = self.uninstall()
+        if WINDOWS:  # Wine has a firewall that takes exceptions and can't give them up
+            self.assertIn("FAILED to remove port from firewall: 8317\n", result.out)
+            self.assertEqual(result.code, FAILED, result)
+        else:
+            self.assertIn("Firewall: Service is NOT switched on and no exceptions can be removed!\n", result.out)
+            self.assertEqual(result.code, 0, result)
+        self.assert_nothing_left()
+
+
+class EnvironmentChanges(ChangesTest):
+    VALUES = """<Environment>
+      <Replace VarName="TANDREL_TEST_HOME">[DIR]</Replace>
+      <Append VarName="TANDREL_TEST_LIST" IsPath="1">[DIR]/bin</Append>
+      <Insert VarName="TANDREL_TEST_LIST" IsPath="1">[SHARED]</Insert>
+    </Environment>"""
+
+    def earlier(self, text):
+        """An environment that somebody else left: a product that keeps its changes out of the log."""
+        place = 'Place="HKEY_LOCAL_MACHINE" Path="' + ENVIRONMENT_KEY + '"'
+        directory, self.dir = self.dir, self.native("earlier")
+        self.build(self.in_registry("".join(f'<AddValue {place} Value="{name}" ActionLog="1==0">{value}</AddValue>'
+                                            for name, value in text.items())), late="")
+        result = self.run_program(self.setup, "-auto")
+        self.assertIn("The installation was successful.", result.out, result)
+        shutil.rmtree(self.host("earlier"))
+        self.dir = directory
+
+    def test_variables_that_were_not_there(self):
+        before = self.environment()
+        self.install(changes=self.VALUES)
+        present = self.environment()
+        self.assertEqual(present.pop("TANDREL_TEST_HOME"), self.dir)
+        self.assertEqual(present.pop("TANDREL_TEST_LIST"), self.native("shared") + ";" + self.dir + "/bin")
+        self.assertEqual(present, before)
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        # What was added to a variable that wasn't there leaves it empty.
+        self.assertEqual(self.environment(), {**before, "TANDREL_TEST_LIST": ""})
+        self.assert_nothing_left()
+
+    @unittest.skipIf(WINDOWS, "the system reads its own registry there")
+    def test_a_login_shell_sees_them_for_as_long_as_the_product_is_there(self):
+        self.install(changes="""<Environment>
+          <Replace VarName="TANDREL_TEST_HOME">it's [DIR]; $(touch [SHARED]/ran)</Replace>
+          <Append VarName="PATH" IsPath="1">[DIR]/bin</Append></Environment>""")
+        script = self.host("state/environment.sh")
+        done = subprocess.run(["sh", "-c", f'. "{script}"; printf "%s\\n%s" "$TANDREL_TEST_HOME" "$PATH"'],
+                              env={"PATH": "/usr/bin:/bin"}, capture_output=True, timeout=60, check=True)
+        home, path = done.stdout.decode().split("\n")
+        self.assertEqual(home, f"it's {self.dir}: $(touch {self.native('shared')}/ran)")
+        self.assertEqual(path, f"/usr/bin:/bin:{self.dir}/bin")
+        self.assertEqual(self.uninstall().code, 0)
+        self.assertFalse(script.exists())
+        self.assert_nothing_left()
+
+    def test_earlier_values_come_back(self):
+        self.earlier({"TANDREL_TEST_HOME": "earlier home", "TANDREL_TEST_LIST": "one;two"})
+        before = self.environment()
+        self.install(changes=self.VALUES)
+        present = self.environment()
+        self.assertEqual(present["TANDREL_TEST_HOME"], self.dir)
+        self.assertEqual(present["TANDREL_TEST_LIST"], f'{self.native("shared")};one;two;{self.dir}/bin')
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        # The separator ahead of what was appended stays.
+        self.assertEqual(self.environment(), {**before, "TANDREL_TEST_LIST": "one;two;"})
+        self.assert_nothing_left()
+
+    def test_a_directory_that_is_in_the_list_is_not_added_again(self):
+        self.earlier({"TANDREL_TEST_LIST": f'one;{self.native("shared")}'})
+        before = self.environment()
+        self.install(changes='<Environment><Append VarName="TANDREL_TEST_LIST" IsPath="1">[SHARED]/</Append></Environment>')
+        self.assertEqual(self.environment(), before)
+        self.assertIn("ENV\tNONE", self.action_log("opt/product/un/install.log"))
+        self.assertEqual(self.uninstall().code, 0)
+        self.assertEqual(self.environment(), before)
+        self.assert_nothing_left()
+
+
+class FileEdits(ChangesTest):
+    INI = """<IniFiles>
+      <Add FileName="[SHARED]/tool.ini" Section="paths" Key="new" BeforeKey="old">[DIR]</Add>
+      <Add FileName="[SHARED]/tool.ini" Section="paths" Key="level">9</Add>
+      <Add FileName="[SHARED]/tool.ini" Section="more" Key="where" IsPath="1">[DIR]</Add>
+      <Add FileName="[SHARED]/none/tool.ini" Section="more" Key="x" IgnoreErrors="1">y</Add>
+    </IniFiles>"""
+
+    def test_keys_of_an_ini_file_come_and_go_and_earlier_values_come_back(self):
+        before = "; mine\n[paths]\nold=1\nlevel=3\n[last]\na=b\n"
+        self.write("shared/tool.ini", before)
+        self.install(changes=self.INI)
+        self.assertEqual(self.read_text("shared/tool.ini"),
+                         f"; mine\n[paths]\nnew={self.dir}\nold=1\nlevel=9\n[last]\na=b\n[more]\nwhere={self.dir}\n")
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        # The section that was made stays, empty.
+        self.assertEqual(self.read_text("shared/tool.ini"), before + "[more]\n")
+
+    def test_lines_are_put_into_a_file_and_taken_out_again_and_the_users_own_stay(self):
+        self.write("shared/list.txt", "one\ntwo\nthree\n")
+        self.install(changes="""<ModifyFiles><File Path="[SHARED]/list.txt" Command="AddAfter">[DIR]/list.change</File>
+          </ModifyFiles><FileSet Name="Changes"><FN Dest="[DIR]">list.change</FN></FileSet>""",
+                     files={"list.change": "1\ntwo\n2\ntwo and a half\nalmost three\n"})
+        self.assertEqual(self.read_text("shared/list.txt"), "one\ntwo\ntwo and a half\nalmost three\nthree\n")
+        self.write("shared/list.txt", self.read_text("shared/list.txt").replace("\nthree\n", "\nthree\nfour\n"))
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.read_text("shared/list.txt").split(), ["one", "two", "three", "four"])
+
+    def test_a_broken_change_description_changes_nothing_and_fails_the_installation(self):
+        self.write("shared/list.txt", "one\ntwo\n")
+        self.build(changes="""<ModifyFiles><File Path="[SHARED]/list.txt" Command="AddAfter">[DIR]/list.change</File>
+          </ModifyFiles><FileSet Name="Changes"><FN Dest="[DIR]">list.change</FN></FileSet>""",
+                   files={"list.change": "1\ntwo\n5\nnot so many\n"})
+        result = self.run_program(self.setup, "-auto")
+        self.assertIn("There were errors during the installation.", result.out)
+        self.assertEqual(self.read_text("shared/list.txt"), "one\ntwo\n")
+
+
+if __name__ == "__main__":
+    main()
