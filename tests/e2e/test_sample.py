@@ -1,0 +1,142 @@
+"""The sample product uses every tag that changes the system: each effect is there, and none is left."""
+
+import configparser
+import hashlib
+import shutil
+import subprocess
+
+from harness import BIN, EXE, HELPERS, TOP, WINDOWS, EndToEndTest, main
+
+UNINSTALL_KEY = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Tandrel Installer Tools"
+ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
+LINK = ".lnk" if WINDOWS else ".desktop"
+URL = ".url" if WINDOWS else ".desktop"
+
+
+class Sample(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage"), EXE], check=True, timeout=60)
+        result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+                               self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
+                               self.native("setup" + EXE))
+        self.assertEqual(result.code, 0, result)
+        shutil.rmtree(self.host("stage"))
+        self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
+        # What the directories look like when the installer has brought them to its clean form.
+        self.dir = self.native("opt/tandrel").replace("/", "\\")
+
+    def install(self, *arguments):
+        result = self.run_program("setup" + EXE, "-auto", *self.settings, *arguments)
+        self.assertIn("The installation was successful.", result.out, result)
+        return result
+
+    def uninstall(self):
+        helper = "run_uninstaller" + EXE
+        shutil.copy2(HELPERS / helper, self.host(helper))
+        result = self.run_program(helper, "Tandrel Installer Tools")
+        self.host(helper).unlink()
+        self.wait_until(lambda: not (self.machine.temp / "ormeluninst.log").exists())
+        return result
+
+    def environment(self):
+        found = self.registry("HKLM", ENVIRONMENT_KEY)
+        return {name: text for name, (_, text) in found[""].items()} if found else {}
+
+    def machine_state(self):
+        """What the product may change: files and directories, its keys, and the variables of the system."""
+        files = {str(p.relative_to(self.machine.root)): hashlib.md5(p.read_bytes()).hexdigest() if p.is_file() else None
+                 for p in sorted(self.machine.root.rglob("*"))
+                 if not str(p.relative_to(self.machine.root)).startswith(("tmp/", "state/"))}
+        return files, [self.registry(root, key) for root, key in (
+            ("HKLM", UNINSTALL_KEY), ("HKLM", "Software\\Tandrel"), ("HKCU", "Software\\Tandrel Tools"))]
+
+    def shown(self, name):
+        return self.read(name).replace(b"\0", b"").decode("latin-1")
+
+    def assert_environment_as_before(self, before):
+        after = self.environment()
+        # The separator ahead of what was appended stays; of a variable that wasn't there, an empty one stays.
+        for name in ("PATH", "TANDREL_SAMPLES"):
+            self.assertEqual(after.pop(name, "").rstrip(";"), before.get(name, "").rstrip(";"))
+        self.assertEqual(after, {n: v for n, v in before.items() if n not in ("PATH", "TANDREL_SAMPLES")})
+
+    def test_everything_is_there_after_the_installation_and_gone_after_the_uninstallation(self):
+        before, environment = self.machine_state(), self.environment()
+        result = self.install()
+        self.assert_files()
+        self.assert_registry()
+        self.assert_links()
+        self.assert_variables(environment)
+        self.assertIn("Noting where the tools are\n", result.out)
+        self.assertIn("Making a first package of the sample\n", result.out)
+        result = self.uninstall()
+        self.assertIn("Removing what was made behind the installation\n", result.out)
+        self.assertIn("The uninstall was successful.\n", result.out)
+        self.assertEqual(self.machine_state(), before)
+        self.assert_environment_as_before(environment)
+
+    def assert_files(self):
+        tree = self.tree("opt/tandrel")
+        hello = ["samples/hello.cmd"] if WINDOWS else []
+        self.assertEqual(sorted(tree), sorted([
+            "README.md", f"bin/packager{EXE}", "docs/agreement.md", "docs/banner.png", "docs/getting-started.md",
+            f"images/installer{EXE}", "samples/hello.sh", "samples/hello.xml", f"samples/hello-setup{EXE}", *hello,
+            "tandrel.conf", "tandrel.conf.default", "tools.ini", "uninstall/backup.bin",
+            "uninstall/getting-started.change", "uninstall/install.log", "uninstall/install.xml",
+            f"uninstall/installer{EXE}"]))
+        self.assertEqual(tree["tandrel.conf"], tree["tandrel.conf.default"])
+        self.assertEqual(tree["docs/agreement.md"], (TOP / "samples/tandrel/files/texts/agreement.md").read_bytes())
+        guide = self.read_text("opt/tandrel/docs/getting-started.md")
+        self.assertTrue(guide.startswith(f"# Getting started\n\nThe packager of this machine is {self.dir}/bin/packager"),
+                        guide)
+        self.assertEqual(self.packager("verify", self.native(f"opt/tandrel/samples/hello-setup{EXE}")).code, 0)
+        settings = configparser.ConfigParser()
+        settings.read_string(self.read_text("opt/tandrel/tools.ini"))
+        self.assertEqual({name: dict(settings[name]) for name in settings.sections()}, {
+            "build": {"image": f"{self.dir}/images/installer{EXE}", "level": "6"},
+            "search": {"samples": f"{self.dir}/samples"}, "people": {"contact": "nobody"}})
+        self.assertEqual(list(settings["build"]), ["image", "level"])
+
+    def assert_registry(self):
+        self.assertEqual(self.registry("HKLM", "Software\\Tandrel"), {"": {}, "Installer Tools": {
+            "InstallDir": ("REG_SZ", self.dir), "Version": ("REG_DWORD", "0x10000"), "Formats": ("REG_BINARY", "0102"),
+        }, "Installer Tools\\Products": {}})
+        self.assertEqual(self.registry("HKCU", "Software\\Tandrel Tools\\Recent"), {"": {"Last": ("REG_SZ", "none")}})
+        entry = self.registry("HKLM", UNINSTALL_KEY)[""]
+        self.assertEqual(entry["DisplayVersion"], ("REG_SZ", "1.0.0"))
+        self.assertIn(f'{self.dir}/uninstall/installer{EXE}"', entry["UninstallString"][1])
+
+    def assert_links(self):
+        self.assertEqual(set(self.tree("menu")), {f"Tandrel packager{LINK}", f"Tandrel help{URL}", f"Remove Tandrel{LINK}"})
+        self.assertIn("build --help", self.shown(f"menu/Tandrel packager{LINK}"))
+        self.assertIn("URL=https://tandrel.example/help", self.shown(f"menu/Tandrel help{URL}"))
+        self.assertIn("-uninstall=", self.shown(f"menu/Remove Tandrel{LINK}"))
+
+    def assert_variables(self, before):
+        present = self.environment()
+        self.assertEqual(present["TANDREL_HOME"], self.dir)
+        self.assertEqual(present["TANDREL_SAMPLES"], self.dir + "/samples")
+        earlier = before.get("PATH", "")
+        self.assertEqual(present["PATH"], (earlier.rstrip(";") + ";" if earlier else "") + self.dir + "/bin")
+
+    def test_files_of_somebody_else_stay_or_come_back(self):
+        self.write("opt/tandrel/tandrel.conf", "somebody else's settings")
+        self.write("opt/tandrel/README.md", "somebody else's words")
+        before = self.machine_state()
+        self.install()
+        self.assertEqual(self.read_text("opt/tandrel/tandrel.conf"), "somebody else's settings")
+        self.assertEqual(self.read("opt/tandrel/README.md"), (TOP / "README.md").read_bytes())
+        self.uninstall()
+        self.assertEqual(self.machine_state(), before)
+
+    def test_nothing_is_opened_and_no_port_unless_that_is_asked_for(self):
+        result = self.install("-debug=1")
+        self.assertNotIn("Firewall", result.out)
+        log = (self.machine.temp / "installer_debug.log").read_text("utf-8")
+        self.assertNotIn(" opened : ", log)
+        self.uninstall()
+
+
+if __name__ == "__main__":
+    main()
