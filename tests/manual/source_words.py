@@ -19,6 +19,11 @@ WORD = r'"([A-Za-z][A-Za-z0-9]*)"'
 LOOKUPS = [
     (rf'\b(?:getAttribute|attribute|numberOr|colour|cutAttribute)\(\s*[\w.>\-\[\]()]+,\s*(?:\w+,\s*)?{WORD}', "attribute"),
     (rf'\bhas\({WORD}\)', "attribute"),
+    (rf'\b(?:hasAttribute|expandAttribute|isSet)\([\w.]+,\s*{WORD}', "attribute"),
+    (rf'\b(?:nextGroup|firstOf|applyGroups)\((?:\w+,\s*)?{WORD}', "element"),
+    (rf'\bstrcmp\([^;"]*?,\s*{WORD}', "word"),
+    (rf'\b(?:name|word|kind) == {WORD}', "word"),
+    (rf'\{{{WORD}, ShortcutType::', "word"),
     (rf'\bfind(?:ByName|Child|Relative)\((?:[\w.>\-]+,\s*)?{WORD}', "element"),
     (rf'\bchildrenOf\(\w+,\s*{WORD}', "element"),
     (r'(?:getenv|\.get)\("([A-Z_]+)"|kLevelVariable\[\] = "([A-Z_]+)"', "environment variable"),
@@ -26,8 +31,8 @@ LOOKUPS = [
     (rf'\b(?:equalsIgnoreCase|startsWithIgnoreCase)\([^;"]*?,\s*{WORD}', "word"),
     (r'\b(?:refuse|runActions|runAdditionalActions)\((?:[&\w.]+,\s*)?"([A-Z][A-Za-z]*)"\s*[,)]', "element"),
 ]
-# Levels of paths that no description has: the look-up passes over them.
-SKIPPED = {"Desc"}
+# Levels of paths that no description has: the look-up passes over them; and inputs that only the program names.
+SKIPPED = {"Desc", "autoInstall", "autoUninstall"}
 
 
 def words_of_sources():
