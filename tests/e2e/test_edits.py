@@ -1,0 +1,108 @@
+"""Variables of the system, INI files and text files change with an installation and change back with the product."""
+
+import shutil
+import subprocess
+import unittest
+
+from descriptions import description
+from harness import EXE, WINDOWS, EndToEndTest, main
+
+ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
+SETS = f"""
+<FileSet Name="Core"><FN Dest="[DIR]/un" Executable="1">installer{EXE}</FN><FN Dest="[DIR]">menu.changes</FN></FileSet>
+<Environment>
+ <Replace VarName="TANDREL_DEMO">it's; $(touch mark)</Replace>
+ <Append VarName="TANDREL_LIST">[DIR]/bin</Append>
+ <Insert VarName="TANDREL_LIST">first</Insert>
+ <Append VarName="TANDREL_DIRS" IsPath="1">[DIR]</Append>
+ <Append VarName="TANDREL_DIRS" IsPath="1">[DIR]/</Append>
+</Environment>
+<IniFiles>
+ <Add FileName="[OTHER]/settings.ini" Section="Paths" Key="Root">[DIR]</Add>
+ <Add FileName="[OTHER]/settings.ini" Section="Paths" Key="New" BeforeKey="Last">yes</Add>
+</IniFiles>
+<ModifyFiles><File Path="[OTHER]/menu.txt" Command="AddAfter">[DIR]/menu.changes</File></ModifyFiles>
+<UninstallWildcards><File Dest="[DIR]/un">*.*</File></UninstallWildcards>
+"""
+INI = "; mine\n[Paths]\nRoot=/before\nLast=1\n\n[Other]\nx=1\n"
+MENU = "[Menu]\nFile\nEdit\n"
+
+
+class EditsTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        self.write("other/settings.ini", INI)
+        self.write("other/menu.txt", MENU)
+        values = (f'<Value Name="UNINSTALL_ERROR" DataType="value">0</Value>'
+                  f'<Value Name="OTHER" DataType="value">{self.native("other")}</Value>')
+        text = description(self.native("opt/product"), SETS, values=values, farewell='<CopyProgress Special="AutoNext"/>')
+        self.setup = self.build_package(text, {"menu.changes": "1\nFile\n1\nGreeter\n"})
+        shutil.rmtree(self.host("stage"))
+
+    def install(self):
+        result = self.run_program(self.setup, "-auto")
+        self.assertIn("The installation was successful.", result.out, result)
+
+    def uninstall(self):
+        shutil.copyfile(self.host("opt/product/un/install.log"), self.host("copy.log"))
+        result = self.run_program("installer" + EXE, "-uninstallFile=" + self.native("copy.log"), "-gui=0")
+        self.assertIn("The uninstall was successful.", result.out, result)
+
+    def variable(self, name):
+        key = self.registry("HKLM", ENVIRONMENT_KEY) or {"": {}}
+        return key[""].get(name)
+
+    def lines(self, name):
+        return self.read(name).decode().replace("\r\n", "\n")
+
+    def login(self, name):
+        """The variable in a shell that has read the script of the environment."""
+        script = self.machine.root / "state" / "environment.sh"
+        found = subprocess.run(["/bin/sh", "-c", f'. "{script}"; printf %s "${name}"'], cwd=self.machine.root,
+                               capture_output=True, check=True, timeout=60)
+        return found.stdout.decode()
+
+    def test_the_variables_are_the_systems(self):
+        self.install()
+        directory = self.native("opt/product")
+        self.assertEqual(self.variable("TANDREL_DEMO"), ("REG_SZ", "it's; $(touch mark)"))
+        self.assertEqual(self.variable("TANDREL_LIST"), ("REG_SZ", f"first;{directory}/bin"))
+        self.assertEqual(self.variable("TANDREL_DIRS"), ("REG_SZ", directory))
+
+    @unittest.skipIf(WINDOWS, "programs read the registry there")
+    def test_a_login_sees_the_variables(self):
+        self.install()
+        self.assertEqual(self.login("TANDREL_DEMO"), "it's: $(touch mark)")
+        self.assertEqual(self.login("TANDREL_LIST"), "first:" + self.native("opt/product") + "/bin")
+        self.assertFalse(self.host("mark").exists())
+        self.uninstall()
+        self.assertFalse((self.machine.root / "state" / "environment.sh").exists())
+
+    def test_the_files_hold_what_was_added(self):
+        self.install()
+        self.assertEqual(self.lines("other/settings.ini"),
+                         INI.replace("/before\n", self.native("opt/product") + "\nNew=yes\n"))
+        self.assertEqual(self.lines("other/menu.txt"), MENU.replace("File\n", "File\nGreeter\n"))
+
+    def test_all_of_it_goes_with_the_product(self):
+        self.install()
+        self.uninstall()
+        self.assertEqual(self.lines("other/settings.ini"), INI)
+        self.assertEqual(self.lines("other/menu.txt"), MENU)
+        self.assertIsNone(self.variable("TANDREL_DEMO"))
+        # What was added to nothing leaves nothing but the name.
+        self.assertEqual(self.variable("TANDREL_LIST"), ("REG_SZ", ""))
+        self.assertEqual(self.variable("TANDREL_DIRS"), ("REG_SZ", ""))
+        self.assertFalse(self.host("opt/product").exists())
+
+    def test_changes_of_the_user_stay(self):
+        self.install()
+        self.write("other/menu.txt", "Mine\n" + self.lines("other/menu.txt").replace("Greeter", "Greeter!"))
+        self.write("other/settings.ini", self.lines("other/settings.ini") + "y=2\n")
+        self.uninstall()
+        self.assertEqual(self.lines("other/menu.txt"), "Mine\n" + MENU.replace("File\n", "File\nGreeter!\n"))
+        self.assertEqual(self.lines("other/settings.ini"), INI + "y=2\n")
+
+
+if __name__ == "__main__":
+    main()
