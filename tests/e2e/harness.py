@@ -114,8 +114,9 @@ class WinePrefix:
         anchor = subprocess.Popen(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; exec wine cmd',
                                    str(self.scripts), str(self.directory)], stdin=subprocess.PIPE,
                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd=self.directory)
-        # Services of the prefix keep the output of the program that they were started by: it must be this one.
-        anchor.stdin.write(b"echo up >C:\\anchor.txt\r\n")
+        # Services of the prefix keep the output of the program that they were started by: it must be this one. The
+        # desktop is one of them, started by the first program that has to do with windows.
+        anchor.stdin.write(b"rundll32 user32.dll,MessageBeep & echo up >C:\\anchor.txt\r\n")
         anchor.stdin.flush()
         end = time.monotonic() + TIMEOUT
         while not (self.directory / "prefix/drive_c/anchor.txt").exists():

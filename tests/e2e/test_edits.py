@@ -8,14 +8,15 @@ from descriptions import description
 from harness import EXE, WINDOWS, EndToEndTest, main
 
 ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
+# The tests share one registry under Wine, so each has variables of its own: V stands for their prefix.
 SETS = f"""
 <FileSet Name="Core"><FN Dest="[DIR]/un" Executable="1">installer{EXE}</FN><FN Dest="[DIR]">menu.changes</FN></FileSet>
 <Environment>
- <Replace VarName="TANDREL_DEMO">it's; $(touch mark)</Replace>
- <Append VarName="TANDREL_LIST">[DIR]/bin</Append>
- <Insert VarName="TANDREL_LIST">first</Insert>
- <Append VarName="TANDREL_DIRS" IsPath="1">[DIR]</Append>
- <Append VarName="TANDREL_DIRS" IsPath="1">[DIR]/</Append>
+ <Replace VarName="V_DEMO">it's; $(touch mark)</Replace>
+ <Append VarName="V_LIST">[DIR]/bin</Append>
+ <Insert VarName="V_LIST">first</Insert>
+ <Append VarName="V_DIRS" IsPath="1">[DIR]</Append>
+ <Append VarName="V_DIRS" IsPath="1">[DIR]/</Append>
 </Environment>
 <IniFiles>
  <Add FileName="[OTHER]/settings.ini" Section="Paths" Key="Root">[DIR]</Add>
@@ -35,7 +36,8 @@ class EditsTest(EndToEndTest):
         self.write("other/menu.txt", MENU)
         values = (f'<Value Name="UNINSTALL_ERROR" DataType="value">0</Value>'
                   f'<Value Name="OTHER" DataType="value">{self.native("other")}</Value>')
-        text = description(self.native("opt/product"), SETS, values=values, farewell='<CopyProgress Special="AutoNext"/>')
+        self.prefix = "V" + self.machine.root.name.replace("-", "_")
+        text = description(self.native("opt/product"), SETS.replace('"V_', f'"{self.prefix}_'), values=values, farewell='<CopyProgress Special="AutoNext"/>')
         self.setup = self.build_package(text, {"menu.changes": "1\nFile\n1\nGreeter\n"})
         shutil.rmtree(self.host("stage"))
 
@@ -50,7 +52,7 @@ class EditsTest(EndToEndTest):
 
     def variable(self, name):
         key = self.registry("HKLM", ENVIRONMENT_KEY) or {"": {}}
-        return key[""].get(name)
+        return key[""].get(f"{self.prefix}_{name}")
 
     def lines(self, name):
         return self.read(name).decode().replace("\r\n", "\n")
@@ -58,22 +60,22 @@ class EditsTest(EndToEndTest):
     def login(self, name):
         """The variable in a shell that has read the script of the environment."""
         script = self.machine.root / "state" / "environment.sh"
-        found = subprocess.run(["/bin/sh", "-c", f'. "{script}"; printf %s "${name}"'], cwd=self.machine.root,
+        found = subprocess.run(["/bin/sh", "-c", f'. "{script}"; printf %s "${self.prefix}_{name}"'], cwd=self.machine.root,
                                capture_output=True, check=True, timeout=60)
         return found.stdout.decode()
 
     def test_the_variables_are_the_systems(self):
         self.install()
         directory = self.native("opt/product")
-        self.assertEqual(self.variable("TANDREL_DEMO"), ("REG_SZ", "it's; $(touch mark)"))
-        self.assertEqual(self.variable("TANDREL_LIST"), ("REG_SZ", f"first;{directory}/bin"))
-        self.assertEqual(self.variable("TANDREL_DIRS"), ("REG_SZ", directory))
+        self.assertEqual(self.variable("DEMO"), ("REG_SZ", "it's; $(touch mark)"))
+        self.assertEqual(self.variable("LIST"), ("REG_SZ", f"first;{directory}/bin"))
+        self.assertEqual(self.variable("DIRS"), ("REG_SZ", directory))
 
     @unittest.skipIf(WINDOWS, "programs read the registry there")
     def test_a_login_sees_the_variables(self):
         self.install()
-        self.assertEqual(self.login("TANDREL_DEMO"), "it's: $(touch mark)")
-        self.assertEqual(self.login("TANDREL_LIST"), "first:" + self.native("opt/product") + "/bin")
+        self.assertEqual(self.login("DEMO"), "it's: $(touch mark)")
+        self.assertEqual(self.login("LIST"), "first:" + self.native("opt/product") + "/bin")
         self.assertFalse(self.host("mark").exists())
         self.uninstall()
         self.assertFalse((self.machine.root / "state" / "environment.sh").exists())
@@ -89,10 +91,10 @@ class EditsTest(EndToEndTest):
         self.uninstall()
         self.assertEqual(self.lines("other/settings.ini"), INI)
         self.assertEqual(self.lines("other/menu.txt"), MENU)
-        self.assertIsNone(self.variable("TANDREL_DEMO"))
+        self.assertIsNone(self.variable("DEMO"))
         # What was added to nothing leaves nothing but the name.
-        self.assertEqual(self.variable("TANDREL_LIST"), ("REG_SZ", ""))
-        self.assertEqual(self.variable("TANDREL_DIRS"), ("REG_SZ", ""))
+        self.assertEqual(self.variable("LIST"), ("REG_SZ", ""))
+        self.assertEqual(self.variable("DIRS"), ("REG_SZ", ""))
         self.assertFalse(self.host("opt/product").exists())
 
     def test_changes_of_the_user_stay(self):
