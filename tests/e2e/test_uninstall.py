@@ -45,10 +45,10 @@ class UninstallTest(EndToEndTest):
         self.write("opt/other/precious.txt", "the user's own")
         self.write("shared/shared.txt", "as it was before")
 
-    def build(self, changes="", late=LATE, files=None, more_values=""):
+    def build(self, changes="", late=LATE, files=None, farewell=FAREWELL):
         values = (f'<Value Name="UNINSTALL_ERROR" DataType="value">0</Value>'
-                  f'<Value Name="SHARED" DataType="value">{self.native("shared")}</Value>{more_values}')
-        text = description(self.dir, SETS + changes, values=values, late=late, farewell=FAREWELL)
+                  f'<Value Name="SHARED" DataType="value">{self.native("shared")}</Value>')
+        text = description(self.dir, SETS + changes, values=values, late=late, farewell=farewell)
         self.setup = self.build_package(text, {"data.txt": "data\n", "shared.txt": "the product's\n",
                                                "tool" + EXE: "a tool\n", **(files or {})})
         shutil.rmtree(self.host("stage"))
@@ -220,7 +220,7 @@ class SecondStage(UninstallTest):
         self.assertEqual(self.tree("opt/product"), {"data.txt/mine.txt": b"mine"})
 
     def start_waiting(self, program):
-        """Runs a copy of the installer, which asks a question, for as long as its input is open."""
+        """Runs a copy of the installer, which asks a question, until what is returned is called or the test ends."""
         page = '<Ask><Field Type="EditBox" Label="Owner" x="1" y="1">DIR</Field></Ask>'
         self.build_package(description(self.native("never"), "", page), {}, "asks.bin", ("--bin",))
         shutil.rmtree(self.host("stage"))
@@ -235,6 +235,7 @@ class SecondStage(UninstallTest):
 
         self.addCleanup(stop)
         self.assertIn(b"*", process.stdout.read(1))
+        return stop
 
     def test_a_program_of_the_product_that_runs_is_stopped_for_its_file(self):
         self.install(files={"tool" + EXE: self.read("installer" + EXE)})
@@ -242,6 +243,22 @@ class SecondStage(UninstallTest):
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
         self.assertFalse(self.host("opt/product").exists())
+
+    def test_a_program_that_must_not_run_keeps_the_product_until_it_has_ended(self):
+        page = f'<RunningApps><TestApp Directory="[DIR]">tool{EXE}</TestApp></RunningApps>'
+        self.install(files={"tool" + EXE: self.read("installer" + EXE)}, farewell=page + FAREWELL)
+        stop = self.start_waiting("opt/product/bin/tool" + EXE)
+        before = self.snapshot()
+        result = self.uninstall()
+        self.assertEqual(result.code, FAILED, result)
+        self.assertIn("The installation can not continue, because the processes listed above are running.", result.out)
+        self.assertEqual(self.snapshot(), before)
+        self.assertIsNotNone(self.registry("HKLM", UNINSTALL_KEY + "\\Test Product"))
+        stop()
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.host("asks.bin").unlink()
+        self.assert_nothing_left()
 
     @unittest.skipIf(not WINDOWS, "only there a file in use can't be deleted")
     def test_a_file_in_use_that_is_no_program_by_its_name_stays_and_is_told(self):
