@@ -59,14 +59,23 @@ std::vector<std::string> entriesOf(std::string_view list, char separator) {
     return entries;
 }
 
+// A path that is there as this system writes it; any other text as it is.
+std::string asSystemPath(const std::string& entry) {
+    if (!entry.starts_with('\\')) {
+        return entry;
+    }
+    const std::string native = nativePath(entry.c_str());
+    return access(native.c_str(), F_OK) == 0 ? native : entry;
+}
+
 // An empty entry of a list would mean the present directory to most of its readers.
 std::string listOf(const std::string& value) {
     if (value.find(';') == std::string::npos) {
-        return value;
+        return asSystemPath(value);
     }
     std::string list;
     for (const std::string& entry : entriesOf(value, ';')) {
-        list += (list.empty() ? "" : ":") + entry;
+        list += (list.empty() ? "" : ":") + asSystemPath(entry);
     }
     return list;
 }

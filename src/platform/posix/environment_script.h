@@ -14,7 +14,8 @@ struct EnvironmentVariable {
 };
 
 // The script, for any Bourne shell; empty when there is nothing to set. Lists with `;` become lists with `:`
-// without their empty entries, and variables without a value are left out, as are names that no shell takes
+// without their empty entries, values and entries with backslashes that are paths of what is there get the
+// slashes of this system, and variables without a value are left out, as are names that no shell takes
 // or that it keeps for itself. The directories of PATH join the ones that the login has, at their end, with
 // the paths as this system writes them; only absolute ones. No value can be run as code.
 std::string environmentScriptOf(const std::vector<EnvironmentVariable>& variables);

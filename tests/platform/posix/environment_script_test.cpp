@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <random>
 
@@ -90,6 +91,15 @@ TEST_F(EnvironmentScriptTest, MakesListsOfShells) {
     EXPECT_EQ(seenValue("/a;/b c;/d"), "/a:/b c:/d\n");
     EXPECT_EQ(seenValue(";/a;;/b;"), "/a:/b\n");
     EXPECT_EQ(seenValue("/a:/b"), "/a:/b\n");
+}
+
+TEST_F(EnvironmentScriptTest, WritesPathsOfWhatIsThereAsThisSystemDoes) {
+    const std::string path = directory_.path();
+    std::string installed = path;
+    std::replace(installed.begin(), installed.end(), '/', '\\');
+    EXPECT_EQ(seenValue(installed), path + "\n");
+    EXPECT_EQ(seenValue("\\d+;" + installed + ";\\none\\there"), "\\d+:" + path + ":\\none\\there\n");
+    EXPECT_EQ(seenValue("text\\with\\some"), "text\\with\\some\n");
 }
 
 TEST_F(EnvironmentScriptTest, LeavesOutWhatHasNoValue) {
