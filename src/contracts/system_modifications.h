@@ -91,6 +91,7 @@ public:
     // `logText` is the record behind "PORT": port, protocols and name, separated by TABs.
     virtual FirewallResult firewallRemovePort(const char* logText) = 0;
 
+    // A key or value whose record the action log would cut isn't written, since the undo would hit another.
     // `place` is one of the four root names, `path` may hold `/`. 0 or the system's error; -1 for a missing
     // argument or another root. `type` may be null; `outCreated` is the number of key levels that were made.
     virtual int writeRegistryValue(const char* place, const char* path, const char* type,

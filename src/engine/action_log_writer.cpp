@@ -93,11 +93,3 @@ void ActionLogWriter::writeLine(std::string line) {
     }
     console_.write(line.data(), static_cast<std::int32_t>(line.size()));
 }
-
-bool ActionLogWriter::fits(std::string_view tag, std::initializer_list<std::string_view> fields) {
-    std::size_t length = tag.size();
-    for (const std::string_view field : fields) {
-        length += 1 + field.size();
-    }
-    return length <= ActionLogFormat::kLineLimit;
-}

@@ -46,8 +46,6 @@ public:
     void writeFile(bool isRestorable, std::string_view path);
     // Any record: the tag, then each field behind a separator.
     void writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields);
-    // Would the record be written whole?
-    static bool fits(std::string_view tag, std::initializer_list<std::string_view> fields);
 
 private:
     void writeLine(std::string line);

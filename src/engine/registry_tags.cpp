@@ -1,22 +1,11 @@
 #include "engine/registry_tags.h"
 
-#include <algorithm>
-
 #include "base/fixed_text.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "contracts/system_modifications.h"
 #include "description/product_description.h"
 #include "engine/action_log_format.h"
-
-namespace {
-
-// The levels of a key's path; a record tells which of them were made.
-int levelsOf(const std::string& path) {
-    return 1 + static_cast<int>(std::count(path.begin(), path.end(), '\\'));
-}
-
-}  // namespace
 
 void RegistryTags::applyRegistryTag(InstallerUI* ui, std::int32_t node) {
     const bool openedHere = !context_.log.isOpen() && openProductLog();
@@ -90,9 +79,6 @@ void RegistryTags::addValue(const Change& change) {
         context_.console->print("ERROR: No registry value name supplied!");
         return;
     }
-    if (isRecorded(change) && !canBeRecorded(change)) {
-        return;
-    }
     int created = 0;
     if (context_.modifications.writeRegistryValue(
             change.place.c_str(), change.path.c_str(), context_.tags.attribute(change.node, "Type"),
@@ -109,9 +95,6 @@ void RegistryTags::addValue(const Change& change) {
 }
 
 void RegistryTags::addKey(const Change& change) {
-    if (isRecorded(change) && !canBeRecorded(change)) {
-        return;
-    }
     const int created = context_.modifications.createRegistryKey(change.place.c_str(), change.path.c_str());
     if (created > 0 && isRecorded(change)) {
         context_.log.writeRecord(ActionLogFormat::kRegistryKey,
@@ -136,18 +119,4 @@ void RegistryTags::removeKey(const Change& change) {
 
 bool RegistryTags::isRecorded(const Change& change) {
     return context_.log.isOpen() && context_.tags.holds(context_.tags.attribute(change.node, "ActionLog"));
-}
-
-// A record that is cut would name another key or value to the uninstaller.
-bool RegistryTags::canBeRecorded(const Change& change) {
-    const std::string count = std::to_string(levelsOf(change.path));
-    const bool fits =
-        ActionLogWriter::fits(ActionLogFormat::kRegistryKey, {count, change.place, change.path}) &&
-        ActionLogWriter::fits(ActionLogFormat::kRegistryValue,
-                              {change.place, change.path, change.expandedValueName});
-    if (!fits) {
-        context_.console->print("ERROR: The registry key is too long for the action log: \"%s\"",
-                                change.path.c_str());
-    }
-    return fits;
 }

@@ -37,7 +37,6 @@ private:
     void removeValue(const Change& change);
     void removeKey(const Change& change);
     bool isRecorded(const Change& change);
-    bool canBeRecorded(const Change& change);
 
     TagContext context_;
     const ProductDescription& product_;

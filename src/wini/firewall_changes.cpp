@@ -9,16 +9,14 @@
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
 #include "wini/firewall_operations.h"
-#include "wini/log_record.h"
+#include "wini/undo_text.h"
 
 namespace {
 
 constexpr const char* kApplication = "App";
 constexpr const char* kPort = "Port";
-constexpr std::string_view kApplicationRecord = "FIREWALL\tAPP\t";
 constexpr char kProtocolSeparator = ';';
 constexpr std::int32_t kLastPort = 65535;
-static_assert(kApplicationRecord.starts_with(ActionLogFormat::kFirewall));
 
 struct Protocol {
     std::uint8_t bit;
@@ -32,6 +30,12 @@ void requireProtocol(std::uint8_t protocols) {
     if ((protocols & kAllProtocols) == 0) {
         throw GenericError("Invalid firewall protocol or none specified!");
     }
+}
+
+// An empty path is refused by what would have to add it.
+bool canBeUndone(const char* path) {
+    return UndoText::isLastField(path) &&
+           UndoText::fitsRecord(ActionLogFormat::kFirewall, UndoText::of({"APP", path}));
 }
 
 // Two rules of one name could not be told apart.
@@ -61,7 +65,7 @@ FirewallResult FirewallChanges::addApplication(const char* path, const char* nam
         return FirewallResult::kFailed;
     }
     return carryOut(kApplication, [&] {
-        if (!logRecordHolds(kApplicationRecord, path)) {
+        if (!canBeUndone(path)) {
             throw GenericError("The action log can not hold the application %s!", path);
         }
         FirewallOperations(firewall_).addApplication(path, name);

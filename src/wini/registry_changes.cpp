@@ -9,6 +9,7 @@
 #include "engine/action_log_format.h"
 #include "platform/registry.h"
 #include "wini/registry_access.h"
+#include "wini/undo_text.h"
 
 namespace {
 
@@ -34,22 +35,13 @@ std::optional<KeyPlace> keyPlaceOf(const char* place, const char* path) {
     return key;
 }
 
-// A field of a record is cut at these characters, or at the end of its line.
-bool isField(std::string_view text) {
-    return text.find_first_of("\t\r\n") == std::string_view::npos &&
-           (text.empty() || !OUtils::isWhiteSpace(text.back()));
-}
-
 bool canBeLogged(const KeyPlace& key) {
-    return key.path.size() <= RegistryChanges::kPathLimit && isField(key.path);
+    return key.path.size() <= RegistryChanges::kPathLimit && UndoText::isLastField(key.path);
 }
 
 bool canBeLogged(const KeyPlace& key, std::string_view place, std::string_view valueName) {
-    constexpr std::size_t kSeparators = 3;
-    return canBeLogged(key) && isField(valueName) &&
-           ActionLogFormat::kRegistryValue.size() + kSeparators + place.size() + key.path.size() +
-                   valueName.size() <=
-               ActionLogFormat::kLineLimit;
+    return canBeLogged(key) && UndoText::isLastField(valueName) &&
+           UndoText::fitsRecord(ActionLogFormat::kRegistryValue, UndoText::of({place, key.path, valueName}));
 }
 
 // The paths of all levels, the topmost first. Empty components don't count: the registry has none.

@@ -7,18 +7,17 @@
 #include "platform/file_system.h"
 #include "platform/shell_objects.h"
 #include "wini/application_registration.h"
-#include "wini/log_record.h"
+#include "wini/undo_text.h"
 
 namespace {
 
 std::string undoTextOf(const std::string& linkPath) {
-    return std::string(ActionLogFormat::kCreate) + ActionLogFormat::kSeparator + linkPath;
+    return UndoText::of({ActionLogFormat::kCreate, linkPath});
 }
 
 bool canBeUndone(const std::string& linkPath) {
-    const std::string front =
-        std::string(ActionLogFormat::kShortcut) + ActionLogFormat::kSeparator + undoTextOf("");
-    return !linkPath.empty() && logRecordHolds(front, linkPath);
+    return UndoText::isField(linkPath) &&
+           UndoText::fitsRecord(ActionLogFormat::kShortcut, undoTextOf(linkPath));
 }
 
 // The words bring a blank along, so that two of them stand behind it.

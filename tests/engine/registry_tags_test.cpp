@@ -115,17 +115,4 @@ TEST_F(RegistryTagsTest, ChangeTheRegistryWithoutALogAsWell) {
     EXPECT_FALSE(files_.hasFile("/tmp/product.log"));
 }
 
-TEST_F(RegistryTagsTest, WriteNothingWhoseRecordWouldBeCut) {
-    const std::string at = "Place='HKEY_USERS' Path='" + std::string(1010, 'p') + "' ";
-    apply("<AddValue " + at + "Value='N'>x</AddValue><AddKey " + at + "/>");
-    EXPECT_THAT(changes_.calls, IsEmpty());
-    EXPECT_EQ(log_.lines().size(), 2U);
-}
-
-TEST_F(RegistryTagsTest, WriteAnythingThatNeedsNoRecord) {
-    apply("<AddValue Place='HKEY_USERS' Path='" + std::string(1010, 'p') +
-          "' Value='N' ActionLog='1==2'>x</AddValue>");
-    EXPECT_EQ(changes_.calls.size(), 1U);
-}
-
 }  // namespace
