@@ -32,9 +32,16 @@ inline constexpr std::string_view kFirewall = "FIREWALL";
 inline constexpr std::string_view kRegistryKey = "REGKEY";
 inline constexpr std::string_view kRegistryValue = "REGVAL";
 
-// The first field of FILE.
+// First fields. FILE has kCreate and kOver, SHORTCUT kCreate, ENV and INI the ones below it, MODIFYFILE
+// kAddAfter, FIREWALL the last two.
 inline constexpr std::string_view kCreate = "CREATE";
 inline constexpr std::string_view kOver = "OVER";
+inline constexpr std::string_view kReplace = "REPLACE";
+inline constexpr std::string_view kAdd = "ADD";
+inline constexpr std::string_view kNone = "NONE";
+inline constexpr std::string_view kAddAfter = "ADDAFTER";
+inline constexpr std::string_view kPort = "PORT";
+inline constexpr std::string_view kApplication = "APP";
 
 // A whole line as it was written fits every buffer that reads records.
 static_assert(kLineLimit + kLineEnd.size() < kFirstLineBuffer);

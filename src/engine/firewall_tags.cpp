@@ -56,7 +56,8 @@ FirewallResult FirewallTags::addPort(std::int32_t node, InstallerUI* ui) {
     const std::string port = std::to_string(rule.port);
     report(result, "port " + port, ui);
     if (result == FirewallResult::kDone) {
-        context_.log.writeRecord(ActionLogFormat::kFirewall, {"PORT", port, protocols, rule.name});
+        context_.log.writeRecord(ActionLogFormat::kFirewall,
+                                 {ActionLogFormat::kPort, port, protocols, rule.name});
     } else if (result == FirewallResult::kFailed) {
         context_.console->print("ERROR: Adding firewall port: %s (%s)", port.c_str(), rule.name.c_str());
     }
@@ -70,7 +71,7 @@ FirewallResult FirewallTags::addApplication(std::int32_t node, InstallerUI* ui) 
     const FirewallResult result = context_.modifications.firewallAddApplication(target.c_str(), name.c_str());
     report(result, "exception for application: " + target, ui);
     if (result == FirewallResult::kDone) {
-        context_.log.writeRecord(ActionLogFormat::kFirewall, {"APP", target});
+        context_.log.writeRecord(ActionLogFormat::kFirewall, {ActionLogFormat::kApplication, target});
     } else if (result == FirewallResult::kFailed) {
         context_.console->print("ERROR: Adding firewall app: %s (%s)", target.c_str(), name.c_str());
     }

@@ -238,10 +238,10 @@ bool Uninstaller::undoFirewallEntry(Walk& walk, std::string_view fields) {
     const std::string rest(nextLogField(fields));
     FirewallResult result = FirewallResult::kDone;
     std::string line;
-    if (kind == "APP") {
+    if (kind == Format::kApplication) {
         result = parts_.context.modifications.firewallRemoveApplication(rest.c_str());
         line = " application from firewall: " + rest;
-    } else if (kind == "PORT") {
+    } else if (kind == Format::kPort) {
         result = parts_.context.modifications.firewallRemovePort(rest.c_str());
         line = " port from firewall: " + std::string(firstLogField(rest));
     } else {

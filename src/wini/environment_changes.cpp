@@ -13,16 +13,15 @@
 
 namespace {
 
+using ActionLogFormat::kAdd;
+using ActionLogFormat::kCreate;
 using ActionLogFormat::kEnvironment;
+using ActionLogFormat::kNone;
+using ActionLogFormat::kReplace;
 using platform::kSystemEnvironmentKey;
 
 constexpr auto kRoot = platform::RegistryRoot::kLocalMachine;
 constexpr auto kView = platform::RegistryView::kNative;
-
-constexpr char kCreate[] = "CREATE";
-constexpr char kReplace[] = "REPLACE";
-constexpr char kAdd[] = "ADD";
-constexpr char kNone[] = "NONE";
 
 // Of a run of separators keeps one.
 std::string collapsed(std::string_view text) {

@@ -8,11 +8,7 @@
 #include "wini/text_file.h"
 #include "wini/undo_text.h"
 
-namespace {
-
-constexpr char kAddAfter[] = "ADDAFTER";
-
-}  // namespace
+using ActionLogFormat::kAddAfter;
 
 bool FileModifications::modifyFile(const char* path, const char* description, std::string& outUndo,
                                    InstallerUI* ui) {

@@ -35,7 +35,8 @@ void requireProtocol(std::uint8_t protocols) {
 // An empty path is refused by what would have to add it.
 bool canBeUndone(const char* path) {
     return UndoText::isLastField(path) &&
-           UndoText::fitsRecord(ActionLogFormat::kFirewall, UndoText::of({"APP", path}));
+           UndoText::fitsRecord(ActionLogFormat::kFirewall,
+                                UndoText::of({ActionLogFormat::kApplication, path}));
 }
 
 // Two rules of one name could not be told apart.

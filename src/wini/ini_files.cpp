@@ -25,10 +25,9 @@ struct IniFiles::Entry {
 namespace {
 
 using Lines = std::vector<std::string_view>;
-
-constexpr char kCreate[] = "CREATE";
-constexpr char kReplace[] = "REPLACE";
-constexpr char kNone[] = "NONE";
+using ActionLogFormat::kCreate;
+using ActionLogFormat::kNone;
+using ActionLogFormat::kReplace;
 
 constexpr std::string_view kUtf8Mark = "\xef\xbb\xbf";
 
