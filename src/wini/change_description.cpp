@@ -78,6 +78,26 @@ void copyRange(const TextLines& lines, std::size_t first, std::size_t last, Text
                     lines.begin() + static_cast<std::ptrdiff_t>(last));
 }
 
+// Copies the lines, and behind each search block that is found in its turn lets `change` act; it may move the
+// position on. True when one of them changed something.
+template <typename Change>
+bool edit(const std::vector<ChangePair>& pairs, const TextLines& lines, TextLines& outLines, Change change) {
+    outLines.clear();
+    std::size_t position = 0;
+    bool changed = false;
+    for (const ChangePair& pair : pairs) {
+        const auto behind = findBehind(lines, position, pair.search);
+        if (!behind.has_value()) {
+            break;
+        }
+        copyRange(lines, position, *behind, outLines);
+        position = *behind;
+        changed = change(pair, position) || changed;
+    }
+    copyRange(lines, position, lines.size(), outLines);
+    return changed;
+}
+
 }  // namespace
 
 std::optional<std::vector<ChangePair>> parse(const TextLines& lines) {
@@ -97,41 +117,18 @@ std::optional<std::vector<ChangePair>> parse(const TextLines& lines) {
 }
 
 bool apply(const std::vector<ChangePair>& pairs, const TextLines& lines, TextLines& outLines) {
-    outLines.clear();
-    std::size_t position = 0;
-    bool changed = false;
-    for (const ChangePair& pair : pairs) {
-        const auto behind = findBehind(lines, position, pair.search);
-        if (!behind.has_value()) {
-            break;
-        }
-        copyRange(lines, position, *behind, outLines);
+    return edit(pairs, lines, outLines, [&](const ChangePair& pair, std::size_t&) {
         copyRange(pair.addition, 0, pair.addition.size(), outLines);
-        position = *behind;
-        changed = true;
-    }
-    copyRange(lines, position, lines.size(), outLines);
-    return changed;
+        return true;
+    });
 }
 
 bool revert(const std::vector<ChangePair>& pairs, const TextLines& lines, TextLines& outLines) {
-    outLines.clear();
-    std::size_t position = 0;
-    bool changed = false;
-    for (const ChangePair& pair : pairs) {
-        const auto behind = findBehind(lines, position, pair.search);
-        if (!behind.has_value()) {
-            break;
-        }
-        copyRange(lines, position, *behind, outLines);
-        position = *behind;
-        if (standsAt(lines, position, pair.addition)) {
-            position += pair.addition.size();
-            changed = true;
-        }
-    }
-    copyRange(lines, position, lines.size(), outLines);
-    return changed;
+    return edit(pairs, lines, outLines, [&](const ChangePair& pair, std::size_t& position) {
+        const bool stands = standsAt(lines, position, pair.addition);
+        position += stands ? pair.addition.size() : 0;
+        return stands;
+    });
 }
 
 }  // namespace ChangeDescription
