@@ -83,6 +83,7 @@ struct Collaborators {
     EarlierInstallationsScan scan;
     PreviousInstallations previous;
     DescriptionTags tags;
+    TagContext tagContext;
     SystemChanges changes;
     AdditionalActions actions;
     Uninstaller uninstaller;
