@@ -7,7 +7,7 @@
 #include <string>
 
 #include "fakes/fake_platform.h"
-#include "fakes/recording_ui.h"
+#include "fakes/walking_ui.h"
 #include "session/session_flags.h"
 #include "support/p_console.h"
 #include "wini/wini.h"
@@ -28,22 +28,6 @@ void require(bool holds) {
         std::abort();
     }
 }
-
-class WalkingUI : public RecordingUI {
-public:
-    explicit WalkingUI(InstallExchangeInfo& engine) : engine_(engine) {}
-
-    int run() override {
-        int result = 0;
-        for (int step = 0; step < 10 && !engine_.isFinished() && result == 0; ++step) {
-            result = engine_.shift(this, 1);
-        }
-        return result;
-    }
-
-private:
-    InstallExchangeInfo& engine_;
-};
 
 }  // namespace
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "fakes/fake_console.h"
-#include "fakes/recording_ui.h"
+#include "fakes/walking_ui.h"
 #include "machine_state.h"
 #include "package/package_writer.h"
 #include "session/session_flags.h"
@@ -14,23 +14,6 @@ namespace {
 constexpr const char* kPackage = "/kit/package";
 constexpr const char* kLog = "/product/install.log";
 constexpr const char* kLogCopy = "/kit/install.log";
-
-// Walks from the first page to the last.
-class WalkingUI : public RecordingUI {
-public:
-    explicit WalkingUI(InstallExchangeInfo& engine) : engine_(engine) {}
-
-    int run() override {
-        int result = 0;
-        for (int step = 0; step < 10 && !engine_.isFinished() && result == 0; ++step) {
-            result = engine_.shift(this, 1);
-        }
-        return result;
-    }
-
-private:
-    InstallExchangeInfo& engine_;
-};
 
 void pack(FakePlatform& machine, const ProductCase& product) {
     std::vector<PackageFile> list = {{"/kit/src/install.xml", "install.xml", "install.xml"}};
@@ -56,9 +39,7 @@ void pack(FakePlatform& machine, const ProductCase& product) {
 }
 
 // Returns whether the session came to its end, and its result.
-bool runSession(FakePlatform& machine, platform::Platform platform, const char* path, std::uint32_t flags,
-                int& outResult) {
-    (void)machine;
+bool runSession(platform::Platform platform, const char* path, std::uint32_t flags, int& outResult) {
     auto session = std::make_unique<Wini>(platform, 0, 0, 0);
     WalkingUI ui(*session);
     FakeConsole log;
@@ -93,7 +74,7 @@ std::vector<std::string> runRoundTrip(const ProductCase& product) {
     const MachineState start = takeState(machine);
 
     int result = 0;
-    if (!runSession(machine, platform, kPackage, kSessionBackup, result)) {
+    if (!runSession(platform, kPackage, kSessionBackup, result)) {
         return {"The installation doesn't come to its end"};
     }
     if (!machine.files.hasFile(kLog)) {
@@ -101,7 +82,7 @@ std::vector<std::string> runRoundTrip(const ProductCase& product) {
     }
     useMachine(machine, product);
     machine.files.addFile(kLogCopy, machine.files.content(kLog));
-    if (!runSession(machine, platform, kLogCopy, kSessionActionLog, result)) {
+    if (!runSession(platform, kLogCopy, kSessionActionLog, result)) {
         return {"The uninstallation doesn't come to its end"};
     }
     std::vector<std::string> found = differences(expectedEnd(start, product), takeState(machine));
