@@ -55,13 +55,10 @@ enum RunProgramFlag : std::uint32_t {
 // `ui` may be null. Failures are results, and lines of the front end and the session's list of errors where
 // the operation has such; nothing is thrown but std::bad_alloc. Session thread only.
 //
-// An earlier value that the undo text can't hold whole is never lost: that change fails and nothing is
-// written.
+// An earlier value that a record of the action log can't hold whole is never lost: that change fails and
+// nothing is written.
 class SystemModifications {
 public:
-    // An undo text has fewer bytes than this.
-    static constexpr std::size_t kUndoTextSize = 4096;
-
     virtual ~SystemModifications() = default;
 
     // True on success. With `isPath` a text that names the directory of an entry isn't added a second time.

@@ -118,9 +118,7 @@ void Uninstaller::restoreBackup(Walk& walk) {
     if (state_.backupFileName.isEmpty() || archive.openForReading(state_.backupFileName.c_str()) != 0) {
         return;
     }
-    PConsole silent;
-    silent.setEnabled(false);
-    walk.restored = archive.restoreAll(&silent, walk.ui) == 0;
+    walk.restored = archive.restoreAll(nullptr, walk.ui) == 0;
     archive.close();
 }
 
