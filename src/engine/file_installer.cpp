@@ -9,7 +9,7 @@
 #include "engine/file_replacer.h"
 #include "engine/work_report.h"
 #include "package/backup_file.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -27,8 +27,8 @@ std::uint32_t checkSumOf(std::string_view content) {
 
 }  // namespace
 
-FileInstaller::FileInstaller(Parts parts, SessionLog console)
-    : parts_(parts), console_(console), comparer_(parts.files), directories_(parts.files) {}
+FileInstaller::FileInstaller(Parts parts, DebugLog debugLog)
+    : parts_(parts), debugLog_(debugLog), comparer_(parts.files), directories_(parts.files) {}
 
 bool FileInstaller::installFiles(BackupFile& backup, WorkReport& report, const Hook& afterFileInstalled) {
     failed_ = false;
@@ -90,7 +90,7 @@ std::string FileInstaller::prepareDirectory(const FileEntry& file) {
 bool FileInstaller::readContent(Work& work, FileContent& content) {
     if (!parts_.contents.read(work.file.alias, content)) {
         if (!work.file.okIfMissing) {
-            console_->print("ERROR: File missing from the compressed cabinet! (alias: %s)",
+            debugLog_.print("ERROR: File missing from the compressed cabinet! (alias: %s)",
                             work.file.alias.c_str());
             failed_ = true;
         }

@@ -6,7 +6,7 @@
 
 #include "engine/directory_creator.h"
 #include "engine/file_comparer.h"
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class ActionLogWriter;
 class BackupFile;
@@ -33,7 +33,7 @@ public:
         platform::FileSystem& files;
     };
 
-    FileInstaller(Parts parts, SessionLog console);
+    FileInstaller(Parts parts, DebugLog debugLog);
 
     // `backup` is open for writing and gets the former content of files that are to be restorable. The
     // record of a file stands in the log before the file is touched. False when anything failed.
@@ -57,7 +57,7 @@ private:
     static void reportFile(const Work& work, bool stands, WorkReport& report);
 
     Parts parts_;
-    SessionLog console_;
+    DebugLog debugLog_;
     FileComparer comparer_;
     DirectoryCreator directories_;
     bool failed_ = false;

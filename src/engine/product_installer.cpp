@@ -3,7 +3,7 @@
 #include "description/control_variables.h"
 #include "description/variable_store.h"
 #include "engine/installation_records.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 int ProductInstaller::installProduct(WorkReport& report, const std::vector<InstallationPhase>& phases,
                                      const FileInstaller::Hook& afterFileInstalled) {
@@ -48,9 +48,9 @@ void ProductInstaller::reportEnd(WorkReport& report, bool failed) {
 
 void ProductInstaller::reportErrors(WorkReport& report,
                                     const std::vector<const InstallationPhase*>& failedPhases) {
-    console_->print("WARNING: An error ocurred during installation");
+    debugLog_.print("WARNING: An error ocurred during installation");
     for (const InstallationPhase* phase : failedPhases) {
-        console_->print("ERROR: Encountered an error during %s", phase->statusText.c_str());
+        debugLog_.print("ERROR: Encountered an error during %s", phase->statusText.c_str());
         report.addError("Error during: " + phase->statusText);
     }
     const char* variable = parts_.controls.nameOf(ControlVariable::kInstallError);

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "engine/file_installer.h"
-#include "engine/session_log.h"
 #include "engine/work_report.h"
+#include "support/debug_log.h"
 
 class ControlVariables;
 class InstallationRecords;
@@ -31,7 +31,7 @@ public:
         const ControlVariables& controls;
     };
 
-    ProductInstaller(Parts parts, SessionLog console) : parts_(parts), console_(console) {}
+    ProductInstaller(Parts parts, DebugLog debugLog) : parts_(parts), debugLog_(debugLog) {}
 
     // 0, or -1 when any step failed; with temporary files that can't be had nothing is changed. The variable
     // is left alone when the front end ignores errors.
@@ -45,5 +45,5 @@ private:
     void reportErrors(WorkReport& report, const std::vector<const InstallationPhase*>& failedPhases);
 
     Parts parts_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

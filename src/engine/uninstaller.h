@@ -8,11 +8,11 @@
 
 #include "engine/created_directories.h"
 #include "engine/file_in_use.h"
-#include "engine/session_log.h"
 #include "engine/tag_context.h"
 #include "engine/uninstall_state.h"
 #include "engine/wildcard_remover.h"
 #include "engine/work_report.h"
+#include "support/debug_log.h"
 
 class AdditionalActions;
 class ControlVariables;
@@ -105,7 +105,7 @@ private:
     Parts parts_;
     std::unique_ptr<PFileStream>& log_;
     UninstallState& state_;
-    SessionLog console_;
+    DebugLog debugLog_;
     FileInUse fileInUse_;
     CreatedDirectories directories_;
     WildcardRemover wildcards_;

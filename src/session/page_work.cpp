@@ -23,7 +23,7 @@ PageWork::PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFi
     : state_(state),
       parts_(parts),
       afterFileInstalled_(std::move(afterFileInstalled)),
-      console_(state.console) {}
+      debugLog_(state.debugLog) {}
 
 bool PageWork::isActionLogSession() {
     return state_.isActionLogSession();
@@ -71,7 +71,7 @@ int PageWork::installProduct(InstallerUI* ui) {
 }
 
 int PageWork::refuse(const char* work) {
-    console_->print("ERROR: %s is not carried out: this version can not do that", work);
+    debugLog_.print("ERROR: %s is not carried out: this version can not do that", work);
     return 1;
 }
 
