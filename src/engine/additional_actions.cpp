@@ -60,7 +60,7 @@ int AdditionalActions::runAdditionalActions(InstallerUI* ui, const char* contain
         for (const std::int32_t node : context_.tags.childrenOf(group)) {
             runAction(ui, node);
         }
-        WorkReport(ui, &context_.errors).flushLines();
+        Report(ui, &context_.errors).flushLines();
     }
     return 0;
 }
@@ -127,7 +127,7 @@ void AdditionalActions::readProgramFlags(Action& action) {
 void AdditionalActions::showLogLine(InstallerUI* ui, std::int32_t node) {
     const char* line = context_.tags.attribute(node, "Log");
     if (line != nullptr && *line != '\0') {
-        WorkReport(ui, &context_.errors).addLine(context_.tags.expand(line), true);
+        Report(ui, &context_.errors).addLine(context_.tags.expand(line), true);
     }
 }
 

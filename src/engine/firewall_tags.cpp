@@ -24,7 +24,7 @@ int FirewallTags::apply(InstallerUI* ui) {
             result = -1;
         }
     }
-    WorkReport(ui, &context_.errors).flushLines();
+    Report(ui, &context_.errors).flushLines();
     return result;
 }
 
@@ -99,7 +99,7 @@ void FirewallTags::report(FirewallResult result, const std::string& text, Instal
     if (ui == nullptr) {
         return;
     }
-    WorkReport report(ui, &context_.errors);
+    Report report(ui, &context_.errors);
     const std::string line = result == FirewallResult::kNotAvailable
                                  ? "Firewall: Service is NOT switched on and no exceptions can be added!"
                                  : std::string("Firewall: ") +

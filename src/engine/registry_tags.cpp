@@ -12,7 +12,7 @@ void RegistryTags::applyRegistryTag(InstallerUI* ui, std::int32_t node) {
     for (const std::int32_t child : context_.tags.childrenOf(node)) {
         applyChild(ui, child);
     }
-    WorkReport(ui, &context_.errors).flushLines();
+    Report(ui, &context_.errors).flushLines();
     if (openedHere && !context_.log.close()) {
         context_.debugLog.print("ERROR: The changes of the registry could not be written to the action log");
     }
@@ -33,7 +33,7 @@ void RegistryTags::applyChild(InstallerUI* ui, std::int32_t node) {
     carryOut(change);
     const char* line = tags.attribute(node, "Log");
     if (line != nullptr) {
-        WorkReport(ui, &context_.errors).addLine(textOf(change, line), false);
+        Report(ui, &context_.errors).addLine(textOf(change, line), false);
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include "engine/action_log_writer.h"
 #include "engine/description_tags.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "support/debug_log.h"
 
 class InstallerUI;

@@ -92,7 +92,7 @@ void Uninstaller::readBackupFileName(const char* backupPath) {
 
 int Uninstaller::uninstallFromLog(InstallerUI& ui, const char* backupPath) {
     PrepareUninstall(&ui, backupPath);
-    Walk walk{ui, WorkReport(&ui, &parts_.context.errors)};
+    Walk walk{ui, Report(&ui, &parts_.context.errors)};
     restoreBackup(walk);
     walk.report.setStatus("Uninstalling");
     if (log_ != nullptr) {

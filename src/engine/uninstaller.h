@@ -11,7 +11,7 @@
 #include "engine/tag_context.h"
 #include "engine/uninstall_state.h"
 #include "engine/wildcard_remover.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "support/debug_log.h"
 
 class AdditionalActions;
@@ -61,7 +61,7 @@ private:
     // One walk.
     struct Walk {
         InstallerUI& ui;
-        WorkReport report;
+        Report report;
         std::int64_t start = 0;  // of the records in the log
         std::int64_t total = 0;  // lines, and directories
         std::int64_t index = 0;

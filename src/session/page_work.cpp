@@ -66,7 +66,7 @@ int PageWork::installProduct(InstallerUI* ui) {
         {"Running additional installations",
          [&](InstallerUI* u) { return parts_.actions.runAdditionalActions(u, "AdditionalInstall"); }},
     };
-    WorkReport report(ui, &state_.errorList);
+    Report report(ui, &state_.errorList);
     return parts_.installer.installProduct(report, phases, afterFileInstalled_);
 }
 

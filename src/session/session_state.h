@@ -13,7 +13,7 @@
 #include "description/variable_exclusions.h"
 #include "engine/earlier_installations.h"
 #include "engine/uninstall_state.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "package/cabinet.h"
 #include "session/session_flags.h"
 #include "support/debug_log.h"

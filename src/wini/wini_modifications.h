@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "contracts/system_modifications.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "platform/platform.h"
 #include "support/debug_log.h"
 

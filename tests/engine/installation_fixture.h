@@ -20,7 +20,7 @@ protected:
 
     int install() {
         errors_.clear();
-        WorkReport report(&ui_, &errors_);
+        Report report(&ui_, &errors_);
         return installer_.installProduct(report, phases_, hook_);
     }
     std::string installLog() { return files_.content("/app/install.log"); }
