@@ -80,12 +80,13 @@ class Sample(EndToEndTest):
         tree = self.tree("opt/tandrel")
         hello = ["samples/hello.cmd"] if WINDOWS else []
         self.assertEqual(sorted(tree), sorted([
-            "README.md", f"bin/packager{EXE}", "docs/agreement.md", "docs/banner.png", "docs/getting-started.md",
-            f"images/installer{EXE}", "samples/hello.sh", "samples/hello.xml", f"samples/hello-setup{EXE}", *hello,
-            "tandrel.conf", "tandrel.conf.default", "tools.ini", "uninstall/backup.bin",
+            "README.md", "THIRD-PARTY-LICENCES.md", f"bin/packager{EXE}", "docs/agreement.md",
+            "docs/banner.png", "docs/getting-started.md", f"images/installer{EXE}", "samples/hello.sh",
+            "samples/hello.xml", f"samples/hello-setup{EXE}", *hello, "tandrel.conf", "tandrel.conf.default", "tools.ini", "uninstall/backup.bin",
             "uninstall/getting-started.change", "uninstall/install.log", "uninstall/install.xml",
             f"uninstall/installer{EXE}"]))
         self.assertEqual(tree["tandrel.conf"], tree["tandrel.conf.default"])
+        self.assertEqual(tree["THIRD-PARTY-LICENCES.md"], (TOP / "THIRD-PARTY-LICENCES.md").read_bytes())
         self.assertEqual(tree["docs/agreement.md"], (TOP / "samples/tandrel/files/texts/agreement.md").read_bytes())
         guide = self.read_text("opt/tandrel/docs/getting-started.md")
         self.assertTrue(guide.startswith(f"# Getting started\n\nThe packager of this machine is {self.dir}/bin/packager"),
