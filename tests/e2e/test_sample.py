@@ -11,12 +11,13 @@ UNINSTALL_KEY = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Tandre
 ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
 LINK = ".lnk" if WINDOWS else ".desktop"
 URL = ".url" if WINDOWS else ".desktop"
+IMAGE = "installer-windows.exe" if WINDOWS else "installer-linux"
 
 
 class Sample(EndToEndTest):
     def setUp(self):
         super().setUp()
-        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage"), EXE], check=True, timeout=60)
+        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True, timeout=60)
         result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
                                self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
                                self.native("setup" + EXE))
@@ -71,7 +72,7 @@ class Sample(EndToEndTest):
         self.assertIn("Noting where the tools are\n", result.out)
         self.assertIn("Making a first package of the sample\n", result.out)
         result = self.uninstall()
-        self.assertIn("Removing what was made behind the installation\n", result.out)
+        self.assertIn("Removing what was made after the installation\n", result.out)
         self.assertIn("The uninstall was successful.\n", result.out)
         self.assertEqual(self.machine_state(), before)
         self.assert_environment_as_before(environment)
@@ -81,7 +82,7 @@ class Sample(EndToEndTest):
         hello = ["samples/hello.cmd"] if WINDOWS else []
         self.assertEqual(sorted(tree), sorted([
             "README.md", "THIRD-PARTY-LICENCES.md", f"bin/packager{EXE}", "docs/agreement.md",
-            "docs/banner.png", "docs/getting-started.md", f"images/installer{EXE}", "samples/hello.sh",
+            "docs/banner.png", "docs/getting-started.md", f"images/{IMAGE}", "samples/hello.sh",
             "samples/hello.xml", f"samples/hello-setup{EXE}", *hello, "tandrel.conf", "tandrel.conf.default", "tools.ini", "uninstall/backup.bin",
             "uninstall/getting-started.change", "uninstall/install.log", "uninstall/install.xml",
             f"uninstall/installer{EXE}"]))
@@ -95,7 +96,7 @@ class Sample(EndToEndTest):
         settings = configparser.ConfigParser()
         settings.read_string(self.read_text("opt/tandrel/tools.ini"))
         self.assertEqual({name: dict(settings[name]) for name in settings.sections()}, {
-            "build": {"image": f"{self.dir}/images/installer{EXE}", "level": "6"},
+            "build": {"image": f"{self.dir}/images/{IMAGE}", "level": "6"},
             "search": {"samples": f"{self.dir}/samples"}, "people": {"contact": "nobody"}})
         self.assertEqual(list(settings["build"]), ["image", "level"])
 
