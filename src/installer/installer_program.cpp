@@ -7,6 +7,7 @@
 #include "installer/revision.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
+#include "platform/console_device.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"
 #include "platform/named_events.h"
@@ -26,7 +27,7 @@ constexpr bool kHasGraphicalFrontEnd = false;
 }  // namespace
 
 InstallerProgram::InstallerProgram(platform::Platform& platform)
-    : platform_(platform), terminal_(platform.console), log_(platform.files) {}
+    : platform_(platform), log_(platform.files) {}
 
 InstallerProgram::~InstallerProgram() {
     setActiveUI(nullptr);
@@ -135,7 +136,8 @@ int InstallerProgram::loadBinFile() {
 }
 
 int InstallerProgram::runConsoleInstallation() {
-    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
+    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0,
+                                      platform_.console);
     const char* input = options_.configFile != nullptr ? options_.configFile
                         : options_.autoMode            ? "autoInstall"
                                                        : "";
@@ -175,7 +177,8 @@ void InstallerProgram::removeRelaunchCopies() {
 }
 
 int InstallerProgram::runConsoleUninstallation() {
-    ui_ = std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
+    ui_ =
+        std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, platform_.console);
     bool automated = false;
     ui_->createInputProvider("autoUninstall", automated);
     wini_->setUnattended(automated);
@@ -205,6 +208,6 @@ void InstallerProgram::showError(const char* text) {
 }
 
 void InstallerProgram::print(const std::string& text) {
-    terminal_.write(text);
-    terminal_.flush();
+    platform_.console.write(text);
+    platform_.console.flush();
 }

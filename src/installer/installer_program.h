@@ -7,7 +7,6 @@
 #include "installer/run_options.h"
 #include "session/command_line_parameters.h"
 #include "support/p_file_console.h"
-#include "support/terminal.h"
 
 class ConsoleUI;
 class Wini;
@@ -46,7 +45,6 @@ private:
     void print(const std::string& text);
 
     platform::Platform& platform_;
-    SystemTerminal terminal_;
     CommandLineParameters parameters_;
     RunOptions options_;
     PFileConsole log_;
