@@ -1,9 +1,27 @@
-# tandrel_layer(NAME [DEPENDS LAYER...] [LIBRARIES LIB...])
-# A static library of all sources of one folder of src/. The folders are the layers of the system;
-# scripts/check-layers holds the table of the arrows between them. What holds an entry point (main.cpp, and entry.cpp of
-# the platform) belongs to the programs, because test programs have their own.
+# The folders of src/ are the layers of the system. src/layers.txt says which of them each may include; a layer is linked
+# to the same ones. TANDREL_LAYERS lists them, lowest first, and TANDREL_USED_BY_<layer> the layers that one may include.
+set(TANDREL_LAYERS)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/layers.txt)
+file(STRINGS ${CMAKE_SOURCE_DIR}/src/layers.txt table REGEX "^[a-z]")
+foreach(line IN LISTS table)
+  # folder | folders that it may include | what lives there
+  if(NOT line MATCHES "^([a-z_]+)(/[a-z_]+)? *\\|([a-z_/ ]*)\\|")
+    message(FATAL_ERROR "src/layers.txt: cannot read \"${line}\"")
+  endif()
+  set(layer ${CMAKE_MATCH_1})
+  string(REGEX MATCHALL "[a-z_/]+" used "${CMAKE_MATCH_3}")
+  # The parts of a layer (ui/gui) are compiled into its library.
+  list(TRANSFORM used REPLACE "/.*" "")
+  list(APPEND TANDREL_LAYERS ${layer})
+  list(APPEND TANDREL_USED_BY_${layer} ${used})
+  list(REMOVE_ITEM TANDREL_USED_BY_${layer} ${layer})
+  list(REMOVE_DUPLICATES TANDREL_USED_BY_${layer})
+endforeach()
+list(REMOVE_DUPLICATES TANDREL_LAYERS)
+
+# tandrel_layer(NAME): a static library of all sources of one layer, linked to the layers that it may include. What holds
+# an entry point (main.cpp, and entry.cpp of the platform) belongs to the programs, because test programs have their own.
 function(tandrel_layer name)
-  cmake_parse_arguments(LAYER "" "" "DEPENDS;LIBRARIES" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/(main|entry)\\.cpp$")
   if(WIN32)
@@ -11,10 +29,7 @@ function(tandrel_layer name)
   else()
     list(FILTER sources EXCLUDE REGEX "/platform/windows/")
   endif()
-  set(libraries ${LAYER_LIBRARIES})
-  foreach(dependency ${LAYER_DEPENDS})
-    list(APPEND libraries tandrel_${dependency})
-  endforeach()
+  list(TRANSFORM TANDREL_USED_BY_${name} PREPEND tandrel_ OUTPUT_VARIABLE libraries)
   if(sources)
     add_library(tandrel_${name} STATIC ${sources})
     target_include_directories(tandrel_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})

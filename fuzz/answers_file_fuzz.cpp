@@ -104,7 +104,7 @@ private:
     TableEnvironment environment_;
     AnyLog logs_;
     FakeConsole log_;
-    PConsole* console_ = &log_;
+    DebugLog console_{log_};
     const CommandLineArguments* arguments_ = nullptr;
     std::int32_t isGraphical_ = 0;
     std::int32_t debugLevel_ = 2;

@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(result >= -1 && result <= 1);
 
     TextVariables variables(text);
-    PConsole* noLog = nullptr;
+    DebugLog noLog;
     Expressions expressions(variables, noLog);
     const int expanded = expressions.evaluateCondition(text.c_str());
     require(expanded >= -1 && expanded <= 1);

@@ -1,27 +1,40 @@
 #!/usr/bin/env python3
 """Proves that check-layers accepts a good tree and finds each kind of violation in a bad one."""
 
-import pathlib
-import subprocess
-import tempfile
 import unittest
 
-SCRIPT = pathlib.Path(__file__).resolve().parent.parent / "check-layers"
+from temporary_tree import SCRIPTS, run_check
+
+# The real table is what the cases below prove.
+LAYERS = (SCRIPTS.parent / "src" / "layers.txt").read_text(encoding="utf-8")
 
 GOOD = {
+    "src/layers.txt": LAYERS,
     "src/base/errors.h": "#include <string>\n",
     "src/base/errors.cpp": '#include "base/errors.h"\n\n#include <vector>\n',
     "src/contracts/installer_ui.h": '#include "base/errors.h"\n',
     "src/platform/file_system.h": '#include "base/errors.h"\n',
     "src/platform/posix/file_system.cpp": '#include "platform/file_system.h"\n#include <unistd.h>\n#ifdef __linux__\n#endif\n',
     "src/platform/windows/file_system.cpp": '#include "platform/file_system.h"\n#include <windows.h>\n',
+    "src/platform/platform.h": "#pragma once\nstruct Platform {};\n\nPlatform systemPlatform();\n",
+    "src/platform/registry.h": "class Registry;\nRegistry& systemRegistry();\n",
     "src/package/cabinet.h": "#include <zlib.h>\n",
+    "src/package/low.h": '#include "platform/file_system.h"\n',
+    "src/engine/uninstaller.h": "",
+    "src/engine/uninstaller.cpp": '#include "engine/uninstaller.h"\n\n#include "engine/changes/registry_change.h"\n',
+    "src/engine/records.h": "",
+    "src/engine/changes/registry_change.h": '#include "engine/records.h"\n#include "platform/registry.h"\n',
     "src/ui/navigator.h": '#include "contracts/installer_ui.h"\n',
     "src/ui/console/prompt.h": '#include "ui/navigator.h"\n',
     "src/ui/gui/frame.h": "#include <wx/frame.h>\n#include <png.h>\n",
-    "src/session/installer.h": '#include "ui/navigator.h"\n',
-    "src/installer/main.cpp": '#include "session/installer.h"\n#include "ui/console/prompt.h"\n',
-    "src/packager/main.cpp": '#include "package/cabinet.h"\n// #include <windows.h>\n/* #ifdef _WIN32 */\n',
+    "src/session/installer.h": '#include "ui/navigator.h"\n#include "platform/registry.h"\n',
+    "src/wini/wini.h": '#include "session/installer.h"\n#include "engine/changes/registry_change.h"\n',
+    "src/installer/main.cpp": '#include "session/installer.h"\n#include "ui/console/prompt.h"\n'
+                              "auto system = platform::systemPlatform();\n",
+    "src/packager/main.cpp": '#include "package/cabinet.h"\n// #include <windows.h>\n/* #ifdef _WIN32 */\n'
+                             "auto& registry = platform::systemRegistry();\n",
+    "src/ui/names.h": "bool systemName(int);\nint a = machine.systemRegistry() + machine->systemRegistry();\n"
+                      "// platform::systemRegistry()\nplatform::Registry& systemRegistry_;\n",
     "tests/base/errors_test.cpp": '#include "base/errors.h"\n#include <gtest/gtest.h>\n',
     "tests/platform/posix/file_system_test.cpp": "#include <unistd.h>\nint x = getpid();\n",
     "tests/platform/windows/file_system_test.cpp": "#include <windows.h>\nint x = GetLastError();\n",
@@ -33,11 +46,15 @@ BAD = [
     ("src/base/up.h", '#include "platform/file_system.h"', "base must not include platform"),
     ("src/contracts/up.h", '#include "platform/file_system.h"', "contracts must not include platform"),
     ("src/text/side.h", '#include "contracts/installer_ui.h"', "text must not include contracts"),
-    ("src/package/low.h", '\n#include "platform/file_system.h"', "package must not include platform"),
+    ("src/text/low.h", '\n#include "platform/file_system.h"', "text must not include platform"),
+    ("src/package/up.h", '#include "engine/uninstaller.h"', "package must not include engine"),
+    ("src/ui/side.h", '#include "engine/uninstaller.h"', "ui must not include engine"),
+    ("src/ui/part.h", '#include "engine/changes/registry_change.h"', "ui must not include engine/changes"),
+    ("src/engine/changes/up.h", '#include "session/installer.h"', "engine/changes must not include session"),
     ("src/ui/front.h", '#include "ui/console/prompt.h"', "ui must not include ui/console"),
     ("src/ui/console/side.h", '#include "ui/gui/frame.h"', "ui/console must not include ui/gui"),
     ("src/session/front.h", '#include "ui/console/prompt.h"', "session must not include ui/console"),
-    ("src/session/low.h", '#include "platform/file_system.h"', "session must not include platform"),
+    ("src/session/low.h", '#include "platform/windows/x.h"', "session must not include platform/windows"),
     ("src/packager/side.h", '#include "session/installer.h"', "packager must not include session"),
     ("src/platform/posix/side.h", '#include "platform/windows/x.h"', "platform/posix must not include platform/windows"),
     ("src/installer/low.h", '#include "platform/windows/x.h"', "installer must not include platform/windows"),
@@ -68,39 +85,85 @@ BAD = [
     ("src/support/wait.cpp", "#include <semaphore>", "<semaphore> can lose a wake-up"),
     ("tests/support/wait_test.cpp", "#include <barrier>", "<barrier> can lose a wake-up"),
     ("tests/base/ask_test.cpp", "#ifdef _WIN32", "platform conditional (_WIN32)"),
+    ("src/wini/call.h", "auto& r = platform::systemRegistry();", "systemRegistry() reaches for the real machine"),
+    ("src/support/default.h", "void run(\n    platform::X& x = platform :: systemX());", "systemX() reaches for"),
+    ("src/engine/using.h", "using platform::systemRegistry;", "systemRegistry() reaches for the real machine"),
+    ("src/ui/using.h", "using namespace platform;\nauto& r = systemRegistry ();", "systemRegistry() reaches for"),
+    ("src/session/alias.h", "namespace p = platform;\nauto s = p::systemPlatform();", "systemPlatform() reaches for"),
+    ("src/packager/other.cpp", "auto& r = platform::systemRegistry();", "systemRegistry() reaches for the real machine"),
+]
+# Faults of the table: (a line that is added to it, what the message must contain).
+BAD_LINES = [
+    ("text | base | markdown", "text has a line already"),
+    ("extra | base", "not \"folder | folders | purpose\""),
+    ("extra | base |", "not \"folder | folders | purpose\""),
+    ("extra | base | one; two", "not \"folder | folders | purpose\""),
+    ("extra | nothing | a layer", "extra names nothing, which has no line"),
+    ("base/part | ui | a part", "base/part names ui, which is a higher layer"),
 ]
 HELPERS = {"src/platform/windows/x.h": "", "src/wini/own.h": "", "src/platform/own.h": ""}
 
 
 def check(files):
-    with tempfile.TemporaryDirectory() as root:
-        for name, text in files.items():
-            path = pathlib.Path(root, name)
-            path.parent.mkdir(parents=True, exist_ok=True)
-            path.write_text(text)
-        done = subprocess.run([SCRIPT, root], capture_output=True, text=True, check=False)
-        return done.returncode, done.stdout.splitlines(), done.stderr
+    return run_check("check-layers", files)
 
 
 class CheckLayersTest(unittest.TestCase):
     def test_accepts_a_good_tree(self):
-        self.assertEqual(check(GOOD), (0, [], ""))
+        self.assertEqual(check(GOOD), (0, []))
 
     def test_finds_each_violation_at_its_line(self):
         for name, text, message in BAD:
             with self.subTest(name):
-                code, lines, _ = check({**GOOD, **HELPERS, name: text + "\n"})
+                code, lines = check({**GOOD, **HELPERS, name: text + "\n"})
                 self.assertEqual(code, 1)
                 self.assertEqual(len(lines), 1, lines)
                 self.assertTrue(lines[0].startswith(f"{name}:{text.count(chr(10)) + 1}: "), lines)
                 self.assertIn(message, lines[0])
 
     def test_reports_all_violations_of_a_tree(self):
-        code, lines, _ = check({**GOOD, **HELPERS, **{name: text + "\n" for name, text, _ in BAD}})
+        code, lines = check({**GOOD, **HELPERS, **{name: text + "\n" for name, text, _ in BAD}})
         self.assertEqual((code, len(lines)), (1, len(BAD)))
 
-    def test_a_tree_without_sources_is_an_error(self):
-        self.assertEqual(check({"tests/x.h": ""})[0], 2)
+    def test_finds_each_fault_of_the_table(self):
+        for line, message in BAD_LINES:
+            with self.subTest(line):
+                # A line for "base/part" has to be above that of "ui".
+                table = f"{line}\n{LAYERS}" if line.startswith("base/") else f"{LAYERS}{line}\n"
+                code, lines = check({**GOOD, "src/layers.txt": table})
+                self.assertEqual((code, len(lines)), (1, 1), lines)
+                self.assertTrue(lines[0].startswith(f"src/layers.txt:{table.splitlines().index(line) + 1}: "), lines)
+                self.assertIn(message, lines[0])
+
+    def test_a_tree_without_the_table_is_an_error(self):
+        self.assertEqual(check({"src/base/x.h": ""})[0], 2)
+
+
+class UnitCycleTest(unittest.TestCase):
+    def cycles(self, includes):
+        """The cycles that are reported for units of base/, each given as file -> headers that it includes."""
+        texts = {f"src/base/{name}": "".join(f'#include "base/{header}"\n' for header in headers)
+                 for name, headers in includes.items()}
+        code, lines = check({"src/layers.txt": LAYERS, **texts})
+        self.assertEqual(code, 1 if lines else 0)
+        return lines
+
+    def test_accepts_units_in_a_row(self):
+        self.assertEqual(self.cycles({"a.h": ["b.h", "c.h"], "a.cpp": ["a.h"], "b.h": ["c.h"], "c.h": []}), [])
+
+    def test_finds_headers_that_include_each_other(self):
+        self.assertEqual(self.cycles({"a.h": ["b.h"], "b.h": ["a.h"]}),
+                         ["src/base/a.h:1: cycle of units: base/a -> base/b -> base/a"])
+
+    def test_counts_the_source_to_its_header(self):
+        self.assertEqual(self.cycles({"a.h": [], "a.cpp": ["a.h", "b.h"], "b.h": ["c.h"], "c.h": ["a.h"]}),
+                         ["src/base/a.cpp:2: cycle of units: base/a -> base/b -> base/c -> base/a"])
+
+    def test_reports_one_shortest_cycle_of_each_knot(self):
+        knots = {"a.h": ["b.h"], "b.h": ["c.h", "a.h"], "c.h": ["a.h"], "x.h": ["y.h"], "y.h": ["x.h"], "z.h": ["x.h"]}
+        self.assertEqual(self.cycles(knots),
+                         ["src/base/a.h:1: cycle of units: base/a -> base/b -> base/a",
+                          "src/base/x.h:1: cycle of units: base/x -> base/y -> base/x"])
 
 
 if __name__ == "__main__":

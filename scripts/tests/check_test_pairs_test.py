@@ -1,12 +1,9 @@
 #!/usr/bin/env python3
 """Proves that check-test-pairs finds sources without tests and tests without sources."""
 
-import pathlib
-import subprocess
-import tempfile
 import unittest
 
-SCRIPT = pathlib.Path(__file__).resolve().parent.parent / "check-test-pairs"
+from temporary_tree import run_check
 
 GOOD = [
     "src/base/errors.h", "src/base/errors.cpp", "tests/base/errors_test.cpp",
@@ -19,13 +16,7 @@ GOOD = [
 
 
 def check(files):
-    with tempfile.TemporaryDirectory() as root:
-        for name in files:
-            path = pathlib.Path(root, name)
-            path.parent.mkdir(parents=True, exist_ok=True)
-            path.touch()
-        done = subprocess.run([SCRIPT, root], capture_output=True, text=True, check=False)
-        return done.returncode, done.stdout.splitlines()
+    return run_check("check-test-pairs", dict.fromkeys(files, ""))
 
 
 class CheckTestPairsTest(unittest.TestCase):

@@ -4,7 +4,7 @@
 
 #include "base/text_functions.h"
 #include "description/pxml.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ const char* ControlVariables::tagOf(ControlVariable role) {
     return kTags[static_cast<std::size_t>(role)];
 }
 
-int ControlVariables::read(const PXML& description, PConsole* console) {
+int ControlVariables::read(const PXML& description, DebugLog debugLog) {
     for (auto& name : names_) {
         name.assign("");
     }
@@ -44,15 +44,15 @@ int ControlVariables::read(const PXML& description, PConsole* console) {
         const std::int32_t node = findTag(description, nodes, kTags[i]);
         const char* text = description.getText(node);
         names_[i].assign(text);
-        if (console == nullptr || !names_[i].isEmpty()) {
+        if (!names_[i].isEmpty()) {
             continue;
         }
         if (node < 0) {
-            console->print(
+            debugLog.print(
                 "WARNING: Missing control variable specifier in the installation template. (tag %s)",
                 kTags[i]);
         } else {
-            console->print(
+            debugLog.print(
                 "WARNING: Missing tag data for variable specifier in the installation template. (tag %s)",
                 kTags[i]);
         }

@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "base/fixed_text.h"
+#include "support/debug_log.h"
 
-class PConsole;
 class PXML;
 
 // The roles that variables play in the engine, in their fixed order.
@@ -30,7 +30,7 @@ public:
 
     // Reads the names from the element InstallerControlVariables. 0, or 1 when there is none, which the
     // caller reports. Tags that are missing or empty are logged and leave their role without a variable.
-    int read(const PXML& description, PConsole* console);
+    int read(const PXML& description, DebugLog debugLog);
 
     // The variable's name, at most 199 bytes; empty when no variable plays the role, and then nothing that
     // would touch it happens. Valid as long as this object.

@@ -11,7 +11,7 @@
 #include "description/pxml.h"
 #include "description/variable_exclusions.h"
 #include "description/variable_store.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -24,13 +24,12 @@ constexpr int kPredefined = -2;
 
 DefaultValuesLoader::DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables,
                                          VariableExclusions& exclusions, LaidOverSources sources,
-                                         const std::int32_t& debugLevel, PConsole*& console)
+                                         DebugLog debugLog)
     : reader_(reader),
       variables_(variables),
       exclusions_(exclusions),
       sources_(sources),
-      debugLevel_(debugLevel),
-      console_(console) {}
+      debugLog_(debugLog) {}
 
 int DefaultValuesLoader::loadDefaultValues(const PXML& description, const char* configFile, InstallerUI* ui) {
     const int result = reader_.readDefValues(description);
@@ -54,9 +53,7 @@ int DefaultValuesLoader::readConfigFile(const char* configFile, InstallerUI* ui)
     OUtils::formatText(message, sizeof message,
                        "Error loading configuration file \"%s\" (%i). Installation can not continue.",
                        configFile, status);
-    if (console_ != nullptr) {
-        console_->print("ERROR: %s", message);
-    }
+    debugLog_.print("ERROR: %s", message);
     if (ui != nullptr) {
         ui->messageBox(message, MessageKind::kInformation);
     }
@@ -91,16 +88,16 @@ void DefaultValuesLoader::applyCommandLine() {
 }
 
 void DefaultValuesLoader::listVariables() {
-    if (console_ == nullptr || debugLevel_ < kListingLevel) {
+    if (debugLog_.level() < kListingLevel) {
         return;
     }
-    console_->print("Installation variables used (%d):", static_cast<int>(variables_.getCount()));
+    debugLog_.print("Installation variables used (%d):", static_cast<int>(variables_.getCount()));
     for (std::int32_t i = 0; i < variables_.getCount(); ++i) {
         const InstallVariable& variable = variables_.at(i);
         if (variable.value == variable.defaultValue) {
-            console_->print("  [%s] = \"%s\"", variable.name.c_str(), variable.value.c_str());
+            debugLog_.print("  [%s] = \"%s\"", variable.name.c_str(), variable.value.c_str());
         } else {
-            console_->print("  [%s] = \"%s\" (%s)", variable.name.c_str(), variable.value.c_str(),
+            debugLog_.print("  [%s] = \"%s\" (%s)", variable.name.c_str(), variable.value.c_str(),
                             variable.defaultValue.c_str());
         }
     }

@@ -2,10 +2,11 @@
 
 #include <cstdint>
 
+#include "support/debug_log.h"
+
 class CommandLineArguments;
 class DefaultValuesReader;
 class InstallerUI;
-class PConsole;
 class PXML;
 class VariableExclusions;
 class VariableStore;
@@ -24,9 +25,9 @@ struct LaidOverSources {
 // the command line.
 class DefaultValuesLoader {
 public:
-    // From `debugLevel` 2 on the variables are listed in the log at the end.
+    // From level 2 of the log on the variables are listed in the log at the end.
     DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables, VariableExclusions& exclusions,
-                        LaidOverSources sources, const std::int32_t& debugLevel, PConsole*& console);
+                        LaidOverSources sources, DebugLog debugLog);
 
     // 0, or -1 when the description has no DefValues element or the configuration file can't be loaded, which
     // is shown through `ui` (may be null) and logged. `configFile` is null or empty when there is none, and
@@ -47,6 +48,5 @@ private:
     VariableStore& variables_;
     VariableExclusions& exclusions_;
     LaidOverSources sources_;
-    const std::int32_t& debugLevel_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

@@ -13,7 +13,7 @@
 #include "description/log_variable_source.h"
 #include "description/pxml.h"
 #include "description/variable_store.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -95,11 +95,11 @@ const char* initialText(const char* dataType, const char* defaultText, const cha
 }  // namespace
 
 DefaultValuesReader::DefaultValuesReader(VariableStore& variables, Expressions& expressions,
-                                         DefaultValueSources sources, PConsole*& console)
+                                         DefaultValueSources sources, DebugLog debugLog)
     : variables_(variables),
       expressions_(expressions),
       sources_(sources),
-      console_(console),
+      debugLog_(debugLog),
       registry_(sources.system) {}
 
 namespace {
@@ -178,10 +178,7 @@ void DefaultValuesReader::declare(const PXML& document, std::int32_t node) {
 
 void DefaultValuesReader::define(const PXML& document, std::int32_t node, std::size_t position) {
     if (!isVariableElement(document, node)) {
-        if (console_ != nullptr) {
-            console_->print("WARNING: Unrecognized tag type \"%s\" in <DefValues> tag!",
-                            document.getName(node));
-        }
+        debugLog_.print("WARNING: Unrecognized tag type \"%s\" in <DefValues> tag!", document.getName(node));
         return;
     }
     Value value;
@@ -202,12 +199,9 @@ void DefaultValuesReader::define(const PXML& document, std::int32_t node, std::s
 
 // The message says "Type" for the attribute DataType; tools look for these words.
 void DefaultValuesReader::warnOfMissing(const Value& value, std::size_t position) {
-    if (console_ == nullptr) {
-        return;
-    }
     const bool both = value.dataType == nullptr && value.name == nullptr;
     const std::string name = value.name == nullptr ? "" : std::string(" with name: ") + value.name;
-    console_->print("WARNING: A variable in <DefValues> is missing %s%s%s attribute! (Value index: %d%s)",
+    debugLog_.print("WARNING: A variable in <DefValues> is missing %s%s%s attribute! (Value index: %d%s)",
                     value.dataType == nullptr ? "\"Type\"" : "", both ? " and " : "",
                     value.name == nullptr ? "\"Name\"" : "", static_cast<int>(position), name.c_str());
 }
@@ -336,9 +330,7 @@ void DefaultValuesReader::defineFromFile(const Value& value) {
     variables_.setVariable(value.name, fallback);
     if (!value.mayOverwrite) {
         variables_.setDefaultValue(value.name, fallback);
-        if (console_ != nullptr) {
-            console_->print("WARNING: File check variables should NOT be used from previous installations!");
-        }
+        debugLog_.print("WARNING: File check variables should NOT be used from previous installations!");
     }
 }
 

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "description/registry_lookup.h"
+#include "support/debug_log.h"
 
 class CommandLineArguments;
 class EnvironmentAccess;
 class Expressions;
 class LogVariableSource;
-class PConsole;
 class PXML;
 class SystemOperations;
 class VariableStore;
@@ -28,7 +28,7 @@ struct DefaultValueSources {
 class DefaultValuesReader {
 public:
     DefaultValuesReader(VariableStore& variables, Expressions& expressions, DefaultValueSources sources,
-                        PConsole*& console);
+                        DebugLog debugLog);
 
     // 0, or -1 when the document has no DefValues element. Everything else that is wrong is logged, and the
     // variable in question stays as it was.
@@ -61,6 +61,6 @@ private:
     VariableStore& variables_;
     Expressions& expressions_;
     DefaultValueSources sources_;
-    PConsole*& console_;
+    DebugLog debugLog_;
     RegistryLookup registry_;
 };

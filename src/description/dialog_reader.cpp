@@ -5,7 +5,7 @@
 #include "description/dialog_buttons.h"
 #include "description/dialog_words.h"
 #include "description/pxml.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -87,9 +87,7 @@ int DialogReader::readSubDialogs(DialogDesc& dialog) {
     }
     const std::int32_t section = description_.findChild(dialog.node, "SubDialogs");
     if (section < 0) {
-        if (console_ != nullptr) {
-            console_->print("ERROR: Could NOT find <SubDialogs> tag! (parent: %s)", dialog.name.c_str());
-        }
+        debugLog_.print("ERROR: Could NOT find <SubDialogs> tag! (parent: %s)", dialog.name.c_str());
         return -1;
     }
     int buttons = 0;
@@ -107,9 +105,7 @@ int DialogReader::readSubDialogs(DialogDesc& dialog) {
 int DialogReader::readTaskList(DialogDesc& dialog) {
     const std::int32_t section = description_.findChild(dialog.node, "TaskList");
     if (section < 0) {
-        if (console_ != nullptr) {
-            console_->print("ERROR: Could NOT find <TaskList> tag! (parent: %s)", dialog.name.c_str());
-        }
+        debugLog_.print("ERROR: Could NOT find <TaskList> tag! (parent: %s)", dialog.name.c_str());
         return -1;
     }
     for (const std::int32_t node : childrenOf(section)) {
@@ -172,10 +168,8 @@ bool DialogReader::readField(std::int32_t node, const DialogDesc& dialog, Dialog
     const char* type = attribute(node, "Type");
     outField.type = DialogWords::fieldType(type);
     if (outField.type < 0) {
-        if (console_ != nullptr) {
-            console_->print("WARNING: Unrecognized field type = %s (Parent dlg name: %s)",
-                            type == nullptr ? "" : type, dialog.name.c_str());
-        }
+        debugLog_.print("WARNING: Unrecognized field type = %s (Parent dlg name: %s)",
+                        type == nullptr ? "" : type, dialog.name.c_str());
         return false;
     }
     outField.label.assign(attribute(node, "Label"));
@@ -257,11 +251,8 @@ void DialogReader::readTrigger(std::int32_t node, DialogDesc& dialog) {
     const char* value = attribute(node, "Value");
     const bool needsValue = trigger.type != kTriggerVarReset && trigger.type != kTriggerVarRecalculation;
     if (trigger.when == 0 || (needsValue && value == nullptr)) {
-        if (console_ != nullptr) {
-            console_->print(
-                "WARNING: Extracted a trigger with no type nor specified value (Parent dlg name: %s)",
-                dialog.name.c_str());
-        }
+        debugLog_.print("WARNING: Extracted a trigger with no type nor specified value (Parent dlg name: %s)",
+                        dialog.name.c_str());
         return;
     }
     trigger.variable.assign(attribute(node, "Variable"));
@@ -276,8 +267,8 @@ std::int32_t DialogReader::readTriggerType(std::int32_t node, const DialogDesc& 
         return kTriggerVarChange;
     }
     const std::int32_t type = DialogWords::triggerType(word);
-    if (type < 0 && console_ != nullptr) {
-        console_->print("WARNING: Unrecognized trigger type = %s (Parent dlg name: %s)", word,
+    if (type < 0) {
+        debugLog_.print("WARNING: Unrecognized trigger type = %s (Parent dlg name: %s)", word,
                         dialog.name.c_str());
     }
     return type < 0 ? kTriggerVarChange : type;

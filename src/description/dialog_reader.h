@@ -4,16 +4,16 @@
 #include <vector>
 
 #include "description/dialog_model.h"
+#include "support/debug_log.h"
 
 class ColourTheme;
-class PConsole;
 class PXML;
 
 // Reads the dialogs of the description into the model.
 class DialogReader {
 public:
-    DialogReader(const PXML& description, const ColourTheme& theme, DialogModel& model, PConsole*& console)
-        : description_(description), theme_(theme), model_(model), console_(console) {}
+    DialogReader(const PXML& description, const ColourTheme& theme, DialogModel& model, DebugLog debugLog)
+        : description_(description), theme_(theme), model_(model), debugLog_(debugLog) {}
 
     // Fills the model anew from the element Dialogs, or UninstallDialogs in a session that uninstalls, whose
     // dialogs have no fields. 0; negative when the element is missing or a dialog with sub-dialogs lacks a
@@ -48,6 +48,6 @@ private:
     const PXML& description_;
     const ColourTheme& theme_;
     DialogModel& model_;
-    PConsole*& console_;
+    DebugLog debugLog_;
     bool uninstalling_ = false;
 };

@@ -10,7 +10,7 @@ constexpr int kConditionSize = 2048;
 }  // namespace
 
 int Expressions::expandVariables(const char* source, char* destination, int size, bool stopOnMissing) {
-    return expandBracketVariables(variables_, console_, source, destination, size, stopOnMissing);
+    return expandBracketVariables(variables_, debugLog_, source, destination, size, stopOnMissing);
 }
 
 int Expressions::expandDollarVariables(const char* source, char* destination, int size) {

@@ -1,13 +1,14 @@
 #pragma once
 
-class PConsole;
+#include "support/debug_log.h"
+
 class VariableLookup;
 
 // The two forms of variable references and the language of conditions.
 class Expressions {
 public:
-    // `console` is the session's debug log and may be null at any time.
-    Expressions(VariableLookup& variables, PConsole*& console) : variables_(variables), console_(console) {}
+    //
+    Expressions(VariableLookup& variables, DebugLog debugLog) : variables_(variables), debugLog_(debugLog) {}
 
     // Puts values in the place of [NAME]. Returns the bytes that the whole expansion needs, with the
     // terminator; 0 when `source` is null or empty or, with `stopOnMissing`, a variable is missing, and then
@@ -27,5 +28,5 @@ public:
 
 private:
     VariableLookup& variables_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

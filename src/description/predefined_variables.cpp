@@ -3,7 +3,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/environment_access.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 struct PredefinedVariables::Entry {
     const char* name;
@@ -12,8 +12,8 @@ struct PredefinedVariables::Entry {
 };
 
 PredefinedVariables::PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment,
-                                         PConsole*& console)
-    : isGraphical_(isGraphical), environment_(environment), console_(console) {}
+                                         DebugLog debugLog)
+    : isGraphical_(isGraphical), environment_(environment), debugLog_(debugLog) {}
 
 const PredefinedVariables::Entry PredefinedVariables::kEntries[] = {
     {"GUI_INSTALL", &PredefinedVariables::guiInstall},
@@ -81,9 +81,7 @@ bool PredefinedVariables::temporaryDirectory(std::string& outValue) {
         return true;
     }
     outValue.clear();
-    if (console_ != nullptr) {
-        console_->print("WARNING: Failed to obtain temp directory for variable usage!");
-    }
+    debugLog_.print("WARNING: Failed to obtain temp directory for variable usage!");
     return false;
 }
 

@@ -5,15 +5,16 @@
 #include <string_view>
 #include <vector>
 
+#include "support/debug_log.h"
+
 class EnvironmentAccess;
-class PConsole;
 
 // The variables that always exist and can't be written: GUI_INSTALL, INSTALLER_DIR, INSTALLER_FILE_NAME,
 // TEMP_DIR, WX_PORT, OPERATING_SYSTEM. Names ignore ASCII case.
 class PredefinedVariables {
 public:
     // `isGraphical` is the session's flag, non-zero with the graphical front end.
-    PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment, PConsole*& console);
+    PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment, DebugLog debugLog);
 
     static bool isPredefined(const char* name);
     static std::vector<std::string_view> names();
@@ -34,5 +35,5 @@ private:
 
     const std::int32_t& isGraphical_;
     EnvironmentAccess& environment_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

@@ -7,7 +7,7 @@
 #include "description/dialog_model.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -17,23 +17,21 @@ std::int32_t colourOf(const PXML& description, std::int32_t node) {
     return text != nullptr && *text != '\0' ? ColourTheme::parseHexColour(text) : -1;
 }
 
-void readGroup(const PXML& description, std::int32_t node, PConsole* console, ColourTheme& theme) {
+void readGroup(const PXML& description, std::int32_t node, DebugLog debugLog, ColourTheme& theme) {
     const char* name = description.getAttribute(node, "Name");
     if (name != nullptr && *name != '\0') {
         theme.setGroup(name, colourOf(description, node));
-    } else if (console != nullptr) {
-        console->print("WARNING: Theme custom group tag missing a 'Name' attribute!");
-    }
+    } else
+        debugLog.print("WARNING: Theme custom group tag missing a 'Name' attribute!");
 }
 
-void readSlot(const PXML& description, std::int32_t node, PConsole* console, ColourTheme& theme) {
+void readSlot(const PXML& description, std::int32_t node, DebugLog debugLog, ColourTheme& theme) {
     const std::int32_t slot = ColourTheme::findSlot(description.getName(node));
     if (slot >= 0) {
         theme.setColour(static_cast<ThemeSlot>(slot), colourOf(description, node));
-    } else if (console != nullptr) {
-        console->print("WARNING: Colour theme tag is not supported by installer: \"%s\"",
+    } else
+        debugLog.print("WARNING: Colour theme tag is not supported by installer: \"%s\"",
                        description.getName(node));
-    }
 }
 
 void fill(std::int32_t& colour, std::int32_t fallback) {
@@ -132,7 +130,7 @@ private:
 
 }  // namespace
 
-void readColourTheme(const PXML& description, Expressions& expressions, PConsole* console,
+void readColourTheme(const PXML& description, Expressions& expressions, DebugLog debugLog,
                      ColourTheme& outTheme) {
     const std::int32_t section = description.findByName("ColourTheme");
     if (section < 0) {
@@ -146,9 +144,9 @@ void readColourTheme(const PXML& description, Expressions& expressions, PConsole
             continue;
         }
         if (std::strcmp(description.getName(node), "CustomGroup") == 0) {
-            readGroup(description, node, console, outTheme);
+            readGroup(description, node, debugLog, outTheme);
         } else {
-            readSlot(description, node, console, outTheme);
+            readSlot(description, node, debugLog, outTheme);
         }
     }
 }

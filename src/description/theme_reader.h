@@ -1,13 +1,14 @@
 #pragma once
 
+#include "support/debug_log.h"
+
 class ColourTheme;
 class DialogModel;
 class Expressions;
-class PConsole;
 class PXML;
 
 // Reads the element ColourTheme, if there is one, ahead of the dialogs that refer to its groups.
-void readColourTheme(const PXML& description, Expressions& expressions, PConsole* console,
+void readColourTheme(const PXML& description, Expressions& expressions, DebugLog debugLog,
                      ColourTheme& outTheme);
 
 // Fills the colours that dialogs, elements, fields and buttons leave open from the theme, after the dialogs

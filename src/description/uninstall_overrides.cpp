@@ -9,7 +9,7 @@
 #include "description/expressions.h"
 #include "description/pxml.h"
 #include "description/variable_store.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -19,8 +19,8 @@ constexpr int kPredefined = -2;
 }  // namespace
 
 UninstallOverrides::UninstallOverrides(const PXML& description, VariableStore& source,
-                                       Expressions& expressions, PConsole*& console)
-    : description_(description), source_(source), expressions_(expressions), console_(console) {}
+                                       Expressions& expressions, DebugLog debugLog)
+    : description_(description), source_(source), expressions_(expressions), debugLog_(debugLog) {}
 
 void UninstallOverrides::apply(VariableStore& target, const char* applicationName) {
     for (std::int32_t element = description_.findPath(kPath); element >= 0;
@@ -64,11 +64,10 @@ void UninstallOverrides::copyVariable(int node, VariableStore& target) {
     const int found = source_.getVariable(sourceName, value, sizeof value);
     if (found >= 0) {
         target.setVariable(text, value);
-    } else if (console_ != nullptr) {
-        console_->print(
+    } else
+        debugLog_.print(
             found == kPredefined
                 ? "WARNING: Trying to override uninstall variable with a predefined one %s"
                 : "WARNING: Trying to override uninstall variable with nonexisting variable name %s",
             sourceName);
-    }
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "support/debug_log.h"
+
 class Expressions;
-class PConsole;
 class PXML;
 class VariableStore;
 
@@ -9,7 +10,7 @@ class VariableStore;
 class UninstallOverrides {
 public:
     UninstallOverrides(const PXML& description, VariableStore& source, Expressions& expressions,
-                       PConsole*& console);
+                       DebugLog debugLog);
 
     // Copies what the elements UninstallOverrides name into `target`. `applicationName` is the product that
     // is taken away; null or empty counts as none, and then lists of applications aren't looked at.
@@ -23,5 +24,5 @@ private:
     const PXML& description_;
     VariableStore& source_;
     Expressions& expressions_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

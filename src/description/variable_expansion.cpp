@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "description/variable_lookup.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -56,8 +56,8 @@ private:
 
 class BracketExpansion {
 public:
-    BracketExpansion(VariableLookup& variables, PConsole* console, const char* source)
-        : variables_(variables), console_(console), source_(source) {}
+    BracketExpansion(VariableLookup& variables, DebugLog debugLog, const char* source)
+        : variables_(variables), debugLog_(debugLog), source_(source) {}
 
     int run(Output& output, bool isBounded, bool stopOnMissing) {
         const char* at = source_;
@@ -88,8 +88,8 @@ private:
         const std::size_t length = std::strcspn(start, "]");
         at = start + length + (start[length] == ']' ? 1 : 0);
         const std::string name(start, std::min(length, kNameLimit));
-        if (length > kNameWarningLimit && console_ != nullptr) {
-            console_->print("WARNING: Variable [%s] is too long in the expression \"%.1023s\"", name.c_str(),
+        if (length > kNameWarningLimit) {
+            debugLog_.print("WARNING: Variable [%s] is too long in the expression \"%.1023s\"", name.c_str(),
                             source_);
         }
         char value[kBracketValueSize] = "";
@@ -97,28 +97,26 @@ private:
             output.append(value);
             return true;
         }
-        if (console_ != nullptr) {
-            console_->print("WARNING: Variable [%s] is not initialized in the expression: \"%.1023s\"",
-                            name.c_str(), source_);
-        }
+        debugLog_.print("WARNING: Variable [%s] is not initialized in the expression: \"%.1023s\"",
+                        name.c_str(), source_);
         output.append("[" + name + "]");
         return false;
     }
 
     VariableLookup& variables_;
-    PConsole* console_;
+    DebugLog debugLog_;
     const char* source_;
 };
 
 }  // namespace
 
-int expandBracketVariables(VariableLookup& variables, PConsole* console, const char* source,
+int expandBracketVariables(VariableLookup& variables, DebugLog debugLog, const char* source,
                            char* destination, int size, bool stopOnMissing) {
     Output output(destination, size);
     if (source == nullptr || *source == '\0') {
         return 0;
     }
-    return BracketExpansion(variables, console, source).run(output, destination != nullptr, stopOnMissing);
+    return BracketExpansion(variables, debugLog, source).run(output, destination != nullptr, stopOnMissing);
 }
 
 int expandDollarVariables(VariableLookup& variables, const char* source, char* destination, int size) {

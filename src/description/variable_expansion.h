@@ -1,9 +1,10 @@
 #pragma once
 
-class PConsole;
+#include "support/debug_log.h"
+
 class VariableLookup;
 
-// The work behind Expressions, for those that are below it. Contracts as there; `console` may be null.
-int expandBracketVariables(VariableLookup& variables, PConsole* console, const char* source,
+// The work behind Expressions, for those that are below it. Contracts as there.
+int expandBracketVariables(VariableLookup& variables, DebugLog debugLog, const char* source,
                            char* destination, int size, bool stopOnMissing);
 int expandDollarVariables(VariableLookup& variables, const char* source, char* destination, int size);

@@ -10,7 +10,7 @@
 #include "description/predefined_variables.h"
 #include "description/recalculation_order.h"
 #include "description/variable_expansion.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -59,8 +59,8 @@ std::optional<std::string> firstBetween(std::string_view text, char open, char c
 }  // namespace
 
 VariableStore::VariableStore(PredefinedVariables& predefined, EnvironmentAccess& environment,
-                             PConsole*& console)
-    : predefined_(predefined), environment_(environment), console_(console) {}
+                             DebugLog debugLog)
+    : predefined_(predefined), environment_(environment), debugLog_(debugLog) {}
 
 int VariableStore::getVariable(const char* name, char* buffer, int size) {
     if (isEmpty(name)) {
@@ -101,15 +101,12 @@ int VariableStore::readOutside(const char* name, char* buffer, int size) {
 int VariableStore::readEnvironment(const char* name, char* buffer, int size) {
     std::string value;
     if (!environment_.getEnvironment(name, value)) {
-        if (console_ != nullptr) {
-            console_->print("WARNING: Environment variable \"%s\" is not defined!", name);
-        }
+        debugLog_.print("WARNING: Environment variable \"%s\" is not defined!", name);
         OUtils::copyText(buffer, "", size);
         return kUnknown;
     }
-    if (buffer != nullptr && value.size() >= static_cast<std::size_t>(std::max(size, 0)) &&
-        console_ != nullptr) {
-        console_->print("WARNING: Environment variable \"%s\" is cut to %d bytes!", name, size - 1);
+    if (buffer != nullptr && value.size() >= static_cast<std::size_t>(std::max(size, 0))) {
+        debugLog_.print("WARNING: Environment variable \"%s\" is cut to %d bytes!", name, size - 1);
     }
     OUtils::copyText(buffer, value.c_str(), size);
     return kOutside;
@@ -158,12 +155,10 @@ int VariableStore::storeVariable(const char* name, const char* value, const char
 void VariableStore::storeEnvironment(const char* name, const char* text) {
     const char* value = text == nullptr ? "" : text;
     if (std::strlen(name) + 1 + std::strlen(value) >= kEnvironmentCapacity) {
-        if (console_ != nullptr) {
-            console_->print("WARNING: The value of environment variable \"%s\" is too long. It is not set!",
-                            name);
-        }
-    } else if (!environment_.setEnvironment(name, value) && console_ != nullptr) {
-        console_->print("WARNING: Environment variable \"%s\" could not be set!", name);
+        debugLog_.print("WARNING: The value of environment variable \"%s\" is too long. It is not set!",
+                        name);
+    } else if (!environment_.setEnvironment(name, value)) {
+        debugLog_.print("WARNING: Environment variable \"%s\" could not be set!", name);
     }
 }
 

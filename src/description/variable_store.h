@@ -9,9 +9,9 @@
 
 #include "description/install_variable.h"
 #include "description/variable_lookup.h"
+#include "support/debug_log.h"
 
 class EnvironmentAccess;
-class PConsole;
 class PredefinedVariables;
 
 // How resetVariable derives the value.
@@ -26,8 +26,8 @@ enum ResetMode : int {
 // last character, whatever the text means. One thread at a time.
 class VariableStore : public VariableLookup {
 public:
-    // `console` is the session's debug log and may be null at any time.
-    VariableStore(PredefinedVariables& predefined, EnvironmentAccess& environment, PConsole*& console);
+    //
+    VariableStore(PredefinedVariables& predefined, EnvironmentAccess& environment, DebugLog debugLog);
 
     int getVariable(const char* name, char* buffer, int size) override;
     // The same lookup, with the default value of a stored variable. -1 for a null name or buffer.
@@ -86,7 +86,7 @@ private:
 
     PredefinedVariables& predefined_;
     EnvironmentAccess& environment_;
-    PConsole*& console_;
+    DebugLog debugLog_;
     std::vector<InstallVariable> variables_;
     std::unordered_map<std::string, std::int32_t> byName_;  // by the name in lower case
     std::set<std::int32_t> recalculated_;

@@ -1,7 +1,7 @@
 #include "engine/action_log_publisher.h"
 
 #include "platform/file_system.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 #include "support/p_file_stream.h"
 #include "support/utilities.h"
 
@@ -18,7 +18,7 @@ bool ActionLogPublisher::publishFile(const char* what, const std::string& from, 
             return true;
         }
         if (!copyPrivately(from, to)) {
-            console_->print("ERROR: The %s could not be written to %s; it stays at %s", what, to.c_str(),
+            debugLog_.print("ERROR: The %s could not be written to %s; it stays at %s", what, to.c_str(),
                             from.c_str());
             return false;
         }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 namespace platform {
 class FileSystem;
@@ -12,7 +12,7 @@ class FileSystem;
 class ActionLogPublisher {
 public:
     // Both outlive this object.
-    ActionLogPublisher(platform::FileSystem& files, SessionLog console) : files_(files), console_(console) {}
+    ActionLogPublisher(platform::FileSystem& files, DebugLog debugLog) : files_(files), debugLog_(debugLog) {}
 
     // Brings the closed temporary log to `logPath` and the closed temporary archive to `backupPath`, by a
     // copy where they can't be moved; what stands there is replaced. Both stay files of this user alone: the
@@ -27,5 +27,5 @@ private:
     bool copyPrivately(const std::string& from, const std::string& to);
 
     platform::FileSystem& files_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

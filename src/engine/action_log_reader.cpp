@@ -4,7 +4,7 @@
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
 #include "engine/line_reader.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -97,7 +97,7 @@ bool ActionLogReader::readVariablesFromLog(const VariableSink& sink) {
             sink(variable.name, variable.value);
         } else {
             hasBadLines = true;
-            console_->print("ERROR: Format error in variable format in log file (Read buff: %s)",
+            debugLog_.print("ERROR: Format error in variable format in log file (Read buff: %s)",
                             stripped.c_str());
         }
     }
@@ -106,9 +106,8 @@ bool ActionLogReader::readVariablesFromLog(const VariableSink& sink) {
 
 std::optional<std::string> ActionLogReader::findVariable(std::string_view name) {
     std::optional<std::string> found;
-    PConsole silent;
     try {
-        ActionLogReader(file_, silent)
+        ActionLogReader(file_, DebugLog())
             .readVariablesFromLog([&](const std::string& key, const std::string& value) {
                 if (OUtils::equalsIgnoreCase(std::string_view(key), name)) {
                     found = value;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class PStream;
 
@@ -16,7 +16,7 @@ public:
     using VariableSink = std::function<void(const std::string& name, const std::string& value)>;
 
     // `file` is an open log, or null; it and the console outlive this object.
-    ActionLogReader(PStream* file, SessionLog console) : file_(file), console_(console) {}
+    ActionLogReader(PStream* file, DebugLog debugLog) : file_(file), debugLog_(debugLog) {}
 
     // Line 1, the path of the description, with white space at its end cut. False when there is no file or
     // nothing can be read; an empty line is read as an empty path.
@@ -33,5 +33,5 @@ public:
 
 private:
     PStream* file_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

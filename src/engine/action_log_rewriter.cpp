@@ -88,7 +88,7 @@ void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
     }
     const bool written = out.flush() && !lines.hasFailed();
     if (to.close() != 0 || !written) {
-        throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName());
+        throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName().c_str());
     }
 }
 

@@ -10,8 +10,7 @@ bool ActionLogVariables::findVariableInLog(const char* logPath, const char* name
                       PFileStream::kOpenExisting) != 0) {
         return false;
     }
-    PConsole silent;
-    const auto found = ActionLogReader(&file, silent).findVariable(name);
+    const auto found = ActionLogReader(&file, DebugLog()).findVariable(name);
     outValue = found.value_or(outValue);
     return found.has_value();
 }

@@ -54,13 +54,13 @@ int AdditionalActions::runAdditionalActions(InstallerUI* ui, const char* contain
     if (container == nullptr) {
         return -1;
     }
-    context_.console->print("Running Files for installation tag: <%s>", container);
+    context_.debugLog.print("Running Files for installation tag: <%s>", container);
     for (std::int32_t group = context_.tags.nextGroup(container, -1); group >= 0;
          group = context_.tags.nextGroup(container, group)) {
         for (const std::int32_t node : context_.tags.childrenOf(group)) {
             runAction(ui, node);
         }
-        WorkReport(ui, &context_.errors).flushLines();
+        Report(ui, &context_.errors).flushLines();
     }
     return 0;
 }
@@ -104,7 +104,7 @@ std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
         } else if (word == "NoPathCorrection") {
             details |= kNoPathCorrection;
         } else if (!word.empty()) {
-            context_.console->print("[WARNING] Unrecognized details flag (%s) for tag %s", word.c_str(),
+            context_.debugLog.print("[WARNING] Unrecognized details flag (%s) for tag %s", word.c_str(),
                                     context_.tags.nameOf(node));
         }
     }
@@ -127,7 +127,7 @@ void AdditionalActions::readProgramFlags(Action& action) {
 void AdditionalActions::showLogLine(InstallerUI* ui, std::int32_t node) {
     const char* line = context_.tags.attribute(node, "Log");
     if (line != nullptr && *line != '\0') {
-        WorkReport(ui, &context_.errors).addLine(context_.tags.expand(line), true);
+        Report(ui, &context_.errors).addLine(context_.tags.expand(line), true);
     }
 }
 
@@ -145,7 +145,7 @@ std::string AdditionalActions::pathOf(const Action& action, const char* text) {
         path = normalizedPath(std::move(path));
     }
     if (path.size() > kPathLimit) {
-        context_.console->print("ERROR: A path is too long: \"%s\"", path.c_str());
+        context_.debugLog.print("ERROR: A path is too long: \"%s\"", path.c_str());
         path.clear();
     }
     return path;
@@ -167,7 +167,7 @@ void AdditionalActions::openUrl(InstallerUI*, const Action& action) {
 void AdditionalActions::open(const Action& action, const char* what) {
     const bool opened = context_.modifications.runAssociatedProgram(
         action.path.c_str(), nullptr, action.programFlags | kRunOpenWithShell, nullptr, nullptr, kOpenDelay);
-    context_.console->print("%s%s was %sopened : \"%s\"", opened ? "" : "ERROR: ", what, opened ? "" : "NOT ",
+    context_.debugLog.print("%s%s was %sopened : \"%s\"", opened ? "" : "ERROR: ", what, opened ? "" : "NOT ",
                             action.path.c_str());
 }
 
@@ -179,19 +179,19 @@ void AdditionalActions::runProgram(InstallerUI* ui, const Action& action) {
         action.path.c_str(), tags.hasAttribute(action.node, "Arguments") ? arguments.c_str() : nullptr,
         action.programFlags, tags.hasAttribute(action.node, "WorkDir") ? workDir.c_str() : nullptr, ui,
         action.delay);
-    context_.console->print("%sProgram was %sstarted : \"%s %s\"",
+    context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"",
                             started ? "" : "ERROR: ", started ? "" : "NOT ", action.path.c_str(),
                             arguments.c_str());
 }
 
 void AdditionalActions::copyFile(InstallerUI*, const Action& action) {
     if (!context_.tags.hasAttribute(action.node, "Dest")) {
-        context_.console->print("ERROR: Copy file without Dest attribute!");
+        context_.debugLog.print("ERROR: Copy file without Dest attribute!");
         return;
     }
     const std::string destination = destinationOf(action);
     const bool copied = system_.copyFile(action.path.c_str(), destination.c_str());
-    context_.console->print("%sAdditional copy %s: \"%s\"", copied ? "" : "ERROR: ", copied ? "" : "FAILED ",
+    context_.debugLog.print("%sAdditional copy %s: \"%s\"", copied ? "" : "ERROR: ", copied ? "" : "FAILED ",
                             destination.c_str());
 }
 
@@ -201,30 +201,30 @@ void AdditionalActions::changeRegistry(InstallerUI* ui, const Action& action) {
 
 void AdditionalActions::removeFile(InstallerUI*, const Action& action) {
     if (files_.removeFile(action.path.c_str()) == 0) {
-        context_.console->print("Additionally removed file : \"%s\"", action.path.c_str());
+        context_.debugLog.print("Additionally removed file : \"%s\"", action.path.c_str());
     } else if (files_.exists(action.path.c_str())) {
-        context_.console->print("ERROR: Remove file could not remove file \"%s\"!", action.path.c_str());
+        context_.debugLog.print("ERROR: Remove file could not remove file \"%s\"!", action.path.c_str());
     } else {
-        context_.console->print("WARNING: Tried to remove a file that doesn't exist \"%s\".",
+        context_.debugLog.print("WARNING: Tried to remove a file that doesn't exist \"%s\".",
                                 action.path.c_str());
     }
 }
 
 void AdditionalActions::removeDirectory(InstallerUI*, const Action& action) {
     if (directories_.removeEmptyDirectories(action.path) > 0) {
-        context_.console->print("Additionally removed dir : \"%s\"", action.path.c_str());
+        context_.debugLog.print("Additionally removed dir : \"%s\"", action.path.c_str());
     } else if (files_.exists(action.path.c_str())) {
-        context_.console->print("ERROR: Remove dir could not remove directories \"%s\"!",
+        context_.debugLog.print("ERROR: Remove dir could not remove directories \"%s\"!",
                                 action.path.c_str());
     } else {
-        context_.console->print("WARNING: Tried to remove a directory that doesn't exist \"%s\".",
+        context_.debugLog.print("WARNING: Tried to remove a directory that doesn't exist \"%s\".",
                                 action.path.c_str());
     }
 }
 
 void AdditionalActions::createFile(InstallerUI*, const Action& action) {
     if (!context_.tags.hasAttribute(action.node, "Dest")) {
-        context_.console->print("ERROR: Create file without Dest attribute (alias: \"%s\")!",
+        context_.debugLog.print("ERROR: Create file without Dest attribute (alias: \"%s\")!",
                                 action.path.c_str());
         return;
     }
@@ -233,7 +233,7 @@ void AdditionalActions::createFile(InstallerUI*, const Action& action) {
     const bool expandsContent = context_.tags.isSet(action.node, "ExpandVarsInFile");
     const int mode = fileModeOf(action.node);
     extractor_.extractAlias(action.path.c_str(), destination.c_str(), expandsContent, stripsExtension);
-    context_.console->print("Created a file from alias(%s) : \"%s\" (0%o)", action.path.c_str(),
+    context_.debugLog.print("Created a file from alias(%s) : \"%s\" (0%o)", action.path.c_str(),
                             destination.c_str(), static_cast<unsigned>(mode));
 }
 
@@ -245,7 +245,7 @@ int AdditionalActions::fileModeOf(std::int32_t node) {
     char* end = nullptr;
     const long mode = std::strtol(text, &end, 0);
     if (end == text || *end != '\0') {
-        context_.console->print("WARNING: Failed to parse file modification - provided string: %s", text);
+        context_.debugLog.print("WARNING: Failed to parse file modification - provided string: %s", text);
         return kDefaultFileMode;
     }
     return static_cast<int>(mode);

@@ -55,7 +55,7 @@ void ConfigurationExport::fill(PXML& document) {
         document.setAttribute(node, "Name", variable.name.c_str());
         document.setAttribute(node, "DataType", "value");
         if (!isRepeatable(variable.value)) {
-            console_->print("WARNING: The value of \"%s\" can't be repeated from a configuration file",
+            debugLog_.print("WARNING: The value of \"%s\" can't be repeated from a configuration file",
                             variable.name.c_str());
         }
     }
@@ -69,7 +69,7 @@ bool ConfigurationExport::mayReplace(const char* path) {
     PXML present;
     const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
-        console_->print("ERROR: %s is no configuration file of an installer and stays as it is", path);
+        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is", path);
     }
     return isOurs;
 }

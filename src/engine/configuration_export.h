@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class PXML;
 class VariableExclusions;
@@ -16,8 +16,8 @@ class ConfigurationExport {
 public:
     // All of them outlive this object.
     ConfigurationExport(const VariableStore& variables, const VariableExclusions& exclusions,
-                        platform::FileSystem& files, SessionLog console)
-        : variables_(variables), exclusions_(exclusions), files_(files), console_(console) {}
+                        platform::FileSystem& files, DebugLog debugLog)
+        : variables_(variables), exclusions_(exclusions), files_(files), debugLog_(debugLog) {}
 
     // 0; -1 when the file can't be made, or when something else than an older configuration file stands in
     // its place; 1 when it can't be written. What stood there is untouched after a failure, and no other file
@@ -36,5 +36,5 @@ private:
     const VariableStore& variables_;
     const VariableExclusions& exclusions_;
     platform::FileSystem& files_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -1,10 +1,10 @@
 #include "engine/created_directories.h"
 
 #include "base/path_functions.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "platform/file_system.h"
 
-bool CreatedDirectories::remove(const std::string& path, int levels, WorkReport& report) {
+bool CreatedDirectories::remove(const std::string& path, int levels, Report& report) {
     if (levels < 1 || path.empty()) {
         return true;
     }
@@ -24,7 +24,7 @@ bool CreatedDirectories::remove(const std::string& path, int levels, WorkReport&
     return removed;
 }
 
-bool CreatedDirectories::removeLevel(const std::string& directory, WorkReport& report) {
+bool CreatedDirectories::removeLevel(const std::string& directory, Report& report) {
     if (files_.exists(directory.c_str())) {
         remover_.removeEmptyDirectories(directory);
     }

@@ -4,7 +4,7 @@
 
 #include "engine/directory_remover.h"
 
-class WorkReport;
+class Report;
 
 // Takes the directories away that an installation made, as its log tells them.
 class CreatedDirectories {
@@ -15,10 +15,10 @@ public:
     // at its end counts from there; one without is first treated as a whole. A directory that isn't there is
     // no failure; one that holds anything stays and is reported as failed. True when every level is gone.
     // Nothing happens for fewer than one level or an empty path.
-    bool remove(const std::string& path, int levels, WorkReport& report);
+    bool remove(const std::string& path, int levels, Report& report);
 
 private:
-    bool removeLevel(const std::string& directory, WorkReport& report);
+    bool removeLevel(const std::string& directory, Report& report);
 
     platform::FileSystem& files_;
     DirectoryRemover remover_;

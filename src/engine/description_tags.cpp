@@ -15,9 +15,13 @@ std::string trimmedToTerminator(std::string text) {
     return text;
 }
 
+std::optional<std::string_view> viewOf(const char* text) {
+    return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
+}
+
 }  // namespace
 
-std::int32_t DescriptionTags::nextGroup(const char* name, std::int32_t after) {
+std::int32_t DescriptionTags::nextGroup(std::string_view name, std::int32_t after) {
     std::int32_t node = description_.findByName(name, after);
     while (node >= 0 && !conditionHolds(node)) {
         node = description_.findByName(name, node);
@@ -25,7 +29,7 @@ std::int32_t DescriptionTags::nextGroup(const char* name, std::int32_t after) {
     return node;
 }
 
-std::int32_t DescriptionTags::firstOf(const char* name) {
+std::int32_t DescriptionTags::firstOf(std::string_view name) {
     return description_.findByName(name);
 }
 
@@ -35,34 +39,38 @@ std::vector<std::int32_t> DescriptionTags::childrenOf(std::int32_t node) {
     return children;
 }
 
-const char* DescriptionTags::nameOf(std::int32_t node) {
-    return description_.getName(node);
+std::string_view DescriptionTags::nameOf(std::int32_t node) {
+    return viewOf(description_.getName(node)).value_or("");
 }
 
-const char* DescriptionTags::textOf(std::int32_t node) {
-    return description_.getText(node);
+std::optional<std::string_view> DescriptionTags::textOf(std::int32_t node) {
+    return viewOf(description_.getText(node));
 }
 
-const char* DescriptionTags::attribute(std::int32_t node, const char* name) {
-    return description_.getAttribute(node, name);
+std::optional<std::string_view> DescriptionTags::attribute(std::int32_t node, std::string_view name) {
+    return viewOf(description_.getAttribute(node, name));
 }
 
-bool DescriptionTags::holds(const char* condition) {
-    return expressions_.evaluateCondition(condition) != 0;
+bool DescriptionTags::holds(std::optional<std::string_view> condition) {
+    return !condition || expressions_.evaluateCondition(std::string(*condition).c_str()) != 0;
 }
 
-bool DescriptionTags::isSet(std::int32_t node, const char* name) {
-    const char* condition = attribute(node, name);
-    return condition != nullptr && holds(condition);
+bool DescriptionTags::isSet(std::int32_t node, std::string_view name) {
+    const auto condition = attribute(node, name);
+    return condition && holds(condition);
 }
 
-std::string DescriptionTags::expand(const char* text, bool stopOnMissing) {
+std::string DescriptionTags::expand(std::optional<std::string_view> text, bool stopOnMissing) {
     std::string result;
+    if (!text) {
+        return result;
+    }
+    const std::string source(*text);
     // An expansion that fills its buffer may have been cut: it gets another try with more room.
     for (std::size_t capacity = kFirstCapacity; capacity <= kTextLimit; capacity *= 4) {
         result.assign(capacity, '\0');
-        if (expressions_.expandVariables(text, result.data(), static_cast<int>(capacity), stopOnMissing) ==
-            0) {
+        if (expressions_.expandVariables(source.c_str(), result.data(), static_cast<int>(capacity),
+                                         stopOnMissing) == 0) {
             return {};
         }
         result = trimmedToTerminator(std::move(result));

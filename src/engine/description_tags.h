@@ -2,14 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class Expressions;
 class PXML;
 
 // What the walkers of the description's tags have in common: groups of elements by name, their children, and
-// texts in which variables have their values. A missing text is null.
+// texts in which variables have their values.
 class DescriptionTags {
 public:
     // The bytes of an expanded text; what is longer is cut.
@@ -21,25 +23,26 @@ public:
 
     // The first element of that name behind `after`, at any depth, whose Condition isn't false; -1 when there
     // is none.
-    std::int32_t nextGroup(const char* name, std::int32_t after);
+    std::int32_t nextGroup(std::string_view name, std::int32_t after);
     // The first element of that name, whatever its condition says; -1 when there is none.
-    std::int32_t firstOf(const char* name);
+    std::int32_t firstOf(std::string_view name);
     std::vector<std::int32_t> childrenOf(std::int32_t node);
 
-    const char* nameOf(std::int32_t node);
-    const char* textOf(std::int32_t node);
-    const char* attribute(std::int32_t node, const char* name);
-    bool hasAttribute(std::int32_t node, const char* name) { return attribute(node, name) != nullptr; }
+    // The views are good as long as the description.
+    std::string_view nameOf(std::int32_t node);
+    std::optional<std::string_view> textOf(std::int32_t node);
+    std::optional<std::string_view> attribute(std::int32_t node, std::string_view name);
+    bool hasAttribute(std::int32_t node, std::string_view name) { return attribute(node, name).has_value(); }
 
     // Only a condition that is evaluated to 0 doesn't hold: neither a missing nor a broken one does.
-    bool holds(const char* condition);
+    bool holds(std::optional<std::string_view> condition);
     bool conditionHolds(std::int32_t node) { return holds(attribute(node, "Condition")); }
     // As holds, but a missing condition is false.
-    bool isSet(std::int32_t node, const char* name);
+    bool isSet(std::int32_t node, std::string_view name);
 
-    // Empty for null. With `stopOnMissing` a variable that isn't there empties the whole text.
-    std::string expand(const char* text, bool stopOnMissing = false);
-    std::string expandAttribute(std::int32_t node, const char* name) { return expand(attribute(node, name)); }
+    // Empty for a missing text. With `stopOnMissing` a variable that isn't there empties the whole text.
+    std::string expand(std::optional<std::string_view> text, bool stopOnMissing = false);
+    std::string expandAttribute(std::int32_t node, std::string_view name) { return expand(attribute(node, name)); }
 
 private:
     const PXML& description_;

@@ -8,7 +8,7 @@
 #include "description/product_description.h"
 #include "description/pxml.h"
 #include "platform/file_system.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -35,8 +35,8 @@ struct ExternalDetails {
 }  // namespace
 
 EarlierInstallationsScan::EarlierInstallationsScan(Parts parts, EarlierInstallations& found,
-                                                   SessionLog console)
-    : parts_(parts), found_(found), console_(console) {}
+                                                   DebugLog debugLog)
+    : parts_(parts), found_(found), debugLog_(debugLog) {}
 
 std::vector<std::int32_t> EarlierInstallationsScan::childrenOf(const char* path, const char* name) const {
     std::vector<std::int32_t> nodes;
@@ -72,7 +72,7 @@ void EarlierInstallationsScan::scanForEarlierInstallations(bool isActionLogSessi
         const char* legacy = parts_.description.getText(node);
         if (legacy != nullptr && parts_.system.findUninstallEntry(legacy, 0)) {
             ++found_.legacyInstallationCount;
-            console_->print("Found installed legacy app: \"%s\"", legacy);
+            debugLog_.print("Found installed legacy app: \"%s\"", legacy);
         }
     }
 }
@@ -90,7 +90,7 @@ void EarlierInstallationsScan::scanLegacyLogFiles(bool isActionLogSession) {
         scanLegacyLog(node);
     }
     if (found_.externalLegacyCount > found_.legacyInstallationCount) {
-        console_->print(
+        debugLog_.print(
             "WARNING: Count of legacy installation log files is more than detected from registry (%d > %d)",
             found_.externalLegacyCount, found_.legacyInstallationCount);
     }
@@ -99,7 +99,7 @@ void EarlierInstallationsScan::scanLegacyLogFiles(bool isActionLogSession) {
 void EarlierInstallationsScan::scanOwnLog() {
     PathText path;
     if (parts_.product.getInstallLogFile(path.data(), kPathCapacity) < 0) {
-        console_->print("ERROR: Installation does not have specified uninstall log file!");
+        debugLog_.print("ERROR: Installation does not have specified uninstall log file!");
         return;
     }
     if (!isPresent(path.c_str())) {
@@ -110,7 +110,7 @@ void EarlierInstallationsScan::scanOwnLog() {
     parts_.product.getFullName(name, kNameCapacity);
     OUtils::normalizePath(path.data());
     found_.legacyLogFiles.push_back({name, path.c_str()});
-    console_->print(
+    debugLog_.print(
         "WARNING: Previous installation log detected with no previous installation in registry (%s)",
         path.c_str());
 }
@@ -118,7 +118,7 @@ void EarlierInstallationsScan::scanOwnLog() {
 void EarlierInstallationsScan::scanLegacyLog(std::int32_t node) {
     const char* application = parts_.description.getAttribute(node, "AppName");
     if (application == nullptr) {
-        console_->print("WARNING: No Application name specified to a legacy application!");
+        debugLog_.print("WARNING: No Application name specified to a legacy application!");
         return;
     }
     PathText path;
@@ -135,7 +135,7 @@ void EarlierInstallationsScan::scanExternalLegacy() {
     for (const std::int32_t node : childrenOf(kProductPath, "ExternalLegacyApplication")) {
         found_.externalLegacyCount += countExternal(node);
     }
-    console_->print("Found %d external legacy installations.", found_.externalLegacyCount);
+    debugLog_.print("Found %d external legacy installations.", found_.externalLegacyCount);
 }
 
 std::int32_t EarlierInstallationsScan::countExternal(std::int32_t node) {

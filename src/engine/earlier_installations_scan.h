@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/earlier_installations.h"
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class Expressions;
 class PXML;
@@ -26,7 +26,7 @@ public:
         platform::FileSystem& files;
     };
 
-    EarlierInstallationsScan(Parts parts, EarlierInstallations& found, SessionLog console);
+    EarlierInstallationsScan(Parts parts, EarlierInstallations& found, DebugLog debugLog);
 
     // What the system's list of installed applications knows: the product's own name, and each
     // LegacyApplication. A session that starts from an action log takes the product away itself and has no
@@ -47,5 +47,5 @@ private:
 
     Parts parts_;
     EarlierInstallations& found_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

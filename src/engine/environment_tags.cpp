@@ -45,7 +45,7 @@ bool EnvironmentTags::applyChild(std::int32_t node, InstallerUI* ui) {
     std::string undo;
     if (!context_.modifications.addEnvironmentEntry(name.c_str(), value.c_str(), *mode, undo, ui,
                                                     tags.hasAttribute(node, "IsPath"))) {
-        context_.console->print("ERROR: Updating ENV: %s=\"%s\"", name.c_str(), value.c_str());
+        context_.debugLog.print("ERROR: Updating ENV: %s=\"%s\"", name.c_str(), value.c_str());
         return false;
     }
     context_.log.writeRecord(ActionLogFormat::kEnvironment, {undo});

@@ -2,7 +2,7 @@
 
 #include "description/expressions.h"
 #include "package/cabinet.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 bool FileContents::read(std::string_view alias, FileContent& out) {
     const std::int32_t index = cabinet_.findAlias(alias);
@@ -28,7 +28,7 @@ void FileContents::expandVariables(FileContent& content, std::size_t limit, cons
     expanded.resize(std::char_traits<char>::length(expanded.c_str()));
     const bool isFull = expanded.size() == limit - 1;
     if (isFull && expressions_.expandVariables(source.c_str(), nullptr, 0, false) > static_cast<int>(limit)) {
-        console_->print("WARNING: The content of %s is cut to %d bytes by the expansion of its variables",
+        debugLog_.print("WARNING: The content of %s is cut to %d bytes by the expansion of its variables",
                         name, static_cast<int>(limit) - 1);
     }
     content.expanded = std::move(expanded);

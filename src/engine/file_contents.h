@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 #include "support/md5.h"
 
 class Cabinet;
@@ -28,8 +28,8 @@ public:
     static constexpr std::size_t kInstalledFileLimit = 8192;
     static constexpr std::size_t kExtractedFileLimit = 0x100000;
 
-    FileContents(const Cabinet& cabinet, Expressions& expressions, SessionLog console)
-        : cabinet_(cabinet), expressions_(expressions), console_(console) {}
+    FileContents(const Cabinet& cabinet, Expressions& expressions, DebugLog debugLog)
+        : cabinet_(cabinet), expressions_(expressions), debugLog_(debugLog) {}
 
     // False when the cabinet doesn't hold the alias or the entry can't be read.
     bool read(std::string_view alias, FileContent& out);
@@ -42,5 +42,5 @@ public:
 private:
     const Cabinet& cabinet_;
     Expressions& expressions_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -7,9 +7,9 @@
 #include "engine/file_contents.h"
 #include "engine/file_planner.h"
 #include "engine/file_replacer.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "package/backup_file.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -27,10 +27,10 @@ std::uint32_t checkSumOf(std::string_view content) {
 
 }  // namespace
 
-FileInstaller::FileInstaller(Parts parts, SessionLog console)
-    : parts_(parts), console_(console), comparer_(parts.files), directories_(parts.files) {}
+FileInstaller::FileInstaller(Parts parts, DebugLog debugLog)
+    : parts_(parts), debugLog_(debugLog), comparer_(parts.files), directories_(parts.files) {}
 
-bool FileInstaller::installFiles(BackupFile& backup, WorkReport& report, const Hook& afterFileInstalled) {
+bool FileInstaller::installFiles(BackupFile& backup, Report& report, const Hook& afterFileInstalled) {
     failed_ = false;
     parts_.planner.forget();
     directories_.forget();
@@ -44,7 +44,7 @@ bool FileInstaller::installFiles(BackupFile& backup, WorkReport& report, const H
     return !failed_;
 }
 
-void FileInstaller::installFile(std::size_t index, BackupFile& backup, WorkReport& report,
+void FileInstaller::installFile(std::size_t index, BackupFile& backup, Report& report,
                                 const Hook& afterFileInstalled) {
     const auto& files = parts_.fileSets.getFiles();
     Work work{files[index], {}, {}, index % kFilesPerFlush == 0};
@@ -90,7 +90,7 @@ std::string FileInstaller::prepareDirectory(const FileEntry& file) {
 bool FileInstaller::readContent(Work& work, FileContent& content) {
     if (!parts_.contents.read(work.file.alias, content)) {
         if (!work.file.okIfMissing) {
-            console_->print("ERROR: File missing from the compressed cabinet! (alias: %s)",
+            debugLog_.print("ERROR: File missing from the compressed cabinet! (alias: %s)",
                             work.file.alias.c_str());
             failed_ = true;
         }
@@ -105,7 +105,7 @@ bool FileInstaller::readContent(Work& work, FileContent& content) {
 // the disk, and leaves alone what isn't the installation's own. A file whose variables were expanded counts
 // as changed there and stays.
 void FileInstaller::backUp(const Work& work, const FileContent& content, BackupFile& backup,
-                           WorkReport& report) {
+                           Report& report) {
     const std::uint32_t checkSum = checkSumOf(content.bytes);
     report.pumpEvents();
     const BackupResult result = backup.addFile(work.path.c_str(), kPathBufferSize, checkSum, true);
@@ -118,7 +118,7 @@ void FileInstaller::backUp(const Work& work, const FileContent& content, BackupF
     report.addLine(line, work.flushNow);
 }
 
-bool FileInstaller::place(const Work& work, const FileContent& content, WorkReport& report) {
+bool FileInstaller::place(const Work& work, const FileContent& content, Report& report) {
     if (work.onDisk.exists && !work.onDisk.differs) {
         return true;
     }
@@ -128,7 +128,7 @@ bool FileInstaller::place(const Work& work, const FileContent& content, WorkRepo
     return written;
 }
 
-void FileInstaller::reportFile(const Work& work, bool stands, WorkReport& report) {
+void FileInstaller::reportFile(const Work& work, bool stands, Report& report) {
     std::string line = stands ? "" : "FAILED to ";
     line += work.onDisk.exists && work.onDisk.differs ? "Overwrite " : "Create ";
     line += work.path;

@@ -6,7 +6,7 @@
 
 #include "engine/directory_creator.h"
 #include "engine/file_comparer.h"
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class ActionLogWriter;
 class BackupFile;
@@ -14,7 +14,7 @@ class FileContents;
 class FilePlanner;
 class FileReplacer;
 class FileSets;
-class WorkReport;
+class Report;
 struct FileContent;
 struct FileEntry;
 
@@ -33,11 +33,11 @@ public:
         platform::FileSystem& files;
     };
 
-    FileInstaller(Parts parts, SessionLog console);
+    FileInstaller(Parts parts, DebugLog debugLog);
 
     // `backup` is open for writing and gets the former content of files that are to be restorable. The
     // record of a file stands in the log before the file is touched. False when anything failed.
-    bool installFiles(BackupFile& backup, WorkReport& report, const Hook& afterFileInstalled);
+    bool installFiles(BackupFile& backup, Report& report, const Hook& afterFileInstalled);
 
 private:
     // One file on its way through the steps.
@@ -48,16 +48,16 @@ private:
         bool flushNow;
     };
 
-    void installFile(std::size_t index, BackupFile& backup, WorkReport& report,
+    void installFile(std::size_t index, BackupFile& backup, Report& report,
                      const Hook& afterFileInstalled);
     std::string prepareDirectory(const FileEntry& file);
     bool readContent(Work& work, FileContent& content);
-    void backUp(const Work& work, const FileContent& content, BackupFile& backup, WorkReport& report);
-    bool place(const Work& work, const FileContent& content, WorkReport& report);
-    static void reportFile(const Work& work, bool stands, WorkReport& report);
+    void backUp(const Work& work, const FileContent& content, BackupFile& backup, Report& report);
+    bool place(const Work& work, const FileContent& content, Report& report);
+    static void reportFile(const Work& work, bool stands, Report& report);
 
     Parts parts_;
-    SessionLog console_;
+    DebugLog debugLog_;
     FileComparer comparer_;
     DirectoryCreator directories_;
     bool failed_ = false;

@@ -4,7 +4,7 @@
 #include "base/path_functions.h"
 #include "description/expressions.h"
 #include "description/file_sets.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ bool FilePlanner::findDirectory(const FileEntry& file, std::string& outDirectory
     }
     outDirectory = known->second.path;
     if (!known->second.expanded) {
-        console_->print("ERROR: Expanding full destination of a file: %s (alias: %s)", file.dest.c_str(),
+        debugLog_.print("ERROR: Expanding full destination of a file: %s (alias: %s)", file.dest.c_str(),
                         file.alias.c_str());
     }
     return known->second.expanded;

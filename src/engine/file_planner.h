@@ -3,7 +3,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class Expressions;
 class FileSets;
@@ -13,8 +13,8 @@ struct FileEntry;
 // holds for all files that share it, until it is told that variables may have changed.
 class FilePlanner {
 public:
-    FilePlanner(const FileSets& fileSets, Expressions& expressions, SessionLog console)
-        : fileSets_(fileSets), expressions_(expressions), console_(console) {}
+    FilePlanner(const FileSets& fileSets, Expressions& expressions, DebugLog debugLog)
+        : fileSets_(fileSets), expressions_(expressions), debugLog_(debugLog) {}
 
     // Variables may have changed.
     void forget();
@@ -37,7 +37,7 @@ private:
 
     const FileSets& fileSets_;
     Expressions& expressions_;
-    SessionLog console_;
+    DebugLog debugLog_;
     std::unordered_map<std::string, bool> conditions_;
     std::unordered_map<std::string, Directory> directories_;  // by the unexpanded destination
 };

@@ -1,6 +1,6 @@
 #include "engine/file_replacer.h"
 
-#include "support/p_console.h"
+#include "support/debug_log.h"
 #include "support/p_file_stream.h"
 
 namespace {
@@ -26,8 +26,8 @@ bool FileReplacer::write(InstallerUI* ui, const char* path, bool exists, std::st
     PFileStream file(files_);
     const auto size = static_cast<std::uint32_t>(content.size());
     int status = open(file, ui, path, exists);
-    if (debugLevel_ >= kFileDebugLevel) {
-        console_->print("+ Creating file \"%s\" (size = %d, iores = %d)", path, static_cast<int>(size),
+    if (debugLog_.level() >= kFileDebugLevel) {
+        debugLog_.print("+ Creating file \"%s\" (size = %d, iores = %d)", path, static_cast<int>(size),
                         status);
     }
     if (status != 0) {
@@ -40,8 +40,8 @@ bool FileReplacer::write(InstallerUI* ui, const char* path, bool exists, std::st
     if (status == 0 && written == size) {
         return true;
     }
-    if (debugLevel_ >= kFileDebugLevel) {
-        console_->print("- ERROR: Writing file failed (iores = %d, written = %d)", status,
+    if (debugLog_.level() >= kFileDebugLevel) {
+        debugLog_.print("- ERROR: Writing file failed (iores = %d, written = %d)", status,
                         static_cast<int>(written));
     }
     return false;

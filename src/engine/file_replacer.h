@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "engine/file_in_use.h"
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class InstallerUI;
 
@@ -14,10 +14,9 @@ public:
     // How long a program that holds a file is waited for.
     static constexpr std::uint32_t kProgramEndMilliseconds = 2000;
 
-    // `debugLevel` is the session's field; from level 3 on each file is logged.
-    FileReplacer(platform::FileSystem& files, SystemOperations& system, SessionLog console,
-                 const std::int32_t& debugLevel)
-        : files_(files), inUse_(files, system), console_(console), debugLevel_(debugLevel) {}
+    // From level 3 of the log on each file is logged.
+    FileReplacer(platform::FileSystem& files, SystemOperations& system, DebugLog debugLog)
+        : files_(files), inUse_(files, system), debugLog_(debugLog) {}
 
     // Where an existing file can't be opened, the program that runs from it is stopped. True when every byte
     // has reached the file and it could be closed; otherwise the file may hold a part. `ui` may be null.
@@ -28,6 +27,5 @@ private:
 
     platform::FileSystem& files_;
     FileInUse inUse_;
-    SessionLog console_;
-    const std::int32_t& debugLevel_;
+    DebugLog debugLog_;
 };

@@ -24,7 +24,7 @@ int FirewallTags::apply(InstallerUI* ui) {
             result = -1;
         }
     }
-    WorkReport(ui, &context_.errors).flushLines();
+    Report(ui, &context_.errors).flushLines();
     return result;
 }
 
@@ -59,7 +59,7 @@ FirewallResult FirewallTags::addPort(std::int32_t node, InstallerUI* ui) {
         context_.log.writeRecord(ActionLogFormat::kFirewall,
                                  {ActionLogFormat::kPort, port, protocols, rule.name});
     } else if (result == FirewallResult::kFailed) {
-        context_.console->print("ERROR: Adding firewall port: %s (%s)", port.c_str(), rule.name.c_str());
+        context_.debugLog.print("ERROR: Adding firewall port: %s (%s)", port.c_str(), rule.name.c_str());
     }
     return result;
 }
@@ -73,7 +73,7 @@ FirewallResult FirewallTags::addApplication(std::int32_t node, InstallerUI* ui) 
     if (result == FirewallResult::kDone) {
         context_.log.writeRecord(ActionLogFormat::kFirewall, {ActionLogFormat::kApplication, target});
     } else if (result == FirewallResult::kFailed) {
-        context_.console->print("ERROR: Adding firewall app: %s (%s)", target.c_str(), name.c_str());
+        context_.debugLog.print("ERROR: Adding firewall app: %s (%s)", target.c_str(), name.c_str());
     }
     return result;
 }
@@ -88,7 +88,7 @@ std::uint8_t FirewallTags::readProtocols(const std::string& words) {
         } else if (word == "UDP") {
             protocols |= kFirewallUdp;
         } else {
-            context_.console->print(
+            context_.debugLog.print(
                 "WARNING: (Firewall): Unrecognized attribute token for protocol specification");
         }
     }
@@ -99,7 +99,7 @@ void FirewallTags::report(FirewallResult result, const std::string& text, Instal
     if (ui == nullptr) {
         return;
     }
-    WorkReport report(ui, &context_.errors);
+    Report report(ui, &context_.errors);
     const std::string line = result == FirewallResult::kNotAvailable
                                  ? "Firewall: Service is NOT switched on and no exceptions can be added!"
                                  : std::string("Firewall: ") +

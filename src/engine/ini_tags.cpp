@@ -32,7 +32,7 @@ bool IniTags::applyChild(std::int32_t node, InstallerUI* ui) {
         tags.hasAttribute(node, "IsPath"),
         tags.hasAttribute(node, "BeforeKey") ? beforeKey.c_str() : nullptr);
     if (!done) {
-        context_.console->print("ERROR: Updating INI: \"%s\"", file.c_str());
+        context_.debugLog.print("ERROR: Updating INI: \"%s\"", file.c_str());
     }
     if (!done && !tags.hasAttribute(node, "IgnoreErrors")) {
         return false;

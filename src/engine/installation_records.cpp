@@ -7,7 +7,7 @@
 #include "engine/action_log_writer.h"
 #include "engine/logged_variables.h"
 #include "platform/file_system.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -22,16 +22,16 @@ std::string temporaryName(SystemOperations& system) {
 
 }  // namespace
 
-InstallationRecords::InstallationRecords(Parts parts, SessionLog console)
-    : parts_(parts), console_(console), backup_(parts.files) {}
+InstallationRecords::InstallationRecords(Parts parts, DebugLog debugLog)
+    : parts_(parts), debugLog_(debugLog), backup_(parts.files) {}
 
 bool InstallationRecords::open() {
     if (!openLog()) {
-        console_->print("ERROR: Obtaining temp filename for install temp log!");
+        debugLog_.print("ERROR: Obtaining temp filename for install temp log!");
         return false;
     }
     if (!openBackup()) {
-        console_->print("ERROR: Obtaining temp filename for install temp backup!");
+        debugLog_.print("ERROR: Obtaining temp filename for install temp backup!");
         parts_.log.close();
         parts_.files.removeFile(temporaryLog_.c_str());
         return false;
@@ -58,11 +58,11 @@ bool InstallationRecords::openBackup() {
 bool InstallationRecords::closeAll() {
     const bool logWritten = parts_.log.close();
     if (!logWritten) {
-        console_->print("ERROR: The install log could not be written completely");
+        debugLog_.print("ERROR: The install log could not be written completely");
     }
     const bool backupWritten = backup_.close() == 0;
     if (!backupWritten) {
-        console_->print("ERROR: The backup file could not be written completely");
+        debugLog_.print("ERROR: The backup file could not be written completely");
     }
     return logWritten && backupWritten;
 }
@@ -73,7 +73,7 @@ bool InstallationRecords::publish() {
     PathText backupPath;
     parts_.product.getInstallLogFile(logPath.data(), kPathCapacity);
     parts_.product.getInstallBackupFile(backupPath.data(), kPathCapacity);
-    const bool published = ActionLogPublisher(parts_.files, console_)
+    const bool published = ActionLogPublisher(parts_.files, debugLog_)
                                .publish(temporaryLog_, logPath.c_str(), temporaryBackup_, backupPath.c_str());
     return written && published;
 }

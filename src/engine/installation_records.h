@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "engine/session_log.h"
 #include "package/backup_file.h"
+#include "support/debug_log.h"
 
 class ActionLogWriter;
 class LoggedVariables;
@@ -21,7 +21,7 @@ public:
         platform::FileSystem& files;
     };
 
-    InstallationRecords(Parts parts, SessionLog console);
+    InstallationRecords(Parts parts, DebugLog debugLog);
 
     // Opens both under temporary names and writes the log's head. False when that can't be done, which is
     // logged; nothing is left then.
@@ -37,7 +37,7 @@ private:
     bool closeAll();
 
     Parts parts_;
-    SessionLog console_;
+    DebugLog debugLog_;
     BackupFile backup_;
     std::string temporaryLog_;
     std::string temporaryBackup_;

@@ -23,7 +23,7 @@ bool ModifyFileTags::applyChild(std::int32_t node, InstallerUI* ui) {
     const std::string description = tags.expand(tags.textOf(node));
     std::string undo;
     if (!context_.modifications.modifyFile(path.c_str(), description.c_str(), undo, ui)) {
-        context_.console->print("ERROR: Modifying files: \"%s\"", path.c_str());
+        context_.debugLog.print("ERROR: Modifying files: \"%s\"", path.c_str());
         return false;
     }
     context_.log.writeRecord(ActionLogFormat::kModifyFile, {undo});

@@ -4,11 +4,11 @@
 #include "description/control_variables.h"
 #include "description/variable_store.h"
 #include "engine/earlier_installations.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 PreviousInstallations::PreviousInstallations(EarlierInstallations& found, VariableStore& variables,
-                                             const ControlVariables& controls, SessionLog console)
-    : found_(found), variables_(variables), controls_(controls), console_(console) {}
+                                             const ControlVariables& controls, DebugLog debugLog)
+    : found_(found), variables_(variables), controls_(controls), debugLog_(debugLog) {}
 
 bool PreviousInstallations::isWanted() {
     char value[InstallVariable::kTextCapacity] = "";
@@ -26,7 +26,7 @@ int PreviousInstallations::uninstallPrevious() {
     if (!isAnythingFound) {
         return 0;
     }
-    console_->print("ERROR: Earlier installations are not removed: this version can not do that");
+    debugLog_.print("ERROR: Earlier installations are not removed: this version can not do that");
     const char* error = controls_.nameOf(ControlVariable::kUninstallError);
     if (error[0] != '\0') {
         variables_.setVariable(error, "");

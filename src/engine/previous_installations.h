@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class ControlVariables;
 class VariableStore;
@@ -10,7 +10,7 @@ struct EarlierInstallations;
 class PreviousInstallations {
 public:
     PreviousInstallations(EarlierInstallations& found, VariableStore& variables,
-                          const ControlVariables& controls, SessionLog console);
+                          const ControlVariables& controls, DebugLog debugLog);
 
     // Runs once in a session, and only when the variable of the role ShouldUninstall isn't 0. 0 when there
     // is nothing to do; 1 when something would have to be removed: this version has no removal, and the log
@@ -23,5 +23,5 @@ private:
     EarlierInstallations& found_;
     VariableStore& variables_;
     const ControlVariables& controls_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -3,9 +3,9 @@
 #include "description/control_variables.h"
 #include "description/variable_store.h"
 #include "engine/installation_records.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
-int ProductInstaller::installProduct(WorkReport& report, const std::vector<InstallationPhase>& phases,
+int ProductInstaller::installProduct(Report& report, const std::vector<InstallationPhase>& phases,
                                      const FileInstaller::Hook& afterFileInstalled) {
     if (!parts_.records.open()) {
         return -1;
@@ -27,7 +27,7 @@ int ProductInstaller::installProduct(WorkReport& report, const std::vector<Insta
 }
 
 std::vector<const InstallationPhase*> ProductInstaller::runPhases(
-    WorkReport& report, const std::vector<InstallationPhase>& phases) {
+    Report& report, const std::vector<InstallationPhase>& phases) {
     std::vector<const InstallationPhase*> failed;
     for (const InstallationPhase& phase : phases) {
         report.setStatus(phase.statusText.c_str());
@@ -38,7 +38,7 @@ std::vector<const InstallationPhase*> ProductInstaller::runPhases(
     return failed;
 }
 
-void ProductInstaller::reportEnd(WorkReport& report, bool failed) {
+void ProductInstaller::reportEnd(Report& report, bool failed) {
     report.setProgress(100);
     report.end();
     report.flushLines();
@@ -46,11 +46,11 @@ void ProductInstaller::reportEnd(WorkReport& report, bool failed) {
                             : "The installation was successful.");
 }
 
-void ProductInstaller::reportErrors(WorkReport& report,
+void ProductInstaller::reportErrors(Report& report,
                                     const std::vector<const InstallationPhase*>& failedPhases) {
-    console_->print("WARNING: An error ocurred during installation");
+    debugLog_.print("WARNING: An error ocurred during installation");
     for (const InstallationPhase* phase : failedPhases) {
-        console_->print("ERROR: Encountered an error during %s", phase->statusText.c_str());
+        debugLog_.print("ERROR: Encountered an error during %s", phase->statusText.c_str());
         report.addError("Error during: " + phase->statusText);
     }
     const char* variable = parts_.controls.nameOf(ControlVariable::kInstallError);

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "engine/file_installer.h"
-#include "engine/session_log.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
+#include "support/debug_log.h"
 
 class ControlVariables;
 class InstallationRecords;
@@ -31,19 +31,19 @@ public:
         const ControlVariables& controls;
     };
 
-    ProductInstaller(Parts parts, SessionLog console) : parts_(parts), console_(console) {}
+    ProductInstaller(Parts parts, DebugLog debugLog) : parts_(parts), debugLog_(debugLog) {}
 
     // 0, or -1 when any step failed; with temporary files that can't be had nothing is changed. The variable
     // is left alone when the front end ignores errors.
-    int installProduct(WorkReport& report, const std::vector<InstallationPhase>& phases,
+    int installProduct(Report& report, const std::vector<InstallationPhase>& phases,
                        const FileInstaller::Hook& afterFileInstalled);
 
 private:
-    std::vector<const InstallationPhase*> runPhases(WorkReport& report,
+    std::vector<const InstallationPhase*> runPhases(Report& report,
                                                     const std::vector<InstallationPhase>& phases);
-    void reportEnd(WorkReport& report, bool failed);
-    void reportErrors(WorkReport& report, const std::vector<const InstallationPhase*>& failedPhases);
+    void reportEnd(Report& report, bool failed);
+    void reportErrors(Report& report, const std::vector<const InstallationPhase*>& failedPhases);
 
     Parts parts_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -12,9 +12,9 @@ void RegistryTags::applyRegistryTag(InstallerUI* ui, std::int32_t node) {
     for (const std::int32_t child : context_.tags.childrenOf(node)) {
         applyChild(ui, child);
     }
-    WorkReport(ui, &context_.errors).flushLines();
+    Report(ui, &context_.errors).flushLines();
     if (openedHere && !context_.log.close()) {
-        context_.console->print("ERROR: The changes of the registry could not be written to the action log");
+        context_.debugLog.print("ERROR: The changes of the registry could not be written to the action log");
     }
 }
 
@@ -33,7 +33,7 @@ void RegistryTags::applyChild(InstallerUI* ui, std::int32_t node) {
     carryOut(change);
     const char* line = tags.attribute(node, "Log");
     if (line != nullptr) {
-        WorkReport(ui, &context_.errors).addLine(textOf(change, line), false);
+        Report(ui, &context_.errors).addLine(textOf(change, line), false);
     }
 }
 
@@ -68,7 +68,7 @@ void RegistryTags::carryOut(const Change& change) {
     } else if (name == "RemoveKey") {
         removeKey(change);
     } else {
-        context_.console->print("ERROR: Usupported registry action \"%s\"",
+        context_.debugLog.print("ERROR: Usupported registry action \"%s\"",
                                 context_.tags.nameOf(change.node));
     }
 }
@@ -76,7 +76,7 @@ void RegistryTags::carryOut(const Change& change) {
 void RegistryTags::addValue(const Change& change) {
     const char* text = context_.tags.textOf(change.node);
     if (change.valueName == nullptr || text == nullptr) {
-        context_.console->print("ERROR: No registry value name supplied!");
+        context_.debugLog.print("ERROR: No registry value name supplied!");
         return;
     }
     int created = 0;
@@ -104,7 +104,7 @@ void RegistryTags::addKey(const Change& change) {
 
 void RegistryTags::removeValue(const Change& change) {
     if (change.valueName == nullptr) {
-        context_.console->print("ERROR: No registry value name supplied!");
+        context_.debugLog.print("ERROR: No registry value name supplied!");
         return;
     }
     context_.modifications.deleteRegistryValue(change.place.c_str(), change.path.c_str(),

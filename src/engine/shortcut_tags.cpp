@@ -72,7 +72,7 @@ bool ShortcutTags::prepareDirectory(const std::string& directory) {
         context_.log.writeDirectory(created, directory);
     }
     if (!done) {
-        context_.console->print("ERROR: Creating directory: \"%s\"", directory.c_str());
+        context_.debugLog.print("ERROR: Creating directory: \"%s\"", directory.c_str());
     }
     return done;
 }
@@ -80,7 +80,7 @@ bool ShortcutTags::prepareDirectory(const std::string& directory) {
 bool ShortcutTags::makeShortcut(const ShortcutRequest& shortcut, InstallerUI* ui) {
     std::string undo;
     if (!context_.modifications.addShortcut(shortcut, undo, ui)) {
-        context_.console->print("ERROR: Creating shortcut: \"%s\" to \"%s\" and args\"%s\"",
+        context_.debugLog.print("ERROR: Creating shortcut: \"%s\" to \"%s\" and args\"%s\"",
                                 shortcut.linkPath.c_str(), shortcut.target.c_str(),
                                 shortcut.arguments.c_str());
         return false;

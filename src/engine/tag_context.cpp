@@ -11,7 +11,7 @@ bool applyGroups(const TagContext& context, const char* group, InstallerUI* ui, 
             std::all_of(children.begin(), children.end(),
                         [&](std::int32_t child) { return !tags.conditionHolds(child) || change(child); }) &&
             succeeded;
-        WorkReport(ui, &context.errors).flushLines();
+        Report(ui, &context.errors).flushLines();
     }
     return succeeded;
 }

@@ -4,8 +4,8 @@
 
 #include "engine/action_log_writer.h"
 #include "engine/description_tags.h"
-#include "engine/session_log.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
+#include "support/debug_log.h"
 
 class InstallerUI;
 class SystemModifications;
@@ -19,7 +19,7 @@ struct TagContext {
     SystemModifications& modifications;
     ActionLogWriter& log;
     ErrorList& errors;
-    SessionLog console;
+    DebugLog debugLog;
 };
 
 // Makes one change that a child of a group asks for. False when it failed.

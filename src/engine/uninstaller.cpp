@@ -55,7 +55,7 @@ Uninstaller::Uninstaller(Parts parts, std::unique_ptr<PFileStream>& log, Uninsta
     : parts_(parts),
       log_(log),
       state_(state),
-      console_(parts.context.console),
+      debugLog_(parts.context.debugLog),
       fileInUse_(parts.files, parts.system),
       directories_(parts.files),
       wildcards_(parts.files) {}
@@ -78,7 +78,7 @@ void Uninstaller::readBackupFileName(const char* backupPath) {
         return;
     }
     if (log_ == nullptr) {
-        console_->print(
+        debugLog_.print(
             "WARNING: PrepareUninstall called without open action log and no specified backup file!");
         return;
     }
@@ -92,7 +92,7 @@ void Uninstaller::readBackupFileName(const char* backupPath) {
 
 int Uninstaller::uninstallFromLog(InstallerUI& ui, const char* backupPath) {
     PrepareUninstall(&ui, backupPath);
-    Walk walk{ui, WorkReport(&ui, &parts_.context.errors)};
+    Walk walk{ui, Report(&ui, &parts_.context.errors)};
     restoreBackup(walk);
     walk.report.setStatus("Uninstalling");
     if (log_ != nullptr) {
@@ -102,7 +102,7 @@ int Uninstaller::uninstallFromLog(InstallerUI& ui, const char* backupPath) {
         walk.report.begin();
         undoRecords(walk);
     } else {
-        console_->print("ERROR: There is no action log to uninstall from");
+        debugLog_.print("ERROR: There is no action log to uninstall from");
         walk.errors = true;
         walk.report.begin();
     }
@@ -226,7 +226,7 @@ void Uninstaller::undoShortcut(Walk& walk, std::string_view fields) {
 void Uninstaller::undoFirewall(Walk& walk, std::string_view fields) {
     if (!undoFirewallEntry(walk, fields)) {
         walk.errors = true;
-        console_->print("ERROR: Uninstall: Failed to undo a FirwallAction (%s)!",
+        debugLog_.print("ERROR: Uninstall: Failed to undo a FirwallAction (%s)!",
                         std::string(fields).c_str());
     }
 }
@@ -279,7 +279,7 @@ bool Uninstaller::splitRegistryFields(std::string_view tag, std::string_view fie
     if (out.size() == kFields) {
         return true;
     }
-    console_->print("WARNING: (Dev) Wrong number of tokens in the install.log for %s",
+    debugLog_.print("WARNING: (Dev) Wrong number of tokens in the install.log for %s",
                     std::string(tag).c_str());
     return false;
 }
@@ -304,7 +304,7 @@ void Uninstaller::removeByWildcards(Walk& walk) {
         }
         const std::string directory = tags.expandAttribute(node, "Dest");
         if (wildcards_.deleteByWildcard(directory, pattern, tags.isSet(node, "DeleteDirs")) < 0) {
-            console_->print("WARNING: Nothing is cleaned in \"%s\" by \"%s\"", directory.c_str(), pattern);
+            debugLog_.print("WARNING: Nothing is cleaned in \"%s\" by \"%s\"", directory.c_str(), pattern);
         }
         walk.report.addLine("Delete: " + directory + "/" + pattern, isFlushDue(done++));
     }

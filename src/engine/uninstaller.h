@@ -8,11 +8,11 @@
 
 #include "engine/created_directories.h"
 #include "engine/file_in_use.h"
-#include "engine/session_log.h"
 #include "engine/tag_context.h"
 #include "engine/uninstall_state.h"
 #include "engine/wildcard_remover.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
+#include "support/debug_log.h"
 
 class AdditionalActions;
 class ControlVariables;
@@ -61,7 +61,7 @@ private:
     // One walk.
     struct Walk {
         InstallerUI& ui;
-        WorkReport report;
+        Report report;
         std::int64_t start = 0;  // of the records in the log
         std::int64_t total = 0;  // lines, and directories
         std::int64_t index = 0;
@@ -105,7 +105,7 @@ private:
     Parts parts_;
     std::unique_ptr<PFileStream>& log_;
     UninstallState& state_;
-    SessionLog console_;
+    DebugLog debugLog_;
     FileInUse fileInUse_;
     CreatedDirectories directories_;
     WildcardRemover wildcards_;

@@ -61,41 +61,41 @@ public:
     virtual ~FileSystem() = default;
 
     // `outFile` is null after a failure. A directory can't be opened.
-    virtual int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) = 0;
+    virtual int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) = 0;
 
-    virtual bool exists(const char* path) = 0;  // of any kind, a link without a target included
-    virtual bool isDirectory(const char* path) = 0;
+    virtual bool exists(std::string_view path) = 0;  // of any kind, a link without a target included
+    virtual bool isDirectory(std::string_view path) = 0;
     // A directory, and no link to one, that carries no mark of the system: on Windows the attributes
     // read-only, hidden and system; on Linux the directories that the Filesystem Hierarchy Standard 3.0
     // names belong to the system (`/opt`, `/usr/local/bin` ...). What empties it may take such a one away.
-    virtual bool isOrdinaryDirectory(const char* path) = 0;
+    virtual bool isOrdinaryDirectory(std::string_view path) = 0;
     // From the directory entry, without opening; -1 when there is none or it is a directory.
-    virtual std::int64_t fileSize(const char* path) = 0;
+    virtual std::int64_t fileSize(std::string_view path) = 0;
 
     // The path of the plain file that the path leads to through links. Fails when there is none, and for
     // directories, devices, pipes and the like.
-    virtual int resolveFile(const char* path, std::string& outPath) = 0;
+    virtual int resolveFile(std::string_view path, std::string& outPath) = 0;
 
-    virtual int removeFile(const char* path) = 0;
+    virtual int removeFile(std::string_view path) = 0;
     // A rename on one volume; fails when `to` exists and across volumes.
-    virtual int moveFile(const char* from, const char* to) = 0;
+    virtual int moveFile(std::string_view from, std::string_view to) = 0;
     // As moveFile, but takes the place of an existing file in one step.
-    virtual int replaceFile(const char* from, const char* to) = 0;
-    virtual int createDirectory(const char* path) = 0;  // one level
-    virtual int removeDirectory(const char* path) = 0;  // an empty one
+    virtual int replaceFile(std::string_view from, std::string_view to) = 0;
+    virtual int createDirectory(std::string_view path) = 0;  // one level
+    virtual int removeDirectory(std::string_view path) = 0;  // an empty one
     // The entries without "." and "..", in no certain order; `outEntries` is emptied first.
-    virtual int list(const char* path, std::vector<DirectoryEntry>& outEntries) = 0;
+    virtual int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) = 0;
     // Marks a file as a program (Linux: the execute bits that match its read bits; Windows: nothing).
-    virtual int makeExecutable(const char* path) = 0;
+    virtual int makeExecutable(std::string_view path) = 0;
     // Gives the file `to` the rights of the file `from`: its owner and mode; on Windows its access list and
     // attributes, and a file that is read-only gives none.
-    virtual int copyRights(const char* from, const char* to) = 0;
+    virtual int copyRights(std::string_view from, std::string_view to) = 0;
 
     // The directory for temporary files without a trailing separator. False on failure.
     virtual bool temporaryDirectory(std::string& outPath) = 0;
     // Forms the path of a temporary file from a prefix and a non-zero number; the file isn't created. Nothing
     // of that name exists. On Linux each call gives another name. False on failure.
-    virtual bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) = 0;
+    virtual bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) = 0;
 };
 
 // The machine's file system. One object for the whole process, usable by any thread.

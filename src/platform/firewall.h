@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include <cstdint>
 #include <memory>
 
@@ -55,13 +57,13 @@ public:
     virtual FirewallOutcome switchOn() = 0;
 
     // An exception that isn't there counts as not enabled.
-    virtual FirewallOutcome isApplicationEnabled(const char* path, bool& outEnabled) = 0;
-    virtual FirewallOutcome addApplication(const char* path, const char* name) = 0;
-    virtual FirewallOutcome removeApplication(const char* path) = 0;
+    virtual FirewallOutcome isApplicationEnabled(std::string_view path, bool& outEnabled) = 0;
+    virtual FirewallOutcome addApplication(std::string_view path, std::string_view name) = 0;
+    virtual FirewallOutcome removeApplication(std::string_view path) = 0;
 
     // As above. Whether the number is that of a port is for the system to judge.
     virtual FirewallOutcome isPortEnabled(std::int32_t port, FirewallProtocol protocol, bool& outEnabled) = 0;
-    virtual FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, const char* name) = 0;
+    virtual FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, std::string_view name) = 0;
     virtual FirewallOutcome removePort(std::int32_t port, FirewallProtocol protocol) = 0;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include <cstdint>
 #include <memory>
 
@@ -18,9 +20,9 @@ public:
     virtual ~NamedEvents() = default;
     // Creates the event, unsignalled, or opens the existing one; null on failure. The name goes with the
     // object that created it.
-    virtual std::unique_ptr<NamedEvent> create(const char* name) = 0;
+    virtual std::unique_ptr<NamedEvent> create(std::string_view name) = 0;
     // Signals an existing event. False when there is none of that name.
-    virtual bool signal(const char* name) = 0;
+    virtual bool signal(std::string_view name) = 0;
 };
 
 NamedEvents& systemNamedEvents();

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -35,7 +36,7 @@ public:
     // Starts a program from one command line: words by blanks, double quotes keep blanks together, and the
     // first word is the program. No handles are inherited but the standard streams. `workDirectory` may be
     // empty. Null on failure, with the system's error number in `outError`.
-    virtual std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
+    virtual std::unique_ptr<ChildProcess> start(std::string_view commandLine, std::string_view workDirectory,
                                                 int& outError) = 0;
     virtual std::uint32_t currentId() = 0;
     // This process, the one that started it, the one that started that, as far up as they still run.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // The store of keys and named values: the registry on Windows, an SQLite database on Linux. Names and paths
@@ -51,23 +52,24 @@ public:
     virtual ~Registry() = default;
 
     // Creates the missing levels. `outCreated` is the number of levels that didn't exist (also on failure).
-    virtual int createKey(RegistryRoot root, const char* path, RegistryView view, int& outCreated) = 0;
+    virtual int createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) = 0;
     // kRegOk when the key exists and may be read.
-    virtual int testKey(RegistryRoot root, const char* path, RegistryView view) = 0;
+    virtual int testKey(RegistryRoot root, std::string_view path, RegistryView view) = 0;
     // Deletes one key without subkeys.
-    virtual int deleteKey(RegistryRoot root, const char* path, RegistryView view) = 0;
+    virtual int deleteKey(RegistryRoot root, std::string_view path, RegistryView view) = 0;
     // The names of the direct subkeys in the store's order; emptied first.
-    virtual int listKeys(RegistryRoot root, const char* path, RegistryView view,
+    virtual int listKeys(RegistryRoot root, std::string_view path, RegistryView view,
                          std::vector<std::string>& outNames) = 0;
 
     // An empty value name means the key's default value.
-    virtual int readValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
+    virtual int readValue(RegistryRoot root, std::string_view path, RegistryView view, std::string_view name,
                           RegistryValue& outValue) = 0;
     // Needs an existing key.
-    virtual int writeValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
+    virtual int writeValue(RegistryRoot root, std::string_view path, RegistryView view, std::string_view name,
                            const RegistryValue& value) = 0;
-    virtual int deleteValue(RegistryRoot root, const char* path, RegistryView view, const char* name) = 0;
-    virtual int listValues(RegistryRoot root, const char* path, RegistryView view,
+    virtual int deleteValue(RegistryRoot root, std::string_view path, RegistryView view,
+                            std::string_view name) = 0;
+    virtual int listValues(RegistryRoot root, std::string_view path, RegistryView view,
                            std::vector<std::string>& outNames) = 0;
 };
 

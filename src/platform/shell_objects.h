@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 // The desktop's own objects: links to programs and pages, and the programs that open documents.
 namespace platform {
@@ -19,14 +20,14 @@ public:
     virtual ~ShellObjects() = default;
 
     // Make a link file at exactly `linkPath`, over a file that is there; its directory exists. 0 or the
-    // system's error. Null texts count as empty.
+    // system's error.
     // Windows: a shell link, an Internet shortcut. Linux: a desktop entry (Desktop Entry Specification 1.5),
     // put in place in one step; a link of the file system is replaced, not followed.
-    virtual int createLink(const char* linkPath, const LinkDescription& link) = 0;
-    virtual int createUrlLink(const char* linkPath, const char* url) = 0;
+    virtual int createLink(std::string_view linkPath, const LinkDescription& link) = 0;
+    virtual int createUrlLink(std::string_view linkPath, std::string_view url) = 0;
 
     // Hands a document, program or URL to its default program and doesn't wait. False when there is none.
-    virtual bool openDocument(const char* path) = 0;
+    virtual bool openDocument(std::string_view path) = 0;
 
     // Makes known that the system's environment has changed. False on failure.
     // Windows: the broadcast of the changed setting to the programs that run; true. Linux: its variables are

@@ -34,10 +34,9 @@ Installer::Installer(platform::FileSystem& files, EnvironmentAccess& environment
 
 Installer::~Installer() = default;
 
-void Installer::setConsole(PConsole* debugLog, std::int32_t level) {
-    console = debugLog;
-    debugLevel = level;
-    cabinet.setConsole(debugLog);
+void Installer::setConsole(PConsole* console, std::int32_t level) {
+    debugLog.setTarget(console, level);
+    cabinet.setConsole(console);
 }
 
 void Installer::setParameters(const CommandLineArguments* arguments) {
@@ -45,7 +44,7 @@ void Installer::setParameters(const CommandLineArguments* arguments) {
 }
 
 void Installer::log(const char* text) {
-    SessionLog(console)->print("%s", text);
+    debugLog.line(text);
 }
 
 int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags) {
@@ -57,15 +56,15 @@ int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t 
     auto file = std::make_unique<PFileStream>(files_);
     if (file->openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
                        PFileStream::kOpenExisting) != 0) {
-        SessionLog(console)->print("ERROR: Failed to open the installation log file (%s)", path);
+        debugLog.print("ERROR: Failed to open the installation log file (%s)", path);
         return -1;
     }
     actionLogFile = std::move(file);
     return 0;
 }
 
-int Installer::run(InstallerUI* ui, PConsole* debugLog) {
-    setConsole(debugLog, debugLevel);
+int Installer::run(InstallerUI* ui, PConsole* console) {
+    setConsole(console, debugLog.level());
     if (ui == nullptr) {
         log("ERROR: No installer UI handler specified");
         return -1;
@@ -112,7 +111,7 @@ bool Installer::readDescription() {
 bool Installer::readDescriptionFromLog(SharedBuffer& outText) {
     log("Reading installation file name from action log");
     std::string path;
-    if (!ActionLogReader(actionLogFile.get(), console).readDescriptionPath(path)) {
+    if (!ActionLogReader(actionLogFile.get(), debugLog).readDescriptionPath(path)) {
         log("ERROR: Could not obtain installation file from action log. Exiting!");
         return false;
     }
@@ -138,7 +137,7 @@ bool Installer::readDescriptionFromLog(SharedBuffer& outText) {
 int Installer::importVariablesFromLog() {
     try {
         const bool hasBadLines =
-            ActionLogReader(actionLogFile.get(), console)
+            ActionLogReader(actionLogFile.get(), debugLog)
                 .readVariablesFromLog([this](const std::string& name, const std::string& value) {
                     setVariable(name.c_str(), value.c_str());
                 });
@@ -171,7 +170,7 @@ bool Installer::readModels() {
     });
     if (uiIsGraphical != 0) {
         log("Getting GUI colour theme info");
-        readColourTheme(description, parts_->expressions, console, colourTheme);
+        readColourTheme(description, parts_->expressions, debugLog, colourTheme);
     }
     if (!readDialogs()) {
         return false;
@@ -195,7 +194,7 @@ bool Installer::readDialogs() {
 
 void Installer::readControlVariables() {
     log("Getting control variables names");
-    if (controlVariables.read(description, console) != 0) {
+    if (controlVariables.read(description, debugLog) != 0) {
         log("WARNING: There are no control variable names provided in the installation xml!");
     }
     exclusions.build(description, controlVariables, dialogs, parts_->variables);
@@ -235,7 +234,7 @@ void Installer::readEarlierLog() {
                       PFileStream::kOpenExisting) != 0) {
         throw InstallerError("ERROR: Opening action file (%s)", path.c_str());
     }
-    ActionLogReader(&file, console)
+    ActionLogReader(&file, debugLog)
         .readVariablesFromLog([this](const std::string& key, const std::string& value) {
             setVariable(key.c_str(), value.c_str());
         });

@@ -30,7 +30,7 @@ public:
     ~Installer() override;
 
     // Ahead of everything else. The console is borrowed and may be null: then nothing is logged.
-    void setConsole(PConsole* debugLog, std::int32_t level);
+    void setConsole(PConsole* console, std::int32_t level);
     // Borrowed; null without a command line.
     void setParameters(const CommandLineArguments* arguments);
     // Ahead of `run`: nobody will be asked anything.
@@ -42,7 +42,7 @@ public:
     int loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags);
     // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
     // session couldn't start or an error left one of its steps, which is logged and shown. Throws nothing.
-    int run(InstallerUI* ui, PConsole* debugLog);
+    int run(InstallerUI* ui, PConsole* console);
     // Frees the cabinet, closes the action log and deletes what the session kept for a revert. 0.
     int releaseSession();
 

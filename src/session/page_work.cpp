@@ -23,7 +23,7 @@ PageWork::PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFi
     : state_(state),
       parts_(parts),
       afterFileInstalled_(std::move(afterFileInstalled)),
-      console_(state.console) {}
+      debugLog_(state.debugLog) {}
 
 bool PageWork::isActionLogSession() {
     return state_.isActionLogSession();
@@ -66,12 +66,12 @@ int PageWork::installProduct(InstallerUI* ui) {
         {"Running additional installations",
          [&](InstallerUI* u) { return parts_.actions.runAdditionalActions(u, "AdditionalInstall"); }},
     };
-    WorkReport report(ui, &state_.errorList);
+    Report report(ui, &state_.errorList);
     return parts_.installer.installProduct(report, phases, afterFileInstalled_);
 }
 
 int PageWork::refuse(const char* work) {
-    console_->print("ERROR: %s is not carried out: this version can not do that", work);
+    debugLog_.print("ERROR: %s is not carried out: this version can not do that", work);
     return 1;
 }
 

@@ -2,7 +2,7 @@
 
 #include "contracts/page_actions.h"
 #include "engine/file_installer.h"
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class AdditionalActions;
 class InstallationFinish;
@@ -60,5 +60,5 @@ private:
     SessionState& state_;
     Parts parts_;
     FileInstaller::Hook afterFileInstalled_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -13,14 +13,14 @@
 #include "description/variable_exclusions.h"
 #include "engine/earlier_installations.h"
 #include "engine/uninstall_state.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "package/cabinet.h"
 #include "session/session_flags.h"
+#include "support/debug_log.h"
 #include "support/p_file_console.h"
 #include "ui/navigation_state.h"
 
 class CommandLineArguments;
-class PConsole;
 
 // The saved state of an installation that was taken away for this one.
 struct UninstallBackup {
@@ -60,8 +60,7 @@ struct SessionState {
     UninstallState uninstall;
     ErrorList errorList;
     std::int32_t postInstallDone = 0;  // the last work of the installation was begun
-    PConsole* console = nullptr;       // the debug log, borrowed; null turns it off
-    std::int32_t debugLevel = 0;       // 0 to 4
+    DebugLog debugLog;
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }
 };

@@ -63,14 +63,18 @@ void PConsole::printLine(bool wideNumber, const char* message) {
 }
 
 void PConsole::print(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    printFormatted(format, arguments);
+    va_end(arguments);
+}
+
+void PConsole::printFormatted(const char* format, va_list arguments) {
     if (!enabled_) {
         return;
     }
     char message[kMessageCapacity] = "";
-    va_list arguments;
-    va_start(arguments, format);
     std::vsnprintf(message, sizeof message, format, arguments);
-    va_end(arguments);
     printLine(true, message);
 }
 

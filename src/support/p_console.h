@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdarg>
 #include <cstdint>
 
 #include "base/errors.h"
@@ -39,6 +40,8 @@ public:
     // One line: prefix, the message formatted as by printf, CR LF. Nothing happens, and nothing is counted,
     // while the console is disabled.
     void print(const char* format, ...) TANDREL_PRINTF(2, 3);
+    // The same for a function that has taken the arguments itself.
+    void printFormatted(const char* format, va_list arguments);
     // The same with "*** ALERT! " ahead of the message.
     void printAlert(const char* format, ...) TANDREL_PRINTF(2, 3);
     void printNumber(std::int32_t value);

@@ -35,21 +35,21 @@ PFileStream::~PFileStream() {
     PFileStream::close();
 }
 
-void PFileStream::setParameters(const char* path, std::uint32_t access, std::uint32_t share,
+void PFileStream::setParameters(std::string_view path, std::uint32_t access, std::uint32_t share,
                                 std::uint32_t createMode) {
-    name_ = path == nullptr ? "" : path;
+    name_ = path;
     access_ = access;
     share_ = share;
     createMode_ = createMode;
 }
 
-int PFileStream::openFile(const char* path, std::uint32_t access, std::uint32_t share,
+int PFileStream::openFile(std::string_view path, std::uint32_t access, std::uint32_t share,
                           std::uint32_t createMode) {
     setParameters(path, access, share, createMode);
     return open();
 }
 
-int PFileStream::openWithMode(const char* path, int mode) {
+int PFileStream::openWithMode(std::string_view path, int mode) {
     const bool appends = (static_cast<std::uint32_t>(mode) & kModeBits) == kAppend;
     setParameters(path, kReadWrite, kShareRead, appends ? kOpenAlways : kCreateAlways);
     int status = open();
@@ -62,16 +62,16 @@ int PFileStream::openWithMode(const char* path, int mode) {
     return status;
 }
 
-int PFileStream::openPrivate(const char* path) {
+int PFileStream::openPrivate(std::string_view path) {
     close();
     setParameters(path, kReadWrite, kShareRead, kCreateAlways);
     // What can't be removed makes the creation fail, which tells the reason.
-    files_.removeFile(name_.c_str());
+    files_.removeFile(name_);
     return openAs(platform::Disposition::kCreatePrivate);
 }
 
-std::int64_t PFileStream::getFileSize(const char* path) {
-    return path == nullptr ? -1 : files_.fileSize(path);
+std::int64_t PFileStream::getFileSize(std::string_view path) {
+    return files_.fileSize(path);
 }
 
 int PFileStream::open() {
@@ -85,7 +85,7 @@ int PFileStream::openAs(platform::Disposition disposition) {
     options.share = share_;
     options.disposition = disposition;
     options.sequential = (createMode_ & kSequential) != 0;
-    const int status = files_.open(name_.c_str(), options, file_);
+    const int status = files_.open(name_, options, file_);
     if (status == 0) {
         ++openCount_;
     }

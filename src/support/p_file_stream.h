@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/file_system.h"
 #include "support/p_stream.h"
@@ -31,22 +32,23 @@ public:
     explicit PFileStream(platform::FileSystem& files = platform::systemFileSystem());
     ~PFileStream() override;  // closes
 
-    // Sets the parameters of the next open(). `path` is UTF-8 and copied; null counts as empty.
-    void setParameters(const char* path, std::uint32_t access, std::uint32_t share, std::uint32_t createMode);
+    // Sets the parameters of the next open(). `path` is UTF-8 and copied.
+    void setParameters(std::string_view path, std::uint32_t access, std::uint32_t share,
+                       std::uint32_t createMode);
     // setParameters, then open.
-    int openFile(const char* path, std::uint32_t access, std::uint32_t share, std::uint32_t createMode);
+    int openFile(std::string_view path, std::uint32_t access, std::uint32_t share, std::uint32_t createMode);
     // Closes, then opens `path` for reading and writing, others may read. A mode whose two low bits are 1
     // opens or creates, keeps the content and stands at its end; every other mode recreates the file.
-    int openWithMode(const char* path, int mode);
+    int openWithMode(std::string_view path, int mode);
     // Closes, then makes `path` anew for reading and writing by this user alone: what stands there, a link
     // included, is removed first and never followed. For well-known names in directories that all may write.
-    int openPrivate(const char* path);
+    int openPrivate(std::string_view path);
     // From the directory entry, without opening; -1 if there is none.
-    std::int64_t getFileSize(const char* path);
+    std::int64_t getFileSize(std::string_view path);
 
     bool isOpen() const { return file_ != nullptr; }
     // The path set last.
-    const char* getName() const { return name_.c_str(); }
+    const std::string& getName() const { return name_; }
 
     // An open file is closed first.
     int open() override;

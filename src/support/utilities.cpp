@@ -20,7 +20,8 @@ int giveText(bool found, const std::string& text, char* out, std::int64_t capaci
     return fits ? 0 : 1;
 }
 
-int openForReading(const char* path, platform::FileSystem& files, std::unique_ptr<platform::File>& outFile) {
+int openForReading(std::string_view path, platform::FileSystem& files,
+                   std::unique_ptr<platform::File>& outFile) {
     platform::OpenOptions options;
     options.sequential = true;
     // A program that is being written to, or a log that is open, can be read all the same.
@@ -28,7 +29,8 @@ int openForReading(const char* path, platform::FileSystem& files, std::unique_pt
     return files.open(path, options, outFile);
 }
 
-int openForWriting(const char* path, platform::FileSystem& files, std::unique_ptr<platform::File>& outFile) {
+int openForWriting(std::string_view path, platform::FileSystem& files,
+                   std::unique_ptr<platform::File>& outFile) {
     platform::OpenOptions options;
     options.access = platform::kWrite;
     options.share = platform::kShareNone;
@@ -73,7 +75,7 @@ int readAll(platform::File& file, unsigned char* data, std::int64_t size) {
     return 0;
 }
 
-bool isSamePath(const char* a, const char* b) {
+bool isSamePath(std::string_view a, std::string_view b) {
     std::string first(a);
     std::string second(b);
     setSeparators(first.data(), '/');
@@ -83,7 +85,7 @@ bool isSamePath(const char* a, const char* b) {
 
 // Opens the file, lets `makeRoom` give the memory for its size, and fills that.
 template <typename MakeRoom>
-int readInto(const char* path, platform::FileSystem& files, MakeRoom makeRoom) {
+int readInto(std::string_view path, platform::FileSystem& files, MakeRoom makeRoom) {
     std::unique_ptr<platform::File> file;
     if (const int status = openForReading(path, files, file); status != 0) {
         return status;
@@ -97,8 +99,8 @@ int readInto(const char* path, platform::FileSystem& files, MakeRoom makeRoom) {
 
 }  // namespace
 
-bool pathExists(const char* path, platform::FileSystem& files) {
-    return path != nullptr && files.exists(path);
+bool pathExists(std::string_view path, platform::FileSystem& files) {
+    return files.exists(path);
 }
 
 int getTempDirectory(char* out, std::int64_t capacity, platform::FileSystem& files) {
@@ -113,7 +115,7 @@ int getProgramPath(char* out, std::int64_t capacity) {
     return giveText(found, path, out, capacity);
 }
 
-bool copyFile(const char* from, const char* to, platform::FileSystem& files) {
+bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files) {
     std::unique_ptr<platform::File> source;
     std::unique_ptr<platform::File> target;
     // Opening the target would empty the source.
@@ -132,11 +134,11 @@ bool copyFile(const char* from, const char* to, platform::FileSystem& files) {
     return true;
 }
 
-int removeFile(const char* path, platform::FileSystem& files) {
+int removeFile(std::string_view path, platform::FileSystem& files) {
     return files.removeFile(path);
 }
 
-int readWholeFile(const char* path, SharedBuffer& outContent, platform::FileSystem& files) {
+int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::FileSystem& files) {
     outContent.release();
     SharedBuffer content;
     const int status = readInto(path, files, [&content](std::int64_t size) {
@@ -149,7 +151,7 @@ int readWholeFile(const char* path, SharedBuffer& outContent, platform::FileSyst
     return status;
 }
 
-int readWholeFile(const char* path, std::string& outContent, platform::FileSystem& files) {
+int readWholeFile(std::string_view path, std::string& outContent, platform::FileSystem& files) {
     outContent.clear();
     const int status = readInto(path, files, [&outContent](std::int64_t size) {
         outContent.resize(static_cast<std::size_t>(size));
@@ -161,7 +163,7 @@ int readWholeFile(const char* path, std::string& outContent, platform::FileSyste
     return status;
 }
 
-int writeWholeFile(const char* path, std::string_view content, platform::FileSystem& files) {
+int writeWholeFile(std::string_view path, std::string_view content, platform::FileSystem& files) {
     if (content.size() > INT32_MAX) {
         return -1;
     }

@@ -12,7 +12,7 @@
 namespace OUtils {
 
 // True when there is anything of that name.
-bool pathExists(const char* path, platform::FileSystem& files = platform::systemFileSystem());
+bool pathExists(std::string_view path, platform::FileSystem& files = platform::systemFileSystem());
 
 // The directory for temporary files without a trailing separator. 0 on success, 1 on failure, also when it
 // doesn't fit `capacity` bytes; `out` is empty then.
@@ -26,21 +26,22 @@ int getProgramPath(char* out, std::int64_t capacity);
 // Copies the content of a file, emptying or creating `to`. False when anything failed, up to the closing; a
 // `to` that was opened is removed then, so that no half-written file stays. Copying onto the same path is a
 // failure that changes nothing.
-bool copyFile(const char* from, const char* to, platform::FileSystem& files = platform::systemFileSystem());
+bool copyFile(std::string_view from, std::string_view to,
+              platform::FileSystem& files = platform::systemFileSystem());
 
 // 0, or the system's error number, also when there is no such file.
-int removeFile(const char* path, platform::FileSystem& files = platform::systemFileSystem());
+int removeFile(std::string_view path, platform::FileSystem& files = platform::systemFileSystem());
 
 // Reads a file of at most 2,147,483,647 bytes. 0, the system's error number, or -1 when the file is larger or
 // ended early; what was held before is gone after a failure.
-int readWholeFile(const char* path, SharedBuffer& outContent,
+int readWholeFile(std::string_view path, SharedBuffer& outContent,
                   platform::FileSystem& files = platform::systemFileSystem());
-int readWholeFile(const char* path, std::string& outContent,
+int readWholeFile(std::string_view path, std::string& outContent,
                   platform::FileSystem& files = platform::systemFileSystem());
 
 // Makes a file with exactly this content. 0, the system's error number, or -1 when the content is larger than
 // 2,147,483,647 bytes; the file may hold a part of the content after a failure.
-int writeWholeFile(const char* path, std::string_view content,
+int writeWholeFile(std::string_view path, std::string_view content,
                    platform::FileSystem& files = platform::systemFileSystem());
 
 }  // namespace OUtils

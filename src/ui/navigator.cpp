@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "description/dialog_model.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 #include "ui/navigation_state.h"
 #include "ui/page_conditions.h"
 #include "ui/page_turner.h"
@@ -22,13 +22,13 @@ bool isFinish(const DialogDesc* page) {
 }  // namespace
 
 Navigator::Navigator(NavigationState& state, DialogModel& dialogs, PageConditions& conditions,
-                     TaskStates& tasks, PageTurner& pages, PConsole*& console)
+                     TaskStates& tasks, PageTurner& pages, DebugLog debugLog)
     : state_(state),
       dialogs_(dialogs),
       conditions_(conditions),
       tasks_(tasks),
       pages_(pages),
-      console_(console) {}
+      debugLog_(debugLog) {}
 
 int Navigator::shift(InstallerUI* ui, int count) {
     if (count == 0) {
@@ -206,10 +206,8 @@ void Navigator::enterFromBehind(const Position& position, bool isOtherDialog, In
 }
 
 Navigator::Step Navigator::fail(const char* direction) {
-    if (console_ != nullptr) {
-        console_->print("ERROR: Bad dialog %s shifting. Current dialog: %d, current subdialog: %d", direction,
-                        static_cast<int>(state_.currentDialog), static_cast<int>(state_.currentSubdialog));
-    }
+    debugLog_.print("ERROR: Bad dialog %s shifting. Current dialog: %d, current subdialog: %d", direction,
+                    static_cast<int>(state_.currentDialog), static_cast<int>(state_.currentSubdialog));
     state_.lastResult = 1;
     state_.finished = 1;
     return Step::kStopped;

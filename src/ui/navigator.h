@@ -2,9 +2,10 @@
 
 #include <cstdint>
 
+#include "support/debug_log.h"
+
 class DialogModel;
 class InstallerUI;
-class PConsole;
 class PageConditions;
 class PageTurner;
 class TaskStates;
@@ -17,9 +18,9 @@ struct NavigationState;
 // further page.
 class Navigator {
 public:
-    // Everything is borrowed; `console` is the session's debug log and may be null at any time.
+    // Everything is borrowed;
     Navigator(NavigationState& state, DialogModel& dialogs, PageConditions& conditions, TaskStates& tasks,
-              PageTurner& pages, PConsole*& console);
+              PageTurner& pages, DebugLog debugLog);
 
     // Forward for a positive `count`, back for a negative one, nothing for 0.
     int shift(InstallerUI* ui, int count);
@@ -60,5 +61,5 @@ private:
     PageConditions& conditions_;
     TaskStates& tasks_;
     PageTurner& pages_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

@@ -4,7 +4,7 @@
 
 #include "base/text_functions.h"
 #include "contracts/page_actions.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 #include "ui/control_values.h"
 #include "ui/external_uninstall_page.h"
 #include "ui/running_apps_page.h"
@@ -42,18 +42,16 @@ std::vector<std::string_view> PageEntry::pageNames() {
 
 PageEntry::PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions,
                      RunningAppsPage& runningApps, ExternalUninstallPage& externalUninstall,
-                     PConsole*& console)
+                     DebugLog debugLog)
     : controls_(controls),
       triggers_(triggers),
       actions_(actions),
       runningApps_(runningApps),
       externalUninstall_(externalUninstall),
-      console_(console) {}
+      debugLog_(debugLog) {}
 
 int PageEntry::enterPage(PageVisit& visit) {
-    if (console_ != nullptr) {
-        console_->print("Setting dialog \"%s\" (%d, %d)", visit.page.name.c_str(), visit.dialog, visit.sub);
-    }
+    debugLog_.print("Setting dialog \"%s\" (%d, %d)", visit.page.name.c_str(), visit.dialog, visit.sub);
     controls_.set(ControlVariable::kDlgCondition, "0");
     const bool isBusy = visit.page.has(kDialogBusy);
     if (isBusy) {

@@ -4,11 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "support/debug_log.h"
 #include "ui/page_visit.h"
 
 class ControlValues;
 class ExternalUninstallPage;
-class PConsole;
 class PageActions;
 class RunningAppsPage;
 class Triggers;
@@ -17,9 +17,9 @@ class Triggers;
 // instance, is what makes the engine install.
 class PageEntry {
 public:
-    // Everything is borrowed; `console` is the session's debug log and may be null at any time.
+    // Everything is borrowed;
     PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions, RunningAppsPage& runningApps,
-              ExternalUninstallPage& externalUninstall, PConsole*& console);
+              ExternalUninstallPage& externalUninstall, DebugLog debugLog);
 
     // Works on `visit`, whose page is the current one. 1 when the walk goes on by itself, else 0.
     int enterPage(PageVisit& visit);
@@ -57,5 +57,5 @@ private:
     PageActions& actions_;
     RunningAppsPage& runningApps_;
     ExternalUninstallPage& externalUninstall_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

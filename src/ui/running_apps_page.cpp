@@ -7,16 +7,16 @@
 #include "contracts/system_operations.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 #include "ui/page_visit.h"
 
 RunningAppsPage::RunningAppsPage(const PXML& description, Expressions& expressions, PageActions& actions,
-                                 SystemOperations& system, PConsole*& console)
+                                 SystemOperations& system, DebugLog debugLog)
     : description_(description),
       expressions_(expressions),
       actions_(actions),
       system_(system),
-      console_(console) {}
+      debugLog_(debugLog) {}
 
 void RunningAppsPage::enter(PageVisit& visit) {
     if (condition_ == nullptr) {
@@ -36,9 +36,7 @@ void RunningAppsPage::enter(PageVisit& visit) {
                                "The installation can not continue, because the processes listed above are "
                                "running.");
         }
-        if (console_ != nullptr) {
-            console_->print("Running applications found");
-        }
+        debugLog_.print("Running applications found");
         visit.hold();
     }
     visit.shown = true;

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "description/dlg_condition.h"
+#include "support/debug_log.h"
 
 class Expressions;
-class PConsole;
 class PXML;
 class PageActions;
 class SystemOperations;
@@ -16,9 +16,9 @@ struct PageVisit;
 // The page that holds the walk while programs run that must not run. It may stop some of them first.
 class RunningAppsPage {
 public:
-    // Everything is borrowed; `console` is the session's debug log and may be null at any time.
+    // Everything is borrowed;
     RunningAppsPage(const PXML& description, Expressions& expressions, PageActions& actions,
-                    SystemOperations& system, PConsole*& console);
+                    SystemOperations& system, DebugLog debugLog);
 
     // Carries out the page's elements and gives the page its gate, which all pages of this kind share.
     void enter(PageVisit& visit);
@@ -31,6 +31,6 @@ private:
     Expressions& expressions_;
     PageActions& actions_;
     SystemOperations& system_;
-    PConsole*& console_;
+    DebugLog debugLog_;
     std::shared_ptr<RunningAppsCondition> condition_;
 };

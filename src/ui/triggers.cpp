@@ -10,7 +10,7 @@
 #include "description/environment_access.h"
 #include "description/expressions.h"
 #include "description/variable_store.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -20,13 +20,13 @@ constexpr int kDebugTextCapacity = 2048;
 }  // namespace
 
 Triggers::Triggers(DialogModel& dialogs, VariableStore& variables, Expressions& expressions,
-                   PageActions& actions, EnvironmentAccess& environment, PConsole*& console)
+                   PageActions& actions, EnvironmentAccess& environment, DebugLog debugLog)
     : dialogs_(dialogs),
       variables_(variables),
       expressions_(expressions),
       actions_(actions),
       environment_(environment),
-      console_(console) {}
+      debugLog_(debugLog) {}
 
 void Triggers::run(InstallerUI* ui, std::uint32_t when, int dialog, int sub) {
     const DialogDesc* page = dialogs_.getDialog(dialog, sub);
@@ -49,9 +49,8 @@ void Triggers::fire(const Firing& firing) {
     const std::int32_t type = firing.trigger.type;
     if (type >= 0 && static_cast<std::size_t>(type) < std::size(kEffects)) {
         (this->*kEffects[type])(firing);
-    } else if (console_ != nullptr) {
-        console_->print("WARNING: Unrecognized trigger type (%d)", static_cast<int>(type));
-    }
+    } else
+        debugLog_.print("WARNING: Unrecognized trigger type (%d)", static_cast<int>(type));
 }
 
 void Triggers::changeVariable(const Firing& firing) {
@@ -84,19 +83,16 @@ void Triggers::checkFile(const Firing& firing) {
 }
 
 void Triggers::printExpression(const Firing& firing) {
-    if (console_ == nullptr) {
-        return;
-    }
     char text[kDebugTextCapacity];
     if (expressions_.expandVariables(firing.trigger.value.c_str(), text, sizeof text, false) < 1) {
-        console_->print("WARNING: Empty debug trigger in dialog (%d, %d)", firing.dialog, firing.sub);
+        debugLog_.print("WARNING: Empty debug trigger in dialog (%d, %d)", firing.dialog, firing.sub);
     } else {
-        console_->print("DEBUG: Dlg (%d, %d) trigger expanded value: %s", firing.dialog, firing.sub, text);
+        debugLog_.print("DEBUG: Dlg (%d, %d) trigger expanded value: %s", firing.dialog, firing.sub, text);
     }
 }
 
 void Triggers::reset(const TriggerDesc& trigger, int mode) {
-    if (variables_.resetVariable(trigger.variable.c_str(), mode) != 0 && console_ != nullptr) {
-        console_->print("WARNING: Trying to reset non-existent variable: %s", trigger.variable.c_str());
+    if (variables_.resetVariable(trigger.variable.c_str(), mode) != 0) {
+        debugLog_.print("WARNING: Trying to reset non-existent variable: %s", trigger.variable.c_str());
     }
 }

@@ -2,11 +2,12 @@
 
 #include <cstdint>
 
+#include "support/debug_log.h"
+
 class DialogModel;
 class EnvironmentAccess;
 class Expressions;
 class InstallerUI;
-class PConsole;
 class PageActions;
 class VariableStore;
 struct TriggerDesc;
@@ -14,9 +15,9 @@ struct TriggerDesc;
 // Fires the triggers of pages.
 class Triggers {
 public:
-    // Everything is borrowed; `console` is the session's debug log and may be null at any time.
+    // Everything is borrowed;
     Triggers(DialogModel& dialogs, VariableStore& variables, Expressions& expressions, PageActions& actions,
-             EnvironmentAccess& environment, PConsole*& console);
+             EnvironmentAccess& environment, DebugLog debugLog);
 
     // Fires those whose moments (a set of TriggerMoment) meet `when` and whose condition holds by then, in
     // document order; a later one sees what an earlier one did. A page that isn't there has none. `ui` isn't
@@ -46,5 +47,5 @@ private:
     Expressions& expressions_;
     PageActions& actions_;
     EnvironmentAccess& environment_;
-    PConsole*& console_;
+    DebugLog debugLog_;
 };

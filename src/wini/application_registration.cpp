@@ -50,7 +50,7 @@ struct ApplicationRegistration::Entry {
 };
 
 bool ApplicationRegistration::fail(const char* message) {
-    console_->print("%s", message);
+    debugLog_.print("%s", message);
     return false;
 }
 
@@ -105,14 +105,14 @@ bool ApplicationRegistration::registerApplication() {
 
 bool ApplicationRegistration::write(const Entry& entry) {
     if (!canBeEntry(entry.name.c_str())) {
-        console_->print("ERROR: \"%s\" can not be registered as an application", entry.name.c_str());
+        debugLog_.print("ERROR: \"%s\" can not be registered as an application", entry.name.c_str());
         return false;
     }
     const std::string key = UninstallList::keyOf(entry.name.c_str());
     int created = 0;
     int status = registry_.createKey(kRoot, key.c_str(), kView, created);
     if (status != platform::kRegOk) {
-        console_->print("ERROR: The entry \"%s\" can not be made (%d)", key.c_str(), status);
+        debugLog_.print("ERROR: The entry \"%s\" can not be made (%d)", key.c_str(), status);
         return false;
     }
     if (created > kEntryLevels) {
@@ -130,7 +130,7 @@ bool ApplicationRegistration::write(const Entry& entry) {
     for (const auto& [name, text] : values) {
         status = registry_.writeValue(kRoot, key.c_str(), kView, name, {platform::kRegString, text});
         if (status != platform::kRegOk) {
-            console_->print("ERROR: \"%s\" of the entry \"%s\" can not be written (%d)", name, key.c_str(),
+            debugLog_.print("ERROR: \"%s\" of the entry \"%s\" can not be written (%d)", name, key.c_str(),
                             status);
             written = false;
         }

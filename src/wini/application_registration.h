@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class InstallExchangeInfo;
 
@@ -21,8 +21,8 @@ public:
     static constexpr int kCommandSize = 4096;
 
     // All are borrowed and outlive this object.
-    ApplicationRegistration(platform::Registry& registry, InstallExchangeInfo& product, SessionLog console)
-        : registry_(registry), product_(product), console_(console) {}
+    ApplicationRegistration(platform::Registry& registry, InstallExchangeInfo& product, DebugLog debugLog)
+        : registry_(registry), product_(product), debugLog_(debugLog) {}
 
     // The command that uninstalls the product, in double quotes if `quote` asks for it, and its arguments,
     // which name the action log in double quotes. False, with both empty and a line in the log, when a text
@@ -46,5 +46,5 @@ private:
 
     platform::Registry& registry_;
     InstallExchangeInfo& product_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

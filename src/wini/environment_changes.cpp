@@ -192,7 +192,7 @@ bool EnvironmentChanges::erase(const std::string& name, const std::string& text)
 
 bool EnvironmentChanges::broadcastEnvironmentChange() {
     if (!shell_.broadcastEnvironment()) {
-        WorkReport(nullptr, &errors_).addError("FAILED to make the changed environment known");
+        Report(nullptr, &errors_).addError("FAILED to make the changed environment known");
     }
     return true;
 }
@@ -200,7 +200,7 @@ bool EnvironmentChanges::broadcastEnvironmentChange() {
 bool EnvironmentChanges::tell(bool done, const char* doneWord, const char* failedWord,
                               const std::string& name, InstallerUI* ui) {
     const std::string line = (done ? doneWord : failedWord) + name;
-    WorkReport report(ui, &errors_);
+    Report report(ui, &errors_);
     report.addLine(line, false);
     if (!done) {
         report.addError(line);

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "contracts/system_modifications.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 
 namespace platform {
 class FileSystem;

@@ -18,7 +18,7 @@ bool ExternalUninstaller::uninstallApplication(const char* applicationName, cons
                                                std::uint32_t flags, InstallerUI* ui) {
     std::string command;
     if (!list_.readUninstallString(applicationName, command, flags)) {
-        console_->print("ERROR: Could not obtain uninstall string for uninstalling application: \"%s\"",
+        debugLog_.print("ERROR: Could not obtain uninstall string for uninstalling application: \"%s\"",
                         applicationName == nullptr ? "" : applicationName);
         return false;
     }
@@ -42,11 +42,11 @@ bool ExternalUninstaller::runWithEvents(const std::string& command) {
     const auto end = parts_.events.create(kUninstallerEndEvent);
     int error = 0;
     if (parts_.processes.start(command.c_str(), "", error) == nullptr) {
-        console_->print("ERROR: The uninstaller does not start (%d): %s", error, command.c_str());
+        debugLog_.print("ERROR: The uninstaller does not start (%d): %s", error, command.c_str());
         return false;
     }
     if (start == nullptr || end == nullptr) {
-        console_->print("WARNING: The end of the uninstaller is not waited for: no named events");
+        debugLog_.print("WARNING: The end of the uninstaller is not waited for: no named events");
     } else if (start->wait(kStartMilliseconds)) {
         end->wait(kEndMilliseconds);
     }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 #include "wini/uninstall_list.h"
 
 class InstallerUI;
@@ -31,8 +31,8 @@ public:
     };
 
     // All are borrowed and outlive this object.
-    ExternalUninstaller(Parts parts, SessionLog console)
-        : parts_(parts), list_(parts.registry), console_(console) {}
+    ExternalUninstaller(Parts parts, DebugLog debugLog)
+        : parts_(parts), list_(parts.registry), debugLog_(debugLog) {}
 
     // `arguments` may be null; `flags` is a set of UninstallEntryFlag. With kEntryWait the uninstaller is
     // waited for while the front end breathes, and true means that it ended with 0. Without, it is told to
@@ -45,5 +45,5 @@ private:
 
     Parts parts_;
     UninstallList list_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -55,7 +55,7 @@ bool FileModifications::change(const std::string& path, const std::string& descr
 
 bool FileModifications::tell(bool done, const char* action, const std::string& path, InstallerUI* ui) {
     const std::string line = (done ? "" : "FAILED : ") + (action + path);
-    WorkReport report(ui, &errors_);
+    Report report(ui, &errors_);
     report.addLine(line, false);
     if (!done) {
         report.addError(line);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/work_report.h"
+#include "engine/report.h"
 
 class InstallerUI;
 

@@ -53,10 +53,10 @@ FirewallResult FirewallChanges::carryOut(const char* family, Action action) {
         action();
         return FirewallResult::kDone;
     } catch (const NonFatalError& error) {
-        console_->print("WARNING: (Firewall %s) %s", family, error.what());
+        debugLog_.print("WARNING: (Firewall %s) %s", family, error.what());
         return FirewallResult::kNotAvailable;
     } catch (const GenericError& error) {
-        console_->print("ERROR: (Firewall %s) %s", family, error.what());
+        debugLog_.print("ERROR: (Firewall %s) %s", family, error.what());
         return FirewallResult::kFailed;
     }
 }
@@ -116,7 +116,7 @@ std::uint8_t FirewallChanges::protocolsOf(const char* words, const char* logText
             bit = word == protocol.word ? protocol.bit : bit;
         }
         if (bit == 0) {
-            console_->print("WARNING: Malformed action log entry for firewall port: \"%s\"", logText);
+            debugLog_.print("WARNING: Malformed action log entry for firewall port: \"%s\"", logText);
         }
         protocols |= bit;
     }

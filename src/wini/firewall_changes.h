@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contracts/system_modifications.h"
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class FirewallOperations;
 
@@ -14,8 +14,8 @@ class Firewall;
 class FirewallChanges {
 public:
     // Both are borrowed and outlive this object.
-    FirewallChanges(platform::Firewall& firewall, SessionLog console)
-        : firewall_(firewall), console_(console) {}
+    FirewallChanges(platform::Firewall& firewall, DebugLog debugLog)
+        : firewall_(firewall), debugLog_(debugLog) {}
 
     // A null argument fails, and so does a path that the action log can't hold as it is, since the exception
     // could not be taken back. What is open already counts as done.
@@ -35,5 +35,5 @@ private:
     std::uint8_t protocolsOf(const char* words, const char* logText);
 
     platform::Firewall& firewall_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

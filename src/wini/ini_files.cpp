@@ -199,7 +199,7 @@ bool IniFiles::tell(bool done, const char* doneWord, const char* failedWord, con
                     InstallerUI* ui) {
     const std::string line =
         (done ? doneWord : failedWord) + ('[' + entry.section + "]/" + entry.key + " in " + entry.file);
-    WorkReport report(ui, &errors_);
+    Report report(ui, &errors_);
     report.addLine(line, false);
     if (!done) {
         report.addError(line);

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "engine/work_report.h"
+#include "engine/report.h"
 
 class InstallerUI;
 class TextFile;

@@ -66,7 +66,7 @@ bool ProgramRunner::runOnThread(AsynchronousRunProgram& program, InstallerUI* ui
     }
     RunProgramThread thread(processes_);
     if (threads_ == nullptr || threads_->startDetached(thread, &program) != 0) {
-        console_->print("ERROR: No thread for running %s", program.commandLine().c_str());
+        debugLog_.print("ERROR: No thread for running %s", program.commandLine().c_str());
         return false;
     }
     const EndOfRun end(thread);
@@ -78,7 +78,7 @@ bool ProgramRunner::runHere(const AsynchronousRunProgram& program) {
     int error = 0;
     const auto child = processes_.start(program.commandLine().c_str(), program.workDir.c_str(), error);
     if (child == nullptr) {
-        console_->print("ERROR: %s does not start (%d)", program.commandLine().c_str(), error);
+        debugLog_.print("ERROR: %s does not start (%d)", program.commandLine().c_str(), error);
         return false;
     }
     return (program.flags & kRunWait) == 0 || waitForProgram(*child) == 0;

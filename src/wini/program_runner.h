@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 #include "support/thread_manager.h"
 #include "wini/asynchronous_run_program.h"
 
@@ -18,8 +18,8 @@ class ShellObjects;
 class ProgramRunner {
 public:
     // All are borrowed and outlive this object.
-    ProgramRunner(platform::Processes& processes, platform::ShellObjects& shell, SessionLog console)
-        : processes_(processes), shell_(shell), console_(console) {}
+    ProgramRunner(platform::Processes& processes, platform::ShellObjects& shell, DebugLog debugLog)
+        : processes_(processes), shell_(shell), debugLog_(debugLog) {}
 
     // As SystemModifications::runAssociatedProgram.
     bool runAssociatedProgram(const char* path, const char* arguments, std::uint32_t flags,
@@ -31,6 +31,6 @@ private:
 
     platform::Processes& processes_;
     platform::ShellObjects& shell_;
-    SessionLog console_;
+    DebugLog debugLog_;
     OUtils::ThreadManagerPtr threads_;  // made at the first use
 };

@@ -24,13 +24,13 @@ std::string unified(std::string path) {
 }  // namespace
 
 RunningApplications::RunningApplications(platform::Processes& processes, SystemModifications& programs,
-                                         SessionLog console)
-    : processes_(processes), programs_(programs), console_(console) {}
+                                         DebugLog debugLog)
+    : processes_(processes), programs_(programs), debugLog_(debugLog) {}
 
 bool RunningApplications::isFrom(const platform::ProcessInfo& process, const char* name,
                                  const char* directory) {
     if (process.path.empty()) {
-        console_->print(
+        debugLog_.print(
             "ERROR: Wini::isAppRunning(..) could not obtain the full file name of the running module: \"%s\"",
             name);
         return true;
@@ -38,7 +38,7 @@ bool RunningApplications::isFrom(const platform::ProcessInfo& process, const cha
     if (unified(process.path).find(unified(directory)) != std::string::npos) {
         return true;
     }
-    console_->print("App \"%s\" running in separate dir: \"%s\" - searched: \"%s\"", name,
+    debugLog_.print("App \"%s\" running in separate dir: \"%s\" - searched: \"%s\"", name,
                     process.path.c_str(), directory);
     return false;
 }
@@ -76,7 +76,7 @@ bool RunningApplications::closeApplication(const char* name, bool isService, con
     bool stopped = false;
     for (const platform::ProcessInfo& process : findAll(name, directory, false)) {
         if (std::find(spared.begin(), spared.end(), process.id) != spared.end()) {
-            console_->print("WARNING: \"%s\" (%u) is not stopped: it started this program", name,
+            debugLog_.print("WARNING: \"%s\" (%u) is not stopped: it started this program", name,
                             static_cast<unsigned>(process.id));
             continue;
         }
@@ -92,6 +92,6 @@ bool RunningApplications::closeApplication(const char* name, bool isService, con
 void RunningApplications::stopService(const std::string& program) {
     if (!programs_.runAssociatedProgram(program.c_str(), "-stop", kRunAsynchronous, nullptr, nullptr,
                                         kServiceLookMilliseconds)) {
-        console_->print("WARNING: The service \"%s\" did not stop itself", program.c_str());
+        debugLog_.print("WARNING: The service \"%s\" did not stop itself", program.c_str());
     }
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/session_log.h"
+#include "support/debug_log.h"
 
 class SystemModifications;
 
@@ -23,7 +23,7 @@ public:
     static constexpr std::uint32_t kPoliteMilliseconds = 2000;
 
     // A service is asked to stop through `programs`. All are borrowed and outlive this object.
-    RunningApplications(platform::Processes& processes, SystemModifications& programs, SessionLog console);
+    RunningApplications(platform::Processes& processes, SystemModifications& programs, DebugLog debugLog);
 
     bool isApplicationRunning(const char* name, const char* directory);
     // Stops all that match. True when at least one was stopped. A service is asked first, by running its
@@ -37,5 +37,5 @@ private:
 
     platform::Processes& processes_;
     SystemModifications& programs_;
-    SessionLog console_;
+    DebugLog debugLog_;
 };

@@ -31,7 +31,7 @@ bool Shortcuts::addShortcut(const ShortcutRequest& shortcut, std::string& outUnd
     const bool done = canBeUndone(shortcut.linkPath) && create(shortcut);
     outUndo = done ? undoTextOf(shortcut.linkPath) : std::string();
     const std::string line = lineOf(done ? "Create " : "FAILED to create ", shortcut.linkPath);
-    WorkReport report(ui, &errors_);
+    Report report(ui, &errors_);
     report.addLine(line, false);
     if (!done) {
         report.addError(line);
@@ -80,6 +80,6 @@ bool Shortcuts::removeShortcut(const char* undoText, InstallerUI* ui) {
     }
     const std::string linkPath(text.substr(std::min(end + 1, text.size())));
     const bool done = !linkPath.empty() && files_.removeFile(linkPath.c_str()) == 0;
-    WorkReport(ui, nullptr).addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
+    Report(ui, nullptr).addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
     return done;
 }

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "contracts/system_modifications.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 
 class ApplicationRegistration;
 

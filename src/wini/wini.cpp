@@ -17,8 +17,8 @@ Wini::Wini(const platform::Platform& platform, int level, int gui, int ignoreErr
       guiArgument_(gui),
       ignoreErrorsArgument_(ignoreErrors),
       uninstallList_(platform.registry),
-      runningApplications_(platform.processes, modifications, console) {
-    modifications.attach(*this, errorList, console);
+      runningApplications_(platform.processes, modifications, debugLog) {
+    modifications.attach(*this, errorList, debugLog);
 }
 
 int Wini::getTemporaryFileName(char* buffer, int size) {
@@ -62,8 +62,7 @@ bool Wini::listRegistryKeys(const char* place, const char* path, std::vector<std
 bool Wini::openInDefaultBrowser(const char* url) {
     const int status = ::openInDefaultBrowser(platform_, url);
     if (status != 0) {
-        SessionLog(console)->print("WARNING: \"%s\" could not be opened (%d)", url != nullptr ? url : "",
-                                   status);
+        debugLog.print("WARNING: \"%s\" could not be opened (%d)", url != nullptr ? url : "", status);
     }
     return status == 0;
 }
@@ -79,6 +78,6 @@ int Wini::getConfigFile(char* buffer, int size) {
 
 void Wini::afterFileInstalled(const std::string& path, const FileEntry& file) {
     if (file.executable && platform_.files.makeExecutable(path.c_str()) != 0) {
-        SessionLog(console)->print("WARNING: %s could not be marked as a program", path.c_str());
+        debugLog.print("WARNING: %s could not be marked as a program", path.c_str());
     }
 }

@@ -17,14 +17,14 @@ struct WiniModifications::Families {
     const platform::Platform& platform;
     InstallExchangeInfo& product;
     ErrorList& errors;
-    SessionLog console;
+    DebugLog debugLog;
     RegistryChanges registry{platform.registry};
-    ApplicationRegistration registration{platform.registry, product, console};
-    ProgramRunner programs{platform.processes, platform.shell, console};
+    ApplicationRegistration registration{platform.registry, product, debugLog};
+    ProgramRunner programs{platform.processes, platform.shell, debugLog};
     ExternalUninstaller uninstallers{{platform.registry, platform.processes, platform.events, programs},
-                                     console};
+                                     debugLog};
     Shortcuts shortcuts{platform.shell, platform.files, registration, errors};
-    FirewallChanges firewall{platform.firewall, console};
+    FirewallChanges firewall{platform.firewall, debugLog};
     EnvironmentChanges environment{platform.registry, platform.files, platform.shell, errors};
     IniFiles iniFiles{platform.files, errors};
     FileModifications modifications{platform.files, errors};
@@ -34,9 +34,9 @@ WiniModifications::WiniModifications(const platform::Platform& platform) : platf
 
 WiniModifications::~WiniModifications() = default;
 
-void WiniModifications::attach(InstallExchangeInfo& product, ErrorList& errors, SessionLog console) {
+void WiniModifications::attach(InstallExchangeInfo& product, ErrorList& errors, DebugLog debugLog) {
     // In place, as its members refer to each other.
-    families_.reset(new Families{platform_, product, errors, console});  // NOLINT(modernize-make-unique)
+    families_.reset(new Families{platform_, product, errors, debugLog});  // NOLINT(modernize-make-unique)
 }
 
 WiniModifications::Families& WiniModifications::families() {

@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "contracts/system_modifications.h"
-#include "engine/session_log.h"
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "platform/platform.h"
+#include "support/debug_log.h"
 
 class InstallExchangeInfo;
 
@@ -19,7 +19,7 @@ public:
 
     // Ahead of any operation: the session's product texts, its errors and its log. All are borrowed and
     // outlive the operations.
-    void attach(InstallExchangeInfo& product, ErrorList& errors, SessionLog console);
+    void attach(InstallExchangeInfo& product, ErrorList& errors, DebugLog debugLog);
 
     bool addEnvironmentEntry(const char* name, const char* value, EnvironmentMode mode, std::string& outUndo,
                              InstallerUI* ui, bool isPath) override;

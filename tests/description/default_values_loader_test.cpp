@@ -46,7 +46,7 @@ protected:
     DefaultValuesReader reader_{
         variables_, expressions_, {system_, environment_, logs_, commandLine_}, console_};
     DefaultValuesLoader loader_{reader_,     variables_, exclusions_, {files_, commandLine_},
-                                debugLevel_, console_};
+                                console_};
     RecordingUI ui_;
 };
 

@@ -11,6 +11,7 @@
 #include "description/pxml.h"
 #include "description/variable_store.h"
 #include "fakes/fake_console.h"
+#include "support/debug_log.h"
 
 // An environment that a test fills.
 class TableEnvironment : public EnvironmentAccess {
@@ -59,7 +60,7 @@ protected:
 
     TableEnvironment environment_;
     FakeConsole log_;
-    PConsole* console_ = &log_;
+    DebugLog console_{log_};
     std::int32_t isGraphical_ = 0;
     PXML document_;
     PredefinedVariables predefined_{isGraphical_, environment_, console_};

@@ -318,7 +318,7 @@ TEST_F(DialogReaderTest, ReadingAgainStartsAnew) {
 }
 
 TEST_F(DialogReaderTest, NothingIsLoggedWithoutALog) {
-    log_.console() = nullptr;
+    debugLog_ = DebugLog();
     EXPECT_EQ(read("<D><Field/><Trigger Type='Odd'/></D>"), 0);
     EXPECT_LT(read("<F Special='HasSubDialogs'><TaskList/></F>"), 0);
     EXPECT_LT(read("<F Special='HasSubDialogs'/>"), 0);

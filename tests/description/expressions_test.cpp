@@ -59,7 +59,7 @@ TEST_F(ExpressionsTest, BothExpansionsReadTheLookup) {
 }
 
 TEST_F(ExpressionsTest, LogMayBeTakenAwayAtAnyTime) {
-    log_.console() = nullptr;
+    debugLog_ = DebugLog();
     EXPECT_EQ(expressions_.evaluateCondition("[X]"), -1);
     EXPECT_TRUE(log_.lines.empty());
 }

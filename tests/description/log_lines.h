@@ -13,7 +13,7 @@ public:
     std::vector<std::string> lines;
 
     // What a class under test takes as the session's log.
-    PConsole*& console() { return self_; }
+    DebugLog console() { return *this; }
 
     int write(const char* text, std::int32_t length) override {
         pending_.append(text, static_cast<std::size_t>(length));
@@ -26,6 +26,5 @@ public:
     }
 
 private:
-    PConsole* self_ = this;
     std::string pending_;
 };

@@ -311,7 +311,7 @@ TEST_F(VariableStoreTest, TenThousandVariablesAreStoredAndFound) {
 }
 
 TEST_F(VariableStoreTest, NothingIsLoggedWithoutALog) {
-    log_.console() = nullptr;
+    debugLog_ = DebugLog();
     EXPECT_EQ(valueOf("$NO"), "(none)");
     store_.setVariable("$LONG", std::string(3000, 'x').c_str());
     EXPECT_TRUE(log_.lines.empty());

@@ -8,6 +8,7 @@
 #include "engine/action_log_reader.h"
 #include "fakes/memory_file_system.h"
 #include "support/p_file_stream.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -75,7 +76,7 @@ TEST_F(ActionLogRewriterTest, givesItsReaderTheLongestValueWhole) {
     ASSERT_EQ(log.openFile("/app/install.log", PFileStream::kGenericRead, PFileStream::kShareRead,
                            PFileStream::kOpenExisting),
               0);
-    PConsole* none = nullptr;
+    DebugLog none;
     std::map<std::string, std::string> read;
     EXPECT_FALSE(ActionLogReader(&log, none)
                      .readVariablesFromLog(

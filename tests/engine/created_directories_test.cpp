@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "engine/work_report.h"
+#include "engine/report.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 
@@ -18,7 +18,7 @@ protected:
     MemoryFileSystem files_;
     RecordingUI ui_;
     ErrorList errors_;
-    WorkReport report_{&ui_, &errors_};
+    Report report_{&ui_, &errors_};
     CreatedDirectories directories_{files_};
 };
 

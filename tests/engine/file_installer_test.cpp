@@ -245,7 +245,7 @@ TEST_F(FileInstallerTest, noticesADiskThatIsFullInTheMiddleOfAFile) {
 TEST_F(FileInstallerTest, doesWithoutAFrontEndAndAnErrorList) {
     pack({{"one", "one", "1"}});
     describeFiles("<FN Dest='/app'>one</FN><FN Dest='/app'>gone</FN>");
-    WorkReport report(nullptr, nullptr);
+    Report report(nullptr, nullptr);
     EXPECT_EQ(installer_.installProduct(report, phases_, hook_), -1);
     EXPECT_EQ(files_.content("/app/one"), "1");
 }

@@ -13,7 +13,7 @@ protected:
         return replacer_.write(&ui_, path, exists, content);
     }
 
-    FileReplacer replacer_{files_, system_, console_, debugLevel_};
+    FileReplacer replacer_{files_, system_, console_};
 };
 
 TEST_F(FileReplacerTest, writesANewFile) {

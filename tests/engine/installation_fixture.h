@@ -20,7 +20,7 @@ protected:
 
     int install() {
         errors_.clear();
-        WorkReport report(&ui_, &errors_);
+        Report report(&ui_, &errors_);
         return installer_.installProduct(report, phases_, hook_);
     }
     std::string installLog() { return files_.content("/app/install.log"); }
@@ -32,7 +32,7 @@ protected:
     LoggedVariables logged_{variables_, exclusions_};
     FileContents contents_{cabinet_, expressions_, console_};
     FilePlanner planner_{fileSets_, expressions_, console_};
-    FileReplacer replacer_{files_, system_, console_, debugLevel_};
+    FileReplacer replacer_{files_, system_, console_};
     FileInstaller fileInstaller_{{fileSets_, planner_, contents_, replacer_, writer_, files_}, console_};
     InstallationRecords records_{{writer_, logged_, product_, system_, files_}, console_};
     ProductInstaller installer_{{fileInstaller_, records_, variables_, controls_}, console_};

@@ -13,12 +13,12 @@ public:
     std::map<std::string, std::string> variables;
     std::set<std::string> refused;  // setting these fails
 
-    std::optional<std::string> get(const char* name) override {
-        const auto found = variables.find(name);
+    std::optional<std::string> get(std::string_view name) override {
+        const auto found = variables.find(std::string(name));
         return found == variables.end() ? std::nullopt : std::optional<std::string>(found->second);
     }
 
-    bool set(const char* name, const char* value) override {
+    bool set(std::string_view name, std::string_view value) override {
         const std::string key(name);
         if (key.empty() || key.find('=') != std::string::npos || refused.count(key) != 0) {
             return false;

@@ -65,27 +65,27 @@ private:
             firewall_.on = firewall_.on || outcome.done();
             return outcome;
         }
-        Outcome isApplicationEnabled(const char* path, bool& outEnabled) override {
-            note(std::string("isApplicationEnabled ") + path);
+        Outcome isApplicationEnabled(std::string_view path, bool& outEnabled) override {
+            note("isApplicationEnabled " + std::string(path));
             const Outcome outcome = firstFailure({Call::kListApplications, Call::kApplicationEnabled});
-            outEnabled = outcome.done() ? firewall_.applications.contains(path) : outEnabled;
+            outEnabled = outcome.done() ? firewall_.applications.contains(std::string(path)) : outEnabled;
             return outcome;
         }
-        Outcome addApplication(const char* path, const char* name) override {
-            note(std::string("addApplication ") + path + " " + name);
+        Outcome addApplication(std::string_view path, std::string_view name) override {
+            note("addApplication " + std::string(path) + " " + std::string(name));
             const Outcome outcome =
                 firstFailure({Call::kListApplications, Call::kCreateApplication, Call::kSetApplicationPath,
                               Call::kSetApplicationName, Call::kAddApplication});
             if (outcome.done()) {
-                firewall_.applications[path] = name;
+                firewall_.applications[std::string(path)] = name;
             }
             return outcome;
         }
-        Outcome removeApplication(const char* path) override {
-            note(std::string("removeApplication ") + path);
+        Outcome removeApplication(std::string_view path) override {
+            note("removeApplication " + std::string(path));
             const Outcome outcome = firstFailure({Call::kListApplications, Call::kRemoveApplication});
             if (outcome.done()) {
-                firewall_.applications.erase(path);
+                firewall_.applications.erase(std::string(path));
             }
             return outcome;
         }
@@ -95,8 +95,8 @@ private:
             outEnabled = outcome.done() ? firewall_.ports.contains({port, protocol}) : outEnabled;
             return outcome;
         }
-        Outcome addPort(std::int32_t port, Protocol protocol, const char* name) override {
-            note("addPort " + textOf(port, protocol) + " " + name);
+        Outcome addPort(std::int32_t port, Protocol protocol, std::string_view name) override {
+            note("addPort " + textOf(port, protocol) + " " + std::string(name));
             const Outcome outcome =
                 firstFailure({Call::kListPorts, Call::kCreatePort, Call::kSetPortNumber,
                               Call::kSetPortProtocol, Call::kSetPortName, Call::kAddPort});

@@ -18,22 +18,24 @@ public:
     int openEvents = 0;
     bool createFails = false;
 
-    std::unique_ptr<platform::NamedEvent> create(const char* name) override {
+    std::unique_ptr<platform::NamedEvent> create(std::string_view name) override {
         if (createFails) {
             return nullptr;
         }
-        existing.insert(name);
+        existing.emplace(name);
         return std::make_unique<Event>(*this, name);
     }
-    bool signal(const char* name) override {
-        signals.push_back(name);
-        return existing.count(name) != 0;
+    bool signal(std::string_view name) override {
+        signals.emplace_back(name);
+        return existing.count(std::string(name)) != 0;
     }
 
 private:
     class Event : public platform::NamedEvent {
     public:
-        Event(FakeNamedEvents& owner, const char* name) : owner_(owner), name_(name) { ++owner_.openEvents; }
+        Event(FakeNamedEvents& owner, std::string_view name) : owner_(owner), name_(name) {
+            ++owner_.openEvents;
+        }
         ~Event() override { --owner_.openEvents; }
         bool wait(std::uint32_t milliseconds) override {
             owner_.waits.emplace_back(name_, milliseconds);

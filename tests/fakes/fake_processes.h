@@ -53,9 +53,9 @@ public:
         return true;
     }
 
-    std::unique_ptr<platform::ChildProcess> start(const char* commandLine, const char* workDirectory,
-                                                  int& outError) override {
-        started.push_back({commandLine, workDirectory == nullptr ? "" : workDirectory});
+    std::unique_ptr<platform::ChildProcess> start(std::string_view commandLine,
+                                                  std::string_view workDirectory, int& outError) override {
+        started.push_back({std::string(commandLine), std::string(workDirectory)});
         outError = startError;
         if (startError != 0) {
             return nullptr;
@@ -66,7 +66,7 @@ public:
             exitCodes.pop_front();
         }
         if (onStart) {
-            onStart(commandLine);
+            onStart(std::string(commandLine));
         }
         return std::make_unique<Child>(waitsBeforeEnd, exitCode);
     }

@@ -18,20 +18,20 @@ public:
     bool opens = true;
     bool broadcastWorks = true;
 
-    int createLink(const char* linkPath, const platform::LinkDescription& link) override {
+    int createLink(std::string_view linkPath, const platform::LinkDescription& link) override {
         if (linkError == 0) {
-            links[linkPath] = link;
+            links[std::string(linkPath)] = link;
         }
         return linkError;
     }
-    int createUrlLink(const char* linkPath, const char* url) override {
+    int createUrlLink(std::string_view linkPath, std::string_view url) override {
         if (linkError == 0) {
-            urlLinks[linkPath] = url;
+            urlLinks[std::string(linkPath)] = url;
         }
         return linkError;
     }
-    bool openDocument(const char* path) override {
-        opened.push_back(path);
+    bool openDocument(std::string_view path) override {
+        opened.emplace_back(path);
         return opens;
     }
     bool broadcastEnvironment() override {

@@ -407,7 +407,7 @@ int MemoryFileSystem::parentStatus(const std::string& path) const {
     return parent != nullptr && parent->kind == kDirectory ? kOk : kNotFound;
 }
 
-int MemoryFileSystem::open(const char* path, const platform::OpenOptions& options,
+int MemoryFileSystem::open(std::string_view path, const platform::OpenOptions& options,
                            std::unique_ptr<platform::File>& outFile) {
     outFile = nullptr;  // closing an earlier file takes the lock itself
     const std::lock_guard lock(mutex_);
@@ -456,37 +456,37 @@ int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOpti
     return kOk;
 }
 
-bool MemoryFileSystem::exists(const char* path) {
+bool MemoryFileSystem::exists(std::string_view path) {
     const std::lock_guard lock(mutex_);
     return find(resolved(path)) != nullptr;
 }
 
-bool MemoryFileSystem::isDirectory(const char* path) {
+bool MemoryFileSystem::isDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
     return node != nullptr && node->kind == kDirectory;
 }
 
-bool MemoryFileSystem::isOrdinaryDirectory(const char* path) {
+bool MemoryFileSystem::isOrdinaryDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = find(resolved(path));
     return node != nullptr && node->kind == kDirectory && !node->isMarked;
 }
 
-std::int64_t MemoryFileSystem::fileSize(const char* path) {
+std::int64_t MemoryFileSystem::fileSize(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
     return node != nullptr && node->kind == kFile ? static_cast<std::int64_t>(node->content.size()) : -1;
 }
 
-int MemoryFileSystem::resolveFile(const char* path, std::string& outPath) {
+int MemoryFileSystem::resolveFile(std::string_view path, std::string& outPath) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
     outPath = node != nullptr && node->kind == kFile ? node->path : std::string();
     return node == nullptr ? kNotFound : node->kind == kDirectory ? kIsDirectory : kOk;
 }
 
-int MemoryFileSystem::removeFile(const char* path) {
+int MemoryFileSystem::removeFile(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const std::string name = resolved(path);
     const int injected = begin(Operation::kRemoveFile, name, "removeFile " + name);
@@ -507,7 +507,7 @@ int MemoryFileSystem::removeFile(const char* path) {
     return status;
 }
 
-int MemoryFileSystem::moveFile(const char* from, const char* to) {
+int MemoryFileSystem::moveFile(std::string_view from, std::string_view to) {
     const std::lock_guard lock(mutex_);
     const std::string source = resolved(from);
     const std::string target = resolved(to);
@@ -515,7 +515,7 @@ int MemoryFileSystem::moveFile(const char* from, const char* to) {
     return status != kOk ? status : relocate(source, target, false);
 }
 
-int MemoryFileSystem::replaceFile(const char* from, const char* to) {
+int MemoryFileSystem::replaceFile(std::string_view from, std::string_view to) {
     const std::lock_guard lock(mutex_);
     const std::string source = resolved(from);
     const std::string target = resolved(to);
@@ -549,7 +549,7 @@ int MemoryFileSystem::relocate(const std::string& from, const std::string& to, b
     return kOk;
 }
 
-int MemoryFileSystem::createDirectory(const char* path) {
+int MemoryFileSystem::createDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const std::string name = resolved(path);
     int status = begin(Operation::kCreateDirectory, name, "createDirectory " + name);
@@ -574,7 +574,7 @@ bool MemoryFileSystem::hasChildren(const std::string& path) const {
     return next != nodes_.end() && next->first.compare(0, prefix.size(), prefix) == 0;
 }
 
-int MemoryFileSystem::removeDirectory(const char* path) {
+int MemoryFileSystem::removeDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const std::string name = resolved(path);
     const int injected = begin(Operation::kRemoveDirectory, name, "removeDirectory " + name);
@@ -595,7 +595,7 @@ int MemoryFileSystem::removeDirectory(const char* path) {
     return status;
 }
 
-int MemoryFileSystem::list(const char* path, std::vector<platform::DirectoryEntry>& outEntries) {
+int MemoryFileSystem::list(std::string_view path, std::vector<platform::DirectoryEntry>& outEntries) {
     const std::lock_guard lock(mutex_);
     outEntries.clear();
     const std::string name = resolved(path);
@@ -619,7 +619,7 @@ int MemoryFileSystem::list(const char* path, std::vector<platform::DirectoryEntr
     return kOk;
 }
 
-int MemoryFileSystem::makeExecutable(const char* path) {
+int MemoryFileSystem::makeExecutable(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const std::string name = resolved(path);
     const int status = begin(Operation::kMakeExecutable, name, "makeExecutable " + name);
@@ -634,7 +634,7 @@ int MemoryFileSystem::makeExecutable(const char* path) {
     return readOnlyStatus(name);
 }
 
-int MemoryFileSystem::copyRights(const char* from, const char* to) {
+int MemoryFileSystem::copyRights(std::string_view from, std::string_view to) {
     const std::lock_guard lock(mutex_);
     const std::string source = resolved(from);
     const std::string target = resolved(to);
@@ -658,7 +658,7 @@ bool MemoryFileSystem::temporaryDirectory(std::string& outPath) {
     return !outPath.empty();
 }
 
-bool MemoryFileSystem::temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) {
+bool MemoryFileSystem::temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) {
     if (number == 0 || !temporaryDirectory(outPath)) {
         outPath.clear();
         return false;

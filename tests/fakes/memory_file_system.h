@@ -89,23 +89,23 @@ public:
 
     void setTemporaryDirectory(std::string_view path);  // makes it; empty: there is none
 
-    int open(const char* path, const platform::OpenOptions& options,
+    int open(std::string_view path, const platform::OpenOptions& options,
              std::unique_ptr<platform::File>& outFile) override;
-    bool exists(const char* path) override;
-    bool isDirectory(const char* path) override;
-    bool isOrdinaryDirectory(const char* path) override;
-    std::int64_t fileSize(const char* path) override;
-    int resolveFile(const char* path, std::string& outPath) override;
-    int removeFile(const char* path) override;
-    int moveFile(const char* from, const char* to) override;
-    int replaceFile(const char* from, const char* to) override;
-    int createDirectory(const char* path) override;
-    int removeDirectory(const char* path) override;
-    int list(const char* path, std::vector<platform::DirectoryEntry>& outEntries) override;
-    int makeExecutable(const char* path) override;
-    int copyRights(const char* from, const char* to) override;
+    bool exists(std::string_view path) override;
+    bool isDirectory(std::string_view path) override;
+    bool isOrdinaryDirectory(std::string_view path) override;
+    std::int64_t fileSize(std::string_view path) override;
+    int resolveFile(std::string_view path, std::string& outPath) override;
+    int removeFile(std::string_view path) override;
+    int moveFile(std::string_view from, std::string_view to) override;
+    int replaceFile(std::string_view from, std::string_view to) override;
+    int createDirectory(std::string_view path) override;
+    int removeDirectory(std::string_view path) override;
+    int list(std::string_view path, std::vector<platform::DirectoryEntry>& outEntries) override;
+    int makeExecutable(std::string_view path) override;
+    int copyRights(std::string_view from, std::string_view to) override;
     bool temporaryDirectory(std::string& outPath) override;
-    bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override;
+    bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
 
 private:
     struct Node;

@@ -250,7 +250,7 @@ TEST(FakeProcessesTest, StartsAndEndsOnPaper) {
     processes.exitCodes = {3};
     processes.waitsBeforeEnd = 1;
     int error = 9;
-    const auto child = processes.start("tool -x", nullptr, error);
+    const auto child = processes.start("tool -x", "", error);
     ASSERT_NE(nullptr, child);
     EXPECT_EQ(0, error);
     EXPECT_FALSE(child->wait(0));

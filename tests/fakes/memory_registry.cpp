@@ -80,10 +80,10 @@ MemoryRegistry::Key* MemoryRegistry::find(const Address& address) {
 }
 
 void MemoryRegistry::record(const char* operation, RegistryRoot root, std::string_view path,
-                            RegistryView view, const char* valueName) {
+                            RegistryView view, std::optional<std::string_view> valueName) {
     std::string text = std::string(operation) + " " + rootName(root) + "\\" + std::string(path);
-    if (valueName != nullptr) {
-        text += ":" + std::string(valueName);
+    if (valueName.has_value()) {
+        text += ":" + std::string(*valueName);
     }
     operations.push_back(text + (view == RegistryView::k32Bit ? " (32)" : ""));
 }
@@ -120,8 +120,8 @@ const platform::RegistryValue* MemoryRegistry::value(RegistryRoot root, std::str
     return found == key->second.values.end() ? nullptr : &found->second.value;
 }
 
-int MemoryRegistry::createKey(RegistryRoot root, const char* path, RegistryView view, int& outCreated) {
-    record("createKey", root, path, view, nullptr);
+int MemoryRegistry::createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) {
+    record("createKey", root, path, view);
     outCreated = 0;
     if (find(addressOf(root, path, view)) != nullptr) {
         return platform::kRegOk;
@@ -133,15 +133,15 @@ int MemoryRegistry::createKey(RegistryRoot root, const char* path, RegistryView 
     return platform::kRegOk;
 }
 
-int MemoryRegistry::testKey(RegistryRoot root, const char* path, RegistryView view) {
+int MemoryRegistry::testKey(RegistryRoot root, std::string_view path, RegistryView view) {
     if (find(addressOf(root, path, view)) == nullptr) {
         return platform::kRegNotFound;
     }
     return isAtOrBelowAny(path, forbidden_) ? platform::kRegAccessDenied : platform::kRegOk;
 }
 
-int MemoryRegistry::deleteKey(RegistryRoot root, const char* path, RegistryView view) {
-    record("deleteKey", root, path, view, nullptr);
+int MemoryRegistry::deleteKey(RegistryRoot root, std::string_view path, RegistryView view) {
+    record("deleteKey", root, path, view);
     const Address address = addressOf(root, path, view);
     if (std::get<2>(address).empty() || find(address) == nullptr) {
         return platform::kRegNotFound;
@@ -155,7 +155,7 @@ int MemoryRegistry::deleteKey(RegistryRoot root, const char* path, RegistryView 
     return platform::kRegOk;
 }
 
-int MemoryRegistry::listKeys(RegistryRoot root, const char* path, RegistryView view,
+int MemoryRegistry::listKeys(RegistryRoot root, std::string_view path, RegistryView view,
                              std::vector<std::string>& outNames) {
     outNames.clear();
     if (const int status = testKey(root, path, view); status != platform::kRegOk) {
@@ -175,8 +175,8 @@ int MemoryRegistry::listKeys(RegistryRoot root, const char* path, RegistryView v
     return platform::kRegOk;
 }
 
-int MemoryRegistry::readValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
-                              platform::RegistryValue& outValue) {
+int MemoryRegistry::readValue(RegistryRoot root, std::string_view path, RegistryView view,
+                              std::string_view name, platform::RegistryValue& outValue) {
     if (const int status = testKey(root, path, view); status != platform::kRegOk) {
         return status;
     }
@@ -188,8 +188,8 @@ int MemoryRegistry::readValue(RegistryRoot root, const char* path, RegistryView 
     return platform::kRegOk;
 }
 
-int MemoryRegistry::writeValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
-                               const platform::RegistryValue& value) {
+int MemoryRegistry::writeValue(RegistryRoot root, std::string_view path, RegistryView view,
+                               std::string_view name, const platform::RegistryValue& value) {
     record("writeValue", root, path, view, name);
     Key* key = find(addressOf(root, path, view));
     if (key == nullptr) {
@@ -206,7 +206,8 @@ int MemoryRegistry::writeValue(RegistryRoot root, const char* path, RegistryView
     return platform::kRegOk;
 }
 
-int MemoryRegistry::deleteValue(RegistryRoot root, const char* path, RegistryView view, const char* name) {
+int MemoryRegistry::deleteValue(RegistryRoot root, std::string_view path, RegistryView view,
+                                std::string_view name) {
     record("deleteValue", root, path, view, name);
     Key* key = find(addressOf(root, path, view));
     if (key == nullptr || key->values.count(OUtils::toLowerAscii(name)) == 0) {
@@ -219,7 +220,7 @@ int MemoryRegistry::deleteValue(RegistryRoot root, const char* path, RegistryVie
     return platform::kRegOk;
 }
 
-int MemoryRegistry::listValues(RegistryRoot root, const char* path, RegistryView view,
+int MemoryRegistry::listValues(RegistryRoot root, std::string_view path, RegistryView view,
                                std::vector<std::string>& outNames) {
     outNames.clear();
     if (const int status = testKey(root, path, view); status != platform::kRegOk) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -34,19 +35,19 @@ public:
     // HKU; a call in the 32-bit view has " (32)" behind it.
     std::vector<std::string> operations;
 
-    int createKey(platform::RegistryRoot root, const char* path, platform::RegistryView view,
+    int createKey(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
                   int& outCreated) override;
-    int testKey(platform::RegistryRoot root, const char* path, platform::RegistryView view) override;
-    int deleteKey(platform::RegistryRoot root, const char* path, platform::RegistryView view) override;
-    int listKeys(platform::RegistryRoot root, const char* path, platform::RegistryView view,
+    int testKey(platform::RegistryRoot root, std::string_view path, platform::RegistryView view) override;
+    int deleteKey(platform::RegistryRoot root, std::string_view path, platform::RegistryView view) override;
+    int listKeys(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
                  std::vector<std::string>& outNames) override;
-    int readValue(platform::RegistryRoot root, const char* path, platform::RegistryView view,
-                  const char* name, platform::RegistryValue& outValue) override;
-    int writeValue(platform::RegistryRoot root, const char* path, platform::RegistryView view,
-                   const char* name, const platform::RegistryValue& value) override;
-    int deleteValue(platform::RegistryRoot root, const char* path, platform::RegistryView view,
-                    const char* name) override;
-    int listValues(platform::RegistryRoot root, const char* path, platform::RegistryView view,
+    int readValue(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
+                  std::string_view name, platform::RegistryValue& outValue) override;
+    int writeValue(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
+                   std::string_view name, const platform::RegistryValue& value) override;
+    int deleteValue(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
+                    std::string_view name) override;
+    int listValues(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
                    std::vector<std::string>& outNames) override;
 
 private:
@@ -65,7 +66,7 @@ private:
     int makeLevels(platform::RegistryRoot root, std::string_view path, platform::RegistryView view);
     Key* find(const Address& address);
     void record(const char* operation, platform::RegistryRoot root, std::string_view path,
-                platform::RegistryView view, const char* valueName);
+                platform::RegistryView view, std::optional<std::string_view> valueName = std::nullopt);
 
     std::map<Address, Key> keys_;
     std::vector<std::string> readOnly_;

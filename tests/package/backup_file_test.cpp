@@ -191,7 +191,7 @@ TEST_F(BackupFileTest, ReportsReadingThatFailsOrComesShort) {
 // A file system where a file has become shorter than its directory entry tells.
 class ShrunkFiles : public MemoryFileSystem {
 public:
-    std::int64_t fileSize(const char* path) override { return MemoryFileSystem::fileSize(path) + 3; }
+    std::int64_t fileSize(std::string_view path) override { return MemoryFileSystem::fileSize(path) + 3; }
 };
 
 TEST(BackupFileMismatch, ReportsAFileThatIsShorterThanItsSize) {

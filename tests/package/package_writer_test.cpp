@@ -198,7 +198,7 @@ TEST_F(PackageWriterTest, RefusesEachStepOverALimitBeforeAnythingIsWritten) {
 // A file system whose files say that they are large; nobody gets as far as reading them.
 class LargeFiles : public MemoryFileSystem {
 public:
-    std::int64_t fileSize(const char* path) override {
+    std::int64_t fileSize(std::string_view path) override {
         return std::string_view(path) == "/in/large" ? largeSize : MemoryFileSystem::fileSize(path);
     }
     std::int64_t largeSize = 0;

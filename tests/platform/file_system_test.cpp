@@ -182,14 +182,12 @@ TEST_F(FileSystemTest, TellsFilesFromDirectories) {
     EXPECT_EQ(files_.fileSize(path("none").c_str()), -1);
 }
 
-TEST_F(FileSystemTest, AnEmptyOrNullPathNamesNothing) {
-    for (const char* nothing : {"", static_cast<const char*>(nullptr)}) {
-        std::unique_ptr<File> file;
-        EXPECT_NE(files_.open(nothing, OpenOptions{}, file), 0);
-        EXPECT_FALSE(files_.exists(nothing));
-        EXPECT_NE(files_.removeFile(nothing), 0);
-        EXPECT_NE(files_.createDirectory(nothing), 0);
-    }
+TEST_F(FileSystemTest, AnEmptyPathNamesNothing) {
+    std::unique_ptr<File> file;
+    EXPECT_NE(files_.open("", OpenOptions{}, file), 0);
+    EXPECT_FALSE(files_.exists(""));
+    EXPECT_NE(files_.removeFile(""), 0);
+    EXPECT_NE(files_.createDirectory(""), 0);
 }
 
 TEST_F(FileSystemTest, BothSeparatorsWork) {

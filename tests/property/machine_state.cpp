@@ -309,12 +309,12 @@ bool holdsAFile(const MachineState& state, const std::string& directory) {
 
 }  // namespace
 
-int DiskShellObjects::createLink(const char* linkPath, const platform::LinkDescription& link) {
+int DiskShellObjects::createLink(std::string_view linkPath, const platform::LinkDescription& link) {
     files_.addFile(linkPath, "link to " + link.target);
     return FakeShellObjects::createLink(linkPath, link);
 }
 
-int DiskShellObjects::createUrlLink(const char* linkPath, const char* url) {
+int DiskShellObjects::createUrlLink(std::string_view linkPath, std::string_view url) {
     files_.addFile(linkPath, url);
     return FakeShellObjects::createUrlLink(linkPath, url);
 }

@@ -23,8 +23,8 @@ struct MachineState {
 class DiskShellObjects : public FakeShellObjects {
 public:
     explicit DiskShellObjects(MemoryFileSystem& files) : files_(files) {}
-    int createLink(const char* linkPath, const platform::LinkDescription& link) override;
-    int createUrlLink(const char* linkPath, const char* url) override;
+    int createLink(std::string_view linkPath, const platform::LinkDescription& link) override;
+    int createUrlLink(std::string_view linkPath, std::string_view url) override;
 
 private:
     MemoryFileSystem& files_;

@@ -29,10 +29,10 @@ TEST_F(CollaboratorsTest, workOnOneState) {
 TEST_F(CollaboratorsTest, logToTheConsoleThatTheSessionHasAtTheTime) {
     parts_.work.revertInstallation(&ui_);
     EXPECT_TRUE(log_.lines().empty());
-    state_.console = &log_;
+    state_.debugLog.setTarget(&log_, 0);
     parts_.work.revertInstallation(&ui_);
     EXPECT_EQ(log_.lines().size(), 1U);
-    state_.console = nullptr;
+    state_.console.setTarget(nullptr, 0);
     parts_.work.revertInstallation(&ui_);
     EXPECT_EQ(log_.lines().size(), 1U);
 }

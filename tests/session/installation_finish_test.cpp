@@ -8,6 +8,7 @@
 #include "engine/file_contents.h"
 #include "engine/logged_variables.h"
 #include "session_fixture.h"
+#include "support/debug_log.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ protected:
     bool hasLog_ = true;
 
     // What a finish of its own works on.
-    PConsole* console_ = &log_;
+    DebugLog console_{log_};
     std::int32_t isGraphical_ = 0;
     PXML description_;
     PredefinedVariables predefined_{isGraphical_, environment_, console_};

@@ -56,7 +56,7 @@ TEST_F(PFileStreamTest, ByDefaultOpensOrCreates) {
     stream_.setParameters("/a", PFileStream::kReadWrite, PFileStream::kShareRead, PFileStream::kOpenAlways);
     EXPECT_EQ(0, stream_.open());
     EXPECT_TRUE(files_.hasFile("/a"));
-    EXPECT_STREQ("/a", stream_.getName());
+    EXPECT_EQ(stream_.getName(), "/a");
 }
 
 TEST_F(PFileStreamTest, TheLowBitsOfTheModeSayWhatBecomesOfTheContent) {
@@ -88,7 +88,7 @@ TEST_F(PFileStreamTest, TheLowBitsOfTheModeSayWhetherAFileIsMade) {
 TEST_F(PFileStreamTest, HandsTheParametersToTheSystem) {
     struct Recording : MemoryFileSystem {
         platform::OpenOptions seen;
-        int open(const char* path, const platform::OpenOptions& options,
+        int open(std::string_view path, const platform::OpenOptions& options,
                  std::unique_ptr<platform::File>& outFile) override {
             seen = options;
             return MemoryFileSystem::open(path, options, outFile);

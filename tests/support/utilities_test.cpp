@@ -83,7 +83,7 @@ TEST_F(CopyFileTest, DoesNotEmptyAFileThatIsCopiedOntoItself) {
 // A file whose writes take less than they are given, without an error.
 class ShortWritingFiles : public MemoryFileSystem {
 public:
-    int open(const char* path, const platform::OpenOptions& options,
+    int open(std::string_view path, const platform::OpenOptions& options,
              std::unique_ptr<platform::File>& outFile) override {
         std::unique_ptr<platform::File> inner;
         const int status = MemoryFileSystem::open(path, options, inner);
@@ -170,7 +170,7 @@ TEST_F(WholeFileTest, HoldsNothingAfterAFailure) {
 class WrongSizeFiles : public platform::FileSystem {
 public:
     explicit WrongSizeFiles(std::int64_t size) : size_(size) { files_.addFile("/a", "content"); }
-    int open(const char* path, const platform::OpenOptions& options,
+    int open(std::string_view path, const platform::OpenOptions& options,
              std::unique_ptr<platform::File>& outFile) override {
         std::unique_ptr<platform::File> inner;
         const int status = files_.open(path, options, inner);

@@ -310,7 +310,7 @@ TEST_F(NavigatorTest, FinishesAnEmptyListWithAnError) {
 }
 
 TEST_F(NavigatorTest, NeedsNoLogForAnError) {
-    console = nullptr;
+    console.setTarget(nullptr, 0);
     stand(0);
     navigator.shift(&ui, 1);
     EXPECT_EQ(state.finished, 1);

@@ -42,7 +42,7 @@ TEST_F(PageEntryTest, ShowsAnOrdinaryPage) {
 }
 
 TEST_F(PageEntryTest, NeedsNoLog) {
-    console = nullptr;
+    console.setTarget(nullptr, 0);
     EXPECT_EQ(enter("Welcome"), 0);
     EXPECT_TRUE(log.lines().empty());
 }

@@ -45,7 +45,7 @@ TEST_F(TriggersTest, WarnAboutTheResetOfAMissingVariable) {
     addTrigger(page, kTriggerOnStart, kTriggerVarReset, "MISSING", "");
     fire();
     EXPECT_TRUE(log.hasLine("WARNING: Trying to reset non-existent variable: MISSING"));
-    console = nullptr;
+    console.setTarget(nullptr, 0);
     fire();
     EXPECT_EQ(log.lines().size(), 1U);
 }
@@ -94,7 +94,7 @@ TEST_F(TriggersTest, PrintAnExpressionIntoTheDebugLog) {
     addTrigger(page, kTriggerOnStart, kTriggerDebugExpression, "", "A is [A]");
     fire();
     EXPECT_EQ(log.lines(), Calls{"DEBUG: Dlg (0, -1) trigger expanded value: A is value"});
-    console = nullptr;
+    console.setTarget(nullptr, 0);
     fire();
     EXPECT_EQ(log.lines().size(), 1U);
 }

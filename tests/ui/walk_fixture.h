@@ -33,6 +33,7 @@
 #include "ui/running_apps_page.h"
 #include "ui/task_states.h"
 #include "ui/triggers.h"
+#include "support/debug_log.h"
 
 class WalkEnvironment : public EnvironmentAccess {
 public:
@@ -199,7 +200,7 @@ protected:
     }
 
     FakeConsole log;
-    PConsole* console = &log;
+    DebugLog console{log};
     WalkEnvironment environment;
     std::int32_t isGraphical = 0;
     PredefinedVariables predefined{isGraphical, environment, console};

@@ -42,7 +42,7 @@ private:
 class FussyRegistry : public MemoryRegistry {
 public:
     std::string refused;  // a value that can't be written
-    int writeValue(RegistryRoot root, const char* path, platform::RegistryView view, const char* name,
+    int writeValue(RegistryRoot root, std::string_view path, platform::RegistryView view, std::string_view name,
                    const platform::RegistryValue& value) override {
         const int status = MemoryRegistry::writeValue(root, path, view, name, value);
         if (name != refused) {

@@ -26,7 +26,7 @@ public:
         mayEnd_ = true;
         changed_.notify_all();
     }
-    std::unique_ptr<platform::ChildProcess> start(const char* commandLine, const char* workDirectory,
+    std::unique_ptr<platform::ChildProcess> start(std::string_view commandLine, std::string_view workDirectory,
                                                   int& outError) override {
         auto child = FakeProcesses::start(commandLine, workDirectory, outError);
         return std::make_unique<Child>(*this, std::move(child));

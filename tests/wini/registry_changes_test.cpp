@@ -16,7 +16,7 @@ constexpr auto kRoot = RegistryRoot::kLocalMachine;
 class BreakingRegistry : public MemoryRegistry {
 public:
     std::string broken;
-    int createKey(RegistryRoot root, const char* path, platform::RegistryView view,
+    int createKey(RegistryRoot root, std::string_view path, platform::RegistryView view,
                   int& outCreated) override {
         outCreated = 0;
         return path == broken ? static_cast<int>(platform::kRegDiskFull)
@@ -147,7 +147,7 @@ TEST_F(RegistryChangesTest, tellsTheSystemsError) {
 // The value fails where its key could be made.
 class UnwritableRegistry : public MemoryRegistry {
 public:
-    int writeValue(RegistryRoot root, const char* path, platform::RegistryView view, const char*,
+    int writeValue(RegistryRoot root, std::string_view path, platform::RegistryView view, const char*,
                    const RegistryValue&) override {
         const int status = testKey(root, path, view);
         return status == platform::kRegOk ? static_cast<int>(platform::kRegDiskFull) : status;

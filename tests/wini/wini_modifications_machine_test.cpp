@@ -222,7 +222,7 @@ public:
     std::vector<std::pair<std::string, bool>> waits;
     const std::string suffix = std::to_string(platform::systemProcesses().currentId());
 
-    std::unique_ptr<platform::NamedEvent> create(const char* name) override {
+    std::unique_ptr<platform::NamedEvent> create(std::string_view name) override {
         auto event = platform::systemNamedEvents().create((name + suffix).c_str());
         return event == nullptr ? nullptr : std::make_unique<Event>(*this, name, std::move(event));
     }

@@ -8,13 +8,13 @@ namespace {
 
 class PosixEnvironment : public Environment {
 public:
-    std::optional<std::string> get(const char* name) override {
-        const char* value = name != nullptr ? std::getenv(name) : nullptr;
+    std::optional<std::string> get(std::string_view name) override {
+        const char* value = std::getenv(std::string(name).c_str());
         return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
     }
 
-    bool set(const char* name, const char* value) override {
-        return name != nullptr && value != nullptr && setenv(name, value, 1) == 0;
+    bool set(std::string_view name, std::string_view value) override {
+        return setenv(std::string(name).c_str(), std::string(value).c_str(), 1) == 0;
     }
 };
 

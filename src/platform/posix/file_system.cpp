@@ -176,25 +176,27 @@ bool randomNumber(std::uint64_t& outNumber) {
 
 class PosixFileSystem : public FileSystem {
 public:
-    int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
-    bool exists(const char* path) override;
-    bool isDirectory(const char* path) override;
-    bool isOrdinaryDirectory(const char* path) override;
-    std::int64_t fileSize(const char* path) override;
-    int resolveFile(const char* path, std::string& outPath) override;
-    int removeFile(const char* path) override;
-    int moveFile(const char* from, const char* to) override;
-    int replaceFile(const char* from, const char* to) override;
-    int createDirectory(const char* path) override { return errorOf(mkdir(nativePath(path).c_str(), 0777)); }
-    int removeDirectory(const char* path) override { return errorOf(rmdir(nativePath(path).c_str())); }
-    int list(const char* path, std::vector<DirectoryEntry>& outEntries) override;
-    int makeExecutable(const char* path) override;
-    int copyRights(const char* from, const char* to) override;
+    int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
+    bool exists(std::string_view path) override;
+    bool isDirectory(std::string_view path) override;
+    bool isOrdinaryDirectory(std::string_view path) override;
+    std::int64_t fileSize(std::string_view path) override;
+    int resolveFile(std::string_view path, std::string& outPath) override;
+    int removeFile(std::string_view path) override;
+    int moveFile(std::string_view from, std::string_view to) override;
+    int replaceFile(std::string_view from, std::string_view to) override;
+    int createDirectory(std::string_view path) override {
+        return errorOf(mkdir(nativePath(path).c_str(), 0777));
+    }
+    int removeDirectory(std::string_view path) override { return errorOf(rmdir(nativePath(path).c_str())); }
+    int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) override;
+    int makeExecutable(std::string_view path) override;
+    int copyRights(std::string_view from, std::string_view to) override;
     bool temporaryDirectory(std::string& outPath) override;
-    bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override;
+    bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
 };
 
-int PosixFileSystem::open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) {
+int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) {
     outFile.reset();
     int flags = 0;
     if (!accessFlag(options.access, flags)) {
@@ -218,29 +220,29 @@ int PosixFileSystem::open(const char* path, const OpenOptions& options, std::uni
     return 0;
 }
 
-bool PosixFileSystem::exists(const char* path) {
+bool PosixFileSystem::exists(std::string_view path) {
     struct stat status {};
     return lstat(nativePath(path).c_str(), &status) == 0;
 }
 
-bool PosixFileSystem::isDirectory(const char* path) {
+bool PosixFileSystem::isDirectory(std::string_view path) {
     struct stat status {};
     return stat(nativePath(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool PosixFileSystem::isOrdinaryDirectory(const char* path) {
+bool PosixFileSystem::isOrdinaryDirectory(std::string_view path) {
     const std::string native = nativePath(path);
     struct stat status {};
     return lstat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && !belongsToSystem(native);
 }
 
-std::int64_t PosixFileSystem::fileSize(const char* path) {
+std::int64_t PosixFileSystem::fileSize(std::string_view path) {
     struct stat status {};
     const bool isFile = stat(nativePath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
     return isFile ? status.st_size : -1;
 }
 
-int PosixFileSystem::resolveFile(const char* path, std::string& outPath) {
+int PosixFileSystem::resolveFile(std::string_view path, std::string& outPath) {
     outPath.clear();
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(nativePath(path).c_str(), nullptr),
                                                            &std::free);
@@ -256,7 +258,7 @@ int PosixFileSystem::resolveFile(const char* path, std::string& outPath) {
 }
 
 // A device is nobody's file.
-int PosixFileSystem::removeFile(const char* path) {
+int PosixFileSystem::removeFile(std::string_view path) {
     const std::string native = nativePath(path);
     struct stat status {};
     if (lstat(native.c_str(), &status) == 0 && (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode))) {
@@ -265,7 +267,7 @@ int PosixFileSystem::removeFile(const char* path) {
     return errorOf(unlink(native.c_str()));
 }
 
-int PosixFileSystem::moveFile(const char* from, const char* to) {
+int PosixFileSystem::moveFile(std::string_view from, std::string_view to) {
     const std::string source = nativePath(from);
     const std::string target = nativePath(to);
     if (renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
@@ -274,11 +276,11 @@ int PosixFileSystem::moveFile(const char* from, const char* to) {
     return errno == EINVAL || errno == ENOSYS ? moveWithoutFlags(source, target) : errno;
 }
 
-int PosixFileSystem::replaceFile(const char* from, const char* to) {
+int PosixFileSystem::replaceFile(std::string_view from, std::string_view to) {
     return errorOf(rename(nativePath(from).c_str(), nativePath(to).c_str()));
 }
 
-int PosixFileSystem::list(const char* path, std::vector<DirectoryEntry>& outEntries) {
+int PosixFileSystem::list(std::string_view path, std::vector<DirectoryEntry>& outEntries) {
     outEntries.clear();
     const DirectoryStream directory(opendir(nativePath(path).c_str()));
     if (directory == nullptr) {
@@ -296,7 +298,7 @@ int PosixFileSystem::list(const char* path, std::vector<DirectoryEntry>& outEntr
     }
 }
 
-int PosixFileSystem::makeExecutable(const char* path) {
+int PosixFileSystem::makeExecutable(std::string_view path) {
     const std::string native = nativePath(path);
     struct stat status {};
     if (stat(native.c_str(), &status) != 0) {
@@ -307,7 +309,7 @@ int PosixFileSystem::makeExecutable(const char* path) {
 }
 
 // The owner first: a change of it takes bits of the mode away.
-int PosixFileSystem::copyRights(const char* from, const char* to) {
+int PosixFileSystem::copyRights(std::string_view from, std::string_view to) {
     const std::string target = nativePath(to);
     struct stat wanted {};
     struct stat present {};
@@ -331,9 +333,9 @@ bool PosixFileSystem::temporaryDirectory(std::string& outPath) {
 }
 
 // The random part keeps others from occupying the name in advance in a directory that all may write to.
-bool PosixFileSystem::temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) {
+bool PosixFileSystem::temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) {
     std::string directory;
-    if (prefix == nullptr || number == 0 || !temporaryDirectory(directory)) {
+    if (number == 0 || !temporaryDirectory(directory)) {
         return false;
     }
     for (;;) {
@@ -344,8 +346,8 @@ bool PosixFileSystem::temporaryName(const char* prefix, std::uint32_t number, st
         char tail[64];
         std::snprintf(tail, sizeof tail, "%x-%x-%016llx.tmp", number, static_cast<unsigned>(getpid()),
                       static_cast<unsigned long long>(random));
-        outPath = directory + '/' + prefix + tail;
-        if (!exists(outPath.c_str())) {
+        outPath = directory + '/' + std::string(prefix) + tail;
+        if (!exists(outPath)) {
             return true;
         }
     }

@@ -8,10 +8,10 @@
 
 namespace platform {
 
-void showMessage(const char* text, const char* caption, MessageIcon) {
-    std::string line = caption != nullptr ? caption : "";
+void showMessage(std::string_view text, std::string_view caption, MessageIcon) {
+    std::string line(caption);
     line += ":\n";
-    line += text != nullptr ? text : "";
+    line += text;
     line += '\n';
     // Nobody is left to tell when standard error fails.
     std::size_t ignored = 0;

@@ -17,8 +17,8 @@ namespace {
 constexpr mode_t kOwnerOnly = 0600;
 
 // The name of a semaphore, or an empty text for a name that can't be one.
-std::string semaphoreName(const char* name) {
-    const bool usable = name != nullptr && *name != '\0' && std::strchr(name, '/') == nullptr;
+std::string semaphoreName(std::string_view name) {
+    const bool usable = !name.empty() && name.find('/') == std::string_view::npos;
     return usable ? "/" + std::string(name) : "";
 }
 
@@ -78,11 +78,11 @@ private:
 
 class PosixNamedEvents : public NamedEvents {
 public:
-    std::unique_ptr<NamedEvent> create(const char* name) override;
-    bool signal(const char* name) override;
+    std::unique_ptr<NamedEvent> create(std::string_view name) override;
+    bool signal(std::string_view name) override;
 };
 
-std::unique_ptr<NamedEvent> PosixNamedEvents::create(const char* name) {
+std::unique_ptr<NamedEvent> PosixNamedEvents::create(std::string_view name) {
     const std::string full = semaphoreName(name);
     if (full.empty()) {
         return nullptr;
@@ -108,7 +108,7 @@ std::unique_ptr<NamedEvent> PosixNamedEvents::create(const char* name) {
     return nullptr;
 }
 
-bool PosixNamedEvents::signal(const char* name) {
+bool PosixNamedEvents::signal(std::string_view name) {
     const std::string full = semaphoreName(name);
     if (full.empty()) {
         return false;

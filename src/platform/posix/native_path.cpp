@@ -15,8 +15,8 @@ bool startsWithDrive(const std::string& path) {
 
 }  // namespace
 
-std::string nativePath(const char* path) {
-    std::string native = path != nullptr ? path : "";
+std::string nativePath(std::string_view path) {
+    std::string native(path);
     std::replace(native.begin(), native.end(), '\\', '/');
     if (startsWithDrive(native)) {
         native.erase(0, 2);

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace platform {
 
-// The path that the system understands: `\` turned into `/`, a leading drive ("C:") dropped. Null counts as
-// empty.
-std::string nativePath(const char* path);
+// The path that the system understands: `\` turned into `/`, a leading drive ("C:") dropped.
+std::string nativePath(std::string_view path);
 
 }  // namespace platform

@@ -35,7 +35,7 @@ class PosixProcesses : public Processes {
 public:
     bool list(std::vector<ProcessInfo>& outProcesses) override;
     bool terminate(std::uint32_t id, std::uint32_t politeMilliseconds) override;
-    std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
+    std::unique_ptr<ChildProcess> start(std::string_view commandLine, std::string_view workDirectory,
                                         int& outError) override;
     std::uint32_t currentId() override { return static_cast<std::uint32_t>(getpid()); }
     std::vector<std::uint32_t> ownLine() override;
@@ -90,10 +90,10 @@ std::vector<std::uint32_t> PosixProcesses::ownLine() {
     return line;
 }
 
-std::unique_ptr<ChildProcess> PosixProcesses::start(const char* commandLine, const char* workDirectory,
-                                                    int& outError) {
+std::unique_ptr<ChildProcess> PosixProcesses::start(std::string_view commandLine,
+                                                    std::string_view workDirectory, int& outError) {
     collectDroppedChildren();
-    std::vector<std::string> words = splitCommandLine(commandLine != nullptr ? commandLine : "");
+    std::vector<std::string> words = splitCommandLine(commandLine);
     if (words.empty() || words[0].empty()) {
         outError = EINVAL;
         return nullptr;

@@ -65,31 +65,31 @@ bool startDetached(std::vector<std::string> words) {
 
 class PosixShellObjects : public ShellObjects {
 public:
-    int createLink(const char* linkPath, const LinkDescription& link) override;
-    int createUrlLink(const char* linkPath, const char* url) override;
-    bool openDocument(const char* path) override;
+    int createLink(std::string_view linkPath, const LinkDescription& link) override;
+    int createUrlLink(std::string_view linkPath, std::string_view url) override;
+    bool openDocument(std::string_view path) override;
     bool broadcastEnvironment() override;
 };
 
-int PosixShellObjects::createLink(const char* linkPath, const LinkDescription& link) {
+int PosixShellObjects::createLink(std::string_view linkPath, const LinkDescription& link) {
     const std::string path = nativePath(linkPath);
     ApplicationEntry entry;
     entry.name = desktopEntryName(path);
     entry.comment = link.description;
     entry.command = commandOf(link);
-    entry.workDirectory = nativePath(link.workDirectory.c_str());
-    entry.icon = nativePath(link.iconPath.c_str());
+    entry.workDirectory = nativePath(link.workDirectory);
+    entry.icon = nativePath(link.iconPath);
     return replaceFileContent(path, desktopEntryOf(entry), kApplicationMode, ModeRule::kWithinUmask);
 }
 
-int PosixShellObjects::createUrlLink(const char* linkPath, const char* url) {
+int PosixShellObjects::createUrlLink(std::string_view linkPath, std::string_view url) {
     const std::string path = nativePath(linkPath);
-    return replaceFileContent(path, desktopLinkOf(desktopEntryName(path), url != nullptr ? url : ""),
-                              kLinkMode, ModeRule::kWithinUmask);
+    return replaceFileContent(path, desktopLinkOf(desktopEntryName(path), url), kLinkMode,
+                              ModeRule::kWithinUmask);
 }
 
-bool PosixShellObjects::openDocument(const char* path) {
-    const std::string text = path != nullptr ? path : "";
+bool PosixShellObjects::openDocument(std::string_view path) {
+    const std::string text(path);
     if (isUrl(text)) {
         return startDetached({kOpener, text});
     }

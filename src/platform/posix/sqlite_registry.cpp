@@ -14,14 +14,10 @@ namespace {
 using registry_schema::rootId;
 
 // Splits a key path. Empty components don't count. False for what the registry can't hold.
-bool splitKeyPath(const char* path, std::vector<std::string_view>& outNames) {
-    if (path == nullptr) {
-        return false;
-    }
-    std::string_view rest = path;
-    while (!rest.empty()) {
-        const std::string_view name = rest.substr(0, rest.find('\\'));
-        rest.remove_prefix(std::min(name.size() + 1, rest.size()));
+bool splitKeyPath(std::string_view path, std::vector<std::string_view>& outNames) {
+    while (!path.empty()) {
+        const std::string_view name = path.substr(0, path.find('\\'));
+        path.remove_prefix(std::min(name.size() + 1, path.size()));
         if (name.size() > registry_schema::kMaxKeyNameBytes) {
             return false;
         }
@@ -32,8 +28,8 @@ bool splitKeyPath(const char* path, std::vector<std::string_view>& outNames) {
     return outNames.size() <= registry_schema::kMaxLevels;
 }
 
-bool isValueName(const char* name) {
-    return name != nullptr && std::string_view(name).size() <= registry_schema::kMaxValueNameBytes;
+bool isValueName(std::string_view name) {
+    return name.size() <= registry_schema::kMaxValueNameBytes;
 }
 
 // Goes down from `root` as far as the keys exist. `outKey` is the deepest key met, `outFound` the number of
@@ -64,7 +60,7 @@ int findKey(RegistryDatabase& database, std::int64_t root, const std::vector<std
 }
 
 // Runs a statement on one key and the folded name of a value.
-int runOnValue(RegistryDatabase& database, const char* query, std::int64_t key, const char* name,
+int runOnValue(RegistryDatabase& database, const char* query, std::int64_t key, std::string_view name,
                RegistryStatement& outStatement, bool isChange) {
     const std::string folded = OUtils::toLowerAscii(name);
     const int status = database.prepare(query, outStatement);
@@ -109,7 +105,7 @@ int insertKeys(RegistryDatabase& database, std::int64_t parent, const std::vecto
 SqliteRegistry::SqliteRegistry(std::string directory)
     : directory_(std::move(directory)), file_(directory_ + "/registry.db") {}
 
-int SqliteRegistry::createKey(RegistryRoot root, const char* path, RegistryView view, int& outCreated) {
+int SqliteRegistry::createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) {
     outCreated = 0;
     std::vector<std::string_view> names;
     if (!splitKeyPath(path, names)) {
@@ -134,7 +130,7 @@ int SqliteRegistry::createKey(RegistryRoot root, const char* path, RegistryView 
     return status;
 }
 
-int SqliteRegistry::testKey(RegistryRoot root, const char* path, RegistryView view) {
+int SqliteRegistry::testKey(RegistryRoot root, std::string_view path, RegistryView view) {
     std::vector<std::string_view> names;
     if (!splitKeyPath(path, names)) {
         return kRegBadArgument;
@@ -148,7 +144,7 @@ int SqliteRegistry::testKey(RegistryRoot root, const char* path, RegistryView vi
     return status == kRegOk ? findKey(database, rootId(root, view), names, key) : status;
 }
 
-int SqliteRegistry::deleteKey(RegistryRoot root, const char* path, RegistryView view) {
+int SqliteRegistry::deleteKey(RegistryRoot root, std::string_view path, RegistryView view) {
     std::vector<std::string_view> names;
     if (!splitKeyPath(path, names)) {
         return kRegBadArgument;
@@ -182,17 +178,17 @@ int SqliteRegistry::deleteKey(RegistryRoot root, const char* path, RegistryView 
     return status == kRegOk ? database.commit() : status;
 }
 
-int SqliteRegistry::listKeys(RegistryRoot root, const char* path, RegistryView view,
+int SqliteRegistry::listKeys(RegistryRoot root, std::string_view path, RegistryView view,
                              std::vector<std::string>& outNames) {
     return listNames(root, path, view, "SELECT name FROM keys WHERE parent = ? ORDER BY folded", outNames);
 }
 
-int SqliteRegistry::listValues(RegistryRoot root, const char* path, RegistryView view,
+int SqliteRegistry::listValues(RegistryRoot root, std::string_view path, RegistryView view,
                                std::vector<std::string>& outNames) {
     return listNames(root, path, view, "SELECT name FROM entries WHERE key = ? ORDER BY id", outNames);
 }
 
-int SqliteRegistry::listNames(RegistryRoot root, const char* path, RegistryView view, const char* query,
+int SqliteRegistry::listNames(RegistryRoot root, std::string_view path, RegistryView view, const char* query,
                               std::vector<std::string>& outNames) {
     outNames.clear();
     std::vector<std::string_view> names;
@@ -222,8 +218,8 @@ int SqliteRegistry::listNames(RegistryRoot root, const char* path, RegistryView 
     return status == kRegNotFound ? kRegOk : status;
 }
 
-int SqliteRegistry::readValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
-                              RegistryValue& outValue) {
+int SqliteRegistry::readValue(RegistryRoot root, std::string_view path, RegistryView view,
+                              std::string_view name, RegistryValue& outValue) {
     std::vector<std::string_view> names;
     if (!splitKeyPath(path, names) || !isValueName(name)) {
         return kRegBadArgument;
@@ -246,8 +242,8 @@ int SqliteRegistry::readValue(RegistryRoot root, const char* path, RegistryView 
     return status;
 }
 
-int SqliteRegistry::writeValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
-                               const RegistryValue& value) {
+int SqliteRegistry::writeValue(RegistryRoot root, std::string_view path, RegistryView view,
+                               std::string_view name, const RegistryValue& value) {
     std::vector<std::string_view> names;
     if (!splitKeyPath(path, names) || !isValueName(name)) {
         return kRegBadArgument;
@@ -271,13 +267,14 @@ int SqliteRegistry::writeValue(RegistryRoot root, const char* path, RegistryView
     }
     if (status == kRegOk) {
         const std::string folded = OUtils::toLowerAscii(name);
-        statement.bind(key).bind(folded).bind(std::string_view(name));
+        statement.bind(key).bind(folded).bind(name);
         status = statement.bind(std::int64_t{value.type}).bind(value.data).run();
     }
     return status == kRegOk ? database.commit() : status;
 }
 
-int SqliteRegistry::deleteValue(RegistryRoot root, const char* path, RegistryView view, const char* name) {
+int SqliteRegistry::deleteValue(RegistryRoot root, std::string_view path, RegistryView view,
+                                std::string_view name) {
     std::vector<std::string_view> names;
     if (!splitKeyPath(path, names) || !isValueName(name)) {
         return kRegBadArgument;

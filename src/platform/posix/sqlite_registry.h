@@ -13,21 +13,22 @@ public:
     // The database lies in `directory` and is made by the first change; reading never makes it.
     explicit SqliteRegistry(std::string directory);
 
-    int createKey(RegistryRoot root, const char* path, RegistryView view, int& outCreated) override;
-    int testKey(RegistryRoot root, const char* path, RegistryView view) override;
-    int deleteKey(RegistryRoot root, const char* path, RegistryView view) override;
-    int listKeys(RegistryRoot root, const char* path, RegistryView view,
+    int createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) override;
+    int testKey(RegistryRoot root, std::string_view path, RegistryView view) override;
+    int deleteKey(RegistryRoot root, std::string_view path, RegistryView view) override;
+    int listKeys(RegistryRoot root, std::string_view path, RegistryView view,
                  std::vector<std::string>& outNames) override;
-    int readValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
+    int readValue(RegistryRoot root, std::string_view path, RegistryView view, std::string_view name,
                   RegistryValue& outValue) override;
-    int writeValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
+    int writeValue(RegistryRoot root, std::string_view path, RegistryView view, std::string_view name,
                    const RegistryValue& value) override;
-    int deleteValue(RegistryRoot root, const char* path, RegistryView view, const char* name) override;
-    int listValues(RegistryRoot root, const char* path, RegistryView view,
+    int deleteValue(RegistryRoot root, std::string_view path, RegistryView view,
+                    std::string_view name) override;
+    int listValues(RegistryRoot root, std::string_view path, RegistryView view,
                    std::vector<std::string>& outNames) override;
 
 private:
-    int listNames(RegistryRoot root, const char* path, RegistryView view, const char* query,
+    int listNames(RegistryRoot root, std::string_view path, RegistryView view, const char* query,
                   std::vector<std::string>& outNames);
 
     const std::string directory_;

@@ -58,7 +58,7 @@ private:
 // A text in the form that automation interfaces take. Null when memory is short, which they refuse.
 class AutomationText {
 public:
-    explicit AutomationText(const char* utf8) {
+    explicit AutomationText(std::string_view utf8) {
         const std::wstring wide = wideOf(utf8);
         text_ = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
     }

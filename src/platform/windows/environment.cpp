@@ -13,7 +13,7 @@ constexpr std::size_t kLongestVariable = 32766;
 
 class WindowsEnvironment : public Environment {
 public:
-    std::optional<std::string> get(const char* name) override {
+    std::optional<std::string> get(std::string_view name) override {
         const std::wstring wideName = wideOf(name);
         std::wstring value(256, L'\0');
         for (;;) {
@@ -30,7 +30,7 @@ public:
         }
     }
 
-    bool set(const char* name, const char* value) override {
+    bool set(std::string_view name, std::string_view value) override {
         const std::wstring wideName = wideOf(name);
         const std::wstring wideValue = wideOf(value);
         if (wideName.empty() || wideName.find(L'=') != std::wstring::npos ||

@@ -43,13 +43,13 @@ DWORD shareOf(std::uint32_t share) {
 
 // Calls `operation` with the path as the system takes it; devices are refused before.
 template <typename Operation>
-int onPath(const char* path, Operation operation) {
+int onPath(std::string_view path, Operation operation) {
     const std::wstring wide = systemPath(path);
     return namesDevice(wide) ? kRefusedName : statusOf(operation(wide.c_str()));
 }
 
 template <typename Operation>
-int onTwoPaths(const char* from, const char* to, Operation operation) {
+int onTwoPaths(std::string_view from, std::string_view to, Operation operation) {
     const std::wstring wideFrom = systemPath(from);
     const std::wstring wideTo = systemPath(to);
     return namesDevice(wideFrom) || namesDevice(wideTo)
@@ -59,7 +59,7 @@ int onTwoPaths(const char* from, const char* to, Operation operation) {
 
 // What the directory tells of an entry. A file that is locked or protected against its own reader answers
 // only to a search, which in turn must not see a wildcard.
-bool entryOf(const char* path, DWORD& outAttributes, std::int64_t& outSize) {
+bool entryOf(std::string_view path, DWORD& outAttributes, std::int64_t& outSize) {
     const std::wstring wide = systemPath(path);
     if (namesDevice(wide)) {
         return false;
@@ -154,7 +154,7 @@ int listInto(const std::wstring& pattern, std::vector<DirectoryEntry>& outEntrie
 
 class WindowsFileSystem : public FileSystem {
 public:
-    int open(const char* path, const OpenOptions& options, std::unique_ptr<File>& outFile) override {
+    int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) override {
         outFile.reset();
         const std::wstring wide = systemPath(path);
         if (namesDevice(wide)) {
@@ -180,32 +180,32 @@ public:
         return 0;
     }
 
-    bool exists(const char* path) override {
+    bool exists(std::string_view path) override {
         DWORD attributes = 0;
         std::int64_t size = 0;
         return entryOf(path, attributes, size);
     }
 
-    bool isDirectory(const char* path) override {
+    bool isDirectory(std::string_view path) override {
         DWORD attributes = 0;
         std::int64_t size = 0;
         return entryOf(path, attributes, size) && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     }
 
-    bool isOrdinaryDirectory(const char* path) override {
+    bool isOrdinaryDirectory(std::string_view path) override {
         constexpr DWORD kMarks = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
         DWORD attributes = 0;
         std::int64_t size = 0;
         return entryOf(path, attributes, size) && isTrueDirectory(attributes) && (attributes & kMarks) == 0;
     }
 
-    std::int64_t fileSize(const char* path) override {
+    std::int64_t fileSize(std::string_view path) override {
         DWORD attributes = 0;
         std::int64_t size = 0;
         return entryOf(path, attributes, size) && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0 ? size : -1;
     }
 
-    int resolveFile(const char* path, std::string& outPath) override {
+    int resolveFile(std::string_view path, std::string& outPath) override {
         outPath.clear();
         DWORD attributes = 0;
         std::int64_t size = 0;
@@ -225,25 +225,25 @@ public:
         return status;
     }
 
-    int removeFile(const char* path) override { return onPath(path, DeleteFileW); }
+    int removeFile(std::string_view path) override { return onPath(path, DeleteFileW); }
 
-    int moveFile(const char* from, const char* to) override {
+    int moveFile(std::string_view from, std::string_view to) override {
         return onTwoPaths(from, to, [](const wchar_t* a, const wchar_t* b) { return MoveFileExW(a, b, 0); });
     }
 
-    int replaceFile(const char* from, const char* to) override {
+    int replaceFile(std::string_view from, std::string_view to) override {
         return onTwoPaths(from, to, [](const wchar_t* a, const wchar_t* b) {
             return MoveFileExW(a, b, MOVEFILE_REPLACE_EXISTING);
         });
     }
 
-    int createDirectory(const char* path) override {
+    int createDirectory(std::string_view path) override {
         return onPath(path, [](const wchar_t* wide) { return CreateDirectoryW(wide, nullptr); });
     }
 
-    int removeDirectory(const char* path) override { return onPath(path, RemoveDirectoryW); }
+    int removeDirectory(std::string_view path) override { return onPath(path, RemoveDirectoryW); }
 
-    int list(const char* path, std::vector<DirectoryEntry>& outEntries) override {
+    int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) override {
         outEntries.clear();
         std::wstring pattern = systemPath(path);
         if (namesDevice(pattern)) {
@@ -256,9 +256,9 @@ public:
         return listInto(pattern, outEntries);
     }
 
-    int makeExecutable(const char* path) override { return exists(path) ? 0 : ERROR_FILE_NOT_FOUND; }
+    int makeExecutable(std::string_view path) override { return exists(path) ? 0 : ERROR_FILE_NOT_FOUND; }
 
-    int copyRights(const char* from, const char* to) override {
+    int copyRights(std::string_view from, std::string_view to) override {
         const std::wstring source = systemPath(from);
         const std::wstring target = systemPath(to);
         const DWORD attributes = GetFileAttributesW(source.c_str());
@@ -287,7 +287,7 @@ public:
         return !path.empty();
     }
 
-    bool temporaryName(const char* prefix, std::uint32_t number, std::string& outPath) override {
+    bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override {
         std::string directory;
         if (number == 0 || !temporaryDirectory(directory)) {
             return false;
@@ -295,7 +295,7 @@ public:
         // The system uses the low half, and creates a file of its own choice when that is zero.
         const UINT unique = (number & 0xFFFF) != 0 ? number : number >> 16;
         wchar_t path[MAX_PATH];
-        if (GetTempFileNameW(wideOf(directory.c_str()).c_str(), wideOf(prefix).c_str(), unique, path) == 0) {
+        if (GetTempFileNameW(wideOf(directory).c_str(), wideOf(prefix).c_str(), unique, path) == 0) {
             return false;
         }
         outPath = utf8Of(path);

@@ -69,7 +69,7 @@ public:
         return outcomeOf(FirewallCall::kSetEnabled, profile_->put_FirewallEnabled(VARIANT_TRUE));
     }
 
-    FirewallOutcome isApplicationEnabled(const char* path, bool& outEnabled) override {
+    FirewallOutcome isApplicationEnabled(std::string_view path, bool& outEnabled) override {
         ComPointer<INetFwAuthorizedApplications> list;
         FirewallOutcome outcome = listApplications(list);
         ComPointer<INetFwAuthorizedApplication> application;
@@ -84,7 +84,7 @@ public:
         return outcome;
     }
 
-    FirewallOutcome addApplication(const char* path, const char* name) override {
+    FirewallOutcome addApplication(std::string_view path, std::string_view name) override {
         ComPointer<INetFwAuthorizedApplications> list;
         ComPointer<INetFwAuthorizedApplication> application;
         FirewallOutcome outcome = listApplications(list);
@@ -98,7 +98,7 @@ public:
         return outcome;
     }
 
-    FirewallOutcome removeApplication(const char* path) override {
+    FirewallOutcome removeApplication(std::string_view path) override {
         ComPointer<INetFwAuthorizedApplications> list;
         FirewallOutcome outcome = listApplications(list);
         then(outcome, FirewallCall::kRemoveApplication,
@@ -121,7 +121,7 @@ public:
         return outcome;
     }
 
-    FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, const char* name) override {
+    FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, std::string_view name) override {
         ComPointer<INetFwOpenPorts> list;
         ComPointer<INetFwOpenPort> entry;
         FirewallOutcome outcome = listPorts(list);

@@ -29,11 +29,11 @@ bool isDesktopVisible() {
 
 }  // namespace
 
-void showMessage(const char* text, const char* caption, MessageIcon icon) {
+void showMessage(std::string_view text, std::string_view caption, MessageIcon icon) {
     const bool shown = isDesktopVisible() && MessageBoxW(nullptr, wideOf(text).c_str(),
                                                          wideOf(caption).c_str(), MB_OK | styleOf(icon)) > 0;
     if (!shown) {
-        systemConsole().writeError(std::string(caption) + ": " + text + "\n");
+        systemConsole().writeError(std::string(caption) + ": " + std::string(text) + "\n");
     }
 }
 

@@ -20,7 +20,7 @@ private:
 
 class WindowsNamedEvents : public NamedEvents {
 public:
-    std::unique_ptr<NamedEvent> create(const char* name) override {
+    std::unique_ptr<NamedEvent> create(std::string_view name) override {
         const std::wstring wide = wideOf(name);
         // Without a name it would be an event that nobody else can find. Once signalled it stays so, for
         // every process that waits.
@@ -28,7 +28,7 @@ public:
         return event != nullptr ? std::make_unique<WindowsNamedEvent>(event) : nullptr;
     }
 
-    bool signal(const char* name) override {
+    bool signal(std::string_view name) override {
         const Handle event(OpenEventW(EVENT_MODIFY_STATE, FALSE, wideOf(name).c_str()));
         return event && SetEvent(event.get()) != 0;
     }

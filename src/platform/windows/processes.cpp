@@ -121,10 +121,10 @@ public:
                TerminateProcess(process.get(), 0) != 0;
     }
 
-    std::unique_ptr<ChildProcess> start(const char* commandLine, const char* workDirectory,
+    std::unique_ptr<ChildProcess> start(std::string_view commandLine, std::string_view workDirectory,
                                         int& outError) override {
         std::wstring command = wideOf(commandLine);  // the system writes into it
-        const bool hasDirectory = workDirectory != nullptr && workDirectory[0] != '\0';
+        const bool hasDirectory = !workDirectory.empty();
         const std::wstring directory = hasDirectory ? systemPath(workDirectory) : std::wstring();
         STARTUPINFOW startup{};
         startup.cb = sizeof(startup);

@@ -39,7 +39,7 @@ bool isText(std::uint32_t type) {
 }
 
 // The names between the backslashes, without the empty ones.
-std::vector<std::wstring> componentsOf(const char* path) {
+std::vector<std::wstring> componentsOf(std::string_view path) {
     std::vector<std::wstring> components(1);
     for (const wchar_t character : wideOf(path)) {
         if (character != L'\\') {
@@ -66,7 +66,7 @@ std::wstring joined(const std::vector<std::wstring>& components) {
 class Key {
 public:
     Key() = default;
-    Key(RegistryRoot root, const char* path, RegistryView view, REGSAM access)
+    Key(RegistryRoot root, std::string_view path, RegistryView view, REGSAM access)
         : status_(static_cast<int>(RegOpenKeyExW(rootKeyOf(root), joined(componentsOf(path)).c_str(), 0,
                                                  access | viewFlagOf(view), &key_))) {}
     ~Key() { close(); }
@@ -128,7 +128,7 @@ int collectNames(std::vector<std::string>& outNames, Enumerate enumerate) {
 
 class WindowsRegistry : public Registry {
 public:
-    int createKey(RegistryRoot root, const char* path, RegistryView view, int& outCreated) override {
+    int createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) override {
         outCreated = 0;
         Key key;
         for (const std::wstring& component : componentsOf(path)) {
@@ -150,11 +150,11 @@ public:
         return kRegOk;
     }
 
-    int testKey(RegistryRoot root, const char* path, RegistryView view) override {
+    int testKey(RegistryRoot root, std::string_view path, RegistryView view) override {
         return Key(root, path, view, KEY_READ).status();
     }
 
-    int deleteKey(RegistryRoot root, const char* path, RegistryView view) override {
+    int deleteKey(RegistryRoot root, std::string_view path, RegistryView view) override {
         const std::wstring wide = joined(componentsOf(path));
         if (wide.empty()) {
             return kRegBadArgument;
@@ -162,7 +162,7 @@ public:
         return static_cast<int>(RegDeleteKeyExW(rootKeyOf(root), wide.c_str(), viewFlagOf(view), 0));
     }
 
-    int listKeys(RegistryRoot root, const char* path, RegistryView view,
+    int listKeys(RegistryRoot root, std::string_view path, RegistryView view,
                  std::vector<std::string>& outNames) override {
         outNames.clear();
         const Key key(root, path, view, KEY_READ);
@@ -174,7 +174,7 @@ public:
         });
     }
 
-    int readValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
+    int readValue(RegistryRoot root, std::string_view path, RegistryView view, std::string_view name,
                   RegistryValue& outValue) override {
         const Key key(root, path, view, KEY_READ);
         if (key.status() != kRegOk) {
@@ -199,7 +199,7 @@ public:
         }
     }
 
-    int writeValue(RegistryRoot root, const char* path, RegistryView view, const char* name,
+    int writeValue(RegistryRoot root, std::string_view path, RegistryView view, std::string_view name,
                    const RegistryValue& value) override {
         const Key key(root, path, view, KEY_SET_VALUE);
         if (key.status() != kRegOk) {
@@ -211,13 +211,14 @@ public:
                                                static_cast<DWORD>(bytes.size())));
     }
 
-    int deleteValue(RegistryRoot root, const char* path, RegistryView view, const char* name) override {
+    int deleteValue(RegistryRoot root, std::string_view path, RegistryView view,
+                    std::string_view name) override {
         const Key key(root, path, view, KEY_SET_VALUE);
         return key.status() != kRegOk ? key.status()
                                       : static_cast<int>(RegDeleteValueW(key.get(), wideOf(name).c_str()));
     }
 
-    int listValues(RegistryRoot root, const char* path, RegistryView view,
+    int listValues(RegistryRoot root, std::string_view path, RegistryView view,
                    std::vector<std::string>& outNames) override {
         outNames.clear();
         const Key key(root, path, view, KEY_READ);

@@ -20,14 +20,14 @@ constexpr UINT kBroadcastMilliseconds = 1000;
 // Gives `url` as it is to the object: it is not completed or checked.
 constexpr DWORD kUrlAsItIs = 1;
 
-std::wstring backslashed(const char* path) {
+std::wstring backslashed(std::string_view path) {
     std::wstring wide = wideOf(path);
     std::replace(wide.begin(), wide.end(), L'/', L'\\');
     return wide;
 }
 
 template <typename Interface>
-HRESULT saveAs(const ComPointer<Interface>& object, const char* linkPath) {
+HRESULT saveAs(const ComPointer<Interface>& object, std::string_view linkPath) {
     ComPointer<IPersistFile> file;
     const HRESULT result = object->QueryInterface(IID_IPersistFile, file.receiveAny());
     return FAILED(result) ? result : file->Save(backslashed(linkPath).c_str(), TRUE);
@@ -45,7 +45,7 @@ HRESULT describe(const ComPointer<IShellLinkW>& shellLink, const LinkDescription
     return FAILED(path) ? path : arguments;
 }
 
-HRESULT makeShellLink(const char* linkPath, const LinkDescription& link) {
+HRESULT makeShellLink(std::string_view linkPath, const LinkDescription& link) {
     const ComApartment apartment;
     if (FAILED(apartment.result())) {
         return apartment.result();
@@ -59,7 +59,7 @@ HRESULT makeShellLink(const char* linkPath, const LinkDescription& link) {
     return FAILED(result) ? result : saveAs(shellLink, linkPath);
 }
 
-HRESULT makeInternetShortcut(const char* linkPath, const char* url) {
+HRESULT makeInternetShortcut(std::string_view linkPath, std::string_view url) {
     const ComApartment apartment;
     if (FAILED(apartment.result())) {
         return apartment.result();
@@ -80,15 +80,15 @@ int statusOfResult(HRESULT result) {
 
 class WindowsShellObjects : public ShellObjects {
 public:
-    int createLink(const char* linkPath, const LinkDescription& link) override {
+    int createLink(std::string_view linkPath, const LinkDescription& link) override {
         return statusOfResult(makeShellLink(linkPath, link));
     }
 
-    int createUrlLink(const char* linkPath, const char* url) override {
+    int createUrlLink(std::string_view linkPath, std::string_view url) override {
         return statusOfResult(makeInternetShortcut(linkPath, url));
     }
 
-    bool openDocument(const char* path) override {
+    bool openDocument(std::string_view path) override {
         constexpr INT_PTR kLastError = 32;
         const HINSTANCE answer =
             ShellExecuteW(nullptr, L"open", wideOf(path).c_str(), nullptr, nullptr, SW_SHOWDEFAULT);

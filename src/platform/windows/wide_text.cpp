@@ -64,20 +64,20 @@ std::wstring absolutePath(const std::wstring& path) {
     }
 }
 
-}  // namespace
-
-std::wstring wideOf(const char* utf8) {
-    const std::int64_t length = OUtils::utf8ToWide(utf8, nullptr, 0);
+std::wstring wideUpToTerminator(const std::string& utf8) {
+    const std::int64_t length = OUtils::utf8ToWide(utf8.c_str(), nullptr, 0);
     std::wstring wide(static_cast<std::size_t>(length), L'\0');
-    OUtils::utf8ToWide(utf8, reinterpret_cast<char16_t*>(wide.data()), length + 1);
+    OUtils::utf8ToWide(utf8.c_str(), reinterpret_cast<char16_t*>(wide.data()), length + 1);
     return wide;
 }
+
+}  // namespace
 
 std::wstring wideOf(std::string_view utf8) {
     std::wstring wide;
     for (;;) {
         const std::size_t end = utf8.find('\0');
-        wide += wideOf(std::string(utf8.substr(0, end)).c_str());
+        wide += wideUpToTerminator(std::string(utf8.substr(0, end)));
         if (end == std::string_view::npos) {
             return wide;
         }
@@ -107,7 +107,7 @@ std::string utf8Of(std::wstring_view wide) {
     }
 }
 
-std::wstring systemPath(const char* utf8) {
+std::wstring systemPath(std::string_view utf8) {
     std::wstring path = wideOf(utf8);
     std::replace(path.begin(), path.end(), L'/', L'\\');
     if (path.size() <= kLongestPlainPath || path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) {

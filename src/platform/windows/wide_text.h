@@ -9,8 +9,6 @@
 // surrogates survive both ways.
 namespace platform {
 
-// The text as far as its terminator; a null text counts as empty.
-std::wstring wideOf(const char* utf8);
 // The whole text; zero bytes inside become zero characters.
 std::wstring wideOf(std::string_view utf8);
 std::string utf8Of(const wchar_t* wide);
@@ -18,7 +16,7 @@ std::string utf8Of(std::wstring_view wide);
 
 // A path as the file calls take it: with `\` only, and with the prefix that lifts the length limit when the
 // path comes near it.
-std::wstring systemPath(const char* utf8);
+std::wstring systemPath(std::string_view utf8);
 
 // True when a component of the path is the name of a device ("nul", "COM1.log") or the path leads to the
 // device name space: nothing of that kind is a file.

@@ -53,7 +53,7 @@ TEST_F(PosixNamedEventsTest, TheEventIsTheUsersAlone) {
 }
 
 TEST_F(PosixNamedEventsTest, NamesThatCannotBeAreRefused) {
-    for (const char* name : {"", "a/b", static_cast<const char*>(nullptr)}) {
+    for (const char* name : {"", "a/b"}) {
         EXPECT_EQ(events_.create(name), nullptr);
         EXPECT_FALSE(events_.signal(name));
     }

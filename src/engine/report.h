@@ -10,10 +10,10 @@ using ErrorList = std::vector<std::string>;
 
 // What a long piece of work tells: to the front end, if there is one, and to the list of errors, if there is
 // one.
-class WorkReport {
+class Report {
 public:
     // Each may be null, and outlives this object.
-    WorkReport(InstallerUI* ui, ErrorList* errors) : ui_(ui), errors_(errors) {}
+    Report(InstallerUI* ui, ErrorList* errors) : ui_(ui), errors_(errors) {}
 
     InstallerUI* ui() const { return ui_; }
     bool hasErrorList() const { return errors_ != nullptr; }

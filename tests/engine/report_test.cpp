@@ -1,4 +1,4 @@
-#include "engine/work_report.h"
+#include "engine/report.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 
 namespace {
 
-TEST(WorkReportTest, passesEverythingToTheFrontEnd) {
+TEST(ReportTest, passesEverythingToTheFrontEnd) {
     RecordingUI ui;
     ErrorList errors;
-    WorkReport report(&ui, &errors);
+    Report report(&ui, &errors);
     report.begin();
     report.setStatus("status");
     report.setProgress(7);
@@ -22,10 +22,10 @@ TEST(WorkReportTest, passesEverythingToTheFrontEnd) {
     EXPECT_EQ(ui.countOf("addFileLine(null"), 1);
 }
 
-TEST(WorkReportTest, keepsErrorsUpToTheirLimitAndShowsThem) {
+TEST(ReportTest, keepsErrorsUpToTheirLimitAndShowsThem) {
     RecordingUI ui;
     ErrorList errors;
-    WorkReport report(&ui, &errors);
+    Report report(&ui, &errors);
     report.showErrors("heading");
     EXPECT_TRUE(ui.calls.empty());
     report.addError(std::string(2000, 'e'));
@@ -35,8 +35,8 @@ TEST(WorkReportTest, keepsErrorsUpToTheirLimitAndShowsThem) {
     EXPECT_EQ(ui.countOf("addFileLine(\"eee"), 1);
 }
 
-TEST(WorkReportTest, doesNothingWithoutFrontEndAndList) {
-    WorkReport report(nullptr, nullptr);
+TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
+    Report report(nullptr, nullptr);
     report.begin();
     report.setStatus("status");
     report.setProgress(7);
@@ -50,9 +50,9 @@ TEST(WorkReportTest, doesNothingWithoutFrontEndAndList) {
     EXPECT_FALSE(report.hasErrorList());
 }
 
-TEST(WorkReportTest, asksTheFrontEndWhetherErrorsAreIgnored) {
+TEST(ReportTest, asksTheFrontEndWhetherErrorsAreIgnored) {
     RecordingUI ui;
-    WorkReport report(&ui, nullptr);
+    Report report(&ui, nullptr);
     EXPECT_FALSE(report.ignoresErrors());
     ui.ignoreErrors = 1;
     EXPECT_TRUE(report.ignoresErrors());

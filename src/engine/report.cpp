@@ -1,4 +1,4 @@
-#include "engine/work_report.h"
+#include "engine/report.h"
 
 #include "contracts/installer_ui.h"
 
@@ -8,55 +8,55 @@ constexpr std::size_t kErrorLimit = 1559;
 
 }  // namespace
 
-void WorkReport::begin() {
+void Report::begin() {
     if (ui_ != nullptr) {
         ui_->beginProgress();
     }
 }
 
-void WorkReport::end() {
+void Report::end() {
     if (ui_ != nullptr) {
         ui_->endProgress();
     }
 }
 
-void WorkReport::setStatus(const char* text) {
+void Report::setStatus(const char* text) {
     if (ui_ != nullptr) {
         ui_->setStatusText(text);
     }
 }
 
-void WorkReport::setProgress(int percent) {
+void Report::setProgress(int percent) {
     if (ui_ != nullptr) {
         ui_->setCurrentProgress(percent);
     }
 }
 
-void WorkReport::pumpEvents() {
+void Report::pumpEvents() {
     if (ui_ != nullptr) {
         ui_->pumpEventsWhileCopying();
     }
 }
 
-void WorkReport::addLine(const std::string& text, bool flushNow) {
+void Report::addLine(const std::string& text, bool flushNow) {
     if (ui_ != nullptr) {
         ui_->addFileLine(text.c_str(), flushNow);
     }
 }
 
-void WorkReport::flushLines() {
+void Report::flushLines() {
     if (ui_ != nullptr) {
         ui_->addFileLine(nullptr, true);
     }
 }
 
-void WorkReport::addError(const std::string& text) {
+void Report::addError(const std::string& text) {
     if (errors_ != nullptr) {
         errors_->push_back(text.substr(0, kErrorLimit));
     }
 }
 
-void WorkReport::showErrors(const char* heading) {
+void Report::showErrors(const char* heading) {
     if (errors_ == nullptr || errors_->empty()) {
         return;
     }
@@ -67,6 +67,6 @@ void WorkReport::showErrors(const char* heading) {
     flushLines();
 }
 
-bool WorkReport::ignoresErrors() {
+bool Report::ignoresErrors() {
     return ui_ != nullptr && ui_->getIgnoreErrors() != 0;
 }

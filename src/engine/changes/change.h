@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/platform.h"
+#include "support/debug_log.h"
+
+class ActionLogWriter;
+class DescriptionTags;
+class Report;
+class SystemOperations;
+
+// What every kind of change works with, made once for a job. All of it is borrowed and outlives the changes.
+struct ChangeContext {
+    platform::Platform machine;
+    SystemOperations& system;
+    DescriptionTags& tags;
+    ActionLogWriter& log;
+    Report& report;
+    DebugLog debugLog;
+};
+
+// One line of an action log: its tag, and the fields after it, separated by TABs.
+struct LogRecord {
+    std::string_view tag;
+    std::string_view fields;
+};
+
+// One kind of change to a machine: it reads its elements of the description, makes the change, writes its
+// record and takes the change back from that record. Nobody else knows the record's form. An object serves
+// one job, an installation or an uninstallation, on the session's thread.
+//
+// An earlier value that a record can't hold whole is never lost: that change fails and nothing is written.
+class Change {
+public:
+    Change() = default;
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+    virtual ~Change() = default;
+
+    // Makes every change of this kind that the description asks for. False when one failed, which has been
+    // reported.
+    virtual bool apply() = 0;
+    // Takes one change back. Kinds that have to wait until all records are known only note it here. False
+    // when the change could not be taken back and that makes the uninstallation a failure.
+    virtual bool undo(const LogRecord& record) = 0;
+    // Called once after the last record.
+    virtual bool finishUndo() { return true; }
+};
