@@ -9,8 +9,8 @@
 class PConsole;
 
 // The debug log of a run, as a value that everything below the session keeps a copy of. All copies share one
-// target, so that a log can be handed out before it is known where it goes. Without a target lines are
-// dropped; nobody has to ask first.
+// target, so a log can be handed out before anyone knows where it goes. Without a target lines are
+// dropped; callers never have to check.
 class DebugLog {
 public:
     // Without a target.
