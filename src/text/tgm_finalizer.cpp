@@ -97,8 +97,8 @@ private:
     // The child takes over the bytes of its piece; pieces don't overlap.
     TGMNodePtr makeChild(const TGMPiece& piece, TGMText& text) {
         TGMNodePtr child = tree_.makeNode(piece.type);
-        const std::ptrdiff_t begin = piece.text.data() - text.data();
-        child->text = TGMText(text.data() + begin, piece.text.size());
+        const auto begin = static_cast<std::size_t>(piece.text.data() - text.bytes().data());
+        child->text = TGMText(text.bytes().subspan(begin, piece.text.size()));
         return child;
     }
 
@@ -132,7 +132,7 @@ void unescapeTgmText(TGMText& text) {
             kEscapable.find(escaped[i + 1]) != std::string_view::npos) {
             ++i;
         }
-        text.data()[length++] = escaped[i];
+        text.bytes()[length++] = escaped[i];
     }
-    text = TGMText(text.data(), length);
+    text = TGMText(text.bytes().first(length));
 }

@@ -25,5 +25,5 @@ TGMText TGMTree::copyText(std::string_view text) {
     }
     auto* const copy = static_cast<char*>(memory_.allocate(text.size(), 1));
     std::memcpy(copy, text.data(), text.size());
-    return {copy, text.size()};
+    return TGMText({copy, text.size()});
 }

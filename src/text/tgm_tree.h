@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <memory_resource>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -38,17 +39,16 @@ constexpr bool isTgmHeading(TGMNodeType type) {
 class TGMText {
 public:
     TGMText() = default;
-    // `data` holds `length` bytes that no other text uses.
-    TGMText(char* data, std::size_t length) : data_(data), length_(length) {}
+    // No other text uses these bytes.
+    explicit TGMText(std::span<char> bytes) : bytes_(bytes) {}
 
-    bool isEmpty() const { return length_ == 0; }
-    std::string_view view() const { return {data_, length_}; }
-    // The bytes, to be changed in place by the second phase; null for a text that was never set.
-    char* data() { return data_; }
+    bool isEmpty() const { return bytes_.empty(); }
+    std::string_view view() const { return {bytes_.data(), bytes_.size()}; }
+    // For the second phase, which changes a text in place.
+    std::span<char> bytes() { return bytes_; }
 
 private:
-    char* data_ = nullptr;
-    std::size_t length_ = 0;
+    std::span<char> bytes_;
 };
 
 struct TGMNode;
