@@ -112,7 +112,7 @@ int InstallerProgram::loadOwnPackage() {
         return kFailed;
     }
     log_.print("Initializing with file=\"%s\", offset=%i", path.c_str(), static_cast<int>(offset));
-    if (!verifyInstallerChecksum(path.c_str(), platform_.files)) {
+    if (!verifyInstallerChecksum(path, platform_.files)) {
         showError(
             "The checksum of the installer doesn't match. This could indicate a broken download.\nPlease, "
             "try "
