@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+class InstallerUI;
+
 // A value of the registry, as the description asks for it.
 struct SystemRegistryValue {
     std::uint32_t type =
@@ -34,6 +36,10 @@ public:
                                         const char* publisher, std::uint32_t flags) = 0;
     // The action log that the application's registered uninstall command names.
     virtual bool getApplicationLogFile(const char* applicationName, char* buffer, int size) = 0;
+
+    // Runs the registered uninstaller of another application; `flags` is a set of UninstallEntryFlag.
+    virtual bool uninstallApplication(const char* applicationName, const char* arguments, std::uint32_t flags,
+                                      InstallerUI* ui) = 0;
 
     // Does a process of that base name run, from that directory if one is given (null or empty: any)?
     virtual bool isApplicationRunning(const char* name, const char* directory) = 0;

@@ -26,6 +26,7 @@ public:
     std::map<std::string, std::vector<std::string>> registryKeys;  // names by "place\path"
     std::string temporaryFile = "/tmp/orinstall1";
     bool copyWorks = true;
+    std::set<std::string> staying;  // applications whose uninstallers don't remove them
 
     int getTemporaryFileName(char* buffer, int size) override {
         OUtils::copyText(buffer, temporaryFile.c_str(), size);
@@ -60,6 +61,17 @@ public:
             }
         }
         return false;
+    }
+
+    bool uninstallApplication(const char* applicationName, const char* arguments, std::uint32_t flags,
+                              InstallerUI*) override {
+        calls.push_back("uninstallApplication(" + std::string(applicationName) +
+                        (arguments == nullptr ? "" : ", " + std::string(arguments)) + viewOf(flags) +
+                        ((flags & kEntryWait) != 0 ? ", wait" : "") + ")");
+        return std::erase_if(installed, [&](const InstalledApplication& application) {
+                   return application.name == applicationName && isInView(application, flags) &&
+                          !staying.contains(application.name);
+               }) != 0;
     }
 
     bool isApplicationRunning(const char* name, const char* directory) override {
