@@ -40,7 +40,7 @@ std::string AliasExtractor::extractAlias(const char* alias, const char* destinat
     if (isEmpty(alias) || isEmpty(destinationDirectory)) {
         throw InstallerError("ERROR: Alias and/or destingation are not specified!");
     }
-    if (cabinet_.findAlias(alias) < 0) {
+    if (!cabinet_.findAlias(alias)) {
         throw InstallerError("WARNING: Alias \"%s\" is not included in the installation", alias);
     }
     FileContent content;
@@ -61,7 +61,7 @@ std::string AliasExtractor::extractAlias(const char* alias, const char* destinat
 }
 
 std::string AliasExtractor::pathOf(const char* alias, const char* directory, bool stripExeExtension) {
-    const std::string name(cabinet_.entry(cabinet_.findAlias(alias)).name());
+    const std::string name(cabinet_.entry(*cabinet_.findAlias(alias)).name());
     if (!isPlainFileName(name)) {
         throw InstallerError("ERROR: Could not create file (%s)!", name.c_str());
     }

@@ -5,16 +5,16 @@
 #include "support/debug_log.h"
 
 bool FileContents::read(std::string_view alias, FileContent& out) {
-    const std::int32_t index = cabinet_.findAlias(alias);
-    if (index < 0) {
+    const std::optional<std::int32_t> index = cabinet_.findAlias(alias);
+    if (!index) {
         return false;
     }
-    const EntryContent content = cabinet_.entryContent(index);
-    if (content.data == nullptr) {
+    const std::optional<std::string_view> content = cabinet_.entryContent(*index);
+    if (!content) {
         return false;
     }
-    out.bytes = {reinterpret_cast<const char*>(content.data), content.size};
-    out.digest = cabinet_.entry(index).digest();
+    out.bytes = *content;
+    out.digest = cabinet_.entry(*index).digest();
     return true;
 }
 

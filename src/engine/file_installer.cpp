@@ -1,6 +1,7 @@
 #include "engine/file_installer.h"
 
 #include <cmath>
+#include <optional>
 
 #include "description/file_sets.h"
 #include "engine/action_log_writer.h"
@@ -14,15 +15,13 @@
 namespace {
 
 constexpr std::size_t kFilesPerFlush = 32;
-constexpr std::int64_t kPathBufferSize = 1560;
 
 int percentOf(std::size_t index, std::size_t count) {
     return static_cast<int>(std::ceil(static_cast<float>(index) / static_cast<float>(count) * 100.0F));
 }
 
 std::uint32_t checkSumOf(std::string_view content) {
-    return BackupFile::foldCheckSum(static_cast<std::uint32_t>(content.size()), content.data(),
-                                    content.size());
+    return BackupFile::foldCheckSum(static_cast<std::uint32_t>(content.size()), content);
 }
 
 }  // namespace
@@ -104,14 +103,13 @@ bool FileInstaller::readContent(Work& work, FileContent& content) {
 // The check sum is that of the new content as it lies in the cabinet: a restore compares it with the file on
 // the disk, and leaves alone what isn't the installation's own. A file whose variables were expanded counts
 // as changed there and stays.
-void FileInstaller::backUp(const Work& work, const FileContent& content, BackupFile& backup,
-                           Report& report) {
+void FileInstaller::backUp(const Work& work, const FileContent& content, BackupFile& backup, Report& report) {
     const std::uint32_t checkSum = checkSumOf(content.bytes);
     report.pumpEvents();
-    const BackupResult result = backup.addFile(work.path.c_str(), kPathBufferSize, checkSum, true);
+    const std::optional<std::string> failure = backup.addFile(work.path, checkSum);
     std::string line = "Back up " + work.path;
-    if (!result.isEmpty()) {
-        line = "FAILED to back up " + work.path + ": " + result.what();
+    if (failure) {
+        line = "FAILED to back up " + work.path + ": " + *failure;
         report.addError(line);
         failed_ = true;
     }

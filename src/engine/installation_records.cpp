@@ -52,7 +52,7 @@ bool InstallationRecords::openLog() {
 
 bool InstallationRecords::openBackup() {
     temporaryBackup_ = temporaryName(parts_.system);
-    return !temporaryBackup_.empty() && backup_.openForWriting(temporaryBackup_.c_str()) == 0;
+    return !temporaryBackup_.empty() && backup_.openForWriting(temporaryBackup_);
 }
 
 bool InstallationRecords::closeAll() {

@@ -10,8 +10,8 @@
 #include "description/variable_store.h"
 #include "engine/action_log_format.h"
 #include "engine/additional_actions.h"
+#include "engine/backup_restore.h"
 #include "engine/line_reader.h"
-#include "package/backup_file.h"
 #include "platform/file_system.h"
 
 namespace {
@@ -114,12 +114,8 @@ int Uninstaller::uninstallFromLog(InstallerUI& ui, const char* backupPath) {
 }
 
 void Uninstaller::restoreBackup(Walk& walk) {
-    BackupFile archive(parts_.files);
-    if (state_.backupFileName.isEmpty() || archive.openForReading(state_.backupFileName.c_str()) != 0) {
-        return;
-    }
-    walk.restored = archive.restoreAll(nullptr, walk.ui) == 0;
-    archive.close();
+    walk.restored = !state_.backupFileName.isEmpty() &&
+                    restoreBackupFile(state_.backupFileName.view(), parts_.files, walk.ui);
 }
 
 // A log without a count of variables consists of records from its first line on.

@@ -13,13 +13,13 @@ public:
     explicit TerminalOutput(platform::ConsoleDevice& console) : console_(console) {}
 
     void print(std::string_view line) override;
-    void tell(std::string_view line) override;
-    void progress(const char* step, int percent) override;
+    void warn(std::string_view line) override;
+    void progress(std::string_view step, int percent) override;
     bool finish() override;
 
 private:
     void clearProgress();
 
     platform::ConsoleDevice& console_;
-    bool showsProgress_ = false;  // a progress line stands on the terminal
+    bool showsProgress_ = false;  // there is a progress line on the terminal
 };
