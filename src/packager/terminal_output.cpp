@@ -10,13 +10,13 @@ void TerminalOutput::print(std::string_view line) {
     terminal_.write("\n");
 }
 
-void TerminalOutput::tell(std::string_view line) {
+void TerminalOutput::warn(std::string_view line) {
     clearProgress();
     terminal_.flush();
     device_.writeError(std::string(line) + "\n");
 }
 
-void TerminalOutput::progress(const char* step, int percent) {
+void TerminalOutput::progress(std::string_view step, int percent) {
     if (!terminal_.isOutputTerminal()) {
         return;
     }

@@ -6,11 +6,12 @@
 // The tool's output on the process's standard streams.
 class TerminalOutput : public PackagerOutput {
 public:
+    // `device` is borrowed.
     explicit TerminalOutput(platform::ConsoleDevice& device);
 
     void print(std::string_view line) override;
-    void tell(std::string_view line) override;
-    void progress(const char* step, int percent) override;
+    void warn(std::string_view line) override;
+    void progress(std::string_view step, int percent) override;
     bool finish() override;
 
 private:
@@ -18,5 +19,5 @@ private:
 
     platform::ConsoleDevice& device_;
     SystemTerminal terminal_;
-    bool showsProgress_ = false;  // a progress line stands on the terminal
+    bool showsProgress_ = false;  // there is a progress line on the terminal
 };

@@ -38,7 +38,7 @@ protected:
         options.stripes = 1;
         options.level = 1;
         PackageWriter(files_).write(list, options, "/package");
-        ASSERT_EQ(cabinet_.load("/package", 0), 0);
+        ASSERT_EQ(cabinet_.load("/package", 0), Cabinet::LoadResult::kLoaded);
         files_.clearOperations();
         log_.clear();
     }
@@ -47,8 +47,8 @@ protected:
     void describe(const std::string& content) {
         parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
         fileSets_.readFileSets([this](const std::string& alias) {
-            const std::int32_t index = cabinet_.findAlias(alias);
-            return index < 0 ? 0 : static_cast<std::int32_t>(cabinet_.entry(index).fileSize());
+            const std::optional<std::int32_t> index = cabinet_.findAlias(alias);
+            return index ? static_cast<std::int32_t>(cabinet_.entry(*index).fileSize()) : 0;
         });
         controls_.read(document_, console_);
         log_.clear();
@@ -57,7 +57,7 @@ protected:
     MemoryFileSystem files_;
     InstallingSystem system_{files_};
     RecordingUI ui_;
-    Cabinet cabinet_{files_};
+    Cabinet cabinet_{files_, DebugLog()};
     ProductDescription product_{document_, expressions_};
     FileSets fileSets_{document_, expressions_};
     ControlVariables controls_;

@@ -1,5 +1,6 @@
 #include "engine/file_installer.h"
 
+#include "engine/backup_restore.h"
 #include "installation_fixture.h"
 
 namespace {
@@ -59,9 +60,7 @@ TEST_F(FileInstallerTest, backsUpADifferentFileThatIsToBeRestorable) {
     EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
     // The archive restores it, since the file on the disk is what the installation put there.
-    BackupFile archive(files_);
-    ASSERT_EQ(archive.openForReading("/app/backup.bin"), 0);
-    EXPECT_EQ(archive.restoreAll(&log_, ui_), 0);
+    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
     EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
@@ -72,9 +71,7 @@ TEST_F(FileInstallerTest, leavesAnExpandedFileAtARestoreSinceItIsNoLongerTheCabi
     files_.addFile("/app/one", "old content");
     EXPECT_EQ(install(), 0);
     EXPECT_EQ(files_.content("/app/one"), "value");
-    BackupFile archive(files_);
-    ASSERT_EQ(archive.openForReading("/app/backup.bin"), 0);
-    EXPECT_EQ(archive.restoreAll(&log_, ui_), 0);
+    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
     EXPECT_EQ(files_.content("/app/one"), "value");
 }
 
