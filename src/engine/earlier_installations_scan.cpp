@@ -150,7 +150,7 @@ std::int32_t EarlierInstallationsScan::countExternal(std::int32_t node) {
         return parts_.system.findUninstallEntry(name, details.flags) ? 1 : 0;
     }
     const char* publisher = description.getAttribute(node, "Publisher");
-    std::vector<std::string> entries;
-    parts_.system.findEntriesByPublisher(entries, name, publisher == nullptr ? "" : publisher, details.flags);
-    return static_cast<std::int32_t>(entries.size());
+    return static_cast<std::int32_t>(
+        parts_.system.findEntriesByPublisher(name, publisher == nullptr ? "" : publisher, details.flags)
+            .size());
 }

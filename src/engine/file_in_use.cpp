@@ -27,14 +27,14 @@ bool FileInUse::deleteFileInUse(InstallerUI* ui, const char* path, std::uint32_t
 }
 
 void FileInUse::stopProgram(InstallerUI* ui, const char* name, std::uint32_t waitMilliseconds) {
-    if (!system_.isApplicationRunning(name, nullptr)) {
+    if (!system_.isApplicationRunning(name, "")) {
         return;
     }
-    if (!system_.closeApplication(name, false, nullptr) && !system_.closeApplication(name, true, nullptr)) {
+    if (!system_.closeApplication(name, false, "") && !system_.closeApplication(name, true, "")) {
         return;
     }
     const std::uint32_t step = std::clamp<std::uint32_t>(waitMilliseconds / kWaitSteps, 1, kLongestStep);
-    for (std::uint32_t waited = 0; waited <= waitMilliseconds && system_.isApplicationRunning(name, nullptr);
+    for (std::uint32_t waited = 0; waited <= waitMilliseconds && system_.isApplicationRunning(name, "");
          waited += step) {
         system_.sleepMilliseconds(step);
         if (ui != nullptr) {

@@ -15,9 +15,7 @@ constexpr int kPathCapacity = static_cast<int>(PathText::capacity());
 
 // Empty when the system refuses.
 std::string temporaryName(SystemOperations& system) {
-    PathText path;
-    return system.getTemporaryFileName(path.data(), kPathCapacity) == 0 ? std::string(path.view())
-                                                                        : std::string();
+    return system.temporaryFileName().value_or("");
 }
 
 }  // namespace
