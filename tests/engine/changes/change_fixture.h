@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "description/description_fixture.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/change.h"
+#include "engine/description_tags.h"
+#include "engine/report.h"
+#include "fakes/fake_platform.h"
+#include "fakes/fake_system_operations.h"
+#include "fakes/memory_file_system.h"
+#include "fakes/recording_ui.h"
+#include "support/p_file_console.h"
+
+// A description, a machine in memory that it changes, and the action log and the front end that hear of it.
+class ChangeTest : public DescriptionTest {
+protected:
+    ChangeTest() {
+        logDisk_.addDirectory("/tmp");
+        writer_.openNew("/tmp/log");
+    }
+
+    void describe(const std::string& content) {
+        parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
+        log_.clear();
+    }
+
+    // The records so far, each with its line end.
+    std::string records() const { return logDisk_.content("/tmp/log"); }
+
+    // Compares what the front end was shown since the last time: lines that were added without a flush.
+    void expectLines(const std::vector<std::string>& lines) {
+        std::vector<std::string> calls;
+        for (const std::string& line : lines) {
+            calls.push_back("addFileLine(\"" + line + "\", 0)");
+        }
+        EXPECT_EQ(ui_.take(), calls);
+    }
+
+    FakePlatform machine_;
+    FakeSystemOperations system_;
+    RecordingUI ui_;
+    ErrorList errors_;
+    Report report_{&ui_, &errors_};
+    // The log has a disk of its own, so that the machine's holds the product's files alone.
+    MemoryFileSystem logDisk_;
+    PFileConsole logFile_{logDisk_};
+    ActionLogWriter writer_{logFile_};
+    DescriptionTags tags_{document_, expressions_};
+    ChangeContext context_{machine_.bundle(), system_, tags_, writer_, report_, console_};
+};
