@@ -38,7 +38,7 @@ private:
 }  // namespace
 
 // The lines of the archive's own log go nowhere: an uninstallation has only ever shown the files.
-bool restoreBackup(std::string_view archivePath, platform::FileSystem& files, Report& report) {
+bool restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report) {
     BackupFile archive(files);
     if (!archive.openForReading(archivePath)) {
         return false;

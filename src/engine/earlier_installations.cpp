@@ -154,7 +154,9 @@ void EarlierInstallations::scanExternal() {
         count += products.countInstalled(node);
     }
     parts_.debugLog.print("Found %d external legacy installations.", count);
-    if (!parts_.model.controls.nameOf(ControlVariable::kExternalLegacyInstallation).empty()) {
+    const std::string_view variable =
+        parts_.model.controls.nameOf(ControlVariable::kExternalLegacyInstallation);
+    if (!variable.empty()) {
         setControl(ControlVariable::kExternalLegacyInstallation, std::to_string(count));
     } else if (count > 0) {
         parts_.debugLog.line(

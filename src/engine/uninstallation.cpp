@@ -158,7 +158,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     prepare(log, backupPath, report);
     ChangeJob job(parts_, log_, report);
     job.replaced.restored =
-        !backupPath_.empty() && restoreBackup(backupPath_, parts_.machine.files, report);
+        !backupPath_.empty() && restoreBackupFile(backupPath_, parts_.machine.files, report);
     report.setStatus("Uninstalling");
     Walk walk(job);
     if (log != nullptr) {
