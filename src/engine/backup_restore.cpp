@@ -2,13 +2,11 @@
 
 #include <string>
 
-#include "contracts/installer_ui.h"
+#include "engine/report.h"
 #include "package/backup_file.h"
 #include "support/debug_log.h"
 
 namespace {
-
-constexpr std::int64_t kLinesToAFlush = 32;
 
 std::string_view lineStart(RestoreOutcome outcome) {
     switch (outcome) {
@@ -24,31 +22,31 @@ std::string_view lineStart(RestoreOutcome outcome) {
 
 class RestoreReport : public BackupRestoreObserver {
 public:
-    explicit RestoreReport(InstallerUI& ui) : ui_(ui) {}
+    explicit RestoreReport(Report& report) : report_(report) {}
 
-    void beforeFile() override { ui_.pumpEvents(); }
+    void beforeFile() override { report_.pumpEvents(); }
     void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number) override {
-        const std::string line = std::string(lineStart(outcome)) + std::string(path);
-        ui_.addFileLine(line.c_str(), number % kLinesToAFlush == 0);
+        report_.addLine(std::string(lineStart(outcome)) + std::string(path),
+                        number % Report::kStepsPerFlush == 0);
     }
-    void progress(int percent) override { ui_.setCurrentProgress(percent); }
+    void progress(int percent) override { report_.setProgress(percent); }
 
 private:
-    InstallerUI& ui_;
+    Report& report_;
 };
 
 }  // namespace
 
 // The lines of the archive's own log go nowhere: an uninstallation has only ever shown the files.
-bool restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, InstallerUI& ui) {
+bool restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report) {
     BackupFile archive(files);
     if (!archive.openForReading(archivePath)) {
         return false;
     }
-    RestoreReport report(ui);
-    const bool isWhole = archive.restoreAll(DebugLog(), report);
+    RestoreReport observer(report);
+    const bool isWhole = archive.restoreAll(DebugLog(), observer);
     if (isWhole) {
-        ui.addFileLine(nullptr, true);
+        report.flushLines();
     }
     return isWhole;
 }

@@ -2,12 +2,12 @@
 
 #include <string_view>
 
-class InstallerUI;
+class Report;
 namespace platform {
 class FileSystem;
 }
 
-// Restores the files of a backup archive and shows the front end each file and the progress. True when the
-// whole archive was read; false when it is missing, unreadable or damaged, in which case everything restored
-// so far stays. A file that can't be written is only shown.
-bool restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, InstallerUI& ui);
+// Restores the files of a backup archive and reports each file and the progress. True when the whole archive
+// was read; false when it is missing, unreadable or damaged, in which case everything restored so far stays.
+// A file that can't be written is only reported.
+bool restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/report.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 #include "package/backup_file.h"
@@ -30,10 +31,11 @@ protected:
         }
         ASSERT_EQ(archive.close(), 0);
     }
-    bool restore() { return restoreBackupFile(kArchive, files_, ui_); }
+    bool restore() { return restoreBackupFile(kArchive, files_, report_); }
 
     MemoryFileSystem files_;
     RecordingUI ui_;
+    Report report_{&ui_, nullptr};
 };
 
 TEST_F(BackupRestoreTest, ShowsEachFileAndTheProgress) {

@@ -8,14 +8,15 @@
 #include "description/file_sets.h"
 #include "description/product_description.h"
 #include "description/variable_exclusions.h"
+#include "engine/engine_parts.h"
+#include "engine/report.h"
+#include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 #include "package/cabinet.h"
 #include "package/package_writer.h"
-#include "support/p_file_console.h"
 
-// A product with its package, on a disk in memory.
+// A product with its package, on a machine in memory.
 class EngineTest : public DescriptionTest {
 protected:
     struct Packed {
@@ -53,15 +54,28 @@ protected:
         controls_.read(document_, console_);
         log_.clear();
     }
+    // Runs a job with a report of its own.
+    template <typename Job>
+    auto report(Job&& job) {
+        Report report(&ui_, &errors_);
+        return job(report);
+    }
 
-    MemoryFileSystem files_;
+    FakePlatform machine_;
+    MemoryFileSystem& files_ = machine_.files;
     InstallingSystem system_{files_};
     RecordingUI ui_;
+    ErrorList errors_;
+    Report report_{&ui_, &errors_};
     Cabinet cabinet_{files_, DebugLog()};
     ProductDescription product_{document_, expressions_};
     FileSets fileSets_{document_, expressions_};
     ControlVariables controls_;
     VariableExclusions exclusions_;
-    PFileConsole installLog_{files_};
-    std::int32_t debugLevel_ = 0;
+    EngineParts parts_{
+        {document_, expressions_, variables_, product_, fileSets_, controls_, exclusions_},
+        cabinet_,
+        machine_.bundle(),
+        system_,
+        console_};
 };

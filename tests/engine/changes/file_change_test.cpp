@@ -7,7 +7,7 @@ namespace {
 
 using Operation = MemoryFileSystem::Operation;
 
-class FileInstallerTest : public InstallationTest {
+class FileChangeTest : public InstallationTest {
 protected:
     void describeFiles(const std::string& files) {
         describe(kUninstall + ("<FileSet Name='S'>" + files + "</FileSet>"));
@@ -21,10 +21,10 @@ protected:
     }
 };
 
-TEST_F(FileInstallerTest, installsFilesInListOrderAndRecordsThem) {
+TEST_F(FileChangeTest, InstallsFilesInListOrderAndRecordsThem) {
     pack({{"one", "one", "1"}, {"two", "two", "22"}});
     describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app/sub'>one</FN>");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/sub/one"), "1");
     EXPECT_EQ(files_.content("/app/two"), "22");
     EXPECT_EQ(installLog(),
@@ -34,13 +34,13 @@ TEST_F(FileInstallerTest, installsFilesInListOrderAndRecordsThem) {
     EXPECT_TRUE(log_.lines().empty());
 }
 
-TEST_F(FileInstallerTest, writesNothingOnASecondRunAndStillRecordsEachFile) {
+TEST_F(FileChangeTest, WritesNothingOnASecondRunAndStillRecordsEachFile) {
     pack({{"one", "one", "1"}, {"two", "two", "22"}});
     describeFiles("<FN Dest='/app' BackupExisting='1'>two</FN><FN Dest='/app'>one</FN>");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     files_.clearOperations();
     ui_.take();
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(installLog(),
               "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\n"
               "FILE\tCREATE\t/app\\one\r\nFILE\tOVER\t/app\\two\r\n");
@@ -51,11 +51,11 @@ TEST_F(FileInstallerTest, writesNothingOnASecondRunAndStillRecordsEachFile) {
     EXPECT_EQ(files_.content("/app/backup.bin").size(), 42U);  // an archive without entries
 }
 
-TEST_F(FileInstallerTest, backsUpADifferentFileThatIsToBeRestorable) {
+TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
     pack({{"one", "one", "new"}});
     describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
     files_.addFile("/app/one", "old content");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "new");
     EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
@@ -64,70 +64,70 @@ TEST_F(FileInstallerTest, backsUpADifferentFileThatIsToBeRestorable) {
     EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
-TEST_F(FileInstallerTest, leavesAnExpandedFileAtARestoreSinceItIsNoLongerTheCabinets) {
-    variables_.setVariable("NAME", "value");
+TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabinets) {
+    variables_.set("NAME", "value");
     pack({{"one", "one", "[NAME]"}});
     describeFiles("<FN Dest='/app' BackupExisting='1' ExpandVarsInFile='1'>one</FN>");
     files_.addFile("/app/one", "old content");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "value");
     EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
     EXPECT_EQ(files_.content("/app/one"), "value");
 }
 
-TEST_F(FileInstallerTest, recordsAMissingRestorableFileAsOver) {
+TEST_F(FileChangeTest, RecordsAMissingRestorableFileAsOver) {
     pack({{"one", "one", "new"}});
     describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
     EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
 }
 
-TEST_F(FileInstallerTest, overwritesOtherFilesWithoutABackupAndRecordsThemAsCreated) {
+TEST_F(FileChangeTest, OverwritesOtherFilesWithoutABackupAndRecordsThemAsCreated) {
     pack({{"one", "one", "new"}});
     describeFiles("<FN Dest='/app'>one</FN>");
     files_.addFile("/app/one", "old");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite /app\\one"});
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
 }
 
-TEST_F(FileInstallerTest, overwritesAllTheSameWhenTheBackupFails) {
+TEST_F(FileChangeTest, OverwritesAllTheSameWhenTheBackupFails) {
     pack({{"one", "one", "new"}});
     describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
     files_.addFile("/app/one", "old");
     files_.failAt(Operation::kOpen, "/app/one", 3);  // the comparison, the test for an archive, the copy
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/one"), "new");
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to back up /app\\one: Error opening file"});
     EXPECT_EQ(lines()[0], "FAILED to back up /app\\one: Error opening file");
 }
 
-TEST_F(FileInstallerTest, expandsVariablesAndCountsTheFileAsDifferentAtEachRun) {
-    variables_.setVariable("NAME", "value");
+TEST_F(FileChangeTest, ExpandsVariablesAndCountsTheFileAsDifferentAtEachRun) {
+    variables_.set("NAME", "value");
     pack({{"one", "one", "a=[NAME]"}});
     describeFiles("<FN Dest='/app' ExpandVarsInFile='0'>one</FN>");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "a=value");
     ui_.take();
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite /app\\one"});
 }
 
-TEST_F(FileInstallerTest, leavesAnExpandedFileWithoutReferencesAlone) {
+TEST_F(FileChangeTest, LeavesAnExpandedFileWithoutReferencesAlone) {
     pack({{"one", "one", "plain"}});
     describeFiles("<FN Dest='/app' ExpandVarsInFile='1'>one</FN>");
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     ui_.take();
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
 }
 
-TEST_F(FileInstallerTest, saysThatAFileIsMissingFromTheCabinet) {
+TEST_F(FileChangeTest, LogsThatAFileIsMissingFromTheCabinet) {
     pack({{"one", "one", "1"}});
     describeFiles(
         "<FN Dest='/app'>one</FN><FN Dest='/app' OkIfMissing='1'>lost</FN><FN Dest='/app'>gone</FN>");
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_TRUE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: gone)"));
     EXPECT_FALSE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: lost)"));
     EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
@@ -135,53 +135,67 @@ TEST_F(FileInstallerTest, saysThatAFileIsMissingFromTheCabinet) {
     EXPECT_EQ(installLog().find("lost"), std::string::npos);
 }
 
-TEST_F(FileInstallerTest, goesOnBehindAFileThatCannotBeWritten) {
+TEST_F(FileChangeTest, GoesOnAfterAFileThatCannotBeWritten) {
     pack({{"one", "one", "1"}, {"two", "two", "22"}});
     describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app'>one</FN>");
     files_.addDirectory("/app/one");
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/two"), "22");
     EXPECT_EQ(lines(), (std::vector<std::string>{
                            "FAILED to Create /app\\one", "Create /app\\two",
                            "Encountered errors during installation:", "FAILED to Create /app\\one"}));
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\one"});
-    // The record stands ahead of the attempt, so that a part of a file is undone as well.
+    // The record is written before the attempt, so that a part of a file is undone as well.
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
 }
 
-TEST_F(FileInstallerTest, tellsThatAReadOnlyFileCannotBeOverwritten) {
+TEST_F(FileChangeTest, ReportsAReadOnlyFileThatCannotBeOverwritten) {
     pack({{"one", "one", "1"}});
     describeFiles("<FN Dest='/app'>one</FN>");
     files_.addFile("/app/one", "old");
     files_.setReadOnly("/app/one");
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/one"), "old");
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite /app\\one"});
 }
 
-TEST_F(FileInstallerTest, failsWhereADirectoryCannotBeCreated) {
+TEST_F(FileChangeTest, FailsWhereADirectoryCannotBeCreated) {
     pack({{"one", "one", "1"}});
     describeFiles("<FN Dest='/app/sub/deep'>one</FN>");
     files_.failFrom(Operation::kCreateDirectory, "/app/sub/deep", 1);
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_NE(installLog().find("DIR\t2\t/app/sub/deep\\\r\n"), std::string::npos);
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app/sub/deep\\one"});
 }
 
-TEST_F(FileInstallerTest, callsTheHookForFilesThatStand) {
+TEST_F(FileChangeTest, MarksProgramsAlsoWhenTheyAreThereAlready) {
     pack({{"one", "one", "1"}, {"two", "two", "22"}});
     describeFiles("<FN Dest='/app' Executable='1'>two</FN><FN Dest='/app'>one</FN>");
-    files_.addDirectory("/app/one");
-    std::vector<std::string> hooked;
-    hook_ = [&](const std::string& path, const FileEntry& file) {
-        hooked.push_back(path + (file.executable ? " program" : ""));
-    };
-    install();
-    install();  // an identical file counts as well
-    EXPECT_EQ(hooked, (std::vector<std::string>{"/app\\two program", "/app\\two program"}));
+    for (int run = 0; run < 2; ++run) {
+        files_.clearOperations();
+        EXPECT_TRUE(install());
+        EXPECT_TRUE(files_.didOperation("makeExecutable /app/two"));
+        EXPECT_FALSE(files_.didOperation("makeExecutable /app/one"));
+    }
 }
 
-TEST_F(FileInstallerTest, reportsStatusProgressAndFlushes) {
+TEST_F(FileChangeTest, MarksNoProgramThatCouldNotBeWritten) {
+    pack({{"two", "two", "22"}});
+    describeFiles("<FN Dest='/app' Executable='1'>two</FN>");
+    files_.addDirectory("/app/two");
+    EXPECT_FALSE(install());
+    EXPECT_FALSE(files_.didOperation("makeExecutable /app/two"));
+}
+
+TEST_F(FileChangeTest, LogsAProgramThatCannotBeMarkedAndSucceeds) {
+    pack({{"two", "two", "22"}});
+    describeFiles("<FN Dest='/app' Executable='1'>two</FN>");
+    files_.failAt(Operation::kMakeExecutable, "/app/two", 1);
+    EXPECT_TRUE(install());
+    EXPECT_TRUE(log_.hasLine("WARNING: /app\\two could not be marked as a program"));
+}
+
+TEST_F(FileChangeTest, ReportsStatusProgressAndFlushes) {
     std::vector<Packed> packed;
     std::string files;
     for (int i = 0; i < 40; ++i) {
@@ -192,7 +206,7 @@ TEST_F(FileInstallerTest, reportsStatusProgressAndFlushes) {
     }
     pack(packed);
     describeFiles(files);
-    EXPECT_EQ(install(), 0);
+    EXPECT_TRUE(install());
     const std::vector<std::string> progress = ui_.callsOf("setCurrentProgress");
     ASSERT_EQ(progress.size(), 40U);  // 39 files and the end
     EXPECT_EQ(progress[0], "setCurrentProgress(0)");
@@ -209,20 +223,20 @@ TEST_F(FileInstallerTest, reportsStatusProgressAndFlushes) {
     EXPECT_EQ(flushed, (std::vector<std::string>{"Create /app\\f0", "Create /app\\f32"}));
 }
 
-TEST_F(FileInstallerTest, stopsARunningProgramButNotALibrary) {
+TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
     pack({{"tool.exe", "tool.exe", "new"}, {"lib.dll", "lib.dll", "new"}});
     describeFiles("<FN Dest='/app'>lib.dll</FN><FN Dest='/app'>tool.exe</FN>");
     files_.addFile("/app/tool.exe", "old");
     files_.addFile("/app/lib.dll", "old");
-    files_.failAt(Operation::kOpen, "/app/tool.exe", 2, 32);  // behind the comparison
+    files_.failAt(Operation::kOpen, "/app/tool.exe", 2, 32);  // after the comparison
     files_.failFrom(Operation::kOpen, "/app/lib.dll", 2, 32);
     system_.running = {"tool.exe", "lib.dll"};
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite /app\\lib.dll"});
 }
 
-TEST_F(FileInstallerTest, noticesADiskThatIsFullInTheMiddleOfAFile) {
+TEST_F(FileChangeTest, NoticesThatTheDiskFillsUpInTheMiddleOfAFile) {
     pack({{"big", "big", std::string(5000, 'x')}, {"small", "small", "s"}});
     describeFiles("<FN Dest='/app'>small</FN><FN Dest='/app'>big</FN>");
     files_.addDirectory("/app");
@@ -233,18 +247,69 @@ TEST_F(FileInstallerTest, noticesADiskThatIsFullInTheMiddleOfAFile) {
             files_.setFreeSpace(-1);
         }
     };
-    EXPECT_EQ(install(), -1);
+    EXPECT_FALSE(install());
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\big"});
     EXPECT_EQ(files_.content("/app/small"), "s");
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\small\r\n"), std::string::npos);
 }
 
-TEST_F(FileInstallerTest, doesWithoutAFrontEndAndAnErrorList) {
+TEST_F(FileChangeTest, NeedsNoFrontEndAndNoErrorList) {
     pack({{"one", "one", "1"}});
     describeFiles("<FN Dest='/app'>one</FN><FN Dest='/app'>gone</FN>");
     Report report(nullptr, nullptr);
-    EXPECT_EQ(installer_.installProduct(report, phases_, hook_), -1);
+    EXPECT_FALSE(installation_.run(report));
     EXPECT_EQ(files_.content("/app/one"), "1");
+}
+
+// Undoes one record.
+class FileUndoTest : public EngineTest {
+protected:
+    bool undo(std::string_view fields) { return change_.undo({"FILE", fields}); }
+
+    PFileConsole logFile_{files_};
+    ActionLogWriter writer_{logFile_};
+    ChangeJob job_{parts_, writer_, report_};
+    FileChange change_{job_.context, parts_, job_.replaced};
+};
+
+TEST_F(FileUndoTest, DeletesTheFileAndReportsIt) {
+    files_.addFile("/app/a", "");
+    EXPECT_TRUE(undo("CREATE\t/app/a"));
+    EXPECT_FALSE(files_.hasFile("/app/a"));
+    EXPECT_EQ(ui_.calls,
+              (std::vector<std::string>{"pumpEventsWhileCopying()", "addFileLine(\"Delete /app/a\", 1)"}));
+}
+
+TEST_F(FileUndoTest, ReportsAMissingFileAndSucceeds) {
+    EXPECT_TRUE(undo("CREATE\t/app/gone"));
+    EXPECT_EQ(ui_.countOf("addFileLine(\"Missing /app/gone\""), 1);
+    EXPECT_TRUE(errors_.empty());
+}
+
+TEST_F(FileUndoTest, FailsForAFileThatStays) {
+    files_.addFile("/app/a", "");
+    files_.failFrom(Operation::kRemoveFile, "/app/a", 1);
+    EXPECT_FALSE(undo("CREATE\t/app/a"));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to delete /app/a"});
+}
+
+TEST_F(FileUndoTest, KeepsARestoredFileOnly) {
+    files_.addFile("/app/a", "former");
+    job_.replaced.restored = true;
+    EXPECT_TRUE(undo("OVER\t/app/a"));
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    job_.replaced.restored = false;
+    EXPECT_TRUE(undo("OVER\t/app/a"));
+    EXPECT_FALSE(files_.hasFile("/app/a"));
+}
+
+TEST_F(FileUndoTest, IgnoresRecordsOfAnotherForm) {
+    files_.addFile("/app/a", "");
+    for (const char* fields : {"OTHER\t/app/a", "CREATE\t", "CREATE", ""}) {
+        EXPECT_TRUE(undo(fields));
+    }
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(ui_.calls.empty());
 }
 
 }  // namespace
