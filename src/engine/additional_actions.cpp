@@ -9,6 +9,7 @@
 #include "contracts/system_modifications.h"
 #include "contracts/system_operations.h"
 #include "engine/alias_extractor.h"
+#include "engine/changes/program_run.h"
 #include "platform/file_system.h"
 
 namespace {

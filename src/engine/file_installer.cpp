@@ -58,7 +58,7 @@ void FileInstaller::installFile(std::size_t index, BackupFile& backup, Report& r
         backUp(work, content, backup, report);
     }
     parts_.log.writeFile(work.file.backupExisting, work.path);
-    report.pumpEvents();
+    report.pumpEventsWhileCopying();
     if (work.file.expandVars) {
         parts_.contents.expandVariables(content, FileContents::kInstalledFileLimit, work.path.c_str());
     }
@@ -107,7 +107,7 @@ bool FileInstaller::readContent(Work& work, FileContent& content) {
 void FileInstaller::backUp(const Work& work, const FileContent& content, BackupFile& backup,
                            Report& report) {
     const std::uint32_t checkSum = checkSumOf(content.bytes);
-    report.pumpEvents();
+    report.pumpEventsWhileCopying();
     const BackupResult result = backup.addFile(work.path.c_str(), kPathBufferSize, checkSum, true);
     std::string line = "Back up " + work.path;
     if (!result.isEmpty()) {

@@ -34,6 +34,12 @@ void Report::setProgress(int percent) {
 
 void Report::pumpEvents() {
     if (ui_ != nullptr) {
+        ui_->pumpEvents();
+    }
+}
+
+void Report::pumpEventsWhileCopying() {
+    if (ui_ != nullptr) {
         ui_->pumpEventsWhileCopying();
     }
 }

@@ -22,8 +22,9 @@ public:
     void end();
     void setStatus(const char* text);
     void setProgress(int percent);
-    // Lets the front end breathe.
+    // Both give the front end time to handle its events; the second is for the loop that copies files.
     void pumpEvents();
+    void pumpEventsWhileCopying();
     void addLine(const std::string& text, bool flushNow);
     void flushLines();
     void addError(const std::string& text);

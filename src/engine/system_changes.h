@@ -2,10 +2,8 @@
 
 #include "engine/description_tags.h"
 #include "engine/environment_tags.h"
-#include "engine/firewall_tags.h"
 #include "engine/ini_tags.h"
 #include "engine/modify_file_tags.h"
-#include "engine/shortcut_tags.h"
 #include "engine/tag_context.h"
 
 // The tags of the description that change the system beside files and actions: a walker for each kind. Every
@@ -13,25 +11,15 @@
 // next group of the kind is still visited.
 class SystemChanges {
 public:
-    explicit SystemChanges(TagContext context, platform::FileSystem& files)
-        : environment_(context),
-          ini_(context),
-          modify_(context),
-          shortcuts_(context, files),
-          firewall_(context) {}
+    explicit SystemChanges(TagContext context) : environment_(context), ini_(context), modify_(context) {}
 
     // All: 0, or 1 when a change failed. `ui` may be null.
     int applyEnvironmentTags(InstallerUI* ui) { return environment_.apply(ui); }
     int applyIniTags(InstallerUI* ui) { return ini_.apply(ui); }
     int applyModifyFileTags(InstallerUI* ui) { return modify_.apply(ui); }
-    int applyShortcutTags(InstallerUI* ui) { return shortcuts_.apply(ui); }
-    // 0, or -1 when an exception couldn't be added. A firewall that is switched off is no failure.
-    int applyFirewallTags(InstallerUI* ui) { return firewall_.apply(ui); }
 
 private:
     EnvironmentTags environment_;
     IniTags ini_;
     ModifyFileTags modify_;
-    ShortcutTags shortcuts_;
-    FirewallTags firewall_;
 };

@@ -10,6 +10,7 @@
 #include "description/variable_store.h"
 #include "engine/action_log_format.h"
 #include "engine/additional_actions.h"
+#include "engine/changes/firewall_change.h"
 #include "engine/line_reader.h"
 #include "package/backup_file.h"
 #include "platform/file_system.h"
