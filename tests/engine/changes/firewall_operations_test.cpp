@@ -1,9 +1,8 @@
-#include "wini/firewall_operations.h"
+#include "engine/changes/firewall_operations.h"
 
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
-#include "contracts/system_modifications.h"
 #include "fakes/fake_firewall.h"
 
 namespace {
@@ -26,7 +25,7 @@ protected:
             return error.what();
         }
     }
-    // The same, with one call of the system that fails behind `passing` successes.
+    // The same, with one call of the system that fails after `passing` successes.
     template <typename Action>
     std::string raisedBy(FirewallCall call, Action action, int passing = 0) {
         firewall_.failing = {{call, -7}};
@@ -37,7 +36,7 @@ protected:
     FakeFirewall firewall_;
 };
 
-TEST_F(FirewallOperationsTest, TellsWhyThereIsNoConnection) {
+TEST_F(FirewallOperationsTest, ReportsWhyThereIsNoConnection) {
     const auto nothing = [](FirewallOperations&) {};
     EXPECT_EQ(raised(nothing), "");
     EXPECT_EQ(raisedBy(FirewallCall::kNoService, nothing),
@@ -51,7 +50,7 @@ TEST_F(FirewallOperationsTest, TellsWhyThereIsNoConnection) {
     EXPECT_EQ(raisedBy(FirewallCall::kCurrentProfile, nothing), "Getting Current profile failed! Error(-7)");
 }
 
-TEST_F(FirewallOperationsTest, AStoppedServiceIsNotFatalWhereverItShows) {
+TEST_F(FirewallOperationsTest, TreatsAStoppedServiceAsNotFatalWhereverItShows) {
     firewall_.unreachable = true;
     EXPECT_EQ(raisedBy(FirewallCall::kCurrentProfile, [](FirewallOperations&) {}),
               "non-fatal: Getting Current profile failed! Error(-7)");
@@ -64,7 +63,7 @@ TEST_F(FirewallOperationsTest, ClosesTheConnection) {
     EXPECT_EQ(firewall_.operations, (std::vector<std::string>{"connect", "isOn", "close"}));
 }
 
-TEST_F(FirewallOperationsTest, EveryOperationNeedsAProfile) {
+TEST_F(FirewallOperationsTest, NeedsAProfileForEveryOperation) {
     firewall_.givesProfile = false;
     const std::string text = "Firewall Operations is not properly initialized!";
     EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.isOn(); }), text);
@@ -77,7 +76,7 @@ TEST_F(FirewallOperationsTest, EveryOperationNeedsAProfile) {
     EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.removePort(0, 0); }), text);
 }
 
-TEST_F(FirewallOperationsTest, TellsWhetherTheFirewallIsOn) {
+TEST_F(FirewallOperationsTest, SaysWhetherTheFirewallIsOn) {
     EXPECT_TRUE(FirewallOperations(firewall_).isOn());
     firewall_.on = false;
     EXPECT_FALSE(FirewallOperations(firewall_).isOn());
@@ -93,7 +92,7 @@ TEST_F(FirewallOperationsTest, SwitchesOnOnlyWhatIsOff) {
     EXPECT_TRUE(firewall_.on);
 }
 
-TEST_F(FirewallOperationsTest, TellsWhySwitchingOnFails) {
+TEST_F(FirewallOperationsTest, ReportsWhySwitchingOnFails) {
     firewall_.on = false;
     const auto switchOn = [](FirewallOperations& firewall) { firewall.switchOn(); };
     EXPECT_EQ(raisedBy(FirewallCall::kGetEnabled, switchOn), "Firewall Enabled query failed! Error(-7)");
@@ -112,21 +111,21 @@ TEST_F(FirewallOperationsTest, AddsAnApplicationOnce) {
     EXPECT_TRUE(firewall_.applications.empty());
 }
 
-TEST_F(FirewallOperationsTest, AnApplicationNeedsItsArguments) {
+TEST_F(FirewallOperationsTest, RefusesAnApplicationWithoutItsArguments) {
     EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.addApplication("", "n"); }),
               "Invalid input arguments - FirewallOperations::addApplication()");
     EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.addApplication("/a", ""); }),
               "Invalid input arguments - FirewallOperations::addApplication()");
-    EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.addApplication(nullptr, nullptr); }),
+    EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.addApplication("", ""); }),
               "Invalid input arguments - FirewallOperations::addApplication()");
     EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.appIsEnabled(""); }),
               "Invalid input arguments - FirewallOperations::appIsEnabled()");
-    EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.removeApplication(nullptr); }),
+    EXPECT_EQ(raised([](FirewallOperations& firewall) { firewall.removeApplication(""); }),
               "Invalid input arguments - FirewallOperations::removeApplication()");
     EXPECT_TRUE(firewall_.applications.empty());
 }
 
-TEST_F(FirewallOperationsTest, TellsWhyAnApplicationIsNotAdded) {
+TEST_F(FirewallOperationsTest, ReportsWhyAnApplicationIsNotAdded) {
     const auto add = [](FirewallOperations& firewall) { firewall.addApplication("/a%d", "n"); };
     EXPECT_EQ(raisedBy(FirewallCall::kListApplications, add),
               "Getting Authorized Applications failed! Error(-7)");
@@ -143,7 +142,7 @@ TEST_F(FirewallOperationsTest, TellsWhyAnApplicationIsNotAdded) {
     EXPECT_TRUE(firewall_.applications.empty());
 }
 
-TEST_F(FirewallOperationsTest, TellsWhyAnApplicationStays) {
+TEST_F(FirewallOperationsTest, ReportsWhyAnApplicationStays) {
     const auto remove = [](FirewallOperations& firewall) { firewall.removeApplication("/a"); };
     EXPECT_EQ(raisedBy(FirewallCall::kListApplications, remove), "Getting Authorized Applications failed!");
     EXPECT_EQ(raisedBy(FirewallCall::kRemoveApplication, remove), "Removing application /a");
@@ -164,11 +163,10 @@ TEST_F(FirewallOperationsTest, AddsAPortOnceForEachProtocol) {
     EXPECT_TRUE(firewall_.ports.empty());
 }
 
-TEST_F(FirewallOperationsTest, APortNeedsItsArguments) {
+TEST_F(FirewallOperationsTest, RefusesAPortWithoutItsArguments) {
     const std::string arguments = "Invalid input arguments - FirewallOperations::addPort()";
     const std::string protocol = "Invalid firewall protocol or none specified!";
     EXPECT_EQ(raised([](FirewallOperations& f) { f.addPort(80, kFirewallTcp, ""); }), arguments);
-    EXPECT_EQ(raised([](FirewallOperations& f) { f.addPort(80, kFirewallTcp, nullptr); }), arguments);
     EXPECT_EQ(raised([](FirewallOperations& f) { f.addPort(0, kFirewallTcp, "n"); }), arguments);
     EXPECT_EQ(raised([](FirewallOperations& f) { f.addPort(80, 0, "n"); }), protocol);
     EXPECT_EQ(raised([](FirewallOperations& f) { f.addPort(0, 4, ""); }), protocol);
@@ -177,7 +175,7 @@ TEST_F(FirewallOperationsTest, APortNeedsItsArguments) {
     EXPECT_TRUE(firewall_.ports.empty());
 }
 
-TEST_F(FirewallOperationsTest, TellsWhyAPortIsNotAdded) {
+TEST_F(FirewallOperationsTest, ReportsWhyAPortIsNotAdded) {
     const auto add = [](FirewallOperations& firewall) { firewall.addPort(80, kFirewallTcp, "n"); };
     EXPECT_EQ(raisedBy(FirewallCall::kListPorts, add), "Getting Globally opened ports failed! Error(-7)");
     EXPECT_EQ(raisedBy(FirewallCall::kPortEnabled, add),
@@ -193,7 +191,7 @@ TEST_F(FirewallOperationsTest, TellsWhyAPortIsNotAdded) {
     EXPECT_TRUE(firewall_.ports.empty());
 }
 
-TEST_F(FirewallOperationsTest, TellsWhyAPortStays) {
+TEST_F(FirewallOperationsTest, ReportsWhyAPortStays) {
     const auto remove = [](FirewallOperations& firewall) { firewall.removePort(80, kFirewallUdp); };
     EXPECT_EQ(raisedBy(FirewallCall::kListPorts, remove), "Getting globally open ports failed! Error(-7)");
     EXPECT_EQ(raisedBy(FirewallCall::kRemovePort, remove), "Removing port 80! Error (-7)");

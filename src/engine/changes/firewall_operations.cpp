@@ -1,19 +1,14 @@
-#include "wini/firewall_operations.h"
+#include "engine/changes/firewall_operations.h"
 
 #include "base/errors.h"
-#include "contracts/system_modifications.h"
 
 using platform::FirewallCall;
 using platform::FirewallOutcome;
 
 namespace {
 
-// How a failure's text tells the system's number.
+// Whether a failure's text ends with the system's number.
 enum class Number { kShown, kHidden };
-
-bool isEmpty(const char* text) {
-    return text == nullptr || text[0] == '\0';
-}
 
 void requireArguments(bool given, const char* operation) {
     if (!given) {
@@ -88,9 +83,9 @@ void FirewallOperations::switchOn() {
     }
 }
 
-bool FirewallOperations::appIsEnabled(const char* path) {
+bool FirewallOperations::appIsEnabled(std::string_view path) {
     platform::FirewallProfile& present = profile();
-    requireArguments(!isEmpty(path), "appIsEnabled");
+    requireArguments(!path.empty(), "appIsEnabled");
     bool enabled = false;
     check(present.isApplicationEnabled(path, enabled),
           {{FirewallCall::kListApplications, "Getting Authorized Applications failed!"},
@@ -98,9 +93,9 @@ bool FirewallOperations::appIsEnabled(const char* path) {
     return enabled;
 }
 
-void FirewallOperations::addApplication(const char* path, const char* name) {
+void FirewallOperations::addApplication(std::string_view path, std::string_view name) {
     platform::FirewallProfile& present = profile();
-    requireArguments(!isEmpty(path) && !isEmpty(name), "addApplication");
+    requireArguments(!path.empty() && !name.empty(), "addApplication");
     if (appIsEnabled(path)) {
         return;
     }
@@ -113,9 +108,9 @@ void FirewallOperations::addApplication(const char* path, const char* name) {
             Number::kHidden}});
 }
 
-void FirewallOperations::removeApplication(const char* path) {
+void FirewallOperations::removeApplication(std::string_view path) {
     platform::FirewallProfile& present = profile();
-    requireArguments(!isEmpty(path), "removeApplication");
+    requireArguments(!path.empty(), "removeApplication");
     check(present.removeApplication(path),
           {{FirewallCall::kListApplications, "Getting Authorized Applications failed!", Number::kHidden},
            {FirewallCall::kRemoveApplication, "Removing application " + std::string(path), Number::kHidden}});
@@ -129,10 +124,10 @@ bool FirewallOperations::portIsEnabled(std::int32_t port, std::uint8_t protocol)
     return enabled;
 }
 
-bool FirewallOperations::addPort(std::int32_t port, std::uint8_t protocol, const char* name) {
+bool FirewallOperations::addPort(std::int32_t port, std::uint8_t protocol, std::string_view name) {
     platform::FirewallProfile& present = profile();
     const platform::FirewallProtocol kind = protocolOf(protocol);
-    requireArguments(!isEmpty(name) && port != 0, "addPort");
+    requireArguments(!name.empty() && port != 0, "addPort");
     if (portIsEnabled(port, protocol)) {
         return false;
     }

@@ -5,15 +5,26 @@
 #include <mutex>
 #include <string>
 
+#include "support/debug_log.h"
 #include "support/thread_manager.h"
+
+class Report;
 
 namespace platform {
 class ChildProcess;
 class Processes;
+class ShellObjects;
 }  // namespace platform
 
-// Waits for the end of a program without a limit. Its exit code.
-std::int32_t waitForProgram(platform::ChildProcess& program);
+enum RunProgramFlag : std::uint32_t {
+    kRunOpenWithShell = 1,
+    kRunWait = 2,
+    kRunAsRoot = 4,  // no effect on the present platforms
+    kRunAsynchronous = 8,
+    kRunAdvanceProgress = 16,
+    kRunNoErrorOutput = 32,  // no effect on the present platforms
+    kRunWholeCommandLine = 64,
+};
 
 // A program to be run, for a thread of its own or for the calling one.
 class AsynchronousRunProgram {
@@ -53,6 +64,30 @@ private:
     platform::Processes& processes_;
     std::mutex mutex_;  // guards the two fields below
     std::condition_variable changed_;
-    std::uint8_t finished_ = 0;
+    bool finished_ = false;
     std::int32_t exitCode_ = -1;
+};
+
+// Runs programs: hands a document to the desktop, starts a process and perhaps waits for it, or lets a thread
+// wait for it while the front end stays alive. A program that is waited for and never ends holds up its
+// caller. Not a change that can be taken back: a program that ran leaves no record.
+class ProgramRun {
+public:
+    // Both are borrowed and outlive this object.
+    ProgramRun(platform::Processes& processes, platform::ShellObjects& shell, DebugLog debugLog)
+        : processes_(processes), shell_(shell), debugLog_(debugLog) {}
+
+    // `pause` is the time between two looks at an asynchronous program, in milliseconds. True when the
+    // document was opened, the program was started, or, where its end is waited for, ended with 0. An
+    // asynchronous program is always waited for.
+    bool run(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause);
+
+private:
+    bool runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause);
+    bool runHere(const AsynchronousRunProgram& program);
+
+    platform::Processes& processes_;
+    platform::ShellObjects& shell_;
+    DebugLog debugLog_;
+    OUtils::ThreadManagerPtr threads_;  // made at the first use
 };

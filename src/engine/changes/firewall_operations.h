@@ -4,12 +4,15 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/firewall.h"
 
-// The machine's firewall for one call: decides what has to be asked for and tells failures by exceptions,
-// NonFatalError for a firewall that can't be reached and GenericError for the rest. Null texts count as
-// empty. A protocol is one bit of FirewallProtocol.
+enum FirewallProtocol : std::uint8_t { kFirewallTcp = 1, kFirewallUdp = 2 };
+
+// The machine's firewall for one change: asks for what isn't so yet, and reports failures by exceptions,
+// NonFatalError for a firewall that can't be reached and GenericError for the rest. A protocol is one bit of
+// FirewallProtocol.
 class FirewallOperations {
 public:
     // Raises when there is no firewall. The platform's object is borrowed and outlives this one.
@@ -19,14 +22,14 @@ public:
     // Switches it on if it is off.
     void switchOn();
 
-    bool appIsEnabled(const char* path);
+    bool appIsEnabled(std::string_view path);
     // An exception that is already there stays as it is.
-    void addApplication(const char* path, const char* name);
-    void removeApplication(const char* path);
+    void addApplication(std::string_view path, std::string_view name);
+    void removeApplication(std::string_view path);
 
     bool portIsEnabled(std::int32_t port, std::uint8_t protocol);
     // False when the port was open already.
-    bool addPort(std::int32_t port, std::uint8_t protocol, const char* name);
+    bool addPort(std::int32_t port, std::uint8_t protocol, std::string_view name);
     void removePort(std::int32_t port, std::uint8_t protocol);
 
 private:
