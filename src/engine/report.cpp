@@ -62,6 +62,14 @@ void Report::addError(const std::string& text) {
     }
 }
 
+bool Report::addOutcome(bool done, const std::string& text) {
+    addLine(text, false);
+    if (!done) {
+        addError(text);
+    }
+    return done;
+}
+
 void Report::showErrors(const char* heading) {
     if (errors_ == nullptr || errors_->empty()) {
         return;

@@ -28,6 +28,9 @@ public:
     void addLine(const std::string& text, bool flushNow);
     void flushLines();
     void addError(const std::string& text);
+    // The line that says what became of a change: added without a flush, and an error too when it failed.
+    // Gives `done` back.
+    bool addOutcome(bool done, const std::string& text);
     // Shows the list of errors, if it holds any, under a heading.
     void showErrors(const char* heading);
     // False without a front end.
