@@ -7,7 +7,7 @@
 #include "platform/registry.h"
 #include "support/utilities.h"
 #include "wini/default_browser.h"
-#include "wini/registry_access.h"
+#include "engine/changes/registry_change.h"
 
 namespace {
 
