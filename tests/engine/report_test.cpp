@@ -50,6 +50,17 @@ TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
     EXPECT_FALSE(report.hasErrorList());
 }
 
+TEST(ReportTest, AddsTheLineOfAChangeAndAnErrorWhenItFailed) {
+    RecordingUI ui;
+    ErrorList errors;
+    Report report(&ui, &errors);
+    EXPECT_TRUE(report.addOutcome(true, "made"));
+    EXPECT_TRUE(errors.empty());
+    EXPECT_FALSE(report.addOutcome(false, "failed"));
+    EXPECT_EQ(errors, ErrorList{"failed"});
+    EXPECT_EQ(ui.calls, (std::vector<std::string>{"addFileLine(\"made\", 0)", "addFileLine(\"failed\", 0)"}));
+}
+
 TEST(ReportTest, asksTheFrontEndWhetherErrorsAreIgnored) {
     RecordingUI ui;
     Report report(&ui, nullptr);
