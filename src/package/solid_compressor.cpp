@@ -93,7 +93,7 @@ int StripedSolidCompressor::compressStripes() {
         return kBadParameter;  // no reader would take the stream
     }
     layOutStripes();
-    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager());
+    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager(threads_));
     if (threads == nullptr) {
         return kNoThreads;
     }

@@ -4,7 +4,8 @@
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
 
-void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+              platform::Environment& environment) {
     PackingList list({commandLine.description, commandLine.root, commandLine.image}, files);
     list.read();
     for (const std::string& warning : list.warnings()) {
@@ -15,6 +16,7 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
     options.stripes =
         commandLine.stripes == 0 ? PackageWriter::defaultStripes(list.cabinetSize()) : commandLine.stripes;
     options.level = commandLine.level;
+    options.threads = OUtils::readThreadSettings(environment);
     if (commandLine.oldChecksum) {
         options.checksum = ChecksumVersion::kVersion1;
     }

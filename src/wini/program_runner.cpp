@@ -62,7 +62,7 @@ bool ProgramRunner::runAssociatedProgram(const char* path, const char* arguments
 
 bool ProgramRunner::runOnThread(AsynchronousRunProgram& program, InstallerUI* ui, std::uint32_t delay) {
     if (threads_ == nullptr) {
-        threads_.reset(OUtils::createThreadManager());
+        threads_.reset(OUtils::createThreadManager({}));
     }
     RunProgramThread thread(processes_);
     if (threads_ == nullptr || threads_->startDetached(thread, &program) != 0) {
