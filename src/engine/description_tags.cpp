@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "base/path_functions.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
 
@@ -79,14 +78,4 @@ std::string DescriptionTags::expand(std::optional<std::string_view> text, bool s
         }
     }
     return result;
-}
-
-std::string collapsedPath(std::string path) {
-    OUtils::collapseSeparators(path.data());
-    return trimmedToTerminator(std::move(path));
-}
-
-std::string normalizedPath(std::string path) {
-    OUtils::normalizePath(path.data());
-    return trimmedToTerminator(std::move(path));
 }
