@@ -25,7 +25,7 @@ int Automated::init() {
         return 1;
     }
     const std::string path(configPath_.view());
-    if (!OUtils::pathExists(path.c_str())) {
+    if (!OUtils::pathExists(path, platform::systemFileSystem())) {
         print("The file \"" + path + "\" does not exist! Please specify existing file!\n");
         return 0;
     }

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int kSummaryTitleCapacity = 512;
 constexpr std::size_t kLinesPerFlush = 32;
 
 }  // namespace
@@ -152,9 +151,8 @@ void PageEntry::showErrorSummary(PageVisit& visit) {
     if (errors == nullptr || errors->empty()) {
         return;
     }
-    char title[kSummaryTitleCapacity];
-    OUtils::formatText(title, sizeof title, "%s errors summary:",
-                       actions_.isActionLogSession() ? "Uninstallation" : "Installation");
+    const char* const title =
+        actions_.isActionLogSession() ? "Uninstallation errors summary:" : "Installation errors summary:";
     visit.ui.pumpEvents();
     visit.ui.addFileLine(title, false);
     for (std::size_t i = 0; i < errors->size(); ++i) {
