@@ -29,13 +29,13 @@ ExternalProducts::Product ExternalProducts::read(std::int32_t element) {
 }
 
 std::vector<std::string> ExternalProducts::findInstalled(const Product& product) {
-    std::vector<std::string> names;
     if (product.isPartOfName) {
-        system_.findEntriesByPublisher(names, product.name.c_str(), product.publisher.c_str(), product.flags);
-    } else if (system_.findUninstallEntry(product.name.c_str(), product.flags)) {
-        names.push_back(product.name);
+        return system_.findEntriesByPublisher(product.name, product.publisher, product.flags);
     }
-    return names;
+    if (system_.findUninstallEntry(product.name, product.flags)) {
+        return {product.name};
+    }
+    return {};
 }
 
 std::int32_t ExternalProducts::countInstalled(std::int32_t element) {
@@ -71,13 +71,12 @@ ExternalProducts::Found ExternalProducts::uninstallAll(std::int32_t page, Report
 
 void ExternalProducts::uninstall(const std::string& name, const Product& product, Report& report) {
     report.addLine("Uninstalling \"" + name + "\" ...", true);
-    const char* arguments = product.arguments.empty() ? nullptr : product.arguments.c_str();
-    system_.uninstallApplication(name.c_str(), arguments, product.flags | kEntryWait, report.ui());
+    system_.uninstallApplication(name, product.arguments, product.flags | kEntryWait, report.ui());
 }
 
 bool ExternalProducts::isAnyInstalled(const Found& found) {
     const std::uint32_t flags = found.in32BitView ? kEntryIn32BitView : 0U;
     return std::any_of(found.names.begin(), found.names.end(), [&](const std::string& name) {
-        return system_.findUninstallEntry(name.c_str(), flags);
+        return system_.findUninstallEntry(name, flags);
     });
 }

@@ -8,10 +8,6 @@ namespace {
 
 constexpr std::size_t kDirectoryLimit = PathText::capacity() - 1;
 
-const char* orNull(const std::string& text) {
-    return text.empty() ? nullptr : text.c_str();
-}
-
 }  // namespace
 
 void RunningPrograms::enterPage(std::int32_t page, const RunActions& runActions) {
@@ -32,7 +28,7 @@ void RunningPrograms::carryOut(std::int32_t node, const RunActions& runActions) 
     if (OUtils::equalsIgnoreCase(name, "TerminateApp")) {
         const auto service = tags_.attribute(node, "Service");
         const bool isService = service && OUtils::equalsIgnoreCase(*service, "true");
-        system_.closeApplication(std::string(*text).c_str(), isService, orNull(directoryOf(node)));
+        system_.closeApplication(*text, isService, directoryOf(node));
     } else if (OUtils::equalsIgnoreCase(name, "TerminateSequence")) {
         runActions(*text);
     } else if (OUtils::equalsIgnoreCase(name, "TestApp")) {
@@ -47,8 +43,7 @@ std::string RunningPrograms::directoryOf(std::int32_t node) {
 std::vector<RunningPrograms::Program> RunningPrograms::look() {
     std::vector<Program> programs;
     for (const Noted& noted : noted_) {
-        programs.push_back(
-            {noted.name, system_.isApplicationRunning(noted.name.c_str(), orNull(noted.directory))});
+        programs.push_back({noted.name, system_.isApplicationRunning(noted.name, noted.directory)});
     }
     return programs;
 }

@@ -7,6 +7,7 @@
 #include "installer/revision.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
+#include "platform/console_device.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"
@@ -27,10 +28,7 @@ constexpr bool kHasGraphicalFrontEnd = false;
 }  // namespace
 
 InstallerProgram::InstallerProgram(platform::Platform& platform)
-    : platform_(platform),
-      terminal_(platform.console),
-      log_(platform.files),
-      services_(platform, debugLog_) {}
+    : platform_(platform), log_(platform.files), services_(platform, debugLog_) {}
 
 InstallerProgram::~InstallerProgram() {
     setActiveUI(nullptr);
@@ -141,7 +139,8 @@ int InstallerProgram::loadBinFile() {
 }
 
 int InstallerProgram::runConsoleInstallation() {
-    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
+    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0,
+                                      platform_.console);
     const std::string input = options_.configFile.value_or(options_.autoMode ? "autoInstall" : "");
     debugLog_.line("Initializing with input: \"" + input + "\"");
     bool automated = false;
@@ -179,7 +178,8 @@ void InstallerProgram::removeRelaunchCopies() {
 }
 
 int InstallerProgram::runConsoleUninstallation() {
-    ui_ = std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
+    ui_ =
+        std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, platform_.console);
     bool automated = false;
     ui_->createInputProvider("autoUninstall", automated);
     wini_->setUnattended(automated);
@@ -210,6 +210,6 @@ void InstallerProgram::showError(std::string_view text) {
 }
 
 void InstallerProgram::print(std::string_view text) {
-    terminal_.write(text);
-    terminal_.flush();
+    platform_.console.write(text);
+    platform_.console.flush();
 }

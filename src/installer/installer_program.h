@@ -9,7 +9,6 @@
 #include "session/command_line_parameters.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
-#include "support/terminal.h"
 #include "wini/system_services.h"
 
 class ConsoleUI;
@@ -50,7 +49,6 @@ private:
     void print(std::string_view text);
 
     platform::Platform& platform_;
-    SystemTerminal terminal_;
     CommandLineParameters parameters_;
     RunOptions options_;
     PFileConsole log_;

@@ -10,7 +10,8 @@ constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
 }  // namespace
 
-Automated::Automated(Terminal& terminal, AnswersFile& answers, std::string_view configPath, bool uninstall)
+Automated::Automated(platform::ConsoleDevice& terminal, AnswersFile& answers, std::string_view configPath,
+                     bool uninstall)
     : terminal_(terminal),
       answers_(answers),
       configPath_(configPath.substr(0, kPathLimit)),

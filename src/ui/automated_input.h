@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "contracts/input_provider.h"
-#include "support/terminal.h"
+#include "platform/console_device.h"
 
 class AnswersFile;
 
@@ -14,7 +14,8 @@ class Automated : public InputProvider {
 public:
     // `configPath` is the path of the answers file, cut to 1,559 bytes; empty when there is none. `terminal`
     // and `answers` outlive this object.
-    Automated(Terminal& terminal, AnswersFile& answers, std::string_view configPath, bool uninstall);
+    Automated(platform::ConsoleDevice& terminal, AnswersFile& answers, std::string_view configPath,
+              bool uninstall);
 
     // 1 without a file, or with one that can be read; otherwise prints why not and gives 0.
     int init() override;
@@ -35,7 +36,7 @@ public:
 private:
     void print(std::string_view text);
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
     AnswersFile& answers_;
     const std::string configPath_;
     const bool uninstall_;

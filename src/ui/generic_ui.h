@@ -7,7 +7,7 @@
 #include "contracts/input_provider.h"
 #include "contracts/install_exchange_info.h"
 #include "contracts/installer_ui.h"
-#include "support/terminal.h"
+#include "platform/console_device.h"
 
 class AnswersFile;
 
@@ -30,7 +30,7 @@ public:
 protected:
     // `terminal` takes what unattended runs print, `answers` reads the file of such a run; both outlive this
     // object.
-    GenericUI(Terminal& terminal, AnswersFile& answers, bool uninstall, bool ignoreErrors)
+    GenericUI(platform::ConsoleDevice& terminal, AnswersFile& answers, bool uninstall, bool ignoreErrors)
         : terminal_(terminal), answers_(answers), uninstall_(uninstall), ignoreErrors_(ignoreErrors) {}
 
     // The provider that asks a person, in the front end's own way.
@@ -39,14 +39,14 @@ protected:
     // Both may be null, and may be asked for on any thread.
     InputProvider* input() const { return input_; }
     InstallExchangeInfo* engine() const { return engine_; }
-    Terminal& terminal() const { return terminal_; }
+    platform::ConsoleDevice& terminal() const { return terminal_; }
     bool isUninstall() const { return uninstall_; }
 
 private:
     int takeProvider(std::unique_ptr<InputProvider> provider);
     int takeAutomated(std::string_view configPath, bool uninstall, bool& outAutomated);
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
     AnswersFile& answers_;
     const bool uninstall_;
     const bool ignoreErrors_;

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "description/answers_file.h"
+#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/fake_terminal.h"
 #include "fakes/memory_file_system.h"
 #include "ui/automated_input.h"
 
@@ -34,7 +34,7 @@ private:
 // The least that makes a front end.
 class TestUI : public GenericUI {
 public:
-    TestUI(Terminal& terminal, AnswersFile& answers, bool uninstall, bool ignoreErrors)
+    TestUI(platform::ConsoleDevice& terminal, AnswersFile& answers, bool uninstall, bool ignoreErrors)
         : GenericUI(terminal, answers, uninstall, ignoreErrors) {}
 
     int userReady = 1;
@@ -83,7 +83,7 @@ protected:
 };
 
 struct GenericFrontEnd : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     MemoryFileSystem files;
     AnswersFile answers{files};
     TestUI ui{terminal, answers, false, false};

@@ -31,8 +31,8 @@ bool isMarkdown(const DialogElementDesc& element) {
 
 }  // namespace
 
-ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal, AnswersFile& answers,
-                     DebugLog debugLog)
+ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::ConsoleDevice& terminal,
+                     AnswersFile& answers, DebugLog debugLog)
     : GenericUI(terminal, answers, uninstall, ignoreErrors),
       quiet_(quiet),
       debugLog_(debugLog),

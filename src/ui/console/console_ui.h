@@ -22,8 +22,8 @@ public:
 
     // `terminal` and `answers` outlive this object. The log gets what the user isn't shown: broken documents
     // and the loss of the terminal.
-    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal, AnswersFile& answers,
-              DebugLog debugLog);
+    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::ConsoleDevice& terminal,
+              AnswersFile& answers, DebugLog debugLog);
     ~ConsoleUI() override;
 
     // 0, the walk's error, or -1 when nobody was left to answer a question or no engine is attached.

@@ -9,8 +9,8 @@
 
 #include "description/answers_file.h"
 #include "fakes/fake_console.h"
+#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/fake_terminal.h"
 #include "fakes/memory_file_system.h"
 
 namespace {
@@ -23,7 +23,7 @@ public:
 const std::string kBlankLine = "\r" + std::string(78, ' ') + "\r\n";
 
 struct ConsoleFrontEnd : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     FakeEngine engine;
     MemoryFileSystem files;
     AnswersFile answers{files};
