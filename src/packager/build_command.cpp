@@ -1,4 +1,3 @@
-
 #include "package/package_writer.h"
 #include "packager/commands.h"
 #include "packager/packing_list.h"

@@ -1,4 +1,4 @@
-#include "ui/decimal_text.h"
+#include "ui/console/decimal_text.h"
 
 #include <charconv>
 
