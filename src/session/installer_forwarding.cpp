@@ -81,17 +81,20 @@ int Installer::getInstallHelpUrl(char* buffer, int size) {
     return give(model_.product.installHelpUrl(), buffer, size);
 }
 int Installer::getInstallLogFile(char* buffer, int size) {
-    return givePath(model_.product.installLogFile(), model_.product.givesPath("InstallLogFile"), buffer, size);
+    return givePath(model_.product.installLogFile(), model_.product.givesPath("InstallLogFile"), buffer,
+                    size);
 }
 int Installer::getInstallBackupFile(char* buffer, int size) {
     return givePath(model_.product.installBackupFile(), model_.product.givesPath("InstallBackupFile"), buffer,
                     size);
 }
 int Installer::getUninstallCmd(char* buffer, int size) {
-    return givePath(model_.product.uninstallCommand(), model_.product.givesPath("UninstallCmd"), buffer, size);
+    return givePath(model_.product.uninstallCommand(), model_.product.givesPath("UninstallCmd"), buffer,
+                    size);
 }
 int Installer::getUninstallXmlFile(char* buffer, int size) {
-    return givePath(model_.product.uninstallXmlFile(), model_.product.givesPath("UninstallXmlFile"), buffer, size);
+    return givePath(model_.product.uninstallXmlFile(), model_.product.givesPath("UninstallXmlFile"), buffer,
+                    size);
 }
 int Installer::getTemporaryFileName(char* buffer, int size) {
     return give(system_.temporaryFileName(), buffer, size);

@@ -30,27 +30,17 @@ bool take(RecordedResult result, std::string& outUndo) {
 
 }  // namespace
 
-Wini::Wini(const platform::Platform& machine, SystemServices& services, DebugLog log, int level, int gui,
-           int ignoreErrors)
-    : Installer(machine, services, log),
+Wini::Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
+           const WiniArguments& arguments)
+    : Installer(machine, services, answers, log),
       machine_(machine),
       services_(services),
       programs_(machine.processes, machine.shell, log),
-      debugLevelArgument_(level),
-      guiArgument_(gui),
-      ignoreErrorsArgument_(ignoreErrors) {}
+      arguments_(arguments) {}
 
 int Wini::getConfigFile(char* buffer, int size) {
-    OUtils::copyText(buffer, configFile_.c_str(), size);
+    OUtils::copyText(buffer, configFile.c_str(), size);
     return 0;
-}
-
-int Wini::getTemporaryFileName(char* buffer, int size) {
-    return copyTo(services_.temporaryFileName(), buffer, size);
-}
-
-bool Wini::openInDefaultBrowser(const char* url) {
-    return services_.openInDefaultBrowser(textOf(url));
 }
 
 bool Wini::findUninstallEntry(const char* applicationName, std::uint32_t flags) {
@@ -69,8 +59,7 @@ bool Wini::getApplicationLogFile(const char* applicationName, char* buffer, int 
 }
 
 bool Wini::registerApplication() {
-    const auto entry = applicationEntryOf(productDescription(), debugLog);
-    return entry && services_.registerApplication(*entry);
+    return pages().registerApplication();
 }
 
 bool Wini::removeUninstallEntry(const char* applicationName) {
