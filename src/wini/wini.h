@@ -30,7 +30,7 @@ public:
     int getGuiArgument() const { return guiArgument_; }
     int getIgnoreErrorsArgument() const { return ignoreErrorsArgument_; }
     // 0.
-    int getConfigFile(char* buffer, int size) override;
+    int getConfigFile(char* buffer, int size);
 
     // Services of the system, as in SystemOperations.
     int getTemporaryFileName(char* buffer, int size) override;
