@@ -2,19 +2,20 @@
 #include <string>
 #include <vector>
 
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 #include "package/package_checksum.h"
 #include "package/solid_format.h"
 #include "packager/commands.h"
 
-// A whole package, with or without an image ahead of it, as the tools and the installer meet it.
+// A whole package, with or without an image before it, as the tools and the installer read it.
 namespace {
 
 class SilentOutput : public PackagerOutput {
 public:
     void print(std::string_view) override {}
-    void tell(std::string_view) override {}
-    void progress(const char*, int) override {}
+    void warn(std::string_view) override {}
+    void progress(std::string_view, int) override {}
     bool finish() override { return true; }
 };
 
@@ -39,10 +40,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     MemoryFileSystem files;
+    FakeEnvironment environment;
     files.addFile("/p", input);
     SilentOutput output;
     verifyInstallerChecksum("/p", files);
-    runPackager({"list", "/p"}, output, files);
-    runPackager({"verify", "/p"}, output, files);
+    runPackager({"list", "/p"}, output, files, environment);
+    runPackager({"verify", "/p"}, output, files, environment);
     return 0;
 }

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr std::size_t kNameCapacity = InstallVariable::kNameCapacity;
+constexpr std::size_t kNameCapacity = InstallVariable::kNameLimit + 1;
 constexpr int kShortText = 1024;
 constexpr int kRegistryText = 8192;
 

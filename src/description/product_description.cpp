@@ -1,5 +1,6 @@
 #include "description/product_description.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -18,10 +19,13 @@ constexpr char kMinestVersion[] = "TandrelGroupInstallation/Desc/ProductDesc/Min
 constexpr char kWebsite[] = "TandrelGroupInstallation/Desc/ProductDesc/Website";
 constexpr char kSupportEmail[] = "TandrelGroupInstallation/Desc/ProductDesc/Supportemail";
 constexpr char kInstallHelpUrl[] = "TandrelGroupInstallation/Desc/ProductDesc/InstallHelpURL";
+constexpr char kUninstall[] = "TandrelGroupInstallation/Installation/Uninstall";
 constexpr char kInstallLogFile[] = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
 constexpr char kInstallBackupFile[] = "TandrelGroupInstallation/Installation/Uninstall/InstallBackupFile";
 constexpr char kUninstallCmd[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallCmd";
 constexpr char kUninstallXmlFile[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallXmlFile";
+
+constexpr const char* kVersion[] = {kMajorVersion, kMinorVersion, kMinestVersion};
 
 void append(char* buffer, int size, const char* text) {
     const auto length = static_cast<int>(strnlen(buffer, static_cast<std::size_t>(size)));
@@ -29,6 +33,92 @@ void append(char* buffer, int size, const char* text) {
 }
 
 }  // namespace
+
+bool ProductDescription::exists() const {
+    return description_.findByName("ProductDesc") >= 0;
+}
+
+std::optional<std::string> ProductDescription::plain(std::string_view path) const {
+    const char* text = description_.getText(description_.findPath(path));
+    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+}
+
+std::optional<std::string> ProductDescription::expanded(std::string_view path) const {
+    const std::optional<std::string> text = plain(path);
+    return text ? expressions_.expand(*text, kTextLimit + 1) : std::nullopt;
+}
+
+std::optional<std::string> ProductDescription::fullName() const {
+    return plain(kFullName);
+}
+
+std::optional<std::string> ProductDescription::majorVersion() const {
+    return plain(kMajorVersion);
+}
+
+std::optional<std::string> ProductDescription::website() const {
+    return plain(kWebsite);
+}
+
+std::optional<std::string> ProductDescription::supportEmail() const {
+    return plain(kSupportEmail);
+}
+
+std::optional<std::string> ProductDescription::installHelpUrl() const {
+    return plain(kInstallHelpUrl);
+}
+
+std::optional<std::string> ProductDescription::version() const {
+    const auto isMissing = [this](const char* path) { return !plain(path); };
+    return std::any_of(std::begin(kVersion), std::end(kVersion), isMissing) ? std::nullopt
+                                                                            : std::optional(versionSoFar());
+}
+
+std::string ProductDescription::versionSoFar() const {
+    std::string text;
+    for (const char* path : kVersion) {
+        text += path == kMajorVersion ? "" : ".";
+        const std::optional<std::string> number = plain(path);
+        if (!number) {
+            break;
+        }
+        text += *number;
+    }
+    return text;
+}
+
+std::optional<std::string> ProductDescription::title() const {
+    std::optional<std::string> title = plain(kTitle);
+    if (title && !title->empty()) {
+        return title;
+    }
+    title = fullName();
+    if (const std::optional<std::string> number = version(); title && number) {
+        *title += " - ver. " + *number;
+    }
+    return title;
+}
+
+std::optional<std::string> ProductDescription::installLogFile() const {
+    return expanded(kInstallLogFile);
+}
+
+std::optional<std::string> ProductDescription::installBackupFile() const {
+    return expanded(kInstallBackupFile);
+}
+
+std::optional<std::string> ProductDescription::uninstallCommand() const {
+    return expanded(kUninstallCmd);
+}
+
+std::optional<std::string> ProductDescription::uninstallXmlFile() const {
+    return expanded(kUninstallXmlFile);
+}
+
+bool ProductDescription::givesPath(std::string_view element) const {
+    const std::string path = std::string(kUninstall) + '/' + std::string(element);
+    return description_.getText(description_.findPath(path)) != nullptr;
+}
 
 int ProductDescription::readProductDescription() const {
     return description_.findByName("ProductDesc") < 0 ? -1 : 0;

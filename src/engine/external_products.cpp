@@ -32,8 +32,10 @@ std::vector<std::string> ExternalProducts::findInstalled(const Product& product)
     if (product.isPartOfName) {
         return system_.findEntriesByPublisher(product.name, product.publisher, product.flags);
     }
-    return system_.findUninstallEntry(product.name, product.flags) ? std::vector{product.name}
-                                                                   : std::vector<std::string>();
+    if (system_.findUninstallEntry(product.name, product.flags)) {
+        return {product.name};
+    }
+    return {};
 }
 
 std::int32_t ExternalProducts::countInstalled(std::int32_t element) {
@@ -74,6 +76,7 @@ void ExternalProducts::uninstall(const std::string& name, const Product& product
 
 bool ExternalProducts::isAnyInstalled(const Found& found) {
     const std::uint32_t flags = found.in32BitView ? kEntryIn32BitView : 0U;
-    return std::any_of(found.names.begin(), found.names.end(),
-                       [&](const std::string& name) { return system_.findUninstallEntry(name, flags); });
+    return std::any_of(found.names.begin(), found.names.end(), [&](const std::string& name) {
+        return system_.findUninstallEntry(name, flags);
+    });
 }

@@ -1,25 +1,33 @@
-#include "base/errors.h"
 #include "package/package_writer.h"
 #include "packager/commands.h"
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
 
-void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+namespace {
+
+ChecksumVersion checksumVersion(const CommandLine& commandLine, platform::Environment& environment) {
+    return commandLine.oldChecksum ? ChecksumVersion::kVersion1
+                                   : checksumVersionFor(environment.get("OLD_CHECKSUMMING").value_or(""));
+}
+
+}  // namespace
+
+void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+              platform::Environment& environment) {
     PackingList list({commandLine.description, commandLine.root, commandLine.image}, files);
     list.read();
     for (const std::string& warning : list.warnings()) {
-        output.tell("packager: warning: " + printable(warning));
+        output.warn("packager: warning: " + printable(warning));
     }
     PackageOptions options;
     options.imagePath = commandLine.bin ? std::string() : commandLine.image;
     options.stripes =
         commandLine.stripes == 0 ? PackageWriter::defaultStripes(list.cabinetSize()) : commandLine.stripes;
     options.level = commandLine.level;
-    if (commandLine.oldChecksum) {
-        options.checksum = ChecksumVersion::kVersion1;
-    }
+    options.threads = OUtils::readThreadSettings(environment);
+    options.checksum = checksumVersion(commandLine, environment);
     PackageWriter writer(files);
-    writer.setProgress([&](const char* step, int percent) { output.progress(step, percent); });
+    writer.setProgress([&](std::string_view step, int percent) { output.progress(step, percent); });
     std::vector<PackageFile> entries = list.entries();
     balanceStripes(entries, options.stripes);
     const PackageTotals totals = writer.write(entries, options, commandLine.output);

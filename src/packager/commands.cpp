@@ -6,10 +6,11 @@
 
 namespace {
 
-void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+                platform::Environment& environment) {
     switch (commandLine.command) {
         case PackagerCommand::kBuild:
-            return runBuild(commandLine, output, files);
+            return runBuild(commandLine, output, files, environment);
         case PackagerCommand::kList:
             return runList(commandLine, output, files);
         case PackagerCommand::kExtract:
@@ -30,16 +31,17 @@ std::string withoutLastLineEnd(std::string text) {
     return text;
 }
 
-int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+               platform::Environment& environment) {
     try {
-        runCommand(commandLine, output, files);
+        runCommand(commandLine, output, files, environment);
         return 0;
     } catch (const GenericError& error) {
-        output.tell("packager: " + printable(error.what()));
+        output.warn("packager: " + printable(error.what()));
     } catch (const std::bad_alloc&) {
-        output.tell("packager: not enough memory");
+        output.warn("packager: not enough memory");
     } catch (const std::exception& error) {
-        output.tell(std::string("packager: ") + printable(error.what()));
+        output.warn(std::string("packager: ") + printable(error.what()));
     }
     return 1;
 }
@@ -47,20 +49,20 @@ int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform:
 }  // namespace
 
 int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
-                platform::FileSystem& files) {
+                platform::FileSystem& files, platform::Environment& environment) {
     const CommandLine commandLine = parseCommandLine(arguments);
     int exitCode = 0;
     if (commandLine.help) {
         output.print(withoutLastLineEnd(helpText(commandLine.command)));
     } else if (!commandLine.problem.empty()) {
-        output.tell("packager: " + printable(commandLine.problem));
-        output.tell(withoutLastLineEnd(helpText(commandLine.command)));
+        output.warn("packager: " + printable(commandLine.problem));
+        output.warn(withoutLastLineEnd(helpText(commandLine.command)));
         exitCode = 2;
     } else {
-        exitCode = runChecked(commandLine, output, files);
+        exitCode = runChecked(commandLine, output, files, environment);
     }
     if (!output.finish() && exitCode == 0) {
-        output.tell("packager: the output can't be written");
+        output.warn("packager: the output can't be written");
         exitCode = 1;
     }
     return exitCode;

@@ -45,7 +45,7 @@ TEST(CommandLine, ReadsTheTextCommand) {
     EXPECT_TRUE(parseCommandLine({"text", "a", "--tree"}).tree);
 }
 
-TEST(CommandLine, TellsWhatIsWrong) {
+TEST(CommandLine, ReportsWhatIsWrong) {
     const struct {
         Words words;
         const char* problem;
@@ -91,7 +91,7 @@ TEST(CommandLine, TellsWhatIsWrong) {
     }
 }
 
-TEST(CommandLine, NeedsNoImageForAPackageOfItsOwn) {
+TEST(CommandLine, NeedsNoImageForASeparatePackage) {
     EXPECT_EQ(
         parseCommandLine({"build", "--description", "d", "--root", "r", "--output", "o", "--bin"}).problem,
         "");

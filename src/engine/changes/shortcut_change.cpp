@@ -73,7 +73,6 @@ bool create(platform::ShellObjects& shell, const ProductDescription& product, co
 }  // namespace
 
 bool ShortcutChange::apply() {
-    directories_.forget();
     return applyGroups(context_, "Shortcuts", [this](std::int32_t child) {
         return context_.tags.nameOf(child) != "Add" || applyChild(child);
     });
@@ -109,11 +108,7 @@ std::optional<ShortcutChange::Element> ShortcutChange::readElement(std::int32_t 
 }
 
 bool ShortcutChange::prepareDirectory(const std::string& directory) {
-    int created = 0;
-    const bool done = directories_.createDirectories(directory, created) == 0;
-    if (created > 0) {
-        context_.log.writeDirectory(created, directory);
-    }
+    const bool done = directories_.create(directory);
     if (!done) {
         context_.debugLog.line("ERROR: Creating directory: \"" + directory + "\"");
     }

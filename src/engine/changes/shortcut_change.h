@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "engine/changes/change.h"
-#include "engine/directory_creator.h"
+#include "engine/changes/directory_change.h"
 
 class ProductDescription;
 
@@ -32,7 +32,7 @@ public:
 
     // Both are borrowed and outlive this object.
     ShortcutChange(const ChangeContext& context, const ProductDescription& product)
-        : context_(context), product_(product), directories_(context.machine.files) {}
+        : context_(context), product_(product), directories_(context) {}
 
     bool apply() override;
     // A shortcut that stays is reported, and no failure.
@@ -62,5 +62,5 @@ private:
 
     ChangeContext context_;
     const ProductDescription& product_;
-    DirectoryCreator directories_;
+    DirectoryChange directories_;
 };
