@@ -42,7 +42,7 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
     }
     options_ = readRunOptions(parameters_);
     const int level = openDebugLog(log_, options_.debug, platform_.environment, platform_.files,
-                                   platform_.console, answers_, debugLog_);
+                                   platform_.console);
     debugLog_.setTarget(&log_, level);
     logStart();
     chooseFrontEnd();

@@ -154,7 +154,7 @@ int Installer::runUI(InstallerUI& ui) {
         result = ui.run();
     } catch (const GenericError& error) {
         reportError(ui, error.what());
-        walk_.state().lastResult = 1;  // the front end is about to say how the run ended
+        walk_.state().lastWorkFailed = true;  // the front end is about to say how the run ended
     }
     debugLog.line("Ending installation UI");
     ui.finish();

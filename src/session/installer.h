@@ -126,6 +126,7 @@ protected:
     virtual void afterFileInstalled(const std::string&) {}
 
     PageWork& pages() { return work_; }
+    SessionModel& model() { return model_; }
     NavigationState& navigation() { return walk_.state(); }
 
 private:

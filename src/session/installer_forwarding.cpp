@@ -182,13 +182,13 @@ int Installer::getFieldCount(int dialog, int sub) {
 }
 
 bool Installer::isCancelled() {
-    return walk_.state().cancelled != 0;
+    return walk_.state().cancelled;
 }
 bool Installer::isFinished() {
-    return walk_.state().finished != 0;
+    return walk_.state().finished;
 }
 bool Installer::hasErrors() {
-    return walk_.state().lastResult != 0;
+    return walk_.state().lastWorkFailed;
 }
 int Installer::checkDialogCondition(InstallerUI* ui) {
     return walk_.checkCondition(ui);

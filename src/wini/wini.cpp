@@ -143,7 +143,7 @@ bool Wini::undoFileModification(const char* undoText, InstallerUI* ui) {
 
 bool Wini::addShortcut(const ShortcutRequest& shortcut, std::string& outUndo, InstallerUI* ui) {
     Report report(ui, &errorList);
-    const auto undo = ShortcutChange::add(machine_, productDescription(), report, debugLog, shortcut);
+    const auto undo = ShortcutChange::add(machine_, model().product, report, debugLog, shortcut);
     outUndo = undo.value_or("");
     return undo.has_value();
 }
