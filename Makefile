@@ -1,5 +1,5 @@
-# The front door. Every target first installs what it needs (scripts/install-dependencies, quick when nothing is
-# missing); what the targets do is in scripts/, and cmake with its presets works without them as well.
+# Every target first installs what it needs (scripts/install-dependencies, quick if nothing is missing). The work is
+# done by scripts/; cmake with its presets works without them as well.
 
 .PHONY: help build windows demo test lint fuzz bench dist clean
 .NOTPARALLEL:

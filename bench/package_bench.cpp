@@ -85,10 +85,10 @@ double median(std::vector<double> values) {
 double ourExpansion(const std::string& stream) {
     const auto* data = reinterpret_cast<const unsigned char*>(stream.data());
     const auto begin = std::chrono::steady_clock::now();
-    const std::unique_ptr<SolidDecompressor> decompressor = createSolidDecompressor(data);
-    std::unique_ptr<unsigned char[]> output;
-    std::int32_t size = 0;
-    if (decompressor->decompress(data, static_cast<std::int64_t>(stream.size()), output, size) != 0) {
+    const std::unique_ptr<SolidDecompressor> decompressor = createSolidDecompressor(data, DebugLog());
+    SolidBlock output;
+    if (decompressor->decompress(data, static_cast<std::int64_t>(stream.size()), output) !=
+        SolidResult::kDone) {
         std::exit(1);
     }
     return secondsOf(begin);
@@ -116,7 +116,7 @@ void measureInflating(const std::string& stream, std::size_t total, int runs) {
 int main(int argc, char** argv) {
     const std::string_view what = argc > 2 ? argv[1] : "";
     if (what == "checksum") {
-        return verifyInstallerChecksum(argv[2]) ? 0 : 1;
+        return verifyInstallerChecksum(argv[2], platform::systemFileSystem()) ? 0 : 1;
     }
     if (what != "inflate" && what != "sizes") {
         std::fprintf(stderr, "usage: package_bench checksum|inflate|sizes PACKAGE [RUNS]\n");

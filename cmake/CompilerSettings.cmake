@@ -1,4 +1,4 @@
-# One place for the flags that every target shares.
+# The flags that all targets share.
 if(NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
   find_program(CCACHE ccache)
   if(CCACHE)
@@ -13,7 +13,7 @@ add_link_options(-Wl,--gc-sections)
 add_compile_definitions(_FILE_OFFSET_BITS=64)
 
 if(WIN32)
-  # printf of the C standard instead of the system library's, so that formats mean the same everywhere.
+  # The standard printf instead of the system library's, so that formats mean the same everywhere.
   add_compile_definitions(UNICODE _UNICODE __USE_MINGW_ANSI_STDIO=1 WINVER=0x0601 _WIN32_WINNT=0x0601)
   add_link_options(-static)
 endif()
@@ -22,12 +22,12 @@ if(TANDREL_SANITIZE)
   add_compile_options(-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all)
   add_link_options(-fsanitize=address,undefined)
 elseif(NOT WIN32 AND NOT TANDREL_FUZZ)
-  # The Linux programs must run on machines that have little beside the C library.
+  # The Linux programs must run on machines that have little more than the C library.
   add_link_options(-static-libstdc++ -static-libgcc)
 endif()
 
 if(TANDREL_FUZZ)
-  # Another compiler with other warnings; the compiler of the programs is the judge of the sources.
+  # A different compiler with different warnings; the sources only have to satisfy the one for the programs.
   add_compile_options(-Wno-error -Wno-format-nonliteral)
   add_compile_options(-O1 -g -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
   add_link_options(-fsanitize=address,undefined)

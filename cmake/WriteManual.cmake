@@ -1,4 +1,4 @@
-# Writes a source file that holds the pages of the manual, so that a test reads them on every system without looking for
+# Writes a source file with the pages of the manual, so that a test can read them on every system without looking for
 # files. Variables: PAGES (separated by blanks) and OUTPUT.
 separate_arguments(PAGES)
 set(text "#include \"manual/manual_text.h\"\n\nconst std::vector<ManualPage>& manualPages() {\n")

@@ -1,4 +1,4 @@
-# Writes the source file that holds the build's revision, only when that changed.
+# Writes the source file with the build's revision, only if that has changed.
 execute_process(COMMAND git -C ${SOURCE_DIR} rev-parse --short=12 HEAD
   OUTPUT_VARIABLE revision OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
 string(SUBSTRING "${revision}000000000000" 0 12 revision)

@@ -10,15 +10,15 @@
 #include "package/solid_format.h"
 #include "packager/commands.h"
 
-// The catalogue of a cabinet, in the plain form and within a stream that is right; and what is extracted from
-// it.
+// The catalogue of a cabinet, in the plain form and within a valid stream; and the files that are extracted
+// from it.
 namespace {
 
 class SilentOutput : public PackagerOutput {
 public:
     void print(std::string_view) override {}
-    void tell(std::string_view) override {}
-    void progress(const char*, int) override {}
+    void warn(std::string_view) override {}
+    void progress(std::string_view, int) override {}
     bool finish() override { return true; }
 };
 
@@ -51,18 +51,16 @@ std::string solidStream(const std::uint8_t* data, std::size_t size) {
 }
 
 void readAll(MemoryFileSystem& files, const char* path) {
-    Cabinet cabinet(files);
+    Cabinet cabinet(files, DebugLog());
     cabinet.load(path, 0);
     for (std::int32_t i = 0; i < cabinet.getCount(); ++i) {
-        const EntryContent content = cabinet.entryContent(i);
-        std::int32_t size = 0;
-        SharedBuffer buffer;
-        const int result = cabinet.readEntry(i, size, buffer, nullptr);
-        if ((result == 0) != (content.data != nullptr) ||
-            (result == 0 && size != static_cast<std::int32_t>(content.size))) {
+        const std::optional<std::string_view> content = cabinet.entryContent(i);
+        const std::optional<CabinetFile> file = cabinet.readEntry(i);
+        if (file.has_value() != content.has_value() ||
+            (file && file->content.size() != static_cast<std::int32_t>(content->size()))) {
             std::abort();
         }
-        if (cabinet.findAlias(cabinet.entry(i).alias()) < i) {
+        if (cabinet.findAlias(cabinet.entry(i).alias()).value_or(-1) < i) {
             std::abort();
         }
     }

@@ -61,9 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     richTextAsText(document, data[1]);
     markdownAsHtml(document);
     TGMParser parser;
-    TGMParseResult result;
-    parser.parse(result, document);
-    if (result.succeeded()) {
+    if (parser.parse(document).succeeded()) {
         const PlainTextSettings settings = readSettings(data[0], data[1]);
         InstallerPlainTextTranslator translator(settings);
         parser.walk(translator);

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Writes the seeds of the fuzz targets for packages, streams, catalogues and backup archives.
 
-    fuzz/make_package_seeds.py      writes below fuzz/seeds/; the same bytes each time
+    fuzz/make_package_seeds.py
+
+Writes below fuzz/seeds/, the same bytes each time.
 """
 
 import hashlib

@@ -63,7 +63,7 @@ private:
 void checkNode(const TGMNode& node, bool isRoot, bool hasErrors) {
     require((node.type == kTgmDocument) == isRoot && node.type > kTgmBlank && node.type <= kTgmComposite);
     require(!isTgmList(node.type) || hasErrors || !node.children.empty());
-    require(node.text.view() == node.text.c_str());
+    require(node.text.view().find('\0') == std::string_view::npos);
     for (const TGMNodePtr& child : node.children) {
         require(!isTgmList(node.type) || child->type == kTgmListItem);
         checkNode(*child, false, hasErrors);
@@ -92,9 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     options.debugLog = (data[0] & kLogBit) != 0 ? &log : nullptr;
     const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
     TGMParser parser(options);
-    TGMParseResult result;
-    parser.parse(result, text.c_str());
-    require((parser.getRoot() == nullptr) == (text.c_str()[0] == '\0'));
+    const TGMParseResult result = parser.parse(text);
+    require((parser.getRoot() == nullptr) == (text.empty() || text.front() == '\0'));
     if (parser.getRoot() != nullptr) {
         checkNode(*parser.getRoot(), true, !result.succeeded());
     }

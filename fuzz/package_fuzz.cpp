@@ -7,14 +7,14 @@
 #include "package/solid_format.h"
 #include "packager/commands.h"
 
-// A whole package, with or without an image ahead of it, as the tools and the installer meet it.
+// A whole package, with or without an image before it, as the tools and the installer read it.
 namespace {
 
 class SilentOutput : public PackagerOutput {
 public:
     void print(std::string_view) override {}
-    void tell(std::string_view) override {}
-    void progress(const char*, int) override {}
+    void warn(std::string_view) override {}
+    void progress(std::string_view, int) override {}
     bool finish() override { return true; }
 };
 

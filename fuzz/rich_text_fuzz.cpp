@@ -22,7 +22,7 @@ void require(bool condition) {
 // Gathers the text as a control would; between two calls nothing else may be written.
 class Gathering : public RichTextCallback {
 public:
-    void addChar(const char* text) override { gathered += text; }
+    void addChar(std::string_view text) override { gathered += text; }
     void paragraph() override {}
     void setStyle(RichTextStyle, bool) override {}
     void setFontSize(int) override {}

@@ -6,7 +6,7 @@
 
 #include "package/solid_decompressor.h"
 
-// The solid stream: what is expanded has the size that is told, and damage gives a documented code.
+// A solid stream: the output has the size that is reported, and damage gives a documented code.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // Chunks of many megabytes would only end the run at the fuzzer's own limit.
     for (std::size_t i = 20; i + 16 <= size && i < 20 + 16 * 256; i += 16) {
@@ -15,20 +15,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
     }
     if (size >= SolidFormat::kHeaderSize) {
-        createSolidDecompressor(data);
+        createSolidDecompressor(data, DebugLog());
     }
-    ZlibSolidDecompressor decompressor;
-    std::unique_ptr<unsigned char[]> out;
-    std::int32_t outSize = 0;
-    const int result = decompressor.decompress(data, static_cast<std::int64_t>(size), out, outSize);
+    ZlibSolidDecompressor decompressor{DebugLog()};
+    SolidBlock out;
+    const int result = static_cast<int>(decompressor.decompress(data, static_cast<std::int64_t>(size), out));
     const bool isDocumented = result == 0 || result == -11 || (result <= -21 && result >= -29);
-    if (!isDocumented || (result == 0) != (out != nullptr) || outSize < 0) {
+    if (!isDocumented || (result == 0) != (out.data != nullptr) || out.size < 0) {
         std::abort();
     }
     // Every byte of the output must be there.
     unsigned char sum = 0;
-    for (std::int32_t i = 0; i < outSize; ++i) {
-        sum = static_cast<unsigned char>(sum ^ out[static_cast<std::size_t>(i)]);
+    for (std::int32_t i = 0; i < out.size; ++i) {
+        sum = static_cast<unsigned char>(sum ^ out.data[static_cast<std::size_t>(i)]);
     }
     static volatile unsigned char sink;
     sink = sum;

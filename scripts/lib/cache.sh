@@ -1,4 +1,4 @@
-# Where things live that outlast a build: Wine prefixes, results of clang-tidy, what the fuzzer has learnt. Sourced by
+# The directory for what is kept between builds: Wine prefixes, results of clang-tidy, the fuzzer's corpus. Sourced by
 # bash scripts.
 
 tandrel_cache_directory() {

@@ -1,12 +1,12 @@
-# Functions for throw-away Wine prefixes. Sourced by bash scripts; needs `set -u` safe callers only.
+# Functions for throw-away Wine prefixes. Sourced by bash scripts.
 #
-# A "prefix directory" made here holds home/ (the HOME of everything that runs in it) and prefix/ (the WINEPREFIX).
-# The template prefix takes seconds and 700 MB, a clone 0.1 s and 10 MB: only the tree of system DLLs is shared, by
-# hard links, because Wine rewrites other files in place and would change the template through a link.
+# A "prefix directory" contains home/ (the HOME of everything that runs in it) and prefix/ (the WINEPREFIX).
+# The template prefix takes seconds and 700 MB, a clone 0.1 s and 10 MB: a clone shares the tree of system DLLs by hard
+# links. Nothing else is shared, because Wine rewrites other files in place and would change the template through a link.
 
 . "$(dirname "${BASH_SOURCE[0]}")/cache.sh"
 
-# Raise this when the recipe of the template changes, so that old templates are not used any more.
+# Increase this when the template is made differently, so that old templates are no longer used.
 tandrel_wine_recipe=1
 
 tandrel_wine_directory() {
@@ -19,13 +19,13 @@ tandrel_wine_directory() {
     echo "$(tandrel_cache_directory)/$version-r$tandrel_wine_recipe-u$(id -u)"
 }
 
-# Points every Wine program that is started from now on to the prefix directory $1.
+# Makes every Wine program started from now on use the prefix directory $1.
 tandrel_wine_enter() {
     export HOME="$1/home" WINEPREFIX="$1/prefix" WINEARCH=win64
     export WINEDEBUG="${WINEDEBUG:--all}"
     # Without the last two, shortcuts leak into the desktop of the user and a crash waits for a debugger.
     export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree=;winemenubuilder.exe,winedbg.exe=d}"
-    # Under the C locale file names and arguments lose everything beyond ASCII.
+    # With the C locale, file names and arguments lose everything except ASCII.
     export LC_ALL=C.UTF-8
     unset DISPLAY WAYLAND_DISPLAY XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME
 }
@@ -53,7 +53,7 @@ tandrel_wine_build_template() {
     fi
 }
 
-# Prints the directory of the template; makes it first when there is none. Safe against parallel callers.
+# Prints the directory of the template; creates it first if necessary. Safe for parallel callers.
 tandrel_wine_template() {
     local directory lock new
     directory=$(tandrel_wine_directory) || return 1
@@ -84,7 +84,7 @@ tandrel_wine_clone() {
         esac
     done
     if ! cp -al "$from/drive_c/windows" "$to/drive_c/windows" 2>/dev/null; then
-        # Another file system than the cache: no hard links there.
+        # A different file system from the cache's, where hard links are impossible.
         rm -rf "$to/drive_c/windows"
         cp -a --reflink=auto "$from/drive_c/windows" "$to/drive_c/windows" || return 1
         return 0

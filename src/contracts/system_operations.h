@@ -1,14 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+class InstallerUI;
 
 // A value of the registry, as the description asks for it.
 struct SystemRegistryValue {
-    std::uint32_t type =
-        0;             // the number of the value's type as Windows defines it (1 text, 2, 3 binary, 4 ...)
-    std::string data;  // texts as UTF-8 without terminator, a double word as 4 bytes little-endian
+    // The number of the value's type as Windows defines it (1 text, 2, 3 binary, 4 ...).
+    std::uint32_t type = 0;
+    // Texts as UTF-8 without terminator, a double word as 4 bytes little-endian.
+    std::string data;
 };
 
 // Flags of the operations on the list of installed applications.
@@ -17,41 +22,64 @@ enum UninstallEntryFlag : std::uint32_t {
     kEntryWait = 2,
 };
 
-// What the description and the engine ask of the operating system: the session's own words for it, answered
-// by Wini. Texts are UTF-8; buffer sizes are in bytes with the terminator. Session thread only.
+// A product, as the list of installed applications shows it.
+struct ApplicationEntry {
+    std::string name;
+    std::string version;
+    std::string website;
+    std::string command;    // in double quotes
+    std::string arguments;  // of the command
+};
+
+// What the description and the engine ask of the operating system's services. Texts are UTF-8. Session thread
+// only.
 class SystemOperations {
 public:
     virtual ~SystemOperations() = default;
 
-    // The path of a new temporary file; no file is made. 0, or -1 when the system refuses.
-    virtual int getTemporaryFileName(char* buffer, int size) = 0;
+    // The path of a new temporary file; no two calls give the same, and no file is made. None when the system
+    // refuses or the path gets too long.
+    virtual std::optional<std::string> temporaryFileName() = 0;
 
-    // Is `applicationName` in the system's list of installed applications?
-    virtual bool findUninstallEntry(const char* applicationName, std::uint32_t flags) = 0;
-    // Appends the entries whose name contains `nameFilter` and, with a non-empty `publisher`, whose publisher
-    // contains that.
-    virtual void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
-                                        const char* publisher, std::uint32_t flags) = 0;
-    // The action log that the application's registered uninstall command names.
-    virtual bool getApplicationLogFile(const char* applicationName, char* buffer, int size) = 0;
+    // Is `applicationName` in the system's list of installed applications? `flags` is, here and below, a set
+    // of UninstallEntryFlag.
+    virtual bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) = 0;
+    // The entries whose name contains `nameFilter` and, unless `publisher` is empty, whose publisher contains
+    // that.
+    virtual std::vector<std::string> findEntriesByPublisher(std::string_view nameFilter,
+                                                            std::string_view publisher,
+                                                            std::uint32_t flags) = 0;
+    // The action log that the application's registered uninstall command names; none when there is no such
+    // path or it is longer than a path may be.
+    virtual std::optional<std::string> applicationLogFile(std::string_view applicationName) = 0;
+    // Makes or renews an entry. True when all of it was written; failures are logged.
+    virtual bool registerApplication(const ApplicationEntry& entry) = 0;
+    // False when there is no such entry or it can't be removed.
+    virtual bool removeUninstallEntry(std::string_view applicationName) = 0;
+    // Runs the registered uninstaller of another application. With kEntryWait true means that it ended with
+    // 0, otherwise that it started. `ui` may be null.
+    virtual bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
+                                      std::uint32_t flags, InstallerUI* ui) = 0;
 
-    // Does a process of that base name run, from that directory if one is given (null or empty: any)?
-    virtual bool isApplicationRunning(const char* name, const char* directory) = 0;
+    // Does a process of that base name run, from that directory if one is given (empty: any)?
+    virtual bool isApplicationRunning(std::string_view name, std::string_view directory) = 0;
     // Stops every process that isApplicationRunning would find. True if one was found and stopped.
-    virtual bool closeApplication(const char* name, bool isService, const char* directory) = 0;
+    virtual bool closeApplication(std::string_view name, bool isService, std::string_view directory) = 0;
 
     // Copies a whole file over what is at `to`. False when not every byte arrived.
-    virtual bool copyFile(const char* from, const char* to) = 0;
+    virtual bool copyFile(std::string_view from, std::string_view to) = 0;
 
-    // Raw reading of the registry for the look-ups of default values. `place` is one of the four hive names
-    // ("HKEY_LOCAL_MACHINE", ...), `path` is separated by `\`. False when there is no such key or value.
-    virtual bool readRegistryValue(const char* place, const char* path, const char* valueName,
-                                   SystemRegistryValue& outValue) = 0;
-    virtual bool listRegistryKeys(const char* place, const char* path,
-                                  std::vector<std::string>& outNames) = 0;
+    // Reads the registry for the look-ups of default values. `place` is one of the four hive names
+    // ("HKEY_LOCAL_MACHINE", ...), `path` is separated by `\`. None when there is no such key or value.
+    virtual std::optional<SystemRegistryValue> readRegistryValue(std::string_view place,
+                                                                 std::string_view path,
+                                                                 std::string_view valueName) = 0;
+    // The names of the direct subkeys.
+    virtual std::optional<std::vector<std::string>> listRegistryKeys(std::string_view place,
+                                                                     std::string_view path) = 0;
 
-    // Lets the system's default program show a web page. False when it can't.
-    virtual bool openInDefaultBrowser(const char* url) = 0;
+    // Lets the system's default program show a web page. False, and a line of the log, when it can't.
+    virtual bool openInDefaultBrowser(std::string_view url) = 0;
 
     // Waits; the front end isn't served meanwhile.
     virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;

@@ -19,7 +19,7 @@ int hexadecimalValue(char c) {
 
 }  // namespace
 
-int ConditionParser::evaluate() {
+std::optional<bool> ConditionParser::evaluate() {
     levels_.emplace_back();
     Next next = Next::kOperand;
     while (next == Next::kOperand) {
@@ -30,9 +30,9 @@ int ConditionParser::evaluate() {
         }
     }
     if (next == Next::kFailed) {
-        return -1;
+        return std::nullopt;
     }
-    return result_ ? 1 : 0;
+    return result_;
 }
 
 // Carries an operand as far as it leads: it may complete a comparison, that the condition in a parenthesis,

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -12,8 +13,8 @@ public:
     // The text must outlive the parser; it ends at its first zero byte.
     explicit ConditionParser(std::string_view text) : text_(text.substr(0, text.find('\0'))) {}
 
-    // 1, 0, or -1 when an operand or operator can't be read. Text behind the condition is ignored.
-    int evaluate();
+    // Nothing when an operand or an operator cannot be read. Text after the condition is ignored.
+    std::optional<bool> evaluate();
 
 private:
     // Two numbers have a meaning beside their value, and so can't be written in a condition.

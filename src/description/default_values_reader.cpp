@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr std::size_t kNameCapacity = InstallVariable::kNameCapacity;
+constexpr std::size_t kNameCapacity = InstallVariable::kNameLimit + 1;
 constexpr int kShortText = 1024;
 constexpr int kRegistryText = 8192;
 
@@ -234,10 +234,9 @@ void DefaultValuesReader::defineFromInstalledVariable(const Value& value) {
     if (value.applicationName == nullptr || value.text == nullptr) {
         return;
     }
-    char log[OUtils::kPathCapacity];
+    const auto log = sources_.system.applicationLogFile(value.applicationName);
     std::string found;
-    if (sources_.system.getApplicationLogFile(value.applicationName, log, sizeof log) &&
-        sources_.logs.findVariableInLog(log, value.text, found)) {
+    if (log && sources_.logs.findVariableInLog(log->c_str(), value.text, found)) {
         publish(value, found.c_str());
     } else if (value.defaultText != nullptr) {
         publish(value, value.defaultText);
@@ -294,7 +293,7 @@ void DefaultValuesReader::defineFromProcess(const Value& value) {
     if (hasDirectory) {
         OUtils::normalizePath(directory);
     }
-    const bool runs = sources_.system.isApplicationRunning(value.text, hasDirectory ? directory : nullptr);
+    const bool runs = sources_.system.isApplicationRunning(value.text, hasDirectory ? directory : "");
     variables_.setVariable(value.name, runs ? "1" : "0");
 }
 

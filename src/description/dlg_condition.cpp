@@ -23,8 +23,7 @@ int RunningAppsCondition::evaluate(SystemOperations* system, InstallerUI* ui) {
     bool isFree = true;
     bool isShownRight = true;
     for (Entry& entry : entries_) {
-        const char* directory = entry.directory.empty() ? nullptr : entry.directory.c_str();
-        entry.running = system->isApplicationRunning(entry.process.c_str(), directory);
+        entry.running = system->isApplicationRunning(entry.process, entry.directory);
         isFree = isFree && !entry.running;
         isShownRight = isShownRight && entry.running == entry.shown;
     }
@@ -55,7 +54,7 @@ int ExternalInstallationCondition::evaluate(SystemOperations* system, InstallerU
     }
     const std::uint32_t flags = in32BitView_ ? kEntryIn32BitView : 0U;
     for (const std::string& name : names_) {
-        if (system->findUninstallEntry(name.c_str(), flags)) {
+        if (system->findUninstallEntry(name, flags)) {
             return 0;
         }
     }

@@ -1,29 +1,52 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "description/variable_expansion.h"
 #include "support/debug_log.h"
 
 class VariableLookup;
 
-// The two forms of variable references and the language of conditions.
+// The two forms of references to variables and the language of conditions.
 class Expressions {
 public:
-    //
+    // The bytes of a whole expansion; what is longer is cut.
+    static constexpr std::size_t kWholeLimit = 1024 * 1024 - 1;
+
+    // `variables` outlives this object.
     Expressions(VariableLookup& variables, DebugLog debugLog) : variables_(variables), debugLog_(debugLog) {}
 
-    // Puts values in the place of [NAME]. Returns the bytes that the whole expansion needs, with the
-    // terminator; 0 when `source` is null or empty or, with `stopOnMissing`, a variable is missing, and then
-    // `destination` is empty. A missing variable otherwise stays as it is written, and is logged. The result
-    // is cut to `size` bytes and terminated. `destination` may be null to measure; when it isn't, the
-    // expansion ends as soon as it is full, and the return value only tells what was needed up to there.
+    // Replaces [NAME] by the value; the result is cut to `capacity` - 1 bytes. Nothing for an empty text and,
+    // with `stopOnMissing`, where a variable is missing; otherwise a missing variable stays as it is written,
+    // and that is logged.
+    std::optional<std::string> expand(std::string_view text, std::size_t capacity,
+                                      bool stopOnMissing = false);
+    // The same with room for kWholeLimit bytes, and empty for nothing.
+    std::string expandWhole(std::string_view text, bool stopOnMissing = false);
+    // The same with at most `limit` bytes, and the length that the result would have had.
+    std::optional<Expansion> expandMeasured(std::string_view text, std::size_t limit, bool stopOnMissing);
+
+    // Replaces $NAME by the value. Nothing when a variable is missing or the result needs `capacity` bytes or
+    // more.
+    std::optional<std::string> expandDollars(std::string_view text, std::size_t capacity);
+    // The same, but `outText` keeps what was produced before a fault. False after a fault.
+    bool expandDollarsUpToFault(std::string_view text, std::size_t capacity, std::string& outText);
+
+    // Whether the condition is true, after its variables were put in. Nothing when it can't be evaluated. An
+    // empty text is true. Only the first 2,047 bytes of the expanded text count.
+    std::optional<bool> evaluate(std::string_view condition);
+    // True unless the condition is evaluated to false. A broken condition holds, so that a mistake in a
+    // description leaves nothing out; so does a missing one.
+    bool holds(std::optional<std::string_view> condition) {
+        return evaluate(condition.value_or(std::string_view())).value_or(true);
+    }
+
+    // The same with buffers and numbers; for callers that have not moved yet.
     int expandVariables(const char* source, char* destination, int size, bool stopOnMissing);
-
-    // Puts values in the place of $NAME. 1 on success; 0 when a variable is missing or the text doesn't fit
-    // `size` bytes, and then `destination` holds what was produced ahead of the fault, terminated.
     int expandDollarVariables(const char* source, char* destination, int size);
-
-    // 1 true, 0 false, -1 when it can't be evaluated; callers test for non-zero. A null or empty text is
-    // true. Only the first 2,047 bytes of the expanded text count, which also bounds how deep parentheses
-    // nest.
     int evaluateCondition(const char* text);
 
 private:

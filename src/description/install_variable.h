@@ -3,10 +3,14 @@
 #include <cstddef>
 #include <string>
 
-// One variable. The texts are cut to one byte less than their capacities when they are stored.
+#include "description/variable_lookup.h"
+
+// One variable. Its texts are cut to the limits, in bytes, when they are stored.
 struct InstallVariable {
-    static constexpr std::size_t kNameCapacity = 1024;
-    static constexpr std::size_t kTextCapacity = 1560;
+    static constexpr std::size_t kNameLimit = 1023;
+    static constexpr std::size_t kTextLimit = VariableLookup::kTextLimit;
+    // With a terminator; for callers that have not moved yet.
+    static constexpr std::size_t kTextCapacity = kTextLimit + 1;
 
     std::string name;          // the spelling of the last store
     std::string value;         // the current value

@@ -7,8 +7,8 @@
 
 struct PredefinedVariables::Entry {
     const char* name;
-    // False when the value can't be had.
-    bool (PredefinedVariables::*read)(std::string& outValue);
+    // Nothing when the value can't be had.
+    std::optional<std::string> (PredefinedVariables::*get)();
 };
 
 PredefinedVariables::PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment,
@@ -32,61 +32,51 @@ std::vector<std::string_view> PredefinedVariables::names() {
     return names;
 }
 
-const PredefinedVariables::Entry* PredefinedVariables::find(const char* name) {
+const PredefinedVariables::Entry* PredefinedVariables::find(std::string_view name) {
     for (const Entry& entry : kEntries) {
-        if (OUtils::equalsIgnoreCase(name, entry.name)) {
+        if (OUtils::equalsIgnoreCase(name, std::string_view(entry.name))) {
             return &entry;
         }
     }
     return nullptr;
 }
 
-bool PredefinedVariables::isPredefined(const char* name) {
+bool PredefinedVariables::isPredefined(std::string_view name) {
     return find(name) != nullptr;
 }
 
-int PredefinedVariables::read(const char* name, char* buffer, int size) {
+std::optional<std::string> PredefinedVariables::get(std::string_view name) {
     const Entry* entry = find(name);
-    if (entry == nullptr) {
-        return -1;
-    }
-    std::string value;
-    const bool known = (this->*entry->read)(value);
-    OUtils::copyText(buffer, value.c_str(), size);
-    return known ? -2 : -1;
+    return entry == nullptr ? std::nullopt : (this->*entry->get)();
 }
 
-bool PredefinedVariables::guiInstall(std::string& outValue) {
-    outValue = isGraphical_ != 0 ? "1" : "0";
-    return true;
+std::optional<std::string> PredefinedVariables::guiInstall() {
+    return isGraphical_ != 0 ? "1" : "0";
 }
 
-bool PredefinedVariables::installerDirectory(std::string& outValue) {
+std::optional<std::string> PredefinedVariables::installerDirectory() {
     std::string path;
     environment_.getProgramPath(path);
     const std::size_t separator = path.find_last_of("/\\");
-    outValue = separator == std::string::npos ? "" : path.substr(0, separator == 0 ? 1 : separator);
-    return true;
+    return separator == std::string::npos ? "" : path.substr(0, separator == 0 ? 1 : separator);
 }
 
-bool PredefinedVariables::installerFileName(std::string& outValue) {
+std::optional<std::string> PredefinedVariables::installerFileName() {
     std::string path;
     environment_.getProgramPath(path);
-    outValue = OUtils::lastPathComponent(path);
-    return true;
+    return std::string(OUtils::lastPathComponent(path));
 }
 
-bool PredefinedVariables::temporaryDirectory(std::string& outValue) {
-    if (environment_.getTempDirectory(outValue)) {
-        return true;
+std::optional<std::string> PredefinedVariables::temporaryDirectory() {
+    std::string path;
+    if (environment_.getTempDirectory(path)) {
+        return path;
     }
-    outValue.clear();
-    debugLog_.print("WARNING: Failed to obtain temp directory for variable usage!");
-    return false;
+    debugLog_.line("WARNING: Failed to obtain temp directory for variable usage!");
+    return std::nullopt;
 }
 
 // Descriptions were written for one system and test this; every system keeps to it.
-bool PredefinedVariables::systemName(std::string& outValue) {
-    outValue = "win";
-    return true;
+std::optional<std::string> PredefinedVariables::systemName() {
+    return "win";
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,22 +17,21 @@ public:
     // `isGraphical` is the session's flag, non-zero with the graphical front end.
     PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment, DebugLog debugLog);
 
-    static bool isPredefined(const char* name);
+    static bool isPredefined(std::string_view name);
     static std::vector<std::string_view> names();
-    // -2 with the value in `buffer` (which may be null), cut to `size` bytes and terminated. -1 when there is
-    // no such name (`buffer` stays), or no temporary directory (`buffer` is emptied, and that is logged).
-    int read(const char* name, char* buffer, int size);
+    // Nothing when there is no such name, or no temporary directory, which is logged.
+    std::optional<std::string> get(std::string_view name);
 
 private:
     struct Entry;
     static const Entry kEntries[];
-    static const Entry* find(const char* name);
+    static const Entry* find(std::string_view name);
 
-    bool guiInstall(std::string& outValue);
-    bool installerDirectory(std::string& outValue);
-    bool installerFileName(std::string& outValue);
-    bool temporaryDirectory(std::string& outValue);
-    bool systemName(std::string& outValue);
+    std::optional<std::string> guiInstall();
+    std::optional<std::string> installerDirectory();
+    std::optional<std::string> installerFileName();
+    std::optional<std::string> temporaryDirectory();
+    std::optional<std::string> systemName();
 
     const std::int32_t& isGraphical_;
     EnvironmentAccess& environment_;

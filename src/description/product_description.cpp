@@ -1,5 +1,6 @@
 #include "description/product_description.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -23,12 +24,95 @@ constexpr char kInstallBackupFile[] = "TandrelGroupInstallation/Installation/Uni
 constexpr char kUninstallCmd[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallCmd";
 constexpr char kUninstallXmlFile[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallXmlFile";
 
+constexpr const char* kVersion[] = {kMajorVersion, kMinorVersion, kMinestVersion};
+
 void append(char* buffer, int size, const char* text) {
     const auto length = static_cast<int>(strnlen(buffer, static_cast<std::size_t>(size)));
     OUtils::copyText(buffer + length, text, size - length);
 }
 
 }  // namespace
+
+bool ProductDescription::exists() const {
+    return description_.findByName("ProductDesc") >= 0;
+}
+
+std::optional<std::string> ProductDescription::plain(std::string_view path) const {
+    const char* text = description_.getText(description_.findPath(path));
+    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+}
+
+std::optional<std::string> ProductDescription::expanded(std::string_view path) const {
+    const std::optional<std::string> text = plain(path);
+    return text ? expressions_.expand(*text, kTextLimit + 1) : std::nullopt;
+}
+
+std::optional<std::string> ProductDescription::fullName() const {
+    return plain(kFullName);
+}
+
+std::optional<std::string> ProductDescription::majorVersion() const {
+    return plain(kMajorVersion);
+}
+
+std::optional<std::string> ProductDescription::website() const {
+    return plain(kWebsite);
+}
+
+std::optional<std::string> ProductDescription::supportEmail() const {
+    return plain(kSupportEmail);
+}
+
+std::optional<std::string> ProductDescription::installHelpUrl() const {
+    return plain(kInstallHelpUrl);
+}
+
+std::optional<std::string> ProductDescription::version() const {
+    const auto isMissing = [this](const char* path) { return !plain(path); };
+    return std::any_of(std::begin(kVersion), std::end(kVersion), isMissing) ? std::nullopt
+                                                                            : std::optional(versionSoFar());
+}
+
+std::string ProductDescription::versionSoFar() const {
+    std::string text;
+    for (const char* path : kVersion) {
+        text += path == kMajorVersion ? "" : ".";
+        const std::optional<std::string> number = plain(path);
+        if (!number) {
+            break;
+        }
+        text += *number;
+    }
+    return text;
+}
+
+std::optional<std::string> ProductDescription::title() const {
+    std::optional<std::string> title = plain(kTitle);
+    if (title && !title->empty()) {
+        return title;
+    }
+    title = fullName();
+    if (const std::optional<std::string> number = version(); title && number) {
+        *title += " - ver. " + *number;
+    }
+    return title;
+}
+
+std::optional<std::string> ProductDescription::installLogFile() const {
+    return expanded(kInstallLogFile);
+}
+
+std::optional<std::string> ProductDescription::installBackupFile() const {
+    return expanded(kInstallBackupFile);
+}
+
+std::optional<std::string> ProductDescription::uninstallCommand() const {
+    return expanded(kUninstallCmd);
+}
+
+std::optional<std::string> ProductDescription::uninstallXmlFile() const {
+    return expanded(kUninstallXmlFile);
+}
 
 int ProductDescription::readProductDescription() const {
     return description_.findByName("ProductDesc") < 0 ? -1 : 0;

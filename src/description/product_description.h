@@ -1,37 +1,62 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
 class Expressions;
 class PXML;
 
-// The product's texts. Getters fill `buffer` of `size` bytes, cut and terminated.
+// The product's texts, as the description gives them. Nothing where the element or its text is missing.
 class ProductDescription {
 public:
+    static constexpr std::size_t kTextLimit = 1559;  // bytes of an expanded path
+    static constexpr std::string_view kUnknownTitle = "Unknown title";
+
+    // Both outlive this object.
     ProductDescription(const PXML& description, Expressions& expressions)
         : description_(description), expressions_(expressions) {}
 
-    // 0, or -1 when the description has no ProductDesc element.
-    int readProductDescription() const;
+    // Whether the description has the element ProductDesc.
+    bool exists() const;
 
-    // 0; -1 with `buffer` emptied when the element or its text is missing, or `buffer` is null.
+    std::optional<std::string> fullName() const;
+    std::optional<std::string> majorVersion() const;
+    std::optional<std::string> website() const;
+    std::optional<std::string> supportEmail() const;
+    std::optional<std::string> installHelpUrl() const;
+    // Three numbers joined by ".". Nothing when one is missing.
+    std::optional<std::string> version() const;
+    // The same, but with the numbers before the first one that is missing, and the "." after them.
+    std::string versionSoFar() const;
+    // The description's title, or full name and version. Nothing when there is no full name; the title is
+    // then kUnknownTitle where one has to be shown.
+    std::optional<std::string> title() const;
+
+    // Paths, with their variables expanded. Also nothing where the expansion gives nothing.
+    std::optional<std::string> installLogFile() const;
+    std::optional<std::string> installBackupFile() const;
+    std::optional<std::string> uninstallCommand() const;
+    std::optional<std::string> uninstallXmlFile() const;
+
+    // The same with buffers and numbers; for callers that have not moved yet.
+    int readProductDescription() const;
     int getFullName(char* buffer, int size) const;
     int getMajorVersion(char* buffer, int size) const;
     int getWebsite(char* buffer, int size) const;
     int getSupportEmail(char* buffer, int size) const;
     int getInstallHelpUrl(char* buffer, int size) const;
-    // Three numbers joined by ".". -1 when one is missing; `buffer` holds what was joined so far.
     int getVersion(char* buffer, int size) const;
-    // The description's title, or full name and version. 0; -1 with "Unknown title" when there is no full
-    // name.
     int getTitle(char* buffer, int size) const;
-
-    // Paths, with their variables expanded. 0; -1 when the element or its text is missing; 1 when the
-    // expansion gave nothing. `buffer` is empty unless the result is 0.
     int getInstallLogFile(char* buffer, int size) const;
     int getInstallBackupFile(char* buffer, int size) const;
     int getUninstallCmd(char* buffer, int size) const;
     int getUninstallXmlFile(char* buffer, int size) const;
 
 private:
+    std::optional<std::string> plain(std::string_view path) const;
+    std::optional<std::string> expanded(std::string_view path) const;
     int getPlain(const char* path, char* buffer, int size) const;
     int getExpanded(const char* path, char* buffer, int size) const;
 

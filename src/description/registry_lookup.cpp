@@ -79,12 +79,12 @@ int registryValueToText(const SystemRegistryValue& value, char* buffer, int size
 
 int RegistryLookup::readValue(const char* place, const std::string& key, const char* valueName, char* buffer,
                               int size) {
-    SystemRegistryValue value;
-    if (!system_.readRegistryValue(place, key.c_str(), valueName == nullptr ? "" : valueName, value) ||
-        storedBytes(value) > static_cast<std::int64_t>(size) * 2) {
+    const auto value =
+        system_.readRegistryValue(place == nullptr ? "" : place, key, valueName == nullptr ? "" : valueName);
+    if (!value || storedBytes(*value) > static_cast<std::int64_t>(size) * 2) {
         return -1;
     }
-    return registryValueToText(value, buffer, size);
+    return registryValueToText(*value, buffer, size);
 }
 
 // Replaces one wildcard after the other, from the front, by the names of the subkeys that it stands for.
@@ -102,12 +102,12 @@ bool RegistryLookup::resolve(const char* place, const std::string& pattern,
         std::vector<std::string> resolved;
         for (const std::string& key : outKeys) {
             std::string parent = key + ahead;
-            std::vector<std::string> names;
-            if (!system_.listRegistryKeys(place, parent.substr(0, parent.find_last_not_of('\\') + 1).c_str(),
-                                          names)) {
+            const auto names = system_.listRegistryKeys(place == nullptr ? "" : place,
+                                                        parent.substr(0, parent.find_last_not_of('\\') + 1));
+            if (!names) {
                 continue;
             }
-            for (const std::string& name : names) {
+            for (const std::string& name : *names) {
                 if (name.compare(0, prefix.size(), prefix) == 0) {
                     resolved.push_back(parent + name);
                 }

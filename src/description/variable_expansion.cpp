@@ -1,154 +1,141 @@
 #include "description/variable_expansion.h"
 
 #include <algorithm>
-#include <cstring>
-#include <string>
-#include <string_view>
 
 #include "description/variable_lookup.h"
-#include "support/debug_log.h"
 
 namespace {
 
 constexpr std::size_t kNameLimit = 1023;
 constexpr std::size_t kNameWarningLimit = 1024;
-constexpr int kBracketValueSize = 1560;
-constexpr int kDollarValueSize = 1024;
+constexpr std::size_t kQuotedLimit = 1023;       // bytes of the source that a warning shows
+constexpr std::size_t kDollarValueLimit = 1023;  // bytes that count of a value after `$`
 
 bool isNameCharacter(char c) {
     return c == '_' || c == '$' || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 // The end of the text counts as the start of a name, too: a last `[` is a reference without a name.
-bool beginsReference(const char* at) {
-    return *at == '[' && (at[1] == '\0' || isNameCharacter(at[1]));
+bool beginsReference(std::string_view rest) {
+    return rest.front() == '[' && (rest.size() == 1 || isNameCharacter(rest[1]));
 }
-
-// A buffer of a fixed size that is always terminated, and the count of what would have gone into it.
-class Output {
-public:
-    Output(char* buffer, int size)
-        : buffer_(size > 0 ? buffer : nullptr), size_(size > 0 ? static_cast<std::size_t>(size) : 0) {
-        clear();
-    }
-
-    void clear() {
-        if (buffer_ != nullptr) {
-            buffer_[0] = '\0';
-        }
-    }
-    void append(std::string_view text) {
-        if (buffer_ != nullptr && length_ + 1 < size_) {
-            const std::size_t fitting = std::min(text.size(), size_ - length_ - 1);
-            std::memcpy(buffer_ + length_, text.data(), fitting);
-            buffer_[length_ + fitting] = '\0';
-        }
-        length_ += text.size();
-    }
-    std::size_t length() const { return length_; }
-    bool isFull() const { return length_ + 1 >= size_; }
-
-private:
-    char* buffer_;
-    std::size_t size_;
-    std::size_t length_ = 0;
-};
 
 class BracketExpansion {
 public:
-    BracketExpansion(VariableLookup& variables, DebugLog debugLog, const char* source)
-        : variables_(variables), debugLog_(debugLog), source_(source) {}
+    BracketExpansion(VariableLookup& variables, const DebugLog& debugLog, std::string_view source,
+                     std::size_t limit)
+        : variables_(variables), debugLog_(debugLog), source_(source), limit_(limit), rest_(source) {}
 
-    int run(Output& output, bool isBounded, bool stopOnMissing) {
-        const char* at = source_;
+    std::optional<Expansion> run(bool stopOnMissing) {
         do {
-            if (!beginsReference(at)) {
-                at = copyPlain(at, output, isBounded);
-            } else if (!expandReference(at, output) && stopOnMissing) {
-                output.clear();
-                return 0;
+            if (!beginsReference(rest_)) {
+                copyPlain();
+            } else if (!expandReference() && stopOnMissing) {
+                return std::nullopt;
             }
-        } while (*at != '\0' && !(isBounded && output.isFull()));
-        return static_cast<int>(output.length()) + 1;
+        } while (!isOver());
+        return std::move(result_);
     }
 
 private:
-    static const char* copyPlain(const char* at, Output& output, bool isBounded) {
-        do {
-            output.append(std::string_view(at, 1));
-            ++at;
-        } while (*at != '\0' && !beginsReference(at) && !(isBounded && output.isFull()));
-        return at;
+    bool isOver() const { return rest_.empty() || result_.length >= limit_; }
+
+    void append(std::string_view text) {
+        result_.text.append(text.substr(0, limit_ - result_.text.size()));
+        result_.length += text.size();
     }
 
-    // Moves `at` behind the reference. False when there is no such variable; the reference stands as it is
-    // then.
-    bool expandReference(const char*& at, Output& output) {
-        const char* start = at + 1;
-        const std::size_t length = std::strcspn(start, "]");
-        at = start + length + (start[length] == ']' ? 1 : 0);
-        const std::string name(start, std::min(length, kNameLimit));
-        if (length > kNameWarningLimit) {
-            debugLog_.print("WARNING: Variable [%s] is too long in the expression \"%.1023s\"", name.c_str(),
-                            source_);
+    void copyPlain() {
+        const std::size_t room = result_.length < limit_ ? limit_ - result_.length : 1;
+        std::size_t length = 1;
+        while (length < std::min(rest_.size(), room) && !beginsReference(rest_.substr(length))) {
+            ++length;
         }
-        char value[kBracketValueSize] = "";
-        if (variables_.getVariable(name.c_str(), value, kBracketValueSize) != -1) {
-            output.append(value);
+        append(rest_.substr(0, length));
+        rest_.remove_prefix(length);
+    }
+
+    std::string_view takeName() {
+        rest_.remove_prefix(1);
+        const std::string_view name = rest_.substr(0, rest_.find(']'));
+        rest_.remove_prefix(std::min(name.size() + 1, rest_.size()));
+        return name;
+    }
+
+    // False when there is no such variable; the reference stays as it is written then.
+    bool expandReference() {
+        const std::string_view written = takeName();
+        const std::string name(written.substr(0, kNameLimit));
+        if (written.size() > kNameWarningLimit) {
+            debugLog_.line("WARNING: Variable [" + name + "] is too long in the expression \"" + quoted() +
+                           "\"");
+        }
+        if (const std::optional<std::string> value = variables_.get(name)) {
+            append(*value);
             return true;
         }
-        debugLog_.print("WARNING: Variable [%s] is not initialized in the expression: \"%.1023s\"",
-                        name.c_str(), source_);
-        output.append("[" + name + "]");
+        debugLog_.line("WARNING: Variable [" + name + "] is not initialized in the expression: \"" +
+                       quoted() + "\"");
+        append("[" + name + "]");
         return false;
     }
 
+    std::string quoted() const { return std::string(source_.substr(0, kQuotedLimit)); }
+
     VariableLookup& variables_;
-    DebugLog debugLog_;
-    const char* source_;
+    const DebugLog& debugLog_;
+    std::string_view source_;
+    std::size_t limit_;
+    std::string_view rest_;
+    Expansion result_;
 };
+
+// Cuts a name off the start of `rest`.
+std::string_view takeDollarName(std::string_view& rest) {
+    const auto end = std::find_if_not(rest.begin(), rest.end(), isNameCharacter);
+    const std::string_view name = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+    rest.remove_prefix(name.size());
+    return name.substr(0, kNameLimit);
+}
 
 }  // namespace
 
-int expandBracketVariables(VariableLookup& variables, DebugLog debugLog, const char* source,
-                           char* destination, int size, bool stopOnMissing) {
-    Output output(destination, size);
-    if (source == nullptr || *source == '\0') {
-        return 0;
-    }
-    return BracketExpansion(variables, debugLog, source).run(output, destination != nullptr, stopOnMissing);
+std::optional<std::string> VariableLookup::get(std::string_view name) {
+    std::optional<VariableReading> reading = read(name, kTextLimit);
+    return reading ? std::optional<std::string>(std::move(reading->value)) : std::nullopt;
 }
 
-int expandDollarVariables(VariableLookup& variables, const char* source, char* destination, int size) {
-    Output output(destination, size);
-    if (source == nullptr || destination == nullptr || size < 1) {
-        return 0;
+std::optional<Expansion> expandBracketVariables(VariableLookup& variables, const DebugLog& debugLog,
+                                                std::string_view source, std::size_t limit,
+                                                bool stopOnMissing) {
+    if (source.empty()) {
+        return std::nullopt;
     }
-    const auto limit = static_cast<std::size_t>(size);
-    const char* at = source;
-    while (*at != '\0') {
-        if (*at != '$') {
-            const std::string_view plain(at, std::strcspn(at, "$"));
-            output.append(plain);
-            at += plain.size();
-        } else {
-            const char* start = ++at;
-            while (isNameCharacter(*at)) {
-                ++at;
+    return BracketExpansion(variables, debugLog, source, limit).run(stopOnMissing);
+}
+
+bool expandDollarVariables(VariableLookup& variables, std::string_view source, std::size_t limit,
+                           std::string& outText) {
+    outText.clear();
+    while (!source.empty()) {
+        if (source.front() != '$') {
+            const std::string_view plain = source.substr(0, source.find('$'));
+            const std::size_t room = limit - outText.size();
+            // Of plain text, what fits is kept; of a value, all or nothing.
+            outText.append(plain.substr(0, room));
+            if (plain.size() > room) {
+                return false;
             }
-            const std::string name(start, std::min(static_cast<std::size_t>(at - start), kNameLimit));
-            char value[kDollarValueSize] = "";
-            if (variables.getVariable(name.c_str(), value, kDollarValueSize) == -1) {
-                return 0;
-            }
-            if (std::strlen(value) + output.length() >= limit) {
-                return 0;
-            }
-            output.append(value);
+            source.remove_prefix(plain.size());
+            continue;
         }
-        if (output.length() >= limit) {
-            return 0;
+        source.remove_prefix(1);
+        const std::optional<VariableReading> value =
+            variables.read(takeDollarName(source), kDollarValueLimit);
+        if (!value || value->value.size() > limit - outText.size()) {
+            return false;
         }
+        outText.append(value->value);
     }
-    return 1;
+    return true;
 }

@@ -1,5 +1,6 @@
 #include "description/variable_store.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string_view>
@@ -14,36 +15,30 @@
 
 namespace {
 
-constexpr int kUnknown = -1;
-constexpr int kOutside = -2;
-constexpr std::size_t kEnvironmentCapacity = 2048;  // of the text NAME=VALUE, with its terminator
-constexpr int kRecalculationSize = 1024;
+constexpr std::size_t kEnvironmentLimit = 2047;    // bytes of the text NAME=VALUE
+constexpr std::size_t kRecalculationLimit = 1023;  // shorter than that of a store, and kept so
 constexpr std::size_t kAssignmentLimit = 1024;
 
+std::string_view cutTo(std::string_view text, std::size_t limit) {
+    return text.substr(0, std::min(limit, text.find('\0')));
+}
+
 // The key that makes two spellings one variable.
-std::string keyOf(const char* name) {
-    return OUtils::toLowerAscii(std::string_view(name, strnlen(name, InstallVariable::kNameCapacity - 1)));
+std::string keyOf(std::string_view name) {
+    return OUtils::toLowerAscii(cutTo(name, InstallVariable::kNameLimit));
 }
 
-std::string cutTo(const char* text, std::size_t capacity) {
-    return std::string(text, strnlen(text, capacity - 1));
-}
-
-std::optional<std::string> storedText(const char* text) {
-    if (text == nullptr) {
+std::optional<std::string> storedText(std::optional<std::string_view> text) {
+    if (!text) {
         return std::nullopt;
     }
-    std::string stored = cutTo(text, InstallVariable::kTextCapacity);
+    std::string stored(cutTo(*text, InstallVariable::kTextLimit));
     OUtils::collapseSeparators(stored.data());
     stored.resize(std::strlen(stored.c_str()));
     return stored;
 }
 
-bool isEmpty(const char* text) {
-    return text == nullptr || *text == '\0';
-}
-
-// What stands between the first `open` and the next `close` behind it.
+// The text between the first `open` and the next `close` after it.
 std::optional<std::string> firstBetween(std::string_view text, char open, char close) {
     const std::size_t start = text.find(open);
     if (start == std::string_view::npos) {
@@ -62,130 +57,119 @@ VariableStore::VariableStore(PredefinedVariables& predefined, EnvironmentAccess&
                              DebugLog debugLog)
     : predefined_(predefined), environment_(environment), debugLog_(debugLog) {}
 
-int VariableStore::getVariable(const char* name, char* buffer, int size) {
-    if (isEmpty(name)) {
-        return kUnknown;
-    }
+std::optional<VariableReading> VariableStore::read(std::string_view name, std::size_t limit) {
+    return readText(name, &InstallVariable::value, limit);
+}
+
+std::optional<VariableReading> VariableStore::readDefault(std::string_view name, std::size_t limit) {
+    return readText(name, &InstallVariable::defaultValue, limit);
+}
+
+std::optional<VariableReading> VariableStore::readText(std::string_view name,
+                                                       std::string InstallVariable::*text,
+                                                       std::size_t limit) {
     if (isOutside(name)) {
-        return readOutside(name, buffer, size);
+        std::optional<std::string> value = readOutside(name, limit);
+        return value ? std::optional(VariableReading{std::move(*value), std::nullopt}) : std::nullopt;
     }
-    const std::int32_t index = findStored(name);
-    if (index >= 0) {
-        OUtils::copyText(buffer, at(index).value.c_str(), size);
+    const std::optional<std::int32_t> index = find(name);
+    if (!index) {
+        return std::nullopt;
     }
-    return index;
+    return VariableReading{(at(*index).*text).substr(0, limit), index};
 }
 
-int VariableStore::getDefaultValue(const char* name, char* buffer, int size) {
-    if (isEmpty(name) || buffer == nullptr) {
-        return kUnknown;
-    }
-    if (isOutside(name)) {
-        return readOutside(name, buffer, size);
-    }
-    const std::int32_t index = findStored(name);
-    if (index >= 0) {
-        OUtils::copyText(buffer, at(index).defaultValue.c_str(), size);
-    }
-    return index;
+bool VariableStore::isOutside(std::string_view name) {
+    return name.starts_with('$') || PredefinedVariables::isPredefined(name);
 }
 
-bool VariableStore::isOutside(const char* name) {
-    return *name == '$' || PredefinedVariables::isPredefined(name);
+std::optional<std::string> VariableStore::readOutside(std::string_view name, std::size_t limit) {
+    if (name.starts_with('$')) {
+        return readEnvironment(name.substr(1), limit);
+    }
+    std::optional<std::string> value = predefined_.get(name);
+    return value ? std::optional(value->substr(0, limit)) : std::nullopt;
 }
 
-int VariableStore::readOutside(const char* name, char* buffer, int size) {
-    return *name == '$' ? readEnvironment(name + 1, buffer, size) : predefined_.read(name, buffer, size);
-}
-
-int VariableStore::readEnvironment(const char* name, char* buffer, int size) {
+std::optional<std::string> VariableStore::readEnvironment(std::string_view name, std::size_t limit) {
     std::string value;
-    if (!environment_.getEnvironment(name, value)) {
-        debugLog_.print("WARNING: Environment variable \"%s\" is not defined!", name);
-        OUtils::copyText(buffer, "", size);
-        return kUnknown;
+    if (!environment_.getEnvironment(std::string(name).c_str(), value)) {
+        debugLog_.line("WARNING: Environment variable \"" + std::string(name) + "\" is not defined!");
+        return std::nullopt;
     }
-    if (buffer != nullptr && value.size() >= static_cast<std::size_t>(std::max(size, 0))) {
-        debugLog_.print("WARNING: Environment variable \"%s\" is cut to %d bytes!", name, size - 1);
+    if (value.size() > limit) {
+        debugLog_.line("WARNING: Environment variable \"" + std::string(name) + "\" is cut to " +
+                       std::to_string(limit) + " bytes!");
+        value.resize(limit);
     }
-    OUtils::copyText(buffer, value.c_str(), size);
-    return kOutside;
+    return value;
 }
 
-std::int32_t VariableStore::findStored(const char* name) const {
-    if (isEmpty(name)) {
-        return kUnknown;
-    }
-    const auto found = byName_.find(keyOf(name));
-    return found == byName_.end() ? kUnknown : found->second;
+std::optional<std::int32_t> VariableStore::find(std::string_view name) const {
+    const auto found = name.empty() ? byName_.end() : byName_.find(keyOf(name));
+    return found == byName_.end() ? std::nullopt : std::optional(found->second);
 }
 
-int VariableStore::setVariable(const char* name, const char* value) {
-    return storeVariable(name, value, nullptr, false, nullptr);
+bool VariableStore::set(std::string_view name, std::string_view value) {
+    return store(name, {value, std::nullopt, std::nullopt}, false);
 }
 
-int VariableStore::setDefaultValue(const char* name, const char* value) {
-    return storeVariable(name, nullptr, nullptr, false, value);
+bool VariableStore::setDefault(std::string_view name, std::string_view value) {
+    return store(name, {std::nullopt, std::nullopt, value}, false);
 }
 
-int VariableStore::storeVariable(const char* name, const char* value, const char* expression,
-                                 bool recalculate, const char* defaultValue) {
-    if (isEmpty(name)) {
-        return kUnknown;
+bool VariableStore::store(std::string_view name, const VariableTexts& texts, bool recalculate) {
+    if (name.empty() || PredefinedVariables::isPredefined(name)) {
+        return false;
     }
-    if (*name == '$') {
-        storeEnvironment(name + 1, value != nullptr ? value : defaultValue);
-        return kUnknown;
-    }
-    if (PredefinedVariables::isPredefined(name)) {
-        return kUnknown;
+    if (name.starts_with('$')) {
+        storeEnvironment(name.substr(1),
+                         texts.value.value_or(texts.defaultValue.value_or(std::string_view())));
+        return false;
     }
     // The texts may lie in the records that are about to change, so they are copied first.
-    const std::string ownName = cutTo(name, InstallVariable::kNameCapacity);
-    StoredTexts texts{storedText(value), storedText(expression), storedText(defaultValue)};
-    const std::int32_t index = findStored(name);
-    if (index < 0) {
-        addRecord(ownName, std::move(texts), recalculate);
+    std::string ownName(cutTo(name, InstallVariable::kNameLimit));
+    StoredTexts own{storedText(texts.value), storedText(texts.expression), storedText(texts.defaultValue)};
+    if (const std::optional<std::int32_t> index = find(ownName)) {
+        changeRecord(*index, std::move(ownName), std::move(own), recalculate);
     } else {
-        changeRecord(index, ownName, std::move(texts), recalculate);
+        addRecord(std::move(ownName), std::move(own), recalculate);
     }
-    return 0;
+    return true;
 }
 
-void VariableStore::storeEnvironment(const char* name, const char* text) {
-    const char* value = text == nullptr ? "" : text;
-    if (std::strlen(name) + 1 + std::strlen(value) >= kEnvironmentCapacity) {
-        debugLog_.print("WARNING: The value of environment variable \"%s\" is too long. It is not set!",
-                        name);
-    } else if (!environment_.setEnvironment(name, value)) {
-        debugLog_.print("WARNING: Environment variable \"%s\" could not be set!", name);
+void VariableStore::storeEnvironment(std::string_view name, std::string_view value) {
+    const std::string ownName(name);
+    if (name.size() + 1 + value.size() > kEnvironmentLimit) {
+        debugLog_.line("WARNING: The value of environment variable \"" + ownName +
+                       "\" is too long. It is not set!");
+    } else if (!environment_.setEnvironment(ownName.c_str(), std::string(value).c_str())) {
+        debugLog_.line("WARNING: Environment variable \"" + ownName + "\" could not be set!");
     }
 }
 
-void VariableStore::addRecord(const std::string& name, StoredTexts texts, bool recalculate) {
+void VariableStore::addRecord(std::string name, StoredTexts texts, bool recalculate) {
     const std::int32_t index = getCount();
+    byName_.emplace(keyOf(name), index);
     InstallVariable& record = variables_.emplace_back();
-    record.name = name;
+    record.name = std::move(name);
     record.defaultValue = std::move(texts.defaultValue).value_or("");
     record.value = texts.value.has_value() ? std::move(*texts.value) : record.defaultValue;
     record.expression = std::move(texts.expression).value_or("");
-    byName_.emplace(keyOf(name.c_str()), index);
     setRecalculate(index, recalculate);
 }
 
-void VariableStore::changeRecord(std::int32_t index, const std::string& name, StoredTexts texts,
-                                 bool recalculate) {
+void VariableStore::changeRecord(std::int32_t index, std::string name, StoredTexts texts, bool recalculate) {
+    const auto replace = [](std::string& text, std::optional<std::string>& with) {
+        if (with.has_value()) {
+            text = std::move(*with);
+        }
+    };
     InstallVariable& record = recordAt(index);
-    record.name = name;
-    if (texts.defaultValue.has_value()) {
-        record.defaultValue = std::move(*texts.defaultValue);
-    }
-    if (texts.value.has_value()) {
-        record.value = std::move(*texts.value);
-    }
-    if (texts.expression.has_value()) {
-        record.expression = std::move(*texts.expression);
-    }
+    record.name = std::move(name);
+    replace(record.defaultValue, texts.defaultValue);
+    replace(record.value, texts.value);
+    replace(record.expression, texts.expression);
     setRecalculate(index, recalculate);
     recalculateVariables(index);
 }
@@ -199,31 +183,25 @@ void VariableStore::setRecalculate(std::int32_t index, bool recalculate) {
     }
 }
 
-int VariableStore::resetVariable(const char* name, int mode) {
-    const std::int32_t index = findStored(name);
-    if (index < 0 || isOutside(name)) {
-        return kUnknown;
+bool VariableStore::reset(std::string_view name, ResetMode mode) {
+    const std::optional<std::int32_t> index = isOutside(name) ? std::nullopt : find(name);
+    if (!index) {
+        return false;
     }
-    InstallVariable& record = recordAt(index);
+    InstallVariable& record = recordAt(*index);
     if (mode == kResetToDefault) {
         record.value = record.defaultValue;
-        return 0;
+        return true;
     }
-    derive(record, static_cast<int>(InstallVariable::kTextCapacity));
-    setRecalculate(index, mode == kResetToExpressionAndFollow);
-    return 0;
+    derive(record, InstallVariable::kTextLimit);
+    setRecalculate(*index, mode == kResetToExpressionAndFollow);
+    return true;
 }
 
-int VariableStore::applyAssignment(const char* text) {
-    if (text == nullptr) {
-        return kUnknown;
-    }
+bool VariableStore::assign(std::string_view text) {
     const std::optional<std::string> name = firstBetween(text, '[', ']');
     const std::optional<std::string> value = firstBetween(text, '\'', '\'');
-    if (!name.has_value() || !value.has_value()) {
-        return kUnknown;
-    }
-    return setVariable(name->c_str(), value->c_str());
+    return name && value && set(*name, *value);
 }
 
 void VariableStore::recalculateVariables(std::int32_t changedIndex) {
@@ -238,13 +216,81 @@ void VariableStore::recalculateVariables(std::int32_t changedIndex) {
         }
     }
     for (const std::int32_t index : recalculationOrder(records)) {
-        derive(recordAt(index), kRecalculationSize);
+        derive(recordAt(index), kRecalculationLimit);
     }
 }
 
-// What was produced ahead of a fault is the value then.
-void VariableStore::derive(InstallVariable& record, int size) {
-    char text[InstallVariable::kTextCapacity];
-    expandDollarVariables(*this, record.expression.c_str(), text, size);
-    record.value = text;
+// After a fault the value is what was produced before it. The expression may refer to its own variable, so
+// the old value is read until the new one is complete.
+void VariableStore::derive(InstallVariable& record, std::size_t limit) {
+    std::string value;
+    expandDollarVariables(*this, record.expression, limit, value);
+    record.value = std::move(value);
+}
+
+namespace {
+
+std::string_view orEmpty(const char* text) {
+    return text == nullptr ? std::string_view() : std::string_view(text);
+}
+
+std::optional<std::string_view> orNothing(const char* text) {
+    return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
+}
+
+int give(const std::optional<VariableReading>& reading, char* buffer, int size) {
+    if (!reading) {
+        return -1;
+    }
+    OUtils::copyText(buffer, reading->value.c_str(), size);
+    return reading->index.value_or(-2);
+}
+
+std::size_t limitOf(const char* buffer, int size) {
+    return buffer == nullptr ? std::string::npos : static_cast<std::size_t>(std::max(size, 1)) - 1;
+}
+
+}  // namespace
+
+int VariableStore::getVariable(const char* name, char* buffer, int size) {
+    const std::optional<VariableReading> reading = read(orEmpty(name), limitOf(buffer, size));
+    if (!reading && isOutside(orEmpty(name))) {
+        OUtils::copyText(buffer, "", size);
+    }
+    return give(reading, buffer, size);
+}
+
+int VariableStore::getDefaultValue(const char* name, char* buffer, int size) {
+    if (buffer == nullptr) {
+        return -1;
+    }
+    const std::optional<VariableReading> reading = readDefault(orEmpty(name), limitOf(buffer, size));
+    if (!reading && isOutside(orEmpty(name))) {
+        OUtils::copyText(buffer, "", size);
+    }
+    return give(reading, buffer, size);
+}
+
+int VariableStore::setVariable(const char* name, const char* value) {
+    return storeVariable(name, value, nullptr, false, nullptr);
+}
+
+int VariableStore::setDefaultValue(const char* name, const char* value) {
+    return storeVariable(name, nullptr, nullptr, false, value);
+}
+
+int VariableStore::storeVariable(const char* name, const char* value, const char* expression,
+                                 bool recalculate, const char* defaultValue) {
+    return store(orEmpty(name), {orNothing(value), orNothing(expression), orNothing(defaultValue)},
+                 recalculate)
+               ? 0
+               : -1;
+}
+
+int VariableStore::resetVariable(const char* name, int mode) {
+    return reset(orEmpty(name), static_cast<ResetMode>(mode)) ? 0 : -1;
+}
+
+int VariableStore::applyAssignment(const char* text) {
+    return assign(orEmpty(text)) ? 0 : -1;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -14,11 +15,18 @@
 class EnvironmentAccess;
 class PredefinedVariables;
 
-// How resetVariable derives the value.
+// How a reset derives the value.
 enum ResetMode : int {
     kResetToExpression = 0,           // from the expression, which isn't followed any more
     kResetToExpressionAndFollow = 1,  // from the expression, which is followed from now on
     kResetToDefault = 2,
+};
+
+// The texts of a variable that a store changes.
+struct VariableTexts {
+    std::optional<std::string_view> value;
+    std::optional<std::string_view> expression;
+    std::optional<std::string_view> defaultValue;
 };
 
 // All variables of the session, in the order of their creation. Names ignore ASCII case and count up to 1,023
@@ -26,28 +34,37 @@ enum ResetMode : int {
 // last character, whatever the text means. One thread at a time.
 class VariableStore : public VariableLookup {
 public:
-    //
     VariableStore(PredefinedVariables& predefined, EnvironmentAccess& environment, DebugLog debugLog);
 
-    int getVariable(const char* name, char* buffer, int size) override;
-    // The same lookup, with the default value of a stored variable. -1 for a null name or buffer.
-    int getDefaultValue(const char* name, char* buffer, int size);
+    std::optional<VariableReading> read(std::string_view name, std::size_t limit) override;
+    // The same look-up, with the default value of a stored variable.
+    std::optional<VariableReading> readDefault(std::string_view name, std::size_t limit);
 
-    // storeVariable with the value, or the default value, alone: `recalculate` ends.
-    int setVariable(const char* name, const char* value);
-    int setDefaultValue(const char* name, const char* value);
-    // Null texts leave a record's texts as they are. A new record takes its default for a missing value.
-    // 0 on success; -1 for a null or empty name, for a predefined name, and for a name that begins with `$`,
-    // which sets the environment (to the value, else the default, else nothing) and makes no record. A text
+    // Stores the value, or the default value, alone; the variable stops following its expression. Results as
+    // store.
+    bool set(std::string_view name, std::string_view value);
+    bool setDefault(std::string_view name, std::string_view value);
+    // Stores the texts that are given; a record keeps the others, and a new record takes its default for a
+    // missing value. False when no record was stored: for an empty name, a predefined name, and a name that
+    // begins with `$`, which sets the environment (to the value, else the default, else nothing). A text
     // "NAME=VALUE" of more than 2,047 bytes isn't set, and that is logged. A change of an existing record
     // recalculates the others.
+    bool store(std::string_view name, const VariableTexts& texts, bool recalculate);
+    // Derives the value anew. False when no stored variable has that name. Where the expression can't be
+    // expanded, the part before the fault becomes the value.
+    bool reset(std::string_view name, ResetMode mode);
+    // Carries out "[NAME]='value'": name and value each up to 1,024 bytes. False when either is missing, else
+    // the result of set.
+    bool assign(std::string_view text);
+
+    // The same with buffers and numbers; for callers that have not moved yet.
+    int getVariable(const char* name, char* buffer, int size);
+    int getDefaultValue(const char* name, char* buffer, int size);
+    int setVariable(const char* name, const char* value);
+    int setDefaultValue(const char* name, const char* value);
     int storeVariable(const char* name, const char* value, const char* expression, bool recalculate,
                       const char* defaultValue);
-    // -1 when no stored variable has that name, otherwise 0. `mode` is a ResetMode; other numbers count as
-    // kResetToExpression. Where the expression can't be expanded, the part in front of the fault stands.
     int resetVariable(const char* name, int mode);
-    // Carries out "[NAME]='value'": name and value each up to 1,024 bytes. -1 when either is missing, else
-    // the result of setVariable.
     int applyAssignment(const char* text);
 
     // Derives the values of all records with `recalculate` again, except `changedIndex`, in an order that one
@@ -62,9 +79,8 @@ public:
     const InstallVariable& at(std::int32_t index) const {
         return variables_[static_cast<std::size_t>(index)];
     }
-    // The index of a stored variable, -1 when there is none; predefined and environment names aren't looked
-    // at.
-    std::int32_t findStored(const char* name) const;
+    // The place of a stored variable; predefined and environment names aren't looked at.
+    std::optional<std::int32_t> find(std::string_view name) const;
 
 private:
     // Cut and collapsed copies of the texts of a store; what wasn't given is missing.
@@ -74,14 +90,16 @@ private:
         std::optional<std::string> defaultValue;
     };
 
-    static bool isOutside(const char* name);
-    int readOutside(const char* name, char* buffer, int size);
-    int readEnvironment(const char* name, char* buffer, int size);
-    void storeEnvironment(const char* name, const char* text);
-    void addRecord(const std::string& name, StoredTexts texts, bool recalculate);
-    void changeRecord(std::int32_t index, const std::string& name, StoredTexts texts, bool recalculate);
+    std::optional<VariableReading> readText(std::string_view name, std::string InstallVariable::*text,
+                                            std::size_t limit);
+    static bool isOutside(std::string_view name);
+    std::optional<std::string> readOutside(std::string_view name, std::size_t limit);
+    std::optional<std::string> readEnvironment(std::string_view name, std::size_t limit);
+    void storeEnvironment(std::string_view name, std::string_view value);
+    void addRecord(std::string name, StoredTexts texts, bool recalculate);
+    void changeRecord(std::int32_t index, std::string name, StoredTexts texts, bool recalculate);
     void setRecalculate(std::int32_t index, bool recalculate);
-    void derive(InstallVariable& record, int size);
+    void derive(InstallVariable& record, std::size_t limit);
     InstallVariable& recordAt(std::int32_t index) { return variables_[static_cast<std::size_t>(index)]; }
 
     PredefinedVariables& predefined_;

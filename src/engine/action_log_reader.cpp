@@ -62,21 +62,19 @@ bool parseVariable(std::string_view line, Variable& out) {
 
 }  // namespace
 
-bool ActionLogReader::readDescriptionPath(std::string& outPath) {
-    outPath.clear();
+std::optional<std::string> ActionLogReader::readDescriptionPath() {
     if (file_ == nullptr) {
-        return false;
+        return std::nullopt;
     }
     LineReader lines(*file_);
     std::string line;
     if (!lines.rewind() || !lines.readLine(line, ActionLogFormat::kFirstLineBuffer)) {
-        return false;
+        return std::nullopt;
     }
-    outPath = withoutTrailingSpace(line);
-    return true;
+    return std::string(withoutTrailingSpace(line));
 }
 
-bool ActionLogReader::readVariablesFromLog(const VariableSink& sink) {
+bool ActionLogReader::readVariables(const VariableSink& sink) {
     if (file_ == nullptr) {
         throw InstallerError("ERROR: Invalid file handle for reading values from log!");
     }
@@ -85,7 +83,7 @@ bool ActionLogReader::readVariablesFromLog(const VariableSink& sink) {
         throw InstallerError("ERROR: The file handle for reading values from log could not be reset!");
     }
     const std::int32_t count = readCount(lines);
-    bool hasBadLines = false;
+    bool isComplete = true;
     std::string line;
     Variable variable;
     for (std::int32_t i = 0; i < count; ++i) {
@@ -96,19 +94,19 @@ bool ActionLogReader::readVariablesFromLog(const VariableSink& sink) {
         if (parseVariable(stripped, variable)) {
             sink(variable.name, variable.value);
         } else {
-            hasBadLines = true;
+            isComplete = false;
             debugLog_.print("ERROR: Format error in variable format in log file (Read buff: %s)",
                             stripped.c_str());
         }
     }
-    return hasBadLines;
+    return isComplete;
 }
 
 std::optional<std::string> ActionLogReader::findVariable(std::string_view name) {
     std::optional<std::string> found;
     try {
         ActionLogReader(file_, DebugLog())
-            .readVariablesFromLog([&](const std::string& key, const std::string& value) {
+            .readVariables([&](const std::string& key, const std::string& value) {
                 if (OUtils::equalsIgnoreCase(std::string_view(key), name)) {
                     found = value;
                 }

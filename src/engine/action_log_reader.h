@@ -9,23 +9,23 @@
 
 class PStream;
 
-// Reads what an action log holds ahead of its change records.
+// Reads the part of an action log before its records of changes.
 class ActionLogReader {
 public:
     // Called for each variable in the log's order; the texts live for the call only.
     using VariableSink = std::function<void(const std::string& name, const std::string& value)>;
 
-    // `file` is an open log, or null; it and the console outlive this object.
+    // `file` is an open log, or null; it outlives this object.
     ActionLogReader(PStream* file, DebugLog debugLog) : file_(file), debugLog_(debugLog) {}
 
-    // Line 1, the path of the description, with white space at its end cut. False when there is no file or
+    // Line 1, the path of the description, with white space at its end cut. None when there is no file or
     // nothing can be read; an empty line is read as an empty path.
-    bool readDescriptionPath(std::string& outPath);
+    std::optional<std::string> readDescriptionPath();
 
-    // Rewinds the log and gives each variable to `sink`. Lines of another form are logged and passed over;
-    // true when there was one. Throws InstallerError without a file, when it can't be rewound, without a
+    // Rewinds the log and gives each variable to `sink`. Lines of another form are logged and skipped; false
+    // when there was one. Throws InstallerError without a file, when it can't be rewound, without a
     // count of variables, with a count that is no number, and when the log ends too early.
-    bool readVariablesFromLog(const VariableSink& sink);
+    bool readVariables(const VariableSink& sink);
 
     // The value of the last variable of this name, in any ASCII case; none when there is none or the log
     // can't be read. Logs and throws nothing.

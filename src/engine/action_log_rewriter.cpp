@@ -39,7 +39,7 @@ private:
     bool failed_ = false;
 };
 
-std::string besides(const std::string& path) {
+std::string pathBeside(const std::string& path) {
     const std::size_t separator = path.find_last_of("/\\");
     return path.substr(0, separator == std::string::npos ? 0 : separator + 1) + kTemporaryName;
 }
@@ -59,7 +59,7 @@ bool copyHead(LineReader& lines, Output& out) {
     return false;
 }
 
-// Steps over the block; `outLine` is the first line behind it. False when there is none.
+// Skips the block; `outLine` is the first line after it. False when there is none.
 bool skipBlock(LineReader& lines, std::string& outLine) {
     while (lines.readLine(outLine, kVariableLineBuffer)) {
         if (!holds(outLine, ActionLogFormat::kVariable)) {
@@ -95,25 +95,25 @@ void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
 void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
                                          const std::vector<LoggedVariable>& variables) {
     PFileStream from(files_);
-    if (from.openFile(logPath.c_str(), PFileStream::kGenericRead, PFileStream::kShareRead,
+    if (from.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
                       PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
         throw InstallerError("ERROR: Opening action file (%s)", logPath.c_str());
     }
-    const std::string temporary = besides(logPath);
+    const std::string temporary = pathBeside(logPath);
     PFileStream to(files_);
-    if (to.openPrivate(temporary.c_str()) != 0) {
+    if (to.openPrivate(temporary) != 0) {
         throw InstallerError("ERROR: Creating temp file for new log (%s)", temporary.c_str());
     }
     try {
         copyLog(from, to, variables);
     } catch (const InstallerError&) {
         to.close();
-        files_.removeFile(temporary.c_str());
+        files_.removeFile(temporary);
         throw;
     }
     from.close();
-    if (files_.replaceFile(temporary.c_str(), logPath.c_str()) != 0) {
-        files_.removeFile(temporary.c_str());
+    if (files_.replaceFile(temporary, logPath) != 0) {
+        files_.removeFile(temporary);
         throw InstallerError("ERROR: Writing temp file for new log (%s)", logPath.c_str());
     }
 }

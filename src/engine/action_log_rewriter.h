@@ -10,14 +10,14 @@ namespace platform {
 class FileSystem;
 }
 
-// Brings the variables of a published action log up to date: they may have changed behind the copying of the
-// files. The new log is written beside the old one, for this user alone since values may be secrets, and
+// Brings the variables of a published action log up to date: they may have changed since the files were
+// copied. The new log is written beside the old one, for this user alone since values may be secrets, and
 // takes its name when it is complete.
 class ActionLogRewriter {
 public:
     explicit ActionLogRewriter(platform::FileSystem& files) : files_(files) {}
 
-    // Everything but the variable block is copied as it is, a line at a time. A line right behind the block
+    // Everything but the variable block is copied as it is, a line at a time. A line right after the block
     // that holds the letters VAR anywhere counts as a part of the block and is lost. Throws InstallerError
     // when the log can't be opened, has no block or ends with it, or when the new log can't be written; the
     // old log is untouched then.

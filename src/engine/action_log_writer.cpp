@@ -38,16 +38,16 @@ std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& v
     return lines;
 }
 
-int ActionLogWriter::openNew(const char* path) {
-    const int status = console_.openPrivate(path);
+bool ActionLogWriter::openNew(std::string_view path) {
+    const int status = console_.openPrivate(std::string(path).c_str());
     console_.setOptions(0);
-    return status;
+    return status == 0;
 }
 
-int ActionLogWriter::openToAppend(const char* path) {
-    const int status = console_.open(path, PFileStream::kAppend);
+bool ActionLogWriter::openToAppend(std::string_view path) {
+    const int status = console_.open(std::string(path).c_str(), PFileStream::kAppend);
     console_.setOptions(0);
-    return status;
+    return status == 0;
 }
 
 bool ActionLogWriter::isOpen() const {
@@ -89,7 +89,7 @@ void ActionLogWriter::writeRecord(std::string_view tag, std::initializer_list<st
 
 void ActionLogWriter::writeLine(std::string line) {
     if (console_.hasFailed()) {
-        line.insert(0, ActionLogFormat::kLineEnd);  // a part of the line before may stand in the file
+        line.insert(0, ActionLogFormat::kLineEnd);  // a part of the line before may be in the file
     }
     console_.write(line.data(), static_cast<std::int32_t>(line.size()));
 }

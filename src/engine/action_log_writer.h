@@ -19,17 +19,17 @@ std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& v
                                             std::size_t lineLimit);
 
 // Writes an action log line by line through a file console, unbuffered: a record is handed to the system
-// before the change that it stands for is made. A failed write is remembered and doesn't stop the work.
+// before the change is made. A failed write is remembered and doesn't stop the work.
 class ActionLogWriter {
 public:
     // The console is the session's and outlives this object.
     explicit ActionLogWriter(PFileConsole& console) : console_(console) {}
 
-    // Begins a log at a name in a directory that others can write to: what stands there is removed, and the
-    // file is for this user alone. 0 or an error number.
-    int openNew(const char* path);
-    // Goes on with a published log, at its end. 0 or an error number.
-    int openToAppend(const char* path);
+    // Begins a log at a name in a directory that others can write to: what is there is removed, and the
+    // file is for this user alone. False when the system refuses.
+    bool openNew(std::string_view path);
+    // Continues a published log, at its end. False when the system refuses.
+    bool openToAppend(std::string_view path);
     // Without an open log records are dropped.
     bool isOpen() const;
     // False when anything written since the opening didn't reach the file.
@@ -44,7 +44,7 @@ public:
     void writeDirectory(int created, std::string_view directory);
     // `isRestorable`: at the undo the file's former content is put back.
     void writeFile(bool isRestorable, std::string_view path);
-    // Any record: the tag, then each field behind a separator.
+    // Any record: the tag, then each field after a separator.
     void writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields);
 
 private:

@@ -1,24 +1,36 @@
 #include "engine/additional_actions.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
-#include <vector>
+#include <iterator>
 
-#include "base/path_functions.h"
+#include "base/fixed_text.h"
 #include "base/text_functions.h"
-#include "contracts/system_modifications.h"
 #include "contracts/system_operations.h"
-#include "engine/alias_extractor.h"
+#include "engine/changes/directory_change.h"
+#include "engine/description_tags.h"
+#include "engine/engine_parts.h"
+#include "engine/report.h"
 #include "platform/file_system.h"
 
 namespace {
 
 enum Detail : std::uint32_t { kNoExpansion = 1, kNoPathCorrection = 2 };
 
-constexpr std::uint32_t kOpenDelay = 100;  // milliseconds
+struct DetailWord {
+    std::string_view word;
+    Detail detail;
+};
+
+constexpr DetailWord kDetailWords[] = {
+    {"NoExpansion", kNoExpansion},
+    {"NoPathCorrection", kNoPathCorrection},
+};
+
+constexpr std::uint32_t kOpenPause = 100;  // milliseconds
 constexpr std::uint32_t kMillisecondsOfAnUpdate = 10;
-constexpr int kDefaultFileMode = 0444;
-constexpr std::size_t kPathLimit = OUtils::kPathCapacity - 1;
+constexpr unsigned kDefaultFileMode = 0444;
+constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
 }  // namespace
 
@@ -34,78 +46,72 @@ const AdditionalActions::Kind AdditionalActions::kKinds[] = {
     {"CreateFile", true, 0, &AdditionalActions::createFile},
 };
 
-AdditionalActions::AdditionalActions(Parts parts)
-    : context_(parts.context),
-      extractor_(parts.extractor),
-      system_(parts.system),
-      files_(parts.files),
-      registry_(parts.context, parts.product),
-      directories_(parts.files) {}
+AdditionalActions::AdditionalActions(const ChangeContext& context, const EngineParts& parts)
+    : context_(context),
+      contents_(parts.cabinet, parts.model.expressions, context.debugLog),
+      extractor_(parts.cabinet, contents_, context.machine.files),
+      registry_(context),
+      product_(parts.model.product),
+      programs_(context.machine.processes, context.machine.shell, context.debugLog) {}
 
 std::vector<std::string_view> AdditionalActions::actionNames() {
     std::vector<std::string_view> names;
     for (const Kind& kind : kKinds) {
-        names.emplace_back(kind.tag);
+        names.push_back(kind.tag);
     }
     return names;
 }
 
-int AdditionalActions::runAdditionalActions(InstallerUI* ui, const char* container) {
-    if (container == nullptr) {
-        return -1;
-    }
-    context_.debugLog.print("Running Files for installation tag: <%s>", container);
+void AdditionalActions::run(std::string_view container) {
+    context_.debugLog.print("Running Files for installation tag: <%s>", std::string(container).c_str());
     for (std::int32_t group = context_.tags.nextGroup(container, -1); group >= 0;
          group = context_.tags.nextGroup(container, group)) {
         for (const std::int32_t node : context_.tags.childrenOf(group)) {
-            runAction(ui, node);
+            runAction(node);
         }
-        Report(ui, &context_.errors).flushLines();
+        context_.report.flushLines();
     }
-    return 0;
 }
 
-const AdditionalActions::Kind* AdditionalActions::kindOf(const char* tag) {
-    for (const Kind& kind : kKinds) {
-        if (std::strcmp(kind.tag, tag) == 0) {
-            return &kind;
-        }
-    }
-    return nullptr;
+const AdditionalActions::Kind* AdditionalActions::kindOf(std::string_view tag) {
+    const auto* found =
+        std::find_if(std::begin(kKinds), std::end(kKinds), [&](const Kind& kind) { return kind.tag == tag; });
+    return found == std::end(kKinds) ? nullptr : found;
 }
 
-void AdditionalActions::runAction(InstallerUI* ui, std::int32_t node) {
+// The log line of an element is shown even when the element is no action.
+void AdditionalActions::runAction(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
-    if (tags.nameOf(node) == nullptr || !tags.conditionHolds(node)) {
+    if (!tags.conditionHolds(node)) {
         return;
     }
     Action action;
     action.node = node;
     action.details = readDetails(node);
-    showLogLine(ui, node);
+    showLogLine(node);
     const Kind* kind = kindOf(tags.nameOf(node));
-    const char* text = tags.textOf(node);
-    if (kind == nullptr || (kind->needsText && (text == nullptr || *text == '\0'))) {
+    const auto text = tags.textOf(node);
+    if (kind == nullptr || (kind->needsText && text.value_or("").empty())) {
         return;
     }
     action.details |= kind->details;
     readProgramFlags(action);
     action.path = pathOf(action, text);
-    (this->*kind->step)(ui, action);
+    (this->*kind->step)(action);
 }
 
 std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
     std::vector<std::string> words;
-    OUtils::splitText(context_.tags.attribute(node, "Details"), ';', words);
+    OUtils::splitText(std::string(context_.tags.attribute(node, "Details").value_or("")).c_str(), ';', words);
     std::uint32_t details = 0;
     for (const std::string& word : words) {
-        if (word == "NoExpansion") {
-            details |= kNoExpansion;
-        } else if (word == "NoPathCorrection") {
-            details |= kNoPathCorrection;
+        const auto* known = std::find_if(std::begin(kDetailWords), std::end(kDetailWords),
+                                         [&](const DetailWord& row) { return row.word == word; });
+        if (known != std::end(kDetailWords)) {
+            details |= known->detail;
         } else if (!word.empty()) {
             context_.debugLog.print("[WARNING] Unrecognized details flag (%s) for tag %s", word.c_str(),
-                                    context_.tags.nameOf(node));
+                                    std::string(context_.tags.nameOf(node)).c_str());
         }
     }
     return details;
@@ -113,9 +119,9 @@ std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
 
 void AdditionalActions::readProgramFlags(Action& action) {
     DescriptionTags& tags = context_.tags;
-    const char* update = tags.attribute(action.node, "ProgressUpdate");
-    const std::int32_t interval = update == nullptr ? 0 : OUtils::textToInteger(update);
-    action.delay = interval > 0 ? static_cast<std::uint32_t>(interval) * kMillisecondsOfAnUpdate : 0;
+    const std::string update(tags.attribute(action.node, "ProgressUpdate").value_or(""));
+    const std::int32_t interval = OUtils::textToInteger(update.c_str());
+    action.pause = interval > 0 ? static_cast<std::uint32_t>(interval) * kMillisecondsOfAnUpdate : 0;
     const bool hidesErrors =
         tags.hasAttribute(action.node, "ErrorOutput") && !tags.isSet(action.node, "ErrorOutput");
     action.programFlags = (tags.isSet(action.node, "Wait") ? kRunWait : 0U) |
@@ -124,22 +130,20 @@ void AdditionalActions::readProgramFlags(Action& action) {
                           (interval != 0 ? kRunAdvanceProgress : 0U) | (hidesErrors ? kRunNoErrorOutput : 0U);
 }
 
-void AdditionalActions::showLogLine(InstallerUI* ui, std::int32_t node) {
-    const char* line = context_.tags.attribute(node, "Log");
-    if (line != nullptr && *line != '\0') {
-        Report(ui, &context_.errors).addLine(context_.tags.expand(line), true);
+void AdditionalActions::showLogLine(std::int32_t node) {
+    const auto line = context_.tags.attribute(node, "Log");
+    if (!line.value_or("").empty()) {
+        context_.report.addLine(context_.tags.expand(line), true);
     }
 }
 
-std::string AdditionalActions::textOf(const Action& action, const char* text) {
-    if (text == nullptr) {
-        return {};
-    }
-    return (action.details & kNoExpansion) != 0 ? std::string(text) : context_.tags.expand(text, true);
+std::string AdditionalActions::textOf(const Action& action, std::optional<std::string_view> text) {
+    return (action.details & kNoExpansion) != 0 ? std::string(text.value_or(""))
+                                                : context_.tags.expand(text, true);
 }
 
 // A path that is too long would, when cut, be another one: it counts as none.
-std::string AdditionalActions::pathOf(const Action& action, const char* text) {
+std::string AdditionalActions::pathOf(const Action& action, std::optional<std::string_view> text) {
     std::string path = textOf(action, text);
     if ((action.details & kNoPathCorrection) == 0) {
         path = normalizedPath(std::move(path));
@@ -156,97 +160,99 @@ std::string AdditionalActions::destinationOf(const Action& action) {
         .substr(0, kPathLimit);
 }
 
-void AdditionalActions::openDocument(InstallerUI*, const Action& action) {
+void AdditionalActions::openDocument(const Action& action) {
     open(action, "Document");
 }
 
-void AdditionalActions::openUrl(InstallerUI*, const Action& action) {
+void AdditionalActions::openUrl(const Action& action) {
     open(action, "URL");
 }
 
 void AdditionalActions::open(const Action& action, const char* what) {
-    const bool opened = context_.modifications.runAssociatedProgram(
-        action.path.c_str(), nullptr, action.programFlags | kRunOpenWithShell, nullptr, nullptr, kOpenDelay);
+    const bool opened =
+        programs_.run({action.path, "", "", action.programFlags | kRunOpenWithShell}, context_.report, kOpenPause);
     context_.debugLog.print("%s%s was %sopened : \"%s\"", opened ? "" : "ERROR: ", what, opened ? "" : "NOT ",
                             action.path.c_str());
 }
 
-void AdditionalActions::runProgram(InstallerUI* ui, const Action& action) {
-    DescriptionTags& tags = context_.tags;
-    const std::string arguments = textOf(action, tags.attribute(action.node, "Arguments"));
-    const std::string workDir = pathOf(action, tags.attribute(action.node, "WorkDir"));
-    const bool started = context_.modifications.runAssociatedProgram(
-        action.path.c_str(), tags.hasAttribute(action.node, "Arguments") ? arguments.c_str() : nullptr,
-        action.programFlags, tags.hasAttribute(action.node, "WorkDir") ? workDir.c_str() : nullptr, ui,
-        action.delay);
-    context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"",
-                            started ? "" : "ERROR: ", started ? "" : "NOT ", action.path.c_str(),
-                            arguments.c_str());
+// A program that is waited for and ends with an error counts as not started.
+void AdditionalActions::runProgram(const Action& action) {
+    const std::string arguments = textOf(action, context_.tags.attribute(action.node, "Arguments"));
+    const std::string workDir = pathOf(action, context_.tags.attribute(action.node, "WorkDir"));
+    const bool started = programs_.run({action.path, arguments, workDir, action.programFlags},
+                                       context_.report, action.pause);
+    context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"", started ? "" : "ERROR: ",
+                            started ? "" : "NOT ", action.path.c_str(), arguments.c_str());
 }
 
-void AdditionalActions::copyFile(InstallerUI*, const Action& action) {
+void AdditionalActions::copyFile(const Action& action) {
     if (!context_.tags.hasAttribute(action.node, "Dest")) {
-        context_.debugLog.print("ERROR: Copy file without Dest attribute!");
+        context_.debugLog.line("ERROR: Copy file without Dest attribute!");
         return;
     }
     const std::string destination = destinationOf(action);
-    const bool copied = system_.copyFile(action.path.c_str(), destination.c_str());
+    const bool copied = context_.system.copyFile(action.path, destination);
     context_.debugLog.print("%sAdditional copy %s: \"%s\"", copied ? "" : "ERROR: ", copied ? "" : "FAILED ",
                             destination.c_str());
 }
 
-void AdditionalActions::changeRegistry(InstallerUI* ui, const Action& action) {
-    registry_.applyRegistryTag(ui, action.node);
+void AdditionalActions::changeRegistry(const Action& action) {
+    registry_.applyElement(action.node, product_);
 }
 
-void AdditionalActions::removeFile(InstallerUI*, const Action& action) {
-    if (files_.removeFile(action.path.c_str()) == 0) {
-        context_.debugLog.print("Additionally removed file : \"%s\"", action.path.c_str());
-    } else if (files_.exists(action.path.c_str())) {
-        context_.debugLog.print("ERROR: Remove file could not remove file \"%s\"!", action.path.c_str());
+void AdditionalActions::removeFile(const Action& action) {
+    platform::FileSystem& files = context_.machine.files;
+    const char* path = action.path.c_str();
+    if (files.removeFile(action.path) == 0) {
+        context_.debugLog.print("Additionally removed file : \"%s\"", path);
+    } else if (files.exists(action.path)) {
+        context_.debugLog.print("ERROR: Remove file could not remove file \"%s\"!", path);
     } else {
-        context_.debugLog.print("WARNING: Tried to remove a file that doesn't exist \"%s\".",
-                                action.path.c_str());
+        context_.debugLog.print("WARNING: Tried to remove a file that doesn't exist \"%s\".", path);
     }
 }
 
-void AdditionalActions::removeDirectory(InstallerUI*, const Action& action) {
-    if (directories_.removeEmptyDirectories(action.path) > 0) {
-        context_.debugLog.print("Additionally removed dir : \"%s\"", action.path.c_str());
-    } else if (files_.exists(action.path.c_str())) {
-        context_.debugLog.print("ERROR: Remove dir could not remove directories \"%s\"!",
-                                action.path.c_str());
+void AdditionalActions::removeDirectory(const Action& action) {
+    platform::FileSystem& files = context_.machine.files;
+    const char* path = action.path.c_str();
+    if (removeEmptyDirectories(files, action.path) > 0) {
+        context_.debugLog.print("Additionally removed dir : \"%s\"", path);
+    } else if (files.exists(action.path)) {
+        context_.debugLog.print("ERROR: Remove dir could not remove directories \"%s\"!", path);
     } else {
-        context_.debugLog.print("WARNING: Tried to remove a directory that doesn't exist \"%s\".",
-                                action.path.c_str());
+        context_.debugLog.print("WARNING: Tried to remove a directory that doesn't exist \"%s\".", path);
     }
 }
 
-void AdditionalActions::createFile(InstallerUI*, const Action& action) {
-    if (!context_.tags.hasAttribute(action.node, "Dest")) {
+void AdditionalActions::createFile(const Action& action) {
+    DescriptionTags& tags = context_.tags;
+    if (!tags.hasAttribute(action.node, "Dest")) {
         context_.debugLog.print("ERROR: Create file without Dest attribute (alias: \"%s\")!",
                                 action.path.c_str());
         return;
     }
     const std::string destination = destinationOf(action);
-    const bool stripsExtension = context_.tags.isSet(action.node, "StripExeExt");
-    const bool expandsContent = context_.tags.isSet(action.node, "ExpandVarsInFile");
-    const int mode = fileModeOf(action.node);
-    extractor_.extractAlias(action.path.c_str(), destination.c_str(), expandsContent, stripsExtension);
+    const bool stripsExtension = tags.isSet(action.node, "StripExeExt");
+    const bool expandsContent = tags.isSet(action.node, "ExpandVarsInFile");
+    const unsigned mode = fileModeOf(action.node);
+    extractor_.extractAlias(action.path, destination, expandsContent, stripsExtension);
     context_.debugLog.print("Created a file from alias(%s) : \"%s\" (0%o)", action.path.c_str(),
-                            destination.c_str(), static_cast<unsigned>(mode));
+                            destination.c_str(), mode);
 }
 
-int AdditionalActions::fileModeOf(std::int32_t node) {
-    const char* text = context_.tags.attribute(node, "FileMod");
-    if (text == nullptr) {
+// The mode is only logged: files get the mode that is usual for new ones.
+unsigned AdditionalActions::fileModeOf(std::int32_t node) {
+    const auto attribute = context_.tags.attribute(node, "FileMod");
+    if (!attribute) {
         return kDefaultFileMode;
     }
+    const std::string text(*attribute);
     char* end = nullptr;
-    const long mode = std::strtol(text, &end, 0);
-    if (end == text || *end != '\0') {
-        context_.debugLog.print("WARNING: Failed to parse file modification - provided string: %s", text);
+    const long mode = std::strtol(text.c_str(), &end, 0);
+    if (end == text.c_str() || *end != '\0') {
+        context_.debugLog.print("WARNING: Failed to parse file modification - provided string: %s",
+                                text.c_str());
         return kDefaultFileMode;
     }
-    return static_cast<int>(mode);
+    return static_cast<unsigned>(mode);
 }

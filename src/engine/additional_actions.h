@@ -1,38 +1,33 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "engine/directory_remover.h"
-#include "engine/registry_tags.h"
-#include "engine/tag_context.h"
+#include "engine/alias_extractor.h"
+#include "engine/changes/change.h"
+#include "engine/changes/program_run.h"
+#include "engine/changes/registry_change.h"
+#include "engine/file_contents.h"
 
-class AliasExtractor;
-class SystemOperations;
+class ProductDescription;
+struct EngineParts;
 
 // The small steps beyond copying files that a description asks for: programs, documents, single files and
-// directories, the registry. They stand in containers; whoever knows a container's name can have it run.
+// directories, the registry. They are in containers; whoever knows a container's name can have it run.
 class AdditionalActions {
 public:
-    struct Parts {
-        TagContext context;
-        const ProductDescription& product;
-        AliasExtractor& extractor;
-        SystemOperations& system;
-        platform::FileSystem& files;
-    };
-
-    explicit AdditionalActions(Parts parts);
+    // Both outlive this object.
+    AdditionalActions(const ChangeContext& context, const EngineParts& parts);
 
     // The tags of the actions, in the order in which they are compared.
     static std::vector<std::string_view> actionNames();
 
-    // Runs every container of that name, in document order. -1 for null, else 0: an action that fails is told
-    // in the log alone. `ui` may be null. Throws InstallerError when a file can't be taken out of the
-    // cabinet; the actions behind it don't run then.
-    int runAdditionalActions(InstallerUI* ui, const char* container);
+    // Runs every container of that name, in document order. An action that fails is only logged. Throws
+    // InstallerError when a file can't be taken out of the cabinet; the actions after it don't run then.
+    void run(std::string_view container);
 
 private:
     // An action with its texts as they are to be used.
@@ -40,42 +35,42 @@ private:
         std::int32_t node = -1;
         std::uint32_t details = 0;
         std::uint32_t programFlags = 0;
-        std::uint32_t delay = 0;  // milliseconds
+        std::uint32_t pause = 0;  // milliseconds
         std::string path;
     };
-    using Step = void (AdditionalActions::*)(InstallerUI* ui, const Action& action);
+    using Step = void (AdditionalActions::*)(const Action& action);
     struct Kind {
-        const char* tag;
+        std::string_view tag;
         bool needsText;
         std::uint32_t details;  // that the kind itself asks for
         Step step;
     };
     static const Kind kKinds[];
 
-    static const Kind* kindOf(const char* tag);
-    void runAction(InstallerUI* ui, std::int32_t node);
+    static const Kind* kindOf(std::string_view tag);
+    void runAction(std::int32_t node);
     std::uint32_t readDetails(std::int32_t node);
     void readProgramFlags(Action& action);
-    void showLogLine(InstallerUI* ui, std::int32_t node);
-    std::string pathOf(const Action& action, const char* text);
-    std::string textOf(const Action& action, const char* text);
+    void showLogLine(std::int32_t node);
+    std::string textOf(const Action& action, std::optional<std::string_view> text);
+    std::string pathOf(const Action& action, std::optional<std::string_view> text);
     std::string destinationOf(const Action& action);
-    int fileModeOf(std::int32_t node);
+    unsigned fileModeOf(std::int32_t node);
 
-    void openDocument(InstallerUI* ui, const Action& action);
-    void openUrl(InstallerUI* ui, const Action& action);
+    void openDocument(const Action& action);
+    void openUrl(const Action& action);
     void open(const Action& action, const char* what);
-    void runProgram(InstallerUI* ui, const Action& action);
-    void copyFile(InstallerUI* ui, const Action& action);
-    void changeRegistry(InstallerUI* ui, const Action& action);
-    void removeFile(InstallerUI* ui, const Action& action);
-    void removeDirectory(InstallerUI* ui, const Action& action);
-    void createFile(InstallerUI* ui, const Action& action);
+    void runProgram(const Action& action);
+    void copyFile(const Action& action);
+    void changeRegistry(const Action& action);
+    void removeFile(const Action& action);
+    void removeDirectory(const Action& action);
+    void createFile(const Action& action);
 
-    TagContext context_;
-    AliasExtractor& extractor_;
-    SystemOperations& system_;
-    platform::FileSystem& files_;
-    RegistryTags registry_;
-    DirectoryRemover directories_;
+    ChangeContext context_;
+    FileContents contents_;
+    AliasExtractor extractor_;
+    RegistryChange registry_;
+    const ProductDescription& product_;
+    ProgramRun programs_;
 };

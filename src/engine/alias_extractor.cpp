@@ -1,5 +1,7 @@
 #include "engine/alias_extractor.h"
 
+#include <optional>
+
 #include "base/errors.h"
 #include "base/fixed_text.h"
 #include "base/path_functions.h"
@@ -10,13 +12,9 @@
 
 namespace {
 
-bool isEmpty(const char* text) {
-    return text == nullptr || text[0] == '\0';
-}
-
 // An entry names a file of the directory that it is extracted to, and nothing else.
-bool isPlainFileName(const std::string& name) {
-    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string::npos;
+bool isPlainFileName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos;
 }
 
 // A dot that begins the name, or follows another one, begins no extension.
@@ -35,38 +33,41 @@ void removeExtension(std::string& path) {
 
 }  // namespace
 
-std::string AliasExtractor::extractAlias(const char* alias, const char* destinationDirectory,
+std::string AliasExtractor::extractAlias(std::string_view alias, std::string_view destinationDirectory,
                                          bool expandVariablesInFile, bool stripExeExtension) {
-    if (isEmpty(alias) || isEmpty(destinationDirectory)) {
+    const std::string key(alias);
+    const std::string directory(destinationDirectory);
+    if (key.empty() || directory.empty()) {
         throw InstallerError("ERROR: Alias and/or destingation are not specified!");
     }
-    if (cabinet_.findAlias(alias) < 0) {
-        throw InstallerError("WARNING: Alias \"%s\" is not included in the installation", alias);
+    const std::optional<std::int32_t> entry = cabinet_.findAlias(key);
+    if (!entry) {
+        throw InstallerError("WARNING: Alias \"%s\" is not included in the installation", key.c_str());
     }
     FileContent content;
-    if (!contents_.read(alias, content)) {
-        throw InstallerError("ERROR: Could not decompress the specified alias (%s)!", alias);
+    if (!contents_.read(key, content)) {
+        throw InstallerError("ERROR: Could not decompress the specified alias (%s)!", key.c_str());
     }
-    if (!files_.isDirectory(destinationDirectory)) {
-        throw InstallerError("ERROR: Destination directory does NOT exist (%s)!", destinationDirectory);
+    if (!files_.isDirectory(directory)) {
+        throw InstallerError("ERROR: Destination directory does NOT exist (%s)!", directory.c_str());
     }
-    std::string path = pathOf(alias, destinationDirectory, stripExeExtension);
+    std::string path = pathOf(cabinet_.entry(*entry).name(), directory, stripExeExtension);
     if (expandVariablesInFile) {
-        contents_.expandVariables(content, FileContents::kExtractedFileLimit, path.c_str());
+        contents_.expandVariables(content, FileContents::kExtractedFileLimit, path);
     }
-    if (OUtils::writeWholeFile(path.c_str(), content.bytes, files_) != 0) {
+    if (OUtils::writeWholeFile(path, content.bytes, files_) != 0) {
         throw InstallerError("ERROR: Could not create file (%s)!", path.c_str());
     }
     return path;
 }
 
-std::string AliasExtractor::pathOf(const char* alias, const char* directory, bool stripExeExtension) {
-    const std::string name(cabinet_.entry(cabinet_.findAlias(alias)).name());
+std::string AliasExtractor::pathOf(std::string_view name, std::string_view directory,
+                                   bool stripExeExtension) {
     if (!isPlainFileName(name)) {
-        throw InstallerError("ERROR: Could not create file (%s)!", name.c_str());
+        throw InstallerError("ERROR: Could not create file (%s)!", std::string(name).c_str());
     }
-    PathText joined{std::string_view(directory)};
-    OUtils::joinPath(joined.data(), name.c_str(), static_cast<std::int64_t>(PathText::capacity()));
+    PathText joined{directory};
+    OUtils::joinPath(joined.data(), std::string(name).c_str(), static_cast<std::int64_t>(PathText::capacity()));
     std::string path(joined.view());
     if (stripExeExtension) {
         removeExtension(path);

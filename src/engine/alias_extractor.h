@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 class Cabinet;
 class FileContents;
@@ -18,11 +19,11 @@ public:
     // the full path. `expandVariablesInFile` expands content of less than 1 MiB; `stripExeExtension` removes
     // the last extension of the name. Throws InstallerError on every failure; the file may hold a part of
     // its content then.
-    std::string extractAlias(const char* alias, const char* destinationDirectory, bool expandVariablesInFile,
-                             bool stripExeExtension);
+    std::string extractAlias(std::string_view alias, std::string_view destinationDirectory,
+                             bool expandVariablesInFile, bool stripExeExtension);
 
 private:
-    std::string pathOf(const char* alias, const char* directory, bool stripExeExtension);
+    std::string pathOf(std::string_view name, std::string_view directory, bool stripExeExtension);
 
     const Cabinet& cabinet_;
     FileContents& contents_;

@@ -13,7 +13,6 @@
 namespace {
 
 constexpr char kRoot[] = "DefValues";
-constexpr int kNotCreated = -1;
 constexpr std::size_t kReadableBytes = 1023;
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
@@ -27,7 +26,7 @@ bool isRepeatable(std::string_view value) {
 // A name beside the file that nobody uses yet.
 std::string unusedNameBeside(const std::string& path, platform::FileSystem& files) {
     std::string name = path + ".part";
-    for (int i = 1; files.exists(name.c_str()); ++i) {
+    for (int i = 1; files.exists(name); ++i) {
         name = path + ".part" + std::to_string(i);
     }
     return name;
@@ -35,9 +34,9 @@ std::string unusedNameBeside(const std::string& path, platform::FileSystem& file
 
 }  // namespace
 
-int ConfigurationExport::writeConfigFile(const char* path) {
+bool ConfigurationExport::write(const std::string& path) {
     if (!mayReplace(path)) {
-        return kNotCreated;
+        return false;
     }
     PXML document;
     fill(document);
@@ -62,30 +61,28 @@ void ConfigurationExport::fill(PXML& document) {
 }
 
 // The name is common, and the user may keep a file of another program there.
-bool ConfigurationExport::mayReplace(const char* path) {
+bool ConfigurationExport::mayReplace(const std::string& path) {
     if (!files_.exists(path)) {
         return true;
     }
     PXML present;
-    const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
+    const bool isOurs = present.loadFile(path.c_str(), files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
-        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is", path);
+        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is", path.c_str());
     }
     return isOurs;
 }
 
-int ConfigurationExport::save(const PXML& document, const char* path) {
+bool ConfigurationExport::save(const PXML& document, const std::string& path) {
     const std::string temporary = unusedNameBeside(path, files_);
     PFileStream stream(files_);
-    if (stream.openPrivate(temporary.c_str()) != 0) {
-        return kNotCreated;
+    if (stream.openPrivate(temporary) != 0) {
+        return false;
     }
-    int result = document.saveStream(stream, OUtils::textLineEnd());
-    if (result == 0 && files_.replaceFile(temporary.c_str(), path) != 0) {
-        result = kNotCreated;
+    const bool saved = document.saveStream(stream, OUtils::textLineEnd()) == 0 &&
+                       files_.replaceFile(temporary, path) == 0;
+    if (!saved) {
+        files_.removeFile(temporary);
     }
-    if (result != 0) {
-        files_.removeFile(temporary.c_str());
-    }
-    return result;
+    return saved;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "support/debug_log.h"
 
 class PXML;
@@ -19,19 +21,19 @@ public:
                         platform::FileSystem& files, DebugLog debugLog)
         : variables_(variables), exclusions_(exclusions), files_(files), debugLog_(debugLog) {}
 
-    // 0; -1 when the file can't be made, or when something else than an older configuration file stands in
-    // its place; 1 when it can't be written. What stood there is untouched after a failure, and no other file
-    // stays. The file is complete as soon as it has its name; this user alone can read it, since the values
-    // stand in it as they are, passwords included. A link in its place is replaced, not followed.
+    // False when the file can't be made or written, or when something else than an older configuration file is
+    // in its place. What was there is untouched after a failure, and no other file stays. The file is
+    // complete as soon as it has its name; this user alone can read it, since the values are in it as they
+    // are, passwords included. A link in its place is replaced, not followed.
     //
     // A value can't be repeated from such a file when it holds a `$`, has 1,024 bytes or more, or white space
     // at its ends: it is written all the same, and the log says so.
-    int writeConfigFile(const char* path);
+    bool write(const std::string& path);
 
 private:
     void fill(PXML& document);
-    bool mayReplace(const char* path);
-    int save(const PXML& document, const char* path);
+    bool mayReplace(const std::string& path);
+    bool save(const PXML& document, const std::string& path);
 
     const VariableStore& variables_;
     const VariableExclusions& exclusions_;

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::size_t kFirstCapacity = 4096;
-
 std::string trimmedToTerminator(std::string text) {
     text.resize(std::strlen(text.c_str()));
     return text;
@@ -52,7 +50,7 @@ std::optional<std::string_view> DescriptionTags::attribute(std::int32_t node, st
 }
 
 bool DescriptionTags::holds(std::optional<std::string_view> condition) {
-    return !condition || expressions_.evaluateCondition(std::string(*condition).c_str()) != 0;
+    return expressions_.holds(condition);
 }
 
 bool DescriptionTags::isSet(std::int32_t node, std::string_view name) {
@@ -61,24 +59,7 @@ bool DescriptionTags::isSet(std::int32_t node, std::string_view name) {
 }
 
 std::string DescriptionTags::expand(std::optional<std::string_view> text, bool stopOnMissing) {
-    std::string result;
-    if (!text) {
-        return result;
-    }
-    const std::string source(*text);
-    // An expansion that fills its buffer may have been cut: it gets another try with more room.
-    for (std::size_t capacity = kFirstCapacity; capacity <= kTextLimit; capacity *= 4) {
-        result.assign(capacity, '\0');
-        if (expressions_.expandVariables(source.c_str(), result.data(), static_cast<int>(capacity),
-                                         stopOnMissing) == 0) {
-            return {};
-        }
-        result = trimmedToTerminator(std::move(result));
-        if (result.size() + 1 < capacity) {
-            break;
-        }
-    }
-    return result;
+    return expressions_.expandWhole(text.value_or(""), stopOnMissing);
 }
 
 std::string collapsedPath(std::string path) {

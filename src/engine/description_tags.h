@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,14 +13,11 @@ class PXML;
 // texts in which variables have their values.
 class DescriptionTags {
 public:
-    // The bytes of an expanded text; what is longer is cut.
-    static constexpr std::size_t kTextLimit = 1024 * 1024;
-
     // Both outlive this object.
     DescriptionTags(const PXML& description, Expressions& expressions)
         : description_(description), expressions_(expressions) {}
 
-    // The first element of that name behind `after`, at any depth, whose Condition isn't false; -1 when there
+    // The first element of that name after `after`, at any depth, whose Condition isn't false; -1 when there
     // is none.
     std::int32_t nextGroup(std::string_view name, std::int32_t after);
     // The first element of that name, whatever its condition says; -1 when there is none.
@@ -40,7 +36,7 @@ public:
     // As holds, but a missing condition is false.
     bool isSet(std::int32_t node, std::string_view name);
 
-    // Empty for a missing text. With `stopOnMissing` a variable that isn't there empties the whole text.
+    // Empty for a missing text; cut at Expressions::kWholeLimit. With `stopOnMissing` a variable that isn't there empties the whole text.
     std::string expand(std::optional<std::string_view> text, bool stopOnMissing = false);
     std::string expandAttribute(std::int32_t node, std::string_view name) { return expand(attribute(node, name)); }
 

@@ -1,8 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "engine/description_tags.h"
+#include "engine/engine_parts.h"
+
+enum class ControlVariable : std::int32_t;
 
 // An application whose action log was found at a known place.
 struct LegacyLogFile {
@@ -10,20 +17,59 @@ struct LegacyLogFile {
     std::string logPath;
 };
 
-// Where an earlier installation of the product was found.
+// Where an earlier installation of the product was found. The numbers are those of the description's variable.
 enum PreviousInstallationKind : std::int32_t {
     kNoPreviousInstallation = 0,
     kRegisteredInstallation = 1,  // in the system's list of installed applications
     kLoggedInstallation = 2,      // only by its log file
 };
 
-// What the session found of earlier installations.
-struct EarlierInstallations {
-    std::int32_t previousInstallationKind = kNoPreviousInstallation;
-    std::int32_t legacyInstallationCount = 0;  // registered applications that the product replaces
-    // Between scanLegacyLogFiles and scanExternalLegacy: logs of applications that the product replaces.
-    // Afterwards: applications of other installers.
-    std::int32_t externalLegacyCount = 0;
-    std::int32_t previousUninstallDone = 0;  // their removal was tried; that happens once in a session
-    std::vector<LegacyLogFile> legacyLogFiles;
+// Looks for earlier versions of the product and for what it replaces, and puts what it finds into the
+// variables that play these roles. A session that starts from an action log takes the product away itself and
+// has no earlier installation.
+class EarlierInstallations {
+public:
+    explicit EarlierInstallations(const EngineParts& parts);
+
+    // What the system's list of installed applications knows: the product's own name, and each
+    // LegacyApplication. The variables of an earlier installation become those of this session. For the time
+    // before the default values are loaded, so that they build on it.
+    void findRegistered(bool isActionLogSession);
+
+    // What only log files show, at their known places, and the applications of other installers. For the time
+    // after the default values are loaded: the places are written with variables, and a default can't hide
+    // what was found.
+    void findOthers(bool isActionLogSession);
+
+    // Takes away what was found, as far as the variable of the role ShouldUninstall isn't 0. This version has
+    // no removal: the log says so, and the variable of the role UninstallError is emptied. False when
+    // something would have to be removed.
+    bool remove();
+
+    PreviousInstallationKind kind() const { return kind_; }
+    bool wasRemovalTried() const { return removalTried_; }
+    // Registered applications that the product replaces.
+    std::int32_t legacyCount() const { return legacyCount_; }
+    const std::vector<LegacyLogFile>& legacyLogFiles() const { return legacyLogFiles_; }
+
+private:
+    void scanRegistered();
+    void importVariables();
+    void readEarlierLog();
+    void scanLogFiles();
+    void scanOwnLog();
+    void scanLegacyLog(std::int32_t node);
+    void scanExternal();
+
+    std::vector<std::int32_t> childrenOf(std::string_view path, std::string_view name) const;
+    bool isPresent(const std::string& path);
+    void setControl(ControlVariable role, std::string_view value);
+
+    EngineParts parts_;
+    DescriptionTags tags_;
+    PreviousInstallationKind kind_ = kNoPreviousInstallation;
+    std::int32_t legacyCount_ = 0;
+    std::int32_t legacyLogCount_ = 0;  // logs of applications that the product replaces
+    bool removalTried_ = false;
+    std::vector<LegacyLogFile> legacyLogFiles_;
 };

@@ -13,7 +13,7 @@ class Expressions;
 // The content of a file from the cabinet. The bytes belong to the cabinet, or, once expanded, to this record.
 struct FileContent {
     std::string_view bytes;  // what is to be written
-    Md5Digest digest{};      // of the bytes as they lie in the cabinet
+    Md5Digest digest{};      // of the bytes as they are in the cabinet
     std::string expanded;
 
     FileContent() = default;
@@ -34,10 +34,10 @@ public:
     // False when the cabinet doesn't hold the alias or the entry can't be read.
     bool read(std::string_view alias, FileContent& out);
 
-    // Puts values in the place of [NAME] in content of less than `limit` bytes, up to its first zero byte.
+    // Replaces [NAME] by the value in content of less than `limit` bytes, up to its first zero byte.
     // What doesn't fit `limit` bytes with a terminator is cut, and that is logged with `name`. Larger
     // content stays as it is.
-    void expandVariables(FileContent& content, std::size_t limit, const char* name);
+    void expandVariables(FileContent& content, std::size_t limit, std::string_view name);
 
 private:
     const Cabinet& cabinet_;

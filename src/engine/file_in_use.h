@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
-class InstallerUI;
+class Report;
 class SystemOperations;
 namespace platform {
 class FileSystem;
@@ -13,18 +14,21 @@ class FileInUse {
 public:
     // A program's name is cut to this many bytes before it is looked for.
     static constexpr std::size_t kNameLimit = 199;
+    // How long a program gets to end.
+    static constexpr std::uint32_t kProgramEndMilliseconds = 2000;
 
-    // Both outlive this object.
-    FileInUse(platform::FileSystem& files, SystemOperations& system) : files_(files), system_(system) {}
+    // All of them outlive this object.
+    FileInUse(platform::FileSystem& files, SystemOperations& system, Report& report)
+        : files_(files), system_(system), report_(report) {}
 
     // Stops the program that runs from the file, waits up to `waitMilliseconds` for its end, and deletes the
     // file. Only programs are treated: a path without ".exe" is left alone. True when the file was deleted.
-    // `ui` may be null.
-    bool deleteFileInUse(InstallerUI* ui, const char* path, std::uint32_t waitMilliseconds);
+    bool deleteFileInUse(std::string_view path, std::uint32_t waitMilliseconds = kProgramEndMilliseconds);
 
 private:
-    void stopProgram(InstallerUI* ui, const char* name, std::uint32_t waitMilliseconds);
+    void stopProgram(std::string_view name, std::uint32_t waitMilliseconds);
 
     platform::FileSystem& files_;
     SystemOperations& system_;
+    Report& report_;
 };

@@ -1,10 +1,9 @@
 #include "engine/file_planner.h"
 
 #include "base/fixed_text.h"
-#include "base/path_functions.h"
 #include "description/expressions.h"
 #include "description/file_sets.h"
-#include "support/debug_log.h"
+#include "engine/description_tags.h"
 
 namespace {
 
@@ -12,33 +11,23 @@ constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
 std::string cleaned(std::string path) {
     path.resize(std::min(path.size(), kPathLimit));
-    OUtils::collapseSeparators(path.data());
-    path.resize(std::char_traits<char>::length(path.c_str()));
-    return path;
+    return collapsedPath(std::move(path));
 }
 
 }  // namespace
 
-void FilePlanner::forget() {
-    conditions_.clear();
-    directories_.clear();
-}
-
 bool FilePlanner::isSelected(const FileEntry& file) {
-    if (file.dest.empty() || !holds(file.condition.c_str())) {
+    if (file.dest.empty() || !holds(file.condition)) {
         return false;
     }
     const FileSet& owner = fileSets_.getFileSets()[static_cast<std::size_t>(file.fileSet)];
-    return holds(owner.condition.c_str());
+    return holds(owner.condition.view());
 }
 
-bool FilePlanner::holds(const char* condition) {
-    if (condition[0] == '\0') {
-        return true;
-    }
-    const auto [known, isNew] = conditions_.try_emplace(condition, true);
+bool FilePlanner::holds(std::string_view condition) {
+    const auto [known, isNew] = conditions_.try_emplace(std::string(condition), true);
     if (isNew) {
-        known->second = expressions_.evaluateCondition(condition) != 0;
+        known->second = expressions_.holds(condition);
     }
     return known->second;
 }
@@ -57,12 +46,8 @@ bool FilePlanner::findDirectory(const FileEntry& file, std::string& outDirectory
 }
 
 FilePlanner::Directory FilePlanner::expand(const std::string& destination) {
-    PathText text;
-    Directory directory;
-    directory.expanded = expressions_.expandVariables(destination.c_str(), text.data(),
-                                                      static_cast<int>(PathText::capacity()), false) != 0;
-    directory.path = cleaned(std::string(text.view()) + '\\');
-    return directory;
+    const std::optional<std::string> text = expressions_.expand(destination, PathText::capacity());
+    return {cleaned(text.value_or("") + '\\'), text.has_value()};
 }
 
 std::string FilePlanner::pathIn(const std::string& directory, const FileEntry& file) {

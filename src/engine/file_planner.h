@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "support/debug_log.h"
@@ -9,15 +10,13 @@ class Expressions;
 class FileSets;
 struct FileEntry;
 
-// Decides which files are installed and where. What it has found out about a condition or a directory once
-// holds for all files that share it, until it is told that variables may have changed.
+// Decides which files are installed and where, for one installation: what it has found out about a condition
+// or a directory holds for all files that share it.
 class FilePlanner {
 public:
     FilePlanner(const FileSets& fileSets, Expressions& expressions, DebugLog debugLog)
         : fileSets_(fileSets), expressions_(expressions), debugLog_(debugLog) {}
 
-    // Variables may have changed.
-    void forget();
     // False for a file without a destination, and where its condition or its file set's doesn't hold.
     bool isSelected(const FileEntry& file);
     // The file's directory with a separator at its end, at most 1,559 bytes. False when it can't be
@@ -32,7 +31,7 @@ private:
         bool expanded = false;
     };
 
-    bool holds(const char* condition);
+    bool holds(std::string_view condition);
     Directory expand(const std::string& destination);
 
     const FileSets& fileSets_;

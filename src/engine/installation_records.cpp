@@ -1,79 +1,92 @@
 #include "engine/installation_records.h"
 
-#include "base/fixed_text.h"
 #include "contracts/system_operations.h"
 #include "description/product_description.h"
-#include "engine/action_log_publisher.h"
-#include "engine/action_log_writer.h"
-#include "engine/logged_variables.h"
+#include "description/variable_exclusions.h"
+#include "description/variable_store.h"
 #include "platform/file_system.h"
-#include "support/debug_log.h"
+#include "support/p_file_stream.h"
+#include "support/utilities.h"
 
-namespace {
-
-constexpr int kPathCapacity = static_cast<int>(PathText::capacity());
-
-// Empty when the system refuses.
-std::string temporaryName(SystemOperations& system) {
-    PathText path;
-    return system.getTemporaryFileName(path.data(), kPathCapacity) == 0 ? std::string(path.view())
-                                                                        : std::string();
+std::vector<LoggedVariable> loggedVariables(const ProductModel& model) {
+    std::vector<LoggedVariable> kept;
+    for (std::int32_t i = 0; i < model.variables.getCount(); ++i) {
+        const InstallVariable& variable = model.variables.at(i);
+        if (model.exclusions.isVariableExported(variable.name.c_str(), kExcludeFromLog)) {
+            kept.push_back({variable.name, variable.value});
+        }
+    }
+    return kept;
 }
-
-}  // namespace
-
-InstallationRecords::InstallationRecords(Parts parts, DebugLog debugLog)
-    : parts_(parts), debugLog_(debugLog), backup_(parts.files) {}
 
 bool InstallationRecords::open() {
     if (!openLog()) {
-        debugLog_.print("ERROR: Obtaining temp filename for install temp log!");
+        parts_.debugLog.line("ERROR: Obtaining temp filename for install temp log!");
         return false;
     }
-    if (!openBackup()) {
-        debugLog_.print("ERROR: Obtaining temp filename for install temp backup!");
-        parts_.log.close();
-        parts_.files.removeFile(temporaryLog_.c_str());
+    if (!openArchive()) {
+        parts_.debugLog.line("ERROR: Obtaining temp filename for install temp backup!");
+        log_.close();
+        parts_.machine.files.removeFile(temporaryLog_);
         return false;
     }
-    PathText descriptionPath;
-    PathText backupPath;
-    parts_.product.getUninstallXmlFile(descriptionPath.data(), kPathCapacity);
-    parts_.product.getInstallBackupFile(backupPath.data(), kPathCapacity);
-    parts_.log.writeHeader(descriptionPath.view(), backupPath.view());
-    parts_.log.writeVariables(parts_.variables.collect());
+    const ProductDescription& product = parts_.model.product;
+    log_.writeHeader(product.uninstallXmlFile().value_or(""), product.installBackupFile().value_or(""));
+    log_.writeVariables(loggedVariables(parts_.model));
     return true;
 }
 
 bool InstallationRecords::openLog() {
-    temporaryLog_ = temporaryName(parts_.system);
-    return !temporaryLog_.empty() && parts_.log.openNew(temporaryLog_.c_str()) == 0;
+    temporaryLog_ = parts_.system.temporaryFileName().value_or("");
+    return !temporaryLog_.empty() && log_.openNew(temporaryLog_);
 }
 
-bool InstallationRecords::openBackup() {
-    temporaryBackup_ = temporaryName(parts_.system);
-    return !temporaryBackup_.empty() && backup_.openForWriting(temporaryBackup_.c_str()) == 0;
+bool InstallationRecords::openArchive() {
+    temporaryArchive_ = parts_.system.temporaryFileName().value_or("");
+    return !temporaryArchive_.empty() && archive_.openForWriting(temporaryArchive_);
 }
 
 bool InstallationRecords::closeAll() {
-    const bool logWritten = parts_.log.close();
+    const bool logWritten = log_.close();
     if (!logWritten) {
-        debugLog_.print("ERROR: The install log could not be written completely");
+        parts_.debugLog.line("ERROR: The install log could not be written completely");
     }
-    const bool backupWritten = backup_.close() == 0;
-    if (!backupWritten) {
-        debugLog_.print("ERROR: The backup file could not be written completely");
+    const bool archiveWritten = archive_.close() == 0;
+    if (!archiveWritten) {
+        parts_.debugLog.line("ERROR: The backup file could not be written completely");
     }
-    return logWritten && backupWritten;
+    return logWritten && archiveWritten;
 }
 
 bool InstallationRecords::publish() {
     const bool written = closeAll();
-    PathText logPath;
-    PathText backupPath;
-    parts_.product.getInstallLogFile(logPath.data(), kPathCapacity);
-    parts_.product.getInstallBackupFile(backupPath.data(), kPathCapacity);
-    const bool published = ActionLogPublisher(parts_.files, debugLog_)
-                               .publish(temporaryLog_, logPath.c_str(), temporaryBackup_, backupPath.c_str());
-    return written && published;
+    const ProductDescription& product = parts_.model.product;
+    const bool logPublished =
+        publishFile("install log", temporaryLog_, product.installLogFile().value_or(""));
+    const bool archivePublished =
+        publishFile("backup file", temporaryArchive_, product.installBackupFile().value_or(""));
+    return written && logPublished && archivePublished;
+}
+
+bool InstallationRecords::publishFile(const char* what, const std::string& from, const std::string& to) {
+    platform::FileSystem& files = parts_.machine.files;
+    if (!to.empty()) {
+        if (files.replaceFile(from, to) == 0) {
+            return true;
+        }
+        if (!copyPrivately(from, to)) {
+            parts_.debugLog.print("ERROR: The %s could not be written to %s; it stays at %s", what,
+                                  to.c_str(), from.c_str());
+            return false;
+        }
+    }
+    files.removeFile(from);
+    return true;
+}
+
+// Where a file can't be moved. The copy empties what it finds and leaves its rights as they are.
+bool InstallationRecords::copyPrivately(const std::string& from, const std::string& to) {
+    platform::FileSystem& files = parts_.machine.files;
+    PFileStream target(files);
+    return target.openPrivate(to) == 0 && target.close() == 0 && OUtils::copyFile(from, to, files);
 }

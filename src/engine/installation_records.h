@@ -1,44 +1,44 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "engine/action_log_writer.h"
+#include "engine/engine_parts.h"
 #include "package/backup_file.h"
-#include "support/debug_log.h"
 
-class ActionLogWriter;
-class LoggedVariables;
-class ProductDescription;
-class SystemOperations;
+// The variables that an action log keeps: those of the store, in its order, that aren't excluded from logs.
+// The texts are the store's and good until it changes.
+std::vector<LoggedVariable> loggedVariables(const ProductModel& model);
 
 // The action log and the backup archive of one installation, from their temporary names to their final ones.
+// Both are files of this user alone: they may hold what nobody else could read.
 class InstallationRecords {
 public:
-    struct Parts {
-        ActionLogWriter& log;
-        const LoggedVariables& variables;
-        const ProductDescription& product;
-        SystemOperations& system;
-        platform::FileSystem& files;
-    };
-
-    InstallationRecords(Parts parts, DebugLog debugLog);
+    // All of them outlive this object.
+    InstallationRecords(const EngineParts& parts, ActionLogWriter& log, BackupFile& archive)
+        : parts_(parts), log_(log), archive_(archive) {}
 
     // Opens both under temporary names and writes the log's head. False when that can't be done, which is
     // logged; nothing is left then.
     bool open();
-    BackupFile& backup() { return backup_; }
-    // Closes both and gives them their final names. False when something didn't reach the disk, which is
-    // logged.
+    // Closes both and brings them to the paths that the description gives, over what is there; without such a
+    // path the file is deleted. False when something didn't reach the disk, which is logged. A file that
+    // could not be published stays under its temporary name, since it may hold the only copy of the user's
+    // files; the log says where.
     bool publish();
 
 private:
     bool openLog();
-    bool openBackup();
+    bool openArchive();
     bool closeAll();
+    bool publishFile(const char* what, const std::string& from, const std::string& to);
+    bool copyPrivately(const std::string& from, const std::string& to);
 
-    Parts parts_;
-    DebugLog debugLog_;
-    BackupFile backup_;
+    EngineParts parts_;
+    ActionLogWriter& log_;
+    BackupFile& archive_;
     std::string temporaryLog_;
-    std::string temporaryBackup_;
+    std::string temporaryArchive_;
 };

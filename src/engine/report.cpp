@@ -20,9 +20,9 @@ void Report::end() {
     }
 }
 
-void Report::setStatus(const char* text) {
+void Report::setStatus(std::string_view text) {
     if (ui_ != nullptr) {
-        ui_->setStatusText(text);
+        ui_->setStatusText(std::string(text).c_str());
     }
 }
 
@@ -34,13 +34,19 @@ void Report::setProgress(int percent) {
 
 void Report::pumpEvents() {
     if (ui_ != nullptr) {
+        ui_->pumpEvents();
+    }
+}
+
+void Report::pumpEventsWhileCopying() {
+    if (ui_ != nullptr) {
         ui_->pumpEventsWhileCopying();
     }
 }
 
-void Report::addLine(const std::string& text, bool flushNow) {
+void Report::addLine(std::string_view text, bool flushNow) {
     if (ui_ != nullptr) {
-        ui_->addFileLine(text.c_str(), flushNow);
+        ui_->addFileLine(std::string(text).c_str(), flushNow);
     }
 }
 
@@ -50,13 +56,13 @@ void Report::flushLines() {
     }
 }
 
-void Report::addError(const std::string& text) {
+void Report::addError(std::string_view text) {
     if (errors_ != nullptr) {
-        errors_->push_back(text.substr(0, kErrorLimit));
+        errors_->emplace_back(text.substr(0, kErrorLimit));
     }
 }
 
-bool Report::addOutcome(bool done, const std::string& text) {
+bool Report::addOutcome(bool done, std::string_view text) {
     addLine(text, false);
     if (!done) {
         addError(text);
@@ -64,7 +70,7 @@ bool Report::addOutcome(bool done, const std::string& text) {
     return done;
 }
 
-void Report::showErrors(const char* heading) {
+void Report::showErrors(std::string_view heading) {
     if (errors_ == nullptr || errors_->empty()) {
         return;
     }
@@ -77,4 +83,13 @@ void Report::showErrors(const char* heading) {
 
 bool Report::ignoresErrors() {
     return ui_ != nullptr && ui_->getIgnoreErrors() != 0;
+}
+
+// The share is rounded up, and that of the steps before this one: the last step doesn't show 100, the end
+// of the job does.
+void Report::finishStep() {
+    if (expectedSteps_ > 0) {
+        setProgress(static_cast<int>((finishedSteps_ * 100 + expectedSteps_ - 1) / expectedSteps_));
+    }
+    ++finishedSteps_;
 }

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::string_view kSeparators = "/\\";
 
-// The part of a path behind its root: a drive, a server and its share, or leading separators.
-std::string_view behindRoot(std::string_view path) {
+// The part of a path after its root: a drive, a server and its share, or leading separators.
+std::string_view afterRoot(std::string_view path) {
     if (path.size() > 1 && path[1] == ':') {
         path.remove_prefix(2);
     } else if (path.size() > 1 && OUtils::isSeparator(path[0]) && OUtils::isSeparator(path[1])) {
@@ -25,7 +25,7 @@ std::string_view behindRoot(std::string_view path) {
 }
 
 bool isBelowARoot(std::string_view path) {
-    const std::string_view rest = behindRoot(path);
+    const std::string_view rest = afterRoot(path);
     if (rest.empty() || !OUtils::isSeparator(rest.front())) {
         return false;
     }
@@ -45,12 +45,12 @@ bool isBelowARoot(std::string_view path) {
 
 }  // namespace
 
-int WildcardRemover::deleteByWildcard(const std::string& directory, std::string_view pattern,
-                                      bool deleteDirectories) {
+std::optional<int> WildcardRemover::deleteByWildcard(const std::string& directory, std::string_view pattern,
+                                                     bool deleteDirectories) {
     const bool isPlainPattern =
         !pattern.empty() && pattern.find_first_of(kSeparators) == std::string_view::npos;
-    if (!isPlainPattern || !isBelowARoot(directory) || !files_.isDirectory(directory.c_str())) {
-        return -1;
+    if (!isPlainPattern || !isBelowARoot(directory) || !files_.isDirectory(directory)) {
+        return std::nullopt;
     }
     return clean(directory, pattern, deleteDirectories, 0);
 }
@@ -58,7 +58,7 @@ int WildcardRemover::deleteByWildcard(const std::string& directory, std::string_
 int WildcardRemover::clean(const std::string& directory, std::string_view pattern, bool deleteDirectories,
                            int level) {
     std::vector<platform::DirectoryEntry> entries;
-    if (level > kDeepestLevel || files_.list(directory.c_str(), entries) != 0) {
+    if (level > kDeepestLevel || files_.list(directory, entries) != 0) {
         return 0;
     }
     int deleted = 0;
@@ -67,13 +67,13 @@ int WildcardRemover::clean(const std::string& directory, std::string_view patter
         const std::string path = directory + "/" + entry.name;
         if (entry.isDirectory) {
             deleted += clean(path, pattern, deleteDirectories, level + 1);
-            left -= files_.exists(path.c_str()) ? 0 : 1;
-        } else if (matchesWildcard(pattern, entry.name) && files_.removeFile(path.c_str()) == 0) {
+            left -= files_.exists(path) ? 0 : 1;
+        } else if (matchesWildcard(pattern, entry.name) && files_.removeFile(path) == 0) {
             ++deleted;
             --left;
         }
     }
-    if (deleteDirectories && left == 0 && files_.removeDirectory(directory.c_str()) == 0) {
+    if (deleteDirectories && left == 0 && files_.removeDirectory(directory) == 0) {
         ++deleted;
     }
     return deleted;
@@ -85,7 +85,7 @@ bool matchesWildcard(std::string_view pattern, std::string_view name) {
     }
     std::size_t p = 0;
     std::size_t n = 0;
-    std::size_t star = std::string_view::npos;  // the last one that was met, and what it stands for so far
+    std::size_t star = std::string_view::npos;  // the last one so far, and where what it matches ends
     std::size_t starEnd = 0;
     while (n < name.size()) {
         if (p < pattern.size() && pattern[p] == '*') {

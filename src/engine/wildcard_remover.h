@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,9 +18,10 @@ public:
 
     // Deletes the files in `directory` and in everything below it that match `pattern`, and with
     // `deleteDirectories` each directory that is empty then, the given one included. The number of deletions;
-    // -1 when the directory isn't there, or is none that could belong to a product (empty, relative, a root),
-    // or the pattern is empty or names a path. Links are deleted, not followed.
-    int deleteByWildcard(const std::string& directory, std::string_view pattern, bool deleteDirectories);
+    // nothing when the directory isn't there, or is none that could belong to a product (empty, relative, a
+    // root), or the pattern is empty or names a path. Links are deleted, not followed.
+    std::optional<int> deleteByWildcard(const std::string& directory, std::string_view pattern,
+                                        bool deleteDirectories);
 
 private:
     int clean(const std::string& directory, std::string_view pattern, bool deleteDirectories, int level);

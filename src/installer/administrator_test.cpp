@@ -13,11 +13,11 @@ bool canCreateProbe(platform::FileSystem& files, const std::string& path) {
     options.access = platform::kWrite;
     options.disposition = platform::Disposition::kCreateAlways;
     std::unique_ptr<platform::File> probe;
-    if (files.open(path.c_str(), options, probe) != 0) {
+    if (files.open(path, options, probe) != 0) {
         return false;
     }
     probe.reset();
-    files.removeFile(path.c_str());
+    files.removeFile(path);
     return true;
 }
 

@@ -7,6 +7,8 @@
 #include "installer/revision.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
+#include "platform/console_device.h"
+#include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/message_box.h"
 #include "platform/named_events.h"
@@ -26,7 +28,7 @@ constexpr bool kHasGraphicalFrontEnd = false;
 }  // namespace
 
 InstallerProgram::InstallerProgram(platform::Platform& platform)
-    : platform_(platform), terminal_(platform.console), log_(platform.files) {}
+    : platform_(platform), log_(platform.files), services_(platform, debugLog_) {}
 
 InstallerProgram::~InstallerProgram() {
     setActiveUI(nullptr);
@@ -39,41 +41,44 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         return kFailed;
     }
     options_ = readRunOptions(parameters_);
-    debugLevel_ =
+    const int level =
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
+    debugLog_.setTarget(&log_, level);
     logStart();
     chooseFrontEnd();
-    wini_ = std::make_unique<Wini>(platform_, debugLevel_, options_.gui, options_.ignoreErrors);
-    setActiveInstaller(wini_.get());
-    wini_->setConsole(&log_, debugLevel_);
-    if (options_.configFile != nullptr) {
-        wini_->setConfigFile(options_.configFile);
-    }
-    wini_->setParameters(&parameters_);
+    makeSession();
     if (!testRights()) {
         return kFailed;
     }
-    if (options_.uninstallLog != nullptr) {
-        return UninstallRelaunch(platform_, log_).run(options_, debugLevel_);
+    if (options_.uninstallLog) {
+        return UninstallRelaunch(platform_, debugLog_).run(*options_.uninstallLog, options_) ? 0 : kFailed;
     }
-    return options_.uninstallFile != nullptr ? uninstall() : install();
+    return options_.uninstallFile ? uninstall() : install();
+}
+
+void InstallerProgram::makeSession() {
+    wini_ = std::make_unique<Wini>(platform_, services_, debugLog_,
+                                   WiniArguments{debugLog_.level(), options_.gui, options_.ignoreErrors});
+    setActiveInstaller(wini_.get());
+    wini_->setConfigFile(options_.configFile.value_or(""));
+    wini_->setParameters(&parameters_);
 }
 
 void InstallerProgram::logStart() {
-    log_.print("Installer version revision: %s", kBuildRevision);
-    log_.print("Parsing command line arguments");
-    if (debugLevel_ >= 2) {
-        log_.print("Insatllation was called with arguments:");
+    debugLog_.print("Installer version revision: %s", kBuildRevision);
+    debugLog_.line("Parsing command line arguments");
+    if (debugLog_.level() >= 2) {
+        debugLog_.line("Insatllation was called with arguments:");
         for (int i = 0; i < parameters_.getCount(); ++i) {
-            log_.print("  [ARG %02d] -%s=\"%s\"", i, parameters_.name(i), parameters_.value(i));
+            debugLog_.print("  [ARG %02d] -%s=\"%s\"", i, parameters_.name(i), parameters_.value(i));
         }
     }
-    log_.print("Installation started");
+    debugLog_.line("Installation started");
 }
 
 void InstallerProgram::chooseFrontEnd() {
     if (options_.gui != 0 && !kHasGraphicalFrontEnd) {
-        log_.print("WARNING: This build has no graphical front end; the console is used");
+        debugLog_.line("WARNING: This build has no graphical front end; the console is used");
         options_.gui = 0;
     }
 }
@@ -95,11 +100,11 @@ bool InstallerProgram::testRights() {
 }
 
 int InstallerProgram::install() {
-    int result = options_.binFile != nullptr ? loadBinFile() : loadOwnPackage();
+    int result = options_.binFile ? loadBinFile() : loadOwnPackage();
     if (result == 0) {
         result = runConsoleInstallation();
     }
-    log_.print("Installation finished (res=%i)", result);
+    debugLog_.print("Installation finished (res=%i)", result);
     endSession();
     return 0;
 }
@@ -107,58 +112,56 @@ int InstallerProgram::install() {
 int InstallerProgram::loadOwnPackage() {
     const std::uint32_t offset = readStampedPackageOffset();
     std::string path;
-    if (!platform::ownImagePath(path)) {
-        log_.print("ERROR: Failed to obtain module file name");
+    if (!platform_.environment.programPath(path)) {
+        debugLog_.line("ERROR: Failed to obtain module file name");
         return kFailed;
     }
-    log_.print("Initializing with file=\"%s\", offset=%i", path.c_str(), static_cast<int>(offset));
-    if (!verifyInstallerChecksum(path.c_str(), platform_.files)) {
+    debugLog_.print("Initializing with file=\"%s\", offset=%i", path.c_str(), static_cast<int>(offset));
+    if (!verifyInstallerChecksum(path, platform_.files)) {
         showError(
-            "The checksum of the installer doesn't match. This could indicate a broken download.\nPlease, "
-            "try "
-            "downloading again!");
-        log_.print("ERROR: The installer checksum failed!");
+            "The checksum of the installer doesn't match. This could indicate a broken download.\n"
+            "Please, try downloading again!");
+        debugLog_.line("ERROR: The installer checksum failed!");
         return kFailed;
     }
-    log_.print("Checksum successfuly verified");
+    debugLog_.line("Checksum successfuly verified");
     return wini_->loadCabinet(path.c_str(), offset, options_.sessionFlags);
 }
 
 int InstallerProgram::loadBinFile() {
-    log_.print("Initializing with bin file: %s", options_.binFile);
-    const int result = wini_->loadCabinet(options_.binFile, 0, options_.sessionFlags);
+    debugLog_.line("Initializing with bin file: " + *options_.binFile);
+    const int result = wini_->loadCabinet(options_.binFile->c_str(), 0, options_.sessionFlags);
     if (result != 0) {
-        log_.print("ERROR: Initialization with bin file failed with result: %d", result);
+        debugLog_.print("ERROR: Initialization with bin file failed with result: %d", result);
         showError("The installer failed to initialize with the supplied binary file!");
     }
     return result;
 }
 
 int InstallerProgram::runConsoleInstallation() {
-    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
-    const char* input = options_.configFile != nullptr ? options_.configFile
-                        : options_.autoMode            ? "autoInstall"
-                                                       : "";
-    log_.print("Initializing with input: \"%s\"", input);
+    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0,
+                                      platform_.console);
+    const std::string input = options_.configFile.value_or(options_.autoMode ? "autoInstall" : "");
+    debugLog_.line("Initializing with input: \"" + input + "\"");
     bool automated = false;
-    if (ui_->createInputProvider(input, automated) != 0) {
-        log_.print("ERROR: Unable to initialize Console installation");
+    if (ui_->createInputProvider(input.c_str(), automated) != 0) {
+        debugLog_.line("ERROR: Unable to initialize Console installation");
         return kFailed;
     }
     wini_->setUnattended(automated);
-    return runSession(*ui_, "Running uninstallation");
+    return runSession(*ui_);
 }
 
 int InstallerProgram::uninstall() {
-    log_.print("Real uninstall");
+    debugLog_.line("Real uninstall");
     platform_.events.signal(kUninstallerStartEvent);
-    int result = wini_->loadCabinet(options_.uninstallFile, 0, options_.sessionFlags);
+    int result = wini_->loadCabinet(options_.uninstallFile->c_str(), 0, options_.sessionFlags);
     if (result == 0) {
         result = runConsoleUninstallation();
     }
     const bool failed = result != 0 || wini_->hasErrors();
     endSession();
-    if (debugLevel_ == 0) {
+    if (debugLog_.level() == 0) {
         removeRelaunchCopies();
     }
     platform_.events.signal(kUninstallerEndEvent);
@@ -167,26 +170,28 @@ int InstallerProgram::uninstall() {
 
 // Windows keeps the image of a running program; there its copy stays until the next one takes its place.
 void InstallerProgram::removeRelaunchCopies() {
-    platform_.files.removeFile(options_.uninstallFile);
+    platform_.files.removeFile(*options_.uninstallFile);
     std::string image;
-    if (platform::ownImagePath(image) && UninstallRelaunch::isCopy(image)) {
-        platform_.files.removeFile(image.c_str());
+    if (platform_.environment.programPath(image) && UninstallRelaunch::isCopy(image)) {
+        platform_.files.removeFile(image);
     }
 }
 
 int InstallerProgram::runConsoleUninstallation() {
-    ui_ = std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, terminal_);
+    ui_ =
+        std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, platform_.console);
     bool automated = false;
     ui_->createInputProvider("autoUninstall", automated);
     wini_->setUnattended(automated);
-    return runSession(*ui_, "Running uninstallation");
+    return runSession(*ui_);
 }
 
-int InstallerProgram::runSession(ConsoleUI& ui, const char* announcement) {
+// The log says "uninstallation" for both kinds of session.
+int InstallerProgram::runSession(ConsoleUI& ui) {
     ui.setEngine(wini_.get());
-    ui.setLog(&log_);
+    ui.setLog(debugLog_);
     setActiveUI(&ui);
-    log_.print("%s", announcement);
+    debugLog_.line("Running uninstallation");
     return wini_->run(&ui, &log_);
 }
 
@@ -196,7 +201,7 @@ void InstallerProgram::endSession() {
     ui_.reset();
 }
 
-void InstallerProgram::showError(const char* text) {
+void InstallerProgram::showError(std::string_view text) {
     if (options_.gui != 0) {
         platform::showMessage(text, kCaption, platform::MessageIcon::kError);
     } else {
@@ -204,7 +209,7 @@ void InstallerProgram::showError(const char* text) {
     }
 }
 
-void InstallerProgram::print(const std::string& text) {
-    terminal_.write(text);
-    terminal_.flush();
+void InstallerProgram::print(std::string_view text) {
+    platform_.console.write(text);
+    platform_.console.flush();
 }

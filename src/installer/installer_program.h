@@ -2,12 +2,14 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "installer/run_options.h"
 #include "session/command_line_parameters.h"
+#include "support/debug_log.h"
 #include "support/p_file_console.h"
-#include "support/terminal.h"
+#include "wini/system_services.h"
 
 class ConsoleUI;
 class Wini;
@@ -31,6 +33,7 @@ public:
 private:
     void logStart();
     void chooseFrontEnd();
+    void makeSession();
     bool testRights();
     int install();
     int loadOwnPackage();
@@ -39,18 +42,18 @@ private:
     int uninstall();
     int runConsoleUninstallation();
     void removeRelaunchCopies();
-    int runSession(ConsoleUI& ui, const char* announcement);
+    int runSession(ConsoleUI& ui);
     void endSession();
     // On the screen of the run: a message box for a graphical run, else standard output.
-    void showError(const char* text);
-    void print(const std::string& text);
+    void showError(std::string_view text);
+    void print(std::string_view text);
 
     platform::Platform& platform_;
-    SystemTerminal terminal_;
     CommandLineParameters parameters_;
     RunOptions options_;
     PFileConsole log_;
-    int debugLevel_ = 0;
+    DebugLog debugLog_;
+    SystemServices services_;
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<ConsoleUI> ui_;
 };

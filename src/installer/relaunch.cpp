@@ -4,12 +4,12 @@
 
 #include "base/path_functions.h"
 #include "installer/run_options.h"
+#include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
 #include "platform/processes.h"
 #include "platform/program.h"
-#include "support/p_console.h"
 #include "support/p_file_stream.h"
 #include "support/utilities.h"
 #include "wini/uninstaller_events.h"
@@ -24,8 +24,8 @@ constexpr char kImageCopyName[] = "\\ormeluninst.dll";
 
 std::string UninstallRelaunch::commandLine(const std::string& image, const std::string& logCopy,
                                            const RunOptions& options, int debugLevel) {
-    std::string line = "\"" + image + "\" -uninstallFile=\"" + logCopy + "\" -uninstallApp=\"" +
-                       (options.uninstallApp == nullptr ? "" : options.uninstallApp) + "\"";
+    std::string line =
+        "\"" + image + "\" -uninstallFile=\"" + logCopy + "\" -uninstallApp=\"" + options.uninstallApp + "\"";
     if (options.gui == 0) {
         line += " -gui=0";
     }
@@ -42,47 +42,47 @@ bool UninstallRelaunch::isCopy(const std::string& path) {
     return OUtils::lastPathComponent(path) == kImageCopyName + 1;
 }
 
-int UninstallRelaunch::fail() {
+bool UninstallRelaunch::fail() {
     platform_.events.signal(kUninstallerEndEvent);
-    return -1;
+    return false;
 }
 
-// The fixed names lie where others can write: each is taken anew as this user's own before anything goes in.
-bool UninstallRelaunch::copyToPrivateFile(const char* from, const char* to) {
+// Others can write to the directory of these fixed names: each file is made anew as this user's own before
+// anything goes into it.
+bool UninstallRelaunch::copyToPrivateFile(const std::string& from, const std::string& to) {
     PFileStream file(platform_.files);
     return file.openPrivate(to) == 0 && file.close() == 0 && OUtils::copyFile(from, to, platform_.files);
 }
 
-int UninstallRelaunch::run(const RunOptions& options, int debugLevel) {
-    log_.print("Uninstalling. Uninstall file: %s", options.uninstallLog);
+bool UninstallRelaunch::run(const std::string& logPath, const RunOptions& options) {
+    debugLog_.line("Uninstalling. Uninstall file: " + logPath);
     std::string ownImage;
-    if (!platform::ownImagePath(ownImage)) {
-        log_.print("ERROR: Unable to obtain module file name. Exiting!");
+    if (!platform_.environment.programPath(ownImage)) {
+        debugLog_.line("ERROR: Unable to obtain module file name. Exiting!");
         return fail();
     }
     std::string directory;
     if (!platform_.files.temporaryDirectory(directory)) {
-        log_.print("ERROR: Unable to obtain temporary path for uninstaller log. Exiting!");
+        debugLog_.line("ERROR: Unable to obtain temporary path for uninstaller log. Exiting!");
         return fail();
     }
     const std::string logCopy = directory + kLogCopyName;
-    if (!copyToPrivateFile(options.uninstallLog, logCopy.c_str())) {
-        log_.print("ERROR: Unable to copy uninstaller log to %s. Exiting!", logCopy.c_str());
+    if (!copyToPrivateFile(logPath, logCopy)) {
+        debugLog_.line("ERROR: Unable to copy uninstaller log to " + logCopy + ". Exiting!");
         return fail();
     }
     const std::string imageCopy = directory + kImageCopyName;
-    if (!copyToPrivateFile(ownImage.c_str(), imageCopy.c_str()) ||
-        platform_.files.makeExecutable(imageCopy.c_str()) != 0) {
-        log_.print("Error copying file %s - Error Number = %d", imageCopy.c_str(),
-                   platform::lastSystemError());
+    if (!copyToPrivateFile(ownImage, imageCopy) || platform_.files.makeExecutable(imageCopy) != 0) {
+        debugLog_.line("Error copying file " + imageCopy +
+                       " - Error Number = " + std::to_string(platform::lastSystemError()));
         return fail();
     }
-    const std::string line = commandLine(imageCopy, logCopy, options, debugLevel);
-    log_.print("Calling uninstaller process. Command line: %s", line.c_str());
+    const std::string line = commandLine(imageCopy, logCopy, options, debugLog_.level());
+    debugLog_.line("Calling uninstaller process. Command line: " + line);
     int error = 0;
-    if (platform_.processes.start(line.c_str(), directory.c_str(), error) == nullptr) {
-        log_.print("ERROR: Unable to create uninstall process. Exiting!");
+    if (platform_.processes.start(line, directory, error) == nullptr) {
+        debugLog_.line("ERROR: Unable to create uninstall process. Exiting!");
         return fail();
     }
-    return 0;
+    return true;
 }

@@ -2,7 +2,8 @@
 
 #include <string>
 
-class PConsole;
+#include "support/debug_log.h"
+
 struct RunOptions;
 
 namespace platform {
@@ -13,12 +14,13 @@ struct Platform;
 // copies the action log and the own image to the temporary directory and starts the copy, without waiting.
 class UninstallRelaunch {
 public:
-    // Both are borrowed and outlive the object.
-    UninstallRelaunch(platform::Platform& platform, PConsole& log) : platform_(platform), log_(log) {}
+    // The platform is borrowed and outlives the object.
+    UninstallRelaunch(platform::Platform& platform, DebugLog debugLog)
+        : platform_(platform), debugLog_(std::move(debugLog)) {}
 
-    // The process's exit code: 0 when the copy was started, else -1, with the end event signalled for
-    // whoever waits for the uninstallation.
-    int run(const RunOptions& options, int debugLevel);
+    // True when the copy was started. Otherwise the end event is signalled, for whoever waits for the
+    // uninstallation. `logPath` is the installation's action log.
+    bool run(const std::string& logPath, const RunOptions& options);
 
     // The command line of the second stage.
     static std::string commandLine(const std::string& image, const std::string& logCopy,
@@ -28,9 +30,9 @@ public:
     static bool isCopy(const std::string& path);
 
 private:
-    int fail();
-    bool copyToPrivateFile(const char* from, const char* to);
+    bool fail();
+    bool copyToPrivateFile(const std::string& from, const std::string& to);
 
     platform::Platform& platform_;
-    PConsole& log_;
+    DebugLog debugLog_;
 };

@@ -28,13 +28,14 @@ constexpr const char* kNames[] = {"debug",     "gui",          "ignoreErrors", "
                                   "uninstall", "uninstallApp", "uninstallFile"};
 static_assert(std::size(kNames) == static_cast<std::size_t>(Option::kCount));
 
-const char* find(const CommandLineParameters& parameters, Option option) {
-    return parameters.find(kNames[static_cast<std::size_t>(option)]);
+std::optional<std::string> find(const CommandLineParameters& parameters, Option option) {
+    const auto value = parameters.find(kNames[static_cast<std::size_t>(option)]);
+    return value ? std::optional<std::string>(*value) : std::nullopt;
 }
 
 int readInteger(const CommandLineParameters& parameters, Option option, int absent) {
-    const char* value = find(parameters, option);
-    return value == nullptr ? absent : OUtils::textToInteger(value);
+    const auto value = find(parameters, option);
+    return value ? OUtils::textToInteger(value->c_str()) : absent;
 }
 
 }  // namespace
@@ -47,21 +48,21 @@ RunOptions readRunOptions(const CommandLineParameters& parameters) {
     if (readInteger(parameters, Option::kBackup, 1) != 0) {
         options.sessionFlags |= kSessionBackup;
     }
-    if (find(parameters, Option::kAuto) != nullptr) {
+    if (find(parameters, Option::kAuto)) {
         options.autoMode = true;
         options.gui = 0;
     }
     options.configFile = find(parameters, Option::kConfigFile);
-    if (options.configFile != nullptr) {
+    if (options.configFile) {
         options.gui = 0;
         options.quiet = 1;
     }
     options.quiet = readInteger(parameters, Option::kQuiet, options.quiet);
     options.binFile = find(parameters, Option::kBin);
     options.uninstallLog = find(parameters, Option::kUninstall);
-    options.uninstallApp = find(parameters, Option::kUninstallApp);
+    options.uninstallApp = find(parameters, Option::kUninstallApp).value_or("");
     options.uninstallFile = find(parameters, Option::kUninstallFile);
-    if (options.uninstallFile != nullptr) {
+    if (options.uninstallFile) {
         options.sessionFlags |= kSessionActionLog;
     }
     return options;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -8,24 +10,23 @@
 
 class CommandLineParameters;
 
-// How the program was asked to run. Texts are null where the option wasn't given; they belong to the
-// parameter list.
+// How the program was asked to run. A text is absent where its option wasn't given.
 struct RunOptions {
     int debug = 0;
-    int gui = 1;  // wanted; what is shown also hangs on what this build has
+    int gui = 1;  // wanted; what is shown also depends on what this build has
     int ignoreErrors = 0;
     bool autoMode = false;
     int quiet = 0;
     std::uint32_t sessionFlags = 0;
-    const char* configFile = nullptr;
-    const char* binFile = nullptr;
-    const char* uninstallLog = nullptr;  // first stage of uninstalling: the installation's action log
-    const char* uninstallApp = nullptr;
-    const char* uninstallFile = nullptr;  // second stage: the copied action log
+    std::optional<std::string> configFile;
+    std::optional<std::string> binFile;
+    std::optional<std::string> uninstallLog;   // first stage of uninstalling: the installation's action log
+    std::string uninstallApp;                  // the product's name, for the second stage
+    std::optional<std::string> uninstallFile;  // second stage: the copied action log
 };
 
-// Reads the options in the one order that fixes their interplay: an answers file and `auto` select the
-// console, and a `quiet` beside an answers file wins over the silence that this brings.
+// Reads the options in an order that decides how they combine: an answers file and `auto` select the
+// console, and an explicit `quiet` overrides the silence of an answers file.
 RunOptions readRunOptions(const CommandLineParameters& parameters);
 
 // The names of all options that readRunOptions looks for.

@@ -3,27 +3,25 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <vector>
+#include <utility>
 
-#include "base/errors.h"
-#include "contracts/installer_ui.h"
 #include "package/backup_format.h"
 #include "package/backup_reader.h"
 #include "package/little_endian.h"
-#include "support/p_console.h"
+#include "support/debug_log.h"
 
 namespace {
 
 constexpr std::uint32_t kCopyBlockSize = 8 * BackupFormat::kFoldBlockSize;
 
-int openToRead(PFileStream& stream, const char* path) {
+int openToRead(PFileStream& stream, std::string_view path) {
     return stream.openFile(path, PFileStream::kGenericRead,
                            PFileStream::kShareRead | PFileStream::kShareWrite | PFileStream::kShareDelete,
                            PFileStream::kOpenExisting | PFileStream::kSequential);
 }
 
-// Fills the buffer as far as the file reaches, whatever pieces the system gives; `outRead` also after a
-// failure.
+// Fills the buffer as far as the file goes, even if the system delivers it in pieces. `outRead` is also set
+// after a failure.
 int readFull(PFileStream& stream, unsigned char* buffer, std::uint32_t size, std::uint32_t& outRead) {
     outRead = 0;
     while (outRead < size) {
@@ -42,7 +40,7 @@ struct CopyCounts {
     std::int64_t written = 0;
 };
 
-// Copies up to `size` bytes; 0 also when the source is shorter. The counts tell.
+// Copies up to `size` bytes. Returns 0 even when the source is shorter; the counts show that.
 int copyBytes(PFileStream& from, PFileStream& to, std::int64_t size, CopyCounts& outCounts) {
     const auto block = std::make_unique<unsigned char[]>(kCopyBlockSize);
     while (outCounts.read < size) {
@@ -63,17 +61,125 @@ int copyBytes(PFileStream& from, PFileStream& to, std::int64_t size, CopyCounts&
     return 0;
 }
 
-// The text up to its terminator, which need not lie within the buffer.
-std::string boundedText(const char* text, std::int64_t bufferSize) {
-    const auto size = static_cast<std::size_t>(std::max<std::int64_t>(bufferSize, 0));
-    const void* terminator = std::memchr(text, 0, size);
-    return {text, terminator == nullptr
-                      ? size
-                      : static_cast<std::size_t>(static_cast<const char*>(terminator) - text)};
+// One walk over an archive that is open for reading.
+class RestoreWalk {
+public:
+    RestoreWalk(BackupFile& archive, platform::FileSystem& files, const DebugLog& debugLog,
+                BackupRestoreObserver& observer)
+        : archive_(archive), reader_(archive), files_(files), debugLog_(debugLog), observer_(observer) {}
+
+    // True when the end of the archive was reached.
+    bool run();
+
+private:
+    bool canOpen(std::string_view path);
+    void restoreEmpty(const BackupEntry& entry);
+    bool restoreContent(const BackupEntry& entry);
+    bool writeBack(const BackupEntry& entry);
+    bool copyContent(const BackupEntry& entry, int& outStatus);
+    bool leave(const BackupEntry& entry);
+    void reportWriting(const BackupEntry& entry, int status);
+
+    BackupFile& archive_;
+    BackupReader reader_;
+    platform::FileSystem& files_;
+    const DebugLog& debugLog_;
+    BackupRestoreObserver& observer_;
+    std::int64_t number_ = 0;  // of the current entry
+};
+
+bool RestoreWalk::run() {
+    observer_.progress(0);
+    if (!reader_.start()) {
+        return false;
+    }
+    BackupEntry entry;
+    BackupReader::Found found = reader_.next(entry);
+    for (number_ = 1; found == BackupReader::Found::kEntry; ++number_) {
+        if (entry.size == 0) {
+            restoreEmpty(entry);
+        } else if (!restoreContent(entry)) {
+            return false;
+        }
+        found = reader_.next(entry);
+    }
+    return found == BackupReader::Found::kEnd;
 }
 
-bool isRestorable(const BackupEntry& entry, std::uint32_t existing, bool exists) {
-    return !exists || entry.checkSum == existing;
+bool RestoreWalk::canOpen(std::string_view path) {
+    PFileStream stream(files_);
+    return openToRead(stream, path) == 0;
+}
+
+void RestoreWalk::restoreEmpty(const BackupEntry& entry) {
+    observer_.beforeFile();
+    if (archive_.fileCheckSum(entry.name) != 0 || canOpen(entry.name)) {
+        return;
+    }
+    PFileStream created(files_);
+    const int status = created.openFile(entry.name, PFileStream::kReadWrite, PFileStream::kShareRead,
+                                        PFileStream::kOpenAlways);
+    debugLog_.line("Zero saved size for " + entry.name + "; creating blank file");
+    reportWriting(entry, status);
+}
+
+// False when the archive can't be read. A check sum of 0 may be that of a file that can't be opened, so only
+// an attempt to open it shows whether it exists.
+bool RestoreWalk::restoreContent(const BackupEntry& entry) {
+    const std::uint32_t existing = archive_.fileCheckSum(entry.name);
+    const bool exists = existing != 0 || canOpen(entry.name);
+    observer_.beforeFile();
+    const bool isReadable = exists && entry.checkSum != existing ? leave(entry) : writeBack(entry);
+    observer_.progress(reader_.percentDone());
+    return isReadable;
+}
+
+bool RestoreWalk::writeBack(const BackupEntry& entry) {
+    int status = 0;
+    const bool isReadable = copyContent(entry, status);
+    if (status == 0 && isReadable) {
+        debugLog_.line("Restored " + entry.name);
+    }
+    reportWriting(entry, status);
+    return isReadable;
+}
+
+// False when the archive can't be read. A file that can't be written gives `outStatus`; it doesn't damage the
+// archive, so its content is read all the same.
+bool RestoreWalk::copyContent(const BackupEntry& entry, int& outStatus) {
+    PFileStream target(files_);
+    outStatus = target.openFile(entry.name, PFileStream::kReadWrite, PFileStream::kShareRead,
+                                PFileStream::kCreateAlways);
+    std::int64_t left = entry.size;
+    while (left > 0) {
+        const std::string_view data = reader_.read(left);
+        if (data.empty()) {
+            return false;
+        }
+        std::uint32_t written = 0;
+        if (outStatus == 0) {
+            outStatus = target.write(data.data(), static_cast<std::uint32_t>(data.size()), written);
+        }
+        left -= static_cast<std::int64_t>(data.size());
+    }
+    const int closed = target.close();
+    outStatus = outStatus != 0 ? outStatus : closed;
+    return true;
+}
+
+bool RestoreWalk::leave(const BackupEntry& entry) {
+    debugLog_.line("Saved check sum different than existing one for " + entry.name + "; skipping");
+    const bool isReadable = reader_.skip(entry.size);
+    observer_.fileDone(entry.name, RestoreOutcome::kLeft, number_);
+    return isReadable;
+}
+
+void RestoreWalk::reportWriting(const BackupEntry& entry, int status) {
+    if (status != 0) {
+        debugLog_.line("ERROR: Could not restore " + entry.name + " (" + std::to_string(status) + ")");
+    }
+    observer_.fileDone(entry.name, status == 0 ? RestoreOutcome::kRestored : RestoreOutcome::kFailed,
+                       number_);
 }
 
 }  // namespace
@@ -84,7 +190,7 @@ BackupFile::~BackupFile() {
     BackupFile::close();
 }
 
-bool BackupFile::isBackupFile(const char* path) {
+bool BackupFile::isBackupFile(std::string_view path) {
     PFileStream stream(files());
     unsigned char start[BackupFormat::kBannerLength];
     std::uint32_t done = 0;
@@ -92,7 +198,7 @@ bool BackupFile::isBackupFile(const char* path) {
            done == sizeof(start) && std::memcmp(start, BackupFormat::kBanner, sizeof(start)) == 0;
 }
 
-std::uint32_t BackupFile::fileCheckSum(const char* path) {
+std::uint32_t BackupFile::fileCheckSum(std::string_view path) {
     PFileStream stream(files());
     if (openToRead(stream, path) != 0) {
         return 0;
@@ -102,17 +208,18 @@ std::uint32_t BackupFile::fileCheckSum(const char* path) {
     for (;;) {
         std::uint32_t done = 0;
         const int status = readFull(stream, block.get(), kCopyBlockSize, done);
-        value = foldCheckSum(value, block.get(), done);
+        value = foldCheckSum(value, {reinterpret_cast<const char*>(block.get()), done});
         if (status != 0 || done < kCopyBlockSize) {
             return value;
         }
     }
 }
 
-// Exclusive or knows no order, so four independent sums of 64 bits can run side by side and be joined at the
-// end.
-std::uint32_t BackupFile::foldCheckSum(std::uint32_t value, const void* data, std::size_t size) {
-    const auto* bytes = static_cast<const unsigned char*>(data);
+// The order of the words doesn't matter to an exclusive or, so four independent sums of 64 bits run side by
+// side and are combined at the end.
+std::uint32_t BackupFile::foldCheckSum(std::uint32_t value, std::string_view content) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(content.data());
+    std::size_t size = content.size();
     std::uint64_t sums[4] = {};
     for (; size >= 32; size -= 32, bytes += 32) {
         for (int i = 0; i < 4; ++i) {
@@ -130,86 +237,80 @@ std::uint32_t BackupFile::foldCheckSum(std::uint32_t value, const void* data, st
     return value;
 }
 
-int BackupFile::openForWriting(const char* path) {
+bool BackupFile::openForWriting(std::string_view path) {
     if (mode_ != kClosed) {
-        return -1;
+        return false;
     }
     std::uint32_t written = 0;
-    if (openPrivate(path) != 0) {
-        error_ = 1;
-        return -1;
-    }
-    if (write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0) {
-        error_ = 1;
+    hasError_ =
+        openPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
+    if (hasError_) {
         PFileStream::close();
-        return -1;
+        return false;
     }
-    error_ = 0;
     mode_ = kWriting;
-    return 0;
+    return true;
 }
 
-int BackupFile::openForReading(const char* path) {
+bool BackupFile::openForReading(std::string_view path) {
     if (mode_ != kClosed || openToRead(*this, path) != 0) {
-        return -1;
+        return false;
     }
     unsigned char banner[BackupFormat::kBannerSize];
     std::uint32_t done = 0;
     if (readFull(*this, banner, sizeof(banner), done) != 0 || done != sizeof(banner) ||
         std::memcmp(banner, BackupFormat::kBanner, sizeof(banner)) != 0) {
         PFileStream::close();
-        return -1;
+        return false;
     }
     mode_ = kReading;
-    return 0;
+    return true;
 }
 
-BackupResult BackupFile::addFile(const char* path, std::int64_t pathBufferSize, std::uint32_t checkSum,
-                                 bool checkSumGiven) {
+std::optional<std::string> BackupFile::addFile(std::string_view path, std::optional<std::uint32_t> checkSum) {
     if (mode_ != kWriting) {
-        return BackupResult("Not in write mode");
+        return "Not in write mode";
     }
-    if (error_ != 0) {
-        return BackupResult("There is a previous error");
+    if (hasError_) {
+        return "There is a previous error";
     }
-    const std::string name = boundedText(path, pathBufferSize);
-    if (isBackupFile(name.c_str())) {
-        return {};
+    if (isBackupFile(path)) {
+        return std::nullopt;
     }
     const std::int64_t start = getPosition();
-    std::string failure = writeEntry(name, checkSum, checkSumGiven);
-    if (failure.empty()) {
-        return {};
+    std::optional<std::string> failure = writeEntry(std::string(path), checkSum);
+    if (failure) {
+        hasError_ = true;
+        // Nothing may follow the end byte that close() writes here.
+        if (seek(start) == 0) {
+            setEndOfStream();
+        }
     }
-    error_ = 1;
-    // Nothing may stand behind the end byte that close writes here.
-    if (seek(start) == 0) {
-        setEndOfStream();
-    }
-    return BackupResult(std::move(failure));
+    return failure;
 }
 
-std::string BackupFile::writeEntry(const std::string& name, std::uint32_t checkSum, bool checkSumGiven) {
+std::optional<std::string> BackupFile::writeEntry(const std::string& name,
+                                                  std::optional<std::uint32_t> checkSum) {
     std::uint32_t done = 0;
-    // A name of length 0 would be the end byte; a longer one could not be read back.
-    if (name.empty() || name.size() >= BackupFormat::kNameCapacity ||
+    // A name of length 0 would be the end byte; one above the limit could not be read back.
+    if (name.empty() || name.size() > BackupFormat::kNameLimit ||
         write(name.c_str(), static_cast<std::uint32_t>(name.size() + 1), done) != 0) {
         return "Error writing file name";
     }
     unsigned char field[BackupFormat::kSizeFieldSize];
-    const std::int64_t size = getFileSize(name.c_str());
+    const std::int64_t size = getFileSize(name);
     LittleEndian::writeSigned64(field, size);
     if (write(field, BackupFormat::kSizeFieldSize, done) != 0) {
         return "Error writing file size";
     }
-    LittleEndian::writeUnsigned(field, checkSumGiven ? checkSum : fileCheckSum(name.c_str()));
+    LittleEndian::writeUnsigned(field, checkSum ? *checkSum : fileCheckSum(name));
     if (write(field, BackupFormat::kCheckSumFieldSize, done) != 0) {
         return "Error writing check sum";
     }
-    return size == 0 ? std::string() : writeContent(name.c_str(), size);
+    return size == 0 ? std::nullopt : writeContent(name, size);
 }
 
-std::string BackupFile::writeContent(const char* path, std::int64_t size) {
+std::optional<std::string> BackupFile::writeContent(const std::string& path, std::int64_t size) {
     PFileStream source(files());
     if (openToRead(source, path) != 0) {
         return "Error opening file";
@@ -223,116 +324,11 @@ std::string BackupFile::writeContent(const char* path, std::int64_t size) {
         return "Copy stream mismatch: wanted " + std::to_string(size) + " bytes, read " +
                std::to_string(counts.read) + ", written " + std::to_string(counts.written);
     }
-    return {};
+    return std::nullopt;
 }
 
-int BackupFile::restoreAll(PConsole* console, InstallerUI& ui) {
-    if (mode_ != kReading) {
-        return -1;
-    }
-    ui.setCurrentProgress(0);
-    BackupReader reader(*this);
-    if (reader.start() != 0) {
-        return -1;
-    }
-    for (std::int64_t count = 1;; ++count) {
-        BackupEntry entry;
-        const BackupReader::Found found = reader.next(entry);
-        if (found == BackupReader::Found::kDamage) {
-            return -1;
-        }
-        if (found == BackupReader::Found::kEnd) {
-            ui.addFileLine(nullptr, true);
-            return 0;
-        }
-        const bool flushNow = count % 32 == 0;
-        if (entry.size == 0) {
-            restoreEmpty(entry, console, ui, flushNow);
-        } else if (!restoreContent(entry, reader, console, ui, flushNow)) {
-            return -1;
-        }
-    }
-}
-
-bool BackupFile::canOpen(const char* path) {
-    PFileStream stream(files());
-    return openToRead(stream, path) == 0;
-}
-
-void BackupFile::restoreEmpty(const BackupEntry& entry, PConsole* console, InstallerUI& ui, bool flushNow) {
-    ui.pumpEvents();
-    if (fileCheckSum(entry.name.c_str()) != 0 || canOpen(entry.name.c_str())) {
-        return;
-    }
-    PFileStream created(files());
-    const int status = created.openFile(entry.name.c_str(), PFileStream::kReadWrite, PFileStream::kShareRead,
-                                        PFileStream::kOpenAlways);
-    if (console != nullptr) {
-        console->print("Zero saved size for %s; creating blank file", entry.name.c_str());
-    }
-    reportRestore(entry, status, console, ui, flushNow);
-}
-
-bool BackupFile::restoreContent(const BackupEntry& entry, BackupReader& reader, PConsole* console,
-                                InstallerUI& ui, bool flushNow) {
-    const std::uint32_t existing = fileCheckSum(entry.name.c_str());
-    const bool exists = existing != 0 || canOpen(entry.name.c_str());
-    ui.pumpEvents();
-    bool isReadable = true;
-    if (isRestorable(entry, existing, exists)) {
-        int status = 0;
-        isReadable = writeBack(entry, reader, status);
-        if (status == 0 && isReadable && console != nullptr) {
-            console->print("Restored %s", entry.name.c_str());
-        }
-        reportRestore(entry, status, console, ui, flushNow);
-    } else {
-        if (console != nullptr) {
-            console->print("Saved check sum different than existing one for %s; skipping",
-                           entry.name.c_str());
-        }
-        isReadable = reader.skip(entry.size);
-        ui.addFileLine(("Left " + entry.name).c_str(), flushNow);
-    }
-    ui.setCurrentProgress(reader.percentDone());
-    return isReadable;
-}
-
-// False when the archive can't be read; a file that can't be written is `outStatus` and no damage to the
-// archive.
-bool BackupFile::writeBack(const BackupEntry& entry, BackupReader& reader, int& outStatus) {
-    PFileStream target(files());
-    outStatus = target.openFile(entry.name.c_str(), PFileStream::kReadWrite, PFileStream::kShareRead,
-                                PFileStream::kCreateAlways);
-    std::int64_t left = entry.size;
-    while (left > 0) {
-        std::uint32_t size = 0;
-        const unsigned char* data = reader.read(left, size);
-        if (data == nullptr) {
-            return false;
-        }
-        std::uint32_t written = 0;
-        if (outStatus == 0) {
-            outStatus = target.write(data, size, written);
-        }
-        left -= size;
-    }
-    const int closed = target.close();
-    outStatus = outStatus != 0 ? outStatus : closed;
-    return true;
-}
-
-// The walk goes on after a file that can't be written, but nobody is told that it was restored.
-void BackupFile::reportRestore(const BackupEntry& entry, int status, PConsole* console, InstallerUI& ui,
-                               bool flushNow) {
-    if (status == 0) {
-        ui.addFileLine(("Restore " + entry.name).c_str(), flushNow);
-        return;
-    }
-    if (console != nullptr) {
-        console->print("ERROR: Could not restore %s (%i)", entry.name.c_str(), status);
-    }
-    ui.addFileLine(("FAILED to restore " + entry.name).c_str(), flushNow);
+bool BackupFile::restoreAll(const DebugLog& debugLog, BackupRestoreObserver& observer) {
+    return mode_ == kReading && RestoreWalk(*this, files(), debugLog, observer).run();
 }
 
 int BackupFile::close() {

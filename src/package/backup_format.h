@@ -3,14 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 
-// The bytes of a backup archive, shared by reader and writer. backup_format.md tells what they mean.
+// The bytes of a backup archive, shared by reader and writer. backup_format.md says what they mean.
 namespace BackupFormat {
 
 inline constexpr char kBanner[] = "Tandrel Software installer backup file.\n";
 inline constexpr std::size_t kBannerLength = sizeof(kBanner) - 1;
-inline constexpr std::size_t kBannerSize = sizeof(kBanner);  // with the terminator that stands in the file
+inline constexpr std::size_t kBannerSize = sizeof(kBanner);  // with the terminator, which is part of the file
 
-inline constexpr std::size_t kNameCapacity = 1560;  // of a name with its terminator
+inline constexpr std::size_t kNameLimit = 1559;  // bytes of a name, without its terminator
 inline constexpr std::size_t kSizeFieldSize = 8;
 inline constexpr std::size_t kCheckSumFieldSize = 4;
 

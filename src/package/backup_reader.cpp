@@ -13,13 +13,13 @@ constexpr std::uint32_t kBufferSize = 262144;
 }  // namespace
 
 BackupReader::BackupReader(PFileStream& archive)
-    : archive_(archive), buffer_(std::make_unique<unsigned char[]>(kBufferSize)) {}
+    : archive_(archive), buffer_(std::make_unique<char[]>(kBufferSize)) {}
 
-int BackupReader::start() {
+bool BackupReader::start() {
     position_ = BackupFormat::kBannerSize;
     archiveSize_ = archive_.getSize();
     bufferStart_ = bufferEnd_ = 0;
-    return archive_.seek(position_) == 0 && archiveSize_ >= position_ ? 0 : -1;
+    return archive_.seek(position_) == 0 && archiveSize_ >= position_;
 }
 
 bool BackupReader::fill() {
@@ -30,15 +30,22 @@ bool BackupReader::fill() {
     return archive_.read(buffer_.get(), kBufferSize, bufferEnd_) == 0 && bufferEnd_ > 0;
 }
 
-const unsigned char* BackupReader::read(std::int64_t most, std::uint32_t& outSize) {
-    outSize = 0;
+std::string_view BackupReader::buffered() const {
+    return {buffer_.get() + bufferStart_, bufferEnd_ - bufferStart_};
+}
+
+void BackupReader::take(std::size_t size) {
+    bufferStart_ += static_cast<std::uint32_t>(size);
+    position_ += static_cast<std::int64_t>(size);
+}
+
+std::string_view BackupReader::read(std::int64_t most) {
     if (most < 1 || !fill()) {
-        return nullptr;
+        return {};
     }
-    const unsigned char* data = buffer_.get() + bufferStart_;
-    outSize = static_cast<std::uint32_t>(std::min<std::int64_t>(most, bufferEnd_ - bufferStart_));
-    bufferStart_ += outSize;
-    position_ += outSize;
+    const std::string_view data =
+        buffered().substr(0, static_cast<std::size_t>(std::min<std::int64_t>(most, kBufferSize)));
+    take(data.size());
     return data;
 }
 
@@ -46,47 +53,39 @@ bool BackupReader::skip(std::int64_t size) {
     if (size < 0 || size > left()) {
         return false;
     }
-    position_ += size;
     if (size <= bufferEnd_ - bufferStart_) {
-        bufferStart_ += static_cast<std::uint32_t>(size);
+        take(static_cast<std::size_t>(size));
         return true;
     }
+    position_ += size;
     bufferStart_ = bufferEnd_ = 0;
     return archive_.seek(position_) == 0;
 }
 
 bool BackupReader::readField(unsigned char* field, std::size_t size) {
     while (size > 0) {
-        std::uint32_t done = 0;
-        const unsigned char* data = read(static_cast<std::int64_t>(size), done);
-        if (data == nullptr) {
+        const std::string_view data = read(static_cast<std::int64_t>(size));
+        if (data.empty()) {
             return false;
         }
-        std::memcpy(field, data, done);
-        field += done;
-        size -= done;
+        std::memcpy(field, data.data(), data.size());
+        field += data.size();
+        size -= data.size();
     }
     return true;
 }
 
 bool BackupReader::readName(std::string& outName) {
     outName.clear();
-    while (outName.size() < BackupFormat::kNameCapacity) {
+    while (outName.size() <= BackupFormat::kNameLimit) {
         if (!fill()) {
             return false;
         }
-        const auto* from = reinterpret_cast<const char*>(buffer_.get() + bufferStart_);
-        const std::size_t room =
-            std::min<std::size_t>(bufferEnd_ - bufferStart_, BackupFormat::kNameCapacity - outName.size());
-        const void* terminator = std::memchr(from, 0, room);
-        const std::size_t length =
-            terminator == nullptr ? room
-                                  : static_cast<std::size_t>(static_cast<const char*>(terminator) - from);
-        outName.append(from, length);
-        const std::size_t taken = terminator == nullptr ? length : length + 1;
-        bufferStart_ += static_cast<std::uint32_t>(taken);
-        position_ += static_cast<std::int64_t>(taken);
-        if (terminator != nullptr) {
+        const std::string_view part = buffered().substr(0, BackupFormat::kNameLimit + 1 - outName.size());
+        const std::size_t end = part.find('\0');
+        outName += part.substr(0, end);
+        take(end == std::string_view::npos ? part.size() : end + 1);
+        if (end != std::string_view::npos) {
             return true;
         }
     }

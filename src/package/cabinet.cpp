@@ -5,16 +5,17 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <string>
 #include <utility>
 
 #include "package/little_endian.h"
 #include "package/package_layout.h"
-#include "package/solid_decompressor.h"
-#include "support/p_console.h"
 
 namespace {
 
-// The largest single read of a system call, kept below the limits of all systems.
+using LoadResult = Cabinet::LoadResult;
+
+// The most bytes to ask a system call for, below the limits of all systems.
 constexpr std::int64_t kReadPiece = 0x10000000;
 
 std::string_view fixedText(const unsigned char* field, std::size_t capacity) {
@@ -37,23 +38,24 @@ bool readWhole(PFileStream& stream, unsigned char* buffer, std::int64_t size) {
     return true;
 }
 
-// 0 or the code of the first magic word that differs; a word that is cut off differs.
-int checkLeadBlock(const unsigned char* data, std::size_t size) {
+// Names the first magic word that differs; a word that is cut off differs.
+LoadResult checkLeadBlock(const SolidBlock& package) {
     const struct {
         std::size_t offset;
         std::uint32_t value;
-        int code;
+        LoadResult problem;
     } words[] = {
-        {PackageLayout::kMagic0Offset, PackageLayout::kMagic0, Cabinet::kBadMagic0},
-        {PackageLayout::kMagic1Offset, PackageLayout::kMagic1, Cabinet::kBadMagic1},
-        {PackageLayout::kMagic2Offset, PackageLayout::kMagic2, Cabinet::kBadMagic2},
+        {PackageLayout::kMagic0Offset, PackageLayout::kMagic0, LoadResult::kBadMagic0},
+        {PackageLayout::kMagic1Offset, PackageLayout::kMagic1, LoadResult::kBadMagic1},
+        {PackageLayout::kMagic2Offset, PackageLayout::kMagic2, LoadResult::kBadMagic2},
     };
     for (const auto& word : words) {
-        if (word.offset + 4 > size || LittleEndian::readUnsigned(data + word.offset) != word.value) {
-            return word.code;
+        if (word.offset + 4 > static_cast<std::size_t>(package.size) ||
+            LittleEndian::readUnsigned(package.data.get() + word.offset) != word.value) {
+            return word.problem;
         }
     }
-    return 0;
+    return LoadResult::kLoaded;
 }
 
 }  // namespace
@@ -84,9 +86,8 @@ Md5Digest CabinetEntry::digest() const {
     return digest;
 }
 
-Cabinet::Cabinet(platform::FileSystem& files, PConsole* console) : files_(files), console_(console) {}
-
-Cabinet::~Cabinet() = default;
+Cabinet::Cabinet(platform::FileSystem& files, DebugLog debugLog)
+    : files_(files), debugLog_(std::move(debugLog)) {}
 
 void Cabinet::clear() {
     byAlias_ = {};
@@ -95,136 +96,132 @@ void Cabinet::clear() {
     isSolid_ = false;
 }
 
-int Cabinet::load(const char* path, std::int64_t offset) {
+LoadResult Cabinet::load(std::string_view path, std::int64_t offset) {
     clear();
-    Block package;
-    int result = readPackage(path, offset, package);
-    std::size_t position = PackageLayout::kLeadBlockSize;
-    if (result == kLoaded) {
+    SolidBlock package;
+    LoadResult result = readPackage(path, offset, package);
+    std::size_t position = 0;
+    if (result == LoadResult::kLoaded) {
         result = expand(package, position);
     }
-    if (result == kLoaded) {
+    if (result == LoadResult::kLoaded) {
         result = buildCatalogue(position);
     }
-    if (result != kLoaded) {
+    if (result != LoadResult::kLoaded) {
         clear();
     }
     return result;
 }
 
-int Cabinet::readPackage(const char* path, std::int64_t offset, Block& out) {
+LoadResult Cabinet::readPackage(std::string_view path, std::int64_t offset, SolidBlock& out) {
     PFileStream stream(files_);
     if (stream.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
                         PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
-        if (console_ != nullptr) {
-            console_->print("ERROR: Failed to open %s for decompressing!", path == nullptr ? "" : path);
-        }
-        return kNotOpened;
+        debugLog_.line("ERROR: Failed to open " + std::string(path) + " for decompressing!");
+        return LoadResult::kNotOpened;
     }
-    const int result = allocateAndRead(stream, offset, out);
-    if (result != kLoaded) {
+    const LoadResult result = allocateAndRead(stream, offset, out);
+    if (result != LoadResult::kLoaded) {
         return result;
     }
-    if (console_ != nullptr) {
-        console_->print("Checking compressed cabinet version compatibility");
-    }
-    return checkLeadBlock(out.data.get(), static_cast<std::size_t>(out.size));
+    debugLog_.line("Checking compressed cabinet version compatibility");
+    return checkLeadBlock(out);
 }
 
-int Cabinet::allocateAndRead(PFileStream& stream, std::int64_t offset, Block& out) {
+LoadResult Cabinet::allocateAndRead(PFileStream& stream, std::int64_t offset, SolidBlock& out) {
     const std::int64_t length = stream.getSize() - offset;
     if (offset < 0 || length < 0) {
-        return kSeekFailed;
+        return LoadResult::kSeekFailed;
     }
-    if (console_ != nullptr) {
-        console_->print("Allocating memory for the compressed cabinet (%d B)", static_cast<int>(length));
+    const LoadResult result = allocate(length, out);
+    if (result != LoadResult::kLoaded) {
+        return result;
     }
-    try {
-        if (length > INT32_MAX) {
-            throw std::bad_alloc();
-        }
-        out.data.reset(new unsigned char[static_cast<std::size_t>(length)]);
-        out.size = static_cast<std::int32_t>(length);
-    } catch (const std::bad_alloc& failure) {
-        if (console_ != nullptr) {
-            console_->print("ERROR: Failed to allocate memory for the compressed cabinet (%s)",
-                            failure.what());
-        }
-        return kOutOfMemory;
-    }
-    if (console_ != nullptr) {
-        console_->print("Seeking file offset %d", static_cast<int>(offset));
-    }
+    debugLog_.print("Seeking file offset %d", static_cast<int>(offset));
     if (stream.seek(offset) != 0) {
-        return kSeekFailed;
+        return LoadResult::kSeekFailed;
     }
-    if (console_ != nullptr) {
-        console_->print("Reading compressed cabinet into memory");
-    }
-    return readWhole(stream, out.data.get(), length) ? kLoaded : kReadFailed;
+    debugLog_.line("Reading compressed cabinet into memory");
+    return readWhole(stream, out.data.get(), length) ? LoadResult::kLoaded : LoadResult::kReadFailed;
 }
 
-// Makes the cabinet's block of the package's. Without a solid stream they are the same.
-int Cabinet::expand(Block& package, std::size_t& outPosition) {
-    if (console_ != nullptr) {
-        console_->print("Starting decompression of data ...");
+LoadResult Cabinet::allocate(std::int64_t size, SolidBlock& out) {
+    debugLog_.print("Allocating memory for the compressed cabinet (%d B)", static_cast<int>(size));
+    try {
+        if (size > INT32_MAX) {
+            throw std::bad_alloc();
+        }
+        out.data.reset(new unsigned char[static_cast<std::size_t>(size)]);
+        out.size = static_cast<std::int32_t>(size);
+        return LoadResult::kLoaded;
+    } catch (const std::bad_alloc& failure) {
+        debugLog_.print("ERROR: Failed to allocate memory for the compressed cabinet (%s)", failure.what());
+        return LoadResult::kOutOfMemory;
     }
+}
+
+// Makes the cabinet's block from the package. Without a solid stream the catalogue follows the lead block,
+// and the package itself becomes the block.
+LoadResult Cabinet::expand(SolidBlock& package, std::size_t& outPosition) {
+    debugLog_.line("Starting decompression of data ...");
     const unsigned char* stream = package.data.get() + PackageLayout::kLeadBlockSize;
     const std::int64_t size = static_cast<std::int64_t>(package.size) - PackageLayout::kLeadBlockSize;
     std::unique_ptr<SolidDecompressor> decompressor;
     if (size >= static_cast<std::int64_t>(SolidFormat::kHeaderSize)) {
-        decompressor = createSolidDecompressor(stream);
+        decompressor = createSolidDecompressor(stream, debugLog_);
     }
     if (decompressor == nullptr) {
         block_ = std::move(package);
         outPosition = PackageLayout::kLeadBlockSize;
-        return kLoaded;
+        return LoadResult::kLoaded;
     }
-    decompressor->setConsole(console_);
     isSolid_ = true;
-    const int result = decompressor->decompress(stream, size, block_.data, block_.size);
-    if (result != 0 && console_ != nullptr) {
-        console_->print("ERROR: The solid decompressor failed decompressing the data (%d)!", result);
+    outPosition = 0;
+    const SolidResult result = decompressor->decompress(stream, size, block_);
+    if (result != SolidResult::kDone) {
+        debugLog_.print("ERROR: The solid decompressor failed decompressing the data (%d)!",
+                        static_cast<int>(result));
     }
     package = {};
-    outPosition = 0;
+    return static_cast<LoadResult>(result);
+}
+
+LoadResult Cabinet::buildCatalogue(std::size_t position) {
+    debugLog_.line("Finished decompression. Initializing file headers ...");
+    const LoadResult result = readEntries(position);
+    if (result == LoadResult::kLoaded) {
+        indexAliases();
+        debugLog_.line("Finished file headers initialization.");
+    }
     return result;
 }
 
-// The walk trusts nothing: each header and its payload must lie within the block.
-int Cabinet::buildCatalogue(std::size_t position) {
-    if (console_ != nullptr) {
-        console_->print("Finished decompression. Initializing file headers ...");
-    }
+// The walk trusts nothing: each header and its payload must be within the block.
+LoadResult Cabinet::readEntries(std::size_t position) {
     const auto size = static_cast<std::size_t>(block_.size);
     for (;;) {
         if (position > size || size - position < CabinetFormat::kHeaderSize) {
-            return kNoEndRecord;
+            return LoadResult::kNoEndRecord;
         }
         const unsigned char* header = block_.data.get() + position;
         const std::uint32_t magic = LittleEndian::readUnsigned(header + CabinetFormat::kMagicOffset);
         if (magic == CabinetFormat::kEndMagic) {
-            break;
+            return LoadResult::kLoaded;
         }
         if (magic != CabinetFormat::kEntryMagic) {
-            return kBadEntryMagic;
+            return LoadResult::kBadEntryMagic;
         }
         const CabinetEntry entry(header, static_cast<std::int32_t>(position));
         position += CabinetFormat::kHeaderSize;
         if (entry.storedSize() > size - position) {
-            return kNoEndRecord;
+            return LoadResult::kNoEndRecord;
         }
         position += entry.storedSize();
         entries_.push_back(entry);
     }
-    indexAliases();
-    if (console_ != nullptr) {
-        console_->print("Finished file headers initialization.");
-    }
-    return kLoaded;
 }
 
-// Later entries take the place of earlier ones of the same alias.
+// A later entry replaces an earlier one of the same alias.
 void Cabinet::indexAliases() {
     byAlias_.reserve(entries_.size());
     for (std::int32_t i = 0; i < getCount(); ++i) {
@@ -232,47 +229,43 @@ void Cabinet::indexAliases() {
     }
 }
 
-std::int32_t Cabinet::findAlias(std::string_view alias) const {
+std::optional<std::int32_t> Cabinet::findAlias(std::string_view alias) const {
     const auto found = byAlias_.find(alias);
-    return found == byAlias_.end() ? -1 : found->second;
+    return found == byAlias_.end() ? std::nullopt : std::optional(found->second);
 }
 
-int Cabinet::readAlias(std::string_view alias, std::int32_t& outSize, SharedBuffer& out,
-                       Md5Digest* outDigest) const {
-    return readEntry(findAlias(alias), outSize, out, outDigest);
+std::optional<CabinetFile> Cabinet::readAlias(std::string_view alias) const {
+    const std::optional<std::int32_t> index = findAlias(alias);
+    return index ? readEntry(*index) : std::nullopt;
 }
 
-int Cabinet::readEntry(std::int32_t index, std::int32_t& outSize, SharedBuffer& out,
-                       Md5Digest* outDigest) const {
-    outSize = 0;
-    const EntryContent content = entryContent(index);
-    if (content.data == nullptr) {
-        return -1;
+std::optional<CabinetFile> Cabinet::readEntry(std::int32_t index) const {
+    const std::optional<std::string_view> content = entryContent(index);
+    if (!content) {
+        return std::nullopt;
     }
-    SharedBuffer buffer(static_cast<std::int32_t>(content.size));
-    std::memcpy(buffer.data(), content.data, content.size);
-    outSize = buffer.size();
-    out = std::move(buffer);
-    if (outDigest != nullptr) {
-        *outDigest = entry(index).digest();
-    }
-    return 0;
+    CabinetFile file{SharedBuffer(static_cast<std::int32_t>(content->size())), entry(index).digest()};
+    std::memcpy(file.content.data(), content->data(), content->size());
+    return file;
 }
 
-EntryContent Cabinet::entryContent(std::int32_t index) const {
+std::optional<std::string_view> Cabinet::entryContent(std::int32_t index) const {
     if (index < 0 || index >= getCount()) {
-        return {};
+        return std::nullopt;
     }
     const CabinetEntry& found = entry(index);
+    const auto* payload = reinterpret_cast<const char*>(found.payload());
     if (isSolid_) {
         // The payload is the plain file; an entry of any other size is damaged.
-        return found.storedSize() == found.fileSize() ? EntryContent{found.payload(), found.fileSize()}
-                                                      : EntryContent{};
+        return found.storedSize() == found.fileSize()
+                   ? std::optional(std::string_view(payload, found.fileSize()))
+                   : std::nullopt;
     }
-    // The historical form. Its readers never told zlib the room there was, so only an empty file comes out.
-    // That stays: such packages aren't made any more, and no reader must succeed where another fails.
+    // In the historical form each payload is a zlib stream. The room given to zlib is 0 on purpose, so that
+    // only an empty file can be read: such packages aren't made any more, and all readers must refuse the
+    // same ones.
     unsigned char nothing = 0;
     uLongf room = 0;
     const int code = uncompress(&nothing, &room, found.payload(), found.storedSize());
-    return code == Z_OK && room == 0 ? EntryContent{found.payload(), 0} : EntryContent{};
+    return code == Z_OK && room == 0 ? std::optional(std::string_view(payload, 0)) : std::nullopt;
 }

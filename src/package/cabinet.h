@@ -2,19 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "base/shared_buffer.h"
 #include "package/cabinet_format.h"
+#include "package/solid_decompressor.h"
+#include "support/debug_log.h"
 #include "support/p_file_stream.h"
 
-class PConsole;
-
-// One file of the cabinet. The record looks into the cabinet's block and owns nothing: like the texts it
-// gives out it is valid until the next load or clear.
+// One file of the cabinet. The record and the texts that it returns point into the memory of the cabinet and
+// own nothing; they are valid until the next load or clear.
 class CabinetEntry {
 public:
     CabinetEntry(const unsigned char* header, std::int32_t headerOffset)
@@ -25,9 +25,9 @@ public:
     // The key, up to the first zero byte or the field's 276 bytes.
     std::string_view alias() const;
     std::uint32_t fileSize() const;    // in bytes
-    std::uint32_t storedSize() const;  // payload bytes behind the header; they lie within the cabinet
+    std::uint32_t storedSize() const;  // payload bytes after the header; all are within the cabinet
     std::uint32_t flags() const;       // CabinetFormat::kPlainFile or kImageFile
-    Md5Digest digest() const;          // of the payload; nobody has compared it yet
+    Md5Digest digest() const;          // of the payload, as stored; not compared yet
     std::int32_t headerOffset() const { return headerOffset_; }
     const unsigned char* payload() const { return header_ + CabinetFormat::kHeaderSize; }
 
@@ -36,20 +36,22 @@ private:
     std::int32_t headerOffset_;  // of the header in the cabinet's block
 };
 
-// The bytes of an entry without a copy; null when the entry can't be read that way.
-struct EntryContent {
-    const unsigned char* data = nullptr;
-    std::uint32_t size = 0;
+// A copy of an entry's content, which stays valid without the cabinet, and its stored digest.
+struct CabinetFile {
+    SharedBuffer content;
+    Md5Digest digest{};
 };
 
-// The archive of a package: brings it into memory as one block, knows its entries and reads them out. Nothing
-// in the package is believed: sizes that leave their block fail the load or the entry. One thread.
+// The archive of a package: loads it into memory as one block, knows its entries and reads them. Nothing in
+// the package is trusted: a size that exceeds its block fails the load or the entry. One thread.
 class Cabinet {
 public:
-    enum LoadResult : int {
+    // The numbers are those that loading a package returns to the outside. A failure of the decompressor is
+    // passed on with the number of its SolidResult, -11 or -21 to -29.
+    enum class LoadResult : int {
         kLoaded = 0,
         kNotOpened = -2,
-        kSeekFailed = -3,  // also: the offset lies behind the file's end
+        kSeekFailed = -3,  // also: the offset is past the end of the file
         kReadFailed = -4,
         kBadMagic0 = -5,
         kBadMagic1 = -6,
@@ -57,22 +59,17 @@ public:
         kBadEntryMagic = -8,
         kNoEndRecord = -9,  // the walk left the block
         kOutOfMemory = -10,
-        // -11 and -21 to -29 come from the decompressor (package/solid_decompressor.h).
     };
 
-    // `files` outlives this object. `console` may be null, and is only used while load runs.
-    explicit Cabinet(platform::FileSystem& files = platform::systemFileSystem(), PConsole* console = nullptr);
-    ~Cabinet();
+    // `files` is borrowed. Only load writes to the log.
+    Cabinet(platform::FileSystem& files, DebugLog debugLog);
     Cabinet(const Cabinet&) = delete;
     Cabinet& operator=(const Cabinet&) = delete;
 
-    void setConsole(PConsole* console) { console_ = console; }
-
-    // Forgets an earlier cabinet and loads the one whose lead block stands at byte `offset` of the file.
-    // Returns a LoadResult or a code of the decompressor; after a failure the cabinet is empty.
-    // At its peak it holds the compressed and the inflated cabinet.
-    int load(const char* path, std::int64_t offset);
-    // Frees the cabinet; the catalogue is empty afterwards. Buffers that were read out stay valid.
+    // Forgets an earlier cabinet and loads the one whose lead block is at byte `offset` of the file. After a
+    // failure the cabinet is empty. For a moment both the compressed and the expanded cabinet are in memory.
+    LoadResult load(std::string_view path, std::int64_t offset);
+    // Frees the cabinet; the catalogue is empty afterwards. Copies of content stay valid.
     void clear();
 
     std::int32_t getCount() const { return static_cast<std::int32_t>(entries_.size()); }
@@ -82,35 +79,30 @@ public:
     // read.
     bool isSolid() const { return isSolid_; }
 
-    // The index of the last entry with exactly this alias, or -1.
-    std::int32_t findAlias(std::string_view alias) const;
+    // The index of the entry with exactly this alias; of several, the last one wins.
+    std::optional<std::int32_t> findAlias(std::string_view alias) const;
 
-    // Copies an entry's content. `outSize` is the length in bytes, 0 after a failure. A zero byte stands
-    // behind the data, so that it can be used as text. `outDigest` may be null and gets the stored digest.
-    // Returns 0, or -1 with `out` untouched; nothing is logged.
-    int readAlias(std::string_view alias, std::int32_t& outSize, SharedBuffer& out,
-                  Md5Digest* outDigest) const;
-    int readEntry(std::int32_t index, std::int32_t& outSize, SharedBuffer& out, Md5Digest* outDigest) const;
+    // Copies an entry's content. Nothing for an unknown alias, an index outside the catalogue or a damaged
+    // entry; none of that is logged.
+    std::optional<CabinetFile> readAlias(std::string_view alias) const;
+    std::optional<CabinetFile> readEntry(std::int32_t index) const;
 
-    // The content in place, for readers that need no copy; null data where readEntry would fail. Valid until
-    // the next load or clear. An empty file has non-null data and size 0.
-    EntryContent entryContent(std::int32_t index) const;
+    // The content in place, for readers that need no copy; nothing where readEntry would give nothing. Valid
+    // until the next load or clear.
+    std::optional<std::string_view> entryContent(std::int32_t index) const;
 
 private:
-    struct Block {
-        std::unique_ptr<unsigned char[]> data;
-        std::int32_t size = 0;
-    };
-
-    int readPackage(const char* path, std::int64_t offset, Block& out);
-    int allocateAndRead(PFileStream& stream, std::int64_t offset, Block& out);
-    int expand(Block& package, std::size_t& outPosition);
-    int buildCatalogue(std::size_t position);
+    LoadResult readPackage(std::string_view path, std::int64_t offset, SolidBlock& out);
+    LoadResult allocateAndRead(PFileStream& stream, std::int64_t offset, SolidBlock& out);
+    LoadResult allocate(std::int64_t size, SolidBlock& out);
+    LoadResult expand(SolidBlock& package, std::size_t& outPosition);
+    LoadResult buildCatalogue(std::size_t position);
+    LoadResult readEntries(std::size_t position);
     void indexAliases();
 
     platform::FileSystem& files_;
-    PConsole* console_;
-    Block block_;
+    DebugLog debugLog_;
+    SolidBlock block_;
     bool isSolid_ = false;
     std::vector<CabinetEntry> entries_;
     std::unordered_map<std::string_view, std::int32_t> byAlias_;

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The headers, read with every access checked. Once a read has left the content, all further ones give 0.
+// Reads the headers and checks every access. After a read outside the content all further ones give 0.
 class HeaderReader {
 public:
     explicit HeaderReader(std::string_view content) : content_(content) {}
@@ -35,7 +35,7 @@ private:
     bool isCut_ = false;
 };
 
-// Collects the largest end; a range that overflows makes the headers worthless.
+// Finds the largest end. A range that overflows makes the headers invalid.
 class EndFinder {
 public:
     void add(std::uint64_t offset, std::uint64_t size) {
@@ -53,7 +53,7 @@ private:
     bool isBroken_ = false;
 };
 
-// Where the fields of an ELF file lie, for both sizes of its numbers.
+// The offsets of the fields of an ELF file, for each size of an address.
 struct ElfFields {
     unsigned word;  // the size of an address
     std::uint64_t headerSize, programTable, sectionTable, programEntrySize, programCount, sectionEntrySize,
@@ -76,7 +76,7 @@ ExecutableImage measured(ImageKind kind, const HeaderReader& reader, const EndFi
     if (reader.isCut() || image.end > fileSize) {
         image.problem = ImageProblem::kCut;
     } else if (image.end < fileSize) {
-        image.problem = ImageProblem::kDataBehind;
+        image.problem = ImageProblem::kDataAfter;
     }
     return image;
 }
@@ -122,7 +122,7 @@ ExecutableImage measureElf(std::string_view content, std::uint64_t fileSize) {
     return measured(ImageKind::kElf, reader, ends, fileSize);
 }
 
-// The symbols that an unstripped image of the cross compiler carries behind its sections.
+// The symbols that an unstripped image of the cross compiler has after its sections.
 void addPeSymbols(HeaderReader& reader, std::uint64_t coffHeader, EndFinder& ends) {
     constexpr std::uint64_t kSymbolSize = 18;
     const std::uint64_t symbols = reader.read(coffHeader + 8, 4);

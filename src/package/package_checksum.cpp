@@ -1,19 +1,16 @@
 #include "package/package_checksum.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "package/package_layout.h"
 
 namespace {
 
-// Nothing reads it: the text must stand in the built image. A packaging tool that finds it there knows that
-// the image understands version 2.
+// Nothing reads it. A packaging tool that finds this text in the built image knows that the image understands
+// version 2, so the compiler must not drop it.
 const char* volatile signingMark;
 
 void storeSigningMark() {
@@ -29,7 +26,7 @@ struct Trailer {
     std::int64_t start = 0;     // of the bytes that the digest covers
 };
 
-int openForHashing(PFileStream& stream, const char* path) {
+int openForHashing(PFileStream& stream, std::string_view path) {
     return stream.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
                            PFileStream::kOpenExisting | PFileStream::kSequential);
 }
@@ -40,7 +37,7 @@ bool readExactly(PFileStream& stream, void* buffer, std::uint32_t size) {
     return stream.read(buffer, size, done) == 0 && done == size;
 }
 
-// Searches backwards, so that the last tag wins; where both could begin, version 1 is tried first.
+// Searches backwards, so that the last tag wins.
 std::optional<Trailer> findTrailer(std::string_view tail, std::int64_t fileSize) {
     const std::string_view tags[] = {PackageLayout::kTagVersion1, PackageLayout::kTagVersion2};
     const auto tailStart = fileSize - static_cast<std::int64_t>(tail.size());
@@ -103,7 +100,7 @@ int hashToEnd(PFileStream& stream, Md5Digest& outDigest) {
     return 0;
 }
 
-int hashFile(const char* path, std::int64_t start, platform::FileSystem& files, Md5Digest& outDigest) {
+int hashFile(std::string_view path, std::int64_t start, platform::FileSystem& files, Md5Digest& outDigest) {
     PFileStream stream(files);
     int status = openForHashing(stream, path);
     if (status == 0) {
@@ -112,7 +109,7 @@ int hashFile(const char* path, std::int64_t start, platform::FileSystem& files, 
     return status == 0 ? hashToEnd(stream, outDigest) : status;
 }
 
-int appendBytes(const char* path, std::string_view bytes, platform::FileSystem& files) {
+int appendBytes(std::string_view path, std::string_view bytes, platform::FileSystem& files) {
     PFileStream stream(files);
     int status =
         stream.openFile(path, PFileStream::kReadWrite, PFileStream::kShareRead, PFileStream::kOpenExisting);
@@ -130,7 +127,7 @@ int appendBytes(const char* path, std::string_view bytes, platform::FileSystem& 
 
 }  // namespace
 
-bool verifyInstallerChecksum(const char* path, platform::FileSystem& files) {
+bool verifyInstallerChecksum(std::string_view path, platform::FileSystem& files) {
     storeSigningMark();
     PFileStream stream(files);
     if (openForHashing(stream, path) != 0) {
@@ -145,7 +142,7 @@ bool verifyInstallerChecksum(const char* path, platform::FileSystem& files) {
     if (length < 1 || stream.seek(trailer->start) != 0 || !hashBytes(stream, length, computed)) {
         return false;
     }
-    // The stream stands at the tag now; what it holds there is compared once more, in case the file changed.
+    // The stream is at the tag now, which is compared once more in case the file has changed.
     char tag[PackageLayout::kTagVersion1Size];
     Md5Digest stored;
     return readExactly(stream, tag, static_cast<std::uint32_t>(trailer->tag.size())) &&
@@ -154,7 +151,7 @@ bool verifyInstallerChecksum(const char* path, platform::FileSystem& files) {
            stored == computed;
 }
 
-int appendInstallerChecksum(const char* path, ChecksumVersion version, platform::FileSystem& files) {
+int appendInstallerChecksum(std::string_view path, ChecksumVersion version, platform::FileSystem& files) {
     storeSigningMark();
     const bool isVersion1 = version == ChecksumVersion::kVersion1;
     Md5Digest digest;
@@ -167,11 +164,6 @@ int appendInstallerChecksum(const char* path, ChecksumVersion version, platform:
     return appendBytes(path, trailer, files);
 }
 
-int appendInstallerChecksum(const char* path, platform::FileSystem& files) {
-    return appendInstallerChecksum(path, checksumVersionFor(std::getenv("OLD_CHECKSUMMING")), files);
-}
-
-ChecksumVersion checksumVersionFor(const char* oldChecksumming) {
-    return oldChecksumming != nullptr && oldChecksumming[0] == '1' ? ChecksumVersion::kVersion1
-                                                                   : ChecksumVersion::kVersion2;
+ChecksumVersion checksumVersionFor(std::string_view oldChecksumming) {
+    return oldChecksumming.starts_with('1') ? ChecksumVersion::kVersion1 : ChecksumVersion::kVersion2;
 }

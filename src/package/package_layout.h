@@ -5,7 +5,7 @@
 
 #include "support/md5.h"
 
-// The bytes of a package around its payload, shared by reader and writer. package_layout.md tells what they
+// The bytes of a package around its payload, shared by reader and writer. package_layout.md says what they
 // mean.
 namespace PackageLayout {
 
@@ -37,7 +37,8 @@ inline constexpr std::size_t kTagVersion1Size = sizeof(kTagVersion1) - 1;
 inline constexpr std::size_t kTagVersion2Size = sizeof(kTagVersion2) - 1;
 inline constexpr std::size_t kDigestSize = 16;
 inline constexpr std::size_t kMinCheckedSize = kTagVersion1Size + kDigestSize;
-// The trailer is searched in this many bytes at the file's end, so a signature behind it stays below that.
+// The trailer is searched for in this many bytes at the end of the file, so a signature after it must be
+// smaller.
 inline constexpr std::size_t kSearchedTail = 20000;
 // Version 2 leaves out the executable's headers, which signing changes.
 inline constexpr std::size_t kVersion2Start = 5000;
@@ -46,7 +47,8 @@ static_assert(kTagVersion1Size == 8 && kTagVersion2Size == 7);
 static_assert(kMinCheckedSize == 24);
 static_assert(sizeof(Md5Digest) == kDigestSize);
 
-// The marker of the package offset: its text with terminator, and the part that stays when it is stamped.
+// The marker of the package offset: the size of its text with the terminator, and of the part that stamping
+// overwrites.
 inline constexpr std::size_t kMarkerSize = 20;
 inline constexpr std::size_t kStampSize = 4;
 

@@ -3,9 +3,9 @@
 #include "package/little_endian.h"
 #include "package/package_layout.h"
 
-// Volatile, so that the compiler can't take the text for what the file will hold when it runs; not static, so
-// that it is laid out as it stands. It may occur only once in the image: the packaging tool refuses any other
-// number.
+// Volatile, so that the compiler can't assume that the running file still holds this text; not static, so
+// that it is laid out as it is. It may occur only once in the image: otherwise the packaging tool refuses the
+// image.
 extern volatile char packageOffsetMarker[];
 alignas(4) volatile char packageOffsetMarker[] = "_BINARYIMAGEOFFSET_";
 

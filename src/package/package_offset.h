@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <string>
 
-// The place in a program's image into which the packaging tool stamps the offset of the payload.
+// The packaging tool stamps the offset of the payload into a program's image. This is the program's side.
 
-// The 32-bit number that stands in this program's own place: in a package the file offset of the lead block.
-// The unstamped image holds kUnstampedPackageOffset there.
+// The number that is stamped into this program: in a package the file offset of the lead block, in an
+// unstamped image kUnstampedPackageOffset.
 std::uint32_t readStampedPackageOffset();
 
 inline constexpr std::uint32_t kUnstampedPackageOffset = 0x4E49425F;  // "_BIN"

@@ -7,7 +7,7 @@
 
 namespace {
 
-// The position of the only occurrence; npos when there is none, with `outSeveral` when there are more.
+// The position of the first occurrence, or npos; `outSeveral` when there are more.
 std::size_t findOnly(std::string_view image, std::string_view text, bool& outSeveral) {
     const std::size_t first = image.find(text);
     outSeveral = first != std::string_view::npos && image.find(text, first + 1) != std::string_view::npos;
@@ -36,14 +36,13 @@ StampResult stampPackageOffset(std::string& image, std::uint32_t offset) {
     return StampResult::kStamped;
 }
 
-bool findStampedOffset(std::string_view image, std::uint32_t& outOffset) {
+std::optional<std::uint32_t> findStampedOffset(std::string_view image) {
     const std::string rest = packageOffsetMarkerText().substr(PackageLayout::kStampSize);
     bool several = false;
     const std::size_t position = findOnly(image, rest, several);
     if (position == std::string_view::npos || several || position < PackageLayout::kStampSize) {
-        return false;
+        return std::nullopt;
     }
-    outOffset = LittleEndian::readUnsigned(
+    return LittleEndian::readUnsigned(
         reinterpret_cast<const unsigned char*>(image.data() + position - PackageLayout::kStampSize));
-    return true;
 }

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 #include "base/errors.h"
 #include "base/text_functions.h"
@@ -25,6 +25,10 @@ constexpr std::uint32_t kReadBlockSize = 1024 * 1024;
 
 constexpr std::string_view kSolidMark = "SupportsSolidZlib";
 constexpr std::string_view kSigningMark = "SupportsSignedInstallers";
+
+[[noreturn]] void fail(const std::string& line) {
+    throw InstallerError("%s", line.c_str());
+}
 
 using EntryHeader = std::array<unsigned char, CabinetFormat::kHeaderSize>;
 
@@ -63,35 +67,34 @@ void checkTexts(const PackageFile& entry) {
     const bool hasZero =
         entry.name.find('\0') != std::string::npos || entry.alias.find('\0') != std::string::npos;
     if (entry.name.empty() || entry.alias.empty() || hasZero) {
-        throw InstallerError("%s: a file needs a name and an alias", entry.path.c_str());
+        fail(entry.path + ": a file needs a name and an alias");
     }
     if (entry.name.size() > PackageWriter::kMaxNameLength) {
-        throw InstallerError("%s: the file name has %zu bytes, at most %zu are possible: shorten it",
-                             entry.path.c_str(), entry.name.size(), PackageWriter::kMaxNameLength);
+        fail(entry.path + ": the file name has " + std::to_string(entry.name.size()) + " bytes, at most " +
+             std::to_string(PackageWriter::kMaxNameLength) + " are possible: shorten it");
     }
     if (entry.alias.size() > PackageWriter::kMaxAliasLength) {
-        throw InstallerError("%s: the alias has %zu bytes, at most %zu are possible: give the file an Alias",
-                             entry.path.c_str(), entry.alias.size(), PackageWriter::kMaxAliasLength);
+        fail(entry.path + ": the alias has " + std::to_string(entry.alias.size()) + " bytes, at most " +
+             std::to_string(PackageWriter::kMaxAliasLength) + " are possible: give the file an Alias");
     }
 }
 
-void checkImage(const char* path, ImageProblem problem) {
+void checkImage(const std::string& path, ImageProblem problem) {
     switch (problem) {
         case ImageProblem::kNotExecutable:
-            throw InstallerError("%s: this is no executable image: give the bare installer", path);
+            fail(path + ": this is not an executable image: give the bare installer");
         case ImageProblem::kCut:
-            throw InstallerError("%s: this image is incomplete: build or copy it anew", path);
-        case ImageProblem::kDataBehind:
-            throw InstallerError(
-                "%s: there is data behind this image, it is a package or signed: give the bare, "
-                "unsigned installer",
-                path);
+            fail(path + ": this image is incomplete: build it or copy it again");
+        case ImageProblem::kDataAfter:
+            fail(path +
+                 ": there is data after this image, so it is a package or signed: give the bare, "
+                 "unsigned installer");
         case ImageProblem::kNone:
             return;
     }
 }
 
-// Puts the digests of the entries into their headers; each thread takes the next entry that is left.
+// Writes the digests of the entries into their headers; each thread takes the next entry that is left.
 class HashWorker : public OUtils::MultiThreaded {
 public:
     HashWorker(CommonSolidCompressor& cabinet, const std::vector<std::int32_t>& positions,
@@ -128,37 +131,36 @@ private:
 
 void checkWriting(const std::string& path, int status) {
     if (status != 0) {
-        throw InstallerError(
-            "%s can't be written (error %d): check the directory, its rights and the free space",
-            path.c_str(), status);
+        fail(path + " can't be written (error " + std::to_string(status) +
+             "): check the directory, its rights and the free space");
     }
 }
 
-// The output under another name, which goes away unless it is published.
+// The output under another name. It is removed unless it is published.
 class TemporaryOutput {
 public:
     TemporaryOutput(platform::FileSystem& files, const std::string& finalPath)
         : files_(files), finalPath_(finalPath), path_(finalPath + ".part") {
-        for (int i = 1; files.exists(path_.c_str()); ++i) {
+        for (int i = 1; files.exists(path_); ++i) {
             path_ = finalPath + ".part" + std::to_string(i);
         }
         PFileStream stream(files);
-        checkWriting(finalPath, files.isDirectory(finalPath.c_str())
+        checkWriting(finalPath, files.isDirectory(finalPath)
                                     ? -1
-                                    : stream.openFile(path_.c_str(), PFileStream::kReadWrite,
-                                                      PFileStream::kShareRead, PFileStream::kCreateAlways));
+                                    : stream.openFile(path_, PFileStream::kReadWrite, PFileStream::kShareRead,
+                                                      PFileStream::kCreateAlways));
     }
     TemporaryOutput(const TemporaryOutput&) = delete;
     TemporaryOutput& operator=(const TemporaryOutput&) = delete;
     ~TemporaryOutput() {
         if (!isPublished_) {
-            files_.removeFile(path_.c_str());
+            files_.removeFile(path_);
         }
     }
 
     const std::string& path() const { return path_; }
     void publish() {
-        checkWriting(finalPath_, files_.replaceFile(path_.c_str(), finalPath_.c_str()));
+        checkWriting(finalPath_, files_.replaceFile(path_, finalPath_));
         isPublished_ = true;
     }
 
@@ -169,18 +171,19 @@ private:
     bool isPublished_ = false;
 };
 
-void checkCompression(int result) {
-    if (result == SolidCompressor::kOutOfMemory || result == SolidCompressor::kStripeFailed) {
-        throw InstallerError("not enough memory to compress the files");
+void checkCompression(SolidCompressor::Result result) {
+    using Result = SolidCompressor::Result;
+    if (result == Result::kOutOfMemory || result == Result::kStripeFailed) {
+        fail("not enough memory to compress the files");
     }
-    if (result != SolidCompressor::kDone) {
-        throw InstallerError("the files can't be compressed (%d)", result);
+    if (result != Result::kDone) {
+        fail("the files can't be compressed (" + std::to_string(static_cast<int>(result)) + ")");
     }
 }
 
 }  // namespace
 
-// What one package is made of on its way.
+// The state of one run.
 struct PackageWriter::Job {
     std::vector<std::int64_t> sizes;      // of the entries, in their order
     std::vector<std::int32_t> positions;  // of their headers in the cabinet
@@ -202,7 +205,7 @@ bool PackageWriter::isImageName(std::string_view name) {
     return lower.ends_with(".png") || lower.ends_with(".jpg") || lower.ends_with(".jpeg");
 }
 
-void PackageWriter::report(const char* step, std::int64_t done, std::int64_t total) {
+void PackageWriter::report(std::string_view step, std::int64_t done, std::int64_t total) {
     const int percent = total <= 0 ? 100 : static_cast<int>(done * 100 / total);
     if (progress_ && (percent != lastPercent_ || step != lastStep_)) {
         lastStep_ = step;
@@ -214,15 +217,15 @@ void PackageWriter::report(const char* step, std::int64_t done, std::int64_t tot
 PackageTotals PackageWriter::write(const std::vector<PackageFile>& entries, const PackageOptions& options,
                                    const std::string& outputPath) {
     if (options.stripes < 0 || options.stripes > SolidFormat::kMaxChunks) {
-        throw InstallerError("%d stripes are not possible: give 1 to %d", static_cast<int>(options.stripes),
-                             static_cast<int>(SolidFormat::kMaxChunks));
+        fail(std::to_string(options.stripes) + " stripes are not possible: give 1 to " +
+             std::to_string(SolidFormat::kMaxChunks));
     }
     if (options.level < 1 || options.level > 9) {
-        throw InstallerError("level %d is not possible: give 1 to 9", static_cast<int>(options.level));
+        fail("level " + std::to_string(options.level) + " is not possible: give 1 to 9");
     }
     Job job;
     if (options.imagePath == outputPath) {
-        throw InstallerError("%s is the image: choose another output", outputPath.c_str());
+        fail(outputPath + " is the image: choose another output");
     }
     checkEntries(entries, outputPath, job);
     loadImage(options, job);
@@ -233,7 +236,7 @@ PackageTotals PackageWriter::write(const std::vector<PackageFile>& entries, cons
     hashEntries(job);
     writePieces(output.path(), job);
     finishOutput(options, output.path(), job);
-    job.totals.packageSize = PFileStream(files_).getFileSize(output.path().c_str());
+    job.totals.packageSize = PFileStream(files_).getFileSize(output.path());
     output.publish();
     return job.totals;
 }
@@ -246,26 +249,25 @@ void PackageWriter::checkEntries(const std::vector<PackageFile>& entries, const 
     for (const PackageFile& entry : entries) {
         checkTexts(entry);
         if (entry.path == outputPath) {
-            throw InstallerError("%s is packed itself: choose another output", outputPath.c_str());
+            fail(outputPath + " is to be packed itself: choose another output");
         }
         const auto [known, isNew] = byAlias.emplace(entry.alias, &entry);
         if (!isNew) {
-            throw InstallerError("the alias \"%s\" stands for both %s and %s: give one of them another Alias",
-                                 entry.alias.c_str(), known->second->path.c_str(), entry.path.c_str());
+            fail("the alias \"" + entry.alias + "\" stands for both " + known->second->path + " and " +
+                 entry.path + ": give one of them another Alias");
         }
-        const std::int64_t size = entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path.c_str());
+        const std::int64_t size = entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path);
         if (size < 0) {
-            throw InstallerError("%s: no such file", entry.path.c_str());
+            fail(entry.path + ": no such file");
         }
         job.sizes.push_back(size);
         job.totals.payloadSize += size;
         job.cabinetSize +=
             static_cast<std::int64_t>(CabinetFormat::kHeaderSize) + std::min(size, kMaxCabinetSize);
         if (size > kMaxCabinetSize || job.cabinetSize > kMaxCabinetSize) {
-            throw InstallerError(
-                "%s: with this file the package holds more than %lld bytes, which is the limit: "
-                "leave files out or make two packages",
-                entry.path.c_str(), static_cast<long long>(kMaxCabinetSize));
+            fail(entry.path + ": with this file the package holds more than " +
+                 std::to_string(kMaxCabinetSize) +
+                 " bytes, which is the limit: leave files out or make two packages");
         }
     }
     job.totals.fileCount = static_cast<std::int64_t>(entries.size());
@@ -275,26 +277,22 @@ void PackageWriter::loadImage(const PackageOptions& options, Job& job) const {
     if (options.imagePath.empty()) {
         return;
     }
-    const char* path = options.imagePath.c_str();
+    const std::string& path = options.imagePath;
     const int status = OUtils::readWholeFile(path, job.image, files_);
     if (status != 0) {
-        throw InstallerError("%s: the image can't be read (error %d)", path, status);
+        fail(path + ": the image can't be read (error " + std::to_string(status) + ")");
     }
     checkImage(path, measureExecutableImage(job.image).problem);
     if (job.image.find(kSolidMark) == std::string::npos) {
-        throw InstallerError("%s: this program can't install such packages: give the bare installer", path);
+        fail(path + ": this program can't install such packages: give the bare installer");
     }
     const auto offset = static_cast<std::uint32_t>(job.image.size());
     if (stampPackageOffset(job.image, offset) != StampResult::kStamped) {
-        throw InstallerError(
-            "%s: this image has no place, or several, for the package's offset: give the bare "
-            "installer",
-            path);
+        fail(path +
+             ": this image has no place, or several, for the package's offset: give the bare installer");
     }
-    job.checksum = options.checksum.value_or(checksumVersionFor(std::getenv("OLD_CHECKSUMMING")));
-    if (job.image.find(kSigningMark) == std::string::npos) {
-        job.checksum = ChecksumVersion::kVersion1;
-    }
+    const bool knowsVersion2 = job.image.find(kSigningMark) != std::string::npos;
+    job.checksum = knowsVersion2 ? options.checksum : ChecksumVersion::kVersion1;
 }
 
 void PackageWriter::fillCabinet(const std::vector<PackageFile>& entries, Job& job) {
@@ -310,13 +308,13 @@ void PackageWriter::fillCabinet(const std::vector<PackageFile>& entries, Job& jo
     checkCompression(job.compressor.addData(end, sizeof(end)));
 }
 
-// The digest is put in later.
+// Without the digest, which hashEntries adds.
 void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& job) {
     job.positions.push_back(job.compressor.blobSize());
     const EntryHeader header = encodeHeader(entry, size);
     checkCompression(job.compressor.addData(header.data(), static_cast<std::int32_t>(header.size())));
     PFileStream stream(files_);
-    int status = stream.openFile(entry.path.c_str(), PFileStream::kGenericRead, PFileStream::kShareRead,
+    int status = stream.openFile(entry.path, PFileStream::kGenericRead, PFileStream::kShareRead,
                                  PFileStream::kOpenExisting | PFileStream::kSequential);
     std::int64_t filled = 0;
     std::uint32_t done = 1;
@@ -328,10 +326,10 @@ void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& j
         filled += done;
     }
     if (status != 0) {
-        throw InstallerError("%s: the file can't be read (error %d)", entry.path.c_str(), status);
+        fail(entry.path + ": the file can't be read (error " + std::to_string(status) + ")");
     }
     if (filled != size) {
-        throw InstallerError("%s: the file changed while it was read: try again", entry.path.c_str());
+        fail(entry.path + ": the file changed while it was read: try again");
     }
 }
 
@@ -340,7 +338,7 @@ void PackageWriter::hashEntries(Job& job) const {
     HashWorker worker(job.compressor, job.positions, job.sizes);
     const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager());
     if (threads == nullptr) {
-        throw InstallerError("not enough memory to hash the files");
+        fail("not enough memory to hash the files");
     }
     threads->runThreads(0, worker);
 }
@@ -349,9 +347,9 @@ void PackageWriter::finishOutput(const PackageOptions& options, const std::strin
     if (options.imagePath.empty()) {
         return;
     }
-    int status = appendInstallerChecksum(path.c_str(), job.checksum, files_);
+    int status = appendInstallerChecksum(path, job.checksum, files_);
     if (status == 0) {
-        status = files_.makeExecutable(path.c_str());
+        status = files_.makeExecutable(path);
     }
     checkWriting(path, status);
 }
@@ -361,31 +359,32 @@ void PackageWriter::writePieces(const std::string& path, Job& job) {
     const LeadBlock lead = encodeLeadBlock(job.totals);
     PFileStream out(files_);
     std::uint32_t written = 0;
-    int status = out.openFile(path.c_str(), PFileStream::kReadWrite, PFileStream::kShareRead,
-                              PFileStream::kCreateAlways);
+    int status =
+        out.openFile(path, PFileStream::kReadWrite, PFileStream::kShareRead, PFileStream::kCreateAlways);
     if (status == 0) {
         status = out.write(job.image.data(), static_cast<std::uint32_t>(job.image.size()), written);
     }
     if (status == 0) {
         status = out.write(lead.data(), static_cast<std::uint32_t>(lead.size()), written);
     }
-    if (status == 0) {
-        status = compressTo(out, job);
+    if (status == 0 && !compressTo(out, job)) {
+        status = static_cast<int>(SolidCompressor::Result::kWriteFailed);
     }
     const int closed = out.close();
     checkWriting(path, status != 0 ? status : closed);
     report("Compressing", job.cabinetSize, job.cabinetSize);
 }
 
-// 0 or the status of the writing; all else is thrown.
-int PackageWriter::compressTo(PFileStream& out, Job& job) {
+// False when the output can't be written; every other failure is thrown.
+bool PackageWriter::compressTo(PFileStream& out, Job& job) {
     CompressionProgress progress([&](std::int64_t done) { report("Compressing", done, job.cabinetSize); });
     job.compressor.setProgress(progress_ ? &progress : nullptr);
     std::int32_t streamSize = 0;
     std::int32_t blobSize = 0;
-    const int result = job.compressor.compressTo(out, streamSize, blobSize);
-    if (result != SolidCompressor::kWriteFailed) {
-        checkCompression(result);
+    const SolidCompressor::Result result = job.compressor.compressTo(out, streamSize, blobSize);
+    if (result == SolidCompressor::Result::kWriteFailed) {
+        return false;
     }
-    return result;
+    checkCompression(result);
+    return true;
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,24 +9,23 @@
 #include "package/package_checksum.h"
 #include "package/solid_compressor.h"
 
-// One file to be packed.
+// A file to pack.
 struct PackageFile {
     std::string path;        // where it is now
     std::string name;        // the base name that it has in the package, at most 299 bytes
     std::string alias;       // its key, at most 275 bytes, different from all others
-    std::int64_t size = -1;  // in bytes, where it is known already
+    std::int64_t size = -1;  // in bytes; -1 when it isn't known yet
 };
 
 struct PackageOptions {
-    // The bare executable image ahead of the payload; empty for a package in a file of its own, which has no
-    // trailer either.
+    // The bare executable image to put before the payload; empty for a package in a file of its own, which
+    // has no trailer either.
     std::string imagePath;
     // 1 to 256; 0 takes a number that depends on the size of the payload alone.
     std::int32_t stripes = 0;
     std::int32_t level = 9;  // 1 to 9
-    // Without a value the environment variable OLD_CHECKSUMMING decides. An image that doesn't know version 2
-    // gets version 1 in any case.
-    std::optional<ChecksumVersion> checksum;
+    // An image that doesn't know version 2 gets version 1 in any case.
+    ChecksumVersion checksum = ChecksumVersion::kVersion2;
 };
 
 struct PackageTotals {
@@ -38,26 +36,27 @@ struct PackageTotals {
 };
 
 // Called now and then on the calling thread: what is being done, and how much of it, 0 to 100.
-using PackageProgress = std::function<void(const char* step, int percent)>;
+using PackageProgress = std::function<void(std::string_view step, int percent)>;
 
-// Makes packages. The same files, options and image give the same bytes, on every machine. Failures are
-// thrown as InstallerError with one line that tells what to do; the output is then as it was before.
+// Makes packages. The same files, options and image give the same bytes on every machine. A failure is thrown
+// as InstallerError with one line that says what to do; the output is then as it was before.
 class PackageWriter {
 public:
-    // The most bytes of a name and an alias, and of the cabinet: all headers and payloads together.
+    // The most bytes of a name, of an alias, and of the cabinet with all headers and payloads.
     static constexpr std::size_t kMaxNameLength = 299;
     static constexpr std::size_t kMaxAliasLength = 275;
     static constexpr std::int64_t kMaxCabinetSize = CommonSolidCompressor::kMaxBlobSize;
 
-    explicit PackageWriter(platform::FileSystem& files = platform::systemFileSystem()) : files_(files) {}
+    // `files` is borrowed.
+    explicit PackageWriter(platform::FileSystem& files) : files_(files) {}
     void setProgress(PackageProgress progress) { progress_ = std::move(progress); }
 
-    // The files stand in the package in the order given. All limits are checked before anything is written;
-    // the output appears under its name when it is complete.
+    // Packs the files in the given order. All limits are checked before anything is written; the output
+    // appears under its name only when it is complete.
     PackageTotals write(const std::vector<PackageFile>& entries, const PackageOptions& options,
                         const std::string& outputPath);
 
-    // The number of stripes for a cabinet of this size, where none is asked for.
+    // The number of stripes for a cabinet of this size, unless another one is asked for.
     static std::int32_t defaultStripes(std::int64_t cabinetSize);
     // True for the name of an image file (PNG, JPEG).
     static bool isImageName(std::string_view name);
@@ -71,12 +70,12 @@ private:
     void addEntry(const PackageFile& entry, std::int64_t size, Job& job);
     void hashEntries(Job& job) const;
     void writePieces(const std::string& path, Job& job);
-    int compressTo(PFileStream& out, Job& job);
+    bool compressTo(PFileStream& out, Job& job);
     void finishOutput(const PackageOptions& options, const std::string& path, const Job& job);
-    void report(const char* step, std::int64_t done, std::int64_t total);
+    void report(std::string_view step, std::int64_t done, std::int64_t total);
 
     platform::FileSystem& files_;
     PackageProgress progress_;
-    const char* lastStep_ = nullptr;
+    std::string lastStep_;
     int lastPercent_ = -1;
 };

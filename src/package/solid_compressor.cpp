@@ -11,7 +11,8 @@
 
 namespace {
 
-// A worker that fails leaves the codec's code in its record, shifted so that it can't be taken for a size.
+// A worker that fails stores the code of the codec in its record, shifted so that it can't be mistaken for a
+// size.
 constexpr int kErrorShift = 200;
 
 // Where stripe `index` of `count` begins.
@@ -34,21 +35,21 @@ CommonSolidCompressor::CommonSolidCompressor()
     : blob_(static_cast<unsigned char*>(std::malloc(kFirstCapacity))),
       blobCapacity_(blob_ == nullptr ? 0 : kFirstCapacity) {}
 
-int CommonSolidCompressor::init(std::int32_t stripeCount, std::int32_t compressionLevel) {
+SolidCompressor::Result CommonSolidCompressor::init(std::int32_t stripeCount, std::int32_t compressionLevel) {
     if (blob_ == nullptr) {
-        return kOutOfMemory;
+        return Result::kOutOfMemory;
     }
     stripeCount_ = stripeCount;
     if (stripeCount < 1) {
-        return kBadParameter;
+        return Result::kBadParameter;
     }
     compressionLevel_ = compressionLevel;
-    return kDone;
+    return Result::kDone;
 }
 
-int CommonSolidCompressor::addData(const void* data, std::int32_t size) {
+SolidCompressor::Result CommonSolidCompressor::addData(const void* data, std::int32_t size) {
     if (blob_ == nullptr || size < 0) {
-        return kOutOfMemory;
+        return Result::kOutOfMemory;
     }
     const std::int64_t needed = static_cast<std::int64_t>(blobSize_) + size;
     std::int64_t capacity = blobCapacity_;
@@ -58,12 +59,12 @@ int CommonSolidCompressor::addData(const void* data, std::int32_t size) {
     if (capacity > kMaxBlobSize) {
         std::fprintf(stderr, "FATAL ERROR: Uncompressed blob size exceeds supported size of %d B\n",
                      kMaxBlobSize);
-        return kBadParameter;
+        return Result::kBadParameter;
     }
     if (capacity != blobCapacity_) {
         void* grown = std::realloc(blob_.get(), static_cast<std::size_t>(capacity));
         if (grown == nullptr) {
-            return kOutOfMemory;
+            return Result::kOutOfMemory;
         }
         static_cast<void>(blob_.release());
         blob_.reset(static_cast<unsigned char*>(grown));
@@ -73,29 +74,30 @@ int CommonSolidCompressor::addData(const void* data, std::int32_t size) {
         std::memcpy(blob_.get() + blobSize_, data, static_cast<std::size_t>(size));
     }
     blobSize_ = static_cast<std::int32_t>(needed);
-    return kDone;
+    return Result::kDone;
 }
 
 void CommonSolidCompressor::overwrite(std::int32_t position, const void* data, std::int32_t size) {
     std::memcpy(blob_.get() + position, data, static_cast<std::size_t>(size));
 }
 
-int StripedSolidCompressor::compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
-                                     std::int32_t& outUncompressedSize) {
+SolidCompressor::Result StripedSolidCompressor::compress(std::unique_ptr<unsigned char[]>& outStream,
+                                                         std::int32_t& outStreamSize,
+                                                         std::int32_t& outUncompressedSize) {
     outStream.reset();
     outStreamSize = 0;
     outUncompressedSize = 0;
     return compressStripes();
 }
 
-int StripedSolidCompressor::compressStripes() {
+SolidCompressor::Result StripedSolidCompressor::compressStripes() {
     if (stripeCount() < 1 || stripeCount() > SolidFormat::kMaxChunks) {
-        return kBadParameter;  // no reader would take the stream
+        return Result::kBadParameter;  // no reader would accept the stream
     }
     layOutStripes();
     const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager());
     if (threads == nullptr) {
-        return kNoThreads;
+        return Result::kNoThreads;
     }
     StripedCompressWorker worker(*this);
     threads->runThreads(stripeCount(), worker, progress_, progress_ != nullptr);
@@ -115,13 +117,13 @@ void StripedSolidCompressor::layOutStripes() {
     stripeOutputs_.resize(static_cast<std::size_t>(count));
 }
 
-int StripedSolidCompressor::reportFailures() const {
-    int result = kDone;
+SolidCompressor::Result StripedSolidCompressor::reportFailures() const {
+    Result result = Result::kDone;
     for (std::size_t i = 0; i < stripes_.size(); ++i) {
         if (stripeOutputs_[i] == nullptr) {
             std::printf("Worker %d failed with zlib error %d\n", static_cast<int>(i),
                         static_cast<int>(stripes_[i].compressedSize) + kErrorShift);
-            result = kStripeFailed;
+            result = Result::kStripeFailed;
         }
     }
     return result;
@@ -154,16 +156,17 @@ int ZlibSolidCompressor::compressStripe(unsigned char* destination, std::uint32_
     return code;
 }
 
-int ZlibSolidCompressor::compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
-                                  std::int32_t& outUncompressedSize) {
-    const int result = StripedSolidCompressor::compress(outStream, outStreamSize, outUncompressedSize);
-    if (result != kDone) {
+SolidCompressor::Result ZlibSolidCompressor::compress(std::unique_ptr<unsigned char[]>& outStream,
+                                                      std::int32_t& outStreamSize,
+                                                      std::int32_t& outUncompressedSize) {
+    const Result result = StripedSolidCompressor::compress(outStream, outStreamSize, outUncompressedSize);
+    if (result != Result::kDone) {
         return result;
     }
     const std::int64_t size = layOutStream();
     outStream.reset(new (std::nothrow) unsigned char[static_cast<std::size_t>(size)]);
     if (outStream == nullptr) {
-        return kOutOfMemory;
+        return Result::kOutOfMemory;
     }
     const std::vector<unsigned char> header = encodeHeader();
     std::memcpy(outStream.get(), header.data(), header.size());
@@ -174,36 +177,36 @@ int ZlibSolidCompressor::compress(std::unique_ptr<unsigned char[]>& outStream, s
     }
     outStreamSize = static_cast<std::int32_t>(size);
     outUncompressedSize = blobSize();
-    return kDone;
+    return Result::kDone;
 }
 
-int ZlibSolidCompressor::compressTo(PStream& out, std::int32_t& outStreamSize,
-                                    std::int32_t& outUncompressedSize) {
+SolidCompressor::Result ZlibSolidCompressor::compressTo(PStream& out, std::int32_t& outStreamSize,
+                                                        std::int32_t& outUncompressedSize) {
     outStreamSize = 0;
     outUncompressedSize = 0;
-    const int result = compressStripes();
-    if (result != kDone) {
+    const Result result = compressStripes();
+    if (result != Result::kDone) {
         return result;
     }
     const std::int64_t size = layOutStream();
     const std::vector<unsigned char> header = encodeHeader();
     std::uint32_t written = 0;
     if (out.write(header.data(), static_cast<std::uint32_t>(header.size()), written) != 0) {
-        return kWriteFailed;
+        return Result::kWriteFailed;
     }
     for (std::size_t i = 0; i < stripes().size(); ++i) {
         if (out.write(stripeOutputs()[i].get(), stripes()[i].compressedSize, written) != 0) {
-            return kWriteFailed;
+            return Result::kWriteFailed;
         }
         stripeOutputs()[i].reset();
     }
     outStreamSize = static_cast<std::int32_t>(size);
     outUncompressedSize = blobSize();
-    return kDone;
+    return Result::kDone;
 }
 
-// Gives each stripe its place behind the last one; returns the size of the whole stream, which stays below 2
-// GiB because a blob is at most 1 GiB.
+// Places each stripe after the one before. Returns the size of the whole stream, which is below 2 GiB because
+// a blob is at most 1 GiB.
 std::int64_t ZlibSolidCompressor::layOutStream() {
     auto position = static_cast<std::int64_t>(SolidFormat::totalHeaderSize(stripeCount()));
     for (SolidChunk& stripe : stripes()) {

@@ -8,13 +8,13 @@
 #include "package/solid_format.h"
 #include "support/thread_manager.h"
 
-class PConsole;
 class PStream;
 
-// Collects a blob and makes a solid stream of it. Order of calls: init, addData as often as needed, compress.
+// Collects a blob and makes a solid stream from it. Order of calls: init, addData as often as needed,
+// compress.
 class SolidCompressor {
 public:
-    enum Result : int {
+    enum class Result : int {
         kDone = 0,
         kOutOfMemory = -1,
         kBadParameter = -2,  // of init and compress: the number of stripes; of addData: a blob above 1 GiB
@@ -29,14 +29,13 @@ public:
     virtual ~SolidCompressor() = default;
 
     // `stripeCount` is 1 to 256; `compressionLevel` is the codec's, 1 to 9 for zlib.
-    virtual int init(std::int32_t stripeCount, std::int32_t compressionLevel) = 0;
-    virtual void setConsole(PConsole*) {}
+    virtual Result init(std::int32_t stripeCount, std::int32_t compressionLevel) = 0;
     // Appends `size` bytes to the blob.
-    virtual int addData(const void* data, std::int32_t size) = 0;
-    // Makes the stream as one new block of the caller's. Sizes are in bytes. After a failure nothing is
-    // stored.
-    virtual int compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
-                         std::int32_t& outUncompressedSize) = 0;
+    virtual Result addData(const void* data, std::int32_t size) = 0;
+    // Returns the stream as one new block. Sizes are in bytes. After a failure the block is null and the
+    // sizes are 0.
+    virtual Result compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
+                            std::int32_t& outUncompressedSize) = 0;
 };
 
 // Holds the blob and the parameters.
@@ -46,14 +45,14 @@ public:
     static constexpr std::int32_t kMaxBlobSize = 0x40000000;
 
     CommonSolidCompressor();
-    int init(std::int32_t stripeCount, std::int32_t compressionLevel) override;
-    int addData(const void* data, std::int32_t size) override;
+    Result init(std::int32_t stripeCount, std::int32_t compressionLevel) override;
+    Result addData(const void* data, std::int32_t size) override;
 
     std::int32_t blobSize() const { return blobSize_; }
     // What was added so far; valid until the next addData.
     const unsigned char* blob() const { return blob_.get(); }
-    // Replaces bytes that were added before; they must lie within the blob. Threads may replace different
-    // ones.
+    // Replaces bytes that were added before; all must be within the blob. Several threads may do so at once
+    // if they replace different bytes.
     void overwrite(std::int32_t position, const void* data, std::int32_t size);
 
 protected:
@@ -65,7 +64,7 @@ private:
         void operator()(unsigned char* block) const;
     };
 
-    // From malloc, so that it can grow where it stands.
+    // From malloc, so that it can grow in place.
     std::unique_ptr<unsigned char, Free> blob_;
     std::int32_t blobCapacity_ = 0;
     std::int32_t blobSize_ = 0;
@@ -73,23 +72,23 @@ private:
     std::int32_t compressionLevel_ = 0;
 };
 
-// Cuts the blob into stripes of equal size and compresses them side by side, one thread for each.
+// Cuts the blob into stripes of equal size and compresses them in parallel, one thread for each.
 class StripedSolidCompressor : public CommonSolidCompressor {
 public:
-    // Compresses one stripe into the room of `inOutSize` bytes and stores the size delivered. 0 or the
-    // codec's code. Called by several threads at once.
+    // Compresses one stripe into `inOutSize` bytes of memory and stores the size delivered. Returns 0 or the
+    // code of the codec. Called by several threads at once.
     virtual int compressStripe(unsigned char* destination, std::uint32_t& inOutSize,
                                const unsigned char* source, std::uint32_t sourceSize) = 0;
 
-    // Makes the stripes and leaves them in this object; null blocks and sizes of 0 come out.
-    int compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
-                 std::int32_t& outUncompressedSize) override;
+    // Compresses the stripes and keeps them in this object; the block is null and the sizes are 0.
+    Result compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
+                    std::int32_t& outUncompressedSize) override;
 
-    // Told the bytes that are compressed; borrowed, may be null. A cancelled run gives kStripeFailed.
+    // Receives the number of compressed bytes; borrowed, may be null. A cancelled run gives kStripeFailed.
     void setProgress(OUtils::ThreadProgress* progress) { progress_ = progress; }
 
 protected:
-    int compressStripes();
+    Result compressStripes();
     const std::vector<SolidChunk>& stripes() const { return stripes_; }
     std::vector<SolidChunk>& stripes() { return stripes_; }
     std::vector<std::unique_ptr<unsigned char[]>>& stripeOutputs() { return stripeOutputs_; }
@@ -98,7 +97,7 @@ private:
     friend class StripedCompressWorker;
 
     void layOutStripes();
-    int reportFailures() const;
+    Result reportFailures() const;
 
     std::vector<SolidChunk> stripes_;
     std::vector<std::unique_ptr<unsigned char[]>> stripeOutputs_;
@@ -116,18 +115,18 @@ private:
     StripedSolidCompressor& owner_;
 };
 
-// Compresses with zlib and writes the stream. The stream depends on the blob, the number of stripes and the
-// level alone.
+// Compresses with zlib and writes the stream, which depends only on the blob, the number of stripes and the
+// level.
 class ZlibSolidCompressor : public StripedSolidCompressor {
 public:
     int compressStripe(unsigned char* destination, std::uint32_t& inOutSize, const unsigned char* source,
                        std::uint32_t sourceSize) override;
-    int compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
-                 std::int32_t& outUncompressedSize) override;
+    Result compress(std::unique_ptr<unsigned char[]>& outStream, std::int32_t& outStreamSize,
+                    std::int32_t& outUncompressedSize) override;
 
-    // The same, written to `out` piece by piece, so that the stream needn't stand in memory a second time.
-    // kWriteFailed when `out` fails; it may hold a part then.
-    int compressTo(PStream& out, std::int32_t& outStreamSize, std::int32_t& outUncompressedSize);
+    // The same, written to `out` piece by piece, so that the stream isn't in memory a second time.
+    // kWriteFailed when `out` fails; it may then hold a part of the stream.
+    Result compressTo(PStream& out, std::int32_t& outStreamSize, std::int32_t& outUncompressedSize);
 
 private:
     std::int64_t layOutStream();

@@ -3,29 +3,29 @@
 #include <algorithm>
 #include <cstring>
 
-int SolidDataCursor::seekRelative(std::int64_t distance) {
+CursorResult SolidDataCursor::seekRelative(std::int64_t distance) {
     const std::int64_t target = position_ + distance;
     if (target < 0 || target > size_) {
-        return kBadSeek;
+        return CursorResult::kBadSeek;
     }
     position_ = target;
-    return 0;
+    return CursorResult::kDone;
 }
 
-int SolidDataCursor::read(void* buffer, std::int64_t size) {
+CursorResult SolidDataCursor::read(void* buffer, std::int64_t size) {
     const std::int64_t available = std::min(size, size_ - position_);
     if (available > 0) {
         std::memcpy(buffer, data_ + position_, static_cast<std::size_t>(available));
         position_ += available;
     }
-    return available < size ? kShortRead : 0;
+    return available < size ? CursorResult::kShortRead : CursorResult::kDone;
 }
 
-int SolidDataCursor::readInPlace(std::int64_t size, const unsigned char*& outData) {
+CursorResult SolidDataCursor::readInPlace(std::int64_t size, const unsigned char*& outData) {
     if (size < 0 || size > size_ - position_) {
-        return kShortRead;
+        return CursorResult::kShortRead;
     }
     outData = data_ + position_;
     position_ += size;
-    return 0;
+    return CursorResult::kDone;
 }

@@ -1,22 +1,21 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
-// A position in a block of memory that belongs to somebody else.
+// The numbers appear in the debug log.
+enum class CursorResult : int { kDone = 0, kShortRead = -11, kBadSeek = -12 };
+
+// A position in a borrowed block of memory.
 class SolidDataCursor {
 public:
-    static constexpr int kShortRead = -11;
-    static constexpr int kBadSeek = -12;
-
     SolidDataCursor(const unsigned char* data, std::int64_t size) : data_(data), size_(size) {}
 
-    // 0, or kBadSeek for a place ahead of the block or behind its end; the position stays then.
-    int seekRelative(std::int64_t distance);
-    // Copies at most what is left; kShortRead when that was less than `size`.
-    int read(void* buffer, std::int64_t size);
-    // The next `size` bytes where they lie, or kShortRead with nothing moved.
-    int readInPlace(std::int64_t size, const unsigned char*& outData);
+    // kBadSeek for a position before the block or past its end; the position then stays.
+    CursorResult seekRelative(std::int64_t distance);
+    // Copies what is left, at most `size` bytes; kShortRead when that was less.
+    CursorResult read(void* buffer, std::int64_t size);
+    // Points to the next `size` bytes in place; kShortRead, with nothing moved, when there are fewer.
+    CursorResult readInPlace(std::int64_t size, const unsigned char*& outData);
 
     std::int64_t position() const { return position_; }
 

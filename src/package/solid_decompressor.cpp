@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-
-#include "support/p_console.h"
+#include <string>
+#include <utility>
 
 namespace {
 
-// Nothing reads it: the text must stand in the built image, where packaging tools look for it.
+// Nothing reads it. Packaging tools look for this text in the built image, so the compiler must not drop it.
 const char* volatile formatMark;
 
 // A range of bytes, [start, end).
@@ -36,7 +36,8 @@ bool endsWithin(const Range& a, const Range& b) {
     return a.end > b.start && a.end <= b.end;
 }
 
-// Ranges that only touch don't overlap, but an empty range at the edge of another one does.
+// Ranges that only touch don't overlap, but an empty range at the edge of another one counts as overlapping:
+// no reader accepts such a stream, and that must stay so.
 bool overlap(const Range& a, const Range& b) {
     return startsWithin(a, b) || endsWithin(a, b) || startsWithin(b, a) || endsWithin(b, a);
 }
@@ -54,100 +55,90 @@ bool isSupported(const unsigned char* header) {
 
 }  // namespace
 
-std::unique_ptr<SolidDecompressor> createSolidDecompressor(const unsigned char* header) {
-    formatMark = "SupportsSolidZlib";
-    if (std::memcmp(header, SolidFormat::kMagic, sizeof(SolidFormat::kMagic)) != 0 ||
-        LittleEndian::readUnsigned(header + SolidFormat::kFormatIdOffset) != SolidFormat::kFormatId ||
-        !isSupported(header)) {
-        return nullptr;
-    }
-    return std::make_unique<ZlibSolidDecompressor>();
-}
+StripedSolidDecompressor::StripedSolidDecompressor(DebugLog debugLog) : debugLog_(std::move(debugLog)) {}
 
-int StripedSolidDecompressor::decompress(const unsigned char* data, std::int64_t size,
-                                         std::unique_ptr<unsigned char[]>& outBuffer, std::int32_t& outSize) {
-    outBuffer.reset();
-    outSize = 0;
+SolidResult StripedSolidDecompressor::decompress(const unsigned char* data, std::int64_t size,
+                                                 SolidBlock& outBlock) {
+    outBlock = {};
     SolidDataCursor cursor(data, size);
     Chunks chunks;
     std::int64_t total = 0;
-    int result = readHeader(cursor, chunks);
-    if (result == 0) {
+    SolidBlock block;
+    SolidResult result = readHeader(cursor, chunks);
+    if (result == SolidResult::kDone) {
         result = checkChunks(chunks);
     }
-    if (result == 0) {
+    if (result == SolidResult::kDone) {
         result = checkCoverage(chunks, total);
     }
-    if (result == 0) {
-        result = allocate(total, outBuffer);
+    if (result == SolidResult::kDone) {
+        result = allocate(total, block);
     }
-    if (result == 0) {
-        result = expandChunks(cursor, chunks, outBuffer.get());
+    if (result == SolidResult::kDone) {
+        result = expandChunks(cursor, chunks, block.data.get());
     }
-    if (result != 0) {
-        outBuffer.reset();
-        return result;
+    if (result == SolidResult::kDone) {
+        outBlock = std::move(block);
     }
-    outSize = static_cast<std::int32_t>(total);
-    return 0;
+    return result;
 }
 
-int StripedSolidDecompressor::readHeader(SolidDataCursor& cursor, Chunks& outChunks) {
+SolidResult StripedSolidDecompressor::readHeader(SolidDataCursor& cursor, Chunks& outChunks) {
     unsigned char header[SolidFormat::kHeaderSize];
-    if (cursor.read(header, sizeof(header)) != 0) {
-        return kSolidTooShort;
+    if (cursor.read(header, sizeof(header)) != CursorResult::kDone) {
+        return SolidResult::kTooShort;
     }
     if (!isSupported(header)) {
-        return kSolidBadVersion;
+        return SolidResult::kBadVersion;
     }
     const std::int32_t count = LittleEndian::readSigned(header + SolidFormat::kChunkCountOffset);
     for (std::int32_t i = 0; i < count; ++i) {
         unsigned char record[SolidFormat::kChunkSize];
-        if (cursor.read(record, sizeof(record)) != 0) {
-            return kSolidTooShort;
+        if (cursor.read(record, sizeof(record)) != CursorResult::kDone) {
+            return SolidResult::kTooShort;
         }
         outChunks.push_back(SolidChunk::decode(record));
     }
-    return 0;
+    return SolidResult::kDone;
 }
 
-// Compares every pair: with 256 chunks at most that is nothing beside the expansion.
-int StripedSolidDecompressor::checkChunks(const Chunks& chunks) {
-    const int count = static_cast<int>(chunks.size());
-    const auto headerSize = static_cast<std::int64_t>(SolidFormat::totalHeaderSize(count));
-    for (int i = 0; i < count; ++i) {
-        const SolidChunk& chunk = chunks[static_cast<std::size_t>(i)];
-        if (chunk.compressedOffset < headerSize) {
-            if (console_ != nullptr) {
-                console_->print(
-                    "ERROR: Decompressor: Compressed offset is less than total header size "
-                    "(corrupted header - %d)",
-                    i);
-            }
-            return kSolidBadOffset;
-        }
-        if (chunk.uncompressedOffset < 0) {
-            if (console_ != nullptr) {
-                console_->print(
-                    "ERROR: Decompressor: Uncompressed offset is negative (corrupted header - %d)", i);
-            }
-            return kSolidNegativeOffset;
-        }
-        for (int j = i + 1; j < count; ++j) {
-            if (overlap(chunk, chunks[static_cast<std::size_t>(j)])) {
-                if (console_ != nullptr) {
-                    console_->print(
-                        "ERROR: Decompressor: Overlapping offset/size ranges (corrupted header - %d %d)", i,
-                        j);
-                }
-                return kSolidOverlap;
-            }
+SolidResult StripedSolidDecompressor::checkChunks(const Chunks& chunks) {
+    for (int i = 0; i < static_cast<int>(chunks.size()); ++i) {
+        const SolidResult result = checkChunk(chunks, i);
+        if (result != SolidResult::kDone) {
+            return result;
         }
     }
-    return 0;
+    return SolidResult::kDone;
 }
 
-int StripedSolidDecompressor::checkCoverage(const Chunks& chunks, std::int64_t& outTotal) {
+// Compares the chunk with each one after it. There are 256 chunks at most, so that costs nothing compared
+// with the expansion.
+SolidResult StripedSolidDecompressor::checkChunk(const Chunks& chunks, int index) {
+    const int count = static_cast<int>(chunks.size());
+    const SolidChunk& chunk = chunks[static_cast<std::size_t>(index)];
+    if (chunk.compressedOffset < static_cast<std::int64_t>(SolidFormat::totalHeaderSize(count))) {
+        debugLog_.print(
+            "ERROR: Decompressor: Compressed offset is less than total header size (corrupted header - %d)",
+            index);
+        return SolidResult::kBadOffset;
+    }
+    if (chunk.uncompressedOffset < 0) {
+        debugLog_.print("ERROR: Decompressor: Uncompressed offset is negative (corrupted header - %d)",
+                        index);
+        return SolidResult::kNegativeOffset;
+    }
+    for (int other = index + 1; other < count; ++other) {
+        if (overlap(chunk, chunks[static_cast<std::size_t>(other)])) {
+            debugLog_.print("ERROR: Decompressor: Overlapping offset/size ranges (corrupted header - %d %d)",
+                            index, other);
+            return SolidResult::kOverlap;
+        }
+    }
+    return SolidResult::kDone;
+}
+
+SolidResult StripedSolidDecompressor::checkCoverage(const Chunks& chunks, std::int64_t& outTotal) {
     std::int64_t total = 0;
     std::int64_t accounted = 0;
     for (const SolidChunk& chunk : chunks) {
@@ -155,96 +146,79 @@ int StripedSolidDecompressor::checkCoverage(const Chunks& chunks, std::int64_t& 
         accounted += chunk.uncompressedSize;
     }
     if (accounted != total) {
-        if (console_ != nullptr) {
-            console_->print(
-                "ERROR: Decompressor: Accounted size (%d) differs from uncompressed size (%d) as "
-                "reporterd (corrupted header)",
-                static_cast<int>(accounted), static_cast<int>(total));
-        }
-        return kSolidHoles;
+        debugLog_.print(
+            "ERROR: Decompressor: Accounted size (%d) differs from uncompressed size (%d) as "
+            "reporterd (corrupted header)",
+            static_cast<int>(accounted), static_cast<int>(total));
+        return SolidResult::kHoles;
     }
     outTotal = total;
-    return 0;
+    return SolidResult::kDone;
 }
 
-// The chunks are expanded from where they lie, so the output is all that is allocated.
-int StripedSolidDecompressor::allocate(std::int64_t total, std::unique_ptr<unsigned char[]>& outBuffer) {
-    if (console_ != nullptr) {
-        console_->print("Decompressor: Allocating memory for uncompressed cabinet (%d B)",
-                        static_cast<int>(total));
-    }
+// The chunks are expanded straight from the stream, so the output is all that is allocated.
+SolidResult StripedSolidDecompressor::allocate(std::int64_t total, SolidBlock& outBlock) {
+    debugLog_.print("Decompressor: Allocating memory for uncompressed cabinet (%d B)",
+                    static_cast<int>(total));
     try {
         if (total > INT32_MAX) {
             throw std::bad_alloc();
         }
-        outBuffer.reset(new unsigned char[static_cast<std::size_t>(total)]);
+        outBlock.data.reset(new unsigned char[static_cast<std::size_t>(total)]);
+        outBlock.size = static_cast<std::int32_t>(total);
     } catch (const std::bad_alloc& failure) {
-        if (console_ != nullptr) {
-            console_->print(
-                "ERROR: Decompressor: Failed to allocate memory for the uncompressed cabinet (%s)",
-                failure.what());
-        }
-        return kSolidOutOfMemory;
+        debugLog_.print("ERROR: Decompressor: Failed to allocate memory for the uncompressed cabinet (%s)",
+                        failure.what());
+        return SolidResult::kOutOfMemory;
     }
-    return 0;
+    return SolidResult::kDone;
 }
 
-int StripedSolidDecompressor::expandChunks(SolidDataCursor& cursor, const Chunks& chunks,
-                                           unsigned char* output) {
+SolidResult StripedSolidDecompressor::expandChunks(SolidDataCursor& cursor, const Chunks& chunks,
+                                                   unsigned char* output) {
     const int count = static_cast<int>(chunks.size());
-    if (console_ != nullptr) {
-        console_->print("Decompressor: Starting decompression ... (%d chunks)", count);
-    }
+    debugLog_.print("Decompressor: Starting decompression ... (%d chunks)", count);
     for (int i = 0; i < count; ++i) {
-        const int result = expandChunk(cursor, chunks[static_cast<std::size_t>(i)], i, output);
-        if (result != 0) {
+        const SolidResult result = expandChunk(cursor, chunks[static_cast<std::size_t>(i)], i, output);
+        if (result != SolidResult::kDone) {
             return result;
         }
     }
-    return 0;
+    return SolidResult::kDone;
 }
 
-int StripedSolidDecompressor::expandChunk(SolidDataCursor& cursor, const SolidChunk& chunk, int index,
-                                          unsigned char* output) {
-    int status = cursor.seekRelative(chunk.compressedOffset - cursor.position());
-    if (status != 0) {
-        if (console_ != nullptr) {
-            console_->print("ERROR: Decompressor (chunk %d): Seeking compressed offset failed (Error: %d)",
-                            index, status);
-        }
-        return kSolidSeekFailed;
+SolidResult StripedSolidDecompressor::expandChunk(SolidDataCursor& cursor, const SolidChunk& chunk, int index,
+                                                  unsigned char* output) {
+    CursorResult status = cursor.seekRelative(chunk.compressedOffset - cursor.position());
+    if (status != CursorResult::kDone) {
+        debugLog_.print("ERROR: Decompressor (chunk %d): Seeking compressed offset failed (Error: %d)", index,
+                        static_cast<int>(status));
+        return SolidResult::kSeekFailed;
     }
     const unsigned char* source = nullptr;
     status = cursor.readInPlace(chunk.compressedSize, source);
-    if (status != 0) {
-        if (console_ != nullptr) {
-            console_->print("ERROR: Decompressor (chunk %d): Reading compressed data failed (Error: %d)",
-                            index, status);
-        }
-        return kSolidReadFailed;
+    if (status != CursorResult::kDone) {
+        debugLog_.print("ERROR: Decompressor (chunk %d): Reading compressed data failed (Error: %d)", index,
+                        static_cast<int>(status));
+        return SolidResult::kReadFailed;
     }
     std::uint32_t delivered = chunk.uncompressedSize;
-    status = decompressChunk(output + chunk.uncompressedOffset, delivered, source, chunk.compressedSize);
-    if (status != 0 || delivered != chunk.uncompressedSize) {
-        reportUncompressFailure(chunk, index, status);
-        return kSolidUncompressFailed;
+    const int code =
+        decompressChunk(output + chunk.uncompressedOffset, delivered, source, chunk.compressedSize);
+    if (code != 0 || delivered != chunk.uncompressedSize) {
+        reportUncompressFailure(chunk, index, code);
+        return SolidResult::kUncompressFailed;
     }
-    return 0;
+    return SolidResult::kDone;
 }
 
 void StripedSolidDecompressor::reportUncompressFailure(const SolidChunk& chunk, int index, int code) {
-    if (console_ == nullptr) {
-        return;
-    }
-    const int size = static_cast<int>(chunk.compressedSize);
-    const char* text = errorText(code);
-    if (text != nullptr) {
-        console_->print("ERROR: Decompressor (chunk %d): Uncompressing data failed (size: %d B; msg: %s)",
-                        index, size, text);
-    } else {
-        console_->print("ERROR: Decompressor (chunk %d): Uncompressing data failed (size: %d B; err: %d)",
-                        index, size, code);
-    }
+    const std::optional<std::string_view> text = errorText(code);
+    const std::string reason =
+        text ? "msg: " + std::string(*text) : std::string("err: ") + std::to_string(code);
+    debugLog_.line("ERROR: Decompressor (chunk " + std::to_string(index) +
+                   "): Uncompressing data failed (size: " +
+                   std::to_string(static_cast<int>(chunk.compressedSize)) + " B; " + reason + ")");
 }
 
 int ZlibSolidDecompressor::decompressChunk(unsigned char* destination, std::uint32_t& inOutSize,
@@ -255,7 +229,7 @@ int ZlibSolidDecompressor::decompressChunk(unsigned char* destination, std::uint
     return code;
 }
 
-const char* ZlibSolidDecompressor::errorText(int code) {
+std::optional<std::string_view> ZlibSolidDecompressor::errorText(int code) {
     switch (code) {
         case Z_BUF_ERROR:
             return "output buffer is not big enough";
@@ -266,4 +240,15 @@ const char* ZlibSolidDecompressor::errorText(int code) {
         default:
             return "unknown error";
     }
+}
+
+std::unique_ptr<SolidDecompressor> createSolidDecompressor(const unsigned char* header,
+                                                           const DebugLog& debugLog) {
+    formatMark = "SupportsSolidZlib";
+    if (std::memcmp(header, SolidFormat::kMagic, sizeof(SolidFormat::kMagic)) != 0 ||
+        LittleEndian::readUnsigned(header + SolidFormat::kFormatIdOffset) != SolidFormat::kFormatId ||
+        !isSupported(header)) {
+        return nullptr;
+    }
+    return std::make_unique<ZlibSolidDecompressor>(debugLog);
 }

@@ -2,25 +2,34 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "package/solid_data_cursor.h"
 #include "package/solid_format.h"
+#include "support/debug_log.h"
 
-class PConsole;
+// The results of SolidDecompressor::decompress. The numbers appear in the debug log, and loading a package
+// passes them on.
+enum class SolidResult : int {
+    kDone = 0,
+    kTooShort = -11,         // less than the header with its records
+    kBadVersion = -21,       // or a number of chunks outside 1 to 256
+    kBadOffset = -22,        // a chunk's data would overlap the header
+    kNegativeOffset = -23,   // in the output
+    kOverlap = -24,          // two chunks share bytes
+    kHoles = -25,            // the chunks don't cover the output from 0 on
+    kOutOfMemory = -26,      // or more than 2,147,483,647 bytes of output
+    kSeekFailed = -27,       // a chunk's data begins past the end of the stream
+    kReadFailed = -28,       // a chunk's data ends past the end of the stream
+    kUncompressFailed = -29  // zlib failed, or delivered another size than the record says
+};
 
-// The results of SolidDecompressor::decompress other than 0.
-enum SolidError : int {
-    kSolidTooShort = -11,         // less than the header with its records
-    kSolidBadVersion = -21,       // or a number of chunks outside 1 to 256
-    kSolidBadOffset = -22,        // a chunk's data would lie in the header
-    kSolidNegativeOffset = -23,   // in the output
-    kSolidOverlap = -24,          // two chunks share bytes
-    kSolidHoles = -25,            // the chunks don't cover the output from 0 on
-    kSolidOutOfMemory = -26,      // or more than 2,147,483,647 bytes of output
-    kSolidSeekFailed = -27,       // a chunk's data begins behind the end of the stream
-    kSolidReadFailed = -28,       // a chunk's data ends behind the end of the stream
-    kSolidUncompressFailed = -29  // zlib failed, or gave another size than the record tells
+// Bytes in memory that belong to this object.
+struct SolidBlock {
+    std::unique_ptr<unsigned char[]> data;
+    std::int32_t size = 0;
 };
 
 class SolidDecompressor {
@@ -30,50 +39,51 @@ public:
     SolidDecompressor& operator=(const SolidDecompressor&) = delete;
     virtual ~SolidDecompressor() = default;
 
-    // Expands the stream in `data`, which may be longer than the stream. Returns 0 or a SolidError.
-    // `outBuffer` belongs to the caller; after a failure it is null and `outSize` 0. Runs on the calling
-    // thread alone.
-    virtual int decompress(const unsigned char* data, std::int64_t size,
-                           std::unique_ptr<unsigned char[]>& outBuffer, std::int32_t& outSize) = 0;
-    // Where failures are told; borrowed, may be null.
-    virtual void setConsole(PConsole* console) = 0;
+    // Expands the stream in `data`, which may be longer than the stream. After a failure `outBlock` is empty.
+    // Uses no thread but the caller's.
+    virtual SolidResult decompress(const unsigned char* data, std::int64_t size, SolidBlock& outBlock) = 0;
 };
 
-// Walks the chunks of a stream and checks all that its header says before a byte is expanded.
+// Walks the chunks of a stream. Everything that the header says is checked before the first byte is expanded.
 class StripedSolidDecompressor : public SolidDecompressor {
 public:
-    int decompress(const unsigned char* data, std::int64_t size, std::unique_ptr<unsigned char[]>& outBuffer,
-                   std::int32_t& outSize) override;
-    void setConsole(PConsole* console) override { console_ = console; }
+    explicit StripedSolidDecompressor(DebugLog debugLog);
 
-    // Expands one chunk into the room of `inOutSize` bytes and stores the size delivered. 0 or the codec's
-    // code.
+    SolidResult decompress(const unsigned char* data, std::int64_t size, SolidBlock& outBlock) override;
+
+    // Expands one chunk into `inOutSize` bytes of memory and stores the size delivered. Returns 0 or the code
+    // of the codec.
     virtual int decompressChunk(unsigned char* destination, std::uint32_t& inOutSize,
                                 const unsigned char* source, std::uint32_t sourceSize) = 0;
-    // A text for a code of decompressChunk, or null.
-    virtual const char* errorText(int code) = 0;
+    // A text for a code of decompressChunk, if the codec has one.
+    virtual std::optional<std::string_view> errorText(int code) = 0;
 
 private:
     using Chunks = std::vector<SolidChunk>;
 
-    int readHeader(SolidDataCursor& cursor, Chunks& outChunks);
-    int checkChunks(const Chunks& chunks);
-    int checkCoverage(const Chunks& chunks, std::int64_t& outTotal);
-    int allocate(std::int64_t total, std::unique_ptr<unsigned char[]>& outBuffer);
-    int expandChunks(SolidDataCursor& cursor, const Chunks& chunks, unsigned char* output);
-    int expandChunk(SolidDataCursor& cursor, const SolidChunk& chunk, int index, unsigned char* output);
+    SolidResult readHeader(SolidDataCursor& cursor, Chunks& outChunks);
+    SolidResult checkChunks(const Chunks& chunks);
+    SolidResult checkChunk(const Chunks& chunks, int index);
+    SolidResult checkCoverage(const Chunks& chunks, std::int64_t& outTotal);
+    SolidResult allocate(std::int64_t total, SolidBlock& outBlock);
+    SolidResult expandChunks(SolidDataCursor& cursor, const Chunks& chunks, unsigned char* output);
+    SolidResult expandChunk(SolidDataCursor& cursor, const SolidChunk& chunk, int index,
+                            unsigned char* output);
     void reportUncompressFailure(const SolidChunk& chunk, int index, int code);
 
-    PConsole* console_ = nullptr;
+    DebugLog debugLog_;
 };
 
 class ZlibSolidDecompressor : public StripedSolidDecompressor {
 public:
+    using StripedSolidDecompressor::StripedSolidDecompressor;
+
     int decompressChunk(unsigned char* destination, std::uint32_t& inOutSize, const unsigned char* source,
                         std::uint32_t sourceSize) override;
-    const char* errorText(int code) override;
+    std::optional<std::string_view> errorText(int code) override;
 };
 
-// A decompressor for the stream whose first 20 bytes are at `header`; null when no solid stream of this
-// version stands there, which is no error: the historical form of a package has none.
-std::unique_ptr<SolidDecompressor> createSolidDecompressor(const unsigned char* header);
+// A decompressor for the stream whose first 20 bytes are at `header`. Null when they don't begin a solid
+// stream of this version; that is not an error, since the historical form of a package has none.
+std::unique_ptr<SolidDecompressor> createSolidDecompressor(const unsigned char* header,
+                                                           const DebugLog& debugLog);

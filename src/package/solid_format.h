@@ -5,7 +5,7 @@
 
 #include "package/little_endian.h"
 
-// The bytes of the solid stream, shared by reader and writer. solid_format.md tells what they mean.
+// The bytes of the solid stream, shared by reader and writer. solid_format.md says what they mean.
 namespace SolidFormat {
 
 inline constexpr char kMagic[8] = "SolidHD";  // its terminator is part of it
@@ -38,7 +38,7 @@ inline constexpr std::size_t totalHeaderSize(std::int32_t chunkCount) {
 
 }  // namespace SolidFormat
 
-// One chunk: an independent zlib stream and the place of its data.
+// One chunk: an independent zlib stream, and where its data is.
 struct SolidChunk {
     std::int32_t uncompressedOffset = 0;
     std::uint32_t uncompressedSize = 0;

@@ -1,25 +1,34 @@
-#include "base/errors.h"
+#include <cstdlib>
+
 #include "package/package_writer.h"
 #include "packager/commands.h"
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
 
+namespace {
+
+ChecksumVersion checksumVersion(const CommandLine& commandLine) {
+    const char* const oldChecksumming = std::getenv("OLD_CHECKSUMMING");
+    return commandLine.oldChecksum ? ChecksumVersion::kVersion1
+                                   : checksumVersionFor(oldChecksumming == nullptr ? "" : oldChecksumming);
+}
+
+}  // namespace
+
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
     PackingList list({commandLine.description, commandLine.root, commandLine.image}, files);
     list.read();
     for (const std::string& warning : list.warnings()) {
-        output.tell("packager: warning: " + printable(warning));
+        output.warn("packager: warning: " + printable(warning));
     }
     PackageOptions options;
     options.imagePath = commandLine.bin ? std::string() : commandLine.image;
     options.stripes =
         commandLine.stripes == 0 ? PackageWriter::defaultStripes(list.cabinetSize()) : commandLine.stripes;
     options.level = commandLine.level;
-    if (commandLine.oldChecksum) {
-        options.checksum = ChecksumVersion::kVersion1;
-    }
+    options.checksum = checksumVersion(commandLine);
     PackageWriter writer(files);
-    writer.setProgress([&](const char* step, int percent) { output.progress(step, percent); });
+    writer.setProgress([&](std::string_view step, int percent) { output.progress(step, percent); });
     std::vector<PackageFile> entries = list.entries();
     balanceStripes(entries, options.stripes);
     const PackageTotals totals = writer.write(entries, options, commandLine.output);

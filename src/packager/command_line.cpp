@@ -21,7 +21,8 @@ constexpr CommandName kCommands[] = {
 constexpr std::int32_t kLeastWidth = 10;
 constexpr std::int32_t kMostWidth = 1000;
 
-// An option stores a text, sets a flag or stores a number between `least` and `most`; the others are null.
+// An option stores a text, sets a flag, or stores a number from `least` to `most`; the other two pointers are
+// null.
 struct OptionRule {
     const char* name;
     std::string CommandLine::*text;
@@ -98,7 +99,7 @@ private:
         }
     }
 
-    // Of the first word behind the command; null when there may be none.
+    // Where the first word after the command goes; null when the command takes none.
     std::string* placeOfOperand() {
         switch (result_.command) {
             case PackagerCommand::kBuild:
@@ -213,7 +214,7 @@ constexpr const char* kOverview =
     "  packager verify   checks a package from front to back\n"
     "  packager text     shows a document as the users of a package will see it\n"
     "\n"
-    "packager COMMAND --help tells more about one of them.\n"
+    "packager COMMAND --help explains one of them.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
 
 constexpr const char* kBuildHelp =
@@ -265,7 +266,7 @@ constexpr const char* kTextHelp =
     "file is of the markdown dialect. A setup goes by the description instead: there a document is\n"
     "markdown when its element says Format=\"TandrelMarkdown\", and rich text otherwise.\n"
     "Rich text has no --html and no --tree.\n"
-    "A document in which something is wrong isn't shown by a setup at all; this command tells what\n"
+    "A document in which something is wrong isn't shown by a setup at all; this command says what\n"
     "and where, and gives exit code 1.\n";
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText };
 
-// What the user wants, as the command line tells it.
+// What the command line asks for.
 struct CommandLine {
     PackagerCommand command = PackagerCommand::kNone;
     bool help = false;
@@ -31,15 +31,15 @@ struct CommandLine {
     bool tree = false;
     std::int32_t width = 0;  // 0: not given
 
-    // Empty, or what is wrong with the command line, in one line.
+    // What is wrong with the command line, in one line; empty when nothing is.
     std::string problem;
 };
 
-// Reads the arguments behind the program's name. Options are `--name value` or `--name=value`; behind `--` no
+// Reads the arguments after the program's name. Options are `--name value` or `--name=value`; after `--` no
 // word is an option.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
-// All commands, and all options with their two dashes.
+// All commands, and all options with their two hyphens.
 std::vector<std::string_view> commandNames();
 std::vector<std::string> optionNames();
 

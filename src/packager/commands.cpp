@@ -35,11 +35,11 @@ int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform:
         runCommand(commandLine, output, files);
         return 0;
     } catch (const GenericError& error) {
-        output.tell("packager: " + printable(error.what()));
+        output.warn("packager: " + printable(error.what()));
     } catch (const std::bad_alloc&) {
-        output.tell("packager: not enough memory");
+        output.warn("packager: not enough memory");
     } catch (const std::exception& error) {
-        output.tell(std::string("packager: ") + printable(error.what()));
+        output.warn(std::string("packager: ") + printable(error.what()));
     }
     return 1;
 }
@@ -53,14 +53,14 @@ int runPackager(const std::vector<std::string>& arguments, PackagerOutput& outpu
     if (commandLine.help) {
         output.print(withoutLastLineEnd(helpText(commandLine.command)));
     } else if (!commandLine.problem.empty()) {
-        output.tell("packager: " + printable(commandLine.problem));
-        output.tell(withoutLastLineEnd(helpText(commandLine.command)));
+        output.warn("packager: " + printable(commandLine.problem));
+        output.warn(withoutLastLineEnd(helpText(commandLine.command)));
         exitCode = 2;
     } else {
         exitCode = runChecked(commandLine, output, files);
     }
     if (!output.finish() && exitCode == 0) {
-        output.tell("packager: the output can't be written");
+        output.warn("packager: the output can't be written");
         exitCode = 1;
     }
     return exitCode;

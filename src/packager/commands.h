@@ -7,14 +7,14 @@
 #include "packager/packager_output.h"
 #include "support/p_file_stream.h"
 
-// The commands of the tool. Each throws InstallerError with one line when it fails.
+// The commands of the tool. Each throws InstallerError with one line when it fails. `files` is borrowed.
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 
-// The whole tool, from the arguments behind the program's name to the exit code: 0 done, 1 failed, 2 wrong
+// The whole tool, from the arguments after the program's name to the exit code: 0 done, 1 failed, 2 wrong
 // use.
 int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
                 platform::FileSystem& files);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Enough of a text to find it by.
+// Enough of a text to recognise it.
 constexpr std::size_t kQuotedLength = 40;
 
 constexpr std::string_view kEmphasisAdvice =
@@ -32,13 +32,13 @@ bool hasPair(std::string_view text, char mark) {
     return count >= 2;
 }
 
-// A text in which emphasis was found lies in children or has their type; one whose emphasis could not be
-// resolved stays behind as it was.
+// A text whose emphasis was found has become children or has the type of the emphasis; one whose emphasis
+// could not be resolved keeps its marks.
 bool isUnresolved(const TGMNode& node) {
     if (node.text.isEmpty() || node.type == kTgmBold || node.type == kTgmItalic) {
         return false;
     }
-    const std::string_view text = node.text.c_str();
+    const std::string_view text = node.text.view();
     return hasPair(text, '*') || hasPair(text, '_');
 }
 
@@ -61,9 +61,9 @@ const TGMNode* firstUnresolved(const TGMNode* root) {
     return nullptr;
 }
 
-// The first line of the text that holds a mark.
+// The first line of the text that has a mark.
 std::string markedLineOf(const TGMNode& node) {
-    const std::string text = node.text.c_str();
+    const std::string text(node.text.view());
     const std::size_t mark = text.find_first_of("*_");
     const std::size_t before = text.rfind('\n', mark);
     const std::size_t start = before == std::string::npos ? 0 : before + 1;
@@ -74,7 +74,7 @@ std::string quoted(const std::string& text) {
     return '"' + (text.size() <= kQuotedLength ? text : text.substr(0, kQuotedLength) + "...") + '"';
 }
 
-// The parser knows no line for emphasis; the text that it left behind does.
+// The parser gives no line for emphasis, so the unresolved text is searched for in the document.
 std::string emphasisFault(const std::string& document, const TGMNode* root) {
     const TGMNode* const node = firstUnresolved(root);
     if (node == nullptr) {
@@ -95,12 +95,11 @@ std::size_t lineOfOffset(std::string_view document, std::size_t offset) {
 
 std::string markdownFault(std::string_view document) {
     const std::string text(document.substr(0, document.find('\0')));
-    // A quote that is broken is in the tree only when the parser goes on.
+    // A broken quote is in the tree only when the parser goes on after errors.
     TGMParseOptions options;
     options.keepGoing = true;
     TGMParser parser(options);
-    TGMParseResult result;
-    parser.parse(result, text.c_str());
+    const TGMParseResult result = parser.parse(text);
     if ((result.errors & (kTgmNullText | kTgmEmptyText)) != 0) {
         return "the document is empty: a setup shows nothing";
     }

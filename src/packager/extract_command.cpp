@@ -1,15 +1,17 @@
 #include <map>
+#include <optional>
+#include <string>
 #include <vector>
 
-#include "base/errors.h"
 #include "base/text_functions.h"
 #include "packager/commands.h"
+#include "packager/failure.h"
 #include "packager/package_file_reader.h"
 #include "support/utilities.h"
 
 namespace {
 
-// A name out of a package may only be a name: nothing that leads to another place.
+// A name from a package must be a plain name that leads to no other directory.
 bool isSafeName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of("/\\:") == std::string_view::npos && name.find('\0') == std::string_view::npos;
@@ -18,13 +20,11 @@ bool isSafeName(std::string_view name) {
 std::vector<std::int32_t> chooseEntries(const Cabinet& cabinet, const std::vector<std::string>& aliases) {
     std::vector<std::int32_t> chosen;
     for (const std::string& alias : aliases) {
-        const std::int32_t index = cabinet.findAlias(alias);
-        if (index < 0) {
-            throw InstallerError(
-                "the package holds no file with the alias \"%s\": packager list shows them all",
-                alias.c_str());
+        const std::optional<std::int32_t> index = cabinet.findAlias(alias);
+        if (!index) {
+            fail("the package holds no file with the alias \"" + alias + "\": packager list shows them all");
         }
-        chosen.push_back(index);
+        chosen.push_back(*index);
     }
     for (std::int32_t i = 0; aliases.empty() && i < cabinet.getCount(); ++i) {
         chosen.push_back(i);
@@ -43,10 +43,8 @@ public:
         const CabinetEntry& entry = cabinet_.entry(index);
         for (const std::string_view candidate : {entry.name(), entry.alias()}) {
             if (!isSafeName(candidate)) {
-                throw InstallerError(
-                    "the name \"%s\" in the package could lead out of the target: nothing more is "
-                    "extracted",
-                    std::string(candidate).c_str());
+                fail("the name \"" + std::string(candidate) +
+                     "\" in the package could lead out of the target: nothing more is extracted");
             }
             const auto [known, isNew] = taken_.try_emplace(OUtils::toLowerAscii(candidate), index);
             if (isNew) {
@@ -56,8 +54,8 @@ public:
                 return {};
             }
         }
-        throw InstallerError("several files of the package have the name \"%s\": extract them one by one",
-                             std::string(entry.name()).c_str());
+        fail("several files of the package have the name \"" + std::string(entry.name()) +
+             "\": extract them one by one");
     }
 
 private:
@@ -70,34 +68,31 @@ private:
     std::map<std::string, std::int32_t> taken_;
 };
 
-// Makes the directory with all that leads to it.
+// Creates the directory and all its parents.
 void makeDirectory(const std::string& path, platform::FileSystem& files) {
     for (std::size_t end = path.find_first_of("/\\", 1);; end = path.find_first_of("/\\", end + 1)) {
         const std::string part = path.substr(0, end);
-        if (!files.isDirectory(part.c_str())) {
-            files.createDirectory(part.c_str());
+        if (!files.isDirectory(part)) {
+            files.createDirectory(part);
         }
         if (end == std::string::npos) {
             break;
         }
     }
-    if (!files.isDirectory(path.c_str())) {
-        throw InstallerError("%s: the directory can't be made", path.c_str());
+    if (!files.isDirectory(path)) {
+        fail(path + ": the directory can't be made");
     }
 }
 
 void writeEntry(const Cabinet& cabinet, std::int32_t index, const std::string& path,
                 platform::FileSystem& files) {
     if (!hasRightDigest(cabinet, index)) {
-        throw InstallerError("the file \"%s\" is damaged in the package",
-                             std::string(cabinet.entry(index).alias()).c_str());
+        fail("the file \"" + std::string(cabinet.entry(index).alias()) + "\" is damaged in the package");
     }
-    const EntryContent content = cabinet.entryContent(index);
-    const int status = OUtils::writeWholeFile(
-        path.c_str(), std::string_view(reinterpret_cast<const char*>(content.data), content.size), files);
+    const int status = OUtils::writeWholeFile(path, *cabinet.entryContent(index), files);
     if (status != 0) {
-        files.removeFile(path.c_str());
-        throw InstallerError("%s can't be written (error %d)", path.c_str(), status);
+        files.removeFile(path);
+        fail(path + " can't be written (error " + std::to_string(status) + ")");
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "packager/commands.h"
 #include "packager/terminal_output.h"
+#include "platform/console_device.h"
 
 // The system's entry point calls this with the arguments in UTF-8, the program's name first.
 int programMain(const std::vector<std::string>& arguments);

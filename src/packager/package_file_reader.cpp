@@ -2,29 +2,33 @@
 
 #include <algorithm>
 
-#include "base/errors.h"
 #include "package/little_endian.h"
 #include "package/package_layout.h"
 #include "package/package_stamp.h"
+#include "packager/failure.h"
 
 namespace {
 
-constexpr std::size_t kFirstHead = 65536;
+using LoadResult = Cabinet::LoadResult;
 
-const char* loadProblem(int code) {
-    switch (code) {
-        case Cabinet::kNotOpened:
-        case Cabinet::kSeekFailed:
-        case Cabinet::kReadFailed:
+constexpr std::size_t kFirstHead = 65536;
+// The most bytes to ask a system call for.
+constexpr std::size_t kReadPiece = 0x10000000;
+
+std::string loadProblem(LoadResult result) {
+    switch (result) {
+        case LoadResult::kNotOpened:
+        case LoadResult::kSeekFailed:
+        case LoadResult::kReadFailed:
             return "it can't be read";
-        case Cabinet::kBadMagic0:
-        case Cabinet::kBadMagic1:
-        case Cabinet::kBadMagic2:
+        case LoadResult::kBadMagic0:
+        case LoadResult::kBadMagic1:
+        case LoadResult::kBadMagic2:
             return "there is no payload";
-        case Cabinet::kBadEntryMagic:
-        case Cabinet::kNoEndRecord:
+        case LoadResult::kBadEntryMagic:
+        case LoadResult::kNoEndRecord:
             return "its catalogue is damaged";
-        case Cabinet::kOutOfMemory:
+        case LoadResult::kOutOfMemory:
             return "there is not enough memory for it";
         default:
             return "its compressed stream is damaged";
@@ -36,22 +40,19 @@ const char* loadProblem(int code) {
 void PackageFileReader::locate(const std::string& path) {
     path_ = path;
     PFileStream stream(files_);
-    const int status = stream.openFile(path.c_str(), PFileStream::kGenericRead, PFileStream::kShareRead,
-                                       PFileStream::kOpenExisting);
+    const int status =
+        stream.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, PFileStream::kOpenExisting);
     if (status != 0) {
-        throw InstallerError("%s: the package can't be read (error %d)", path.c_str(), status);
+        fail(path + ": the package can't be read (error " + std::to_string(status) + ")");
     }
     fileSize_ = stream.getSize();
     findImageEnd(stream);
     if (!readLeadBlock(stream)) {
-        throw InstallerError(
-            hasImage() ? "%s: there is no payload behind this program" : "%s: this is no package",
-            path.c_str());
+        fail(path + (hasImage() ? ": there is no payload after this program" : ": this is not a package"));
     }
 }
 
-// Reads more and more of the file until the image's headers are there: their tables may stand at the image's
-// end.
+// Reads more and more of the file until all headers of the image are there: their tables may be at its end.
 void PackageFileReader::findImageEnd(PFileStream& stream) {
     for (std::size_t size = kFirstHead;; size *= 4) {
         readHead(stream, size);
@@ -60,7 +61,7 @@ void PackageFileReader::findImageEnd(PFileStream& stream) {
             continue;
         }
         if (image.problem == ImageProblem::kCut) {
-            throw InstallerError("%s: this program is incomplete: copy it anew", path_.c_str());
+            fail(path_ + ": this program is incomplete: copy it again");
         }
         imageKind_ = image.kind;
         offset_ = static_cast<std::int64_t>(image.end);
@@ -78,12 +79,12 @@ void PackageFileReader::readHead(PFileStream& stream, std::size_t size) {
     std::uint32_t done = 1;
     int status = stream.seek(0);
     while (status == 0 && done > 0 && filled < size) {
-        const auto piece = static_cast<std::uint32_t>(std::min<std::size_t>(size - filled, 0x10000000));
+        const auto piece = static_cast<std::uint32_t>(std::min(size - filled, kReadPiece));
         status = stream.read(head_.data() + filled, piece, done);
         filled += done;
     }
     if (status != 0 || filled < size) {
-        throw InstallerError("%s: the package can't be read (error %d)", path_.c_str(), status);
+        fail(path_ + ": the package can't be read (error " + std::to_string(status) + ")");
     }
 }
 
@@ -102,24 +103,26 @@ bool PackageFileReader::readLeadBlock(PFileStream& stream) {
 }
 
 void PackageFileReader::load() {
-    const int code = cabinet_.load(path_.c_str(), offset_);
-    if (code != Cabinet::kLoaded) {
-        throw InstallerError("%s: %s (%d)", path_.c_str(), loadProblem(code), code);
+    const LoadResult result = cabinet_.load(path_, offset_);
+    if (result != LoadResult::kLoaded) {
+        fail(path_ + ": " + loadProblem(result) + " (" + std::to_string(static_cast<int>(result)) + ")");
     }
 }
 
-bool PackageFileReader::stampedOffset(std::uint32_t& outOffset) const {
-    return hasImage() &&
-           findStampedOffset(std::string_view(head_).substr(0, static_cast<std::size_t>(offset_)), outOffset);
+std::optional<std::uint32_t> PackageFileReader::stampedOffset() const {
+    if (!hasImage()) {
+        return std::nullopt;
+    }
+    return findStampedOffset(std::string_view(head_).substr(0, static_cast<std::size_t>(offset_)));
 }
 
 bool hasRightDigest(const Cabinet& cabinet, std::int32_t index) {
-    const EntryContent content = cabinet.entryContent(index);
-    return content.data != nullptr && md5Of(content.data, content.size) == cabinet.entry(index).digest();
+    const std::optional<std::string_view> content = cabinet.entryContent(index);
+    return content && md5Of(content->data(), content->size()) == cabinet.entry(index).digest();
 }
 
 std::string digestText(const Md5Digest& digest) {
-    constexpr const char* kDigits = "0123456789abcdef";
+    constexpr std::string_view kDigits = "0123456789abcdef";
     std::string text;
     for (const std::uint8_t byte : digest) {
         text += kDigits[byte >> 4];

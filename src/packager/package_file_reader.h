@@ -1,19 +1,20 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "package/cabinet.h"
 #include "package/executable_image.h"
 
-// A finished package, opened for a look inside.
+// Reads a finished package.
 class PackageFileReader {
 public:
-    explicit PackageFileReader(platform::FileSystem& files) : files_(files), cabinet_(files) {}
+    explicit PackageFileReader(platform::FileSystem& files) : files_(files), cabinet_(files, DebugLog()) {}
 
-    // Finds the payload. Throws InstallerError with one line when the file is no package.
+    // Finds the payload. Throws InstallerError with one line when the file isn't a package.
     void locate(const std::string& path);
-    // Loads the cabinet of the package that was located. Throws InstallerError.
+    // Loads the cabinet of the package that locate() found. Throws InstallerError.
     void load();
 
     const Cabinet& cabinet() const { return cabinet_; }
@@ -21,15 +22,15 @@ public:
     // kNone for a package in a file of its own, which has no checksum either.
     ImageKind imageKind() const { return imageKind_; }
     bool hasImage() const { return imageKind_ != ImageKind::kNone; }
-    // The numbers that the lead block tells for the use of tools.
+    // The numbers in the lead block, which are for tools only.
     struct LeadTotals {
         std::uint32_t uncompressedSize = 0;
         std::uint32_t storedSize = 0;
         std::uint32_t entryCount = 0;
     };
     const LeadTotals& leadTotals() const { return totals_; }
-    // The offset that is stamped into the image. False when there is none.
-    bool stampedOffset(std::uint32_t& outOffset) const;
+    // The offset that is stamped into the image, if there is one.
+    std::optional<std::uint32_t> stampedOffset() const;
 
 private:
     void readHead(PFileStream& stream, std::size_t size);
@@ -39,7 +40,7 @@ private:
     platform::FileSystem& files_;
     Cabinet cabinet_;
     std::string path_;
-    std::string head_;  // the file's start, as far as it was needed: the image when there is one
+    std::string head_;  // the start of the file as far as it was needed; all of the image when there is one
     std::int64_t fileSize_ = 0;
     std::int64_t offset_ = 0;
     ImageKind imageKind_ = ImageKind::kNone;

@@ -12,12 +12,12 @@ public:
     virtual ~PackagerOutput() = default;
 
     virtual void print(std::string_view line) = 0;  // a result, to standard output
-    virtual void tell(std::string_view line) = 0;   // an error or warning, to standard error
-    // What is being done, and how much of it, 0 to 100. Shown on a terminal only.
-    virtual void progress(const char* step, int percent) = 0;
-    // Whether everything that was printed has arrived; the last call.
+    virtual void warn(std::string_view line) = 0;   // an error or warning, to standard error
+    // What is being done, and how much of it is done, 0 to 100. Shown on a terminal only.
+    virtual void progress(std::string_view step, int percent) = 0;
+    // The last call. True when everything that was printed has been written.
     virtual bool finish() = 0;
 };
 
-// Text of a package or a file name for a line on a terminal: control characters become `?`.
+// Makes text from a package, or a file name, safe for a line on a terminal: control characters become `?`.
 std::string printable(std::string_view text);

@@ -3,18 +3,19 @@
 #include <algorithm>
 #include <string_view>
 
-#include "base/errors.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/file_sets.h"
 #include "description/pxml.h"
 #include "package/cabinet_format.h"
+#include "packager/failure.h"
 
 namespace {
 
-constexpr const char* kDescriptionAlias = "install.xml";
+constexpr std::string_view kDescriptionAlias = "install.xml";
 
-// The path with `/` between its components, without empty ones and dots. Throws for one that leaves its root.
+// The path with `/` between its components, without empty ones and dots. Throws for a path that leaves its
+// root.
 std::string relativePathOf(const std::string& text) {
     std::string path;
     std::size_t start = 0;
@@ -22,10 +23,8 @@ std::string relativePathOf(const std::string& text) {
         const std::size_t end = std::min(text.find_first_of("/\\", start), text.size());
         const std::string component = text.substr(start, end - start);
         if (component == ".." || component.find(':') != std::string::npos) {
-            throw InstallerError(
-                "the file \"%s\" of the description doesn't lie below the root: name it by its path "
-                "from there",
-                text.c_str());
+            fail("the file \"" + text +
+                 "\" of the description doesn't lie below the root: name it by its path from there");
         }
         if (!component.empty() && component != ".") {
             path += (path.empty() ? "" : "/") + component;
@@ -68,20 +67,19 @@ void PackingList::read() {
     PXML document;
     const int status = document.loadFile(sources_.description.c_str(), files_);
     if (status != 0) {
-        throw InstallerError("%s: the description can't be read (error %d)", sources_.description.c_str(),
-                             status);
+        fail(sources_.description + ": the description can't be read (error " + std::to_string(status) + ")");
     }
     if (document.getNodeCount() == 0) {
-        throw InstallerError("%s: this is no description, it has no elements", sources_.description.c_str());
+        fail(sources_.description + ": this is not a description, it has no elements");
     }
-    if (!files_.isDirectory(sources_.root.c_str())) {
-        throw InstallerError("%s: no such directory", sources_.root.c_str());
+    if (!files_.isDirectory(sources_.root)) {
+        fail(sources_.root + ": no such directory");
     }
     if (document.findByName("ProductDesc") < 0) {
         warnings_.push_back(sources_.description +
                             ": without a ProductDesc section the installer will end at once");
     }
-    add({sources_.description, descriptionName_, kDescriptionAlias});
+    add({sources_.description, descriptionName_, std::string(kDescriptionAlias)});
     for (std::int32_t node = document.findByName("FileSet"); node >= 0;
          node = document.findByName("FileSet", node)) {
         addFileSet(document, node);
@@ -112,29 +110,27 @@ void PackingList::addFile(const PXML& document, std::int32_t node) {
     const std::string path = locate(text, relativePath, name);
     if (path.empty()) {
         if (document.getAttribute(node, "OkIfMissing") == nullptr) {
-            throw InstallerError("%s/%s: no such file", sources_.root.c_str(), relativePath.c_str());
+            fail(sources_.root + "/" + relativePath + ": no such file");
         }
         return;
     }
     add({path, name, alias != nullptr ? alias : withoutSeparators(text)});
 }
 
-// Where the file is; empty when there is none.
+// The path of the file; empty when there is none.
 std::string PackingList::locate(const std::string& text, const std::string& relativePath,
                                 const std::string& name) const {
     std::string path = sources_.root + "/" + relativePath;
     if (isDescription(path, relativePath, name)) {
         return sources_.description;
     }
-    if (files_.fileSize(path.c_str()) >= 0) {
+    if (files_.fileSize(path) >= 0) {
         return path;
     }
     const std::string lower = OUtils::toLowerAscii(name);
     if (lower == "installer.exe" || lower == "installer") {
         if (sources_.image.empty()) {
-            throw InstallerError(
-                "%s: there is no such file below the root, and no bare installer: give --image",
-                text.c_str());
+            fail(text + ": there is no such file below the root, and no bare installer: give --image");
         }
         return sources_.image;
     }
@@ -146,11 +142,11 @@ bool PackingList::isDescription(const std::string& path, const std::string& rela
     if (path == sources_.description || relativePath == descriptionName_) {
         return true;
     }
-    return (name == descriptionName_ || name == kDescriptionAlias) && files_.fileSize(path.c_str()) < 0;
+    return (name == descriptionName_ || name == kDescriptionAlias) && files_.fileSize(path) < 0;
 }
 
-// The same file under the same alias needs to be there once; two files under one alias are left to the
-// writer, which refuses them.
+// The same file under the same alias is needed only once. Two files under one alias are left to the writer,
+// which refuses them.
 void PackingList::add(PackageFile file) {
     const auto [known, isNew] = byAlias_.try_emplace(file.alias, entries_.size());
     if (!isNew && entries_[known->second].path == file.path) {
@@ -161,6 +157,6 @@ void PackingList::add(PackageFile file) {
                             " bytes, and the installer finds no file by more than " +
                             std::to_string(FileEntry::kNameLimit) + ": give the file an Alias");
     }
-    file.size = files_.fileSize(file.path.c_str());
+    file.size = files_.fileSize(file.path);
     entries_.push_back(std::move(file));
 }

@@ -8,7 +8,7 @@
 
 class PXML;
 
-// What goes into a package, as the description tells it.
+// The files that a description puts into a package.
 class PackingList {
 public:
     struct Sources {
@@ -19,12 +19,12 @@ public:
 
     PackingList(Sources sources, platform::FileSystem& files);
 
-    // Reads the description. Throws InstallerError with one line when it can't be read, or names a file that
-    // isn't there or a path that leaves the root.
+    // Reads the description. Throws InstallerError with one line when it can't be read, or when it names a
+    // file that doesn't exist or a path outside the root.
     void read();
 
-    // The description first, then the files in the order of the description; a file that is named twice under
-    // one alias stands here once.
+    // The description first, then the files in the order of the description. A file that is named twice under
+    // one alias is here once.
     const std::vector<PackageFile>& entries() const { return entries_; }
     // In bytes, with the headers that the cabinet adds.
     std::int64_t cabinetSize() const;

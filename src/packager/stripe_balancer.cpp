@@ -8,10 +8,10 @@
 
 namespace {
 
-// With more stripes than this the processors get several of them each, and none waits long for another.
+// With more stripes than this each processor gets several of them, and none waits long for another.
 constexpr std::int32_t kMostDealtStripes = 8;
 constexpr std::int64_t kLeastDealtSize = 16 * 1024 * 1024;
-// Long beside what the compression looks back over, so that neighbours still help each other.
+// Long compared with the window of the compression, so that neighbours still help each other.
 constexpr std::int64_t kRunSize = 256 * 1024;
 
 struct Pile {

@@ -1,22 +1,25 @@
 #pragma once
 
 #include "packager/packager_output.h"
-#include "support/terminal.h"
+
+namespace platform {
+class ConsoleDevice;
+}
 
 // The tool's output on the process's standard streams.
 class TerminalOutput : public PackagerOutput {
 public:
-    explicit TerminalOutput(platform::ConsoleDevice& device);
+    // `console` is borrowed.
+    explicit TerminalOutput(platform::ConsoleDevice& console) : console_(console) {}
 
     void print(std::string_view line) override;
-    void tell(std::string_view line) override;
-    void progress(const char* step, int percent) override;
+    void warn(std::string_view line) override;
+    void progress(std::string_view step, int percent) override;
     bool finish() override;
 
 private:
     void clearProgress();
 
-    platform::ConsoleDevice& device_;
-    SystemTerminal terminal_;
-    bool showsProgress_ = false;  // a progress line stands on the terminal
+    platform::ConsoleDevice& console_;
+    bool showsProgress_ = false;  // there is a progress line on the terminal
 };

@@ -2,10 +2,10 @@
 #include <string>
 #include <string_view>
 
-#include "base/errors.h"
 #include "base/text_functions.h"
 #include "packager/commands.h"
 #include "packager/document_fault.h"
+#include "packager/failure.h"
 #include "support/utilities.h"
 #include "text/document_text.h"
 
@@ -18,9 +18,9 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string readDocument(const std::string& path, platform::FileSystem& files) {
     std::string document;
-    const int status = OUtils::readWholeFile(path.c_str(), document, files);
+    const int status = OUtils::readWholeFile(path, document, files);
     if (status != 0) {
-        throw InstallerError("%s: the document can't be read (error %d)", path.c_str(), status);
+        fail(path + ": the document can't be read (error " + std::to_string(status) + ")");
     }
     return document;
 }
@@ -31,16 +31,16 @@ bool isRichText(std::string_view path, std::string_view document) {
            document.starts_with(kRichTextStart);
 }
 
-// Both are shown by a setup as they are, and hardly what the author wants.
+// A setup shows both as they are, which is hardly what the author wants.
 void warnOfEncoding(const std::string& path, std::string_view document, PackagerOutput& output) {
     const std::string start = "packager: warning: " + printable(path) + ": ";
     const std::size_t zero = document.find('\0');
     if (zero != std::string_view::npos) {
-        output.tell(start + "line " + std::to_string(lineOfOffset(document, zero)) +
+        output.warn(start + "line " + std::to_string(lineOfOffset(document, zero)) +
                     ": the document ends here at a zero byte: save it as UTF-8");
     }
     if (document.starts_with(kByteOrderMark)) {
-        output.tell(start + "a byte order mark stands ahead of the first line: save it without one");
+        output.warn(start + "there is a byte order mark before the first line: save it without one");
     }
 }
 
@@ -52,28 +52,24 @@ void printLines(std::string_view text, PackagerOutput& output) {
     }
 }
 
-[[noreturn]] void fail(const std::string& path, const std::string& fault) {
-    throw InstallerError("%s: %s", path.c_str(), fault.c_str());
-}
-
 void showRichText(const CommandLine& commandLine, const std::string& document, int width,
                   PackagerOutput& output) {
     if (commandLine.html || commandLine.tree) {
-        fail(commandLine.document, "this is rich text, which has no --html and no --tree: use --plain");
+        fail(commandLine.document + ": this is rich text, which has no --html and no --tree: use --plain");
     }
     const auto text = richTextAsText(document, width);
     if (!text) {
-        fail(commandLine.document, richTextFault(document));
+        fail(commandLine.document + ": " + richTextFault(document));
     }
     printLines(*text, output);
 }
 
-// What was understood of a broken document helps to find the fault, so it comes ahead of the message.
+// What was understood of a broken document helps to find the fault, so it comes before the message.
 void showTree(const CommandLine& commandLine, const std::string& document, PackagerOutput& output) {
     TGMParseResult result;
     printLines(markdownAsTree(document, result), output);
     if (!result.succeeded()) {
-        fail(commandLine.document, markdownFault(document));
+        fail(commandLine.document + ": " + markdownFault(document));
     }
 }
 
@@ -81,7 +77,7 @@ void showMarkdown(const CommandLine& commandLine, const std::string& document, i
                   PackagerOutput& output) {
     const auto text = commandLine.html ? markdownAsHtml(document) : markdownAsText(document, width);
     if (!text) {
-        fail(commandLine.document, markdownFault(document));
+        fail(commandLine.document + ": " + markdownFault(document));
     }
     printLines(*text, output);
 }

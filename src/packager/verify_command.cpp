@@ -1,15 +1,14 @@
-#include "base/errors.h"
 #include "package/package_checksum.h"
 #include "packager/commands.h"
+#include "packager/failure.h"
 #include "packager/package_file_reader.h"
 
 namespace {
 
 void verifyStamp(const PackageFileReader& package, const std::string& path) {
-    std::uint32_t stamped = 0;
-    if (!package.stampedOffset(stamped) || static_cast<std::int64_t>(stamped) != package.offset()) {
-        throw InstallerError("%s: the program doesn't know where its payload is: build the package anew",
-                             path.c_str());
+    const std::optional<std::uint32_t> stamped = package.stampedOffset();
+    if (!stamped || std::int64_t{*stamped} != package.offset()) {
+        fail(path + ": the program doesn't know where its payload is: build the package again");
     }
 }
 
@@ -24,7 +23,7 @@ void verifyTotals(const PackageFileReader& package, const std::string& path) {
     const PackageFileReader::LeadTotals& totals = package.leadTotals();
     if (totals.entryCount != static_cast<std::uint32_t>(cabinet.getCount()) ||
         totals.uncompressedSize != fileSizes || totals.storedSize != storedSizes) {
-        throw InstallerError("%s: the totals in the lead block are not those of the files", path.c_str());
+        fail(path + ": the totals in the lead block are not those of the files");
     }
 }
 
@@ -33,8 +32,7 @@ void verifyEntries(const Cabinet& cabinet, const std::string& path, PackagerOutp
         output.progress("Checking files",
                         static_cast<int>(static_cast<std::int64_t>(i) * 100 / cabinet.getCount()));
         if (!hasRightDigest(cabinet, i)) {
-            throw InstallerError("%s: the file \"%s\" is damaged", path.c_str(),
-                                 std::string(cabinet.entry(i).alias()).c_str());
+            fail(path + ": the file \"" + std::string(cabinet.entry(i).alias()) + "\" is damaged");
         }
     }
 }
@@ -47,9 +45,8 @@ void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform:
     package.locate(path);
     if (package.hasImage()) {
         verifyStamp(package, path);
-        if (!verifyInstallerChecksum(path.c_str(), files)) {
-            throw InstallerError("%s: the checksum doesn't match: the file is damaged or incomplete",
-                                 path.c_str());
+        if (!verifyInstallerChecksum(path, files)) {
+            fail(path + ": the checksum doesn't match: the file is damaged or incomplete");
         }
         output.print("checksum: right");
     } else {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// The environment of this process. Names and values are UTF-8.
+// The environment of this process: its variables and its program. Names and values are UTF-8.
 namespace platform {
 
 class Environment {
@@ -14,6 +14,9 @@ public:
     // False when the name is empty or holds `=`, or the system refuses. An empty value is a value on Linux;
     // on Windows it takes the variable away, as the system defines it.
     virtual bool set(std::string_view name, std::string_view value) = 0;
+    // The full path of the running program. False when the system doesn't give it; `outPath` keeps its value
+    // then.
+    virtual bool programPath(std::string& outPath) = 0;
 };
 
 Environment& systemEnvironment();

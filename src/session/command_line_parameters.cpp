@@ -58,13 +58,13 @@ int CommandLineParameters::parse(const std::vector<std::string>& tokens) {
     return 0;
 }
 
-const char* CommandLineParameters::find(const char* name) const {
+std::optional<std::string_view> CommandLineParameters::find(std::string_view name) const {
     for (const Record* record : records_) {
         if (record->name == name) {
-            return record->value.c_str();
+            return record->value;
         }
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 const char* CommandLineParameters::name(int index) const {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/p_list.h"
@@ -16,14 +18,14 @@ public:
     CommandLineParameters(const CommandLineParameters&) = delete;
     CommandLineParameters& operator=(const CommandLineParameters&) = delete;
 
-    // Reads the tokens behind the program's name: "-name=value", "--name=value", "-name value", "-name". A
+    // Reads the tokens after the program's name: "-name=value", "--name=value", "-name value", "-name". A
     // value in double quotes loses them. 0, or -1 for a word that isn't the value of an option; the options
-    // ahead of it are kept then. Called once.
+    // before it are kept then. Called once.
     int parse(const std::vector<std::string>& tokens);
 
-    // The value of the first option of exactly this name, the empty text when it had none; null when the
-    // option wasn't given.
-    const char* find(const char* name) const;
+    // The value of the first option with exactly this name, empty when it had none; nothing when the option
+    // wasn't given.
+    std::optional<std::string_view> find(std::string_view name) const;
 
     int getCount() const { return records_.getCount(); }
     // 0 <= index < getCount(), unchecked.

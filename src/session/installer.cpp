@@ -36,7 +36,6 @@ Installer::~Installer() = default;
 
 void Installer::setConsole(PConsole* console, std::int32_t level) {
     debugLog.setTarget(console, level);
-    cabinet.setConsole(console);
 }
 
 void Installer::setParameters(const CommandLineArguments* arguments) {
@@ -51,7 +50,7 @@ int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t 
     sessionFlags = flags;
     actionLogFile.reset();
     if ((flags & kSessionActionLog) == 0) {
-        return cabinet.load(path, offset);
+        return static_cast<int>(cabinet.load(path == nullptr ? "" : path, offset));
     }
     auto file = std::make_unique<PFileStream>(files_);
     if (file->openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
@@ -165,8 +164,8 @@ bool Installer::readModels() {
     }
     log("Getting file sets");
     parts_->fileSets.readFileSets([this](const std::string& alias) {
-        const std::int32_t index = cabinet.findAlias(alias);
-        return index < 0 ? 0 : static_cast<std::int32_t>(cabinet.entry(index).fileSize());
+        const std::optional<std::int32_t> index = cabinet.findAlias(alias);
+        return index ? static_cast<std::int32_t>(cabinet.entry(*index).fileSize()) : 0;
     });
     if (uiIsGraphical != 0) {
         log("Getting GUI colour theme info");

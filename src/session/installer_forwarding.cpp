@@ -47,8 +47,15 @@ bool Installer::isUninstalling() {
 }
 int Installer::readAlias(SharedBuffer& outBuffer, const char* alias,
                          std::array<std::uint8_t, 16>* outDigest) {
-    std::int32_t size = 0;
-    return cabinet.readAlias(alias, size, outBuffer, outDigest);
+    std::optional<CabinetFile> file = cabinet.readAlias(alias);
+    if (!file) {
+        return -1;
+    }
+    outBuffer = std::move(file->content);
+    if (outDigest != nullptr) {
+        *outDigest = file->digest;
+    }
+    return 0;
 }
 int Installer::getFilePathByAlias(const char* alias, char* buffer, int size) {
     return parts_->fileSets.getFilePathByAlias(alias, buffer, size);

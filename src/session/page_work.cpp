@@ -114,7 +114,7 @@ int PageWork::finishInstallation(InstallerUI* ui) {
 }
 
 bool PageWork::closeApplication(const char* name, bool isService, const char* directory) {
-    return parts_.system.closeApplication(name, isService, directory);
+    return parts_.system.closeApplication(name, isService, directory == nullptr ? "" : directory);
 }
 
 bool PageWork::uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,

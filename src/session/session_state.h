@@ -12,8 +12,8 @@
 #include "description/pxml.h"
 #include "description/variable_exclusions.h"
 #include "engine/earlier_installations.h"
-#include "engine/uninstall_state.h"
 #include "engine/report.h"
+#include "engine/uninstall_state.h"
 #include "package/cabinet.h"
 #include "session/session_flags.h"
 #include "support/debug_log.h"
@@ -38,8 +38,9 @@ struct NestedBackup {
 // What a session knows. The thread of the console control handler reads and writes the atomic fields of
 // `navigation` alone.
 struct SessionState {
-    explicit SessionState(platform::FileSystem& files) : cabinet(files), installLog(files) {}
+    explicit SessionState(platform::FileSystem& files) : cabinet(files, debugLog), installLog(files) {}
 
+    DebugLog debugLog;  // the first member, since others take a copy
     Cabinet cabinet;
     PXML description;
     ControlVariables controlVariables;
@@ -60,7 +61,6 @@ struct SessionState {
     UninstallState uninstall;
     ErrorList errorList;
     std::int32_t postInstallDone = 0;  // the last work of the installation was begun
-    DebugLog debugLog;
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }
 };

@@ -11,7 +11,7 @@ constexpr std::string_view kEscaped = "&\"<>";
 
 using EscapeTable = std::array<std::string_view, 256>;
 
-// Made by the first translator and shared by all others.
+// Made by the first translator and shared by all.
 const EscapeTable& escapeTable() {
     static const EscapeTable table = [] {
         EscapeTable made{};
@@ -131,7 +131,7 @@ void BasicHTMLTranslator::beginItem() {
     pendingNewline_ = true;
 }
 
-// An item that holds but a text closes on its own line.
+// An item that holds nothing but a text closes on the line on which it began.
 void BasicHTMLTranslator::endItem() {
     --depth_;
     if (!pendingNewline_) {
@@ -199,12 +199,12 @@ void BasicHTMLTranslator::reserve(std::size_t size) {
     reserveOutput(out_, size, 2);
 }
 
-void BasicHTMLTranslator::getResult(std::string& out) const {
-    out = out_;
+std::string BasicHTMLTranslator::getResult() const {
+    return out_;
 }
 
-const char* BasicHTMLTranslator::getText() const {
-    return out_.c_str();
+std::string_view BasicHTMLTranslator::getText() const {
+    return out_;
 }
 
 void BasicHTMLTranslator::newline() {

@@ -5,10 +5,11 @@
 #include <string_view>
 #include <utility>
 
-#include "text/html_settings.h"
 #include "text/tgm_translator.h"
+#include "text/translator_settings.h"
 
-// Writes a text as an HTML document. The output is complete after endDocument; beginDocument starts anew.
+// Writes a text as an HTML document. The output is complete after endDocument; beginDocument starts a new
+// one.
 class BasicHTMLTranslator : public TGMTranslator {
 public:
     explicit BasicHTMLTranslator(const HTMLSettings& settings = {});
@@ -34,12 +35,12 @@ public:
     void text(std::string_view bytes) override;
     void reserve(std::size_t size) override;
 
-    // Replaces `out` by a copy of the output.
-    virtual void getResult(std::string& out) const;
-    // The output without a copy: nothing of it is left here.
+    // A copy of the output.
+    virtual std::string getResult() const;
+    // Moves the output out; nothing of it is left here.
     std::string takeResult() { return std::move(out_); }
-    // The output, zero-terminated; valid until the next event and as long as the translator lives.
-    virtual const char* getText() const;
+    // The output; valid until the next event and as long as the translator lives.
+    virtual std::string_view getText() const;
 
 protected:
     void append(std::string_view text) { out_ += text; }
@@ -53,7 +54,7 @@ private:
     void appendRow(const Row& row);
     void appendHead();
 
-    bool pendingNewline_ = false;  // an item was opened and nothing ended its line yet
+    bool pendingNewline_ = false;  // an item has begun and nothing has ended its line yet
     std::int32_t depth_ = 0;
     const HTMLSettings settings_;
     std::string out_;

@@ -10,11 +10,11 @@
 
 namespace {
 
-// A window from this width on has room for setting lists in.
+// Lists are indented by kIndentWithRoom on consoles that have kRoomForIndent columns more than a narrow one.
 constexpr int kNarrowColumns = 40;
 constexpr int kRoomForIndent = 40;
 constexpr int kIndentWithRoom = 2;
-// The last cells of a line stay free, so that no terminal breaks it by itself.
+// The last cells of a line stay free, so that no terminal wraps it by itself.
 constexpr int kFreeColumns = 2;
 
 TGMParseOptions documentOptions() {
@@ -31,6 +31,7 @@ PlainTextSettings consoleSettings(int columns) {
     settings.indentLists = true;
     settings.justify = false;
     settings.fillChar = ' ';
+    // The division drops its remainder on purpose: lists are indented in full or not at all.
     settings.levelIndent = static_cast<std::uint32_t>(room / kRoomForIndent * kIndentWithRoom);
     settings.width = static_cast<std::uint32_t>(std::max(columns - kFreeColumns, 0));
     return settings;
@@ -39,9 +40,7 @@ PlainTextSettings consoleSettings(int columns) {
 template <typename Translator>
 std::optional<std::string> translate(std::string_view document, Translator& translator) {
     TGMParser parser(documentOptions());
-    TGMParseResult result;
-    parser.parse(result, document);
-    if (!result.succeeded()) {
+    if (!parser.parse(document).succeeded()) {
         return std::nullopt;
     }
     parser.walk(translator);
@@ -71,6 +70,6 @@ std::string markdownAsTree(std::string_view document, TGMParseResult& outResult)
     TGMParseOptions options = documentOptions();
     options.debugLog = &dump;
     TGMParser parser(options);
-    parser.parse(outResult, document);
+    outResult = parser.parse(document);
     return dump;
 }

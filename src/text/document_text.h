@@ -9,12 +9,12 @@
 // The word by which a description marks a document of the markdown dialect.
 inline constexpr std::string_view kMarkdownFormat = "TandrelMarkdown";
 
-// The documents of a product in the forms that users and authors read, the same for a console, for a tool and
-// for a test. A document ends at its first zero byte. Nothing is given for a document that is broken; an
-// empty markdown document counts as broken, an empty rich text does not.
+// These functions convert a document of a product to a form that users or authors read. A document ends at
+// its first zero byte. A broken document gives nothing; an empty markdown document counts as broken, an empty
+// rich text does not.
 
-// As plain text for a console of `columns` cells: lines are two bytes shorter, words that don't fit stand on
-// lines of their own, and each line ends with a line feed.
+// As plain text for a console of `columns` cells: lines are two bytes shorter, words that don't fit get lines
+// of their own, and each line ends with a line feed.
 std::optional<std::string> markdownAsText(std::string_view document, int columns);
 std::optional<std::string> richTextAsText(std::string_view document, int columns);
 
@@ -22,5 +22,6 @@ std::optional<std::string> richTextAsText(std::string_view document, int columns
 std::optional<std::string> markdownAsHtml(std::string_view document);
 
 // The kinds of the lines and the trees that the parser made of them, for authors who want to know why a
-// document looks as it does. A broken document gives what was understood until then; `outResult` tells where.
+// document looks as it does. A broken document gives what was understood until then; `outResult` says where
+// it is broken.
 std::string markdownAsTree(std::string_view document, TGMParseResult& outResult);

@@ -2,15 +2,16 @@
 
 #include "text/basic_html_translator.h"
 
-// Writes HTML for a window's HTML element: the body stands in a font tag with the colour and the size of the
-// settings.
+// Writes HTML for a window's HTML element: a font tag with the colour and the size of the settings surrounds
+// the body.
 class InstallerHTMLTranslator : public BasicHTMLTranslator {
 public:
     explicit InstallerHTMLTranslator(const InstallerHTMLSettings& settings = {});
 
-    // The font tag opens with a colour or a size; the size in the settings is then its last digit.
+    // Opens the font tag if there is a colour or a size, and reduces the size in the settings to its last
+    // digit.
     void beginDocument() override;
-    // The font tag is closed only when there is a colour: readers of this HTML do without.
+    // A size without a colour leaves the font tag open. That is intended: existing texts are shown this way.
     void endDocument() override;
 
     const InstallerHTMLSettings& getSettings() const { return settings_; }

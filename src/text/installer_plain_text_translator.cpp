@@ -73,7 +73,7 @@ void InstallerPlainTextTranslator::beginQuote() {
     firstLine_ = false;
 }
 
-// A further paragraph of an item is set in with its first line, too.
+// Only the first paragraph of an item starts right after the marker; later ones indent their first line too.
 void InstallerPlainTextTranslator::beginParagraph() {
     if (firstLine_ && textSeen_) {
         firstLine_ = false;
@@ -117,12 +117,12 @@ void InstallerPlainTextTranslator::reserve(std::size_t size) {
     reserveOutput(inline_, size, 1);
 }
 
-void InstallerPlainTextTranslator::getResult(std::string& out) const {
-    out = out_;
+std::string InstallerPlainTextTranslator::getResult() const {
+    return out_;
 }
 
-const char* InstallerPlainTextTranslator::getText() const {
-    return out_.c_str();
+std::string_view InstallerPlainTextTranslator::getText() const {
+    return out_;
 }
 
 bool InstallerPlainTextTranslator::isInGroup() const {
@@ -136,7 +136,7 @@ void InstallerPlainTextTranslator::enter(std::uint8_t& counter) {
     ++counter;
 }
 
-// What was collected goes out as one text, so that the wrapping sees the whole paragraph.
+// The collected pieces go out as one text, so that the wrapping sees the whole paragraph.
 void InstallerPlainTextTranslator::leave(std::uint8_t& counter) {
     --counter;
     if (settings_.collectInline && !isInGroup()) {

@@ -7,13 +7,14 @@
 #include <utility>
 
 #include "text/list_stack.h"
-#include "text/plain_text_settings.h"
 #include "text/tgm_translator.h"
+#include "text/translator_settings.h"
 
-// Writes a text for a console: word wrap, justification, markers of lists, bold of a terminal if wanted.
+// Writes a text for a console: wraps and justifies lines, writes the markers of lists, and shows emphasis as
+// a terminal's bold if the settings ask for it.
 class InstallerPlainTextTranslator : public TGMTranslator {
 public:
-    // The levels of a list set it in by this many fill characters at most, so that a text that nests deeply
+    // The levels of a list indent it by at most this many fill characters, so that a text that nests deeply
     // can't blow up the output.
     static constexpr std::size_t kLargestLevelIndent = 128;
 
@@ -29,10 +30,11 @@ public:
     void endItem() override;
     void beginBold() override { beginEmphasis(boldDepth_); }
     void endBold() override { endEmphasis(boldDepth_); }
-    // Shown as bold.
+    // A console has no italics, so they are shown as bold.
     void beginItalic() override { beginEmphasis(italicDepth_); }
     void endItalic() override { endEmphasis(italicDepth_); }
     void beginQuote() override;
+    // A quote has no mark of its own here.
     void endQuote() override {}
     void beginParagraph() override;
     void endParagraph() override;
@@ -41,12 +43,12 @@ public:
     void text(std::string_view bytes) override;
     void reserve(std::size_t size) override;
 
-    // Replaces `out` by a copy of the output.
-    virtual void getResult(std::string& out) const;
-    // The output without a copy: nothing of it is left here.
+    // A copy of the output.
+    virtual std::string getResult() const;
+    // Moves the output out; nothing of it is left here.
     std::string takeResult() { return std::move(out_); }
-    // The output, zero-terminated; valid until the next event and as long as the translator lives.
-    virtual const char* getText() const;
+    // The output; valid until the next event and as long as the translator lives.
+    virtual std::string_view getText() const;
 
 private:
     bool isInGroup() const;
@@ -57,7 +59,7 @@ private:
     std::string& emphasisOutput() { return settings_.collectInline ? inline_ : out_; }
     std::size_t levelIndent() const;
 
-    // While one of them is above 0, texts are collected in inline_.
+    // While one of these counters is above 0, texts are collected in inline_.
     std::uint8_t paragraphDepth_ = 0;
     std::uint8_t compositeDepth_ = 0;
     std::uint8_t boldDepth_ = 0;
@@ -66,6 +68,6 @@ private:
     ListStack lists_;
     std::string out_;
     std::string inline_;
-    bool firstLine_ = false;  // the next line stands behind the marker of its item
-    bool textSeen_ = false;   // the item has a text already
+    bool firstLine_ = false;  // the next line follows the marker of its item
+    bool textSeen_ = false;   // the item already has a text
 };

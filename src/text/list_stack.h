@@ -7,7 +7,7 @@
 
 #include "text/tgm_translator.h"
 
-// The lists that are open at a place of a text, and the markers of their items.
+// The lists that are open at one point of a text, and the markers of their items.
 class ListStack {
 public:
     void open(TGMListKind kind) { lists_.push_back({0, kind}); }
@@ -16,15 +16,16 @@ public:
     std::size_t depth() const { return lists_.size(); }
 
     // Appends the marker of the next item of the innermost list, with its blank: `bullet`, a number or a
-    // letter. Letters go on past "z" as the next byte values, whatever those are. Nothing without a list.
+    // letter. Letters go on past "z" as the next byte values, whatever those are; that is part of the
+    // dialect. Appends nothing without a list.
     void appendNextMarker(std::string& out, char bullet);
-    // The characters that the next item's marker would take; 0 without a list. A text of the tenth item is
-    // set in for the number eleven, and its ninth for the number ten.
+    // The width of the next item's marker, in characters; 0 without a list. As the current item has been
+    // counted already, the text of item 9 is indented for the marker "10.".
     std::size_t markerWidth() const;
 
 private:
     struct OpenList {
-        std::uint32_t counter;  // the items that were begun
+        std::uint32_t counter;  // items begun so far
         TGMListKind kind;
     };
 

@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <string>
 
-// Output strings start with room for what most documents need.
+// Most documents fit into an output string of this size.
 inline constexpr std::size_t kFirstOutputCapacity = 32768;
 
-// Makes room for `times` as many bytes as the input has. A size that no text can have is passed over: the
-// output grows as it comes.
+// Makes room for `times` the `size` of the input, in bytes. Ignores a size that no text can have; the output
+// then grows as needed.
 inline void reserveOutput(std::string& output, std::size_t size, std::size_t times) {
     if (size <= output.max_size() / (times * 2)) {
         output.reserve(size * times);

@@ -1,19 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 enum class RichTextStyle : std::uint8_t { kBold = 0, kItalic = 1, kUnderline = 2 };
 enum class RichTextAlignment : std::uint8_t { kLeft = 0, kCentre = 1, kRight = 2, kJustified = 3 };
 
-// Receives a rich text as it is read, in the order of the document. Only addChar keeps to what is visible:
-// the other calls also come for control words inside of hidden groups.
+// Receives a rich text as it is read, in the order of the document. Only addChar is limited to what is
+// visible: the other calls also come for control words inside hidden groups.
 class RichTextCallback {
 public:
     virtual ~RichTextCallback() = default;
 
-    // New output arrived: one character, or the first of a whole text. `text` is zero-terminated output from
-    // there on, valid during the call.
-    virtual void addChar(const char* text) = 0;
+    // New output: one character, or the whole text of a control word. Valid during the call.
+    virtual void addChar(std::string_view text) = 0;
     // The current paragraph ended.
     virtual void paragraph() = 0;
     virtual void setStyle(RichTextStyle kind, bool on) = 0;

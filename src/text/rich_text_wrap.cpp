@@ -52,7 +52,7 @@ void RichTextWrap::wrapLine(std::string_view line) {
     }
 }
 
-// The token that did not fit begins the next line, so that no token is measured twice.
+// The token that doesn't fit is kept for the next line, so that no token is measured twice.
 void RichTextWrap::fill(std::string_view& rest) {
     tokens_.clear();
     std::size_t sum = 0;
@@ -70,7 +70,7 @@ void RichTextWrap::fill(std::string_view& rest) {
     }
 }
 
-// Tokens stand side by side in the text, so that several can be written at once.
+// Tokens are adjacent in the text, so several can be written at once.
 void RichTextWrap::write(const Token& first, const Token& last) {
     output_.append(first.text.data(), last.text.data() + last.text.size());
 }
@@ -111,7 +111,7 @@ void RichTextWrap::writeJustified(std::span<const Token> tokens) {
     output_ += '\n';
 }
 
-// Up to the last gap; what is left of the tokens needs no more blanks.
+// Writes the tokens up to the last gap that needs blanks, and returns the rest.
 std::span<const RichTextWrap::Token> RichTextWrap::writeStretched(std::span<const Token> tokens,
                                                                   std::uint64_t extra, std::uint64_t gaps) {
     std::uint64_t due = 0;

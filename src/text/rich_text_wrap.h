@@ -7,15 +7,15 @@
 #include <string_view>
 #include <vector>
 
-// Wraps the plain text of a rich text to a width and spreads its lines evenly. One object serves one text.
+// Wraps the plain text of a rich text to a width and justifies its lines. One object serves one text.
 class RichTextWrap {
 public:
     // `width` is above 0, in characters of one byte; a tab counts as 8.
     explicit RichTextWrap(int width);
 
-    // Each line of `text` (they end at a line feed; the last one may lack it) as lines of at most the width,
-    // each with a line feed; a longer word stands alone on its line. The time is linear in the length of the
-    // text, the memory beside the result in the width.
+    // Returns each line of `text` (lines end with a line feed; the last one may lack it) as lines of at most
+    // the width, each with a line feed; a longer word is alone on its line. The time is linear in the length
+    // of the text, the memory besides the result in the width.
     std::string wrap(std::string_view text);
 
 private:
@@ -40,7 +40,8 @@ private:
 
     const std::size_t width_;
     std::string output_;
-    // The line that is being filled, and the token that no longer fits; its text is empty when there is none.
+    // The line that is being filled, and the token that no longer fitted; its text is empty when there is
+    // none.
     std::vector<Token> tokens_;
     Token overflow_;
 };

@@ -24,7 +24,7 @@ constexpr RtfControlWord styled(std::string_view word, std::string_view attribut
     return {.word = word, .attribute = attribute, .effect = RtfEffect::kStyle, .style = style, .on = on};
 }
 
-// A name stands behind all longer names that begin with it.
+// The first match wins, so a name comes after all longer names that begin with it.
 constexpr std::array kControlWords = {
     written("tab", "\t"),
     written("endash", "-"),

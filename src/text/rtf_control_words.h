@@ -6,7 +6,7 @@
 
 #include "text/rich_text_callback.h"
 
-// What a control word does to whoever shows the document.
+// What a control word means to the callback.
 enum class RtfEffect : std::uint8_t {
     kNone,
     kParagraph,
@@ -19,27 +19,27 @@ enum class RtfEffect : std::uint8_t {
 // One control word of the subset.
 struct RtfControlWord {
     std::string_view word;
-    // Written into the text: always, and for terminals only.
-    std::string_view text = {};
-    std::string_view attribute = {};
+    std::string_view text = {};       // written in every mode
+    std::string_view attribute = {};  // written for terminals only
     RtfEffect effect = RtfEffect::kNone;
     RichTextAlignment alignment = RichTextAlignment::kLeft;  // of kAlignment
     RichTextStyle style = RichTextStyle::kBold;              // of kStyle
     bool on = false;                                         // of kStyle
 };
 
-// The name under which the end of a document puts everything back.
+// The word that is handled at the end of every document and restores the default style.
 inline constexpr std::string_view kRtfRestoreWord = "restorenormaltextmode";
 
 // All control words, in the order in which they are tried.
 std::span<const RtfControlWord> rtfControlWords();
 
-// The first one that `word` begins with: "brdrt" is a "b", and so is "bin". Null when there is none.
+// The first one that `word` begins with, or null. Comparing only beginnings is intended, so "brdrt" is a "b",
+// and so is "bin".
 const RtfControlWord* findRtfControlWord(std::string_view word);
 
-// What follows the name in `word`: a decimal number with or without "-", held at the limits of 32 bits. 0
-// when there is none.
+// The number after the name in `word`: decimal, with or without "-", clamped to 32 bits; 0 when there is
+// none.
 std::int32_t rtfParameter(const RtfControlWord& found, std::string_view word);
 
-// Twips (1/1440 inch) as tenths of a millimetre, towards 0.
+// Converts twips (1/1440 inch) to tenths of a millimetre, rounding towards 0.
 int rtfTenthsOfMillimetre(std::int32_t twips);

@@ -11,14 +11,14 @@
 
 namespace {
 
-// Groups below the document's own are headers, pictures and the like.
+// Groups inside the document's own are headers, pictures and the like, so their text is hidden.
 constexpr std::size_t kHiddenDepth = 2;
 
 constexpr std::size_t kHexDigits = 2;
 constexpr unsigned kCopyrightSign = 0xA9;
 constexpr unsigned kRegisteredSign = 0xAE;
 
-// Of the C locale, whatever the program's locale is.
+// Always as in the C locale.
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
@@ -47,10 +47,10 @@ constexpr std::array<bool, 256> makePlainBytes() {
     return plain;
 }
 
-// The bytes that stand for themselves.
+// The bytes that are text.
 constexpr std::array<bool, 256> kPlainBytes = makePlainBytes();
 
-// One document on its way through.
+// One pass over one document.
 class Pass {
 public:
     Pass(std::string_view document, RtfMode mode, RichTextCallback* callback)
@@ -60,7 +60,7 @@ public:
 
     // False when the groups aren't balanced.
     bool run();
-    // After a run that failed.
+    // Only after a run that failed.
     RtfFault fault() const;
     std::string takeOutput() { return std::move(output_); }
 
@@ -80,7 +80,7 @@ private:
     void readHex();
     void readWord();
     void handle(const RtfControlWord& found, std::string_view word);
-    void tell(const RtfControlWord& found, std::string_view word);
+    void callBack(const RtfControlWord& found, std::string_view word);
     void write(std::string_view text);
 
     const std::string_view document_;
@@ -114,7 +114,7 @@ RtfFault Pass::fault() const {
     return depth_ == 0 ? RtfFault{passed - 1, 0} : RtfFault{passed, depth_};
 }
 
-// A callback gets each byte as it comes; without one they go over at once.
+// A callback receives each byte by itself; without one all are written at once.
 void Pass::readPlain() {
     const auto end =
         std::find_if_not(rest_.begin(), rest_.end(), [](unsigned char byte) { return kPlainBytes[byte]; });
@@ -144,7 +144,7 @@ bool Pass::readSpecial() {
     return true;
 }
 
-// What stands behind a backslash, which may be the last byte.
+// What follows a backslash, which may be the last byte.
 void Pass::readEscape() {
     if (!rest_.empty() && isOfWord(rest_.front())) {
         readWord();
@@ -162,7 +162,8 @@ void Pass::readEscape() {
     }
 }
 
-// The digits are passed over whatever they are, a brace too.
+// Skips two bytes whatever they are, even a brace; one that isn't a digit counts as 0. Of the values only two
+// signs are shown, all others are dropped: that is part of the subset.
 void Pass::readHex() {
     unsigned value = 0;
     for (std::size_t index = 0; index < kHexDigits; ++index) {
@@ -193,11 +194,11 @@ void Pass::handle(const RtfControlWord& found, std::string_view word) {
         write(found.attribute);
     }
     if (callback_ != nullptr) {
-        tell(found, word);
+        callBack(found, word);
     }
 }
 
-void Pass::tell(const RtfControlWord& found, std::string_view word) {
+void Pass::callBack(const RtfControlWord& found, std::string_view word) {
     switch (found.effect) {
         case RtfEffect::kNone:
             return;
@@ -223,10 +224,9 @@ void Pass::write(std::string_view text) {
     if (text.empty() || depth_ >= kHiddenDepth) {
         return;
     }
-    const std::size_t place = output_.size();
     output_ += text;
     if (callback_ != nullptr) {
-        callback_->addChar(output_.c_str() + place);
+        callback_->addChar(text);
     }
 }
 

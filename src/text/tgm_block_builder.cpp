@@ -6,15 +6,15 @@
 #include "text/tgm_block_end.h"
 
 TGMBlockBuilder::TGMBlockBuilder(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
-                                 const TGMParseScope& scope, TGMParseResult& result)
-    : lines_(lines), options_(options), scope_(scope), result_(result) {}
+                                 const TGMParseScope& scope, TGMParseResult& result, TGMLineParser parseQuote)
+    : lines_(lines), options_(options), scope_(scope), result_(result), parseQuote_(parseQuote) {}
 
 void TGMBlockBuilder::build(TGMNode& root) {
     buildBlocks(root, {0, lines_.size()}, scope_.depth);
 }
 
-// A block may reach beyond the range, which then ends with it: what it takes there comes again in the block
-// around the range.
+// A block may reach beyond the range, which then ends with it. The lines that it takes there appear a second
+// time in the block around the range: that is part of the dialect.
 void TGMBlockBuilder::buildBlocks(TGMNode& parent, Range range, std::uint32_t depth) {
     std::size_t line = range.first;
     while (line <= range.last && line < lines_.size()) {
@@ -37,7 +37,7 @@ std::size_t TGMBlockBuilder::buildBlock(TGMNode& parent, std::size_t first, std:
     const TGMNodeType type = lines_[first].type();
     const std::size_t end = findTgmBlockEnd(lines_, first, options_.lazyLists, scope_.budget);
     const bool isList = isTgmList(type);
-    // A list brings an item and its text.
+    // A list adds two levels more, those of an item and its text.
     if (!spend(0, first) || isTooDeep(depth + (isList ? 3 : 1), first)) {
         return end;
     }
@@ -67,14 +67,14 @@ TGMNodePtr TGMBlockBuilder::buildPlain(Range block) {
         const TGMLine& line = lines_[index];
         hasBlank = hasBlank || line.type() == kTgmBlank;
         if (!line.payload().empty()) {
-            // What a paragraph swallows keeps its look.
+            // A list line or heading inside a paragraph keeps its indentation and its marker.
             text = join(text, line.type() == kTgmPlain ? line.payload() : line.text());
         }
     }
     return makeNode(hasBlank ? kTgmParagraph : kTgmPlain, text, block.first);
 }
 
-// `text` is that of one line, or what was joined so far.
+// `text` is either the text of one line or the lines joined so far; only the former is copied.
 std::string_view TGMBlockBuilder::join(std::string_view text, std::string_view line) {
     if (text.data() != text_.data()) {
         text_ = text;
@@ -106,7 +106,8 @@ TGMNodePtr TGMBlockBuilder::buildList(Range block, std::uint32_t depth) {
     return list;
 }
 
-// The first line of the block is always a start.
+// The first line of the block always begins an item. Until the first blank line so does a list line of any
+// other kind: that is part of the dialect.
 TGMBlockBuilder::ListItems TGMBlockBuilder::findItems(Range block, TGMNodeType listType) const {
     ListItems items;
     const std::uint32_t indent = lines_[block.first].indent();
@@ -143,8 +144,9 @@ TGMNodePtr TGMBlockBuilder::buildItem(Range item, TGMNodeType textType, std::uin
     return node;
 }
 
-// The line `end` isn't part of the quote, except for a quote that is the last line of the text, whose end is
-// behind it.
+// The line `end` isn't part of the quote, even when it is the last line of the text and holds text of the
+// quote: that is part of the dialect. A quote that is the last line of the text ends one past it and so keeps
+// it.
 TGMNodePtr TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end, std::uint32_t depth) {
     if (first == end) {
         result_.add(kTgmEmptyText, lineNumber(first));
@@ -157,8 +159,8 @@ TGMNodePtr TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end, std::
     quoteOptions.lazyLists = false;
     quoteOptions.tabWidth = kTgmQuoteTabWidth;
     TGMParseResult quoteResult;
-    TGMNodePtr quote = parseTgmLines(collectQuote(first, end, quoteOptions), quoteOptions,
-                                     {scope_.tree, scope_.budget, depth, lineNumber(first)}, quoteResult);
+    TGMNodePtr quote = parseQuote_(collectQuote(first, end, quoteOptions), quoteOptions,
+                                   {scope_.tree, scope_.budget, depth, lineNumber(first)}, quoteResult);
     result_.merge(quoteResult);
     if (!quoteResult.succeeded() && !options_.keepGoing) {
         return nullptr;
@@ -167,7 +169,8 @@ TGMNodePtr TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end, std::
     return quote;
 }
 
-// Each payload with a line feed behind it, split again: the same lines and an empty one.
+// The lines that come of joining the payloads, each with a line feed after it, and splitting the text again:
+// one for each payload and an empty one at the end.
 std::vector<TGMLine> TGMBlockBuilder::collectQuote(std::size_t first, std::size_t end,
                                                    const TGMParseOptions& quoteOptions) const {
     std::vector<TGMLine> quoted;
@@ -179,7 +182,7 @@ std::vector<TGMLine> TGMBlockBuilder::collectQuote(std::size_t first, std::size_
     return quoted;
 }
 
-// Nothing when the budget is exhausted.
+// Null when the budget is exhausted.
 TGMNodePtr TGMBlockBuilder::makeNode(TGMNodeType type, std::string_view text, std::size_t line) {
     if (!spend(kTgmNodeCost + text.size() * kTgmByteCost, line)) {
         return nullptr;

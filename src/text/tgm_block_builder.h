@@ -6,21 +6,37 @@
 #include <string_view>
 #include <vector>
 
-#include "text/tgm_line_parser.h"
+#include "text/tgm_limits.h"
+#include "text/tgm_line.h"
+#include "text/tgm_parse_options.h"
+#include "text/tgm_tree.h"
+
+// The place of some lines in the whole text: the lines of a quote are parsed as a text of their own.
+struct TGMParseScope {
+    TGMTree& tree;  // of the whole text, as the budget is
+    TGMWorkBudget& budget;
+    std::uint32_t depth = 0;      // of the node that receives the lines
+    std::uint32_t firstLine = 0;  // the number of the first of the lines
+};
+
+// Parses lines as a text of their own and returns its root, adding what went wrong to `result`.
+using TGMLineParser = TGMNodePtr (*)(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
+                                     const TGMParseScope& scope, TGMParseResult& result);
 
 // The first phase: turns lines into the nodes of blocks, whose texts still hold their emphasis.
 class TGMBlockBuilder {
 public:
-    // All are borrowed. `result` is added to.
+    // All are borrowed. What goes wrong is added to `result`. `parseQuote` parses the lines of each quote,
+    // with both phases, since a quote is a whole text.
     TGMBlockBuilder(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
-                    const TGMParseScope& scope, TGMParseResult& result);
+                    const TGMParseScope& scope, TGMParseResult& result, TGMLineParser parseQuote);
 
-    // Appends the blocks of all lines to `root`. An error stops it, unless the options say to go on; nothing
-    // goes on when the budget is exhausted.
+    // Appends the blocks of all lines to `root`. Stops at an error, unless the options say to go on, and in
+    // any case when the budget is exhausted.
     void build(TGMNode& root);
 
 private:
-    // Both ends belong to a range.
+    // Both ends are inclusive.
     struct Range {
         std::size_t first;
         std::size_t last;
@@ -54,5 +70,6 @@ private:
     const TGMParseOptions& options_;
     TGMParseScope scope_;
     TGMParseResult& result_;
-    std::string text_;  // what is joined
+    const TGMLineParser parseQuote_;
+    std::string text_;  // the lines joined so far
 };

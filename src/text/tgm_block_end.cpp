@@ -8,14 +8,14 @@ namespace {
 using Machine = TGMBlockEndMachine;
 using State = TGMBlockEndMachine::State;
 
-// A numbered or lettered list among bullets, or the other way round.
+// A numbered or lettered list line in a list of bullets, or the other way round.
 bool isMixedList(TGMNodeType blockType, TGMNodeType type) {
     const auto isOrdered = [](TGMNodeType t) { return t == kTgmNumberedList || t == kTgmLetteredList; };
     return (isOrdered(blockType) && type == kTgmUnorderedList) ||
            (blockType == kTgmUnorderedList && isOrdered(type));
 }
 
-// The end of a block that needs no look at the lines behind it.
+// The end of a block, if it can be found without a look at the lines after it.
 std::optional<std::size_t> endWithoutSearch(const std::vector<TGMLine>& lines, std::size_t start) {
     const TGMNodeType type = lines[start].type();
     if (type == kTgmBlank || isTgmHeading(type)) {
@@ -27,13 +27,13 @@ std::optional<std::size_t> endWithoutSearch(const std::vector<TGMLine>& lines, s
     return std::nullopt;
 }
 
-// The last line of a block that didn't end until the end of the text.
+// The last line of a block that is still open at the end of the text.
 std::size_t endAtLastLine(std::size_t lineCount, State state) {
     return state == State::kBlank ? lineCount - 2 : lineCount - 1;
 }
 
-// The blocks that wait for their end, by the state of their machine. Blocks in one state are a chain through
-// `next_`.
+// The blocks that have no end yet, by the state of their machine. Blocks in the same state form a chain
+// through `next_`.
 class OpenBlocks {
 public:
     explicit OpenBlocks(std::vector<std::size_t>& ends) : ends_(ends), next_(ends.size()) {}

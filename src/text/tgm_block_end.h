@@ -5,10 +5,11 @@
 #include <tuple>
 #include <vector>
 
+#include "text/tgm_limits.h"
 #include "text/tgm_line.h"
-#include "text/tgm_work_budget.h"
 
-// Decides line by line whether a block goes on. Machines of which none is less than the other go on alike.
+// Decides line by line whether a block goes on. Two machines that compare equal (neither is less) will decide
+// alike from then on.
 class TGMBlockEndMachine {
 public:
     enum class State : std::uint8_t { kSame, kBlank, kDeeper, kLazy, kEnd };
@@ -16,7 +17,7 @@ public:
     TGMBlockEndMachine(const TGMLine& start, bool lazyLists)
         : blockIndent_(start.indent()), blockType_(start.type()), lazyLists_(lazyLists) {}
 
-    // The state behind the next line. With kEnd the block doesn't hold that line, and the machine is done.
+    // Returns the state after the line. With kEnd the line isn't part of the block, and the machine is done.
     State step(const TGMLine& line);
     State getState() const { return state_; }
 
@@ -40,13 +41,14 @@ private:
     bool lazyLists_;
 };
 
-// The last line of the block that begins at `start`; one past the end when `start` is the last line and not
-// blank or a heading. The block knows nothing of the range that its caller is at. Charges each line that it
-// looks at; once the budget is exhausted the result means nothing.
+// The last line of the block that begins at `start`; one past the end when `start` is the last line and
+// neither blank nor a heading. The block may go beyond the item or list that contains `start`. Charges each
+// line that it looks at; once the budget is exhausted the result means nothing.
 std::size_t findTgmBlockEnd(const std::vector<TGMLine>& lines, std::size_t start, bool lazyLists,
                             TGMWorkBudget& budget);
 
-// The same for every line at once, in one pass: machines that meet in one state go on as one. When the budget
-// is exhausted the list is as long as the number of the line where that happened, and means nothing.
+// The same for every line at once, in one pass: machines that reach the same state go on as one. When the
+// budget runs out the list is as long as the number of the line where that happened, and its values mean
+// nothing.
 std::vector<std::size_t> findAllTgmBlockEnds(const std::vector<TGMLine>& lines, bool lazyLists,
                                              TGMWorkBudget& budget);

@@ -1,5 +1,6 @@
 #include "text/tgm_finalizer.h"
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -68,7 +69,7 @@ private:
         if (pieces_.size() == 1 && pieces_.front().text.size() == text.size()) {
             result_.add(kTgmInvalidEmphasis);
         } else if (pieces_.size() == 1 && node.type == kTgmPlain) {
-            // Such a text shows its delimiters inside the emphasis.
+            // The text keeps its delimiters and shows them inside the emphasis: that is part of the dialect.
             node.type = pieces_.front().type;
         } else {
             turnIntoChildren(node, depth);
@@ -93,12 +94,11 @@ private:
         }
     }
 
-    // Takes over the bytes of its piece; the terminator replaces a delimiter, or is that of the whole text.
+    // The child takes over the bytes of its piece; pieces don't overlap.
     TGMNodePtr makeChild(const TGMPiece& piece, TGMText& text) {
         TGMNodePtr child = tree_.makeNode(piece.type);
-        char* const begin = text.data() + (piece.text.data() - text.c_str());
-        begin[piece.text.size()] = '\0';
-        child->text = TGMText(begin, piece.text.size());
+        const auto begin = static_cast<std::size_t>(piece.text.data() - text.bytes().data());
+        child->text = TGMText(text.bytes().subspan(begin, piece.text.size()));
         return child;
     }
 
@@ -132,10 +132,7 @@ void unescapeTgmText(TGMText& text) {
             kEscapable.find(escaped[i + 1]) != std::string_view::npos) {
             ++i;
         }
-        text.data()[length++] = escaped[i];
+        text.bytes()[length++] = escaped[i];
     }
-    if (length > 0) {
-        text.data()[length] = '\0';
-        text = TGMText(text.data(), length);
-    }
+    text = TGMText(text.bytes().first(length));
 }

@@ -4,13 +4,14 @@
 
 namespace {
 
-// The counted hashes of a heading. One more than headings have levels: seven hashes are a quote.
+// How many hashes count. That is one more than headings have levels, so seven hashes make a quote: that is
+// part of the dialect, and texts depend on it.
 constexpr std::size_t kMaxHashes = 7;
 static_assert(kTgmHeading1 + kMaxHashes - 1 == kTgmQuote);
 
 struct Marker {
     TGMNodeType type = kTgmPlain;
-    std::size_t payload = 0;  // the offset behind the marker
+    std::size_t payload = 0;  // the offset of the text after the marker
 };
 
 bool isDigit(char c) {
@@ -73,7 +74,7 @@ Marker classify(std::string_view content, bool alphaLists) {
         return classifyNumber(content);
     }
     if (first == '>') {
-        // The character behind the mark goes, whatever it is.
+        // The character after the mark is dropped, whatever it is.
         return {kTgmQuote, std::min<std::size_t>(2, content.size())};
     }
     return {};

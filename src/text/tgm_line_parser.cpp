@@ -1,6 +1,5 @@
 #include "text/tgm_line_parser.h"
 
-#include "text/tgm_block_builder.h"
 #include "text/tgm_block_end.h"
 #include "text/tgm_dump.h"
 #include "text/tgm_finalizer.h"
@@ -56,7 +55,7 @@ TGMNodePtr parseTgmLines(const std::vector<TGMLine>& lines, const TGMParseOption
     }
     TGMNodePtr root = scope.tree.makeNode(kTgmDocument);
     if (own.succeeded() || options.keepGoing) {
-        TGMBlockBuilder(lines, options, scope, own).build(*root);
+        TGMBlockBuilder(lines, options, scope, own, parseTgmLines).build(*root);
     }
     logTree(*root, "\n\n============ Topology Tree: ============\n\n", options);
     if (own.succeeded() || options.keepGoing) {

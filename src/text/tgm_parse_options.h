@@ -3,29 +3,29 @@
 #include <cstdint>
 #include <string>
 
-// How a text of the markdown dialect is read.
+// How a text of the markdown dialect is parsed.
 struct TGMParseOptions {
     // A list line directly under a plain line stays in the paragraph.
     bool lazyLists = true;
     // Lines such as `a. text` are list items.
     bool alphaLists = true;
-    // Go on after an error.
+    // Parsing goes on after an error.
     bool keepGoing = false;
-    // Verify first that all lines are valid UTF-8.
+    // All lines are first checked to be valid UTF-8.
     bool checkUtf8 = false;
-    // Blanks of one level of indentation; 0 counts as 1.
+    // The number of blanks that make one level of indentation; 0 counts as 1.
     std::uint32_t tabWidth = 4;
     // Joins the lines of a paragraph.
     char joinChar = '\n';
-    // When set, receives the dumps; not owned.
+    // Receives the dumps unless it is null; not owned.
     std::string* debugLog = nullptr;
 };
 
-// What went wrong in a parse; several can come together.
+// What went wrong in a parse; several can occur together.
 enum TGMParseError : std::uint8_t {
     kTgmNullText = 1,
     kTgmEmptyText = 2,         // or the range of a block is reversed
-    kTgmInvalidBlock = 8,      // a block without a valid structure, or a text beyond the limits
+    kTgmInvalidBlock = 8,      // a block without a valid structure, or a text that exceeds the limits
     kTgmInvalidEmphasis = 16,  // emphasis that can't be resolved
     kTgmInvalidUtf8 = 32,
 };
@@ -33,7 +33,7 @@ enum TGMParseError : std::uint8_t {
 struct TGMParseResult {
     std::uint8_t errors = 0;  // a set of TGMParseError
     // The first place of trouble, counted from 0; all ones when none is known, as for emphasis. A line inside
-    // a quote is counted from the start of the whole text. The column is only kept for information.
+    // a quote is counted from the start of the whole text, too. The column is for information only.
     std::uint32_t line = UINT32_MAX;
     std::uint32_t column = UINT32_MAX;
 

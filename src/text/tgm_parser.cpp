@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "text/tgm_limits.h"
 #include "text/tgm_line_parser.h"
 #include "text/tgm_translator.h"
-#include "text/tgm_tree.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ int headingLevel(TGMNodeType type) {
     return type - kTgmHeading1 + 1;
 }
 
-// The text itself, or a copy in `copy` if it has to change. Most texts have none of them.
+// The text itself, or `copy` if the text has a carriage return; most texts have none.
 std::string_view withoutCarriageReturns(std::string_view text, std::string& copy) {
     if (text.find('\r') == std::string_view::npos) {
         return text;
@@ -98,40 +98,34 @@ void visit(const TGMNode& node, TGMTranslator& translator) {
 
 TGMParser::TGMParser(const TGMParseOptions& options) : options_(options) {}
 
-TGMParser::~TGMParser() = default;
-
-void TGMParser::parse(TGMParseResult& result, const char* text) {
-    if (text != nullptr) {
-        parse(result, std::string_view(text));
-        return;
-    }
-    reset(result);
-    result.add(kTgmNullText);
-}
-
-void TGMParser::parse(TGMParseResult& result, std::string_view text) {
-    reset(result);
-    const std::string_view whole = text.substr(0, text.find('\0'));
-    if (whole.empty()) {
-        result.add(kTgmEmptyText);
-        return;
-    }
-    if (whole.size() > kTgmMaxLength) {
-        result.add(kTgmInvalidBlock, 0);
-        return;
-    }
-    workSize_ = std::max<std::size_t>(kTgmMinWorkSize, whole.size());
-    tree_ = std::make_unique<TGMTree>(whole.size());
-    TGMWorkBudget budget(whole.size());
-    std::string copy;
-    const auto lines = splitTgmLines(withoutCarriageReturns(whole, copy), options_);
-    root_ = parseTgmLines(lines, options_, {*tree_, budget}, result);
-}
-
-void TGMParser::reset(TGMParseResult& result) {
-    result = {};
+TGMParseResult TGMParser::parse(std::optional<std::string_view> text) {
     root_.reset();
     tree_.reset();
+    TGMParseResult result;
+    if (!text) {
+        result.add(kTgmNullText);
+        return result;
+    }
+    const std::string_view whole = text->substr(0, text->find('\0'));
+    if (whole.empty()) {
+        result.add(kTgmEmptyText);
+    } else if (whole.size() > kTgmMaxLength) {
+        result.add(kTgmInvalidBlock, 0);
+    } else {
+        result = parseWhole(whole);
+    }
+    return result;
+}
+
+TGMParseResult TGMParser::parseWhole(std::string_view text) {
+    workSize_ = std::max<std::size_t>(kTgmMinWorkSize, text.size());
+    tree_ = std::make_unique<TGMTree>(text.size());
+    TGMWorkBudget budget(text.size());
+    std::string copy;
+    const auto lines = splitTgmLines(withoutCarriageReturns(text, copy), options_);
+    TGMParseResult result;
+    root_ = parseTgmLines(lines, options_, {*tree_, budget}, result);
+    return result;
 }
 
 void TGMParser::walk(TGMTranslator& translator) const {

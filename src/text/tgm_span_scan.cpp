@@ -25,9 +25,9 @@ bool isDelimiter(char c) {
     return c == '*' || c == '_';
 }
 
-// Whether a span of `count` delimiters `c` closes behind the character at `last`. The second delimiter of a
-// double one isn't looked at, so any character serves.
-bool closesBehind(std::string_view text, std::size_t last, std::size_t count, char c) {
+// Whether a span of `count` delimiters `c` closes after the character at `last`. Of a closing pair only the
+// first is compared, so that `**ab*c` is bold: that is part of the dialect.
+bool closesAfter(std::string_view text, std::size_t last, std::size_t count, char c) {
     if (last + count >= text.size() || text[last + 1] != c) {
         return false;
     }
@@ -51,16 +51,16 @@ Span trySpan(std::string_view text, std::size_t at, std::size_t count) {
     }
     const std::size_t begin = at + count;
     for (std::size_t i = begin; i < text.size(); ++i) {
-        // Nothing closes or is escaped until a mark comes next.
+        // No span closes and nothing is escaped before the next mark.
         i = isEscape(text, i) ? i + 1 : findTgmMark(text, i + 1) - 1;
-        if (closesBehind(text, i, count, text[at])) {
+        if (closesAfter(text, i, count, text[at])) {
             return {Fit::kClosed, text.substr(begin, i + 1 - begin)};
         }
     }
     return {Fit::kUnclosed, {}};
 }
 
-// Collects the pieces; what lies between the spans is plain.
+// Collects the pieces; the text between the spans is plain.
 class PieceList {
 public:
     PieceList(std::string_view text, std::vector<TGMPiece>& pieces) : text_(text), pieces_(pieces) {}
@@ -71,7 +71,7 @@ public:
         }
     }
 
-    // Returns the position behind the span.
+    // Returns the position after the span.
     std::size_t addSpan(std::size_t at, std::string_view inner, std::size_t count) {
         addPlainUpTo(at);
         pieces_.push_back({inner, count == 1 ? kTgmItalic : kTgmBold});
@@ -109,10 +109,11 @@ void scanTgmSpans(std::string_view text, std::vector<TGMPiece>& pieces) {
             span = trySpan(text, at, count);
         }
         if (span.fit == Fit::kUnclosed) {
-            break;  // its delimiters and all behind them are plain
+            break;  // its delimiters and everything after them are plain
         }
         if (span.fit == Fit::kClosed) {
-            // The character behind a span is plain whatever it is, so the loop goes on behind it.
+            // The character after a span is plain whatever it is, a delimiter too, so the loop skips it: that
+            // is part of the dialect.
             at = list.addSpan(at, span.inner, count);
         }
     }

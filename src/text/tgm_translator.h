@@ -11,7 +11,7 @@ enum TGMListKind : std::uint32_t {
 };
 
 // Receives the tree of a text as a stream of events. One translator serves one walk: reserve comes first,
-// beginDocument and endDocument bracket all else, and each begin has its end.
+// beginDocument and endDocument enclose everything else, and each begin has its end.
 class TGMTranslator {
 public:
     TGMTranslator() = default;
@@ -37,9 +37,9 @@ public:
     virtual void endParagraph() = 0;
     virtual void beginComposite() = 0;
     virtual void endComposite() = 0;
-    // The text of a node: behind its begin, ahead of its children. Never empty; without line feeds of its own
-    // only if the parser joins lines by something else. Valid during the call.
+    // The text of a node, after its begin and before its children. Never empty. It has line feeds only if the
+    // parser joins lines by them. Valid during the call.
     virtual void text(std::string_view bytes) = 0;
-    // The bytes of the parser's work: about how much text will come.
+    // The size of the parser's work in bytes, which is about how much text will come.
     virtual void reserve(std::size_t size) = 0;
 };

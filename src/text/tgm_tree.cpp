@@ -1,11 +1,10 @@
 #include "text/tgm_tree.h"
 
 #include <cstring>
-#include <memory>
 
 namespace {
 
-// For the texts and, in an ordinary document, half as much for the nodes.
+// Room for the texts and for the nodes, which take half as much in an ordinary document.
 std::size_t firstBlockSize(std::size_t textLength) {
     constexpr std::size_t kSmallest = 1024;
     return kSmallest + textLength + textLength / 2;
@@ -24,8 +23,7 @@ TGMText TGMTree::copyText(std::string_view text) {
     if (text.empty()) {
         return {};
     }
-    auto* const copy = static_cast<char*>(memory_.allocate(text.size() + 1, 1));
+    auto* const copy = static_cast<char*>(memory_.allocate(text.size(), 1));
     std::memcpy(copy, text.data(), text.size());
-    copy[text.size()] = '\0';
-    return {copy, text.size()};
+    return TGMText({copy, text.size()});
 }

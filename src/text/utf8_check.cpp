@@ -4,7 +4,7 @@
 
 namespace {
 
-// What may follow a lead byte. Only the first continuation byte has narrower bounds than 0x80 to 0xBF.
+// What may follow a lead byte. Only the first continuation byte can have narrower bounds than 0x80 to 0xBF.
 struct Sequence {
     unsigned char firstLead;
     unsigned char lastLead;

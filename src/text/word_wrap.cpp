@@ -4,8 +4,8 @@
 
 namespace {
 
-// Whether two blanks stand side by side in the bytes from `begin` to `begin` + `count`, that one included.
-// Without branches, so that compilers can look at many bytes at once: most texts have none.
+// Whether there are two adjacent blanks in the bytes from `begin` to `begin` + `count`, both inclusive.
+// Without branches, so that compilers can look at many bytes at once: most texts have no such blanks.
 bool hasDoubleBlank(const char* begin, std::size_t count) {
     unsigned char found = 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -14,7 +14,7 @@ bool hasDoubleBlank(const char* begin, std::size_t count) {
     return found != 0;
 }
 
-// Whether there is a blank at an end or beside another.
+// Whether there is a blank at either end or next to another.
 bool hasNeedlessBlanks(std::string_view text) {
     constexpr std::size_t kBlock = 64;
     if (text.empty() || text.front() == ' ' || text.back() == ' ') {
@@ -30,7 +30,7 @@ bool hasNeedlessBlanks(std::string_view text) {
     return hasDoubleBlank(at, static_cast<std::size_t>(last - at));
 }
 
-// The words with one blank between them: the text itself, or `copy`.
+// The words with one blank between them: the text itself if it is like that, otherwise `copy`.
 std::string_view withSingleBlanks(std::string_view text, std::string& copy) {
     if (!hasNeedlessBlanks(text)) {
         return text;
@@ -50,7 +50,7 @@ public:
     LineWriter(std::string& out, const WrapLayout& layout)
         : out_(out), layout_(layout), indentNext_(layout.indentFirstLine) {}
 
-    // Shares `extra` blanks among the words of the line.
+    // Distributes `extra` blanks among the words of the line.
     void write(std::string_view line, std::size_t extra) {
         if (indentNext_) {
             out_.append(layout_.indent, layout_.fillChar);
@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    // Returns the last word, which has no blanks behind it to pad.
+    // Returns the last word, which has no gap after it.
     std::string_view writePadded(std::string_view line, std::size_t extra) {
         const auto gaps = static_cast<std::size_t>(std::count(line.begin(), line.end(), ' '));
         const std::size_t words = gaps + 1;
@@ -87,7 +87,7 @@ private:
 void appendWrapped(std::string& out, std::string_view text, const WrapLayout& layout) {
     std::string copy;
     std::string_view rest = withSingleBlanks(text, copy);
-    // With the blank behind the last word of a line, which isn't written.
+    // Counts the blank after the last word of a line, although it isn't written.
     const std::size_t avail = layout.width - std::min(layout.width, layout.indent);
     LineWriter line(out, layout);
     while (rest.size() + 1 > avail) {

@@ -17,7 +17,7 @@ bool isAnswersFile(const char* path) {
 
 }  // namespace
 
-Automated::Automated(Terminal& terminal, const char* configPath, bool uninstall)
+Automated::Automated(platform::ConsoleDevice& terminal, const char* configPath, bool uninstall)
     : terminal_(terminal), configPath_(viewOf(configPath)), uninstall_(uninstall) {}
 
 int Automated::init() {

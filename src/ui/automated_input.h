@@ -2,7 +2,7 @@
 
 #include "base/fixed_text.h"
 #include "contracts/input_provider.h"
-#include "support/terminal.h"
+#include "platform/console_device.h"
 
 // Answers each question with the value that the question carries. The values themselves come from the
 // variables, into which an answers file was loaded; this class only vets such a file.
@@ -10,7 +10,7 @@ class Automated : public InputProvider {
 public:
     // `configPath` is the answers file, cut to 1,559 bytes; null or empty when there is none. `terminal`
     // outlives the object.
-    Automated(Terminal& terminal, const char* configPath, bool uninstall);
+    Automated(platform::ConsoleDevice& terminal, const char* configPath, bool uninstall);
 
     // 1 without a file, or with one that can be read; otherwise prints why not and gives 0.
     int init() override;
@@ -31,7 +31,7 @@ public:
 private:
     void print(const std::string& text);
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
     const PathText configPath_;
     const bool uninstall_;
 };

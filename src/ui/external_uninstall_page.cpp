@@ -80,7 +80,7 @@ std::vector<std::string> ExternalUninstallPage::findInstalled(const Application&
         return names;
     }
     if (application.isPartOfName) {
-        system_.findEntriesByPublisher(names, application.name, application.publisher, flags);
+        names = system_.findEntriesByPublisher(application.name, application.publisher, flags);
     } else if (system_.findUninstallEntry(application.name, flags)) {
         names.emplace_back(application.name);
     }

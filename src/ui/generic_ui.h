@@ -6,7 +6,7 @@
 #include "contracts/input_provider.h"
 #include "contracts/install_exchange_info.h"
 #include "contracts/installer_ui.h"
-#include "support/terminal.h"
+#include "platform/console_device.h"
 
 // What the front ends share: the provider of answers, the flags of the run and the link to the engine.
 class GenericUI : public InstallerUI {
@@ -26,7 +26,7 @@ public:
 
 protected:
     // `terminal` takes what unattended runs print, and outlives the object.
-    GenericUI(Terminal& terminal, bool uninstall, bool ignoreErrors)
+    GenericUI(platform::ConsoleDevice& terminal, bool uninstall, bool ignoreErrors)
         : terminal_(terminal), uninstall_(uninstall), ignoreErrors_(ignoreErrors) {}
 
     // The provider that asks a person, in the front end's own way.
@@ -35,14 +35,14 @@ protected:
     // Both may be null, and may be asked for on any thread.
     InputProvider* input() const { return input_; }
     InstallExchangeInfo* engine() const { return engine_; }
-    Terminal& terminal() const { return terminal_; }
+    platform::ConsoleDevice& terminal() const { return terminal_; }
     bool isUninstall() const { return uninstall_; }
 
 private:
     int takeProvider(std::unique_ptr<InputProvider> provider);
     int takeAutomated(const char* configPath, bool uninstall, bool& outAutomated);
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
     const bool uninstall_;
     const bool ignoreErrors_;
     std::unique_ptr<InputProvider> ownedInput_;

@@ -6,8 +6,10 @@
 
 namespace {
 
+// 1 true, 0 false, -1 where the condition can't be evaluated.
 int evaluate(const std::string& text) {
-    return ConditionParser(text).evaluate();
+    const std::optional<bool> truth = ConditionParser(text).evaluate();
+    return truth ? static_cast<int>(*truth) : -1;
 }
 
 struct Case {

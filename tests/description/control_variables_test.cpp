@@ -68,7 +68,7 @@ TEST_F(ControlVariablesTest, NamesAreCutAt199Bytes) {
 
 TEST_F(ControlVariablesTest, ANullLogIsNoDanger) {
     parse("<Root><InstallerControlVariables/></Root>");
-    EXPECT_EQ(controls_.read(document_, nullptr), 0);
+    EXPECT_EQ(controls_.read(document_, DebugLog()), 0);
 }
 
 }  // namespace

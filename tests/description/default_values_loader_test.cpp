@@ -41,12 +41,10 @@ protected:
     NoLogs logs_;
     Arguments arguments_;
     const CommandLineArguments* commandLine_ = &arguments_;
-    std::int32_t debugLevel_ = 0;
     VariableExclusions exclusions_;
     DefaultValuesReader reader_{
         variables_, expressions_, {system_, environment_, logs_, commandLine_}, console_};
-    DefaultValuesLoader loader_{reader_,     variables_, exclusions_, {files_, commandLine_},
-                                console_};
+    DefaultValuesLoader loader_{reader_, variables_, exclusions_, {files_, commandLine_}, console_};
     RecordingUI ui_;
 };
 
@@ -152,11 +150,11 @@ TEST_F(DefaultValuesLoaderTest, WithoutACommandLineNothingIsApplied) {
     EXPECT_EQ(load(), 0);
 }
 
-TEST_F(DefaultValuesLoaderTest, FromLevelTwoOnTheVariablesAreListed) {
+TEST_F(DefaultValuesLoaderTest, ListsTheVariablesFromLevelTwoOn) {
     arguments_.list = {{"VARIABLE_A", "two"}, {"VARIABLE_B", "b"}};
     load();
     EXPECT_EQ(log_.text(), "");
-    debugLevel_ = 2;
+    console_.setTarget(&log_, 2);
     arguments_.list.pop_back();
     load();
     EXPECT_EQ(log_.lines(), (std::vector<std::string>{"Installation variables used (2):",

@@ -41,7 +41,9 @@ protected:
         document.parseText(("<Root><DefValues>" + values + "</DefValues></Root>").c_str());
         return reader_.readDefValues(document);
     }
-    const InstallVariable& stored(const char* name) { return variables_.at(variables_.findStored(name)); }
+    const InstallVariable& stored(const char* name) {
+        return variables_.at(variables_.find(name).value_or(0));
+    }
 
     FakeSystemOperations system_;
     TableLogs logs_;

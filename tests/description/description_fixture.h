@@ -49,13 +49,10 @@ class DescriptionTest : public testing::Test {
 protected:
     void parse(const std::string& text) { document_.parseText(text.c_str()); }
 
-    std::string valueOf(const char* name) {
-        char buffer[2048] = "";
-        return variables_.getVariable(name, buffer, sizeof buffer) == -1 ? "(none)" : buffer;
-    }
-    std::string defaultOf(const char* name) {
-        char buffer[2048] = "";
-        return variables_.getDefaultValue(name, buffer, sizeof buffer) == -1 ? "(none)" : buffer;
+    std::string valueOf(std::string_view name) { return variables_.get(name).value_or("(none)"); }
+    std::string defaultOf(std::string_view name) {
+        const auto reading = variables_.readDefault(name, VariableLookup::kTextLimit);
+        return reading ? reading->value : "(none)";
     }
 
     TableEnvironment environment_;

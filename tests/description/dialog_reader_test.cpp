@@ -317,8 +317,8 @@ TEST_F(DialogReaderTest, ReadingAgainStartsAnew) {
     EXPECT_EQ(model_.getDialogCount(), 1);
 }
 
-TEST_F(DialogReaderTest, NothingIsLoggedWithoutALog) {
-    debugLog_ = DebugLog();
+TEST_F(DialogReaderTest, LogsNothingWithoutATarget) {
+    log_.detach();
     EXPECT_EQ(read("<D><Field/><Trigger Type='Odd'/></D>"), 0);
     EXPECT_LT(read("<F Special='HasSubDialogs'><TaskList/></F>"), 0);
     EXPECT_LT(read("<F Special='HasSubDialogs'/>"), 0);

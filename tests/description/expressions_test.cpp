@@ -14,54 +14,77 @@ protected:
     Expressions expressions_{variables_, log_.console()};
 };
 
-TEST_F(ExpressionsTest, NullAndEmptyConditionsAreTrue) {
-    EXPECT_EQ(expressions_.evaluateCondition(nullptr), 1);
-    EXPECT_EQ(expressions_.evaluateCondition(""), 1);
+TEST_F(ExpressionsTest, TakesMissingAndEmptyConditionsForTrue) {
+    EXPECT_TRUE(expressions_.holds(std::nullopt));
+    EXPECT_TRUE(expressions_.holds(""));
+    EXPECT_EQ(expressions_.evaluate(""), true);
+}
+
+TEST_F(ExpressionsTest, HoldsABrokenConditionToBeMet) {
+    EXPECT_FALSE(expressions_.holds("0"));
+    EXPECT_TRUE(expressions_.holds("1"));
+    EXPECT_TRUE(expressions_.holds("nonsense"));
 }
 
 TEST_F(ExpressionsTest, VariablesAreExpandedAheadOfTheEvaluation) {
     variables_.values = {{"A", "1 "}, {"T", "abc"}, {"L", "1,0"}};
-    EXPECT_EQ(expressions_.evaluateCondition("[A]==1"), 1);
-    EXPECT_EQ(expressions_.evaluateCondition("'[T]'=='abc'"), 1);
-    EXPECT_EQ(expressions_.evaluateCondition("[L]"), 0) << "a value brings operators in";
+    EXPECT_EQ(expressions_.evaluate("[A]==1"), true);
+    EXPECT_EQ(expressions_.evaluate("'[T]'=='abc'"), true);
+    EXPECT_EQ(expressions_.evaluate("[L]"), false) << "a value brings operators in";
 }
 
 TEST_F(ExpressionsTest, UsualMistakesFail) {
     variables_.values = {{"EMPTY", ""}, {"TEXT", "abc"}, {"QUOTE", "it's"}};
-    EXPECT_EQ(expressions_.evaluateCondition("[UNDEFINED]==1"), -1);
-    EXPECT_EQ(expressions_.evaluateCondition("[EMPTY]==1"), -1);
-    EXPECT_EQ(expressions_.evaluateCondition("[EMPTY]"), -1);
-    EXPECT_EQ(expressions_.evaluateCondition("[TEXT]==1"), -1);
-    EXPECT_EQ(expressions_.evaluateCondition("'[QUOTE]'=='x'"), 1)
-        << "the quote in the value ends the string";
+    EXPECT_EQ(expressions_.evaluate("[UNDEFINED]==1"), std::nullopt);
+    EXPECT_EQ(expressions_.evaluate("[EMPTY]==1"), std::nullopt);
+    EXPECT_EQ(expressions_.evaluate("[EMPTY]"), std::nullopt);
+    EXPECT_EQ(expressions_.evaluate("[TEXT]==1"), std::nullopt);
+    EXPECT_EQ(expressions_.evaluate("'[QUOTE]'=='x'"), true) << "the quote in the value ends the string";
     EXPECT_EQ(log_.lines.size(), 1U);
 }
 
 TEST_F(ExpressionsTest, OnlyTheFirstTwoThousandFortySevenBytesCount) {
     const std::string padded = "1==1" + std::string(2042, ' ');
-    EXPECT_EQ(expressions_.evaluateCondition((padded + ",0").c_str()), -1)
-        << "the comma is the last byte read";
-    EXPECT_EQ(expressions_.evaluateCondition((padded + " ,0").c_str()), 1);
+    EXPECT_EQ(expressions_.evaluate(padded + ",0"), std::nullopt) << "the comma is the last byte read";
+    EXPECT_EQ(expressions_.evaluate(padded + " ,0"), true);
 }
 
 TEST_F(ExpressionsTest, DeepNestingIsCutAndEvaluated) {
-    EXPECT_EQ(expressions_.evaluateCondition((std::string(100000, '(') + "1").c_str()), -1);
-    EXPECT_EQ(expressions_.evaluateCondition((std::string(2046, '(') + "1").c_str()), 1);
+    EXPECT_EQ(expressions_.evaluate(std::string(100000, '(') + "1"), std::nullopt);
+    EXPECT_EQ(expressions_.evaluate(std::string(2046, '(') + "1"), true);
 }
 
-TEST_F(ExpressionsTest, BothExpansionsReadTheLookup) {
+TEST_F(ExpressionsTest, ExpandsBothForms) {
     variables_.values = {{"A", "1"}};
-    char buffer[16];
-    EXPECT_EQ(expressions_.expandVariables("x[A]", buffer, 16, false), 3);
-    EXPECT_STREQ(buffer, "x1");
-    EXPECT_EQ(expressions_.expandDollarVariables("y$A", buffer, 16), 1);
-    EXPECT_STREQ(buffer, "y1");
+    EXPECT_EQ(expressions_.expand("x[A]", 16), "x1");
+    EXPECT_EQ(expressions_.expandDollars("y$A", 16), "y1");
 }
 
-TEST_F(ExpressionsTest, LogMayBeTakenAwayAtAnyTime) {
-    debugLog_ = DebugLog();
-    EXPECT_EQ(expressions_.evaluateCondition("[X]"), -1);
-    EXPECT_TRUE(log_.lines.empty());
+TEST_F(ExpressionsTest, CutsAnExpansionAtItsCapacity) {
+    variables_.values = {{"A", "abcdef"}};
+    EXPECT_EQ(expressions_.expand("x[A]", 4), "xab");
+    EXPECT_EQ(expressions_.expand("", 4), std::nullopt);
+    EXPECT_EQ(expressions_.expand("[NO]", 100, true), std::nullopt);
+    EXPECT_EQ(expressions_.expandDollars("$A", 6), std::nullopt);
+    EXPECT_EQ(expressions_.expandDollars("$A", 7), "abcdef");
+}
+
+TEST_F(ExpressionsTest, ExpandsWholeTexts) {
+    variables_.values = {{"A", std::string(1000, 'a')}};
+    std::string source;
+    for (int i = 0; i < 100; ++i) {
+        source += "[A]";
+    }
+    EXPECT_EQ(expressions_.expandWhole(source).size(), 100000U);
+    EXPECT_EQ(expressions_.expandWhole(""), "");
+    EXPECT_EQ(expressions_.expandWhole("x[NO]"), "x[NO]");
+    EXPECT_EQ(expressions_.expandWhole("x[NO]", true), "");
+}
+
+TEST_F(ExpressionsTest, KeepsWhatWasProducedBeforeAFault) {
+    std::string text = "old";
+    EXPECT_FALSE(expressions_.expandDollarsUpToFault("a$NO", 16, text));
+    EXPECT_EQ(text, "a");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "support/debug_log.h"
 #include "support/p_console.h"
 
 // A log whose lines a test looks at, without numbers, times and line ends.
@@ -13,7 +14,9 @@ public:
     std::vector<std::string> lines;
 
     // What a class under test takes as the session's log.
-    DebugLog console() { return *this; }
+    DebugLog console() { return log_; }
+    // From now on the log has no target.
+    void detach() { log_.setTarget(nullptr, 0); }
 
     int write(const char* text, std::int32_t length) override {
         pending_.append(text, static_cast<std::size_t>(length));
@@ -26,5 +29,6 @@ public:
     }
 
 private:
+    DebugLog log_{*this};
     std::string pending_;
 };

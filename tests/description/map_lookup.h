@@ -3,7 +3,6 @@
 #include <map>
 #include <string>
 
-#include "base/text_functions.h"
 #include "description/variable_lookup.h"
 
 // Variables from a table that a test fills; names compare exactly. Names with a leading `$` are the
@@ -12,12 +11,15 @@ class MapLookup : public VariableLookup {
 public:
     std::map<std::string, std::string> values;
 
-    int getVariable(const char* name, char* buffer, int size) override {
-        const auto found = values.find(name == nullptr ? "" : name);
+    std::optional<VariableReading> read(std::string_view name, std::size_t limit) override {
+        const auto found = values.find(std::string(name));
         if (found == values.end()) {
-            return -1;
+            return std::nullopt;
         }
-        OUtils::copyText(buffer, found->second.c_str(), size);
-        return found->first[0] == '$' ? -2 : static_cast<int>(std::distance(values.begin(), found));
+        VariableReading reading{found->second.substr(0, limit), std::nullopt};
+        if (!found->first.starts_with('$')) {
+            reading.index = static_cast<std::int32_t>(std::distance(values.begin(), found));
+        }
+        return reading;
     }
 };

@@ -6,13 +6,13 @@ namespace {
 
 using PredefinedVariablesTest = DescriptionTest;
 
-TEST_F(PredefinedVariablesTest, TellsTheFrontEnd) {
+TEST_F(PredefinedVariablesTest, NamesTheFrontEnd) {
     EXPECT_EQ(valueOf("GUI_INSTALL"), "0");
     isGraphical_ = 1;
     EXPECT_EQ(valueOf("gui_install"), "1");
 }
 
-TEST_F(PredefinedVariablesTest, TellsWhereTheProgramIs) {
+TEST_F(PredefinedVariablesTest, NamesThePlaceOfTheProgram) {
     environment_.programPath = "C:\\dir\\setup.exe";
     EXPECT_EQ(valueOf("INSTALLER_DIR"), "C:\\dir");
     EXPECT_EQ(valueOf("INSTALLER_FILE_NAME"), "setup.exe");
@@ -20,38 +20,35 @@ TEST_F(PredefinedVariablesTest, TellsWhereTheProgramIs) {
     EXPECT_EQ(valueOf("INSTALLER_DIR"), "/");
 }
 
-TEST_F(PredefinedVariablesTest, TheSystemNamesAreFixed) {
+TEST_F(PredefinedVariablesTest, GivesFixedNamesForTheSystem) {
     EXPECT_EQ(valueOf("WX_PORT"), "win");
     EXPECT_EQ(valueOf("OPERATING_SYSTEM"), "win");
 }
 
-TEST_F(PredefinedVariablesTest, TellsTheTemporaryDirectory) {
+TEST_F(PredefinedVariablesTest, NamesTheTemporaryDirectory) {
     EXPECT_EQ(valueOf("TEMP_DIR"), "/tmp");
 }
 
-TEST_F(PredefinedVariablesTest, WithoutATemporaryDirectoryTheBufferIsEmptied) {
+TEST_F(PredefinedVariablesTest, GivesNothingWithoutATemporaryDirectory) {
     environment_.tempDirectory = "";
-    char buffer[20] = "old";
-    EXPECT_EQ(predefined_.read("TEMP_DIR", buffer, sizeof buffer), -1);
-    EXPECT_STREQ(buffer, "");
+    EXPECT_EQ(predefined_.get("TEMP_DIR"), std::nullopt);
     EXPECT_EQ(log_.lines(),
               std::vector<std::string>{"WARNING: Failed to obtain temp directory for variable usage!"});
 }
 
-TEST_F(PredefinedVariablesTest, AnotherNameLeavesTheBuffer) {
-    char buffer[20] = "old";
-    EXPECT_EQ(predefined_.read("OTHER", buffer, sizeof buffer), -1);
-    EXPECT_STREQ(buffer, "old");
+TEST_F(PredefinedVariablesTest, KnowsNoOtherName) {
+    EXPECT_EQ(predefined_.get("OTHER"), std::nullopt);
     EXPECT_FALSE(PredefinedVariables::isPredefined("OTHER"));
-    EXPECT_FALSE(PredefinedVariables::isPredefined(nullptr));
+    EXPECT_FALSE(PredefinedVariables::isPredefined(""));
     EXPECT_TRUE(PredefinedVariables::isPredefined("Temp_Dir"));
 }
 
-TEST_F(PredefinedVariablesTest, CutsTheValueAtTheBuffer) {
+TEST_F(PredefinedVariablesTest, CutsTheValueAtTheLimit) {
     environment_.tempDirectory = "/var/tmp";
-    char buffer[5];
-    EXPECT_EQ(predefined_.read("TEMP_DIR", buffer, sizeof buffer), -2);
-    EXPECT_STREQ(buffer, "/var");
+    const std::optional<VariableReading> reading = variables_.read("TEMP_DIR", 4);
+    ASSERT_TRUE(reading);
+    EXPECT_EQ(reading->value, "/var");
+    EXPECT_FALSE(reading->isStored());
 }
 
 }  // namespace

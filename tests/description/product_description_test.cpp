@@ -16,81 +16,62 @@ protected:
     }
 
     ProductDescription description_{document_, expressions_};
-    char buffer_[200] = "old";
 };
 
 constexpr char kVersions[] =
     "<MajorVersion>1</MajorVersion><MinorVersion>20</MinorVersion><MinestVersion>03</MinestVersion>";
 
-TEST_F(ProductDescriptionTest, IsReadWhereverItStands) {
+TEST_F(ProductDescriptionTest, FindsTheElementAtAnyDepth) {
     parse("<Root><Level><ProductDesc/></Level></Root>");
-    EXPECT_EQ(description_.readProductDescription(), 0);
+    EXPECT_TRUE(description_.exists());
 }
 
-TEST_F(ProductDescriptionTest, FailsWithoutTheElement) {
+TEST_F(ProductDescriptionTest, DoesNotExistWithoutTheElement) {
     parse("<TandrelGroupInstallation/>");
-    EXPECT_EQ(description_.readProductDescription(), -1);
+    EXPECT_FALSE(description_.exists());
 }
 
 TEST_F(ProductDescriptionTest, GivesTheSingleTexts) {
     product(
         "<Fullname>Product</Fullname><Website>web</Website><Supportemail>mail</Supportemail>"
         "<InstallHelpURL>help</InstallHelpURL><MajorVersion>7</MajorVersion>");
-    EXPECT_EQ(description_.getFullName(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "Product");
-    EXPECT_EQ(description_.getWebsite(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "web");
-    EXPECT_EQ(description_.getSupportEmail(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "mail");
-    EXPECT_EQ(description_.getInstallHelpUrl(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "help");
-    EXPECT_EQ(description_.getMajorVersion(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "7");
+    EXPECT_EQ(description_.fullName(), "Product");
+    EXPECT_EQ(description_.website(), "web");
+    EXPECT_EQ(description_.supportEmail(), "mail");
+    EXPECT_EQ(description_.installHelpUrl(), "help");
+    EXPECT_EQ(description_.majorVersion(), "7");
 }
 
-TEST_F(ProductDescriptionTest, AMissingTextEmptiesTheBuffer) {
+TEST_F(ProductDescriptionTest, GivesNothingForAMissingText) {
     product("");
-    EXPECT_EQ(description_.getFullName(buffer_, sizeof buffer_), -1);
-    EXPECT_STREQ(buffer_, "");
-    EXPECT_EQ(description_.getFullName(nullptr, 10), -1);
-}
-
-TEST_F(ProductDescriptionTest, CutsALongTextAtTheBuffer) {
-    product("<Fullname>0123456789</Fullname>");
-    EXPECT_EQ(description_.getFullName(buffer_, 5), 0);
-    EXPECT_STREQ(buffer_, "0123");
+    EXPECT_EQ(description_.fullName(), std::nullopt);
 }
 
 TEST_F(ProductDescriptionTest, JoinsTheVersion) {
     product(kVersions);
-    EXPECT_EQ(description_.getVersion(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "1.20.03");
+    EXPECT_EQ(description_.version(), "1.20.03");
 }
 
-TEST_F(ProductDescriptionTest, AVersionWithAHoleEndsInAPoint) {
+TEST_F(ProductDescriptionTest, EndsAVersionWithAHoleInAPoint) {
     product("<Fullname>Product</Fullname><MajorVersion>1</MajorVersion><MinestVersion>3</MinestVersion>");
-    EXPECT_LT(description_.getVersion(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "1.");
-    EXPECT_EQ(description_.getTitle(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "Product");
+    EXPECT_EQ(description_.version(), std::nullopt);
+    EXPECT_EQ(description_.versionSoFar(), "1.");
+    EXPECT_EQ(description_.title(), "Product");
 }
 
-TEST_F(ProductDescriptionTest, AnOwnTitleWins) {
+TEST_F(ProductDescriptionTest, PrefersATitleOfItsOwn) {
     product(std::string("<Title>My title</Title><Fullname>Product</Fullname>") + kVersions);
-    EXPECT_EQ(description_.getTitle(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "My title");
+    EXPECT_EQ(description_.title(), "My title");
 }
 
-TEST_F(ProductDescriptionTest, TheTitleIsMadeOfNameAndVersion) {
+TEST_F(ProductDescriptionTest, MakesTheTitleOfNameAndVersion) {
     product(std::string("<Fullname>Product</Fullname>") + kVersions);
-    EXPECT_EQ(description_.getTitle(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "Product - ver. 1.20.03");
+    EXPECT_EQ(description_.title(), "Product - ver. 1.20.03");
 }
 
-TEST_F(ProductDescriptionTest, WithoutANameTheTitleIsUnknown) {
+TEST_F(ProductDescriptionTest, HasNoTitleWithoutAName) {
     product(kVersions);
-    EXPECT_EQ(description_.getTitle(buffer_, sizeof buffer_), -1);
-    EXPECT_STREQ(buffer_, "Unknown title");
+    EXPECT_EQ(description_.title(), std::nullopt);
 }
 
 TEST_F(ProductDescriptionTest, ExpandsThePathsOfUninstalling) {
@@ -98,22 +79,16 @@ TEST_F(ProductDescriptionTest, ExpandsThePathsOfUninstalling) {
     uninstall(
         "<InstallLogFile>[DIR]/log</InstallLogFile><InstallBackupFile>[DIR]/backup</InstallBackupFile>"
         "<UninstallCmd>[DIR]/un</UninstallCmd><UninstallXmlFile>[DIR]/xml</UninstallXmlFile>");
-    EXPECT_EQ(description_.getInstallLogFile(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "/opt/p/log");
-    EXPECT_EQ(description_.getInstallBackupFile(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "/opt/p/backup");
-    EXPECT_EQ(description_.getUninstallCmd(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "/opt/p/un");
-    EXPECT_EQ(description_.getUninstallXmlFile(buffer_, sizeof buffer_), 0);
-    EXPECT_STREQ(buffer_, "/opt/p/xml");
+    EXPECT_EQ(description_.installLogFile(), "/opt/p/log");
+    EXPECT_EQ(description_.installBackupFile(), "/opt/p/backup");
+    EXPECT_EQ(description_.uninstallCommand(), "/opt/p/un");
+    EXPECT_EQ(description_.uninstallXmlFile(), "/opt/p/xml");
 }
 
-TEST_F(ProductDescriptionTest, APathThatIsMissingOrExpandsToNothingIsTold) {
+TEST_F(ProductDescriptionTest, GivesNothingForAPathThatIsMissingOrExpandsToNothing) {
     uninstall("<InstallLogFile></InstallLogFile>");
-    EXPECT_EQ(description_.getInstallLogFile(buffer_, sizeof buffer_), 1);
-    EXPECT_STREQ(buffer_, "");
-    EXPECT_EQ(description_.getUninstallCmd(buffer_, sizeof buffer_), -1);
-    EXPECT_STREQ(buffer_, "");
+    EXPECT_EQ(description_.installLogFile(), std::nullopt);
+    EXPECT_EQ(description_.uninstallCommand(), std::nullopt);
 }
 
 }  // namespace

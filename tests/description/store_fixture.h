@@ -23,18 +23,15 @@ public:
 // A store of variables with everything that it stands on.
 class StoreFixture : public testing::Test {
 protected:
-    std::string valueOf(const char* name) {
-        char buffer[4096] = "#";
-        return store_.getVariable(name, buffer, sizeof buffer) == -1 ? "(none)" : buffer;
-    }
-    std::string defaultOf(const char* name) {
-        char buffer[4096] = "#";
-        return store_.getDefaultValue(name, buffer, sizeof buffer) == -1 ? "(none)" : buffer;
+    std::string valueOf(std::string_view name) { return store_.get(name).value_or("(none)"); }
+    std::string defaultOf(std::string_view name) {
+        const auto reading = store_.readDefault(name, VariableLookup::kTextLimit);
+        return reading ? reading->value : "(none)";
     }
     const InstallVariable& record(const char* name) {
-        const std::int32_t index = store_.findStored(name);
-        EXPECT_GE(index, 0) << name;
-        return store_.at(index < 0 ? 0 : index);
+        const std::optional<std::int32_t> index = store_.find(name);
+        EXPECT_TRUE(index) << name;
+        return store_.at(index.value_or(0));
     }
 
     LogLines log_;

@@ -18,7 +18,7 @@ protected:
     void read(const char* text) {
         PXML document;
         document.parseText(text);
-        readColourTheme(document, expressions_, &log_, theme_);
+        readColourTheme(document, expressions_, log_.console(), theme_);
     }
 
     MapLookup variables_;
@@ -81,7 +81,7 @@ TEST_F(ThemeReading, TagsOfSlotsIgnoreCaseAndOthersDoNot) {
     ColourTheme other;
     PXML document;
     document.parseText("<R><colourtheme><ActiveText>1</ActiveText></colourtheme></R>");
-    readColourTheme(document, expressions_, nullptr, other);
+    readColourTheme(document, expressions_, DebugLog(), other);
     EXPECT_FALSE(other.isThemed());
 }
 
@@ -130,7 +130,7 @@ TEST_F(ThemeReading, OddTagsAreLogged) {
                                         "WARNING: Theme custom group tag missing a 'Name' attribute!"}));
     PXML document;
     document.parseText("<R><ColourTheme><Odd/><CustomGroup/></ColourTheme></R>");
-    readColourTheme(document, expressions_, nullptr, theme_);
+    readColourTheme(document, expressions_, DebugLog(), theme_);
 }
 
 class ThemeApplying : public testing::Test {

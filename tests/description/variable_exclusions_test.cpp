@@ -10,7 +10,7 @@ class VariableExclusionsTest : public DescriptionTest {
 protected:
     void build(const std::string& text) {
         parse("<Root>" + text + "</Root>");
-        controls_.read(document_, nullptr);
+        controls_.read(document_, DebugLog());
         exclusions_.build(document_, controls_, dialogs_, variables_);
     }
     std::string exported(const char* name) const {
@@ -70,7 +70,7 @@ TEST_F(VariableExclusionsTest, ValidationVariablesAreExcludedAndStartAsOne) {
     for (const char* name : {"INNER_OK", "OUTER_OK"}) {
         EXPECT_EQ(exported(name), "") << name;
         EXPECT_EQ(valueOf(name), "1") << name;
-        EXPECT_EQ(variables_.at(variables_.findStored(name)).expression, "1") << name;
+        EXPECT_EQ(variables_.at(variables_.find(name).value_or(0)).expression, "1") << name;
     }
 }
 

@@ -43,6 +43,6 @@ SKELETON = """<TandrelGroupInstallation>
 
 
 def description(directory, sets, pages="<Welcome/>", values="", late="", more="", farewell=""):
-    """`late` are pages behind the copying, `farewell` those of an uninstallation, `more` sections of the document."""
+    """`late` are pages after the copying, `farewell` those of an uninstallation, `more` sections of the document."""
     return SKELETON.format(directory=directory, sets=sets, pages=pages, values=values, late=late, more=more,
                            farewell=farewell, image="installer" + EXE)

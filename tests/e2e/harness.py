@@ -1,6 +1,6 @@
-"""What the end-to-end tests share: one place to run the real programs, natively or under Wine.
+"""What the end-to-end tests share: running the real programs, natively or under Wine.
 
-A Machine is a directory that plays the target machine. Paths in tests are relative to its root; `native` gives
+A Machine is a directory that represents the target machine. Paths in tests are relative to its root; `native` returns
 the path as the program under test sees it, `host` the path on this machine.
 """
 
@@ -60,7 +60,7 @@ class LinuxMachine:
     direct_command = command
 
     def registry(self, root, path):
-        """Read from the database itself, not by the programs under test."""
+        """Reads the database directly, without the programs under test."""
         database = self.root / "state" / "registry.db"
         if not database.exists():
             return None
@@ -89,7 +89,7 @@ class LinuxMachine:
 
 
 def _registry_data(kind, data):
-    """As the system's own tool prints it."""
+    """In the form that Windows' own tool prints."""
     if kind == 4:
         return "REG_DWORD", hex(int.from_bytes(data, "little"))
     if kind == 3:
@@ -98,7 +98,7 @@ def _registry_data(kind, data):
 
 
 class WinePrefix:
-    """One prefix for all tests of a file: making one and ending it costs seconds."""
+    """One prefix for all tests of a file: creating and ending one takes seconds."""
 
     shared = None
 
@@ -110,12 +110,12 @@ class WinePrefix:
         self.anchor = self.start_anchor()
 
     def start_anchor(self):
-        """One program stays, because Wine's server ends with the last one, and starting it costs a second."""
+        """One program stays, because Wine's server ends with the last one, and starting it takes a second."""
         anchor = subprocess.Popen(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; exec wine cmd',
                                    str(self.scripts), str(self.directory)], stdin=subprocess.PIPE,
                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd=self.directory)
-        # Services of the prefix keep the output of the program that they were started by: it must be this one. The
-        # desktop is one of them, started by the first program that has to do with windows.
+        # Services of the prefix keep the output of the program that started them open, so it must be this program. The
+        # desktop is one of them, started by the first program that uses windows.
         anchor.stdin.write(b"rundll32 user32.dll,MessageBeep & echo up >C:\\anchor.txt\r\n")
         anchor.stdin.flush()
         end = time.monotonic() + TIMEOUT
@@ -139,7 +139,7 @@ class WinePrefix:
 
 
 class WindowsMachine:
-    """A directory of its own on drive C: and an empty directory for temporary files."""
+    """A new directory on drive C: and an empty directory for temporary files."""
 
     number = 0
 
@@ -166,12 +166,12 @@ class WindowsMachine:
         return [str(self.prefix.scripts / "run-under-wine"), self.native(pathlib.Path(program).relative_to(self.root))]
 
     def direct_command(self, program):
-        """As `command`, without a process in between: for what is typed at a terminal, and for signals."""
+        """As `command`, without a process in between: for keys typed at a terminal, and for signals."""
         return ["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; shift; exec wine "$@"',
                 str(self.prefix.scripts), str(self.prefix.directory), self.command(program)[1]]
 
     def registry(self, root, path):
-        """By the system's own tool."""
+        """Asks Windows' own tool."""
         command = [str(self.prefix.scripts / "run-under-wine"), "reg", "query", f"{ROOTS[root][0]}\\{path}", "/s"]
         done = subprocess.run(command, capture_output=True, timeout=TIMEOUT, check=False, cwd=self.prefix.directory,
                               env=self.environment({}))
@@ -192,7 +192,7 @@ class WindowsMachine:
 
 
 class EndToEndTest(unittest.TestCase):
-    """A test case with a machine of its own and the two programs on it."""
+    """A test case with its own machine and the two programs on it."""
 
     maxDiff = None
 
@@ -228,15 +228,15 @@ class EndToEndTest(unittest.TestCase):
         return {str(p.relative_to(base)): p.read_bytes() for p in sorted(base.rglob("*")) if p.is_file()}
 
     def registry(self, root, path):
-        """The keys from `path` on: relative name -> {value: (type, data)}; None when there is no such key."""
+        """The keys at and below `path`: relative name -> {value: (type, data)}; None if there is no such key."""
         return self.machine.registry(root, path)
 
     # --- programs
 
     def run_program(self, path, *arguments, stdin="", env=None, timeout=TIMEOUT):
         command = self.machine.command(self.host(path)) + [str(a) for a in arguments]
-        # Files and no pipes: a pipe ends with the last program that holds it, and Wine's desktop, which the first
-        # program that needs one starts, holds it for good.
+        # Files instead of pipes: a pipe stays open as long as any program has it, and Wine's desktop, started by the
+        # first program that needs it, never closes it.
         with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
             done = subprocess.run(command, input=stdin.encode("utf-8"), stdout=out, stderr=err, timeout=timeout,
                                   check=False, env=self.machine.environment(env or {}), cwd=self.machine.root)
@@ -247,7 +247,7 @@ class EndToEndTest(unittest.TestCase):
         return Result(done.returncode, *texts)
 
     def open_terminal(self, path, *arguments, columns=80, rows=24, env=None):
-        """Runs a program in a terminal of its own."""
+        """Runs a program in its own terminal."""
         command = self.machine.direct_command(self.host(path)) + [str(a) for a in arguments]
         terminal = Terminal(command, self.machine.environment(env or {}), self.machine.root, columns, rows,
                             foreign=WINDOWS)
@@ -255,10 +255,10 @@ class EndToEndTest(unittest.TestCase):
         return terminal
 
     def wait_until(self, condition, seconds=60):
-        """For what a program does that was left running; fails when it doesn't come to pass."""
+        """Waits for an effect of a program that is still running; fails if it doesn't happen."""
         end = time.monotonic() + seconds
         while not condition():
-            self.assertLess(time.monotonic(), end, "what was waited for didn't happen")
+            self.assertLess(time.monotonic(), end, "the expected effect didn't happen")
             time.sleep(0.05)
 
     def packager(self, *arguments, **options):

@@ -1,12 +1,13 @@
-"""Reads the author's manual: its fenced blocks, and what the words behind their fences ask for.
+"""Reads the manual: its fenced blocks, and the words after their fences, which say what to do with them.
 
-  ```xml file=NAME      the whole content of a file
-  ```xml section=NAME   one section of install.xml: it takes the place of the one with its name, or comes last
-  ```text file=NAME     as above, for files of other kinds
-  ```sh run             commands; "exit=N" behind it when they end with another code than 0
-  ```text output        what the commands ahead of it print: "…" stands for any text in a line, or, alone in a
-                        line, for any lines; what stands between « and » is typed, «Enter» is an empty line
-Blocks with other words are examples that nobody runs.
+    ```xml file=NAME      the whole content of a file
+    ```xml section=NAME   one section of install.xml: it replaces the section of that name, or is added at the end
+    ```text file=NAME     as above, for files of other kinds
+    ```sh run             commands; followed by "exit=N" if their exit code isn't 0
+    ```text output        the output of the commands before it: "…" matches any text in a line or, alone in a line,
+                          any lines; text between « and » is typed, «Enter» is an empty line
+
+Blocks with other words are examples that are not run.
 """
 
 import re

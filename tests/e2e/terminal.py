@@ -1,8 +1,8 @@
-"""A person at a terminal: a program in a pseudo-terminal of its own, what it shows, and what is typed.
+"""A person at a terminal: a program in its own pseudo-terminal, what it shows, and what is typed.
 
-The program's session has the pseudo-terminal as its controlling terminal, so that keys send signals and job control
-works. Nothing here waits for a time to pass: what is waited for is shown by the program or by the system, and the
-deadline only ends a test that fails.
+The pseudo-terminal is the controlling terminal of the program's session, so that keys send signals and job control
+works. Nothing here waits for a fixed time, only for what the program or the system shows; the deadline only ends a
+test that fails.
 """
 
 import fcntl
@@ -15,10 +15,10 @@ import termios
 import time
 
 DEADLINE = 60  # seconds in which nothing happens
-# What Wine's console adds to lines, which it shows without the blanks at their end.
+# What Wine's console adds to lines. It drops the spaces at their end.
 SEQUENCE = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]")
 LINE_BLANKS = re.compile(r" +(?=\n)")
-# How a program blanks a line; how lines end.
+# How a program clears a line; how lines end.
 BLANKED = re.compile(r"\r {78}(?=\r)")
 LINE_END = re.compile(r"\r*\n")
 INTERRUPT, SUSPEND, END_OF_INPUT, QUIT = b"\x03", b"\x1a", b"\x04", b"\x1c"
@@ -26,13 +26,13 @@ INTERRUPT, SUSPEND, END_OF_INPUT, QUIT = b"\x03", b"\x1a", b"\x04", b"\x1c"
 
 class Terminal:
     def __init__(self, command, environment, directory, columns=80, rows=24, foreign=False):
-        self.foreign = foreign  # the program is one of another system, and Wine draws its console
+        self.foreign = foreign  # a Windows program, whose console is drawn by Wine
         self.person, self.device = os.openpty()
         self.resize(columns, rows)
         self.settings = self.current_settings()
         self.output = b""
         self.lines, self.finished = "", 0  # the text of whole lines, and their end in the output
-        self.position = 0  # in the text: what is in front of it was expected already
+        self.position = 0  # in the text: everything before it has been expected already
         self.process = subprocess.Popen(command, stdin=self.device, stdout=self.device, stderr=self.device,
                                         env={**environment, "TERM": "xterm"}, cwd=directory, start_new_session=True,
                                         preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0))
@@ -60,7 +60,7 @@ class Terminal:
     # --- what the program shows
 
     def _read(self):
-        """Whatever there is; False when there is nothing and the program has ended."""
+        """Reads what is available; False if there is nothing and the program has ended."""
         ready, _, _ = select.select([self.person, self.ended], [], [], DEADLINE)
         if self.person in ready:
             self.output += os.read(self.person, 4096)
@@ -70,7 +70,7 @@ class Terminal:
         return False
 
     def _read_rest(self):
-        """What was shown before now. A mark of our own comes behind it in the terminal's buffer."""
+        """Reads everything shown so far, up to a mark that this function writes into the terminal's buffer."""
         mark = b"\x00end of what was shown\x00"
         os.write(self.device, mark)
         while not self.output.endswith(mark):
@@ -78,7 +78,7 @@ class Terminal:
         self.output = self.output[:-len(mark)]
 
     def expect(self, text):
-        """Waits until the text is shown behind what was expected before, and gives all that was shown up to it."""
+        """Waits until the text is shown after what was expected before, and returns everything up to its end."""
         more = True
         text = text.rstrip(" ") if self.foreign else text
         while (found := self.text().find(text, self.position)) < 0:
@@ -91,7 +91,7 @@ class Terminal:
         return self.text()[start:self.position]
 
     def text(self):
-        """All that was shown, without the sequences that move the cursor on the same line."""
+        """Everything that was shown, without the sequences that move the cursor within a line."""
         end = self.output.rfind(b"\n", self.finished) + 1
         if end > 0:
             self.lines += self._plain(self.output[self.finished:end])
@@ -103,7 +103,7 @@ class Terminal:
         return LINE_BLANKS.sub("", SEQUENCE.sub("", text)) if self.foreign else text
 
     def rest(self):
-        """Waits for the end of the program. Gives its exit code and what it showed that wasn't expected before."""
+        """Waits for the end of the program. Returns its exit code and the output that hasn't been expected yet."""
         while self._read():
             pass
         self._read_rest()
@@ -113,7 +113,7 @@ class Terminal:
     # --- what the person does
 
     def type(self, keys):
-        # Wine's console takes the terminal only when the program is about to read from it.
+        # Wine's console only takes over the terminal when the program is about to read from it.
         deadline = time.monotonic() + DEADLINE
         while self.foreign and self.has_echo() and time.monotonic() < deadline:
             select.select([self.ended], [], [], 0.01)

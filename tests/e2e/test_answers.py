@@ -1,4 +1,4 @@
-"""A run by hand leaves an answers file, and the file repeats the run on a fresh machine."""
+"""A manual run leaves an answers file, and the file repeats the run on a fresh machine."""
 
 import shutil
 import xml.etree.ElementTree
@@ -45,7 +45,7 @@ PAGES = """
  <Field Type="EditBox" Label="Private" x="1" y="1">PRIVATE</Field>
 </Ask>
 """
-# What is set behind the copying belongs to the log and to the answers all the same.
+# Variables set after the copying belong to the log and to the answers, too.
 LATE = """
 <PostInstall>
  <Trigger EvaluateOn="Start" Type="VarChange" Variable="LATE" Value="[KIND] late"/>
@@ -88,7 +88,7 @@ class Answers(EndToEndTest):
                                 env={"E2E_PLACE": "elsewhere", "E2E_LOCAL": local})
 
     def forget(self):
-        """Takes away what the run before left: the machine is fresh again but for the answers."""
+        """Removes everything that the previous run left except the answers, so that the machine is fresh again."""
         for name in ("elsewhere", "opt", "state"):
             shutil.rmtree(self.host(name), ignore_errors=True)
         if not WINDOWS:
@@ -107,7 +107,7 @@ class Answers(EndToEndTest):
         text = self.read("elsewhere/conf/settings.ini").decode("utf-8")
         return dict(line.split("=", 1) for line in text.splitlines())
 
-    def test_a_run_by_hand_leaves_its_answers_and_tells_how_to_use_them(self):
+    def test_a_manual_run_leaves_its_answers_and_says_how_to_use_them(self):
         result = self.run_by_hand("-MODE=fast")
         self.assertEqual(result.code, 0, result)
         self.assertIn("It worked.\n", result.out)
@@ -153,16 +153,16 @@ class Answers(EndToEndTest):
         self.assertNotIn(CREATED, result.out)
         self.assertFalse(self.host("config.xml").exists())
 
-        # Only what is kept out of the answers comes from the machine again.
+        # Only the variables that are kept out of the answers are read from the machine again.
         self.assertEqual(self.action_log(LOG), [x.replace("VAR\tLOCAL\tfirst", "VAR\tLOCAL\tsecond") for x in lines])
         again = self.settings()
-        # LATE was set behind the copying of the first run, and is known from the start in the second.
+        # The first run sets LATE after the copying; the second knows it from the start.
         self.assertEqual(again, {**settings, "LOCAL": "second", "PRIVATE": "hidden", "LATE": "1 late"})
         changing = ("conf/settings.ini", "un/install.log")
         self.assertEqual({k: v for k, v in self.tree("elsewhere").items() if k not in changing},
                          {k: v for k, v in tree.items() if k not in changing})
 
-    def test_a_run_from_answers_leaves_none_even_when_it_talks(self):
+    def test_a_run_from_answers_leaves_none_even_with_normal_output(self):
         self.assertEqual(self.run_by_hand().code, 0)
         self.host("config.xml").rename(self.host("answers.xml"))
         answers = self.read("answers.xml")
@@ -190,7 +190,7 @@ class Answers(EndToEndTest):
             self.assertFalse(self.host("config.xml").exists(), arguments)
             self.assertIn("VAR\tLATE\t0 late", self.action_log("opt/product/un/install.log"))
 
-    def test_a_log_that_cannot_be_brought_up_to_date_fails_the_run(self):
+    def test_a_log_that_cannot_be_updated_fails_the_run(self):
         text = description(self.native("opt/product"), SETS, late=LATE,
                            values='<Value Name="OPTIONAL" DataType="value">0</Value>')
         start, end = text.index("<InstallLogFile>"), text.index("<InstallBackupFile>")
@@ -204,13 +204,13 @@ class Answers(EndToEndTest):
             self.assertNotIn("successful!\n", result.out)
             self.assertFalse(self.host("config.xml").exists())
 
-    def test_a_quiet_run_by_hand_leaves_answers_without_a_word(self):
+    def test_a_quiet_manual_run_leaves_answers_without_a_message(self):
         result = self.run_by_hand("-quiet=1")
         self.assertEqual(result.code, 0, result)
         self.assertNotIn(CREATED, result.out)
         self.assertEqual(self.values()["OWNER"], OWNER)
 
-    def test_the_file_of_another_program_stays_and_that_is_told(self):
+    def test_the_file_of_another_program_stays_and_is_reported(self):
         self.write("config.xml", "<configuration/>")
         result = self.run_by_hand()
         self.assertEqual(result.code, 0, result)

@@ -1,4 +1,4 @@
-"""What goes wrong is told, and nothing is hurt by it."""
+"""Bad input is reported and does no damage."""
 
 import os
 import subprocess
@@ -27,7 +27,7 @@ class BrokenPackage(EndToEndTest):
         self.assertEqual((result.code, result.out), (0, CHECKSUM_TEXT), result)
         self.assertFalse(self.host("opt").exists())
 
-    def test_a_cut_package_stops_the_run(self):
+    def test_a_truncated_package_stops_the_run(self):
         data = self.read(self.setup)
         image = len(self.read("installer" + EXE))
         for length in (image + 10, image + 64, image + 200, len(data) - 17, len(data) - 1):
@@ -40,14 +40,14 @@ class BrokenPackage(EndToEndTest):
         result = self.run_program("installer" + EXE, "-auto")
         self.assertEqual((result.code, result.out), (0, CHECKSUM_TEXT), result)
 
-    def test_a_broken_binary_file_is_told(self):
+    def test_a_broken_binary_file_is_reported(self):
         for content in (b"", b"short", b"\0" * 1000, b"\x27\x63\x27\x63" + b"\0" * 500):
             self.write("payload.bin", content)
             result = self.run_program("installer" + EXE, "-bin=" + self.native("payload.bin"), "-auto")
             self.assertEqual(result.code, 0, result)
             self.assertEqual(result.out, "The installer failed to initialize with the supplied binary file!\n")
 
-    def test_a_command_line_that_is_none_is_refused(self):
+    def test_a_malformed_command_line_is_refused(self):
         result = self.run_program(self.setup, "-gui=0", "alpha", "beta")
         self.assertEqual(result.out, "ERROR: Command line couldn't be parsed. Exiting!\n")
         self.assertEqual(result.code, 255, result)
@@ -75,20 +75,20 @@ class BrokenDescription(EndToEndTest):
             return None
         return self.run_program("broken" + EXE, "-auto", timeout=100)
 
-    def test_what_is_no_description_installs_nothing(self):
+    def test_a_file_that_is_no_description_installs_nothing(self):
         for text in ("", "not xml at all", "<", "<TandrelGroupInstallation>", "<A><B></A>"):
             result = self.run_description(text)
             if result is not None:
                 self.assertEqual(result.code, 0, result)
 
-    def test_a_description_without_dialogs_ends_before_the_walk(self):
+    def test_a_description_without_dialogs_ends_before_the_first_page(self):
         result = self.run_description(
             "<TandrelGroupInstallation><ProductDesc/><DefValues/></TandrelGroupInstallation>")
         if result is not None:
             self.assertEqual(result.code, 0, result)
             self.assertNotIn("*****", result.out)
 
-    def test_nesting_without_end_is_no_danger(self):
+    def test_endless_nesting_does_no_damage(self):
         result = self.run_description("<TandrelGroupInstallation>" + "<a>" * 100000)
         if result is not None:
             self.assertEqual(result.code, 0, result)
@@ -105,7 +105,7 @@ class Disk(EndToEndTest):
         self.assertEqual(result.code, 0, result)
         return result
 
-    def test_a_directory_in_a_files_place_fails_that_file_alone(self):
+    def test_a_directory_in_place_of_a_file_fails_only_that_file(self):
         self.host("opt/product/one.txt").mkdir(parents=True)
         result = self.install()
         self.assertIn("FAILED to Create " + self.dir + "\\one.txt\n", result.out)
@@ -114,7 +114,7 @@ class Disk(EndToEndTest):
         self.assertIn("The automatic installer has encountered an ERROR!\n", result.out)
         self.assertEqual(self.read("opt/product/two.txt"), FILES["two.txt"].encode())
 
-    def test_a_file_in_a_directorys_place_is_told(self):
+    def test_a_file_in_place_of_a_directory_is_reported(self):
         self.write("opt", "a file")
         result = self.install()
         self.assertIn("FAILED to Create ", result.out)
@@ -122,7 +122,7 @@ class Disk(EndToEndTest):
         self.assertIn("It failed.\n", result.out)
 
     @unittest.skipIf(WINDOWS, "there are no such pipes there")
-    def test_a_pipe_in_a_files_place_does_not_hang_the_run(self):
+    def test_a_pipe_in_place_of_a_file_does_not_hang_the_run(self):
         self.host("opt/product").mkdir(parents=True)
         os.mkfifo(self.host("opt/product/one.txt"))
         result = self.run_program(self.setup, "-auto", timeout=60)
@@ -130,7 +130,7 @@ class Disk(EndToEndTest):
         self.assertEqual(self.read("opt/product/two.txt"), FILES["two.txt"].encode())
 
     @unittest.skipIf(WINDOWS, "needs a file system of its own")
-    def test_a_full_disk_in_the_middle_of_a_file_is_told(self):
+    def test_a_disk_that_fills_up_in_the_middle_of_a_file_is_reported(self):
         mount = self.host("small")
         mount.mkdir()
         if subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "none", mount], check=False).returncode != 0:
@@ -163,7 +163,7 @@ class Disk(EndToEndTest):
         self.assertEqual(target.read_bytes(), sleeper)
 
     @unittest.skipIf(WINDOWS or os.geteuid() == 0, "root writes everywhere")
-    def test_a_destination_without_rights_is_told(self):
+    def test_a_destination_without_write_access_is_reported(self):
         self.host("opt").mkdir(mode=0o555)
         self.assertIn("FAILED to Create ", self.install().out)
 

@@ -1,4 +1,7 @@
-"""Every change to the system is there after the installation and gone after the uninstallation, seen from outside."""
+"""Every change to the system is there after the installation and gone after the uninstallation.
+
+Checked without the help of the programs under test.
+"""
 
 import re
 import shutil
@@ -17,7 +20,7 @@ class ChangesTest(UninstallTest):
         return f"<AdditionalInstall><Registry>{content}</Registry></AdditionalInstall>"
 
     def tearDown(self):
-        # The prefix of Wine is shared by all tests of this file.
+        # All tests of this file share one Wine prefix.
         if WINDOWS:
             for key in ("HKCU\\Software\\Tandrel Test", "HKLM\\Software\\Tandrel Test"):
                 self.reg("delete", key, "/f")
@@ -36,7 +39,7 @@ class ChangesTest(UninstallTest):
 
 
 class RegistryChanges(ChangesTest):
-    def test_values_of_all_types_come_and_go_with_the_keys_that_were_made(self):
+    def test_values_of_all_types_come_and_go_with_the_keys_that_were_created(self):
         self.install(changes=self.in_registry(
             '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Deep/Key" Value="Text" Expand="1">in [DIR]</AddValue>'
             '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Deep/Key" Value="Plain" Type="REG_SZ">[DIR]</AddValue>'
@@ -53,7 +56,7 @@ class RegistryChanges(ChangesTest):
         self.assertIsNone(self.registry("HKLM", "Software\\Tandrel Test"))
         self.assert_nothing_left()
 
-    def test_what_is_kept_out_of_the_log_stays(self):
+    def test_changes_that_are_kept_out_of_the_log_stay(self):
         self.install(changes=self.in_registry(
             '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Kept" Value="A" ActionLog="1==0">a</AddValue>'
             '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Kept" Value="B">b</AddValue>'))
@@ -62,7 +65,7 @@ class RegistryChanges(ChangesTest):
         self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test\\Kept"), {"": {"A": ("REG_SZ", "a")}})
         self.assert_nothing_left()
 
-    def test_values_and_keys_are_removed_where_that_is_asked_for(self):
+    def test_values_and_keys_are_removed_on_request(self):
         self.install(changes=self.in_registry(
             '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Old/Older" Value="A" ActionLog="1==0">a</AddValue>'
             '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/New" Value="A" ActionLog="1==0">a</AddValue>'
@@ -80,10 +83,10 @@ class Links(ChangesTest):
     </Shortcuts>"""
 
     def shown(self, name):
-        """What a link says, in letters that can be searched for."""
+        """The content of a shortcut as searchable text."""
         return self.read(name).replace(b"\0", b"").decode("latin-1")
 
-    def test_they_lead_where_they_should_and_go(self):
+    def test_they_lead_to_their_targets_and_are_removed(self):
         self.install(changes=self.CHANGES)
         self.assertEqual(set(self.tree("opt/menu")), {f"deep/Tool{LINK}", f"Site{URL}", f"Remove{LINK}"})
         tool = self.shown(f"opt/menu/deep/Tool{LINK}")
@@ -97,7 +100,7 @@ class Links(ChangesTest):
         self.assertEqual(result.code, 0, result)
         self.assert_nothing_left()
 
-    def test_a_link_that_the_user_removed_is_no_failure_and_a_foreign_one_stays(self):
+    def test_a_link_that_the_user_removed_is_no_failure_and_one_of_somebody_else_stays(self):
         self.install(changes=self.CHANGES)
         self.host(f"opt/menu/Site{URL}").unlink()
         self.write(f"opt/menu/Mine{LINK}", "mine")
@@ -107,10 +110,10 @@ class Links(ChangesTest):
         self.assertEqual(result.code, FAILED, result)  # for the directory that stays
 
     @unittest.skipIf(WINDOWS, "the desktop's own format of entries")
-    def test_the_entry_for_uninstalling_holds_a_command_that_uninstalls(self):
+    def test_the_uninstall_link_contains_a_command_that_uninstalls(self):
         self.install(changes=self.CHANGES)
         line = re.search(r"^Exec=(.*)$", self.shown(f"opt/menu/Remove{LINK}"), re.M)[1]
-        # A value's own escapes come off first, then those of the words in quotes.
+        # The escapes of the value are removed first, then those of the quoted words.
         command = line.replace("\\\\", "\\")
         words = [re.sub(r"\\(.)", r"\1", quoted) or plain for quoted, plain in
                  re.findall(r'"((?:[^"\\]|\\.)*)"|(\S+)', command)]
@@ -121,7 +124,7 @@ class Links(ChangesTest):
 
 
 class FirewallChanges(ChangesTest):
-    def test_one_that_is_not_there_fails_nothing(self):
+    def test_a_missing_firewall_fails_nothing(self):
         result = self.install(changes="""<Firewall><Port Port="8317" Protocol="TCP">Test rule</Port>
           <Application Target="[DIR]/bin/tool">Test tool</Application></Firewall>""")
         message = "Firewall: Service is NOT switched on and no exceptions can be added!"
@@ -132,11 +135,11 @@ class FirewallChanges(ChangesTest):
         elif message not in result.out:
             self.assertIn("FIREWALL", log)
 
-    def test_the_undo_of_a_port_is_told(self):
+    def test_the_removal_of_a_port_is_reported(self):
         self.install()
         self.rewrite_log(lambda log: log + b"FIREWALL\tPORT\t8317\tTCP\tTest rule\r\n")
         result = self.uninstall()
-        if WINDOWS:  # Wine has a firewall that takes exceptions and can't give them up
+        if WINDOWS:  # Wine's firewall accepts exceptions and can't remove them
             self.assertIn("FAILED to remove port from firewall: 8317\n", result.out)
             self.assertEqual(result.code, FAILED, result)
         else:
@@ -153,7 +156,7 @@ class EnvironmentChanges(ChangesTest):
     </Environment>"""
 
     def earlier(self, text):
-        """An environment that somebody else left: a product that keeps its changes out of the log."""
+        """Sets up an environment of somebody else, with a product that keeps its changes out of the log."""
         place = 'Place="HKEY_LOCAL_MACHINE" Path="' + ENVIRONMENT_KEY + '"'
         directory, self.dir = self.dir, self.native("earlier")
         self.build(self.in_registry("".join(f'<AddValue {place} Value="{name}" ActionLog="1==0">{value}</AddValue>'
@@ -163,7 +166,7 @@ class EnvironmentChanges(ChangesTest):
         shutil.rmtree(self.host("earlier"))
         self.dir = directory
 
-    def test_variables_that_were_not_there(self):
+    def test_new_variables_come_and_go(self):
         before = self.environment()
         self.install(changes=self.VALUES)
         present = self.environment()
@@ -172,12 +175,12 @@ class EnvironmentChanges(ChangesTest):
         self.assertEqual(present, before)
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
-        # What was added to a variable that wasn't there leaves it empty.
+        # A variable that didn't exist before the addition stays, empty.
         self.assertEqual(self.environment(), {**before, "TANDREL_TEST_LIST": ""})
         self.assert_nothing_left()
 
     @unittest.skipIf(WINDOWS, "the system reads its own registry there")
-    def test_a_login_shell_sees_them_for_as_long_as_the_product_is_there(self):
+    def test_a_login_shell_sees_them_as_long_as_the_product_is_installed(self):
         self.install(changes="""<Environment>
           <Replace VarName="TANDREL_TEST_HOME">it's [DIR]; $(touch [SHARED]/ran)</Replace>
           <Append VarName="PATH" IsPath="1">[DIR]/bin</Append></Environment>""")
@@ -191,7 +194,7 @@ class EnvironmentChanges(ChangesTest):
         self.assertFalse(script.exists())
         self.assert_nothing_left()
 
-    def test_earlier_values_come_back(self):
+    def test_earlier_values_are_restored(self):
         self.earlier({"TANDREL_TEST_HOME": "earlier home", "TANDREL_TEST_LIST": "one;two"})
         before = self.environment()
         self.install(changes=self.VALUES)
@@ -200,7 +203,7 @@ class EnvironmentChanges(ChangesTest):
         self.assertEqual(present["TANDREL_TEST_LIST"], f'{self.native("shared")};one;two;{self.dir}/bin')
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
-        # The separator ahead of what was appended stays.
+        # The separator before the appended value stays.
         self.assertEqual(self.environment(), {**before, "TANDREL_TEST_LIST": "one;two;"})
         self.assert_nothing_left()
 
@@ -223,7 +226,7 @@ class FileEdits(ChangesTest):
       <Add FileName="[SHARED]/none/tool.ini" Section="more" Key="x" IgnoreErrors="1">y</Add>
     </IniFiles>"""
 
-    def test_keys_of_an_ini_file_come_and_go_and_earlier_values_come_back(self):
+    def test_keys_of_an_ini_file_come_and_go_and_earlier_values_are_restored(self):
         before = "; mine\n[paths]\nold=1\nlevel=3\n[last]\na=b\n"
         self.write("shared/tool.ini", before)
         self.install(changes=self.INI)
@@ -231,10 +234,10 @@ class FileEdits(ChangesTest):
                          f"; mine\n[paths]\nnew={self.dir}\nold=1\nlevel=9\n[last]\na=b\n[more]\nwhere={self.dir}\n")
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
-        # The section that was made stays, empty.
+        # The section that was created stays, empty.
         self.assertEqual(self.read_text("shared/tool.ini"), before + "[more]\n")
 
-    def test_lines_are_put_into_a_file_and_taken_out_again_and_the_users_own_stay(self):
+    def test_lines_are_added_to_a_file_and_removed_again_and_those_of_the_user_stay(self):
         self.write("shared/list.txt", "one\ntwo\nthree\n")
         self.install(changes="""<ModifyFiles><File Path="[SHARED]/list.txt" Command="AddAfter">[DIR]/list.change</File>
           </ModifyFiles><FileSet Name="Changes"><FN Dest="[DIR]">list.change</FN></FileSet>""",

@@ -52,17 +52,17 @@ class ConsoleTest(EndToEndTest):
         return self.open_terminal(self.setup, "-gui=0", *arguments, **options)
 
     def assert_shown(self, shown, expected):
-        if WINDOWS:  # a console shows no blanks at the ends of lines, and those at the end of a prompt late
+        if WINDOWS:  # the console drops spaces at line ends, and shows those at the end of a prompt late
             shown, expected = ("\n".join(x.rstrip(" ") for x in t.lstrip(" ").split("\n")) for t in (shown, expected))
         self.assertEqual(shown, expected)
 
     def assert_settings_restored(self, terminal):
-        if WINDOWS:  # Wine's console outlives the program by a moment
+        if WINDOWS:  # Wine's console ends a moment after the program
             self.wait_until(lambda: terminal.current_settings() == terminal.settings)
         self.assertEqual(terminal.current_settings(), terminal.settings)
 
     def assert_aborted(self, terminal, code=0):
-        """The run is over, and nothing of it is left behind."""
+        """The run has ended and has left nothing on the disk."""
         result, rest = terminal.rest()
         self.assertEqual(result, code, terminal.text())
         self.assertNotIn("It worked.", terminal.text())
@@ -73,7 +73,7 @@ class ConsoleTest(EndToEndTest):
 
 
 class Prompts(ConsoleTest):
-    def test_each_field_is_asked_and_its_answer_is_taken(self):
+    def test_each_field_is_asked_and_its_answer_is_used(self):
         self.build(ASK)
         terminal = self.start()
         shown = terminal.expect(f"Where to [{self.dir}]:")
@@ -97,7 +97,7 @@ class Prompts(ConsoleTest):
         answers = self.read_text("opt/answers.txt")
         self.assertTrue(answers.endswith("extra=1\nkind=2\nowner=Ada Lovelace\nsecret=sesame\n"), answers)
 
-    def test_what_is_no_answer_is_asked_again(self):
+    def test_the_question_is_repeated_after_an_invalid_answer(self):
         self.build(ASK)
         terminal = self.start()
         terminal.expect(f"Where to [{self.dir}]:")
@@ -107,7 +107,7 @@ class Prompts(ConsoleTest):
             terminal.type(answer + "\r")
             self.assert_shown(terminal.expect(": "), answer + "\nPlease, answer with no or yes: ")
         terminal.type("NO\r")
-        # The variable holds an item that is disabled, so that there is no default.
+        # The variable is the number of a disabled item, so there is no default.
         terminal.expect("Enter your choice [1-3]: ")
         terminal.type("2\r")
         self.assert_shown(terminal.expect("]: "), "2\nChoice 2 is disabled, choose something else!\n"
@@ -128,7 +128,7 @@ class Prompts(ConsoleTest):
         answers = self.read_text("opt/answers.txt")
         self.assertTrue(answers.endswith("extra=0\nkind=0\nowner=nobody\nsecret=\n"), answers)
 
-    def test_characters_of_a_password_can_be_taken_back(self):
+    def test_characters_of_a_password_can_be_deleted(self):
         self.build(ASK_SECRET)
         terminal = self.start()
         terminal.expect("Secret:")
@@ -155,7 +155,7 @@ class Prompts(ConsoleTest):
 
 @unittest.skipIf(WINDOWS, "Wine's console is a process of its own, which no signal to the program reaches")
 class Signals(ConsoleTest):
-    """What ends, stops and continues a program gives the terminal back."""
+    """Whatever ends, stops or continues a program, the terminal gets its settings back."""
 
     def test_each_signal_that_ends_the_run_at_a_password_restores_the_terminal(self):
         self.build(ASK_SECRET)
@@ -215,11 +215,11 @@ AFTER = ('<CopyProgress Special="AutoNext"/>', '<CopyProgress Special="AutoNext"
 
 
 class Interrupts(ConsoleTest):
-    """A terminal takes about 70 KB that nobody reads; a program that writes more waits. As the work of these tests
-    shows more than 200 KB, a pause in the reading holds the program where it is."""
+    """A terminal buffers about 70 KB that nobody reads; a program that writes more waits. The programs of these tests
+    print more than 200 KB, so they stop as long as the test doesn't read."""
 
     def interrupt_while_it_is_held(self, terminal):
-        # Wine's console reads keys only when it isn't held itself.
+        # Wine's console only reads keys while it isn't blocked itself.
         if WINDOWS:
             terminal.process.send_signal(signal.SIGINT)
         else:
@@ -227,7 +227,7 @@ class Interrupts(ConsoleTest):
         self.wait_until(lambda: self.has_taken_the_signal(terminal.process.pid))
 
     def has_taken_the_signal(self, process):
-        """Whether no signal is under way to the process and each of its threads waits for something."""
+        """Whether the process has no pending signal and each of its threads waits for something."""
         for thread in os.listdir(f"/proc/{process}/task"):
             with open(f"/proc/{process}/task/{thread}/status", encoding="utf-8") as file:
                 fields = dict(line.rstrip("\n").split(":\t", 1) for line in file)
@@ -276,7 +276,7 @@ class Interrupts(ConsoleTest):
         self.assertEqual([f.name for f in self.machine.temp.iterdir() if f.name.startswith("ori")], [])
         self.assert_settings_restored(terminal)
 
-    def test_an_interrupt_after_the_copying_leaves_a_whole_product(self):
+    def test_an_interrupt_after_the_copying_leaves_a_complete_product(self):
         text = description(self.dir, SETS, "<Welcome/>", VALUES).replace(*AFTER)
         self.setup = self.build_package(text, FILES)
         terminal = self.start()
@@ -290,7 +290,7 @@ class Interrupts(ConsoleTest):
         self.assertEqual(len([x for x in self.action_log("opt/un/install.log") if x.startswith("FILE\t")]), 2)
         self.assert_settings_restored(terminal)
 
-    def test_an_interrupt_of_a_busy_installer_is_refused(self):
+    def test_an_interrupt_while_the_installer_is_busy_is_refused(self):
         self.write("opt/product/files", "in the way")
         self.build_many(('Special="BadFinish;Finish"', 'Special="BadFinish;Finish;Busy"'))
         terminal = self.start()
@@ -312,8 +312,8 @@ TERMS = "# Terms\n\n" + "".join(f"Paragraph {number} of the terms has {number} w
 
 
 def pages(text, windows):
-    """What is shown ahead of each question for the next page, and behind the last one. `windows` are the rows of the
-    window: at the start, after the first question, ...; the last of them stays."""
+    """What is shown before each question for the next page, and after the last one. `windows` are the rows of the
+    window: at the start, after the first question, ...; the last number applies to the rest."""
     windows = list(windows)
     rows, lines, shown, start = windows.pop(0), 0, [], 0
     if rows < 3:
@@ -380,7 +380,7 @@ class Documents(ConsoleTest):
             self.assert_window(text, columns, rows)
 
     def test_the_closing_pause_depends_on_the_count_of_bytes(self):
-        for line in ("a" * 22, "a" * 21):  # 22 bytes and the line feed leave nothing over in pages of 22 lines
+        for line in ("a" * 22, "a" * 21):  # 22 bytes and the line feed fill pages of 22 lines exactly
             self.build_document("{\\rtf1 " + line + "\\par}")
             expected = [line + "\n"] if len(line) == 22 else [line + "\n", ""]
             self.assertEqual(pages(line + "\n", [24]), expected)
@@ -403,7 +403,7 @@ class Documents(ConsoleTest):
         self.assertIn(ABORTING, rest)
         self.assertNotIn("Line 09", terminal.text())
 
-    def test_an_interrupt_ahead_of_a_document_ends_the_run(self):
+    def test_an_interrupt_before_a_document_ends_the_run(self):
         self.build_document(NOTES)
         terminal = self.start()
         terminal.expect("Press Enter to continue...")
@@ -411,7 +411,7 @@ class Documents(ConsoleTest):
         self.assertIn(ABORTING, self.assert_aborted(terminal))
         self.assertNotIn("Line 01", terminal.text())
 
-    def test_an_unattended_run_stops_at_no_page(self):
+    def test_an_unattended_run_does_not_stop_at_any_page(self):
         self.build_document(NOTES)
         terminal = self.open_terminal(self.setup, "-auto", rows=10)
         code, rest = terminal.rest()
@@ -419,7 +419,7 @@ class Documents(ConsoleTest):
         self.assertNotIn("Press", rest)
         self.assertEqual([line for line in rest.split("\n") if line.startswith("Line ")], LINES)
 
-    def test_a_quiet_run_shows_no_document_and_stops_nowhere(self):
+    def test_a_quiet_run_shows_no_document_and_does_not_stop(self):
         self.build_document(NOTES)
         terminal = self.start("-quiet=1", rows=10)
         code, rest = terminal.rest()
@@ -427,7 +427,7 @@ class Documents(ConsoleTest):
         self.assertTrue(self.host("opt/answers.txt").exists())
 
     def test_the_pages_of_a_quiet_run_never_stop(self):
-        # A page that waits for a program is shown in a quiet run as well.
+        # A page that waits for a program is shown even in a quiet run.
         self.build_document(NOTES, page="<RunningApps><TestApp>other" + EXE + "</TestApp>{}</RunningApps>")
         shutil.copy2(self.host(self.setup), self.host("other" + EXE))
         self.open_terminal("other" + EXE, "-gui=0").expect("Press Enter to continue...")

@@ -1,4 +1,4 @@
-"""Variables of the system, INI files and text files change with an installation and change back with the product."""
+"""An installation changes environment variables, INI files and text files; the uninstallation changes them back."""
 
 import shutil
 import subprocess
@@ -8,7 +8,7 @@ from descriptions import description
 from harness import EXE, WINDOWS, EndToEndTest, main
 
 ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
-# The tests share one registry under Wine, so each has variables of its own: V stands for their prefix.
+# The tests share one registry under Wine, so each has its own variables: V is replaced by their prefix.
 SETS = f"""
 <FileSet Name="Core"><FN Dest="[DIR]/un" Executable="1">installer{EXE}</FN><FN Dest="[DIR]">menu.changes</FN></FileSet>
 <Environment>
@@ -58,13 +58,13 @@ class EditsTest(EndToEndTest):
         return self.read(name).decode().replace("\r\n", "\n")
 
     def login(self, name):
-        """The variable in a shell that has read the script of the environment."""
+        """The variable in a shell that has sourced the environment script."""
         script = self.machine.root / "state" / "environment.sh"
         found = subprocess.run(["/bin/sh", "-c", f'. "{script}"; printf %s "${self.prefix}_{name}"'], cwd=self.machine.root,
                                capture_output=True, check=True, timeout=60)
         return found.stdout.decode()
 
-    def test_the_variables_are_the_systems(self):
+    def test_the_variables_are_set_for_the_whole_system(self):
         self.install()
         directory = self.native("opt/product")
         self.assertEqual(self.variable("DEMO"), ("REG_SZ", "it's; $(touch mark)"))
@@ -80,19 +80,19 @@ class EditsTest(EndToEndTest):
         self.uninstall()
         self.assertFalse((self.machine.root / "state" / "environment.sh").exists())
 
-    def test_the_files_hold_what_was_added(self):
+    def test_the_files_contain_what_was_added(self):
         self.install()
         self.assertEqual(self.lines("other/settings.ini"),
                          INI.replace("/before\n", self.native("opt/product") + "\nNew=yes\n"))
         self.assertEqual(self.lines("other/menu.txt"), MENU.replace("File\n", "File\nGreeter\n"))
 
-    def test_all_of_it_goes_with_the_product(self):
+    def test_everything_is_undone_with_the_product(self):
         self.install()
         self.uninstall()
         self.assertEqual(self.lines("other/settings.ini"), INI)
         self.assertEqual(self.lines("other/menu.txt"), MENU)
         self.assertIsNone(self.variable("DEMO"))
-        # What was added to nothing leaves nothing but the name.
+        # A variable that didn't exist before the addition stays, empty.
         self.assertEqual(self.variable("LIST"), ("REG_SZ", ""))
         self.assertEqual(self.variable("DIRS"), ("REG_SZ", ""))
         self.assertFalse(self.host("opt/product").exists())

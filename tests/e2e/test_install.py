@@ -1,4 +1,4 @@
-"""A product installs itself: unattended, by hand, from an answers file, from a separate binary file."""
+"""Installations: unattended, manual, from an answers file, from a separate binary file."""
 
 import hashlib
 import os
@@ -45,7 +45,7 @@ BANNER = "*******************************\n* Tandrel Group installer     *\n****
 
 
 def archive_entries(data):
-    """Reads a backup archive: (name, check sum, content) of each entry."""
+    """Reads a backup archive: (name, checksum, content) of each entry."""
     banner = b"Tandrel Software installer backup file.\n\0"
     assert data.startswith(banner), data[:50]
     at, entries = len(banner), []
@@ -54,7 +54,7 @@ def archive_entries(data):
         size, check = struct.unpack_from("<qI", data, end + 1)
         entries.append((data[at:end].decode(), check, data[end + 13:end + 13 + size]))
         at = end + 13 + size
-    assert at == len(data) - 1, "bytes behind the end mark"
+    assert at == len(data) - 1, "bytes after the end mark"
     return entries
 
 
@@ -84,11 +84,11 @@ class Install(EndToEndTest):
         self.assertIn(f"owner={owner}\nkind={kind}\n".encode(), tree["conf/settings.ini"])
 
     def path(self, name):
-        """A path as the installer writes it: the directory field cleaned, then as the description has it."""
+        """A path as the installer writes it: the normalised directory, followed by what the description says."""
         directory, separator, base = name.rpartition("/")
         return self.dir.replace("/", "\\") + (separator + directory if directory else "") + "\\" + base
 
-    def test_an_unattended_run_puts_the_files_on_the_disk(self):
+    def test_an_unattended_run_installs_the_files(self):
         result = self.run_program(self.setup, "-auto")
         self.assertEqual(result.code, 0, result)
         self.assertTrue(result.out.startswith(BANNER), result)
@@ -98,7 +98,7 @@ class Install(EndToEndTest):
         self.assertTrue(result.out.endswith("Automatic installation was successful!\n"), result)
         self.assert_installed()
 
-    def test_programs_are_executable_where_the_system_knows_that(self):
+    def test_programs_are_executable_on_systems_that_have_such_a_mark(self):
         self.run_program(self.setup, "-auto")
         if EXE == "":
             self.assertTrue(self.host("opt/product/bin/tool.sh").stat().st_mode & 0o111)
@@ -115,7 +115,7 @@ class Install(EndToEndTest):
         self.assertEqual([v.split("\t")[:2] for v in variables],
                          [["VAR", n] for n in ("INSTALL_ERROR", "DIR", "EXTRA", "OPTIONAL", "KIND", "OWNER")])
         self.assertIn("VAR\tOPTIONAL\t1", variables)
-        # Within a set the last file comes first.
+        # Within a set the last file is installed first.
         self.assertEqual(lines[3 + count:], [
             "DIR\t3\t" + self.path("un/"),
             "FILE\tCREATE\t" + self.path("un/install.xml"),
@@ -128,7 +128,7 @@ class Install(EndToEndTest):
             "FILE\tCREATE\t" + self.path("opt/optional.txt"),
         ])
 
-    def test_no_temporary_file_stays(self):
+    def test_no_temporary_file_remains(self):
         self.run_program(self.setup, "-auto")
         self.assertEqual([f.name for f in self.machine.temp.iterdir() if f.name.startswith("ori")], [])
 
@@ -143,7 +143,7 @@ class Install(EndToEndTest):
         after = [self.host("opt/product/" + n).stat() for n in names]
         self.assertEqual([(s.st_ino, s.st_mtime_ns) for s in before], [(s.st_ino, s.st_mtime_ns) for s in after])
         self.assertEqual(archive_entries(self.read("opt/product/un/backup.bin")), [])
-        # Only the directories are no news any more.
+        # The only difference is that the directories exist already.
         lines = [x for x in log.decode().split("\r\n") if not x.startswith("DIR")]
         self.assertEqual(self.read("opt/product/un/install.log").decode().split("\r\n"), lines)
 
@@ -157,7 +157,7 @@ class Install(EndToEndTest):
                          [(path, folded(b"new readme\n"), b"the user's own words")])
         self.assert_installed()
 
-    def test_by_hand_the_prompts_are_asked_and_answered(self):
+    def test_a_manual_run_asks_its_questions_and_uses_the_answers(self):
         other = self.native("elsewhere")
         result = self.run_program(self.setup, "-gui=0", stdin=f"{other}\nyes\n2\nAda\n")
         self.assertEqual(result.code, 0, result)
@@ -188,7 +188,7 @@ class Install(EndToEndTest):
             while b"Where to [" not in printed:
                 printed += os.read(process.stdout.fileno(), 1000)
             process.send_signal(event)
-            # The input stays open meanwhile: its end would be another reason to stop.
+            # The input stays open, because its end would be another reason to stop.
             printed += process.stdout.read()
             process.wait(timeout=60)
             process.stdin.close()
@@ -206,14 +206,14 @@ class Install(EndToEndTest):
         self.assertNotIn("Create ", result.out)
         self.assert_installed(owner="Grace", optional=True)
 
-    def test_a_missing_answers_file_is_told_and_nothing_is_installed(self):
+    def test_a_missing_answers_file_is_reported_and_nothing_is_installed(self):
         path = self.native("nowhere.xml")
         result = self.run_program(self.setup, "-configFile=" + path)
         self.assertEqual(result.code, 0, result)
         self.assertIn(f'The file "{path}" does not exist! Please specify existing file!\n', result.out)
         self.assertFalse(self.host("opt").exists())
 
-    def test_an_answers_file_without_values_is_told_and_the_keyboard_is_asked(self):
+    def test_an_answers_file_without_values_is_reported_and_the_user_is_asked(self):
         self.write("answers.xml", "<Other/>")
         path = self.native("answers.xml")
         result = self.run_program(self.setup, "-configFile=" + path, "-quiet=0", stdin="\n\n\n\n")
@@ -226,11 +226,11 @@ class Install(EndToEndTest):
         self.assertEqual(result.code, 0, result)
         self.assert_installed()
 
-    def test_variables_of_the_command_line_win(self):
+    def test_variables_of_the_command_line_override_defaults(self):
         self.run_program(self.setup, "-auto", "-VARIABLE_OWNER=Linus", "-variable_kind=1")
         self.assert_installed(owner="Linus", kind="1")
 
-    def test_the_debug_log_tells_the_steps(self):
+    def test_the_debug_log_describes_the_steps(self):
         result = self.run_program(self.setup, "-auto", "-debug=1")
         line = [x for x in result.out.split("\n") if x.endswith("installer_debug.log")]
         self.assertEqual(len(line), 1, result)

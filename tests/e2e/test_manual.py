@@ -1,4 +1,4 @@
-"""The author's manual is true: its tutorial does what it says, and its descriptions can be packed."""
+"""The manual is correct: its examples do what it says, and its descriptions can be packed."""
 
 import re
 import subprocess
@@ -9,20 +9,20 @@ import manual_pages
 from harness import EXE, TIMEOUT, TOP, WINDOWS, EndToEndTest, main
 
 MANUAL = TOP / "docs" / "manual"
-# What the console writes to clear a line of its own.
+# What the console writes to clear one of its lines.
 CLEARED = re.compile(r"\r {78}\r?")
 
 
 class ManualTest(EndToEndTest):
-    """The manual speaks of a Linux machine: /opt, and programs without endings."""
+    """The manual describes a Linux machine: /opt, and programs without an extension."""
 
     def localized(self, text):
-        """A file or an example of the manual, for the machine of the test."""
+        """A file or an example of the manual, adapted to the machine of the test."""
         return text.replace("/opt/", self.native("opt").replace("\\", "/") + "/")
 
     def as_stated(self, text):
         """What a program printed, in the words of the manual."""
-        if WINDOWS:  # a service of Wine's own that breaks down tells whoever runs at the time
+        if WINDOWS:  # when one of Wine's services crashes, the message goes to whichever program runs at the time
             text = re.sub(r"^wine: Unhandled page fault .*\n", "", text, flags=re.M)
         text = CLEARED.sub("", text).replace(str(self.machine.root) + "/", "/")
         if WINDOWS:
@@ -45,7 +45,7 @@ class Commands(ManualTest):
             self.add_wrapper("setup", "setup.exe")
 
     def add_wrapper(self, name, program):
-        """A command for the shell that gives the program its paths as its own system writes them."""
+        """A command for the shell that passes paths to the program in the form of its own system."""
         root = str(self.host(""))
         command = " ".join(f"'{part}'" for part in self.machine.command(self.host(program)))
         self.write(name, "#!/bin/bash\narguments=()\n"
@@ -65,7 +65,7 @@ class Commands(ManualTest):
         return done.returncode, done.stdout.decode("utf-8").replace("\r\n", "\n")
 
     def take(self, block):
-        """What a block of the page asks for; the commands and their output are taken together."""
+        """Writes the file or section that a block contains; commands are run by `follow`."""
         if "file" in block.values:
             self.write(block.values["file"], self.localized(block.text))
         elif "section" in block.values:
@@ -73,7 +73,7 @@ class Commands(ManualTest):
             self.write("install.xml", manual_pages.with_section(description, self.localized(block.text)))
 
     def follow(self, page):
-        """Does what a page says, from its begin to its end; returns the number of blocks that were run."""
+        """Does what a page says, from start to end; returns the number of blocks that were run."""
         page_blocks = manual_pages.blocks((MANUAL / page).read_text("utf-8"))
         runs = 0
         for block, following in zip(page_blocks, page_blocks[1:] + [None]):
@@ -99,7 +99,7 @@ class Commands(ManualTest):
     def test_the_examples_of_documents_look_as_the_page_says(self):
         self.assertGreaterEqual(self.follow("documents.md"), 2)
 
-    def test_no_other_page_has_commands_that_nobody_runs(self):
+    def test_no_other_page_has_commands_to_run(self):
         for page in MANUAL.glob("*.md"):
             if page.name not in ("tutorial.md", "packager.md", "documents.md"):
                 runs = [b for b in manual_pages.blocks(page.read_text("utf-8")) if "run" in b.words]
@@ -140,7 +140,7 @@ class Examples(ManualTest):
 class Links(unittest.TestCase):
     @staticmethod
     def anchors(page):
-        """The anchors of the headings, as the usual viewers make them."""
+        """The anchors of the headings, as common viewers generate them."""
         headings = re.findall(r"^#+ (.*)$", page.read_text("utf-8"), re.M)
         return {re.sub(r"[^\w\- ]", "", h.lower()).replace(" ", "-") for h in headings}
 

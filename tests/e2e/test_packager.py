@@ -25,7 +25,7 @@ class Packager(EndToEndTest):
                      hashlib.md5(b"content of c\n").hexdigest()):
             self.assertIn(text, result.out)
 
-    def test_verify_finds_a_good_package_good_and_a_bad_one_bad(self):
+    def test_verify_accepts_a_good_package_and_rejects_a_bad_one(self):
         self.assertEqual(self.packager("verify", self.native(self.package)).code, 0)
         data = bytearray(self.read(self.package))
         data[-200] ^= 0x40
@@ -56,7 +56,7 @@ class Packager(EndToEndTest):
         self.packager("extract", self.native(self.package), "--to", self.native("out"), "installer.exe")
         self.assertEqual(self.read("out/installer.exe"), self.read("installer" + EXE))
 
-    def test_mistakes_are_told_and_leave_no_output(self):
+    def test_mistakes_are_reported_and_leave_no_output(self):
         cases = {
             "a missing file": '<FileSet Name="A"><FN Dest="x">nowhere.txt</FN></FileSet>',
             "a duplicate alias": '<FileSet Name="A"><FN Alias="P">pic.png</FN><FN Alias="P">empty</FN></FileSet>',
@@ -71,7 +71,7 @@ class Packager(EndToEndTest):
             self.assertEqual(len(result.err.strip().split("\n")), 1, f"{name}: {result}")
             self.assertFalse(self.host("wrong" + EXE).exists(), name)
 
-    def test_a_package_is_no_bare_image(self):
+    def test_a_package_is_not_accepted_as_a_bare_image(self):
         result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
                                self.native("stage/root"), "--image", self.native(self.package), "--output",
                                self.native("twice" + EXE))
@@ -82,7 +82,7 @@ class Packager(EndToEndTest):
         for arguments in ((), ("frobnicate",), ("build",), ("list",), ("build", "--level", "10")):
             self.assertEqual(self.packager(*arguments).code, 2, arguments)
 
-    def test_help_is_there(self):
+    def test_help_is_available(self):
         result = self.packager("--help")
         self.assertEqual(result.code, 0, result)
         for word in ("build", "list", "extract", "verify", "text"):
@@ -114,7 +114,7 @@ class Documents(EndToEndTest):
         result = self.text("note.rtf", "--width", "12")
         self.assertEqual((result.code, result.out), (0, "Note\nTwo  words\n(c)\n"), result)
 
-    def test_a_broken_document_is_told_with_its_line(self):
+    def test_a_broken_document_is_reported_with_its_line(self):
         self.write("note.rtf", "{\\rtf1\n}}")
         self.write("note.md", "fine\n\na ** b\n")
         for name, line in (("note.rtf", 2), ("note.md", 3)):
@@ -122,7 +122,7 @@ class Documents(EndToEndTest):
             self.assertEqual((result.code, result.out), (1, ""), result)
             self.assertIn(f"line {line}: ", result.err)
 
-    def test_what_cannot_be_shown_is_told(self):
+    def test_a_document_that_cannot_be_shown_is_reported(self):
         self.write("note.rtf", self.RICH_TEXT)
         self.assertEqual(self.text("nowhere.md").code, 1)
         self.assertEqual(self.text("note.rtf", "--html").code, 1)

@@ -1,4 +1,4 @@
-"""The sample product uses every tag that changes the system: each effect is there, and none is left."""
+"""The sample product uses every element that changes the system: each effect is there, and none remains."""
 
 import configparser
 import hashlib
@@ -11,19 +11,20 @@ UNINSTALL_KEY = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Tandre
 ENVIRONMENT_KEY = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment"
 LINK = ".lnk" if WINDOWS else ".desktop"
 URL = ".url" if WINDOWS else ".desktop"
+IMAGE = "installer-windows.exe" if WINDOWS else "installer-linux"
 
 
 class Sample(EndToEndTest):
     def setUp(self):
         super().setUp()
-        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage"), EXE], check=True, timeout=60)
+        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True, timeout=60)
         result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
                                self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
                                self.native("setup" + EXE))
         self.assertEqual(result.code, 0, result)
         shutil.rmtree(self.host("stage"))
         self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
-        # What the directories look like when the installer has brought them to its clean form.
+        # The directory in the installer's normalised form.
         self.dir = self.native("opt/tandrel").replace("/", "\\")
 
     def install(self, *arguments):
@@ -44,7 +45,7 @@ class Sample(EndToEndTest):
         return {name: text for name, (_, text) in found[""].items()} if found else {}
 
     def machine_state(self):
-        """What the product may change: files and directories, its keys, and the variables of the system."""
+        """What the product may change: files and directories, and its registry keys."""
         files = {str(p.relative_to(self.machine.root)): hashlib.md5(p.read_bytes()).hexdigest() if p.is_file() else None
                  for p in sorted(self.machine.root.rglob("*"))
                  if not str(p.relative_to(self.machine.root)).startswith(("tmp/", "state/"))}
@@ -56,7 +57,7 @@ class Sample(EndToEndTest):
 
     def assert_environment_as_before(self, before):
         after = self.environment()
-        # The separator ahead of what was appended stays; of a variable that wasn't there, an empty one stays.
+        # The separator before the appended value stays; a variable that didn't exist before stays, empty.
         for name in ("PATH", "TANDREL_SAMPLES"):
             self.assertEqual(after.pop(name, "").rstrip(";"), before.get(name, "").rstrip(";"))
         self.assertEqual(after, {n: v for n, v in before.items() if n not in ("PATH", "TANDREL_SAMPLES")})
@@ -71,7 +72,7 @@ class Sample(EndToEndTest):
         self.assertIn("Noting where the tools are\n", result.out)
         self.assertIn("Making a first package of the sample\n", result.out)
         result = self.uninstall()
-        self.assertIn("Removing what was made behind the installation\n", result.out)
+        self.assertIn("Removing what was made after the installation\n", result.out)
         self.assertIn("The uninstall was successful.\n", result.out)
         self.assertEqual(self.machine_state(), before)
         self.assert_environment_as_before(environment)
@@ -80,12 +81,13 @@ class Sample(EndToEndTest):
         tree = self.tree("opt/tandrel")
         hello = ["samples/hello.cmd"] if WINDOWS else []
         self.assertEqual(sorted(tree), sorted([
-            "README.md", f"bin/packager{EXE}", "docs/agreement.md", "docs/banner.png", "docs/getting-started.md",
-            f"images/installer{EXE}", "samples/hello.sh", "samples/hello.xml", f"samples/hello-setup{EXE}", *hello,
-            "tandrel.conf", "tandrel.conf.default", "tools.ini", "uninstall/backup.bin",
-            "uninstall/getting-started.change", "uninstall/install.log", "uninstall/install.xml",
-            f"uninstall/installer{EXE}"]))
+            "README.md", "THIRD-PARTY-LICENCES.md", f"bin/packager{EXE}", "docs/agreement.md",
+            "docs/banner.png", "docs/getting-started.md", f"images/{IMAGE}", "samples/hello.sh",
+            "samples/hello.xml", f"samples/hello-setup{EXE}", *hello, "tandrel.conf", "tandrel.conf.default",
+            "tools.ini", "uninstall/backup.bin", "uninstall/getting-started.change", "uninstall/install.log",
+            "uninstall/install.xml", f"uninstall/installer{EXE}"]))
         self.assertEqual(tree["tandrel.conf"], tree["tandrel.conf.default"])
+        self.assertEqual(tree["THIRD-PARTY-LICENCES.md"], (TOP / "THIRD-PARTY-LICENCES.md").read_bytes())
         self.assertEqual(tree["docs/agreement.md"], (TOP / "samples/tandrel/files/texts/agreement.md").read_bytes())
         guide = self.read_text("opt/tandrel/docs/getting-started.md")
         self.assertTrue(guide.startswith(f"# Getting started\n\nThe packager of this machine is {self.dir}/bin/packager"),
@@ -94,7 +96,7 @@ class Sample(EndToEndTest):
         settings = configparser.ConfigParser()
         settings.read_string(self.read_text("opt/tandrel/tools.ini"))
         self.assertEqual({name: dict(settings[name]) for name in settings.sections()}, {
-            "build": {"image": f"{self.dir}/images/installer{EXE}", "level": "6"},
+            "build": {"image": f"{self.dir}/images/{IMAGE}", "level": "6"},
             "search": {"samples": f"{self.dir}/samples"}, "people": {"contact": "nobody"}})
         self.assertEqual(list(settings["build"]), ["image", "level"])
 
@@ -120,7 +122,7 @@ class Sample(EndToEndTest):
         earlier = before.get("PATH", "")
         self.assertEqual(present["PATH"], (earlier.rstrip(";") + ";" if earlier else "") + self.dir + "/bin")
 
-    def test_files_of_somebody_else_stay_or_come_back(self):
+    def test_files_of_somebody_else_stay_or_are_restored(self):
         self.write("opt/tandrel/tandrel.conf", "somebody else's settings")
         self.write("opt/tandrel/README.md", "somebody else's words")
         before = self.machine_state()
@@ -130,7 +132,7 @@ class Sample(EndToEndTest):
         self.uninstall()
         self.assertEqual(self.machine_state(), before)
 
-    def test_nothing_is_opened_and_no_port_unless_that_is_asked_for(self):
+    def test_no_document_and_no_port_is_opened_unless_requested(self):
         result = self.install("-debug=1")
         self.assertNotIn("Firewall", result.out)
         log = (self.machine.temp / "installer_debug.log").read_text("utf-8")

@@ -1,4 +1,4 @@
-"""Standard streams that are no terminal, are closed, or close early: nothing hangs, nothing lands in a file."""
+"""Standard streams that aren't terminals, are closed, or close early: nothing hangs, no output ends up in a file."""
 
 import os
 import shutil
@@ -24,7 +24,7 @@ VALUES = """
 """
 SETS = '<FileSet Name="A"><FN Dest="[DIR]" ExpandVarsInFile="1">a.txt</FN><FN Dest="[DIR]">b.txt</FN></FileSet>'
 FILES = {"a.txt": "[OWNER] [SECRET] [EXTRA] [KIND]\n", "b.txt": "b" * 5000}
-# Of two streams that are closed Wine makes connections of its own, and hands them out as the streams.
+# If two streams are closed, Wine replaces them by connections of its own.
 ALL_CLOSED = ">&- 2>&-" if WINDOWS else "<&- >&- 2>&-"
 ENDED = "\nThe input has ended. Aborting installation...\n"
 
@@ -35,7 +35,7 @@ class Streams(EndToEndTest):
         self.setup = self.build_package(description(self.native("opt"), SETS, PAGES, VALUES), FILES)
 
     def start(self, *arguments, redirections="", **streams):
-        """Starts the installer by a shell that redirects its streams; what isn't named is an open pipe."""
+        """Starts the installer from a shell that redirects its streams; the other streams are open pipes."""
         command = ["bash", "-c", 'exec "$@" ' + redirections, "bash"]
         command += self.machine.direct_command(self.host(self.setup)) + list(arguments)
         pipe = subprocess.PIPE
@@ -53,7 +53,7 @@ class Streams(EndToEndTest):
                 stream.close()
 
     def output(self, process):
-        """Waits for the end of a program that gets no further input, although its input stays open."""
+        """Waits for the end of a program that gets no more input, although its input stays open."""
         self.assertEqual(process.wait(60), 0)
         return process.stdout.read().decode("utf-8", "surrogateescape").replace("\r\n", "\n") if process.stdout else ""
 
@@ -70,26 +70,26 @@ class Streams(EndToEndTest):
         self.assertEqual(tree["b.txt"], FILES["b.txt"].encode(), context)
         self.assertEqual(len([x for x in self.action_log("opt/un/install.log") if x.startswith("FILE\t")]), 3, context)
 
-    # --- a run by itself
+    # --- unattended runs
 
-    def test_an_unattended_run_needs_no_stream(self):
+    def test_an_unattended_run_needs_no_streams(self):
         for redirections in ("", "<&-", "</dev/null", ">&-", "2>&-", ">/dev/full", ALL_CLOSED):
             self.output(self.start("-auto", redirections=redirections))
             self.assert_installed(redirections)
             shutil.rmtree(self.host("opt"))
 
-    def test_an_unattended_run_goes_on_when_nobody_reads_its_output(self):
+    def test_an_unattended_run_continues_when_nobody_reads_its_output(self):
         self.output(self.start("-auto", stdout=self.nobody_reads(), stderr=self.nobody_reads()))
         self.assert_installed()
 
-    def test_an_answers_file_needs_no_stream(self):
+    def test_a_run_from_an_answers_file_needs_no_streams(self):
         self.write("answers.xml", '<DefValues><Value Name="OWNER" DataType="value">nobody</Value></DefValues>')
         for redirections in ("", ALL_CLOSED):
             self.output(self.start("-configFile=" + self.native("answers.xml"), redirections=redirections))
             self.assert_installed(redirections)
             shutil.rmtree(self.host("opt"))
 
-    def test_nothing_that_is_printed_lands_in_a_file_that_got_a_closed_stream_s_number(self):
+    def test_no_output_ends_up_in_a_file_that_got_the_number_of_a_closed_stream(self):
         self.output(self.start("-auto", "-debug=1", redirections=ALL_CLOSED))
         self.assert_installed()
         log = (self.machine.temp / "installer_debug.log").read_text("utf-8")
@@ -97,7 +97,7 @@ class Streams(EndToEndTest):
         for line in log.splitlines():
             self.assertRegex(line, r"^ *\d+:  \[")
 
-    # --- a run by hand
+    # --- manual runs
 
     def test_an_input_that_is_closed_or_ends_at_a_prompt_ends_the_run_with_a_message(self):
         for redirections in ("<&-", "</dev/null"):

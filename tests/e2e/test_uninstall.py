@@ -1,4 +1,4 @@
-"""A product goes again: by its registered command, by hand, twice, from damaged logs, with files in the way."""
+"""Uninstallations: by the registered command, manual, repeated, from damaged logs, with files in the way."""
 
 import os
 import re
@@ -62,7 +62,7 @@ class UninstallTest(EndToEndTest):
         return result
 
     def snapshot(self):
-        """Every file and directory of the machine but for those in which the system keeps its own records."""
+        """Every file and directory of the machine except those in which the system keeps its own records."""
         skipped = ("tmp/", "state/")
         found = {}
         for path in sorted(self.machine.root.rglob("*")):
@@ -72,7 +72,7 @@ class UninstallTest(EndToEndTest):
         return found
 
     def uninstall(self, log="opt/product/un/install.log", *arguments):
-        """The second stage alone, on copies, as the relaunch makes them: it is the one whose exit code tells."""
+        """Only the second stage, on copies like those of the first: its exit code is the outcome."""
         copy = self.host("copy.log")
         shutil.copyfile(self.host(log), copy)
         result = self.run_program("installer" + EXE, "-uninstallFile=" + self.native("copy.log"),
@@ -85,7 +85,7 @@ class UninstallTest(EndToEndTest):
         self.assertIsNone(self.registry("HKLM", UNINSTALL_KEY + "\\Test Product"))
 
     def log_path(self, name):
-        """As the log spells a path of the product: the directory as it was given, then a backslash."""
+        """A path of the product as in the log: the directory as it was given, then a backslash."""
         directory, _, base = name.rpartition("/")
         return self.native("opt/product") + ("/" + directory if directory else "") + "\\" + base
 
@@ -115,7 +115,7 @@ class RegisteredCommand(UninstallTest):
             "UninstallString": f'{command} -uninstall="{self.dir}/un/install.log" -uninstallApp="Test Product"',
         }.items()})
 
-    def test_it_removes_the_product_with_itself_and_tells_the_one_who_waits(self):
+    def test_it_removes_the_product_and_itself_and_signals_whoever_waits(self):
         self.install()
         result = self.registered_uninstall("-quiet=1")
         self.assertEqual(result.code, 0, result)
@@ -123,7 +123,7 @@ class RegisteredCommand(UninstallTest):
                          ["OrmelUninstallerStart 1", "OrmelUninstallerEnd 1"], result)
         self.wait_until(lambda: "ormeluninst.log" not in self.temporary_copies())
         self.assert_nothing_left()
-        # Windows keeps the image of a program that runs, and so the copy of the uninstaller.
+        # Windows keeps the image of a running program, here the copy of the uninstaller.
         self.wait_until(lambda: self.temporary_copies() == (["ormeluninst.dll"] if WINDOWS else []))
 
     def test_the_first_stage_ends_at_once_and_leaves_the_work_to_its_copy(self):
@@ -134,7 +134,7 @@ class RegisteredCommand(UninstallTest):
         self.wait_until(lambda: not self.host("opt/product").exists())
         self.wait_until(lambda: "Ending installation UI" in self.debug_log())
         self.assert_nothing_left()
-        # With a debug log both copies stay, for study.
+        # With a debug log both copies stay, for inspection.
         self.assertEqual(self.temporary_copies(), ["ormeluninst.dll", "ormeluninst.log"])
 
     def debug_log(self):
@@ -150,7 +150,7 @@ class RegisteredCommand(UninstallTest):
 
 
 class SecondStage(UninstallTest):
-    def test_it_tells_what_it_does_asks_nothing_and_ends_with_success(self):
+    def test_it_reports_its_steps_asks_nothing_and_ends_with_success(self):
         self.install()
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
@@ -161,7 +161,7 @@ class SecondStage(UninstallTest):
         self.assertFalse(self.host("copy.log").exists())
         self.assert_nothing_left()
 
-    def test_a_quiet_one_prints_no_files(self):
+    def test_a_quiet_uninstallation_prints_no_files(self):
         self.install()
         result = self.uninstall("opt/product/un/install.log", "-quiet=1")
         self.assertEqual(result.code, 0, result)
@@ -179,7 +179,7 @@ class SecondStage(UninstallTest):
         self.assertEqual(result.code, FAILED, result)
         self.assert_nothing_left()
 
-    def test_foreign_files_stay_and_are_told(self):
+    def test_files_of_somebody_else_stay_and_are_reported(self):
         self.install()
         self.write("opt/product/mine.txt", "mine")
         self.write("opt/product/un/mine.log", "mine as well")
@@ -192,7 +192,7 @@ class SecondStage(UninstallTest):
         self.assertIn("Uninstallation errors summary:\n", result.out)
         self.assertEqual(self.read("shared/shared.txt"), b"as it was before")
 
-    def test_missing_files_are_told_and_are_no_error(self):
+    def test_missing_files_are_reported_and_are_no_error(self):
         self.install()
         self.host("opt/product/data.txt").unlink()
         shutil.rmtree(self.host("opt/product/bin"))
@@ -202,7 +202,7 @@ class SecondStage(UninstallTest):
         self.assertIn("Missing " + self.log_path("bin/tool" + EXE) + "\n", result.out)
         self.assert_nothing_left()
 
-    def test_changed_files_of_the_product_go_but_a_changed_shared_file_stays(self):
+    def test_changed_files_of_the_product_are_deleted_but_a_changed_shared_file_stays(self):
         self.install()
         self.write("opt/product/data.txt", "edited by the user")
         self.write("shared/shared.txt", "edited after the installation")
@@ -210,7 +210,7 @@ class SecondStage(UninstallTest):
         self.assertFalse(self.host("opt/product").exists(), result)
         self.assertEqual(self.read("shared/shared.txt"), b"edited after the installation")
 
-    def test_a_directory_in_the_place_of_a_file_stays_with_what_it_holds(self):
+    def test_a_directory_in_place_of_a_file_stays_with_its_content(self):
         self.install()
         self.host("opt/product/data.txt").unlink()
         self.write("opt/product/data.txt/mine.txt", "mine")
@@ -220,7 +220,7 @@ class SecondStage(UninstallTest):
         self.assertEqual(self.tree("opt/product"), {"data.txt/mine.txt": b"mine"})
 
     def start_waiting(self, program):
-        """Runs a copy of the installer, which asks a question, until what is returned is called or the test ends."""
+        """Runs a copy of the installer, which asks a question, until the returned function is called or the test ends."""
         page = '<Ask><Field Type="EditBox" Label="Owner" x="1" y="1">DIR</Field></Ask>'
         self.build_package(description(self.native("never"), "", page), {}, "asks.bin", ("--bin",))
         shutil.rmtree(self.host("stage"))
@@ -237,14 +237,14 @@ class SecondStage(UninstallTest):
         self.assertIn(b"*", process.stdout.read(1))
         return stop
 
-    def test_a_program_of_the_product_that_runs_is_stopped_for_its_file(self):
+    def test_a_running_program_of_the_product_is_stopped_to_delete_its_file(self):
         self.install(files={"tool" + EXE: self.read("installer" + EXE)})
         self.start_waiting("opt/product/bin/tool" + EXE)
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
         self.assertFalse(self.host("opt/product").exists())
 
-    def test_a_program_that_must_not_run_keeps_the_product_until_it_has_ended(self):
+    def test_a_program_that_must_not_run_prevents_the_uninstallation_until_it_ends(self):
         page = f'<RunningApps><TestApp Directory="[DIR]">tool{EXE}</TestApp></RunningApps>'
         self.install(files={"tool" + EXE: self.read("installer" + EXE)}, farewell=page + FAREWELL)
         stop = self.start_waiting("opt/product/bin/tool" + EXE)
@@ -261,7 +261,7 @@ class SecondStage(UninstallTest):
         self.assert_nothing_left()
 
     @unittest.skipIf(not WINDOWS, "only there a file in use can't be deleted")
-    def test_a_file_in_use_that_is_no_program_by_its_name_stays_and_is_told(self):
+    def test_a_file_in_use_without_a_program_name_stays_and_is_reported(self):
         self.install(files={"data.txt": self.read("installer" + EXE)})
         self.start_waiting("opt/product/data.txt")
         result = self.uninstall()
@@ -271,17 +271,17 @@ class SecondStage(UninstallTest):
 
 
 class DamagedLog(UninstallTest):
-    """Whatever a log holds: an end with one of the two codes, and nothing is undone that it doesn't name."""
+    """Whatever a log contains, the run ends with one of the two codes and undoes only what the log names."""
 
     def run_log(self, content):
-        """Uninstalls by a log of that content; the product's files lie there anew for each run."""
+        """Uninstalls with a log of that content."""
         self.write("bad.log", content)
         result = self.uninstall("bad.log")
         self.assertIn(result.code, (0, FAILED), result)
         self.assertEqual(self.read("opt/other/precious.txt"), b"the user's own", content)
         return result
 
-    def test_a_log_that_is_cut_undoes_what_it_still_names(self):
+    def test_a_truncated_log_undoes_what_it_still_names(self):
         self.install()
         lines = self.read("opt/product/un/install.log").splitlines(keepends=True)
         first = next(i for i, line in enumerate(lines) if line.startswith((b"DIR", b"FILE")))
@@ -301,7 +301,7 @@ class DamagedLog(UninstallTest):
                     is_named = lines.index(line) < count and count > first
                     self.assertEqual(name not in left, is_named, (count, name))
 
-    def test_foreign_and_damaged_records_are_passed_over(self):
+    def test_unknown_and_damaged_records_are_skipped(self):
         self.install()
         log = self.read("opt/product/un/install.log")
         junk = ["", "\t\t\t", "FILE", "FILE\t", "FILE\tCREATE", "FILE\tCREATE\t", "FILE\tMOVE\t" + self.native("opt/other"),
@@ -314,7 +314,7 @@ class DamagedLog(UninstallTest):
         self.assertFalse(self.host("opt/product").exists(), result)
         self.assertIsNone(self.registry("HKLM", UNINSTALL_KEY + "\\Test Product"))
 
-    def test_paths_that_are_directories_or_gone_are_no_files(self):
+    def test_paths_of_directories_or_missing_files_are_not_deleted_as_files(self):
         self.install()
         log = self.read("opt/product/un/install.log")
         self.write("opt/full/inner.txt", "inner")
@@ -327,7 +327,7 @@ class DamagedLog(UninstallTest):
         self.assertFalse(self.host("opt/product").exists(), result)
 
     @unittest.skipIf(WINDOWS, "Wine deletes the target of a link of the host")
-    def test_links_go_themselves_and_devices_and_targets_stay(self):
+    def test_links_are_deleted_and_their_targets_and_devices_stay(self):
         self.install()
         log = self.read("opt/product/un/install.log")
         self.host("opt/link").symlink_to(self.host("opt/other/precious.txt"))
@@ -340,7 +340,7 @@ class DamagedLog(UninstallTest):
 
     def test_wildcards_never_clean_a_root_or_a_relative_directory(self):
         self.install(changes='<UninstallWildcards><File Dest="PLACE" DeleteDirs="1==1">*</File></UninstallWildcards>')
-        # Only the first group counts: the other one takes its place.
+        # Only the first group counts, so it is removed and the second one is used.
         text = re.sub(r"<UninstallWildcards>.*?</UninstallWildcards>", "", self.read_text("opt/product/un/install.xml"),
                       count=1, flags=re.S)
         self.host("opt/product").rename(self.host("kept"))

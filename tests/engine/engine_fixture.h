@@ -8,14 +8,15 @@
 #include "description/file_sets.h"
 #include "description/product_description.h"
 #include "description/variable_exclusions.h"
+#include "engine/engine_parts.h"
+#include "engine/report.h"
+#include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 #include "package/cabinet.h"
 #include "package/package_writer.h"
-#include "support/p_file_console.h"
 
-// A product with its package, on a disk in memory.
+// A product with its package, on a machine in memory.
 class EngineTest : public DescriptionTest {
 protected:
     struct Packed {
@@ -38,7 +39,7 @@ protected:
         options.stripes = 1;
         options.level = 1;
         PackageWriter(files_).write(list, options, "/package");
-        ASSERT_EQ(cabinet_.load("/package", 0), 0);
+        ASSERT_EQ(cabinet_.load("/package", 0), Cabinet::LoadResult::kLoaded);
         files_.clearOperations();
         log_.clear();
     }
@@ -47,21 +48,34 @@ protected:
     void describe(const std::string& content) {
         parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
         fileSets_.readFileSets([this](const std::string& alias) {
-            const std::int32_t index = cabinet_.findAlias(alias);
-            return index < 0 ? 0 : static_cast<std::int32_t>(cabinet_.entry(index).fileSize());
+            const std::optional<std::int32_t> index = cabinet_.findAlias(alias);
+            return index ? static_cast<std::int32_t>(cabinet_.entry(*index).fileSize()) : 0;
         });
         controls_.read(document_, console_);
         log_.clear();
     }
+    // Runs a job with a report of its own.
+    template <typename Job>
+    auto report(Job&& job) {
+        Report report(&ui_, &errors_);
+        return job(report);
+    }
 
-    MemoryFileSystem files_;
+    FakePlatform machine_;
+    MemoryFileSystem& files_ = machine_.files;
     InstallingSystem system_{files_};
     RecordingUI ui_;
-    Cabinet cabinet_{files_};
+    ErrorList errors_;
+    Report report_{&ui_, &errors_};
+    Cabinet cabinet_{files_, DebugLog()};
     ProductDescription product_{document_, expressions_};
     FileSets fileSets_{document_, expressions_};
     ControlVariables controls_;
     VariableExclusions exclusions_;
-    PFileConsole installLog_{files_};
-    std::int32_t debugLevel_ = 0;
+    EngineParts parts_{
+        {document_, expressions_, variables_, product_, fileSets_, controls_, exclusions_},
+        cabinet_,
+        machine_.bundle(),
+        system_,
+        console_};
 };

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/report.h"
 #include "fakes/installing_system.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
@@ -16,7 +17,7 @@ class FileInUseTest : public testing::Test {
 protected:
     FileInUseTest() { files_.addFile(kProgram, "old"); }
     bool free(const char* path = kProgram, std::uint32_t wait = 2000) {
-        return FileInUse(files_, system_).deleteFileInUse(&ui_, path, wait);
+        return FileInUse(files_, system_, report_).deleteFileInUse(path, wait);
     }
     std::vector<std::string> closings() const {
         std::vector<std::string> found;
@@ -31,9 +32,10 @@ protected:
     MemoryFileSystem files_;
     InstallingSystem system_{files_};
     RecordingUI ui_;
+    Report report_{&ui_, nullptr};
 };
 
-TEST_F(FileInUseTest, stopsTheProgramAndDeletesItsFile) {
+TEST_F(FileInUseTest, StopsTheProgramAndDeletesItsFile) {
     system_.running = {"tool.exe"};
     EXPECT_TRUE(free());
     EXPECT_FALSE(files_.hasFile(kProgram));
@@ -41,7 +43,7 @@ TEST_F(FileInUseTest, stopsTheProgramAndDeletesItsFile) {
     EXPECT_EQ(system_.slept, 0U);
 }
 
-TEST_F(FileInUseTest, asksAServiceToStopWhenTheProgramDoesNot) {
+TEST_F(FileInUseTest, AsksAServiceToStopWhenTheProgramDoesNot) {
     system_.running = {"tool.exe"};
     system_.closingNeedsService = true;
     EXPECT_TRUE(free());
@@ -49,7 +51,7 @@ TEST_F(FileInUseTest, asksAServiceToStopWhenTheProgramDoesNot) {
                                                     "closeApplication(tool.exe, service)"}));
 }
 
-TEST_F(FileInUseTest, waitsForTheEndInStepsAndKeepsTheFrontEndAlive) {
+TEST_F(FileInUseTest, WaitsForTheEndInStepsAndKeepsTheFrontEndAlive) {
     system_.running = {"tool.exe"};
     system_.looksBeforeEnd = 3;
     EXPECT_TRUE(free());
@@ -57,21 +59,21 @@ TEST_F(FileInUseTest, waitsForTheEndInStepsAndKeepsTheFrontEndAlive) {
     EXPECT_EQ(ui_.calls, std::vector<std::string>(3, "pumpEvents()"));
 }
 
-TEST_F(FileInUseTest, givesUpWaitingAtTheLimit) {
+TEST_F(FileInUseTest, GivesUpWaitingAtTheLimit) {
     system_.running = {"tool.exe"};
     system_.looksBeforeEnd = 1000000;
     EXPECT_TRUE(free(kProgram, 200));  // the deletion decides
     EXPECT_EQ(system_.slept, 210U);
 }
 
-TEST_F(FileInUseTest, endsAlsoWithAWaitOfNothing) {
+TEST_F(FileInUseTest, EndsAlsoWithAWaitOfNothing) {
     system_.running = {"tool.exe"};
     system_.looksBeforeEnd = 1000000;
     EXPECT_TRUE(free(kProgram, 0));
     EXPECT_EQ(system_.slept, 1U);
 }
 
-TEST_F(FileInUseTest, leavesAnythingButProgramsAlone) {
+TEST_F(FileInUseTest, LeavesAnythingButProgramsAlone) {
     files_.addFile("C:\\app\\tool.dll", "old");
     files_.addFile("C:\\app\\TOOL.EXE", "old");
     system_.running = {"tool.dll"};
@@ -81,21 +83,22 @@ TEST_F(FileInUseTest, leavesAnythingButProgramsAlone) {
     EXPECT_TRUE(closings().empty());
 }
 
-TEST_F(FileInUseTest, deletesAProgramThatDoesNotRun) {
+TEST_F(FileInUseTest, DeletesAProgramThatDoesNotRun) {
     EXPECT_TRUE(free());
     EXPECT_TRUE(closings().empty());
 }
 
-TEST_F(FileInUseTest, tellsThatTheFileIsStillThere) {
+TEST_F(FileInUseTest, FailsWhenTheFileStays) {
     files_.failAt(Operation::kRemoveFile, kProgram, 1);
     EXPECT_FALSE(free());
     EXPECT_TRUE(files_.hasFile(kProgram));
 }
 
-TEST_F(FileInUseTest, doesWithoutAFrontEnd) {
+TEST_F(FileInUseTest, DoesWithoutAFrontEnd) {
     system_.running = {"tool.exe"};
     system_.looksBeforeEnd = 1;
-    EXPECT_TRUE(FileInUse(files_, system_).deleteFileInUse(nullptr, kProgram, 2000));
+    Report silent(nullptr, nullptr);
+    EXPECT_TRUE(FileInUse(files_, system_, silent).deleteFileInUse(kProgram, 2000));
 }
 
 }  // namespace

@@ -11,9 +11,9 @@ protected:
     FilePlanner planner_{fileSets_, expressions_, console_};
 };
 
-TEST_F(FilePlannerTest, selectsByDestinationAndBothConditions) {
-    variables_.setVariable("YES", "1");
-    variables_.setVariable("NO", "0");
+TEST_F(FilePlannerTest, SelectsByDestinationAndBothConditions) {
+    variables_.set("YES", "1");
+    variables_.set("NO", "0");
     describe(
         "<FileSet Name='On' Condition='[YES]==1'>"
         "<FN Dest='/a' Condition='broken('>d</FN>"
@@ -26,8 +26,8 @@ TEST_F(FilePlannerTest, selectsByDestinationAndBothConditions) {
     EXPECT_FALSE(planner_.isSelected(file(4)));  // its file set's condition
 }
 
-TEST_F(FilePlannerTest, expandsAndCollapsesTheDirectory) {
-    variables_.setVariable("ROOT", "C:\\apps");
+TEST_F(FilePlannerTest, ExpandsAndCollapsesTheDirectory) {
+    variables_.set("ROOT", "C:\\apps");
     describe("<FileSet Name='S'><FN Dest='[ROOT]//bin/'>x/tool.exe</FN></FileSet>");
     std::string directory;
     EXPECT_TRUE(planner_.findDirectory(file(0), directory));
@@ -35,7 +35,7 @@ TEST_F(FilePlannerTest, expandsAndCollapsesTheDirectory) {
     EXPECT_EQ(FilePlanner::pathIn(directory, file(0)), "C:\\apps/bin\\tool.exe");
 }
 
-TEST_F(FilePlannerTest, cutsADirectoryAtTheCapacityOfAPath) {
+TEST_F(FilePlannerTest, CutsADirectoryAtTheCapacityOfAPath) {
     describe("<FileSet Name='S'><FN Dest='/" + std::string(1600, 'd') + "'>f</FN></FileSet>");
     std::string directory;
     EXPECT_TRUE(planner_.findDirectory(file(0), directory));
@@ -43,19 +43,19 @@ TEST_F(FilePlannerTest, cutsADirectoryAtTheCapacityOfAPath) {
     EXPECT_LE(FilePlanner::pathIn(directory, file(0)).size(), 1559U);
 }
 
-TEST_F(FilePlannerTest, looksAgainWhenVariablesMayHaveChanged) {
-    variables_.setVariable("ON", "1");
-    variables_.setVariable("ROOT", "/a");
+TEST_F(FilePlannerTest, KeepsItsAnswersForOneInstallation) {
+    variables_.set("ON", "1");
+    variables_.set("ROOT", "/a");
     describe("<FileSet Name='S' Condition='[ON]==1'><FN Dest='[ROOT]'>f</FN></FileSet>");
     std::string directory;
     EXPECT_TRUE(planner_.isSelected(file(0)));
     EXPECT_TRUE(planner_.findDirectory(file(0), directory));
-    variables_.setVariable("ON", "0");
-    variables_.setVariable("ROOT", "/b");
+    variables_.set("ON", "0");
+    variables_.set("ROOT", "/b");
     EXPECT_TRUE(planner_.isSelected(file(0)));
-    planner_.forget();
-    EXPECT_FALSE(planner_.isSelected(file(0)));
-    EXPECT_TRUE(planner_.findDirectory(file(0), directory));
+    FilePlanner next(fileSets_, expressions_, console_);
+    EXPECT_FALSE(next.isSelected(file(0)));
+    EXPECT_TRUE(next.findDirectory(file(0), directory));
     EXPECT_EQ(directory, "/b\\");
 }
 

@@ -4,12 +4,20 @@
 
 namespace {
 
-class InstallationRecordsTest : public InstallationTest {};
+using Operation = MemoryFileSystem::Operation;
 
-TEST_F(InstallationRecordsTest, opensBothUnderTemporaryNamesAndPublishesThem) {
+class InstallationRecordsTest : public InstallationTest {
+protected:
+    PFileConsole logFile_{files_};
+    ActionLogWriter writer_{logFile_};
+    BackupFile archive_{files_};
+    InstallationRecords records_{parts_, writer_, archive_};
+};
+
+TEST_F(InstallationRecordsTest, OpensBothUnderTemporaryNamesAndPublishesThem) {
     files_.addDirectory("/app");
     describe(kUninstall);
-    variables_.setVariable("A", "1");
+    variables_.set("A", "1");
     ASSERT_TRUE(records_.open());
     EXPECT_TRUE(files_.hasFile("/tmp/orinstall1"));
     EXPECT_TRUE(files_.hasFile("/tmp/orinstall2"));
@@ -21,24 +29,123 @@ TEST_F(InstallationRecordsTest, opensBothUnderTemporaryNamesAndPublishesThem) {
               "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t1\r\nVAR\tA\t1\r\nFILE\tCREATE\t/x\r\n");
 }
 
-TEST_F(InstallationRecordsTest, expandsTheFinalNamesAtTheEnd) {
+TEST_F(InstallationRecordsTest, ExpandsTheFinalNamesAtTheEnd) {
     files_.addDirectory("/late");
     describe(
         "<Installation><Uninstall><InstallLogFile>[WHERE]/install.log</InstallLogFile></Uninstall>"
         "</Installation>");
-    variables_.setVariable("WHERE", "/early");
+    variables_.set("WHERE", "/early");
     ASSERT_TRUE(records_.open());
-    variables_.setVariable("WHERE", "/late");
+    variables_.set("WHERE", "/late");
     EXPECT_TRUE(records_.publish());
     EXPECT_TRUE(files_.hasFile("/late/install.log"));
 }
 
-TEST_F(InstallationRecordsTest, leavesNothingWhenTheLogCannotBeOpened) {
+TEST_F(InstallationRecordsTest, LeavesNothingWhenTheLogCannotBeOpened) {
     files_.setReadOnly("/tmp");
     describe(kUninstall);
     EXPECT_FALSE(records_.open());
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: Obtaining temp filename for install temp log!"});
     EXPECT_TRUE(files_.allFiles().empty());
+}
+
+// Records that were opened, and are to be published.
+class PublishTest : public InstallationRecordsTest {
+protected:
+    PublishTest() { files_.addDirectory("/app"); }
+
+    bool publish(const std::string& log = "/app/install.log",
+                 const std::string& archive = "/app/backup.bin") {
+        describe("<Installation><Uninstall><InstallLogFile>" + log + "</InstallLogFile><InstallBackupFile>" +
+                 archive + "</InstallBackupFile></Uninstall></Installation>");
+        EXPECT_TRUE(records_.open());
+        return records_.publish();
+    }
+    bool hasLog(const std::string& path) { return files_.content(path).ends_with("NUMVARS\t0\r\n"); }
+    bool hasArchive(const std::string& path) { return BackupFile(files_).isBackupFile(path); }
+};
+
+TEST_F(PublishTest, PublishesBothAndLeavesNoTemporaryFile) {
+    EXPECT_TRUE(publish());
+    EXPECT_EQ(files_.allFiles(), (std::vector<std::string>{"/app/backup.bin", "/app/install.log"}));
+    EXPECT_TRUE(hasLog("/app/install.log"));
+    EXPECT_TRUE(hasArchive("/app/backup.bin"));
+}
+
+TEST_F(PublishTest, ReplacesWhatIsThere) {
+    files_.addFile("/app/install.log", std::string(500, 'l'));
+    files_.addFile("/app/backup.bin", std::string(500, 'a'));
+    EXPECT_TRUE(publish());
+    EXPECT_TRUE(hasLog("/app/install.log"));
+    EXPECT_TRUE(hasArchive("/app/backup.bin"));
+    EXPECT_LT(files_.content("/app/install.log").size(), 500U);
+    EXPECT_LT(files_.content("/app/backup.bin").size(), 500U);
+}
+
+TEST_F(PublishTest, CopiesWhatCannotBeMovedForThisUserAlone) {
+    files_.addFile("/app/backup.bin", "an old archive that all can read");
+    files_.failAt(Operation::kReplaceFile, "/tmp/orinstall1", 1);
+    files_.failAt(Operation::kReplaceFile, "/tmp/orinstall2", 1);
+    EXPECT_TRUE(publish());
+    EXPECT_EQ(files_.allFiles(), (std::vector<std::string>{"/app/backup.bin", "/app/install.log"}));
+    EXPECT_TRUE(hasLog("/app/install.log"));
+    EXPECT_TRUE(hasArchive("/app/backup.bin"));
+    EXPECT_TRUE(files_.isPrivate("/app/install.log"));
+    EXPECT_TRUE(files_.isPrivate("/app/backup.bin"));
+}
+
+TEST_F(PublishTest, PublishesNothingUnderEmptyNames) {
+    EXPECT_TRUE(publish("", ""));
+    EXPECT_TRUE(files_.allFiles().empty());
+    EXPECT_TRUE(log_.lines().empty());
+}
+
+TEST_F(PublishTest, LogsALogThatCannotBePublishedAndKeepsIt) {
+    EXPECT_FALSE(publish("/missing/install.log"));
+    EXPECT_TRUE(hasLog("/tmp/orinstall1"));
+    EXPECT_TRUE(hasArchive("/app/backup.bin"));
+    EXPECT_EQ(log_.lines(),
+              std::vector<std::string>{"ERROR: The install log could not be written to "
+                                       "/missing/install.log; it stays at /tmp/orinstall1"});
+}
+
+TEST_F(PublishTest, KeepsAnArchiveThatCannotBePublished) {
+    files_.failAt(Operation::kReplaceFile, "/tmp/orinstall2", 1);
+    files_.failFrom(Operation::kWrite, "/app/backup.bin", 1, 112);
+    EXPECT_FALSE(publish());
+    EXPECT_TRUE(hasArchive("/tmp/orinstall2"));
+    EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: The backup file could not be written to "
+                                                     "/app/backup.bin; it stays at /tmp/orinstall2"});
+}
+
+class LoggedVariablesTest : public EngineTest {
+protected:
+    std::string names() {
+        std::string all;
+        for (const LoggedVariable& variable : loggedVariables(parts_.model)) {
+            all += std::string(variable.name) + "=" + std::string(variable.value) + ";";
+        }
+        return all;
+    }
+};
+
+TEST_F(LoggedVariablesTest, KeepsTheStoresOrderWithoutWhatIsExcludedFromLogs) {
+    for (const char* name : {"B", "HIDDEN", "A", "CONFIG"}) {
+        variables_.set(name, "1");
+    }
+    exclusions_.add("HIDDEN", kExcludeFromAll);
+    exclusions_.add("CONFIG", kExcludeFromConfig);
+    EXPECT_EQ(names(), "B=1;A=1;CONFIG=1;");
+}
+
+TEST_F(LoggedVariablesTest, ComparesExclusionsExactly) {
+    variables_.set("Hidden", "1");
+    exclusions_.add("HIDDEN", kExcludeFromLog);
+    EXPECT_EQ(names(), "Hidden=1;");
+}
+
+TEST_F(LoggedVariablesTest, HasNothingToKeepInAnEmptyStore) {
+    EXPECT_EQ(names(), "");
 }
 
 }  // namespace

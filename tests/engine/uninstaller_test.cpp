@@ -43,11 +43,10 @@ protected:
     void backUp(const std::string& path, const std::string& former, const std::string& installed) {
         files_.addFile(path, installed);
         BackupFile archive(files_);
-        const std::uint32_t sum = archive.fileCheckSum(path.c_str());
+        const std::uint32_t sum = archive.fileCheckSum(path);
         files_.addFile(path, former);
-        ASSERT_EQ(archive.openForWriting("/app/backup.bin"), 0);
-        ASSERT_TRUE(
-            archive.addFile(path.c_str(), static_cast<std::int64_t>(path.size()) + 1, sum, true).isEmpty());
+        ASSERT_TRUE(archive.openForWriting("/app/backup.bin"));
+        ASSERT_EQ(archive.addFile(path, sum), std::nullopt);
         ASSERT_EQ(archive.close(), 0);
         files_.addFile(path, installed);
     }

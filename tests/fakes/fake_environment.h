@@ -11,7 +11,8 @@
 class FakeEnvironment : public platform::Environment {
 public:
     std::map<std::string, std::string> variables;
-    std::set<std::string> refused;  // setting these fails
+    std::set<std::string> refused;                 // setting these fails
+    std::string program = "D:\\setup\\setup.exe";  // empty: the path can't be read
 
     std::optional<std::string> get(std::string_view name) override {
         const auto found = variables.find(std::string(name));
@@ -24,6 +25,14 @@ public:
             return false;
         }
         variables[key] = value;
+        return true;
+    }
+
+    bool programPath(std::string& outPath) override {
+        if (program.empty()) {
+            return false;
+        }
+        outPath = program;
         return true;
     }
 };

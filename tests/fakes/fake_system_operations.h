@@ -1,12 +1,13 @@
 #pragma once
 
+#include <initializer_list>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
-#include "base/text_functions.h"
 #include "contracts/system_operations.h"
 
 // The operating system as tables that a test fills; operations that change something are written down.
@@ -26,13 +27,14 @@ public:
     std::map<std::string, std::vector<std::string>> registryKeys;  // names by "place\path"
     std::string temporaryFile = "/tmp/orinstall1";
     bool copyWorks = true;
+    bool registrationWorks = true;
+    std::set<std::string> staying;  // applications whose uninstallers don't remove them
 
-    int getTemporaryFileName(char* buffer, int size) override {
-        OUtils::copyText(buffer, temporaryFile.c_str(), size);
-        return temporaryFile.empty() ? -1 : 0;
+    std::optional<std::string> temporaryFileName() override {
+        return temporaryFile.empty() ? std::nullopt : std::optional(temporaryFile);
     }
 
-    bool findUninstallEntry(const char* applicationName, std::uint32_t flags) override {
+    bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) override {
         calls.push_back("findUninstallEntry(" + std::string(applicationName) + viewOf(flags) + ")");
         for (const InstalledApplication& application : installed) {
             if (application.name == applicationName && isInView(application, flags)) {
@@ -41,62 +43,77 @@ public:
         }
         return false;
     }
-    void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
-                                const char* publisher, std::uint32_t flags) override {
-        calls.push_back("findEntriesByPublisher(" + std::string(nameFilter) + ", " + publisher +
+    std::vector<std::string> findEntriesByPublisher(std::string_view nameFilter, std::string_view publisher,
+                                                    std::uint32_t flags) override {
+        calls.push_back("findEntriesByPublisher(" + std::string(nameFilter) + ", " + std::string(publisher) +
                         viewOf(flags) + ")");
+        std::vector<std::string> names;
         for (const InstalledApplication& application : installed) {
             if (application.name.find(nameFilter) != std::string::npos &&
                 application.publisher.find(publisher) != std::string::npos && isInView(application, flags)) {
-                outNames.push_back(application.name);
+                names.push_back(application.name);
             }
         }
+        return names;
     }
-    bool getApplicationLogFile(const char* applicationName, char* buffer, int size) override {
+    std::optional<std::string> applicationLogFile(std::string_view applicationName) override {
         for (const InstalledApplication& application : installed) {
             if (application.name == applicationName && !application.logFile.empty()) {
-                OUtils::copyText(buffer, application.logFile.c_str(), size);
-                return true;
+                return application.logFile;
             }
         }
-        return false;
+        return std::nullopt;
+    }
+    bool registerApplication(const ApplicationEntry& entry) override {
+        calls.push_back("registerApplication(" + entry.name + ", " + entry.version + ", " + entry.website +
+                        ", " + entry.command + " " + entry.arguments + ")");
+        return registrationWorks;
+    }
+    bool removeUninstallEntry(std::string_view applicationName) override {
+        calls.push_back("removeUninstallEntry(" + std::string(applicationName) + ")");
+        return std::erase_if(installed, [&](const InstalledApplication& application) {
+                   return application.name == applicationName && !application.in32BitView;
+               }) != 0;
     }
 
-    bool isApplicationRunning(const char* name, const char* directory) override {
+    bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
+                              std::uint32_t flags, InstallerUI*) override {
+        calls.push_back("uninstallApplication(" + std::string(applicationName) +
+                        (arguments.empty() ? "" : ", " + std::string(arguments)) + viewOf(flags) +
+                        ((flags & kEntryWait) != 0 ? ", wait" : "") + ")");
+        return std::erase_if(installed, [&](const InstalledApplication& application) {
+                   return application.name == applicationName && isInView(application, flags) &&
+                          !staying.contains(application.name);
+               }) != 0;
+    }
+
+    bool isApplicationRunning(std::string_view name, std::string_view directory) override {
         calls.push_back("isApplicationRunning(" + std::string(name) + ")");
-        const bool anywhere = directory == nullptr || *directory == '\0';
-        return running.contains(anywhere ? std::string(name) : std::string(name) + "@" + directory);
+        return running.contains(std::string(name) + (directory.empty() ? "" : "@" + std::string(directory)));
     }
-    bool closeApplication(const char* name, bool isService, const char* directory) override {
+    bool closeApplication(std::string_view name, bool isService, std::string_view directory) override {
         calls.push_back("closeApplication(" + std::string(name) + (isService ? ", service" : "") +
-                        (directory == nullptr ? "" : ", " + std::string(directory)) + ")");
-        return running.erase(name) != 0;
+                        (directory.empty() ? "" : ", " + std::string(directory)) + ")");
+        return running.erase(std::string(name)) != 0;
     }
 
-    bool copyFile(const char* from, const char* to) override {
-        calls.push_back("copyFile(" + std::string(from) + ", " + to + ")");
+    bool copyFile(std::string_view from, std::string_view to) override {
+        calls.push_back("copyFile(" + std::string(from) + ", " + std::string(to) + ")");
         return copyWorks;
     }
 
-    bool readRegistryValue(const char* place, const char* path, const char* valueName,
-                           SystemRegistryValue& outValue) override {
-        const auto found = registryValues.find(std::string(place) + "\\" + path + "\\" + valueName);
-        if (found == registryValues.end()) {
-            return false;
-        }
-        outValue = found->second;
-        return true;
+    std::optional<SystemRegistryValue> readRegistryValue(std::string_view place, std::string_view path,
+                                                         std::string_view valueName) override {
+        const auto found = registryValues.find(join({place, path, valueName}));
+        return found == registryValues.end() ? std::nullopt : std::optional(found->second);
     }
-    bool listRegistryKeys(const char* place, const char* path, std::vector<std::string>& outNames) override {
-        const auto found = registryKeys.find(std::string(place) + "\\" + path);
-        if (found == registryKeys.end()) {
-            return false;
-        }
-        outNames.insert(outNames.end(), found->second.begin(), found->second.end());
-        return true;
+    std::optional<std::vector<std::string>> listRegistryKeys(std::string_view place,
+                                                             std::string_view path) override {
+        const auto found = registryKeys.find(join({place, path}));
+        return found == registryKeys.end() ? std::nullopt : std::optional(found->second);
     }
 
-    bool openInDefaultBrowser(const char* url) override {
+    bool openInDefaultBrowser(std::string_view url) override {
         calls.push_back("openInDefaultBrowser(" + std::string(url) + ")");
         return true;
     }
@@ -105,6 +122,13 @@ public:
     }
 
 private:
+    static std::string join(std::initializer_list<std::string_view> parts) {
+        std::string text;
+        for (const std::string_view part : parts) {
+            text += (text.empty() ? "" : "\\") + std::string(part);
+        }
+        return text;
+    }
     static std::string viewOf(std::uint32_t flags) { return (flags & kEntryIn32BitView) != 0 ? ", x86" : ""; }
     static bool isInView(const InstalledApplication& application, std::uint32_t flags) {
         return application.in32BitView == ((flags & kEntryIn32BitView) != 0);

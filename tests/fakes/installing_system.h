@@ -17,17 +17,17 @@ public:
     int looksBeforeEnd = 0;            // so many looks still find a closed program
     std::uint32_t slept = 0;           // milliseconds
 
-    int getTemporaryFileName(char* buffer, int size) override {
-        const bool hasName = temporaryNamesLeft-- > 0;
-        const std::string name = hasName ? "/tmp/orinstall" + std::to_string(++names_) : "";
-        OUtils::copyText(buffer, name.c_str(), size);
-        return hasName ? 0 : -1;
+    std::optional<std::string> temporaryFileName() override {
+        if (temporaryNamesLeft-- <= 0) {
+            return std::nullopt;
+        }
+        return "/tmp/orinstall" + std::to_string(++names_);
     }
-    bool isApplicationRunning(const char* name, const char* directory) override {
+    bool isApplicationRunning(std::string_view name, std::string_view directory) override {
         const bool ends = ending_ == name && looksBeforeEnd-- > 0;
         return ends || FakeSystemOperations::isApplicationRunning(name, directory);
     }
-    bool closeApplication(const char* name, bool isService, const char* directory) override {
+    bool closeApplication(std::string_view name, bool isService, std::string_view directory) override {
         if (closingNeedsService && !isService) {
             calls.push_back("closeApplication(" + std::string(name) + ") in vain");
             return false;
@@ -35,7 +35,9 @@ public:
         ending_ = name;
         return FakeSystemOperations::closeApplication(name, isService, directory);
     }
-    bool copyFile(const char* from, const char* to) override { return OUtils::copyFile(from, to, files_); }
+    bool copyFile(std::string_view from, std::string_view to) override {
+        return OUtils::copyFile(from, to, files_);
+    }
     void sleepMilliseconds(std::uint32_t milliseconds) override { slept += milliseconds; }
 
 private:

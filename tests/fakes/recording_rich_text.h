@@ -5,11 +5,11 @@
 
 #include "text/rich_text_callback.h"
 
-// Writes down each call as a line: its name and its arguments. addChar is written with all the text up to the
-// terminating zero, which shows that the text arrived whole and in how many calls.
+// Records each call as a line with its name and its arguments. The text of addChar shows that a text arrived
+// whole and in how many calls.
 class RecordingRichText : public RichTextCallback {
 public:
-    void addChar(const char* text) override { calls.push_back("addChar " + std::string(text)); }
+    void addChar(std::string_view text) override { calls.push_back("addChar " + std::string(text)); }
     void paragraph() override { calls.emplace_back("paragraph"); }
     void setStyle(RichTextStyle kind, bool on) override {
         calls.push_back("setStyle " + std::to_string(static_cast<int>(kind)) + (on ? " 1" : " 0"));

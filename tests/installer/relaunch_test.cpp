@@ -5,7 +5,6 @@
 #include "fakes/fake_console.h"
 #include "fakes/fake_platform.h"
 #include "installer/run_options.h"
-#include "platform/program.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -13,20 +12,19 @@ namespace {
 class RelaunchTest : public testing::Test {
 protected:
     RelaunchTest() {
-        EXPECT_TRUE(platform::ownImagePath(image_));
-        machine_.files.addFile(image_, "the program");
+        machine_.environment.program = "/product/uninstall";
+        machine_.files.addFile("/product/uninstall", "the program");
         machine_.files.addFile("/product/install.log", "the log");
-        options_.uninstallLog = "/product/install.log";
         options_.uninstallApp = "My Product";
     }
 
-    int relaunch(int debugLevel = 0) {
+    bool relaunch() {
         platform::Platform bundle = machine_.bundle();
-        return UninstallRelaunch(bundle, log_).run(options_, debugLevel);
+        return UninstallRelaunch(bundle, log_).run(logPath_, options_);
     }
 
     void expectFailure() {
-        EXPECT_EQ(relaunch(), -1);
+        EXPECT_FALSE(relaunch());
         EXPECT_EQ(machine_.events.signals, std::vector<std::string>{kUninstallerEndEvent});
         EXPECT_TRUE(machine_.processes.started.empty() || machine_.processes.startError != 0);
     }
@@ -34,11 +32,11 @@ protected:
     FakePlatform machine_;
     FakeConsole log_;
     RunOptions options_;
-    std::string image_;
+    std::string logPath_ = "/product/install.log";
 };
 
 TEST_F(RelaunchTest, CopiesLogAndImageAndStartsTheCopy) {
-    EXPECT_EQ(relaunch(), 0);
+    EXPECT_TRUE(relaunch());
     EXPECT_EQ(machine_.files.content("/tmp/ormeluninst.log"), "the log");
     EXPECT_EQ(machine_.files.content("/tmp/ormeluninst.dll"), "the program");
     EXPECT_TRUE(machine_.files.isExecutable("/tmp/ormeluninst.dll"));
@@ -58,7 +56,7 @@ TEST_F(RelaunchTest, PassesTheConsoleSilenceAndDebugLevelOn) {
 }
 
 TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {
-    options_.uninstallApp = nullptr;
+    options_.uninstallApp.clear();
     EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 0),
               "\"i\" -uninstallFile=\"l\" -uninstallApp=\"\"");
 }
@@ -66,7 +64,7 @@ TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {
 TEST_F(RelaunchTest, CopiesGoOverLinksAndNotThroughThem) {
     machine_.files.addFile("/home/precious", "mine");
     machine_.files.addLink("/tmp/ormeluninst.dll", "/home/precious");
-    EXPECT_EQ(relaunch(), 0);
+    EXPECT_TRUE(relaunch());
     EXPECT_EQ(machine_.files.content("/home/precious"), "mine");
 }
 
@@ -86,7 +84,7 @@ TEST_F(RelaunchTest, WithoutATemporaryDirectoryItFails) {
 }
 
 TEST_F(RelaunchTest, WithoutTheLogItFails) {
-    options_.uninstallLog = "/product/none.log";
+    logPath_ = "/product/none.log";
     expectFailure();
 }
 

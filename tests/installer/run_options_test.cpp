@@ -26,11 +26,11 @@ TEST_F(RunOptionsTest, WithoutOptionsTheWizardRunsWithBackups) {
     EXPECT_FALSE(options.autoMode);
     EXPECT_EQ(options.quiet, 0);
     EXPECT_EQ(options.sessionFlags, kSessionBackup);
-    EXPECT_EQ(options.configFile, nullptr);
-    EXPECT_EQ(options.binFile, nullptr);
-    EXPECT_EQ(options.uninstallLog, nullptr);
-    EXPECT_EQ(options.uninstallApp, nullptr);
-    EXPECT_EQ(options.uninstallFile, nullptr);
+    EXPECT_EQ(options.configFile, std::nullopt);
+    EXPECT_EQ(options.binFile, std::nullopt);
+    EXPECT_EQ(options.uninstallLog, std::nullopt);
+    EXPECT_EQ(options.uninstallApp, "");
+    EXPECT_EQ(options.uninstallFile, std::nullopt);
 }
 
 TEST_F(RunOptionsTest, AutoCountsByItsPresenceAlone) {
@@ -45,7 +45,7 @@ TEST_F(RunOptionsTest, AutoWinsOverAWantedWizard) {
 
 TEST_F(RunOptionsTest, AnAnswersFileIsQuietOnTheConsole) {
     const RunOptions options = read({"-configFile=x", "-gui=1"});
-    EXPECT_STREQ(options.configFile, "x");
+    EXPECT_EQ(options.configFile, "x");
     EXPECT_EQ(options.gui, 0);
     EXPECT_EQ(options.quiet, 1);
 }
@@ -69,8 +69,8 @@ TEST_F(RunOptionsTest, BackupsCanBeTurnedOff) {
 TEST_F(RunOptionsTest, TheSecondStageOfUninstallingStartsFromALog) {
     const RunOptions options = read({"-uninstallFile=log", "-uninstallApp=Product"});
     EXPECT_EQ(options.sessionFlags, kSessionBackup | kSessionActionLog);
-    EXPECT_STREQ(options.uninstallFile, "log");
-    EXPECT_STREQ(options.uninstallApp, "Product");
+    EXPECT_EQ(options.uninstallFile, "log");
+    EXPECT_EQ(options.uninstallApp, "Product");
 }
 
 TEST_F(RunOptionsTest, BothDashesAreAccepted) {

@@ -43,18 +43,18 @@ TEST(ExecutableImage, CountsTheSymbolsOfAnUnstrippedPe) {
     image.resize(symbols + 3 * 18 + 10);
     setNumber(image, symbols + 3 * 18, 10);  // the strings' size, itself included
     EXPECT_EQ(measureExecutableImage(image).problem, ImageProblem::kNone);
-    EXPECT_EQ(measureExecutableImage(image + "x").problem, ImageProblem::kDataBehind);
+    EXPECT_EQ(measureExecutableImage(image + "x").problem, ImageProblem::kDataAfter);
 }
 
-TEST(ExecutableImage, TellsDataBehindTheImage) {
+TEST(ExecutableImage, ReportsDataAfterTheImage) {
     for (const std::string& image : {peImage("data"), elfImage("data")}) {
         const ExecutableImage measured = measureExecutableImage(image + "x");
-        EXPECT_EQ(measured.problem, ImageProblem::kDataBehind);
+        EXPECT_EQ(measured.problem, ImageProblem::kDataAfter);
         EXPECT_EQ(measured.end, image.size());
     }
 }
 
-TEST(ExecutableImage, TellsACutImageAtEveryLength) {
+TEST(ExecutableImage, ReportsACutImageAtEveryLength) {
     for (const std::string& image : {peImage("data"), elfImage("data")}) {
         for (std::size_t size = 4; size < image.size(); ++size) {
             EXPECT_EQ(measureExecutableImage(image.substr(0, size)).problem, ImageProblem::kCut) << size;

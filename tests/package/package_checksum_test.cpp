@@ -126,7 +126,7 @@ TEST_F(PackageChecksumTest, FailsForAnyChangedByteOfTheTrailer) {
     }
 }
 
-TEST_F(PackageChecksumTest, AcceptsASignatureBehindThePadding) {
+TEST_F(PackageChecksumTest, AcceptsASignatureAfterThePadding) {
     const std::string file = content(6001);
     EXPECT_TRUE(verify(file + trailer2(file) + std::string(7, '\0') + std::string(9000, '\x30')));
 }
@@ -167,13 +167,12 @@ TEST(PackageChecksum, WorksOnARealFile) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("setup");
     writeTestFile(path, content(150000));
-    ASSERT_EQ(appendInstallerChecksum(path.c_str(), ChecksumVersion::kVersion2), 0);
-    EXPECT_TRUE(verifyInstallerChecksum(path.c_str()));
+    ASSERT_EQ(appendInstallerChecksum(path, ChecksumVersion::kVersion2, platform::systemFileSystem()), 0);
+    EXPECT_TRUE(verifyInstallerChecksum(path, platform::systemFileSystem()));
     EXPECT_EQ(readTestFile(path), content(150000) + trailer2(content(150000)));
 }
 
 TEST(ChecksumVersionFor, LooksAtTheFirstCharacterOnly) {
-    EXPECT_EQ(checksumVersionFor(nullptr), ChecksumVersion::kVersion2);
     EXPECT_EQ(checksumVersionFor(""), ChecksumVersion::kVersion2);
     EXPECT_EQ(checksumVersionFor("0"), ChecksumVersion::kVersion2);
     EXPECT_EQ(checksumVersionFor("1"), ChecksumVersion::kVersion1);

@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::string_literals;
 
-// Put together here, so that this program holds the text in one piece only where the package layer has it.
+// Assembled here, so that this program contains the whole text only where the package layer has it.
 std::string marker() {
     return std::string("_BINARY") + "IMAGE" + "OFFSET_" + '\0';
 }
@@ -22,12 +22,10 @@ TEST(PackageStamp, OverwritesTheFirstFourBytes) {
     std::string image = "head" + marker() + "tail";
     EXPECT_EQ(stampPackageOffset(image, 0x01020304), StampResult::kStamped);
     EXPECT_EQ(image, "head\x04\x03\x02\x01" + marker().substr(4) + "tail");
-    std::uint32_t offset = 0;
-    EXPECT_TRUE(findStampedOffset(image, offset));
-    EXPECT_EQ(offset, 0x01020304U);
+    EXPECT_EQ(findStampedOffset(image), 0x01020304U);
 }
 
-TEST(PackageStamp, LeavesAnImageWithoutOneMarkerAlone) {
+TEST(PackageStamp, LeavesAnImageAloneUnlessItHasOneMarker) {
     std::string none = "no marker _BINARYIMAGE";
     EXPECT_EQ(stampPackageOffset(none, 1), StampResult::kNoMarker);
     std::string unterminated = marker().substr(0, 19) + "x";
@@ -38,12 +36,10 @@ TEST(PackageStamp, LeavesAnImageWithoutOneMarkerAlone) {
     EXPECT_EQ(changed, twice);
 }
 
-TEST(PackageStamp, FindsNoOffsetWhereItIsNotClear) {
-    std::uint32_t offset = 7;
-    EXPECT_FALSE(findStampedOffset("", offset));
-    EXPECT_FALSE(findStampedOffset(marker().substr(4), offset));  // nothing ahead of it
-    EXPECT_FALSE(findStampedOffset(marker() + marker(), offset));
-    EXPECT_EQ(offset, 7U);
+TEST(PackageStamp, FindsNoOffsetWhenItIsAmbiguous) {
+    EXPECT_FALSE(findStampedOffset(""));
+    EXPECT_FALSE(findStampedOffset(marker().substr(4)));  // no room for the number
+    EXPECT_FALSE(findStampedOffset(marker() + marker()));
 }
 
 }  // namespace

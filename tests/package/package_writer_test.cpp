@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "base/errors.h"
 #include "fakes/memory_file_system.h"
@@ -42,7 +45,7 @@ protected:
         }
         return "<none>";
     }
-    // What lies in the directory of the output.
+    // The files in the directory of the output.
     std::vector<std::string> leftOver() const {
         std::vector<std::string> found;
         for (const std::string& path : files_.allFiles()) {
@@ -90,10 +93,10 @@ TEST_F(PackageWriterTest, WritesWhatTheCabinetReads) {
     files_.addFile(kImage, peImage(installerData() + std::string(6000, 'c')));
     write();
     EXPECT_TRUE(verifyInstallerChecksum(kOutput, files_));
-    std::uint32_t offset = 0;
-    ASSERT_TRUE(findStampedOffset(files_.content(kOutput), offset));
-    Cabinet cabinet(files_);
-    ASSERT_EQ(cabinet.load(kOutput, offset), 0);
+    const std::optional<std::uint32_t> offset = findStampedOffset(files_.content(kOutput));
+    ASSERT_TRUE(offset);
+    Cabinet cabinet(files_, DebugLog());
+    ASSERT_EQ(cabinet.load(kOutput, *offset), Cabinet::LoadResult::kLoaded);
     EXPECT_EQ(cabinet.getCount(), 3);
     EXPECT_EQ(cabinet.findAlias("install.xml"), 0);
     EXPECT_EQ(cabinet.entry(2).flags(), 1U);
@@ -107,8 +110,8 @@ TEST_F(PackageWriterTest, WritesNeitherImageNorTrailerForAFileOfItsOwn) {
     EXPECT_EQ(package.substr(0, 64), leadBlock(9, 3));
     EXPECT_EQ(package.find("v2sum: "), std::string::npos);
     EXPECT_FALSE(files_.isExecutable(kOutput));
-    Cabinet cabinet(files_);
-    EXPECT_EQ(cabinet.load(kOutput, 0), 0);
+    Cabinet cabinet(files_, DebugLog());
+    EXPECT_EQ(cabinet.load(kOutput, 0), Cabinet::LoadResult::kLoaded);
 }
 
 TEST_F(PackageWriterTest, WritesTheOldTrailerWhenAskedFor) {
@@ -140,22 +143,21 @@ TEST_F(PackageWriterTest, GivesTheSameBytesEachTime) {
     const std::string first = files_.content(kOutput);
     write();
     EXPECT_EQ(files_.content(kOutput), first);
-    Cabinet cabinet(files_);
-    std::uint32_t offset = 0;
-    ASSERT_TRUE(findStampedOffset(first, offset));
-    EXPECT_EQ(getNumber(first, offset + 64 + 16), 3U);
-    ASSERT_EQ(cabinet.load(kOutput, offset), 0);
-    const EntryContent content = cabinet.entryContent(3);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(content.data), content.size), large);
+    Cabinet cabinet(files_, DebugLog());
+    const std::optional<std::uint32_t> offset = findStampedOffset(first);
+    ASSERT_TRUE(offset);
+    EXPECT_EQ(getNumber(first, *offset + 64 + 16), 3U);
+    ASSERT_EQ(cabinet.load(kOutput, *offset), Cabinet::LoadResult::kLoaded);
+    EXPECT_EQ(cabinet.entryContent(3), large);
 }
 
 TEST_F(PackageWriterTest, CanHoldNothingAtAll) {
     entries_.clear();
     write();
-    std::uint32_t offset = 0;
-    ASSERT_TRUE(findStampedOffset(files_.content(kOutput), offset));
-    Cabinet cabinet(files_);
-    EXPECT_EQ(cabinet.load(kOutput, offset), 0);
+    const std::optional<std::uint32_t> offset = findStampedOffset(files_.content(kOutput));
+    ASSERT_TRUE(offset);
+    Cabinet cabinet(files_, DebugLog());
+    EXPECT_EQ(cabinet.load(kOutput, *offset), Cabinet::LoadResult::kLoaded);
     EXPECT_EQ(cabinet.getCount(), 0);
 }
 
@@ -164,10 +166,10 @@ TEST_F(PackageWriterTest, TakesNamesAndAliasesAtTheirFullLength) {
     const std::string alias = "\xC3\xBC" + std::string(273, 'a');
     entries_.push_back({"/in/empty", name, alias});
     write();
-    std::uint32_t offset = 0;
-    ASSERT_TRUE(findStampedOffset(files_.content(kOutput), offset));
-    Cabinet cabinet(files_);
-    ASSERT_EQ(cabinet.load(kOutput, offset), 0);
+    const std::optional<std::uint32_t> offset = findStampedOffset(files_.content(kOutput));
+    ASSERT_TRUE(offset);
+    Cabinet cabinet(files_, DebugLog());
+    ASSERT_EQ(cabinet.load(kOutput, *offset), Cabinet::LoadResult::kLoaded);
     EXPECT_EQ(cabinet.entry(3).name(), name);
     EXPECT_EQ(cabinet.findAlias(alias), 3);
 }
@@ -192,10 +194,10 @@ TEST_F(PackageWriterTest, RefusesEachStepOverALimitBeforeAnythingIsWritten) {
     refuses({"/in/install.xml", "x", "Banner"},
             "the alias \"Banner\" stands for both /in/banner.PNG and "
             "/in/install.xml: give one of them another Alias");
-    refuses({kOutput, "x", "y"}, std::string(kOutput) + " is packed itself: choose another output");
+    refuses({kOutput, "x", "y"}, std::string(kOutput) + " is to be packed itself: choose another output");
 }
 
-// A file system whose files say that they are large; nobody gets as far as reading them.
+// A file system that reports a large size for a small file.
 class LargeFiles : public MemoryFileSystem {
 public:
     std::int64_t fileSize(std::string_view path) override {
@@ -240,10 +242,10 @@ TEST_F(PackageWriterTest, RefusesImagesThatAreNotBare) {
         EXPECT_EQ(failure(), std::string(kImage) + text);
         EXPECT_TRUE(leftOver().empty());
     };
-    refuses("text", ": this is no executable image: give the bare installer");
-    refuses(good.substr(0, good.size() - 1), ": this image is incomplete: build or copy it anew");
+    refuses("text", ": this is not an executable image: give the bare installer");
+    refuses(good.substr(0, good.size() - 1), ": this image is incomplete: build it or copy it again");
     refuses(good + "x",
-            ": there is data behind this image, it is a package or signed: give the bare, unsigned "
+            ": there is data after this image, so it is a package or signed: give the bare, unsigned "
             "installer");
     refuses(elfImage("nothing"), ": this program can't install such packages: give the bare installer");
     const std::string place =
@@ -261,7 +263,7 @@ TEST_F(PackageWriterTest, RefusesAPackageAsImage) {
     files_.addFile("/in/package", files_.content(kOutput));
     options_.imagePath = "/in/package";
     EXPECT_EQ(failure(),
-              "/in/package: there is data behind this image, it is a package or signed: give the bare, "
+              "/in/package: there is data after this image, so it is a package or signed: give the bare, "
               "unsigned installer");
 }
 
@@ -307,7 +309,7 @@ TEST_F(PackageWriterTest, LeavesAnEarlierOutputAloneWhenItFails) {
     EXPECT_NE(files_.content(kOutput), "earlier");
 }
 
-TEST_F(PackageWriterTest, TellsAFullDiskAtEverySpace) {
+TEST_F(PackageWriterTest, ReportsAFullDiskWhateverSpaceIsLeft) {
     write();
     const auto needed = static_cast<std::int64_t>(files_.content(kOutput).size());
     files_.removeFile(kOutput);
@@ -328,8 +330,9 @@ TEST_F(PackageWriterTest, DoesNotWriteOverADirectory) {
 TEST_F(PackageWriterTest, ReportsProgressUpToTheEnd) {
     std::vector<std::string> reports;
     PackageWriter writer(files_);
-    writer.setProgress(
-        [&](const char* step, int percent) { reports.push_back(step + (" " + std::to_string(percent))); });
+    writer.setProgress([&](std::string_view step, int percent) {
+        reports.push_back(std::string(step) + " " + std::to_string(percent));
+    });
     writer.write(entries_, options_, kOutput);
     ASSERT_FALSE(reports.empty());
     EXPECT_EQ(reports.front(), "Reading files 0");
@@ -360,8 +363,9 @@ TEST(PackageWriter, WritesToARealDisk) {
     options.imagePath = directory.file("installer");
     const std::string output = directory.file("setup");
     writeTestFile(output, "earlier");
-    PackageWriter().write({{directory.file("f\xC3\xBC.txt"), "f\xC3\xBC.txt", "text"}}, options, output);
-    EXPECT_TRUE(verifyInstallerChecksum(output.c_str()));
+    PackageWriter(platform::systemFileSystem())
+        .write({{directory.file("f\xC3\xBC.txt"), "f\xC3\xBC.txt", "text"}}, options, output);
+    EXPECT_TRUE(verifyInstallerChecksum(output, platform::systemFileSystem()));
     EXPECT_FALSE(testFileExists(output + ".part"));
 }
 
@@ -380,11 +384,11 @@ TEST(PackageWriterBig, PacksTheLargestFileAndVeryManyFiles) {
             setNumber(content, i, static_cast<std::uint32_t>(i * 2654435761U));
         }
         writeTestFile(directory.file("large"), content);
-        PackageWriter().write({{directory.file("large"), "large", "large"}}, options, output);
-        Cabinet cabinet;
-        ASSERT_EQ(cabinet.load(output.c_str(), 0), 0);
-        const EntryContent read = cabinet.entryContent(0);
-        EXPECT_EQ(std::string_view(reinterpret_cast<const char*>(read.data), read.size), content);
+        PackageWriter(platform::systemFileSystem())
+            .write({{directory.file("large"), "large", "large"}}, options, output);
+        Cabinet cabinet(platform::systemFileSystem(), DebugLog());
+        ASSERT_EQ(cabinet.load(output, 0), Cabinet::LoadResult::kLoaded);
+        EXPECT_EQ(cabinet.entryContent(0), content);
     }
     writeTestFile(directory.file("small"), std::string(1024, 's'));
     std::vector<PackageFile> entries;
@@ -392,9 +396,9 @@ TEST(PackageWriterBig, PacksTheLargestFileAndVeryManyFiles) {
     for (int i = 0; i < 100000; ++i) {
         entries.push_back({directory.file("small"), "small", "alias" + std::to_string(i)});
     }
-    PackageWriter().write(entries, options, output);
-    Cabinet cabinet;
-    ASSERT_EQ(cabinet.load(output.c_str(), 0), 0);
+    PackageWriter(platform::systemFileSystem()).write(entries, options, output);
+    Cabinet cabinet(platform::systemFileSystem(), DebugLog());
+    ASSERT_EQ(cabinet.load(output, 0), Cabinet::LoadResult::kLoaded);
     EXPECT_EQ(cabinet.getCount(), 100000);
     EXPECT_EQ(cabinet.findAlias("alias99999"), 99999);
 }

@@ -11,6 +11,8 @@ using namespace PackageBytes;
 
 namespace {
 
+using Result = SolidCompressor::Result;
+
 // Text that compresses, but not to nothing.
 std::string sampleData(std::size_t size) {
     std::string data;
@@ -25,24 +27,23 @@ std::string sampleData(std::size_t size) {
 
 std::string compressed(const std::string& data, std::int32_t stripes, std::int32_t level = 9) {
     ZlibSolidCompressor compressor;
-    EXPECT_EQ(compressor.init(stripes, level), 0);
-    EXPECT_EQ(compressor.addData(data.data(), static_cast<std::int32_t>(data.size())), 0);
+    EXPECT_EQ(compressor.init(stripes, level), Result::kDone);
+    EXPECT_EQ(compressor.addData(data.data(), static_cast<std::int32_t>(data.size())), Result::kDone);
     std::unique_ptr<unsigned char[]> stream;
     std::int32_t size = 0;
     std::int32_t uncompressed = 0;
-    EXPECT_EQ(compressor.compress(stream, size, uncompressed), 0);
+    EXPECT_EQ(compressor.compress(stream, size, uncompressed), Result::kDone);
     EXPECT_EQ(uncompressed, static_cast<std::int32_t>(data.size()));
     return std::string(reinterpret_cast<char*>(stream.get()), static_cast<std::size_t>(size));
 }
 
 std::string expanded(const std::string& stream) {
-    ZlibSolidDecompressor decompressor;
-    std::unique_ptr<unsigned char[]> out;
-    std::int32_t size = 0;
+    ZlibSolidDecompressor decompressor{DebugLog()};
+    SolidBlock out;
     EXPECT_EQ(decompressor.decompress(reinterpret_cast<const unsigned char*>(stream.data()),
-                                      static_cast<std::int64_t>(stream.size()), out, size),
-              0);
-    return std::string(reinterpret_cast<char*>(out.get()), static_cast<std::size_t>(size));
+                                      static_cast<std::int64_t>(stream.size()), out),
+              SolidResult::kDone);
+    return std::string(reinterpret_cast<char*>(out.data.get()), static_cast<std::size_t>(out.size));
 }
 
 SolidChunk chunkOf(const std::string& stream, int index) {
@@ -97,7 +98,7 @@ TEST(ZlibSolidCompressor, WritesToAStreamWhatItWouldReturn) {
     PMemStream out;
     std::int32_t size = 0;
     std::int32_t uncompressed = 0;
-    ASSERT_EQ(compressor.compressTo(out, size, uncompressed), 0);
+    ASSERT_EQ(compressor.compressTo(out, size, uncompressed), Result::kDone);
     const std::string expected = compressed(data, 3);
     ASSERT_EQ(out.getSize(), static_cast<std::int64_t>(expected.size()));
     EXPECT_EQ(size, static_cast<std::int32_t>(expected.size()));
@@ -108,32 +109,32 @@ TEST(ZlibSolidCompressor, WritesToAStreamWhatItWouldReturn) {
     EXPECT_EQ(written, expected);
 }
 
-TEST(ZlibSolidCompressor, LevelsAreZlibs) {
+TEST(ZlibSolidCompressor, UsesTheLevelsOfZlib) {
     const std::string data = sampleData(50000);
     EXPECT_LT(compressed(data, 1, 9).size(), compressed(data, 1, 1).size());
 }
 
-TEST(ZlibSolidCompressor, RefusesNumbersOfStripesThatNoReaderTakes) {
+TEST(ZlibSolidCompressor, RefusesNumbersOfStripesThatNoReaderAccepts) {
     ZlibSolidCompressor compressor;
-    EXPECT_EQ(compressor.init(0, 9), -2);
-    EXPECT_EQ(compressor.init(257, 9), 0);
+    EXPECT_EQ(compressor.init(0, 9), Result::kBadParameter);
+    EXPECT_EQ(compressor.init(257, 9), Result::kDone);
     std::unique_ptr<unsigned char[]> stream;
     std::int32_t size = 5;
     std::int32_t uncompressed = 5;
-    EXPECT_EQ(compressor.compress(stream, size, uncompressed), -2);
+    EXPECT_EQ(compressor.compress(stream, size, uncompressed), Result::kBadParameter);
     EXPECT_EQ(stream, nullptr);
     EXPECT_EQ(size, 0);
 }
 
 TEST(ZlibSolidCompressor, ReportsEachStripeThatFailed) {
     ZlibSolidCompressor compressor;
-    EXPECT_EQ(compressor.init(2, 42), 0);  // a level that zlib refuses
+    EXPECT_EQ(compressor.init(2, 42), Result::kDone);  // a level that zlib refuses
     compressor.addData("abcd", 4);
     std::unique_ptr<unsigned char[]> stream;
     std::int32_t size = 0;
     std::int32_t uncompressed = 0;
     testing::internal::CaptureStdout();
-    EXPECT_EQ(compressor.compress(stream, size, uncompressed), -5);
+    EXPECT_EQ(compressor.compress(stream, size, uncompressed), Result::kStripeFailed);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "Worker 0 failed with zlib error -2\nWorker 1 failed with zlib error -2\n");
     EXPECT_EQ(stream, nullptr);
@@ -143,10 +144,10 @@ TEST(CommonSolidCompressor, RefusesABlobAboveItsLimit) {
     ZlibSolidCompressor compressor;
     compressor.init(1, 1);
     const std::string piece(1000, 'x');
-    EXPECT_EQ(compressor.addData(piece.data(), 1000), 0);
+    EXPECT_EQ(compressor.addData(piece.data(), 1000), Result::kDone);
     testing::internal::CaptureStderr();
-    // The data behind the pointer isn't looked at before the sizes.
-    EXPECT_EQ(compressor.addData(piece.data(), 0x40000000 - 999), -2);
+    // The sizes are checked before the data is read.
+    EXPECT_EQ(compressor.addData(piece.data(), 0x40000000 - 999), Result::kBadParameter);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "FATAL ERROR: Uncompressed blob size exceeds supported size of 1073741824 B\n");
     EXPECT_EQ(compressor.blobSize(), 1000);
@@ -160,7 +161,7 @@ TEST(CommonSolidCompressor, ReplacesBytesInPlace) {
     std::unique_ptr<unsigned char[]> stream;
     std::int32_t size = 0;
     std::int32_t uncompressed = 0;
-    ASSERT_EQ(compressor.compress(stream, size, uncompressed), 0);
+    ASSERT_EQ(compressor.compress(stream, size, uncompressed), Result::kDone);
     EXPECT_EQ(expanded(std::string(reinterpret_cast<char*>(stream.get()), static_cast<std::size_t>(size))),
               "abXYef");
 }

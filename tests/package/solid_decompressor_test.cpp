@@ -16,25 +16,23 @@ const unsigned char* bytes(const std::string& text) {
 class SolidDecompressorTest : public testing::Test {
 protected:
     int expand(const std::string& stream) {
-        ZlibSolidDecompressor decompressor;
-        decompressor.setConsole(&console_);
-        // A copy of exactly this size, so that the sanitizers notice a read behind it.
+        ZlibSolidDecompressor decompressor{DebugLog(console_)};
+        // A copy of exactly this size, so that the sanitizers notice a read past its end.
         const auto copy = std::make_unique<unsigned char[]>(stream.size());
         std::memcpy(copy.get(), stream.data(), stream.size());
-        std::unique_ptr<unsigned char[]> out;
-        std::int32_t size = 7;
-        const int result =
-            decompressor.decompress(copy.get(), static_cast<std::int64_t>(stream.size()), out, size);
-        output_ = out == nullptr
-                      ? std::string()
-                      : std::string(reinterpret_cast<char*>(out.get()), static_cast<std::size_t>(size));
-        EXPECT_EQ(out == nullptr, result != 0);
+        SolidBlock out{std::make_unique<unsigned char[]>(1), 7};
+        const int result = static_cast<int>(
+            decompressor.decompress(copy.get(), static_cast<std::int64_t>(stream.size()), out));
+        output_ = out.data == nullptr ? std::string()
+                                      : std::string(reinterpret_cast<char*>(out.data.get()),
+                                                    static_cast<std::size_t>(out.size));
+        EXPECT_EQ(out.data == nullptr, result != 0);
         if (result != 0) {
-            EXPECT_EQ(size, 0);
+            EXPECT_EQ(out.size, 0);
         }
         return result;
     }
-    // A stream whose records are as given, with `behind` bytes of data.
+    // A stream with these records and this data after them.
     static std::string streamOf(const std::vector<SolidChunk>& chunks, const std::string& data) {
         std::string stream = solidHeader(static_cast<std::int32_t>(chunks.size()));
         for (const SolidChunk& chunk : chunks) {
@@ -52,13 +50,13 @@ std::uint32_t sizeOf(const std::string& text) {
 }
 
 TEST(CreateSolidDecompressor, KnowsAHeaderOfItsVersion) {
-    EXPECT_NE(createSolidDecompressor(bytes(solidHeader(1))), nullptr);
-    EXPECT_NE(createSolidDecompressor(bytes(solidHeader(256))), nullptr);
+    EXPECT_NE(createSolidDecompressor(bytes(solidHeader(1)), DebugLog()), nullptr);
+    EXPECT_NE(createSolidDecompressor(bytes(solidHeader(256)), DebugLog()), nullptr);
 }
 
 TEST(CreateSolidDecompressor, RefusesANumberOfChunksOutsideItsLimits) {
     for (const std::int32_t count : {0, 257, -1, INT32_MIN, INT32_MAX}) {
-        EXPECT_EQ(createSolidDecompressor(bytes(solidHeader(count))), nullptr) << count;
+        EXPECT_EQ(createSolidDecompressor(bytes(solidHeader(count)), DebugLog()), nullptr) << count;
     }
 }
 
@@ -66,7 +64,7 @@ TEST(CreateSolidDecompressor, RefusesAHeaderWithAnyByteChanged) {
     for (std::size_t i = 0; i < 16; ++i) {
         std::string header = solidHeader(1);
         header[i] = static_cast<char>(header[i] ^ 1);
-        EXPECT_EQ(createSolidDecompressor(bytes(header)), nullptr) << i;
+        EXPECT_EQ(createSolidDecompressor(bytes(header), DebugLog()), nullptr) << i;
     }
 }
 
@@ -78,15 +76,15 @@ TEST_F(SolidDecompressorTest, ExpandsChunksInRecordOrder) {
                                         "Decompressor: Starting decompression ... (3 chunks)"}));
 }
 
-TEST_F(SolidDecompressorTest, WorksWithoutAConsole) {
-    ZlibSolidDecompressor decompressor;
-    std::unique_ptr<unsigned char[]> out;
-    std::int32_t size = 0;
+TEST_F(SolidDecompressorTest, WorksWithALogWithoutATarget) {
+    ZlibSolidDecompressor decompressor{DebugLog()};
+    SolidBlock out;
     const std::string good = solidStream({"text"});
-    EXPECT_EQ(decompressor.decompress(bytes(good), static_cast<std::int64_t>(good.size()), out, size), 0);
-    EXPECT_EQ(size, 4);
-    EXPECT_EQ(decompressor.decompress(bytes(good), static_cast<std::int64_t>(good.size()) - 1, out, size),
-              -28);
+    EXPECT_EQ(decompressor.decompress(bytes(good), static_cast<std::int64_t>(good.size()), out),
+              SolidResult::kDone);
+    EXPECT_EQ(out.size, 4);
+    EXPECT_EQ(decompressor.decompress(bytes(good), static_cast<std::int64_t>(good.size()) - 1, out),
+              SolidResult::kReadFailed);
 }
 
 TEST_F(SolidDecompressorTest, DoesNotDependOnTheOrderOfTheRecords) {
@@ -117,7 +115,7 @@ TEST_F(SolidDecompressorTest, FailsForAnotherVersionAndBadNumbersOfChunks) {
     EXPECT_EQ(expand(solidHeader(-5)), -21);
 }
 
-TEST_F(SolidDecompressorTest, FailsForDataWithinTheHeader) {
+TEST_F(SolidDecompressorTest, FailsForDataInsideTheHeader) {
     EXPECT_EQ(expand(streamOf({{0, 1, 19, 9}}, "")), -22);
     EXPECT_EQ(expand(streamOf({{0, 1, 35, 9}}, "")), -22);
     EXPECT_EQ(expand(streamOf({{0, 1, -1, 9}}, "")), -22);
@@ -141,7 +139,7 @@ TEST_F(SolidDecompressorTest, FailsForOverlapsInEitherSpace) {
     EXPECT_EQ(expand(streamOf({{0, 9, 52, 9}, {2, 3, 61, 9}}, "")), -24);
 }
 
-TEST_F(SolidDecompressorTest, TakesAnEmptyRangeAtTheEdgeOfAnotherForAnOverlap) {
+TEST_F(SolidDecompressorTest, CountsAnEmptyRangeAtTheEdgeOfAnotherAsAnOverlap) {
     EXPECT_EQ(expand(streamOf({{0, 0, 52, 8}, {0, 5, 60, 9}}, "")), -24);
     EXPECT_EQ(expand(streamOf({{0, 5, 52, 9}, {0, 0, 61, 8}}, "")), -24);
     EXPECT_EQ(expand(streamOf({{0, 5, 52, 9}, {5, 0, 61, 8}}, "")), -24);
@@ -163,7 +161,7 @@ TEST_F(SolidDecompressorTest, FailsForAnOutputAboveTheLimit) {
     EXPECT_EQ(expand(streamOf({{0, 0xFFFFFFFF, 36, 9}}, "")), -26);
 }
 
-TEST_F(SolidDecompressorTest, FailsForAChunkBehindTheEnd) {
+TEST_F(SolidDecompressorTest, FailsForAChunkPastTheEnd) {
     EXPECT_EQ(expand(streamOf({{0, 5, 37, 9}}, "")), -27);
     EXPECT_EQ(console_.lines().back(),
               "ERROR: Decompressor (chunk 0): Seeking compressed offset failed (Error: -12)");
@@ -175,7 +173,7 @@ TEST_F(SolidDecompressorTest, FailsForACutChunk) {
     const std::size_t data = 20 + 32;
     const std::size_t second = data + deflated("some text").size();
     for (std::size_t size = data; size < stream.size(); ++size) {
-        // With nothing at all left of the second chunk, its place is the end, which can still be reached.
+        // When nothing is left of the second chunk, its data begins at the end, which can still be reached.
         EXPECT_EQ(expand(stream.substr(0, size)), -28) << size;
     }
     EXPECT_EQ(expand(stream.substr(0, second)), -28);
@@ -193,7 +191,7 @@ TEST_F(SolidDecompressorTest, FailsForDamagedData) {
                                            " B; msg: corrupted compressed data)");
 }
 
-TEST_F(SolidDecompressorTest, FailsForAChunkOfAnotherSizeThanItsRecordTells) {
+TEST_F(SolidDecompressorTest, FailsForAChunkWhoseSizeDiffersFromItsRecord) {
     const std::string data = deflated("1234");
     EXPECT_EQ(expand(streamOf({{0, 5, 36, sizeOf(data)}}, data)), -29);  // zlib itself reports success
     EXPECT_EQ(console_.lines().back(), "ERROR: Decompressor (chunk 0): Uncompressing data failed (size: " +
@@ -218,32 +216,31 @@ TEST_F(SolidDecompressorTest, SurvivesEveryChangedHeaderByte) {
 }
 
 TEST(ZlibSolidDecompressor, HasTextsForItsCodes) {
-    ZlibSolidDecompressor decompressor;
-    EXPECT_STREQ(decompressor.errorText(-5), "output buffer is not big enough");
-    EXPECT_STREQ(decompressor.errorText(-4), "insufficient memory");
-    EXPECT_STREQ(decompressor.errorText(-3), "corrupted compressed data");
-    EXPECT_STREQ(decompressor.errorText(0), "unknown error");
-    EXPECT_STREQ(decompressor.errorText(-2), "unknown error");
+    ZlibSolidDecompressor decompressor{DebugLog()};
+    EXPECT_EQ(decompressor.errorText(-5), "output buffer is not big enough");
+    EXPECT_EQ(decompressor.errorText(-4), "insufficient memory");
+    EXPECT_EQ(decompressor.errorText(-3), "corrupted compressed data");
+    EXPECT_EQ(decompressor.errorText(0), "unknown error");
+    EXPECT_EQ(decompressor.errorText(-2), "unknown error");
 }
 
 // A codec without texts, as another format could have.
 class TextlessDecompressor : public StripedSolidDecompressor {
 public:
+    using StripedSolidDecompressor::StripedSolidDecompressor;
     int decompressChunk(unsigned char*, std::uint32_t&, const unsigned char*, std::uint32_t) override {
         return -77;
     }
-    const char* errorText(int) override { return nullptr; }
+    std::optional<std::string_view> errorText(int) override { return std::nullopt; }
 };
 
-TEST(StripedSolidDecompressor, LogsTheCodeWhereThereIsNoText) {
+TEST(StripedSolidDecompressor, LogsTheCodeWhenThereIsNoText) {
     FakeConsole console;
-    TextlessDecompressor decompressor;
-    decompressor.setConsole(&console);
+    TextlessDecompressor decompressor{DebugLog(console)};
     const std::string stream = solidStream({"text"});
-    std::unique_ptr<unsigned char[]> out;
-    std::int32_t size = 0;
-    EXPECT_EQ(decompressor.decompress(bytes(stream), static_cast<std::int64_t>(stream.size()), out, size),
-              -29);
+    SolidBlock out;
+    EXPECT_EQ(decompressor.decompress(bytes(stream), static_cast<std::int64_t>(stream.size()), out),
+              SolidResult::kUncompressFailed);
     EXPECT_EQ(console.lines().back(), "ERROR: Decompressor (chunk 0): Uncompressing data failed (size: " +
                                           std::to_string(stream.size() - 36) + " B; err: -77)");
 }

@@ -45,7 +45,7 @@ TEST(CommandLine, ReadsTheTextCommand) {
     EXPECT_TRUE(parseCommandLine({"text", "a", "--tree"}).tree);
 }
 
-TEST(CommandLine, TellsWhatIsWrong) {
+TEST(CommandLine, ReportsWhatIsWrong) {
     const struct {
         Words words;
         const char* problem;

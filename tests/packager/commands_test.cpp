@@ -26,7 +26,7 @@ TEST_F(PackagerTest, SurvivesAPackageCutAtEveryLength) {
     EXPECT_FALSE(files_.hasDirectory("/new"));
 }
 
-TEST_F(PackagerTest, TellsWrongUseWithTheHelp) {
+TEST_F(PackagerTest, ReportsWrongUseWithTheHelp) {
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(output_.errors.front(), "packager: a command is missing");
     EXPECT_EQ(run({"list"}), 2);

@@ -11,8 +11,8 @@ using namespace ImageBytes;
 
 namespace {
 
-TEST(PackageFileReader, FindsThePayloadBehindLargeImages) {
-    // The section table stands at the end of the ELF image, far behind what is read first.
+TEST(PackageFileReader, FindsThePayloadAfterLargeImages) {
+    // The section table is at the end of the ELF image, far after what is read first.
     const std::string cabinet = entry("a", "text") + endRecord();
     for (const std::string& image : {elfImage(installerData() + std::string(1000000, 'c')),
                                      peImage(installerData() + std::string(1000000, 'c')), std::string()}) {
@@ -27,9 +27,8 @@ TEST(PackageFileReader, FindsThePayloadBehindLargeImages) {
         EXPECT_EQ(reader.leadTotals().uncompressedSize, 4U);
         EXPECT_EQ(reader.leadTotals().storedSize, 4U);
         EXPECT_EQ(reader.leadTotals().entryCount, 1U);
-        std::uint32_t offset = 0;
-        EXPECT_EQ(reader.stampedOffset(offset), !image.empty());
-        EXPECT_EQ(offset, image.size());
+        EXPECT_EQ(reader.stampedOffset().has_value(), !image.empty());
+        EXPECT_EQ(reader.stampedOffset().value_or(0), image.size());
         reader.load();
         EXPECT_EQ(reader.cabinet().getCount(), 1);
         EXPECT_TRUE(hasRightDigest(reader.cabinet(), 0));
@@ -43,7 +42,7 @@ void read(MemoryFileSystem& files) {
     reader.load();
 }
 
-TEST(PackageFileReader, TellsWhenItCannotRead) {
+TEST(PackageFileReader, ReportsAFailedRead) {
     MemoryFileSystem files;
     files.addFile("/p", package(endRecord()));
     for (int n = 1; n <= 3; ++n) {

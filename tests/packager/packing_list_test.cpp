@@ -24,7 +24,7 @@ protected:
         list_ = std::make_unique<PackingList>(PackingList::Sources{"/d/product.xml", root_, image_}, files_);
         list_->read();
     }
-    // "alias name path" of each entry behind the first.
+    // "alias name path" of each entry after the first.
     std::vector<std::string> entries() {
         read();
         std::vector<std::string> found;
@@ -143,9 +143,9 @@ TEST_F(PackingListTest, WarnsOfWhatTheInstallerCannotUse) {
 
 TEST_F(PackingListTest, FailsWithoutAUsableDescription) {
     text_ = "no elements";
-    EXPECT_EQ(failure(), "/d/product.xml: this is no description, it has no elements");
+    EXPECT_EQ(failure(), "/d/product.xml: this is not a description, it has no elements");
     text_ = "";
-    EXPECT_EQ(failure(), "/d/product.xml: this is no description, it has no elements");
+    EXPECT_EQ(failure(), "/d/product.xml: this is not a description, it has no elements");
     describe("");
     root_ = "/nowhere";
     EXPECT_EQ(failure(), "/nowhere: no such directory");

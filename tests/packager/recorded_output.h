@@ -5,13 +5,13 @@
 
 #include "packager/packager_output.h"
 
-// Keeps what the tool would write.
+// Records what the tool would write.
 class RecordedOutput : public PackagerOutput {
 public:
     void print(std::string_view line) override { lines.emplace_back(line); }
-    void tell(std::string_view line) override { errors.emplace_back(line); }
-    void progress(const char* step, int percent) override {
-        lastProgress = step + (" " + std::to_string(percent));
+    void warn(std::string_view line) override { errors.emplace_back(line); }
+    void progress(std::string_view step, int percent) override {
+        lastProgress = std::string(step) + " " + std::to_string(percent);
     }
     bool finish() override { return works; }
 

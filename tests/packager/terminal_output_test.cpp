@@ -10,7 +10,7 @@ TEST(TerminalOutput, KeepsResultsAndErrorsApart) {
     FakeConsoleDevice device;
     TerminalOutput output(device);
     output.print("result");
-    output.tell("problem");
+    output.warn("problem");
     EXPECT_TRUE(output.finish());
     EXPECT_EQ(device.output, "result\n");
     EXPECT_EQ(device.errors, "problem\n");
@@ -32,7 +32,7 @@ TEST(TerminalOutput, ShowsProgressOnATerminalOnly) {
 TEST(TerminalOutput, NoticesALostOutput) {
     FakeConsoleDevice device;
     TerminalOutput output(device);
-    device.outputFails = true;
+    device.outputLimit = 0;
     output.print("result");
     EXPECT_FALSE(output.finish());
 }

@@ -105,7 +105,7 @@ TEST_F(TextCommandTest, ABrokenDocumentIsToldWithItsLine) {
                                     "\\} for a brace of the text"});
 }
 
-TEST_F(TextCommandTest, TheTreeOfABrokenDocumentIsShownAheadOfTheMessage) {
+TEST_F(TextCommandTest, ShowsTheTreeOfABrokenDocumentBeforeTheMessage) {
     EXPECT_EQ(show("a.md", "Good.\n\nBad ** text.\n", {"--tree"}), 1);
     EXPECT_FALSE(output_.lines.empty());
     ASSERT_EQ(output_.errors.size(), 1U);
@@ -135,7 +135,7 @@ TEST_F(TextCommandTest, AZeroByteIsTold) {
 TEST_F(TextCommandTest, AByteOrderMarkIsTold) {
     ASSERT_EQ(show("a.md", "\xEF\xBB\xBF# Title\n\n"), 0);
     EXPECT_EQ(output_.errors,
-              Lines{"packager: warning: /in/a.md: a byte order mark stands ahead of the first "
+              Lines{"packager: warning: /in/a.md: there is a byte order mark before the first "
                     "line: save it without one"});
     EXPECT_EQ(output_.lines.front(), "\xEF\xBB\xBF# Title");
 }

@@ -25,21 +25,21 @@ TEST_F(VerifyCommandTest, VerifyNamesTheDamage) {
     EXPECT_EQ(problem(),
               "packager: /out/setup: the checksum doesn't match: the file is damaged or incomplete");
     change(lead);
-    EXPECT_EQ(problem(), "packager: /out/setup: there is no payload behind this program");
+    EXPECT_EQ(problem(), "packager: /out/setup: there is no payload after this program");
     change(64 + 56 + 1);  // within the stamp
     EXPECT_EQ(problem(),
-              "packager: /out/setup: the program doesn't know where its payload is: build the package anew");
+              "packager: /out/setup: the program doesn't know where its payload is: build the package again");
     files_.addFile("/out/setup", good.substr(0, good.size() - 1));
     EXPECT_EQ(problem(),
               "packager: /out/setup: the checksum doesn't match: the file is damaged or incomplete");
     files_.addFile("/out/setup", files_.content("/image"));
-    EXPECT_EQ(problem(), "packager: /out/setup: there is no payload behind this program");
+    EXPECT_EQ(problem(), "packager: /out/setup: there is no payload after this program");
     files_.addFile("/out/setup", good.substr(0, lead - 1));
-    EXPECT_EQ(problem(), "packager: /out/setup: this program is incomplete: copy it anew");
+    EXPECT_EQ(problem(), "packager: /out/setup: this program is incomplete: copy it again");
     files_.addFile("/out/setup", "text");
-    EXPECT_EQ(problem(), "packager: /out/setup: this is no package");
+    EXPECT_EQ(problem(), "packager: /out/setup: this is not a package");
     files_.addFile("/out/setup", "");
-    EXPECT_EQ(problem(), "packager: /out/setup: this is no package");
+    EXPECT_EQ(problem(), "packager: /out/setup: this is not a package");
 }
 
 TEST_F(VerifyCommandTest, VerifyLooksAtTotalsStreamAndDigests) {

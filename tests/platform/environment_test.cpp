@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "platform/file_system.h"
+
 namespace {
 
 constexpr const char* kName = "TANDREL_TEST_VARIABLE";
@@ -35,6 +39,12 @@ TEST(EnvironmentTest, RefusesNamesThatCannotBe) {
     EXPECT_FALSE(environment.set("", "value"));
     EXPECT_FALSE(environment.set("a=b", "value"));
     EXPECT_EQ(environment.get("a"), std::nullopt);
+}
+
+TEST(EnvironmentTest, GivesThePathOfTheRunningProgram) {
+    std::string path;
+    ASSERT_TRUE(platform::systemEnvironment().programPath(path));
+    EXPECT_TRUE(platform::systemFileSystem().fileSize(path) > 0) << path;
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ protected:
     Collaborators parts_{state_, {files_, environment_, system_, modifications_, session_}, {}};
 };
 
-TEST_F(CollaboratorsTest, workOnOneState) {
+TEST_F(CollaboratorsTest, WorkOnOneState) {
     state_.description.parseText(
         "<TandrelGroupInstallation><ProductDesc><Fullname>[NAME]</Fullname></ProductDesc>"
         "<Installation><Uninstall><InstallLogFile>[NAME].log</InstallLogFile></Uninstall>"
@@ -26,7 +26,7 @@ TEST_F(CollaboratorsTest, workOnOneState) {
     EXPECT_EQ(parts_.expressions.evaluateCondition("[GUI_INSTALL]==1"), 1);
 }
 
-TEST_F(CollaboratorsTest, logToTheConsoleThatTheSessionHasAtTheTime) {
+TEST_F(CollaboratorsTest, LogToTheConsoleThatTheSessionHasAtTheTime) {
     parts_.work.revertInstallation(&ui_);
     EXPECT_TRUE(log_.lines().empty());
     state_.debugLog.setTarget(&log_, 0);

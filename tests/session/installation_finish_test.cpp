@@ -65,13 +65,13 @@ protected:
     VariableExclusions exclusions_;
 };
 
-TEST_F(InstallationFinishTest, bringsTheLogUpToDate) {
+TEST_F(InstallationFinishTest, BringsTheLogUpToDate) {
     EXPECT_EQ(finish(), 0);
     EXPECT_EQ(files_.content(kLogPath),
               "d\r\nb\r\nNUMVARS\t2\r\nVAR\tLATE\tnew\r\nVAR\tUNEXPORTED\tb\r\nDIR\t1\t/app\\\r\n");
 }
 
-TEST_F(InstallationFinishTest, leavesAFileThatRepeatsARunByHand) {
+TEST_F(InstallationFinishTest, LeavesAFileThatRepeatsARunByHand) {
     EXPECT_EQ(finish(), 0);
     EXPECT_NE(config().find("<Value Name=\"LATE\" DataType=\"value\">new</Value>"), std::string::npos);
     EXPECT_NE(config().find("\"UNLOGGED\""), std::string::npos);
@@ -79,7 +79,7 @@ TEST_F(InstallationFinishTest, leavesAFileThatRepeatsARunByHand) {
     EXPECT_EQ(session_.navigation.lastResult, 0);
 }
 
-TEST_F(InstallationFinishTest, tellsOfTheFileInThreeLinesOfWhichTheLastIsFlushed) {
+TEST_F(InstallationFinishTest, TellsOfTheFileInThreeLinesOfWhichTheLastIsFlushed) {
     EXPECT_EQ(finish(), 0);
     EXPECT_EQ(
         told(),
@@ -89,7 +89,7 @@ TEST_F(InstallationFinishTest, tellsOfTheFileInThreeLinesOfWhichTheLastIsFlushed
                "addFileLine(\" -configFile=\"/opt/product/config.xml\" {-ignoreErrors=1}\", 1)"}));
 }
 
-TEST_F(InstallationFinishTest, doesNothingOnASecondPage) {
+TEST_F(InstallationFinishTest, DoesNothingOnASecondPage) {
     prepare();
     ui_.onCall = [this](const std::string& call) {
         if (call == "showPage(1, -1, 1)") {  // behind the work of the first page
@@ -105,7 +105,7 @@ TEST_F(InstallationFinishTest, doesNothingOnASecondPage) {
     EXPECT_TRUE(session_.isFinished() || session_.getCurrentDialog() == 3);
 }
 
-TEST_F(InstallationFinishTest, leavesNoFileOfAnUnattendedRun) {
+TEST_F(InstallationFinishTest, LeavesNoFileOfAnUnattendedRun) {
     session_.setUnattended(true);
     EXPECT_EQ(finish(), 0);
     EXPECT_FALSE(hasConfig());
@@ -113,7 +113,7 @@ TEST_F(InstallationFinishTest, leavesNoFileOfAnUnattendedRun) {
     EXPECT_NE(files_.content(kLogPath), kOldLog);
 }
 
-TEST_F(InstallationFinishTest, leavesNoFileOfARunThatWasStartedWithOne) {
+TEST_F(InstallationFinishTest, LeavesNoFileOfARunThatWasStartedWithOne) {
     files_.addFile("/answers.xml", "<DefValues/>");
     session_.configFile = "/answers.xml";
     EXPECT_EQ(finish(), 0);
@@ -122,7 +122,7 @@ TEST_F(InstallationFinishTest, leavesNoFileOfARunThatWasStartedWithOne) {
     EXPECT_NE(files_.content(kLogPath), kOldLog);
 }
 
-TEST_F(InstallationFinishTest, leavesNoFileOfAGraphicalRun) {
+TEST_F(InstallationFinishTest, LeavesNoFileOfAGraphicalRun) {
     ui_.graphical = 1;
     EXPECT_EQ(finish(), 0);
     EXPECT_FALSE(hasConfig());
@@ -130,7 +130,7 @@ TEST_F(InstallationFinishTest, leavesNoFileOfAGraphicalRun) {
     EXPECT_NE(files_.content(kLogPath), kOldLog);
 }
 
-TEST_F(InstallationFinishTest, onlyTellsThatTheFileCannotBeWritten) {
+TEST_F(InstallationFinishTest, OnlyTellsThatTheFileCannotBeWritten) {
     files_.setReadOnly("/opt/product");
     EXPECT_EQ(finish(), 0);
     EXPECT_EQ(told(), Lines{"addFileLine(\"The installer could not create configuration file!\", 1)"});
@@ -138,14 +138,14 @@ TEST_F(InstallationFinishTest, onlyTellsThatTheFileCannotBeWritten) {
     EXPECT_EQ(session_.getCurrentDialog(), 3);
 }
 
-TEST_F(InstallationFinishTest, writesNoFileWhenItDoesNotKnowWhere) {
+TEST_F(InstallationFinishTest, WritesNoFileWhenItDoesNotKnowWhere) {
     environment_.programPath = "";
     EXPECT_EQ(finish(), 0);
     EXPECT_EQ(told(), Lines{"addFileLine(\"The installer could not create configuration file!\", 1)"});
     EXPECT_FALSE(files_.hasFile("/config.xml"));
 }
 
-TEST_F(InstallationFinishTest, putsTheFileBesideTheProgramOrWhereItWasTold) {
+TEST_F(InstallationFinishTest, PutsTheFileBesideTheProgramOrWhereItWasTold) {
     const std::vector<std::pair<std::string, std::string>> places = {
         {"/opt/product", "/opt/product/config.xml"},
         {"/opt/product/", "/opt/product/config.xml"},
@@ -180,7 +180,7 @@ TEST_F(InstallationFinishTest, putsTheFileBesideTheProgramOrWhereItWasTold) {
     EXPECT_TRUE(ui_.calls.empty());
 }
 
-TEST_F(InstallationFinishTest, passesOnThatThereIsNoNameOfALogAndExportsNothing) {
+TEST_F(InstallationFinishTest, PassesOnThatThereIsNoNameOfALogAndExportsNothing) {
     hasLog_ = false;
     EXPECT_EQ(finish(), -1);
     EXPECT_TRUE(log_.hasLine("ERROR: Obtaining install actionlog filename"));
@@ -188,7 +188,7 @@ TEST_F(InstallationFinishTest, passesOnThatThereIsNoNameOfALogAndExportsNothing)
     EXPECT_FALSE(hasConfig());
 }
 
-TEST_F(InstallationFinishTest, passesOnWhyTheLogCannotBeRewrittenAndExportsNothing) {
+TEST_F(InstallationFinishTest, PassesOnWhyTheLogCannotBeRewrittenAndExportsNothing) {
     files_.removeFile(kLogPath);
     EXPECT_EQ(finish(), -1);
     EXPECT_TRUE(log_.hasLine("ERROR: Opening action file (/app/install.log)"));
@@ -197,7 +197,7 @@ TEST_F(InstallationFinishTest, passesOnWhyTheLogCannotBeRewrittenAndExportsNothi
     EXPECT_TRUE(told().empty());
 }
 
-TEST_F(InstallationFinishTest, goesOnWhenActionsFail) {
+TEST_F(InstallationFinishTest, GoesOnWhenActionsFail) {
     session_.modifications.failing = {"runAssociatedProgram"};
     EXPECT_EQ(finish("<PostInstall><RunProgram>x</RunProgram></PostInstall>"), 0);
     EXPECT_TRUE(log_.hasLine("ERROR: Program was NOT started : \"x \""));

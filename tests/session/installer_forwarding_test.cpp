@@ -33,7 +33,7 @@ protected:
     InstallExchangeInfo& view_ = session_;
 };
 
-TEST_F(InstallerForwardingTest, givesTheProductsTexts) {
+TEST_F(InstallerForwardingTest, GivesTheProductsTexts) {
     EXPECT_EQ(textOf(&InstallExchangeInfo::getFullName), "Demo");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getTitle), "The demo");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getMajorVersion), "1");
@@ -48,7 +48,7 @@ TEST_F(InstallerForwardingTest, givesTheProductsTexts) {
     EXPECT_EQ(textOf(&InstallExchangeInfo::getTemporaryFileName), "/tmp/orinstall1");
 }
 
-TEST_F(InstallerForwardingTest, readsFilesOfTheCabinet) {
+TEST_F(InstallerForwardingTest, ReadsFilesOfTheCabinet) {
     SharedBuffer buffer;
     std::array<std::uint8_t, 16> digest{};
     EXPECT_EQ(view_.readAlias(buffer, "readme", &digest), 0);
@@ -60,7 +60,7 @@ TEST_F(InstallerForwardingTest, readsFilesOfTheCabinet) {
     EXPECT_STREQ(path, "\\app\\read.me");
 }
 
-TEST_F(InstallerForwardingTest, givesTheDialogs) {
+TEST_F(InstallerForwardingTest, GivesTheDialogs) {
     EXPECT_EQ(view_.getDialogCount(), 3);
     EXPECT_STREQ(view_.getDialog(1, -1)->name.c_str(), "Next");
     EXPECT_EQ(view_.getDialog(3, -1), nullptr);
@@ -90,7 +90,7 @@ TEST_F(InstallerForwardingTest, givesTheDialogs) {
     EXPECT_TRUE(view_.getColourTheme().isThemed());
 }
 
-TEST_F(InstallerForwardingTest, readsAndChangesVariables) {
+TEST_F(InstallerForwardingTest, ReadsAndChangesVariables) {
     char buffer[64] = "";
     EXPECT_EQ(view_.setVariable("A", "second"), 0);
     EXPECT_GE(view_.getVariable("a", buffer, sizeof buffer), 0);
@@ -108,7 +108,7 @@ TEST_F(InstallerForwardingTest, readsAndChangesVariables) {
     EXPECT_EQ(valueOf("A"), "fourth");
 }
 
-TEST_F(InstallerForwardingTest, walksTheDialogs) {
+TEST_F(InstallerForwardingTest, WalksTheDialogs) {
     EXPECT_EQ(view_.getCurrentDialog(), 0);
     EXPECT_EQ(view_.getCurrentSubDialog(), -1);
     EXPECT_EQ(view_.shift(&ui_, 1), 0);
@@ -130,14 +130,14 @@ TEST_F(InstallerForwardingTest, walksTheDialogs) {
     EXPECT_EQ(view_.getPreviousInstallationKind(), 0);
 }
 
-TEST_F(InstallerForwardingTest, keepsTheStateOfTheFrontEndAndItsHelp) {
+TEST_F(InstallerForwardingTest, KeepsTheStateOfTheFrontEndAndItsHelp) {
     view_.setUiState(5);
     EXPECT_EQ(view_.getUiState(), 5);
     view_.showHelp(&ui_);
     EXPECT_EQ(ui_.countOf("showHelp"), 1);
 }
 
-TEST_F(InstallerForwardingTest, extractsFiles) {
+TEST_F(InstallerForwardingTest, ExtractsFiles) {
     files_.addDirectory("/dest");
     EXPECT_EQ(session_.extractAlias("readme", "/dest", false, false, 0444), "/dest\\readme");
     EXPECT_EQ(files_.content("/dest/readme"), "text");

@@ -16,7 +16,7 @@ protected:
     }
 };
 
-TEST_F(InstallerTest, takesItsStepsInOrder) {
+TEST_F(InstallerTest, TakesItsStepsInOrder) {
     load(minimal(
         "<Installation><Uninstall><InstallLogFile>/none</InstallLogFile></Uninstall></Installation>"));
     EXPECT_EQ(run(), 0);
@@ -38,7 +38,7 @@ TEST_F(InstallerTest, takesItsStepsInOrder) {
     EXPECT_EQ(session_.getCurrentDialog(), 0);
 }
 
-TEST_F(InstallerTest, readsTheThemeForAGraphicalFrontEnd) {
+TEST_F(InstallerTest, ReadsTheThemeForAGraphicalFrontEnd) {
     ui_.graphical = 1;
     load(minimal());
     EXPECT_EQ(run(), 0);
@@ -47,7 +47,7 @@ TEST_F(InstallerTest, readsTheThemeForAGraphicalFrontEnd) {
     EXPECT_EQ(valueOf("GUI_INSTALL"), "1");
 }
 
-TEST_F(InstallerTest, appliesTheThemeOnlyForAGraphicalFrontEnd) {
+TEST_F(InstallerTest, AppliesTheThemeOnlyForAGraphicalFrontEnd) {
     const std::string themed =
         document(std::string(kProduct) +
                  "<Dialogs><Hello Special='Finish' FgColour='Group:G'/></Dialogs><DefValues/>" + kControls +
@@ -66,13 +66,13 @@ TEST_F(InstallerTest, appliesTheThemeOnlyForAGraphicalFrontEnd) {
     }
 }
 
-TEST_F(InstallerTest, needsAFrontEnd) {
+TEST_F(InstallerTest, NeedsAFrontEnd) {
     load(minimal());
     EXPECT_EQ(session_.run(nullptr, &log_), -1);
     EXPECT_EQ(log_.lines(), Lines{"ERROR: No installer UI handler specified"});
 }
 
-TEST_F(InstallerTest, runsWithoutAConsole) {
+TEST_F(InstallerTest, RunsWithoutAConsole) {
     session_.setConsole(nullptr, 0);
     load(minimal());
     session_.setConsole(nullptr, 0);
@@ -80,7 +80,7 @@ TEST_F(InstallerTest, runsWithoutAConsole) {
     EXPECT_TRUE(log_.lines().empty());
 }
 
-TEST_F(InstallerTest, endsWithoutADescriptionInTheCabinet) {
+TEST_F(InstallerTest, EndsWithoutADescriptionInTheCabinet) {
     files_.addFile("/src/x", "x");
     PackageOptions options;
     options.stripes = 1;
@@ -94,30 +94,30 @@ TEST_F(InstallerTest, endsWithoutADescriptionInTheCabinet) {
     EXPECT_EQ(ui_.countOf("run"), 0);
 }
 
-TEST_F(InstallerTest, endsWithoutAProduct) {
+TEST_F(InstallerTest, EndsWithoutAProduct) {
     load(document("<Dialogs/>"));
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(log_.lines().back(), "Getting product description");
 }
 
-TEST_F(InstallerTest, endsWithADescriptionThatIsNotXml) {
+TEST_F(InstallerTest, EndsWithADescriptionThatIsNotXml) {
     load("not xml at all");
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(ui_.countOf("run"), 0);
 }
 
-TEST_F(InstallerTest, endsWithAnEmptyDescription) {
+TEST_F(InstallerTest, EndsWithAnEmptyDescription) {
     load("");
     EXPECT_EQ(run(), -1);
 }
 
-TEST_F(InstallerTest, endsWithoutDialogs) {
+TEST_F(InstallerTest, EndsWithoutDialogs) {
     load(document(kProduct));
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(log_.lines().back(), "ERROR: Getting dialogs info. Aborting!");
 }
 
-TEST_F(InstallerTest, startsWithoutControlVariablesAndSetsNone) {
+TEST_F(InstallerTest, StartsWithoutControlVariablesAndSetsNone) {
     system_.installed = {{"Demo", "", false, "/old.log"}};
     load(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs><DefValues/>"));
     EXPECT_EQ(run(), 0);
@@ -127,7 +127,7 @@ TEST_F(InstallerTest, startsWithoutControlVariablesAndSetsNone) {
     EXPECT_EQ(valueOf(""), "(none)");
 }
 
-TEST_F(InstallerTest, endsWithoutDefaultValues) {
+TEST_F(InstallerTest, EndsWithoutDefaultValues) {
     load(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs>" + kControls));
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(log_.lines().back(),
@@ -135,7 +135,7 @@ TEST_F(InstallerTest, endsWithoutDefaultValues) {
     EXPECT_EQ(ui_.countOf("run"), 0);
 }
 
-TEST_F(InstallerTest, endsWithAConfigurationFileThatCannotBeRead) {
+TEST_F(InstallerTest, EndsWithAConfigurationFileThatCannotBeRead) {
     session_.configFile = "/none.xml";
     load(minimal());
     EXPECT_EQ(run(), -1);
@@ -146,7 +146,7 @@ TEST_F(InstallerTest, endsWithAConfigurationFileThatCannotBeRead) {
               1);
 }
 
-TEST_F(InstallerTest, laysConfigurationFileAndCommandLineOverTheDefaults) {
+TEST_F(InstallerTest, LaysConfigurationFileAndCommandLineOverTheDefaults) {
     session_.configFile = "/answers.xml";
     files_.addFile("/answers.xml", "<DefValues><Value Name='A' DataType='value'>config</Value></DefValues>");
     CommandLineParameters parameters;
@@ -160,14 +160,14 @@ TEST_F(InstallerTest, laysConfigurationFileAndCommandLineOverTheDefaults) {
     EXPECT_EQ(valueOf("B"), "command");
 }
 
-TEST_F(InstallerTest, handsOnTheFrontEndsResult) {
+TEST_F(InstallerTest, HandsOnTheFrontEndsResult) {
     load(minimal());
     ui_.script = [] { return 5; };
     EXPECT_EQ(run(), 5);
     EXPECT_EQ(log_.lines().back(), "ERROR: There were errors during the installation");
 }
 
-TEST_F(InstallerTest, catchesAnErrorThatLeavesTheFrontEnd) {
+TEST_F(InstallerTest, CatchesAnErrorThatLeavesTheFrontEnd) {
     load(minimal());
     ui_.script = []() -> int { throw InstallerError("broken %d", 7); };
     EXPECT_EQ(run(), -1);
@@ -176,14 +176,14 @@ TEST_F(InstallerTest, catchesAnErrorThatLeavesTheFrontEnd) {
     EXPECT_EQ(ui_.countOf("finish"), 1);
 }
 
-TEST_F(InstallerTest, catchesWhatTheLibraryThrows) {
+TEST_F(InstallerTest, CatchesWhatTheLibraryThrows) {
     load(minimal());
     ui_.script = []() -> int { throw std::bad_alloc(); };
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(ui_.countOf("messageBox("), 1);
 }
 
-TEST_F(InstallerTest, tellsOfARegisteredInstallationAndImportsItsVariables) {
+TEST_F(InstallerTest, TellsOfARegisteredInstallationAndImportsItsVariables) {
     files_.addFile("/old.log", "x\r\ny\r\nNUMVARS\t1\r\nVAR\tROOT\t/kept\r\n");
     system_.installed = {{"Demo", "", false, "/old.log"}};
     load(document(
@@ -200,7 +200,7 @@ TEST_F(InstallerTest, tellsOfARegisteredInstallationAndImportsItsVariables) {
     EXPECT_TRUE(log_.hasLine("Initializing previous install's variable values from log"));
 }
 
-TEST_F(InstallerTest, goesOnWhenTheEarlierLogCannotBeRead) {
+TEST_F(InstallerTest, GoesOnWhenTheEarlierLogCannotBeRead) {
     system_.installed = {{"Demo", "", false, "/lost.log"}};
     load(minimal());
     EXPECT_EQ(run(), 0);
@@ -208,14 +208,14 @@ TEST_F(InstallerTest, goesOnWhenTheEarlierLogCannotBeRead) {
     EXPECT_EQ(valueOf("PREVIOUS"), "1");
 }
 
-TEST_F(InstallerTest, goesOnWhenTheEarlierInstallationNamesNoLog) {
+TEST_F(InstallerTest, GoesOnWhenTheEarlierInstallationNamesNoLog) {
     system_.installed = {{"Demo", "", false, ""}};
     load(minimal());
     EXPECT_EQ(run(), 0);
     EXPECT_TRUE(log_.hasLine("ERROR: Obtaining actionlog filename (Demo)"));
 }
 
-TEST_F(InstallerTest, goesOnWithADamagedEarlierLog) {
+TEST_F(InstallerTest, GoesOnWithADamagedEarlierLog) {
     files_.addFile("/old.log", "x\r\ny\r\nNUMVARS\t5\r\nVAR\tROOT\t/kept\r\n");
     system_.installed = {{"Demo", "", false, "/old.log"}};
     load(minimal());
@@ -224,7 +224,7 @@ TEST_F(InstallerTest, goesOnWithADamagedEarlierLog) {
     EXPECT_EQ(valueOf("ROOT"), "/kept");
 }
 
-TEST_F(InstallerTest, tellsOfAnInstallationThatOnlyItsLogShows) {
+TEST_F(InstallerTest, TellsOfAnInstallationThatOnlyItsLogShows) {
     files_.addFile("/app/install.log", "x");
     load(
         minimal("<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
@@ -234,7 +234,7 @@ TEST_F(InstallerTest, tellsOfAnInstallationThatOnlyItsLogShows) {
     EXPECT_EQ(valueOf("SHOULD"), "1");
 }
 
-TEST_F(InstallerTest, tellsOfLegacyAndExternalInstallations) {
+TEST_F(InstallerTest, TellsOfLegacyAndExternalInstallations) {
     system_.installed = {{"Old", "", false, ""}, {"Foreign", "", false, ""}};
     std::string description = minimal();
     description.insert(description.find("</ProductDesc>"),
@@ -248,7 +248,7 @@ TEST_F(InstallerTest, tellsOfLegacyAndExternalInstallations) {
     EXPECT_EQ(valueOf("PREVIOUS"), "(none)");
 }
 
-TEST_F(InstallerTest, warnsOfExternalInstallationsThatNoVariableTells) {
+TEST_F(InstallerTest, WarnsOfExternalInstallationsThatNoVariableTells) {
     system_.installed = {{"Foreign", "", false, ""}};
     load(
         document("<ProductDesc><Fullname>Demo</Fullname><ExternalLegacyApplication>Foreign"
@@ -258,7 +258,7 @@ TEST_F(InstallerTest, warnsOfExternalInstallationsThatNoVariableTells) {
         "WARNING: External legacy installation variable is not specified and installations were found!"));
 }
 
-TEST_F(InstallerTest, listsTheVariablesFromLevelTwoOn) {
+TEST_F(InstallerTest, ListsTheVariablesFromLevelTwoOn) {
     load(document(
         std::string(kProduct) +
         "<Dialogs><Hello/></Dialogs><DefValues><Value Name='A' DataType='value'>1</Value></DefValues>"));
@@ -270,7 +270,7 @@ TEST_F(InstallerTest, listsTheVariablesFromLevelTwoOn) {
 
 // Sessions that uninstall.
 
-TEST_F(InstallerTest, readsTheDescriptionThatTheActionLogNames) {
+TEST_F(InstallerTest, ReadsTheDescriptionThatTheActionLogNames) {
     files_.addFile("/app/product.xml",
                    document(std::string(kProduct) + "<Dialogs><Never/></Dialogs><UninstallDialogs><Bye/>"
                                                     "<End/></UninstallDialogs><DefValues/>"));
@@ -286,25 +286,25 @@ TEST_F(InstallerTest, readsTheDescriptionThatTheActionLogNames) {
     EXPECT_EQ(Lines(lines.begin(), lines.begin() + 4), expected);
 }
 
-TEST_F(InstallerTest, neverReadsTheCabinetWhenUninstalling) {
+TEST_F(InstallerTest, NeverReadsTheCabinetWhenUninstalling) {
     ASSERT_EQ(loadLog("/x\r\n\r\nNUMVARS\t0\r\n"), 0);
     SharedBuffer buffer;
     EXPECT_EQ(session_.readAlias(buffer, "install.xml", nullptr), -1);
 }
 
-TEST_F(InstallerTest, cannotOpenALogThatIsNotThere) {
+TEST_F(InstallerTest, CannotOpenALogThatIsNotThere) {
     EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionActionLog), -1);
     EXPECT_EQ(log_.lines(), Lines{"ERROR: Failed to open the installation log file (/none.log)"});
 }
 
-TEST_F(InstallerTest, endsWithAnEmptyActionLog) {
+TEST_F(InstallerTest, EndsWithAnEmptyActionLog) {
     ASSERT_EQ(loadLog(""), 0);
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(log_.lines(), (Lines{"Reading installation file name from action log",
                                    "ERROR: Could not obtain installation file from action log. Exiting!"}));
 }
 
-TEST_F(InstallerTest, endsWithAnActionLogThatNamesAMissingFile) {
+TEST_F(InstallerTest, EndsWithAnActionLogThatNamesAMissingFile) {
     ASSERT_EQ(loadLog("/lost.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
     EXPECT_EQ(run(), -1);
     EXPECT_EQ(log_.lines(), (Lines{"Reading installation file name from action log",
@@ -313,7 +313,7 @@ TEST_F(InstallerTest, endsWithAnActionLogThatNamesAMissingFile) {
                                    "ERROR: Cannot continue due to error(s). Exiting!"}));
 }
 
-TEST_F(InstallerTest, uninstallsInSpiteOfBadVariableLines) {
+TEST_F(InstallerTest, UninstallsInSpiteOfBadVariableLines) {
     files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/></UninstallDialogs>"
                                                               "<DefValues/>"));
     ASSERT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t2\r\nVAR\tEMPTY\t\r\nVAR\tROOT\t/app\r\n"), 0);
@@ -323,7 +323,7 @@ TEST_F(InstallerTest, uninstallsInSpiteOfBadVariableLines) {
     EXPECT_EQ(valueOf("ROOT"), "/app");
 }
 
-TEST_F(InstallerTest, endsWithoutTheVariablesOfTheLog) {
+TEST_F(InstallerTest, EndsWithoutTheVariablesOfTheLog) {
     files_.addFile("/p.xml", document(kProduct));
     ASSERT_EQ(loadLog("/p.xml\r\n\r\n"), 0);
     EXPECT_EQ(run(), -1);
@@ -334,7 +334,7 @@ TEST_F(InstallerTest, endsWithoutTheVariablesOfTheLog) {
 
 // A whole walk.
 
-TEST_F(InstallerTest, installsFromTheWalk) {
+TEST_F(InstallerTest, InstallsFromTheWalk) {
     load(document(std::string(kProduct) +
                   "<Dialogs><Hello/><CopyProgress Special='AutoNext'/><Finish Special='Finish'/></Dialogs>"
                   "<DefValues><Value Name='ROOT' DataType='value'>/app</Value></DefValues>" +
@@ -358,7 +358,7 @@ TEST_F(InstallerTest, installsFromTheWalk) {
     EXPECT_TRUE(files_.hasFile("/app/backup.bin"));
 }
 
-TEST_F(InstallerTest, saysWhichWorkItDoesNotHave) {
+TEST_F(InstallerTest, SaysWhichWorkItDoesNotHave) {
     load(document(std::string(kProduct) +
                   "<Dialogs><Hello/><RevertInstallation/><End Special='Finish'/></Dialogs><DefValues/>"));
     ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
@@ -370,7 +370,7 @@ TEST_F(InstallerTest, saysWhichWorkItDoesNotHave) {
 
 // The rest of the life.
 
-TEST_F(InstallerTest, releasesCabinetLogAndKeptFiles) {
+TEST_F(InstallerTest, ReleasesCabinetLogAndKeptFiles) {
     load(minimal());
     files_.addFile("/tmp/a", "x");
     files_.addFile("/tmp/d", "x");
@@ -387,14 +387,14 @@ TEST_F(InstallerTest, releasesCabinetLogAndKeptFiles) {
     EXPECT_EQ(session_.readAlias(buffer, "install.xml", nullptr), -1);
 }
 
-TEST_F(InstallerTest, closesTheActionLogAtTheEnd) {
+TEST_F(InstallerTest, ClosesTheActionLogAtTheEnd) {
     ASSERT_EQ(loadLog("/x\r\n"), 0);
     EXPECT_EQ(files_.openFileCount(), 1);
     EXPECT_EQ(session_.releaseSession(), 0);
     EXPECT_EQ(files_.openFileCount(), 0);
 }
 
-TEST_F(InstallerTest, isCancelledWhenTheFrontEndConfirms) {
+TEST_F(InstallerTest, IsCancelledWhenTheFrontEndConfirms) {
     EXPECT_EQ(session_.cancel(nullptr), -1);
     ui_.confirmCancelResult = 0;
     EXPECT_EQ(session_.cancel(&ui_), 0);
@@ -404,7 +404,7 @@ TEST_F(InstallerTest, isCancelledWhenTheFrontEndConfirms) {
     EXPECT_TRUE(session_.isCancelled());
 }
 
-TEST_F(InstallerTest, givesTheDirectoryOfItsImageUnlessItWasSet) {
+TEST_F(InstallerTest, GivesTheDirectoryOfItsImageUnlessItWasSet) {
     environment_.programPath = "/opt/product/setup";
     char buffer[64] = "";
     EXPECT_EQ(session_.getApplicationPath(buffer, sizeof buffer), 0);
@@ -418,7 +418,7 @@ TEST_F(InstallerTest, givesTheDirectoryOfItsImageUnlessItWasSet) {
     EXPECT_STREQ(buffer, "");
 }
 
-TEST_F(InstallerTest, passesOnTheCabinetsResult) {
+TEST_F(InstallerTest, PassesOnTheCabinetsResult) {
     files_.addFile("/bad", std::string(200, 'x'));
     EXPECT_EQ(session_.loadCabinet("/bad", 0, 0), -5);
     EXPECT_EQ(session_.loadCabinet("/none", 0, 0), -2);

@@ -37,47 +37,47 @@ protected:
     std::function<void()> beforePage_;
 };
 
-TEST_F(PageWorkTest, refusesWhatItDoesNotHave) {
+TEST_F(PageWorkTest, RefusesWhatItDoesNotHave) {
     EXPECT_EQ(walkTo("RevertInstallation"), 1);
     EXPECT_TRUE(refused("The revert of the installation"));
 }
 
-TEST_F(PageWorkTest, refusesTheRevertOfAnUninstallation) {
+TEST_F(PageWorkTest, RefusesTheRevertOfAnUninstallation) {
     EXPECT_EQ(walkTo("RevertUninstallation"), 1);
     EXPECT_TRUE(refused("The revert of the uninstallation"));
 }
 
-TEST_F(PageWorkTest, registersTheApplication) {
+TEST_F(PageWorkTest, RegistersTheApplication) {
     EXPECT_EQ(walkTo("RegisterApplication"), 0);
     EXPECT_EQ(session_.modifications.calls, std::vector<std::string>{"registerApplication()"});
 }
 
-TEST_F(PageWorkTest, tellsThatTheRegistrationFailed) {
+TEST_F(PageWorkTest, TellsThatTheRegistrationFailed) {
     session_.modifications.failing = {"registerApplication"};
     EXPECT_EQ(walkTo("RegisterApplication"), 1);
 }
 
-TEST_F(PageWorkTest, removesNoRegistrationInAnInstallation) {
+TEST_F(PageWorkTest, RemovesNoRegistrationInAnInstallation) {
     EXPECT_EQ(walkTo("UnregisterApplication"), 0);
     EXPECT_TRUE(session_.modifications.calls.empty());
 }
 
-TEST_F(PageWorkTest, removesTheRegistrationInAnUninstallation) {
+TEST_F(PageWorkTest, RemovesTheRegistrationInAnUninstallation) {
     EXPECT_EQ(uninstallWalkTo("UnregisterApplication"), 0);
     EXPECT_EQ(session_.modifications.calls, std::vector<std::string>{"removeUninstallEntry(Demo)"});
 }
 
-TEST_F(PageWorkTest, tellsThatTheRegistrationStays) {
+TEST_F(PageWorkTest, TellsThatTheRegistrationStays) {
     session_.modifications.failing = {"removeUninstallEntry"};
     EXPECT_EQ(uninstallWalkTo("UnregisterApplication"), 1);
 }
 
-TEST_F(PageWorkTest, registersNothingInAnUninstallation) {
+TEST_F(PageWorkTest, RegistersNothingInAnUninstallation) {
     EXPECT_EQ(uninstallWalkTo("RegisterApplication"), 1);
     EXPECT_TRUE(session_.modifications.calls.empty());
 }
 
-TEST_F(PageWorkTest, runsTheUninstallersOfOtherProductsAndWaits) {
+TEST_F(PageWorkTest, RunsTheUninstallersOfOtherProductsAndWaits) {
     system_.installed = {{"Old Tool", "", true, ""}};
     walkTo(
         "ExternalUninstall><ExternalLegacyApplication Details='x86' Arguments='-silent'>Old Tool"
@@ -86,7 +86,7 @@ TEST_F(PageWorkTest, runsTheUninstallersOfOtherProductsAndWaits) {
               std::vector<std::string>{"uninstallApplication(Old Tool, -silent, 3)"});
 }
 
-TEST_F(PageWorkTest, saysThatEarlierInstallationsStayAndInstallsAllTheSame) {
+TEST_F(PageWorkTest, SaysThatEarlierInstallationsStayAndInstallsAllTheSame) {
     files_.addFile("/app/install.log", "x");
     EXPECT_EQ(walkTo("CopyProgress",
                      "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
@@ -97,7 +97,7 @@ TEST_F(PageWorkTest, saysThatEarlierInstallationsStayAndInstallsAllTheSame) {
     EXPECT_EQ(session_.earlier.previousUninstallDone, 1);
 }
 
-TEST_F(PageWorkTest, failsAnInstallationWithAChangeThatFails) {
+TEST_F(PageWorkTest, FailsAnInstallationWithAChangeThatFails) {
     session_.modifications.failing = {"addEnvironmentEntry"};
     EXPECT_EQ(
         walkTo("CopyProgress",
@@ -108,7 +108,7 @@ TEST_F(PageWorkTest, failsAnInstallationWithAChangeThatFails) {
     EXPECT_EQ(session_.errorList, std::vector<std::string>{"Error during: Updating environment variables"});
 }
 
-TEST_F(PageWorkTest, showsTheStatusOfEachPhaseInOrder) {
+TEST_F(PageWorkTest, ShowsTheStatusOfEachPhaseInOrder) {
     EXPECT_EQ(walkTo("CopyProgress"), 0);
     EXPECT_EQ(
         ui_.callsOf("setStatusText"),
@@ -119,7 +119,7 @@ TEST_F(PageWorkTest, showsTheStatusOfEachPhaseInOrder) {
             "setStatusText(\"The installation was successful.\")"}));
 }
 
-TEST_F(PageWorkTest, goesOnToTheEndWhenErrorsAreIgnored) {
+TEST_F(PageWorkTest, GoesOnToTheEndWhenErrorsAreIgnored) {
     ui_.ignoreErrors = 1;
     EXPECT_EQ(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='/app'>gone</FN></FileSet>"), -1);
     EXPECT_EQ(valueOf("INSTALL_ERROR"), "(none)");
@@ -127,14 +127,14 @@ TEST_F(PageWorkTest, goesOnToTheEndWhenErrorsAreIgnored) {
     EXPECT_EQ(session_.getCurrentDialog(), 2);
 }
 
-TEST_F(PageWorkTest, normalizesTheValuesOfDirectoryFields) {
+TEST_F(PageWorkTest, NormalizesTheValuesOfDirectoryFields) {
     beforePage_ = [this] { session_.setVariable("ROOT", " /opt/demo "); };
     EXPECT_EQ(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='[ROOT]'>install.xml</FN></FileSet>"), 0);
     EXPECT_EQ(valueOf("ROOT"), "\\opt\\demo");
     EXPECT_TRUE(files_.hasFile("/opt/demo/install.xml"));
 }
 
-TEST_F(PageWorkTest, uninstallsTheProductOfTheActionLog) {
+TEST_F(PageWorkTest, UninstallsTheProductOfTheActionLog) {
     EXPECT_EQ(uninstallWalkTo("CopyProgress"), 0);
     EXPECT_EQ(ui_.callsOf("setStatusText").back(), "setStatusText(\"The uninstall was successful.\")");
     EXPECT_FALSE(session_.hasErrors());

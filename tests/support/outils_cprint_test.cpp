@@ -33,7 +33,7 @@ TEST(ColourPrintTest, TellsASequenceWithoutItsEnd) {
 
 TEST(ColourPrintTest, TellsAnOutputThatHasFailed) {
     FakeConsoleDevice device;
-    device.outputFails = true;
+    device.outputLimit = 0;
     outils_cprint(0, "a", device);
     EXPECT_EQ("outils_cprint: Invalid handle!", device.errors);
 }

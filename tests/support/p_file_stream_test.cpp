@@ -196,7 +196,7 @@ TEST_F(PFileStreamTest, TellsTheSizeOfAFileWithoutOpeningIt) {
     EXPECT_EQ(5, stream_.getFileSize("/a"));
     EXPECT_EQ(-1, stream_.getFileSize("/none"));
     EXPECT_EQ(-1, stream_.getFileSize("/"));
-    EXPECT_EQ(-1, stream_.getFileSize(nullptr));
+    EXPECT_EQ(-1, stream_.getFileSize(""));
     EXPECT_EQ(0, files_.count(Operation::kOpen));
 }
 

@@ -27,7 +27,7 @@ TEST(PStdOutConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
 
 TEST(PStdOutConsoleTest, TellsAFailedOutput) {
     FakeConsoleDevice device;
-    device.outputFails = true;
+    device.outputLimit = 0;
     EXPECT_EQ(-1, PStdOutConsole(device).write("x", 1));
 }
 

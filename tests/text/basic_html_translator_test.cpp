@@ -6,7 +6,7 @@
 
 namespace {
 
-// Settings that show nothing but the body, whose indentation counts from the margin.
+// Settings that write nothing but the body, indented from the margin.
 HTMLSettings bodyOnly() {
     HTMLSettings settings;
     settings.emitHead = false;
@@ -20,7 +20,7 @@ std::string html(std::string_view script, const HTMLSettings& settings = bodyOnl
     return played(translator, script);
 }
 
-TEST(BasicHTMLTranslator, DefaultsOfTheSettings) {
+TEST(BasicHTMLTranslator, HasTheDefaultSettings) {
     const HTMLSettings settings;
     EXPECT_TRUE(settings.emitHead && settings.emitFoot && settings.indent && settings.newlines);
     EXPECT_EQ(settings.indentWidth, 1);
@@ -45,7 +45,7 @@ TEST(BasicHTMLTranslator, ADocumentHasHeadAndFoot) {
     EXPECT_EQ(html("<doc><p>a</p></doc>", {}), std::string(kHead) + "\t\t<p>a</p>\n" + kFoot);
 }
 
-TEST(BasicHTMLTranslator, HeadAndFootAreSwitchedOffOnTheirOwn) {
+TEST(BasicHTMLTranslator, HeadAndFootAreSwitchedOffIndependently) {
     HTMLSettings settings;
     settings.emitHead = false;
     EXPECT_EQ(html("<doc></doc>", settings), kFoot);
@@ -62,7 +62,7 @@ TEST(BasicHTMLTranslator, TheTitleReplacesItsPlaceholder) {
     EXPECT_EQ(text.find("[Untitled]"), std::string::npos);
 }
 
-TEST(BasicHTMLTranslator, CustomHeadAndFootStandAlone) {
+TEST(BasicHTMLTranslator, CustomHeadAndFootReplaceTheDefaultRows) {
     HTMLSettings settings;
     settings.customHead = "<x>";
     settings.customFoot = "</x>";
@@ -90,7 +90,7 @@ TEST(BasicHTMLTranslator, RowsOfTheHeadAreIndentedByTheirLevels) {
               "</head><body></body></html>");
 }
 
-TEST(BasicHTMLTranslator, TheIndentFlagIsOfTheBodyAlone) {
+TEST(BasicHTMLTranslator, TheIndentFlagAffectsOnlyTheBody) {
     HTMLSettings settings;
     settings.indent = false;
     EXPECT_EQ(html("<doc><p>a</p></doc>", settings), std::string(kHead) + "<p>a</p>\n" + kFoot);
@@ -143,7 +143,7 @@ TEST(BasicHTMLTranslator, BlocksInAnItemEndItsLineAndAreIndented) {
     }
 }
 
-TEST(BasicHTMLTranslator, NestedListsAreOneMoreIndentForEachList) {
+TEST(BasicHTMLTranslator, IndentsEachNestedListOneLevelMore) {
     EXPECT_EQ(html("<ul><li>a<ol><li>b</li></ol></li><li>c</li></ul>"),
               "<ul>\n"
               "\t<li>a\n"
@@ -155,7 +155,7 @@ TEST(BasicHTMLTranslator, NestedListsAreOneMoreIndentForEachList) {
               "</ul>\n");
 }
 
-TEST(BasicHTMLTranslator, TheBodyStandsAtTheBaseLevel) {
+TEST(BasicHTMLTranslator, TheBodyStartsAtTheBaseLevel) {
     HTMLSettings settings = bodyOnly();
     settings.baseLevel = 2;
     settings.indentWidth = 2;
@@ -163,7 +163,7 @@ TEST(BasicHTMLTranslator, TheBodyStandsAtTheBaseLevel) {
     EXPECT_EQ(html("<q><p>a</p></q>", settings), "....<blockquote>\n......<p>a</p>\n....</blockquote>\n");
 }
 
-TEST(BasicHTMLTranslator, FlatOutputHasNeitherIndentNorNewlines) {
+TEST(BasicHTMLTranslator, FlatOutputHasNeitherIndentationNorNewlines) {
     HTMLSettings settings = bodyOnly();
     settings.baseLevel = 2;
     settings.indent = false;
@@ -177,15 +177,15 @@ TEST(BasicHTMLTranslator, FlatOutputHasNeitherIndentNorNewlines) {
 TEST(BasicHTMLTranslator, TheFourSpecialCharactersAreEscaped) {
     BasicHTMLTranslator translator(bodyOnly());
     translator.text("a<b & \"c\" > 'd'");
-    EXPECT_STREQ(translator.getText(), "a&lt;b &amp; &quot;c&quot; &gt; 'd'");
+    EXPECT_EQ(translator.getText(), "a&lt;b &amp; &quot;c&quot; &gt; 'd'");
     translator.text("&");
     translator.text("<>");
     translator.text("");
     translator.text("\xC3\xA4\xFF;");
-    EXPECT_STREQ(translator.getText(), "a&lt;b &amp; &quot;c&quot; &gt; 'd'&amp;&lt;&gt;\xC3\xA4\xFF;");
+    EXPECT_EQ(translator.getText(), "a&lt;b &amp; &quot;c&quot; &gt; 'd'&amp;&lt;&gt;\xC3\xA4\xFF;");
 }
 
-TEST(BasicHTMLTranslator, BeginDocumentStartsAnew) {
+TEST(BasicHTMLTranslator, BeginDocumentStartsANewDocument) {
     BasicHTMLTranslator translator(bodyOnly());
     EventPlayer(translator).play("<ul><p>a</p>");
     EXPECT_EQ(played(translator, "<doc><p>b</p></doc>"), "<p>b</p>\n");

@@ -27,7 +27,7 @@ TEST(MarkdownAsText, EmphasisIsWrappedWithItsParagraphAndNotMarked) {
     EXPECT_EQ(text("one **two** three *four* five", 20), "one two three\nfour five\n");
 }
 
-TEST(MarkdownAsText, ListsAreSetInOnceThereIsRoom) {
+TEST(MarkdownAsText, IndentsListsWhenThereIsRoom) {
     constexpr std::string_view kNested = "- a\n\t- b\n\t\t1. c\n";
     EXPECT_EQ(text(kNested, 80), "- a\n  - b\n    1. c\n\n\n\n");
     EXPECT_EQ(text(kNested, 200), "- a\n  - b\n    1. c\n\n\n\n");
@@ -81,8 +81,8 @@ constexpr std::string_view kDocument =
     "The \\*end\\*.\n"
     "\n";
 
-// The list of letters is loose, since the blank line behind it is as many as its items less one.
-TEST(MarkdownAsText, AWholeDocument) {
+// The lettered list is loose: it has one blank line after it, and that is as many as it has items, less one.
+TEST(MarkdownAsText, ConvertsAWholeDocument) {
     EXPECT_EQ(text(kDocument, 42),
               "Agreement\n"
               "\n"
@@ -118,7 +118,7 @@ TEST(MarkdownAsText, AWholeDocument) {
               "\n");
 }
 
-TEST(MarkdownAsHtml, AWholeDocument) {
+TEST(MarkdownAsHtml, ConvertsAWholeDocument) {
     EXPECT_EQ(markdownAsHtml(kDocument).value_or("(broken)"),
               "<!DOCTYPE html>\n"
               "<html>\n"
@@ -171,7 +171,7 @@ TEST(MarkdownAsTree, ShowsLinesAndBothTrees) {
     EXPECT_NE(tree.find("|     |     +[ITAL] : b\n"), std::string::npos) << tree;
 }
 
-TEST(MarkdownAsTree, TellsWhereADocumentIsBroken) {
+TEST(MarkdownAsTree, SaysWhereADocumentIsBroken) {
     TGMParseResult result;
     const std::string tree = markdownAsTree("fine\n\na**\n", result);
     EXPECT_EQ(result.errors, kTgmInvalidEmphasis);

@@ -19,7 +19,7 @@ std::string html(const InstallerHTMLSettings& settings, std::string_view script 
     return played(translator, script);
 }
 
-TEST(InstallerHTMLTranslator, DefaultsOfTheSettings) {
+TEST(InstallerHTMLTranslator, HasTheDefaultSettings) {
     const InstallerHTMLSettings settings;
     EXPECT_FALSE(settings.useColour);
     EXPECT_FALSE(settings.useSize);
@@ -28,7 +28,7 @@ TEST(InstallerHTMLTranslator, DefaultsOfTheSettings) {
     EXPECT_TRUE(settings.html.emitHead);
 }
 
-TEST(InstallerHTMLTranslator, WithoutColourAndSizeThereIsNoFontTag) {
+TEST(InstallerHTMLTranslator, WritesNoFontTagWithoutColourAndSize) {
     EXPECT_EQ(html(withoutFrame()), "<p>a</p>\n");
 }
 
@@ -39,7 +39,7 @@ TEST(InstallerHTMLTranslator, ASizeAloneLeavesTheFontTagOpen) {
     EXPECT_EQ(html(settings), "<font size=\"2\">\n<p>a</p>\n");
 }
 
-TEST(InstallerHTMLTranslator, ASizeIsItsLastDigitAlsoInTheSettings) {
+TEST(InstallerHTMLTranslator, ReducesTheSizeToItsLastDigitInTheSettingsToo) {
     InstallerHTMLSettings settings = withoutFrame();
     settings.useSize = true;
     InstallerHTMLTranslator translator(settings);
@@ -61,7 +61,7 @@ TEST(InstallerHTMLTranslator, AColourOpensAndClosesTheFontTag) {
     EXPECT_EQ(html(settings), "<font color=\"#00000a\">\n<p>a</p>\n\n</font>") << "the low 24 bits count";
 }
 
-TEST(InstallerHTMLTranslator, ColourStandsAheadOfSize) {
+TEST(InstallerHTMLTranslator, WritesTheColourBeforeTheSize) {
     InstallerHTMLSettings settings = withoutFrame();
     settings.useColour = true;
     settings.useSize = true;
@@ -71,7 +71,7 @@ TEST(InstallerHTMLTranslator, ColourStandsAheadOfSize) {
     EXPECT_EQ(html(settings), "<font color=\"#000000\" size=\"3\"><p>a</p></font>");
 }
 
-TEST(InstallerHTMLTranslator, TheFontTagStandsInTheBody) {
+TEST(InstallerHTMLTranslator, WritesTheFontTagInsideTheBody) {
     InstallerHTMLSettings settings;
     settings.useColour = true;
     settings.html.customHead = "HEAD|";

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Wrapped to 20 bytes, paragraphs as a whole, without padding; blanks and two of them for each level.
+// Wraps whole paragraphs to 20 bytes without padding, and indents each level by two blanks.
 PlainTextSettings console() {
     PlainTextSettings settings;
     settings.wrap = true;
@@ -26,7 +26,7 @@ std::string plain(std::string_view script, const PlainTextSettings& settings = {
     return played(translator, script);
 }
 
-TEST(InstallerPlainTextTranslator, DefaultsOfTheSettings) {
+TEST(InstallerPlainTextTranslator, HasTheDefaultSettings) {
     const PlainTextSettings settings;
     EXPECT_FALSE(settings.ansiBold);
     EXPECT_TRUE(settings.indentLists);
@@ -72,7 +72,7 @@ TEST(InstallerPlainTextTranslator, EveryEventHasItsOutput) {
     }
 }
 
-TEST(InstallerPlainTextTranslator, EventsOfWrappedParagraphs) {
+TEST(InstallerPlainTextTranslator, WritesTheEventsOfWrappedParagraphs) {
     const EventCase cases[] = {
         {"<doc></doc>", "", ""},
         {"<h1>a</h1>", "a\n\n\n", "\033[1ma\n\033[0m\n\n"},
@@ -102,7 +102,7 @@ TEST(InstallerPlainTextTranslator, AHeadingHasNoUnderlineAndEndsWithTwoLineFeeds
     EXPECT_EQ(plain("<h2>Title</h2>", console()), "Title\n\n\n") << "the text's own line feed comes first";
 }
 
-TEST(InstallerPlainTextTranslator, WithoutCollectingEachTextIsWrappedOnItsOwn) {
+TEST(InstallerPlainTextTranslator, WrapsEachTextOnItsOwnWithoutCollecting) {
     PlainTextSettings settings = console();
     settings.collectInline = false;
     EXPECT_EQ(plain("<p>a<b>b</b>c</p>", settings), "a\nb\nc\n\n");
@@ -110,7 +110,7 @@ TEST(InstallerPlainTextTranslator, WithoutCollectingEachTextIsWrappedOnItsOwn) {
     EXPECT_EQ(plain("<p>a<b>b</b>c</p>", settings), "a\n\033[1mb\n\033[0mc\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, CollectingWithoutWrappingHoldsBackOnlyTheTerminalsMarks) {
+TEST(InstallerPlainTextTranslator, CollectsOnlyTheTerminalsMarksWithoutWrapping) {
     PlainTextSettings settings;
     settings.collectInline = true;
     EXPECT_EQ(plain("<p>a<b>b</b>c</p>", settings), "abc\n");
@@ -118,14 +118,14 @@ TEST(InstallerPlainTextTranslator, CollectingWithoutWrappingHoldsBackOnlyTheTerm
     EXPECT_EQ(plain("<p>a<b>b</b>c</p>", settings), "abc\033[1m\033[0m\n");
 }
 
-TEST(InstallerPlainTextTranslator, WithoutWrappingTextsStandAsTheyAre) {
+TEST(InstallerPlainTextTranslator, LeavesTextsAsTheyAreWithoutWrapping) {
     PlainTextSettings settings;
     settings.width = 3;
     EXPECT_EQ(plain("<p>aa  bb cc</p>", settings), "aa  bb cc\n");
     EXPECT_EQ(plain("<ul><li>aa bb cc</li></ul>", settings), "- aa bb cc\n");
 }
 
-TEST(InstallerPlainTextTranslator, ATextThatFitsStandsAsItIs) {
+TEST(InstallerPlainTextTranslator, LeavesATextThatFitsAsItIs) {
     PlainTextSettings settings = console();
     settings.width = 8;
     settings.justify = true;
@@ -134,7 +134,7 @@ TEST(InstallerPlainTextTranslator, ATextThatFitsStandsAsItIs) {
     EXPECT_EQ(plain("<p>aaaaaaaa</p>", settings), "aaaaaaaa\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, PaddingIsASettingOfItsOwn) {
+TEST(InstallerPlainTextTranslator, PadsOnlyWhenTheSettingsSaySo) {
     PlainTextSettings settings = console();
     EXPECT_EQ(plain("<p>one two three four five six</p>", settings), "one two three four\nfive six\n\n");
     settings.justify = true;
@@ -157,7 +157,7 @@ TEST(InstallerPlainTextTranslator, EmphasisIsWrappedWithItsParagraph) {
               "one two three four\nfive six\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, LinesOfItemsStandBehindTheirMarkers) {
+TEST(InstallerPlainTextTranslator, IndentsTheLinesOfAnItemAfterItsMarker) {
     const EventCase cases[] = {
         {"<ul><li>one two three four five</li></ul>", "- one two three\n  four five\n\n", nullptr},
         {"<ol><li>one two three four five</li></ol>", "1. one two three\n   four five\n\n", nullptr},
@@ -168,7 +168,7 @@ TEST(InstallerPlainTextTranslator, LinesOfItemsStandBehindTheirMarkers) {
     }
 }
 
-TEST(InstallerPlainTextTranslator, TheTextOfTheNinthItemIsSetInForTheTenth) {
+TEST(InstallerPlainTextTranslator, IndentsTheTextOfTheNinthItemForTheTenth) {
     std::string script = "<ol>";
     for (int i = 1; i <= 8; ++i) {
         script += "<li>a</li>";
@@ -178,7 +178,7 @@ TEST(InstallerPlainTextTranslator, TheTextOfTheNinthItemIsSetInForTheTenth) {
     EXPECT_EQ(text.substr(text.find("9. ")), "9. one two three\n    four five\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, NestedListsAreSetInByTheirLevel) {
+TEST(InstallerPlainTextTranslator, IndentsNestedListsByTheirLevel) {
     PlainTextSettings settings = console();
     const char* const script =
         "<ul><li>a<ol><li>b<al><li>one two three four</li></al></li></ol></li><li>c</li></ul>";
@@ -205,13 +205,13 @@ TEST(InstallerPlainTextTranslator, NestedListsAreSetInByTheirLevel) {
     EXPECT_EQ(plain(script, settings), "+ a\n1. b\na. one two three four\n\n\n\n+ c\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, WithoutIndentOfListsTextsHaveTheWholeWidth) {
+TEST(InstallerPlainTextTranslator, GivesTextsTheWholeWidthWhenListsAreNotIndented) {
     PlainTextSettings settings = console();
     settings.indentLists = false;
     EXPECT_EQ(plain("<ul><li>one two three four five</li></ul>", settings), "- one two three four\nfive\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, AFurtherParagraphOfAnItemIsSetInWhenItIsWrapped) {
+TEST(InstallerPlainTextTranslator, IndentsALaterParagraphOfAnItemWhenItIsWrapped) {
     EXPECT_EQ(
         plain("<ul><li><p>one two three four five</p><p>six seven eight nine ten</p></li></ul>", console()),
         "- one two three\n"
@@ -224,29 +224,29 @@ TEST(InstallerPlainTextTranslator, AFurtherParagraphOfAnItemIsSetInWhenItIsWrapp
         << "a line that fits isn't";
 }
 
-TEST(InstallerPlainTextTranslator, AHeadingOrQuoteInAnItemIsSetInWhenItIsWrapped) {
+TEST(InstallerPlainTextTranslator, IndentsAHeadingOrQuoteInAnItemWhenItIsWrapped) {
     EXPECT_EQ(plain("<ul><li><h2>one two three four five</h2></li></ul>", console()),
               "-   one two three\n  four five\n\n\n\n");
     EXPECT_EQ(plain("<ul><li><q><p>one two three four five</p></q></li></ul>", console()),
               "-   one two three\n  four five\n\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, TheNextItemStandsBehindItsMarkerAgain) {
+TEST(InstallerPlainTextTranslator, StartsTheNextItemAfterItsMarkerAgain) {
     EXPECT_EQ(plain("<ul><li><p>a</p><p>b</p></li><li><p>one two three four five</p></li></ul>", console()),
               "- a\n\nb\n\n\n- one two three\n  four five\n\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, ANestedListStartsBehindItsMarker) {
+TEST(InstallerPlainTextTranslator, StartsANestedListAfterItsMarker) {
     EXPECT_EQ(plain("<ul><li><p>a</p><p>b</p><ul><li>one two three four</li></ul></li></ul>", console()),
               "- a\n\nb\n\n  - one two three\n    four\n\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, TextBehindAListIsNotSetIn) {
+TEST(InstallerPlainTextTranslator, DoesNotIndentTextAfterAList) {
     EXPECT_EQ(plain("<ul><li>a</li></ul><p>one two three four five</p>", console()),
               "- a\n\none two three four\nfive\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, LettersGoOnAsTheNextByteValues) {
+TEST(InstallerPlainTextTranslator, LettersContinueAsTheNextByteValues) {
     std::string script = "<al>";
     for (int i = 0; i < 30; ++i) {
         script += "<li>x</li>";
@@ -262,21 +262,20 @@ TEST(InstallerPlainTextTranslator, LetterMarkersPassThroughAllBytes) {
     }
     InstallerPlainTextTranslator translator;
     EventPlayer(translator).play(script + "</al>");
-    std::string text;
-    translator.getResult(text);
+    const std::string text = translator.getResult();
     ASSERT_EQ(text.size(), 300U * 5);
     EXPECT_EQ(text[255 * 5], static_cast<char>('a' + 255 - 256));
-    EXPECT_EQ(text[159 * 5], '\0') << "even the zero byte, where a reader of the text pointer stops";
+    EXPECT_EQ(text[159 * 5], '\0') << "even the zero byte";
 }
 
-TEST(InstallerPlainTextTranslator, LengthsAreBytesAlsoOfUtf8) {
+TEST(InstallerPlainTextTranslator, CountsBytesForUtf8Too) {
     PlainTextSettings settings = console();
     settings.width = 6;
     EXPECT_EQ(plain("<p>\xC3\xA4\xC3\xA4 bb</p>", settings), "\xC3\xA4\xC3\xA4\nbb\n\n");
     EXPECT_EQ(plain("<p>aa bbb</p>", settings), "aa bbb\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, AWidthOfNothingGivesEachWordALine) {
+TEST(InstallerPlainTextTranslator, WidthZeroGivesEachWordALine) {
     PlainTextSettings settings = console();
     settings.width = 0;
     settings.justify = true;
@@ -284,7 +283,7 @@ TEST(InstallerPlainTextTranslator, AWidthOfNothingGivesEachWordALine) {
     EXPECT_EQ(plain("<ul><li>a b</li></ul>", settings), "- a\n  b\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, LimitsOfTheSettingsAreSafe) {
+TEST(InstallerPlainTextTranslator, AcceptsExtremeSettings) {
     PlainTextSettings settings = console();
     settings.width = std::numeric_limits<std::uint32_t>::max();
     settings.levelIndent = std::numeric_limits<std::uint32_t>::max();
@@ -295,7 +294,7 @@ TEST(InstallerPlainTextTranslator, LimitsOfTheSettingsAreSafe) {
               "- a\n" + std::string(128, ' ') + "- b\n" + std::string(130, ' ') + "c\n\n\n");
 }
 
-TEST(InstallerPlainTextTranslator, DeepListsAreSetInUpToALimit) {
+TEST(InstallerPlainTextTranslator, IndentsDeepListsUpToALimit) {
     std::string begin;
     std::string end;
     for (int i = 0; i < 1000; ++i) {
@@ -346,7 +345,7 @@ std::string withoutWhiteSpaceAndTags(const std::string& text) {
 TEST(InstallerPlainTextTranslator, AnyEventsKeepAllLettersInABoundedOutput) {
     for (std::uint32_t seed = 0; seed < 300; ++seed) {
         std::string script = RandomEvents(seed).document(8);
-        // Letters as markers would be counted with the text.
+        // Markers made of letters would be counted as text.
         for (std::size_t at = script.find("al>"); at != std::string::npos; at = script.find("al>")) {
             script.replace(at, 3, "ol>");
         }

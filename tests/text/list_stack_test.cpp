@@ -33,16 +33,16 @@ TEST(ListStack, TheWidthOfANumberIsThatOfTheNextItem) {
     for (int i = 1; i <= 8; ++i) {
         marker(lists);
     }
-    EXPECT_EQ(lists.markerWidth(), 3U) << "the text of item 8 is set in for \"9. \"";
+    EXPECT_EQ(lists.markerWidth(), 3U) << "the text of item 8 is indented for \"9. \"";
     marker(lists);
-    EXPECT_EQ(lists.markerWidth(), 4U) << "the text of item 9 is set in for \"10. \"";
+    EXPECT_EQ(lists.markerWidth(), 4U) << "the text of item 9 is indented for \"10. \"";
     for (int i = 10; i <= 99; ++i) {
         marker(lists);
     }
     EXPECT_EQ(lists.markerWidth(), 5U);
 }
 
-TEST(ListStack, LettersGoOnAsTheNextByteValues) {
+TEST(ListStack, LettersContinueAsTheNextByteValues) {
     ListStack lists;
     lists.open(kTgmLetterList);
     EXPECT_EQ(lists.markerWidth(), 3U);
@@ -53,7 +53,7 @@ TEST(ListStack, LettersGoOnAsTheNextByteValues) {
     EXPECT_EQ(lists.markerWidth(), 3U);
 }
 
-TEST(ListStack, TheItemBehindZIsABrace) {
+TEST(ListStack, TheItemAfterZIsABrace) {
     ListStack lists;
     lists.open(kTgmLetterList);
     for (char letter = 'a'; letter <= 'z'; ++letter) {
@@ -76,7 +76,7 @@ TEST(ListStack, TheInnermostListCounts) {
     EXPECT_EQ(marker(lists), "a. ") << "a new list counts anew";
 }
 
-TEST(ListStack, WithoutAListThereIsNoMarker) {
+TEST(ListStack, HasNoMarkerWithoutAList) {
     ListStack lists;
     lists.close();
     EXPECT_EQ(lists.depth(), 0U);

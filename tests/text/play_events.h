@@ -11,7 +11,7 @@
 #include "text/tgm_translator.h"
 
 // Plays events that are written as tags: doc, h1 to h6, ul, ol, al (lettered), li, b, i, q, p, c (composite).
-// What stands between tags is one text.
+// The text between two tags is one text event.
 class EventPlayer {
 public:
     explicit EventPlayer(TGMTranslator& translator) : translator_(translator) {}
@@ -74,19 +74,18 @@ private:
     TGMTranslator& translator_;
 };
 
-// The output of a translator for a script of events, through all ways to take it; nothing is left of it.
+// The output of a translator for a script of events. All ways of taking it agree; the last one moves it out.
 template <typename Translator>
 std::string played(Translator& translator, std::string_view script) {
     EventPlayer(translator).play(script);
-    std::string result = "left over";
-    translator.getResult(result);
+    const std::string result = translator.getResult();
     EXPECT_EQ(result, translator.getText());
     EXPECT_EQ(result, translator.takeResult());
     return result;
 }
 
-// Events in no sensible order or number, but each begin with its end, `depth` deep at most; the same for the
-// same seed.
+// Random events in any order and number, nested at most `depth` deep; each begin has its end. The same seed
+// gives the same events.
 class RandomEvents {
 public:
     explicit RandomEvents(std::uint32_t seed) : state_(seed) {}

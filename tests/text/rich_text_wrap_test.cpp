@@ -39,7 +39,7 @@ TEST(RichTextWrap, ALastLineWithoutALineFeedGetsOne) {
     EXPECT_EQ(wrap("a\nb", 10), "a\nb\n");
 }
 
-TEST(RichTextWrap, ATextThatEndsInALineFeedGetsNoFurtherOne) {
+TEST(RichTextWrap, ATextThatEndsWithALineFeedGetsNoOther) {
     EXPECT_EQ(wrap("abc\n", 10), "abc\n");
 }
 
@@ -60,12 +60,12 @@ TEST(RichTextWrap, TheLastLineKeepsOtherBlanks) {
     EXPECT_EQ(wrap("a  b", 10), "a  b\n");
 }
 
-TEST(RichTextWrap, AFullLineIsSpreadToTheWidth) {
+TEST(RichTextWrap, AFullLineIsJustifiedToTheWidth) {
     EXPECT_EQ(wrap("aa bb cc dd", 10), "aa  bb  cc\ndd\n");
 }
 
 TEST(RichTextWrap, ExtraBlanksAreSpreadFromLeftToRight) {
-    // Three gaps and two blanks: 2/3, 4/3 and 6/3 of a blank are due behind the gaps.
+    // Three gaps and two blanks: 2/3, 4/3 and 6/3 of a blank are due after the gaps.
     EXPECT_EQ(wrap("a b c d eeee", 9), "a b  c  d\neeee\n");
     // Two gaps and five blanks: 5/2 and 10/2.
     EXPECT_EQ(wrap("a b c ddddddddd", 10), "a   b    c\nddddddddd\n");
@@ -78,7 +78,7 @@ TEST(RichTextWrap, OnlySingleBlanksAreStretched) {
     EXPECT_EQ(wrap("a\tb c dddddddddd", 16), "a\tb     c\ndddddddddd\n");
 }
 
-TEST(RichTextWrap, ALineWithoutGapsIsNotSpread) {
+TEST(RichTextWrap, ALineWithoutGapsIsNotJustified) {
     EXPECT_EQ(wrap("abc defghijkl", 10), "abc\ndefghijkl\n");
     EXPECT_EQ(wrap("a  b cccccccccc", 5), "a  b\ncccccccccc\n");
 }
@@ -92,7 +92,7 @@ TEST(RichTextWrap, AFullLineKeepsLongerRunsAtItsEnds) {
     EXPECT_EQ(wrap("aa  cccccc", 6), "aa  \ncccccc\n");
 }
 
-TEST(RichTextWrap, TheBlankAtTheStartCountsForWhatFits) {
+TEST(RichTextWrap, TheBlankAtTheStartCountsTowardsTheWidth) {
     // " abc d" is 6 wide, although its blank is dropped.
     EXPECT_EQ(wrap(" abc d", 5), "abc\nd\n");
     EXPECT_EQ(wrap(" abc d", 6), "abc d\n");
@@ -109,7 +109,7 @@ TEST(RichTextWrap, ARunOfBlanksWiderThanTheWidthIsNotBroken) {
     EXPECT_EQ(wrap("a\t\tb", 10), "a\n\t\t\nb\n");
 }
 
-TEST(RichTextWrap, ABlankThatStandsAloneBeforeAWideWordLeavesAnEmptyLine) {
+TEST(RichTextWrap, ALoneBlankBeforeAWideWordLeavesAnEmptyLine) {
     EXPECT_EQ(wrap("0123456789 0123456789abc", 10), "0123456789\n\n0123456789abc\n");
 }
 
@@ -124,12 +124,12 @@ TEST(RichTextWrap, ATabCountsEight) {
     EXPECT_EQ(wrap(" \ta", 9), " \t\na\n");
 }
 
-TEST(RichTextWrap, BytesOutsideOfAsciiCountOneEach) {
+TEST(RichTextWrap, BytesOutsideAsciiCountOneEach) {
     EXPECT_EQ(wrap("\xC3\xA9\xC3\xA9 b", 5), "\xC3\xA9\xC3\xA9\nb\n");
     EXPECT_EQ(wrap("\xC3\xA9\xC3\xA9 b", 6), "\xC3\xA9\xC3\xA9 b\n");
 }
 
-TEST(RichTextWrap, WidthOnePutsEachWordOnALineAndBlanksOnEmptyOnes) {
+TEST(RichTextWrap, WidthOneGivesEachWordALineAndEachBlankAnEmptyOne) {
     EXPECT_EQ(wrap("a b cc", 1), "a\n\nb\n\ncc\n");
 }
 

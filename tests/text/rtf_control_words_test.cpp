@@ -35,7 +35,7 @@ TEST(RtfControlWords, EachIsFoundByItsNameAndByLongerWords) {
     }
 }
 
-TEST(RtfControlWords, AWordShorterThanTheNameIsNotTheName) {
+TEST(RtfControlWords, AWordShorterThanTheNameDoesNotMatch) {
     EXPECT_EQ(nameOf(""), "none");
     EXPECT_EQ(nameOf("ta"), "none");
     EXPECT_EQ(nameOf("pa"), "none");
@@ -45,7 +45,7 @@ TEST(RtfControlWords, AWordShorterThanTheNameIsNotTheName) {
     EXPECT_EQ(nameOf("restorenormaltextmod"), "none");
 }
 
-TEST(RtfControlWords, TheFirstFittingPrefixCounts) {
+TEST(RtfControlWords, TheFirstMatchingPrefixWins) {
     EXPECT_EQ(nameOf("bin"), "b");
     EXPECT_EQ(nameOf("blue255"), "b");
     EXPECT_EQ(nameOf("b01"), "b0");
@@ -64,14 +64,14 @@ TEST(RtfControlWords, CaseMatters) {
     EXPECT_EQ(nameOf("B"), "none");
 }
 
-TEST(RtfControlWords, TheParameterIsTheNumberBehindTheName) {
+TEST(RtfControlWords, TheParameterIsTheNumberAfterTheName) {
     EXPECT_EQ(parameterOf("li720"), 720);
     EXPECT_EQ(parameterOf("li-360"), -360);
     EXPECT_EQ(parameterOf("li007"), 7);
     EXPECT_EQ(parameterOf("li12ab"), 12);
 }
 
-TEST(RtfControlWords, WithoutANumberTheParameterIsNull) {
+TEST(RtfControlWords, TheParameterIsZeroWithoutANumber) {
     EXPECT_EQ(parameterOf("li"), 0);
     EXPECT_EQ(parameterOf("lin720"), 0);
     EXPECT_EQ(parameterOf("li-"), 0);

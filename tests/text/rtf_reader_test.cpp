@@ -15,7 +15,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-// As the word pad of a desktop would write it.
+// As a word processor would write it.
 constexpr std::string_view kSample =
     "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fswiss\\fcharset0 Arial;}}\r\n"
     "{\\colortbl ;\\red0\\green0\\blue255;}\r\n"
@@ -37,7 +37,7 @@ std::string plain(std::string_view document) {
     return read(document).value_or("FAILED");
 }
 
-// What stands in the text of a terminal ahead of the attribute at the end of every document.
+// The text for a terminal without the attribute that ends every document.
 std::string onTerminal(std::string_view document) {
     const std::string text = read(document, RtfMode::kTerminal).value_or("FAILED");
     constexpr std::string_view kEnd = "\033[0m";
@@ -53,7 +53,7 @@ Calls callsOf(std::string_view document, RtfMode mode = RtfMode::kControl) {
     return recording.calls;
 }
 
-// The calls ahead of the two at the end of every document.
+// The calls before the two that end every document.
 Calls bodyOf(std::string_view document) {
     Calls calls = callsOf(document);
     const Calls end = {"resetStyles", "endDocument"};
@@ -134,29 +134,29 @@ TEST(RtfReader, EachWordWritesNothingInHiddenGroups) {
     }
 }
 
-TEST(RtfReader, EachWordTakesLongerWordsWithIt) {
+TEST(RtfReader, EachWordMatchesLongerWordsToo) {
     for (const WordCase& one : wordCases()) {
         EXPECT_EQ(onTerminal("\\" + std::string(one.word) + "xyz7 !"), std::string(one.terminal) + "!")
             << one.word;
     }
 }
 
-TEST(RtfReader, StylesInHiddenGroupsAreStillToldToTheCallback) {
+TEST(RtfReader, StylesInHiddenGroupsStillReachTheCallback) {
     EXPECT_EQ(bodyOf(hidden("\\b\\qc\\pard\\par")),
               (Calls{"setStyle 0 1", "setAlignment 1", "resetStyles", "paragraph"}));
 }
 
-TEST(RtfReader, TheCallbackIsToldOfAttributesThatAreText) {
+TEST(RtfReader, AttributesThatAreTextReachTheCallback) {
     EXPECT_EQ(callsOf("\\b", RtfMode::kTerminal),
               (Calls{"addChar \033[1m", "setStyle 0 1", "addChar \033[0m", "resetStyles", "endDocument"}));
 }
 
-TEST(RtfReader, OtherWordsArePassedOver) {
+TEST(RtfReader, OtherWordsAreSkipped) {
     EXPECT_EQ(plain("\\rtf1\\ansi\\deff0 a\\fs20 b\\cf1 c"), "abc");
     EXPECT_EQ(bodyOf("\\rtf1\\ansi\\deff0\\fs20"), Calls{});
 }
 
-TEST(RtfReader, OneBlankBehindAWordBelongsToIt) {
+TEST(RtfReader, OneBlankAfterAWordBelongsToIt) {
     EXPECT_EQ(plain("a\\par b"), "a\nb");
     EXPECT_EQ(plain("a\\par  b"), "a\n b");
     EXPECT_EQ(plain("a\\par\tb"), "a\nb");
@@ -180,7 +180,7 @@ TEST(RtfReader, TheLeftIndentIsInTenthsOfAMillimetre) {
     EXPECT_EQ(bodyOf("\\li 720"), (Calls{"setLeftIndent 0", "addChar 7", "addChar 2", "addChar 0"}));
 }
 
-TEST(RtfReader, LineEndsAndTabsOfTheFileAreNoText) {
+TEST(RtfReader, LineEndsAndTabsOfTheFileAreNotText) {
     EXPECT_EQ(plain("a\r\nb\tc\rd\ne"), "abcde");
 }
 
@@ -226,7 +226,7 @@ TEST(RtfReader, OtherBytesInHexAreDropped) {
     }
 }
 
-TEST(RtfReader, AnInvalidHexDigitCountsAsNull) {
+TEST(RtfReader, AnInvalidHexDigitCountsAsZero) {
     EXPECT_EQ(plain("\\'axb"), "b");
     EXPECT_EQ(plain("\\'g9b"), "b");
     EXPECT_EQ(plain("\\'@9b\\'`9b"), "bb");
@@ -245,7 +245,7 @@ TEST(RtfReader, TheHardBlankAndTheHardHyphenAreText) {
     EXPECT_EQ(bodyOf("\\~\\_"), (Calls{"addChar  ", "addChar -"}));
 }
 
-TEST(RtfReader, OtherSymbolsArePassedOver) {
+TEST(RtfReader, OtherSymbolsAreSkipped) {
     EXPECT_EQ(plain("a\\*b\\:c\\|d\\\re\\\nf\\ g\\\xE9h"), "abcdefgh");
 }
 
@@ -255,7 +255,7 @@ TEST(RtfReader, ABackslashMayBeTheLastByte) {
     EXPECT_EQ(read("{a\\"), std::nullopt);
 }
 
-TEST(RtfReader, TextIsVisibleOutsideOfGroupsAndInTheFirst) {
+TEST(RtfReader, TextIsVisibleOutsideGroupsAndInTheFirstLevel) {
     EXPECT_EQ(plain("a{b{c{d}e}f}g"), "abfg");
     EXPECT_EQ(plain("{a}{b}"), "ab");
 }
@@ -293,7 +293,7 @@ TEST(RtfReader, TheEndRestoresTheStyles) {
     EXPECT_EQ(callsOf(""), (Calls{"resetStyles", "endDocument"}));
 }
 
-TEST(RtfReader, AClosingBraceTooManyFails) {
+TEST(RtfReader, ASurplusClosingBraceFails) {
     EXPECT_EQ(read("}"), std::nullopt);
     EXPECT_EQ(read("{a}}b{"), std::nullopt);
     EXPECT_EQ(read("}{"), std::nullopt);
@@ -336,7 +336,7 @@ TEST(RtfReader, TheTextIsWrappedToTheWidth) {
     EXPECT_EQ(read(document, RtfMode::kPlain, -5), "aa bb cc dd\nee");
 }
 
-TEST(RtfReader, AWrappedTextThatEndsWithAParagraphGetsNoFurtherLineFeed) {
+TEST(RtfReader, AWrappedTextThatEndsWithAParagraphGetsNoOtherLineFeed) {
     EXPECT_EQ(read("{a\\par}", RtfMode::kPlain, 10), "a\n");
     EXPECT_EQ(read("{a}", RtfMode::kPlain, 10), "a\n");
     EXPECT_EQ(read("{}", RtfMode::kPlain, 10), "");
@@ -351,7 +351,7 @@ TEST(RtfReader, TheCallbackGetsTheTextUnwrapped) {
               (Calls{"addChar a", "addChar a", "addChar  ", "addChar b", "resetStyles", "endDocument"}));
 }
 
-TEST(RtfReader, ACallbackCanBeTakenAway) {
+TEST(RtfReader, ACallbackCanBeRemoved) {
     RecordingRichText recording;
     RtfReader reader;
     reader.setCallback(&recording);
@@ -392,8 +392,8 @@ std::string joinedText(const Calls& calls) {
     return text;
 }
 
-// What must hold for any document: all modes agree on whether it is whole and on its text, and the callback
-// sees the same text.
+// For any document, all modes must agree on whether it is whole and on its text, and the callback must
+// receive the same text.
 void checkDocument(const std::string& document) {
     RecordingRichText recording;
     RtfReader reader;
@@ -449,7 +449,7 @@ TEST(RtfReader, RandomDocumentsAreReadOrRefused) {
     }
 }
 
-// Documents of visible and hidden pieces: the text must be the visible ones and nothing else.
+// Makes documents of visible and hidden pieces; the text must be the visible ones and nothing else.
 TEST(RtfReader, RandomDocumentsShowWhatIsVisibleAndNothingElse) {
     std::mt19937 random(13);
     for (int round = 0; round < 2000; ++round) {

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The tree without its root's line, one level to the left.
+// The tree without the line of its root, so one level further left.
 std::string blocksOf(const std::string& text, const TGMParseOptions& options = {}) {
     std::string blocks;
     std::string line;
@@ -63,13 +63,13 @@ TEST(TGMBlockBuilder, ItemWithoutTextHasAnEmptyNode) {
 
 TEST(TGMBlockBuilder, OtherListLinesAreItemsUntilTheFirstBlankLine) {
     EXPECT_EQ("+[UNLI]\n" + item("a") + item("b") + item("c"), blocksOf("- a\n1. b\nc. c"));
-    // Behind a blank line the same line is content of the item.
+    // After a blank line the same line is part of the item.
     EXPECT_EQ("+[UNLI]\n" + item("a", "PAR ") + item("b", "PAR ") + "|     |     +[OLNU]\n" +
                   "|     |     |     +[ LI ]\n|     |     |     |     +[PLN ] : c\n",
               blocksOf("- a\n\n- b\n1. c"));
 }
 
-TEST(TGMBlockBuilder, PlainLinesBehindAnItemAreItsText) {
+TEST(TGMBlockBuilder, PlainLinesAfterAnItemAreItsText) {
     EXPECT_EQ("+[UNLI]\n" + item("a\nb\nc") + item("d"), blocksOf("- a\nb\n\tc\n- d"));
 }
 
@@ -77,7 +77,7 @@ TEST(TGMBlockBuilder, ListIsLooseWithBlankLinesForAllItemsButOne) {
     EXPECT_EQ("+[UNLI]\n" + item("a", "PAR ") + item("b", "PAR ") + item("c", "PAR "),
               blocksOf("- a\n\n- b\n\n- c"));
     EXPECT_EQ("+[UNLI]\n" + item("a") + item("b") + item("c"), blocksOf("- a\n\n- b\n- c"));
-    // No blank line is never loose, also for one item; trailing ones count.
+    // A list without a blank line is never loose, even if it has only one item; trailing blank lines count.
     EXPECT_EQ("+[UNLI]\n" + item("a"), blocksOf("- a\n"));
     EXPECT_EQ("+[UNLI]\n" + item("a", "PAR "), blocksOf("- a\n\n"));
     EXPECT_EQ("+[UNLI]\n" + item("a", "PAR ") + item("b", "PAR ") + item("c", "PAR "),
@@ -90,8 +90,8 @@ TEST(TGMBlockBuilder, ListsNestByIndentation) {
               blocksOf("- a\n\t1. b\n- c"));
 }
 
-TEST(TGMBlockBuilder, NestedBlockThatReachesBeyondItsItemComesAgain) {
-    // The numbered list takes the bullet behind it, which is an item of the list around it as well.
+TEST(TGMBlockBuilder, NestedBlockThatReachesBeyondItsItemAppearsTwice) {
+    // The numbered list takes the bullet after it, which is an item of the outer list as well.
     EXPECT_EQ(
         "+[UNLI]\n"
         "|     +[ LI ]\n"
@@ -119,7 +119,7 @@ TEST(TGMBlockBuilder, QuoteIsReadWithoutLazyListsAndWithNarrowLevels) {
     EXPECT_EQ(
         "+[BLKQ]\n|     +[PLN ] : a\n|     +[UNLI]\n|     |     +[ LI ]\n|     |     |     +[PLN ] : b\n",
         blocksOf("> a\n> - b\n\n"));
-    // Four blanks are two levels there, so the item is below the other.
+    // Four blanks are two levels in a quote, so the item is nested in the other.
     EXPECT_EQ(blocksOf("> - a\n>   - b\n>     - c\n\n"), blocksOf("> - a\n> \t- b\n> \t\t- c\n\n"));
     EXPECT_NE(blocksOf("- a\n  - b\n    - c\n\n"), blocksOf("- a\n\t- b\n\t\t- c\n\n"));
 }
@@ -149,14 +149,14 @@ TEST(TGMBlockBuilder, LineOfAnErrorInAQuoteCountsFromTheStartOfTheText) {
     EXPECT_EQ(3U, parsed.result.line);
 }
 
-TEST(TGMBlockBuilder, ErrorEndsTheBlocksAndLeavesTheOpenItemOut) {
+TEST(TGMBlockBuilder, ErrorStopsTheBuilderAndDropsTheOpenItem) {
     const ParsedText parsed = parseText("- a\n- b\n\t> q\n- c\n\nx");
     EXPECT_EQ(kTgmEmptyText, parsed.result.errors);
     EXPECT_EQ(2U, parsed.result.line);
     EXPECT_EQ("+[DOC ]\n|     +[UNLI]\n|     |     +[ LI ]\n|     |     |     +[PLN ] : a\n", parsed.tree);
 }
 
-TEST(TGMBlockBuilder, KeepGoingBuildsTheRestAndTellsTheErrorAllTheSame) {
+TEST(TGMBlockBuilder, KeepGoingBuildsTheRestAndStillReportsTheError) {
     const ParsedText parsed = parseText("- a\n- b\n\t> q\n- c\n\nx*y*", keepingGoing());
     EXPECT_EQ(kTgmEmptyText, parsed.result.errors);
     EXPECT_EQ(2U, parsed.result.line);

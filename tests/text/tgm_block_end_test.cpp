@@ -11,7 +11,7 @@ namespace {
 constexpr bool kLazyLists = true;
 constexpr bool kNoLazyLists = false;
 
-// The states behind the lines of `text`, from the second on: S, B, D, L, E.
+// The states after the lines of `text`, from the second line on: S, B, D, L, E.
 std::string statesOf(const std::string& text, bool lazyLists) {
     const auto lines = splitTgmLines(text, {});
     TGMBlockEndMachine machine(lines.at(0), lazyLists);
@@ -110,25 +110,25 @@ TEST(TGMBlockEnd, BlankLinesAndHeadingsEndAtThemselves) {
     EXPECT_EQ(0U, endOf("# a"));
 }
 
-TEST(TGMBlockEnd, LastLineEndsBehindItself) {
+TEST(TGMBlockEnd, LastLineEndsOnePastItself) {
     EXPECT_EQ(1U, endOf("a"));
     EXPECT_EQ(1U, endOf("- a"));
     EXPECT_EQ(1U, endOf("> a"));
 }
 
-TEST(TGMBlockEnd, BlockEndsAheadOfTheLineThatIsNoneOfIts) {
+TEST(TGMBlockEnd, BlockEndsBeforeTheFirstLineThatIsNotPartOfIt) {
     EXPECT_EQ(1U, endOf("a\nb\n> c\nd"));
     EXPECT_EQ(0U, endOf("a\n> c"));
 }
 
-TEST(TGMBlockEnd, BlankLinesBehindABlockBelongToItUnlessTheyEndTheText) {
+TEST(TGMBlockEnd, BlankLinesAfterABlockBelongToItUnlessTheyEndTheText) {
     EXPECT_EQ(2U, endOf("a\n\n\nb"));
     EXPECT_EQ(2U, endOf("a\n\n\nb\nc"));
     EXPECT_EQ(0U, endOf("a\n"));
     EXPECT_EQ(1U, endOf("a\n\n"));
 }
 
-TEST(TGMBlockEnd, LastLineIsHeldInAllOtherStates) {
+TEST(TGMBlockEnd, LastLineIsIncludedInAllOtherStates) {
     EXPECT_EQ(1U, endOf("- a\n- b"));
     EXPECT_EQ(1U, endOf("- a\n\t- b"));
     EXPECT_EQ(1U, endOf("- a\nb"));
@@ -173,7 +173,7 @@ TEST(TGMAllBlockEnds, AreThoseOfEachLine) {
 }
 
 TEST(TGMAllBlockEnds, NeedWorkInProportionToTheLines) {
-    // One after the other each line of such a list would look at all that follow.
+    // Searched one by one, each line of such a list would look at all lines after it.
     const std::size_t lines = 100'000;
     const std::string text = repeated("- a\n", lines) + repeated("x\n", lines);
     TGMWorkBudget budget(text.size());
@@ -182,7 +182,7 @@ TEST(TGMAllBlockEnds, NeedWorkInProportionToTheLines) {
     EXPECT_LT(budget.getSpent(), 6 * lines * kTgmOpenBlockCost);
 }
 
-TEST(TGMAllBlockEnds, TellTheLineWhereTheBudgetWasExhausted) {
+TEST(TGMAllBlockEnds, StopAtTheLineWhereTheBudgetIsExhausted) {
     TGMWorkBudget budget(0);
     budget.spend(budget.getLimit() - 5 * kTgmOpenBlockCost);
     EXPECT_EQ(6U, findAllTgmBlockEnds(splitTgmLines(repeated("- a\n", 100), {}), kLazyLists, budget).size());

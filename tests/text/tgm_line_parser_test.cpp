@@ -29,7 +29,7 @@ TEST(TGMLineParser, WritesTheLinesAndBothTrees) {
         logOf("# Title\na *b*\n\n- c"));
 }
 
-TEST(TGMLineParser, QuoteWritesItsOwnLogAheadOfTheTrees) {
+TEST(TGMLineParser, QuoteWritesItsOwnLogBeforeTheTrees) {
     EXPECT_EQ(
         "   0 : [BLKQ] (   2) a\n"
         "   1 : [BLNK] (   1)\n"
@@ -81,7 +81,7 @@ TEST(TGMLineParser, ChecksLinesOnlyWhenAsked) {
     EXPECT_EQ("+[DOC ]\n", parsed.tree);
 }
 
-TEST(TGMLineParser, KeepGoingBuildsInSpiteOfInvalidBytes) {
+TEST(TGMLineParser, KeepGoingBuildsDespiteInvalidBytes) {
     TGMParseOptions options = keepingGoing();
     options.checkUtf8 = true;
     const ParsedText parsed = parseText("\xFF*a*", options);

@@ -77,7 +77,7 @@ TEST(TGMLine, LettersAreTextWithoutTheirOption) {
     EXPECT_EQ("a. x", line.payload());
 }
 
-TEST(TGMLine, PastTheEndIsABlankLine) {
+TEST(TGMLine, DefaultIsABlankLine) {
     const TGMLine line;
     EXPECT_EQ(kTgmBlank, line.type());
     EXPECT_EQ("", line.text());
@@ -100,14 +100,14 @@ TEST(TGMIndent, CountsTabsAndFullBlanks) {
     EXPECT_EQ(3U, measureTgmIndent("\t\t\t", 4));
 }
 
-TEST(TGMIndent, TabStartsTheBlanksAgain) {
+TEST(TGMIndent, TabResetsTheCountOfBlanks) {
     EXPECT_EQ(1U, measureTgmIndent("\t   ", 4));
     EXPECT_EQ(1U, measureTgmIndent("   \t", 4));
     EXPECT_EQ(2U, measureTgmIndent("    \t", 4));
     EXPECT_EQ(1U, measureTgmIndent("   \t   ", 4));
 }
 
-TEST(TGMIndent, OtherWhiteSpaceIsPassedOver) {
+TEST(TGMIndent, OtherWhiteSpaceIsIgnored) {
     EXPECT_EQ(0U, measureTgmIndent("\v\f\r", 4));
     EXPECT_EQ(1U, measureTgmIndent("  \v  ", 4));
     EXPECT_EQ(1U, measureTgmIndent("\v ", 4));

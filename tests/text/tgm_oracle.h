@@ -4,11 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "text/tgm_node.h"
 #include "text/tgm_parse_options.h"
+#include "text/tgm_tree.h"
 
-// The rules of the dialect once more, in the plainest way: texts are copied, quotes are put together and
-// parsed again, block ends are searched for each time. Slow, without limits, and for small texts only.
+// A second implementation of the rules of the dialect, as simple as possible: it copies texts, joins the
+// lines of quotes and parses them again, and searches for the end of a block each time. Slow, without limits,
+// and for small texts only.
 class TGMOracle {
 public:
     explicit TGMOracle(const TGMParseOptions& options) : options_(options) {}
@@ -24,7 +25,7 @@ public:
 
     // In the form of the dump; empty without a root.
     std::string tree() const;
-    // What goes to a log.
+    // The debug log.
     const std::string& log() const { return log_; }
 
 private:

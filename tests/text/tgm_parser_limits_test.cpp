@@ -7,7 +7,7 @@
 #include "text/tgm_line_parser.h"
 #include "tgm_test_support.h"
 
-// Texts that a parser without limits wouldn't come back from. What they cost is counted, not timed.
+// Texts that a parser without limits would never finish. Their cost is counted, not timed.
 namespace {
 
 struct Counted {
@@ -49,7 +49,7 @@ std::string nestedQuotes(std::size_t levels) {
     return repeated(repeated("> ", levels) + "x\n", 2 * levels + 5) + "\n\n";
 }
 
-// With each nested list, which reaches to the end of the text, all that follows is built twice.
+// Each nested list reaches to the end of the text, so everything after it is built twice.
 const char* const kDoubling = "- a\n\n\t- b\n1. c\n";
 
 TEST(TGMParserLimits, ListsNestToTheDeepestLevelAndNoFurther) {
@@ -100,7 +100,7 @@ TEST(TGMParserLimits, LargeDoublingTextsEndWithTheBudget) {
             const std::uint64_t limit = TGMWorkBudget(text.size()).getLimit();
             EXPECT_EQ(kTgmInvalidBlock, counted.result.errors);
             EXPECT_NE(UINT32_MAX, counted.result.line);
-            // Otherwise it is over where it nests too deeply for the first time.
+            // Otherwise parsing stops where the text first nests too deeply.
             EXPECT_EQ(keepGoing, counted.work > limit);
             EXPECT_LT(counted.work, limit + 3 * text.size() * kTgmByteCost + kTgmBaseWork);
             EXPECT_LT(counted.nodes * kTgmNodeCost, limit);
@@ -112,7 +112,7 @@ TEST(TGMParserLimits, LogOfALargeTextEndsWithTheBudget) {
     std::string log;
     TGMParseOptions options;
     options.debugLog = &log;
-    // Each line begins a block of its own level, and the plain lines are in all of them.
+    // Each line begins a block on a level of its own, and the plain lines belong to all of them.
     std::string text;
     for (std::size_t level = 0; level < 1000; ++level) {
         text += std::string(level, '\t') + "> x\n";
@@ -133,7 +133,7 @@ struct Shape {
 class TGMParserHostile : public testing::TestWithParam<Shape> {};
 
 // The work grows with the text and stays far from the limit, or the text is refused for its depth.
-TEST_P(TGMParserHostile, IsReadInLinearWork) {
+TEST_P(TGMParserHostile, IsParsedInLinearWork) {
     const Shape& shape = GetParam();
     const std::size_t partLength = std::string(shape.part).size();
     for (const std::size_t length : {1 << 14, 1 << 20}) {

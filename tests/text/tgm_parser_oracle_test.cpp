@@ -5,7 +5,7 @@
 #include "tgm_oracle.h"
 #include "tgm_test_support.h"
 
-// Generated texts, read by the parser and by the plainest implementation of the same rules.
+// Generated texts, read by the parser and by the simplest implementation of the same rules.
 namespace {
 
 class TextGenerator {
@@ -132,7 +132,7 @@ TEST(TGMParserOracle, EmphasisGivesTheSameTrees) {
     TextGenerator generator(5);
     Tally tally;
     for (int i = 0; i < 20000 && !HasFatalFailure(); ++i) {
-        // Behind a letter nothing is a marker; with blank lines it is a paragraph.
+        // After a letter nothing is a marker; the blank lines make it a paragraph.
         const std::string tail = generator.pick(2) == 0 ? "\n\n" : "";
         compare("x" + generator.makeBytes("**__\\ab ", 24) + tail, {}, tally);
         compare("# " + generator.makeBytes("**__\\ab ", 24), {}, tally);

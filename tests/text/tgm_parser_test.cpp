@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "text/tgm_limits.h"
 #include "text/tgm_test_support.h"
 #include "text/tgm_translator.h"
 
 namespace {
 
-// Writes down each event.
+// Records each event.
 class EventLog : public TGMTranslator {
 public:
     void beginDocument() override { events += "D("; }
@@ -37,8 +41,7 @@ public:
 
 std::string eventsOf(const std::string& text) {
     TGMParser parser;
-    TGMParseResult result;
-    parser.parse(result, text.c_str());
+    parser.parse(text);
     EventLog log;
     parser.walk(log);
     return log.events;
@@ -46,14 +49,13 @@ std::string eventsOf(const std::string& text) {
 
 TEST(TGMParser, NullTextIsAnErrorOfItsOwn) {
     TGMParser parser;
-    TGMParseResult result;
-    parser.parse(result, nullptr);
+    const TGMParseResult result = parser.parse(std::nullopt);
     EXPECT_EQ(kTgmNullText, result.errors);
     EXPECT_EQ(UINT32_MAX, result.line);
     EXPECT_EQ(nullptr, parser.getRoot());
 }
 
-TEST(TGMParser, EmptyTextIsAnErrorAndNoEmptyDocument) {
+TEST(TGMParser, EmptyTextIsAnErrorAndNotAnEmptyDocument) {
     const ParsedText parsed = parseText("");
     EXPECT_EQ(kTgmEmptyText, parsed.result.errors);
     EXPECT_EQ("", parsed.tree);
@@ -65,7 +67,7 @@ TEST(TGMParser, BlankTextIsAnEmptyDocument) {
     EXPECT_EQ("+[DOC ]\n", treeOf("\r"));
 }
 
-TEST(TGMParser, CarriageReturnsGoWhereverTheyStand) {
+TEST(TGMParser, DeletesAllCarriageReturns) {
     EXPECT_EQ(treeOf("- ab\n\n\nc"), treeOf("\r-\r a\rb\r\n\r\n\n\rc\r"));
 }
 
@@ -89,8 +91,8 @@ TEST(TGMParser, DoubleSpanClosesAtOneDelimiterAndAnyCharacter) {
     EXPECT_EQ("+[DOC ]\n|     +[PAR ]\n|     |     +[BOLD] : ab\n", treeOf("**ab*c\n\n"));
 }
 
-TEST(TGMParser, DelimiterBehindASpanIsLiteralAndReadAgainInItsPiece) {
-    // The pieces are "a" and the plain "_b_"; a plain piece is then finished as any plain text is.
+TEST(TGMParser, DelimiterAfterASpanIsLiteralAndReadAgainInItsPiece) {
+    // The pieces are "a" and the plain "_b_"; a plain piece is then resolved like any plain text.
     EXPECT_EQ("+[DOC ]\n|     +[CMPS]\n|     |     +[ITAL] : a\n|     |     +[ITAL] : _b_\n",
               treeOf("*a*_b_"));
 }
@@ -131,7 +133,7 @@ TEST(TGMParser, BlankLinesBetweenAllItemsMakeAListLoose) {
     EXPECT_NE(std::string::npos, treeOf("- a\n\n- b\n- c").find("+[PLN ] : c"));
 }
 
-TEST(TGMParser, WalkTellsTheSizeAndVisitsInOrder) {
+TEST(TGMParser, WalkReservesTheSizeAndVisitsInOrder) {
     EXPECT_EQ("R32768 D(H2('h')2P('p 'E('e')' 'B('b'))L0(I(P('u')))0C('x'E('y')))",
               eventsOf("## h\np _e_ **b**\n\n- u\n\nx*y*"));
 }
@@ -146,13 +148,37 @@ TEST(TGMParser, WalkWithoutATreeDoesNothing) {
 
 TEST(TGMParser, SecondParseReplacesTheTree) {
     TGMParser parser;
-    TGMParseResult result;
-    parser.parse(result, "a**");
-    parser.parse(result, "b");
-    EXPECT_TRUE(result.succeeded());
-    EXPECT_STREQ("b", parser.getRoot()->children.at(0)->text.c_str());
-    parser.parse(result, nullptr);
+    parser.parse("a**");
+    EXPECT_TRUE(parser.parse("b").succeeded());
+    EXPECT_EQ("b", parser.getRoot()->children.at(0)->text.view());
+    parser.parse(std::nullopt);
     EXPECT_EQ(nullptr, parser.getRoot());
+}
+
+TEST(TGMParser, ReadsATextWithoutATerminator) {
+    EXPECT_EQ("+[DOC ]\n|     +[ H1 ] : ab\n", treeOf(std::string_view("# abc", 4)));
+}
+
+TEST(TGMParser, EndsATextAtItsFirstZeroByte) {
+    EXPECT_EQ("+[DOC ]\n|     +[ H1 ] : ab\n", treeOf(std::string_view("# ab\0a**", 8)));
+}
+
+TEST(TGMParser, TakesATextThatBeginsWithAZeroByteAsEmpty) {
+    for (const std::string_view text : {std::string_view(), std::string_view("\0a", 2)}) {
+        EXPECT_EQ(kTgmEmptyText, parseText(text).result.errors);
+    }
+}
+
+TEST(TGMParser, KeepsItsTreeWhenTheTextIsGone) {
+    TGMParser parser;
+    {
+        std::string text = "a *b* c\\*";
+        parser.parse(text);
+        text.assign(text.size(), '#');
+    }
+    EventLog log;
+    parser.walk(log);
+    EXPECT_EQ("R32768 D(C('a 'E('b')' c*'))", log.events);
 }
 
 }  // namespace

@@ -8,16 +8,16 @@
 #include "text/tgm_line.h"
 #include "text/tgm_parser.h"
 
-// A text as it is parsed: what became of it, in the form of the dumps.
+// What became of a text: the result and the tree in the form of the dumps.
 struct ParsedText {
     TGMParseResult result;
     std::string tree;  // empty without a root
 };
 
-inline ParsedText parseText(const std::string& text, const TGMParseOptions& options = {}) {
+inline ParsedText parseText(std::string_view text, const TGMParseOptions& options = {}) {
     ParsedText parsed;
     TGMParser parser(options);
-    parser.parse(parsed.result, text.c_str());
+    parsed.result = parser.parse(text);
     if (parser.getRoot() != nullptr) {
         dumpTgmTree(parsed.tree, *parser.getRoot());
     }
@@ -25,7 +25,7 @@ inline ParsedText parseText(const std::string& text, const TGMParseOptions& opti
 }
 
 // The tree of a text that has to be free of errors.
-inline std::string treeOf(const std::string& text, const TGMParseOptions& options = {}) {
+inline std::string treeOf(std::string_view text, const TGMParseOptions& options = {}) {
     const ParsedText parsed = parseText(text, options);
     return parsed.result.succeeded() ? parsed.tree : "error " + std::to_string(parsed.result.errors);
 }

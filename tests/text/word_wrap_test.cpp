@@ -23,7 +23,7 @@ std::string wrapped(std::string_view text, const WrapLayout& layout) {
     return out;
 }
 
-TEST(WordWrap, ALineHasRoomForABlankBehindItsLastWord) {
+TEST(WordWrap, ALineHasRoomForABlankAfterItsLastWord) {
     EXPECT_EQ(wrapped("aa bb cc dd", layoutOf(6)), "aa bb\ncc dd\n");
     EXPECT_EQ(wrapped("aa bb cc dd", layoutOf(5)), "aa\nbb\ncc\ndd\n") << "5 bytes and the blank are 6";
     EXPECT_EQ(wrapped("aa bb cc dd", layoutOf(8)), "aa bb\ncc dd\n");
@@ -47,7 +47,7 @@ TEST(WordWrap, ATextWithoutWordsIsAnEmptyLine) {
     EXPECT_EQ(wrapped("    ", layoutOf(0)), "\n");
 }
 
-TEST(WordWrap, ALongWordStandsOnALineOfItsOwn) {
+TEST(WordWrap, ALongWordHasALineOfItsOwn) {
     EXPECT_EQ(wrapped("aa longlong bb cc", layoutOf(6)), "aa\nlonglong\nbb cc\n");
     EXPECT_EQ(wrapped("aa longlong bb cc", layoutOf(6, 0, true)), "aa\nlonglong\nbb cc\n");
 }
@@ -57,7 +57,7 @@ TEST(WordWrap, AFirstWordThatIsTooLongLeavesNoEmptyLine) {
     EXPECT_EQ(wrapped("longlong", layoutOf(4, 2, true)), "  longlong\n");
 }
 
-TEST(WordWrap, EachLineIsSetIn) {
+TEST(WordWrap, EachLineIsIndented) {
     WrapLayout layout = layoutOf(8, 2);
     EXPECT_EQ(wrapped("aa bb cc", layout), "  aa bb\n  cc\n");
     layout.indentFirstLine = false;
@@ -66,8 +66,8 @@ TEST(WordWrap, EachLineIsSetIn) {
     EXPECT_EQ(wrapped("aa bb cc", layout), "aa bb\n..cc\n");
 }
 
-// `extra` is what the width leaves, the words and a blank behind each taken off; each word but the last gets
-// an equal part of it, by the number of the words, and the first ones one of what remains.
+// `extra` is the width less the words and a blank after each. It is divided by the number of words: each word
+// but the last gets an equal share, and the first ones one more from the remainder.
 TEST(WordWrap, PaddingIsSharedByTheNumberOfWords) {
     struct Case {
         std::uint32_t width;
@@ -75,11 +75,11 @@ TEST(WordWrap, PaddingIsSharedByTheNumberOfWords) {
         const char* result;
     };
     const Case cases[] = {
-        {6, "aa bb cc", "aa bb\ncc\n"},                // extra 0
-        {7, "aa bb cccc", "aa  bb\ncccc\n"},           // 1 of 2: 0 each, 1 left over
-        {8, "aa bb cccc", "aa  bb\ncccc\n"},           // 2 of 2: 1 each, one behind the last is not written
-        {9, "aa bb cccc", "aa   bb\ncccc\n"},          // 3 of 2: 1 each, 1 left over
-        {13, "aa bb cc dddd", "aa   bb  cc\ndddd\n"},  // 4 of 3: 1 each, 1 left over
+        {6, "aa bb cc", "aa bb\ncc\n"},        // extra 0
+        {7, "aa bb cccc", "aa  bb\ncccc\n"},   // 1 of 2: 0 each, 1 left over
+        {8, "aa bb cccc", "aa  bb\ncccc\n"},   // 2 of 2: 1 each, the one after the last is not written
+        {9, "aa bb cccc", "aa   bb\ncccc\n"},  // 3 of 2: 1 each, 1 left over
+        {13, "aa bb cc dddd", "aa   bb  cc\ndddd\n"},     // 4 of 3: 1 each, 1 left over
         {14, "aa bb cc ddddd", "aa   bb   cc\nddddd\n"},  // 5 of 3: 1 each, 2 left over
         {12, "aa bb cc dddd", "aa  bb  cc\ndddd\n"},      // 3 of 3: 1 each
         {11, "aa bb cc dddd", "aa  bb  cc\ndddd\n"},      // 2 of 3: 0 each, 2 left over
@@ -97,7 +97,7 @@ TEST(WordWrap, TheLastLineIsNotPadded) {
     EXPECT_EQ(wrapped("aa bb", layoutOf(80, 0, true)), "aa bb\n");
 }
 
-TEST(WordWrap, LengthsAreBytesAlsoOfUtf8) {
+TEST(WordWrap, CountsBytesForUtf8Too) {
     EXPECT_EQ(wrapped("\xC3\xA4\xC3\xA4 bb", layoutOf(6)), "\xC3\xA4\xC3\xA4\nbb\n");
     EXPECT_EQ(wrapped("aa bb", layoutOf(6)), "aa bb\n");
 }
@@ -112,7 +112,7 @@ TEST(WordWrap, TheLargestWidthIsOneLine) {
     EXPECT_EQ(wrapped("a b c", layoutOf(std::numeric_limits<std::uint32_t>::max(), 0, true)), "a b c\n");
 }
 
-// What the description of the lines says, word by word.
+// The rules of the header, applied word by word.
 std::string wrappedWordByWord(std::string_view text, const WrapLayout& layout) {
     std::string out;
     std::vector<std::string> line;
@@ -164,7 +164,7 @@ TEST(WordWrap, AnyTextIsWrappedAsWordByWord) {
     }
 }
 
-TEST(WordWrap, NeedlessBlanksAreFoundWhereverTheyStand) {
+TEST(WordWrap, NeedlessBlanksAreFoundAnywhere) {
     const std::string words = [] {
         std::string made = "a";
         for (int i = 0; i < 150; ++i) {

@@ -4,14 +4,14 @@
 
 #include <string>
 
-#include "fakes/fake_terminal.h"
+#include "fakes/fake_console_device.h"
 #include "fakes/temporary_directory.h"
 
 namespace {
 
 struct AutomatedInput : testing::Test {
     TemporaryDirectory directory;
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
 
     int initWith(const std::string& path) { return Automated(terminal, path.c_str(), false).init(); }
 };

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/fake_terminal.h"
 #include "fakes/temporary_directory.h"
 #include "ui/automated_input.h"
 
@@ -33,7 +33,7 @@ private:
 // The least that makes a front end.
 class TestUI : public GenericUI {
 public:
-    TestUI(Terminal& terminal, bool uninstall, bool ignoreErrors)
+    TestUI(platform::ConsoleDevice& terminal, bool uninstall, bool ignoreErrors)
         : GenericUI(terminal, uninstall, ignoreErrors) {}
 
     int userReady = 1;
@@ -82,7 +82,7 @@ protected:
 };
 
 struct GenericFrontEnd : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     TestUI ui{terminal, false, false};
     bool automated = false;
 

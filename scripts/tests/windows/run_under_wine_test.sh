@@ -1,5 +1,5 @@
 #!/bin/bash
-# Proves what the tests under Wine rely on in run-under-wine and wine-prefix, with Wine's own cmd.exe.
+# Proves what the tests under Wine expect of run-under-wine and wine-prefix, with Wine's own cmd.exe.
 set -uo pipefail
 scripts=$(dirname "$(readlink -f "$0")")/../..
 work=$(mktemp -d)
@@ -16,7 +16,7 @@ expect() {
         failures=$((failures + 1))
     fi
 }
-# A cache of its own: other runs on this machine must not be counted here.
+# A separate cache, so that other runs on this machine aren't counted here.
 template=$("$scripts/wine-prefix" template) || exit 1
 own="$work/cache/$(basename "$(dirname "$template")")"
 mkdir -p "$own"
@@ -53,7 +53,7 @@ expect "a destroyed prefix is gone" no "$([ -e shared ] && echo yes || echo no)"
 "$scripts/wine-prefix" destroy "$work" 2>/dev/null
 expect "another directory is not destroyed" "1 yes" "$? $([ -d "$work" ] && echo yes)"
 
-expect "no run leaves its prefix behind" 0 "$(clones)"
+expect "no run leaves its prefix" 0 "$(clones)"
 "$scripts/run-under-wine" ping -n 60 127.0.0.1 >/dev/null 2>&1 </dev/null &
 victim=$!
 until [ -e "$own"/run.*/prefix/drive_c/windows ]; do sleep 0.1; done

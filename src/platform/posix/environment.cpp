@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "platform/program.h"
+
 namespace platform {
 
 namespace {
@@ -16,6 +18,8 @@ public:
     bool set(std::string_view name, std::string_view value) override {
         return setenv(std::string(name).c_str(), std::string(value).c_str(), 1) == 0;
     }
+
+    bool programPath(std::string& outPath) override { return ownImagePath(outPath); }
 };
 
 }  // namespace

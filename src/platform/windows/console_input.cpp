@@ -78,6 +78,7 @@ ReadStatus ConsoleInput::readLine(std::string& outLine, std::size_t maxBytes) {
 }
 
 ReadStatus ConsoleInput::readKey(int& outKey) {
+    outKey = 0;
     if (kind_ == Kind::kConsole) {
         const ReadStatus status = keys_.empty() ? waitForConsoleKey() : ReadStatus::kLine;
         if (status != ReadStatus::kLine || interrupted_) {

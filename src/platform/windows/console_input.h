@@ -37,6 +37,7 @@ public:
     ConsoleInput(const ConsoleInput&) = delete;
     ConsoleInput& operator=(const ConsoleInput&) = delete;
 
+    // As ConsoleDevice's, without a flush of any output.
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes);
     ReadStatus readKey(int& outKey);
     void beginKeys();

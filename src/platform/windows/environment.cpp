@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "platform/program.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
@@ -44,6 +45,8 @@ public:
         // The C library has a copy of the environment, which getenv reads.
         return _wputenv_s(wideName.c_str(), wideValue.c_str()) == 0;
     }
+
+    bool programPath(std::string& outPath) override { return ownImagePath(outPath); }
 };
 
 }  // namespace

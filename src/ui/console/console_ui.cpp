@@ -32,7 +32,7 @@ bool isMarkdown(const DialogElementDesc& element) {
 
 }  // namespace
 
-ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal)
+ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::ConsoleDevice& terminal)
     : GenericUI(terminal, uninstall, ignoreErrors),
       quiet_(quiet),
       pager_(

@@ -20,7 +20,7 @@ public:
     static constexpr std::size_t kStatusTextLimit = 4096;
 
     // `terminal` outlives the object.
-    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal);
+    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::ConsoleDevice& terminal);
     ~ConsoleUI() override;
 
     // Borrowed; null takes it away. It is told of documents that can't be shown.

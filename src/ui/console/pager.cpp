@@ -11,7 +11,7 @@ constexpr int kRowsOfQuestion = 2;
 
 }  // namespace
 
-Pager::Pager(Terminal& terminal, bool quiet, Pause pause, Cancelled cancelled)
+Pager::Pager(platform::ConsoleDevice& terminal, bool quiet, Pause pause, Cancelled cancelled)
     : terminal_(terminal), quiet_(quiet), pause_(std::move(pause)), cancelled_(std::move(cancelled)) {
     page_.reserve(kFirstCapacity);
 }

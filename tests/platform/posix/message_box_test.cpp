@@ -25,13 +25,13 @@ std::string errorsOf(Action action) {
     return std::string(text, size > 0 ? static_cast<std::size_t>(size) : 0);
 }
 
-TEST(MessageBoxTest, AMessageGoesToStandardError) {
+TEST(MessageBoxTest, WritesAMessageToStandardError) {
     EXPECT_EQ(errorsOf([] { platform::showMessage("two\nlines", "Caption", platform::MessageIcon::kError); }),
               "Caption:\ntwo\nlines\n");
 }
 
-TEST(MessageBoxTest, AMissingTextIsEmpty) {
-    EXPECT_EQ(errorsOf([] { platform::showMessage(nullptr, "Caption", platform::MessageIcon::kWarning); }),
+TEST(MessageBoxTest, PrintsAnEmptyTextAsAnEmptyLine) {
+    EXPECT_EQ(errorsOf([] { platform::showMessage("", "Caption", platform::MessageIcon::kWarning); }),
               "Caption:\n\n");
 }
 

@@ -68,6 +68,25 @@ TEST_F(PipedConsoleTest, OutputWaitsForTheFlush) {
     EXPECT_EQ(printed(), "one two\n");
 }
 
+TEST_F(PipedConsoleTest, ShowsTheQuestionBeforeItWaitsForTheAnswer) {
+    type("answer\ny");
+    console_->write("question");
+    EXPECT_EQ(line(ReadStatus::kLine), "answer\n");
+    EXPECT_EQ(printed(), "question");
+    console_->write("key");
+    int key = 0;
+    EXPECT_EQ(console_->readKey(key), ReadStatus::kLine);
+    EXPECT_EQ(printed(), "key");
+}
+
+TEST_F(PipedConsoleTest, NoticesAnOutputThatFailsWhenAReadFlushesIt) {
+    closeEnd(output_[0]);
+    type("answer\n");
+    EXPECT_TRUE(console_->write("question"));
+    line(ReadStatus::kLine);
+    EXPECT_FALSE(console_->flush());
+}
+
 TEST_F(PipedConsoleTest, ErrorsAreNotBuffered) {
     EXPECT_TRUE(console_->writeError("bad\n"));
     EXPECT_EQ(printed(), "bad\n");
@@ -142,9 +161,10 @@ TEST_F(PipedConsoleTest, AnInputThatIsNotOpenIsAtItsEnd) {
     close(closed);
     PosixConsole console(closed, output_[1], output_[1]);
     std::string text;
-    int key = 0;
+    int key = 99;
     EXPECT_EQ(console.readLine(text, 10), ReadStatus::kEnd);
     EXPECT_EQ(console.readKey(key), ReadStatus::kEnd);
+    EXPECT_EQ(key, 0);
 }
 
 TEST_F(PipedConsoleTest, KeysOfAPipeAreItsBytes) {
@@ -168,18 +188,21 @@ TEST_F(PipedConsoleTest, AfterAnInterruptNothingIsRead) {
     EXPECT_EQ(line(ReadStatus::kLine), "first\n");
     console_->interruptInput();
     console_->interruptInput();
-    int key = 0;
+    int key = 99;
     EXPECT_EQ(line(ReadStatus::kInterrupted), "");
     EXPECT_EQ(console_->readKey(key), ReadStatus::kInterrupted);
+    EXPECT_EQ(key, 0);
     EXPECT_EQ(line(ReadStatus::kInterrupted), "");
 }
 
-TEST_F(PipedConsoleTest, APipeIsNoTerminal) {
-    int columns = 0;
-    int rows = 0;
+TEST_F(PipedConsoleTest, IsNotATerminalOnAPipe) {
+    int columns = 5;
+    int rows = 5;
     EXPECT_FALSE(console_->isInputTerminal());
     EXPECT_FALSE(console_->isOutputTerminal());
     EXPECT_FALSE(console_->windowSize(columns, rows));
+    EXPECT_EQ(columns, 0);
+    EXPECT_EQ(rows, 0);
 }
 
 // A person at a terminal.

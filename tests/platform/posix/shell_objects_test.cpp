@@ -141,7 +141,7 @@ TEST_F(PosixShellObjectsTest, AFailureLeavesWhatWasThereAndNothingElse) {
     const std::string name(300, 'x');
     EXPECT_EQ(shell_.createLink(file(name.c_str()).c_str(), {"/opt/run", "", "", "", ""}), ENAMETOOLONG);
     EXPECT_EQ(shell_.createLink("", {"/opt/run", "", "", "", ""}), ENOENT);
-    EXPECT_EQ(shell_.createUrlLink(nullptr, "http://example.com"), ENOENT);
+    EXPECT_EQ(shell_.createUrlLink("", "http://example.com"), ENOENT);
     EXPECT_EQ(shell_.createUrlLink("/dev/null/x", "http://example.com"), ENOTDIR);
     EXPECT_EQ(readTestFile(file("Demo.desktop")), "old");
     EXPECT_EQ(countEntries(directory_.path()), 1U);

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "fakes/fake_console.h"
+#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/fake_terminal.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ public:
 const std::string kBlankLine = "\r" + std::string(78, ' ') + "\r\n";
 
 struct ConsoleFrontEnd : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     FakeEngine engine;
     FakeConsole log;
     std::unique_ptr<ConsoleUI> ui;

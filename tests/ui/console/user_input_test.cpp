@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "fakes/fake_terminal.h"
+#include "fakes/fake_console_device.h"
 
 namespace {
 
 struct UserInput : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     std::vector<DialogueLoss> losses;
     User user{terminal, false, [this](DialogueLoss loss) { losses.push_back(loss); }};
     char buffer[32] = "";
@@ -92,11 +92,11 @@ TEST_F(UserInput, GivesNothingForAnInterruptedText) {
 }
 
 TEST_F(UserInput, SeesAnInterruptThatCameDuringTheRead) {
-    class LateTerminal : public FakeTerminal {
+    class LateTerminal : public FakeConsoleDevice {
     public:
         User* user = nullptr;
-        TerminalRead readLine(std::string& out, std::size_t maxBytes) override {
-            const TerminalRead result = FakeTerminal::readLine(out, maxBytes);
+        platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
+            const platform::ReadStatus result = FakeConsoleDevice::readLine(out, maxBytes);
             user->abort();
             return result;
         }
@@ -353,11 +353,11 @@ TEST_F(UserInput, AsksNothingMoreOnceInterrupted) {
 }
 
 TEST_F(UserInput, EndsAnInputWithoutLineFeedsSomewhere) {
-    class EndlessTerminal : public FakeTerminal {
+    class EndlessTerminal : public FakeConsoleDevice {
     public:
-        TerminalRead readLine(std::string& out, std::size_t maxBytes) override {
+        platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
             out.assign(maxBytes, 'x');
-            return TerminalRead::Line;
+            return platform::ReadStatus::kLine;
         }
     };
     EndlessTerminal endless;

@@ -1,0 +1,71 @@
+#include "engine/changes/change_table.h"
+
+#include "engine/action_log_format.h"
+#include "engine/changes/directory_change.h"
+#include "engine/changes/environment_change.h"
+#include "engine/changes/file_edit.h"
+#include "engine/changes/firewall_change.h"
+#include "engine/changes/ini_change.h"
+#include "engine/changes/registry_change.h"
+#include "engine/changes/shortcut_change.h"
+#include "engine/engine_parts.h"
+
+namespace {
+
+namespace Format = ActionLogFormat;
+
+// For the kinds that need nothing but the context.
+template <typename Kind>
+std::unique_ptr<Change> make(ChangeJob& job) {
+    return std::make_unique<Kind>(job.context);
+}
+
+// For the kinds that also need texts of the product.
+template <typename Kind>
+std::unique_ptr<Change> makeOfProduct(ChangeJob& job) {
+    return std::make_unique<Kind>(job.context, job.parts.model.product);
+}
+
+std::unique_ptr<Change> makeFileChange(ChangeJob& job) {
+    return std::make_unique<FileChange>(job.context, job.parts, job.replaced);
+}
+
+using Tags = std::array<std::string_view, 2>;
+
+constexpr ChangeKind kKinds[] = {
+    {Tags{Format::kFile}, "FileSet", "", UndoPass::kMain, UndoEnd::kBeforeCleaning, makeFileChange},
+    {Tags{Format::kDirectory}, "", "", UndoPass::kMain, UndoEnd::kAfterCleaning, make<DirectoryChange>},
+    {Tags{Format::kEnvironment}, "Environment", "Updating environment variables", UndoPass::kMain,
+     UndoEnd::kAfterProgress, make<EnvironmentChange>},
+    {Tags{Format::kIni}, "IniFiles", "Updating .ini files", UndoPass::kMain, UndoEnd::kBeforeCleaning,
+     make<IniChange>},
+    {Tags{Format::kModifyFile}, "ModifyFiles", "Modifying files", UndoPass::kFirst,
+     UndoEnd::kBeforeCleaning, make<FileEdit>},
+    {Tags{Format::kShortcut}, "Shortcuts", "Creating shortcuts", UndoPass::kMain, UndoEnd::kBeforeCleaning,
+     makeOfProduct<ShortcutChange>},
+    {Tags{Format::kFirewall}, "Firewall", "Updating Firewall", UndoPass::kMain, UndoEnd::kBeforeCleaning,
+     make<FirewallChange>},
+    {Tags{Format::kRegistryKey, Format::kRegistryValue}, "Registry", "", UndoPass::kMain,
+     UndoEnd::kBeforeCleaning, make<RegistryChange>},
+};
+
+}  // namespace
+
+ChangeJob::ChangeJob(const EngineParts& engineParts, ActionLogWriter& log, Report& report)
+    : parts(engineParts),
+      tags(engineParts.model.description, engineParts.model.expressions),
+      replaced(engineParts.machine.files),
+      context{engineParts.machine, engineParts.system, tags, log, report, engineParts.debugLog} {}
+
+std::string_view ChangeKind::tagOf(std::string_view line) const {
+    for (const std::string_view tag : tags) {
+        if (!tag.empty() && line.starts_with(tag)) {
+            return tag;
+        }
+    }
+    return {};
+}
+
+std::span<const ChangeKind> changeKinds() {
+    return kKinds;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "engine/changes/change.h"
+#include "engine/changes/file_change.h"
+#include "engine/description_tags.h"
+
+struct EngineParts;
+
+// What the changes of one installation or uninstallation share. Made for the job and gone with it.
+struct ChangeJob {
+    // All of them outlive this object.
+    ChangeJob(const EngineParts& engineParts, ActionLogWriter& log, Report& report);
+    ChangeJob(const ChangeJob&) = delete;
+    ChangeJob& operator=(const ChangeJob&) = delete;
+
+    const EngineParts& parts;
+    DescriptionTags tags;
+    ReplacedFiles replaced;
+    ChangeContext context;
+};
+
+// When a kind of change is taken back.
+enum class UndoPass {
+    kFirst,  // before all other records, since what it edits may be a file that they delete
+    kMain,   // in the order of the log
+};
+
+// When a kind is told that all records are through.
+enum class UndoEnd {
+    kBeforeCleaning,  // before the files are deleted that only a pattern names
+    kAfterCleaning,
+    kAfterProgress,  // when everything else is done
+};
+
+// One row for each kind of change.
+struct ChangeKind {
+    std::array<std::string_view, 2> tags;  // of its records; the second may be empty
+    std::string_view element;              // of the description; empty: other changes make it
+    std::string_view status;  // shown while an installation makes it; empty: it isn't a phase of its own
+    UndoPass pass;
+    UndoEnd end;
+    std::unique_ptr<Change> (*make)(ChangeJob& job);
+
+    // A line of the log belongs to a kind when it begins with one of its tags; otherwise the result is empty.
+    std::string_view tagOf(std::string_view line) const;
+};
+
+// In the order in which an installation makes the changes.
+std::span<const ChangeKind> changeKinds();

@@ -1,0 +1,159 @@
+#include "engine/changes/directory_change.h"
+
+#include <algorithm>
+
+#include "base/path_functions.h"
+#include "base/text_functions.h"
+#include "engine/action_log_writer.h"
+#include "engine/line_reader.h"
+#include "engine/report.h"
+#include "platform/file_system.h"
+
+namespace {
+
+constexpr std::string_view kSeparators = "/\\";
+constexpr std::size_t kDirectoriesPerFlush = 32;
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+std::size_t rootLength(std::string_view path) {
+    if (OUtils::isSeparator(path[0])) {
+        return 1;
+    }
+    const bool hasDrive = isLetter(path[0]) && path[1] == ':' && OUtils::isSeparator(path[2]);
+    return hasDrive ? 3 : 0;
+}
+
+bool holdsNothingBut(platform::FileSystem& files, const std::string& directory, std::string_view child) {
+    std::vector<platform::DirectoryEntry> entries;
+    return files.isOrdinaryDirectory(directory) && files.list(directory, entries) == 0 &&
+           std::all_of(entries.begin(), entries.end(), [child](const platform::DirectoryEntry& entry) {
+               return entry.isDirectory && !child.empty() && OUtils::equalsIgnoreCase(entry.name, child);
+           });
+}
+
+}  // namespace
+
+bool DirectoryChange::create(std::string_view path) {
+    std::int32_t created = 0;
+    const bool done = createLevels(path.substr(0, kPathLimit), created);
+    if (created > 0) {
+        context_.log.writeDirectory(created, path);
+    }
+    return done;
+}
+
+bool DirectoryChange::createLevels(std::string_view path, std::int32_t& outCreated) {
+    if (path.size() < kShortestPath || known_.contains(std::string(path))) {
+        return true;
+    }
+    for (std::size_t i = rootLength(path); i < path.size(); ++i) {
+        if (!OUtils::isSeparator(path[i]) || i == 0 || OUtils::isSeparator(path[i - 1])) {
+            continue;
+        }
+        const std::string level(path.substr(0, i));
+        if (isKnown(level)) {
+            continue;
+        }
+        if (context_.machine.files.createDirectory(level) != 0) {
+            return false;
+        }
+        known_.insert(level);
+        ++outCreated;
+    }
+    if (OUtils::isSeparator(path.back())) {
+        known_.emplace(path);
+    }
+    return true;
+}
+
+bool DirectoryChange::isKnown(const std::string& directory) {
+    if (known_.contains(directory)) {
+        return true;
+    }
+    if (!context_.machine.files.isDirectory(directory)) {
+        return false;
+    }
+    known_.insert(directory);
+    return true;
+}
+
+bool DirectoryChange::undo(const LogRecord& record) {
+    const std::string levels(firstLogField(record.fields));
+    toRemove_.push_back({std::string(nextLogField(record.fields)), OUtils::textToInteger(levels.c_str())});
+    context_.report.expectSteps(1);
+    return true;
+}
+
+bool DirectoryChange::finishUndo() {
+    bool removed = true;
+    std::size_t done = 0;
+    for (auto record = toRemove_.rbegin(); record != toRemove_.rend(); ++record) {
+        removed = remove(*record) && removed;
+        context_.report.finishStep();
+        if (done++ % kDirectoriesPerFlush == 0) {
+            context_.report.flushLines();
+        }
+    }
+    toRemove_.clear();
+    return removed;
+}
+
+// A path with a separator at its end counts its levels from there; one without is first taken as a whole.
+bool DirectoryChange::remove(const Record& record) {
+    std::int32_t levels = record.levels;
+    if (levels < 1 || record.path.empty()) {
+        return true;
+    }
+    bool removed = OUtils::isSeparator(record.path.back()) || removeLevel(record.path);
+    std::string level = record.path;
+    for (std::size_t end = level.find_last_of(kSeparators); end != std::string::npos && levels > 0;
+         --levels) {
+        level.resize(end);
+        if (level.empty()) {
+            break;
+        }
+        removed = removeLevel(level) && removed;
+        end = level.find_last_of(kSeparators);
+    }
+    return removed;
+}
+
+bool DirectoryChange::removeLevel(const std::string& directory) {
+    platform::FileSystem& files = context_.machine.files;
+    if (files.exists(directory)) {
+        removeEmptyDirectories(files, directory);
+    }
+    const bool removed = !files.exists(directory);
+    const std::string line = (removed ? "Remove " : "FAILED to remove ") + directory;
+    context_.report.addLine(line, false);
+    if (!removed) {
+        context_.report.addError(line);
+    }
+    return removed;
+}
+
+int removeEmptyDirectories(platform::FileSystem& files, std::string_view path) {
+    std::string level(path.substr(0, DirectoryChange::kPathLimit));
+    std::replace(level.begin(), level.end(), '/', '\\');
+    level.resize(level.find_last_not_of('\\') + 1);
+    std::vector<std::string> levels;  // deepest first
+    std::string child;
+    while (!level.empty() && holdsNothingBut(files, level, child)) {
+        levels.push_back(level);
+        const std::size_t separator = level.rfind('\\');
+        if (separator == std::string::npos) {
+            break;
+        }
+        child = level.substr(separator + 1);
+        level.resize(level.find_last_not_of('\\', separator) + 1);
+    }
+    for (const std::string& directory : levels) {
+        if (files.removeDirectory(directory) != 0) {
+            return 0;
+        }
+    }
+    return static_cast<int>(levels.size());
+}

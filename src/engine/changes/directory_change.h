@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "engine/changes/change.h"
+
+namespace platform {
+class FileSystem;
+}
+
+// DIR: the directories that other changes need. No element of the description asks for one by itself.
+// A record is the number of levels that were made and the path of the deepest one.
+class DirectoryChange : public Change {
+public:
+    // The longest path in bytes; what is longer is cut.
+    static constexpr std::size_t kPathLimit = 1559;
+    // A path with fewer bytes is left alone.
+    static constexpr std::size_t kShortestPath = 4;
+
+    explicit DirectoryChange(const ChangeContext& context) : context_(context) {}
+
+    // Creates each level of `path` that ends with a separator, after the root (a drive letter with its
+    // separator, or a leading separator): what follows the last separator counts as a file's name. Records
+    // the levels that didn't exist, also after a failure. False when a level can't be created.
+    //
+    // Directories that were seen once are taken for granted, so asking for one again costs nothing.
+    bool create(std::string_view path);
+
+    // Nothing: the changes that need directories create them.
+    bool apply() override { return true; }
+    // Notes the directory as one more step: directories can only go when everything in them is gone.
+    bool undo(const LogRecord& record) override;
+    // Removes the noted directories, the last one first. One that isn't there is no failure; one that holds
+    // anything stays and is reported. False when one stays.
+    bool finishUndo() override;
+
+private:
+    struct Record {
+        std::string path;
+        std::int32_t levels = 0;
+    };
+
+    bool createLevels(std::string_view path, std::int32_t& outCreated);
+    bool isKnown(const std::string& directory);
+    bool remove(const Record& record);
+    bool removeLevel(const std::string& directory);
+
+    ChangeContext context_;
+    std::unordered_set<std::string> known_;
+    std::vector<Record> toRemove_;
+};
+
+// Removes a directory that is empty, and then each one above it that becomes empty by that. A directory that
+// the system marks as its own, or a link, ends the climb. How many were removed; 0 when the first one isn't
+// empty, isn't there, or one of them resists. At most DirectoryChange::kPathLimit bytes of `path` count.
+int removeEmptyDirectories(platform::FileSystem& files, std::string_view path);

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "engine/changes/change.h"
+#include "engine/changes/directory_change.h"
+#include "engine/disk_files.h"
+#include "engine/file_contents.h"
+#include "engine/file_planner.h"
+#include "package/backup_file.h"
+
+class FileSets;
+struct EngineParts;
+struct FileEntry;
+
+// The archive with the former content of files that were replaced.
+struct ReplacedFiles {
+    explicit ReplacedFiles(platform::FileSystem& files) : archive(files) {}
+
+    BackupFile archive;     // of an installation: open for writing
+    bool restored = false;  // in an uninstallation: the former content has been put back
+};
+
+// FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive
+// holds or would hold, or CREATE, and the path.
+class FileChange : public Change {
+public:
+    // All of them outlive this object.
+    FileChange(const ChangeContext& context, const EngineParts& parts, ReplacedFiles& replaced);
+
+    // Puts the files on the disk, and marks programs as such where the file system knows that. No error stops
+    // the next file; each is reported. Former content that is to be restorable goes into the archive, and the
+    // record of a file is written before the file is touched, so that a part of a file is undone as well.
+    bool apply() override;
+    // Deletes the file, unless its former content has been put back. A file that is gone already is no
+    // failure.
+    bool undo(const LogRecord& record) override;
+
+private:
+    // One file on its way through the steps.
+    struct Work {
+        const FileEntry& file;
+        std::string path;
+        FileOnDisk onDisk;
+        bool flushNow;
+    };
+
+    void install(std::size_t index);
+    std::string prepareDirectory(const FileEntry& file);
+    bool readContent(Work& work, FileContent& content);
+    void backUp(const Work& work, const FileContent& content);
+    bool place(const Work& work, const FileContent& content);
+    void markProgram(const Work& work);
+    void reportInstalled(const Work& work, bool inPlace);
+
+    ChangeContext context_;
+    const FileSets& fileSets_;
+    ReplacedFiles& replaced_;
+    FilePlanner planner_;
+    FileContents contents_;
+    DiskFiles disk_;
+    DirectoryChange directories_;
+    bool failed_ = false;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "engine/file_in_use.h"
+#include "support/debug_log.h"
+#include "support/md5.h"
+
+// What is on the disk where a file is to go.
+struct FileOnDisk {
+    bool exists = false;  // it could be opened for reading
+    bool differs = true;  // or there is nothing to compare
+};
+
+// Compares whole files on the disk with new content, and replaces them by it.
+class DiskFiles {
+public:
+    // Files of this size and above always count as different.
+    static constexpr std::int64_t kSizeLimit = 0x40000000;
+
+    // From level 3 of the log on each written file is logged. The others outlive this object.
+    DiskFiles(platform::FileSystem& files, SystemOperations& system, Report& report, DebugLog debugLog)
+        : files_(files), inUse_(files, system, report), debugLog_(debugLog) {}
+
+    // The content is known by its size and digest. Holds nothing but a block of the file in memory.
+    FileOnDisk compare(std::string_view path, std::int64_t contentSize, const Md5Digest& digest);
+
+    // Writes a whole file over what is there. Where a file that `exists` can't be opened, the program that
+    // runs from it is stopped. True when every byte has reached the file and it could be closed; otherwise
+    // the file may hold a part.
+    bool write(std::string_view path, bool exists, std::string_view content);
+
+private:
+    int open(class PFileStream& file, std::string_view path, bool exists);
+
+    platform::FileSystem& files_;
+    FileInUse inUse_;
+    DebugLog debugLog_;
+};

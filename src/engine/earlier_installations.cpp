@@ -1,0 +1,205 @@
+#include "engine/earlier_installations.h"
+
+#include "base/errors.h"
+#include "base/fixed_text.h"
+#include "base/text_functions.h"
+#include "contracts/system_operations.h"
+#include "description/control_variables.h"
+#include "description/expressions.h"
+#include "description/product_description.h"
+#include "description/pxml.h"
+#include "description/variable_store.h"
+#include "engine/action_log_reader.h"
+#include "engine/external_products.h"
+#include "platform/file_system.h"
+#include "support/p_file_stream.h"
+
+namespace {
+
+constexpr std::string_view kProductPath = "TandrelGroupInstallation/ProductDesc";
+constexpr std::string_view kUninstallPath = "TandrelGroupInstallation/Installation/Uninstall";
+
+}  // namespace
+
+EarlierInstallations::EarlierInstallations(const EngineParts& parts)
+    : parts_(parts), tags_(parts.model.description, parts.model.expressions) {}
+
+void EarlierInstallations::findRegistered(bool isActionLogSession) {
+    parts_.debugLog.line("Checking for previous and legacy installations for this product");
+    if (!removalTried_) {
+        kind_ = kNoPreviousInstallation;
+        legacyCount_ = 0;
+        if (!isActionLogSession) {
+            scanRegistered();
+        }
+    }
+    if (kind_ != kNoPreviousInstallation || legacyCount_ >= 1) {
+        setControl(ControlVariable::kShouldUninstall, "1");
+    }
+    if (kind_ != kNoPreviousInstallation) {
+        importVariables();
+    }
+}
+
+void EarlierInstallations::scanRegistered() {
+    const std::optional<std::string> name = parts_.model.product.fullName();
+    if (name && parts_.system.findUninstallEntry(*name, 0)) {
+        kind_ = kRegisteredInstallation;
+    }
+    for (const std::int32_t node : childrenOf(kProductPath, "LegacyApplication")) {
+        const auto legacy = tags_.textOf(node);
+        if (legacy && parts_.system.findUninstallEntry(*legacy, 0)) {
+            ++legacyCount_;
+            parts_.debugLog.print("Found installed legacy app: \"%s\"", std::string(*legacy).c_str());
+        }
+    }
+}
+
+// An earlier log that can't be read doesn't keep the user from installing.
+void EarlierInstallations::importVariables() {
+    parts_.debugLog.line("Initializing previous install's variable values from log");
+    try {
+        readEarlierLog();
+    } catch (const GenericError& error) {
+        parts_.debugLog.line(error.what());
+    }
+}
+
+void EarlierInstallations::readEarlierLog() {
+    const std::optional<std::string> name = parts_.model.product.fullName();
+    if (!name) {
+        throw InstallerError("ERROR: Obtaining app name");
+    }
+    const std::optional<std::string> path = parts_.system.applicationLogFile(*name);
+    if (!path) {
+        throw InstallerError("ERROR: Obtaining actionlog filename (%s)", name->c_str());
+    }
+    PFileStream file(parts_.machine.files);
+    if (file.openFile(*path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting) != 0) {
+        throw InstallerError("ERROR: Opening action file (%s)", path->c_str());
+    }
+    ActionLogReader(&file, parts_.debugLog)
+        .readVariables([this](const std::string& key, const std::string& value) {
+            parts_.model.variables.set(key, value);
+        });
+}
+
+void EarlierInstallations::findOthers(bool isActionLogSession) {
+    if (!isActionLogSession) {
+        scanLogFiles();
+    }
+    if (legacyCount_ >= 1 || legacyLogCount_ >= 1) {
+        setControl(ControlVariable::kLegacyInstallation, "1");
+    }
+    if (kind_ != kNoPreviousInstallation) {
+        setControl(ControlVariable::kPreviousInstallation, std::to_string(kind_));
+        setControl(ControlVariable::kShouldUninstall, "1");
+    }
+    scanExternal();
+}
+
+void EarlierInstallations::scanLogFiles() {
+    legacyLogFiles_.clear();
+    if (kind_ != kRegisteredInstallation) {
+        scanOwnLog();
+    }
+    legacyLogCount_ = 0;
+    for (const std::int32_t node : childrenOf(kUninstallPath, "LegacyInstallLogFile")) {
+        scanLegacyLog(node);
+    }
+    if (legacyLogCount_ > legacyCount_) {
+        parts_.debugLog.print(
+            "WARNING: Count of legacy installation log files is more than detected from registry (%d > %d)",
+            legacyLogCount_, legacyCount_);
+    }
+}
+
+void EarlierInstallations::scanOwnLog() {
+    const std::optional<std::string> path = parts_.model.product.installLogFile();
+    if (!path) {
+        parts_.debugLog.line("ERROR: Installation does not have specified uninstall log file!");
+        return;
+    }
+    if (!isPresent(*path)) {
+        return;
+    }
+    kind_ = kLoggedInstallation;
+    const std::string normalized = normalizedPath(*path);
+    legacyLogFiles_.push_back({parts_.model.product.fullName().value_or(""), normalized});
+    parts_.debugLog.print(
+        "WARNING: Previous installation log detected with no previous installation in registry (%s)",
+        normalized.c_str());
+}
+
+void EarlierInstallations::scanLegacyLog(std::int32_t node) {
+    const auto application = tags_.attribute(node, "AppName");
+    if (!application) {
+        parts_.debugLog.line("WARNING: No Application name specified to a legacy application!");
+        return;
+    }
+    const std::string path = parts_.model.expressions
+                                 .expand(tags_.textOf(node).value_or(""), PathText::capacity())
+                                 .value_or("");
+    if (isPresent(path)) {
+        ++legacyLogCount_;
+        legacyLogFiles_.push_back({std::string(*application), normalizedPath(path)});
+    }
+}
+
+void EarlierInstallations::scanExternal() {
+    ExternalProducts products(tags_, parts_.system);
+    std::int32_t count = 0;
+    for (const std::int32_t node : childrenOf(kProductPath, "ExternalLegacyApplication")) {
+        count += products.countInstalled(node);
+    }
+    parts_.debugLog.print("Found %d external legacy installations.", count);
+    const std::string_view variable =
+        parts_.model.controls.nameOf(ControlVariable::kExternalLegacyInstallation);
+    if (!variable.empty()) {
+        setControl(ControlVariable::kExternalLegacyInstallation, std::to_string(count));
+    } else if (count > 0) {
+        parts_.debugLog.line(
+            "WARNING: External legacy installation variable is not specified and installations were found!");
+    }
+}
+
+bool EarlierInstallations::remove() {
+    removalTried_ = true;
+    const std::string_view wish = parts_.model.controls.nameOf(ControlVariable::kShouldUninstall);
+    const std::string value = parts_.model.variables.get(wish).value_or("");
+    const bool isAnythingFound =
+        kind_ != kNoPreviousInstallation || legacyCount_ > 0 || !legacyLogFiles_.empty();
+    if (OUtils::textToInteger(value.c_str()) == 0 || !isAnythingFound) {
+        return true;
+    }
+    parts_.debugLog.line("ERROR: Earlier installations are not removed: this version can not do that");
+    setControl(ControlVariable::kUninstallError, "");
+    return false;
+}
+
+std::vector<std::int32_t> EarlierInstallations::childrenOf(std::string_view path,
+                                                           std::string_view name) const {
+    const PXML& description = parts_.model.description;
+    std::vector<std::int32_t> nodes;
+    const std::int32_t parent = description.findPath(path);
+    if (parent < 0) {
+        return nodes;
+    }
+    for (std::int32_t node = description.findChild(parent, name); node >= 0;
+         node = description.findChild(parent, name, node)) {
+        nodes.push_back(node);
+    }
+    return nodes;
+}
+
+bool EarlierInstallations::isPresent(const std::string& path) {
+    return !path.empty() && parts_.machine.files.exists(path);
+}
+
+void EarlierInstallations::setControl(ControlVariable role, std::string_view value) {
+    const std::string_view name = parts_.model.controls.nameOf(role);
+    if (!name.empty()) {
+        parts_.model.variables.set(name, value);
+    }
+}

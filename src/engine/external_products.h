@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "engine/description_tags.h"
+
+class Report;
+class SystemOperations;
+
+// Products of other installers that the description wants away: its elements `ExternalLegacyApplication`.
+class ExternalProducts {
+public:
+    // What a page found, for looking again later.
+    struct Found {
+        std::vector<std::string> names;
+        bool in32BitView = false;  // where to look for all of them: as the last element says
+    };
+
+    // `system` outlives this object.
+    ExternalProducts(DescriptionTags tags, SystemOperations& system) : tags_(tags), system_(system) {}
+
+    // How many products an element stands for are installed.
+    std::int32_t countInstalled(std::int32_t element);
+
+    // Uninstalls every installed product that the children of a page's element name, one after the other, and
+    // waits for each. `onFirst` is called once before the first of them. A product that stays is no error
+    // here; see isAnyInstalled.
+    Found uninstallAll(std::int32_t page, Report& report, const std::function<void()>& onFirst);
+
+    bool isAnyInstalled(const Found& found);
+
+private:
+    struct Product;
+
+    Product read(std::int32_t element);
+    std::vector<std::string> findInstalled(const Product& product);
+    void uninstall(const std::string& name, const Product& product, Report& report);
+
+    DescriptionTags tags_;
+    SystemOperations& system_;
+};

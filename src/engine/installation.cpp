@@ -1,0 +1,145 @@
+#include "engine/installation.h"
+
+#include "base/errors.h"
+#include "description/control_variables.h"
+#include "description/product_description.h"
+#include "description/variable_store.h"
+#include "engine/action_log_rewriter.h"
+#include "engine/additional_actions.h"
+#include "engine/changes/change_table.h"
+#include "engine/configuration_export.h"
+#include "engine/installation_records.h"
+#include "engine/report.h"
+
+namespace {
+
+constexpr std::string_view kActionsStatus = "Running additional installations";
+constexpr std::string_view kConfigFileName = "config.xml";
+
+// The user will type this path on a command line, so the separator is the one that the system uses.
+std::string configFileIn(const std::string& directory) {
+    const std::size_t separator = directory.find_last_of("/\\");
+    const char character = separator == std::string::npos ? '/' : directory[separator];
+    const bool endsWithSeparator = !directory.empty() && separator == directory.size() - 1;
+    return directory + (endsWithSeparator ? "" : std::string(1, character)) + std::string(kConfigFileName);
+}
+
+void reportConfigFile(Report& report, const std::string& path) {
+    report.addLine("Successfully created configuration file:\n\t\"" + path + "\"", false);
+    report.addLine(
+        "You can use the file to automatically install the same product on different machine with the same "
+        "settings, by running the installer with the following arguments:",
+        false);
+    report.addLine(" -configFile=\"" + path + "\" {-ignoreErrors=1}", true);
+}
+
+}  // namespace
+
+Installation::Installation(const EngineParts& parts)
+    : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
+
+bool Installation::run(Report& report) {
+    ChangeJob job(parts_, log_, report);
+    InstallationRecords records(parts_, log_, job.replaced.archive);
+    if (!records.open()) {
+        return false;
+    }
+    report.begin();
+    bool failed = !FileChange(job.context, parts_, job.replaced).apply();
+    const FailedPhases failedPhases = runPhases(job);
+    // Published before the outcome is reported, so that the report is true.
+    if (!records.publish()) {
+        report.addError("FAILED to write the install log or the backup file");
+        failed = true;
+    }
+    failed = failed || !failedPhases.empty();
+    reportEnd(report, failed);
+    if (failed && !report.ignoresErrors()) {
+        reportErrors(report, failedPhases);
+    }
+    return !failed;
+}
+
+// Files have no phase: they are done, under the names of the single files, before the first one.
+Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
+    FailedPhases failed;
+    for (const ChangeKind& kind : changeKinds()) {
+        if (kind.status.empty()) {
+            continue;
+        }
+        job.context.report.setStatus(kind.status);
+        if (!kind.make(job)->apply()) {
+            failed.push_back(kind.status);
+        }
+    }
+    job.context.report.setStatus(kActionsStatus);
+    AdditionalActions(job.context, parts_).run("AdditionalInstall");
+    return failed;
+}
+
+void Installation::reportEnd(Report& report, bool failed) {
+    report.setProgress(100);
+    report.end();
+    report.flushLines();
+    report.setStatus(failed ? "There were errors during the installation."
+                            : "The installation was successful.");
+}
+
+void Installation::reportErrors(Report& report, const FailedPhases& failedPhases) {
+    parts_.debugLog.line("WARNING: An error ocurred during installation");
+    for (const std::string_view phase : failedPhases) {
+        const std::string name(phase);
+        parts_.debugLog.print("ERROR: Encountered an error during %s", name.c_str());
+        report.addError("Error during: " + name);
+    }
+    const std::string_view variable = parts_.model.controls.nameOf(ControlVariable::kInstallError);
+    if (!variable.empty()) {
+        parts_.model.variables.set(variable, "1");
+    }
+    report.showErrors("Encountered errors during installation:");
+}
+
+void Installation::runActions(std::string_view container, Report& report) {
+    ChangeJob job(parts_, log_, report);
+    AdditionalActions(job.context, parts_).run(container);
+}
+
+void Installation::finish(Report& report, bool leavesConfiguration,
+                          const std::optional<std::string>& directory) {
+    if (isFinished_) {
+        return;
+    }
+    isFinished_ = true;
+    runActions("PostInstall", report);
+    updateActionLog();
+    if (leavesConfiguration) {
+        exportConfiguration(report, directory);
+    }
+}
+
+// Variables may have changed since the files were copied.
+void Installation::updateActionLog() {
+    const std::optional<std::string> path = parts_.model.product.installLogFile();
+    if (!path) {
+        throw InstallerError("ERROR: Obtaining install actionlog filename");
+    }
+    ActionLogRewriter(parts_.machine.files).rewriteActionLog(*path, loggedVariables(parts_.model));
+}
+
+void Installation::exportConfiguration(Report& report, const std::optional<std::string>& directory) {
+    const std::string path = directory ? configFileIn(*directory) : "";
+    ConfigurationExport configuration(parts_.model.variables, parts_.model.exclusions, parts_.machine.files,
+                                      parts_.debugLog);
+    if (!path.empty() && configuration.write(path)) {
+        reportConfigFile(report, path);
+    } else {
+        report.addLine("The installer could not create configuration file!", true);
+    }
+}
+
+std::string Installation::extractAlias(std::string_view alias, std::string_view directory,
+                                       bool expandVariablesInFile, bool stripExeExtension) {
+    FileContents contents(parts_.cabinet, parts_.model.expressions, parts_.debugLog);
+    return AliasExtractor(parts_.cabinet, contents, parts_.machine.files)
+        .extractAlias(alias, directory, expandVariablesInFile, stripExeExtension);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/action_log_writer.h"
+#include "engine/engine_parts.h"
+#include "support/p_file_console.h"
+
+class Report;
+struct ChangeJob;
+struct ChangeKind;
+
+// Installs the product: its files, then every other change that the description asks for, then the last
+// actions. One object for a session; one job at a time, on the session's thread.
+class Installation {
+public:
+    explicit Installation(const EngineParts& parts);
+
+    // Makes all changes and publishes what was recorded for the undo. Every error is collected and the job
+    // runs to its end; what becomes of it is decided afterwards, by the variable of the role InstallError. It
+    // is left alone when the front end ignores errors. False when any step failed; without temporary files
+    // for the records nothing is changed.
+    bool run(Report& report);
+
+    // Runs the actions of a container of the description; one that fails is only logged. Throws
+    // InstallerError when a file can't be taken out of the cabinet.
+    void runActions(std::string_view container, Report& report);
+
+    // The last work, once for this object; later calls do nothing: the actions of PostInstall, the variables
+    // of the published action log, and, if `leavesConfiguration`, the configuration file that repeats the run,
+    // in `directory` (none: it isn't known, which is reported). Actions and a file that fail don't fail the
+    // installation. Throws InstallerError when the action log can't be brought up to date; no configuration
+    // is written then.
+    void finish(Report& report, bool leavesConfiguration, const std::optional<std::string>& directory);
+
+    // Writes one entry of the cabinet to a file; as AliasExtractor.
+    std::string extractAlias(std::string_view alias, std::string_view directory, bool expandVariablesInFile,
+                             bool stripExeExtension);
+
+private:
+    // The status texts of the phases that failed.
+    using FailedPhases = std::vector<std::string_view>;
+
+    FailedPhases runPhases(ChangeJob& job);
+    void reportEnd(Report& report, bool failed);
+    void reportErrors(Report& report, const FailedPhases& failedPhases);
+    void updateActionLog();
+    void exportConfiguration(Report& report, const std::optional<std::string>& directory);
+
+    EngineParts parts_;
+    PFileConsole logFile_;
+    ActionLogWriter log_;
+    bool isFinished_ = false;
+};

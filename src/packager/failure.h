@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+#include "base/errors.h"
+
+// Ends a command: throws InstallerError with one line for the user.
+[[noreturn]] inline void fail(const std::string& line) {
+    throw InstallerError("%s", line.c_str());
+}

@@ -1,0 +1,96 @@
+#include "engine/backup_restore.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/report.h"
+#include "fakes/memory_file_system.h"
+#include "fakes/recording_ui.h"
+#include "package/backup_file.h"
+
+namespace {
+
+constexpr const char* kArchive = "/p/backup";
+
+class BackupRestoreTest : public testing::Test {
+protected:
+    BackupRestoreTest() { files_.addDirectory("/p"); }
+    // Backs up the files, then changes them to "new", as an installation does.
+    void backUp(const std::vector<std::string>& paths) {
+        BackupFile archive(files_);
+        ASSERT_TRUE(archive.openForWriting(kArchive));
+        for (const std::string& path : paths) {
+            files_.addFile(path, "new");
+            const std::uint32_t checkSum = archive.fileCheckSum(path);
+            files_.addFile(path, "old");
+            ASSERT_EQ(archive.addFile(path, checkSum), std::nullopt);
+            files_.addFile(path, "new");
+        }
+        ASSERT_EQ(archive.close(), 0);
+    }
+    bool restore() { return restoreBackupFile(kArchive, files_, report_); }
+
+    MemoryFileSystem files_;
+    RecordingUI ui_;
+    Report report_{&ui_, nullptr};
+};
+
+TEST_F(BackupRestoreTest, ShowsEachFileAndTheProgress) {
+    backUp({"/a/replaced"});
+    EXPECT_TRUE(restore());
+    EXPECT_EQ(files_.content("/a/replaced"), "old");
+    EXPECT_EQ(ui_.calls, (std::vector<std::string>{"setCurrentProgress(0)", "pumpEvents()",
+                                                   "addFileLine(\"Restore /a/replaced\", 0)",
+                                                   "setCurrentProgress(99)", "addFileLine(null, 1)"}));
+}
+
+TEST_F(BackupRestoreTest, ShowsFilesThatTheUserChanged) {
+    backUp({"/a/edited"});
+    files_.addFile("/a/edited", "edited by the user");
+    EXPECT_TRUE(restore());
+    EXPECT_EQ(ui_.countOf("addFileLine(\"Left /a/edited\""), 1);
+}
+
+TEST_F(BackupRestoreTest, ShowsFilesThatCannotBeWritten) {
+    backUp({"/ro/file"});
+    files_.setReadOnly("/ro", 13);
+    EXPECT_TRUE(restore());
+    EXPECT_EQ(ui_.countOf("addFileLine(\"FAILED to restore /ro/file\""), 1);
+}
+
+TEST_F(BackupRestoreTest, FlushesEach32ndLine) {
+    std::vector<std::string> paths;
+    for (int i = 1; i <= 64; ++i) {
+        paths.push_back("/p/f" + std::to_string(i));
+    }
+    backUp(paths);
+    EXPECT_TRUE(restore());
+    const std::vector<std::string> lines = ui_.callsOf("addFileLine(\"Restore");
+    ASSERT_EQ(lines.size(), 64U);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        EXPECT_EQ(lines[i].ends_with(" 1)"), i == 31 || i == 63) << lines[i];
+    }
+}
+
+TEST_F(BackupRestoreTest, ShowsNothingWithoutAnArchive) {
+    EXPECT_FALSE(restore());
+    files_.addFile(kArchive, "another file");
+    EXPECT_FALSE(restore());
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(BackupRestoreTest, FailsForADamagedArchiveAndKeepsWhatWasRestored) {
+    backUp({"/a/first", "/a/second"});
+    const std::string archive = files_.content(kArchive);
+    files_.addFile(kArchive, archive.substr(0, archive.size() - 2));
+    EXPECT_FALSE(restore());
+    EXPECT_EQ(files_.content("/a/first"), "old");
+    EXPECT_EQ(files_.content("/a/second"), "new");
+    EXPECT_EQ(ui_.countOf("addFileLine(null"), 0);
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,315 @@
+#include "engine/file_installer.h"
+
+#include "engine/backup_restore.h"
+#include "installation_fixture.h"
+
+namespace {
+
+using Operation = MemoryFileSystem::Operation;
+
+class FileChangeTest : public InstallationTest {
+protected:
+    void describeFiles(const std::string& files) {
+        describe(kUninstall + ("<FileSet Name='S'>" + files + "</FileSet>"));
+    }
+    std::vector<std::string> lines() {
+        std::vector<std::string> found;
+        for (const std::string& call : ui_.callsOf("addFileLine(\"")) {
+            found.push_back(call.substr(13, call.rfind('"') - 13));
+        }
+        return found;
+    }
+};
+
+TEST_F(FileChangeTest, InstallsFilesInListOrderAndRecordsThem) {
+    pack({{"one", "one", "1"}, {"two", "two", "22"}});
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app/sub'>one</FN>");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(files_.content("/app/sub/one"), "1");
+    EXPECT_EQ(files_.content("/app/two"), "22");
+    EXPECT_EQ(installLog(),
+              "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\n"
+              "DIR\t2\t/app/sub\\\r\nFILE\tCREATE\t/app/sub\\one\r\nFILE\tCREATE\t/app\\two\r\n");
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Create /app/sub\\one", "Create /app\\two"}));
+    EXPECT_TRUE(log_.lines().empty());
+}
+
+TEST_F(FileChangeTest, WritesNothingOnASecondRunAndStillRecordsEachFile) {
+    pack({{"one", "one", "1"}, {"two", "two", "22"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1'>two</FN><FN Dest='/app'>one</FN>");
+    EXPECT_TRUE(install());
+    files_.clearOperations();
+    ui_.take();
+    EXPECT_TRUE(install());
+    EXPECT_EQ(installLog(),
+              "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\n"
+              "FILE\tCREATE\t/app\\one\r\nFILE\tOVER\t/app\\two\r\n");
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Create /app\\one", "Create /app\\two"}));
+    for (const std::string& operation : files_.operations()) {
+        EXPECT_NE(operation, "truncate /app/one");
+    }
+    EXPECT_EQ(files_.content("/app/backup.bin").size(), 42U);  // an archive without entries
+}
+
+TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
+    pack({{"one", "one", "new"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
+    files_.addFile("/app/one", "old content");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(files_.content("/app/one"), "new");
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
+    EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
+    // The archive restores it, since the file on the disk is what the installation put there.
+    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
+    EXPECT_EQ(files_.content("/app/one"), "old content");
+}
+
+TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabinets) {
+    variables_.set("NAME", "value");
+    pack({{"one", "one", "[NAME]"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1' ExpandVarsInFile='1'>one</FN>");
+    files_.addFile("/app/one", "old content");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(files_.content("/app/one"), "value");
+    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
+    EXPECT_EQ(files_.content("/app/one"), "value");
+}
+
+TEST_F(FileChangeTest, RecordsAMissingRestorableFileAsOver) {
+    pack({{"one", "one", "new"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
+    EXPECT_TRUE(install());
+    EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
+    EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
+}
+
+TEST_F(FileChangeTest, OverwritesOtherFilesWithoutABackupAndRecordsThemAsCreated) {
+    pack({{"one", "one", "new"}});
+    describeFiles("<FN Dest='/app'>one</FN>");
+    files_.addFile("/app/one", "old");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite /app\\one"});
+    EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
+}
+
+TEST_F(FileChangeTest, OverwritesAllTheSameWhenTheBackupFails) {
+    pack({{"one", "one", "new"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
+    files_.addFile("/app/one", "old");
+    files_.failAt(Operation::kOpen, "/app/one", 3);  // the comparison, the test for an archive, the copy
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/one"), "new");
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to back up /app\\one: Error opening file"});
+    EXPECT_EQ(lines()[0], "FAILED to back up /app\\one: Error opening file");
+}
+
+TEST_F(FileChangeTest, ExpandsVariablesAndCountsTheFileAsDifferentAtEachRun) {
+    variables_.set("NAME", "value");
+    pack({{"one", "one", "a=[NAME]"}});
+    describeFiles("<FN Dest='/app' ExpandVarsInFile='0'>one</FN>");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(files_.content("/app/one"), "a=value");
+    ui_.take();
+    EXPECT_TRUE(install());
+    EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite /app\\one"});
+}
+
+TEST_F(FileChangeTest, LeavesAnExpandedFileWithoutReferencesAlone) {
+    pack({{"one", "one", "plain"}});
+    describeFiles("<FN Dest='/app' ExpandVarsInFile='1'>one</FN>");
+    EXPECT_TRUE(install());
+    ui_.take();
+    EXPECT_TRUE(install());
+    EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
+}
+
+TEST_F(FileChangeTest, LogsThatAFileIsMissingFromTheCabinet) {
+    pack({{"one", "one", "1"}});
+    describeFiles(
+        "<FN Dest='/app'>one</FN><FN Dest='/app' OkIfMissing='1'>lost</FN><FN Dest='/app'>gone</FN>");
+    EXPECT_FALSE(install());
+    EXPECT_TRUE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: gone)"));
+    EXPECT_FALSE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: lost)"));
+    EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
+    EXPECT_EQ(installLog().find("gone"), std::string::npos);
+    EXPECT_EQ(installLog().find("lost"), std::string::npos);
+}
+
+TEST_F(FileChangeTest, GoesOnAfterAFileThatCannotBeWritten) {
+    pack({{"one", "one", "1"}, {"two", "two", "22"}});
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app'>one</FN>");
+    files_.addDirectory("/app/one");
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/two"), "22");
+    EXPECT_EQ(lines(), (std::vector<std::string>{
+                           "FAILED to Create /app\\one", "Create /app\\two",
+                           "Encountered errors during installation:", "FAILED to Create /app\\one"}));
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\one"});
+    // The record is written before the attempt, so that a part of a file is undone as well.
+    EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
+}
+
+TEST_F(FileChangeTest, ReportsAReadOnlyFileThatCannotBeOverwritten) {
+    pack({{"one", "one", "1"}});
+    describeFiles("<FN Dest='/app'>one</FN>");
+    files_.addFile("/app/one", "old");
+    files_.setReadOnly("/app/one");
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/one"), "old");
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite /app\\one"});
+}
+
+TEST_F(FileChangeTest, FailsWhereADirectoryCannotBeCreated) {
+    pack({{"one", "one", "1"}});
+    describeFiles("<FN Dest='/app/sub/deep'>one</FN>");
+    files_.failFrom(Operation::kCreateDirectory, "/app/sub/deep", 1);
+    EXPECT_FALSE(install());
+    EXPECT_NE(installLog().find("DIR\t2\t/app/sub/deep\\\r\n"), std::string::npos);
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app/sub/deep\\one"});
+}
+
+TEST_F(FileChangeTest, MarksProgramsAlsoWhenTheyAreThereAlready) {
+    pack({{"one", "one", "1"}, {"two", "two", "22"}});
+    describeFiles("<FN Dest='/app' Executable='1'>two</FN><FN Dest='/app'>one</FN>");
+    for (int run = 0; run < 2; ++run) {
+        files_.clearOperations();
+        EXPECT_TRUE(install());
+        EXPECT_TRUE(files_.didOperation("makeExecutable /app/two"));
+        EXPECT_FALSE(files_.didOperation("makeExecutable /app/one"));
+    }
+}
+
+TEST_F(FileChangeTest, MarksNoProgramThatCouldNotBeWritten) {
+    pack({{"two", "two", "22"}});
+    describeFiles("<FN Dest='/app' Executable='1'>two</FN>");
+    files_.addDirectory("/app/two");
+    EXPECT_FALSE(install());
+    EXPECT_FALSE(files_.didOperation("makeExecutable /app/two"));
+}
+
+TEST_F(FileChangeTest, LogsAProgramThatCannotBeMarkedAndSucceeds) {
+    pack({{"two", "two", "22"}});
+    describeFiles("<FN Dest='/app' Executable='1'>two</FN>");
+    files_.failAt(Operation::kMakeExecutable, "/app/two", 1);
+    EXPECT_TRUE(install());
+    EXPECT_TRUE(log_.hasLine("WARNING: /app\\two could not be marked as a program"));
+}
+
+TEST_F(FileChangeTest, ReportsStatusProgressAndFlushes) {
+    std::vector<Packed> packed;
+    std::string files;
+    for (int i = 0; i < 40; ++i) {
+        const std::string name = "f" + std::to_string(i);
+        packed.push_back({name, name, name});
+        files = "<FN Dest='/app' Condition='" + std::string(i == 1 ? "1==2" : "1==1") + "'>" + name +
+                "</FN>" + files;
+    }
+    pack(packed);
+    describeFiles(files);
+    EXPECT_TRUE(install());
+    const std::vector<std::string> progress = ui_.callsOf("setCurrentProgress");
+    ASSERT_EQ(progress.size(), 40U);  // 39 files and the end
+    EXPECT_EQ(progress[0], "setCurrentProgress(0)");
+    EXPECT_EQ(progress[1], "setCurrentProgress(5)");  // 2 of 40; the skipped one counts
+    EXPECT_EQ(progress[2], "setCurrentProgress(8)");  // 7.5 rounded up
+    EXPECT_EQ(progress[38], "setCurrentProgress(98)");
+    EXPECT_EQ(ui_.callsOf("setStatusText")[0], "setStatusText(\"/app\\f0\")");
+    std::vector<std::string> flushed;
+    for (const std::string& call : ui_.callsOf("addFileLine(\"")) {
+        if (call.find("true") != std::string::npos || call.find(", 1)") != std::string::npos) {
+            flushed.push_back(call.substr(13, call.rfind('"') - 13));
+        }
+    }
+    EXPECT_EQ(flushed, (std::vector<std::string>{"Create /app\\f0", "Create /app\\f32"}));
+}
+
+TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
+    pack({{"tool.exe", "tool.exe", "new"}, {"lib.dll", "lib.dll", "new"}});
+    describeFiles("<FN Dest='/app'>lib.dll</FN><FN Dest='/app'>tool.exe</FN>");
+    files_.addFile("/app/tool.exe", "old");
+    files_.addFile("/app/lib.dll", "old");
+    files_.failAt(Operation::kOpen, "/app/tool.exe", 2, 32);  // after the comparison
+    files_.failFrom(Operation::kOpen, "/app/lib.dll", 2, 32);
+    system_.running = {"tool.exe", "lib.dll"};
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/tool.exe"), "new");
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite /app\\lib.dll"});
+}
+
+TEST_F(FileChangeTest, NoticesThatTheDiskFillsUpInTheMiddleOfAFile) {
+    pack({{"big", "big", std::string(5000, 'x')}, {"small", "small", "s"}});
+    describeFiles("<FN Dest='/app'>small</FN><FN Dest='/app'>big</FN>");
+    files_.addDirectory("/app");
+    ui_.onCall = [this](const std::string& call) {
+        if (call == "setStatusText(\"/app\\big\")") {
+            files_.setFreeSpace(1000);
+        } else if (call == "setStatusText(\"/app\\small\")") {
+            files_.setFreeSpace(-1);
+        }
+    };
+    EXPECT_FALSE(install());
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\big"});
+    EXPECT_EQ(files_.content("/app/small"), "s");
+    EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\small\r\n"), std::string::npos);
+}
+
+TEST_F(FileChangeTest, NeedsNoFrontEndAndNoErrorList) {
+    pack({{"one", "one", "1"}});
+    describeFiles("<FN Dest='/app'>one</FN><FN Dest='/app'>gone</FN>");
+    Report report(nullptr, nullptr);
+    EXPECT_FALSE(installation_.run(report));
+    EXPECT_EQ(files_.content("/app/one"), "1");
+}
+
+// Undoes one record.
+class FileUndoTest : public EngineTest {
+protected:
+    bool undo(std::string_view fields) { return change_.undo({"FILE", fields}); }
+
+    PFileConsole logFile_{files_};
+    ActionLogWriter writer_{logFile_};
+    ChangeJob job_{parts_, writer_, report_};
+    FileChange change_{job_.context, parts_, job_.replaced};
+};
+
+TEST_F(FileUndoTest, DeletesTheFileAndReportsIt) {
+    files_.addFile("/app/a", "");
+    EXPECT_TRUE(undo("CREATE\t/app/a"));
+    EXPECT_FALSE(files_.hasFile("/app/a"));
+    EXPECT_EQ(ui_.calls,
+              (std::vector<std::string>{"pumpEventsWhileCopying()", "addFileLine(\"Delete /app/a\", 1)"}));
+}
+
+TEST_F(FileUndoTest, ReportsAMissingFileAndSucceeds) {
+    EXPECT_TRUE(undo("CREATE\t/app/gone"));
+    EXPECT_EQ(ui_.countOf("addFileLine(\"Missing /app/gone\""), 1);
+    EXPECT_TRUE(errors_.empty());
+}
+
+TEST_F(FileUndoTest, FailsForAFileThatStays) {
+    files_.addFile("/app/a", "");
+    files_.failFrom(Operation::kRemoveFile, "/app/a", 1);
+    EXPECT_FALSE(undo("CREATE\t/app/a"));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to delete /app/a"});
+}
+
+TEST_F(FileUndoTest, KeepsARestoredFileOnly) {
+    files_.addFile("/app/a", "former");
+    job_.replaced.restored = true;
+    EXPECT_TRUE(undo("OVER\t/app/a"));
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    job_.replaced.restored = false;
+    EXPECT_TRUE(undo("OVER\t/app/a"));
+    EXPECT_FALSE(files_.hasFile("/app/a"));
+}
+
+TEST_F(FileUndoTest, IgnoresRecordsOfAnotherForm) {
+    files_.addFile("/app/a", "");
+    for (const char* fields : {"OTHER\t/app/a", "CREATE\t", "CREATE", ""}) {
+        EXPECT_TRUE(undo(fields));
+    }
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+}  // namespace
