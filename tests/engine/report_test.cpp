@@ -13,7 +13,7 @@ TEST(ReportTest, passesEverythingToTheFrontEnd) {
     report.begin();
     report.setStatus("status");
     report.setProgress(7);
-    report.pumpEvents();
+    report.pumpEventsWhileCopying();
     report.addLine("line", true);
     report.flushLines();
     report.end();
@@ -40,7 +40,7 @@ TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
     report.begin();
     report.setStatus("status");
     report.setProgress(7);
-    report.pumpEvents();
+    report.pumpEventsWhileCopying();
     report.addLine("line", true);
     report.addError("error");
     report.showErrors("heading");

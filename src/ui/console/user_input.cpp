@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "base/text_functions.h"
-#include "ui/decimal_text.h"
+#include "ui/console/decimal_text.h"
 
 namespace {
 

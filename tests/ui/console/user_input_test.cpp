@@ -295,7 +295,7 @@ TEST_F(UserInput, GivesNoChoiceFromAListWithoutAnyEnabledItem) {
     EXPECT_EQ(terminal.linesRead, 0);
 }
 
-TEST_F(UserInput, TellsAMessageAndWaits) {
+TEST_F(UserInput, ShowsAMessageAndWaits) {
     terminal.lines = {"long answer", "next"};
     user.tell("A message");
     EXPECT_EQ(terminal.output, "A message\nPress Enter to continue...");
