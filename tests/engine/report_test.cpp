@@ -47,7 +47,6 @@ TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
     report.flushLines();
     report.end();
     EXPECT_FALSE(report.ignoresErrors());
-    EXPECT_FALSE(report.hasErrorList());
 }
 
 TEST(ReportTest, AddsTheLineOfAChangeAndAnErrorWhenItFailed) {

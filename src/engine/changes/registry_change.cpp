@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "base/fixed_text.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/product_description.h"
@@ -147,9 +146,8 @@ void RegistryChange::applyElement(std::int32_t node, const ProductDescription& p
 }
 
 bool RegistryChange::openProductLog(const ProductDescription& product) {
-    PathText path;
-    return product.getInstallLogFile(path.data(), static_cast<int>(PathText::capacity())) == 0 &&
-           !path.isEmpty() && context_.log.openToAppend(path.c_str()) == 0;
+    const auto path = product.installLogFile();
+    return path && !path->empty() && context_.log.openToAppend(*path);
 }
 
 void RegistryChange::applyChild(std::int32_t node) {
