@@ -1,4 +1,4 @@
-#include "wini/same_path.h"
+#include "engine/changes/same_path.h"
 
 #include <algorithm>
 #include <memory>
@@ -13,7 +13,7 @@ std::string probeIn(const std::string& directory) {
     return directory + (OUtils::isSeparator(directory.back()) ? "" : "\\") + kProbeName;
 }
 
-// A file of its own in a directory, gone at the end.
+// A new file in a directory, for as long as this object lives.
 class Probe {
 public:
     Probe(platform::FileSystem& files, std::string path) : files_(files), path_(std::move(path)) {
@@ -21,7 +21,7 @@ public:
         options.access = platform::kWrite;
         options.disposition = platform::Disposition::kCreateNew;  // nothing is overwritten, no link followed
         std::unique_ptr<platform::File> file;
-        made_ = files_.open(path_.c_str(), options, file) == 0;
+        made_ = files_.open(path_, options, file) == 0;
         written_ = made_ && write(*file);
     }
     ~Probe() { remove(); }
@@ -31,7 +31,7 @@ public:
     bool isWritten() const { return written_; }
     void remove() {
         if (made_) {
-            files_.removeFile(path_.c_str());
+            files_.removeFile(path_);
             made_ = false;
         }
     }
@@ -53,7 +53,7 @@ private:
 
 bool canBeRead(platform::FileSystem& files, const std::string& path) {
     std::unique_ptr<platform::File> file;
-    return files.open(path.c_str(), {}, file) == 0;
+    return files.open(path, {}, file) == 0;
 }
 
 }  // namespace
@@ -75,7 +75,7 @@ bool namesSameDirectory(platform::FileSystem& files, const std::vector<std::stri
     }
     // A file of that name that isn't the probe outlives it.
     probe.remove();
-    return std::ranges::any_of(hits, [&](const std::string& hit) { return !files.exists(hit.c_str()); });
+    return std::ranges::any_of(hits, [&](const std::string& hit) { return !files.exists(hit); });
 }
 
 bool samePath(platform::FileSystem& files, const std::string& first, const std::string& second) {

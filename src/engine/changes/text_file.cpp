@@ -1,4 +1,4 @@
-#include "wini/text_file.h"
+#include "engine/changes/text_file.h"
 
 #include <memory>
 
@@ -49,13 +49,13 @@ std::vector<std::string_view> splitTextLines(std::string_view content) {
 
 TextFile::State TextFile::load() {
     content_.clear();
-    exists_ = files_.exists(path_.c_str());
+    exists_ = files_.exists(path_);
     if (!exists_) {
         return State::kMissing;
     }
     std::string target;
-    if (files_.resolveFile(path_.c_str(), target) != 0 || files_.fileSize(target.c_str()) > kSizeLimit ||
-        OUtils::readWholeFile(target.c_str(), content_, files_) != 0) {
+    if (files_.resolveFile(path_, target) != 0 || files_.fileSize(target) > kSizeLimit ||
+        OUtils::readWholeFile(target, content_, files_) != 0) {
         return State::kUnreadable;
     }
     path_ = target;
@@ -82,7 +82,7 @@ bool TextFile::store(std::string_view head, const std::vector<std::string_view>&
         return false;
     }
     if (!putInPlace(aside)) {
-        files_.removeFile(aside.c_str());
+        files_.removeFile(aside);
         return false;
     }
     return true;
@@ -97,7 +97,7 @@ bool TextFile::writeAside(const std::string& newContent, std::string& outAside) 
     std::unique_ptr<platform::File> file;
     for (int number = 1; file == nullptr && number <= kLastAside; ++number) {
         outAside = asideOf(path_, number);
-        if (files_.open(outAside.c_str(), options, file) != 0 && !files_.exists(outAside.c_str())) {
+        if (files_.open(outAside, options, file) != 0 && !files_.exists(outAside)) {
             return false;
         }
     }
@@ -105,7 +105,7 @@ bool TextFile::writeAside(const std::string& newContent, std::string& outAside) 
         return false;
     }
     if (writeAndClose(*file, newContent) != 0) {
-        files_.removeFile(outAside.c_str());
+        files_.removeFile(outAside);
         return false;
     }
     return true;
@@ -113,8 +113,7 @@ bool TextFile::writeAside(const std::string& newContent, std::string& outAside) 
 
 bool TextFile::putInPlace(const std::string& aside) {
     if (!exists_) {
-        return files_.moveFile(aside.c_str(), path_.c_str()) == 0;
+        return files_.moveFile(aside, path_) == 0;
     }
-    return files_.copyRights(path_.c_str(), aside.c_str()) == 0 &&
-           files_.replaceFile(aside.c_str(), path_.c_str()) == 0;
+    return files_.copyRights(path_, aside) == 0 && files_.replaceFile(aside, path_) == 0;
 }

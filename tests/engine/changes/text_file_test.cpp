@@ -1,10 +1,10 @@
-#include "wini/text_file.h"
+#include "engine/changes/text_file.h"
 
 #include <gtest/gtest.h>
 
+#include "engine/changes/text_lines.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
-#include "wini/text_lines.h"
 
 namespace {
 
@@ -12,7 +12,7 @@ using Operation = MemoryFileSystem::Operation;
 using State = TextFile::State;
 using Lines = std::vector<std::string_view>;
 
-TEST(TextLinesTest, AreSplitAtLineFeeds) {
+TEST(TextLinesTest, SplitsAtLineFeeds) {
     EXPECT_EQ(splitTextLines(""), Lines{});
     EXPECT_EQ(splitTextLines("a"), Lines{"a"});
     EXPECT_EQ(splitTextLines("a\n"), Lines{"a"});
@@ -22,7 +22,7 @@ TEST(TextLinesTest, AreSplitAtLineFeeds) {
     EXPECT_EQ(splitTextLines(std::string(5000, 'x') + "\n").front().size(), 5000U);
 }
 
-TEST(TextLinesTest, LoseTheReturnThatTheSystemPutsInFrontOfLineFeeds) {
+TEST(TextLinesTest, DropsTheReturnThatTheSystemPutsBeforeLineFeeds) {
     const bool isPart = std::string_view(OUtils::textLineEnd()) == "\n";
     EXPECT_EQ(splitTextLines("a\r\n"), Lines{isPart ? "a\r" : "a"});
 }
@@ -43,7 +43,7 @@ protected:
     MemoryFileSystem files_;
 };
 
-TEST_F(TextFileTest, TellsWhatIsThere) {
+TEST_F(TextFileTest, SaysWhatIsThere) {
     files_.addFile("/d/f", "old");
     files_.addLink("/link", "/d/f");
     files_.addLink("/dangling", "/none");
@@ -76,7 +76,7 @@ TEST_F(TextFileTest, ReplacesAFileWithItsRights) {
     EXPECT_TRUE(files_.didOperation("flush /d/.tandrel-edit-1.tmp"));
 }
 
-TEST_F(TextFileTest, ChangesTheFileBehindALink) {
+TEST_F(TextFileTest, ChangesTheFileThatALinkLeadsTo) {
     files_.addFile("/d/f", "old");
     files_.addLink("/etc/link", "/d/f");
     EXPECT_TRUE(storeOver("/etc/link"));
@@ -92,7 +92,7 @@ TEST_F(TextFileTest, MakesAMissingFile) {
     EXPECT_FALSE(storeOver("/none/f"));
 }
 
-TEST_F(TextFileTest, PutsTheHeadInFront) {
+TEST_F(TextFileTest, WritesTheHeadFirst) {
     TextFile file(files_, "/f");
     EXPECT_EQ(file.load(), State::kMissing);
     EXPECT_TRUE(file.store("mark", {"a"}));
@@ -159,7 +159,7 @@ TEST(TextFileMachineTest, ReplacesARealFile) {
     EXPECT_TRUE(other.store("", {"x"}));
     EXPECT_EQ(readTestFile(directory.file("g")), textOf({"x"}));
     std::vector<platform::DirectoryEntry> entries;
-    EXPECT_EQ(files.list(directory.path().c_str(), entries), 0);
+    EXPECT_EQ(files.list(directory.path(), entries), 0);
     EXPECT_EQ(entries.size(), 2U);
     EXPECT_EQ(TextFile(files, directory.path()).load(), State::kUnreadable);
 }

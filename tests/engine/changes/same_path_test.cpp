@@ -1,4 +1,4 @@
-#include "wini/same_path.h"
+#include "engine/changes/same_path.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ TEST_F(SamePathTest, MatchesNothingWhereItCannotWrite) {
     EXPECT_FALSE(same("/b", "/b"));
 }
 
-TEST_F(SamePathTest, TakesNoEmptyPathForADirectory) {
+TEST_F(SamePathTest, DoesNotTakeAnEmptyPathForADirectory) {
     EXPECT_FALSE(same("", "/b"));
     EXPECT_FALSE(same("/b", ""));
     EXPECT_FALSE(same("", ""));
@@ -55,13 +55,13 @@ TEST_F(SamePathTest, LeavesAFileOfTheProbesNameAlone) {
     EXPECT_FALSE(files_.didOperation("removeFile " + probe_));
 }
 
-TEST_F(SamePathTest, TakesNoOtherFileForTheProbe) {
+TEST_F(SamePathTest, DoesNotTakeAnotherFileForTheProbe) {
     files_.addFile(std::string("/a/") + kProbeName, "mine");
     EXPECT_FALSE(same("/a", "/b"));
     EXPECT_EQ(files_.content(std::string("/a/") + kProbeName), "mine");
 }
 
-TEST_F(SamePathTest, DoesNotFollowALinkInTheProbesPlace) {
+TEST_F(SamePathTest, DoesNotFollowALinkOfTheProbesName) {
     files_.addFile("/target", "keep");
     files_.addLink(probe_, "/target");
     EXPECT_FALSE(same("/b", "/b"));
@@ -79,7 +79,7 @@ TEST_F(SamePathTest, RemovesTheProbeAfterEachFailure) {
     EXPECT_TRUE(files_.allFiles().empty());
 }
 
-TEST_F(SamePathTest, AsksForManyPathsWithOneProbe) {
+TEST_F(SamePathTest, ComparesManyPathsWithOneProbe) {
     EXPECT_TRUE(namesSameDirectory(files_, {"/a", "", "/none", "/b/"}, "/b"));
     EXPECT_FALSE(namesSameDirectory(files_, {"/a", "/none"}, "/b"));
     EXPECT_FALSE(namesSameDirectory(files_, {}, "/b"));
@@ -89,7 +89,7 @@ TEST_F(SamePathTest, AsksForManyPathsWithOneProbe) {
 TEST(SamePathMachineTest, FindsARealDirectory) {
     const TemporaryDirectory directory;
     platform::FileSystem& files = platform::systemFileSystem();
-    ASSERT_EQ(files.createDirectory(directory.file("sub").c_str()), 0);
+    ASSERT_EQ(files.createDirectory(directory.file("sub")), 0);
     EXPECT_TRUE(samePath(files, directory.path() + "/", directory.path()));
     EXPECT_TRUE(samePath(files, directory.file("sub") + "\\..", directory.path()));
     EXPECT_FALSE(samePath(files, directory.file("sub"), directory.path()));
