@@ -39,27 +39,27 @@ protected:
     MemoryFileSystem files_;
 };
 
-TEST_F(ActionLogRewriterTest, replacesTheVariableBlockAlone) {
+TEST_F(ActionLogRewriterTest, ReplacesTheVariableBlockAlone) {
     EXPECT_EQ(
         rewritten(kOld),
         "x.xml\r\nb.bin\r\nNUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/v\r\n");
     EXPECT_EQ(files_.allFiles(), std::vector<std::string>{"/app/install.log"});
 }
 
-TEST_F(ActionLogRewriterTest, losesALineBehindTheBlockThatHoldsTheLettersOfTheTag) {
+TEST_F(ActionLogRewriterTest, LosesALineBehindTheBlockThatHoldsTheLettersOfTheTag) {
     EXPECT_EQ(
         rewritten(
             "a\r\nb\r\nNUMVARS\t0\r\nFILE\tCREATE\t/VAR/x\r\nFILE\tCREATE\t/y\r\nFILE\tCREATE\t/VAR/z\r\n"),
         "a\r\nb\r\nNUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nFILE\tCREATE\t/y\r\nFILE\tCREATE\t/VAR/z\r\n");
 }
 
-TEST_F(ActionLogRewriterTest, copiesLongLinesWhole) {
+TEST_F(ActionLogRewriterTest, CopiesLongLinesWhole) {
     const std::string line = "FILE\tCREATE\t" + std::string(5000, 'p') + "\r\n";
     EXPECT_EQ(rewritten("NUMVARS\t0\r\nDIR\t1\ta\r\n" + line),
               "NUMVARS\t2\r\nVAR\tA\tnew\r\nVAR\tC\t\r\nDIR\t1\ta\r\n" + line);
 }
 
-TEST_F(ActionLogRewriterTest, cutsAVariableLineWhereItsReadersWould) {
+TEST_F(ActionLogRewriterTest, CutsAVariableLineWhereItsReadersWould) {
     files_.addFile("/app/install.log", kOld);
     const std::string value(2040, 'v');
     ActionLogRewriter(files_).rewriteActionLog("/app/install.log", {{"A", value}, {"BC", value}});
@@ -68,7 +68,7 @@ TEST_F(ActionLogRewriterTest, cutsAVariableLineWhereItsReadersWould) {
                   std::string(2038, 'v') + "\r\nDIR\t1\t/app\\\r\nFILE\tCREATE\t/v\r\n");
 }
 
-TEST_F(ActionLogRewriterTest, givesItsReaderTheLongestValueWhole) {
+TEST_F(ActionLogRewriterTest, GivesItsReaderTheLongestValueWhole) {
     files_.addFile("/app/install.log", kOld);
     const std::string value(1559, 'v');
     ActionLogRewriter(files_).rewriteActionLog("/app/install.log", {{"A", value}, {"B", "2"}});
@@ -78,13 +78,13 @@ TEST_F(ActionLogRewriterTest, givesItsReaderTheLongestValueWhole) {
               0);
     DebugLog none;
     std::map<std::string, std::string> read;
-    EXPECT_FALSE(ActionLogReader(&log, none)
-                     .readVariablesFromLog(
+    EXPECT_TRUE(ActionLogReader(&log, none)
+                     .readVariables(
                          [&](const std::string& name, const std::string& text) { read[name] = text; }));
     EXPECT_EQ(read, (std::map<std::string, std::string>{{"A", value}, {"B", "2"}}));
 }
 
-TEST_F(ActionLogRewriterTest, keepsTheNewLogForThisUserAndFollowsNoLink) {
+TEST_F(ActionLogRewriterTest, KeepsTheNewLogForThisUserAndFollowsNoLink) {
     files_.addFile("/app/install.log", kOld);
     files_.addFile("/mine", "mine");
     files_.addLink("/app/templog.log", "/mine");
@@ -94,7 +94,7 @@ TEST_F(ActionLogRewriterTest, keepsTheNewLogForThisUserAndFollowsNoLink) {
     EXPECT_FALSE(files_.hasFile("/app/templog.log"));
 }
 
-TEST_F(ActionLogRewriterTest, refusesALogThatEndsBehindItsVariables) {
+TEST_F(ActionLogRewriterTest, RefusesALogThatEndsWithItsVariables) {
     for (const char* old : {"", "a\r\nb\r\n", "NUMVARS\t0\r\n", "NUMVARS\t1\r\nVAR\tA\t1\r\n"}) {
         files_.addFile("/app/install.log", old);
         EXPECT_EQ(errorOf(), "ERROR: No variables in action file");
@@ -103,7 +103,7 @@ TEST_F(ActionLogRewriterTest, refusesALogThatEndsBehindItsVariables) {
     }
 }
 
-TEST_F(ActionLogRewriterTest, tellsWhichFileItCannotOpen) {
+TEST_F(ActionLogRewriterTest, TellsWhichFileItCannotOpen) {
     files_.addDirectory("/app");
     EXPECT_EQ(errorOf(), "ERROR: Opening action file (/app/install.log)");
     files_.addFile("/app/install.log", kOld);
@@ -112,7 +112,7 @@ TEST_F(ActionLogRewriterTest, tellsWhichFileItCannotOpen) {
     EXPECT_EQ(files_.content("/app/install.log"), kOld);
 }
 
-TEST_F(ActionLogRewriterTest, keepsTheOldLogWhenTheDiskIsFull) {
+TEST_F(ActionLogRewriterTest, KeepsTheOldLogWhenTheDiskIsFull) {
     files_.addFile("/app/install.log", kOld);
     files_.setFreeSpace(10);
     EXPECT_EQ(errorOf(), "ERROR: Writing temp file for new log (/app/templog.log)");
@@ -120,7 +120,7 @@ TEST_F(ActionLogRewriterTest, keepsTheOldLogWhenTheDiskIsFull) {
     EXPECT_FALSE(files_.hasFile("/app/templog.log"));
 }
 
-TEST_F(ActionLogRewriterTest, keepsTheOldLogWhenItCannotBeReadOrReplaced) {
+TEST_F(ActionLogRewriterTest, KeepsTheOldLogWhenItCannotBeReadOrReplaced) {
     files_.addFile("/app/install.log", kOld);
     files_.failAt(Operation::kReplaceFile, "/app/templog.log", 1);
     EXPECT_NE(errorOf(), "no error");

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(ActionLogVariablesTest, findsAVariableInALog) {
+TEST(ActionLogVariablesTest, FindsAVariableInALog) {
     MemoryFileSystem files;
     files.addFile("/log", "a\r\nb\r\nNUMVARS\t1\r\nVAR\tROOT\t/app\r\n");
     std::string value;
@@ -15,7 +15,7 @@ TEST(ActionLogVariablesTest, findsAVariableInALog) {
     EXPECT_EQ(files.openFileCount(), 0);
 }
 
-TEST(ActionLogVariablesTest, keepsTheOutputWhenThereIsNothingToFind) {
+TEST(ActionLogVariablesTest, KeepsTheOutputWhenThereIsNothingToFind) {
     MemoryFileSystem files;
     files.addFile("/log", "not a log");
     std::string value = "old";
@@ -27,7 +27,7 @@ TEST(ActionLogVariablesTest, keepsTheOutputWhenThereIsNothingToFind) {
     EXPECT_EQ(value, "old");
 }
 
-TEST(ActionLogVariablesTest, findsWhatStandsAheadOfAFault) {
+TEST(ActionLogVariablesTest, FindsWhatStandsAheadOfAFault) {
     MemoryFileSystem files;
     files.addFile("/log", "NUMVARS\t3\nVAR\tROOT\t/app\nbroken\n");
     std::string value;

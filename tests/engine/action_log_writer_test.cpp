@@ -24,8 +24,8 @@ protected:
     ActionLogWriter writer_{console_};
 };
 
-TEST_F(ActionLogWriterTest, writesTheLayoutOfTheFormatByteForByte) {
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+TEST_F(ActionLogWriterTest, WritesTheLayoutOfTheFormatByteForByte) {
+    ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeHeader("C:/apps/demo/uninstall/demo_install.xml", "C:/apps/demo/uninstall/backup.bin");
     writer_.writeVariables({{"STDROOT", "C:\\apps\\demo"}, {"INSTALL_ERROR", "0"}});
     writer_.writeDirectory(3, "C:\\apps\\demo\\uninstall\\");
@@ -57,55 +57,55 @@ TEST_F(ActionLogWriterTest, writesTheLayoutOfTheFormatByteForByte) {
               "REGVAL\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\tFileName\r\n");
 }
 
-TEST_F(ActionLogWriterTest, writesEmptyHeaderLinesAndEmptyValues) {
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+TEST_F(ActionLogWriterTest, WritesEmptyHeaderLinesAndEmptyValues) {
+    ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeHeader("", "");
     writer_.writeVariables({{"EMPTY", ""}});
     EXPECT_EQ(written(), "\r\n\r\nNUMVARS\t1\r\nVAR\tEMPTY\t\r\n");
 }
 
-TEST_F(ActionLogWriterTest, writesALineOfTheLimitWholeAndCutsALongerOne) {
+TEST_F(ActionLogWriterTest, WritesALineOfTheLimitWholeAndCutsALongerOne) {
     const std::string head = "FILE\tCREATE\t";
     const std::string fits(ActionLogFormat::kLineLimit - head.size(), 'p');
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+    ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeFile(false, fits);
     writer_.writeFile(false, fits + "q");
     EXPECT_EQ(written(), head + fits + "\r\n" + head + fits + "\r\n");
 }
 
-TEST_F(ActionLogWriterTest, keepsALineBreakFromBeginningARecordOfItsOwn) {
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+TEST_F(ActionLogWriterTest, KeepsALineBreakFromBeginningARecordOfItsOwn) {
+    ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeVariables({{"A", "x\r\nFILE\tCREATE\t/etc/passwd"}, {"B", "y"}});
     EXPECT_EQ(written(), "NUMVARS\t2\r\nVAR\tA\tx  FILE\tCREATE\t/etc/passwd\r\nVAR\tB\ty\r\n");
 }
 
-TEST_F(ActionLogWriterTest, opensANewLogForThisUserAloneAndNotThroughALink) {
+TEST_F(ActionLogWriterTest, OpensANewLogForThisUserAloneAndNotThroughALink) {
     files_.addFile("C:\\victim", "precious");
     files_.addLink(kPath, "C:\\victim");
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+    ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeHeader("a", "b");
     EXPECT_EQ(written(), "a\r\nb\r\n");
     EXPECT_TRUE(files_.isPrivate(kPath));
     EXPECT_EQ(files_.content("C:\\victim"), "precious");
 }
 
-TEST_F(ActionLogWriterTest, appendsToAPublishedLogWithoutPrefixes) {
+TEST_F(ActionLogWriterTest, AppendsToAPublishedLogWithoutPrefixes) {
     files_.addFile(kPath, "first\r\n");
-    ASSERT_EQ(writer_.openToAppend(kPath), 0);
+    ASSERT_TRUE(writer_.openToAppend(kPath));
     writer_.writeRecord(ActionLogFormat::kRegistryKey, {"1", "HKEY_USERS", "a"});
     EXPECT_EQ(written(), "first\r\nREGKEY\t1\tHKEY_USERS\ta\r\n");
 }
 
-TEST_F(ActionLogWriterTest, tellsThatTheLogCannotBeOpened) {
+TEST_F(ActionLogWriterTest, TellsThatTheLogCannotBeOpened) {
     files_.setReadOnly("C:\\temp");
-    EXPECT_NE(writer_.openNew(kPath), 0);
+    EXPECT_FALSE(writer_.openNew(kPath));
     EXPECT_FALSE(writer_.isOpen());
     writer_.writeHeader("a", "b");  // silent
     EXPECT_FALSE(files_.hasFile(kPath));
 }
 
-TEST_F(ActionLogWriterTest, noticesAFullDiskAndKeepsLaterRecordsApartFromTheTorso) {
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+TEST_F(ActionLogWriterTest, NoticesAFullDiskAndKeepsLaterRecordsApartFromTheTorso) {
+    ASSERT_TRUE(writer_.openNew(kPath));
     files_.setFreeSpace(6);
     writer_.writeFile(false, "/a");
     EXPECT_TRUE(writer_.hasFailed());
@@ -116,8 +116,8 @@ TEST_F(ActionLogWriterTest, noticesAFullDiskAndKeepsLaterRecordsApartFromTheTors
     EXPECT_EQ(files_.content(kPath), "FILE\tC\r\nFILE\tCREATE\t/b\r\n");
 }
 
-TEST_F(ActionLogWriterTest, noticesAFailureThatTheSystemTellsAtTheClosing) {
-    ASSERT_EQ(writer_.openNew(kPath), 0);
+TEST_F(ActionLogWriterTest, NoticesAFailureThatTheSystemTellsAtTheClosing) {
+    ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeHeader("a", "b");
     files_.failAt(MemoryFileSystem::Operation::kClose, kPath, 1);
     EXPECT_FALSE(writer_.close());

@@ -3,127 +3,133 @@
 #include <gmock/gmock.h>
 
 #include "base/errors.h"
-#include "engine/alias_extractor.h"
-#include "engine/file_contents.h"
-#include "tags_fixture.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/change_table.h"
+#include "engine_fixture.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class AdditionalActionsTest : public TagsTest {
+class AdditionalActionsTest : public EngineTest {
 protected:
-    // Runs a container of its own with these children and gives the log behind its first line.
+    AdditionalActionsTest() { writer_.openNew("/tmp/log"); }
+
+    // Runs a container of its own with these children and gives the log after its first line.
     std::vector<std::string> run(const std::string& children) {
         const std::string container = "Actions" + std::to_string(++containers_);
         describe("<" + container + ">" + children + "</" + container + ">");
-        EXPECT_EQ(actions_.runAdditionalActions(&ui_, container.c_str()), 0);
+        actions_.run(container);
         std::vector<std::string> lines = log_.lines();
         EXPECT_EQ(lines.at(0), "Running Files for installation tag: <" + container + ">");
         lines.erase(lines.begin());
         log_.clear();
         return lines;
     }
+    // The command lines of the programs that were started.
+    std::vector<std::string> started() const {
+        std::vector<std::string> lines;
+        for (const FakeProcesses::Started& program : machine_.processes.started) {
+            lines.push_back(program.commandLine);
+        }
+        return lines;
+    }
 
     int containers_ = 0;
-    FileContents contents_{cabinet_, expressions_, console_};
-    AliasExtractor extractor_{cabinet_, contents_, files_};
-    AdditionalActions actions_{{context_, product_, extractor_, system_, files_}};
+    PFileConsole logFile_{files_};
+    ActionLogWriter writer_{logFile_};
+    ChangeJob job_{parts_, writer_, report_};
+    AdditionalActions actions_{job_.context, parts_};
 };
 
-TEST_F(AdditionalActionsTest, RefuseAContainerWithoutAName) {
-    EXPECT_EQ(actions_.runAdditionalActions(&ui_, nullptr), -1);
-    EXPECT_THAT(log_.lines(), IsEmpty());
-}
-
-TEST_F(AdditionalActionsTest, RunEveryContainerOfTheNameInOrderUnderItsOwnCondition) {
+TEST_F(AdditionalActionsTest, RunsEveryContainerOfTheNameInOrderUnderItsOwnCondition) {
     describe(
         "<Post><RunProgram>one</RunProgram></Post><A><Post Condition='1==2'><RunProgram>two</RunProgram>"
         "</Post><Post Condition='1==1'><RunProgram>three</RunProgram></Post></A>"
         "<Other><RunProgram>four</RunProgram></Other>");
-    EXPECT_EQ(actions_.runAdditionalActions(&ui_, "Post"), 0);
-    EXPECT_THAT(changes_.calls, ElementsAre("runAssociatedProgram(one, null, 0, null, 0)",
-                                            "runAssociatedProgram(three, null, 0, null, 0)"));
+    actions_.run("Post");
+    EXPECT_THAT(started(), ElementsAre("\"one\"", "\"three\""));
     EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(null, 1)", "addFileLine(null, 1)"));
 }
 
-TEST_F(AdditionalActionsTest, RunWhatHasNoConditionAnEmptyOneOrABrokenOne) {
+TEST_F(AdditionalActionsTest, RunsWhatHasNoConditionAnEmptyOneOrABrokenOne) {
     run("<RunProgram>a</RunProgram><RunProgram Condition=''>b</RunProgram><RunProgram Condition='('>c"
         "</RunProgram><RunProgram Condition='1==2'>d</RunProgram>");
-    EXPECT_EQ(changes_.calls.size(), 3U);
+    EXPECT_EQ(started().size(), 3U);
 }
 
-TEST_F(AdditionalActionsTest, PassOverUnknownTagsAndMissingTexts) {
+TEST_F(AdditionalActionsTest, SkipsUnknownTagsAndMissingTexts) {
     EXPECT_THAT(run("<Explode>x</Explode><runprogram>x</runprogram><RunProgram></RunProgram>"), IsEmpty());
-    EXPECT_THAT(changes_.calls, IsEmpty());
+    EXPECT_THAT(started(), IsEmpty());
 }
 
-TEST_F(AdditionalActionsTest, OpenDocumentsWithTheShell) {
-    variables_.setVariable("D", "C:/apps");
+TEST_F(AdditionalActionsTest, OpensDocumentsWithTheShell) {
+    variables_.set("D", "C:/apps");
     EXPECT_THAT(run("<OpenDocument Wait='1'>[D]//notes.html</OpenDocument>"),
                 ElementsAre("Document was opened : \"C:\\apps\\notes.html\""));
-    EXPECT_THAT(changes_.calls,
-                ElementsAre("runAssociatedProgram(C:\\apps\\notes.html, null, 3, null, 100)"));
-    changes_.failing = {"runAssociatedProgram"};
+    EXPECT_THAT(machine_.shell.opened, ElementsAre("C:\\apps\\notes.html"));
+    machine_.shell.opens = false;
     EXPECT_THAT(run("<OpenDocument>d</OpenDocument>"), ElementsAre("ERROR: Document was NOT opened : \"d\""));
+    EXPECT_THAT(started(), IsEmpty());
 }
 
-TEST_F(AdditionalActionsTest, NeverCorrectAUrl) {
+TEST_F(AdditionalActionsTest, NeverCorrectsAUrl) {
     EXPECT_THAT(run("<OpenURL>http://x//y</OpenURL>"), ElementsAre("URL was opened : \"http://x//y\""));
-    EXPECT_THAT(changes_.calls, ElementsAre("runAssociatedProgram(http://x//y, null, 1, null, 100)"));
+    EXPECT_THAT(machine_.shell.opened, ElementsAre("http://x//y"));
 }
 
-TEST_F(AdditionalActionsTest, RunProgramsWithEverythingTheyAskFor) {
-    variables_.setVariable("D", "C:/apps");
-    EXPECT_THAT(run("<RunProgram Arguments='/q [D]' Wait='1' AsRoot='1' Asynchronous='1' ProgressUpdate='25' "
+TEST_F(AdditionalActionsTest, RunsProgramsWithEverythingTheyAskFor) {
+    variables_.set("D", "C:/apps");
+    machine_.processes.waitsBeforeEnd = 2;
+    EXPECT_THAT(run("<RunProgram Arguments='/q [D]' Wait='1' AsRoot='1' Asynchronous='1' ProgressUpdate='1' "
                     "ErrorOutput='1==2' WorkDir='[D]//w'>[D]/setup.exe</RunProgram>"),
                 ElementsAre("Program was started : \"C:\\apps\\setup.exe /q C:/apps\""));
-    EXPECT_THAT(changes_.calls,
-                ElementsAre("runAssociatedProgram(C:\\apps\\setup.exe, /q C:/apps, 62, C:\\apps\\w, 250)"));
+    EXPECT_THAT(started(), ElementsAre("\"C:\\apps\\setup.exe\" /q C:/apps"));
+    EXPECT_EQ(machine_.processes.started[0].workDirectory, "C:\\apps\\w");
 }
 
-TEST_F(AdditionalActionsTest, TakeMissingFlagsForFalse) {
-    run("<RunProgram Wait='1==2' ErrorOutput='1' ProgressUpdate='0'>p</RunProgram>");
-    EXPECT_THAT(changes_.calls, ElementsAre("runAssociatedProgram(p, null, 0, null, 0)"));
+TEST_F(AdditionalActionsTest, StartsAProgramWithoutWaitingForItsEnd) {
+    machine_.processes.exitCodes = {3};
+    EXPECT_THAT(run("<RunProgram Wait='1==2' ErrorOutput='1' ProgressUpdate='0'>p</RunProgram>"),
+                ElementsAre("Program was started : \"p \""));
+    EXPECT_EQ(machine_.processes.started[0].workDirectory, "");
 }
 
-TEST_F(AdditionalActionsTest, TellAProgramThatEndedWithAnErrorAsNotStarted) {
-    changes_.failing = {"runAssociatedProgram"};
+TEST_F(AdditionalActionsTest, TakesAProgramThatEndedWithAnErrorForNotStarted) {
+    machine_.processes.exitCodes = {3};
     EXPECT_THAT(run("<RunProgram Wait='1' Arguments='a'>p</RunProgram>"),
                 ElementsAre("ERROR: Program was NOT started : \"p a\""));
 }
 
-TEST_F(AdditionalActionsTest, PassTheTextOnByteForByteWithBothDetails) {
-    variables_.setVariable("D", "C:/apps");
+TEST_F(AdditionalActionsTest, PassesTheTextOnByteForByteWithBothDetails) {
+    variables_.set("D", "C:/apps");
     run("<RunProgram Details='NoExpansion;;NoPathCorrection' Arguments='[D]'>[D]//a b</RunProgram>"
         "<RunProgram Details='NoExpansion'>[D]//a</RunProgram>"
         "<RunProgram Details='NoPathCorrection'>[D]//a</RunProgram>");
-    EXPECT_THAT(changes_.calls, ElementsAre("runAssociatedProgram([D]//a b, [D], 0, null, 0)",
-                                            "runAssociatedProgram([D]\\a, null, 0, null, 0)",
-                                            "runAssociatedProgram(C:/apps//a, null, 0, null, 0)"));
+    EXPECT_THAT(started(), ElementsAre("\"[D]//a b\" [D]", "\"[D]\\a\"", "\"C:/apps//a\""));
 }
 
-TEST_F(AdditionalActionsTest, WarnAboutUnknownDetails) {
+TEST_F(AdditionalActionsTest, WarnsAboutUnknownDetails) {
     EXPECT_THAT(run("<RunProgram Details='Quick'>p</RunProgram>"),
                 ElementsAre("[WARNING] Unrecognized details flag (Quick) for tag RunProgram",
                             "Program was started : \"p \""));
 }
 
-TEST_F(AdditionalActionsTest, ShowTheirLogLineAheadOfTheAction) {
-    variables_.setVariable("D", "disk");
+TEST_F(AdditionalActionsTest, ShowsTheLogLineBeforeTheAction) {
+    variables_.set("D", "disk");
     run("<RunProgram Log='Runs on [D]'>p</RunProgram><Explode Log='Unknown'/><RunProgram "
         "Log=''>q</RunProgram>");
     EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(\"Runs on disk\", 1)", "addFileLine(\"Unknown\", 1)",
                                        "addFileLine(null, 1)"));
 }
 
-TEST_F(AdditionalActionsTest, RunOnAnEmptyTextWhenAVariableIsMissing) {
+TEST_F(AdditionalActionsTest, RunsOnAnEmptyTextWhenAVariableIsMissing) {
     run("<RemoveFile>[NONE]/x</RemoveFile>");
     EXPECT_FALSE(files_.didOperation("removeFile /x"));
 }
 
-TEST_F(AdditionalActionsTest, CopyFiles) {
+TEST_F(AdditionalActionsTest, CopiesFiles) {
     files_.addFile("/a", "content");
     EXPECT_THAT(run("<CopyFile Dest='/tmp//b'>/a</CopyFile>"), ElementsAre("Additional copy : \"/tmp/b\""));
     EXPECT_EQ(files_.content("/tmp/b"), "content");
@@ -132,13 +138,14 @@ TEST_F(AdditionalActionsTest, CopyFiles) {
     EXPECT_THAT(run("<CopyFile>/a</CopyFile>"), ElementsAre("ERROR: Copy file without Dest attribute!"));
 }
 
-TEST_F(AdditionalActionsTest, ChangeTheRegistry) {
+TEST_F(AdditionalActionsTest, ChangesTheRegistry) {
     run("<Registry><AddValue Place='HKEY_USERS' Path='p' Value='v'>x</AddValue></Registry>");
-    EXPECT_THAT(changes_.calls, ElementsAre("writeRegistryValue(HKEY_USERS, p, null, v, x)"));
-    EXPECT_EQ(records(), "REGVAL\tHKEY_USERS\tp\tv\r\n");
+    const auto* value = machine_.registry.value(platform::RegistryRoot::kUsers, "p", "v");
+    ASSERT_NE(value, nullptr);
+    EXPECT_EQ(files_.content("/tmp/log"), "REGKEY\t1\tHKEY_USERS\tp\r\nREGVAL\tHKEY_USERS\tp\tv\r\n");
 }
 
-TEST_F(AdditionalActionsTest, RemoveFiles) {
+TEST_F(AdditionalActionsTest, RemovesFiles) {
     files_.addFile("/tmp/a", "");
     EXPECT_THAT(run("<RemoveFile>/tmp/a</RemoveFile>"),
                 ElementsAre("Additionally removed file : \"\\tmp\\a\""));
@@ -151,7 +158,7 @@ TEST_F(AdditionalActionsTest, RemoveFiles) {
                 ElementsAre("ERROR: Remove file could not remove file \"\\tmp\\b\"!"));
 }
 
-TEST_F(AdditionalActionsTest, RemoveDirectories) {
+TEST_F(AdditionalActionsTest, RemovesDirectories) {
     files_.addDirectory("/d/e");
     EXPECT_THAT(run("<RemoveDir>/d/e/</RemoveDir>"), ElementsAre("Additionally removed dir : \"\\d\\e\\\""));
     EXPECT_FALSE(files_.hasDirectory("/d"));
@@ -162,9 +169,9 @@ TEST_F(AdditionalActionsTest, RemoveDirectories) {
                 ElementsAre("ERROR: Remove dir could not remove directories \"\\d\"!"));
 }
 
-TEST_F(AdditionalActionsTest, CreateFilesFromTheCabinet) {
+TEST_F(AdditionalActionsTest, CreatesFilesFromTheCabinet) {
     pack({{"tool", "tool.exe", "for [WHO]"}});
-    variables_.setVariable("WHO", "me");
+    variables_.set("WHO", "me");
     EXPECT_THAT(run("<CreateFile Dest='/tmp//'>tool</CreateFile>"),
                 ElementsAre("Created a file from alias(tool) : \"/tmp/\" (0444)"));
     EXPECT_EQ(files_.content("/tmp/tool.exe"), "for [WHO]");
@@ -174,7 +181,7 @@ TEST_F(AdditionalActionsTest, CreateFilesFromTheCabinet) {
                 ElementsAre("ERROR: Create file without Dest attribute (alias: \"tool\")!"));
 }
 
-TEST_F(AdditionalActionsTest, ReportTheFileModeInTheBaseThatItIsWrittenIn) {
+TEST_F(AdditionalActionsTest, LogsTheFileModeInTheBaseThatItIsWrittenIn) {
     pack({{"a", "a", ""}});
     const auto modeOf = [this](const std::string& text) {
         return run("<CreateFile Dest='/tmp' FileMod='" + text + "'>a</CreateFile>").back();
@@ -186,27 +193,30 @@ TEST_F(AdditionalActionsTest, ReportTheFileModeInTheBaseThatItIsWrittenIn) {
     EXPECT_EQ(modeOf("75x"), head + "(0444)");
 }
 
-TEST_F(AdditionalActionsTest, WarnAboutAFileModeThatIsNoNumber) {
+TEST_F(AdditionalActionsTest, WarnsAboutAFileModeThatIsNoNumber) {
     pack({{"a", "a", ""}});
     EXPECT_EQ(run("<CreateFile Dest='/tmp' FileMod='75x'>a</CreateFile>").front(),
               "WARNING: Failed to parse file modification - provided string: 75x");
 }
 
-TEST_F(AdditionalActionsTest, LeaveTheWalkWhenAFileCannotBeCreated) {
+TEST_F(AdditionalActionsTest, ThrowsWhenAFileCannotBeCreated) {
     describe("<Post><CreateFile Dest='/tmp'>none</CreateFile><RunProgram>p</RunProgram></Post>");
-    EXPECT_THROW(actions_.runAdditionalActions(&ui_, "Post"), InstallerError);
-    EXPECT_THAT(changes_.calls, IsEmpty());
+    EXPECT_THROW(actions_.run("Post"), InstallerError);
+    EXPECT_THAT(started(), IsEmpty());
 }
 
-TEST_F(AdditionalActionsTest, TakeATooLongPathForNone) {
+TEST_F(AdditionalActionsTest, TakesATooLongPathForNone) {
     const std::string path(1600, 'p');
     run("<RunProgram>" + path + "</RunProgram>");
-    EXPECT_THAT(changes_.calls, ElementsAre("runAssociatedProgram(, null, 0, null, 0)"));
+    EXPECT_THAT(started(), ElementsAre("\"\""));
 }
 
-TEST_F(AdditionalActionsTest, NeedNoFrontEnd) {
+TEST_F(AdditionalActionsTest, NeedsNoFrontEnd) {
     describe("<Post><RunProgram Log='l'>p</RunProgram></Post>");
-    EXPECT_EQ(actions_.runAdditionalActions(nullptr, "Post"), 0);
+    Report silent(nullptr, nullptr);
+    ChangeJob job(parts_, writer_, silent);
+    AdditionalActions(job.context, parts_).run("Post");
+    EXPECT_THAT(started(), ElementsAre("\"p\""));
 }
 
 }  // namespace

@@ -23,13 +23,13 @@ protected:
     AliasExtractor extractor_{cabinet_, contents_, files_};
 };
 
-TEST_F(AliasExtractorTest, writesTheEntryUnderItsOwnName) {
+TEST_F(AliasExtractorTest, WritesTheEntryUnderItsOwnName) {
     pack({{"tool", "real.exe", "content"}});
     EXPECT_EQ(extractor_.extractAlias("tool", "/dest", false, false), "/dest\\real.exe");
     EXPECT_EQ(files_.content("/dest/real.exe"), "content");
 }
 
-TEST_F(AliasExtractorTest, expandsVariablesWhenAsked) {
+TEST_F(AliasExtractorTest, ExpandsVariablesWhenAsked) {
     variables_.setVariable("NAME", "value");
     pack({{"a", "a.txt", "[NAME]"}});
     extractor_.extractAlias("a", "/dest/", true, false);
@@ -38,7 +38,7 @@ TEST_F(AliasExtractorTest, expandsVariablesWhenAsked) {
     EXPECT_EQ(files_.content("/dest/a.txt"), "[NAME]");
 }
 
-TEST_F(AliasExtractorTest, doesNotExpandContentFromOneMebibyteOn) {
+TEST_F(AliasExtractorTest, DoesNotExpandContentFromOneMebibyteOn) {
     variables_.setVariable("NAME", "v");
     const std::string large = "[NAME]" + std::string(0x100000 - 6, 'x');
     pack({{"large", "large", large}, {"small", "small", large.substr(0, large.size() - 1)}});
@@ -48,7 +48,7 @@ TEST_F(AliasExtractorTest, doesNotExpandContentFromOneMebibyteOn) {
     EXPECT_EQ(files_.content("/dest/small").substr(0, 2), "vx");
 }
 
-TEST_F(AliasExtractorTest, stripsTheLastExtensionOfAnyKind) {
+TEST_F(AliasExtractorTest, StripsTheLastExtensionOfAnyKind) {
     pack({{"a", "a.tar.gz", ""}, {"b", "noext", ""}, {"c", ".hidden", ""}, {"d", "x..exe", ""}});
     files_.addDirectory("/de.st");
     EXPECT_EQ(extractor_.extractAlias("a", "/dest", false, true), "/dest\\a.tar");
@@ -57,7 +57,7 @@ TEST_F(AliasExtractorTest, stripsTheLastExtensionOfAnyKind) {
     EXPECT_EQ(extractor_.extractAlias("d", "/dest", false, true), "/dest\\x..exe");
 }
 
-TEST_F(AliasExtractorTest, throwsForEachFailure) {
+TEST_F(AliasExtractorTest, ThrowsForEachFailure) {
     pack({{"a", "a.txt", "x"}});
     EXPECT_EQ(errorOf(nullptr, "/dest"), "ERROR: Alias and/or destingation are not specified!");
     EXPECT_EQ(errorOf("", "/dest"), "ERROR: Alias and/or destingation are not specified!");
@@ -69,7 +69,7 @@ TEST_F(AliasExtractorTest, throwsForEachFailure) {
     EXPECT_EQ(errorOf("a", "/dest"), "ERROR: Could not create file (/dest\\a.txt)!");
 }
 
-TEST_F(AliasExtractorTest, noticesAFullDisk) {
+TEST_F(AliasExtractorTest, NoticesAFullDisk) {
     pack({{"a", "a.txt", "content"}});
     files_.setFreeSpace(3);
     EXPECT_EQ(errorOf("a", "/dest"), "ERROR: Could not create file (/dest\\a.txt)!");

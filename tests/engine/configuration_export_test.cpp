@@ -23,7 +23,7 @@ protected:
         variables_.setVariable("A", "one");
     }
 
-    int write() { return ConfigurationExport(variables_, exclusions_, files_, log_).writeConfigFile(kPath); }
+    bool write() { return ConfigurationExport(variables_, exclusions_, files_, log_).write(kPath); }
     // The lines of the file, which end as the platform's texts do.
     std::vector<std::string> written() {
         std::vector<std::string> lines;
@@ -46,18 +46,18 @@ protected:
     void expectOnly(const std::vector<std::string>& files) { EXPECT_EQ(files_.allFiles(), files); }
 };
 
-TEST_F(ConfigurationExportTest, writesEachVariableInTheStoresOrder) {
+TEST_F(ConfigurationExportTest, WritesEachVariableInTheStoresOrder) {
     variables_.setVariable("C", "three");
     variables_.setVariable("B", "");
     variables_.setVariable("a", "again");
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_EQ(written(), (std::vector<std::string>{"<DefValues>", value("a", "again"), value("C", "three"),
                                                    value("B", ""), "</DefValues>"}));
     expectOnly({kPath});
     EXPECT_TRUE(log_.lines().empty());
 }
 
-TEST_F(ConfigurationExportTest, keepsOutWhatIsExcludedFromConfigurationsAndNothingElse) {
+TEST_F(ConfigurationExportTest, KeepsOutWhatIsExcludedFromConfigurationsAndNothingElse) {
     for (const char* name : {"LOG", "CONFIG", "ALL", "NONE"}) {
         variables_.setVariable(name, "1");
     }
@@ -65,19 +65,19 @@ TEST_F(ConfigurationExportTest, keepsOutWhatIsExcludedFromConfigurationsAndNothi
     exclusions_.add("CONFIG", kExcludeFromConfig);
     exclusions_.add("ALL", kExcludeFromAll);
     exclusions_.add("NONE", 0);
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_EQ(written(), (std::vector<std::string>{"<DefValues>", value("A", "one"), value("LOG", "1"),
                                                    value("NONE", "1"), "</DefValues>"}));
 }
 
-TEST_F(ConfigurationExportTest, escapesNamesAndValues) {
+TEST_F(ConfigurationExportTest, EscapesNamesAndValues) {
     variables_.setVariable("X<\"&'>", "a<b>&\"c\"'&amp;");
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_EQ(written()[2],
               value("X&lt;&quot;&amp;&apos;&gt;", "a&lt;b&gt;&amp;&quot;c&quot;&apos;&amp;amp;"));
 }
 
-TEST_F(ConfigurationExportTest, givesTheSameVariablesToTheReaderOfDescriptions) {
+TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) {
     const std::vector<std::pair<std::string, std::string>> values = {
         {"A", "one"},       {"EMPTY", ""},          {"XML", "<a b='c'>&amp;\"</a>"},
         {"UTF", "Grüße €"}, {"SECRET", "p<w>&'\""}, {"LONG", std::string(1023, 'l')},
@@ -85,7 +85,7 @@ TEST_F(ConfigurationExportTest, givesTheSameVariablesToTheReaderOfDescriptions) 
     for (const auto& [name, text] : values) {
         variables_.setVariable(name.c_str(), text.c_str());
     }
-    ASSERT_EQ(write(), 0);
+    ASSERT_TRUE(write());
     EXPECT_TRUE(log_.lines().empty());
 
     PXML document;
@@ -103,12 +103,12 @@ TEST_F(ConfigurationExportTest, givesTheSameVariablesToTheReaderOfDescriptions) 
     }
 }
 
-TEST_F(ConfigurationExportTest, saysWhichValuesTheFormCanNotRepeat) {
+TEST_F(ConfigurationExportTest, SaysWhichValuesTheFormCanNotRepeat) {
     variables_.setVariable("DOLLAR", "pa$word");
     variables_.setVariable("LONG", std::string(1024, 'l').c_str());
     variables_.setVariable("FRONT", " x");
     variables_.setVariable("BACK", "x\n");
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     std::vector<std::string> lines;
     for (const char* name : {"DOLLAR", "LONG", "FRONT", "BACK"}) {
         lines.push_back("WARNING: The value of \"" + std::string(name) +
@@ -118,24 +118,24 @@ TEST_F(ConfigurationExportTest, saysWhichValuesTheFormCanNotRepeat) {
     EXPECT_EQ(written()[2], value("DOLLAR", "pa$word"));
 }
 
-TEST_F(ConfigurationExportTest, writesAnEmptySectionWithoutVariables) {
+TEST_F(ConfigurationExportTest, WritesAnEmptySectionWithoutVariables) {
     exclusions_.add("A", kExcludeFromConfig);
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_EQ(written(), std::vector<std::string>{"<DefValues></DefValues>"});
 }
 
-TEST_F(ConfigurationExportTest, replacesAnOlderConfigurationFile) {
+TEST_F(ConfigurationExportTest, ReplacesAnOlderConfigurationFile) {
     files_.addFile(kPath, "<DefValues><Value Name='OLD' DataType='value'>old</Value></DefValues>");
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_EQ(written()[1], value("A", "one"));
     expectOnly({kPath});
 }
 
-TEST_F(ConfigurationExportTest, leavesTheFileOfAnotherProgramAlone) {
+TEST_F(ConfigurationExportTest, LeavesTheFileOfAnotherProgramAlone) {
     for (const char* content : {"<configuration><DefValues/></configuration>", "key=value", ""}) {
         files_.addFile(kPath, content);
         log_.clear();
-        EXPECT_EQ(write(), -1) << content;
+        EXPECT_FALSE(write()) << content;
         EXPECT_EQ(files_.content(kPath), content);
         EXPECT_EQ(log_.lines(),
                   std::vector<std::string>{
@@ -144,58 +144,56 @@ TEST_F(ConfigurationExportTest, leavesTheFileOfAnotherProgramAlone) {
     expectOnly({kPath});
 }
 
-TEST_F(ConfigurationExportTest, replacesALinkAndNotItsTarget) {
+TEST_F(ConfigurationExportTest, ReplacesALinkAndNotItsTarget) {
     const std::string old = "<DefValues></DefValues>";
     files_.addFile("/elsewhere.xml", old);
     files_.addLink(kPath, "/elsewhere.xml");
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_TRUE(files_.hasFile(kPath));
     EXPECT_EQ(files_.content("/elsewhere.xml"), old);
 }
 
-TEST_F(ConfigurationExportTest, makesNothingThroughALinkThatPointsNowhere) {
+TEST_F(ConfigurationExportTest, MakesNothingThroughALinkThatPointsNowhere) {
     files_.addLink(kPath, "/elsewhere.xml");
-    EXPECT_EQ(write(), -1);
+    EXPECT_FALSE(write());
     EXPECT_FALSE(files_.hasFile("/elsewhere.xml"));
 }
 
-TEST_F(ConfigurationExportTest, isForThisUserAlone) {
-    EXPECT_EQ(write(), 0);
+TEST_F(ConfigurationExportTest, IsForThisUserAlone) {
+    EXPECT_TRUE(write());
     EXPECT_TRUE(files_.isPrivate(kPath));
 }
 
-TEST_F(ConfigurationExportTest, takesNoNameThatIsInUseForItsWork) {
+TEST_F(ConfigurationExportTest, TakesNoNameThatIsInUseForItsWork) {
     files_.addFile("/app/config.xml.part", "the user's");
     files_.addFile("/app/config.xml.part1", "the user's");
-    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(write());
     EXPECT_EQ(files_.content("/app/config.xml.part"), "the user's");
     EXPECT_EQ(files_.content("/app/config.xml.part1"), "the user's");
     expectOnly({kPath, "/app/config.xml.part", "/app/config.xml.part1"});
 }
 
-TEST_F(ConfigurationExportTest, failsWhereNothingCanBeMade) {
+TEST_F(ConfigurationExportTest, FailsWhereNothingCanBeMade) {
     files_.setReadOnly("/app");
-    EXPECT_EQ(write(), -1);
+    EXPECT_FALSE(write());
     expectOnly({});
     files_.clearFaults();
     files_.addDirectory(kPath);
-    EXPECT_EQ(write(), -1);
+    EXPECT_FALSE(write());
     expectOnly({});
 }
 
-TEST_F(ConfigurationExportTest, keepsTheOlderFileWhenAnythingFails) {
+TEST_F(ConfigurationExportTest, KeepsTheOlderFileWhenAnythingFails) {
     const std::string old = "<DefValues></DefValues>";
-    const std::vector<std::pair<Operation, int>> faults = {
-        {Operation::kWrite, 1}, {Operation::kClose, 1}, {Operation::kReplaceFile, -1}};
-    for (const auto& [operation, result] : faults) {
+    for (const Operation operation : {Operation::kWrite, Operation::kClose, Operation::kReplaceFile}) {
         files_.addFile(kPath, old);
         files_.failAt(operation, "/app/config.xml.part", 1);
-        EXPECT_EQ(write(), result);
+        EXPECT_FALSE(write());
         EXPECT_EQ(files_.content(kPath), old);
         expectOnly({kPath});
     }
     files_.setFreeSpace(10);
-    EXPECT_EQ(write(), 1);
+    EXPECT_FALSE(write());
     EXPECT_EQ(files_.content(kPath), old);
     expectOnly({kPath});
     EXPECT_EQ(files_.openFileCount(), 0);

@@ -16,7 +16,7 @@ protected:
     FileContents contents_{cabinet_, expressions_, console_};
 };
 
-TEST_F(FileContentsTest, readsContentAndDigestByAlias) {
+TEST_F(FileContentsTest, ReadsContentAndDigestByAlias) {
     pack({{"a", "a.txt", "first"}, {"b", "b.txt", ""}});
     FileContent content;
     ASSERT_TRUE(contents_.read("a", content));
@@ -27,24 +27,24 @@ TEST_F(FileContentsTest, readsContentAndDigestByAlias) {
     EXPECT_EQ(empty.bytes, "");
 }
 
-TEST_F(FileContentsTest, doesNotFindAMissingAlias) {
+TEST_F(FileContentsTest, DoesNotFindAMissingAlias) {
     pack({{"a", "a.txt", "first"}});
     FileContent content;
     EXPECT_FALSE(contents_.read("A", content));
     EXPECT_FALSE(contents_.read("", content));
 }
 
-TEST_F(FileContentsTest, putsValuesInThePlaceOfReferences) {
+TEST_F(FileContentsTest, PutsValuesInThePlaceOfReferences) {
     variables_.setVariable("NAME", "value");
     EXPECT_EQ(expanded("a=[NAME]\r\nb=[1]"), "a=value\r\nb=[1]");
     EXPECT_EQ(expanded(""), "");
 }
 
-TEST_F(FileContentsTest, endsTheContentAtAZeroByte) {
+TEST_F(FileContentsTest, EndsTheContentAtAZeroByte) {
     EXPECT_EQ(expanded(std::string("ab\0cd", 5)), "ab");
 }
 
-TEST_F(FileContentsTest, leavesContentOfTheLimitAndAboveAlone) {
+TEST_F(FileContentsTest, LeavesContentOfTheLimitAndAboveAlone) {
     variables_.setVariable("NAME", "v");
     const std::string small = "[NAME]" + std::string(8185, 'x');
     EXPECT_EQ(expanded(small), "v" + std::string(8185, 'x'));
@@ -53,7 +53,7 @@ TEST_F(FileContentsTest, leavesContentOfTheLimitAndAboveAlone) {
     EXPECT_TRUE(log_.lines().empty());
 }
 
-TEST_F(FileContentsTest, cutsAndSaysSoWhenTheExpansionDoesNotFit) {
+TEST_F(FileContentsTest, CutsAndSaysSoWhenTheExpansionDoesNotFit) {
     variables_.setVariable("NAME", std::string(100, 'v').c_str());
     const std::string result = expanded("[NAME]" + std::string(8180, 'x'));
     EXPECT_EQ(result, std::string(100, 'v') + std::string(8091, 'x'));
@@ -62,7 +62,7 @@ TEST_F(FileContentsTest, cutsAndSaysSoWhenTheExpansionDoesNotFit) {
                   "WARNING: The content of file is cut to 8191 bytes by the expansion of its variables"});
 }
 
-TEST_F(FileContentsTest, takesAnExpansionThatJustFits) {
+TEST_F(FileContentsTest, TakesAnExpansionThatJustFits) {
     EXPECT_EQ(expanded(std::string(8191, 'x')), std::string(8191, 'x'));
     EXPECT_TRUE(log_.lines().empty());
 }

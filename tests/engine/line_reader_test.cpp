@@ -26,12 +26,12 @@ protected:
     std::unique_ptr<LineReader> lines_;
 };
 
-TEST_F(LineReaderTest, givesLinesWithTheirLineFeeds) {
+TEST_F(LineReaderTest, GivesLinesWithTheirLineFeeds) {
     fill("a\r\n\nb");
     EXPECT_EQ(readAll(100), (std::vector<std::string>{"a\r\n", "\n", "b"}));
 }
 
-TEST_F(LineReaderTest, hasNoLinesInAnEmptyStream) {
+TEST_F(LineReaderTest, HasNoLinesInAnEmptyStream) {
     fill("");
     std::string line = "old";
     EXPECT_FALSE(lines_->readLine(line, 100));
@@ -39,12 +39,12 @@ TEST_F(LineReaderTest, hasNoLinesInAnEmptyStream) {
     EXPECT_FALSE(lines_->hasFailed());
 }
 
-TEST_F(LineReaderTest, givesALineThatIsTooLongInPieces) {
+TEST_F(LineReaderTest, GivesALineThatIsTooLongInPieces) {
     fill("abcdef\ngh\n");
     EXPECT_EQ(readAll(4), (std::vector<std::string>{"abc", "def", "\n", "gh\n"}));
 }
 
-TEST_F(LineReaderTest, knowsWhereItStands) {
+TEST_F(LineReaderTest, KnowsWhereItStands) {
     fill("ab\ncd\n");
     std::string line;
     EXPECT_EQ(lines_->position(), 0);
@@ -54,7 +54,7 @@ TEST_F(LineReaderTest, knowsWhereItStands) {
     EXPECT_EQ(lines_->position(), 4);
 }
 
-TEST_F(LineReaderTest, readsLinesAcrossItsBlocks) {
+TEST_F(LineReaderTest, ReadsLinesAcrossItsBlocks) {
     std::string text;
     std::vector<std::string> expected;
     for (int i = 0; i < 30000; ++i) {
@@ -66,7 +66,7 @@ TEST_F(LineReaderTest, readsLinesAcrossItsBlocks) {
     EXPECT_EQ(lines_->position(), static_cast<std::int64_t>(text.size()));
 }
 
-TEST_F(LineReaderTest, startsAgainAfterRewind) {
+TEST_F(LineReaderTest, StartsAgainAfterRewind) {
     fill("ab\ncd\n");
     readAll(100);
     ASSERT_TRUE(lines_->rewind());
@@ -74,7 +74,7 @@ TEST_F(LineReaderTest, startsAgainAfterRewind) {
     EXPECT_EQ(readAll(100), (std::vector<std::string>{"ab\n", "cd\n"}));
 }
 
-TEST_F(LineReaderTest, tellsAFailedReadFromTheEnd) {
+TEST_F(LineReaderTest, TellsAFailedReadFromTheEnd) {
     MemoryFileSystem files;
     files.addFile("/log", "abc\n");
     PFileStream file(files);
@@ -88,12 +88,12 @@ TEST_F(LineReaderTest, tellsAFailedReadFromTheEnd) {
     EXPECT_TRUE(lines.hasFailed());
 }
 
-TEST_F(LineReaderTest, keepsZeroBytes) {
+TEST_F(LineReaderTest, KeepsZeroBytes) {
     fill(std::string("a\0b\n", 4));
     EXPECT_EQ(readAll(100), (std::vector<std::string>{std::string("a\0b\n", 4)}));
 }
 
-TEST(LogFieldTest, stepsOverRunsOfSeparators) {
+TEST(LogFieldTest, StepsOverRunsOfSeparators) {
     EXPECT_EQ(nextLogField("VAR\t\tname\tvalue"), "name\tvalue");
     EXPECT_EQ(firstLogField("name\tvalue"), "name");
     EXPECT_EQ(firstLogField("name"), "name");
@@ -102,7 +102,7 @@ TEST(LogFieldTest, stepsOverRunsOfSeparators) {
     EXPECT_EQ(nextLogField(""), "");
 }
 
-TEST(LogFieldTest, cutsWhiteSpaceAtTheEndOnly) {
+TEST(LogFieldTest, CutsWhiteSpaceAtTheEndOnly) {
     EXPECT_EQ(withoutTrailingSpace(" a b \t\r\n"), " a b");
     EXPECT_EQ(withoutTrailingSpace("\r\n"), "");
     EXPECT_EQ(withoutTrailingSpace(""), "");

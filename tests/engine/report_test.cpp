@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(ReportTest, passesEverythingToTheFrontEnd) {
+TEST(ReportTest, PassesEverythingToTheFrontEnd) {
     RecordingUI ui;
     ErrorList errors;
     Report report(&ui, &errors);
@@ -22,7 +22,7 @@ TEST(ReportTest, passesEverythingToTheFrontEnd) {
     EXPECT_EQ(ui.countOf("addFileLine(null"), 1);
 }
 
-TEST(ReportTest, keepsErrorsUpToTheirLimitAndShowsThem) {
+TEST(ReportTest, KeepsErrorsUpToTheirLimitAndShowsThem) {
     RecordingUI ui;
     ErrorList errors;
     Report report(&ui, &errors);
@@ -35,7 +35,7 @@ TEST(ReportTest, keepsErrorsUpToTheirLimitAndShowsThem) {
     EXPECT_EQ(ui.countOf("addFileLine(\"eee"), 1);
 }
 
-TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
+TEST(ReportTest, DoesNothingWithoutFrontEndAndList) {
     Report report(nullptr, nullptr);
     report.begin();
     report.setStatus("status");
@@ -60,7 +60,35 @@ TEST(ReportTest, AddsTheLineOfAChangeAndAnErrorWhenItFailed) {
     EXPECT_EQ(ui.calls, (std::vector<std::string>{"addFileLine(\"made\", 0)", "addFileLine(\"failed\", 0)"}));
 }
 
-TEST(ReportTest, asksTheFrontEndWhetherErrorsAreIgnored) {
+TEST(ReportTest, ShowsTheShareOfTheStepsBeforeTheFinishedOne) {
+    RecordingUI ui;
+    Report report(&ui, nullptr);
+    report.finishStep();  // nothing is expected yet
+    EXPECT_TRUE(ui.calls.empty());
+    report.expectSteps(2);
+    report.finishStep();
+    report.expectSteps(1);
+    report.finishStep();
+    EXPECT_EQ(ui.calls, (std::vector<std::string>{"setCurrentProgress(50)", "setCurrentProgress(67)"}));
+}
+
+TEST(ReportTest, AsksForAFlushAtEach32ndStep) {
+    Report report(nullptr, nullptr);
+    for (int step = 0; step < 65; ++step) {
+        EXPECT_EQ(report.isFlushDue(), step % 32 == 0) << step;
+        report.finishStep();
+    }
+}
+
+TEST(ReportTest, PassesBothWaysOfHandlingEventsOn) {
+    RecordingUI ui;
+    Report report(&ui, nullptr);
+    report.pumpEvents();
+    report.pumpEventsWhileCopying();
+    EXPECT_EQ(ui.calls, (std::vector<std::string>{"pumpEvents()", "pumpEventsWhileCopying()"}));
+}
+
+TEST(ReportTest, AsksTheFrontEndWhetherErrorsAreIgnored) {
     RecordingUI ui;
     Report report(&ui, nullptr);
     EXPECT_FALSE(report.ignoresErrors());

@@ -127,12 +127,7 @@ bool DirectoryChange::removeLevel(const std::string& directory) {
         removeEmptyDirectories(files, directory);
     }
     const bool removed = !files.exists(directory);
-    const std::string line = (removed ? "Remove " : "FAILED to remove ") + directory;
-    context_.report.addLine(line, false);
-    if (!removed) {
-        context_.report.addError(line);
-    }
-    return removed;
+    return context_.report.addOutcome(removed, (removed ? "Remove " : "FAILED to remove ") + directory);
 }
 
 int removeEmptyDirectories(platform::FileSystem& files, std::string_view path) {
