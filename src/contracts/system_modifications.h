@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -9,45 +8,9 @@ class InstallerUI;
 // How a text joins a variable of the system environment.
 enum class EnvironmentMode : std::int32_t { kReplace = 1, kAppend = 2, kInsert = 3 };
 
-enum class ShortcutType : std::int32_t { kSymlink = 1, kFile = 2, kUrl = 3, kUninstall = 4 };
-
-// A shortcut, as the description asks for it. An empty icon path means none.
-struct ShortcutRequest {
-    ShortcutType type = ShortcutType::kFile;
-    std::string linkPath;
-    std::string target;
-    std::string description;
-    std::string arguments;
-    std::string startPath;
-    std::string iconPath;
-};
-
-enum FirewallProtocol : std::uint8_t { kFirewallTcp = 1, kFirewallUdp = 2 };
-
-struct FirewallPortRule {
-    static constexpr std::size_t kNameLimit = 511;  // bytes
-
-    std::int32_t port = 0;
-    std::string name;
-    std::uint8_t protocols = 0;  // a set of FirewallProtocol
-};
-
-// The numbers are those of the walkers and of the log's undo.
-enum class FirewallResult : std::int32_t {
-    kDone = 0,
-    kNotAvailable = 1,  // the machine has no working firewall service, or it is switched off
-    kFailed = 2,
-};
-
-enum RunProgramFlag : std::uint32_t {
-    kRunOpenWithShell = 1,
-    kRunWait = 2,
-    kRunAsRoot = 4,  // no effect on the present platforms
-    kRunAsynchronous = 8,
-    kRunAdvanceProgress = 16,
-    kRunNoErrorOutput = 32,  // no effect on the present platforms
-    kRunWholeCommandLine = 64,
-};
+struct ShortcutRequest;
+struct FirewallPortRule;
+enum class FirewallResult : std::int32_t;
 
 // The changes to the operating system that a description asks for, each with its undo: answered by Wini. An
 // operation that makes a change hands back an undo text, which goes into the action log behind the record's

@@ -49,13 +49,11 @@ int DefaultValuesLoader::readConfigFile(const char* configFile, InstallerUI* ui)
         reader_.readDefValues(document);
         return 0;
     }
-    char message[2048];
-    OUtils::formatText(message, sizeof message,
-                       "Error loading configuration file \"%s\" (%i). Installation can not continue.",
-                       configFile, status);
-    debugLog_.print("ERROR: %s", message);
+    const std::string message = OUtils::formatText(
+        "Error loading configuration file \"%s\" (%i). Installation can not continue.", configFile, status);
+    debugLog_.print("ERROR: %s", message.c_str());
     if (ui != nullptr) {
-        ui->messageBox(message, MessageKind::kInformation);
+        ui->messageBox(message.c_str(), MessageKind::kInformation);
     }
     return -1;
 }

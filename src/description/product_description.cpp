@@ -19,6 +19,7 @@ constexpr char kMinestVersion[] = "TandrelGroupInstallation/Desc/ProductDesc/Min
 constexpr char kWebsite[] = "TandrelGroupInstallation/Desc/ProductDesc/Website";
 constexpr char kSupportEmail[] = "TandrelGroupInstallation/Desc/ProductDesc/Supportemail";
 constexpr char kInstallHelpUrl[] = "TandrelGroupInstallation/Desc/ProductDesc/InstallHelpURL";
+constexpr char kUninstall[] = "TandrelGroupInstallation/Installation/Uninstall";
 constexpr char kInstallLogFile[] = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
 constexpr char kInstallBackupFile[] = "TandrelGroupInstallation/Installation/Uninstall/InstallBackupFile";
 constexpr char kUninstallCmd[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallCmd";
@@ -112,6 +113,11 @@ std::optional<std::string> ProductDescription::uninstallCommand() const {
 
 std::optional<std::string> ProductDescription::uninstallXmlFile() const {
     return expanded(kUninstallXmlFile);
+}
+
+bool ProductDescription::givesPath(std::string_view element) const {
+    const std::string path = std::string(kUninstall) + '/' + std::string(element);
+    return description_.getText(description_.findPath(path)) != nullptr;
 }
 
 int ProductDescription::readProductDescription() const {

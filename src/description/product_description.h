@@ -39,6 +39,9 @@ public:
     std::optional<std::string> installBackupFile() const;
     std::optional<std::string> uninstallCommand() const;
     std::optional<std::string> uninstallXmlFile() const;
+    // Whether there is a text for the path with this element, "InstallLogFile" for instance, even one whose
+    // expansion gives nothing.
+    bool givesPath(std::string_view element) const;
 
     // The same with buffers and numbers; for callers that have not moved yet.
     int readProductDescription() const;

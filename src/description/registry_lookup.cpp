@@ -21,8 +21,9 @@ bool isText(std::uint32_t type) {
 
 // What the value takes in the registry, where texts are UTF-16 with a terminator.
 std::int64_t storedBytes(const SystemRegistryValue& value) {
-    return isText(value.type) ? (OUtils::utf8ToWide(value.data.c_str(), nullptr, 0) + 1) * 2
-                              : static_cast<std::int64_t>(value.data.size());
+    return isText(value.type)
+               ? static_cast<std::int64_t>(OUtils::utf8ToWide(value.data.c_str()).size() + 1) * 2
+               : static_cast<std::int64_t>(value.data.size());
 }
 
 std::string hexadecimalPairs(const std::string& data) {
@@ -70,7 +71,8 @@ int registryValueToText(const SystemRegistryValue& value, char* buffer, int size
     } else if (value.type == kBinary) {
         OUtils::copyText(buffer, hexadecimalPairs(value.data).c_str(), size);
     } else if (value.type == kDoubleWord) {
-        OUtils::formatText(buffer, std::min(size, 17), "%x", static_cast<unsigned>(doubleWord(value.data)));
+        const std::string digits = OUtils::formatText("%x", static_cast<unsigned>(doubleWord(value.data)));
+        OUtils::copyText(buffer, digits.c_str(), std::min(size, 17));
     } else {
         return -1;
     }

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/path_functions.h"
+
 class Expressions;
 class PXML;
 
@@ -38,13 +40,14 @@ public:
 
     // Empty for a missing text; cut at Expressions::kWholeLimit. With `stopOnMissing` a variable that isn't there empties the whole text.
     std::string expand(std::optional<std::string_view> text, bool stopOnMissing = false);
-    std::string expandAttribute(std::int32_t node, std::string_view name) { return expand(attribute(node, name)); }
+    std::string expandAttribute(std::int32_t node, std::string_view name) {
+        return expand(attribute(node, name));
+    }
 
 private:
     const PXML& description_;
     Expressions& expressions_;
 };
 
-// The path functions of the base on growing texts.
-std::string collapsedPath(std::string path);
-std::string normalizedPath(std::string path);
+using OUtils::collapsedPath;
+using OUtils::normalizedPath;

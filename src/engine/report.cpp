@@ -62,6 +62,14 @@ void Report::addError(std::string_view text) {
     }
 }
 
+bool Report::addOutcome(bool done, std::string_view text) {
+    addLine(text, false);
+    if (!done) {
+        addError(text);
+    }
+    return done;
+}
+
 void Report::showErrors(std::string_view heading) {
     if (errors_ == nullptr || errors_->empty()) {
         return;

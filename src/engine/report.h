@@ -32,6 +32,9 @@ public:
     void addLine(std::string_view text, bool flushNow);
     void flushLines();
     void addError(std::string_view text);
+    // The line that says what became of a change: added without a flush, and an error too when it failed.
+    // Gives `done` back.
+    bool addOutcome(bool done, std::string_view text);
     // Shows the list of errors, if it holds any, under a heading.
     void showErrors(std::string_view heading);
     // False without a front end.

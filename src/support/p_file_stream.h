@@ -29,7 +29,8 @@ public:
     // The mode of openWithMode that appends.
     static constexpr int kAppend = 1;
 
-    explicit PFileStream(platform::FileSystem& files = platform::systemFileSystem());
+    // `files` is borrowed.
+    explicit PFileStream(platform::FileSystem& files);
     ~PFileStream() override;  // closes
 
     // Sets the parameters of the next open(). `path` is UTF-8 and copied.

@@ -148,10 +148,10 @@ void PageEntry::showErrorSummary(PageVisit& visit) {
     if (errors == nullptr || errors->empty()) {
         return;
     }
-    const std::string title =
-        std::string(actions_.isActionLogSession() ? "Uninstallation" : "Installation") + " errors summary:";
+    const char* const title =
+        actions_.isActionLogSession() ? "Uninstallation errors summary:" : "Installation errors summary:";
     visit.ui.pumpEvents();
-    visit.ui.addFileLine(title.c_str(), false);
+    visit.ui.addFileLine(title, false);
     for (std::size_t i = 0; i < errors->size(); ++i) {
         visit.ui.pumpEvents();
         visit.ui.addFileLine((*errors)[i].c_str(), i % kLinesPerFlush == 0);

@@ -13,7 +13,7 @@ TEST(ReportTest, passesEverythingToTheFrontEnd) {
     report.begin();
     report.setStatus("status");
     report.setProgress(7);
-    report.pumpEvents();
+    report.pumpEventsWhileCopying();
     report.addLine("line", true);
     report.flushLines();
     report.end();
@@ -40,7 +40,7 @@ TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
     report.begin();
     report.setStatus("status");
     report.setProgress(7);
-    report.pumpEvents();
+    report.pumpEventsWhileCopying();
     report.addLine("line", true);
     report.addError("error");
     report.showErrors("heading");
@@ -48,6 +48,17 @@ TEST(ReportTest, doesNothingWithoutFrontEndAndList) {
     report.end();
     EXPECT_FALSE(report.ignoresErrors());
     EXPECT_FALSE(report.hasErrorList());
+}
+
+TEST(ReportTest, AddsTheLineOfAChangeAndAnErrorWhenItFailed) {
+    RecordingUI ui;
+    ErrorList errors;
+    Report report(&ui, &errors);
+    EXPECT_TRUE(report.addOutcome(true, "made"));
+    EXPECT_TRUE(errors.empty());
+    EXPECT_FALSE(report.addOutcome(false, "failed"));
+    EXPECT_EQ(errors, ErrorList{"failed"});
+    EXPECT_EQ(ui.calls, (std::vector<std::string>{"addFileLine(\"made\", 0)", "addFileLine(\"failed\", 0)"}));
 }
 
 TEST(ReportTest, asksTheFrontEndWhetherErrorsAreIgnored) {

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "contracts/system_modifications.h"
+#include "engine/changes/firewall_change.h"
+#include "engine/changes/shortcut_change.h"
 
 // Changes to a system that exists on paper only: each call is written down as "operation(argument, ...)", a
 // missing argument as "null", and succeeds unless a test says otherwise.

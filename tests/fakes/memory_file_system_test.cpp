@@ -47,6 +47,13 @@ TEST_F(MemoryFileSystemTest, FindsNamesInAnyCaseAndKeepsTheirs) {
     EXPECT_EQ(std::vector<std::string>{"C:/Program/Tool.EXE"}, files_.allFiles());
 }
 
+TEST_F(MemoryFileSystemTest, HasNothingWithoutAName) {
+    EXPECT_FALSE(files_.exists(""));
+    EXPECT_FALSE(files_.isDirectory(""));
+    EXPECT_FALSE(files_.isOrdinaryDirectory(""));
+    EXPECT_TRUE(files_.isDirectory("/"));
+}
+
 TEST_F(MemoryFileSystemTest, EachDispositionDoesItsPart) {
     EXPECT_EQ(MemoryFileSystem::kNotFound, open("/a", Disposition::kOpenExisting));
     EXPECT_EQ(nullptr, file_);

@@ -129,7 +129,7 @@ TEST_F(PFileConsoleTest, ClosesWhenItGoes) {
 TEST(PFileConsoleDiskTest, WritesCarriageReturnsAndLineFeedsAsTheyAre) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("a.log");
-    PFileConsole console;
+    PFileConsole console(platform::systemFileSystem());
     console.setOptions(PConsole::kLineNumbers);
     ASSERT_EQ(0, console.open(path.c_str(), 0));
     console.print("one");

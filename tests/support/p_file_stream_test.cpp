@@ -231,7 +231,7 @@ TEST_F(PFileStreamTest, ClosesWhenItGoes) {
 TEST(PFileStreamDiskTest, WorksOnARealDisk) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("stream \xC3\xA4.bin");
-    PFileStream stream;
+    PFileStream stream(platform::systemFileSystem());
     ASSERT_EQ(0, stream.openWithMode(path.c_str(), 0));
     ASSERT_EQ(0, stream.writeText("0123456789"));
     ASSERT_EQ(0, stream.seekFromEnd(-4));

@@ -7,7 +7,7 @@
 #include "fakes/recording_ui.h"
 #include "fakes/temporary_directory.h"
 #include "platform/file_system.h"
-#include "wini/text_lines.h"
+#include "engine/changes/text_lines.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "fakes/recording_ui.h"
 #include "fakes/temporary_directory.h"
 #include "wini/same_path.h"
-#include "wini/text_lines.h"
+#include "engine/changes/text_lines.h"
 
 namespace {
 

@@ -1,0 +1,209 @@
+#include "engine/changes/file_edit.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+#include "base/text_functions.h"
+#include "engine/action_log_format.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/element_groups.h"
+#include "engine/changes/text_file.h"
+#include "engine/description_tags.h"
+#include "engine/report.h"
+
+namespace {
+
+using ActionLogFormat::kAddAfter;
+using Position = TextLines::difference_type;
+
+bool isBlank(std::string_view line) {
+    return OUtils::trimWhiteSpace(line).empty();
+}
+
+std::optional<std::size_t> countOf(std::string_view line) {
+    const std::string_view text = OUtils::trimWhiteSpace(line);
+    std::size_t count = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    const bool isNumber = error == std::errc() && end == text.data() + text.size() && count > 0;
+    return isNumber ? std::optional(count) : std::nullopt;
+}
+
+// Takes the block at `position`, which moves past it.
+bool takeBlock(const TextLines& lines, std::size_t& position, TextLines& outBlock) {
+    if (position == lines.size()) {
+        return false;
+    }
+    const auto count = countOf(lines[position++]);
+    if (!count || *count > lines.size() - position) {
+        return false;
+    }
+    const auto first = lines.begin() + static_cast<Position>(position);
+    outBlock.assign(first, first + static_cast<Position>(*count));
+    position += *count;
+    return std::ranges::all_of(outBlock,
+                               [](std::string_view line) { return line.size() <= EditScript::kLineLimit; });
+}
+
+// For each line of the block: how many lines up to it repeat the block's beginning. With that table a search
+// looks at no line of the file more than twice, however alike the lines are.
+std::vector<std::size_t> bordersOf(const TextLines& block) {
+    std::vector<std::size_t> result(block.size(), 0);
+    std::size_t length = 0;
+    for (std::size_t i = 1; i < block.size(); ++i) {
+        while (length > 0 && block[i] != block[length]) {
+            length = result[length - 1];
+        }
+        length += block[i] == block[length] ? 1 : 0;
+        result[i] = length;
+    }
+    return result;
+}
+
+// The position after the first occurrence of the block from `start` on.
+std::optional<std::size_t> findEndOf(const TextLines& block, const TextLines& lines, std::size_t start) {
+    const std::vector<std::size_t> borders = bordersOf(block);
+    std::size_t length = 0;
+    for (std::size_t i = start; i < lines.size(); ++i) {
+        while (length > 0 && lines[i] != block[length]) {
+            length = borders[length - 1];
+        }
+        length += lines[i] == block[length] ? 1 : 0;
+        if (length == block.size()) {
+            return i + 1;
+        }
+    }
+    return std::nullopt;
+}
+
+bool holdsAt(const TextLines& lines, std::size_t position, const TextLines& block) {
+    return block.size() <= lines.size() - position &&
+           std::equal(block.begin(), block.end(), lines.begin() + static_cast<Position>(position));
+}
+
+void copyRange(const TextLines& lines, std::size_t first, std::size_t last, TextLines& outLines) {
+    outLines.insert(outLines.end(), lines.begin() + static_cast<Position>(first),
+                    lines.begin() + static_cast<Position>(last));
+}
+
+// Copies the lines; after each search block that is found in its turn `edit` acts, which may move the
+// position on. True when one of them changed something.
+template <typename Edit>
+bool walk(const std::vector<EditScript::Pair>& pairs, const TextLines& lines, TextLines& outLines,
+          Edit edit) {
+    outLines.clear();
+    std::size_t position = 0;
+    bool hasChanged = false;
+    for (const EditScript::Pair& pair : pairs) {
+        const auto end = findEndOf(pair.search, lines, position);
+        if (!end) {
+            break;
+        }
+        copyRange(lines, position, *end, outLines);
+        position = *end;
+        hasChanged = edit(pair, position) || hasChanged;
+    }
+    copyRange(lines, position, lines.size(), outLines);
+    return hasChanged;
+}
+
+using Walk = bool (EditScript::*)(const TextLines& lines, TextLines& outLines) const;
+
+bool editFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath, Walk walk) {
+    TextFile source(files, std::string(scriptPath));
+    TextFile target(files, std::string(path));
+    if (source.load() != TextFile::State::kLoaded) {
+        return false;
+    }
+    const auto script = EditScript::parse(splitTextLines(source.content()));
+    if (!script || target.load() != TextFile::State::kLoaded) {
+        return false;
+    }
+    TextLines changed;
+    const bool hasChanged = ((*script).*walk)(splitTextLines(target.content()), changed);
+    return !hasChanged || target.store("", changed);
+}
+
+bool reportEdit(Report& report, bool done, std::string_view work, std::string_view path) {
+    return report.addOutcome(done, std::string(done ? "" : "FAILED : ").append(work).append(path));
+}
+
+}  // namespace
+
+std::optional<EditScript> EditScript::parse(const TextLines& lines) {
+    std::vector<Pair> pairs;
+    std::size_t position = 0;
+    while (position < lines.size() && !isBlank(lines[position])) {
+        Pair& pair = pairs.emplace_back();
+        if (!takeBlock(lines, position, pair.search) || !takeBlock(lines, position, pair.addition)) {
+            return std::nullopt;
+        }
+    }
+    const bool isRestBlank =
+        std::all_of(lines.begin() + static_cast<Position>(position), lines.end(), isBlank);
+    return pairs.empty() || !isRestBlank ? std::nullopt : std::optional(EditScript(std::move(pairs)));
+}
+
+bool EditScript::apply(const TextLines& lines, TextLines& outLines) const {
+    return walk(pairs_, lines, outLines, [&](const Pair& pair, std::size_t&) {
+        copyRange(pair.addition, 0, pair.addition.size(), outLines);
+        return true;
+    });
+}
+
+bool EditScript::revert(const TextLines& lines, TextLines& outLines) const {
+    return walk(pairs_, lines, outLines, [&](const Pair& pair, std::size_t& position) {
+        const bool isThere = holdsAt(lines, position, pair.addition);
+        position += isThere ? pair.addition.size() : 0;
+        return isThere;
+    });
+}
+
+bool FileEdit::apply() {
+    return applyGroups(context_, "ModifyFiles", [this](std::int32_t child) { return applyChild(child); });
+}
+
+bool FileEdit::applyChild(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    const auto text = tags.textOf(node);
+    const bool isEdit = tags.nameOf(node) == "File" && tags.attribute(node, "Command") == "AddAfter" &&
+                        tags.hasAttribute(node, "Path") && text;
+    if (!isEdit) {
+        return true;
+    }
+    const std::string path = collapsedPath(tags.expandAttribute(node, "Path"));
+    const std::string script = tags.expand(text);
+    const RecordedResult result = add(context_.machine.files, context_.report, path, script);
+    if (!result.done) {
+        context_.debugLog.line("ERROR: Modifying files: \"" + path + '"');
+        return false;
+    }
+    context_.log.writeRecord(ActionLogFormat::kModifyFile, {result.undo});
+    return true;
+}
+
+bool FileEdit::undo(const LogRecord& record) {
+    return remove(context_.machine.files, context_.report, record.fields);
+}
+
+RecordedResult FileEdit::add(platform::FileSystem& files, Report& report, std::string_view path,
+                             std::string_view script) {
+    const std::string undo = RecordText::join({kAddAfter, path, script});
+    RecordedResult result;
+    if (RecordText::isField(path) && RecordText::isField(script) &&
+        RecordText::fits(ActionLogFormat::kModifyFile, undo)) {
+        result = {editFile(files, path, script, &EditScript::apply), undo};
+    }
+    reportEdit(report, result.done, "Modifying ", path);
+    return result;
+}
+
+bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
+    constexpr std::size_t kFields = 3;
+    const std::vector<std::string_view> parts = RecordText::split(fields, kFields);
+    if (parts.size() < kFields || parts[0] != kAddAfter) {
+        return false;
+    }
+    const bool done = editFile(files, parts[1], parts[2], &EditScript::revert);
+    return reportEdit(report, done, "Undoing modifications to ", parts[1]);
+}

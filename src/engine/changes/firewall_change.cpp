@@ -1,0 +1,267 @@
+#include "engine/changes/firewall_change.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/errors.h"
+#include "base/text_functions.h"
+#include "engine/action_log_format.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/record_text.h"
+#include "engine/description_tags.h"
+#include "engine/line_reader.h"
+#include "engine/report.h"
+
+namespace {
+
+namespace Format = ActionLogFormat;
+
+constexpr const char* kApplicationFamily = "App";
+constexpr const char* kPortFamily = "Port";
+constexpr std::string_view kBothProtocols = "TCP;UDP";
+constexpr char kProtocolSeparator = ';';
+constexpr std::int32_t kLastPort = 65535;
+
+struct Protocol {
+    std::uint8_t bit;
+    std::string_view word;
+};
+// In the order of their handling.
+constexpr Protocol kProtocols[] = {{kFirewallTcp, "TCP"}, {kFirewallUdp, "UDP"}};
+constexpr std::uint8_t kAllProtocols = kFirewallTcp | kFirewallUdp;
+
+void requireProtocol(std::uint8_t protocols) {
+    if ((protocols & kAllProtocols) == 0) {
+        throw GenericError("Invalid firewall protocol or none specified!");
+    }
+}
+
+// An empty path is refused by what would have to add it.
+bool canBeUndone(std::string_view path) {
+    return RecordText::isLastField(path) &&
+           RecordText::fits(Format::kFirewall, RecordText::join({Format::kApplication, path}));
+}
+
+// Two rules of one name could not be told apart.
+std::string nameOf(const FirewallPortRule& rule, const Protocol& protocol) {
+    const bool both = (rule.protocols & kAllProtocols) == kAllProtocols;
+    return both ? rule.name + " " + std::string(protocol.word) : rule.name;
+}
+
+template <typename Action>
+FirewallResult carryOut(const DebugLog& debugLog, const char* family, Action action) {
+    try {
+        action();
+        return FirewallResult::kDone;
+    } catch (const NonFatalError& error) {
+        debugLog.print("WARNING: (Firewall %s) %s", family, error.what());
+        return FirewallResult::kNotAvailable;
+    } catch (const GenericError& error) {
+        debugLog.print("ERROR: (Firewall %s) %s", family, error.what());
+        return FirewallResult::kFailed;
+    }
+}
+
+// A failed rule leaves no record, so what it has opened so far would stay open for good.
+void openProtocols(FirewallOperations& firewall, const DebugLog& debugLog, const FirewallPortRule& rule) {
+    std::uint8_t opened = 0;
+    try {
+        for (const Protocol& protocol : kProtocols) {
+            if ((rule.protocols & protocol.bit) != 0 &&
+                firewall.addPort(rule.port, protocol.bit, nameOf(rule, protocol))) {
+                opened |= protocol.bit;
+            }
+        }
+    } catch (const GenericError&) {
+        if (opened != 0) {
+            carryOut(debugLog, kPortFamily, [&] { firewall.removePort(rule.port, opened); });
+        }
+        throw;
+    }
+}
+
+// Other words are logged, each, and skipped.
+std::uint8_t protocolsOf(const std::string& words, const std::string& warning, const DebugLog& debugLog) {
+    std::vector<std::string> list;
+    OUtils::splitText(words.c_str(), kProtocolSeparator, list);
+    std::uint8_t protocols = 0;
+    for (const std::string& word : list) {
+        const auto* found = std::ranges::find(kProtocols, word, &Protocol::word);
+        if (found == std::end(kProtocols)) {
+            debugLog.line(warning);
+        } else {
+            protocols |= found->bit;
+        }
+    }
+    return protocols;
+}
+
+FirewallPortRule readRecord(std::string_view fields, const DebugLog& debugLog) {
+    const std::vector<std::string_view> parts = RecordText::splitAll(fields);
+    FirewallPortRule rule;
+    rule.port = parts.empty() ? 0 : OUtils::textToInteger(std::string(parts[0]).c_str());
+    if (parts.size() < 2 || parts[1].empty() || rule.port < 1 || rule.port > kLastPort) {
+        throw GenericError("Invalid firewall port action log entry: \"%s\"", std::string(fields).c_str());
+    }
+    rule.protocols = protocolsOf(
+        std::string(parts[1]),
+        "WARNING: Malformed action log entry for firewall port: \"" + std::string(fields) + "\"", debugLog);
+    requireProtocol(rule.protocols);
+    return rule;
+}
+
+// One that can't be closed doesn't keep the other open.
+FirewallResult closeProtocols(FirewallOperations& firewall, const DebugLog& debugLog,
+                              const FirewallPortRule& rule) {
+    FirewallResult result = FirewallResult::kDone;
+    for (const Protocol& protocol : kProtocols) {
+        if ((rule.protocols & protocol.bit) != 0) {
+            result = std::max(result, carryOut(debugLog, kPortFamily,
+                                               [&] { firewall.removePort(rule.port, protocol.bit); }));
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+bool FirewallChange::apply() {
+    DescriptionTags& tags = context_.tags;
+    const std::int32_t group = tags.firstOf("Firewall");
+    // The description's first element is never a group.
+    if (group <= 0 || !tags.conditionHolds(group)) {
+        return true;
+    }
+    bool succeeded = true;
+    for (const std::int32_t node : tags.childrenOf(group)) {
+        succeeded = applyChild(node) != FirewallResult::kFailed && succeeded;
+    }
+    context_.report.flushLines();
+    return succeeded;
+}
+
+// kDone for what is skipped.
+FirewallResult FirewallChange::applyChild(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    if (!tags.textOf(node) || !tags.conditionHolds(node)) {
+        return FirewallResult::kDone;
+    }
+    if (tags.nameOf(node) == "Port" && tags.hasAttribute(node, "Port")) {
+        return applyPort(node);
+    }
+    if (tags.nameOf(node) == "Application" && tags.hasAttribute(node, "Target")) {
+        return applyApplication(node);
+    }
+    return FirewallResult::kDone;
+}
+
+FirewallResult FirewallChange::applyPort(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    const std::string protocols(tags.attribute(node, "Protocol").value_or(kBothProtocols));
+    FirewallPortRule rule;
+    rule.port = OUtils::textToInteger(std::string(tags.attribute(node, "Port").value_or("")).c_str());
+    rule.name = tags.expand(tags.textOf(node)).substr(0, FirewallPortRule::kNameLimit);
+    rule.protocols =
+        protocolsOf(protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification",
+                    context_.debugLog);
+
+    const FirewallResult result = addPort(context_.machine.firewall, context_.debugLog, rule);
+    const std::string port = std::to_string(rule.port);
+    if (reportAdding(result, "port " + port)) {
+        context_.log.writeRecord(Format::kFirewall, {Format::kPort, port, protocols, rule.name});
+    } else if (result == FirewallResult::kFailed) {
+        context_.debugLog.line("ERROR: Adding firewall port: " + port + " (" + rule.name + ")");
+    }
+    return result;
+}
+
+FirewallResult FirewallChange::applyApplication(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    const std::string target = normalizedPath(tags.expandAttribute(node, "Target"));
+    const std::string name = tags.expand(tags.textOf(node));
+    const FirewallResult result = addApplication(context_.machine.firewall, context_.debugLog, target, name);
+    if (reportAdding(result, "exception for application: " + target)) {
+        context_.log.writeRecord(Format::kFirewall, {Format::kApplication, target});
+    } else if (result == FirewallResult::kFailed) {
+        context_.debugLog.line("ERROR: Adding firewall app: " + target + " (" + name + ")");
+    }
+    return result;
+}
+
+// True when the exception is there.
+bool FirewallChange::reportAdding(FirewallResult result, const std::string& what) {
+    const bool done = result == FirewallResult::kDone;
+    reportResult(done, result == FirewallResult::kNotAvailable
+                           ? "Firewall: Service is NOT switched on and no exceptions can be added!"
+                           : std::string("Firewall: ") + (done ? "Added " : "FAILED to add ") + what);
+    return done;
+}
+
+void FirewallChange::reportResult(bool done, const std::string& line) {
+    context_.report.addLine(line, false);
+    if (!done) {
+        context_.report.addError(line);
+    }
+}
+
+bool FirewallChange::undo(const LogRecord& record) {
+    const std::string_view kind = firstLogField(record.fields);
+    const std::string_view rest = nextLogField(record.fields);
+    FirewallResult result = FirewallResult::kDone;
+    if (kind == Format::kApplication) {
+        result = removeApplication(context_.machine.firewall, context_.debugLog, rest);
+        reportRemoval(result, "application from firewall: " + std::string(rest));
+    } else if (kind == Format::kPort) {
+        result = removePort(context_.machine.firewall, context_.debugLog, rest);
+        reportRemoval(result, "port from firewall: " + std::string(firstLogField(rest)));
+    }
+    if (result != FirewallResult::kFailed) {
+        return true;
+    }
+    context_.debugLog.line("ERROR: Uninstall: Failed to undo a FirwallAction (" + std::string(record.fields) +
+                           ")!");
+    return false;
+}
+
+void FirewallChange::reportRemoval(FirewallResult result, const std::string& what) {
+    const bool done = result == FirewallResult::kDone;
+    reportResult(done, result == FirewallResult::kNotAvailable
+                           ? "Firewall: Service is NOT switched on and no exceptions can be removed!"
+                           : (done ? "Removed " : "FAILED to remove ") + what);
+}
+
+FirewallResult FirewallChange::addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                              std::string_view path, std::string_view name) {
+    return carryOut(debugLog, kApplicationFamily, [&] {
+        if (!canBeUndone(path)) {
+            throw GenericError("The action log can not hold the application %s!", std::string(path).c_str());
+        }
+        FirewallOperations(firewall).addApplication(path, name);
+    });
+}
+
+FirewallResult FirewallChange::removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                                 std::string_view path) {
+    return carryOut(debugLog, kApplicationFamily,
+                    [&] { FirewallOperations(firewall).removeApplication(path); });
+}
+
+FirewallResult FirewallChange::addPort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                       const FirewallPortRule& rule) {
+    return carryOut(debugLog, kPortFamily, [&] {
+        FirewallOperations operations(firewall);
+        requireProtocol(rule.protocols);
+        openProtocols(operations, debugLog, rule);
+    });
+}
+
+FirewallResult FirewallChange::removePort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                          std::string_view fields) {
+    FirewallResult ports = FirewallResult::kDone;
+    const FirewallResult result = carryOut(debugLog, kPortFamily, [&] {
+        const FirewallPortRule rule = readRecord(fields, debugLog);
+        FirewallOperations operations(firewall);
+        ports = closeProtocols(operations, debugLog, rule);
+    });
+    return std::max(result, ports);
+}

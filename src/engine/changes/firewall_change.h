@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "engine/changes/change.h"
+#include "engine/changes/firewall_operations.h"
+
+struct FirewallPortRule {
+    static constexpr std::size_t kNameLimit = 511;  // bytes
+
+    std::int32_t port = 0;
+    std::string name;
+    std::uint8_t protocols = 0;  // a set of FirewallProtocol
+};
+
+// The worse a result is, the higher its number, which is fixed.
+enum class FirewallResult : std::int32_t {
+    kDone = 0,
+    kNotAvailable = 1,  // the machine has no working firewall service, or it is switched off
+    kFailed = 2,
+};
+
+// Ports and programs that may be reached from outside: the group `Firewall`, of which only the first in the
+// description counts. A machine without a working firewall is no failure: nothing is changed and recorded.
+// What was open already is recorded like any other, so undoing closes it.
+class FirewallChange : public Change {
+public:
+    explicit FirewallChange(const ChangeContext& context) : context_(context) {}
+
+    // A change that fails doesn't stop the others.
+    bool apply() override;
+    bool undo(const LogRecord& record) override;
+
+    // The single changes, without a record and with failures in the debug log alone. A path that the action
+    // log can't hold as it is fails, since the exception could not be taken back.
+    static FirewallResult addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                         std::string_view path, std::string_view name);
+    static FirewallResult removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                            std::string_view path);
+    // All protocols of the rule; after a failure only those stay open that were before.
+    static FirewallResult addPort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                  const FirewallPortRule& rule);
+    // `fields`: port, protocols separated by ";", name; separated by TABs. A damaged text fails.
+    static FirewallResult removePort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                     std::string_view fields);
+
+private:
+    FirewallResult applyChild(std::int32_t node);
+    FirewallResult applyPort(std::int32_t node);
+    FirewallResult applyApplication(std::int32_t node);
+    bool reportAdding(FirewallResult result, const std::string& what);
+    void reportRemoval(FirewallResult result, const std::string& what);
+    void reportResult(bool done, const std::string& line);
+
+    ChangeContext context_;
+};

@@ -1,0 +1,134 @@
+#include "engine/changes/program_run.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "engine/report.h"
+#include "platform/processes.h"
+#include "platform/shell_objects.h"
+
+namespace {
+
+constexpr std::uint32_t kEndMilliseconds = 100;
+
+using RunProgramThread = AsynchronousRunProgram::RunProgramThread;
+
+// Waits for the end of a program without a limit. Its exit code.
+std::int32_t waitForProgram(platform::ChildProcess& program) {
+    constexpr std::uint32_t kOneTurn = 0x7FFFFFFF;
+    while (!program.wait(kOneTurn)) {
+    }
+    return program.exitCode();
+}
+
+// However the loop is left, by an exception too, no thread goes on using what is gone by then.
+class EndOfRun {
+public:
+    explicit EndOfRun(RunProgramThread& thread) : thread_(thread) {}
+    ~EndOfRun() { thread_.waitFor(kEndMilliseconds); }
+    EndOfRun(const EndOfRun&) = delete;
+    EndOfRun& operator=(const EndOfRun&) = delete;
+
+private:
+    RunProgramThread& thread_;
+};
+
+// Serves the front end until the program has ended.
+void serve(RunProgramThread& thread, Report& report, bool advanceProgress, std::uint32_t pause) {
+    int percent = 0;
+    // Without a pause one processor would do nothing but look.
+    const std::uint32_t shortestPause = std::max<std::uint32_t>(pause, 1);
+    while (!thread.isFinished()) {
+        report.pumpEvents();
+        if (advanceProgress) {
+            report.setProgress(percent);
+            percent = std::min(percent + 1, 100);
+        }
+        thread.waitAtMost(shortestPause);
+    }
+}
+
+}  // namespace
+
+std::string AsynchronousRunProgram::commandLine() const {
+    std::string line = (flags & kRunWholeCommandLine) != 0 ? program : '"' + program + '"';
+    if (!arguments.empty()) {
+        line += ' ' + arguments;
+    }
+    return line;
+}
+
+void RunProgramThread::run(void* request) {
+    std::int32_t exitCode = -1;
+    try {
+        if (request != nullptr) {
+            exitCode = runToEnd(*static_cast<const AsynchronousRunProgram*>(request));
+        }
+    } catch (...) {
+        finish(-1);  // whoever waits must not wait for ever
+        throw;
+    }
+    finish(exitCode);
+}
+
+std::int32_t RunProgramThread::runToEnd(const AsynchronousRunProgram& request) {
+    int error = 0;
+    const auto child = processes_.start(request.commandLine(), request.workDir, error);
+    return child == nullptr ? -1 : waitForProgram(*child);
+}
+
+void RunProgramThread::finish(std::int32_t exitCode) {
+    const std::lock_guard lock(mutex_);
+    exitCode_ = exitCode;
+    finished_ = true;
+    // Under the lock: whoever sees the end may destroy this object at once.
+    changed_.notify_all();
+}
+
+bool RunProgramThread::isFinished() {
+    const std::lock_guard lock(mutex_);
+    return finished_;
+}
+
+std::int32_t RunProgramThread::waitFor(std::uint32_t milliseconds) {
+    while (!waitAtMost(milliseconds)) {
+    }
+    const std::lock_guard lock(mutex_);
+    return exitCode_;
+}
+
+bool RunProgramThread::waitAtMost(std::uint32_t milliseconds) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return finished_; });
+}
+
+bool ProgramRun::run(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause) {
+    if ((program.flags & kRunOpenWithShell) != 0) {
+        return shell_.openDocument(program.program);
+    }
+    return (program.flags & kRunAsynchronous) != 0 ? runOnThread(program, report, pause) : runHere(program);
+}
+
+bool ProgramRun::runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause) {
+    if (threads_ == nullptr) {
+        threads_.reset(OUtils::createThreadManager({}));
+    }
+    RunProgramThread thread(processes_);
+    if (threads_ == nullptr || threads_->startDetached(thread, &program) != 0) {
+        debugLog_.line("ERROR: No thread for running " + program.commandLine());
+        return false;
+    }
+    const EndOfRun end(thread);
+    serve(thread, report, (program.flags & kRunAdvanceProgress) != 0, pause);
+    return thread.waitFor(kEndMilliseconds) == 0;
+}
+
+bool ProgramRun::runHere(const AsynchronousRunProgram& program) {
+    int error = 0;
+    const auto child = processes_.start(program.commandLine(), program.workDir, error);
+    if (child == nullptr) {
+        debugLog_.line("ERROR: " + program.commandLine() + " does not start (" + std::to_string(error) + ")");
+        return false;
+    }
+    return (program.flags & kRunWait) == 0 || waitForProgram(*child) == 0;
+}

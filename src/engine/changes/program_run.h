@@ -1,0 +1,93 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "support/debug_log.h"
+#include "support/thread_manager.h"
+
+class Report;
+
+namespace platform {
+class ChildProcess;
+class Processes;
+class ShellObjects;
+}  // namespace platform
+
+enum RunProgramFlag : std::uint32_t {
+    kRunOpenWithShell = 1,
+    kRunWait = 2,
+    kRunAsRoot = 4,  // no effect on the present platforms
+    kRunAsynchronous = 8,
+    kRunAdvanceProgress = 16,
+    kRunNoErrorOutput = 32,  // no effect on the present platforms
+    kRunWholeCommandLine = 64,
+};
+
+// A program to be run, for a thread of its own or for the calling one.
+class AsynchronousRunProgram {
+public:
+    class RunProgramThread;
+
+    std::string program;
+    std::string arguments;    // empty: none
+    std::string workDir;      // empty: the caller's
+    std::uint32_t flags = 0;  // a set of RunProgramFlag
+
+    // The program in double quotes, or as it is when it is a whole command line, and the arguments.
+    std::string commandLine() const;
+};
+
+// Runs one program and waits for its end, however long that takes. One run for each object; the thread that
+// made the object asks for the result.
+class AsynchronousRunProgram::RunProgramThread : public OUtils::ThreadProcedure {
+public:
+    // Borrowed and outlives this object.
+    explicit RunProgramThread(platform::Processes& processes) : processes_(processes) {}
+
+    // `request` is an AsynchronousRunProgram that outlives the run; null runs nothing.
+    void run(void* request) override;
+    virtual const char* getName() const { return "InstallerRunProgramThread"; }
+    virtual bool isFinished();
+    // Waits for the end of the run, looking each `milliseconds`. The program's exit code; -1 when it could
+    // not be started or nothing was run.
+    virtual std::int32_t waitFor(std::uint32_t milliseconds);
+    // Waits at most so long. True when the run has ended.
+    bool waitAtMost(std::uint32_t milliseconds);
+
+private:
+    std::int32_t runToEnd(const AsynchronousRunProgram& request);
+    void finish(std::int32_t exitCode);
+
+    platform::Processes& processes_;
+    std::mutex mutex_;  // guards the two fields below
+    std::condition_variable changed_;
+    bool finished_ = false;
+    std::int32_t exitCode_ = -1;
+};
+
+// Runs programs: hands a document to the desktop, starts a process and perhaps waits for it, or lets a thread
+// wait for it while the front end stays alive. A program that is waited for and never ends holds up its
+// caller. Not a change that can be taken back: a program that ran leaves no record.
+class ProgramRun {
+public:
+    // Both are borrowed and outlive this object.
+    ProgramRun(platform::Processes& processes, platform::ShellObjects& shell, DebugLog debugLog)
+        : processes_(processes), shell_(shell), debugLog_(debugLog) {}
+
+    // `pause` is the time between two looks at an asynchronous program, in milliseconds. True when the
+    // document was opened, the program was started, or, where its end is waited for, ended with 0. An
+    // asynchronous program is always waited for.
+    bool run(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause);
+
+private:
+    bool runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause);
+    bool runHere(const AsynchronousRunProgram& program);
+
+    platform::Processes& processes_;
+    platform::ShellObjects& shell_;
+    DebugLog debugLog_;
+    OUtils::ThreadManagerPtr threads_;  // made at the first use
+};

@@ -1,0 +1,335 @@
+#include "engine/changes/registry_change.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "base/fixed_text.h"
+#include "base/path_functions.h"
+#include "base/text_functions.h"
+#include "description/product_description.h"
+#include "engine/action_log_format.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/record_text.h"
+#include "engine/description_tags.h"
+#include "engine/report.h"
+
+namespace {
+
+using platform::RegistryRoot;
+using platform::RegistryValue;
+
+constexpr auto kView = platform::RegistryView::kNative;
+
+struct NamedRoot {
+    std::string_view name;
+    RegistryRoot root;
+};
+
+constexpr NamedRoot kRoots[] = {
+    {"HKEY_CLASSES_ROOT", RegistryRoot::kClassesRoot},
+    {"HKEY_CURRENT_USER", RegistryRoot::kCurrentUser},
+    {"HKEY_LOCAL_MACHINE", RegistryRoot::kLocalMachine},
+    {"HKEY_USERS", RegistryRoot::kUsers},
+};
+
+// A key as the system names it.
+struct KeyAddress {
+    RegistryRoot root;
+    std::string path;  // separated by `\`
+};
+
+std::optional<KeyAddress> addressOf(const RegistryChange::Key& key) {
+    const auto root = registryRootOf(key.place);
+    if (!root) {
+        return std::nullopt;
+    }
+    KeyAddress address{*root, std::string(key.path)};
+    std::ranges::replace(address.path, '/', '\\');
+    return address;
+}
+
+bool canBeRecorded(const KeyAddress& address) {
+    return address.path.size() <= RegistryChange::kPathLimit && RecordText::isLastField(address.path);
+}
+
+bool canBeRecorded(const KeyAddress& address, std::string_view place, std::string_view valueName) {
+    return canBeRecorded(address) && RecordText::isLastField(valueName) &&
+           RecordText::fits(ActionLogFormat::kRegistryValue,
+                            RecordText::join({place, address.path, valueName}));
+}
+
+// The paths of all levels, the topmost first. Empty components don't count: the registry has none.
+std::vector<std::string> levelsOf(const std::string& path) {
+    std::vector<std::string> components;
+    OUtils::splitText(path.c_str(), '\\', components);
+    std::vector<std::string> levels;
+    for (const std::string& component : components) {
+        if (!component.empty()) {
+            levels.push_back(levels.empty() ? component : levels.back() + '\\' + component);
+        }
+    }
+    return levels;
+}
+
+std::string textBytes(std::string_view text) {
+    return std::string(text);
+}
+
+// Base 16 with or without a prefix: "10" means 16. Larger numbers become the largest.
+std::string doubleWordBytes(std::string_view text) {
+    constexpr long long kLargest = 0xFFFFFFFF;
+    const auto number =
+        static_cast<std::uint32_t>(std::min(std::strtoll(std::string(text).c_str(), nullptr, 16), kLargest));
+    std::string bytes;
+    for (int shift = 0; shift < 32; shift += 8) {
+        bytes += static_cast<char>(number >> shift & 0xFF);
+    }
+    return bytes;
+}
+
+// Letters of both cases have the bit 64, digits don't; anything else gives some number, without a complaint.
+unsigned hexDigit(char digit) {
+    const auto code = static_cast<unsigned char>(digit);
+    return (code & 0x0F) + ((code & 0x40) != 0 ? 9 : 0);
+}
+
+// Half a byte too many makes all of it zero.
+std::string binaryBytes(std::string_view text) {
+    std::string bytes(text.size() / 2, '\0');
+    for (std::size_t i = 0; text.size() % 2 == 0 && i < bytes.size(); ++i) {
+        bytes[i] = static_cast<char>((hexDigit(text[2 * i]) << 4 | hexDigit(text[2 * i + 1])) & 0xFF);
+    }
+    return bytes;
+}
+
+struct ValueType {
+    std::string_view word;
+    std::uint32_t type;
+    std::string (*bytesOf)(std::string_view data);
+};
+
+constexpr ValueType kValueTypes[] = {
+    {"", platform::kRegString, textBytes},
+    {"REG_SZ", platform::kRegString, textBytes},
+    {"REG_DWORD", platform::kRegDword, doubleWordBytes},
+    {"REG_BINARY", platform::kRegBinary, binaryBytes},
+};
+
+RegistryValue valueOf(std::string_view word, std::string_view data) {
+    const auto* found = std::ranges::find(kValueTypes, word, &ValueType::word);
+    return found == std::end(kValueTypes) ? RegistryValue{platform::kRegString, ""}
+                                          : RegistryValue{found->type, found->bytesOf(data)};
+}
+
+}  // namespace
+
+std::optional<RegistryRoot> registryRootOf(std::string_view place) {
+    const auto* found = std::ranges::find(kRoots, place, &NamedRoot::name);
+    return found == std::end(kRoots) ? std::nullopt : std::optional(found->root);
+}
+
+const RegistryChange::Action RegistryChange::kActions[] = {
+    {"AddValue", &RegistryChange::addValue},
+    {"AddKey", &RegistryChange::addKey},
+    {"RemoveValue", &RegistryChange::removeValue},
+    {"RemoveKey", &RegistryChange::removeKey},
+};
+
+void RegistryChange::applyElement(std::int32_t node, const ProductDescription& product) {
+    const bool isOpenedHere = !context_.log.isOpen() && openProductLog(product);
+    for (const std::int32_t child : context_.tags.childrenOf(node)) {
+        applyChild(child);
+    }
+    context_.report.flushLines();
+    if (isOpenedHere && !context_.log.close()) {
+        context_.debugLog.line("ERROR: The changes of the registry could not be written to the action log");
+    }
+}
+
+bool RegistryChange::openProductLog(const ProductDescription& product) {
+    PathText path;
+    return product.getInstallLogFile(path.data(), static_cast<int>(PathText::capacity())) == 0 &&
+           !path.isEmpty() && context_.log.openToAppend(path.c_str()) == 0;
+}
+
+void RegistryChange::applyChild(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    if (!tags.hasAttribute(node, "Place") || !tags.hasAttribute(node, "Path") || !tags.conditionHolds(node)) {
+        return;
+    }
+    const Element element = readElement(node);
+    carryOut(element);
+    if (const auto line = tags.attribute(node, "Log")) {
+        context_.report.addLine(textOf(element, *line), false);
+    }
+}
+
+RegistryChange::Element RegistryChange::readElement(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    Element element;
+    element.node = node;
+    element.expand = tags.isSet(node, "Expand");
+    element.place = tags.attribute(node, "Place").value_or("");
+    element.path = textOf(element, tags.attribute(node, "Path").value_or(""));
+    // The record has the path with the separators of the registry.
+    OUtils::setSeparators(element.path.data());
+    if (const auto valueName = tags.attribute(node, "Value")) {
+        element.valueName = textOf(element, *valueName);
+    }
+    return element;
+}
+
+std::string RegistryChange::textOf(const Element& element, std::string_view text) {
+    return element.expand ? context_.tags.expand(text) : std::string(text);
+}
+
+void RegistryChange::carryOut(const Element& element) {
+    const std::string_view name = context_.tags.nameOf(element.node);
+    const auto* action = std::ranges::find(kActions, name, &Action::element);
+    if (action == std::end(kActions)) {
+        context_.debugLog.line("ERROR: Usupported registry action \"" + std::string(name) + '"');
+        return;
+    }
+    (this->*action->step)(element);
+}
+
+void RegistryChange::addValue(const Element& element) {
+    const auto text = context_.tags.textOf(element.node);
+    if (!element.valueName || !text) {
+        context_.debugLog.line("ERROR: No registry value name supplied!");
+        return;
+    }
+    const std::string data = textOf(element, *text);
+    const std::string_view type = context_.tags.attribute(element.node, "Type").value_or("");
+    const WriteResult result =
+        writeValue(context_.machine.registry, {element.key(), *element.valueName, type, data});
+    if (!result.isDone() || !isRecorded(element)) {
+        return;
+    }
+    recordKey(element, result.createdLevels);
+    context_.log.writeRecord(ActionLogFormat::kRegistryValue,
+                             {element.place, element.path, *element.valueName});
+}
+
+void RegistryChange::addKey(const Element& element) {
+    const int created = createKey(context_.machine.registry, element.key());
+    if (isRecorded(element)) {
+        recordKey(element, created);
+    }
+}
+
+void RegistryChange::removeValue(const Element& element) {
+    if (!element.valueName) {
+        context_.debugLog.line("ERROR: No registry value name supplied!");
+        return;
+    }
+    deleteValue(context_.machine.registry, element.key(), *element.valueName);
+}
+
+void RegistryChange::removeKey(const Element& element) {
+    const auto count = context_.tags.attribute(element.node, "KeyCount");
+    deleteKeys(context_.machine.registry, element.key(),
+               count ? OUtils::textToInteger(std::string(*count).c_str()) : 1);
+}
+
+bool RegistryChange::isRecorded(const Element& element) {
+    return context_.log.isOpen() && context_.tags.holds(context_.tags.attribute(element.node, "ActionLog"));
+}
+
+void RegistryChange::recordKey(const Element& element, int createdLevels) {
+    if (createdLevels > 0) {
+        context_.log.writeRecord(ActionLogFormat::kRegistryKey,
+                                 {std::to_string(createdLevels), element.place, element.path});
+    }
+}
+
+bool RegistryChange::undo(const LogRecord& record) {
+    const std::vector<std::string_view> fields = RecordText::splitAll(record.fields);
+    if (fields.size() != 3) {
+        context_.debugLog.line("WARNING: (Dev) Wrong number of tokens in the install.log for " +
+                               std::string(record.tag));
+    } else if (record.tag == ActionLogFormat::kRegistryKey) {
+        createdKeys_.push_back({std::string(fields[1]), std::string(fields[2]),
+                                OUtils::textToInteger(std::string(fields[0]).c_str())});
+    } else {
+        deleteValue(context_.machine.registry, {fields[0], fields[1]}, fields[2]);
+    }
+    return true;
+}
+
+bool RegistryChange::finishUndo() {
+    for (auto key = createdKeys_.rbegin(); key != createdKeys_.rend(); ++key) {
+        deleteKeys(context_.machine.registry, {key->place, key->path}, key->levels);
+    }
+    createdKeys_.clear();
+    return true;
+}
+
+RegistryChange::WriteResult RegistryChange::writeValue(platform::Registry& registry, const Value& value) {
+    const auto address = addressOf(value.key);
+    if (!address) {
+        return {};
+    }
+    if (!canBeRecorded(*address, value.key.place, value.name)) {
+        return {platform::kRegBadArgument, 0};
+    }
+    const RegistryValue written = valueOf(value.type, value.data);
+    int status = registry.writeValue(address->root, address->path, kView, value.name, written);
+    int created = 0;
+    if (status == platform::kRegNotFound) {
+        created = createKey(registry, value.key);
+        status = registry.writeValue(address->root, address->path, kView, value.name, written);
+    }
+    if (status != platform::kRegOk) {
+        deleteKeys(registry, value.key, created);
+        created = 0;
+    }
+    return {status, created};
+}
+
+int RegistryChange::createKey(platform::Registry& registry, const Key& key) {
+    const auto address = addressOf(key);
+    // Where the key can't be looked at nothing is made.
+    if (!address || !canBeRecorded(*address) ||
+        registry.testKey(address->root, address->path, kView) != platform::kRegNotFound) {
+        return 0;
+    }
+    int count = 0;
+    std::string made;
+    for (const std::string& level : levelsOf(address->path)) {
+        int created = 0;
+        if (registry.createKey(address->root, level, kView, created) != platform::kRegOk) {
+            deleteKeys(registry, {key.place, made}, count);
+            return 0;
+        }
+        count += created;
+        made = level;
+    }
+    return count;
+}
+
+std::optional<int> RegistryChange::deleteValue(platform::Registry& registry, const Key& key,
+                                               std::string_view name) {
+    const auto address = addressOf(key);
+    if (!address) {
+        return std::nullopt;
+    }
+    return registry.deleteValue(address->root, address->path, kView, name);
+}
+
+int RegistryChange::deleteKeys(platform::Registry& registry, const Key& key, int levels) {
+    const auto address = addressOf(key);
+    if (!address) {
+        return 0;
+    }
+    const std::vector<std::string> all = levelsOf(address->path);
+    if (levels < 1 || all.size() < static_cast<std::size_t>(levels)) {
+        return 0;
+    }
+    int deleted = 0;
+    for (auto level = all.rbegin(); level != all.rbegin() + levels; ++level) {
+        // A key that stays keeps the ones above it, which then fail as well.
+        deleted += registry.deleteKey(address->root, *level, kView) == platform::kRegOk ? 1 : 0;
+    }
+    return deleted;
+}

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/changes/change.h"
+#include "platform/registry.h"
+
+class ProductDescription;
+
+// The root that one of the four hive names means, exactly as a description writes it.
+std::optional<platform::RegistryRoot> registryRootOf(std::string_view place);
+
+// Changes to the registry's native view: the action `Registry`, and the records REGKEY (count of levels,
+// root, path) and REGVAL (root, path, value name). A change that fails doesn't make the installation a
+// failure.
+//
+// What a record couldn't name for the undo isn't written: a path above the limit, a path or name with a TAB,
+// a line break or white space at its end, and both together when they don't fit a line.
+class RegistryChange : public Change {
+public:
+    static constexpr std::size_t kPathLimit = 511;  // bytes
+
+    // A key as a description names it: a hive, and a path that may hold `/` for `\`.
+    struct Key {
+        std::string_view place;
+        std::string_view path;
+    };
+
+    struct Value {
+        Key key;
+        std::string_view name;  // empty: the key's default value
+        // REG_SZ (also when empty), REG_DWORD with `data` as a base-16 number, or REG_BINARY with pairs of
+        // hexadecimal digits; any other word writes an empty text.
+        std::string_view type;
+        std::string_view data;
+    };
+
+    struct WriteResult {
+        std::optional<int> status;  // 0 or the system's error; none when the place isn't one of the hives
+        int createdLevels = 0;      // of the key; after a failure they are gone again and it is 0
+
+        bool isDone() const { return status == platform::kRegOk; }
+    };
+
+    explicit RegistryChange(const ChangeContext& context) : context_(context) {}
+
+    // Nothing: registry changes are actions.
+    bool apply() override { return true; }
+    // Makes the changes that the children of an action `Registry` ask for. Without an open action log the
+    // product's own is continued for as long as that takes.
+    void applyElement(std::int32_t node, const ProductDescription& product);
+
+    // Takes a value away at once; keys wait for finishUndo, since they have to be empty. Always true.
+    bool undo(const LogRecord& record) override;
+    // Takes the noted keys away, the last one first.
+    bool finishUndo() override;
+
+    static WriteResult writeValue(platform::Registry& registry, const Value& value);
+    // The number of key levels that were made: 0 when the key existed, and after a failure, which leaves
+    // none.
+    static int createKey(platform::Registry& registry, const Key& key);
+    // 0 or the system's error; none when the place isn't one of the hives.
+    static std::optional<int> deleteValue(platform::Registry& registry, const Key& key,
+                                          std::string_view name);
+    // Deletes up to `levels` keys from the deepest on, each only without subkeys. The number of deleted ones;
+    // 0 for a path of fewer levels.
+    static int deleteKeys(platform::Registry& registry, const Key& key, int levels);
+
+private:
+    // A child of the action with its texts as they are to be used.
+    struct Element {
+        std::int32_t node = -1;
+        bool expand = false;
+        std::string place;
+        std::string path;
+        std::optional<std::string> valueName;
+
+        Key key() const { return {place, path}; }
+    };
+    using Step = void (RegistryChange::*)(const Element& element);
+    struct Action {
+        std::string_view element;
+        Step step;
+    };
+    static const Action kActions[];
+
+    struct CreatedKey {
+        std::string place;
+        std::string path;
+        int levels;
+    };
+
+    bool openProductLog(const ProductDescription& product);
+    void applyChild(std::int32_t node);
+    Element readElement(std::int32_t node);
+    std::string textOf(const Element& element, std::string_view text);
+    void carryOut(const Element& element);
+    void addValue(const Element& element);
+    void addKey(const Element& element);
+    void removeValue(const Element& element);
+    void removeKey(const Element& element);
+    bool isRecorded(const Element& element);
+    void recordKey(const Element& element, int createdLevels);
+
+    ChangeContext context_;
+    std::vector<CreatedKey> createdKeys_;
+};

@@ -1,0 +1,158 @@
+#include "engine/changes/shortcut_change.h"
+
+#include <algorithm>
+
+#include "engine/action_log_format.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/element_groups.h"
+#include "engine/changes/record_text.h"
+#include "engine/description_tags.h"
+#include "engine/report.h"
+#include "engine/uninstall_command.h"
+#include "platform/file_system.h"
+#include "platform/shell_objects.h"
+
+namespace {
+
+namespace Format = ActionLogFormat;
+
+struct TypeWord {
+    std::string_view word;
+    ShortcutType type;
+};
+
+constexpr TypeWord kTypes[] = {
+    {"Symlink", ShortcutType::kSymlink},
+    {"File", ShortcutType::kFile},
+    {"URL", ShortcutType::kUrl},
+    {"Uninstall", ShortcutType::kUninstall},
+};
+
+std::optional<ShortcutType> typeOf(std::optional<std::string_view> word) {
+    const auto* found = std::ranges::find(kTypes, word, &TypeWord::word);
+    return found == std::end(kTypes) ? std::nullopt : std::optional(found->type);
+}
+
+std::string recordOf(const std::string& linkPath) {
+    return RecordText::join({Format::kCreate, linkPath});
+}
+
+bool canBeUndone(const std::string& linkPath) {
+    return RecordText::isField(linkPath) && RecordText::fits(Format::kShortcut, recordOf(linkPath));
+}
+
+// The words end with a blank, so that two follow them.
+std::string lineOf(const char* word, std::string_view linkPath) {
+    return std::string(word) + " shortcut " + std::string(linkPath);
+}
+
+bool createUninstallShortcut(platform::ShellObjects& shell, const ProductDescription& product,
+                             const DebugLog& debugLog, const ShortcutRequest& shortcut) {
+    const auto command = uninstallCommandOf(product, ProgramQuotes::kNone, debugLog);
+    return command && shell.createLink(shortcut.linkPath, {command->program, shortcut.description,
+                                                           command->arguments, "", ""}) == 0;
+}
+
+bool create(platform::ShellObjects& shell, const ProductDescription& product, const DebugLog& debugLog,
+            const ShortcutRequest& shortcut) {
+    switch (shortcut.type) {
+        case ShortcutType::kFile:
+            return shell.createLink(shortcut.linkPath,
+                                    {shortcut.target, shortcut.description, shortcut.arguments,
+                                     shortcut.startPath, shortcut.iconPath}) == 0;
+        case ShortcutType::kUrl:
+            return shell.createUrlLink(shortcut.linkPath, shortcut.target) == 0;
+        case ShortcutType::kUninstall:
+            return createUninstallShortcut(shell, product, debugLog, shortcut);
+        case ShortcutType::kSymlink:
+            break;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool ShortcutChange::apply() {
+    return applyGroups(context_, "Shortcuts", [this](std::int32_t child) {
+        return context_.tags.nameOf(child) != "Add" || applyChild(child);
+    });
+}
+
+bool ShortcutChange::applyChild(std::int32_t node) {
+    const std::optional<Element> element = readElement(node);
+    return !element || (prepareDirectory(element->directory) && applyRequest(element->shortcut));
+}
+
+// None when the child lacks something that it needs; it is skipped then.
+std::optional<ShortcutChange::Element> ShortcutChange::readElement(std::int32_t node) {
+    DescriptionTags& tags = context_.tags;
+    const std::optional<ShortcutType> type = typeOf(tags.attribute(node, "Type"));
+    if (!type || !tags.hasAttribute(node, "Dest") || !tags.textOf(node) ||
+        (*type != ShortcutType::kUninstall && !tags.hasAttribute(node, "Target"))) {
+        return std::nullopt;
+    }
+    Element element;
+    element.directory = normalizedPath(tags.expandAttribute(node, "Dest") + '\\');
+    ShortcutRequest& shortcut = element.shortcut;
+    shortcut.type = *type;
+    shortcut.linkPath = element.directory + tags.expand(tags.textOf(node));
+    shortcut.target = tags.expandAttribute(node, "Target");
+    if (*type != ShortcutType::kUrl) {
+        shortcut.target = normalizedPath(shortcut.target);
+    }
+    shortcut.description = tags.expand(tags.attribute(node, "Description").value_or(kDefaultDescription));
+    shortcut.arguments = tags.expandAttribute(node, "Arguments");
+    shortcut.startPath = normalizedPath(tags.expandAttribute(node, "StartPath"));
+    shortcut.iconPath = normalizedPath(tags.expandAttribute(node, "IconPath"));
+    return element;
+}
+
+bool ShortcutChange::prepareDirectory(const std::string& directory) {
+    const bool done = directories_.create(directory);
+    if (!done) {
+        context_.debugLog.line("ERROR: Creating directory: \"" + directory + "\"");
+    }
+    return done;
+}
+
+bool ShortcutChange::applyRequest(const ShortcutRequest& shortcut) {
+    const std::optional<std::string> fields =
+        add(context_.machine, product_, context_.report, context_.debugLog, shortcut);
+    if (!fields) {
+        context_.debugLog.print("ERROR: Creating shortcut: \"%s\" to \"%s\" and args\"%s\"",
+                                shortcut.linkPath.c_str(), shortcut.target.c_str(),
+                                shortcut.arguments.c_str());
+        return false;
+    }
+    context_.log.writeRecord(Format::kShortcut, {*fields});
+    return true;
+}
+
+std::optional<std::string> ShortcutChange::add(const platform::Platform& machine,
+                                               const ProductDescription& product, Report& report,
+                                               const DebugLog& debugLog, const ShortcutRequest& shortcut) {
+    const bool done = canBeUndone(shortcut.linkPath) && create(machine.shell, product, debugLog, shortcut);
+    const std::string line = lineOf(done ? "Create " : "FAILED to create ", shortcut.linkPath);
+    report.addLine(line, false);
+    if (!done) {
+        report.addError(line);
+        return std::nullopt;
+    }
+    return recordOf(shortcut.linkPath);
+}
+
+bool ShortcutChange::undo(const LogRecord& record) {
+    remove(context_.machine.files, context_.report, record.fields);
+    return true;
+}
+
+bool ShortcutChange::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
+    const std::size_t end = std::min(fields.find(Format::kSeparator), fields.size());
+    if (fields.substr(0, end) != Format::kCreate) {
+        return true;
+    }
+    const std::string_view linkPath = fields.substr(std::min(end + 1, fields.size()));
+    const bool done = !linkPath.empty() && files.removeFile(linkPath) == 0;
+    report.addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
+    return done;
+}

@@ -1,0 +1,504 @@
+#include "engine/changes/environment_change.h"
+
+#include <gmock/gmock.h>
+
+#include "engine/action_log_format.h"
+#include "engine/changes/change_fixture.h"
+#include "engine/changes/same_path.h"
+#include "fakes/temporary_directory.h"
+#include "platform/system_environment.h"
+
+namespace {
+
+using testing::ElementsAre;
+using Mode = EnvironmentChange::Mode;
+
+constexpr auto kMachine = platform::RegistryRoot::kLocalMachine;
+constexpr auto kNative = platform::RegistryView::kNative;
+constexpr const char* kKey = platform::kSystemEnvironmentKey;
+constexpr Mode kReplace = Mode::kReplace;
+constexpr Mode kAppend = Mode::kAppend;
+constexpr Mode kInsert = Mode::kInsert;
+constexpr Mode kModes[] = {kReplace, kAppend, kInsert};
+
+class EnvironmentChangeTest : public ChangeTest {
+protected:
+    void set(std::string_view name, std::string_view value) {
+        machine_.registry.addText(kMachine, kKey, name, value);
+    }
+    // "(none)" when the variable is absent.
+    std::string get(std::string_view name) {
+        const platform::RegistryValue* value = machine_.registry.value(kMachine, kKey, name);
+        return value == nullptr ? "(none)" : value->data;
+    }
+    bool add(std::string_view name, std::optional<std::string_view> value, Mode mode, bool isPath = false) {
+        RecordedResult result = EnvironmentChange::add(bundle_, report_, {name, value, mode, isPath});
+        undo_ = result.undo;
+        return result.done;
+    }
+    bool remove(std::string_view undo) { return EnvironmentChange::remove(bundle_, report_, undo); }
+    // Nothing is written, there is nothing to undo, and the failure is reported.
+    void expectRefused(std::string_view name, std::optional<std::string_view> value, Mode mode,
+                       const std::string& line) {
+        const std::string present = get(name);
+        const std::size_t writes = machine_.registry.operations.size();
+        EXPECT_FALSE(add(name, value, mode));
+        EXPECT_EQ(undo_, "");
+        EXPECT_EQ(get(name), present);
+        EXPECT_EQ(machine_.registry.operations.size(), writes);
+        EXPECT_EQ(errors_, ErrorList{line});
+        expectLines(mode == kInsert ? std::vector<std::string>{} : std::vector<std::string>{line});
+        errors_.clear();
+    }
+
+    const platform::Platform bundle_ = machine_.bundle();
+    EnvironmentChange change_{context_};
+    std::string undo_;
+};
+
+class EnvironmentElementsTest : public EnvironmentChangeTest {
+protected:
+    bool apply(const std::string& groups) {
+        describe(groups);
+        return change_.apply();
+    }
+};
+
+TEST_F(EnvironmentElementsTest, DoesNothingWithoutAGroup) {
+    EXPECT_TRUE(apply("<Installation/>"));
+    EXPECT_TRUE(machine_.registry.operations.empty());
+    EXPECT_EQ(machine_.shell.broadcasts, 0);
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(EnvironmentElementsTest, MakesEachKindAndRecordsIt) {
+    machine_.files.addDirectory("/opt/demo");
+    variables_.setVariable("DIR", "C:\\apps");
+    set("B", "/opt/demo");
+    set("C", "old");
+    EXPECT_TRUE(
+        apply("<Environment><Replace VarName='A'>[DIR]</Replace>"
+              "<Append VarName='B' IsPath='0'>/OPT/demo</Append><Append VarName='B'>/opt/demo</Append>"
+              "<Insert VarName='C'>c</Insert></Environment>"));
+    EXPECT_EQ(get("A"), "C:\\apps");
+    EXPECT_EQ(get("B"), "/opt/demo;/opt/demo");
+    EXPECT_EQ(get("C"), "c;old");
+    EXPECT_EQ(machine_.shell.broadcasts, 1);
+    EXPECT_EQ(records(), "ENV\tCREATE\tA\r\nENV\tNONE\r\nENV\tADD\tB\t/opt/demo\r\nENV\tADD\tC\tc;\r\n");
+    EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(\"Create A\", 0)", "addFileLine(\"Add to B\", 0)",
+                                       "addFileLine(null, 1)"));
+}
+
+TEST_F(EnvironmentElementsTest, PassesOverWhatIsIncompleteUnknownOrNotWanted) {
+    EXPECT_TRUE(
+        apply("<Environment><Replace>x</Replace><Drop VarName='A'>x</Drop>"
+              "<Replace VarName='A' Condition='1==2'>x</Replace></Environment>"
+              "<Environment Condition='1==2'><Replace VarName='A'>x</Replace></Environment>"));
+    EXPECT_TRUE(machine_.registry.operations.empty());
+    EXPECT_EQ(machine_.shell.broadcasts, 0);
+    EXPECT_EQ(records(), "");
+}
+
+TEST_F(EnvironmentElementsTest, EndsAGroupWithItsFailureAndGoesOnWithTheNext) {
+    set("A", "not\trecordable");
+    EXPECT_FALSE(
+        apply("<Environment><Replace VarName='A'>x</Replace><Replace VarName='B'>y</Replace></Environment>"
+              "<Environment><Replace VarName='C'>z</Replace></Environment>"));
+    EXPECT_EQ(get("A"), "not\trecordable");
+    EXPECT_EQ(get("B"), "(none)");
+    EXPECT_EQ(get("C"), "z");
+    EXPECT_THAT(log_.lines(), ElementsAre("ERROR: Updating ENV: A=\"x\""));
+    EXPECT_EQ(records(), "ENV\tCREATE\tC\r\n");
+    EXPECT_EQ(machine_.shell.broadcasts, 0);
+}
+
+TEST_F(EnvironmentElementsTest, BroadcastsForAPathThatWasThereAlready) {
+    machine_.files.addDirectory("/opt/demo");
+    set("PATH", "/opt/demo");
+    EXPECT_TRUE(apply("<Environment><Append VarName='PATH' IsPath='1'>/opt/demo</Append></Environment>"));
+    EXPECT_EQ(records(), "ENV\tNONE\r\n");
+    EXPECT_EQ(machine_.shell.broadcasts, 1);
+}
+
+TEST_F(EnvironmentElementsTest, ReportsABroadcastThatFailsAndSucceeds) {
+    machine_.shell.broadcastWorks = false;
+    EXPECT_TRUE(apply("<Environment><Replace VarName='A'>x</Replace></Environment>"));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to make the changed environment known"});
+}
+
+TEST_F(EnvironmentElementsTest, NeedsNoFrontEnd) {
+    Report report(nullptr, nullptr);
+    EnvironmentChange change({bundle_, system_, tags_, writer_, report, console_});
+    describe("<Environment><Replace VarName='A'>x</Replace></Environment>");
+    EXPECT_TRUE(change.apply());
+    EXPECT_EQ(get("A"), "x");
+}
+
+TEST_F(EnvironmentElementsTest, TakesItsRecordsBackAndBroadcastsOnceAtTheEnd) {
+    set("OLD", "former");
+    EXPECT_TRUE(
+        apply("<Environment><Replace VarName='OLD'>x</Replace><Replace VarName='NEW'>y</Replace>"
+              "</Environment>"));
+    ui_.take();
+    EXPECT_TRUE(change_.undo({"ENV", "REPLACE\tOLD\tformer"}));
+    EXPECT_TRUE(change_.undo({"ENV", "CREATE\tNEW"}));
+    EXPECT_EQ(get("OLD"), "former");
+    EXPECT_EQ(get("NEW"), "(none)");
+    EXPECT_EQ(machine_.shell.broadcasts, 1);
+    expectLines({"Restore OLD", "Remove NEW"});
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_EQ(machine_.shell.broadcasts, 2);
+    EXPECT_THAT(ui_.calls, ElementsAre("setStatusText(\"Updating environment\")"));
+}
+
+TEST_F(EnvironmentElementsTest, BroadcastsAtTheEndEvenIfNothingCouldBeTakenBack) {
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_EQ(machine_.shell.broadcasts, 0);
+    EXPECT_TRUE(change_.undo({"ENV", "NONE"}));
+    EXPECT_TRUE(change_.undo({"ENV", "CREATE\tMISSING"}));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to remove MISSING"});
+    change_.finishUndo();
+    EXPECT_EQ(machine_.shell.broadcasts, 1);
+}
+
+TEST_F(EnvironmentChangeTest, CreatesAnAbsentVariableAndItsKey) {
+    EXPECT_TRUE(add("DEMO", "new", kReplace));
+    EXPECT_EQ(undo_, "CREATE\tDEMO");
+    EXPECT_EQ(get("DEMO"), "new");
+    EXPECT_EQ(machine_.registry.value(kMachine, kKey, "DEMO")->type, platform::kRegString);
+    expectLines({"Create DEMO"});
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("DEMO"), "(none)");
+    expectLines({"Remove DEMO"});
+    EXPECT_TRUE(errors_.empty());
+}
+
+TEST_F(EnvironmentChangeTest, ReplacesAPresentVariable) {
+    set("DEMO", "old; \"x\"=1");
+    EXPECT_TRUE(add("DEMO", "new", kReplace));
+    EXPECT_EQ(undo_, "REPLACE\tDEMO\told; \"x\"=1");
+    EXPECT_EQ(get("DEMO"), "new");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("DEMO"), "old; \"x\"=1");
+    expectLines({"Replace DEMO", "Restore DEMO"});
+}
+
+TEST_F(EnvironmentChangeTest, RestoresAnEmptyValueThoughItsFieldIsLost) {
+    set("DEMO", "");
+    EXPECT_TRUE(add("DEMO", "new", kReplace));
+    EXPECT_EQ(undo_, "REPLACE\tDEMO\t");
+    EXPECT_TRUE(remove("REPLACE\tDEMO"));
+    EXPECT_EQ(get("DEMO"), "");
+}
+
+TEST_F(EnvironmentChangeTest, AppendsAndLeavesTheSeparator) {
+    set("PATH", "a;b");
+    EXPECT_TRUE(add("PATH", "c", kAppend));
+    EXPECT_EQ(undo_, "ADD\tPATH\tc");
+    EXPECT_EQ(get("PATH"), "a;b;c");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "a;b;");
+    expectLines({"Add to PATH", "Erase from PATH"});
+}
+
+TEST_F(EnvironmentChangeTest, InsertsWithoutALineAndRemovesTheSeparatorToo) {
+    set("PATH", "a;b");
+    EXPECT_TRUE(add("PATH", "c", kInsert));
+    EXPECT_EQ(undo_, "ADD\tPATH\tc;");
+    EXPECT_EQ(get("PATH"), "c;a;b");
+    expectLines({});
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "a;b");
+}
+
+TEST_F(EnvironmentChangeTest, JoinsAnAbsentVariableWithoutASeparator) {
+    for (const Mode mode : {kAppend, kInsert}) {
+        EXPECT_TRUE(add("NEW", "x;;y", mode));
+        EXPECT_EQ(undo_, "ADD\tNEW\tx;;y");
+        EXPECT_EQ(get("NEW"), "x;;y");
+        EXPECT_TRUE(remove(undo_));
+        EXPECT_EQ(get("NEW"), "");
+        EXPECT_TRUE(EnvironmentChange::erase(machine_.registry, "NEW"));
+    }
+}
+
+TEST_F(EnvironmentChangeTest, CollapsesDoubledSeparators) {
+    set("PATH", "a;;b;");
+    EXPECT_TRUE(add("PATH", "c;;;d", kAppend));
+    EXPECT_EQ(get("PATH"), "a;b;c;d");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "a;b;");
+    EXPECT_TRUE(add("PATH", "c;;d;", kInsert));
+    EXPECT_EQ(get("PATH"), "c;d;a;b;");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "a;b;");
+}
+
+TEST_F(EnvironmentChangeTest, ErasesTheFirstOccurrenceInItsOwnCaseOnly) {
+    set("PATH", "C:\\bin2;c:\\bin;C:\\bin");
+    EXPECT_TRUE(remove("ADD\tPATH\tc:\\bin"));
+    EXPECT_EQ(get("PATH"), "C:\\bin2;;C:\\bin");
+    EXPECT_TRUE(remove("ADD\tPATH\tC:\\bin"));
+    EXPECT_EQ(get("PATH"), "2;;C:\\bin");
+}
+
+TEST_F(EnvironmentChangeTest, WritesNothingWhenTheAddedTextHasGone) {
+    set("PATH", "a;b");
+    machine_.registry.setReadOnly(kKey);
+    EXPECT_TRUE(remove("ADD\tPATH\tc"));
+    EXPECT_TRUE(remove("ADD\tPATH"));
+    EXPECT_EQ(get("PATH"), "a;b");
+    EXPECT_TRUE(machine_.registry.operations.empty());
+}
+
+class EnvironmentPathsTest : public EnvironmentChangeTest {
+protected:
+    void SetUp() override {
+        machine_.files.addDirectory("/opt/demo");
+        machine_.files.addDirectory("/opt/other");
+    }
+};
+
+TEST_F(EnvironmentPathsTest, FindsADirectoryUnderAnotherSpelling) {
+    for (const char* present : {"/opt/other;/OPT/Demo", "x;\"/opt/demo/\";", "\\opt\\demo\\"}) {
+        for (const char* value : {"/opt/demo", "\"/opt/demo\"", "/opt/demo/"}) {
+            for (const Mode mode : {kAppend, kInsert}) {
+                set("PATH", present);
+                EXPECT_TRUE(add("PATH", value, mode, true));
+                EXPECT_EQ(undo_, "NONE");
+                EXPECT_EQ(get("PATH"), present);
+            }
+        }
+    }
+    EXPECT_TRUE(machine_.registry.operations.empty());
+    EXPECT_TRUE(machine_.files.allFiles().empty());
+    expectLines({});
+    EXPECT_FALSE(remove("NONE"));
+    EXPECT_TRUE(errors_.empty());
+}
+
+TEST_F(EnvironmentPathsTest, AddsADirectoryAgainWhereItCannotBeWrittenTo) {
+    machine_.files.setReadOnly("/opt/demo");
+    set("PATH", "/OPT/demo/");
+    EXPECT_TRUE(add("PATH", "/opt/demo", kAppend, true));
+    EXPECT_EQ(get("PATH"), "/OPT/demo/;/opt/demo");
+    set("PATH", "/none");
+    EXPECT_TRUE(add("PATH", "/none", kAppend, true));
+    EXPECT_EQ(get("PATH"), "/none;/none");
+}
+
+TEST_F(EnvironmentPathsTest, LooksForADirectoryOnlyWhereAskedAndNotWhenReplacing) {
+    set("PATH", "/opt/demo");
+    EXPECT_TRUE(add("PATH", "/opt/demo", kAppend, false));
+    EXPECT_EQ(get("PATH"), "/opt/demo;/opt/demo");
+    EXPECT_TRUE(add("PATH", "/opt/demo", kReplace, true));
+    EXPECT_EQ(get("PATH"), "/opt/demo");
+    EXPECT_EQ(machine_.files.count(MemoryFileSystem::Operation::kOpen), 0);
+}
+
+TEST_F(EnvironmentPathsTest, KeepsAFileOfTheProbesName) {
+    const std::string mine = std::string("/opt/demo/") + kProbeName;
+    machine_.files.addFile(mine, "mine");
+    set("PATH", "/opt/demo");
+    EXPECT_TRUE(add("PATH", "/opt/demo", kAppend, true));
+    EXPECT_EQ(get("PATH"), "/opt/demo;/opt/demo");
+    EXPECT_EQ(machine_.files.content(mine), "mine");
+}
+
+TEST_F(EnvironmentChangeTest, AppendsToAValueThatJustFitsTheBuffer) {
+    const std::string longest(2047, 'p');
+    for (const Mode mode : {kAppend, kInsert}) {
+        set("PATH", longest);
+        EXPECT_TRUE(add("PATH", "/new", mode));
+        EXPECT_EQ(get("PATH").size(), 2047U + 5U);
+        // The value has outgrown the buffer by now; what takes the change back minds no limit.
+        EXPECT_TRUE(remove(undo_));
+        EXPECT_EQ(get("PATH"), longest + (mode == kAppend ? ";" : ""));
+    }
+}
+
+TEST_F(EnvironmentChangeTest, LeavesALongerValueAlone) {
+    for (const std::size_t size : {2048U, 32767U}) {
+        set("PATH", std::string(size, 'p'));
+        expectRefused("PATH", "/new", kReplace, "FAILED to replacePATH");
+        expectRefused("PATH", "/new", kAppend, "FAILED to add toPATH");
+        expectRefused("PATH", "/new", kInsert, "FAILED to add toPATH");
+    }
+}
+
+TEST_F(EnvironmentChangeTest, ErasesFromAndRestoresValuesOfAnyLength) {
+    for (const std::size_t size : {2047U, 2048U, 32767U}) {
+        const std::string value(size, 'p');
+        set("PATH", value + ";/new");
+        EXPECT_TRUE(remove("ADD\tPATH\t/new"));
+        EXPECT_EQ(get("PATH"), value + ";");
+        EXPECT_TRUE(remove("REPLACE\tPATH\told"));
+        EXPECT_EQ(get("PATH"), "old");
+    }
+}
+
+TEST_F(EnvironmentChangeTest, ReplacesOnlyWhatTheRecordCanHold) {
+    const std::size_t room = ActionLogFormat::kLineLimit - std::string_view("ENV\tREPLACE\tPATH\t").size();
+    set("PATH", std::string(room, 'p'));
+    EXPECT_TRUE(add("PATH", "new", kReplace));
+    for (const std::size_t size : {room + 1, std::size_t{2047}}) {
+        set("PATH", std::string(size, 'p'));
+        ui_.take();
+        machine_.registry.operations.clear();
+        expectRefused("PATH", "new", kReplace, "FAILED to replacePATH");
+    }
+}
+
+TEST_F(EnvironmentChangeTest, ReplacesNoValueThatTheRecordWouldChange) {
+    for (const char* present : {"a\tb", "a\nb", "a\rb", "a ", "a\t"}) {
+        set("DEMO", present);
+        expectRefused("DEMO", "new", kReplace, "FAILED to replaceDEMO");
+    }
+    // Nothing of it goes into the record here.
+    set("DEMO", "a\tb");
+    EXPECT_TRUE(add("DEMO", "c", kAppend));
+    EXPECT_EQ(get("DEMO"), "a\tb;c");
+}
+
+TEST_F(EnvironmentChangeTest, AddsNothingThatCouldNotBeFoundAgain) {
+    set("DEMO", "old");
+    for (const std::string& value : {std::string("a\tb"), std::string("a\nb"), std::string(1023, 'v')}) {
+        expectRefused("DEMO", value, kAppend, "FAILED to add toDEMO");
+        expectRefused("DEMO", value, kInsert, "FAILED to add toDEMO");
+    }
+    expectRefused("DEMO", "a ", kAppend, "FAILED to add toDEMO");
+    expectRefused("DEMO", std::nullopt, kReplace, "FAILED to replaceDEMO");
+    expectRefused("DEMO", std::nullopt, kAppend, "FAILED to add toDEMO");
+}
+
+TEST_F(EnvironmentChangeTest, RefusesNamesThatNoRecordHolds) {
+    for (const char* name : {"", "A\tB", "A\nB"}) {
+        expectRefused(name, "v", kReplace, std::string("FAILED to create ") + name);
+        expectRefused(name, "v", kAppend, std::string("FAILED to add to") + name);
+        ui_.take();
+    }
+    expectRefused("A ", "v", kReplace, "FAILED to create A ");
+    expectRefused("A ", "", kAppend, "FAILED to add toA ");
+}
+
+TEST_F(EnvironmentChangeTest, LeavesValuesThatAreNoTextsAlone) {
+    int created = 0;
+    ASSERT_EQ(machine_.registry.createKey(kMachine, kKey, kNative, created), 0);
+    for (const platform::RegistryValue& value :
+         {platform::RegistryValue{platform::kRegDword, std::string("\1\0\0\0", 4)},
+          platform::RegistryValue{platform::kRegMultiString, "a"},
+          platform::RegistryValue{platform::kRegString, std::string("a\0b", 3)}}) {
+        ASSERT_EQ(machine_.registry.writeValue(kMachine, kKey, kNative, "DEMO", value), 0);
+        expectRefused("DEMO", "v", kReplace, "FAILED to replaceDEMO");
+        expectRefused("DEMO", "v", kAppend, "FAILED to add toDEMO");
+        expectRefused("DEMO", "v", kInsert, "FAILED to add toDEMO");
+        EXPECT_FALSE(remove("REPLACE\tDEMO\told"));
+        EXPECT_FALSE(remove("ADD\tDEMO\ta"));
+        expectLines({"FAILED to restore DEMO", "FAILED to erase from DEMO"});
+        EXPECT_EQ(errors_, (ErrorList{"FAILED to restore DEMO", "FAILED to erase from DEMO"}));
+        errors_.clear();
+        EXPECT_EQ(machine_.registry.value(kMachine, kKey, "DEMO")->data, value.data);
+        EXPECT_EQ(machine_.registry.value(kMachine, kKey, "DEMO")->type, value.type);
+    }
+}
+
+TEST_F(EnvironmentChangeTest, WritesPlainTextInThePlaceOfReferences) {
+    int created = 0;
+    ASSERT_EQ(machine_.registry.createKey(kMachine, kKey, kNative, created), 0);
+    ASSERT_EQ(
+        machine_.registry.writeValue(kMachine, kKey, kNative, "PATH", {platform::kRegExpandString, "%A%"}),
+        0);
+    EXPECT_TRUE(add("PATH", "c", kAppend));
+    EXPECT_EQ(get("PATH"), "%A%;c");
+    EXPECT_EQ(machine_.registry.value(kMachine, kKey, "PATH")->type, platform::kRegString);
+}
+
+TEST_F(EnvironmentChangeTest, ReportsAWriteThatFails) {
+    set("DEMO", "old");
+    machine_.registry.setReadOnly(kKey);
+    EXPECT_FALSE(add("DEMO", "new", kReplace));
+    EXPECT_EQ(undo_, "REPLACE\tDEMO\told");
+    EXPECT_FALSE(add("NEW", "new", kReplace));
+    EXPECT_EQ(undo_, "CREATE\tNEW");
+    EXPECT_FALSE(add("DEMO", "new", kAppend));
+    EXPECT_FALSE(add("DEMO", "new", kInsert));
+    EXPECT_FALSE(remove("REPLACE\tDEMO\told"));
+    EXPECT_FALSE(remove("CREATE\tDEMO"));
+    EXPECT_FALSE(remove("ADD\tDEMO\told"));
+    expectLines({"FAILED to replaceDEMO", "FAILED to create NEW", "FAILED to add toDEMO",
+                 "FAILED to restore DEMO", "FAILED to remove DEMO", "FAILED to erase from DEMO"});
+    EXPECT_EQ(errors_, (ErrorList{"FAILED to replaceDEMO", "FAILED to create NEW", "FAILED to add toDEMO",
+                                  "FAILED to add toDEMO", "FAILED to restore DEMO", "FAILED to remove DEMO",
+                                  "FAILED to erase from DEMO"}));
+    EXPECT_EQ(get("DEMO"), "old");
+}
+
+TEST_F(EnvironmentChangeTest, NeverTakesAnUnreadableVariableForAnAbsentOne) {
+    set("DEMO", "old");
+    machine_.registry.setForbidden(kKey);
+    expectRefused("DEMO", "new", kReplace, "FAILED to replaceDEMO");
+    expectRefused("DEMO", "new", kAppend, "FAILED to add toDEMO");
+    expectRefused("DEMO", "new", kInsert, "FAILED to add toDEMO");
+}
+
+TEST_F(EnvironmentChangeTest, FailsToEraseFromOrRemoveAMissingVariable) {
+    EXPECT_FALSE(remove("ADD\tNONE\tx"));
+    EXPECT_FALSE(remove("CREATE\tNONE"));
+    expectLines({"FAILED to erase from NONE", "FAILED to remove NONE"});
+    EXPECT_TRUE(remove("REPLACE\tNONE\tback"));
+    EXPECT_EQ(get("NONE"), "back");
+}
+
+TEST_F(EnvironmentChangeTest, DoesNothingForOtherModes) {
+    EXPECT_TRUE(add("DEMO", "v", static_cast<Mode>(0)));
+    EXPECT_EQ(undo_, "NONE");
+    EXPECT_TRUE(add("DEMO", "v", static_cast<Mode>(4)));
+    EXPECT_TRUE(machine_.registry.operations.empty());
+    expectLines({});
+}
+
+TEST_F(EnvironmentChangeTest, TakesNothingBackByDamagedRecords) {
+    set("DEMO", "old");
+    for (const char* kind : {"REPLACE", "CREATE", "ADD"}) {
+        EXPECT_TRUE(remove(kind));
+        EXPECT_TRUE(remove(std::string(kind) + "\t\t"));
+    }
+    for (const char* text : {"", "NONE", "\t", "create\tDEMO", "CREATED\tDEMO", "\tCREATE\tDEMO",
+                             "\xff\xfe\x01", "REPLACE DEMO x"}) {
+        EXPECT_FALSE(remove(text)) << text;
+    }
+    EXPECT_EQ(get("DEMO"), "old");
+    EXPECT_TRUE(machine_.registry.operations.empty());
+    EXPECT_TRUE(errors_.empty());
+    expectLines({});
+}
+
+TEST_F(EnvironmentChangeTest, WorksWithoutAFrontEnd) {
+    Report report(nullptr, nullptr);
+    const RecordedResult result = EnvironmentChange::add(bundle_, report, {"DEMO", "v", kReplace});
+    EXPECT_TRUE(result.done);
+    EXPECT_TRUE(EnvironmentChange::remove(bundle_, report, result.undo));
+}
+
+TEST_F(EnvironmentChangeTest, BroadcastsAndReportsAFailureAsAnErrorAlone) {
+    EnvironmentChange::broadcast(machine_.shell, report_);
+    EXPECT_EQ(machine_.shell.broadcasts, 1);
+    EXPECT_TRUE(errors_.empty());
+    machine_.shell.broadcastWorks = false;
+    EnvironmentChange::broadcast(machine_.shell, report_);
+    EXPECT_EQ(errors_, ErrorList{"FAILED to make the changed environment known"});
+    expectLines({});
+}
+
+TEST_F(EnvironmentChangeTest, ComesBackFromEachModeWithWhatThePresentValueWas) {
+    for (const char* present : {"a", "a;b", "x y", "%R%\\s;\"C:\\p q\""}) {
+        for (const Mode mode : kModes) {
+            set("V", present);
+            ASSERT_TRUE(add("V", "C:\\new dir", mode));
+            ASSERT_TRUE(remove(undo_));
+            EXPECT_EQ(get("V"), std::string(present) + (mode == kAppend ? ";" : ""));
+        }
+    }
+}
+
+}  // namespace
