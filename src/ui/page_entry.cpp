@@ -74,7 +74,7 @@ void PageEntry::enterByName(PageVisit& visit) {
     }
 }
 
-// Does what takes long, and the front end shows that it runs. `work` gives true for success.
+// Does long work while the front end shows that it runs. `work` gives true for success.
 template <typename Work>
 void PageEntry::work(PageVisit& visit, Work&& work) {
     visit.showOnce();
@@ -115,7 +115,7 @@ void PageEntry::registerApplication(PageVisit& visit) {
     visit.state.lastWorkFailed = actions_.isActionLogSession() || !actions_.registerApplication();
 }
 
-// Unlike a registration in the wrong session, which is a failure, this one is ignored there.
+// Outside an action-log session this is ignored, whereas a registration inside one is a failure.
 void PageEntry::unregisterApplication(PageVisit& visit) {
     visit.shown = true;
     if (actions_.isActionLogSession()) {

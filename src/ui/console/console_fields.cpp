@@ -61,7 +61,7 @@ std::string cleanPath(std::string_view answer) {
     return std::string(trimEnd(trimEnd(trimEnd(clean, "\\"), kWhiteSpace), "\\"));
 }
 
-// Empty for a variable that there isn't. At most `capacity` - 1 bytes.
+// Empty for a variable that doesn't exist. At most `capacity` - 1 bytes.
 std::string valueOf(const DialogFieldDesc& field, InstallExchangeInfo& engine, std::size_t capacity) {
     std::string value(capacity, '\0');
     engine.getVariable(field.variable.c_str(), value.data(), static_cast<int>(capacity));

@@ -118,7 +118,7 @@ int ConsoleUI::showSubDialog(int dialog, int sub) {
     if (!isCancelled()) {
         processFields(dialog, sub);
     }
-    isCancelled();  // the work of the page comes next
+    isCancelled();  // waits for the mark before the work of the page starts
     return 0;
 }
 
@@ -322,7 +322,7 @@ int ConsoleUI::messageBox(const char* text, MessageKind kind) {
 
 int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {
     const int answer = input()->askChoice(text, 0, first, second, prefixOfExactCase, prefixOfExactCase);
-    isCancelled();  // an interrupted box counts as agreed, and only the mark stops what was agreed to
+    isCancelled();  // an interrupted box counts as an agreement, and only the mark stops what follows
     return answer < 1 ? 1 : 0;
 }
 

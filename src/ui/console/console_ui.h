@@ -55,7 +55,7 @@ public:
     int pumpEventsWhileCopying() override { return 0; }
     void addFileLine(const char* text, bool flushNow) override;
     void clearFileLines() override {}
-    // A message that only informs gives 0; an interrupted question counts as agreed.
+    // A message that only informs gives 0; an interrupted question counts as an agreement.
     int messageBox(const char* text, MessageKind kind) override;
     int beginProgress() override;
     int endProgress() override;
@@ -102,8 +102,8 @@ private:
 
     int lastDialog_ = -1;
     int lastSub_ = -1;
-    // Counts printed elements, not positions: a page that is shown again goes on where the first time
-    // stopped.
+    // Counts printed elements, not positions: a page that is shown again starts after as many elements as
+    // were printed the first time.
     int printedCount_ = 0;
     bool dialogHasGate_ = false;
 

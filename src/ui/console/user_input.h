@@ -11,11 +11,11 @@
 // Why a question to the user can't be answered any more.
 enum class DialogueLoss {
     kInputEnded,    // the input is closed or at its end
-    kOutputFailed,  // the question doesn't reach anybody
+    kOutputFailed,  // nobody sees the question
 };
 
-// Answers from the keyboard, or from whatever stands behind standard input. What doesn't fit the length that
-// a question reads is cut off the answer, and never answers the next question.
+// Answers from the keyboard, or from whatever standard input is connected to. What is longer than a question
+// reads is cut off the answer, and never answers the next question.
 class User : public InputProvider {
 public:
     using LossHandler = std::function<void(DialogueLoss)>;

@@ -114,7 +114,7 @@ TEST_F(ConsoleFrontEnd, SkipsATextWhoseConditionIsFalse) {
     EXPECT_EQ(show(0), "shown\n");
 }
 
-TEST_F(ConsoleFrontEnd, PrintsTextsOfAQuietRunOnlyOnPagesWithAConditionObject) {
+TEST_F(ConsoleFrontEnd, PrintsTextsOfAQuietRunOnlyOnPagesWithAGate) {
     open(false, true);
     addElement(engine.addDialog("Page"), kElementText, "text");
     addElement(engine.addDialog("Held"), kElementText, "held");
@@ -180,7 +180,7 @@ TEST_F(ConsoleFrontEnd, AsksTheFieldsInTheirOrder) {
     EXPECT_EQ(engine.variables["B"], "2");
 }
 
-TEST_F(ConsoleFrontEnd, PassesOverFieldsWithoutAConsoleForm) {
+TEST_F(ConsoleFrontEnd, SkipsFieldsWithoutAConsoleForm) {
     DialogDesc& page = engine.addDialog("Page");
     addField(page, "A");
     addField(page, "B");
@@ -298,7 +298,7 @@ TEST_F(ConsoleFrontEnd, PagesALongDocument) {
     EXPECT_EQ(terminal.lines.size(), 1U) << "6 of 7 bytes are a multiple of 2, so there is no closing pause";
 }
 
-TEST_F(ConsoleFrontEnd, SkipsAPlainTextOfAnotherFormatWithoutAWord) {
+TEST_F(ConsoleFrontEnd, SkipsAPlainTextOfAnotherFormatSilently) {
     DialogDesc& page = engine.addDialog("Page");
     addElement(page, kElementPlainEditText, "licence").format.assign("Other");
     addElement(page, kElementPlainEditText, "licence");
@@ -316,7 +316,7 @@ TEST_F(ConsoleFrontEnd, SkipsADocumentWhoseConditionIsFalseWithoutAPause) {
     EXPECT_EQ(show(0), "");
 }
 
-TEST_F(ConsoleFrontEnd, SkipsADocumentThatIsMissingWithoutAWord) {
+TEST_F(ConsoleFrontEnd, SkipsAMissingDocumentSilently) {
     addElement(engine.addDialog("Page"), kElementRichEditText, "missing").format.assign("TandrelMarkdown");
     terminal.lines = {""};
     EXPECT_EQ(show(0), kPause);
@@ -350,7 +350,7 @@ TEST_F(ConsoleFrontEnd, ADocumentEndsAtItsFirstZeroByte) {
     EXPECT_EQ(show(0), std::string(kPause) + "text\n" + kPause + "text\n");
 }
 
-TEST_F(ConsoleFrontEnd, PrintsDocumentsOfAQuietRunOnlyOnPagesWithAConditionObject) {
+TEST_F(ConsoleFrontEnd, PrintsDocumentsOfAQuietRunOnlyOnPagesWithAGate) {
     open(false, true);
     for (const char* name : {"Page", "Held"}) {
         DialogDesc& page = engine.addDialog(name);
@@ -657,14 +657,14 @@ TEST_F(ConsoleFrontEnd, EndsTheWalkWhenTheInputEndsAtAQuestion) {
     EXPECT_TRUE(log.hasLine("ERROR: The input ended at a question"));
 }
 
-TEST_F(ConsoleFrontEnd, SaysOfAnUninstallationThatTheInputHasEnded) {
+TEST_F(ConsoleFrontEnd, SaysThatTheInputOfAnUninstallationHasEnded) {
     open(true, false, "uninstall");
     EXPECT_EQ(ui->messageBox("Sure?", MessageKind::kYesNo), 1);
     EXPECT_TRUE(engine.isCancelled());
     EXPECT_TRUE(take().ends_with("\nThe input has ended. Aborting uninstallation...\n"));
 }
 
-TEST_F(ConsoleFrontEnd, BringsRunningWorkToItsEndWhenTheInputEnds) {
+TEST_F(ConsoleFrontEnd, CompletesRunningWorkWhenTheInputEnds) {
     engine.addDialog("Page");
     engine.onShift = [this] {
         engine.uiState = kUiInstallationRunning;

@@ -91,7 +91,7 @@ TEST_F(UserInput, GivesNothingForAnInterruptedText) {
     EXPECT_TRUE(losses.empty());
 }
 
-TEST_F(UserInput, SeesAnInterruptThatCameDuringTheRead) {
+TEST_F(UserInput, NoticesAnInterruptDuringTheRead) {
     class LateTerminal : public FakeConsoleDevice {
     public:
         User* user = nullptr;
@@ -352,7 +352,7 @@ TEST_F(UserInput, AsksNothingMoreOnceInterrupted) {
     EXPECT_TRUE(losses.empty());
 }
 
-TEST_F(UserInput, EndsAnInputWithoutLineFeedsSomewhere) {
+TEST_F(UserInput, BoundsAnInputWithoutLineFeeds) {
     class EndlessTerminal : public FakeConsoleDevice {
     public:
         platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
