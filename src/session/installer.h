@@ -124,6 +124,7 @@ protected:
     // A hook for every file that is as it should be after the installation's file loop.
     virtual void afterFileInstalled(const std::string&) {}
 
+    const ProductDescription& productDescription() const { return model_.product; }
     EarlierInstallations& earlier() { return work_.earlier(); }
     NavigationState& navigation() { return walk_.state(); }
 

@@ -16,11 +16,11 @@ std::optional<std::string_view> optionalText(const char* text) {
     return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
 }
 
-// The contracts' form of a text: 0; -1 with an empty buffer when there is none or it doesn't fit.
-int copyTo(const std::optional<std::string>& text, char* buffer, int size) {
+// False with an empty buffer when there is no text or it doesn't fit.
+bool copyTo(const std::optional<std::string>& text, char* buffer, int size) {
     const bool fits = text && static_cast<std::int64_t>(text->size()) < size;
     OUtils::copyText(buffer, fits ? text->c_str() : "", size);
-    return fits ? 0 : -1;
+    return fits;
 }
 
 bool take(RecordedResult result, std::string& outUndo) {
@@ -41,16 +41,8 @@ Wini::Wini(const platform::Platform& machine, SystemServices& services, DebugLog
       ignoreErrorsArgument_(ignoreErrors) {}
 
 int Wini::getConfigFile(char* buffer, int size) {
-    OUtils::copyText(buffer, configFile_.c_str(), size);
+    OUtils::copyText(buffer, configFile.c_str(), size);
     return 0;
-}
-
-int Wini::getTemporaryFileName(char* buffer, int size) {
-    return copyTo(services_.temporaryFileName(), buffer, size);
-}
-
-bool Wini::openInDefaultBrowser(const char* url) {
-    return services_.openInDefaultBrowser(textOf(url));
 }
 
 bool Wini::findUninstallEntry(const char* applicationName, std::uint32_t flags) {
@@ -65,7 +57,7 @@ void Wini::findEntriesByPublisher(std::vector<std::string>& outNames, const char
 }
 
 bool Wini::getApplicationLogFile(const char* applicationName, char* buffer, int size) {
-    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size) == 0;
+    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size);
 }
 
 bool Wini::registerApplication() {

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
-#include "base/fixed_text.h"
 #include "engine/changes/environment_change.h"
 #include "engine/changes/firewall_change.h"
 #include "engine/changes/ini_change.h"
@@ -24,8 +24,10 @@ public:
     Wini(const platform::Platform& machine, SystemServices& services, DebugLog log, int level, int gui,
          int ignoreErrors);
 
-    // At most 1,559 bytes; null or empty: none.
-    void setConfigFile(const char* path) { configFile_.assign(path); }
+    static constexpr std::size_t kConfigPathLimit = 1559;  // bytes
+
+    // The file of answers, cut at the limit; empty: none.
+    void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigPathLimit); }
     int getDebugLevelArgument() const { return debugLevelArgument_; }
     int getGuiArgument() const { return guiArgument_; }
     int getIgnoreErrorsArgument() const { return ignoreErrorsArgument_; }
@@ -33,8 +35,6 @@ public:
     int getConfigFile(char* buffer, int size);
 
     // Services of the system, as in SystemOperations.
-    int getTemporaryFileName(char* buffer, int size) override;
-    bool openInDefaultBrowser(const char* url) override;
     bool findUninstallEntry(const char* applicationName, std::uint32_t flags);
     void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
                                 const char* publisher, std::uint32_t flags);
@@ -85,7 +85,6 @@ private:
     platform::Platform machine_;
     SystemServices& services_;
     ProgramRun programs_;
-    PathText configFile_;
     int debugLevelArgument_;
     int guiArgument_;
     int ignoreErrorsArgument_;
