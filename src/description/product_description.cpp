@@ -43,9 +43,9 @@ std::optional<std::string> ProductDescription::plain(std::string_view path) cons
     return text == nullptr ? std::nullopt : std::optional<std::string>(text);
 }
 
-std::optional<std::string> ProductDescription::expanded(std::string_view path) const {
+std::optional<std::string> ProductDescription::expanded(std::string_view path, std::size_t limit) const {
     const std::optional<std::string> text = plain(path);
-    return text ? expressions_.expand(*text, kTextLimit + 1) : std::nullopt;
+    return text ? expressions_.expand(*text, limit + 1) : std::nullopt;
 }
 
 std::optional<std::string> ProductDescription::fullName() const {
@@ -108,7 +108,7 @@ std::optional<std::string> ProductDescription::installBackupFile() const {
 }
 
 std::optional<std::string> ProductDescription::uninstallCommand() const {
-    return expanded(kUninstallCmd);
+    return expanded(kUninstallCmd, kCommandLimit);
 }
 
 std::optional<std::string> ProductDescription::uninstallXmlFile() const {

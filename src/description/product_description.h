@@ -11,7 +11,8 @@ class PXML;
 // The product's texts, as the description gives them. Nothing where the element or its text is missing.
 class ProductDescription {
 public:
-    static constexpr std::size_t kTextLimit = 1559;  // bytes of an expanded path
+    static constexpr std::size_t kTextLimit = 1559;     // bytes of an expanded path
+    static constexpr std::size_t kCommandLimit = 4095;  // bytes of the expanded uninstall command
     static constexpr std::string_view kUnknownTitle = "Unknown title";
 
     // Both outlive this object.
@@ -59,7 +60,7 @@ public:
 
 private:
     std::optional<std::string> plain(std::string_view path) const;
-    std::optional<std::string> expanded(std::string_view path) const;
+    std::optional<std::string> expanded(std::string_view path, std::size_t limit = kTextLimit) const;
     int getPlain(const char* path, char* buffer, int size) const;
     int getExpanded(const char* path, char* buffer, int size) const;
 

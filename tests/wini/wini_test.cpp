@@ -90,7 +90,7 @@ TEST_F(WiniTest, NamesTheFileOfAnswersThatItWasStartedWith) {
     EXPECT_STREQ(buffer, "/none/config.xml");
     EXPECT_EQ(wini_.getConfigFile(buffer, 6), 0);
     EXPECT_STREQ(buffer, "/none");
-    wini_.setConfigFile(nullptr);
+    wini_.setConfigFile("");
     EXPECT_EQ(wini_.getConfigFile(buffer, sizeof buffer), 0);
     EXPECT_STREQ(buffer, "");
 }
