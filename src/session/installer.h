@@ -122,16 +122,8 @@ public:
                              bool stripExeExtension, int fileMode);
 
 protected:
-<<<<<<< HEAD
     PageWork& pages() { return work_; }
     SessionModel& model() { return model_; }
-=======
-    // A hook for every file that is as it should be after the installation's file loop.
-    virtual void afterFileInstalled(const std::string&) {}
-
-    const ProductDescription& productDescription() const { return model_.product; }
-    EarlierInstallations& earlier() { return work_.earlier(); }
->>>>>>> changes-b
     NavigationState& navigation() { return walk_.state(); }
 
 private:

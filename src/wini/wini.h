@@ -5,10 +5,7 @@
 #include <string>
 #include <string_view>
 
-<<<<<<< HEAD
 #include "base/text_functions.h"
-=======
->>>>>>> changes-b
 #include "engine/changes/environment_change.h"
 #include "engine/changes/firewall_change.h"
 #include "engine/changes/ini_change.h"
@@ -34,21 +31,11 @@ public:
     Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
          const WiniArguments& arguments);
 
-<<<<<<< HEAD
     // Cut to 1,559 bytes; empty: none.
     void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigFileLimit); }
     int getDebugLevelArgument() const { return arguments_.debugLevel; }
     int getGuiArgument() const { return arguments_.gui; }
     int getIgnoreErrorsArgument() const { return arguments_.ignoreErrors; }
-=======
-    static constexpr std::size_t kConfigPathLimit = 1559;  // bytes
-
-    // The file of answers, cut at the limit; empty: none.
-    void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigPathLimit); }
-    int getDebugLevelArgument() const { return debugLevelArgument_; }
-    int getGuiArgument() const { return guiArgument_; }
-    int getIgnoreErrorsArgument() const { return ignoreErrorsArgument_; }
->>>>>>> changes-b
     // 0.
     int getConfigFile(char* buffer, int size);
 
@@ -105,11 +92,5 @@ private:
     platform::Platform machine_;
     SystemServices& services_;
     ProgramRun programs_;
-<<<<<<< HEAD
     WiniArguments arguments_;
-=======
-    int debugLevelArgument_;
-    int guiArgument_;
-    int ignoreErrorsArgument_;
->>>>>>> changes-b
 };

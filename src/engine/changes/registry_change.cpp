@@ -146,11 +146,7 @@ void RegistryChange::applyElement(std::int32_t node, const ProductDescription& p
 }
 
 bool RegistryChange::openProductLog(const ProductDescription& product) {
-<<<<<<< HEAD
     const auto path = product.installLogFile();
-=======
-    const std::optional<std::string> path = product.installLogFile();
->>>>>>> engine
     return path && !path->empty() && context_.log.openToAppend(*path);
 }
 
