@@ -19,7 +19,7 @@ public:
     int ignoreErrors = 0;
     int runResult = 0;
 
-    // Called behind the recording of each call, with its text.
+    // Called after the recording of each call, with its text.
     std::function<void(const std::string& call)> onCall;
 
     // The calls that begin with `prefix`.
