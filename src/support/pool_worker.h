@@ -12,7 +12,7 @@
 #include "platform/threads.h"
 #include "support/threaded_procedure.h"
 
-// The inner parts of the thread pool; of no use outside it.
+// The inner parts of the thread pool; not for use outside it.
 namespace OUtils {
 
 class ThreadManager;
@@ -66,7 +66,7 @@ struct WorkItem {
 };
 
 // A thread of the pool with its message queue. Pool and thread share it, so that a thread that hangs can be
-// left to itself.
+// abandoned.
 class Worker {
 public:
     Worker(const ThreadManager* owner, int index);
@@ -83,7 +83,7 @@ public:
     void post(WorkItem item);
     // True when the worker is in `state`; waits for that until `deadline`.
     bool waitToReach(WorkerState state, std::chrono::steady_clock::time_point deadline);
-    // Waits for the end of a terminated thread, or leaves one that isn't to itself.
+    // Waits for the end of a terminated thread; abandons any other.
     void letGo(bool terminated);
 
     WorkerState state();

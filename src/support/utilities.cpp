@@ -16,7 +16,7 @@ int openForReading(std::string_view path, platform::FileSystem& files,
                    std::unique_ptr<platform::File>& outFile) {
     platform::OpenOptions options;
     options.sequential = true;
-    // A program that is being written to, or a log that is open, can be read all the same.
+    // A program that is being written to, or a log that is open, can still be read.
     options.share = platform::kShareRead | platform::kShareWrite | platform::kShareDelete;
     return files.open(path, options, outFile);
 }

@@ -143,7 +143,7 @@ TEST(PConsoleTest, DoesAndCountsNothingWhileDisabled) {
     EXPECT_EQ("   0:  b\r\n", console.text());
 }
 
-TEST(PConsoleTest, PutsTheAlertAheadOfTheMessage) {
+TEST(PConsoleTest, PutsTheAlertBeforeTheMessage) {
     FakeConsole console;
     console.setOptions(PConsole::kLineNumbers);
     console.printAlert("%s!", "Fire");

@@ -23,7 +23,7 @@ protected:
     std::uint16_t size_ = 0;
 };
 
-TEST_F(PStreamBlockTest, WritesALengthAheadOfTheBytes) {
+TEST_F(PStreamBlockTest, WritesALengthBeforeTheBytes) {
     EXPECT_EQ(0, stream_.writeBlock("abc", 3, done_));
     EXPECT_EQ(5U, done_);
     rewind();
@@ -65,7 +65,7 @@ TEST_F(PStreamBlockTest, ABlockCutAnywhereIsRefused) {
     }
 }
 
-TEST_F(PStreamBlockTest, ABlockThatDoesNotFitIsToldWhenWriting) {
+TEST_F(PStreamBlockTest, ReportsABlockThatDoesNotFitWhenWriting) {
     char memory[4];
     PBufStream small(memory, 4);
     EXPECT_EQ(-1, small.writeBlock("abc", 3, done_));
@@ -128,7 +128,7 @@ TEST(PStreamTextTest, WritesTheTextWithoutItsTerminator) {
     EXPECT_EQ(3, stream.getSize());
 }
 
-TEST(PStreamTextTest, TellsWhenNotAllFits) {
+TEST(PStreamTextTest, ReportsATextThatDoesNotFit) {
     char memory[2];
     PBufStream stream(memory, 2);
     EXPECT_EQ(-1, stream.writeText("abc"));

@@ -81,7 +81,7 @@ TEST(ThreadManagerTest, RunsEachIndexOnceOnAThreadOfItsOwn) {
     EXPECT_EQ(0U, threads.count(std::this_thread::get_id()));
 }
 
-TEST(ThreadManagerTest, ACountOfZeroMeansTheDefault) {
+TEST(ThreadManagerTest, TakesTheCountOfTheSettingsForZero) {
     WinThreadManager manager({3, false});
     std::atomic<int> runs = 0;
     Function procedure([&](SharedRunState&, ThreadState&, int, int count) {
@@ -122,7 +122,7 @@ TEST(ThreadManagerTest, RunsMoreThreadsThanThereAreProcessors) {
     EXPECT_EQ(50 * 49 / 2, sum);
 }
 
-TEST(ThreadManagerTest, TellsAWorkerItsIndex) {
+TEST(ThreadManagerTest, GivesAWorkerItsIndex) {
     WinThreadManager manager({1, true});
     WinThreadManager other({1, true});
     std::mutex mutex;
@@ -198,7 +198,7 @@ TEST(ThreadManagerTest, GivesTheFirstCancelResultAndForgetsItForTheNextRun) {
     EXPECT_EQ(0, manager.runThreads(1, quiet));
 }
 
-TEST(ThreadManagerTest, TellsItsProgressWhatItDoes) {
+TEST(ThreadManagerTest, ReportsToItsProgressWhatItDoes) {
     WinThreadManager manager({1, true});
     Progress progress;
     Function procedure(
@@ -210,7 +210,7 @@ TEST(ThreadManagerTest, TellsItsProgressWhatItDoes) {
     EXPECT_EQ(static_cast<int>(progress.sums.size()), progress.updates);
 }
 
-TEST(ThreadManagerTest, KeepsTheSumToItselfUnlessItShallReport) {
+TEST(ThreadManagerTest, ReportsTheSumOnlyOnRequest) {
     WinThreadManager manager({1, true});
     Progress progress;
     Function procedure([](SharedRunState&, ThreadState& results, int, int) { results.counter += 1; });
@@ -313,7 +313,7 @@ TEST(ThreadManagerTest, StartsDetachedWorkWithItsArgument) {
     EXPECT_EQ(42, received.get_future().get());
 }
 
-TEST(ThreadManagerTest, RunsBesidesDetachedWork) {
+TEST(ThreadManagerTest, RunsBesideDetachedWork) {
     WinThreadManager manager({1, true});
     std::promise<void> goOn;
     DetachedFunction detached([&](void*) { goOn.get_future().wait(); });
@@ -324,7 +324,7 @@ TEST(ThreadManagerTest, RunsBesidesDetachedWork) {
     goOn.set_value();
 }
 
-TEST(ThreadManagerTest, FinishesDetachedWorkBeforeItGoes) {
+TEST(ThreadManagerTest, FinishesDetachedWorkBeforeItIsDestroyed) {
     const DebugLines lines;
     bool done = false;
     DetachedFunction failing([](void*) { throw std::runtime_error("lost"); });
@@ -338,7 +338,7 @@ TEST(ThreadManagerTest, FinishesDetachedWorkBeforeItGoes) {
     EXPECT_EQ(1, DebugLines::count("[WinThreadManager] A detached procedure failed\n"));
 }
 
-TEST(ThreadManagerTest, TellsTheDebugOutputOfItsEnd) {
+TEST(ThreadManagerTest, ReportsItsEndToTheDebugOutput) {
     const DebugLines lines;
     {
         WinThreadManager manager({1, true});
@@ -352,7 +352,7 @@ TEST(ThreadManagerTest, TellsTheDebugOutputOfItsEnd) {
     EXPECT_EQ(0, DebugLines::count("[WinThreadManager] Thread did not terminate for the timeout interval\n"));
 }
 
-TEST(ThreadManagerTest, LeavesAThreadThatHangs) {
+TEST(ThreadManagerTest, AbandonsAThreadThatHangs) {
     const DebugLines lines;
     std::promise<void> goOn;
     std::promise<void> ended;

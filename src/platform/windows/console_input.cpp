@@ -189,7 +189,8 @@ ReadStatus ConsoleInput::waitForConsoleKey() {
     return ReadStatus::kLine;
 }
 
-// Takes one event from the console; keys with a character go to `keys_`. False when the console is gone.
+// Takes one event from the console; keys with a character go to `keys_`. False when the console no longer
+// exists.
 bool ConsoleInput::takeKeyEvent() {
     INPUT_RECORD record;
     DWORD count = 0;

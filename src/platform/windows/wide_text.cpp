@@ -34,7 +34,7 @@ bool isNumberedDevice(std::wstring_view name) {
            ((digit >= L'0' && digit <= L'9') || digit == 0xB9 || digit == 0xB2 || digit == 0xB3);
 }
 
-// Extensions, streams and blanks behind the name don't take its meaning away.
+// With an extension, a stream or blanks after the name it still means the device.
 bool isDeviceName(std::wstring_view component) {
     std::wstring_view name = component.substr(0, component.find_first_of(L".:"));
     while (!name.empty() && name.back() == L' ') {

@@ -87,12 +87,12 @@ TEST_F(PipedConsoleTest, NoticesAnOutputThatFailsWhenAReadFlushesIt) {
     EXPECT_FALSE(console_->flush());
 }
 
-TEST_F(PipedConsoleTest, ErrorsAreNotBuffered) {
+TEST_F(PipedConsoleTest, DoesNotBufferErrors) {
     EXPECT_TRUE(console_->writeError("bad\n"));
     EXPECT_EQ(printed(), "bad\n");
 }
 
-TEST_F(PipedConsoleTest, AReaderThatLeftIsNoticedAndDoesNotEndTheProcess) {
+TEST_F(PipedConsoleTest, NoticesAReaderThatLeftAndSurvives) {
     closeEnd(output_[0]);
     EXPECT_TRUE(console_->write("text"));
     EXPECT_FALSE(console_->flush());
@@ -101,7 +101,7 @@ TEST_F(PipedConsoleTest, AReaderThatLeftIsNoticedAndDoesNotEndTheProcess) {
     EXPECT_FALSE(console_->writeError("bad"));
 }
 
-TEST_F(PipedConsoleTest, AFullDiskIsNoticed) {
+TEST_F(PipedConsoleTest, NoticesAFullDisk) {
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     PosixConsole console(input_[0], full, full);
     EXPECT_TRUE(console.write("text"));
@@ -109,7 +109,7 @@ TEST_F(PipedConsoleTest, AFullDiskIsNoticed) {
     close(full);
 }
 
-TEST_F(PipedConsoleTest, AnOutputThatDoesNotBlockGetsEverything) {
+TEST_F(PipedConsoleTest, WritesEverythingToAnOutputThatDoesNotBlock) {
     ASSERT_EQ(fcntl(output_[1], F_SETFL, O_NONBLOCK), 0);
     const std::string text(300000, 'x');
     std::size_t received = 0;
@@ -140,7 +140,7 @@ TEST_F(PipedConsoleTest, ReadsLineByLine) {
     EXPECT_EQ(line(ReadStatus::kEnd), "");
 }
 
-TEST_F(PipedConsoleTest, ALongLineIsGivenInPieces) {
+TEST_F(PipedConsoleTest, GivesALongLineInPieces) {
     type("abcdefg\nnext\n");
     EXPECT_EQ(line(ReadStatus::kLine, 3), "abc");
     EXPECT_EQ(line(ReadStatus::kLine, 4), "defg");
@@ -155,7 +155,7 @@ TEST_F(PipedConsoleTest, ALineLongerThanOneReadIsWhole) {
 }
 
 TEST_F(PipedConsoleTest, AnInputThatIsNotOpenIsAtItsEnd) {
-    // High enough not to be given out anew at once.
+    // High enough not to be reused at once.
     const int closed = fcntl(input_[0], F_DUPFD_CLOEXEC, 500);
     ASSERT_GE(closed, 500);
     close(closed);
@@ -183,7 +183,7 @@ TEST_F(PipedConsoleTest, InterruptWakesAWaitingRead) {
     interrupter.join();
 }
 
-TEST_F(PipedConsoleTest, AfterAnInterruptNothingIsRead) {
+TEST_F(PipedConsoleTest, ReadsNothingAfterAnInterrupt) {
     type("first\nsecond\n");
     EXPECT_EQ(line(ReadStatus::kLine), "first\n");
     console_->interruptInput();
@@ -259,7 +259,7 @@ protected:
     std::unique_ptr<PosixConsole> console_;
 };
 
-TEST_F(TerminalConsoleTest, TellsTheWindow) {
+TEST_F(TerminalConsoleTest, GivesTheSizeOfTheWindow) {
     const winsize size{24, 132, 0, 0};
     ASSERT_EQ(ioctl(person_, TIOCSWINSZ, &size), 0);
     int columns = 0;
@@ -271,7 +271,7 @@ TEST_F(TerminalConsoleTest, TellsTheWindow) {
     EXPECT_EQ(rows, 24);
 }
 
-TEST_F(TerminalConsoleTest, AWindowWithoutCellsIsNone) {
+TEST_F(TerminalConsoleTest, HasNoWindowWithoutCells) {
     int columns = 0;
     int rows = 0;
     EXPECT_FALSE(console_->windowSize(columns, rows));
@@ -329,7 +329,7 @@ TEST_F(TerminalConsoleTest, NothingIsEchoedFromTheFirstKeyToTheLast) {
     EXPECT_EQ(seen(), "end");
 }
 
-TEST_F(TerminalConsoleTest, TheKeyThatSuspendsIsAKeyLikeAnyOther) {
+TEST_F(TerminalConsoleTest, TreatsTheKeyThatSuspendsAsAnyOtherKey) {
     int key = 0;
     EXPECT_EQ(readKeyDuring(key, [&] { type("\x1A"); }), ReadStatus::kLine);
     EXPECT_EQ(key, 26);
