@@ -44,25 +44,9 @@ public:
     // expansion gives nothing.
     bool givesPath(std::string_view element) const;
 
-    // The same with buffers and numbers; for callers that have not moved yet.
-    int readProductDescription() const;
-    int getFullName(char* buffer, int size) const;
-    int getMajorVersion(char* buffer, int size) const;
-    int getWebsite(char* buffer, int size) const;
-    int getSupportEmail(char* buffer, int size) const;
-    int getInstallHelpUrl(char* buffer, int size) const;
-    int getVersion(char* buffer, int size) const;
-    int getTitle(char* buffer, int size) const;
-    int getInstallLogFile(char* buffer, int size) const;
-    int getInstallBackupFile(char* buffer, int size) const;
-    int getUninstallCmd(char* buffer, int size) const;
-    int getUninstallXmlFile(char* buffer, int size) const;
-
 private:
     std::optional<std::string> plain(std::string_view path) const;
     std::optional<std::string> expanded(std::string_view path, std::size_t limit = kTextLimit) const;
-    int getPlain(const char* path, char* buffer, int size) const;
-    int getExpanded(const char* path, char* buffer, int size) const;
 
     const PXML& description_;
     Expressions& expressions_;

@@ -1,26 +1,35 @@
 #include "description/variables.h"
 
-#include "description/default_values_loader.h"
-#include "description/default_values_reader.h"
-
-Variables::Variables(const Sources& sources, DebugLog debugLog)
-    : sources_(sources),
-      debugLog_(debugLog),
-      predefined_(isGraphical_, sources.environment, sources.files, debugLog),
+Variables::Variables(const std::int32_t& isGraphical, DefaultValueSources sources, DebugLog debugLog)
+    : debugLog_(debugLog),
+      predefined_(isGraphical, sources.environment, sources.files, debugLog),
       store_(predefined_, sources.environment, debugLog),
-      expressions_(store_, debugLog) {}
+      expressions_(store_, debugLog),
+      reader_(store_, expressions_, sources, debugLog),
+      loader_(reader_, store_, exclusions_, sources.files, debugLog) {}
 
-bool Variables::readRoles(const PXML& description, const DialogModel& dialogs) {
-    const bool hasRoles = controls_.read(description, debugLog_);
-    exclusions_.build(description, controls_, dialogs, store_);
-    return hasRoles;
+std::optional<std::string> Variables::getDefault(std::string_view name) {
+    std::optional<VariableReading> reading = store_.readDefault(name, VariableLookup::kTextLimit);
+    return reading ? std::optional(std::move(reading->value)) : std::nullopt;
 }
 
-bool Variables::loadDefaults(const PXML& description, const std::string& answersFile,
-                             const CommandLineArguments* arguments, InstallerUI* ui) {
-    DefaultValuesReader reader(
-        store_, expressions_,
-        {sources_.system, sources_.environment, sources_.files, sources_.logs, arguments}, debugLog_);
-    DefaultValuesLoader loader(reader, store_, exclusions_, {sources_.answers, arguments}, debugLog_);
-    return loader.loadDefaultValues(description, answersFile, ui);
+std::string Variables::expand(std::string_view text, bool stopOnMissing) {
+    return expressions_.expandWhole(text, stopOnMissing);
+}
+
+void Variables::setControl(ControlVariable role, std::string_view value) {
+    store_.set(controls_.nameOf(role), value);
+}
+
+std::optional<std::string> Variables::getControl(ControlVariable role) {
+    return store_.get(controls_.nameOf(role));
+}
+
+void Variables::readExclusions(const PXML& description, const DialogModel& dialogs) {
+    exclusions_.build(description, controls_, dialogs, store_);
+}
+
+DefaultsOutcome Variables::loadDefaults(const PXML& description, std::string_view configFile,
+                                        const CommandLineArguments* arguments, std::string& outMessage) {
+    return loader_.load(description, configFile, arguments, outMessage);
 }

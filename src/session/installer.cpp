@@ -67,7 +67,7 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
 
 bool Installer::prepare(InstallerUI& ui) {
     isGraphical = ui.isGraphical() != 0;
-    model_.variables.setGraphical(isGraphical);
+    model_.setGraphical(isGraphical);
     if (!readDescription() || !model_.read(cabinet, isActionLogSession(), isGraphical)) {
         return false;
     }
@@ -82,8 +82,12 @@ bool Installer::prepare(InstallerUI& ui) {
 
 bool Installer::readDescription() {
     std::string text;
-    return (isActionLogSession() ? readDescriptionFromLog(text) : readDescriptionFromCabinet(text)) &&
-           model_.parse(text);
+    const bool isRead =
+        isActionLogSession() ? readDescriptionFromLog(text) : readDescriptionFromCabinet(text);
+    if (isRead) {
+        model_.parse(text);
+    }
+    return isRead;
 }
 
 bool Installer::readDescriptionFromLog(std::string& outText) {
@@ -138,12 +142,17 @@ bool Installer::readDescriptionFromCabinet(std::string& outText) {
 bool Installer::loadDefaultValues(InstallerUI& ui) {
     debugLog.line("Initializing default values");
     const std::string answers = isActionLogSession() ? std::string() : configFile;
-    if (!model_.variables.loadDefaults(model_.description, answers, parameters, &ui)) {
+    std::string message;
+    const DefaultsOutcome outcome =
+        model_.variables.loadDefaults(model_.description, answers, parameters, message);
+    if (outcome == DefaultsOutcome::kBadConfiguration) {
+        ui.messageBox(message.c_str(), MessageKind::kInformation);
+    }
+    if (outcome != DefaultsOutcome::kLoaded) {
         debugLog.line(
             "ERROR: Parsing XML Default values (This may indicate wrong configuration file format)");
-        return false;
     }
-    return true;
+    return outcome == DefaultsOutcome::kLoaded;
 }
 
 int Installer::runUI(InstallerUI& ui) {

@@ -7,7 +7,7 @@
 SessionModel::SessionModel(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
                            DebugLog debugLog)
     : logVariables_(machine.files),
-      variables({machine.environment, machine.files, system, logVariables_, answers}, debugLog),
+      variables(isGraphical_, {system, machine.environment, machine.files, logVariables_, answers}, debugLog),
       product(description, variables.expressions()),
       fileSets(description, variables.expressions()),
       debugLog_(debugLog) {}
@@ -17,10 +17,9 @@ ProductModel SessionModel::view() {
             fileSets,    variables.controls(),    variables.exclusions()};
 }
 
-bool SessionModel::parse(std::string_view text) {
+void SessionModel::parse(std::string_view text) {
     debugLog_.line("Parsing installation file");
-    description.parse(text);
-    return true;
+    description.parseText(text);
 }
 
 bool SessionModel::read(const Cabinet& cabinet, bool isUninstallation, bool isGraphical) {

@@ -24,12 +24,15 @@ public:
     SessionModel(const SessionModel&) = delete;
     SessionModel& operator=(const SessionModel&) = delete;
 
-    // Parses the text of the description. False when that can't be done, which is logged.
-    bool parse(std::string_view text);
+    // Reads the text of the description. No text is refused: what can't be read is missing in what follows.
+    void parse(std::string_view text);
     // Reads product, files, theme, dialogs and control variables; the cabinet knows the sizes of the files.
     // The theme is for a graphical front end alone. False when the product or the dialogs can't be read,
     // which is logged.
     bool read(const Cabinet& cabinet, bool isUninstallation, bool isGraphical);
+
+    // For the variable that says so; false at first.
+    void setGraphical(bool isGraphical) { isGraphical_ = isGraphical ? 1 : 0; }
 
     // The same for the engine.
     ProductModel view();
@@ -37,6 +40,7 @@ public:
     PXML description;
 
 private:
+    std::int32_t isGraphical_ = 0;
     ActionLogVariables logVariables_;
 
 public:

@@ -13,8 +13,8 @@ namespace {
 class SessionModelTest : public testing::Test {
 protected:
     bool read(const std::string& content, bool isUninstallation = false, bool isGraphical = false) {
-        return model_.parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>") &&
-               model_.read(cabinet_, isUninstallation, isGraphical);
+        model_.parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
+        return model_.read(cabinet_, isUninstallation, isGraphical);
     }
 
     static constexpr char kProduct[] = "<ProductDesc><Fullname>[NAME]</Fullname></ProductDesc>";
@@ -65,8 +65,8 @@ TEST_F(SessionModelTest, ReadsTheThemeForAGraphicalFrontEndAlone) {
     EXPECT_TRUE(read(themed, false, true));
     EXPECT_TRUE(model_.theme.isThemed());
     SessionModel plain(machine_.bundle(), system_, answers_, log_);
-    EXPECT_TRUE(plain.parse("<TandrelGroupInstallation>" + themed + "</TandrelGroupInstallation>") &&
-                plain.read(cabinet_, false, false));
+    plain.parse("<TandrelGroupInstallation>" + themed + "</TandrelGroupInstallation>");
+    EXPECT_TRUE(plain.read(cabinet_, false, false));
     EXPECT_FALSE(plain.theme.isThemed());
 }
 
