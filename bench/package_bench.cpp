@@ -36,7 +36,7 @@ std::uint32_t wordAt(const std::string& data, std::size_t offset) {
 // The solid stream of a package: found by its first bytes.
 std::string solidStreamOf(const char* package) {
     std::string data;
-    if (OUtils::readWholeFile(package, data) != 0) {
+    if (OUtils::readWholeFile(package, data, platform::systemFileSystem()) != 0) {
         std::fprintf(stderr, "can't read %s\n", package);
         std::exit(1);
     }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 #include "package/cabinet.h"
 #include "package/package_layout.h"
@@ -70,12 +71,13 @@ void readAll(MemoryFileSystem& files, const char* path) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     MemoryFileSystem files;
+    FakeEnvironment environment;
     files.addFile("/plain", leadBlock() + std::string(reinterpret_cast<const char*>(data), size));
     files.addFile("/solid", leadBlock() + solidStream(data, size));
     readAll(files, "/plain");
     readAll(files, "/solid");
     SilentOutput output;
-    runPackager({"extract", "/solid", "--to", "/out/here"}, output, files);
+    runPackager({"extract", "/solid", "--to", "/out/here"}, output, files, environment);
     for (const std::string& path : files.allFiles()) {
         if (path != "/plain" && path != "/solid" && !path.starts_with("/out/here/")) {
             std::abort();

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 #include "package/package_checksum.h"
 #include "package/solid_format.h"
@@ -39,10 +40,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     MemoryFileSystem files;
+    FakeEnvironment environment;
     files.addFile("/p", input);
     SilentOutput output;
     verifyInstallerChecksum("/p", files);
-    runPackager({"list", "/p"}, output, files);
-    runPackager({"verify", "/p"}, output, files);
+    runPackager({"list", "/p"}, output, files, environment);
+    runPackager({"verify", "/p"}, output, files, environment);
     return 0;
 }

@@ -1,6 +1,8 @@
 #include "base/path_functions.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "base/text_functions.h"
 
@@ -35,6 +37,11 @@ int dropRepeatedSeparators(char* path) {
     return dropped;
 }
 
+std::string upToTerminator(std::string text) {
+    text.resize(std::strlen(text.c_str()));
+    return text;
+}
+
 }  // namespace
 
 bool isSeparator(char c) {
@@ -45,22 +52,27 @@ void joinPath(char* path, const char* name, std::int64_t capacity) {
     if (capacity < 1) {
         return;
     }
-    const auto limit = static_cast<std::size_t>(capacity);
-    std::size_t length = strnlen(path, limit);
-    if (length + 1 >= limit) {
-        return;
+    const std::size_t limit = static_cast<std::size_t>(capacity) - 1;
+    const std::size_t length = strnlen(path, limit + 1);
+    if (length < limit) {
+        const std::string joined =
+            joinedPath(path, name == nullptr ? std::string_view() : std::string_view(name), limit);
+        copyText(path, joined.c_str(), capacity);
     }
-    if (name == nullptr) {
-        name = "";
+}
+
+std::string joinedPath(std::string path, std::string_view name, std::size_t mostBytes) {
+    if (path.size() >= mostBytes) {
+        return path;
     }
-    if (length > 0 && !isSeparator(path[length - 1]) && *name != '\0') {
-        path[length++] = '\\';
-        path[length] = '\0';
+    if (!path.empty() && !isSeparator(path.back()) && !name.empty()) {
+        path += '\\';
     }
-    if (isSeparator(*name)) {
-        ++name;
+    if (!name.empty() && isSeparator(name.front())) {
+        name.remove_prefix(1);
     }
-    copyText(path + length, name, static_cast<std::int64_t>(limit - length));
+    path += name.substr(0, mostBytes - path.size());
+    return path;
 }
 
 int normalizePath(char* path) {
@@ -92,11 +104,26 @@ void collapseSeparators(char* path) {
     *out = '\0';
 }
 
-void stripTrailingSeparators(char* path, std::int64_t capacity) {
-    std::size_t length = capacity < 1 ? 0 : strnlen(path, static_cast<std::size_t>(capacity));
-    while (length > 1 && isSeparator(path[length - 1])) {
-        path[--length] = '\0';
+std::string normalizedPath(std::string path) {
+    normalizePath(path.data());
+    return upToTerminator(std::move(path));
+}
+
+std::string withSeparators(std::string path, char separator) {
+    std::replace_if(path.begin(), path.end(), isSeparator, separator);
+    return path;
+}
+
+std::string collapsedPath(std::string path) {
+    collapseSeparators(path.data());
+    return upToTerminator(std::move(path));
+}
+
+std::string_view stripTrailingSeparators(std::string_view path) {
+    while (path.size() > 1 && isSeparator(path.back())) {
+        path.remove_suffix(1);
     }
+    return path;
 }
 
 std::string_view lastPathComponent(std::string_view path) {

@@ -8,7 +8,7 @@
 class SharedBuffer {
 public:
     SharedBuffer() = default;
-    // A new block of `size` bytes plus one zero byte behind them, so that a block can be used as text.
+    // A new block of `size` bytes followed by one zero byte, so that a block can be used as text.
     // The bytes start uninitialised. Throws std::bad_alloc.
     explicit SharedBuffer(std::int32_t size);
     SharedBuffer(const SharedBuffer& other);
@@ -23,7 +23,7 @@ public:
     // Null when nothing is held.
     unsigned char* data() const { return data_ == nullptr ? nullptr : data_->data(); }
     const char* text() const { return reinterpret_cast<const char*>(data()); }
-    // In bytes, without the zero byte behind them.
+    // In bytes, without the zero byte after them.
     std::int32_t size() const { return size_; }
     // How many objects share the block; 0 when nothing is held.
     std::int32_t references() const { return data_ == nullptr ? 0 : data_->references(); }

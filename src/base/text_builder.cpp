@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::int64_t kSmallestBlock = 16;
 constexpr float kLargestFactor = 1024.0F;
-// Far enough from the end of the type that no sum below can pass it.
+// Far enough from the limit of the type that no sum below can overflow.
 constexpr std::int64_t kLargestCapacity = std::numeric_limits<std::int64_t>::max() / 4;
 
 float acceptedFactor(float factor) {
@@ -28,7 +28,7 @@ void TextBuilder::makeRoom(std::int64_t addition) {
     if (addition > kLargestCapacity - length_) {
         throw std::bad_alloc();
     }
-    // One byte behind the text stays for the terminator.
+    // One byte after the text is kept for the terminator.
     if (data_ != nullptr && length_ + addition < capacity_) {
         return;
     }

@@ -25,49 +25,48 @@ void copyText(char* out, const char* text, std::int64_t capacity) {
     out[length] = '\0';
 }
 
-int formatText(char* out, std::int64_t capacity, const char* format, ...) {
-    if (out == nullptr || capacity < 1) {
-        return -1;
-    }
+std::string formatText(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(out, static_cast<std::size_t>(capacity), format, arguments);
-    va_end(arguments);
-    if (length < 0) {
-        out[0] = '\0';
-        return -1;
+    va_list measured;
+    va_copy(measured, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, measured);
+    va_end(measured);
+    std::string text(length < 0 ? 0 : static_cast<std::size_t>(length), '\0');
+    if (length > 0) {
+        std::vsnprintf(text.data(), text.size() + 1, format, arguments);
     }
-    return length >= capacity ? -1 : length;
+    va_end(arguments);
+    return text;
+}
+
+std::vector<std::string> splitText(std::string_view text, char separator) {
+    std::vector<std::string> list;
+    if (text.empty()) {
+        return list;
+    }
+    for (;;) {
+        const std::size_t end = text.find(separator);
+        list.emplace_back(text.substr(0, end));
+        if (end == std::string_view::npos) {
+            return list;
+        }
+        text.remove_prefix(end + 1);
+    }
 }
 
 int splitText(const char* text, char separator, std::vector<std::string>& outList) {
-    outList.clear();
-    if (text == nullptr || *text == '\0') {
-        return 0;
-    }
-    const char* start = text;
-    for (const char* at = text;; ++at) {
-        if (*at == separator || *at == '\0') {
-            outList.emplace_back(start, at);
-            start = at + 1;
-        }
-        if (*at == '\0') {
-            break;
-        }
-    }
+    outList = splitText(text == nullptr ? std::string_view() : std::string_view(text), separator);
     return static_cast<int>(outList.size());
 }
 
-int extractBetween(const char* text, char open, char close, char* out, std::int64_t capacity) {
-    copyText(out, "", capacity);
-    const char* first = text == nullptr ? nullptr : std::strchr(text, open);
-    const char* last = first == nullptr ? nullptr : std::strrchr(first + 1, close);
-    if (last == nullptr) {
-        return 0;
+std::optional<std::string> extractBetween(std::string_view text, char open, char close) {
+    const std::size_t first = text.find(open);
+    const std::size_t last = text.rfind(close);
+    if (first == std::string_view::npos || last == std::string_view::npos || last <= first) {
+        return std::nullopt;
     }
-    const std::string between(first + 1, last);
-    copyText(out, between.c_str(), capacity);
-    return 1;
+    return std::string(text.substr(first + 1, last - first - 1));
 }
 
 bool equalsIgnoreCase(const char* a, const char* b) {
@@ -104,23 +103,23 @@ std::string_view trimWhiteSpace(std::string_view text) {
     return text;
 }
 
-std::int32_t textToInteger(const char* text) {
-    if (text == nullptr) {
-        return 0;
-    }
-    while (isWhiteSpace(*text) || *text == '\v' || *text == '\f') {
-        ++text;
-    }
-    const bool negative = *text == '-';
-    if (*text == '-' || *text == '+') {
-        ++text;
+std::int32_t textToInteger(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(" \t\n\r\v\f");
+    text.remove_prefix(start == std::string_view::npos ? text.size() : start);
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) {
+        text.remove_prefix(1);
     }
     std::int64_t value = 0;
-    for (; *text >= '0' && *text <= '9'; ++text) {
-        value = std::min<std::int64_t>(value * 10 + (*text - '0'), std::int64_t{INT32_MAX} + 1);
+    for (; !text.empty() && text.front() >= '0' && text.front() <= '9'; text.remove_prefix(1)) {
+        value = std::min<std::int64_t>(value * 10 + (text.front() - '0'), std::int64_t{INT32_MAX} + 1);
     }
     value = negative ? -value : std::min<std::int64_t>(value, INT32_MAX);
     return static_cast<std::int32_t>(value);
+}
+
+std::int32_t textToInteger(const char* text) {
+    return text == nullptr ? 0 : textToInteger(std::string_view(text));
 }
 
 }  // namespace OUtils

@@ -1,33 +1,34 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/errors.h"
 
-// Functions on zero-terminated UTF-8 text in fixed buffers. They neither throw nor log: a text that doesn't
-// fit is cut, and the output stays terminated. Capacities are in bytes and include the terminator.
+// Functions on UTF-8 text. None logs.
 namespace OUtils {
 
 // The byte capacity of a path buffer, terminator included.
 inline constexpr int kPathCapacity = 1560;
 
-// Copies at most `capacity` - 1 bytes and terminates. A null `text` counts as empty. Nothing happens with a
-// null `out` or a capacity below 1.
+// Copies at most `capacity` - 1 bytes and terminates; for the buffers of fixed interfaces. A null `text`
+// counts as empty. Nothing happens with a null `out` or a capacity below 1.
 void copyText(char* out, const char* text, std::int64_t capacity);
 
-// Formats as printf does, and always terminates. Returns the length, or -1 if the text was cut.
-int formatText(char* out, std::int64_t capacity, const char* format, ...) TANDREL_PRINTF(3, 4);
+// Formats as printf does. Empty when the format can't be carried out.
+std::string formatText(const char* format, ...) TANDREL_PRINTF(1, 2);
 
-// Empties `outList`, then appends each run up to the next `separator`; an empty run gives an empty element,
-// and so does a separator at the very end. Returns the number of elements; an empty or null text has none.
+// The runs between the separators. An empty run gives an empty element, and so does a separator at the very
+// end. An empty text has no elements.
+std::vector<std::string> splitText(std::string_view text, char separator);
+// The same into `outList`. Returns the number of elements; a null text counts as empty.
 int splitText(const char* text, char separator, std::vector<std::string>& outList);
 
-// Copies what stands between the first `open` and the last `close` behind it. Returns 1 on success, else 0
-// with `out` emptied.
-int extractBetween(const char* text, char open, char close, char* out, std::int64_t capacity);
+// What is between the first `open` and the last `close` after it; nothing when one of them is missing.
+std::optional<std::string> extractBetween(std::string_view text, char open, char close);
 
 // Comparison without regard to ASCII case; other bytes compare as they are. A null text equals nothing.
 bool equalsIgnoreCase(const char* a, const char* b);
@@ -45,6 +46,7 @@ std::string_view trimWhiteSpace(std::string_view text);
 
 // The reading of numbers that the description uses: white space, a sign, decimal digits; anything else ends
 // it, and without digits the result is 0. Values outside 32 bits stop at the nearest limit.
-std::int32_t textToInteger(const char* text);
+std::int32_t textToInteger(std::string_view text);
+std::int32_t textToInteger(const char* text);  // null gives 0
 
 }  // namespace OUtils

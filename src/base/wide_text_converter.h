@@ -1,19 +1,17 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
+#include <string>
+#include <string_view>
 
 // Conversion between UTF-8 and UTF-16 through which any bytes survive both ways: a byte that isn't part of
 // valid UTF-8 becomes the code point 0x100000 plus the byte, and back.
 namespace OUtils {
 
-// Decodes sequences of up to six bytes. Writes at most `capacity` - 1 units and a terminator; a surrogate
-// pair isn't cut in half. Returns the number of units written without the terminator; with a null `out` the
-// number of units that the whole text needs without the terminator. A null text counts as empty.
-std::int64_t utf8ToWide(const char* text, char16_t* out, std::int64_t capacity);
+// Decodes sequences of up to six bytes. A zero byte is a character like any other.
+std::u16string utf8ToWide(std::string_view text);
 
-// The reverse, in bytes. A lone surrogate is written as a three-byte sequence.
-std::int64_t wideToUtf8(const char16_t* text, char* out, std::int64_t capacity);
+// The reverse. A lone surrogate is written as a three-byte sequence.
+std::string wideToUtf8(std::u16string_view text);
 
 // One object for one conversion. It borrows the text that it is made from and owns the other form, which is
 // made at the first request and lives as long as the object.
@@ -29,8 +27,8 @@ public:
 private:
     const char* utf8_ = nullptr;
     const char16_t* wide_ = nullptr;
-    std::unique_ptr<char[]> ownedUtf8_;
-    std::unique_ptr<char16_t[]> ownedWide_;
+    std::string ownedUtf8_;
+    std::u16string ownedWide_;
 };
 
 }  // namespace OUtils

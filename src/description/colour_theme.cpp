@@ -2,69 +2,45 @@
 
 #include <cstdlib>
 #include <iterator>
-#include <string_view>
+#include <string>
 
 #include "base/text_functions.h"
+#include "description/vocabulary.h"
 
 namespace {
 
-constexpr const char* kSlotNames[] = {
-    "DialogBackground",
-    "DialogForeground",
-    "ListBackground",
-    "InputBoxBackground",
-    "InputBoxText",
-    "LinkButtons",
-    "ButtonsBackground",
-    "ButtonsText",
-    "ActiveButtonsBackground",
-    "ActiveButtonsText",
-    "ActiveText",
-    "InactiveText",
-    "HighlightedText",
-    "ProgressBarForeground",
-    "ProgressBarBackground",
-    "FieldForeground",
-    "FieldBackground",
-    "InvalidFieldForeground",
-    "InvalidFieldBackground",
-    "StaticElements",
-};
-static_assert(std::size(kSlotNames) == kThemeSlotCount);
+static_assert(std::size(vocabulary::kThemeColours) == kThemeSlotCount);
 
 constexpr std::string_view kGroupPrefix = "Group:";
 constexpr unsigned long long kLargestNumber = 0xFFFFFFFFULL;  // that 32 bits hold
 
 // strtoul of base 16 with 32 bits on every system: what is too large is the largest number, and a minus sign
 // negates within 32 bits.
-std::uint32_t readHexadecimal(const char* text) {
-    const std::string_view digits(text);
+std::uint32_t readHexadecimal(std::string_view digits) {
     const std::size_t first = digits.find_first_not_of(" \t\n\v\f\r");
     const bool isNegative = first != std::string_view::npos && digits[first] == '-';
-    const unsigned long long number = std::strtoull(text, nullptr, 16);
+    const unsigned long long number = std::strtoull(std::string(digits).c_str(), nullptr, 16);
     const unsigned long long magnitude = isNegative ? 0ULL - number : number;
     return magnitude > kLargestNumber ? UINT32_MAX : static_cast<std::uint32_t>(number);
 }
 
 }  // namespace
 
-const char* ColourTheme::nameOf(ThemeSlot slot) {
-    return kSlotNames[static_cast<std::size_t>(slot)];
+std::string_view ColourTheme::nameOf(ThemeSlot slot) {
+    return vocabulary::kThemeColours[static_cast<std::size_t>(slot)];
 }
 
-std::int32_t ColourTheme::findSlot(const char* name) {
+std::optional<ThemeSlot> ColourTheme::findSlot(std::string_view name) {
     for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
-        if (OUtils::equalsIgnoreCase(kSlotNames[i], name)) {
-            return i;
+        const auto slot = static_cast<ThemeSlot>(i);
+        if (OUtils::equalsIgnoreCase(nameOf(slot), name)) {
+            return slot;
         }
     }
-    return -1;
+    return std::nullopt;
 }
 
-std::int32_t ColourTheme::parseHexColour(const char* text) {
-    if (text == nullptr) {
-        return -1;
-    }
+std::int32_t ColourTheme::parseHexColour(std::string_view text) {
     const std::uint32_t number = readHexadecimal(text);
     const auto red = static_cast<std::int32_t>((number >> 16) & 0xFF);
     const auto green = static_cast<std::int32_t>((number >> 8) & 0xFF);
@@ -72,11 +48,14 @@ std::int32_t ColourTheme::parseHexColour(const char* text) {
     return blue << 16 | green << 8 | red;
 }
 
-std::int32_t ColourTheme::parseColour(const char* text) const {
-    if (text == nullptr || !OUtils::startsWithIgnoreCase(text, kGroupPrefix)) {
-        return parseHexColour(text);
+std::int32_t ColourTheme::parseColour(std::optional<std::string_view> text) const {
+    if (!text) {
+        return -1;
     }
-    const auto group = customGroups_.find(text + kGroupPrefix.size());
+    if (!OUtils::startsWithIgnoreCase(*text, kGroupPrefix)) {
+        return parseHexColour(*text);
+    }
+    const auto group = customGroups_.find(std::string(text->substr(kGroupPrefix.size())));
     return group == customGroups_.end() ? -1 : group->second;
 }
 

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "description/hash_little.h"
@@ -38,23 +40,23 @@ public:
     ColourTheme() { slots_.fill(-1); }
 
     // The tag of a slot in the description.
-    static const char* nameOf(ThemeSlot slot);
-    // The slot with this tag, without regard to ASCII case; -1 when there is none.
-    static std::int32_t findSlot(const char* name);
+    static std::string_view nameOf(ThemeSlot slot);
+    // The slot with this tag, without regard to ASCII case.
+    static std::optional<ThemeSlot> findSlot(std::string_view name);
     // A colour written as RRGGBB in hexadecimal, with or without "0x"; the low three bytes of a 32-bit number
-    // count, a minus sign wraps it around, and what isn't a number gives 0. Null gives -1.
-    static std::int32_t parseHexColour(const char* text);
+    // count, a minus sign wraps it around, and what isn't a number gives 0.
+    static std::int32_t parseHexColour(std::string_view text);
 
     // The value of a colour attribute: as parseHexColour, or "Group:" (in any case) and the exact name of a
-    // group, -1 when there is no such group.
-    std::int32_t parseColour(const char* text) const;
+    // group, -1 when there is no such group and for a missing text.
+    std::int32_t parseColour(std::optional<std::string_view> text) const;
 
     std::int32_t getColour(ThemeSlot slot) const { return slots_[static_cast<std::size_t>(slot)]; }
     // -1 for an index outside the slots.
     std::int32_t getThemeColour(int index) const;
     void setColour(ThemeSlot slot, std::int32_t colour) { slots_[static_cast<std::size_t>(slot)] = colour; }
     // The same name replaces the earlier colour.
-    void setGroup(const std::string& name, std::int32_t colour) { customGroups_[name] = colour; }
+    void setGroup(std::string_view name, std::int32_t colour) { customGroups_[std::string(name)] = colour; }
 
     bool isThemed() const { return themed_; }
     void setThemed(bool themed) { themed_ = themed; }

@@ -1,21 +1,20 @@
 #include "description/control_variables.h"
 
+#include <span>
+#include <string>
 #include <vector>
 
 #include "base/text_functions.h"
 #include "description/pxml.h"
+#include "description/vocabulary_lookup.h"
 #include "support/debug_log.h"
 
 namespace {
 
-constexpr const char* kTags[] = {
-    "PreviousInstallation", "LegacyInstallation", "ShouldUninstall",
-    "CustomizeSettings",    "ProgressDetails",    "InstallError",
-    "UninstallError",       "DlgCondition",       "ExternalLegacyInstallation",
-};
-static_assert(std::size(kTags) == kControlVariableCount);
+constexpr std::span kTags(vocabulary::kControlVariables);
+static_assert(kTags.size() == kControlVariableCount);
 
-std::int32_t findTag(const PXML& description, const std::vector<std::int32_t>& nodes, const char* tag) {
+std::int32_t findTag(const PXML& description, const std::vector<std::int32_t>& nodes, std::string_view tag) {
     for (const std::int32_t node : nodes) {
         if (OUtils::equalsIgnoreCase(description.getName(node), tag)) {
             return node;
@@ -26,40 +25,29 @@ std::int32_t findTag(const PXML& description, const std::vector<std::int32_t>& n
 
 }  // namespace
 
-const char* ControlVariables::tagOf(ControlVariable role) {
+std::string_view ControlVariables::tagOf(ControlVariable role) {
     return kTags[static_cast<std::size_t>(role)];
 }
 
-int ControlVariables::read(const PXML& description, DebugLog debugLog) {
-    for (auto& name : names_) {
-        name.assign("");
-    }
-    const std::int32_t section = description.findByName("InstallerControlVariables");
+bool ControlVariables::read(const PXML& description, DebugLog debugLog) {
+    names_ = {};
+    const std::int32_t section = vocabulary::findElement(description, "InstallerControlVariables");
     if (section < 0) {
-        return 1;
+        return false;
     }
-    std::vector<std::int32_t> nodes;
-    description.listChildren(section, nodes);
+    const std::vector<std::int32_t> nodes = description.childrenOf(section);
     for (std::size_t i = 0; i < names_.size(); ++i) {
         const std::int32_t node = findTag(description, nodes, kTags[i]);
-        const char* text = description.getText(node);
-        names_[i].assign(text);
-        if (!names_[i].isEmpty()) {
-            continue;
-        }
-        if (node < 0) {
-            debugLog.print(
-                "WARNING: Missing control variable specifier in the installation template. (tag %s)",
-                kTags[i]);
-        } else {
-            debugLog.print(
-                "WARNING: Missing tag data for variable specifier in the installation template. (tag %s)",
-                kTags[i]);
+        names_[i].assign(description.getText(node).value_or(std::string_view()));
+        if (names_[i].isEmpty()) {
+            debugLog.line("WARNING: Missing " +
+                          std::string(node < 0 ? "control variable" : "tag data for variable") +
+                          " specifier in the installation template. (tag " + std::string(kTags[i]) + ")");
         }
     }
-    return 0;
+    return true;
 }
 
-const char* ControlVariables::nameOf(ControlVariable role) const {
-    return names_[static_cast<std::size_t>(role)].c_str();
+std::string_view ControlVariables::nameOf(ControlVariable role) const {
+    return names_[static_cast<std::size_t>(role)].view();
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "base/fixed_text.h"
 #include "support/debug_log.h"
@@ -26,15 +27,15 @@ inline constexpr std::int32_t kControlVariableCount = 9;
 class ControlVariables {
 public:
     // The tag that names the variable in the description.
-    static const char* tagOf(ControlVariable role);
+    static std::string_view tagOf(ControlVariable role);
 
-    // Reads the names from the element InstallerControlVariables. 0, or 1 when there is none, which the
-    // caller reports. Tags that are missing or empty are logged and leave their role without a variable.
-    int read(const PXML& description, DebugLog debugLog);
+    // Reads the names from the element InstallerControlVariables. False when there is none, which the caller
+    // reports. Tags that are missing or empty are logged and leave their role without a variable.
+    bool read(const PXML& description, DebugLog debugLog);
 
     // The variable's name, at most 199 bytes; empty when no variable plays the role, and then nothing that
     // would touch it happens. Valid as long as this object.
-    const char* nameOf(ControlVariable role) const;
+    std::string_view nameOf(ControlVariable role) const;
 
 private:
     std::array<FixedText<200>, kControlVariableCount> names_;

@@ -1,52 +1,50 @@
 #pragma once
 
-#include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "support/debug_log.h"
 
+class AnswersFile;
 class CommandLineArguments;
 class DefaultValuesReader;
-class InstallerUI;
 class PXML;
 class VariableExclusions;
 class VariableStore;
-namespace platform {
-class FileSystem;
-}
 
-// Where values come from that are laid over the description's.
-struct LaidOverSources {
-    platform::FileSystem& files;  // holds the configuration file
-    // Null when there is no parsed command line.
-    const CommandLineArguments* const& arguments;
+enum class DefaultsOutcome {
+    kLoaded,
+    kNoDefaults,        // the description has no DefValues element
+    kBadConfiguration,  // the configuration file can't be loaded; a session can't go on
 };
 
-// Lays the default values over the variables: the description's, then a configuration file's, then those of
-// the command line.
+// Gives the variables their default values: first the description's, then a configuration file's, then those
+// of the command line.
 class DefaultValuesLoader {
 public:
-    // From level 2 of the log on the variables are listed in the log at the end.
+    // All outlive this object. From level 2 of the log on, the variables are listed in it at the end.
     DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables, VariableExclusions& exclusions,
-                        LaidOverSources sources, DebugLog debugLog);
+                        AnswersFile& answers, DebugLog debugLog);
 
-    // 0, or -1 when the description has no DefValues element or the configuration file can't be loaded, which
-    // is shown through `ui` (may be null) and logged. `configFile` is null or empty when there is none, and
-    // also in a session that starts from an action log. The command line and the listing come in any case
-    // but that of the configuration file.
-    int loadDefaultValues(const PXML& description, const char* configFile, InstallerUI* ui);
+    // `configFile` is empty when there is none, and also in a session that starts from an action log;
+    // `arguments` is null without a command line. After kBadConfiguration, `outMessage` says what to show to
+    // the user, and neither the command line nor the listing comes; the message is logged.
+    DefaultsOutcome load(const PXML& description, std::string_view configFile,
+                         const CommandLineArguments* arguments, std::string& outMessage);
 
     // The arguments VARIABLE_<name>, in any case: the first of a name counts, an empty value counts as "1".
-    // An unknown variable comes into being and is excluded from log and configuration file; a predefined one
-    // stays.
-    void applyCommandLine();
+    // An unknown variable is created and excluded from log and configuration file; a predefined one keeps its
+    // value.
+    void applyCommandLine(const CommandLineArguments& arguments);
 
 private:
-    int readConfigFile(const char* configFile, InstallerUI* ui);
+    bool readConfigFile(std::string_view configFile, const CommandLineArguments* arguments,
+                        std::string& outMessage);
     void listVariables();
 
     DefaultValuesReader& reader_;
     VariableStore& variables_;
     VariableExclusions& exclusions_;
-    LaidOverSources sources_;
+    AnswersFile& answers_;
     DebugLog debugLog_;
 };

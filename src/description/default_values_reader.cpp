@@ -1,5 +1,6 @@
 #include "description/default_values_reader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -8,91 +9,94 @@
 #include "base/text_functions.h"
 #include "contracts/system_operations.h"
 #include "description/command_line_arguments.h"
-#include "description/environment_access.h"
 #include "description/expressions.h"
 #include "description/log_variable_source.h"
 #include "description/pxml.h"
 #include "description/variable_store.h"
-#include "support/debug_log.h"
+#include "description/vocabulary_lookup.h"
+#include "platform/environment.h"
+#include "platform/file_system.h"
 
 namespace {
 
-constexpr std::size_t kNameCapacity = InstallVariable::kNameLimit + 1;
-constexpr int kShortText = 1024;
-constexpr int kRegistryText = 8192;
+constexpr std::size_t kNameLimit = InstallVariable::kNameLimit;
+constexpr std::size_t kPathCapacity = OUtils::kPathCapacity;
+constexpr std::size_t kShortCapacity = 1024;
+constexpr std::string_view kZero = "0";
+
+using Text = std::optional<std::string_view>;
 
 // Attributes that are switches are on by their presence unless they begin with a zero.
-bool isSwitchedOn(const char* attribute) {
-    return attribute != nullptr && *attribute != '0';
+bool isSwitchedOn(Text attribute) {
+    return attribute && !attribute->starts_with('0');
 }
 
-const char* orElse(const char* text, const char* otherwise) {
-    return text != nullptr ? text : otherwise;
-}
-
-bool isVariableElement(const PXML& document, std::int32_t node) {
-    return OUtils::equalsIgnoreCase(document.getName(node), "Value");
+std::string normalized(std::string_view path) {
+    std::string text(path);
+    OUtils::normalizePath(text.data());
+    text.resize(std::strlen(text.c_str()));
+    return text;
 }
 
 }  // namespace
 
-// One child of the section, as its handler sees it. Absent attributes and texts are null.
+// One child of the section, as its handler sees it.
 struct DefaultValuesReader::Value {
-    const char* dataType;
-    const char* name;
-    const char* text;
-    const char* defaultText;
-    const char* useOld;
-    const char* recalculate;
-    const char* registryPlace;
-    const char* registryKey;
-    const char* preferredKey;
-    const char* applicationName;
-    const char* directory;
-    // Filled ahead of the handler: what the variable held, and whether its value may be replaced.
-    bool isStored;
-    bool mayOverwrite;
-    char current[kNameCapacity];
+    Value(const PXML& document, std::int32_t node)
+        : dataType(vocabulary::attributeOf(document, node, "DataType")),
+          name(vocabulary::attributeOf(document, node, "Name")),
+          text(document.getText(node)),
+          defaultText(vocabulary::attributeOf(document, node, "Default")),
+          useOld(vocabulary::attributeOf(document, node, "UseOld")),
+          recalculate(vocabulary::attributeOf(document, node, "Recalculate")),
+          condition(vocabulary::attributeOf(document, node, "Condition")),
+          registryPlace(vocabulary::attributeOf(document, node, "RegPlace")),
+          registryKey(vocabulary::attributeOf(document, node, "RegKey")),
+          preferredKey(vocabulary::attributeOf(document, node, "PreferredKey")),
+          applicationName(vocabulary::attributeOf(document, node, "AppName")),
+          directory(vocabulary::attributeOf(document, node, "Directory")) {}
+
+    // What the variable starts with before anything is looked up.
+    Text initialText() const;
+
+    Text dataType;
+    Text name;
+    Text text;
+    Text defaultText;
+    Text useOld;
+    Text recalculate;
+    Text condition;
+    Text registryPlace;
+    Text registryKey;
+    Text preferredKey;
+    Text applicationName;
+    Text directory;
+    // Filled before the handler runs: what the variable held, and whether its value may be replaced.
+    bool isStored = false;
+    bool mayOverwrite = true;
+    std::string current;
 };
 
 struct DefaultValuesReader::Handler {
-    const char* dataType;
+    vocabulary::WordName dataType;
     void (DefaultValuesReader::*define)(const Value& value);
+    enum class Initial { kText, kDefault, kZero, kDefaultOrZero } initial;
 };
 
-namespace {
-
-template <typename Value>
-void readAttributes(const PXML& document, std::int32_t node, Value& value) {
-    value.dataType = document.getAttribute(node, "DataType");
-    value.name = document.getAttribute(node, "Name");
-    value.text = document.getText(node);
-    value.defaultText = document.getAttribute(node, "Default");
-    value.useOld = document.getAttribute(node, "UseOld");
-    value.recalculate = document.getAttribute(node, "Recalculate");
-    value.registryPlace = document.getAttribute(node, "RegPlace");
-    value.registryKey = document.getAttribute(node, "RegKey");
-    value.preferredKey = document.getAttribute(node, "PreferredKey");
-    value.applicationName = document.getAttribute(node, "AppName");
-    value.directory = document.getAttribute(node, "Directory");
-    value.isStored = false;
-    value.mayOverwrite = true;
-    value.current[0] = '\0';
-}
-
-// What a variable starts with before anything is looked up.
-const char* initialText(const char* dataType, const char* defaultText, const char* text) {
-    const std::string_view type = orElse(dataType, "");
-    if (OUtils::startsWithIgnoreCase(type, "registry")) {
-        return defaultText;
+Text DefaultValuesReader::Value::initialText() const {
+    using Initial = Handler::Initial;
+    const Handler* handler = findHandler(dataType.value_or(std::string_view()));
+    switch (handler == nullptr ? Initial::kText : handler->initial) {
+        case Initial::kDefault:
+            return defaultText;
+        case Initial::kZero:
+            return kZero;
+        case Initial::kDefaultOrZero:
+            return defaultText.value_or(kZero);
+        default:
+            return text;
     }
-    if (OUtils::startsWithIgnoreCase(type, "checkproc")) {
-        return "0";
-    }
-    return OUtils::startsWithIgnoreCase(type, "checkfile") ? orElse(defaultText, "0") : text;
 }
-
-}  // namespace
 
 DefaultValuesReader::DefaultValuesReader(VariableStore& variables, Expressions& expressions,
                                          DefaultValueSources sources, DebugLog debugLog)
@@ -102,245 +106,209 @@ DefaultValuesReader::DefaultValuesReader(VariableStore& variables, Expressions& 
       debugLog_(debugLog),
       registry_(sources.system) {}
 
-namespace {
-
-constexpr std::size_t kHandlerCount = 8;
-
-}  // namespace
-
-const DefaultValuesReader::Handler* DefaultValuesReader::findHandler(const char* dataType) {
-    static constexpr Handler kHandlers[kHandlerCount + 1] = {
-        {"registry", &DefaultValuesReader::defineFromRegistry},
-        {"installvar", &DefaultValuesReader::defineFromInstalledVariable},
-        {"install_app", &DefaultValuesReader::defineFromInstalledApplication},
-        {"value", &DefaultValuesReader::defineFromExpression},
-        {"checkproc", &DefaultValuesReader::defineFromProcess},
-        {"cmdlinearg", &DefaultValuesReader::defineFromCommandLine},
-        {"checkfile", &DefaultValuesReader::defineFromFile},
-        {"envvar", &DefaultValuesReader::defineFromEnvironment},
-        {nullptr, nullptr},
+// The first word that the data type begins with counts, so that a longer word is taken for the keyword that
+// it begins with.
+const DefaultValuesReader::Handler* DefaultValuesReader::findHandler(std::string_view dataType) {
+    using Initial = Handler::Initial;
+    static constexpr Handler kHandlers[] = {
+        {"registry", &DefaultValuesReader::defineFromRegistry, Initial::kDefault},
+        {"installvar", &DefaultValuesReader::defineFromInstalledVariable, Initial::kText},
+        {"install_app", &DefaultValuesReader::defineFromInstalledApplication, Initial::kText},
+        {"value", &DefaultValuesReader::defineFromExpression, Initial::kText},
+        {"checkproc", &DefaultValuesReader::defineFromProcess, Initial::kZero},
+        {"cmdlinearg", &DefaultValuesReader::defineFromCommandLine, Initial::kText},
+        {"checkfile", &DefaultValuesReader::defineFromFile, Initial::kDefaultOrZero},
+        {"envvar", &DefaultValuesReader::defineFromEnvironment, Initial::kText},
     };
-    if (dataType == nullptr) {
-        return kHandlers;
-    }
-    for (const Handler& handler : kHandlers) {
-        // A longer word that begins with the keyword counts as the keyword.
-        if (handler.dataType != nullptr && OUtils::startsWithIgnoreCase(dataType, handler.dataType)) {
-            return &handler;
-        }
-    }
-    return nullptr;
+    const auto found = std::ranges::find_if(kHandlers, [dataType](const Handler& handler) {
+        return OUtils::startsWithIgnoreCase(dataType, handler.dataType.view());
+    });
+    return found == std::end(kHandlers) ? nullptr : &*found;
 }
 
-std::vector<const char*> DefaultValuesReader::dataTypes() {
-    std::vector<const char*> words;
-    for (const Handler* handler = findHandler(nullptr); handler->dataType != nullptr; ++handler) {
-        words.push_back(handler->dataType);
-    }
-    return words;
-}
-
-int DefaultValuesReader::readDefValues(const PXML& document) {
-    const std::int32_t section = document.findByName("DefValues");
+bool DefaultValuesReader::readDefValues(const PXML& document, const CommandLineArguments* arguments) {
+    const std::int32_t section = vocabulary::findElement(document, "DefValues");
     if (section < 0) {
-        return -1;
+        return false;
     }
-    std::vector<std::int32_t> children;
-    document.listChildren(section, children);
+    arguments_ = arguments;
+    const std::vector<std::int32_t> children = document.childrenOf(section);
     variables_.setInitializingDefaults(true);
     // The first pass lets a value refer to one that is defined further down.
     for (const std::int32_t child : children) {
-        if (isVariableElement(document, child)) {
-            declare(document, child);
+        if (vocabulary::isCalled(document, child, "Value")) {
+            declare(Value(document, child));
         }
     }
     for (std::size_t position = 0; position < children.size(); ++position) {
         define(document, children[position], position);
     }
     variables_.setInitializingDefaults(false);
-    return 0;
+    return true;
 }
 
-void DefaultValuesReader::declare(const PXML& document, std::int32_t node) {
-    Value value;
-    readAttributes(document, node, value);
-    if (value.useOld != nullptr && expressions_.evaluateCondition(value.useOld) != 0) {
+void DefaultValuesReader::declare(const Value& value) {
+    if ((value.useOld && expressions_.holds(value.useOld)) || !expressions_.holds(value.condition)) {
         return;
     }
-    if (expressions_.evaluateCondition(document.getAttribute(node, "Condition")) == 0) {
-        return;
-    }
-    const char* initial = initialText(value.dataType, value.defaultText, value.text);
-    if (initial != nullptr && value.name != nullptr) {
-        variables_.storeVariable(value.name, "", "", false, initial);
+    const Text initial = value.initialText();
+    if (initial && value.name) {
+        variables_.store(*value.name, {"", "", initial}, false);
     }
 }
 
 void DefaultValuesReader::define(const PXML& document, std::int32_t node, std::size_t position) {
-    if (!isVariableElement(document, node)) {
-        debugLog_.print("WARNING: Unrecognized tag type \"%s\" in <DefValues> tag!", document.getName(node));
+    if (!vocabulary::isCalled(document, node, "Value")) {
+        debugLog_.line("WARNING: Unrecognized tag type \"" + std::string(document.getName(node)) +
+                       "\" in <DefValues> tag!");
         return;
     }
-    Value value;
-    readAttributes(document, node, value);
-    if (value.dataType == nullptr || value.name == nullptr) {
+    Value value(document, node);
+    if (!value.dataType || !value.name) {
         warnOfMissing(value, position);
         return;
     }
-    if (expressions_.evaluateCondition(document.getAttribute(node, "Condition")) == 0) {
+    if (!expressions_.holds(value.condition)) {
         return;
     }
-    value.isStored = variables_.getVariable(value.name, value.current, sizeof value.current) >= 0;
-    value.mayOverwrite = mayOverwrite(value, value.isStored);
-    if (const Handler* handler = findHandler(value.dataType)) {
+    if (const std::optional<VariableReading> reading = variables_.read(*value.name, kNameLimit)) {
+        value.isStored = reading->isStored();
+        value.current = reading->value;
+    }
+    value.mayOverwrite = !value.isStored || !value.useOld || !expressions_.holds(value.useOld);
+    if (const Handler* handler = findHandler(*value.dataType)) {
         (this->*handler->define)(value);
     }
 }
 
 // The message says "Type" for the attribute DataType; tools look for these words.
 void DefaultValuesReader::warnOfMissing(const Value& value, std::size_t position) {
-    const bool both = value.dataType == nullptr && value.name == nullptr;
-    const std::string name = value.name == nullptr ? "" : std::string(" with name: ") + value.name;
-    debugLog_.print("WARNING: A variable in <DefValues> is missing %s%s%s attribute! (Value index: %d%s)",
-                    value.dataType == nullptr ? "\"Type\"" : "", both ? " and " : "",
-                    value.name == nullptr ? "\"Name\"" : "", static_cast<int>(position), name.c_str());
+    const bool both = !value.dataType && !value.name;
+    std::string line = "WARNING: A variable in <DefValues> is missing ";
+    line += value.dataType ? "" : "\"Type\"";
+    line += both ? " and " : "";
+    line += value.name ? "" : "\"Name\"";
+    line += " attribute! (Value index: " + std::to_string(position);
+    line += value.name ? " with name: " + std::string(*value.name) : "";
+    debugLog_.line(line + ")");
 }
 
-bool DefaultValuesReader::mayOverwrite(const Value& value, bool isStored) {
-    return !isStored || value.useOld == nullptr || expressions_.evaluateCondition(value.useOld) == 0;
-}
-
-void DefaultValuesReader::publish(const Value& value, const char* text) {
-    variables_.setDefaultValue(value.name, text);
+void DefaultValuesReader::publish(const Value& value, std::string_view text) {
+    variables_.setDefault(*value.name, text);
     if (value.mayOverwrite) {
-        variables_.setVariable(value.name, text);
+        variables_.set(*value.name, text);
     }
 }
 
 void DefaultValuesReader::defineFromRegistry(const Value& value) {
-    if (value.registryPlace == nullptr || value.registryKey == nullptr) {
+    if (!value.registryPlace || !value.registryKey) {
         return;
     }
-    char text[kRegistryText];
-    const RegistryQuery query = {value.registryPlace, value.registryKey, value.text, value.preferredKey};
-    if (registry_.lookUp(query, text, sizeof text) == 0) {
-        publish(value, text);
-    } else if (value.defaultText != nullptr && value.current[0] == '\0') {
-        publish(value, value.defaultText);
+    const RegistryQuery query = {*value.registryPlace, *value.registryKey,
+                                 value.text.value_or(std::string_view()),
+                                 value.preferredKey.value_or(std::string_view())};
+    if (const std::optional<std::string> text = registry_.lookUp(query)) {
+        publish(value, *text);
+    } else if (value.defaultText && value.current.empty()) {
+        publish(value, *value.defaultText);
     }
 }
 
 void DefaultValuesReader::defineFromInstalledVariable(const Value& value) {
-    if (value.applicationName == nullptr || value.text == nullptr) {
+    if (!value.applicationName || !value.text) {
         return;
     }
-    const auto log = sources_.system.applicationLogFile(value.applicationName);
-    std::string found;
-    if (log && sources_.logs.findVariableInLog(log->c_str(), value.text, found)) {
-        publish(value, found.c_str());
-    } else if (value.defaultText != nullptr) {
-        publish(value, value.defaultText);
+    const auto log = sources_.system.applicationLogFile(*value.applicationName);
+    const auto found = log ? sources_.logs.findVariableInLog(*log, *value.text) : std::nullopt;
+    if (found) {
+        publish(value, *found);
+    } else if (value.defaultText) {
+        publish(value, *value.defaultText);
     }
 }
 
 void DefaultValuesReader::defineFromInstalledApplication(const Value& value) {
-    if (value.text == nullptr || *value.text == '\0') {
+    if (!value.text || value.text->empty()) {
         return;
     }
-    if (value.defaultText != nullptr) {
-        variables_.setDefaultValue(value.name, value.defaultText);
+    if (value.defaultText) {
+        variables_.setDefault(*value.name, *value.defaultText);
     }
-    const bool isInstalled = sources_.system.findUninstallEntry(value.text, 0);
-    variables_.setVariable(value.name, isInstalled ? "1" : orElse(value.defaultText, "0"));
+    const bool isInstalled = sources_.system.findUninstallEntry(std::string(*value.text).c_str(), 0);
+    variables_.set(*value.name, isInstalled ? "1" : value.defaultText.value_or(kZero));
 }
 
 void DefaultValuesReader::defineFromExpression(const Value& value) {
-    char expansion[kShortText];
-    if (value.text == nullptr ||
-        expressions_.expandDollarVariables(value.text, expansion, sizeof expansion) == 0) {
+    const std::optional<std::string> expansion =
+        value.text ? expressions_.expandDollars(*value.text, kShortCapacity) : std::nullopt;
+    if (!expansion) {
         return;
     }
-    const bool replaces = value.mayOverwrite || value.current[0] == '\0';
-    variables_.storeVariable(value.name, replaces ? expansion : nullptr, value.text,
-                             staysRecalculated(value, expansion), expansion);
+    const bool replaces = value.mayOverwrite || value.current.empty();
+    variables_.store(*value.name, {replaces ? Text(*expansion) : std::nullopt, value.text, *expansion},
+                     staysRecalculated(value, *expansion));
 }
 
 // A value that the user changed in an earlier run stops following its expression.
-bool DefaultValuesReader::staysRecalculated(const Value& value, const char* expansion) {
+bool DefaultValuesReader::staysRecalculated(const Value& value, const std::string& expansion) {
     if (!isSwitchedOn(value.recalculate)) {
         return false;
     }
     if (!value.isStored || !isSwitchedOn(value.useOld)) {
         return true;
     }
-    char fresh[kShortText];
-    char current[kShortText];
-    OUtils::copyText(fresh, expansion, sizeof fresh);
-    OUtils::copyText(current, value.current, sizeof current);
-    OUtils::normalizePath(fresh);
-    OUtils::normalizePath(current);
-    return std::strcmp(fresh, current) == 0;
+    return normalized(expansion) == normalized(value.current);
 }
 
 void DefaultValuesReader::defineFromProcess(const Value& value) {
-    if (value.text == nullptr) {
+    if (!value.text) {
         return;
     }
-    char directory[OUtils::kPathCapacity];
-    const bool hasDirectory =
-        value.directory != nullptr &&
-        expressions_.expandVariables(value.directory, directory, sizeof directory, true) != 0;
-    if (hasDirectory) {
-        OUtils::normalizePath(directory);
-    }
-    const bool runs = sources_.system.isApplicationRunning(value.text, hasDirectory ? directory : "");
-    variables_.setVariable(value.name, runs ? "1" : "0");
+    const std::optional<std::string> directory =
+        value.directory ? expressions_.expand(*value.directory, kPathCapacity, true) : std::nullopt;
+    const std::string place = normalized(directory.value_or(""));
+    const bool runs = sources_.system.isApplicationRunning(*value.text, place);
+    variables_.set(*value.name, runs ? "1" : "0");
 }
 
 void DefaultValuesReader::defineFromCommandLine(const Value& value) {
-    const CommandLineArguments* arguments = sources_.arguments;
-    if (arguments == nullptr) {
-        return;
-    }
-    for (int i = arguments->getArgumentCount() - 1; i >= 0; --i) {
-        if (OUtils::equalsIgnoreCase(arguments->getArgumentName(i), value.name)) {
-            const char* argument = arguments->getArgumentValue(i);
-            variables_.setVariable(value.name, *argument == '\0' ? "1" : argument);
+    for (int i = arguments_ == nullptr ? 0 : arguments_->getArgumentCount(); i > 0; --i) {
+        if (OUtils::equalsIgnoreCase(arguments_->getArgumentName(i - 1), *value.name)) {
+            const std::string_view argument = arguments_->getArgumentValue(i - 1);
+            variables_.set(*value.name, argument.empty() ? "1" : argument);
             return;
         }
     }
-    if (value.text != nullptr) {
-        publish(value, value.text);
+    if (arguments_ != nullptr && value.text) {
+        publish(value, *value.text);
     }
 }
 
 void DefaultValuesReader::defineFromFile(const Value& value) {
-    char path[OUtils::kPathCapacity];
-    if (value.text == nullptr || expressions_.expandDollarVariables(value.text, path, sizeof path) == 0) {
+    const std::optional<std::string> expansion =
+        value.text ? expressions_.expandDollars(*value.text, kPathCapacity) : std::nullopt;
+    if (!expansion) {
         return;
     }
-    OUtils::normalizePath(path);
-    const char* fallback = orElse(value.defaultText, "0");
-    if (sources_.environment.fileExists(path)) {
-        variables_.setVariable(value.name, path);
-        variables_.setDefaultValue(value.name, fallback);
+    const std::string path = normalized(*expansion);
+    const std::string_view fallback = value.defaultText.value_or(kZero);
+    if (sources_.files.exists(path)) {
+        variables_.set(*value.name, path);
+        variables_.setDefault(*value.name, fallback);
         return;
     }
-    variables_.setVariable(value.name, fallback);
+    variables_.set(*value.name, fallback);
     if (!value.mayOverwrite) {
-        variables_.setDefaultValue(value.name, fallback);
-        debugLog_.print("WARNING: File check variables should NOT be used from previous installations!");
+        variables_.setDefault(*value.name, fallback);
+        debugLog_.line("WARNING: File check variables should NOT be used from previous installations!");
     }
 }
 
 void DefaultValuesReader::defineFromEnvironment(const Value& value) {
-    if (value.defaultText != nullptr) {
-        variables_.setDefaultValue(value.name, value.defaultText);
+    if (value.defaultText) {
+        variables_.setDefault(*value.name, *value.defaultText);
     }
-    std::string defined;
-    if (value.text != nullptr && sources_.environment.getEnvironment(value.text, defined)) {
-        variables_.setVariable(value.name, defined.c_str());
-    } else {
-        variables_.setVariable(value.name, orElse(value.defaultText, ""));
-    }
+    const std::optional<std::string> defined =
+        value.text ? sources_.environment.get(*value.text) : std::nullopt;
+    variables_.set(*value.name, defined ? std::string_view(*defined) : value.defaultText.value_or(""));
 }

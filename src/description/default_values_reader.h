@@ -2,26 +2,31 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <optional>
+#include <string_view>
 
 #include "description/registry_lookup.h"
 #include "support/debug_log.h"
 
+class AnswersFile;
 class CommandLineArguments;
-class EnvironmentAccess;
 class Expressions;
 class LogVariableSource;
 class PXML;
 class SystemOperations;
 class VariableStore;
+namespace platform {
+class Environment;
+class FileSystem;
+}  // namespace platform
 
-// Where default values come from beside the description.
+// Where default values come from beside the description. All of it outlives the readers.
 struct DefaultValueSources {
     SystemOperations& system;
-    EnvironmentAccess& environment;
+    platform::Environment& environment;
+    platform::FileSystem& files;
     LogVariableSource& logs;
-    // Null when there is no parsed command line.
-    const CommandLineArguments* const& arguments;
+    AnswersFile& answers;
 };
 
 // Fills the variables from the DefValues element of a document: the description's, or a configuration file's.
@@ -30,23 +35,19 @@ public:
     DefaultValuesReader(VariableStore& variables, Expressions& expressions, DefaultValueSources sources,
                         DebugLog debugLog);
 
-    // 0, or -1 when the document has no DefValues element. Everything else that is wrong is logged, and the
-    // variable in question stays as it was.
-    int readDefValues(const PXML& document);
-
-    // The words of the attribute DataType that have a meaning, in the order in which they are tried.
-    static std::vector<const char*> dataTypes();
+    // False when the document has no DefValues element. Everything else that is wrong is logged, and the
+    // variable in question stays as it was. `arguments` is null without a command line.
+    bool readDefValues(const PXML& document, const CommandLineArguments* arguments);
 
 private:
     struct Value;
     struct Handler;
-    static const Handler* findHandler(const char* dataType);
+    static const Handler* findHandler(std::string_view dataType);
 
-    void declare(const PXML& document, std::int32_t node);
+    void declare(const Value& value);
     void define(const PXML& document, std::int32_t node, std::size_t position);
     void warnOfMissing(const Value& value, std::size_t position);
-    bool mayOverwrite(const Value& value, bool isStored);
-    void publish(const Value& value, const char* text);
+    void publish(const Value& value, std::string_view text);
 
     void defineFromRegistry(const Value& value);
     void defineFromInstalledVariable(const Value& value);
@@ -56,11 +57,12 @@ private:
     void defineFromCommandLine(const Value& value);
     void defineFromFile(const Value& value);
     void defineFromEnvironment(const Value& value);
-    bool staysRecalculated(const Value& value, const char* expansion);
+    bool staysRecalculated(const Value& value, const std::string& expansion);
 
     VariableStore& variables_;
     Expressions& expressions_;
     DefaultValueSources sources_;
     DebugLog debugLog_;
     RegistryLookup registry_;
+    const CommandLineArguments* arguments_ = nullptr;  // of the reading that runs
 };

@@ -1,35 +1,37 @@
 #include "description/dialog_buttons.h"
 
-#include "base/text_functions.h"
+#include <algorithm>
+
+#include "description/vocabulary_lookup.h"
 
 namespace DialogButtons {
 
 namespace {
 
 struct Preset {
-    const char* name;
     std::uint32_t flags;
-    std::int32_t shift;  // where the flags hold kButtonHasShift
-    const char* action;  // where the flags hold kButtonHasAction
+    std::int32_t shift;       // where the flags hold kButtonHasShift
+    std::string_view action;  // where the flags hold kButtonHasAction
 };
 
-// The variable of the last two is fixed, whatever variable the description gives that role.
-constexpr Preset kPresets[] = {
-    {"Next", kButtonHasShift | kButtonDefault, 1, nullptr},
-    {"Back", kButtonHasShift, -1, nullptr},
-    {"Cancel", kButtonHasAction, 0, "Cancel"},
-    {"Help", kButtonHasAction, 0, "Help"},
-    {"Customize", kButtonHasShift | kButtonHasAction, 1, "[CUSTOMIZE]='1'"},
-    {"Express", kButtonHasShift | kButtonHasAction, -1, "[CUSTOMIZE]='0'"},
+// The variable of the last two is fixed: descriptions rely on it, also where they give the role of
+// CustomizeSettings to another one.
+constexpr vocabulary::Row<Preset> kPresets[] = {
+    {"Next", {kButtonHasShift | kButtonDefault, 1, {}}},
+    {"Back", {kButtonHasShift, -1, {}}},
+    {"Cancel", {kButtonHasAction, 0, "Cancel"}},
+    {"Help", {kButtonHasAction, 0, "Help"}},
+    {"Customize", {kButtonHasShift | kButtonHasAction, 1, "[CUSTOMIZE]='1'"}},
+    {"Express", {kButtonHasShift | kButtonHasAction, -1, "[CUSTOMIZE]='0'"}},
 };
 
 constexpr std::int32_t kFurnitureWidth = 500;
 constexpr std::int32_t kFurnitureHeight = 390;
 constexpr std::int32_t kFurnitureRow = 50;  // the buttons' distance from the bottom
 
-constexpr const char* kDialogsWithoutBack[] = {"Welcome", "Finish", "BadFinish"};
+constexpr std::string_view kDialogsWithoutBack[] = {"Welcome", "Finish", "BadFinish"};
 
-DialogButtonDesc furnitureButton(const char* label, std::int32_t x, DialogAlign side) {
+DialogButtonDesc furnitureButton(std::string_view label, std::int32_t x, DialogAlign side) {
     DialogButtonDesc button;
     button.label.assign(label);
     button.x = x;
@@ -39,7 +41,7 @@ DialogButtonDesc furnitureButton(const char* label, std::int32_t x, DialogAlign 
     return button;
 }
 
-DialogButtonDesc shiftButton(const char* label, std::int32_t x, std::int32_t shift) {
+DialogButtonDesc shiftButton(std::string_view label, std::int32_t x, std::int32_t shift) {
     DialogButtonDesc button = furnitureButton(label, x, kAlignRight);
     button.flags = kButtonHasShift;
     button.shift = shift;
@@ -59,37 +61,24 @@ DialogElementDesc furnitureLine() {
 }
 
 bool hasBack(const DialogDesc& dialog) {
-    for (const char* name : kDialogsWithoutBack) {
-        if (dialog.name.view() == name) {
-            return false;
-        }
-    }
-    return true;
+    const auto end = std::end(kDialogsWithoutBack);
+    return std::find(std::begin(kDialogsWithoutBack), end, dialog.name.view()) == end;
 }
 
 }  // namespace
 
-void preset(DialogButtonDesc& button, const char* name) {
-    for (const Preset& known : kPresets) {
-        if (OUtils::equalsIgnoreCase(known.name, name)) {
-            button.flags |= known.flags;
-            if ((known.flags & kButtonHasShift) != 0) {
-                button.shift = known.shift;
-            }
-            if ((known.flags & kButtonHasAction) != 0) {
-                button.action.assign(known.action);
-            }
-            return;
-        }
+void preset(DialogButtonDesc& button, std::string_view name) {
+    const std::optional<Preset> known = vocabulary::meaningOf(kPresets, name);
+    if (!known) {
+        return;
     }
-}
-
-std::vector<std::string_view> presetNames() {
-    std::vector<std::string_view> names;
-    for (const Preset& known : kPresets) {
-        names.emplace_back(known.name);
+    button.flags |= known->flags;
+    if ((known->flags & kButtonHasShift) != 0) {
+        button.shift = known->shift;
     }
-    return names;
+    if ((known->flags & kButtonHasAction) != 0) {
+        button.action.assign(known->action);
+    }
 }
 
 void addStandardFurniture(DialogDesc& dialog) {

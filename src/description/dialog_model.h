@@ -7,17 +7,17 @@
 #include <vector>
 
 #include "base/fixed_text.h"
-#include "description/dlg_condition.h"
 
+class InstallerUI;
 // Bits of DialogDesc::special.
 enum DialogSpecial : std::uint32_t {
     kDialogBadFinish = 1,       // an error ending; the search for the last ordinary page passes over it
     kDialogHasSubDialogs = 2,   // a frame around sub-dialogs
     kDialogAutoNext = 4,        // moves on by itself as soon as its work is done
     kDialogFinish = 8,          // leaving it ends the session
-    kDialogWeakCondition = 16,  // a DlgCondition that fails doesn't hold the user back
+    kDialogWeakCondition = 16,  // a closed gate doesn't hold the user back
     kDialogBusy = 32,           // busy while its DlgEval triggers run
-    kDialogAutomated = 64,      // the console waits here until the DlgCondition holds
+    kDialogAutomated = 64,      // the console waits here until the gate is open
 };
 
 enum DialogElementKind : std::int32_t {
@@ -160,6 +160,14 @@ struct TriggerDesc {
     FixedText<512> condition;
 };
 
+// What holds the user on a page. Made when the page is first entered.
+class PageGate {
+public:
+    virtual ~PageGate() = default;
+    // True when the user may go on. May show on `ui` what the user has to wait for.
+    virtual bool isOpen(InstallerUI& ui) = 0;
+};
+
 // A dialog or a sub-dialog.
 struct DialogDesc {
     FixedText<200> name;  // the page's kind
@@ -168,8 +176,8 @@ struct DialogDesc {
     std::int32_t height = 520;
     std::int32_t backgroundColour = -1;
     std::int32_t foregroundColour = -1;
-    std::uint32_t special = 0;                // a set of DialogSpecial
-    std::shared_ptr<DlgCondition> condition;  // null until the page needs one; pages may share it
+    std::uint32_t special = 0;       // a set of DialogSpecial
+    std::shared_ptr<PageGate> gate;  // null until the page needs one; pages may share it
     FixedText<512> conditionText;
     std::vector<DialogFieldDesc> fields;
     std::vector<DialogElementDesc> elements;

@@ -5,6 +5,7 @@
 #include "description/dialog_buttons.h"
 #include "description/dialog_words.h"
 #include "description/pxml.h"
+#include "description/vocabulary_lookup.h"
 #include "support/debug_log.h"
 
 namespace {
@@ -13,8 +14,8 @@ constexpr std::int32_t kDialogWidth = 760;
 constexpr std::int32_t kDialogHeight = 520;
 
 // The two characters backslash and n stand for a line end.
-std::string withLineEnds(const char* text) {
-    std::string out = text == nullptr ? "" : text;
+std::string withLineEnds(std::string_view text) {
+    std::string out(text);
     for (std::size_t at = out.find("\\n"); at != std::string::npos; at = out.find("\\n", at + 2)) {
         out[at] = '\r';
         out[at + 1] = '\n';
@@ -22,39 +23,37 @@ std::string withLineEnds(const char* text) {
     return out;
 }
 
-bool isPresent(const char* text) {
-    return text != nullptr && *text != '\0';
-}
-
 }  // namespace
 
-int DialogReader::readDialogs(bool useUninstallDialogs) {
+bool DialogReader::readDialogs(bool useUninstallDialogs) {
     uninstalling_ = useUninstallDialogs;
     model_.clear();
+    const vocabulary::ElementName forInstalling = "Dialogs";
+    const vocabulary::ElementName forUninstalling = "UninstallDialogs";
     const std::int32_t section =
-        description_.findByName(useUninstallDialogs ? "UninstallDialogs" : "Dialogs");
+        vocabulary::findElement(description_, useUninstallDialogs ? forUninstalling : forInstalling);
     if (section < 0) {
-        return -1;
+        return false;
     }
-    // The count is never set back: only dialogs ahead of the first button of all get the furniture.
+    // The count is never set back: only dialogs before the first button of all get the furniture.
     int buttons = 0;
-    for (const std::int32_t node : childrenOf(section)) {
+    for (const std::int32_t node : description_.childrenOf(section)) {
         DialogDesc dialog;
         dialog.node = node;
         buttons += readPage(dialog);
         if (dialog.has(kDialogHasSubDialogs)) {
-            const int more = readSubDialogs(dialog);
-            if (more < 0) {
-                return more;
+            const std::optional<int> more = readSubDialogs(dialog);
+            if (!more) {
+                return false;
             }
-            buttons += more;
+            buttons += *more;
         }
         if (buttons == 0) {
             DialogButtons::addStandardFurniture(dialog);
         }
         model_.add(std::move(dialog));
     }
-    return 0;
+    return true;
 }
 
 // Returns the number of buttons.
@@ -76,19 +75,20 @@ void DialogReader::readCommon(DialogDesc& dialog) {
     dialog.foregroundColour = colour(node, "FgColour");
     dialog.special = DialogWords::special(attribute(node, "Special"));
     dialog.conditionText.assign(attribute(node, "Condition"));
-    OUtils::splitText(attribute(node, "Retain"), ';', dialog.retain);
+    vocabulary::forEachWord(attribute(node, "Retain"),
+                            [&](std::string_view name) { dialog.retain.emplace_back(name); });
 }
 
 // Sub-dialogs come in the order of the tasks that name them; what no task names isn't read. Returns the
-// number of buttons, or -1.
-int DialogReader::readSubDialogs(DialogDesc& dialog) {
-    if (readTaskList(dialog) != 0) {
-        return -1;
+// number of buttons, or nothing where a part is missing.
+std::optional<int> DialogReader::readSubDialogs(DialogDesc& dialog) {
+    if (!readTaskList(dialog)) {
+        return std::nullopt;
     }
-    const std::int32_t section = description_.findChild(dialog.node, "SubDialogs");
+    const std::int32_t section = vocabulary::findChild(description_, dialog.node, "SubDialogs");
     if (section < 0) {
         debugLog_.print("ERROR: Could NOT find <SubDialogs> tag! (parent: %s)", dialog.name.c_str());
-        return -1;
+        return std::nullopt;
     }
     int buttons = 0;
     for (const TaskDesc& task : dialog.tasks) {
@@ -102,13 +102,13 @@ int DialogReader::readSubDialogs(DialogDesc& dialog) {
     return buttons;
 }
 
-int DialogReader::readTaskList(DialogDesc& dialog) {
-    const std::int32_t section = description_.findChild(dialog.node, "TaskList");
+bool DialogReader::readTaskList(DialogDesc& dialog) {
+    const std::int32_t section = vocabulary::findChild(description_, dialog.node, "TaskList");
     if (section < 0) {
         debugLog_.print("ERROR: Could NOT find <TaskList> tag! (parent: %s)", dialog.name.c_str());
-        return -1;
+        return false;
     }
-    for (const std::int32_t node : childrenOf(section)) {
+    for (const std::int32_t node : description_.childrenOf(section)) {
         TaskDesc task;
         task.name.assign(description_.getName(node));
         task.currentLabel.assign(attribute(node, "CurrentLabel"));
@@ -118,14 +118,14 @@ int DialogReader::readTaskList(DialogDesc& dialog) {
         task.enableCondition.assign(attribute(node, "EnableCondition"));
         dialog.tasks.push_back(task);
     }
-    return 0;
+    return true;
 }
 
 void DialogReader::readElements(DialogDesc& dialog) {
-    for (const std::int32_t node : childrenOf(dialog.node)) {
-        const std::int32_t kind = DialogWords::elementKind(description_.getName(node));
+    for (const std::int32_t node : description_.childrenOf(dialog.node)) {
+        const std::optional<std::int32_t> kind = DialogWords::elementKind(description_.getName(node));
         DialogElementDesc element;
-        if (kind >= 0 && readElement(node, kind, element)) {
+        if (kind && readElement(node, *kind, element)) {
             dialog.elements.push_back(std::move(element));
         }
     }
@@ -144,7 +144,7 @@ bool DialogReader::readElement(std::int32_t node, std::int32_t kind, DialogEleme
     outElement.condition.assign(attribute(node, "Condition"));
     outElement.details.assign(attribute(node, "Details"));
     outElement.format.assign(attribute(node, "Format"));
-    outElement.text = withLineEnds(description_.getText(node));
+    outElement.text = withLineEnds(textOf(node));
     outElement.horizontalAlign = DialogWords::horizontalAlign(attribute(node, "HAlign"));
     outElement.verticalAlign = DialogWords::verticalAlign(attribute(node, "VAlign"));
     outElement.backgroundColour = colour(node, "BkgColour");
@@ -156,24 +156,25 @@ void DialogReader::readFields(DialogDesc& dialog) {
     if (uninstalling_) {
         return;
     }
-    for (const std::int32_t node : childrenOf(dialog.node)) {
+    for (const std::int32_t node : description_.childrenOf(dialog.node)) {
         DialogFieldDesc field;
-        if (OUtils::equalsIgnoreCase(description_.getName(node), "Field") && readField(node, dialog, field)) {
+        if (vocabulary::isCalled(description_, node, "Field") && readField(node, dialog, field)) {
             dialog.fields.push_back(field);
         }
     }
 }
 
 bool DialogReader::readField(std::int32_t node, const DialogDesc& dialog, DialogFieldDesc& outField) {
-    const char* type = attribute(node, "Type");
-    outField.type = DialogWords::fieldType(type);
-    if (outField.type < 0) {
-        debugLog_.print("WARNING: Unrecognized field type = %s (Parent dlg name: %s)",
-                        type == nullptr ? "" : type, dialog.name.c_str());
+    const std::string_view word = attribute(node, "Type");
+    const std::optional<std::int32_t> type = DialogWords::fieldType(word);
+    if (!type) {
+        debugLog_.line("WARNING: Unrecognized field type = " + std::string(word) +
+                       " (Parent dlg name: " + dialog.name.c_str() + ")");
         return false;
     }
+    outField.type = *type;
     outField.label.assign(attribute(node, "Label"));
-    outField.variable.assign(description_.getText(node));
+    outField.variable.assign(textOf(node));
     outField.x = numberOr(node, "x", -1);
     outField.y = numberOr(node, "y", -1);
     outField.width = numberOr(node, "w", -1);
@@ -197,9 +198,9 @@ bool DialogReader::readField(std::int32_t node, const DialogDesc& dialog, Dialog
 
 int DialogReader::readButtons(DialogDesc& dialog) {
     int count = 0;
-    for (const std::int32_t node : childrenOf(dialog.node)) {
+    for (const std::int32_t node : description_.childrenOf(dialog.node)) {
         DialogButtonDesc button;
-        if (OUtils::equalsIgnoreCase(description_.getName(node), "Button") && readButton(node, button)) {
+        if (vocabulary::isCalled(description_, node, "Button") && readButton(node, button)) {
             dialog.buttons.push_back(button);
             ++count;
         }
@@ -208,8 +209,8 @@ int DialogReader::readButtons(DialogDesc& dialog) {
 }
 
 bool DialogReader::readButton(std::int32_t node, DialogButtonDesc& outButton) {
-    const char* label = description_.getText(node);
-    if (!isPresent(label) || !hasPosition(node)) {
+    const std::string_view label = textOf(node);
+    if (label.empty() || !hasPosition(node)) {
         return false;
     }
     outButton.label.assign(label);
@@ -218,7 +219,7 @@ bool DialogReader::readButton(std::int32_t node, DialogButtonDesc& outButton) {
     outButton.action.assign(attribute(node, "Action"));
     outButton.shift = numberOr(node, "DialogShift", 0);
     outButton.flags = (outButton.shift != 0 ? kButtonHasShift : 0U) |
-                      (attribute(node, "Action") != nullptr ? kButtonHasAction : 0U) |
+                      (has(node, "Action") ? kButtonHasAction : 0U) |
                       (numberOr(node, "LinkStyle", 0) == 1 ? kButtonLinkStyle : 0U) |
                       (numberOr(node, "Disableable", 0) == 1 ? kButtonDisableable : 0U) |
                       (numberOr(node, "Default", 0) == 1 ? kButtonDefault : 0U);
@@ -237,8 +238,8 @@ bool DialogReader::readButton(std::int32_t node, DialogButtonDesc& outButton) {
 }
 
 void DialogReader::readTriggers(DialogDesc& dialog) {
-    for (const std::int32_t node : childrenOf(dialog.node)) {
-        if (OUtils::equalsIgnoreCase(description_.getName(node), "Trigger")) {
+    for (const std::int32_t node : description_.childrenOf(dialog.node)) {
+        if (vocabulary::isCalled(description_, node, "Trigger")) {
             readTrigger(node, dialog);
         }
     }
@@ -248,53 +249,54 @@ void DialogReader::readTrigger(std::int32_t node, DialogDesc& dialog) {
     TriggerDesc trigger;
     trigger.when = DialogWords::triggerMoments(attribute(node, "EvaluateOn"));
     trigger.type = readTriggerType(node, dialog);
-    const char* value = attribute(node, "Value");
     const bool needsValue = trigger.type != kTriggerVarReset && trigger.type != kTriggerVarRecalculation;
-    if (trigger.when == 0 || (needsValue && value == nullptr)) {
+    if (trigger.when == 0 || (needsValue && !has(node, "Value"))) {
         debugLog_.print("WARNING: Extracted a trigger with no type nor specified value (Parent dlg name: %s)",
                         dialog.name.c_str());
         return;
     }
     trigger.variable.assign(attribute(node, "Variable"));
-    trigger.value.assign(value);
+    trigger.value.assign(attribute(node, "Value"));
     trigger.condition.assign(attribute(node, "Condition"));
     dialog.triggers.push_back(trigger);
 }
 
 std::int32_t DialogReader::readTriggerType(std::int32_t node, const DialogDesc& dialog) {
-    const char* word = attribute(node, "Type");
-    if (word == nullptr) {
+    if (!has(node, "Type")) {
         return kTriggerVarChange;
     }
-    const std::int32_t type = DialogWords::triggerType(word);
-    if (type < 0) {
-        debugLog_.print("WARNING: Unrecognized trigger type = %s (Parent dlg name: %s)", word,
-                        dialog.name.c_str());
+    const std::string_view word = attribute(node, "Type");
+    const std::optional<std::int32_t> type = DialogWords::triggerType(word);
+    if (!type) {
+        debugLog_.line("WARNING: Unrecognized trigger type = " + std::string(word) +
+                       " (Parent dlg name: " + dialog.name.c_str() + ")");
     }
-    return type < 0 ? kTriggerVarChange : type;
+    return type.value_or(kTriggerVarChange);
 }
 
-std::vector<std::int32_t> DialogReader::childrenOf(std::int32_t node) const {
-    std::vector<std::int32_t> children;
-    description_.listChildren(node, children);
-    return children;
+std::string_view DialogReader::textOf(std::int32_t node) const {
+    return description_.getText(node).value_or(std::string_view());
 }
 
-const char* DialogReader::attribute(std::int32_t node, const char* name) const {
-    return description_.getAttribute(node, name);
+std::string_view DialogReader::attribute(std::int32_t node, vocabulary::AttributeName name) const {
+    return vocabulary::attributeOf(description_, node, name).value_or(std::string_view());
+}
+
+bool DialogReader::has(std::int32_t node, vocabulary::AttributeName name) const {
+    return vocabulary::hasAttribute(description_, node, name);
 }
 
 bool DialogReader::hasPosition(std::int32_t node) const {
-    return attribute(node, "x") != nullptr && attribute(node, "y") != nullptr;
+    return has(node, "x") && has(node, "y");
 }
 
-std::int32_t DialogReader::numberOr(std::int32_t node, const char* name, std::int32_t fallback) const {
-    const char* text = attribute(node, name);
-    return text == nullptr ? fallback : OUtils::textToInteger(text);
+std::int32_t DialogReader::numberOr(std::int32_t node, vocabulary::AttributeName name,
+                                    std::int32_t fallback) const {
+    return has(node, name) ? OUtils::textToInteger(std::string(attribute(node, name)).c_str()) : fallback;
 }
 
-std::int32_t DialogReader::colour(std::int32_t node, const char* name) const {
-    return theme_.parseColour(attribute(node, name));
+std::int32_t DialogReader::colour(std::int32_t node, vocabulary::AttributeName name) const {
+    return theme_.parseColour(vocabulary::attributeOf(description_, node, name));
 }
 
 // Buttons know no centre.

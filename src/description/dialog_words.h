@@ -1,34 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
-#include <vector>
 
-// The words of dialogs in the description, each with the number that it stands for. Words ignore ASCII case;
-// a null word is unknown.
+// The words of dialogs in the description, each with the number that it stands for in the dialog model. Words
+// ignore ASCII case.
 namespace DialogWords {
 
-// The kind of an element by its XML name; -1 when it isn't one.
-std::int32_t elementKind(const char* word);
-// The type of a field; -1 when unknown.
-std::int32_t fieldType(const char* word);
-// Alignments; 0 when unknown.
-std::int32_t horizontalAlign(const char* word);
-std::int32_t verticalAlign(const char* word);
-// The type of a trigger; -1 when unknown.
-std::int32_t triggerType(const char* word);
+// Nothing for an unknown word.
+std::optional<std::int32_t> elementKind(std::string_view name);
+std::optional<std::int32_t> fieldType(std::string_view word);
+std::optional<std::int32_t> triggerType(std::string_view word);
+// 0 for an unknown word.
+std::int32_t horizontalAlign(std::string_view word);
+std::int32_t verticalAlign(std::string_view word);
 
-// Lists of words separated by `;`, as a set of bits; unknown words and null add nothing.
-std::uint32_t special(const char* words);
-std::uint32_t triggerMoments(const char* words);
-
-// All words of a kind, so that the manual can be held against them.
-std::vector<std::string_view> allElementKinds();
-std::vector<std::string_view> allFieldTypes();
-std::vector<std::string_view> allHorizontalAligns();
-std::vector<std::string_view> allVerticalAligns();
-std::vector<std::string_view> allTriggerTypes();
-std::vector<std::string_view> allSpecials();
-std::vector<std::string_view> allTriggerMoments();
+// Lists of words separated by `;`, as a set of bits; unknown words add nothing.
+std::uint32_t special(std::string_view words);
+std::uint32_t triggerMoments(std::string_view words);
 
 }  // namespace DialogWords

@@ -44,11 +44,6 @@ public:
         return evaluate(condition.value_or(std::string_view())).value_or(true);
     }
 
-    // The same with buffers and numbers; for callers that have not moved yet.
-    int expandVariables(const char* source, char* destination, int size, bool stopOnMissing);
-    int expandDollarVariables(const char* source, char* destination, int size);
-    int evaluateCondition(const char* text);
-
 private:
     VariableLookup& variables_;
     DebugLog debugLog_;

@@ -6,16 +6,28 @@
 #include "base/text_functions.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
+#include "description/vocabulary_lookup.h"
+
+using vocabulary::attributeOf;
+using vocabulary::findElement;
+using vocabulary::hasAttribute;
 
 namespace {
+
+constexpr std::size_t kPathLimit = 1559;
 
 std::string cut(std::string_view text, std::size_t limit) {
     return std::string(text.substr(0, limit));
 }
 
-std::string cutAttribute(const PXML& description, std::int32_t node, const char* name, std::size_t limit) {
-    const char* value = description.getAttribute(node, name);
-    return value == nullptr ? std::string() : cut(value, limit);
+// Empty for a missing attribute.
+std::string_view attributeOrEmpty(const PXML& description, std::int32_t node,
+                                  vocabulary::AttributeName name) {
+    return attributeOf(description, node, name).value_or(std::string_view());
+}
+
+std::int32_t numberOf(const PXML& description, std::int32_t node, vocabulary::AttributeName name) {
+    return OUtils::textToInteger(std::string(attributeOrEmpty(description, node, name)).c_str());
 }
 
 std::string withoutSeparators(std::string_view text) {
@@ -26,6 +38,13 @@ std::string withoutSeparators(std::string_view text) {
     return flat;
 }
 
+// As joining paths does everywhere: one separator, none after an empty path, and a path that is full stays.
+void appendComponent(std::string& path, std::string_view name) {
+    path.resize(kPathLimit + 1);
+    OUtils::joinPath(path.data(), std::string(name).c_str(), kPathLimit + 1);
+    path.resize(path.find('\0'));
+}
+
 }  // namespace
 
 void FileSets::readFileSets(const SizeOfAlias& sizeOfAlias) {
@@ -33,66 +52,63 @@ void FileSets::readFileSets(const SizeOfAlias& sizeOfAlias) {
     fileSets_.clear();
     files_.clear();
     readInstallTypes();
-    for (std::int32_t node = description_.findByName("FileSet"); node >= 0;
-         node = description_.findByName("FileSet", node)) {
+    for (std::int32_t node = findElement(description_, "FileSet"); node >= 0;
+         node = findElement(description_, "FileSet", node)) {
         readFileSet(node, sizeOfAlias);
     }
 }
 
 void FileSets::readInstallTypes() {
-    for (std::int32_t node = description_.findByName("InstallType"); node >= 0;
-         node = description_.findByName("InstallType", node)) {
+    for (std::int32_t node = findElement(description_, "InstallType"); node >= 0;
+         node = findElement(description_, "InstallType", node)) {
         InstallType type;
-        type.name.assign(description_.getAttribute(node, "Name"));
-        type.description.assign(description_.getText(description_.findRelative(node, "Desc")));
-        const char* editFileSets = description_.getAttribute(node, "EditFileSets");
-        if (editFileSets != nullptr) {
-            type.editFileSets = OUtils::textToInteger(editFileSets);
-            type.isDefault = OUtils::textToInteger(description_.getAttribute(node, "Default"));
+        type.name.assign(attributeOrEmpty(description_, node, "Name"));
+        const std::int32_t text = vocabulary::findChild(description_, node, "Desc");
+        type.description.assign(description_.getText(text).value_or(std::string_view()));
+        if (hasAttribute(description_, node, "EditFileSets")) {
+            type.editFileSets = numberOf(description_, node, "EditFileSets");
+            type.isDefault = numberOf(description_, node, "Default");
         }
         installTypes_.push_back(type);
     }
 }
 
 void FileSets::readFileSet(std::int32_t node, const SizeOfAlias& sizeOfAlias) {
-    const char* name = description_.getAttribute(node, "Name");
-    if (name == nullptr) {
+    const std::optional<std::string_view> name = attributeOf(description_, node, "Name");
+    if (!name) {
         return;
     }
     FileSet fileSet;
-    fileSet.name.assign(name);
-    fileSet.description.assign(description_.getAttribute(node, "Desc"));
-    fileSet.condition.assign(description_.getAttribute(node, "Condition"));
+    fileSet.name.assign(*name);
+    fileSet.description.assign(attributeOrEmpty(description_, node, "Desc"));
+    fileSet.condition.assign(attributeOrEmpty(description_, node, "Condition"));
     fileSets_.push_back(fileSet);
-    std::vector<std::int32_t> children;
-    description_.listChildren(node, children);
+    const std::vector<std::int32_t> children = description_.childrenOf(node);
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
         readFile(*child, sizeOfAlias);
     }
 }
 
 void FileSets::readFile(std::int32_t node, const SizeOfAlias& sizeOfAlias) {
-    const char* text = description_.getText(node);
-    if (!OUtils::equalsIgnoreCase(description_.getName(node), "FN") || text == nullptr || *text == '\0') {
+    const std::string_view text = description_.getText(node).value_or(std::string_view());
+    if (!vocabulary::isCalled(description_, node, "FN") || text.empty()) {
         return;
     }
-    const auto has = [&](const char* attribute) {
-        return description_.getAttribute(node, attribute) != nullptr;
-    };
+    const auto has = [&](vocabulary::AttributeName name) { return hasAttribute(description_, node, name); };
+    const std::optional<std::string_view> alias = attributeOf(description_, node, "Alias");
     FileEntry entry;
     entry.fileSet = static_cast<std::int32_t>(fileSets_.size()) - 1;
-    entry.dest = cutAttribute(description_, node, "Dest", FileEntry::kDestLimit);
-    const char* alias = description_.getAttribute(node, "Alias");
-    entry.alias = cut(alias != nullptr ? std::string(alias) : withoutSeparators(text), FileEntry::kNameLimit);
+    entry.dest = cut(attributeOrEmpty(description_, node, "Dest"), FileEntry::kDestLimit);
+    entry.alias = cut(alias ? std::string(*alias) : withoutSeparators(text), FileEntry::kNameLimit);
     entry.fileName = cut(OUtils::lastPathComponent(text), FileEntry::kNameLimit);
-    entry.condition = cutAttribute(description_, node, "Condition", FileEntry::kConditionLimit);
+    entry.condition = cut(attributeOrEmpty(description_, node, "Condition"), FileEntry::kConditionLimit);
     entry.size = sizeOfAlias ? sizeOfAlias(entry.alias) : 0;
     entry.expandVars = has("ExpandVarsInFile");
     entry.executable = has("Executable");
     entry.okIfMissing = has("OkIfMissing");
     entry.backupExisting = has("BackupExisting");
     entry.stripExeExt = entry.executable && has("StripExeExt") &&
-                        expressions_.evaluateCondition(description_.getAttribute(node, "StripExeExt")) != 0;
+                        expressions_.holds(attributeOf(description_, node, "StripExeExt"));
     files_.push_back(std::move(entry));
 }
 
@@ -103,34 +119,28 @@ void FileSets::indexAliases() {
     }
     indexedNodes_ = description_.getNodeCount();
     nodesByAlias_.clear();
-    for (std::int32_t set = description_.findByName("FileSet"); set >= 0;
-         set = description_.findByName("FileSet", set)) {
-        std::vector<std::int32_t> children;
-        description_.listChildren(set, children);
+    for (std::int32_t set = findElement(description_, "FileSet"); set >= 0;
+         set = findElement(description_, "FileSet", set)) {
+        const std::vector<std::int32_t> children = description_.childrenOf(set);
         for (auto child = children.rbegin(); child != children.rend(); ++child) {
-            if (const char* alias = description_.getAttribute(*child, "Alias")) {
-                nodesByAlias_.try_emplace(alias, *child);
+            if (const std::optional<std::string_view> alias = attributeOf(description_, *child, "Alias")) {
+                nodesByAlias_.try_emplace(*alias, *child);
             }
         }
     }
 }
 
-int FileSets::getFilePathByAlias(const char* alias, char* buffer, int size) {
-    if (alias == nullptr) {
-        return -1;
-    }
+std::optional<std::string> FileSets::pathOfAlias(std::string_view alias) {
     indexAliases();
     const auto found = nodesByAlias_.find(alias);
     const std::int32_t node = found == nodesByAlias_.end() ? -1 : found->second;
-    const char* dest = description_.getAttribute(node, "Dest");
-    const char* text = description_.getText(node);
-    if (dest == nullptr || text == nullptr || *text == '\0') {
-        return -1;
+    const std::optional<std::string_view> dest = attributeOf(description_, node, "Dest");
+    const std::string_view text = description_.getText(node).value_or(std::string_view());
+    if (!dest || text.empty()) {
+        return std::nullopt;
     }
-    char path[OUtils::kPathCapacity];
-    expressions_.expandVariables(dest, path, sizeof path, false);
-    OUtils::joinPath(path, std::string(OUtils::lastPathComponent(text)).c_str(), sizeof path);
-    OUtils::setSeparators(path);
-    OUtils::copyText(buffer, path, size);
-    return -1;
+    std::string path = expressions_.expand(*dest, kPathLimit + 1).value_or("");
+    appendComponent(path, OUtils::lastPathComponent(text));
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
 }

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -60,10 +62,9 @@ public:
     // All files of all sets, in the order in which they are installed.
     const std::vector<FileEntry>& getFiles() const { return files_; }
 
-    // Where the file with this attribute Alias is installed. The result is always -1: `buffer` of `size`
-    // bytes gets the path with `\` as separator, or stays as it was when there is no such file or it has no
-    // Dest.
-    int getFilePathByAlias(const char* alias, char* buffer, int size);
+    // Where the file with this attribute Alias is installed, with `\` as separator. Nothing when there is no
+    // such file or it has no Dest.
+    std::optional<std::string> pathOfAlias(std::string_view alias);
 
 private:
     void readInstallTypes();
@@ -76,6 +77,6 @@ private:
     std::vector<InstallType> installTypes_;
     std::vector<FileSet> fileSets_;
     std::vector<FileEntry> files_;
-    std::unordered_map<std::string, std::int32_t> nodesByAlias_;
+    std::unordered_map<std::string_view, std::int32_t> nodesByAlias_;
     std::int32_t indexedNodes_ = 0;  // how large the document was when the aliases were indexed
 };

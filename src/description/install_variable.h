@@ -9,8 +9,6 @@
 struct InstallVariable {
     static constexpr std::size_t kNameLimit = 1023;
     static constexpr std::size_t kTextLimit = VariableLookup::kTextLimit;
-    // With a terminator; for callers that have not moved yet.
-    static constexpr std::size_t kTextCapacity = kTextLimit + 1;
 
     std::string name;          // the spelling of the last store
     std::string value;         // the current value

@@ -2,18 +2,19 @@
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
-#include "description/environment_access.h"
-#include "support/debug_log.h"
+#include "description/vocabulary.h"
+#include "platform/environment.h"
+#include "platform/file_system.h"
 
 struct PredefinedVariables::Entry {
-    const char* name;
+    vocabulary::WordName name;
     // Nothing when the value can't be had.
     std::optional<std::string> (PredefinedVariables::*get)();
 };
 
-PredefinedVariables::PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment,
-                                         DebugLog debugLog)
-    : isGraphical_(isGraphical), environment_(environment), debugLog_(debugLog) {}
+PredefinedVariables::PredefinedVariables(const std::int32_t& isGraphical, platform::Environment& environment,
+                                         platform::FileSystem& files, DebugLog debugLog)
+    : isGraphical_(isGraphical), environment_(environment), files_(files), debugLog_(debugLog) {}
 
 const PredefinedVariables::Entry PredefinedVariables::kEntries[] = {
     {"GUI_INSTALL", &PredefinedVariables::guiInstall},
@@ -24,17 +25,9 @@ const PredefinedVariables::Entry PredefinedVariables::kEntries[] = {
     {"OPERATING_SYSTEM", &PredefinedVariables::systemName},
 };
 
-std::vector<std::string_view> PredefinedVariables::names() {
-    std::vector<std::string_view> names;
-    for (const Entry& entry : kEntries) {
-        names.emplace_back(entry.name);
-    }
-    return names;
-}
-
 const PredefinedVariables::Entry* PredefinedVariables::find(std::string_view name) {
     for (const Entry& entry : kEntries) {
-        if (OUtils::equalsIgnoreCase(name, std::string_view(entry.name))) {
+        if (OUtils::equalsIgnoreCase(name, entry.name.view())) {
             return &entry;
         }
     }
@@ -56,20 +49,20 @@ std::optional<std::string> PredefinedVariables::guiInstall() {
 
 std::optional<std::string> PredefinedVariables::installerDirectory() {
     std::string path;
-    environment_.getProgramPath(path);
+    environment_.programPath(path);
     const std::size_t separator = path.find_last_of("/\\");
     return separator == std::string::npos ? "" : path.substr(0, separator == 0 ? 1 : separator);
 }
 
 std::optional<std::string> PredefinedVariables::installerFileName() {
     std::string path;
-    environment_.getProgramPath(path);
+    environment_.programPath(path);
     return std::string(OUtils::lastPathComponent(path));
 }
 
 std::optional<std::string> PredefinedVariables::temporaryDirectory() {
     std::string path;
-    if (environment_.getTempDirectory(path)) {
+    if (files_.temporaryDirectory(path)) {
         return path;
     }
     debugLog_.line("WARNING: Failed to obtain temp directory for variable usage!");

@@ -4,21 +4,23 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "support/debug_log.h"
 
-class EnvironmentAccess;
+namespace platform {
+class Environment;
+class FileSystem;
+}  // namespace platform
 
 // The variables that always exist and can't be written: GUI_INSTALL, INSTALLER_DIR, INSTALLER_FILE_NAME,
 // TEMP_DIR, WX_PORT, OPERATING_SYSTEM. Names ignore ASCII case.
 class PredefinedVariables {
 public:
-    // `isGraphical` is the session's flag, non-zero with the graphical front end.
-    PredefinedVariables(const std::int32_t& isGraphical, EnvironmentAccess& environment, DebugLog debugLog);
+    // All outlive this object. `isGraphical` is the session's flag, non-zero with the graphical front end.
+    PredefinedVariables(const std::int32_t& isGraphical, platform::Environment& environment,
+                        platform::FileSystem& files, DebugLog debugLog);
 
     static bool isPredefined(std::string_view name);
-    static std::vector<std::string_view> names();
     // Nothing when there is no such name, or no temporary directory, which is logged.
     std::optional<std::string> get(std::string_view name);
 
@@ -34,6 +36,7 @@ private:
     std::optional<std::string> systemName();
 
     const std::int32_t& isGraphical_;
-    EnvironmentAccess& environment_;
+    platform::Environment& environment_;
+    platform::FileSystem& files_;
     DebugLog debugLog_;
 };

@@ -11,7 +11,8 @@ class PXML;
 // The product's texts, as the description gives them. Nothing where the element or its text is missing.
 class ProductDescription {
 public:
-    static constexpr std::size_t kTextLimit = 1559;  // bytes of an expanded path
+    static constexpr std::size_t kTextLimit = 1559;     // bytes of an expanded path
+    static constexpr std::size_t kCommandLimit = 4095;  // bytes of the expanded uninstall command
     static constexpr std::string_view kUnknownTitle = "Unknown title";
 
     // Both outlive this object.
@@ -39,26 +40,13 @@ public:
     std::optional<std::string> installBackupFile() const;
     std::optional<std::string> uninstallCommand() const;
     std::optional<std::string> uninstallXmlFile() const;
-
-    // The same with buffers and numbers; for callers that have not moved yet.
-    int readProductDescription() const;
-    int getFullName(char* buffer, int size) const;
-    int getMajorVersion(char* buffer, int size) const;
-    int getWebsite(char* buffer, int size) const;
-    int getSupportEmail(char* buffer, int size) const;
-    int getInstallHelpUrl(char* buffer, int size) const;
-    int getVersion(char* buffer, int size) const;
-    int getTitle(char* buffer, int size) const;
-    int getInstallLogFile(char* buffer, int size) const;
-    int getInstallBackupFile(char* buffer, int size) const;
-    int getUninstallCmd(char* buffer, int size) const;
-    int getUninstallXmlFile(char* buffer, int size) const;
+    // Whether there is a text for the path with this element, "InstallLogFile" for instance, even one whose
+    // expansion gives nothing.
+    bool givesPath(std::string_view element) const;
 
 private:
     std::optional<std::string> plain(std::string_view path) const;
-    std::optional<std::string> expanded(std::string_view path) const;
-    int getPlain(const char* path, char* buffer, int size) const;
-    int getExpanded(const char* path, char* buffer, int size) const;
+    std::optional<std::string> expanded(std::string_view path, std::size_t limit = kTextLimit) const;
 
     const PXML& description_;
     Expressions& expressions_;

@@ -1,7 +1,6 @@
 #include "description/pxml.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/text_functions.h"
 
@@ -32,13 +31,10 @@ std::int32_t firstAbove(const std::vector<std::int32_t>& ascending, std::int32_t
 
 }  // namespace
 
-const char* PXMLArena::add(std::string_view text) {
-    char* copy = reserve(text.size() + 1);
-    if (!text.empty()) {
-        std::memcpy(copy, text.data(), text.size());
-    }
-    copy[text.size()] = '\0';
-    return copy;
+std::string_view PXMLArena::add(std::string_view text) {
+    char* copy = reserve(text.size());
+    std::copy(text.begin(), text.end(), copy);
+    return {copy, text.size()};
 }
 
 char* PXMLArena::reserve(std::size_t size) {
@@ -63,14 +59,14 @@ const PXMLNode* PXML::getNode(std::int32_t node) const {
     return isNode(node) ? &nodes_[static_cast<std::size_t>(node)] : nullptr;
 }
 
-const char* PXML::getText(std::int32_t node) const {
+std::optional<std::string_view> PXML::getText(std::int32_t node) const {
     const PXMLNode* record = getNode(node);
-    return record == nullptr ? nullptr : record->text;
+    return record == nullptr ? std::nullopt : record->text;
 }
 
-const char* PXML::getName(std::int32_t node) const {
+std::string_view PXML::getName(std::int32_t node) const {
     const PXMLNode* record = getNode(node);
-    return record == nullptr ? nullptr : record->name;
+    return record == nullptr ? std::string_view() : record->name;
 }
 
 std::int32_t PXML::nameIdOf(std::string_view name) const {
@@ -84,8 +80,7 @@ std::int32_t PXML::addName(std::string_view name) {
         return known;
     }
     const auto id = static_cast<std::int32_t>(byName_.size());
-    const std::string_view own(arena_.add(name), name.size());
-    nameIds_.emplace(own, id);
+    nameIds_.emplace(arena_.add(name), id);
     byName_.emplace_back();
     return id;
 }
@@ -94,7 +89,7 @@ std::int32_t PXML::appendNode(std::int32_t parent, std::string_view name) {
     const std::int32_t index = getNodeCount();
     const std::int32_t nameId = addName(name);
     PXMLNode node;
-    node.name = nameIds_.find(name)->first.data();
+    node.name = nameIds_.find(name)->first;
     node.index = index;
     node.parent = parent;
     nodes_.push_back(std::move(node));
@@ -160,16 +155,21 @@ std::int32_t PXML::findRelative(std::int32_t node, std::string_view path) const 
     return result;
 }
 
-int PXML::listChildren(std::int32_t parent, std::vector<std::int32_t>& outNodes) const {
+void PXML::listChildren(std::int32_t parent, std::vector<std::int32_t>& outNodes) const {
     if (links_.empty() || parent < -1 || parent >= getNodeCount()) {
-        return 0;
+        return;
     }
     std::int32_t child = links_[static_cast<std::size_t>(parent + 1)].firstChild;
     while (child >= 0) {
         outNodes.push_back(child);
         child = links_[static_cast<std::size_t>(child + 1)].nextSibling;
     }
-    return 0;
+}
+
+std::vector<std::int32_t> PXML::childrenOf(std::int32_t parent) const {
+    std::vector<std::int32_t> nodes;
+    listChildren(parent, nodes);
+    return nodes;
 }
 
 PXMLAttribute* PXML::findAttribute(std::int32_t node, std::string_view name) {
@@ -178,37 +178,42 @@ PXMLAttribute* PXML::findAttribute(std::int32_t node, std::string_view name) {
     }
     std::vector<PXMLAttribute>& attributes = nodes_[static_cast<std::size_t>(node)].attributes;
     const auto found = std::find_if(attributes.rbegin(), attributes.rend(), [name](const PXMLAttribute& one) {
-        return OUtils::equalsIgnoreCase(std::string_view(one.name), name);
+        return OUtils::equalsIgnoreCase(one.name, name);
     });
     return found == attributes.rend() ? nullptr : &*found;
 }
 
-const char* PXML::getAttribute(std::int32_t node, std::string_view name) const {
+std::optional<std::string_view> PXML::getAttribute(std::int32_t node, std::string_view name) const {
     const PXMLAttribute* attribute = const_cast<PXML*>(this)->findAttribute(node, name);
-    return attribute == nullptr ? nullptr : attribute->value;
+    return attribute == nullptr ? std::nullopt : attribute->value;
 }
 
-int PXML::setAttribute(std::int32_t node, std::string_view name, const char* value) {
+std::optional<std::string_view> PXML::keep(std::optional<std::string_view> text) {
+    return text ? std::optional(arena_.add(*text)) : std::nullopt;
+}
+
+bool PXML::setAttribute(std::int32_t node, std::string_view name, std::optional<std::string_view> value) {
     if (!isNode(node)) {
-        return -1;
+        return false;
     }
-    const char* copy = value == nullptr ? nullptr : arena_.add(value);
+    const std::optional<std::string_view> copy = keep(value);
     PXMLAttribute* attribute = findAttribute(node, name);
     if (attribute != nullptr) {
         attribute->value = copy;
     } else {
         nodes_[static_cast<std::size_t>(node)].attributes.push_back({arena_.add(name), copy});
     }
-    return 0;
+    return true;
 }
 
-void PXML::setText(std::int32_t node, const char* text) {
+void PXML::setText(std::int32_t node, std::optional<std::string_view> text) {
     PXMLNode& record = nodes_[static_cast<std::size_t>(node)];
-    record.text = text == nullptr ? nullptr : arena_.add(text);
-    record.textLength = text == nullptr ? 0 : static_cast<std::int32_t>(std::strlen(text));
+    record.text = keep(text);
+    record.textLength = text ? static_cast<std::int32_t>(text->size()) : 0;
 }
 
-std::int32_t PXML::addPath(std::int32_t parent, std::string_view path, const char* value, bool alwaysNew) {
+std::int32_t PXML::addPath(std::int32_t parent, std::string_view path, std::optional<std::string_view> value,
+                           bool alwaysNew) {
     if (parent < -1 || parent >= getNodeCount()) {
         return -1;
     }

@@ -3,20 +3,22 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "support/utilities.h"
-
 class PStream;
+namespace platform {
+class FileSystem;
+}
 
-// Zero-terminated texts that stay where they are until the arena is destroyed.
+// Texts that stay where they are until the arena is destroyed.
 class PXMLArena {
 public:
-    // A terminated copy, owned by the arena.
-    const char* add(std::string_view text);
+    // A copy, owned by the arena.
+    std::string_view add(std::string_view text);
     // Room for `size` bytes, uninitialised; giveBack frees what of the last reservation wasn't needed.
     char* reserve(std::size_t size);
     void giveBack(std::size_t size) { used_ -= size; }
@@ -29,17 +31,17 @@ private:
 
 // Texts belong to the document and stay valid as long as it lives, also after a replacement.
 struct PXMLAttribute {
-    const char* name = nullptr;
-    const char* value = nullptr;  // null only where setAttribute put null
+    std::string_view name;
+    std::optional<std::string_view> value;  // missing only where setAttribute put nothing
 };
 
 struct PXMLNode {
     std::vector<PXMLAttribute> attributes;  // in document order
-    const char* text = nullptr;             // decoded; null where no end tag supplied any
-    const char* name = nullptr;
+    std::optional<std::string_view> text;   // decoded; missing where no end tag supplied any
+    std::string_view name;
     std::int32_t index = -1;   // its own place in the table
     std::int32_t parent = -1;  // -1 for a top-level element
-    // In bytes. 1 for the empty text of a self-closing element.
+    // In bytes; 1 for the empty text of a self-closing element, an oddity that is kept.
     std::int32_t textLength = 0;
 };
 
@@ -58,29 +60,29 @@ public:
     virtual ~PXML() = default;
 
     // 0, the stream's error code when the file can't be opened, or as loadStream.
-    int loadFile(const char* fileName, platform::FileSystem& files = platform::systemFileSystem());
+    int loadFile(std::string_view fileName, platform::FileSystem& files);
     // Opens the stream unless it is open, reads as many bytes as its size says in one call, closes and
     // parses. 0; 1 when it can't be opened; the stream's error code when it can't be read; -3 when bytes are
     // missing.
     int loadStream(PStream& stream);
-    // Appends the elements of the first top-level element to the table. Null counts as empty. Always 0.
-    int parseText(const char* text);
+    // Appends the elements of the first top-level element to the table. The text ends at its first zero byte.
+    void parseText(std::string_view text);
 
     // Writes all elements, with the line ends of the platform. 0; -1 when the file can't be created; 1 when
     // it can't be written, and then it is left as far as it got. The document must be at most a few hundred
     // levels deep to give a file of sensible size, since each level indents by one more blank.
-    int saveFile(const char* fileName, platform::FileSystem& files = platform::systemFileSystem()) const;
+    int saveFile(std::string_view fileName, platform::FileSystem& files) const;
     // The same with these line ends. Opens the stream unless it is open (1 when that fails), closes it at the
     // end.
-    int saveStream(PStream& stream, const char* lineEnd = "\n") const;
+    int saveStream(PStream& stream, std::string_view lineEnd = "\n") const;
 
     std::int32_t getNodeCount() const { return static_cast<std::int32_t>(nodes_.size()); }
     // Null for a bad index. The reference is good until a node is appended; its texts stay valid.
     const PXMLNode* getNode(std::int32_t node) const;
-    // Null for a bad index, and where there is no text.
-    const char* getText(std::int32_t node) const;
-    // Null for a bad index.
-    const char* getName(std::int32_t node) const;
+    // Nothing for a bad index, and where there is no text.
+    std::optional<std::string_view> getText(std::int32_t node) const;
+    // Empty for a bad index.
+    std::string_view getName(std::int32_t node) const;
 
     // The first index above `after` with that name, at any depth.
     std::int32_t findByName(std::string_view name, std::int32_t after = -1) const;
@@ -95,17 +97,20 @@ public:
     // Follows a path from `node` down, each time the first child of that name. A component that doesn't exist
     // gives -1, and so does an empty path; a trailing `/` is ignored.
     std::int32_t findRelative(std::int32_t node, std::string_view path) const;
-    // Appends all direct children in document order; -1 lists the top level. Always 0.
-    int listChildren(std::int32_t parent, std::vector<std::int32_t>& outNodes) const;
+    // Appends all direct children in document order; -1 lists the top level.
+    void listChildren(std::int32_t parent, std::vector<std::int32_t>& outNodes) const;
+    // The same as a list of its own.
+    std::vector<std::int32_t> childrenOf(std::int32_t parent) const;
 
-    // Of two attributes of one name the later one counts. Null when there is no such node or attribute.
-    const char* getAttribute(std::int32_t node, std::string_view name) const;
-    // Replaces that attribute's value or appends a new attribute; `value` may be null. -1 for a bad index.
-    int setAttribute(std::int32_t node, std::string_view name, const char* value);
+    // Of two attributes of one name the later one counts. Nothing when there is no such node or attribute.
+    std::optional<std::string_view> getAttribute(std::int32_t node, std::string_view name) const;
+    // Replaces that attribute's value or appends a new attribute. False for a bad index.
+    bool setAttribute(std::int32_t node, std::string_view name, std::optional<std::string_view> value);
     // Walks the path below `parent` (-1: top level), making what is missing; the last component gets `value`
-    // as its text (null: no text), in a new element if `alwaysNew`. Empty components are passed over. Returns
+    // as its text, in a new element if `alwaysNew`. Empty components are passed over. Returns
     // the last node of the path; -1 for a bad parent or an empty path.
-    std::int32_t addPath(std::int32_t parent, std::string_view path, const char* value, bool alwaysNew);
+    std::int32_t addPath(std::int32_t parent, std::string_view path, std::optional<std::string_view> value,
+                         bool alwaysNew);
 
     // Visits a node and all below it, or all below it alone, in document order, until the hook gives a result
     // other than 0, which is returned. The visited indices are appended to `trace`. 0 for a bad index.
@@ -143,7 +148,8 @@ private:
     std::int32_t nameIdOf(std::string_view name) const;
     std::int32_t addName(std::string_view name);
     PXMLAttribute* findAttribute(std::int32_t node, std::string_view name);
-    void setText(std::int32_t node, const char* text);
+    std::optional<std::string_view> keep(std::optional<std::string_view> text);
+    void setText(std::int32_t node, std::optional<std::string_view> text);
     int walk(std::int32_t root, bool withRoot, std::vector<std::int32_t>& trace);
 
     PXMLArena arena_;

@@ -1,6 +1,6 @@
 #include "description/pxml.h"
 
-#include <memory>
+#include <string>
 
 #include "support/p_file_stream.h"
 
@@ -8,30 +8,23 @@ namespace {
 
 constexpr int kShortRead = -3;
 
-int readContent(PStream& stream, std::unique_ptr<char[]>& outText) {
+int readContent(PStream& stream, std::string& outText) {
     const std::int64_t size = stream.getSize();
-    if (size < 0 || size > INT32_MAX - 2) {
+    if (size < 0 || size > INT32_MAX) {
         return -1;
     }
-    outText = std::make_unique_for_overwrite<char[]>(static_cast<std::size_t>(size) + 2);
+    outText.resize(static_cast<std::size_t>(size));
     std::uint32_t done = 0;
-    const int status = stream.read(outText.get(), static_cast<std::uint32_t>(size), done);
+    const int status = stream.read(outText.data(), static_cast<std::uint32_t>(size), done);
     if (status != 0) {
         return status;
     }
-    if (done != size) {
-        return kShortRead;
-    }
-    outText[done] = '\0';
-    return 0;
+    return done == size ? 0 : kShortRead;
 }
 
 }  // namespace
 
-int PXML::loadFile(const char* fileName, platform::FileSystem& files) {
-    if (fileName == nullptr) {
-        return -1;
-    }
+int PXML::loadFile(std::string_view fileName, platform::FileSystem& files) {
     PFileStream stream(files);
     const int status = stream.openFile(fileName, PFileStream::kGenericRead, PFileStream::kShareRead,
                                        PFileStream::kOpenExisting | PFileStream::kSequential);
@@ -42,10 +35,10 @@ int PXML::loadStream(PStream& stream) {
     if (stream.getOpenCount() == 0 && stream.open() != 0) {
         return 1;
     }
-    std::unique_ptr<char[]> text;
+    std::string text;
     const int status = readContent(stream, text);
     if (status == 0) {
-        parseText(text.get());
+        parseText(text);
     }
     stream.close();
     return status;

@@ -1,7 +1,6 @@
 #include "description/pxml_parser.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/text_functions.h"
 #include "description/pxml_entities.h"
@@ -20,11 +19,8 @@ std::string_view takeUpTo(std::string_view& rest, std::string_view ends) {
 
 }  // namespace
 
-int PXML::parseText(const char* text) {
-    if (text != nullptr) {
-        PXMLParser(*this, text).run();
-    }
-    return 0;
+void PXML::parseText(std::string_view text) {
+    PXMLParser(*this, text.substr(0, text.find('\0'))).run();
 }
 
 void PXMLParser::run() {
@@ -111,7 +107,7 @@ void PXMLParser::openElement(std::string_view inside) {
     readAttributes(current_, rest);
 }
 
-// What can't be read ends the list; the attributes ahead of it stay.
+// What can't be read ends the list; the attributes before it stay.
 void PXMLParser::readAttributes(std::int32_t node, std::string_view rest) {
     for (;;) {
         rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
@@ -127,8 +123,7 @@ void PXMLParser::readAttributes(std::int32_t node, std::string_view rest) {
         if (end == std::string_view::npos) {
             return;
         }
-        std::int32_t length = 0;
-        const char* value = store(rest.substr(quote + 1, end - quote - 1), length);
+        const std::string_view value = store(rest.substr(quote + 1, end - quote - 1));
         document_.nodes_[static_cast<std::size_t>(node)].attributes.push_back(
             {document_.arena_.add(name), value});
         rest.remove_prefix(end + 1);
@@ -138,17 +133,15 @@ void PXMLParser::readAttributes(std::int32_t node, std::string_view rest) {
 // Text belongs to the element that was opened last, and only its first end tag supplies it.
 void PXMLParser::supplyText(std::string_view pending) {
     PXMLNode& node = document_.nodes_[static_cast<std::size_t>(lastCreated_)];
-    if (node.text == nullptr) {
-        node.text = store(OUtils::trimWhiteSpace(pending), node.textLength);
+    if (!node.text) {
+        node.text = store(OUtils::trimWhiteSpace(pending));
+        node.textLength = static_cast<std::int32_t>(node.text->size());
     }
 }
 
-const char* PXMLParser::store(std::string_view encoded, std::int32_t& outLength) {
-    const std::size_t room = encoded.size() + 1;
-    char* decoded = document_.arena_.reserve(room);
+std::string_view PXMLParser::store(std::string_view encoded) {
+    char* decoded = document_.arena_.reserve(encoded.size());
     const std::size_t length = PXMLEntities::decode(encoded, decoded);
-    decoded[length] = '\0';
-    document_.arena_.giveBack(room - length - 1);
-    outLength = static_cast<std::int32_t>(length);
-    return decoded;
+    document_.arena_.giveBack(encoded.size() - length);
+    return {decoded, length};
 }

@@ -24,7 +24,7 @@ private:
     void openElement(std::string_view inside);
     void readAttributes(std::int32_t node, std::string_view rest);
     void supplyText(std::string_view pending);
-    const char* store(std::string_view encoded, std::int32_t& outLength);
+    std::string_view store(std::string_view encoded);
     bool startsWith(std::string_view token) const { return text_.substr(at_, token.size()) == token; }
 
     PXML& document_;

@@ -11,16 +11,16 @@ constexpr std::size_t kPieceSize = 64 * 1024;
 
 }  // namespace
 
-int PXML::saveFile(const char* fileName, platform::FileSystem& files) const {
+int PXML::saveFile(std::string_view fileName, platform::FileSystem& files) const {
     PFileStream stream(files);
-    if (fileName == nullptr || stream.openFile(fileName, PFileStream::kReadWrite, PFileStream::kShareRead,
-                                               PFileStream::kCreateAlways) != 0) {
+    if (stream.openFile(fileName, PFileStream::kReadWrite, PFileStream::kShareRead,
+                        PFileStream::kCreateAlways) != 0) {
         return -1;
     }
     return saveStream(stream, OUtils::textLineEnd());
 }
 
-int PXML::saveStream(PStream& stream, const char* lineEnd) const {
+int PXML::saveStream(PStream& stream, std::string_view lineEnd) const {
     if (stream.getOpenCount() == 0 && stream.open() != 0) {
         return 1;
     }
@@ -77,13 +77,13 @@ void PXMLWriter::openElement(std::int32_t node, std::int32_t depth) {
     pending_.append(static_cast<std::size_t>(depth), ' ').append("<").append(record.name);
     for (const PXMLAttribute& attribute : record.attributes) {
         pending_.append(" ").append(attribute.name).append("=\"");
-        PXMLEntities::appendEscaped(pending_, attribute.value == nullptr ? "" : attribute.value);
+        PXMLEntities::appendEscaped(pending_, attribute.value.value_or(""));
         pending_.append("\"");
     }
     pending_.append(">");
     const bool hasChildren = document_.links_[static_cast<std::size_t>(node + 1)].firstChild >= 0;
-    if (!hasChildren && record.text != nullptr) {
-        PXMLEntities::appendEscaped(pending_, record.text);
+    if (!hasChildren && record.text) {
+        PXMLEntities::appendEscaped(pending_, *record.text);
     }
 }
 

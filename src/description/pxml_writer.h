@@ -10,7 +10,7 @@
 class PXMLWriter {
 public:
     // All must outlive the writer.
-    PXMLWriter(const PXML& document, PStream& stream, const char* lineEnd)
+    PXMLWriter(const PXML& document, PStream& stream, std::string_view lineEnd)
         : document_(document), stream_(stream), lineEnd_(lineEnd) {}
 
     // 0, or 1 as soon as something can't be written.

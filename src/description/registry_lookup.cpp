@@ -1,11 +1,12 @@
 #include "description/registry_lookup.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 
-#include "base/text_functions.h"
 #include "base/wide_text_converter.h"
 #include "contracts/system_operations.h"
+#include "description/vocabulary.h"
 
 namespace {
 
@@ -21,8 +22,9 @@ bool isText(std::uint32_t type) {
 
 // What the value takes in the registry, where texts are UTF-16 with a terminator.
 std::int64_t storedBytes(const SystemRegistryValue& value) {
-    return isText(value.type) ? (OUtils::utf8ToWide(value.data.c_str(), nullptr, 0) + 1) * 2
-                              : static_cast<std::int64_t>(value.data.size());
+    return isText(value.type)
+               ? static_cast<std::int64_t>(OUtils::utf8ToWide(value.data.c_str()).size() + 1) * 2
+               : static_cast<std::int64_t>(value.data.size());
 }
 
 std::string hexadecimalPairs(const std::string& data) {
@@ -44,52 +46,48 @@ std::uint32_t doubleWord(const std::string& data) {
     return number;
 }
 
-std::string withBackslashes(const char* path) {
+std::string withBackslashes(std::string_view path) {
     std::string text(path);
     std::replace(text.begin(), text.end(), '/', '\\');
     return text;
 }
 
-constexpr const char* kHives[] = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE",
-                                  "HKEY_USERS"};
+bool isHive(std::string_view place) {
+    return std::ranges::find(vocabulary::kHives, place) != std::end(vocabulary::kHives);
+}
 
-bool isHive(const char* place) {
-    return place != nullptr && std::any_of(std::begin(kHives), std::end(kHives),
-                                           [&](const char* hive) { return std::string_view(hive) == place; });
+std::string hexadecimal(std::uint32_t number) {
+    char digits[9];
+    return {digits, std::to_chars(digits, std::end(digits), number, 16).ptr};
 }
 
 }  // namespace
 
-std::vector<std::string_view> RegistryLookup::places() {
-    return {std::begin(kHives), std::end(kHives)};
-}
-
-int registryValueToText(const SystemRegistryValue& value, char* buffer, int size) {
+std::optional<std::string> registryValueToText(const SystemRegistryValue& value, std::size_t limit) {
     if (isText(value.type)) {
-        OUtils::copyText(buffer, value.data.c_str(), size);
-    } else if (value.type == kBinary) {
-        OUtils::copyText(buffer, hexadecimalPairs(value.data).c_str(), size);
-    } else if (value.type == kDoubleWord) {
-        OUtils::formatText(buffer, std::min(size, 17), "%x", static_cast<unsigned>(doubleWord(value.data)));
-    } else {
-        return -1;
+        // Only the text before a terminator counts.
+        return value.data.substr(0, std::min(limit, value.data.find('\0')));
     }
-    return 0;
+    if (value.type == kBinary) {
+        return hexadecimalPairs(value.data).substr(0, limit);
+    }
+    if (value.type == kDoubleWord) {
+        return hexadecimal(doubleWord(value.data)).substr(0, limit);
+    }
+    return std::nullopt;
 }
 
-int RegistryLookup::readValue(const char* place, const std::string& key, const char* valueName, char* buffer,
-                              int size) {
-    const auto value =
-        system_.readRegistryValue(place == nullptr ? "" : place, key, valueName == nullptr ? "" : valueName);
-    if (!value || storedBytes(*value) > static_cast<std::int64_t>(size) * 2) {
-        return -1;
+std::optional<std::string> RegistryLookup::readValue(const RegistryQuery& query, const std::string& key) {
+    const auto value = system_.readRegistryValue(query.place, key, query.valueName);
+    if (!value || storedBytes(*value) > kStoredLimit) {
+        return std::nullopt;
     }
-    return registryValueToText(*value, buffer, size);
+    return registryValueToText(*value, kTextLimit);
 }
 
 // Replaces one wildcard after the other, from the front, by the names of the subkeys that it stands for.
 // Names that were put in aren't looked at again, also where they hold a `*`.
-bool RegistryLookup::resolve(const char* place, const std::string& pattern,
+bool RegistryLookup::resolve(std::string_view place, const std::string& pattern,
                              std::vector<std::string>& outKeys) {
     outKeys.assign(1, "");
     std::size_t done = 0;
@@ -102,8 +100,8 @@ bool RegistryLookup::resolve(const char* place, const std::string& pattern,
         std::vector<std::string> resolved;
         for (const std::string& key : outKeys) {
             std::string parent = key + ahead;
-            const auto names = system_.listRegistryKeys(place == nullptr ? "" : place,
-                                                        parent.substr(0, parent.find_last_not_of('\\') + 1));
+            const auto names =
+                system_.listRegistryKeys(place, parent.substr(0, parent.find_last_not_of('\\') + 1));
             if (!names) {
                 continue;
             }
@@ -125,26 +123,27 @@ bool RegistryLookup::resolve(const char* place, const std::string& pattern,
     return true;
 }
 
-int RegistryLookup::lookUp(const RegistryQuery& query, char* buffer, int size) {
-    if (!isHive(query.place) || query.key == nullptr || buffer == nullptr || size < 1) {
-        return -1;
+std::optional<std::string> RegistryLookup::lookUp(const RegistryQuery& query) {
+    if (!isHive(query.place)) {
+        return std::nullopt;
     }
     const std::string key = withBackslashes(query.key);
     if (key.find('*') == std::string::npos) {
-        return readValue(query.place, key, query.valueName, buffer, size);
+        return readValue(query, key);
     }
-    if (query.preferredKey != nullptr && *query.preferredKey != '\0' &&
-        readValue(query.place, withBackslashes(query.preferredKey), query.valueName, buffer, size) == 0) {
-        return 0;
+    if (!query.preferredKey.empty()) {
+        if (std::optional<std::string> preferred = readValue(query, withBackslashes(query.preferredKey))) {
+            return preferred;
+        }
     }
     std::vector<std::string> keys;
     if (!resolve(query.place, key, keys)) {
-        return -1;
+        return std::nullopt;
     }
     for (const std::string& candidate : keys) {
-        if (readValue(query.place, candidate, query.valueName, buffer, size) == 0) {
-            return 0;
+        if (std::optional<std::string> text = readValue(query, candidate)) {
+            return text;
         }
     }
-    return -1;
+    return std::nullopt;
 }

@@ -1,37 +1,41 @@
 #include "description/theme_reader.h"
 
-#include <cstring>
-#include <vector>
+#include <string>
 
 #include "description/colour_theme.h"
 #include "description/dialog_model.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
+#include "description/vocabulary_lookup.h"
 #include "support/debug_log.h"
 
 namespace {
 
+constexpr vocabulary::ElementName kCustomGroup = "CustomGroup";
+
 // A tag without a text has no colour.
 std::int32_t colourOf(const PXML& description, std::int32_t node) {
-    const char* text = description.getText(node);
-    return text != nullptr && *text != '\0' ? ColourTheme::parseHexColour(text) : -1;
+    const std::string_view text = description.getText(node).value_or(std::string_view());
+    return text.empty() ? -1 : ColourTheme::parseHexColour(text);
 }
 
-void readGroup(const PXML& description, std::int32_t node, DebugLog debugLog, ColourTheme& theme) {
-    const char* name = description.getAttribute(node, "Name");
-    if (name != nullptr && *name != '\0') {
-        theme.setGroup(name, colourOf(description, node));
-    } else
-        debugLog.print("WARNING: Theme custom group tag missing a 'Name' attribute!");
+void readGroup(const PXML& description, std::int32_t node, const DebugLog& debugLog, ColourTheme& theme) {
+    const std::optional<std::string_view> name = vocabulary::attributeOf(description, node, "Name");
+    if (name && !name->empty()) {
+        theme.setGroup(*name, colourOf(description, node));
+    } else {
+        debugLog.line("WARNING: Theme custom group tag missing a 'Name' attribute!");
+    }
 }
 
-void readSlot(const PXML& description, std::int32_t node, DebugLog debugLog, ColourTheme& theme) {
-    const std::int32_t slot = ColourTheme::findSlot(description.getName(node));
-    if (slot >= 0) {
-        theme.setColour(static_cast<ThemeSlot>(slot), colourOf(description, node));
-    } else
-        debugLog.print("WARNING: Colour theme tag is not supported by installer: \"%s\"",
-                       description.getName(node));
+void readSlot(const PXML& description, std::int32_t node, const DebugLog& debugLog, ColourTheme& theme) {
+    const std::string_view name = description.getName(node);
+    if (const std::optional<ThemeSlot> slot = ColourTheme::findSlot(name)) {
+        theme.setColour(*slot, colourOf(description, node));
+    } else {
+        debugLog.line("WARNING: Colour theme tag is not supported by installer: \"" + std::string(name) +
+                      "\"");
+    }
 }
 
 void fill(std::int32_t& colour, std::int32_t fallback) {
@@ -132,18 +136,16 @@ private:
 
 void readColourTheme(const PXML& description, Expressions& expressions, DebugLog debugLog,
                      ColourTheme& outTheme) {
-    const std::int32_t section = description.findByName("ColourTheme");
+    const std::int32_t section = vocabulary::findElement(description, "ColourTheme");
     if (section < 0) {
         return;
     }
     outTheme.setThemed(true);
-    std::vector<std::int32_t> children;
-    description.listChildren(section, children);
-    for (const std::int32_t node : children) {
-        if (expressions.evaluateCondition(description.getAttribute(node, "Condition")) == 0) {
+    for (const std::int32_t node : description.childrenOf(section)) {
+        if (!expressions.holds(vocabulary::attributeOf(description, node, "Condition"))) {
             continue;
         }
-        if (std::strcmp(description.getName(node), "CustomGroup") == 0) {
+        if (description.getName(node) == kCustomGroup.view()) {
             readGroup(description, node, debugLog, outTheme);
         } else {
             readSlot(description, node, debugLog, outTheme);

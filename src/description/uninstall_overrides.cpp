@@ -1,20 +1,16 @@
 #include "description/uninstall_overrides.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <string>
-#include <vector>
 
-#include "base/text_functions.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
 #include "description/variable_store.h"
+#include "description/vocabulary_lookup.h"
 #include "support/debug_log.h"
 
 namespace {
 
 constexpr char kPath[] = "TandrelGroupInstallation/Installation/UninstallOverrides";
-constexpr int kPredefined = -2;
 
 }  // namespace
 
@@ -22,52 +18,50 @@ UninstallOverrides::UninstallOverrides(const PXML& description, VariableStore& s
                                        Expressions& expressions, DebugLog debugLog)
     : description_(description), source_(source), expressions_(expressions), debugLog_(debugLog) {}
 
-void UninstallOverrides::apply(VariableStore& target, const char* applicationName) {
+void UninstallOverrides::apply(VariableStore& target, std::string_view applicationName) {
     for (std::int32_t element = description_.findPath(kPath); element >= 0;
          element = description_.findPath(kPath, element)) {
-        if (expressions_.evaluateCondition(description_.getAttribute(element, "Condition")) != 0) {
+        if (holds(element)) {
             applyElement(element, target, applicationName);
         }
     }
 }
 
-void UninstallOverrides::applyElement(int element, VariableStore& target, const char* applicationName) {
-    std::vector<std::int32_t> children;
-    description_.listChildren(element, children);
-    for (const std::int32_t node : children) {
-        if (OUtils::equalsIgnoreCase(description_.getName(node), "Variable") &&
-            expressions_.evaluateCondition(description_.getAttribute(node, "Condition")) != 0 &&
+void UninstallOverrides::applyElement(std::int32_t element, VariableStore& target,
+                                      std::string_view applicationName) {
+    for (const std::int32_t node : description_.childrenOf(element)) {
+        if (vocabulary::isCalled(description_, node, "Variable") && holds(node) &&
             isMeantFor(node, applicationName)) {
             copyVariable(node, target);
         }
     }
 }
 
-bool UninstallOverrides::isMeantFor(int node, const char* applicationName) const {
-    const char* list = description_.getAttribute(node, "AppList");
-    if (list == nullptr || applicationName == nullptr || *applicationName == '\0') {
-        return true;
-    }
-    std::vector<std::string> names;
-    OUtils::splitText(list, ';', names);
-    return std::find(names.begin(), names.end(), applicationName) != names.end();
+bool UninstallOverrides::holds(std::int32_t node) const {
+    return expressions_.holds(vocabulary::attributeOf(description_, node, "Condition"));
 }
 
-void UninstallOverrides::copyVariable(int node, VariableStore& target) {
-    const char* text = description_.getText(node);
-    const char* from = description_.getAttribute(node, "From");
-    const char* sourceName = from != nullptr ? from : text;
-    if (text == nullptr || sourceName == nullptr) {
+bool UninstallOverrides::isMeantFor(std::int32_t node, std::string_view applicationName) const {
+    const std::optional<std::string_view> list = vocabulary::attributeOf(description_, node, "AppList");
+    if (!list || applicationName.empty()) {
+        return true;
+    }
+    bool isListed = false;
+    vocabulary::forEachWord(*list, [&](std::string_view name) { isListed |= name == applicationName; });
+    return isListed;
+}
+
+void UninstallOverrides::copyVariable(std::int32_t node, VariableStore& target) {
+    const std::optional<std::string_view> name = description_.getText(node);
+    if (!name) {
         return;
     }
-    char value[InstallVariable::kTextCapacity];
-    const int found = source_.getVariable(sourceName, value, sizeof value);
-    if (found >= 0) {
-        target.setVariable(text, value);
-    } else
-        debugLog_.print(
-            found == kPredefined
-                ? "WARNING: Trying to override uninstall variable with a predefined one %s"
-                : "WARNING: Trying to override uninstall variable with nonexisting variable name %s",
-            sourceName);
+    const std::string from(vocabulary::attributeOf(description_, node, "From").value_or(*name));
+    const std::optional<VariableReading> found = source_.read(from, VariableLookup::kTextLimit);
+    if (found && found->isStored()) {
+        target.set(*name, found->value);
+    } else {
+        debugLog_.line("WARNING: Trying to override uninstall variable with " +
+                       std::string(found ? "a predefined one " : "nonexisting variable name ") + from);
+    }
 }

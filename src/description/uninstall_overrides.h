@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <string_view>
+
 #include "support/debug_log.h"
 
 class Expressions;
@@ -13,13 +16,14 @@ public:
                        DebugLog debugLog);
 
     // Copies what the elements UninstallOverrides name into `target`. `applicationName` is the product that
-    // is taken away; null or empty counts as none, and then lists of applications aren't looked at.
-    void apply(VariableStore& target, const char* applicationName);
+    // is taken away; where it is empty, lists of applications aren't looked at.
+    void apply(VariableStore& target, std::string_view applicationName);
 
 private:
-    void applyElement(int element, VariableStore& target, const char* applicationName);
-    bool isMeantFor(int node, const char* applicationName) const;
-    void copyVariable(int node, VariableStore& target);
+    void applyElement(std::int32_t element, VariableStore& target, std::string_view applicationName);
+    bool holds(std::int32_t node) const;
+    bool isMeantFor(std::int32_t node, std::string_view applicationName) const;
+    void copyVariable(std::int32_t node, VariableStore& target);
 
     const PXML& description_;
     VariableStore& source_;

@@ -1,12 +1,10 @@
 #include "description/variable_exclusions.h"
 
-#include <vector>
-
-#include "base/text_functions.h"
 #include "description/control_variables.h"
 #include "description/dialog_model.h"
 #include "description/pxml.h"
 #include "description/variable_store.h"
+#include "description/vocabulary_lookup.h"
 
 namespace {
 
@@ -27,51 +25,31 @@ constexpr ControlMask kControlMasks[] = {
     {ControlVariable::kExternalLegacyInstallation, kExcludeFromConfig},
 };
 
-struct ExclusionWord {
-    const char* word;
-    std::uint32_t mask;
-};
-
-constexpr ExclusionWord kExclusionWords[] = {
+constexpr vocabulary::Row<std::uint32_t> kExclusionWords[] = {
     {"all", kExcludeFromAll}, {"log", kExcludeFromLog}, {"config", kExcludeFromConfig}};
 
 // Without the attribute a variable stays out of everything.
-std::uint32_t maskOf(const char* excludeFrom) {
-    if (excludeFrom == nullptr) {
+std::uint32_t maskOf(std::optional<std::string_view> excludeFrom) {
+    if (!excludeFrom) {
         return kExcludeFromAll;
     }
-    std::vector<std::string> words;
-    OUtils::splitText(excludeFrom, ';', words);
     std::uint32_t mask = 0;
-    for (const std::string& word : words) {
-        for (const ExclusionWord& known : kExclusionWords) {
-            mask |= OUtils::equalsIgnoreCase(word, known.word) ? known.mask : 0U;
-        }
-    }
+    vocabulary::forEachWord(*excludeFrom, [&](std::string_view word) {
+        mask |= vocabulary::meaningOf(kExclusionWords, word).value_or(0);
+    });
     return mask;
 }
 
 }  // namespace
 
-std::vector<std::string_view> VariableExclusions::words() {
-    std::vector<std::string_view> words;
-    for (const ExclusionWord& known : kExclusionWords) {
-        words.emplace_back(known.word);
-    }
-    return words;
-}
-
-void VariableExclusions::add(const char* name, std::uint32_t mask) {
-    if (name != nullptr && *name != '\0') {
-        masks_[name] |= mask;
+void VariableExclusions::add(std::string_view name, std::uint32_t mask) {
+    if (!name.empty()) {
+        masks_[std::string(name)] |= mask;
     }
 }
 
-bool VariableExclusions::isVariableExported(const char* name, std::uint32_t bit) const {
-    if (name == nullptr) {
-        return false;
-    }
-    const auto found = masks_.find(name);
+bool VariableExclusions::isVariableExported(std::string_view name, ExclusionBit bit) const {
+    const auto found = masks_.find(std::string(name));
     return found == masks_.end() || (found->second & bit) == 0;
 }
 
@@ -92,8 +70,8 @@ void VariableExclusions::addValidationVariables(const DialogModel& dialogs, Vari
     const auto addFields = [&](const DialogDesc& page) {
         for (const DialogFieldDesc& field : page.fields) {
             if (!field.validationVariable.isEmpty()) {
-                add(field.validationVariable.c_str(), kExcludeFromAll);
-                variables.storeVariable(field.validationVariable.c_str(), "1", "1", false, nullptr);
+                add(field.validationVariable.view(), kExcludeFromAll);
+                variables.store(field.validationVariable.view(), {"1", "1", std::nullopt}, false);
             }
         }
     };
@@ -108,13 +86,12 @@ void VariableExclusions::addValidationVariables(const DialogModel& dialogs, Vari
 }
 
 void VariableExclusions::addListed(const PXML& description) {
-    const std::int32_t section = description.findByName("InstallerExcludeVariables");
+    const std::int32_t section = vocabulary::findElement(description, "InstallerExcludeVariables");
     if (section < 0) {
         return;
     }
-    std::vector<std::int32_t> children;
-    description.listChildren(section, children);
-    for (const std::int32_t child : children) {
-        add(description.getText(child), maskOf(description.getAttribute(child, "ExcludeFrom")));
+    for (const std::int32_t child : description.childrenOf(section)) {
+        add(description.getText(child).value_or(std::string_view()),
+            maskOf(vocabulary::attributeOf(description, child, "ExcludeFrom")));
     }
 }

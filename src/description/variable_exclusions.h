@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 class ControlVariables;
 class DialogModel;
@@ -22,13 +21,10 @@ enum ExclusionBit : std::uint32_t {
 // unlike everywhere else: a variable stored under another spelling than its entry isn't excluded.
 class VariableExclusions {
 public:
-    // The words of the attribute ExcludeFrom.
-    static std::vector<std::string_view> words();
-
-    // A name may be added more than once; the bits of its entries add up. A null or empty name adds nothing.
-    void add(const char* name, std::uint32_t mask);
-    // True unless an entry of that name has the bit set; false for a null name.
-    bool isVariableExported(const char* name, std::uint32_t bit) const;
+    // A name may be added more than once; the bits of its entries add up. An empty name adds nothing.
+    void add(std::string_view name, std::uint32_t mask);
+    // True unless an entry of that name has the bit set.
+    bool isVariableExported(std::string_view name, ExclusionBit bit) const;
 
     // Adds the control variables, the validation variables of all fields (which are stored with the value and
     // the expression "1"), and the children of InstallerExcludeVariables.

@@ -7,10 +7,10 @@
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
-#include "description/environment_access.h"
 #include "description/predefined_variables.h"
 #include "description/recalculation_order.h"
 #include "description/variable_expansion.h"
+#include "platform/environment.h"
 #include "support/debug_log.h"
 
 namespace {
@@ -53,7 +53,7 @@ std::optional<std::string> firstBetween(std::string_view text, char open, char c
 
 }  // namespace
 
-VariableStore::VariableStore(PredefinedVariables& predefined, EnvironmentAccess& environment,
+VariableStore::VariableStore(PredefinedVariables& predefined, platform::Environment& environment,
                              DebugLog debugLog)
     : predefined_(predefined), environment_(environment), debugLog_(debugLog) {}
 
@@ -92,15 +92,15 @@ std::optional<std::string> VariableStore::readOutside(std::string_view name, std
 }
 
 std::optional<std::string> VariableStore::readEnvironment(std::string_view name, std::size_t limit) {
-    std::string value;
-    if (!environment_.getEnvironment(std::string(name).c_str(), value)) {
+    std::optional<std::string> value = environment_.get(name);
+    if (!value) {
         debugLog_.line("WARNING: Environment variable \"" + std::string(name) + "\" is not defined!");
         return std::nullopt;
     }
-    if (value.size() > limit) {
+    if (value->size() > limit) {
         debugLog_.line("WARNING: Environment variable \"" + std::string(name) + "\" is cut to " +
                        std::to_string(limit) + " bytes!");
-        value.resize(limit);
+        value->resize(limit);
     }
     return value;
 }
@@ -143,7 +143,7 @@ void VariableStore::storeEnvironment(std::string_view name, std::string_view val
     if (name.size() + 1 + value.size() > kEnvironmentLimit) {
         debugLog_.line("WARNING: The value of environment variable \"" + ownName +
                        "\" is too long. It is not set!");
-    } else if (!environment_.setEnvironment(ownName.c_str(), std::string(value).c_str())) {
+    } else if (!environment_.set(name, value)) {
         debugLog_.line("WARNING: Environment variable \"" + ownName + "\" could not be set!");
     }
 }
@@ -226,71 +226,4 @@ void VariableStore::derive(InstallVariable& record, std::size_t limit) {
     std::string value;
     expandDollarVariables(*this, record.expression, limit, value);
     record.value = std::move(value);
-}
-
-namespace {
-
-std::string_view orEmpty(const char* text) {
-    return text == nullptr ? std::string_view() : std::string_view(text);
-}
-
-std::optional<std::string_view> orNothing(const char* text) {
-    return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
-}
-
-int give(const std::optional<VariableReading>& reading, char* buffer, int size) {
-    if (!reading) {
-        return -1;
-    }
-    OUtils::copyText(buffer, reading->value.c_str(), size);
-    return reading->index.value_or(-2);
-}
-
-std::size_t limitOf(const char* buffer, int size) {
-    return buffer == nullptr ? std::string::npos : static_cast<std::size_t>(std::max(size, 1)) - 1;
-}
-
-}  // namespace
-
-int VariableStore::getVariable(const char* name, char* buffer, int size) {
-    const std::optional<VariableReading> reading = read(orEmpty(name), limitOf(buffer, size));
-    if (!reading && isOutside(orEmpty(name))) {
-        OUtils::copyText(buffer, "", size);
-    }
-    return give(reading, buffer, size);
-}
-
-int VariableStore::getDefaultValue(const char* name, char* buffer, int size) {
-    if (buffer == nullptr) {
-        return -1;
-    }
-    const std::optional<VariableReading> reading = readDefault(orEmpty(name), limitOf(buffer, size));
-    if (!reading && isOutside(orEmpty(name))) {
-        OUtils::copyText(buffer, "", size);
-    }
-    return give(reading, buffer, size);
-}
-
-int VariableStore::setVariable(const char* name, const char* value) {
-    return storeVariable(name, value, nullptr, false, nullptr);
-}
-
-int VariableStore::setDefaultValue(const char* name, const char* value) {
-    return storeVariable(name, nullptr, nullptr, false, value);
-}
-
-int VariableStore::storeVariable(const char* name, const char* value, const char* expression,
-                                 bool recalculate, const char* defaultValue) {
-    return store(orEmpty(name), {orNothing(value), orNothing(expression), orNothing(defaultValue)},
-                 recalculate)
-               ? 0
-               : -1;
-}
-
-int VariableStore::resetVariable(const char* name, int mode) {
-    return reset(orEmpty(name), static_cast<ResetMode>(mode)) ? 0 : -1;
-}
-
-int VariableStore::applyAssignment(const char* text) {
-    return assign(orEmpty(text)) ? 0 : -1;
 }

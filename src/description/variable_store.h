@@ -12,8 +12,10 @@
 #include "description/variable_lookup.h"
 #include "support/debug_log.h"
 
-class EnvironmentAccess;
 class PredefinedVariables;
+namespace platform {
+class Environment;
+}
 
 // How a reset derives the value.
 enum ResetMode : int {
@@ -34,7 +36,7 @@ struct VariableTexts {
 // last character, whatever the text means. One thread at a time.
 class VariableStore : public VariableLookup {
 public:
-    VariableStore(PredefinedVariables& predefined, EnvironmentAccess& environment, DebugLog debugLog);
+    VariableStore(PredefinedVariables& predefined, platform::Environment& environment, DebugLog debugLog);
 
     std::optional<VariableReading> read(std::string_view name, std::size_t limit) override;
     // The same look-up, with the default value of a stored variable.
@@ -56,16 +58,6 @@ public:
     // Carries out "[NAME]='value'": name and value each up to 1,024 bytes. False when either is missing, else
     // the result of set.
     bool assign(std::string_view text);
-
-    // The same with buffers and numbers; for callers that have not moved yet.
-    int getVariable(const char* name, char* buffer, int size);
-    int getDefaultValue(const char* name, char* buffer, int size);
-    int setVariable(const char* name, const char* value);
-    int setDefaultValue(const char* name, const char* value);
-    int storeVariable(const char* name, const char* value, const char* expression, bool recalculate,
-                      const char* defaultValue);
-    int resetVariable(const char* name, int mode);
-    int applyAssignment(const char* text);
 
     // Derives the values of all records with `recalculate` again, except `changedIndex`, in an order that one
     // sorting pass over their references gives; a chain may need more than one change to settle.
@@ -103,7 +95,7 @@ private:
     InstallVariable& recordAt(std::int32_t index) { return variables_[static_cast<std::size_t>(index)]; }
 
     PredefinedVariables& predefined_;
-    EnvironmentAccess& environment_;
+    platform::Environment& environment_;
     DebugLog debugLog_;
     std::vector<InstallVariable> variables_;
     std::unordered_map<std::string, std::int32_t> byName_;  // by the name in lower case

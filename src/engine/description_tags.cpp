@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "base/path_functions.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
 
@@ -60,14 +59,4 @@ bool DescriptionTags::isSet(std::int32_t node, std::string_view name) {
 
 std::string DescriptionTags::expand(std::optional<std::string_view> text, bool stopOnMissing) {
     return expressions_.expandWhole(text.value_or(""), stopOnMissing);
-}
-
-std::string collapsedPath(std::string path) {
-    OUtils::collapseSeparators(path.data());
-    return trimmedToTerminator(std::move(path));
-}
-
-std::string normalizedPath(std::string path) {
-    OUtils::normalizePath(path.data());
-    return trimmedToTerminator(std::move(path));
 }

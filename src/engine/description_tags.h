@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/path_functions.h"
+
 class Expressions;
 class PXML;
 
@@ -48,6 +50,5 @@ private:
     Expressions& expressions_;
 };
 
-// The path functions of the base on growing texts.
-std::string collapsedPath(std::string path);
-std::string normalizedPath(std::string path);
+using OUtils::collapsedPath;
+using OUtils::normalizedPath;

@@ -1,24 +1,14 @@
 #include "engine/uninstall_command.h"
 
-#include "base/fixed_text.h"
 #include "description/product_description.h"
 
 namespace {
 
-// The program's buffer holds more than a command may have, so that a cut program is too long.
-using ProgramText = FixedText<UninstallCommand::kProgramLimit + 2>;
-using NameText = FixedText<1024>;
+// The description gives longer commands than one may be, so that a cut program is too long.
+static_assert(ProductDescription::kCommandLimit > UninstallCommand::kProgramLimit);
 
-// Calls one of the product's getters; the text is cut at the capacity.
-template <typename Text>
-std::optional<std::string> get(const ProductDescription& product,
-                               int (ProductDescription::*getter)(char*, int) const) {
-    Text text;
-    if ((product.*getter)(text.data(), static_cast<int>(Text::capacity())) != 0) {
-        return std::nullopt;
-    }
-    return std::string(text.view());
-}
+// The bytes of a name, a version and an address in the list of applications; what is longer is cut.
+constexpr std::size_t kNameLimit = 1023;
 
 std::nullopt_t fail(const DebugLog& debugLog, std::string_view message) {
     debugLog.line(message);
@@ -51,20 +41,20 @@ std::optional<UninstallCommand> composeUninstallCommand(std::string_view program
 
 std::optional<UninstallCommand> uninstallCommandOf(const ProductDescription& product, ProgramQuotes quotes,
                                                    DebugLog debugLog) {
-    const auto program = get<ProgramText>(product, &ProductDescription::getUninstallCmd);
+    const auto program = product.uninstallCommand();
     if (!program) {
         return fail(debugLog, "ERROR: Could not obtain uninstall cmd! (check <UninstallCmd> tag)");
     }
-    const auto logFile = get<PathText>(product, &ProductDescription::getInstallLogFile);
+    const auto logFile = product.installLogFile();
     if (!logFile) {
         return fail(debugLog,
                     "ERROR: Could not obtain insatll log file location! (check <InstallLogFile> tag)");
     }
-    const auto name = get<NameText>(product, &ProductDescription::getFullName);
+    const auto name = product.fullName();
     if (!name) {
         return fail(debugLog, "ERROR: Could not obtain application name!");
     }
-    auto command = composeUninstallCommand(*program, *logFile, *name, quotes);
+    auto command = composeUninstallCommand(*program, *logFile, name->substr(0, kNameLimit), quotes);
     if (!command) {
         return fail(debugLog, "ERROR: The uninstall command is too long or holds a double quote!");
     }
@@ -76,16 +66,17 @@ std::optional<ApplicationEntry> applicationEntryOf(const ProductDescription& pro
     if (!command) {
         return std::nullopt;
     }
-    const auto version = get<NameText>(product, &ProductDescription::getVersion);
+    const auto version = product.version();
     if (!version) {
         return fail(
             debugLog,
             "ERROR: Could not obtain application full version description! (check <ProductDesc> tag)");
     }
-    const auto website = get<NameText>(product, &ProductDescription::getWebsite);
+    const auto website = product.website();
     if (!website) {
         return fail(debugLog, "ERROR: Could not obtain application web site! (check <ProductDesc> tag)");
     }
-    const auto name = get<NameText>(product, &ProductDescription::getFullName);
-    return ApplicationEntry{name.value_or(""), *version, *website, command->program, command->arguments};
+    const std::string name = product.fullName().value_or("");
+    return ApplicationEntry{name.substr(0, kNameLimit), version->substr(0, kNameLimit),
+                            website->substr(0, kNameLimit), command->program, command->arguments};
 }

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include "description/answers_file.h"
 #include "installer/run_options.h"
 #include "session/command_line_parameters.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
-#include "support/terminal.h"
 #include "wini/system_services.h"
 
 class ConsoleUI;
@@ -50,12 +50,12 @@ private:
     void print(std::string_view text);
 
     platform::Platform& platform_;
-    SystemTerminal terminal_;
     CommandLineParameters parameters_;
     RunOptions options_;
     PFileConsole log_;
     DebugLog debugLog_;
     SystemServices services_;
+    AnswersFile answers_;
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<ConsoleUI> ui_;
 };

@@ -190,6 +190,7 @@ struct PackageWriter::Job {
     std::int64_t cabinetSize = 0;
     std::string image;
     ChecksumVersion checksum = ChecksumVersion::kVersion2;
+    OUtils::ThreadSettings threads;
     ZlibSolidCompressor compressor;
     std::vector<unsigned char> block;
     PackageTotals totals;
@@ -230,6 +231,8 @@ PackageTotals PackageWriter::write(const std::vector<PackageFile>& entries, cons
     checkEntries(entries, outputPath, job);
     loadImage(options, job);
     job.totals.stripes = options.stripes == 0 ? defaultStripes(job.cabinetSize) : options.stripes;
+    job.threads = options.threads;
+    job.compressor.setThreads(options.threads);
     checkCompression(job.compressor.init(job.totals.stripes, options.level));
     TemporaryOutput output(files_, outputPath);  // before the long work: can anything be written there?
     fillCabinet(entries, job);
@@ -336,7 +339,7 @@ void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& j
 // Hashing is done by all processors, like the compression.
 void PackageWriter::hashEntries(Job& job) const {
     HashWorker worker(job.compressor, job.positions, job.sizes);
-    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager());
+    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager(job.threads));
     if (threads == nullptr) {
         fail("not enough memory to hash the files");
     }

@@ -23,7 +23,8 @@ struct PackageOptions {
     std::string imagePath;
     // 1 to 256; 0 takes a number that depends on the size of the payload alone.
     std::int32_t stripes = 0;
-    std::int32_t level = 9;  // 1 to 9
+    OUtils::ThreadSettings threads;  // of the hashing and the compression
+    std::int32_t level = 9;          // 1 to 9
     // An image that doesn't know version 2 gets version 1 in any case.
     ChecksumVersion checksum = ChecksumVersion::kVersion2;
 };

@@ -95,7 +95,7 @@ SolidCompressor::Result StripedSolidCompressor::compressStripes() {
         return Result::kBadParameter;  // no reader would accept the stream
     }
     layOutStripes();
-    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager());
+    const OUtils::ThreadManagerPtr threads(OUtils::createThreadManager(threads_));
     if (threads == nullptr) {
         return Result::kNoThreads;
     }

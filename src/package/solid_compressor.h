@@ -86,6 +86,7 @@ public:
 
     // Receives the number of compressed bytes; borrowed, may be null. A cancelled run gives kStripeFailed.
     void setProgress(OUtils::ThreadProgress* progress) { progress_ = progress; }
+    void setThreads(const OUtils::ThreadSettings& threads) { threads_ = threads; }
 
 protected:
     Result compressStripes();
@@ -102,6 +103,7 @@ private:
     std::vector<SolidChunk> stripes_;
     std::vector<std::unique_ptr<unsigned char[]>> stripeOutputs_;
     OUtils::ThreadProgress* progress_ = nullptr;
+    OUtils::ThreadSettings threads_;
 };
 
 // The thread procedure: each thread compresses the stripe of its own index and touches no other.

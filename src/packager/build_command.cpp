@@ -1,5 +1,3 @@
-#include <cstdlib>
-
 #include "package/package_writer.h"
 #include "packager/commands.h"
 #include "packager/packing_list.h"
@@ -7,15 +5,15 @@
 
 namespace {
 
-ChecksumVersion checksumVersion(const CommandLine& commandLine) {
-    const char* const oldChecksumming = std::getenv("OLD_CHECKSUMMING");
+ChecksumVersion checksumVersion(const CommandLine& commandLine, platform::Environment& environment) {
     return commandLine.oldChecksum ? ChecksumVersion::kVersion1
-                                   : checksumVersionFor(oldChecksumming == nullptr ? "" : oldChecksumming);
+                                   : checksumVersionFor(environment.get("OLD_CHECKSUMMING").value_or(""));
 }
 
 }  // namespace
 
-void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+              platform::Environment& environment) {
     PackingList list({commandLine.description, commandLine.root, commandLine.image}, files);
     list.read();
     for (const std::string& warning : list.warnings()) {
@@ -26,7 +24,8 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
     options.stripes =
         commandLine.stripes == 0 ? PackageWriter::defaultStripes(list.cabinetSize()) : commandLine.stripes;
     options.level = commandLine.level;
-    options.checksum = checksumVersion(commandLine);
+    options.threads = OUtils::readThreadSettings(environment);
+    options.checksum = checksumVersion(commandLine, environment);
     PackageWriter writer(files);
     writer.setProgress([&](std::string_view step, int percent) { output.progress(step, percent); });
     std::vector<PackageFile> entries = list.entries();

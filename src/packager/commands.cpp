@@ -6,10 +6,11 @@
 
 namespace {
 
-void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+                platform::Environment& environment) {
     switch (commandLine.command) {
         case PackagerCommand::kBuild:
-            return runBuild(commandLine, output, files);
+            return runBuild(commandLine, output, files, environment);
         case PackagerCommand::kList:
             return runList(commandLine, output, files);
         case PackagerCommand::kExtract:
@@ -30,9 +31,10 @@ std::string withoutLastLineEnd(std::string text) {
     return text;
 }
 
-int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
+int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+               platform::Environment& environment) {
     try {
-        runCommand(commandLine, output, files);
+        runCommand(commandLine, output, files, environment);
         return 0;
     } catch (const GenericError& error) {
         output.warn("packager: " + printable(error.what()));
@@ -47,7 +49,7 @@ int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform:
 }  // namespace
 
 int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
-                platform::FileSystem& files) {
+                platform::FileSystem& files, platform::Environment& environment) {
     const CommandLine commandLine = parseCommandLine(arguments);
     int exitCode = 0;
     if (commandLine.help) {
@@ -57,7 +59,7 @@ int runPackager(const std::vector<std::string>& arguments, PackagerOutput& outpu
         output.warn(withoutLastLineEnd(helpText(commandLine.command)));
         exitCode = 2;
     } else {
-        exitCode = runChecked(commandLine, output, files);
+        exitCode = runChecked(commandLine, output, files, environment);
     }
     if (!output.finish() && exitCode == 0) {
         output.warn("packager: the output can't be written");

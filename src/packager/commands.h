@@ -5,10 +5,12 @@
 
 #include "packager/command_line.h"
 #include "packager/packager_output.h"
+#include "platform/environment.h"
 #include "support/p_file_stream.h"
 
-// The commands of the tool. Each throws InstallerError with one line when it fails. `files` is borrowed.
-void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+// The commands of the tool. Each throws InstallerError with one line when it fails. All objects are borrowed.
+void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+              platform::Environment& environment);
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
@@ -17,4 +19,4 @@ void runText(const CommandLine& commandLine, PackagerOutput& output, platform::F
 // The whole tool, from the arguments after the program's name to the exit code: 0 done, 1 failed, 2 wrong
 // use.
 int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
-                platform::FileSystem& files);
+                platform::FileSystem& files, platform::Environment& environment);

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "packager/packager_output.h"
-#include "support/terminal.h"
+
+namespace platform {
+class ConsoleDevice;
+}
 
 // The tool's output on the process's standard streams.
 class TerminalOutput : public PackagerOutput {
 public:
-    // `device` is borrowed.
-    explicit TerminalOutput(platform::ConsoleDevice& device);
+    // `console` is borrowed.
+    explicit TerminalOutput(platform::ConsoleDevice& console) : console_(console) {}
 
     void print(std::string_view line) override;
     void warn(std::string_view line) override;
@@ -17,7 +20,6 @@ public:
 private:
     void clearProgress();
 
-    platform::ConsoleDevice& device_;
-    SystemTerminal terminal_;
+    platform::ConsoleDevice& console_;
     bool showsProgress_ = false;  // there is a progress line on the terminal
 };

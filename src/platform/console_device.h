@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,19 +18,24 @@ enum class ReadStatus {
 // Output may come from any thread; one thread at a time reads.
 class ConsoleDevice {
 public:
+    ConsoleDevice() = default;
+    ConsoleDevice(const ConsoleDevice&) = delete;
+    ConsoleDevice& operator=(const ConsoleDevice&) = delete;
     virtual ~ConsoleDevice() = default;
 
-    // Buffered; flush hands everything to the system. Both return false once the output has failed (closed
-    // early, disk full); later output is dropped.
+    // Buffered; flush hands everything to the system. Both return false once any output was lost (the reader
+    // went away, the disk is full); later output is dropped.
     virtual bool write(std::string_view text) = 0;
     virtual bool flush() = 0;
     virtual bool writeError(std::string_view text) = 0;  // standard error, unbuffered
 
-    // Reads up to and with a line feed, or `maxBytes` bytes, whichever comes first; what is left of the line
-    // is given to the next read, as fgets does. `outLine` keeps the line feed.
+    // Flushes the output, so that the question shows before the wait for its answer. Then reads up to and
+    // with a line feed, or `maxBytes` bytes, whichever comes first; the next read gets the rest of the line.
+    // `outLine` keeps the line feed and is empty unless the result is kLine.
     virtual ReadStatus readLine(std::string& outLine, std::size_t maxBytes) = 0;
-    // One key without echo (from a pipe: one byte). The backspace key gives 8, the key that ends the input
-    // kEnd. Outside of beginKeys and endKeys the terminal's settings are restored before it returns.
+    // Flushes the output, then reads one key without echo (from a pipe: one byte). The backspace key gives 8,
+    // the key that ends the input kEnd. `outKey` is 0 unless the result is kLine. Outside of beginKeys and
+    // endKeys the terminal's settings are restored before it returns.
     virtual ReadStatus readKey(int& outKey) = 0;
     // Between the two only readKey reads, and a terminal echoes nothing, not even what is typed between two
     // reads. Pairs don't nest. Without a terminal they do nothing.
@@ -39,10 +45,26 @@ public:
     // From any thread, any number of times: a read that blocks, and each later one, returns kInterrupted.
     virtual void interruptInput() = 0;
 
-    // The window of standard output in character cells. False when it is no terminal.
+    // The window of standard output in character cells. False, with both at 0, when it is not a terminal.
     virtual bool windowSize(int& outColumns, int& outRows) = 0;
     virtual bool isInputTerminal() = 0;
     virtual bool isOutputTerminal() = 0;
+
+    // A pause in the dialogue. Here and not a plain call, so that scripted dialogues take no time.
+    virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;
+};
+
+// While it lives nothing that is typed is echoed. Make it before the question is printed, because people and
+// programs type as soon as they see it.
+class UnechoedInput {
+public:
+    explicit UnechoedInput(ConsoleDevice& console) : console_(console) { console_.beginKeys(); }
+    ~UnechoedInput() { console_.endKeys(); }
+    UnechoedInput(const UnechoedInput&) = delete;
+    UnechoedInput& operator=(const UnechoedInput&) = delete;
+
+private:
+    ConsoleDevice& console_;
 };
 
 ConsoleDevice& systemConsole();

@@ -47,7 +47,7 @@ public:
     virtual std::int64_t size() = 0;  // in bytes; -1 on failure
     virtual int truncateHere() = 0;   // the file ends at the present position
     virtual int flush() = 0;
-    // Reports what the system only tells at the end (a full disk, say). The object is closed in any case.
+    // Reports what the system only reports at the end (a full disk, say). The object is closed in any case.
     virtual int close() = 0;
 };
 

@@ -11,7 +11,7 @@ namespace platform {
 
 enum class FirewallProtocol { kTcp, kUdp };
 
-// The single calls of the system, so that a failure can be told exactly.
+// The single calls of the system, so that a failure can be reported exactly.
 enum class FirewallCall {
     kNone,
     kNoService,  // the system has no firewall service that can be asked

@@ -28,10 +28,11 @@ class Processes {
 public:
     virtual ~Processes() = default;
 
-    // The running processes whose executable can be told. False when the system refuses.
+    // The running processes whose executable is known. False when the system refuses.
     virtual bool list(std::vector<ProcessInfo>& outProcesses) = 0;
     // Ends a process: at once on Windows; on Linux politely first, then hard after `politeMilliseconds`.
-    // True when the process was told to end. Never one of the own line, nor the system's first process.
+    // True when the process was asked to end. Never ends this process or one that led to it, nor the system's
+    // first process.
     virtual bool terminate(std::uint32_t id, std::uint32_t politeMilliseconds) = 0;
     // Starts a program from one command line: words by blanks, double quotes keep blanks together, and the
     // first word is the program. No handles are inherited but the standard streams. `workDirectory` may be

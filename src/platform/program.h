@@ -14,11 +14,12 @@ bool ownImagePath(std::string& outPath);
 int lastSystemError();
 
 // The directories in which only an administrator may create files, the preferred first: the program
-// directory that the registry names on Windows; /opt and /usr/local on Linux. Empty when it can't be told.
+// directory that the registry names on Windows; /opt and /usr/local on Linux. Empty when they can't be
+// determined.
 std::vector<std::string> administratorDirectories(Registry& registry);
 
 }  // namespace platform
 
-// The program behind the system's entry point, given by each program's main.cpp: the arguments, the program's
-// name first, as UTF-8. Returns the exit code. The platform layer holds main and wmain.
+// The system's entry point (main or wmain) is in the platform layer and calls this, which each program's
+// main.cpp defines. The arguments are UTF-8, the program's name first. Returns the exit code.
 int programMain(const std::vector<std::string>& arguments);

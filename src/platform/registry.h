@@ -26,7 +26,7 @@ enum RegistryType : std::uint32_t {
     kRegQword = 11,
 };
 
-// The statuses that callers tell apart, as Windows numbers them; others may be met.
+// The statuses that callers distinguish, as Windows numbers them; there are others.
 enum RegistryStatus : int {
     kRegOk = 0,
     kRegNotFound = 2,

@@ -1,39 +1,30 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <string>
+#include <string_view>
 
 #include "contracts/install_exchange_info.h"
-#include "contracts/system_operations.h"
-#include "session/session_paths.h"
+#include "platform/platform.h"
+#include "session/page_work.h"
+#include "session/session_model.h"
 #include "session/session_state.h"
-
-class EnvironmentAccess;
-class SharedBuffer;
-class SystemModifications;
-struct Collaborators;
-struct FileEntry;
+#include "ui/dialog_walk.h"
 
 // One session: takes the description from the cabinet, or in a session that uninstalls from the file that the
 // action log names, builds the models, fills the variables, and hands control to the front end, which drives
-// everything that follows. Constructed, cabinet loaded, run, released: each once. Operations on the operating
-// system are left to the derived class. One thread, but for cancel.
-class Installer : public InstallExchangeInfo,
-                  public SystemOperations,
-                  public SessionPaths,
-                  protected SessionState {
+// everything that follows. Constructed, cabinet loaded, run, released: each once. One thread, except for
+// `cancel`.
+class Installer : public InstallExchangeInfo, protected SessionState {
 public:
-    // All are borrowed and outlive the session; `modifications` isn't used before the session runs.
-    Installer(platform::FileSystem& files, EnvironmentAccess& environment,
-              SystemModifications& modifications);
-    ~Installer() override;
+    // All of it is borrowed and outlives the session, but for the log, which is shared.
+    Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
+              DebugLog log);
 
-    // Ahead of everything else. The console is borrowed and may be null: then nothing is logged.
+    // Before everything else. The console is borrowed and may be null: then nothing is logged.
     void setConsole(PConsole* console, std::int32_t level);
     // Borrowed; null without a command line.
-    void setParameters(const CommandLineArguments* arguments);
-    // Ahead of `run`: nobody will be asked anything.
+    void setParameters(const CommandLineArguments* arguments) { parameters = arguments; }
+    // Before `run`: nobody will be asked anything.
     void setUnattended(bool unattended) { isUnattended = unattended; }
 
     // `flags` is a set of SessionFlag. With kSessionActionLog `path` is an action log, which is only opened:
@@ -57,6 +48,7 @@ public:
     int getInstallBackupFile(char* buffer, int size) override;
     int getUninstallCmd(char* buffer, int size) override;
     int getUninstallXmlFile(char* buffer, int size) override;
+    int getTemporaryFileName(char* buffer, int size) override;
     int getInstallHelpUrl(char* buffer, int size) override;
 
     int getPreviousInstallationKind() override;
@@ -104,6 +96,8 @@ public:
     // The walk.
     void performAction(InstallerUI* ui, const char* text) override;
     int shift(InstallerUI* ui, int count) override;
+    // A failure is logged.
+    bool openInDefaultBrowser(const char* url) override;
     int dialogBack(InstallerUI* ui, int count) override;
     int dialogNext(InstallerUI* ui, int count) override;
     int cancel(InstallerUI* ui) override;
@@ -128,33 +122,27 @@ public:
                              bool stripExeExtension, int fileMode);
 
 protected:
-    // Called for each file that stands as it should after the installation's file loop.
-    virtual void afterFileInstalled(const std::string& path, const FileEntry& file) = 0;
+    PageWork& pages() { return work_; }
+    SessionModel& model() { return model_; }
+    NavigationState& navigation() { return walk_.state(); }
 
 private:
-    // The steps of run up to the front end; false ends the session.
+    // The steps of run before the front end; false ends the session.
     bool prepare(InstallerUI& ui);
     bool readDescription();
-    bool readDescriptionFromLog(SharedBuffer& outText);
-    bool readDescriptionFromCabinet(SharedBuffer& outText);
-    int importVariablesFromLog();
-    bool readModels();
-    bool readDialogs();
-    void readControlVariables();
-    void findEarlierInstallations();
-    void importEarlierVariables();
-    void readEarlierLog();
+    bool readDescriptionFromLog(std::string& outText);
+    bool readDescriptionFromCabinet(std::string& outText);
+    enum class LogVariables { kRead, kWithBadLines, kUnreadable };
+    LogVariables importVariablesFromLog();
     bool loadDefaultValues(InstallerUI& ui);
-    void publishEarlierInstallations();
-    void scanExternalInstallations();
 
     int runUI(InstallerUI& ui);
-    void reportError(InstallerUI& ui, const char* text);
-    void setControl(ControlVariable role, const char* value);
+    void reportError(InstallerUI& ui, std::string_view text);
     void removeIfNamed(const std::string& path);
-    void log(const char* text);
 
-    platform::FileSystem& files_;
-    EnvironmentAccess& environment_;
-    std::unique_ptr<Collaborators> parts_;
+    platform::Platform machine_;
+    SystemOperations& system_;
+    SessionModel model_;
+    PageWork work_;
+    DialogWalk walk_;
 };

@@ -1,36 +1,55 @@
 #include "session/page_work.h"
 
 #include "base/path_functions.h"
-#include "contracts/system_modifications.h"
 #include "contracts/system_operations.h"
-#include "description/product_description.h"
-#include "description/variable_store.h"
-#include "engine/additional_actions.h"
-#include "engine/previous_installations.h"
-#include "engine/product_installer.h"
-#include "engine/system_changes.h"
-#include "engine/uninstaller.h"
-#include "session/installation_finish.h"
+#include "engine/uninstall_command.h"
+#include "platform/environment.h"
+#include "session/session_model.h"
 #include "session/session_state.h"
 
 namespace {
 
-constexpr int kNameCapacity = 1024;
+EngineParts engineParts(SessionState& state, SessionModel& model, const platform::Platform& machine,
+                        SystemOperations& system) {
+    return {model.view(), state.cabinet, machine, system, state.debugLog};
+}
 
 }  // namespace
 
-PageWork::PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled)
+PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Platform& machine,
+                   SystemOperations& system)
     : state_(state),
-      parts_(parts),
-      afterFileInstalled_(std::move(afterFileInstalled)),
-      debugLog_(state.debugLog) {}
+      model_(model),
+      machine_(machine),
+      system_(system),
+      earlier_(engineParts(state, model, machine, system)),
+      installation_(engineParts(state, model, machine, system)),
+      uninstallation_(engineParts(state, model, machine, system)),
+      programs_(DescriptionTags(model.description, model.variables.expressions()), system),
+      products_(DescriptionTags(model.description, model.variables.expressions()), system) {}
+
+Report PageWork::reportTo(InstallerUI& ui) {
+    return {&ui, &state_.errorList};
+}
+
+std::optional<std::string> PageWork::applicationDirectory() {
+    if (!state_.applicationPath.empty()) {
+        return state_.applicationPath;
+    }
+    std::string program;
+    if (!machine_.environment.programPath(program)) {
+        return std::nullopt;
+    }
+    const std::size_t separator = program.find_last_of("/\\");
+    return program.substr(0, separator == std::string::npos ? 0 : separator);
+}
 
 bool PageWork::isActionLogSession() {
     return state_.isActionLogSession();
 }
 
 void PageWork::normalizeDirectoryFields() {
-    for (DialogDesc& dialog : state_.dialogs.getDialogs()) {
+    for (DialogDesc& dialog : model_.dialogs.getDialogs()) {
         normalizeFields(dialog);
         for (DialogDesc& sub : dialog.subDialogs) {
             normalizeFields(sub);
@@ -39,86 +58,102 @@ void PageWork::normalizeDirectoryFields() {
 }
 
 void PageWork::normalizeFields(DialogDesc& page) {
+    VariableStore& variables = model_.variables.store();
     for (const DialogFieldDesc& field : page.fields) {
-        PathText path;
-        if (field.type != kFieldDirectory ||
-            parts_.variables.getVariable(field.variable.c_str(), path.data(),
-                                         static_cast<int>(PathText::capacity())) == -1) {
-            continue;
-        }
-        if (OUtils::normalizePath(path.data()) != 0) {
-            parts_.variables.setVariable(field.variable.c_str(), path.c_str());
+        const std::string_view name = field.variable.view();
+        const auto value = field.type == kFieldDirectory ? variables.get(name) : std::nullopt;
+        // A store makes other variables follow, so a value that is clean already isn't stored again.
+        if (value) {
+            const std::string normalized = OUtils::normalizedPath(*value);
+            if (normalized != *value) {
+                variables.set(name, normalized);
+            }
         }
     }
 }
 
-int PageWork::installProduct(InstallerUI* ui) {
-    if (state_.earlier.previousUninstallDone == 0) {
-        uninstallPrevious(ui);  // an old version that stays doesn't stop the new one
+bool PageWork::installProduct(InstallerUI& ui) {
+    if (!earlier_.wasRemovalTried()) {
+        earlier_.remove();  // an old version that stays doesn't stop the new one
     }
-    SystemChanges& changes = parts_.changes;
-    const std::vector<InstallationPhase> phases = {
-        {"Updating environment variables", [&](InstallerUI* u) { return changes.applyEnvironmentTags(u); }},
-        {"Updating .ini files", [&](InstallerUI* u) { return changes.applyIniTags(u); }},
-        {"Modifying files", [&](InstallerUI* u) { return changes.applyModifyFileTags(u); }},
-        {"Creating shortcuts", [&](InstallerUI* u) { return changes.applyShortcutTags(u); }},
-        {"Updating Firewall", [&](InstallerUI* u) { return changes.applyFirewallTags(u); }},
-        {"Running additional installations",
-         [&](InstallerUI* u) { return parts_.actions.runAdditionalActions(u, "AdditionalInstall"); }},
-    };
-    Report report(ui, &state_.errorList);
-    return parts_.installer.installProduct(report, phases, afterFileInstalled_);
+    Report report = reportTo(ui);
+    return installation_.run(report);
 }
 
-int PageWork::refuse(const char* work) {
-    debugLog_.print("ERROR: %s is not carried out: this version can not do that", work);
-    return 1;
+bool PageWork::refuse(std::string_view work) {
+    state_.debugLog.line("ERROR: " + std::string(work) + " is not carried out: this version can not do that");
+    return false;
 }
 
-int PageWork::prepareUninstall(InstallerUI* ui) {
-    return parts_.uninstaller.PrepareUninstall(ui, nullptr);
+bool PageWork::prepareUninstall(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    uninstallation_.prepare(state_.actionLogFile.get(), std::nullopt, report);
+    return true;
 }
 
-int PageWork::uninstallCurrentProduct(InstallerUI* ui) {
-    return parts_.uninstaller.uninstallFromLog(*ui, nullptr);
+bool PageWork::uninstallCurrentProduct(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report);
 }
 
-int PageWork::uninstallPrevious(InstallerUI*) {
-    return parts_.previous.uninstallPrevious();
+bool PageWork::uninstallPrevious(InstallerUI&) {
+    return earlier_.remove();
 }
 
-int PageWork::revertInstallation(InstallerUI*) {
+bool PageWork::revertInstallation(InstallerUI&) {
     return refuse("The revert of the installation");
 }
 
-int PageWork::revertUninstallation(InstallerUI*) {
+bool PageWork::revertUninstallation(InstallerUI&) {
     return refuse("The revert of the uninstallation");
 }
 
 bool PageWork::registerApplication() {
-    return parts_.modifications.registerApplication();
+    const auto entry = applicationEntryOf(model_.product, state_.debugLog);
+    return entry && system_.registerApplication(*entry);
 }
 
 bool PageWork::unregisterApplication() {
-    char name[kNameCapacity];
-    return parts_.product.getFullName(name, kNameCapacity) == 0 &&
-           parts_.modifications.removeUninstallEntry(name);
+    const auto name = model_.product.fullName();
+    return name && system_.removeUninstallEntry(*name);
 }
 
-int PageWork::runActions(InstallerUI* ui, const char* section) {
-    return parts_.actions.runAdditionalActions(ui, section);
+void PageWork::runActions(std::string_view section, InstallerUI& ui) {
+    Report report = reportTo(ui);
+    installation_.runActions(section, report);
 }
 
-int PageWork::finishInstallation(InstallerUI* ui) {
-    return parts_.finish.finishInstallation(ui);
+// Only answers that a person gave on the console are worth repeating from a file.
+bool PageWork::leavesConfigFile() const {
+    return !state_.isGraphical && !state_.isUnattended && state_.configFile.empty();
 }
 
-bool PageWork::closeApplication(const char* name, bool isService, const char* directory) {
-    return parts_.system.closeApplication(name, isService, directory == nullptr ? "" : directory);
+void PageWork::finishInstallation(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    installation_.finish(report, leavesConfigFile(), applicationDirectory());
 }
 
-bool PageWork::uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,
-                                    InstallerUI* ui) {
-    const std::uint32_t flags = (in32BitView ? kEntryIn32BitView : 0U) | (wait ? kEntryWait : 0U);
-    return parts_.modifications.uninstallApplication(name, arguments, flags, ui);
+void PageWork::prepareProgramWatch(std::int32_t page, InstallerUI& ui) {
+    Report report = reportTo(ui);
+    programs_.enterPage(page,
+                        [&](std::string_view container) { installation_.runActions(container, report); });
+}
+
+std::vector<WatchedProgram> PageWork::watchPrograms() {
+    std::vector<WatchedProgram> programs;
+    for (RunningPrograms::Program& program : programs_.look()) {
+        programs.push_back({std::move(program.name), program.isRunning});
+    }
+    return programs;
+}
+
+ExternalProductList PageWork::removeExternalProducts(std::int32_t page, InstallerUI& ui,
+                                                     const std::function<void()>& onFirst) {
+    Report report = reportTo(ui);
+    ExternalProducts::Found found = products_.uninstallAll(page, report, onFirst);
+    return {std::move(found.names), found.in32BitView};
+}
+
+bool PageWork::isAnyInstalled(const ExternalProductList& products) {
+    return products_.isAnyInstalled({products.names, products.in32BitView});
 }

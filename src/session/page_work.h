@@ -1,64 +1,67 @@
 #pragma once
 
-#include "contracts/page_actions.h"
-#include "engine/file_installer.h"
-#include "support/debug_log.h"
+#include <optional>
+#include <string>
 
-class AdditionalActions;
-class InstallationFinish;
-class PreviousInstallations;
-class ProductDescription;
-class ProductInstaller;
-class SystemChanges;
-class Uninstaller;
-class SystemModifications;
-class SystemOperations;
-class VariableStore;
+#include "contracts/page_actions.h"
+#include "engine/earlier_installations.h"
+#include "engine/external_products.h"
+#include "engine/installation.h"
+#include "engine/running_programs.h"
+#include "engine/uninstallation.h"
+
+class Report;
+class SessionModel;
 struct DialogDesc;
 struct SessionState;
 
-// The session's answers to the pages that stand for work. Work that this version doesn't have is refused: the
-// log says so and the result is a failure.
+// The session's answers to the pages that stand for work. It makes the report of each job and hands the job
+// to the engine. Work that this version doesn't have is refused: the log says so and the result is a failure.
 class PageWork : public PageActions {
 public:
-    struct Parts {
-        VariableStore& variables;
-        ProductInstaller& installer;
-        PreviousInstallations& previous;
-        SystemChanges& changes;
-        AdditionalActions& actions;
-        Uninstaller& uninstaller;
-        const ProductDescription& product;
-        InstallationFinish& finish;
-        SystemOperations& system;
-        SystemModifications& modifications;
-    };
+    // All of them are borrowed and outlive this object.
+    PageWork(SessionState& state, SessionModel& model, const platform::Platform& machine,
+             SystemOperations& system);
 
-    PageWork(SessionState& state, Parts parts, FileInstaller::Hook afterFileInstalled);
+    EarlierInstallations& earlier() { return earlier_; }
+    Installation& installation() { return installation_; }
+
+    // The directory that was set for the session, or else the running program's, without a separator at its
+    // end. Nothing when it isn't known.
+    std::optional<std::string> applicationDirectory();
 
     bool isActionLogSession() override;
     void normalizeDirectoryFields() override;
-    int installProduct(InstallerUI* ui) override;
-    int prepareUninstall(InstallerUI* ui) override;
-    int uninstallCurrentProduct(InstallerUI* ui) override;
-    int uninstallPrevious(InstallerUI* ui) override;
-    int revertInstallation(InstallerUI* ui) override;
-    int revertUninstallation(InstallerUI* ui) override;
+    bool installProduct(InstallerUI& ui) override;
+    bool prepareUninstall(InstallerUI& ui) override;
+    bool uninstallCurrentProduct(InstallerUI& ui) override;
+    bool uninstallPrevious(InstallerUI& ui) override;
+    bool revertInstallation(InstallerUI& ui) override;
+    bool revertUninstallation(InstallerUI& ui) override;
     bool registerApplication() override;
     bool unregisterApplication() override;
-    int runActions(InstallerUI* ui, const char* section) override;
+    void runActions(std::string_view section, InstallerUI& ui) override;
     // Throws InstallerError when the published log can't be brought up to date.
-    int finishInstallation(InstallerUI* ui) override;
-    bool closeApplication(const char* name, bool isService, const char* directory) override;
-    bool uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,
-                              InstallerUI* ui) override;
+    void finishInstallation(InstallerUI& ui) override;
+    void prepareProgramWatch(std::int32_t page, InstallerUI& ui) override;
+    std::vector<WatchedProgram> watchPrograms() override;
+    ExternalProductList removeExternalProducts(std::int32_t page, InstallerUI& ui,
+                                               const std::function<void()>& onFirst) override;
+    bool isAnyInstalled(const ExternalProductList& products) override;
 
 private:
+    Report reportTo(InstallerUI& ui);
     void normalizeFields(DialogDesc& page);
-    int refuse(const char* work);
+    bool leavesConfigFile() const;
+    bool refuse(std::string_view work);
 
     SessionState& state_;
-    Parts parts_;
-    FileInstaller::Hook afterFileInstalled_;
-    DebugLog debugLog_;
+    SessionModel& model_;
+    platform::Platform machine_;
+    SystemOperations& system_;
+    EarlierInstallations earlier_;
+    Installation installation_;
+    Uninstallation uninstallation_;
+    RunningPrograms programs_;
+    ExternalProducts products_;
 };

@@ -8,7 +8,7 @@ namespace OUtils {
 
 namespace {
 
-// Constant-initialised and without a destructor: a thread left behind may print while the process ends.
+// Constant-initialised and without a destructor: an abandoned thread may print while the process ends.
 std::atomic<DebugSink> debugSink{nullptr};
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "support/outils_cprint.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
-#include <string_view>
 
 namespace {
 
@@ -12,9 +12,9 @@ constexpr std::size_t kSequenceLimit = 16;
 
 }  // namespace
 
-void outils_cprint(int useColour, const char* text, platform::ConsoleDevice& device) {
-    const bool passOn = useColour != 0 && device.isOutputTerminal();
-    std::string_view rest(text == nullptr ? "" : text);
+void outils_cprint(platform::ConsoleDevice& console, bool useColour, std::string_view text) {
+    const bool passOn = useColour && console.isOutputTerminal();
+    std::string_view rest = text;
     std::string out;
     bool complete = true;
     while (!rest.empty() && complete) {
@@ -31,16 +31,16 @@ void outils_cprint(int useColour, const char* text, platform::ConsoleDevice& dev
     if (!complete) {
         out += "outils_cprint: Incorrect ESC length!";
     }
-    if (!device.write(out) || !device.flush()) {
-        device.writeError("outils_cprint: Invalid handle!");
+    if (!console.write(out) || !console.flush()) {
+        console.writeError("outils_cprint: Invalid handle!");
     }
 }
 
-void outils_cprintf(int useColour, const char* format, ...) {
+void outils_cprintf(platform::ConsoleDevice& console, bool useColour, const char* format, ...) {
     char text[4096] = "";
     va_list arguments;
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    outils_cprint(useColour, text);
+    outils_cprint(console, useColour, text);
 }

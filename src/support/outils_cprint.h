@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "base/errors.h"
 #include "platform/console_device.h"
 
@@ -8,8 +10,8 @@
 // there is none. A sequence without its end, or of more than 16 bytes, prints
 // "outils_cprint: Incorrect ESC length!" and ends the text; an output that has failed prints
 // "outils_cprint: Invalid handle!" to standard error.
-void outils_cprint(int useColour, const char* text,
-                   platform::ConsoleDevice& device = platform::systemConsole());
+void outils_cprint(platform::ConsoleDevice& console, bool useColour, std::string_view text);
 
-// The same with a text formatted as by printf and cut to 4,095 bytes, on the system's console.
-void outils_cprintf(int useColour, const char* format, ...) TANDREL_PRINTF(2, 3);
+// The same with a text formatted as by printf and cut to 4,095 bytes.
+void outils_cprintf(platform::ConsoleDevice& console, bool useColour, const char* format, ...)
+    TANDREL_PRINTF(3, 4);

@@ -20,14 +20,14 @@ public:
     int open() override;
     int close() override;
     int flush() override { return 0; }
-    // Copies at most what fits up to the size. Nothing that fits is no failure: 0 bytes, status 0.
+    // Copies at most what fits up to the size. A full block is not a failure: 0 bytes, status 0.
     int write(const void* buffer, std::uint32_t size, std::uint32_t& outWritten) override;
     // Copies what is left up to `size`; 0 bytes and status 0 at the end. -1 when prepareRead refuses.
     int read(void* buffer, std::uint32_t size, std::uint32_t& outRead) override;
     // -1 for a position above the size or below 0; the position stays then.
     int seek(std::int64_t position) override;
     int seekRelative(std::int64_t distance) override;
-    // The distance counts back from the last byte: 0 stands on it, not behind it, unlike files. -1 outside
+    // The distance counts back from the last byte: 0 is on it and not after it, unlike files. -1 outside
     // the block; the position stays then.
     int seekFromEnd(std::int64_t distance) override;
     std::int64_t getSize() override { return data_ == nullptr ? -1 : size_; }
@@ -36,7 +36,7 @@ public:
     std::int64_t getPosition() override { return position_; }
 
 protected:
-    // Called ahead of each read: true when there is something to read from.
+    // Called before each read: true when there is something to read from.
     virtual bool prepareRead() { return data_ != nullptr; }
 
 private:

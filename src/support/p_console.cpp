@@ -2,7 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
+#include <string>
 
 #include "base/text_functions.h"
 
@@ -14,18 +14,19 @@ constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 constexpr int kMessageCapacity = PConsole::kMessageLimit + 1;
 
-void formatStamp(PConsole::Clock clock, char* out, std::int64_t capacity) {
+// Empty when the time can't be had.
+std::string stampOf(PConsole::Clock clock) {
     platform::LocalTime time;
     if (!clock(time) || time.month < 1 || time.month > 12) {
-        return;
+        return {};
     }
-    OUtils::formatText(out, capacity, "[%i/%s/%i|%02i:%02i:%02i]", time.year, kMonths[time.month - 1],
-                       time.day, time.hour, time.minute, time.second);
+    return OUtils::formatText("[%i/%s/%i|%02i:%02i:%02i]", time.year, kMonths[time.month - 1], time.day,
+                              time.hour, time.minute, time.second);
 }
 
 }  // namespace
 
-int PConsole::open(const char* /*path*/, int /*mode*/) {
+int PConsole::open(std::string_view /*path*/, int /*mode*/) {
     return -1;
 }
 
@@ -45,21 +46,19 @@ int PConsole::clear() {
     return -1;
 }
 
-void PConsole::printLine(bool wideNumber, const char* message) {
-    char prefix[128] = "";
+void PConsole::printLine(bool wideNumber, std::string_view message) {
+    std::string prefix;
     const std::uint32_t options = options_;
     if ((options & kLineNumbers) != 0) {
         const std::int32_t number = lineNumber_++;
-        OUtils::formatText(prefix, sizeof prefix, wideNumber ? "%4i:  " : "%i:  ", number);
+        prefix = OUtils::formatText(wideNumber ? "%4i:  " : "%i:  ", number);
     }
     if ((options & kTimeStamps) != 0) {
-        const std::size_t length = std::strlen(prefix);
-        formatStamp(clock_, prefix + length, static_cast<std::int64_t>(sizeof prefix - length));
-        std::strncat(prefix, "    ", sizeof prefix - std::strlen(prefix) - 1);
+        prefix += stampOf(clock_) + "    ";
     }
-    write(prefix, static_cast<std::int32_t>(std::strlen(prefix)));
-    write(message, static_cast<std::int32_t>(std::strlen(message)));
-    write(kLineEnd, static_cast<std::int32_t>(std::strlen(kLineEnd)));
+    writeText(prefix);
+    writeText(message);
+    writeText(kLineEnd);
 }
 
 void PConsole::print(const char* format, ...) {
@@ -82,31 +81,28 @@ void PConsole::printAlert(const char* format, ...) {
     if (!enabled_) {
         return;
     }
-    char message[sizeof kAlert - 1 + kMessageCapacity] = "";
-    std::memcpy(message, kAlert, sizeof kAlert);
+    char message[kMessageCapacity] = "";
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(message + sizeof kAlert - 1, kMessageCapacity, format, arguments);
+    std::vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
-    printLine(true, message);
+    printLine(true, kAlert + std::string(message));
 }
 
 void PConsole::printNumber(std::int32_t value) {
     if (enabled_) {
-        char text[16];
-        OUtils::formatText(text, sizeof text, "%i", value);
-        printLine(false, text);
+        printLine(false, std::to_string(value));
     }
 }
 
-void PConsole::printText(const char* text) {
+void PConsole::printText(std::string_view text) {
     if (enabled_) {
-        printLine(true, text == nullptr ? "" : text);
+        printLine(true, text);
     }
 }
 
-void PConsole::printRaw(const char* text) {
-    if (enabled_ && text != nullptr) {
-        write(text, static_cast<std::int32_t>(std::strlen(text)));
+void PConsole::printRaw(std::string_view text) {
+    if (enabled_) {
+        writeText(text);
     }
 }

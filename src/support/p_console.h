@@ -3,13 +3,14 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdint>
+#include <string_view>
 
 #include "base/errors.h"
 #include "platform/clock.h"
 
 // The sink of diagnostic text. The formatting is done here, once; derived classes only write bytes. This
-// class itself writes nothing. A line may be printed by several threads through one object; its three writes
-// (prefix, message, line end) may interleave with another line's.
+// class itself writes nothing. Several threads may print through one object; the three writes of a line
+// (prefix, message, line end) may then interleave with those of another line.
 class PConsole {
 public:
     enum Options : std::uint32_t {
@@ -28,7 +29,7 @@ public:
     virtual ~PConsole() = default;
 
     // The meaning of both and of the results is the derived class's; -1 here.
-    virtual int open(const char* path, int mode);
+    virtual int open(std::string_view path, int mode);
     virtual int close();
     // A target other than a path, such as a window; -1 here.
     virtual int setDestination(void* target);
@@ -42,13 +43,13 @@ public:
     void print(const char* format, ...) TANDREL_PRINTF(2, 3);
     // The same for a function that has taken the arguments itself.
     void printFormatted(const char* format, va_list arguments);
-    // The same with "*** ALERT! " ahead of the message.
+    // The same with "*** ALERT! " before the message.
     void printAlert(const char* format, ...) TANDREL_PRINTF(2, 3);
     void printNumber(std::int32_t value);
     // One line with a text that isn't formatted, and so isn't cut either.
-    void printText(const char* text);
+    void printText(std::string_view text);
     // The text alone, without prefix and line end.
-    void printRaw(const char* text);
+    void printRaw(std::string_view text);
 
     void setEnabled(bool enabled) { enabled_ = enabled; }
     bool isEnabled() const { return enabled_; }
@@ -60,7 +61,8 @@ public:
     void setClock(Clock clock) { clock_ = clock == nullptr ? platform::localTime : clock; }
 
 private:
-    void printLine(bool wideNumber, const char* message);
+    void printLine(bool wideNumber, std::string_view message);
+    void writeText(std::string_view text) { write(text.data(), static_cast<std::int32_t>(text.size())); }
 
     std::atomic<std::int32_t> lineNumber_{0};
     std::atomic<bool> enabled_{true};

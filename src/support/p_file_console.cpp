@@ -8,15 +8,15 @@ PFileConsole::~PFileConsole() {
     closeStream();
 }
 
-int PFileConsole::open(const char* path, int mode) {
+int PFileConsole::open(std::string_view path, int mode) {
     return openStream(path, mode, false);
 }
 
-int PFileConsole::openPrivate(const char* path) {
+int PFileConsole::openPrivate(std::string_view path) {
     return openStream(path, 0, true);
 }
 
-int PFileConsole::openStream(const char* path, int mode, bool isPrivate) {
+int PFileConsole::openStream(std::string_view path, int mode, bool isPrivate) {
     const std::lock_guard lock(mutex_);
     flushEachLine_ = false;
     closeStream();

@@ -9,15 +9,16 @@
 // A console on a file. Unopened it is a silent one.
 class PFileConsole : public PConsole {
 public:
-    explicit PFileConsole(platform::FileSystem& files = platform::systemFileSystem());
+    // `files` is borrowed.
+    explicit PFileConsole(platform::FileSystem& files);
     ~PFileConsole() override;  // closes
 
     // As PFileStream::openWithMode: mode 1 appends, 0 recreates the file. Closes an open file first and
     // clears the flag set by setFlushEachLine and hasFailed. After a failure the console is unopened and
     // silent.
-    int open(const char* path, int mode) override;
+    int open(std::string_view path, int mode) override;
     // The same, recreating the file as PFileStream::openPrivate does.
-    int openPrivate(const char* path);
+    int openPrivate(std::string_view path);
     int close() override;  // returns -1 in any case; see hasFailed
     // Passes the bytes on at once; 0 without a file.
     int write(const char* text, std::int32_t length) override;
@@ -30,7 +31,7 @@ public:
     bool hasFailed() const { return failed_; }
 
 private:
-    int openStream(const char* path, int mode, bool isPrivate);
+    int openStream(std::string_view path, int mode, bool isPrivate);
     void closeStream();
     int writeToStream(const char* text, std::uint32_t length);
 

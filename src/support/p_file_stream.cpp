@@ -65,7 +65,7 @@ int PFileStream::openWithMode(std::string_view path, int mode) {
 int PFileStream::openPrivate(std::string_view path) {
     close();
     setParameters(path, kReadWrite, kShareRead, kCreateAlways);
-    // What can't be removed makes the creation fail, which tells the reason.
+    // Where this fails, the creation fails too and gives the reason.
     files_.removeFile(name_);
     return openAs(platform::Disposition::kCreatePrivate);
 }

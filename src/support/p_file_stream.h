@@ -29,7 +29,8 @@ public:
     // The mode of openWithMode that appends.
     static constexpr int kAppend = 1;
 
-    explicit PFileStream(platform::FileSystem& files = platform::systemFileSystem());
+    // `files` is borrowed.
+    explicit PFileStream(platform::FileSystem& files);
     ~PFileStream() override;  // closes
 
     // Sets the parameters of the next open(). `path` is UTF-8 and copied.
@@ -38,10 +39,11 @@ public:
     // setParameters, then open.
     int openFile(std::string_view path, std::uint32_t access, std::uint32_t share, std::uint32_t createMode);
     // Closes, then opens `path` for reading and writing, others may read. A mode whose two low bits are 1
-    // opens or creates, keeps the content and stands at its end; every other mode recreates the file.
+    // opens or creates, keeps the content and moves to its end; every other mode recreates the file.
     int openWithMode(std::string_view path, int mode);
-    // Closes, then makes `path` anew for reading and writing by this user alone: what stands there, a link
-    // included, is removed first and never followed. For well-known names in directories that all may write.
+    // Closes, then creates `path` for reading and writing by this user alone. Whatever has that name, a link
+    // included, is removed first and never followed. For well-known names in directories that all may write
+    // to.
     int openPrivate(std::string_view path);
     // From the directory entry, without opening; -1 if there is none.
     std::int64_t getFileSize(std::string_view path);

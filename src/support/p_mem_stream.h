@@ -21,7 +21,7 @@ public:
     // -1 for a position above the size or below 0; the position stays then.
     int seek(std::int64_t position) override;
     int seekRelative(std::int64_t distance) override;
-    int seekFromEnd(std::int64_t distance) override;  // distance 0 stands behind the last byte
+    int seekFromEnd(std::int64_t distance) override;  // distance 0 is after the last byte
     std::int64_t getSize() override { return size_; }
     int setEndOfStream() override;
     std::int64_t getPosition() override { return position_; }

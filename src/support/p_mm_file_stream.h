@@ -19,7 +19,7 @@ public:
     // -1, moving nothing, when the range passes the end of the file.
     int write(const void* buffer, std::uint32_t size, std::uint32_t& outWritten) override;
     int read(void* buffer, std::uint32_t size, std::uint32_t& outRead) override;
-    // -1 for a position at or behind the size or below 0; the position stays then.
+    // -1 for a position below 0 or not below the size; the position stays then.
     int seek(std::int64_t position) override;
     int seekRelative(std::int64_t distance) override;
     int seekFromEnd(std::int64_t distance) override;

@@ -4,7 +4,7 @@ void PMultiConsole::add(PConsole* console) {
     consoles_.append(console);
 }
 
-int PMultiConsole::open(const char* path, int mode) {
+int PMultiConsole::open(std::string_view path, int mode) {
     for (PConsole* console : consoles_) {
         console->open(path, mode);
     }

@@ -9,7 +9,7 @@ class PMultiConsole : public PConsole {
 public:
     void add(PConsole* console);
 
-    int open(const char* path, int mode) override;              // -1 whatever the members say
+    int open(std::string_view path, int mode) override;         // -1 whatever the members say
     int close() override;                                       // -1 whatever the members say
     int write(const char* text, std::int32_t length) override;  // the last member's result; 0 without one
 

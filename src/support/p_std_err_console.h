@@ -6,7 +6,8 @@
 // A console on standard error.
 class PStdErrConsole : public PConsole {
 public:
-    explicit PStdErrConsole(platform::ConsoleDevice& device = platform::systemConsole()) : device_(device) {}
+    // `device` is borrowed.
+    explicit PStdErrConsole(platform::ConsoleDevice& device) : device_(device) {}
 
     // The text ends at its first zero byte, if there is one. -1 once the output has failed.
     int write(const char* text, std::int32_t length) override;

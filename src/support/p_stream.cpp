@@ -1,6 +1,6 @@
 #include "support/p_stream.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace {
 
@@ -8,17 +8,15 @@ constexpr std::uint32_t kLengthSize = 2;
 
 }  // namespace
 
-int PStream::writeText(const char* text) {
-    std::size_t left = text == nullptr ? 0 : std::strlen(text);
-    while (left > 0) {
-        const auto part = static_cast<std::uint32_t>(left < UINT32_MAX ? left : UINT32_MAX);
+int PStream::writeText(std::string_view text) {
+    while (!text.empty()) {
+        const auto part = static_cast<std::uint32_t>(std::min<std::size_t>(text.size(), UINT32_MAX));
         std::uint32_t written = 0;
-        const int status = write(text, part, written);
+        const int status = write(text.data(), part, written);
         if (status != 0 || written != part) {
             return status != 0 ? status : -1;
         }
-        text += part;
-        left -= part;
+        text.remove_prefix(part);
     }
     return 0;
 }
@@ -36,13 +34,10 @@ int PStream::writeBlock(const void* buffer, std::uint16_t size, std::uint32_t& o
 }
 
 int PStream::readBlock(void* buffer, std::uint16_t& outSize, std::uint32_t& outRead) {
-    outSize = 0;
-    unsigned char length[kLengthSize] = {};
-    int status = read(length, kLengthSize, outRead);
-    if (status != 0 || outRead != kLengthSize) {
+    if (!readLength(outSize, outRead)) {
         return -1;
     }
-    outSize = static_cast<std::uint16_t>(length[0] | length[1] << 8);
+    int status = 0;
     if (outSize > 0) {
         std::uint32_t done = 0;
         status = read(buffer, outSize, done);
@@ -51,26 +46,25 @@ int PStream::readBlock(void* buffer, std::uint16_t& outSize, std::uint32_t& outR
     return status == 0 && outRead != kLengthSize + outSize ? -1 : status;
 }
 
-int PStream::readBlockText(char* buffer, std::uint16_t& inOutCapacity, std::uint32_t& outRead) {
-    const std::uint16_t capacity = inOutCapacity;
-    inOutCapacity = 0;
-    if (capacity > 0) {
-        buffer[0] = '\0';
-    }
-    unsigned char length[kLengthSize] = {};
-    if (read(length, kLengthSize, outRead) != 0 || outRead != kLengthSize) {
+int PStream::readBlockText(std::string& outText, std::uint16_t capacity, std::uint32_t& outRead) {
+    outText.clear();
+    std::uint16_t size = 0;
+    if (!readLength(size, outRead) || size >= capacity) {
         return -1;
     }
-    const auto size = static_cast<std::uint16_t>(length[0] | length[1] << 8);
-    if (size >= capacity) {
-        return -1;
-    }
+    outText.resize(size);
     std::uint32_t done = 0;
-    const int status = size == 0 ? 0 : read(buffer, size, done);
+    const int status = size == 0 ? 0 : read(outText.data(), size, done);
+    outText.resize(done);
     outRead += done;
-    buffer[done] = '\0';
-    inOutCapacity = static_cast<std::uint16_t>(done);
     return status == 0 && done != size ? -1 : status;
+}
+
+bool PStream::readLength(std::uint16_t& outLength, std::uint32_t& outRead) {
+    unsigned char length[kLengthSize] = {};
+    const bool complete = read(length, kLengthSize, outRead) == 0 && outRead == kLengthSize;
+    outLength = complete ? static_cast<std::uint16_t>(length[0] | length[1] << 8) : 0;
+    return complete;
 }
 
 bool PStream::isAtEnd() {

@@ -10,10 +10,16 @@
 #include <vector>
 
 #include "platform/threads.h"
-#include "support/thread_manager.h"
+#include "support/threaded_procedure.h"
 
-// The inner parts of the thread pool; of no use outside it.
+// The inner parts of the thread pool; not for use outside it.
 namespace OUtils {
+
+class ThreadManager;
+
+// The states of a worker and the messages that it gets.
+enum class WorkerState : std::int32_t { kIdle = 0, kBusy = 1, kTerminated = 2, kWaiting = 3, kCreated = 4 };
+enum class WorkerMessage : std::int32_t { kRunMultiThreaded = 4096, kTerminate = 4097, kRunProcedure = 4098 };
 
 // One runThreads call: what its threads share and the latch that counts them down. Threads hold it until they
 // are done with it, so that the caller may return as soon as the count is 0.
@@ -23,14 +29,14 @@ public:
 
     // Does one thread's part on the calling thread.
     void runPart(int index);
-    // Counts one part down; the thread doesn't touch the caller's things behind this.
+    // Counts one part down; afterwards the thread doesn't touch what is the caller's.
     void finishPart();
     // True when all parts have finished; waits up to `time` for that.
     bool waitFor(std::chrono::milliseconds time);
     void wait();
     // The sum of the threads' counters.
     std::int64_t progress() const;
-    // Throws what a part threw, if one did. For the time after all parts have finished.
+    // Throws what a part threw, if one did. Call it only when all parts have finished.
     void rethrow() const;
 
     SharedRunState& shared() { return shared_; }
@@ -60,7 +66,7 @@ struct WorkItem {
 };
 
 // A thread of the pool with its message queue. Pool and thread share it, so that a thread that hangs can be
-// left to itself.
+// abandoned.
 class Worker {
 public:
     Worker(const ThreadManager* owner, int index);
@@ -77,7 +83,7 @@ public:
     void post(WorkItem item);
     // True when the worker is in `state`; waits for that until `deadline`.
     bool waitToReach(WorkerState state, std::chrono::steady_clock::time_point deadline);
-    // Waits for the end of a terminated thread, or leaves one that isn't to itself.
+    // Waits for the end of a terminated thread; abandons any other.
     void letGo(bool terminated);
 
     WorkerState state();

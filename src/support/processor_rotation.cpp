@@ -23,32 +23,26 @@ int processorsOf(const std::vector<platform::ProcessorGroup>& groups) {
     return sum;
 }
 
+std::optional<int> numberOf(const std::optional<std::string>& text) {
+    return text.has_value() ? std::optional<int>(textToInteger(text->c_str())) : std::nullopt;
+}
+
 }  // namespace
 
-bool readThreadAffinity(platform::Environment& environment) {
-    const std::optional<std::string> text = environment.get("ORMEL_USE_THREAD_AFFINITY");
-    return !text.has_value() || textToInteger(text->c_str()) != 0;
+ThreadSettings readThreadSettings(platform::Environment& environment) {
+    ThreadSettings settings;
+    const int count = numberOf(environment.get("ORMEL_NUM_THREADS")).value_or(0);
+    settings.count = std::clamp(count, 0, kThreadLimit);
+    settings.affinity = numberOf(environment.get("ORMEL_USE_THREAD_AFFINITY")) != 0;
+    return settings;
 }
 
-int readDefaultThreadCount(platform::Environment& environment) {
-    const std::optional<std::string> text = environment.get("ORMEL_NUM_THREADS");
-    const int wanted = text.has_value() ? textToInteger(text->c_str()) : 0;
-    if (wanted >= 1) {
-        return std::min(wanted, kThreadLimit);
+int threadCountOf(const ThreadSettings& settings) {
+    if (settings.count >= 1) {
+        return settings.count;
     }
-    const int inGroups =
-        readThreadAffinity(environment) ? processorsOf(platform::usableProcessorGroups()) : 0;
+    const int inGroups = settings.affinity ? processorsOf(platform::usableProcessorGroups()) : 0;
     return inGroups >= 1 ? inGroups : std::max(platform::processorCount(), 1);
-}
-
-bool useThreadAffinity() {
-    static const bool affinity = readThreadAffinity(platform::systemEnvironment());
-    return affinity;
-}
-
-int defaultThreadCount() {
-    static const int count = readDefaultThreadCount(platform::systemEnvironment());
-    return count;
 }
 
 const platform::ProcessorGroup* groupForThread(const std::vector<platform::ProcessorGroup>& groups,

@@ -4,12 +4,11 @@
 #include <chrono>
 #include <exception>
 #include <new>
+#include <string>
 #include <utility>
 
-#include "base/text_functions.h"
 #include "support/debug_output.h"
 #include "support/pool_worker.h"
-#include "support/processor_rotation.h"
 
 namespace OUtils {
 
@@ -43,7 +42,7 @@ void waitForRun(ThreadRun& run, ThreadProgress* progress, bool reportProgress) {
             serve(run, progress, reportProgress);
         }
     } catch (...) {
-        // The procedure belongs to the caller and must not run on behind its back.
+        // The procedure belongs to the caller and must not go on running without the caller.
         run.shared().cancel(-1);
         run.wait();
         throw;
@@ -56,23 +55,7 @@ std::chrono::steady_clock::time_point after(milliseconds time) {
 
 }  // namespace
 
-void SharedRunState::cancel(std::int32_t result) {
-    std::int32_t none = 0;
-    if (result != 0) {
-        cancelled.compare_exchange_strong(none, result);
-    }
-}
-
-void* MultiThreaded::prepare(ThreadState& /*threadState*/) {
-    return nullptr;
-}
-
-void* ThreadProcedure::prepare(ThreadState& /*threadState*/) {
-    return nullptr;
-}
-
-WinThreadManager::WinThreadManager(int count, bool affinity)
-    : defaultCount_(std::max(count, 1)), affinity_(affinity) {}
+WinThreadManager::WinThreadManager(const ThreadSettings& settings) : settings_(settings) {}
 
 WinThreadManager::~WinThreadManager() {
     endWorkers();
@@ -98,11 +81,12 @@ void WinThreadManager::readProcessorGroups() {
     const std::lock_guard lock(mutex_);
     if (!groupsRead_) {
         groupsRead_ = true;
-        groups_ = affinity_ ? platform::usableProcessorGroups() : std::vector<platform::ProcessorGroup>();
+        groups_ =
+            settings_.affinity ? platform::usableProcessorGroups() : std::vector<platform::ProcessorGroup>();
     }
 }
 
-// Gives workers that are the caller's to post to, each a thread of its own; fewer than `wanted` when the
+// Returns workers that only the caller may post to, each a thread of its own; fewer than `wanted` when the
 // system refuses threads.
 std::vector<std::shared_ptr<Worker>> WinThreadManager::takeWorkers(int wanted) {
     const std::lock_guard lock(mutex_);
@@ -132,11 +116,9 @@ std::vector<std::shared_ptr<Worker>> WinThreadManager::takeWorkers(int wanted) {
 
 std::int32_t WinThreadManager::runThreads(int count, MultiThreaded& procedure, ThreadProgress* progress,
                                           bool reportProgress) {
-    const int total = count < 1 ? defaultCount_ : count;
+    const int total = count < 1 ? threadCountOf(settings_) : count;
     if (progress != nullptr) {
-        char text[64];
-        formatText(text, sizeof text, "Setting up %i thread(s)\n", total);
-        progress->setText(text);
+        progress->setText(("Setting up " + std::to_string(total) + " thread(s)\n").c_str());
     }
     readProcessorGroups();
     const auto run = std::make_shared<ThreadRun>(procedure, total);
@@ -193,8 +175,8 @@ int WinThreadManager::getWorkerCount() {
     return static_cast<int>(workers_.size());
 }
 
-ThreadManager* createThreadManager() {
-    return new (std::nothrow) WinThreadManager(defaultThreadCount(), useThreadAffinity());
+ThreadManager* createThreadManager(const ThreadSettings& settings) {
+    return new (std::nothrow) WinThreadManager(settings);
 }
 
 void releaseThreadManager(ThreadManager* manager) {

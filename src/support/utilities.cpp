@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "base/path_functions.h"
-#include "platform/program.h"
 
 namespace OUtils {
 
@@ -13,18 +12,11 @@ namespace {
 constexpr std::uint32_t kCopyBlock = 256 * 1024;
 constexpr std::size_t kLargestPart = 1024 * 1024 * 1024;
 
-// A path cut to the buffer would name something else, so what doesn't fit is a failure.
-int giveText(bool found, const std::string& text, char* out, std::int64_t capacity) {
-    const bool fits = found && static_cast<std::int64_t>(text.size()) < capacity;
-    copyText(out, fits ? text.c_str() : "", capacity);
-    return fits ? 0 : 1;
-}
-
 int openForReading(std::string_view path, platform::FileSystem& files,
                    std::unique_ptr<platform::File>& outFile) {
     platform::OpenOptions options;
     options.sequential = true;
-    // A program that is being written to, or a log that is open, can be read all the same.
+    // A program that is being written to, or a log that is open, can still be read.
     options.share = platform::kShareRead | platform::kShareWrite | platform::kShareDelete;
     return files.open(path, options, outFile);
 }
@@ -76,11 +68,7 @@ int readAll(platform::File& file, unsigned char* data, std::int64_t size) {
 }
 
 bool isSamePath(std::string_view a, std::string_view b) {
-    std::string first(a);
-    std::string second(b);
-    setSeparators(first.data(), '/');
-    setSeparators(second.data(), '/');
-    return first == second;
+    return withSeparators(std::string(a)) == withSeparators(std::string(b));
 }
 
 // Opens the file, lets `makeRoom` give the memory for its size, and fills that.
@@ -103,16 +91,15 @@ bool pathExists(std::string_view path, platform::FileSystem& files) {
     return files.exists(path);
 }
 
-int getTempDirectory(char* out, std::int64_t capacity, platform::FileSystem& files) {
+std::optional<std::string> getTempDirectory(platform::FileSystem& files) {
     std::string path;
     const bool found = files.temporaryDirectory(path) && !path.empty();
-    return giveText(found, path, out, capacity);
+    return found ? std::optional<std::string>(path) : std::nullopt;
 }
 
-int getProgramPath(char* out, std::int64_t capacity) {
+std::optional<std::string> getProgramPath(platform::Environment& environment) {
     std::string path;
-    const bool found = platform::ownImagePath(path);
-    return giveText(found, path, out, capacity);
+    return environment.programPath(path) ? std::optional<std::string>(path) : std::nullopt;
 }
 
 bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files) {

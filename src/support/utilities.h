@@ -1,47 +1,40 @@
 #pragma once
 
-#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/shared_buffer.h"
-#include "base/text_functions.h"
+#include "platform/environment.h"
 #include "platform/file_system.h"
 
 // Functions on files that all layers use. Paths are UTF-8. Nothing here logs.
 namespace OUtils {
 
 // True when there is anything of that name.
-bool pathExists(std::string_view path, platform::FileSystem& files = platform::systemFileSystem());
+bool pathExists(std::string_view path, platform::FileSystem& files);
 
-// The directory for temporary files without a trailing separator. 0 on success, 1 on failure, also when it
-// doesn't fit `capacity` bytes; `out` is empty then.
-int getTempDirectory(char* out, std::int64_t capacity,
-                     platform::FileSystem& files = platform::systemFileSystem());
+// The directory for temporary files without a trailing separator.
+std::optional<std::string> getTempDirectory(platform::FileSystem& files);
 
-// The full path of the running program. 0 on success, 1 on failure, also when it doesn't fit `capacity`
-// bytes; `out` is empty then.
-int getProgramPath(char* out, std::int64_t capacity);
+// The full path of the running program.
+std::optional<std::string> getProgramPath(platform::Environment& environment);
 
 // Copies the content of a file, emptying or creating `to`. False when anything failed, up to the closing; a
 // `to` that was opened is removed then, so that no half-written file stays. Copying onto the same path is a
 // failure that changes nothing.
-bool copyFile(std::string_view from, std::string_view to,
-              platform::FileSystem& files = platform::systemFileSystem());
+bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files);
 
 // 0, or the system's error number, also when there is no such file.
-int removeFile(std::string_view path, platform::FileSystem& files = platform::systemFileSystem());
+int removeFile(std::string_view path, platform::FileSystem& files);
 
 // Reads a file of at most 2,147,483,647 bytes. 0, the system's error number, or -1 when the file is larger or
 // ended early; what was held before is gone after a failure.
-int readWholeFile(std::string_view path, SharedBuffer& outContent,
-                  platform::FileSystem& files = platform::systemFileSystem());
-int readWholeFile(std::string_view path, std::string& outContent,
-                  platform::FileSystem& files = platform::systemFileSystem());
+int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::FileSystem& files);
+int readWholeFile(std::string_view path, std::string& outContent, platform::FileSystem& files);
 
 // Makes a file with exactly this content. 0, the system's error number, or -1 when the content is larger than
 // 2,147,483,647 bytes; the file may hold a part of the content after a failure.
-int writeWholeFile(std::string_view path, std::string_view content,
-                   platform::FileSystem& files = platform::systemFileSystem());
+int writeWholeFile(std::string_view path, std::string_view content, platform::FileSystem& files);
 
 }  // namespace OUtils

@@ -1,36 +1,33 @@
 #include "ui/automated_input.h"
 
+#include "base/fixed_text.h"
 #include "base/text_functions.h"
-#include "description/pxml.h"
-#include "support/utilities.h"
+#include "description/answers_file.h"
 
 namespace {
 
-std::string_view viewOf(const char* text) {
-    return text == nullptr ? std::string_view() : std::string_view(text);
-}
-
-bool isAnswersFile(const char* path) {
-    PXML document;
-    return document.loadFile(path) == 0 && document.findByName("DefValues", -1) >= 0;
-}
+constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
 }  // namespace
 
-Automated::Automated(Terminal& terminal, const char* configPath, bool uninstall)
-    : terminal_(terminal), configPath_(viewOf(configPath)), uninstall_(uninstall) {}
+Automated::Automated(platform::ConsoleDevice& terminal, AnswersFile& answers, std::string_view configPath,
+                     bool uninstall)
+    : terminal_(terminal),
+      answers_(answers),
+      configPath_(configPath.substr(0, kPathLimit)),
+      uninstall_(uninstall) {}
 
 int Automated::init() {
-    if (configPath_.isEmpty()) {
+    if (configPath_.empty()) {
         return 1;
     }
-    const std::string path(configPath_.view());
-    if (!OUtils::pathExists(path.c_str())) {
-        print("The file \"" + path + "\" does not exist! Please specify existing file!\n");
+    if (!answers_.exists(configPath_)) {
+        print("The file \"" + configPath_ + "\" does not exist! Please specify existing file!\n");
         return 0;
     }
-    if (!isAnswersFile(path.c_str())) {
-        print("The file \"" + path +
+    // The values stay where they are: the session reads them when its variables are ready.
+    if (answers_.load(configPath_) != 0 || !answers_.hasValues()) {
+        print("The file \"" + configPath_ +
               "\" is not a propper XML installation config file. The installation can not continue!\n");
         return 0;
     }
@@ -52,7 +49,7 @@ int Automated::askList(const char*, int defaultIndex, const std::vector<std::str
 }
 
 void Automated::tell(const char* text) {
-    print(std::string(viewOf(text)));
+    print(text == nullptr ? std::string_view() : std::string_view(text));
 }
 
 void Automated::pause(const char*) {}
@@ -66,7 +63,7 @@ int Automated::finish(bool failed) {
 
 void Automated::abort() {}
 
-void Automated::print(const std::string& text) {
+void Automated::print(std::string_view text) {
     terminal_.write(text);
     terminal_.flush();
 }

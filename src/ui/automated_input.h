@@ -1,23 +1,28 @@
 #pragma once
 
-#include "base/fixed_text.h"
-#include "contracts/input_provider.h"
-#include "support/terminal.h"
+#include <string>
+#include <string_view>
 
-// Answers each question with the value that the question carries. The values themselves come from the
-// variables, into which an answers file was loaded; this class only vets such a file.
+#include "contracts/input_provider.h"
+#include "platform/console_device.h"
+
+class AnswersFile;
+
+// Answers each question with the value that comes with the question. The values themselves come from the
+// variables, into which the session loads an answers file; this class only checks that file.
 class Automated : public InputProvider {
 public:
-    // `configPath` is the answers file, cut to 1,559 bytes; null or empty when there is none. `terminal`
-    // outlives the object.
-    Automated(Terminal& terminal, const char* configPath, bool uninstall);
+    // `configPath` is the path of the answers file, cut to 1,559 bytes; empty when there is none. `terminal`
+    // and `answers` outlive this object.
+    Automated(platform::ConsoleDevice& terminal, AnswersFile& answers, std::string_view configPath,
+              bool uninstall);
 
     // 1 without a file, or with one that can be read; otherwise prints why not and gives 0.
     int init() override;
-    // Gives `value`, also when it is empty; always 1.
+    // Gives `value`, also when it is empty, and never `fallback`; always 1.
     int askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
                 bool echo) override;
-    // Both give `defaultIndex` as it is, -1 included.
+    // Both give `defaultIndex` as it is: -1, for a variable without a usable value, is stored as such.
     int askChoice(const char* question, int defaultIndex, const char* first, const char* second,
                   bool caseSensitive, bool prefixMatch) override;
     int askList(const char* question, int defaultIndex, const std::vector<std::string>& items,
@@ -29,9 +34,10 @@ public:
     void abort() override;
 
 private:
-    void print(const std::string& text);
+    void print(std::string_view text);
 
-    Terminal& terminal_;
-    const PathText configPath_;
+    platform::ConsoleDevice& terminal_;
+    AnswersFile& answers_;
+    const std::string configPath_;
     const bool uninstall_;
 };

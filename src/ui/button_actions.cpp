@@ -8,41 +8,31 @@
 #include "description/variable_store.h"
 #include "ui/navigation_state.h"
 
-void ButtonActions::perform(InstallerUI* ui, const char* text) {
-    if (text == nullptr) {
-        return;
-    }
-    if (OUtils::startsWithIgnoreCase(text, "Cancel")) {
-        cancel(ui);
-    } else if (OUtils::startsWithIgnoreCase(text, "Help")) {
-        showHelp(ui);
-    } else {
+// The first letters decide, so that "Cancelled" is a cancel as well.
+void ButtonActions::perform(InstallerUI* ui, std::string_view text) {
+    const bool isCancel = OUtils::startsWithIgnoreCase(text, "Cancel");
+    const bool isHelp = OUtils::startsWithIgnoreCase(text, "Help");
+    if (!isCancel && !isHelp) {
         assignAll(text);
+    } else if (ui != nullptr && isCancel) {
+        cancel(*ui);
+    } else if (ui != nullptr) {
+        ui->showHelp();
     }
 }
 
-void ButtonActions::assignAll(const char* text) {
+void ButtonActions::assignAll(std::string_view text) {
     std::vector<std::string> assignments;
-    OUtils::splitText(text, ';', assignments);
+    OUtils::splitText(std::string(text).c_str(), ';', assignments);
     for (const std::string& assignment : assignments) {
         if (!assignment.empty()) {
-            variables_.applyAssignment(assignment.c_str());
+            variables_.assign(assignment);
         }
     }
 }
 
-int ButtonActions::cancel(InstallerUI* ui) {
-    if (ui == nullptr) {
-        return -1;
-    }
-    if (ui->confirmCancel() != 0) {
-        state_.cancelled = 1;
-    }
-    return 0;
-}
-
-void ButtonActions::showHelp(InstallerUI* ui) {
-    if (ui != nullptr) {
-        ui->showHelp();
+void ButtonActions::cancel(InstallerUI& ui) {
+    if (ui.confirmCancel() != 0) {
+        state_.cancelled = true;
     }
 }

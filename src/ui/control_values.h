@@ -1,20 +1,22 @@
 #pragma once
 
+#include <string_view>
+
 #include "description/control_variables.h"
 #include "description/variable_store.h"
 
-// Sets the variables through which the engine and the description talk.
+// Sets the variables in which the engine tells the description how things are.
 class ControlValues {
 public:
-    // Both are borrowed.
+    // Both outlive this object.
     ControlValues(const ControlVariables& names, VariableStore& variables)
         : names_(names), variables_(variables) {}
 
     // Nothing happens when no variable plays the role.
-    void set(ControlVariable role, const char* value) {
-        const char* name = names_.nameOf(role);
-        if (*name != '\0') {
-            variables_.setVariable(name, value);
+    void set(ControlVariable role, std::string_view value) {
+        const std::string_view name = names_.nameOf(role);
+        if (!name.empty()) {
+            variables_.set(name, value);
         }
     }
 

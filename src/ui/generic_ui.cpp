@@ -1,36 +1,50 @@
 #include "ui/generic_ui.h"
 
-#include <string_view>
 #include <utility>
 
 #include "ui/automated_input.h"
 
+namespace {
+
+struct Mode {
+    std::string_view word;
+    bool isAutomated;
+    bool isUninstall;
+};
+
+constexpr Mode kModes[] = {
+    {"uninstall", false, true},
+    {"autoUninstall", true, true},
+    {"autoInstall", true, false},
+    {"", false, false},
+};
+
+}  // namespace
+
+// A mode that is no word of the table is the path of an answers file.
 int GenericUI::createInputProvider(const char* mode, bool& outAutomated) {
     const std::string_view word = mode == nullptr ? std::string_view() : std::string_view(mode);
-    if (word == "uninstall") {
-        return takeProvider(makeUser(true));
+    for (const Mode& known : kModes) {
+        if (word == known.word) {
+            return known.isAutomated ? takeAutomated("", known.isUninstall, outAutomated)
+                                     : takeProvider(makeUser(known.isUninstall));
+        }
     }
-    if (word == "autoUninstall") {
-        return takeAutomated("", true, outAutomated);
-    }
-    if (word == "autoInstall") {
-        return takeAutomated("", false, outAutomated);
-    }
-    if (!word.empty() && takeAutomated(mode, false, outAutomated) == 0) {
+    if (takeAutomated(word, false, outAutomated) == 0) {
         return 0;
     }
     return takeProvider(makeUser(false));
 }
 
-int GenericUI::takeAutomated(const char* configPath, bool uninstall, bool& outAutomated) {
-    const int result = takeProvider(std::make_unique<Automated>(terminal_, configPath, uninstall));
+int GenericUI::takeAutomated(std::string_view configPath, bool uninstall, bool& outAutomated) {
+    const int result = takeProvider(std::make_unique<Automated>(terminal_, answers_, configPath, uninstall));
     if (result == 0) {
         outAutomated = true;
     }
     return result;
 }
 
-// A provider that refuses is gone again, and the earlier one stays.
+// A provider that refuses is dropped, and the earlier one stays.
 int GenericUI::takeProvider(std::unique_ptr<InputProvider> provider) {
     if (provider == nullptr || provider->init() == 0) {
         return -1;

@@ -2,11 +2,14 @@
 
 #include <atomic>
 #include <memory>
+#include <string_view>
 
 #include "contracts/input_provider.h"
 #include "contracts/install_exchange_info.h"
 #include "contracts/installer_ui.h"
-#include "support/terminal.h"
+#include "platform/console_device.h"
+
+class AnswersFile;
 
 // What the front ends share: the provider of answers, the flags of the run and the link to the engine.
 class GenericUI : public InstallerUI {
@@ -25,9 +28,10 @@ public:
     void showFatalMessage() override {}
 
 protected:
-    // `terminal` takes what unattended runs print, and outlives the object.
-    GenericUI(Terminal& terminal, bool uninstall, bool ignoreErrors)
-        : terminal_(terminal), uninstall_(uninstall), ignoreErrors_(ignoreErrors) {}
+    // `terminal` takes what unattended runs print, `answers` reads the file of such a run; both outlive this
+    // object.
+    GenericUI(platform::ConsoleDevice& terminal, AnswersFile& answers, bool uninstall, bool ignoreErrors)
+        : terminal_(terminal), answers_(answers), uninstall_(uninstall), ignoreErrors_(ignoreErrors) {}
 
     // The provider that asks a person, in the front end's own way.
     virtual std::unique_ptr<InputProvider> makeUser(bool uninstall) = 0;
@@ -35,14 +39,15 @@ protected:
     // Both may be null, and may be asked for on any thread.
     InputProvider* input() const { return input_; }
     InstallExchangeInfo* engine() const { return engine_; }
-    Terminal& terminal() const { return terminal_; }
+    platform::ConsoleDevice& terminal() const { return terminal_; }
     bool isUninstall() const { return uninstall_; }
 
 private:
     int takeProvider(std::unique_ptr<InputProvider> provider);
-    int takeAutomated(const char* configPath, bool uninstall, bool& outAutomated);
+    int takeAutomated(std::string_view configPath, bool uninstall, bool& outAutomated);
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
+    AnswersFile& answers_;
     const bool uninstall_;
     const bool ignoreErrors_;
     std::unique_ptr<InputProvider> ownedInput_;

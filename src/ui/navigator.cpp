@@ -3,7 +3,6 @@
 #include <cstddef>
 
 #include "description/dialog_model.h"
-#include "support/debug_log.h"
 #include "ui/navigation_state.h"
 #include "ui/page_conditions.h"
 #include "ui/page_turner.h"
@@ -19,6 +18,11 @@ bool isFinish(const DialogDesc* page) {
     return page != nullptr && (page->special & kDialogFinish) != 0;
 }
 
+// A frame without sub-dialogs takes a step away, since there is no page to enter.
+int stepsOf(Onward onward) {
+    return static_cast<int>(onward);
+}
+
 }  // namespace
 
 Navigator::Navigator(NavigationState& state, DialogModel& dialogs, PageConditions& conditions,
@@ -30,26 +34,16 @@ Navigator::Navigator(NavigationState& state, DialogModel& dialogs, PageCondition
       pages_(pages),
       debugLog_(debugLog) {}
 
-int Navigator::shift(InstallerUI* ui, int count) {
-    if (count == 0) {
-        return 0;
-    }
-    return count > 0 ? dialogNext(ui, count) : dialogBack(ui, -count);
-}
-
-int Navigator::dialogNext(InstallerUI* ui, int count) {
-    if (ui == nullptr) {
-        return -1;
-    }
+bool Navigator::goForward(InstallerUI& ui, int count) {
     if (isLastPage()) {
-        state_.finished = 1;
-        return 0;
+        state_.finished = true;
+        return true;
     }
     if (!passesGates(ui)) {
-        return -1;
+        return false;
     }
     Position position{state_.currentDialog, state_.currentSubdialog};
-    while (count > 0 && state_.finished == 0 && state_.cancelled == 0) {
+    while (count > 0 && !state_.finished && !state_.cancelled) {
         const Step step = stepForward(position, count, ui);
         if (step == Step::kStopped) {
             break;
@@ -61,16 +55,16 @@ int Navigator::dialogNext(InstallerUI* ui, int count) {
             --count;
         }
     }
-    return 0;
+    return true;
 }
 
 // The gate is asked in any case, so that what it shows is up to date.
-bool Navigator::isHeldBy(DialogDesc* page, InstallerUI* ui) {
+bool Navigator::isHeldBy(DialogDesc* page, InstallerUI& ui) {
     return page != nullptr && !conditions_.isOpen(*page, ui) && !page->has(kDialogWeakCondition);
 }
 
 // A page with a closed gate is entered again, which may open it.
-bool Navigator::passesGates(InstallerUI* ui) {
+bool Navigator::passesGates(InstallerUI& ui) {
     DialogDesc* dialog = frameAt(state_.currentDialog);
     if (isHeldBy(dialog, ui)) {
         pages_.goToDialog(state_.currentDialog, ui);
@@ -89,32 +83,32 @@ bool Navigator::passesGates(InstallerUI* ui) {
     return true;
 }
 
-Navigator::Step Navigator::stepForward(Position& position, int& count, InstallerUI* ui) {
+Navigator::Step Navigator::stepForward(Position& position, int& count, InstallerUI& ui) {
     const bool isFrame = hasSubDialogs(frameAt(position.dialog));
     const int subCount = subDialogCount(position.dialog);
     if (position.dialog >= dialogs_.getDialogCount() || (isFrame && position.sub >= subCount)) {
         return fail("next");
     }
     if (isLastPage()) {
-        state_.finished = 1;
+        state_.finished = true;
         return Step::kStopped;
     }
     return isFrame && position.sub < subCount - 1 ? enterNextSubdialog(position, count, ui)
                                                   : enterNextDialog(position, count, ui);
 }
 
-Navigator::Step Navigator::enterNextSubdialog(Position& position, int& count, InstallerUI* ui) {
+Navigator::Step Navigator::enterNextSubdialog(Position& position, int& count, InstallerUI& ui) {
     ++position.sub;
     if (!conditions_.isVisible(position.dialog, position.sub)) {
         return Step::kHidden;
     }
     tasks_.update(ui, state_.currentDialog, state_.currentSubdialog,
-                  state_.lastResult != 0 ? kTaskFinishedWithError : kTaskFinished);
-    count += pages_.goToSubdialog(position.dialog, position.sub, ui);
+                  state_.lastWorkFailed ? kTaskFinishedWithError : kTaskFinished);
+    count += stepsOf(pages_.goToSubdialog(position.dialog, position.sub, ui));
     return Step::kEntered;
 }
 
-Navigator::Step Navigator::enterNextDialog(Position& position, int& count, InstallerUI* ui) {
+Navigator::Step Navigator::enterNextDialog(Position& position, int& count, InstallerUI& ui) {
     ++position.dialog;
     position.sub = 0;
     if (position.dialog >= dialogs_.getDialogCount()) {
@@ -124,19 +118,20 @@ Navigator::Step Navigator::enterNextDialog(Position& position, int& count, Insta
         position.sub = subDialogCount(position.dialog) - 1;  // its sub-dialogs are hidden with it
         return Step::kHidden;
     }
-    count += pages_.goToDialog(position.dialog, ui);
-    if (hasSubDialogs(frameAt(position.dialog)) && state_.cancelled == 0) {
-        count += pages_.goToSubdialog(position.dialog, 0, ui);
+    count += stepsOf(pages_.goToDialog(position.dialog, ui));
+    if (hasSubDialogs(frameAt(position.dialog)) && !state_.cancelled) {
+        // The first page of a frame is shown whatever its condition says.
+        count += stepsOf(pages_.goToSubdialog(position.dialog, 0, ui));
     }
     return Step::kEntered;
 }
 
 // False when the walk has to wait on this page. An open gate doesn't count as a step of its own.
-bool Navigator::passesGatesOnArrival(const Position& position, int& count, InstallerUI* ui) {
+bool Navigator::passesGatesOnArrival(const Position& position, int& count, InstallerUI& ui) {
     DialogDesc* dialog = frameAt(position.dialog);
     DialogDesc* sub = hasSubDialogs(dialog) ? dialogs_.getDialog(position.dialog, position.sub) : nullptr;
     for (DialogDesc* page : {dialog, sub}) {
-        if (page == nullptr || page->condition == nullptr) {
+        if (page == nullptr || page->gate == nullptr) {
             continue;
         }
         if (!conditions_.isOpen(*page, ui)) {
@@ -147,12 +142,9 @@ bool Navigator::passesGatesOnArrival(const Position& position, int& count, Insta
     return true;
 }
 
-int Navigator::dialogBack(InstallerUI* ui, int count) {
-    if (ui == nullptr) {
-        return -1;
-    }
+void Navigator::goBack(InstallerUI& ui, int count) {
     Position position{state_.currentDialog, state_.currentSubdialog};
-    while (count > 0 && state_.cancelled == 0) {
+    while (count > 0 && !state_.cancelled) {
         const int from = position.dialog;
         const Step step = stepBack(position, ui);
         if (step == Step::kStopped) {
@@ -160,15 +152,14 @@ int Navigator::dialogBack(InstallerUI* ui, int count) {
         }
         if (step == Step::kEntered) {
             if (count == 1) {
-                enterFromBehind(position, position.dialog != from, ui);
+                enterGoingBack(position, position.dialog != from, ui);
             }
             --count;
         }
     }
-    return 0;
 }
 
-Navigator::Step Navigator::stepBack(Position& position, InstallerUI* ui) {
+Navigator::Step Navigator::stepBack(Position& position, InstallerUI& ui) {
     const bool isFrame = hasSubDialogs(frameAt(position.dialog));
     if (position.dialog < 0 || (isFrame && position.sub < 0)) {
         return fail("back");
@@ -176,7 +167,7 @@ Navigator::Step Navigator::stepBack(Position& position, InstallerUI* ui) {
     return isFrame && position.sub > 0 ? stepBackInside(position, ui) : stepBackOver(position);
 }
 
-Navigator::Step Navigator::stepBackInside(Position& position, InstallerUI* ui) {
+Navigator::Step Navigator::stepBackInside(Position& position, InstallerUI& ui) {
     tasks_.update(ui, position.dialog, position.sub, kTaskNotReached);
     --position.sub;
     return conditions_.isVisible(position.dialog, position.sub) ? Step::kEntered : Step::kHidden;
@@ -196,11 +187,11 @@ Navigator::Step Navigator::stepBackOver(Position& position) {
                                                                                     : Step::kHidden;
 }
 
-void Navigator::enterFromBehind(const Position& position, bool isOtherDialog, InstallerUI* ui) {
+void Navigator::enterGoingBack(const Position& position, bool isOtherDialog, InstallerUI& ui) {
     if (isOtherDialog) {
         pages_.goToDialog(position.dialog, ui);
     }
-    if (position.sub >= 0 && state_.cancelled == 0) {
+    if (position.sub >= 0 && !state_.cancelled) {
         pages_.goToSubdialog(position.dialog, position.sub, ui);
     }
 }
@@ -208,8 +199,8 @@ void Navigator::enterFromBehind(const Position& position, bool isOtherDialog, In
 Navigator::Step Navigator::fail(const char* direction) {
     debugLog_.print("ERROR: Bad dialog %s shifting. Current dialog: %d, current subdialog: %d", direction,
                     static_cast<int>(state_.currentDialog), static_cast<int>(state_.currentSubdialog));
-    state_.lastResult = 1;
-    state_.finished = 1;
+    state_.lastWorkFailed = true;
+    state_.finished = true;
     return Step::kStopped;
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "support/debug_log.h"
 
 class DialogModel;
@@ -12,23 +10,22 @@ class TaskStates;
 struct DialogDesc;
 struct NavigationState;
 
-// Walks the list of dialogs under their conditions. A page counts as one step unless it asks for another: a
-// page that goes on by itself and a gate that is open on arrival each add a step, so a chain of them runs
-// through in one call. A hidden dialog is stepped over with all its sub-dialogs. A cancelled walk enters no
-// further page.
+// Walks through the list of dialogs under their conditions. A page counts as one step unless it asks for
+// another: a page that goes on by itself and a gate that is open on arrival each add a step, so a chain of
+// them is walked through in one call. A hidden dialog is skipped with all its sub-dialogs. A cancelled walk
+// enters no further page.
 class Navigator {
 public:
-    // Everything is borrowed;
+    // All arguments outlive this object.
     Navigator(NavigationState& state, DialogModel& dialogs, PageConditions& conditions, TaskStates& tasks,
               PageTurner& pages, DebugLog debugLog);
 
-    // Forward for a positive `count`, back for a negative one, nothing for 0.
-    int shift(InstallerUI* ui, int count);
-    // 0; -1 for a null `ui` or when the gate of the present page stays closed. A step behind the last dialog
-    // is logged, finishes the walk and makes it a failure.
-    int dialogNext(InstallerUI* ui, int count);
-    // 0; -1 for a null `ui`. A step ahead of the first dialog is as one behind the last.
-    int dialogBack(InstallerUI* ui, int count);
+    // False when the gate of the current page stays closed, and then the position stays. A step past the last
+    // dialog is logged, finishes the walk and makes it a failure.
+    bool goForward(InstallerUI& ui, int count);
+    // Gates don't hold a user who goes back, and the work of pages isn't undone. A step before the first
+    // dialog is treated like one past the last.
+    void goBack(InstallerUI& ui, int count);
 
 private:
     struct Position {
@@ -44,16 +41,16 @@ private:
     DialogDesc* frameAt(int dialog);
     int subDialogCount(int dialog);
     bool isLastPage();
-    bool isHeldBy(DialogDesc* page, InstallerUI* ui);
-    bool passesGates(InstallerUI* ui);
-    Step stepForward(Position& position, int& count, InstallerUI* ui);
-    Step enterNextSubdialog(Position& position, int& count, InstallerUI* ui);
-    Step enterNextDialog(Position& position, int& count, InstallerUI* ui);
-    bool passesGatesOnArrival(const Position& position, int& count, InstallerUI* ui);
-    Step stepBack(Position& position, InstallerUI* ui);
-    Step stepBackInside(Position& position, InstallerUI* ui);
+    bool isHeldBy(DialogDesc* page, InstallerUI& ui);
+    bool passesGates(InstallerUI& ui);
+    Step stepForward(Position& position, int& count, InstallerUI& ui);
+    Step enterNextSubdialog(Position& position, int& count, InstallerUI& ui);
+    Step enterNextDialog(Position& position, int& count, InstallerUI& ui);
+    bool passesGatesOnArrival(const Position& position, int& count, InstallerUI& ui);
+    Step stepBack(Position& position, InstallerUI& ui);
+    Step stepBackInside(Position& position, InstallerUI& ui);
     Step stepBackOver(Position& position);
-    void enterFromBehind(const Position& position, bool isOtherDialog, InstallerUI* ui);
+    void enterGoingBack(const Position& position, bool isOtherDialog, InstallerUI& ui);
     Step fail(const char* direction);
 
     NavigationState& state_;

@@ -1,18 +1,13 @@
 #include "ui/page_entry.h"
 
-#include <iterator>
+#include <string>
 
-#include "base/text_functions.h"
 #include "contracts/page_actions.h"
-#include "support/debug_log.h"
 #include "ui/control_values.h"
-#include "ui/external_uninstall_page.h"
-#include "ui/running_apps_page.h"
 #include "ui/triggers.h"
 
 namespace {
 
-constexpr int kSummaryTitleCapacity = 512;
 constexpr std::size_t kLinesPerFlush = 32;
 
 }  // namespace
@@ -40,17 +35,15 @@ std::vector<std::string_view> PageEntry::pageNames() {
     return names;
 }
 
-PageEntry::PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions,
-                     RunningAppsPage& runningApps, ExternalUninstallPage& externalUninstall,
-                     DebugLog debugLog)
+PageEntry::PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions, DebugLog debugLog)
     : controls_(controls),
       triggers_(triggers),
       actions_(actions),
-      runningApps_(runningApps),
-      externalUninstall_(externalUninstall),
+      runningApps_(actions, debugLog),
+      externalUninstall_(actions),
       debugLog_(debugLog) {}
 
-int PageEntry::enterPage(PageVisit& visit) {
+Onward PageEntry::enterPage(PageVisit& visit) {
     debugLog_.print("Setting dialog \"%s\" (%d, %d)", visit.page.name.c_str(), visit.dialog, visit.sub);
     controls_.set(ControlVariable::kDlgCondition, "0");
     const bool isBusy = visit.page.has(kDialogBusy);
@@ -59,16 +52,17 @@ int PageEntry::enterPage(PageVisit& visit) {
     }
     enterByName(visit);
     visit.showOnce();
+    // The work of the page may have set another state, which stays.
     if (isBusy && visit.state.uiState == kUiBusy) {
         visit.setUiState(kUiReady);
     }
-    return visit.page.has(kDialogAutoNext) || visit.oneMoreStep ? 1 : 0;
+    return visit.page.has(kDialogAutoNext) || visit.oneMoreStep ? Onward::kGoOn : Onward::kWait;
 }
 
 void PageEntry::evaluateWhileBusy(PageVisit& visit) {
     visit.setUiState(kUiBusy);
     visit.show();
-    triggers_.run(&visit.ui, kTriggerOnDlgEval, visit.dialog, visit.sub);
+    triggers_.run(visit.ui, kTriggerOnDlgEval, visit.dialog, visit.sub);
 }
 
 void PageEntry::enterByName(PageVisit& visit) {
@@ -80,61 +74,63 @@ void PageEntry::enterByName(PageVisit& visit) {
     }
 }
 
-// Runs what takes long, with the front end showing that it runs.
+// Does long work while the front end shows that it runs. `work` gives true for success.
 template <typename Work>
 void PageEntry::work(PageVisit& visit, Work&& work) {
     visit.showOnce();
     visit.setUiState(kUiInstallationRunning);
-    visit.state.lastResult = work();
+    visit.state.lastWorkFailed = !work();
     visit.setUiState(kUiReady);
 }
 
 void PageEntry::uninstallPrevious(PageVisit& visit) {
     work(visit, [&] {
-        const int result = actions_.uninstallPrevious(&visit.ui);
-        if (result != 0) {
+        const bool isDone = actions_.uninstallPrevious(visit.ui);
+        if (!isDone) {
             controls_.set(ControlVariable::kUninstallError, "1");
         }
-        return result;
+        return isDone;
     });
 }
 
 void PageEntry::copyFiles(PageVisit& visit) {
     work(visit, [&] {
         actions_.normalizeDirectoryFields();
-        return actions_.isActionLogSession() ? actions_.uninstallCurrentProduct(&visit.ui)
-                                             : actions_.installProduct(&visit.ui);
+        return actions_.isActionLogSession() ? actions_.uninstallCurrentProduct(visit.ui)
+                                             : actions_.installProduct(visit.ui);
     });
 }
 
 void PageEntry::revertInstallation(PageVisit& visit) {
-    work(visit, [&] { return actions_.revertInstallation(&visit.ui); });
+    work(visit, [&] { return actions_.revertInstallation(visit.ui); });
 }
 
 void PageEntry::revertUninstallation(PageVisit& visit) {
-    work(visit, [&] { return actions_.revertUninstallation(&visit.ui); });
+    work(visit, [&] { return actions_.revertUninstallation(visit.ui); });
 }
 
+// The two pages of the registration are never shown: they are over before anybody could read them.
 void PageEntry::registerApplication(PageVisit& visit) {
     visit.shown = true;
-    visit.state.lastResult = !actions_.isActionLogSession() && actions_.registerApplication() ? 0 : 1;
+    visit.state.lastWorkFailed = actions_.isActionLogSession() || !actions_.registerApplication();
 }
 
+// Outside an action-log session this is ignored, whereas a registration inside one is a failure.
 void PageEntry::unregisterApplication(PageVisit& visit) {
     visit.shown = true;
     if (actions_.isActionLogSession()) {
-        visit.state.lastResult = actions_.unregisterApplication() ? 0 : 1;
+        visit.state.lastWorkFailed = !actions_.unregisterApplication();
     }
 }
 
 void PageEntry::prepareUninstall(PageVisit& visit) {
     visit.showOnce();
-    visit.state.lastResult = actions_.prepareUninstall(&visit.ui) == 0 ? 0 : 1;
+    visit.state.lastWorkFailed = !actions_.prepareUninstall(visit.ui);
 }
 
 void PageEntry::finishInstallation(PageVisit& visit) {
-    actions_.finishInstallation(&visit.ui);
-    visit.state.lastResult = 0;  // the installation itself is through, and its outcome was told
+    actions_.finishInstallation(visit.ui);
+    visit.state.lastWorkFailed = false;  // the installation itself is over, and its outcome was reported
     visit.oneMoreStep = true;
 }
 
@@ -152,9 +148,8 @@ void PageEntry::showErrorSummary(PageVisit& visit) {
     if (errors == nullptr || errors->empty()) {
         return;
     }
-    char title[kSummaryTitleCapacity];
-    OUtils::formatText(title, sizeof title, "%s errors summary:",
-                       actions_.isActionLogSession() ? "Uninstallation" : "Installation");
+    const char* const title =
+        actions_.isActionLogSession() ? "Uninstallation errors summary:" : "Installation errors summary:";
     visit.ui.pumpEvents();
     visit.ui.addFileLine(title, false);
     for (std::size_t i = 0; i < errors->size(); ++i) {

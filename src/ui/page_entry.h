@@ -1,28 +1,34 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "support/debug_log.h"
+#include "ui/external_uninstall_page.h"
 #include "ui/page_visit.h"
+#include "ui/running_apps_page.h"
 
 class ControlValues;
-class ExternalUninstallPage;
 class PageActions;
-class RunningAppsPage;
 class Triggers;
+
+// What the entry to a page means for the walk. The numbers are those that InstallExchangeInfo::goToDialog
+// gives, and the steps that the walk still takes grow by them.
+enum class Onward : int {
+    kNoPage = -1,
+    kWait = 0,
+    kGoOn = 1,  // by itself
+};
 
 // Does what the name of a page stands for when the page is entered: a page named "CopyProgress", for
 // instance, is what makes the engine install.
 class PageEntry {
 public:
-    // Everything is borrowed;
-    PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions, RunningAppsPage& runningApps,
-              ExternalUninstallPage& externalUninstall, DebugLog debugLog);
+    // All arguments outlive this object.
+    PageEntry(ControlValues& controls, Triggers& triggers, PageActions& actions, DebugLog debugLog);
 
-    // Works on `visit`, whose page is the current one. 1 when the walk goes on by itself, else 0.
-    int enterPage(PageVisit& visit);
+    // Works on `visit`, whose page is the current one.
+    Onward enterPage(PageVisit& visit);
 
     // The names that stand for something, each once.
     static std::vector<std::string_view> pageNames();
@@ -55,7 +61,7 @@ private:
     ControlValues& controls_;
     Triggers& triggers_;
     PageActions& actions_;
-    RunningAppsPage& runningApps_;
-    ExternalUninstallPage& externalUninstall_;
+    RunningAppsPage runningApps_;
+    ExternalUninstallPage externalUninstall_;
     DebugLog debugLog_;
 };

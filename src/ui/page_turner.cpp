@@ -1,7 +1,6 @@
 #include "ui/page_turner.h"
 
 #include "description/dialog_model.h"
-#include "ui/page_entry.h"
 #include "ui/task_states.h"
 #include "ui/triggers.h"
 
@@ -9,33 +8,33 @@ PageTurner::PageTurner(NavigationState& state, DialogModel& dialogs, Triggers& t
                        PageEntry& entry)
     : state_(state), dialogs_(dialogs), triggers_(triggers), tasks_(tasks), entry_(entry) {}
 
-int PageTurner::goToDialog(int dialog, InstallerUI* ui) {
+Onward PageTurner::goToDialog(int dialog, InstallerUI& ui) {
     DialogDesc* page = dialogs_.getDialog(dialog, -1);
-    if (page == nullptr || ui == nullptr) {
-        return -1;
+    if (page == nullptr) {
+        return Onward::kNoPage;
     }
-    keepElements(*ui);
-    ui->leaveDialog(state_.currentDialog);
-    ui->clearTaskList();
-    ui->destroySubPage();
-    moveTo(dialog, -1, *ui);
-    ui->prepareDialog(dialog);
-    ui->showDialog(dialog);
-    return enter(dialog, -1, *page, *ui);
+    keepElements(ui);
+    ui.leaveDialog(state_.currentDialog);
+    ui.clearTaskList();
+    ui.destroySubPage();
+    moveTo(dialog, -1, ui);
+    ui.prepareDialog(dialog);
+    ui.showDialog(dialog);
+    return enter(dialog, -1, *page, ui);
 }
 
-int PageTurner::goToSubdialog(int dialog, int sub, InstallerUI* ui) {
+Onward PageTurner::goToSubdialog(int dialog, int sub, InstallerUI& ui) {
     DialogDesc* page = sub < 0 ? nullptr : dialogs_.getDialog(dialog, sub);
-    if (page == nullptr || ui == nullptr) {
-        return -1;
+    if (page == nullptr) {
+        return Onward::kNoPage;
     }
-    keepElements(*ui);
-    ui->leaveSubDialog(state_.currentDialog, state_.currentSubdialog);
-    moveTo(dialog, sub, *ui);
+    keepElements(ui);
+    ui.leaveSubDialog(state_.currentDialog, state_.currentSubdialog);
+    moveTo(dialog, sub, ui);
     tasks_.update(ui, dialog, sub, kTaskCurrent);
-    ui->prepareSubDialog(dialog, sub);
-    ui->showSubDialog(dialog, sub);
-    return enter(dialog, sub, *page, *ui);
+    ui.prepareSubDialog(dialog, sub);
+    ui.showSubDialog(dialog, sub);
+    return enter(dialog, sub, *page, ui);
 }
 
 void PageTurner::keepElements(InstallerUI& ui) {
@@ -48,17 +47,17 @@ void PageTurner::keepElements(InstallerUI& ui) {
     }
 }
 
-// Triggers of the old page run at the old position, those of the new page at the new one.
+// The triggers of the old page run at the old position, those of the new page at the new one.
 void PageTurner::moveTo(int dialog, int sub, InstallerUI& ui) {
-    triggers_.run(&ui, kTriggerOnEnd, state_.currentDialog, state_.currentSubdialog);
+    triggers_.run(ui, kTriggerOnEnd, state_.currentDialog, state_.currentSubdialog);
     state_.currentDialog = dialog;
     state_.currentSubdialog = sub;
-    triggers_.run(&ui, kTriggerOnStart, dialog, sub);
+    triggers_.run(ui, kTriggerOnStart, dialog, sub);
 }
 
-int PageTurner::enter(int dialog, int sub, DialogDesc& page, InstallerUI& ui) {
-    if (state_.cancelled != 0) {
-        return 0;
+Onward PageTurner::enter(int dialog, int sub, DialogDesc& page, InstallerUI& ui) {
+    if (state_.cancelled) {
+        return Onward::kWait;
     }
     PageVisit visit{dialog, sub, ui, page, state_};
     return entry_.enterPage(visit);

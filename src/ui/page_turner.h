@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ui/page_entry.h"
+
 class DialogModel;
 class InstallerUI;
-class PageEntry;
 class TaskStates;
 class Triggers;
 struct DialogDesc;
@@ -12,19 +13,18 @@ struct NavigationState;
 // session that is cancelled while a page is shown doesn't start the work of that page.
 class PageTurner {
 public:
-    // Everything is borrowed.
+    // All arguments outlive this object.
     PageTurner(NavigationState& state, DialogModel& dialogs, Triggers& triggers, TaskStates& tasks,
                PageEntry& entry);
 
-    // Both: -1 for a page that isn't there or a null `ui`, with nothing done; otherwise 1 when the walk is to
-    // go on by itself, else 0.
-    int goToDialog(int dialog, InstallerUI* ui);
-    int goToSubdialog(int dialog, int sub, InstallerUI* ui);
+    // Nothing is done for a page that isn't there.
+    Onward goToDialog(int dialog, InstallerUI& ui);
+    Onward goToSubdialog(int dialog, int sub, InstallerUI& ui);
 
 private:
     void keepElements(InstallerUI& ui);
     void moveTo(int dialog, int sub, InstallerUI& ui);
-    int enter(int dialog, int sub, DialogDesc& page, InstallerUI& ui);
+    Onward enter(int dialog, int sub, DialogDesc& page, InstallerUI& ui);
 
     NavigationState& state_;
     DialogModel& dialogs_;

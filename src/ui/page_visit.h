@@ -4,14 +4,14 @@
 #include "description/dialog_model.h"
 #include "ui/navigation_state.h"
 
-// One entering of a page, on its way through the steps that belong to it.
+// One entry to a page, while the steps that belong to it are carried out.
 struct PageVisit {
     int dialog;
     int sub;  // -1 for the dialog itself
     InstallerUI& ui;
     DialogDesc& page;
     NavigationState& state;
-    bool shown = false;        // nothing has to show the page any more
+    bool shown = false;        // the page needs no showing any more
     bool oneMoreStep = false;  // the walk goes on by itself
 
     void show() {

@@ -1,68 +1,64 @@
 #include "ui/running_apps_page.h"
 
+#include <algorithm>
 #include <vector>
 
-#include "base/text_functions.h"
 #include "contracts/page_actions.h"
-#include "contracts/system_operations.h"
-#include "description/expressions.h"
-#include "description/pxml.h"
-#include "support/debug_log.h"
 #include "ui/page_visit.h"
 
-RunningAppsPage::RunningAppsPage(const PXML& description, Expressions& expressions, PageActions& actions,
-                                 SystemOperations& system, DebugLog debugLog)
-    : description_(description),
-      expressions_(expressions),
-      actions_(actions),
-      system_(system),
-      debugLog_(debugLog) {}
+// Open when none of the programs runs. Front ends ask it many times a second, so the list on screen is made
+// anew only when it differs from what runs.
+class RunningAppsGate : public PageGate {
+public:
+    explicit RunningAppsGate(PageActions& actions) : actions_(actions) {}
+
+    // For other programs than before, none of which is on screen.
+    void reset() { shown_.clear(); }
+
+    bool isOpen(InstallerUI& ui) override {
+        const std::vector<WatchedProgram> programs = actions_.watchPrograms();
+        std::vector<bool> running;
+        for (const WatchedProgram& program : programs) {
+            running.push_back(program.isRunning);
+        }
+        shown_.resize(programs.size());
+        if (running != shown_) {
+            show(programs, ui);
+            shown_ = running;
+        }
+        return std::find(running.begin(), running.end(), true) == running.end();
+    }
+
+private:
+    static void show(const std::vector<WatchedProgram>& programs, InstallerUI& ui) {
+        ui.clearFileLines();
+        for (const WatchedProgram& program : programs) {
+            if (program.isRunning) {
+                ui.addFileLine(program.name.c_str(), false);
+            }
+        }
+        ui.addFileLine(nullptr, true);
+    }
+
+    PageActions& actions_;
+    std::vector<bool> shown_;  // by the place of the program
+};
 
 void RunningAppsPage::enter(PageVisit& visit) {
-    if (condition_ == nullptr) {
-        condition_ = std::make_shared<RunningAppsCondition>();
+    if (gate_ == nullptr) {
+        gate_ = std::make_shared<RunningAppsGate>(actions_);
     }
-    condition_->clear();
-    std::vector<std::int32_t> children;
-    description_.listChildren(visit.page.node, children);
-    for (const std::int32_t node : children) {
-        if (expressions_.evaluateCondition(description_.getAttribute(node, "Condition")) != 0) {
-            carryOut(node, visit);
-        }
-    }
-    if (condition_->evaluate(&system_, &visit.ui) == 0) {
+    gate_->reset();
+    actions_.prepareProgramWatch(visit.page.node, visit.ui);
+    if (!gate_->isOpen(visit.ui)) {
+        // A window shows the state of the page by itself.
         if (visit.ui.isGraphical() == 0) {
-            condition_->report(&system_, &visit.ui,
-                               "The installation can not continue, because the processes listed above are "
-                               "running.");
+            visit.ui.addFileLine(
+                "The installation can not continue, because the processes listed above are running.", true);
         }
-        debugLog_.print("Running applications found");
+        debugLog_.line("Running applications found");
         visit.hold();
     }
     visit.shown = true;
-    visit.page.condition = condition_;
-}
-
-void RunningAppsPage::carryOut(std::int32_t node, PageVisit& visit) {
-    const char* name = description_.getName(node);
-    const char* text = description_.getText(node);
-    if (text == nullptr) {
-        return;
-    }
-    if (OUtils::equalsIgnoreCase(name, "TerminateApp")) {
-        const bool isService = OUtils::equalsIgnoreCase(description_.getAttribute(node, "Service"), "true");
-        const std::string directory = directoryOf(node);
-        actions_.closeApplication(text, isService, directory.empty() ? nullptr : directory.c_str());
-    } else if (OUtils::equalsIgnoreCase(name, "TerminateSequence")) {
-        actions_.runActions(&visit.ui, text);
-    } else if (OUtils::equalsIgnoreCase(name, "TestApp")) {
-        condition_->add(text, directoryOf(node).c_str());
-    }
-}
-
-std::string RunningAppsPage::directoryOf(std::int32_t node) {
-    char directory[OUtils::kPathCapacity];
-    expressions_.expandVariables(description_.getAttribute(node, "Directory"), directory, sizeof directory,
-                                 false);
-    return directory;
+    visit.page.gate = gate_;
 }

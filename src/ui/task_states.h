@@ -10,14 +10,14 @@ struct NavigationState;
 // The states of the tasks in a task list, stored and shown.
 class TaskStates {
 public:
-    // Everything is borrowed.
+    // All arguments outlive this object.
     TaskStates(NavigationState& state, DialogModel& dialogs, Expressions& expressions);
 
-    // Stores a TaskState and shows it with the label that belongs to it, cut to 511 bytes; kTaskDisabled is
-    // only shown. Nothing happens for a task that isn't there or a null `ui`.
-    void update(InstallerUI* ui, int dialog, int task, std::int32_t state);
+    // Stores a TaskState and shows it with the label that belongs to it; kTaskDisabled is only shown. Nothing
+    // happens for a task that isn't there.
+    void update(InstallerUI& ui, int dialog, int task, std::int32_t state);
     // Shows the tasks from the current sub-dialog on as enabled or disabled by their conditions.
-    void refresh(InstallerUI* ui);
+    void refresh(InstallerUI& ui);
 
 private:
     NavigationState& state_;

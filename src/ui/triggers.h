@@ -5,28 +5,31 @@
 #include "support/debug_log.h"
 
 class DialogModel;
-class EnvironmentAccess;
 class Expressions;
 class InstallerUI;
 class PageActions;
 class VariableStore;
+enum ResetMode : int;
+namespace platform {
+class FileSystem;
+}
 struct TriggerDesc;
 
 // Fires the triggers of pages.
 class Triggers {
 public:
-    // Everything is borrowed;
+    // All arguments outlive this object.
     Triggers(DialogModel& dialogs, VariableStore& variables, Expressions& expressions, PageActions& actions,
-             EnvironmentAccess& environment, DebugLog debugLog);
+             platform::FileSystem& files, DebugLog debugLog);
 
-    // Fires those whose moments (a set of TriggerMoment) meet `when` and whose condition holds by then, in
-    // document order; a later one sees what an earlier one did. A page that isn't there has none. `ui` isn't
-    // null.
-    void run(InstallerUI* ui, std::uint32_t when, int dialog, int sub);
+    // Fires those whose moments (a set of TriggerMoment) have one in common with `when` and whose condition
+    // is true by then, in document order; a later one sees what an earlier one did. A page that isn't there
+    // has none.
+    void run(InstallerUI& ui, std::uint32_t when, int dialog, int sub);
 
 private:
     struct Firing {
-        InstallerUI* ui;
+        InstallerUI& ui;
         const TriggerDesc& trigger;
         int dialog;
         int sub;
@@ -40,12 +43,12 @@ private:
     void recalculate(const Firing& firing);
     void checkFile(const Firing& firing);
     void printExpression(const Firing& firing);
-    void reset(const TriggerDesc& trigger, int mode);
+    void reset(const TriggerDesc& trigger, ResetMode mode);
 
     DialogModel& dialogs_;
     VariableStore& variables_;
     Expressions& expressions_;
     PageActions& actions_;
-    EnvironmentAccess& environment_;
+    platform::FileSystem& files_;
     DebugLog debugLog_;
 };

@@ -16,7 +16,7 @@ constexpr std::string_view kPlace = "%1";
 // The default value of a class key; empty when there is no such text.
 std::string classText(platform::Registry& registry, const std::string& path) {
     platform::RegistryValue value;
-    const int status = registry.readValue(platform::RegistryRoot::kClassesRoot, path.c_str(),
+    const int status = registry.readValue(platform::RegistryRoot::kClassesRoot, path,
                                           platform::RegistryView::kNative, "", value);
     return status == platform::kRegOk && value.type == platform::kRegString ? value.data : std::string();
 }
@@ -26,20 +26,20 @@ std::string pageCommand(platform::Registry& registry) {
     return pageClass.empty() ? std::string() : classText(registry, pageClass + std::string(kOpenCommand));
 }
 
-std::string commandWith(const std::string& command, const char* url) {
+std::string commandWith(const std::string& command, std::string_view url) {
     std::string text;
     std::size_t start = 0;
     for (std::size_t place; (place = command.find(kPlace, start)) != std::string::npos;) {
         text.append(command, start, place - start).append(url);
         start = place + kPlace.size();
     }
-    return start == 0 ? command + ' ' + url : text.append(command, start);
+    return start == 0 ? command + ' ' + std::string(url) : text.append(command, start);
 }
 
 }  // namespace
 
-int openInDefaultBrowser(const platform::Platform& platform, const char* url) {
-    if (url == nullptr || url[0] == '\0') {
+int openInDefaultBrowser(const platform::Platform& platform, std::string_view url) {
+    if (url.empty()) {
         return platform::kRegBadArgument;
     }
     const std::string command = pageCommand(platform.registry);
@@ -47,6 +47,6 @@ int openInDefaultBrowser(const platform::Platform& platform, const char* url) {
         return platform.shell.openDocument(url) ? 0 : platform::kRegNotFound;
     }
     int error = 0;
-    platform.processes.start(commandWith(command, url).c_str(), "", error);
+    platform.processes.start(commandWith(command, url), "", error);
     return error;
 }

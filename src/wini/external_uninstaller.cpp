@@ -1,11 +1,11 @@
 #include "wini/external_uninstaller.h"
 
 #include "contracts/installer_ui.h"
-#include "contracts/system_modifications.h"
 #include "contracts/system_operations.h"
+#include "engine/changes/program_run.h"
+#include "engine/report.h"
 #include "platform/named_events.h"
 #include "platform/processes.h"
-#include "wini/program_runner.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -14,22 +14,23 @@ constexpr std::uint32_t kLookMilliseconds = 100;
 
 }  // namespace
 
-bool ExternalUninstaller::uninstallApplication(const char* applicationName, const char* arguments,
+bool ExternalUninstaller::uninstallApplication(std::string_view applicationName, std::string_view arguments,
                                                std::uint32_t flags, InstallerUI* ui) {
-    std::string command;
-    if (!list_.readUninstallString(applicationName, command, flags)) {
-        debugLog_.print("ERROR: Could not obtain uninstall string for uninstalling application: \"%s\"",
-                        applicationName == nullptr ? "" : applicationName);
+    const auto registered = list_.readUninstallString(applicationName, flags);
+    if (!registered) {
+        debugLog_.line("ERROR: Could not obtain uninstall string for uninstalling application: \"" +
+                       std::string(applicationName) + "\"");
         return false;
     }
-    if (arguments != nullptr && arguments[0] != '\0') {
-        command += std::string(" ") + arguments;
+    std::string command = *registered;
+    if (!arguments.empty()) {
+        command.append(" ").append(arguments);
     }
     if ((flags & kEntryWait) != 0) {
+        Report report(ui, nullptr);
         // The registered text is a command line with quotes of its own.
-        return parts_.runner.runAssociatedProgram(command.c_str(), nullptr,
-                                                  kRunAsynchronous | kRunWait | kRunWholeCommandLine, nullptr,
-                                                  ui, kLookMilliseconds);
+        return parts_.programs.run({command, "", "", kRunAsynchronous | kRunWait | kRunWholeCommandLine},
+                                   report, kLookMilliseconds);
     }
     if (ui == nullptr || ui->isGraphical() == 0) {
         command += " -gui=0";
@@ -41,7 +42,7 @@ bool ExternalUninstaller::runWithEvents(const std::string& command) {
     const auto start = parts_.events.create(kUninstallerStartEvent);
     const auto end = parts_.events.create(kUninstallerEndEvent);
     int error = 0;
-    if (parts_.processes.start(command.c_str(), "", error) == nullptr) {
+    if (parts_.processes.start(command, "", error) == nullptr) {
         debugLog_.print("ERROR: The uninstaller does not start (%d): %s", error, command.c_str());
         return false;
     }

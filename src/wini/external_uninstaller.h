@@ -2,12 +2,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "support/debug_log.h"
 #include "wini/uninstall_list.h"
 
 class InstallerUI;
-class ProgramRunner;
+class ProgramRun;
 
 namespace platform {
 class NamedEvents;
@@ -18,8 +19,7 @@ class Registry;
 // Runs the registered uninstallers of other applications.
 class ExternalUninstaller {
 public:
-    // How long an uninstaller that isn't waited for to its end gets to tell that it runs, and then that it is
-    // through.
+    // How long an uninstaller that isn't waited for to its end gets to signal its start, and then its end.
     static constexpr std::uint32_t kStartMilliseconds = 60000;
     static constexpr std::uint32_t kEndMilliseconds = 300000;
 
@@ -27,18 +27,18 @@ public:
         platform::Registry& registry;
         platform::Processes& processes;
         platform::NamedEvents& events;
-        ProgramRunner& runner;
+        ProgramRun& programs;
     };
 
     // All are borrowed and outlive this object.
     ExternalUninstaller(Parts parts, DebugLog debugLog)
         : parts_(parts), list_(parts.registry), debugLog_(debugLog) {}
 
-    // `arguments` may be null; `flags` is a set of UninstallEntryFlag. With kEntryWait the uninstaller is
-    // waited for while the front end breathes, and true means that it ended with 0. Without, it is told to
-    // ask nobody unless `ui` is graphical, its two events are waited for, and true means that it started.
-    bool uninstallApplication(const char* applicationName, const char* arguments, std::uint32_t flags,
-                              InstallerUI* ui);
+    // `flags` is a set of UninstallEntryFlag; `ui` may be null. With kEntryWait the uninstaller is waited for
+    // while the front end stays alive, and true means that it ended with 0. Without, it is told to ask nobody
+    // unless `ui` is graphical, its two events are waited for, and true means that it started.
+    bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
+                              std::uint32_t flags, InstallerUI* ui);
 
 private:
     bool runWithEvents(const std::string& command);

@@ -4,7 +4,8 @@
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
-#include "contracts/system_modifications.h"
+#include "engine/changes/program_run.h"
+#include "engine/report.h"
 #include "platform/processes.h"
 
 namespace {
@@ -16,47 +17,47 @@ bool isFirstProcess(const platform::ProcessInfo& process) {
     return process.id <= 1;
 }
 
-std::string unified(std::string path) {
+std::string unified(std::string_view text) {
+    std::string path(text);
     OUtils::setSeparators(path.data());
     return path;
 }
 
 }  // namespace
 
-RunningApplications::RunningApplications(platform::Processes& processes, SystemModifications& programs,
+RunningApplications::RunningApplications(platform::Processes& processes, ProgramRun& programs,
                                          DebugLog debugLog)
     : processes_(processes), programs_(programs), debugLog_(debugLog) {}
 
-bool RunningApplications::isFrom(const platform::ProcessInfo& process, const char* name,
-                                 const char* directory) {
+bool RunningApplications::isFrom(const platform::ProcessInfo& process, std::string_view name,
+                                 std::string_view directory) {
     if (process.path.empty()) {
-        debugLog_.print(
-            "ERROR: Wini::isAppRunning(..) could not obtain the full file name of the running module: \"%s\"",
-            name);
+        debugLog_.line(
+            "ERROR: Wini::isAppRunning(..) could not obtain the full file name of the running module: \"" +
+            std::string(name) + "\"");
         return true;
     }
     if (unified(process.path).find(unified(directory)) != std::string::npos) {
         return true;
     }
-    debugLog_.print("App \"%s\" running in separate dir: \"%s\" - searched: \"%s\"", name,
-                    process.path.c_str(), directory);
+    debugLog_.line("App \"" + std::string(name) + "\" running in separate dir: \"" + process.path +
+                   "\" - searched: \"" + std::string(directory) + "\"");
     return false;
 }
 
-std::vector<platform::ProcessInfo> RunningApplications::findAll(const char* name, const char* directory,
-                                                                bool firstOnly) {
+std::vector<platform::ProcessInfo> RunningApplications::findAll(std::string_view name,
+                                                                std::string_view directory, bool firstOnly) {
     std::vector<platform::ProcessInfo> all;
     std::vector<platform::ProcessInfo> found;
-    if (name == nullptr || name[0] == '\0' || !processes_.list(all)) {
+    if (name.empty() || !processes_.list(all)) {
         return found;
     }
-    const bool anywhere = directory == nullptr || directory[0] == '\0';
     for (platform::ProcessInfo& process : all) {
         if (isFirstProcess(process) || process.id == processes_.currentId() ||
-            !OUtils::equalsIgnoreCase(process.name.c_str(), name)) {
+            !OUtils::equalsIgnoreCase(process.name, name)) {
             continue;
         }
-        if (anywhere || isFrom(process, name, directory)) {
+        if (directory.empty() || isFrom(process, name, directory)) {
             found.push_back(std::move(process));
             if (firstOnly) {
                 break;
@@ -66,18 +67,19 @@ std::vector<platform::ProcessInfo> RunningApplications::findAll(const char* name
     return found;
 }
 
-bool RunningApplications::isApplicationRunning(const char* name, const char* directory) {
+bool RunningApplications::isApplicationRunning(std::string_view name, std::string_view directory) {
     return !findAll(name, directory, true).empty();
 }
 
-bool RunningApplications::closeApplication(const char* name, bool isService, const char* directory) {
-    // Whoever waits for this session must not be stopped by it, nor a service be asked on his behalf.
+bool RunningApplications::closeApplication(std::string_view name, bool isService,
+                                           std::string_view directory) {
+    // Whoever waits for this session must not be stopped by it, nor be asked to stop as a service.
     const std::vector<std::uint32_t> spared = processes_.ownLine();
     bool stopped = false;
     for (const platform::ProcessInfo& process : findAll(name, directory, false)) {
         if (std::find(spared.begin(), spared.end(), process.id) != spared.end()) {
-            debugLog_.print("WARNING: \"%s\" (%u) is not stopped: it started this program", name,
-                            static_cast<unsigned>(process.id));
+            debugLog_.line("WARNING: \"" + std::string(name) + "\" (" + std::to_string(process.id) +
+                           ") is not stopped: it started this program");
             continue;
         }
         if (isService && !process.path.empty()) {
@@ -90,8 +92,8 @@ bool RunningApplications::closeApplication(const char* name, bool isService, con
 }
 
 void RunningApplications::stopService(const std::string& program) {
-    if (!programs_.runAssociatedProgram(program.c_str(), "-stop", kRunAsynchronous, nullptr, nullptr,
-                                        kServiceLookMilliseconds)) {
-        debugLog_.print("WARNING: The service \"%s\" did not stop itself", program.c_str());
+    Report silent(nullptr, nullptr);
+    if (!programs_.run({program, "-stop", "", kRunAsynchronous}, silent, kServiceLookMilliseconds)) {
+        debugLog_.line("WARNING: The service \"" + program + "\" did not stop itself");
     }
 }

@@ -2,11 +2,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/debug_log.h"
 
-class SystemModifications;
+class ProgramRun;
 
 namespace platform {
 class Processes;
@@ -14,8 +15,8 @@ struct ProcessInfo;
 }  // namespace platform
 
 // Finds and stops processes by the base name of their executable, without regard to case, and, where a
-// directory is given (not null, not empty), by that directory: it must stand somewhere in the executable's
-// path, case and all; `/` and `\` are the same. This process and the first process of the system are never
+// directory is given (not empty), by that directory: the executable's path must contain it, case included;
+// `/` and `\` are the same. This process and the first process of the system are never
 // among them, and the processes that started this one are never stopped.
 class RunningApplications {
 public:
@@ -23,19 +24,20 @@ public:
     static constexpr std::uint32_t kPoliteMilliseconds = 2000;
 
     // A service is asked to stop through `programs`. All are borrowed and outlive this object.
-    RunningApplications(platform::Processes& processes, SystemModifications& programs, DebugLog debugLog);
+    RunningApplications(platform::Processes& processes, ProgramRun& programs, DebugLog debugLog);
 
-    bool isApplicationRunning(const char* name, const char* directory);
+    bool isApplicationRunning(std::string_view name, std::string_view directory);
     // Stops all that match. True when at least one was stopped. A service is asked first, by running its
     // program with "-stop" to its end.
-    bool closeApplication(const char* name, bool isService, const char* directory);
+    bool closeApplication(std::string_view name, bool isService, std::string_view directory);
 
 private:
-    std::vector<platform::ProcessInfo> findAll(const char* name, const char* directory, bool firstOnly);
-    bool isFrom(const platform::ProcessInfo& process, const char* name, const char* directory);
+    std::vector<platform::ProcessInfo> findAll(std::string_view name, std::string_view directory,
+                                               bool firstOnly);
+    bool isFrom(const platform::ProcessInfo& process, std::string_view name, std::string_view directory);
     void stopService(const std::string& program);
 
     platform::Processes& processes_;
-    SystemModifications& programs_;
+    ProgramRun& programs_;
     DebugLog debugLog_;
 };

@@ -1,6 +1,5 @@
 #include "wini/uninstall_list.h"
 
-#include "base/text_functions.h"
 #include "contracts/system_operations.h"
 #include "platform/registry.h"
 
@@ -9,81 +8,67 @@ namespace {
 using platform::RegistryRoot;
 using platform::RegistryView;
 
-constexpr char kListKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 constexpr std::string_view kLogArgument = "-uninstall=\"";
 
 RegistryView viewOf(std::uint32_t flags) {
     return (flags & kEntryIn32BitView) != 0 ? RegistryView::k32Bit : RegistryView::kNative;
 }
 
-bool isGiven(const char* text) {
-    return text != nullptr && text[0] != '\0';
-}
-
 }  // namespace
 
-const char* UninstallList::listKey() {
-    return kListKey;
+std::string UninstallList::keyOf(std::string_view applicationName) {
+    return std::string(kListKey) + '\\' + std::string(applicationName);
 }
 
-std::string UninstallList::keyOf(const char* applicationName) {
-    return std::string(kListKey) + '\\' + applicationName;
+bool UninstallList::findUninstallEntry(std::string_view applicationName, std::uint32_t flags) {
+    return !applicationName.empty() && registry_.testKey(RegistryRoot::kLocalMachine, keyOf(applicationName),
+                                                         viewOf(flags)) == platform::kRegOk;
 }
 
-bool UninstallList::findUninstallEntry(const char* applicationName, std::uint32_t flags) {
-    return isGiven(applicationName) &&
-           registry_.testKey(RegistryRoot::kLocalMachine, keyOf(applicationName).c_str(), viewOf(flags)) ==
-               platform::kRegOk;
-}
-
-void UninstallList::findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
-                                           const char* publisher, std::uint32_t flags) {
+std::vector<std::string> UninstallList::findEntriesByPublisher(std::string_view nameFilter,
+                                                               std::string_view publisher,
+                                                               std::uint32_t flags) {
     std::vector<std::string> names;
     if (registry_.listKeys(RegistryRoot::kLocalMachine, kListKey, viewOf(flags), names) != platform::kRegOk) {
-        return;
+        return {};
     }
-    for (const std::string& name : names) {
+    std::erase_if(names, [&](const std::string& name) {
         if (name.find(nameFilter) == std::string::npos) {
-            continue;
+            return true;
         }
-        std::string entryPublisher;
-        if (!isGiven(publisher) || (readText(name.c_str(), "Publisher", entryPublisher, flags) &&
-                                    entryPublisher.find(publisher) != std::string::npos)) {
-            outNames.push_back(name);
-        }
-    }
+        return !publisher.empty() &&
+               readText(name, "Publisher", flags).value_or("").find(publisher) == std::string::npos;
+    });
+    return names;
 }
 
-bool UninstallList::readText(const char* applicationName, const char* valueName, std::string& outText,
-                             std::uint32_t flags) {
+std::optional<std::string> UninstallList::readText(std::string_view applicationName,
+                                                   std::string_view valueName, std::uint32_t flags) {
     platform::RegistryValue value;
-    if (!isGiven(applicationName) ||
-        registry_.readValue(RegistryRoot::kLocalMachine, keyOf(applicationName).c_str(), viewOf(flags),
-                            valueName, value) != platform::kRegOk ||
+    if (applicationName.empty() ||
+        registry_.readValue(RegistryRoot::kLocalMachine, keyOf(applicationName), viewOf(flags), valueName,
+                            value) != platform::kRegOk ||
         (value.type != platform::kRegString && value.type != platform::kRegExpandString)) {
-        return false;
+        return std::nullopt;
     }
-    outText = std::move(value.data);
-    return true;
+    return std::move(value.data);
 }
 
-bool UninstallList::readUninstallString(const char* applicationName, std::string& outCommand,
-                                        std::uint32_t flags) {
-    return readText(applicationName, "UninstallString", outCommand, flags);
+std::optional<std::string> UninstallList::readUninstallString(std::string_view applicationName,
+                                                              std::uint32_t flags) {
+    return readText(applicationName, "UninstallString", flags);
 }
 
-bool UninstallList::getApplicationLogFile(const char* applicationName, char* buffer, int size) {
-    OUtils::copyText(buffer, "", size);
-    std::string command;
-    if (!readUninstallString(applicationName, command, 0)) {
-        return false;
-    }
+std::optional<std::string> UninstallList::applicationLogFile(std::string_view applicationName) {
+    const std::string command = readUninstallString(applicationName, 0).value_or("");
     const std::size_t argument = command.find(kLogArgument);
-    const std::size_t start = argument + kLogArgument.size();
-    const std::size_t end = argument == std::string::npos ? argument : command.find('"', start);
-    if (end == std::string::npos || static_cast<std::int64_t>(end - start) >= size) {
-        return false;
+    if (argument == std::string::npos) {
+        return std::nullopt;
     }
-    OUtils::copyText(buffer, command.substr(start, end - start).c_str(), size);
-    return true;
+    const std::size_t start = argument + kLogArgument.size();
+    const std::size_t end = command.find('"', start);
+    if (end == std::string::npos || end - start > kLogPathLimit) {
+        return std::nullopt;
+    }
+    return command.substr(start, end - start);
 }

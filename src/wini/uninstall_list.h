@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -9,30 +11,33 @@ class Registry;
 }
 
 // The system's list of installed applications: a key for each, named after the application. `flags` is a set
-// of UninstallEntryFlag.
+// of UninstallEntryFlag. An empty name is that of no application.
 class UninstallList {
 public:
+    // The path of the list's own key below the machine's root.
+    static constexpr std::string_view kListKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+    // The longest path of an action log, in bytes.
+    static constexpr std::size_t kLogPathLimit = 1559;
+
     explicit UninstallList(platform::Registry& registry) : registry_(registry) {}
 
-    // The path of the list's own key below the machine's root.
-    static const char* listKey();
-    // The path of an application's key below the machine's root; not null.
-    static std::string keyOf(const char* applicationName);
+    // The path of an application's key below the machine's root.
+    static std::string keyOf(std::string_view applicationName);
 
-    bool findUninstallEntry(const char* applicationName, std::uint32_t flags);
-    // Appends the names that contain `nameFilter` and, unless `publisher` is null or empty, whose value
-    // Publisher contains that; case counts.
-    void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
-                                const char* publisher, std::uint32_t flags);
-    // The registered uninstall command. False when there is none.
-    bool readUninstallString(const char* applicationName, std::string& outCommand, std::uint32_t flags);
-    // The action log that this command names: the text between `-uninstall="` and the next `"`. False when
-    // there is none or it doesn't fit `size` bytes; `buffer` is empty then.
-    bool getApplicationLogFile(const char* applicationName, char* buffer, int size);
+    bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags);
+    // The names that contain `nameFilter` and, unless `publisher` is empty, whose value Publisher contains
+    // that; case counts.
+    std::vector<std::string> findEntriesByPublisher(std::string_view nameFilter, std::string_view publisher,
+                                                    std::uint32_t flags);
+    // The registered uninstall command.
+    std::optional<std::string> readUninstallString(std::string_view applicationName, std::uint32_t flags);
+    // The action log that this command names: the text between `-uninstall="` and the next `"`. None for a
+    // text above the limit, too.
+    std::optional<std::string> applicationLogFile(std::string_view applicationName);
 
 private:
-    bool readText(const char* applicationName, const char* valueName, std::string& outText,
-                  std::uint32_t flags);
+    std::optional<std::string> readText(std::string_view applicationName, std::string_view valueName,
+                                        std::uint32_t flags);
 
     platform::Registry& registry_;
 };

@@ -1,64 +1,96 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
-#include "base/fixed_text.h"
+#include "base/text_functions.h"
+#include "engine/changes/environment_change.h"
+#include "engine/changes/firewall_change.h"
+#include "engine/changes/ini_change.h"
+#include "engine/changes/program_run.h"
+#include "engine/changes/shortcut_change.h"
 #include "platform/platform.h"
 #include "session/installer.h"
-#include "wini/process_environment.h"
-#include "wini/running_applications.h"
-#include "wini/uninstall_list.h"
-#include "wini/wini_modifications.h"
+#include "wini/system_services.h"
 
-// What has to exist ahead of the session.
-struct WiniEnvironment {
-    explicit WiniEnvironment(const platform::Platform& platform)
-        : processEnvironment(platform.environment, platform.files), modifications(platform) {}
-
-    ProcessEnvironment processEnvironment;
-    WiniModifications modifications;
+// What the command line asks for, kept for a second session in the same process.
+struct WiniArguments {
+    int debugLevel = 0;
+    int gui = 0;
+    int ignoreErrors = 0;
 };
 
-// A session on the real operating system. Its operations are short: each family has a class of its own.
-class Wini : private WiniEnvironment, public Installer {
+// A session on a machine, with its operations on the operating system: each hands its texts to the class that
+// the change or the service belongs to. Texts are UTF-8; a text that may be null counts as missing then, and
+// so does `ui`. An undo text is what the operation reads that takes the change back.
+class Wini : public Installer {
 public:
-    // The platform is borrowed and outlives the session. The three values are those of the command line.
-    Wini(const platform::Platform& platform, int level, int gui, int ignoreErrors);
+    // What the platform refers to, the services and the answers are borrowed and outlive the session.
+    Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
+         const WiniArguments& arguments);
 
-    // At most 1,559 bytes; null or empty: none.
-    void setConfigFile(const char* path) { configFile_.assign(path); }
-    int getDebugLevelArgument() const { return debugLevelArgument_; }
-    int getGuiArgument() const { return guiArgument_; }
-    int getIgnoreErrorsArgument() const { return ignoreErrorsArgument_; }
+    // Cut to 1,559 bytes; empty: none.
+    void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigFileLimit); }
+    int getDebugLevelArgument() const { return arguments_.debugLevel; }
+    int getGuiArgument() const { return arguments_.gui; }
+    int getIgnoreErrorsArgument() const { return arguments_.ignoreErrors; }
+    // 0.
+    int getConfigFile(char* buffer, int size);
 
-    int getTemporaryFileName(char* buffer, int size) override;
-    bool findUninstallEntry(const char* applicationName, std::uint32_t flags) override;
+    // Services of the system, as in SystemOperations.
+    bool findUninstallEntry(const char* applicationName, std::uint32_t flags);
     void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
-                                const char* publisher, std::uint32_t flags) override;
-    bool getApplicationLogFile(const char* applicationName, char* buffer, int size) override;
-    bool isApplicationRunning(const char* name, const char* directory) override;
-    bool closeApplication(const char* name, bool isService, const char* directory) override;
-    bool copyFile(const char* from, const char* to) override;
-    bool readRegistryValue(const char* place, const char* path, const char* valueName,
-                           SystemRegistryValue& outValue) override;
-    bool listRegistryKeys(const char* place, const char* path, std::vector<std::string>& outNames) override;
-    // The log tells a failure.
-    bool openInDefaultBrowser(const char* url) override;
-    void sleepMilliseconds(std::uint32_t milliseconds) override;
+                                const char* publisher, std::uint32_t flags);
+    bool getApplicationLogFile(const char* applicationName, char* buffer, int size);
+    bool registerApplication();
+    bool removeUninstallEntry(const char* applicationName);
+    bool uninstallApplication(const char* applicationName, const char* arguments, std::uint32_t flags,
+                              InstallerUI* ui);
+    bool isApplicationRunning(const char* name, const char* directory);
+    bool closeApplication(const char* name, bool isService, const char* directory);
+    bool copyFile(const char* from, const char* to);
 
-    int getConfigFile(char* buffer, int size) override;
+    // As ProgramRun::run; null for `path` fails.
+    bool runAssociatedProgram(const char* path, const char* arguments, std::uint32_t flags,
+                              const char* workDir, InstallerUI* ui, std::uint32_t delay);
 
-protected:
-    // Marks programs as such, where the file system knows that.
-    void afterFileInstalled(const std::string& path, const FileEntry& file) override;
+    // Changes with an undo text, which is also filled when only the writing failed.
+    bool addEnvironmentEntry(const char* name, const char* value, EnvironmentChange::Mode mode,
+                             std::string& outUndo, InstallerUI* ui, bool isPath);
+    bool removeEnvironmentEntry(const char* undoText, InstallerUI* ui);
+    bool broadcastEnvironmentChange();
+    bool writeIniValue(const char* file, const char* section, const char* key, const char* value,
+                       IniChange::Mode mode, const char* beforeKey);
+    bool addIniEntry(const char* file, const char* section, const char* key, const char* value,
+                     std::string& outUndo, InstallerUI* ui, bool isPath, const char* beforeKey);
+    bool removeIniEntry(const char* undoText, InstallerUI* ui);
+    bool modifyFile(const char* path, const char* description, std::string& outUndo, InstallerUI* ui);
+    bool undoFileModification(const char* undoText, InstallerUI* ui);
+    bool addShortcut(const ShortcutRequest& shortcut, std::string& outUndo, InstallerUI* ui);
+    bool removeShortcut(const char* undoText, InstallerUI* ui);
+
+    // Null arguments give kFailed. `logText` is the record after "PORT".
+    FirewallResult firewallAddApplication(const char* path, const char* name);
+    FirewallResult firewallRemoveApplication(const char* path);
+    FirewallResult firewallAddPort(const FirewallPortRule& rule);
+    FirewallResult firewallRemovePort(const char* logText);
+
+    // 0 or the system's error; -1 for a missing argument or another root than the four. `type` may be null.
+    int writeRegistryValue(const char* place, const char* path, const char* type, const char* valueName,
+                           const char* data, int& outCreated);
+    // The number of key levels that were made; after a failure they are taken back and the result is 0.
+    int createRegistryKey(const char* place, const char* path);
+    int deleteRegistryValue(const char* place, const char* path, const char* valueName);
+    // Deletes up to `levels` keys from the deepest on, each only without subkeys. How many were deleted.
+    int deleteRegistryKeys(const char* place, const char* path, int levels);
 
 private:
-    platform::Platform platform_;
-    PathText configFile_;
-    int debugLevelArgument_;
-    int guiArgument_;
-    int ignoreErrorsArgument_;
-    UninstallList uninstallList_;
-    RunningApplications runningApplications_;
+    static constexpr std::size_t kConfigFileLimit = OUtils::kPathCapacity - 1;
+
+    platform::Platform machine_;
+    SystemServices& services_;
+    ProgramRun programs_;
+    WiniArguments arguments_;
 };

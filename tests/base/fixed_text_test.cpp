@@ -39,7 +39,7 @@ TEST(FixedTextTest, TakesAPartOfItself) {
     EXPECT_STREQ("cdef", text.c_str());
 }
 
-TEST(FixedTextTest, AShorterTextLeavesNothingOfTheLongerBehindItsEnd) {
+TEST(FixedTextTest, KeepsNothingOfALongerTextAfterItsEnd) {
     FixedText<8> text("abcdef");
     text.assign("x");
     EXPECT_EQ("x", text.view());

@@ -11,6 +11,9 @@ std::string joined(const char* path, const char* name, int capacity = 64) {
     char buffer[64];
     std::strcpy(buffer, path);
     OUtils::joinPath(buffer, name, capacity);
+    if (capacity > 0) {
+        EXPECT_EQ(buffer, OUtils::joinedPath(path, name == nullptr ? "" : name, capacity - 1U));
+    }
     return buffer;
 }
 
@@ -21,6 +24,7 @@ std::string normalized(const char* path, int* outChanges = nullptr) {
     if (outChanges != nullptr) {
         *outChanges = changes;
     }
+    EXPECT_EQ(buffer, OUtils::normalizedPath(path));
     return buffer;
 }
 
@@ -39,7 +43,7 @@ TEST(JoinPathTest, PutsOneSeparatorBetween) {
     EXPECT_EQ("/a/b", joined("/a/", "b"));
 }
 
-TEST(JoinPathTest, GivesAnEmptyPathNoSeparator) {
+TEST(JoinPathTest, PutsNoSeparatorAfterAnEmptyPath) {
     EXPECT_EQ("b", joined("", "\\b"));
     EXPECT_EQ("b", joined("", "b"));
 }
@@ -93,27 +97,36 @@ TEST(NormalizePathTest, KeepsASeparatorAtTheEnd) {
     EXPECT_EQ("a\\", normalized("a//"));
 }
 
-TEST(SeparatorsTest, AreTurnedIntoTheOneAskedFor) {
+TEST(SeparatorsTest, BecomeTheOneAskedFor) {
     EXPECT_EQ("\\a\\b", changed("/a\\b", [](char* path) { OUtils::setSeparators(path); }));
     EXPECT_EQ("/a/b", changed("/a\\b", [](char* path) { OUtils::setSeparators(path, '/'); }));
+    EXPECT_EQ("\\a\\b", OUtils::withSeparators("/a\\b"));
+    EXPECT_EQ("/a/b", OUtils::withSeparators("/a\\b", '/'));
 }
 
-TEST(SeparatorsTest, OfARunTheLastIsKept) {
+TEST(PathValueTest, EndsAtTheFirstZeroByte) {
+    const std::string text("a//b\0//c", 8);
+    EXPECT_EQ("a/b", OUtils::collapsedPath(text));
+    EXPECT_EQ("a\\b", OUtils::normalizedPath(text));
+}
+
+TEST(SeparatorsTest, KeepTheLastOfARun) {
     EXPECT_EQ("\\a/b\\", changed("//\\a\\\\/b/\\", OUtils::collapseSeparators));
     EXPECT_EQ("", changed("", OUtils::collapseSeparators));
     EXPECT_EQ("a", changed("a", OUtils::collapseSeparators));
+    EXPECT_EQ("\\a/b\\", OUtils::collapsedPath("//\\a\\\\/b/\\"));
+    EXPECT_EQ("", OUtils::collapsedPath(""));
 }
 
-TEST(SeparatorsTest, AreCutAtTheEndButNotTheFirstCharacter) {
-    const auto strip = [](char* path) { OUtils::stripTrailingSeparators(path, 64); };
-    EXPECT_EQ("a", changed("a\\/\\", strip));
-    EXPECT_EQ("\\", changed("\\\\", strip));
-    EXPECT_EQ("/", changed("/", strip));
-    EXPECT_EQ("", changed("", strip));
-    EXPECT_EQ("C:", changed("C:\\", strip));
+TEST(SeparatorsTest, GoFromTheEndButNotTheFirstCharacter) {
+    EXPECT_EQ("a", OUtils::stripTrailingSeparators("a\\/\\"));
+    EXPECT_EQ("\\", OUtils::stripTrailingSeparators("\\\\"));
+    EXPECT_EQ("/", OUtils::stripTrailingSeparators("/"));
+    EXPECT_EQ("", OUtils::stripTrailingSeparators(""));
+    EXPECT_EQ("C:", OUtils::stripTrailingSeparators("C:\\"));
 }
 
-TEST(LastPathComponentTest, StandsBehindTheLastSeparatorOfEitherKind) {
+TEST(LastPathComponentTest, FollowsTheLastSeparatorOfEitherKind) {
     EXPECT_EQ("c", OUtils::lastPathComponent("a/b\\c"));
     EXPECT_EQ("c", OUtils::lastPathComponent("a\\b/c"));
     EXPECT_EQ("c", OUtils::lastPathComponent("c"));

@@ -40,7 +40,7 @@ TEST(TextBuilderTest, GrowsByBlocksWithRoomForTheTerminator) {
     EXPECT_EQ(std::string(16, 'x'), builder.c_str());
 }
 
-TEST(TextBuilderTest, AnAdditionOfWholeBlocksGivesOneBlockMore) {
+TEST(TextBuilderTest, AddsOneMoreBlockForAnAdditionOfWholeBlocks) {
     TextBuilder builder(16, 0);
     builder.append('x', 32);
     EXPECT_EQ(48, builder.getCapacity());

@@ -6,7 +6,7 @@ namespace {
 
 class ControlVariablesTest : public DescriptionTest {
 protected:
-    int read(const std::string& children) {
+    bool read(const std::string& children) {
         parse("<Root><InstallerControlVariables>" + children + "</InstallerControlVariables></Root>");
         return controls_.read(document_, console_);
     }
@@ -14,7 +14,7 @@ protected:
     ControlVariables controls_;
 };
 
-TEST_F(ControlVariablesTest, EveryRoleHasItsTagInTheFixedOrder) {
+TEST_F(ControlVariablesTest, HasATagForEachRoleInTheFixedOrder) {
     const std::vector<std::string> tags = {
         "PreviousInstallation", "LegacyInstallation", "ShouldUninstall",
         "CustomizeSettings",    "ProgressDetails",    "InstallError",
@@ -25,50 +25,50 @@ TEST_F(ControlVariablesTest, EveryRoleHasItsTagInTheFixedOrder) {
         EXPECT_EQ(ControlVariables::tagOf(static_cast<ControlVariable>(i)), tags[i]);
         children += "<" + tags[i] + ">VAR" + std::to_string(i) + "</" + tags[i] + ">";
     }
-    EXPECT_EQ(read(children), 0);
+    EXPECT_TRUE(read(children));
     for (std::size_t i = 0; i < tags.size(); ++i) {
         EXPECT_EQ(controls_.nameOf(static_cast<ControlVariable>(i)), "VAR" + std::to_string(i));
     }
     EXPECT_EQ(log_.text(), "");
 }
 
-TEST_F(ControlVariablesTest, MissingTagsAreToldAndLeaveTheirRoleOpen) {
-    EXPECT_EQ(read("<InstallError>E</InstallError>"), 0);
+TEST_F(ControlVariablesTest, LogsMissingTagsAndLeavesTheirRolesOpen) {
+    EXPECT_TRUE(read("<InstallError>E</InstallError>"));
     EXPECT_EQ(log_.lines().size(), 8U);
     EXPECT_EQ(log_.lines()[0],
               "WARNING: Missing control variable specifier in the installation template. (tag "
               "PreviousInstallation)");
-    EXPECT_STREQ(controls_.nameOf(ControlVariable::kPreviousInstallation), "");
-    EXPECT_STREQ(controls_.nameOf(ControlVariable::kInstallError), "E");
+    EXPECT_EQ(controls_.nameOf(ControlVariable::kPreviousInstallation), "");
+    EXPECT_EQ(controls_.nameOf(ControlVariable::kInstallError), "E");
 }
 
-TEST_F(ControlVariablesTest, ATagWithoutTextIsTold) {
+TEST_F(ControlVariablesTest, LogsATagWithoutText) {
     read("<DlgCondition/>");
-    bool told = false;
+    bool logged = false;
     for (const std::string& line : log_.lines()) {
-        told =
-            told || line ==
-                        "WARNING: Missing tag data for variable specifier in the installation template. (tag "
-                        "DlgCondition)";
+        logged = logged ||
+                 line ==
+                     "WARNING: Missing tag data for variable specifier in the installation template. (tag "
+                     "DlgCondition)";
     }
-    EXPECT_TRUE(told) << log_.text();
+    EXPECT_TRUE(logged) << log_.text();
 }
 
-TEST_F(ControlVariablesTest, WithoutTheSectionNothingIsNamed) {
+TEST_F(ControlVariablesTest, NamesNothingWithoutTheSection) {
     parse("<Root/>");
-    EXPECT_EQ(controls_.read(document_, console_), 1);
+    EXPECT_FALSE(controls_.read(document_, console_));
     EXPECT_EQ(log_.text(), "");
-    EXPECT_STREQ(controls_.nameOf(ControlVariable::kInstallError), "");
+    EXPECT_EQ(controls_.nameOf(ControlVariable::kInstallError), "");
 }
 
-TEST_F(ControlVariablesTest, NamesAreCutAt199Bytes) {
+TEST_F(ControlVariablesTest, CutsNamesAt199Bytes) {
     read("<InstallError>" + std::string(300, 'x') + "</InstallError>");
-    EXPECT_EQ(std::string(controls_.nameOf(ControlVariable::kInstallError)).size(), 199U);
+    EXPECT_EQ(controls_.nameOf(ControlVariable::kInstallError).size(), 199U);
 }
 
-TEST_F(ControlVariablesTest, ANullLogIsNoDanger) {
+TEST_F(ControlVariablesTest, WorksWithoutALogTarget) {
     parse("<Root><InstallerControlVariables/></Root>");
-    EXPECT_EQ(controls_.read(document_, DebugLog()), 0);
+    EXPECT_TRUE(controls_.read(document_, DebugLog()));
 }
 
 }  // namespace

@@ -1,67 +1,38 @@
 #include "description/default_values_loader.h"
 
-#include "description/command_line_arguments.h"
+#include "description/default_values_fixture.h"
 #include "description/default_values_reader.h"
-#include "description/description_fixture.h"
-#include "description/log_variable_source.h"
 #include "description/variable_exclusions.h"
-#include "fakes/fake_system_operations.h"
-#include "fakes/memory_file_system.h"
-#include "fakes/recording_ui.h"
 
 namespace {
 
-class Arguments : public CommandLineArguments {
-public:
-    std::vector<std::pair<std::string, std::string>> list;
-
-    int getArgumentCount() const override { return static_cast<int>(list.size()); }
-    const char* getArgumentName(int index) const override {
-        return list[static_cast<std::size_t>(index)].first.c_str();
-    }
-    const char* getArgumentValue(int index) const override {
-        return list[static_cast<std::size_t>(index)].second.c_str();
-    }
-};
-
-class NoLogs : public LogVariableSource {
-public:
-    bool findVariableInLog(const char*, const char*, std::string&) override { return false; }
-};
-
-class DefaultValuesLoaderTest : public DescriptionTest {
+class DefaultValuesLoaderTest : public DefaultValuesFixture {
 protected:
-    int load(const char* configFile = nullptr) {
+    DefaultsOutcome load(std::string_view configFile = "") {
         parse("<Root><DefValues><Value Name=\"A\" DataType=\"value\">one</Value></DefValues></Root>");
-        return loader_.loadDefaultValues(document_, configFile, &ui_);
+        return loader_.load(document_, configFile, commandLine_, message_);
     }
 
-    MemoryFileSystem files_;
-    FakeSystemOperations system_;
-    NoLogs logs_;
-    Arguments arguments_;
-    const CommandLineArguments* commandLine_ = &arguments_;
     VariableExclusions exclusions_;
-    DefaultValuesReader reader_{
-        variables_, expressions_, {system_, environment_, logs_, commandLine_}, console_};
-    DefaultValuesLoader loader_{reader_, variables_, exclusions_, {files_, commandLine_}, console_};
-    RecordingUI ui_;
+    DefaultValuesReader reader_{variables_, expressions_, sources_, console_};
+    DefaultValuesLoader loader_{reader_, variables_, exclusions_, files_, console_};
+    std::string message_;
 };
 
-TEST_F(DefaultValuesLoaderTest, WithoutTheSectionItFails) {
+TEST_F(DefaultValuesLoaderTest, FailsWithoutTheSection) {
     parse("<Root/>");
-    EXPECT_EQ(loader_.loadDefaultValues(document_, nullptr, &ui_), -1);
+    EXPECT_EQ(loader_.load(document_, "", commandLine_, message_), DefaultsOutcome::kNoDefaults);
 }
 
-TEST_F(DefaultValuesLoaderTest, AConfigurationFileLaysItsValuesOver) {
+TEST_F(DefaultValuesLoaderTest, PrefersTheValuesOfAConfigurationFile) {
     files_.addFile("/c.xml", "<DefValues><Value Name=\"A\" DataType=\"value\">two</Value></DefValues>");
-    EXPECT_EQ(load("/c.xml"), 0);
+    EXPECT_EQ(load("/c.xml"), DefaultsOutcome::kLoaded);
     EXPECT_EQ(valueOf("A"), "two");
 }
 
-TEST_F(DefaultValuesLoaderTest, AConfigurationFileWithoutValuesChangesNothing) {
+TEST_F(DefaultValuesLoaderTest, AcceptsAConfigurationFileWithoutValues) {
     files_.addFile("/c.xml", "<Other/>");
-    EXPECT_EQ(load("/c.xml"), 0);
+    EXPECT_EQ(load("/c.xml"), DefaultsOutcome::kLoaded);
     EXPECT_EQ(valueOf("A"), "one");
 }
 
@@ -72,65 +43,65 @@ constexpr std::string_view kAnswers =
     " <Value Name=\"B\" DataType=\"value\">x &lt; y</Value>\n"
     "</DefValues>\n";
 
-TEST_F(DefaultValuesLoaderTest, AConfigurationFileCutAtAnyLengthGivesTheValuesThatAreWhole) {
+TEST_F(DefaultValuesLoaderTest, TakesTheWholeValuesOfAConfigurationFileThatIsCut) {
     for (std::size_t length = 0; length <= kAnswers.size(); ++length) {
         files_.addFile("/c.xml", std::string(kAnswers.substr(0, length)));
-        EXPECT_EQ(load("/c.xml"), 0) << length;
+        EXPECT_EQ(load("/c.xml"), DefaultsOutcome::kLoaded) << length;
         const bool isClosed = length >= kAnswers.find("</Value>") + std::string_view("</Value>").size();
         EXPECT_EQ(valueOf("A"), isClosed ? "two" : "one") << length;
     }
     EXPECT_EQ(valueOf("B"), "x < y");
-    EXPECT_TRUE(ui_.calls.empty());
+    EXPECT_EQ(message_, "");
 }
 
-TEST_F(DefaultValuesLoaderTest, AnyByteOfAConfigurationFileMayBeWrong) {
+TEST_F(DefaultValuesLoaderTest, SurvivesAnyWrongByteInAConfigurationFile) {
     for (std::size_t place = 0; place < kAnswers.size(); ++place) {
         for (const char wrong : {'<', '>', '"', '/', '&', '$', '\0', '\xFF', 'x'}) {
             std::string answers(kAnswers);
             answers[place] = wrong;
             files_.addFile("/c.xml", answers);
-            ASSERT_EQ(load("/c.xml"), 0) << place << wrong;
+            ASSERT_EQ(load("/c.xml"), DefaultsOutcome::kLoaded) << place << wrong;
             ASSERT_EQ(valueOf("WX_PORT"), "win");
             for (std::int32_t index = 0; index < variables_.getCount(); ++index) {
-                ASSERT_LT(variables_.at(index).value.size(), InstallVariable::kTextCapacity);
+                ASSERT_LE(variables_.at(index).value.size(), InstallVariable::kTextLimit);
                 ASSERT_FALSE(variables_.at(index).name.empty());
             }
         }
     }
-    EXPECT_TRUE(ui_.calls.empty());
+    EXPECT_EQ(message_, "");
 }
 
-TEST_F(DefaultValuesLoaderTest, AMissingConfigurationFileIsShownAndFails) {
+TEST_F(DefaultValuesLoaderTest, ReportsAMissingConfigurationFile) {
     files_.addDirectory("/d");
-    EXPECT_EQ(load("/d/missing.xml"), -1);
+    EXPECT_EQ(load("/d/missing.xml"), DefaultsOutcome::kBadConfiguration);
     const std::string message =
         "Error loading configuration file \"/d/missing.xml\" (2). Installation can not continue.";
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: " + message});
-    EXPECT_EQ(ui_.countOf("messageBox(\"" + message + "\""), 1);
+    EXPECT_EQ(message_, message);
 }
 
-TEST_F(DefaultValuesLoaderTest, AConfigurationFileThatFailsWhileItIsReadFails) {
+TEST_F(DefaultValuesLoaderTest, FailsWhenAConfigurationFileCannotBeRead) {
     files_.addFile("/c.xml", "<DefValues><Value Name=\"A\" DataType=\"value\">two</Value></DefValues>");
     files_.failAt(MemoryFileSystem::Operation::kRead, "/c.xml", 1);
-    EXPECT_EQ(load("/c.xml"), -1);
+    EXPECT_EQ(load("/c.xml"), DefaultsOutcome::kBadConfiguration);
     EXPECT_EQ(valueOf("A"), "one");
     EXPECT_EQ(files_.openFileCount(), 0);
 }
 
-TEST_F(DefaultValuesLoaderTest, OfACommandLineVariableTheFirstCounts) {
+TEST_F(DefaultValuesLoaderTest, TakesTheFirstOfEqualCommandLineVariables) {
     arguments_.list = {{"VARIABLE_A", "1"}, {"variable_a", "2"}};
     load();
     EXPECT_EQ(valueOf("A"), "1");
 }
 
-TEST_F(DefaultValuesLoaderTest, ACommandLineVariableWithoutValueIsOne) {
+TEST_F(DefaultValuesLoaderTest, GivesACommandLineVariableWithoutValueOne) {
     arguments_.list = {{"VARIABLE_FOO", ""}, {"VARIABLE_", "x"}};
     load();
     EXPECT_EQ(valueOf("FOO"), "1");
     EXPECT_EQ(variables_.getCount(), 2);
 }
 
-TEST_F(DefaultValuesLoaderTest, AnUnknownCommandLineVariableStaysOutOfLogAndConfiguration) {
+TEST_F(DefaultValuesLoaderTest, KeepsAnUnknownCommandLineVariableOutOfLogAndConfiguration) {
     arguments_.list = {{"VARIABLE_FOO", "x"}, {"VARIABLE_A", "y"}};
     load();
     EXPECT_FALSE(exclusions_.isVariableExported("FOO", kExcludeFromLog));
@@ -138,16 +109,16 @@ TEST_F(DefaultValuesLoaderTest, AnUnknownCommandLineVariableStaysOutOfLogAndConf
     EXPECT_TRUE(exclusions_.isVariableExported("A", kExcludeFromLog));
 }
 
-TEST_F(DefaultValuesLoaderTest, APredefinedVariableCannotBeOverridden) {
+TEST_F(DefaultValuesLoaderTest, KeepsPredefinedVariables) {
     arguments_.list = {{"VARIABLE_WX_PORT", "x"}};
     load();
     EXPECT_EQ(valueOf("WX_PORT"), "win");
     EXPECT_TRUE(exclusions_.isVariableExported("WX_PORT", kExcludeFromLog));
 }
 
-TEST_F(DefaultValuesLoaderTest, WithoutACommandLineNothingIsApplied) {
+TEST_F(DefaultValuesLoaderTest, WorksWithoutACommandLine) {
     commandLine_ = nullptr;
-    EXPECT_EQ(load(), 0);
+    EXPECT_EQ(load(), DefaultsOutcome::kLoaded);
 }
 
 TEST_F(DefaultValuesLoaderTest, ListsTheVariablesFromLevelTwoOn) {

@@ -1,69 +1,27 @@
 #include "description/default_values_reader.h"
 
-#include "description/command_line_arguments.h"
-#include "description/description_fixture.h"
-#include "description/log_variable_source.h"
-#include "fakes/fake_system_operations.h"
+#include "description/default_values_fixture.h"
 
 namespace {
 
-class TableArguments : public CommandLineArguments {
-public:
-    std::vector<std::pair<std::string, std::string>> list;
-
-    int getArgumentCount() const override { return static_cast<int>(list.size()); }
-    const char* getArgumentName(int index) const override {
-        return list[static_cast<std::size_t>(index)].first.c_str();
-    }
-    const char* getArgumentValue(int index) const override {
-        return list[static_cast<std::size_t>(index)].second.c_str();
-    }
-};
-
-class TableLogs : public LogVariableSource {
-public:
-    std::map<std::string, std::string> values;  // by "log:name"
-
-    bool findVariableInLog(const char* logPath, const char* name, std::string& outValue) override {
-        const auto found = values.find(std::string(logPath) + ":" + name);
-        if (found == values.end()) {
-            return false;
-        }
-        outValue = found->second;
-        return true;
-    }
-};
-
-class DefaultValuesReaderTest : public DescriptionTest {
+class DefaultValuesReaderTest : public DefaultValuesFixture {
 protected:
-    int read(const std::string& values) {
+    bool read(const std::string& values) {
         PXML document;
-        document.parseText(("<Root><DefValues>" + values + "</DefValues></Root>").c_str());
-        return reader_.readDefValues(document);
+        document.parseText("<Root><DefValues>" + values + "</DefValues></Root>");
+        return reader_.readDefValues(document, commandLine_);
     }
     const InstallVariable& stored(const char* name) {
         return variables_.at(variables_.find(name).value_or(0));
     }
 
-    FakeSystemOperations system_;
-    TableLogs logs_;
-    TableArguments arguments_;
-    const CommandLineArguments* commandLine_ = &arguments_;
-    DefaultValuesReader reader_{
-        variables_, expressions_, {system_, environment_, logs_, commandLine_}, console_};
+    DefaultValuesReader reader_{variables_, expressions_, sources_, console_};
 };
 
 TEST_F(DefaultValuesReaderTest, ADocumentWithoutTheSectionFails) {
     parse("<Root/>");
-    EXPECT_EQ(reader_.readDefValues(document_), -1);
+    EXPECT_FALSE(reader_.readDefValues(document_, nullptr));
     EXPECT_FALSE(variables_.isInitializingDefaults());
-}
-
-TEST_F(DefaultValuesReaderTest, EveryDataTypeHasItsHandler) {
-    const std::vector<std::string> expected = {"registry",  "installvar", "install_app", "value",
-                                               "checkproc", "cmdlinearg", "checkfile",   "envvar"};
-    const std::vector<const char*> words = DefaultValuesReader::dataTypes();
-    EXPECT_EQ(std::vector<std::string>(words.begin(), words.end()), expected);
 }
 
 TEST_F(DefaultValuesReaderTest, AValueIsExpandedAndKeepsItsExpression) {
@@ -115,22 +73,22 @@ TEST_F(DefaultValuesReaderTest, OnAFirstRunUseOldMakesTheVariable) {
 }
 
 TEST_F(DefaultValuesReaderTest, UseOldKeepsAnEarlierValueAndUpdatesTheDefault) {
-    variables_.setVariable("A", "old");
+    variables_.set("A", "old");
     read("<Value Name=\"A\" DataType=\"value\" UseOld=\"1\">new</Value>");
     EXPECT_EQ(valueOf("A"), "old");
     EXPECT_EQ(defaultOf("A"), "new");
 }
 
 TEST_F(DefaultValuesReaderTest, UseOldReplacesAnEmptyEarlierValue) {
-    variables_.setVariable("A", "");
+    variables_.set("A", "");
     read("<Value Name=\"A\" DataType=\"value\" UseOld=\"1\">new</Value>");
     EXPECT_EQ(valueOf("A"), "new");
     EXPECT_EQ(defaultOf("A"), "new");
 }
 
 TEST_F(DefaultValuesReaderTest, WithoutUseOldAnEarlierValueGoes) {
-    variables_.setVariable("A", "old");
-    variables_.setVariable("B", "old");
+    variables_.set("A", "old");
+    variables_.set("B", "old");
     read(
         "<Value Name=\"A\" DataType=\"value\" UseOld=\"0\">new</Value><Value Name=\"B\" "
         "DataType=\"value\">new</Value>");
@@ -143,14 +101,14 @@ TEST_F(DefaultValuesReaderTest, RecalculateFollowsTheExpression) {
         "<Value Name=\"A\" DataType=\"value\">1</Value>"
         "<Value Name=\"B\" DataType=\"value\" Recalculate=\"1\">$A/x</Value>"
         "<Value Name=\"C\" DataType=\"value\" Recalculate=\"0\">$A/x</Value>");
-    variables_.setVariable("A", "2");
+    variables_.set("A", "2");
     EXPECT_EQ(valueOf("B"), "2/x");
     EXPECT_EQ(valueOf("C"), "1/x");
 }
 
 TEST_F(DefaultValuesReaderTest, AValueThatTheUserChangedStopsFollowing) {
-    variables_.setVariable("A", "changed");
-    variables_.setVariable("B", "x//y ");
+    variables_.set("A", "changed");
+    variables_.set("B", "x//y ");
     read(
         "<Value Name=\"A\" DataType=\"value\" Recalculate=\"1\" UseOld=\"1\">fresh</Value>"
         "<Value Name=\"B\" DataType=\"value\" Recalculate=\"1\" UseOld=\"1\">x\\y</Value>"
@@ -201,7 +159,7 @@ TEST_F(DefaultValuesReaderTest, AMissingRegistryValueGivesTheDefault) {
 }
 
 TEST_F(DefaultValuesReaderTest, AMissingRegistryValueLeavesAnEarlierValueThatIsKept) {
-    variables_.setVariable("A", "old");
+    variables_.set("A", "old");
     read(
         "<Value Name=\"A\" DataType=\"registry\" UseOld=\"1\" RegPlace=\"HKEY_USERS\" RegKey=\"k\" "
         "Default=\"d\">N</Value>");
@@ -249,7 +207,7 @@ TEST_F(DefaultValuesReaderTest, AnApplicationWithoutNameIsNotAskedFor) {
 
 TEST_F(DefaultValuesReaderTest, ARunningProcessIsOneInItsDirectory) {
     system_.running = {"tool.exe@\\opt\\bin"};
-    variables_.setVariable("D", "/opt");
+    variables_.set("D", "/opt");
     read(
         "<Value Name=\"A\" DataType=\"checkproc\" Directory=\"[D]//bin \">tool.exe</Value>"
         "<Value Name=\"B\" DataType=\"checkproc\" Directory=\"[D]/other\">tool.exe</Value>");
@@ -282,8 +240,8 @@ TEST_F(DefaultValuesReaderTest, WithoutACommandLineNothingIsTakenFromIt) {
 }
 
 TEST_F(DefaultValuesReaderTest, AFileThatExistsGivesItsPath) {
-    environment_.existing["\\opt\\tool"] = true;
-    variables_.setVariable("D", "/opt");
+    files_.addFile("\\opt\\tool", "");
+    variables_.set("D", "/opt");
     read(
         "<Value Name=\"A\" DataType=\"checkfile\" Default=\"none\">$D/tool</Value>"
         "<Value Name=\"B\" DataType=\"checkfile\">$D/other</Value>"
@@ -296,7 +254,7 @@ TEST_F(DefaultValuesReaderTest, AFileThatExistsGivesItsPath) {
 }
 
 TEST_F(DefaultValuesReaderTest, AFileCheckShouldNotKeepOldValues) {
-    variables_.setVariable("A", "old");
+    variables_.set("A", "old");
     read("<Value Name=\"A\" DataType=\"checkfile\" UseOld=\"1\" Default=\"none\">/missing</Value>");
     EXPECT_EQ(valueOf("A"), "none");
     EXPECT_EQ(defaultOf("A"), "none");
@@ -324,7 +282,7 @@ TEST_F(DefaultValuesReaderTest, NothingIsRecalculatedMeanwhile) {
         "<Value Name=\"A\" DataType=\"value\" Recalculate=\"1\">$B</Value><Value Name=\"B\" "
         "DataType=\"value\">1</Value>");
     EXPECT_EQ(valueOf("A"), "");
-    variables_.setVariable("B", "2");
+    variables_.set("B", "2");
     EXPECT_EQ(valueOf("A"), "2");
 }
 

@@ -10,19 +10,19 @@ namespace {
 
 class DialogReaderTest : public testing::Test {
 protected:
-    int read(const std::string& dialogs, bool uninstalling = false) {
+    bool read(const std::string& dialogs, bool uninstalling = false) {
         const std::string section = uninstalling ? "UninstallDialogs" : "Dialogs";
         return readWhole("<R><" + section + ">" + dialogs + "</" + section + "></R>", uninstalling);
     }
-    int readWhole(const std::string& text, bool uninstalling = false) {
+    bool readWhole(const std::string& text, bool uninstalling = false) {
         document_ = std::make_unique<PXML>();
-        document_->parseText(text.c_str());
+        document_->parseText(text);
         return DialogReader(*document_, theme_, model_, log_.console()).readDialogs(uninstalling);
     }
     DialogDesc& page(int dialog = 0, int sub = -1) { return *model_.getDialog(dialog, sub); }
     // The only button of a dialog with this button.
     DialogButtonDesc button(const std::string& attributes) {
-        EXPECT_EQ(read("<D><Button x='1' y='2' " + attributes + ">b</Button></D>"), 0);
+        EXPECT_TRUE(read("<D><Button x='1' y='2' " + attributes + ">b</Button></D>"));
         EXPECT_EQ(page().buttons.size(), 1U) << attributes;
         return page().buttons.empty() ? DialogButtonDesc() : page().buttons[0];
     }
@@ -36,11 +36,11 @@ protected:
 constexpr char kButton[] = "<Button x='1' y='1'>b</Button>";
 
 TEST_F(DialogReaderTest, MissingSectionFails) {
-    EXPECT_EQ(readWhole("<R/>"), -1);
-    EXPECT_EQ(readWhole("<R><Dialogs/></R>", true), -1);
-    EXPECT_EQ(readWhole("<R><UninstallDialogs/></R>", false), -1);
-    EXPECT_EQ(readWhole(""), -1);
-    EXPECT_EQ(readWhole("<R><Dialogs/></R>"), 0);
+    EXPECT_FALSE(readWhole("<R/>"));
+    EXPECT_FALSE(readWhole("<R><Dialogs/></R>", true));
+    EXPECT_FALSE(readWhole("<R><UninstallDialogs/></R>", false));
+    EXPECT_FALSE(readWhole(""));
+    EXPECT_TRUE(readWhole("<R><Dialogs/></R>"));
     EXPECT_EQ(model_.getDialogCount(), 0);
 }
 
@@ -51,7 +51,7 @@ TEST_F(DialogReaderTest, CommonAttributesOfADialog) {
         "Condition='[A]' Retain='A;B'>" + kButton + "</Welcome><Next/>");
     ASSERT_EQ(model_.getDialogCount(), 2);
     EXPECT_STREQ(page().name.c_str(), "Welcome");
-    EXPECT_STREQ(document_->getName(page().node), "Welcome");
+    EXPECT_EQ(document_->getName(page().node), "Welcome");
     EXPECT_EQ(page().width, 10);
     EXPECT_EQ(page().height, 0);
     EXPECT_EQ(page().backgroundColour, 0x004DE8);
@@ -154,7 +154,7 @@ TEST_F(DialogReaderTest, FieldOfUnknownTypeIsDroppedAndLogged) {
 }
 
 TEST_F(DialogReaderTest, UninstallDialogsHaveNoFields) {
-    EXPECT_EQ(read("<D><Field Type='CheckBox'>A</Field><Text x='1' y='1'/></D>", true), 0);
+    EXPECT_TRUE(read("<D><Field Type='CheckBox'>A</Field><Text x='1' y='1'/></D>", true));
     EXPECT_TRUE(page().fields.empty());
     EXPECT_EQ(page().elements.size(), 2U);
 }
@@ -245,13 +245,13 @@ TEST_F(DialogReaderTest, SubDialogsComeInTheOrderOfTheTasks) {
 }
 
 TEST_F(DialogReaderTest, MissingPartsOfSubDialogsFail) {
-    EXPECT_LT(read("<First/><F Special='HasSubDialogs'><SubDialogs/></F><Behind/>"), 0);
+    EXPECT_FALSE(read("<First/><F Special='HasSubDialogs'><SubDialogs/></F><Behind/>"));
     EXPECT_EQ(log_.lines, (std::vector<std::string>{"ERROR: Could NOT find <TaskList> tag! (parent: F)"}));
     EXPECT_EQ(model_.getDialogCount(), 1);
     log_.lines.clear();
-    EXPECT_LT(read("<F Special='HasSubDialogs'><TaskList/></F>"), 0);
+    EXPECT_FALSE(read("<F Special='HasSubDialogs'><TaskList/></F>"));
     EXPECT_EQ(log_.lines, (std::vector<std::string>{"ERROR: Could NOT find <SubDialogs> tag! (parent: F)"}));
-    EXPECT_EQ(read("<F><TaskList><A/></TaskList></F>"), 0) << "only a frame looks for them";
+    EXPECT_TRUE(read("<F><TaskList><A/></TaskList></F>")) << "only a frame looks for them";
     EXPECT_TRUE(page().tasks.empty());
 }
 
@@ -319,9 +319,9 @@ TEST_F(DialogReaderTest, ReadingAgainStartsAnew) {
 
 TEST_F(DialogReaderTest, LogsNothingWithoutATarget) {
     log_.detach();
-    EXPECT_EQ(read("<D><Field/><Trigger Type='Odd'/></D>"), 0);
-    EXPECT_LT(read("<F Special='HasSubDialogs'><TaskList/></F>"), 0);
-    EXPECT_LT(read("<F Special='HasSubDialogs'/>"), 0);
+    EXPECT_TRUE(read("<D><Field/><Trigger Type='Odd'/></D>"));
+    EXPECT_FALSE(read("<F Special='HasSubDialogs'><TaskList/></F>"));
+    EXPECT_FALSE(read("<F Special='HasSubDialogs'/>"));
 }
 
 TEST_F(DialogReaderTest, ManyDialogsWithManyPartsAreRead) {
@@ -333,7 +333,7 @@ TEST_F(DialogReaderTest, ManyDialogsWithManyPartsAreRead) {
         }
         dialogs += "</D>";
     }
-    EXPECT_EQ(read(dialogs), 0);
+    EXPECT_TRUE(read(dialogs));
     EXPECT_EQ(model_.getDialogCount(), 1000);
     EXPECT_EQ(model_.getFieldCount(999, -1), 20);
 }

@@ -127,14 +127,14 @@ TEST_F(FileSetsTest, AnInstallTypeIsOnlyDefaultWithEditFileSets) {
     EXPECT_EQ(sets_.getInstallTypes()[1].editFileSets, 2);
 }
 
-TEST_F(FileSetsTest, ReadingAgainStartsAnew) {
+TEST_F(FileSetsTest, StartsAnewWhenItReadsAgain) {
     read("<FileSet Name=\"A\"><FN>a</FN></FileSet>");
     sets_.readFileSets({});
     EXPECT_EQ(sets_.getFileSets().size(), 1U);
     EXPECT_EQ(sets_.getFiles().size(), 1U);
 }
 
-TEST_F(FileSetsTest, AHundredThousandFilesAreRead) {
+TEST_F(FileSetsTest, ReadsAHundredThousandFiles) {
     std::string text = "<FileSet Name=\"A\">";
     for (int i = 0; i < 100000; ++i) {
         text += "<FN Dest=\"[D]\">f" + std::to_string(i) + "</FN>";
@@ -144,37 +144,28 @@ TEST_F(FileSetsTest, AHundredThousandFilesAreRead) {
     EXPECT_EQ(sets_.getFiles()[0].fileName, "f99999");
 }
 
-TEST_F(FileSetsTest, ThePathOfAnAliasIsItsDestinationAndName) {
-    variables_.setVariable("D", "/opt/p");
+TEST_F(FileSetsTest, JoinsDestinationAndNameToThePathOfAnAlias) {
+    variables_.set("D", "/opt/p");
     read("<FileSet Name=\"A\"><FN Alias=\"X\" Dest=\"[D]/bin\">a/b.txt</FN></FileSet>");
-    char buffer[100] = "old";
-    EXPECT_EQ(sets_.getFilePathByAlias("X", buffer, sizeof buffer), -1);
-    EXPECT_STREQ(buffer, "\\opt\\p\\bin\\b.txt");
+    EXPECT_EQ(sets_.pathOfAlias("X"), "\\opt\\p\\bin\\b.txt");
 }
 
-TEST_F(FileSetsTest, AnUnknownAliasLeavesTheBuffer) {
+TEST_F(FileSetsTest, GivesNoPathForAnUnknownAlias) {
     read("<FileSet Name=\"A\"><FN Alias=\"X\">a</FN></FileSet>");
-    char buffer[100] = "old";
-    EXPECT_EQ(sets_.getFilePathByAlias("Y", buffer, sizeof buffer), -1);
-    EXPECT_EQ(sets_.getFilePathByAlias("X", buffer, sizeof buffer), -1);
-    EXPECT_EQ(sets_.getFilePathByAlias(nullptr, buffer, sizeof buffer), -1);
-    EXPECT_STREQ(buffer, "old");
+    EXPECT_EQ(sets_.pathOfAlias("Y"), std::nullopt);
+    EXPECT_EQ(sets_.pathOfAlias("X"), std::nullopt);
 }
 
-TEST_F(FileSetsTest, OfEqualAliasesTheLastOfTheFirstSetCounts) {
+TEST_F(FileSetsTest, TakesTheLastOfEqualAliasesInTheFirstSet) {
     read(
         "<FileSet Name=\"A\"><FN Alias=\"X\" Dest=\"1\">a</FN><FN Alias=\"X\" Dest=\"2\">b</FN></FileSet>"
         "<FileSet Name=\"B\"><FN Alias=\"X\" Dest=\"3\">c</FN></FileSet>");
-    char buffer[100] = "";
-    sets_.getFilePathByAlias("X", buffer, sizeof buffer);
-    EXPECT_STREQ(buffer, "2\\b");
+    EXPECT_EQ(sets_.pathOfAlias("X"), "2\\b");
 }
 
-TEST_F(FileSetsTest, AnAliasWithoutAFileNameHasNoPath) {
+TEST_F(FileSetsTest, GivesNoPathForAnAliasWithoutAFileName) {
     read("<FileSet Name=\"A\"><FN Alias=\"X\" Dest=\"1\"></FN></FileSet>");
-    char buffer[100] = "old";
-    EXPECT_EQ(sets_.getFilePathByAlias("X", buffer, sizeof buffer), -1);
-    EXPECT_STREQ(buffer, "old");
+    EXPECT_EQ(sets_.pathOfAlias("X"), std::nullopt);
 }
 
 }  // namespace

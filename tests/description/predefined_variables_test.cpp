@@ -13,10 +13,10 @@ TEST_F(PredefinedVariablesTest, NamesTheFrontEnd) {
 }
 
 TEST_F(PredefinedVariablesTest, NamesThePlaceOfTheProgram) {
-    environment_.programPath = "C:\\dir\\setup.exe";
+    environment_.program = "C:\\dir\\setup.exe";
     EXPECT_EQ(valueOf("INSTALLER_DIR"), "C:\\dir");
     EXPECT_EQ(valueOf("INSTALLER_FILE_NAME"), "setup.exe");
-    environment_.programPath = "/setup";
+    environment_.program = "/setup";
     EXPECT_EQ(valueOf("INSTALLER_DIR"), "/");
 }
 
@@ -30,7 +30,7 @@ TEST_F(PredefinedVariablesTest, NamesTheTemporaryDirectory) {
 }
 
 TEST_F(PredefinedVariablesTest, GivesNothingWithoutATemporaryDirectory) {
-    environment_.tempDirectory = "";
+    files_.setTemporaryDirectory("");
     EXPECT_EQ(predefined_.get("TEMP_DIR"), std::nullopt);
     EXPECT_EQ(log_.lines(),
               std::vector<std::string>{"WARNING: Failed to obtain temp directory for variable usage!"});
@@ -44,7 +44,7 @@ TEST_F(PredefinedVariablesTest, KnowsNoOtherName) {
 }
 
 TEST_F(PredefinedVariablesTest, CutsTheValueAtTheLimit) {
-    environment_.tempDirectory = "/var/tmp";
+    files_.setTemporaryDirectory("/var/tmp");
     const std::optional<VariableReading> reading = variables_.read("TEMP_DIR", 4);
     ASSERT_TRUE(reading);
     EXPECT_EQ(reading->value, "/var");

@@ -75,7 +75,7 @@ TEST_F(ProductDescriptionTest, HasNoTitleWithoutAName) {
 }
 
 TEST_F(ProductDescriptionTest, ExpandsThePathsOfUninstalling) {
-    variables_.setVariable("DIR", "/opt/p");
+    variables_.set("DIR", "/opt/p");
     uninstall(
         "<InstallLogFile>[DIR]/log</InstallLogFile><InstallBackupFile>[DIR]/backup</InstallBackupFile>"
         "<UninstallCmd>[DIR]/un</UninstallCmd><UninstallXmlFile>[DIR]/xml</UninstallXmlFile>");

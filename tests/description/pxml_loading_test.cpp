@@ -40,7 +40,7 @@ protected:
 
 TEST_F(PXMLLoading, StreamIsReadParsedAndClosed) {
     EXPECT_EQ(document_.loadStream(stream_), 0);
-    EXPECT_STREQ(document_.getText(0), "hello");
+    EXPECT_EQ(document_.getText(0), "hello");
     EXPECT_EQ(stream_.closes, 1);
 }
 
@@ -78,7 +78,7 @@ TEST(PXMLLoadFile, FileIsRead) {
     files.addFile("/d/install.xml", "<r>t</r>");
     PXML document;
     EXPECT_EQ(document.loadFile("/d\\install.xml", files), 0);
-    EXPECT_STREQ(document.getText(0), "t");
+    EXPECT_EQ(document.getText(0), "t");
     EXPECT_EQ(files.openFileCount(), 0);
 }
 
@@ -86,7 +86,6 @@ TEST(PXMLLoadFile, MissingFileGivesTheStreamsError) {
     MemoryFileSystem files;
     PXML document;
     EXPECT_EQ(document.loadFile("/none.xml", files), MemoryFileSystem::kNotFound);
-    EXPECT_NE(document.loadFile(nullptr, files), 0);
 }
 
 TEST(PXMLLoadFile, EmptyFileGivesAnEmptyDocument) {

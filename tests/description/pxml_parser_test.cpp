@@ -8,11 +8,8 @@ namespace {
 
 class PXMLParserTest : public testing::Test {
 protected:
-    void parse(const char* text) { EXPECT_EQ(document_.parseText(text), 0); }
-    std::string textOf(std::int32_t node) {
-        const char* text = document_.getText(node);
-        return text == nullptr ? "(null)" : text;
-    }
+    void parse(std::string_view text) { document_.parseText(text); }
+    std::string textOf(std::int32_t node) { return std::string(document_.getText(node).value_or("(none)")); }
     std::int32_t lengthOf(std::int32_t node) { return document_.getNode(node)->textLength; }
 
     PXML document_;
@@ -26,7 +23,7 @@ TEST_F(PXMLParserTest, FiveEntitiesAreDecodedOthersStay) {
 
 TEST_F(PXMLParserTest, MixedContentKeepsTheInnermostTextOnly) {
     parse("<a>x<b>y</b>z</a>");
-    EXPECT_EQ(textOf(0), "(null)");
+    EXPECT_EQ(textOf(0), "(none)");
     EXPECT_EQ(textOf(1), "y");
 }
 
@@ -60,7 +57,7 @@ TEST_F(PXMLParserTest, EndlessCommentStopsTheParse) {
 
 TEST_F(PXMLParserTest, InstructionIsSkippedAndItsEndCountsAsText) {
     parse("<?xml version=\"1.0\"?><a><?pi?></a>");
-    EXPECT_STREQ(document_.getName(0), "a");
+    EXPECT_EQ(document_.getName(0), "a");
     EXPECT_EQ(textOf(0), "?>");
 }
 
@@ -89,7 +86,7 @@ TEST_F(PXMLParserTest, SelfClosingElementHasEmptyTextOfLengthOne) {
     parse("<a x='1'/>");
     EXPECT_EQ(textOf(0), "");
     EXPECT_EQ(lengthOf(0), 1);
-    EXPECT_STREQ(document_.getAttribute(0, "x"), "1");
+    EXPECT_EQ(document_.getAttribute(0, "x"), "1");
 }
 
 TEST_F(PXMLParserTest, TextIsTrimmedAndBlankTextIsEmpty) {
@@ -102,13 +99,13 @@ TEST_F(PXMLParserTest, TextIsTrimmedAndBlankTextIsEmpty) {
 
 TEST_F(PXMLParserTest, QuotesMayHoldTheOtherQuote) {
     parse("<a x='say \"hi\"' y=\"it's\"/>");
-    EXPECT_STREQ(document_.getAttribute(0, "x"), "say \"hi\"");
-    EXPECT_STREQ(document_.getAttribute(0, "y"), "it's");
+    EXPECT_EQ(document_.getAttribute(0, "x"), "say \"hi\"");
+    EXPECT_EQ(document_.getAttribute(0, "y"), "it's");
 }
 
 TEST_F(PXMLParserTest, RawBracketInAValueEndsTheTag) {
     parse("<a x='1>2'>t</a>");
-    EXPECT_EQ(document_.getAttribute(0, "x"), nullptr);
+    EXPECT_EQ(document_.getAttribute(0, "x"), std::nullopt);
     EXPECT_EQ(textOf(0), "2'>t");
 }
 
@@ -120,26 +117,26 @@ TEST_F(PXMLParserTest, ClosingTagWithAWrongNameClosesAllTheSame) {
 
 TEST_F(PXMLParserTest, AttributesAreReadThroughLooseSpelling) {
     parse("<a  x = '1'\n y junk= \"2\" z'3'\tw>t</a>");
-    EXPECT_STREQ(document_.getAttribute(0, "x"), "1");
-    EXPECT_STREQ(document_.getAttribute(0, "y"), "2");
-    EXPECT_EQ(document_.getAttribute(0, "w"), nullptr);
+    EXPECT_EQ(document_.getAttribute(0, "x"), "1");
+    EXPECT_EQ(document_.getAttribute(0, "y"), "2");
+    EXPECT_EQ(document_.getAttribute(0, "w"), std::nullopt);
     EXPECT_EQ(document_.getNode(0)->attributes.size(), 2U);
 }
 
 TEST_F(PXMLParserTest, UnclosedValueEndsTheAttributes) {
     parse("<a x='1' y='2>t</a>");
-    EXPECT_STREQ(document_.getAttribute(0, "x"), "1");
-    EXPECT_EQ(document_.getAttribute(0, "y"), nullptr);
+    EXPECT_EQ(document_.getAttribute(0, "x"), "1");
+    EXPECT_EQ(document_.getAttribute(0, "y"), std::nullopt);
 }
 
 TEST_F(PXMLParserTest, AttributeValuesAreDecoded) {
     parse("<a x='1 &gt; 2 &amp;&amp; &quot;'/>");
-    EXPECT_STREQ(document_.getAttribute(0, "x"), "1 > 2 && \"");
+    EXPECT_EQ(document_.getAttribute(0, "x"), "1 > 2 && \"");
 }
 
 TEST_F(PXMLParserTest, DocumentTypeReadsAsAnElement) {
     parse("<!DOCTYPE x><a>t</a>");
-    EXPECT_STREQ(document_.getName(0), "!DOCTYPE");
+    EXPECT_EQ(document_.getName(0), "!DOCTYPE");
     EXPECT_EQ(document_.getNode(1)->parent, 0);
 }
 
@@ -150,7 +147,6 @@ TEST_F(PXMLParserTest, ClosingTagAtTheTopEndsTheParse) {
 
 TEST_F(PXMLParserTest, EmptyAndNullTextGiveAnEmptyDocument) {
     parse("");
-    parse(nullptr);
     parse("no tag at all");
     EXPECT_EQ(document_.getNodeCount(), 0);
 }
@@ -161,7 +157,7 @@ TEST_F(PXMLParserTest, EveryPrefixIsReadWithoutHarm) {
         "<!-- - -- ---> --><z q='3'>z</z></r>";
     for (std::size_t length = 0; length <= text.size(); ++length) {
         PXML document;
-        EXPECT_EQ(document.parseText(text.substr(0, length).c_str()), 0);
+        document.parseText(text.substr(0, length));
         EXPECT_LE(document.getNodeCount(), 4);
     }
 }
@@ -173,14 +169,14 @@ TEST_F(PXMLParserTest, EveryCorruptedByteIsReadWithoutHarm) {
             std::string changed = text;
             changed[at] = c;
             PXML document;
-            EXPECT_EQ(document.parseText(changed.c_str()), 0);
+            document.parseText(changed);
         }
     }
 }
 
 TEST_F(PXMLParserTest, TextsOfAMegabyteArriveWhole) {
     const std::string large(1 << 20, 'v');
-    parse(("<a x='" + large + "&amp;'>" + large + "</a>").c_str());
+    parse(("<a x='" + large + "&amp;'>" + large + "</a>"));
     EXPECT_EQ(document_.getAttribute(0, "x"), large + "&");
     EXPECT_EQ(textOf(0), large);
     EXPECT_EQ(lengthOf(0), 1 << 20);

@@ -51,14 +51,14 @@ TEST(PXMLWriter, WritesBothAttributesOfOneName) {
 TEST(PXMLWriter, NullValueIsWrittenEmpty) {
     PXML document;
     document.parseText("<r/>");
-    document.setAttribute(0, "a", nullptr);
+    document.setAttribute(0, "a", std::nullopt);
     EXPECT_EQ(written(document), "<r a=\"\"></r>\n");
 }
 
 TEST(PXMLWriter, TextOfAnElementWithChildrenIsNotWritten) {
     PXML document;
     document.addPath(-1, "a", "lost", false);
-    document.addPath(0, "b", nullptr, false);
+    document.addPath(0, "b", std::nullopt, false);
     EXPECT_EQ(written(document), "<a>\n <b></b>\n</a>\n");
 }
 
@@ -74,7 +74,7 @@ TEST(PXMLWriter, WhatIsWrittenReadsBackTheSame) {
     document.parseText("<r a='1 &gt; 2'><x b='&apos;'>t</x><y><z>&amp;amp;</z></y></r>");
     const std::string first = written(document);
     PXML again;
-    again.parseText(first.c_str());
+    again.parseText(first);
     EXPECT_EQ(written(again), first);
 }
 
@@ -100,7 +100,6 @@ TEST(PXMLWriter, FileThatCannotBeMadeGivesMinusOne) {
     PXML document;
     document.parseText("<r/>");
     EXPECT_EQ(document.saveFile("/none/a.xml", files), -1);
-    EXPECT_EQ(document.saveFile(nullptr, files), -1);
 }
 
 TEST(PXMLWriter, FullDiskGivesOne) {
@@ -127,11 +126,11 @@ TEST(PXMLWriter, DeepDocumentIsWrittenWithoutRecursion) {
     }
     text += "<m/>";
     PXML document;
-    document.parseText(text.c_str());
+    document.parseText(text);
     const std::string out = written(document);
     EXPECT_EQ(out.size(), 2U * kDepth * (kDepth - 1) / 2 + kDepth * (4 + 5) + kDepth + 8);
     PXML again;
-    again.parseText(out.c_str());
+    again.parseText(out);
     EXPECT_EQ(again.getNodeCount(), kDepth + 1);
 }
 

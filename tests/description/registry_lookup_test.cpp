@@ -12,10 +12,8 @@ protected:
         system_.registryValues[address] = {1, data};
     }
     // The text found, or "(none)".
-    std::string find(const char* key, const char* preferred = nullptr, int size = 100) {
-        std::vector<char> buffer(static_cast<std::size_t>(size));
-        const RegistryQuery query = {"HKEY_LOCAL_MACHINE", key, "Name", preferred};
-        return lookup_.lookUp(query, buffer.data(), size) == 0 ? buffer.data() : "(none)";
+    std::string find(std::string_view key, std::string_view preferred = "") {
+        return lookup_.lookUp({"HKEY_LOCAL_MACHINE", key, "Name", preferred}).value_or("(none)");
     }
 
     FakeSystemOperations system_;
@@ -30,9 +28,8 @@ TEST_F(RegistryLookupTest, ReadsAValueAndTurnsSlashes) {
 
 TEST_F(RegistryLookupTest, AnUnknownHiveFails) {
     text("HKEY_NOWHERE\\a\\Name", "found");
-    char buffer[20];
-    EXPECT_EQ(lookup_.lookUp({"HKEY_NOWHERE", "a", "Name", nullptr}, buffer, sizeof buffer), -1);
-    EXPECT_EQ(lookup_.lookUp({nullptr, "a", "Name", nullptr}, buffer, sizeof buffer), -1);
+    EXPECT_EQ(lookup_.lookUp({"HKEY_NOWHERE", "a", "Name", ""}), std::nullopt);
+    EXPECT_EQ(lookup_.lookUp({"", "a", "Name", ""}), std::nullopt);
 }
 
 TEST_F(RegistryLookupTest, AWildcardTriesTheSubkeysInTheirOrder) {
@@ -90,10 +87,12 @@ TEST_F(RegistryLookupTest, ConvertsTheTypes) {
     EXPECT_EQ(find("k"), "(none)");
 }
 
-TEST_F(RegistryLookupTest, AValueThatDoesNotFitTwiceTheBufferFails) {
-    text("HKEY_LOCAL_MACHINE\\k\\Name", "0123456789");
-    EXPECT_EQ(find("k", nullptr, 11), "0123456789");
-    EXPECT_EQ(find("k", nullptr, 10), "(none)");
+TEST_F(RegistryLookupTest, FindsNoValueThatIsTooLong) {
+    const std::string longest(RegistryLookup::kTextLimit, 'x');
+    text("HKEY_LOCAL_MACHINE\\k\\Name", longest);
+    EXPECT_EQ(find("k"), longest);
+    text("HKEY_LOCAL_MACHINE\\k\\Name", longest + "x");
+    EXPECT_EQ(find("k"), "(none)");
 }
 
 }  // namespace

@@ -7,18 +7,9 @@
 #include "description/expressions.h"
 #include "description/predefined_variables.h"
 #include "description/variable_store.h"
-#include "description_fixture.h"
+#include "fakes/fake_environment.h"
+#include "fakes/memory_file_system.h"
 #include "log_lines.h"
-
-// An environment that may refuse to be changed.
-class RefusingEnvironment : public TableEnvironment {
-public:
-    bool refusesToSet = false;
-
-    bool setEnvironment(const char* name, const char* value) override {
-        return !refusesToSet && TableEnvironment::setEnvironment(name, value);
-    }
-};
 
 // A store of variables with everything that it stands on.
 class StoreFixture : public testing::Test {
@@ -35,9 +26,10 @@ protected:
     }
 
     LogLines log_;
-    RefusingEnvironment environment_;
+    FakeEnvironment environment_;
+    MemoryFileSystem files_;
     std::int32_t isGraphical_ = 0;
-    PredefinedVariables predefined_{isGraphical_, environment_, log_.console()};
+    PredefinedVariables predefined_{isGraphical_, environment_, files_, log_.console()};
     VariableStore store_{predefined_, environment_, log_.console()};
     Expressions expressions_{store_, log_.console()};
 };

@@ -59,7 +59,7 @@ TEST_F(ThemeReading, SlotsAndGroupsAreRead) {
 TEST_F(ThemeReading, EverySlotIsReadByItsTag) {
     std::string text = "<R><ColourTheme>";
     for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
-        const std::string name = ColourTheme::nameOf(static_cast<ThemeSlot>(i));
+        const std::string name(ColourTheme::nameOf(static_cast<ThemeSlot>(i)));
         text += "<" + name + ">" + std::to_string(10 + i) + "0000</" + name + ">";
     }
     read((text + "</ColourTheme></R>").c_str());

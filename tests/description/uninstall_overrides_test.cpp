@@ -6,15 +6,14 @@ namespace {
 
 class UninstallOverridesTest : public DescriptionTest {
 protected:
-    UninstallOverridesTest() { variables_.setVariable("SOURCE", "here"); }
+    UninstallOverridesTest() { variables_.set("SOURCE", "here"); }
 
     // What TARGET holds afterwards in the other session.
-    std::string apply(const std::string& elements, const char* application = nullptr) {
+    std::string apply(const std::string& elements, std::string_view application = "") {
         parse("<TandrelGroupInstallation><Installation>" + elements +
               "</Installation></TandrelGroupInstallation>");
         UninstallOverrides(document_, variables_, expressions_, console_).apply(target_, application);
-        char buffer[100] = "";
-        return target_.getVariable("TARGET", buffer, sizeof buffer) < 0 ? "(none)" : buffer;
+        return target_.get("TARGET").value_or("(none)");
     }
 
     VariableStore target_{predefined_, environment_, console_};
@@ -26,7 +25,7 @@ TEST_F(UninstallOverridesTest, CopiesAValueUnderAnotherName) {
 }
 
 TEST_F(UninstallOverridesTest, WithoutFromTheNameIsTheSame) {
-    variables_.setVariable("TARGET", "own");
+    variables_.set("TARGET", "own");
     EXPECT_EQ(apply("<UninstallOverrides><Variable>TARGET</Variable></UninstallOverrides>"), "own");
 }
 
@@ -39,7 +38,7 @@ TEST_F(UninstallOverridesTest, FalseConditionsSkip) {
 }
 
 TEST_F(UninstallOverridesTest, EveryElementIsApplied) {
-    variables_.setVariable("LATER", "later");
+    variables_.set("LATER", "later");
     EXPECT_EQ(apply("<UninstallOverrides><Variable From=\"SOURCE\">TARGET</Variable></UninstallOverrides>"
                     "<UninstallOverrides><Variable From=\"LATER\">TARGET</Variable></UninstallOverrides>"),
               "later");

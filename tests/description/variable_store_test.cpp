@@ -159,7 +159,7 @@ TEST_F(VariableStoreEnvironment, DoesNotSetAValueThatDoesNotFit) {
     store_.set("$FOO", (fitting + "y"));
     EXPECT_EQ(environment_.variables["FOO"], fitting);
     EXPECT_EQ(log_.lines.size(), 1U);
-    environment_.refusesToSet = true;
+    environment_.refused.insert("FOO");
     store_.set("$FOO", "z");
     EXPECT_EQ(log_.lines.size(), 2U);
 }

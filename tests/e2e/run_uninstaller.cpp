@@ -1,5 +1,5 @@
 // What the system's list of applications does: runs the registered uninstaller of an application, waits for
-// its two events, and tells which of them came. For the end-to-end tests, which know no way to wait for a
+// its two events, and prints which of them came. For the end-to-end tests, which know no way to wait for a
 // process that the uninstaller leaves behind.
 //
 //     run_uninstaller NAME [ARGUMENTS]
@@ -10,21 +10,21 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "platform/named_events.h"
 #include "platform/platform.h"
 #include "platform/program.h"
-#include "support/p_console.h"
-#include "wini/external_uninstaller.h"
-#include "wini/program_runner.h"
+#include "support/debug_log.h"
+#include "wini/system_services.h"
 
 namespace {
 
-class TellingEvent : public platform::NamedEvent {
+class PrintingEvent : public platform::NamedEvent {
 public:
-    TellingEvent(const char* name, std::unique_ptr<platform::NamedEvent> event)
+    PrintingEvent(std::string_view name, std::unique_ptr<platform::NamedEvent> event)
         : name_(name), event_(std::move(event)) {}
 
     bool wait(std::uint32_t milliseconds) override {
@@ -38,13 +38,13 @@ private:
     std::unique_ptr<platform::NamedEvent> event_;
 };
 
-class TellingEvents : public platform::NamedEvents {
+class PrintingEvents : public platform::NamedEvents {
 public:
-    std::unique_ptr<platform::NamedEvent> create(const char* name) override {
+    std::unique_ptr<platform::NamedEvent> create(std::string_view name) override {
         auto event = platform::systemNamedEvents().create(name);
-        return event == nullptr ? nullptr : std::make_unique<TellingEvent>(name, std::move(event));
+        return event == nullptr ? nullptr : std::make_unique<PrintingEvent>(name, std::move(event));
     }
-    bool signal(const char* name) override { return platform::systemNamedEvents().signal(name); }
+    bool signal(std::string_view name) override { return platform::systemNamedEvents().signal(name); }
 };
 
 }  // namespace
@@ -54,12 +54,11 @@ int programMain(const std::vector<std::string>& arguments) {
         std::fprintf(stderr, "usage: run_uninstaller NAME [ARGUMENTS]\n");
         return 2;
     }
-    platform::Platform machine = platform::systemPlatform();
-    PConsole log;
-    log.setEnabled(false);
-    TellingEvents events;
-    ProgramRunner runner(machine.processes, machine.shell, log);
-    ExternalUninstaller uninstaller({machine.registry, machine.processes, events, runner}, log);
-    const char* more = arguments.size() > 2 ? arguments[2].c_str() : nullptr;
-    return uninstaller.uninstallApplication(arguments[1].c_str(), more, 0, nullptr) ? 0 : 1;
+    const platform::Platform system = platform::systemPlatform();
+    PrintingEvents events;
+    SystemServices services({system.files, system.registry, system.processes, system.environment,
+                             system.console, events, system.shell, system.firewall},
+                            DebugLog());
+    const std::string more = arguments.size() > 2 ? arguments[2] : "";
+    return services.uninstallApplication(arguments[1], more, 0, nullptr) ? 0 : 1;
 }

@@ -8,7 +8,7 @@
 
 #include "platform/firewall.h"
 
-// A firewall on paper that keeps its exceptions, records what was asked for and fails where it is told to.
+// A firewall in memory that keeps its exceptions, records the requests and fails where it is asked to.
 class FakeFirewall : public platform::Firewall {
 public:
     using Port = std::pair<std::int32_t, platform::FirewallProtocol>;

@@ -1,75 +1,73 @@
 #pragma once
 
 #include <functional>
-#include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "contracts/page_actions.h"
 
-// The work behind pages, written down instead of done: calls are "installProduct",
-// "runActions(PostInstall)" and so on.
+// The work behind pages, recorded instead of done: calls are "installProduct", "runActions(PostInstall)" and
+// so on. Questions are answered and not recorded.
 class FakePageActions : public PageActions {
 public:
     std::vector<std::string> calls;
     bool actionLogSession = false;
-    // Answers by the operation's name, "runActions" included; 0 where nothing is set.
-    std::map<std::string, int> results;
-    bool registrationWorks = true;
-    // Called behind the recording of each call, with its text.
+    // The names of the operations that fail.
+    std::set<std::string> failing;
+    // The programs to watch.
+    std::vector<WatchedProgram> programs;
+    // What a page finds to remove, and whether any of it is still installed later.
+    ExternalProductList products;
+    bool productIsLeft = false;
+    // The lists that were asked about, for isAnyInstalled.
+    std::vector<ExternalProductList> askedProducts;
+    // Called after the recording of each call, with its text.
     std::function<void(const std::string& call)> onCall;
 
     std::vector<std::string> take() { return std::exchange(calls, {}); }
 
     bool isActionLogSession() override { return actionLogSession; }
     void normalizeDirectoryFields() override { record("normalizeDirectoryFields"); }
-    int installProduct(InstallerUI*) override { return answer("installProduct"); }
-    int prepareUninstall(InstallerUI*) override { return answer("prepareUninstall"); }
-    int uninstallCurrentProduct(InstallerUI*) override { return answer("uninstallCurrentProduct"); }
-    int uninstallPrevious(InstallerUI*) override { return answer("uninstallPrevious"); }
-    int revertInstallation(InstallerUI*) override { return answer("revertInstallation"); }
-    int revertUninstallation(InstallerUI*) override { return answer("revertUninstallation"); }
-    bool registerApplication() override {
-        record("registerApplication");
-        return registrationWorks;
-    }
-    bool unregisterApplication() override {
-        record("unregisterApplication");
-        return registrationWorks;
-    }
-    int runActions(InstallerUI*, const char* section) override {
+    bool installProduct(InstallerUI&) override { return answer("installProduct"); }
+    bool prepareUninstall(InstallerUI&) override { return answer("prepareUninstall"); }
+    bool uninstallCurrentProduct(InstallerUI&) override { return answer("uninstallCurrentProduct"); }
+    bool uninstallPrevious(InstallerUI&) override { return answer("uninstallPrevious"); }
+    bool revertInstallation(InstallerUI&) override { return answer("revertInstallation"); }
+    bool revertUninstallation(InstallerUI&) override { return answer("revertUninstallation"); }
+    bool registerApplication() override { return answer("registerApplication"); }
+    bool unregisterApplication() override { return answer("unregisterApplication"); }
+    void runActions(std::string_view section, InstallerUI&) override {
         record("runActions(" + std::string(section) + ")");
-        return resultOf("runActions");
     }
-    int finishInstallation(InstallerUI*) override { return answer("finishInstallation"); }
-    bool closeApplication(const char* name, bool isService, const char* directory) override {
-        record("closeApplication(" + std::string(name) + (isService ? ", service, " : ", program, ") +
-               textOf(directory) + ")");
-        return true;
+    void finishInstallation(InstallerUI&) override { record("finishInstallation"); }
+    void prepareProgramWatch(std::int32_t page, InstallerUI&) override {
+        record("prepareProgramWatch(" + std::to_string(page) + ")");
     }
-    bool uninstallApplication(const char* name, const char* arguments, bool in32BitView, bool wait,
-                              InstallerUI*) override {
-        record("uninstallApplication(" + std::string(name) + ", " + textOf(arguments) +
-               (in32BitView ? ", x86" : ", native") + (wait ? ", wait)" : ", no wait)"));
-        return true;
+    std::vector<WatchedProgram> watchPrograms() override { return programs; }
+    ExternalProductList removeExternalProducts(std::int32_t page, InstallerUI&,
+                                               const std::function<void()>& onFirst) override {
+        if (!products.names.empty()) {
+            onFirst();
+        }
+        record("removeExternalProducts(" + std::to_string(page) + ")");
+        return products;
+    }
+    bool isAnyInstalled(const ExternalProductList& asked) override {
+        askedProducts.push_back(asked);
+        return productIsLeft && !asked.names.empty();
     }
 
 private:
-    static std::string textOf(const char* text) { return text == nullptr ? "null" : text; }
-
     void record(const std::string& call) {
         calls.push_back(call);
         if (onCall) {
             onCall(call);
         }
     }
-    int resultOf(const std::string& name) const {
-        const auto found = results.find(name);
-        return found == results.end() ? 0 : found->second;
-    }
-    int answer(const std::string& name) {
+    bool answer(const std::string& name) {
         record(name);
-        return resultOf(name);
+        return !failing.contains(name);
     }
 };

@@ -6,7 +6,7 @@
 
 #include "platform/shell_objects.h"
 
-// A desktop on paper: keeps the links that were made and what was opened, and fails where it is told to.
+// A desktop in memory: keeps the links that were made and what was opened, and fails where it is asked to.
 class FakeShellObjects : public platform::ShellObjects {
 public:
     std::map<std::string, platform::LinkDescription> links;  // by path

@@ -458,18 +458,18 @@ int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOpti
 
 bool MemoryFileSystem::exists(std::string_view path) {
     const std::lock_guard lock(mutex_);
-    return find(resolved(path)) != nullptr;
+    return !path.empty() && find(resolved(path)) != nullptr;
 }
 
 bool MemoryFileSystem::isDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
-    const NodePtr node = findTarget(resolved(path));
+    const NodePtr node = path.empty() ? nullptr : findTarget(resolved(path));
     return node != nullptr && node->kind == kDirectory;
 }
 
 bool MemoryFileSystem::isOrdinaryDirectory(std::string_view path) {
     const std::lock_guard lock(mutex_);
-    const NodePtr node = find(resolved(path));
+    const NodePtr node = path.empty() ? nullptr : find(resolved(path));
     return node != nullptr && node->kind == kDirectory && !node->isMarked;
 }
 
@@ -663,8 +663,6 @@ bool MemoryFileSystem::temporaryName(std::string_view prefix, std::uint32_t numb
         outPath.clear();
         return false;
     }
-    char name[32];
-    OUtils::formatText(name, sizeof name, "%X.tmp", number);
-    outPath += "/" + std::string(prefix) + name;
+    outPath += "/" + std::string(prefix) + OUtils::formatText("%X.tmp", number);
     return true;
 }

@@ -11,7 +11,7 @@
 
 #include "platform/file_system.h"
 
-// A file system in memory that records what is done to it and fails where it is told to. `/` and `\` are the
+// A file system in memory that records what is done to it and fails where it is asked to. `/` and `\` are the
 // same, `.` and `..` and repeated separators are resolved, names keep their case and are found in any case.
 // A leading drive is a directory that always exists, and so is "/"; a relative path counts from "/".
 // Usable by any thread.

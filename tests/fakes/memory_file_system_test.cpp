@@ -47,7 +47,14 @@ TEST_F(MemoryFileSystemTest, FindsNamesInAnyCaseAndKeepsTheirs) {
     EXPECT_EQ(std::vector<std::string>{"C:/Program/Tool.EXE"}, files_.allFiles());
 }
 
-TEST_F(MemoryFileSystemTest, EachDispositionDoesItsPart) {
+TEST_F(MemoryFileSystemTest, HasNothingWithoutAName) {
+    EXPECT_FALSE(files_.exists(""));
+    EXPECT_FALSE(files_.isDirectory(""));
+    EXPECT_FALSE(files_.isOrdinaryDirectory(""));
+    EXPECT_TRUE(files_.isDirectory("/"));
+}
+
+TEST_F(MemoryFileSystemTest, FollowsEachDisposition) {
     EXPECT_EQ(MemoryFileSystem::kNotFound, open("/a", Disposition::kOpenExisting));
     EXPECT_EQ(nullptr, file_);
     EXPECT_EQ(0, open("/a", Disposition::kOpenOrCreate));
@@ -244,7 +251,7 @@ TEST(FakeEnvironmentTest, RefusesWhatTheSystemRefuses) {
     EXPECT_FALSE(environment.set("A", "x"));
 }
 
-TEST(FakeProcessesTest, StartsAndEndsOnPaper) {
+TEST(FakeProcessesTest, RecordsStartsAndEnds) {
     FakeProcesses processes;
     processes.running = {{7, "tool.exe", "/bin/tool.exe"}};
     processes.exitCodes = {3};

@@ -9,11 +9,12 @@
 
 #include "platform/registry.h"
 
-// A registry in memory that records what is done to it and refuses where it is told to. The two views are
+// A registry in memory that records what is done to it and refuses where it is asked to. The two views are
 // kept apart; the four roots always exist. For one thread.
 class MemoryRegistry : public platform::Registry {
 public:
-    // Set-up and inspection in the native view unless told otherwise; not recorded, never refused.
+    // Set-up and inspection in the native view unless a parameter says otherwise; not recorded, never
+    // refused.
     void addKey(platform::RegistryRoot root, std::string_view path,
                 platform::RegistryView view = platform::RegistryView::kNative);
     void addText(platform::RegistryRoot root, std::string_view path, std::string_view name,
@@ -32,7 +33,7 @@ public:
 
     // What was asked for, in order, failed calls included: "createKey HKLM\a\b", "deleteKey ...",
     // "writeValue HKLM\a\b:name", "deleteValue ...". Reading isn't recorded. The roots are HKCR, HKCU, HKLM,
-    // HKU; a call in the 32-bit view has " (32)" behind it.
+    // HKU; a call in the 32-bit view ends in " (32)".
     std::vector<std::string> operations;
 
     int createKey(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,

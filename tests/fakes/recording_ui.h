@@ -6,8 +6,8 @@
 
 #include "contracts/installer_ui.h"
 
-// A front end that writes down each call as text, such as "showSubDialog(0, 2)"; texts stand in double
-// quotes, null is "null".
+// A front end that records each call as text, such as "showSubDialog(0, 2)"; texts are in double quotes, null
+// is "null".
 class RecordingUI : public InstallerUI {
 public:
     std::vector<std::string> calls;
@@ -19,13 +19,13 @@ public:
     int ignoreErrors = 0;
     int runResult = 0;
 
-    // Called behind the recording of each call, with its text.
+    // Called after the recording of each call, with its text.
     std::function<void(const std::string& call)> onCall;
 
     // The calls that begin with `prefix`.
     std::vector<std::string> callsOf(const std::string& prefix) const;
     int countOf(const std::string& prefix) const { return static_cast<int>(callsOf(prefix).size()); }
-    // Hands out the calls so far and forgets them.
+    // Gives the calls so far and forgets them.
     std::vector<std::string> take();
 
     int run() override;

@@ -44,6 +44,7 @@ TEST_F(DebugLogTest, LevelOneSaysWhereTheLogIs) {
     EXPECT_EQ(open(1), 1);
     EXPECT_TRUE(log_.isOpen());
     EXPECT_EQ(machine_.console.output, "Installer debug log file:\n\t/tmp\\installer_debug.log\n");
+    EXPECT_EQ(machine_.console.pending, "");
     EXPECT_TRUE(machine_.files.isPrivate("/tmp/installer_debug.log"));
 }
 

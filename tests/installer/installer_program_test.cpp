@@ -40,6 +40,7 @@ protected:
 TEST_F(InstallerProgramTest, AWordThatBelongsToNoOptionIsRefusedBeforeThereIsALog) {
     EXPECT_EQ(run({"-gui=0", "alpha", "-debug=1"}), -1);
     EXPECT_EQ(machine_.console.output, "ERROR: Command line couldn't be parsed. Exiting!\n");
+    EXPECT_EQ(machine_.console.pending, "");
     EXPECT_FALSE(machine_.files.hasFile("/tmp/installer_debug.log"));
 }
 

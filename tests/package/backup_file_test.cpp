@@ -105,7 +105,7 @@ TEST_F(BackupFileTest, WritesTheEndByteWhenItIsDestroyed) {
     EXPECT_EQ(files_.openFileCount(), 0);
 }
 
-TEST_F(BackupFileTest, MakesArchivesForThisUserAlone) {
+TEST_F(BackupFileTest, MakesArchivesPrivate) {
     BackupFile backup(files_);
     ASSERT_TRUE(backup.openForWriting(kArchive));
     EXPECT_TRUE(files_.isPrivate(kArchive));
@@ -286,7 +286,7 @@ TEST_F(BackupFileTest, FoldsPiecesAsOnePass) {
     EXPECT_EQ(value, sumOf(content));
 }
 
-TEST_F(BackupFileTest, RestoresWhatWasNotChangedSince) {
+TEST_F(BackupFileTest, RestoresFilesThatAreUnchanged) {
     files_.addFile("/a/replaced", "new content");
     const std::string archive = banner() + entryOf("/a/replaced", 3, sumOf("new content"), "old") + kEnd;
     EXPECT_EQ(restore(archive), Restored::kWhole);
@@ -295,7 +295,7 @@ TEST_F(BackupFileTest, RestoresWhatWasNotChangedSince) {
     EXPECT_EQ(observer_.calls, (std::vector<std::string>{"0 %", "before", "1 restored /a/replaced", "99 %"}));
 }
 
-TEST_F(BackupFileTest, LeavesWhatTheUserChanged) {
+TEST_F(BackupFileTest, LeavesFilesThatTheUserChanged) {
     files_.addFile("/a/edited", "edited by the user");
     const std::string archive =
         banner() + entryOf("/a/edited", 3, sumOf("new content"), "old") + entryOf("/a/gone", "back") + kEnd;
@@ -309,7 +309,7 @@ TEST_F(BackupFileTest, LeavesWhatTheUserChanged) {
     EXPECT_THAT(observer_.calls, Contains("1 left /a/edited"));
 }
 
-TEST_F(BackupFileTest, ComparesAlsoWhenTheExistingCheckSumIsZero) {
+TEST_F(BackupFileTest, ComparesEvenIfTheExistingCheckSumIsZero) {
     // Four bytes whose only word is the size itself: their sum is 0, as if the file could not be opened.
     const std::string zeroSum("\x04\0\0\0", 4);
     ASSERT_EQ(sumOf(zeroSum), 0U);

@@ -141,7 +141,7 @@ TEST_F(CabinetTest, KeepsCopiesValidWithoutTheCabinet) {
     EXPECT_STREQ(file->content.text(), "content");
 }
 
-TEST_F(CabinetTest, ForgetsTheEarlierCabinetAlsoWhenLoadingFails) {
+TEST_F(CabinetTest, ForgetsTheEarlierCabinetEvenIfLoadingFails) {
     ASSERT_EQ(load(package(twoFiles())), 0);
     EXPECT_EQ(load("x"), -5);
     EXPECT_EQ(cabinet_.getCount(), 0);
@@ -250,7 +250,7 @@ TEST_F(CabinetTest, ReadsThePlainFormAndFailsItsEntriesWithContent) {
     EXPECT_EQ(read("e"), "");
 }
 
-TEST_F(CabinetTest, TakesABadNumberOfChunksForThePlainForm) {
+TEST_F(CabinetTest, ReadsABadNumberOfChunksAsThePlainForm) {
     // The header of the stream is then taken for that of the first entry, and refused.
     EXPECT_EQ(load(leadBlock() + solidHeader(0) + std::string(700, '\0')), -8);
     EXPECT_EQ(load(leadBlock() + solidHeader(257) + std::string(700, '\0')), -8);

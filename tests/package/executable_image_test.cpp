@@ -65,7 +65,7 @@ TEST(ExecutableImage, ReportsACutImageAtEveryLength) {
     }
 }
 
-TEST(ExecutableImage, RefusesWhatIsNoProgram) {
+TEST(ExecutableImage, RefusesWhatIsNotAProgram) {
     EXPECT_EQ(measureExecutableImage("#!/bin/sh\n").problem, ImageProblem::kNotExecutable);
     EXPECT_EQ(measureExecutableImage(std::string(4096, '\0')).problem, ImageProblem::kNotExecutable);
     EXPECT_EQ(measureExecutableImage("MZ" + std::string(4096, '\0')).problem, ImageProblem::kNotExecutable);

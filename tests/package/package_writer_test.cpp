@@ -103,7 +103,7 @@ TEST_F(PackageWriterTest, WritesWhatTheCabinetReads) {
     EXPECT_EQ(cabinet.entry(2).digest(), md5Of("image", 5));
 }
 
-TEST_F(PackageWriterTest, WritesNeitherImageNorTrailerForAFileOfItsOwn) {
+TEST_F(PackageWriterTest, WritesNeitherImageNorTrailerIntoASeparatePackage) {
     options_.imagePath.clear();
     write();
     const std::string package = files_.content(kOutput);
@@ -151,7 +151,7 @@ TEST_F(PackageWriterTest, GivesTheSameBytesEachTime) {
     EXPECT_EQ(cabinet.entryContent(3), large);
 }
 
-TEST_F(PackageWriterTest, CanHoldNothingAtAll) {
+TEST_F(PackageWriterTest, WritesAPackageWithoutFiles) {
     entries_.clear();
     write();
     const std::optional<std::uint32_t> offset = findStampedOffset(files_.content(kOutput));
@@ -161,7 +161,7 @@ TEST_F(PackageWriterTest, CanHoldNothingAtAll) {
     EXPECT_EQ(cabinet.getCount(), 0);
 }
 
-TEST_F(PackageWriterTest, TakesNamesAndAliasesAtTheirFullLength) {
+TEST_F(PackageWriterTest, AcceptsNamesAndAliasesOfFullLength) {
     const std::string name(299, 'n');
     const std::string alias = "\xC3\xBC" + std::string(273, 'a');
     entries_.push_back({"/in/empty", name, alias});

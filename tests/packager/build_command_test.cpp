@@ -22,7 +22,7 @@ TEST_F(BuildCommandTest, BuildsWhatItVerifies) {
     EXPECT_EQ(output_.lines, (Lines{"checksum: right", "stream: right", "files: 5, all right"}));
 }
 
-TEST_F(BuildCommandTest, BuildsAndVerifiesAPackageOfItsOwn) {
+TEST_F(BuildCommandTest, BuildsAndVerifiesAPackageWithoutAnImage) {
     ASSERT_EQ(build({"--bin"}), 0);
     EXPECT_EQ(files_.content("/out/setup").substr(0, 12), leadBlock().substr(0, 12));
     EXPECT_EQ(run({"verify", "/out/setup"}), 0);
@@ -35,7 +35,7 @@ TEST_F(BuildCommandTest, BuildsWithTheOldChecksum) {
     EXPECT_EQ(run({"verify", "/out/setup"}), 0);
 }
 
-TEST_F(BuildCommandTest, BuildsTheSameBytesWhateverTheNames) {
+TEST_F(BuildCommandTest, BuildsTheSameBytesFromOtherPaths) {
     ASSERT_EQ(build({"--stripes", "2"}), 0);
     const std::string first = files_.content("/out/setup");
     for (const char* name : {"install.xml", "a/read.me", "b/read.me", "banner.png"}) {

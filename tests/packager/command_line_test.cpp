@@ -91,7 +91,7 @@ TEST(CommandLine, ReportsWhatIsWrong) {
     }
 }
 
-TEST(CommandLine, NeedsNoImageForAPackageOfItsOwn) {
+TEST(CommandLine, NeedsNoImageForASeparatePackage) {
     EXPECT_EQ(
         parseCommandLine({"build", "--description", "d", "--root", "r", "--output", "o", "--bin"}).problem,
         "");

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
 #include "packager/commands.h"
@@ -27,7 +28,7 @@ protected:
     int run(const std::vector<std::string>& arguments) {
         output_.lines.clear();
         output_.errors.clear();
-        const int exitCode = runPackager(arguments, output_, files_);
+        const int exitCode = runPackager(arguments, output_, files_, environment_);
         EXPECT_EQ(files_.openFileCount(), 0);
         return exitCode;
     }
@@ -46,5 +47,6 @@ protected:
     }
 
     MemoryFileSystem files_;
+    FakeEnvironment environment_;
     RecordedOutput output_;
 };

@@ -77,18 +77,18 @@ TEST_F(PackingListTest, PacksAFileOnceForEachAlias) {
     EXPECT_EQ(entries(), (Entries{"c.txt c.txt /root/c.txt", "again c.txt /root/c.txt"}));
 }
 
-TEST_F(PackingListTest, LeavesTwoFilesOfOneAliasToTheWriter) {
+TEST_F(PackingListTest, LeavesTwoFilesWithOneAliasToTheWriter) {
     files_.addFile("/root/ab.txt", "x");
     describe("<FN>a/b.txt</FN><FN>ab.txt</FN>");
     EXPECT_EQ(entries(), (Entries{"ab.txt b.txt /root/a/b.txt", "ab.txt ab.txt /root/ab.txt"}));
 }
 
-TEST_F(PackingListTest, TakesTheDescriptionForTheFilesThatNameIt) {
+TEST_F(PackingListTest, PacksTheDescriptionForTheFilesThatNameIt) {
     describe("<FN>install.xml</FN><FN Alias=\"Copy\">product.xml</FN><FN Alias=\"Copy2\">x/install.xml</FN>");
     EXPECT_EQ(entries(), (Entries{"Copy product.xml /d/product.xml", "Copy2 install.xml /d/product.xml"}));
 }
 
-TEST_F(PackingListTest, TakesTheImageForAnInstallerThatIsNotThere) {
+TEST_F(PackingListTest, PacksTheImageForAMissingInstaller) {
     describe("<FN Dest=\"x\">bin/installer.exe</FN><FN>installer</FN>");
     EXPECT_EQ(entries(), (Entries{"bininstaller.exe installer.exe /image", "installer installer /image"}));
     files_.addFile("/root/bin/installer.exe", "own");
@@ -116,7 +116,7 @@ TEST_F(PackingListTest, RefusesPathsThatLeaveTheRoot) {
     }
 }
 
-TEST_F(PackingListTest, PassesOverElementsThatTheInstallerPassesOver) {
+TEST_F(PackingListTest, SkipsElementsThatTheInstallerSkips) {
     describe("<FN></FN><FN/><Other>none.txt</Other><fn>c.txt</fn>");
     EXPECT_EQ(entries(), (Entries{"c.txt c.txt /root/c.txt"}));
     text_ =
@@ -126,7 +126,7 @@ TEST_F(PackingListTest, PassesOverElementsThatTheInstallerPassesOver) {
     EXPECT_EQ(list_->warnings().size(), 1U);
 }
 
-TEST_F(PackingListTest, WarnsOfWhatTheInstallerCannotUse) {
+TEST_F(PackingListTest, WarnsAboutWhatTheInstallerCannotUse) {
     const std::string alias(259, 'a');
     describe("<FN Alias=\"" + alias + "\">c.txt</FN>");
     EXPECT_EQ(entries().size(), 1U);

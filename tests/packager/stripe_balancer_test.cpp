@@ -24,7 +24,7 @@ std::vector<std::string> aliasesOf(const std::vector<PackageFile>& entries) {
     return aliases;
 }
 
-TEST(StripeBalancer, DealsRunsOfNeighboursOut) {
+TEST(StripeBalancer, DealsRunsOfNeighboursToTheStripes) {
     std::vector<PackageFile> entries = filesOf(1000, 100000);
     const std::vector<std::string> before = aliasesOf(entries);
     balanceStripes(entries, 2);

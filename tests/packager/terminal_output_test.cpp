@@ -32,7 +32,7 @@ TEST(TerminalOutput, ShowsProgressOnATerminalOnly) {
 TEST(TerminalOutput, NoticesALostOutput) {
     FakeConsoleDevice device;
     TerminalOutput output(device);
-    device.outputFails = true;
+    device.outputLimit = 0;
     output.print("result");
     EXPECT_FALSE(output.finish());
 }

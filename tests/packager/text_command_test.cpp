@@ -28,7 +28,7 @@ TEST_F(TextCommandTest, ShowsMarkdownAsPlainText) {
     EXPECT_NE(std::find(output_.lines.begin(), output_.lines.end(), "Some text."), output_.lines.end());
 }
 
-TEST_F(TextCommandTest, PlainTextIsTheDefault) {
+TEST_F(TextCommandTest, ShowsPlainTextByDefault) {
     ASSERT_EQ(show("a.md", "# Title\n\nSome *text*.\n"), 0);
     const Lines lines = output_.lines;
     ASSERT_EQ(show("a.md", "# Title\n\nSome *text*.\n", {"--plain"}), 0);
@@ -37,7 +37,7 @@ TEST_F(TextCommandTest, PlainTextIsTheDefault) {
     EXPECT_EQ(output_.lines, lines);
 }
 
-TEST_F(TextCommandTest, WidthIsThatOfTheConsole) {
+TEST_F(TextCommandTest, TakesTheWidthOfTheConsole) {
     ASSERT_EQ(show("a.md", "aaaa bbbb cccc dddd\n\n", {"--width", "12"}), 0);
     for (const std::string& line : output_.lines) {
         EXPECT_LE(line.size(), 10U) << line;
@@ -52,7 +52,7 @@ TEST_F(TextCommandTest, ShowsRichTextAsPlainText) {
     EXPECT_EQ(output_.lines, (Lines{"one two three four five", "", "end"}));
 }
 
-TEST_F(TextCommandTest, RichTextIsKnownByItsNameOrItsStart) {
+TEST_F(TextCommandTest, RecognisesRichTextByItsNameOrItsStart) {
     ASSERT_EQ(show("a.RTF", "*plain* \\b text\\par"), 0);
     EXPECT_EQ(output_.lines, Lines{"*plain* text"});
     ASSERT_EQ(show("agreement", kRichText), 0);
@@ -84,7 +84,7 @@ TEST_F(TextCommandTest, ShowsBothTrees) {
     EXPECT_TRUE(has("|     |     +[ITAL] : text"));
 }
 
-TEST_F(TextCommandTest, RichTextHasNoHtmlAndNoTree) {
+TEST_F(TextCommandTest, RefusesHtmlAndTreeForRichText) {
     for (const char* option : {"--html", "--tree"}) {
         EXPECT_EQ(show("a.rtf", kRichText, {option}), 1);
         EXPECT_EQ(output_.lines, Lines{});
@@ -93,7 +93,7 @@ TEST_F(TextCommandTest, RichTextHasNoHtmlAndNoTree) {
     }
 }
 
-TEST_F(TextCommandTest, ABrokenDocumentIsToldWithItsLine) {
+TEST_F(TextCommandTest, ReportsABrokenDocumentWithItsLine) {
     EXPECT_EQ(show("a.md", "Good.\n\nBad ** text.\n"), 1);
     EXPECT_EQ(output_.lines, Lines{});
     ASSERT_EQ(output_.errors.size(), 1U);
@@ -112,27 +112,27 @@ TEST_F(TextCommandTest, ShowsTheTreeOfABrokenDocumentBeforeTheMessage) {
     EXPECT_TRUE(output_.errors[0].starts_with("packager: /in/a.md: line 3: the emphasis in "));
 }
 
-TEST_F(TextCommandTest, AnEmptyDocumentIsBroken) {
+TEST_F(TextCommandTest, TreatsAnEmptyDocumentAsBroken) {
     for (const Lines& options : {Lines{}, Lines{"--html"}, Lines{"--tree"}}) {
         EXPECT_EQ(show("a.md", "", options), 1);
         EXPECT_EQ(output_.errors, Lines{"packager: /in/a.md: the document is empty: a setup shows nothing"});
     }
 }
 
-TEST_F(TextCommandTest, AnUnreadableDocumentIsTold) {
+TEST_F(TextCommandTest, ReportsAnUnreadableDocument) {
     EXPECT_EQ(run({"text", "/in/nowhere.md"}), 1);
     ASSERT_EQ(output_.errors.size(), 1U);
     EXPECT_TRUE(
         output_.errors[0].starts_with("packager: /in/nowhere.md: the document can't be read (error "));
 }
 
-TEST_F(TextCommandTest, AZeroByteIsTold) {
+TEST_F(TextCommandTest, WarnsAboutAZeroByte) {
     ASSERT_EQ(show("a.md", std::string("one\n\ntwo\0three\n", 14)), 0);
     EXPECT_EQ(output_.errors, Lines{"packager: warning: /in/a.md: line 3: the document ends here at a zero "
                                     "byte: save it as UTF-8"});
 }
 
-TEST_F(TextCommandTest, AByteOrderMarkIsTold) {
+TEST_F(TextCommandTest, WarnsAboutAByteOrderMark) {
     ASSERT_EQ(show("a.md", "\xEF\xBB\xBF# Title\n\n"), 0);
     EXPECT_EQ(output_.errors,
               Lines{"packager: warning: /in/a.md: there is a byte order mark before the first "
@@ -140,7 +140,7 @@ TEST_F(TextCommandTest, AByteOrderMarkIsTold) {
     EXPECT_EQ(output_.lines.front(), "\xEF\xBB\xBF# Title");
 }
 
-TEST_F(TextCommandTest, WrongUseIsToldWithTheHelp) {
+TEST_F(TextCommandTest, ReportsWrongUseWithTheHelp) {
     EXPECT_EQ(run({"text", "/in/a.md", "--tree", "--html"}), 2);
     EXPECT_EQ(output_.errors.front(), "packager: --html, --plain and --tree exclude each other");
     EXPECT_TRUE(output_.errors.back().starts_with("packager text FILE"));

@@ -12,7 +12,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using VerifyCommandTest = CommandsTest;
 
-TEST_F(VerifyCommandTest, VerifyNamesTheDamage) {
+TEST_F(VerifyCommandTest, NamesTheDamage) {
     ASSERT_EQ(build(), 0);
     const std::string good = files_.content("/out/setup");
     const std::size_t lead = files_.content("/image").size();
@@ -42,7 +42,7 @@ TEST_F(VerifyCommandTest, VerifyNamesTheDamage) {
     EXPECT_EQ(problem(), "packager: /out/setup: this is not a package");
 }
 
-TEST_F(VerifyCommandTest, VerifyLooksAtTotalsStreamAndDigests) {
+TEST_F(VerifyCommandTest, ChecksTotalsStreamAndDigests) {
     const std::string cabinet = entry("a", "text") + endRecord();
     const auto verify = [&](const std::string& package) {
         files_.addFile("/out/p", package);

@@ -10,12 +10,12 @@ namespace {
 
 constexpr const char* kName = "TANDREL_TEST_VARIABLE";
 
-TEST(EnvironmentTest, AMissingVariableHasNoValue) {
+TEST(EnvironmentTest, HasNoValueForAMissingVariable) {
     EXPECT_EQ(platform::systemEnvironment().get("TANDREL_TEST_NEVER_SET"), std::nullopt);
     EXPECT_EQ(platform::systemEnvironment().get(""), std::nullopt);
 }
 
-TEST(EnvironmentTest, GivesBackWhatWasSet) {
+TEST(EnvironmentTest, ReturnsWhatWasSet) {
     platform::Environment& environment = platform::systemEnvironment();
     ASSERT_TRUE(environment.set(kName, "one"));
     EXPECT_EQ(environment.get(kName), "one");
@@ -27,14 +27,14 @@ TEST(EnvironmentTest, GivesBackWhatWasSet) {
               "e;\xf0\x9f\x93\xa6");
 }
 
-TEST(EnvironmentTest, LongValuesAreNotCut) {
+TEST(EnvironmentTest, KeepsLongValues) {
     platform::Environment& environment = platform::systemEnvironment();
     const std::string value(20000, 'v');
     ASSERT_TRUE(environment.set(kName, value.c_str()));
     EXPECT_EQ(environment.get(kName), value);
 }
 
-TEST(EnvironmentTest, RefusesNamesThatCannotBe) {
+TEST(EnvironmentTest, RefusesImpossibleNames) {
     platform::Environment& environment = platform::systemEnvironment();
     EXPECT_FALSE(environment.set("", "value"));
     EXPECT_FALSE(environment.set("a=b", "value"));

@@ -81,7 +81,7 @@ TEST_F(FileSystemTest, ADirectoryCannotBeOpened) {
     EXPECT_NE(status_, 0);
 }
 
-TEST_F(FileSystemTest, ReadGivesWhatIsLeftAndThenTheEnd) {
+TEST_F(FileSystemTest, ReadReturnsTheRestAndThenTheEnd) {
     writeTestFile(path("f"), "abcdef");
     const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
     ASSERT_NE(file, nullptr);
@@ -90,7 +90,7 @@ TEST_F(FileSystemTest, ReadGivesWhatIsLeftAndThenTheEnd) {
     EXPECT_EQ(read(*file, 4), "");
 }
 
-TEST_F(FileSystemTest, BytesPassUnchanged) {
+TEST_F(FileSystemTest, KeepsBytesUnchanged) {
     const std::string bytes("\r\n\0\x1a\xff\n\r", 7);
     write(*openFile(path("f"), platform::kWrite, Disposition::kCreateAlways), bytes);
     EXPECT_EQ(readTestFile(path("f")), bytes);
@@ -169,7 +169,7 @@ TEST_F(FileSystemTest, AClosedFileRefusesEverything) {
     EXPECT_EQ(file->size(), -1);
 }
 
-TEST_F(FileSystemTest, TellsFilesFromDirectories) {
+TEST_F(FileSystemTest, DistinguishesFilesFromDirectories) {
     writeTestFile(path("f"), "abc");
     EXPECT_TRUE(files_.exists(path("f").c_str()));
     EXPECT_FALSE(files_.isDirectory(path("f").c_str()));
@@ -190,7 +190,7 @@ TEST_F(FileSystemTest, AnEmptyPathNamesNothing) {
     EXPECT_NE(files_.createDirectory(""), 0);
 }
 
-TEST_F(FileSystemTest, BothSeparatorsWork) {
+TEST_F(FileSystemTest, TakesBothSeparators) {
     const std::string mixed = directory_.path() + "\\sub/deeper\\";
     EXPECT_EQ(files_.createDirectory((directory_.path() + "\\sub").c_str()), 0);
     EXPECT_EQ(files_.createDirectory((directory_.path() + "\\sub/deeper").c_str()), 0);
@@ -305,7 +305,7 @@ TEST_F(FileSystemTest, TemporaryDirectoryExistsAndHasNoSeparatorAtItsEnd) {
     EXPECT_NE(temporary.back(), '/');
 }
 
-TEST_F(FileSystemTest, TemporaryNamesLieInTheTemporaryDirectoryAndAreFree) {
+TEST_F(FileSystemTest, TemporaryNamesAreInTheTemporaryDirectoryAndFree) {
     std::string temporary;
     ASSERT_TRUE(files_.temporaryDirectory(temporary));
     std::string first;

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(SystemFirewallTest, AConnectionIsMadeOrTheFailedCallIsTold) {
+TEST(SystemFirewallTest, ConnectsOrReportsTheFailedCall) {
     std::unique_ptr<platform::FirewallProfile> profile;
     const platform::FirewallOutcome outcome = platform::systemFirewall().connect(profile);
     EXPECT_EQ(outcome.done(), profile != nullptr);

@@ -11,7 +11,7 @@
 #include "platform/registry.h"
 #include "platform/shell_objects.h"
 
-TEST(SystemPlatform, bundlesTheObjectsOfTheProcess) {
+TEST(SystemPlatform, BundlesTheObjectsOfTheProcess) {
     const platform::Platform machine = platform::systemPlatform();
     EXPECT_EQ(&machine.files, &platform::systemFileSystem());
     EXPECT_EQ(&machine.registry, &platform::systemRegistry());

@@ -105,7 +105,7 @@ TEST_F(ProcessesTest, TheListHoldsThisProcess) {
     EXPECT_EQ(std::count(copies.begin(), copies.end(), processes_.currentId()), 1);
 }
 
-TEST_F(ProcessesTest, TellsTheExitCodeOfAStartedProgram) {
+TEST_F(ProcessesTest, GivesTheExitCodeOfAStartedProgram) {
     const auto child = startChild("ExitsWithACode");
     ASSERT_NE(child, nullptr);
     ASSERT_TRUE(child->wait(kLongEnough));

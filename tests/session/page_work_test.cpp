@@ -7,8 +7,9 @@ namespace {
 // Reached through a session, whose pages it serves.
 class PageWorkTest : public SessionTest {
 protected:
-    // Walks to a page of this name behind a first one; a page behind it ends the walk.
-    int walkTo(const std::string& page, const std::string& more = "") {
+    // Walks to a page of this name after a first one; a page after it ends the walk. Whether all of it
+    // worked.
+    bool walkTo(const std::string& page, const std::string& more = "") {
         load(document(std::string(kProduct) +
                       "<Dialogs><Hello><Field Type='Directory'>ROOT</Field></Hello><" + page +
                       "/><End Special='Finish'/></Dialogs><DefValues/>" + kControls + more));
@@ -19,62 +20,80 @@ protected:
             return session_.dialogNext(&ui_, 1);
         };
         const int result = run();
-        return result != 0 ? result : session_.navigation.lastResult;
+        return result == 0 && !session_.navigation().lastWorkFailed;
     }
     // The same in a session that uninstalls.
-    int uninstallWalkTo(const std::string& page) {
+    bool uninstallWalkTo(const std::string& page) {
         files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/><" + page +
                                           "/><End Special='Finish'/></UninstallDialogs><DefValues/>"));
         EXPECT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
         ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
         const int result = run();
-        return result != 0 ? result : session_.navigation.lastResult;
+        return result == 0 && !session_.navigation().lastWorkFailed;
     }
     bool refused(const std::string& work) {
         return log_.hasLine("ERROR: " + work + " is not carried out: this version can not do that");
     }
 
+    // What the system was asked to do, without the looks at its list of applications.
+    std::vector<std::string> registrations() const {
+        std::vector<std::string> calls;
+        for (const std::string& call : system_.calls) {
+            if (call.find("egisterApplication(") != std::string::npos || call.starts_with("remove") ||
+                call.starts_with("uninstall")) {
+                calls.push_back(call);
+            }
+        }
+        return calls;
+    }
+
+    static constexpr char kRegistrable[] =
+        "<Installation><Uninstall><UninstallCmd>/app/uninstall</UninstallCmd>"
+        "<InstallLogFile>/app/install.log</InstallLogFile></Uninstall></Installation>";
+
     std::function<void()> beforePage_;
 };
 
 TEST_F(PageWorkTest, RefusesWhatItDoesNotHave) {
-    EXPECT_EQ(walkTo("RevertInstallation"), 1);
+    EXPECT_FALSE(walkTo("RevertInstallation"));
     EXPECT_TRUE(refused("The revert of the installation"));
 }
 
 TEST_F(PageWorkTest, RefusesTheRevertOfAnUninstallation) {
-    EXPECT_EQ(walkTo("RevertUninstallation"), 1);
+    EXPECT_FALSE(walkTo("RevertUninstallation"));
     EXPECT_TRUE(refused("The revert of the uninstallation"));
 }
 
-TEST_F(PageWorkTest, RegistersTheApplication) {
-    EXPECT_EQ(walkTo("RegisterApplication"), 0);
-    EXPECT_EQ(session_.modifications.calls, std::vector<std::string>{"registerApplication()"});
+TEST_F(PageWorkTest, RegistersTheApplicationWithItsValues) {
+    EXPECT_TRUE(walkTo("RegisterApplication", kRegistrable));
+    EXPECT_EQ(registrations(),
+              std::vector<std::string>{"registerApplication(Demo, 1.2.3, web, \"/app/uninstall\" "
+                                       "-uninstall=\"/app/install.log\" -uninstallApp=\"Demo\")"});
 }
 
-TEST_F(PageWorkTest, TellsThatTheRegistrationFailed) {
-    session_.modifications.failing = {"registerApplication"};
-    EXPECT_EQ(walkTo("RegisterApplication"), 1);
+TEST_F(PageWorkTest, ReportsAFailedRegistration) {
+    system_.registrationWorks = false;
+    EXPECT_FALSE(walkTo("RegisterApplication", kRegistrable));
 }
 
 TEST_F(PageWorkTest, RemovesNoRegistrationInAnInstallation) {
-    EXPECT_EQ(walkTo("UnregisterApplication"), 0);
-    EXPECT_TRUE(session_.modifications.calls.empty());
+    EXPECT_TRUE(walkTo("UnregisterApplication"));
+    EXPECT_TRUE(registrations().empty());
 }
 
 TEST_F(PageWorkTest, RemovesTheRegistrationInAnUninstallation) {
-    EXPECT_EQ(uninstallWalkTo("UnregisterApplication"), 0);
-    EXPECT_EQ(session_.modifications.calls, std::vector<std::string>{"removeUninstallEntry(Demo)"});
+    system_.installed = {{"Demo", "", false, ""}};
+    EXPECT_TRUE(uninstallWalkTo("UnregisterApplication"));
+    EXPECT_EQ(registrations(), std::vector<std::string>{"removeUninstallEntry(Demo)"});
 }
 
-TEST_F(PageWorkTest, TellsThatTheRegistrationStays) {
-    session_.modifications.failing = {"removeUninstallEntry"};
-    EXPECT_EQ(uninstallWalkTo("UnregisterApplication"), 1);
+TEST_F(PageWorkTest, ReportsARegistrationThatStays) {
+    EXPECT_FALSE(uninstallWalkTo("UnregisterApplication"));
 }
 
 TEST_F(PageWorkTest, RegistersNothingInAnUninstallation) {
-    EXPECT_EQ(uninstallWalkTo("RegisterApplication"), 1);
-    EXPECT_TRUE(session_.modifications.calls.empty());
+    EXPECT_FALSE(uninstallWalkTo("RegisterApplication"));
+    EXPECT_TRUE(registrations().empty());
 }
 
 TEST_F(PageWorkTest, RunsTheUninstallersOfOtherProductsAndWaits) {
@@ -82,34 +101,33 @@ TEST_F(PageWorkTest, RunsTheUninstallersOfOtherProductsAndWaits) {
     walkTo(
         "ExternalUninstall><ExternalLegacyApplication Details='x86' Arguments='-silent'>Old Tool"
         "</ExternalLegacyApplication></ExternalUninstall><Next");
-    EXPECT_EQ(session_.modifications.calls,
-              std::vector<std::string>{"uninstallApplication(Old Tool, -silent, 3)"});
+    EXPECT_EQ(registrations(),
+              std::vector<std::string>{"uninstallApplication(Old Tool, -silent, x86, wait)"});
 }
 
-TEST_F(PageWorkTest, SaysThatEarlierInstallationsStayAndInstallsAllTheSame) {
+TEST_F(PageWorkTest, InstallsThoughEarlierInstallationsStay) {
     files_.addFile("/app/install.log", "x");
-    EXPECT_EQ(walkTo("CopyProgress",
-                     "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
-                     "</Installation><FileSet Name='S'><FN Dest='/app'>install.xml</FN></FileSet>"),
-              0);
+    EXPECT_TRUE(
+        walkTo("CopyProgress",
+               "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
+               "</Installation><FileSet Name='S'><FN Dest='/app'>install.xml</FN></FileSet>"));
     EXPECT_TRUE(log_.hasLine("ERROR: Earlier installations are not removed: this version can not do that"));
     EXPECT_TRUE(files_.hasFile("/app/install.xml"));
-    EXPECT_EQ(session_.earlier.previousUninstallDone, 1);
+    EXPECT_TRUE(session_.pages().earlier().wasRemovalTried());
 }
 
 TEST_F(PageWorkTest, FailsAnInstallationWithAChangeThatFails) {
-    session_.modifications.failing = {"addEnvironmentEntry"};
-    EXPECT_EQ(
+    machine_.registry.setForbidden("SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment");
+    EXPECT_FALSE(
         walkTo("CopyProgress",
-               "<Installation><Environment><Replace VarName='V'>x</Replace></Environment></Installation>"),
-        -1);
+               "<Installation><Environment><Replace VarName='V'>x</Replace></Environment></Installation>"));
     EXPECT_EQ(valueOf("INSTALL_ERROR"), "1");
     EXPECT_TRUE(log_.hasLine("ERROR: Encountered an error during Updating environment variables"));
     EXPECT_EQ(session_.errorList, std::vector<std::string>{"Error during: Updating environment variables"});
 }
 
 TEST_F(PageWorkTest, ShowsTheStatusOfEachPhaseInOrder) {
-    EXPECT_EQ(walkTo("CopyProgress"), 0);
+    EXPECT_TRUE(walkTo("CopyProgress"));
     EXPECT_EQ(
         ui_.callsOf("setStatusText"),
         (std::vector<std::string>{
@@ -121,7 +139,7 @@ TEST_F(PageWorkTest, ShowsTheStatusOfEachPhaseInOrder) {
 
 TEST_F(PageWorkTest, GoesOnToTheEndWhenErrorsAreIgnored) {
     ui_.ignoreErrors = 1;
-    EXPECT_EQ(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='/app'>gone</FN></FileSet>"), -1);
+    EXPECT_FALSE(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='/app'>gone</FN></FileSet>"));
     EXPECT_EQ(valueOf("INSTALL_ERROR"), "(none)");
     EXPECT_EQ(session_.dialogNext(&ui_, 1), 0);
     EXPECT_EQ(session_.getCurrentDialog(), 2);
@@ -129,13 +147,13 @@ TEST_F(PageWorkTest, GoesOnToTheEndWhenErrorsAreIgnored) {
 
 TEST_F(PageWorkTest, NormalizesTheValuesOfDirectoryFields) {
     beforePage_ = [this] { session_.setVariable("ROOT", " /opt/demo "); };
-    EXPECT_EQ(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='[ROOT]'>install.xml</FN></FileSet>"), 0);
+    EXPECT_TRUE(walkTo("CopyProgress", "<FileSet Name='S'><FN Dest='[ROOT]'>install.xml</FN></FileSet>"));
     EXPECT_EQ(valueOf("ROOT"), "\\opt\\demo");
     EXPECT_TRUE(files_.hasFile("/opt/demo/install.xml"));
 }
 
 TEST_F(PageWorkTest, UninstallsTheProductOfTheActionLog) {
-    EXPECT_EQ(uninstallWalkTo("CopyProgress"), 0);
+    EXPECT_TRUE(uninstallWalkTo("CopyProgress"));
     EXPECT_EQ(ui_.callsOf("setStatusText").back(), "setStatusText(\"The uninstall was successful.\")");
     EXPECT_FALSE(session_.hasErrors());
 }

@@ -7,74 +7,24 @@
 #include <vector>
 
 #include "base/errors.h"
-#include "base/text_functions.h"
-#include "description/description_fixture.h"
-#include "description/file_sets.h"
+#include "description/answers_file.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_system_modifications.h"
+#include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 #include "package/package_writer.h"
 #include "session/installer.h"
 
-// A session on a fake system.
+// A session whose state a test can look at.
 class TestSession : public Installer {
 public:
-    TestSession(platform::FileSystem& files, EnvironmentAccess& environment, FakeSystemOperations& system)
-        : Installer(files, environment, modifications), system_(system) {}
-
-    FakeSystemModifications modifications;
-
-    using SessionState::earlier;
+    using Installer::Installer;
+    using Installer::navigation;
+    using Installer::pages;
+    using SessionState::configFile;
     using SessionState::errorList;
-    using SessionState::navigation;
     using SessionState::nestedBackups;
     using SessionState::uninstallBackups;
-
-    std::string configFile;
-    std::vector<std::string> hooked;
-
-    int getTemporaryFileName(char* buffer, int size) override {
-        return system_.getTemporaryFileName(buffer, size);
-    }
-    bool findUninstallEntry(const char* name, std::uint32_t flags) override {
-        return system_.findUninstallEntry(name, flags);
-    }
-    void findEntriesByPublisher(std::vector<std::string>& outNames, const char* filter, const char* publisher,
-                                std::uint32_t flags) override {
-        system_.findEntriesByPublisher(outNames, filter, publisher, flags);
-    }
-    bool getApplicationLogFile(const char* name, char* buffer, int size) override {
-        return system_.getApplicationLogFile(name, buffer, size);
-    }
-    bool isApplicationRunning(const char* name, const char* directory) override {
-        return system_.isApplicationRunning(name, directory);
-    }
-    bool closeApplication(const char* name, bool isService, const char* directory) override {
-        return system_.closeApplication(name, isService, directory);
-    }
-    bool copyFile(const char* from, const char* to) override { return system_.copyFile(from, to); }
-    bool readRegistryValue(const char* place, const char* path, const char* name,
-                           SystemRegistryValue& outValue) override {
-        return system_.readRegistryValue(place, path, name, outValue);
-    }
-    bool listRegistryKeys(const char* place, const char* path, std::vector<std::string>& outNames) override {
-        return system_.listRegistryKeys(place, path, outNames);
-    }
-    bool openInDefaultBrowser(const char* url) override { return system_.openInDefaultBrowser(url); }
-    void sleepMilliseconds(std::uint32_t milliseconds) override { system_.sleepMilliseconds(milliseconds); }
-
-    int getConfigFile(char* buffer, int size) override {
-        OUtils::copyText(buffer, configFile.c_str(), size);
-        return 0;
-    }
-
-protected:
-    void afterFileInstalled(const std::string& path, const FileEntry&) override { hooked.push_back(path); }
-
-private:
-    FakeSystemOperations& system_;
 };
 
 // A front end whose run a test writes.
@@ -91,7 +41,8 @@ public:
 class SessionTest : public testing::Test {
 protected:
     static constexpr char kProduct[] =
-        "<ProductDesc><Fullname>Demo</Fullname><MajorVersion>1</MajorVersion><MinorVersion>2</MinorVersion>"
+        "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
+        "<MinorVersion>2</MinorVersion>"
         "<MinestVersion>3</MinestVersion></ProductDesc>";
     static constexpr char kControls[] =
         "<InstallerControlVariables><PreviousInstallation>PREVIOUS</PreviousInstallation>"
@@ -138,10 +89,12 @@ protected:
         return session_.getVariable(name, buffer, sizeof buffer) == -1 ? "(none)" : buffer;
     }
 
-    MemoryFileSystem files_;
-    TableEnvironment environment_;
+    FakePlatform machine_;
+    MemoryFileSystem& files_ = machine_.files;
+    FakeEnvironment& environment_ = machine_.environment;
     InstallingSystem system_{files_};
+    AnswersFile answers_{files_};
     FakeConsole log_;
     ScriptedUI ui_;
-    TestSession session_{files_, environment_, system_};
+    TestSession session_{machine_.bundle(), system_, answers_, DebugLog()};
 };

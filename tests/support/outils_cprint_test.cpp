@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "fakes/fake_console_device.h"
 
 namespace {
@@ -9,40 +11,49 @@ namespace {
 TEST(ColourPrintTest, DropsTheSequencesWithoutColour) {
     FakeConsoleDevice device;
     device.columns = 80;
-    outils_cprint(0, "a\x1B[31mred\x1B[0m b", device);
+    outils_cprint(device, false, "a\x1B[31mred\x1B[0m b");
     EXPECT_EQ("ared b", device.output);
 }
 
 TEST(ColourPrintTest, PassesThemOnToATerminalOnly) {
     FakeConsoleDevice terminal;
     terminal.columns = 80;
-    outils_cprint(1, "a\x1B[31mred\x1B[0m", terminal);
+    outils_cprint(terminal, true, "a\x1B[31mred\x1B[0m");
     EXPECT_EQ("a\x1B[31mred\x1B[0m", terminal.output);
     FakeConsoleDevice pipe;
-    outils_cprint(1, "a\x1B[31mred\x1B[0m", pipe);
+    outils_cprint(pipe, true, "a\x1B[31mred\x1B[0m");
     EXPECT_EQ("ared", pipe.output);
 }
 
-TEST(ColourPrintTest, TellsASequenceWithoutItsEnd) {
+TEST(ColourPrintTest, ReportsASequenceWithoutItsEnd) {
     for (const char* text : {"a\x1B[31", "a\x1B[1111111111111111111111m", "a\x1B"}) {
         FakeConsoleDevice device;
-        outils_cprint(0, text, device);
+        outils_cprint(device, false, text);
         EXPECT_EQ("aoutils_cprint: Incorrect ESC length!", device.output);
     }
 }
 
-TEST(ColourPrintTest, TellsAnOutputThatHasFailed) {
+TEST(ColourPrintTest, ReportsAnOutputThatHasFailed) {
     FakeConsoleDevice device;
-    device.outputFails = true;
-    outils_cprint(0, "a", device);
+    device.outputLimit = 0;
+    outils_cprint(device, false, "a");
     EXPECT_EQ("outils_cprint: Invalid handle!", device.errors);
 }
 
-TEST(ColourPrintTest, TakesNullAsEmpty) {
+TEST(ColourPrintTest, PrintsNothingForAnEmptyText) {
     FakeConsoleDevice device;
-    outils_cprint(1, nullptr, device);
+    outils_cprint(device, true, "");
     EXPECT_EQ("", device.output);
     EXPECT_EQ("", device.errors);
+}
+
+TEST(ColourPrintTest, FormatsAndCutsTheText) {
+    FakeConsoleDevice device;
+    outils_cprintf(device, false, "%s is \x1B[1m%d", "six", 6);
+    EXPECT_EQ("six is 6", device.output);
+    device.output.clear();
+    outils_cprintf(device, false, "%s", std::string(5000, 'x').c_str());
+    EXPECT_EQ(std::string(4095, 'x'), device.output);
 }
 
 }  // namespace

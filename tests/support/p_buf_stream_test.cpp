@@ -98,7 +98,7 @@ TEST_F(PBufStreamTest, SeeksFromTheLastByte) {
     EXPECT_EQ(-1, stream_.seekFromEnd(std::numeric_limits<std::int64_t>::max()));
 }
 
-TEST_F(PBufStreamTest, EndsAtItsPositionWhenTold) {
+TEST_F(PBufStreamTest, EndsAtItsPositionOnRequest) {
     ASSERT_EQ(0, stream_.seek(4));
     EXPECT_EQ(0, stream_.setEndOfStream());
     EXPECT_EQ(4, stream_.getSize());
@@ -115,7 +115,7 @@ TEST_F(PBufStreamTest, CountsItsOpenings) {
     EXPECT_EQ(0, stream_.flush());
 }
 
-TEST_F(PBufStreamTest, AttachingStartsAnew) {
+TEST_F(PBufStreamTest, StartsAgainWhenAttached) {
     ASSERT_EQ(0, stream_.seek(10));
     char other[3] = {'a', 'b', 'c'};
     stream_.attach(other, 3);

@@ -143,7 +143,7 @@ TEST(PConsoleTest, DoesAndCountsNothingWhileDisabled) {
     EXPECT_EQ("   0:  b\r\n", console.text());
 }
 
-TEST(PConsoleTest, PutsTheAlertAheadOfTheMessage) {
+TEST(PConsoleTest, PutsTheAlertBeforeTheMessage) {
     FakeConsole console;
     console.setOptions(PConsole::kLineNumbers);
     console.printAlert("%s!", "Fire");
@@ -164,15 +164,15 @@ TEST(PConsoleTest, WritesANumberWithItsNarrowLineNumber) {
 TEST(PConsoleTest, WritesTextsUnformattedAndUncut) {
     FakeConsole console;
     const std::string text = "%s%n" + std::string(2000, 'm');
-    console.printText(text.c_str());
+    console.printText(text);
     EXPECT_EQ(text + "\r\n", console.text());
     console.clear();
-    console.printText(nullptr);
+    console.printText("");
     EXPECT_EQ("\r\n", console.text());
     console.clear();
     console.setOptions(3);
     console.printRaw("%d as it is");
-    console.printRaw(nullptr);
+    console.printRaw("");
     EXPECT_EQ("%d as it is", console.text());
     EXPECT_EQ(0, console.getLineNumber());
 }

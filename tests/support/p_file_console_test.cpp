@@ -67,7 +67,7 @@ TEST_F(PFileConsoleTest, OpeningAnotherFileClosesTheFirstAlsoWhenItFails) {
     EXPECT_EQ("", files_.content("/b"));
 }
 
-TEST_F(PFileConsoleTest, FlushesEachWriteOnlyWhenTold) {
+TEST_F(PFileConsoleTest, FlushesEachWriteOnlyOnRequest) {
     ASSERT_EQ(0, console_.open("/log", 0));
     console_.setFlushEachLine(true);
     console_.printRaw("a");
@@ -118,7 +118,7 @@ TEST_F(PFileConsoleTest, OpensAPrivateFileWithoutFollowingALink) {
     EXPECT_EQ("x\r\n", files_.content("/tmp/log"));
 }
 
-TEST_F(PFileConsoleTest, ClosesWhenItGoes) {
+TEST_F(PFileConsoleTest, ClosesWhenItIsDestroyed) {
     {
         PFileConsole console(files_);
         ASSERT_EQ(0, console.open("/log", 0));
@@ -129,7 +129,7 @@ TEST_F(PFileConsoleTest, ClosesWhenItGoes) {
 TEST(PFileConsoleDiskTest, WritesCarriageReturnsAndLineFeedsAsTheyAre) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("a.log");
-    PFileConsole console;
+    PFileConsole console(platform::systemFileSystem());
     console.setOptions(PConsole::kLineNumbers);
     ASSERT_EQ(0, console.open(path.c_str(), 0));
     console.print("one");

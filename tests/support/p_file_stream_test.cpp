@@ -59,7 +59,7 @@ TEST_F(PFileStreamTest, ByDefaultOpensOrCreates) {
     EXPECT_EQ(stream_.getName(), "/a");
 }
 
-TEST_F(PFileStreamTest, TheLowBitsOfTheModeSayWhatBecomesOfTheContent) {
+TEST_F(PFileStreamTest, TheLowBitsOfTheModeDecideWhetherTheContentStays) {
     for (const std::uint32_t mode : {0U, 1U, 2U, 4U, 5U, 6U}) {
         files_.addFile("/a", "content");
         EXPECT_EQ(0, openFile("/a", mode)) << mode;
@@ -73,7 +73,7 @@ TEST_F(PFileStreamTest, TheLowBitsOfTheModeSayWhatBecomesOfTheContent) {
     }
 }
 
-TEST_F(PFileStreamTest, TheLowBitsOfTheModeSayWhetherAFileIsMade) {
+TEST_F(PFileStreamTest, TheLowBitsOfTheModeDecideWhetherAFileIsCreated) {
     for (const std::uint32_t mode : {0U, 1U, 4U, 5U}) {
         EXPECT_EQ(MemoryFileSystem::kNotFound, openFile("/new", mode)) << mode;
         EXPECT_FALSE(files_.hasFile("/new"));
@@ -157,7 +157,7 @@ TEST_F(PFileStreamTest, ClosesAnOpenFileBeforeItOpensAnother) {
     EXPECT_EQ(0, stream_.getOpenCount());
 }
 
-TEST_F(PFileStreamTest, AppendingThatCanNotStandAtTheEndIsNotOpen) {
+TEST_F(PFileStreamTest, StaysClosedWhenItCannotAppendAtTheEnd) {
     files_.addFile("/a", "old");
     files_.failAt(Operation::kSeek, "/a", 1, 77);
     EXPECT_EQ(77, stream_.openWithMode("/a", 1));
@@ -191,12 +191,12 @@ TEST_F(PFileStreamTest, PassesTheErrorsOfTheSystemOn) {
     EXPECT_EQ(-1, stream_.getPosition());
 }
 
-TEST_F(PFileStreamTest, TellsTheSizeOfAFileWithoutOpeningIt) {
+TEST_F(PFileStreamTest, GivesTheSizeOfAFileWithoutOpeningIt) {
     files_.addFile("/a", "12345");
     EXPECT_EQ(5, stream_.getFileSize("/a"));
     EXPECT_EQ(-1, stream_.getFileSize("/none"));
     EXPECT_EQ(-1, stream_.getFileSize("/"));
-    EXPECT_EQ(-1, stream_.getFileSize(nullptr));
+    EXPECT_EQ(-1, stream_.getFileSize(""));
     EXPECT_EQ(0, files_.count(Operation::kOpen));
 }
 
@@ -219,7 +219,7 @@ TEST_F(PFileStreamTest, DoesNotOpenAPrivateFileWhereTheOldOneStays) {
     EXPECT_EQ("old", files_.content("/tmp/log"));
 }
 
-TEST_F(PFileStreamTest, ClosesWhenItGoes) {
+TEST_F(PFileStreamTest, ClosesWhenItIsDestroyed) {
     {
         PFileStream stream(files_);
         ASSERT_EQ(0, stream.openWithMode("/a", 0));
@@ -231,7 +231,7 @@ TEST_F(PFileStreamTest, ClosesWhenItGoes) {
 TEST(PFileStreamDiskTest, WorksOnARealDisk) {
     const TemporaryDirectory directory;
     const std::string path = directory.file("stream \xC3\xA4.bin");
-    PFileStream stream;
+    PFileStream stream(platform::systemFileSystem());
     ASSERT_EQ(0, stream.openWithMode(path.c_str(), 0));
     ASSERT_EQ(0, stream.writeText("0123456789"));
     ASSERT_EQ(0, stream.seekFromEnd(-4));

@@ -77,7 +77,7 @@ TEST(PMemStreamTest, ReadsNothingAtTheEndWithoutAnError) {
     EXPECT_EQ(0U, done);
 }
 
-TEST(PMemStreamTest, EndsAtItsPositionWhenToldAndGrowsAgain) {
+TEST(PMemStreamTest, EndsAtItsPositionOnRequestAndGrowsAgain) {
     PMemStream stream("0123456789", 10);
     std::uint32_t done = 0;
     ASSERT_EQ(0, stream.seek(3));

@@ -70,7 +70,7 @@ TEST_F(PMMFileStreamTest, WritesWithinTheFileOnly) {
     EXPECT_EQ(-1, stream_.setEndOfStream());
 }
 
-TEST_F(PMMFileStreamTest, ClosingHandsChangesToTheFileAndTellsAFailure) {
+TEST_F(PMMFileStreamTest, HandsChangesToTheFileAndReportsAFailureAtTheClosing) {
     ASSERT_EQ(0, open());
     ASSERT_EQ(0, stream_.write("ab", 2, done_));
     EXPECT_EQ(0, stream_.close());

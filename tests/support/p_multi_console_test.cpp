@@ -12,8 +12,8 @@ namespace {
 class Member : public PConsole {
 public:
     Member(std::string& log, char name, int status) : log_(log), name_(name), status_(status) {}
-    int open(const char* path, int mode) override {
-        log_ += std::string("open") + name_ + path + std::to_string(mode) + " ";
+    int open(std::string_view path, int mode) override {
+        log_ += std::string("open") + name_ + std::string(path) + std::to_string(mode) + " ";
         return 0;
     }
     int close() override {

@@ -25,7 +25,7 @@ TEST(PStdErrConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
     EXPECT_EQ("abcd", device.errors);
 }
 
-TEST(PStdErrConsoleTest, TellsAFailedOutput) {
+TEST(PStdErrConsoleTest, ReportsAFailedOutput) {
     FakeConsoleDevice device;
     device.errorFails = true;
     EXPECT_EQ(-1, PStdErrConsole(device).write("x", 1));

@@ -25,9 +25,9 @@ TEST(PStdOutConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
     EXPECT_EQ("abcd", device.output);
 }
 
-TEST(PStdOutConsoleTest, TellsAFailedOutput) {
+TEST(PStdOutConsoleTest, ReportsAFailedOutput) {
     FakeConsoleDevice device;
-    device.outputFails = true;
+    device.outputLimit = 0;
     EXPECT_EQ(-1, PStdOutConsole(device).write("x", 1));
 }
 

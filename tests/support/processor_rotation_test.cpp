@@ -18,43 +18,43 @@ int usableProcessors() {
     return sum;
 }
 
-TEST(DefaultThreadCountTest, IsWhatTheEnvironmentSays) {
+int countFor(const char* text) {
     FakeEnvironment environment;
-    environment.variables["ORMEL_NUM_THREADS"] = "3";
-    EXPECT_EQ(3, OUtils::readDefaultThreadCount(environment));
-    environment.variables["ORMEL_NUM_THREADS"] = " 17 threads";
-    EXPECT_EQ(17, OUtils::readDefaultThreadCount(environment));
-    environment.variables["ORMEL_NUM_THREADS"] = "1024";
-    EXPECT_EQ(1024, OUtils::readDefaultThreadCount(environment));
-    environment.variables["ORMEL_NUM_THREADS"] = "2000000000";
-    EXPECT_EQ(1024, OUtils::readDefaultThreadCount(environment));
+    environment.variables["ORMEL_NUM_THREADS"] = text;
+    return OUtils::threadCountOf(OUtils::readThreadSettings(environment));
 }
 
-TEST(DefaultThreadCountTest, IsTheMachinesWhenTheEnvironmentGivesNone) {
-    FakeEnvironment environment;
+TEST(ThreadSettingsTest, TakesTheCountFromTheEnvironment) {
+    EXPECT_EQ(3, countFor("3"));
+    EXPECT_EQ(17, countFor(" 17 threads"));
+    EXPECT_EQ(1024, countFor("1024"));
+    EXPECT_EQ(1024, countFor("2000000000"));
+}
+
+TEST(ThreadSettingsTest, TakesTheCountOfTheMachineWhenTheEnvironmentHasNone) {
     const int expected = usableProcessors() > 0 ? usableProcessors() : platform::processorCount();
-    EXPECT_EQ(expected, OUtils::readDefaultThreadCount(environment));
-    for (const char* text : {"0", "-2", "many", "", "x4"}) {
-        environment.variables["ORMEL_NUM_THREADS"] = text;
-        EXPECT_EQ(expected, OUtils::readDefaultThreadCount(environment)) << text;
-    }
     EXPECT_GE(expected, 1);
+    FakeEnvironment environment;
+    EXPECT_EQ(expected, OUtils::threadCountOf(OUtils::readThreadSettings(environment)));
+    for (const char* text : {"0", "-2", "many", "", "x4"}) {
+        EXPECT_EQ(expected, countFor(text)) << text;
+    }
 }
 
-TEST(DefaultThreadCountTest, IsTheReportedCountWithoutAffinity) {
+TEST(ThreadSettingsTest, TakesTheReportedProcessorsWithoutAffinity) {
     FakeEnvironment environment;
     environment.variables["ORMEL_USE_THREAD_AFFINITY"] = "0";
-    EXPECT_EQ(platform::processorCount(), OUtils::readDefaultThreadCount(environment));
+    EXPECT_EQ(platform::processorCount(), OUtils::threadCountOf(OUtils::readThreadSettings(environment)));
 }
 
-TEST(ThreadAffinityTest, IsOnUnlessSetToZero) {
+TEST(ThreadSettingsTest, KeepsAffinityUnlessItIsSetToZero) {
     FakeEnvironment environment;
-    EXPECT_TRUE(OUtils::readThreadAffinity(environment));
+    EXPECT_TRUE(OUtils::readThreadSettings(environment).affinity);
     environment.variables["ORMEL_USE_THREAD_AFFINITY"] = "1";
-    EXPECT_TRUE(OUtils::readThreadAffinity(environment));
+    EXPECT_TRUE(OUtils::readThreadSettings(environment).affinity);
     for (const char* text : {"0", "", "no"}) {
         environment.variables["ORMEL_USE_THREAD_AFFINITY"] = text;
-        EXPECT_FALSE(OUtils::readThreadAffinity(environment)) << text;
+        EXPECT_FALSE(OUtils::readThreadSettings(environment).affinity) << text;
     }
 }
 
@@ -73,12 +73,6 @@ TEST(ProcessorRotationTest, BindsNothingWithFewerThanTwoGroups) {
     EXPECT_EQ(nullptr, OUtils::groupForThread({}, 0));
     EXPECT_EQ(nullptr, OUtils::groupForThread({{0, 0xFF}}, 3));
     EXPECT_EQ(nullptr, OUtils::groupForThread({{0, 0}, {1, 0}}, 0));
-}
-
-TEST(ProcessorRotationTest, TheValuesOfTheProcessStay) {
-    EXPECT_GE(OUtils::defaultThreadCount(), 1);
-    EXPECT_EQ(OUtils::defaultThreadCount(), OUtils::defaultThreadCount());
-    EXPECT_EQ(OUtils::useThreadAffinity(), OUtils::useThreadAffinity());
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 
 #include "fakes/debug_lines.h"
 #include "fakes/meeting_point.h"
+#include "support/pool_worker.h"
 #include "support/processor_rotation.h"
 
 namespace {
@@ -62,7 +63,7 @@ private:
 };
 
 TEST(ThreadManagerTest, RunsEachIndexOnceOnAThreadOfItsOwn) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     std::mutex mutex;
     std::multiset<int> indexes;
     std::set<std::thread::id> threads;
@@ -80,8 +81,8 @@ TEST(ThreadManagerTest, RunsEachIndexOnceOnAThreadOfItsOwn) {
     EXPECT_EQ(0U, threads.count(std::this_thread::get_id()));
 }
 
-TEST(ThreadManagerTest, ACountOfZeroMeansTheDefault) {
-    WinThreadManager manager(3, false);
+TEST(ThreadManagerTest, TakesTheCountOfTheSettingsForZero) {
+    WinThreadManager manager({3, false});
     std::atomic<int> runs = 0;
     Function procedure([&](SharedRunState&, ThreadState&, int, int count) {
         EXPECT_EQ(3, count);
@@ -95,7 +96,7 @@ TEST(ThreadManagerTest, ACountOfZeroMeansTheDefault) {
 }
 
 TEST(ThreadManagerTest, FindsItsWorkersAgain) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     std::mutex mutex;
     std::set<std::thread::id> threads;
     Function procedure([&](SharedRunState&, ThreadState&, int, int) {
@@ -110,7 +111,7 @@ TEST(ThreadManagerTest, FindsItsWorkersAgain) {
 }
 
 TEST(ThreadManagerTest, RunsMoreThreadsThanThereAreProcessors) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     std::atomic<std::int64_t> sum = 0;
     MeetingPoint together(50);
     Function procedure([&](SharedRunState&, ThreadState&, int index, int) {
@@ -121,9 +122,9 @@ TEST(ThreadManagerTest, RunsMoreThreadsThanThereAreProcessors) {
     EXPECT_EQ(50 * 49 / 2, sum);
 }
 
-TEST(ThreadManagerTest, TellsAWorkerItsIndex) {
-    WinThreadManager manager(1, true);
-    WinThreadManager other(1, true);
+TEST(ThreadManagerTest, GivesAWorkerItsIndex) {
+    WinThreadManager manager({1, true});
+    WinThreadManager other({1, true});
     std::mutex mutex;
     std::set<int> indexes;
     MeetingPoint together(3);
@@ -153,13 +154,13 @@ TEST(ThreadManagerTest, GivesWhatPrepareMadeToTheRunOfTheSameThread) {
         }
         std::atomic<int> runs = 0;
     } procedure;
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     EXPECT_EQ(0, manager.runThreads(4, procedure));
     EXPECT_EQ(4, procedure.runs);
 }
 
 TEST(ThreadManagerTest, RunsWithinAProcedureOfItsOwn) {
-    WinThreadManager manager(2, true);
+    WinThreadManager manager({2, true});
     std::atomic<int> runs = 0;
     Function inner([&](SharedRunState&, ThreadState&, int, int) { ++runs; });
     Function outer([&](SharedRunState&, ThreadState&, int, int) { manager.runThreads(2, inner); });
@@ -168,7 +169,7 @@ TEST(ThreadManagerTest, RunsWithinAProcedureOfItsOwn) {
 }
 
 TEST(ThreadManagerTest, ServesSeveralCallersAtOnce) {
-    WinThreadManager manager(2, true);
+    WinThreadManager manager({2, true});
     std::atomic<int> runs = 0;
     Function procedure([&](SharedRunState&, ThreadState&, int, int) { ++runs; });
     std::vector<std::thread> callers;
@@ -186,7 +187,7 @@ TEST(ThreadManagerTest, ServesSeveralCallersAtOnce) {
 }
 
 TEST(ThreadManagerTest, GivesTheFirstCancelResultAndForgetsItForTheNextRun) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     Function cancelling([](SharedRunState& shared, ThreadState&, int, int) {
         shared.cancel(7);
         shared.cancel(8);
@@ -197,8 +198,8 @@ TEST(ThreadManagerTest, GivesTheFirstCancelResultAndForgetsItForTheNextRun) {
     EXPECT_EQ(0, manager.runThreads(1, quiet));
 }
 
-TEST(ThreadManagerTest, TellsItsProgressWhatItDoes) {
-    WinThreadManager manager(1, true);
+TEST(ThreadManagerTest, ReportsToItsProgressWhatItDoes) {
+    WinThreadManager manager({1, true});
     Progress progress;
     Function procedure(
         [](SharedRunState&, ThreadState& results, int index, int) { results.counter += 10 + index; });
@@ -209,8 +210,8 @@ TEST(ThreadManagerTest, TellsItsProgressWhatItDoes) {
     EXPECT_EQ(static_cast<int>(progress.sums.size()), progress.updates);
 }
 
-TEST(ThreadManagerTest, KeepsTheSumToItselfUnlessItShallReport) {
-    WinThreadManager manager(1, true);
+TEST(ThreadManagerTest, ReportsTheSumOnlyOnRequest) {
+    WinThreadManager manager({1, true});
     Progress progress;
     Function procedure([](SharedRunState&, ThreadState& results, int, int) { results.counter += 1; });
     EXPECT_EQ(0, manager.runThreads(2, procedure, &progress, false));
@@ -219,7 +220,7 @@ TEST(ThreadManagerTest, KeepsTheSumToItselfUnlessItShallReport) {
 }
 
 TEST(ThreadManagerTest, ServesProgressOnTheCallingThreadWhileThreadsRun) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     Progress progress;
     std::atomic<bool> seen = false;
     std::thread::id server;
@@ -238,7 +239,7 @@ TEST(ThreadManagerTest, ServesProgressOnTheCallingThreadWhileThreadsRun) {
 }
 
 TEST(ThreadManagerTest, EndsWhenTheProgressCancels) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     Progress progress;
     progress.onUpdate = [&] { return 40 + progress.updates; };
     Function endless([](SharedRunState& shared, ThreadState&, int, int) {
@@ -250,7 +251,7 @@ TEST(ThreadManagerTest, EndsWhenTheProgressCancels) {
 }
 
 TEST(ThreadManagerTest, ThrowsWhatAThreadThrewWhenAllHaveFinished) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     std::atomic<int> finished = 0;
     Function procedure([&](SharedRunState& shared, ThreadState&, int index, int) {
         if (index == 1) {
@@ -271,7 +272,7 @@ TEST(ThreadManagerTest, ThrowsWhatAThreadThrewWhenAllHaveFinished) {
 }
 
 TEST(ThreadManagerTest, WaitsForItsThreadsWhenTheProgressThrows) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     Progress progress;
     progress.onUpdate = []() -> std::int32_t { throw std::runtime_error("window gone"); };
     std::atomic<int> running = 0;
@@ -287,7 +288,7 @@ TEST(ThreadManagerTest, WaitsForItsThreadsWhenTheProgressThrows) {
 }
 
 TEST(ThreadManagerTest, RunsBelowNormalPriority) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     manager.setLowPriority(true);
     manager.setBlockingMode(true);
     std::atomic<int> runs = 0;
@@ -299,7 +300,7 @@ TEST(ThreadManagerTest, RunsBelowNormalPriority) {
 }
 
 TEST(ThreadManagerTest, StartsDetachedWorkWithItsArgument) {
-    WinThreadManager manager(1, true);
+    WinThreadManager manager({1, true});
     std::promise<int> received;
     std::promise<void> goOn;
     DetachedFunction procedure([&](void* argument) {
@@ -312,8 +313,8 @@ TEST(ThreadManagerTest, StartsDetachedWorkWithItsArgument) {
     EXPECT_EQ(42, received.get_future().get());
 }
 
-TEST(ThreadManagerTest, RunsBesidesDetachedWork) {
-    WinThreadManager manager(1, true);
+TEST(ThreadManagerTest, RunsBesideDetachedWork) {
+    WinThreadManager manager({1, true});
     std::promise<void> goOn;
     DetachedFunction detached([&](void*) { goOn.get_future().wait(); });
     ASSERT_EQ(0, manager.startDetached(detached, nullptr));
@@ -323,13 +324,13 @@ TEST(ThreadManagerTest, RunsBesidesDetachedWork) {
     goOn.set_value();
 }
 
-TEST(ThreadManagerTest, FinishesDetachedWorkBeforeItGoes) {
+TEST(ThreadManagerTest, FinishesDetachedWorkBeforeItIsDestroyed) {
     const DebugLines lines;
     bool done = false;
     DetachedFunction failing([](void*) { throw std::runtime_error("lost"); });
     DetachedFunction working([&](void*) { done = true; });
     {
-        WinThreadManager manager(1, true);
+        WinThreadManager manager({1, true});
         ASSERT_EQ(0, manager.startDetached(failing, nullptr));
         ASSERT_EQ(0, manager.startDetached(working, nullptr));
     }
@@ -337,10 +338,10 @@ TEST(ThreadManagerTest, FinishesDetachedWorkBeforeItGoes) {
     EXPECT_EQ(1, DebugLines::count("[WinThreadManager] A detached procedure failed\n"));
 }
 
-TEST(ThreadManagerTest, TellsTheDebugOutputOfItsEnd) {
+TEST(ThreadManagerTest, ReportsItsEndToTheDebugOutput) {
     const DebugLines lines;
     {
-        WinThreadManager manager(1, true);
+        WinThreadManager manager({1, true});
         MeetingPoint together(2);
         Function procedure([&](SharedRunState&, ThreadState&, int, int) { together.arriveAndWait(); });
         manager.runThreads(2, procedure);
@@ -351,7 +352,7 @@ TEST(ThreadManagerTest, TellsTheDebugOutputOfItsEnd) {
     EXPECT_EQ(0, DebugLines::count("[WinThreadManager] Thread did not terminate for the timeout interval\n"));
 }
 
-TEST(ThreadManagerTest, LeavesAThreadThatHangs) {
+TEST(ThreadManagerTest, AbandonsAThreadThatHangs) {
     const DebugLines lines;
     std::promise<void> goOn;
     std::promise<void> ended;
@@ -360,7 +361,7 @@ TEST(ThreadManagerTest, LeavesAThreadThatHangs) {
         ended.set_value();
     });
     {
-        WinThreadManager manager(1, true);
+        WinThreadManager manager({1, true});
         ASSERT_EQ(0, manager.startDetached(hanging, nullptr));
     }
     EXPECT_EQ(1, DebugLines::count("[WinThreadManager] Thread did not terminate for the timeout interval\n"));
@@ -373,13 +374,14 @@ TEST(ThreadManagerTest, LeavesAThreadThatHangs) {
     }
 }
 
-TEST(ThreadManagerTest, IsMadeWithTheValuesOfTheProcess) {
-    const OUtils::ThreadManagerPtr manager(OUtils::createThreadManager());
+TEST(ThreadManagerTest, IsMadeWithSettings) {
+    const OUtils::ThreadSettings settings{5, false};
+    const OUtils::ThreadManagerPtr manager(OUtils::createThreadManager(settings));
     ASSERT_NE(nullptr, manager);
     std::atomic<int> runs = 0;
     Function procedure([&](SharedRunState&, ThreadState&, int, int) { ++runs; });
     EXPECT_EQ(0, manager->runThreads(0, procedure));
-    EXPECT_EQ(OUtils::defaultThreadCount(), runs);
+    EXPECT_EQ(5, runs);
     OUtils::releaseThreadManager(nullptr);
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
 
@@ -177,21 +178,21 @@ public:
         outFile = std::make_unique<WrongSize>(std::move(inner), size_);
         return status;
     }
-    bool exists(const char*) override { return true; }
-    bool isDirectory(const char*) override { return false; }
-    bool isOrdinaryDirectory(const char*) override { return false; }
-    std::int64_t fileSize(const char*) override { return size_; }
-    int resolveFile(const char*, std::string&) override { return 1; }
-    int removeFile(const char*) override { return 1; }
-    int moveFile(const char*, const char*) override { return 1; }
-    int replaceFile(const char*, const char*) override { return 1; }
-    int createDirectory(const char*) override { return 1; }
-    int removeDirectory(const char*) override { return 1; }
-    int list(const char*, std::vector<platform::DirectoryEntry>&) override { return 1; }
-    int makeExecutable(const char*) override { return 1; }
-    int copyRights(const char*, const char*) override { return 1; }
+    bool exists(std::string_view) override { return true; }
+    bool isDirectory(std::string_view) override { return false; }
+    bool isOrdinaryDirectory(std::string_view) override { return false; }
+    std::int64_t fileSize(std::string_view) override { return size_; }
+    int resolveFile(std::string_view, std::string&) override { return 1; }
+    int removeFile(std::string_view) override { return 1; }
+    int moveFile(std::string_view, std::string_view) override { return 1; }
+    int replaceFile(std::string_view, std::string_view) override { return 1; }
+    int createDirectory(std::string_view) override { return 1; }
+    int removeDirectory(std::string_view) override { return 1; }
+    int list(std::string_view, std::vector<platform::DirectoryEntry>&) override { return 1; }
+    int makeExecutable(std::string_view) override { return 1; }
+    int copyRights(std::string_view, std::string_view) override { return 1; }
     bool temporaryDirectory(std::string&) override { return false; }
-    bool temporaryName(const char*, std::uint32_t, std::string&) override { return false; }
+    bool temporaryName(std::string_view, std::uint32_t, std::string&) override { return false; }
 
 private:
     class WrongSize : public platform::File {
@@ -244,7 +245,7 @@ TEST_F(WholeFileTest, WritesExactlyItsContent) {
     EXPECT_TRUE(files_.hasFile("/b"));
 }
 
-TEST_F(WholeFileTest, TellsAFailedWriteOrClose) {
+TEST_F(WholeFileTest, ReportsAFailedWriteOrClose) {
     files_.setFreeSpace(2);
     EXPECT_EQ(MemoryFileSystem::kDiskFull, OUtils::writeWholeFile("/a", "abc", files_));
     files_.clearFaults();
@@ -259,51 +260,52 @@ TEST(PathExistsTest, IsTrueForAnyKind) {
     EXPECT_TRUE(OUtils::pathExists("/a/b", files));
     EXPECT_TRUE(OUtils::pathExists("\\A", files));
     EXPECT_FALSE(OUtils::pathExists("/c", files));
-    EXPECT_FALSE(OUtils::pathExists(nullptr, files));
+    EXPECT_FALSE(OUtils::pathExists("", files));
 }
 
-TEST(TempDirectoryTest, FitsOrFails) {
+TEST(TempDirectoryTest, HasAPathOrNone) {
     MemoryFileSystem files;
     files.setTemporaryDirectory("/var/tmp");
-    char out[64] = "old";
-    EXPECT_EQ(0, OUtils::getTempDirectory(out, 9, files));
-    EXPECT_STREQ("/var/tmp", out);
-    EXPECT_EQ(1, OUtils::getTempDirectory(out, 8, files));
-    EXPECT_STREQ("", out);
+    EXPECT_EQ("/var/tmp", OUtils::getTempDirectory(files));
     files.setTemporaryDirectory("");
-    EXPECT_EQ(1, OUtils::getTempDirectory(out, 64, files));
-    EXPECT_STREQ("", out);
+    EXPECT_EQ(std::nullopt, OUtils::getTempDirectory(files));
 }
 
-TEST(TempDirectoryTest, OfTheSystemExistsAndHasNoSeparatorAtItsEnd) {
-    char out[OUtils::kPathCapacity];
-    ASSERT_EQ(0, OUtils::getTempDirectory(out, sizeof out));
-    EXPECT_TRUE(OUtils::pathExists(out));
-    const std::string path = out;
-    EXPECT_TRUE(path.back() != '/' && path.back() != '\\') << path;
+TEST(TempDirectoryTest, ExistsOnARealDiskAndHasNoSeparatorAtItsEnd) {
+    const std::optional<std::string> path = OUtils::getTempDirectory(platform::systemFileSystem());
+    ASSERT_TRUE(path.has_value());
+    EXPECT_TRUE(OUtils::pathExists(*path, platform::systemFileSystem()));
+    EXPECT_TRUE(path->back() != '/' && path->back() != '\\') << *path;
 }
 
 TEST(ProgramPathTest, NamesARealFile) {
-    char out[OUtils::kPathCapacity];
-    ASSERT_EQ(0, OUtils::getProgramPath(out, sizeof out));
-    EXPECT_TRUE(OUtils::pathExists(out)) << out;
-    EXPECT_NE(std::string::npos, std::string(out).find("support_test")) << out;
-    EXPECT_EQ(1, OUtils::getProgramPath(out, 3));
-    EXPECT_STREQ("", out);
+    const std::optional<std::string> path = OUtils::getProgramPath(platform::systemEnvironment());
+    ASSERT_TRUE(path.has_value());
+    EXPECT_TRUE(OUtils::pathExists(*path, platform::systemFileSystem())) << *path;
+    EXPECT_NE(std::string::npos, path->find("support_test")) << *path;
+}
+
+TEST(ProgramPathTest, IsNoneWhenTheSystemDoesNotGiveIt) {
+    FakeEnvironment environment;
+    environment.program = "/opt/setup";
+    EXPECT_EQ("/opt/setup", OUtils::getProgramPath(environment));
+    environment.program.clear();
+    EXPECT_EQ(std::nullopt, OUtils::getProgramPath(environment));
 }
 
 TEST(UtilitiesDiskTest, CopyReadAndWriteOnARealDisk) {
+    platform::FileSystem& files = platform::systemFileSystem();
     const TemporaryDirectory directory;
     const std::string from = directory.file("from");
     const std::string to = directory.file("to");
     const std::string content = patterned(700001);
-    ASSERT_EQ(0, OUtils::writeWholeFile(from.c_str(), content));
-    EXPECT_TRUE(OUtils::copyFile(from.c_str(), to.c_str()));
+    ASSERT_EQ(0, OUtils::writeWholeFile(from, content, files));
+    EXPECT_TRUE(OUtils::copyFile(from, to, files));
     std::string back;
-    ASSERT_EQ(0, OUtils::readWholeFile(to.c_str(), back));
+    ASSERT_EQ(0, OUtils::readWholeFile(to, back, files));
     EXPECT_EQ(content, back);
-    EXPECT_FALSE(OUtils::copyFile(from.c_str(), directory.path().c_str()));
-    EXPECT_NE(0, OUtils::readWholeFile(directory.path().c_str(), back));
+    EXPECT_FALSE(OUtils::copyFile(from, directory.path(), files));
+    EXPECT_NE(0, OUtils::readWholeFile(directory.path(), back, files));
     EXPECT_EQ("", back);
 }
 

@@ -73,7 +73,7 @@ TEST(ListStack, TheInnermostListCounts) {
     EXPECT_EQ(lists.depth(), 1U);
     EXPECT_EQ(marker(lists), "2. ");
     lists.open(kTgmLetterList);
-    EXPECT_EQ(marker(lists), "a. ") << "a new list counts anew";
+    EXPECT_EQ(marker(lists), "a. ") << "a new list counts from the start";
 }
 
 TEST(ListStack, HasNoMarkerWithoutAList) {

@@ -4,32 +4,40 @@
 
 #include <string>
 
-#include "fakes/fake_terminal.h"
-#include "fakes/temporary_directory.h"
+#include "description/answers_file.h"
+#include "fakes/fake_console_device.h"
+#include "fakes/memory_file_system.h"
 
 namespace {
 
 struct AutomatedInput : testing::Test {
-    TemporaryDirectory directory;
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
+    MemoryFileSystem files;
+    AnswersFile answers{files};
+    Automated input{terminal, answers, "", false};
 
-    int initWith(const std::string& path) { return Automated(terminal, path.c_str(), false).init(); }
+    int initWith(const std::string& path) { return Automated(terminal, answers, path, false).init(); }
+    // Of a file that is read for the first time.
+    int initWithContent(const std::string& path, std::string_view content) {
+        files.addFile(path, content);
+        AnswersFile file(files);
+        return Automated(terminal, file, path, false).init();
+    }
 };
 
 TEST_F(AutomatedInput, NeedsNoFile) {
-    EXPECT_EQ(Automated(terminal, "", false).init(), 1);
-    EXPECT_EQ(Automated(terminal, nullptr, true).init(), 1);
+    EXPECT_EQ(input.init(), 1);
+    EXPECT_EQ(Automated(terminal, answers, "", true).init(), 1);
     EXPECT_EQ(terminal.output, "");
 }
 
 TEST_F(AutomatedInput, AcceptsAFileWithDefaultValues) {
-    writeTestFile(directory.file("a.xml"), "<Root><Inner><DefValues></DefValues></Inner></Root>");
-    EXPECT_EQ(initWith(directory.file("a.xml")), 1);
+    EXPECT_EQ(initWithContent("/a.xml", "<Root><Inner><DefValues></DefValues></Inner></Root>"), 1);
     EXPECT_EQ(terminal.output, "");
 }
 
 TEST_F(AutomatedInput, RefusesAMissingFile) {
-    const std::string path = directory.file("missing.xml");
+    const std::string path = "/missing.xml";
     EXPECT_EQ(initWith(path), 0);
     EXPECT_EQ(terminal.output, "The file \"" + path + "\" does not exist! Please specify existing file!\n");
     EXPECT_GT(terminal.flushes, 0);
@@ -39,13 +47,20 @@ TEST_F(AutomatedInput, RefusesAFileWithoutDefaultValues) {
     for (const char* content :
          {"<Root><Values></Values></Root>", "", "not XML", "<Root><defvalues/></Root>"}) {
         terminal.output.clear();
-        const std::string path = directory.file("b.xml");
-        writeTestFile(path, content);
-        EXPECT_EQ(initWith(path), 0) << content;
+        const std::string path = "/b.xml";
+        EXPECT_EQ(initWithContent(path, content), 0) << content;
         EXPECT_EQ(terminal.output, "The file \"" + path +
                                        "\" is not a propper XML installation config file. The installation "
                                        "can not continue!\n");
     }
+}
+
+TEST_F(AutomatedInput, LeavesTheDocumentToTheSession) {
+    files.addFile("/a.xml", "<Root><DefValues></DefValues></Root>");
+    ASSERT_EQ(initWith("/a.xml"), 1);
+    files.addFile("/a.xml", "");
+    EXPECT_EQ(answers.load("/a.xml"), 0);
+    EXPECT_TRUE(answers.hasValues());
 }
 
 constexpr std::string_view kAnswersTag = "<DefValues>";
@@ -53,39 +68,36 @@ constexpr std::string_view kAnswers =
     "<DefValues>\n <Value Name=\"A\" DataType=\"value\">two</Value>\n</DefValues>\n";
 
 TEST_F(AutomatedInput, AcceptsACutFileOnceItsSectionIsOpened) {
-    const std::string path = directory.file("cut.xml");
+    const std::string path = "/cut.xml";
     for (std::size_t length = 0; length <= kAnswers.size(); ++length) {
         terminal.output.clear();
-        writeTestFile(path, kAnswers.substr(0, length));
         const bool isOpened = length >= kAnswersTag.size();
-        EXPECT_EQ(initWith(path), isOpened ? 1 : 0) << length;
+        EXPECT_EQ(initWithContent(path, kAnswers.substr(0, length)), isOpened ? 1 : 0) << length;
         EXPECT_EQ(terminal.output.empty(), isOpened) << length;
     }
 }
 
 TEST_F(AutomatedInput, TakesOrRefusesAFileWithAnyByteWrong) {
-    const std::string path = directory.file("wrong.xml");
+    const std::string path = "/wrong.xml";
     const std::string refusal = "The file \"" + path +
                                 "\" is not a propper XML installation config file. The installation can not "
                                 "continue!\n";
     for (std::size_t place = 0; place < kAnswers.size(); ++place) {
         for (const char wrong : {'<', '>', '"', '/', '\0', '\xFF', 'x'}) {
             terminal.output.clear();
-            std::string answers(kAnswers);
-            answers[place] = wrong;
-            writeTestFile(path, answers);
-            const int result = initWith(path);
+            std::string content(kAnswers);
+            content[place] = wrong;
+            const int result = initWithContent(path, content);
             EXPECT_EQ(terminal.output, result == 1 ? "" : refusal) << place << wrong;
             // The name may end with "/>" as well.
             const bool endsName = place == kAnswersTag.size() - 1 && wrong == '/';
-            const bool isInTag = place < kAnswersTag.size() && answers != kAnswers && !endsName;
+            const bool isInTag = place < kAnswersTag.size() && content != kAnswers && !endsName;
             EXPECT_EQ(result, isInTag ? 0 : 1) << place << wrong;
         }
     }
 }
 
 TEST_F(AutomatedInput, AnswersATextWithItsValueAndNeverTheFallback) {
-    Automated input(terminal, "", false);
     char buffer[8] = "before";
     EXPECT_EQ(input.askText("Question", buffer, sizeof buffer, "value", "fallback", true), 1);
     EXPECT_STREQ(buffer, "value");
@@ -95,7 +107,6 @@ TEST_F(AutomatedInput, AnswersATextWithItsValueAndNeverTheFallback) {
 }
 
 TEST_F(AutomatedInput, CutsATextToTheBuffer) {
-    Automated input(terminal, "", false);
     char buffer[4] = "";
     input.askText("Question", buffer, sizeof buffer, "abcdef", "", false);
     EXPECT_STREQ(buffer, "abc");
@@ -105,7 +116,6 @@ TEST_F(AutomatedInput, CutsATextToTheBuffer) {
 }
 
 TEST_F(AutomatedInput, AnswersChoicesWithTheDefaultAsItIs) {
-    Automated input(terminal, "", false);
     for (const int preset : {-1, 0, 1, 7}) {
         EXPECT_EQ(input.askChoice("Question", preset, "no", "yes", false, true), preset);
         EXPECT_EQ(input.askList("Question", preset, {"a", "b"}, {true, false}), preset);
@@ -114,7 +124,6 @@ TEST_F(AutomatedInput, AnswersChoicesWithTheDefaultAsItIs) {
 }
 
 TEST_F(AutomatedInput, PrintsMessagesAndSkipsPauses) {
-    Automated input(terminal, "", false);
     input.tell("A message");
     input.pause("A pause");
     EXPECT_EQ(terminal.output, "A message");
@@ -122,10 +131,10 @@ TEST_F(AutomatedInput, PrintsMessagesAndSkipsPauses) {
     EXPECT_EQ(terminal.linesRead, 0);
 }
 
-TEST_F(AutomatedInput, TellsHowTheRunEnded) {
+TEST_F(AutomatedInput, SaysHowTheRunEnded) {
     const auto endOf = [this](bool uninstall, bool failed) {
         terminal.output.clear();
-        EXPECT_EQ(Automated(terminal, "", uninstall).finish(failed), 1);
+        EXPECT_EQ(Automated(terminal, answers, "", uninstall).finish(failed), 1);
         return terminal.output;
     };
     EXPECT_EQ(endOf(false, false), "Automatic installation was successful!\n");
@@ -135,7 +144,6 @@ TEST_F(AutomatedInput, TellsHowTheRunEnded) {
 }
 
 TEST_F(AutomatedInput, IsNotEndedByAnAbort) {
-    Automated input(terminal, "", false);
     input.abort();
     EXPECT_EQ(input.askChoice("Question", 1, "no", "yes", false, true), 1);
 }

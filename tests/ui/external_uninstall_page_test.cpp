@@ -6,50 +6,46 @@ namespace {
 
 class ExternalUninstallPageTest : public Walk {
 protected:
-    DialogDesc& page = addDialog("ExternalUninstall");
+    ExternalUninstallPageTest() { page.node = 7; }
 
-    void describe(const std::string& elements) {
-        page.node = addXml("ExternalUninstall", "<ExternalUninstall>" + elements + "</ExternalUninstall>");
-    }
     PageVisit enter() {
         PageVisit visit{0, -1, ui, page, state};
         externalUninstall.enter(visit);
         return visit;
     }
-    // An uninstallation takes the application off the list.
-    void uninstallForReal() {
-        actions.onCall = [this](const std::string& call) {
-            std::erase_if(system.installed, [&](const WalkSystem::InstalledApplication& application) {
-                return call.starts_with("uninstallApplication(" + application.name + ",");
-            });
-        };
-    }
+
+    DialogDesc& page = addDialog("ExternalUninstall");
+    ExternalUninstallPage externalUninstall{actions};
 };
 
-TEST_F(ExternalUninstallPageTest, DoesNothingWhenNothingIsInstalled) {
-    describe("<ExternalLegacyApplication>Demo</ExternalLegacyApplication>");
+TEST_F(ExternalUninstallPageTest, LetsTheUserGoOnWhenNothingIsInstalled) {
     const PageVisit visit = enter();
     EXPECT_TRUE(visit.shown);
-    EXPECT_TRUE(actions.calls.empty());
+    EXPECT_EQ(actions.calls, Calls{"removeExternalProducts(7)"});
     EXPECT_TRUE(ui.calls.empty());
-    ASSERT_NE(page.condition, nullptr);
-    EXPECT_EQ(page.condition->evaluate(&system, &ui), 1);
+    EXPECT_EQ(state.uiState, kUiReady);
+    ASSERT_NE(page.gate, nullptr);
+    EXPECT_TRUE(page.gate->isOpen(ui));
 }
 
-TEST_F(ExternalUninstallPageTest, UninstallsAnApplicationAndGoesOn) {
-    describe("<ExternalLegacyApplication>Demo</ExternalLegacyApplication>");
-    system.installed = {{"Demo", "", false}};
-    uninstallForReal();
+TEST_F(ExternalUninstallPageTest, HoldsThePageWhileItUninstalls) {
+    actions.products.names = {"Demo"};
+    std::vector<std::int32_t> states;
+    std::vector<bool> gates;
+    actions.onCall = [&](const std::string&) {
+        states.push_back(state.uiState);
+        gates.push_back(page.gate->isOpen(ui));
+    };
     enter();
-    EXPECT_EQ(actions.calls, Calls{"uninstallApplication(Demo, null, native, wait)"});
-    EXPECT_EQ(ui.calls, (Calls{"showPage(0, -1, 1)", "updateNavigationState()",
-                               "addFileLine(\"Uninstalling \"Demo\" ...\", 1)"}));
-    EXPECT_EQ(page.condition->evaluate(&system, &ui), 1);
+    EXPECT_EQ(states, std::vector<std::int32_t>{kUiConditionUnmet});
+    EXPECT_EQ(gates, std::vector<bool>{false});
+    EXPECT_EQ(ui.calls, (Calls{"showPage(0, -1, 1)", "updateNavigationState()"}));
+    EXPECT_TRUE(page.gate->isOpen(ui));
 }
 
-TEST_F(ExternalUninstallPageTest, HoldsTheUserWhileAnApplicationIsLeft) {
-    describe("<ExternalLegacyApplication>Demo</ExternalLegacyApplication>");
-    system.installed = {{"Demo", "", false}};
+TEST_F(ExternalUninstallPageTest, HoldsTheUserWhileAProductIsLeft) {
+    actions.products.names = {"Demo"};
+    actions.productIsLeft = true;
     enter();
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
     EXPECT_EQ(ui.take().back(), "updateNavigationState()");
@@ -58,62 +54,22 @@ TEST_F(ExternalUninstallPageTest, HoldsTheUserWhileAnApplicationIsLeft) {
     EXPECT_EQ(actions.calls.size(), 1U);
     EXPECT_EQ(ui.take(), (Calls{"showPage(0, -1, 1)", "updateNavigationState()"}));
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
-    system.installed.clear();
+    actions.productIsLeft = false;
     state.uiState = kUiReady;
     enter();
     EXPECT_TRUE(ui.calls.empty());
     EXPECT_EQ(state.uiState, kUiReady);
 }
 
-TEST_F(ExternalUninstallPageTest, FindsApplicationsByAPartOfTheirName) {
-    describe(
-        "<ExternalLegacyApplication Details=\";substring;\" Publisher=\"Acme\">Demo"
-        "</ExternalLegacyApplication>");
-    system.installed = {{"Demo 1", "Acme", false},
-                        {"Demo 2", "Other", false},
-                        {"My Demo", "Acme", false},
-                        {"Tool", "Acme", false}};
+TEST_F(ExternalUninstallPageTest, LooksForWhatThePageFound) {
+    actions.products = {{"Demo 1", "Demo 2"}, true};
+    actions.productIsLeft = true;
     enter();
-    EXPECT_EQ(actions.calls, (Calls{"uninstallApplication(Demo 1, null, native, wait)",
-                                    "uninstallApplication(My Demo, null, native, wait)"}));
-    EXPECT_EQ(ui.countOf("addFileLine(\"Uninstalling"), 2);
-}
-
-TEST_F(ExternalUninstallPageTest, SearchesWithoutAPublisher) {
-    describe("<ExternalLegacyApplication Details=\"substring\">Demo</ExternalLegacyApplication>");
-    enter();
-    EXPECT_EQ(system.calls, Calls{"findEntriesByPublisher(Demo, )"});
-}
-
-TEST_F(ExternalUninstallPageTest, LooksIntoThe32BitView) {
-    describe("<ExternalLegacyApplication Details=\"x86\">Demo</ExternalLegacyApplication>");
-    system.installed = {{"Demo", "", false}};
-    enter();
-    EXPECT_TRUE(actions.calls.empty());
-    page.condition = nullptr;
-    system.installed = {{"Demo", "", true}};
-    enter();
-    EXPECT_EQ(actions.calls, Calls{"uninstallApplication(Demo, null, x86, wait)"});
-    EXPECT_EQ(page.condition->evaluate(&system, &ui), 0);
-}
-
-TEST_F(ExternalUninstallPageTest, HandsExpandedArgumentsOn) {
-    variables.setVariable("LONG", std::string(1500, 'x').c_str());
-    describe("<ExternalLegacyApplication Arguments=\"-q [LONG][LONG]\">Demo</ExternalLegacyApplication>");
-    system.installed = {{"Demo", "", false}};
-    enter();
-    EXPECT_EQ(actions.calls,
-              Calls{"uninstallApplication(Demo, -q " + std::string(3000, 'x') + ", native, wait)"});
-}
-
-TEST_F(ExternalUninstallPageTest, PassesOverOtherElementsAndFalseConditions) {
-    describe(
-        "<ExternalLegacyApplication Condition=\"0\">Demo</ExternalLegacyApplication>"
-        "<Other>Demo</Other><ExternalLegacyApplication/>");
-    system.installed = {{"Demo", "", false}};
-    enter();
-    EXPECT_TRUE(actions.calls.empty());
-    EXPECT_EQ(state.uiState, kUiReady);
+    actions.askedProducts.clear();
+    EXPECT_FALSE(page.gate->isOpen(ui));
+    ASSERT_EQ(actions.askedProducts.size(), 1U);
+    EXPECT_EQ(actions.askedProducts[0].names, (Calls{"Demo 1", "Demo 2"}));
+    EXPECT_TRUE(actions.askedProducts[0].in32BitView);
 }
 
 }  // namespace

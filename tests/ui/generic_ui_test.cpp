@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "description/answers_file.h"
+#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/fake_terminal.h"
-#include "fakes/temporary_directory.h"
+#include "fakes/memory_file_system.h"
 #include "ui/automated_input.h"
 
 namespace {
@@ -33,8 +34,8 @@ private:
 // The least that makes a front end.
 class TestUI : public GenericUI {
 public:
-    TestUI(Terminal& terminal, bool uninstall, bool ignoreErrors)
-        : GenericUI(terminal, uninstall, ignoreErrors) {}
+    TestUI(platform::ConsoleDevice& terminal, AnswersFile& answers, bool uninstall, bool ignoreErrors)
+        : GenericUI(terminal, answers, uninstall, ignoreErrors) {}
 
     int userReady = 1;
     std::vector<bool> madeUsers;  // their `uninstall`
@@ -82,8 +83,10 @@ protected:
 };
 
 struct GenericFrontEnd : testing::Test {
-    FakeTerminal terminal;
-    TestUI ui{terminal, false, false};
+    FakeConsoleDevice terminal;
+    MemoryFileSystem files;
+    AnswersFile answers{files};
+    TestUI ui{terminal, answers, false, false};
     bool automated = false;
 
     std::string endOfRun() {
@@ -134,9 +137,8 @@ TEST_F(GenericFrontEnd, AsksTheUserForTheEmptyMode) {
 }
 
 TEST_F(GenericFrontEnd, TakesAnAnswersFile) {
-    TemporaryDirectory directory;
-    writeTestFile(directory.file("answers.xml"), "<Root><DefValues></DefValues></Root>");
-    EXPECT_EQ(ui.createInputProvider(directory.file("answers.xml").c_str(), automated), 0);
+    files.addFile("/answers.xml", "<Root><DefValues></DefValues></Root>");
+    EXPECT_EQ(ui.createInputProvider("/answers.xml", automated), 0);
     EXPECT_TRUE(ui.isAutomated());
     EXPECT_TRUE(automated);
     EXPECT_EQ(terminal.output, "");
@@ -144,8 +146,7 @@ TEST_F(GenericFrontEnd, TakesAnAnswersFile) {
 }
 
 TEST_F(GenericFrontEnd, GoesOnWithTheUserWhenTheAnswersFileIsMissing) {
-    TemporaryDirectory directory;
-    const std::string path = directory.file("missing.xml");
+    const std::string path = "/missing.xml";
     EXPECT_EQ(ui.createInputProvider(path.c_str(), automated), 0);
     EXPECT_TRUE(ui.isUser());
     EXPECT_EQ(ui.madeUsers, std::vector<bool>{false});
@@ -154,9 +155,8 @@ TEST_F(GenericFrontEnd, GoesOnWithTheUserWhenTheAnswersFileIsMissing) {
 }
 
 TEST_F(GenericFrontEnd, GoesOnWithTheUserWhenTheAnswersFileHasNoDefaultValues) {
-    TemporaryDirectory directory;
-    const std::string path = directory.file("other.xml");
-    writeTestFile(path, "<Root></Root>");
+    const std::string path = "/other.xml";
+    files.addFile(path, "<Root></Root>");
     EXPECT_EQ(ui.createInputProvider(path.c_str(), automated), 0);
     EXPECT_TRUE(ui.isUser());
     EXPECT_FALSE(automated);
@@ -186,7 +186,7 @@ TEST_F(GenericFrontEnd, FailsWhenTheUserCannotBeAsked) {
 TEST_F(GenericFrontEnd, KeepsTheFlagsOfTheRun) {
     EXPECT_FALSE(ui.isUninstall());
     EXPECT_EQ(ui.getIgnoreErrors(), 0);
-    TestUI other(terminal, true, true);
+    TestUI other(terminal, answers, true, true);
     EXPECT_TRUE(other.isUninstall());
     EXPECT_EQ(other.getIgnoreErrors(), 1);
 }

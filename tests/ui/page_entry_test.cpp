@@ -8,12 +8,12 @@ namespace {
 
 class PageEntryTest : public Walk {
 protected:
-    // Enters a page of that name; what the front end was told is in ui.calls.
-    int enter(const char* name, std::uint32_t special = 0) {
+    // Enters a page of that name; the calls of the front end are in ui.calls.
+    Onward enter(const char* name, std::uint32_t special = 0) {
         page = makePage(name, special);
         return enterPage();
     }
-    int enterPage() {
+    Onward enterPage() {
         PageVisit visit{3, 1, ui, page, state};
         return entry.enterPage(visit);
     }
@@ -22,6 +22,9 @@ protected:
         return {"showPage(3, 1, 1)", "updateNavigationState()", "updateNavigationState()"};
     }
 
+    ControlValues controls{controlNames, variables};
+    Triggers triggers{dialogs, variables, expressions, actions, files, debugLog};
+    PageEntry entry{controls, triggers, actions, debugLog};
     DialogDesc page;
 };
 
@@ -35,15 +38,15 @@ TEST_F(PageEntryTest, KnowsEachNameOnce) {
 }
 
 TEST_F(PageEntryTest, ShowsAnOrdinaryPage) {
-    EXPECT_EQ(enter("Welcome"), 0);
+    EXPECT_EQ(enter("Welcome"), Onward::kWait);
     EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
     EXPECT_TRUE(actions.calls.empty());
     EXPECT_EQ(log.lines(), Calls{"Setting dialog \"Welcome\" (3, 1)"});
 }
 
 TEST_F(PageEntryTest, NeedsNoLog) {
-    console.setTarget(nullptr, 0);
-    EXPECT_EQ(enter("Welcome"), 0);
+    debugLog.setTarget(nullptr, 0);
+    EXPECT_EQ(enter("Welcome"), Onward::kWait);
     EXPECT_TRUE(log.lines().empty());
 }
 
@@ -55,15 +58,15 @@ TEST_F(PageEntryTest, ComparesNamesExactly) {
 }
 
 TEST_F(PageEntryTest, ClearsTheConditionVariable) {
-    variables.setVariable("GATE", "1");
+    variables.set("GATE", "1");
     enter("Welcome");
     EXPECT_EQ(valueOf("GATE"), "0");
 }
 
 TEST_F(PageEntryTest, AsksForAStepOnAPageThatMovesOnByItself) {
-    EXPECT_EQ(enter("Welcome", kDialogAutoNext), 1);
-    EXPECT_EQ(enter("CopyProgress", kDialogAutoNext), 1);
-    EXPECT_EQ(enter("CopyProgress"), 0);
+    EXPECT_EQ(enter("Welcome", kDialogAutoNext), Onward::kGoOn);
+    EXPECT_EQ(enter("CopyProgress", kDialogAutoNext), Onward::kGoOn);
+    EXPECT_EQ(enter("CopyProgress"), Onward::kWait);
 }
 
 TEST_F(PageEntryTest, IsBusyWhileItsTriggersRun) {
@@ -77,7 +80,7 @@ TEST_F(PageEntryTest, IsBusyWhileItsTriggersRun) {
     std::vector<std::int32_t> states;
     actions.onCall = [&](const std::string&) { states.push_back(state.uiState); };
     PageVisit visit{3, 1, ui, busy, state};
-    EXPECT_EQ(entry.enterPage(visit), 0);
+    EXPECT_EQ(entry.enterPage(visit), Onward::kWait);
     EXPECT_EQ(states, std::vector<std::int32_t>{kUiBusy});
     EXPECT_EQ(state.uiState, kUiReady);
     EXPECT_EQ(ui.calls, (Calls{"updateNavigationState()", "showPage(3, 1, 1)", "updateNavigationState()"}));
@@ -85,8 +88,7 @@ TEST_F(PageEntryTest, IsBusyWhileItsTriggersRun) {
 
 TEST_F(PageEntryTest, LeavesTheStateOfABusyPageThatGotAnother) {
     page = makePage("RunningApps", kDialogBusy);
-    page.node = addXml("RunningApps", "<RunningApps><TestApp>demo</TestApp></RunningApps>");
-    system.running = {"demo"};
+    actions.programs = {{"demo", true}};
     enterPage();
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
 }
@@ -100,110 +102,110 @@ TEST_F(PageEntryTest, ShowsABusyPageWithWorkOnce) {
 TEST_F(PageEntryTest, InstallsOnCopyProgress) {
     std::vector<std::int32_t> states;
     actions.onCall = [&](const std::string&) { states.push_back(state.uiState); };
-    actions.results["installProduct"] = -1;
-    EXPECT_EQ(enter("CopyProgress"), 0);
+    actions.failing.insert("installProduct");
+    EXPECT_EQ(enter("CopyProgress"), Onward::kWait);
     EXPECT_EQ(actions.calls, (Calls{"normalizeDirectoryFields", "installProduct"}));
     EXPECT_EQ(states, (std::vector<std::int32_t>{kUiInstallationRunning, kUiInstallationRunning}));
     EXPECT_EQ(ui.calls, workCalls());
     EXPECT_EQ(state.uiState, kUiReady);
-    EXPECT_EQ(state.lastResult, -1);
+    EXPECT_TRUE(state.lastWorkFailed);
 }
 
 TEST_F(PageEntryTest, UninstallsOnCopyProgressInAnActionLogSession) {
     actions.actionLogSession = true;
-    state.lastResult = 7;
+    state.lastWorkFailed = true;
     enter("CopyProgress");
     EXPECT_EQ(actions.calls, (Calls{"normalizeDirectoryFields", "uninstallCurrentProduct"}));
-    EXPECT_EQ(state.lastResult, 0);
+    EXPECT_FALSE(state.lastWorkFailed);
 }
 
 TEST_F(PageEntryTest, UninstallsAnEarlierProduct) {
-    variables.setVariable("UNINSTALL_ERROR", "0");
-    EXPECT_EQ(enter("Uninstall"), 0);
+    variables.set("UNINSTALL_ERROR", "0");
+    EXPECT_EQ(enter("Uninstall"), Onward::kWait);
     EXPECT_EQ(actions.calls, Calls{"uninstallPrevious"});
     EXPECT_EQ(ui.calls, workCalls());
-    EXPECT_EQ(state.lastResult, 0);
+    EXPECT_FALSE(state.lastWorkFailed);
     EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "0");
 }
 
-TEST_F(PageEntryTest, TellsTheDescriptionOfAFailedUninstallation) {
-    actions.results["uninstallPrevious"] = 5;
+TEST_F(PageEntryTest, ReportsAFailedUninstallationToTheDescription) {
+    actions.failing.insert("uninstallPrevious");
     enter("Uninstall");
-    EXPECT_EQ(state.lastResult, 5);
+    EXPECT_TRUE(state.lastWorkFailed);
     EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "1");
 }
 
 TEST_F(PageEntryTest, Reverts) {
-    actions.results["revertInstallation"] = 2;
-    actions.results["revertUninstallation"] = 3;
+    actions.failing.insert("revertInstallation");
+    actions.failing.insert("revertUninstallation");
     enter("RevertInstallation");
     EXPECT_EQ(ui.take(), workCalls());
-    EXPECT_EQ(state.lastResult, 2);
+    EXPECT_TRUE(state.lastWorkFailed);
     enter("RevertUninstallation");
     EXPECT_EQ(ui.take(), workCalls());
-    EXPECT_EQ(state.lastResult, 3);
+    EXPECT_TRUE(state.lastWorkFailed);
     EXPECT_EQ(actions.calls, (Calls{"revertInstallation", "revertUninstallation"}));
 }
 
 TEST_F(PageEntryTest, RegistersTheApplicationWithoutShowingAPage) {
-    state.lastResult = 7;
-    EXPECT_EQ(enter("RegisterApplication"), 0);
+    state.lastWorkFailed = true;
+    EXPECT_EQ(enter("RegisterApplication"), Onward::kWait);
     EXPECT_EQ(actions.take(), Calls{"registerApplication"});
-    EXPECT_EQ(state.lastResult, 0);
-    actions.registrationWorks = false;
+    EXPECT_FALSE(state.lastWorkFailed);
+    actions.failing = {"registerApplication"};
     enter("RegisterApplication");
-    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(state.lastWorkFailed);
     EXPECT_TRUE(ui.calls.empty());
 }
 
 TEST_F(PageEntryTest, FailsToRegisterInAnActionLogSession) {
     actions.actionLogSession = true;
     enter("RegisterApplication");
-    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(state.lastWorkFailed);
     EXPECT_TRUE(actions.calls.empty());
     EXPECT_TRUE(ui.calls.empty());
 }
 
 TEST_F(PageEntryTest, UnregistersTheApplicationInAnActionLogSession) {
     actions.actionLogSession = true;
-    state.lastResult = 7;
+    state.lastWorkFailed = true;
     enter("UnregisterApplication");
     EXPECT_EQ(actions.take(), Calls{"unregisterApplication"});
-    EXPECT_EQ(state.lastResult, 0);
-    actions.registrationWorks = false;
+    EXPECT_FALSE(state.lastWorkFailed);
+    actions.failing = {"unregisterApplication"};
     enter("UnregisterApplication");
-    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(state.lastWorkFailed);
     EXPECT_TRUE(ui.calls.empty());
 }
 
 TEST_F(PageEntryTest, UnregistersNothingInAnotherSession) {
-    state.lastResult = 7;
+    state.lastWorkFailed = true;
     enter("UnregisterApplication");
     EXPECT_TRUE(actions.calls.empty());
-    EXPECT_EQ(state.lastResult, 7);
+    EXPECT_TRUE(state.lastWorkFailed);
     EXPECT_TRUE(ui.calls.empty());
 }
 
-TEST_F(PageEntryTest, RunsTheActionsAheadOfAnUninstallation) {
-    state.lastResult = 7;
-    EXPECT_EQ(enter("PreUninstall"), 0);
+TEST_F(PageEntryTest, RunsTheActionsBeforeAnUninstallation) {
+    state.lastWorkFailed = true;
+    EXPECT_EQ(enter("PreUninstall"), Onward::kWait);
     EXPECT_EQ(actions.calls, Calls{"prepareUninstall"});
     EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
-    EXPECT_EQ(state.lastResult, 0);
+    EXPECT_FALSE(state.lastWorkFailed);
 }
 
 TEST_F(PageEntryTest, FinishesTheInstallationAndAsksForAStep) {
-    state.lastResult = 7;
-    EXPECT_EQ(enter("PostInstall"), 1);
+    state.lastWorkFailed = true;
+    EXPECT_EQ(enter("PostInstall"), Onward::kGoOn);
     EXPECT_EQ(actions.calls, Calls{"finishInstallation"});
     EXPECT_EQ(ui.calls, Calls{"showPage(3, 1, 1)"});
-    EXPECT_EQ(state.lastResult, 0);
+    EXPECT_FALSE(state.lastWorkFailed);
 }
 
-TEST_F(PageEntryTest, TellsThatWorkIsNotAvailable) {
-    actions.results["prepareUninstall"] = -1;
+TEST_F(PageEntryTest, FailsWhenTheUninstallationCannotBePrepared) {
+    actions.failing.insert("prepareUninstall");
     enter("PreUninstall");
-    EXPECT_EQ(state.lastResult, 1);
+    EXPECT_TRUE(state.lastWorkFailed);
 }
 
 TEST_F(PageEntryTest, FinishesWithoutASummaryWhenThereAreNoErrors) {
@@ -219,7 +221,7 @@ TEST_F(PageEntryTest, SummarisesTheErrorsOfAnInstallation) {
     const std::vector<std::string> errors = {"one", "two"};
     state.errorSummary = &errors;
     for (const char* name : {"Finish", "BadFinish"}) {
-        EXPECT_EQ(enter(name), 0);
+        EXPECT_EQ(enter(name), Onward::kWait);
         EXPECT_EQ(ui.take(), (Calls{"showPage(3, 1, 1)", "pumpEvents()",
                                     "addFileLine(\"Installation errors summary:\", 0)", "pumpEvents()",
                                     "addFileLine(\"one\", 1)", "pumpEvents()", "addFileLine(\"two\", 0)",

@@ -6,7 +6,7 @@ namespace {
 
 class PageTurnerTest : public Walk {
 protected:
-    // Triggers write down where they ran and when, between the calls of the front end.
+    // Triggers record where they ran and when, between the calls of the front end.
     void traceTriggers(DialogDesc& page, const char* name) {
         addTrigger(page, kTriggerOnEnd, kTriggerRunActions, "", (std::string("leave ") + name).c_str());
         addTrigger(page, kTriggerOnStart, kTriggerRunActions, "", (std::string("enter ") + name).c_str());
@@ -25,8 +25,8 @@ TEST_F(PageTurnerTest, EntersADialogInTheAgreedOrder) {
     traceTriggers(from, "from");
     traceTriggers(addDialog("To"), "to");
     mergeActionsIntoCalls();
-    stand(0);
-    EXPECT_EQ(pages.goToDialog(1, &ui), 0);
+    placeAt(0);
+    EXPECT_EQ(walk.goToDialog(1, &ui), 0);
     EXPECT_EQ(ui.calls,
               (Calls{"keepElement(\"A\")", "keepElement(\"B\")", "leaveDialog(0)", "clearTaskList()",
                      "destroySubPage()", "runActions(leave from) at 0, -1", "runActions(enter to) at 1, -1",
@@ -41,8 +41,8 @@ TEST_F(PageTurnerTest, EntersASubDialogInTheAgreedOrder) {
     traceTriggers(frame.subDialogs[0], "one");
     traceTriggers(frame.subDialogs[1], "two");
     mergeActionsIntoCalls();
-    stand(0, 0);
-    EXPECT_EQ(pages.goToSubdialog(0, 1, &ui), 0);
+    placeAt(0, 0);
+    EXPECT_EQ(walk.goToSubdialog(0, 1, &ui), 0);
     EXPECT_EQ(ui.calls, (Calls{"keepElement(\"A\")", "leaveSubDialog(0, 0)", "runActions(leave one) at 0, 0",
                                "runActions(enter two) at 0, 1", "setTaskState(\"Two\", \"Two\", 1)",
                                "prepareSubDialog(0, 1)", "showSubDialog(0, 1)", "showPage(0, 1, 1)"}));
@@ -57,8 +57,8 @@ TEST_F(PageTurnerTest, LeavesASubDialogForADialog) {
     traceTriggers(frame, "frame");
     traceTriggers(frame.subDialogs[0], "one");
     addDialog("To");
-    stand(0, 0);
-    pages.goToDialog(1, &ui);
+    placeAt(0, 0);
+    walk.goToDialog(1, &ui);
     EXPECT_EQ(ui.callsOf("keepElement"), Calls{"keepElement(\"sub\")"});
     EXPECT_EQ(ui.callsOf("leave"), Calls{"leaveDialog(0)"});
     EXPECT_EQ(actions.calls, Calls{"runActions(leave one)"});
@@ -66,43 +66,43 @@ TEST_F(PageTurnerTest, LeavesASubDialogForADialog) {
 
 TEST_F(PageTurnerTest, LeavesDialogZeroWhenTheWalkBegins) {
     traceTriggers(addDialog("First"), "first");
-    stand(0);
-    pages.goToDialog(0, &ui);
+    placeAt(0);
+    walk.goToDialog(0, &ui);
     EXPECT_EQ(actions.calls, (Calls{"runActions(leave first)", "runActions(enter first)"}));
 }
 
 TEST_F(PageTurnerTest, DoesNothingForAPageThatIsNotThere) {
     addDialog("Page");
     addFrame("Frame", {"One"});
-    stand(0);
-    EXPECT_EQ(pages.goToDialog(-1, &ui), -1);
-    EXPECT_EQ(pages.goToDialog(2, &ui), -1);
-    EXPECT_EQ(pages.goToDialog(0, nullptr), -1);
-    EXPECT_EQ(pages.goToSubdialog(1, 1, &ui), -1);
-    EXPECT_EQ(pages.goToSubdialog(1, -1, &ui), -1);
-    EXPECT_EQ(pages.goToSubdialog(0, 0, &ui), -1);
-    EXPECT_EQ(pages.goToSubdialog(1, 0, nullptr), -1);
+    placeAt(0);
+    EXPECT_EQ(walk.goToDialog(-1, &ui), -1);
+    EXPECT_EQ(walk.goToDialog(2, &ui), -1);
+    EXPECT_EQ(walk.goToDialog(0, nullptr), -1);
+    EXPECT_EQ(walk.goToSubdialog(1, 1, &ui), -1);
+    EXPECT_EQ(walk.goToSubdialog(1, -1, &ui), -1);
+    EXPECT_EQ(walk.goToSubdialog(0, 0, &ui), -1);
+    EXPECT_EQ(walk.goToSubdialog(1, 0, nullptr), -1);
     EXPECT_TRUE(ui.calls.empty());
     expectAt(0);
 }
 
-TEST_F(PageTurnerTest, TellsThatAPageMovesOnByItself) {
+TEST_F(PageTurnerTest, ReportsAPageThatMovesOnByItself) {
     DialogDesc& frame = addFrame("Frame", {"One"});
     frame.subDialogs[0].special = kDialogAutoNext;
-    stand(0);
-    EXPECT_EQ(pages.goToDialog(0, &ui), 0);
-    EXPECT_EQ(pages.goToSubdialog(0, 0, &ui), 1);
+    placeAt(0);
+    EXPECT_EQ(walk.goToDialog(0, &ui), 0);
+    EXPECT_EQ(walk.goToSubdialog(0, 0, &ui), 1);
 }
 
 TEST_F(PageTurnerTest, DoesNotStartTheWorkOfAPageThatWasCancelledWhileShown) {
     addDialog("CopyProgress", kDialogAutoNext);
-    stand(0);
+    placeAt(0);
     ui.onCall = [this](const std::string& call) {
         if (call == "showDialog(0)") {
-            state.cancelled = 1;
+            state.cancelled = true;
         }
     };
-    EXPECT_EQ(pages.goToDialog(0, &ui), 0);
+    EXPECT_EQ(walk.goToDialog(0, &ui), 0);
     EXPECT_TRUE(actions.calls.empty());
 }
 

@@ -35,20 +35,19 @@ struct RefreshFlags : testing::Test {
         to.tasks.emplace_back();
         to.tasks.back().enableCondition.assign(condition);
     }
-    std::uint32_t flags(const char* variable, int dialog = 0, int subDialog = -1) {
+    std::uint32_t flags(std::string_view variable, int dialog = 0, int subDialog = -1) {
         return getRefreshFlags(dialogs, variable, dialog, subDialog);
     }
 };
 
-TEST_F(RefreshFlags, AreNoneForWhatIsNotThere) {
+TEST_F(RefreshFlags, GivesNoneForWhatIsNotThere) {
     addField(page(), "[VAR]");
-    EXPECT_EQ(flags(nullptr), 0U);
     EXPECT_EQ(flags("VAR", 1), 0U);
     EXPECT_EQ(flags("VAR", -1), 0U);
     EXPECT_EQ(flags("VAR"), kRefreshFields);
 }
 
-TEST_F(RefreshFlags, TellFieldsElementsButtonsAndTasksApart) {
+TEST_F(RefreshFlags, DistinguishesFieldsElementsButtonsAndTasks) {
     addField(page(), "[F]==1");
     addElement(page(), "[E]==1");
     addButton(page(), "[B]==1");
@@ -61,7 +60,7 @@ TEST_F(RefreshFlags, TellFieldsElementsButtonsAndTasksApart) {
     EXPECT_EQ(flags("==1"), kRefreshFields | kRefreshElements | kRefreshButtons | kRefreshTasks);
 }
 
-TEST_F(RefreshFlags, LookAtEachFieldElementButtonAndTask) {
+TEST_F(RefreshFlags, LooksAtEachFieldElementButtonAndTask) {
     for (const char* condition : {"[A]", "", "[VAR]"}) {
         addField(page(), condition);
         addElement(page(), condition);
@@ -71,13 +70,13 @@ TEST_F(RefreshFlags, LookAtEachFieldElementButtonAndTask) {
     EXPECT_EQ(flags("VAR"), kRefreshFields | kRefreshElements | kRefreshButtons | kRefreshTasks);
 }
 
-TEST_F(RefreshFlags, CompareWithCaseAndFindPartsOfLongerNames) {
+TEST_F(RefreshFlags, ComparesWithCaseAndFindsPartsOfLongerNames) {
     addElement(page(), "[MY_VARIABLE]");
     EXPECT_EQ(flags("VAR"), kRefreshElements);
     EXPECT_EQ(flags("var"), 0U);
 }
 
-TEST_F(RefreshFlags, FollowTheValidationOfEveryFieldIntoElements) {
+TEST_F(RefreshFlags, FollowsTheValidationOfEveryFieldIntoElements) {
     addField(page(), "", "VALID_A");
     addField(page(), "", "");
     addField(page(), "", "VALID_B");
@@ -86,13 +85,34 @@ TEST_F(RefreshFlags, FollowTheValidationOfEveryFieldIntoElements) {
     EXPECT_EQ(flags("OTHER"), kRefreshElements);
 }
 
-TEST_F(RefreshFlags, DoNotTakeAnEmptyValidationForAName) {
+TEST_F(RefreshFlags, FindsNamesOfAnyLengthAtAnyPlace) {
+    addField(page(), "", "AB");
+    addField(page(), "", "xyz");
+    for (const char* condition : {"AB", "--AB", "ABxy", "--xyz--"}) {
+        page().elements.clear();
+        addElement(page(), condition);
+        EXPECT_EQ(flags("OTHER"), kRefreshElements) << condition;
+    }
+    for (const char* condition : {"Ab xy", "A", ""}) {
+        page().elements.clear();
+        addElement(page(), condition);
+        EXPECT_EQ(flags("OTHER"), 0U) << condition;
+    }
+}
+
+TEST_F(RefreshFlags, FindsAnEmptyNameInEveryCondition) {
+    addElement(page(), "x");
+    addButton(page(), "");
+    EXPECT_EQ(flags(""), kRefreshElements);
+}
+
+TEST_F(RefreshFlags, DoesNotTakeAnEmptyValidationForAName) {
     addField(page(), "", "");
     addElement(page(), "[X]");
     EXPECT_EQ(flags("OTHER"), 0U);
 }
 
-TEST_F(RefreshFlags, LookAtTheSubDialogButAtTheTasksOfItsFrame) {
+TEST_F(RefreshFlags, LooksAtTheSubDialogButAtTheTasksOfItsFrame) {
     addField(sub(), "[VAR]");
     addTask(sub(), "[TASK]");
     addTask(page(), "[VAR]");
@@ -101,7 +121,7 @@ TEST_F(RefreshFlags, LookAtTheSubDialogButAtTheTasksOfItsFrame) {
     EXPECT_EQ(flags("TASK", 0, 0), 0U);
 }
 
-TEST_F(RefreshFlags, LookAtTheDialogForASubDialogThatIsNotThere) {
+TEST_F(RefreshFlags, LooksAtTheDialogForASubDialogThatIsNotThere) {
     addField(sub(), "[VAR]");
     addElement(page(), "[VAR]");
     EXPECT_EQ(flags("VAR", 0, 1), kRefreshElements);
@@ -110,7 +130,7 @@ TEST_F(RefreshFlags, LookAtTheDialogForASubDialogThatIsNotThere) {
     EXPECT_EQ(flags("VAR", 0, 0), kRefreshElements);
 }
 
-TEST_F(RefreshFlags, FindNamesAmongManyFieldsAndElements) {
+TEST_F(RefreshFlags, FindsNamesAmongManyFieldsAndElements) {
     for (int i = 0; i < 10000; ++i) {
         addField(page(), "", ("VALID_" + std::to_string(i) + "_X").c_str());
         addElement(page(), ("[OTHER_" + std::to_string(i) + "]==1").c_str());

@@ -9,131 +9,117 @@ constexpr const char* kReport =
 
 class RunningAppsPageTest : public Walk {
 protected:
-    DialogDesc& page = addDialog("RunningApps");
+    RunningAppsPageTest() { page.node = 7; }
 
-    void describe(const std::string& elements) {
-        page.node = addXml("RunningApps", "<RunningApps>" + elements + "</RunningApps>");
-    }
     PageVisit enter() {
         PageVisit visit{0, -1, ui, page, state};
         runningApps.enter(visit);
         return visit;
     }
+
+    bool isOpen() { return page.gate->isOpen(ui); }
+
+    DialogDesc& page = addDialog("RunningApps");
+    RunningAppsPage runningApps{actions, debugLog};
 };
 
 TEST_F(RunningAppsPageTest, LetsTheUserGoOnWhenNothingRuns) {
-    describe("<TestApp>demo.exe</TestApp>");
+    actions.programs = {{"demo.exe", false}};
     const PageVisit visit = enter();
     EXPECT_TRUE(visit.shown);
     EXPECT_FALSE(visit.oneMoreStep);
-    EXPECT_EQ(ui.countOf("showPage"), 0);
+    EXPECT_TRUE(ui.calls.empty());
     EXPECT_EQ(state.uiState, kUiReady);
-    ASSERT_NE(page.condition, nullptr);
-    EXPECT_EQ(page.condition->evaluate(&system, &ui), 1);
+    ASSERT_NE(page.gate, nullptr);
+    EXPECT_TRUE(isOpen());
     EXPECT_TRUE(log.lines().empty());
 }
 
 TEST_F(RunningAppsPageTest, HoldsTheUserWhileAProgramRuns) {
-    describe("<TestApp>demo.exe</TestApp><TestApp>other.exe</TestApp>");
-    system.running = {"demo.exe"};
+    actions.programs = {{"demo.exe", true}, {"other.exe", false}};
     enter();
-    EXPECT_EQ(ui.callsOf("addFileLine(\"demo"), Calls{"addFileLine(\"demo.exe\", 0)"});
-    EXPECT_EQ(ui.countOf("addFileLine(\"other"), 0);
-    EXPECT_EQ(ui.countOf(kReport), 1);
-    EXPECT_EQ(ui.countOf("showPage(0, -1, 1)"), 1);
-    EXPECT_EQ(ui.calls.back(), "updateNavigationState()");
+    EXPECT_EQ(ui.calls, (Calls{"clearFileLines()", "addFileLine(\"demo.exe\", 0)", "addFileLine(null, 1)",
+                               "isGraphical()", kReport, "showPage(0, -1, 1)", "updateNavigationState()"}));
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
+    EXPECT_FALSE(isOpen());
     EXPECT_TRUE(log.hasLine("Running applications found"));
 }
 
 TEST_F(RunningAppsPageTest, ReportsNothingInAGraphicalFrontEnd) {
-    describe("<TestApp>demo.exe</TestApp>");
-    system.running = {"demo.exe"};
+    actions.programs = {{"demo.exe", true}};
     ui.graphical = 1;
     enter();
     EXPECT_EQ(ui.countOf(kReport), 0);
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
 }
 
-TEST_F(RunningAppsPageTest, LooksInTheExpandedDirectory) {
-    variables.setVariable("DIR", "C:/apps");
-    describe("<TestApp Directory=\"[DIR]/demo\">demo.exe</TestApp>");
-    system.running = {"demo.exe"};
+TEST_F(RunningAppsPageTest, PreparesThePageBeforeItLooks) {
+    actions.programs = {{"demo.exe", true}};
+    actions.onCall = [this](const std::string&) { actions.programs[0].isRunning = false; };
     enter();
-    EXPECT_EQ(state.uiState, kUiReady);
-    system.running = {"demo.exe@C:/apps/demo"};
-    enter();
-    EXPECT_EQ(state.uiState, kUiConditionUnmet);
-}
-
-TEST_F(RunningAppsPageTest, StopsProgramsAndServicesAheadOfTheTests) {
-    variables.setVariable("DIR", "C:/apps");
-    describe(
-        "<TestApp>demo.exe</TestApp>"
-        "<TerminateApp>demo.exe</TerminateApp>"
-        "<TerminateApp Service=\"TRUE\" Directory=\"[DIR]\">service.exe</TerminateApp>"
-        "<TerminateApp Service=\"1\">tool.exe</TerminateApp>"
-        "<TerminateSequence>Stop</TerminateSequence>");
-    system.running = {"demo.exe"};
-    actions.onCall = [this](const std::string&) { system.running.clear(); };
-    enter();
-    EXPECT_EQ(actions.calls, (Calls{"closeApplication(demo.exe, program, null)",
-                                    "closeApplication(service.exe, service, C:/apps)",
-                                    "closeApplication(tool.exe, program, null)", "runActions(Stop)"}));
+    EXPECT_EQ(actions.calls, Calls{"prepareProgramWatch(7)"});
     EXPECT_EQ(state.uiState, kUiReady);
 }
 
-TEST_F(RunningAppsPageTest, PassesOverElementsWhoseConditionIsFalse) {
-    describe(
-        "<TestApp Condition=\"0\">demo.exe</TestApp>"
-        "<TerminateApp Condition=\"0\">demo.exe</TerminateApp>"
-        "<TerminateSequence Condition=\"0\">Stop</TerminateSequence>"
-        "<Field>demo.exe</Field><TestApp/>");
-    system.running = {"demo.exe"};
+TEST_F(RunningAppsPageTest, ListsTheProgramsAnewOnlyWhenSomethingChanges) {
+    actions.programs = {{"a.exe", true}, {"b.exe", true}};
     enter();
-    EXPECT_TRUE(actions.calls.empty());
-    EXPECT_EQ(state.uiState, kUiReady);
+    ui.take();
+    EXPECT_FALSE(isOpen());
+    EXPECT_TRUE(ui.calls.empty());
+
+    actions.programs[0].isRunning = false;
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(ui.take(), (Calls{"clearFileLines()", "addFileLine(\"b.exe\", 0)", "addFileLine(null, 1)"}));
+
+    actions.programs[1].isRunning = false;
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(ui.take(), (Calls{"clearFileLines()", "addFileLine(null, 1)"}));
 }
 
-TEST_F(RunningAppsPageTest, SharesOneGateAndEmptiesItEachTime) {
-    describe("<TestApp Condition=\"[A]==1\">demo.exe</TestApp>");
-    variables.setVariable("A", "1");
-    system.running = {"demo.exe"};
+TEST_F(RunningAppsPageTest, ListsTheProgramsAnewWhenThePageIsEnteredAgain) {
+    actions.programs = {{"a.exe", true}};
     enter();
-    const auto gate = page.condition;
-    EXPECT_EQ(gate->evaluate(&system, &ui), 0);
-    variables.setVariable("A", "0");
     enter();
-    EXPECT_EQ(page.condition, gate);
-    EXPECT_EQ(gate->evaluate(&system, &ui), 1);
+    EXPECT_EQ(ui.countOf("addFileLine(\"a.exe\", 0)"), 2);
 }
 
-TEST_F(RunningAppsPageTest, WalksOntoThePageBehindWhenNothingRuns) {
-    describe("<TestApp>demo.exe</TestApp>");
+TEST_F(RunningAppsPageTest, SharesOneGateAmongItsPages) {
+    actions.programs = {{"a.exe", true}};
+    enter();
+    const auto gate = page.gate;
+    DialogDesc& second = addDialog("RunningApps");
+    PageVisit visit{1, -1, ui, second, state};
+    actions.programs.clear();
+    runningApps.enter(visit);
+    EXPECT_EQ(second.gate, gate);
+    EXPECT_TRUE(gate->isOpen(ui));
+}
+
+TEST_F(RunningAppsPageTest, LeadsToTheNextPageWhenNothingRuns) {
     addTrigger(page, kTriggerOnStart, kTriggerRunActions, "", "entered");
     addTrigger(page, kTriggerOnEnd, kTriggerRunActions, "", "left");
     dialogs.getDialogs().insert(dialogs.getDialogs().begin(), makePage("First", 0));
-    addDialog("Behind");
-    stand(0);
-    EXPECT_EQ(navigator.shift(&ui, 1), 0);
+    addDialog("Next");
+    placeAt(0);
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
     expectAt(2);
     EXPECT_EQ(ui.countOf("showDialog(1)"), 1);
-    EXPECT_EQ(actions.calls, (Calls{"runActions(entered)", "runActions(left)"}));
+    EXPECT_EQ(actions.calls, (Calls{"runActions(entered)", "prepareProgramWatch(7)", "runActions(left)"}));
 }
 
 TEST_F(RunningAppsPageTest, StopsTheWalkUntilTheProgramIsGone) {
-    describe("<TestApp>demo.exe</TestApp>");
-    addDialog("Behind");
+    addDialog("Next");
     dialogs.getDialogs().insert(dialogs.getDialogs().begin(), makePage("First", 0));
-    system.running = {"demo.exe"};
-    stand(0);
-    EXPECT_EQ(navigator.shift(&ui, 1), 0);
+    actions.programs = {{"demo.exe", true}};
+    placeAt(0);
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
     expectAt(1);
-    EXPECT_EQ(navigator.shift(&ui, 1), -1);
+    EXPECT_EQ(walk.shift(&ui, 1), -1);
     expectAt(1);
     EXPECT_EQ(ui.countOf("showDialog(1)"), 2);
-    system.running.clear();
-    EXPECT_EQ(navigator.shift(&ui, 1), 0);
+    actions.programs[0].isRunning = false;
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
     expectAt(2);
 }
 

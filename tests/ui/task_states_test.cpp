@@ -17,10 +17,10 @@ protected:
     }
 };
 
-TEST_F(TaskStatesTest, ShowTheLabelOfEachState) {
+TEST_F(TaskStatesTest, ShowsTheLabelOfEachState) {
     label(0, "current", "finished", "unreached");
     for (std::int32_t value = kTaskNotReached; value <= kTaskDisabled; ++value) {
-        tasks.update(&ui, 0, 0, value);
+        walk.updateTask(&ui, 0, 0, value);
     }
     EXPECT_EQ(ui.calls,
               (Calls{"setTaskState(\"One\", \"unreached\", 0)", "setTaskState(\"One\", \"current\", 1)",
@@ -28,68 +28,67 @@ TEST_F(TaskStatesTest, ShowTheLabelOfEachState) {
                      "setTaskState(\"One\", \"unreached\", 4)"}));
 }
 
-TEST_F(TaskStatesTest, ShowTheCurrentLabelWhereAnotherIsMissing) {
+TEST_F(TaskStatesTest, ShowsTheCurrentLabelWhereAnotherIsMissing) {
     label(0, "current", "", "");
     for (std::int32_t value = kTaskNotReached; value <= kTaskDisabled; ++value) {
-        tasks.update(&ui, 0, 0, value);
+        walk.updateTask(&ui, 0, 0, value);
         EXPECT_EQ(ui.calls.back(), "setTaskState(\"One\", \"current\", " + std::to_string(value) + ")");
     }
 }
 
-TEST_F(TaskStatesTest, StoreEachStateButDisabled) {
+TEST_F(TaskStatesTest, StoresEachStateButDisabled) {
     for (const std::int32_t value : {1, 2, 3, 0}) {
-        tasks.update(&ui, 0, 1, value);
+        walk.updateTask(&ui, 0, 1, value);
         EXPECT_EQ(frame.tasks[1].state, value);
     }
-    tasks.update(&ui, 0, 1, kTaskFinished);
-    tasks.update(&ui, 0, 1, kTaskDisabled);
+    walk.updateTask(&ui, 0, 1, kTaskFinished);
+    walk.updateTask(&ui, 0, 1, kTaskDisabled);
     EXPECT_EQ(frame.tasks[1].state, kTaskFinished);
 }
 
-TEST_F(TaskStatesTest, DoNothingForWhatIsNotThere) {
+TEST_F(TaskStatesTest, DoesNothingForWhatIsNotThere) {
     addDialog("Page");
-    tasks.update(&ui, 0, 3, kTaskCurrent);
-    tasks.update(&ui, 0, -1, kTaskCurrent);
-    tasks.update(&ui, 1, 0, kTaskCurrent);
-    tasks.update(&ui, 2, 0, kTaskCurrent);
-    tasks.update(&ui, -1, 0, kTaskCurrent);
-    tasks.update(nullptr, 0, 0, kTaskCurrent);
+    walk.updateTask(&ui, 0, 3, kTaskCurrent);
+    walk.updateTask(&ui, 0, -1, kTaskCurrent);
+    walk.updateTask(&ui, 1, 0, kTaskCurrent);
+    walk.updateTask(&ui, 2, 0, kTaskCurrent);
+    walk.updateTask(&ui, -1, 0, kTaskCurrent);
     EXPECT_TRUE(ui.calls.empty());
     EXPECT_EQ(frame.tasks[0].state, kTaskNotReached);
 }
 
-TEST_F(TaskStatesTest, RefreshTheTasksFromTheCurrentOneOn) {
+TEST_F(TaskStatesTest, RefreshesTheTasksFromTheCurrentOneOn) {
     for (TaskDesc& task : frame.tasks) {
         task.enableCondition.assign("[ON]==1");
     }
     frame.tasks[1].state = kTaskFinished;
-    variables.setVariable("ON", "1");
-    stand(0, 1);
-    tasks.refresh(&ui);
+    variables.set("ON", "1");
+    placeAt(0, 1);
+    walk.refreshTasks(&ui);
     EXPECT_EQ(ui.take(),
               (Calls{"setTaskState(\"Two\", \"Two\", 2)", "setTaskState(\"Three\", \"Three\", 0)"}));
-    variables.setVariable("ON", "0");
-    tasks.refresh(&ui);
+    variables.set("ON", "0");
+    walk.refreshTasks(&ui);
     EXPECT_EQ(ui.take(),
               (Calls{"setTaskState(\"Two\", \"Two\", 4)", "setTaskState(\"Three\", \"Three\", 4)"}));
     EXPECT_EQ(frame.tasks[1].state, kTaskFinished);
 }
 
-TEST_F(TaskStatesTest, RefreshAllTasksOfAFrameAndOnlyThoseWithACondition) {
+TEST_F(TaskStatesTest, RefreshesAllTasksOfAFrameAndOnlyThoseWithACondition) {
     frame.tasks[0].enableCondition.assign("1");
     frame.tasks[2].enableCondition.assign("broken");
-    stand(0, -1);
-    tasks.refresh(&ui);
+    placeAt(0, -1);
+    walk.refreshTasks(&ui);
     EXPECT_EQ(ui.take(),
               (Calls{"setTaskState(\"One\", \"One\", 0)", "setTaskState(\"Three\", \"Three\", 0)"}));
 }
 
-TEST_F(TaskStatesTest, RefreshNothingWithoutATaskList) {
+TEST_F(TaskStatesTest, RefreshesNothingWithoutATaskList) {
     addDialog("Page");
-    stand(1);
-    tasks.refresh(&ui);
-    stand(-1);
-    tasks.refresh(&ui);
+    placeAt(1);
+    walk.refreshTasks(&ui);
+    placeAt(-1);
+    walk.refreshTasks(&ui);
     EXPECT_TRUE(ui.calls.empty());
 }
 

@@ -18,7 +18,7 @@ protected:
         machine_.registry.addText(platform::RegistryRoot::kClassesRoot, "page\\shell\\open\\command", "",
                                   command);
     }
-    int open(const char* url = kUrl) { return openInDefaultBrowser(machine_.bundle(), url); }
+    int open(std::string_view url = kUrl) { return openInDefaultBrowser(machine_.bundle(), url); }
     void expectStarted(const std::string& commandLine) {
         EXPECT_EQ(open(), 0);
         ASSERT_EQ(machine_.processes.started.size(), 1U);
@@ -85,7 +85,6 @@ TEST_F(DefaultBrowserTest, FailsWhereTheDesktopCanNotEither) {
 
 TEST_F(DefaultBrowserTest, OpensNothingWithoutAnUrl) {
     setCommand("b %1");
-    EXPECT_NE(open(nullptr), 0);
     EXPECT_NE(open(""), 0);
     EXPECT_TRUE(machine_.processes.started.empty());
     EXPECT_TRUE(machine_.shell.opened.empty());

@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "base/path_functions.h"
+#include "engine/changes/program_run.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_engine.h"
 #include "fakes/temporary_directory.h"
 #include "platform/program.h"
 #include "wini/machine_fixture.h"
 #include "wini/running_applications.h"
-#include "wini/wini_modifications.h"
 
 namespace {
 
@@ -16,26 +15,21 @@ constexpr char kName[] = "tandrel-wini-child.exe";
 
 class RunningApplicationsMachineTest : public MachineTest {
 protected:
-    void SetUp() override {
-        modifications_.attach(product_, errors_, log_);
-        copyOwnImage(program_);
-    }
+    void SetUp() override { copyOwnImage(program_); }
 
-    FakeEngine product_;
-    ErrorList errors_;
     FakeConsole log_;
-    WiniModifications modifications_{machine_};
-    RunningApplications applications_{machine_.processes, modifications_, log_};
+    ProgramRun programs_{machine_.processes, machine_.shell, log_};
+    RunningApplications applications_{machine_.processes, programs_, log_};
     TemporaryDirectory directory_;
     const std::string program_ = directory_.file(kName);
-    const char* from_ = directory_.path().c_str();
+    const std::string from_ = directory_.path();
 };
 
-TEST_F(RunningApplicationsMachineTest, findsAndStopsAllProcessesOfAName) {
+TEST_F(RunningApplicationsMachineTest, FindsAndStopsAllProcessesOfAName) {
     auto first = startChild("Sleeps", program_);
     auto second = startChild("Sleeps", program_);
     ASSERT_TRUE(first != nullptr && second != nullptr);
-    EXPECT_TRUE(applications_.isApplicationRunning(kName, nullptr));
+    EXPECT_TRUE(applications_.isApplicationRunning(kName, ""));
     EXPECT_TRUE(applications_.isApplicationRunning("TANDREL-wini-child.EXE", from_));
     EXPECT_TRUE(applications_.closeApplication(kName, false, from_));
     EXPECT_TRUE(first->wait(kLongEnough));
@@ -46,21 +40,21 @@ TEST_F(RunningApplicationsMachineTest, findsAndStopsAllProcessesOfAName) {
     EXPECT_FALSE(applications_.closeApplication(kName, false, from_));
 }
 
-TEST_F(RunningApplicationsMachineTest, leavesAProcessFromElsewhereAlone) {
+TEST_F(RunningApplicationsMachineTest, LeavesAProcessFromElsewhereAlone) {
     const TemporaryDirectory other;
     const auto child = startChild("Sleeps", program_);
     ASSERT_NE(child, nullptr);
-    EXPECT_FALSE(applications_.isApplicationRunning(kName, other.path().c_str()));
+    EXPECT_FALSE(applications_.isApplicationRunning(kName, other.path()));
     ASSERT_EQ(log_.lines().size(), 1U);
     EXPECT_TRUE(
         log_.lines()[0].starts_with("App \"" + std::string(kName) + "\" running in separate dir: \""));
-    EXPECT_FALSE(applications_.closeApplication(kName, false, other.path().c_str()));
+    EXPECT_FALSE(applications_.closeApplication(kName, false, other.path()));
     EXPECT_FALSE(child->wait(0));
     EXPECT_TRUE(applications_.closeApplication(kName, false, from_));
     EXPECT_TRUE(child->wait(kLongEnough));
 }
 
-TEST_F(RunningApplicationsMachineTest, asksAServiceToStop) {
+TEST_F(RunningApplicationsMachineTest, AsksAServiceToStop) {
     const auto child = startChild("Sleeps", program_);
     ASSERT_NE(child, nullptr);
     const StoppingService service(directory_.file("stopped"));
@@ -76,11 +70,11 @@ TEST(WiniChild, DISABLED_ClosesItsName) {
     ASSERT_EQ(OUtils::lastPathComponent(image), kName);
     const std::string directory = image.substr(0, image.size() - sizeof kName);
     platform::Platform machine = platform::systemPlatform();
-    WiniModifications modifications(machine);
     FakeConsole log;
-    RunningApplications applications(machine.processes, modifications, log);
-    EXPECT_TRUE(applications.isApplicationRunning(kName, directory.c_str()));
-    EXPECT_FALSE(applications.closeApplication(kName, false, directory.c_str()));
+    ProgramRun programs(machine.processes, machine.shell, log);
+    RunningApplications applications(machine.processes, programs, log);
+    EXPECT_TRUE(applications.isApplicationRunning(kName, directory));
+    EXPECT_FALSE(applications.closeApplication(kName, false, directory));
     EXPECT_EQ(log.lines().size(), 1U);
 }
 
@@ -95,7 +89,7 @@ TEST(WiniChild, DISABLED_StartsOneThatClosesItsName) {
     EXPECT_EQ(child->exitCode(), 0);
 }
 
-TEST_F(RunningApplicationsMachineTest, neverStopsTheProcessThatStartedIt) {
+TEST_F(RunningApplicationsMachineTest, NeverStopsTheProcessThatStartedIt) {
     const auto child = startChild("StartsOneThatClosesItsName", program_);
     ASSERT_NE(child, nullptr);
     ASSERT_TRUE(child->wait(kLongEnough));

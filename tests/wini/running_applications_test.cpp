@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/changes/program_run.h"
 #include "fakes/fake_console.h"
 #include "fakes/fake_processes.h"
-#include "fakes/fake_system_modifications.h"
+#include "fakes/fake_shell_objects.h"
 
 namespace {
 
@@ -28,25 +29,24 @@ protected:
 
     FakeProcesses processes_;
     FakeConsole log_;
-    FakeSystemModifications programs_;
+    FakeShellObjects shell_;
+    ProgramRun programs_{processes_, shell_, log_};
     RunningApplications applications_{processes_, programs_, log_};
 };
 
-TEST_F(RunningApplicationsTest, findsAProcessByItsNameInAnyCase) {
-    EXPECT_TRUE(applications_.isApplicationRunning("TOOL.EXE", nullptr));
-    EXPECT_TRUE(applications_.isApplicationRunning("tool.exe", ""));
-    EXPECT_FALSE(applications_.isApplicationRunning("tool", nullptr));
-    EXPECT_FALSE(applications_.isApplicationRunning("", nullptr));
-    EXPECT_FALSE(applications_.isApplicationRunning(nullptr, nullptr));
+TEST_F(RunningApplicationsTest, FindsAProcessByItsNameInAnyCase) {
+    EXPECT_TRUE(applications_.isApplicationRunning("TOOL.EXE", ""));
+    EXPECT_FALSE(applications_.isApplicationRunning("tool", ""));
+    EXPECT_FALSE(applications_.isApplicationRunning("", ""));
 }
 
-TEST_F(RunningApplicationsTest, looksAtTheDirectoryWithItsCase) {
+TEST_F(RunningApplicationsTest, LooksAtTheDirectoryWithItsCase) {
     EXPECT_TRUE(applications_.isApplicationRunning("tool.exe", "C:\\other"));
     EXPECT_TRUE(applications_.isApplicationRunning("tool.exe", "C:/other"));
     EXPECT_FALSE(applications_.isApplicationRunning("tool.exe", "c:\\other"));
 }
 
-TEST_F(RunningApplicationsTest, saysThatAProcessRunsFromElsewhere) {
+TEST_F(RunningApplicationsTest, SaysThatAProcessRunsFromElsewhere) {
     EXPECT_FALSE(applications_.isApplicationRunning("tool.exe", "D:\\none"));
     EXPECT_EQ(
         log_.lines(),
@@ -55,70 +55,71 @@ TEST_F(RunningApplicationsTest, saysThatAProcessRunsFromElsewhere) {
             "App \"tool.exe\" running in separate dir: \"C:\\other\\tool.exe\" - searched: \"D:\\none\""}));
 }
 
-TEST_F(RunningApplicationsTest, countsAProcessWithAnUnknownPathAsAMatch) {
+TEST_F(RunningApplicationsTest, CountsAProcessWithAnUnknownPathAsAMatch) {
     EXPECT_TRUE(applications_.isApplicationRunning("hidden", "D:\\none"));
     EXPECT_EQ(log_.lines(),
               std::vector<std::string>{"ERROR: Wini::isAppRunning(..) could not obtain the full "
                                        "file name of the running module: \"hidden\""});
 }
 
-TEST_F(RunningApplicationsTest, stopsAllProcessesOfAName) {
-    EXPECT_TRUE(applications_.closeApplication("tool.exe", false, nullptr));
+TEST_F(RunningApplicationsTest, StopsAllProcessesOfAName) {
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", false, ""));
     EXPECT_EQ(terminated(), (std::vector<std::uint32_t>{10, 11}));
-    EXPECT_TRUE(programs_.calls.empty());
+    EXPECT_TRUE(processes_.started.empty());
 }
 
-TEST_F(RunningApplicationsTest, stopsOnlyThoseOfTheDirectory) {
+TEST_F(RunningApplicationsTest, StopsOnlyThoseOfTheDirectory) {
     EXPECT_TRUE(applications_.closeApplication("tool.exe", false, "C:\\app"));
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
 }
 
-TEST_F(RunningApplicationsTest, asksAServiceToStopFirst) {
+TEST_F(RunningApplicationsTest, AsksAServiceToStopFirst) {
     EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
-    EXPECT_EQ(programs_.calls,
-              std::vector<std::string>{"runAssociatedProgram(C:\\app\\bin\\Tool.exe, -stop, 8, null, 100)"});
+    ASSERT_EQ(processes_.started.size(), 1U);
+    EXPECT_EQ(processes_.started[0].commandLine, "\"C:\\app\\bin\\Tool.exe\" -stop");
+    EXPECT_EQ(processes_.started[0].workDirectory, "");
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
 }
 
-TEST_F(RunningApplicationsTest, stopsAServiceThatDoesNotStopItself) {
-    programs_.failing = {"runAssociatedProgram"};
+TEST_F(RunningApplicationsTest, StopsAServiceThatDoesNotStopItself) {
+    processes_.exitCodes = {1};
     EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
     EXPECT_TRUE(log_.hasLine("WARNING: The service \"C:\\app\\bin\\Tool.exe\" did not stop itself"));
 }
 
-TEST_F(RunningApplicationsTest, asksNoServiceWhoseProgramIsUnknown) {
-    EXPECT_TRUE(applications_.closeApplication("hidden", true, nullptr));
-    EXPECT_TRUE(programs_.calls.empty());
+TEST_F(RunningApplicationsTest, AsksNoServiceWhoseProgramIsUnknown) {
+    EXPECT_TRUE(applications_.closeApplication("hidden", true, ""));
+    EXPECT_TRUE(processes_.started.empty());
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{12});
 }
 
-TEST_F(RunningApplicationsTest, goesOnWhereAServiceIsGoneAlready) {
+TEST_F(RunningApplicationsTest, GoesOnWhereAServiceIsGoneAlready) {
     processes_.unkillable = {10};
-    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, nullptr));
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, ""));
     EXPECT_EQ(terminated(), (std::vector<std::uint32_t>{10, 11}));
 }
 
-TEST_F(RunningApplicationsTest, neverStopsTheProcessesThatStartedIt) {
+TEST_F(RunningApplicationsTest, NeverStopsTheProcessesThatStartedIt) {
     processes_.parents = {11, 5};
-    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, nullptr));
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, ""));
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
-    EXPECT_EQ(programs_.calls.size(), 1U);
+    EXPECT_EQ(processes_.started.size(), 1U);
     EXPECT_TRUE(log_.hasLine("WARNING: \"tool.exe\" (11) is not stopped: it started this program"));
-    EXPECT_TRUE(applications_.isApplicationRunning("tool.exe", nullptr));
+    EXPECT_TRUE(applications_.isApplicationRunning("tool.exe", ""));
 }
 
-TEST_F(RunningApplicationsTest, tellsThatNothingWasStopped) {
-    EXPECT_FALSE(applications_.closeApplication("none", false, nullptr));
+TEST_F(RunningApplicationsTest, SaysThatNothingWasStopped) {
+    EXPECT_FALSE(applications_.closeApplication("none", false, ""));
     processes_.unkillable = {10, 11};
-    EXPECT_FALSE(applications_.closeApplication("tool.exe", false, nullptr));
+    EXPECT_FALSE(applications_.closeApplication("tool.exe", false, ""));
     processes_.listFails = true;
-    EXPECT_FALSE(applications_.closeApplication("tool.exe", false, nullptr));
-    EXPECT_FALSE(applications_.isApplicationRunning("tool.exe", nullptr));
+    EXPECT_FALSE(applications_.closeApplication("tool.exe", false, ""));
+    EXPECT_FALSE(applications_.isApplicationRunning("tool.exe", ""));
 }
 
-TEST_F(RunningApplicationsTest, neverStopsItselfOrTheFirstProcess) {
-    EXPECT_FALSE(applications_.closeApplication("setup", false, nullptr));
-    EXPECT_FALSE(applications_.closeApplication("init", false, nullptr));
+TEST_F(RunningApplicationsTest, NeverStopsItselfOrTheFirstProcess) {
+    EXPECT_FALSE(applications_.closeApplication("setup", false, ""));
+    EXPECT_FALSE(applications_.closeApplication("init", false, ""));
     EXPECT_TRUE(processes_.terminated.empty());
 }
 

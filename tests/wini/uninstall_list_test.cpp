@@ -21,17 +21,16 @@ protected:
         registry_.addText(RegistryRoot::kLocalMachine, key, "Publisher", publisher, view);
         registry_.addText(RegistryRoot::kLocalMachine, key, "UninstallString", command, view);
     }
-    std::string logOf(const std::string& command, int size = 64) {
+    std::string logOf(const std::string& command) {
         add("Demo", "", command);
-        char buffer[64] = "old";
-        return list_.getApplicationLogFile("Demo", buffer, size) ? buffer : std::string("none:") + buffer;
+        return list_.applicationLogFile("Demo").value_or("none");
     }
 
     MemoryRegistry registry_;
     UninstallList list_{registry_};
 };
 
-TEST_F(UninstallListTest, findsAnEntryInItsView) {
+TEST_F(UninstallListTest, FindsAnEntryInItsView) {
     add("Demo", "", "");
     add("Old", "", "", RegistryView::k32Bit);
     EXPECT_TRUE(list_.findUninstallEntry("Demo", 0));
@@ -40,54 +39,44 @@ TEST_F(UninstallListTest, findsAnEntryInItsView) {
     EXPECT_TRUE(list_.findUninstallEntry("Old", kEntryIn32BitView));
     EXPECT_FALSE(list_.findUninstallEntry("None", 0));
     EXPECT_FALSE(list_.findUninstallEntry("", 0));  // the list itself is no entry
-    EXPECT_FALSE(list_.findUninstallEntry(nullptr, 0));
 }
 
-TEST_F(UninstallListTest, findsEntriesByPartsOfNameAndPublisher) {
+TEST_F(UninstallListTest, FindsEntriesByPartsOfNameAndPublisher) {
     add("Tool One", "The Maker", "");
     add("Tool Two", "Other", "");
     add("Thing", "The Maker", "");
-    std::vector<std::string> names = {"kept"};
-    list_.findEntriesByPublisher(names, "Tool", "Maker", 0);
-    EXPECT_EQ(names, (std::vector<std::string>{"kept", "Tool One"}));
-    names.clear();
-    list_.findEntriesByPublisher(names, "Tool", nullptr, 0);
-    EXPECT_EQ(names.size(), 2U);
-    names.clear();
-    list_.findEntriesByPublisher(names, "Tool", "", kEntryIn32BitView);
-    EXPECT_TRUE(names.empty());
-    list_.findEntriesByPublisher(names, "tool", "", 0);
-    EXPECT_TRUE(names.empty());
+    EXPECT_EQ(list_.findEntriesByPublisher("Tool", "Maker", 0), std::vector<std::string>{"Tool One"});
+    EXPECT_EQ(list_.findEntriesByPublisher("Tool", "", 0).size(), 2U);
+    EXPECT_TRUE(list_.findEntriesByPublisher("Tool", "", kEntryIn32BitView).empty());
+    EXPECT_TRUE(list_.findEntriesByPublisher("tool", "", 0).empty());
 }
 
-TEST_F(UninstallListTest, readsTheLogFromTheUninstallCommand) {
+TEST_F(UninstallListTest, ReadsTheLogFromTheUninstallCommand) {
     EXPECT_EQ(logOf("\"C:\\app\\u.exe\" -uninstall=\"C:\\app\\install.log\" -uninstallApp=\"Demo\""),
               "C:\\app\\install.log");
 }
 
-TEST_F(UninstallListTest, readsNoLogWhereTheCommandNamesNone) {
-    EXPECT_EQ(logOf("\"C:\\app\\u.exe\""), "none:");
-    EXPECT_EQ(logOf("\"C:\\app\\u.exe\" -uninstall=\"C:\\app"), "none:");
-    EXPECT_EQ(logOf(""), "none:");
-    char buffer[8] = "old";
-    EXPECT_FALSE(list_.getApplicationLogFile("None", buffer, sizeof buffer));
-    EXPECT_STREQ(buffer, "");
+TEST_F(UninstallListTest, ReadsNoLogWhereTheCommandNamesNone) {
+    EXPECT_EQ(logOf("\"C:\\app\\u.exe\""), "none");
+    EXPECT_EQ(logOf("\"C:\\app\\u.exe\" -uninstall=\"C:\\app"), "none");
+    EXPECT_EQ(logOf(""), "none");
+    EXPECT_EQ(list_.applicationLogFile("None"), std::nullopt);
 }
 
-TEST_F(UninstallListTest, doesNotCutALogThatDoesNotFit) {
-    EXPECT_EQ(logOf("-uninstall=\"1234567\"", 8), "1234567");
-    EXPECT_EQ(logOf("-uninstall=\"12345678\"", 8), "none:");
+TEST_F(UninstallListTest, DoesNotCutALogThatIsTooLong) {
+    const std::string longest(UninstallList::kLogPathLimit, 'l');
+    EXPECT_EQ(logOf("-uninstall=\"" + longest + "\""), longest);
+    EXPECT_EQ(logOf("-uninstall=\"" + longest + "l\""), "none");
 }
 
-TEST_F(UninstallListTest, readsOnlyTextAsACommand) {
+TEST_F(UninstallListTest, ReadsOnlyTextAsACommand) {
     add("Demo", "", "");
     platform::RegistryValue number;
     number.type = platform::kRegDword;
     number.data = std::string("\1\0\0\0", 4);
     registry_.writeValue(RegistryRoot::kLocalMachine, (std::string(kList) + "\\Demo").c_str(),
                          RegistryView::kNative, "UninstallString", number);
-    std::string command;
-    EXPECT_FALSE(list_.readUninstallString("Demo", command, 0));
+    EXPECT_EQ(list_.readUninstallString("Demo", 0), std::nullopt);
 }
 
 }  // namespace

@@ -48,6 +48,81 @@ std::string nameOf(const FirewallPortRule& rule, const Protocol& protocol) {
     return both ? rule.name + " " + std::string(protocol.word) : rule.name;
 }
 
+template <typename Action>
+FirewallResult carryOut(const DebugLog& debugLog, const char* family, Action action) {
+    try {
+        action();
+        return FirewallResult::kDone;
+    } catch (const NonFatalError& error) {
+        debugLog.print("WARNING: (Firewall %s) %s", family, error.what());
+        return FirewallResult::kNotAvailable;
+    } catch (const GenericError& error) {
+        debugLog.print("ERROR: (Firewall %s) %s", family, error.what());
+        return FirewallResult::kFailed;
+    }
+}
+
+// A failed rule leaves no record, so what it has opened so far would stay open for good.
+void openProtocols(FirewallOperations& firewall, const DebugLog& debugLog, const FirewallPortRule& rule) {
+    std::uint8_t opened = 0;
+    try {
+        for (const Protocol& protocol : kProtocols) {
+            if ((rule.protocols & protocol.bit) != 0 &&
+                firewall.addPort(rule.port, protocol.bit, nameOf(rule, protocol))) {
+                opened |= protocol.bit;
+            }
+        }
+    } catch (const GenericError&) {
+        if (opened != 0) {
+            carryOut(debugLog, kPortFamily, [&] { firewall.removePort(rule.port, opened); });
+        }
+        throw;
+    }
+}
+
+// Other words are logged, each, and skipped.
+std::uint8_t protocolsOf(const std::string& words, const std::string& warning, const DebugLog& debugLog) {
+    std::vector<std::string> list;
+    OUtils::splitText(words.c_str(), kProtocolSeparator, list);
+    std::uint8_t protocols = 0;
+    for (const std::string& word : list) {
+        const auto* found = std::ranges::find(kProtocols, word, &Protocol::word);
+        if (found == std::end(kProtocols)) {
+            debugLog.line(warning);
+        } else {
+            protocols |= found->bit;
+        }
+    }
+    return protocols;
+}
+
+FirewallPortRule readRecord(std::string_view fields, const DebugLog& debugLog) {
+    const std::vector<std::string_view> parts = RecordText::splitAll(fields);
+    FirewallPortRule rule;
+    rule.port = parts.empty() ? 0 : OUtils::textToInteger(std::string(parts[0]).c_str());
+    if (parts.size() < 2 || parts[1].empty() || rule.port < 1 || rule.port > kLastPort) {
+        throw GenericError("Invalid firewall port action log entry: \"%s\"", std::string(fields).c_str());
+    }
+    rule.protocols = protocolsOf(
+        std::string(parts[1]),
+        "WARNING: Malformed action log entry for firewall port: \"" + std::string(fields) + "\"", debugLog);
+    requireProtocol(rule.protocols);
+    return rule;
+}
+
+// One that can't be closed doesn't keep the other open.
+FirewallResult closeProtocols(FirewallOperations& firewall, const DebugLog& debugLog,
+                              const FirewallPortRule& rule) {
+    FirewallResult result = FirewallResult::kDone;
+    for (const Protocol& protocol : kProtocols) {
+        if ((rule.protocols & protocol.bit) != 0) {
+            result = std::max(result, carryOut(debugLog, kPortFamily,
+                                               [&] { firewall.removePort(rule.port, protocol.bit); }));
+        }
+    }
+    return result;
+}
+
 }  // namespace
 
 bool FirewallChange::apply() {
@@ -86,10 +161,11 @@ FirewallResult FirewallChange::applyPort(std::int32_t node) {
     FirewallPortRule rule;
     rule.port = OUtils::textToInteger(std::string(tags.attribute(node, "Port").value_or("")).c_str());
     rule.name = tags.expand(tags.textOf(node)).substr(0, FirewallPortRule::kNameLimit);
-    rule.protocols = protocolsOf(
-        protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification");
+    rule.protocols =
+        protocolsOf(protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification",
+                    context_.debugLog);
 
-    const FirewallResult result = addPort(rule);
+    const FirewallResult result = addPort(context_.machine.firewall, context_.debugLog, rule);
     const std::string port = std::to_string(rule.port);
     if (reportAdding(result, "port " + port)) {
         context_.log.writeRecord(Format::kFirewall, {Format::kPort, port, protocols, rule.name});
@@ -103,7 +179,7 @@ FirewallResult FirewallChange::applyApplication(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::string target = normalizedPath(tags.expandAttribute(node, "Target"));
     const std::string name = tags.expand(tags.textOf(node));
-    const FirewallResult result = addApplication(target, name);
+    const FirewallResult result = addApplication(context_.machine.firewall, context_.debugLog, target, name);
     if (reportAdding(result, "exception for application: " + target)) {
         context_.log.writeRecord(Format::kFirewall, {Format::kApplication, target});
     } else if (result == FirewallResult::kFailed) {
@@ -133,10 +209,10 @@ bool FirewallChange::undo(const LogRecord& record) {
     const std::string_view rest = nextLogField(record.fields);
     FirewallResult result = FirewallResult::kDone;
     if (kind == Format::kApplication) {
-        result = removeApplication(rest);
+        result = removeApplication(context_.machine.firewall, context_.debugLog, rest);
         reportRemoval(result, "application from firewall: " + std::string(rest));
     } else if (kind == Format::kPort) {
-        result = removePort(rest);
+        result = removePort(context_.machine.firewall, context_.debugLog, rest);
         reportRemoval(result, "port from firewall: " + std::string(firstLogField(rest)));
     }
     if (result != FirewallResult::kFailed) {
@@ -154,108 +230,38 @@ void FirewallChange::reportRemoval(FirewallResult result, const std::string& wha
                            : (done ? "Removed " : "FAILED to remove ") + what);
 }
 
-template <typename Action>
-FirewallResult FirewallChange::carryOut(const char* family, Action action) {
-    try {
-        action();
-        return FirewallResult::kDone;
-    } catch (const NonFatalError& error) {
-        context_.debugLog.print("WARNING: (Firewall %s) %s", family, error.what());
-        return FirewallResult::kNotAvailable;
-    } catch (const GenericError& error) {
-        context_.debugLog.print("ERROR: (Firewall %s) %s", family, error.what());
-        return FirewallResult::kFailed;
-    }
-}
-
-FirewallResult FirewallChange::addApplication(std::string_view path, std::string_view name) {
-    return carryOut(kApplicationFamily, [&] {
+FirewallResult FirewallChange::addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                              std::string_view path, std::string_view name) {
+    return carryOut(debugLog, kApplicationFamily, [&] {
         if (!canBeUndone(path)) {
             throw GenericError("The action log can not hold the application %s!", std::string(path).c_str());
         }
-        FirewallOperations(context_.machine.firewall).addApplication(path, name);
+        FirewallOperations(firewall).addApplication(path, name);
     });
 }
 
-FirewallResult FirewallChange::removeApplication(std::string_view path) {
-    return carryOut(kApplicationFamily,
-                    [&] { FirewallOperations(context_.machine.firewall).removeApplication(path); });
+FirewallResult FirewallChange::removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                                 std::string_view path) {
+    return carryOut(debugLog, kApplicationFamily,
+                    [&] { FirewallOperations(firewall).removeApplication(path); });
 }
 
-FirewallResult FirewallChange::addPort(const FirewallPortRule& rule) {
-    return carryOut(kPortFamily, [&] {
-        FirewallOperations firewall(context_.machine.firewall);
+FirewallResult FirewallChange::addPort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                       const FirewallPortRule& rule) {
+    return carryOut(debugLog, kPortFamily, [&] {
+        FirewallOperations operations(firewall);
         requireProtocol(rule.protocols);
-        openProtocols(firewall, rule);
+        openProtocols(operations, debugLog, rule);
     });
 }
 
-// A failed rule leaves no record, so what it has opened so far would stay open for good.
-void FirewallChange::openProtocols(FirewallOperations& firewall, const FirewallPortRule& rule) {
-    std::uint8_t opened = 0;
-    try {
-        for (const Protocol& protocol : kProtocols) {
-            if ((rule.protocols & protocol.bit) != 0 &&
-                firewall.addPort(rule.port, protocol.bit, nameOf(rule, protocol))) {
-                opened |= protocol.bit;
-            }
-        }
-    } catch (const GenericError&) {
-        if (opened != 0) {
-            carryOut(kPortFamily, [&] { firewall.removePort(rule.port, opened); });
-        }
-        throw;
-    }
-}
-
-FirewallResult FirewallChange::removePort(std::string_view fields) {
+FirewallResult FirewallChange::removePort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                          std::string_view fields) {
     FirewallResult ports = FirewallResult::kDone;
-    const FirewallResult result = carryOut(kPortFamily, [&] {
-        const FirewallPortRule rule = readRecord(fields);
-        FirewallOperations firewall(context_.machine.firewall);
-        ports = closeProtocols(firewall, rule);
+    const FirewallResult result = carryOut(debugLog, kPortFamily, [&] {
+        const FirewallPortRule rule = readRecord(fields, debugLog);
+        FirewallOperations operations(firewall);
+        ports = closeProtocols(operations, debugLog, rule);
     });
     return std::max(result, ports);
-}
-
-FirewallPortRule FirewallChange::readRecord(std::string_view fields) {
-    const std::vector<std::string_view> parts = RecordText::splitAll(fields);
-    FirewallPortRule rule;
-    rule.port = parts.empty() ? 0 : OUtils::textToInteger(std::string(parts[0]).c_str());
-    if (parts.size() < 2 || parts[1].empty() || rule.port < 1 || rule.port > kLastPort) {
-        throw GenericError("Invalid firewall port action log entry: \"%s\"", std::string(fields).c_str());
-    }
-    rule.protocols =
-        protocolsOf(std::string(parts[1]),
-                    "WARNING: Malformed action log entry for firewall port: \"" + std::string(fields) + "\"");
-    requireProtocol(rule.protocols);
-    return rule;
-}
-
-// Other words are logged, each, and skipped.
-std::uint8_t FirewallChange::protocolsOf(const std::string& words, const std::string& warning) {
-    std::vector<std::string> list;
-    OUtils::splitText(words.c_str(), kProtocolSeparator, list);
-    std::uint8_t protocols = 0;
-    for (const std::string& word : list) {
-        const auto* found = std::ranges::find(kProtocols, word, &Protocol::word);
-        if (found == std::end(kProtocols)) {
-            context_.debugLog.line(warning);
-        } else {
-            protocols |= found->bit;
-        }
-    }
-    return protocols;
-}
-
-// One that can't be closed doesn't keep the other open.
-FirewallResult FirewallChange::closeProtocols(FirewallOperations& firewall, const FirewallPortRule& rule) {
-    FirewallResult result = FirewallResult::kDone;
-    for (const Protocol& protocol : kProtocols) {
-        if ((rule.protocols & protocol.bit) != 0) {
-            result = std::max(result,
-                              carryOut(kPortFamily, [&] { firewall.removePort(rule.port, protocol.bit); }));
-        }
-    }
-    return result;
 }

@@ -36,12 +36,16 @@ public:
 
     // The single changes, without a record and with failures in the debug log alone. A path that the action
     // log can't hold as it is fails, since the exception could not be taken back.
-    FirewallResult addApplication(std::string_view path, std::string_view name);
-    FirewallResult removeApplication(std::string_view path);
+    static FirewallResult addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                         std::string_view path, std::string_view name);
+    static FirewallResult removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                            std::string_view path);
     // All protocols of the rule; after a failure only those stay open that were before.
-    FirewallResult addPort(const FirewallPortRule& rule);
+    static FirewallResult addPort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                  const FirewallPortRule& rule);
     // `fields`: port, protocols separated by ";", name; separated by TABs. A damaged text fails.
-    FirewallResult removePort(std::string_view fields);
+    static FirewallResult removePort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                     std::string_view fields);
 
 private:
     FirewallResult applyChild(std::int32_t node);
@@ -50,13 +54,6 @@ private:
     bool reportAdding(FirewallResult result, const std::string& what);
     void reportRemoval(FirewallResult result, const std::string& what);
     void reportResult(bool done, const std::string& line);
-
-    template <typename Action>
-    FirewallResult carryOut(const char* family, Action action);
-    void openProtocols(FirewallOperations& firewall, const FirewallPortRule& rule);
-    FirewallResult closeProtocols(FirewallOperations& firewall, const FirewallPortRule& rule);
-    FirewallPortRule readRecord(std::string_view fields);
-    std::uint8_t protocolsOf(const std::string& words, const std::string& warning);
 
     ChangeContext context_;
 };

@@ -111,7 +111,7 @@ bool ProgramRun::run(const AsynchronousRunProgram& program, Report& report, std:
 
 bool ProgramRun::runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause) {
     if (threads_ == nullptr) {
-        threads_.reset(OUtils::createThreadManager());
+        threads_.reset(OUtils::createThreadManager({}));
     }
     RunProgramThread thread(processes_);
     if (threads_ == nullptr || threads_->startDetached(thread, &program) != 0) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "base/fixed_text.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/product_description.h"
@@ -147,7 +146,7 @@ void RegistryChange::applyElement(std::int32_t node, const ProductDescription& p
 }
 
 bool RegistryChange::openProductLog(const ProductDescription& product) {
-    const std::optional<std::string> path = product.installLogFile();
+    const auto path = product.installLogFile();
     return path && !path->empty() && context_.log.openToAppend(*path);
 }
 

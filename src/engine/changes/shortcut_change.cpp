@@ -46,6 +46,30 @@ std::string lineOf(const char* word, std::string_view linkPath) {
     return std::string(word) + " shortcut " + std::string(linkPath);
 }
 
+bool createUninstallShortcut(platform::ShellObjects& shell, const ProductDescription& product,
+                             const DebugLog& debugLog, const ShortcutRequest& shortcut) {
+    const auto command = uninstallCommandOf(product, ProgramQuotes::kNone, debugLog);
+    return command && shell.createLink(shortcut.linkPath, {command->program, shortcut.description,
+                                                           command->arguments, "", ""}) == 0;
+}
+
+bool create(platform::ShellObjects& shell, const ProductDescription& product, const DebugLog& debugLog,
+            const ShortcutRequest& shortcut) {
+    switch (shortcut.type) {
+        case ShortcutType::kFile:
+            return shell.createLink(shortcut.linkPath,
+                                    {shortcut.target, shortcut.description, shortcut.arguments,
+                                     shortcut.startPath, shortcut.iconPath}) == 0;
+        case ShortcutType::kUrl:
+            return shell.createUrlLink(shortcut.linkPath, shortcut.target) == 0;
+        case ShortcutType::kUninstall:
+            return createUninstallShortcut(shell, product, debugLog, shortcut);
+        case ShortcutType::kSymlink:
+            break;
+    }
+    return false;
+}
+
 }  // namespace
 
 bool ShortcutChange::apply() {
@@ -92,7 +116,8 @@ bool ShortcutChange::prepareDirectory(const std::string& directory) {
 }
 
 bool ShortcutChange::applyRequest(const ShortcutRequest& shortcut) {
-    const std::optional<std::string> fields = add(shortcut);
+    const std::optional<std::string> fields =
+        add(context_.machine, product_, context_.report, context_.debugLog, shortcut);
     if (!fields) {
         context_.debugLog.print("ERROR: Creating shortcut: \"%s\" to \"%s\" and args\"%s\"",
                                 shortcut.linkPath.c_str(), shortcut.target.c_str(),
@@ -103,53 +128,31 @@ bool ShortcutChange::applyRequest(const ShortcutRequest& shortcut) {
     return true;
 }
 
-std::optional<std::string> ShortcutChange::add(const ShortcutRequest& shortcut) {
-    const bool done = canBeUndone(shortcut.linkPath) && create(shortcut);
+std::optional<std::string> ShortcutChange::add(const platform::Platform& machine,
+                                               const ProductDescription& product, Report& report,
+                                               const DebugLog& debugLog, const ShortcutRequest& shortcut) {
+    const bool done = canBeUndone(shortcut.linkPath) && create(machine.shell, product, debugLog, shortcut);
     const std::string line = lineOf(done ? "Create " : "FAILED to create ", shortcut.linkPath);
-    context_.report.addLine(line, false);
+    report.addLine(line, false);
     if (!done) {
-        context_.report.addError(line);
+        report.addError(line);
         return std::nullopt;
     }
     return recordOf(shortcut.linkPath);
 }
 
-bool ShortcutChange::create(const ShortcutRequest& shortcut) {
-    platform::ShellObjects& shell = context_.machine.shell;
-    switch (shortcut.type) {
-        case ShortcutType::kFile:
-            return shell.createLink(shortcut.linkPath,
-                                    {shortcut.target, shortcut.description, shortcut.arguments,
-                                     shortcut.startPath, shortcut.iconPath}) == 0;
-        case ShortcutType::kUrl:
-            return shell.createUrlLink(shortcut.linkPath, shortcut.target) == 0;
-        case ShortcutType::kUninstall:
-            return createUninstallShortcut(shortcut);
-        case ShortcutType::kSymlink:
-            break;
-    }
-    return false;
-}
-
-bool ShortcutChange::createUninstallShortcut(const ShortcutRequest& shortcut) {
-    const auto command = uninstallCommandOf(product_, ProgramQuotes::kNone, context_.debugLog);
-    return command &&
-           context_.machine.shell.createLink(
-               shortcut.linkPath, {command->program, shortcut.description, command->arguments, "", ""}) == 0;
-}
-
 bool ShortcutChange::undo(const LogRecord& record) {
-    remove(record.fields);
+    remove(context_.machine.files, context_.report, record.fields);
     return true;
 }
 
-bool ShortcutChange::remove(std::string_view fields) {
+bool ShortcutChange::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
     const std::size_t end = std::min(fields.find(Format::kSeparator), fields.size());
     if (fields.substr(0, end) != Format::kCreate) {
         return true;
     }
     const std::string_view linkPath = fields.substr(std::min(end + 1, fields.size()));
-    const bool done = !linkPath.empty() && context_.machine.files.removeFile(linkPath) == 0;
-    context_.report.addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
+    const bool done = !linkPath.empty() && files.removeFile(linkPath) == 0;
+    report.addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
     return done;
 }

@@ -39,11 +39,14 @@ public:
     bool undo(const LogRecord& record) override;
 
     // Makes a shortcut and reports it. The fields of its record; none after a failure. A path that the action
-    // log can't hold as it is fails, since what it would make could not be taken back.
-    std::optional<std::string> add(const ShortcutRequest& shortcut);
+    // log can't hold as it is fails, since what it would make could not be taken back. The product gives the
+    // command of an uninstall shortcut.
+    static std::optional<std::string> add(const platform::Platform& machine,
+                                          const ProductDescription& product, Report& report,
+                                          const DebugLog& debugLog, const ShortcutRequest& shortcut);
     // Deletes the file that the fields of a record name, and never a directory. Fields of another kind are
     // true without any action.
-    bool remove(std::string_view fields);
+    static bool remove(platform::FileSystem& files, Report& report, std::string_view fields);
 
 private:
     // A child of the group with its texts as they are to be used.
@@ -56,8 +59,6 @@ private:
     std::optional<Element> readElement(std::int32_t node);
     bool prepareDirectory(const std::string& directory);
     bool applyRequest(const ShortcutRequest& shortcut);
-    bool create(const ShortcutRequest& shortcut);
-    bool createUninstallShortcut(const ShortcutRequest& shortcut);
 
     ChangeContext context_;
     const ProductDescription& product_;

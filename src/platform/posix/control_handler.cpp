@@ -36,8 +36,8 @@ void addUnlessIgnored(sigset_t& set, int signal) {
     }
 }
 
-// The signals to serve: the events, and what stops and continues a job, so that the terminal isn't left
-// without echo meanwhile.
+// The signals to serve: the events, and what stops and continues a job, so that a stopped
+// program doesn't leave the terminal without echo.
 sigset_t servedSignals() {
     sigset_t set;
     sigemptyset(&set);
@@ -57,7 +57,7 @@ void takeDefaultAction(int signal) {
     sigaddset(&set, signal);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     raise(signal);
-    pthread_sigmask(SIG_BLOCK, &set, nullptr);  // a process that was stopped goes on here
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);  // a stopped process continues here
 }
 
 void endBySignal(int signal) {

@@ -42,8 +42,8 @@ void addKey(std::string& entry, std::string_view key, std::string_view text) {
     }
 }
 
-// One word of a command: "%" begins a field code, and what means something to a shell stands in quotes, where
-// four characters still have to be escaped.
+// One word of a command: "%" begins a field code, and what means something to a shell is quoted, where four
+// characters still have to be escaped.
 std::string wordOf(std::string_view argument) {
     constexpr std::string_view kReserved = " \t\n\r\"'\\><~|&;$*?#()`";
     constexpr std::string_view kEscapedInQuotes = "\"`$\\";

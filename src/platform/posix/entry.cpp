@@ -12,8 +12,8 @@
 namespace {
 
 // A caller may have closed the standard streams. Their numbers must not go to files that are opened later:
-// what is printed would land in them. Output goes on to fail, so that nobody waits for the answer to a
-// question that was never shown.
+// what is printed would end up in them. Output still fails, so that nobody waits for the answer to a question
+// that was never shown.
 bool occupyStandardStreams() {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
         if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) {

@@ -59,12 +59,12 @@ std::vector<std::string> entriesOf(std::string_view list, char separator) {
     return entries;
 }
 
-// A path that is there as this system writes it; any other text as it is.
+// An existing path as this system writes it; any other text unchanged.
 std::string asSystemPath(const std::string& entry) {
     if (!entry.starts_with('\\')) {
         return entry;
     }
-    const std::string native = nativePath(entry.c_str());
+    const std::string native = nativePath(entry);
     return access(native.c_str(), F_OK) == 0 ? native : entry;
 }
 

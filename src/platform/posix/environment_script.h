@@ -28,9 +28,9 @@ struct EnvironmentScriptPlace {
 // In the state directory, with a link only when that is the default one.
 EnvironmentScriptPlace environmentScriptPlace();
 
-// Brings script and link in line with the registry: they go when nothing is to be set. 0 or an error number
-// of the registry or the system. What lies at the link's place and is not this link stays and is a failure;
-// a missing directory for the link is none.
+// Brings script and link in line with the registry; removes them when nothing is to be set. 0 or an error
+// number of the registry or the system. Anything else in the link's place is kept and is a failure; a missing
+// directory for the link is not.
 int publishEnvironment(Registry& registry, const EnvironmentScriptPlace& place);
 
 }  // namespace platform

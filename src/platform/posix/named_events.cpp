@@ -23,7 +23,7 @@ std::string semaphoreName(std::string_view name) {
 }
 
 // A semaphore outlives its owner when that is killed. So each user holds a lock on the semaphore's file,
-// which the kernel lets go; a semaphore without one is what was left behind.
+// which the kernel releases; a semaphore without a lock is left over from a killed owner.
 Descriptor openLockFile(const std::string& name) {
     const std::string path = "/dev/shm/sem." + name.substr(1);
     return Descriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
@@ -88,7 +88,8 @@ std::unique_ptr<NamedEvent> PosixNamedEvents::create(std::string_view name) {
         return nullptr;
     }
     removeLeftOver(full);
-    // Somebody else may create or remove the name between two calls; after a few rounds that is no accident.
+    // Somebody else may create or remove the name between two calls; after a few rounds that is not an
+    // accident any more.
     for (int round = 0; round < 10; ++round) {
         sem_t* semaphore = sem_open(full.c_str(), O_CREAT | O_EXCL, kOwnerOnly, 0);
         if (semaphore != SEM_FAILED) {

@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/clock.h"
+
 namespace platform {
 
 namespace {
@@ -59,6 +61,7 @@ bool PosixConsole::writeError(std::string_view text) {
 
 ReadStatus PosixConsole::readLine(std::string& outLine, std::size_t maxBytes) {
     outLine.clear();
+    flush();
     while (!interrupted_ && !takeLinePart(outLine, maxBytes)) {
         const ReadStatus status = fillInput();
         if (status == ReadStatus::kEnd) {
@@ -115,6 +118,8 @@ ReadStatus PosixConsole::waitForInput() {
 }
 
 ReadStatus PosixConsole::readKey(int& outKey) {
+    outKey = 0;
+    flush();
     if (!interrupted_ && inputPosition_ == pendingInput_.size()) {
         // What arrives while echo is off is taken at once: a pasted password must not meet the echo between
         // two keys.
@@ -129,17 +134,13 @@ ReadStatus PosixConsole::readKey(int& outKey) {
 
 ReadStatus PosixConsole::takeKey(int& outKey) {
     const unsigned char key = static_cast<unsigned char>(pendingInput_[inputPosition_++]);
-    outKey = key;
     termios settings{};
-    if (tcgetattr(input_, &settings) != 0) {
-        return ReadStatus::kLine;
-    }
-    if (key != _POSIX_VDISABLE && key == settings.c_cc[VEOF]) {
+    // A disabled key has the value of an ordinary byte, which must not be taken for it.
+    const bool isSpecial = tcgetattr(input_, &settings) == 0 && key != _POSIX_VDISABLE;
+    if (isSpecial && key == settings.c_cc[VEOF]) {
         return ReadStatus::kEnd;
     }
-    if (key != _POSIX_VDISABLE && key == settings.c_cc[VERASE]) {
-        outKey = kBackspaceKey;
-    }
+    outKey = isSpecial && key == settings.c_cc[VERASE] ? kBackspaceKey : key;
     return ReadStatus::kLine;
 }
 
@@ -151,6 +152,8 @@ void PosixConsole::interruptInput() {
 }
 
 bool PosixConsole::windowSize(int& outColumns, int& outRows) {
+    outColumns = 0;
+    outRows = 0;
     winsize size{};
     if (ioctl(output_, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) {
         return false;
@@ -166,6 +169,10 @@ bool PosixConsole::isInputTerminal() {
 
 bool PosixConsole::isOutputTerminal() {
     return isatty(output_) == 1;
+}
+
+void PosixConsole::sleepMilliseconds(std::uint32_t milliseconds) {
+    platform::sleepMilliseconds(milliseconds);
 }
 
 ConsoleDevice& systemConsole() {

@@ -28,6 +28,7 @@ public:
     bool windowSize(int& outColumns, int& outRows) override;
     bool isInputTerminal() override;
     bool isOutputTerminal() override;
+    void sleepMilliseconds(std::uint32_t milliseconds) override;
 
 private:
     bool flushLocked();

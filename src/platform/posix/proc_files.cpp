@@ -31,7 +31,7 @@ std::string readStart(const std::string& path) {
     return std::string(buffer, size > 0 ? static_cast<std::size_t>(size) : 0);
 }
 
-// The fields of "stat" behind the name, which may hold blanks and brackets itself: "S 1 ...", state and
+// The fields of "stat" after the name, which may itself contain blanks and brackets: "S 1 ...", state and
 // parent first.
 std::string fieldsBehindName(pid_t id) {
     const std::string text = readStart(procPath(id, "stat"));

@@ -8,8 +8,8 @@
 
 namespace platform {
 
-// A process held by a descriptor, so that its number can't come to mean another one meanwhile. On kernels
-// without such descriptors the number alone has to do.
+// A process held by a descriptor, so that its number can't be reused for another one. On kernels without such
+// descriptors the number alone has to do.
 class ProcessHandle {
 public:
     explicit ProcessHandle(pid_t id);

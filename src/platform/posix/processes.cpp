@@ -23,7 +23,7 @@ constexpr std::uint32_t kHardEndMilliseconds = 1000;
 
 // A relative path means the directory of the caller, while the system would start at the child's.
 std::string programPath(const std::string& word) {
-    std::string program = nativePath(word.c_str());
+    std::string program = nativePath(word);
     if (program.find('/') == std::string::npos || program[0] == '/') {
         return program;
     }

@@ -27,14 +27,14 @@ bool isProgram(const struct stat& status) {
     return S_ISREG(status.st_mode) && (status.st_mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0;
 }
 
-// What isn't there (yet) or stands in PATH is taken for a program.
+// What doesn't exist (yet) or is found in PATH counts as a program.
 bool isDocument(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && !isProgram(status);
 }
 
 std::vector<std::string> commandOf(const LinkDescription& link) {
-    const std::string target = nativePath(link.target.c_str());
+    const std::string target = nativePath(link.target);
     std::vector<std::string> words = splitCommandLine(link.arguments);
     words.insert(words.begin(), target);
     if (isDocument(target)) {

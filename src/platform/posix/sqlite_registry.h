@@ -10,7 +10,7 @@ namespace platform {
 // that it needs no lock of its own and notices at once when the file is replaced.
 class SqliteRegistry : public Registry {
 public:
-    // The database lies in `directory` and is made by the first change; reading never makes it.
+    // The database is in `directory`. The first change creates it; reading never does.
     explicit SqliteRegistry(std::string directory);
 
     int createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) override;

@@ -27,7 +27,7 @@ public:
 
     int get() const { return number_; }
     bool isOpen() const { return number_ >= 0; }
-    // Returns 0 or errno; the descriptor is gone in any case.
+    // Returns 0 or errno; the descriptor is closed in any case.
     int close();
 
 private:

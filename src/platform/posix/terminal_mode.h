@@ -10,7 +10,7 @@ namespace platform {
 // other signals from keys (Ctrl-C) go on.
 class RawTerminalMode {
 public:
-    // Does nothing when the descriptor is no terminal, or while another object has the terminal.
+    // Does nothing when the descriptor is not a terminal, or while another object has the terminal.
     explicit RawTerminalMode(int descriptor);
     ~RawTerminalMode();
     RawTerminalMode(const RawTerminalMode&) = delete;
@@ -20,8 +20,8 @@ private:
     bool active_ = false;
 };
 
-// The next three are for what signals do to the process, from any thread. They leave a terminal alone that
-// belongs to another job meanwhile.
+// The next three serve the signals that end, stop or continue the process; from any thread. They leave a
+// terminal alone that belongs to another job by then.
 
 // Gives the terminal back for good, whatever a RawTerminalMode took. For a process that is about to end.
 void restoreTerminalMode();
@@ -30,7 +30,7 @@ void restoreTerminalMode();
 // returns.
 void stopWithTerminalRestored(const std::function<void()>& stop);
 
-// Takes again what a living RawTerminalMode had taken. For a process that goes on.
+// Takes again what a living RawTerminalMode had taken. For a process that continues.
 void retakeTerminalMode();
 
 }  // namespace platform

@@ -9,8 +9,8 @@
 
 namespace platform {
 
-// Reads a pipe or a device on a thread of its own: a read that waits there can't be woken dependably, so the
-// one who asked must be able to leave it behind. Reads nothing that nobody asked for. `read` is for one
+// Reads a pipe or a device on a thread of its own: a read that waits there can't be woken dependably, so
+// the caller must be able to abandon it. Reads only on request. `read` is for one
 // thread, `interrupt` for any.
 class BackgroundReader {
 public:

@@ -12,7 +12,7 @@
 // Owners of what the component object model hands out, so that each way out of a function gives it back.
 namespace platform {
 
-// Holds the calling thread in an apartment of its own while it lives. Declared ahead of the objects, so that
+// Holds the calling thread in an apartment of its own while it lives. Declared before the objects, so that
 // they are released first.
 class ComApartment {
 public:

@@ -1,5 +1,6 @@
 #include "platform/console_device.h"
 
+#include "platform/clock.h"
 #include "platform/windows/console_input.h"
 #include "platform/windows/console_output.h"
 
@@ -20,18 +21,25 @@ public:
     bool writeError(std::string_view text) override { return error_.write(text) && error_.flush(); }
 
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override {
+        output_.flush();
         return input_.readLine(outLine, maxBytes);
     }
-    ReadStatus readKey(int& outKey) override { return input_.readKey(outKey); }
+    ReadStatus readKey(int& outKey) override {
+        output_.flush();
+        return input_.readKey(outKey);
+    }
     void beginKeys() override { input_.beginKeys(); }
     void endKeys() override { input_.endKeys(); }
     void interruptInput() override { input_.interrupt(); }
 
     bool windowSize(int& outColumns, int& outRows) override {
+        outColumns = 0;
+        outRows = 0;
         return output_.windowSize(outColumns, outRows);
     }
     bool isInputTerminal() override { return input_.isTerminal(); }
     bool isOutputTerminal() override { return output_.isTerminal(); }
+    void sleepMilliseconds(std::uint32_t milliseconds) override { platform::sleepMilliseconds(milliseconds); }
 
 private:
     ConsoleInput input_;

@@ -78,6 +78,7 @@ ReadStatus ConsoleInput::readLine(std::string& outLine, std::size_t maxBytes) {
 }
 
 ReadStatus ConsoleInput::readKey(int& outKey) {
+    outKey = 0;
     if (kind_ == Kind::kConsole) {
         const ReadStatus status = keys_.empty() ? waitForConsoleKey() : ReadStatus::kLine;
         if (status != ReadStatus::kLine || interrupted_) {
@@ -188,7 +189,8 @@ ReadStatus ConsoleInput::waitForConsoleKey() {
     return ReadStatus::kLine;
 }
 
-// Takes one event from the console; keys with a character go to `keys_`. False when the console is gone.
+// Takes one event from the console; keys with a character go to `keys_`. False when the console no longer
+// exists.
 bool ConsoleInput::takeKeyEvent() {
     INPUT_RECORD record;
     DWORD count = 0;

@@ -16,7 +16,7 @@ namespace platform {
 // Reads single keys as long as it lives: no line editing, no echo, Ctrl-C a key like any other.
 class RawConsoleMode {
 public:
-    // Does nothing when the handle is no console.
+    // Does nothing when the handle is not a console.
     explicit RawConsoleMode(HANDLE console);
     ~RawConsoleMode();
     RawConsoleMode(const RawConsoleMode&) = delete;
@@ -37,6 +37,7 @@ public:
     ConsoleInput(const ConsoleInput&) = delete;
     ConsoleInput& operator=(const ConsoleInput&) = delete;
 
+    // As ConsoleDevice's, without a flush of any output.
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes);
     ReadStatus readKey(int& outKey);
     void beginKeys();
@@ -60,7 +61,7 @@ private:
     Kind kind_;
     std::string text_;  // translated, with the part before position_ given out
     std::size_t position_ = 0;
-    bool heldReturn_ = false;  // a carriage return at the end of what came; the next byte tells its meaning
+    bool heldReturn_ = false;  // a carriage return came last; the next byte decides its meaning
     bool ended_ = false;
     std::optional<RawConsoleMode> rawMode_;  // from beginKeys to endKeys
     std::string keys_;                       // bytes of a pressed key that are still to be given out

@@ -30,7 +30,7 @@ bool DebugPrivilege::switchTo(DWORD attributes) {
     TOKEN_PRIVILEGES privileges{};
     privileges.PrivilegeCount = 1;
     privileges.Privileges[0].Attributes = attributes;
-    // The call also succeeds when the token has no such privilege; only the last error tells.
+    // The call also succeeds when the token has no such privilege; only the last error says so.
     return LookupPrivilegeValueW(nullptr, L"SeDebugPrivilege", &privileges.Privileges[0].Luid) != 0 &&
            AdjustTokenPrivileges(token_, FALSE, &privileges, 0, nullptr, nullptr) != 0 &&
            GetLastError() == ERROR_SUCCESS;

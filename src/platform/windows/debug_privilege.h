@@ -5,7 +5,7 @@
 namespace platform {
 
 // The right to look into the processes of others, for the calling thread, as long as the object lives. Not
-// having it is no failure: then fewer processes can be opened.
+// having it is not a failure: fewer processes can be opened then.
 class DebugPrivilege {
 public:
     DebugPrivilege();

@@ -25,7 +25,7 @@ public:
                 return std::nullopt;
             }
             if (length < value.size()) {
-                return utf8Of(value.c_str());
+                return utf8Of(std::wstring_view(value.data(), length));
             }
             value.resize(length);
         }

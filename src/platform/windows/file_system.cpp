@@ -15,7 +15,7 @@ struct DispositionFlags {
     DWORD flags;
 };
 
-// Without the flag, creating a file where a link to nothing lies would create the link's target.
+// Without the flag, creating a file in the place of a link to nothing would create the link's target.
 DispositionFlags flagsOf(Disposition disposition) {
     switch (disposition) {
         case Disposition::kOpenExisting:
@@ -57,7 +57,7 @@ int onTwoPaths(std::string_view from, std::string_view to, Operation operation) 
                : statusOf(operation(wideFrom.c_str(), wideTo.c_str()));
 }
 
-// What the directory tells of an entry. A file that is locked or protected against its own reader answers
+// What the directory says about an entry. A file that is locked or protected against its own reader answers
 // only to a search, which in turn must not see a wildcard.
 bool entryOf(std::string_view path, DWORD& outAttributes, std::int64_t& outSize) {
     const std::wstring wide = systemPath(path);
@@ -113,7 +113,7 @@ int finalPathOf(const std::wstring& path, std::wstring& outPath) {
     return 0;
 }
 
-// The access list, as it stands in the file.
+// The access list, unchanged.
 int copyAccessList(const wchar_t* from, const wchar_t* to) {
     DWORD size = 0;
     GetFileSecurityW(from, DACL_SECURITY_INFORMATION, nullptr, 0, &size);

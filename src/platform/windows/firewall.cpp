@@ -46,7 +46,7 @@ NET_FW_IP_PROTOCOL numberOf(FirewallProtocol protocol) {
 
 class WindowsFirewallProfile : public FirewallProfile {
 public:
-    // Ahead of all else.
+    // To be called before all others.
     FirewallOutcome reach() {
         FirewallOutcome outcome = outcomeOf(FirewallCall::kInitialize, apartment_.result());
         then(outcome, FirewallCall::kCreateManager, [&] { return create<NetFwMgr>(manager_); });

@@ -19,7 +19,7 @@ UINT styleOf(MessageIcon icon) {
     return MB_ICONERROR;
 }
 
-// A service's desktop is seen by nobody, and a box on it would wait for ever.
+// Nobody sees the desktop of a service, and a box on it would wait forever.
 bool isDesktopVisible() {
     USEROBJECTFLAGS flags{};
     return GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof(flags), nullptr) !=

@@ -100,7 +100,7 @@ public:
         const DebugPrivilege privilege;
         for (const DWORD id : ids) {
             const Handle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id));
-            const std::string path = process ? utf8Of(imagePathOf(process.get()).c_str()) : std::string();
+            const std::string path = process ? utf8Of(imagePathOf(process.get())) : std::string();
             if (!path.empty()) {
                 outProcesses.push_back({id, path.substr(path.find_last_of('\\') + 1), path});
             }

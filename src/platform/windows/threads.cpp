@@ -41,7 +41,7 @@ std::vector<ProcessorGroup> usableProcessorGroups() {
     std::vector<ProcessorGroup> usable;
     const WORD own = ownGroup();
     for (ProcessorGroup group : activeGroups()) {
-        // The mask tells about the process's own group, and is zero for a process in several groups. Other
+        // The mask describes the process's own group, and is zero for a process in several groups. Other
         // groups are open to a process that was not restricted within its own.
         if (processMask != 0 && group.number == own) {
             group.mask &= processMask;

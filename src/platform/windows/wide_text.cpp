@@ -34,7 +34,7 @@ bool isNumberedDevice(std::wstring_view name) {
            ((digit >= L'0' && digit <= L'9') || digit == 0xB9 || digit == 0xB2 || digit == 0xB3);
 }
 
-// Extensions, streams and blanks behind the name don't take its meaning away.
+// With an extension, a stream or blanks after the name it still means the device.
 bool isDeviceName(std::wstring_view component) {
     std::wstring_view name = component.substr(0, component.find_first_of(L".:"));
     while (!name.empty() && name.back() == L' ') {
@@ -64,47 +64,19 @@ std::wstring absolutePath(const std::wstring& path) {
     }
 }
 
-std::wstring wideUpToTerminator(const std::string& utf8) {
-    const std::int64_t length = OUtils::utf8ToWide(utf8.c_str(), nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(length), L'\0');
-    OUtils::utf8ToWide(utf8.c_str(), reinterpret_cast<char16_t*>(wide.data()), length + 1);
-    return wide;
-}
-
 }  // namespace
 
 std::wstring wideOf(std::string_view utf8) {
-    std::wstring wide;
-    for (;;) {
-        const std::size_t end = utf8.find('\0');
-        wide += wideUpToTerminator(std::string(utf8.substr(0, end)));
-        if (end == std::string_view::npos) {
-            return wide;
-        }
-        wide += L'\0';
-        utf8.remove_prefix(end + 1);
-    }
+    const std::u16string wide = OUtils::utf8ToWide(utf8);
+    return {wide.begin(), wide.end()};
 }
 
 std::string utf8Of(const wchar_t* wide) {
-    const char16_t* text = reinterpret_cast<const char16_t*>(wide);
-    const std::int64_t length = OUtils::wideToUtf8(text, nullptr, 0);
-    std::string utf8(static_cast<std::size_t>(length), '\0');
-    OUtils::wideToUtf8(text, utf8.data(), length + 1);
-    return utf8;
+    return utf8Of(std::wstring_view(wide));
 }
 
 std::string utf8Of(std::wstring_view wide) {
-    std::string utf8;
-    for (;;) {
-        const std::size_t end = wide.find(L'\0');
-        utf8 += utf8Of(std::wstring(wide.substr(0, end)).c_str());
-        if (end == std::wstring_view::npos) {
-            return utf8;
-        }
-        utf8 += '\0';
-        wide.remove_prefix(end + 1);
-    }
+    return OUtils::wideToUtf8({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
 }
 
 std::wstring systemPath(std::string_view utf8) {

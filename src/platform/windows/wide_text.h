@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// The texts of this system's calls. Above this folder text is UTF-8; bytes that are no UTF-8 and lone
+// The texts of this system's calls. Above this folder text is UTF-8; bytes that are not UTF-8 and lone
 // surrogates survive both ways.
 namespace platform {
 
@@ -32,7 +32,7 @@ public:
 
     explicit operator bool() const { return handle_ != nullptr; }
     HANDLE get() const { return handle_; }
-    // False when the system reports a failure; there is no handle any more in any case.
+    // False when the system reports a failure; the handle is given up in any case.
     bool close() {
         const HANDLE handle = handle_;
         handle_ = nullptr;

@@ -5,17 +5,18 @@
 #include <string_view>
 #include <vector>
 
+#include "base/fixed_text.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
-#include "ui/decimal_text.h"
+#include "ui/console/decimal_text.h"
 
 namespace ConsoleInterface {
 
 namespace {
 
-constexpr int kRadioValueCapacity = 512;
-constexpr int kCheckboxValueCapacity = 16;
+constexpr std::size_t kRadioValueCapacity = 512;
+constexpr std::size_t kCheckboxValueCapacity = 16;
 constexpr std::size_t kNetworkPathStart = 2;
 // What the C locale calls white space.
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
@@ -60,16 +61,30 @@ std::string cleanPath(std::string_view answer) {
     return std::string(trimEnd(trimEnd(trimEnd(clean, "\\"), kWhiteSpace), "\\"));
 }
 
-// The answer as it came, or the default of the variable when the question was interrupted.
+// Empty for a variable that doesn't exist. At most `capacity` - 1 bytes.
+std::string valueOf(const DialogFieldDesc& field, InstallExchangeInfo& engine, std::size_t capacity) {
+    std::string value(capacity, '\0');
+    engine.getVariable(field.variable.c_str(), value.data(), static_cast<int>(capacity));
+    value.resize(value.find('\0'));
+    return value;
+}
+
+std::string defaultOf(const DialogFieldDesc& field, InstallExchangeInfo& engine) {
+    PathText value;
+    engine.getDefaultValue(field.variable.c_str(), value.data(), static_cast<int>(PathText::capacity()));
+    return std::string(value.view());
+}
+
+// The answer as it was given, or the default of the variable when the question was interrupted.
 std::string askForText(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine,
                        bool echo) {
-    char value[OUtils::kPathCapacity] = "";
-    char fallback[OUtils::kPathCapacity] = "";
-    char answer[OUtils::kPathCapacity] = "";
-    engine.getVariable(field.variable.c_str(), value, sizeof value);
-    engine.getDefaultValue(field.variable.c_str(), fallback, sizeof fallback);
-    const int result = input.askText(field.label.c_str(), answer, sizeof answer, value, fallback, echo);
-    return result == 0 ? fallback : answer;
+    const std::string value = valueOf(field, engine, PathText::capacity());
+    const std::string fallback = defaultOf(field, engine);
+    PathText answer;
+    const bool isAnswered =
+        input.askText(field.label.c_str(), answer.data(), static_cast<int>(PathText::capacity()),
+                      value.c_str(), fallback.c_str(), echo) != 0;
+    return isAnswered ? std::string(answer.view()) : fallback;
 }
 
 std::vector<std::string> itemsOf(const DialogFieldDesc& field) {
@@ -94,10 +109,9 @@ std::vector<bool> enabledOf(const DialogFieldDesc& field, std::size_t count, Ins
 }
 
 // The variable as a number below `count`, or -1.
-int presetOf(const DialogFieldDesc& field, int capacity, std::size_t count, InstallExchangeInfo& engine) {
-    std::string value(static_cast<std::size_t>(capacity), '\0');
-    engine.getVariable(field.variable.c_str(), value.data(), capacity);
-    const int number = parseDecimal(value.c_str()).value_or(-1);
+int presetOf(const DialogFieldDesc& field, std::size_t capacity, std::size_t count,
+             InstallExchangeInfo& engine) {
+    const int number = parseDecimal(valueOf(field, engine, capacity)).value_or(-1);
     return number >= 0 && static_cast<std::size_t>(number) < count ? number : -1;
 }
 

@@ -15,7 +15,7 @@ namespace ConsoleInterface {
 class ConsoleField {
 public:
     virtual ~ConsoleField() = default;
-    // A field whose condition is false is passed over, and its variable stays as it is. An interrupted
+    // A field whose condition is false is skipped, and its variable keeps its value. An interrupted
     // question is stored like any other answer.
     void process(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine);
 
@@ -35,7 +35,7 @@ protected:
     void ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) override;
 };
 
-// A path: separators become `\`, doubled and trailing ones go.
+// A path: separators become `\`, doubled and trailing ones are dropped.
 class DirectoryField : public ConsoleField {
 protected:
     void ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) override;

@@ -1,17 +1,16 @@
 #include "ui/console/console_ui.h"
 
 #include <optional>
-#include <string_view>
 
 #include "base/shared_buffer.h"
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
-#include "support/p_console.h"
 #include "text/document_text.h"
 #include "ui/console/console_fields.h"
 
 namespace {
 
+constexpr int kNoGate = 2;  // of checkDialogCondition
 constexpr std::uint32_t kConditionPollMilliseconds = 100;
 constexpr std::uint32_t kMarkWaitMilliseconds = 10000;
 constexpr int kAssumedColumns = 80;
@@ -32,9 +31,11 @@ bool isMarkdown(const DialogElementDesc& element) {
 
 }  // namespace
 
-ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal)
-    : GenericUI(terminal, uninstall, ignoreErrors),
+ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::ConsoleDevice& terminal,
+                     AnswersFile& answers, DebugLog debugLog)
+    : GenericUI(terminal, answers, uninstall, ignoreErrors),
       quiet_(quiet),
+      debugLog_(debugLog),
       pager_(
           terminal, quiet, [this](const char* text) { pause(text); }, [this] { return isCancelled(); }) {}
 
@@ -57,11 +58,11 @@ int ConsoleUI::run() {
     return dialogueLost_ && isCancelled() ? -1 : result;
 }
 
-// A page that is marked for it holds the walk until its condition does.
+// A page that is marked for it holds the walk until its gate opens.
 void ConsoleUI::waitForCondition() {
     const DialogDesc* page =
         engine()->getDialog(engine()->getCurrentDialog(), engine()->getCurrentSubDialog());
-    if (page == nullptr || engine()->checkDialogCondition(this) == 2 || !page->has(kDialogAutomated)) {
+    if (page == nullptr || engine()->checkDialogCondition(this) == kNoGate || !page->has(kDialogAutomated)) {
         return;
     }
     while (engine()->checkDialogCondition(this) == 0 && !isCancelled()) {
@@ -80,8 +81,8 @@ int ConsoleUI::finish() {
     return 0;
 }
 
-// The thread of an interrupt wakes the question first and marks the session afterwards. A walk that ran ahead
-// of the mark would print, or even install, what was just called off.
+// The thread of an interrupt first wakes the question and then marks the session. A walk that went on before
+// the mark would print, or even install, what was just called off.
 bool ConsoleUI::isCancelled() const {
     if (engine() == nullptr) {
         return false;
@@ -117,7 +118,7 @@ int ConsoleUI::showSubDialog(int dialog, int sub) {
     if (!isCancelled()) {
         processFields(dialog, sub);
     }
-    isCancelled();  // the work of the page comes next
+    isCancelled();  // waits for the mark before the work of the page starts
     return 0;
 }
 
@@ -128,7 +129,7 @@ void ConsoleUI::selectPage(int dialog, int sub) {
         printedCount_ = 0;
     }
     const DialogDesc* page = engine()->getDialog(dialog, sub);
-    dialogHasCondition_ = page != nullptr && page->condition != nullptr;
+    dialogHasGate_ = page != nullptr && page->gate != nullptr;
 }
 
 void ConsoleUI::showElement(const DialogElementDesc& element, bool wasActive) {
@@ -148,9 +149,9 @@ void ConsoleUI::showElement(const DialogElementDesc& element, bool wasActive) {
     }
 }
 
-// A quiet run prints only what belongs to a condition that may hold the walk.
+// A quiet run prints only the pages whose gate may hold the walk: the user has to know what it waits for.
 bool ConsoleUI::isShown(const DialogElementDesc& element) const {
-    return (!quiet_ || dialogHasCondition_) && engine()->evaluateCondition(element.condition.c_str()) != 0;
+    return (!quiet_ || dialogHasGate_) && engine()->evaluateCondition(element.condition.c_str()) != 0;
 }
 
 void ConsoleUI::showText(const DialogElementDesc& element, bool wasActive) {
@@ -160,7 +161,7 @@ void ConsoleUI::showText(const DialogElementDesc& element, bool wasActive) {
     if (wasActive) {
         blankLine();
     }
-    printLine(element.text.c_str());
+    printLine(element.text);
     statusActive_ = statusActive_ || wasActive;
     ++printedCount_;
 }
@@ -201,8 +202,8 @@ void ConsoleUI::printDocument(const DialogElementDesc& element) {
         isMarkdown(element) ? markdownAsText(content, columns) : richTextAsText(content, columns);
     if (text.has_value()) {
         pager_.print(*text);
-    } else if (log_ != nullptr) {
-        log_->print("WARNING: The document \"%s\" is broken and isn't shown", element.text.c_str());
+    } else {
+        debugLog_.print("WARNING: The document \"%s\" is broken and isn't shown", element.text.c_str());
     }
 }
 
@@ -257,21 +258,19 @@ int ConsoleUI::confirmCancel() {
     return 1;
 }
 
-int ConsoleUI::refuseCancel(const char* line) {
+int ConsoleUI::refuseCancel(std::string_view line) {
     if (!losingDialogue_) {
         printLine(line);
     }
     return 0;
 }
 
-// Nobody answers any more. Work that runs is brought to its end all the same; the next question after it
-// ends the walk.
+// Nobody answers any more. Work that runs is completed all the same; the next question after it ends the
+// walk.
 void ConsoleUI::loseDialogue(DialogueLoss loss) {
     dialogueLost_ = true;
-    if (log_ != nullptr) {
-        log_->print(loss == DialogueLoss::kInputEnded ? "ERROR: The input ended at a question"
-                                                      : "ERROR: The output failed ahead of a question");
-    }
+    debugLog_.line(loss == DialogueLoss::kInputEnded ? "ERROR: The input ended at a question"
+                                                     : "ERROR: The output failed ahead of a question");
     if (engine() != nullptr && !isCancelled()) {
         losingDialogue_ = true;
         engine()->cancel(this);
@@ -294,7 +293,7 @@ void ConsoleUI::setStatusText(const char* text) {
     }
     statusText_ = line.substr(0, kStatusTextLimit);
     if (!statusActive_) {
-        printLine(statusText_.c_str());
+        printLine(statusText_);
     }
 }
 
@@ -323,7 +322,7 @@ int ConsoleUI::messageBox(const char* text, MessageKind kind) {
 
 int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {
     const int answer = input()->askChoice(text, 0, first, second, prefixOfExactCase, prefixOfExactCase);
-    isCancelled();  // an interrupted box counts as agreed, and only the mark stops what was agreed to
+    isCancelled();  // an interrupted box counts as an agreement, and only the mark stops what follows
     return answer < 1 ? 1 : 0;
 }
 
@@ -354,7 +353,7 @@ void ConsoleUI::blankLine() {
     terminal().flush();
 }
 
-void ConsoleUI::printLine(const char* text) {
+void ConsoleUI::printLine(std::string_view text) {
     terminal().write(std::string(text) + "\n");
     terminal().flush();
 }

@@ -4,12 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "support/debug_log.h"
 #include "ui/console/pager.h"
 #include "ui/console/user_input.h"
 #include "ui/generic_ui.h"
 
-class PConsole;
 struct DialogElementDesc;
 
 // The text front end: prints the elements of each page once, asks one question for each field, and steps
@@ -19,12 +20,11 @@ public:
     // The bytes that are kept of a status text.
     static constexpr std::size_t kStatusTextLimit = 4096;
 
-    // `terminal` outlives the object.
-    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, Terminal& terminal);
+    // `terminal` and `answers` outlive this object. The log gets what the user isn't shown: broken documents
+    // and the loss of the terminal.
+    ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::ConsoleDevice& terminal,
+              AnswersFile& answers, DebugLog debugLog);
     ~ConsoleUI() override;
-
-    // Borrowed; null takes it away. It is told of documents that can't be shown.
-    void setLog(PConsole* log) { log_ = log; }
 
     // 0, the walk's error, or -1 when nobody was left to answer a question or no engine is attached.
     int run() override;
@@ -55,7 +55,7 @@ public:
     int pumpEventsWhileCopying() override { return 0; }
     void addFileLine(const char* text, bool flushNow) override;
     void clearFileLines() override {}
-    // A message that only informs gives 0; an interrupted question counts as agreed.
+    // A message that only informs gives 0; an interrupted question counts as an agreement.
     int messageBox(const char* text, MessageKind kind) override;
     int beginProgress() override;
     int endProgress() override;
@@ -76,7 +76,7 @@ protected:
 private:
     void waitForCondition();
     void loseDialogue(DialogueLoss loss);
-    int refuseCancel(const char* line);
+    int refuseCancel(std::string_view line);
     bool isCancelled() const;
     void selectPage(int dialog, int sub);
     void showElement(const DialogElementDesc& element, bool wasActive);
@@ -89,11 +89,11 @@ private:
     int readColumns();
     void pause(const char* text);
     void blankLine();
-    void printLine(const char* text);
+    void printLine(std::string_view text);
     int askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase);
 
     const bool quiet_;
-    PConsole* log_ = nullptr;
+    DebugLog debugLog_;
     bool statusActive_ = false;
     int currentProgress_ = 0;
     int overallProgress_ = 0;
@@ -102,10 +102,10 @@ private:
 
     int lastDialog_ = -1;
     int lastSub_ = -1;
-    // Counts printed elements, not positions: a page that is shown again goes on where the first time
-    // stopped.
+    // Counts printed elements, not positions: a page that is shown again starts after as many elements as
+    // were printed the first time.
     int printedCount_ = 0;
-    bool dialogHasCondition_ = false;
+    bool dialogHasGate_ = false;
 
     std::atomic<bool> cancelConfirmed_{false};  // written by the thread of the interrupt
     // Written by the session's thread, read where a cancel is confirmed.

@@ -11,7 +11,7 @@ constexpr int kRowsOfQuestion = 2;
 
 }  // namespace
 
-Pager::Pager(Terminal& terminal, bool quiet, Pause pause, Cancelled cancelled)
+Pager::Pager(platform::ConsoleDevice& terminal, bool quiet, Pause pause, Cancelled cancelled)
     : terminal_(terminal), quiet_(quiet), pause_(std::move(pause)), cancelled_(std::move(cancelled)) {
     page_.reserve(kFirstCapacity);
 }
@@ -55,7 +55,7 @@ void Pager::printPages(std::string_view text, int rows) {
         }
     }
     printPage();
-    // The count of bytes decides about the closing pause, not the count of lines.
+    // Odd but intended: the closing pause depends on the number of bytes, not of lines.
     const std::int64_t last = static_cast<std::int64_t>(text.size()) - 1;
     if (!quiet_ && last % (rows - kRowsOfQuestion) != 0) {
         pauseForNextPage();

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "support/terminal.h"
+#include "platform/console_device.h"
 
 // Prints long texts page by page on a terminal.
 class Pager {
@@ -14,7 +14,7 @@ public:
     using Cancelled = std::function<bool()>;
 
     // A `quiet` pager never stops. `terminal` outlives the object.
-    Pager(Terminal& terminal, bool quiet, Pause pause, Cancelled cancelled);
+    Pager(platform::ConsoleDevice& terminal, bool quiet, Pause pause, Cancelled cancelled);
 
     // Prints the whole text, or the pages that were shown until the session was cancelled. Without a window
     // of at least 3 rows there is but one page.
@@ -26,7 +26,7 @@ private:
     void printPage();
     void pauseForNextPage();
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
     const bool quiet_;
     const Pause pause_;
     const Cancelled cancelled_;

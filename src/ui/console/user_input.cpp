@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "base/text_functions.h"
-#include "ui/decimal_text.h"
+#include "ui/console/decimal_text.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ bool anyEnabled(const std::vector<bool>& enabled, std::size_t count) {
 
 }  // namespace
 
-User::User(Terminal& terminal, bool uninstall, LossHandler onLoss)
+User::User(platform::ConsoleDevice& terminal, bool uninstall, LossHandler onLoss)
     : terminal_(terminal), uninstall_(uninstall), onLoss_(std::move(onLoss)) {}
 
 // A question that nobody sees must not be answered by chance.
@@ -93,11 +93,11 @@ bool User::readLine(std::string& outLine, std::size_t maxBytes) {
     if (!canAsk()) {
         return false;
     }
-    const TerminalRead result = terminal_.readLine(outLine, maxBytes);
-    if (result == TerminalRead::End && !interrupted_) {
+    const platform::ReadStatus result = terminal_.readLine(outLine, maxBytes);
+    if (result == platform::ReadStatus::kEnd && !interrupted_) {
         onLoss_(DialogueLoss::kInputEnded);
     }
-    if (result != TerminalRead::Line || interrupted_) {
+    if (result != platform::ReadStatus::kLine || interrupted_) {
         outLine.clear();
         return false;
     }
@@ -114,7 +114,8 @@ void User::dropRestOfLine(const std::string& line, std::size_t maxBytes) {
     }
     std::string rest;
     for (std::size_t dropped = 0; dropped < kRestOfLineLimit; dropped += rest.size()) {
-        if (terminal_.readLine(rest, 4096) != TerminalRead::Line || rest.empty() || rest.ends_with('\n')) {
+        if (terminal_.readLine(rest, 4096) != platform::ReadStatus::kLine || rest.empty() ||
+            rest.ends_with('\n')) {
             return;
         }
     }
@@ -127,12 +128,12 @@ bool User::readHidden(std::string& outText, std::size_t maxKeys) {
     }
     while (outText.size() < maxKeys) {
         int key = 0;
-        const TerminalRead result = terminal_.readKey(key);
-        if (result == TerminalRead::End && outText.empty() && !interrupted_) {
+        const platform::ReadStatus result = terminal_.readKey(key);
+        if (result == platform::ReadStatus::kEnd && outText.empty() && !interrupted_) {
             onLoss_(DialogueLoss::kInputEnded);
             return false;
         }
-        if (result != TerminalRead::Line || interrupted_ || endsHiddenInput(key)) {
+        if (result != platform::ReadStatus::kLine || interrupted_ || endsHiddenInput(key)) {
             break;
         }
         if (key != kBackspace) {
@@ -145,7 +146,7 @@ bool User::readHidden(std::string& outText, std::size_t maxKeys) {
 }
 
 bool User::askHidden(const std::string& prompt, std::string& outText, std::size_t maxKeys) {
-    const UnechoedInput unechoed(terminal_);
+    const platform::UnechoedInput unechoed(terminal_);
     terminal_.write(prompt);
     const bool answered = readHidden(outText, maxKeys);
     terminal_.write("\n");

@@ -6,23 +6,23 @@
 #include <string>
 
 #include "contracts/input_provider.h"
-#include "support/terminal.h"
+#include "platform/console_device.h"
 
 // Why a question to the user can't be answered any more.
 enum class DialogueLoss {
     kInputEnded,    // the input is closed or at its end
-    kOutputFailed,  // the question doesn't reach anybody
+    kOutputFailed,  // nobody sees the question
 };
 
-// Answers from the keyboard, or from whatever stands behind standard input. What doesn't fit the length that
-// a question reads is cut off the answer, and never answers the next question.
+// Answers from the keyboard, or from whatever standard input is connected to. What is longer than a question
+// reads is cut off the answer, and never answers the next question.
 class User : public InputProvider {
 public:
     using LossHandler = std::function<void(DialogueLoss)>;
 
     // `onLoss` is called, on the thread of the question, at each question that finds the dialogue lost; the
     // question then counts as interrupted. `terminal` outlives the object.
-    User(Terminal& terminal, bool uninstall, LossHandler onLoss);
+    User(platform::ConsoleDevice& terminal, bool uninstall, LossHandler onLoss);
 
     int init() override { return 1; }
     int askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
@@ -44,7 +44,7 @@ private:
     bool canAsk();
     void dropRestOfLine(const std::string& line, std::size_t maxBytes);
 
-    Terminal& terminal_;
+    platform::ConsoleDevice& terminal_;
     const bool uninstall_;
     const LossHandler onLoss_;
     bool finished_ = false;

@@ -22,7 +22,7 @@ protected:
     }
     // Fails without asking the firewall for anything.
     void expectDamaged(const std::string& record, const std::vector<std::string>& lines) {
-        EXPECT_EQ(change_.removePort(record), FirewallResult::kFailed) << record;
+        EXPECT_EQ(FirewallChange::removePort(firewall_, console_, record), FirewallResult::kFailed) << record;
         expectLog(lines);
         EXPECT_TRUE(firewall_.operations.empty()) << record;
     }
@@ -37,16 +37,16 @@ protected:
 };
 
 TEST_F(FirewallChangeTest, AddsAndRemovesAnApplication) {
-    EXPECT_EQ(change_.addApplication("/a", "Demo"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "Demo"), FirewallResult::kDone);
     EXPECT_EQ(firewall_.applications, (std::map<std::string, std::string>{{"/a", "Demo"}}));
-    EXPECT_EQ(change_.removeApplication("/a"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a"), FirewallResult::kDone);
     EXPECT_TRUE(firewall_.applications.empty());
     expectLog({});
 }
 
 TEST_F(FirewallChangeTest, ConnectsForEachCall) {
-    change_.removeApplication("/a");
-    change_.removePort("80\tTCP\tn");
+    FirewallChange::removeApplication(firewall_, console_, "/a");
+    FirewallChange::removePort(firewall_, console_, "80\tTCP\tn");
     EXPECT_EQ(firewall_.operations, (std::vector<std::string>{"connect", "removeApplication /a", "close",
                                                               "connect", "removePort 80 TCP", "close"}));
 }
@@ -54,8 +54,9 @@ TEST_F(FirewallChangeTest, ConnectsForEachCall) {
 TEST_F(FirewallChangeTest, TakesWhatIsOpenAlreadyAsDone) {
     firewall_.applications["/a"] = "Theirs";
     firewall_.ports[{80, FirewallProtocol::kTcp}] = "Theirs";
-    EXPECT_EQ(change_.addApplication("/a", "Ours"), FirewallResult::kDone);
-    EXPECT_EQ(change_.addPort({80, "Ours", kFirewallTcp}), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "Ours"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Ours", kFirewallTcp}),
+              FirewallResult::kDone);
     EXPECT_EQ(firewall_.applications["/a"], "Theirs");
     EXPECT_EQ(firewall_.ports, (Ports{{{80, FirewallProtocol::kTcp}, "Theirs"}}));
 }
@@ -63,23 +64,25 @@ TEST_F(FirewallChangeTest, TakesWhatIsOpenAlreadyAsDone) {
 TEST_F(FirewallChangeTest, RefusesAnApplicationThatTheLogCanNotHold) {
     const std::string longest = "/" + std::string(1022 - std::string("FIREWALL\tAPP\t").size(), 'x');
     for (const std::string path : {"/a\tb", "/a "}) {
-        EXPECT_EQ(change_.addApplication(path, "n"), FirewallResult::kFailed);
+        EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, path, "n"), FirewallResult::kFailed);
         expectLog({"ERROR: (Firewall App) The action log can not hold the application " + path + "!"});
     }
-    EXPECT_EQ(change_.addApplication(longest + "x", "n"), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, longest + "x", "n"),
+              FirewallResult::kFailed);
     EXPECT_TRUE(firewall_.operations.empty());
-    EXPECT_EQ(change_.addApplication(longest, "n"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, longest, "n"), FirewallResult::kDone);
 }
 
 TEST_F(FirewallChangeTest, MakesOneRuleWithThePlainNameForOneProtocol) {
-    EXPECT_EQ(change_.addPort({80, "Web", kFirewallTcp}), FirewallResult::kDone);
-    EXPECT_EQ(change_.addPort({53, "Names", kFirewallUdp}), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kFirewallTcp}), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {53, "Names", kFirewallUdp}),
+              FirewallResult::kDone);
     EXPECT_EQ(firewall_.ports,
               (Ports{{{80, FirewallProtocol::kTcp}, "Web"}, {{53, FirewallProtocol::kUdp}, "Names"}}));
 }
 
 TEST_F(FirewallChangeTest, MakesTwoRulesWithTheirOwnNamesForTwoProtocols) {
-    EXPECT_EQ(change_.addPort({80, "Web", kBoth}), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kDone);
     EXPECT_EQ(firewall_.ports,
               (Ports{{{80, FirewallProtocol::kTcp}, "Web TCP"}, {{80, FirewallProtocol::kUdp}, "Web UDP"}}));
     EXPECT_EQ(firewall_.operations,
@@ -90,7 +93,7 @@ TEST_F(FirewallChangeTest, MakesTwoRulesWithTheirOwnNamesForTwoProtocols) {
 TEST_F(FirewallChangeTest, LeavesNothingOpenOfARuleThatFailsHalfway) {
     firewall_.failing = {{FirewallCall::kAddPort, 9}};
     firewall_.passing = {{FirewallCall::kAddPort, 1}};
-    EXPECT_EQ(change_.addPort({80, "Web", kBoth}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kFailed);
     EXPECT_TRUE(firewall_.ports.empty());
     expectLog({"ERROR: (Firewall Port) Adding the port 80 failed! Error(9)"});
 }
@@ -98,23 +101,24 @@ TEST_F(FirewallChangeTest, LeavesNothingOpenOfARuleThatFailsHalfway) {
 TEST_F(FirewallChangeTest, LeavesOpenWhatWasOpenBeforeARuleFailed) {
     firewall_.ports[{80, FirewallProtocol::kTcp}] = "Theirs";
     firewall_.failing = {{FirewallCall::kAddPort, 9}};
-    EXPECT_EQ(change_.addPort({80, "Web", kBoth}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kFailed);
     EXPECT_EQ(firewall_.ports, (Ports{{{80, FirewallProtocol::kTcp}, "Theirs"}}));
 }
 
 TEST_F(FirewallChangeTest, LogsARuleThatCanNotBeTakenBack) {
     firewall_.failing = {{FirewallCall::kAddPort, 9}, {FirewallCall::kRemovePort, 8}};
     firewall_.passing = {{FirewallCall::kAddPort, 1}};
-    EXPECT_EQ(change_.addPort({80, "Web", kBoth}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kFailed);
     expectLog({"ERROR: (Firewall Port) Removing port 80! Error (8)",
                "ERROR: (Firewall Port) Adding the port 80 failed! Error(9)"});
 }
 
 TEST_F(FirewallChangeTest, RefusesARuleWithoutProtocolNameOrPort) {
-    EXPECT_EQ(change_.addPort({80, "Web", 0}), FirewallResult::kFailed);
-    EXPECT_EQ(change_.addPort({80, "Web", 4}), FirewallResult::kFailed);
-    EXPECT_EQ(change_.addPort({80, "", kFirewallTcp}), FirewallResult::kFailed);
-    EXPECT_EQ(change_.addPort({0, "Web", kFirewallTcp}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", 0}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", 4}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "", kFirewallTcp}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {0, "Web", kFirewallTcp}),
+              FirewallResult::kFailed);
     EXPECT_TRUE(firewall_.ports.empty());
     expectLog({"ERROR: (Firewall Port) Invalid firewall protocol or none specified!",
                "ERROR: (Firewall Port) Invalid firewall protocol or none specified!",
@@ -126,18 +130,19 @@ TEST_F(FirewallChangeTest, SaysThatThereIsNoService) {
     firewall_.failing = {{FirewallCall::kInitialize, -3}};
     const std::string text =
         "COM Interface initialization failed (Firewall service stopped/unaccessible)! Error(-3)";
-    EXPECT_EQ(change_.addApplication("/a", "n"), FirewallResult::kNotAvailable);
-    EXPECT_EQ(change_.removeApplication("/a"), FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "n"), FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a"), FirewallResult::kNotAvailable);
     expectLog({"WARNING: (Firewall App) " + text, "WARNING: (Firewall App) " + text});
-    EXPECT_EQ(change_.addPort({80, "n", kBoth}), FirewallResult::kNotAvailable);
-    EXPECT_EQ(change_.removePort("80\tTCP;UDP\tn"), FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "n", kBoth}), FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tTCP;UDP\tn"),
+              FirewallResult::kNotAvailable);
     expectLog({"WARNING: (Firewall Port) " + text, "WARNING: (Firewall Port) " + text});
 }
 
 TEST_F(FirewallChangeTest, LogsOtherFailuresAsErrors) {
     firewall_.failing = {{FirewallCall::kAddApplication, 5}, {FirewallCall::kRemoveApplication, 5}};
-    EXPECT_EQ(change_.addApplication("/a", "n"), FirewallResult::kFailed);
-    EXPECT_EQ(change_.removeApplication("/a"), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "n"), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a"), FirewallResult::kFailed);
     expectLog({"ERROR: (Firewall App) Adding the application /a failed!",
                "ERROR: (Firewall App) Removing application /a"});
 }
@@ -146,11 +151,11 @@ TEST_F(FirewallChangeTest, RemovesThePortOfTheRecord) {
     firewall_.ports = {{{80, FirewallProtocol::kTcp}, "Web TCP"},
                        {{80, FirewallProtocol::kUdp}, "Web UDP"},
                        {{81, FirewallProtocol::kTcp}, "Other"}};
-    EXPECT_EQ(change_.removePort("80\tUDP;TCP\tWeb"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tUDP;TCP\tWeb"), FirewallResult::kDone);
     EXPECT_EQ(firewall_.ports, (Ports{{{81, FirewallProtocol::kTcp}, "Other"}}));
     EXPECT_EQ(firewall_.operations,
               (std::vector<std::string>{"connect", "removePort 80 TCP", "removePort 80 UDP", "close"}));
-    EXPECT_EQ(change_.removePort("81\tTCP"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "81\tTCP"), FirewallResult::kDone);
     EXPECT_TRUE(firewall_.ports.empty());
     expectLog({});
 }
@@ -158,14 +163,14 @@ TEST_F(FirewallChangeTest, RemovesThePortOfTheRecord) {
 TEST_F(FirewallChangeTest, ClosesTheOtherProtocolWhenOneStaysOpen) {
     firewall_.ports = {{{80, FirewallProtocol::kTcp}, "a"}, {{80, FirewallProtocol::kUdp}, "b"}};
     firewall_.failing = {{FirewallCall::kRemovePort, 5}};
-    EXPECT_EQ(change_.removePort("80\tTCP;UDP\tn"), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tTCP;UDP\tn"), FirewallResult::kFailed);
     expectLog({"ERROR: (Firewall Port) Removing port 80! Error (5)",
                "ERROR: (Firewall Port) Removing port 80! Error (5)"});
 }
 
 TEST_F(FirewallChangeTest, LogsAStrangeProtocolAndGoesOn) {
     firewall_.ports = {{{80, FirewallProtocol::kUdp}, "n"}};
-    EXPECT_EQ(change_.removePort("80\ttcp;;UDP\tn"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\ttcp;;UDP\tn"), FirewallResult::kDone);
     EXPECT_TRUE(firewall_.ports.empty());
     const std::string line = "WARNING: Malformed action log entry for firewall port: \"80\ttcp;;UDP\tn\"";
     expectLog({line, line});
@@ -184,7 +189,8 @@ TEST_F(FirewallChangeTest, RefusesADamagedRecord) {
 TEST_F(FirewallChangeTest, SurvivesARecordThatIsCutAnywhere) {
     const std::string record = "65535\tTCP;UDP\tThe rule";
     for (std::size_t length = 0; length <= record.size(); ++length) {
-        const FirewallResult result = change_.removePort(record.substr(0, length));
+        const FirewallResult result =
+            FirewallChange::removePort(firewall_, console_, record.substr(0, length));
         const bool complete = length >= std::string("65535\tTCP").size();
         EXPECT_EQ(result, complete ? FirewallResult::kDone : FirewallResult::kFailed) << length;
     }

@@ -23,10 +23,14 @@ protected:
         return {type,       "C:\\Desktop\\Demo.lnk", "C:\\Demo\\demo.exe", "A demo", "-a \"b c\"",
                 "C:\\Demo", "C:\\Demo\\demo.ico"};
     }
+    std::optional<std::string> add(const ShortcutRequest& shortcut) {
+        return ShortcutChange::add(machine_.bundle(), product_, report_, console_, shortcut);
+    }
+    bool remove(std::string_view fields) { return ShortcutChange::remove(machine_.files, report_, fields); }
     const platform::LinkDescription& link() { return machine_.shell.links["C:\\Desktop\\Demo.lnk"]; }
     // Nothing is made, and the failure is shown and collected.
     void expectRefused(const ShortcutRequest& shortcut) {
-        EXPECT_EQ(change_.add(shortcut), std::nullopt);
+        EXPECT_EQ(add(shortcut), std::nullopt);
         const std::string line = "FAILED to create  shortcut " + shortcut.linkPath;
         expectLines({line});
         EXPECT_EQ(errors_, ErrorList{line});
@@ -40,7 +44,7 @@ protected:
 };
 
 TEST_F(ShortcutChangeTest, MakesAFileShortcutWithAllThatWasAskedFor) {
-    EXPECT_EQ(change_.add(request(ShortcutType::kFile)), "CREATE\tC:\\Desktop\\Demo.lnk");
+    EXPECT_EQ(add(request(ShortcutType::kFile)), "CREATE\tC:\\Desktop\\Demo.lnk");
     ASSERT_EQ(machine_.shell.links.count("C:\\Desktop\\Demo.lnk"), 1U);
     EXPECT_EQ(link().target, "C:\\Demo\\demo.exe");
     EXPECT_EQ(link().description, "A demo");
@@ -54,14 +58,14 @@ TEST_F(ShortcutChangeTest, MakesAFileShortcutWithAllThatWasAskedFor) {
 TEST_F(ShortcutChangeTest, TakesOnlyTheTargetForAUrl) {
     ShortcutRequest shortcut = request(ShortcutType::kUrl);
     shortcut.target = "http://example.com";
-    EXPECT_EQ(change_.add(shortcut), "CREATE\tC:\\Desktop\\Demo.lnk");
+    EXPECT_EQ(add(shortcut), "CREATE\tC:\\Desktop\\Demo.lnk");
     EXPECT_TRUE(machine_.shell.links.empty());
     EXPECT_EQ(machine_.shell.urlLinks["C:\\Desktop\\Demo.lnk"], "http://example.com");
 }
 
 TEST_F(ShortcutChangeTest, StartsTheUnquotedUninstallCommandOnTheLog) {
     describe(kProduct);
-    EXPECT_EQ(change_.add(request(ShortcutType::kUninstall)), "CREATE\tC:\\Desktop\\Demo.lnk");
+    EXPECT_EQ(add(request(ShortcutType::kUninstall)), "CREATE\tC:\\Desktop\\Demo.lnk");
     EXPECT_EQ(link().target, "C:\\Program Files\\Demo\\installer.exe");
     EXPECT_EQ(link().arguments, "-uninstall=\"C:\\Demo\\in.log\" -uninstallApp=\"Demo 1\"");
     EXPECT_EQ(link().description, "A demo");
@@ -93,11 +97,13 @@ TEST_F(ShortcutChangeTest, ReportsAFailureOfTheShell) {
 
 TEST_F(ShortcutChangeTest, WorksWithoutAFrontEnd) {
     Report silent(nullptr, &errors_);
-    ShortcutChange change({machine_.bundle(), system_, tags_, writer_, silent, console_}, product_);
-    EXPECT_TRUE(change.add(request(ShortcutType::kFile)));
-    EXPECT_FALSE(change.add(request(ShortcutType::kSymlink)));
+    const auto addSilently = [&](ShortcutType type) {
+        return ShortcutChange::add(machine_.bundle(), product_, silent, console_, request(type));
+    };
+    EXPECT_TRUE(addSilently(ShortcutType::kFile));
+    EXPECT_FALSE(addSilently(ShortcutType::kSymlink));
     EXPECT_EQ(errors_.size(), 1U);
-    EXPECT_FALSE(change.remove("CREATE\t/none"));
+    EXPECT_FALSE(ShortcutChange::remove(machine_.files, silent, "CREATE\t/none"));
 }
 
 TEST_F(ShortcutChangeTest, RefusesAPathThatTheLogCanNotHold) {
@@ -114,7 +120,7 @@ TEST_F(ShortcutChangeTest, TakesAPathThatFillsTheLineOfTheLog) {
     shortcut.linkPath = "/" + std::string(room, 'x');
     expectRefused(shortcut);
     shortcut.linkPath.pop_back();
-    EXPECT_EQ(change_.add(shortcut), "CREATE\t" + shortcut.linkPath);
+    EXPECT_EQ(add(shortcut), "CREATE\t" + shortcut.linkPath);
 }
 
 TEST_F(ShortcutChangeTest, MakesTheShortcutsOfTheDescriptionAndRecordsThem) {
@@ -189,7 +195,7 @@ TEST_F(ShortcutChangeTest, ReportsAShortcutThatStaysWithoutFailingTheUninstallat
         expectLines({"FAILED to remove  shortcut " + path});
     }
     machine_.files.failAt(MemoryFileSystem::Operation::kRemoveFile, "/d/a.lnk", 1);
-    EXPECT_FALSE(change_.remove("CREATE\t/d/a.lnk"));
+    EXPECT_FALSE(remove("CREATE\t/d/a.lnk"));
     EXPECT_TRUE(machine_.files.hasFile("/d/a.lnk"));
     EXPECT_TRUE(errors_.empty());
 }
@@ -198,9 +204,9 @@ TEST_F(ShortcutChangeTest, LeavesADirectoryAndTheTargetOfALinkAlone) {
     machine_.files.addDirectory("/d/place");
     machine_.files.addFile("/d/target", "x");
     machine_.files.addLink("/d/link", "/d/target");
-    EXPECT_FALSE(change_.remove("CREATE\t/d/place"));
+    EXPECT_FALSE(remove("CREATE\t/d/place"));
     EXPECT_TRUE(machine_.files.hasDirectory("/d/place"));
-    EXPECT_TRUE(change_.remove("CREATE\t/d/link"));
+    EXPECT_TRUE(remove("CREATE\t/d/link"));
     EXPECT_TRUE(machine_.files.hasFile("/d/target"));
     EXPECT_FALSE(machine_.files.exists("/d/link"));
 }
@@ -209,35 +215,35 @@ TEST_F(ShortcutChangeTest, IgnoresRecordsOfAnotherKind) {
     machine_.files.addFile("/a", "x");
     machine_.files.clearOperations();
     for (const std::string fields : {"", "NONE", "OVER\t/a", "create\t/a", "CREATED\t/a", "\tCREATE\t/a"}) {
-        EXPECT_TRUE(change_.remove(fields)) << fields;
+        EXPECT_TRUE(remove(fields)) << fields;
     }
-    EXPECT_FALSE(change_.remove("CREATE"));  // of the right kind, but without its path
+    EXPECT_FALSE(remove("CREATE"));  // of the right kind, but without its path
     EXPECT_TRUE(machine_.files.hasFile("/a"));
     EXPECT_THAT(machine_.files.operations(), IsEmpty());
 }
 
 TEST_F(ShortcutChangeTest, TakesAFieldAfterThePathAsPartOfIt) {
     machine_.files.addFile("/a", "x");
-    EXPECT_FALSE(change_.remove("CREATE\t/a\t/b"));
+    EXPECT_FALSE(remove("CREATE\t/a\t/b"));
     EXPECT_TRUE(machine_.files.hasFile("/a"));
 }
 
 // The same with the desktop and the disk of this machine.
 TEST_F(ShortcutChangeTest, MakesAndRemovesRealShortcuts) {
     const TemporaryDirectory directory;
+    const platform::Platform machine = platform::systemPlatform();
     describe(kProduct);
-    ShortcutChange change({platform::systemPlatform(), system_, tags_, writer_, report_, console_}, product_);
     for (const ShortcutType type : {ShortcutType::kFile, ShortcutType::kUrl, ShortcutType::kUninstall}) {
         ShortcutRequest shortcut = request(type);
         shortcut.linkPath = directory.file("Demo link.lnk");
-        const auto fields = change.add(shortcut);
+        const auto fields = ShortcutChange::add(machine, product_, report_, console_, shortcut);
         ASSERT_TRUE(fields);
         EXPECT_GT(platform::systemFileSystem().fileSize(shortcut.linkPath), 0);
-        EXPECT_TRUE(change.remove(*fields));
+        EXPECT_TRUE(ShortcutChange::remove(machine.files, report_, *fields));
         EXPECT_FALSE(testFileExists(shortcut.linkPath));
-        EXPECT_FALSE(change.remove(*fields));
+        EXPECT_FALSE(ShortcutChange::remove(machine.files, report_, *fields));
     }
-    EXPECT_FALSE(change.remove("CREATE\t" + directory.path()));
+    EXPECT_FALSE(ShortcutChange::remove(machine.files, report_, "CREATE\t" + directory.path()));
     EXPECT_TRUE(platform::systemFileSystem().isDirectory(directory.path()));
 }
 

@@ -46,7 +46,7 @@ int statusOfChild(Action action) {
     return status;
 }
 
-// What the handler was told of a signal, or -1; 100 more when it ran on the main thread.
+// The event that the handler got for a signal, or -1; 100 more when it ran on the main thread.
 int eventOf(int signal) {
     const int before = eventCount;
     kill(getpid(), signal);
@@ -98,7 +98,7 @@ TEST(ControlHandlerTest, ARefusedEventEndsTheProcessAsTheSystemDoes) {
     }
 }
 
-TEST(ControlHandlerTest, AStopStopsTheProcessAndItGoesOnAfterwards) {
+TEST(ControlHandlerTest, AStoppedProcessContinuesAfterwards) {
     const pid_t child = fork();
     if (child == 0) {
         setpgid(0, 0);  // the system doesn't stop a group that no shell of the session could continue
@@ -136,7 +136,7 @@ TEST(ControlHandlerTest, ChildProgramsStartWithDefaultSignals) {
     const int status = statusOfChild([] {
         platform::setControlHandler(recordEvent);
         std::signal(SIGPIPE, SIG_IGN);
-        // The C library lets children ignore the two signals behind the 31 ordinary ones, which it keeps for
+        // The C library lets children ignore the two signals after the 31 ordinary ones, which it keeps for
         // itself.
         for (const char* mask : {"SigBlk:.0{16}$", "SigIgn:.0{7}[01][08]0{7}$"}) {
             int error = 0;

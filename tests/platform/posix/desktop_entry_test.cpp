@@ -25,7 +25,7 @@ TEST(DesktopEntryTest, AnApplicationSaysWhatItIs) {
               "Exec=/opt/demo -a\nPath=/opt\nIcon=/opt/demo.png\n");
 }
 
-TEST(DesktopEntryTest, EmptyTextsAreLeftOut) {
+TEST(DesktopEntryTest, LeavesOutEmptyTexts) {
     EXPECT_EQ(desktopEntryOf({"Demo", "", {"demo"}, "", ""}),
               "[Desktop Entry]\nVersion=1.5\nType=Application\nName=Demo\nExec=demo\n");
 }
@@ -35,7 +35,7 @@ TEST(DesktopEntryTest, ALinkHasAnUrl) {
               "[Desktop Entry]\nVersion=1.5\nType=Link\nName=Page\nURL=http://example.com/%20?a=b\n");
 }
 
-TEST(DesktopEntryTest, ATextStaysInItsLine) {
+TEST(DesktopEntryTest, KeepsATextInItsLine) {
     const std::string text = " a\\b\nExec=evil\r\tc";
     const std::string entry = desktopEntryOf({"n", text, {"demo"}, "", ""});
     EXPECT_NE(entry.find("Comment=\\sa\\\\b\\nExec=evil\\r\\tc\n"), std::string::npos) << entry;
@@ -45,12 +45,12 @@ TEST(DesktopEntryTest, ATextStaysInItsLine) {
     EXPECT_EQ(DesktopEntryReader(desktopLinkOf(text, text)).value("URL"), text);
 }
 
-TEST(DesktopEntryTest, PlainWordsStandWithoutQuotes) {
+TEST(DesktopEntryTest, WritesPlainWordsWithoutQuotes) {
     const std::string entry = desktopEntryOf({"n", "", {"/opt/demo-1.0_x@y", "--a=b,c:d"}, "", ""});
     EXPECT_NE(entry.find("Exec=/opt/demo-1.0_x@y --a=b,c:d\n"), std::string::npos) << entry;
 }
 
-TEST(DesktopEntryTest, ReservedCharactersStandInQuotes) {
+TEST(DesktopEntryTest, QuotesReservedCharacters) {
     for (const char c : std::string(" \t\n\"'\\><~|&;$*?#()`")) {
         const std::string word = std::string("a") + c + "b";
         EXPECT_EQ(commandReadBack({"/opt/demo", word}), (std::vector<std::string>{"/opt/demo", word}))
@@ -66,13 +66,13 @@ TEST(DesktopEntryTest, QuotesAndEscapesAreThoseOfTheFormat) {
         << entry;
 }
 
-TEST(DesktopEntryTest, APercentSignIsNoFieldCode) {
+TEST(DesktopEntryTest, EscapesAPercentSign) {
     const std::string entry = desktopEntryOf({"n", "", {"/a%f", "100%"}, "", ""});
     EXPECT_NE(entry.find("Exec=/a%%f 100%%\n"), std::string::npos) << entry;
     EXPECT_EQ(commandReadBack({"/a%f", "%%", "a %u"}), (std::vector<std::string>{"/a%f", "%%", "a %u"}));
 }
 
-TEST(DesktopEntryTest, AnyByteComesThrough) {
+TEST(DesktopEntryTest, KeepsAnyByte) {
     std::string all;
     for (int c = 1; c < 256; ++c) {
         all += static_cast<char>(c);

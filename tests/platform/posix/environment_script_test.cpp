@@ -148,7 +148,7 @@ protected:
                                         directory_.file("profile.d/tandrel-environment.sh")};
 };
 
-TEST_F(PublishedEnvironmentTest, IsAScriptThatAllCanReadBehindALink) {
+TEST_F(PublishedEnvironmentTest, IsAScriptThatAllCanReadThroughALink) {
     set("DEMO", "x;y");
     EXPECT_EQ(publish(), 0);
     struct stat status {};

@@ -71,7 +71,7 @@ TEST_F(PosixFileSystemTest, MakeExecutableFollowsTheReadBits) {
     EXPECT_EQ(files_.makeExecutable(path("none").c_str()), ENOENT);
 }
 
-TEST_F(PosixFileSystemTest, ADriveIsPassedOver) {
+TEST_F(PosixFileSystemTest, IgnoresADrive) {
     ASSERT_EQ(create("C:" + path("f"), Disposition::kCreateNew), 0);
     EXPECT_TRUE(testFileExists(path("f")));
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(PosixFirewallTest, NoneIsAvailable) {
+TEST(PosixFirewallTest, IsNotAvailable) {
     std::unique_ptr<platform::FirewallProfile> profile;
     const platform::FirewallOutcome outcome = platform::systemFirewall().connect(profile);
     EXPECT_EQ(outcome.failed, platform::FirewallCall::kNoService);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// What is written to standard error meanwhile.
+// What `action` writes to standard error.
 template <typename Action>
 std::string errorsOf(Action action) {
     int ends[2] = {-1, -1};

@@ -52,7 +52,7 @@ TEST_F(PosixNamedEventsTest, TheEventIsTheUsersAlone) {
     EXPECT_EQ(status.st_mode & 0777, 0600U);
 }
 
-TEST_F(PosixNamedEventsTest, NamesThatCannotBeAreRefused) {
+TEST_F(PosixNamedEventsTest, RefusesImpossibleNames) {
     for (const char* name : {"", "a/b"}) {
         EXPECT_EQ(events_.create(name), nullptr);
         EXPECT_FALSE(events_.signal(name));

@@ -68,12 +68,31 @@ TEST_F(PipedConsoleTest, OutputWaitsForTheFlush) {
     EXPECT_EQ(printed(), "one two\n");
 }
 
-TEST_F(PipedConsoleTest, ErrorsAreNotBuffered) {
+TEST_F(PipedConsoleTest, ShowsTheQuestionBeforeItWaitsForTheAnswer) {
+    type("answer\ny");
+    console_->write("question");
+    EXPECT_EQ(line(ReadStatus::kLine), "answer\n");
+    EXPECT_EQ(printed(), "question");
+    console_->write("key");
+    int key = 0;
+    EXPECT_EQ(console_->readKey(key), ReadStatus::kLine);
+    EXPECT_EQ(printed(), "key");
+}
+
+TEST_F(PipedConsoleTest, NoticesAnOutputThatFailsWhenAReadFlushesIt) {
+    closeEnd(output_[0]);
+    type("answer\n");
+    EXPECT_TRUE(console_->write("question"));
+    line(ReadStatus::kLine);
+    EXPECT_FALSE(console_->flush());
+}
+
+TEST_F(PipedConsoleTest, DoesNotBufferErrors) {
     EXPECT_TRUE(console_->writeError("bad\n"));
     EXPECT_EQ(printed(), "bad\n");
 }
 
-TEST_F(PipedConsoleTest, AReaderThatLeftIsNoticedAndDoesNotEndTheProcess) {
+TEST_F(PipedConsoleTest, NoticesAReaderThatLeftAndSurvives) {
     closeEnd(output_[0]);
     EXPECT_TRUE(console_->write("text"));
     EXPECT_FALSE(console_->flush());
@@ -82,7 +101,7 @@ TEST_F(PipedConsoleTest, AReaderThatLeftIsNoticedAndDoesNotEndTheProcess) {
     EXPECT_FALSE(console_->writeError("bad"));
 }
 
-TEST_F(PipedConsoleTest, AFullDiskIsNoticed) {
+TEST_F(PipedConsoleTest, NoticesAFullDisk) {
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     PosixConsole console(input_[0], full, full);
     EXPECT_TRUE(console.write("text"));
@@ -90,7 +109,7 @@ TEST_F(PipedConsoleTest, AFullDiskIsNoticed) {
     close(full);
 }
 
-TEST_F(PipedConsoleTest, AnOutputThatDoesNotBlockGetsEverything) {
+TEST_F(PipedConsoleTest, WritesEverythingToAnOutputThatDoesNotBlock) {
     ASSERT_EQ(fcntl(output_[1], F_SETFL, O_NONBLOCK), 0);
     const std::string text(300000, 'x');
     std::size_t received = 0;
@@ -121,7 +140,7 @@ TEST_F(PipedConsoleTest, ReadsLineByLine) {
     EXPECT_EQ(line(ReadStatus::kEnd), "");
 }
 
-TEST_F(PipedConsoleTest, ALongLineIsGivenInPieces) {
+TEST_F(PipedConsoleTest, GivesALongLineInPieces) {
     type("abcdefg\nnext\n");
     EXPECT_EQ(line(ReadStatus::kLine, 3), "abc");
     EXPECT_EQ(line(ReadStatus::kLine, 4), "defg");
@@ -136,15 +155,16 @@ TEST_F(PipedConsoleTest, ALineLongerThanOneReadIsWhole) {
 }
 
 TEST_F(PipedConsoleTest, AnInputThatIsNotOpenIsAtItsEnd) {
-    // High enough not to be given out anew at once.
+    // High enough not to be reused at once.
     const int closed = fcntl(input_[0], F_DUPFD_CLOEXEC, 500);
     ASSERT_GE(closed, 500);
     close(closed);
     PosixConsole console(closed, output_[1], output_[1]);
     std::string text;
-    int key = 0;
+    int key = 99;
     EXPECT_EQ(console.readLine(text, 10), ReadStatus::kEnd);
     EXPECT_EQ(console.readKey(key), ReadStatus::kEnd);
+    EXPECT_EQ(key, 0);
 }
 
 TEST_F(PipedConsoleTest, KeysOfAPipeAreItsBytes) {
@@ -163,23 +183,26 @@ TEST_F(PipedConsoleTest, InterruptWakesAWaitingRead) {
     interrupter.join();
 }
 
-TEST_F(PipedConsoleTest, AfterAnInterruptNothingIsRead) {
+TEST_F(PipedConsoleTest, ReadsNothingAfterAnInterrupt) {
     type("first\nsecond\n");
     EXPECT_EQ(line(ReadStatus::kLine), "first\n");
     console_->interruptInput();
     console_->interruptInput();
-    int key = 0;
+    int key = 99;
     EXPECT_EQ(line(ReadStatus::kInterrupted), "");
     EXPECT_EQ(console_->readKey(key), ReadStatus::kInterrupted);
+    EXPECT_EQ(key, 0);
     EXPECT_EQ(line(ReadStatus::kInterrupted), "");
 }
 
-TEST_F(PipedConsoleTest, APipeIsNoTerminal) {
-    int columns = 0;
-    int rows = 0;
+TEST_F(PipedConsoleTest, IsNotATerminalOnAPipe) {
+    int columns = 5;
+    int rows = 5;
     EXPECT_FALSE(console_->isInputTerminal());
     EXPECT_FALSE(console_->isOutputTerminal());
     EXPECT_FALSE(console_->windowSize(columns, rows));
+    EXPECT_EQ(columns, 0);
+    EXPECT_EQ(rows, 0);
 }
 
 // A person at a terminal.
@@ -236,7 +259,7 @@ protected:
     std::unique_ptr<PosixConsole> console_;
 };
 
-TEST_F(TerminalConsoleTest, TellsTheWindow) {
+TEST_F(TerminalConsoleTest, GivesTheSizeOfTheWindow) {
     const winsize size{24, 132, 0, 0};
     ASSERT_EQ(ioctl(person_, TIOCSWINSZ, &size), 0);
     int columns = 0;
@@ -248,7 +271,7 @@ TEST_F(TerminalConsoleTest, TellsTheWindow) {
     EXPECT_EQ(rows, 24);
 }
 
-TEST_F(TerminalConsoleTest, AWindowWithoutCellsIsNone) {
+TEST_F(TerminalConsoleTest, HasNoWindowWithoutCells) {
     int columns = 0;
     int rows = 0;
     EXPECT_FALSE(console_->windowSize(columns, rows));
@@ -306,7 +329,7 @@ TEST_F(TerminalConsoleTest, NothingIsEchoedFromTheFirstKeyToTheLast) {
     EXPECT_EQ(seen(), "end");
 }
 
-TEST_F(TerminalConsoleTest, TheKeyThatSuspendsIsAKeyLikeAnyOther) {
+TEST_F(TerminalConsoleTest, TreatsTheKeyThatSuspendsAsAnyOtherKey) {
     int key = 0;
     EXPECT_EQ(readKeyDuring(key, [&] { type("\x1A"); }), ReadStatus::kLine);
     EXPECT_EQ(key, 26);

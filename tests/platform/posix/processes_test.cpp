@@ -103,7 +103,7 @@ TEST_F(PosixProcessesTest, AnEndedProcessIsNotRunning) {
     EXPECT_EQ(waitpid(id, nullptr, 0), id);
 }
 
-TEST_F(PosixProcessesTest, ParentsAreTold) {
+TEST_F(PosixProcessesTest, GivesTheParentOfAProcess) {
     EXPECT_EQ(platform::proc_files::parentOf(getpid()), getppid());
     EXPECT_EQ(platform::proc_files::parentOf(0x7FFFFFFF), 0);
 }

@@ -141,13 +141,13 @@ TEST_F(PosixShellObjectsTest, AFailureLeavesWhatWasThereAndNothingElse) {
     const std::string name(300, 'x');
     EXPECT_EQ(shell_.createLink(file(name.c_str()).c_str(), {"/opt/run", "", "", "", ""}), ENAMETOOLONG);
     EXPECT_EQ(shell_.createLink("", {"/opt/run", "", "", "", ""}), ENOENT);
-    EXPECT_EQ(shell_.createUrlLink(nullptr, "http://example.com"), ENOENT);
+    EXPECT_EQ(shell_.createUrlLink("", "http://example.com"), ENOENT);
     EXPECT_EQ(shell_.createUrlLink("/dev/null/x", "http://example.com"), ENOTDIR);
     EXPECT_EQ(readTestFile(file("Demo.desktop")), "old");
     EXPECT_EQ(countEntries(directory_.path()), 1U);
 }
 
-// A program "xdg-open" that tells its arguments, standard input and standard output through a pipe.
+// A program "xdg-open" that reports its arguments, standard input and standard output through a pipe.
 class OpeningTest : public PosixShellObjectsTest {
 protected:
     OpeningTest() {
@@ -161,7 +161,7 @@ protected:
                           file("told") + "'\n");
         EXPECT_EQ(platform::systemFileSystem().makeExecutable(file(name).c_str()), 0);
     }
-    // What the opened program told; waits for it and its end.
+    // What the opened program reported; waits for it and its end.
     std::string told() {
         constexpr int kLongEnough = 60000;
         const int pipe = open(file("told").c_str(), O_RDONLY | O_NONBLOCK);

@@ -11,7 +11,7 @@ namespace {
 using platform::BackgroundReader;
 using platform::ReadStatus;
 
-TEST(BackgroundReader, givesWhatComesAndThenTheEnd) {
+TEST(BackgroundReader, GivesWhatComesAndThenTheEnd) {
     Pipe pipe;
     BackgroundReader reader(pipe.reader());
     std::string bytes;
@@ -27,7 +27,7 @@ TEST(BackgroundReader, givesWhatComesAndThenTheEnd) {
     EXPECT_EQ(reader.read(bytes), ReadStatus::kEnd);
 }
 
-TEST(BackgroundReader, readsNothingThatNobodyAskedFor) {
+TEST(BackgroundReader, ReadsNothingThatNobodyAskedFor) {
     Pipe pipe;
     BackgroundReader reader(pipe.reader());
     std::string bytes;
@@ -37,7 +37,7 @@ TEST(BackgroundReader, readsNothingThatNobodyAskedFor) {
     EXPECT_EQ(pipe.take(), "two");
 }
 
-TEST(BackgroundReader, leavesAWaitingReadWhenInterrupted) {
+TEST(BackgroundReader, LeavesAWaitingReadWhenInterrupted) {
     Pipe pipe;
     BackgroundReader reader(pipe.reader());
     std::thread interrupter([&reader] { reader.interrupt(); });
@@ -47,7 +47,7 @@ TEST(BackgroundReader, leavesAWaitingReadWhenInterrupted) {
     EXPECT_EQ(reader.read(bytes), ReadStatus::kInterrupted);
 }
 
-TEST(BackgroundReader, mayGoWithoutHavingRead) {
+TEST(BackgroundReader, CanBeDestroyedWithoutHavingRead) {
     Pipe pipe;
     const BackgroundReader reader(pipe.reader());
 }

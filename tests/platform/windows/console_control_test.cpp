@@ -23,7 +23,7 @@ bool takeNothing(ControlEvent event) {
     return false;
 }
 
-TEST(ConsoleControl, handsTheKnownEventsToTheHandler) {
+TEST(ConsoleControl, HandsTheKnownEventsToTheHandler) {
     heard.clear();
     ASSERT_TRUE(platform::setControlHandler(takeAllButBreak));
     for (const DWORD event : {0, 2, 5, 6}) {
@@ -33,7 +33,7 @@ TEST(ConsoleControl, handsTheKnownEventsToTheHandler) {
     EXPECT_EQ(heard, (std::vector<int>{0, 2, 5, 6, 1}));
 }
 
-TEST(ConsoleControl, leavesUnknownEventsToTheSystem) {
+TEST(ConsoleControl, LeavesUnknownEventsToTheSystem) {
     heard.clear();
     ASSERT_TRUE(platform::setControlHandler(takeAllButBreak));
     EXPECT_FALSE(dispatchControlEvent(3));
@@ -41,7 +41,7 @@ TEST(ConsoleControl, leavesUnknownEventsToTheSystem) {
     EXPECT_TRUE(heard.empty());
 }
 
-TEST(ConsoleControl, asksTheLastHandlerOnly) {
+TEST(ConsoleControl, AsksTheLastHandlerOnly) {
     heard.clear();
     ASSERT_TRUE(platform::setControlHandler(takeAllButBreak));
     ASSERT_TRUE(platform::setControlHandler(takeNothing));

@@ -42,14 +42,14 @@ TEST(ConsoleChild, DISABLED_isInterrupted) {
     console.write("key " + std::to_string(key) + "\n");
 }
 
-TEST(SystemConsole, talksThroughPipesInTheTextFormOfTheSystem) {
+TEST(SystemConsole, TalksThroughPipesInTheTextFormOfTheSystem) {
     const ChildResult child = runChild("ConsoleChild.DISABLED_answersEachLine", "one\r\nz\xC3\xA9\n\nlast");
     EXPECT_EQ(child.exitCode, 0) << child.output;
     EXPECT_THAT(child.output, HasSubstr("<one>\r\n<z\xC3\xA9>\r\n<>\r\n<last>\r\n"));
     EXPECT_EQ(child.error, "ended\r\n");
 }
 
-TEST(SystemConsole, readsNothingMoreOnceInterruptedAndFlushesAtTheEnd) {
+TEST(SystemConsole, ReadsNothingMoreOnceInterruptedAndFlushesAtTheEnd) {
     const ChildResult child = runChild("ConsoleChild.DISABLED_isInterrupted", "Abc\r\n");
     EXPECT_EQ(child.exitCode, 0) << child.output;
     EXPECT_THAT(child.output, HasSubstr("key 65\r\n"));

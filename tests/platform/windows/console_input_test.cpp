@@ -25,14 +25,14 @@ protected:
     ReadStatus status_ = ReadStatus::kLine;
 };
 
-TEST_F(PipeInput, turnsLineEndsIntoLineFeeds) {
+TEST_F(PipeInput, TurnsLineEndsIntoLineFeeds) {
     pipe_.put("one\r\ntwo\nth\rree\r\r\n");
     EXPECT_EQ(line(), "one\n");
     EXPECT_EQ(line(), "two\n");
     EXPECT_EQ(line(), "th\rree\r\n");
 }
 
-TEST_F(PipeInput, findsALineEndThatCameInTwoPieces) {
+TEST_F(PipeInput, FindsALineEndThatCameInTwoPieces) {
     pipe_.put("one\r");
     std::thread writer([this] {
         while (pipe_.available() > 0) {
@@ -46,7 +46,7 @@ TEST_F(PipeInput, findsALineEndThatCameInTwoPieces) {
     writer.join();
 }
 
-TEST_F(PipeInput, cutsLongLinesAndGivesTheRestNext) {
+TEST_F(PipeInput, CutsLongLinesAndGivesTheRestNext) {
     pipe_.put("abcdefg\r\nh\r\n");
     EXPECT_EQ(line(4), "abcd");
     EXPECT_EQ(line(3), "efg");
@@ -54,13 +54,13 @@ TEST_F(PipeInput, cutsLongLinesAndGivesTheRestNext) {
     EXPECT_EQ(line(4), "h\n");
 }
 
-TEST_F(PipeInput, readsLinesLongerThanOnePiece) {
+TEST_F(PipeInput, ReadsLinesLongerThanOnePiece) {
     const std::string longLine(100000, 'x');
     pipe_.put(longLine + "\r\n");
     EXPECT_EQ(line(200000), longLine + "\n");
 }
 
-TEST_F(PipeInput, givesTheLastLineWithoutItsEndAndThenEnds) {
+TEST_F(PipeInput, GivesTheLastLineWithoutItsEndAndThenEnds) {
     pipe_.put("last\r");
     pipe_.closeWriter();
     EXPECT_EQ(line(), "last\r");
@@ -71,7 +71,7 @@ TEST_F(PipeInput, givesTheLastLineWithoutItsEndAndThenEnds) {
     EXPECT_EQ(status_, ReadStatus::kEnd);
 }
 
-TEST_F(PipeInput, givesOneByteForAKey) {
+TEST_F(PipeInput, GivesOneByteForAKey) {
     pipe_.put("a\xC3\r\nrest\n");
     int key = 0;
     EXPECT_EQ(input_.readKey(key), ReadStatus::kLine);
@@ -83,7 +83,7 @@ TEST_F(PipeInput, givesOneByteForAKey) {
     EXPECT_EQ(line(), "rest\n");
 }
 
-TEST_F(PipeInput, wakesABlockedReadWhenInterrupted) {
+TEST_F(PipeInput, WakesABlockedReadWhenInterrupted) {
     std::thread interrupter([this] { input_.interrupt(); });
     line();
     EXPECT_EQ(status_, ReadStatus::kInterrupted);
@@ -95,14 +95,14 @@ TEST_F(PipeInput, wakesABlockedReadWhenInterrupted) {
     EXPECT_EQ(input_.readKey(key), ReadStatus::kInterrupted);
 }
 
-TEST(NoInput, isAtItsEnd) {
+TEST(NoInput, IsAtItsEnd) {
     ConsoleInput input(nullptr);
     std::string text;
     EXPECT_EQ(input.readLine(text, 10), ReadStatus::kEnd);
     EXPECT_FALSE(input.isTerminal());
 }
 
-TEST(FileInput, isReadLikeAPipe) {
+TEST(FileInput, IsReadLikeAPipe) {
     wchar_t directory[MAX_PATH];
     wchar_t path[MAX_PATH];
     ASSERT_NE(GetTempPathW(MAX_PATH, directory), 0U);

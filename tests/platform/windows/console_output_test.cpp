@@ -8,7 +8,7 @@ namespace {
 
 using platform::ConsoleOutput;
 
-TEST(PipeOutput, writesLineEndsOfATextFileAndUtf8) {
+TEST(PipeOutput, WritesLineEndsOfATextFileAndUtf8) {
     Pipe pipe;
     ConsoleOutput output(pipe.writer());
     EXPECT_FALSE(output.isTerminal());
@@ -17,7 +17,7 @@ TEST(PipeOutput, writesLineEndsOfATextFileAndUtf8) {
     EXPECT_EQ(pipe.take(), "one\r\nz\xC3\xA9\r\r\n");
 }
 
-TEST(PipeOutput, keepsTextUntilItIsFlushed) {
+TEST(PipeOutput, KeepsTextUntilItIsFlushed) {
     Pipe pipe;
     ConsoleOutput output(pipe.writer());
     EXPECT_TRUE(output.write("text"));
@@ -26,7 +26,7 @@ TEST(PipeOutput, keepsTextUntilItIsFlushed) {
     EXPECT_EQ(pipe.take(), "text");
 }
 
-TEST(PipeOutput, handsOnLargeTextsByItself) {
+TEST(PipeOutput, HandsOnLargeTextsByItself) {
     Pipe pipe;
     ConsoleOutput output(pipe.writer());
     const std::string text(300000, 'x');
@@ -34,7 +34,7 @@ TEST(PipeOutput, handsOnLargeTextsByItself) {
     EXPECT_EQ(pipe.take(), text);
 }
 
-TEST(PipeOutput, tellsThatNobodyReadsAnyMore) {
+TEST(PipeOutput, ReportsThatNobodyReadsAnyMore) {
     Pipe pipe;
     ConsoleOutput output(pipe.writer());
     pipe.closeReader();
@@ -44,7 +44,7 @@ TEST(PipeOutput, tellsThatNobodyReadsAnyMore) {
     EXPECT_FALSE(output.flush());
 }
 
-TEST(NoOutput, hasFailedFromTheStart) {
+TEST(NoOutput, HasFailedFromTheStart) {
     ConsoleOutput output(INVALID_HANDLE_VALUE);
     int columns = 0;
     int rows = 0;

@@ -13,7 +13,7 @@ bool threadHasToken() {
     return true;
 }
 
-TEST(DebugPrivilege, isHeldByTheThreadForAWhileOnly) {
+TEST(DebugPrivilege, IsHeldByTheThreadForAWhileOnly) {
     ASSERT_FALSE(threadHasToken());
     {
         const platform::DebugPrivilege privilege;

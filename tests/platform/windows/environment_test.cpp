@@ -8,7 +8,7 @@ namespace {
 
 using platform::systemEnvironment;
 
-TEST(WindowsEnvironment, agreesWithTheCLibrary) {
+TEST(WindowsEnvironment, AgreesWithTheCLibrary) {
     ASSERT_TRUE(systemEnvironment().set("TANDREL_TEST_VARIABLE", "value"));
     EXPECT_STREQ(std::getenv("TANDREL_TEST_VARIABLE"), "value");
     EXPECT_EQ(systemEnvironment().get("tandrel_test_variable"), "value");
@@ -17,11 +17,11 @@ TEST(WindowsEnvironment, agreesWithTheCLibrary) {
     EXPECT_EQ(systemEnvironment().get("TANDREL_TEST_VARIABLE"), std::nullopt);
 }
 
-TEST(WindowsEnvironment, takesAwayWhatIsNotThere) {
+TEST(WindowsEnvironment, RemovesWhatIsNotThere) {
     EXPECT_TRUE(systemEnvironment().set("TANDREL_TEST_NOTHING", ""));
 }
 
-TEST(WindowsEnvironment, holdsLongValuesAndRefusesLongerOnes) {
+TEST(WindowsEnvironment, HoldsLongValuesAndRefusesLongerOnes) {
     const std::string longValue(32000, 'x');
     ASSERT_TRUE(systemEnvironment().set("TANDREL_TEST_LONG", longValue.c_str()));
     EXPECT_EQ(systemEnvironment().get("TANDREL_TEST_LONG"), longValue);

@@ -27,7 +27,7 @@ protected:
     std::unique_ptr<File> other_;
 };
 
-TEST_F(WindowsFileSystem, enforcesTheShareModes) {
+TEST_F(WindowsFileSystem, EnforcesTheShareModes) {
     const std::string path = directory_.file("shared.txt");
     writeTestFile(path, "content");
     ASSERT_EQ(open(path, {.access = platform::kWrite, .share = platform::kShareRead}, file_), 0);
@@ -44,7 +44,7 @@ TEST_F(WindowsFileSystem, enforcesTheShareModes) {
               ERROR_SHARING_VIOLATION);
 }
 
-TEST_F(WindowsFileSystem, tellsTheSizeOfAFileThatNobodyElseMayOpen) {
+TEST_F(WindowsFileSystem, GivesTheSizeOfAFileThatNobodyElseMayOpen) {
     const std::string path = directory_.file("locked.txt");
     writeTestFile(path, "12345");
     ASSERT_EQ(
@@ -53,7 +53,7 @@ TEST_F(WindowsFileSystem, tellsTheSizeOfAFileThatNobodyElseMayOpen) {
     EXPECT_TRUE(systemFileSystem().exists(path.c_str()));
 }
 
-TEST_F(WindowsFileSystem, givesPrivateFilesToThisUserAlone) {
+TEST_F(WindowsFileSystem, GivesPrivateFilesToThisUserAlone) {
     const std::string path = directory_.file("private.txt");
     const OpenOptions options{.access = platform::kRead | platform::kWrite,
                               .disposition = Disposition::kCreatePrivate};
@@ -78,7 +78,7 @@ TEST_F(WindowsFileSystem, givesPrivateFilesToThisUserAlone) {
     LocalFree(descriptor);
 }
 
-TEST_F(WindowsFileSystem, refusesDevices) {
+TEST_F(WindowsFileSystem, RefusesDevices) {
     for (const char* name : {"nul", "con.log", "COM1", "aux.txt"}) {
         const std::string path = directory_.file(name);
         EXPECT_EQ(open(path, {.access = platform::kWrite, .disposition = Disposition::kOpenOrCreate}, file_),
@@ -95,7 +95,7 @@ TEST_F(WindowsFileSystem, refusesDevices) {
     EXPECT_EQ(open("\\\\.\\pipe\\tandrel-test", {}, file_), ERROR_INVALID_NAME);
 }
 
-TEST_F(WindowsFileSystem, worksWithPathsOverTheOldLimit) {
+TEST_F(WindowsFileSystem, WorksWithPathsOverTheOldLimit) {
     std::string path = directory_.path();
     for (int i = 0; i < 4; i++) {
         path += "/" + std::string(100, static_cast<char>('a' + i));
@@ -113,7 +113,7 @@ TEST_F(WindowsFileSystem, worksWithPathsOverTheOldLimit) {
     EXPECT_EQ(systemFileSystem().removeFile((path + "/other").c_str()), 0);
 }
 
-TEST_F(WindowsFileSystem, doesNotTouchARunningProgram) {
+TEST_F(WindowsFileSystem, DoesNotTouchARunningProgram) {
     std::string image;
     ASSERT_TRUE(platform::ownImagePath(image));
     EXPECT_NE(systemFileSystem().removeFile(image.c_str()), 0);
@@ -121,14 +121,14 @@ TEST_F(WindowsFileSystem, doesNotTouchARunningProgram) {
     EXPECT_EQ(open(image, {}, file_), 0);
 }
 
-TEST_F(WindowsFileSystem, takesNoWildcardForAnEntry) {
+TEST_F(WindowsFileSystem, TakesNoWildcardForAnEntry) {
     writeTestFile(directory_.file("one.txt"), "1");
     EXPECT_FALSE(systemFileSystem().exists(directory_.file("*.txt").c_str()));
     EXPECT_EQ(systemFileSystem().fileSize(directory_.file("?ne.txt").c_str()), -1);
     EXPECT_EQ(systemFileSystem().removeFile(directory_.file("*").c_str()), ERROR_INVALID_NAME);
 }
 
-TEST_F(WindowsFileSystem, listsTheRootOfADrive) {
+TEST_F(WindowsFileSystem, ListsTheRootOfADrive) {
     std::vector<platform::DirectoryEntry> entries;
     EXPECT_EQ(systemFileSystem().list("C:\\", entries), 0);
     EXPECT_FALSE(entries.empty());
@@ -136,7 +136,7 @@ TEST_F(WindowsFileSystem, listsTheRootOfADrive) {
     EXPECT_FALSE(entries.empty());
 }
 
-TEST_F(WindowsFileSystem, formsTemporaryNamesFromTheLowHalfOfTheNumber) {
+TEST_F(WindowsFileSystem, FormsTemporaryNamesFromTheLowHalfOfTheNumber) {
     std::string temporary;
     ASSERT_TRUE(systemFileSystem().temporaryDirectory(temporary));
     EXPECT_TRUE(systemFileSystem().isDirectory(temporary.c_str()));
@@ -149,14 +149,14 @@ TEST_F(WindowsFileSystem, formsTemporaryNamesFromTheLowHalfOfTheNumber) {
     EXPECT_FALSE(systemFileSystem().exists(path.c_str()));
 }
 
-TEST_F(WindowsFileSystem, failsToSeekBeforeTheStart) {
+TEST_F(WindowsFileSystem, FailsToSeekBeforeTheStart) {
     writeTestFile(directory_.file("f"), "abc");
     ASSERT_EQ(open(directory_.file("f"), {}, file_), 0);
     std::int64_t position = 0;
     EXPECT_EQ(file_->seek(-1, platform::Origin::kStart, position), ERROR_NEGATIVE_SEEK);
 }
 
-TEST_F(WindowsFileSystem, seesTheMarksOfADirectory) {
+TEST_F(WindowsFileSystem, SeesTheMarksOfADirectory) {
     const std::string path = directory_.file("d");
     ASSERT_EQ(systemFileSystem().createDirectory(path.c_str()), 0);
     EXPECT_TRUE(systemFileSystem().isOrdinaryDirectory(path.c_str()));
@@ -167,7 +167,7 @@ TEST_F(WindowsFileSystem, seesTheMarksOfADirectory) {
     EXPECT_FALSE(systemFileSystem().isOrdinaryDirectory(directory_.file("none").c_str()));
 }
 
-TEST_F(WindowsFileSystem, copiesTheAttributesOfAFileThatCanBeWrittenTo) {
+TEST_F(WindowsFileSystem, CopiesTheAttributesOfAFileThatCanBeWrittenTo) {
     const std::string from = directory_.file("from");
     const std::string to = directory_.file("to");
     writeTestFile(from, "a");

@@ -14,7 +14,7 @@ HANDLE create(const std::string& path, DWORD access) {
                        nullptr);
 }
 
-TEST(WindowsFile, movesInFilesOverFourGigabytes) {
+TEST(WindowsFile, MovesInFilesOverFourGigabytes) {
     const TemporaryDirectory directory;
     WindowsFile file(create(directory.file("large"), GENERIC_READ | GENERIC_WRITE));
     const std::int64_t large = (std::int64_t{1} << 32) + 5;
@@ -29,7 +29,7 @@ TEST(WindowsFile, movesInFilesOverFourGigabytes) {
     EXPECT_EQ(file.size(), large - 2);
 }
 
-TEST(WindowsFile, keepsThePositionThatTheCallerKnowsAfterAFailure) {
+TEST(WindowsFile, KeepsThePositionThatTheCallerKnowsAfterAFailure) {
     const TemporaryDirectory directory;
     WindowsFile file(create(directory.file("f"), GENERIC_READ | GENERIC_WRITE));
     std::int64_t position = 77;
@@ -37,7 +37,7 @@ TEST(WindowsFile, keepsThePositionThatTheCallerKnowsAfterAFailure) {
     EXPECT_EQ(position, 77);
 }
 
-TEST(WindowsFile, refusesWhatItsAccessDoesNotAllow) {
+TEST(WindowsFile, RefusesWhatItsAccessDoesNotAllow) {
     const TemporaryDirectory directory;
     writeTestFile(directory.file("f"), "abc");
     WindowsFile file(create(directory.file("f"), GENERIC_READ));
@@ -47,7 +47,7 @@ TEST(WindowsFile, refusesWhatItsAccessDoesNotAllow) {
     EXPECT_NE(file.truncateHere(), 0);
 }
 
-TEST(WindowsFile, failsInEveryOperationOnceClosed) {
+TEST(WindowsFile, FailsInEveryOperationOnceClosed) {
     const TemporaryDirectory directory;
     WindowsFile file(create(directory.file("f"), GENERIC_READ | GENERIC_WRITE));
     EXPECT_EQ(file.close(), 0);

@@ -31,7 +31,7 @@ protected:
     std::unique_ptr<platform::FirewallProfile> profile_;
 };
 
-TEST_F(WindowsFirewallTest, TellsWhetherItIsOn) {
+TEST_F(WindowsFirewallTest, ReportsWhetherItIsOn) {
     bool on = false;
     const FirewallOutcome outcome = profile_->isOn(on);
     EXPECT_TRUE(outcome.done()) << outcome.error;

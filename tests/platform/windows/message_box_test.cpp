@@ -17,7 +17,7 @@ TEST(MessageChild, DISABLED_speaksOnAnInvisibleDesktop) {
     platform::showMessage("The t\xC3\xA9xt.", "Caption", platform::MessageIcon::kError);
 }
 
-TEST(ShowMessage, goesToStandardErrorWhereNobodySeesIt) {
+TEST(ShowMessage, GoesToStandardErrorWhereNobodySeesIt) {
     const ChildResult child = runChild("MessageChild.DISABLED_speaksOnAnInvisibleDesktop", "");
     EXPECT_EQ(child.exitCode, 0) << child.output;
     EXPECT_THAT(child.error, testing::HasSubstr("Caption: The t\xC3\xA9xt.\r\n"));

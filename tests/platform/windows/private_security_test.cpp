@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(PrivateSecurity, allowsOneUserEverythingAndInheritsNothing) {
+TEST(PrivateSecurity, AllowsOneUserEverythingAndInheritsNothing) {
     platform::PrivateSecurity security;
     SECURITY_ATTRIBUTES* attributes = security.attributes();
     ASSERT_NE(attributes, nullptr);

@@ -10,14 +10,14 @@ namespace {
 
 using platform::processLine;
 
-TEST(ProcessLine, beginsWithTheProcess) {
+TEST(ProcessLine, BeginsWithTheProcess) {
     const std::vector<std::uint32_t> line = processLine(GetCurrentProcessId());
     ASSERT_FALSE(line.empty());
     EXPECT_EQ(line[0], GetCurrentProcessId());
     EXPECT_EQ(platform::systemProcesses().ownLine(), line);
 }
 
-TEST(ProcessLine, leadsFromAChildToThisProcess) {
+TEST(ProcessLine, LeadsFromAChildToThisProcess) {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION child{};
@@ -37,7 +37,7 @@ TEST(ProcessLine, leadsFromAChildToThisProcess) {
     EXPECT_TRUE(std::equal(own.begin(), own.end(), line.begin() + 1));
 }
 
-TEST(ProcessLine, isOnlyTheProcessWhenNobodyKnowsIt) {
+TEST(ProcessLine, IsOnlyTheProcessWhenNobodyKnowsIt) {
     EXPECT_EQ(processLine(0xFFFFFFF0U), std::vector<std::uint32_t>{0xFFFFFFF0U});
 }
 

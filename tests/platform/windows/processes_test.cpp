@@ -28,7 +28,7 @@ std::unique_ptr<ChildProcess> start(const std::string& command, const std::strin
     return child;
 }
 
-TEST(WindowsProcesses, listThisOneWithItsPath) {
+TEST(WindowsProcesses, ListThisOneWithItsPath) {
     std::string image;
     ASSERT_TRUE(platform::ownImagePath(image));
     std::vector<ProcessInfo> all;
@@ -40,21 +40,21 @@ TEST(WindowsProcesses, listThisOneWithItsPath) {
     EXPECT_EQ(own->name, "platform_test.exe");
 }
 
-TEST(WindowsProcesses, giveTheExitCode) {
+TEST(WindowsProcesses, GiveTheExitCode) {
     const auto child = start("cmd.exe /c exit 7");
     ASSERT_NE(child, nullptr);
     ASSERT_TRUE(child->wait(kLong));
     EXPECT_EQ(child->exitCode(), 7);
 }
 
-TEST(WindowsProcesses, giveNegativeExitCodes) {
+TEST(WindowsProcesses, GiveNegativeExitCodes) {
     const auto child = start("cmd.exe /c exit -1");
     ASSERT_NE(child, nullptr);
     ASSERT_TRUE(child->wait(kLong));
     EXPECT_EQ(child->exitCode(), -1);
 }
 
-TEST(WindowsProcesses, startInTheirWorkDirectory) {
+TEST(WindowsProcesses, StartInTheirWorkDirectory) {
     const TemporaryDirectory directory;
     const auto child = start("cmd.exe /c echo x> made.txt", directory.path());
     ASSERT_NE(child, nullptr);
@@ -62,7 +62,7 @@ TEST(WindowsProcesses, startInTheirWorkDirectory) {
     EXPECT_TRUE(testFileExists(directory.file("made.txt")));
 }
 
-TEST(WindowsProcesses, tellWhyAProgramDoesNotStart) {
+TEST(WindowsProcesses, ReportWhyAProgramDoesNotStart) {
     const TemporaryDirectory directory;
     int error = 0;
     EXPECT_EQ(systemProcesses().start((directory.file("none.exe")).c_str(), "", error), nullptr);
@@ -82,7 +82,7 @@ TEST(WaitingChild, DISABLED_waitsForAnEventThatNobodySignals) {
     EXPECT_FALSE(never->wait(kLong));
 }
 
-TEST(WindowsProcesses, endOnRequestWithCodeZero) {
+TEST(WindowsProcesses, EndOnRequestWithCodeZero) {
     const TemporaryDirectory directory;
     std::string image;
     ASSERT_TRUE(platform::ownImagePath(image));
@@ -107,7 +107,7 @@ TEST(WindowsProcesses, endOnRequestWithCodeZero) {
     EXPECT_FALSE(systemProcesses().terminate(found->id, 0));
 }
 
-TEST(WindowsProcesses, neverEndThisOneOrTheSystem) {
+TEST(WindowsProcesses, NeverEndThisOneOrTheSystem) {
     EXPECT_FALSE(systemProcesses().terminate(systemProcesses().currentId(), 0));
     EXPECT_FALSE(systemProcesses().terminate(0, 0));
     EXPECT_FALSE(systemProcesses().terminate(4, 0));

@@ -30,40 +30,40 @@ protected:
     MemoryRegistry registry_;
 };
 
-TEST_F(AdministratorDirectories, areTheProgramDirectoryOfTheRegistry) {
+TEST_F(AdministratorDirectories, AreTheProgramDirectoryOfTheRegistry) {
     put({platform::kRegString, "D:\\Programs"});
     EXPECT_EQ(administratorDirectories(registry_), std::vector<std::string>{"D:\\Programs"});
 }
 
-TEST_F(AdministratorDirectories, areNoneWithoutTheKeyOrTheValue) {
+TEST_F(AdministratorDirectories, AreNoneWithoutTheKeyOrTheValue) {
     EXPECT_TRUE(administratorDirectories(registry_).empty());
     int created = 0;
     registry_.createKey(RegistryRoot::kLocalMachine, kVersionKey, RegistryView::kNative, created);
     EXPECT_TRUE(administratorDirectories(registry_).empty());
 }
 
-TEST_F(AdministratorDirectories, areNoneWhenTheValueIsNoText) {
+TEST_F(AdministratorDirectories, AreNoneWhenTheValueIsNoText) {
     put({platform::kRegDword, std::string(4, 'C')});
     EXPECT_TRUE(administratorDirectories(registry_).empty());
     put({platform::kRegString, ""});
     EXPECT_TRUE(administratorDirectories(registry_).empty());
 }
 
-TEST_F(AdministratorDirectories, areNoneWhenTheTextIsLongerThanAnyDirectory) {
+TEST_F(AdministratorDirectories, AreNoneWhenTheTextIsLongerThanAnyDirectory) {
     put({platform::kRegString, "C:\\" + std::string(516, 'x')});
     EXPECT_EQ(administratorDirectories(registry_).size(), 1U);
     put({platform::kRegString, "C:\\" + std::string(517, 'x')});
     EXPECT_TRUE(administratorDirectories(registry_).empty());
 }
 
-TEST(OwnImage, isAnAbsolutePath) {
+TEST(OwnImage, IsAnAbsolutePath) {
     std::string path;
     ASSERT_TRUE(platform::ownImagePath(path));
     EXPECT_EQ(path[1], ':');
     EXPECT_EQ(path[2], '\\');
 }
 
-TEST(LastSystemError, isTheSystemsNumber) {
+TEST(LastSystemError, IsTheSystemsNumber) {
     SetLastError(4711);
     EXPECT_EQ(platform::lastSystemError(), 4711);
 }

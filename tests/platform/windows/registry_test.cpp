@@ -14,7 +14,7 @@ using platform::systemRegistry;
 
 constexpr char kKey[] = "Software\\TandrelRegistryTest";
 
-// Looks at the registry behind the back of the tested class.
+// Looks at the registry without the tested class.
 class WindowsRegistry : public testing::Test {
 protected:
     WindowsRegistry() {
@@ -58,7 +58,7 @@ protected:
     HKEY key_ = nullptr;
 };
 
-TEST_F(WindowsRegistry, storesTextsAsUtf16WithOneTerminator) {
+TEST_F(WindowsRegistry, StoresTextsAsUtf16WithOneTerminator) {
     write("text", {platform::kRegString, "a\xD0\x96"});
     EXPECT_EQ(rawBytes(L"text"), std::string("a\0\x16\x04\0\0", 6));
     write("empty", {platform::kRegString, ""});
@@ -67,7 +67,7 @@ TEST_F(WindowsRegistry, storesTextsAsUtf16WithOneTerminator) {
     EXPECT_EQ(rawBytes(L"list"), std::string("a\0\0\0b\0\0\0\0\0", 10));
 }
 
-TEST_F(WindowsRegistry, readsTextsWhateverTheirTerminators) {
+TEST_F(WindowsRegistry, ReadsTextsWhateverTheirTerminators) {
     setRaw(L"none", REG_SZ, std::string("a\0b\0", 4));
     EXPECT_EQ(read("none").data, "ab");
     setRaw(L"three", REG_SZ, std::string("a\0\0\0\0\0\0\0", 8));
@@ -80,7 +80,7 @@ TEST_F(WindowsRegistry, readsTextsWhateverTheirTerminators) {
     EXPECT_EQ(read("list").data, std::string("a\0b", 3));
 }
 
-TEST_F(WindowsRegistry, keepsOtherTypesAsTheyAre) {
+TEST_F(WindowsRegistry, KeepsOtherTypesAsTheyAre) {
     setRaw(L"binary", REG_BINARY, std::string("\1\0\0", 3));
     EXPECT_EQ(read("binary").data, std::string("\1\0\0", 3));
     write("number", {platform::kRegDword, std::string("\x16\0\0\0", 4)});
@@ -93,19 +93,19 @@ TEST_F(WindowsRegistry, keepsOtherTypesAsTheyAre) {
     EXPECT_EQ(read("strange").data, "xyz");
 }
 
-TEST_F(WindowsRegistry, readsLargeValues) {
+TEST_F(WindowsRegistry, ReadsLargeValues) {
     const std::string large(300000, 'x');
     write("large", {platform::kRegString, large});
     EXPECT_EQ(read("large").data, large);
 }
 
-TEST_F(WindowsRegistry, separatesLevelsByBackslashesOnly) {
+TEST_F(WindowsRegistry, SeparatesLevelsByBackslashesOnly) {
     EXPECT_EQ(
         registry_.testKey(RegistryRoot::kCurrentUser, "Software/TandrelRegistryTest", RegistryView::kNative),
         platform::kRegNotFound);
 }
 
-TEST_F(WindowsRegistry, reachesThe32BitViewBelowItsNode) {
+TEST_F(WindowsRegistry, ReachesThe32BitViewBelowItsNode) {
     int created = 0;
     ASSERT_EQ(registry_.createKey(RegistryRoot::kLocalMachine, "Software\\TandrelViewTest\\Deep",
                                   RegistryView::k32Bit, created),
@@ -125,7 +125,7 @@ TEST_F(WindowsRegistry, reachesThe32BitViewBelowItsNode) {
         0);
 }
 
-TEST_F(WindowsRegistry, neverDeletesARoot) {
+TEST_F(WindowsRegistry, NeverDeletesARoot) {
     EXPECT_EQ(registry_.deleteKey(RegistryRoot::kCurrentUser, "", RegistryView::kNative),
               platform::kRegBadArgument);
     EXPECT_EQ(registry_.deleteKey(RegistryRoot::kCurrentUser, "\\", RegistryView::kNative),

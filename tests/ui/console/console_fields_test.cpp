@@ -13,7 +13,7 @@ namespace {
 
 using ConsoleInterface::makeField;
 
-// Writes down the questions and gives one answer to all of them.
+// Records the questions and gives one answer to all of them.
 class ScriptedInput : public InputProvider {
 public:
     std::string text;  // the answer to a text
@@ -71,7 +71,7 @@ struct ConsoleFields : testing::Test {
     }
 };
 
-TEST_F(ConsoleFields, HaveAHandlerForEachTypeThatAsks) {
+TEST_F(ConsoleFields, HasAHandlerForEachTypeThatAsks) {
     for (const std::int32_t type :
          {kFieldDirectory, kFieldCheckBox, kFieldRadioButtons, kFieldEditBox, kFieldPassword}) {
         input.question.clear();
@@ -80,13 +80,13 @@ TEST_F(ConsoleFields, HaveAHandlerForEachTypeThatAsks) {
     }
 }
 
-TEST_F(ConsoleFields, PassOverTypesWithoutAQuestion) {
+TEST_F(ConsoleFields, SkipsTypesWithoutAQuestion) {
     EXPECT_EQ(makeField(kFieldInstallParameter), nullptr);
     EXPECT_EQ(makeField(0), nullptr);
     EXPECT_EQ(makeField(35), nullptr);
 }
 
-TEST_F(ConsoleFields, PassOverAFieldWhoseConditionIsFalse) {
+TEST_F(ConsoleFields, SkipsAFieldWhoseConditionIsFalse) {
     engine.conditions["[A]"] = 0;
     engine.variables["VAR"] = "kept";
     field.condition.assign("[A]");
@@ -97,13 +97,13 @@ TEST_F(ConsoleFields, PassOverAFieldWhoseConditionIsFalse) {
     EXPECT_EQ(input.question, "");
 }
 
-TEST_F(ConsoleFields, AskAFieldWhoseConditionIsBroken) {
+TEST_F(ConsoleFields, AsksAFieldWhoseConditionIsBroken) {
     engine.conditions["[A]"] = -1;
     field.condition.assign("[A]");
     EXPECT_EQ(answer(kFieldEditBox, "typed"), "typed");
 }
 
-TEST_F(ConsoleFields, OfferValueAndDefaultOfAText) {
+TEST_F(ConsoleFields, OffersValueAndDefaultOfAText) {
     engine.variables["VAR"] = "value";
     engine.defaults["VAR"] = "default";
     process(kFieldEditBox);
@@ -117,12 +117,12 @@ TEST_F(ConsoleFields, OfferValueAndDefaultOfAText) {
     EXPECT_EQ(input.question, "Label|value|default|hidden");
 }
 
-TEST_F(ConsoleFields, OfferNothingForAnUnknownVariable) {
+TEST_F(ConsoleFields, OffersNothingForAnUnknownVariable) {
     process(kFieldEditBox);
     EXPECT_EQ(input.question, "Label|||echo");
 }
 
-TEST_F(ConsoleFields, TakeTheDefaultWhenATextIsInterrupted) {
+TEST_F(ConsoleFields, TakesTheDefaultWhenATextIsInterrupted) {
     engine.variables["VAR"] = "value";
     engine.defaults["VAR"] = "default";
     input.textResult = 0;
@@ -131,16 +131,16 @@ TEST_F(ConsoleFields, TakeTheDefaultWhenATextIsInterrupted) {
     EXPECT_EQ(answer(kFieldDirectory, "half"), "default");
 }
 
-TEST_F(ConsoleFields, CutWhiteSpaceOffATextAndKeepItsInside) {
+TEST_F(ConsoleFields, CutsWhiteSpaceOffATextAndKeepsItsInside) {
     EXPECT_EQ(answer(kFieldEditBox, " \t\v\f a b//c \r\n"), "a b//c");
     EXPECT_EQ(answer(kFieldEditBox, " \t "), "");
 }
 
-TEST_F(ConsoleFields, KeepAPasswordAsItIs) {
+TEST_F(ConsoleFields, KeepsAPasswordAsItIs) {
     EXPECT_EQ(answer(kFieldPassword, " a//b\\ "), " a//b\\ ");
 }
 
-TEST_F(ConsoleFields, CleanADirectory) {
+TEST_F(ConsoleFields, CleansADirectory) {
     EXPECT_EQ(answer(kFieldDirectory, "  C:/apps//demo/ "), "C:\\apps\\demo");
     EXPECT_EQ(answer(kFieldDirectory, "C:\\apps\\\\\\demo\\\\"), "C:\\apps\\demo");
     EXPECT_EQ(answer(kFieldDirectory, "/opt/demo"), "\\opt\\demo");
@@ -152,7 +152,7 @@ TEST_F(ConsoleFields, CleanADirectory) {
     EXPECT_EQ(answer(kFieldDirectory, "a b/c d"), "a b\\c d");
 }
 
-TEST_F(ConsoleFields, OfferNoAndYesForACheckBox) {
+TEST_F(ConsoleFields, OffersNoAndYesForACheckBox) {
     engine.variables["VAR"] = "1";
     EXPECT_EQ(process(kFieldCheckBox), "0");
     EXPECT_EQ(input.question, "Label|1|no|yes|any case|prefix");
@@ -161,7 +161,7 @@ TEST_F(ConsoleFields, OfferNoAndYesForACheckBox) {
     EXPECT_EQ(input.question, "Label|0|no|yes|any case|prefix");
 }
 
-TEST_F(ConsoleFields, HaveNoDefaultForACheckBoxWithAnotherValue) {
+TEST_F(ConsoleFields, HasNoDefaultForACheckBoxWithAnotherValue) {
     for (const char* value : {"2", "-1", "yes", "", "1x"}) {
         engine.variables["VAR"] = value;
         process(kFieldCheckBox);
@@ -172,14 +172,14 @@ TEST_F(ConsoleFields, HaveNoDefaultForACheckBoxWithAnotherValue) {
     EXPECT_EQ(input.question, "Label|-1|no|yes|any case|prefix");
 }
 
-TEST_F(ConsoleFields, StoreAnInterruptedChoiceLikeAnyOther) {
+TEST_F(ConsoleFields, StoresAnInterruptedChoiceLikeAnyOther) {
     input.choice = -1;
     EXPECT_EQ(process(kFieldCheckBox), "-1");
     field.content.assign("a;b");
     EXPECT_EQ(process(kFieldRadioButtons), "-1");
 }
 
-TEST_F(ConsoleFields, ListTheItemsOfRadioButtons) {
+TEST_F(ConsoleFields, ListsTheItemsOfRadioButtons) {
     field.content.assign("one;two;three");
     engine.variables["VAR"] = "2";
     input.choice = 1;
@@ -187,27 +187,27 @@ TEST_F(ConsoleFields, ListTheItemsOfRadioButtons) {
     EXPECT_EQ(input.question, "Label|2|one|two|three");
 }
 
-TEST_F(ConsoleFields, KeepEmptyItemsOfRadioButtons) {
+TEST_F(ConsoleFields, KeepsEmptyItemsOfRadioButtons) {
     field.content.assign(";two;");
     process(kFieldRadioButtons);
     EXPECT_EQ(input.question, "Label|-1||two|");
 }
 
-TEST_F(ConsoleFields, AppendTheDetailsOfRadioButtons) {
+TEST_F(ConsoleFields, AppendsTheDetailsOfRadioButtons) {
     field.content.assign("one;two;three");
     field.description.assign("(first);");
     process(kFieldRadioButtons);
     EXPECT_EQ(input.question, "Label|-1|one (first)|two |three");
 }
 
-TEST_F(ConsoleFields, DropTheDetailsOfRadioButtonsWhenThereAreMoreThanItems) {
+TEST_F(ConsoleFields, DropsTheDetailsOfRadioButtonsWhenThereAreMoreThanItems) {
     field.content.assign("one;two");
     field.description.assign("a;b;c");
     process(kFieldRadioButtons);
     EXPECT_EQ(input.question, "Label|-1|one|two");
 }
 
-TEST_F(ConsoleFields, EnableRadioButtonsByTheirConditions) {
+TEST_F(ConsoleFields, EnablesRadioButtonsByTheirConditions) {
     field.content.assign("one;two;three;four");
     field.enable.assign("[A]==1|[B]==1|[C]");
     engine.conditions["[B]==1"] = 0;
@@ -216,7 +216,7 @@ TEST_F(ConsoleFields, EnableRadioButtonsByTheirConditions) {
     EXPECT_EQ(input.question, "Label|-1|one|two (off)|three|four");
 }
 
-TEST_F(ConsoleFields, HaveNoDefaultForRadioButtonsWithAnotherValue) {
+TEST_F(ConsoleFields, HasNoDefaultForRadioButtonsWithAnotherValue) {
     field.content.assign("one;two");
     for (const char* value : {"2", "-1", "one", "", "99999999999"}) {
         engine.variables["VAR"] = value;

@@ -7,30 +7,34 @@
 #include <string>
 #include <vector>
 
+#include "description/answers_file.h"
 #include "fakes/fake_console.h"
+#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/fake_terminal.h"
+#include "fakes/memory_file_system.h"
 
 namespace {
 
-class NoCondition : public DlgCondition {
+class OpenGate : public PageGate {
 public:
-    int evaluate(SystemOperations*, InstallerUI*) override { return 1; }
+    bool isOpen(InstallerUI&) override { return true; }
 };
 
 const std::string kBlankLine = "\r" + std::string(78, ' ') + "\r\n";
 
 struct ConsoleFrontEnd : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     FakeEngine engine;
+    MemoryFileSystem files;
+    AnswersFile answers{files};
     FakeConsole log;
+    DebugLog debugLog{log};
     std::unique_ptr<ConsoleUI> ui;
 
     ConsoleFrontEnd() { open(false, false); }
 
     void open(bool uninstall, bool quiet, const char* mode = "") {
-        ui = std::make_unique<ConsoleUI>(uninstall, false, quiet, terminal);
-        ui->setLog(&log);
+        ui = std::make_unique<ConsoleUI>(uninstall, false, quiet, terminal, answers, debugLog);
         ui->setEngine(&engine);
         bool automated = false;
         ASSERT_EQ(ui->createInputProvider(mode, automated), 0);
@@ -58,7 +62,7 @@ struct ConsoleFrontEnd : testing::Test {
 TEST_F(ConsoleFrontEnd, IsNotGraphical) {
     EXPECT_EQ(ui->isGraphical(), 0);
     EXPECT_EQ(ui->getIgnoreErrors(), 0);
-    EXPECT_EQ(ConsoleUI(false, true, false, terminal).getIgnoreErrors(), 1);
+    EXPECT_EQ(ConsoleUI(false, true, false, terminal, answers, debugLog).getIgnoreErrors(), 1);
 }
 
 TEST_F(ConsoleFrontEnd, PrintsTheInstallerBannerWithTheFirstDialog) {
@@ -110,11 +114,11 @@ TEST_F(ConsoleFrontEnd, SkipsATextWhoseConditionIsFalse) {
     EXPECT_EQ(show(0), "shown\n");
 }
 
-TEST_F(ConsoleFrontEnd, PrintsTextsOfAQuietRunOnlyOnPagesWithAConditionObject) {
+TEST_F(ConsoleFrontEnd, PrintsTextsOfAQuietRunOnlyOnPagesWithAGate) {
     open(false, true);
     addElement(engine.addDialog("Page"), kElementText, "text");
     addElement(engine.addDialog("Held"), kElementText, "held");
-    engine.dialogs[1].condition = std::make_shared<NoCondition>();
+    engine.dialogs[1].gate = std::make_shared<OpenGate>();
     EXPECT_EQ(show(0), "");
     EXPECT_EQ(show(1), "held\n");
 }
@@ -145,7 +149,7 @@ TEST_F(ConsoleFrontEnd, CountsPrintedElementsAndNotPositions) {
 TEST_F(ConsoleFrontEnd, CountsOtherElementsOnlyWhenNotQuiet) {
     open(false, true);
     DialogDesc& page = engine.addDialog("Held");
-    page.condition = std::make_shared<NoCondition>();
+    page.gate = std::make_shared<OpenGate>();
     addElement(page, kElementHLine, "");
     addElement(page, kElementText, "one");
     EXPECT_EQ(show(0), "one\n");
@@ -153,7 +157,7 @@ TEST_F(ConsoleFrontEnd, CountsOtherElementsOnlyWhenNotQuiet) {
     EXPECT_EQ(show(0), "");
 }
 
-TEST_F(ConsoleFrontEnd, TellsSubDialogsApart) {
+TEST_F(ConsoleFrontEnd, DistinguishesSubDialogs) {
     DialogDesc& frame = engine.addDialog("Frame");
     frame.subDialogs.resize(2);
     addElement(frame, kElementText, "frame");
@@ -176,7 +180,7 @@ TEST_F(ConsoleFrontEnd, AsksTheFieldsInTheirOrder) {
     EXPECT_EQ(engine.variables["B"], "2");
 }
 
-TEST_F(ConsoleFrontEnd, PassesOverFieldsWithoutAConsoleForm) {
+TEST_F(ConsoleFrontEnd, SkipsFieldsWithoutAConsoleForm) {
     DialogDesc& page = engine.addDialog("Page");
     addField(page, "A");
     addField(page, "B");
@@ -206,7 +210,7 @@ TEST_F(ConsoleFrontEnd, PrintsNothingOfAPageOnceCancelled) {
 }
 
 TEST_F(ConsoleFrontEnd, HasNoFieldsWithoutEngineOrProvider) {
-    ConsoleUI bare(false, false, false, terminal);
+    ConsoleUI bare(false, false, false, terminal, answers, debugLog);
     EXPECT_EQ(bare.processFields(0), -1);
     bare.setEngine(&engine);
     EXPECT_EQ(bare.processFields(0), -1);
@@ -294,7 +298,7 @@ TEST_F(ConsoleFrontEnd, PagesALongDocument) {
     EXPECT_EQ(terminal.lines.size(), 1U) << "6 of 7 bytes are a multiple of 2, so there is no closing pause";
 }
 
-TEST_F(ConsoleFrontEnd, SkipsAPlainTextOfAnotherFormatWithoutAWord) {
+TEST_F(ConsoleFrontEnd, SkipsAPlainTextOfAnotherFormatSilently) {
     DialogDesc& page = engine.addDialog("Page");
     addElement(page, kElementPlainEditText, "licence").format.assign("Other");
     addElement(page, kElementPlainEditText, "licence");
@@ -312,7 +316,7 @@ TEST_F(ConsoleFrontEnd, SkipsADocumentWhoseConditionIsFalseWithoutAPause) {
     EXPECT_EQ(show(0), "");
 }
 
-TEST_F(ConsoleFrontEnd, SkipsADocumentThatIsMissingWithoutAWord) {
+TEST_F(ConsoleFrontEnd, SkipsAMissingDocumentSilently) {
     addElement(engine.addDialog("Page"), kElementRichEditText, "missing").format.assign("TandrelMarkdown");
     terminal.lines = {""};
     EXPECT_EQ(show(0), kPause);
@@ -331,7 +335,7 @@ TEST_F(ConsoleFrontEnd, PrintsNothingOfABrokenDocumentAndLogsIt) {
     EXPECT_EQ(show(0), std::string(kPause) + kPause + kPause);
     EXPECT_TRUE(log.hasLine("WARNING: The document \"broken.md\" is broken and isn't shown"));
     EXPECT_TRUE(log.hasLine("WARNING: The document \"broken.rtf\" is broken and isn't shown"));
-    ui->setLog(nullptr);
+    debugLog.setTarget(nullptr, 0);
     terminal.lines = {""};
     show(0);
 }
@@ -346,21 +350,21 @@ TEST_F(ConsoleFrontEnd, ADocumentEndsAtItsFirstZeroByte) {
     EXPECT_EQ(show(0), std::string(kPause) + "text\n" + kPause + "text\n");
 }
 
-TEST_F(ConsoleFrontEnd, PrintsDocumentsOfAQuietRunOnlyOnPagesWithAConditionObject) {
+TEST_F(ConsoleFrontEnd, PrintsDocumentsOfAQuietRunOnlyOnPagesWithAGate) {
     open(false, true);
     for (const char* name : {"Page", "Held"}) {
         DialogDesc& page = engine.addDialog(name);
         addElement(page, kElementRichEditText, "notes").format.assign("TandrelMarkdown");
         addElement(page, kElementPlainEditText, "notes").format.assign("TandrelMarkdown");
     }
-    engine.dialogs[1].condition = std::make_shared<NoCondition>();
+    engine.dialogs[1].gate = std::make_shared<OpenGate>();
     engine.resources["notes"] = "text";
     terminal.lines = {"", ""};
     EXPECT_EQ(show(0), "");
     EXPECT_EQ(show(1), std::string(kPause) + "text\n" + kPause + "text\n");
 }
 
-TEST_F(ConsoleFrontEnd, BlanksTheStatusLineAheadOfADocument) {
+TEST_F(ConsoleFrontEnd, BlanksTheStatusLineBeforeADocument) {
     addElement(engine.addDialog("Page"), kElementRichEditText, "notes").format.assign("TandrelMarkdown");
     engine.resources["notes"] = "text";
     terminal.lines = {""};
@@ -379,7 +383,7 @@ TEST_F(ConsoleFrontEnd, PrintsNoDocumentWhenCancelledAtItsPause) {
     EXPECT_EQ(show(0), "Press Enter to continue...\n[CTRL-C] Aborting installation...\n");
 }
 
-TEST_F(ConsoleFrontEnd, BlanksTheStatusLineAheadOfAText) {
+TEST_F(ConsoleFrontEnd, BlanksTheStatusLineBeforeAText) {
     DialogDesc& page = engine.addDialog("Page");
     addElement(page, kElementText, "one");
     addElement(page, kElementText, "two");
@@ -466,7 +470,7 @@ TEST_F(ConsoleFrontEnd, AsksYesOrNo) {
     EXPECT_EQ(ui->messageBox("Sure?", MessageKind::kYesNo), 1);
 }
 
-TEST_F(ConsoleFrontEnd, TellsAMessage) {
+TEST_F(ConsoleFrontEnd, ShowsAMessage) {
     terminal.lines = {""};
     EXPECT_EQ(ui->messageBox("Done", MessageKind::kInformation), 0);
     EXPECT_EQ(take(), "\nDone\nPress Enter to continue...");
@@ -558,7 +562,7 @@ TEST_F(ConsoleFrontEnd, DoesNotWaitForEverForAMark) {
 }
 
 TEST_F(ConsoleFrontEnd, CannotBeCancelledWithoutEngineOrProvider) {
-    ConsoleUI bare(false, false, false, terminal);
+    ConsoleUI bare(false, false, false, terminal, answers, debugLog);
     EXPECT_EQ(bare.confirmCancel(), 0);
     bare.setEngine(&engine);
     EXPECT_EQ(bare.confirmCancel(), 0);
@@ -653,14 +657,14 @@ TEST_F(ConsoleFrontEnd, EndsTheWalkWhenTheInputEndsAtAQuestion) {
     EXPECT_TRUE(log.hasLine("ERROR: The input ended at a question"));
 }
 
-TEST_F(ConsoleFrontEnd, SaysOfAnUninstallationThatTheInputHasEnded) {
+TEST_F(ConsoleFrontEnd, SaysThatTheInputOfAnUninstallationHasEnded) {
     open(true, false, "uninstall");
     EXPECT_EQ(ui->messageBox("Sure?", MessageKind::kYesNo), 1);
     EXPECT_TRUE(engine.isCancelled());
     EXPECT_TRUE(take().ends_with("\nThe input has ended. Aborting uninstallation...\n"));
 }
 
-TEST_F(ConsoleFrontEnd, BringsRunningWorkToItsEndWhenTheInputEnds) {
+TEST_F(ConsoleFrontEnd, CompletesRunningWorkWhenTheInputEnds) {
     engine.addDialog("Page");
     engine.onShift = [this] {
         engine.uiState = kUiInstallationRunning;

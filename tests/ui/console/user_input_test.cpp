@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "fakes/fake_terminal.h"
+#include "fakes/fake_console_device.h"
 
 namespace {
 
 struct UserInput : testing::Test {
-    FakeTerminal terminal;
+    FakeConsoleDevice terminal;
     std::vector<DialogueLoss> losses;
     User user{terminal, false, [this](DialogueLoss loss) { losses.push_back(loss); }};
     char buffer[32] = "";
@@ -91,12 +91,12 @@ TEST_F(UserInput, GivesNothingForAnInterruptedText) {
     EXPECT_TRUE(losses.empty());
 }
 
-TEST_F(UserInput, SeesAnInterruptThatCameDuringTheRead) {
-    class LateTerminal : public FakeTerminal {
+TEST_F(UserInput, NoticesAnInterruptDuringTheRead) {
+    class LateTerminal : public FakeConsoleDevice {
     public:
         User* user = nullptr;
-        TerminalRead readLine(std::string& out, std::size_t maxBytes) override {
-            const TerminalRead result = FakeTerminal::readLine(out, maxBytes);
+        platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
+            const platform::ReadStatus result = FakeConsoleDevice::readLine(out, maxBytes);
             user->abort();
             return result;
         }
@@ -295,7 +295,7 @@ TEST_F(UserInput, GivesNoChoiceFromAListWithoutAnyEnabledItem) {
     EXPECT_EQ(terminal.linesRead, 0);
 }
 
-TEST_F(UserInput, TellsAMessageAndWaits) {
+TEST_F(UserInput, ShowsAMessageAndWaits) {
     terminal.lines = {"long answer", "next"};
     user.tell("A message");
     EXPECT_EQ(terminal.output, "A message\nPress Enter to continue...");
@@ -352,12 +352,12 @@ TEST_F(UserInput, AsksNothingMoreOnceInterrupted) {
     EXPECT_TRUE(losses.empty());
 }
 
-TEST_F(UserInput, EndsAnInputWithoutLineFeedsSomewhere) {
-    class EndlessTerminal : public FakeTerminal {
+TEST_F(UserInput, BoundsAnInputWithoutLineFeeds) {
+    class EndlessTerminal : public FakeConsoleDevice {
     public:
-        TerminalRead readLine(std::string& out, std::size_t maxBytes) override {
+        platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
             out.assign(maxBytes, 'x');
-            return TerminalRead::Line;
+            return platform::ReadStatus::kLine;
         }
     };
     EndlessTerminal endless;

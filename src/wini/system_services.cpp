@@ -1,0 +1,112 @@
+#include "wini/system_services.h"
+
+#include <atomic>
+
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/registry.h"
+#include "support/utilities.h"
+#include "wini/default_browser.h"
+#include "engine/changes/registry_change.h"
+
+namespace {
+
+constexpr std::string_view kTemporaryPrefix = "orinstall";
+
+// Two sessions of one process must not get the same name.
+std::atomic<std::uint32_t> lastTemporaryNumber{0};
+
+}  // namespace
+
+SystemServices::SystemServices(const platform::Platform& machine, DebugLog debugLog)
+    : machine_(machine),
+      debugLog_(debugLog),
+      programs_(machine.processes, machine.shell, debugLog),
+      uninstallList_(machine.registry),
+      registration_(machine.registry, debugLog),
+      uninstallers_({machine.registry, machine.processes, machine.events, programs_}, debugLog),
+      runningApplications_(machine.processes, programs_, debugLog) {}
+
+std::optional<std::string> SystemServices::temporaryFileName() {
+    std::string path;
+    if (!machine_.files.temporaryName(kTemporaryPrefix, ++lastTemporaryNumber, path) ||
+        path.size() > kTemporaryPathLimit) {
+        return std::nullopt;
+    }
+    return path;
+}
+
+bool SystemServices::findUninstallEntry(std::string_view applicationName, std::uint32_t flags) {
+    return uninstallList_.findUninstallEntry(applicationName, flags);
+}
+
+std::vector<std::string> SystemServices::findEntriesByPublisher(std::string_view nameFilter,
+                                                                std::string_view publisher,
+                                                                std::uint32_t flags) {
+    return uninstallList_.findEntriesByPublisher(nameFilter, publisher, flags);
+}
+
+std::optional<std::string> SystemServices::applicationLogFile(std::string_view applicationName) {
+    return uninstallList_.applicationLogFile(applicationName);
+}
+
+bool SystemServices::registerApplication(const ApplicationEntry& entry) {
+    return registration_.registerApplication(entry);
+}
+
+bool SystemServices::removeUninstallEntry(std::string_view applicationName) {
+    return registration_.removeUninstallEntry(applicationName);
+}
+
+bool SystemServices::uninstallApplication(std::string_view applicationName, std::string_view arguments,
+                                          std::uint32_t flags, InstallerUI* ui) {
+    return uninstallers_.uninstallApplication(applicationName, arguments, flags, ui);
+}
+
+bool SystemServices::isApplicationRunning(std::string_view name, std::string_view directory) {
+    return runningApplications_.isApplicationRunning(name, directory);
+}
+
+bool SystemServices::closeApplication(std::string_view name, bool isService, std::string_view directory) {
+    return runningApplications_.closeApplication(name, isService, directory);
+}
+
+bool SystemServices::copyFile(std::string_view from, std::string_view to) {
+    return OUtils::copyFile(from, to, machine_.files);
+}
+
+std::optional<SystemRegistryValue> SystemServices::readRegistryValue(std::string_view place,
+                                                                     std::string_view path,
+                                                                     std::string_view valueName) {
+    const auto root = registryRootOf(place);
+    platform::RegistryValue value;
+    if (!root || machine_.registry.readValue(*root, path, platform::RegistryView::kNative, valueName,
+                                             value) != platform::kRegOk) {
+        return std::nullopt;
+    }
+    return SystemRegistryValue{value.type, std::move(value.data)};
+}
+
+std::optional<std::vector<std::string>> SystemServices::listRegistryKeys(std::string_view place,
+                                                                         std::string_view path) {
+    const auto root = registryRootOf(place);
+    std::vector<std::string> names;
+    if (!root ||
+        machine_.registry.listKeys(*root, path, platform::RegistryView::kNative, names) != platform::kRegOk) {
+        return std::nullopt;
+    }
+    return names;
+}
+
+bool SystemServices::openInDefaultBrowser(std::string_view url) {
+    const int status = ::openInDefaultBrowser(machine_, url);
+    if (status != 0) {
+        debugLog_.line("WARNING: \"" + std::string(url) + "\" could not be opened (" +
+                       std::to_string(status) + ")");
+    }
+    return status == 0;
+}
+
+void SystemServices::sleepMilliseconds(std::uint32_t milliseconds) {
+    platform::sleepMilliseconds(milliseconds);
+}

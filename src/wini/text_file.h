@@ -1,3 +1,0 @@
-#pragma once
-
-#include "engine/changes/text_file.h"

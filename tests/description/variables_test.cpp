@@ -1,0 +1,72 @@
+#include "description/variables.h"
+
+#include <gtest/gtest.h>
+
+#include "description/default_values_fixture.h"
+#include "description/dialog_model.h"
+#include "fakes/fake_environment.h"
+#include "fakes/memory_file_system.h"
+#include "log_lines.h"
+
+namespace {
+
+class VariablesTest : public testing::Test {
+protected:
+    void parse(const std::string& children) { document_.parseText("<Root>" + children + "</Root>"); }
+
+    FakeSystemOperations system_;
+    FakeEnvironment environment_;
+    MemoryFileSystem files_;
+    TableLogs logs_;
+    LogLines log_;
+    std::int32_t isGraphical_ = 1;
+    Variables variables_{isGraphical_, {system_, environment_, files_, logs_}, log_.console()};
+    PXML document_;
+    std::string message_;
+};
+
+TEST_F(VariablesTest, StoresAndExpandsValues) {
+    EXPECT_TRUE(variables_.set("A", "1"));
+    EXPECT_TRUE(variables_.assign("[B]='2'"));
+    EXPECT_EQ(variables_.get("a"), "1");
+    EXPECT_EQ(variables_.expand("[A][B][GUI_INSTALL]"), "121");
+    EXPECT_TRUE(variables_.holds("[A]<[B]"));
+    EXPECT_FALSE(variables_.holds("[A]>[B]"));
+    EXPECT_EQ(variables_.get("C"), std::nullopt);
+}
+
+TEST_F(VariablesTest, LoadsDefaultsAndResetsToThem) {
+    parse("<DefValues><Value Name=\"A\" DataType=\"value\">one</Value></DefValues>");
+    EXPECT_EQ(variables_.loadDefaults(document_, "", nullptr, message_), DefaultsOutcome::kLoaded);
+    variables_.set("A", "two");
+    EXPECT_EQ(variables_.getDefault("A"), "one");
+    EXPECT_TRUE(variables_.reset("A", kResetToDefault));
+    EXPECT_EQ(variables_.get("A"), "one");
+}
+
+TEST_F(VariablesTest, SetsTheVariableOfARole) {
+    variables_.setControl(ControlVariable::kInstallError, "0");
+    EXPECT_EQ(variables_.store().getCount(), 0) << "no variable plays the role yet";
+    EXPECT_EQ(variables_.getControl(ControlVariable::kInstallError), std::nullopt);
+    parse("<InstallerControlVariables><InstallError>FAILED</InstallError></InstallerControlVariables>");
+    EXPECT_TRUE(variables_.readControls(document_));
+    variables_.setControl(ControlVariable::kInstallError, "1");
+    EXPECT_EQ(variables_.get("FAILED"), "1");
+    EXPECT_EQ(variables_.getControl(ControlVariable::kInstallError), "1");
+}
+
+TEST_F(VariablesTest, KeepsControlsAndCommandLineOutOfTheConfiguration) {
+    parse(
+        "<InstallerControlVariables><InstallError>FAILED</InstallError></"
+        "InstallerControlVariables><DefValues/>");
+    variables_.readControls(document_);
+    variables_.readExclusions(document_, DialogModel());
+    TableArguments arguments;
+    arguments.list = {{"VARIABLE_EXTRA", "x"}};
+    EXPECT_EQ(variables_.loadDefaults(document_, "", &arguments, message_), DefaultsOutcome::kLoaded);
+    EXPECT_EQ(variables_.get("EXTRA"), "x");
+    EXPECT_FALSE(variables_.exclusions().isVariableExported("FAILED", kExcludeFromConfig));
+    EXPECT_FALSE(variables_.exclusions().isVariableExported("EXTRA", kExcludeFromLog));
+}
+
+}  // namespace
