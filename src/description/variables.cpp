@@ -21,6 +21,6 @@ bool Variables::loadDefaults(const PXML& description, const std::string& answers
     DefaultValuesReader reader(
         store_, expressions_,
         {sources_.system, sources_.environment, sources_.files, sources_.logs, arguments}, debugLog_);
-    DefaultValuesLoader loader(reader, store_, exclusions_, {sources_.files, arguments}, debugLog_);
+    DefaultValuesLoader loader(reader, store_, exclusions_, {sources_.answers, arguments}, debugLog_);
     return loader.loadDefaultValues(description, answersFile, ui);
 }

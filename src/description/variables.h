@@ -10,6 +10,7 @@
 #include "description/variable_store.h"
 #include "support/debug_log.h"
 
+class AnswersFile;
 class CommandLineArguments;
 class DialogModel;
 class InstallerUI;
@@ -31,6 +32,7 @@ public:
         platform::FileSystem& files;
         SystemOperations& system;
         LogVariableSource& logs;
+        AnswersFile& answers;
     };
 
     Variables(const Sources& sources, DebugLog debugLog);

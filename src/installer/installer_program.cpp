@@ -28,7 +28,7 @@ constexpr bool kHasGraphicalFrontEnd = false;
 }  // namespace
 
 InstallerProgram::InstallerProgram(platform::Platform& platform)
-    : platform_(platform), log_(platform.files), services_(platform, debugLog_) {}
+    : platform_(platform), log_(platform.files), services_(platform, debugLog_), answers_(platform.files) {}
 
 InstallerProgram::~InstallerProgram() {
     setActiveUI(nullptr);
@@ -41,8 +41,8 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         return kFailed;
     }
     options_ = readRunOptions(parameters_);
-    const int level =
-        openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
+    const int level = openDebugLog(log_, options_.debug, platform_.environment, platform_.files,
+                                   platform_.console);
     debugLog_.setTarget(&log_, level);
     logStart();
     chooseFrontEnd();
@@ -57,7 +57,7 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
 }
 
 void InstallerProgram::makeSession() {
-    wini_ = std::make_unique<Wini>(platform_, services_, debugLog_,
+    wini_ = std::make_unique<Wini>(platform_, services_, answers_, debugLog_,
                                    WiniArguments{debugLog_.level(), options_.gui, options_.ignoreErrors});
     setActiveInstaller(wini_.get());
     wini_->setConfigFile(options_.configFile.value_or(""));
@@ -140,7 +140,7 @@ int InstallerProgram::loadBinFile() {
 
 int InstallerProgram::runConsoleInstallation() {
     ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0,
-                                      platform_.console);
+                                      platform_.console, answers_, debugLog_);
     const std::string input = options_.configFile.value_or(options_.autoMode ? "autoInstall" : "");
     debugLog_.line("Initializing with input: \"" + input + "\"");
     bool automated = false;
@@ -178,8 +178,8 @@ void InstallerProgram::removeRelaunchCopies() {
 }
 
 int InstallerProgram::runConsoleUninstallation() {
-    ui_ =
-        std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0, platform_.console);
+    ui_ = std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0,
+                                      platform_.console, answers_, debugLog_);
     bool automated = false;
     ui_->createInputProvider("autoUninstall", automated);
     wini_->setUnattended(automated);
@@ -189,7 +189,6 @@ int InstallerProgram::runConsoleUninstallation() {
 // The log says "uninstallation" for both kinds of session.
 int InstallerProgram::runSession(ConsoleUI& ui) {
     ui.setEngine(wini_.get());
-    ui.setLog(debugLog_);
     setActiveUI(&ui);
     debugLog_.line("Running uninstallation");
     return wini_->run(&ui, &log_);

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "description/answers_file.h"
 #include "installer/run_options.h"
 #include "session/command_line_parameters.h"
 #include "support/debug_log.h"
@@ -54,6 +55,7 @@ private:
     PFileConsole log_;
     DebugLog debugLog_;
     SystemServices services_;
+    AnswersFile answers_;
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<ConsoleUI> ui_;
 };

@@ -15,11 +15,12 @@ constexpr std::string_view kDescriptionAlias = "install.xml";
 
 }  // namespace
 
-Installer::Installer(const platform::Platform& machine, SystemOperations& system, DebugLog log)
+Installer::Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
+                     DebugLog log)
     : SessionState(machine.files, log),
       machine_(machine),
       system_(system),
-      model_(machine, system, log),
+      model_(machine, system, answers, log),
       work_(*this, model_, machine, system),
       walk_({model_.dialogs, model_.variables.controls(), model_.variables.store(),
              model_.variables.expressions()},
@@ -153,7 +154,7 @@ int Installer::runUI(InstallerUI& ui) {
         result = ui.run();
     } catch (const GenericError& error) {
         reportError(ui, error.what());
-        walk_.state().lastResult = 1;  // the front end is about to say how the run ended
+        walk_.state().lastWorkFailed = true;  // the front end is about to say how the run ended
     }
     debugLog.line("Ending installation UI");
     ui.finish();

@@ -16,8 +16,9 @@
 // `cancel`.
 class Installer : public InstallExchangeInfo, protected SessionState {
 public:
-    // Machine and services are borrowed and outlive the session; `log` is shared with them.
-    Installer(const platform::Platform& machine, SystemOperations& system, DebugLog log);
+    // All of it is borrowed and outlives the session, but for the log, which is shared.
+    Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
+              DebugLog log);
 
     // Before everything else. The console is borrowed and may be null: then nothing is logged.
     void setConsole(PConsole* console, std::int32_t level);
@@ -124,8 +125,8 @@ protected:
     // A hook for every file that is as it should be after the installation's file loop.
     virtual void afterFileInstalled(const std::string&) {}
 
-    const ProductDescription& productDescription() const { return model_.product; }
-    EarlierInstallations& earlier() { return work_.earlier(); }
+    PageWork& pages() { return work_; }
+    SessionModel& model() { return model_; }
     NavigationState& navigation() { return walk_.state(); }
 
 private:

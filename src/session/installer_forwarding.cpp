@@ -81,17 +81,20 @@ int Installer::getInstallHelpUrl(char* buffer, int size) {
     return give(model_.product.installHelpUrl(), buffer, size);
 }
 int Installer::getInstallLogFile(char* buffer, int size) {
-    return givePath(model_.product.installLogFile(), model_.product.givesPath("InstallLogFile"), buffer, size);
+    return givePath(model_.product.installLogFile(), model_.product.givesPath("InstallLogFile"), buffer,
+                    size);
 }
 int Installer::getInstallBackupFile(char* buffer, int size) {
     return givePath(model_.product.installBackupFile(), model_.product.givesPath("InstallBackupFile"), buffer,
                     size);
 }
 int Installer::getUninstallCmd(char* buffer, int size) {
-    return givePath(model_.product.uninstallCommand(), model_.product.givesPath("UninstallCmd"), buffer, size);
+    return givePath(model_.product.uninstallCommand(), model_.product.givesPath("UninstallCmd"), buffer,
+                    size);
 }
 int Installer::getUninstallXmlFile(char* buffer, int size) {
-    return givePath(model_.product.uninstallXmlFile(), model_.product.givesPath("UninstallXmlFile"), buffer, size);
+    return givePath(model_.product.uninstallXmlFile(), model_.product.givesPath("UninstallXmlFile"), buffer,
+                    size);
 }
 int Installer::getTemporaryFileName(char* buffer, int size) {
     return give(system_.temporaryFileName(), buffer, size);
@@ -179,13 +182,13 @@ int Installer::getFieldCount(int dialog, int sub) {
 }
 
 bool Installer::isCancelled() {
-    return walk_.state().cancelled != 0;
+    return walk_.state().cancelled;
 }
 bool Installer::isFinished() {
-    return walk_.state().finished != 0;
+    return walk_.state().finished;
 }
 bool Installer::hasErrors() {
-    return walk_.state().lastResult != 0;
+    return walk_.state().lastWorkFailed;
 }
 int Installer::checkDialogCondition(InstallerUI* ui) {
     return walk_.checkCondition(ui);

@@ -130,11 +130,7 @@ bool PageWork::leavesConfigFile() const {
 
 void PageWork::finishInstallation(InstallerUI& ui) {
     Report report = reportTo(ui);
-    std::optional<std::string> directory;
-    if (leavesConfigFile()) {
-        directory = applicationDirectory().value_or("");
-    }
-    installation_.finish(report, directory);
+    installation_.finish(report, leavesConfigFile(), applicationDirectory());
 }
 
 void PageWork::prepareProgramWatch(std::int32_t page, InstallerUI& ui) {

@@ -4,9 +4,10 @@
 #include "description/theme_reader.h"
 #include "package/cabinet.h"
 
-SessionModel::SessionModel(const platform::Platform& machine, SystemOperations& system, DebugLog debugLog)
+SessionModel::SessionModel(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
+                           DebugLog debugLog)
     : logVariables_(machine.files),
-      variables({machine.environment, machine.files, system, logVariables_}, debugLog),
+      variables({machine.environment, machine.files, system, logVariables_, answers}, debugLog),
       product(description, variables.expressions()),
       fileSets(description, variables.expressions()),
       debugLog_(debugLog) {}

@@ -19,7 +19,8 @@ class SystemOperations;
 class SessionModel {
 public:
     // All of it is borrowed and outlives this object.
-    SessionModel(const platform::Platform& machine, SystemOperations& system, DebugLog debugLog);
+    SessionModel(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
+                 DebugLog debugLog);
     SessionModel(const SessionModel&) = delete;
     SessionModel& operator=(const SessionModel&) = delete;
 

@@ -16,11 +16,11 @@ std::optional<std::string_view> optionalText(const char* text) {
     return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
 }
 
-// False with an empty buffer when there is no text or it doesn't fit.
-bool copyTo(const std::optional<std::string>& text, char* buffer, int size) {
+// The contracts' form of a text: 0; -1 with an empty buffer when there is none or it doesn't fit.
+int copyTo(const std::optional<std::string>& text, char* buffer, int size) {
     const bool fits = text && static_cast<std::int64_t>(text->size()) < size;
     OUtils::copyText(buffer, fits ? text->c_str() : "", size);
-    return fits;
+    return fits ? 0 : -1;
 }
 
 bool take(RecordedResult result, std::string& outUndo) {
@@ -30,15 +30,13 @@ bool take(RecordedResult result, std::string& outUndo) {
 
 }  // namespace
 
-Wini::Wini(const platform::Platform& machine, SystemServices& services, DebugLog log, int level, int gui,
-           int ignoreErrors)
-    : Installer(machine, services, log),
+Wini::Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
+           const WiniArguments& arguments)
+    : Installer(machine, services, answers, log),
       machine_(machine),
       services_(services),
       programs_(machine.processes, machine.shell, log),
-      debugLevelArgument_(level),
-      guiArgument_(gui),
-      ignoreErrorsArgument_(ignoreErrors) {}
+      arguments_(arguments) {}
 
 int Wini::getConfigFile(char* buffer, int size) {
     OUtils::copyText(buffer, configFile.c_str(), size);
@@ -57,12 +55,11 @@ void Wini::findEntriesByPublisher(std::vector<std::string>& outNames, const char
 }
 
 bool Wini::getApplicationLogFile(const char* applicationName, char* buffer, int size) {
-    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size);
+    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size) == 0;
 }
 
 bool Wini::registerApplication() {
-    const auto entry = applicationEntryOf(productDescription(), debugLog);
-    return entry && services_.registerApplication(*entry);
+    return pages().registerApplication();
 }
 
 bool Wini::removeUninstallEntry(const char* applicationName) {
@@ -146,7 +143,7 @@ bool Wini::undoFileModification(const char* undoText, InstallerUI* ui) {
 
 bool Wini::addShortcut(const ShortcutRequest& shortcut, std::string& outUndo, InstallerUI* ui) {
     Report report(ui, &errorList);
-    const auto undo = ShortcutChange::add(machine_, productDescription(), report, debugLog, shortcut);
+    const auto undo = ShortcutChange::add(machine_, model().product, report, debugLog, shortcut);
     outUndo = undo.value_or("");
     return undo.has_value();
 }

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
+#include "base/text_functions.h"
 #include "engine/changes/environment_change.h"
 #include "engine/changes/firewall_change.h"
 #include "engine/changes/ini_change.h"
@@ -14,23 +14,27 @@
 #include "session/installer.h"
 #include "wini/system_services.h"
 
+// What the command line asks for, kept for a second session in the same process.
+struct WiniArguments {
+    int debugLevel = 0;
+    int gui = 0;
+    int ignoreErrors = 0;
+};
+
 // A session on a machine, with its operations on the operating system: each hands its texts to the class that
 // the change or the service belongs to. Texts are UTF-8; a text that may be null counts as missing then, and
 // so does `ui`. An undo text is what the operation reads that takes the change back.
 class Wini : public Installer {
 public:
-    // What the platform refers to and the services are borrowed and outlive the session. The three numbers
-    // are those of the command line.
-    Wini(const platform::Platform& machine, SystemServices& services, DebugLog log, int level, int gui,
-         int ignoreErrors);
+    // What the platform refers to, the services and the answers are borrowed and outlive the session.
+    Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
+         const WiniArguments& arguments);
 
-    static constexpr std::size_t kConfigPathLimit = 1559;  // bytes
-
-    // The file of answers, cut at the limit; empty: none.
-    void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigPathLimit); }
-    int getDebugLevelArgument() const { return debugLevelArgument_; }
-    int getGuiArgument() const { return guiArgument_; }
-    int getIgnoreErrorsArgument() const { return ignoreErrorsArgument_; }
+    // Cut to 1,559 bytes; empty: none.
+    void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigFileLimit); }
+    int getDebugLevelArgument() const { return arguments_.debugLevel; }
+    int getGuiArgument() const { return arguments_.gui; }
+    int getIgnoreErrorsArgument() const { return arguments_.ignoreErrors; }
     // 0.
     int getConfigFile(char* buffer, int size);
 
@@ -82,10 +86,10 @@ public:
     int deleteRegistryKeys(const char* place, const char* path, int levels);
 
 private:
+    static constexpr std::size_t kConfigFileLimit = OUtils::kPathCapacity - 1;
+
     platform::Platform machine_;
     SystemServices& services_;
     ProgramRun programs_;
-    int debugLevelArgument_;
-    int guiArgument_;
-    int ignoreErrorsArgument_;
+    WiniArguments arguments_;
 };
