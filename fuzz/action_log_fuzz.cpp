@@ -25,7 +25,7 @@ void require(bool holds) {
 void readVariables(PMemStream& stream, PConsole& silent) {
     try {
         ActionLogReader(&stream, silent)
-            .readVariablesFromLog([](const std::string& name, const std::string& value) {
+            .readVariables([](const std::string& name, const std::string& value) {
                 require(!name.empty() && !value.empty());
                 require(name.find(ActionLogFormat::kSeparator) == std::string::npos);
                 require(value.size() < ActionLogFormat::kVariableLineBuffer);
@@ -54,9 +54,8 @@ void rewrite(const std::string& log, PConsole& silent) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     PConsole silent;
     PMemStream stream(data, static_cast<std::int64_t>(size));
-    std::string path;
-    ActionLogReader(&stream, silent).readDescriptionPath(path);
-    require(path.size() < ActionLogFormat::kFirstLineBuffer);
+    const auto path = ActionLogReader(&stream, silent).readDescriptionPath();
+    require(path.value_or("").size() < ActionLogFormat::kFirstLineBuffer);
     readVariables(stream, silent);
     ActionLogReader(&stream, silent).findVariable("STDROOT");
     rewrite(std::string(reinterpret_cast<const char*>(data), size), silent);

@@ -88,8 +88,7 @@ public:
 
     VariableStore& variables() { return variables_; }
     std::string exported() {
-        require(ConfigurationExport(variables_, exclusions_, files_, log_).writeConfigFile("/config.xml") ==
-                0);
+        require(ConfigurationExport(variables_, exclusions_, files_, log_).write("/config.xml"));
         return files_.content("/config.xml");
     }
     std::string valueOf(const char* name) {
@@ -104,18 +103,16 @@ private:
     TableEnvironment environment_;
     AnyLog logs_;
     FakeConsole log_;
-    DebugLog console_{log_};
+    DebugLog console_{log_, 2};
     const CommandLineArguments* arguments_ = nullptr;
     std::int32_t isGraphical_ = 0;
-    std::int32_t debugLevel_ = 2;
     PredefinedVariables predefined_{isGraphical_, environment_, console_};
     VariableStore variables_{predefined_, environment_, console_};
     Expressions expressions_{variables_, console_};
     VariableExclusions exclusions_;
     DefaultValuesReader reader_{
         variables_, expressions_, {system_, environment_, logs_, arguments_}, console_};
-    DefaultValuesLoader loader_{reader_,     variables_, exclusions_, {files_, arguments_},
-                                debugLevel_, console_};
+    DefaultValuesLoader loader_{reader_, variables_, exclusions_, {files_, arguments_}, console_};
 };
 
 void checkStore(Run& run) {

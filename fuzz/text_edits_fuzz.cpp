@@ -1,5 +1,5 @@
 // Edits files with anything as their content and as what is asked for. The input's first byte chooses: an
-// INI file (section, key, value, key to stand in front of, content) or a text file (description, content);
+// INI file (section, key, value, key to go in front of, content) or a text file (description, content);
 // each but the last ends with a zero byte.
 
 #include <algorithm>
@@ -10,10 +10,11 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/changes/file_edit.h"
+#include "engine/changes/ini_change.h"
+#include "engine/changes/text_file.h"
+#include "engine/report.h"
 #include "fakes/memory_file_system.h"
-#include "wini/change_description.h"
-#include "wini/ini_files.h"
-#include "wini/text_file.h"
 
 namespace {
 
@@ -51,19 +52,18 @@ void editIni(std::string_view input) {
     const std::string content(input);
     MemoryFileSystem files;
     files.addFile(kFile, content);
-    std::vector<std::string> errors;
-    IniFiles ini(files, errors);
-    std::string undo;
-    if (!ini.addIniEntry(kFile, section.c_str(), key.c_str(), value.c_str(), undo, nullptr, false,
-                         beforeKey.c_str())) {
+    Report report(nullptr, nullptr);
+    const RecordedResult added =
+        IniChange::add(files, report, {kFile, section, key, value, false, beforeKey});
+    if (!added.done) {
         require(files.content(kFile) == content);
         return;
     }
-    require(ini.removeIniEntry(undo.c_str(), nullptr));
+    require(IniChange::remove(files, report, added.undo));
     std::vector<std::string> left = othersIn(files.content(kFile), key);
     const std::vector<std::string> before = othersIn(content, key);
     require(left.size() <= before.size() + 1);
-    // All that a change leaves behind is the header of a section that it had to add.
+    // All that a change leaves is the header of a section that it had to add.
     if (left.size() > before.size()) {
         require(left.back() == '[' + section + ']');
         left.pop_back();
@@ -74,19 +74,19 @@ void editIni(std::string_view input) {
 
 void editText(std::string_view input) {
     const std::string description = takeText(input);
-    const auto pairs = ChangeDescription::parse(splitTextLines(description));
-    if (!pairs.has_value()) {
+    const auto script = EditScript::parse(splitTextLines(description));
+    if (!script) {
         return;
     }
     const TextLines lines = splitTextLines(input);
     TextLines changed;
-    const bool hasChanged = ChangeDescription::apply(*pairs, lines, changed);
+    const bool hasChanged = script->apply(lines, changed);
     require(hasChanged == (changed.size() > lines.size()));
     TextLines reverted;
-    ChangeDescription::revert(*pairs, changed, reverted);
+    script->revert(changed, reverted);
     require(!hasChanged || reverted.size() < changed.size());
     std::size_t added = 0;
-    for (const ChangePair& pair : *pairs) {
+    for (const EditScript::Pair& pair : script->pairs()) {
         added += pair.addition.size();
     }
     require(changed.size() <= lines.size() + added);

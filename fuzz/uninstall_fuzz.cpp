@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "description/answers_file.h"
 #include "fakes/fake_platform.h"
 #include "fakes/walking_ui.h"
 #include "session/session_flags.h"
@@ -40,7 +41,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     machine.files.addFile("/app/set.ini", "[main]\nkey=value\n");
     machine.files.addFile("/kit/product.xml", kDescription);
     machine.files.addFile("/kit/log", kHead + std::string(reinterpret_cast<const char*>(data), size));
-    Wini session(machine.bundle(), 0, 0, 0);
+    const DebugLog debugLog;
+    SystemServices services(machine.bundle(), debugLog);
+    AnswersFile answers(machine.files);
+    Wini session(machine.bundle(), services, answers, debugLog, WiniArguments());
     WalkingUI ui(session);
     PConsole silent;
     silent.setEnabled(false);

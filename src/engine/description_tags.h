@@ -38,7 +38,8 @@ public:
     // As holds, but a missing condition is false.
     bool isSet(std::int32_t node, std::string_view name);
 
-    // Empty for a missing text; cut at Expressions::kWholeLimit. With `stopOnMissing` a variable that isn't there empties the whole text.
+    // Empty for a missing text; cut at Expressions::kWholeLimit. With `stopOnMissing` a variable that isn't
+    // there empties the whole text.
     std::string expand(std::optional<std::string_view> text, bool stopOnMissing = false);
     std::string expandAttribute(std::int32_t node, std::string_view name) {
         return expand(attribute(node, name));

@@ -17,6 +17,7 @@
 namespace {
 
 constexpr std::string_view kProductPath = "TandrelGroupInstallation/ProductDesc";
+constexpr std::string_view kLogPath = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
 constexpr std::string_view kUninstallPath = "TandrelGroupInstallation/Installation/Uninstall";
 
 }  // namespace
@@ -116,16 +117,16 @@ void EarlierInstallations::scanLogFiles() {
 }
 
 void EarlierInstallations::scanOwnLog() {
-    const std::optional<std::string> path = parts_.model.product.installLogFile();
-    if (!path) {
+    if (!tags_.textOf(parts_.model.description.findPath(kLogPath))) {
         parts_.debugLog.line("ERROR: Installation does not have specified uninstall log file!");
         return;
     }
-    if (!isPresent(*path)) {
+    const std::string path = parts_.model.product.installLogFile().value_or("");
+    if (!isPresent(path)) {
         return;
     }
     kind_ = kLoggedInstallation;
-    const std::string normalized = normalizedPath(*path);
+    const std::string normalized = normalizedPath(path);
     legacyLogFiles_.push_back({parts_.model.product.fullName().value_or(""), normalized});
     parts_.debugLog.print(
         "WARNING: Previous installation log detected with no previous installation in registry (%s)",
@@ -138,9 +139,8 @@ void EarlierInstallations::scanLegacyLog(std::int32_t node) {
         parts_.debugLog.line("WARNING: No Application name specified to a legacy application!");
         return;
     }
-    const std::string path = parts_.model.expressions
-                                 .expand(tags_.textOf(node).value_or(""), PathText::capacity())
-                                 .value_or("");
+    const std::string path =
+        parts_.model.expressions.expand(tags_.textOf(node).value_or(""), PathText::capacity()).value_or("");
     if (isPresent(path)) {
         ++legacyLogCount_;
         legacyLogFiles_.push_back({std::string(*application), normalizedPath(path)});

@@ -20,7 +20,7 @@ struct UninstallCommand {
     std::string arguments;
 };
 
-// Whether the program stands in double quotes. A shortcut keeps it apart from its arguments and needs none.
+// Whether the program is put in double quotes. A shortcut keeps it apart from its arguments and needs none.
 enum class ProgramQuotes { kNone, kDouble };
 
 // None when the program is too long, or when the program or the log's path holds a double quote, which

@@ -122,6 +122,9 @@ public:
                              bool stripExeExtension, int fileMode);
 
 protected:
+    // A hook for every file that is as it should be after the installation's file loop.
+    virtual void afterFileInstalled(const std::string&) {}
+
     PageWork& pages() { return work_; }
     SessionModel& model() { return model_; }
     NavigationState& navigation() { return walk_.state(); }

@@ -16,11 +16,11 @@ std::optional<std::string_view> optionalText(const char* text) {
     return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
 }
 
-// False with an empty buffer when there is no text or it doesn't fit.
-bool copyTo(const std::optional<std::string>& text, char* buffer, int size) {
+// The contracts' form of a text: 0; -1 with an empty buffer when there is none or it doesn't fit.
+int copyTo(const std::optional<std::string>& text, char* buffer, int size) {
     const bool fits = text && static_cast<std::int64_t>(text->size()) < size;
     OUtils::copyText(buffer, fits ? text->c_str() : "", size);
-    return fits;
+    return fits ? 0 : -1;
 }
 
 bool take(RecordedResult result, std::string& outUndo) {
@@ -55,7 +55,7 @@ void Wini::findEntriesByPublisher(std::vector<std::string>& outNames, const char
 }
 
 bool Wini::getApplicationLogFile(const char* applicationName, char* buffer, int size) {
-    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size);
+    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size) == 0;
 }
 
 bool Wini::registerApplication() {

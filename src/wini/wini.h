@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "base/text_functions.h"
 #include "engine/changes/environment_change.h"

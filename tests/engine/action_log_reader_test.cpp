@@ -39,7 +39,7 @@ protected:
     Pairs variables_;
 };
 
-TEST_F(ActionLogReaderTest, ReadsTheVariableBlockAndNothingBehindIt) {
+TEST_F(ActionLogReaderTest, ReadsTheVariableBlockAndNothingAfterIt) {
     fill("x.xml\r\nb.bin\r\nNUMVARS\t2\r\nVAR\tA\t1\r\nVAR\tB\ttwo words\r\nVAR\tC\t3\r\n");
     EXPECT_TRUE(read());
     EXPECT_EQ(variables_, (Pairs{{"A", "1"}, {"B", "two words"}}));

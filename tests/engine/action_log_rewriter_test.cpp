@@ -7,8 +7,8 @@
 #include "base/errors.h"
 #include "engine/action_log_reader.h"
 #include "fakes/memory_file_system.h"
-#include "support/p_file_stream.h"
 #include "support/debug_log.h"
+#include "support/p_file_stream.h"
 
 namespace {
 
@@ -46,7 +46,7 @@ TEST_F(ActionLogRewriterTest, ReplacesTheVariableBlockAlone) {
     EXPECT_EQ(files_.allFiles(), std::vector<std::string>{"/app/install.log"});
 }
 
-TEST_F(ActionLogRewriterTest, LosesALineBehindTheBlockThatHoldsTheLettersOfTheTag) {
+TEST_F(ActionLogRewriterTest, LosesALineAfterTheBlockThatHoldsTheLettersOfTheTag) {
     EXPECT_EQ(
         rewritten(
             "a\r\nb\r\nNUMVARS\t0\r\nFILE\tCREATE\t/VAR/x\r\nFILE\tCREATE\t/y\r\nFILE\tCREATE\t/VAR/z\r\n"),
@@ -78,9 +78,10 @@ TEST_F(ActionLogRewriterTest, GivesItsReaderTheLongestValueWhole) {
               0);
     DebugLog none;
     std::map<std::string, std::string> read;
-    EXPECT_TRUE(ActionLogReader(&log, none)
-                     .readVariables(
-                         [&](const std::string& name, const std::string& text) { read[name] = text; }));
+    EXPECT_TRUE(
+        ActionLogReader(&log, none).readVariables([&](const std::string& name, const std::string& text) {
+            read[name] = text;
+        }));
     EXPECT_EQ(read, (std::map<std::string, std::string>{{"A", value}, {"B", "2"}}));
 }
 
@@ -103,7 +104,7 @@ TEST_F(ActionLogRewriterTest, RefusesALogThatEndsWithItsVariables) {
     }
 }
 
-TEST_F(ActionLogRewriterTest, TellsWhichFileItCannotOpen) {
+TEST_F(ActionLogRewriterTest, NamesTheFileThatItCannotOpen) {
     files_.addDirectory("/app");
     EXPECT_EQ(errorOf(), "ERROR: Opening action file (/app/install.log)");
     files_.addFile("/app/install.log", kOld);

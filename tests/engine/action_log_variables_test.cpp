@@ -27,7 +27,7 @@ TEST(ActionLogVariablesTest, KeepsTheOutputWhenThereIsNothingToFind) {
     EXPECT_EQ(value, "old");
 }
 
-TEST(ActionLogVariablesTest, FindsWhatStandsAheadOfAFault) {
+TEST(ActionLogVariablesTest, FindsWhatComesBeforeAFault) {
     MemoryFileSystem files;
     files.addFile("/log", "NUMVARS\t3\nVAR\tROOT\t/app\nbroken\n");
     std::string value;

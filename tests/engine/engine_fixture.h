@@ -8,6 +8,7 @@
 #include "description/file_sets.h"
 #include "description/product_description.h"
 #include "description/variable_exclusions.h"
+#include "engine/action_log_writer.h"
 #include "engine/engine_parts.h"
 #include "engine/report.h"
 #include "fakes/fake_platform.h"
@@ -15,6 +16,7 @@
 #include "fakes/recording_ui.h"
 #include "package/cabinet.h"
 #include "package/package_writer.h"
+#include "support/p_file_console.h"
 
 // A product with its package, on a machine in memory.
 class EngineTest : public DescriptionTest {
@@ -72,10 +74,9 @@ protected:
     FileSets fileSets_{document_, expressions_};
     ControlVariables controls_;
     VariableExclusions exclusions_;
-    EngineParts parts_{
-        {document_, expressions_, variables_, product_, fileSets_, controls_, exclusions_},
-        cabinet_,
-        machine_.bundle(),
-        system_,
-        console_};
+    EngineParts parts_{{document_, expressions_, variables_, product_, fileSets_, controls_, exclusions_},
+                       cabinet_,
+                       machine_.bundle(),
+                       system_,
+                       console_};
 };

@@ -29,18 +29,18 @@ protected:
 TEST_F(InstallationRunTest, ShowsThePhasesInOrderAndSucceeds) {
     describeProduct();
     EXPECT_TRUE(install());
-    EXPECT_EQ(ui_.callsOf("set"),
-              (std::vector<std::string>{
-                  "setStatusText(\"Updating environment variables\")",
-                  "setStatusText(\"Updating .ini files\")", "setStatusText(\"Modifying files\")",
-                  "setStatusText(\"Creating shortcuts\")", "setStatusText(\"Updating Firewall\")",
-                  "setStatusText(\"Running additional installations\")", "setCurrentProgress(100)",
-                  "setStatusText(\"The installation was successful.\")"}));
+    EXPECT_EQ(
+        ui_.callsOf("set"),
+        (std::vector<std::string>{
+            "setStatusText(\"Updating environment variables\")", "setStatusText(\"Updating .ini files\")",
+            "setStatusText(\"Modifying files\")", "setStatusText(\"Creating shortcuts\")",
+            "setStatusText(\"Updating Firewall\")", "setStatusText(\"Running additional installations\")",
+            "setCurrentProgress(100)", "setStatusText(\"The installation was successful.\")"}));
     EXPECT_EQ(ui_.countOf("beginProgress"), 1);
     EXPECT_EQ(ui_.countOf("endProgress"), 1);
     EXPECT_EQ(valueOf("FAILED_INSTALL"), "(none)");
-    EXPECT_EQ(log_.lines(), std::vector<std::string>{
-                                "Running Files for installation tag: <AdditionalInstall>"});
+    EXPECT_EQ(log_.lines(),
+              std::vector<std::string>{"Running Files for installation tag: <AdditionalInstall>"});
 }
 
 TEST_F(InstallationRunTest, MakesEachKindOfChangeAndRecordsIt) {
@@ -58,9 +58,9 @@ TEST_F(InstallationRunTest, MakesEachKindOfChangeAndRecordsIt) {
 }
 
 TEST_F(InstallationRunTest, GoesOnAfterAFailedPhaseAndReportsIt) {
-    describeProduct("", kUninstall,
-                    std::string(kFailingChange) +
-                        "<AdditionalInstall><RunProgram>tool</RunProgram></AdditionalInstall>");
+    describeProduct(
+        "", kUninstall,
+        std::string(kFailingChange) + "<AdditionalInstall><RunProgram>tool</RunProgram></AdditionalInstall>");
     EXPECT_FALSE(install());
     EXPECT_EQ(machine_.processes.started.size(), 1U);
     EXPECT_TRUE(log_.hasLine("WARNING: An error ocurred during installation"));
@@ -272,13 +272,6 @@ TEST_F(InstallationFinishTest, JoinsTheNameWithTheSeparatorOfTheDirectory) {
     EXPECT_TRUE(ui_.calls.empty());
 }
 
-TEST_F(InstallationFinishTest, ThrowsWithoutANameOfALogAndExportsNothing) {
-    parse("<TandrelGroupInstallation/>");
-    describe("");
-    EXPECT_THROW(finish(), InstallerError);
-    EXPECT_FALSE(hasConfig());
-}
-
 TEST_F(InstallationFinishTest, ThrowsWhenTheLogCannotBeRewrittenAndExportsNothing) {
     files_.removeFile("/app/install.log");
     EXPECT_THROW(finish(), InstallerError);
@@ -299,6 +292,13 @@ TEST_F(InstallationFinishTest, ContinuesTheProductsLogForTheRegistry) {
              "<PostInstall><Registry><AddKey Place='HKEY_USERS' Path='k'/></Registry></PostInstall>");
     finish(false);
     EXPECT_TRUE(installLog().ends_with("DIR\t1\t/app\\\r\nREGKEY\t1\tHKEY_USERS\tk\r\n"));
+}
+
+TEST_F(InstallationTest, ThrowsAtTheEndWithoutANameOfALogAndExportsNothing) {
+    files_.addDirectory("/opt/product");
+    describe("");
+    EXPECT_THROW(installation_.finish(report_, true, "/opt/product"), InstallerError);
+    EXPECT_FALSE(files_.hasFile(kConfigPath));
 }
 
 TEST_F(InstallationTest, ExtractsEntriesOfTheCabinet) {

@@ -44,7 +44,7 @@ TEST_F(LineReaderTest, GivesALineThatIsTooLongInPieces) {
     EXPECT_EQ(readAll(4), (std::vector<std::string>{"abc", "def", "\n", "gh\n"}));
 }
 
-TEST_F(LineReaderTest, KnowsWhereItStands) {
+TEST_F(LineReaderTest, KnowsItsPosition) {
     fill("ab\ncd\n");
     std::string line;
     EXPECT_EQ(lines_->position(), 0);
@@ -74,7 +74,7 @@ TEST_F(LineReaderTest, StartsAgainAfterRewind) {
     EXPECT_EQ(readAll(100), (std::vector<std::string>{"ab\n", "cd\n"}));
 }
 
-TEST_F(LineReaderTest, TellsAFailedReadFromTheEnd) {
+TEST_F(LineReaderTest, DistinguishesAFailedReadFromTheEnd) {
     MemoryFileSystem files;
     files.addFile("/log", "abc\n");
     PFileStream file(files);

@@ -28,7 +28,7 @@ protected:
 
 using Names = std::vector<std::string>;
 
-TEST_F(RunningProgramsTest, TellsWhichOfTheNotedProgramsRun) {
+TEST_F(RunningProgramsTest, SaysWhichOfTheNotedProgramsRun) {
     enter("<TestApp>demo.exe</TestApp><TestApp>other.exe</TestApp>");
     EXPECT_EQ(look(), (Names{"(demo.exe)", "(other.exe)"}));
     system_.running = {"other.exe"};
@@ -52,9 +52,9 @@ TEST_F(RunningProgramsTest, StopsProgramsAndServicesAndRunsActionsInDocumentOrde
         "<TerminateApp Service=\"TRUE\" Directory=\"[DIR]\">service.exe</TerminateApp>"
         "<TerminateApp Service=\"1\">tool.exe</TerminateApp>"
         "<TerminateSequence>Stop</TerminateSequence>");
-    EXPECT_EQ(system_.calls, (Names{"closeApplication(demo.exe)",
-                                    "closeApplication(service.exe, service, C:/apps)",
-                                    "closeApplication(tool.exe)", "runActions(Stop)"}));
+    EXPECT_EQ(system_.calls,
+              (Names{"closeApplication(demo.exe)", "closeApplication(service.exe, service, C:/apps)",
+                     "closeApplication(tool.exe)", "runActions(Stop)"}));
 }
 
 TEST_F(RunningProgramsTest, SkipsElementsWhoseConditionIsFalse) {
@@ -62,14 +62,17 @@ TEST_F(RunningProgramsTest, SkipsElementsWhoseConditionIsFalse) {
         "<TestApp Condition=\"0\">demo.exe</TestApp>"
         "<TerminateApp Condition=\"0\">demo.exe</TerminateApp>"
         "<TerminateSequence Condition=\"0\">Stop</TerminateSequence>"
-        "<Field>demo.exe</Field><TestApp/>");
+        "<Field>demo.exe</Field>");
     EXPECT_TRUE(system_.calls.empty());
     EXPECT_EQ(look(), Names{});
 }
 
 TEST_F(RunningProgramsTest, ForgetsTheProgramsOfAnEarlierPage) {
-    enter("<TestApp>demo.exe</TestApp>");
-    enter("<TestApp>other.exe</TestApp>");
+    describe(
+        "<RunningApps><TestApp>demo.exe</TestApp></RunningApps><More><TestApp>other.exe</TestApp></More>");
+    for (const char* page : {"RunningApps", "More"}) {
+        programs_.enterPage(document_.findByName(page), [](std::string_view) {});
+    }
     EXPECT_EQ(look(), Names{"(other.exe)"});
 }
 

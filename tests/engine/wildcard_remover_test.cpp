@@ -55,7 +55,7 @@ TEST_F(WildcardRemoverTest, RefusesWhatCannotBelongToAProduct) {
     EXPECT_EQ(files_.allFiles().size(), 5U);
 }
 
-TEST_F(WildcardRemoverTest, GoesOnBehindAFileThatResists) {
+TEST_F(WildcardRemoverTest, GoesOnAfterAFileThatResists) {
     files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/a.log", 1);
     EXPECT_EQ(remover_.deleteByWildcard("/app", "*", true), 6);
     EXPECT_THAT(files_.allFiles(), ElementsAre("/app/a.log"));

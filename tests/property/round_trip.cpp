@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "description/answers_file.h"
 #include "fakes/fake_console.h"
 #include "fakes/walking_ui.h"
 #include "machine_state.h"
@@ -40,9 +41,12 @@ void pack(FakePlatform& machine, const ProductCase& product) {
 
 // Returns whether the session came to its end, and its result.
 bool runSession(platform::Platform platform, const char* path, std::uint32_t flags, int& outResult) {
-    auto session = std::make_unique<Wini>(platform, 0, 0, 0);
-    WalkingUI ui(*session);
     FakeConsole log;
+    const DebugLog debugLog(log);
+    SystemServices services(platform, debugLog);
+    AnswersFile answers(platform.files);
+    auto session = std::make_unique<Wini>(platform, services, answers, debugLog, WiniArguments());
+    WalkingUI ui(*session);
     if (session->loadCabinet(path, 0, flags) != 0) {
         return false;
     }

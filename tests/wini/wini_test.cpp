@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/system_operations.h"
+#include "description/answers_file.h"
 #include "fakes/fake_console.h"
 #include "fakes/fake_platform.h"
 #include "fakes/recording_ui.h"
@@ -40,7 +41,8 @@ protected:
     DebugLog debugLog_{log_, 2};
     WalkingUI ui_;
     SystemServices services_{machine_.bundle(), debugLog_};
-    Wini wini_{machine_.bundle(), services_, debugLog_, 2, 0, 1};
+    AnswersFile answers_{files_};
+    Wini wini_{machine_.bundle(), services_, answers_, debugLog_, {2, 0, 1}};
     std::string undo_;
 };
 

@@ -1,7 +1,9 @@
-#include "engine/file_installer.h"
+#include "engine/changes/file_change.h"
 
+#include "engine/action_log_writer.h"
 #include "engine/backup_restore.h"
-#include "installation_fixture.h"
+#include "engine/changes/change_table.h"
+#include "engine/installation_fixture.h"
 
 namespace {
 
@@ -31,7 +33,8 @@ TEST_F(FileChangeTest, InstallsFilesInListOrderAndRecordsThem) {
               "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\n"
               "DIR\t2\t/app/sub\\\r\nFILE\tCREATE\t/app/sub\\one\r\nFILE\tCREATE\t/app\\two\r\n");
     EXPECT_EQ(lines(), (std::vector<std::string>{"Create /app/sub\\one", "Create /app\\two"}));
-    EXPECT_TRUE(log_.lines().empty());
+    EXPECT_EQ(log_.lines(),
+              std::vector<std::string>{"Running Files for installation tag: <AdditionalInstall>"});
 }
 
 TEST_F(FileChangeTest, WritesNothingOnASecondRunAndStillRecordsEachFile) {
@@ -60,7 +63,7 @@ TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
     EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
     // The archive restores it, since the file on the disk is what the installation put there.
-    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
+    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, report_));
     EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
@@ -71,7 +74,7 @@ TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabine
     files_.addFile("/app/one", "old content");
     EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "value");
-    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, ui_));
+    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, report_));
     EXPECT_EQ(files_.content("/app/one"), "value");
 }
 
