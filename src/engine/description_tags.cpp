@@ -1,18 +1,8 @@
 #include "engine/description_tags.h"
 
-#include <cstring>
 
 #include "description/expressions.h"
 #include "description/pxml.h"
-
-namespace {
-
-std::string trimmedToTerminator(std::string text) {
-    text.resize(std::strlen(text.c_str()));
-    return text;
-}
-
-}  // namespace
 
 std::int32_t DescriptionTags::nextGroup(std::string_view name, std::int32_t after) {
     std::int32_t node = description_.findByName(name, after);
