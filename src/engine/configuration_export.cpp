@@ -44,7 +44,7 @@ bool ConfigurationExport::write(const std::string& path) {
 }
 
 void ConfigurationExport::fill(PXML& document) {
-    const std::int32_t root = document.addPath(-1, kRoot, nullptr, false);
+    const std::int32_t root = document.addPath(-1, kRoot, std::nullopt, false);
     for (std::int32_t i = 0; i < variables_.getCount(); ++i) {
         const InstallVariable& variable = variables_.at(i);
         if (!exclusions_.isVariableExported(variable.name.c_str(), kExcludeFromConfig)) {
