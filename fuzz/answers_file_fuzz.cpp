@@ -1,28 +1,23 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 
 #include "base/text_functions.h"
-#include "description/command_line_arguments.h"
-#include "description/default_values_loader.h"
-#include "description/default_values_reader.h"
-#include "description/environment_access.h"
-#include "description/expressions.h"
+#include "description/answers_file.h"
 #include "description/log_variable_source.h"
-#include "description/predefined_variables.h"
 #include "description/pxml.h"
-#include "description/variable_exclusions.h"
-#include "description/variable_store.h"
+#include "description/variables.h"
 #include "engine/configuration_export.h"
 #include "fakes/fake_console.h"
+#include "fakes/fake_environment.h"
 #include "fakes/fake_system_operations.h"
 #include "fakes/memory_file_system.h"
 
-// The input as the answers file of an unattended run: its values are laid over those of a description. What a
+// The input as the answers file of an unattended run: its values replace those of a description. What a
 // run then leaves as its own answers file gives a second run the same values.
 namespace {
 
@@ -39,92 +34,57 @@ void require(bool condition) {
     }
 }
 
-class TableEnvironment : public EnvironmentAccess {
-public:
-    bool getEnvironment(const char* name, std::string& outValue) override {
-        const auto found = table_.find(name);
-        if (found == table_.end()) {
-            return false;
-        }
-        outValue = found->second;
-        return true;
-    }
-    bool setEnvironment(const char* name, const char* value) override {
-        table_[name] = value;
-        return true;
-    }
-    bool fileExists(const char* path) override { return *path == '/'; }
-    bool getProgramPath(std::string& outPath) override {
-        outPath = "/opt/setup";
-        return true;
-    }
-    bool getTempDirectory(std::string& outPath) override {
-        outPath = "/tmp";
-        return true;
-    }
-
-private:
-    std::map<std::string, std::string> table_ = {{"HOME", "/root"}, {"LONG", std::string(5000, 'l')}};
-};
-
 class AnyLog : public LogVariableSource {
 public:
-    bool findVariableInLog(const char*, const char* name, std::string& outValue) override {
-        outValue = name;
-        return true;
+    std::optional<std::string> findVariableInLog(std::string_view, std::string_view name) override {
+        return std::string(name);
     }
 };
 
-// A run up to the point at which all values are laid over each other.
+// A run up to the point at which all values are known.
 class Run {
 public:
     explicit Run(std::string_view answers) {
         system_.installed = {{"App", "", false, "/log"}};
+        environment_.program = "/opt/setup";
+        environment_.variables = {{"HOME", "/root"}, {"LONG", std::string(5000, 'l')}};
         files_.addFile("/answers.xml", std::string(answers));
         PXML description;
         description.parseText(kDescription);
-        require(loader_.loadDefaultValues(description, "/answers.xml", nullptr) == 0);
+        std::string message;
+        require(variables_.loadDefaults(description, "/answers.xml", nullptr, message) ==
+                DefaultsOutcome::kLoaded);
     }
 
-    VariableStore& variables() { return variables_; }
+    VariableStore& variables() { return variables_.store(); }
     std::string exported() {
-        require(ConfigurationExport(variables_, exclusions_, files_, log_).write("/config.xml"));
+        require(ConfigurationExport(variables_.store(), variables_.exclusions(), files_, log_)
+                    .write("/config.xml"));
         return files_.content("/config.xml");
     }
-    std::string valueOf(const char* name) {
-        char value[InstallVariable::kTextCapacity] = "";
-        variables_.getVariable(name, value, sizeof value);
-        return value;
-    }
+    std::string valueOf(std::string_view name) { return variables_.get(name).value_or(""); }
 
 private:
     MemoryFileSystem files_;
     FakeSystemOperations system_;
-    TableEnvironment environment_;
+    FakeEnvironment environment_;
     AnyLog logs_;
     FakeConsole log_;
-    DebugLog console_{log_, 2};
-    const CommandLineArguments* arguments_ = nullptr;
+    AnswersFile answers_{files_};
     std::int32_t isGraphical_ = 0;
-    PredefinedVariables predefined_{isGraphical_, environment_, console_};
-    VariableStore variables_{predefined_, environment_, console_};
-    Expressions expressions_{variables_, console_};
-    VariableExclusions exclusions_;
-    DefaultValuesReader reader_{
-        variables_, expressions_, {system_, environment_, logs_, arguments_}, console_};
-    DefaultValuesLoader loader_{reader_, variables_, exclusions_, {files_, arguments_}, console_};
+    Variables variables_{isGraphical_, {system_, environment_, files_, logs_, answers_}, DebugLog(log_, 2)};
 };
 
 void checkStore(Run& run) {
     std::set<std::string> names;
     for (std::int32_t index = 0; index < run.variables().getCount(); ++index) {
         const InstallVariable& variable = run.variables().at(index);
-        require(!variable.name.empty() && variable.name.size() < InstallVariable::kNameCapacity);
-        require(!PredefinedVariables::isPredefined(variable.name.c_str()) && variable.name.front() != '$');
+        require(!variable.name.empty() && variable.name.size() <= InstallVariable::kNameLimit);
+        require(!PredefinedVariables::isPredefined(variable.name) && variable.name.front() != '$');
         require(names.insert(OUtils::toLowerAscii(variable.name)).second);
-        require(variable.value.size() < InstallVariable::kTextCapacity);
-        require(variable.expression.size() < InstallVariable::kTextCapacity);
-        require(variable.defaultValue.size() < InstallVariable::kTextCapacity);
+        require(variable.value.size() <= InstallVariable::kTextLimit);
+        require(variable.expression.size() <= InstallVariable::kTextLimit);
+        require(variable.defaultValue.size() <= InstallVariable::kTextLimit);
     }
     require(run.valueOf("WX_PORT") == "win" && run.valueOf("TEMP_DIR") == "/tmp");
 }
@@ -141,7 +101,7 @@ void checkRepeated(Run& run) {
     for (std::int32_t index = 0; index < run.variables().getCount(); ++index) {
         const InstallVariable& variable = run.variables().at(index);
         if (isRepeatable(variable.name) && isRepeatable(variable.value)) {
-            require(again.valueOf(variable.name.c_str()) == variable.value);
+            require(again.valueOf(variable.name) == variable.value);
         }
     }
 }

@@ -12,7 +12,7 @@ struct AnswersFileTest : testing::Test {
 
     std::string valueIn(const AnswersFile& file) {
         const std::int32_t node = file.document().findByName("Value");
-        return node < 0 ? "(none)" : file.document().getText(node);
+        return std::string(file.document().getText(node).value_or("(none)"));
     }
     static std::string withValue(const std::string& value) {
         return "<Root><DefValues><Value>" + value + "</Value></DefValues></Root>";

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "description/answers_file.h"
 #include "description/command_line_arguments.h"
 #include "description/default_values_reader.h"
 #include "description/description_fixture.h"
@@ -43,5 +44,6 @@ protected:
     TableLogs logs_;
     TableArguments arguments_;
     const CommandLineArguments* commandLine_ = &arguments_;
-    DefaultValueSources sources_{system_, environment_, files_, logs_};
+    AnswersFile answers_{files_};
+    DefaultValueSources sources_{system_, environment_, files_, logs_, answers_};
 };

@@ -10,18 +10,20 @@ class DefaultValuesLoaderTest : public DefaultValuesFixture {
 protected:
     DefaultsOutcome load(std::string_view configFile = "") {
         parse("<Root><DefValues><Value Name=\"A\" DataType=\"value\">one</Value></DefValues></Root>");
-        return loader_.load(document_, configFile, commandLine_, message_);
+        AnswersFile answers(files_);  // a new one sees the file as it is now
+        return DefaultValuesLoader(reader_, variables_, exclusions_, answers, console_)
+            .load(document_, configFile, commandLine_, message_);
     }
 
     VariableExclusions exclusions_;
     DefaultValuesReader reader_{variables_, expressions_, sources_, console_};
-    DefaultValuesLoader loader_{reader_, variables_, exclusions_, files_, console_};
     std::string message_;
 };
 
 TEST_F(DefaultValuesLoaderTest, FailsWithoutTheSection) {
     parse("<Root/>");
-    EXPECT_EQ(loader_.load(document_, "", commandLine_, message_), DefaultsOutcome::kNoDefaults);
+    DefaultValuesLoader loader(reader_, variables_, exclusions_, answers_, console_);
+    EXPECT_EQ(loader.load(document_, "", commandLine_, message_), DefaultsOutcome::kNoDefaults);
 }
 
 TEST_F(DefaultValuesLoaderTest, PrefersTheValuesOfAConfigurationFile) {

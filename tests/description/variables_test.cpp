@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "description/answers_file.h"
 #include "description/default_values_fixture.h"
 #include "description/dialog_model.h"
 #include "fakes/fake_environment.h"
@@ -19,10 +20,11 @@ protected:
     MemoryFileSystem files_;
     TableLogs logs_;
     LogLines log_;
+    AnswersFile answers_{files_};
     std::int32_t isGraphical_ = 1;
-    Variables variables_{isGraphical_, {system_, environment_, files_, logs_}, log_.console()};
-    PXML document_;
+    Variables variables_{isGraphical_, {system_, environment_, files_, logs_, answers_}, log_.console()};
     std::string message_;
+    PXML document_;
 };
 
 TEST_F(VariablesTest, StoresAndExpandsValues) {
@@ -67,6 +69,21 @@ TEST_F(VariablesTest, KeepsControlsAndCommandLineOutOfTheConfiguration) {
     EXPECT_EQ(variables_.get("EXTRA"), "x");
     EXPECT_FALSE(variables_.exclusions().isVariableExported("FAILED", kExcludeFromConfig));
     EXPECT_FALSE(variables_.exclusions().isVariableExported("EXTRA", kExcludeFromLog));
+}
+
+TEST_F(VariablesTest, ReportsAFileOfAnswersThatCannotBeUsed) {
+    parse("<DefValues/>");
+    EXPECT_EQ(variables_.loadDefaults(document_, "/missing.xml", nullptr, message_),
+              DefaultsOutcome::kBadConfiguration);
+    EXPECT_EQ(message_,
+              "Error loading configuration file \"/missing.xml\" (2). Installation can not continue.");
+    EXPECT_EQ(log_.lines, std::vector<std::string>{"ERROR: " + message_});
+}
+
+TEST_F(VariablesTest, NeedsDefaultValues) {
+    parse("");
+    EXPECT_EQ(variables_.loadDefaults(document_, "", nullptr, message_), DefaultsOutcome::kNoDefaults);
+    EXPECT_EQ(message_, "");
 }
 
 }  // namespace

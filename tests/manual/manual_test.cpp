@@ -7,17 +7,10 @@
 #include <algorithm>
 #include <functional>
 
-#include "description/colour_theme.h"
 #include "description/condition_parser.h"
-#include "description/control_variables.h"
-#include "description/default_values_reader.h"
-#include "description/dialog_buttons.h"
-#include "description/dialog_words.h"
-#include "description/predefined_variables.h"
 #include "description/pxml.h"
 #include "description/pxml_entities.h"
-#include "description/registry_lookup.h"
-#include "description/variable_exclusions.h"
+#include "description/vocabulary.h"
 #include "engine/additional_actions.h"
 #include "installer/run_options.h"
 #include "manual/manual_reader.h"
@@ -43,22 +36,6 @@ Words rtfWords() {
     return words;
 }
 
-Words controlVariableTags() {
-    Words words;
-    for (std::int32_t i = 0; i < kControlVariableCount; ++i) {
-        words.emplace_back(ControlVariables::tagOf(static_cast<ControlVariable>(i)));
-    }
-    return words;
-}
-
-Words themeSlots() {
-    Words words;
-    for (std::int32_t i = 0; i < kThemeSlotCount; ++i) {
-        words.emplace_back(ColourTheme::nameOf(static_cast<ThemeSlot>(i)));
-    }
-    return words;
-}
-
 struct Table {
     const char* page;  // of docs/manual, on which each word stands
     const char* name;
@@ -69,33 +46,7 @@ struct Table {
 const Table kTables[] = {
     {"description.md", "characters with names", "src/description/pxml_entities.cpp",
      [] { return wordsOf(PXMLEntities::names()); }},
-    {"variables.md", "predefined variables", "src/description/predefined_variables.cpp",
-     [] { return wordsOf(PredefinedVariables::names()); }},
-    {"variables.md", "data types of default values", "src/description/default_values_reader.cpp",
-     [] { return wordsOf(DefaultValuesReader::dataTypes()); }},
-    {"variables.md", "hives of the registry", "src/description/registry_lookup.cpp",
-     [] { return wordsOf(RegistryLookup::places()); }},
-    {"variables.md", "control variables", "src/description/control_variables.cpp", controlVariableTags},
-    {"variables.md", "words of ExcludeFrom", "src/description/variable_exclusions.cpp",
-     [] { return wordsOf(VariableExclusions::words()); }},
-    {"dialogs.md", "kinds of elements", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allElementKinds()); }},
-    {"dialogs.md", "types of fields", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allFieldTypes()); }},
-    {"dialogs.md", "horizontal alignments", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allHorizontalAligns()); }},
-    {"dialogs.md", "vertical alignments", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allVerticalAligns()); }},
-    {"dialogs.md", "types of triggers", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allTriggerTypes()); }},
-    {"dialogs.md", "moments of triggers", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allTriggerMoments()); }},
-    {"dialogs.md", "special words of pages", "src/description/dialog_words.cpp",
-     [] { return wordsOf(DialogWords::allSpecials()); }},
-    {"dialogs.md", "names of buttons", "src/description/dialog_buttons.cpp",
-     [] { return wordsOf(DialogButtons::presetNames()); }},
     {"pages.md", "names of pages", "src/ui/page_entry.cpp", [] { return wordsOf(PageEntry::pageNames()); }},
-    {"theme.md", "colours of the theme", "src/description/colour_theme.cpp", themeSlots},
     {"documents.md", "control words of rich text", "src/text/rtf_control_words.cpp", rtfWords},
     {"system-changes.md", "actions", "src/engine/additional_actions.cpp",
      [] { return wordsOf(AdditionalActions::actionNames()); }},
@@ -138,6 +89,29 @@ TEST(Manual, NamesEveryWordOfEveryTable) {
     }
 }
 
+// The page of the vocabulary that describes a word, and whether it does.
+void expectDescribed(std::string_view word, std::string_view pageName, std::string_view what) {
+    const ManualPage* page = findPage(std::string(pageName));
+    ASSERT_NE(page, nullptr) << "docs/manual/" << pageName << " is not there";
+    EXPECT_TRUE(ManualReader::holdsWord(ManualReader::codeOf(page->text), word))
+        << "docs/manual/" << pageName << " doesn't name \"" << word << "\" (" << what
+        << "): describe it there, as `" << word << "`";
+}
+
+TEST(Manual, NamesEveryWordOfTheVocabulary) {
+    for (const vocabulary::Element& element : vocabulary::kElements) {
+        expectDescribed(element.name, element.page, "element");
+    }
+    for (const vocabulary::Attribute& attribute : vocabulary::kAttributes) {
+        expectDescribed(attribute.name, attribute.page, "attribute of " + std::string(attribute.element));
+    }
+    for (const vocabulary::WordList& list : vocabulary::kWordLists) {
+        for (const std::string_view word : list.words) {
+            expectDescribed(word, list.page, list.name);
+        }
+    }
+}
+
 TEST(Manual, IsMissedWhenAWordIsNotThere) {
     const std::string code =
         ManualReader::codeOf("Plain AutoNext, `Finish` and\n```xml\n<Busy/>\n```\nEnd `open");
@@ -158,7 +132,7 @@ TEST(Manual, HoldsExamplesThatTheProgramReadsAsTheyAreWritten) {
             }
             ++examples;
             PXML document;
-            document.parseText(("<Examples>" + block.text + "</Examples>").c_str());
+            document.parseText("<Examples>" + block.text + "</Examples>");
             EXPECT_EQ(document.getNodeCount(), countOpenedElements(block.text) + 1)
                 << page.name << ":" << block.line << ": an example isn't read to its end";
         }
@@ -166,10 +140,11 @@ TEST(Manual, HoldsExamplesThatTheProgramReadsAsTheyAreWritten) {
     EXPECT_GE(examples, 7);
 }
 
-TEST(Manual, TellsWhatConditionsGive) {
+TEST(Manual, SaysWhatConditionsGive) {
     const ManualPage* page = findPage("conditions.md");
     ASSERT_NE(page, nullptr);
-    const std::pair<std::string_view, int> kResults[] = {{"true", 1}, {"false", 0}, {"a mistake", -1}};
+    const std::pair<std::string_view, std::optional<bool>> kResults[] = {
+        {"true", true}, {"false", false}, {"a mistake", std::nullopt}};
     int rows = 0;
     for (std::size_t at = page->text.find("\n| `"); at != std::string::npos;
          at = page->text.find("\n| `", at + 1)) {
