@@ -3,14 +3,12 @@
 #include "engine/action_log_reader.h"
 #include "support/p_file_stream.h"
 
-bool ActionLogVariables::findVariableInLog(const char* logPath, const char* name, std::string& outValue) {
+std::optional<std::string> ActionLogVariables::findVariableInLog(std::string_view logPath,
+                                                                 std::string_view name) {
     PFileStream file(files_);
-    if (logPath == nullptr || name == nullptr ||
-        file.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
+    if (file.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
                       PFileStream::kOpenExisting) != 0) {
-        return false;
+        return std::nullopt;
     }
-    const auto found = ActionLogReader(&file, DebugLog()).findVariable(name);
-    outValue = found.value_or(outValue);
-    return found.has_value();
+    return ActionLogReader(&file, DebugLog()).findVariable(name);
 }

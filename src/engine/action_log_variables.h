@@ -11,8 +11,8 @@ class ActionLogVariables : public LogVariableSource {
 public:
     explicit ActionLogVariables(platform::FileSystem& files) : files_(files) {}
 
-    // The last variable of that name counts. `outValue` stays as it was when the result is false.
-    bool findVariableInLog(const char* logPath, const char* name, std::string& outValue) override;
+    // The last variable of that name counts.
+    std::optional<std::string> findVariableInLog(std::string_view logPath, std::string_view name) override;
 
 private:
     platform::FileSystem& files_;

@@ -1,22 +1,8 @@
 #include "engine/description_tags.h"
 
-#include <cstring>
-
 #include "description/expressions.h"
 #include "description/pxml.h"
 
-namespace {
-
-std::string trimmedToTerminator(std::string text) {
-    text.resize(std::strlen(text.c_str()));
-    return text;
-}
-
-std::optional<std::string_view> viewOf(const char* text) {
-    return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
-}
-
-}  // namespace
 
 std::int32_t DescriptionTags::nextGroup(std::string_view name, std::int32_t after) {
     std::int32_t node = description_.findByName(name, after);
@@ -37,15 +23,15 @@ std::vector<std::int32_t> DescriptionTags::childrenOf(std::int32_t node) {
 }
 
 std::string_view DescriptionTags::nameOf(std::int32_t node) {
-    return viewOf(description_.getName(node)).value_or("");
+    return description_.getName(node);
 }
 
 std::optional<std::string_view> DescriptionTags::textOf(std::int32_t node) {
-    return viewOf(description_.getText(node));
+    return description_.getText(node);
 }
 
 std::optional<std::string_view> DescriptionTags::attribute(std::int32_t node, std::string_view name) {
-    return viewOf(description_.getAttribute(node, name));
+    return description_.getAttribute(node, name);
 }
 
 bool DescriptionTags::holds(std::optional<std::string_view> condition) {
