@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "description/pxml.h"
+#include "platform/file_system.h"
 
 // The configuration file that answers the questions of an installation. The front end checks it and the
 // session takes its values, at different times; each path is read once, so that both see the same content.

@@ -6,7 +6,7 @@ Variables::Variables(const std::int32_t& isGraphical, DefaultValueSources source
       store_(predefined_, sources.environment, debugLog),
       expressions_(store_, debugLog),
       reader_(store_, expressions_, sources, debugLog),
-      loader_(reader_, store_, exclusions_, sources.files, debugLog) {}
+      loader_(reader_, store_, exclusions_, sources.answers, debugLog) {}
 
 std::optional<std::string> Variables::getDefault(std::string_view name) {
     std::optional<VariableReading> reading = store_.readDefault(name, VariableLookup::kTextLimit);

@@ -1,8 +1,8 @@
 #include "engine/description_tags.h"
 
+
 #include "description/expressions.h"
 #include "description/pxml.h"
-
 
 std::int32_t DescriptionTags::nextGroup(std::string_view name, std::int32_t after) {
     std::int32_t node = description_.findByName(name, after);

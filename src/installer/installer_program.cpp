@@ -70,7 +70,8 @@ void InstallerProgram::logStart() {
     if (debugLog_.level() >= 2) {
         debugLog_.line("Insatllation was called with arguments:");
         for (int i = 0; i < parameters_.getCount(); ++i) {
-            debugLog_.print("  [ARG %02d] -%s=\"%s\"", i, parameters_.name(i), parameters_.value(i));
+            debugLog_.print("  [ARG %02d] -%s=\"%s\"", i, std::string(parameters_.name(i)).c_str(),
+                            std::string(parameters_.value(i)).c_str());
         }
     }
     debugLog_.line("Installation started");

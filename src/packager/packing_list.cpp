@@ -87,7 +87,7 @@ void PackingList::read() {
 }
 
 void PackingList::addFileSet(const PXML& document, std::int32_t node) {
-    if (document.getAttribute(node, "Name") == nullptr) {
+    if (!document.getAttribute(node, "Name")) {
         warnings_.push_back(sources_.description +
                             ": a FileSet without Name is left out, as the installer does");
         return;
@@ -95,26 +95,26 @@ void PackingList::addFileSet(const PXML& document, std::int32_t node) {
     std::vector<std::int32_t> children;
     document.listChildren(node, children);
     for (const std::int32_t child : children) {
-        const char* text = document.getText(child);
-        if (OUtils::equalsIgnoreCase(document.getName(child), "FN") && text != nullptr && *text != '\0') {
+        const auto text = document.getText(child);
+        if (OUtils::equalsIgnoreCase(document.getName(child), "FN") && text && !text->empty()) {
             addFile(document, child);
         }
     }
 }
 
 void PackingList::addFile(const PXML& document, std::int32_t node) {
-    const std::string text = document.getText(node);
+    const std::string text(document.getText(node).value_or(""));
     const std::string relativePath = relativePathOf(text);
     const std::string name(OUtils::lastPathComponent(text));
-    const char* alias = document.getAttribute(node, "Alias");
+    const auto alias = document.getAttribute(node, "Alias");
     const std::string path = locate(text, relativePath, name);
     if (path.empty()) {
-        if (document.getAttribute(node, "OkIfMissing") == nullptr) {
+        if (!document.getAttribute(node, "OkIfMissing")) {
             fail(sources_.root + "/" + relativePath + ": no such file");
         }
         return;
     }
-    add({path, name, alias != nullptr ? alias : withoutSeparators(text)});
+    add({path, name, alias ? std::string(*alias) : withoutSeparators(text)});
 }
 
 // The path of the file; empty when there is none.

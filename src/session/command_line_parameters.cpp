@@ -67,10 +67,10 @@ std::optional<std::string_view> CommandLineParameters::find(std::string_view nam
     return std::nullopt;
 }
 
-const char* CommandLineParameters::name(int index) const {
-    return records_.at(index)->name.c_str();
+std::string_view CommandLineParameters::name(int index) const {
+    return records_.at(index)->name;
 }
 
-const char* CommandLineParameters::value(int index) const {
-    return records_.at(index)->value.c_str();
+std::string_view CommandLineParameters::value(int index) const {
+    return records_.at(index)->value;
 }

@@ -29,12 +29,12 @@ public:
 
     int getCount() const { return records_.getCount(); }
     // 0 <= index < getCount(), unchecked.
-    const char* name(int index) const;
-    const char* value(int index) const;
+    std::string_view name(int index) const;
+    std::string_view value(int index) const;
 
     int getArgumentCount() const override { return getCount(); }
-    const char* getArgumentName(int index) const override { return name(index); }
-    const char* getArgumentValue(int index) const override { return value(index); }
+    std::string_view getArgumentName(int index) const override { return name(index); }
+    std::string_view getArgumentValue(int index) const override { return value(index); }
 
 private:
     struct Record;

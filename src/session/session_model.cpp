@@ -58,7 +58,8 @@ bool SessionModel::readDialogs(bool isUninstallation) {
 
 void SessionModel::readControlVariables() {
     debugLog_.line("Getting control variables names");
-    if (!variables.readRoles(description, dialogs)) {
+    if (!variables.readControls(description)) {
         debugLog_.line("WARNING: There are no control variable names provided in the installation xml!");
     }
+    variables.readExclusions(description, dialogs);
 }

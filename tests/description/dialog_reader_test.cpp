@@ -59,7 +59,7 @@ TEST_F(DialogReaderTest, CommonAttributesOfADialog) {
     EXPECT_EQ(page().special, kDialogAutoNext | kDialogBusy);
     EXPECT_STREQ(page().conditionText.c_str(), "[A]");
     EXPECT_EQ(page().retain, (std::vector<std::string>{"A", "B"}));
-    EXPECT_EQ(page().condition, nullptr);
+    EXPECT_EQ(page().gate, nullptr);
 
     EXPECT_EQ(page(1).width, 760);
     EXPECT_EQ(page(1).height, 520);
