@@ -68,7 +68,8 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
     PXML present;
     const bool isOurs = present.loadFile(path.c_str(), files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
-        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is", path.c_str());
+        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is",
+                        path.c_str());
     }
     return isOurs;
 }
@@ -79,8 +80,8 @@ bool ConfigurationExport::save(const PXML& document, const std::string& path) {
     if (stream.openPrivate(temporary) != 0) {
         return false;
     }
-    const bool saved = document.saveStream(stream, OUtils::textLineEnd()) == 0 &&
-                       files_.replaceFile(temporary, path) == 0;
+    const bool saved =
+        document.saveStream(stream, OUtils::textLineEnd()) == 0 && files_.replaceFile(temporary, path) == 0;
     if (!saved) {
         files_.removeFile(temporary);
     }

@@ -1,5 +1,6 @@
 #include "engine/configuration_export.h"
 
+#include "description/answers_file.h"
 #include "description/default_values_reader.h"
 #include "description/log_variable_source.h"
 #include "engine_fixture.h"
@@ -91,11 +92,12 @@ TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) 
     PXML document;
     ASSERT_EQ(document.loadFile(kPath, files_), 0);
     NoLogs logs;
-    const CommandLineArguments* none = nullptr;
     VariableStore fresh(predefined_, environment_, console_);
     Expressions expressions(fresh, console_);
-    DefaultValuesReader reader(fresh, expressions, {system_, environment_, logs, none}, console_);
-    EXPECT_EQ(reader.readDefValues(document), 0);
+    AnswersFile answers(files_);
+    DefaultValuesReader reader(fresh, expressions, {system_, machine_.environment, files_, logs, answers},
+                               console_);
+    EXPECT_TRUE(reader.readDefValues(document, nullptr));
     ASSERT_EQ(fresh.getCount(), static_cast<std::int32_t>(values.size()));
     for (std::int32_t i = 0; i < fresh.getCount(); ++i) {
         EXPECT_EQ(fresh.at(i).name, values[static_cast<std::size_t>(i)].first);
