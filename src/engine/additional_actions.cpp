@@ -169,8 +169,8 @@ void AdditionalActions::openUrl(const Action& action) {
 }
 
 void AdditionalActions::open(const Action& action, const char* what) {
-    const bool opened =
-        programs_.run({action.path, "", "", action.programFlags | kRunOpenWithShell}, context_.report, kOpenPause);
+    const bool opened = programs_.run({action.path, "", "", action.programFlags | kRunOpenWithShell},
+                                      context_.report, kOpenPause);
     context_.debugLog.print("%s%s was %sopened : \"%s\"", opened ? "" : "ERROR: ", what, opened ? "" : "NOT ",
                             action.path.c_str());
 }
@@ -179,10 +179,11 @@ void AdditionalActions::open(const Action& action, const char* what) {
 void AdditionalActions::runProgram(const Action& action) {
     const std::string arguments = textOf(action, context_.tags.attribute(action.node, "Arguments"));
     const std::string workDir = pathOf(action, context_.tags.attribute(action.node, "WorkDir"));
-    const bool started = programs_.run({action.path, arguments, workDir, action.programFlags},
-                                       context_.report, action.pause);
-    context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"", started ? "" : "ERROR: ",
-                            started ? "" : "NOT ", action.path.c_str(), arguments.c_str());
+    const bool started =
+        programs_.run({action.path, arguments, workDir, action.programFlags}, context_.report, action.pause);
+    context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"",
+                            started ? "" : "ERROR: ", started ? "" : "NOT ", action.path.c_str(),
+                            arguments.c_str());
 }
 
 void AdditionalActions::copyFile(const Action& action) {

@@ -14,7 +14,8 @@ namespace {
 
 // An entry names a file of the directory that it is extracted to, and nothing else.
 bool isPlainFileName(std::string_view name) {
-    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos;
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of("/\\:") == std::string_view::npos;
 }
 
 // A dot that begins the name, or follows another one, begins no extension.
@@ -67,7 +68,8 @@ std::string AliasExtractor::pathOf(std::string_view name, std::string_view direc
         throw InstallerError("ERROR: Could not create file (%s)!", std::string(name).c_str());
     }
     PathText joined{directory};
-    OUtils::joinPath(joined.data(), std::string(name).c_str(), static_cast<std::int64_t>(PathText::capacity()));
+    OUtils::joinPath(joined.data(), std::string(name).c_str(),
+                     static_cast<std::int64_t>(PathText::capacity()));
     std::string path(joined.view());
     if (stripExeExtension) {
         removeExtension(path);

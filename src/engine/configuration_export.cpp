@@ -47,11 +47,11 @@ void ConfigurationExport::fill(PXML& document) {
     const std::int32_t root = document.addPath(-1, kRoot, std::nullopt, false);
     for (std::int32_t i = 0; i < variables_.getCount(); ++i) {
         const InstallVariable& variable = variables_.at(i);
-        if (!exclusions_.isVariableExported(variable.name.c_str(), kExcludeFromConfig)) {
+        if (!exclusions_.isVariableExported(variable.name, kExcludeFromConfig)) {
             continue;
         }
-        const std::int32_t node = document.addPath(root, "Value", variable.value.c_str(), true);
-        document.setAttribute(node, "Name", variable.name.c_str());
+        const std::int32_t node = document.addPath(root, "Value", variable.value, true);
+        document.setAttribute(node, "Name", variable.name);
         document.setAttribute(node, "DataType", "value");
         if (!isRepeatable(variable.value)) {
             debugLog_.print("WARNING: The value of \"%s\" can't be repeated from a configuration file",
@@ -66,9 +66,10 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
         return true;
     }
     PXML present;
-    const bool isOurs = present.loadFile(path.c_str(), files_) == 0 && present.findChild(-1, kRoot) >= 0;
+    const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
-        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is", path.c_str());
+        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is",
+                        path.c_str());
     }
     return isOurs;
 }
@@ -79,8 +80,8 @@ bool ConfigurationExport::save(const PXML& document, const std::string& path) {
     if (stream.openPrivate(temporary) != 0) {
         return false;
     }
-    const bool saved = document.saveStream(stream, OUtils::textLineEnd()) == 0 &&
-                       files_.replaceFile(temporary, path) == 0;
+    const bool saved =
+        document.saveStream(stream, OUtils::textLineEnd()) == 0 && files_.replaceFile(temporary, path) == 0;
     if (!saved) {
         files_.removeFile(temporary);
     }

@@ -21,8 +21,8 @@ public:
                         platform::FileSystem& files, DebugLog debugLog)
         : variables_(variables), exclusions_(exclusions), files_(files), debugLog_(debugLog) {}
 
-    // False when the file can't be made or written, or when something else than an older configuration file is
-    // in its place. What was there is untouched after a failure, and no other file stays. The file is
+    // False when the file can't be made or written, or when something else than an older configuration file
+    // is in its place. What was there is untouched after a failure, and no other file stays. The file is
     // complete as soon as it has its name; this user alone can read it, since the values are in it as they
     // are, passwords included. A link in its place is replaced, not followed.
     //

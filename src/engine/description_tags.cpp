@@ -1,6 +1,5 @@
 #include "engine/description_tags.h"
 
-
 #include "description/expressions.h"
 #include "description/pxml.h"
 

@@ -17,7 +17,8 @@ struct LegacyLogFile {
     std::string logPath;
 };
 
-// Where an earlier installation of the product was found. The numbers are those of the description's variable.
+// Where an earlier installation of the product was found. The numbers are those of the description's
+// variable.
 enum PreviousInstallationKind : std::int32_t {
     kNoPreviousInstallation = 0,
     kRegisteredInstallation = 1,  // in the system's list of installed applications

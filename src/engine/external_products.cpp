@@ -76,7 +76,6 @@ void ExternalProducts::uninstall(const std::string& name, const Product& product
 
 bool ExternalProducts::isAnyInstalled(const Found& found) {
     const std::uint32_t flags = found.in32BitView ? kEntryIn32BitView : 0U;
-    return std::any_of(found.names.begin(), found.names.end(), [&](const std::string& name) {
-        return system_.findUninstallEntry(name, flags);
-    });
+    return std::any_of(found.names.begin(), found.names.end(),
+                       [&](const std::string& name) { return system_.findUninstallEntry(name, flags); });
 }

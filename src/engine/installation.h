@@ -30,10 +30,10 @@ public:
     void runActions(std::string_view container, Report& report);
 
     // The last work, once for this object; later calls do nothing: the actions of PostInstall, the variables
-    // of the published action log, and, if `leavesConfiguration`, the configuration file that repeats the run,
-    // in `directory` (none: it isn't known, which is reported). Actions and a file that fail don't fail the
-    // installation. Throws InstallerError when the action log can't be brought up to date; no configuration
-    // is written then.
+    // of the published action log, and, if `leavesConfiguration`, the configuration file that repeats the
+    // run, in `directory` (none: it isn't known, which is reported). Actions and a file that fail don't fail
+    // the installation. Throws InstallerError when the action log can't be brought up to date; no
+    // configuration is written then.
     void finish(Report& report, bool leavesConfiguration, const std::optional<std::string>& directory);
 
     // Writes one entry of the cabinet to a file; as AliasExtractor.

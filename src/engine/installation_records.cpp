@@ -12,7 +12,7 @@ std::vector<LoggedVariable> loggedVariables(const ProductModel& model) {
     std::vector<LoggedVariable> kept;
     for (std::int32_t i = 0; i < model.variables.getCount(); ++i) {
         const InstallVariable& variable = model.variables.at(i);
-        if (model.exclusions.isVariableExported(variable.name.c_str(), kExcludeFromLog)) {
+        if (model.exclusions.isVariableExported(variable.name, kExcludeFromLog)) {
             kept.push_back({variable.name, variable.value});
         }
     }

@@ -9,30 +9,24 @@ namespace {
 TEST(ActionLogVariablesTest, FindsAVariableInALog) {
     MemoryFileSystem files;
     files.addFile("/log", "a\r\nb\r\nNUMVARS\t1\r\nVAR\tROOT\t/app\r\n");
-    std::string value;
-    EXPECT_TRUE(ActionLogVariables(files).findVariableInLog("/log", "root", value));
-    EXPECT_EQ(value, "/app");
+    EXPECT_EQ(ActionLogVariables(files).findVariableInLog("/log", "root"), "/app");
     EXPECT_EQ(files.openFileCount(), 0);
 }
 
-TEST(ActionLogVariablesTest, KeepsTheOutputWhenThereIsNothingToFind) {
+TEST(ActionLogVariablesTest, FindsNothingInAMissingOrForeignFile) {
     MemoryFileSystem files;
     files.addFile("/log", "not a log");
-    std::string value = "old";
     ActionLogVariables variables(files);
-    EXPECT_FALSE(variables.findVariableInLog("/log", "ROOT", value));
-    EXPECT_FALSE(variables.findVariableInLog("/none", "ROOT", value));
-    EXPECT_FALSE(variables.findVariableInLog(nullptr, "ROOT", value));
-    EXPECT_FALSE(variables.findVariableInLog("/log", nullptr, value));
-    EXPECT_EQ(value, "old");
+    EXPECT_EQ(variables.findVariableInLog("/log", "ROOT"), std::nullopt);
+    EXPECT_EQ(variables.findVariableInLog("/none", "ROOT"), std::nullopt);
+    EXPECT_EQ(variables.findVariableInLog("", "ROOT"), std::nullopt);
+    EXPECT_EQ(variables.findVariableInLog("/log", ""), std::nullopt);
 }
 
 TEST(ActionLogVariablesTest, FindsWhatComesBeforeAFault) {
     MemoryFileSystem files;
     files.addFile("/log", "NUMVARS\t3\nVAR\tROOT\t/app\nbroken\n");
-    std::string value;
-    EXPECT_TRUE(ActionLogVariables(files).findVariableInLog("/log", "ROOT", value));
-    EXPECT_EQ(value, "/app");
+    EXPECT_EQ(ActionLogVariables(files).findVariableInLog("/log", "ROOT"), "/app");
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ TEST_F(AliasExtractorTest, WritesTheEntryUnderItsOwnName) {
 }
 
 TEST_F(AliasExtractorTest, ExpandsVariablesWhenAsked) {
-    variables_.setVariable("NAME", "value");
+    variables_.set("NAME", "value");
     pack({{"a", "a.txt", "[NAME]"}});
     extractor_.extractAlias("a", "/dest/", true, false);
     EXPECT_EQ(files_.content("/dest/a.txt"), "value");
@@ -39,7 +39,7 @@ TEST_F(AliasExtractorTest, ExpandsVariablesWhenAsked) {
 }
 
 TEST_F(AliasExtractorTest, DoesNotExpandContentFromOneMebibyteOn) {
-    variables_.setVariable("NAME", "v");
+    variables_.set("NAME", "v");
     const std::string large = "[NAME]" + std::string(0x100000 - 6, 'x');
     pack({{"large", "large", large}, {"small", "small", large.substr(0, large.size() - 1)}});
     extractor_.extractAlias("large", "/dest", true, false);

@@ -1,5 +1,6 @@
 #include "engine/configuration_export.h"
 
+#include "description/answers_file.h"
 #include "description/default_values_reader.h"
 #include "description/log_variable_source.h"
 #include "engine_fixture.h"
@@ -13,14 +14,14 @@ constexpr char kPath[] = "/app/config.xml";
 
 class NoLogs : public LogVariableSource {
 public:
-    bool findVariableInLog(const char*, const char*, std::string&) override { return false; }
+    std::optional<std::string> findVariableInLog(std::string_view, std::string_view) override { return {}; }
 };
 
 class ConfigurationExportTest : public EngineTest {
 protected:
     ConfigurationExportTest() {
         files_.addDirectory("/app");
-        variables_.setVariable("A", "one");
+        variables_.set("A", "one");
     }
 
     bool write() { return ConfigurationExport(variables_, exclusions_, files_, log_).write(kPath); }
@@ -47,9 +48,9 @@ protected:
 };
 
 TEST_F(ConfigurationExportTest, WritesEachVariableInTheStoresOrder) {
-    variables_.setVariable("C", "three");
-    variables_.setVariable("B", "");
-    variables_.setVariable("a", "again");
+    variables_.set("C", "three");
+    variables_.set("B", "");
+    variables_.set("a", "again");
     EXPECT_TRUE(write());
     EXPECT_EQ(written(), (std::vector<std::string>{"<DefValues>", value("a", "again"), value("C", "three"),
                                                    value("B", ""), "</DefValues>"}));
@@ -59,7 +60,7 @@ TEST_F(ConfigurationExportTest, WritesEachVariableInTheStoresOrder) {
 
 TEST_F(ConfigurationExportTest, KeepsOutWhatIsExcludedFromConfigurationsAndNothingElse) {
     for (const char* name : {"LOG", "CONFIG", "ALL", "NONE"}) {
-        variables_.setVariable(name, "1");
+        variables_.set(name, "1");
     }
     exclusions_.add("LOG", kExcludeFromLog);
     exclusions_.add("CONFIG", kExcludeFromConfig);
@@ -71,7 +72,7 @@ TEST_F(ConfigurationExportTest, KeepsOutWhatIsExcludedFromConfigurationsAndNothi
 }
 
 TEST_F(ConfigurationExportTest, EscapesNamesAndValues) {
-    variables_.setVariable("X<\"&'>", "a<b>&\"c\"'&amp;");
+    variables_.set("X<\"&'>", "a<b>&\"c\"'&amp;");
     EXPECT_TRUE(write());
     EXPECT_EQ(written()[2],
               value("X&lt;&quot;&amp;&apos;&gt;", "a&lt;b&gt;&amp;&quot;c&quot;&apos;&amp;amp;"));
@@ -83,7 +84,7 @@ TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) 
         {"UTF", "Grüße €"}, {"SECRET", "p<w>&'\""}, {"LONG", std::string(1023, 'l')},
         {"DIR", "C:\\x/y"}, {"BLANKS", "a  b\tc"}};
     for (const auto& [name, text] : values) {
-        variables_.setVariable(name.c_str(), text.c_str());
+        variables_.set(name.c_str(), text.c_str());
     }
     ASSERT_TRUE(write());
     EXPECT_TRUE(log_.lines().empty());
@@ -91,11 +92,12 @@ TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) 
     PXML document;
     ASSERT_EQ(document.loadFile(kPath, files_), 0);
     NoLogs logs;
-    const CommandLineArguments* none = nullptr;
     VariableStore fresh(predefined_, environment_, console_);
     Expressions expressions(fresh, console_);
-    DefaultValuesReader reader(fresh, expressions, {system_, environment_, logs, none}, console_);
-    EXPECT_EQ(reader.readDefValues(document), 0);
+    AnswersFile answers(files_);
+    DefaultValuesReader reader(fresh, expressions, {system_, machine_.environment, files_, logs, answers},
+                               console_);
+    EXPECT_TRUE(reader.readDefValues(document, nullptr));
     ASSERT_EQ(fresh.getCount(), static_cast<std::int32_t>(values.size()));
     for (std::int32_t i = 0; i < fresh.getCount(); ++i) {
         EXPECT_EQ(fresh.at(i).name, values[static_cast<std::size_t>(i)].first);
@@ -104,10 +106,10 @@ TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) 
 }
 
 TEST_F(ConfigurationExportTest, SaysWhichValuesTheFormCanNotRepeat) {
-    variables_.setVariable("DOLLAR", "pa$word");
-    variables_.setVariable("LONG", std::string(1024, 'l').c_str());
-    variables_.setVariable("FRONT", " x");
-    variables_.setVariable("BACK", "x\n");
+    variables_.set("DOLLAR", "pa$word");
+    variables_.set("LONG", std::string(1024, 'l').c_str());
+    variables_.set("FRONT", " x");
+    variables_.set("BACK", "x\n");
     EXPECT_TRUE(write());
     std::vector<std::string> lines;
     for (const char* name : {"DOLLAR", "LONG", "FRONT", "BACK"}) {

@@ -35,7 +35,7 @@ TEST_F(FileContentsTest, DoesNotFindAMissingAlias) {
 }
 
 TEST_F(FileContentsTest, PutsValuesInThePlaceOfReferences) {
-    variables_.setVariable("NAME", "value");
+    variables_.set("NAME", "value");
     EXPECT_EQ(expanded("a=[NAME]\r\nb=[1]"), "a=value\r\nb=[1]");
     EXPECT_EQ(expanded(""), "");
 }
@@ -45,7 +45,7 @@ TEST_F(FileContentsTest, EndsTheContentAtAZeroByte) {
 }
 
 TEST_F(FileContentsTest, LeavesContentOfTheLimitAndAboveAlone) {
-    variables_.setVariable("NAME", "v");
+    variables_.set("NAME", "v");
     const std::string small = "[NAME]" + std::string(8185, 'x');
     EXPECT_EQ(expanded(small), "v" + std::string(8185, 'x'));
     const std::string large = "[NAME]" + std::string(8186, 'x');
@@ -54,7 +54,7 @@ TEST_F(FileContentsTest, LeavesContentOfTheLimitAndAboveAlone) {
 }
 
 TEST_F(FileContentsTest, CutsAndSaysSoWhenTheExpansionDoesNotFit) {
-    variables_.setVariable("NAME", std::string(100, 'v').c_str());
+    variables_.set("NAME", std::string(100, 'v'));
     const std::string result = expanded("[NAME]" + std::string(8180, 'x'));
     EXPECT_EQ(result, std::string(100, 'v') + std::string(8091, 'x'));
     EXPECT_EQ(log_.lines(),

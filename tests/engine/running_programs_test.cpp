@@ -36,7 +36,7 @@ TEST_F(RunningProgramsTest, SaysWhichOfTheNotedProgramsRun) {
 }
 
 TEST_F(RunningProgramsTest, LooksInTheExpandedDirectory) {
-    variables_.setVariable("DIR", "C:/apps");
+    variables_.set("DIR", "C:/apps");
     enter("<TestApp Directory=\"[DIR]/demo\">demo.exe</TestApp>");
     system_.running = {"demo.exe"};
     EXPECT_EQ(look(), Names{"(demo.exe)"});
@@ -45,7 +45,7 @@ TEST_F(RunningProgramsTest, LooksInTheExpandedDirectory) {
 }
 
 TEST_F(RunningProgramsTest, StopsProgramsAndServicesAndRunsActionsInDocumentOrder) {
-    variables_.setVariable("DIR", "C:/apps");
+    variables_.set("DIR", "C:/apps");
     enter(
         "<TestApp>demo.exe</TestApp>"
         "<TerminateApp>demo.exe</TerminateApp>"

@@ -91,7 +91,7 @@ TEST_F(UninstallCommandOfProductTest, GivesWhatTheListOfApplicationsShows) {
 }
 
 TEST_F(UninstallCommandOfProductTest, ExpandsTheVariablesOfThePaths) {
-    variables_.setVariable("D", "/opt/demo");
+    variables_.set("D", "/opt/demo");
     texts_["UninstallCmd"] = "[D]/installer";
     texts_["InstallLogFile"] = "[D]/log";
     const auto found = entry();

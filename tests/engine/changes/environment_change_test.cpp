@@ -73,7 +73,7 @@ TEST_F(EnvironmentElementsTest, DoesNothingWithoutAGroup) {
 
 TEST_F(EnvironmentElementsTest, MakesEachKindAndRecordsIt) {
     machine_.files.addDirectory("/opt/demo");
-    variables_.setVariable("DIR", "C:\\apps");
+    variables_.set("DIR", "C:\\apps");
     set("B", "/opt/demo");
     set("C", "old");
     EXPECT_TRUE(

@@ -60,7 +60,7 @@ protected:
 
 TEST_F(FileEditElementsTest, EditsAFileWithItsPathsExpandedAndRecordsIt) {
     put(textOf({"b"}));
-    variables_.setVariable("D", "/d");
+    variables_.set("D", "/d");
     EXPECT_TRUE(apply(
         "<ModifyFiles><File Path='[D]//target.txt' Command='AddAfter'>[D]/changes</File></ModifyFiles>"));
     EXPECT_EQ(machine_.files.content(kTarget), textOf({"b", "new 1", "new 2"}));

@@ -208,7 +208,7 @@ TEST_F(FirewallChangeTest, DoesNotTakeTheFirstElementForAGroup) {
 }
 
 TEST_F(FirewallChangeTest, AddsPortsAndApplicationsOfTheDescriptionAndRecordsThem) {
-    variables_.setVariable("D", "C:/apps");
+    variables_.set("D", "C:/apps");
     EXPECT_TRUE(
         apply("<Firewall><Port Port='30304'>Demo service</Port><Port Port='80' Protocol='TCP'>Web</Port>"
               "<Port Port='53' Protocol='UDP;ICMP'>Names</Port>"

@@ -278,7 +278,7 @@ protected:
 };
 
 TEST_F(IniElementsTest, WritesAnEntryWithItsTextsExpandedAndRecordsIt) {
-    variables_.setVariable("D", "/d");
+    variables_.set("D", "/d");
     put({"[/ds]", "a=1", "/db=2"});
     EXPECT_TRUE(
         apply("<Add FileName='[D]//a.ini' Section='[D]s' Key='[D]k' IsPath='' BeforeKey='[D]b'>[D]v</Add>"));

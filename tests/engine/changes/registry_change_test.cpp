@@ -106,7 +106,7 @@ TEST_F(RegistryActionTest, RemovesValuesAndKeysWithoutARecord) {
 }
 
 TEST_F(RegistryActionTest, ExpandsTextsOnlyWhereAsked) {
-    variables_.setVariable("V", "val");
+    variables_.set("V", "val");
     apply(
         "<AddValue Place='HKEY_USERS' Path='[V]' Value='[V]' Log='[V]'>[V]</AddValue>"
         "<AddValue Expand='1' Place='HKEY_USERS' Path='[V]' Value='[V]' Log='[V]'>[V]</AddValue>");

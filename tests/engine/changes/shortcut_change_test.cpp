@@ -124,7 +124,7 @@ TEST_F(ShortcutChangeTest, TakesAPathThatFillsTheLineOfTheLog) {
 }
 
 TEST_F(ShortcutChangeTest, MakesTheShortcutsOfTheDescriptionAndRecordsThem) {
-    variables_.setVariable("M", "/menu/Demo");
+    variables_.set("M", "/menu/Demo");
     describe(std::string(kProduct) +
              "<Shortcuts><Add Type='File' Dest='[M]' Target='/a//b.exe' Arguments='a//b' "
              "StartPath='/a//' IconPath='/a//i.ico' Description='D'>Start.lnk</Add>"
