@@ -87,7 +87,8 @@ std::optional<int> DialogReader::readSubDialogs(DialogDesc& dialog) {
     }
     const std::int32_t section = vocabulary::findChild(description_, dialog.node, "SubDialogs");
     if (section < 0) {
-        debugLog_.print("ERROR: Could NOT find <SubDialogs> tag! (parent: %s)", dialog.name.c_str());
+        debugLog_.line("ERROR: Could NOT find <SubDialogs> tag! (parent: " + std::string(dialog.name.view()) +
+                       ")");
         return std::nullopt;
     }
     int buttons = 0;
@@ -105,7 +106,8 @@ std::optional<int> DialogReader::readSubDialogs(DialogDesc& dialog) {
 bool DialogReader::readTaskList(DialogDesc& dialog) {
     const std::int32_t section = vocabulary::findChild(description_, dialog.node, "TaskList");
     if (section < 0) {
-        debugLog_.print("ERROR: Could NOT find <TaskList> tag! (parent: %s)", dialog.name.c_str());
+        debugLog_.line("ERROR: Could NOT find <TaskList> tag! (parent: " + std::string(dialog.name.view()) +
+                       ")");
         return false;
     }
     for (const std::int32_t node : description_.childrenOf(section)) {
@@ -251,8 +253,8 @@ void DialogReader::readTrigger(std::int32_t node, DialogDesc& dialog) {
     trigger.type = readTriggerType(node, dialog);
     const bool needsValue = trigger.type != kTriggerVarReset && trigger.type != kTriggerVarRecalculation;
     if (trigger.when == 0 || (needsValue && !has(node, "Value"))) {
-        debugLog_.print("WARNING: Extracted a trigger with no type nor specified value (Parent dlg name: %s)",
-                        dialog.name.c_str());
+        debugLog_.line("WARNING: Extracted a trigger with no type nor specified value (Parent dlg name: " +
+                       dialog.name + ")");
         return;
     }
     trigger.variable.assign(attribute(node, "Variable"));
@@ -292,7 +294,7 @@ bool DialogReader::hasPosition(std::int32_t node) const {
 
 std::int32_t DialogReader::numberOr(std::int32_t node, vocabulary::AttributeName name,
                                     std::int32_t fallback) const {
-    return has(node, name) ? OUtils::textToInteger(std::string(attribute(node, name)).c_str()) : fallback;
+    return has(node, name) ? OUtils::textToInteger(attribute(node, name)) : fallback;
 }
 
 std::int32_t DialogReader::colour(std::int32_t node, vocabulary::AttributeName name) const {

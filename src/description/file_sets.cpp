@@ -27,7 +27,7 @@ std::string_view attributeOrEmpty(const PXML& description, std::int32_t node,
 }
 
 std::int32_t numberOf(const PXML& description, std::int32_t node, vocabulary::AttributeName name) {
-    return OUtils::textToInteger(std::string(attributeOrEmpty(description, node, name)).c_str());
+    return OUtils::textToInteger(attributeOrEmpty(description, node, name));
 }
 
 std::string withoutSeparators(std::string_view text) {

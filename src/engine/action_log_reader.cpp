@@ -43,7 +43,7 @@ std::int32_t readCount(LineReader& lines) {
         if (!line.starts_with(kVariableCount) || !startsWithNumber(rest)) {
             throw InstallerError("ERROR: Error parsing the number of variables in log file!");
         }
-        return OUtils::textToInteger(line.c_str() + kVariableCount.size());
+        return OUtils::textToInteger(rest);
     }
     throw InstallerError("ERROR: No variable number found in the provided log file!");
 }
@@ -95,8 +95,8 @@ bool ActionLogReader::readVariables(const VariableSink& sink) {
             sink(variable.name, variable.value);
         } else {
             isComplete = false;
-            debugLog_.print("ERROR: Format error in variable format in log file (Read buff: %s)",
-                            stripped.c_str());
+            debugLog_.line("ERROR: Format error in variable format in log file (Read buff: " + stripped +
+                           ")");
         }
     }
     return isComplete;

@@ -63,7 +63,7 @@ std::vector<std::string_view> AdditionalActions::actionNames() {
 }
 
 void AdditionalActions::run(std::string_view container) {
-    context_.debugLog.print("Running Files for installation tag: <%s>", std::string(container).c_str());
+    context_.debugLog.line("Running Files for installation tag: <" + std::string(container) + ">");
     for (std::int32_t group = context_.tags.nextGroup(container, -1); group >= 0;
          group = context_.tags.nextGroup(container, group)) {
         for (const std::int32_t node : context_.tags.childrenOf(group)) {
@@ -101,8 +101,8 @@ void AdditionalActions::runAction(std::int32_t node) {
 }
 
 std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
-    std::vector<std::string> words;
-    OUtils::splitText(std::string(context_.tags.attribute(node, "Details").value_or("")).c_str(), ';', words);
+    const std::vector<std::string> words =
+        OUtils::splitText(context_.tags.attribute(node, "Details").value_or(""), ';');
     std::uint32_t details = 0;
     for (const std::string& word : words) {
         const auto* known = std::find_if(std::begin(kDetailWords), std::end(kDetailWords),
@@ -110,8 +110,8 @@ std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
         if (known != std::end(kDetailWords)) {
             details |= known->detail;
         } else if (!word.empty()) {
-            context_.debugLog.print("[WARNING] Unrecognized details flag (%s) for tag %s", word.c_str(),
-                                    std::string(context_.tags.nameOf(node)).c_str());
+            context_.debugLog.line("[WARNING] Unrecognized details flag (" + word + ") for tag " +
+                                   std::string(context_.tags.nameOf(node)));
         }
     }
     return details;
@@ -120,7 +120,7 @@ std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
 void AdditionalActions::readProgramFlags(Action& action) {
     DescriptionTags& tags = context_.tags;
     const std::string update(tags.attribute(action.node, "ProgressUpdate").value_or(""));
-    const std::int32_t interval = OUtils::textToInteger(update.c_str());
+    const std::int32_t interval = OUtils::textToInteger(update);
     action.pause = interval > 0 ? static_cast<std::uint32_t>(interval) * kMillisecondsOfAnUpdate : 0;
     const bool hidesErrors =
         tags.hasAttribute(action.node, "ErrorOutput") && !tags.isSet(action.node, "ErrorOutput");
@@ -149,7 +149,7 @@ std::string AdditionalActions::pathOf(const Action& action, std::optional<std::s
         path = normalizedPath(std::move(path));
     }
     if (path.size() > kPathLimit) {
-        context_.debugLog.print("ERROR: A path is too long: \"%s\"", path.c_str());
+        context_.debugLog.line("ERROR: A path is too long: \"" + path + "\"");
         path.clear();
     }
     return path;
@@ -228,8 +228,7 @@ void AdditionalActions::removeDirectory(const Action& action) {
 void AdditionalActions::createFile(const Action& action) {
     DescriptionTags& tags = context_.tags;
     if (!tags.hasAttribute(action.node, "Dest")) {
-        context_.debugLog.print("ERROR: Create file without Dest attribute (alias: \"%s\")!",
-                                action.path.c_str());
+        context_.debugLog.line("ERROR: Create file without Dest attribute (alias: \"" + action.path + "\")!");
         return;
     }
     const std::string destination = destinationOf(action);
@@ -251,8 +250,7 @@ unsigned AdditionalActions::fileModeOf(std::int32_t node) {
     char* end = nullptr;
     const long mode = std::strtol(text.c_str(), &end, 0);
     if (end == text.c_str() || *end != '\0') {
-        context_.debugLog.print("WARNING: Failed to parse file modification - provided string: %s",
-                                text.c_str());
+        context_.debugLog.line("WARNING: Failed to parse file modification - provided string: " + text);
         return kDefaultFileMode;
     }
     return static_cast<unsigned>(mode);

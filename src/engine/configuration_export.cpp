@@ -54,8 +54,8 @@ void ConfigurationExport::fill(PXML& document) {
         document.setAttribute(node, "Name", variable.name);
         document.setAttribute(node, "DataType", "value");
         if (!isRepeatable(variable.value)) {
-            debugLog_.print("WARNING: The value of \"%s\" can't be repeated from a configuration file",
-                            variable.name.c_str());
+            debugLog_.line("WARNING: The value of \"" + variable.name +
+                           "\" can't be repeated from a configuration file");
         }
     }
 }
@@ -68,8 +68,7 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
     PXML present;
     const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
-        debugLog_.print("ERROR: %s is no configuration file of an installer and stays as it is",
-                        path.c_str());
+        debugLog_.line("ERROR: " + path + " is no configuration file of an installer and stays as it is");
     }
     return isOurs;
 }

@@ -51,7 +51,7 @@ void EarlierInstallations::scanRegistered() {
         const auto legacy = tags_.textOf(node);
         if (legacy && parts_.system.findUninstallEntry(*legacy, 0)) {
             ++legacyCount_;
-            parts_.debugLog.print("Found installed legacy app: \"%s\"", std::string(*legacy).c_str());
+            parts_.debugLog.line("Found installed legacy app: \"" + std::string(*legacy) + "\"");
         }
     }
 }
@@ -128,9 +128,9 @@ void EarlierInstallations::scanOwnLog() {
     kind_ = kLoggedInstallation;
     const std::string normalized = normalizedPath(path);
     legacyLogFiles_.push_back({parts_.model.product.fullName().value_or(""), normalized});
-    parts_.debugLog.print(
-        "WARNING: Previous installation log detected with no previous installation in registry (%s)",
-        normalized.c_str());
+    parts_.debugLog.line(
+        "WARNING: Previous installation log detected with no previous installation in registry (" +
+        normalized + ")");
 }
 
 void EarlierInstallations::scanLegacyLog(std::int32_t node) {
@@ -170,7 +170,7 @@ bool EarlierInstallations::remove() {
     const std::string value = parts_.model.variables.get(wish).value_or("");
     const bool isAnythingFound =
         kind_ != kNoPreviousInstallation || legacyCount_ > 0 || !legacyLogFiles_.empty();
-    if (OUtils::textToInteger(value.c_str()) == 0 || !isAnythingFound) {
+    if (OUtils::textToInteger(value) == 0 || !isAnythingFound) {
         return true;
     }
     parts_.debugLog.line("ERROR: Earlier installations are not removed: this version can not do that");

@@ -19,8 +19,8 @@ ExternalProducts::Product ExternalProducts::read(std::int32_t element) {
     product.name = tags_.textOf(element).value_or("");
     product.publisher = tags_.attribute(element, "Publisher").value_or("");
     product.arguments = tags_.expandAttribute(element, "Arguments");
-    std::vector<std::string> details;
-    OUtils::splitText(std::string(tags_.attribute(element, "Details").value_or("")).c_str(), ';', details);
+    const std::vector<std::string> details =
+        OUtils::splitText(tags_.attribute(element, "Details").value_or(""), ';');
     for (const std::string& word : details) {
         product.isPartOfName |= OUtils::equalsIgnoreCase(word, "substring");
         product.flags |= OUtils::equalsIgnoreCase(word, "x86") ? kEntryIn32BitView : 0U;

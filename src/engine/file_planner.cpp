@@ -39,8 +39,8 @@ bool FilePlanner::findDirectory(const FileEntry& file, std::string& outDirectory
     }
     outDirectory = known->second.path;
     if (!known->second.expanded) {
-        debugLog_.print("ERROR: Expanding full destination of a file: %s (alias: %s)", file.dest.c_str(),
-                        file.alias.c_str());
+        debugLog_.line("ERROR: Expanding full destination of a file: " + file.dest +
+                       " (alias: " + file.alias + ")");
     }
     return known->second.expanded;
 }

@@ -89,7 +89,7 @@ void Installation::reportErrors(Report& report, const FailedPhases& failedPhases
     parts_.debugLog.line("WARNING: An error ocurred during installation");
     for (const std::string_view phase : failedPhases) {
         const std::string name(phase);
-        parts_.debugLog.print("ERROR: Encountered an error during %s", name.c_str());
+        parts_.debugLog.line("ERROR: Encountered an error during " + name);
         report.addError("Error during: " + name);
     }
     const std::string_view variable = parts_.model.controls.nameOf(ControlVariable::kInstallError);

@@ -46,7 +46,7 @@ int debugLevelOfEnvironment(platform::Environment& environment) {
     if (!level) {
         return 0;
     }
-    return *level == "true" ? 1 : OUtils::textToInteger(level->c_str());
+    return *level == "true" ? 1 : OUtils::textToInteger(*level);
 }
 
 std::string debugLogFileName(int level, const platform::LocalTime& time) {

@@ -35,7 +35,7 @@ std::optional<std::string> find(const CommandLineParameters& parameters, Option 
 
 int readInteger(const CommandLineParameters& parameters, Option option, int absent) {
     const auto value = find(parameters, option);
-    return value ? OUtils::textToInteger(value->c_str()) : absent;
+    return value ? OUtils::textToInteger(*value) : absent;
 }
 
 }  // namespace

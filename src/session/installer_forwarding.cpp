@@ -97,7 +97,10 @@ int Installer::getUninstallXmlFile(char* buffer, int size) {
                     size);
 }
 int Installer::getTemporaryFileName(char* buffer, int size) {
-    return give(system_.temporaryFileName(), buffer, size);
+    const auto path = system_.temporaryFileName();
+    // A path that was cut would name another file.
+    const bool fits = path && static_cast<std::int64_t>(path->size()) < size;
+    return give(fits ? path : std::nullopt, buffer, size);
 }
 
 int Installer::getPreviousInstallationKind() {

@@ -24,7 +24,7 @@ int processorsOf(const std::vector<platform::ProcessorGroup>& groups) {
 }
 
 std::optional<int> numberOf(const std::optional<std::string>& text) {
-    return text.has_value() ? std::optional<int>(textToInteger(text->c_str())) : std::nullopt;
+    return text.has_value() ? std::optional<int>(textToInteger(*text)) : std::nullopt;
 }
 
 }  // namespace

@@ -22,8 +22,7 @@ void ButtonActions::perform(InstallerUI* ui, std::string_view text) {
 }
 
 void ButtonActions::assignAll(std::string_view text) {
-    std::vector<std::string> assignments;
-    OUtils::splitText(std::string(text).c_str(), ';', assignments);
+    const std::vector<std::string> assignments = OUtils::splitText(text, ';');
     for (const std::string& assignment : assignments) {
         if (!assignment.empty()) {
             variables_.assign(assignment);

@@ -98,6 +98,7 @@ void Triggers::printExpression(const Firing& firing) {
 
 void Triggers::reset(const TriggerDesc& trigger, ResetMode mode) {
     if (!variables_.reset(trigger.variable.view(), mode)) {
-        debugLog_.print("WARNING: Trying to reset non-existent variable: %s", trigger.variable.c_str());
+        debugLog_.line("WARNING: Trying to reset non-existent variable: " +
+                       std::string(trigger.variable.view()));
     }
 }

@@ -16,13 +16,6 @@ std::optional<std::string_view> optionalText(const char* text) {
     return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
 }
 
-// The contracts' form of a text: 0; -1 with an empty buffer when there is none or it doesn't fit.
-int copyTo(const std::optional<std::string>& text, char* buffer, int size) {
-    const bool fits = text && static_cast<std::int64_t>(text->size()) < size;
-    OUtils::copyText(buffer, fits ? text->c_str() : "", size);
-    return fits ? 0 : -1;
-}
-
 bool take(RecordedResult result, std::string& outUndo) {
     outUndo = std::move(result.undo);
     return result.done;
@@ -38,11 +31,6 @@ Wini::Wini(const platform::Platform& machine, SystemServices& services, AnswersF
       programs_(machine.processes, machine.shell, log),
       arguments_(arguments) {}
 
-int Wini::getConfigFile(char* buffer, int size) {
-    OUtils::copyText(buffer, configFile.c_str(), size);
-    return 0;
-}
-
 bool Wini::findUninstallEntry(const char* applicationName, std::uint32_t flags) {
     return services_.findUninstallEntry(textOf(applicationName), flags);
 }
@@ -54,8 +42,8 @@ void Wini::findEntriesByPublisher(std::vector<std::string>& outNames, const char
     }
 }
 
-bool Wini::getApplicationLogFile(const char* applicationName, char* buffer, int size) {
-    return copyTo(services_.applicationLogFile(textOf(applicationName)), buffer, size) == 0;
+std::optional<std::string> Wini::getApplicationLogFile(const char* applicationName) {
+    return services_.applicationLogFile(textOf(applicationName));
 }
 
 bool Wini::registerApplication() {

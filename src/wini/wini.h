@@ -35,14 +35,13 @@ public:
     int getDebugLevelArgument() const { return arguments_.debugLevel; }
     int getGuiArgument() const { return arguments_.gui; }
     int getIgnoreErrorsArgument() const { return arguments_.ignoreErrors; }
-    // 0.
-    int getConfigFile(char* buffer, int size);
+    const std::string& getConfigFile() const { return configFile; }
 
     // Services of the system, as in SystemOperations.
     bool findUninstallEntry(const char* applicationName, std::uint32_t flags);
     void findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
                                 const char* publisher, std::uint32_t flags);
-    bool getApplicationLogFile(const char* applicationName, char* buffer, int size);
+    std::optional<std::string> getApplicationLogFile(const char* applicationName);
     bool registerApplication();
     bool removeUninstallEntry(const char* applicationName);
     bool uninstallApplication(const char* applicationName, const char* arguments, std::uint32_t flags,

@@ -82,7 +82,7 @@ bool DirectoryChange::isKnown(const std::string& directory) {
 
 bool DirectoryChange::undo(const LogRecord& record) {
     const std::string levels(firstLogField(record.fields));
-    toRemove_.push_back({std::string(nextLogField(record.fields)), OUtils::textToInteger(levels.c_str())});
+    toRemove_.push_back({std::string(nextLogField(record.fields)), OUtils::textToInteger(levels)});
     context_.report.expectSteps(1);
     return true;
 }

@@ -72,8 +72,7 @@ std::string withoutOuterQuotes(std::string_view text) {
 }
 
 bool holdsDirectory(platform::FileSystem& files, const std::string& list, std::string_view directory) {
-    std::vector<std::string> entries;
-    OUtils::splitText(withoutQuotes(list).c_str(), ';', entries);
+    const std::vector<std::string> entries = OUtils::splitText(withoutQuotes(list), ';');
     return namesSameDirectory(files, entries, withoutOuterQuotes(directory));
 }
 

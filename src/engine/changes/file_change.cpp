@@ -84,8 +84,8 @@ std::string FileChange::prepareDirectory(const FileEntry& file) {
 bool FileChange::readContent(Work& work, FileContent& content) {
     if (!contents_.read(work.file.alias, content)) {
         if (!work.file.okIfMissing) {
-            context_.debugLog.print("ERROR: File missing from the compressed cabinet! (alias: %s)",
-                                    work.file.alias.c_str());
+            context_.debugLog.line(
+                "ERROR: File missing from the compressed cabinet! (alias: " + work.file.alias + ")");
             failed_ = true;
         }
         return false;
@@ -123,7 +123,7 @@ bool FileChange::place(const Work& work, const FileContent& content) {
 // A file that was there already counts as well: an earlier run may have been ended before this step.
 void FileChange::markProgram(const Work& work) {
     if (work.file.executable && context_.machine.files.makeExecutable(work.path) != 0) {
-        context_.debugLog.print("WARNING: %s could not be marked as a program", work.path.c_str());
+        context_.debugLog.line("WARNING: " + work.path + " could not be marked as a program");
     }
 }
 
@@ -140,8 +140,8 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
 bool FileChange::undo(const LogRecord& record) {
     const std::string_view kind = firstLogField(record.fields);
     const std::string path(nextLogField(record.fields));
-    const bool isToGo = kind == ActionLogFormat::kCreate ||
-                        (kind == ActionLogFormat::kOver && !replaced_.restored);
+    const bool isToGo =
+        kind == ActionLogFormat::kCreate || (kind == ActionLogFormat::kOver && !replaced_.restored);
     if (!isToGo || path.empty()) {
         return true;
     }

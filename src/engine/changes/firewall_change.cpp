@@ -82,8 +82,7 @@ void openProtocols(FirewallOperations& firewall, const DebugLog& debugLog, const
 
 // Other words are logged, each, and skipped.
 std::uint8_t protocolsOf(const std::string& words, const std::string& warning, const DebugLog& debugLog) {
-    std::vector<std::string> list;
-    OUtils::splitText(words.c_str(), kProtocolSeparator, list);
+    const std::vector<std::string> list = OUtils::splitText(words, kProtocolSeparator);
     std::uint8_t protocols = 0;
     for (const std::string& word : list) {
         const auto* found = std::ranges::find(kProtocols, word, &Protocol::word);
@@ -99,7 +98,7 @@ std::uint8_t protocolsOf(const std::string& words, const std::string& warning, c
 FirewallPortRule readRecord(std::string_view fields, const DebugLog& debugLog) {
     const std::vector<std::string_view> parts = RecordText::splitAll(fields);
     FirewallPortRule rule;
-    rule.port = parts.empty() ? 0 : OUtils::textToInteger(std::string(parts[0]).c_str());
+    rule.port = parts.empty() ? 0 : OUtils::textToInteger(parts[0]);
     if (parts.size() < 2 || parts[1].empty() || rule.port < 1 || rule.port > kLastPort) {
         throw GenericError("Invalid firewall port action log entry: \"%s\"", std::string(fields).c_str());
     }
@@ -159,7 +158,7 @@ FirewallResult FirewallChange::applyPort(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::string protocols(tags.attribute(node, "Protocol").value_or(kBothProtocols));
     FirewallPortRule rule;
-    rule.port = OUtils::textToInteger(std::string(tags.attribute(node, "Port").value_or("")).c_str());
+    rule.port = OUtils::textToInteger(tags.attribute(node, "Port").value_or(""));
     rule.name = tags.expand(tags.textOf(node)).substr(0, FirewallPortRule::kNameLimit);
     rule.protocols =
         protocolsOf(protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification",

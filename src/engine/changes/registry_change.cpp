@@ -59,8 +59,7 @@ bool canBeRecorded(const KeyAddress& address, std::string_view place, std::strin
 
 // The paths of all levels, the topmost first. Empty components don't count: the registry has none.
 std::vector<std::string> levelsOf(const std::string& path) {
-    std::vector<std::string> components;
-    OUtils::splitText(path.c_str(), '\\', components);
+    const std::vector<std::string> components = OUtils::splitText(path, '\\');
     std::vector<std::string> levels;
     for (const std::string& component : components) {
         if (!component.empty()) {
@@ -226,8 +225,7 @@ void RegistryChange::removeValue(const Element& element) {
 
 void RegistryChange::removeKey(const Element& element) {
     const auto count = context_.tags.attribute(element.node, "KeyCount");
-    deleteKeys(context_.machine.registry, element.key(),
-               count ? OUtils::textToInteger(std::string(*count).c_str()) : 1);
+    deleteKeys(context_.machine.registry, element.key(), count ? OUtils::textToInteger(*count) : 1);
 }
 
 bool RegistryChange::isRecorded(const Element& element) {
@@ -247,8 +245,8 @@ bool RegistryChange::undo(const LogRecord& record) {
         context_.debugLog.line("WARNING: (Dev) Wrong number of tokens in the install.log for " +
                                std::string(record.tag));
     } else if (record.tag == ActionLogFormat::kRegistryKey) {
-        createdKeys_.push_back({std::string(fields[1]), std::string(fields[2]),
-                                OUtils::textToInteger(std::string(fields[0]).c_str())});
+        createdKeys_.push_back(
+            {std::string(fields[1]), std::string(fields[2]), OUtils::textToInteger(fields[0])});
     } else {
         deleteValue(context_.machine.registry, {fields[0], fields[1]}, fields[2]);
     }

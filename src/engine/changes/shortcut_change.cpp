@@ -119,9 +119,8 @@ bool ShortcutChange::applyRequest(const ShortcutRequest& shortcut) {
     const std::optional<std::string> fields =
         add(context_.machine, product_, context_.report, context_.debugLog, shortcut);
     if (!fields) {
-        context_.debugLog.print("ERROR: Creating shortcut: \"%s\" to \"%s\" and args\"%s\"",
-                                shortcut.linkPath.c_str(), shortcut.target.c_str(),
-                                shortcut.arguments.c_str());
+        context_.debugLog.line("ERROR: Creating shortcut: \"" + shortcut.linkPath + "\" to \"" +
+                               shortcut.target + "\" and args\"" + shortcut.arguments + "\"");
         return false;
     }
     context_.log.writeRecord(Format::kShortcut, {*fields});

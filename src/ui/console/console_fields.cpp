@@ -88,10 +88,8 @@ std::string askForText(const DialogFieldDesc& field, InputProvider& input, Insta
 }
 
 std::vector<std::string> itemsOf(const DialogFieldDesc& field) {
-    std::vector<std::string> items;
-    std::vector<std::string> details;
-    OUtils::splitText(field.content.c_str(), ';', items);
-    OUtils::splitText(field.description.c_str(), ';', details);
+    std::vector<std::string> items = OUtils::splitText(field.content.view(), ';');
+    const std::vector<std::string> details = OUtils::splitText(field.description.view(), ';');
     for (std::size_t i = 0; i < details.size() && items.size() >= details.size(); ++i) {
         items[i] += " " + details[i];
     }
@@ -99,8 +97,7 @@ std::vector<std::string> itemsOf(const DialogFieldDesc& field) {
 }
 
 std::vector<bool> enabledOf(const DialogFieldDesc& field, std::size_t count, InstallExchangeInfo& engine) {
-    std::vector<std::string> conditions;
-    OUtils::splitText(field.enable.c_str(), '|', conditions);
+    const std::vector<std::string> conditions = OUtils::splitText(field.enable.view(), '|');
     std::vector<bool> enabled(count, true);
     for (std::size_t i = 0; i < count && i < conditions.size(); ++i) {
         enabled[i] = engine.evaluateCondition(conditions[i].c_str()) != 0;

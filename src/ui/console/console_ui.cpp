@@ -203,7 +203,7 @@ void ConsoleUI::printDocument(const DialogElementDesc& element) {
     if (text.has_value()) {
         pager_.print(*text);
     } else {
-        debugLog_.print("WARNING: The document \"%s\" is broken and isn't shown", element.text.c_str());
+        debugLog_.line("WARNING: The document \"" + element.text + "\" is broken and isn't shown");
     }
 }
 
