@@ -44,14 +44,14 @@ bool ConfigurationExport::write(const std::string& path) {
 }
 
 void ConfigurationExport::fill(PXML& document) {
-    const std::int32_t root = document.addPath(-1, kRoot, nullptr, false);
+    const std::int32_t root = document.addPath(-1, kRoot, std::nullopt, false);
     for (std::int32_t i = 0; i < variables_.getCount(); ++i) {
         const InstallVariable& variable = variables_.at(i);
-        if (!exclusions_.isVariableExported(variable.name.c_str(), kExcludeFromConfig)) {
+        if (!exclusions_.isVariableExported(variable.name, kExcludeFromConfig)) {
             continue;
         }
-        const std::int32_t node = document.addPath(root, "Value", variable.value.c_str(), true);
-        document.setAttribute(node, "Name", variable.name.c_str());
+        const std::int32_t node = document.addPath(root, "Value", variable.value, true);
+        document.setAttribute(node, "Name", variable.name);
         document.setAttribute(node, "DataType", "value");
         if (!isRepeatable(variable.value)) {
             debugLog_.print("WARNING: The value of \"%s\" can't be repeated from a configuration file",
