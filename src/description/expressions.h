@@ -43,6 +43,7 @@ public:
     bool holds(std::optional<std::string_view> condition) {
         return evaluate(condition.value_or(std::string_view())).value_or(true);
     }
+    bool holds(std::nullptr_t) = delete;  // not a text
 
 private:
     VariableLookup& variables_;

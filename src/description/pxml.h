@@ -106,11 +106,13 @@ public:
     std::optional<std::string_view> getAttribute(std::int32_t node, std::string_view name) const;
     // Replaces that attribute's value or appends a new attribute. False for a bad index.
     bool setAttribute(std::int32_t node, std::string_view name, std::optional<std::string_view> value);
+    bool setAttribute(std::int32_t node, std::string_view name, std::nullptr_t) = delete;  // not a text
     // Walks the path below `parent` (-1: top level), making what is missing; the last component gets `value`
     // as its text, in a new element if `alwaysNew`. Empty components are passed over. Returns
     // the last node of the path; -1 for a bad parent or an empty path.
     std::int32_t addPath(std::int32_t parent, std::string_view path, std::optional<std::string_view> value,
                          bool alwaysNew);
+    std::int32_t addPath(std::int32_t parent, std::string_view path, std::nullptr_t, bool alwaysNew) = delete;
 
     // Visits a node and all below it, or all below it alone, in document order, until the hook gives a result
     // other than 0, which is returned. The visited indices are appended to `trace`. 0 for a bad index.
