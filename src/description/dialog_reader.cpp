@@ -254,7 +254,7 @@ void DialogReader::readTrigger(std::int32_t node, DialogDesc& dialog) {
     const bool needsValue = trigger.type != kTriggerVarReset && trigger.type != kTriggerVarRecalculation;
     if (trigger.when == 0 || (needsValue && !has(node, "Value"))) {
         debugLog_.line("WARNING: Extracted a trigger with no type nor specified value (Parent dlg name: " +
-                       dialog.name + ")");
+                       std::string(dialog.name.view()) + ")");
         return;
     }
     trigger.variable.assign(attribute(node, "Variable"));

@@ -21,7 +21,7 @@ TEST_F(TriggersTest, ChangesAVariableToTheExpandedValue) {
 TEST_F(TriggersTest, SetsTheEnvironmentThroughADollarName) {
     addTrigger(page, kTriggerOnStart, kTriggerVarChange, "$NAME", "text");
     fire();
-    EXPECT_EQ(environment.environment["NAME"], "text");
+    EXPECT_EQ(environment.variables["NAME"], "text");
     EXPECT_EQ(variables.find("$NAME"), std::nullopt);
 }
 

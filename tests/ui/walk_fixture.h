@@ -10,40 +10,16 @@
 
 #include "description/control_variables.h"
 #include "description/dialog_model.h"
-#include "description/environment_access.h"
 #include "description/expressions.h"
 #include "description/predefined_variables.h"
 #include "description/pxml.h"
 #include "description/variable_store.h"
 #include "fakes/fake_console.h"
+#include "fakes/fake_environment.h"
 #include "fakes/fake_page_actions.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 #include "ui/dialog_walk.h"
-
-class WalkEnvironment : public EnvironmentAccess {
-public:
-    std::map<std::string, std::string> environment;
-
-    bool getEnvironment(const char* name, std::string& outValue) override {
-        const auto found = environment.find(name);
-        outValue = found == environment.end() ? std::string() : found->second;
-        return found != environment.end();
-    }
-    bool setEnvironment(const char* name, const char* value) override {
-        environment[name] = value;
-        return true;
-    }
-    bool fileExists(const char*) override { return false; }
-    bool getProgramPath(std::string& outPath) override {
-        outPath = "/opt/installer";
-        return true;
-    }
-    bool getTempDirectory(std::string& outPath) override {
-        outPath = "/tmp";
-        return true;
-    }
-};
 
 // A gate that gives scripted answers; the last one stays.
 class TestGate : public PageGate {
@@ -123,10 +99,10 @@ protected:
 
     FakeConsole log;
     DebugLog debugLog{log};
-    WalkEnvironment environment;
+    FakeEnvironment environment;
     MemoryFileSystem files;
     std::int32_t isGraphical = 0;
-    PredefinedVariables predefined{isGraphical, environment, debugLog};
+    PredefinedVariables predefined{isGraphical, environment, files, debugLog};
     VariableStore variables{predefined, environment, debugLog};
     Expressions expressions{variables, debugLog};
     DialogModel dialogs;
