@@ -112,9 +112,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Run run({reinterpret_cast<const char*>(data), size});
     checkStore(run);
     checkRepeated(run);
-    for (const int mode : {kResetToExpression, kResetToExpressionAndFollow, kResetToDefault}) {
+    for (const ResetMode mode : {kResetToExpression, kResetToExpressionAndFollow, kResetToDefault}) {
         for (std::int32_t index = 0; index < run.variables().getCount(); ++index) {
-            run.variables().resetVariable(run.variables().at(index).name.c_str(), mode);
+            run.variables().reset(run.variables().at(index).name, mode);
         }
     }
     checkStore(run);
