@@ -5,18 +5,18 @@
 
 class InstallerUI;
 
-// How a text joins a variable of the system environment.
+// How a text is added to a variable of the system environment.
 enum class EnvironmentMode : std::int32_t { kReplace = 1, kAppend = 2, kInsert = 3 };
 
 struct ShortcutRequest;
 struct FirewallPortRule;
 enum class FirewallResult : std::int32_t;
 
-// The changes to the operating system that a description asks for, each with its undo: answered by Wini. An
-// operation that makes a change hands back an undo text, which goes into the action log behind the record's
-// tag and is what the operation that takes the change back reads. Texts are UTF-8; null counts as missing;
-// `ui` may be null. Failures are results, and lines of the front end and the session's list of errors where
-// the operation has such; nothing is thrown but std::bad_alloc. Session thread only.
+// The changes to the operating system that a description asks for, each with its undo; Wini carries them out.
+// An operation that makes a change returns an undo text, which goes into the action log after the record's
+// tag and is read by the operation that takes the change back. Texts are UTF-8; null counts as missing;
+// `ui` may be null. Failures are reported by the result and, for some operations, also by lines in the front
+// end and in the session's list of errors; nothing is thrown but std::bad_alloc. Session thread only.
 //
 // An earlier value that a record of the action log can't hold whole is never lost: that change fails and
 // nothing is written.
@@ -25,11 +25,11 @@ public:
     virtual ~SystemModifications() = default;
 
     // True on success. With `isPath` a text that names the directory of an entry isn't added a second time.
-    // `outUndo` is the undo text also after a failure of the writing.
+    // `outUndo` holds the undo text even when writing fails.
     virtual bool addEnvironmentEntry(const char* name, const char* value, EnvironmentMode mode,
                                      std::string& outUndo, InstallerUI* ui, bool isPath) = 0;
     virtual bool removeEnvironmentEntry(const char* undoText, InstallerUI* ui) = 0;
-    // Tells the programs that run, and those to come, about the system's environment.
+    // Makes the system's environment known to running programs and to those started later.
     virtual bool broadcastEnvironmentChange() = 0;
 
     // As above. A new key is put in front of `beforeKey` unless that is null or absent from the file.
@@ -37,7 +37,7 @@ public:
                              std::string& outUndo, InstallerUI* ui, bool isPath, const char* beforeKey) = 0;
     virtual bool removeIniEntry(const char* undoText, InstallerUI* ui) = 0;
 
-    // Adds lines behind others, as the file `description` tells.
+    // Adds lines after others, as the file `description` says.
     virtual bool modifyFile(const char* path, const char* description, std::string& outUndo,
                             InstallerUI* ui) = 0;
     virtual bool undoFileModification(const char* undoText, InstallerUI* ui) = 0;
@@ -48,10 +48,10 @@ public:
     virtual FirewallResult firewallAddApplication(const char* path, const char* name) = 0;
     virtual FirewallResult firewallRemoveApplication(const char* path) = 0;
     virtual FirewallResult firewallAddPort(const FirewallPortRule& rule) = 0;
-    // `logText` is the record behind "PORT": port, protocols and name, separated by TABs.
+    // `logText` is the record after "PORT": port, protocols and name, separated by TABs.
     virtual FirewallResult firewallRemovePort(const char* logText) = 0;
 
-    // A key or value whose record the action log would cut isn't written, since the undo would hit another.
+    // A key or value whose record the action log would cut isn't written: its undo would change another one.
     // `place` is one of the four root names, `path` may hold `/`. 0 or the system's error; -1 for a missing
     // argument or another root. `type` may be null; `outCreated` is the number of key levels that were made.
     virtual int writeRegistryValue(const char* place, const char* path, const char* type,
@@ -60,7 +60,7 @@ public:
     virtual int createRegistryKey(const char* place, const char* path) = 0;
     // 0 or the system's error; -1 for a missing argument or another root.
     virtual int deleteRegistryValue(const char* place, const char* path, const char* valueName) = 0;
-    // Deletes up to `levels` keys from the deepest on, each only without subkeys. How many were deleted.
+    // Deletes up to `levels` keys deepest first, each only if it has no subkeys. Returns how many.
     virtual int deleteRegistryKeys(const char* place, const char* path, int levels) = 0;
 
     // The product's own entry in the system's list of installed applications.
@@ -71,8 +71,8 @@ public:
                                       InstallerUI* ui) = 0;
 
     // `flags` is a set of RunProgramFlag; `arguments` and `workDir` may be null; `delay` is the pause between
-    // two looks at an asynchronous program, in milliseconds. True when the document was opened, the program
-    // was started, or, where its end is waited for, ended with 0.
+    // two checks of an asynchronous program, in milliseconds. True when the document was opened, the program
+    // was started or, where the call waits for its end, ended with 0.
     virtual bool runAssociatedProgram(const char* path, const char* arguments, std::uint32_t flags,
                                       const char* workDir, InstallerUI* ui, std::uint32_t delay) = 0;
 };
