@@ -13,9 +13,9 @@ struct DialogButtonDesc;
 struct TaskDesc;
 
 // The session, as the front ends see it. Text getters fill `buffer` of `size` bytes, terminator included, and
-// return 0 for success or a negative number unless told otherwise. Records belong to the session and stay
-// valid until it is released. A `sub` of -1 means the dialog itself; a bad index gives null, 0 or -1. All of
-// it is for the thread that called run, but for `cancel`.
+// return 0 for success or a negative number unless stated otherwise. Records belong to the session and stay
+// valid until it is released. A `sub` of -1 means the dialog itself; a bad index gives null, 0 or -1. Only
+// the thread that called run may use it, except for `cancel`.
 class InstallExchangeInfo {
 public:
     virtual ~InstallExchangeInfo() = default;
@@ -38,10 +38,10 @@ public:
     virtual int getPreviousInstallationKind() = 0;
     virtual bool isUninstalling() = 0;
 
-    // The content of a cabinet entry; `outDigest`, when not null, gets its MD5. 0 or -1.
+    // The content of a cabinet entry; `outDigest`, when not null, receives its MD5. 0 or -1.
     virtual int readAlias(SharedBuffer& outBuffer, const char* alias,
                           std::array<std::uint8_t, 16>* outDigest) = 0;
-    // The result is always -1; `buffer` tells whether the alias was found.
+    // The result is always -1; `buffer` shows whether the alias was found.
     virtual int getFilePathByAlias(const char* alias, char* buffer, int size) = 0;
 
     virtual DialogDesc* getDialog(int dialog, int sub) = 0;
@@ -51,7 +51,7 @@ public:
     virtual int getSubDialogCount(int dialog) = 0;
     virtual int getCurrentDialog() = 0;
     virtual int getCurrentSubDialog() = 0;
-    // What of a page hangs on a variable: a set of RefreshFlag.
+    // The parts of a page that depend on a variable: a set of RefreshFlag.
     virtual std::uint32_t getRefreshFlags(const char* variable, int dialog, int sub) = 0;
     virtual DialogElementDesc* getElement(int dialog, int index, int sub) = 0;
     virtual int getElementCount(int dialog, int sub) = 0;
@@ -68,24 +68,24 @@ public:
     virtual bool isFinished() = 0;
     virtual bool hasErrors() = 0;
 
-    // Overrides the path of the own image; null or empty takes the override away.
+    // Overrides the path of the program's image; null or empty removes the override.
     virtual void setApplicationPath(const char* path) = 0;
-    // The directory of the own image, or what was set.
+    // The directory of the program's image, or the override.
     virtual int getApplicationPath(char* buffer, int size) = 0;
 
-    // Runs the condition of the present page: 2 when it has none, else 0 or 1.
+    // Evaluates the condition of the current page: 2 when it has none, else 0 or 1.
     virtual int checkDialogCondition(InstallerUI* ui) = 0;
     virtual void setUiState(std::int32_t state) = 0;
     virtual std::int32_t getUiState() = 0;
 
-    // Bracket expansion: the bytes that the whole text needs with its terminator; 0 when there is nothing to
+    // Bracket expansion. The size of the whole text with its terminator, in bytes; 0 when there is nothing to
     // expand or, with `stopOnMissing`, a variable is missing. `destination` may be null to measure.
     virtual int expandVariables(const char* source, char* destination, int size, bool stopOnMissing) = 0;
     virtual int getDefaultValue(const char* name, char* buffer, int size) = 0;
     // The variable's index, -2 for a predefined one or the environment's, -1 when there is none.
     virtual int getVariable(const char* name, char* buffer, int size) = 0;
     virtual int setVariable(const char* name, const char* value) = 0;
-    // 1 true, 0 false, -1 broken; every caller tests for non-zero.
+    // 1 true, 0 false, -1 broken; every caller only tests for non-zero.
     virtual int evaluateCondition(const char* text) = 0;
 
     virtual void performAction(InstallerUI* ui, const char* text) = 0;
@@ -93,7 +93,7 @@ public:
     virtual bool openInDefaultBrowser(const char* url) = 0;
     virtual int dialogBack(InstallerUI* ui, int count) = 0;
     virtual int dialogNext(InstallerUI* ui, int count) = 0;
-    // Any thread. -1 without a front end, else 0.
+    // Callable from any thread. -1 without a front end, else 0.
     virtual int cancel(InstallerUI* ui) = 0;
     virtual int goToDialog(int dialog, InstallerUI* ui) = 0;
     virtual int goToSubdialog(int dialog, int sub, InstallerUI* ui) = 0;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// What a front end shows a task of the task list as.
+// How a front end shows a task in the task list.
 enum TaskState : std::int32_t {
     kTaskNotReached = 0,
     kTaskCurrent = 1,
@@ -11,7 +11,7 @@ enum TaskState : std::int32_t {
     kTaskDisabled = 4,  // only shown, never stored
 };
 
-// What the session does, as the front ends see it.
+// What the session is doing, as the front ends see it.
 enum UiState : std::int32_t {
     kUiReady = 0,
     kUiInstallationRunning = 1,
@@ -21,7 +21,7 @@ enum UiState : std::int32_t {
     kUiBusy = 5,
 };
 
-// The parts of a page that hang on variables, for InstallerUI::refreshDialog.
+// The parts of a page that depend on variables, for InstallerUI::refreshDialog.
 enum RefreshFlag : std::uint32_t {
     kRefreshElements = 1,
     kRefreshFields = 2,
@@ -32,8 +32,8 @@ enum RefreshFlag : std::uint32_t {
 enum class MessageKind : std::int32_t { kOkCancel = 0, kInformation = 1, kYesNo = 2 };
 
 // A front end, as the engine sees it. Dialogs and sub-dialogs are indices; a sub-dialog of -1 means the
-// dialog itself. Results are 0 for success and -1 when no engine is attached, unless told otherwise. All
-// operations run on the thread that called run, but for confirmCancel, which may also be called by the
+// dialog itself. Results are 0 for success and -1 when no engine is attached, unless stated otherwise. All
+// operations run on the thread that called run, except confirmCancel, which may also be called by the
 // thread of the console control handler. Texts are UTF-8 and only borrowed.
 class InstallerUI {
 public:
@@ -59,22 +59,22 @@ public:
     virtual void leaveSubDialog(int dialog, int sub) = 0;
     virtual void clearTaskList() = 0;
     virtual void destroySubPage() = 0;
-    // The element of this name survives the change of page.
+    // Keeps the element of this name when the page changes.
     virtual void keepElement(const char* name) = 0;
     // Asks the user, or refuses, according to the UI state; 1 means that the session stops.
     virtual int confirmCancel() = 0;
     virtual void enableDisableable(bool enable) = 0;
-    // Lets the front end breathe during long work.
+    // Lets the front end process events during long work.
     virtual void pumpEvents() = 0;
     virtual void setCurrentProgress(int percent) = 0;
     virtual void setOverallProgress(int percent) = 0;
     virtual void setStatusText(const char* text) = 0;
-    // As pumpEvents, for the loop that copies files.
+    // Like pumpEvents, for the loop that copies files.
     virtual int pumpEventsWhileCopying() = 0;
     // Adds a line to the list of what was done; a null `text` only flushes.
     virtual void addFileLine(const char* text, bool flushNow) = 0;
     virtual void clearFileLines() = 0;
-    // 1 when the user took the affirmative.
+    // 1 when the user gave the affirmative answer.
     virtual int messageBox(const char* text, MessageKind kind) = 0;
     virtual int beginProgress() = 0;
     virtual int endProgress() = 0;
@@ -83,8 +83,8 @@ public:
     virtual int getIgnoreErrors() = 0;
     virtual void setTaskState(const char* name, const char* text, std::int32_t state) = 0;
     virtual void showHelp() = 0;
-    // Makes the provider of answers. `mode` is "uninstall", "autoUninstall", "autoInstall", the empty text or
-    // the path of an answers file; `outAutomated` becomes true when nobody will be asked. 0 when ready.
+    // Creates the input provider. `mode` is "uninstall", "autoUninstall", "autoInstall", the empty text or
+    // the path of an answers file; `outAutomated` becomes true when no user will be asked. 0 when ready.
     virtual int createInputProvider(const char* mode, bool& outAutomated) = 0;
     virtual void setFatalMessage(const char* text, const char* caption) = 0;
     virtual void showFatalMessage() = 0;

@@ -8,20 +8,20 @@
 
 class InstallerUI;
 
-// A program that must not run while a page is passed.
+// A program that must not be running when the user passes a page.
 struct WatchedProgram {
     std::string name;
     bool isRunning = false;
 };
 
-// The products of other installers that a page found, for looking at them again later.
+// The products of other installers that a page found, so that they can be checked again later.
 struct ExternalProductList {
     std::vector<std::string> names;
-    bool in32BitView = false;  // where to look for all of them
+    bool in32BitView = false;  // the view to search for all of them
 };
 
-// The work behind the pages with reserved names: the walk of the dialogs asks, the session answers. Results
-// are true for success unless told otherwise. A `page` is the index of the page's element in the description.
+// The work of the pages with reserved names: the dialog walk asks for it, the session does it. Results are
+// true for success unless stated otherwise. A `page` is the index of the page's element in the description.
 // Session thread only.
 class PageActions {
 public:
@@ -44,15 +44,15 @@ public:
     // The actions and exports after an installation, once in a session. Failures don't stop the walk.
     virtual void finishInstallation(InstallerUI& ui) = 0;
 
-    // Carries out the elements of a page of running programs: stops programs, runs action sections and notes
-    // which programs to watch from now on. What an earlier page noted is forgotten.
+    // Carries out the elements of a page of running programs: stops programs, runs action sections and
+    // remembers which programs to watch from now on, instead of those of an earlier page.
     virtual void prepareProgramWatch(std::int32_t page, InstallerUI& ui) = 0;
-    // The programs to watch, in their order, and which of them run now.
+    // The programs to watch, in order, and whether each is running now.
     virtual std::vector<WatchedProgram> watchPrograms() = 0;
 
     // Uninstalls every installed product that the elements of a page name, and waits for each uninstaller.
-    // `onFirst` is called once before the first of them. A product that stays is no failure here: the page
-    // asks isAnyInstalled later.
+    // `onFirst` is called once before the first of them. A product that stays installed isn't a failure here:
+    // the page calls isAnyInstalled later.
     virtual ExternalProductList removeExternalProducts(std::int32_t page, InstallerUI& ui,
                                                        const std::function<void()>& onFirst) = 0;
     virtual bool isAnyInstalled(const ExternalProductList& products) = 0;

@@ -8,7 +8,7 @@
 
 class InstallerUI;
 
-// A value of the registry, as the description asks for it.
+// A value of the registry, in the form that the description reads.
 struct SystemRegistryValue {
     // The number of the value's type as Windows defines it (1 text, 2, 3 binary, 4 ...).
     std::uint32_t type = 0;
@@ -37,22 +37,22 @@ class SystemOperations {
 public:
     virtual ~SystemOperations() = default;
 
-    // The path of a new temporary file; no two calls give the same, and no file is made. None when the system
-    // refuses or the path gets too long.
+    // The path of a new temporary file; no two calls return the same, and no file is created. None when the
+    // system refuses or the path becomes too long.
     virtual std::optional<std::string> temporaryFileName() = 0;
 
-    // Is `applicationName` in the system's list of installed applications? `flags` is, here and below, a set
+    // Is `applicationName` in the system's list of installed applications? Here and below, `flags` is a set
     // of UninstallEntryFlag.
     virtual bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) = 0;
     // The entries whose name contains `nameFilter` and, unless `publisher` is empty, whose publisher contains
-    // that.
+    // `publisher`.
     virtual std::vector<std::string> findEntriesByPublisher(std::string_view nameFilter,
                                                             std::string_view publisher,
                                                             std::uint32_t flags) = 0;
     // The action log that the application's registered uninstall command names; none when there is no such
     // path or it is longer than a path may be.
     virtual std::optional<std::string> applicationLogFile(std::string_view applicationName) = 0;
-    // Makes or renews an entry. True when all of it was written; failures are logged.
+    // Creates or updates an entry. True when all of it was written; failures are logged.
     virtual bool registerApplication(const ApplicationEntry& entry) = 0;
     // False when there is no such entry or it can't be removed.
     virtual bool removeUninstallEntry(std::string_view applicationName) = 0;
@@ -61,7 +61,7 @@ public:
     virtual bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
                                       std::uint32_t flags, InstallerUI* ui) = 0;
 
-    // Does a process of that base name run, from that directory if one is given (empty: any)?
+    // Is a process of that base name running, from `directory` unless that is empty?
     virtual bool isApplicationRunning(std::string_view name, std::string_view directory) = 0;
     // Stops every process that isApplicationRunning would find. True if one was found and stopped.
     virtual bool closeApplication(std::string_view name, bool isService, std::string_view directory) = 0;
@@ -78,9 +78,9 @@ public:
     virtual std::optional<std::vector<std::string>> listRegistryKeys(std::string_view place,
                                                                      std::string_view path) = 0;
 
-    // Lets the system's default program show a web page. False, and a line of the log, when it can't.
+    // Opens a web page in the system's default browser. False, with a line in the log, on failure.
     virtual bool openInDefaultBrowser(std::string_view url) = 0;
 
-    // Waits; the front end isn't served meanwhile.
+    // Blocks; the front end processes no events meanwhile.
     virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;
 };

@@ -169,7 +169,7 @@ int InstallerProgram::uninstall() {
     return failed ? kFailed : 0;
 }
 
-// Windows keeps the image of a running program; there its copy stays until the next one takes its place.
+// Windows keeps the image of a running program, so there the copy stays until the next one replaces it.
 void InstallerProgram::removeRelaunchCopies() {
     platform_.files.removeFile(*options_.uninstallFile);
     std::string image;

@@ -19,7 +19,7 @@ namespace platform {
 struct Platform;
 }
 
-// One run of the program: a command line becomes a run mode, and the mode one session with one front end.
+// One run of the program: the command line decides the run mode, which runs one session with one front end.
 class InstallerProgram {
 public:
     // `platform` is borrowed and outlives the object.
@@ -45,7 +45,7 @@ private:
     void removeRelaunchCopies();
     int runSession(ConsoleUI& ui);
     void endSession();
-    // On the screen of the run: a message box for a graphical run, else standard output.
+    // Shows the user a message box in a graphical run, else a text on standard output.
     void showError(std::string_view text);
     void print(std::string_view text);
 

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr char kLogCopyName[] = "\\ormeluninst.log";
-// The copy is a program in spite of its name.
+// The copy is a program, despite its name.
 constexpr char kImageCopyName[] = "\\ormeluninst.dll";
 
 }  // namespace
@@ -47,8 +47,8 @@ bool UninstallRelaunch::fail() {
     return false;
 }
 
-// Others can write to the directory of these fixed names: each file is made anew as this user's own before
-// anything goes into it.
+// Others can write to the directory that holds these fixed names, so each file is created anew, owned by this
+// user, before anything is written to it.
 bool UninstallRelaunch::copyToPrivateFile(const std::string& from, const std::string& to) {
     PFileStream file(platform_.files);
     return file.openPrivate(to) == 0 && file.close() == 0 && OUtils::copyFile(from, to, platform_.files);

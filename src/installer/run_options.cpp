@@ -22,7 +22,7 @@ enum class Option {
     kCount,
 };
 
-// By the number of the option.
+// Indexed by option number.
 constexpr const char* kNames[] = {"debug",     "gui",          "ignoreErrors", "backup",
                                   "auto",      "configFile",   "quiet",        "bin",
                                   "uninstall", "uninstallApp", "uninstallFile"};

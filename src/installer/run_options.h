@@ -25,7 +25,7 @@ struct RunOptions {
     std::optional<std::string> uninstallFile;  // second stage: the copied action log
 };
 
-// Reads the options in an order that decides how they combine: an answers file and `auto` select the
+// Reads the options in the order that decides how they combine: an answers file and `auto` select the
 // console, and an explicit `quiet` overrides the silence of an answers file.
 RunOptions readRunOptions(const CommandLineParameters& parameters);
 

@@ -9,8 +9,8 @@
 #include "base/p_list.h"
 #include "description/command_line_arguments.h"
 
-// The options of the command line, in their order. Names and values are UTF-8, belong to this object and stay
-// in place for its whole life.
+// The options of the command line, in order. Names and values are UTF-8, belong to this object and keep their
+// addresses for its whole lifetime.
 class CommandLineParameters : public CommandLineArguments {
 public:
     CommandLineParameters();
@@ -18,9 +18,9 @@ public:
     CommandLineParameters(const CommandLineParameters&) = delete;
     CommandLineParameters& operator=(const CommandLineParameters&) = delete;
 
-    // Reads the tokens after the program's name: "-name=value", "--name=value", "-name value", "-name". A
-    // value in double quotes loses them. 0, or -1 for a word that isn't the value of an option; the options
-    // before it are kept then. Called once.
+    // Reads the tokens after the program's name: "-name=value", "--name=value", "-name value", "-name". The
+    // double quotes around a value are removed. 0, or -1 for a word that isn't the value of an option; the
+    // options before it are kept then. Called once.
     int parse(const std::vector<std::string>& tokens);
 
     // The value of the first option with exactly this name, empty when it had none; nothing when the option

@@ -107,7 +107,7 @@ bool Installer::readDescriptionFromLog(std::string& outText) {
     if (!isRead) {
         debugLog.line("ERROR: Failed reading installation file");
     }
-    // Single bad lines don't keep the user from uninstalling; a log without its variables does.
+    // A few bad lines don't prevent uninstalling; a log without its variables does.
     if (!isRead || imported == LogVariables::kUnreadable) {
         debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
         return false;
@@ -163,7 +163,7 @@ int Installer::runUI(InstallerUI& ui) {
         result = ui.run();
     } catch (const GenericError& error) {
         reportError(ui, error.what());
-        walk_.state().lastWorkFailed = true;  // the front end is about to say how the run ended
+        walk_.state().lastWorkFailed = true;  // the front end says next how the run ended
     }
     debugLog.line("Ending installation UI");
     ui.finish();
@@ -175,7 +175,7 @@ int Installer::runUI(InstallerUI& ui) {
 
 void Installer::reportError(InstallerUI& ui, std::string_view text) {
     debugLog.line(text);
-    // A console goes on printing where the text ends, and would wipe its line.
+    // Without the line end, the console's next output would overwrite the text.
     ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
 }
 
@@ -187,7 +187,7 @@ int Installer::releaseSession() {
         removeIfNamed(backup.directoriesPath);
     }
     uninstallBackups.clear();
-    // Unlike the list above this one keeps its entries.
+    // Unlike the list above, this one keeps its entries.
     for (const NestedBackup& backup : nestedBackups) {
         removeIfNamed(backup.copyPath);
     }

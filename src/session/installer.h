@@ -10,21 +10,21 @@
 #include "session/session_state.h"
 #include "ui/dialog_walk.h"
 
-// One session: takes the description from the cabinet, or in a session that uninstalls from the file that the
-// action log names, builds the models, fills the variables, and hands control to the front end, which drives
-// everything that follows. Constructed, cabinet loaded, run, released: each once. One thread, except for
+// One session: reads the description from the cabinet or, when it uninstalls, from the file that the action
+// log names, builds the models, fills the variables, and hands control to the front end, which drives the
+// rest. It is constructed, loads its cabinet, runs and is released, each once. One thread, except for
 // `cancel`.
 class Installer : public InstallExchangeInfo, protected SessionState {
 public:
-    // All of it is borrowed and outlives the session, but for the log, which is shared.
+    // All of it is borrowed and outlives the session, except the log, which is shared.
     Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
               DebugLog log);
 
-    // Before everything else. The console is borrowed and may be null: then nothing is logged.
+    // Called before everything else. The console is borrowed and may be null: then nothing is logged.
     void setConsole(PConsole* console, std::int32_t level);
     // Borrowed; null without a command line.
     void setParameters(const CommandLineArguments* arguments) { parameters = arguments; }
-    // Before `run`: nobody will be asked anything.
+    // Called before `run`: the user won't be asked anything.
     void setUnattended(bool unattended) { isUnattended = unattended; }
 
     // `flags` is a set of SessionFlag. With kSessionActionLog `path` is an action log, which is only opened:
@@ -32,7 +32,7 @@ public:
     // of the decompressor. Failures are logged.
     int loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags);
     // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
-    // session couldn't start or an error left one of its steps, which is logged and shown. Throws nothing.
+    // session couldn't start or an exception left a step, which is logged and shown. Throws nothing.
     int run(InstallerUI* ui, PConsole* console);
     // Frees the cabinet, closes the action log and deletes what the session kept for a revert. 0.
     int releaseSession();
@@ -113,16 +113,16 @@ public:
     void getDialogColours(int dialog, int sub, std::int32_t& outBackground,
                           std::int32_t& outForeground) override;
 
-    // As VariableStore's.
+    // Like those of VariableStore.
     int applyAssignment(const char* text);
     int resetVariable(const char* name, int mode);
     // Writes one entry of the cabinet to a file and returns its path; see AliasExtractor. `fileMode` is
-    // accepted and not used: files get the mode that is usual for new ones.
+    // accepted but not used: files get the usual mode of new ones.
     std::string extractAlias(const char* alias, const char* destinationDirectory, bool expandVariablesInFile,
                              bool stripExeExtension, int fileMode);
 
 protected:
-    // A hook for every file that is as it should be after the installation's file loop.
+    // A hook, called for every file that is correctly in place after the installation's file loop.
     virtual void afterFileInstalled(const std::string&) {}
 
     PageWork& pages() { return work_; }

@@ -1,5 +1,5 @@
-// The operations of a session that its parts carry out. Buffers with a size and the numbers that the contract
-// fixes are made here and nowhere below.
+// The operations that a session leaves to its parts. Buffers with a size and the contract's fixed numbers are
+// used here and nowhere below.
 
 #include <algorithm>
 #include <array>
@@ -22,7 +22,7 @@ int numberOf(bool succeeded) {
     return succeeded ? 0 : -1;
 }
 
-// How many bytes the caller has room for; without a buffer the whole text is only measured.
+// How many bytes the caller has room for; without a buffer the whole text is measured.
 std::size_t limitOf(const char* buffer, int size) {
     return buffer == nullptr ? std::string::npos : static_cast<std::size_t>(std::max(size, 1)) - 1;
 }
@@ -33,14 +33,14 @@ int give(const std::optional<std::string>& text, char* buffer, int size) {
     return text && buffer != nullptr ? 0 : -1;
 }
 
-// As give, but 1 for a path that the description has and whose expansion gives nothing.
+// Like give, but 1 for a path that the description has and whose expansion is empty.
 int givePath(const std::optional<std::string>& path, bool isGiven, char* buffer, int size) {
     const int result = give(path, buffer, size);
     return result != 0 && isGiven && buffer != nullptr ? 1 : result;
 }
 
-// The variable's index, -2 for one that isn't stored. Without such a variable -1, and the buffer stays as it
-// was, unless the name is one of those that are never stored.
+// The variable's index, -2 for one that isn't stored. Without such a variable -1, and the buffer is left
+// unchanged unless the name is one of those that are never stored.
 int giveVariable(const char* name, const std::optional<VariableReading>& reading, char* buffer, int size) {
     if (reading) {
         OUtils::copyText(buffer, reading->value.c_str(), size);
@@ -57,7 +57,7 @@ int giveVariable(const char* name, const std::optional<VariableReading>& reading
 int Installer::getFullName(char* buffer, int size) {
     return give(model_.product.fullName(), buffer, size);
 }
-// A product without a name is still shown with a title.
+// A product without a name still has a title.
 int Installer::getTitle(char* buffer, int size) {
     const auto title = model_.product.title();
     give(title.value_or(std::string(ProductDescription::kUnknownTitle)), buffer, size);
@@ -66,7 +66,7 @@ int Installer::getTitle(char* buffer, int size) {
 int Installer::getMajorVersion(char* buffer, int size) {
     return give(model_.product.majorVersion(), buffer, size);
 }
-// An incomplete version is handed over as far as it goes, and is a failure all the same.
+// An incomplete version is returned as far as it goes, but is still a failure.
 int Installer::getVersion(char* buffer, int size) {
     give(model_.product.versionSoFar(), buffer, size);
     return model_.product.version() && buffer != nullptr && size > 0 ? 0 : -1;

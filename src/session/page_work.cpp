@@ -62,7 +62,7 @@ void PageWork::normalizeFields(DialogDesc& page) {
     for (const DialogFieldDesc& field : page.fields) {
         const std::string_view name = field.variable.view();
         const auto value = field.type == kFieldDirectory ? variables.get(name) : std::nullopt;
-        // A store makes other variables follow, so a value that is clean already isn't stored again.
+        // Storing recalculates other variables, so a value that is already clean isn't stored again.
         if (value) {
             const std::string normalized = OUtils::normalizedPath(*value);
             if (normalized != *value) {
@@ -74,7 +74,7 @@ void PageWork::normalizeFields(DialogDesc& page) {
 
 bool PageWork::installProduct(InstallerUI& ui) {
     if (!earlier_.wasRemovalTried()) {
-        earlier_.remove();  // an old version that stays doesn't stop the new one
+        earlier_.remove();  // an old version that can't be removed doesn't stop the new one
     }
     Report report = reportTo(ui);
     return installation_.run(report);
@@ -123,7 +123,7 @@ void PageWork::runActions(std::string_view section, InstallerUI& ui) {
     installation_.runActions(section, report);
 }
 
-// Only answers that a person gave on the console are worth repeating from a file.
+// Only answers that a person gave on the console are worth saving in a file.
 bool PageWork::leavesConfigFile() const {
     return !state_.isGraphical && !state_.isUnattended && state_.configFile.empty();
 }

@@ -15,8 +15,8 @@ class SessionModel;
 struct DialogDesc;
 struct SessionState;
 
-// The session's answers to the pages that stand for work. It makes the report of each job and hands the job
-// to the engine. Work that this version doesn't have is refused: the log says so and the result is a failure.
+// The session's side of the pages that do work. It makes the report of each job and hands the job to the
+// engine. Work that this version doesn't support is refused: the log says so and the result is a failure.
 class PageWork : public PageActions {
 public:
     // All of them are borrowed and outlive this object.
@@ -26,8 +26,8 @@ public:
     EarlierInstallations& earlier() { return earlier_; }
     Installation& installation() { return installation_; }
 
-    // The directory that was set for the session, or else the running program's, without a separator at its
-    // end. Nothing when it isn't known.
+    // The directory that was set for the session, otherwise that of the running program, without a separator
+    // at its end. Nothing when it isn't known.
     std::optional<std::string> applicationDirectory();
 
     bool isActionLogSession() override;

@@ -24,17 +24,17 @@ public:
     SessionModel(const SessionModel&) = delete;
     SessionModel& operator=(const SessionModel&) = delete;
 
-    // Reads the text of the description. No text is refused: what can't be read is missing in what follows.
+    // Reads the text of the description. No text is refused: what can't be read is missing later.
     void parse(std::string_view text);
     // Reads product, files, theme, dialogs and control variables; the cabinet knows the sizes of the files.
-    // The theme is for a graphical front end alone. False when the product or the dialogs can't be read,
+    // Only a graphical front end needs the theme. False when the product or the dialogs can't be read,
     // which is logged.
     bool read(const Cabinet& cabinet, bool isUninstallation, bool isGraphical);
 
-    // For the variable that says so; false at first.
+    // For the variable that says whether the front end is graphical; false at first.
     void setGraphical(bool isGraphical) { isGraphical_ = isGraphical ? 1 : 0; }
 
-    // The same for the engine.
+    // The same description, as the engine sees it.
     ProductModel view();
 
     PXML description;

@@ -26,7 +26,7 @@ struct NestedBackup {
     std::string copyPath;
 };
 
-// What a session knows beside its description. For the session's thread only.
+// What a session knows besides its description. For the session's thread only.
 struct SessionState {
     SessionState(platform::FileSystem& files, DebugLog log) : debugLog(log), cabinet(files, log) {}
 
@@ -34,10 +34,10 @@ struct SessionState {
     Cabinet cabinet;
     std::unique_ptr<PFileStream> actionLogFile;  // open in a session that starts from an action log
     std::uint32_t sessionFlags = kSessionBackup;
-    bool isUnattended = false;                         // nobody is asked anything
-    bool isGraphical = false;                          // as the front end of the run says
+    bool isUnattended = false;                         // the user isn't asked
+    bool isGraphical = false;                          // as reported by the front end
     const CommandLineArguments* parameters = nullptr;  // borrowed; null without a command line
-    std::string applicationPath;                       // overrides the directory of the own image when set
+    std::string applicationPath;                       // overrides the program's directory when set
     std::string configFile;                            // of answers; empty without one
     ErrorList errorList;
     std::vector<NestedBackup> nestedBackups;        // the copies are deleted at the session's end
