@@ -71,7 +71,6 @@ bool Installer::prepare(InstallerUI& ui) {
     if (!readDescription() || !model_.read(cabinet, isActionLogSession(), isGraphical)) {
         return false;
     }
-    debugLog.line("Checking for previous and legacy installations for this product");
     work_.earlier().findRegistered(isActionLogSession());
     if (!loadDefaultValues(ui)) {
         return false;

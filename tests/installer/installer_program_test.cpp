@@ -21,8 +21,7 @@ protected:
         machine_.files.addDirectory("C:\\Programs");
         machine_.registry.addText(RegistryRoot::kLocalMachine, kCurrentVersion, "ProgramFilesDir",
                                   "C:\\Programs");
-        EXPECT_TRUE(platform::ownImagePath(image_));
-        machine_.files.addFile(image_, "an image without a package");
+        machine_.files.addFile(machine_.environment.program, "an image without a package");
     }
 
     int run(std::vector<std::string> arguments) {
@@ -34,7 +33,6 @@ protected:
     bool logHolds(const std::string& text) const { return debugLog().find(text) != std::string::npos; }
 
     FakePlatform machine_;
-    std::string image_;
 };
 
 TEST_F(InstallerProgramTest, AWordThatBelongsToNoOptionIsRefusedBeforeThereIsALog) {

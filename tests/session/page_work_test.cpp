@@ -123,7 +123,8 @@ TEST_F(PageWorkTest, FailsAnInstallationWithAChangeThatFails) {
                "<Installation><Environment><Replace VarName='V'>x</Replace></Environment></Installation>"));
     EXPECT_EQ(valueOf("INSTALL_ERROR"), "1");
     EXPECT_TRUE(log_.hasLine("ERROR: Encountered an error during Updating environment variables"));
-    EXPECT_EQ(session_.errorList, std::vector<std::string>{"Error during: Updating environment variables"});
+    EXPECT_EQ(session_.errorList, (std::vector<std::string>{"FAILED to create V",
+                                                            "Error during: Updating environment variables"}));
 }
 
 TEST_F(PageWorkTest, ShowsTheStatusOfEachPhaseInOrder) {

@@ -17,6 +17,13 @@ public:
     int run() override { return engine->dialogNext(this, 1); }
 };
 
+// A session whose errors a test can look at.
+class TestWini : public Wini {
+public:
+    using SessionState::errorList;
+    using Wini::Wini;
+};
+
 class WiniTest : public testing::Test {
 protected:
     WiniTest() {
@@ -42,7 +49,7 @@ protected:
     WalkingUI ui_;
     SystemServices services_{machine_.bundle(), debugLog_};
     AnswersFile answers_{files_};
-    Wini wini_{machine_.bundle(), services_, answers_, debugLog_, {2, 0, 1}};
+    TestWini wini_{machine_.bundle(), services_, answers_, debugLog_, {2, 0, 1}};
     std::string undo_;
 };
 
@@ -197,7 +204,7 @@ TEST_F(WiniTest, MakesAndRemovesShortcuts) {
     shortcut.type = ShortcutType::kSymlink;
     EXPECT_FALSE(wini_.addShortcut(shortcut, undo_, nullptr));
     EXPECT_EQ(undo_, "");
-    EXPECT_TRUE(wini_.hasErrors());
+    EXPECT_EQ(wini_.errorList.size(), 1U);
 }
 
 TEST_F(WiniTest, ChangesTheFirewall) {
@@ -229,7 +236,7 @@ TEST_F(WiniTest, ChangesTheEnvironment) {
     EXPECT_TRUE(wini_.removeEnvironmentEntry(undo_.c_str(), nullptr));
     EXPECT_FALSE(wini_.removeEnvironmentEntry(undo_.c_str(), &ui_));
     EXPECT_EQ(ui_.countOf("addFileLine(\"FAILED to remove DEMO\""), 1);
-    EXPECT_TRUE(wini_.hasErrors());
+    EXPECT_EQ(wini_.errorList, std::vector<std::string>{"FAILED to remove DEMO"});
 }
 
 TEST_F(WiniTest, EditsFiles) {
