@@ -102,7 +102,7 @@ TEST_F(InstallerProgramTest, TheSecondStageSignalsBothEventsAndTellsItsOutcome) 
     EXPECT_EQ(machine_.events.signals,
               (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
     EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
-    EXPECT_TRUE(machine_.files.hasFile(image_));  // which is no copy of a first stage
+    EXPECT_TRUE(machine_.files.hasFile(machine_.environment.program));  // which is no copy of a first stage
 }
 
 TEST_F(InstallerProgramTest, WithADebugLogTheCopiedActionLogStays) {
