@@ -24,12 +24,11 @@ void require(bool holds) {
 
 void readVariables(PMemStream& stream, PConsole& silent) {
     try {
-        ActionLogReader(&stream, silent)
-            .readVariables([](const std::string& name, const std::string& value) {
-                require(!name.empty() && !value.empty());
-                require(name.find(ActionLogFormat::kSeparator) == std::string::npos);
-                require(value.size() < ActionLogFormat::kVariableLineBuffer);
-            });
+        ActionLogReader(&stream, silent).readVariables([](const std::string& name, const std::string& value) {
+            require(!name.empty() && !value.empty());
+            require(name.find(ActionLogFormat::kSeparator) == std::string::npos);
+            require(value.size() < ActionLogFormat::kVariableLineBuffer);
+        });
     } catch (const InstallerError&) {
         // A fault of the log.
     }

@@ -22,7 +22,11 @@ constexpr int kListingLevel = 2;
 DefaultValuesLoader::DefaultValuesLoader(DefaultValuesReader& reader, VariableStore& variables,
                                          VariableExclusions& exclusions, AnswersFile& answers,
                                          DebugLog debugLog)
-    : reader_(reader), variables_(variables), exclusions_(exclusions), answers_(answers), debugLog_(debugLog) {}
+    : reader_(reader),
+      variables_(variables),
+      exclusions_(exclusions),
+      answers_(answers),
+      debugLog_(debugLog) {}
 
 DefaultsOutcome DefaultValuesLoader::load(const PXML& description, std::string_view configFile,
                                           const CommandLineArguments* arguments, std::string& outMessage) {

@@ -41,8 +41,8 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         return kFailed;
     }
     options_ = readRunOptions(parameters_);
-    const int level = openDebugLog(log_, options_.debug, platform_.environment, platform_.files,
-                                   platform_.console);
+    const int level =
+        openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);
     logStart();
     chooseFrontEnd();

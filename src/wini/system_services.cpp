@@ -2,12 +2,12 @@
 
 #include <atomic>
 
+#include "engine/changes/registry_change.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
 #include "platform/registry.h"
 #include "support/utilities.h"
 #include "wini/default_browser.h"
-#include "engine/changes/registry_change.h"
 
 namespace {
 

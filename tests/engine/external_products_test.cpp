@@ -60,8 +60,8 @@ TEST_F(ExternalProductsTest, FindsProductsByAPartOfTheirName) {
                          {"Tool", "Acme", false, ""}};
     uninstallAll(
         "<ExternalLegacyApplication Details=';substring;' Publisher='Acme'>Demo</ExternalLegacyApplication>");
-    EXPECT_EQ(uninstalls(), (Calls{"first", "uninstallApplication(Demo 1, wait)",
-                                   "uninstallApplication(My Demo, wait)"}));
+    EXPECT_EQ(uninstalls(),
+              (Calls{"first", "uninstallApplication(Demo 1, wait)", "uninstallApplication(My Demo, wait)"}));
 }
 
 TEST_F(ExternalProductsTest, SearchesWithoutAPublisher) {
@@ -98,8 +98,7 @@ TEST_F(ExternalProductsTest, SkipsOtherElementsAndFalseConditions) {
 
 TEST_F(ExternalProductsTest, CountsInstalledProducts) {
     system_.installed = {{"Tool 1", "", false, ""}, {"Tool 2", "", false, ""}, {"Plain", "", false, ""}};
-    describe(
-        "<A>Plain</A><A Details='SUBSTRING'>Tool</A><A>Tool</A><A Condition='1==2'>Plain</A><A/>");
+    describe("<A>Plain</A><A Details='SUBSTRING'>Tool</A><A>Tool</A><A Condition='1==2'>Plain</A><A/>");
     std::vector<std::int32_t> counts;
     for (std::int32_t node = document_.findByName("A"); node >= 0; node = document_.findByName("A", node)) {
         counts.push_back(products_.countInstalled(node));

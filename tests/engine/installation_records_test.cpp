@@ -104,9 +104,8 @@ TEST_F(PublishTest, LogsALogThatCannotBePublishedAndKeepsIt) {
     EXPECT_FALSE(publish("/missing/install.log"));
     EXPECT_TRUE(hasLog("/tmp/orinstall1"));
     EXPECT_TRUE(hasArchive("/app/backup.bin"));
-    EXPECT_EQ(log_.lines(),
-              std::vector<std::string>{"ERROR: The install log could not be written to "
-                                       "/missing/install.log; it stays at /tmp/orinstall1"});
+    EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: The install log could not be written to "
+                                                     "/missing/install.log; it stays at /tmp/orinstall1"});
 }
 
 TEST_F(PublishTest, KeepsAnArchiveThatCannotBePublished) {

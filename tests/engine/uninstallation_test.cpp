@@ -131,8 +131,9 @@ TEST_F(UninstallationTest, UndoesEditsBeforeAllOtherRecords) {
             edited = files_.content("/app/f");
         }
     };
-    EXPECT_TRUE(undo("FILE\tCREATE\t/app/f\r\nFILE\tCREATE\t/app/changes\r\n"
-                     "MODIFYFILE\tADDAFTER\t/app/f\t/app/changes\r\n"));
+    EXPECT_TRUE(
+        undo("FILE\tCREATE\t/app/f\r\nFILE\tCREATE\t/app/changes\r\n"
+             "MODIFYFILE\tADDAFTER\t/app/f\t/app/changes\r\n"));
     EXPECT_EQ(edited, "line\n");
     EXPECT_FALSE(files_.hasFile("/app/f"));
 }
@@ -146,10 +147,11 @@ TEST_F(UninstallationTest, UndoesEachKindOfRecordAndKeysLast) {
     machine_.registry.addKey(platform::RegistryRoot::kUsers, "second\\key");
     files_.addFile("/app/f.ini", "[s]\nk=v\n");
     files_.addFile("/m/l.lnk", "");
-    EXPECT_TRUE(undo("REGKEY\t1\tHKEY_USERS\tfirst\r\nREGKEY\t2\tHKEY_USERS\tsecond\\key\r\n"
-                     "INI\tCREATE\t/app/f.ini\ts\tk\tv\r\nSHORTCUT\tCREATE\t/m/l.lnk\r\n"
-                     "FIREWALL\tAPP\t/app/s\r\nFIREWALL\tPORT\t80\tTCP;UDP\tName\r\n"
-                     "REGVAL\tHKEY_USERS\tfirst\tv\r\n"));
+    EXPECT_TRUE(
+        undo("REGKEY\t1\tHKEY_USERS\tfirst\r\nREGKEY\t2\tHKEY_USERS\tsecond\\key\r\n"
+             "INI\tCREATE\t/app/f.ini\ts\tk\tv\r\nSHORTCUT\tCREATE\t/m/l.lnk\r\n"
+             "FIREWALL\tAPP\t/app/s\r\nFIREWALL\tPORT\t80\tTCP;UDP\tName\r\n"
+             "REGVAL\tHKEY_USERS\tfirst\tv\r\n"));
     EXPECT_FALSE(files_.hasFile("/m/l.lnk"));
     EXPECT_EQ(files_.content("/app/f.ini").find("k=v"), std::string::npos);
     EXPECT_THAT(machine_.registry.operations,

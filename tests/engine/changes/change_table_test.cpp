@@ -12,9 +12,9 @@ namespace Format = ActionLogFormat;
 using Tags = std::vector<std::string_view>;
 
 // Every tag of the format that is the record of a change.
-constexpr std::string_view kChangeTags[] = {
-    Format::kDirectory, Format::kFile,     Format::kEnvironment, Format::kIni,          Format::kModifyFile,
-    Format::kShortcut,  Format::kFirewall, Format::kRegistryKey, Format::kRegistryValue};
+constexpr std::string_view kChangeTags[] = {Format::kDirectory, Format::kFile,        Format::kEnvironment,
+                                            Format::kIni,       Format::kModifyFile,  Format::kShortcut,
+                                            Format::kFirewall,  Format::kRegistryKey, Format::kRegistryValue};
 
 Tags tagsOf(const ChangeKind& kind) {
     Tags tags(kind.tags.begin(), kind.tags.end());

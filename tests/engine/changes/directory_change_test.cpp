@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "engine/line_reader.h"
 #include "engine/changes/change_fixture.h"
+#include "engine/line_reader.h"
 
 namespace {
 
