@@ -171,7 +171,7 @@ bool DialogReader::readField(std::int32_t node, const DialogDesc& dialog, Dialog
     const std::optional<std::int32_t> type = DialogWords::fieldType(word);
     if (!type) {
         debugLog_.line("WARNING: Unrecognized field type = " + std::string(word) +
-                       " (Parent dlg name: " + std::string(dialog.name.view()).c_str() + ")");
+                       " (Parent dlg name: " + std::string(dialog.name.view()) + ")");
         return false;
     }
     outField.type = *type;

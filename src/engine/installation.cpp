@@ -47,6 +47,8 @@ bool Installation::run(Report& report) {
     report.begin();
     bool failed = !FileChange(job.context, parts_, job.replaced).apply();
     const FailedPhases failedPhases = runPhases(job);
+    report.setStatus(kActionsStatus);
+    AdditionalActions(job.context, parts_).run("AdditionalInstall");
     // Published before the outcome is reported, so that the report is true.
     if (!records.publish()) {
         report.addError("FAILED to write the install log or the backup file");
@@ -72,8 +74,6 @@ Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
             failed.push_back(kind.status);
         }
     }
-    job.context.report.setStatus(kActionsStatus);
-    AdditionalActions(job.context, parts_).run("AdditionalInstall");
     return failed;
 }
 

@@ -199,11 +199,12 @@ void Uninstallation::removeByWildcards(ChangeJob& job) {
         const std::string pattern(*tags.textOf(node));
         const std::string directory = tags.expandAttribute(node, "Dest");
         if (!remover.deleteByWildcard(directory, pattern, tags.isSet(node, "DeleteDirs"))) {
-            parts_.debugLog.line("WARNING: Nothing is cleaned in \"" + directory + "\" by \"" + pattern +
-                                 "\"");
+            parts_.debugLog.print("WARNING: Nothing is cleaned in \"%s\" by \"%s\"", directory.c_str(),
+                                  pattern.c_str());
         }
-        job.context.report.addLine("Delete: " + directory + "/" + pattern,
-                                   done++ % Report::kStepsPerFlush == 0);
+        std::string line = "Delete: ";
+        line.append(directory).append("/").append(pattern);
+        job.context.report.addLine(line, done++ % Report::kStepsPerFlush == 0);
     }
     job.context.report.flushLines();
 }

@@ -136,7 +136,14 @@ const RegistryChange::Action RegistryChange::kActions[] = {
 void RegistryChange::applyElement(std::int32_t node, const ProductDescription& product) {
     const bool isOpenedHere = !context_.log.isOpen() && openProductLog(product);
     for (const std::int32_t child : context_.tags.childrenOf(node)) {
-        applyChild(child);
+        if (!isWanted(child)) {
+            continue;
+        }
+        const Element element = readElement(child);
+        (this->*stepOf(context_.tags.nameOf(child)))(element);
+        if (const auto line = context_.tags.attribute(child, "Log")) {
+            context_.report.addLine(textOf(element, *line), false);
+        }
     }
     context_.report.flushLines();
     if (isOpenedHere && !context_.log.close()) {
@@ -149,16 +156,19 @@ bool RegistryChange::openProductLog(const ProductDescription& product) {
     return path && !path->empty() && context_.log.openToAppend(*path);
 }
 
-void RegistryChange::applyChild(std::int32_t node) {
+bool RegistryChange::isWanted(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
-    if (!tags.hasAttribute(node, "Place") || !tags.hasAttribute(node, "Path") || !tags.conditionHolds(node)) {
-        return;
-    }
-    const Element element = readElement(node);
-    carryOut(element);
-    if (const auto line = tags.attribute(node, "Log")) {
-        context_.report.addLine(textOf(element, *line), false);
-    }
+    return tags.hasAttribute(node, "Place") && tags.hasAttribute(node, "Path") && tags.conditionHolds(node);
+}
+
+RegistryChange::Step RegistryChange::stepOf(std::string_view name) {
+    const auto* action = std::ranges::find(kActions, name, &Action::element);
+    return action == std::end(kActions) ? &RegistryChange::refuse : action->step;
+}
+
+void RegistryChange::refuse(const Element& element) {
+    context_.debugLog.line("ERROR: Usupported registry action \"" +
+                           std::string(context_.tags.nameOf(element.node)) + '"');
 }
 
 RegistryChange::Element RegistryChange::readElement(std::int32_t node) {
@@ -178,16 +188,6 @@ RegistryChange::Element RegistryChange::readElement(std::int32_t node) {
 
 std::string RegistryChange::textOf(const Element& element, std::string_view text) {
     return element.expand ? context_.tags.expand(text) : std::string(text);
-}
-
-void RegistryChange::carryOut(const Element& element) {
-    const std::string_view name = context_.tags.nameOf(element.node);
-    const auto* action = std::ranges::find(kActions, name, &Action::element);
-    if (action == std::end(kActions)) {
-        context_.debugLog.line("ERROR: Usupported registry action \"" + std::string(name) + '"');
-        return;
-    }
-    (this->*action->step)(element);
 }
 
 void RegistryChange::addValue(const Element& element) {

@@ -96,10 +96,11 @@ private:
     };
 
     bool openProductLog(const ProductDescription& product);
-    void applyChild(std::int32_t node);
+    bool isWanted(std::int32_t node);
+    static Step stepOf(std::string_view name);
     Element readElement(std::int32_t node);
     std::string textOf(const Element& element, std::string_view text);
-    void carryOut(const Element& element);
+    void refuse(const Element& element);
     void addValue(const Element& element);
     void addKey(const Element& element);
     void removeValue(const Element& element);
