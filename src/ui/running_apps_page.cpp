@@ -18,6 +18,7 @@ public:
     bool isOpen(InstallerUI& ui) override {
         const std::vector<WatchedProgram> programs = actions_.watchPrograms();
         std::vector<bool> running;
+        running.reserve(programs.size());
         for (const WatchedProgram& program : programs) {
             running.push_back(program.isRunning);
         }
