@@ -6,6 +6,7 @@
 #include "engine_fixture.h"
 #include "package/backup_file.h"
 #include "support/p_file_stream.h"
+#include "support/text_mode.h"
 
 namespace {
 
@@ -134,7 +135,7 @@ TEST_F(UninstallationTest, UndoesEditsBeforeAllOtherRecords) {
     EXPECT_TRUE(
         undo("FILE\tCREATE\t/app/f\r\nFILE\tCREATE\t/app/changes\r\n"
              "MODIFYFILE\tADDAFTER\t/app/f\t/app/changes\r\n"));
-    EXPECT_EQ(edited, "line\n");
+    EXPECT_EQ(edited, std::string("line") + OUtils::textLineEnd());
     EXPECT_FALSE(files_.hasFile("/app/f"));
 }
 
