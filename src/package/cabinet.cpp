@@ -267,5 +267,5 @@ std::optional<std::string_view> Cabinet::entryContent(std::int32_t index) const 
     unsigned char nothing = 0;
     uLongf room = 0;
     const int code = uncompress(&nothing, &room, found.payload(), found.storedSize());
-    return code == Z_OK && room == 0 ? std::optional(std::string_view()) : std::nullopt;
+    return code == Z_OK && room == 0 ? std::optional(std::string_view("")) : std::nullopt;
 }
