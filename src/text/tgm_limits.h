@@ -30,7 +30,7 @@ inline constexpr std::uint64_t kTgmQuotedLineCost = 32;  // a line of a quote, w
 // The blanks of one level of indentation inside quotes.
 inline constexpr std::uint32_t kTgmQuoteTabWidth = 2;
 
-// A translator is told at least this size, in bytes, however short the text is.
+// The smallest size, in bytes, that is announced to a translator, even for a shorter text.
 inline constexpr std::uint32_t kTgmMinWorkSize = 32768;
 
 static_assert(kTgmNodeCost < kTgmWorkPerByte, "one byte may become a node");

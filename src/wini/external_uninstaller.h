@@ -34,9 +34,10 @@ public:
     ExternalUninstaller(Parts parts, DebugLog debugLog)
         : parts_(parts), list_(parts.registry), debugLog_(debugLog) {}
 
-    // `flags` is a set of UninstallEntryFlag; `ui` may be null. With kEntryWait the uninstaller is waited for
-    // while the front end stays alive, and true means that it ended with 0. Without, it is told to ask nobody
-    // unless `ui` is graphical, its two events are waited for, and true means that it started.
+    // `flags` is a set of UninstallEntryFlag; `ui` may be null. With kEntryWait this waits for the
+    // uninstaller to end while the front end keeps responding; true means that it ended with 0. Without
+    // kEntryWait the uninstaller runs unattended unless `ui` is graphical, and this waits for its two events;
+    // true means that it started.
     bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
                               std::uint32_t flags, InstallerUI* ui);
 

@@ -30,7 +30,7 @@ enum class UndoPass {
     kMain,   // in the order of the log
 };
 
-// When a kind is told that all records are through.
+// When finishUndo of a kind is called, once every record has been read.
 enum class UndoEnd {
     kBeforeCleaning,  // before the files are deleted that only a pattern names
     kAfterCleaning,

@@ -86,8 +86,8 @@ void copyRange(const TextLines& lines, std::size_t first, std::size_t last, Text
                     lines.begin() + static_cast<Position>(last));
 }
 
-// Copies the lines; after each search block that is found in its turn `edit` acts, which may move the
-// position on. True when one of them changed something.
+// Copies the lines. Looks for the search blocks one after the other and calls `edit` after each match; `edit`
+// may advance the position. True when one of the calls changed something.
 template <typename Edit>
 bool walk(const std::vector<EditScript::Pair>& pairs, const TextLines& lines, TextLines& outLines,
           Edit edit) {

@@ -69,8 +69,8 @@ private:
 };
 
 // Runs programs: hands a document to the desktop, starts a process and perhaps waits for it, or lets a thread
-// wait for it while the front end stays alive. A program that is waited for and never ends holds up its
-// caller. Not a change that can be taken back: a program that ran leaves no record.
+// wait for it while the front end keeps responding. A program that never ends blocks whoever waits for it.
+// Not a change that can be taken back: a program that ran leaves no record.
 class ProgramRun {
 public:
     // Both are borrowed and outlive this object.
