@@ -15,7 +15,7 @@ void require(bool condition) {
     }
 }
 
-// Each begin has its end, nothing stands outside the document, texts are never empty.
+// Each begin has its end, nothing is outside the document, texts are never empty.
 class BalanceCheck : public TGMTranslator {
 public:
     void beginDocument() override { begin(); }

@@ -34,7 +34,7 @@ enum DialogElementKind : std::int32_t {
     kElementPlainEditText = 20,
 };
 
-// From which edge of the page a position counts; 0 when not told.
+// From which edge of the page a position counts; 0 when the description does not say.
 enum DialogAlign : std::int32_t {
     kAlignLeft = 20,
     kAlignTop = 21,

@@ -48,7 +48,7 @@ struct FileEntry {
 // The size in bytes of the cabinet entry with this alias, 0 when there is none.
 using SizeOfAlias = std::function<std::int32_t(const std::string& alias)>;
 
-// The files of the description. Within a file set the last FN of the description stands first.
+// The files of the description. Within a file set the last FN of the description comes first.
 class FileSets {
 public:
     FileSets(const PXML& description, Expressions& expressions)

@@ -9,7 +9,7 @@
 namespace PXMLEntities {
 
 // Decodes into `out`, which has room for the length of `text`: one pass, and everything but the five names
-// stays as it stands, numbers included. Returns the length.
+// stays as it is, numbers included. Returns the length.
 std::size_t decode(std::string_view text, char* out);
 
 // Appends `text` with each of the five characters replaced by its name.

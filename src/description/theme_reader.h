@@ -7,7 +7,7 @@ class DialogModel;
 class Expressions;
 class PXML;
 
-// Reads the element ColourTheme, if there is one, ahead of the dialogs that refer to its groups.
+// Reads the element ColourTheme, if there is one, before the dialogs that refer to its groups.
 void readColourTheme(const PXML& description, Expressions& expressions, DebugLog debugLog,
                      ColourTheme& outTheme);
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-// The text of an action log, shared by its writers and readers. action_log_format.md tells what it means.
+// The text of an action log, shared by its writers and readers. action_log_format.md says what it means.
 namespace ActionLogFormat {
 
 inline constexpr char kSeparator = '\t';

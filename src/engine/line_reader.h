@@ -42,7 +42,7 @@ private:
 // The text without white space at its end.
 std::string_view withoutTrailingSpace(std::string_view text);
 
-// What stands behind the next separator of a log line and all separators that follow it; empty when there is
+// What follows the next separator of a log line and the separators right after it; empty when there is
 // none.
 std::string_view nextLogField(std::string_view rest);
 // The text up to the next separator.

@@ -5,7 +5,7 @@
 #include "description/control_variables.h"
 #include "description/variable_store.h"
 
-// Sets the variables in which the engine tells the description how things are.
+// Sets the variables by which a description learns how things are.
 class ControlValues {
 public:
     // Both outlive this object.

@@ -11,7 +11,7 @@
 #include "fakes/memory_file_system.h"
 #include "log_lines.h"
 
-// A store of variables with everything that it stands on.
+// A store of variables with everything that it needs.
 class StoreFixture : public testing::Test {
 protected:
     std::string valueOf(std::string_view name) { return store_.get(name).value_or("(none)"); }
