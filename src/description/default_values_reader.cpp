@@ -78,7 +78,7 @@ struct DefaultValuesReader::Value {
 };
 
 struct DefaultValuesReader::Handler {
-    vocabulary::WordName dataType;
+    vocabulary::WordName word;
     void (DefaultValuesReader::*define)(const Value& value);
     enum class Initial { kText, kDefault, kZero, kDefaultOrZero } initial;
 };
@@ -120,8 +120,9 @@ const DefaultValuesReader::Handler* DefaultValuesReader::findHandler(std::string
         {"checkfile", &DefaultValuesReader::defineFromFile, Initial::kDefaultOrZero},
         {"envvar", &DefaultValuesReader::defineFromEnvironment, Initial::kText},
     };
+    static_assert(vocabulary::coversList(kHandlers, vocabulary::kDataTypes));
     const auto found = std::ranges::find_if(kHandlers, [dataType](const Handler& handler) {
-        return OUtils::startsWithIgnoreCase(dataType, handler.dataType.view());
+        return OUtils::startsWithIgnoreCase(dataType, handler.word.view());
     });
     return found == std::end(kHandlers) ? nullptr : &*found;
 }

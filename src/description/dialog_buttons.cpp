@@ -24,6 +24,7 @@ constexpr vocabulary::Row<Preset> kPresets[] = {
     {"Customize", {kButtonHasShift | kButtonHasAction, 1, "[CUSTOMIZE]='1'"}},
     {"Express", {kButtonHasShift | kButtonHasAction, -1, "[CUSTOMIZE]='0'"}},
 };
+static_assert(vocabulary::coversList(kPresets, vocabulary::kButtonNames));
 
 constexpr std::int32_t kFurnitureWidth = 500;
 constexpr std::int32_t kFurnitureHeight = 390;

@@ -1,28 +1,32 @@
 #include "description/product_description.h"
 
 #include <algorithm>
+
 #include "description/expressions.h"
 #include "description/pxml.h"
 #include "description/vocabulary_lookup.h"
 
 namespace {
 
-// Descriptions have no level "Desc"; the look-up passes over it.
-constexpr char kFullName[] = "TandrelGroupInstallation/Desc/ProductDesc/Fullname";
-constexpr char kTitle[] = "TandrelGroupInstallation/Desc/ProductDesc/Title";
-constexpr char kMajorVersion[] = "TandrelGroupInstallation/Desc/ProductDesc/MajorVersion";
-constexpr char kMinorVersion[] = "TandrelGroupInstallation/Desc/ProductDesc/MinorVersion";
-constexpr char kMinestVersion[] = "TandrelGroupInstallation/Desc/ProductDesc/MinestVersion";
-constexpr char kWebsite[] = "TandrelGroupInstallation/Desc/ProductDesc/Website";
-constexpr char kSupportEmail[] = "TandrelGroupInstallation/Desc/ProductDesc/Supportemail";
-constexpr char kInstallHelpUrl[] = "TandrelGroupInstallation/Desc/ProductDesc/InstallHelpURL";
-constexpr char kUninstall[] = "TandrelGroupInstallation/Installation/Uninstall";
-constexpr char kInstallLogFile[] = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
-constexpr char kInstallBackupFile[] = "TandrelGroupInstallation/Installation/Uninstall/InstallBackupFile";
-constexpr char kUninstallCmd[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallCmd";
-constexpr char kUninstallXmlFile[] = "TandrelGroupInstallation/Installation/Uninstall/UninstallXmlFile";
+using vocabulary::ElementPath;
 
-constexpr const char* kVersion[] = {kMajorVersion, kMinorVersion, kMinestVersion};
+// Descriptions have no level "Desc"; the look-up passes over it.
+constexpr ElementPath kFullName = "TandrelGroupInstallation/Desc/ProductDesc/Fullname";
+constexpr ElementPath kTitle = "TandrelGroupInstallation/Desc/ProductDesc/Title";
+constexpr ElementPath kMajorVersion = "TandrelGroupInstallation/Desc/ProductDesc/MajorVersion";
+constexpr ElementPath kMinorVersion = "TandrelGroupInstallation/Desc/ProductDesc/MinorVersion";
+constexpr ElementPath kMinestVersion = "TandrelGroupInstallation/Desc/ProductDesc/MinestVersion";
+constexpr ElementPath kWebsite = "TandrelGroupInstallation/Desc/ProductDesc/Website";
+constexpr ElementPath kSupportEmail = "TandrelGroupInstallation/Desc/ProductDesc/Supportemail";
+constexpr ElementPath kInstallHelpUrl = "TandrelGroupInstallation/Desc/ProductDesc/InstallHelpURL";
+constexpr ElementPath kUninstall = "TandrelGroupInstallation/Installation/Uninstall";
+constexpr ElementPath kInstallLogFile = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
+constexpr ElementPath kInstallBackupFile =
+    "TandrelGroupInstallation/Installation/Uninstall/InstallBackupFile";
+constexpr ElementPath kUninstallCmd = "TandrelGroupInstallation/Installation/Uninstall/UninstallCmd";
+constexpr ElementPath kUninstallXmlFile = "TandrelGroupInstallation/Installation/Uninstall/UninstallXmlFile";
+
+constexpr ElementPath kVersion[] = {kMajorVersion, kMinorVersion, kMinestVersion};
 
 }  // namespace
 
@@ -61,14 +65,14 @@ std::optional<std::string> ProductDescription::installHelpUrl() const {
 }
 
 std::optional<std::string> ProductDescription::version() const {
-    const auto isMissing = [this](const char* path) { return !plain(path); };
+    const auto isMissing = [this](ElementPath path) { return !plain(path); };
     return std::any_of(std::begin(kVersion), std::end(kVersion), isMissing) ? std::nullopt
                                                                             : std::optional(versionSoFar());
 }
 
 std::string ProductDescription::versionSoFar() const {
     std::string text;
-    for (const char* path : kVersion) {
+    for (const ElementPath path : kVersion) {
         text += path == kMajorVersion ? "" : ".";
         const std::optional<std::string> number = plain(path);
         if (!number) {

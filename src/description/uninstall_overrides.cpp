@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr char kPath[] = "TandrelGroupInstallation/Installation/UninstallOverrides";
+constexpr vocabulary::ElementPath kPath = "TandrelGroupInstallation/Installation/UninstallOverrides";
 
 }  // namespace
 

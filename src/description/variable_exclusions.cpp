@@ -27,6 +27,7 @@ constexpr ControlMask kControlMasks[] = {
 
 constexpr vocabulary::Row<std::uint32_t> kExclusionWords[] = {
     {"all", kExcludeFromAll}, {"log", kExcludeFromLog}, {"config", kExcludeFromConfig}};
+static_assert(vocabulary::coversList(kExclusionWords, vocabulary::kExclusions));
 
 // Without the attribute a variable stays out of everything.
 std::uint32_t maskOf(std::optional<std::string_view> excludeFrom) {

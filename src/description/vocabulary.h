@@ -50,6 +50,7 @@ inline constexpr std::string_view kEveryTask = "(task)";
 inline constexpr std::string_view kEveryAction = "(action)";
 inline constexpr std::string_view kEveryExcluded = "(excluded variable)";
 inline constexpr std::string_view kEveryColour = "(colour)";
+inline constexpr std::string_view kEveryPattern = "(pattern of UninstallWildcards)";
 
 inline constexpr Element kElements[] = {
     {"TandrelGroupInstallation", Kind::kNone, "description.md"},
@@ -278,6 +279,9 @@ inline constexpr Attribute kAttributes[] = {
     {"CopyFile", "StripExeExt", Kind::kCondition, "system-changes.md"},
     {"CopyFile", "ExpandVarsInFile", Kind::kCondition, "system-changes.md"},
     {"CreateFile", "FileMod", Kind::kText, "system-changes.md"},
+    {kEveryPattern, "Dest", Kind::kExpandedText, "system-changes.md"},
+    {kEveryPattern, "DeleteDirs", Kind::kCondition, "system-changes.md"},
+    {kEveryPattern, "Condition", Kind::kCondition, "system-changes.md"},
 };
 
 inline constexpr std::string_view kElementKinds[] = {
@@ -383,6 +387,17 @@ constexpr bool isWord(std::string_view word) {
     });
 }
 
+// Names of elements from the root on, separated by `/`.
+constexpr bool isElementPath(std::string_view path) {
+    for (std::size_t end = path.find('/'); end != std::string_view::npos; end = path.find('/')) {
+        if (!isElement(path.substr(0, end))) {
+            return false;
+        }
+        path.remove_prefix(end + 1);
+    }
+    return isElement(path);
+}
+
 // A name that is in the tables, which the compiler has checked.
 template <bool (*isKnown)(std::string_view)>
 class CheckedName {
@@ -397,12 +412,14 @@ public:
 
     constexpr operator std::string_view() const { return name_; }  // NOLINT(google-explicit-constructor)
     constexpr std::string_view view() const { return name_; }
+    friend constexpr bool operator==(CheckedName, CheckedName) = default;
 
 private:
     std::string_view name_;
 };
 
 using ElementName = CheckedName<isElement>;
+using ElementPath = CheckedName<isElementPath>;
 using AttributeName = CheckedName<isAttribute>;
 using WordName = CheckedName<isWord>;
 
@@ -412,5 +429,13 @@ struct Row {
     WordName word;
     Meaning meaning;
 };
+
+// Whether each word of a list has its row. A word that means nothing to its reader would be a trap.
+template <typename Rows>
+constexpr bool coversList(const Rows& rows, std::span<const std::string_view> list) {
+    return std::ranges::all_of(list, [&](std::string_view word) {
+        return std::ranges::any_of(rows, [&](const auto& row) { return row.word.view() == word; });
+    });
+}
 
 }  // namespace vocabulary

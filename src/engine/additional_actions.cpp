@@ -18,7 +18,7 @@ namespace {
 enum Detail : std::uint32_t { kNoExpansion = 1, kNoPathCorrection = 2 };
 
 struct DetailWord {
-    std::string_view word;
+    vocabulary::WordName word;
     Detail detail;
 };
 
@@ -64,8 +64,8 @@ std::vector<std::string_view> AdditionalActions::actionNames() {
 
 void AdditionalActions::run(std::string_view container) {
     context_.debugLog.line("Running Files for installation tag: <" + std::string(container) + ">");
-    for (std::int32_t group = context_.tags.nextGroup(container, -1); group >= 0;
-         group = context_.tags.nextGroup(container, group)) {
+    for (std::int32_t group = context_.tags.nextContainer(container, -1); group >= 0;
+         group = context_.tags.nextContainer(container, group)) {
         for (const std::int32_t node : context_.tags.childrenOf(group)) {
             runAction(node);
         }
@@ -106,7 +106,7 @@ std::uint32_t AdditionalActions::readDetails(std::int32_t node) {
     std::uint32_t details = 0;
     for (const std::string& word : words) {
         const auto* known = std::find_if(std::begin(kDetailWords), std::end(kDetailWords),
-                                         [&](const DetailWord& row) { return row.word == word; });
+                                         [&](const DetailWord& row) { return row.word.view() == word; });
         if (known != std::end(kDetailWords)) {
             details |= known->detail;
         } else if (!word.empty()) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "description/vocabulary.h"
 #include "engine/alias_extractor.h"
 #include "engine/changes/change.h"
 #include "engine/changes/program_run.h"
@@ -40,7 +41,7 @@ private:
     };
     using Step = void (AdditionalActions::*)(const Action& action);
     struct Kind {
-        std::string_view tag;
+        vocabulary::ElementName tag;
         bool needsText;
         std::uint32_t details;  // that the kind itself asks for
         Step step;

@@ -2,8 +2,13 @@
 
 #include "description/expressions.h"
 #include "description/pxml.h"
+#include "description/vocabulary_lookup.h"
 
-std::int32_t DescriptionTags::nextGroup(std::string_view name, std::int32_t after) {
+std::int32_t DescriptionTags::nextGroup(vocabulary::ElementName name, std::int32_t after) {
+    return nextContainer(name, after);
+}
+
+std::int32_t DescriptionTags::nextContainer(std::string_view name, std::int32_t after) {
     std::int32_t node = description_.findByName(name, after);
     while (node >= 0 && !conditionHolds(node)) {
         node = description_.findByName(name, node);
@@ -11,7 +16,7 @@ std::int32_t DescriptionTags::nextGroup(std::string_view name, std::int32_t afte
     return node;
 }
 
-std::int32_t DescriptionTags::firstOf(std::string_view name) {
+std::int32_t DescriptionTags::firstOf(vocabulary::ElementName name) {
     return description_.findByName(name);
 }
 
@@ -25,11 +30,16 @@ std::string_view DescriptionTags::nameOf(std::int32_t node) {
     return description_.getName(node);
 }
 
+bool DescriptionTags::isCalled(std::int32_t node, vocabulary::ElementName name) {
+    return vocabulary::isCalled(description_, node, name);
+}
+
 std::optional<std::string_view> DescriptionTags::textOf(std::int32_t node) {
     return description_.getText(node);
 }
 
-std::optional<std::string_view> DescriptionTags::attribute(std::int32_t node, std::string_view name) {
+std::optional<std::string_view> DescriptionTags::attribute(std::int32_t node,
+                                                           vocabulary::AttributeName name) {
     return description_.getAttribute(node, name);
 }
 
@@ -37,7 +47,7 @@ bool DescriptionTags::holds(std::optional<std::string_view> condition) {
     return expressions_.holds(condition);
 }
 
-bool DescriptionTags::isSet(std::int32_t node, std::string_view name) {
+bool DescriptionTags::isSet(std::int32_t node, vocabulary::AttributeName name) {
     const auto condition = attribute(node, name);
     return condition && holds(condition);
 }

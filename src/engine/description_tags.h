@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/path_functions.h"
+#include "description/vocabulary.h"
 
 class Expressions;
 class PXML;
@@ -21,27 +22,33 @@ public:
 
     // The first element of that name after `after`, at any depth, whose Condition isn't false; -1 when there
     // is none.
-    std::int32_t nextGroup(std::string_view name, std::int32_t after);
+    std::int32_t nextGroup(vocabulary::ElementName name, std::int32_t after);
+    // The same for a container of actions, whose name the description is free to choose.
+    std::int32_t nextContainer(std::string_view name, std::int32_t after);
     // The first element of that name, whatever its condition says; -1 when there is none.
-    std::int32_t firstOf(std::string_view name);
+    std::int32_t firstOf(vocabulary::ElementName name);
     std::vector<std::int32_t> childrenOf(std::int32_t node);
 
     // The views are good as long as the description.
     std::string_view nameOf(std::int32_t node);
+    // Without regard to ASCII case.
+    bool isCalled(std::int32_t node, vocabulary::ElementName name);
     std::optional<std::string_view> textOf(std::int32_t node);
-    std::optional<std::string_view> attribute(std::int32_t node, std::string_view name);
-    bool hasAttribute(std::int32_t node, std::string_view name) { return attribute(node, name).has_value(); }
+    std::optional<std::string_view> attribute(std::int32_t node, vocabulary::AttributeName name);
+    bool hasAttribute(std::int32_t node, vocabulary::AttributeName name) {
+        return attribute(node, name).has_value();
+    }
 
     // Only a condition that is evaluated to 0 doesn't hold: neither a missing nor a broken one does.
     bool holds(std::optional<std::string_view> condition);
     bool conditionHolds(std::int32_t node) { return holds(attribute(node, "Condition")); }
     // As holds, but a missing condition is false.
-    bool isSet(std::int32_t node, std::string_view name);
+    bool isSet(std::int32_t node, vocabulary::AttributeName name);
 
     // Empty for a missing text; cut at Expressions::kWholeLimit. With `stopOnMissing` a variable that isn't
     // there empties the whole text.
     std::string expand(std::optional<std::string_view> text, bool stopOnMissing = false);
-    std::string expandAttribute(std::int32_t node, std::string_view name) {
+    std::string expandAttribute(std::int32_t node, vocabulary::AttributeName name) {
         return expand(attribute(node, name));
     }
 

@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr std::string_view kProductPath = "TandrelGroupInstallation/ProductDesc";
-constexpr std::string_view kLogPath = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
-constexpr std::string_view kUninstallPath = "TandrelGroupInstallation/Installation/Uninstall";
+constexpr vocabulary::ElementPath kProductPath = "TandrelGroupInstallation/ProductDesc";
+constexpr vocabulary::ElementPath kLogPath = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
+constexpr vocabulary::ElementPath kUninstallPath = "TandrelGroupInstallation/Installation/Uninstall";
 
 }  // namespace
 
@@ -179,7 +179,7 @@ bool EarlierInstallations::remove() {
 }
 
 std::vector<std::int32_t> EarlierInstallations::childrenOf(std::string_view path,
-                                                           std::string_view name) const {
+                                                           vocabulary::ElementName name) const {
     const PXML& description = parts_.model.description;
     std::vector<std::int32_t> nodes;
     const std::int32_t parent = description.findPath(path);

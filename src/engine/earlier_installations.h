@@ -62,7 +62,7 @@ private:
     void scanLegacyLog(std::int32_t node);
     void scanExternal();
 
-    std::vector<std::int32_t> childrenOf(std::string_view path, std::string_view name) const;
+    std::vector<std::int32_t> childrenOf(std::string_view path, vocabulary::ElementName name) const;
     bool isPresent(const std::string& path);
     void setControl(ControlVariable role, std::string_view value);
 

@@ -22,8 +22,8 @@ ExternalProducts::Product ExternalProducts::read(std::int32_t element) {
     const std::vector<std::string> details =
         OUtils::splitText(tags_.attribute(element, "Details").value_or(""), ';');
     for (const std::string& word : details) {
-        product.isPartOfName |= OUtils::equalsIgnoreCase(word, "substring");
-        product.flags |= OUtils::equalsIgnoreCase(word, "x86") ? kEntryIn32BitView : 0U;
+        product.isPartOfName |= OUtils::equalsIgnoreCase(word, vocabulary::WordName("substring"));
+        product.flags |= OUtils::equalsIgnoreCase(word, vocabulary::WordName("x86")) ? kEntryIn32BitView : 0U;
     }
     return product;
 }
@@ -49,8 +49,7 @@ ExternalProducts::Found ExternalProducts::uninstallAll(std::int32_t page, Report
                                                        const std::function<void()>& onFirst) {
     Found found;
     for (const std::int32_t node : tags_.childrenOf(page)) {
-        if (!OUtils::equalsIgnoreCase(tags_.nameOf(node), "ExternalLegacyApplication") ||
-            !tags_.conditionHolds(node)) {
+        if (!tags_.isCalled(node, "ExternalLegacyApplication") || !tags_.conditionHolds(node)) {
             continue;
         }
         const Product product = read(node);

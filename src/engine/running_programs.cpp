@@ -24,14 +24,13 @@ void RunningPrograms::carryOut(std::int32_t node, const RunActions& runActions) 
     if (!text) {
         return;
     }
-    const std::string_view name = tags_.nameOf(node);
-    if (OUtils::equalsIgnoreCase(name, "TerminateApp")) {
+    if (tags_.isCalled(node, "TerminateApp")) {
         const auto service = tags_.attribute(node, "Service");
-        const bool isService = service && OUtils::equalsIgnoreCase(*service, "true");
+        const bool isService = service && OUtils::equalsIgnoreCase(*service, vocabulary::WordName("true"));
         system_.closeApplication(*text, isService, directoryOf(node));
-    } else if (OUtils::equalsIgnoreCase(name, "TerminateSequence")) {
+    } else if (tags_.isCalled(node, "TerminateSequence")) {
         runActions(*text);
-    } else if (OUtils::equalsIgnoreCase(name, "TestApp")) {
+    } else if (tags_.isCalled(node, "TestApp")) {
         noted_.push_back({std::string(*text), directoryOf(node)});
     }
 }

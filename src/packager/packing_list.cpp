@@ -7,6 +7,7 @@
 #include "base/text_functions.h"
 #include "description/file_sets.h"
 #include "description/pxml.h"
+#include "description/vocabulary_lookup.h"
 #include "package/cabinet_format.h"
 #include "packager/failure.h"
 
@@ -75,19 +76,19 @@ void PackingList::read() {
     if (!files_.isDirectory(sources_.root)) {
         fail(sources_.root + ": no such directory");
     }
-    if (document.findByName("ProductDesc") < 0) {
+    if (vocabulary::findElement(document, "ProductDesc") < 0) {
         warnings_.push_back(sources_.description +
                             ": without a ProductDesc section the installer will end at once");
     }
     add({sources_.description, descriptionName_, std::string(kDescriptionAlias)});
-    for (std::int32_t node = document.findByName("FileSet"); node >= 0;
-         node = document.findByName("FileSet", node)) {
+    for (std::int32_t node = vocabulary::findElement(document, "FileSet"); node >= 0;
+         node = vocabulary::findElement(document, "FileSet", node)) {
         addFileSet(document, node);
     }
 }
 
 void PackingList::addFileSet(const PXML& document, std::int32_t node) {
-    if (!document.getAttribute(node, "Name")) {
+    if (!vocabulary::hasAttribute(document, node, "Name")) {
         warnings_.push_back(sources_.description +
                             ": a FileSet without Name is left out, as the installer does");
         return;
@@ -96,7 +97,7 @@ void PackingList::addFileSet(const PXML& document, std::int32_t node) {
     document.listChildren(node, children);
     for (const std::int32_t child : children) {
         const auto text = document.getText(child);
-        if (OUtils::equalsIgnoreCase(document.getName(child), "FN") && text && !text->empty()) {
+        if (vocabulary::isCalled(document, child, "FN") && text && !text->empty()) {
             addFile(document, child);
         }
     }
@@ -106,10 +107,10 @@ void PackingList::addFile(const PXML& document, std::int32_t node) {
     const std::string text(document.getText(node).value_or(""));
     const std::string relativePath = relativePathOf(text);
     const std::string name(OUtils::lastPathComponent(text));
-    const auto alias = document.getAttribute(node, "Alias");
+    const auto alias = vocabulary::attributeOf(document, node, "Alias");
     const std::string path = locate(text, relativePath, name);
     if (path.empty()) {
-        if (!document.getAttribute(node, "OkIfMissing")) {
+        if (!vocabulary::hasAttribute(document, node, "OkIfMissing")) {
             fail(sources_.root + "/" + relativePath + ": no such file");
         }
         return;

@@ -6,12 +6,13 @@
 #include "base/text_functions.h"
 #include "contracts/installer_ui.h"
 #include "description/variable_store.h"
+#include "description/vocabulary.h"
 #include "ui/navigation_state.h"
 
 // The first letters decide, so that "Cancelled" is a cancel as well.
 void ButtonActions::perform(InstallerUI* ui, std::string_view text) {
-    const bool isCancel = OUtils::startsWithIgnoreCase(text, "Cancel");
-    const bool isHelp = OUtils::startsWithIgnoreCase(text, "Help");
+    const bool isCancel = OUtils::startsWithIgnoreCase(text, vocabulary::WordName("Cancel"));
+    const bool isHelp = OUtils::startsWithIgnoreCase(text, vocabulary::WordName("Help"));
     if (!isCancel && !isHelp) {
         assignAll(text);
     } else if (ui != nullptr && isCancel) {

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "description/vocabulary.h"
 #include "support/debug_log.h"
 #include "ui/external_uninstall_page.h"
 #include "ui/page_visit.h"
@@ -36,7 +37,7 @@ public:
 private:
     using Handler = void (PageEntry::*)(PageVisit& visit);
     struct NamedPage {
-        std::string_view name;
+        vocabulary::WordName name;
         Handler handler;
     };
     static const NamedPage kPages[];

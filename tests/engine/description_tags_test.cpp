@@ -18,22 +18,35 @@ protected:
 };
 
 TEST_F(DescriptionTagsTest, FindsGroupsAtAnyDepthWhoseConditionIsNotFalse) {
-    describe("<G Condition='1==2'/><A><G Name='one'/></A><G Condition='(' Name='two'/>");
-    const std::int32_t first = tags_.nextGroup("G", -1);
+    describe("<Add Condition='1==2'/><A><Add Name='one'/></A><Add Condition='(' Name='two'/>");
+    const std::int32_t first = tags_.nextGroup("Add", -1);
     EXPECT_EQ(tags_.attribute(first, "Name"), "one");
-    const std::int32_t second = tags_.nextGroup("G", first);
+    const std::int32_t second = tags_.nextGroup("Add", first);
     EXPECT_EQ(tags_.attribute(second, "Name"), "two");
-    EXPECT_EQ(tags_.nextGroup("G", second), -1);
-    EXPECT_EQ(tags_.attribute(tags_.firstOf("G"), "Condition"), "1==2");
+    EXPECT_EQ(tags_.nextGroup("Add", second), -1);
+    EXPECT_EQ(tags_.attribute(tags_.firstOf("Add"), "Condition"), "1==2");
+}
+
+TEST_F(DescriptionTagsTest, FindsContainersByNamesOfTheirOwn) {
+    describe("<Mine Condition='1==2'/><Mine Name='one'/>");
+    const std::int32_t first = tags_.nextContainer("Mine", -1);
+    EXPECT_EQ(tags_.attribute(first, "Name"), "one");
+    EXPECT_EQ(tags_.nextContainer("Mine", first), -1);
+}
+
+TEST_F(DescriptionTagsTest, ComparesNamesOfElementsWithoutCase) {
+    describe("<testAPP/>");
+    EXPECT_TRUE(tags_.isCalled(tags_.firstOf("TestApp"), "TestApp"));
+    EXPECT_FALSE(tags_.isCalled(tags_.firstOf("TestApp"), "TerminateApp"));
 }
 
 TEST_F(DescriptionTagsTest, TakesAMissingConditionOfAnAttributeForFalse) {
-    describe("<G Yes='1==1' No='1==2' Empty=''/>");
-    const std::int32_t node = tags_.firstOf("G");
-    EXPECT_TRUE(tags_.isSet(node, "Yes"));
-    EXPECT_FALSE(tags_.isSet(node, "No"));
-    EXPECT_TRUE(tags_.isSet(node, "Empty"));
-    EXPECT_FALSE(tags_.isSet(node, "Absent"));
+    describe("<Add Expand='1==1' Wait='1==2' AsRoot=''/>");
+    const std::int32_t node = tags_.firstOf("Add");
+    EXPECT_TRUE(tags_.isSet(node, "Expand"));
+    EXPECT_FALSE(tags_.isSet(node, "Wait"));
+    EXPECT_TRUE(tags_.isSet(node, "AsRoot"));
+    EXPECT_FALSE(tags_.isSet(node, "ActionLog"));
     EXPECT_TRUE(tags_.holds(std::nullopt));
 }
 
@@ -56,9 +69,9 @@ TEST_F(DescriptionTagsTest, EmptiesATextThatLacksAVariableOnlyWhereAsked) {
 }
 
 TEST_F(DescriptionTagsTest, ListsChildrenInOrder) {
-    describe("<G><A/><B/><A/></G>");
+    describe("<Registry><A/><B/><A/></Registry>");
     std::vector<std::string> names;
-    for (const std::int32_t node : tags_.childrenOf(tags_.firstOf("G"))) {
+    for (const std::int32_t node : tags_.childrenOf(tags_.firstOf("Registry"))) {
         names.emplace_back(tags_.nameOf(node));
     }
     EXPECT_THAT(names, ElementsAre("A", "B", "A"));

@@ -2,6 +2,7 @@
 // its table in the code and not yet to the page of docs/manual that the message names: describe it there, in
 // backticks or in an example. A new table of words goes into kTables.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -37,7 +38,7 @@ Words rtfWords() {
 }
 
 struct Table {
-    const char* page;  // of docs/manual, on which each word stands
+    const char* page;  // of docs/manual, that describes each word
     const char* name;
     const char* source;  // where the table is
     std::function<Words()> words;
@@ -57,6 +58,11 @@ const Table kTables[] = {
     {"packager.md", "options of the packager", "src/packager/command_line.cpp",
      [] { return wordsOf(optionNames()); }},
 };
+
+// What the programs read from the environment. Each module has its own names for them.
+const std::string_view kEnvironmentVariables[] = {"OLD_CHECKSUMMING",          "ORMEL_NUM_THREADS",
+                                                  "ORMEL_USE_THREAD_AFFINITY", "TANDREL_INSTALLER_DEBUG",
+                                                  "TANDREL_STATE_DIR",         "TMPDIR"};
 
 const ManualPage* findPage(const std::string& name) {
     const auto& pages = manualPages();
@@ -112,6 +118,20 @@ TEST(Manual, NamesEveryWordOfTheVocabulary) {
     }
 }
 
+TEST(Manual, NamesEveryEnvironmentVariable) {
+    std::string code;
+    for (const ManualPage& page : manualPages()) {
+        code += ManualReader::codeOf(page.text) + "\n";
+    }
+    for (const std::string_view name : kEnvironmentVariables) {
+        EXPECT_TRUE(ManualReader::holdsWord(code, name)) << name << " is on no page of docs/manual";
+    }
+}
+
+TEST(Vocabulary, ListsThePagesThatTheWalkKnows) {
+    EXPECT_THAT(PageEntry::pageNames(), testing::UnorderedElementsAreArray(vocabulary::kPageNames));
+}
+
 TEST(Manual, IsMissedWhenAWordIsNotThere) {
     const std::string code =
         ManualReader::codeOf("Plain AutoNext, `Finish` and\n```xml\n<Busy/>\n```\nEnd `open");
@@ -151,9 +171,9 @@ TEST(Manual, SaysWhatConditionsGive) {
         const std::size_t start = at + 4;
         const std::size_t end = page->text.find("` | ", start);
         const std::string condition = page->text.substr(start, end - start);
-        const std::string_view told = std::string_view(page->text).substr(end + 4);
+        const std::string_view said = std::string_view(page->text).substr(end + 4);
         for (const auto& [text, result] : kResults) {
-            if (told.starts_with(text)) {
+            if (said.starts_with(text)) {
                 ++rows;
                 EXPECT_EQ(ConditionParser(condition).evaluate(), result) << condition;
             }

@@ -6,7 +6,7 @@
 #include "engine/description_tags.h"
 #include "engine/report.h"
 
-bool applyGroups(const ChangeContext& context, std::string_view group, const ChildChange& change) {
+bool applyGroups(const ChangeContext& context, vocabulary::ElementName group, const ChildChange& change) {
     DescriptionTags& tags = context.tags;
     bool succeeded = true;
     for (std::int32_t node = tags.nextGroup(group, -1); node >= 0; node = tags.nextGroup(group, node)) {

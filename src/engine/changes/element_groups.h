@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <functional>
-#include <string_view>
 
+#include "description/vocabulary.h"
 #include "engine/changes/change.h"
 
 // Makes the change that one child of a group asks for. False when it failed.
@@ -12,4 +12,4 @@ using ChildChange = std::function<bool(std::int32_t child)>;
 // Visits each group of that name whose condition holds, in document order, and its children whose conditions
 // hold; the lines of the front end are flushed after each group. A failure ends its group, and the next group
 // is still visited. False when any failed.
-bool applyGroups(const ChangeContext& context, std::string_view group, const ChildChange& change);
+bool applyGroups(const ChangeContext& context, vocabulary::ElementName group, const ChildChange& change);

@@ -29,7 +29,7 @@ constexpr auto kRoot = platform::RegistryRoot::kLocalMachine;
 constexpr auto kView = platform::RegistryView::kNative;
 
 struct NamedMode {
-    std::string_view element;
+    vocabulary::ElementName element;
     Mode mode;
 };
 

@@ -24,7 +24,7 @@ constexpr std::int32_t kLastPort = 65535;
 
 struct Protocol {
     std::uint8_t bit;
-    std::string_view word;
+    vocabulary::WordName word;
 };
 // In the order of their handling.
 constexpr Protocol kProtocols[] = {{kFirewallTcp, "TCP"}, {kFirewallUdp, "UDP"}};
@@ -85,7 +85,7 @@ std::uint8_t protocolsOf(const std::string& words, const std::string& warning, c
     const std::vector<std::string> list = OUtils::splitText(words, kProtocolSeparator);
     std::uint8_t protocols = 0;
     for (const std::string& word : list) {
-        const auto* found = std::ranges::find(kProtocols, word, &Protocol::word);
+        const auto* found = std::ranges::find(kProtocols, std::string_view(word), &Protocol::word);
         if (found == std::end(kProtocols)) {
             debugLog.line(warning);
         } else {
@@ -145,10 +145,10 @@ FirewallResult FirewallChange::applyChild(std::int32_t node) {
     if (!tags.textOf(node) || !tags.conditionHolds(node)) {
         return FirewallResult::kDone;
     }
-    if (tags.nameOf(node) == "Port" && tags.hasAttribute(node, "Port")) {
+    if (tags.nameOf(node) == vocabulary::ElementName("Port") && tags.hasAttribute(node, "Port")) {
         return applyPort(node);
     }
-    if (tags.nameOf(node) == "Application" && tags.hasAttribute(node, "Target")) {
+    if (tags.nameOf(node) == vocabulary::ElementName("Application") && tags.hasAttribute(node, "Target")) {
         return applyApplication(node);
     }
     return FirewallResult::kDone;

@@ -317,8 +317,9 @@ bool IniChange::apply() {
 bool IniChange::applyChild(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const auto text = tags.textOf(node);
-    const bool isComplete = tags.nameOf(node) == "Add" && tags.hasAttribute(node, "FileName") &&
-                            tags.hasAttribute(node, "Section") && tags.hasAttribute(node, "Key") && text;
+    const bool isComplete = tags.nameOf(node) == vocabulary::ElementName("Add") &&
+                            tags.hasAttribute(node, "FileName") && tags.hasAttribute(node, "Section") &&
+                            tags.hasAttribute(node, "Key") && text;
     if (!isComplete) {
         return true;
     }

@@ -20,7 +20,7 @@ using platform::RegistryValue;
 constexpr auto kView = platform::RegistryView::kNative;
 
 struct NamedRoot {
-    std::string_view name;
+    vocabulary::WordName name;
     RegistryRoot root;
 };
 

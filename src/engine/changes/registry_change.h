@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "description/vocabulary.h"
 #include "engine/changes/change.h"
 #include "platform/registry.h"
 
@@ -84,7 +85,7 @@ private:
     };
     using Step = void (RegistryChange::*)(const Element& element);
     struct Action {
-        std::string_view element;
+        vocabulary::ElementName element;
         Step step;
     };
     static const Action kActions[];

@@ -17,7 +17,7 @@ namespace {
 namespace Format = ActionLogFormat;
 
 struct TypeWord {
-    std::string_view word;
+    vocabulary::WordName word;
     ShortcutType type;
 };
 
@@ -74,7 +74,7 @@ bool create(platform::ShellObjects& shell, const ProductDescription& product, co
 
 bool ShortcutChange::apply() {
     return applyGroups(context_, "Shortcuts", [this](std::int32_t child) {
-        return context_.tags.nameOf(child) != "Add" || applyChild(child);
+        return context_.tags.nameOf(child) != vocabulary::ElementName("Add") || applyChild(child);
     });
 }
 
