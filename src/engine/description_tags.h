@@ -34,6 +34,9 @@ public:
     // Without regard to ASCII case.
     bool isCalled(std::int32_t node, vocabulary::ElementName name);
     std::optional<std::string_view> textOf(std::int32_t node);
+    // As textOf, but an empty text, or one of white space, counts as none: an element that needs its text is
+    // left out then, so that `<Replace VarName="PATH"></Replace>` doesn't empty PATH.
+    std::optional<std::string_view> requiredTextOf(std::int32_t node);
     std::optional<std::string_view> attribute(std::int32_t node, vocabulary::AttributeName name);
     bool hasAttribute(std::int32_t node, vocabulary::AttributeName name) {
         return attribute(node, name).has_value();
