@@ -51,8 +51,9 @@ class LinuxMachine:
         return str(self.root / path)
 
     def environment(self, extra):
+        # Whoever calls the tests with sudo is not who sees the documents that a setup opens.
         return {**os.environ, "TMPDIR": str(self.temp), "TANDREL_STATE_DIR": str(self.root / "state"),
-                "LC_ALL": "C.UTF-8", **extra}
+                "LC_ALL": "C.UTF-8", "SUDO_UID": "", "PKEXEC_UID": "", **extra}
 
     def command(self, program):
         return [str(program)]

@@ -204,6 +204,16 @@ TEST_F(WindowsShellObjectsTest, ADocumentIsOpenedByTheProgramOfItsClass) {
     openApartments();  // the shell's own
 }
 
+TEST_F(WindowsShellObjectsTest, ADocumentOfTheCurrentDirectoryIsNotOpenedByItsName) {
+    const DocumentClass documents;
+    writeTestFile(directory_.file("a.tandreldoc"), "x");
+    wchar_t before[MAX_PATH]{};
+    ASSERT_NE(GetCurrentDirectoryW(MAX_PATH, before), 0U);
+    ASSERT_NE(SetCurrentDirectoryW(platform::systemPath(directory_.path()).c_str()), 0);
+    EXPECT_FALSE(shell_.openDocument("a.tandreldoc"));
+    EXPECT_NE(SetCurrentDirectoryW(before), 0);
+}
+
 TEST_F(WindowsShellObjectsTest, ADocumentOfNoClassIsNotOpened) {
     writeTestFile(directory_.file("a.tandrelnone"), "x");
     EXPECT_FALSE(shell_.openDocument(directory_.file("a.tandrelnone").c_str()));
