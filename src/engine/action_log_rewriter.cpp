@@ -116,4 +116,5 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
         files_.removeFile(temporary);
         throw InstallerError("ERROR: Writing temp file for new log (%s)", logPath.c_str());
     }
+    files_.takeDirectoryRights(logPath);  // as when it was published
 }

@@ -17,11 +17,13 @@ enum Access : std::uint32_t { kRead = 1, kWrite = 2 };
 enum Share : std::uint32_t { kShareNone = 0, kShareRead = 1, kShareWrite = 2, kShareDelete = 4 };
 
 enum class Disposition {
-    kOpenExisting,   // fails when there is no file
-    kOpenOrCreate,   // keeps the content
-    kCreateAlways,   // empties what is there
-    kCreateNew,      // fails when there is anything of that name, a link included
-    kCreatePrivate,  // as kCreateNew, and readable and writable by this user alone
+    kOpenExisting,  // fails when there is no file
+    kOpenOrCreate,  // keeps the content
+    kCreateAlways,  // empties what is there
+    kCreateNew,     // fails when there is anything of that name, a link included
+    // As kCreateNew, and readable and writable by this user alone; on Windows by the administrators and the
+    // system, and nobody else, when this process has administrator's rights.
+    kCreatePrivate,
 };
 
 struct OpenOptions {
@@ -75,6 +77,10 @@ public:
     // The path of the plain file that the path leads to through links. Fails when there is none, and for
     // directories, devices, pipes and the like.
     virtual int resolveFile(std::string_view path, std::string& outPath) = 0;
+
+    // Windows: a private file gets the rights that its directory hands down, so that whoever looks after the
+    // directory can read it. Linux: nothing, a private file stays so.
+    virtual int takeDirectoryRights(std::string_view path) = 0;
 
     virtual int removeFile(std::string_view path) = 0;
     // A rename on one volume; fails when `to` exists and across volumes.

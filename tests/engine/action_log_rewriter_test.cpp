@@ -95,6 +95,12 @@ TEST_F(ActionLogRewriterTest, KeepsTheNewLogForThisUserAndFollowsNoLink) {
     EXPECT_FALSE(files_.hasFile("/app/templog.log"));
 }
 
+TEST_F(ActionLogRewriterTest, GivesTheNewLogTheRightsOfItsDirectory) {
+    files_.addFile("/app/install.log", kOld);
+    rewrite();
+    EXPECT_TRUE(files_.hasDirectoryRights("/app/install.log"));
+}
+
 TEST_F(ActionLogRewriterTest, RefusesALogThatEndsWithItsVariables) {
     for (const char* old : {"", "a\r\nb\r\n", "NUMVARS\t0\r\n", "NUMVARS\t1\r\nVAR\tA\t1\r\n"}) {
         files_.addFile("/app/install.log", old);

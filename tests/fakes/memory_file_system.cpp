@@ -68,6 +68,7 @@ struct MemoryFileSystem::Node {
     std::string content;  // of a file; the target of a link
     bool executable = false;
     bool isPrivate = false;
+    bool hasDirectoryRights = false;
     bool isMarked = false;
 };
 
@@ -254,6 +255,12 @@ bool MemoryFileSystem::isPrivate(std::string_view path) const {
     const std::lock_guard lock(mutex_);
     const NodePtr node = find(resolved(path));
     return node != nullptr && node->isPrivate;
+}
+
+bool MemoryFileSystem::hasDirectoryRights(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->hasDirectoryRights;
 }
 
 std::vector<std::string> MemoryFileSystem::allFiles() const {
@@ -650,6 +657,21 @@ int MemoryFileSystem::copyRights(std::string_view from, std::string_view to) {
     targetNode->executable = sourceNode->executable;
     targetNode->isPrivate = sourceNode->isPrivate;
     return readOnlyStatus(target);
+}
+
+int MemoryFileSystem::takeDirectoryRights(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    const int status = begin(Operation::kTakeDirectoryRights, name, "takeDirectoryRights " + name);
+    if (status != kOk) {
+        return status;
+    }
+    const NodePtr node = find(name);
+    if (node == nullptr) {
+        return kNotFound;
+    }
+    node->hasDirectoryRights = true;
+    return readOnlyStatus(name);
 }
 
 bool MemoryFileSystem::temporaryDirectory(std::string& outPath) {

@@ -45,6 +45,7 @@ public:
         kList,
         kMakeExecutable,
         kCopyRights,  // by its target
+        kTakeDirectoryRights,
     };
 
     MemoryFileSystem();
@@ -62,6 +63,8 @@ public:
     std::string content(std::string_view path) const;  // empty when there is no such file
     bool isExecutable(std::string_view path) const;
     bool isPrivate(std::string_view path) const;  // made with kCreatePrivate
+    // Had takeDirectoryRights, and still is that file.
+    bool hasDirectoryRights(std::string_view path) const;
     // The full paths of all files and links in their own case with `/`, in the order of their lower case.
     std::vector<std::string> allFiles() const;
     int openFileCount() const;
@@ -80,8 +83,8 @@ public:
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
-    // /a", "list /a", "makeExecutable /a", "copyRights /a -> /b", "flush /a". Failed calls are recorded as
-    // well. Reads, writes and seeks are counted only.
+    // /a", "list /a", "makeExecutable /a", "copyRights /a -> /b", "takeDirectoryRights /a", "flush /a".
+    // Failed calls are recorded as well. Reads, writes and seeks are counted only.
     std::vector<std::string> operations() const;
     bool didOperation(std::string_view text) const;
     void clearOperations();
@@ -96,6 +99,7 @@ public:
     bool isOrdinaryDirectory(std::string_view path) override;
     std::int64_t fileSize(std::string_view path) override;
     int resolveFile(std::string_view path, std::string& outPath) override;
+    int takeDirectoryRights(std::string_view path) override;
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;

@@ -231,6 +231,16 @@ TEST_F(MemoryFileSystemTest, CopiesRights) {
     EXPECT_EQ(7, files_.copyRights("/from", "/to"));
 }
 
+TEST_F(MemoryFileSystemTest, TakesTheRightsOfTheDirectory) {
+    files_.addFile("/a", "x");
+    EXPECT_FALSE(files_.hasDirectoryRights("/a"));
+    EXPECT_EQ(0, files_.takeDirectoryRights("/a"));
+    EXPECT_TRUE(files_.hasDirectoryRights("/a"));
+    EXPECT_NE(0, files_.takeDirectoryRights("/none"));
+    files_.failAt(Operation::kTakeDirectoryRights, "/a", 1, 7);
+    EXPECT_EQ(7, files_.takeDirectoryRights("/a"));
+}
+
 TEST_F(MemoryFileSystemTest, NamesTemporaryFilesWithoutMakingThem) {
     std::string path;
     EXPECT_TRUE(files_.temporaryName("abc", 0x2A, path));

@@ -183,6 +183,7 @@ public:
     bool isOrdinaryDirectory(std::string_view) override { return false; }
     std::int64_t fileSize(std::string_view) override { return size_; }
     int resolveFile(std::string_view, std::string&) override { return 1; }
+    int takeDirectoryRights(std::string_view) override { return 1; }
     int removeFile(std::string_view) override { return 1; }
     int moveFile(std::string_view, std::string_view) override { return 1; }
     int replaceFile(std::string_view, std::string_view) override { return 1; }

@@ -1,5 +1,9 @@
 #include "platform/file_system.h"
 
+#include <windows.h>
+
+#include <aclapi.h>
+
 #include "platform/windows/file.h"
 #include "platform/windows/private_security.h"
 #include "platform/windows/system_error.h"
@@ -124,6 +128,17 @@ int copyAccessList(const wchar_t* from, const wchar_t* to) {
     return statusOf(SetFileSecurityW(to, DACL_SECURITY_INFORMATION, descriptor.data()));
 }
 
+// What was given to the object itself goes; what the directory hands down comes.
+int inheritAccessList(std::wstring path) {
+    ACL nothing{};
+    if (InitializeAcl(&nothing, sizeof(nothing), ACL_REVISION) == 0) {
+        return failureNumber();
+    }
+    return static_cast<int>(SetNamedSecurityInfoW(
+        path.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION | UNPROTECTED_DACL_SECURITY_INFORMATION,
+        nullptr, nullptr, &nothing, nullptr));
+}
+
 bool isDotEntry(const wchar_t* name) {
     return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
 }
@@ -223,6 +238,11 @@ public:
         const int status = finalPathOf(systemPath(path), final);
         outPath = utf8Of(final);
         return status;
+    }
+
+    int takeDirectoryRights(std::string_view path) override {
+        const std::wstring wide = systemPath(path);
+        return namesDevice(wide) ? kRefusedName : inheritAccessList(wide);
     }
 
     int removeFile(std::string_view path) override { return onPath(path, DeleteFileW); }
