@@ -67,8 +67,7 @@ class LinuxPrograms(ImageTest):
     @hardened
     def test_use_the_checked_functions_of_the_library(self):
         for _, image in self.images():
-            checked = {name for name in image.imported() if name.endswith("_chk") and name != "__longjmp_chk"}
-            self.assertGreaterEqual(checked, {"__memcpy_chk", "__memset_chk"})
+            self.assertIn("__memcpy_chk", image.imported())
 
     @hardened
     def test_mark_where_indirect_calls_may_end(self):

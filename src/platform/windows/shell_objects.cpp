@@ -95,6 +95,23 @@ std::wstring targetOf(std::string_view path) {
     return isUrl(text) || text.find_first_of(L"\\/:") != std::wstring::npos ? text : findProgram(text);
 }
 
+// Where no class says how to open a file, the desktop would ask the user, and nobody would learn of it here.
+bool canDesktopOpen(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        return attributes != INVALID_FILE_ATTRIBUTES;
+    }
+    const std::size_t dot = path.find_last_of(L".\\/");
+    HKEY fileClass = nullptr;
+    if (dot == std::wstring::npos || path[dot] != L'.' ||
+        RegOpenKeyExW(HKEY_CLASSES_ROOT, path.data() + dot, 0, KEY_QUERY_VALUE, &fileClass) !=
+            ERROR_SUCCESS) {
+        return false;
+    }
+    RegCloseKey(fileClass);
+    return true;
+}
+
 class WindowsShellObjects : public ShellObjects {
 public:
     int createLink(std::string_view linkPath, const LinkDescription& link) override {
@@ -127,9 +144,9 @@ public:
         if (isUrl(target)) {
             return openOnUserDesktop(target);
         }
-        // The desktop has another current directory, and doesn't report back what is missing.
+        // The desktop has another current directory.
         const std::wstring full = fullPath(target);
-        return GetFileAttributesW(full.c_str()) != INVALID_FILE_ATTRIBUTES && openOnUserDesktop(full);
+        return canDesktopOpen(full) && openOnUserDesktop(full);
     }
 
     bool broadcastEnvironment() override {

@@ -13,6 +13,7 @@
 #include "platform/registry.h"
 #include "platform/windows/com_objects.h"
 #include "platform/windows/missing_component.h"
+#include "platform/windows/private_security.h"
 #include "platform/windows/wide_text.h"
 
 namespace {
@@ -204,6 +205,20 @@ TEST_F(WindowsShellObjectsTest, ADocumentIsOpenedByTheProgramOfItsClass) {
     openApartments();  // the shell's own
 }
 
+TEST_F(WindowsShellObjectsTest, ADocumentIsOpenedByTheDesktopOfTheUserWhoRaisedTheRights) {
+    if (platform::holderOfThisProcess() != platform::Holder::kAdministrators) {
+        GTEST_SKIP() << "this process has the user's own rights";
+    }
+    constexpr std::uint32_t kLong = 60000;
+    const DocumentClass documents;
+    writeTestFile(directory_.file("a.tandreldoc"), "x");
+    const auto opened = platform::systemNamedEvents().create(kOpened);
+    ASSERT_NE(opened, nullptr);
+    EXPECT_TRUE(shell_.openForUser(directory_.file("a.tandreldoc")));
+    EXPECT_TRUE(opened->wait(kLong));
+    openApartments();
+}
+
 TEST_F(WindowsShellObjectsTest, ADocumentOfTheCurrentDirectoryIsNotOpenedByItsName) {
     const DocumentClass documents;
     writeTestFile(directory_.file("a.tandreldoc"), "x");
@@ -217,7 +232,9 @@ TEST_F(WindowsShellObjectsTest, ADocumentOfTheCurrentDirectoryIsNotOpenedByItsNa
 TEST_F(WindowsShellObjectsTest, ADocumentOfNoClassIsNotOpened) {
     writeTestFile(directory_.file("a.tandrelnone"), "x");
     EXPECT_FALSE(shell_.openDocument(directory_.file("a.tandrelnone").c_str()));
+    EXPECT_FALSE(shell_.openForUser(directory_.file("a.tandrelnone")));
     EXPECT_FALSE(shell_.openDocument(directory_.file("none.exe").c_str()));
+    EXPECT_FALSE(shell_.openForUser(directory_.file("none.exe")));
     openApartments();
 }
 
