@@ -18,7 +18,9 @@ target_link_libraries(tandrel_zlib INTERFACE ${ZLIB_LIBRARY})
 add_library(tandrel_system INTERFACE)
 target_link_libraries(tandrel_system INTERFACE Threads::Threads)
 if(WIN32)
-  target_link_libraries(tandrel_system INTERFACE bcrypt psapi shell32 ole32 oleaut32 uuid advapi32 user32)
+  # Only libraries that Windows takes from its own directory whatever lies beside a program; others are loaded by
+  # platform/windows/library_search.h.
+  target_link_libraries(tandrel_system INTERFACE psapi shell32 ole32 oleaut32 uuid advapi32 user32)
 else()
   target_link_libraries(tandrel_system INTERFACE ${SQLITE_LIBRARY} ${MD_LIBRARY} m dl)
 endif()

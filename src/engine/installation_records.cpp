@@ -72,6 +72,7 @@ bool InstallationRecords::publishFile(const char* what, const std::string& from,
     platform::FileSystem& files = parts_.machine.files;
     if (!to.empty()) {
         if (files.replaceFile(from, to) == 0) {
+            handOver(what, to);
             return true;
         }
         if (!copyPrivately(from, to)) {
@@ -79,9 +80,20 @@ bool InstallationRecords::publishFile(const char* what, const std::string& from,
                                   to.c_str(), from.c_str());
             return false;
         }
+        handOver(what, to);
     }
     files.removeFile(from);
     return true;
+}
+
+// Whoever may uninstall the product has to read its records, not only who installed it. A record that keeps
+// the rights of a private file is whole all the same.
+void InstallationRecords::handOver(const char* what, const std::string& path) {
+    const int status = parts_.machine.files.takeDirectoryRights(path);
+    if (status != 0) {
+        parts_.debugLog.line("WARNING: The " + std::string(what) + " " + path +
+                             " keeps the rights of a private file (" + std::to_string(status) + ")");
+    }
 }
 
 // Where a file can't be moved. The copy empties what it finds and leaves its rights as they are.

@@ -34,6 +34,7 @@ private:
     bool openArchive();
     bool closeAll();
     bool publishFile(const char* what, const std::string& from, const std::string& to);
+    void handOver(const char* what, const std::string& path);
     bool copyPrivately(const std::string& from, const std::string& to);
 
     EngineParts parts_;

@@ -35,8 +35,9 @@ public:
     // first process.
     virtual bool terminate(std::uint32_t id, std::uint32_t politeMilliseconds) = 0;
     // Starts a program from one command line: words by blanks, double quotes keep blanks together, and the
-    // first word is the program. No handles are inherited but the standard streams. `workDirectory` may be
-    // empty. Null on failure, with the system's error number in `outError`.
+    // first word is the program. Without a path it is looked for in PATH, on Windows in the system's
+    // directory before and never in the current one. No handles are inherited but the standard streams.
+    // `workDirectory` may be empty. Null on failure, with the system's error number in `outError`.
     virtual std::unique_ptr<ChildProcess> start(std::string_view commandLine, std::string_view workDirectory,
                                                 int& outError) = 0;
     virtual std::uint32_t currentId() = 0;

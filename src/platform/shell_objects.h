@@ -27,7 +27,14 @@ public:
     virtual int createUrlLink(std::string_view linkPath, std::string_view url) = 0;
 
     // Hands a document, program or URL to its default program and doesn't wait. False when there is none.
+    // With the user's own rights where openForUser can. On Windows a name without a directory is looked for
+    // in the system's directory and PATH.
     virtual bool openDocument(std::string_view path) = 0;
+
+    // The same for a process with raised rights, but with those of the user at whose desktop it runs: on
+    // Windows by that desktop's shell, on Linux as the user who called sudo or pkexec. False, with nothing
+    // opened, when the rights aren't raised, the system doesn't offer it, or there is nothing to open.
+    virtual bool openForUser(std::string_view path) = 0;
 
     // Makes known that the system's environment has changed. False on failure.
     // Windows: the broadcast of the changed setting to the programs that run; true. Linux: its variables are

@@ -42,6 +42,10 @@ int openInDefaultBrowser(const platform::Platform& platform, std::string_view ur
     if (url.empty()) {
         return platform::kRegBadArgument;
     }
+    // The command may be one that the user chose: nothing for an administrator's rights.
+    if (platform.shell.openForUser(url)) {
+        return 0;
+    }
     const std::string command = pageCommand(platform.registry);
     if (command.empty()) {
         return platform.shell.openDocument(url) ? 0 : platform::kRegNotFound;

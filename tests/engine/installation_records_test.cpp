@@ -94,6 +94,29 @@ TEST_F(PublishTest, CopiesWhatCannotBeMovedForThisUserAlone) {
     EXPECT_TRUE(files_.isPrivate("/app/backup.bin"));
 }
 
+TEST_F(PublishTest, GivesThePublishedRecordsTheRightsOfTheirDirectory) {
+    EXPECT_TRUE(publish());
+    EXPECT_TRUE(files_.hasDirectoryRights("/app/install.log"));
+    EXPECT_TRUE(files_.hasDirectoryRights("/app/backup.bin"));
+}
+
+TEST_F(PublishTest, GivesCopiedRecordsTheRightsOfTheirDirectory) {
+    files_.failAt(Operation::kReplaceFile, "/tmp/orinstall1", 1);
+    files_.failAt(Operation::kReplaceFile, "/tmp/orinstall2", 1);
+    EXPECT_TRUE(publish());
+    EXPECT_TRUE(files_.hasDirectoryRights("/app/install.log"));
+    EXPECT_TRUE(files_.hasDirectoryRights("/app/backup.bin"));
+}
+
+TEST_F(PublishTest, PublishesRecordsThatStayPrivate) {
+    files_.failAt(Operation::kTakeDirectoryRights, "/app/install.log", 1, 5);
+    EXPECT_TRUE(publish());
+    EXPECT_TRUE(hasLog("/app/install.log"));
+    EXPECT_EQ(log_.lines(),
+              std::vector<std::string>{"WARNING: The install log /app/install.log keeps the rights "
+                                       "of a private file (5)"});
+}
+
 TEST_F(PublishTest, PublishesNothingUnderEmptyNames) {
     EXPECT_TRUE(publish("", ""));
     EXPECT_TRUE(files_.allFiles().empty());

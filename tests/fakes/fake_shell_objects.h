@@ -12,10 +12,12 @@ public:
     std::map<std::string, platform::LinkDescription> links;  // by path
     std::map<std::string, std::string> urlLinks;             // path -> URL
     std::vector<std::string> opened;                         // also what failed to open
+    std::vector<std::string> openedForUser;
     int broadcasts = 0;
 
     int linkError = 0;  // non-zero: no link can be made
     bool opens = true;
+    bool hasRaisedRights = false;  // and a user to open for
     bool broadcastWorks = true;
 
     int createLink(std::string_view linkPath, const platform::LinkDescription& link) override {
@@ -33,6 +35,12 @@ public:
     bool openDocument(std::string_view path) override {
         opened.emplace_back(path);
         return opens;
+    }
+    bool openForUser(std::string_view path) override {
+        if (hasRaisedRights) {
+            openedForUser.emplace_back(path);
+        }
+        return hasRaisedRights;
     }
     bool broadcastEnvironment() override {
         ++broadcasts;

@@ -78,6 +78,15 @@ TEST_F(DefaultBrowserTest, LeavesItToTheDesktopWhereTheCommandIsNoPlainText) {
     expectHandedToTheDesktop();
 }
 
+TEST_F(DefaultBrowserTest, OpensThePageWithTheRightsOfTheUser) {
+    setCommand("b %1");
+    machine_.shell.hasRaisedRights = true;
+    EXPECT_EQ(open(), 0);
+    EXPECT_EQ(machine_.shell.openedForUser, std::vector<std::string>{kUrl});
+    EXPECT_TRUE(machine_.processes.started.empty());
+    EXPECT_TRUE(machine_.shell.opened.empty());
+}
+
 TEST_F(DefaultBrowserTest, FailsWhereTheDesktopCanNotEither) {
     machine_.shell.opens = false;
     EXPECT_NE(open(), 0);

@@ -1,10 +1,8 @@
 #include "platform/posix/process_handle.h"
 
 #include <poll.h>
-// The C library of Debian 12 forgot to say so itself.
-extern "C" {
-#include <sys/pidfd.h>
-}
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -19,9 +17,19 @@ namespace {
 
 constexpr std::uint32_t kLookMilliseconds = 10;
 
+// The C library's own functions for these calls are younger than the oldest one that the programs shall run
+// with.
+int openProcess(pid_t id) {
+    return static_cast<int>(syscall(SYS_pidfd_open, id, 0));
+}
+
+bool signalProcess(int descriptor, int signal) {
+    return syscall(SYS_pidfd_send_signal, descriptor, signal, nullptr, 0) == 0;
+}
+
 }  // namespace
 
-ProcessHandle::ProcessHandle(pid_t id) : id_(id), descriptor_(pidfd_open(id, 0)) {
+ProcessHandle::ProcessHandle(pid_t id) : id_(id), descriptor_(openProcess(id)) {
     isGone_ = !descriptor_.isOpen() && errno == ESRCH;
 }
 
@@ -30,7 +38,7 @@ bool ProcessHandle::sendSignal(int signal) {
         return false;
     }
     if (descriptor_.isOpen()) {
-        return pidfd_send_signal(descriptor_.get(), signal, nullptr, 0) == 0;
+        return signalProcess(descriptor_.get(), signal);
     }
     return kill(id_, signal) == 0;
 }

@@ -9,6 +9,7 @@
 #include "platform/posix/desktop_entry.h"
 #include "platform/posix/environment_script.h"
 #include "platform/posix/file_replacement.h"
+#include "platform/posix/invoking_user.h"
 #include "platform/posix/native_path.h"
 #include "platform/posix/spawn_settings.h"
 #include "platform/posix/state_directory.h"
@@ -63,11 +64,30 @@ bool startDetached(std::vector<std::string> words) {
     return true;
 }
 
+// Calls `start(words)` with what opens the path until that works.
+template <typename Start>
+bool openBy(std::string_view path, Start start) {
+    const std::string text(path);
+    if (isUrl(text)) {
+        return start({kOpener, text});
+    }
+    std::string file = nativePath(path);
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0) {
+        return false;
+    }
+    if (file.find('/') == std::string::npos) {
+        file.insert(0, "./");  // neither an option nor a program of PATH
+    }
+    return (isProgram(status) && start({file})) || start({kOpener, file});
+}
+
 class PosixShellObjects : public ShellObjects {
 public:
     int createLink(std::string_view linkPath, const LinkDescription& link) override;
     int createUrlLink(std::string_view linkPath, std::string_view url) override;
     bool openDocument(std::string_view path) override;
+    bool openForUser(std::string_view path) override;
     bool broadcastEnvironment() override;
 };
 
@@ -89,19 +109,14 @@ int PosixShellObjects::createUrlLink(std::string_view linkPath, std::string_view
 }
 
 bool PosixShellObjects::openDocument(std::string_view path) {
-    const std::string text(path);
-    if (isUrl(text)) {
-        return startDetached({kOpener, text});
-    }
-    std::string file = nativePath(path);
-    struct stat status {};
-    if (stat(file.c_str(), &status) != 0) {
-        return false;
-    }
-    if (file.find('/') == std::string::npos) {
-        file.insert(0, "./");  // neither an option nor a program of PATH
-    }
-    return (isProgram(status) && startDetached({file})) || startDetached({kOpener, file});
+    return openForUser(path) || openBy(path, startDetached);
+}
+
+bool PosixShellObjects::openForUser(std::string_view path) {
+    const std::optional<InvokingUser> user = invokingUser();
+    return user && openBy(path, [&user](std::vector<std::string> words) {
+               return startDetachedAs(*user, std::move(words));
+           });
 }
 
 // Nothing that runs takes a change of its environment from outside, so it is the logins to come that learn

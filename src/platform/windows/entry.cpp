@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "platform/program.h"
+#include "platform/windows/library_search.h"
 #include "platform/windows/wide_text.h"
 
 extern "C" {
@@ -12,6 +13,7 @@ int wmain(int count, wchar_t** arguments);
 }
 
 int wmain(int count, wchar_t** arguments) {
+    platform::searchLibrariesInSystemOnly();  // before anything can load one
     std::vector<std::string> texts;
     texts.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; i++) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "platform/windows/debug_privilege.h"
+#include "platform/windows/library_search.h"
 #include "platform/windows/process_line.h"
 #include "platform/windows/system_error.h"
 #include "platform/windows/wide_text.h"
@@ -72,6 +73,25 @@ std::wstring imagePathOf(HANDLE process) {
     return path;
 }
 
+std::wstring firstWordOf(const std::wstring& command) {
+    const bool quoted = command.starts_with(L'"');
+    const std::size_t start = quoted ? 1 : 0;
+    const std::size_t end = quoted ? command.find(L'"', start) : command.find_first_of(L" \t");
+    return command.substr(start, end == std::wstring::npos ? end : end - start);
+}
+
+// False when the command names a program without a path and there is none of that name. `outProgram` is then
+// left to the system to find in the command, as it is where the path is given.
+bool resolveProgram(const std::wstring& command, std::wstring& outProgram) {
+    outProgram.clear();
+    const std::wstring name = firstWordOf(command);
+    if (name.find_first_of(L"\\/:") != std::wstring::npos) {
+        return true;
+    }
+    outProgram = findProgram(name);
+    return !outProgram.empty();
+}
+
 class WindowsChildProcess : public ChildProcess {
 public:
     explicit WindowsChildProcess(HANDLE process) : process_(process) {}
@@ -124,13 +144,19 @@ public:
     std::unique_ptr<ChildProcess> start(std::string_view commandLine, std::string_view workDirectory,
                                         int& outError) override {
         std::wstring command = wideOf(commandLine);  // the system writes into it
+        std::wstring program;
+        if (!resolveProgram(command, program)) {
+            outError = ERROR_FILE_NOT_FOUND;
+            return nullptr;
+        }
         const bool hasDirectory = !workDirectory.empty();
         const std::wstring directory = hasDirectory ? systemPath(workDirectory) : std::wstring();
         STARTUPINFOW startup{};
         startup.cb = sizeof(startup);
         PROCESS_INFORMATION started{};
-        if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                           hasDirectory ? directory.c_str() : nullptr, &startup, &started) == 0) {
+        if (CreateProcessW(program.empty() ? nullptr : program.c_str(), command.data(), nullptr, nullptr,
+                           FALSE, 0, nullptr, hasDirectory ? directory.c_str() : nullptr, &startup,
+                           &started) == 0) {
             outError = failureNumber();
             return nullptr;
         }

@@ -10,6 +10,9 @@
 #include <algorithm>
 
 #include "platform/windows/com_objects.h"
+#include "platform/windows/library_search.h"
+#include "platform/windows/private_security.h"
+#include "platform/windows/user_desktop.h"
 
 namespace platform {
 
@@ -78,6 +81,37 @@ int statusOfResult(HRESULT result) {
     return FAILED(result) ? static_cast<int>(result) : 0;
 }
 
+// "http:", "mailto:" and the like; a single letter is a drive.
+bool isUrl(const std::wstring& text) {
+    const std::size_t length =
+        text.find_first_not_of(L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-");
+    return length != std::wstring::npos && length > 1 && text[length] == L':';
+}
+
+// What the shell is to open: a URL as it is, a path, or the full path of a name that has none, which the
+// shell would look for in the current directory first. Empty when there is nothing of that name.
+std::wstring targetOf(std::string_view path) {
+    const std::wstring text = wideOf(path);
+    return isUrl(text) || text.find_first_of(L"\\/:") != std::wstring::npos ? text : findProgram(text);
+}
+
+// Where no class says how to open a file, the desktop would ask the user, and nobody would learn of it here.
+bool canDesktopOpen(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        return attributes != INVALID_FILE_ATTRIBUTES;
+    }
+    const std::size_t dot = path.find_last_of(L".\\/");
+    HKEY fileClass = nullptr;
+    if (dot == std::wstring::npos || path[dot] != L'.' ||
+        RegOpenKeyExW(HKEY_CLASSES_ROOT, path.data() + dot, 0, KEY_QUERY_VALUE, &fileClass) !=
+            ERROR_SUCCESS) {
+        return false;
+    }
+    RegCloseKey(fileClass);
+    return true;
+}
+
 class WindowsShellObjects : public ShellObjects {
 public:
     int createLink(std::string_view linkPath, const LinkDescription& link) override {
@@ -90,9 +124,29 @@ public:
 
     bool openDocument(std::string_view path) override {
         constexpr INT_PTR kLastError = 32;
+        if (openForUser(path)) {
+            return true;
+        }
+        const std::wstring target = targetOf(path);
+        if (target.empty()) {
+            return false;
+        }
         const HINSTANCE answer =
-            ShellExecuteW(nullptr, L"open", wideOf(path).c_str(), nullptr, nullptr, SW_SHOWDEFAULT);
+            ShellExecuteW(nullptr, L"open", target.c_str(), nullptr, nullptr, SW_SHOWDEFAULT);
         return reinterpret_cast<INT_PTR>(answer) > kLastError;
+    }
+
+    bool openForUser(std::string_view path) override {
+        const std::wstring target = targetOf(path);
+        if (holderOfThisProcess() != Holder::kAdministrators || target.empty()) {
+            return false;
+        }
+        if (isUrl(target)) {
+            return openOnUserDesktop(target);
+        }
+        // The desktop has another current directory.
+        const std::wstring full = fullPath(target);
+        return canDesktopOpen(full) && openOnUserDesktop(full);
     }
 
     bool broadcastEnvironment() override {

@@ -48,22 +48,6 @@ bool isDeviceName(std::wstring_view component) {
     return isNumberedDevice(name);
 }
 
-std::wstring absolutePath(const std::wstring& path) {
-    std::wstring full(path.size() + MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length =
-            GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-        if (length == 0) {
-            return path;
-        }
-        if (length < full.size()) {
-            full.resize(length);
-            return full;
-        }
-        full.resize(length);
-    }
-}
-
 }  // namespace
 
 std::wstring wideOf(std::string_view utf8) {
@@ -79,13 +63,29 @@ std::string utf8Of(std::wstring_view wide) {
     return OUtils::wideToUtf8({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
 }
 
+std::wstring fullPath(const std::wstring& path) {
+    std::wstring full(path.size() + MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length =
+            GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+        if (length == 0) {
+            return path;
+        }
+        if (length < full.size()) {
+            full.resize(length);
+            return full;
+        }
+        full.resize(length);
+    }
+}
+
 std::wstring systemPath(std::string_view utf8) {
     std::wstring path = wideOf(utf8);
     std::replace(path.begin(), path.end(), L'/', L'\\');
     if (path.size() <= kLongestPlainPath || path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) {
         return path;
     }
-    path = absolutePath(path);
+    path = fullPath(path);
     if (path.starts_with(L"\\\\.\\")) {
         return path;
     }

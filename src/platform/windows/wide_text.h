@@ -18,6 +18,9 @@ std::string utf8Of(std::wstring_view wide);
 // path comes near it.
 std::wstring systemPath(std::string_view utf8);
 
+// The path from its root on, or the path itself when the system can't form that.
+std::wstring fullPath(const std::wstring& path);
+
 // True when a component of the path is the name of a device ("nul", "COM1.log") or the path leads to the
 // device name space: nothing of that kind is a file.
 bool namesDevice(std::wstring_view path);

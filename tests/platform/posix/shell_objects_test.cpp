@@ -181,8 +181,34 @@ protected:
         EXPECT_EQ(told(), "xdg-open\n<" + argument + ">\n/dev/null\n");
     }
 
+    // Whoever calls this test with sudo is not who opens the document.
+    ScopedVariable sudo_{"SUDO_UID", ""};
+    ScopedVariable pkexec_{"PKEXEC_UID", ""};
     ScopedVariable path_{"PATH", directory_.path() + ":" + std::getenv("PATH")};
 };
+
+TEST_F(OpeningTest, ADocumentIsOpenedByTheUserWhoRaisedTheRights) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root has raised rights";
+    }
+    constexpr uid_t kNobody = 65534;
+    ASSERT_EQ(chmod(directory_.path().c_str(), 0755), 0);
+    ASSERT_EQ(chown(file("told").c_str(), kNobody, kNobody), 0);
+    writeTestFile(file("xdg-open"), "#!/bin/sh\n{ id -u; echo \"$1\"; } > '" + file("told") + "'\n");
+    ASSERT_EQ(chmod(file("xdg-open").c_str(), 0755), 0);
+    writeTestFile(file("a.txt"), "x");
+    const ScopedVariable sudo("SUDO_UID", "65534");
+    ASSERT_TRUE(shell_.openDocument(file("a.txt")));
+    EXPECT_EQ(told(), "65534\n" + file("a.txt") + "\n");
+    ASSERT_TRUE(shell_.openForUser("http://example.com"));
+    EXPECT_EQ(told(), "65534\nhttp://example.com\n");
+}
+
+TEST_F(OpeningTest, NothingIsOpenedForAUserWhoseRightsWereNotRaised) {
+    writeTestFile(file("a.txt"), "x");
+    EXPECT_FALSE(shell_.openForUser(file("a.txt")));
+    EXPECT_FALSE(shell_.openForUser("http://example.com"));
+}
 
 TEST_F(OpeningTest, ADocumentIsHandedToTheDesktop) {
     writeTestFile(file("read me.txt"), "x");

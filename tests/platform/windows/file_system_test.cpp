@@ -78,6 +78,35 @@ TEST_F(WindowsFileSystem, GivesPrivateFilesToThisUserAlone) {
     LocalFree(descriptor);
 }
 
+// What the system stores of the access list, as a text that can be compared.
+std::string accessListOf(const std::string& path) {
+    ACL* list = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    EXPECT_EQ(GetNamedSecurityInfoW(platform::systemPath(path).c_str(), SE_FILE_OBJECT,
+                                    DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr, &descriptor),
+              static_cast<DWORD>(ERROR_SUCCESS));
+    const auto* bytes = reinterpret_cast<const char*>(list);
+    const std::string text = list != nullptr ? std::string(bytes, bytes + list->AclSize) : std::string();
+    LocalFree(descriptor);
+    return text;
+}
+
+TEST_F(WindowsFileSystem, GivesAPrivateFileTheRightsOfItsDirectory) {
+    const std::string path = directory_.file("private.txt");
+    const std::string plain = directory_.file("plain.txt");
+    writeTestFile(plain, "x");
+    ASSERT_EQ(open(path, {.access = platform::kWrite, .disposition = Disposition::kCreatePrivate}, file_), 0);
+    file_.reset();
+    ASSERT_NE(accessListOf(path), accessListOf(plain));
+    EXPECT_EQ(systemFileSystem().takeDirectoryRights(path), 0);
+    EXPECT_EQ(accessListOf(path), accessListOf(plain));
+}
+
+TEST_F(WindowsFileSystem, GivesNoRightsToWhatIsNotThere) {
+    EXPECT_EQ(systemFileSystem().takeDirectoryRights(directory_.file("none")), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(systemFileSystem().takeDirectoryRights("nul"), ERROR_INVALID_NAME);
+}
+
 TEST_F(WindowsFileSystem, RefusesDevices) {
     for (const char* name : {"nul", "con.log", "COM1", "aux.txt"}) {
         const std::string path = directory_.file(name);

@@ -74,6 +74,40 @@ TEST(WindowsProcesses, ReportWhyAProgramDoesNotStart) {
     EXPECT_EQ(error, ERROR_DIRECTORY);
 }
 
+// The current directory of this process, for one test.
+class CurrentDirectory {
+public:
+    explicit CurrentDirectory(const std::string& path) {
+        EXPECT_NE(GetCurrentDirectoryW(MAX_PATH, before_), 0U);
+        EXPECT_NE(SetCurrentDirectoryW(systemPath(path).c_str()), 0);
+    }
+    ~CurrentDirectory() { EXPECT_NE(SetCurrentDirectoryW(before_), 0); }
+    CurrentDirectory(const CurrentDirectory&) = delete;
+    CurrentDirectory& operator=(const CurrentDirectory&) = delete;
+
+private:
+    wchar_t before_[MAX_PATH]{};
+};
+
+TEST(WindowsProcesses, DoNotStartAProgramOfTheCurrentDirectoryByItsName) {
+    const TemporaryDirectory directory;
+    std::string image;
+    ASSERT_TRUE(platform::ownImagePath(image));
+    const std::string copy = directory.file("tandrel-planted.exe");
+    ASSERT_NE(CopyFileW(systemPath(image).c_str(), systemPath(copy).c_str(), TRUE), 0);
+    const CurrentDirectory current(directory.path());
+    for (const char* command :
+         {"tandrel-planted.exe --gtest_list_tests", "tandrel-planted --gtest_list_tests",
+          "\"tandrel-planted.exe\" --gtest_list_tests"}) {
+        int error = 0;
+        EXPECT_EQ(systemProcesses().start(command, "", error), nullptr) << command;
+        EXPECT_EQ(error, ERROR_FILE_NOT_FOUND) << command;
+    }
+    const auto child = start(".\\tandrel-planted.exe --gtest_filter=None.*");
+    ASSERT_NE(child, nullptr);
+    EXPECT_TRUE(child->wait(kLong));
+}
+
 // Not a test: what the copy of this program does that the next test starts and ends.
 TEST(WaitingChild, DISABLED_waitsForAnEventThatNobodySignals) {
     ASSERT_TRUE(systemNamedEvents().signal("TandrelWaitingChildRuns"));

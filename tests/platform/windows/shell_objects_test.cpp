@@ -13,6 +13,7 @@
 #include "platform/registry.h"
 #include "platform/windows/com_objects.h"
 #include "platform/windows/missing_component.h"
+#include "platform/windows/private_security.h"
 #include "platform/windows/wide_text.h"
 
 namespace {
@@ -204,10 +205,36 @@ TEST_F(WindowsShellObjectsTest, ADocumentIsOpenedByTheProgramOfItsClass) {
     openApartments();  // the shell's own
 }
 
+TEST_F(WindowsShellObjectsTest, ADocumentIsOpenedByTheDesktopOfTheUserWhoRaisedTheRights) {
+    if (platform::holderOfThisProcess() != platform::Holder::kAdministrators) {
+        GTEST_SKIP() << "this process has the user's own rights";
+    }
+    constexpr std::uint32_t kLong = 60000;
+    const DocumentClass documents;
+    writeTestFile(directory_.file("a.tandreldoc"), "x");
+    const auto opened = platform::systemNamedEvents().create(kOpened);
+    ASSERT_NE(opened, nullptr);
+    EXPECT_TRUE(shell_.openForUser(directory_.file("a.tandreldoc")));
+    EXPECT_TRUE(opened->wait(kLong));
+    openApartments();
+}
+
+TEST_F(WindowsShellObjectsTest, ADocumentOfTheCurrentDirectoryIsNotOpenedByItsName) {
+    const DocumentClass documents;
+    writeTestFile(directory_.file("a.tandreldoc"), "x");
+    wchar_t before[MAX_PATH]{};
+    ASSERT_NE(GetCurrentDirectoryW(MAX_PATH, before), 0U);
+    ASSERT_NE(SetCurrentDirectoryW(platform::systemPath(directory_.path()).c_str()), 0);
+    EXPECT_FALSE(shell_.openDocument("a.tandreldoc"));
+    EXPECT_NE(SetCurrentDirectoryW(before), 0);
+}
+
 TEST_F(WindowsShellObjectsTest, ADocumentOfNoClassIsNotOpened) {
     writeTestFile(directory_.file("a.tandrelnone"), "x");
     EXPECT_FALSE(shell_.openDocument(directory_.file("a.tandrelnone").c_str()));
+    EXPECT_FALSE(shell_.openForUser(directory_.file("a.tandrelnone")));
     EXPECT_FALSE(shell_.openDocument(directory_.file("none.exe").c_str()));
+    EXPECT_FALSE(shell_.openForUser(directory_.file("none.exe")));
     openApartments();
 }
 
