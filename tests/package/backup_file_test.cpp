@@ -145,7 +145,7 @@ TEST_F(BackupFileTest, RefusesNamesThatCannotBeReadBack) {
         EXPECT_EQ(files_.content(kArchive), banner() + entryOf(longest, "x") + kEnd);
     }
     BackupFile backup(files_);
-    ASSERT_TRUE(backup.openForWriting(kArchive));
+    ASSERT_TRUE(backup.openForWriting("/p/other"));
     EXPECT_EQ(add(backup, ""), "Error writing file name");
 }
 
@@ -221,6 +221,7 @@ TEST_F(BackupFileTest, NamesTheStepThatFailed) {
         files_.clearFaults();
         EXPECT_EQ(backup.close(), 0);
         EXPECT_EQ(files_.content(kArchive), banner() + kEnd) << step;
+        EXPECT_EQ(files_.removeFile(kArchive), 0);
     }
 }
 
