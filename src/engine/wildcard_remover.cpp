@@ -68,7 +68,8 @@ int WildcardRemover::clean(const std::string& directory, std::string_view patter
         if (entry.isDirectory) {
             deleted += clean(path, pattern, deleteDirectories, level + 1);
             left -= files_.exists(path) ? 0 : 1;
-        } else if (matchesWildcard(pattern, entry.name) && files_.removeFile(path) == 0) {
+        } else if (matchesWildcard(pattern, entry.name) && !(keeps_ && keeps_(path)) &&
+                   files_.removeFile(path) == 0) {
             ++deleted;
             --left;
         }

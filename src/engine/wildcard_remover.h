@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace platform {
 class FileSystem;
@@ -14,7 +16,10 @@ public:
     // Directories further down are left alone.
     static constexpr int kDeepestLevel = 200;
 
-    explicit WildcardRemover(platform::FileSystem& files) : files_(files) {}
+    // A file for which `keeps` is true stays, and so do the directories that it is in.
+    explicit WildcardRemover(platform::FileSystem& files,
+                             std::function<bool(const std::string& path)> keeps = {})
+        : files_(files), keeps_(std::move(keeps)) {}
 
     // Deletes the files in `directory` and in everything below it that match `pattern`, and with
     // `deleteDirectories` each directory that is empty then, the given one included. The number of deletions;
@@ -27,6 +32,7 @@ private:
     int clean(const std::string& directory, std::string_view pattern, bool deleteDirectories, int level);
 
     platform::FileSystem& files_;
+    std::function<bool(const std::string& path)> keeps_;
 };
 
 // Whether a file's name fits a pattern of `*` (any number of characters) and `?` (one byte), without regard

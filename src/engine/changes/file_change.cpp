@@ -137,14 +137,23 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
     context_.report.addLine(line, work.flushNow);
 }
 
+std::string_view FileChange::createdFile(const LogRecord& record) {
+    return firstLogField(record.fields) == ActionLogFormat::kCreate ? nextLogField(record.fields)
+                                                                    : std::string_view();
+}
+
 bool FileChange::undo(const LogRecord& record) {
-    const std::string_view kind = firstLogField(record.fields);
     const std::string path(nextLogField(record.fields));
-    const bool isToGo =
-        kind == ActionLogFormat::kCreate || (kind == ActionLogFormat::kOver && !replaced_.restored);
-    if (!isToGo || path.empty()) {
+    if (path.empty()) {
         return true;
     }
+    if (firstLogField(record.fields) == ActionLogFormat::kOver && replaced_.isArchiveMissing) {
+        leave(path);
+    }
+    return createdFile(record).empty() || remove(path);
+}
+
+bool FileChange::remove(const std::string& path) {
     platform::FileSystem& files = context_.machine.files;
     context_.report.pumpEventsWhileCopying();
     bool isGone = true;
@@ -160,4 +169,10 @@ bool FileChange::undo(const LogRecord& record) {
     }
     context_.report.addLine(line, context_.report.isFlushDue());
     return isGone;
+}
+
+void FileChange::leave(const std::string& path) {
+    if (context_.machine.files.exists(path)) {
+        context_.report.addLine("Left " + path, context_.report.isFlushDue());
+    }
 }

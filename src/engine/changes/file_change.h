@@ -19,8 +19,9 @@ struct FileEntry;
 struct ReplacedFiles {
     explicit ReplacedFiles(platform::FileSystem& files) : archive(files) {}
 
-    BackupFile archive;     // of an installation: open for writing
-    bool restored = false;  // in an uninstallation: the former content has been put back
+    BackupFile archive;  // of an installation: open for writing
+    // In an uninstallation: there is no archive any more, so that no repetition restores anything either.
+    bool isArchiveMissing = false;
 };
 
 // FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive
@@ -34,9 +35,14 @@ public:
     // the next file; each is reported. Former content that is to be restorable goes into the archive, and the
     // record of a file is written before the file is touched, so that a part of a file is undone as well.
     bool apply() override;
-    // Deletes the file, unless its former content has been put back. A file that is gone already is no
-    // failure.
+    // Deletes the file of a record CREATE. A file that is gone already is no failure. What a record OVER
+    // names belongs to the archive: restored, left because the user has changed it, or waiting for the
+    // repetition of a walk that could not read the archive. Where there is no archive at all, the file is
+    // named and stays.
     bool undo(const LogRecord& record) override;
+
+    // The path of a record CREATE; otherwise empty.
+    static std::string_view createdFile(const LogRecord& record);
 
 private:
     // One file on its way through the steps.
@@ -54,6 +60,8 @@ private:
     bool place(const Work& work, const FileContent& content);
     void markProgram(const Work& work);
     void reportInstalled(const Work& work, bool inPlace);
+    bool remove(const std::string& path);
+    void leave(const std::string& path);
 
     ChangeContext context_;
     const FileSets& fileSets_;
