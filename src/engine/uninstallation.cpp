@@ -14,6 +14,7 @@
 #include "engine/backup_restore.h"
 #include "engine/line_reader.h"
 #include "engine/log_head.h"
+#include "engine/product_state.h"
 #include "engine/report.h"
 #include "engine/undo_walk.h"
 #include "engine/uninstall_command.h"
@@ -26,6 +27,10 @@ namespace {
 namespace Format = ActionLogFormat;
 
 constexpr std::size_t kPathLimit = PathText::capacity() - 1;
+
+ProductState stateOf(const EngineParts& parts) {
+    return {parts.machine.files, parts.machine.environment};
+}
 
 }  // namespace
 
@@ -46,6 +51,7 @@ struct Uninstallation::Product {
           tags(parts.model.description, expressions),
           texts(parts.model.description, expressions) {}
 
+    std::string logPath() const { return texts.installLogFile().value_or(""); }
     std::string uninstaller() const { return texts.uninstallCommand().value_or(""); }
 
     LogHead head;
@@ -98,7 +104,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, job);
     }
-    restoreArchive(walk, job);
+    restoreArchive(product, walk, job);
     walkLog(log, product.head, walk, report);
     walk.finish(UndoEnd::kBeforeCleaning);
     if (!walk.isToEnd()) {
@@ -144,13 +150,16 @@ void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& produc
     }
 }
 
-void Uninstallation::restoreArchive(UndoWalk& walk, ChangeJob& job) {
+void Uninstallation::restoreArchive(const Product& product, UndoWalk& walk, ChangeJob& job) {
     const RestoreResult result =
         backupPath_.empty()
             ? RestoreResult::kNoArchive
             : restoreBackupFile(backupPath_, parts_.machine.files, job.context.report,
                                 [&walk] { return walk.isToEnd(); });
-    job.replaced.isArchiveMissing = result == RestoreResult::kNoArchive;
+    if (result == RestoreResult::kNoArchive) {
+        job.replaced.isArchiveMissing = true;
+        job.replaced.written = stateOf(parts_).load(product.logPath());
+    }
     walk.noteResult(result != RestoreResult::kFailed);
 }
 
@@ -215,6 +224,9 @@ void Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     }
     walk.finish(UndoEnd::kAfterCleaning);
     job.context.report.flushLines();
+    if (!walk.hasFailed() && !stateOf(parts_).remove(product.logPath())) {
+        parts_.debugLog.line("WARNING: What is remembered of the product's files could not be removed");
+    }
 }
 
 bool Uninstallation::unregister() {

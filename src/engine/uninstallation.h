@@ -53,7 +53,7 @@ private:
 
     void readBackupPath(PStream* log);
     void walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
-    void restoreArchive(UndoWalk& walk, ChangeJob& job);
+    void restoreArchive(const Product& product, UndoWalk& walk, ChangeJob& job);
     void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
     void removeByWildcards(Product& product, ChangeJob& job);
     bool clean(const Cleaning& cleaning, ChangeJob& job);

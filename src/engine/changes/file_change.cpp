@@ -10,13 +10,33 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "support/p_file_stream.h"
 
 namespace {
 
 constexpr std::size_t kFilesPerFlush = 32;
+constexpr std::uint32_t kBlockSize = 262144;
 
 int percentOf(std::size_t index, std::size_t count) {
     return static_cast<int>(std::ceil(static_cast<float>(index) / static_cast<float>(count) * 100.0F));
+}
+
+// Of a whole file; nothing when it can't be read.
+std::optional<Md5Digest> digestOf(platform::FileSystem& files, const std::string& path) {
+    PFileStream file(files);
+    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+        return std::nullopt;
+    }
+    Md5 digest;
+    std::vector<char> block(kBlockSize);
+    for (std::uint32_t done = 1; done > 0;) {
+        if (file.read(block.data(), kBlockSize, done) != 0) {
+            return std::nullopt;
+        }
+        digest.update(block.data(), done);
+    }
+    return digest.finish();
 }
 
 std::uint32_t checkSumOf(std::string_view content) {
@@ -147,10 +167,22 @@ bool FileChange::undo(const LogRecord& record) {
     if (path.empty()) {
         return true;
     }
-    if (firstLogField(record.fields) == ActionLogFormat::kOver && replaced_.isArchiveMissing) {
+    const bool isOrphan =
+        firstLogField(record.fields) == ActionLogFormat::kOver && replaced_.isArchiveMissing;
+    const bool isToGo = !createdFile(record).empty() || (isOrphan && isStillInstalled(path));
+    if (isOrphan && !isToGo) {
         leave(path);
     }
-    return createdFile(record).empty() || remove(path);
+    return !isToGo || remove(path);
+}
+
+bool FileChange::isStillInstalled(const std::string& path) {
+    platform::FileSystem& files = context_.machine.files;
+    if (!replaced_.written.knows(path) || files.kindOf(path) != platform::PathKind::kFile) {
+        return false;
+    }
+    const std::optional<Md5Digest> digest = digestOf(files, path);
+    return digest && replaced_.written.holds(path, *digest);
 }
 
 bool FileChange::remove(const std::string& path) {
@@ -166,6 +198,9 @@ bool FileChange::remove(const std::string& path) {
             isGone = false;
             context_.report.addError(line);
         }
+    }
+    if (isGone) {
+        replaced_.removed.add(path);
     }
     context_.report.addLine(line, context_.report.isFlushDue());
     return isGone;
