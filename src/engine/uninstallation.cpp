@@ -20,6 +20,7 @@
 #include "engine/uninstall_command.h"
 #include "engine/wildcard_remover.h"
 #include "platform/file_system.h"
+#include "platform/path_identity.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -104,7 +105,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, job);
     }
-    restoreArchive(product, walk, job);
+    restoreArchive(log, product, walk, job);
     walkLog(log, product.head, walk, report);
     walk.finish(UndoEnd::kBeforeCleaning);
     if (!walk.isToEnd()) {
@@ -150,17 +151,29 @@ void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& produc
     }
 }
 
-void Uninstallation::restoreArchive(const Product& product, UndoWalk& walk, ChangeJob& job) {
-    const RestoreResult result =
-        backupPath_.empty()
-            ? RestoreResult::kNoArchive
-            : restoreBackupFile(backupPath_, parts_.machine.files, job.context.report,
-                                [&walk] { return walk.isToEnd(); });
+void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job) {
+    const RestoreResult result = restoreFiles(log, product.head, walk, job.context.report);
     if (result == RestoreResult::kNoArchive) {
         job.replaced.isArchiveMissing = true;
         job.replaced.written = stateOf(parts_).load(product.logPath());
     }
     walk.noteResult(result != RestoreResult::kFailed);
+}
+
+RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk,
+                                           Report& report) {
+    if (backupPath_.empty()) {
+        return RestoreResult::kNoArchive;
+    }
+    RestoreQuestions questions;
+    questions.isToEnd = [&walk] { return walk.isToEnd(); };
+    if (log != nullptr) {
+        questions.wasReplaced = [replaced = walk.replacedFiles(*log, head.recordsStart)](
+                                    std::string_view path) {
+            return replaced.contains(platform::pathIdentity(path));
+        };
+    }
+    return restoreBackupFile(backupPath_, parts_.machine.files, report, questions);
 }
 
 // A pattern that cleans nothing, because it is refused, is no error.

@@ -39,6 +39,10 @@ std::optional<Md5Digest> digestOf(platform::FileSystem& files, const std::string
     return digest.finish();
 }
 
+std::string_view pathOf(const LogRecord& record, std::string_view kind) {
+    return firstLogField(record.fields) == kind ? nextLogField(record.fields) : std::string_view();
+}
+
 std::uint32_t checkSumOf(std::string_view content) {
     return BackupFile::foldCheckSum(static_cast<std::uint32_t>(content.size()), content);
 }
@@ -158,8 +162,11 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
 }
 
 std::string_view FileChange::createdFile(const LogRecord& record) {
-    return firstLogField(record.fields) == ActionLogFormat::kCreate ? nextLogField(record.fields)
-                                                                    : std::string_view();
+    return pathOf(record, ActionLogFormat::kCreate);
+}
+
+std::string_view FileChange::replacedFile(const LogRecord& record) {
+    return pathOf(record, ActionLogFormat::kOver);
 }
 
 bool FileChange::undo(const LogRecord& record) {
@@ -167,8 +174,7 @@ bool FileChange::undo(const LogRecord& record) {
     if (path.empty()) {
         return true;
     }
-    const bool isOrphan =
-        firstLogField(record.fields) == ActionLogFormat::kOver && replaced_.isArchiveMissing;
+    const bool isOrphan = replaced_.isArchiveMissing && !replacedFile(record).empty();
     const bool isToGo = !createdFile(record).empty() || (isOrphan && isStillInstalled(path));
     if (isOrphan && !isToGo) {
         leave(path);

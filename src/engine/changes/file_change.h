@@ -45,8 +45,9 @@ public:
     // while it is known to be what was installed; otherwise it is named and stays.
     bool undo(const LogRecord& record) override;
 
-    // The path of a record CREATE; otherwise empty.
+    // The path of a record CREATE or OVER; otherwise empty.
     static std::string_view createdFile(const LogRecord& record);
+    static std::string_view replacedFile(const LogRecord& record);
 
 private:
     // One file on its way through the steps.

@@ -316,6 +316,8 @@ TEST_F(FileUndoTest, GivesThePathOfAFileThatItWouldDelete) {
     EXPECT_EQ(FileChange::createdFile({"FILE", "CREATE\t/app/a"}), "/app/a");
     EXPECT_EQ(FileChange::createdFile({"FILE", "OVER\t/app/a"}), "");
     EXPECT_EQ(FileChange::createdFile({"FILE", ""}), "");
+    EXPECT_EQ(FileChange::replacedFile({"FILE", "OVER\t/app/a"}), "/app/a");
+    EXPECT_EQ(FileChange::replacedFile({"FILE", "CREATE\t/app/a"}), "");
 }
 
 TEST_F(FileUndoTest, IgnoresRecordsOfAnotherForm) {
