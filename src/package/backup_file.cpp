@@ -298,7 +298,7 @@ bool BackupFile::openForWriting(std::string_view path) {
     }
     std::uint32_t written = 0;
     hasError_ =
-        openPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
+        createPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
     if (hasError_) {
         PFileStream::close();
         return false;
