@@ -168,8 +168,8 @@ RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, Un
     RestoreQuestions questions;
     questions.isToEnd = [&walk] { return walk.isToEnd(); };
     if (log != nullptr) {
-        questions.wasReplaced = [replaced = walk.replacedFiles(*log, head.recordsStart)](
-                                    std::string_view path) {
+        questions.wasReplaced = [replaced =
+                                     walk.replacedFiles(*log, head.recordsStart)](std::string_view path) {
             return replaced.contains(platform::pathIdentity(path));
         };
     }
@@ -271,7 +271,6 @@ void Uninstallation::reportEnd(bool failed, Report& report) {
     }
     report.setStatus(failed ? "There were errors during the uninstall." : "The uninstall was successful.");
 }
-
 
 void Uninstallation::setErrorVariable() {
     const std::string_view name = parts_.model.controls.nameOf(ControlVariable::kUninstallError);

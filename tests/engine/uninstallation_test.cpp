@@ -20,14 +20,14 @@ protected:
     UninstallationTest() {
         files_.addDirectory("/app");
         describe(
-            "<InstallerControlVariables><UninstallError>ERR</UninstallError></InstallerControlVariables>");
+            "<InstallerControlVariables><UninstallError>ERR</UninstallError></InstallerControlVariables>"
+            "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
+            "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
+            "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
+            "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>");
     }
 
-    static constexpr char kProduct[] =
-        "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
-        "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
-        "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
-        "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>"
+    static constexpr char kCleaning[] =
         "<UninstallWildcards><F Dest='[DIR]/un'>install.log</F><F Dest='[DIR]/un'>backup.bin</F>"
         "</UninstallWildcards>";
 
@@ -60,20 +60,22 @@ protected:
     // A product whose own files are in /app/un, with an entry in the list of applications and one more file.
     // `records` are those of its other changes.
     void installProduct(const std::string& records) {
-        describe(kProduct);
-        for (const char* const name : {"install.log", "backup.bin", "install.xml", "installer"}) {
+        describe(kCleaning);
+        for (const char* const name : {"install.log", "install.xml", "installer"}) {
             files_.addFile(std::string("/app/un/") + name, name);
         }
+        files_.removeFile("/app/un/backup.bin");
         BackupFile archive(files_);
         ASSERT_TRUE(archive.openForWriting("/app/un/backup.bin"));
         ASSERT_EQ(archive.close(), 0);
         files_.addFile("/app/tool", "");
         system_.installed = {{"Demo", "", false, ""}};
-        openLog("/app/un/install.xml\r\n/app/un/backup.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\n"
-                "DIR\t2\t/app/un/\r\nFILE\tCREATE\t/app/un\\installer\r\nFILE\tCREATE\t/app/un\\install.xml\r\n"
-                "FILE\tCREATE\t/app/tool\r\n" +
-                    records,
-                "/app/un/install.log");
+        openLog(
+            "/app/un/install.xml\r\n/app/un/backup.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\n"
+            "DIR\t2\t/app/un/\r\nFILE\tCREATE\t/app/un\\installer\r\nFILE\tCREATE\t/app/un\\install.xml\r\n"
+            "FILE\tCREATE\t/app/tool\r\n" +
+                records,
+            "/app/un/install.log");
         EXPECT_TRUE(uninstallation_.unregister());
     }
     bool isRepeatable() const {
@@ -178,12 +180,13 @@ TEST_F(UninstallationTest, RemovesEverythingInTheEndOfACleanWalk) {
     installProduct("");
     EXPECT_TRUE(run());
     EXPECT_TRUE(isGone());
-    EXPECT_THAT(lines(), ElementsAre("addFileLine(\"Delete /app/tool\", 0)",
-                                     "addFileLine(\"Delete: /app/un/install.log\", 1)",
-                                     "addFileLine(\"Delete: /app/un/backup.bin\", 0)",
-                                     "addFileLine(\"Delete /app/un\\installer\", 0)",
-                                     "addFileLine(\"Delete /app/un\\install.xml\", 0)",
-                                     "addFileLine(\"Remove /app/un\", 0)", "addFileLine(\"Remove /app\", 0)"));
+    EXPECT_THAT(
+        lines(),
+        ElementsAre("addFileLine(\"Delete /app/tool\", 0)", "addFileLine(\"Delete: /app/un/install.log\", 1)",
+                    "addFileLine(\"Delete: /app/un/backup.bin\", 0)",
+                    "addFileLine(\"Delete /app/un\\installer\", 0)",
+                    "addFileLine(\"Delete /app/un\\install.xml\", 0)", "addFileLine(\"Remove /app/un\", 0)",
+                    "addFileLine(\"Remove /app\", 0)"));
 }
 
 TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {
@@ -193,8 +196,9 @@ TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {
     EXPECT_FALSE(run());
     EXPECT_FALSE(files_.hasFile("/app/tool"));
     EXPECT_TRUE(isRepeatable());
-    EXPECT_EQ(ui_.callsOf("addMessage").back(),
-              "addMessage(\"The uninstallation is not complete. What it needs to be repeated has been left.\")");
+    EXPECT_EQ(
+        ui_.callsOf("addMessage").back(),
+        "addMessage(\"The uninstallation is not complete. What it needs to be repeated has been left.\")");
     EXPECT_FALSE(uninstallation_.unregister());
     EXPECT_TRUE(isRepeatable());
     EXPECT_TRUE(runAgain());
@@ -226,8 +230,10 @@ TEST_F(UninstallationTest, CanBeRepeatedAfterADirectoryThatHeldForeignFiles) {
 }
 
 TEST_F(UninstallationTest, CanBeRepeatedAfterAnEditThatCouldNotBeUndone) {
-    installProduct("FILE\tCREATE\t/app/changes\r\nFILE\tCREATE\t/app/edited\r\nMODIFYFILE\tADDAFTER\t/app/edited\t/app/changes\r\n"
-                   "MODIFYFILE\tADDAFTER\t/shared/f\t/app/changes\r\n");
+    installProduct(
+        "FILE\tCREATE\t/app/changes\r\nFILE\tCREATE\t/app/edited\r\nMODIFYFILE\tADDAFTER\t/app/edited\t/app/"
+        "changes\r\n"
+        "MODIFYFILE\tADDAFTER\t/shared/f\t/app/changes\r\n");
     files_.addFile("/app/changes", "1\nline\n1\nadded\n");
     files_.addFile("/app/edited", "line\nadded\n");
     files_.addFile("/shared/f", "line\nadded\n");
@@ -267,7 +273,6 @@ TEST_F(UninstallationTest, BringsTheEntryBackWhenTheUninstallerResists) {
 }
 
 TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
-    describe(kProduct);
     system_.installed = {{"Demo", "", false, ""}};
     EXPECT_TRUE(undo(""));
     EXPECT_FALSE(system_.installed.empty());
@@ -276,8 +281,11 @@ TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
     EXPECT_TRUE(uninstallation_.unregister());  // it has gone
 }
 
-TEST_F(UninstallationTest, NamesNoEntryWithoutAProductsName) {
-    EXPECT_FALSE(uninstallation_.unregister());
+using NamelessProductTest = EngineTest;
+
+TEST_F(NamelessProductTest, HasNoEntryToRemoveWithoutAProductsName) {
+    Uninstallation uninstallation(parts_);
+    EXPECT_FALSE(uninstallation.unregister());
 }
 
 TEST_F(UninstallationTest, EndsAtTheNextRecordWhenItIsAskedTo) {

@@ -211,8 +211,7 @@ bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_v
     if (parts.empty()) {
         return false;
     }
-    const bool done =
-        !files.exists(parts[1]) || editFile(files, parts[1], parts[2], &EditScript::revert);
+    const bool done = !files.exists(parts[1]) || editFile(files, parts[1], parts[2], &EditScript::revert);
     return reportEdit(report, done, "Undoing modifications to ", parts[1]);
 }
 
