@@ -6,6 +6,7 @@
 #include "contracts/installer_ui.h"
 #include "contracts/system_operations.h"
 #include "engine/action_log_reader.h"
+#include "engine/log_head.h"
 #include "platform/file_system.h"
 #include "support/utilities.h"
 
@@ -97,34 +98,33 @@ bool Installer::readDescriptionFromLog(std::string& outText) {
         return false;
     }
     debugLog.line("Reading previous installation variables");
-    const LogVariables imported = importVariablesFromLog();
-    if (imported != LogVariables::kRead) {
+    // Neither a few bad lines nor a log without its variables prevent uninstalling: the records are enough.
+    if (!importVariablesFromLog()) {
         debugLog.line("ERROR: Failed to read variables from log");
     }
     debugLog.line("Reading installation file");
     const bool isRead = OUtils::readWholeFile(*path, outText, machine_.files) == 0;
     if (!isRead) {
         debugLog.line("ERROR: Failed reading installation file");
-    }
-    // A few bad lines don't prevent uninstalling; a log without its variables does.
-    if (!isRead || imported == LogVariables::kUnreadable) {
         debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
         return false;
     }
     return true;
 }
 
-Installer::LogVariables Installer::importVariablesFromLog() {
+bool Installer::importVariablesFromLog() {
     try {
-        const bool isWhole = ActionLogReader(actionLogFile.get(), debugLog)
-                                 .readVariables([this](const std::string& name, const std::string& value) {
-                                     model_.variables.store().set(name, value);
-                                 });
-        return isWhole ? LogVariables::kRead : LogVariables::kWithBadLines;
+        return ActionLogReader(actionLogFile.get(), debugLog)
+            .readVariables([this](const std::string& name, const std::string& value) {
+                model_.variables.store().set(name, value);
+            });
     } catch (const GenericError& error) {
         debugLog.line(error.what());
-        return LogVariables::kUnreadable;
     }
+    for (const auto& [name, value] : readLogHead(*actionLogFile).variables) {
+        model_.variables.store().set(name, value);
+    }
+    return false;
 }
 
 bool Installer::readDescriptionFromCabinet(std::string& outText) {

@@ -135,8 +135,8 @@ private:
     bool readDescription();
     bool readDescriptionFromLog(std::string& outText);
     bool readDescriptionFromCabinet(std::string& outText);
-    enum class LogVariables { kRead, kWithBadLines, kUnreadable };
-    LogVariables importVariablesFromLog();
+    // False when the log doesn't give all of them.
+    bool importVariablesFromLog();
     bool loadDefaultValues(InstallerUI& ui);
 
     int runUI(InstallerUI& ui);

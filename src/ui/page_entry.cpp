@@ -96,9 +96,12 @@ void PageEntry::uninstallPrevious(PageVisit& visit) {
 void PageEntry::copyFiles(PageVisit& visit) {
     work(visit, [&] {
         actions_.normalizeDirectoryFields();
-        return actions_.isActionLogSession() ? actions_.uninstallCurrentProduct(visit.ui)
-                                             : actions_.installProduct(visit.ui);
+        return actions_.isActionLogSession() ? uninstall(visit) : actions_.installProduct(visit.ui);
     });
+}
+
+bool PageEntry::uninstall(PageVisit& visit) {
+    return actions_.uninstallCurrentProduct(visit.ui, [&visit] { return visit.state.cancelled.load(); });
 }
 
 void PageEntry::revertInstallation(PageVisit& visit) {

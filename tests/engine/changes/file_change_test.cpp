@@ -63,7 +63,7 @@ TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
     EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
     // The archive restores it, since the file on the disk is what the installation put there.
-    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, report_));
+    EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
     EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
@@ -74,7 +74,7 @@ TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabine
     files_.addFile("/app/one", "old content");
     EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "value");
-    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, report_));
+    EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
     EXPECT_EQ(files_.content("/app/one"), "value");
 }
 
@@ -298,14 +298,59 @@ TEST_F(FileUndoTest, FailsForAFileThatStays) {
     EXPECT_EQ(errors_, ErrorList{"FAILED to delete /app/a"});
 }
 
-TEST_F(FileUndoTest, KeepsARestoredFileOnly) {
+TEST_F(FileUndoTest, LeavesWhatBelongsToTheArchive) {
     files_.addFile("/app/a", "former");
-    job_.replaced.restored = true;
     EXPECT_TRUE(undo("OVER\t/app/a"));
     EXPECT_TRUE(files_.hasFile("/app/a"));
-    job_.replaced.restored = false;
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(FileUndoTest, NamesWhatStaysWithoutAnArchive) {
+    files_.addFile("/app/a", "");
+    job_.replaced.isArchiveMissing = true;
     EXPECT_TRUE(undo("OVER\t/app/a"));
-    EXPECT_FALSE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(undo("OVER\t/app/gone"));
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_EQ(ui_.calls, std::vector<std::string>{"addFileLine(\"Left /app/a\", 1)"});
+}
+
+TEST_F(FileUndoTest, DeletesWithoutAnArchiveWhatIsStillInstalled) {
+    const std::string content(300000, 'x');  // more than one block
+    for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
+        files_.addFile(path, content);
+        job_.replaced.written.add(path, md5Of(content.data(), content.size()));
+    }
+    files_.addFile("/app/other", "changed");
+    files_.addFile("/app/longer", content + "y");
+    job_.replaced.written.forget("/app/unknown");
+    job_.replaced.isArchiveMissing = true;
+    for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
+        EXPECT_TRUE(undo(std::string("OVER\t") + path));
+        EXPECT_EQ(files_.hasFile(path), std::string_view(path) != "/app/same") << path;
+    }
+}
+
+TEST_F(FileUndoTest, LeavesWithoutAnArchiveWhatCannotBeCompared) {
+    files_.addFile("/app/a", "x");
+    files_.addFile("/app/target", "x");
+    files_.addLink("/app/link", "/app/target");
+    for (const char* const path : {"/app/a", "/app/link"}) {
+        job_.replaced.written.add(path, md5Of("x", 1));
+    }
+    job_.replaced.isArchiveMissing = true;
+    files_.failFrom(Operation::kRead, "/app/a", 1);
+    EXPECT_TRUE(undo("OVER\t/app/a"));
+    EXPECT_TRUE(undo("OVER\t/app/link"));
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(files_.exists("/app/link"));
+}
+
+TEST_F(FileUndoTest, GivesThePathOfAFileThatItWouldDelete) {
+    EXPECT_EQ(FileChange::createdFile({"FILE", "CREATE\t/app/a"}), "/app/a");
+    EXPECT_EQ(FileChange::createdFile({"FILE", "OVER\t/app/a"}), "");
+    EXPECT_EQ(FileChange::createdFile({"FILE", ""}), "");
+    EXPECT_EQ(FileChange::replacedFile({"FILE", "OVER\t/app/a"}), "/app/a");
+    EXPECT_EQ(FileChange::replacedFile({"FILE", "CREATE\t/app/a"}), "");
 }
 
 TEST_F(FileUndoTest, IgnoresRecordsOfAnotherForm) {
