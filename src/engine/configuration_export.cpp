@@ -16,8 +16,8 @@ constexpr char kRoot[] = "DefValues";
 constexpr std::size_t kReadableBytes = 1023;
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
-// The text is expanded and trimmed when it is read, and has no way to say that it is meant as it stands.
-bool isRepeatable(std::string_view value) {
+// A text is expanded and trimmed when it is read, and has no way to say that it is meant as it stands.
+bool isRepeatableAsText(std::string_view value) {
     return value.size() <= kReadableBytes && value.find('$') == std::string_view::npos &&
            (value.empty() || (kWhiteSpace.find(value.front()) == std::string_view::npos &&
                               kWhiteSpace.find(value.back()) == std::string_view::npos));
@@ -47,16 +47,20 @@ void ConfigurationExport::fill(PXML& document) {
     const std::int32_t root = document.addPath(-1, kRoot, std::nullopt, false);
     for (std::int32_t i = 0; i < variables_.getCount(); ++i) {
         const InstallVariable& variable = variables_.at(i);
-        if (!exclusions_.isVariableExported(variable.name, kExcludeFromConfig)) {
-            continue;
+        if (exclusions_.isVariableExported(variable.name, kExcludeFromConfig) &&
+            !variables_.isFromItsOrigin(i)) {
+            add(document, root, variable);
         }
-        const std::int32_t node = document.addPath(root, "Value", variable.value, true);
-        document.setAttribute(node, "Name", variable.name);
-        document.setAttribute(node, "DataType", "value");
-        if (!isRepeatable(variable.value)) {
-            debugLog_.line("WARNING: The value of \"" + variable.name +
-                           "\" can't be repeated from a configuration file");
-        }
+    }
+}
+
+void ConfigurationExport::add(PXML& document, std::int32_t root, const InstallVariable& variable) {
+    const bool isText = isRepeatableAsText(variable.value);
+    const std::int32_t node = document.addPath(root, "Value", isText ? variable.value : "", true);
+    document.setAttribute(node, "Name", variable.name);
+    document.setAttribute(node, "DataType", isText ? "value" : "envvar");
+    if (!isText) {
+        document.setAttribute(node, "Default", variable.value);
     }
 }
 
