@@ -1,9 +1,10 @@
 """What a run says of itself: its last line, its exit code, and why it didn't do what was asked."""
 
 import shutil
+import signal
 
 from descriptions import description
-from harness import EXE, EndToEndTest, main
+from harness import EXE, WINDOWS, EndToEndTest, main
 
 SUCCESS, FAILURE = "Automatic installation was successful!\n", "The automatic installer has encountered an ERROR!\n"
 UNINSTALLED = "Automatic uninstallation was successful!\n"
@@ -77,6 +78,36 @@ class Installations(OutcomeTest):
         result = self.install()
         self.assertEqual(result.err, "The installation can't start: the description has no default values\n")
         self.assertNotIn("successful", result.out)
+
+
+class HeldInstallations(OutcomeTest):
+    """A page waits for the end of a program, which is another run that asks its first question."""
+
+    def hold(self, special):
+        ask = '<Ask><Field Type="EditBox" Label="Anything" x="1" y="1">NOTE</Field></Ask>'
+        self.build(pages=f'{ask}<RunningApps{special}><TestApp>other{EXE}</TestApp></RunningApps>')
+        shutil.copy2(self.host(self.setup), self.host("other" + EXE))
+        self.open_terminal("other" + EXE, "-gui=0").expect("Anything:")
+
+    def test_a_page_that_refuses_to_be_left_ends_the_run_with_a_failure(self):
+        self.hold("")
+        result = self.install()
+        self.assertIn("The installation can not continue, because the processes listed above are running.", result.out)
+        self.assert_failed(result)
+        self.assertEqual(result.err, 'Nothing was installed: the run was held on the page "RunningApps"\n')
+
+    def test_a_run_that_is_interrupted_while_it_waits_is_no_success(self):
+        self.hold(' Special="Automated"')
+        for event in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)[:1 if WINDOWS else 3]:
+            terminal = self.open_terminal(self.setup, "-auto")
+            terminal.expect("because the processes listed above are running.")
+            terminal.process.send_signal(event)
+            terminal.expect("[CTRL-C] Aborting installation...")
+            code, rest = terminal.rest()
+            self.assertEqual(code, 0, rest)
+            self.assertIn(FAILURE.strip(), rest)
+            self.assertNotIn("successful", rest)
+            self.assertFalse(self.host("opt/product/data.txt").exists())
 
 
 class Names(OutcomeTest):

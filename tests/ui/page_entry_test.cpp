@@ -213,8 +213,8 @@ TEST_F(PageEntryTest, KeepsTheFailureOfAnEarlierPageForTheWholeRun) {
 }
 
 TEST_F(PageEntryTest, SucceedsWhenAllWorkDid) {
-    for (const char* page : {"Uninstall", "CopyProgress", "RegisterApplication", "PostInstall"}) {
-        enter(page);
+    for (const char* name : {"Uninstall", "CopyProgress", "RegisterApplication", "PostInstall"}) {
+        enter(name);
     }
     EXPECT_TRUE(state.hasSucceeded());
     state.cancelled = true;
@@ -222,9 +222,9 @@ TEST_F(PageEntryTest, SucceedsWhenAllWorkDid) {
 }
 
 TEST_F(PageEntryTest, SucceedsAtNothingBeforeTheMainWork) {
-    for (const char* page : {"Uninstall", "RegisterApplication", "PostInstall", "Finish"}) {
-        enter(page);
-        EXPECT_FALSE(state.hasSucceeded()) << page;
+    for (const char* name : {"Uninstall", "RegisterApplication", "PostInstall", "Finish"}) {
+        enter(name);
+        EXPECT_FALSE(state.hasSucceeded()) << name;
     }
 }
 
