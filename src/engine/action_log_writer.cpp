@@ -39,7 +39,7 @@ std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& v
 }
 
 bool ActionLogWriter::openNew(std::string_view path) {
-    const int status = console_.openPrivate(std::string(path).c_str());
+    const int status = console_.createPrivate(path);
     console_.setOptions(0);
     return status == 0;
 }

@@ -17,7 +17,7 @@ constexpr std::uint32_t kCopyBlockSize = 8 * BackupFormat::kFoldBlockSize;
 int openToRead(PFileStream& stream, std::string_view path) {
     return stream.openFile(path, PFileStream::kGenericRead,
                            PFileStream::kShareRead | PFileStream::kShareWrite | PFileStream::kShareDelete,
-                           PFileStream::kOpenExisting | PFileStream::kSequential);
+                           PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks);
 }
 
 // Fills the buffer as far as the file goes, even if the system delivers it in pieces. `outRead` is also set
@@ -108,7 +108,8 @@ bool RestoreWalk::run() {
 
 bool RestoreWalk::canOpen(std::string_view path) {
     PFileStream stream(files_);
-    return openToRead(stream, path) == 0;
+    // A link is what the user put there since, so it counts as a file that has been changed.
+    return openToRead(stream, path) == 0 || files_.kindOf(path) == platform::PathKind::kLink;
 }
 
 void RestoreWalk::restoreEmpty(const BackupEntry& entry) {
@@ -243,7 +244,7 @@ bool BackupFile::openForWriting(std::string_view path) {
     }
     std::uint32_t written = 0;
     hasError_ =
-        openPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
+        createPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
     if (hasError_) {
         PFileStream::close();
         return false;
@@ -273,6 +274,10 @@ std::optional<std::string> BackupFile::addFile(std::string_view path, std::optio
     }
     if (hasError_) {
         return "There is a previous error";
+    }
+    const platform::PathKind kind = files().kindOf(path);
+    if (kind != platform::PathKind::kFile && kind != platform::PathKind::kNothing) {
+        return "Not a plain file";
     }
     if (isBackupFile(path)) {
         return std::nullopt;

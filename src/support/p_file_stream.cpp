@@ -51,7 +51,7 @@ int PFileStream::openFile(std::string_view path, std::uint32_t access, std::uint
 
 int PFileStream::openWithMode(std::string_view path, int mode) {
     const bool appends = (static_cast<std::uint32_t>(mode) & kModeBits) == kAppend;
-    setParameters(path, kReadWrite, kShareRead, appends ? kOpenAlways : kCreateAlways);
+    setParameters(path, kReadWrite, kShareRead, (appends ? kOpenAlways : kCreateAlways) | kRefuseLinks);
     int status = open();
     if (status == 0 && appends) {
         status = move(0, platform::Origin::kEnd);
@@ -64,10 +64,21 @@ int PFileStream::openWithMode(std::string_view path, int mode) {
 
 int PFileStream::openPrivate(std::string_view path) {
     close();
-    setParameters(path, kReadWrite, kShareRead, kCreateAlways);
     // Where this fails, the creation fails too and gives the reason.
-    files_.removeFile(name_);
+    files_.removeFile(path);
+    return createPrivate(path);
+}
+
+int PFileStream::createPrivate(std::string_view path) {
+    close();
+    setParameters(path, kReadWrite, kShareRead, kCreateAlways);
     return openAs(platform::Disposition::kCreatePrivate);
+}
+
+int PFileStream::createNew(std::string_view path, bool isPrivate) {
+    close();
+    setParameters(path, kGenericWrite, kShareNone, kCreateAlways);
+    return openAs(isPrivate ? platform::Disposition::kCreatePrivate : platform::Disposition::kCreateNew);
 }
 
 std::int64_t PFileStream::getFileSize(std::string_view path) {
@@ -85,6 +96,7 @@ int PFileStream::openAs(platform::Disposition disposition) {
     options.share = share_;
     options.disposition = disposition;
     options.sequential = (createMode_ & kSequential) != 0;
+    options.followLinks = (createMode_ & kRefuseLinks) == 0;
     const int status = files_.open(name_, options, file_);
     if (status == 0) {
         ++openCount_;
@@ -106,6 +118,18 @@ int PFileStream::close() {
 
 int PFileStream::flush() {
     return file_ == nullptr ? -1 : file_->flush();
+}
+
+int PFileStream::setRights(platform::FileRights rights) {
+    return file_ == nullptr ? -1 : file_->setRights(rights);
+}
+
+int PFileStream::takeRightsOf(std::string_view path) {
+    return file_ == nullptr ? -1 : file_->takeRightsOf(path);
+}
+
+int PFileStream::makeExecutable() {
+    return file_ == nullptr ? -1 : file_->makeExecutable();
 }
 
 int PFileStream::write(const void* buffer, std::uint32_t size, std::uint32_t& outWritten) {

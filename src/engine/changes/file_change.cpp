@@ -111,11 +111,16 @@ void FileChange::backUp(const Work& work, const FileContent& content) {
     context_.report.addLine(line, work.flushNow);
 }
 
+// A file that is there already but can't be marked as a program, because it is somebody else's under another
+// name, is written anew as well.
 bool FileChange::place(const Work& work, const FileContent& content) {
-    if (work.onDisk.exists && !work.onDisk.differs) {
+    if (work.onDisk.exists && !work.onDisk.differs &&
+        (!work.file.executable || context_.machine.files.makeExecutable(work.path) == 0)) {
         return true;
     }
-    const bool written = disk_.write(work.path, work.onDisk.exists, content.bytes);
+    const bool written =
+        disk_.write(work.path, work.onDisk.exists, content.bytes,
+                    work.file.executable ? platform::FileRights::kProgram : platform::FileRights::kPlain);
     failed_ = failed_ || !written;
     return written;
 }

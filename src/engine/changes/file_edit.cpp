@@ -112,7 +112,7 @@ using Walk = bool (EditScript::*)(const TextLines& lines, TextLines& outLines) c
 bool editFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath, Walk walk) {
     TextFile source(files, std::string(scriptPath));
     TextFile target(files, std::string(path));
-    if (source.load() != TextFile::State::kLoaded) {
+    if (source.load(OUtils::Links::kFollow) != TextFile::State::kLoaded) {
         return false;
     }
     const auto script = EditScript::parse(splitTextLines(source.content()));

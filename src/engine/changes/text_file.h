@@ -5,17 +5,15 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
-class FileSystem;
-}
+#include "support/utilities.h"
 
 // The lines of a text without their ends; a last line without an end counts. A carriage return before a line
 // feed belongs to the end where the system's text files have such ends, else to the line. The views look into
 // `content`.
 std::vector<std::string_view> splitTextLines(std::string_view content);
 
-// A text file that is read, edited and written back as a whole. Links are followed: the file that they lead
-// to changes.
+// A text file that is read, edited and written back as a whole. A link in the place of the file is left
+// alone: replaced, it would part the user's two names of one text, and followed, it could lead anywhere.
 class TextFile {
 public:
     static constexpr std::int64_t kSizeLimit = 64 * 1024 * 1024;  // bytes
@@ -23,13 +21,14 @@ public:
     enum class State {
         kLoaded,
         kMissing,     // nothing of that name; the content is empty
-        kUnreadable,  // no plain file, too large, or the system refuses
+        kUnreadable,  // a link or no plain file at all, too large, or the system refuses
     };
 
     // The file system is borrowed.
     TextFile(platform::FileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
 
-    State load();
+    // With kFollow for a text that is only read.
+    State load(OUtils::Links links = OUtils::Links::kRefuse);
     const std::string& content() const { return content_; }
 
     // After a load that found the file or found it missing: the file becomes `head` and these lines, each
@@ -38,11 +37,8 @@ public:
     bool store(std::string_view head, const std::vector<std::string_view>& lines);
 
 private:
-    bool writeAside(const std::string& newContent, std::string& outAside);
-    bool putInPlace(const std::string& aside);
-
     platform::FileSystem& files_;
-    std::string path_;  // once loaded, that of the file that links lead to
+    std::string path_;
     bool exists_ = false;
     std::string content_;
 };
