@@ -163,6 +163,9 @@ bool FileChange::undo(const LogRecord& record) {
             context_.report.addError(line);
         }
     }
+    if (isGone) {
+        replaced_.removed.add(path);
+    }
     context_.report.addLine(line, context_.report.isFlushDue());
     return isGone;
 }

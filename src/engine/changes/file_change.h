@@ -6,6 +6,7 @@
 
 #include "engine/changes/change.h"
 #include "engine/changes/directory_change.h"
+#include "engine/changes/removed_files.h"
 #include "engine/disk_files.h"
 #include "engine/file_contents.h"
 #include "engine/file_planner.h"
@@ -21,6 +22,7 @@ struct ReplacedFiles {
 
     BackupFile archive;     // of an installation: open for writing
     bool restored = false;  // in an uninstallation: the former content has been put back
+    RemovedFiles removed;
 };
 
 // FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive
