@@ -33,11 +33,14 @@ public:
     virtual bool installProduct(InstallerUI& ui) = 0;
     // The actions before an uninstallation; they run once in a session.
     virtual bool prepareUninstall(InstallerUI& ui) = 0;
-    virtual bool uninstallCurrentProduct(InstallerUI& ui) = 0;
+    // Ends at the next record, as a failure, when `isToEnd` becomes true.
+    virtual bool uninstallCurrentProduct(InstallerUI& ui, const std::function<bool()>& isToEnd) = 0;
     virtual bool uninstallPrevious(InstallerUI& ui) = 0;
     virtual bool revertInstallation(InstallerUI& ui) = 0;
     virtual bool revertUninstallation(InstallerUI& ui) = 0;
     virtual bool registerApplication() = 0;
+    // The entry in the list of installed applications goes with the end of a clean uninstallation: at once if
+    // that was before, otherwise then. After a failed one it stays, which is a failure.
     virtual bool unregisterApplication() = 0;
     // Runs an action section of the description by its name. Failures are reported and don't stop the walk.
     virtual void runActions(std::string_view section, InstallerUI& ui) = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 class Report;
@@ -7,7 +8,20 @@ namespace platform {
 class FileSystem;
 }
 
-// Restores the files of a backup archive and reports each file and the progress. True when the whole archive
-// was read; false when it is missing, unreadable or damaged, in which case everything restored so far stays.
-// A file that can't be written is only reported.
-bool restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report);
+enum class RestoreResult {
+    kNoArchive,  // nothing is there
+    kDone,       // what the archive holds is restored or, where the user has changed it, left
+    kFailed,     // a file couldn't be written, the archive can't be read to its end, or the walk was to end
+};
+
+// What a restore asks. Each may be empty.
+struct RestoreQuestions {
+    std::function<bool()> isToEnd;  // asked before each file
+    // Whether the installation replaced this file. Of a damaged archive that shows entries that never were.
+    std::function<bool(std::string_view path)> wasReplaced;
+};
+
+// Restores the files of a backup archive and reports each file and the progress. Everything restored stays,
+// also after a failure.
+RestoreResult restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report,
+                                const RestoreQuestions& questions = {});

@@ -1,18 +1,26 @@
 #include "engine/uninstallation.h"
 
-#include <charconv>
-#include <cstdint>
+#include <vector>
 
 #include "base/fixed_text.h"
+#include "base/path_functions.h"
 #include "description/control_variables.h"
+#include "description/expressions.h"
+#include "description/product_description.h"
 #include "description/variable_store.h"
 #include "engine/action_log_format.h"
+#include "engine/action_log_reader.h"
 #include "engine/additional_actions.h"
 #include "engine/backup_restore.h"
-#include "engine/changes/change_table.h"
 #include "engine/line_reader.h"
+#include "engine/log_head.h"
+#include "engine/product_state.h"
 #include "engine/report.h"
+#include "engine/undo_walk.h"
+#include "engine/uninstall_command.h"
 #include "engine/wildcard_remover.h"
+#include "platform/file_system.h"
+#include "platform/path_identity.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -21,104 +29,38 @@ namespace Format = ActionLogFormat;
 
 constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
-// The count in the line that begins the variables: its tag, a separator and a number.
-std::optional<std::int64_t> variableCountIn(std::string_view line) {
-    if (!line.starts_with(Format::kVariableCount)) {
-        return std::nullopt;
-    }
-    const std::string_view digits = withoutTrailingSpace(line.substr(Format::kVariableCount.size()));
-    if (digits.size() < 2 || digits.front() != Format::kSeparator) {
-        return std::nullopt;
-    }
-    std::int64_t count = 0;
-    const auto [end, error] = std::from_chars(digits.data() + 1, digits.data() + digits.size(), count);
-    const bool isNumber = error == std::errc() && end == digits.data() + digits.size();
-    return isNumber ? std::optional(count) : std::nullopt;
-}
-
-// Where the records begin. A log without a count of variables consists of records from its first line on.
-std::int64_t findRecords(PStream& log) {
-    LineReader reader(log);
-    std::string line;
-    reader.rewind();
-    while (reader.readLine(line, Format::kRecordLineBuffer)) {
-        if (auto count = variableCountIn(line)) {
-            for (; *count > 0 && reader.readLine(line, Format::kRecordLineBuffer); --*count) {
-            }
-            return reader.position();
-        }
-    }
-    return 0;
+ProductState stateOf(const EngineParts& parts) {
+    return {parts.machine.files, parts.machine.environment};
 }
 
 }  // namespace
 
-// The records of one log on their way back: each is looked up in the table of changes and undone.
-class Uninstallation::Walk {
-public:
-    explicit Walk(ChangeJob& job) : report_(job.context.report) {
-        for (const ChangeKind& kind : changeKinds()) {
-            changes_.push_back({kind, kind.make(job)});
-        }
-    }
+// One pattern of UninstallWildcards whose condition held.
+struct Uninstallation::Cleaning {
+    std::string directory;
+    std::string pattern;
+    bool deleteDirectories;
+};
 
-    void undoRecords(PStream& log) {
-        const std::int64_t start = findRecords(log);
-        undoFirstPass(log, start);
-        report_.flushLines();
-        report_.begin();
-        undoMainPass(log, start);
-    }
-    void finish(UndoEnd end) {
-        for (Row& row : changes_) {
-            if (row.kind.end == end) {
-                noteResult(row.change->finishUndo());
-            }
-        }
-    }
-    void noteResult(bool done) { failed_ = failed_ || !done; }
-    bool hasFailed() const { return failed_; }
+// The product as its log knows it: the texts of its description with the variables of the log. What the
+// default values made of these variables in this session isn't what was installed.
+struct Uninstallation::Product {
+    Product(const EngineParts& parts, PStream* log)
+        : head(log == nullptr ? LogHead() : readLogHead(*log)),
+          values(head, parts.model.variables),
+          expressions(values, parts.debugLog),
+          tags(parts.model.description, expressions),
+          texts(parts.model.description, expressions) {}
 
-private:
-    struct Row {
-        const ChangeKind& kind;
-        std::unique_ptr<Change> change;
-    };
+    std::string logPath() const { return texts.installLogFile().value_or(""); }
+    std::string uninstaller() const { return texts.uninstallCommand().value_or(""); }
 
-    // Also counts the lines, which are the steps of the main pass.
-    void undoFirstPass(PStream& log, std::int64_t start) {
-        LineReader reader(log);
-        reader.moveTo(start);
-        std::int64_t count = 0;
-        for (std::string line; reader.readLine(line, Format::kRecordLineBuffer); ++count) {
-            undo(withoutTrailingSpace(line), UndoPass::kFirst);
-            if (count % Report::kStepsPerFlush == 0) {
-                report_.flushLines();
-            }
-        }
-        report_.expectSteps(count);
-    }
-    void undoMainPass(PStream& log, std::int64_t start) {
-        LineReader reader(log);
-        reader.moveTo(start);
-        for (std::string line; reader.readLine(line, Format::kRecordLineBuffer);) {
-            undo(withoutTrailingSpace(line), UndoPass::kMain);
-            report_.finishStep();
-        }
-    }
-    void undo(std::string_view line, UndoPass pass) {
-        for (Row& row : changes_) {
-            const std::string_view tag = row.kind.tagOf(line);
-            if (!tag.empty() && row.kind.pass == pass) {
-                noteResult(row.change->undo({tag, nextLogField(line)}));
-                return;
-            }
-        }
-    }
-
-    Report& report_;
-    std::vector<Row> changes_;
-    bool failed_ = false;
+    LogHead head;
+    LoggedValues values;
+    Expressions expressions;
+    DescriptionTags tags;
+    ProductDescription texts;
+    std::vector<Cleaning> cleanings;
 };
 
 Uninstallation::Uninstallation(const EngineParts& parts)
@@ -154,60 +96,182 @@ void Uninstallation::readBackupPath(PStream* log) {
     }
 }
 
-bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupPath, Report& report) {
+bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupPath, Report& report,
+                         const StopRequest& isToEnd) {
     prepare(log, backupPath, report);
     ChangeJob job(parts_, log_, report);
-    job.replaced.restored =
-        !backupPath_.empty() && restoreBackupFile(backupPath_, parts_.machine.files, report);
-    report.setStatus("Uninstalling");
-    Walk walk(job);
+    UndoWalk walk(job, isToEnd);
+    Product product(parts_, log);
     if (log != nullptr) {
-        walk.undoRecords(*log);
-    } else {
-        parts_.debugLog.line("ERROR: There is no action log to uninstall from");
-        walk.noteResult(false);
-        report.begin();
+        holdWhatRepetitionNeeds(*log, product, job);
     }
-    report.flushLines();
+    restoreArchive(log, product, walk, job);
+    walkLog(log, product.head, walk, report);
     walk.finish(UndoEnd::kBeforeCleaning);
-    removeByWildcards(job);
+    if (!walk.isToEnd()) {
+        removeByWildcards(product, job);
+    }
     walk.finish(UndoEnd::kAfterCleaning);
     report.setProgress(100);
     report.end();
     walk.finish(UndoEnd::kAfterProgress);
-    report.setStatus(walk.hasFailed() ? "There were errors during the uninstall."
-                                      : "The uninstall was successful.");
-    if (walk.hasFailed()) {
-        setErrorVariable();
-    }
+    removeProduct(product, walk, job);
+    state_ = walk.hasFailed() ? State::kFailed : State::kClean;
+    reportEnd(walk.hasFailed(), report);
     return !walk.hasFailed();
 }
 
+void Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report) {
+    report.setStatus("Uninstalling");
+    if (log == nullptr) {
+        parts_.debugLog.line("ERROR: There is no action log to uninstall from");
+        walk.noteResult(false);
+        report.begin();
+    } else {
+        if (!head.isSound) {
+            report.note(
+                "The variables of the install log are missing or damaged. Its records are undone all the "
+                "same.");
+        }
+        walk.undoRecords(*log, head.recordsStart);
+    }
+    report.flushLines();
+}
+
+// Twice, because a log that is damaged may lack the variables, and default values may be other ones.
+void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job) {
+    job.kept.hold(ActionLogReader(&log, parts_.debugLog).readDescriptionPath().value_or(""));
+    job.kept.hold(backupPath_);
+    for (const ProductDescription* texts : {&product.texts, &parts_.model.product}) {
+        job.kept.hold(texts->installLogFile().value_or(""));
+        job.kept.hold(texts->uninstallCommand().value_or(""));
+    }
+    if (!product.head.isSound) {
+        job.kept.holdByName(OUtils::lastPathComponent(product.uninstaller()));
+    }
+}
+
+void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job) {
+    const RestoreResult result = restoreFiles(log, product.head, walk, job.context.report);
+    if (result == RestoreResult::kNoArchive) {
+        job.replaced.isArchiveMissing = true;
+        job.replaced.written = stateOf(parts_).load(product.logPath());
+    }
+    walk.noteResult(result != RestoreResult::kFailed);
+}
+
+RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk,
+                                           Report& report) {
+    if (backupPath_.empty()) {
+        return RestoreResult::kNoArchive;
+    }
+    RestoreQuestions questions;
+    questions.isToEnd = [&walk] { return walk.isToEnd(); };
+    if (log != nullptr) {
+        questions.wasReplaced = [replaced = walk.replacedFiles(*log, head.recordsStart)](
+                                    std::string_view path) {
+            return replaced.contains(platform::pathIdentity(path));
+        };
+    }
+    return restoreBackupFile(backupPath_, parts_.machine.files, report, questions);
+}
+
 // A pattern that cleans nothing, because it is refused, is no error.
-void Uninstallation::removeByWildcards(ChangeJob& job) {
+void Uninstallation::removeByWildcards(Product& product, ChangeJob& job) {
     DescriptionTags& tags = job.tags;
     const std::int32_t group = tags.firstOf("UninstallWildcards");
     if (group < 0) {
         return;
     }
-    WildcardRemover remover(parts_.machine.files);
-    std::int64_t done = 0;
     for (const std::int32_t node : tags.childrenOf(group)) {
         if (!tags.textOf(node) || !tags.conditionHolds(node)) {
             continue;
         }
         const std::string pattern(*tags.textOf(node));
-        const std::string directory = tags.expandAttribute(node, "Dest");
-        if (!remover.deleteByWildcard(directory, pattern, tags.isSet(node, "DeleteDirs"))) {
-            parts_.debugLog.print("WARNING: Nothing is cleaned in \"%s\" by \"%s\"", directory.c_str(),
-                                  pattern.c_str());
+        const std::string_view place = tags.attribute(node, "Dest").value_or("");
+        const std::string directory = product.tags.expand(place, true);
+        if (directory.empty() && !place.empty()) {
+            job.context.report.note("Nothing is cleaned in \"" + std::string(place) + "\" by \"" + pattern +
+                                    "\": the install log doesn't give the variables.");
+            continue;
         }
-        std::string line = "Delete: ";
-        line.append(directory).append("/").append(pattern);
-        job.context.report.addLine(line, done++ % Report::kStepsPerFlush == 0);
+        product.cleanings.push_back({directory, pattern, tags.isSet(node, "DeleteDirs")});
+    }
+    std::int64_t done = 0;
+    for (const Cleaning& cleaning : product.cleanings) {
+        if (!clean(cleaning, job)) {
+            parts_.debugLog.line("WARNING: Nothing is cleaned in \"" + cleaning.directory + "\" by \"" +
+                                 cleaning.pattern + "\"");
+        }
+        job.context.report.addLine("Delete: " + cleaning.directory + "/" + cleaning.pattern,
+                                   done++ % Report::kStepsPerFlush == 0);
     }
     job.context.report.flushLines();
 }
+
+bool Uninstallation::clean(const Cleaning& cleaning, ChangeJob& job) {
+    const auto keeps = [&job](const std::string& path) { return job.kept.postponesFile(path); };
+    return WildcardRemover(parts_.machine.files, keeps)
+        .deleteByWildcard(cleaning.directory, cleaning.pattern, cleaning.deleteDirectories)
+        .has_value();
+}
+
+// The last steps of a walk in which everything else went well. The uninstaller goes first: of these files it
+// is the likeliest to resist, because somebody may run it.
+void Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& job) {
+    if (walk.hasFailed() || walk.isToEnd()) {
+        return;
+    }
+    if (!removeEntry()) {
+        walk.noteResult(job.context.report.addOutcome(false, "FAILED to remove " + *entry_));
+        return;
+    }
+    job.kept.release();
+    walk.deletePostponed(product.uninstaller());
+    if (walk.hasFailed()) {
+        restoreEntry(product);
+        return;
+    }
+    for (const Cleaning& cleaning : product.cleanings) {
+        clean(cleaning, job);
+    }
+    walk.finish(UndoEnd::kAfterCleaning);
+    job.context.report.flushLines();
+    if (!walk.hasFailed() && !stateOf(parts_).remove(product.logPath())) {
+        parts_.debugLog.line("WARNING: What is remembered of the product's files could not be removed");
+    }
+}
+
+bool Uninstallation::unregister() {
+    const std::optional<std::string> name = parts_.model.product.fullName();
+    if (!name || state_ == State::kFailed) {
+        return false;
+    }
+    entry_ = name;
+    return state_ == State::kNotRun || removeEntry();
+}
+
+bool Uninstallation::removeEntry() {
+    return !entry_ || !parts_.system.findUninstallEntry(*entry_, 0) ||
+           parts_.system.removeUninstallEntry(*entry_);
+}
+
+// The uninstaller resisted: the entry that starts it comes back.
+void Uninstallation::restoreEntry(const Product& product) {
+    const auto entry = entry_ ? applicationEntryOf(product.texts, parts_.debugLog) : std::nullopt;
+    if (entry && !parts_.system.registerApplication(*entry)) {
+        parts_.debugLog.line("ERROR: The entry \"" + *entry_ + "\" could not be made again");
+    }
+}
+
+void Uninstallation::reportEnd(bool failed, Report& report) {
+    if (failed) {
+        report.note("The uninstallation is not complete. What it needs to be repeated has been left.");
+        setErrorVariable();
+    }
+    report.setStatus(failed ? "There were errors during the uninstall." : "The uninstall was successful.");
+}
+
 
 void Uninstallation::setErrorVariable() {
     const std::string_view name = parts_.model.controls.nameOf(ControlVariable::kUninstallError);

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "engine/action_log_writer.h"
 #include "engine/engine_parts.h"
@@ -12,13 +10,22 @@
 
 class PStream;
 class Report;
+class UndoWalk;
 struct ChangeJob;
+struct LogHead;
+enum class RestoreResult;
 
 // Takes an installation back, as its action log says: the archive's files return, every record is undone, and
-// registry keys and directories go last, the last one first. Nothing stops the walk; what couldn't be undone
-// is reported and collected.
+// registry keys and directories go last, the last one first. No failure stops the walk; what couldn't be
+// undone is reported and collected.
+//
+// A walk that failed can be repeated: action log, archive, description, uninstaller and the entry in the list
+// of installed applications stay until everything else is undone.
 class Uninstallation {
 public:
+    // Whether the walk was asked to end. Called often, on the thread of the walk.
+    using StopRequest = std::function<bool()>;
+
     explicit Uninstallation(const EngineParts& parts);
 
     // Finds out where the backup archive is (from `backupPath`, or from the log without that) and runs the
@@ -26,18 +33,36 @@ public:
     // which is logged when the archive's path is wanted from it.
     void prepare(PStream* log, const std::optional<std::string>& backupPath, Report& report);
 
-    // prepare, and then the walk. False when anything failed, the missing log included; the variable of the
-    // role UninstallError is "1" then. The log stays where it is, so the walk can be repeated.
-    bool run(PStream* log, const std::optional<std::string>& backupPath, Report& report);
+    // prepare, and then the walk. False when anything failed, the missing log included, or when `isToEnd`
+    // asked for the end, which comes at the next record; the variable of the role UninstallError is "1" then.
+    // The log stays where it is, so the walk can be repeated.
+    bool run(PStream* log, const std::optional<std::string>& backupPath, Report& report,
+             const StopRequest& isToEnd = {});
+
+    // The product's entry in the list of installed applications is to go: after a clean walk at once,
+    // otherwise with the end of a clean walk to come. False when it can't be removed, and after a walk that
+    // failed, which leaves it. An entry that isn't there is no failure.
+    bool unregister();
 
     // As the log or a caller gave it; empty before `prepare`.
     const std::string& backupPath() const { return backupPath_; }
 
 private:
-    class Walk;
+    enum class State { kNotRun, kClean, kFailed };
+    struct Product;
+    struct Cleaning;
 
     void readBackupPath(PStream* log);
-    void removeByWildcards(ChangeJob& job);
+    void walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
+    void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
+    RestoreResult restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
+    void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
+    void removeByWildcards(Product& product, ChangeJob& job);
+    bool clean(const Cleaning& cleaning, ChangeJob& job);
+    void removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);
+    bool removeEntry();
+    void restoreEntry(const Product& product);
+    void reportEnd(bool failed, Report& report);
     void setErrorVariable();
 
     EngineParts parts_;
@@ -47,4 +72,6 @@ private:
     bool isPrepared_ = false;
     bool actionsHaveRun_ = false;
     std::string backupPath_;
+    State state_ = State::kNotRun;
+    std::optional<std::string> entry_;  // the name of the one that is to go with the walk
 };

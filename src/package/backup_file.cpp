@@ -5,10 +5,13 @@
 #include <memory>
 #include <utility>
 
+#include "base/path_functions.h"
 #include "package/backup_format.h"
 #include "package/backup_reader.h"
 #include "package/little_endian.h"
+#include "platform/file_system.h"
 #include "support/debug_log.h"
+#include "support/replacing_file.h"
 
 namespace {
 
@@ -61,6 +64,18 @@ int copyBytes(PFileStream& from, PFileStream& to, std::int64_t size, CopyCounts&
     return 0;
 }
 
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// Every name that is put into an archive is such a path. After a wrong size a reader finds itself in the
+// middle of a content or a name, and what it takes for a name there hardly ever looks like one.
+bool isAbsolutePath(std::string_view name) {
+    const bool hasDrive = name.size() > 2 && isLetter(name[0]) && name[1] == ':';
+    return !name.empty() && OUtils::isSeparator(name[hasDrive ? 2 : 0]) &&
+           std::ranges::none_of(name, [](char c) { return static_cast<unsigned char>(c) < ' '; });
+}
+
 // One walk over an archive that is open for reading.
 class RestoreWalk {
 public:
@@ -68,23 +83,32 @@ public:
                 BackupRestoreObserver& observer)
         : archive_(archive), reader_(archive), files_(files), debugLog_(debugLog), observer_(observer) {}
 
-    // True when the end of the archive was reached.
+    // True when everything that the archive holds was looked at.
     bool run();
 
 private:
+    using Found = BackupReader::Found;
+
+    // Each deals with the current entry and goes to the one after it, `entry_` from then on.
+    Found restoreEmpty();
+    Found restoreContent();
+    Found leave();
+    Found writeBack();
+
+    Found findNext();
+    bool isPlausible(std::string_view name);
     bool canOpen(std::string_view path);
-    void restoreEmpty(const BackupEntry& entry);
-    bool restoreContent(const BackupEntry& entry);
-    bool writeBack(const BackupEntry& entry);
-    bool copyContent(const BackupEntry& entry, int& outStatus);
-    bool leave(const BackupEntry& entry);
-    void reportWriting(const BackupEntry& entry, int status);
+    bool isStillInstalled(bool& outExists);
+    bool endsWell(Found found);
+    bool copyContent(PFileStream& target, std::int64_t size, int& outStatus);
+    void reportWriting(const std::string& name, int status);
 
     BackupFile& archive_;
     BackupReader reader_;
     platform::FileSystem& files_;
     const DebugLog& debugLog_;
     BackupRestoreObserver& observer_;
+    BackupEntry entry_;
     std::int64_t number_ = 0;  // of the current entry
 };
 
@@ -93,17 +117,33 @@ bool RestoreWalk::run() {
     if (!reader_.start()) {
         return false;
     }
-    BackupEntry entry;
-    BackupReader::Found found = reader_.next(entry);
-    for (number_ = 1; found == BackupReader::Found::kEntry; ++number_) {
-        if (entry.size == 0) {
-            restoreEmpty(entry);
-        } else if (!restoreContent(entry)) {
+    Found found = findNext();
+    for (number_ = 1; found == Found::kEntry; ++number_) {
+        if (observer_.isToEnd()) {
             return false;
         }
-        found = reader_.next(entry);
+        found = entry_.size == 0 ? restoreEmpty() : restoreContent();
     }
-    return found == BackupReader::Found::kEnd;
+    return endsWell(found);
+}
+
+RestoreWalk::Found RestoreWalk::findNext() {
+    const Found found = reader_.next(entry_);
+    const bool isEntry = found == Found::kEntry || found == Found::kCutEntry;
+    return isEntry && !isPlausible(entry_.name) ? Found::kDamage : found;
+}
+
+bool RestoreWalk::isPlausible(std::string_view name) {
+    return isAbsolutePath(name) && (files_.exists(name) || observer_.wasReplaced(name));
+}
+
+// An installation that is stopped may leave an archive without its end byte, and with a last content that is
+// cut: then it had not replaced that file yet. Otherwise the former content is lost with the rest of the
+// archive.
+bool RestoreWalk::endsWell(Found found) {
+    bool exists = false;
+    return found == Found::kEnd || found == Found::kUnended ||
+           (found == Found::kCutEntry && !isStillInstalled(exists) && exists);
 }
 
 bool RestoreWalk::canOpen(std::string_view path) {
@@ -112,48 +152,72 @@ bool RestoreWalk::canOpen(std::string_view path) {
     return openToRead(stream, path) == 0 || files_.kindOf(path) == platform::PathKind::kLink;
 }
 
-void RestoreWalk::restoreEmpty(const BackupEntry& entry) {
-    observer_.beforeFile();
-    if (archive_.fileCheckSum(entry.name) != 0 || canOpen(entry.name)) {
-        return;
-    }
-    PFileStream created(files_);
-    const int status = created.openFile(entry.name, PFileStream::kReadWrite, PFileStream::kShareRead,
-                                        PFileStream::kOpenAlways);
-    debugLog_.line("Zero saved size for " + entry.name + "; creating blank file");
-    reportWriting(entry, status);
+// Whether the file of the current entry is what the installation put there. A check sum of 0 may be that of a
+// file that can't be opened, so only an attempt to open it shows whether it exists.
+bool RestoreWalk::isStillInstalled(bool& outExists) {
+    const std::uint32_t existing = archive_.fileCheckSum(entry_.name);
+    outExists = existing != 0 || canOpen(entry_.name);
+    return outExists && entry_.checkSum == existing;
 }
 
-// False when the archive can't be read. A check sum of 0 may be that of a file that can't be opened, so only
-// an attempt to open it shows whether it exists.
-bool RestoreWalk::restoreContent(const BackupEntry& entry) {
-    const std::uint32_t existing = archive_.fileCheckSum(entry.name);
-    const bool exists = existing != 0 || canOpen(entry.name);
+RestoreWalk::Found RestoreWalk::restoreEmpty() {
     observer_.beforeFile();
-    const bool isReadable = exists && entry.checkSum != existing ? leave(entry) : writeBack(entry);
+    const std::string name = entry_.name;
+    const bool exists = archive_.fileCheckSum(name) != 0 || canOpen(name);
+    const Found found = findNext();
+    if (exists || found == Found::kDamage) {
+        return found;
+    }
+    ReplacingFile created(files_);
+    int status = created.open(name);
+    status = status != 0 ? status : created.putInPlace();
+    debugLog_.line("Zero saved size for " + name + "; creating blank file");
+    reportWriting(name, status);
+    return found;
+}
+
+RestoreWalk::Found RestoreWalk::restoreContent() {
+    bool exists = false;
+    const bool isInstalled = isStillInstalled(exists);
+    observer_.beforeFile();
+    return exists && !isInstalled ? leave() : writeBack();
+}
+
+RestoreWalk::Found RestoreWalk::leave() {
+    debugLog_.line("Saved check sum different than existing one for " + entry_.name + "; skipping");
+    observer_.fileDone(entry_.name, RestoreOutcome::kLeft, number_, 0);
+    const bool isReadable = reader_.skip(entry_.size);
     observer_.progress(reader_.percentDone());
-    return isReadable;
+    return isReadable ? findNext() : Found::kDamage;
 }
 
-bool RestoreWalk::writeBack(const BackupEntry& entry) {
-    int status = 0;
-    const bool isReadable = copyContent(entry, status);
-    if (status == 0 && isReadable) {
-        debugLog_.line("Restored " + entry.name);
+// The content takes its place when what follows it in the archive is understood: then its size was right.
+RestoreWalk::Found RestoreWalk::writeBack() {
+    const std::string name = entry_.name;
+    ReplacingFile target(files_);
+    int status = target.open(name);
+    if (!copyContent(target.stream(), entry_.size, status)) {
+        return Found::kDamage;
     }
-    reportWriting(entry, status);
-    return isReadable;
+    const int percent = reader_.percentDone();
+    const Found found = findNext();
+    if (found == Found::kDamage) {
+        return found;
+    }
+    status = status != 0 ? status : target.putInPlace();
+    if (status == 0) {
+        debugLog_.line("Restored " + name);
+    }
+    reportWriting(name, status);
+    observer_.progress(percent);
+    return found;
 }
 
 // False when the archive can't be read. A file that can't be written gives `outStatus`; it doesn't damage the
 // archive, so its content is read all the same.
-bool RestoreWalk::copyContent(const BackupEntry& entry, int& outStatus) {
-    PFileStream target(files_);
-    outStatus = target.openFile(entry.name, PFileStream::kReadWrite, PFileStream::kShareRead,
-                                PFileStream::kCreateAlways);
-    std::int64_t left = entry.size;
-    while (left > 0) {
-        const std::string_view data = reader_.read(left);
+bool RestoreWalk::copyContent(PFileStream& target, std::int64_t size, int& outStatus) {
+    while (size > 0) {
+        const std::string_view data = reader_.read(size);
         if (data.empty()) {
             return false;
         }
@@ -161,26 +225,17 @@ bool RestoreWalk::copyContent(const BackupEntry& entry, int& outStatus) {
         if (outStatus == 0) {
             outStatus = target.write(data.data(), static_cast<std::uint32_t>(data.size()), written);
         }
-        left -= static_cast<std::int64_t>(data.size());
+        size -= static_cast<std::int64_t>(data.size());
     }
-    const int closed = target.close();
-    outStatus = outStatus != 0 ? outStatus : closed;
     return true;
 }
 
-bool RestoreWalk::leave(const BackupEntry& entry) {
-    debugLog_.line("Saved check sum different than existing one for " + entry.name + "; skipping");
-    const bool isReadable = reader_.skip(entry.size);
-    observer_.fileDone(entry.name, RestoreOutcome::kLeft, number_);
-    return isReadable;
-}
-
-void RestoreWalk::reportWriting(const BackupEntry& entry, int status) {
+void RestoreWalk::reportWriting(const std::string& name, int status) {
     if (status != 0) {
-        debugLog_.line("ERROR: Could not restore " + entry.name + " (" + std::to_string(status) + ")");
+        debugLog_.line("ERROR: Could not restore " + name + " (" + std::to_string(status) + ")");
     }
-    observer_.fileDone(entry.name, status == 0 ? RestoreOutcome::kRestored : RestoreOutcome::kFailed,
-                       number_);
+    observer_.fileDone(name, status == 0 ? RestoreOutcome::kRestored : RestoreOutcome::kFailed, number_,
+                       status);
 }
 
 }  // namespace

@@ -22,11 +22,17 @@ public:
 
     // The next file is about to be restored, or left alone.
     virtual void beforeFile() = 0;
-    // `number` counts the entries of the archive from 1; `path` is valid during the call. An empty file that
-    // is still there needs nothing and isn't reported.
-    virtual void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number) = 0;
+    // `number` counts the entries of the archive from 1; `path` is valid during the call; `status` is the
+    // system's error number of a file that failed, or -1, otherwise 0. An empty file that is still there
+    // needs nothing and isn't reported.
+    virtual void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number, int status) = 0;
     // How much of the archive has been read, 0 to 100.
     virtual void progress(int percent) = 0;
+    // Asked before each file: whether the walk is to end here.
+    virtual bool isToEnd() { return false; }
+    // Whether the installation is known to have replaced this file, which isn't there any more. Otherwise its
+    // entry is one of a damaged archive.
+    virtual bool wasReplaced(std::string_view) { return true; }
 };
 
 // An archive of whole files, written once from front to back, or read back in one go. One thread.
@@ -59,10 +65,11 @@ public:
     // followed: what it leads to belongs elsewhere, and the link couldn't be given back.
     std::optional<std::string> addFile(std::string_view path, std::optional<std::uint32_t> checkSum);
 
-    // Restores all files but those that the user has changed since. True when the archive was read to its
-    // end, even if a file couldn't be written; false for a damaged archive, after which everything restored
-    // so far stays, and when this object isn't open for reading. An entry whose content is cut never touches
-    // the file that it names.
+    // Restores all files but those that the user has changed since. Each content is complete before it takes
+    // the place of the file that it belongs to. True when everything was looked at that the archive holds,
+    // even if a file couldn't be written: also when the end byte is missing, or the content of a last file
+    // that was never replaced. False for an archive that is damaged otherwise, when the observer asked for
+    // the end, and when this object isn't open for reading; everything restored so far stays.
     bool restoreAll(const DebugLog& debugLog, BackupRestoreObserver& observer);
 
     // Writes the end byte when writing, and closes. Returns 0, or the status of the step that failed. With 0

@@ -93,11 +93,14 @@ bool BackupReader::readName(std::string& outName) {
 }
 
 BackupReader::Found BackupReader::next(BackupEntry& outEntry) {
+    if (left() == 0) {
+        return Found::kUnended;
+    }
     if (!readName(outEntry.name)) {
         return Found::kDamage;
     }
     if (outEntry.name.empty()) {
-        return Found::kEnd;
+        return left() == 0 ? Found::kEnd : Found::kDamage;
     }
     unsigned char fields[BackupFormat::kSizeFieldSize + BackupFormat::kCheckSumFieldSize];
     if (!readField(fields, sizeof(fields))) {
@@ -105,7 +108,10 @@ BackupReader::Found BackupReader::next(BackupEntry& outEntry) {
     }
     outEntry.size = LittleEndian::readSigned64(fields);
     outEntry.checkSum = LittleEndian::readUnsigned(fields + BackupFormat::kSizeFieldSize);
-    return outEntry.size < 0 || outEntry.size > left() ? Found::kDamage : Found::kEntry;
+    if (outEntry.size < 0) {
+        return Found::kDamage;
+    }
+    return outEntry.size > left() ? Found::kCutEntry : Found::kEntry;
 }
 
 int BackupReader::percentDone() const {

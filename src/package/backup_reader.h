@@ -18,14 +18,20 @@ struct BackupEntry {
 // archive: the content of a found entry is there as a whole.
 class BackupReader {
 public:
-    enum class Found { kEntry, kEnd, kDamage };
+    enum class Found {
+        kEntry,
+        kEnd,       // the end byte, and nothing after it
+        kUnended,   // the archive ends after a whole entry, without the end byte: its writer was stopped
+        kCutEntry,  // a last entry whose content isn't there as a whole
+        kDamage,    // something else than an entry, or the archive can't be read
+    };
 
     // `archive` is open, outlives this object and is moved by it alone.
     explicit BackupReader(PFileStream& archive);
 
     // Goes to the first entry. False when the archive can't be read.
     bool start();
-    // Reads the next entry up to its content.
+    // Reads the next entry up to its content. `outEntry` is filled for kEntry and kCutEntry.
     Found next(BackupEntry& outEntry);
     // The next bytes of the content, at least one and at most `most`; empty when the archive can't be read.
     // Valid until the next call.

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-// The environment of this process: its variables and its program. Names and values are UTF-8.
+// The environment of this process: its variables, its program, its directories. Names and values are UTF-8.
 namespace platform {
 
 class Environment {
@@ -17,6 +17,13 @@ public:
     // The full path of the running program. False when the system doesn't give it; `outPath` keeps its value
     // then.
     virtual bool programPath(std::string& outPath) = 0;
+    // The directory from which relative paths count. False when the system doesn't give it; `outPath` keeps
+    // its value then.
+    virtual bool currentDirectory(std::string& outPath) = 0;
+    // Where this machine's records of its products are kept: $TANDREL_STATE_DIR, else the system's own place
+    // for such data, which only administrators may write to. The directory may not exist yet. False when the
+    // system doesn't give it; `outPath` keeps its value then.
+    virtual bool stateDirectory(std::string& outPath) = 0;
 };
 
 Environment& systemEnvironment();

@@ -8,6 +8,7 @@
 #include "description/answers_file.h"
 #include "description/unknown_names.h"
 #include "engine/action_log_reader.h"
+#include "engine/log_head.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/utilities.h"
@@ -120,35 +121,33 @@ bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
         return refuseStart(ui, "the action log doesn't name a description");
     }
     debugLog.line("Reading previous installation variables");
-    const LogVariables imported = importVariablesFromLog();
-    if (imported != LogVariables::kRead) {
+    // Neither a few bad lines nor a log without its variables prevent uninstalling: the records are enough.
+    if (!importVariablesFromLog()) {
         debugLog.line("ERROR: Failed to read variables from log");
     }
     debugLog.line("Reading installation file");
     const int status = OUtils::readWholeFile(*path, outText, machine_.files);
     if (status != 0) {
         debugLog.line("ERROR: Failed reading installation file");
+        debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
+        return refuseStart(ui, *path + ": " + readingError(status));
     }
-    // A few bad lines don't prevent uninstalling; a log without its variables does.
-    if (status == 0 && imported != LogVariables::kUnreadable) {
-        return true;
-    }
-    debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
-    return refuseStart(ui, status != 0 ? *path + ": " + readingError(status)
-                                       : "the variables in the action log can't be read");
+    return true;
 }
 
-Installer::LogVariables Installer::importVariablesFromLog() {
+bool Installer::importVariablesFromLog() {
     try {
-        const bool isWhole = ActionLogReader(actionLogFile.get(), debugLog)
-                                 .readVariables([this](const std::string& name, const std::string& value) {
-                                     model_.variables.store().set(name, value);
-                                 });
-        return isWhole ? LogVariables::kRead : LogVariables::kWithBadLines;
+        return ActionLogReader(actionLogFile.get(), debugLog)
+            .readVariables([this](const std::string& name, const std::string& value) {
+                model_.variables.store().set(name, value);
+            });
     } catch (const GenericError& error) {
         debugLog.line(error.what());
-        return LogVariables::kUnreadable;
     }
+    for (const auto& [name, value] : readLogHead(*actionLogFile).variables) {
+        model_.variables.store().set(name, value);
+    }
+    return false;
 }
 
 bool Installer::readDescriptionFromCabinet(InstallerUI& ui, std::string& outText) {

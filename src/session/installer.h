@@ -147,8 +147,8 @@ private:
     bool readDescription(InstallerUI& ui);
     bool readDescriptionFromLog(InstallerUI& ui, std::string& outText);
     bool readDescriptionFromCabinet(InstallerUI& ui, std::string& outText);
-    enum class LogVariables { kRead, kWithBadLines, kUnreadable };
-    LogVariables importVariablesFromLog();
+    // False when the log doesn't give all of them.
+    bool importVariablesFromLog();
     bool loadDefaultValues(InstallerUI& ui);
     void remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath);
 

@@ -91,9 +91,9 @@ bool PageWork::prepareUninstall(InstallerUI& ui) {
     return true;
 }
 
-bool PageWork::uninstallCurrentProduct(InstallerUI& ui) {
+bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool()>& isToEnd) {
     Report report = reportTo(ui);
-    return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report);
+    return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
 }
 
 bool PageWork::uninstallPrevious(InstallerUI&) {
@@ -114,8 +114,7 @@ bool PageWork::registerApplication() {
 }
 
 bool PageWork::unregisterApplication() {
-    const auto name = model_.product.fullName();
-    return name && system_.removeUninstallEntry(*name);
+    return uninstallation_.unregister();
 }
 
 void PageWork::runActions(std::string_view section, InstallerUI& ui) {

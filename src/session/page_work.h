@@ -34,7 +34,7 @@ public:
     void normalizeDirectoryFields() override;
     bool installProduct(InstallerUI& ui) override;
     bool prepareUninstall(InstallerUI& ui) override;
-    bool uninstallCurrentProduct(InstallerUI& ui) override;
+    bool uninstallCurrentProduct(InstallerUI& ui, const std::function<bool()>& isToEnd) override;
     bool uninstallPrevious(InstallerUI& ui) override;
     bool revertInstallation(InstallerUI& ui) override;
     bool revertUninstallation(InstallerUI& ui) override;

@@ -97,9 +97,12 @@ void PageEntry::copyFiles(PageVisit& visit) {
     visit.state.mainWorkTried = true;
     work(visit, [&] {
         actions_.normalizeDirectoryFields();
-        return actions_.isActionLogSession() ? actions_.uninstallCurrentProduct(visit.ui)
-                                             : actions_.installProduct(visit.ui);
+        return actions_.isActionLogSession() ? uninstall(visit) : actions_.installProduct(visit.ui);
     });
+}
+
+bool PageEntry::uninstall(PageVisit& visit) {
+    return actions_.uninstallCurrentProduct(visit.ui, [&visit] { return visit.state.cancelled.load(); });
 }
 
 void PageEntry::revertInstallation(PageVisit& visit) {

@@ -48,6 +48,7 @@ private:
     void work(PageVisit& visit, Work&& work);
     void uninstallPrevious(PageVisit& visit);
     void copyFiles(PageVisit& visit);
+    bool uninstall(PageVisit& visit);
     void revertInstallation(PageVisit& visit);
     void revertUninstallation(PageVisit& visit);
     void registerApplication(PageVisit& visit);

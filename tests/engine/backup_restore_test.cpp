@@ -31,16 +31,17 @@ protected:
         }
         ASSERT_EQ(archive.close(), 0);
     }
-    bool restore() { return restoreBackupFile(kArchive, files_, report_); }
+    RestoreResult restore() { return restoreBackupFile(kArchive, files_, report_); }
 
     MemoryFileSystem files_;
     RecordingUI ui_;
-    Report report_{&ui_, nullptr};
+    ErrorList errors_;
+    Report report_{&ui_, &errors_};
 };
 
 TEST_F(BackupRestoreTest, ShowsEachFileAndTheProgress) {
     backUp({"/a/replaced"});
-    EXPECT_TRUE(restore());
+    EXPECT_EQ(restore(), RestoreResult::kDone);
     EXPECT_EQ(files_.content("/a/replaced"), "old");
     EXPECT_EQ(ui_.calls, (std::vector<std::string>{"setCurrentProgress(0)", "pumpEvents()",
                                                    "addFileLine(\"Restore /a/replaced\", 0)",
@@ -50,15 +51,34 @@ TEST_F(BackupRestoreTest, ShowsEachFileAndTheProgress) {
 TEST_F(BackupRestoreTest, ShowsFilesThatTheUserChanged) {
     backUp({"/a/edited"});
     files_.addFile("/a/edited", "edited by the user");
-    EXPECT_TRUE(restore());
+    EXPECT_EQ(restore(), RestoreResult::kDone);
     EXPECT_EQ(ui_.countOf("addFileLine(\"Left /a/edited\""), 1);
 }
 
 TEST_F(BackupRestoreTest, ShowsFilesThatCannotBeWritten) {
     backUp({"/ro/file"});
     files_.setReadOnly("/ro", 13);
-    EXPECT_TRUE(restore());
+    EXPECT_EQ(restore(), RestoreResult::kFailed);
     EXPECT_EQ(ui_.countOf("addFileLine(\"FAILED to restore /ro/file\""), 1);
+    EXPECT_EQ(errors_, (ErrorList{"FAILED to restore /ro/file"}));
+    const std::vector<std::string> notes = ui_.callsOf("addMessage");
+    ASSERT_EQ(notes.size(), 2U);
+    EXPECT_TRUE(notes[0].starts_with("addMessage(\"/ro/file: ")) << notes[0];
+    EXPECT_EQ(notes[1],
+              "addMessage(\"1 file could not be restored. The uninstallation can be repeated.\")");
+}
+
+TEST_F(BackupRestoreTest, CountsTheFilesThatCannotBeWritten) {
+    backUp({"/p/a/x", "/p/b", "/p/c/y"});
+    for (const char* const path : {"/p/a/x", "/p/c/y"}) {
+        files_.removeFile(path);
+        files_.addDirectory(path);
+    }
+    EXPECT_EQ(restore(), RestoreResult::kFailed);
+    EXPECT_EQ(files_.content("/p/b"), "old");
+    EXPECT_EQ(errors_, (ErrorList{"FAILED to restore /p/a/x", "FAILED to restore /p/c/y"}));
+    EXPECT_EQ(ui_.callsOf("addMessage").back(),
+              "addMessage(\"2 files could not be restored. The uninstallation can be repeated.\")");
 }
 
 TEST_F(BackupRestoreTest, FlushesEach32ndLine) {
@@ -67,7 +87,7 @@ TEST_F(BackupRestoreTest, FlushesEach32ndLine) {
         paths.push_back("/p/f" + std::to_string(i));
     }
     backUp(paths);
-    EXPECT_TRUE(restore());
+    EXPECT_EQ(restore(), RestoreResult::kDone);
     const std::vector<std::string> lines = ui_.callsOf("addFileLine(\"Restore");
     ASSERT_EQ(lines.size(), 64U);
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -76,21 +96,56 @@ TEST_F(BackupRestoreTest, FlushesEach32ndLine) {
 }
 
 TEST_F(BackupRestoreTest, ShowsNothingWithoutAnArchive) {
-    EXPECT_FALSE(restore());
-    files_.addFile(kArchive, "another file");
-    EXPECT_FALSE(restore());
+    EXPECT_EQ(restore(), RestoreResult::kNoArchive);
     EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(BackupRestoreTest, FailsForWhatIsNoArchive) {
+    for (const char* const content : {"", "another file", "Tandrel Software installer backup file."}) {
+        files_.addFile(kArchive, content);
+        EXPECT_EQ(restore(), RestoreResult::kFailed) << content;
+    }
+    files_.removeFile(kArchive);
+    files_.addDirectory(kArchive);
+    EXPECT_EQ(restore(), RestoreResult::kFailed);
+    EXPECT_EQ(ui_.countOf("addMessage(\"The backup archive /p/backup can't be read to its end."), 4);
 }
 
 TEST_F(BackupRestoreTest, FailsForADamagedArchiveAndKeepsWhatWasRestored) {
     backUp({"/a/first", "/a/second"});
     const std::string archive = files_.content(kArchive);
     files_.addFile(kArchive, archive.substr(0, archive.size() - 2));
-    EXPECT_FALSE(restore());
+    EXPECT_EQ(restore(), RestoreResult::kFailed);
     EXPECT_EQ(files_.content("/a/first"), "old");
     EXPECT_EQ(files_.content("/a/second"), "new");
     EXPECT_EQ(ui_.countOf("addFileLine(null"), 0);
     EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+TEST_F(BackupRestoreTest, RestoresAnArchiveWithoutItsEnd) {
+    backUp({"/a/first"});
+    const std::string archive = files_.content(kArchive);
+    files_.addFile(kArchive, archive.substr(0, archive.size() - 1));
+    EXPECT_EQ(restore(), RestoreResult::kDone);
+    EXPECT_EQ(files_.content("/a/first"), "old");
+}
+
+TEST_F(BackupRestoreTest, CreatesNoFileThatNoInstallationReplaced) {
+    backUp({"/a/first"});
+    files_.removeFile("/a/first");
+    const RestoreQuestions questions{{}, [](std::string_view path) { return path != "/a/first"; }};
+    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, questions), RestoreResult::kFailed);
+    EXPECT_FALSE(files_.hasFile("/a/first"));
+}
+
+TEST_F(BackupRestoreTest, EndsWhenItIsAskedTo) {
+    backUp({"/a/first", "/a/second"});
+    int left = 1;
+    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, {[&left] { return left-- < 1; }, {}}),
+              RestoreResult::kFailed);
+    EXPECT_EQ(files_.content("/a/first"), "old");
+    EXPECT_EQ(files_.content("/a/second"), "new");
+    EXPECT_EQ(ui_.countOf("addMessage"), 0);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+
 #include "engine/file_in_use.h"
 #include "engine_fixture.h"
 #include "package/backup_file.h"
@@ -21,10 +23,20 @@ protected:
             "<InstallerControlVariables><UninstallError>ERR</UninstallError></InstallerControlVariables>");
     }
 
-    void openLog(const std::string& content) {
-        files_.addFile("/app/install.log", content);
+    static constexpr char kProduct[] =
+        "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
+        "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
+        "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
+        "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>"
+        "<UninstallWildcards><F Dest='[DIR]/un'>install.log</F><F Dest='[DIR]/un'>backup.bin</F>"
+        "</UninstallWildcards>";
+
+    // The session reads a copy of the log, as the second stage of the program does.
+    void openLog(const std::string& content, const std::string& path = "/app/install.log") {
+        files_.addFile(path, content);
+        files_.addFile("/tmp/copy.log", content);
         log_file_ = std::make_unique<PFileStream>(files_);
-        ASSERT_EQ(log_file_->openFile("/app/install.log", PFileStream::kGenericRead, PFileStream::kShareRead,
+        ASSERT_EQ(log_file_->openFile("/tmp/copy.log", PFileStream::kGenericRead, PFileStream::kShareRead,
                                       PFileStream::kOpenExisting),
                   0);
     }
@@ -35,8 +47,42 @@ protected:
     }
     bool run(const std::optional<std::string>& backupPath = std::nullopt) {
         Report report(&ui_, &errors_);
-        return uninstallation_.run(log_file_.get(), backupPath, report);
+        return uninstallation_.run(log_file_.get(), backupPath, report, isToEnd_);
     }
+    // A walk of another session over the log that is on the disk.
+    bool runAgain() {
+        openLog(files_.content("/app/un/install.log"), "/app/un/install.log");
+        Report report(&ui_, &errors_);
+        Uninstallation again(parts_);
+        again.unregister();
+        return again.run(log_file_.get(), std::nullopt, report);
+    }
+    // A product whose own files are in /app/un, with an entry in the list of applications and one more file.
+    // `records` are those of its other changes.
+    void installProduct(const std::string& records) {
+        describe(kProduct);
+        for (const char* const name : {"install.log", "backup.bin", "install.xml", "installer"}) {
+            files_.addFile(std::string("/app/un/") + name, name);
+        }
+        BackupFile archive(files_);
+        ASSERT_TRUE(archive.openForWriting("/app/un/backup.bin"));
+        ASSERT_EQ(archive.close(), 0);
+        files_.addFile("/app/tool", "");
+        system_.installed = {{"Demo", "", false, ""}};
+        openLog("/app/un/install.xml\r\n/app/un/backup.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\n"
+                "DIR\t2\t/app/un/\r\nFILE\tCREATE\t/app/un\\installer\r\nFILE\tCREATE\t/app/un\\install.xml\r\n"
+                "FILE\tCREATE\t/app/tool\r\n" +
+                    records,
+                "/app/un/install.log");
+        EXPECT_TRUE(uninstallation_.unregister());
+    }
+    bool isRepeatable() const {
+        return files_.hasFile("/app/un/install.log") && files_.hasFile("/app/un/backup.bin") &&
+               files_.hasFile("/app/un/install.xml") && files_.hasFile("/app/un/installer") &&
+               !system_.installed.empty();
+    }
+    bool isGone() const { return !files_.hasDirectory("/app") && system_.installed.empty(); }
+
     void prepare(const std::optional<std::string>& backupPath = std::nullopt) {
         Report report(&ui_, &errors_);
         uninstallation_.prepare(log_file_.get(), backupPath, report);
@@ -55,6 +101,7 @@ protected:
     }
     std::vector<std::string> lines() const { return ui_.callsOf("addFileLine(\""); }
 
+    std::function<bool()> isToEnd_;
     std::unique_ptr<PFileStream> log_file_;
     Uninstallation uninstallation_{parts_};
 };
@@ -109,10 +156,200 @@ TEST_F(UninstallationTest, RestoresFormerContentAndKeepsIt) {
     EXPECT_FALSE(files_.hasFile("/app/backup.bin"));
 }
 
-TEST_F(UninstallationTest, DeletesRestorableFilesWhenTheArchiveIsGone) {
-    files_.addFile("/app/readme", "installed");
-    EXPECT_TRUE(undo("FILE\tOVER\t/app/readme\r\n"));
-    EXPECT_FALSE(files_.hasFile("/app/readme"));
+TEST_F(UninstallationTest, KeepsWhatItRestoredOrLeftWhenTheArchiveIsDamaged) {
+    backUp("/app/readme", "former", "installed");
+    files_.addFile("/app/readme", "edited");
+    files_.addFile("/app/backup.bin", files_.content("/app/backup.bin") + "x");
+    files_.addFile("/app/new", "installed");
+    EXPECT_FALSE(undo("FILE\tOVER\t/app/readme\r\nFILE\tOVER\t/app/new\r\n"));
+    EXPECT_EQ(files_.content("/app/readme"), "edited");
+    EXPECT_EQ(files_.content("/app/new"), "installed");
+    EXPECT_TRUE(files_.hasFile("/app/backup.bin"));
+}
+
+TEST_F(UninstallationTest, KeepsAndNamesRestorableFilesWhenTheArchiveIsGone) {
+    files_.addFile("/app/readme", "changed or not");
+    EXPECT_TRUE(undo("FILE\tOVER\t/app/readme\r\nFILE\tOVER\t/app/gone\r\n"));
+    EXPECT_EQ(files_.content("/app/readme"), "changed or not");
+    EXPECT_THAT(lines(), ElementsAre("addFileLine(\"Left /app/readme\", 1)"));
+}
+
+TEST_F(UninstallationTest, RemovesEverythingInTheEndOfACleanWalk) {
+    installProduct("");
+    EXPECT_TRUE(run());
+    EXPECT_TRUE(isGone());
+    EXPECT_THAT(lines(), ElementsAre("addFileLine(\"Delete /app/tool\", 0)",
+                                     "addFileLine(\"Delete: /app/un/install.log\", 1)",
+                                     "addFileLine(\"Delete: /app/un/backup.bin\", 0)",
+                                     "addFileLine(\"Delete /app/un\\installer\", 0)",
+                                     "addFileLine(\"Delete /app/un\\install.xml\", 0)",
+                                     "addFileLine(\"Remove /app/un\", 0)", "addFileLine(\"Remove /app\", 0)"));
+}
+
+TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {
+    installProduct("FILE\tCREATE\t/app/held\r\n");
+    files_.addFile("/app/held", "");
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/held", 1);
+    EXPECT_FALSE(run());
+    EXPECT_FALSE(files_.hasFile("/app/tool"));
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_EQ(ui_.callsOf("addMessage").back(),
+              "addMessage(\"The uninstallation is not complete. What it needs to be repeated has been left.\")");
+    EXPECT_FALSE(uninstallation_.unregister());
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeRestored) {
+    installProduct("FILE\tOVER\t/shared/readme\r\n");
+    backUp("/shared/readme", "former", "installed");
+    ASSERT_EQ(files_.replaceFile("/app/backup.bin", "/app/un/backup.bin"), 0);
+    files_.setReadOnly("/shared");
+    EXPECT_FALSE(run());
+    EXPECT_EQ(files_.content("/shared/readme"), "installed");
+    EXPECT_TRUE(isRepeatable());
+    files_.clearFaults();
+    EXPECT_TRUE(runAgain());
+    EXPECT_EQ(files_.content("/shared/readme"), "former");
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, CanBeRepeatedAfterADirectoryThatHeldForeignFiles) {
+    installProduct("");
+    files_.addFile("/app/mine", "");
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(isRepeatable());
+    files_.removeFile("/app/mine");
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, CanBeRepeatedAfterAnEditThatCouldNotBeUndone) {
+    installProduct("FILE\tCREATE\t/app/changes\r\nFILE\tCREATE\t/app/edited\r\nMODIFYFILE\tADDAFTER\t/app/edited\t/app/changes\r\n"
+                   "MODIFYFILE\tADDAFTER\t/shared/f\t/app/changes\r\n");
+    files_.addFile("/app/changes", "1\nline\n1\nadded\n");
+    files_.addFile("/app/edited", "line\nadded\n");
+    files_.addFile("/shared/f", "line\nadded\n");
+    files_.setReadOnly("/shared");
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(files_.hasFile("/app/changes"));
+    EXPECT_FALSE(files_.hasFile("/app/edited"));
+    EXPECT_TRUE(isRepeatable());
+    files_.clearFaults();
+    EXPECT_TRUE(runAgain());
+    EXPECT_EQ(files_.content("/shared/f"), std::string("line") + OUtils::textLineEnd());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, LeavesTheProductItselfWhenItsEntryCannotBeRemoved) {
+    installProduct("");
+    system_.removalWorks = false;
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_THAT(errors_, ElementsAre("FAILED to remove Demo"));
+    system_.removalWorks = true;
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, BringsTheEntryBackWhenTheUninstallerResists) {
+    installProduct("");
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/un/installer", 1);
+    EXPECT_FALSE(run());
+    EXPECT_EQ(system_.calls.back(),
+              "registerApplication(Demo, 1.2.3, web, \"/app/un/installer\" "
+              "-uninstall=\"/app/un/install.log\" -uninstallApp=\"Demo\")");
+    EXPECT_TRUE(files_.hasFile("/app/un/install.log"));
+    EXPECT_TRUE(files_.hasFile("/app/un/install.xml"));
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
+    describe(kProduct);
+    system_.installed = {{"Demo", "", false, ""}};
+    EXPECT_TRUE(undo(""));
+    EXPECT_FALSE(system_.installed.empty());
+    EXPECT_TRUE(uninstallation_.unregister());
+    EXPECT_TRUE(system_.installed.empty());
+    EXPECT_TRUE(uninstallation_.unregister());  // it has gone
+}
+
+TEST_F(UninstallationTest, NamesNoEntryWithoutAProductsName) {
+    EXPECT_FALSE(uninstallation_.unregister());
+}
+
+TEST_F(UninstallationTest, EndsAtTheNextRecordWhenItIsAskedTo) {
+    installProduct("FILE\tCREATE\t/app/second\r\nENV\tCREATE\tX\r\n");
+    files_.addFile("/app/second", "");
+    isToEnd_ = [this] { return !files_.hasFile("/app/tool"); };
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(files_.hasFile("/app/second"));
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_EQ(ui_.callsOf("setStatusText").back(),
+              "setStatusText(\"There were errors during the uninstall.\")");
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, DeletesNothingWhenItIsAskedToEndBeforeItsFirstRecord) {
+    installProduct("");
+    isToEnd_ = [] { return true; };
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(files_.hasFile("/app/tool"));
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(UninstallationTest, CleansTheDirectoriesOfTheLogWhateverTheSessionsVariablesAre) {
+    installProduct("");
+    variables_.set("DIR", "/default");
+    files_.addFile("/default/un/install.log", "of another product");
+    EXPECT_TRUE(run());
+    EXPECT_TRUE(isGone());
+    EXPECT_EQ(files_.content("/default/un/install.log"), "of another product");
+}
+
+TEST_F(UninstallationTest, CleansNothingInADirectoryThatTheLogDoesNotGive) {
+    describe("<UninstallWildcards><WC Dest='[CACHE]/x'>*</WC></UninstallWildcards>");
+    variables_.set("CACHE", "/mine");
+    files_.addFile("/mine/x/precious", "");
+    EXPECT_TRUE(undo(""));
+    EXPECT_TRUE(files_.hasFile("/mine/x/precious"));
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                ElementsAre("addMessage(\"Nothing is cleaned in \"[CACHE]/x\" by \"*\": the install log "
+                            "doesn't give the variables.\")"));
+}
+
+TEST_F(UninstallationTest, UndoesTheRecordsOfALogWhoseCountOfVariablesIsBroken) {
+    for (const char* const count : {"NUMVARS\t900\r\n", "NUMVARS\tx\r\n", ""}) {
+        installProduct("");
+        std::string log = files_.content("/app/un/install.log");
+        log.replace(log.find("NUMVARS\t1\r\n"), 11, count);
+        openLog(log, "/app/un/install.log");
+        Report report(&ui_, &errors_);
+        Uninstallation walk(parts_);
+        walk.unregister();
+        EXPECT_TRUE(walk.run(log_file_.get(), std::nullopt, report)) << count;
+        EXPECT_TRUE(isGone()) << count;
+        EXPECT_EQ(ui_.callsOf("addMessage").back(),
+                  "addMessage(\"The variables of the install log are missing or damaged. Its records are "
+                  "undone all the same.\")");
+    }
+}
+
+TEST_F(UninstallationTest, KeepsItsUninstallerWhenALogWithoutVariablesCannotBeCleaned) {
+    installProduct("");
+    std::string log = files_.content("/app/un/install.log");
+    const std::size_t start = log.find("NUMVARS");
+    log.erase(start, log.find("DIR\t2") - start);
+    variables_.set("DIR", "/default");
+    openLog(log, "/app/un/install.log");
+    EXPECT_FALSE(run());
+    EXPECT_FALSE(files_.hasFile("/app/tool"));
+    EXPECT_TRUE(isRepeatable());
 }
 
 TEST_F(UninstallationTest, UsesTheArchiveThatItIsGiven) {
@@ -140,6 +377,7 @@ TEST_F(UninstallationTest, UndoesEditsBeforeAllOtherRecords) {
 }
 
 TEST_F(UninstallationTest, FailsForAnEditThatCannotBeUndone) {
+    files_.addFile("/app/f", "line\n");
     EXPECT_FALSE(undo("MODIFYFILE\tADDAFTER\t/app/f\t/none\r\n"));
 }
 
@@ -202,11 +440,10 @@ TEST_F(UninstallationTest, WalksALogWithoutACountOfVariablesFromItsFirstLine) {
 
 TEST_F(UninstallationTest, TakesNoVariableForARecord) {
     files_.addFile("CREATE", "");
-    openLog("x\r\ny\r\nNUMVARS\t2\r\nFILE\tCREATE\t/app/a\r\nVAR\tA\tb\r\nFILE\tCREATE\t/app/b\r\n");
-    files_.addFile("/app/a", "");
+    openLog("x\r\ny\r\nNUMVARS\t2\r\nVAR\tFILE\tCREATE\r\nVAR\tA\tb\r\nFILE\tCREATE\t/app/b\r\n");
     files_.addFile("/app/b", "");
     EXPECT_TRUE(run());
-    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(files_.hasFile("CREATE"));
     EXPECT_FALSE(files_.hasFile("/app/b"));
 }
 

@@ -105,6 +105,17 @@ TEST_F(WildcardRemoverTest, RefusesWhatCannotBelongToAProduct) {
     EXPECT_EQ(files_.allFiles().size(), 5U);
 }
 
+TEST_F(WildcardRemoverTest, KeepsTheFilesThatItIsToldToKeepAndTheirDirectories) {
+    std::vector<std::string> asked;
+    WildcardRemover remover(files_, [&asked](const std::string& path) {
+        asked.push_back(path);
+        return path == "/app/sub/c.log";
+    });
+    EXPECT_EQ(remover.deleteByWildcard("/app", "*.log", true), 4);
+    EXPECT_THAT(files_.allFiles(), ElementsAre("/app/keep.txt", "/app/sub/c.log"));
+    EXPECT_EQ(asked.size(), 4U);  // about what would be deleted
+}
+
 TEST_F(WildcardRemoverTest, GoesOnAfterAFileThatResists) {
     files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/a.log", 1);
     EXPECT_EQ(remover_.deleteByWildcard("/app", "*", true), 6);

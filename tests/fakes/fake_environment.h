@@ -13,6 +13,8 @@ public:
     std::map<std::string, std::string> variables;
     std::set<std::string> refused;                 // setting these fails
     std::string program = "D:\\setup\\setup.exe";  // empty: the path can't be read
+    std::string current = "/current";              // empty: it isn't known
+    std::string state = "/var/state";              // empty: there is none
 
     std::optional<std::string> get(std::string_view name) override {
         const auto found = variables.find(std::string(name));
@@ -28,11 +30,16 @@ public:
         return true;
     }
 
-    bool programPath(std::string& outPath) override {
-        if (program.empty()) {
+    bool programPath(std::string& outPath) override { return give(program, outPath); }
+    bool currentDirectory(std::string& outPath) override { return give(current, outPath); }
+    bool stateDirectory(std::string& outPath) override { return give(state, outPath); }
+
+private:
+    static bool give(const std::string& path, std::string& outPath) {
+        if (path.empty()) {
             return false;
         }
-        outPath = program;
+        outPath = path;
         return true;
     }
 };

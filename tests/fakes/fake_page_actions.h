@@ -32,7 +32,10 @@ public:
     void normalizeDirectoryFields() override { record("normalizeDirectoryFields"); }
     bool installProduct(InstallerUI&) override { return answer("installProduct"); }
     bool prepareUninstall(InstallerUI&) override { return answer("prepareUninstall"); }
-    bool uninstallCurrentProduct(InstallerUI&) override { return answer("uninstallCurrentProduct"); }
+    bool uninstallCurrentProduct(InstallerUI&, const std::function<bool()>& isToEnd) override {
+        const bool isDone = answer("uninstallCurrentProduct");
+        return isDone && !isToEnd();
+    }
     bool uninstallPrevious(InstallerUI&) override { return answer("uninstallPrevious"); }
     bool revertInstallation(InstallerUI&) override { return answer("revertInstallation"); }
     bool revertUninstallation(InstallerUI&) override { return answer("revertUninstallation"); }

@@ -28,6 +28,7 @@ public:
     std::string temporaryFile = "/tmp/orinstall1";
     bool copyWorks = true;
     bool registrationWorks = true;
+    bool removalWorks = true;  // of an entry
     std::set<std::string> staying;  // applications whose uninstallers don't remove them
 
     std::optional<std::string> temporaryFileName() override {
@@ -67,13 +68,16 @@ public:
     bool registerApplication(const ApplicationEntry& entry) override {
         calls.push_back("registerApplication(" + entry.name + ", " + entry.version + ", " + entry.website +
                         ", " + entry.command + " " + entry.arguments + ")");
+        if (registrationWorks) {
+            installed.push_back({entry.name, "", false, ""});
+        }
         return registrationWorks;
     }
     bool removeUninstallEntry(std::string_view applicationName) override {
         calls.push_back("removeUninstallEntry(" + std::string(applicationName) + ")");
-        return std::erase_if(installed, [&](const InstalledApplication& application) {
-                   return application.name == applicationName && !application.in32BitView;
-               }) != 0;
+        return removalWorks && std::erase_if(installed, [&](const InstalledApplication& application) {
+                                   return application.name == applicationName && !application.in32BitView;
+                               }) != 0;
     }
 
     bool uninstallApplication(std::string_view applicationName, std::string_view arguments,

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,14 +55,18 @@ const std::string kEnd(1, '\0');
 class RecordingObserver : public BackupRestoreObserver {
 public:
     void beforeFile() override { calls.emplace_back("before"); }
-    void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number) override {
+    void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number, int status) override {
         const char* const names[] = {"restored", "failed", "left"};
         calls.push_back(std::to_string(number) + " " + names[static_cast<int>(outcome)] + " " +
-                        std::string(path));
+                        std::string(path) + (status == 0 ? "" : " " + std::to_string(status)));
     }
     void progress(int percent) override { calls.push_back(std::to_string(percent) + " %"); }
+    bool isToEnd() override { return filesBeforeEnd-- == 0; }
+    bool wasReplaced(std::string_view path) override { return !unknown.contains(std::string(path)); }
 
     std::vector<std::string> calls;
+    int filesBeforeEnd = -1;
+    std::set<std::string> unknown;
 };
 
 class BackupFileTest : public testing::Test {
@@ -377,7 +382,7 @@ TEST_F(BackupFileTest, GoesOnAfterAFileThatCannotBeWritten) {
               Restored::kWhole);
     EXPECT_EQ(files_.content("/ro/file"), "new");
     EXPECT_EQ(files_.content("/p/good"), "good");
-    EXPECT_THAT(observer_.calls, Contains("1 failed /ro/file"));
+    EXPECT_THAT(observer_.calls, Contains("1 failed /ro/file 13"));
     EXPECT_TRUE(console_.hasLine("ERROR: Could not restore /ro/file (13)"));
     EXPECT_FALSE(console_.hasLine("Restored /ro/file"));
 }
@@ -390,18 +395,87 @@ TEST_F(BackupFileTest, DoesNotRestoreInAnotherMode) {
     EXPECT_TRUE(observer_.calls.empty());
 }
 
-TEST_F(BackupFileTest, FailsForAnArchiveCutAtAnyLengthAndSparesTheFileThere) {
+TEST_F(BackupFileTest, RestoresWhatAnArchiveHoldsThatIsCutAtAnyLength) {
     const std::string archive = banner() + entryOf("/p/first", 3, sumOf("new"), "old") +
                                 entryOf("/p/second", 5, sumOf("newer"), "older") + kEnd;
     const std::size_t firstEnd = banner().size() + entryOf("/p/first", "old").size();
     for (std::size_t size = banner().size(); size < archive.size(); ++size) {
         files_.addFile("/p/first", "new");
         files_.addFile("/p/second", "newer");
-        EXPECT_EQ(restore(archive.substr(0, size)), Restored::kDamaged) << size;
-        EXPECT_EQ(files_.content("/p/first"), size < firstEnd ? "new" : "old") << size;
+        const bool isBetweenEntries = size == banner().size() || size == firstEnd || size == archive.size() - 1;
+        EXPECT_EQ(restore(archive.substr(0, size)), isBetweenEntries ? Restored::kWhole : Restored::kDamaged)
+            << size;
+        // A content takes its place when what follows it is understood.
+        const bool isFirstCertain = size == firstEnd || size >= firstEnd + std::string("/p/second").size() + 13;
+        EXPECT_EQ(files_.content("/p/first"), isFirstCertain ? "old" : "new") << size;
         EXPECT_EQ(files_.content("/p/second"), size < archive.size() - 1 ? "newer" : "older") << size;
+        EXPECT_EQ(files_.allFiles().size(), 3U) << size;
     }
     EXPECT_EQ(files_.openFileCount(), 0);
+}
+
+TEST_F(BackupFileTest, TakesACutContentForThatOfAnInstallationThatWasStopped) {
+    const std::string archive = banner() + entryOf("/p/first", 3, sumOf("new"), "old") +
+                                entryOf("/p/second", 5, sumOf("newer"), "ol");
+    files_.addFile("/p/first", "new");
+    files_.addFile("/p/second", "older");  // not replaced yet
+    EXPECT_EQ(restore(archive), Restored::kWhole);
+    EXPECT_EQ(files_.content("/p/first"), "old");
+    EXPECT_EQ(files_.content("/p/second"), "older");
+    files_.removeFile("/p/second");
+    EXPECT_EQ(restore(archive), Restored::kDamaged);
+}
+
+TEST_F(BackupFileTest, WritesNoContentWhoseSizeIsWrong) {
+    const std::string second = entryOf("/p/second", 5, sumOf("newer"), "older") + kEnd;
+    observer_.unknown = {"/second"};  // what a wrong size makes of the name
+    for (const std::int64_t size : {1, 2, 4, 5, 6, 8, 12}) {
+        files_.addFile("/p/first", "new");
+        files_.addFile("/p/second", "newer");
+        EXPECT_EQ(restore(banner() + entryOf("/p/first", size, sumOf("new"), "old") + second),
+                  Restored::kDamaged)
+            << size;
+        EXPECT_EQ(files_.content("/p/first"), "new") << size;
+    }
+}
+
+TEST_F(BackupFileTest, CreatesNoFileThatNobodyReplaced) {
+    observer_.unknown = {"/p/flipped", "/p/there"};
+    files_.addFile("/p/there", "new");
+    EXPECT_EQ(restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + entryOf("/p/flipped", "x") + kEnd),
+              Restored::kDamaged);
+    EXPECT_FALSE(files_.hasFile("/p/flipped"));
+    EXPECT_EQ(restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + kEnd), Restored::kWhole);
+    EXPECT_EQ(files_.content("/p/there"), "old");
+}
+
+TEST_F(BackupFileTest, FailsForBytesAfterTheEnd) {
+    EXPECT_EQ(restore(banner() + kEnd + "/p/more"), Restored::kDamaged);
+}
+
+TEST_F(BackupFileTest, NeverLeavesHalfAFileInItsPlace) {
+    const std::string archive =
+        banner() + entryOf("/p/file", 300000, sumOf("new"), std::string(300000, 'o')) + kEnd;
+    files_.addFile("/p/file", "new");
+    files_.addFile(kArchive, archive);
+    files_.setFreeSpace(270000);
+    BackupFile backup(files_);
+    ASSERT_TRUE(backup.openForReading(kArchive));
+    EXPECT_TRUE(backup.restoreAll(debugLog_, observer_));
+    EXPECT_THAT(observer_.calls, Contains("1 failed /p/file 112"));
+    EXPECT_EQ(files_.content("/p/file"), "new");
+    EXPECT_EQ(files_.allFiles(), (std::vector<std::string>{"/p/backup", "/p/file"}));
+}
+
+TEST_F(BackupFileTest, EndsBeforeTheNextFileWhenItIsAskedTo) {
+    files_.addFile("/p/first", "new");
+    files_.addFile("/p/second", "newer");
+    observer_.filesBeforeEnd = 1;
+    EXPECT_EQ(restore(banner() + entryOf("/p/first", 3, sumOf("new"), "old") +
+                      entryOf("/p/second", 5, sumOf("newer"), "older") + kEnd),
+              Restored::kDamaged);
+    EXPECT_EQ(files_.content("/p/first"), "old");
+    EXPECT_EQ(files_.content("/p/second"), "newer");
 }
 
 TEST_F(BackupFileTest, FailsForSizesThatTheArchiveCannotHold) {

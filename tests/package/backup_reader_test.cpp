@@ -59,7 +59,32 @@ TEST_F(BackupReaderTest, RefusesToSkipPastTheEnd) {
     EXPECT_FALSE(reader.skip(4));
     EXPECT_FALSE(reader.skip(-1));
     EXPECT_TRUE(reader.skip(3));
+    EXPECT_EQ(reader.next(entry), BackupReader::Found::kUnended);
+}
+
+TEST_F(BackupReaderTest, NamesAnEntryWhoseContentIsCut) {
+    const std::string whole = entryOf("first", "abc");
+    open(whole.substr(0, whole.size() - 1));
+    BackupReader reader(stream_);
+    ASSERT_TRUE(reader.start());
+    BackupEntry entry;
+    EXPECT_EQ(reader.next(entry), BackupReader::Found::kCutEntry);
+    EXPECT_EQ(entry.name, "first");
+    EXPECT_EQ(entry.size, 3);
+}
+
+TEST_F(BackupReaderTest, FindsDamageInACutHeaderAndAfterTheEnd) {
+    open(std::string("first\0\1\2", 8));
+    BackupReader reader(stream_);
+    ASSERT_TRUE(reader.start());
+    BackupEntry entry;
     EXPECT_EQ(reader.next(entry), BackupReader::Found::kDamage);
+    files_.addFile("/b", std::string(BackupFormat::kBanner, BackupFormat::kBannerSize) + '\0' + "x");
+    PFileStream other(files_);
+    ASSERT_EQ(other.openFile("/b", PFileStream::kGenericRead, PFileStream::kShareRead, 0), 0);
+    BackupReader second(other);
+    ASSERT_TRUE(second.start());
+    EXPECT_EQ(second.next(entry), BackupReader::Found::kDamage);
 }
 
 TEST_F(BackupReaderTest, ReadsNamesUpToTheirLimit) {

@@ -47,4 +47,17 @@ TEST(EnvironmentTest, GivesThePathOfTheRunningProgram) {
     EXPECT_TRUE(platform::systemFileSystem().fileSize(path) > 0) << path;
 }
 
+TEST(EnvironmentTest, GivesTheDirectoryFromWhichRelativePathsCount) {
+    std::string path;
+    ASSERT_TRUE(platform::systemEnvironment().currentDirectory(path));
+    EXPECT_TRUE(platform::systemFileSystem().isDirectory(path)) << path;
+    EXPECT_NE(path.find_first_of("/\\"), std::string::npos) << path;
+}
+
+TEST(EnvironmentTest, GivesAPlaceForTheRecordsOfThisMachine) {
+    std::string path;
+    ASSERT_TRUE(platform::systemEnvironment().stateDirectory(path));
+    EXPECT_NE(path.find_first_of("/\\"), std::string::npos) << path;
+}
+
 }  // namespace

@@ -323,13 +323,22 @@ TEST_F(InstallerTest, UninstallsInSpiteOfBadVariableLines) {
     EXPECT_EQ(valueOf("ROOT"), "/app");
 }
 
-TEST_F(InstallerTest, EndsWithoutTheVariablesOfTheLog) {
-    files_.addFile("/p.xml", document(kProduct));
+TEST_F(InstallerTest, UninstallsWithoutTheVariablesOfTheLog) {
+    files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/></UninstallDialogs>"
+                                                              "<DefValues/>"));
     ASSERT_EQ(loadLog("/p.xml\r\n\r\n"), 0);
-    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(run(), 0);
     EXPECT_TRUE(log_.hasLine("ERROR: No variable number found in the provided log file!"));
     EXPECT_TRUE(log_.hasLine("ERROR: Failed to read variables from log"));
-    EXPECT_EQ(log_.lines().back(), "ERROR: Cannot continue due to error(s). Exiting!");
+}
+
+TEST_F(InstallerTest, TakesTheVariablesThatFollowABrokenCount) {
+    files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/></UninstallDialogs>"
+                                                              "<DefValues/>"));
+    ASSERT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\tx\r\nVAR\tROOT\t/app\r\n"), 0);
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(log_.hasLine("ERROR: Error parsing the number of variables in log file!"));
+    EXPECT_EQ(valueOf("ROOT"), "/app");
 }
 
 // A whole walk.

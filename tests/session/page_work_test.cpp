@@ -22,11 +22,11 @@ protected:
         const int result = run();
         return result == 0 && !session_.navigation().lastWorkFailed;
     }
-    // The same in a session that uninstalls.
-    bool uninstallWalkTo(const std::string& page) {
+    // The same in a session that uninstalls, by a log with these records.
+    bool uninstallWalkTo(const std::string& page, const std::string& records = "") {
         files_.addFile("/p.xml", document(std::string(kProduct) + "<UninstallDialogs><Bye/><" + page +
                                           "/><End Special='Finish'/></UninstallDialogs><DefValues/>"));
-        EXPECT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
+        EXPECT_EQ(loadLog("/p.xml\r\n\r\nNUMVARS\t0\r\n" + records), 0);
         ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
         const int result = run();
         return result == 0 && !session_.navigation().lastWorkFailed;
@@ -50,6 +50,9 @@ protected:
     static constexpr char kRegistrable[] =
         "<Installation><Uninstall><UninstallCmd>/app/uninstall</UninstallCmd>"
         "<InstallLogFile>/app/install.log</InstallLogFile></Uninstall></Installation>";
+
+    static constexpr char kUnregisterFirst[] = "UnregisterApplication Special='AutoNext'/><CopyProgress";
+    static constexpr char kUnregisterLast[] = "CopyProgress Special='AutoNext'/><UnregisterApplication";
 
     std::function<void()> beforePage_;
 };
@@ -81,14 +84,43 @@ TEST_F(PageWorkTest, RemovesNoRegistrationInAnInstallation) {
     EXPECT_TRUE(registrations().empty());
 }
 
-TEST_F(PageWorkTest, RemovesTheRegistrationInAnUninstallation) {
+TEST_F(PageWorkTest, RemovesTheRegistrationThatAPageAskedForBeforeTheProduct) {
     system_.installed = {{"Demo", "", false, ""}};
-    EXPECT_TRUE(uninstallWalkTo("UnregisterApplication"));
+    EXPECT_TRUE(uninstallWalkTo(kUnregisterFirst));
     EXPECT_EQ(registrations(), std::vector<std::string>{"removeUninstallEntry(Demo)"});
 }
 
+TEST_F(PageWorkTest, RemovesTheRegistrationAfterTheProduct) {
+    system_.installed = {{"Demo", "", false, ""}};
+    EXPECT_TRUE(uninstallWalkTo(kUnregisterLast));
+    EXPECT_EQ(registrations(), std::vector<std::string>{"removeUninstallEntry(Demo)"});
+}
+
+TEST_F(PageWorkTest, KeepsTheRegistrationOfAProductThatIsNotUninstalled) {
+    system_.installed = {{"Demo", "", false, ""}};
+    uninstallWalkTo("UnregisterApplication");
+    EXPECT_TRUE(registrations().empty());
+}
+
+TEST_F(PageWorkTest, KeepsTheRegistrationOfAProductThatIsNotRemovedCompletely) {
+    files_.addFile("/app/mine", "");
+    system_.installed = {{"Demo", "", false, ""}};
+    EXPECT_FALSE(uninstallWalkTo(kUnregisterFirst, "DIR\t1\t/app/\r\n"));
+    EXPECT_TRUE(registrations().empty());
+}
+
+TEST_F(PageWorkTest, KeepsTheRegistrationAfterAWalkThatFailed) {
+    files_.addFile("/app/mine", "");
+    system_.installed = {{"Demo", "", false, ""}};
+    EXPECT_FALSE(uninstallWalkTo(kUnregisterLast, "DIR\t1\t/app/\r\n"));
+    EXPECT_TRUE(registrations().empty());
+}
+
 TEST_F(PageWorkTest, ReportsARegistrationThatStays) {
-    EXPECT_FALSE(uninstallWalkTo("UnregisterApplication"));
+    system_.installed = {{"Demo", "", false, ""}};
+    system_.removalWorks = false;
+    EXPECT_FALSE(uninstallWalkTo(kUnregisterFirst));
+    EXPECT_EQ(registrations(), std::vector<std::string>{"removeUninstallEntry(Demo)"});
 }
 
 TEST_F(PageWorkTest, RegistersNothingInAnUninstallation) {

@@ -119,6 +119,15 @@ TEST_F(PageEntryTest, UninstallsOnCopyProgressInAnActionLogSession) {
     EXPECT_FALSE(state.lastWorkFailed);
 }
 
+TEST_F(PageEntryTest, LetsAnUninstallationSeeThatItIsAskedToEnd) {
+    actions.actionLogSession = true;
+    actions.onCall = [this](const std::string& call) {
+        state.cancelled = call == "uninstallCurrentProduct";
+    };
+    enter("CopyProgress");
+    EXPECT_TRUE(state.lastWorkFailed);
+}
+
 TEST_F(PageEntryTest, UninstallsAnEarlierProduct) {
     variables.set("UNINSTALL_ERROR", "0");
     EXPECT_EQ(enter("Uninstall"), Onward::kWait);

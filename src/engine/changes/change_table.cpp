@@ -34,11 +34,15 @@ std::unique_ptr<Change> makeFileChange(ChangeJob& job) {
     return std::make_unique<FileChange>(job.context, job.parts, job.replaced);
 }
 
+std::unique_ptr<Change> makeDirectoryChange(ChangeJob& job) {
+    return std::make_unique<DirectoryChange>(job.context, &job.kept);
+}
+
 using Tags = std::array<std::string_view, 2>;
 
 constexpr ChangeKind kKinds[] = {
     {Tags{Format::kFile}, "FileSet", "", UndoPass::kMain, UndoEnd::kBeforeCleaning, makeFileChange},
-    {Tags{Format::kDirectory}, "", "", UndoPass::kMain, UndoEnd::kAfterCleaning, make<DirectoryChange>},
+    {Tags{Format::kDirectory}, "", "", UndoPass::kMain, UndoEnd::kAfterCleaning, makeDirectoryChange},
     {Tags{Format::kEnvironment}, "Environment", "Updating environment variables", UndoPass::kMain,
      UndoEnd::kAfterProgress, make<EnvironmentChange>},
     {Tags{Format::kIni}, "IniFiles", "Updating .ini files", UndoPass::kMain, UndoEnd::kBeforeCleaning,
@@ -59,6 +63,7 @@ ChangeJob::ChangeJob(const EngineParts& engineParts, ActionLogWriter& log, Repor
     : parts(engineParts),
       tags(engineParts.model.description, engineParts.model.expressions),
       replaced(engineParts.machine.files),
+      kept(engineParts.machine.files),
       context{engineParts.machine, engineParts.system, tags, log, report, engineParts.debugLog} {}
 
 std::string_view ChangeKind::tagOf(std::string_view line) const {

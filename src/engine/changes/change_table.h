@@ -8,6 +8,7 @@
 #include "engine/changes/change.h"
 #include "engine/changes/file_change.h"
 #include "engine/description_tags.h"
+#include "engine/kept_files.h"
 
 struct EngineParts;
 
@@ -21,6 +22,7 @@ struct ChangeJob {
     const EngineParts& parts;
     DescriptionTags tags;
     ReplacedFiles replaced;
+    KeptFiles kept;  // in an uninstallation
     ChangeContext context;
 };
 

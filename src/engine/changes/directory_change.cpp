@@ -1,10 +1,12 @@
 #include "engine/changes/directory_change.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "engine/action_log_writer.h"
+#include "engine/kept_files.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
@@ -90,6 +92,9 @@ bool DirectoryChange::undo(const LogRecord& record) {
 bool DirectoryChange::finishUndo() {
     bool removed = true;
     std::size_t done = 0;
+    for (const std::string& directory : std::exchange(postponed_, {})) {
+        removed = removeLevel(directory) && removed;
+    }
     for (auto record = toRemove_.rbegin(); record != toRemove_.rend(); ++record) {
         removed = remove(*record) && removed;
         context_.report.finishStep();
@@ -122,6 +127,10 @@ bool DirectoryChange::remove(const Record& record) {
 }
 
 bool DirectoryChange::removeLevel(const std::string& directory) {
+    if (kept_ != nullptr && kept_->postponesDirectory(directory)) {
+        postponed_.push_back(directory);
+        return true;
+    }
     platform::FileSystem& files = context_.machine.files;
     if (files.exists(directory)) {
         removeEmptyDirectories(files, directory);

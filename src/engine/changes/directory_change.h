@@ -8,6 +8,7 @@
 
 #include "engine/changes/change.h"
 
+class KeptFiles;
 namespace platform {
 class FileSystem;
 }
@@ -21,7 +22,9 @@ public:
     // A path with fewer bytes is left alone.
     static constexpr std::size_t kShortestPath = 4;
 
-    explicit DirectoryChange(const ChangeContext& context) : context_(context) {}
+    // With `kept`, which outlives this object, directories that hold only what is postponed wait as well.
+    explicit DirectoryChange(const ChangeContext& context, KeptFiles* kept = nullptr)
+        : context_(context), kept_(kept) {}
 
     // Creates each level of `path` that ends with a separator, after the root (a drive letter with its
     // separator, or a leading separator): what follows the last separator counts as a file's name. Records
@@ -35,7 +38,7 @@ public:
     // Notes the directory as one more step: directories can only go when everything in them is gone.
     bool undo(const LogRecord& record) override;
     // Removes the noted directories, the last one first. One that isn't there is no failure; one that holds
-    // anything stays and is reported. False when one stays.
+    // anything stays and is reported. False when one stays. Those that were postponed go with the next call.
     bool finishUndo() override;
 
 private:
@@ -50,8 +53,10 @@ private:
     bool removeLevel(const std::string& directory);
 
     ChangeContext context_;
+    KeptFiles* kept_;
     std::unordered_set<std::string> known_;
     std::vector<Record> toRemove_;
+    std::vector<std::string> postponed_;
 };
 
 // Removes a directory that is empty, and then each one above it that becomes empty by that. A directory that

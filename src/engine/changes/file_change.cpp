@@ -10,13 +10,37 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "support/p_file_stream.h"
 
 namespace {
 
 constexpr std::size_t kFilesPerFlush = 32;
+constexpr std::uint32_t kBlockSize = 262144;
 
 int percentOf(std::size_t index, std::size_t count) {
     return static_cast<int>(std::ceil(static_cast<float>(index) / static_cast<float>(count) * 100.0F));
+}
+
+// Of a whole file; nothing when it can't be read.
+std::optional<Md5Digest> digestOf(platform::FileSystem& files, const std::string& path) {
+    PFileStream file(files);
+    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+        return std::nullopt;
+    }
+    Md5 digest;
+    std::vector<char> block(kBlockSize);
+    for (std::uint32_t done = 1; done > 0;) {
+        if (file.read(block.data(), kBlockSize, done) != 0) {
+            return std::nullopt;
+        }
+        digest.update(block.data(), done);
+    }
+    return digest.finish();
+}
+
+std::string_view pathOf(const LogRecord& record, std::string_view kind) {
+    return firstLogField(record.fields) == kind ? nextLogField(record.fields) : std::string_view();
 }
 
 std::uint32_t checkSumOf(std::string_view content) {
@@ -142,14 +166,37 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
     context_.report.addLine(line, work.flushNow);
 }
 
+std::string_view FileChange::createdFile(const LogRecord& record) {
+    return pathOf(record, ActionLogFormat::kCreate);
+}
+
+std::string_view FileChange::replacedFile(const LogRecord& record) {
+    return pathOf(record, ActionLogFormat::kOver);
+}
+
 bool FileChange::undo(const LogRecord& record) {
-    const std::string_view kind = firstLogField(record.fields);
     const std::string path(nextLogField(record.fields));
-    const bool isToGo =
-        kind == ActionLogFormat::kCreate || (kind == ActionLogFormat::kOver && !replaced_.restored);
-    if (!isToGo || path.empty()) {
+    if (path.empty()) {
         return true;
     }
+    const bool isOrphan = replaced_.isArchiveMissing && !replacedFile(record).empty();
+    const bool isToGo = !createdFile(record).empty() || (isOrphan && isStillInstalled(path));
+    if (isOrphan && !isToGo) {
+        leave(path);
+    }
+    return !isToGo || remove(path);
+}
+
+bool FileChange::isStillInstalled(const std::string& path) {
+    platform::FileSystem& files = context_.machine.files;
+    if (!replaced_.written.knows(path) || files.kindOf(path) != platform::PathKind::kFile) {
+        return false;
+    }
+    const std::optional<Md5Digest> digest = digestOf(files, path);
+    return digest && replaced_.written.holds(path, *digest);
+}
+
+bool FileChange::remove(const std::string& path) {
     platform::FileSystem& files = context_.machine.files;
     context_.report.pumpEventsWhileCopying();
     bool isGone = true;
@@ -168,4 +215,10 @@ bool FileChange::undo(const LogRecord& record) {
     }
     context_.report.addLine(line, context_.report.isFlushDue());
     return isGone;
+}
+
+void FileChange::leave(const std::string& path) {
+    if (context_.machine.files.exists(path)) {
+        context_.report.addLine("Left " + path, context_.report.isFlushDue());
+    }
 }

@@ -10,6 +10,7 @@
 #include "engine/disk_files.h"
 #include "engine/file_contents.h"
 #include "engine/file_planner.h"
+#include "engine/product_state.h"
 #include "package/backup_file.h"
 
 class FileSets;
@@ -20,8 +21,10 @@ struct FileEntry;
 struct ReplacedFiles {
     explicit ReplacedFiles(platform::FileSystem& files) : archive(files) {}
 
-    BackupFile archive;     // of an installation: open for writing
-    bool restored = false;  // in an uninstallation: the former content has been put back
+    BackupFile archive;  // of an installation: open for writing
+    // In an uninstallation: there is no archive any more, so that no repetition restores anything either.
+    bool isArchiveMissing = false;
+    WrittenSums written;  // what the installation wrote, as far as that is needed and known
     RemovedFiles removed;
 };
 
@@ -36,9 +39,15 @@ public:
     // the next file; each is reported. Former content that is to be restorable goes into the archive, and the
     // record of a file is written before the file is touched, so that a part of a file is undone as well.
     bool apply() override;
-    // Deletes the file, unless its former content has been put back. A file that is gone already is no
-    // failure.
+    // Deletes the file of a record CREATE. A file that is gone already is no failure. What a record OVER
+    // names belongs to the archive: restored, left because the user has changed it, or waiting for the
+    // repetition of a walk that could not read the archive. Where there is no archive at all, the file goes
+    // while it is known to be what was installed; otherwise it is named and stays.
     bool undo(const LogRecord& record) override;
+
+    // The path of a record CREATE or OVER; otherwise empty.
+    static std::string_view createdFile(const LogRecord& record);
+    static std::string_view replacedFile(const LogRecord& record);
 
 private:
     // One file on its way through the steps.
@@ -56,6 +65,9 @@ private:
     bool place(const Work& work, const FileContent& content);
     void markProgram(const Work& work);
     void reportInstalled(const Work& work, bool inPlace);
+    bool remove(const std::string& path);
+    void leave(const std::string& path);
+    bool isStillInstalled(const std::string& path);
 
     ChangeContext context_;
     const FileSets& fileSets_;

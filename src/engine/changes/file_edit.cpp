@@ -11,6 +11,7 @@
 #include "engine/changes/text_file.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
+#include "platform/file_system.h"
 
 namespace {
 
@@ -124,6 +125,13 @@ bool editFile(platform::FileSystem& files, std::string_view path, std::string_vi
     return !hasChanged || target.store("", changed);
 }
 
+// Kind, file and script; none for fields of another kind.
+std::vector<std::string_view> fieldsOf(std::string_view fields) {
+    constexpr std::size_t kFields = 3;
+    std::vector<std::string_view> parts = RecordText::split(fields, kFields);
+    return parts.size() < kFields || parts[0] != kAddAfter ? std::vector<std::string_view>() : parts;
+}
+
 bool reportEdit(Report& report, bool done, std::string_view work, std::string_view path) {
     return report.addOutcome(done, std::string(done ? "" : "FAILED : ").append(work).append(path));
 }
@@ -199,11 +207,16 @@ RecordedResult FileEdit::add(platform::FileSystem& files, Report& report, std::s
 }
 
 bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
-    constexpr std::size_t kFields = 3;
-    const std::vector<std::string_view> parts = RecordText::split(fields, kFields);
-    if (parts.size() < kFields || parts[0] != kAddAfter) {
+    const std::vector<std::string_view> parts = fieldsOf(fields);
+    if (parts.empty()) {
         return false;
     }
-    const bool done = editFile(files, parts[1], parts[2], &EditScript::revert);
+    const bool done =
+        !files.exists(parts[1]) || editFile(files, parts[1], parts[2], &EditScript::revert);
     return reportEdit(report, done, "Undoing modifications to ", parts[1]);
+}
+
+std::string_view FileEdit::scriptOf(const LogRecord& record) {
+    const std::vector<std::string_view> parts = fieldsOf(record.fields);
+    return parts.empty() ? std::string_view() : parts[2];
 }

@@ -60,8 +60,10 @@ public:
     static RecordedResult add(platform::FileSystem& files, Report& report, std::string_view path,
                               std::string_view script);
     // Takes the lines out again by the fields of the record; those that a user has changed since then stay.
-    // False also for fields of another kind, which change nothing.
+    // A file that has gone took them along. False also for fields of another kind, which change nothing.
     static bool remove(platform::FileSystem& files, Report& report, std::string_view fields);
+    // The path of the script that a record names; empty for fields of another kind.
+    static std::string_view scriptOf(const LogRecord& record);
 
 private:
     bool applyChild(std::int32_t node);

@@ -1,7 +1,11 @@
 #include "platform/environment.h"
 
-#include <cstdlib>
+#include <unistd.h>
 
+#include <cstdlib>
+#include <memory>
+
+#include "platform/posix/state_directory.h"
 #include "platform/program.h"
 
 namespace platform {
@@ -20,6 +24,24 @@ public:
     }
 
     bool programPath(std::string& outPath) override { return ownImagePath(outPath); }
+
+    bool currentDirectory(std::string& outPath) override {
+        struct Free {
+            void operator()(char* text) const { std::free(text); }
+        };
+        // The system allocates as much as the path needs.
+        const std::unique_ptr<char, Free> path(getcwd(nullptr, 0));
+        if (path == nullptr || path.get()[0] != '/') {
+            return false;  // a directory that was removed or can't be reached
+        }
+        outPath = path.get();
+        return true;
+    }
+
+    bool stateDirectory(std::string& outPath) override {
+        outPath = platform::stateDirectory();
+        return true;
+    }
 };
 
 }  // namespace

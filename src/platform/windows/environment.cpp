@@ -1,5 +1,8 @@
 #include "platform/environment.h"
 
+#include <shlobj.h>
+
+#include <array>
 #include <cstdlib>
 
 #include "platform/program.h"
@@ -11,6 +14,9 @@ namespace {
 
 // The C library treats longer texts as a programming error and may end the process.
 constexpr std::size_t kLongestVariable = 32766;
+
+constexpr const char* kStateVariable = "TANDREL_STATE_DIR";
+constexpr const char* kStateDirectoryName = "\\Tandrel";
 
 class WindowsEnvironment : public Environment {
 public:
@@ -47,6 +53,36 @@ public:
     }
 
     bool programPath(std::string& outPath) override { return ownImagePath(outPath); }
+
+    bool currentDirectory(std::string& outPath) override {
+        std::wstring path(MAX_PATH, L'\0');
+        for (;;) {
+            const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data());
+            if (length == 0) {
+                return false;
+            }
+            if (length < path.size()) {
+                outPath = utf8Of(std::wstring_view(path.data(), length));
+                return true;
+            }
+            path.resize(length);
+        }
+    }
+
+    bool stateDirectory(std::string& outPath) override {
+        const std::optional<std::string> configured = get(kStateVariable);
+        if (configured && !configured->empty()) {
+            outPath = *configured;
+            return true;
+        }
+        std::array<wchar_t, MAX_PATH> path{};
+        if (SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path.data()) !=
+            S_OK) {
+            return false;
+        }
+        outPath = utf8Of(path.data()) + kStateDirectoryName;
+        return true;
+    }
 };
 
 }  // namespace

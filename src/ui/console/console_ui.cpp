@@ -241,7 +241,8 @@ int ConsoleUI::confirmCancel() {
         return 0;
     }
     const std::int32_t state = engine()->getUiState();
-    if (state == kUiInstallationRunning) {
+    // An uninstallation ends at its next record and can be repeated; half an installation helps nobody.
+    if (state == kUiInstallationRunning && !isUninstall()) {
         return refuseCancel("\n[CTRL-C] The installation is running and can not be aborted!");
     }
     if (state == kUiBusy) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "engine/changes/change_fixture.h"
+#include "engine/kept_files.h"
 #include "engine/line_reader.h"
 
 namespace {
@@ -176,6 +177,25 @@ TEST_F(DirectoryUndoTest, WaitsForTheEndAndRemovesTheLastOneFirst) {
     EXPECT_TRUE(change_.finishUndo());
     EXPECT_THAT(lines(),
                 ElementsAre("addFileLine(\"Remove /keep/a/b\", 0)", "addFileLine(\"Remove /keep/a\", 0)"));
+}
+
+TEST_F(DirectoryUndoTest, WaitsForDirectoriesThatHoldOnlyWhatIsPostponed) {
+    KeptFiles kept(files_);
+    DirectoryChange change(context_, &kept);
+    files_.addFile("/app/un/log", "");
+    files_.addDirectory("/app/bin");
+    kept.hold("/app/un/log");
+    EXPECT_TRUE(kept.postponesFile("/app/un/log"));
+    EXPECT_TRUE(change.undo({"DIR", "2\t/app/un/"}));
+    EXPECT_TRUE(change.undo({"DIR", "1\t/app/bin/"}));
+    EXPECT_TRUE(change.finishUndo());
+    EXPECT_THAT(lines(), ElementsAre("addFileLine(\"Remove /app/bin\", 0)"));
+    EXPECT_TRUE(files_.hasDirectory("/app/un"));
+    kept.release();
+    files_.removeFile("/app/un/log");
+    EXPECT_TRUE(change.finishUndo());
+    EXPECT_FALSE(files_.hasDirectory("/app"));
+    EXPECT_EQ(lines().size(), 3U);
 }
 
 TEST_F(DirectoryUndoTest, CountsEachDirectoryAsAStep) {

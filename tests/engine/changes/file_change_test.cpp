@@ -63,7 +63,7 @@ TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
     EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
     // The archive restores it, since the file on the disk is what the installation put there.
-    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, report_));
+    EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
     EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
@@ -74,7 +74,7 @@ TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabine
     files_.addFile("/app/one", "old content");
     EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "value");
-    EXPECT_TRUE(restoreBackupFile("/app/backup.bin", files_, report_));
+    EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
     EXPECT_EQ(files_.content("/app/one"), "value");
 }
 
@@ -296,14 +296,28 @@ TEST_F(FileUndoTest, FailsForAFileThatStays) {
     EXPECT_EQ(errors_, ErrorList{"FAILED to delete /app/a"});
 }
 
-TEST_F(FileUndoTest, KeepsARestoredFileOnly) {
+TEST_F(FileUndoTest, LeavesWhatBelongsToTheArchive) {
     files_.addFile("/app/a", "former");
-    job_.replaced.restored = true;
     EXPECT_TRUE(undo("OVER\t/app/a"));
     EXPECT_TRUE(files_.hasFile("/app/a"));
-    job_.replaced.restored = false;
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(FileUndoTest, NamesWhatStaysWithoutAnArchive) {
+    files_.addFile("/app/a", "");
+    job_.replaced.isArchiveMissing = true;
     EXPECT_TRUE(undo("OVER\t/app/a"));
-    EXPECT_FALSE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(undo("OVER\t/app/gone"));
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_EQ(ui_.calls, std::vector<std::string>{"addFileLine(\"Left /app/a\", 1)"});
+}
+
+TEST_F(FileUndoTest, GivesThePathOfAFileThatItWouldDelete) {
+    EXPECT_EQ(FileChange::createdFile({"FILE", "CREATE\t/app/a"}), "/app/a");
+    EXPECT_EQ(FileChange::createdFile({"FILE", "OVER\t/app/a"}), "");
+    EXPECT_EQ(FileChange::createdFile({"FILE", ""}), "");
+    EXPECT_EQ(FileChange::replacedFile({"FILE", "OVER\t/app/a"}), "/app/a");
+    EXPECT_EQ(FileChange::replacedFile({"FILE", "CREATE\t/app/a"}), "");
 }
 
 TEST_F(FileUndoTest, IgnoresRecordsOfAnotherForm) {

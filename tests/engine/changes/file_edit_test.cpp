@@ -94,7 +94,7 @@ TEST_F(FileEditElementsTest, TakesItsRecordBackAndFailsWhereItCannot) {
     put(textOf({"a", "b", "new 1", "new 2"}));
     EXPECT_TRUE(change_.undo({"MODIFYFILE", kUndo}));
     EXPECT_EQ(machine_.files.content(kTarget), textOf({"a", "b"}));
-    EXPECT_FALSE(change_.undo({"MODIFYFILE", "ADDAFTER\t/none\t/d/changes"}));
+    EXPECT_FALSE(change_.undo({"MODIFYFILE", "ADDAFTER\t/d/target.txt\t/none"}));
     EXPECT_FALSE(change_.undo({"MODIFYFILE", ""}));
     EXPECT_TRUE(change_.finishUndo());
 }
@@ -185,9 +185,23 @@ TEST_F(FileEditTest, FailsWithoutEitherFile) {
     expectFailed();
     SetUp();
     machine_.files.removeFile(kTarget);
-    expectFailed();
     machine_.files.addDirectory(kTarget);
     expectFailed();
+}
+
+TEST_F(FileEditTest, FindsNothingToTakeBackInAFileThatHasGone) {
+    EXPECT_FALSE(modify());
+    machine_.files.removeFile(kScript);
+    errors_.clear();
+    EXPECT_TRUE(undo());
+    EXPECT_TRUE(errors_.empty());
+    EXPECT_FALSE(machine_.files.exists(kTarget));
+}
+
+TEST_F(FileEditTest, NamesTheScriptOfARecord) {
+    EXPECT_EQ(FileEdit::scriptOf({"MODIFYFILE", kUndo}), kScript);
+    EXPECT_EQ(FileEdit::scriptOf({"MODIFYFILE", "OTHER\ta\tb"}), "");
+    EXPECT_EQ(FileEdit::scriptOf({"MODIFYFILE", "ADDAFTER\ta"}), "");
 }
 
 TEST_F(FileEditTest, LeavesTheOldFileAfterAFailedWrite) {

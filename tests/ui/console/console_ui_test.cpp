@@ -532,6 +532,13 @@ TEST_F(ConsoleFrontEnd, RefusesToCancelWhileTheInstallationRuns) {
     EXPECT_EQ(terminal.linesRead, 1);
 }
 
+TEST_F(ConsoleFrontEnd, CancelsAnUninstallationThatRuns) {
+    open(true, false, "autoUninstall");
+    engine.uiState = kUiInstallationRunning;
+    EXPECT_EQ(ui->confirmCancel(), 1);
+    EXPECT_EQ(take(), "\n[CTRL-C] Aborting installation...\n");
+}
+
 TEST_F(ConsoleFrontEnd, RefusesToCancelWhileBusy) {
     engine.uiState = kUiBusy;
     EXPECT_EQ(ui->confirmCancel(), 0);

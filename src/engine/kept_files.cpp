@@ -1,0 +1,60 @@
+#include "engine/kept_files.h"
+
+#include <algorithm>
+
+#include "base/path_functions.h"
+#include "platform/file_system.h"
+#include "platform/path_identity.h"
+
+namespace {
+
+std::string keyOf(std::string_view path) {
+    return platform::pathIdentity(OUtils::stripTrailingSeparators(path));
+}
+
+}  // namespace
+
+void KeptFiles::hold(std::string_view path) {
+    if (!path.empty()) {
+        held_.insert(keyOf(path));
+    }
+}
+
+void KeptFiles::holdByName(std::string_view name) {
+    if (!name.empty()) {
+        heldNames_.insert(keyOf(name));
+    }
+}
+
+bool KeptFiles::holds(std::string_view path) const {
+    const std::string key = keyOf(path);
+    return !isReleased_ &&
+           (held_.contains(key) || heldNames_.contains(std::string(OUtils::lastPathComponent(key))));
+}
+
+bool KeptFiles::postponesFile(std::string_view path) {
+    if (!holds(path)) {
+        return false;
+    }
+    postponed_.insert(keyOf(path));
+    return true;
+}
+
+bool KeptFiles::postponesDirectory(const std::string& directory) {
+    std::vector<platform::DirectoryEntry> entries;
+    if (isReleased_ || postponed_.empty() || files_.list(directory, entries) != 0 || entries.empty()) {
+        return false;
+    }
+    const std::string key = keyOf(directory);
+    const bool holdsNothingElse = std::ranges::all_of(entries, [&](const platform::DirectoryEntry& entry) {
+        return postponed_.contains(keyOf(key + '\\' + entry.name));
+    });
+    if (holdsNothingElse) {
+        postponed_.insert(key);
+    }
+    return holdsNothingElse;
+}
+
+bool KeptFiles::isSameFile(std::string_view path, std::string_view other) {
+    return keyOf(path) == keyOf(other);
+}

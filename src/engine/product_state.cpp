@@ -1,0 +1,271 @@
+#include "engine/product_state.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "base/path_functions.h"
+#include "engine/product_state_format.h"
+#include "platform/environment.h"
+#include "platform/file_system.h"
+#include "platform/path_identity.h"
+#include "support/p_file_stream.h"
+#include "support/utilities.h"
+
+namespace {
+
+namespace Format = ProductStateFormat;
+using platform::pathIdentity;
+
+constexpr std::string_view kDigits = "0123456789abcdef";
+constexpr std::size_t kWritePiece = 1 << 20;
+constexpr std::uint32_t kReadBlock = 256 * 1024;
+
+static_assert(std::tuple_size_v<Md5Digest> * 2 == Format::kDigestDigits);
+
+std::string textOf(const Md5Digest& digest) {
+    std::string text;
+    for (const std::uint8_t byte : digest) {
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 15];
+    }
+    return text;
+}
+
+std::optional<Md5Digest> digestOf(std::string_view text) {
+    Md5Digest digest{};
+    for (std::size_t i = 0; i < Format::kDigestDigits; ++i) {
+        const std::size_t digit = kDigits.find(text[i]);
+        if (digit == std::string_view::npos) {
+            return std::nullopt;
+        }
+        digest[i / 2] = static_cast<std::uint8_t>(digest[i / 2] << 4 | digit);
+    }
+    return digest;
+}
+
+// Takes the text up to the next line end, which must be there.
+std::optional<std::string_view> takeLine(std::string_view& text) {
+    const std::size_t end = text.find(Format::kLineEnd);
+    if (end == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    return line;
+}
+
+// The text after a word and its separator.
+std::optional<std::string_view> afterWord(std::optional<std::string_view> line, std::string_view word) {
+    if (!line || !line->starts_with(word) || line->size() == word.size() ||
+        (*line)[word.size()] != Format::kSeparator) {
+        return std::nullopt;
+    }
+    return line->substr(word.size() + 1);
+}
+
+template <typename Number>
+bool readNumber(std::optional<std::string_view> text, Number& outNumber) {
+    if (!text) {
+        return false;
+    }
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), outNumber);
+    return error == std::errc() && end == text->data() + text->size();
+}
+
+std::string lineOf(std::string_view word, std::string_view rest) {
+    std::string line(word);
+    line += Format::kSeparator;
+    line += rest;
+    line += Format::kLineEnd;
+    return line;
+}
+
+bool isOneLine(std::string_view path) {
+    return path.find_first_of("\r\n") == std::string_view::npos && path.find('\0') == std::string_view::npos;
+}
+
+// The lines of files up to the last line. False unless all of them have their form and are counted there.
+bool readFiles(std::string_view text, WrittenSums::Digests& outDigests) {
+    std::size_t count = 0;
+    while (auto line = takeLine(text)) {
+        if (const auto number = afterWord(line, Format::kEnd)) {
+            std::size_t expected = 0;
+            return readNumber(number, expected) && expected == count && text.empty();
+        }
+        if (line->size() < Format::kDigestDigits + 2 ||
+            (*line)[Format::kDigestDigits] != Format::kSeparator) {
+            return false;
+        }
+        const std::optional<Md5Digest> digest = digestOf(*line);
+        if (!digest) {
+            return false;
+        }
+        outDigests[std::string(line->substr(Format::kDigestDigits + 1))].push_back(*digest);
+        ++count;
+    }
+    return false;
+}
+
+std::string textOf(const WrittenSums& sums, std::string_view logPath, std::int32_t levels) {
+    std::string text(Format::kBanner);
+    text += Format::kLineEnd;
+    text += lineOf(Format::kLog, pathIdentity(logPath)) + lineOf(Format::kMade, std::to_string(levels));
+    std::size_t count = 0;
+    for (const auto& [path, digests] : sums.digests()) {
+        if (!isOneLine(path)) {
+            continue;
+        }
+        for (const Md5Digest& digest : digests) {
+            text += lineOf(textOf(digest), path);
+            ++count;
+        }
+    }
+    return text + lineOf(Format::kEnd, std::to_string(count));
+}
+
+}  // namespace
+
+std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path) {
+    PFileStream file(files);
+    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+        return std::nullopt;
+    }
+    std::vector<unsigned char> block(kReadBlock);
+    Md5 md5;
+    for (std::uint32_t done = 1; done > 0;) {
+        if (file.read(block.data(), kReadBlock, done) != 0) {
+            return std::nullopt;
+        }
+        md5.update(block.data(), done);
+    }
+    return md5.finish();
+}
+
+void WrittenSums::add(std::string_view path, const Md5Digest& digest) {
+    if (!path.empty() && !holds(path, digest)) {
+        digests_[pathIdentity(path)].push_back(digest);
+    }
+}
+
+void WrittenSums::forget(std::string_view path) {
+    digests_.erase(pathIdentity(path));
+}
+
+bool WrittenSums::knows(std::string_view path) const {
+    return digests_.contains(pathIdentity(path));
+}
+
+bool WrittenSums::holds(std::string_view path, const Md5Digest& digest) const {
+    const auto found = digests_.find(pathIdentity(path));
+    return found != digests_.end() && std::ranges::find(found->second, digest) != found->second.end();
+}
+
+std::string ProductState::pathOf(std::string_view logPath) {
+    std::string directory;
+    if (logPath.empty() || !isOneLine(logPath) || !environment_.stateDirectory(directory)) {
+        return {};
+    }
+    const std::string identity = pathIdentity(logPath);
+    return directory.append("/")
+        .append(Format::kNameStart)
+        .append(textOf(md5Of(identity.data(), identity.size())))
+        .append(Format::kNameEnd);
+}
+
+WrittenSums ProductState::load(std::string_view logPath) {
+    Content content;
+    const std::string path = pathOf(logPath);
+    return !path.empty() && read(path, logPath, content) ? std::move(content.sums) : WrittenSums();
+}
+
+bool ProductState::read(const std::string& path, std::string_view logPath, Content& outContent) {
+    const std::int64_t size = files_.fileSize(path);
+    std::string text;
+    if (size < 0 || size > Format::kSizeLimit || OUtils::readWholeFile(path, text, files_) != 0) {
+        return false;
+    }
+    std::string_view rest = text;
+    return takeLine(rest) == Format::kBanner &&
+           afterWord(takeLine(rest), Format::kLog) == std::string_view(pathIdentity(logPath)) &&
+           readNumber(afterWord(takeLine(rest), Format::kMade), outContent.levels) &&
+           readFiles(rest, outContent.sums.digests_);
+}
+
+bool ProductState::save(std::string_view logPath, const WrittenSums& sums) {
+    const std::string path = pathOf(logPath);
+    if (path.empty()) {
+        return false;
+    }
+    Content earlier;
+    read(path, logPath, earlier);
+    const std::int32_t made = makeDirectory();
+    const std::int32_t levels = std::max(made, earlier.levels);
+    if (write(path, textOf(sums, logPath, levels))) {
+        return true;
+    }
+    removeDirectory(made);
+    return false;
+}
+
+bool ProductState::write(const std::string& path, const std::string& text) {
+    const std::string temporary = path + std::string(Format::kTemporaryEnd);
+    PFileStream file(files_);
+    int status = file.openPrivate(temporary);
+    for (std::size_t i = 0; status == 0 && i < text.size(); i += kWritePiece) {
+        const auto size = static_cast<std::uint32_t>(std::min(kWritePiece, text.size() - i));
+        std::uint32_t done = 0;
+        status = file.write(text.data() + i, size, done);
+    }
+    const int closed = file.close();
+    if (status == 0 && closed == 0 && files_.replaceFile(temporary, path) == 0) {
+        return true;
+    }
+    files_.removeFile(temporary);
+    return false;
+}
+
+bool ProductState::remove(std::string_view logPath) {
+    const std::string path = pathOf(logPath);
+    if (path.empty() || !files_.exists(path)) {
+        return true;
+    }
+    Content content;
+    read(path, logPath, content);
+    if (files_.removeFile(path) != 0) {
+        return false;
+    }
+    removeDirectory(content.levels);
+    return true;
+}
+
+// The number of levels that were made.
+std::int32_t ProductState::makeDirectory() {
+    std::string directory;
+    environment_.stateDirectory(directory);
+    std::vector<std::string> missing;  // deepest first
+    while (!directory.empty() && !files_.exists(directory)) {
+        missing.push_back(directory);
+        const std::size_t separator = directory.find_last_of("/\\");
+        directory.resize(separator == std::string::npos ? 0 : separator);
+    }
+    std::int32_t made = 0;
+    for (auto level = missing.rbegin(); level != missing.rend(); ++level) {
+        if (files_.createDirectory(*level) != 0) {
+            break;
+        }
+        ++made;
+    }
+    return made;
+}
+
+// Others may have put something there meanwhile: the system removes only what is empty.
+void ProductState::removeDirectory(std::int32_t levels) {
+    std::string directory;
+    environment_.stateDirectory(directory);
+    for (; levels > 0 && !directory.empty() && files_.removeDirectory(directory) == 0; --levels) {
+        const std::size_t separator = directory.find_last_of("/\\");
+        directory.resize(separator == std::string::npos ? 0 : separator);
+    }
+}

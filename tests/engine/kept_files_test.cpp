@@ -1,0 +1,63 @@
+#include "engine/kept_files.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/memory_file_system.h"
+
+namespace {
+
+class KeptFilesTest : public testing::Test {
+protected:
+    MemoryFileSystem files_;
+    KeptFiles kept_{files_};
+};
+
+TEST_F(KeptFilesTest, HoldsAFileInEverySpellingUntilTheRelease) {
+    kept_.hold("/app/un/install.log");
+    EXPECT_TRUE(kept_.holds("/app/un\\install.log"));
+    EXPECT_TRUE(kept_.holds("/app//un/install.log"));
+    EXPECT_FALSE(kept_.holds("/app/un/install.lo"));
+    kept_.release();
+    EXPECT_FALSE(kept_.holds("/app/un/install.log"));
+    EXPECT_FALSE(kept_.postponesFile("/app/un/install.log"));
+}
+
+TEST_F(KeptFilesTest, HoldsNothingWithoutAPath) {
+    kept_.hold("");
+    kept_.holdByName("");
+    EXPECT_FALSE(kept_.holds(""));
+    EXPECT_FALSE(kept_.holds("/"));
+}
+
+TEST_F(KeptFilesTest, HoldsANameInEveryDirectory) {
+    kept_.holdByName("installer");
+    EXPECT_TRUE(kept_.holds("/app/un/installer"));
+    EXPECT_FALSE(kept_.holds("/app/installer/tool"));
+}
+
+TEST_F(KeptFilesTest, PostponesDirectoriesThatHoldOnlyWhatIsPostponed) {
+    files_.addFile("/app/un/install.log", "");
+    files_.addFile("/app/un/installer", "");
+    kept_.hold("/app/un/install.log");
+    kept_.hold("/app/un/installer");
+    EXPECT_TRUE(kept_.postponesFile("/app/un\\installer"));
+    EXPECT_FALSE(kept_.postponesDirectory("/app/un"));  // nobody will delete the log
+    EXPECT_TRUE(kept_.postponesFile("/app/un/install.log"));
+    EXPECT_FALSE(kept_.postponesDirectory("/app"));  // in the order of the walk: deepest first
+    EXPECT_TRUE(kept_.postponesDirectory("/app/un"));
+    EXPECT_TRUE(kept_.postponesDirectory("/app\\"));
+    files_.addFile("/app/mine", "");
+    EXPECT_FALSE(kept_.postponesDirectory("/app"));
+    kept_.release();
+    EXPECT_FALSE(kept_.postponesDirectory("/app/un"));
+}
+
+TEST_F(KeptFilesTest, PostponesNoDirectoryThatIsEmptyOrGone) {
+    files_.addDirectory("/app/empty");
+    kept_.hold("/app/x");
+    EXPECT_TRUE(kept_.postponesFile("/app/x"));
+    EXPECT_FALSE(kept_.postponesDirectory("/app/empty"));
+    EXPECT_FALSE(kept_.postponesDirectory("/none"));
+}
+
+}  // namespace
