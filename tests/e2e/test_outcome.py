@@ -80,6 +80,29 @@ class Installations(OutcomeTest):
         self.assertNotIn("successful", result.out)
 
 
+class Reasons(OutcomeTest):
+    """Why something failed comes once, on standard error, whatever else is silent."""
+
+    def assert_one_reason(self, result, path):
+        lines = [line for line in result.err.splitlines() if "blocked.txt: " in line]
+        self.assertEqual(len(lines), 1, result)
+        self.assertRegex(lines[0].replace("\\", "/"), "^" + path.replace("\\", "/") + ": .*[a-z]{4}")
+        self.assertNotRegex(lines[0], "error -?[0-9]")
+
+    def test_a_file_that_cannot_be_written_has_its_reason(self):
+        self.build(BAD)
+        result = self.install()
+        self.assertEqual(result.out.count("FAILED to Create"), 3, result)  # the step and two lists
+        self.assert_one_reason(result, self.native("opt/product/blocked.txt"))
+        self.assertNotIn("blocked.txt: ", result.out)
+
+    def test_a_quiet_run_has_it_too(self):
+        self.build(BAD)
+        result = self.install("-auto", "-quiet=1")
+        self.assert_one_reason(result, self.native("opt/product/blocked.txt"))
+        self.assertEqual(result.out, FAILURE)
+
+
 class HeldInstallations(OutcomeTest):
     """A page waits for the end of a program, which is another run that asks its first question."""
 
