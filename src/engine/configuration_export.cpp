@@ -6,6 +6,7 @@
 #include "description/pxml.h"
 #include "description/variable_exclusions.h"
 #include "description/variable_store.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/replacing_file.h"
 #include "support/text_mode.h"
@@ -65,12 +66,18 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
                         present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
         debugLog_.line("ERROR: " + path + " is no configuration file of an installer and stays as it is");
+        reason_ = "something else than a configuration file of an installer is there, and stays as it is";
     }
     return isOurs;
 }
 
 bool ConfigurationExport::save(const PXML& document, const std::string& path) {
     ReplacingFile file(files_);
-    return file.open(path, platform::FileRights::kPrivate) == 0 &&
-           document.saveStream(file.stream(), OUtils::textLineEnd()) == 0 && file.putInPlace() == 0;
+    int status = file.open(path, platform::FileRights::kPrivate);
+    const bool isSaved = status == 0 && document.saveStream(file.stream(), OUtils::textLineEnd()) == 0;
+    if (isSaved) {
+        status = file.putInPlace();
+    }
+    reason_ = status > 0 ? platform::errorText(status) : "it can't be written whole";
+    return isSaved && status == 0;
 }

@@ -169,6 +169,7 @@ bool Installer::loadDefaultValues(InstallerUI& ui) {
         model_.variables.loadDefaults(model_.description, answers, parameters, message);
     if (outcome == DefaultsOutcome::kBadConfiguration) {
         ui.messageBox(message.c_str(), MessageKind::kInformation);
+        ui.addMessage((answers + ": " + readingError(answers_.load(answers))).c_str());
     }
     if (outcome != DefaultsOutcome::kLoaded) {
         debugLog.line(

@@ -4,6 +4,7 @@
 #include "description/default_values_reader.h"
 #include "description/log_variable_source.h"
 #include "engine_fixture.h"
+#include "platform/error_text.h"
 #include "support/text_mode.h"
 
 namespace {
@@ -202,6 +203,18 @@ TEST_F(ConfigurationExportTest, LeavesALinkAndWhatItLeadsTo) {
     EXPECT_FALSE(write());
     EXPECT_EQ(files_.kindOf(kPath), platform::PathKind::kLink);
     EXPECT_EQ(files_.content("/home/answers.xml"), "<DefValues></DefValues>");
+}
+
+TEST_F(ConfigurationExportTest, SaysWhyItFailed) {
+    ConfigurationExport configuration(variables_, exclusions_, files_, log_);
+    files_.addFile(kPath, "<configuration/>");
+    EXPECT_FALSE(configuration.write(kPath));
+    EXPECT_EQ(configuration.reason(),
+              "something else than a configuration file of an installer is there, and stays as it is");
+    files_.removeFile(kPath);
+    files_.failAt(Operation::kMoveFile, "", 1, 28);
+    EXPECT_FALSE(configuration.write(kPath));
+    EXPECT_EQ(configuration.reason(), platform::errorText(28));
 }
 
 TEST_F(ConfigurationExportTest, FailsWhereNothingCanBeMade) {

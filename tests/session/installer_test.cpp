@@ -144,6 +144,7 @@ TEST_F(InstallerTest, EndsWithAConfigurationFileThatCannotBeRead) {
     EXPECT_EQ(ui_.countOf("messageBox(\"Error loading configuration file \\\"/none.xml\\\"") +
                   ui_.countOf("messageBox(\"Error loading configuration file \"/none.xml\""),
               1);
+    EXPECT_EQ(ui_.countOf("addMessage(\"/none.xml: "), 1);
 }
 
 TEST_F(InstallerTest, LaysConfigurationFileAndCommandLineOverTheDefaults) {
