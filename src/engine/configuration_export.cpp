@@ -8,8 +8,9 @@
 #include "description/variable_store.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
-#include "support/replacing_file.h"
+#include "support/p_mem_stream.h"
 #include "support/text_mode.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -56,14 +57,13 @@ void ConfigurationExport::add(PXML& document, std::int32_t root, const InstallVa
     }
 }
 
-// The name is common, and the user may keep a file of another program there, or a link to his own answers.
+// The name is common, and the user may keep a file of another program there.
 bool ConfigurationExport::mayReplace(const std::string& path) {
     if (!files_.exists(path)) {
         return true;
     }
     PXML present;
-    const bool isOurs = files_.kindOf(path) == platform::PathKind::kFile &&
-                        present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
+    const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
         debugLog_.line("ERROR: " + path + " is no configuration file of an installer and stays as it is");
         reason_ = "something else than a configuration file of an installer is there, and stays as it is";
@@ -72,12 +72,18 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
 }
 
 bool ConfigurationExport::save(const PXML& document, const std::string& path) {
-    ReplacingFile file(files_);
-    int status = file.open(path, platform::FileRights::kPrivate);
-    const bool isSaved = status == 0 && document.saveStream(file.stream(), OUtils::textLineEnd()) == 0;
-    if (isSaved) {
-        status = file.putInPlace();
+    PMemStream text;
+    reason_ = "it doesn't fit the memory";
+    if (document.saveStream(text, OUtils::textLineEnd()) != 0 || text.seek(0) != 0) {
+        return false;
     }
-    reason_ = status > 0 ? platform::errorText(status) : "it can't be written whole";
-    return isSaved && status == 0;
+    std::string content(static_cast<std::size_t>(text.getSize()), '\0');
+    std::uint32_t done = 0;
+    if (text.read(content.data(), static_cast<std::uint32_t>(content.size()), done) != 0 ||
+        done != content.size()) {
+        return false;
+    }
+    const int status = OUtils::writeWholeFile(path, content, files_, platform::FileRights::kPrivate);
+    reason_ = status < 0 ? "something else than a file is in its place" : platform::errorText(status);
+    return status == 0;
 }

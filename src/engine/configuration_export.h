@@ -27,7 +27,7 @@ public:
     // False when the file can't be made or written, or when something else than an older configuration file
     // is in its place. What was there is untouched after a failure, and no other file stays. The file is
     // complete as soon as it has its name; this user alone can read it, since the values are in it as they
-    // are, passwords included. A link in its place is neither replaced nor followed.
+    // are, passwords included. A link in its place is replaced, not followed.
     //
     // A text is trimmed and expanded when it is read, so a value with a `$`, with 1,024 bytes or more, or
     // with white space at its ends is written as the default of an environment variable without a name, which

@@ -110,7 +110,7 @@ TEST_F(PublishTest, LogsALogThatCannotBePublishedAndKeepsIt) {
 
 TEST_F(PublishTest, KeepsAnArchiveThatCannotBePublished) {
     files_.failAt(Operation::kReplaceFile, "/tmp/orinstall2", 1);
-    files_.failFrom(Operation::kWrite, "/app/backup.bin", 1, 112);
+    files_.failFrom(Operation::kWrite, "/app/.tandrel-1.tmp", 1, 112);
     EXPECT_FALSE(publish());
     EXPECT_TRUE(hasArchive("/tmp/orinstall2"));
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: The backup file could not be written to "

@@ -150,7 +150,7 @@ TEST_F(BackupFileTest, RefusesNamesThatCannotBeReadBack) {
         EXPECT_EQ(files_.content(kArchive), banner() + entryOf(longest, "x") + kEnd);
     }
     BackupFile backup(files_);
-    ASSERT_TRUE(backup.openForWriting(kArchive));
+    ASSERT_TRUE(backup.openForWriting("/p/other"));
     EXPECT_EQ(add(backup, ""), "Error writing file name");
 }
 
@@ -226,6 +226,7 @@ TEST_F(BackupFileTest, NamesTheStepThatFailed) {
         files_.clearFaults();
         EXPECT_EQ(backup.close(), 0);
         EXPECT_EQ(files_.content(kArchive), banner() + kEnd) << step;
+        EXPECT_EQ(files_.removeFile(kArchive), 0);
     }
 }
 

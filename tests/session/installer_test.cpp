@@ -436,21 +436,25 @@ TEST_F(InstallerTest, PassesOnTheCabinetsResult) {
 
 // What a session says when it doesn't do its work.
 
-TEST_F(InstallerTest, SaysInOneLineWhyItCannotStart) {
-    const auto messagesOf = [this](const std::string& description) {
-        load(description);
-        EXPECT_EQ(run(), -1);
-        return Lines(ui_.callsOf("addMessage"));
-    };
-    EXPECT_EQ(messagesOf(document("<Dialogs/>")),
+TEST_F(InstallerTest, SaysThatTheDescriptionNamesNoProduct) {
+    load(document("<Dialogs/>"));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(ui_.callsOf("addMessage"),
               Lines{"addMessage(\"The installation can't start: the description doesn't name a product\")"});
-    ui_.take();
-    EXPECT_EQ(
-        messagesOf(document(kProduct)),
-        Lines{
-            "addMessage(\"The installation can't start: the description has no pages that can be shown\")"});
-    ui_.take();
-    EXPECT_EQ(messagesOf(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs>")),
+}
+
+TEST_F(InstallerTest, SaysThatTheDescriptionHasNoPages) {
+    load(document(kProduct));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(ui_.callsOf("addMessage"),
+              Lines{"addMessage(\"The installation can't start: the description has no pages that can be "
+                    "shown\")"});
+}
+
+TEST_F(InstallerTest, SaysThatTheDescriptionHasNoDefaultValues) {
+    load(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs>"));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(ui_.callsOf("addMessage"),
               Lines{"addMessage(\"The installation can't start: the description has no default values\")"});
 }
 
@@ -467,8 +471,8 @@ TEST_F(InstallerTest, KnowsWhyALogCannotBeOpened) {
     EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionActionLog), -1);
     EXPECT_FALSE(session_.loadError().empty());
     files_.addFile("/none.log", "x");
-    EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionBackup), -3);
-    EXPECT_EQ(session_.loadError(), "the package can't be read (-3)");
+    EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionBackup), -5);
+    EXPECT_EQ(session_.loadError(), "the package can't be read (-5)");
 }
 
 TEST_F(InstallerTest, SaysWhereARunEndedThatInstalledNothing) {

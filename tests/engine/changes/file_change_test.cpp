@@ -231,8 +231,8 @@ TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
     describeFiles("<FN Dest='/app'>lib.dll</FN><FN Dest='/app'>tool.exe</FN>");
     files_.addFile("/app/tool.exe", "old");
     files_.addFile("/app/lib.dll", "old");
-    files_.failAt(Operation::kOpen, "/app/tool.exe", 2, 32);  // after the comparison
-    files_.failFrom(Operation::kOpen, "/app/lib.dll", 2, 32);
+    files_.failAt(Operation::kReplaceFile, "", 1, 32);  // the library
+    files_.failAt(Operation::kReplaceFile, "", 2, 32);  // the program, until it has ended
     system_.running = {"tool.exe", "lib.dll"};
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
