@@ -134,6 +134,8 @@ void Installation::exportConfiguration(Report& report, const std::optional<std::
         reportConfigFile(report, path);
     } else {
         report.addLine("The installer could not create configuration file!", true);
+        report.addReason(kConfigFileName, path.empty() ? "the directory of this program isn't known"
+                                                       : std::string_view(configuration.reason()));
     }
 }
 
