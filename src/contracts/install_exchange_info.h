@@ -66,6 +66,8 @@ public:
 
     virtual bool isCancelled() = 0;
     virtual bool isFinished() = 0;
+    // Whether the run, if it ended now, would have failed: also one that was cancelled, or that has not come
+    // to its work.
     virtual bool hasErrors() = 0;
 
     // Overrides the path of the program's image; null or empty removes the override.

@@ -12,4 +12,6 @@ public:
     // long as this object.
     virtual std::string_view getArgumentName(int index) const = 0;
     virtual std::string_view getArgumentValue(int index) const = 0;
+    // Whether the option was written with an `=` and nothing after it, unlike one that is a mere switch.
+    virtual bool isArgumentEmptied(int index) const = 0;
 };

@@ -47,6 +47,8 @@ bool DefaultValuesLoader::readConfigFile(std::string_view configFile, const Comm
     if (status == 0) {
         // A file without values was reported when the input was set up.
         reader_.readDefValues(answers_.document(), arguments);
+        // What follows others, and isn't answered itself, follows the answers.
+        variables_.recalculateVariables(-1);
         return true;
     }
     outMessage = "Error loading configuration file \"" + std::string(configFile) + "\" (" +

@@ -77,10 +77,15 @@ struct DefaultValuesReader::Value {
     std::string current;
 };
 
+// Where the value of a data type comes from. What is looked up respects a value of an earlier installation,
+// what is measured doesn't.
+enum class DefaultValuesReader::ValueSource { kExpression, kCommandLine, kLookedUp, kMeasured };
+
 struct DefaultValuesReader::Handler {
     vocabulary::WordName dataType;
     void (DefaultValuesReader::*define)(const Value& value);
     enum class Initial { kText, kDefault, kZero, kDefaultOrZero } initial;
+    ValueSource source;
 };
 
 Text DefaultValuesReader::Value::initialText() const {
@@ -110,15 +115,17 @@ DefaultValuesReader::DefaultValuesReader(VariableStore& variables, Expressions& 
 // it begins with.
 const DefaultValuesReader::Handler* DefaultValuesReader::findHandler(std::string_view dataType) {
     using Initial = Handler::Initial;
+    using Source = ValueSource;
+    using Self = DefaultValuesReader;
     static constexpr Handler kHandlers[] = {
-        {"registry", &DefaultValuesReader::defineFromRegistry, Initial::kDefault},
-        {"installvar", &DefaultValuesReader::defineFromInstalledVariable, Initial::kText},
-        {"install_app", &DefaultValuesReader::defineFromInstalledApplication, Initial::kText},
-        {"value", &DefaultValuesReader::defineFromExpression, Initial::kText},
-        {"checkproc", &DefaultValuesReader::defineFromProcess, Initial::kZero},
-        {"cmdlinearg", &DefaultValuesReader::defineFromCommandLine, Initial::kText},
-        {"checkfile", &DefaultValuesReader::defineFromFile, Initial::kDefaultOrZero},
-        {"envvar", &DefaultValuesReader::defineFromEnvironment, Initial::kText},
+        {"registry", &Self::defineFromRegistry, Initial::kDefault, Source::kLookedUp},
+        {"installvar", &Self::defineFromInstalledVariable, Initial::kText, Source::kLookedUp},
+        {"install_app", &Self::defineFromInstalledApplication, Initial::kText, Source::kMeasured},
+        {"value", &Self::defineFromExpression, Initial::kText, Source::kExpression},
+        {"checkproc", &Self::defineFromProcess, Initial::kZero, Source::kMeasured},
+        {"cmdlinearg", &Self::defineFromCommandLine, Initial::kText, Source::kCommandLine},
+        {"checkfile", &Self::defineFromFile, Initial::kDefaultOrZero, Source::kMeasured},
+        {"envvar", &Self::defineFromEnvironment, Initial::kText, Source::kMeasured},
     };
     const auto found = std::ranges::find_if(kHandlers, [dataType](const Handler& handler) {
         return OUtils::startsWithIgnoreCase(dataType, handler.dataType.view());
@@ -178,7 +185,27 @@ void DefaultValuesReader::define(const PXML& document, std::int32_t node, std::s
     value.mayOverwrite = !value.isStored || !value.useOld || !expressions_.holds(value.useOld);
     if (const Handler* handler = findHandler(*value.dataType)) {
         (this->*handler->define)(value);
+        noteOrigin(value, handler->source);
     }
+}
+
+// A value that an earlier installation left may stand where this machine would give another one: that one,
+// the default, is what a run without it finds.
+void DefaultValuesReader::noteOrigin(const Value& value, ValueSource source) {
+    using Source = ValueSource;
+    VariableOrigin origin = VariableOrigin::kDetected;
+    if (source == Source::kCommandLine) {
+        origin = VariableOrigin::kGiven;
+    } else if (source == Source::kExpression) {
+        const bool refers = value.text && value.text->find('$') != std::string_view::npos;
+        origin = !refers                           ? VariableOrigin::kGiven
+                 : isSwitchedOn(value.recalculate) ? VariableOrigin::kFollowing
+                                                   : VariableOrigin::kExpression;
+    }
+    const auto found = source == Source::kMeasured
+                           ? variables_.read(*value.name, VariableStore::kTextLimit)
+                           : variables_.readDefault(*value.name, VariableStore::kTextLimit);
+    variables_.noteOrigin(*value.name, origin, found ? found->value : "");
 }
 
 // The message says "Type" for the attribute DataType; tools look for these words.

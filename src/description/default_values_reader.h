@@ -49,6 +49,8 @@ private:
     void warnOfMissing(const Value& value, std::size_t position);
     void publish(const Value& value, std::string_view text);
 
+    enum class ValueSource;
+    void noteOrigin(const Value& value, ValueSource source);
     void defineFromRegistry(const Value& value);
     void defineFromInstalledVariable(const Value& value);
     void defineFromInstalledApplication(const Value& value);

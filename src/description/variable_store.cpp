@@ -204,6 +204,28 @@ bool VariableStore::assign(std::string_view text) {
     return name && value && set(*name, *value);
 }
 
+void VariableStore::noteOrigin(std::string_view name, VariableOrigin origin, std::string_view originValue) {
+    if (const std::optional<std::int32_t> index = isOutside(name) ? std::nullopt : find(name)) {
+        recordAt(*index).origin = origin;
+        recordAt(*index).originValue = originValue;
+    }
+}
+
+// A field stores what it shows even where the user changed nothing, and one for a directory cleans it first.
+bool VariableStore::isFromItsOrigin(std::int32_t index) {
+    const InstallVariable& record = at(index);
+    std::string expected = record.originValue;
+    if (record.origin == VariableOrigin::kFollowing) {
+        expected.clear();
+        if (!expandDollarVariables(*this, record.expression, kRecalculationLimit, expected)) {
+            return false;
+        }
+    } else if (record.origin != VariableOrigin::kDetected && record.origin != VariableOrigin::kExpression) {
+        return false;
+    }
+    return record.value == expected || record.value == OUtils::normalizedPath(expected);
+}
+
 void VariableStore::recalculateVariables(std::int32_t changedIndex) {
     if (initializingDefaults_ || recalculated_.empty()) {
         return;

@@ -59,6 +59,12 @@ public:
     // the result of set.
     bool assign(std::string_view text);
 
+    // Notes where the value of a stored variable comes from, and what it is there. Later stores keep that.
+    void noteOrigin(std::string_view name, VariableOrigin origin, std::string_view originValue);
+    // Whether the value is still the one that its origin gives: then a run elsewhere finds its own, and needs
+    // no copy. Paths count as equal in both forms. Never for kGiven.
+    bool isFromItsOrigin(std::int32_t index);
+
     // Derives the values of all records with `recalculate` again, except `changedIndex`, in an order that one
     // sorting pass over their references gives; a chain may need more than one change to settle.
     // Nothing happens while defaults are initialised.

@@ -43,6 +43,9 @@ inline constexpr std::string_view kAddAfter = "ADDAFTER";
 inline constexpr std::string_view kPort = "PORT";
 inline constexpr std::string_view kApplication = "APP";
 
+// The fourth field of REGVAL for a key's default value.
+inline constexpr std::string_view kDefaultValue = "DEFAULT";
+
 // A whole line as it was written fits every buffer that reads records.
 static_assert(kLineLimit + kLineEnd.size() < kFirstLineBuffer);
 static_assert(kLineLimit + kLineEnd.size() < kBackupLineBuffer);

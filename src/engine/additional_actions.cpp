@@ -62,7 +62,8 @@ std::vector<std::string_view> AdditionalActions::actionNames() {
     return names;
 }
 
-void AdditionalActions::run(std::string_view container) {
+bool AdditionalActions::run(std::string_view container) {
+    failed_ = false;
     context_.debugLog.line("Running Files for installation tag: <" + std::string(container) + ">");
     for (std::int32_t group = context_.tags.nextGroup(container, -1); group >= 0;
          group = context_.tags.nextGroup(container, group)) {
@@ -71,6 +72,7 @@ void AdditionalActions::run(std::string_view container) {
         }
         context_.report.flushLines();
     }
+    return !failed_;
 }
 
 const AdditionalActions::Kind* AdditionalActions::kindOf(std::string_view tag) {
@@ -175,12 +177,13 @@ void AdditionalActions::open(const Action& action, const char* what) {
                             action.path.c_str());
 }
 
-// A program that is waited for and ends with an error counts as not started.
 void AdditionalActions::runProgram(const Action& action) {
     const std::string arguments = textOf(action, context_.tags.attribute(action.node, "Arguments"));
     const std::string workDir = pathOf(action, context_.tags.attribute(action.node, "WorkDir"));
     const bool started =
-        programs_.run({action.path, arguments, workDir, action.programFlags}, context_.report, action.pause);
+        programs_
+            .execute({action.path, arguments, workDir, action.programFlags}, context_.report, action.pause)
+            .started;
     context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"",
                             started ? "" : "ERROR: ", started ? "" : "NOT ", action.path.c_str(),
                             arguments.c_str());
@@ -198,7 +201,7 @@ void AdditionalActions::copyFile(const Action& action) {
 }
 
 void AdditionalActions::changeRegistry(const Action& action) {
-    registry_.applyElement(action.node, product_);
+    failed_ = !registry_.applyElement(action.node, product_) || failed_;
 }
 
 void AdditionalActions::removeFile(const Action& action) {

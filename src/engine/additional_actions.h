@@ -25,9 +25,10 @@ public:
     // The tags of the actions, in the order in which they are compared.
     static std::vector<std::string_view> actionNames();
 
-    // Runs every container of that name, in document order. An action that fails is only logged. Throws
-    // InstallerError when a file can't be taken out of the cabinet; the actions after it don't run then.
-    void run(std::string_view container);
+    // Runs every container of that name, in document order. An action that fails is only logged; false when
+    // it was one that had to write into the registry. Throws InstallerError when a file can't be taken out
+    // of the cabinet; the actions after it don't run then.
+    bool run(std::string_view container);
 
 private:
     // An action with its texts as they are to be used.
@@ -73,4 +74,5 @@ private:
     RegistryChange registry_;
     const ProductDescription& product_;
     ProgramRun programs_;
+    bool failed_ = false;
 };

@@ -67,6 +67,7 @@ bool DiskFiles::write(std::string_view path, bool exists, std::string_view conte
         debugLog_.print("+ Creating file \"%s\" (size = %d, iores = %d)", std::string(path).c_str(),
                         static_cast<int>(size), status);
     }
+    failure_ = status;
     if (status != 0) {
         return false;
     }
@@ -75,6 +76,7 @@ bool DiskFiles::write(std::string_view path, bool exists, std::string_view conte
     if (status == 0 && written == size) {
         status = putInPlace(file, path, exists);  // a full disk may only be noticed here
     }
+    failure_ = status;
     if (status == 0 && written == size) {
         return true;
     }

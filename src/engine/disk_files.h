@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "engine/file_in_use.h"
 #include "platform/file_system.h"
@@ -35,10 +36,15 @@ public:
     bool write(std::string_view path, bool exists, std::string_view content,
                platform::FileRights rights = platform::FileRights::kPlain);
 
+    // Why the last write failed: a status of the system, or -1 when something else than a file is in its
+    // place. 0 when nothing failed, or when it was taken already.
+    int takeFailure() { return std::exchange(failure_, 0); }
+
 private:
     int putInPlace(class ReplacingFile& file, std::string_view path, bool exists);
 
     platform::FileSystem& files_;
     FileInUse inUse_;
     DebugLog debugLog_;
+    int failure_ = 0;
 };

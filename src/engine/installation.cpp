@@ -48,13 +48,13 @@ bool Installation::run(Report& report) {
     bool failed = !FileChange(job.context, parts_, job.replaced).apply();
     const FailedPhases failedPhases = runPhases(job);
     report.setStatus(kActionsStatus);
-    AdditionalActions(job.context, parts_).run("AdditionalInstall");
+    const bool actionsSucceeded = AdditionalActions(job.context, parts_).run("AdditionalInstall");
     // Published before the outcome is reported, so that the report is true.
     if (!records.publish()) {
         report.addError("FAILED to write the install log or the backup file");
         failed = true;
     }
-    failed = failed || !failedPhases.empty();
+    failed = failed || !actionsSucceeded || !failedPhases.empty();
     reportEnd(report, failed);
     if (failed && !report.ignoresErrors()) {
         reportErrors(report, failedPhases);
@@ -134,6 +134,8 @@ void Installation::exportConfiguration(Report& report, const std::optional<std::
         reportConfigFile(report, path);
     } else {
         report.addLine("The installer could not create configuration file!", true);
+        report.addReason(kConfigFileName, path.empty() ? "the directory of this program isn't known"
+                                                       : std::string_view(configuration.reason()));
     }
 }
 

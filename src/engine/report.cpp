@@ -83,6 +83,14 @@ void Report::addReason(std::string_view subject, int status) {
     }
 }
 
+void Report::addFileReason(std::string_view path, int status) {
+    if (status < 0) {
+        addReason(path, "something else than a file is in its place");
+    } else {
+        addReason(path, status);
+    }
+}
+
 void Report::addRegistryReason(std::string_view subject, int status) {
     if (status != 0) {
         addReason(subject, platform::registryErrorText(status));

@@ -43,6 +43,8 @@ public:
     // nothing. Once for each failure, so only where the failure is reported.
     void addReason(std::string_view subject, int status);
     void addRegistryReason(std::string_view subject, int status);
+    // The same for the status of a write, which is -1 where something else than a file is in its place.
+    void addFileReason(std::string_view path, int status);
     // For a reason that isn't the system's.
     void addReason(std::string_view subject, std::string_view reason);
     // Shows the list of errors, if it holds any, under a heading.

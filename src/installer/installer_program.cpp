@@ -1,5 +1,7 @@
 #include "installer/installer_program.h"
 
+#include <algorithm>
+
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
 #include "installer/debug_log.h"
@@ -51,6 +53,7 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         return kFailed;
     }
     if (options_.uninstallLog) {
+        noteUnusedOptions();
         return UninstallRelaunch(platform_, debugLog_).run(*options_.uninstallLog, options_) ? 0 : kFailed;
     }
     return options_.uninstallFile ? uninstall() : install();
@@ -61,7 +64,7 @@ void InstallerProgram::makeSession() {
                                    WiniArguments{debugLog_.level(), options_.gui, options_.ignoreErrors});
     setActiveInstaller(wini_.get());
     wini_->setConfigFile(options_.configFile.value_or(""));
-    wini_->setParameters(&parameters_);
+    wini_->setParameters(&parameters_, runOptionNames());
 }
 
 void InstallerProgram::logStart() {
@@ -75,6 +78,16 @@ void InstallerProgram::logStart() {
         }
     }
     debugLog_.line("Installation started");
+}
+
+// The copy that uninstalls gets none but these.
+void InstallerProgram::noteUnusedOptions() {
+    const std::vector<std::string_view> used = runOptionNames();
+    for (int i = 0; i < parameters_.getCount(); ++i) {
+        if (std::find(used.begin(), used.end(), parameters_.name(i)) == used.end()) {
+            note("-" + std::string(parameters_.name(i)) + ": this option has no effect on an uninstallation");
+        }
+    }
 }
 
 void InstallerProgram::chooseFrontEnd() {
@@ -115,6 +128,7 @@ int InstallerProgram::loadOwnPackage() {
     std::string path;
     if (!platform_.environment.programPath(path)) {
         debugLog_.line("ERROR: Failed to obtain module file name");
+        note("The installation can't start: the system doesn't say where this program is");
         return kFailed;
     }
     debugLog_.print("Initializing with file=\"%s\", offset=%i", path.c_str(), static_cast<int>(offset));
@@ -126,7 +140,11 @@ int InstallerProgram::loadOwnPackage() {
         return kFailed;
     }
     debugLog_.line("Checksum successfuly verified");
-    return wini_->loadCabinet(path.c_str(), offset, options_.sessionFlags);
+    const int result = wini_->loadCabinet(path.c_str(), offset, options_.sessionFlags);
+    if (result != 0) {
+        note("The installation can't start: " + path + ": " + wini_->loadError());
+    }
+    return result;
 }
 
 int InstallerProgram::loadBinFile() {
@@ -135,6 +153,7 @@ int InstallerProgram::loadBinFile() {
     if (result != 0) {
         debugLog_.print("ERROR: Initialization with bin file failed with result: %d", result);
         showError("The installer failed to initialize with the supplied binary file!");
+        note(*options_.binFile + ": " + wini_->loadError());
     }
     return result;
 }
@@ -147,6 +166,7 @@ int InstallerProgram::runConsoleInstallation() {
     bool automated = false;
     if (ui_->createInputProvider(input.c_str(), automated) != 0) {
         debugLog_.line("ERROR: Unable to initialize Console installation");
+        note("The installation can't start: nobody can be asked");
         return kFailed;
     }
     wini_->setUnattended(automated);
@@ -159,6 +179,8 @@ int InstallerProgram::uninstall() {
     int result = wini_->loadCabinet(options_.uninstallFile->c_str(), 0, options_.sessionFlags);
     if (result == 0) {
         result = runConsoleUninstallation();
+    } else {
+        note("The uninstallation can't start: " + *options_.uninstallFile + ": " + wini_->loadError());
     }
     const bool failed = result != 0 || wini_->hasErrors();
     endSession();
@@ -206,6 +228,16 @@ void InstallerProgram::showError(std::string_view text) {
         platform::showMessage(text, kCaption, platform::MessageIcon::kError);
     } else {
         print(std::string(text) + "\n");
+    }
+}
+
+// Without a session there is no front end that could show it.
+void InstallerProgram::note(std::string_view text) {
+    debugLog_.line("ERROR: " + std::string(text));
+    if (options_.gui != 0) {
+        platform::showMessage(text, kCaption, platform::MessageIcon::kError);
+    } else {
+        platform_.console.writeError(std::string(text) + "\n");
     }
 }
 

@@ -34,6 +34,7 @@ public:
 private:
     void logStart();
     void chooseFrontEnd();
+    void noteUnusedOptions();
     void makeSession();
     bool testRights();
     int install();
@@ -47,6 +48,8 @@ private:
     void endSession();
     // Shows the user a message box in a graphical run, else a text on standard output.
     void showError(std::string_view text);
+    // One line to standard error, in a graphical run a message box.
+    void note(std::string_view text);
     void print(std::string_view text);
 
     platform::Platform& platform_;

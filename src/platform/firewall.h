@@ -59,11 +59,13 @@ public:
     // An exception that isn't there counts as not enabled.
     virtual FirewallOutcome isApplicationEnabled(std::string_view path, bool& outEnabled) = 0;
     virtual FirewallOutcome addApplication(std::string_view path, std::string_view name) = 0;
+    // Done as well when there is none.
     virtual FirewallOutcome removeApplication(std::string_view path) = 0;
 
     // As above. Whether the number is that of a port is for the system to judge.
     virtual FirewallOutcome isPortEnabled(std::int32_t port, FirewallProtocol protocol, bool& outEnabled) = 0;
     virtual FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, std::string_view name) = 0;
+    // Done as well when it isn't open.
     virtual FirewallOutcome removePort(std::int32_t port, FirewallProtocol protocol) = 0;
 };
 

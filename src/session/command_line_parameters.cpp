@@ -14,6 +14,7 @@ std::string withoutQuotes(const std::string& value) {
 struct CommandLineParameters::Record {
     std::string name;
     std::string value;
+    bool hasEquals = false;
 };
 
 CommandLineParameters::CommandLineParameters() : records_(kGrowthStep) {}
@@ -32,6 +33,7 @@ CommandLineParameters::Record* CommandLineParameters::open(const std::string& to
     outValue = outHasValue ? token.substr(equals + 1) : std::string();
     auto record = std::make_unique<Record>();
     record->name = token.substr(start, outHasValue ? equals - start : std::string::npos);
+    record->hasEquals = outHasValue;
     records_.append(record.get());
     return record.release();
 }
@@ -73,4 +75,9 @@ std::string_view CommandLineParameters::name(int index) const {
 
 std::string_view CommandLineParameters::value(int index) const {
     return records_.at(index)->value;
+}
+
+bool CommandLineParameters::isArgumentEmptied(int index) const {
+    const Record& record = *records_.at(index);
+    return record.hasEquals && record.value.empty();
 }

@@ -35,6 +35,7 @@ public:
     int getArgumentCount() const override { return getCount(); }
     std::string_view getArgumentName(int index) const override { return name(index); }
     std::string_view getArgumentValue(int index) const override { return value(index); }
+    bool isArgumentEmptied(int index) const override;
 
 private:
     struct Record;

@@ -5,14 +5,22 @@
 #include "base/errors.h"
 #include "contracts/installer_ui.h"
 #include "contracts/system_operations.h"
+#include "description/answers_file.h"
+#include "description/unknown_names.h"
 #include "engine/action_log_reader.h"
 #include "engine/log_head.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/utilities.h"
 
 namespace {
 
 constexpr std::string_view kDescriptionAlias = "install.xml";
+
+// Of readWholeFile, whose -1 isn't a number of the system.
+std::string readingError(int status) {
+    return status < 0 ? "the file is too large, or ended early" : platform::errorText(status);
+}
 
 }  // namespace
 
@@ -21,6 +29,7 @@ Installer::Installer(const platform::Platform& machine, SystemOperations& system
     : SessionState(machine.files, log),
       machine_(machine),
       system_(system),
+      answers_(answers),
       model_(machine, system, answers, log),
       work_(*this, model_, machine, system),
       walk_({model_.dialogs, model_.variables.controls(), model_.variables.store(),
@@ -37,11 +46,15 @@ int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t 
     sessionFlags = flags;
     actionLogFile.reset();
     if ((flags & kSessionActionLog) == 0) {
-        return static_cast<int>(cabinet.load(path, offset));
+        const int result = static_cast<int>(cabinet.load(path, offset));
+        loadError_ = result == 0 ? "" : "the package can't be read (" + std::to_string(result) + ")";
+        return result;
     }
     auto file = std::make_unique<PFileStream>(machine_.files);
-    if (file->openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
-                       PFileStream::kOpenExisting) != 0) {
+    const int status =
+        file->openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, PFileStream::kOpenExisting);
+    if (status != 0) {
+        loadError_ = platform::errorText(status);
         debugLog.print("ERROR: Failed to open the installation log file (%s)", path);
         return -1;
     }
@@ -69,8 +82,12 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
 bool Installer::prepare(InstallerUI& ui) {
     isGraphical = ui.isGraphical() != 0;
     model_.setGraphical(isGraphical);
-    if (!readDescription() || !model_.read(cabinet, isActionLogSession(), isGraphical)) {
+    if (!readDescription(ui)) {
         return false;
+    }
+    if (!model_.read(cabinet, isActionLogSession(), isGraphical)) {
+        return refuseStart(ui, model_.product.exists() ? "the description has no pages that can be shown"
+                                                       : "the description doesn't name a product");
     }
     work_.earlier().findRegistered(isActionLogSession());
     if (!loadDefaultValues(ui)) {
@@ -80,22 +97,28 @@ bool Installer::prepare(InstallerUI& ui) {
     return true;
 }
 
-bool Installer::readDescription() {
+bool Installer::refuseStart(InstallerUI& ui, std::string_view why) {
+    const std::string kind = isActionLogSession() ? "uninstallation" : "installation";
+    ui.addMessage(("The " + kind + " can't start: " + std::string(why)).c_str());
+    return false;
+}
+
+bool Installer::readDescription(InstallerUI& ui) {
     std::string text;
     const bool isRead =
-        isActionLogSession() ? readDescriptionFromLog(text) : readDescriptionFromCabinet(text);
+        isActionLogSession() ? readDescriptionFromLog(ui, text) : readDescriptionFromCabinet(ui, text);
     if (isRead) {
         model_.parse(text);
     }
     return isRead;
 }
 
-bool Installer::readDescriptionFromLog(std::string& outText) {
+bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
     debugLog.line("Reading installation file name from action log");
     const auto path = ActionLogReader(actionLogFile.get(), debugLog).readDescriptionPath();
     if (!path) {
         debugLog.line("ERROR: Could not obtain installation file from action log. Exiting!");
-        return false;
+        return refuseStart(ui, "the action log doesn't name a description");
     }
     debugLog.line("Reading previous installation variables");
     // Neither a few bad lines nor a log without its variables prevent uninstalling: the records are enough.
@@ -103,11 +126,11 @@ bool Installer::readDescriptionFromLog(std::string& outText) {
         debugLog.line("ERROR: Failed to read variables from log");
     }
     debugLog.line("Reading installation file");
-    const bool isRead = OUtils::readWholeFile(*path, outText, machine_.files) == 0;
-    if (!isRead) {
+    const int status = OUtils::readWholeFile(*path, outText, machine_.files);
+    if (status != 0) {
         debugLog.line("ERROR: Failed reading installation file");
         debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
-        return false;
+        return refuseStart(ui, *path + ": " + readingError(status));
     }
     return true;
 }
@@ -127,7 +150,7 @@ bool Installer::importVariablesFromLog() {
     return false;
 }
 
-bool Installer::readDescriptionFromCabinet(std::string& outText) {
+bool Installer::readDescriptionFromCabinet(InstallerUI& ui, std::string& outText) {
     debugLog.line("Decompressing installation file");
     if (const auto file = cabinet.readAlias(kDescriptionAlias)) {
         outText.assign(file->content.text(), static_cast<std::size_t>(file->content.size()));
@@ -135,7 +158,7 @@ bool Installer::readDescriptionFromCabinet(std::string& outText) {
     }
     debugLog.line("ERROR: Decompressing installation file");
     debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
-    return false;
+    return refuseStart(ui, "the package has no readable description");
 }
 
 bool Installer::loadDefaultValues(InstallerUI& ui) {
@@ -146,12 +169,31 @@ bool Installer::loadDefaultValues(InstallerUI& ui) {
         model_.variables.loadDefaults(model_.description, answers, parameters, message);
     if (outcome == DefaultsOutcome::kBadConfiguration) {
         ui.messageBox(message.c_str(), MessageKind::kInformation);
+        ui.addMessage((answers + ": " + readingError(answers_.load(answers))).c_str());
     }
     if (outcome != DefaultsOutcome::kLoaded) {
         debugLog.line(
             "ERROR: Parsing XML Default values (This may indicate wrong configuration file format)");
     }
+    if (outcome == DefaultsOutcome::kNoDefaults) {
+        refuseStart(ui, "the description has no default values");
+    }
+    if (outcome == DefaultsOutcome::kLoaded) {
+        remarkOnGivenNames(ui, answers);
+    }
     return outcome == DefaultsOutcome::kLoaded;
+}
+
+// Said before the first page, while the user can still stop.
+void Installer::remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath) {
+    const bool hasAnswers = !answersPath.empty() && answers_.load(answersPath) == 0;
+    const GivenNames given{parameters, programOptions_, hasAnswers ? &answers_.document() : nullptr,
+                           answersPath};
+    for (const std::string& line :
+         remarksOnGivenNames(model_.description, model_.variables.expressions(), given)) {
+        debugLog.line("WARNING: " + line);
+        ui.addMessage(line.c_str());
+    }
 }
 
 int Installer::runUI(InstallerUI& ui) {
@@ -162,14 +204,31 @@ int Installer::runUI(InstallerUI& ui) {
         result = ui.run();
     } catch (const GenericError& error) {
         reportError(ui, error.what());
-        walk_.state().lastWorkFailed = true;  // the front end says next how the run ended
     }
+    if (result != 0) {
+        walk_.state().anyFailed = true;  // the front end says next how the run ended
+    }
+    sayWhyNothingWasDone(ui, result);
     debugLog.line("Ending installation UI");
     ui.finish();
     if (result != 0) {
         debugLog.line("ERROR: There were errors during the installation");
     }
     return result;
+}
+
+// A run that failed at its work has said so; one that never came to it would end without a word.
+void Installer::sayWhyNothingWasDone(InstallerUI& ui, int result) {
+    const NavigationState& state = walk_.state();
+    if (state.mainWorkTried || state.cancelled) {
+        return;
+    }
+    const DialogDesc* page = model_.dialogs.getDialog(state.currentDialog, state.currentSubdialog);
+    const std::string where =
+        page == nullptr ? "" : " on the page \"" + std::string(page->name.view()) + "\"";
+    const std::string what = isActionLogSession() ? "uninstalled" : "installed";
+    ui.addMessage(
+        ("Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where).c_str());
 }
 
 void Installer::reportError(InstallerUI& ui, std::string_view text) {

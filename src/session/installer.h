@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "contracts/install_exchange_info.h"
 #include "platform/platform.h"
@@ -22,8 +25,13 @@ public:
 
     // Called before everything else. The console is borrowed and may be null: then nothing is logged.
     void setConsole(PConsole* console, std::int32_t level);
-    // Borrowed; null without a command line.
-    void setParameters(const CommandLineArguments* arguments) { parameters = arguments; }
+    // Borrowed; null without a command line. `programOptions` are the names of those options that the program
+    // reads itself; they outlive the session.
+    void setParameters(const CommandLineArguments* arguments,
+                       std::vector<std::string_view> programOptions = {}) {
+        parameters = arguments;
+        programOptions_ = std::move(programOptions);
+    }
     // Called before `run`: the user won't be asked anything.
     void setUnattended(bool unattended) { isUnattended = unattended; }
 
@@ -31,6 +39,8 @@ public:
     // 0 or -1. Otherwise it is a package, whose cabinet begins at `offset`: a Cabinet::LoadResult or a code
     // of the decompressor. Failures are logged.
     int loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags);
+    // Why the last loadCabinet failed, for the user.
+    const std::string& loadError() const { return loadError_; }
     // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
     // session couldn't start or an exception left a step, which is logged and shown. Throws nothing.
     int run(InstallerUI* ui, PConsole* console);
@@ -132,20 +142,27 @@ protected:
 private:
     // The steps of run before the front end; false ends the session.
     bool prepare(InstallerUI& ui);
-    bool readDescription();
-    bool readDescriptionFromLog(std::string& outText);
-    bool readDescriptionFromCabinet(std::string& outText);
+    // Says in one line why the session can't start. False.
+    bool refuseStart(InstallerUI& ui, std::string_view why);
+    bool readDescription(InstallerUI& ui);
+    bool readDescriptionFromLog(InstallerUI& ui, std::string& outText);
+    bool readDescriptionFromCabinet(InstallerUI& ui, std::string& outText);
     // False when the log doesn't give all of them.
     bool importVariablesFromLog();
     bool loadDefaultValues(InstallerUI& ui);
+    void remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath);
 
     int runUI(InstallerUI& ui);
+    void sayWhyNothingWasDone(InstallerUI& ui, int result);
     void reportError(InstallerUI& ui, std::string_view text);
     void removeIfNamed(const std::string& path);
 
     platform::Platform machine_;
     SystemOperations& system_;
+    AnswersFile& answers_;
     SessionModel model_;
     PageWork work_;
     DialogWalk walk_;
+    std::string loadError_;
+    std::vector<std::string_view> programOptions_;
 };

@@ -191,7 +191,7 @@ bool Installer::isFinished() {
     return walk_.state().finished;
 }
 bool Installer::hasErrors() {
-    return walk_.state().lastWorkFailed;
+    return !walk_.state().hasSucceeded();
 }
 int Installer::checkDialogCondition(InstallerUI* ui) {
     return walk_.checkCondition(ui);

@@ -199,7 +199,7 @@ void Navigator::enterGoingBack(const Position& position, bool isOtherDialog, Ins
 Navigator::Step Navigator::fail(const char* direction) {
     debugLog_.print("ERROR: Bad dialog %s shifting. Current dialog: %d, current subdialog: %d", direction,
                     static_cast<int>(state_.currentDialog), static_cast<int>(state_.currentSubdialog));
-    state_.lastWorkFailed = true;
+    state_.endWork(false);
     state_.finished = true;
     return Step::kStopped;
 }

@@ -79,7 +79,7 @@ template <typename Work>
 void PageEntry::work(PageVisit& visit, Work&& work) {
     visit.showOnce();
     visit.setUiState(kUiInstallationRunning);
-    visit.state.lastWorkFailed = !work();
+    visit.state.endWork(work());
     visit.setUiState(kUiReady);
 }
 
@@ -94,6 +94,7 @@ void PageEntry::uninstallPrevious(PageVisit& visit) {
 }
 
 void PageEntry::copyFiles(PageVisit& visit) {
+    visit.state.mainWorkTried = true;
     work(visit, [&] {
         actions_.normalizeDirectoryFields();
         return actions_.isActionLogSession() ? uninstall(visit) : actions_.installProduct(visit.ui);
@@ -115,25 +116,25 @@ void PageEntry::revertUninstallation(PageVisit& visit) {
 // The two pages of the registration are never shown: they are over before anybody could read them.
 void PageEntry::registerApplication(PageVisit& visit) {
     visit.shown = true;
-    visit.state.lastWorkFailed = actions_.isActionLogSession() || !actions_.registerApplication();
+    visit.state.endWork(!actions_.isActionLogSession() && actions_.registerApplication());
 }
 
 // Outside an action-log session this is ignored, whereas a registration inside one is a failure.
 void PageEntry::unregisterApplication(PageVisit& visit) {
     visit.shown = true;
     if (actions_.isActionLogSession()) {
-        visit.state.lastWorkFailed = !actions_.unregisterApplication();
+        visit.state.endWork(actions_.unregisterApplication());
     }
 }
 
 void PageEntry::prepareUninstall(PageVisit& visit) {
     visit.showOnce();
-    visit.state.lastWorkFailed = !actions_.prepareUninstall(visit.ui);
+    visit.state.endWork(actions_.prepareUninstall(visit.ui));
 }
 
 void PageEntry::finishInstallation(PageVisit& visit) {
     actions_.finishInstallation(visit.ui);
-    visit.state.lastWorkFailed = false;  // the installation itself is over, and its outcome was reported
+    visit.state.endWork(true);
     visit.oneMoreStep = true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +17,7 @@
 class TableArguments : public CommandLineArguments {
 public:
     std::vector<std::pair<std::string, std::string>> list;
+    std::set<int> emptied;  // the options, by their place, that have an `=` and no value
 
     int getArgumentCount() const override { return static_cast<int>(list.size()); }
     std::string_view getArgumentName(int index) const override {
@@ -24,6 +26,7 @@ public:
     std::string_view getArgumentValue(int index) const override {
         return list[static_cast<std::size_t>(index)].second;
     }
+    bool isArgumentEmptied(int index) const override { return emptied.contains(index); }
 };
 
 // Action logs that a test fills.

@@ -134,4 +134,16 @@ TEST_F(DefaultValuesLoaderTest, ListsTheVariablesFromLevelTwoOn) {
                                                       "  [A] = \"two\" (one)", "  [B] = \"b\" ()"}));
 }
 
+TEST_F(DefaultValuesLoaderTest, LetsAVariableFollowTheAnswers) {
+    parse(
+        "<Root><DefValues><Value Name=\"DIR\" DataType=\"value\">/opt</Value>"
+        "<Value Name=\"DOC\" DataType=\"value\" Recalculate=\"1\">$DIR/doc</Value>"
+        "<Value Name=\"ONCE\" DataType=\"value\">$DIR/once</Value></DefValues></Root>");
+    files_.addFile("/c.xml", "<DefValues><Value Name=\"DIR\" DataType=\"value\">/srv</Value></DefValues>");
+    DefaultValuesLoader loader(reader_, variables_, exclusions_, answers_, console_);
+    EXPECT_EQ(loader.load(document_, "/c.xml", commandLine_, message_), DefaultsOutcome::kLoaded);
+    EXPECT_EQ(valueOf("DOC"), "/srv/doc");
+    EXPECT_EQ(valueOf("ONCE"), "/opt/once");
+}
+
 }  // namespace

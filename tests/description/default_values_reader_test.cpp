@@ -297,4 +297,26 @@ TEST_F(DefaultValuesReaderTest, TenThousandVariablesAreRead) {
     EXPECT_EQ(valueOf("v9999"), "9999");
 }
 
+TEST_F(DefaultValuesReaderTest, NotesWhereEachValueComesFrom) {
+    environment_.variables["PLACE"] = "/here";
+    variables_.set("KEPT", "/old");
+    read(
+        "<Value Name='BASE' DataType='envvar'>PLACE</Value>"
+        "<Value Name='DIR' DataType='value'>$BASE/x</Value>"
+        "<Value Name='DOC' DataType='value' Recalculate='1'>$DIR/doc</Value>"
+        "<Value Name='KEPT' DataType='value' UseOld='1'>$BASE/kept</Value>"
+        "<Value Name='FIXED' DataType='value'>text</Value>"
+        "<Value Name='MODE' DataType='cmdlinearg'>slow</Value>"
+        "<Value Name='FILE' DataType='checkfile' Default='none'>/missing</Value>");
+    const auto isFromItsOrigin = [this](const char* name) {
+        return variables_.isFromItsOrigin(variables_.find(name).value());
+    };
+    for (const char* name : {"BASE", "DIR", "DOC", "FILE"}) {
+        EXPECT_TRUE(isFromItsOrigin(name)) << name;
+    }
+    for (const char* name : {"KEPT", "FIXED", "MODE"}) {
+        EXPECT_FALSE(isFromItsOrigin(name)) << name;
+    }
+}
+
 }  // namespace

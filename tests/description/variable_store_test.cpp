@@ -307,4 +307,25 @@ TEST_F(VariableStoreTest, LogsNothingWithoutATarget) {
     EXPECT_TRUE(log_.lines.empty());
 }
 
+TEST_F(VariableStoreTest, KnowsWhatIsStillFromItsOrigin) {
+    store_.set("DIR", "/opt");
+    store_.store("DOC", {"/opt/doc", "$DIR/doc", "/opt/doc"}, true);
+    const std::int32_t doc = store_.find("DOC").value();
+    EXPECT_FALSE(store_.isFromItsOrigin(doc));
+    store_.noteOrigin("doc", VariableOrigin::kFollowing, "/opt/doc");
+    EXPECT_TRUE(store_.isFromItsOrigin(doc));
+    store_.set("DIR", "/srv");
+    EXPECT_TRUE(store_.isFromItsOrigin(doc));
+    store_.set("DOC", "\\srv\\doc");  // as a field for a directory stores it
+    EXPECT_TRUE(store_.isFromItsOrigin(doc));
+    store_.set("DOC", "/opt/doc");
+    EXPECT_FALSE(store_.isFromItsOrigin(doc));
+    store_.noteOrigin("DOC", VariableOrigin::kExpression, "/opt/doc");
+    EXPECT_TRUE(store_.isFromItsOrigin(doc));
+    store_.noteOrigin("DOC", VariableOrigin::kGiven, "/opt/doc");
+    EXPECT_FALSE(store_.isFromItsOrigin(doc));
+    store_.noteOrigin("MISSING", VariableOrigin::kDetected, "x");
+    EXPECT_FALSE(store_.find("MISSING"));
+}
+
 }  // namespace

@@ -78,8 +78,8 @@ class Answers(EndToEndTest):
         self.setup = self.build_package(
             description(self.native("opt/product"), SETS, PAGES, values, LATE, EXCLUSIONS), FILES)
 
-    def run_by_hand(self, *arguments, local="first"):
-        answers = [self.native("elsewhere"), "yes", "2", OWNER, "", SECRET, "only here", "mine"]
+    def run_by_hand(self, *arguments, local="first", directory="elsewhere"):
+        answers = [self.native(directory), "yes", "2", OWNER, "", SECRET, "only here", "mine"]
         return self.run_program(self.setup, "-gui=0", *arguments, stdin="\n".join(answers) + "\n",
                                 env={"E2E_PLACE": "here & there", "E2E_LOCAL": local})
 
@@ -99,9 +99,10 @@ class Answers(EndToEndTest):
         root = xml.etree.ElementTree.fromstring(self.read(path).decode("utf-8"))
         self.assertEqual(root.tag, "DefValues")
         for value in root:
-            self.assertEqual((value.tag, set(value.attrib), value.get("DataType")),
-                             ("Value", {"Name", "DataType"}, "value"))
-        return {value.get("Name"): value.text or "" for value in root}
+            kind = ({"Name", "DataType"}, "value") if value.get("DataType") == "value" else (
+                {"Name", "DataType", "Default"}, "envvar")
+            self.assertEqual((value.tag, set(value.attrib), value.get("DataType")), ("Value", *kind))
+        return {value.get("Name"): value.get("Default") or value.text or "" for value in root}
 
     def settings(self):
         text = self.read("elsewhere/conf/settings.ini").decode("utf-8")
@@ -119,15 +120,10 @@ class Answers(EndToEndTest):
         self.assertNotIn(SECRET, result.out)
         directory = self.native("elsewhere").replace("/", "\\")
         values = self.values()
-        self.assertEqual(list(values), ["DIR", "OPTIONAL", "KIND", "OWNER", "NOTE", "SECRET", "MODE", "PLACE", "RUNS",
-                                        "OTHER", "SETTING", "FOUND", "DERIVED", "LATE", "UNLOGGED"])
-        self.assertEqual(
-            {k: values[k] for k in values if k not in ("FOUND", "DERIVED")},
-            {"DIR": directory, "OPTIONAL": "1", "KIND": "1", "OWNER": OWNER, "NOTE": "", "SECRET": SECRET,
-             "MODE": "fast", "PLACE": "here & there", "RUNS": "0", "OTHER": "none", "SETTING": "preset",
-             "LATE": "1 late", "UNLOGGED": "only here"})
-        self.assertTrue(values["FOUND"].endswith("present.txt"), values)
-        self.assertEqual(values["DERIVED"], directory + "/derived")
+        # What was detected on this machine, and what follows another variable, is no answer.
+        self.assertEqual(list(values.items()), [
+            ("DIR", directory), ("OPTIONAL", "1"), ("KIND", "1"), ("OWNER", OWNER), ("NOTE", ""), ("SECRET", SECRET),
+            ("MODE", "fast"), ("LATE", "1 late"), ("UNLOGGED", "only here")])
         self.assertEqual([p.name for p in self.machine.root.glob("config.xml*")], ["config.xml"])
         if not WINDOWS:
             self.assertEqual(self.host("config.xml").stat().st_mode & 0o777, 0o600)
@@ -153,14 +149,35 @@ class Answers(EndToEndTest):
         self.assertNotIn(CREATED, result.out)
         self.assertFalse(self.host("config.xml").exists())
 
-        # Only the variables that are kept out of the answers are read from the machine again.
-        self.assertEqual(self.action_log(LOG), [x.replace("VAR\tLOCAL\tfirst", "VAR\tLOCAL\tsecond") for x in lines])
-        again = self.settings()
+        # What isn't in the answers is read from the machine again.
+        again = {"VAR\tLOCAL\tfirst": "VAR\tLOCAL\tsecond", "VAR\tPLACE\there & there": "VAR\tPLACE\telsewhere"}
+        self.assertEqual(self.action_log(LOG), [again.get(x, x) for x in lines])
+        repeated = self.settings()
         # The first run sets LATE after the copying; the second knows it from the start.
-        self.assertEqual(again, {**settings, "LOCAL": "second", "PRIVATE": "hidden", "LATE": "1 late"})
+        self.assertEqual(repeated, {**settings, "LOCAL": "second", "PLACE": "elsewhere", "PRIVATE": "hidden",
+                                    "LATE": "1 late"})
         changing = ("conf/settings.ini", "un/install.log")
         self.assertEqual({k: v for k, v in self.tree("elsewhere").items() if k not in changing},
                          {k: v for k, v in tree.items() if k not in changing})
+
+    def test_an_answer_that_looks_like_a_reference_is_repeated(self):
+        self.assertEqual(self.run_by_hand(directory="else$where").code, 0)
+        tree = self.tree("else$where")
+        self.assertIn("readme.txt", tree)
+        shutil.rmtree(self.host("else$where"))
+        result = self.run_from("config.xml")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertEqual(set(self.tree("else$where")), set(tree))
+        settings = self.read_text("else$where/conf/settings.ini")
+        self.assertIn("DIR=" + self.native("else$where").replace("/", "\\") + "\n", settings)
+
+    def test_a_variable_follows_answers_that_somebody_edited(self):
+        self.assertEqual(self.run_by_hand().code, 0)
+        first, second = (self.native(name).replace("/", "\\") for name in ("elsewhere", "other"))
+        self.write("answers.xml", self.read_text("config.xml").replace(first, second))
+        result = self.run_from("answers.xml")
+        self.assertEqual(result.code, 0, result)
+        self.assertIn(f"DERIVED={second}/derived\n", self.read_text("other/conf/settings.ini"))
 
     def test_a_run_from_answers_leaves_none_even_with_normal_output(self):
         self.assertEqual(self.run_by_hand().code, 0)

@@ -5,6 +5,7 @@ Checked without the help of the programs under test.
 
 import re
 import shutil
+import sqlite3
 import subprocess
 import unittest
 
@@ -32,10 +33,28 @@ class ChangesTest(UninstallTest):
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.machine.environment({}),
                        cwd=self.machine.prefix.directory)
 
+    def variables(self):
+        """The system's variables: name -> (type, text)."""
+        found = self.registry("HKLM", ENVIRONMENT_KEY)
+        return found[""] if found else {}
+
     def environment(self):
         """The system's variables: name -> text."""
-        found = self.registry("HKLM", ENVIRONMENT_KEY)
-        return {name: text for name, (_, text) in found[""].items()} if found else {}
+        return {name: text for name, (_, text) in self.variables().items()}
+
+    def database(self, *statements):
+        """Changes the registry of Linux directly, without the programs under test."""
+        connection = sqlite3.connect(self.host("state/registry.db"))
+        for statement in statements:
+            connection.execute(statement)
+        connection.commit()
+        connection.close()
+
+    def fails_to_install(self, **build):
+        self.build(**build)
+        result = self.run_program(self.setup, "-auto")
+        self.assertIn("There were errors during the installation.", result.out, result)
+        return result
 
 
 class RegistryChanges(ChangesTest):
@@ -74,6 +93,76 @@ class RegistryChanges(ChangesTest):
         self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test"), {"": {}, "New": {}})
 
 
+    def test_the_default_value_of_a_key_comes_and_goes(self):
+        place = 'Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/Default"'
+        self.install(changes=self.in_registry(f'<AddValue {place} Value="Kept" ActionLog="1==0">a</AddValue>'
+                                              f'<AddValue {place} Value="">mine</AddValue>'))
+        values = self.registry("HKCU", "Software\\Tandrel Test\\Default")[""]
+        self.assertIn(("REG_SZ", "mine"), values.values())
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test\\Default"), {"": {"Kept": ("REG_SZ", "a")}})
+        self.assert_nothing_left()
+
+    def test_a_value_that_cannot_be_written_fails_the_installation_and_is_named(self):
+        result = self.fails_to_install(changes=self.in_registry(
+            '<AddValue Place="HKEY_NOWHERE" Path="Software/Tandrel Test" Value="Name">a</AddValue>'
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/After" Value="A">a</AddValue>'))
+        self.assertIn("FAILED to write the value HKEY_NOWHERE\\Software\\Tandrel Test: Name", result.err)
+        self.assertEqual(self.registry("HKCU", "Software\\Tandrel Test\\After"), {"": {"A": ("REG_SZ", "a")}})
+
+    @unittest.skipIf(WINDOWS, "its registry can't be made to refuse one value")
+    def test_a_value_that_cannot_be_deleted_fails_the_uninstallation_and_is_named(self):
+        self.install(changes=self.in_registry(
+            '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/A" Value="Name">a</AddValue>'))
+        self.database("CREATE TRIGGER refusal BEFORE DELETE ON entries WHEN old.name = CAST('Name' AS BLOB) "
+                      "BEGIN SELECT RAISE(FAIL, 'refused'); END")
+        result = self.uninstall()
+        self.assertIn("FAILED to delete the value HKEY_CURRENT_USER\\Software\\Tandrel Test\\A: Name", result.err)
+        self.assertIn("There were errors during the uninstall.", result.out)
+        self.assertEqual(result.code, FAILED, result)
+
+    def test_a_value_that_the_user_deleted_is_no_failure(self):
+        place = 'Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/A"'
+        self.install(changes=self.in_registry(f'<AddValue {place} Value="Name">a</AddValue>'
+                                              f'<RemoveValue {place} Value="Name"/>'))
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assert_nothing_left()
+
+
+class Programs(ChangesTest):
+    def test_the_code_of_a_program_that_was_started_is_in_the_log(self):
+        packager = self.native("packager" + EXE)
+        self.install("-debug=1", changes=f"""<AdditionalInstall>
+          <RunProgram Wait="1" Arguments="nonsense">{packager}</RunProgram>
+          <RunProgram Wait="1" Asynchronous="1" Arguments="nonsense">{packager}</RunProgram>
+          <RunProgram Wait="1">[DIR]/none</RunProgram></AdditionalInstall>""")
+        log = (self.machine.temp / "installer_debug.log").read_text("utf-8", "replace")
+        self.assertEqual(len(re.findall(r"packager\S* nonsense ended with the code 2\b", log)), 2, log)
+        self.assertEqual(len(re.findall(r"[^:] ?Program was started : \".*packager\S* nonsense\"", log)), 2, log)
+        self.assertEqual(len(re.findall(r"ERROR: Program was NOT started", log)), 1, log)
+
+
+class EmptyTexts(ChangesTest):
+    def test_elements_that_need_their_text_are_left_out_when_it_is_empty(self):
+        self.write("shared/tool.ini", "[main]\nk=1\n")
+        before = self.variables()
+        self.install(changes="""<Environment><Replace VarName="PATH"></Replace><Append VarName="PATH"/>
+            <Insert VarName="TANDREL_TEST_HOME"> </Insert></Environment>
+          <IniFiles><Add FileName="[SHARED]/tool.ini" Section="main" Key="k"></Add></IniFiles>
+          <ModifyFiles><File Path="[SHARED]/shared.txt" Command="AddAfter"></File></ModifyFiles>
+          <Shortcuts><Add Type="File" Dest="[DIR]/menu" Target="[DIR]/data.txt"></Add></Shortcuts>
+          <Firewall><Port Port="8317"></Port></Firewall>""" + self.in_registry(
+              '<AddValue Place="HKEY_CURRENT_USER" Path="Software/Tandrel Test/A" Value="Name"></AddValue>'))
+        self.assertEqual(self.variables(), before)
+        self.assertEqual(self.read_text("shared/tool.ini"), "[main]\nk=1\n")
+        self.assertIsNone(self.registry("HKCU", "Software\\Tandrel Test"))
+        self.assertFalse(self.host("opt/product/menu").exists())
+        self.assertEqual(self.uninstall().code, 0)
+        self.assert_nothing_left()
+
+
 class Links(ChangesTest):
     CHANGES = f"""<Shortcuts>
       <Add Type="File" Dest="[DIR]/../menu/deep" Target="[DIR]/bin/tool{EXE}" Arguments="-x 1" StartPath="[DIR]"
@@ -108,6 +197,18 @@ class Links(ChangesTest):
         self.assertIn("FAILED to remove  shortcut ", result.out)
         self.assertEqual(self.tree("opt/menu"), {f"Mine{LINK}": b"mine"})
         self.assertEqual(result.code, FAILED, result)  # for the directory that stays
+
+    def test_a_link_that_cannot_be_removed_fails_the_uninstallation(self):
+        self.install(changes=f"""<Shortcuts><Add Type="URL" Dest="[SHARED]" Target="https://test.example/">Site{URL}</Add>
+          </Shortcuts>""")
+        link = self.host(f"shared/Site{URL}")
+        link.unlink()
+        link.mkdir()
+        result = self.uninstall()
+        self.assertIn("FAILED to remove  shortcut ", result.out)
+        self.assertIn("There were errors during the uninstall.", result.out)
+        self.assertEqual(result.code, FAILED, result)
+        self.assertTrue(link.is_dir())
 
     @unittest.skipIf(WINDOWS, "the desktop's own format of entries")
     def test_the_uninstall_link_contains_a_command_that_uninstalls(self):
@@ -175,9 +276,67 @@ class EnvironmentChanges(ChangesTest):
         self.assertEqual(present, before)
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
-        # A variable that didn't exist before the addition stays, empty.
-        self.assertEqual(self.environment(), {**before, "TANDREL_TEST_LIST": ""})
+        self.assertEqual(self.environment(), before)
         self.assert_nothing_left()
+
+    def make_expandable(self, name):
+        if WINDOWS:
+            self.reg("add", "HKLM\\" + ENVIRONMENT_KEY, "/v", name, "/t", "REG_EXPAND_SZ", "/d",
+                     self.environment()[name], "/f")
+        else:
+            self.database(f"UPDATE entries SET type = 2 WHERE name = CAST('{name}' AS BLOB)")
+
+    def test_a_variable_with_references_keeps_its_type(self):
+        self.earlier({"TANDREL_TEST_HOME": "%SystemRoot%\\home", "TANDREL_TEST_LIST": "%SystemRoot%;two"})
+        for name in ("TANDREL_TEST_HOME", "TANDREL_TEST_LIST"):
+            self.make_expandable(name)
+        before = self.variables()
+        self.assertEqual(before["TANDREL_TEST_LIST"], ("REG_EXPAND_SZ", "%SystemRoot%;two"))
+        self.install(changes=self.VALUES)
+        present = self.variables()
+        self.assertEqual(present["TANDREL_TEST_HOME"], ("REG_EXPAND_SZ", self.dir))
+        self.assertEqual(present["TANDREL_TEST_LIST"], (
+            "REG_EXPAND_SZ", f'{self.native("shared")};%SystemRoot%;two;{self.dir}/bin'))
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.variables(), {**before, "TANDREL_TEST_LIST": ("REG_EXPAND_SZ", "%SystemRoot%;two;")})
+        self.assert_nothing_left()
+
+    def test_only_whole_entries_are_taken_out_of_a_list(self):
+        self.earlier({"TANDREL_TEST_LIST": f"{self.dir}/bin2;{self.dir}/bin/x", "TANDREL_TEST_HOME": f"x{self.dir};y"})
+        before = self.environment()
+        self.install(changes="""<Environment><Append VarName="TANDREL_TEST_LIST">[DIR]/bin</Append>
+          <Insert VarName="TANDREL_TEST_HOME">[DIR]</Insert></Environment>""")
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.environment(), {**before, "TANDREL_TEST_LIST": before["TANDREL_TEST_LIST"] + ";"})
+        self.assert_nothing_left()
+
+    def test_an_entry_that_has_gone_is_reported_and_the_list_stays(self):
+        self.earlier({"TANDREL_TEST_LIST": "one"})
+        self.install(changes="""<Environment><Append VarName="TANDREL_TEST_LIST">[DIR]/bin</Append></Environment>""" +
+                     self.in_registry(f'<AddValue Place="HKEY_LOCAL_MACHINE" Path="{ENVIRONMENT_KEY}"'
+                                      ' Value="TANDREL_TEST_LIST" Expand="1" ActionLog="1==0">one;[DIR]/bin2</AddValue>'))
+        result = self.uninstall()
+        self.assertIn("FAILED to erase from TANDREL_TEST_LIST\n", result.out)
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.environment()["TANDREL_TEST_LIST"], f"one;{self.dir}/bin2")
+
+    @unittest.skipIf(WINDOWS, "its registry can't be made to refuse one value")
+    def test_a_variable_that_cannot_be_written_back_fails_the_uninstallation(self):
+        self.earlier({"TANDREL_TEST_LIST": "one"})
+        self.install(changes="""<Environment><Append VarName="TANDREL_TEST_LIST">[DIR]/bin</Append></Environment>""")
+        self.database("CREATE TRIGGER refusal BEFORE UPDATE ON entries WHEN old.name = CAST('TANDREL_TEST_LIST' AS BLOB)"
+                      " BEGIN SELECT RAISE(FAIL, 'refused'); END")
+        result = self.uninstall()
+        self.assertIn("FAILED to erase from TANDREL_TEST_LIST\n", result.out)
+        self.assertIn("There were errors during the uninstall.", result.out)
+        self.assertEqual(result.code, FAILED, result)
+
+    @unittest.skipIf(WINDOWS, "programs read the registry there")
+    def test_an_environment_script_that_cannot_be_written_fails_the_installation(self):
+        self.write("state/environment.sh/in the way", "")
+        self.fails_to_install(changes=self.VALUES)
 
     @unittest.skipIf(WINDOWS, "the system reads its own registry there")
     def test_a_login_shell_sees_them_as_long_as_the_product_is_installed(self):
@@ -236,6 +395,48 @@ class FileEdits(ChangesTest):
         self.assertEqual(result.code, 0, result)
         # The section that was created stays, empty.
         self.assertEqual(self.read_text("shared/tool.ini"), before + "[more]\n")
+
+    def test_another_spelling_of_a_key_stays_as_it_was(self):
+        before = "[Main]\nlevel = 3\nWhere=there\n[main]\nlevel=4\n"
+        self.write("shared/tool.ini", before)
+        self.install(changes="""<IniFiles><Add FileName="[SHARED]/tool.ini" Section="Main" Key="level">9</Add>
+          <Add FileName="[SHARED]/tool.ini" Section="Main" Key="where">[DIR]</Add></IniFiles>""")
+        self.assertEqual(self.read_text("shared/tool.ini"),
+                         f"[Main]\nlevel = 3\nWhere=there\nlevel=9\nwhere={self.dir}\n[main]\nlevel=4\n")
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.read_text("shared/tool.ini"), before)
+
+    def test_an_earlier_value_comes_back_into_a_file_that_has_gone_and_a_new_one_makes_none(self):
+        self.write("shared/old.ini", "[main]\nlevel=3\n")
+        self.write("shared/new.ini", "[main]\n")
+        self.install(changes="""<IniFiles><Add FileName="[SHARED]/old.ini" Section="main" Key="level">9</Add>
+          <Add FileName="[SHARED]/new.ini" Section="main" Key="level">9</Add></IniFiles>""")
+        for name in ("old", "new"):
+            self.host(f"shared/{name}.ini").unlink()
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertIn(f'Restore [main]/level in {self.native("shared")}/old.ini\n', result.out)
+        self.assertEqual(self.read_text("shared/old.ini"), "[main]\nlevel=3\n")
+        self.assertFalse(self.host("shared/new.ini").exists())
+
+    def test_nothing_comes_back_into_a_file_of_the_product_itself(self):
+        self.install(changes="""<FileSet Name="Settings"><FN Dest="[DIR]">tool.ini</FN></FileSet>
+          <IniFiles><Add FileName="[DIR]\\tool.ini" Section="main" Key="level">9</Add></IniFiles>""",
+                     files={"tool.ini": "[main]\nlevel=3\n"})
+        self.assertIn("REPLACE", "\n".join(self.action_log("opt/product/un/install.log")))
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assert_nothing_left()
+
+    def test_a_file_that_cannot_be_written_back_fails_the_uninstallation(self):
+        self.write("shared/tool.ini", "[main]\nlevel=3\n")
+        self.install(changes="""<IniFiles><Add FileName="[SHARED]/tool.ini" Section="main" Key="level">9</Add></IniFiles>""")
+        self.host("shared/tool.ini").unlink()
+        self.host("shared/tool.ini").mkdir()
+        result = self.uninstall()
+        self.assertIn(f'FAILED to restore [main]/level in {self.native("shared")}/tool.ini\n', result.out)
+        self.assertEqual(result.code, FAILED, result)
 
     def test_lines_are_added_to_a_file_and_removed_again_and_those_of_the_user_stay(self):
         self.write("shared/list.txt", "one\ntwo\nthree\n")

@@ -436,7 +436,8 @@ class Documents(ConsoleTest):
         terminal.type("\r")
         code, rest = terminal.rest()
         self.assertEqual(code, 0, rest)
-        self.assert_shown(rest, "\n" + "".join(line + "\n" for line in LINES))
+        held = 'Nothing was installed: the run was held on the page "RunningApps"\n'
+        self.assert_shown(rest, "\n" + "".join(line + "\n" for line in LINES) + held)
         self.assertFalse(self.host("opt").exists())
 
 

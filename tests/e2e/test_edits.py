@@ -80,6 +80,19 @@ class EditsTest(EndToEndTest):
         self.uninstall()
         self.assertFalse((self.machine.root / "state" / "environment.sh").exists())
 
+    @unittest.skipIf(WINDOWS, "programs read the registry there")
+    def test_a_login_sees_what_others_have_added_after_the_product_has_gone(self):
+        self.install()
+        text = description(self.native("opt/second"), SETS.split("<Environment>")[0] + f"""<Environment>
+          <Append VarName="{self.prefix}_LIST">{self.native("opt/product")}/bin2</Append></Environment>""",
+                           farewell='<CopyProgress Special="AutoNext"/>')
+        second = self.build_package(text, {"menu.changes": "1\nFile\n1\nGreeter\n"}, output="second" + EXE)
+        self.assertIn("The installation was successful.", self.run_program(second, "-auto").out)
+        self.assertEqual(self.login("LIST"), ":".join(
+            ["first", self.native("opt/product") + "/bin", self.native("opt/product") + "/bin2"]))
+        self.uninstall()
+        self.assertEqual(self.login("LIST"), self.native("opt/product") + "/bin2")
+
     def test_the_files_contain_what_was_added(self):
         self.install()
         self.assertEqual(self.lines("other/settings.ini"),
@@ -92,9 +105,8 @@ class EditsTest(EndToEndTest):
         self.assertEqual(self.lines("other/settings.ini"), INI)
         self.assertEqual(self.lines("other/menu.txt"), MENU)
         self.assertIsNone(self.variable("DEMO"))
-        # A variable that didn't exist before the addition stays, empty.
-        self.assertEqual(self.variable("LIST"), ("REG_SZ", ""))
-        self.assertEqual(self.variable("DIRS"), ("REG_SZ", ""))
+        self.assertIsNone(self.variable("LIST"))
+        self.assertIsNone(self.variable("DIRS"))
         self.assertFalse(self.host("opt/product").exists())
 
     def test_changes_of_the_user_stay(self):

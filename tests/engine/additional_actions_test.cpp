@@ -96,10 +96,34 @@ TEST_F(AdditionalActionsTest, StartsAProgramWithoutWaitingForItsEnd) {
     EXPECT_EQ(machine_.processes.started[0].workDirectory, "");
 }
 
-TEST_F(AdditionalActionsTest, TakesAProgramThatEndedWithAnErrorForNotStarted) {
-    machine_.processes.exitCodes = {3};
-    EXPECT_THAT(run("<RunProgram Wait='1' Arguments='a'>p</RunProgram>"),
-                ElementsAre("ERROR: Program was NOT started : \"p a\""));
+TEST_F(AdditionalActionsTest, LogsTheCodeOfAProgramThatWasStartedAndEnded) {
+    for (const char* how : {"Wait='1'", "Asynchronous='1'"}) {
+        machine_.processes.exitCodes = {3, -1};
+        for (const char* code : {"3", "-1"}) {
+            EXPECT_THAT(run("<RunProgram " + std::string(how) + " Arguments='a'>p</RunProgram>"),
+                        ElementsAre("ERROR: \"p\" a ended with the code " + std::string(code),
+                                    "Program was started : \"p a\""));
+        }
+    }
+}
+
+TEST_F(AdditionalActionsTest, LogsThatAProgramWasNotStarted) {
+    machine_.processes.startError = 2;
+    for (const char* how : {"", "Wait='1'", "Asynchronous='1'"}) {
+        EXPECT_EQ(run("<RunProgram " + std::string(how) + " Arguments='a'>p</RunProgram>").back(),
+                  "ERROR: Program was NOT started : \"p a\"");
+    }
+}
+
+TEST_F(AdditionalActionsTest, FailsWhenTheRegistryCouldNotBeWritten) {
+    machine_.registry.setReadOnly("k");
+    describe(
+        "<Post><Registry><AddValue Place='HKEY_USERS' Path='k' Value='v'>x</AddValue></Registry>"
+        "<RunProgram>p</RunProgram></Post><Other><RunProgram>none</RunProgram></Other>");
+    EXPECT_FALSE(actions_.run("Post"));
+    EXPECT_THAT(started(), ElementsAre("\"p\""));
+    machine_.processes.startError = 2;
+    EXPECT_TRUE(actions_.run("Other"));
 }
 
 TEST_F(AdditionalActionsTest, PassesTheTextOnByteForByteWithBothDetails) {

@@ -4,6 +4,7 @@
 #include "description/default_values_reader.h"
 #include "description/log_variable_source.h"
 #include "engine_fixture.h"
+#include "platform/error_text.h"
 #include "support/text_mode.h"
 
 namespace {
@@ -79,10 +80,19 @@ TEST_F(ConfigurationExportTest, EscapesNamesAndValues) {
 }
 
 TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) {
-    const std::vector<std::pair<std::string, std::string>> values = {
-        {"A", "one"},       {"EMPTY", ""},          {"XML", "<a b='c'>&amp;\"</a>"},
-        {"UTF", "Grüße €"}, {"SECRET", "p<w>&'\""}, {"LONG", std::string(1023, 'l')},
-        {"DIR", "C:\\x/y"}, {"BLANKS", "a  b\tc"}};
+    const std::vector<std::pair<std::string, std::string>> values = {{"A", "one"},
+                                                                     {"EMPTY", ""},
+                                                                     {"XML", "<a b='c'>&amp;\"</a>"},
+                                                                     {"UTF", "Grüße €"},
+                                                                     {"SECRET", "p<w>&'\""},
+                                                                     {"LONG", std::string(1023, 'l')},
+                                                                     {"DIR", "C:\\x/y"},
+                                                                     {"BLANKS", "a  b\tc"},
+                                                                     {"DOLLAR", "pa$word$$x$"},
+                                                                     {"FRONT", " x"},
+                                                                     {"BACK", "x\n"},
+                                                                     {"TOO_LONG", std::string(1559, 'l')},
+                                                                     {"QUOTES", " <'\"&amp;> "}};
     for (const auto& [name, text] : values) {
         variables_.set(name.c_str(), text.c_str());
     }
@@ -105,19 +115,33 @@ TEST_F(ConfigurationExportTest, GivesTheSameVariablesToTheReaderOfDescriptions) 
     }
 }
 
-TEST_F(ConfigurationExportTest, SaysWhichValuesTheFormCanNotRepeat) {
+TEST_F(ConfigurationExportTest, WritesWhatATextCannotRepeatAsADefault) {
     variables_.set("DOLLAR", "pa$word");
-    variables_.set("LONG", std::string(1024, 'l').c_str());
-    variables_.set("FRONT", " x");
-    variables_.set("BACK", "x\n");
     EXPECT_TRUE(write());
-    std::vector<std::string> lines;
-    for (const char* name : {"DOLLAR", "LONG", "FRONT", "BACK"}) {
-        lines.push_back("WARNING: The value of \"" + std::string(name) +
-                        "\" can't be repeated from a configuration file");
-    }
-    EXPECT_EQ(log_.lines(), lines);
-    EXPECT_EQ(written()[2], value("DOLLAR", "pa$word"));
+    EXPECT_EQ(written()[2], " <Value Name=\"DOLLAR\" DataType=\"envvar\" Default=\"pa$word\"></Value>");
+}
+
+// What the description gives and nobody has changed.
+TEST_F(ConfigurationExportTest, LeavesOutWhatIsStillFromItsOrigin) {
+    variables_.store("FOLLOWS", {"one/doc", "$A/doc", "zero/doc"}, true);
+    variables_.noteOrigin("FOLLOWS", VariableOrigin::kFollowing, "zero/doc");
+    variables_.store("ONCE", {"/opt/x", "$BASE/x", "/opt/x"}, false);
+    variables_.noteOrigin("ONCE", VariableOrigin::kExpression, "/opt/x");
+    variables_.set("FOUND", "yes");
+    variables_.noteOrigin("FOUND", VariableOrigin::kDetected, "yes");
+    variables_.set("FIXED", "text");
+    variables_.noteOrigin("FIXED", VariableOrigin::kGiven, "text");
+    EXPECT_TRUE(write());
+    EXPECT_EQ(written(), (std::vector<std::string>{"<DefValues>", value("A", "one"), value("FIXED", "text"),
+                                                   "</DefValues>"}));
+    variables_.set("FOLLOWS", "elsewhere");
+    variables_.set("ONCE", "elsewhere");
+    variables_.set("FOUND", "no");
+    EXPECT_TRUE(write());
+    EXPECT_EQ(written(),
+              (std::vector<std::string>{"<DefValues>", value("A", "one"), value("FOLLOWS", "elsewhere"),
+                                        value("ONCE", "elsewhere"), value("FOUND", "no"),
+                                        value("FIXED", "text"), "</DefValues>"}));
 }
 
 TEST_F(ConfigurationExportTest, WritesAnEmptySectionWithoutVariables) {
@@ -179,6 +203,18 @@ TEST_F(ConfigurationExportTest, LeavesALinkAndWhatItLeadsTo) {
     EXPECT_FALSE(write());
     EXPECT_EQ(files_.kindOf(kPath), platform::PathKind::kLink);
     EXPECT_EQ(files_.content("/home/answers.xml"), "<DefValues></DefValues>");
+}
+
+TEST_F(ConfigurationExportTest, SaysWhyItFailed) {
+    ConfigurationExport configuration(variables_, exclusions_, files_, log_);
+    files_.addFile(kPath, "<configuration/>");
+    EXPECT_FALSE(configuration.write(kPath));
+    EXPECT_EQ(configuration.reason(),
+              "something else than a configuration file of an installer is there, and stays as it is");
+    files_.removeFile(kPath);
+    files_.failAt(Operation::kMoveFile, "", 1, 28);
+    EXPECT_FALSE(configuration.write(kPath));
+    EXPECT_EQ(configuration.reason(), platform::errorText(28));
 }
 
 TEST_F(ConfigurationExportTest, FailsWhereNothingCanBeMade) {

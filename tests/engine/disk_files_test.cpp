@@ -126,6 +126,9 @@ TEST_F(DiskFilesTest, RefusesADeviceInThePlaceOfAFile) {
     files_.addDevice("/app/file.txt");
     EXPECT_FALSE(compare("content").exists);
     EXPECT_FALSE(write("content"));
+    EXPECT_EQ(disk_.takeFailure(), -1);
+    EXPECT_TRUE(disk_.write("/app/other.txt", false, "content"));
+    EXPECT_EQ(disk_.takeFailure(), 0);
     EXPECT_EQ(files_.kindOf("/app/file.txt"), platform::PathKind::kOther);
 }
 
@@ -139,6 +142,8 @@ TEST_F(DiskFilesTest, NoticesAFailureThatTheSystemReportsAtTheClosing) {
     files_.failAt(Operation::kClose, "/app/.tandrel-1.tmp", 1, 112);
     EXPECT_FALSE(write("content"));
     EXPECT_TRUE(log_.hasLine("- ERROR: Writing file failed (iores = 112, written = 7)"));
+    EXPECT_EQ(disk_.takeFailure(), 112);
+    EXPECT_EQ(disk_.takeFailure(), 0);
 }
 
 TEST_F(DiskFilesTest, DoesNotWriteIntoADirectory) {

@@ -72,6 +72,15 @@ TEST_F(InstallationRunTest, GoesOnAfterAFailedPhaseAndReportsIt) {
     EXPECT_TRUE(files_.hasFile("/app/install.log"));
 }
 
+TEST_F(InstallationRunTest, FailsWhenAnActionCouldNotWriteIntoTheRegistry) {
+    machine_.registry.setReadOnly("k");
+    describe(std::string(kUninstall) +
+             "<AdditionalInstall><Registry><AddValue Place='HKEY_USERS' Path='k' Value='v'>x</AddValue>"
+             "</Registry></AdditionalInstall>");
+    EXPECT_FALSE(install());
+    EXPECT_EQ(ui_.countOf("setStatusText(\"There were errors during the installation.\")"), 1);
+}
+
 TEST_F(InstallationRunTest, LeavesTheDecisionAloneWhenErrorsAreIgnored) {
     describeProduct("", kUninstall, kFailingChange);
     ui_.ignoreErrors = 1;

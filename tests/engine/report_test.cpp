@@ -89,6 +89,17 @@ TEST(ReportTest, TakesTheReasonsOfTheRegistryByItsOwnNumbers) {
                   "addMessage(\"a.txt: the package lacks it\")"}));
 }
 
+TEST(ReportTest, KnowsWhatStandsInTheWayOfAFile) {
+    RecordingUI ui;
+    Report report(&ui, nullptr);
+    report.addFileReason("/opt/a", -1);
+    report.addFileReason("/opt/a", ENOSPC);
+    report.addFileReason("/opt/a", 0);
+    EXPECT_EQ(ui.calls,
+              (std::vector<std::string>{"addMessage(\"/opt/a: something else than a file is in its place\")",
+                                        "addMessage(\"/opt/a: " + platform::errorText(ENOSPC) + "\")"}));
+}
+
 TEST(ReportTest, HasNoReasonForASuccess) {
     RecordingUI ui;
     Report report(&ui, nullptr);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "fakes/fake_platform.h"
 #include "installer/console_control.h"
 #include "platform/program.h"
@@ -121,6 +123,29 @@ TEST_F(InstallerProgramTest, AMissingActionLogFailsTheSecondStage) {
 TEST_F(InstallerProgramTest, NobodyIsReachableByTheControlHandlerAfterwards) {
     run({"-auto"});
     EXPECT_TRUE(handleConsoleControl(platform::ControlEvent::kInterrupt));
+}
+
+TEST_F(InstallerProgramTest, SaysWhyTheSecondStageCannotStart) {
+    EXPECT_EQ(run({"-uninstallFile=/none.log", "-gui=0"}), -1);
+    EXPECT_TRUE(machine_.console.errors.starts_with("The uninstallation can't start: /none.log: "))
+        << machine_.console.errors;
+    EXPECT_EQ(std::count(machine_.console.errors.begin(), machine_.console.errors.end(), '\n'), 1);
+}
+
+TEST_F(InstallerProgramTest, SaysWhyASeparateFileCannotBeUsed) {
+    machine_.files.addFile("/payload.bin", "no package at all");
+    EXPECT_EQ(run({"-auto", "-bin=/payload.bin"}), 0);
+    EXPECT_TRUE(machine_.console.errors.starts_with("/payload.bin: the package can't be read (-"))
+        << machine_.console.errors;
+    EXPECT_EQ(machine_.console.output.find("successful"), std::string::npos);
+}
+
+TEST_F(InstallerProgramTest, ReportsOptionsThatTheSecondStageDoesNotGet) {
+    machine_.files.addFile("/product/log", "log");
+    EXPECT_EQ(run({"-uninstall=/product/log", "-gui=0", "-VARIABLE_X=1", "-GUI=0"}), 0);
+    EXPECT_EQ(machine_.console.errors,
+              "-VARIABLE_X: this option has no effect on an uninstallation\n"
+              "-GUI: this option has no effect on an uninstallation\n");
 }
 
 }  // namespace

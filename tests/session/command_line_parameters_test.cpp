@@ -99,4 +99,14 @@ TEST(CommandLineParametersTest, KeepsTextsInPlaceWhenTheListGrows) {
     EXPECT_EQ(value->data(), parameters.find("n0")->data());
 }
 
+TEST(CommandLineParametersTest, KnowsAnEmptiedValueFromASwitch) {
+    CommandLineParameters parameters;
+    ASSERT_EQ(parameters.parse({"-a=", "-b", "-c=1", "-d=\"\"", "-e=", "word"}), 0);
+    std::vector<bool> emptied;
+    for (int i = 0; i < parameters.getCount(); ++i) {
+        emptied.push_back(parameters.isArgumentEmptied(i));
+    }
+    EXPECT_EQ(emptied, (std::vector<bool>{true, false, false, true, false}));
+}
+
 }  // namespace

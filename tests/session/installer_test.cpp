@@ -144,6 +144,7 @@ TEST_F(InstallerTest, EndsWithAConfigurationFileThatCannotBeRead) {
     EXPECT_EQ(ui_.countOf("messageBox(\"Error loading configuration file \\\"/none.xml\\\"") +
                   ui_.countOf("messageBox(\"Error loading configuration file \"/none.xml\""),
               1);
+    EXPECT_EQ(ui_.countOf("addMessage(\"/none.xml: "), 1);
 }
 
 TEST_F(InstallerTest, LaysConfigurationFileAndCommandLineOverTheDefaults) {
@@ -431,6 +432,99 @@ TEST_F(InstallerTest, PassesOnTheCabinetsResult) {
     EXPECT_EQ(session_.loadCabinet("/bad", 0, 0), -5);
     EXPECT_EQ(session_.loadCabinet("/none", 0, 0), -2);
     EXPECT_TRUE(log_.hasLine("ERROR: Failed to open /none for decompressing!"));
+}
+
+// What a session says when it doesn't do its work.
+
+TEST_F(InstallerTest, SaysInOneLineWhyItCannotStart) {
+    const auto messagesOf = [this](const std::string& description) {
+        load(description);
+        EXPECT_EQ(run(), -1);
+        return Lines(ui_.callsOf("addMessage"));
+    };
+    EXPECT_EQ(messagesOf(document("<Dialogs/>")),
+              Lines{"addMessage(\"The installation can't start: the description doesn't name a product\")"});
+    ui_.take();
+    EXPECT_EQ(
+        messagesOf(document(kProduct)),
+        Lines{
+            "addMessage(\"The installation can't start: the description has no pages that can be shown\")"});
+    ui_.take();
+    EXPECT_EQ(messagesOf(document(std::string(kProduct) + "<Dialogs><Hello/></Dialogs>")),
+              Lines{"addMessage(\"The installation can't start: the description has no default values\")"});
+}
+
+TEST_F(InstallerTest, SaysWhichFileKeepsItFromUninstalling) {
+    ASSERT_EQ(loadLog("/lost.xml\r\n\r\nNUMVARS\t0\r\n"), 0);
+    EXPECT_EQ(run(), -1);
+    const Lines messages = ui_.callsOf("addMessage");
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(messages[0].starts_with("addMessage(\"The uninstallation can't start: /lost.xml: "))
+        << messages[0];
+}
+
+TEST_F(InstallerTest, KnowsWhyALogCannotBeOpened) {
+    EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionActionLog), -1);
+    EXPECT_FALSE(session_.loadError().empty());
+    files_.addFile("/none.log", "x");
+    EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionBackup), -3);
+    EXPECT_EQ(session_.loadError(), "the package can't be read (-3)");
+}
+
+TEST_F(InstallerTest, SaysWhereARunEndedThatInstalledNothing) {
+    load(document(
+        std::string(kProduct) +
+        "<Dialogs><Hello/><CopyProgress Condition='0==1'/><End Special='Finish'/></Dialogs><DefValues/>"));
+    ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(session_.hasErrors());
+    EXPECT_EQ(ui_.callsOf("addMessage"),
+              Lines{"addMessage(\"Nothing was installed: the run ended on the page \"End\"\")"});
+}
+
+TEST_F(InstallerTest, FailsWhenTheFrontEndDoesAfterTheWork) {
+    load(document(std::string(kProduct) +
+                  "<Dialogs><Hello/><CopyProgress/><End Special='Finish'/></Dialogs><DefValues/>"
+                  "<Installation><Uninstall><InstallLogFile>/tmp/install.log</InstallLogFile></Uninstall>"
+                  "</Installation>"));
+    ui_.script = [this] {
+        session_.dialogNext(&ui_, 1);
+        EXPECT_FALSE(session_.hasErrors());
+        return -1;
+    };
+    EXPECT_EQ(run(), -1);
+    EXPECT_TRUE(session_.hasErrors());
+    EXPECT_EQ(ui_.countOf("addMessage"), 0);
+}
+
+TEST_F(InstallerTest, FailsWhenItIsCancelledAfterTheWork) {
+    load(document(std::string(kProduct) +
+                  "<Dialogs><Hello/><CopyProgress/><End Special='Finish'/></Dialogs><DefValues/>"
+                  "<Installation><Uninstall><InstallLogFile>/tmp/install.log</InstallLogFile></Uninstall>"
+                  "</Installation>"));
+    ui_.script = [this] {
+        session_.dialogNext(&ui_, 1);
+        session_.cancel(&ui_);
+        return 0;
+    };
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(session_.hasErrors());
+}
+
+TEST_F(InstallerTest, RemarksOnNamesThatNobodyKnows) {
+    session_.configFile = "/answers.xml";
+    files_.addFile("/answers.xml", "<DefValues><Value Name='C' DataType='value'>x</Value></DefValues>");
+    CommandLineParameters parameters;
+    ASSERT_EQ(parameters.parse({"-VARIABLE_A=1", "-VARIABLE_B=1", "-known=1", "-unknown"}), 0);
+    session_.setParameters(&parameters, {"known"});
+    load(document(
+        std::string(kProduct) +
+        "<Dialogs><Hello/></Dialogs><DefValues><Value Name='A' DataType='value'>1</Value></DefValues>"));
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(ui_.callsOf("addMessage(\"-"),
+              (Lines{"addMessage(\"-VARIABLE_B: the description has no variable B\")",
+                     "addMessage(\"-unknown: there is no such option, and it has no effect\")"}));
+    EXPECT_EQ(ui_.countOf("addMessage(\"/answers.xml: the description has no variable C\""), 1);
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TEST_F(PageWorkFinishTest, LeavesAFileThatRepeatsARunByHand) {
     EXPECT_NE(config().find("<Value Name=\"LATE\" DataType=\"value\">new</Value>"), std::string::npos);
     EXPECT_NE(config().find("\"UNLOGGED\""), std::string::npos);
     EXPECT_EQ(config().find("\"UNEXPORTED\""), std::string::npos);
-    EXPECT_FALSE(session_.hasErrors());
+    EXPECT_FALSE(session_.navigation().lastWorkFailed);
 }
 
 TEST_F(PageWorkFinishTest, ReportsTheFileInThreeLinesAndFlushesTheLast) {
@@ -115,7 +115,7 @@ TEST_F(PageWorkFinishTest, OnlyReportsAFileThatCannotBeWritten) {
     files_.setReadOnly("/opt/product");
     EXPECT_EQ(finish(), 0);
     EXPECT_EQ(shown(), Lines{"addFileLine(\"The installer could not create configuration file!\", 1)"});
-    EXPECT_FALSE(session_.hasErrors());
+    EXPECT_FALSE(session_.navigation().lastWorkFailed);
     EXPECT_EQ(session_.getCurrentDialog(), 3);
 }
 
@@ -174,7 +174,7 @@ TEST_F(PageWorkFinishTest, GoesOnWhenActionsFail) {
     EXPECT_EQ(finish("<PostInstall><RunProgram>x</RunProgram></PostInstall>"), 0);
     EXPECT_TRUE(log_.hasLine("ERROR: Program was NOT started : \"x \""));
     EXPECT_TRUE(hasConfig());
-    EXPECT_FALSE(session_.hasErrors());
+    EXPECT_FALSE(session_.navigation().lastWorkFailed);
 }
 
 }  // namespace

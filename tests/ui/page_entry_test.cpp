@@ -209,6 +209,32 @@ TEST_F(PageEntryTest, FinishesTheInstallationAndAsksForAStep) {
     EXPECT_FALSE(state.lastWorkFailed);
 }
 
+TEST_F(PageEntryTest, KeepsTheFailureOfAnEarlierPageForTheWholeRun) {
+    actions.failing = {"installProduct"};
+    enter("CopyProgress");
+    actions.failing.clear();
+    enter("RegisterApplication");
+    enter("PostInstall");
+    EXPECT_FALSE(state.lastWorkFailed);
+    EXPECT_FALSE(state.hasSucceeded());
+}
+
+TEST_F(PageEntryTest, SucceedsWhenAllWorkDid) {
+    for (const char* name : {"Uninstall", "CopyProgress", "RegisterApplication", "PostInstall"}) {
+        enter(name);
+    }
+    EXPECT_TRUE(state.hasSucceeded());
+    state.cancelled = true;
+    EXPECT_FALSE(state.hasSucceeded());
+}
+
+TEST_F(PageEntryTest, SucceedsAtNothingBeforeTheMainWork) {
+    for (const char* name : {"Uninstall", "RegisterApplication", "PostInstall", "Finish"}) {
+        enter(name);
+        EXPECT_FALSE(state.hasSucceeded()) << name;
+    }
+}
+
 TEST_F(PageEntryTest, FailsWhenTheUninstallationCannotBePrepared) {
     actions.failing.insert("prepareUninstall");
     enter("PreUninstall");

@@ -59,7 +59,9 @@ bool DirectoryChange::createLevels(std::string_view path, std::int32_t& outCreat
         if (isKnown(level)) {
             continue;
         }
-        if (context_.machine.files.createDirectory(level) != 0) {
+        const int status = context_.machine.files.createDirectory(level);
+        if (status != 0) {
+            reportLevel(level, status);
             return false;
         }
         known_.insert(level);
@@ -69,6 +71,13 @@ bool DirectoryChange::createLevels(std::string_view path, std::int32_t& outCreat
         known_.emplace(path);
     }
     return true;
+}
+
+// No line of its own says that a directory failed, and each of its files meets the same failure.
+void DirectoryChange::reportLevel(const std::string& level, int status) {
+    if (failed_.insert(level).second) {
+        context_.report.addReason(level, status);
+    }
 }
 
 bool DirectoryChange::isKnown(const std::string& directory) {
@@ -135,8 +144,18 @@ bool DirectoryChange::removeLevel(const std::string& directory) {
     if (files.exists(directory)) {
         removeEmptyDirectories(files, directory);
     }
-    const bool removed = !files.exists(directory);
-    return context_.report.addOutcome(removed, (removed ? "Remove " : "FAILED to remove ") + directory);
+    bool removed = !files.exists(directory);
+    const bool isOurs = removed || files.isOrdinaryDirectory(directory);
+    // The system knows best why it stays.
+    const int status = removed || !isOurs ? 0 : files.removeDirectory(directory);
+    removed = removed || (isOurs && status == 0);
+    context_.report.addOutcome(removed, (removed ? "Remove " : "FAILED to remove ") + directory);
+    if (!isOurs) {
+        context_.report.addReason(directory, "it belongs to the system, or is no directory");
+    } else {
+        context_.report.addReason(directory, status);
+    }
+    return removed;
 }
 
 int removeEmptyDirectories(platform::FileSystem& files, std::string_view path) {

@@ -48,6 +48,7 @@ private:
     };
 
     bool createLevels(std::string_view path, std::int32_t& outCreated);
+    void reportLevel(const std::string& level, int status);
     bool isKnown(const std::string& directory);
     bool remove(const Record& record);
     bool removeLevel(const std::string& directory);
@@ -55,6 +56,7 @@ private:
     ChangeContext context_;
     KeptFiles* kept_;
     std::unordered_set<std::string> known_;
+    std::unordered_set<std::string> failed_;  // levels that couldn't be made, each reported once
     std::vector<Record> toRemove_;
     std::vector<std::string> postponed_;
 };

@@ -196,8 +196,9 @@ bool takeOutInEitherForm(std::string& list, const std::string& addedText) {
     return takeOut(list, addedText) || takeOut(list, collapsed(addedText));
 }
 
-UndoResult resultOf(bool done) {
-    return done ? UndoResult::kDone : UndoResult::kFailed;
+UndoResult resultOf(int status, UndoneRecords& undone) {
+    undone.status = status;
+    return status == platform::kRegOk ? UndoResult::kDone : UndoResult::kFailed;
 }
 
 // The value may be of a time when the product had joined its texts already.
@@ -212,7 +213,7 @@ UndoResult restore(platform::Registry& registry, std::string_view name, const st
     for (const std::string& joined : undone.joinedTexts) {
         takeOutInEitherForm(present.text, joined);
     }
-    return resultOf(EnvironmentChange::write(registry, name, present));
+    return resultOf(EnvironmentChange::write(registry, name, present), undone);
 }
 
 UndoResult removeVariable(platform::Registry& registry, std::string_view name, const std::string&,
@@ -221,7 +222,7 @@ UndoResult removeVariable(platform::Registry& registry, std::string_view name, c
     Value present;
     return EnvironmentChange::read(registry, name, present) == State::kAbsent
                ? UndoResult::kGone
-               : resultOf(EnvironmentChange::erase(registry, name));
+               : resultOf(EnvironmentChange::erase(registry, name), undone);
 }
 
 UndoResult removeText(platform::Registry& registry, std::string_view name, const std::string& text,
@@ -238,10 +239,11 @@ UndoResult removeText(platform::Registry& registry, std::string_view name, const
         return UndoResult::kGone;
     }
     if (present.text.empty() && undone.wasAbsent) {
-        return resultOf(EnvironmentChange::erase(registry, name));
+        return resultOf(EnvironmentChange::erase(registry, name), undone);
     }
     // Nothing was added.
-    return text.empty() ? UndoResult::kDone : resultOf(EnvironmentChange::write(registry, name, present));
+    return text.empty() ? UndoResult::kDone
+                        : resultOf(EnvironmentChange::write(registry, name, present), undone);
 }
 
 struct Undo {
@@ -282,9 +284,11 @@ struct ParsedRecord {
 UndoResult takeBack(platform::Registry& registry, Report& report, const ParsedRecord& record,
                     UndoneRecords& undone) {
     const Undo& undo = *record.undo;
+    undone.status = platform::kRegOk;
     const UndoResult result = undo.run(registry, record.name, std::string(record.text), undone);
     const bool done = result == UndoResult::kDone;
     report.addOutcome(done, lineOf(done, undo.doneWord, undo.failedWord, record.name));
+    report.addRegistryReason(record.name, undone.status);
     return result;
 }
 
@@ -348,13 +352,20 @@ RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report&
     if (plan.isPresent) {
         return {true, std::string(kNone)};
     }
-    const bool done =
-        plan.isPossible && write(machine.registry, entry.name, {plan.value, present.value.isExpandable});
+    const int status = plan.isPossible
+                           ? write(machine.registry, entry.name, {plan.value, present.value.isExpandable})
+                           : platform::kRegBadArgument;
+    const bool done = status == platform::kRegOk;
     const std::string line = lineOf(done, plan.doneWord, plan.failedWord, entry.name);
     if (entry.mode != Mode::kInsert) {
         report.addOutcome(done, line);
     } else if (!done) {
         report.addError(line);  // an insertion never has a line
+    }
+    if (!plan.isPossible) {
+        report.addReason(entry.name, "its value can't be read, or is too long to be brought back");
+    } else {
+        report.addRegistryReason(entry.name, status);
     }
     return {done, plan.isPossible ? plan.undo : std::string()};
 }
@@ -393,7 +404,7 @@ EnvironmentChange::State EnvironmentChange::read(platform::Registry& registry, s
     return State::kFound;
 }
 
-bool EnvironmentChange::write(platform::Registry& registry, std::string_view name, const Value& value) {
+int EnvironmentChange::write(platform::Registry& registry, std::string_view name, const Value& value) {
     const platform::RegistryValue text{value.isExpandable ? platform::kRegExpandString : platform::kRegString,
                                        value.text};
     int status = registry.writeValue(kRoot, kSystemEnvironmentKey, kView, name, text);
@@ -402,9 +413,9 @@ bool EnvironmentChange::write(platform::Registry& registry, std::string_view nam
         registry.createKey(kRoot, kSystemEnvironmentKey, kView, created) == platform::kRegOk) {
         status = registry.writeValue(kRoot, kSystemEnvironmentKey, kView, name, text);
     }
-    return status == platform::kRegOk;
+    return status;
 }
 
-bool EnvironmentChange::erase(platform::Registry& registry, std::string_view name) {
-    return registry.deleteValue(kRoot, kSystemEnvironmentKey, kView, name) == platform::kRegOk;
+int EnvironmentChange::erase(platform::Registry& registry, std::string_view name) {
+    return registry.deleteValue(kRoot, kSystemEnvironmentKey, kView, name);
 }

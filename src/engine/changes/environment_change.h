@@ -78,13 +78,15 @@ public:
     // `outValue` is empty unless the variable is found. References to other variables are read as they are.
     static State read(platform::Registry& registry, std::string_view name, Value& outValue);
     // The key is made where it is missing.
-    static bool write(platform::Registry& registry, std::string_view name, const Value& value);
-    static bool erase(platform::Registry& registry, std::string_view name);
+    // Both: a RegistryStatus.
+    static int write(platform::Registry& registry, std::string_view name, const Value& value);
+    static int erase(platform::Registry& registry, std::string_view name);
 
     // What the records of one variable that were undone so far mean for its next ones.
     struct UndoneRecords {
         bool isRestored = false;               // what was there first is back
         bool wasAbsent = false;                // before a text was joined to it
+        int status = 0;                        // of the last write, as the registry numbers it
         std::vector<std::string> joinedTexts;  // a value that is restored later may still hold them
     };
 

@@ -164,6 +164,9 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
         context_.report.addError(line);
     }
     context_.report.addLine(line, work.flushNow);
+    if (!inPlace) {
+        context_.report.addFileReason(work.path, disk_.takeFailure());
+    }
 }
 
 std::string_view FileChange::createdFile(const LogRecord& record) {
@@ -201,7 +204,8 @@ bool FileChange::remove(const std::string& path) {
     context_.report.pumpEventsWhileCopying();
     bool isGone = true;
     std::string line = "Delete " + path;
-    if (files.removeFile(path) != 0) {
+    const int status = files.removeFile(path);
+    if (status != 0) {
         if (!files.exists(path)) {
             line = "Missing " + path;
         } else if (!FileInUse(files, context_.system, context_.report).deleteFileInUse(path)) {
@@ -214,6 +218,9 @@ bool FileChange::remove(const std::string& path) {
         replaced_.removed.add(path);
     }
     context_.report.addLine(line, context_.report.isFlushDue());
+    if (!isGone) {
+        context_.report.addReason(path, status);
+    }
     return isGone;
 }
 

@@ -110,19 +110,46 @@ bool walk(const std::vector<EditScript::Pair>& pairs, const TextLines& lines, Te
 
 using Walk = bool (EditScript::*)(const TextLines& lines, TextLines& outLines) const;
 
-bool editFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath, Walk walk) {
+// What kept an edit from being made, and of which file.
+struct Fault {
+    std::string_view path;
+    std::string reason;
+};
+
+// Nothing after a success.
+std::optional<Fault> faultOfLoad(TextFile& file, std::string_view path, OUtils::Links links) {
+    switch (file.load(links)) {
+        case TextFile::State::kLoaded:
+            return std::nullopt;
+        case TextFile::State::kMissing:
+            return Fault{path, "there is no such file"};
+        case TextFile::State::kUnreadable:
+            break;
+    }
+    return Fault{path, file.reason()};
+}
+
+// Nothing after a success.
+std::optional<Fault> editFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath,
+                              Walk walk) {
     TextFile source(files, std::string(scriptPath));
     TextFile target(files, std::string(path));
-    if (source.load(OUtils::Links::kFollow) != TextFile::State::kLoaded) {
-        return false;
+    if (const auto fault = faultOfLoad(source, scriptPath, OUtils::Links::kFollow)) {
+        return fault;
     }
     const auto script = EditScript::parse(splitTextLines(source.content()));
-    if (!script || target.load() != TextFile::State::kLoaded) {
-        return false;
+    if (!script) {
+        return Fault{scriptPath, "it isn't a list of edits"};
+    }
+    if (const auto fault = faultOfLoad(target, path, OUtils::Links::kRefuse)) {
+        return fault;
     }
     TextLines changed;
     const bool hasChanged = ((*script).*walk)(splitTextLines(target.content()), changed);
-    return !hasChanged || target.store("", changed);
+    if (hasChanged && !target.store("", changed)) {
+        return Fault{path, target.reason()};
+    }
+    return std::nullopt;
 }
 
 // Kind, file and script; none for fields of another kind.
@@ -132,8 +159,13 @@ std::vector<std::string_view> fieldsOf(std::string_view fields) {
     return parts.size() < kFields || parts[0] != kAddAfter ? std::vector<std::string_view>() : parts;
 }
 
-bool reportEdit(Report& report, bool done, std::string_view work, std::string_view path) {
-    return report.addOutcome(done, std::string(done ? "" : "FAILED : ").append(work).append(path));
+bool reportEdit(Report& report, const std::optional<Fault>& fault, std::string_view work,
+                std::string_view path) {
+    report.addOutcome(!fault, std::string(fault ? "FAILED : " : "").append(work).append(path));
+    if (fault) {
+        report.addReason(fault->path, fault->reason);
+    }
+    return !fault;
 }
 
 }  // namespace
@@ -197,13 +229,11 @@ bool FileEdit::undo(const LogRecord& record) {
 RecordedResult FileEdit::add(platform::FileSystem& files, Report& report, std::string_view path,
                              std::string_view script) {
     const std::string undo = RecordText::join({kAddAfter, path, script});
-    RecordedResult result;
-    if (RecordText::isField(path) && RecordText::isField(script) &&
-        RecordText::fits(ActionLogFormat::kModifyFile, undo)) {
-        result = {editFile(files, path, script, &EditScript::apply), undo};
-    }
-    reportEdit(report, result.done, "Modifying ", path);
-    return result;
+    const bool isRecordable = RecordText::isField(path) && RecordText::isField(script) &&
+                              RecordText::fits(ActionLogFormat::kModifyFile, undo);
+    const std::optional<Fault> fault = isRecordable ? editFile(files, path, script, &EditScript::apply)
+                                                    : Fault{path, "the action log can't hold its record"};
+    return {reportEdit(report, fault, "Modifying ", path), isRecordable ? undo : std::string()};
 }
 
 bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
@@ -211,8 +241,9 @@ bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_v
     if (parts.empty()) {
         return false;
     }
-    const bool done = !files.exists(parts[1]) || editFile(files, parts[1], parts[2], &EditScript::revert);
-    return reportEdit(report, done, "Undoing modifications to ", parts[1]);
+    const std::optional<Fault> fault =
+        files.exists(parts[1]) ? editFile(files, parts[1], parts[2], &EditScript::revert) : std::nullopt;
+    return reportEdit(report, fault, "Undoing modifications to ", parts[1]);
 }
 
 std::string_view FileEdit::scriptOf(const LogRecord& record) {

@@ -32,6 +32,8 @@ public:
 
     // A change that fails doesn't stop the others.
     bool apply() override;
+    // False when an exception could not be removed. Not when it has gone, and not where no firewall works,
+    // which is reported.
     bool undo(const LogRecord& record) override;
 
     // The single changes, without a record and with failures in the debug log alone. A path that the action

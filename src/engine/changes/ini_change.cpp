@@ -195,7 +195,12 @@ public:
     IniFile(platform::FileSystem& files, std::string_view path) : text_(files, std::string(path)) {}
 
     bool load() {
-        if (text_.load() == TextFile::State::kUnreadable || isWide(text_.content())) {
+        if (text_.load() == TextFile::State::kUnreadable) {
+            reason_ = text_.reason();
+            return false;
+        }
+        if (isWide(text_.content())) {
+            reason_ = "its text has 16-bit characters";
             return false;
         }
         const std::string_view content = text_.content();
@@ -203,9 +208,16 @@ public:
         return true;
     }
     const Lines& lines() const { return lines_; }
-    bool store(const Lines& lines) { return lines == lines_ || text_.store(headOf(text_.content()), lines); }
+    bool store(const Lines& lines) {
+        const bool done = lines == lines_ || text_.store(headOf(text_.content()), lines);
+        reason_ = done ? "" : text_.reason();
+        return done;
+    }
+    // Why the last of the two failed.
+    const std::string& reason() const { return reason_; }
 
 private:
+    std::string reason_;
     TextFile text_;
     Lines lines_;
 };
@@ -264,6 +276,7 @@ struct Attempt {
     Outcome outcome = Outcome::kFailed;
     bool isNew = true;
     std::string undo;
+    std::string reason = "the section, the key or the value can't be written, or not be brought back";
 };
 
 // Fills in the fields of the record. False when they couldn't take the change back.
@@ -285,7 +298,11 @@ bool planUndo(const Entry& entry, const std::optional<std::string_view>& earlier
 Attempt attempt(platform::FileSystem& files, const Entry& entry) {
     Attempt result;
     IniFile file(files, entry.file);
-    if (!canBeWritten(entry) || !file.load()) {
+    if (!canBeWritten(entry)) {
+        return result;
+    }
+    if (!file.load()) {
+        result.reason = file.reason();
         return result;
     }
     IniText::Editor editor(editOf(entry));
@@ -305,6 +322,7 @@ Attempt attempt(platform::FileSystem& files, const Entry& entry) {
     // One record can't bring several lines of the key back.
     if (editor.lostValues().size() <= 1 && planUndo(entry, earlier, result.undo)) {
         result.outcome = file.store(editor.lines()) ? Outcome::kDone : Outcome::kFailed;
+        result.reason = file.reason();
     }
     return result;
 }
@@ -339,8 +357,7 @@ struct ParsedRecord {
 };
 
 // Where the line was written again since, any line of the key is meant.
-bool removeLine(platform::FileSystem& files, const Entry& entry) {
-    IniFile file(files, entry.file);
+bool removeLine(IniFile& file, const Entry& entry) {
     if (entry.section.empty() || !file.load()) {
         return false;
     }
@@ -359,16 +376,26 @@ bool directoryExists(platform::FileSystem& files, std::string_view path) {
     return separator == std::string_view::npos || files.exists(path.substr(0, separator + 1));
 }
 
+bool applyEdit(IniFile& file, const IniText::Edit& change) {
+    if (change.section.empty() || !file.load()) {
+        return false;
+    }
+    IniText::Editor editor(change);
+    editor.run(file.lines());
+    return file.store(editor.lines());
+}
+
 UndoResult takeBack(platform::FileSystem& files, Report& report, const ParsedRecord& record) {
     const Entry& entry = record.entry;
-    const bool done =
-        record.isRestore ? IniChange::editFile(files, entry.file, {entry.section, entry.key, entry.value, {}})
-                         : !files.exists(entry.file) || removeLine(files, entry);
+    IniFile file(files, entry.file);
+    const bool done = record.isRestore ? applyEdit(file, {entry.section, entry.key, entry.value, {}})
+                                       : !files.exists(entry.file) || removeLine(file, entry);
     reportEntry(report, done, record.isRestore ? "Restore " : "Remove ",
                 record.isRestore ? "FAILED to restore " : "FAILED to remove ", entry);
     if (done) {
         return UndoResult::kDone;
     }
+    report.addReason(entry.file, file.reason().empty() ? "the record names no section" : file.reason());
     return directoryExists(files, entry.file) ? UndoResult::kFailed : UndoResult::kGone;
 }
 
@@ -425,6 +452,9 @@ RecordedResult IniChange::add(platform::FileSystem& files, Report& report, const
     const bool done = result.outcome == Outcome::kDone;
     reportEntry(report, done, result.isNew ? "Create " : "Replace ",
                 result.isNew ? "FAILED to create " : "FAILED to replace ", entry);
+    if (!done) {
+        report.addReason(entry.file, result.reason);
+    }
     return {done, result.undo};
 }
 
@@ -449,14 +479,6 @@ bool IniChange::write(platform::FileSystem& files, std::string_view file, const 
 }
 
 bool IniChange::editFile(platform::FileSystem& files, std::string_view file, const IniText::Edit& edit) {
-    if (edit.section.empty()) {
-        return false;
-    }
     IniFile target(files, file);
-    if (!target.load()) {
-        return false;
-    }
-    IniText::Editor editor(edit);
-    editor.run(target.lines());
-    return target.store(editor.lines());
+    return applyEdit(target, edit);
 }

@@ -59,25 +59,25 @@ std::string AsynchronousRunProgram::commandLine() const {
 }
 
 void RunProgramThread::run(void* request) {
-    std::int32_t exitCode = -1;
+    std::optional<std::int32_t> exitCode;
     try {
         if (request != nullptr) {
             exitCode = runToEnd(*static_cast<const AsynchronousRunProgram*>(request));
         }
     } catch (...) {
-        finish(-1);  // whoever waits must not wait for ever
+        finish(std::nullopt);  // whoever waits must not wait for ever
         throw;
     }
     finish(exitCode);
 }
 
-std::int32_t RunProgramThread::runToEnd(const AsynchronousRunProgram& request) {
+std::optional<std::int32_t> RunProgramThread::runToEnd(const AsynchronousRunProgram& request) {
     int error = 0;
     const auto child = processes_.start(request.commandLine(), request.workDir, error);
-    return child == nullptr ? -1 : waitForProgram(*child);
+    return child == nullptr ? std::nullopt : std::optional(waitForProgram(*child));
 }
 
-void RunProgramThread::finish(std::int32_t exitCode) {
+void RunProgramThread::finish(std::optional<std::int32_t> exitCode) {
     const std::lock_guard lock(mutex_);
     exitCode_ = exitCode;
     finished_ = true;
@@ -93,6 +93,10 @@ bool RunProgramThread::isFinished() {
 std::int32_t RunProgramThread::waitFor(std::uint32_t milliseconds) {
     while (!waitAtMost(milliseconds)) {
     }
+    return exitCode().value_or(-1);
+}
+
+std::optional<std::int32_t> RunProgramThread::exitCode() {
     const std::lock_guard lock(mutex_);
     return exitCode_;
 }
@@ -102,33 +106,43 @@ bool RunProgramThread::waitAtMost(std::uint32_t milliseconds) {
     return changed_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return finished_; });
 }
 
-bool ProgramRun::run(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause) {
+ProgramOutcome ProgramRun::execute(const AsynchronousRunProgram& program, Report& report,
+                                   std::uint32_t pause) {
     if ((program.flags & kRunOpenWithShell) != 0) {
-        return shell_.openDocument(program.program);
+        return {shell_.openDocument(program.program), std::nullopt};
     }
-    return (program.flags & kRunAsynchronous) != 0 ? runOnThread(program, report, pause) : runHere(program);
+    const ProgramOutcome outcome =
+        (program.flags & kRunAsynchronous) != 0 ? runOnThread(program, report, pause) : runHere(program);
+    if (outcome.exitCode.value_or(0) != 0) {
+        debugLog_.line("ERROR: " + program.commandLine() + " ended with the code " +
+                       std::to_string(*outcome.exitCode));
+    }
+    return outcome;
 }
 
-bool ProgramRun::runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause) {
+ProgramOutcome ProgramRun::runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause) {
     if (threads_ == nullptr) {
         threads_.reset(OUtils::createThreadManager({}));
     }
     RunProgramThread thread(processes_);
     if (threads_ == nullptr || threads_->startDetached(thread, &program) != 0) {
         debugLog_.line("ERROR: No thread for running " + program.commandLine());
-        return false;
+        return {};
     }
     const EndOfRun end(thread);
     serve(thread, report, (program.flags & kRunAdvanceProgress) != 0, pause);
-    return thread.waitFor(kEndMilliseconds) == 0;
+    thread.waitFor(kEndMilliseconds);
+    const auto exitCode = thread.exitCode();
+    return {exitCode.has_value(), exitCode};
 }
 
-bool ProgramRun::runHere(const AsynchronousRunProgram& program) {
+ProgramOutcome ProgramRun::runHere(const AsynchronousRunProgram& program) {
     int error = 0;
     const auto child = processes_.start(program.commandLine(), program.workDir, error);
     if (child == nullptr) {
         debugLog_.line("ERROR: " + program.commandLine() + " does not start (" + std::to_string(error) + ")");
-        return false;
+        return {};
     }
-    return (program.flags & kRunWait) == 0 || waitForProgram(*child) == 0;
+    const bool waits = (program.flags & kRunWait) != 0;
+    return {true, waits ? std::optional(waitForProgram(*child)) : std::nullopt};
 }

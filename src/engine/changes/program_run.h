@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "support/debug_log.h"
@@ -54,18 +55,28 @@ public:
     // Waits for the end of the run, looking each `milliseconds`. The program's exit code; -1 when it could
     // not be started or nothing was run.
     virtual std::int32_t waitFor(std::uint32_t milliseconds);
+    // Of an ended run: the program's exit code; none when it could not be started or nothing was run.
+    std::optional<std::int32_t> exitCode();
     // Waits at most so long. True when the run has ended.
     bool waitAtMost(std::uint32_t milliseconds);
 
 private:
-    std::int32_t runToEnd(const AsynchronousRunProgram& request);
-    void finish(std::int32_t exitCode);
+    std::optional<std::int32_t> runToEnd(const AsynchronousRunProgram& request);
+    void finish(std::optional<std::int32_t> exitCode);
 
     platform::Processes& processes_;
     std::mutex mutex_;  // guards the two fields below
     std::condition_variable changed_;
     bool finished_ = false;
-    std::int32_t exitCode_ = -1;
+    std::optional<std::int32_t> exitCode_;
+};
+
+// What became of a program or a document.
+struct ProgramOutcome {
+    bool started = false;                  // the document was opened, the program was started
+    std::optional<std::int32_t> exitCode;  // of a program whose end was waited for
+
+    bool succeeded() const { return started && exitCode.value_or(0) == 0; }
 };
 
 // Runs programs: hands a document to the desktop, starts a process and perhaps waits for it, or lets a thread
@@ -77,14 +88,18 @@ public:
     ProgramRun(platform::Processes& processes, platform::ShellObjects& shell, DebugLog debugLog)
         : processes_(processes), shell_(shell), debugLog_(debugLog) {}
 
-    // `pause` is the time between two looks at an asynchronous program, in milliseconds. True when the
-    // document was opened, the program was started, or, where its end is waited for, ended with 0. An
-    // asynchronous program is always waited for.
-    bool run(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause);
+    // `pause` is the time between two looks at an asynchronous program, in milliseconds. An asynchronous
+    // program is always waited for. A code other than 0 is logged.
+    ProgramOutcome execute(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause);
+    // The same. True when the document was opened, the program was started, or, where its end is waited for,
+    // ended with 0.
+    bool run(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause) {
+        return execute(program, report, pause).succeeded();
+    }
 
 private:
-    bool runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause);
-    bool runHere(const AsynchronousRunProgram& program);
+    ProgramOutcome runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause);
+    ProgramOutcome runHere(const AsynchronousRunProgram& program);
 
     platform::Processes& processes_;
     platform::ShellObjects& shell_;

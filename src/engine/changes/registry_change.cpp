@@ -14,6 +14,7 @@
 
 namespace {
 
+using ActionLogFormat::kDefaultValue;
 using platform::RegistryRoot;
 using platform::RegistryValue;
 
@@ -47,14 +48,24 @@ std::optional<KeyAddress> addressOf(const RegistryChange::Key& key) {
     return address;
 }
 
+// The fields of a value's record.
+std::string recordOf(std::string_view place, std::string_view path, std::string_view valueName) {
+    return valueName.empty() ? RecordText::join({place, path, valueName, kDefaultValue})
+                             : RecordText::join({place, path, valueName});
+}
+
+// The record of a default value has one field more.
+bool isDefaultValue(const std::vector<std::string_view>& fields) {
+    return fields.size() == 4 && fields[2].empty() && fields[3] == kDefaultValue;
+}
+
 bool canBeRecorded(const KeyAddress& address) {
     return address.path.size() <= RegistryChange::kPathLimit && RecordText::isLastField(address.path);
 }
 
 bool canBeRecorded(const KeyAddress& address, std::string_view place, std::string_view valueName) {
     return canBeRecorded(address) && RecordText::isLastField(valueName) &&
-           RecordText::fits(ActionLogFormat::kRegistryValue,
-                            RecordText::join({place, address.path, valueName}));
+           RecordText::fits(ActionLogFormat::kRegistryValue, recordOf(place, address.path, valueName));
 }
 
 // The paths of all levels, the topmost first. Empty components don't count: the registry has none.
@@ -133,14 +144,15 @@ const RegistryChange::Action RegistryChange::kActions[] = {
     {"RemoveKey", &RegistryChange::removeKey},
 };
 
-void RegistryChange::applyElement(std::int32_t node, const ProductDescription& product) {
+bool RegistryChange::applyElement(std::int32_t node, const ProductDescription& product) {
+    bool succeeded = true;
     const bool isOpenedHere = !context_.log.isOpen() && openProductLog(product);
     for (const std::int32_t child : context_.tags.childrenOf(node)) {
         if (!isWanted(child)) {
             continue;
         }
         const Element element = readElement(child);
-        (this->*stepOf(context_.tags.nameOf(child)))(element);
+        succeeded = (this->*stepOf(context_.tags.nameOf(child)))(element) && succeeded;
         if (const auto line = context_.tags.attribute(child, "Log")) {
             context_.report.addLine(textOf(element, *line), false);
         }
@@ -148,7 +160,9 @@ void RegistryChange::applyElement(std::int32_t node, const ProductDescription& p
     context_.report.flushLines();
     if (isOpenedHere && !context_.log.close()) {
         context_.debugLog.line("ERROR: The changes of the registry could not be written to the action log");
+        return false;
     }
+    return succeeded;
 }
 
 bool RegistryChange::openProductLog(const ProductDescription& product) {
@@ -166,9 +180,10 @@ RegistryChange::Step RegistryChange::stepOf(std::string_view name) {
     return action == std::end(kActions) ? &RegistryChange::refuse : action->step;
 }
 
-void RegistryChange::refuse(const Element& element) {
+bool RegistryChange::refuse(const Element& element) {
     context_.debugLog.line("ERROR: Usupported registry action \"" +
                            std::string(context_.tags.nameOf(element.node)) + '"');
+    return true;
 }
 
 RegistryChange::Element RegistryChange::readElement(std::int32_t node) {
@@ -190,42 +205,68 @@ std::string RegistryChange::textOf(const Element& element, std::string_view text
     return element.expand ? context_.tags.expand(text) : std::string(text);
 }
 
-void RegistryChange::addValue(const Element& element) {
+bool RegistryChange::addValue(const Element& element) {
     const auto text = context_.tags.requiredTextOf(element.node);
     if (!element.valueName || !text) {
         context_.debugLog.line("ERROR: No registry value name supplied!");
-        return;
+        return true;
     }
     const std::string data = textOf(element, *text);
     const std::string_view type = context_.tags.attribute(element.node, "Type").value_or("");
     const WriteResult result =
         writeValue(context_.machine.registry, {element.key(), *element.valueName, type, data});
-    if (!result.isDone() || !isRecorded(element)) {
-        return;
+    if (!result.isDone()) {
+        return reportFailure("FAILED to write the value ", element.key(), *element.valueName, result.status);
     }
-    recordKey(element, result.createdLevels);
-    context_.log.writeRecord(ActionLogFormat::kRegistryValue,
-                             {element.place, element.path, *element.valueName});
+    if (isRecorded(element)) {
+        recordKey(element, result.createdLevels);
+        context_.log.writeRecord(ActionLogFormat::kRegistryValue,
+                                 {recordOf(element.place, element.path, *element.valueName)});
+    }
+    return true;
 }
 
-void RegistryChange::addKey(const Element& element) {
+bool RegistryChange::addKey(const Element& element) {
     const int created = createKey(context_.machine.registry, element.key());
     if (isRecorded(element)) {
         recordKey(element, created);
     }
-}
-
-void RegistryChange::removeValue(const Element& element) {
-    if (!element.valueName) {
-        context_.debugLog.line("ERROR: No registry value name supplied!");
-        return;
+    if (created > 0) {
+        return true;
     }
-    deleteValue(context_.machine.registry, element.key(), *element.valueName);
+    const auto address = addressOf(element.key());
+    const int status = address ? context_.machine.registry.testKey(address->root, address->path, kView)
+                               : static_cast<int>(platform::kRegBadArgument);
+    return status == platform::kRegOk ||
+           reportFailure("FAILED to create the key ", element.key(), "", status);
 }
 
-void RegistryChange::removeKey(const Element& element) {
+bool RegistryChange::removeValue(const Element& element) {
+    if (element.valueName) {
+        deleteValue(context_.machine.registry, element.key(), *element.valueName);
+    } else {
+        context_.debugLog.line("ERROR: No registry value name supplied!");
+    }
+    return true;
+}
+
+bool RegistryChange::removeKey(const Element& element) {
     const auto count = context_.tags.attribute(element.node, "KeyCount");
     deleteKeys(context_.machine.registry, element.key(), count ? OUtils::textToInteger(*count) : 1);
+    return true;
+}
+
+// Always false. No status: the place isn't one of the hives.
+bool RegistryChange::reportFailure(std::string_view work, const Key& key, std::string_view name,
+                                   std::optional<int> status) {
+    std::string subject(work);
+    subject.append(key.place).append("\\").append(key.path);
+    if (!name.empty()) {
+        subject.append(": ").append(name);
+    }
+    context_.debugLog.line("ERROR: " + subject);
+    context_.report.addRegistryReason(subject, status.value_or(platform::kRegBadArgument));
+    return false;
 }
 
 bool RegistryChange::isRecorded(const Element& element) {
@@ -241,23 +282,54 @@ void RegistryChange::recordKey(const Element& element, int createdLevels) {
 
 bool RegistryChange::undo(const LogRecord& record) {
     const std::vector<std::string_view> fields = RecordText::splitAll(record.fields);
-    if (fields.size() != 3) {
-        context_.debugLog.line("WARNING: (Dev) Wrong number of tokens in the install.log for " +
-                               std::string(record.tag));
-    } else if (record.tag == ActionLogFormat::kRegistryKey) {
+    const bool isKey = record.tag == ActionLogFormat::kRegistryKey;
+    if (fields.size() == 3 && isKey) {
         createdKeys_.push_back(
             {std::string(fields[1]), std::string(fields[2]), OUtils::textToInteger(fields[0])});
+    } else if (!isKey && (fields.size() == 3 || isDefaultValue(fields))) {
+        return undoValue({fields[0], fields[1]}, fields[2]);
     } else {
-        deleteValue(context_.machine.registry, {fields[0], fields[1]}, fields[2]);
+        context_.debugLog.line("WARNING: (Dev) Wrong number of tokens in the install.log for " +
+                               std::string(record.tag));
     }
     return true;
 }
 
+// A value that has gone was taken away by an earlier walk or by the user; a hive that doesn't exist never
+// held one.
+bool RegistryChange::undoValue(const Key& key, std::string_view name) {
+    const auto status = deleteValue(context_.machine.registry, key, name);
+    return !status || status == platform::kRegOk || status == platform::kRegNotFound ||
+           reportFailure("FAILED to delete the value ", key, name, status);
+}
+
 bool RegistryChange::finishUndo() {
+    bool succeeded = true;
     for (auto key = createdKeys_.rbegin(); key != createdKeys_.rend(); ++key) {
-        deleteKeys(context_.machine.registry, {key->place, key->path}, key->levels);
+        succeeded = removeCreatedKey(*key) && succeeded;
     }
     createdKeys_.clear();
+    return succeeded;
+}
+
+bool RegistryChange::removeCreatedKey(const CreatedKey& key) {
+    platform::Registry& registry = context_.machine.registry;
+    const auto address = addressOf({key.place, key.path});
+    const std::vector<std::string> all = address ? levelsOf(address->path) : std::vector<std::string>();
+    if (key.levels < 1 || all.size() < static_cast<std::size_t>(key.levels)) {
+        return true;
+    }
+    for (auto level = all.rbegin(); level != all.rbegin() + key.levels; ++level) {
+        const int status = registry.deleteKey(address->root, *level, kView);
+        if (status == platform::kRegOk || status == platform::kRegNotFound) {
+            continue;
+        }
+        // Also the status for missing rights is that of a key with subkeys.
+        std::vector<std::string> subkeys;
+        const bool isInUse =
+            registry.listKeys(address->root, *level, kView, subkeys) == platform::kRegOk && !subkeys.empty();
+        return isInUse || reportFailure("FAILED to delete the key ", {key.place, *level}, "", status);
+    }
     return true;
 }
 

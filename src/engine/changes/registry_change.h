@@ -16,8 +16,8 @@ class ProductDescription;
 std::optional<platform::RegistryRoot> registryRootOf(std::string_view place);
 
 // Changes to the registry's native view: the action `Registry`, and the records REGKEY (count of levels,
-// root, path) and REGVAL (root, path, value name). A change that fails doesn't make the installation a
-// failure.
+// root, path) and REGVAL (root, path, value name). For a key's default value, whose name is empty, REGVAL has
+// a fourth field, DEFAULT: a record that ends with an empty field would look like one that was cut.
 //
 // What a record couldn't name for the undo isn't written: a path above the limit, a path or name with a TAB,
 // a line break or white space at its end, and both together when they don't fit a line.
@@ -52,12 +52,16 @@ public:
     // Nothing: registry changes are actions.
     bool apply() override { return true; }
     // Makes the changes that the children of an action `Registry` ask for. Without an open action log the
-    // product's own is continued for as long as that takes.
-    void applyElement(std::int32_t node, const ProductDescription& product);
+    // product's own is continued for as long as that takes. False when a value or a key could not be written,
+    // or their records; each is reported, and the next child is carried out. A value or key that can't be
+    // removed is no failure: mostly it isn't there.
+    bool applyElement(std::int32_t node, const ProductDescription& product);
 
-    // Takes a value away at once; keys wait for finishUndo, since they have to be empty. Always true.
+    // Takes a value away at once; keys wait for finishUndo, since they have to be empty. False when the value
+    // is there and can't be deleted, which is reported. A record that can't be read is no failure.
     bool undo(const LogRecord& record) override;
-    // Takes the noted keys away, the last one first.
+    // Takes the noted keys away, the last one first. False when one without subkeys can't be deleted, which
+    // is reported; one that has got subkeys of somebody else stays, with those above it.
     bool finishUndo() override;
 
     static WriteResult writeValue(platform::Registry& registry, const Value& value);
@@ -82,7 +86,8 @@ private:
 
         Key key() const { return {place, path}; }
     };
-    using Step = void (RegistryChange::*)(const Element& element);
+    // False when what the child asks for could not be written.
+    using Step = bool (RegistryChange::*)(const Element& element);
     struct Action {
         std::string_view element;
         Step step;
@@ -100,11 +105,15 @@ private:
     static Step stepOf(std::string_view name);
     Element readElement(std::int32_t node);
     std::string textOf(const Element& element, std::string_view text);
-    void refuse(const Element& element);
-    void addValue(const Element& element);
-    void addKey(const Element& element);
-    void removeValue(const Element& element);
-    void removeKey(const Element& element);
+    bool refuse(const Element& element);
+    bool addValue(const Element& element);
+    bool addKey(const Element& element);
+    bool removeValue(const Element& element);
+    bool removeKey(const Element& element);
+    bool undoValue(const Key& key, std::string_view name);
+    bool removeCreatedKey(const CreatedKey& key);
+    bool reportFailure(std::string_view work, const Key& key, std::string_view name,
+                       std::optional<int> status);
     bool isRecorded(const Element& element);
     void recordKey(const Element& element, int createdLevels);
 

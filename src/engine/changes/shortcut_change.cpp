@@ -70,6 +70,28 @@ bool create(platform::ShellObjects& shell, const ProductDescription& product, co
     return false;
 }
 
+// The path in a record of a shortcut; none in one of another kind.
+std::optional<std::string_view> linkPathIn(std::string_view fields) {
+    const std::size_t end = std::min(fields.find(Format::kSeparator), fields.size());
+    return fields.substr(0, end) == Format::kCreate
+               ? std::optional(fields.substr(std::min(end + 1, fields.size())))
+               : std::nullopt;
+}
+
+UndoResult takeBack(platform::FileSystem& files, Report& report, std::string_view linkPath) {
+    const int status = linkPath.empty() ? 0 : files.removeFile(linkPath);
+    const bool done = !linkPath.empty() && status == 0;
+    report.addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
+    if (done) {
+        return UndoResult::kDone;
+    }
+    if (linkPath.empty() || !files.exists(linkPath)) {
+        return UndoResult::kGone;
+    }
+    report.addReason(linkPath, status);
+    return UndoResult::kFailed;
+}
+
 }  // namespace
 
 bool ShortcutChange::apply() {
@@ -141,17 +163,11 @@ std::optional<std::string> ShortcutChange::add(const platform::Platform& machine
 }
 
 bool ShortcutChange::undo(const LogRecord& record) {
-    remove(context_.machine.files, context_.report, record.fields);
-    return true;
+    const auto linkPath = linkPathIn(record.fields);
+    return !linkPath || takeBack(context_.machine.files, context_.report, *linkPath) != UndoResult::kFailed;
 }
 
 bool ShortcutChange::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
-    const std::size_t end = std::min(fields.find(Format::kSeparator), fields.size());
-    if (fields.substr(0, end) != Format::kCreate) {
-        return true;
-    }
-    const std::string_view linkPath = fields.substr(std::min(end + 1, fields.size()));
-    const bool done = !linkPath.empty() && files.removeFile(linkPath) == 0;
-    report.addLine(lineOf(done ? "Remove " : "FAILED to remove ", linkPath), false);
-    return done;
+    const auto linkPath = linkPathIn(fields);
+    return !linkPath || takeBack(files, report, *linkPath) == UndoResult::kDone;
 }

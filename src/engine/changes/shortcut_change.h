@@ -35,7 +35,7 @@ public:
         : context_(context), product_(product), directories_(context) {}
 
     bool apply() override;
-    // A shortcut that stays is reported, and no failure.
+    // False when the shortcut is there and stays. One that has gone is only reported.
     bool undo(const LogRecord& record) override;
 
     // Makes a shortcut and reports it. The fields of its record; none after a failure. A path that the action

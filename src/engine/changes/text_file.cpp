@@ -1,5 +1,6 @@
 #include "engine/changes/text_file.h"
 
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/replacing_file.h"
 #include "support/text_mode.h"
@@ -36,13 +37,23 @@ TextFile::State TextFile::load(OUtils::Links links) {
     if (!exists_) {
         return State::kMissing;
     }
+    return readContent(kind, links) ? State::kLoaded : State::kUnreadable;
+}
+
+bool TextFile::readContent(platform::PathKind kind, OUtils::Links links) {
     const bool isReadable = kind == platform::PathKind::kFile ||
                             (kind == platform::PathKind::kLink && links == OUtils::Links::kFollow);
-    if (!isReadable || files_.fileSize(path_) > kSizeLimit ||
-        OUtils::readWholeFile(path_, content_, files_, links) != 0) {
-        return State::kUnreadable;
+    if (!isReadable) {
+        reason_ = "a link, or something else than a file, is in its place";
+        return false;
     }
-    return State::kLoaded;
+    if (files_.fileSize(path_) > kSizeLimit) {
+        reason_ = "it has more than 64 MiB";
+        return false;
+    }
+    const int status = OUtils::readWholeFile(path_, content_, files_, links);
+    reason_ = status < 0 ? "it ended early" : platform::errorText(status);
+    return status == 0;
 }
 
 bool TextFile::store(std::string_view head, const std::vector<std::string_view>& lines) {
@@ -52,6 +63,7 @@ bool TextFile::store(std::string_view head, const std::vector<std::string_view>&
         size += line.size() + lineEnd.size();
     }
     if (size > INT32_MAX) {
+        reason_ = "it would have more than 2 GiB";
         return false;
     }
     std::string newContent;
@@ -60,8 +72,19 @@ bool TextFile::store(std::string_view head, const std::vector<std::string_view>&
     for (const std::string_view line : lines) {
         newContent.append(line).append(lineEnd);
     }
+    return putInPlace(newContent);
+}
+
+bool TextFile::putInPlace(const std::string& content) {
     ReplacingFile file(files_);
+    int status = file.open(path_);
     // What appeared since the file was missed is not the text that was edited.
-    return file.open(path_) == 0 && file.replacesSomething() == exists_ &&
-           writeWhole(file.stream(), newContent) == 0 && file.putInPlace() == 0;
+    if (status < 0 || (status == 0 && file.replacesSomething() != exists_)) {
+        reason_ = "something else is in its place now";
+        return false;
+    }
+    status = status != 0 ? status : writeWhole(file.stream(), content);
+    status = status != 0 ? status : file.putInPlace();
+    reason_ = status < 0 ? "it couldn't be written whole" : platform::errorText(status);
+    return status == 0;
 }

@@ -35,10 +35,16 @@ public:
     // with the system's line end. It is written under another name and then takes the file's place and
     // rights: after a failure the file is as it was, and nothing else is left.
     bool store(std::string_view head, const std::vector<std::string_view>& lines);
+    // Why the last load gave kUnreadable or the last store failed, for the user.
+    const std::string& reason() const { return reason_; }
 
 private:
+    bool readContent(platform::PathKind kind, OUtils::Links links);
+    bool putInPlace(const std::string& content);
+
     platform::FileSystem& files_;
     std::string path_;
+    std::string reason_;
     bool exists_ = false;
     std::string content_;
 };

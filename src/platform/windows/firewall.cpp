@@ -21,6 +21,11 @@ bool meansStoppedService(HRESULT result) {
     return false;
 }
 
+// What is to be removed isn't there.
+HRESULT doneIfMissing(HRESULT result) {
+    return result == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND) ? S_OK : result;
+}
+
 FirewallOutcome outcomeOf(FirewallCall call, HRESULT result) {
     return FAILED(result) ? FirewallOutcome{call, static_cast<int>(result), meansStoppedService(result)}
                           : FirewallOutcome{};
@@ -102,7 +107,7 @@ public:
         ComPointer<INetFwAuthorizedApplications> list;
         FirewallOutcome outcome = listApplications(list);
         then(outcome, FirewallCall::kRemoveApplication,
-             [&] { return list->Remove(AutomationText(path).get()); });
+             [&] { return doneIfMissing(list->Remove(AutomationText(path).get())); });
         return outcome;
     }
 
@@ -138,7 +143,8 @@ public:
     FirewallOutcome removePort(std::int32_t port, FirewallProtocol protocol) override {
         ComPointer<INetFwOpenPorts> list;
         FirewallOutcome outcome = listPorts(list);
-        then(outcome, FirewallCall::kRemovePort, [&] { return list->Remove(port, numberOf(protocol)); });
+        then(outcome, FirewallCall::kRemovePort,
+             [&] { return doneIfMissing(list->Remove(port, numberOf(protocol))); });
         return outcome;
     }
 

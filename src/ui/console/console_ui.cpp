@@ -312,6 +312,7 @@ void ConsoleUI::addMessage(const char* text) {
 
 int ConsoleUI::messageBox(const char* text, MessageKind kind) {
     if (quiet_ || input() == nullptr) {
+        sayInstead(text, kind);
         return 1;
     }
     terminal().write("\n");
@@ -325,6 +326,18 @@ int ConsoleUI::messageBox(const char* text, MessageKind kind) {
             return askBox(text, "yes", "no", false);
     }
     return 1;
+}
+
+// What a box only informs of is not lost where there are no boxes.
+void ConsoleUI::sayInstead(const char* text, MessageKind kind) {
+    if (kind != MessageKind::kInformation || text == nullptr) {
+        return;
+    }
+    std::string line = text;
+    while (line.ends_with('\n')) {
+        line.pop_back();
+    }
+    addMessage(line.c_str());
 }
 
 int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {

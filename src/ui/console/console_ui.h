@@ -76,6 +76,7 @@ protected:
 
 private:
     void waitForCondition();
+    void sayInstead(const char* text, MessageKind kind);
     void loseDialogue(DialogueLoss loss);
     int refuseCancel(std::string_view line);
     bool isCancelled() const;

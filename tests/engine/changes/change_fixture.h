@@ -30,14 +30,19 @@ protected:
     // The records so far, each with its line end.
     std::string records() const { return logDisk_.content("/tmp/log"); }
 
-    // Compares what the front end was shown since the last time: lines that were added without a flush.
+    // Compares what the front end was shown since the last time, without the reasons of failures: lines that
+    // were added without a flush.
     void expectLines(const std::vector<std::string>& lines) {
         std::vector<std::string> calls;
         for (const std::string& line : lines) {
             calls.push_back("addFileLine(\"" + line + "\", 0)");
         }
-        EXPECT_EQ(ui_.take(), calls);
+        std::vector<std::string> shown = ui_.take();
+        std::erase_if(shown, [](const std::string& call) { return call.starts_with("addMessage"); });
+        EXPECT_EQ(shown, calls);
     }
+    // The reasons so far.
+    std::vector<std::string> reasons() const { return ui_.callsOf("addMessage"); }
 
     FakePlatform machine_;
     FakeSystemOperations system_;

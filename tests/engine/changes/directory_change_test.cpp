@@ -11,6 +11,7 @@ namespace {
 using Operation = MemoryFileSystem::Operation;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class DirectoryChangeTest : public ChangeTest {
 protected:
@@ -92,7 +93,9 @@ TEST_F(DirectoryCreateTest, StopsAtALevelThatCannotBeCreatedAndRecordsTheOthers)
 TEST_F(DirectoryCreateTest, FailsWhereAFileIsInTheWay) {
     files_.addFile("/opt/demo", "x");
     EXPECT_FALSE(create("/opt/demo/bin/"));
+    EXPECT_FALSE(create("/opt/demo/bin/"));
     EXPECT_EQ(files_.content("/opt/demo"), "x");
+    EXPECT_THAT(ui_.callsOf("addMessage"), ElementsAre(StartsWith("addMessage(\"/opt/demo: ")));
 }
 
 TEST_F(DirectoryCreateTest, TriesAgainAfterAFailure) {
@@ -150,6 +153,8 @@ TEST_F(DirectoryUndoTest, FailsForDirectoriesWithForeignFiles) {
     EXPECT_FALSE(remove("\\a\\b\\", 2));
     EXPECT_TRUE(files_.hasFile("/a/b/mine"));
     EXPECT_THAT(errors_, ElementsAre("FAILED to remove \\a\\b", "FAILED to remove \\a"));
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                ElementsAre(StartsWith("addMessage(\"\\a\\b: "), StartsWith("addMessage(\"\\a: ")));
 }
 
 TEST_F(DirectoryUndoTest, TakesMissingDirectoriesForRemoved) {

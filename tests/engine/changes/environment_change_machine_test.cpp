@@ -26,7 +26,8 @@ protected:
         return state == EnvironmentChange::State::kFound ? value.text : "(none)";
     }
     bool set(std::string_view value, bool isExpandable = false) {
-        return EnvironmentChange::write(registry_, kName, {std::string(value), isExpandable});
+        return EnvironmentChange::write(registry_, kName, {std::string(value), isExpandable}) ==
+               platform::kRegOk;
     }
     bool add(std::string_view value, Mode mode, bool isPath = false) {
         const RecordedResult result = EnvironmentChange::add(machine_, report_, {kName, value, mode, isPath});

@@ -6,6 +6,7 @@
 #include "engine/changes/change_fixture.h"
 #include "engine/changes/same_path.h"
 #include "fakes/temporary_directory.h"
+#include "platform/error_text.h"
 #include "platform/system_environment.h"
 
 namespace {
@@ -594,6 +595,10 @@ TEST_F(EnvironmentChangeTest, ReportsAWriteThatFails) {
     EXPECT_FALSE(remove("CREATE\tDEMO"));
     EXPECT_FALSE(remove("ADD\tDEMO\told"));
     EXPECT_EQ(get("DEMO"), "old");
+    const std::string reason = platform::registryErrorText(platform::kRegAccessDenied);
+    EXPECT_EQ(reasons().size(), 7U);
+    EXPECT_EQ(reasons().front(), "addMessage(\"DEMO: " + reason + "\")");
+    EXPECT_EQ(reasons().back(), "addMessage(\"DEMO: " + reason + "\")");
     expectLines({"FAILED to replaceDEMO", "FAILED to create NEW", "FAILED to add toDEMO",
                  "FAILED to restore DEMO", "FAILED to remove DEMO", "FAILED to erase from DEMO"});
     EXPECT_EQ(errors_, (ErrorList{"FAILED to replaceDEMO", "FAILED to create NEW", "FAILED to add toDEMO",

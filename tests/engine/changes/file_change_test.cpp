@@ -252,6 +252,9 @@ TEST_F(FileChangeTest, NoticesThatTheDiskFillsUpInTheMiddleOfAFile) {
     };
     EXPECT_FALSE(install());
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\big"});
+    const std::vector<std::string> reasons = ui_.callsOf("addMessage");
+    ASSERT_EQ(reasons.size(), 1U);
+    EXPECT_TRUE(reasons[0].starts_with("addMessage(\"/app\\big: ")) << reasons[0];
     EXPECT_EQ(files_.content("/app/small"), "s");
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\small\r\n"), std::string::npos);
 }
@@ -294,6 +297,8 @@ TEST_F(FileUndoTest, FailsForAFileThatStays) {
     files_.failFrom(Operation::kRemoveFile, "/app/a", 1);
     EXPECT_FALSE(undo("CREATE\t/app/a"));
     EXPECT_EQ(errors_, ErrorList{"FAILED to delete /app/a"});
+    EXPECT_EQ(ui_.callsOf("addMessage(\"/app/a: ").size(), 1U);
+    EXPECT_TRUE(ui_.calls.back().starts_with("addMessage"));  // after the line of the failure
 }
 
 TEST_F(FileUndoTest, LeavesWhatBelongsToTheArchive) {

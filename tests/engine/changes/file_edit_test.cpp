@@ -183,6 +183,9 @@ TEST_F(FileEditTest, FailsWithoutEitherFile) {
     put(textOf({"b"}));
     machine_.files.removeFile(kScript);
     expectFailed();
+    EXPECT_EQ(ui_.countOf("addMessage(\"" + std::string(kScript) + ": there is no such file\")"),
+              static_cast<int>(ui_.callsOf("addMessage").size()));
+    EXPECT_GT(ui_.countOf("addMessage"), 0);
     SetUp();
     machine_.files.removeFile(kTarget);
     machine_.files.addDirectory(kTarget);

@@ -345,6 +345,8 @@ TEST_F(IniElementsTest, TakesItsRecordsBackAndFailsWhatItCannot) {
     expectFile({"[S]", "k=old"});
     EXPECT_FALSE(change_.undo({"INI", "CREATE\t/f\tS\tk\tv"}));
     EXPECT_EQ(errors_, ErrorList{"FAILED to remove [S]/k in /f"});
+    EXPECT_THAT(reasons(),
+                ElementsAre("addMessage(\"/f: a link, or something else than a file, is in its place\")"));
     machine_.files.setReadOnly("/d");
     EXPECT_FALSE(change_.undo({"INI", "REPLACE\t/d/a.ini\tS\tother\told"}));
     EXPECT_FALSE(change_.undo({"INI", "REPLACE\t/d/gone.ini\tS\tk\told"}));

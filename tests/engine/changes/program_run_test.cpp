@@ -133,6 +133,28 @@ TEST_F(ProgramRunTest, SucceedsWithTheExitCodeOfAnAsynchronousProgram) {
     EXPECT_FALSE(run(kRunAsynchronous | kRunWait, "", &ui_, 5));
 }
 
+TEST_F(ProgramRunTest, TellsAProgramThatEndedFromOneThatDidNotStart) {
+    for (const std::uint32_t flags : {kRunWait, kRunAsynchronous}) {
+        processes_.exitCodes = {0, 7, -1};
+        for (const int code : {0, 7, -1}) {
+            const ProgramOutcome outcome = programs_.execute({"tool", "-x", "", flags}, silent_, 0);
+            EXPECT_TRUE(outcome.started);
+            EXPECT_EQ(outcome.exitCode, code);
+            EXPECT_EQ(outcome.succeeded(), code == 0);
+        }
+        processes_.startError = 2;
+        const ProgramOutcome outcome = programs_.execute({"tool", "", "", flags}, silent_, 0);
+        EXPECT_FALSE(outcome.started);
+        EXPECT_EQ(outcome.exitCode, std::nullopt);
+        EXPECT_FALSE(outcome.succeeded());
+        processes_.startError = 0;
+    }
+    EXPECT_TRUE(log_.hasLine("ERROR: \"tool\" -x ended with the code 7"));
+    EXPECT_TRUE(log_.hasLine("ERROR: \"tool\" -x ended with the code -1"));
+    EXPECT_FALSE(log_.hasLine("ERROR: \"tool\" -x ended with the code 0"));
+    EXPECT_EQ(programs_.execute({"tool", "", "", 0}, silent_, 0).exitCode, std::nullopt);
+}
+
 class AsynchronousRunTest : public ProgramRunTest {
 protected:
     // Lets the program end when the front end has been served so often.

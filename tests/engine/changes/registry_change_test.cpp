@@ -31,12 +31,12 @@ class RegistryActionTest : public ChangeTest {
 protected:
     RegistryActionTest() { machine_.registry.addKey(kRoot, "Software\\Demo"); }
 
-    void apply(const std::string& children) {
+    bool apply(const std::string& children) {
         describe(
             "<Installation><Uninstall><InstallLogFile>/tmp/product.log</InstallLogFile></Uninstall>"
             "</Installation><Registry>" +
             children + "</Registry>");
-        change_.applyElement(tags_.firstOf("Registry"), product_);
+        return change_.applyElement(tags_.firstOf("Registry"), product_);
     }
     // "(none)" when it is absent.
     std::string textAt(const std::string& path, const std::string& name, RegistryRoot root = kRoot) {
@@ -77,12 +77,46 @@ TEST_F(RegistryActionTest, RecordsNothingOfAnUnrecordedChange) {
 
 TEST_F(RegistryActionTest, RecordsNothingOfAFailedChange) {
     machine_.registry.setReadOnly("Software");
-    apply("<AddValue " + at_ +
-          "Value='N'>x</AddValue><AddKey Place='HKEY_LOCAL_MACHINE' Path='Software/New'/>");
+    EXPECT_FALSE(apply("<AddValue " + at_ +
+                       "Value='N'>x</AddValue><AddKey Place='HKEY_LOCAL_MACHINE' Path='Software/New'/>"));
     EXPECT_THAT(machine_.registry.operations,
                 ElementsAre("writeValue HKLM\\Software\\Demo:N", "createKey HKLM\\Software",
                             "createKey HKLM\\Software\\New"));
     EXPECT_EQ(records(), "");
+}
+
+TEST_F(RegistryActionTest, SaysWhichValueAndWhichKeyCouldNotBeWrittenAndGoesOn) {
+    machine_.registry.setReadOnly("Software\\Demo");
+    EXPECT_FALSE(apply("<AddValue " + at_ + "Value='N'>x</AddValue><AddValue " + at_ +
+                       "Value=''>x</AddValue><AddKey " + at_ +
+                       "/><AddKey Place='HKEY_LOCAL_MACHINE' Path='Software/Demo/a'/>"
+                       "<AddValue Place='HKLM' Path='p' Value='N'>x</AddValue>"
+                       "<AddKey Place='HKEY_USERS' Path='fine'/>"));
+    EXPECT_TRUE(machine_.registry.hasKey(RegistryRoot::kUsers, "fine"));
+    const std::vector<std::string> what = {
+        "FAILED to write the value HKEY_LOCAL_MACHINE\\Software\\Demo: N",
+        "FAILED to write the value HKEY_LOCAL_MACHINE\\Software\\Demo",
+        "FAILED to create the key HKEY_LOCAL_MACHINE\\Software\\Demo\\a",
+        "FAILED to write the value HKLM\\p: N",
+    };
+    ASSERT_EQ(ui_.calls.size(), what.size() + 1);
+    for (std::size_t i = 0; i < what.size(); ++i) {
+        EXPECT_TRUE(ui_.calls[i].starts_with("addMessage(\"" + what[i] + ": ")) << ui_.calls[i];
+        EXPECT_EQ(log_.lines()[i], "ERROR: " + what[i]);
+    }
+}
+
+TEST_F(RegistryActionTest, FailsNothingForWhatCannotBeRemoved) {
+    machine_.registry.setReadOnly("Software");
+    EXPECT_TRUE(apply("<RemoveValue " + at_ + "Value='N'/><RemoveKey " + at_ + "/><Drop " + at_ + "/>"));
+}
+
+TEST_F(RegistryActionTest, RecordsADefaultValueWithAFieldAtTheEnd) {
+    EXPECT_TRUE(apply("<AddValue " + at_ + "Value=''>x</AddValue>"));
+    EXPECT_EQ(textAt("Software\\Demo", ""), "x");
+    EXPECT_EQ(records(), "REGVAL\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\t\tDEFAULT\r\n");
+    EXPECT_TRUE(change_.undo({"REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo\t\tDEFAULT"}));
+    EXPECT_EQ(textAt("Software\\Demo", ""), "(none)");
 }
 
 TEST_F(RegistryActionTest, RecordsAKeyOnlyWhenItWasMade) {
@@ -158,7 +192,7 @@ TEST_F(RegistryActionTest, ChangesTheRegistryWithoutALogAsWell) {
 TEST_F(RegistryActionTest, LogsThatTheRecordsCouldNotBeWritten) {
     writer_.close();
     logDisk_.failFrom(MemoryFileSystem::Operation::kWrite, "/tmp/product.log", 1);
-    apply("<AddValue " + at_ + "Value='N'>x</AddValue>");
+    EXPECT_FALSE(apply("<AddValue " + at_ + "Value='N'>x</AddValue>"));
     EXPECT_THAT(log_.lines(),
                 ElementsAre("ERROR: The changes of the registry could not be written to the action log"));
 }
@@ -195,6 +229,44 @@ TEST_F(RegistryUndoTest, TakesBackWhatTheActionRecorded) {
     change_.finishUndo();
     EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software\\Demo\\a"));
     EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software\\Demo"));
+}
+
+TEST_F(RegistryUndoTest, FailsForAValueAndAKeyThatCannotBeDeleted) {
+    machine_.registry.addText(kRoot, "Software\\Demo\\a", "N", "x");
+    machine_.registry.setReadOnly("Software\\Demo\\a");
+    EXPECT_FALSE(change_.undo({"REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo\\a\tN"}));
+    undo("REGKEY", "1\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\\a");
+    EXPECT_FALSE(change_.finishUndo());
+    EXPECT_EQ(textAt("Software\\Demo\\a", "N"), "x");
+    ASSERT_EQ(ui_.calls.size(), 2U);
+    EXPECT_TRUE(ui_.calls[0].starts_with(
+        "addMessage(\"FAILED to delete the value HKEY_LOCAL_MACHINE\\Software\\Demo\\a: N: "));
+    EXPECT_TRUE(ui_.calls[1].starts_with(
+        "addMessage(\"FAILED to delete the key HKEY_LOCAL_MACHINE\\Software\\Demo\\a: "));
+}
+
+TEST_F(RegistryUndoTest, RepeatsAWalkWithoutAFailure) {
+    machine_.registry.addText(kRoot, "Software\\Demo\\a\\b", "N", "x");
+    machine_.registry.addKey(kRoot, "Software\\Demo\\c\\others");
+    for (int walk = 0; walk < 2; ++walk) {
+        undo("REGKEY", "1\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\\c");
+        undo("REGKEY", "2\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\\a\\b");
+        undo("REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo\\a\\b\tN");
+        EXPECT_TRUE(change_.finishUndo());
+        EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software\\Demo\\a"));
+        EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software\\Demo\\c\\others"));
+    }
+    EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(RegistryUndoTest, TakesNoCutRecordForOneOfADefaultValue) {
+    machine_.registry.addText(kRoot, "Software\\Demo", "", "of somebody else");
+    undo("REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo");
+    undo("REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo\t\tDEF");
+    undo("REGKEY", "1\tHKEY_LOCAL_MACHINE\t\tDEFAULT");
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_EQ(textAt("Software\\Demo", ""), "of somebody else");
+    EXPECT_EQ(log_.lines().size(), 3U);
 }
 
 TEST_F(RegistryUndoTest, WarnsOfRecordsWithoutThreeFields) {
@@ -444,6 +516,8 @@ TEST_F(RegistryChangeTest, KeepsPathAndNameWithinALineOfTheLog) {
     const std::string name(1023 - 6 - 3 - 18 - 8, 'n');
     EXPECT_EQ(write("Software", "", "x", name), 0);
     EXPECT_EQ(write("Software", "", "x", name + "n"), platform::kRegBadArgument);
+    // With "HKEY_LOCAL_MACHINE" and four more bytes of separators "DEFAULT" has room behind a path of 511.
+    EXPECT_EQ(write("Software\\" + std::string(RegistryChange::kPathLimit - 9, 'd'), "", "x", ""), 0);
 }
 
 }  // namespace

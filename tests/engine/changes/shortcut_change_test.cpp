@@ -188,13 +188,21 @@ TEST_F(ShortcutChangeTest, RemovesTheFileOfTheRecord) {
     expectLines({"Remove  shortcut C:\\Desktop\\Demo.lnk"});
 }
 
-TEST_F(ShortcutChangeTest, ReportsAShortcutThatStaysWithoutFailingTheUninstallation) {
-    machine_.files.addFile("/d/a.lnk", "x");
-    machine_.files.failAt(MemoryFileSystem::Operation::kRemoveFile, "/d/a.lnk", 1);
-    for (const std::string path : {"/d/a.lnk", "/d/none.lnk", "/none/a.lnk", ""}) {
+TEST_F(ShortcutChangeTest, ReportsAShortcutThatHasGoneAndFailsNothing) {
+    machine_.files.addDirectory("/d");
+    for (const std::string path : {"/d/none.lnk", "/none/a.lnk", ""}) {
         EXPECT_TRUE(change_.undo({"SHORTCUT", "CREATE\t" + path})) << path;
         expectLines({"FAILED to remove  shortcut " + path});
     }
+}
+
+TEST_F(ShortcutChangeTest, FailsForAShortcutThatStaysAndSaysWhy) {
+    machine_.files.addFile("/d/a.lnk", "x");
+    machine_.files.failAt(MemoryFileSystem::Operation::kRemoveFile, "/d/a.lnk", 1);
+    EXPECT_FALSE(change_.undo({"SHORTCUT", "CREATE\t/d/a.lnk"}));
+    ASSERT_EQ(ui_.calls.size(), 2U);
+    EXPECT_EQ(ui_.calls[0], "addFileLine(\"FAILED to remove  shortcut /d/a.lnk\", 0)");
+    EXPECT_TRUE(ui_.calls[1].starts_with("addMessage(\"/d/a.lnk: "));
     machine_.files.failAt(MemoryFileSystem::Operation::kRemoveFile, "/d/a.lnk", 1);
     EXPECT_FALSE(remove("CREATE\t/d/a.lnk"));
     EXPECT_TRUE(machine_.files.hasFile("/d/a.lnk"));

@@ -5,6 +5,7 @@
 #include "engine/changes/text_lines.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -143,6 +144,18 @@ TEST_F(TextFileTest, LeavesTheOldFileAfterEachFailure) {
     files_.setReadOnly("/d");
     EXPECT_FALSE(storeOver("/d/f"));
     expectAsItWas();
+}
+
+TEST_F(TextFileTest, SaysWhyItFailed) {
+    files_.addFile("/d/f", "old");
+    TextFile directory(files_, "/d");
+    EXPECT_EQ(directory.load(), TextFile::State::kUnreadable);
+    EXPECT_EQ(directory.reason(), "a link, or something else than a file, is in its place");
+    TextFile file(files_, "/d/f");
+    EXPECT_EQ(file.load(), TextFile::State::kLoaded);
+    files_.failAt(Operation::kWrite, "", 1, 28);
+    EXPECT_FALSE(file.store("", {"new"}));
+    EXPECT_EQ(file.reason(), platform::errorText(28));
 }
 
 TEST_F(TextFileTest, LeavesNothingWhereANewFileFails) {

@@ -456,6 +456,15 @@ TEST_F(ConsoleFrontEnd, PrintsNeitherStatusNorFilesNorBlanksWhenQuiet) {
     EXPECT_EQ(take(), "");
 }
 
+TEST_F(ConsoleFrontEnd, SaysWhatABoxInformsOfWhenQuiet) {
+    open(false, true);
+    ui->messageBox("broken\n", MessageKind::kInformation);
+    ui->messageBox("Go on?", MessageKind::kYesNo);
+    ui->messageBox(nullptr, MessageKind::kInformation);
+    EXPECT_EQ(take(), "");
+    EXPECT_EQ(terminal.errors, "broken\n");
+}
+
 TEST_F(ConsoleFrontEnd, AgreesToEveryBoxWhenQuiet) {
     open(false, true);
     for (const int kind : {0, 1, 2, 3}) {
