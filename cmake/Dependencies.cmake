@@ -20,7 +20,7 @@ target_link_libraries(tandrel_system INTERFACE Threads::Threads)
 if(WIN32)
   # Only libraries that Windows takes from its own directory whatever lies beside a program; others are loaded by
   # platform/windows/library_search.h.
-  target_link_libraries(tandrel_system INTERFACE psapi shell32 ole32 oleaut32 uuid advapi32 user32)
+  target_link_libraries(tandrel_system INTERFACE psapi shell32 ole32 oleaut32 uuid advapi32 user32 ntdll)
 else()
   target_link_libraries(tandrel_system INTERFACE ${SQLITE_LIBRARY} ${MD_LIBRARY} m dl)
 endif()

@@ -15,8 +15,9 @@ KIND = os.environ.get("TANDREL_E2E_KIND", "")
 # Of the oldest system that the Linux programs run on.
 NEWEST_GLIBC = (2, 34)
 LINUX_LIBRARIES = {"libc.so.6", "libm.so.6", "libdl.so.2", "libpthread.so.0", "ld-linux-x86-64.so.2"}
-# Windows takes these from its own directory, whatever lies beside the program: its list of known libraries.
-KNOWN_LIBRARIES = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "shell32.dll",
+# Windows takes these from its own directory, whatever lies beside the program: its list of known libraries, and the one
+# that is in each process before any other.
+KNOWN_LIBRARIES = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ntdll.dll", "ole32.dll", "oleaut32.dll", "shell32.dll",
                    "user32.dll"}
 # Windows 7, 8, 8.1, 10 and later.
 SYSTEMS = {"{35138b9a-5d96-4fbd-8e2d-a2440225f93a}", "{4a2f28e3-53b9-4441-ba9c-d69d4a4a6e38}",

@@ -8,9 +8,9 @@ from descriptions import description
 from harness import EXE, WINDOWS, EndToEndTest, main
 
 SETS = '<FileSet Name="A"><FN Dest="[DIR]">a.txt</FN></FileSet>'
-# What a setup may need on Windows, or the system on its behalf.
-LIBRARIES = ("bcrypt", "bcryptprimitives", "hnetcfg", "ieframe", "netapi32", "propsys", "rsaenh", "secur32", "uxtheme",
-             "version")
+# What a setup may need on Windows, or the system on its behalf. Without what Wine, which has no list of known libraries,
+# loads for the system's own ones before the program starts.
+LIBRARIES = ("bcrypt", "bcryptprimitives", "hnetcfg", "ieframe", "netapi32", "propsys", "rsaenh", "secur32", "uxtheme")
 
 
 class Rights(EndToEndTest):
@@ -39,9 +39,9 @@ class Rights(EndToEndTest):
     @unittest.skipUnless(WINDOWS, "on Linux root is the same for every administrator")
     def test_the_records_have_the_rights_of_their_directory(self):
         self.install()
-        plain = self.host("product/a.txt").stat().st_mode
-        for name in ("install.log", "backup.bin"):
-            self.assertEqual(oct(self.host("product/un/" + name).stat().st_mode), oct(plain), name)
+        # Wine shows in the mode who may read; the directory lets everybody.
+        for name in ("install.log", "backup.bin", "install.xml"):
+            self.assertEqual(oct(self.host("product/un/" + name).stat().st_mode & 0o444), "0o444", name)
 
     @unittest.skipIf(WINDOWS, "the desktop's own affair there")
     @unittest.skipUnless(os.geteuid() == 0, "only root has raised rights")
