@@ -90,8 +90,8 @@ void AdditionalActions::runAction(std::int32_t node) {
     action.details = readDetails(node);
     showLogLine(node);
     const Kind* kind = kindOf(tags.nameOf(node));
-    const auto text = tags.textOf(node);
-    if (kind == nullptr || (kind->needsText && text.value_or("").empty())) {
+    const auto text = tags.requiredTextOf(node);
+    if (kind == nullptr || (kind->needsText && !text)) {
         return;
     }
     action.details |= kind->details;

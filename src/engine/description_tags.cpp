@@ -1,5 +1,6 @@
 #include "engine/description_tags.h"
 
+#include "base/text_functions.h"
 #include "description/expressions.h"
 #include "description/pxml.h"
 
@@ -27,6 +28,11 @@ std::string_view DescriptionTags::nameOf(std::int32_t node) {
 
 std::optional<std::string_view> DescriptionTags::textOf(std::int32_t node) {
     return description_.getText(node);
+}
+
+std::optional<std::string_view> DescriptionTags::requiredTextOf(std::int32_t node) {
+    const auto text = textOf(node);
+    return text && !OUtils::trimWhiteSpace(*text).empty() ? text : std::nullopt;
 }
 
 std::optional<std::string_view> DescriptionTags::attribute(std::int32_t node, std::string_view name) {

@@ -29,6 +29,9 @@ public:
     // The views are good as long as the description.
     std::string_view nameOf(std::int32_t node);
     std::optional<std::string_view> textOf(std::int32_t node);
+    // As textOf, but an empty text, or one of white space, counts as none: an element that needs its text is
+    // left out then, so that `<Replace VarName="PATH"></Replace>` doesn't empty PATH.
+    std::optional<std::string_view> requiredTextOf(std::int32_t node);
     std::optional<std::string_view> attribute(std::int32_t node, std::string_view name);
     bool hasAttribute(std::int32_t node, std::string_view name) { return attribute(node, name).has_value(); }
 

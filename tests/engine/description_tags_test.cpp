@@ -37,6 +37,14 @@ TEST_F(DescriptionTagsTest, TakesAMissingConditionOfAnAttributeForFalse) {
     EXPECT_TRUE(tags_.holds(std::nullopt));
 }
 
+TEST_F(DescriptionTagsTest, TakesAnEmptyTextForNoneWhereOneIsRequired) {
+    describe("<G></G><H/><I> \t\n</I><J>[NONE]</J>");
+    for (const char* name : {"G", "H", "I"}) {
+        EXPECT_EQ(tags_.requiredTextOf(tags_.firstOf(name)), std::nullopt) << name;
+    }
+    EXPECT_EQ(tags_.requiredTextOf(tags_.firstOf("J")), "[NONE]");
+}
+
 TEST_F(DescriptionTagsTest, ExpandsTextsOfAnyLength) {
     variables_.set("V", std::string(1000, 'v'));
     std::string source;

@@ -26,11 +26,23 @@ struct LogRecord {
     std::string_view fields;
 };
 
+// What became of a change that was to be taken back.
+enum class UndoResult {
+    kDone,
+    kGone,    // an earlier walk or the user has taken it back already: no failure, so that walks can be
+              // repeated
+    kFailed,  // it is still there
+};
+
 // One kind of change to a machine: it reads its elements of the description, makes the change, writes its
 // record and takes the change back from that record. Nobody else knows the record's form. An object serves
 // one job, an installation or an uninstallation, on the session's thread.
 //
 // An earlier value that a record can't hold whole is never lost: that change fails and nothing is written.
+//
+// A log may hold records of several installations of one product, the oldest first, and a walk that failed is
+// repeated over the same records. So an undo whose record is met again, or whose change has gone, is no
+// failure, and of several earlier values of one thing the oldest comes back.
 class Change {
 public:
     Change() = default;

@@ -26,6 +26,10 @@ std::unique_ptr<Change> makeOfProduct(ChangeJob& job) {
     return std::make_unique<Kind>(job.context, job.parts.model.product);
 }
 
+std::unique_ptr<Change> makeIniChange(ChangeJob& job) {
+    return std::make_unique<IniChange>(job.context, &job.replaced.removed);
+}
+
 std::unique_ptr<Change> makeFileChange(ChangeJob& job) {
     return std::make_unique<FileChange>(job.context, job.parts, job.replaced);
 }
@@ -42,7 +46,7 @@ constexpr ChangeKind kKinds[] = {
     {Tags{Format::kEnvironment}, "Environment", "Updating environment variables", UndoPass::kMain,
      UndoEnd::kAfterProgress, make<EnvironmentChange>},
     {Tags{Format::kIni}, "IniFiles", "Updating .ini files", UndoPass::kMain, UndoEnd::kBeforeCleaning,
-     make<IniChange>},
+     makeIniChange},
     {Tags{Format::kModifyFile}, "ModifyFiles", "Modifying files", UndoPass::kFirst, UndoEnd::kBeforeCleaning,
      make<FileEdit>},
     {Tags{Format::kShortcut}, "Shortcuts", "Creating shortcuts", UndoPass::kMain, UndoEnd::kBeforeCleaning,

@@ -23,10 +23,13 @@ using ActionLogFormat::kReplace;
 using platform::kSystemEnvironmentKey;
 using Entry = EnvironmentChange::Entry;
 using Mode = EnvironmentChange::Mode;
+using UndoneRecords = EnvironmentChange::UndoneRecords;
+using Value = EnvironmentChange::Value;
 using State = EnvironmentChange::State;
 
 constexpr auto kRoot = platform::RegistryRoot::kLocalMachine;
 constexpr auto kView = platform::RegistryView::kNative;
+constexpr char kListSeparator = ';';
 
 struct NamedMode {
     std::string_view element;
@@ -48,7 +51,7 @@ std::optional<Mode> modeOf(std::string_view element) {
 std::string collapsed(std::string_view text) {
     std::string result;
     for (const char c : text) {
-        if (c != ';' || result.empty() || result.back() != ';') {
+        if (c != kListSeparator || result.empty() || result.back() != kListSeparator) {
             result += c;
         }
     }
@@ -72,7 +75,7 @@ std::string withoutOuterQuotes(std::string_view text) {
 }
 
 bool holdsDirectory(platform::FileSystem& files, const std::string& list, std::string_view directory) {
-    const std::vector<std::string> entries = OUtils::splitText(withoutQuotes(list), ';');
+    const std::vector<std::string> entries = OUtils::splitText(withoutQuotes(list), kListSeparator);
     return namesSameDirectory(files, entries, withoutOuterQuotes(directory));
 }
 
@@ -89,10 +92,10 @@ struct Plan {
 
 struct Present {
     State state;
-    std::string value;
+    Value value;
 
     bool canBeChanged() const {
-        return state != State::kUnreadable && value.size() <= EnvironmentChange::kValueLimit;
+        return state != State::kUnreadable && value.text.size() <= EnvironmentChange::kValueLimit;
     }
 };
 
@@ -105,12 +108,18 @@ Plan planReplacement(const Entry& entry, const Present& present) {
     Plan plan;
     plan.value = entry.value.value_or("");
     plan.undo = isNew ? RecordText::join({kCreate, entry.name})
-                      : RecordText::join({kReplace, entry.name, present.value});
+                      : RecordText::join({kReplace, entry.name, present.value.text});
     plan.isPossible = entry.value && present.canBeChanged() && RecordText::isField(entry.name) &&
-                      RecordText::isLastField(present.value) && fitsRecord(plan.undo);
+                      RecordText::isLastField(present.value.text) && fitsRecord(plan.undo);
     plan.doneWord = isNew ? "Create " : "Replace ";
     plan.failedWord = isNew ? "FAILED to create " : "FAILED to replace";
     return plan;
+}
+
+// What the record of a text at the end says: a separator at its own end would make it one in front.
+std::string withoutLastSeparators(const std::string& text) {
+    const std::string result = text.substr(0, text.find_last_not_of(kListSeparator) + 1);
+    return RecordText::isLastField(result) ? result : text;
 }
 
 Plan planJoin(platform::FileSystem& files, const Entry& entry, const Present& present) {
@@ -118,45 +127,127 @@ Plan planJoin(platform::FileSystem& files, const Entry& entry, const Present& pr
     std::string added(entry.value.value_or(""));
     plan.value = added;
     plan.isPossible = entry.value && present.canBeChanged() && RecordText::isField(entry.name);
+    const bool inFront = entry.mode == Mode::kInsert && present.state == State::kFound;
     if (plan.isPossible && present.state == State::kFound) {
-        if (entry.isPath && holdsDirectory(files, present.value, added)) {
+        const std::string& list = present.value.text;
+        if (entry.isPath && holdsDirectory(files, list, added)) {
             plan.isPresent = true;
             return plan;
         }
-        const bool inFront = entry.mode == Mode::kInsert;
-        plan.value = collapsed(inFront ? added + ';' + present.value : present.value + ';' + added);
+        plan.value = collapsed(inFront ? added + kListSeparator + list : list + kListSeparator + added);
         // The undo looks for the text as the variable holds it.
-        added = collapsed(inFront ? added + ';' : added);
+        added = collapsed(inFront ? added + kListSeparator : added);
     }
-    plan.undo = RecordText::join({kAdd, entry.name, added});
-    plan.isPossible = plan.isPossible && RecordText::isLastField(added) && fitsRecord(plan.undo);
+    const std::string recorded = inFront ? added : withoutLastSeparators(added);
+    plan.undo = RecordText::join({kAdd, entry.name, recorded});
+    plan.isPossible = plan.isPossible && RecordText::isLastField(recorded) && fitsRecord(plan.undo);
     return plan;
 }
 
-bool restore(platform::Registry& registry, std::string_view name, std::string_view value) {
-    std::string present;
-    return EnvironmentChange::read(registry, name, present) != State::kUnreadable &&
-           EnvironmentChange::write(registry, name, value);
+bool isInFront(std::string_view addedText) {
+    return addedText.ends_with(kListSeparator);
 }
 
-bool removeVariable(platform::Registry& registry, std::string_view name, std::string_view) {
-    return EnvironmentChange::erase(registry, name);
+// The text without separators at its ends.
+std::string_view entryIn(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(kListSeparator);
+    return first == std::string_view::npos
+               ? std::string_view()
+               : text.substr(first, text.find_last_not_of(kListSeparator) - first + 1);
 }
 
-bool removeText(platform::Registry& registry, std::string_view name, std::string_view text) {
-    std::string present;
-    if (EnvironmentChange::read(registry, name, present) != State::kFound) {
+// Where the list has these entries, between separators or ends of the list; npos when it doesn't.
+std::size_t findEntries(std::string_view list, std::string_view entries, bool takesFirst) {
+    const auto isWhole = [&](std::size_t start) {
+        const std::size_t end = start + entries.size();
+        return (start == 0 || list[start - 1] == kListSeparator) &&
+               (end == list.size() || list[end] == kListSeparator);
+    };
+    std::size_t found = std::string_view::npos;
+    for (std::size_t start = list.find(entries); start != std::string_view::npos;
+         start = list.find(entries, start + 1)) {
+        if (isWhole(start)) {
+            found = start;
+            if (takesFirst) {
+                break;
+            }
+        }
+    }
+    return found;
+}
+
+// Takes an added text out of a list. No entry that only contains it is touched, and no empty entry stays in
+// the middle: to most readers that would be the present directory. False when the list hasn't got it.
+bool takeOut(std::string& list, std::string_view addedText) {
+    const std::string_view entries = entryIn(addedText);
+    const std::size_t start = findEntries(list, entries, isInFront(addedText));
+    if (start == std::string::npos) {
         return false;
     }
-    const std::size_t position = text.empty() ? std::string::npos : present.find(text);
-    // A text that has gone leaves nothing to write. The separator of an appended one stays.
-    return position == std::string::npos ||
-           EnvironmentChange::write(registry, name, present.erase(position, text.size()));
+    list.erase(start, entries.size());
+    if (start < list.size() && (start == 0 || list[start - 1] == kListSeparator)) {
+        list.erase(start, 1);
+    }
+    return true;
+}
+
+// A value that didn't exist before is taken as it is; other additions collapse its separators later.
+bool takeOutInEitherForm(std::string& list, const std::string& addedText) {
+    return takeOut(list, addedText) || takeOut(list, collapsed(addedText));
+}
+
+UndoResult resultOf(bool done) {
+    return done ? UndoResult::kDone : UndoResult::kFailed;
+}
+
+// The value may be of a time when the product had joined its texts already.
+UndoResult restore(platform::Registry& registry, std::string_view name, const std::string& text,
+                   UndoneRecords& undone) {
+    undone.isRestored = true;
+    Value present;
+    if (EnvironmentChange::read(registry, name, present) == State::kUnreadable) {
+        return UndoResult::kFailed;
+    }
+    present.text = text;
+    for (const std::string& joined : undone.joinedTexts) {
+        takeOutInEitherForm(present.text, joined);
+    }
+    return resultOf(EnvironmentChange::write(registry, name, present));
+}
+
+UndoResult removeVariable(platform::Registry& registry, std::string_view name, const std::string&,
+                          UndoneRecords& undone) {
+    undone.isRestored = true;
+    Value present;
+    return EnvironmentChange::read(registry, name, present) == State::kAbsent
+               ? UndoResult::kGone
+               : resultOf(EnvironmentChange::erase(registry, name));
+}
+
+UndoResult removeText(platform::Registry& registry, std::string_view name, const std::string& text,
+                      UndoneRecords& undone) {
+    undone.joinedTexts.push_back(text);
+    // A text that joined a present value left a separator, or has one.
+    undone.wasAbsent = undone.wasAbsent || !isInFront(text);
+    Value present;
+    const State state = EnvironmentChange::read(registry, name, present);
+    if (state != State::kFound) {
+        return state == State::kAbsent ? UndoResult::kGone : UndoResult::kFailed;
+    }
+    if (!text.empty() && !takeOutInEitherForm(present.text, text)) {
+        return UndoResult::kGone;
+    }
+    if (present.text.empty() && undone.wasAbsent) {
+        return resultOf(EnvironmentChange::erase(registry, name));
+    }
+    // Nothing was added.
+    return text.empty() ? UndoResult::kDone : resultOf(EnvironmentChange::write(registry, name, present));
 }
 
 struct Undo {
     std::string_view kind;
-    bool (*run)(platform::Registry& registry, std::string_view name, std::string_view text);
+    UndoResult (*run)(platform::Registry& registry, std::string_view name, const std::string& text,
+                      UndoneRecords& undone);
     std::string_view doneWord;
     std::string_view failedWord;
 };
@@ -171,22 +262,45 @@ std::string lineOf(bool done, std::string_view doneWord, std::string_view failed
     return std::string(done ? doneWord : failedWord).append(name);
 }
 
+// A record as the undo reads it.
+struct ParsedRecord {
+    const Undo* undo = nullptr;  // null: of another kind
+    std::string_view name;       // empty in a damaged record, which takes nothing back
+    std::string_view text;
+
+    explicit ParsedRecord(std::string_view fields) {
+        std::vector<std::string_view> parts = RecordText::split(fields, 3);
+        parts.resize(3);
+        const auto* found = std::ranges::find(kUndos, parts[0], &Undo::kind);
+        undo = found == std::end(kUndos) ? nullptr : found;
+        name = parts[1];
+        text = parts[2];
+    }
+    bool isUsable() const { return undo != nullptr && !name.empty(); }
+};
+
+UndoResult takeBack(platform::Registry& registry, Report& report, const ParsedRecord& record,
+                    UndoneRecords& undone) {
+    const Undo& undo = *record.undo;
+    const UndoResult result = undo.run(registry, record.name, std::string(record.text), undone);
+    const bool done = result == UndoResult::kDone;
+    report.addOutcome(done, lineOf(done, undo.doneWord, undo.failedWord, record.name));
+    return result;
+}
+
 }  // namespace
 
 bool EnvironmentChange::apply() {
     applied_ = false;
     const bool succeeded =
         applyGroups(context_, "Environment", [this](std::int32_t child) { return applyChild(child); });
-    if (succeeded && applied_) {
-        broadcast(context_.machine.shell, context_.report);
-    }
-    return succeeded;
+    return succeeded && (!applied_ || broadcast(context_.machine.shell, context_.report));
 }
 
 bool EnvironmentChange::applyChild(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::optional<Mode> mode = modeOf(tags.nameOf(node));
-    const auto text = tags.textOf(node);
+    const auto text = tags.requiredTextOf(node);
     if (!mode || !tags.hasAttribute(node, "VarName") || !text) {
         return true;
     }
@@ -205,17 +319,22 @@ bool EnvironmentChange::applyChild(std::int32_t node) {
 }
 
 bool EnvironmentChange::undo(const LogRecord& record) {
-    remove(context_.machine, context_.report, record.fields);
     undone_ = true;
-    return true;
+    const ParsedRecord parsed(record.fields);
+    if (!parsed.isUsable()) {
+        return true;
+    }
+    UndoneRecords& undone = undoneRecords_[OUtils::toLowerAscii(parsed.name)];
+    return undone.isRestored ||
+           takeBack(context_.machine.registry, context_.report, parsed, undone) != UndoResult::kFailed;
 }
 
 bool EnvironmentChange::finishUndo() {
-    if (undone_) {
-        context_.report.setStatus("Updating environment");
-        broadcast(context_.machine.shell, context_.report);
+    if (!undone_) {
+        return true;
     }
-    return true;
+    context_.report.setStatus("Updating environment");
+    return broadcast(context_.machine.shell, context_.report);
 }
 
 RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report& report, const Entry& entry) {
@@ -229,7 +348,8 @@ RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report&
     if (plan.isPresent) {
         return {true, std::string(kNone)};
     }
-    const bool done = plan.isPossible && write(machine.registry, entry.name, plan.value);
+    const bool done =
+        plan.isPossible && write(machine.registry, entry.name, {plan.value, present.value.isExpandable});
     const std::string line = lineOf(done, plan.doneWord, plan.failedWord, entry.name);
     if (entry.mode != Mode::kInsert) {
         report.addOutcome(done, line);
@@ -240,44 +360,42 @@ RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report&
 }
 
 bool EnvironmentChange::remove(const platform::Platform& machine, Report& report, std::string_view fields) {
-    std::vector<std::string_view> parts = RecordText::split(fields, 3);
-    parts.resize(3);
-    const auto* undo = std::ranges::find(kUndos, parts[0], &Undo::kind);
-    if (undo == std::end(kUndos)) {
-        return false;
+    const ParsedRecord parsed(fields);
+    if (!parsed.isUsable()) {
+        return parsed.undo != nullptr;
     }
-    const std::string_view name = parts[1];
-    if (name.empty()) {
-        return true;
-    }
-    const bool done = undo->run(machine.registry, name, parts[2]);
-    return report.addOutcome(done, lineOf(done, undo->doneWord, undo->failedWord, name));
+    UndoneRecords alone;
+    return takeBack(machine.registry, report, parsed, alone) == UndoResult::kDone;
 }
 
-void EnvironmentChange::broadcast(platform::ShellObjects& shell, Report& report) {
-    if (!shell.broadcastEnvironment()) {
+bool EnvironmentChange::broadcast(platform::ShellObjects& shell, Report& report) {
+    const bool done = shell.broadcastEnvironment();
+    if (!done) {
         report.addError("FAILED to make the changed environment known");
     }
+    return done;
 }
 
 EnvironmentChange::State EnvironmentChange::read(platform::Registry& registry, std::string_view name,
-                                                 std::string& outValue) {
-    outValue.clear();
+                                                 Value& outValue) {
+    outValue = {};
     platform::RegistryValue value;
     const int status = registry.readValue(kRoot, kSystemEnvironmentKey, kView, name, value);
     if (status == platform::kRegNotFound) {
         return State::kAbsent;
     }
-    const bool isText = value.type == platform::kRegString || value.type == platform::kRegExpandString;
+    const bool isExpandable = value.type == platform::kRegExpandString;
+    const bool isText = value.type == platform::kRegString || isExpandable;
     if (status != platform::kRegOk || !isText || value.data.find('\0') != std::string::npos) {
         return State::kUnreadable;
     }
-    outValue = std::move(value.data);
+    outValue = {std::move(value.data), isExpandable};
     return State::kFound;
 }
 
-bool EnvironmentChange::write(platform::Registry& registry, std::string_view name, std::string_view value) {
-    const platform::RegistryValue text{platform::kRegString, std::string(value)};
+bool EnvironmentChange::write(platform::Registry& registry, std::string_view name, const Value& value) {
+    const platform::RegistryValue text{value.isExpandable ? platform::kRegExpandString : platform::kRegString,
+                                       value.text};
     int status = registry.writeValue(kRoot, kSystemEnvironmentKey, kView, name, text);
     int created = 0;
     if (status == platform::kRegNotFound &&

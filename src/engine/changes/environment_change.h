@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/changes/change.h"
 #include "engine/changes/record_text.h"
@@ -18,8 +20,11 @@ class ShellObjects;
 //
 //   CREATE name            the variable was new
 //   REPLACE name value     its former value
-//   ADD name text          the text that was joined to it, with the separator that goes with it
+//   ADD name text          the text that was joined to it; it ends with a separator when it was put in front
 //   NONE                   the directory was there already
+//
+// A variable that holds references to others (`%NAME%`) stays of that type, when it is changed and when that
+// is taken back; new ones are plain.
 class EnvironmentChange : public Change {
 public:
     // How a text joins a variable. The numbers are those of the operation that others call.
@@ -30,6 +35,11 @@ public:
         std::optional<std::string_view> value;
         Mode mode = Mode::kReplace;
         bool isPath = false;  // not added where an entry of the variable names the same directory
+    };
+
+    struct Value {
+        std::string text;
+        bool isExpandable = false;  // references to other variables are replaced by whoever uses it
     };
 
     enum class State {
@@ -43,28 +53,40 @@ public:
 
     explicit EnvironmentChange(const ChangeContext& context) : context_(context) {}
 
+    // False also when the changed environment could not be made known.
     bool apply() override;
-    // Always true: a variable that stays as it is doesn't make the uninstallation a failure.
+    // False when the variable could not be written. Not when it has gone, or holds the added text no longer,
+    // which is only reported: an earlier walk or the user has taken the change back. Of several records of
+    // one variable the first that says what was there decides, so that a product that was installed twice
+    // leaves what was there before the first time.
     bool undo(const LogRecord& record) override;
-    // Makes the environment known when a record was undone.
+    // Makes the environment known when a record was undone. False when that failed.
     bool finishUndo() override;
 
     // Fails without writing when there is no value, when the present one is too long, isn't a text or doesn't
     // fit the record, and when an added text couldn't be found again. Another mode does nothing, with
     // success.
     static RecordedResult add(const platform::Platform& machine, Report& report, const Entry& entry);
-    // Takes an entry back by the fields of its record. False also for fields of another kind, which change
-    // nothing.
+    // Takes an entry back by the fields of its record. Of a joined text only whole entries of the list go,
+    // and a variable goes that is empty then and was made for it. False when nothing was there to be taken
+    // back, and for fields of another kind, which change nothing.
     static bool remove(const platform::Platform& machine, Report& report, std::string_view fields);
     // Makes the changed environment known to the programs that run and those to come. A failure goes to the
     // errors alone.
-    static void broadcast(platform::ShellObjects& shell, Report& report);
+    static bool broadcast(platform::ShellObjects& shell, Report& report);
 
     // `outValue` is empty unless the variable is found. References to other variables are read as they are.
-    static State read(platform::Registry& registry, std::string_view name, std::string& outValue);
-    // Writes plain text in any case. The key is made where it is missing.
-    static bool write(platform::Registry& registry, std::string_view name, std::string_view value);
+    static State read(platform::Registry& registry, std::string_view name, Value& outValue);
+    // The key is made where it is missing.
+    static bool write(platform::Registry& registry, std::string_view name, const Value& value);
     static bool erase(platform::Registry& registry, std::string_view name);
+
+    // What the records of one variable that were undone so far mean for its next ones.
+    struct UndoneRecords {
+        bool isRestored = false;               // what was there first is back
+        bool wasAbsent = false;                // before a text was joined to it
+        std::vector<std::string> joinedTexts;  // a value that is restored later may still hold them
+    };
 
 private:
     bool applyChild(std::int32_t node);
@@ -72,4 +94,5 @@ private:
     ChangeContext context_;
     bool applied_ = false;
     bool undone_ = false;
+    std::map<std::string, UndoneRecords> undoneRecords_;  // by the name in lower case
 };

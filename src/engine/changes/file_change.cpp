@@ -167,6 +167,9 @@ bool FileChange::remove(const std::string& path) {
             context_.report.addError(line);
         }
     }
+    if (isGone) {
+        replaced_.removed.add(path);
+    }
     context_.report.addLine(line, context_.report.isFlushDue());
     return isGone;
 }

@@ -6,6 +6,7 @@
 
 #include "engine/changes/change.h"
 #include "engine/changes/directory_change.h"
+#include "engine/changes/removed_files.h"
 #include "engine/disk_files.h"
 #include "engine/file_contents.h"
 #include "engine/file_planner.h"
@@ -22,6 +23,7 @@ struct ReplacedFiles {
     BackupFile archive;  // of an installation: open for writing
     // In an uninstallation: there is no archive any more, so that no repetition restores anything either.
     bool isArchiveMissing = false;
+    RemovedFiles removed;
 };
 
 // FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive

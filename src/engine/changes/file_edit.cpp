@@ -173,7 +173,7 @@ bool FileEdit::apply() {
 
 bool FileEdit::applyChild(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
-    const auto text = tags.textOf(node);
+    const auto text = tags.requiredTextOf(node);
     const bool isEdit = tags.nameOf(node) == "File" && tags.attribute(node, "Command") == "AddAfter" &&
                         tags.hasAttribute(node, "Path") && text;
     if (!isEdit) {

@@ -142,7 +142,7 @@ bool FirewallChange::apply() {
 // kDone for what is skipped.
 FirewallResult FirewallChange::applyChild(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
-    if (!tags.textOf(node) || !tags.conditionHolds(node)) {
+    if (!tags.requiredTextOf(node) || !tags.conditionHolds(node)) {
         return FirewallResult::kDone;
     }
     if (tags.nameOf(node) == "Port" && tags.hasAttribute(node, "Port")) {
@@ -159,7 +159,7 @@ FirewallResult FirewallChange::applyPort(std::int32_t node) {
     const std::string protocols(tags.attribute(node, "Protocol").value_or(kBothProtocols));
     FirewallPortRule rule;
     rule.port = OUtils::textToInteger(tags.attribute(node, "Port").value_or(""));
-    rule.name = tags.expand(tags.textOf(node)).substr(0, FirewallPortRule::kNameLimit);
+    rule.name = tags.expand(tags.requiredTextOf(node)).substr(0, FirewallPortRule::kNameLimit);
     rule.protocols =
         protocolsOf(protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification",
                     context_.debugLog);
@@ -177,7 +177,7 @@ FirewallResult FirewallChange::applyPort(std::int32_t node) {
 FirewallResult FirewallChange::applyApplication(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::string target = normalizedPath(tags.expandAttribute(node, "Target"));
-    const std::string name = tags.expand(tags.textOf(node));
+    const std::string name = tags.expand(tags.requiredTextOf(node));
     const FirewallResult result = addApplication(context_.machine.firewall, context_.debugLog, target, name);
     if (reportAdding(result, "exception for application: " + target)) {
         context_.log.writeRecord(Format::kFirewall, {Format::kApplication, target});

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
 #include "engine/changes/element_groups.h"
+#include "engine/changes/removed_files.h"
 #include "engine/changes/same_path.h"
 #include "engine/changes/text_file.h"
 #include "engine/description_tags.h"
@@ -127,12 +129,20 @@ void Editor::takeKey(std::string_view line, std::size_t sign) {
     // Deliberate: a key that is to go in front of its own name doesn't match, and is there twice afterwards.
     if (name == edit_.beforeKey) {
         beforeLine_ = lines_.size();
-    } else if (name == edit_.key) {
+    } else if (isMatch(line, sign)) {
         takeMatch(line, sign);
         return;
     }
     lastLine_ = lines_.size();
     keep(line);
+}
+
+bool Editor::isMatch(std::string_view line, std::size_t sign) const {
+    std::string_view value = line.substr(sign + 1);
+    if (value.ends_with('\r')) {
+        value.remove_suffix(1);
+    }
+    return line.substr(0, sign) == edit_.key && (!edit_.onlyValue || value == edit_.onlyValue);
 }
 
 void Editor::takeMatch(std::string_view line, std::size_t sign) {
@@ -223,17 +233,15 @@ std::string_view valueToRestore(std::string_view text) {
     return IniText::valueIn(value) == value ? value : OUtils::trimWhiteSpace(text);
 }
 
-// The earlier value of the key: that of the line that gives way, or else of the one that a reader finds. None
-// when it is missing or empty.
-std::optional<std::string_view> earlierValue(const Lines& lines, const IniText::Editor& editor,
-                                             const Entry& entry) {
-    std::optional<std::string_view> value;
-    if (!editor.lostValues().empty()) {
-        value = valueToRestore(editor.lostValues().front());
-    } else {
-        value = IniText::valueOf(lines, entry.section, entry.key);
+// The value of the line that gives way; none when there is no such line, or it has no value. Another spelling
+// of the key, which a reader of profiles would find first, gives nothing way and counts for nothing here:
+// its value would otherwise be written over the undone line.
+std::optional<std::string_view> earlierValue(const IniText::Editor& editor) {
+    if (editor.lostValues().empty()) {
+        return std::nullopt;
     }
-    return value && !value->empty() ? value : std::nullopt;
+    const std::string_view value = valueToRestore(editor.lostValues().front());
+    return value.empty() ? std::nullopt : std::optional(value);
 }
 
 // None when the section is beyond the limits.
@@ -282,7 +290,7 @@ Attempt attempt(platform::FileSystem& files, const Entry& entry) {
     }
     IniText::Editor editor(editOf(entry));
     editor.run(file.lines());
-    const auto earlier = earlierValue(file.lines(), editor, entry);
+    const auto earlier = earlierValue(editor);
     result.isNew = !earlier;
     if (entry.isPath) {
         const auto values = valuesOf(file.lines(), entry.section);
@@ -308,6 +316,62 @@ bool reportEntry(Report& report, bool done, std::string_view doneWord, std::stri
     return report.addOutcome(done, line);
 }
 
+// A record as the undo reads it.
+struct ParsedRecord {
+    bool isUsable = false;
+    bool isRestore = false;
+    Entry entry{};
+
+    explicit ParsedRecord(std::string_view fields) {
+        constexpr std::size_t kFields = 5;
+        const std::vector<std::string_view> parts = RecordText::split(fields, kFields);
+        const std::string_view kind = parts.empty() ? "" : parts[0];
+        isRestore = kind == kReplace && parts.size() == kFields;
+        isUsable = isRestore || (kind == kCreate && parts.size() >= kFields - 1);
+        if (isUsable) {
+            entry = {parts[1], parts[2], parts[3],
+                     parts.size() == kFields ? std::optional(parts[4]) : std::nullopt};
+        }
+    }
+    std::string key() const {
+        return RecordText::join({OUtils::normalizedPath(std::string(entry.file)), entry.section, entry.key});
+    }
+};
+
+// Where the line was written again since, any line of the key is meant.
+bool removeLine(platform::FileSystem& files, const Entry& entry) {
+    IniFile file(files, entry.file);
+    if (entry.section.empty() || !file.load()) {
+        return false;
+    }
+    IniText::Editor own({entry.section, entry.key, {}, {}, entry.value});
+    own.run(file.lines());
+    if (!own.lostValues().empty()) {
+        return file.store(own.lines());
+    }
+    IniText::Editor any({entry.section, entry.key, {}, {}});
+    any.run(file.lines());
+    return file.store(any.lines());
+}
+
+bool directoryExists(platform::FileSystem& files, std::string_view path) {
+    const std::size_t separator = path.find_last_of("/\\");
+    return separator == std::string_view::npos || files.exists(path.substr(0, separator + 1));
+}
+
+UndoResult takeBack(platform::FileSystem& files, Report& report, const ParsedRecord& record) {
+    const Entry& entry = record.entry;
+    const bool done =
+        record.isRestore ? IniChange::editFile(files, entry.file, {entry.section, entry.key, entry.value, {}})
+                         : !files.exists(entry.file) || removeLine(files, entry);
+    reportEntry(report, done, record.isRestore ? "Restore " : "Remove ",
+                record.isRestore ? "FAILED to restore " : "FAILED to remove ", entry);
+    if (done) {
+        return UndoResult::kDone;
+    }
+    return directoryExists(files, entry.file) ? UndoResult::kFailed : UndoResult::kGone;
+}
+
 }  // namespace
 
 bool IniChange::apply() {
@@ -316,7 +380,7 @@ bool IniChange::apply() {
 
 bool IniChange::applyChild(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
-    const auto text = tags.textOf(node);
+    const auto text = tags.requiredTextOf(node);
     const bool isComplete = tags.nameOf(node) == "Add" && tags.hasAttribute(node, "FileName") &&
                             tags.hasAttribute(node, "Section") && tags.hasAttribute(node, "Key") && text;
     if (!isComplete) {
@@ -341,8 +405,16 @@ bool IniChange::applyChild(std::int32_t node) {
 }
 
 bool IniChange::undo(const LogRecord& record) {
-    remove(context_.machine.files, context_.report, record.fields);
-    return true;
+    const ParsedRecord parsed(record.fields);
+    if (!parsed.isUsable || !undoneKeys_.insert(parsed.key()).second) {
+        return true;
+    }
+    platform::FileSystem& files = context_.machine.files;
+    // Written into a file that the product itself had brought, a value would leave that file behind.
+    if (removed_ != nullptr && removed_->contains(parsed.entry.file) && !files.exists(parsed.entry.file)) {
+        return true;
+    }
+    return takeBack(files, context_.report, parsed) != UndoResult::kFailed;
 }
 
 RecordedResult IniChange::add(platform::FileSystem& files, Report& report, const Entry& entry) {
@@ -357,20 +429,8 @@ RecordedResult IniChange::add(platform::FileSystem& files, Report& report, const
 }
 
 bool IniChange::remove(platform::FileSystem& files, Report& report, std::string_view fields) {
-    constexpr std::size_t kFields = 5;
-    std::vector<std::string_view> parts = RecordText::split(fields, kFields);
-    const std::string_view kind = parts.empty() ? "" : parts[0];
-    const bool isRestore = kind == kReplace && parts.size() == kFields;
-    if (!isRestore && (kind != kCreate || parts.size() < kFields - 1)) {
-        return false;
-    }
-    const Entry entry{parts[1], parts[2], parts[3], isRestore ? std::optional(parts[4]) : std::nullopt};
-    if (!files.exists(entry.file)) {
-        return isRestore || reportEntry(report, true, "Remove ", "", entry);
-    }
-    const bool done = editFile(files, entry.file, editOf(entry));
-    return reportEntry(report, done, isRestore ? "Restore " : "Remove ",
-                       isRestore ? "FAILED to restore " : "FAILED to remove ", entry);
+    const ParsedRecord parsed(fields);
+    return parsed.isUsable && takeBack(files, report, parsed) == UndoResult::kDone;
 }
 
 bool IniChange::write(platform::FileSystem& files, std::string_view file, const IniText::Edit& edit,

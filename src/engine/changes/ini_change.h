@@ -3,12 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "engine/changes/change.h"
 #include "engine/changes/record_text.h"
+
+class RemovedFiles;
 
 namespace platform {
 class FileSystem;
@@ -41,6 +44,8 @@ struct Edit {
     std::optional<std::string_view> key;
     std::optional<std::string_view> value;
     std::optional<std::string_view> beforeKey;
+    // Of a deletion: only a line with just this text after its `=` matches.
+    std::optional<std::string_view> onlyValue = std::nullopt;
 
     bool isWrite() const { return key && value; }
 };
@@ -61,6 +66,7 @@ private:
     void takeLine(std::string_view line);
     void takeHeader(std::string_view line);
     void takeKey(std::string_view line, std::size_t sign);
+    bool isMatch(std::string_view line, std::size_t sign) const;
     void takeMatch(std::string_view line, std::size_t sign);
     void keep(std::string_view line) { lines_.push_back(line); }
     void insert(std::size_t position);
@@ -85,8 +91,8 @@ private:
 
 // Changes to keys of INI files: the groups `IniFiles`, and the records INI:
 //
-//   CREATE file section key value    the key was new; only the value may be cut
-//   REPLACE file section key value   its former value
+//   CREATE file section key value    no line gave way, or one without a value; only the value may be cut
+//   REPLACE file section key value   the value of the line that gave way
 //   NONE                             the directory was there already
 //
 // Files are kept byte for byte but for the lines that change and the line ends, which become the system's; a
@@ -110,18 +116,23 @@ public:
     static constexpr std::size_t kKeyListSize = 2048;
     static constexpr std::size_t kValueSize = 512;
 
-    explicit IniChange(const ChangeContext& context) : context_(context) {}
+    // `removed` may be null: no file is known to have gone with the product. It outlives this object.
+    explicit IniChange(const ChangeContext& context, const RemovedFiles* removed = nullptr)
+        : context_(context), removed_(removed) {}
 
     // A failure with the attribute IgnoreErrors doesn't count, and has its record.
     bool apply() override;
-    // Always true: a key that stays as it is doesn't make the uninstallation a failure.
+    // False when the file could not be written. Not when its directory has gone, which is only reported, nor
+    // when the file went with the product. Of several records of one key the first alone is taken back: it
+    // says what was there before all of them.
     bool undo(const LogRecord& record) override;
 
     // Fails without writing when there is no value, when the key's value, or with `isPath` its section, goes
     // beyond the limits, and when the record couldn't take the change back.
     static RecordedResult add(platform::FileSystem& files, Report& report, const Entry& entry);
-    // Takes an entry back by the fields of its record. False also for fields of another kind, which change
-    // nothing. Where the file has gone nothing is left to do, and none is made.
+    // Takes an entry back by the fields of its record: a created line goes, preferably the one that still has
+    // the value; a former value comes back, into a new file where the file has gone. False also for fields of
+    // another kind, which change nothing.
     static bool remove(platform::FileSystem& files, Report& report, std::string_view fields);
 
     // What the mode says: kNone does nothing, with success. False when a text that the mode needs is missing.
@@ -136,4 +147,6 @@ private:
     bool applyChild(std::int32_t node);
 
     ChangeContext context_;
+    const RemovedFiles* removed_;
+    std::set<std::string> undoneKeys_;  // file, section and key of the records that were met
 };

@@ -191,7 +191,7 @@ std::string RegistryChange::textOf(const Element& element, std::string_view text
 }
 
 void RegistryChange::addValue(const Element& element) {
-    const auto text = context_.tags.textOf(element.node);
+    const auto text = context_.tags.requiredTextOf(element.node);
     if (!element.valueName || !text) {
         context_.debugLog.line("ERROR: No registry value name supplied!");
         return;

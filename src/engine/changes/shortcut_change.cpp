@@ -87,7 +87,7 @@ bool ShortcutChange::applyChild(std::int32_t node) {
 std::optional<ShortcutChange::Element> ShortcutChange::readElement(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::optional<ShortcutType> type = typeOf(tags.attribute(node, "Type"));
-    if (!type || !tags.hasAttribute(node, "Dest") || !tags.textOf(node) ||
+    if (!type || !tags.hasAttribute(node, "Dest") || !tags.requiredTextOf(node) ||
         (*type != ShortcutType::kUninstall && !tags.hasAttribute(node, "Target"))) {
         return std::nullopt;
     }
@@ -95,7 +95,7 @@ std::optional<ShortcutChange::Element> ShortcutChange::readElement(std::int32_t 
     element.directory = normalizedPath(tags.expandAttribute(node, "Dest") + '\\');
     ShortcutRequest& shortcut = element.shortcut;
     shortcut.type = *type;
-    shortcut.linkPath = element.directory + tags.expand(tags.textOf(node));
+    shortcut.linkPath = element.directory + tags.expand(tags.requiredTextOf(node));
     shortcut.target = tags.expandAttribute(node, "Target");
     if (*type != ShortcutType::kUrl) {
         shortcut.target = normalizedPath(shortcut.target);

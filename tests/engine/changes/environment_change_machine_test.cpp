@@ -20,11 +20,14 @@ protected:
     void TearDown() override { EnvironmentChange::erase(registry_, kName); }
 
     std::string get() {
-        std::string value;
+        EnvironmentChange::Value value;
         const auto state = EnvironmentChange::read(registry_, kName, value);
-        return state == EnvironmentChange::State::kFound ? value : "(none)";
+        isExpandable_ = value.isExpandable;
+        return state == EnvironmentChange::State::kFound ? value.text : "(none)";
     }
-    bool set(std::string_view value) { return EnvironmentChange::write(registry_, kName, value); }
+    bool set(std::string_view value, bool isExpandable = false) {
+        return EnvironmentChange::write(registry_, kName, {std::string(value), isExpandable});
+    }
     bool add(std::string_view value, Mode mode, bool isPath = false) {
         const RecordedResult result = EnvironmentChange::add(machine_, report_, {kName, value, mode, isPath});
         undo_ = result.undo;
@@ -44,6 +47,7 @@ protected:
                                       rest_.firewall};
     Report report_{nullptr, nullptr};
     std::string undo_;
+    bool isExpandable_ = false;  // what get found
 };
 
 TEST_F(EnvironmentChangeMachineTest, CreatesReplacesAndRestores) {
@@ -71,6 +75,18 @@ TEST_F(EnvironmentChangeMachineTest, KeepsLongValuesByteForByte) {
             EXPECT_EQ(removeAgain(), size == 2047U);
             EXPECT_EQ(get(), longValue + (size == 2047U && mode == Mode::kAppend ? ";" : ""));
         }
+    }
+}
+
+TEST_F(EnvironmentChangeMachineTest, KeepsTheTypeOfAValueWithReferences) {
+    for (const bool isExpandable : {true, false}) {
+        ASSERT_TRUE(set("%SystemRoot%\\bin;%R%", isExpandable));
+        EXPECT_TRUE(add("/new", Mode::kAppend));
+        EXPECT_EQ(get(), "%SystemRoot%\\bin;%R%;/new");
+        EXPECT_EQ(isExpandable_, isExpandable);
+        EXPECT_TRUE(removeAgain());
+        EXPECT_EQ(get(), "%SystemRoot%\\bin;%R%;");
+        EXPECT_EQ(isExpandable_, isExpandable);
     }
 }
 

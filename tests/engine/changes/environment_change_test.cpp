@@ -26,6 +26,17 @@ protected:
     void set(std::string_view name, std::string_view value) {
         machine_.registry.addText(kMachine, kKey, name, value);
     }
+    void setExpandable(std::string_view name, std::string_view value) {
+        set(name, value);
+        machine_.registry.writeValue(kMachine, kKey, kNative, name,
+                                     {platform::kRegExpandString, std::string(value)});
+    }
+    // 0 when the variable is absent.
+    std::uint32_t typeOf(std::string_view name) {
+        const platform::RegistryValue* value = machine_.registry.value(kMachine, kKey, name);
+        return value == nullptr ? 0 : value->type;
+    }
+    bool undo(const std::string& fields) { return change_.undo({"ENV", fields}); }
     // "(none)" when the variable is absent.
     std::string get(std::string_view name) {
         const platform::RegistryValue* value = machine_.registry.value(kMachine, kKey, name);
@@ -91,7 +102,8 @@ TEST_F(EnvironmentElementsTest, MakesEachKindAndRecordsIt) {
 
 TEST_F(EnvironmentElementsTest, PassesOverWhatIsIncompleteUnknownOrNotWanted) {
     EXPECT_TRUE(
-        apply("<Environment><Replace>x</Replace><Drop VarName='A'>x</Drop>"
+        apply("<Environment><Replace>x</Replace><Replace VarName='A'></Replace><Append VarName='A'/>"
+              "<Insert VarName='A'> </Insert><Drop VarName='A'>x</Drop>"
               "<Replace VarName='A' Condition='1==2'>x</Replace></Environment>"
               "<Environment Condition='1==2'><Replace VarName='A'>x</Replace></Environment>"));
     EXPECT_TRUE(machine_.registry.operations.empty());
@@ -120,10 +132,14 @@ TEST_F(EnvironmentElementsTest, BroadcastsForAPathThatWasThereAlready) {
     EXPECT_EQ(machine_.shell.broadcasts, 1);
 }
 
-TEST_F(EnvironmentElementsTest, ReportsABroadcastThatFailsAndSucceeds) {
+TEST_F(EnvironmentElementsTest, FailsWhenTheNewEnvironmentCouldNotBeMadeKnown) {
     machine_.shell.broadcastWorks = false;
-    EXPECT_TRUE(apply("<Environment><Replace VarName='A'>x</Replace></Environment>"));
+    EXPECT_FALSE(apply("<Environment><Replace VarName='A'>x</Replace></Environment>"));
+    EXPECT_EQ(get("A"), "x");
+    EXPECT_EQ(records(), "ENV\tCREATE\tA\r\n");
     EXPECT_EQ(errors_, ErrorList{"FAILED to make the changed environment known"});
+    EXPECT_TRUE(undo("CREATE\tA"));
+    EXPECT_FALSE(change_.finishUndo());
 }
 
 TEST_F(EnvironmentElementsTest, NeedsNoFrontEnd) {
@@ -157,8 +173,72 @@ TEST_F(EnvironmentElementsTest, BroadcastsAtTheEndEvenIfNothingCouldBeTakenBack)
     EXPECT_TRUE(change_.undo({"ENV", "NONE"}));
     EXPECT_TRUE(change_.undo({"ENV", "CREATE\tMISSING"}));
     EXPECT_EQ(errors_, ErrorList{"FAILED to remove MISSING"});
-    change_.finishUndo();
+    EXPECT_TRUE(change_.finishUndo());
     EXPECT_EQ(machine_.shell.broadcasts, 1);
+}
+
+TEST_F(EnvironmentElementsTest, FailsWhatCouldNotBeWrittenBack) {
+    set("DEMO", "present;added");
+    machine_.registry.setReadOnly(kKey);
+    for (const char* fields : {"REPLACE\tDEMO\told", "CREATE\tDEMO", "ADD\tDEMO\tadded"}) {
+        EnvironmentChange change(context_);
+        EXPECT_FALSE(change.undo({"ENV", fields})) << fields;
+    }
+    EXPECT_EQ(get("DEMO"), "present;added");
+}
+
+TEST_F(EnvironmentElementsTest, RepeatsAWalkWithoutAFailure) {
+    set("OLD", "former");
+    set("LIST", "a");
+    for (int walk = 0; walk < 2; ++walk) {
+        EnvironmentChange change(context_);
+        for (const char* fields : {"REPLACE\tOLD\tformer", "CREATE\tNEW", "ADD\tLIST\tc", "ADD\tNONE\tc"}) {
+            EXPECT_TRUE(change.undo({"ENV", fields})) << fields;
+        }
+        EXPECT_TRUE(change.finishUndo());
+        EXPECT_EQ(get("OLD"), "former");
+        EXPECT_EQ(get("NEW"), "(none)");
+        EXPECT_EQ(get("LIST"), "a");
+    }
+}
+
+TEST_F(EnvironmentElementsTest, BringsBackWhatWasThereBeforeTheFirstOfTwoInstallations) {
+    const std::string group =
+        "<Environment><Replace VarName='OLD'>x</Replace><Replace VarName='NEW'>y</Replace>"
+        "<Append VarName='LIST'>c</Append><Insert VarName='FRONT'>c</Insert></Environment>";
+    set("OLD", "former");
+    set("LIST", "a;b");
+    set("FRONT", "a;b");
+    ASSERT_TRUE(apply(group));
+    ASSERT_TRUE(change_.apply());
+    EXPECT_EQ(records(),
+              "ENV\tREPLACE\tOLD\tformer\r\nENV\tCREATE\tNEW\r\nENV\tADD\tLIST\tc\r\nENV\tADD\tFRONT\tc;\r\n"
+              "ENV\tREPLACE\tOLD\tx\r\nENV\tREPLACE\tNEW\ty\r\nENV\tADD\tLIST\tc\r\nENV\tADD\tFRONT\tc;\r\n");
+    for (const char* fields : {"REPLACE\tOLD\tformer", "CREATE\tNEW", "ADD\tLIST\tc", "ADD\tFRONT\tc;",
+                               "REPLACE\told\tx", "REPLACE\tNew\ty", "ADD\tLIST\tc", "ADD\tFRONT\tc;"}) {
+        EXPECT_TRUE(undo(fields)) << fields;
+    }
+    EXPECT_EQ(get("OLD"), "former");
+    EXPECT_EQ(get("NEW"), "(none)");
+    EXPECT_EQ(get("LIST"), "a;b;");
+    EXPECT_EQ(get("FRONT"), "a;b");
+}
+
+TEST_F(EnvironmentElementsTest, TakesWhatItJoinedOutOfAValueThatItRestoresLater) {
+    set("LIST", "z");
+    EXPECT_TRUE(undo("ADD\tLIST\tc"));
+    EXPECT_TRUE(undo("REPLACE\tLIST\ta;c"));
+    EXPECT_EQ(get("LIST"), "a;");
+}
+
+TEST_F(EnvironmentElementsTest, RemovesAVariableThatOnlyItsAdditionsMade) {
+    ASSERT_TRUE(
+        apply("<Environment><Append VarName='A'>x</Append><Insert VarName='A'>y</Insert></Environment>"));
+    EXPECT_EQ(get("A"), "y;x");
+    EXPECT_TRUE(undo("ADD\tA\tx"));
+    EXPECT_EQ(get("A"), "y;");
+    EXPECT_TRUE(undo("ADD\tA\ty;"));
+    EXPECT_EQ(get("A"), "(none)");
 }
 
 TEST_F(EnvironmentChangeTest, CreatesAnAbsentVariableAndItsKey) {
@@ -217,9 +297,53 @@ TEST_F(EnvironmentChangeTest, JoinsAnAbsentVariableWithoutASeparator) {
         EXPECT_EQ(undo_, "ADD\tNEW\tx;;y");
         EXPECT_EQ(get("NEW"), "x;;y");
         EXPECT_TRUE(remove(undo_));
-        EXPECT_EQ(get("NEW"), "");
-        EXPECT_TRUE(EnvironmentChange::erase(machine_.registry, "NEW"));
+        EXPECT_EQ(get("NEW"), "(none)");
     }
+}
+
+TEST_F(EnvironmentChangeTest, KeepsAVariableThatOthersHaveJoinedSince) {
+    EXPECT_TRUE(add("NEW", "x;;y", kAppend));
+    const std::string own = undo_;
+    EXPECT_TRUE(add("NEW", "z", kAppend));
+    EXPECT_EQ(get("NEW"), "x;y;z");
+    EXPECT_TRUE(remove(own));
+    EXPECT_EQ(get("NEW"), "z");
+}
+
+TEST_F(EnvironmentChangeTest, KeepsAVariableThatWasThereAndEmpty) {
+    set("EMPTY", "");
+    EXPECT_TRUE(add("EMPTY", "c", kInsert));
+    EXPECT_EQ(get("EMPTY"), "c;");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("EMPTY"), "");
+    EXPECT_TRUE(add("EMPTY", "c", kAppend));
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("EMPTY"), ";");
+}
+
+TEST_F(EnvironmentChangeTest, RecordsAnAppendedTextWithoutItsLastSeparator) {
+    set("PATH", "c;a");
+    EXPECT_TRUE(add("PATH", "c;", kAppend));
+    EXPECT_EQ(get("PATH"), "c;a;c;");
+    EXPECT_EQ(undo_, "ADD\tPATH\tc");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "c;a;");
+    EXPECT_TRUE(add("PATH", "d ;", kAppend));
+    EXPECT_EQ(undo_, "ADD\tPATH\td ;");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "c;a;");
+}
+
+TEST_F(EnvironmentChangeTest, TakesAnAdditionOfNothingBack) {
+    EXPECT_TRUE(add("NEW", "", kAppend));
+    EXPECT_EQ(undo_, "ADD\tNEW\t");
+    EXPECT_TRUE(remove("ADD\tNEW"));
+    EXPECT_EQ(get("NEW"), "(none)");
+    set("PATH", "a");
+    EXPECT_TRUE(add("PATH", "", kInsert));
+    EXPECT_EQ(get("PATH"), ";a");
+    EXPECT_TRUE(remove(undo_));
+    EXPECT_EQ(get("PATH"), "a");
 }
 
 TEST_F(EnvironmentChangeTest, CollapsesDoubledSeparators) {
@@ -234,18 +358,49 @@ TEST_F(EnvironmentChangeTest, CollapsesDoubledSeparators) {
     EXPECT_EQ(get("PATH"), "a;b;");
 }
 
-TEST_F(EnvironmentChangeTest, ErasesTheFirstOccurrenceInItsOwnCaseOnly) {
-    set("PATH", "C:\\bin2;c:\\bin;C:\\bin");
-    EXPECT_TRUE(remove("ADD\tPATH\tc:\\bin"));
-    EXPECT_EQ(get("PATH"), "C:\\bin2;;C:\\bin");
-    EXPECT_TRUE(remove("ADD\tPATH\tC:\\bin"));
-    EXPECT_EQ(get("PATH"), "2;;C:\\bin");
+struct RemovalCase {
+    const char* present;
+    const char* text;
+    const char* left;  // null: the text isn't there
+};
+
+TEST_F(EnvironmentChangeTest, TakesWholeEntriesOutAndNeverAPartOfOne) {
+    const RemovalCase cases[] = {
+        {"/opt/demo2;/opt/demo", "/opt/demo", "/opt/demo2;"},
+        {"/opt/demo2;/opt/demo", "/opt/demo;", "/opt/demo2;"},
+        {"/opt/demo2;/x/opt/demo;/opt/demo;b", "/opt/demo", "/opt/demo2;/x/opt/demo;b"},
+        {"/x/opt/demo;/opt/demo;b", "/opt/demo;", "/x/opt/demo;b"},
+        {"c;a;c;b", "c", "c;a;b"},   // the last one was appended
+        {"c;a;c;b", "c;", "a;c;b"},  // the first one was put in front
+        {"C:\\bin2;c:\\bin;C:\\bin", "C:\\bin", "C:\\bin2;c:\\bin;"},
+        {"a;c;d;b", "c;d", "a;b"},
+        {"aa;a;aa", "aa", "aa;a;"},
+        {"a;a;a", "a;a;", "a"},
+        {"x;;c;y", "c", "x;;y"},
+        {"a;c;b", ";c;", "a;b"},
+        {"/opt/demo2", "/opt/demo", nullptr},
+        {"2/opt/demo", "/opt/demo;", nullptr},
+        {"c:\\bin", "C:\\bin", nullptr},
+        {"a;b", "c", nullptr},
+        {"", "c", nullptr},
+    };
+    for (const RemovalCase& test : cases) {
+        SCOPED_TRACE(std::string(test.present) + " without " + test.text);
+        set("PATH", test.present);
+        errors_.clear();
+        EXPECT_EQ(remove(std::string("ADD\tPATH\t") + test.text), test.left != nullptr);
+        EXPECT_EQ(get("PATH"), test.left == nullptr ? test.present : test.left);
+        EXPECT_EQ(errors_.empty(), test.left != nullptr);
+    }
 }
 
-TEST_F(EnvironmentChangeTest, WritesNothingWhenTheAddedTextHasGone) {
+TEST_F(EnvironmentChangeTest, LeavesAVariableWithoutTheAddedTextAndReportsIt) {
     set("PATH", "a;b");
     machine_.registry.setReadOnly(kKey);
-    EXPECT_TRUE(remove("ADD\tPATH\tc"));
+    EXPECT_FALSE(remove("ADD\tPATH\tc"));
+    expectLines({"FAILED to erase from PATH"});
+    EXPECT_EQ(errors_, ErrorList{"FAILED to erase from PATH"});
+    EXPECT_TRUE(undo("ADD\tPATH\tc"));  // an earlier walk may have been here
     EXPECT_TRUE(remove("ADD\tPATH"));
     EXPECT_EQ(get("PATH"), "a;b");
     EXPECT_TRUE(machine_.registry.operations.empty());
@@ -402,15 +557,28 @@ TEST_F(EnvironmentChangeTest, LeavesValuesThatAreNoTextsAlone) {
     }
 }
 
-TEST_F(EnvironmentChangeTest, WritesPlainTextInThePlaceOfReferences) {
-    int created = 0;
-    ASSERT_EQ(machine_.registry.createKey(kMachine, kKey, kNative, created), 0);
-    ASSERT_EQ(
-        machine_.registry.writeValue(kMachine, kKey, kNative, "PATH", {platform::kRegExpandString, "%A%"}),
-        0);
-    EXPECT_TRUE(add("PATH", "c", kAppend));
-    EXPECT_EQ(get("PATH"), "%A%;c");
-    EXPECT_EQ(machine_.registry.value(kMachine, kKey, "PATH")->type, platform::kRegString);
+TEST_F(EnvironmentChangeTest, KeepsTheTypeOfAValueWithReferences) {
+    for (const Mode mode : kModes) {
+        setExpandable("PATH", "%A%");
+        EXPECT_TRUE(add("PATH", "c", mode));
+        EXPECT_EQ(typeOf("PATH"), platform::kRegExpandString);
+        EXPECT_TRUE(remove(undo_));
+        EXPECT_EQ(get("PATH"), mode == kAppend ? "%A%;" : "%A%");
+        EXPECT_EQ(typeOf("PATH"), platform::kRegExpandString);
+    }
+}
+
+TEST_F(EnvironmentChangeTest, MakesPlainVariablesAndLeavesPlainOnesPlain) {
+    for (const Mode mode : kModes) {
+        set("OLD", "%A%");
+        for (const char* name : {"OLD", "NEW"}) {
+            EXPECT_TRUE(add(name, "%B%", mode));
+            EXPECT_EQ(typeOf(name), platform::kRegString);
+            EXPECT_TRUE(remove(undo_));
+        }
+        EXPECT_EQ(typeOf("OLD"), platform::kRegString);
+        EXPECT_EQ(typeOf("NEW"), 0U);
+    }
 }
 
 TEST_F(EnvironmentChangeTest, ReportsAWriteThatFails) {
@@ -425,6 +593,7 @@ TEST_F(EnvironmentChangeTest, ReportsAWriteThatFails) {
     EXPECT_FALSE(remove("REPLACE\tDEMO\told"));
     EXPECT_FALSE(remove("CREATE\tDEMO"));
     EXPECT_FALSE(remove("ADD\tDEMO\told"));
+    EXPECT_EQ(get("DEMO"), "old");
     expectLines({"FAILED to replaceDEMO", "FAILED to create NEW", "FAILED to add toDEMO",
                  "FAILED to restore DEMO", "FAILED to remove DEMO", "FAILED to erase from DEMO"});
     EXPECT_EQ(errors_, (ErrorList{"FAILED to replaceDEMO", "FAILED to create NEW", "FAILED to add toDEMO",

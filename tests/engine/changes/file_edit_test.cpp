@@ -71,7 +71,8 @@ TEST_F(FileEditElementsTest, EditsAFileWithItsPathsExpandedAndRecordsIt) {
 
 TEST_F(FileEditElementsTest, PassesOverWhatIsIncompleteUnknownOrNotWanted) {
     EXPECT_TRUE(
-        apply("<ModifyFiles><File Command='AddAfter'>x</File><File Path='p'>x</File>"
+        apply("<ModifyFiles><File Path='p' Command='AddAfter'></File><File Command='AddAfter'>x</File><File "
+              "Path='p'>x</File>"
               "<File Path='p' Command='AddBefore'>x</File><Dir Path='p' Command='AddAfter'>x</Dir>"
               "<File Path='p' Command='AddAfter' Condition='1==2'>x</File></ModifyFiles>"));
     EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(null, 1)"));

@@ -234,7 +234,8 @@ TEST_F(FirewallChangeTest, AddsPortsAndApplicationsOfTheDescriptionAndRecordsThe
 
 TEST_F(FirewallChangeTest, SkipsWhatIsIncompleteUnknownOrNotWantedAndEverySecondGroup) {
     EXPECT_TRUE(
-        apply("<Firewall><Port>x</Port><Application>x</Application><Door Port='1'>x</Door>"
+        apply("<Firewall><Port>x</Port><Port Port='1'></Port><Application "
+              "Target='/a'/><Application>x</Application><Door Port='1'>x</Door>"
               "<Port Port='1' Condition='1==2'>x</Port></Firewall><Firewall><Port "
               "Port='1'>x</Port></Firewall>"));
     EXPECT_THAT(firewall_.operations, IsEmpty());

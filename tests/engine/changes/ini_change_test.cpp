@@ -7,6 +7,7 @@
 
 #include "engine/action_log_format.h"
 #include "engine/changes/change_fixture.h"
+#include "engine/changes/removed_files.h"
 #include "engine/changes/text_lines.h"
 #include "fakes/temporary_directory.h"
 
@@ -186,6 +187,16 @@ const EditCase kCases[] = {
      {"[S]", "a=1", "[B]", "k=0", "[S]", "k=1"},
      {"[S]", "a=1", "[B]", "k=0", "[S]"},
      {"1"}},
+    {"OnlyTheLineWithTheValueIsDeleted",
+     {"S", "k", std::nullopt, std::nullopt, "v"},
+     {"[S]", "k=mine", "k =v", "k=v\r", "k=v"},
+     {"[S]", "k=mine", "k =v", "k=v"},
+     {"v\r"}},
+    {"ALineWithAnotherValueIsNotDeleted",
+     {"S", "k", std::nullopt, std::nullopt, "v"},
+     {"[S]", "k=vv", "k= v"},
+     {"[S]", "k=vv", "k= v"},
+     {}},
     {"AMissingKeyIsNotDeleted", {"S", "k", std::nullopt, std::nullopt}, {"[S]", "a=1"}, {"[S]", "a=1"}, {}},
     {"ASectionIsDeletedWithItsKeys",
      {"S", std::nullopt, std::nullopt, std::nullopt},
@@ -299,7 +310,8 @@ TEST_F(IniElementsTest, LooksForAPathByThePresenceOfItsAttribute) {
 
 TEST_F(IniElementsTest, PassesOverWhatIsIncompleteUnknownOrNotWanted) {
     EXPECT_TRUE(
-        apply("<Add Section='s' Key='k'>v</Add><Add FileName='/d/f' Key='k'>v</Add>"
+        apply("<Add FileName='/d/f' Section='s' Key='k'></Add><Add FileName='/d/f' Section='s' Key='k'/>"
+              "<Add Section='s' Key='k'>v</Add><Add FileName='/d/f' Key='k'>v</Add>"
               "<Add FileName='/d/f' Section='s'>v</Add>"
               "<Put FileName='/d/f' Section='s' Key='k'>v</Put>"
               "<Add FileName='/d/f' Section='s' Key='k' Condition='1==2'>v</Add>"));
@@ -327,14 +339,61 @@ TEST_F(IniElementsTest, RecordsAFailureThatIsIgnoredAndGoesOn) {
     EXPECT_EQ(records(), "INI\t\r\nINI\tCREATE\t/d/g\ts\tk\tv\r\n" + last_);
 }
 
-TEST_F(IniElementsTest, TakesItsRecordsBackAndIgnoresWhatItCannot) {
+TEST_F(IniElementsTest, TakesItsRecordsBackAndFailsWhatItCannot) {
     put({"[S]", "k=new"});
     EXPECT_TRUE(change_.undo({"INI", "REPLACE\t/d/a.ini\tS\tk\told"}));
     expectFile({"[S]", "k=old"});
-    EXPECT_TRUE(change_.undo({"INI", "CREATE\t/f\tS\tk\tv"}));
+    EXPECT_FALSE(change_.undo({"INI", "CREATE\t/f\tS\tk\tv"}));
     EXPECT_EQ(errors_, ErrorList{"FAILED to remove [S]/k in /f"});
+    machine_.files.setReadOnly("/d");
+    EXPECT_FALSE(change_.undo({"INI", "REPLACE\t/d/a.ini\tS\tother\told"}));
+    EXPECT_FALSE(change_.undo({"INI", "REPLACE\t/d/gone.ini\tS\tk\told"}));
     EXPECT_TRUE(change_.undo({"INI", "NONE"}));
+    EXPECT_TRUE(change_.undo({"INI", "REPLACE\t/d/a.ini\tS"}));
     EXPECT_TRUE(change_.finishUndo());
+}
+
+TEST_F(IniElementsTest, ReportsAnEarlierValueWhoseDirectoryHasGoneAndFailsNothing) {
+    EXPECT_TRUE(change_.undo({"INI", "REPLACE\t/none/a.ini\tS\tk\told"}));
+    EXPECT_EQ(errors_, ErrorList{"FAILED to restore [S]/k in /none/a.ini"});
+    EXPECT_TRUE(machine_.files.allFiles().empty());
+}
+
+TEST_F(IniElementsTest, RestoresNothingIntoAFileThatWentWithTheProduct) {
+    RemovedFiles removed;
+    removed.add("\\d\\a.ini");
+    IniChange change(context_, &removed);
+    EXPECT_TRUE(change.undo({"INI", "REPLACE\t/d/a.ini\tS\tk\told"}));
+    EXPECT_TRUE(machine_.files.allFiles().empty());
+    expectLines({});
+    put({"[S]", "x=1"});  // somebody has made one of that name
+    EXPECT_TRUE(change.undo({"INI", "REPLACE\t/d/a.ini\tS\tx\t2"}));
+    expectFile({"[S]", "x=2"});
+}
+
+TEST_F(IniElementsTest, RepeatsAWalkWithoutAFailure) {
+    put({"[S]", "old=new", "k=v"});
+    for (int walk = 0; walk < 2; ++walk) {
+        IniChange change(context_);
+        EXPECT_TRUE(change.undo({"INI", "REPLACE\t/d/a.ini\tS\told\tformer"}));
+        EXPECT_TRUE(change.undo({"INI", "CREATE\t/d/a.ini\tS\tk\tv"}));
+        EXPECT_TRUE(change.undo({"INI", "CREATE\t/d/none.ini\tS\tk\tv"}));
+        expectFile({"[S]", "old=former"});
+    }
+    EXPECT_TRUE(errors_.empty());
+}
+
+TEST_F(IniElementsTest, BringsBackWhatWasThereBeforeTheFirstOfTwoInstallations) {
+    put({"[S]", "k=former"});
+    for (const char* value : {"1", "2"}) {
+        EXPECT_TRUE(add("k", value));
+        EXPECT_TRUE(add("n", value));
+    }
+    for (const char* fields : {"REPLACE\t/d/a.ini\tS\tk\tformer", "CREATE\t/d/a.ini\tS\tn\t1",
+                               "REPLACE\t/d//a.ini\tS\tk\t1", "REPLACE\t\\d\\a.ini\tS\tn\t1"}) {
+        EXPECT_TRUE(change_.undo({"INI", fields})) << fields;
+    }
+    expectFile({"[S]", "k=former"});
 }
 
 TEST_F(IniChangeTest, CreatesAKeyAndRemovesItAgain) {
@@ -398,13 +457,48 @@ TEST_F(IniChangeTest, DoesNotMatchAKeyBeforeAnySection) {
     expectRefused("", "k", "v", "FAILED to create []/k in /d/a.ini");
 }
 
-TEST_F(IniChangeTest, ReadsThePresentValueInAnyCaseWithoutBlanksAndQuotes) {
-    put({"[s]", "K = \"old\" "});
-    EXPECT_TRUE(add("k", "v"));
-    EXPECT_EQ(undo_, "REPLACE\t/d/a.ini\tS\tk\told");
+TEST_F(IniChangeTest, RecordsAnEarlierValueWithoutItsBlanksAndQuotes) {
     put({"[S]", "k= 'old' ", "a=1"});
     EXPECT_TRUE(add("k", "v"));
     EXPECT_EQ(undo_, "REPLACE\t/d/a.ini\tS\tk\told");
+}
+
+TEST_F(IniChangeTest, TakesAnotherSpellingForAnotherKeyAndLeavesItAsItWas) {
+    const std::vector<std::vector<std::string>> files = {
+        {"[S]", "k = old"},          {"[S]", "K=old"},
+        {"[S]", " k=old", "a=1"},    {"[s]", "k=old"},
+        {"[ S ]", "K = old", "[B]"}, {"[S ]", "k=old", "[S]", "a=1"},
+    };
+    for (const auto& lines : files) {
+        SCOPED_TRACE(lines[0] + lines[1]);
+        put(lines);
+        EXPECT_TRUE(add("k", "v"));
+        EXPECT_EQ(undo_, "CREATE\t/d/a.ini\tS\tk\tv");
+        expectLines({"Create [S]/k in /d/a.ini"});
+        EXPECT_TRUE(remove(undo_));
+        expectLines({"Remove [S]/k in /d/a.ini"});
+        std::vector<std::string> expected = lines;
+        if (lines[0] != "[S]" && lines.back() != "a=1") {
+            expected.push_back("[S]");  // a section stays
+        }
+        expectFile(expected);
+    }
+}
+
+TEST_F(IniChangeTest, TakesItsOwnLineAwayAmongOthersOfTheKey) {
+    put({"[S]", "k=mine"});
+    EXPECT_TRUE(add("k", "v", false, "k"));
+    expectFile({"[S]", "k=v", "k=mine"});
+    EXPECT_EQ(undo_, "CREATE\t/d/a.ini\tS\tk\tv");
+    put({"[S]", "k=mine", "k=v", "k=other"});
+    EXPECT_TRUE(remove(undo_));
+    expectFile({"[S]", "k=mine", "k=other"});
+}
+
+TEST_F(IniChangeTest, TakesALineAwayWhoseValueHasChangedSince) {
+    put({"[S]", "a=1", "k=changed"});
+    EXPECT_TRUE(remove("CREATE\t/d/a.ini\tS\tk\tv"));
+    expectFile({"[S]", "a=1"});
 }
 
 TEST_F(IniChangeTest, KeepsTheQuotesThatAValueNeeds) {
@@ -524,12 +618,19 @@ TEST_F(IniChangeTest, WritesNothingWhereNothingChanges) {
     EXPECT_EQ(machine_.files.content("/d/b.ini"), "[S]\nk=v");
 }
 
-TEST_F(IniChangeTest, MakesNoFileToTakeAChangeBack) {
+TEST_F(IniChangeTest, MakesNoFileToTakeALineAway) {
+    machine_.files.addDirectory("/d");
     EXPECT_TRUE(remove("CREATE\t/d/a.ini\tS\tk\tv"));
-    EXPECT_TRUE(remove("REPLACE\t/d/a.ini\tS\tk\told"));
     EXPECT_TRUE(edit(kFile, {"S", "k", {}, {}}));
     EXPECT_TRUE(machine_.files.allFiles().empty());
     expectLines({"Remove [S]/k in /d/a.ini"});
+}
+
+TEST_F(IniChangeTest, WritesAnEarlierValueIntoANewFileWhereTheOldOneHasGone) {
+    machine_.files.addDirectory("/d");
+    EXPECT_TRUE(remove("REPLACE\t/d/a.ini\tS\tk\told"));
+    expectFile({"[S]", "k=old"});
+    expectLines({"Restore [S]/k in /d/a.ini"});
 }
 
 TEST_F(IniChangeTest, FindsADirectoryAmongTheValuesOfTheSection) {

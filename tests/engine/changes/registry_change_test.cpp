@@ -129,11 +129,13 @@ TEST_F(RegistryActionTest, PassesOverChildrenWithoutAPlaceOrPathOrWithAFalseCond
 }
 
 TEST_F(RegistryActionTest, LogsWhatItCanNotCarryOut) {
-    apply("<AddValue " + at_ + ">x</AddValue><RemoveValue " + at_ + "/><Drop " + at_ + "/>");
+    apply("<AddValue " + at_ + ">x</AddValue><AddValue " + at_ + "Value='N'></AddValue><RemoveValue " + at_ +
+          "/><Drop " + at_ + "/>");
     EXPECT_THAT(machine_.registry.operations, IsEmpty());
-    EXPECT_THAT(log_.lines(), ElementsAre("ERROR: No registry value name supplied!",
-                                          "ERROR: No registry value name supplied!",
-                                          "ERROR: Usupported registry action \"Drop\""));
+    EXPECT_THAT(
+        log_.lines(),
+        ElementsAre("ERROR: No registry value name supplied!", "ERROR: No registry value name supplied!",
+                    "ERROR: No registry value name supplied!", "ERROR: Usupported registry action \"Drop\""));
 }
 
 TEST_F(RegistryActionTest, ContinuesTheProductsLogWhenNoneIsOpen) {

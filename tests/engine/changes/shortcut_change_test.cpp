@@ -151,6 +151,7 @@ TEST_F(ShortcutChangeTest, SkipsWhatIsIncompleteUnknownOrNotWanted) {
         "<Shortcuts><Add Dest='/m' Target='t'>x</Add><Add Type='file' Dest='/m' Target='t'>x</Add>"
         "<Add Type='File' Target='t'>x</Add><Add Type='File' Dest='/m'>x</Add>"
         "<Remove Type='File' Dest='/m' Target='t'>x</Remove>"
+        "<Add Type='File' Dest='/m' Target='t'></Add><Add Type='URL' Dest='/m' Target='t'/>"
         "<Add Type='File' Dest='/m' Target='t' Condition='1==2'>x</Add></Shortcuts>");
     EXPECT_TRUE(change_.apply());
     EXPECT_TRUE(machine_.shell.links.empty());
