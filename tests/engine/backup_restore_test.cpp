@@ -64,8 +64,7 @@ TEST_F(BackupRestoreTest, ShowsFilesThatCannotBeWritten) {
     const std::vector<std::string> notes = ui_.callsOf("addMessage");
     ASSERT_EQ(notes.size(), 2U);
     EXPECT_TRUE(notes[0].starts_with("addMessage(\"/ro/file: ")) << notes[0];
-    EXPECT_EQ(notes[1],
-              "addMessage(\"1 file could not be restored. The uninstallation can be repeated.\")");
+    EXPECT_EQ(notes[1], "addMessage(\"1 file could not be restored. The uninstallation can be repeated.\")");
 }
 
 TEST_F(BackupRestoreTest, CountsTheFilesThatCannotBeWritten) {

@@ -69,11 +69,12 @@ protected:
         ASSERT_EQ(archive.close(), 0);
         files_.addFile("/app/tool", "");
         system_.installed = {{"Demo", "", false, ""}};
-        openLog("/app/un/install.xml\r\n/app/un/backup.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\n"
-                "DIR\t2\t/app/un/\r\nFILE\tCREATE\t/app/un\\installer\r\nFILE\tCREATE\t/app/un\\install.xml\r\n"
-                "FILE\tCREATE\t/app/tool\r\n" +
-                    records,
-                "/app/un/install.log");
+        openLog(
+            "/app/un/install.xml\r\n/app/un/backup.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\n"
+            "DIR\t2\t/app/un/\r\nFILE\tCREATE\t/app/un\\installer\r\nFILE\tCREATE\t/app/un\\install.xml\r\n"
+            "FILE\tCREATE\t/app/tool\r\n" +
+                records,
+            "/app/un/install.log");
         EXPECT_TRUE(uninstallation_.unregister());
     }
     bool isRepeatable() const {
@@ -178,12 +179,13 @@ TEST_F(UninstallationTest, RemovesEverythingInTheEndOfACleanWalk) {
     installProduct("");
     EXPECT_TRUE(run());
     EXPECT_TRUE(isGone());
-    EXPECT_THAT(lines(), ElementsAre("addFileLine(\"Delete /app/tool\", 0)",
-                                     "addFileLine(\"Delete: /app/un/install.log\", 1)",
-                                     "addFileLine(\"Delete: /app/un/backup.bin\", 0)",
-                                     "addFileLine(\"Delete /app/un\\installer\", 0)",
-                                     "addFileLine(\"Delete /app/un\\install.xml\", 0)",
-                                     "addFileLine(\"Remove /app/un\", 0)", "addFileLine(\"Remove /app\", 0)"));
+    EXPECT_THAT(
+        lines(),
+        ElementsAre("addFileLine(\"Delete /app/tool\", 0)", "addFileLine(\"Delete: /app/un/install.log\", 1)",
+                    "addFileLine(\"Delete: /app/un/backup.bin\", 0)",
+                    "addFileLine(\"Delete /app/un\\installer\", 0)",
+                    "addFileLine(\"Delete /app/un\\install.xml\", 0)", "addFileLine(\"Remove /app/un\", 0)",
+                    "addFileLine(\"Remove /app\", 0)"));
 }
 
 TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {
@@ -193,8 +195,9 @@ TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {
     EXPECT_FALSE(run());
     EXPECT_FALSE(files_.hasFile("/app/tool"));
     EXPECT_TRUE(isRepeatable());
-    EXPECT_EQ(ui_.callsOf("addMessage").back(),
-              "addMessage(\"The uninstallation is not complete. What it needs to be repeated has been left.\")");
+    EXPECT_EQ(
+        ui_.callsOf("addMessage").back(),
+        "addMessage(\"The uninstallation is not complete. What it needs to be repeated has been left.\")");
     EXPECT_FALSE(uninstallation_.unregister());
     EXPECT_TRUE(isRepeatable());
     EXPECT_TRUE(runAgain());
@@ -226,8 +229,10 @@ TEST_F(UninstallationTest, CanBeRepeatedAfterADirectoryThatHeldForeignFiles) {
 }
 
 TEST_F(UninstallationTest, CanBeRepeatedAfterAnEditThatCouldNotBeUndone) {
-    installProduct("FILE\tCREATE\t/app/changes\r\nFILE\tCREATE\t/app/edited\r\nMODIFYFILE\tADDAFTER\t/app/edited\t/app/changes\r\n"
-                   "MODIFYFILE\tADDAFTER\t/shared/f\t/app/changes\r\n");
+    installProduct(
+        "FILE\tCREATE\t/app/changes\r\nFILE\tCREATE\t/app/edited\r\nMODIFYFILE\tADDAFTER\t/app/edited\t/app/"
+        "changes\r\n"
+        "MODIFYFILE\tADDAFTER\t/shared/f\t/app/changes\r\n");
     files_.addFile("/app/changes", "1\nline\n1\nadded\n");
     files_.addFile("/app/edited", "line\nadded\n");
     files_.addFile("/shared/f", "line\nadded\n");

@@ -9,6 +9,7 @@
 #include "engine/changes/removed_files.h"
 #include "engine/disk_files.h"
 #include "engine/file_contents.h"
+#include "engine/file_history.h"
 #include "engine/file_planner.h"
 #include "package/backup_file.h"
 
@@ -24,6 +25,7 @@ struct ReplacedFiles {
     // In an uninstallation: there is no archive any more, so that no repetition restores anything either.
     bool isArchiveMissing = false;
     RemovedFiles removed;
+    FileHistory history;  // of an installation
 };
 
 // FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive
@@ -53,13 +55,17 @@ private:
         std::string path;
         FileOnDisk onDisk;
         bool flushNow;
+        bool isRestorable = false;  // the record says that the user's file comes back
     };
 
     void install(std::size_t index);
     std::string prepareDirectory(const FileEntry& file);
     bool readContent(Work& work, FileContent& content);
-    void backUp(const Work& work, const FileContent& content);
+    bool isToBeBackedUp(const Work& work);
+    bool backUp(Work& work, const FileContent& content);
+    bool replace(Work& work, const FileContent& content);
     bool place(const Work& work, const FileContent& content);
+    void noteInstalled(const Work& work, const FileContent& content);
     void markProgram(const Work& work);
     void reportInstalled(const Work& work, bool inPlace);
     bool remove(const std::string& path);
