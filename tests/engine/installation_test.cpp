@@ -5,6 +5,7 @@
 #include "base/errors.h"
 #include "engine/product_state.h"
 #include "installation_fixture.h"
+#include "package/backup_file.h"
 
 namespace {
 
