@@ -10,7 +10,9 @@ namespace {
 
 using ActionLogFormat::kVariableLineBuffer;
 
-constexpr char kTemporaryName[] = "templog.log";
+constexpr std::string_view kTemporaryStem = "templog";
+constexpr std::string_view kTemporaryExtension = ".log";
+constexpr int kMostNames = 100;
 
 // Collects what is written into larger pieces, and notices what doesn't reach the file.
 class Output {
@@ -39,9 +41,27 @@ private:
     bool failed_ = false;
 };
 
-std::string pathBeside(const std::string& path) {
+// The first name without a number.
+std::string pathBeside(const std::string& path, int number) {
     const std::size_t separator = path.find_last_of("/\\");
-    return path.substr(0, separator == std::string::npos ? 0 : separator + 1) + kTemporaryName;
+    std::string beside = path.substr(0, separator == std::string::npos ? 0 : separator + 1);
+    beside += kTemporaryStem;
+    beside += number == 0 ? "" : std::to_string(number);
+    return beside.append(kTemporaryExtension);
+}
+
+// A taken name is somebody else's, or that of a run that was killed.
+bool createBeside(const std::string& logPath, platform::FileSystem& files, PFileStream& to) {
+    for (int number = 0; number < kMostNames; ++number) {
+        const std::string path = pathBeside(logPath, number);
+        if (to.createNew(path, true) == 0) {
+            return true;
+        }
+        if (!files.exists(path)) {
+            return false;
+        }
+    }
+    return false;
 }
 
 bool holds(const std::string& line, std::string_view text) {
@@ -87,7 +107,15 @@ void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
         out.write(line);
     }
     const bool written = out.flush() && !lines.hasFailed();
-    if (to.close() != 0 || !written) {
+    if (!written) {
+        throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName().c_str());
+    }
+}
+
+// What is to take the log's place has its rights, and is complete.
+void ActionLogRewriter::takeRights(const std::string& logPath, PFileStream& to) {
+    const int status = to.takeRightsOf(logPath);
+    if (to.close() != 0 || status != 0) {
         throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName().c_str());
     }
 }
@@ -96,16 +124,19 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
                                          const std::vector<LoggedVariable>& variables) {
     PFileStream from(files_);
     if (from.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
-                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+                      PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks) !=
+        0) {
         throw InstallerError("ERROR: Opening action file (%s)", logPath.c_str());
     }
-    const std::string temporary = pathBeside(logPath);
     PFileStream to(files_);
-    if (to.openPrivate(temporary) != 0) {
+    const bool isCreated = createBeside(logPath, files_, to);
+    const std::string temporary = to.getName();
+    if (!isCreated) {
         throw InstallerError("ERROR: Creating temp file for new log (%s)", temporary.c_str());
     }
     try {
         copyLog(from, to, variables);
+        takeRights(logPath, to);
     } catch (const InstallerError&) {
         to.close();
         files_.removeFile(temporary);

@@ -24,6 +24,7 @@ public:
     void rewriteActionLog(const std::string& logPath, const std::vector<LoggedVariable>& variables);
 
 private:
+    void takeRights(const std::string& logPath, PFileStream& to);
     void copyLog(PFileStream& from, PFileStream& to, const std::vector<LoggedVariable>& variables);
 
     platform::FileSystem& files_;

@@ -51,7 +51,7 @@ std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& v
 }
 
 bool ActionLogWriter::openNew(std::string_view path) {
-    const int status = console_.openPrivate(path);
+    const int status = console_.createPrivate(path);
     opened();
     return status == 0;
 }

@@ -26,8 +26,8 @@ public:
     // The console is the session's and outlives this object.
     explicit ActionLogWriter(PFileConsole& console) : console_(console) {}
 
-    // Begins a log at a name in a directory that others can write to: what is there is removed, and the
-    // file is for this user alone. False when the system refuses.
+    // Begins a log at a name in a directory that others can write to: the file is for this user alone. False
+    // when there is something of that name, or the system refuses.
     bool openNew(std::string_view path);
     // Continues a published log, at its end. False when the system refuses.
     bool openToAppend(std::string_view path);

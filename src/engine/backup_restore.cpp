@@ -25,8 +25,8 @@ std::string_view lineStart(RestoreOutcome outcome) {
 
 class RestoreReport : public BackupRestoreObserver {
 public:
-    RestoreReport(Report& report, const std::function<bool()>& isToEnd)
-        : report_(report), isToEnd_(isToEnd) {}
+    RestoreReport(Report& report, const RestoreQuestions& questions)
+        : report_(report), questions_(questions) {}
 
     void beforeFile() override { report_.pumpEvents(); }
     void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number, int status) override {
@@ -39,7 +39,10 @@ public:
         }
     }
     void progress(int percent) override { report_.setProgress(percent); }
-    bool isToEnd() override { return isToEnd_ && isToEnd_(); }
+    bool isToEnd() override { return questions_.isToEnd && questions_.isToEnd(); }
+    bool wasReplaced(std::string_view path) override {
+        return !questions_.wasReplaced || questions_.wasReplaced(path);
+    }
 
     std::int64_t failures() const { return failures_; }
 
@@ -53,7 +56,7 @@ private:
     }
 
     Report& report_;
-    const std::function<bool()>& isToEnd_;
+    const RestoreQuestions& questions_;
     std::int64_t failures_ = 0;
 };
 
@@ -66,14 +69,13 @@ std::string failureNote(std::int64_t failures) {
 
 // The lines of the archive's own log go nowhere: an uninstallation has only ever shown the files.
 RestoreResult restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report,
-                                const std::function<bool()>& isToEnd) {
+                                const RestoreQuestions& questions) {
     if (!files.exists(archivePath)) {
         return RestoreResult::kNoArchive;
     }
     BackupFile archive(files);
-    RestoreReport observer(report, isToEnd);
-    const bool isWhole =
-        archive.openForReading(archivePath) && archive.restoreAll(DebugLog(), observer);
+    RestoreReport observer(report, questions);
+    const bool isWhole = archive.openForReading(archivePath) && archive.restoreAll(DebugLog(), observer);
     if (isWhole) {
         report.flushLines();
     }

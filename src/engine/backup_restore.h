@@ -14,7 +14,14 @@ enum class RestoreResult {
     kFailed,     // a file couldn't be written, the archive can't be read to its end, or the walk was to end
 };
 
+// What a restore asks. Each may be empty.
+struct RestoreQuestions {
+    std::function<bool()> isToEnd;  // asked before each file
+    // Whether the installation replaced this file. Of a damaged archive that shows entries that never were.
+    std::function<bool(std::string_view path)> wasReplaced;
+};
+
 // Restores the files of a backup archive and reports each file and the progress. Everything restored stays,
-// also after a failure. `isToEnd` is asked before each file.
+// also after a failure.
 RestoreResult restoreBackupFile(std::string_view archivePath, platform::FileSystem& files, Report& report,
-                                const std::function<bool()>& isToEnd = {});
+                                const RestoreQuestions& questions = {});

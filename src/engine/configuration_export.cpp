@@ -7,7 +7,7 @@
 #include "description/variable_exclusions.h"
 #include "description/variable_store.h"
 #include "platform/file_system.h"
-#include "support/p_file_stream.h"
+#include "support/replacing_file.h"
 #include "support/text_mode.h"
 
 namespace {
@@ -21,15 +21,6 @@ bool isRepeatable(std::string_view value) {
     return value.size() <= kReadableBytes && value.find('$') == std::string_view::npos &&
            (value.empty() || (kWhiteSpace.find(value.front()) == std::string_view::npos &&
                               kWhiteSpace.find(value.back()) == std::string_view::npos));
-}
-
-// A name beside the file that nobody uses yet.
-std::string unusedNameBeside(const std::string& path, platform::FileSystem& files) {
-    std::string name = path + ".part";
-    for (int i = 1; files.exists(name); ++i) {
-        name = path + ".part" + std::to_string(i);
-    }
-    return name;
 }
 
 }  // namespace
@@ -60,13 +51,14 @@ void ConfigurationExport::fill(PXML& document) {
     }
 }
 
-// The name is common, and the user may keep a file of another program there.
+// The name is common, and the user may keep a file of another program there, or a link to his own answers.
 bool ConfigurationExport::mayReplace(const std::string& path) {
     if (!files_.exists(path)) {
         return true;
     }
     PXML present;
-    const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
+    const bool isOurs = files_.kindOf(path) == platform::PathKind::kFile &&
+                        present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
         debugLog_.line("ERROR: " + path + " is no configuration file of an installer and stays as it is");
     }
@@ -74,15 +66,7 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
 }
 
 bool ConfigurationExport::save(const PXML& document, const std::string& path) {
-    const std::string temporary = unusedNameBeside(path, files_);
-    PFileStream stream(files_);
-    if (stream.openPrivate(temporary) != 0) {
-        return false;
-    }
-    const bool saved =
-        document.saveStream(stream, OUtils::textLineEnd()) == 0 && files_.replaceFile(temporary, path) == 0;
-    if (!saved) {
-        files_.removeFile(temporary);
-    }
-    return saved;
+    ReplacingFile file(files_);
+    return file.open(path, platform::FileRights::kPrivate) == 0 &&
+           document.saveStream(file.stream(), OUtils::textLineEnd()) == 0 && file.putInPlace() == 0;
 }

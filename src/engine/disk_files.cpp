@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/p_file_stream.h"
+#include "support/replacing_file.h"
 
 namespace {
 
@@ -27,18 +28,15 @@ bool digestOf(PFileStream& file, std::int64_t size, Md5Digest& out) {
     return total == size;
 }
 
-int openForWriting(PFileStream& file, std::string_view path) {
-    return file.openFile(path, PFileStream::kGenericWrite, PFileStream::kShareRead,
-                         PFileStream::kCreateAlways | PFileStream::kSequential);
-}
-
 }  // namespace
 
 FileOnDisk DiskFiles::compare(std::string_view path, std::int64_t contentSize, const Md5Digest& digest) {
     FileOnDisk found;
     PFileStream file(files_);
-    const std::uint32_t mode = PFileStream::kOpenExisting | PFileStream::kSequential;
+    const std::uint32_t mode =
+        PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks;
     if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, mode) != 0) {
+        found.exists = files_.kindOf(path) == platform::PathKind::kLink;
         return found;
     }
     found.exists = true;
@@ -52,18 +50,19 @@ FileOnDisk DiskFiles::compare(std::string_view path, std::int64_t contentSize, c
     return found;
 }
 
-int DiskFiles::open(PFileStream& file, std::string_view path, bool exists) {
-    const int status = openForWriting(file, path);
-    if (status != 0 && exists && inUse_.deleteFileInUse(path)) {
-        return openForWriting(file, path);
+int DiskFiles::putInPlace(ReplacingFile& file, std::string_view path, bool exists) {
+    const int status = file.putInPlace();
+    if (status != 0 && file.isComplete() && exists && inUse_.deleteFileInUse(path)) {
+        return file.putInPlace();
     }
     return status;
 }
 
-bool DiskFiles::write(std::string_view path, bool exists, std::string_view content) {
-    PFileStream file(files_);
+bool DiskFiles::write(std::string_view path, bool exists, std::string_view content,
+                      platform::FileRights rights) {
+    ReplacingFile file(files_);
     const auto size = static_cast<std::uint32_t>(content.size());
-    int status = open(file, path, exists);
+    int status = file.open(path, rights);
     if (debugLog_.level() >= kFileDebugLevel) {
         debugLog_.print("+ Creating file \"%s\" (size = %d, iores = %d)", std::string(path).c_str(),
                         static_cast<int>(size), status);
@@ -72,9 +71,10 @@ bool DiskFiles::write(std::string_view path, bool exists, std::string_view conte
         return false;
     }
     std::uint32_t written = 0;
-    status = size == 0 ? 0 : file.write(content.data(), size, written);
-    const int closed = file.close();  // a full disk may only be noticed here
-    status = status != 0 ? status : closed;
+    status = size == 0 ? 0 : file.stream().write(content.data(), size, written);
+    if (status == 0 && written == size) {
+        status = putInPlace(file, path, exists);  // a full disk may only be noticed here
+    }
     if (status == 0 && written == size) {
         return true;
     }

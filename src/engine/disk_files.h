@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "engine/file_in_use.h"
+#include "platform/file_system.h"
 #include "support/debug_log.h"
 #include "support/md5.h"
 
@@ -23,16 +24,19 @@ public:
     DiskFiles(platform::FileSystem& files, SystemOperations& system, Report& report, DebugLog debugLog)
         : files_(files), inUse_(files, system, report), debugLog_(debugLog) {}
 
-    // The content is known by its size and digest. Holds nothing but a block of the file in memory.
+    // The content is known by its size and digest. Holds nothing but a block of the file in memory. A link in
+    // the place of the file isn't followed: it exists and differs.
     FileOnDisk compare(std::string_view path, std::int64_t contentSize, const Md5Digest& digest);
 
-    // Writes a whole file over what is there. Where a file that `exists` can't be opened, the program that
-    // runs from it is stopped. True when every byte has reached the file and it could be closed; otherwise
-    // the file may hold a part.
-    bool write(std::string_view path, bool exists, std::string_view content);
+    // Puts a whole file in the place of what is there, as a ReplacingFile. Where a file that `exists` can't
+    // be replaced because it is in use, the program that runs from it is stopped. True when every byte has
+    // reached the disk's file system and the file is in its place; otherwise what was there is as it was,
+    // unless it was deleted as a program in use.
+    bool write(std::string_view path, bool exists, std::string_view content,
+               platform::FileRights rights = platform::FileRights::kPlain);
 
 private:
-    int open(class PFileStream& file, std::string_view path, bool exists);
+    int putInPlace(class ReplacingFile& file, std::string_view path, bool exists);
 
     platform::FileSystem& files_;
     FileInUse inUse_;

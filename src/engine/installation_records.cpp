@@ -131,7 +131,7 @@ void InstallationRecords::reportUnopened(const char* what, const std::string& pa
     }
     report.note(text);
     PFileStream probe(parts_.machine.files);
-    const int status = probe.openPrivate(path);
+    const int status = probe.createPrivate(path);
     report.addReason(path, status);
     if (status == 0) {
         probe.close();

@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "base/path_functions.h"
-#include "base/text_functions.h"
 #include "platform/file_system.h"
+#include "platform/path_identity.h"
 
 namespace {
 
 std::string keyOf(std::string_view path) {
-    return OUtils::toLowerAscii(OUtils::stripTrailingSeparators(OUtils::normalizedPath(std::string(path))));
+    return platform::pathIdentity(OUtils::stripTrailingSeparators(path));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "engine/changes/file_edit.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
+#include "platform/path_identity.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -30,6 +31,19 @@ bool UndoWalk::isToEnd() {
     const bool isAsked = isToEnd_ && isToEnd_();
     noteResult(!isAsked);
     return isAsked;
+}
+
+std::unordered_set<std::string> UndoWalk::replacedFiles(PStream& log, std::int64_t start) {
+    LineReader reader(log);
+    noteResult(reader.moveTo(start));
+    std::unordered_set<std::string> found;
+    for (std::string line; reader.readLine(line, Format::kRecordLineBuffer);) {
+        if (line.starts_with(Format::kFile)) {
+            const LogRecord record = recordIn(withoutTrailingSpace(line), Format::kFile);
+            found.insert(platform::pathIdentity(FileChange::replacedFile(record)));
+        }
+    }
+    return found;
 }
 
 void UndoWalk::undoRecords(PStream& log, std::int64_t start) {

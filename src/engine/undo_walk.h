@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "engine/changes/change_table.h"
@@ -19,6 +20,9 @@ public:
     // record, and from then on nothing more is undone.
     UndoWalk(ChangeJob& job, std::function<bool()> isToEnd);
 
+    // The files that the installation replaced, by the records from an offset of the log on: the identities
+    // of their paths (platform/path_identity.h).
+    std::unordered_set<std::string> replacedFiles(PStream& log, std::int64_t start);
     // Undoes the records from an offset of the log on.
     void undoRecords(PStream& log, std::int64_t start);
     // What the kinds of change have to do at this moment. Not after the walk was asked to end, but what makes

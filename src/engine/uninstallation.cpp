@@ -14,11 +14,13 @@
 #include "engine/backup_restore.h"
 #include "engine/line_reader.h"
 #include "engine/log_head.h"
+#include "engine/product_state.h"
 #include "engine/report.h"
 #include "engine/undo_walk.h"
 #include "engine/uninstall_command.h"
 #include "engine/wildcard_remover.h"
 #include "platform/file_system.h"
+#include "platform/path_identity.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -26,6 +28,10 @@ namespace {
 namespace Format = ActionLogFormat;
 
 constexpr std::size_t kPathLimit = PathText::capacity() - 1;
+
+ProductState stateOf(const EngineParts& parts) {
+    return {parts.machine.files, parts.machine.environment};
+}
 
 }  // namespace
 
@@ -46,6 +52,7 @@ struct Uninstallation::Product {
           tags(parts.model.description, expressions),
           texts(parts.model.description, expressions) {}
 
+    std::string logPath() const { return texts.installLogFile().value_or(""); }
     std::string uninstaller() const { return texts.uninstallCommand().value_or(""); }
 
     LogHead head;
@@ -98,7 +105,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, job);
     }
-    restoreArchive(walk, job);
+    restoreArchive(log, product, walk, job);
     walkLog(log, product.head, walk, report);
     walk.finish(UndoEnd::kBeforeCleaning);
     if (!walk.isToEnd()) {
@@ -144,14 +151,29 @@ void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& produc
     }
 }
 
-void Uninstallation::restoreArchive(UndoWalk& walk, ChangeJob& job) {
-    const RestoreResult result =
-        backupPath_.empty()
-            ? RestoreResult::kNoArchive
-            : restoreBackupFile(backupPath_, parts_.machine.files, job.context.report,
-                                [&walk] { return walk.isToEnd(); });
-    job.replaced.isArchiveMissing = result == RestoreResult::kNoArchive;
+void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job) {
+    const RestoreResult result = restoreFiles(log, product.head, walk, job.context.report);
+    if (result == RestoreResult::kNoArchive) {
+        job.replaced.isArchiveMissing = true;
+        job.replaced.written = stateOf(parts_).load(product.logPath());
+    }
     walk.noteResult(result != RestoreResult::kFailed);
+}
+
+RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk,
+                                           Report& report) {
+    if (backupPath_.empty()) {
+        return RestoreResult::kNoArchive;
+    }
+    RestoreQuestions questions;
+    questions.isToEnd = [&walk] { return walk.isToEnd(); };
+    if (log != nullptr) {
+        questions.wasReplaced = [replaced =
+                                     walk.replacedFiles(*log, head.recordsStart)](std::string_view path) {
+            return replaced.contains(platform::pathIdentity(path));
+        };
+    }
+    return restoreBackupFile(backupPath_, parts_.machine.files, report, questions);
 }
 
 // A pattern that cleans nothing, because it is refused, is no error.
@@ -215,6 +237,9 @@ void Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     }
     walk.finish(UndoEnd::kAfterCleaning);
     job.context.report.flushLines();
+    if (!walk.hasFailed() && !stateOf(parts_).remove(product.logPath())) {
+        parts_.debugLog.line("WARNING: What is remembered of the product's files could not be removed");
+    }
 }
 
 bool Uninstallation::unregister() {
@@ -246,7 +271,6 @@ void Uninstallation::reportEnd(bool failed, Report& report) {
     }
     report.setStatus(failed ? "There were errors during the uninstall." : "The uninstall was successful.");
 }
-
 
 void Uninstallation::setErrorVariable() {
     const std::string_view name = parts_.model.controls.nameOf(ControlVariable::kUninstallError);

@@ -13,6 +13,7 @@ class Report;
 class UndoWalk;
 struct ChangeJob;
 struct LogHead;
+enum class RestoreResult;
 
 // Takes an installation back, as its action log says: the archive's files return, every record is undone, and
 // registry keys and directories go last, the last one first. No failure stops the walk; what couldn't be
@@ -53,7 +54,8 @@ private:
 
     void readBackupPath(PStream* log);
     void walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
-    void restoreArchive(UndoWalk& walk, ChangeJob& job);
+    void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
+    RestoreResult restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
     void removeByWildcards(Product& product, ChangeJob& job);
     bool clean(const Cleaning& cleaning, ChangeJob& job);

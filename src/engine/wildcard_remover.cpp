@@ -1,6 +1,7 @@
 #include "engine/wildcard_remover.h"
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 #include "base/path_functions.h"
@@ -49,35 +50,52 @@ std::optional<int> WildcardRemover::deleteByWildcard(const std::string& director
                                                      bool deleteDirectories) {
     const bool isPlainPattern =
         !pattern.empty() && pattern.find_first_of(kSeparators) == std::string_view::npos;
-    if (!isPlainPattern || !isBelowARoot(directory) || !files_.isDirectory(directory)) {
+    std::unique_ptr<platform::Directory> opened;
+    if (!isPlainPattern || !isBelowARoot(directory) || files_.openDirectory(directory, opened) != 0) {
         return std::nullopt;
     }
-    return clean(directory, pattern, deleteDirectories, 0);
+    Job job{pattern, deleteDirectories};
+    const bool isEmpty = clean(*opened, directory, 0, job);
+    opened.reset();  // or it would stay until then
+    if (deleteDirectories && isEmpty && files_.removeDirectory(directory) == 0) {
+        ++job.deleted;
+    }
+    return job.deleted;
 }
 
-int WildcardRemover::clean(const std::string& directory, std::string_view pattern, bool deleteDirectories,
-                           int level) {
+// True when no entry that was listed is left.
+bool WildcardRemover::clean(platform::Directory& directory, const std::string& path, int level, Job& job) {
     std::vector<platform::DirectoryEntry> entries;
-    if (level > kDeepestLevel || files_.list(directory, entries) != 0) {
-        return 0;
+    if (directory.list(entries) != 0) {
+        return false;
     }
-    int deleted = 0;
     std::size_t left = entries.size();
     for (const platform::DirectoryEntry& entry : entries) {
-        const std::string path = directory + "/" + entry.name;
         if (entry.isDirectory) {
-            deleted += clean(path, pattern, deleteDirectories, level + 1);
-            left -= files_.exists(path) ? 0 : 1;
-        } else if (matchesWildcard(pattern, entry.name) && !(keeps_ && keeps_(path)) &&
-                   files_.removeFile(path) == 0) {
-            ++deleted;
+            left -= cleanBelow(directory, path, entry.name, level + 1, job) ? 1 : 0;
+        } else if (matchesWildcard(job.pattern, entry.name) && !(keeps_ && keeps_(path + "/" + entry.name)) &&
+                   directory.removeFile(entry.name) == 0) {
+            ++job.deleted;
             --left;
         }
     }
-    if (deleteDirectories && left == 0 && files_.removeDirectory(directory) == 0) {
-        ++deleted;
+    return left == 0;
+}
+
+// True when the directory has been removed.
+bool WildcardRemover::cleanBelow(platform::Directory& parent, const std::string& parentPath,
+                                 const std::string& name, int level, Job& job) {
+    std::unique_ptr<platform::Directory> opened;
+    if (level > kDeepestLevel || parent.openDirectory(name, opened) != 0) {
+        return false;
     }
-    return deleted;
+    const bool isEmpty = clean(*opened, parentPath + "/" + name, level, job);
+    opened.reset();
+    if (!job.deleteDirectories || !isEmpty || parent.removeDirectory(name) != 0) {
+        return false;
+    }
+    ++job.deleted;
+    return true;
 }
 
 bool matchesWildcard(std::string_view pattern, std::string_view name) {

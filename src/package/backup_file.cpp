@@ -9,6 +9,7 @@
 #include "package/backup_format.h"
 #include "package/backup_reader.h"
 #include "package/little_endian.h"
+#include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "support/debug_log.h"
 #include "support/replacing_file.h"
@@ -96,6 +97,7 @@ private:
     Found writeBack();
 
     Found findNext();
+    bool isPlausible(std::string_view name);
     bool canOpen(std::string_view path);
     bool isStillInstalled(bool& outExists);
     bool endsWell(Found found);
@@ -129,7 +131,11 @@ bool RestoreWalk::run() {
 RestoreWalk::Found RestoreWalk::findNext() {
     const Found found = reader_.next(entry_);
     const bool isEntry = found == Found::kEntry || found == Found::kCutEntry;
-    return isEntry && !isAbsolutePath(entry_.name) ? Found::kDamage : found;
+    return isEntry && !isPlausible(entry_.name) ? Found::kDamage : found;
+}
+
+bool RestoreWalk::isPlausible(std::string_view name) {
+    return isAbsolutePath(name) && (files_.exists(name) || observer_.wasReplaced(name));
 }
 
 // An installation that is stopped may leave an archive without its end byte, and with a last content that is
@@ -293,7 +299,7 @@ bool BackupFile::openForWriting(std::string_view path) {
     }
     std::uint32_t written = 0;
     hasError_ =
-        openPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
+        createPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
     if (hasError_) {
         PFileStream::close();
         return false;

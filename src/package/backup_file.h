@@ -33,6 +33,9 @@ public:
     virtual void progress(int percent) = 0;
     // Asked before each file: whether the walk is to end here.
     virtual bool isToEnd() { return false; }
+    // Whether the installation is known to have replaced this file, which isn't there any more. Otherwise its
+    // entry is one of a damaged archive.
+    virtual bool wasReplaced(std::string_view) { return true; }
 };
 
 // An archive of whole files, written once from front to back, or read back in one go. One thread.

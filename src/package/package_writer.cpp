@@ -141,14 +141,16 @@ class TemporaryOutput {
 public:
     TemporaryOutput(platform::FileSystem& files, const std::string& finalPath)
         : files_(files), finalPath_(finalPath), path_(finalPath + ".part") {
-        for (int i = 1; files.exists(path_); ++i) {
-            path_ = finalPath + ".part" + std::to_string(i);
-        }
+        const platform::PathKind present = files.kindOf(finalPath);
+        const bool canBeReplaced =
+            present != platform::PathKind::kDirectory && present != platform::PathKind::kOther;
         PFileStream stream(files);
-        checkWriting(finalPath, files.isDirectory(finalPath)
-                                    ? -1
-                                    : stream.openFile(path_, PFileStream::kReadWrite, PFileStream::kShareRead,
-                                                      PFileStream::kCreateAlways));
+        int status = canBeReplaced ? stream.createNew(path_, false) : -1;
+        for (int i = 1; status != 0 && canBeReplaced && files.exists(path_); ++i) {
+            path_ = finalPath + ".part" + std::to_string(i);
+            status = stream.createNew(path_, false);
+        }
+        checkWriting(finalPath, status);
     }
     TemporaryOutput(const TemporaryOutput&) = delete;
     TemporaryOutput& operator=(const TemporaryOutput&) = delete;
@@ -362,8 +364,8 @@ void PackageWriter::writePieces(const std::string& path, Job& job) {
     const LeadBlock lead = encodeLeadBlock(job.totals);
     PFileStream out(files_);
     std::uint32_t written = 0;
-    int status =
-        out.openFile(path, PFileStream::kReadWrite, PFileStream::kShareRead, PFileStream::kCreateAlways);
+    int status = out.openFile(path, PFileStream::kReadWrite, PFileStream::kShareRead,
+                              PFileStream::kOpenExisting | PFileStream::kRefuseLinks);  // made empty before
     if (status == 0) {
         status = out.write(job.image.data(), static_cast<std::uint32_t>(job.image.size()), written);
     }

@@ -9,20 +9,25 @@ PFileConsole::~PFileConsole() {
 }
 
 int PFileConsole::open(std::string_view path, int mode) {
-    return openStream(path, mode, false);
+    return openStream([&](PFileStream& stream) { return stream.openWithMode(path, mode); });
 }
 
 int PFileConsole::openPrivate(std::string_view path) {
-    return openStream(path, 0, true);
+    return openStream([&](PFileStream& stream) { return stream.openPrivate(path); });
 }
 
-int PFileConsole::openStream(std::string_view path, int mode, bool isPrivate) {
+int PFileConsole::createPrivate(std::string_view path) {
+    return openStream([&](PFileStream& stream) { return stream.createPrivate(path); });
+}
+
+template <typename Open>
+int PFileConsole::openStream(Open openOn) {
     const std::lock_guard lock(mutex_);
     flushEachLine_ = false;
     closeStream();
     failed_ = false;
     auto stream = std::make_unique<PFileStream>(files_);
-    const int status = isPrivate ? stream->openPrivate(path) : stream->openWithMode(path, mode);
+    const int status = openOn(*stream);
     if (status == 0) {
         stream_ = std::move(stream);
     }

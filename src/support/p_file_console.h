@@ -19,6 +19,8 @@ public:
     int open(std::string_view path, int mode) override;
     // The same, recreating the file as PFileStream::openPrivate does.
     int openPrivate(std::string_view path);
+    // The same with PFileStream::createPrivate: fails when there is something of that name.
+    int createPrivate(std::string_view path);
     int close() override;  // returns -1 in any case; see hasFailed
     // Passes the bytes on at once; 0 without a file.
     int write(const char* text, std::int32_t length) override;
@@ -31,7 +33,9 @@ public:
     bool hasFailed() const { return failed_; }
 
 private:
-    int openStream(std::string_view path, int mode, bool isPrivate);
+    // `openOn` opens a stream and gives a status.
+    template <typename Open>
+    int openStream(Open openOn);
     void closeStream();
     int writeToStream(const char* text, std::uint32_t length);
 

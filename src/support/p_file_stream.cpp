@@ -51,7 +51,7 @@ int PFileStream::openFile(std::string_view path, std::uint32_t access, std::uint
 
 int PFileStream::openWithMode(std::string_view path, int mode) {
     const bool appends = (static_cast<std::uint32_t>(mode) & kModeBits) == kAppend;
-    setParameters(path, kReadWrite, kShareRead, appends ? kOpenAlways : kCreateAlways);
+    setParameters(path, kReadWrite, kShareRead, (appends ? kOpenAlways : kCreateAlways) | kRefuseLinks);
     int status = open();
     if (status == 0 && appends) {
         status = move(0, platform::Origin::kEnd);
@@ -64,9 +64,14 @@ int PFileStream::openWithMode(std::string_view path, int mode) {
 
 int PFileStream::openPrivate(std::string_view path) {
     close();
-    setParameters(path, kReadWrite, kShareRead, kCreateAlways);
     // Where this fails, the creation fails too and gives the reason.
-    files_.removeFile(name_);
+    files_.removeFile(path);
+    return createPrivate(path);
+}
+
+int PFileStream::createPrivate(std::string_view path) {
+    close();
+    setParameters(path, kReadWrite, kShareRead, kCreateAlways);
     return openAs(platform::Disposition::kCreatePrivate);
 }
 
@@ -91,6 +96,7 @@ int PFileStream::openAs(platform::Disposition disposition) {
     options.share = share_;
     options.disposition = disposition;
     options.sequential = (createMode_ & kSequential) != 0;
+    options.followLinks = (createMode_ & kRefuseLinks) == 0;
     const int status = files_.open(name_, options, file_);
     if (status == 0) {
         ++openCount_;

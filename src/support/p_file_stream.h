@@ -25,6 +25,8 @@ public:
     static constexpr std::uint32_t kCreateAlways = 3;  // empties what is there
     // Added to one of them: the file will be read from front to back.
     static constexpr std::uint32_t kSequential = 4;
+    // Likewise: a link in the place of the file isn't followed, it can't be opened.
+    static constexpr std::uint32_t kRefuseLinks = 8;
 
     // The mode of openWithMode that appends.
     static constexpr int kAppend = 1;
@@ -39,14 +41,17 @@ public:
     // setParameters, then open.
     int openFile(std::string_view path, std::uint32_t access, std::uint32_t share, std::uint32_t createMode);
     // Closes, then opens `path` for reading and writing, others may read. A mode whose two low bits are 1
-    // opens or creates, keeps the content and moves to its end; every other mode recreates the file.
+    // opens or creates, keeps the content and moves to its end; every other mode recreates the file. A link
+    // isn't followed.
     int openWithMode(std::string_view path, int mode);
     // Closes, then creates `path` for reading and writing by this user alone. Whatever has that name, a link
-    // included, is removed first and never followed. For well-known names in directories that all may write
-    // to.
+    // included, is removed first and never followed. Only for a well-known name under which nobody but this
+    // program keeps anything; other names take createPrivate.
     int openPrivate(std::string_view path);
-    // Closes, then creates `path` for writing alone; fails when there is anything of that name. A private
-    // file is readable and writable by this user alone.
+    // The same without removing anything: fails when there is something of that name.
+    int createPrivate(std::string_view path);
+    // Closes, then creates `path` for writing, with nobody else at it; fails when there is something of that
+    // name. A private file is readable and writable by this user alone.
     int createNew(std::string_view path, bool isPrivate);
     // From the directory entry, without opening; -1 if there is none.
     std::int64_t getFileSize(std::string_view path);

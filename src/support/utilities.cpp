@@ -89,13 +89,14 @@ std::optional<std::string> getProgramPath(platform::Environment& environment) {
     return environment.programPath(path) ? std::optional<std::string>(path) : std::nullopt;
 }
 
-bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files) {
+bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files,
+              platform::FileRights rights) {
     if (isSamePath(from, to)) {
         return false;
     }
     std::unique_ptr<platform::File> source;
     ReplacingFile target(files);
-    return openForReading(from, files, source) == 0 && target.open(to) == 0 &&
+    return openForReading(from, files, source) == 0 && target.open(to, rights) == 0 &&
            copyContent(*source, target.stream()) == 0 && target.putInPlace() == 0;
 }
 

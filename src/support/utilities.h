@@ -22,7 +22,8 @@ std::optional<std::string> getProgramPath(platform::Environment& environment);
 
 // Copies the content of a file. `to` is written as a ReplacingFile: false when anything failed, up to the
 // last step, and then `to` is as it was. Copying onto the same path is a failure that changes nothing.
-bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files);
+bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files,
+              platform::FileRights rights = platform::FileRights::kPlain);
 
 // 0, or the system's error number, also when there is no such file.
 int removeFile(std::string_view path, platform::FileSystem& files);

@@ -12,6 +12,8 @@
 namespace {
 
 constexpr std::string_view kTemporaryPrefix = "orinstall";
+// The numbers begin anew in each process, and each may have left files.
+constexpr int kMostTakenNames = 10000;
 
 // Two sessions of one process must not get the same name.
 std::atomic<std::uint32_t> lastTemporaryNumber{0};
@@ -29,11 +31,16 @@ SystemServices::SystemServices(const platform::Platform& machine, DebugLog debug
 
 std::optional<std::string> SystemServices::temporaryFileName() {
     std::string path;
-    if (!machine_.files.temporaryName(kTemporaryPrefix, ++lastTemporaryNumber, path) ||
-        path.size() > kTemporaryPathLimit) {
-        return std::nullopt;
+    for (int tries = 0; tries < kMostTakenNames; ++tries) {
+        if (!machine_.files.temporaryName(kTemporaryPrefix, ++lastTemporaryNumber, path) ||
+            path.size() > kTemporaryPathLimit) {
+            return std::nullopt;
+        }
+        if (!machine_.files.exists(path)) {
+            return path;
+        }
     }
-    return path;
+    return std::nullopt;
 }
 
 bool SystemServices::findUninstallEntry(std::string_view applicationName, std::uint32_t flags) {

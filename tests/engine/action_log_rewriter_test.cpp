@@ -9,6 +9,7 @@
 #include "fakes/memory_file_system.h"
 #include "support/debug_log.h"
 #include "support/p_file_stream.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -85,14 +86,33 @@ TEST_F(ActionLogRewriterTest, GivesItsReaderTheLongestValueWhole) {
     EXPECT_EQ(read, (std::map<std::string, std::string>{{"A", value}, {"B", "2"}}));
 }
 
-TEST_F(ActionLogRewriterTest, KeepsTheNewLogForThisUserAndFollowsNoLink) {
+TEST_F(ActionLogRewriterTest, GivesTheNewLogTheRightsOfTheOldOne) {
+    ASSERT_EQ(OUtils::writeWholeFile("/app/install.log", kOld, files_, platform::FileRights::kPrivate), 0);
+    rewrite();
+    EXPECT_TRUE(files_.isPrivate("/app/install.log"));
+    files_.addFile("/other/install.log", kOld);
+    ActionLogRewriter(files_).rewriteActionLog("/other/install.log", {});
+    EXPECT_FALSE(files_.isPrivate("/other/install.log"));
+}
+
+TEST_F(ActionLogRewriterTest, TakesNoNameThatSomebodyElseHas) {
     files_.addFile("/app/install.log", kOld);
     files_.addFile("/mine", "mine");
     files_.addLink("/app/templog.log", "/mine");
+    files_.addFile("/app/templog1.log", "the user's");
     rewrite();
-    EXPECT_TRUE(files_.isPrivate("/app/install.log"));
     EXPECT_EQ(files_.content("/mine"), "mine");
-    EXPECT_FALSE(files_.hasFile("/app/templog.log"));
+    EXPECT_EQ(files_.kindOf("/app/templog.log"), platform::PathKind::kLink);
+    EXPECT_EQ(files_.content("/app/templog1.log"), "the user's");
+    EXPECT_EQ(files_.allFiles().size(), 4U);
+    EXPECT_NE(files_.content("/app/install.log"), kOld);
+}
+
+TEST_F(ActionLogRewriterTest, LeavesALinkInThePlaceOfTheLog) {
+    files_.addFile("/mine", kOld);
+    files_.addLink("/app/install.log", "/mine");
+    EXPECT_EQ(errorOf(), "ERROR: Opening action file (/app/install.log)");
+    EXPECT_EQ(files_.content("/mine"), kOld);
 }
 
 TEST_F(ActionLogRewriterTest, RefusesALogThatEndsWithItsVariables) {
@@ -108,7 +128,7 @@ TEST_F(ActionLogRewriterTest, NamesTheFileThatItCannotOpen) {
     files_.addDirectory("/app");
     EXPECT_EQ(errorOf(), "ERROR: Opening action file (/app/install.log)");
     files_.addFile("/app/install.log", kOld);
-    files_.addDirectory("/app/templog.log");
+    files_.failAt(Operation::kOpen, "/app/templog.log", 1);
     EXPECT_EQ(errorOf(), "ERROR: Creating temp file for new log (/app/templog.log)");
     EXPECT_EQ(files_.content("/app/install.log"), kOld);
 }

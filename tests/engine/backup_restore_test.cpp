@@ -129,10 +129,18 @@ TEST_F(BackupRestoreTest, RestoresAnArchiveWithoutItsEnd) {
     EXPECT_EQ(files_.content("/a/first"), "old");
 }
 
+TEST_F(BackupRestoreTest, CreatesNoFileThatNoInstallationReplaced) {
+    backUp({"/a/first"});
+    files_.removeFile("/a/first");
+    const RestoreQuestions questions{{}, [](std::string_view path) { return path != "/a/first"; }};
+    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, questions), RestoreResult::kFailed);
+    EXPECT_FALSE(files_.hasFile("/a/first"));
+}
+
 TEST_F(BackupRestoreTest, EndsWhenItIsAskedTo) {
     backUp({"/a/first", "/a/second"});
     int left = 1;
-    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, [&left] { return left-- < 1; }),
+    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, {[&left] { return left-- < 1; }, {}}),
               RestoreResult::kFailed);
     EXPECT_EQ(files_.content("/a/first"), "old");
     EXPECT_EQ(files_.content("/a/second"), "new");

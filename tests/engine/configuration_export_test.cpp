@@ -167,12 +167,18 @@ TEST_F(ConfigurationExportTest, IsForThisUserAlone) {
 }
 
 TEST_F(ConfigurationExportTest, TakesNoNameThatIsInUseForItsWork) {
-    files_.addFile("/app/config.xml.part", "the user's");
-    files_.addFile("/app/config.xml.part1", "the user's");
+    files_.addFile("/app/.tandrel-1.tmp", "the user's");
     EXPECT_TRUE(write());
-    EXPECT_EQ(files_.content("/app/config.xml.part"), "the user's");
-    EXPECT_EQ(files_.content("/app/config.xml.part1"), "the user's");
-    expectOnly({kPath, "/app/config.xml.part", "/app/config.xml.part1"});
+    EXPECT_EQ(files_.content("/app/.tandrel-1.tmp"), "the user's");
+    expectOnly({"/app/.tandrel-1.tmp", kPath});
+}
+
+TEST_F(ConfigurationExportTest, LeavesALinkAndWhatItLeadsTo) {
+    files_.addFile("/home/answers.xml", "<DefValues></DefValues>");
+    files_.addLink(kPath, "/home/answers.xml");
+    EXPECT_FALSE(write());
+    EXPECT_EQ(files_.kindOf(kPath), platform::PathKind::kLink);
+    EXPECT_EQ(files_.content("/home/answers.xml"), "<DefValues></DefValues>");
 }
 
 TEST_F(ConfigurationExportTest, FailsWhereNothingCanBeMade) {
@@ -189,7 +195,7 @@ TEST_F(ConfigurationExportTest, KeepsTheOlderFileWhenAnythingFails) {
     const std::string old = "<DefValues></DefValues>";
     for (const Operation operation : {Operation::kWrite, Operation::kClose, Operation::kReplaceFile}) {
         files_.addFile(kPath, old);
-        files_.failAt(operation, "/app/config.xml.part", 1);
+        files_.failAt(operation, "/app/.tandrel-1.tmp", 1);
         EXPECT_FALSE(write());
         EXPECT_EQ(files_.content(kPath), old);
         expectOnly({kPath});

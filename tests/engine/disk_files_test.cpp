@@ -102,9 +102,41 @@ TEST_F(DiskFilesTest, NoticesAFullDisk) {
     EXPECT_EQ(files_.openFileCount(), 0);
 }
 
+TEST_F(DiskFilesTest, LeavesTheOldFileOnAFullDisk) {
+    files_.addFile("/app/file.txt", "old");
+    files_.setFreeSpace(3);
+    EXPECT_FALSE(write("content", true));
+    EXPECT_EQ(files_.content("/app/file.txt"), "old");
+    EXPECT_EQ(files_.allFiles(), std::vector<std::string>{"/app/file.txt"});
+}
+
+TEST_F(DiskFilesTest, ReplacesALinkAndLeavesWhatItLeadsTo) {
+    files_.addFile("/dir/file", "content");
+    files_.addLink("/app/file.txt", "/dir/file");
+    const FileOnDisk found = disk_.compare("/app/file.txt", 7, md5Of("content", 7));
+    EXPECT_TRUE(found.exists);
+    EXPECT_TRUE(found.differs);
+    EXPECT_TRUE(write("new", true));
+    EXPECT_TRUE(files_.hasFile("/app/file.txt"));
+    EXPECT_EQ(files_.content("/app/file.txt"), "new");
+    EXPECT_EQ(files_.content("/dir/file"), "content");
+}
+
+TEST_F(DiskFilesTest, RefusesADeviceInThePlaceOfAFile) {
+    files_.addDevice("/app/file.txt");
+    EXPECT_FALSE(compare("content").exists);
+    EXPECT_FALSE(write("content"));
+    EXPECT_EQ(files_.kindOf("/app/file.txt"), platform::PathKind::kOther);
+}
+
+TEST_F(DiskFilesTest, MakesAProgramOfANewFile) {
+    EXPECT_TRUE(disk_.write("/app/tool", false, "content", platform::FileRights::kProgram));
+    EXPECT_TRUE(files_.isExecutable("/app/tool"));
+}
+
 TEST_F(DiskFilesTest, NoticesAFailureThatTheSystemReportsAtTheClosing) {
     logEverything();
-    files_.failAt(Operation::kClose, "/app/file.txt", 1, 112);
+    files_.failAt(Operation::kClose, "/app/.tandrel-1.tmp", 1, 112);
     EXPECT_FALSE(write("content"));
     EXPECT_TRUE(log_.hasLine("- ERROR: Writing file failed (iores = 112, written = 7)"));
 }
@@ -126,7 +158,7 @@ TEST_F(DiskFilesTest, DoesNotWriteWhereNothingMayBeWritten) {
 TEST_F(DiskFilesTest, StopsTheProgramThatHoldsItsFile) {
     files_.addFile("/app/tool.exe", "old");
     system_.running = {"tool.exe"};
-    files_.failAt(Operation::kOpen, "/app/tool.exe", 1, 32);
+    files_.failAt(Operation::kReplaceFile, "", 1, 32);
     EXPECT_TRUE(write("new", true, "/app/tool.exe"));
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
     EXPECT_TRUE(system_.running.empty());
@@ -134,13 +166,13 @@ TEST_F(DiskFilesTest, StopsTheProgramThatHoldsItsFile) {
 
 TEST_F(DiskFilesTest, LeavesALibraryThatIsHeldAlone) {
     files_.addFile("/app/tool.dll", "old");
-    files_.failFrom(Operation::kOpen, "/app/tool.dll", 1, 32);
+    files_.failFrom(Operation::kReplaceFile, "", 1, 32);
     EXPECT_FALSE(write("new", true, "/app/tool.dll"));
-    EXPECT_TRUE(files_.hasFile("/app/tool.dll"));
+    EXPECT_EQ(files_.content("/app/tool.dll"), "old");
 }
 
 TEST_F(DiskFilesTest, LooksForNoProgramWhereThereIsNoFile) {
-    files_.failFrom(Operation::kOpen, "/app/tool.exe", 1, 32);
+    files_.failFrom(Operation::kMoveFile, "", 1, 32);
     EXPECT_FALSE(write("new", false, "/app/tool.exe"));
     EXPECT_TRUE(system_.calls.empty());
 }

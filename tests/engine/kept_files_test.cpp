@@ -15,7 +15,7 @@ protected:
 TEST_F(KeptFilesTest, HoldsAFileInEverySpellingUntilTheRelease) {
     kept_.hold("/app/un/install.log");
     EXPECT_TRUE(kept_.holds("/app/un\\install.log"));
-    EXPECT_TRUE(kept_.holds("/app//un/Install.log"));
+    EXPECT_TRUE(kept_.holds("/app//un/install.log"));
     EXPECT_FALSE(kept_.holds("/app/un/install.lo"));
     kept_.release();
     EXPECT_FALSE(kept_.holds("/app/un/install.log"));

@@ -43,6 +43,56 @@ TEST_F(WildcardRemoverTest, DeletesLinksAndFollowsNone) {
     EXPECT_TRUE(files_.hasFile("/other/mine.log"));
 }
 
+TEST_F(WildcardRemoverTest, RefusesADirectoryThatIsALink) {
+    files_.addFile("/other/mine.log", "");
+    files_.addLink("/cache", "/other");
+    EXPECT_EQ(remover_.deleteByWildcard("/cache", "*", true), std::nullopt);
+    EXPECT_EQ(remover_.deleteByWildcard("/cache/", "*", true), std::nullopt);
+    EXPECT_TRUE(files_.hasFile("/other/mine.log"));
+    EXPECT_TRUE(files_.exists("/cache"));
+}
+
+// Somebody who can write below a cleaned directory waits for the moment between the look and the deletion.
+TEST_F(WildcardRemoverTest, DeletesNothingThroughALinkThatTakesThePlaceOfADirectory) {
+    files_.addFile("/other/mine.log", "");
+    files_.addFile("/other/c.log", "");
+    files_.addFile("/other/deep/d.log", "");
+    for (const char* moment : {"/app/sub/c.log", "/app/sub/deep/d.log"}) {
+        files_.runBefore(MemoryFileSystem::Operation::kRemoveFile, moment, 1,
+                         [this] { files_.addLink("/app/sub", "/other"); });
+    }
+    remover_.deleteByWildcard("/app", "*", true);
+    EXPECT_TRUE(files_.hasFile("/other/mine.log"));
+    EXPECT_TRUE(files_.hasFile("/other/c.log"));
+    EXPECT_TRUE(files_.hasFile("/other/deep/d.log"));
+}
+
+TEST_F(WildcardRemoverTest, DoesNotEnterALinkThatTakesThePlaceOfAListedDirectory) {
+    files_.addFile("/other/mine.log", "");
+    files_.runBefore(MemoryFileSystem::Operation::kOpen, "/app/sub", 1,
+                     [this] { files_.addLink("/app/sub", "/other"); });
+    remover_.deleteByWildcard("/app", "*", true);
+    EXPECT_TRUE(files_.hasFile("/other/mine.log"));
+}
+
+TEST_F(WildcardRemoverTest, LeavesADirectoryWithANameThatNoPathMeans) {
+    files_.addUnnameable("/app/sub/deep");
+    EXPECT_EQ(remover_.deleteByWildcard("/app", "*", true), 5);
+    EXPECT_TRUE(files_.hasDirectory("/app/sub/deep"));
+    EXPECT_TRUE(files_.allFiles().empty());
+}
+
+TEST_F(WildcardRemoverTest, LeavesWhatIsToBeKept) {
+    WildcardRemover remover(files_, [](const std::string& path) { return path == "/app/sub/c.log"; });
+    EXPECT_EQ(remover.deleteByWildcard("/app", "*", true), 5);
+    EXPECT_THAT(files_.allFiles(), ElementsAre("/app/sub/c.log"));
+}
+
+TEST_F(WildcardRemoverTest, KeepsNoDirectoryOpen) {
+    remover_.deleteByWildcard("/app", "*", true);
+    EXPECT_EQ(files_.openFileCount(), 0);
+}
+
 TEST_F(WildcardRemoverTest, RefusesWhatCannotBelongToAProduct) {
     for (const char* directory :
          {"", "/", "\\", "//", "app", "./app", "C:", "C:\\", "C:app", "\\\\server\\share",

@@ -16,6 +16,17 @@ TEST(AdministratorTest, SucceedsWhereAFileCanBeMadeAndTakesItAwayAgain) {
     EXPECT_FALSE(files.hasFile(kProbe));
 }
 
+TEST(AdministratorTest, LeavesAFileThatHasItsName) {
+    MemoryFileSystem files;
+    files.addFile(kProbe, "mine");
+    files.addFile("/victim", "precious");
+    files.addLink("/opt/test$$$1234ajgtr1.tmp", "/victim");
+    EXPECT_TRUE(hasAdministrativePrivileges(files, {"/opt"}));
+    EXPECT_EQ(files.content(kProbe), "mine");
+    EXPECT_EQ(files.content("/victim"), "precious");
+    EXPECT_EQ(files.allFiles().size(), 3U);
+}
+
 TEST(AdministratorTest, FailsWhereNothingCanBeMade) {
     MemoryFileSystem files;
     files.addDirectory("/opt");

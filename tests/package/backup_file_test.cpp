@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -61,9 +62,11 @@ public:
     }
     void progress(int percent) override { calls.push_back(std::to_string(percent) + " %"); }
     bool isToEnd() override { return filesBeforeEnd-- == 0; }
+    bool wasReplaced(std::string_view path) override { return !unknown.contains(std::string(path)); }
 
     std::vector<std::string> calls;
     int filesBeforeEnd = -1;
+    std::set<std::string> unknown;
 };
 
 class BackupFileTest : public testing::Test {
@@ -361,11 +364,13 @@ TEST_F(BackupFileTest, RestoresWhatAnArchiveHoldsThatIsCutAtAnyLength) {
     for (std::size_t size = banner().size(); size < archive.size(); ++size) {
         files_.addFile("/p/first", "new");
         files_.addFile("/p/second", "newer");
-        const bool isBetweenEntries = size == banner().size() || size == firstEnd || size == archive.size() - 1;
+        const bool isBetweenEntries =
+            size == banner().size() || size == firstEnd || size == archive.size() - 1;
         EXPECT_EQ(restore(archive.substr(0, size)), isBetweenEntries ? Restored::kWhole : Restored::kDamaged)
             << size;
         // A content takes its place when what follows it is understood.
-        const bool isFirstCertain = size == firstEnd || size >= firstEnd + std::string("/p/second").size() + 13;
+        const bool isFirstCertain =
+            size == firstEnd || size >= firstEnd + std::string("/p/second").size() + 13;
         EXPECT_EQ(files_.content("/p/first"), isFirstCertain ? "old" : "new") << size;
         EXPECT_EQ(files_.content("/p/second"), size < archive.size() - 1 ? "newer" : "older") << size;
         EXPECT_EQ(files_.allFiles().size(), 3U) << size;
@@ -387,6 +392,7 @@ TEST_F(BackupFileTest, TakesACutContentForThatOfAnInstallationThatWasStopped) {
 
 TEST_F(BackupFileTest, WritesNoContentWhoseSizeIsWrong) {
     const std::string second = entryOf("/p/second", 5, sumOf("newer"), "older") + kEnd;
+    observer_.unknown = {"/second"};  // what a wrong size makes of the name
     for (const std::int64_t size : {1, 2, 4, 5, 6, 8, 12}) {
         files_.addFile("/p/first", "new");
         files_.addFile("/p/second", "newer");
@@ -395,6 +401,17 @@ TEST_F(BackupFileTest, WritesNoContentWhoseSizeIsWrong) {
             << size;
         EXPECT_EQ(files_.content("/p/first"), "new") << size;
     }
+}
+
+TEST_F(BackupFileTest, CreatesNoFileThatNobodyReplaced) {
+    observer_.unknown = {"/p/flipped", "/p/there"};
+    files_.addFile("/p/there", "new");
+    EXPECT_EQ(
+        restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + entryOf("/p/flipped", "x") + kEnd),
+        Restored::kDamaged);
+    EXPECT_FALSE(files_.hasFile("/p/flipped"));
+    EXPECT_EQ(restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + kEnd), Restored::kWhole);
+    EXPECT_EQ(files_.content("/p/there"), "old");
 }
 
 TEST_F(BackupFileTest, FailsForBytesAfterTheEnd) {

@@ -309,6 +309,18 @@ TEST_F(PackageWriterTest, LeavesAnEarlierOutputAloneWhenItFails) {
     EXPECT_NE(files_.content(kOutput), "earlier");
 }
 
+TEST_F(PackageWriterTest, WritesThroughNoLinkAndReplacesNoDevice) {
+    files_.addFile("/victim", "precious");
+    files_.addLink("/out/setup.part", "/victim");
+    files_.addLink(kOutput, "/victim");
+    EXPECT_EQ(failure(), "<none>");
+    EXPECT_EQ(files_.content("/victim"), "precious");
+    EXPECT_TRUE(files_.hasFile(kOutput));
+    files_.addDevice(kOutput);
+    EXPECT_NE(failure(), "<none>");
+    EXPECT_EQ(files_.kindOf(kOutput), platform::PathKind::kOther);
+}
+
 TEST_F(PackageWriterTest, ReportsAFullDiskWhateverSpaceIsLeft) {
     write();
     const auto needed = static_cast<std::int64_t>(files_.content(kOutput).size());

@@ -108,6 +108,15 @@ TEST_F(PFileConsoleTest, RemembersAFailedFlushAndAFailedClosing) {
     EXPECT_TRUE(console_.hasFailed());
 }
 
+TEST_F(PFileConsoleTest, CreatesAPrivateFileUnderAFreeNameOnly) {
+    files_.addFile("/tmp/taken", "another's");
+    EXPECT_EQ(MemoryFileSystem::kExists, console_.createPrivate("/tmp/taken"));
+    EXPECT_FALSE(console_.isOpen());
+    EXPECT_EQ("another's", files_.content("/tmp/taken"));
+    EXPECT_EQ(0, console_.createPrivate("/tmp/free"));
+    EXPECT_TRUE(files_.isPrivate("/tmp/free"));
+}
+
 TEST_F(PFileConsoleTest, OpensAPrivateFileWithoutFollowingALink) {
     files_.addFile("/victim", "precious");
     files_.addLink("/tmp/log", "/victim");

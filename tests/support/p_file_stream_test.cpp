@@ -211,6 +211,44 @@ TEST_F(PFileStreamTest, MakesAPrivateFileInThePlaceOfALink) {
     EXPECT_TRUE(files_.hasFile("/tmp/log"));
 }
 
+TEST_F(PFileStreamTest, CreatesFilesUnderFreeNamesOnly) {
+    files_.addFile("/tmp/taken", "another's");
+    EXPECT_EQ(MemoryFileSystem::kExists, stream_.createPrivate("/tmp/taken"));
+    EXPECT_EQ(MemoryFileSystem::kExists, stream_.createNew("/tmp/taken", true));
+    EXPECT_FALSE(stream_.isOpen());
+    EXPECT_EQ("another's", files_.content("/tmp/taken"));
+    ASSERT_EQ(0, stream_.createPrivate("/tmp/private"));
+    write("text");
+    EXPECT_TRUE(files_.isPrivate("/tmp/private"));
+    ASSERT_EQ(0, stream_.createNew("/tmp/plain", false));
+    write("text");
+    EXPECT_FALSE(files_.isPrivate("/tmp/plain"));
+}
+
+TEST_F(PFileStreamTest, FollowsNoLinkWhereNoneIsToBeFollowed) {
+    files_.addFile("/victim", "precious");
+    files_.addLink("/link", "/victim");
+    EXPECT_NE(0, stream_.openFile("/link", PFileStream::kGenericRead, PFileStream::kShareRead,
+                                  PFileStream::kOpenExisting | PFileStream::kRefuseLinks));
+    EXPECT_NE(0, stream_.openWithMode("/link", PFileStream::kAppend));
+    EXPECT_NE(0, stream_.openWithMode("/link", 0));
+    EXPECT_EQ("precious", files_.content("/victim"));
+}
+
+TEST_F(PFileStreamTest, GivesRightsToItsOpenFileOnly) {
+    files_.addFile("/from", "");
+    EXPECT_EQ(-1, stream_.setRights(platform::FileRights::kProgram));
+    EXPECT_EQ(-1, stream_.takeRightsOf("/from"));
+    EXPECT_EQ(-1, stream_.makeExecutable());
+    ASSERT_EQ(0, stream_.createPrivate("/a"));
+    EXPECT_EQ(0, stream_.takeRightsOf("/from"));
+    EXPECT_FALSE(files_.isPrivate("/a"));
+    EXPECT_EQ(0, stream_.makeExecutable());
+    EXPECT_TRUE(files_.isExecutable("/a"));
+    EXPECT_EQ(0, stream_.setRights(platform::FileRights::kPrivate));
+    EXPECT_TRUE(files_.isPrivate("/a"));
+}
+
 TEST_F(PFileStreamTest, DoesNotOpenAPrivateFileWhereTheOldOneStays) {
     files_.addFile("/tmp/log", "old");
     files_.setReadOnly("/tmp/log");

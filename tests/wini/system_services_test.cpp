@@ -30,6 +30,19 @@ TEST_F(SystemServicesTest, GivesAnotherTemporaryNameAtEachCallAndMakesNoFile) {
     EXPECT_TRUE(machine_.files.allFiles().empty());
 }
 
+TEST_F(SystemServicesTest, PassesOverTemporaryNamesThatAreTaken) {
+    const auto name = services_.temporaryFileName();
+    ASSERT_TRUE(name);
+    for (std::uint32_t number = 1; number < 300; ++number) {
+        std::string taken;
+        ASSERT_TRUE(machine_.files.temporaryName("orinstall", number, taken));
+        machine_.files.addFile(taken, "another's");
+    }
+    const auto free = services_.temporaryFileName();
+    ASSERT_TRUE(free);
+    EXPECT_FALSE(machine_.files.exists(*free));
+}
+
 TEST_F(SystemServicesTest, GivesNoTemporaryNameWhenTheSystemRefuses) {
     machine_.files.setTemporaryDirectory("");
     EXPECT_EQ(services_.temporaryFileName(), std::nullopt);

@@ -11,13 +11,37 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "support/p_file_stream.h"
 
 namespace {
 
 constexpr std::size_t kFilesPerFlush = 32;
+constexpr std::uint32_t kBlockSize = 262144;
 
 int percentOf(std::size_t index, std::size_t count) {
     return static_cast<int>(std::ceil(static_cast<float>(index) / static_cast<float>(count) * 100.0F));
+}
+
+// Of a whole file; nothing when it can't be read.
+std::optional<Md5Digest> digestOf(platform::FileSystem& files, const std::string& path) {
+    PFileStream file(files);
+    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+        return std::nullopt;
+    }
+    Md5 digest;
+    std::vector<char> block(kBlockSize);
+    for (std::uint32_t done = 1; done > 0;) {
+        if (file.read(block.data(), kBlockSize, done) != 0) {
+            return std::nullopt;
+        }
+        digest.update(block.data(), done);
+    }
+    return digest.finish();
+}
+
+std::string_view pathOf(const LogRecord& record, std::string_view kind) {
+    return firstLogField(record.fields) == kind ? nextLogField(record.fields) : std::string_view();
 }
 
 std::uint32_t checkSumOf(std::string_view content) {
@@ -178,11 +202,15 @@ void FileChange::noteInstalled(const Work& work, const FileContent& content) {
     }
 }
 
+// A file that is there already but can't be marked as a program, because it is somebody else's under another
+// name, is written anew as well.
 bool FileChange::place(const Work& work, const FileContent& content) {
-    if (work.onDisk.exists && !work.onDisk.differs) {
+    if (work.onDisk.exists && !work.onDisk.differs &&
+        (!work.file.executable || context_.machine.files.makeExecutable(work.path) == 0)) {
         return true;
     }
-    return disk_.write(work.path, work.onDisk.exists, content.bytes);
+    return disk_.write(work.path, work.onDisk.exists, content.bytes,
+                       work.file.executable ? platform::FileRights::kProgram : platform::FileRights::kPlain);
 }
 
 // A file that was there already counts as well: an earlier run may have been ended before this step.
@@ -203,8 +231,11 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
 }
 
 std::string_view FileChange::createdFile(const LogRecord& record) {
-    return firstLogField(record.fields) == ActionLogFormat::kCreate ? nextLogField(record.fields)
-                                                                    : std::string_view();
+    return pathOf(record, ActionLogFormat::kCreate);
+}
+
+std::string_view FileChange::replacedFile(const LogRecord& record) {
+    return pathOf(record, ActionLogFormat::kOver);
 }
 
 bool FileChange::undo(const LogRecord& record) {
@@ -212,10 +243,21 @@ bool FileChange::undo(const LogRecord& record) {
     if (path.empty()) {
         return true;
     }
-    if (firstLogField(record.fields) == ActionLogFormat::kOver && replaced_.isArchiveMissing) {
+    const bool isOrphan = replaced_.isArchiveMissing && !replacedFile(record).empty();
+    const bool isToGo = !createdFile(record).empty() || (isOrphan && isStillInstalled(path));
+    if (isOrphan && !isToGo) {
         leave(path);
     }
-    return createdFile(record).empty() || remove(path);
+    return !isToGo || remove(path);
+}
+
+bool FileChange::isStillInstalled(const std::string& path) {
+    platform::FileSystem& files = context_.machine.files;
+    if (!replaced_.written.knows(path) || files.kindOf(path) != platform::PathKind::kFile) {
+        return false;
+    }
+    const std::optional<Md5Digest> digest = digestOf(files, path);
+    return digest && replaced_.written.holds(path, *digest);
 }
 
 bool FileChange::remove(const std::string& path) {

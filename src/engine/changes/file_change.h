@@ -11,6 +11,7 @@
 #include "engine/file_contents.h"
 #include "engine/file_history.h"
 #include "engine/file_planner.h"
+#include "engine/product_state.h"
 #include "package/backup_file.h"
 
 class FileSets;
@@ -24,6 +25,7 @@ struct ReplacedFiles {
     BackupFile archive;  // of an installation: open for writing
     // In an uninstallation: there is no archive any more, so that no repetition restores anything either.
     bool isArchiveMissing = false;
+    WrittenSums written;  // what the installation wrote, as far as that is needed and known
     RemovedFiles removed;
     FileHistory history;  // of an installation
 };
@@ -41,12 +43,13 @@ public:
     bool apply() override;
     // Deletes the file of a record CREATE. A file that is gone already is no failure. What a record OVER
     // names belongs to the archive: restored, left because the user has changed it, or waiting for the
-    // repetition of a walk that could not read the archive. Where there is no archive at all, the file is
-    // named and stays.
+    // repetition of a walk that could not read the archive. Where there is no archive at all, the file goes
+    // while it is known to be what was installed; otherwise it is named and stays.
     bool undo(const LogRecord& record) override;
 
-    // The path of a record CREATE; otherwise empty.
+    // The path of a record CREATE or OVER; otherwise empty.
     static std::string_view createdFile(const LogRecord& record);
+    static std::string_view replacedFile(const LogRecord& record);
 
 private:
     // One file on its way through the steps.
@@ -70,6 +73,7 @@ private:
     void reportInstalled(const Work& work, bool inPlace);
     bool remove(const std::string& path);
     void leave(const std::string& path);
+    bool isStillInstalled(const std::string& path);
 
     ChangeContext context_;
     const FileSets& fileSets_;

@@ -113,7 +113,7 @@ using Walk = bool (EditScript::*)(const TextLines& lines, TextLines& outLines) c
 bool editFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath, Walk walk) {
     TextFile source(files, std::string(scriptPath));
     TextFile target(files, std::string(path));
-    if (source.load() != TextFile::State::kLoaded) {
+    if (source.load(OUtils::Links::kFollow) != TextFile::State::kLoaded) {
         return false;
     }
     const auto script = EditScript::parse(splitTextLines(source.content()));
@@ -211,8 +211,7 @@ bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_v
     if (parts.empty()) {
         return false;
     }
-    const bool done =
-        !files.exists(parts[1]) || editFile(files, parts[1], parts[2], &EditScript::revert);
+    const bool done = !files.exists(parts[1]) || editFile(files, parts[1], parts[2], &EditScript::revert);
     return reportEdit(report, done, "Undoing modifications to ", parts[1]);
 }
 

@@ -3,7 +3,6 @@
 #include "platform/file_system.h"
 #include "support/replacing_file.h"
 #include "support/text_mode.h"
-#include "support/utilities.h"
 
 namespace {
 
@@ -30,15 +29,17 @@ std::vector<std::string_view> splitTextLines(std::string_view content) {
     return lines;
 }
 
-TextFile::State TextFile::load() {
+TextFile::State TextFile::load(OUtils::Links links) {
     content_.clear();
     const platform::PathKind kind = files_.kindOf(path_);
     exists_ = kind != platform::PathKind::kNothing;
     if (!exists_) {
         return State::kMissing;
     }
-    if (kind != platform::PathKind::kFile || files_.fileSize(path_) > kSizeLimit ||
-        OUtils::readWholeFile(path_, content_, files_, OUtils::Links::kRefuse) != 0) {
+    const bool isReadable = kind == platform::PathKind::kFile ||
+                            (kind == platform::PathKind::kLink && links == OUtils::Links::kFollow);
+    if (!isReadable || files_.fileSize(path_) > kSizeLimit ||
+        OUtils::readWholeFile(path_, content_, files_, links) != 0) {
         return State::kUnreadable;
     }
     return State::kLoaded;

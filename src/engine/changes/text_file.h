@@ -5,9 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
-class FileSystem;
-}
+#include "support/utilities.h"
 
 // The lines of a text without their ends; a last line without an end counts. A carriage return before a line
 // feed belongs to the end where the system's text files have such ends, else to the line. The views look into
@@ -29,7 +27,8 @@ public:
     // The file system is borrowed.
     TextFile(platform::FileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
 
-    State load();
+    // With kFollow for a text that is only read.
+    State load(OUtils::Links links = OUtils::Links::kRefuse);
     const std::string& content() const { return content_; }
 
     // After a load that found the file or found it missing: the file becomes `head` and these lines, each

@@ -1,6 +1,7 @@
 // The entry point of each program. Not part of the platform library, so that test programs keep their own.
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -33,5 +34,8 @@ int main(int count, char** arguments) {
     if (!occupyStandardStreams()) {
         return -1;
     }
+    // What this program makes is for all users to read and for none but its owner to write, also when it is
+    // started with a mask that hides or opens everything. Programs that it starts inherit this.
+    umask(022);
     return programMain(std::vector<std::string>(arguments, arguments + count));
 }

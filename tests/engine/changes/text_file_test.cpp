@@ -84,6 +84,8 @@ TEST_F(TextFileTest, LeavesALinkAndWhatItLeadsTo) {
     EXPECT_EQ(file.load(), State::kUnreadable);
     EXPECT_EQ(file.content(), "");
     EXPECT_EQ(files_.kindOf("/etc/link"), platform::PathKind::kLink);
+    EXPECT_EQ(file.load(OUtils::Links::kFollow), State::kLoaded);
+    EXPECT_EQ(file.content(), "old");
     EXPECT_EQ(files_.content("/d/f"), "old");
 }
 
