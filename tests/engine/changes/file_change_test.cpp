@@ -369,7 +369,7 @@ TEST_F(FileUndoTest, DeletesWithoutAnArchiveWhatIsStillInstalled) {
     }
     files_.addFile("/app/other", "changed");
     files_.addFile("/app/longer", content + "y");
-    job_.replaced.written.forget("/app/unknown");
+    job_.replaced.written = WrittenSums();
     job_.replaced.isArchiveMissing = true;
     for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
         EXPECT_TRUE(undo(std::string("OVER\t") + path));
