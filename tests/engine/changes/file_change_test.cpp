@@ -365,11 +365,12 @@ TEST_F(FileUndoTest, DeletesWithoutAnArchiveWhatIsStillInstalled) {
     const std::string content(300000, 'x');  // more than one block
     for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
         files_.addFile(path, content);
-        job_.replaced.written.add(path, md5Of(content.data(), content.size()));
+        if (std::string_view(path) != "/app/unknown") {
+            job_.replaced.written.add(path, md5Of(content.data(), content.size()));
+        }
     }
     files_.addFile("/app/other", "changed");
     files_.addFile("/app/longer", content + "y");
-    job_.replaced.written = WrittenSums();
     job_.replaced.isArchiveMissing = true;
     for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
         EXPECT_TRUE(undo(std::string("OVER\t") + path));
