@@ -7,8 +7,9 @@
 #include "description/variable_exclusions.h"
 #include "description/variable_store.h"
 #include "platform/file_system.h"
-#include "support/replacing_file.h"
+#include "support/p_mem_stream.h"
 #include "support/text_mode.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -66,7 +67,13 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
 }
 
 bool ConfigurationExport::save(const PXML& document, const std::string& path) {
-    ReplacingFile file(files_);
-    return file.open(path, platform::FileRights::kPrivate) == 0 &&
-           document.saveStream(file.stream(), OUtils::textLineEnd()) == 0 && file.putInPlace() == 0;
+    PMemStream text;
+    if (document.saveStream(text, OUtils::textLineEnd()) != 0 || text.seek(0) != 0) {
+        return false;
+    }
+    std::string content(static_cast<std::size_t>(text.getSize()), '\0');
+    std::uint32_t done = 0;
+    return text.read(content.data(), static_cast<std::uint32_t>(content.size()), done) == 0 &&
+           done == content.size() &&
+           OUtils::writeWholeFile(path, content, files_, platform::FileRights::kPrivate) == 0;
 }

@@ -21,7 +21,7 @@ constexpr std::uint32_t kCopyBlockSize = 8 * BackupFormat::kFoldBlockSize;
 int openToRead(PFileStream& stream, std::string_view path) {
     return stream.openFile(path, PFileStream::kGenericRead,
                            PFileStream::kShareRead | PFileStream::kShareWrite | PFileStream::kShareDelete,
-                           PFileStream::kOpenExisting | PFileStream::kSequential);
+                           PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks);
 }
 
 // Fills the buffer as far as the file goes, even if the system delivers it in pieces. `outRead` is also set
@@ -149,7 +149,8 @@ bool RestoreWalk::endsWell(Found found) {
 
 bool RestoreWalk::canOpen(std::string_view path) {
     PFileStream stream(files_);
-    return openToRead(stream, path) == 0;
+    // A link is what the user put there since, so it counts as a file that has been changed.
+    return openToRead(stream, path) == 0 || files_.kindOf(path) == platform::PathKind::kLink;
 }
 
 // Whether the file of the current entry is what the installation put there. A check sum of 0 may be that of a
@@ -325,8 +326,14 @@ bool BackupFile::openForReading(std::string_view path) {
 }
 
 std::optional<std::string> BackupFile::addFile(std::string_view path, std::optional<std::uint32_t> checkSum) {
-    if (mode_ == kWriting && !hasError_ && isBackupFile(path)) {
-        return std::nullopt;
+    if (mode_ == kWriting && !hasError_) {
+        const platform::PathKind kind = files().kindOf(path);
+        if (kind != platform::PathKind::kFile && kind != platform::PathKind::kNothing) {
+            return "Not a plain file";
+        }
+        if (isBackupFile(path)) {
+            return std::nullopt;
+        }
     }
     const std::string name(path);
     return append(name, [&] { return writeEntry(name, checkSum); });

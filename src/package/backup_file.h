@@ -64,7 +64,8 @@ public:
     // Adds the file at `path`, of at most BackupFormat::kNameLimit bytes, under that name. Without `checkSum`
     // the archive stores the file's own. An archive is never put into an archive: that succeeds and stores
     // nothing. Returns nothing on success, otherwise a text that says what failed; the archive then ends with
-    // its last good entry and takes no more.
+    // its last good entry and takes no more, unless the text says that there is no plain file. A link isn't
+    // followed: what it leads to belongs elsewhere, and the link couldn't be given back.
     std::optional<std::string> addFile(std::string_view path, std::optional<std::uint32_t> checkSum);
 
     // Adds an entry of another archive as it is; `from` has just found it and reads its content. Otherwise as

@@ -233,13 +233,13 @@ class EndToEndTest(unittest.TestCase):
 
     # --- programs
 
-    def run_program(self, path, *arguments, stdin="", env=None, timeout=TIMEOUT):
+    def run_program(self, path, *arguments, stdin="", env=None, timeout=TIMEOUT, umask=-1):
         command = self.machine.command(self.host(path)) + [str(a) for a in arguments]
         # Files instead of pipes: a pipe stays open as long as any program has it, and Wine's desktop, started by the
         # first program that needs it, never closes it.
         with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
             done = subprocess.run(command, input=stdin.encode("utf-8"), stdout=out, stderr=err, timeout=timeout,
-                                  check=False, env=self.machine.environment(env or {}), cwd=self.machine.root)
+                                  check=False, env=self.machine.environment(env or {}), cwd=self.machine.root, umask=umask)
             texts = []
             for file in (out, err):
                 file.seek(0)

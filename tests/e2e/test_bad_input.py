@@ -146,8 +146,8 @@ class Disk(EndToEndTest):
         self.assertIn("It failed.\n", result.out)
         self.assertEqual(self.read("small/product/a.txt"), b"a")
 
-    @unittest.skipIf(WINDOWS, "on Windows another process's share mode decides")
-    def test_a_running_program_is_not_a_reason_to_stop(self):
+    @unittest.skipIf(WINDOWS, "a running program can't be replaced there")
+    def test_a_running_program_is_replaced_and_goes_on(self):
         sets = '<FileSet Name="A"><FN Dest="[DIR]">sleeper</FN><FN Dest="[DIR]">two.txt</FN></FileSet>'
         with open("/bin/sleep", "rb") as program:
             sleeper = program.read()
@@ -158,9 +158,12 @@ class Disk(EndToEndTest):
         self.addCleanup(running.kill)
         setup = self.build_package(description(self.dir, sets), {**FILES, "sleeper": "new"})
         result = self.run_program(setup, "-auto")
-        self.assertIn("FAILED to Overwrite " + self.dir + "\\sleeper\n", result.out)
+        self.assertIn("\nOverwrite " + self.dir + "\\sleeper\n", result.out)
         self.assertEqual(self.read("opt/product/two.txt"), FILES["two.txt"].encode())
-        self.assertEqual(target.read_bytes(), sleeper)
+        self.assertEqual(target.read_bytes(), b"new")
+        self.assertIsNone(running.poll())
+        with open(f"/proc/{running.pid}/exe", "rb") as image:
+            self.assertEqual(image.read(), sleeper)
 
     @unittest.skipIf(WINDOWS or os.geteuid() == 0, "root writes everywhere")
     def test_a_destination_without_write_access_is_reported(self):

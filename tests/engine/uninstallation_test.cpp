@@ -272,6 +272,16 @@ TEST_F(UninstallationTest, BringsTheEntryBackWhenTheUninstallerResists) {
     EXPECT_TRUE(isGone());
 }
 
+TEST_F(UninstallationTest, PromisesNoRepetitionWithoutTheUninstaller) {
+    installProduct("");
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/un/install.xml", 1);
+    EXPECT_FALSE(run());
+    EXPECT_FALSE(files_.hasFile("/app/un/installer"));
+    EXPECT_TRUE(files_.hasFile("/app/un/install.log"));
+    EXPECT_TRUE(system_.installed.empty());
+    EXPECT_EQ(ui_.callsOf("addMessage").back(), "addMessage(\"The uninstallation is not complete.\")");
+}
+
 TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
     system_.installed = {{"Demo", "", false, ""}};
     EXPECT_TRUE(undo(""));

@@ -150,7 +150,7 @@ TEST_F(BackupFileTest, RefusesNamesThatCannotBeReadBack) {
         EXPECT_EQ(files_.content(kArchive), banner() + entryOf(longest, "x") + kEnd);
     }
     BackupFile backup(files_);
-    ASSERT_TRUE(backup.openForWriting(kArchive));
+    ASSERT_TRUE(backup.openForWriting("/p/other"));
     EXPECT_EQ(add(backup, ""), "Error writing file name");
 }
 
@@ -178,6 +178,30 @@ TEST_F(BackupFileTest, NeverPutsAnArchiveIntoAnArchive) {
     EXPECT_FALSE(backup.isBackupFile("/a/other"));
 }
 
+// What a link leads to may be another's secret, and the link itself couldn't be given back.
+TEST_F(BackupFileTest, TakesNothingThroughALinkAndGoesOn) {
+    files_.addFile("/victim", "secret");
+    files_.addLink("/a/link", "/victim");
+    files_.addDevice("/a/device");
+    files_.addFile("/a/file", "abc");
+    BackupFile backup(files_);
+    ASSERT_TRUE(backup.openForWriting(kArchive));
+    EXPECT_EQ(add(backup, "/a/link"), "Not a plain file");
+    EXPECT_EQ(add(backup, "/a/device"), "Not a plain file");
+    EXPECT_FALSE(backup.hasError());
+    EXPECT_EQ(add(backup, "/a/file"), std::nullopt);
+    EXPECT_EQ(backup.fileCheckSum("/a/link"), 0U);
+    backup.close();
+    EXPECT_EQ(files_.content(kArchive), banner() + entryOf("/a/file", "abc") + kEnd);
+}
+
+TEST_F(BackupFileTest, LeavesAnArchiveThatHasItsNameToItsOwner) {
+    files_.addFile(kArchive, "another's");
+    BackupFile backup(files_);
+    EXPECT_FALSE(backup.openForWriting(kArchive));
+    EXPECT_EQ(files_.content(kArchive), "another's");
+}
+
 TEST_F(BackupFileTest, FailsForAMissingFileAndKeepsItsLastGoodEntry) {
     files_.addFile("/a/file", "content");
     BackupFile backup(files_);
@@ -202,6 +226,7 @@ TEST_F(BackupFileTest, NamesTheStepThatFailed) {
         files_.clearFaults();
         EXPECT_EQ(backup.close(), 0);
         EXPECT_EQ(files_.content(kArchive), banner() + kEnd) << step;
+        EXPECT_EQ(files_.removeFile(kArchive), 0);
     }
 }
 
@@ -312,6 +337,20 @@ TEST_F(BackupFileTest, LeavesFilesThatTheUserChanged) {
               (std::vector<std::string>{"Saved check sum different than existing one for /a/edited; skipping",
                                         "Restored /a/gone"}));
     EXPECT_THAT(observer_.calls, Contains("1 left /a/edited"));
+}
+
+TEST_F(BackupFileTest, RestoresNothingThroughALinkAndLeavesIt) {
+    files_.addFile("/victim", "new content");
+    files_.addLink("/a/link", "/victim");
+    files_.addLink("/a/dangling", "/none");
+    const std::string archive = banner() + entryOf("/a/link", 3, sumOf("new content"), "old") +
+                                entryOf("/a/dangling", "old") + entryOf("/a/dangling", "") + kEnd;
+    EXPECT_EQ(restore(archive), Restored::kWhole);
+    EXPECT_EQ(files_.content("/victim"), "new content");
+    EXPECT_FALSE(files_.exists("/none"));
+    EXPECT_EQ(files_.kindOf("/a/link"), platform::PathKind::kLink);
+    EXPECT_EQ(files_.kindOf("/a/dangling"), platform::PathKind::kLink);
+    EXPECT_THAT(observer_.calls, Contains("1 left /a/link"));
 }
 
 TEST_F(BackupFileTest, ComparesEvenIfTheExistingCheckSumIsZero) {

@@ -47,6 +47,27 @@ TEST_F(ExtractCommandTest, RefusesNamesThatLeadOutOfTheTarget) {
     EXPECT_FALSE(files_.hasFile("/new/x"));
 }
 
+TEST_F(ExtractCommandTest, LeavesTheOldFileWhereTheNewOneFails) {
+    ASSERT_EQ(build(), 0);
+    files_.addFile("/new/banner.png", "old");
+    files_.setFreeSpace(2);
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "Banner"}), 1);
+    files_.clearFaults();
+    EXPECT_EQ(files_.content("/new/banner.png"), "old");
+    files_.addDevice("/new/read.me");
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "aread.me"}), 1);
+    EXPECT_EQ(files_.kindOf("/new/read.me"), platform::PathKind::kOther);
+}
+
+TEST_F(ExtractCommandTest, ReplacesLinksAndFollowsNone) {
+    ASSERT_EQ(build(), 0);
+    files_.addFile("/victim", "precious");
+    files_.addLink("/new/banner.png", "/victim");
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "Banner"}), 0);
+    EXPECT_EQ(files_.content("/new/banner.png"), "image");
+    EXPECT_EQ(files_.content("/victim"), "precious");
+}
+
 TEST_F(ExtractCommandTest, RefusesToExtractWhatIsNotThereOrDamaged) {
     ASSERT_EQ(build(), 0);
     EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "None"}), 1);

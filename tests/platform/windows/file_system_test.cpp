@@ -167,17 +167,50 @@ TEST_F(WindowsFileSystem, SeesTheMarksOfADirectory) {
     EXPECT_FALSE(systemFileSystem().isOrdinaryDirectory(directory_.file("none").c_str()));
 }
 
-TEST_F(WindowsFileSystem, CopiesTheAttributesOfAFileThatCanBeWrittenTo) {
+TEST_F(WindowsFileSystem, AnOpenFileTakesTheAttributesOfAFileThatCanBeWrittenTo) {
     const std::string from = directory_.file("from");
     const std::string to = directory_.file("to");
     writeTestFile(from, "a");
-    writeTestFile(to, "b");
+    const OpenOptions options{.access = platform::kWrite, .disposition = Disposition::kCreatePrivate};
+    ASSERT_EQ(open(to, options, file_), 0);
     ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_HIDDEN), 0);
-    EXPECT_EQ(systemFileSystem().copyRights(from.c_str(), to.c_str()), 0);
+    EXPECT_EQ(file_->takeRightsOf(from), 0);
     EXPECT_EQ(GetFileAttributesA(to.c_str()) & FILE_ATTRIBUTE_HIDDEN, DWORD{FILE_ATTRIBUTE_HIDDEN});
     ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_READONLY), 0);
-    EXPECT_EQ(systemFileSystem().copyRights(from.c_str(), to.c_str()), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(file_->takeRightsOf(from), ERROR_ACCESS_DENIED);
     ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_NORMAL), 0);
+}
+
+// A file with this name was listed as "..\\victim" once.
+TEST_F(WindowsFileSystem, ListsNoNameThatLeadsElsewhere) {
+    const std::wstring separator = L"\xDBC0\xDC5C";  // 0x100000 + '\\'
+    const std::wstring base = platform::systemPath(directory_.path()) + L"\\";
+    for (const std::wstring& name :
+         {L".." + separator + L"victim", std::wstring(L"\xDBC0\xDCC3\xDBC0\xDCA9")}) {
+        const platform::Handle made(CreateFileW((base + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                                FILE_ATTRIBUTE_NORMAL, nullptr));
+        ASSERT_TRUE(made);
+    }
+    std::unique_ptr<platform::Directory> opened;
+    ASSERT_EQ(systemFileSystem().openDirectory(directory_.path(), opened), 0);
+    std::vector<platform::DirectoryEntry> entries;
+    std::vector<platform::DirectoryEntry> same;
+    ASSERT_EQ(systemFileSystem().list(directory_.path(), entries), 0);
+    ASSERT_EQ(opened->list(same), 0);
+    // The bytes of the second name would come back as another one.
+    ASSERT_EQ(entries.size(), 1U);
+    ASSERT_EQ(same.size(), 1U);
+    EXPECT_EQ(entries[0].name, "..\xF4\x80\x81\x9Cvictim");
+    EXPECT_EQ(same[0].name, entries[0].name);
+    EXPECT_EQ(opened->removeFile(entries[0].name), 0);
+}
+
+TEST_F(WindowsFileSystem, AnOpenDirectoryRefusesStreams) {
+    writeTestFile(directory_.file("f"), "abc");
+    std::unique_ptr<platform::Directory> opened;
+    ASSERT_EQ(systemFileSystem().openDirectory(directory_.path(), opened), 0);
+    EXPECT_EQ(opened->removeFile("f:stream"), ERROR_INVALID_NAME);
+    EXPECT_EQ(opened->removeFile("f"), 0);
 }
 
 }  // namespace
