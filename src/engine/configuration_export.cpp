@@ -52,14 +52,13 @@ void ConfigurationExport::fill(PXML& document) {
     }
 }
 
-// The name is common, and the user may keep a file of another program there, or a link to his own answers.
+// The name is common, and the user may keep a file of another program there.
 bool ConfigurationExport::mayReplace(const std::string& path) {
     if (!files_.exists(path)) {
         return true;
     }
     PXML present;
-    const bool isOurs = files_.kindOf(path) == platform::PathKind::kFile &&
-                        present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
+    const bool isOurs = present.loadFile(path, files_) == 0 && present.findChild(-1, kRoot) >= 0;
     if (!isOurs) {
         debugLog_.line("ERROR: " + path + " is no configuration file of an installer and stays as it is");
     }

@@ -87,6 +87,7 @@ TEST_F(ActionLogRewriterTest, GivesItsReaderTheLongestValueWhole) {
 }
 
 TEST_F(ActionLogRewriterTest, GivesTheNewLogTheRightsOfTheOldOne) {
+    files_.addDirectory("/app");
     ASSERT_EQ(OUtils::writeWholeFile("/app/install.log", kOld, files_, platform::FileRights::kPrivate), 0);
     rewrite();
     EXPECT_TRUE(files_.isPrivate("/app/install.log"));

@@ -79,13 +79,20 @@ TEST_F(ActionLogWriterTest, KeepsALineBreakFromBeginningARecordOfItsOwn) {
     EXPECT_EQ(written(), "NUMVARS\t2\r\nVAR\tA\tx  FILE\tCREATE\t/etc/passwd\r\nVAR\tB\ty\r\n");
 }
 
-TEST_F(ActionLogWriterTest, OpensANewLogForThisUserAloneAndNotThroughALink) {
-    files_.addFile("C:\\victim", "precious");
-    files_.addLink(kPath, "C:\\victim");
+TEST_F(ActionLogWriterTest, OpensANewLogForThisUserAlone) {
     ASSERT_TRUE(writer_.openNew(kPath));
     writer_.writeHeader("a", "b");
     EXPECT_EQ(written(), "a\r\nb\r\n");
     EXPECT_TRUE(files_.isPrivate(kPath));
+}
+
+TEST_F(ActionLogWriterTest, TakesNoNameThatSomebodyElseHas) {
+    files_.addFile("C:\\victim", "precious");
+    files_.addLink(kPath, "C:\\victim");
+    EXPECT_FALSE(writer_.openNew(kPath));
+    EXPECT_EQ(files_.kindOf(kPath), platform::PathKind::kLink);
+    EXPECT_EQ(files_.content("C:\\victim"), "precious");
+    EXPECT_FALSE(writer_.openNew("C:\\victim"));
     EXPECT_EQ(files_.content("C:\\victim"), "precious");
 }
 

@@ -173,12 +173,10 @@ TEST_F(ConfigurationExportTest, TakesNoNameThatIsInUseForItsWork) {
     expectOnly({"/app/.tandrel-1.tmp", kPath});
 }
 
-TEST_F(ConfigurationExportTest, LeavesALinkAndWhatItLeadsTo) {
-    files_.addFile("/home/answers.xml", "<DefValues></DefValues>");
-    files_.addLink(kPath, "/home/answers.xml");
-    EXPECT_FALSE(write());
-    EXPECT_EQ(files_.kindOf(kPath), platform::PathKind::kLink);
-    EXPECT_EQ(files_.content("/home/answers.xml"), "<DefValues></DefValues>");
+TEST_F(ConfigurationExportTest, TakesTheRightsOfTheFileThatItReplaces) {
+    files_.addFile(kPath, "<DefValues></DefValues>");
+    EXPECT_TRUE(write());
+    EXPECT_FALSE(files_.isPrivate(kPath));
 }
 
 TEST_F(ConfigurationExportTest, FailsWhereNothingCanBeMade) {

@@ -277,11 +277,11 @@ TEST_F(FileChangeTest, ReportsStatusProgressAndFlushes) {
 
 TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
     pack({{"tool.exe", "tool.exe", "new"}, {"lib.dll", "lib.dll", "new"}});
-    describeFiles("<FN Dest='/app'>lib.dll</FN><FN Dest='/app'>tool.exe</FN>");
+    describeFiles("<FN Dest='/app'>tool.exe</FN><FN Dest='/app'>lib.dll</FN>");
     files_.addFile("/app/tool.exe", "old");
     files_.addFile("/app/lib.dll", "old");
-    files_.failAt(Operation::kOpen, "/app/tool.exe", 2, 32);  // after the comparison
-    files_.failFrom(Operation::kOpen, "/app/lib.dll", 2, 32);
+    files_.failAt(Operation::kReplaceFile, "", 1, 32);  // the program, until it has ended
+    files_.failAt(Operation::kReplaceFile, "", 3, 32);  // the library
     system_.running = {"tool.exe", "lib.dll"};
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
