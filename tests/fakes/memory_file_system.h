@@ -88,6 +88,11 @@ public:
     int count(Operation operation) const;
 
     void setTemporaryDirectory(std::string_view path);  // makes it; empty: there is none
+    void setOtherPrivatePlaces(
+        std::vector<std::string> places);  // makes none of them; at first there are none
+    // Others can change what is at this path and below.
+    void setUnprotected(std::string_view path);
+    std::vector<std::string> removedAtRestart() const;  // what was asked for, resolved and in order
 
     int open(std::string_view path, const platform::OpenOptions& options,
              std::unique_ptr<platform::File>& outFile) override;
@@ -106,6 +111,12 @@ public:
     int copyRights(std::string_view from, std::string_view to) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
+    int realPath(std::string_view path, std::string& outPath) override;
+    bool isProtected(std::string_view path, platform::Protection protection) override;
+    int createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                               std::string& outPath) override;
+    std::vector<std::string> otherPrivatePlaces() override;
+    int removeAtRestart(std::string_view path) override;
 
 private:
     struct Node;
@@ -122,6 +133,7 @@ private:
     int openNode(const std::string& path, const platform::OpenOptions& options, NodePtr& outNode);
     int relocate(const std::string& from, const std::string& to, bool replace);
     bool hasChildren(const std::string& path) const;
+    std::string realNameOf(const std::string& path, int links = 0) const;
 
     mutable std::mutex mutex_;
     std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
@@ -131,5 +143,9 @@ private:
     std::vector<std::string> operations_;
     std::map<Operation, int> counts_;
     std::string temporaryDirectory_ = "/tmp";
+    std::vector<std::string> otherPrivatePlaces_;
+    std::set<std::string> unprotected_;
+    std::vector<std::string> removedAtRestart_;
+    int privateDirectories_ = 0;
     int openFiles_ = 0;
 };

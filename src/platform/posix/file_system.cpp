@@ -13,6 +13,8 @@
 
 #include "platform/posix/native_path.h"
 #include "platform/posix/posix_file.h"
+#include "platform/posix/protected_path.h"
+#include "platform/posix/state_directory.h"
 #include "platform/posix/system_calls.h"
 
 namespace platform {
@@ -194,6 +196,14 @@ public:
     int copyRights(std::string_view from, std::string_view to) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
+    int realPath(std::string_view path, std::string& outPath) override;
+    bool isProtected(std::string_view path, Protection protection) override {
+        return isProtectedPath(nativePath(path), protection);
+    }
+    int createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                               std::string& outPath) override;
+    std::vector<std::string> otherPrivatePlaces() override;
+    int removeAtRestart(std::string_view /*path*/) override { return ENOTSUP; }
 };
 
 int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) {
@@ -351,6 +361,48 @@ bool PosixFileSystem::temporaryName(std::string_view prefix, std::uint32_t numbe
             return true;
         }
     }
+}
+
+int PosixFileSystem::realPath(std::string_view path, std::string& outPath) {
+    outPath.clear();
+    const std::unique_ptr<char, decltype(&std::free)> real(realpath(nativePath(path).c_str(), nullptr),
+                                                           &std::free);
+    if (real == nullptr) {
+        return errno;
+    }
+    outPath = real.get();
+    return 0;
+}
+
+int PosixFileSystem::createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                                            std::string& outPath) {
+    outPath.clear();
+    std::uint64_t random = 0;
+    if (!randomNumber(random)) {
+        return errno;
+    }
+    char tail[17];
+    std::snprintf(tail, sizeof tail, "%016llx", static_cast<unsigned long long>(random));
+    const std::string path = nativePath(parent) + "/" + std::string(prefix) + tail;
+    if (mkdir(path.c_str(), 0700) != 0) {
+        return errno;
+    }
+    // The caller's mask may have taken the rights of the owner away.
+    if (chmod(path.c_str(), 0700) != 0) {
+        const int error = errno;
+        rmdir(path.c_str());
+        return error;
+    }
+    outPath = path;
+    return 0;
+}
+
+std::vector<std::string> PosixFileSystem::otherPrivatePlaces() {
+    std::vector<std::string> places = {"/var/tmp", stateDirectory(), "/run"};
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') {
+        places.emplace_back(home);
+    }
+    return places;
 }
 
 }  // namespace
