@@ -74,6 +74,9 @@ public:
     // Adds a line to the list of what was done; a null `text` only flushes.
     virtual void addFileLine(const char* text, bool flushNow) = 0;
     virtual void clearFileLines() = 0;
+    // Shows a message that the fixed forms of the output have no place for, whatever else is silent: on the
+    // console one line to standard error, in a window a line of its list.
+    virtual void addMessage(const char* text) = 0;
     // 1 when the user gave the affirmative answer.
     virtual int messageBox(const char* text, MessageKind kind) = 0;
     virtual int beginProgress() = 0;

@@ -1,6 +1,7 @@
 #include "engine/report.h"
 
 #include "contracts/installer_ui.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -68,6 +69,28 @@ bool Report::addOutcome(bool done, std::string_view text) {
         addError(text);
     }
     return done;
+}
+
+void Report::note(std::string_view text) {
+    if (ui_ != nullptr) {
+        ui_->addMessage(std::string(text).c_str());
+    }
+}
+
+void Report::addReason(std::string_view subject, int status) {
+    if (status != 0) {
+        addReason(subject, platform::errorText(status));
+    }
+}
+
+void Report::addRegistryReason(std::string_view subject, int status) {
+    if (status != 0) {
+        addReason(subject, platform::registryErrorText(status));
+    }
+}
+
+void Report::addReason(std::string_view subject, std::string_view reason) {
+    note(std::string(subject) + ": " + std::string(reason));
 }
 
 void Report::showErrors(std::string_view heading) {

@@ -35,6 +35,16 @@ public:
     // The line that says what became of a change: added without a flush, and an error too when it failed.
     // Gives `done` back.
     bool addOutcome(bool done, std::string_view text);
+    // A message that has no place in the fixed form of the output: to standard error, in a window into its
+    // list. One line without an end. Shown in a quiet run as well.
+    void note(std::string_view text);
+    // Says why a step failed, right after the line that says that it did: a note with what it was about (a
+    // path, most often) and the system's words for `status` (platform/error_text.h). A status of 0 says
+    // nothing. Once for each failure, so only where the failure is reported.
+    void addReason(std::string_view subject, int status);
+    void addRegistryReason(std::string_view subject, int status);
+    // For a reason that isn't the system's.
+    void addReason(std::string_view subject, std::string_view reason);
     // Shows the list of errors, if it holds any, under a heading.
     void showErrors(std::string_view heading);
     // False without a front end.

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "fakes/recording_ui.h"
+#include "platform/error_text.h"
+#include "platform/registry.h"
 
 namespace {
 
@@ -43,6 +47,8 @@ TEST(ReportTest, DoesNothingWithoutFrontEndAndList) {
     report.pumpEventsWhileCopying();
     report.addLine("line", true);
     report.addError("error");
+    report.note("note");
+    report.addReason("subject", 2);
     report.showErrors("heading");
     report.flushLines();
     report.end();
@@ -58,6 +64,37 @@ TEST(ReportTest, AddsTheLineOfAChangeAndAnErrorWhenItFailed) {
     EXPECT_FALSE(report.addOutcome(false, "failed"));
     EXPECT_EQ(errors, ErrorList{"failed"});
     EXPECT_EQ(ui.calls, (std::vector<std::string>{"addFileLine(\"made\", 0)", "addFileLine(\"failed\", 0)"}));
+}
+
+TEST(ReportTest, GivesAReasonOnceInALineOfItsOwn) {
+    RecordingUI ui;
+    ErrorList errors;
+    Report report(&ui, &errors);
+    report.addOutcome(false, "failed");
+    report.addReason("/opt/a", ENOSPC);
+    report.showErrors("heading");
+    EXPECT_EQ(ui.callsOf("addMessage"),
+              (std::vector<std::string>{"addMessage(\"/opt/a: " + platform::errorText(ENOSPC) + "\")"}));
+    EXPECT_EQ(errors, ErrorList{"failed"});
+}
+
+TEST(ReportTest, TakesTheReasonsOfTheRegistryByItsOwnNumbers) {
+    RecordingUI ui;
+    Report report(&ui, nullptr);
+    report.addRegistryReason("Software\\X", platform::kRegDiskFull);
+    report.addReason("a.txt", "the package lacks it");
+    EXPECT_EQ(ui.calls,
+              (std::vector<std::string>{
+                  "addMessage(\"Software\\X: " + platform::registryErrorText(platform::kRegDiskFull) + "\")",
+                  "addMessage(\"a.txt: the package lacks it\")"}));
+}
+
+TEST(ReportTest, HasNoReasonForASuccess) {
+    RecordingUI ui;
+    Report report(&ui, nullptr);
+    report.addReason("/opt/a", 0);
+    report.addRegistryReason("Software\\X", 0);
+    EXPECT_TRUE(ui.calls.empty());
 }
 
 TEST(ReportTest, ShowsTheShareOfTheStepsBeforeTheFinishedOne) {

@@ -163,6 +163,10 @@ void RecordingUI::clearFileLines() {
     record("clearFileLines()");
 }
 
+void RecordingUI::addMessage(const char* text) {
+    record(callOf("addMessage", text));
+}
+
 int RecordingUI::messageBox(const char* text, MessageKind kind) {
     record(callOf("messageBox", text, static_cast<int>(kind)));
     return messageBoxResult;

@@ -53,6 +53,7 @@ public:
     int pumpEventsWhileCopying() override;
     void addFileLine(const char* text, bool flushNow) override;
     void clearFileLines() override;
+    void addMessage(const char* text) override;
     int messageBox(const char* text, MessageKind kind) override;
     int beginProgress() override;
     int endProgress() override;

@@ -303,6 +303,12 @@ void ConsoleUI::addFileLine(const char* text, bool) {
     }
 }
 
+// What was written before shows before it, where both streams lead to one screen.
+void ConsoleUI::addMessage(const char* text) {
+    terminal().flush();
+    terminal().writeError(std::string(text == nullptr ? "" : text) + "\n");
+}
+
 int ConsoleUI::messageBox(const char* text, MessageKind kind) {
     if (quiet_ || input() == nullptr) {
         return 1;

@@ -435,6 +435,16 @@ TEST_F(ConsoleFrontEnd, PrintsFileLines) {
     EXPECT_EQ(terminal.flushes, 2);
 }
 
+TEST_F(ConsoleFrontEnd, WritesMessagesToStandardErrorEvenWhenQuiet) {
+    ui->addMessage("first");
+    EXPECT_EQ(terminal.flushes, 1);
+    open(false, true);
+    ui->addMessage("second");
+    ui->addMessage(nullptr);
+    EXPECT_EQ(take(), "");
+    EXPECT_EQ(terminal.errors, "first\nsecond\n\n");
+}
+
 TEST_F(ConsoleFrontEnd, PrintsNeitherStatusNorFilesNorBlanksWhenQuiet) {
     open(false, true);
     ui->setStatusText("status");
