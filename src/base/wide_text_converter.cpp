@@ -5,6 +5,10 @@ namespace OUtils {
 namespace {
 
 constexpr char32_t kRawByteBase = 0x100000;
+// Bytes below 0x80 are characters by themselves and never need a stand-in. Taken for one, a name with such a
+// code point would turn into one with a separator.
+constexpr char32_t kFirstRawByte = kRawByteBase + 0x80;
+constexpr char32_t kLastRawByte = kRawByteBase + 0xFF;
 constexpr char32_t kLastCodePoint = 0x10FFFF;
 // The largest code points of sequences of 1 to 5 bytes: a longer sequence below its limit is overlong.
 constexpr char32_t kSequenceLimits[] = {0x7F, 0x7FF, 0xFFFF, 0x1FFFFF, 0x3FFFFFF};
@@ -21,6 +25,10 @@ std::size_t sequenceLength(unsigned char lead) {
         ++length;
     }
     return length;
+}
+
+bool standsForByte(char32_t codePoint) {
+    return codePoint >= kFirstRawByte && codePoint <= kLastRawByte;
 }
 
 unsigned byteAt(std::string_view text, std::size_t index) {
@@ -61,8 +69,7 @@ bool isLowSurrogate(char32_t unit) {
 std::size_t decodeSequence(std::string_view text, char32_t& codePoint) {
     const std::size_t length = decodeForm(text, codePoint);
     // The code points that stand for raw bytes are taken as raw bytes themselves, so that they survive.
-    const bool rawByte = codePoint >= kRawByteBase && codePoint <= kRawByteBase + 0xFF;
-    if (length == 0 || rawByte || codePoint > kLastCodePoint) {
+    if (length == 0 || standsForByte(codePoint) || codePoint > kLastCodePoint) {
         return 0;
     }
     // Two halves in sequences of their own would come back as the one sequence of the whole.
@@ -84,7 +91,7 @@ void appendUnits(std::u16string& out, char32_t codePoint) {
 }
 
 void appendSequence(std::string& out, char32_t codePoint) {
-    if (codePoint >= kRawByteBase && codePoint <= kRawByteBase + 0xFF) {
+    if (standsForByte(codePoint)) {
         out += static_cast<char>(codePoint - kRawByteBase);
         return;
     }

@@ -4,7 +4,8 @@
 #include <string_view>
 
 // Conversion between UTF-8 and UTF-16 through which any bytes survive both ways: a byte that isn't part of
-// valid UTF-8 becomes the code point 0x100000 plus the byte, and back.
+// valid UTF-8 becomes the code point 0x100000 plus the byte, and back. Such bytes are 0x80 and above, so
+// converting neither makes nor hides an ASCII character.
 namespace OUtils {
 
 // Decodes sequences of up to six bytes. A zero byte is a character like any other.

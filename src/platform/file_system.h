@@ -29,6 +29,15 @@ struct OpenOptions {
     std::uint32_t share = kShareRead;
     Disposition disposition = Disposition::kOpenExisting;
     bool sequential = false;  // a hint: the file will be read from front to back
+    bool followLinks = true;  // otherwise a link in the place of the file can't be opened
+};
+
+// The rights of a new file, exact: what a user's mask would take away or leave doesn't count. On Windows a
+// file gets the rights of its directory, unless it is made private.
+enum class FileRights {
+    kPlain,    // 0644
+    kProgram,  // 0755
+    kPrivate,  // 0600
 };
 
 enum class Origin { kStart, kCurrent, kEnd };
@@ -47,10 +56,20 @@ public:
     virtual std::int64_t size() = 0;  // in bytes; -1 on failure
     virtual int truncateHere() = 0;   // the file ends at the present position
     virtual int flush() = 0;
+    // The rights of the open file, whatever its path leads to by now.
+    virtual int setRights(FileRights rights) = 0;
+    // Gives the open file, made with kCreatePrivate, the rights of the plain file at `path`: owner, mode and
+    // access list; on Windows access list and attributes. Fails for a link and for whatever else isn't a
+    // plain file, and for a file that this user may not write; `this` may then have some of the rights.
+    virtual int takeRightsOf(std::string_view path) = 0;
+    // Marks the open file as a program, as FileSystem::makeExecutable does.
+    virtual int makeExecutable() = 0;
     // Reports what the system only reports at the end (a full disk, say). The object is closed in any case.
     virtual int close() = 0;
 };
 
+// A name in a directory that a path can mean: never "." or "..", never with a separator, a zero byte or, on
+// Windows, a colon. Entries with other names, which a disk can hold, are not listed.
 struct DirectoryEntry {
     std::string name;          // without the directory
     bool isDirectory = false;  // a link to a directory isn't one: walks must not leave the tree
@@ -62,6 +81,29 @@ enum class Protection {
     kUserAndAdministrators,  // this process's user, and administrators
 };
 
+// An open directory. Its operations work on the entries of this very directory, even if it is moved or
+// something else takes its path. A name that a path can't mean is refused. Used by one thread at a time.
+class Directory {
+public:
+    virtual ~Directory() = default;
+
+    // The entries, in no certain order; `outEntries` is emptied first.
+    virtual int list(std::vector<DirectoryEntry>& outEntries) = 0;
+    // `outDirectory` is null after a failure. A link isn't opened.
+    virtual int openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) = 0;
+    virtual int removeFile(std::string_view name) = 0;       // of a link, the link; no device
+    virtual int removeDirectory(std::string_view name) = 0;  // an empty one, and no link
+};
+
+// What a path names, without following a link.
+enum class PathKind {
+    kNothing,
+    kFile,
+    kDirectory,
+    kLink,
+    kOther,  // a device, a pipe and the like, and what the system doesn't let this user look at
+};
+
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
@@ -70,7 +112,8 @@ public:
     virtual int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) = 0;
 
     virtual bool exists(std::string_view path) = 0;  // of any kind, a link without a target included
-    virtual bool isDirectory(std::string_view path) = 0;
+    virtual PathKind kindOf(std::string_view path) = 0;
+    virtual bool isDirectory(std::string_view path) = 0;  // follows links
     // A directory, and no link to one, that carries no mark of the system: on Windows the attributes
     // read-only, hidden and system; on Linux the directories that the Filesystem Hierarchy Standard 3.0
     // names belong to the system (`/opt`, `/usr/local/bin` ...). What empties it may take such a one away.
@@ -87,20 +130,23 @@ public:
     virtual int moveFile(std::string_view from, std::string_view to) = 0;
     // As moveFile, but takes the place of an existing file in one step.
     virtual int replaceFile(std::string_view from, std::string_view to) = 0;
-    virtual int createDirectory(std::string_view path) = 0;  // one level
+    // One level; 0755, whatever the user's mask says.
+    virtual int createDirectory(std::string_view path) = 0;
     virtual int removeDirectory(std::string_view path) = 0;  // an empty one
-    // The entries without "." and "..", in no certain order; `outEntries` is emptied first.
+    // The entries, in no certain order; `outEntries` is emptied first.
     virtual int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) = 0;
-    // Marks a file as a program (Linux: the execute bits that match its read bits; Windows: nothing).
+    // `outDirectory` is null after a failure. A path that ends in a link isn't opened; links further up are
+    // followed.
+    virtual int openDirectory(std::string_view path, std::unique_ptr<Directory>& outDirectory) = 0;
+    // Marks a plain file as a program (Linux: the execute bits that match its read bits; Windows: nothing).
+    // Fails for a link, and for a file that lacks such bits and has other names: they may be somebody else's.
     virtual int makeExecutable(std::string_view path) = 0;
-    // Gives the file `to` the rights of the file `from`: its owner and mode; on Windows its access list and
-    // attributes, and a file that is read-only gives none.
-    virtual int copyRights(std::string_view from, std::string_view to) = 0;
 
     // The directory for temporary files without a trailing separator. False on failure.
     virtual bool temporaryDirectory(std::string& outPath) = 0;
     // Forms the path of a temporary file from a prefix and a non-zero number; the file isn't created. Nothing
-    // of that name exists. On Linux each call gives another name. False on failure.
+    // of that name exists, but that may change before the caller creates it: kCreateNew or kCreatePrivate
+    // shows that, and another number gives another name. On Linux each call does. False on failure.
     virtual bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) = 0;
 
     // The path as the system knows it: absolute, without links and short names, names in their own case.

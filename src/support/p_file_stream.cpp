@@ -70,6 +70,12 @@ int PFileStream::openPrivate(std::string_view path) {
     return openAs(platform::Disposition::kCreatePrivate);
 }
 
+int PFileStream::createNew(std::string_view path, bool isPrivate) {
+    close();
+    setParameters(path, kGenericWrite, kShareNone, kCreateAlways);
+    return openAs(isPrivate ? platform::Disposition::kCreatePrivate : platform::Disposition::kCreateNew);
+}
+
 std::int64_t PFileStream::getFileSize(std::string_view path) {
     return files_.fileSize(path);
 }
@@ -106,6 +112,18 @@ int PFileStream::close() {
 
 int PFileStream::flush() {
     return file_ == nullptr ? -1 : file_->flush();
+}
+
+int PFileStream::setRights(platform::FileRights rights) {
+    return file_ == nullptr ? -1 : file_->setRights(rights);
+}
+
+int PFileStream::takeRightsOf(std::string_view path) {
+    return file_ == nullptr ? -1 : file_->takeRightsOf(path);
+}
+
+int PFileStream::makeExecutable() {
+    return file_ == nullptr ? -1 : file_->makeExecutable();
 }
 
 int PFileStream::write(const void* buffer, std::uint32_t size, std::uint32_t& outWritten) {

@@ -45,10 +45,17 @@ public:
     // included, is removed first and never followed. For well-known names in directories that all may write
     // to.
     int openPrivate(std::string_view path);
+    // Closes, then creates `path` for writing alone; fails when there is anything of that name. A private
+    // file is readable and writable by this user alone.
+    int createNew(std::string_view path, bool isPrivate);
     // From the directory entry, without opening; -1 if there is none.
     std::int64_t getFileSize(std::string_view path);
 
     bool isOpen() const { return file_ != nullptr; }
+    // The rights of the open file, as in platform::File.
+    int setRights(platform::FileRights rights);
+    int takeRightsOf(std::string_view path);
+    int makeExecutable();
     // The path set last.
     const std::string& getName() const { return name_; }
 

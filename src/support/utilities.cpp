@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/path_functions.h"
+#include "support/replacing_file.h"
 
 namespace OUtils {
 
@@ -13,31 +14,17 @@ constexpr std::uint32_t kCopyBlock = 256 * 1024;
 constexpr std::size_t kLargestPart = 1024 * 1024 * 1024;
 
 int openForReading(std::string_view path, platform::FileSystem& files,
-                   std::unique_ptr<platform::File>& outFile) {
+                   std::unique_ptr<platform::File>& outFile, Links links = Links::kFollow) {
     platform::OpenOptions options;
+    options.followLinks = links == Links::kFollow;
     options.sequential = true;
     // A program that is being written to, or a log that is open, can still be read.
     options.share = platform::kShareRead | platform::kShareWrite | platform::kShareDelete;
     return files.open(path, options, outFile);
 }
 
-int openForWriting(std::string_view path, platform::FileSystem& files,
-                   std::unique_ptr<platform::File>& outFile) {
-    platform::OpenOptions options;
-    options.access = platform::kWrite;
-    options.share = platform::kShareNone;
-    options.disposition = platform::Disposition::kCreateAlways;
-    return files.open(path, options, outFile);
-}
-
-int writeAll(platform::File& file, const void* data, std::uint32_t size) {
-    std::uint32_t written = 0;
-    const int status = file.write(data, size, written);
-    return status == 0 && written != size ? -1 : status;
-}
-
-int copyContent(platform::File& source, platform::File& target) {
-    const auto block = std::make_unique_for_overwrite<unsigned char[]>(kCopyBlock);
+int copyContent(platform::File& source, PStream& target) {
+    const auto block = std::make_unique_for_overwrite<char[]>(kCopyBlock);
     for (;;) {
         std::uint32_t done = 0;
         int status = source.read(block.get(), kCopyBlock, done);
@@ -45,7 +32,7 @@ int copyContent(platform::File& source, platform::File& target) {
             return 0;
         }
         if (status == 0) {
-            status = writeAll(target, block.get(), done);
+            status = target.writeText({block.get(), done});
         }
         if (status != 0) {
             return status;
@@ -73,9 +60,9 @@ bool isSamePath(std::string_view a, std::string_view b) {
 
 // Opens the file, lets `makeRoom` give the memory for its size, and fills that.
 template <typename MakeRoom>
-int readInto(std::string_view path, platform::FileSystem& files, MakeRoom makeRoom) {
+int readInto(std::string_view path, platform::FileSystem& files, Links links, MakeRoom makeRoom) {
     std::unique_ptr<platform::File> file;
-    if (const int status = openForReading(path, files, file); status != 0) {
+    if (const int status = openForReading(path, files, file, links); status != 0) {
         return status;
     }
     const std::int64_t size = file->size();
@@ -103,22 +90,13 @@ std::optional<std::string> getProgramPath(platform::Environment& environment) {
 }
 
 bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files) {
-    std::unique_ptr<platform::File> source;
-    std::unique_ptr<platform::File> target;
-    // Opening the target would empty the source.
     if (isSamePath(from, to)) {
         return false;
     }
-    if (openForReading(from, files, source) != 0 || openForWriting(to, files, target) != 0) {
-        return false;
-    }
-    const int copied = copyContent(*source, *target);
-    const int closed = target->close();
-    if (copied != 0 || closed != 0) {
-        files.removeFile(to);
-        return false;
-    }
-    return true;
+    std::unique_ptr<platform::File> source;
+    ReplacingFile target(files);
+    return openForReading(from, files, source) == 0 && target.open(to) == 0 &&
+           copyContent(*source, target.stream()) == 0 && target.putInPlace() == 0;
 }
 
 int removeFile(std::string_view path, platform::FileSystem& files) {
@@ -128,7 +106,7 @@ int removeFile(std::string_view path, platform::FileSystem& files) {
 int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::FileSystem& files) {
     outContent.release();
     SharedBuffer content;
-    const int status = readInto(path, files, [&content](std::int64_t size) {
+    const int status = readInto(path, files, Links::kFollow, [&content](std::int64_t size) {
         content = SharedBuffer(static_cast<std::int32_t>(size));
         return content.data();
     });
@@ -138,9 +116,9 @@ int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::Fil
     return status;
 }
 
-int readWholeFile(std::string_view path, std::string& outContent, platform::FileSystem& files) {
+int readWholeFile(std::string_view path, std::string& outContent, platform::FileSystem& files, Links links) {
     outContent.clear();
-    const int status = readInto(path, files, [&outContent](std::int64_t size) {
+    const int status = readInto(path, files, links, [&outContent](std::int64_t size) {
         outContent.resize(static_cast<std::size_t>(size));
         return reinterpret_cast<unsigned char*>(outContent.data());
     });
@@ -150,18 +128,17 @@ int readWholeFile(std::string_view path, std::string& outContent, platform::File
     return status;
 }
 
-int writeWholeFile(std::string_view path, std::string_view content, platform::FileSystem& files) {
+int writeWholeFile(std::string_view path, std::string_view content, platform::FileSystem& files,
+                   platform::FileRights rights) {
     if (content.size() > INT32_MAX) {
         return -1;
     }
-    std::unique_ptr<platform::File> file;
-    int status = openForWriting(path, files, file);
-    if (status != 0) {
-        return status;
+    ReplacingFile file(files);
+    int status = file.open(path, rights);
+    if (status == 0) {
+        status = file.stream().writeText(content);
     }
-    status = writeAll(*file, content.data(), static_cast<std::uint32_t>(content.size()));
-    const int closed = file->close();
-    return status != 0 ? status : closed;
+    return status != 0 ? status : file.putInPlace();
 }
 
 }  // namespace OUtils

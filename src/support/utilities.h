@@ -20,21 +20,26 @@ std::optional<std::string> getTempDirectory(platform::FileSystem& files);
 // The full path of the running program.
 std::optional<std::string> getProgramPath(platform::Environment& environment);
 
-// Copies the content of a file, emptying or creating `to`. False when anything failed, up to the closing; a
-// `to` that was opened is removed then, so that no half-written file stays. Copying onto the same path is a
-// failure that changes nothing.
+// Copies the content of a file. `to` is written as a ReplacingFile: false when anything failed, up to the
+// last step, and then `to` is as it was. Copying onto the same path is a failure that changes nothing.
 bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& files);
 
 // 0, or the system's error number, also when there is no such file.
 int removeFile(std::string_view path, platform::FileSystem& files);
 
+// Whether a link in the place of a file that is to be read is followed or a failure.
+enum class Links { kFollow, kRefuse };
+
 // Reads a file of at most 2,147,483,647 bytes. 0, the system's error number, or -1 when the file is larger or
 // ended early; what was held before is gone after a failure.
 int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::FileSystem& files);
-int readWholeFile(std::string_view path, std::string& outContent, platform::FileSystem& files);
+int readWholeFile(std::string_view path, std::string& outContent, platform::FileSystem& files,
+                  Links links = Links::kFollow);
 
-// Makes a file with exactly this content. 0, the system's error number, or -1 when the content is larger than
-// 2,147,483,647 bytes; the file may hold a part of the content after a failure.
-int writeWholeFile(std::string_view path, std::string_view content, platform::FileSystem& files);
+// Makes a ReplacingFile with exactly this content. 0, the system's error number, or -1 when the content is
+// larger than 2,147,483,647 bytes or no file can be in that place; after a failure what was there is as it
+// was.
+int writeWholeFile(std::string_view path, std::string_view content, platform::FileSystem& files,
+                   platform::FileRights rights = platform::FileRights::kPlain);
 
 }  // namespace OUtils

@@ -75,6 +75,18 @@ TEST(Utf8ToWideTest, KeepsTheEncodedFormOfARawByte) {
     EXPECT_EQ(encoded, roundTrip(encoded));
 }
 
+// Such a name would turn into one with a separator.
+TEST(Utf8ToWideTest, MakesNoAsciiCharacterOfAnotherCodePoint) {
+    EXPECT_EQ("\xF4\x80\x81\x9C", toUtf8(rawByte('\\')));
+    EXPECT_EQ(rawByte('\\'), toWide("\xF4\x80\x81\x9C"));
+    for (int code = 0; code < 0x80; ++code) {
+        const std::u16string wide = rawByte(static_cast<unsigned char>(code));
+        const std::string text = OUtils::wideToUtf8(wide);
+        EXPECT_EQ(4U, text.size()) << code;
+        EXPECT_EQ(wide, OUtils::utf8ToWide(text)) << code;
+    }
+}
+
 TEST(Utf8ToWideTest, KeepsTwoHalvesInSequencesOfTheirOwn) {
     for (const char* text : {"\xED\xA0\x80\xED\xB0\x80", "\xED\xAF\xBF\xED\xBF\xBFz",
                              "\xED\xA0\x80\xED\xA0\x80\xED\xB0\x80\xED\xB0\x80"}) {
@@ -132,7 +144,7 @@ TEST(Utf8ToWideTest, KeepsEveryPairOfBytes) {
 TEST(Utf8ToWideTest, KeepsAnyCodePoint) {
     for (char32_t point = 1; point < 0x110000; point += point < 0x20000 ? 1 : 97) {
         const bool surrogate = point >= 0xD800 && point < 0xE000;
-        const bool standsForAByte = point >= 0x100000 && point <= 0x1000FF;
+        const bool standsForAByte = point >= 0x100080 && point <= 0x1000FF;
         if (surrogate || standsForAByte) {
             continue;
         }

@@ -8,7 +8,7 @@
 
 namespace {
 
-enum Kind { kFile, kDirectory, kLink };
+enum Kind { kFile, kDirectory, kLink, kDevice };
 
 bool isDrive(std::string_view component) {
     return component.size() == 2 && component[1] == ':';
@@ -69,6 +69,7 @@ struct MemoryFileSystem::Node {
     bool executable = false;
     bool isPrivate = false;
     bool isMarked = false;
+    bool hasUnnameable = false;
 };
 
 struct MemoryFileSystem::Fault {
@@ -77,6 +78,14 @@ struct MemoryFileSystem::Fault {
     int remaining;
     bool lasting;
     int status;
+};
+
+// What runBefore asked for.
+struct MemoryFileSystem::Event {
+    Operation operation;
+    std::string key;
+    int remaining;
+    std::function<void()> action;
 };
 
 class MemoryFileSystem::OpenFile : public platform::File {
@@ -93,6 +102,9 @@ public:
     std::int64_t size() override;
     int truncateHere() override;
     int flush() override;
+    int setRights(platform::FileRights rights) override;
+    int takeRightsOf(std::string_view path) override;
+    int makeExecutable() override;
     int close() override;
 
 private:
@@ -189,6 +201,45 @@ int MemoryFileSystem::OpenFile::flush() {
     return begin(Operation::kFlush, "flush", 0);
 }
 
+int MemoryFileSystem::OpenFile::setRights(platform::FileRights rights) {
+    const std::lock_guard lock(owner_.mutex_);
+    const int status = begin(Operation::kSetRights, nullptr, 0);
+    if (status == kOk) {
+        node_->isPrivate = rights == platform::FileRights::kPrivate;
+        node_->executable = rights == platform::FileRights::kProgram;
+    }
+    return status;
+}
+
+int MemoryFileSystem::OpenFile::takeRightsOf(std::string_view path) {
+    const std::lock_guard lock(owner_.mutex_);
+    if (node_ == nullptr) {
+        return kBadHandle;
+    }
+    const std::string source = resolved(path);
+    const int status =
+        owner_.begin(Operation::kCopyRights, node_->path, "copyRights " + source + " -> " + node_->path);
+    const NodePtr from = owner_.find(source);
+    if (status != kOk || from == nullptr) {
+        return status != kOk ? status : kNotFound;
+    }
+    if (from->kind != kFile) {
+        return kAccessDenied;
+    }
+    node_->executable = from->executable;
+    node_->isPrivate = from->isPrivate;
+    return owner_.readOnlyStatus(source);
+}
+
+int MemoryFileSystem::OpenFile::makeExecutable() {
+    const std::lock_guard lock(owner_.mutex_);
+    const int status = begin(Operation::kMakeExecutable, "makeExecutable", 0);
+    if (status == kOk) {
+        node_->executable = true;
+    }
+    return status;
+}
+
 int MemoryFileSystem::OpenFile::close() {
     const std::lock_guard lock(owner_.mutex_);
     if (node_ == nullptr) {
@@ -199,6 +250,42 @@ int MemoryFileSystem::OpenFile::close() {
     --owner_.openFiles_;
     return status;
 }
+
+// Its node stays what it is when something else takes the path, and nothing is found in it then.
+class MemoryFileSystem::OpenDirectory : public platform::Directory {
+public:
+    OpenDirectory(MemoryFileSystem& owner, NodePtr node) : owner_(owner), node_(std::move(node)) {
+        ++owner_.openFiles_;
+    }
+    ~OpenDirectory() override { --owner_.openFiles_; }
+
+    int list(std::vector<platform::DirectoryEntry>& outEntries) override {
+        outEntries.clear();
+        return with(".", [&](const std::string&) { return owner_.list(node_->path, outEntries); });
+    }
+    int openDirectory(std::string_view name, std::unique_ptr<platform::Directory>& outDirectory) override {
+        outDirectory = nullptr;
+        return with(name, [&](const std::string& path) { return owner_.openDirectory(path, outDirectory); });
+    }
+    int removeFile(std::string_view name) override {
+        return with(name, [&](const std::string& path) { return owner_.removeFile(path); });
+    }
+    int removeDirectory(std::string_view name) override {
+        return with(name, [&](const std::string& path) { return owner_.removeDirectory(path); });
+    }
+
+private:
+    template <typename Operate>
+    int with(std::string_view name, Operate operate) {
+        const std::lock_guard lock(owner_.mutex_);
+        const bool leadsAway = name.empty() || name == ".." || name.find_first_of("/\\") != name.npos;
+        return leadsAway || !owner_.isPlaceOf(node_) ? kNotFound
+                                                     : operate(node_->path + "/" + std::string(name));
+    }
+
+    MemoryFileSystem& owner_;
+    NodePtr node_;
+};
 
 MemoryFileSystem::MemoryFileSystem() {
     addDirectory(temporaryDirectory_);
@@ -223,7 +310,18 @@ void MemoryFileSystem::addMarkedDirectory(std::string_view path) {
 
 void MemoryFileSystem::addLink(std::string_view path, std::string_view target) {
     const std::lock_guard lock(mutex_);
+    nodes_.erase(keyOf(resolved(path)));  // what is open stays what it is
     add(resolved(path), kLink)->content = resolved(target);
+}
+
+void MemoryFileSystem::addDevice(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    add(resolved(path), kDevice);
+}
+
+void MemoryFileSystem::addUnnameable(std::string_view directory) {
+    const std::lock_guard lock(mutex_);
+    add(resolved(directory), kDirectory)->hasUnnameable = true;
 }
 
 bool MemoryFileSystem::hasFile(std::string_view path) const {
@@ -292,9 +390,16 @@ void MemoryFileSystem::setReadOnly(std::string_view path, int status) {
     readOnly_[keyOf(resolved(path))] = status;
 }
 
+void MemoryFileSystem::runBefore(Operation operation, std::string_view path, int n,
+                                 std::function<void()> action) {
+    const std::lock_guard lock(mutex_);
+    events_.push_back({operation, keyOf(resolved(path)), n, std::move(action)});
+}
+
 void MemoryFileSystem::clearFaults() {
     const std::lock_guard lock(mutex_);
     faults_.clear();
+    events_.clear();
     readOnly_.clear();
     freeSpace_ = -1;
 }
@@ -329,8 +434,20 @@ void MemoryFileSystem::setTemporaryDirectory(std::string_view path) {
     }
 }
 
+// An action may do the same operation again, or ask for more actions.
+void MemoryFileSystem::runActions(Operation operation, const std::string& path) {
+    const std::string key = keyOf(path);
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+        if (events_[i].operation == operation && events_[i].key == key && --events_[i].remaining == 0) {
+            const std::function<void()> action = events_[i].action;
+            action();
+        }
+    }
+}
+
 // Records and counts the operation and gives the status of an injected failure.
 int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
+    runActions(operation, path);
     ++counts_[operation];
     if (!text.empty()) {
         operations_.push_back(text);
@@ -432,6 +549,9 @@ int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOpti
         return kExists;
     }
     const NodePtr link = find(path);
+    if (link != nullptr && (link->kind == kDevice || (link->kind == kLink && !options.followLinks))) {
+        return kAccessDenied;
+    }
     const std::string target = link != nullptr && link->kind == kLink ? link->content : path;
     outNode = findTarget(path);
     if (outNode == nullptr && options.disposition == Disposition::kOpenExisting) {
@@ -459,6 +579,17 @@ int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOpti
 bool MemoryFileSystem::exists(std::string_view path) {
     const std::lock_guard lock(mutex_);
     return !path.empty() && find(resolved(path)) != nullptr;
+}
+
+platform::PathKind MemoryFileSystem::kindOf(std::string_view path) {
+    using platform::PathKind;
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = path.empty() ? nullptr : find(resolved(path));
+    if (node == nullptr) {
+        return PathKind::kNothing;
+    }
+    const PathKind kinds[] = {PathKind::kFile, PathKind::kDirectory, PathKind::kLink, PathKind::kOther};
+    return kinds[node->kind];
 }
 
 bool MemoryFileSystem::isDirectory(std::string_view path) {
@@ -568,7 +699,14 @@ int MemoryFileSystem::createDirectory(std::string_view path) {
     return status;
 }
 
+bool MemoryFileSystem::isPlaceOf(const NodePtr& node) const {
+    return isRoot(node->path) || find(node->path) == node;
+}
+
 bool MemoryFileSystem::hasChildren(const std::string& path) const {
+    if (const NodePtr node = find(path); node != nullptr && node->hasUnnameable) {
+        return true;
+    }
     const std::string prefix = keyOf(path) + "/";
     const auto next = nodes_.lower_bound(prefix);
     return next != nodes_.end() && next->first.compare(0, prefix.size(), prefix) == 0;
@@ -619,6 +757,23 @@ int MemoryFileSystem::list(std::string_view path, std::vector<platform::Director
     return kOk;
 }
 
+int MemoryFileSystem::openDirectory(std::string_view path,
+                                    std::unique_ptr<platform::Directory>& outDirectory) {
+    outDirectory = nullptr;
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    const int status = begin(Operation::kOpen, name, "");
+    const NodePtr node = path.empty() ? nullptr : find(name);
+    if (status != kOk || node == nullptr) {
+        return status != kOk ? status : kNotFound;
+    }
+    if (node->kind != kDirectory) {
+        return kAccessDenied;
+    }
+    outDirectory = std::make_unique<OpenDirectory>(*this, node);
+    return kOk;
+}
+
 int MemoryFileSystem::makeExecutable(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const std::string name = resolved(path);
@@ -626,30 +781,15 @@ int MemoryFileSystem::makeExecutable(std::string_view path) {
     if (status != kOk) {
         return status;
     }
-    const NodePtr node = findTarget(name);
-    if (node == nullptr) {
-        return kNotFound;
+    const NodePtr node = find(name);
+    if (node == nullptr || node->kind != kFile) {
+        return node == nullptr ? kNotFound : kAccessDenied;
+    }
+    if (const int readOnly = readOnlyStatus(name); readOnly != kOk) {
+        return readOnly;
     }
     node->executable = true;
-    return readOnlyStatus(name);
-}
-
-int MemoryFileSystem::copyRights(std::string_view from, std::string_view to) {
-    const std::lock_guard lock(mutex_);
-    const std::string source = resolved(from);
-    const std::string target = resolved(to);
-    const int status = begin(Operation::kCopyRights, target, "copyRights " + source + " -> " + target);
-    if (status != kOk) {
-        return status;
-    }
-    const NodePtr sourceNode = findTarget(source);
-    const NodePtr targetNode = findTarget(target);
-    if (sourceNode == nullptr || targetNode == nullptr) {
-        return kNotFound;
-    }
-    targetNode->executable = sourceNode->executable;
-    targetNode->isPrivate = sourceNode->isPrivate;
-    return readOnlyStatus(target);
+    return kOk;
 }
 
 bool MemoryFileSystem::temporaryDirectory(std::string& outPath) {

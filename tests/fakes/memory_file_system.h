@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -44,7 +45,8 @@ public:
         kRemoveDirectory,
         kList,
         kMakeExecutable,
-        kCopyRights,  // by its target
+        kCopyRights,  // by its target, the open file
+        kSetRights,   // by the open file
     };
 
     MemoryFileSystem();
@@ -57,11 +59,16 @@ public:
     // A directory with a mark of the system, which isOrdinaryDirectory sees.
     void addMarkedDirectory(std::string_view path);
     void addLink(std::string_view path, std::string_view target);
+    // Neither a file nor a directory; opening it fails at once.
+    void addDevice(std::string_view path);
+    // An entry that is listed by no name that a path can mean. It can't be reached and keeps its directory
+    // from being empty.
+    void addUnnameable(std::string_view directory);
     bool hasFile(std::string_view path) const;  // a file, not a link or a directory
     bool hasDirectory(std::string_view path) const;
     std::string content(std::string_view path) const;  // empty when there is no such file
     bool isExecutable(std::string_view path) const;
-    bool isPrivate(std::string_view path) const;  // made with kCreatePrivate
+    bool isPrivate(std::string_view path) const;  // of this user alone
     // The full paths of all files and links in their own case with `/`, in the order of their lower case.
     std::vector<std::string> allFiles() const;
     int openFileCount() const;
@@ -77,11 +84,14 @@ public:
     // What is at this path and below can be read but not written, made, moved or removed.
     void setReadOnly(std::string_view path, int status = kAccessDenied);
     void clearFaults();
+    // Before the n-th (from 1) operation of this kind at this path from now on, `action` runs, once: what
+    // somebody else does in the meantime.
+    void runBefore(Operation operation, std::string_view path, int n, std::function<void()> action);
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
-    // /a", "list /a", "makeExecutable /a", "copyRights /a -> /b", "flush /a". Failed calls are recorded as
-    // well. Reads, writes and seeks are counted only.
+    // /a", "list /a", "makeExecutable /a", "copyRights /a -> /b", "flush /a". Those on an open directory are
+    // recorded like the others. Failed calls are recorded as well. Reads, writes and seeks are counted only.
     std::vector<std::string> operations() const;
     bool didOperation(std::string_view text) const;
     void clearOperations();
@@ -97,6 +107,7 @@ public:
     int open(std::string_view path, const platform::OpenOptions& options,
              std::unique_ptr<platform::File>& outFile) override;
     bool exists(std::string_view path) override;
+    platform::PathKind kindOf(std::string_view path) override;
     bool isDirectory(std::string_view path) override;
     bool isOrdinaryDirectory(std::string_view path) override;
     std::int64_t fileSize(std::string_view path) override;
@@ -107,8 +118,8 @@ public:
     int createDirectory(std::string_view path) override;
     int removeDirectory(std::string_view path) override;
     int list(std::string_view path, std::vector<platform::DirectoryEntry>& outEntries) override;
+    int openDirectory(std::string_view path, std::unique_ptr<platform::Directory>& outDirectory) override;
     int makeExecutable(std::string_view path) override;
-    int copyRights(std::string_view from, std::string_view to) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
     int realPath(std::string_view path, std::string& outPath) override;
@@ -122,6 +133,8 @@ private:
     struct Node;
     struct Fault;
     class OpenFile;
+    class OpenDirectory;
+    struct Event;
     using NodePtr = std::shared_ptr<Node>;
 
     int begin(Operation operation, const std::string& path, const std::string& text);
@@ -132,12 +145,15 @@ private:
     int parentStatus(const std::string& path) const;
     int openNode(const std::string& path, const platform::OpenOptions& options, NodePtr& outNode);
     int relocate(const std::string& from, const std::string& to, bool replace);
+    bool isPlaceOf(const NodePtr& node) const;
+    void runActions(Operation operation, const std::string& path);
     bool hasChildren(const std::string& path) const;
     std::string realNameOf(const std::string& path, int links = 0) const;
 
-    mutable std::mutex mutex_;
+    mutable std::recursive_mutex mutex_;    // what runBefore runs calls in again
     std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
     std::vector<Fault> faults_;
+    std::vector<Event> events_;
     std::map<std::string, int> readOnly_;
     std::int64_t freeSpace_ = -1;
     std::vector<std::string> operations_;

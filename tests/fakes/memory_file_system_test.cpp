@@ -219,16 +219,87 @@ TEST_F(MemoryFileSystemTest, ResolvesPlainFilesOnly) {
     EXPECT_NE(0, files_.resolveFile("/none", path));
 }
 
-TEST_F(MemoryFileSystemTest, CopiesRights) {
-    files_.addFile("/from", "x");
+TEST_F(MemoryFileSystemTest, GivesRightsToOpenFiles) {
+    files_.addFile("/from", "a");
+    files_.addLink("/link", "/from");
+    EXPECT_EQ(0, files_.makeExecutable("/from"));
+    EXPECT_NE(0, files_.makeExecutable("/link"));
     ASSERT_EQ(0, open("/to", Disposition::kCreatePrivate));
-    ASSERT_EQ(0, files_.makeExecutable("/from"));
-    EXPECT_EQ(0, files_.copyRights("/from", "/to"));
+    EXPECT_NE(0, file_->takeRightsOf("/link"));
+    EXPECT_NE(0, file_->takeRightsOf("/none"));
+    EXPECT_TRUE(files_.isPrivate("/to"));
+    EXPECT_EQ(0, file_->takeRightsOf("/from"));
     EXPECT_TRUE(files_.isExecutable("/to"));
     EXPECT_FALSE(files_.isPrivate("/to"));
-    EXPECT_NE(0, files_.copyRights("/none", "/to"));
+    EXPECT_TRUE(files_.didOperation("copyRights /from -> /to"));
+    EXPECT_EQ(0, file_->setRights(platform::FileRights::kPrivate));
+    EXPECT_TRUE(files_.isPrivate("/to"));
+    EXPECT_EQ(0, file_->makeExecutable());
+    EXPECT_TRUE(files_.isExecutable("/to"));
     files_.failAt(Operation::kCopyRights, "/to", 1, 7);
-    EXPECT_EQ(7, files_.copyRights("/from", "/to"));
+    EXPECT_EQ(7, file_->takeRightsOf("/from"));
+}
+
+TEST_F(MemoryFileSystemTest, KnowsEachKind) {
+    using platform::PathKind;
+    files_.addFile("/d/f", "");
+    files_.addLink("/d/link", "/d");
+    files_.addDevice("/d/device");
+    EXPECT_EQ(PathKind::kFile, files_.kindOf("/d/f"));
+    EXPECT_EQ(PathKind::kDirectory, files_.kindOf("/d"));
+    EXPECT_EQ(PathKind::kLink, files_.kindOf("/d/link"));
+    EXPECT_EQ(PathKind::kOther, files_.kindOf("/d/device"));
+    EXPECT_EQ(PathKind::kNothing, files_.kindOf("/none"));
+    EXPECT_EQ(PathKind::kNothing, files_.kindOf(""));
+    EXPECT_NE(0, open("/d/device", Disposition::kOpenExisting));
+}
+
+TEST_F(MemoryFileSystemTest, OpensNoLinkWhereNoneIsToBeFollowed) {
+    files_.addFile("/f", "");
+    files_.addLink("/link", "/f");
+    platform::OpenOptions options;
+    options.followLinks = false;
+    EXPECT_NE(0, files_.open("/link", options, file_));
+    EXPECT_EQ(0, files_.open("/f", options, file_));
+}
+
+TEST_F(MemoryFileSystemTest, WorksOnOpenDirectories) {
+    files_.addFile("/d/sub/f", "");
+    files_.addFile("/victim", "");
+    files_.addLink("/link", "/d");
+    std::unique_ptr<platform::Directory> opened;
+    std::unique_ptr<platform::Directory> below;
+    EXPECT_NE(0, files_.openDirectory("/link", opened));
+    EXPECT_NE(0, files_.openDirectory("/victim", opened));
+    ASSERT_EQ(0, files_.openDirectory("/d", opened));
+    ASSERT_EQ(0, opened->openDirectory("sub", below));
+    EXPECT_NE(0, opened->removeFile("../victim"));
+    EXPECT_NE(0, opened->removeDirectory("sub"));
+    EXPECT_EQ(0, below->removeFile("f"));
+    EXPECT_EQ(0, opened->removeDirectory("sub"));
+    EXPECT_TRUE(files_.didOperation("removeFile /d/sub/f"));
+    std::vector<platform::DirectoryEntry> entries{{"stale", false}};
+    EXPECT_EQ(0, opened->list(entries));
+    EXPECT_TRUE(entries.empty());
+}
+
+TEST_F(MemoryFileSystemTest, AnOpenDirectoryFindsNothingInWhatTookItsPath) {
+    files_.addFile("/d/f", "");
+    files_.addFile("/outside/f", "");
+    std::unique_ptr<platform::Directory> opened;
+    ASSERT_EQ(0, files_.openDirectory("/d", opened));
+    files_.runBefore(Operation::kRemoveFile, "/d/f", 1, [this] { files_.addLink("/d", "/outside"); });
+    EXPECT_EQ(0, opened->removeFile("f"));
+    EXPECT_NE(0, opened->removeFile("f"));
+    std::vector<platform::DirectoryEntry> entries;
+    EXPECT_NE(0, opened->list(entries));
+    EXPECT_TRUE(files_.hasFile("/outside/f"));
+}
+
+TEST_F(MemoryFileSystemTest, KeepsADirectoryWithAnEntryThatNoPathMeans) {
+    files_.addUnnameable("/d");
+    EXPECT_TRUE(names("/d").empty());
+    EXPECT_EQ(MemoryFileSystem::kNotEmpty, files_.removeDirectory("/d"));
 }
 
 TEST_F(MemoryFileSystemTest, NamesTemporaryFilesWithoutMakingThem) {

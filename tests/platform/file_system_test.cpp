@@ -331,13 +331,118 @@ TEST_F(FileSystemTest, ResolvesPlainFilesOnly) {
     }
 }
 
-TEST_F(FileSystemTest, CopiesRightsBetweenFiles) {
+TEST_F(FileSystemTest, AnOpenFileTakesTheRightsOfAnother) {
     writeTestFile(path("from"), "a");
-    write(*openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate), "b");
-    EXPECT_EQ(files_.copyRights(path("from").c_str(), path("to").c_str()), 0);
+    const auto file = openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate);
+    ASSERT_NE(file, nullptr);
+    write(*file, "b");
+    EXPECT_EQ(file->takeRightsOf(path("from")), 0);
+    EXPECT_NE(file->takeRightsOf(path("none")), 0);
+    EXPECT_NE(file->takeRightsOf(directory_.path()), 0);
+    EXPECT_EQ(file->close(), 0);
+    EXPECT_NE(file->takeRightsOf(path("from")), 0);
     EXPECT_EQ(readTestFile(path("to")), "b");
-    EXPECT_NE(files_.copyRights(path("none").c_str(), path("to").c_str()), 0);
-    EXPECT_NE(files_.copyRights(path("from").c_str(), path("none").c_str()), 0);
+}
+
+TEST_F(FileSystemTest, AnOpenFileTakesEachKindOfRights) {
+    for (const platform::FileRights rights :
+         {platform::FileRights::kPlain, platform::FileRights::kProgram, platform::FileRights::kPrivate}) {
+        const std::string name = "f" + std::to_string(static_cast<int>(rights));
+        const auto file = openFile(path(name.c_str()), platform::kWrite, Disposition::kCreateNew);
+        ASSERT_NE(file, nullptr);
+        EXPECT_EQ(file->setRights(rights), 0);
+        EXPECT_EQ(file->makeExecutable(), 0);
+        write(*file, "a");
+        EXPECT_EQ(file->close(), 0);
+        EXPECT_NE(file->setRights(rights), 0);
+        EXPECT_NE(file->makeExecutable(), 0);
+        EXPECT_EQ(readTestFile(path(name.c_str())), "a");
+    }
+}
+
+TEST_F(FileSystemTest, SaysWhatAPathNames) {
+    using platform::PathKind;
+    writeTestFile(path("f"), "abc");
+    EXPECT_EQ(files_.kindOf(path("f")), PathKind::kFile);
+    EXPECT_EQ(files_.kindOf(directory_.path()), PathKind::kDirectory);
+    EXPECT_EQ(files_.kindOf(path("none")), PathKind::kNothing);
+    EXPECT_EQ(files_.kindOf(path("none/f")), PathKind::kNothing);
+    EXPECT_EQ(files_.kindOf(path("f/below")), PathKind::kNothing);
+}
+
+class DirectoryTest : public FileSystemTest {
+protected:
+    DirectoryTest() {
+        EXPECT_EQ(files_.createDirectory(path("d")), 0);
+        EXPECT_EQ(files_.createDirectory(path("d/sub")), 0);
+        writeTestFile(path("d/f"), "abc");
+        EXPECT_EQ(files_.openDirectory(path("d"), opened_), 0);
+    }
+
+    std::unique_ptr<platform::Directory> opened_;
+    std::unique_ptr<platform::Directory> below_;
+};
+
+TEST_F(DirectoryTest, ListsItsEntriesEachTime) {
+    for (int time = 0; time < 2; ++time) {
+        std::vector<platform::DirectoryEntry> entries{{"stale", false}};
+        ASSERT_EQ(opened_->list(entries), 0);
+        std::vector<std::pair<std::string, bool>> found;
+        for (const auto& entry : entries) {
+            found.emplace_back(entry.name, entry.isDirectory);
+        }
+        EXPECT_THAT(found, testing::UnorderedElementsAre(std::pair("f", false), std::pair("sub", true)));
+    }
+}
+
+TEST_F(DirectoryTest, ListsManyEntries) {
+    for (int i = 0; i < 700; ++i) {
+        writeTestFile(path("d/sub") + "/" + std::string(100, 'n') + std::to_string(i), "");
+    }
+    ASSERT_EQ(opened_->openDirectory("sub", below_), 0);
+    std::vector<platform::DirectoryEntry> entries;
+    EXPECT_EQ(below_->list(entries), 0);
+    EXPECT_EQ(entries.size(), 700U);
+}
+
+TEST_F(DirectoryTest, RemovesFilesAndEmptyDirectories) {
+    ASSERT_EQ(opened_->openDirectory("sub", below_), 0);
+    writeTestFile(path("d/sub/g"), "abc");
+    EXPECT_NE(opened_->removeDirectory("sub"), 0);
+    EXPECT_NE(opened_->removeFile("sub"), 0);
+    EXPECT_NE(opened_->removeDirectory("f"), 0);
+    EXPECT_EQ(below_->removeFile("g"), 0);
+    EXPECT_NE(below_->removeFile("g"), 0);
+    below_.reset();
+    EXPECT_EQ(opened_->removeDirectory("sub"), 0);
+    EXPECT_EQ(opened_->removeFile("f"), 0);
+    EXPECT_FALSE(testFileExists(path("d/sub")));
+    EXPECT_FALSE(testFileExists(path("d/f")));
+}
+
+TEST_F(DirectoryTest, RefusesNamesThatLeadElsewhere) {
+    writeTestFile(path("victim"), "precious");
+    ASSERT_EQ(files_.createDirectory(path("empty")), 0);
+    for (const char* name : {"../victim", "..\\victim", "sub/../f", ".", "..", "", "/"}) {
+        EXPECT_NE(opened_->removeFile(name), 0) << name;
+        EXPECT_NE(opened_->removeDirectory(name), 0) << name;
+        EXPECT_NE(opened_->openDirectory(name, below_), 0) << name;
+        EXPECT_EQ(below_, nullptr);
+    }
+    EXPECT_NE(opened_->removeDirectory("../empty"), 0);
+    EXPECT_NE(opened_->removeFile(std::string_view("f\0x", 3)), 0);
+    EXPECT_TRUE(testFileExists(path("victim")));
+    EXPECT_TRUE(testFileExists(path("empty")));
+    EXPECT_TRUE(testFileExists(path("d/f")));
+}
+
+TEST_F(DirectoryTest, OpensDirectoriesOnly) {
+    EXPECT_NE(files_.openDirectory(path("d/f"), below_), 0);
+    EXPECT_NE(files_.openDirectory(path("none"), below_), 0);
+    EXPECT_NE(files_.openDirectory("", below_), 0);
+    EXPECT_NE(opened_->openDirectory("f", below_), 0);
+    EXPECT_NE(opened_->openDirectory("none", below_), 0);
+    EXPECT_EQ(files_.openDirectory(path("d") + "/", below_), 0);
 }
 
 }  // namespace

@@ -59,12 +59,27 @@ TEST_F(CopyFileTest, LeavesNoHalfFileOnAFullDisk) {
 }
 
 TEST_F(CopyFileTest, NoticesAFailingCloseAndRead) {
-    files_.failAt(Operation::kClose, "/to", 1);
+    files_.failAt(Operation::kClose, "/.tandrel-1.tmp", 1);
     expectFailure();
     EXPECT_FALSE(files_.hasFile("/to"));
     files_.failAt(Operation::kRead, "/from", 3);
     expectFailure();
     EXPECT_FALSE(files_.hasFile("/to"));
+}
+
+TEST_F(CopyFileTest, LeavesTheOldTargetOnAFullDisk) {
+    files_.addFile("/to", "old");
+    files_.setFreeSpace(262144);
+    expectFailure();
+    EXPECT_EQ("old", files_.content("/to"));
+}
+
+TEST_F(CopyFileTest, ReplacesALinkAndFollowsNone) {
+    files_.addFile("/victim", "precious");
+    files_.addLink("/to", "/victim");
+    EXPECT_TRUE(OUtils::copyFile("/from", "/to", files_));
+    EXPECT_TRUE(files_.hasFile("/to"));
+    EXPECT_EQ("precious", files_.content("/victim"));
 }
 
 TEST_F(CopyFileTest, LeavesATargetThatItCouldNotOpen) {
@@ -112,6 +127,9 @@ private:
         std::int64_t size() override { return inner_->size(); }
         int truncateHere() override { return inner_->truncateHere(); }
         int flush() override { return inner_->flush(); }
+        int setRights(platform::FileRights rights) override { return inner_->setRights(rights); }
+        int takeRightsOf(std::string_view path) override { return inner_->takeRightsOf(path); }
+        int makeExecutable() override { return inner_->makeExecutable(); }
         int close() override { return inner_->close(); }
 
     private:
@@ -179,6 +197,7 @@ public:
         return status;
     }
     bool exists(std::string_view) override { return true; }
+    platform::PathKind kindOf(std::string_view) override { return platform::PathKind::kFile; }
     bool isDirectory(std::string_view) override { return false; }
     bool isOrdinaryDirectory(std::string_view) override { return false; }
     std::int64_t fileSize(std::string_view) override { return size_; }
@@ -189,8 +208,8 @@ public:
     int createDirectory(std::string_view) override { return 1; }
     int removeDirectory(std::string_view) override { return 1; }
     int list(std::string_view, std::vector<platform::DirectoryEntry>&) override { return 1; }
+    int openDirectory(std::string_view, std::unique_ptr<platform::Directory>&) override { return 1; }
     int makeExecutable(std::string_view) override { return 1; }
-    int copyRights(std::string_view, std::string_view) override { return 1; }
     bool temporaryDirectory(std::string&) override { return false; }
     bool temporaryName(std::string_view, std::uint32_t, std::string&) override { return false; }
     int realPath(std::string_view, std::string&) override { return 1; }
@@ -215,6 +234,9 @@ private:
         std::int64_t size() override { return size_; }
         int truncateHere() override { return 1; }
         int flush() override { return 0; }
+        int setRights(platform::FileRights) override { return 1; }
+        int takeRightsOf(std::string_view) override { return 1; }
+        int makeExecutable() override { return 1; }
         int close() override { return 0; }
 
     private:
@@ -250,11 +272,30 @@ TEST_F(WholeFileTest, WritesExactlyItsContent) {
     EXPECT_TRUE(files_.hasFile("/b"));
 }
 
+TEST_F(WholeFileTest, RefusesALinkWhereItIsAskedTo) {
+    files_.addFile("/a", "content");
+    files_.addLink("/link", "/a");
+    EXPECT_EQ(0, OUtils::readWholeFile("/link", text_, files_));
+    EXPECT_EQ("content", text_);
+    EXPECT_NE(0, OUtils::readWholeFile("/link", text_, files_, OUtils::Links::kRefuse));
+    EXPECT_EQ("", text_);
+    EXPECT_EQ(0, OUtils::readWholeFile("/a", text_, files_, OUtils::Links::kRefuse));
+}
+
+TEST_F(WholeFileTest, WritesWithTheRightsThatAreAskedFor) {
+    EXPECT_EQ(0, OUtils::writeWholeFile("/a", "", files_, platform::FileRights::kPrivate));
+    EXPECT_TRUE(files_.isPrivate("/a"));
+    EXPECT_EQ(0, OUtils::writeWholeFile("/b", "", files_));
+    EXPECT_FALSE(files_.isPrivate("/b"));
+}
+
 TEST_F(WholeFileTest, ReportsAFailedWriteOrClose) {
+    files_.addFile("/a", "old");
     files_.setFreeSpace(2);
     EXPECT_EQ(MemoryFileSystem::kDiskFull, OUtils::writeWholeFile("/a", "abc", files_));
+    EXPECT_EQ("old", files_.content("/a"));
     files_.clearFaults();
-    files_.failAt(Operation::kClose, "/a", 1, 33);
+    files_.failAt(Operation::kClose, "/.tandrel-1.tmp", 1, 33);
     EXPECT_EQ(33, OUtils::writeWholeFile("/a", "abc", files_));
     EXPECT_EQ(MemoryFileSystem::kNotFound, OUtils::writeWholeFile("/none/a", "abc", files_));
 }

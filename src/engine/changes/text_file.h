@@ -14,8 +14,8 @@ class FileSystem;
 // `content`.
 std::vector<std::string_view> splitTextLines(std::string_view content);
 
-// A text file that is read, edited and written back as a whole. Links are followed: the file that they lead
-// to changes.
+// A text file that is read, edited and written back as a whole. A link in the place of the file is left
+// alone: replaced, it would part the user's two names of one text, and followed, it could lead anywhere.
 class TextFile {
 public:
     static constexpr std::int64_t kSizeLimit = 64 * 1024 * 1024;  // bytes
@@ -23,7 +23,7 @@ public:
     enum class State {
         kLoaded,
         kMissing,     // nothing of that name; the content is empty
-        kUnreadable,  // no plain file, too large, or the system refuses
+        kUnreadable,  // a link or no plain file at all, too large, or the system refuses
     };
 
     // The file system is borrowed.
@@ -38,11 +38,8 @@ public:
     bool store(std::string_view head, const std::vector<std::string_view>& lines);
 
 private:
-    bool writeAside(const std::string& newContent, std::string& outAside);
-    bool putInPlace(const std::string& aside);
-
     platform::FileSystem& files_;
-    std::string path_;  // once loaded, that of the file that links lead to
+    std::string path_;
     bool exists_ = false;
     std::string content_;
 };

@@ -1,6 +1,5 @@
 #include "platform/file_system.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -12,6 +11,7 @@
 #include <unordered_set>
 
 #include "platform/posix/native_path.h"
+#include "platform/posix/posix_directory.h"
 #include "platform/posix/posix_file.h"
 #include "platform/posix/protected_path.h"
 #include "platform/posix/state_directory.h"
@@ -96,24 +96,6 @@ int moveWithoutFlags(const std::string& from, const std::string& to) {
     return errorOf(rename(from.c_str(), to.c_str()));
 }
 
-struct DirectoryCloser {
-    void operator()(DIR* directory) const { closedir(directory); }
-};
-using DirectoryStream = std::unique_ptr<DIR, DirectoryCloser>;
-
-bool isDotEntry(const std::string& name) {
-    return name == "." || name == "..";
-}
-
-bool isDirectoryEntry(DIR* directory, const dirent& entry) {
-    if (entry.d_type != DT_UNKNOWN) {
-        return entry.d_type == DT_DIR;
-    }
-    struct stat status {};
-    return fstatat(dirfd(directory), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISDIR(status.st_mode);
-}
-
 // The directories that the Filesystem Hierarchy Standard 3.0 has on every system, in any of their levels that
 // a product could be put into.
 bool belongsToSystem(std::string_view path) {
@@ -180,6 +162,7 @@ class PosixFileSystem : public FileSystem {
 public:
     int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
     bool exists(std::string_view path) override;
+    PathKind kindOf(std::string_view path) override;
     bool isDirectory(std::string_view path) override;
     bool isOrdinaryDirectory(std::string_view path) override;
     std::int64_t fileSize(std::string_view path) override;
@@ -187,13 +170,11 @@ public:
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;
-    int createDirectory(std::string_view path) override {
-        return errorOf(mkdir(nativePath(path).c_str(), 0777));
-    }
+    int createDirectory(std::string_view path) override;
     int removeDirectory(std::string_view path) override { return errorOf(rmdir(nativePath(path).c_str())); }
     int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) override;
+    int openDirectory(std::string_view path, std::unique_ptr<Directory>& outDirectory) override;
     int makeExecutable(std::string_view path) override;
-    int copyRights(std::string_view from, std::string_view to) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
     int realPath(std::string_view path, std::string& outPath) override;
@@ -213,7 +194,9 @@ int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std
         return EINVAL;
     }
     flags |= dispositionFlags(options.disposition) | O_CLOEXEC | O_NOCTTY;
-    const mode_t mode = options.disposition == Disposition::kCreatePrivate ? 0600 : 0666;
+    flags |= options.followLinks ? 0 : O_NOFOLLOW;
+    // Whatever the user's mask lets through, nobody else may write what this program makes.
+    const mode_t mode = options.disposition == Disposition::kCreatePrivate ? 0600 : 0644;
     const std::string native = nativePath(path);
     const int descriptor = openWithoutWaiting(native.c_str(), flags, mode);
     if (descriptor < 0) {
@@ -233,6 +216,23 @@ int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std
 bool PosixFileSystem::exists(std::string_view path) {
     struct stat status {};
     return lstat(nativePath(path).c_str(), &status) == 0;
+}
+
+PathKind PosixFileSystem::kindOf(std::string_view path) {
+    struct stat status {};
+    if (lstat(nativePath(path).c_str(), &status) != 0) {
+        return errno == ENOENT || errno == ENOTDIR ? PathKind::kNothing : PathKind::kOther;
+    }
+    switch (status.st_mode & S_IFMT) {
+        case S_IFREG:
+            return PathKind::kFile;
+        case S_IFDIR:
+            return PathKind::kDirectory;
+        case S_IFLNK:
+            return PathKind::kLink;
+        default:
+            return PathKind::kOther;
+    }
 }
 
 bool PosixFileSystem::isDirectory(std::string_view path) {
@@ -290,47 +290,45 @@ int PosixFileSystem::replaceFile(std::string_view from, std::string_view to) {
     return errorOf(rename(nativePath(from).c_str(), nativePath(to).c_str()));
 }
 
-int PosixFileSystem::list(std::string_view path, std::vector<DirectoryEntry>& outEntries) {
-    outEntries.clear();
-    const DirectoryStream directory(opendir(nativePath(path).c_str()));
-    if (directory == nullptr) {
+// The mode is set on the directory itself, so that neither a mask nor a swap changes what gets it. A group
+// that the parent hands down stays.
+int PosixFileSystem::createDirectory(std::string_view path) {
+    const std::string native = nativePath(path);
+    if (mkdir(native.c_str(), 0755) != 0) {
         return errno;
     }
-    for (;;) {
-        errno = 0;
-        const dirent* entry = readdir(directory.get());
-        if (entry == nullptr) {
-            return errno;
-        }
-        if (!isDotEntry(entry->d_name)) {
-            outEntries.push_back({entry->d_name, isDirectoryEntry(directory.get(), *entry)});
-        }
+    const Descriptor made(retryInterrupted(
+        [&] { return ::open(native.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    struct stat status {};
+    if (made.isOpen() && fstat(made.get(), &status) == 0 && (status.st_mode & 0777) != 0755 &&
+        status.st_uid == geteuid()) {
+        fchmod(made.get(), (status.st_mode & S_ISGID) | 0755);
     }
+    return 0;
+}
+
+int PosixFileSystem::list(std::string_view path, std::vector<DirectoryEntry>& outEntries) {
+    outEntries.clear();
+    std::unique_ptr<Directory> directory;
+    const int status = PosixDirectory::open(AT_FDCWD, nativePath(path), 0, directory);
+    return status != 0 ? status : directory->list(outEntries);
+}
+
+int PosixFileSystem::openDirectory(std::string_view path, std::unique_ptr<Directory>& outDirectory) {
+    std::string native = nativePath(path);
+    // A separator at the end would have the system follow a link.
+    while (native.size() > 1 && native.back() == '/') {
+        native.pop_back();
+    }
+    return PosixDirectory::open(AT_FDCWD, native, O_NOFOLLOW, outDirectory);
 }
 
 int PosixFileSystem::makeExecutable(std::string_view path) {
-    const std::string native = nativePath(path);
-    struct stat status {};
-    if (stat(native.c_str(), &status) != 0) {
-        return errno;
-    }
-    const mode_t readable = status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH);
-    return errorOf(chmod(native.c_str(), (status.st_mode & 07777) | (readable >> 2)));
-}
-
-// The owner first: a change of it takes bits of the mode away.
-int PosixFileSystem::copyRights(std::string_view from, std::string_view to) {
-    const std::string target = nativePath(to);
-    struct stat wanted {};
-    struct stat present {};
-    if (stat(nativePath(from).c_str(), &wanted) != 0 || stat(target.c_str(), &present) != 0) {
-        return errno;
-    }
-    const bool isOthers = wanted.st_uid != present.st_uid || wanted.st_gid != present.st_gid;
-    if (isOthers && chown(target.c_str(), wanted.st_uid, wanted.st_gid) != 0) {
-        return errno;
-    }
-    return errorOf(chmod(target.c_str(), wanted.st_mode & 07777));
+    OpenOptions options;
+    options.followLinks = false;
+    std::unique_ptr<File> file;
+    const int status = open(path, options, file);
+    return status != 0 ? status : file->makeExecutable();
 }
 
 bool PosixFileSystem::temporaryDirectory(std::string& outPath) {

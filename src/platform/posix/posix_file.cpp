@@ -1,9 +1,69 @@
 #include "platform/posix/posix_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <string>
+
+#include "platform/posix/native_path.h"
+
 namespace platform {
+
+namespace {
+
+constexpr char kAccessList[] = "system.posix_acl_access";
+
+int errorOf(int callResult) {
+    return callResult == 0 ? 0 : errno;
+}
+
+mode_t modeOf(FileRights rights) {
+    switch (rights) {
+        case FileRights::kPlain:
+            return 0644;
+        case FileRights::kProgram:
+            return 0755;
+        case FileRights::kPrivate:
+            return 0600;
+    }
+    return 0600;
+}
+
+// A descriptor that only names a file takes no calls on its content, but has a path that no rename changes.
+std::string pathOf(const Descriptor& named) {
+    return "/proc/self/fd/" + std::to_string(named.get());
+}
+
+// The owner first: a change of it takes bits of the mode away.
+int copyOwnerAndMode(const struct stat& wanted, int descriptor) {
+    struct stat present {};
+    if (fstat(descriptor, &present) != 0) {
+        return errno;
+    }
+    const bool isOthers = wanted.st_uid != present.st_uid || wanted.st_gid != present.st_gid;
+    if (isOthers && fchown(descriptor, wanted.st_uid, wanted.st_gid) != 0) {
+        return errno;
+    }
+    return errorOf(fchmod(descriptor, wanted.st_mode & 07777));
+}
+
+// Without the list the mode's group bits, which bound it, would be rights of the group.
+int copyAccessList(const Descriptor& from, int descriptor) {
+    const std::string path = pathOf(from);
+    const ssize_t size = getxattr(path.c_str(), kAccessList, nullptr, 0);
+    if (size < 0) {
+        return errno == ENODATA || errno == EOPNOTSUPP || errno == ENOENT ? 0 : errno;
+    }
+    std::string list(static_cast<std::size_t>(size), '\0');
+    const ssize_t got = getxattr(path.c_str(), kAccessList, list.data(), list.size());
+    return got < 0
+               ? errno
+               : errorOf(fsetxattr(descriptor, kAccessList, list.data(), static_cast<std::size_t>(got), 0));
+}
+
+}  // namespace
 
 static_assert(sizeof(off_t) == 8, "positions are 64 bits wide");
 
@@ -61,6 +121,39 @@ int PosixFile::flush() {
     }
     // Pipes and devices have nothing to bring to a disk.
     return errno == EINVAL || errno == EROFS ? 0 : errno;
+}
+
+int PosixFile::setRights(FileRights rights) {
+    return errorOf(fchmod(descriptor_.get(), modeOf(rights)));
+}
+
+int PosixFile::takeRightsOf(std::string_view path) {
+    const Descriptor source(
+        retryInterrupted([&] { return ::open(nativePath(path).c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+    struct stat wanted {};
+    if (!source.isOpen() || fstat(source.get(), &wanted) != 0) {
+        return errno;
+    }
+    if (!S_ISREG(wanted.st_mode)) {
+        return S_ISLNK(wanted.st_mode) ? ELOOP : S_ISDIR(wanted.st_mode) ? EISDIR : ENXIO;
+    }
+    if (faccessat(AT_FDCWD, pathOf(source).c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT) {
+        return errno;
+    }
+    const int status = copyOwnerAndMode(wanted, descriptor_.get());
+    return status != 0 ? status : copyAccessList(source, descriptor_.get());
+}
+
+int PosixFile::makeExecutable() {
+    struct stat status {};
+    if (fstat(descriptor_.get(), &status) != 0) {
+        return errno;
+    }
+    const mode_t wanted = (status.st_mode | (status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH)) >> 2) & 07777;
+    if (wanted == (status.st_mode & 07777)) {
+        return 0;
+    }
+    return status.st_nlink > 1 ? EMLINK : errorOf(fchmod(descriptor_.get(), wanted));
 }
 
 }  // namespace platform

@@ -1,5 +1,8 @@
 #include "platform/windows/file.h"
 
+#include <vector>
+
+#include "platform/windows/link_test.h"
 #include "platform/windows/system_error.h"
 
 namespace platform {
@@ -16,6 +19,40 @@ DWORD moveMethodOf(Origin origin) {
             return FILE_END;
     }
     return FILE_BEGIN;
+}
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// The attributes of a plain file that may be replaced.
+int attributesOf(HANDLE source, DWORD& outAttributes) {
+    FILE_ATTRIBUTE_TAG_INFO info;
+    if (GetFileInformationByHandleEx(source, FileAttributeTagInfo, &info, sizeof(info)) == 0) {
+        return failureNumber();
+    }
+    constexpr DWORD kRefused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_READONLY;
+    outAttributes = info.FileAttributes;
+    return (outAttributes & kRefused) != 0 || isLink(outAttributes, info.ReparseTag)
+               ? static_cast<int>(ERROR_ACCESS_DENIED)
+               : 0;
+}
+
+// The access list, unchanged.
+int copyAccessList(HANDLE from, HANDLE to) {
+    DWORD size = 0;
+    GetKernelObjectSecurity(from, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<unsigned char> descriptor(size);
+    if (GetKernelObjectSecurity(from, DACL_SECURITY_INFORMATION, descriptor.data(), size, &size) == 0) {
+        return failureNumber();
+    }
+    return statusOf(SetKernelObjectSecurity(to, DACL_SECURITY_INFORMATION, descriptor.data()));
+}
+
+int setAttributes(HANDLE file, DWORD attributes) {
+    constexpr DWORD kSettable = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                                FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    FILE_BASIC_INFO info{};  // times of 0 stay as they are
+    info.FileAttributes = (attributes & kSettable) != 0 ? attributes & kSettable : FILE_ATTRIBUTE_NORMAL;
+    return statusOf(SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof(info)));
 }
 
 }  // namespace
@@ -56,6 +93,31 @@ int WindowsFile::truncateHere() {
 
 int WindowsFile::flush() {
     return statusOf(FlushFileBuffers(handle_.get()));
+}
+
+// The disposition of the opening has decided: the list of the directory, or the private one.
+int WindowsFile::setRights(FileRights) {
+    return handle_ ? 0 : static_cast<int>(ERROR_INVALID_HANDLE);
+}
+
+int WindowsFile::takeRightsOf(std::string_view path) {
+    const Handle source(CreateFileW(systemPath(path).c_str(), READ_CONTROL | FILE_READ_ATTRIBUTES, kShareAll,
+                                    nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (!source) {
+        return failureNumber();
+    }
+    DWORD attributes = 0;
+    int status = attributesOf(source.get(), attributes);
+    if (status == 0) {
+        status = copyAccessList(source.get(), handle_.get());
+    }
+    return status != 0 ? status : setAttributes(handle_.get(), attributes);
+}
+
+// A name makes a program here.
+int WindowsFile::makeExecutable() {
+    return handle_ ? 0 : static_cast<int>(ERROR_INVALID_HANDLE);
 }
 
 int WindowsFile::close() {

@@ -15,6 +15,9 @@ public:
     std::int64_t size() override;
     int truncateHere() override;
     int flush() override;
+    int setRights(FileRights rights) override;
+    int takeRightsOf(std::string_view path) override;
+    int makeExecutable() override;
     int close() override;
 
 private:

@@ -6,7 +6,9 @@
 
 #include <cwchar>
 
+#include "platform/windows/directory.h"
 #include "platform/windows/file.h"
+#include "platform/windows/link_test.h"
 #include "platform/windows/private_security.h"
 #include "platform/windows/protected_path.h"
 #include "platform/windows/system_error.h"
@@ -93,6 +95,28 @@ bool entryOf(std::string_view path, DWORD& outAttributes, std::int64_t& outSize)
     return true;
 }
 
+bool isMissingError(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
+           error == ERROR_INVALID_DRIVE || error == ERROR_BAD_NETPATH;
+}
+
+// The kind of link or other special entry that a path names; 0 when it can't be found out.
+DWORD tagOf(const std::wstring& path) {
+    const Handle entry(CreateFileW(
+        path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+        OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    FILE_ATTRIBUTE_TAG_INFO info;
+    const bool isKnown =
+        entry && GetFileInformationByHandleEx(entry.get(), FileAttributeTagInfo, &info, sizeof(info)) != 0;
+    return isKnown ? info.ReparseTag : 0;
+}
+
+bool isLinkItself(HANDLE handle) {
+    FILE_ATTRIBUTE_TAG_INFO info;
+    return GetFileInformationByHandleEx(handle, FileAttributeTagInfo, &info, sizeof(info)) == 0 ||
+           isLink(info.FileAttributes, info.ReparseTag);
+}
+
 // The path without the prefix that the system puts in front of what it resolved.
 std::wstring withoutPrefix(const std::wstring& path) {
     constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
@@ -121,26 +145,6 @@ int finalPathOf(const std::wstring& path, std::wstring& outPath) {
     return 0;
 }
 
-// The access list, unchanged.
-int copyAccessList(const wchar_t* from, const wchar_t* to) {
-    DWORD size = 0;
-    GetFileSecurityW(from, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<unsigned char> descriptor(size);
-    if (GetFileSecurityW(from, DACL_SECURITY_INFORMATION, descriptor.data(), size, &size) == 0) {
-        return failureNumber();
-    }
-    return statusOf(SetFileSecurityW(to, DACL_SECURITY_INFORMATION, descriptor.data()));
-}
-
-bool isDotEntry(const wchar_t* name) {
-    return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
-}
-
-// A junction or another link would lead a walk out of its tree.
-bool isTrueDirectory(DWORD attributes) {
-    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
-}
-
 int listInto(const std::wstring& pattern, std::vector<DirectoryEntry>& outEntries) {
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch,
@@ -151,7 +155,7 @@ int listInto(const std::wstring& pattern, std::vector<DirectoryEntry>& outEntrie
         return error == ERROR_FILE_NOT_FOUND ? 0 : error;
     }
     do {
-        if (!isDotEntry(found.cFileName)) {
+        if (isListableName(found.cFileName)) {
             outEntries.push_back({utf8Of(found.cFileName), isTrueDirectory(found.dwFileAttributes)});
         }
     } while (FindNextFileW(search, &found) != 0);
@@ -190,14 +194,21 @@ public:
             }
         }
         const DispositionFlags how = flagsOf(options.disposition);
-        const DWORD hint = options.sequential ? FILE_FLAG_SEQUENTIAL_SCAN : 0;
-        const HANDLE handle =
-            CreateFileW(wide.c_str(), accessOf(options.access), shareOf(options.share), security,
-                        how.disposition, FILE_ATTRIBUTE_NORMAL | how.flags | hint, nullptr);
+        const DWORD flags = FILE_ATTRIBUTE_NORMAL | how.flags |
+                            (options.sequential ? FILE_FLAG_SEQUENTIAL_SCAN : 0) |
+                            (options.followLinks ? 0 : FILE_FLAG_OPEN_REPARSE_POINT);
+        // A private file may be given the rights of another one.
+        const DWORD access = accessOf(options.access) | (security != nullptr ? WRITE_DAC : 0);
+        const HANDLE handle = CreateFileW(wide.c_str(), access, shareOf(options.share), security,
+                                          how.disposition, flags, nullptr);
         if (handle == INVALID_HANDLE_VALUE) {
             return failureNumber();
         }
-        outFile = std::make_unique<WindowsFile>(handle);
+        auto file = std::make_unique<WindowsFile>(handle);
+        if (!options.followLinks && isLinkItself(handle)) {
+            return ERROR_CANT_ACCESS_FILE;
+        }
+        outFile = std::move(file);
         return 0;
     }
 
@@ -205,6 +216,19 @@ public:
         DWORD attributes = 0;
         std::int64_t size = 0;
         return entryOf(path, attributes, size);
+    }
+
+    PathKind kindOf(std::string_view path) override {
+        DWORD attributes = 0;
+        std::int64_t size = 0;
+        if (!entryOf(path, attributes, size)) {
+            const bool isMissing = isMissingError(GetLastError());
+            return isMissing && !namesDevice(systemPath(path)) ? PathKind::kNothing : PathKind::kOther;
+        }
+        if (isLink(attributes, tagOf(systemPath(path)))) {
+            return PathKind::kLink;
+        }
+        return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::kDirectory : PathKind::kFile;
     }
 
     bool isDirectory(std::string_view path) override {
@@ -277,20 +301,18 @@ public:
         return listInto(pattern, outEntries);
     }
 
-    int makeExecutable(std::string_view path) override { return exists(path) ? 0 : ERROR_FILE_NOT_FOUND; }
+    int openDirectory(std::string_view path, std::unique_ptr<Directory>& outDirectory) override {
+        outDirectory.reset();
+        std::wstring wide = systemPath(path);
+        // A separator at the end would have the system follow a link. A drive's root needs its own.
+        while (wide.size() > 1 && wide.back() == L'\\' && wide[wide.size() - 2] != L':') {
+            wide.pop_back();
+        }
+        return namesDevice(wide) ? kRefusedName : WindowsDirectory::open(wide, outDirectory);
+    }
 
-    int copyRights(std::string_view from, std::string_view to) override {
-        const std::wstring source = systemPath(from);
-        const std::wstring target = systemPath(to);
-        const DWORD attributes = GetFileAttributesW(source.c_str());
-        if (attributes == INVALID_FILE_ATTRIBUTES) {
-            return failureNumber();
-        }
-        if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-            return ERROR_ACCESS_DENIED;
-        }
-        const int status = copyAccessList(source.c_str(), target.c_str());
-        return status != 0 ? status : statusOf(SetFileAttributesW(target.c_str(), attributes));
+    int makeExecutable(std::string_view path) override {
+        return kindOf(path) == PathKind::kFile ? 0 : static_cast<int>(ERROR_FILE_NOT_FOUND);
     }
 
     bool temporaryDirectory(std::string& outPath) override {

@@ -47,11 +47,12 @@ TEST_F(TextFileTest, SaysWhatIsThere) {
     files_.addFile("/d/f", "old");
     files_.addLink("/link", "/d/f");
     files_.addLink("/dangling", "/none");
-    TextFile file(files_, "/link");
+    TextFile file(files_, "/d/f");
     EXPECT_EQ(file.load(), State::kLoaded);
     EXPECT_EQ(file.content(), "old");
     EXPECT_EQ(TextFile(files_, "/none").load(), State::kMissing);
     EXPECT_EQ(TextFile(files_, "/d").load(), State::kUnreadable);
+    EXPECT_EQ(TextFile(files_, "/link").load(), State::kUnreadable);
     EXPECT_EQ(TextFile(files_, "/dangling").load(), State::kUnreadable);
     files_.failAt(Operation::kRead, "/d/f", 1);
     EXPECT_EQ(file.load(), State::kUnreadable);
@@ -73,15 +74,35 @@ TEST_F(TextFileTest, ReplacesAFileWithItsRights) {
     EXPECT_TRUE(files_.isExecutable("/d/f"));
     EXPECT_FALSE(files_.isPrivate("/d/f"));
     EXPECT_EQ(files_.allFiles(), std::vector<std::string>{"/d/f"});
-    EXPECT_TRUE(files_.didOperation("flush /d/.tandrel-edit-1.tmp"));
+    EXPECT_TRUE(files_.didOperation("flush /d/.tandrel-1.tmp"));
 }
 
-TEST_F(TextFileTest, ChangesTheFileThatALinkLeadsTo) {
+TEST_F(TextFileTest, LeavesALinkAndWhatItLeadsTo) {
     files_.addFile("/d/f", "old");
     files_.addLink("/etc/link", "/d/f");
-    EXPECT_TRUE(storeOver("/etc/link"));
-    EXPECT_FALSE(files_.hasFile("/etc/link"));
-    EXPECT_EQ(files_.content("/d/f"), textOf({"new", "lines"}));
+    TextFile file(files_, "/etc/link");
+    EXPECT_EQ(file.load(), State::kUnreadable);
+    EXPECT_EQ(file.content(), "");
+    EXPECT_EQ(files_.kindOf("/etc/link"), platform::PathKind::kLink);
+    EXPECT_EQ(files_.content("/d/f"), "old");
+}
+
+// The link would show the editor a text that isn't the user's to read.
+TEST_F(TextFileTest, ReadsNothingThroughALinkThatAppearsAfterTheLook) {
+    files_.addFile("/d/f", "old");
+    files_.addFile("/victim", "secret");
+    files_.runBefore(Operation::kOpen, "/d/f", 1, [this] { files_.addLink("/d/f", "/victim"); });
+    TextFile file(files_, "/d/f");
+    EXPECT_EQ(file.load(), State::kUnreadable);
+    EXPECT_EQ(file.content(), "");
+}
+
+TEST_F(TextFileTest, DoesNotReplaceAFileThatItMissed) {
+    TextFile file(files_, "/d/f");
+    EXPECT_EQ(file.load(), State::kMissing);
+    files_.addFile("/d/f", "old");
+    EXPECT_FALSE(file.store("", {"new"}));
+    expectAsItWas();
 }
 
 TEST_F(TextFileTest, MakesAMissingFile) {
@@ -112,7 +133,7 @@ TEST_F(TextFileTest, LeavesTheOldFileAfterEachFailure) {
         files_.clearFaults();
         expectAsItWas();
     }
-    files_.failAt(Operation::kOpen, "/d/.tandrel-edit-1.tmp", 1);
+    files_.failAt(Operation::kOpen, "/d/.tandrel-1.tmp", 1);
     EXPECT_FALSE(storeOver("/d/f"));
     files_.setFreeSpace(3);
     EXPECT_FALSE(storeOver("/d/f"));
@@ -129,21 +150,6 @@ TEST_F(TextFileTest, LeavesNothingWhereANewFileFails) {
         EXPECT_FALSE(storeOver("/d/f"));
         EXPECT_TRUE(files_.allFiles().empty());
     }
-}
-
-TEST_F(TextFileTest, LeavesFilesOfItsOwnNamesAlone) {
-    files_.addFile("/d/f", "old");
-    files_.addFile("/d/.tandrel-edit-1.tmp", "mine");
-    files_.addLink("/d/.tandrel-edit-2.tmp", "/target");
-    EXPECT_TRUE(storeOver("/d/f"));
-    EXPECT_EQ(files_.content("/d/.tandrel-edit-1.tmp"), "mine");
-    EXPECT_FALSE(files_.hasFile("/target"));
-    for (int number = 1; number <= 100; ++number) {
-        files_.addFile("/d/.tandrel-edit-" + std::to_string(number) + ".tmp", "mine");
-    }
-    const std::string content = files_.content("/d/f");
-    EXPECT_FALSE(storeOver("/d/f"));
-    EXPECT_EQ(files_.content("/d/f"), content);
 }
 
 TEST(TextFileMachineTest, ReplacesARealFile) {

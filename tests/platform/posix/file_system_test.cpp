@@ -32,6 +32,15 @@ protected:
         return files_.open(path.c_str(), options, file);
     }
 
+    std::unique_ptr<File> openNew(const char* name) {
+        OpenOptions options;
+        options.access = platform::kWrite;
+        options.disposition = Disposition::kCreatePrivate;
+        std::unique_ptr<File> file;
+        EXPECT_EQ(files_.open(path(name), options, file), 0);
+        return file;
+    }
+
     static mode_t modeOf(const std::string& path) {
         struct stat status {};
         EXPECT_EQ(stat(path.c_str(), &status), 0);
@@ -189,16 +198,166 @@ TEST_F(PosixFileSystemTest, ResolvesLinksToPlainFiles) {
     EXPECT_EQ(resolved, "");
 }
 
-TEST_F(PosixFileSystemTest, CopiesTheMode) {
+// The mask of the process, put back at the end.
+class Umask {
+public:
+    explicit Umask(mode_t mask) : before_(umask(mask)) {}
+    ~Umask() { umask(before_); }
+
+private:
+    mode_t before_;
+};
+
+TEST_F(PosixFileSystemTest, AnOpenFileTakesModeAndOwner) {
     writeTestFile(path("from"), "a");
-    writeTestFile(path("to"), "b");
-    for (const mode_t mode : {0600, 0644, 0750}) {
+    const bool isRoot = geteuid() == 0;
+    ASSERT_EQ(isRoot ? chown(path("from").c_str(), 12345, 23456) : 0, 0);
+    for (const mode_t mode : {0600, 0644, 0750, 04755}) {
         ASSERT_EQ(chmod(path("from").c_str(), mode), 0);
-        EXPECT_EQ(files_.copyRights(path("from").c_str(), path("to").c_str()), 0);
+        std::unique_ptr<File> file = openNew("to");
+        EXPECT_EQ(file->takeRightsOf(path("from")), 0);
         struct stat status {};
         ASSERT_EQ(stat(path("to").c_str(), &status), 0);
         EXPECT_EQ(status.st_mode & 07777, mode);
+        EXPECT_EQ(status.st_uid, isRoot ? 12345 : geteuid());
+        EXPECT_EQ(unlink(path("to").c_str()), 0);
     }
+}
+
+TEST_F(PosixFileSystemTest, AnOpenFileTakesNoRightsThroughALinkOrFromADevice) {
+    writeTestFile(path("victim"), "a");
+    ASSERT_EQ(symlink("victim", path("link").c_str()), 0);
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0666), 0);
+    std::unique_ptr<File> file = openNew("to");
+    EXPECT_EQ(file->takeRightsOf(path("link")), ELOOP);
+    EXPECT_EQ(file->takeRightsOf(path("pipe")), ENXIO);
+    EXPECT_EQ(file->takeRightsOf("/dev/null"), ENXIO);
+    EXPECT_EQ(modeOf(path("to")), 0600U);
+}
+
+TEST_F(PosixFileSystemTest, RightsDoNotDependOnTheMask) {
+    for (const mode_t mask : {0000, 0077, 0022}) {
+        const Umask changed(mask);
+        for (const auto& [rights, mode] : {std::pair{platform::FileRights::kPlain, 0644U},
+                                           {platform::FileRights::kProgram, 0755U},
+                                           {platform::FileRights::kPrivate, 0600U}}) {
+            std::unique_ptr<File> file = openNew("f");
+            EXPECT_EQ(file->setRights(rights), 0);
+            EXPECT_EQ(modeOf(path("f")), mode);
+            EXPECT_EQ(unlink(path("f").c_str()), 0);
+        }
+        EXPECT_EQ(files_.createDirectory(path("d")), 0);
+        EXPECT_EQ(modeOf(path("d")), 0755U);
+        EXPECT_EQ(files_.removeDirectory(path("d")), 0);
+    }
+}
+
+// Otherwise somebody could keep it open for writing from before it got its rights.
+TEST_F(PosixFileSystemTest, NobodyElseMayWriteAFreshFileWithoutAMask) {
+    const Umask changed(0);
+    for (const Disposition disposition : {Disposition::kCreateNew, Disposition::kCreateAlways,
+                                          Disposition::kOpenOrCreate, Disposition::kCreatePrivate}) {
+        ASSERT_EQ(create(path("f"), disposition), 0);
+        EXPECT_EQ(modeOf(path("f")) & 0022U, 0U);
+        EXPECT_EQ(unlink(path("f").c_str()), 0);
+    }
+}
+
+TEST_F(PosixFileSystemTest, ADirectoryKeepsTheGroupThatItsParentHandsDown) {
+    ASSERT_EQ(chmod(directory_.path().c_str(), 02755), 0);
+    const Umask changed(0077);
+    EXPECT_EQ(files_.createDirectory(path("d")), 0);
+    EXPECT_EQ(modeOf(path("d")), 02755U);
+}
+
+TEST_F(PosixFileSystemTest, MarksNoProgramThroughALinkOrUnderTwoNames) {
+    writeTestFile(path("victim"), "");
+    ASSERT_EQ(chmod(path("victim").c_str(), 0644), 0);
+    ASSERT_EQ(symlink("victim", path("link").c_str()), 0);
+    EXPECT_EQ(files_.makeExecutable(path("link")), ELOOP);
+    ASSERT_EQ(link(path("victim").c_str(), path("other").c_str()), 0);
+    EXPECT_EQ(files_.makeExecutable(path("other")), EMLINK);
+    EXPECT_EQ(modeOf(path("victim")), 0644U);
+    ASSERT_EQ(chmod(path("victim").c_str(), 0755), 0);
+    EXPECT_EQ(files_.makeExecutable(path("other")), 0);
+    EXPECT_NE(files_.makeExecutable(directory_.path()), 0);
+}
+
+TEST_F(PosixFileSystemTest, OpensNoLinkWhereNoneIsToBeFollowed) {
+    writeTestFile(path("f"), "abc");
+    ASSERT_EQ(symlink("f", path("link").c_str()), 0);
+    OpenOptions options;
+    options.followLinks = false;
+    std::unique_ptr<File> file;
+    EXPECT_EQ(files_.open(path("link"), options, file), ELOOP);
+    EXPECT_EQ(files_.open(path("f"), options, file), 0);
+}
+
+TEST_F(PosixFileSystemTest, KnowsLinksPipesAndDevicesByThemselves) {
+    using platform::PathKind;
+    ASSERT_EQ(symlink("/", path("link").c_str()), 0);
+    ASSERT_EQ(symlink("none", path("dangling").c_str()), 0);
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(files_.kindOf(path("link")), PathKind::kLink);
+    EXPECT_EQ(files_.kindOf(path("dangling")), PathKind::kLink);
+    EXPECT_EQ(files_.kindOf(path("pipe")), PathKind::kOther);
+    EXPECT_EQ(files_.kindOf("/dev/null"), PathKind::kOther);
+    EXPECT_EQ(files_.kindOf(std::string(5000, 'x')), PathKind::kOther);
+}
+
+// The calls above would turn each `\` into a separator.
+TEST_F(PosixFileSystemTest, ListsNoNameThatLeadsElsewhere) {
+    ASSERT_EQ(mkdir(path("d").c_str(), 0700), 0);
+    writeTestFile(path("victim"), "precious");
+    for (const char* name : {"/..\\victim", "/a\\b", "/\\", "/plain"}) {
+        const int made = ::open((path("d") + name).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+        ASSERT_GE(made, 0);
+        ::close(made);
+    }
+    ASSERT_EQ(mkdir((path("d") + "/..\\..").c_str(), 0700), 0);
+    std::vector<platform::DirectoryEntry> entries;
+    ASSERT_EQ(files_.list(path("d"), entries), 0);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].name, "plain");
+    // What isn't listed keeps its directory.
+    EXPECT_EQ(files_.removeFile(path("d/plain")), 0);
+    EXPECT_EQ(files_.removeDirectory(path("d")), ENOTEMPTY);
+}
+
+TEST_F(PosixFileSystemTest, AnOpenDirectoryWinsOverASwap) {
+    ASSERT_EQ(mkdir(path("d").c_str(), 0700), 0);
+    ASSERT_EQ(mkdir(path("d/sub").c_str(), 0700), 0);
+    ASSERT_EQ(mkdir(path("outside").c_str(), 0700), 0);
+    for (const char* file : {"d/f", "d/sub/f", "outside/f"}) {
+        writeTestFile(path(file), "abc");
+    }
+    std::unique_ptr<platform::Directory> opened;
+    std::unique_ptr<platform::Directory> below;
+    ASSERT_EQ(files_.openDirectory(path("d"), opened), 0);
+    ASSERT_EQ(opened->openDirectory("sub", below), 0);
+    ASSERT_EQ(rename(path("d").c_str(), path("moved").c_str()), 0);
+    ASSERT_EQ(symlink(path("outside").c_str(), path("d").c_str()), 0);
+    EXPECT_EQ(opened->removeFile("f"), 0);
+    EXPECT_EQ(below->removeFile("f"), 0);
+    EXPECT_EQ(opened->removeDirectory("sub"), 0);
+    EXPECT_EQ(readTestFile(path("outside/f")), "abc");
+    EXPECT_FALSE(testFileExists(path("moved/f")));
+    EXPECT_EQ(files_.openDirectory(path("d"), opened), ENOTDIR);
+    EXPECT_EQ(files_.openDirectory(path("d") + "/", opened), ENOTDIR);
+}
+
+TEST_F(PosixFileSystemTest, AnOpenDirectoryRemovesLinksButOpensNone) {
+    ASSERT_EQ(mkdir(path("d").c_str(), 0700), 0);
+    ASSERT_EQ(mkdir(path("outside").c_str(), 0700), 0);
+    writeTestFile(path("outside/f"), "abc");
+    ASSERT_EQ(symlink("../outside", path("d/link").c_str()), 0);
+    std::unique_ptr<platform::Directory> opened;
+    std::unique_ptr<platform::Directory> below;
+    ASSERT_EQ(files_.openDirectory(path("d"), opened), 0);
+    EXPECT_NE(opened->openDirectory("link", below), 0);
+    EXPECT_NE(opened->removeDirectory("link"), 0);
+    EXPECT_EQ(opened->removeFile("link"), 0);
+    EXPECT_EQ(readTestFile(path("outside/f")), "abc");
 }
 
 }  // namespace

@@ -1,0 +1,103 @@
+#include "platform/posix/posix_directory.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+int errorOf(int callResult) {
+    return callResult == 0 ? 0 : errno;
+}
+
+struct StreamCloser {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+using DirectoryStream = std::unique_ptr<DIR, StreamCloser>;
+
+// The calls of this folder turn `\` into `/`, so a name that holds one would lead elsewhere.
+bool isPlainName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of(std::string_view("/\\\0", 3)) == std::string_view::npos;
+}
+
+bool isDirectoryEntry(DIR* directory, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN) {
+        return entry.d_type == DT_DIR;
+    }
+    struct stat status {};
+    return fstatat(dirfd(directory), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+// Reads from a descriptor of its own, because the stream closes it and moves its position.
+DirectoryStream streamOf(int descriptor) {
+    const int own =
+        retryInterrupted([&] { return openat(descriptor, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    DirectoryStream stream(own < 0 ? nullptr : fdopendir(own));
+    if (own >= 0 && stream == nullptr) {
+        ::close(own);
+    }
+    return stream;
+}
+
+}  // namespace
+
+int PosixDirectory::open(int base, const std::string& path, int flags,
+                         std::unique_ptr<Directory>& outDirectory) {
+    outDirectory.reset();
+    const int descriptor = retryInterrupted(
+        [&] { return openat(base, path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | flags); });
+    if (descriptor < 0) {
+        return errno;
+    }
+    outDirectory = std::make_unique<PosixDirectory>(descriptor);
+    return 0;
+}
+
+int PosixDirectory::list(std::vector<DirectoryEntry>& outEntries) {
+    outEntries.clear();
+    const DirectoryStream directory = streamOf(descriptor_.get());
+    if (directory == nullptr) {
+        return errno;
+    }
+    for (;;) {
+        errno = 0;
+        const dirent* entry = readdir(directory.get());
+        if (entry == nullptr) {
+            return errno;
+        }
+        if (isPlainName(entry->d_name)) {
+            outEntries.push_back({entry->d_name, isDirectoryEntry(directory.get(), *entry)});
+        }
+    }
+}
+
+int PosixDirectory::openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) {
+    outDirectory.reset();
+    return isPlainName(name) ? open(descriptor_.get(), std::string(name), O_NOFOLLOW, outDirectory) : EINVAL;
+}
+
+// A device is nobody's file.
+int PosixDirectory::removeFile(std::string_view name) {
+    if (!isPlainName(name)) {
+        return EINVAL;
+    }
+    const std::string entry(name);
+    struct stat status {};
+    if (fstatat(descriptor_.get(), entry.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+        (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode))) {
+        return EPERM;
+    }
+    return errorOf(unlinkat(descriptor_.get(), entry.c_str(), 0));
+}
+
+int PosixDirectory::removeDirectory(std::string_view name) {
+    return isPlainName(name) ? errorOf(unlinkat(descriptor_.get(), std::string(name).c_str(), AT_REMOVEDIR))
+                             : EINVAL;
+}
+
+}  // namespace platform

@@ -1,0 +1,138 @@
+#include "platform/windows/directory.h"
+
+#include <winternl.h>
+
+#include <utility>
+
+#include "platform/windows/link_test.h"
+#include "platform/windows/system_error.h"
+
+namespace platform {
+
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD kWalkAccess = FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES;
+
+int tagOf(HANDLE handle, FILE_ATTRIBUTE_TAG_INFO& outInfo) {
+    return statusOf(GetFileInformationByHandleEx(handle, FileAttributeTagInfo, &outInfo, sizeof(outInfo)));
+}
+
+// Takes the handle over.
+int asDirectory(HANDLE handle, std::unique_ptr<Directory>& outDirectory) {
+    auto directory = std::make_unique<WindowsDirectory>(handle);
+    FILE_ATTRIBUTE_TAG_INFO info;
+    if (const int status = tagOf(handle, info); status != 0) {
+        return status;
+    }
+    if (!isTrueDirectory(info.FileAttributes)) {
+        return ERROR_DIRECTORY;
+    }
+    outDirectory = std::move(directory);
+    return 0;
+}
+
+int deleteOpen(HANDLE handle) {
+    FILE_DISPOSITION_INFO info{};
+    info.DeleteFile = TRUE;
+    return statusOf(SetFileInformationByHandle(handle, FileDispositionInfo, &info, sizeof(info)));
+}
+
+// The entries of one filled buffer.
+void addEntries(const std::vector<unsigned char>& buffer, std::vector<DirectoryEntry>& outEntries) {
+    for (std::size_t offset = 0;;) {
+        const auto* entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(buffer.data() + offset);
+        const std::wstring_view name(entry->FileName, entry->FileNameLength / sizeof(wchar_t));
+        if (isListableName(name)) {
+            outEntries.push_back({utf8Of(name), isTrueDirectory(entry->FileAttributes)});
+        }
+        if (entry->NextEntryOffset == 0) {
+            return;
+        }
+        offset += entry->NextEntryOffset;
+    }
+}
+
+}  // namespace
+
+bool isListableName(std::wstring_view name) {
+    constexpr std::wstring_view kLeadingElsewhere(L"/\\:\0", 4);
+    return !name.empty() && name != L"." && name != L".." &&
+           name.find_first_of(kLeadingElsewhere) == std::wstring_view::npos && wideOf(utf8Of(name)) == name;
+}
+
+int WindowsDirectory::open(const std::wstring& path, std::unique_ptr<Directory>& outDirectory) {
+    outDirectory.reset();
+    const HANDLE handle = CreateFileW(path.c_str(), kWalkAccess, kShareAll, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    return handle == INVALID_HANDLE_VALUE ? failureNumber() : asDirectory(handle, outDirectory);
+}
+
+int WindowsDirectory::openEntry(std::string_view name, DWORD access, HANDLE& outHandle) {
+    std::wstring wide = wideOf(name);
+    if (!isListableName(wide) || wide.size() > MAXSHORT) {
+        return ERROR_INVALID_NAME;
+    }
+    const auto size = static_cast<USHORT>(wide.size() * sizeof(wchar_t));
+    UNICODE_STRING text{size, size, wide.data()};
+    OBJECT_ATTRIBUTES attributes;
+    InitializeObjectAttributes(&attributes, &text, OBJ_CASE_INSENSITIVE, handle_.get(), nullptr);
+    IO_STATUS_BLOCK block{};
+    const NTSTATUS status =
+        NtOpenFile(&outHandle, access | SYNCHRONIZE, &attributes, &block, kShareAll,
+                   FILE_OPEN_REPARSE_POINT | FILE_OPEN_FOR_BACKUP_INTENT | FILE_SYNCHRONOUS_IO_NONALERT);
+    return status >= 0 ? 0 : static_cast<int>(RtlNtStatusToDosError(status));
+}
+
+int WindowsDirectory::list(std::vector<DirectoryEntry>& outEntries) {
+    outEntries.clear();
+    std::vector<unsigned char> buffer(64 * 1024);
+    const auto size = static_cast<DWORD>(buffer.size());
+    for (auto part = FileIdBothDirectoryRestartInfo;; part = FileIdBothDirectoryInfo) {
+        if (GetFileInformationByHandleEx(handle_.get(), part, buffer.data(), size) == 0) {
+            const int error = failureNumber();
+            // An empty root directory has not even the entry "."; that isn't a failure.
+            return error == ERROR_NO_MORE_FILES || error == ERROR_FILE_NOT_FOUND ? 0 : error;
+        }
+        addEntries(buffer, outEntries);
+    }
+}
+
+int WindowsDirectory::openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) {
+    outDirectory.reset();
+    HANDLE entry = nullptr;
+    const int status = openEntry(name, kWalkAccess, entry);
+    return status != 0 ? status : asDirectory(entry, outDirectory);
+}
+
+// A link to a directory has the attribute of one; it is removed like a link to a file.
+int WindowsDirectory::removeFile(std::string_view name) {
+    HANDLE opened = nullptr;
+    if (const int status = openEntry(name, DELETE | FILE_READ_ATTRIBUTES, opened); status != 0) {
+        return status;
+    }
+    const Handle entry(opened);
+    FILE_ATTRIBUTE_TAG_INFO info;
+    if (const int status = tagOf(entry.get(), info); status != 0) {
+        return status;
+    }
+    const bool isDirectory = (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isDirectory && !isLink(info.FileAttributes, info.ReparseTag)
+               ? static_cast<int>(ERROR_ACCESS_DENIED)
+               : deleteOpen(entry.get());
+}
+
+int WindowsDirectory::removeDirectory(std::string_view name) {
+    HANDLE opened = nullptr;
+    if (const int status = openEntry(name, DELETE | FILE_READ_ATTRIBUTES, opened); status != 0) {
+        return status;
+    }
+    const Handle entry(opened);
+    FILE_ATTRIBUTE_TAG_INFO info;
+    if (const int status = tagOf(entry.get(), info); status != 0) {
+        return status;
+    }
+    return isTrueDirectory(info.FileAttributes) ? deleteOpen(entry.get()) : static_cast<int>(ERROR_DIRECTORY);
+}
+
+}  // namespace platform

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/file_system.h"
+#include "platform/windows/wide_text.h"
+
+namespace platform {
+
+// Whether a path can mean the entry with this name: it neither leads elsewhere nor comes back from UTF-8 as
+// another name.
+bool isListableName(std::wstring_view name);
+
+// An open directory's handle as a Directory. Entries are opened relative to it, never by a path.
+class WindowsDirectory : public Directory {
+public:
+    // Opens the directory at `path`, which is in the system's form. A link is refused. 0 or the error number.
+    static int open(const std::wstring& path, std::unique_ptr<Directory>& outDirectory);
+
+    explicit WindowsDirectory(HANDLE handle) : handle_(handle) {}
+
+    int list(std::vector<DirectoryEntry>& outEntries) override;
+    int openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) override;
+    int removeFile(std::string_view name) override;
+    int removeDirectory(std::string_view name) override;
+
+private:
+    int openEntry(std::string_view name, DWORD access, HANDLE& outHandle);
+
+    Handle handle_;
+};
+
+}  // namespace platform

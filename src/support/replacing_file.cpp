@@ -1,0 +1,87 @@
+#include "support/replacing_file.h"
+
+namespace {
+
+using platform::FileRights;
+using platform::PathKind;
+
+// Names stay taken by programs that run at the same time and by those that were killed.
+constexpr int kMostNames = 1000;
+
+// On the same volume as the file, so that it can take its place in one step.
+std::string nameBeside(const std::string& path, int number) {
+    std::size_t directory = path.find_last_of("/\\") + 1;
+    if (directory == 0 && path.size() > 1 && path[1] == ':') {
+        directory = 2;
+    }
+    return path.substr(0, directory) + ".tandrel-" + std::to_string(number) + ".tmp";
+}
+
+}  // namespace
+
+int ReplacingFile::open(std::string_view path, FileRights rights) {
+    discard();
+    path_ = path;
+    rights_ = rights;
+    present_ = files_.kindOf(path_);
+    if (path_.empty() || present_ == PathKind::kDirectory || present_ == PathKind::kOther) {
+        return -1;
+    }
+    return createBeside();
+}
+
+// Private until it has the rights of the file that it replaces: those may be fewer than a new file has.
+int ReplacingFile::createBeside() {
+    const bool isPrivate = present_ == PathKind::kFile || rights_ == FileRights::kPrivate;
+    int status = -1;
+    for (int number = 1; status != 0 && number <= kMostNames; ++number) {
+        beside_ = nameBeside(path_, number);
+        status = stream_.createNew(beside_, isPrivate);
+        if (status != 0 && !files_.exists(beside_)) {
+            break;
+        }
+    }
+    if (status != 0) {
+        beside_.clear();
+    }
+    return status;
+}
+
+int ReplacingFile::giveRights() {
+    if (present_ != PathKind::kFile) {
+        return stream_.setRights(rights_);
+    }
+    const int status = stream_.takeRightsOf(path_);
+    return status == 0 && rights_ == FileRights::kProgram ? stream_.makeExecutable() : status;
+}
+
+int ReplacingFile::putInPlace() {
+    if (beside_.empty()) {
+        return -1;
+    }
+    if (!isComplete_) {
+        const int status = giveRights();
+        const int closed = stream_.close();
+        if (status != 0 || closed != 0) {
+            return status != 0 ? status : closed;
+        }
+        isComplete_ = true;
+    }
+    // What appeared in a free place in the meantime is somebody else's.
+    const int status =
+        present_ == PathKind::kNothing ? files_.moveFile(beside_, path_) : files_.replaceFile(beside_, path_);
+    if (status == 0) {
+        beside_.clear();
+        isComplete_ = false;
+    }
+    return status;
+}
+
+void ReplacingFile::discard() {
+    stream_.close();
+    if (!beside_.empty()) {
+        files_.removeFile(beside_);
+    }
+    beside_.clear();
+    isComplete_ = false;
+}
