@@ -41,6 +41,7 @@ private:
     int loadBinFile();
     int runConsoleInstallation();
     int uninstall();
+    bool uninstallFromLog();
     int runConsoleUninstallation();
     void removeRelaunchCopies();
     int runSession(ConsoleUI& ui);

@@ -20,6 +20,7 @@ public:
     std::vector<std::pair<std::string, std::uint32_t>> lockings;  // name and milliseconds, in order
     std::vector<platform::LockResult> lockResults;                // of the next lockings; then they are taken
     int heldLocks = 0;
+    std::vector<int> heldLocksAtSignals;  // in the order of the signals
 
     std::unique_ptr<platform::NamedEvent> create(std::string_view name) override {
         if (createFails) {
@@ -30,6 +31,7 @@ public:
     }
     bool signal(std::string_view name) override {
         signals.emplace_back(name);
+        heldLocksAtSignals.push_back(heldLocks);
         return existing.count(std::string(name)) != 0;
     }
     platform::LockResult lock(std::string_view name, std::uint32_t milliseconds,
