@@ -1,6 +1,7 @@
 """Where the second stage of an uninstallation runs: hostile directories for temporary files, two at once, kills."""
 
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -30,6 +31,7 @@ def is_root():
 
 class RelaunchTest(EndToEndTest):
     def install(self, name="product", changes=""):
+        self.host("opt").mkdir(exist_ok=True)
         text = description(self.native("opt/" + name), SETS + changes, farewell=FAREWELL)
         setup = self.build_package(text, {"data.txt": "data\n"}, f"{name}-setup{EXE}")
         shutil.rmtree(self.host("stage"))
@@ -79,39 +81,30 @@ class HostileTemporaryDirectory(RelaunchTest):
     def test_a_directory_of_another_user_is_not_used(self):
         self.install()
         os.chown(self.machine.temp, NOBODY, NOBODY)
-        result = self.uninstall("-debug=1")
-        self.assertEqual(result.code, 0, result)
-        log = self.debug_log()
-        self.assertIn(f'others can change what lies in "{self.machine.temp}"', log)
-        self.assertIn("Real uninstall", log)
-        self.assertEqual(self.copies(), [])
-        self.remove_copies_named_in(log)
+        self.assert_uninstalls_from_elsewhere()
 
     @unittest.skipIf(WINDOWS, "sets the bits of the mode")
     def test_a_directory_in_which_others_can_exchange_files_is_not_used(self):
         self.install()
         self.machine.temp.chmod(0o777)
-        result = self.uninstall("-debug=1")
-        self.assertEqual(result.code, 0, result)
-        log = self.debug_log()
-        self.assertIn(f'others can change what lies in "{self.machine.temp}"', log)
-        self.assertEqual(self.copies(), [])
-        self.remove_copies_named_in(log)
+        self.assert_uninstalls_from_elsewhere()
 
-    def debug_log(self):
-        path = self.machine.temp / "installer_debug.log"
-        self.wait_until(lambda: "Ending installation UI" in path.read_text("utf-8", "replace"))
-        return path.read_text("utf-8", "replace")
-
-    def remove_copies_named_in(self, log):
-        """With a debug log they stay; outside of the test's own directory the test removes them."""
-        lines = [line for line in log.splitlines() if "Calling uninstaller process" in line]
-        directory = os.path.dirname(lines[-1].split('"')[1].replace("\\", "/"))
+    def assert_uninstalls_from_elsewhere(self):
+        """With a debug log the copies stay. The test removes them, because they are not in its own directory."""
+        result = self.uninstall("-debug=2")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.wait_until(lambda: "Ending installation UI" in self.debug_logs())
+        directory = os.path.dirname(re.search('-uninstallFile="(.*?)"', self.debug_logs())[1].replace("\\", "/"))
         self.assertTrue(os.path.basename(directory).startswith("ormeluninst-"), directory)
+        self.addCleanup(shutil.rmtree, directory)
         self.assertEqual(sorted(os.listdir(directory)), ["ormeluninst.dll", "ormeluninst.log"])
-        shutil.rmtree(directory)
+        self.assertFalse(directory.startswith(str(self.machine.temp)), directory)
+        self.assertEqual(self.copies(), [])
 
-    def test_without_any_usable_place_it_says_so_and_leaves_nothing(self):
+    def debug_logs(self):
+        return "".join(log.read_text("utf-8", "replace") for log in self.machine.temp.glob("installer_debug*"))
+
+    def test_without_a_log_it_says_so_and_leaves_nothing(self):
         self.install()
         missing = self.native("none.log")
         result = self.run_program("installer" + EXE, "-uninstall=" + missing, "-gui=0")
@@ -168,10 +161,13 @@ class TwoUninstallations(RelaunchTest):
         copy = self.host(name + ".log")
         shutil.copyfile(self.host(f"opt/{name}/un/install.log"), copy)
         command = self.machine.command(self.host("installer" + EXE))
-        return subprocess.Popen(command + ["-uninstallFile=" + self.native(name + ".log"), "-uninstallApp=Test Product",
-                                           "-gui=0"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE, env=self.machine.environment({}), cwd=self.machine.root,
-                                text=True)
+        process = subprocess.Popen(command + ["-uninstallFile=" + self.native(name + ".log"), "-gui=0"],
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   env=self.machine.environment({}), cwd=self.machine.root, text=True)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.wait, 60)
+        return process
 
     @unittest.skipIf(WINDOWS, "holds the first one up with a shell script")
     def test_the_second_one_waits_for_the_first(self):
@@ -180,10 +176,8 @@ class TwoUninstallations(RelaunchTest):
         self.install("first", hold)
         self.install("second")
         first = self.second_stage("first")
-        self.addCleanup(first.kill)
         self.wait_until(lambda: self.host("hold.sh.started").exists())
         second = self.second_stage("second")
-        self.addCleanup(second.kill)
         self.assertEqual(second.stderr.readline(), "Another uninstallation is at work. Waiting for its end ...\n")
         self.assertTrue(self.host("opt/second/data.txt").exists())
         self.write("hold.sh.go", "")
@@ -217,8 +211,6 @@ class TwoUninstallations(RelaunchTest):
         second = self.second_stage("second")
         _, err = second.communicate(timeout=60)
         self.assertEqual((second.returncode, err), (0, ""))
-        for stream in (first.stdout, first.stderr):
-            stream.close()
 
 
 @unittest.skipIf(WINDOWS, "the events are files only there")
