@@ -168,8 +168,8 @@ bool isOwnedByTrusted(HANDLE object) {
     PSID owner = nullptr;
     BOOL isDefault = FALSE;
     return GetKernelObjectSecurity(object, OWNER_SECURITY_INFORMATION, descriptor.data(), size, &size) != 0 &&
-           GetSecurityDescriptorOwner(descriptor.data(), &owner, &isDefault) != 0 && owner != nullptr &&
-           TrustedUsers(Protection::kUserAndAdministrators).contains(owner);
+           GetSecurityDescriptorOwner(descriptor.data(), &owner, &isDefault) != 0 &&
+           (owner == nullptr || TrustedUsers(Protection::kUserAndAdministrators).contains(owner));
 }
 
 }  // namespace platform

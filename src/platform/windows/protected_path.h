@@ -40,7 +40,8 @@ private:
 // entries as long as they can't touch those of somebody else.
 bool isProtectedPath(const std::wstring& realPath, Protection protection);
 
-// True when the object (an event, a file ...) belongs to this user or to administrators.
+// True when the object (an event, a file ...) belongs to this user or to administrators, or to nobody: Wine
+// knows no owner of an event.
 bool isOwnedByTrusted(HANDLE object);
 
 }  // namespace platform
