@@ -158,6 +158,13 @@ bool randomNumber(std::uint64_t& outNumber) {
            static_cast<ssize_t>(sizeof outNumber);
 }
 
+using ReleasedText = std::unique_ptr<char, decltype(&std::free)>;
+
+// Null, with the error in errno, when there is nothing.
+ReleasedText realPathOf(std::string_view path) {
+    return {realpath(nativePath(path).c_str(), nullptr), &std::free};
+}
+
 class PosixFileSystem : public FileSystem {
 public:
     int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
@@ -179,7 +186,8 @@ public:
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
     int realPath(std::string_view path, std::string& outPath) override;
     bool isProtected(std::string_view path, Protection protection) override {
-        return isProtectedPath(nativePath(path), protection);
+        std::string real;
+        return realPath(path, real) == 0 && isProtectedPath(real, protection);
     }
     int createPrivateDirectory(std::string_view parent, std::string_view prefix,
                                std::string& outPath) override;
@@ -254,8 +262,7 @@ std::int64_t PosixFileSystem::fileSize(std::string_view path) {
 
 int PosixFileSystem::resolveFile(std::string_view path, std::string& outPath) {
     outPath.clear();
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(nativePath(path).c_str(), nullptr),
-                                                           &std::free);
+    const ReleasedText real = realPathOf(path);
     struct stat status {};
     if (real == nullptr || stat(real.get(), &status) != 0) {
         return errno;
@@ -363,8 +370,7 @@ bool PosixFileSystem::temporaryName(std::string_view prefix, std::uint32_t numbe
 
 int PosixFileSystem::realPath(std::string_view path, std::string& outPath) {
     outPath.clear();
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(nativePath(path).c_str(), nullptr),
-                                                           &std::free);
+    const ReleasedText real = realPathOf(path);
     if (real == nullptr) {
         return errno;
     }
@@ -381,17 +387,18 @@ int PosixFileSystem::createPrivateDirectory(std::string_view parent, std::string
     }
     char tail[17];
     std::snprintf(tail, sizeof tail, "%016llx", static_cast<unsigned long long>(random));
-    const std::string path = nativePath(parent) + "/" + std::string(prefix) + tail;
-    if (mkdir(path.c_str(), 0700) != 0) {
+    const std::string made = nativePath(parent) + "/" + std::string(prefix) + tail;
+    const char* const path = made.c_str();
+    if (mkdir(path, 0700) != 0) {
         return errno;
     }
     // The caller's mask may have taken the rights of the owner away.
-    if (chmod(path.c_str(), 0700) != 0) {
+    if (chmod(path, 0700) != 0) {
         const int error = errno;
-        rmdir(path.c_str());
+        rmdir(path);
         return error;
     }
-    outPath = path;
+    outPath = made;
     return 0;
 }
 

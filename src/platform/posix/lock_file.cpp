@@ -16,7 +16,7 @@ constexpr std::uint32_t kLookMilliseconds = 50;
 
 class LockFile : public NamedLock {
 public:
-    LockFile(int file, std::string path) : file_(file), path_(std::move(path)) {}
+    LockFile(int file, const char* path) : file_(file), path_(path) {}
     // Before the lock ends with the descriptor: afterwards the file may be another process's.
     ~LockFile() override { unlink(path_.c_str()); }
 
@@ -25,8 +25,8 @@ private:
     const std::string path_;
 };
 
-int openFile(const std::string& path) {
-    return open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
+int openFile(const char* path) {
+    return open(path, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
 }
 
 bool isOwnFile(int file) {
@@ -35,14 +35,14 @@ bool isOwnFile(int file) {
 }
 
 // False when the holder before took the file away between this process's opening and locking it.
-bool isStillNamed(int file, const std::string& path) {
+bool isStillNamed(int file, const char* path) {
     struct stat opened {};
     struct stat named {};
-    return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
+    return fstat(file, &opened) == 0 && lstat(path, &named) == 0 && opened.st_dev == named.st_dev &&
            opened.st_ino == named.st_ino;
 }
 
-LockResult tryLock(const std::string& path, std::unique_ptr<NamedLock>& outLock) {
+LockResult tryLock(const char* path, std::unique_ptr<NamedLock>& outLock) {
     Descriptor file(openFile(path));
     if (!file.isOpen() || !isOwnFile(file.get())) {
         return LockResult::kUnavailable;
@@ -66,7 +66,7 @@ LockResult lockFile(const std::string& directory, const std::string& name, std::
     const std::string path = directory + "/" + name + ".lock";
     const std::uint64_t start = monotonicMilliseconds();
     for (;;) {
-        const LockResult result = tryLock(path, outLock);
+        const LockResult result = tryLock(path.c_str(), outLock);
         if (result != LockResult::kBusy || monotonicMilliseconds() - start >= milliseconds) {
             return result;
         }

@@ -6,8 +6,8 @@
 
 namespace platform {
 
-// FileSystem::isProtected, for a native path. In directories further up than the file's own, others may make
+// FileSystem::isProtected, for a real path. In directories further up than the file's own, others may make
 // entries as long as they can't touch those of somebody else (the sticky bit).
-bool isProtectedPath(const std::string& path, Protection protection);
+bool isProtectedPath(const std::string& realPath, Protection protection);
 
 }  // namespace platform

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdio>
 #include <ctime>
 
@@ -20,8 +21,8 @@ std::string pathOf(const std::string& name) {
 }
 
 // Neither a link nor the other end of a pipe is waited for or followed.
-int openFile(const std::string& path) {
-    return open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+int openFile(const char* path) {
+    return open(path, O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
 }
 
 bool isOwnSemaphore(const struct stat& status) {
@@ -48,24 +49,24 @@ timespec deadlineAfter(std::uint32_t milliseconds) {
 }
 
 // The content of a directory is nobody's business here, so a full one gets another name.
-void removeOccupant(const std::string& path) {
-    if (unlink(path.c_str()) == 0 || rmdir(path.c_str()) == 0) {
+void removeOccupant(const char* path) {
+    if (unlink(path) == 0 || rmdir(path) == 0) {
         return;
     }
     std::uint64_t random = 0;
     if (getrandom(&random, sizeof random, 0) != static_cast<ssize_t>(sizeof random)) {
         return;
     }
-    char tail[32];
-    std::snprintf(tail, sizeof tail, ".moved-%016llx", static_cast<unsigned long long>(random));
+    char target[PATH_MAX];
+    std::snprintf(target, sizeof target, "%s.moved-%016llx", path, static_cast<unsigned long long>(random));
     // Where that fails too, the name stays taken, which its user notices.
-    static_cast<void>(renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, (path + tail).c_str(), RENAME_NOREPLACE));
+    static_cast<void>(renameat2(AT_FDCWD, path, AT_FDCWD, target, RENAME_NOREPLACE));
 }
 
 }  // namespace
 
 std::unique_ptr<SemaphoreFile> SemaphoreFile::open(const std::string& name) {
-    Descriptor file(openFile(pathOf(name)));
+    Descriptor file(openFile(pathOf(name).c_str()));
     // A hole in the file that the system has no memory for would end the process as well.
     if (!file.isOpen() || !isSafe(file.get()) || posix_fallocate(file.get(), 0, sizeof(sem_t)) != 0) {
         return nullptr;
@@ -97,18 +98,19 @@ void SemaphoreFile::markAsUsed() {
 }
 
 void SemaphoreFile::clearName(const std::string& name) {
-    const std::string path = pathOf(name);
+    const std::string file = pathOf(name);
+    const char* const path = file.c_str();
     struct stat status {};
-    if (lstat(path.c_str(), &status) != 0) {
+    if (lstat(path, &status) != 0) {
         return;
     }
     if (!isOwnSemaphore(status)) {
         removeOccupant(path);
         return;
     }
-    const Descriptor file(openFile(path));
-    if (file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-        sem_unlink(name.c_str());
+    const Descriptor opened(openFile(path));
+    if (opened.isOpen() && flock(opened.get(), LOCK_EX | LOCK_NB) == 0) {
+        unlink(path);
     }
 }
 

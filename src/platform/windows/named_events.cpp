@@ -45,10 +45,10 @@ std::wstring lockPath(std::string_view name) {
     return directory + L"\\" + wideOf(name) + L".lock";
 }
 
-LockResult tryLock(const std::wstring& path, std::unique_ptr<NamedLock>& outLock) {
+LockResult tryLock(const wchar_t* path, std::unique_ptr<NamedLock>& outLock) {
     static PrivateSecurity security;
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, security.attributes(),
-                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    const HANDLE file = CreateFileW(path, GENERIC_WRITE | DELETE, 0, security.attributes(), OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
         outLock = std::make_unique<WindowsNamedLock>(file);
         return LockResult::kTaken;
@@ -57,8 +57,8 @@ LockResult tryLock(const std::wstring& path, std::unique_ptr<NamedLock>& outLock
     // A file of another administrator, or one that is just going away, refuses access.
     const bool isHeld =
         error == ERROR_SHARING_VIOLATION ||
-        (error == ERROR_ACCESS_DENIED && (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ||
-                                          GetLastError() == ERROR_ACCESS_DENIED));
+        (error == ERROR_ACCESS_DENIED &&
+         (GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES || GetLastError() == ERROR_ACCESS_DENIED));
     return isHeld ? LockResult::kBusy : LockResult::kUnavailable;
 }
 
@@ -86,7 +86,8 @@ public:
         const std::wstring path = lockPath(name);
         const std::uint64_t start = monotonicMilliseconds();
         for (;;) {
-            const LockResult result = path.empty() ? LockResult::kUnavailable : tryLock(path, outLock);
+            const LockResult result =
+                path.empty() ? LockResult::kUnavailable : tryLock(path.c_str(), outLock);
             if (result != LockResult::kBusy || monotonicMilliseconds() - start >= milliseconds) {
                 return result;
             }

@@ -38,11 +38,11 @@ using Descriptor = std::vector<unsigned char>;
 
 Descriptor descriptorOf(const std::wstring& path) {
     constexpr SECURITY_INFORMATION kParts = OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
+    const wchar_t* const name = path.c_str();
     DWORD size = 0;
-    GetFileSecurityW(path.c_str(), kParts, nullptr, 0, &size);
+    GetFileSecurityW(name, kParts, nullptr, 0, &size);
     Descriptor descriptor(size);
-    return GetFileSecurityW(path.c_str(), kParts, descriptor.data(), size, &size) != 0 ? descriptor
-                                                                                       : Descriptor();
+    return GetFileSecurityW(name, kParts, descriptor.data(), size, &size) != 0 ? descriptor : Descriptor();
 }
 
 // An entry of a kind that isn't known grants its rights to anybody.
