@@ -171,7 +171,8 @@ class TwoUninstallations(RelaunchTest):
 
     @unittest.skipIf(WINDOWS, "holds the first one up with a shell script")
     def test_the_second_one_waits_for_the_first(self):
-        self.write("hold.sh", '#!/bin/sh\ntouch "$0.started"\nwhile [ ! -e "$0.go" ]; do sleep 0.05; done\n').chmod(0o755)
+        script = '#!/bin/sh\ntouch "$0.started"\nwhile [ ! -e "$0.go" ]; do sleep 0.05; done\n'
+        self.write("hold.sh", script).chmod(0o755)
         hold = f'<PreUninstall><RunProgram Wait="1">{self.native("hold.sh")}</RunProgram></PreUninstall>'
         self.install("first", hold)
         self.install("second")

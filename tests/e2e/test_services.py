@@ -24,7 +24,7 @@ class Services(EndToEndTest):
         self.program.chmod(0o755)
 
     def end_service(self, directory, user=None):
-        """Starts the service, runs a setup that ends it, and gives the lines of the debug log that speak of services."""
+        """Runs a setup that ends the service; gives the lines of the debug log that speak of services."""
         service = subprocess.Popen([self.program, "60"], user=user)
         self.addCleanup(service.wait)
         self.addCleanup(service.kill)
