@@ -65,6 +65,9 @@ public:
     virtual bool isApplicationRunning(std::string_view name, std::string_view directory) = 0;
     // Stops every process that isApplicationRunning would find. True if one was found and stopped.
     virtual bool closeApplication(std::string_view name, bool isService, std::string_view directory) = 0;
+    // The same two for the processes that run from the very file at `path`, whatever it is called there.
+    virtual bool isProgramRunning(std::string_view path) = 0;
+    virtual bool closeProgram(std::string_view path) = 0;
 
     // Copies a whole file over what is at `to`. False when not every byte arrived.
     virtual bool copyFile(std::string_view from, std::string_view to) = 0;

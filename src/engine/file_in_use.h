@@ -12,8 +12,6 @@ class FileSystem;
 // Frees files that running programs hold.
 class FileInUse {
 public:
-    // A program's name is cut to this many bytes before it is looked for.
-    static constexpr std::size_t kNameLimit = 199;
     // How long a program gets to end.
     static constexpr std::uint32_t kProgramEndMilliseconds = 2000;
 
@@ -21,12 +19,13 @@ public:
     FileInUse(platform::FileSystem& files, SystemOperations& system, Report& report)
         : files_(files), system_(system), report_(report) {}
 
-    // Stops the program that runs from the file, waits up to `waitMilliseconds` for its end, and deletes the
-    // file. Only programs are treated: a path without ".exe" is left alone. True when the file was deleted.
+    // Stops the program that runs from this very file, waits up to `waitMilliseconds` for its end, and
+    // deletes the file. Only programs are treated: a path without ".exe" is left alone. True when the file
+    // was deleted.
     bool deleteFileInUse(std::string_view path, std::uint32_t waitMilliseconds = kProgramEndMilliseconds);
 
 private:
-    void stopProgram(std::string_view name, std::uint32_t waitMilliseconds);
+    void stopProgram(std::string_view path, std::uint32_t waitMilliseconds);
 
     platform::FileSystem& files_;
     SystemOperations& system_;

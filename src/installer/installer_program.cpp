@@ -5,8 +5,10 @@
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
 #include "installer/debug_log.h"
+#include "installer/private_copy.h"
 #include "installer/relaunch.h"
 #include "installer/revision.h"
+#include "installer/uninstallation_lock.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
 #include "platform/console_device.h"
@@ -176,27 +178,34 @@ int InstallerProgram::runConsoleInstallation() {
 int InstallerProgram::uninstall() {
     debugLog_.line("Real uninstall");
     platform_.events.signal(kUninstallerStartEvent);
+    UninstallationLock lock(platform_, debugLog_);
+    const bool failed = !lock.take() || !uninstallFromLog();
+    endSession();
+    if (debugLog_.level() == 0) {
+        removeRelaunchCopies();
+    }
+    lock.release();  // before whoever waits starts the next one
+    platform_.events.signal(kUninstallerEndEvent);
+    return failed ? kFailed : 0;
+}
+
+bool InstallerProgram::uninstallFromLog() {
     int result = wini_->loadCabinet(options_.uninstallFile->c_str(), 0, options_.sessionFlags);
     if (result == 0) {
         result = runConsoleUninstallation();
     } else {
         note("The uninstallation can't start: " + *options_.uninstallFile + ": " + wini_->loadError());
     }
-    const bool failed = result != 0 || wini_->hasErrors();
-    endSession();
-    if (debugLog_.level() == 0) {
-        removeRelaunchCopies();
-    }
-    platform_.events.signal(kUninstallerEndEvent);
-    return failed ? kFailed : 0;
+    return result == 0 && !wini_->hasErrors();
 }
 
-// Windows keeps the image of a running program, so there the copy stays until the next one replaces it.
 void InstallerProgram::removeRelaunchCopies() {
-    platform_.files.removeFile(*options_.uninstallFile);
     std::string image;
-    if (platform_.environment.programPath(image) && UninstallRelaunch::isCopy(image)) {
-        platform_.files.removeFile(image);
+    const bool isCopy = platform_.environment.programPath(image) &&
+                        PrivateCopy::isCopy(image, *options_.uninstallFile, platform_.files);
+    platform_.files.removeFile(*options_.uninstallFile);
+    if (isCopy) {
+        PrivateCopy::removeImage(image, platform_.files);
     }
 }
 

@@ -42,6 +42,7 @@ private:
     int loadBinFile();
     int runConsoleInstallation();
     int uninstall();
+    bool uninstallFromLog();
     int runConsoleUninstallation();
     void removeRelaunchCopies();
     int runSession(ConsoleUI& ui);

@@ -1,26 +1,17 @@
 #include "installer/relaunch.h"
 
-#include <memory>
+#include <vector>
 
-#include "base/path_functions.h"
+#include "installer/private_copy.h"
 #include "installer/run_options.h"
+#include "platform/console_device.h"
 #include "platform/environment.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
 #include "platform/processes.h"
-#include "platform/program.h"
-#include "support/p_file_stream.h"
-#include "support/utilities.h"
 #include "wini/uninstaller_events.h"
-
-namespace {
-
-constexpr char kLogCopyName[] = "\\ormeluninst.log";
-// The copy is a program, despite its name.
-constexpr char kImageCopyName[] = "\\ormeluninst.dll";
-
-}  // namespace
 
 std::string UninstallRelaunch::commandLine(const std::string& image, const std::string& logCopy,
                                            const RunOptions& options, int debugLevel) {
@@ -38,51 +29,67 @@ std::string UninstallRelaunch::commandLine(const std::string& image, const std::
     return line;
 }
 
-bool UninstallRelaunch::isCopy(const std::string& path) {
-    return OUtils::lastPathComponent(path) == kImageCopyName + 1;
-}
-
-bool UninstallRelaunch::fail() {
+// `log` is the line of the debug log, `text` is what the screen says.
+bool UninstallRelaunch::fail(const std::string& log, const std::string& text) {
+    debugLog_.line(log);
+    platform_.console.writeError("ERROR: The uninstallation can't start: " + text + "\n");
     platform_.events.signal(kUninstallerEndEvent);
     return false;
-}
-
-// Others can write to the directory that holds these fixed names, so each file is created anew, owned by this
-// user, before anything is written to it.
-bool UninstallRelaunch::copyToPrivateFile(const std::string& from, const std::string& to) {
-    PFileStream file(platform_.files);
-    return file.openPrivate(to) == 0 && file.close() == 0 && OUtils::copyFile(from, to, platform_.files);
 }
 
 bool UninstallRelaunch::run(const std::string& logPath, const RunOptions& options) {
     debugLog_.line("Uninstalling. Uninstall file: " + logPath);
     std::string ownImage;
     if (!platform_.environment.programPath(ownImage)) {
-        debugLog_.line("ERROR: Unable to obtain module file name. Exiting!");
-        return fail();
+        return fail("ERROR: Unable to obtain module file name. Exiting!",
+                    "the program doesn't know its own path");
     }
-    std::string directory;
-    if (!platform_.files.temporaryDirectory(directory)) {
-        debugLog_.line("ERROR: Unable to obtain temporary path for uninstaller log. Exiting!");
-        return fail();
+    std::vector<std::string> places = platform_.files.otherPrivatePlaces();
+    std::string temporary;
+    if (platform_.files.temporaryDirectory(temporary)) {
+        places.insert(places.begin(), temporary);
     }
-    const std::string logCopy = directory + kLogCopyName;
-    if (!copyToPrivateFile(logPath, logCopy)) {
-        debugLog_.line("ERROR: Unable to copy uninstaller log to " + logCopy + ". Exiting!");
-        return fail();
+    if (places.empty()) {
+        return fail("ERROR: Unable to obtain temporary path for uninstaller log. Exiting!",
+                    "there is no directory for temporary files");
     }
-    const std::string imageCopy = directory + kImageCopyName;
-    if (!copyToPrivateFile(ownImage, imageCopy) || platform_.files.makeExecutable(imageCopy) != 0) {
-        debugLog_.line("Error copying file " + imageCopy +
-                       " - Error Number = " + std::to_string(platform::lastSystemError()));
-        return fail();
+    // The first place is the one that the user knows, so its failure is the one to be named.
+    std::optional<Failure> first;
+    for (const std::string& place : places) {
+        const std::optional<Failure> failure = runFrom(place, ownImage, logPath, options);
+        if (!failure) {
+            return true;
+        }
+        debugLog_.line("WARNING: The uninstallation can't run from " + place + ": " + failure->text);
+        first = first ? first : failure;
     }
-    const std::string line = commandLine(imageCopy, logCopy, options, debugLog_.level());
+    return fail(first->log, first->text);
+}
+
+// None when the copy runs.
+std::optional<UninstallRelaunch::Failure> UninstallRelaunch::runFrom(const std::string& place,
+                                                                     const std::string& ownImage,
+                                                                     const std::string& logPath,
+                                                                     const RunOptions& options) {
+    PrivateCopy copy(platform_.files);
+    switch (copy.make(place, ownImage, logPath)) {
+        case PrivateCopy::Failure::kLog:
+            return Failure{"ERROR: Unable to copy uninstaller log to " + copy.log() + ". Exiting!",
+                           copy.why()};
+        case PrivateCopy::Failure::kImage:
+            return Failure{
+                "Error copying file " + copy.image() + " - Error Number = " + std::to_string(copy.status()),
+                copy.why()};
+        case PrivateCopy::Failure::kNone:
+            break;
+    }
+    const std::string line = commandLine(copy.image(), copy.log(), options, debugLog_.level());
     debugLog_.line("Calling uninstaller process. Command line: " + line);
     int error = 0;
-    if (platform_.processes.start(line, directory, error) == nullptr) {
-        debugLog_.line("ERROR: Unable to create uninstall process. Exiting!");
-        return fail();
+    if (platform_.processes.start(line, place, error) == nullptr) {
+        return Failure{"ERROR: Unable to create uninstall process. Exiting!",
+                       "\"" + copy.image() + "\" can't be run: " + platform::errorText(error)};
     }
-    return true;
+    copy.keep();
+    return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "support/debug_log.h"
@@ -11,27 +12,33 @@ struct Platform;
 }
 
 // The first stage of uninstalling. A program can't delete the directory that it runs from, so the stage
-// copies the action log and its own image to the temporary directory and starts the copy, without waiting.
+// copies the action log and its own image to a private directory below the temporary one and starts the copy,
+// without waiting. Where that can't be, as when no program may run from there or others can change what lies
+// there, it tries other places.
 class UninstallRelaunch {
 public:
     // The platform is borrowed and outlives the object.
     UninstallRelaunch(platform::Platform& platform, DebugLog debugLog)
         : platform_(platform), debugLog_(std::move(debugLog)) {}
 
-    // True when the copy was started. Otherwise the end event is signalled, for those who wait for the
-    // uninstallation. `logPath` is the installation's action log.
+    // True when the copy was started. Otherwise standard error says why, nothing stays of what was copied,
+    // and the end event is signalled, for those who wait for the uninstallation. `logPath` is the
+    // installation's action log.
     bool run(const std::string& logPath, const RunOptions& options);
 
     // The command line of the second stage.
     static std::string commandLine(const std::string& image, const std::string& logCopy,
                                    const RunOptions& options, int debugLevel);
 
-    // Whether the image at `path` is such a copy, which may be deleted when its work is done.
-    static bool isCopy(const std::string& path);
-
 private:
-    bool fail();
-    bool copyToPrivateFile(const std::string& from, const std::string& to);
+    struct Failure {
+        std::string log;   // for the debug log
+        std::string text;  // for the screen
+    };
+
+    bool fail(const std::string& log, const std::string& text);
+    std::optional<Failure> runFrom(const std::string& place, const std::string& ownImage,
+                                   const std::string& logPath, const RunOptions& options);
 
     platform::Platform& platform_;
     DebugLog debugLog_;

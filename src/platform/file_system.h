@@ -77,6 +77,12 @@ struct DirectoryEntry {
     bool isDirectory = false;  // a link to a directory isn't one: walks must not leave the tree
 };
 
+// Who, at most, can change a file.
+enum class Protection {
+    kAdministrators,
+    kUserAndAdministrators,  // this process's user, and administrators
+};
+
 // An open directory. Its operations work on the entries of this very directory, even if it is moved or
 // something else takes its path. A name that a path can't mean is refused. Used by one thread at a time.
 class Directory {
@@ -148,6 +154,23 @@ public:
     // of that name exists, but that may change before the caller creates it: kCreateNew or kCreatePrivate
     // shows that, and another number gives another name. On Linux each call does. False on failure.
     virtual bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) = 0;
+
+    // The path as the system knows it: absolute, without links and short names, names in their own case.
+    // Fails when there is nothing; `outPath` is empty then.
+    virtual int realPath(std::string_view path, std::string& outPath) = 0;
+    // True when nobody but those can change the file, add anything to its directory, or put something else in
+    // the place of the file or of a directory on its real path. False when that can't be found out.
+    virtual bool isProtected(std::string_view path, Protection protection) = 0;
+    // A new directory below `parent` that only those can enter who can read a file of kCreatePrivate. Its
+    // name is the prefix and a part that nobody can guess. `outPath` is empty after a failure.
+    virtual int createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                                       std::string& outPath) = 0;
+    // Where private directories may be made if the temporary directory is of no use, the preferred first. Not
+    // each of them has to exist.
+    virtual std::vector<std::string> otherPrivatePlaces() = 0;
+    // Has the system remove a file or an empty directory when it starts the next time. For what can't be
+    // removed while it is in use, which only Windows knows; fails elsewhere.
+    virtual int removeAtRestart(std::string_view path) = 0;
 };
 
 // The machine's file system. One object for the whole process, usable by any thread.

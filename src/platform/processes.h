@@ -43,6 +43,9 @@ public:
     virtual std::uint32_t currentId() = 0;
     // This process, the one that started it, the one that started that, as far up as they still run.
     virtual std::vector<std::uint32_t> ownLine() = 0;
+    // True when a running process has the rights of an administrator: on Linux root's, and no other user's
+    // besides. False when that can't be found out.
+    virtual bool isAdministrators(std::uint32_t id) = 0;
 };
 
 Processes& systemProcesses();

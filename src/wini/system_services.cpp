@@ -27,7 +27,7 @@ SystemServices::SystemServices(const platform::Platform& machine, DebugLog debug
       uninstallList_(machine.registry),
       registration_(machine.registry, debugLog),
       uninstallers_({machine.registry, machine.processes, machine.events, programs_}, debugLog),
-      runningApplications_(machine.processes, programs_, debugLog) {}
+      runningApplications_(machine.files, machine.processes, programs_, debugLog) {}
 
 std::optional<std::string> SystemServices::temporaryFileName() {
     std::string path;
@@ -76,6 +76,14 @@ bool SystemServices::isApplicationRunning(std::string_view name, std::string_vie
 
 bool SystemServices::closeApplication(std::string_view name, bool isService, std::string_view directory) {
     return runningApplications_.closeApplication(name, isService, directory);
+}
+
+bool SystemServices::isProgramRunning(std::string_view path) {
+    return runningApplications_.isProgramRunning(path);
+}
+
+bool SystemServices::closeProgram(std::string_view path) {
+    return runningApplications_.closeProgram(path);
 }
 
 bool SystemServices::copyFile(std::string_view from, std::string_view to) {

@@ -38,6 +38,8 @@ public:
 
     bool isApplicationRunning(std::string_view name, std::string_view directory) override;
     bool closeApplication(std::string_view name, bool isService, std::string_view directory) override;
+    bool isProgramRunning(std::string_view path) override;
+    bool closeProgram(std::string_view path) override;
 
     bool copyFile(std::string_view from, std::string_view to) override;
     std::optional<SystemRegistryValue> readRegistryValue(std::string_view place, std::string_view path,

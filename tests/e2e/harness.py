@@ -155,6 +155,8 @@ class WindowsMachine:
         for left in self.temp.iterdir() if self.temp.exists() else ():
             if left.is_file():
                 left.unlink()
+            elif left.name.startswith("ormeluninst"):  # Windows keeps the image of a running program
+                shutil.rmtree(left, ignore_errors=True)
 
     def native(self, path):
         return f"C:\\{self.name}\\" + str(path).replace("/", "\\")

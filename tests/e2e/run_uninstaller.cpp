@@ -45,6 +45,10 @@ public:
         return event == nullptr ? nullptr : std::make_unique<PrintingEvent>(name, std::move(event));
     }
     bool signal(std::string_view name) override { return platform::systemNamedEvents().signal(name); }
+    platform::LockResult lock(std::string_view name, std::uint32_t milliseconds,
+                              std::unique_ptr<platform::NamedLock>& outLock) override {
+        return platform::systemNamedEvents().lock(name, milliseconds, outLock);
+    }
 };
 
 }  // namespace

@@ -98,7 +98,7 @@ class UninstallTest(EndToEndTest):
 
 class RegisteredCommand(UninstallTest):
     def temporary_copies(self):
-        return sorted(p.name for p in self.machine.temp.iterdir() if p.name.startswith("ormeluninst"))
+        return sorted(p.name for p in self.machine.temp.glob("ormeluninst-*/*"))
 
     def registered_uninstall(self, *arguments):
         helper = "run_uninstaller" + EXE
@@ -127,6 +127,7 @@ class RegisteredCommand(UninstallTest):
         self.assert_nothing_left()
         # Windows keeps the image of a running program, here the copy of the uninstaller.
         self.wait_until(lambda: self.temporary_copies() == (["ormeluninst.dll"] if WINDOWS else []))
+        self.assertEqual(len(list(self.machine.temp.glob("ormeluninst*"))), 1 if WINDOWS else 0)
 
     def test_the_first_stage_ends_at_once_and_leaves_the_work_to_its_copy(self):
         self.install()
@@ -148,7 +149,9 @@ class RegisteredCommand(UninstallTest):
         before = self.snapshot()
         result = self.run_program("installer" + EXE, "-uninstall=" + self.native("none.log"), "-gui=0")
         self.assertEqual(result.code, FAILED, result)
+        self.assertIn("ERROR: The uninstallation can't start: ", result.err)
         self.assertEqual(self.snapshot(), before)
+        self.assertEqual(list(self.machine.temp.glob("ormeluninst*")), [])
 
 
 class SecondStage(UninstallTest):

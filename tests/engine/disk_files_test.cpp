@@ -162,11 +162,11 @@ TEST_F(DiskFilesTest, DoesNotWriteWhereNothingMayBeWritten) {
 
 TEST_F(DiskFilesTest, StopsTheProgramThatHoldsItsFile) {
     files_.addFile("/app/tool.exe", "old");
-    system_.running = {"tool.exe"};
+    system_.runningFrom = {"/app/tool.exe"};
     files_.failAt(Operation::kReplaceFile, "", 1, 32);
     EXPECT_TRUE(write("new", true, "/app/tool.exe"));
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
-    EXPECT_TRUE(system_.running.empty());
+    EXPECT_TRUE(system_.runningFrom.empty());
 }
 
 TEST_F(DiskFilesTest, LeavesALibraryThatIsHeldAlone) {

@@ -22,7 +22,7 @@ protected:
     std::vector<std::string> closings() const {
         std::vector<std::string> found;
         for (const std::string& call : system_.calls) {
-            if (call.starts_with("closeApplication")) {
+            if (call.starts_with("close")) {
                 found.push_back(call);
             }
         }
@@ -36,23 +36,24 @@ protected:
 };
 
 TEST_F(FileInUseTest, StopsTheProgramAndDeletesItsFile) {
-    system_.running = {"tool.exe"};
+    system_.runningFrom = {kProgram};
     EXPECT_TRUE(free());
     EXPECT_FALSE(files_.hasFile(kProgram));
-    EXPECT_EQ(closings(), std::vector<std::string>{"closeApplication(tool.exe)"});
+    EXPECT_EQ(closings(), std::vector<std::string>{"closeProgram(C:\\app\\tool.exe)"});
     EXPECT_EQ(system_.slept, 0U);
 }
 
-TEST_F(FileInUseTest, AsksAServiceToStopWhenTheProgramDoesNot) {
+TEST_F(FileInUseTest, LeavesAProgramOfTheSameNameFromElsewhereAlone) {
     system_.running = {"tool.exe"};
-    system_.closingNeedsService = true;
+    system_.runningFrom = {"D:\\mine\\tool.exe"};
     EXPECT_TRUE(free());
-    EXPECT_EQ(closings(), (std::vector<std::string>{"closeApplication(tool.exe) in vain",
-                                                    "closeApplication(tool.exe, service)"}));
+    EXPECT_TRUE(closings().empty());
+    EXPECT_TRUE(system_.running.contains("tool.exe"));
+    EXPECT_EQ(system_.runningFrom.size(), 1U);
 }
 
 TEST_F(FileInUseTest, WaitsForTheEndInStepsAndKeepsTheFrontEndAlive) {
-    system_.running = {"tool.exe"};
+    system_.runningFrom = {kProgram};
     system_.looksBeforeEnd = 3;
     EXPECT_TRUE(free());
     EXPECT_EQ(system_.slept, 150U);
@@ -60,14 +61,14 @@ TEST_F(FileInUseTest, WaitsForTheEndInStepsAndKeepsTheFrontEndAlive) {
 }
 
 TEST_F(FileInUseTest, GivesUpWaitingAtTheLimit) {
-    system_.running = {"tool.exe"};
+    system_.runningFrom = {kProgram};
     system_.looksBeforeEnd = 1000000;
     EXPECT_TRUE(free(kProgram, 200));  // the deletion decides
     EXPECT_EQ(system_.slept, 210U);
 }
 
 TEST_F(FileInUseTest, EndsAlsoWithAWaitOfNothing) {
-    system_.running = {"tool.exe"};
+    system_.runningFrom = {kProgram};
     system_.looksBeforeEnd = 1000000;
     EXPECT_TRUE(free(kProgram, 0));
     EXPECT_EQ(system_.slept, 1U);
@@ -76,7 +77,7 @@ TEST_F(FileInUseTest, EndsAlsoWithAWaitOfNothing) {
 TEST_F(FileInUseTest, LeavesAnythingButProgramsAlone) {
     files_.addFile("C:\\app\\tool.dll", "old");
     files_.addFile("C:\\app\\TOOL.EXE", "old");
-    system_.running = {"tool.dll"};
+    system_.runningFrom = {"C:\\app\\tool.dll", "C:\\app\\TOOL.EXE"};
     EXPECT_FALSE(free("C:\\app\\tool.dll"));
     EXPECT_FALSE(free("C:\\app\\TOOL.EXE"));
     EXPECT_TRUE(files_.hasFile("C:\\app\\tool.dll"));
@@ -95,7 +96,7 @@ TEST_F(FileInUseTest, FailsWhenTheFileStays) {
 }
 
 TEST_F(FileInUseTest, DoesWithoutAFrontEnd) {
-    system_.running = {"tool.exe"};
+    system_.runningFrom = {kProgram};
     system_.looksBeforeEnd = 1;
     Report silent(nullptr, nullptr);
     EXPECT_TRUE(FileInUse(files_, system_, silent).deleteFileInUse(kProgram, 2000));

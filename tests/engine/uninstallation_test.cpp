@@ -144,7 +144,7 @@ TEST_F(UninstallationTest, GoesOnAfterAFileThatCannotBeDeleted) {
 TEST_F(UninstallationTest, StopsAProgramWhoseFileCannotBeDeleted) {
     files_.addFile("/app/run.exe", "");
     files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/run.exe", 1);
-    system_.running.insert("run.exe");
+    system_.runningFrom.insert("/app/run.exe");
     system_.looksBeforeEnd = 3;
     EXPECT_TRUE(undo("FILE\tCREATE\t/app/run.exe\r\n"));
     EXPECT_FALSE(files_.hasFile("/app/run.exe"));

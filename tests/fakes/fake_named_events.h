@@ -17,6 +17,10 @@ public:
     std::vector<std::pair<std::string, std::uint32_t>> waits;  // name and milliseconds, in order
     int openEvents = 0;
     bool createFails = false;
+    std::vector<std::pair<std::string, std::uint32_t>> lockings;  // name and milliseconds, in order
+    std::vector<platform::LockResult> lockResults;                // of the next lockings; then they are taken
+    int heldLocks = 0;
+    std::vector<int> heldLocksAtSignals;  // in the order of the signals
 
     std::unique_ptr<platform::NamedEvent> create(std::string_view name) override {
         if (createFails) {
@@ -27,10 +31,33 @@ public:
     }
     bool signal(std::string_view name) override {
         signals.emplace_back(name);
+        heldLocksAtSignals.push_back(heldLocks);
         return existing.count(std::string(name)) != 0;
+    }
+    platform::LockResult lock(std::string_view name, std::uint32_t milliseconds,
+                              std::unique_ptr<platform::NamedLock>& outLock) override {
+        outLock.reset();
+        lockings.emplace_back(name, milliseconds);
+        platform::LockResult result = platform::LockResult::kTaken;
+        if (!lockResults.empty()) {
+            result = lockResults.front();
+            lockResults.erase(lockResults.begin());
+        }
+        if (result == platform::LockResult::kTaken) {
+            outLock = std::make_unique<Lock>(*this);
+        }
+        return result;
     }
 
 private:
+    class Lock : public platform::NamedLock {
+    public:
+        explicit Lock(FakeNamedEvents& owner) : owner_(owner) { ++owner_.heldLocks; }
+        ~Lock() override { --owner_.heldLocks; }
+
+    private:
+        FakeNamedEvents& owner_;
+    };
     class Event : public platform::NamedEvent {
     public:
         Event(FakeNamedEvents& owner, std::string_view name) : owner_(owner), name_(name) {

@@ -29,9 +29,11 @@ public:
     std::uint32_t ownId = 1;
     std::vector<std::uint32_t> parents;  // of this process, the nearest first
 
-    std::deque<int> exitCodes;  // of the programs to be started, in order; 0 when used up
-    int startError = 0;         // non-zero: starting fails with this number
-    int waitsBeforeEnd = 0;     // so many waits of a program end without it having ended
+    std::deque<int> exitCodes;               // of the programs to be started, in order; 0 when used up
+    int startError = 0;                      // non-zero: starting fails with this number
+    std::deque<int> startErrors;             // of the next starts, in order; 0 starts
+    std::set<std::uint32_t> administrators;  // processes with the rights of one
+    int waitsBeforeEnd = 0;                  // so many waits of a program end without it having ended
     std::function<void(const std::string& commandLine)> onStart;  // what the program does, at its start
 
     std::vector<Started> started;
@@ -57,7 +59,11 @@ public:
                                                   std::string_view workDirectory, int& outError) override {
         started.push_back({std::string(commandLine), std::string(workDirectory)});
         outError = startError;
-        if (startError != 0) {
+        if (!startErrors.empty()) {
+            outError = startErrors.front();
+            startErrors.pop_front();
+        }
+        if (outError != 0) {
             return nullptr;
         }
         int exitCode = 0;
@@ -78,6 +84,8 @@ public:
         line.insert(line.begin(), ownId);
         return line;
     }
+
+    bool isAdministrators(std::uint32_t id) override { return administrators.contains(id); }
 
 private:
     class Child : public platform::ChildProcess {

@@ -23,6 +23,7 @@ public:
     std::vector<std::string> calls;
     std::vector<InstalledApplication> installed;
     std::set<std::string> running;                                 // a process, or "process@directory"
+    std::set<std::string> runningFrom;                             // the files of programs
     std::map<std::string, SystemRegistryValue> registryValues;     // by "place\path\name"
     std::map<std::string, std::vector<std::string>> registryKeys;  // names by "place\path"
     std::string temporaryFile = "/tmp/orinstall1";
@@ -99,6 +100,15 @@ public:
         calls.push_back("closeApplication(" + std::string(name) + (isService ? ", service" : "") +
                         (directory.empty() ? "" : ", " + std::string(directory)) + ")");
         return running.erase(std::string(name)) != 0;
+    }
+
+    bool isProgramRunning(std::string_view path) override {
+        calls.push_back("isProgramRunning(" + std::string(path) + ")");
+        return runningFrom.contains(std::string(path));
+    }
+    bool closeProgram(std::string_view path) override {
+        calls.push_back("closeProgram(" + std::string(path) + ")");
+        return runningFrom.erase(std::string(path)) != 0;
     }
 
     bool copyFile(std::string_view from, std::string_view to) override {

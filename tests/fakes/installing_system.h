@@ -12,10 +12,9 @@ class InstallingSystem : public FakeSystemOperations {
 public:
     explicit InstallingSystem(platform::FileSystem& files) : files_(files) {}
 
-    int temporaryNamesLeft = 1000;     // afterwards the system refuses
-    bool closingNeedsService = false;  // a program only ends when it is taken for a service
-    int looksBeforeEnd = 0;            // so many looks still find a closed program
-    std::uint32_t slept = 0;           // milliseconds
+    int temporaryNamesLeft = 1000;  // afterwards the system refuses
+    int looksBeforeEnd = 0;         // so many looks still find a closed program
+    std::uint32_t slept = 0;        // milliseconds
 
     std::optional<std::string> temporaryFileName() override {
         if (temporaryNamesLeft-- <= 0) {
@@ -23,17 +22,13 @@ public:
         }
         return "/tmp/orinstall" + std::to_string(++names_);
     }
-    bool isApplicationRunning(std::string_view name, std::string_view directory) override {
-        const bool ends = ending_ == name && looksBeforeEnd-- > 0;
-        return ends || FakeSystemOperations::isApplicationRunning(name, directory);
+    bool isProgramRunning(std::string_view path) override {
+        const bool ends = ending_ == path && looksBeforeEnd-- > 0;
+        return ends || FakeSystemOperations::isProgramRunning(path);
     }
-    bool closeApplication(std::string_view name, bool isService, std::string_view directory) override {
-        if (closingNeedsService && !isService) {
-            calls.push_back("closeApplication(" + std::string(name) + ") in vain");
-            return false;
-        }
-        ending_ = name;
-        return FakeSystemOperations::closeApplication(name, isService, directory);
+    bool closeProgram(std::string_view path) override {
+        ending_ = path;
+        return FakeSystemOperations::closeProgram(path);
     }
     bool copyFile(std::string_view from, std::string_view to) override {
         return OUtils::copyFile(from, to, files_);

@@ -828,3 +828,73 @@ bool MemoryFileSystem::temporaryName(std::string_view prefix, std::uint32_t numb
     outPath += "/" + std::string(prefix) + OUtils::formatText("%X.tmp", number);
     return true;
 }
+
+void MemoryFileSystem::setOtherPrivatePlaces(std::vector<std::string> places) {
+    const std::lock_guard lock(mutex_);
+    otherPrivatePlaces_ = std::move(places);
+}
+
+void MemoryFileSystem::setUnprotected(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    unprotected_.insert(keyOf(resolved(path)));
+}
+
+std::vector<std::string> MemoryFileSystem::removedAtRestart() const {
+    const std::lock_guard lock(mutex_);
+    return removedAtRestart_;
+}
+
+// Links on the way are followed as well, from the front. Empty when there is nothing.
+std::string MemoryFileSystem::realNameOf(const std::string& path, int links) const {
+    std::string real;
+    for (const std::string& component : componentsOf(path)) {
+        real += real.empty() && isDrive(component) ? component : "/" + component;
+        NodePtr node = find(real);
+        if (node != nullptr && node->kind == kLink) {
+            node = links < 40 ? find(realNameOf(node->content, links + 1)) : nullptr;
+        }
+        if (node == nullptr) {
+            return {};
+        }
+        real = node->path;
+    }
+    return real;
+}
+
+int MemoryFileSystem::realPath(std::string_view path, std::string& outPath) {
+    const std::lock_guard lock(mutex_);
+    outPath = realNameOf(resolved(path));
+    return outPath.empty() ? kNotFound : kOk;
+}
+
+bool MemoryFileSystem::isProtected(std::string_view path, platform::Protection /*protection*/) {
+    const std::lock_guard lock(mutex_);
+    const std::string real = realNameOf(resolved(path));
+    return !real.empty() && std::none_of(unprotected_.begin(), unprotected_.end(),
+                                         [&](const auto& top) { return isAtOrBelow(keyOf(real), top); });
+}
+
+int MemoryFileSystem::createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                                             std::string& outPath) {
+    outPath.clear();
+    const std::string path =
+        std::string(parent) + "/" + std::string(prefix) + std::to_string(++privateDirectories_);
+    const int status = createDirectory(path);
+    if (status == kOk) {
+        const std::lock_guard lock(mutex_);
+        find(resolved(path))->isPrivate = true;
+        outPath = path;
+    }
+    return status;
+}
+
+std::vector<std::string> MemoryFileSystem::otherPrivatePlaces() {
+    const std::lock_guard lock(mutex_);
+    return otherPrivatePlaces_;
+}
+
+int MemoryFileSystem::removeAtRestart(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    removedAtRestart_.push_back(resolved(path));
+    return kOk;
+}

@@ -102,6 +102,11 @@ public:
     int count(Operation operation) const;
 
     void setTemporaryDirectory(std::string_view path);  // makes it; empty: there is none
+    void setOtherPrivatePlaces(
+        std::vector<std::string> places);  // makes none of them; at first there are none
+    // Others can change what is at this path and below.
+    void setUnprotected(std::string_view path);
+    std::vector<std::string> removedAtRestart() const;  // what was asked for, resolved and in order
 
     int open(std::string_view path, const platform::OpenOptions& options,
              std::unique_ptr<platform::File>& outFile) override;
@@ -122,6 +127,12 @@ public:
     int makeExecutable(std::string_view path) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
+    int realPath(std::string_view path, std::string& outPath) override;
+    bool isProtected(std::string_view path, platform::Protection protection) override;
+    int createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                               std::string& outPath) override;
+    std::vector<std::string> otherPrivatePlaces() override;
+    int removeAtRestart(std::string_view path) override;
 
 private:
     struct Node;
@@ -142,6 +153,7 @@ private:
     bool isPlaceOf(const NodePtr& node) const;
     void runActions(Operation operation, const std::string& path);
     bool hasChildren(const std::string& path) const;
+    std::string realNameOf(const std::string& path, int links = 0) const;
 
     mutable std::recursive_mutex mutex_;    // what runBefore runs calls in again
     std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
@@ -152,5 +164,9 @@ private:
     std::vector<std::string> operations_;
     std::map<Operation, int> counts_;
     std::string temporaryDirectory_ = "/tmp";
+    std::vector<std::string> otherPrivatePlaces_;
+    std::set<std::string> unprotected_;
+    std::vector<std::string> removedAtRestart_;
+    int privateDirectories_ = 0;
     int openFiles_ = 0;
 };

@@ -332,6 +332,42 @@ TEST(FakeEnvironmentTest, RefusesWhatTheSystemRefuses) {
     EXPECT_FALSE(environment.set("A", "x"));
 }
 
+TEST(MemoryFileSystemProtectionTest, ResolvesLinksOnTheWay) {
+    MemoryFileSystem files;
+    files.addFile("C:\\App\\Tool", "");
+    files.addLink("/a/b", "C:\\App");
+    files.addLink("/loop", "/loop");
+    std::string path;
+    EXPECT_EQ(files.realPath("/A/b/tool", path), MemoryFileSystem::kOk);
+    EXPECT_EQ(path, "C:/App/Tool");
+    EXPECT_EQ(files.realPath("/loop/x", path), MemoryFileSystem::kNotFound);
+    EXPECT_EQ(path, "");
+}
+
+TEST(MemoryFileSystemProtectionTest, ProtectsWhatNobodySpoilt) {
+    MemoryFileSystem files;
+    files.addFile("/app/tool", "");
+    files.addLink("/link", "/app");
+    EXPECT_TRUE(files.isProtected("/link/tool", platform::Protection::kAdministrators));
+    files.setUnprotected("/app");
+    EXPECT_FALSE(files.isProtected("/link/tool", platform::Protection::kAdministrators));
+    EXPECT_FALSE(files.isProtected("/none", platform::Protection::kAdministrators));
+}
+
+TEST(MemoryFileSystemProtectionTest, MakesPrivateDirectoriesAndNotesWhatGoesLater) {
+    MemoryFileSystem files;
+    std::string first;
+    std::string second;
+    EXPECT_EQ(files.createPrivateDirectory("/tmp", "p-", first), MemoryFileSystem::kOk);
+    EXPECT_EQ(files.createPrivateDirectory("/tmp", "p-", second), MemoryFileSystem::kOk);
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(files.hasDirectory(first));
+    EXPECT_TRUE(files.isPrivate(first));
+    EXPECT_EQ(files.createPrivateDirectory("/none", "p-", first), MemoryFileSystem::kNotFound);
+    files.removeAtRestart("/tmp\\x");
+    EXPECT_EQ(files.removedAtRestart(), std::vector<std::string>{"/tmp/x"});
+}
+
 TEST(FakeProcessesTest, RecordsStartsAndEnds) {
     FakeProcesses processes;
     processes.running = {{7, "tool.exe", "/bin/tool.exe"}};

@@ -107,6 +107,43 @@ TEST_F(InstallerProgramTest, TheSecondStageSignalsBothEventsAndTellsItsOutcome) 
     EXPECT_TRUE(machine_.files.hasFile(machine_.environment.program));  // which is no copy of a first stage
 }
 
+TEST_F(InstallerProgramTest, TheSecondStageRemovesItsOwnCopies) {
+    machine_.environment.program = "/tmp/ormeluninst-7/ormeluninst.dll";
+    machine_.files.addFile(machine_.environment.program, "the program");
+    machine_.files.addFile("/tmp/ormeluninst-7/ormeluninst.log",
+                           "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
+    EXPECT_EQ(run({"-uninstallFile=/tmp/ormeluninst-7/ormeluninst.log", "-gui=0"}), -1);
+    EXPECT_FALSE(machine_.files.hasDirectory("/tmp/ormeluninst-7"));
+}
+
+TEST_F(InstallerProgramTest, AProgramThatOnlyHasTheNameOfTheCopyStays) {
+    machine_.environment.program = "/home/bob/ormeluninst.dll";
+    machine_.files.addFile(machine_.environment.program, "my program");
+    machine_.files.addFile("/home/bob/ormeluninst.log", "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
+    EXPECT_EQ(run({"-uninstallFile=/home/bob/ormeluninst.log", "-gui=0"}), -1);
+    EXPECT_TRUE(machine_.files.hasFile("/home/bob/ormeluninst.dll"));
+}
+
+TEST_F(InstallerProgramTest, WhileAnotherUninstallationWorksNothingIsUninstalled) {
+    machine_.files.addFile("/app/file", "");
+    machine_.files.addFile("/copy.log", "/app/install.xml\r\n\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app/file\r\n");
+    machine_.events.lockResults = {platform::LockResult::kBusy, platform::LockResult::kBusy};
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), -1);
+    EXPECT_NE(machine_.console.errors.find("Another uninstallation is still at work"), std::string::npos);
+    EXPECT_EQ(machine_.console.output, "");
+    EXPECT_TRUE(machine_.files.hasFile("/app/file"));
+    EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
+    EXPECT_EQ(machine_.events.signals,
+              (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
+}
+
+TEST_F(InstallerProgramTest, TheNextUninstallationMayStartBeforeTheEndIsSignalled) {
+    machine_.files.addFile("/copy.log", "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
+    run({"-uninstallFile=/copy.log", "-gui=0"});
+    EXPECT_EQ(machine_.events.lockings.size(), 1U);
+    EXPECT_EQ(machine_.events.heldLocksAtSignals, (std::vector<int>{0, 0}));
+}
+
 TEST_F(InstallerProgramTest, WithADebugLogTheCopiedActionLogStays) {
     machine_.files.addFile("/copy.log", "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
     EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-debug=1"}), -1);

@@ -23,8 +23,16 @@ protected:
         return UninstallRelaunch(bundle, log_).run(logPath_, options_);
     }
 
-    void expectFailure() {
+    // Fails, says why, and leaves nothing.
+    void expectFailure(const std::string& reason) {
+        const std::vector<std::string> before = machine_.files.allFiles();
         EXPECT_FALSE(relaunch());
+        EXPECT_EQ(machine_.files.allFiles(), before);
+        EXPECT_FALSE(machine_.files.hasDirectory("/tmp/ormeluninst-1"));
+        EXPECT_TRUE(machine_.console.errors.starts_with("ERROR: The uninstallation can't start: " + reason))
+            << machine_.console.errors;
+        EXPECT_TRUE(machine_.console.errors.ends_with("\n"));
+        EXPECT_EQ(machine_.console.output, "");
         EXPECT_EQ(machine_.events.signals, std::vector<std::string>{kUninstallerEndEvent});
         EXPECT_TRUE(machine_.processes.started.empty() || machine_.processes.startError != 0);
     }
@@ -36,16 +44,31 @@ protected:
 };
 
 TEST_F(RelaunchTest, CopiesLogAndImageAndStartsTheCopy) {
+    std::string held;
+    machine_.processes.onStart = [&](const std::string&) {
+        held = std::to_string(machine_.files.openFileCount());
+    };
     EXPECT_TRUE(relaunch());
-    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst.log"), "the log");
-    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst.dll"), "the program");
-    EXPECT_TRUE(machine_.files.isExecutable("/tmp/ormeluninst.dll"));
+    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst-1/ormeluninst.log"), "the log");
+    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst-1/ormeluninst.dll"), "the program");
+    EXPECT_TRUE(machine_.files.isExecutable("/tmp/ormeluninst-1/ormeluninst.dll"));
+    EXPECT_TRUE(machine_.files.isPrivate("/tmp/ormeluninst-1"));
+    EXPECT_EQ(held, "1");  // the image, while it is started
     ASSERT_EQ(machine_.processes.started.size(), 1U);
     EXPECT_EQ(
         machine_.processes.started[0].commandLine,
-        "\"/tmp\\ormeluninst.dll\" -uninstallFile=\"/tmp\\ormeluninst.log\" -uninstallApp=\"My Product\"");
+        "\"/tmp/ormeluninst-1\\ormeluninst.dll\" -uninstallFile=\"/tmp/ormeluninst-1\\ormeluninst.log\" "
+        "-uninstallApp=\"My Product\"");
     EXPECT_EQ(machine_.processes.started[0].workDirectory, "/tmp");
     EXPECT_TRUE(machine_.events.signals.empty());
+    EXPECT_EQ(machine_.console.errors, "");
+}
+
+TEST_F(RelaunchTest, TwoAtOnceDoNotMeet) {
+    EXPECT_TRUE(relaunch());
+    EXPECT_TRUE(relaunch());
+    EXPECT_TRUE(machine_.files.hasFile("/tmp/ormeluninst-1/ormeluninst.dll"));
+    EXPECT_TRUE(machine_.files.hasFile("/tmp/ormeluninst-2/ormeluninst.dll"));
 }
 
 TEST_F(RelaunchTest, PassesTheConsoleSilenceAndDebugLevelOn) {
@@ -61,41 +84,78 @@ TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {
               "\"i\" -uninstallFile=\"l\" -uninstallApp=\"\"");
 }
 
-TEST_F(RelaunchTest, CopiesGoOverLinksAndNotThroughThem) {
+TEST_F(RelaunchTest, TouchesNothingUnderTheNamesThatAnybodyCanTake) {
     machine_.files.addFile("/home/precious", "mine");
     machine_.files.addLink("/tmp/ormeluninst.dll", "/home/precious");
+    machine_.files.addDirectory("/tmp/ormeluninst.log");
     EXPECT_TRUE(relaunch());
     EXPECT_EQ(machine_.files.content("/home/precious"), "mine");
+    EXPECT_TRUE(machine_.files.hasDirectory("/tmp/ormeluninst.log"));
 }
 
-TEST_F(RelaunchTest, OnlyTheCopyIsTakenForOne) {
-    for (const char* path : {"/tmp/ormeluninst.dll", "/tmp\\ormeluninst.dll", "C:\\Temp\\ormeluninst.dll"}) {
-        EXPECT_TRUE(UninstallRelaunch::isCopy(path)) << path;
-    }
-    for (const char* path : {"/opt/product/installer", "/tmp/ormeluninst.log", "/tmp/my-ormeluninst.dll",
-                             "/tmp/ormeluninst.dll/setup", ""}) {
-        EXPECT_FALSE(UninstallRelaunch::isCopy(path)) << path;
-    }
+TEST_F(RelaunchTest, WhereNoProgramMayRunFromAnotherPlaceIsTaken) {
+    machine_.files.setOtherPrivatePlaces({"/none", "/var/tmp"});
+    machine_.files.addDirectory("/var/tmp");
+    machine_.processes.startErrors = {13};
+    EXPECT_TRUE(relaunch());
+    EXPECT_EQ(machine_.processes.started.size(), 2U);
+    EXPECT_EQ(machine_.processes.started[1].workDirectory, "/var/tmp");
+    EXPECT_FALSE(machine_.files.hasDirectory("/tmp/ormeluninst-1"));
+    EXPECT_TRUE(machine_.events.signals.empty());
+    EXPECT_EQ(machine_.console.errors, "");
 }
 
-TEST_F(RelaunchTest, WithoutATemporaryDirectoryItFails) {
+TEST_F(RelaunchTest, WhereOthersCanChangeThePlaceAnotherOneIsTaken) {
+    machine_.files.setOtherPrivatePlaces({"/var/tmp"});
+    machine_.files.addDirectory("/var/tmp");
+    machine_.files.setUnprotected("/tmp");
+    EXPECT_TRUE(relaunch());
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_EQ(machine_.processes.started[0].workDirectory, "/var/tmp");
+}
+
+TEST_F(RelaunchTest, WithoutATemporaryDirectoryAnotherPlaceIsTaken) {
     machine_.files.setTemporaryDirectory("");
-    expectFailure();
+    machine_.files.setOtherPrivatePlaces({"/var/tmp"});
+    machine_.files.addDirectory("/var/tmp");
+    EXPECT_TRUE(relaunch());
+}
+
+TEST_F(RelaunchTest, WhenNoPlaceWillDoTheFirstIsNamed) {
+    machine_.files.setOtherPrivatePlaces({"/var/tmp"});
+    machine_.files.setUnprotected("/tmp");
+    expectFailure("others can change what lies in \"/tmp\"\n");
+}
+
+TEST_F(RelaunchTest, WithoutAnyPlaceItFails) {
+    machine_.files.setTemporaryDirectory("");
+    expectFailure("there is no directory for temporary files\n");
+    EXPECT_TRUE(log_.hasLine("ERROR: Unable to obtain temporary path for uninstaller log. Exiting!"));
+}
+
+TEST_F(RelaunchTest, WithoutItsOwnPathItFails) {
+    machine_.environment.program.clear();
+    expectFailure("the program doesn't know its own path\n");
+    EXPECT_TRUE(log_.hasLine("ERROR: Unable to obtain module file name. Exiting!"));
 }
 
 TEST_F(RelaunchTest, WithoutTheLogItFails) {
     logPath_ = "/product/none.log";
-    expectFailure();
+    expectFailure("\"/product/none.log\" can't be read: ");
+    EXPECT_TRUE(log_.hasLine(
+        "ERROR: Unable to copy uninstaller log to /tmp/ormeluninst-1\\ormeluninst.log. Exiting!"));
 }
 
 TEST_F(RelaunchTest, WithoutSpaceForTheImageItFails) {
     machine_.files.setFreeSpace(10);
-    expectFailure();
+    expectFailure("\"/tmp/ormeluninst-1\\ormeluninst.dll\" can't be written: ");
+    EXPECT_TRUE(log_.hasLine("Error copying file /tmp/ormeluninst-1\\ormeluninst.dll - Error Number = 112"));
 }
 
 TEST_F(RelaunchTest, ACopyThatDoesNotStartIsAFailure) {
     machine_.processes.startError = 5;
-    expectFailure();
+    expectFailure("\"/tmp/ormeluninst-1\\ormeluninst.dll\" can't be run: ");
+    EXPECT_TRUE(log_.hasLine("ERROR: Unable to create uninstall process. Exiting!"));
 }
 
 }  // namespace

@@ -69,4 +69,32 @@ TEST_F(NamedEventsTest, TwoNamesAreTwoEvents) {
     EXPECT_TRUE(first->wait(0));
 }
 
+TEST_F(NamedEventsTest, ALockIsHeldUntilItGoes) {
+    std::unique_ptr<platform::NamedLock> lock;
+    std::unique_ptr<platform::NamedLock> second;
+    ASSERT_EQ(events_.lock(name_, 0, lock), platform::LockResult::kTaken);
+    ASSERT_NE(lock, nullptr);
+    EXPECT_EQ(events_.lock(name_, 1, second), platform::LockResult::kBusy);
+    EXPECT_EQ(second, nullptr);
+    EXPECT_EQ(events_.lock(name_ + "x", 0, second), platform::LockResult::kTaken);
+    lock.reset();
+    EXPECT_EQ(events_.lock(name_, kLongEnough, lock), platform::LockResult::kTaken);
+}
+
+TEST_F(NamedEventsTest, WaitsForALock) {
+    std::unique_ptr<platform::NamedLock> lock;
+    ASSERT_EQ(events_.lock(name_, 0, lock), platform::LockResult::kTaken);
+    std::thread other([&] { lock.reset(); });
+    std::unique_ptr<platform::NamedLock> second;
+    EXPECT_EQ(events_.lock(name_, kLongEnough, second), platform::LockResult::kTaken);
+    other.join();
+}
+
+TEST_F(NamedEventsTest, AnImpossibleNameIsNoLock) {
+    std::unique_ptr<platform::NamedLock> lock;
+    for (const char* name : {"", "a/b"}) {
+        EXPECT_EQ(events_.lock(name, 0, lock), platform::LockResult::kUnavailable) << name;
+    }
+}
+
 }  // namespace

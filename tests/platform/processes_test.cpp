@@ -171,4 +171,11 @@ TEST_F(ProcessesTest, TerminateOfNobodyFails) {
     EXPECT_FALSE(processes_.terminate(0xFFFFFFFEU, 0));
 }
 
+TEST_F(ProcessesTest, WhoeverDoesNotRunIsNoAdministrator) {
+    const auto child = startChild("ExitsWithACode");
+    ASSERT_NE(child, nullptr);
+    ASSERT_TRUE(child->wait(kLongEnough));
+    EXPECT_FALSE(processes_.isAdministrators(0xFFFFFFF0U));
+}
+
 }  // namespace

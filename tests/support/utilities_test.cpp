@@ -213,6 +213,11 @@ public:
     int makeExecutable(std::string_view) override { return 1; }
     bool temporaryDirectory(std::string&) override { return false; }
     bool temporaryName(std::string_view, std::uint32_t, std::string&) override { return false; }
+    int realPath(std::string_view, std::string&) override { return 1; }
+    bool isProtected(std::string_view, platform::Protection) override { return false; }
+    int createPrivateDirectory(std::string_view, std::string_view, std::string&) override { return 1; }
+    std::vector<std::string> otherPrivatePlaces() override { return {}; }
+    int removeAtRestart(std::string_view) override { return 1; }
 
 private:
     class WrongSize : public platform::File {

@@ -4,6 +4,8 @@
 #include "engine/changes/program_run.h"
 #include "fakes/fake_console.h"
 #include "fakes/temporary_directory.h"
+#include "platform/file_system.h"
+#include "platform/processes.h"
 #include "platform/program.h"
 #include "wini/machine_fixture.h"
 #include "wini/running_applications.h"
@@ -19,7 +21,7 @@ protected:
 
     FakeConsole log_;
     ProgramRun programs_{machine_.processes, machine_.shell, log_};
-    RunningApplications applications_{machine_.processes, programs_, log_};
+    RunningApplications applications_{machine_.files, machine_.processes, programs_, log_};
     TemporaryDirectory directory_;
     const std::string program_ = directory_.file(kName);
     const std::string from_ = directory_.path();
@@ -57,10 +59,39 @@ TEST_F(RunningApplicationsMachineTest, LeavesAProcessFromElsewhereAlone) {
 TEST_F(RunningApplicationsMachineTest, AsksAServiceToStop) {
     const auto child = startChild("Sleeps", program_);
     ASSERT_NE(child, nullptr);
+    if (!machine_.processes.isAdministrators(machine_.processes.currentId()) ||
+        !machine_.files.isProtected(program_, platform::Protection::kAdministrators)) {
+        applications_.closeApplication(kName, false, from_);
+        GTEST_SKIP() << "only an administrator's service is asked, from a place of administrators";
+    }
     const StoppingService service(directory_.file("stopped"));
     EXPECT_TRUE(applications_.closeApplication(kName, true, from_));
     EXPECT_TRUE(testFileExists(directory_.file("stopped")));
     EXPECT_TRUE(child->wait(kLongEnough));
+}
+
+TEST_F(RunningApplicationsMachineTest, OnlyEndsAServiceOutsideOfTheNamedDirectory) {
+    const auto child = startChild("Sleeps", program_);
+    ASSERT_NE(child, nullptr);
+    const StoppingService service(directory_.file("stopped"));
+    // Part of the path, and so a match, but no directory that the program lies in.
+    EXPECT_TRUE(applications_.closeApplication(kName, true, from_.substr(0, from_.size() - 1)));
+    EXPECT_FALSE(testFileExists(directory_.file("stopped")));
+    EXPECT_TRUE(child->wait(kLongEnough));
+}
+
+TEST_F(RunningApplicationsMachineTest, StopsTheProgramOfAFileAlone) {
+    const TemporaryDirectory other;
+    copyOwnImage(other.file(kName));
+    const auto mine = startChild("Sleeps", program_);
+    const auto others = startChild("Sleeps", other.file(kName));
+    ASSERT_TRUE(mine != nullptr && others != nullptr);
+    EXPECT_TRUE(applications_.closeProgram(program_));
+    EXPECT_TRUE(mine->wait(kLongEnough));
+    EXPECT_FALSE(others->wait(0));
+    EXPECT_TRUE(applications_.isProgramRunning(other.file(kName)));
+    EXPECT_TRUE(applications_.closeProgram(other.file(kName)));
+    EXPECT_TRUE(others->wait(kLongEnough));
 }
 
 // A process that is to close the processes of its own name, started by one of that name.
@@ -72,7 +103,7 @@ TEST(WiniChild, DISABLED_ClosesItsName) {
     platform::Platform machine = platform::systemPlatform();
     FakeConsole log;
     ProgramRun programs(machine.processes, machine.shell, log);
-    RunningApplications applications(machine.processes, programs, log);
+    RunningApplications applications(machine.files, machine.processes, programs, log);
     EXPECT_TRUE(applications.isApplicationRunning(kName, directory));
     EXPECT_FALSE(applications.closeApplication(kName, false, directory));
     EXPECT_EQ(log.lines().size(), 1U);

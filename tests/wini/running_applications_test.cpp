@@ -6,6 +6,7 @@
 #include "fakes/fake_console.h"
 #include "fakes/fake_processes.h"
 #include "fakes/fake_shell_objects.h"
+#include "fakes/memory_file_system.h"
 
 namespace {
 
@@ -18,6 +19,15 @@ protected:
                               {11, "tool.exe", "C:\\other\\tool.exe"},
                               {12, "hidden", ""},
                               {100, "setup", "/tmp/setup"}};
+        processes_.administrators = {10, 11, 12};
+        files_.addFile("C:\\app\\bin\\Tool.exe", "");
+        files_.addFile("C:\\other\\tool.exe", "");
+    }
+    // Closes the service and says whether it was asked to stop before. It has to be ended in any case.
+    bool isAsked(std::string_view directory) {
+        EXPECT_TRUE(applications_.closeApplication("tool.exe", true, directory));
+        EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
+        return !processes_.started.empty();
     }
     std::vector<std::uint32_t> terminated() const {
         std::vector<std::uint32_t> ids;
@@ -27,11 +37,12 @@ protected:
         return ids;
     }
 
+    MemoryFileSystem files_;
     FakeProcesses processes_;
     FakeConsole log_;
     FakeShellObjects shell_;
     ProgramRun programs_{processes_, shell_, log_};
-    RunningApplications applications_{processes_, programs_, log_};
+    RunningApplications applications_{files_, processes_, programs_, log_};
 };
 
 TEST_F(RunningApplicationsTest, FindsAProcessByItsNameInAnyCase) {
@@ -76,7 +87,7 @@ TEST_F(RunningApplicationsTest, StopsOnlyThoseOfTheDirectory) {
 TEST_F(RunningApplicationsTest, AsksAServiceToStopFirst) {
     EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
     ASSERT_EQ(processes_.started.size(), 1U);
-    EXPECT_EQ(processes_.started[0].commandLine, "\"C:\\app\\bin\\Tool.exe\" -stop");
+    EXPECT_EQ(processes_.started[0].commandLine, "\"C:/app/bin/Tool.exe\" -stop");
     EXPECT_EQ(processes_.started[0].workDirectory, "");
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
 }
@@ -84,11 +95,77 @@ TEST_F(RunningApplicationsTest, AsksAServiceToStopFirst) {
 TEST_F(RunningApplicationsTest, StopsAServiceThatDoesNotStopItself) {
     processes_.exitCodes = {1};
     EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
-    EXPECT_TRUE(log_.hasLine("WARNING: The service \"C:\\app\\bin\\Tool.exe\" did not stop itself"));
+    EXPECT_TRUE(log_.hasLine("WARNING: The service \"C:/app/bin/Tool.exe\" did not stop itself"));
+}
+
+TEST_F(RunningApplicationsTest, AsksAServiceInADirectoryThatALinkLeadsTo) {
+    processes_.running.push_back({13, "linked", "/mnt/app/bin/Tool.exe"});
+    processes_.administrators.insert(13);
+    files_.addLink("/mnt/app", "C:\\app");
+    EXPECT_TRUE(applications_.closeApplication("linked", true, "/mnt/app"));
+    ASSERT_EQ(processes_.started.size(), 1U);
+    EXPECT_EQ(processes_.started[0].commandLine, "\"C:/app/bin/Tool.exe\" -stop");
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsAServiceWhoseDirectoryOnlyLooksLikeTheNamedOne) {
+    files_.addDirectory("C:\\ap");
+    EXPECT_FALSE(isAsked("C:\\ap"));
+    EXPECT_TRUE(
+        log_.hasLine("WARNING: The service \"C:\\app\\bin\\Tool.exe\" is not asked to stop, only ended"));
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsAServiceThatHoldsTheDirectoryFurtherDown) {
+    files_.addDirectory("/app");  // an "/app" that has nothing to do with "C:/app"
+    EXPECT_FALSE(isAsked("/app"));
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsAServiceOfADirectoryThatIsNotThere) {
+    EXPECT_FALSE(isAsked("C:\\app\\bin\\T"));
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsAServiceThatALinkLeadsOutOfTheDirectory) {
+    files_.addFile("/home/bob/Tool.exe", "");
+    files_.addLink("C:\\app\\bin", "/home/bob");
+    EXPECT_FALSE(isAsked("C:\\app"));
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsAServiceThatIsNoAdministrators) {
+    processes_.administrators.clear();
+    EXPECT_FALSE(isAsked("C:\\app"));
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsAServiceWhoseProgramOthersCanChange) {
+    files_.setUnprotected("C:\\app\\bin");
+    EXPECT_FALSE(isAsked("C:\\app"));
+}
+
+TEST_F(RunningApplicationsTest, OnlyEndsServicesWithoutANamedDirectory) {
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, ""));
+    EXPECT_TRUE(processes_.started.empty());
+    EXPECT_EQ(terminated(), (std::vector<std::uint32_t>{10, 11}));
+}
+
+TEST_F(RunningApplicationsTest, FindsAndStopsTheProgramOfAFileAlone) {
+    EXPECT_TRUE(applications_.isProgramRunning("c:/app/bin/tool.exe"));
+    EXPECT_TRUE(applications_.closeProgram("C:\\app\\bin\\Tool.exe"));
+    EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
+    EXPECT_FALSE(applications_.isProgramRunning("C:\\app\\bin\\Tool.exe"));
+    EXPECT_FALSE(applications_.closeProgram("C:\\app\\bin\\Tool.exe"));
+}
+
+TEST_F(RunningApplicationsTest, FindsTheProgramOfALinkAtItsTarget) {
+    files_.addLink("/usr/bin/t", "C:\\app\\bin\\Tool.exe");
+    EXPECT_TRUE(applications_.isProgramRunning("/usr/bin/t"));
+}
+
+TEST_F(RunningApplicationsTest, TakesNoProcessOfAnUnknownPathForTheProgramOfAFile) {
+    files_.addFile("/opt/hidden", "");
+    EXPECT_FALSE(applications_.isProgramRunning("/opt/hidden"));
+    EXPECT_FALSE(applications_.closeProgram("/opt/none"));
 }
 
 TEST_F(RunningApplicationsTest, AsksNoServiceWhoseProgramIsUnknown) {
-    EXPECT_TRUE(applications_.closeApplication("hidden", true, ""));
+    EXPECT_TRUE(applications_.closeApplication("hidden", true, "C:\\app"));
     EXPECT_TRUE(processes_.started.empty());
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{12});
 }
@@ -101,7 +178,7 @@ TEST_F(RunningApplicationsTest, GoesOnWhereAServiceIsGoneAlready) {
 
 TEST_F(RunningApplicationsTest, NeverStopsTheProcessesThatStartedIt) {
     processes_.parents = {11, 5};
-    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, ""));
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\"));
     EXPECT_EQ(terminated(), std::vector<std::uint32_t>{10});
     EXPECT_EQ(processes_.started.size(), 1U);
     EXPECT_TRUE(log_.hasLine("WARNING: \"tool.exe\" (11) is not stopped: it started this program"));

@@ -106,6 +106,10 @@ public:
         return event == nullptr ? nullptr : std::make_unique<Event>(*this, name, std::move(event));
     }
     bool signal(std::string_view) override { return false; }
+    platform::LockResult lock(std::string_view, std::uint32_t,
+                              std::unique_ptr<platform::NamedLock>&) override {
+        return platform::LockResult::kUnavailable;
+    }
 
 private:
     class Event : public platform::NamedEvent {

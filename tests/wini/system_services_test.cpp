@@ -85,6 +85,15 @@ TEST_F(SystemServicesTest, FindsAndStopsPrograms) {
     EXPECT_FALSE(services_.isApplicationRunning("tool", ""));
 }
 
+TEST_F(SystemServicesTest, FindsAndStopsTheProgramOfAFile) {
+    machine_.processes.ownId = 7;
+    machine_.processes.running = {{20, "tool", "/bin/tool"}};
+    machine_.files.addFile("/bin/tool", "");
+    EXPECT_TRUE(services_.isProgramRunning("/bin/tool"));
+    EXPECT_TRUE(services_.closeProgram("/bin/tool"));
+    EXPECT_FALSE(services_.isProgramRunning("/bin/tool"));
+}
+
 TEST_F(SystemServicesTest, CopiesWholeFiles) {
     machine_.files.addFile("/a", "content");
     EXPECT_TRUE(services_.copyFile("/a", "/b"));

@@ -13,6 +13,8 @@
 #include "platform/posix/native_path.h"
 #include "platform/posix/posix_directory.h"
 #include "platform/posix/posix_file.h"
+#include "platform/posix/protected_path.h"
+#include "platform/posix/state_directory.h"
 #include "platform/posix/system_calls.h"
 
 namespace platform {
@@ -156,6 +158,13 @@ bool randomNumber(std::uint64_t& outNumber) {
            static_cast<ssize_t>(sizeof outNumber);
 }
 
+using ReleasedText = std::unique_ptr<char, decltype(&std::free)>;
+
+// Null, with the error in errno, when there is nothing.
+ReleasedText realPathOf(std::string_view path) {
+    return {realpath(nativePath(path).c_str(), nullptr), &std::free};
+}
+
 class PosixFileSystem : public FileSystem {
 public:
     int open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) override;
@@ -176,6 +185,15 @@ public:
     int makeExecutable(std::string_view path) override;
     bool temporaryDirectory(std::string& outPath) override;
     bool temporaryName(std::string_view prefix, std::uint32_t number, std::string& outPath) override;
+    int realPath(std::string_view path, std::string& outPath) override;
+    bool isProtected(std::string_view path, Protection protection) override {
+        std::string real;
+        return realPath(path, real) == 0 && isProtectedPath(real, protection);
+    }
+    int createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                               std::string& outPath) override;
+    std::vector<std::string> otherPrivatePlaces() override;
+    int removeAtRestart(std::string_view /*path*/) override { return ENOTSUP; }
 };
 
 int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std::unique_ptr<File>& outFile) {
@@ -245,8 +263,7 @@ std::int64_t PosixFileSystem::fileSize(std::string_view path) {
 
 int PosixFileSystem::resolveFile(std::string_view path, std::string& outPath) {
     outPath.clear();
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(nativePath(path).c_str(), nullptr),
-                                                           &std::free);
+    const ReleasedText real = realPathOf(path);
     struct stat status {};
     if (real == nullptr || stat(real.get(), &status) != 0) {
         return errno;
@@ -350,6 +367,48 @@ bool PosixFileSystem::temporaryName(std::string_view prefix, std::uint32_t numbe
             return true;
         }
     }
+}
+
+int PosixFileSystem::realPath(std::string_view path, std::string& outPath) {
+    outPath.clear();
+    const ReleasedText real = realPathOf(path);
+    if (real == nullptr) {
+        return errno;
+    }
+    outPath = real.get();
+    return 0;
+}
+
+int PosixFileSystem::createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                                            std::string& outPath) {
+    outPath.clear();
+    std::uint64_t random = 0;
+    if (!randomNumber(random)) {
+        return errno;
+    }
+    char tail[17];
+    std::snprintf(tail, sizeof tail, "%016llx", static_cast<unsigned long long>(random));
+    const std::string made = nativePath(parent) + "/" + std::string(prefix) + tail;
+    const char* const path = made.c_str();
+    if (mkdir(path, 0700) != 0) {
+        return errno;
+    }
+    // The caller's mask may have taken the rights of the owner away.
+    if (chmod(path, 0700) != 0) {
+        const int error = errno;
+        rmdir(path);
+        return error;
+    }
+    outPath = made;
+    return 0;
+}
+
+std::vector<std::string> PosixFileSystem::otherPrivatePlaces() {
+    std::vector<std::string> places = {"/var/tmp", stateDirectory(), "/run"};
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') {
+        places.emplace_back(home);
+    }
+    return places;
 }
 
 }  // namespace

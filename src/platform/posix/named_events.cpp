@@ -2,13 +2,13 @@
 
 #include <fcntl.h>
 #include <semaphore.h>
-#include <sys/file.h>
 
-#include <cstring>
-#include <ctime>
 #include <string>
 
-#include "platform/posix/system_calls.h"
+#include "platform/clock.h"
+#include "platform/posix/lock_file.h"
+#include "platform/posix/semaphore_file.h"
+#include "platform/posix/state_directory.h"
 
 namespace platform {
 
@@ -16,70 +16,47 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
 
-// The name of a semaphore, or an empty text for a name that can't be one.
+// The name of a semaphore or of a file, or an empty text for a name that can't be one.
 std::string semaphoreName(std::string_view name) {
     const bool usable = !name.empty() && name.find('/') == std::string_view::npos;
     return usable ? "/" + std::string(name) : "";
 }
 
-// A semaphore outlives its owner when that is killed. So each user holds a lock on the semaphore's file,
-// which the kernel releases; a semaphore without a lock is left over from a killed owner.
-Descriptor openLockFile(const std::string& name) {
-    const std::string path = "/dev/shm/sem." + name.substr(1);
-    return Descriptor(open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-}
-
-void removeLeftOver(const std::string& name) {
-    const Descriptor lock = openLockFile(name);
-    if (lock.isOpen() && flock(lock.get(), LOCK_EX | LOCK_NB) == 0) {
-        sem_unlink(name.c_str());
-    }
-}
-
-timespec deadlineAfter(std::uint32_t milliseconds) {
-    timespec deadline{};
-    clock_gettime(CLOCK_MONOTONIC, &deadline);
-    deadline.tv_sec += milliseconds / 1000;
-    deadline.tv_nsec += static_cast<long>(milliseconds % 1000) * 1000000;
-    if (deadline.tv_nsec >= 1000000000) {
-        deadline.tv_nsec -= 1000000000;
-        ++deadline.tv_sec;
-    }
-    return deadline;
-}
-
+// A semaphore outlives its owner when that is killed. So each user of it marks it as used, which the kernel
+// ends; a semaphore without a mark is left over from a killed owner.
 class PosixNamedEvent : public NamedEvent {
 public:
-    PosixNamedEvent(sem_t* semaphore, std::string name, bool isOwner)
-        : semaphore_(semaphore), name_(std::move(name)), isOwner_(isOwner), lock_(openLockFile(name_)) {
-        if (lock_.isOpen()) {
-            flock(lock_.get(), LOCK_SH);
-        }
+    PosixNamedEvent(std::unique_ptr<SemaphoreFile> semaphore, std::string name, bool isOwner)
+        : semaphore_(std::move(semaphore)), name_(std::move(name)), isOwner_(isOwner) {
+        semaphore_->markAsUsed();
     }
 
     ~PosixNamedEvent() override {
-        sem_close(semaphore_);
         if (isOwner_) {
             sem_unlink(name_.c_str());
         }
     }
 
-    bool wait(std::uint32_t milliseconds) override {
-        const timespec deadline = deadlineAfter(milliseconds);
-        return retryInterrupted([&] { return sem_clockwait(semaphore_, CLOCK_MONOTONIC, &deadline); }) == 0;
-    }
+    bool wait(std::uint32_t milliseconds) override { return semaphore_->wait(milliseconds); }
 
 private:
-    sem_t* const semaphore_;
+    const std::unique_ptr<SemaphoreFile> semaphore_;
     const std::string name_;
     const bool isOwner_;
-    const Descriptor lock_;
 };
+
+// False, with the error in errno, also when the name is taken.
+bool createSemaphore(const std::string& name) {
+    sem_t* semaphore = sem_open(name.c_str(), O_CREAT | O_EXCL, kOwnerOnly, 0);
+    return semaphore != SEM_FAILED && sem_close(semaphore) == 0;
+}
 
 class PosixNamedEvents : public NamedEvents {
 public:
     std::unique_ptr<NamedEvent> create(std::string_view name) override;
     bool signal(std::string_view name) override;
+    LockResult lock(std::string_view name, std::uint32_t milliseconds,
+                    std::unique_ptr<NamedLock>& outLock) override;
 };
 
 std::unique_ptr<NamedEvent> PosixNamedEvents::create(std::string_view name) {
@@ -87,42 +64,33 @@ std::unique_ptr<NamedEvent> PosixNamedEvents::create(std::string_view name) {
     if (full.empty()) {
         return nullptr;
     }
-    removeLeftOver(full);
     // Somebody else may create or remove the name between two calls; after a few rounds that is not an
     // accident any more.
     for (int round = 0; round < 10; ++round) {
-        sem_t* semaphore = sem_open(full.c_str(), O_CREAT | O_EXCL, kOwnerOnly, 0);
-        if (semaphore != SEM_FAILED) {
-            return std::make_unique<PosixNamedEvent>(semaphore, full, true);
-        }
-        if (errno != EEXIST) {
+        SemaphoreFile::clearName(full);
+        const bool isOwner = createSemaphore(full);
+        if (!isOwner && errno != EEXIST) {
             return nullptr;
         }
-        semaphore = sem_open(full.c_str(), 0);
-        if (semaphore != SEM_FAILED) {
-            return std::make_unique<PosixNamedEvent>(semaphore, full, false);
+        if (auto semaphore = SemaphoreFile::open(full)) {
+            return std::make_unique<PosixNamedEvent>(std::move(semaphore), full, isOwner);
         }
-        if (errno != ENOENT) {
-            return nullptr;
-        }
+        sleepMilliseconds(1);
     }
     return nullptr;
 }
 
 bool PosixNamedEvents::signal(std::string_view name) {
     const std::string full = semaphoreName(name);
-    if (full.empty()) {
-        return false;
-    }
-    sem_t* semaphore = sem_open(full.c_str(), 0);
-    if (semaphore == SEM_FAILED) {
-        return false;
-    }
-    // An event that is signalled already stays signalled once.
-    int value = 0;
-    const bool signalled = (sem_getvalue(semaphore, &value) == 0 && value > 0) || sem_post(semaphore) == 0;
-    sem_close(semaphore);
-    return signalled;
+    const auto semaphore = full.empty() ? nullptr : SemaphoreFile::open(full);
+    return semaphore != nullptr && semaphore->signal();
+}
+
+LockResult PosixNamedEvents::lock(std::string_view name, std::uint32_t milliseconds,
+                                  std::unique_ptr<NamedLock>& outLock) {
+    outLock.reset();
+    return semaphoreName(name).empty() ? LockResult::kUnavailable
+                                       : lockFile(stateDirectory(), std::string(name), milliseconds, outLock);
 }
 
 }  // namespace

@@ -105,4 +105,8 @@ std::string nameOf(pid_t id) {
     return name.size() == kMaxKernelName && program.starts_with(name) ? std::string(program) : name;
 }
 
+bool isRoots(pid_t id) {
+    return readStart(procPath(id, "status")).find("\nUid:\t0\t0\t0\t0\n") != std::string::npos;
+}
+
 }  // namespace platform::proc_files

@@ -24,4 +24,8 @@ std::string executableOf(pid_t id);
 // threads.
 std::string nameOf(pid_t id);
 
+// Whether all user numbers of the process (real, effective, saved, for files) are root's. The owner of the
+// process's files says less: those of a process that hides its memory belong to root as well.
+bool isRoots(pid_t id);
+
 }  // namespace platform::proc_files

@@ -39,6 +39,9 @@ public:
                                         int& outError) override;
     std::uint32_t currentId() override { return static_cast<std::uint32_t>(getpid()); }
     std::vector<std::uint32_t> ownLine() override;
+    bool isAdministrators(std::uint32_t id) override {
+        return id <= INT_MAX && proc_files::isRoots(static_cast<pid_t>(id));
+    }
 };
 
 bool PosixProcesses::list(std::vector<ProcessInfo>& outProcesses) {

@@ -29,6 +29,12 @@ public:
     bool isOpen() const { return number_ >= 0; }
     // Returns 0 or errno; the descriptor is closed in any case.
     int close();
+    // Gives the number to the caller, who closes it.
+    int release() {
+        const int number = number_;
+        number_ = -1;
+        return number;
+    }
 
 private:
     int number_;

@@ -3,11 +3,15 @@
 #include <windows.h>
 
 #include <aclapi.h>
+#include <ntsecapi.h>
+
+#include <cwchar>
 
 #include "platform/windows/directory.h"
 #include "platform/windows/file.h"
 #include "platform/windows/link_test.h"
 #include "platform/windows/private_security.h"
+#include "platform/windows/protected_path.h"
 #include "platform/windows/system_error.h"
 
 namespace platform {
@@ -124,9 +128,10 @@ std::wstring withoutPrefix(const std::wstring& path) {
     return path.starts_with(kPlain) ? path.substr(kPlain.size()) : path;
 }
 
+// Of a file or a directory.
 int finalPathOf(const std::wstring& path, std::wstring& outPath) {
     const Handle file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                  nullptr, OPEN_EXISTING, 0, nullptr));
+                                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file) {
         return failureNumber();
     }
@@ -169,6 +174,18 @@ int listInto(const std::wstring& pattern, std::vector<DirectoryEntry>& outEntrie
     const int error = failureNumber();
     FindClose(search);
     return error == ERROR_NO_MORE_FILES ? 0 : error;
+}
+
+// 16 digits that nobody can guess.
+bool randomName(std::wstring& outName) {
+    std::uint64_t random = 0;
+    if (RtlGenRandom(&random, sizeof(random)) == FALSE) {
+        return false;
+    }
+    wchar_t digits[17];
+    swprintf(digits, 17, L"%016llx", static_cast<unsigned long long>(random));
+    outName = digits;
+    return true;
 }
 
 class WindowsFileSystem : public FileSystem {
@@ -342,6 +359,61 @@ public:
         }
         outPath = utf8Of(path);
         return true;
+    }
+
+    int realPath(std::string_view path, std::string& outPath) override {
+        outPath.clear();
+        const std::wstring wide = systemPath(path);
+        if (namesDevice(wide)) {
+            return kRefusedName;
+        }
+        std::wstring final;
+        const int status = finalPathOf(wide, final);
+        outPath = utf8Of(final);
+        return status;
+    }
+
+    bool isProtected(std::string_view path, Protection protection) override {
+        const std::wstring wide = systemPath(path);
+        std::wstring final;
+        return !namesDevice(wide) && finalPathOf(wide, final) == 0 && isProtectedPath(final, protection);
+    }
+
+    int createPrivateDirectory(std::string_view parent, std::string_view prefix,
+                               std::string& outPath) override {
+        outPath.clear();
+        static PrivateSecurity security;
+        std::wstring tail;
+        if (security.attributes() == nullptr || !randomName(tail)) {
+            return ERROR_INVALID_SECURITY_DESCR;
+        }
+        const std::string path = std::string(parent) + "\\" + std::string(prefix) + utf8Of(tail);
+        const int status =
+            onPath(path, [](const wchar_t* wide) { return CreateDirectoryW(wide, security.attributes()); });
+        if (status == 0) {
+            outPath = path;
+        }
+        return status;
+    }
+
+    std::vector<std::string> otherPrivatePlaces() override {
+        std::vector<std::string> places;
+        std::wstring directory(MAX_PATH, L'\0');
+        const UINT length = GetSystemWindowsDirectoryW(directory.data(), MAX_PATH);
+        if (length > 0 && length < MAX_PATH) {
+            directory.resize(length);
+            places.push_back(utf8Of(directory) + "\\Temp");
+        }
+        if (const wchar_t* programs = _wgetenv(L"ProgramFiles"); programs != nullptr && *programs != L'\0') {
+            places.push_back(utf8Of(programs));
+        }
+        return places;
+    }
+
+    int removeAtRestart(std::string_view path) override {
+        return onPath(path, [](const wchar_t* wide) {
+            return MoveFileExW(wide, nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
+        });
     }
 };
 

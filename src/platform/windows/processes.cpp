@@ -92,6 +92,25 @@ bool resolveProgram(const std::wstring& command, std::wstring& outProgram) {
     return !outProgram.empty();
 }
 
+// By what the process may do now: a user whose rights are withheld is no administrator.
+bool hasAdministratorsToken(HANDLE process) {
+    HANDLE token = nullptr;
+    if (OpenProcessToken(process, TOKEN_QUERY | TOKEN_DUPLICATE, &token) == 0) {
+        return false;
+    }
+    const Handle owner(token);
+    HANDLE copy = nullptr;
+    if (DuplicateToken(token, SecurityIdentification, &copy) == 0) {
+        return false;
+    }
+    const Handle copyOwner(copy);
+    unsigned char administrators[SECURITY_MAX_SID_SIZE];
+    DWORD size = sizeof(administrators);
+    BOOL isMember = FALSE;
+    return CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, administrators, &size) != 0 &&
+           CheckTokenMembership(copy, administrators, &isMember) != 0 && isMember != 0;
+}
+
 class WindowsChildProcess : public ChildProcess {
 public:
     explicit WindowsChildProcess(HANDLE process) : process_(process) {}
@@ -167,6 +186,12 @@ public:
 
     std::uint32_t currentId() override { return GetCurrentProcessId(); }
     std::vector<std::uint32_t> ownLine() override { return processLine(GetCurrentProcessId()); }
+
+    bool isAdministrators(std::uint32_t id) override {
+        const DebugPrivilege privilege;
+        const Handle process(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, id));
+        return process && hasAdministratorsToken(process.get());
+    }
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -160,6 +161,23 @@ TEST_F(PosixProcessesTest, DroppedChildrenAreCollectedByALaterStart) {
     EXPECT_EQ(exitCodeOf("true"), 0);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(PosixProcessesTest, OnlyRootIsAnAdministrator) {
+    EXPECT_EQ(processes_.isAdministrators(static_cast<std::uint32_t>(getpid())), geteuid() == 0);
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can be somebody else";
+    }
+    const ForkedProcess somebody([] { (void)!setresuid(12345, 12345, 12345); });
+    EXPECT_FALSE(processes_.isAdministrators(somebody.id()));
+    // Its files in /proc are root's, because its memory isn't to be seen.
+    const ForkedProcess hidden([] {
+        (void)!setresuid(12345, 12345, 12345);
+        prctl(PR_SET_DUMPABLE, 0);
+    });
+    EXPECT_FALSE(processes_.isAdministrators(hidden.id()));
+    const ForkedProcess half([] { (void)!setresuid(12345, 0, 0); });
+    EXPECT_FALSE(processes_.isAdministrators(half.id()));
 }
 
 }  // namespace
