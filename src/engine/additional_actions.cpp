@@ -133,7 +133,7 @@ void AdditionalActions::readProgramFlags(Action& action) {
 void AdditionalActions::showLogLine(std::int32_t node) {
     const auto line = context_.tags.attribute(node, "Log");
     if (!line.value_or("").empty()) {
-        context_.report.addLine(context_.tags.expand(line), true);
+        context_.report.addLine(context_.tags.expandForSystem(line), true);
     }
 }
 
@@ -177,7 +177,10 @@ void AdditionalActions::open(const Action& action, const char* what) {
 
 // A program that is waited for and ends with an error counts as not started.
 void AdditionalActions::runProgram(const Action& action) {
-    const std::string arguments = textOf(action, context_.tags.attribute(action.node, "Arguments"));
+    const auto written = context_.tags.attribute(action.node, "Arguments");
+    const std::string arguments = (action.details & kNoExpansion) != 0
+                                      ? std::string(written.value_or(""))
+                                      : context_.tags.expandForSystem(written, true);
     const std::string workDir = pathOf(action, context_.tags.attribute(action.node, "WorkDir"));
     const bool started =
         programs_.run({action.path, arguments, workDir, action.programFlags}, context_.report, action.pause);

@@ -4,6 +4,7 @@
 
 #include "engine/report.h"
 #include "package/backup_file.h"
+#include "platform/written_path.h"
 #include "support/debug_log.h"
 
 namespace {
@@ -26,7 +27,7 @@ public:
 
     void beforeFile() override { report_.pumpEvents(); }
     void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number) override {
-        report_.addLine(std::string(lineStart(outcome)) + std::string(path),
+        report_.addLine(std::string(lineStart(outcome)) + platform::writtenPath(path),
                         number % Report::kStepsPerFlush == 0);
     }
     void progress(int percent) override { report_.setProgress(percent); }

@@ -13,6 +13,7 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "engine/wildcard_remover.h"
+#include "platform/written_path.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -203,7 +204,7 @@ void Uninstallation::removeByWildcards(ChangeJob& job) {
                                   pattern.c_str());
         }
         std::string line = "Delete: ";
-        line.append(directory).append("/").append(pattern);
+        line.append(platform::writtenPath(directory)).append("/").append(pattern);
         job.context.report.addLine(line, done++ % Report::kStepsPerFlush == 0);
     }
     job.context.report.flushLines();

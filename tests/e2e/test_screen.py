@@ -59,8 +59,8 @@ class Screen(EndToEndTest):
     @unittest.skipIf(WINDOWS, "no file has such a name there")
     def test_the_packager_lists_hostile_names_harmlessly(self):
         name = "n\x1b[2J\u202exe.txt"
-        setup = self.build_package(description(self.native("opt"), f'<FileSet Name="A"><FN Dest="x">{name}</FN></FileSet>'),
-                                   {name: "1"})
+        sets = f'<FileSet Name="A"><FN Dest="x">{name}</FN></FileSet>'
+        setup = self.build_package(description(self.native("opt"), sets), {name: "1"})
         result = self.packager("list", self.native(setup))
         self.assert_harmless(result.out)
         self.assertIn("n?[2J?xe.txt", result.out)
@@ -102,6 +102,67 @@ class Losses(EndToEndTest):
                                self.native("stage/root"), "--bin", "--output", self.native("out.bin"))
         self.assertEqual(result.code, 0, result)
         self.assert_named(result.err)
+
+
+PATH_SETS = """
+<FileSet Name="A"><FN Dest="[DIR]" ExpandVarsInFile="1">one.conf</FN><FN Dest="[BIN]" Executable="1">show.sh</FN>
+</FileSet>
+<IniFiles><Add FileName="[DIR]/x.ini" Section="S" Key="dir">[BIN]</Add>
+<Add FileName="[DIR]/x.ini" Section="S" Key="text">a\\nb \\d [RE]</Add></IniFiles>
+<AdditionalInstall><RunProgram Wait="1==1" Arguments="[DIR]/out.txt [BIN]/x [RE] \\n" Log="Run in [DIR]">[BIN]/show.sh
+</RunProgram></AdditionalInstall>
+"""
+PATH_VALUES = ('<Value Name="BIN" DataType="value" Recalculate="1">$DIR\\bin</Value>'
+               '<Value Name="RE" DataType="value">\\w\\s</Value>')
+PATH_PAGES = '<Ask><Field Type="Directory" Label="Where" x="1" y="1">DIR</Field></Ask>'
+PATH_FILES = {"one.conf": "dir=[DIR]\nbin=[BIN]\nre=[RE]\ntext=\\n \\\\server\\share\n",
+              "show.sh": '#!/bin/sh\nfile=$1\nprintf "%s\\n" "$0" "$@" > "$file"\n'}
+
+
+@unittest.skipIf(WINDOWS, "the form of paths there is the program's own")
+class Paths(EndToEndTest):
+    """What leaves the program is written as Linux writes paths."""
+
+    def install(self):
+        text = description(self.native("opt"), PATH_SETS, PATH_PAGES, PATH_VALUES,
+                           late="<RegisterApplication/>", farewell='<CopyProgress Special="AutoNext"/>')
+        self.setup = self.build_package(text, PATH_FILES)
+        return self.run_program(self.setup, "-gui=0", stdin="\n" * 5)
+
+    def test_what_leaves_has_slashes_and_what_is_no_path_stays(self):
+        result = self.install()
+        directory = self.native("opt")
+        self.assertIn("It worked.", result.out, result)
+        self.assertEqual(self.read_text("opt/one.conf"),
+                         f"dir={directory}\nbin={directory}/bin\nre=\\w\\s\ntext=\\n \\\\server\\share\n")
+        ini = self.read_text("opt/x.ini")
+        self.assertIn(f"dir={directory}/bin\n", ini)
+        self.assertIn("text=a\\nb \\d \\w\\s\n", ini)
+        self.assertEqual(self.read_text("opt/out.txt").split("\n"),
+                         [f"{directory}/bin/show.sh", f"{directory}/out.txt", f"{directory}/bin/x", "\\w\\s",
+                          "\\n", ""])
+        self.assertNotIn("\\", result.out, result)
+        for line in (f"Where [{directory}]:", f"Create {directory}/one.conf\n", f"Run in {directory}\n"):
+            self.assertIn(line, result.out, result)
+
+    def test_the_log_keeps_its_form_and_the_registered_command_does_not(self):
+        self.install()
+        own = self.native("opt").replace("/", "\\")
+        log = "\n".join(self.action_log("opt/un/install.log"))
+        self.assertIn(f"FILE\tCREATE\t{own}\\one.conf", log)
+        entry = self.registry("HKLM", r"Software\Microsoft\Windows\CurrentVersion\Uninstall\Test Product")[""]
+        directory = self.native("opt")
+        self.assertEqual(entry["UninstallString"][1],
+                         f'"{directory}/un/installer" -uninstall="{directory}/un/install.log"'
+                         ' -uninstallApp="Test Product"')
+
+    def test_an_uninstallation_shows_paths_in_the_same_form(self):
+        self.install()
+        self.write("copy.log", self.read("opt/un/install.log"))
+        result = self.run_program("installer", f"-uninstallFile={self.native('copy.log')}",
+                                  "-uninstallApp=Test Product", "-gui=0")
+        self.assertIn(f"Delete {self.native('opt/one.conf')}\n", result.out, result)
+        self.assertNotIn("\\", result.out, result)
 
 
 if __name__ == "__main__":

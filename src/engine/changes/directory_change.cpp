@@ -8,6 +8,7 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -127,7 +128,8 @@ bool DirectoryChange::removeLevel(const std::string& directory) {
         removeEmptyDirectories(files, directory);
     }
     const bool removed = !files.exists(directory);
-    return context_.report.addOutcome(removed, (removed ? "Remove " : "FAILED to remove ") + directory);
+    return context_.report.addOutcome(
+        removed, (removed ? "Remove " : "FAILED to remove ") + platform::writtenPath(directory));
 }
 
 int removeEmptyDirectories(platform::FileSystem& files, std::string_view path) {

@@ -11,6 +11,7 @@
 #include "engine/changes/text_file.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -125,7 +126,8 @@ bool editFile(platform::FileSystem& files, std::string_view path, std::string_vi
 }
 
 bool reportEdit(Report& report, bool done, std::string_view work, std::string_view path) {
-    return report.addOutcome(done, std::string(done ? "" : "FAILED : ").append(work).append(path));
+    return report.addOutcome(
+        done, std::string(done ? "" : "FAILED : ").append(work).append(platform::writtenPath(path)));
 }
 
 }  // namespace

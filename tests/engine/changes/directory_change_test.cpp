@@ -148,7 +148,8 @@ TEST_F(DirectoryUndoTest, FailsForDirectoriesWithForeignFiles) {
     files_.addFile("/a/b/mine", "");
     EXPECT_FALSE(remove("\\a\\b\\", 2));
     EXPECT_TRUE(files_.hasFile("/a/b/mine"));
-    EXPECT_THAT(errors_, ElementsAre("FAILED to remove \\a\\b", "FAILED to remove \\a"));
+    EXPECT_THAT(errors_, ElementsAre("FAILED to remove " + writtenPath("\\a\\b"),
+                                     "FAILED to remove " + writtenPath("\\a")));
 }
 
 TEST_F(DirectoryUndoTest, TakesMissingDirectoriesForRemoved) {

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <fstream>
 
 #include "base/path_functions.h"
 #include "fakes/temporary_directory.h"
@@ -160,6 +162,16 @@ TEST_F(PosixProcessesTest, DroppedChildrenAreCollectedByALaterStart) {
     EXPECT_EQ(exitCodeOf("true"), 0);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(PosixProcessesTest, AProgramLearnsItsOwnNameAsTheSystemWritesIt) {
+    const TemporaryDirectory directory;
+    const std::string script = directory.file("show");
+    std::ofstream(script) << "#!/bin/sh\ncase \"$0\" in *\\\\*) exit 1;; esac\n";
+    ASSERT_EQ(chmod(script.c_str(), 0700), 0);
+    std::string own = script;
+    std::replace(own.begin(), own.end(), '/', '\\');
+    EXPECT_EQ(exitCodeOf('"' + own + '"'), 0);
 }
 
 }  // namespace
