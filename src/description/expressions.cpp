@@ -18,6 +18,18 @@ std::string Expressions::expandWhole(std::string_view text, bool stopOnMissing) 
     return expand(text, kWholeLimit + 1, stopOnMissing).value_or("");
 }
 
+std::optional<std::string> Expressions::expandForSystem(std::string_view text, std::size_t capacity,
+                                                        bool stopOnMissing) {
+    WrittenPathLookup variables(variables_, paths_);
+    std::optional<Expansion> result =
+        expandBracketVariables(variables, debugLog_, text, capacity - 1, stopOnMissing);
+    return result ? std::optional<std::string>(std::move(result->text)) : std::nullopt;
+}
+
+std::string Expressions::expandWholeForSystem(std::string_view text, bool stopOnMissing) {
+    return expandForSystem(text, kWholeLimit + 1, stopOnMissing).value_or("");
+}
+
 std::optional<Expansion> Expressions::expandMeasured(std::string_view text, std::size_t limit,
                                                      bool stopOnMissing) {
     return expandBracketVariables(variables_, debugLog_, text, limit, stopOnMissing);

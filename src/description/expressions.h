@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "description/path_variables.h"
 #include "description/variable_expansion.h"
 #include "support/debug_log.h"
 
@@ -26,6 +28,13 @@ public:
                                       bool stopOnMissing = false);
     // The same with room for kWholeLimit bytes, and empty for nothing.
     std::string expandWhole(std::string_view text, bool stopOnMissing = false);
+    // Both for a text that leaves the program, for a file, another program or the screen: the values of path
+    // variables are written as the system writes paths. Nothing else of the text changes.
+    std::optional<std::string> expandForSystem(std::string_view text, std::size_t capacity,
+                                               bool stopOnMissing = false);
+    std::string expandWholeForSystem(std::string_view text, bool stopOnMissing = false);
+    // Until this is called no variable counts as one of a path.
+    void setPathVariables(PathVariables paths) { paths_ = std::move(paths); }
     // The same with at most `limit` bytes, and the length that the result would have had.
     std::optional<Expansion> expandMeasured(std::string_view text, std::size_t limit, bool stopOnMissing);
 
@@ -47,5 +56,6 @@ public:
 
 private:
     VariableLookup& variables_;
+    PathVariables paths_;
     DebugLog debugLog_;
 };

@@ -135,7 +135,7 @@ void AdditionalActions::readProgramFlags(Action& action) {
 void AdditionalActions::showLogLine(std::int32_t node) {
     const auto line = context_.tags.attribute(node, "Log");
     if (!line.value_or("").empty()) {
-        context_.report.addLine(context_.tags.expand(line), true);
+        context_.report.addLine(context_.tags.expandForSystem(line), true);
     }
 }
 
@@ -178,7 +178,10 @@ void AdditionalActions::open(const Action& action, const char* what) {
 }
 
 void AdditionalActions::runProgram(const Action& action) {
-    const std::string arguments = textOf(action, context_.tags.attribute(action.node, "Arguments"));
+    const auto written = context_.tags.attribute(action.node, "Arguments");
+    const std::string arguments = (action.details & kNoExpansion) != 0
+                                      ? std::string(written.value_or(""))
+                                      : context_.tags.expandForSystem(written, true);
     const std::string workDir = pathOf(action, context_.tags.attribute(action.node, "WorkDir"));
     const bool started =
         programs_

@@ -5,6 +5,7 @@
 #include "engine/report.h"
 #include "package/backup_file.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 #include "support/debug_log.h"
 
 namespace {
@@ -30,7 +31,7 @@ public:
 
     void beforeFile() override { report_.pumpEvents(); }
     void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number, int status) override {
-        const std::string line = std::string(lineStart(outcome)) + std::string(path);
+        const std::string line = std::string(lineStart(outcome)) + platform::writtenPath(path);
         report_.addLine(line, number % Report::kStepsPerFlush == 0);
         if (outcome == RestoreOutcome::kFailed) {
             ++failures_;

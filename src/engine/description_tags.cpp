@@ -61,3 +61,7 @@ bool DescriptionTags::isSet(std::int32_t node, vocabulary::AttributeName name) {
 std::string DescriptionTags::expand(std::optional<std::string_view> text, bool stopOnMissing) {
     return expressions_.expandWhole(text.value_or(""), stopOnMissing);
 }
+
+std::string DescriptionTags::expandForSystem(std::optional<std::string_view> text, bool stopOnMissing) {
+    return expressions_.expandWholeForSystem(text.value_or(""), stopOnMissing);
+}

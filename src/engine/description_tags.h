@@ -51,6 +51,8 @@ public:
     // Empty for a missing text; cut at Expressions::kWholeLimit. With `stopOnMissing` a variable that isn't
     // there empties the whole text.
     std::string expand(std::optional<std::string_view> text, bool stopOnMissing = false);
+    // The same for a text that leaves the program (Expressions::expandForSystem).
+    std::string expandForSystem(std::optional<std::string_view> text, bool stopOnMissing = false);
     std::string expandAttribute(std::int32_t node, vocabulary::AttributeName name) {
         return expand(attribute(node, name));
     }

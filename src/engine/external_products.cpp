@@ -18,7 +18,7 @@ ExternalProducts::Product ExternalProducts::read(std::int32_t element) {
     Product product;
     product.name = tags_.textOf(element).value_or("");
     product.publisher = tags_.attribute(element, "Publisher").value_or("");
-    product.arguments = tags_.expandAttribute(element, "Arguments");
+    product.arguments = tags_.expandForSystem(tags_.attribute(element, "Arguments"));
     const std::vector<std::string> details =
         OUtils::splitText(tags_.attribute(element, "Details").value_or(""), ';');
     for (const std::string& word : details) {

@@ -23,10 +23,10 @@ void FileContents::expandVariables(FileContent& content, std::size_t limit, std:
         return;
     }
     const std::string_view source = content.bytes.substr(0, content.bytes.find('\0'));
-    content.expanded = expressions_.expand(source, limit).value_or("");
+    content.expanded = expressions_.expandForSystem(source, limit).value_or("");
     // One byte more shows whether the result that fills its room was cut.
     const bool isFull = content.expanded.size() == limit - 1;
-    if (isFull && expressions_.expand(source, limit + 1).value_or("").size() == limit) {
+    if (isFull && expressions_.expandForSystem(source, limit + 1).value_or("").size() == limit) {
         debugLog_.print("WARNING: The content of %s is cut to %d bytes by the expansion of its variables",
                         std::string(name).c_str(), static_cast<int>(limit) - 1);
     }

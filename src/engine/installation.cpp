@@ -11,6 +11,7 @@
 #include "engine/directory_check.h"
 #include "engine/installation_records.h"
 #include "engine/report.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -25,7 +26,8 @@ std::string configFileIn(const std::string& directory) {
     return directory + (endsWithSeparator ? "" : std::string(1, character)) + std::string(kConfigFileName);
 }
 
-void reportConfigFile(Report& report, const std::string& path) {
+void reportConfigFile(Report& report, const std::string& configFile) {
+    const std::string path = platform::writtenPath(configFile);
     report.addLine("Successfully created configuration file:\n\t\"" + path + "\"", false);
     report.addLine(
         "You can use the file to automatically install the same product on different machine with the same "

@@ -1,6 +1,7 @@
 #include "engine/uninstall_command.h"
 
 #include "description/product_description.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -54,7 +55,8 @@ std::optional<UninstallCommand> uninstallCommandOf(const ProductDescription& pro
     if (!name) {
         return fail(debugLog, "ERROR: Could not obtain application name!");
     }
-    auto command = composeUninstallCommand(*program, *logFile, name->substr(0, kNameLimit), quotes);
+    auto command = composeUninstallCommand(platform::writtenPath(*program), platform::writtenPath(*logFile),
+                                           name->substr(0, kNameLimit), quotes);
     if (!command) {
         return fail(debugLog, "ERROR: The uninstall command is too long or holds a double quote!");
     }

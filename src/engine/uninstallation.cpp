@@ -21,6 +21,7 @@
 #include "engine/wildcard_remover.h"
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
+#include "platform/written_path.h"
 #include "support/p_stream.h"
 
 namespace {
@@ -203,8 +204,9 @@ void Uninstallation::removeByWildcards(Product& product, ChangeJob& job) {
             parts_.debugLog.line("WARNING: Nothing is cleaned in \"" + cleaning.directory + "\" by \"" +
                                  cleaning.pattern + "\"");
         }
-        job.context.report.addLine("Delete: " + cleaning.directory + "/" + cleaning.pattern,
-                                   done++ % Report::kStepsPerFlush == 0);
+        job.context.report.addLine(
+            "Delete: " + platform::writtenPath(cleaning.directory) + "/" + cleaning.pattern,
+            done++ % Report::kStepsPerFlush == 0);
     }
     job.context.report.flushLines();
 }

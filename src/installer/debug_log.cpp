@@ -9,6 +9,7 @@
 #include "platform/console_device.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 #include "support/p_file_console.h"
 
 namespace {
@@ -33,10 +34,11 @@ std::string logPath(const std::string& directory, const std::string& name) {
 
 void openAt(PFileConsole& log, const std::string& path, platform::ConsoleDevice& output) {
     if (log.openPrivate(path.c_str()) != 0) {
-        say(output, "ERROR: Failed to create installer debug log file:\n\t" + path + "\n");
+        say(output,
+            "ERROR: Failed to create installer debug log file:\n\t" + platform::writtenPath(path) + "\n");
         return;
     }
-    say(output, "Installer debug log file:\n\t" + path + "\n");
+    say(output, "Installer debug log file:\n\t" + platform::writtenPath(path) + "\n");
 }
 
 }  // namespace

@@ -1,13 +1,35 @@
 #include "package/package_writer.h"
 #include "packager/commands.h"
+#include "packager/document_fault.h"
+#include "packager/document_losses.h"
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
+#include "support/utilities.h"
+#include "text/document_text.h"
 
 namespace {
+
+constexpr int kAnyWidth = 80;
 
 ChecksumVersion checksumVersion(const CommandLine& commandLine, platform::Environment& environment) {
     return commandLine.oldChecksum ? ChecksumVersion::kVersion1
                                    : checksumVersionFor(environment.get("OLD_CHECKSUMMING").value_or(""));
+}
+
+// A document that is broken isn't shown at all.
+void warnOfDocument(const PackingList::ShownDocument& shown, PackagerOutput& output,
+                    platform::FileSystem& files) {
+    std::string document;
+    if (OUtils::readWholeFile(shown.path, document, files) != 0) {
+        return;  // the writer reports it
+    }
+    warnOfLosses(shown.path, document, shown.isRichText, output);
+    const bool isBroken =
+        shown.isRichText ? !richTextAsText(document, kAnyWidth) : !markdownAsText(document, kAnyWidth);
+    if (isBroken) {
+        const std::string fault = shown.isRichText ? richTextFault(document) : markdownFault(document);
+        output.warn("packager: warning: " + printable(shown.path + ": a setup won't show it: " + fault));
+    }
 }
 
 }  // namespace
@@ -18,6 +40,9 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
     list.read();
     for (const std::string& warning : list.warnings()) {
         output.warn("packager: warning: " + printable(warning));
+    }
+    for (const PackingList::ShownDocument& document : list.documents()) {
+        warnOfDocument(document, output, files);
     }
     PackageOptions options;
     options.imagePath = commandLine.bin ? std::string() : commandLine.image;

@@ -1,12 +1,12 @@
 #include "packager/packager_output.h"
 
+#include <algorithm>
+
+#include "base/visible_text.h"
+
 std::string printable(std::string_view text) {
-    std::string safe(text);
-    for (char& c : safe) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F) {
-            c = '?';
-        }
-    }
-    return safe;
+    std::string line = OUtils::visibleText(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\t' || c == '\r' || c == '\n'; }, '?');
+    return line;
 }

@@ -19,5 +19,6 @@ public:
     virtual bool finish() = 0;
 };
 
-// Makes text from a package, or a file name, safe for a line on a terminal: control characters become `?`.
+// Makes text from a package, or a file name, fit for one line: what OUtils::visibleText replaces, line ends
+// and TABs become `?`.
 std::string printable(std::string_view text);

@@ -10,10 +10,13 @@
 #include "description/vocabulary_lookup.h"
 #include "package/cabinet_format.h"
 #include "packager/failure.h"
+#include "text/document_text.h"
 
 namespace {
 
 constexpr std::string_view kDescriptionAlias = "install.xml";
+constexpr std::string_view kRichTextElement = "RichEditText";
+constexpr std::string_view kPlainTextElement = "PlainEditText";
 
 // The path with `/` between its components, without empty ones and dots. Throws for a path that leaves its
 // root.
@@ -84,6 +87,25 @@ void PackingList::read() {
     for (std::int32_t node = vocabulary::findElement(document, "FileSet"); node >= 0;
          node = vocabulary::findElement(document, "FileSet", node)) {
         addFileSet(document, node);
+    }
+    addDocuments(document, kRichTextElement);
+    addDocuments(document, kPlainTextElement);
+}
+
+// The console shows an element of plain text only when it is in the markdown dialect.
+void PackingList::addDocuments(const PXML& document, std::string_view element) {
+    for (std::int32_t node = document.findByName(element); node >= 0;
+         node = document.findByName(element, node)) {
+        const bool isRichText =
+            !OUtils::equalsIgnoreCase(document.getAttribute(node, "Format").value_or(""), kMarkdownFormat);
+        const auto known = byAlias_.find(std::string(document.getText(node).value_or("")));
+        if (known == byAlias_.end() || (isRichText && element == kPlainTextElement)) {
+            continue;
+        }
+        const ShownDocument shown{entries_[known->second].path, isRichText};
+        if (std::find(documents_.begin(), documents_.end(), shown) == documents_.end()) {
+            documents_.push_back(shown);
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -28,12 +29,22 @@ public:
     const std::vector<PackageFile>& entries() const { return entries_; }
     // In bytes, with the headers that the cabinet adds.
     std::int64_t cabinetSize() const;
+    // The documents that the description shows on a console, each once for each format, in the order of its
+    // first element.
+    struct ShownDocument {
+        std::string path;
+        bool isRichText;
+
+        bool operator==(const ShownDocument&) const = default;
+    };
+    const std::vector<ShownDocument>& documents() const { return documents_; }
     // One line each.
     const std::vector<std::string>& warnings() const { return warnings_; }
 
 private:
     void addFileSet(const PXML& document, std::int32_t node);
     void addFile(const PXML& document, std::int32_t node);
+    void addDocuments(const PXML& document, std::string_view element);
     std::string locate(const std::string& text, const std::string& relativePath,
                        const std::string& name) const;
     bool isDescription(const std::string& path, const std::string& relativePath,
@@ -45,5 +56,6 @@ private:
     std::string descriptionName_;  // its base name
     std::vector<PackageFile> entries_;
     std::unordered_map<std::string, std::size_t> byAlias_;
+    std::vector<ShownDocument> documents_;
     std::vector<std::string> warnings_;
 };

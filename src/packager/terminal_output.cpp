@@ -6,8 +6,7 @@
 
 void TerminalOutput::print(std::string_view line) {
     clearProgress();
-    console_.write(line);
-    console_.write("\n");
+    console_.write(std::string(line) + "\n");
 }
 
 void TerminalOutput::warn(std::string_view line) {
@@ -21,14 +20,14 @@ void TerminalOutput::progress(std::string_view step, int percent) {
         return;
     }
     const std::string text = std::string(step) + ": " + std::to_string(percent) + " %";
-    console_.write("\r" + text + std::string(text.size() < 30 ? 30 - text.size() : 0, ' '));
+    console_.writeControl("\r" + text + std::string(text.size() < 30 ? 30 - text.size() : 0, ' '));
     console_.flush();
     showsProgress_ = true;
 }
 
 void TerminalOutput::clearProgress() {
     if (showsProgress_) {
-        console_.write("\r" + std::string(40, ' ') + "\r");
+        console_.writeControl("\r" + std::string(40, ' ') + "\r");
         showsProgress_ = false;
     }
 }

@@ -5,6 +5,7 @@
 #include "base/text_functions.h"
 #include "packager/commands.h"
 #include "packager/document_fault.h"
+#include "packager/document_losses.h"
 #include "packager/failure.h"
 #include "support/utilities.h"
 #include "text/document_text.h"
@@ -14,7 +15,6 @@ namespace {
 constexpr int kDefaultWidth = 80;
 constexpr std::string_view kRichTextExtension = ".rtf";
 constexpr std::string_view kRichTextStart = "{\\rtf";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string readDocument(const std::string& path, platform::FileSystem& files) {
     std::string document;
@@ -29,19 +29,6 @@ bool isRichText(std::string_view path, std::string_view document) {
     const std::size_t tail = path.size() - std::min(path.size(), kRichTextExtension.size());
     return OUtils::equalsIgnoreCase(path.substr(tail), kRichTextExtension) ||
            document.starts_with(kRichTextStart);
-}
-
-// A setup shows both as they are, which is hardly what the author wants.
-void warnOfEncoding(const std::string& path, std::string_view document, PackagerOutput& output) {
-    const std::string start = "packager: warning: " + printable(path) + ": ";
-    const std::size_t zero = document.find('\0');
-    if (zero != std::string_view::npos) {
-        output.warn(start + "line " + std::to_string(lineOfOffset(document, zero)) +
-                    ": the document ends here at a zero byte: save it as UTF-8");
-    }
-    if (document.starts_with(kByteOrderMark)) {
-        output.warn(start + "there is a byte order mark before the first line: save it without one");
-    }
 }
 
 void printLines(std::string_view text, PackagerOutput& output) {
@@ -87,8 +74,9 @@ void showMarkdown(const CommandLine& commandLine, const std::string& document, i
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
     const std::string document = readDocument(commandLine.document, files);
     const int width = commandLine.width == 0 ? kDefaultWidth : commandLine.width;
-    warnOfEncoding(commandLine.document, document, output);
-    if (isRichText(commandLine.document, document)) {
+    const bool richText = isRichText(commandLine.document, document);
+    warnOfLosses(commandLine.document, document, richText, output);
+    if (richText) {
         showRichText(commandLine, document, width, output);
     } else if (commandLine.tree) {
         showTree(commandLine, document, output);

@@ -7,6 +7,10 @@
 
 // Standard input and output as a person at a terminal, a pipe or a file sees them. Text is UTF-8 with line
 // feeds; the device turns them into what the system wants.
+//
+// What is written comes from descriptions, documents and names of files, so no text reaches the outside as a
+// command to a terminal: each one passes through OUtils::visibleText, also on its way into a pipe, which may
+// end at a terminal. Only writeControl lets control characters pass.
 namespace platform {
 
 enum class ReadStatus {
@@ -23,11 +27,14 @@ public:
     ConsoleDevice& operator=(const ConsoleDevice&) = delete;
     virtual ~ConsoleDevice() = default;
 
-    // Buffered; flush hands everything to the system. Both return false once any output was lost (the reader
-    // went away, the disk is full); later output is dropped.
-    virtual bool write(std::string_view text) = 0;
+    // Whole characters, because the parts of one are replaced. Buffered; flush hands everything to the
+    // system. All return false once any output was lost (the reader went away, the disk is full); later
+    // output is dropped.
+    bool write(std::string_view text);
+    // For the program's own commands to the terminal, never for a text that came from outside.
+    bool writeControl(std::string_view commands) { return put(commands); }
     virtual bool flush() = 0;
-    virtual bool writeError(std::string_view text) = 0;  // standard error, unbuffered
+    bool writeError(std::string_view text);  // standard error, unbuffered
 
     // Flushes the output, so that the question shows before the wait for its answer. Then reads up to and
     // with a line feed, or `maxBytes` bytes, whichever comes first; the next read gets the rest of the line.
@@ -52,6 +59,11 @@ public:
 
     // A pause in the dialogue. Here and not a plain call, so that scripted dialogues take no time.
     virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;
+
+protected:
+    // The bytes as they are, to standard output and standard error.
+    virtual bool put(std::string_view bytes) = 0;
+    virtual bool putError(std::string_view bytes) = 0;
 };
 
 // While it lives nothing that is typed is echoed. Make it before the question is printed, because people and

@@ -27,6 +27,7 @@ bool SessionModel::read(const Cabinet& cabinet, bool isUninstallation, bool isGr
     if (!product.exists()) {
         return false;
     }
+    variables.expressions().setPathVariables(PathVariables(description));
     debugLog_.line("Getting file sets");
     fileSets.readFileSets([&](std::string_view alias) {
         const auto index = cabinet.findAlias(alias);

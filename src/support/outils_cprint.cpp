@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "base/visible_text.h"
+
 namespace {
 
 constexpr char kEscape = 27;
@@ -19,7 +21,7 @@ void outils_cprint(platform::ConsoleDevice& console, bool useColour, std::string
     bool complete = true;
     while (!rest.empty() && complete) {
         const std::size_t plain = std::min(rest.find(kEscape), rest.size());
-        out += rest.substr(0, plain);
+        out += OUtils::visibleText(rest.substr(0, plain));
         rest.remove_prefix(plain);
         const std::size_t end = rest.find('m');
         complete = rest.empty() || end < kSequenceLimit;
@@ -31,7 +33,7 @@ void outils_cprint(platform::ConsoleDevice& console, bool useColour, std::string
     if (!complete) {
         out += "outils_cprint: Incorrect ESC length!";
     }
-    if (!console.write(out) || !console.flush()) {
+    if (!console.writeControl(out) || !console.flush()) {
         console.writeError("outils_cprint: Invalid handle!");
     }
 }

@@ -5,7 +5,6 @@
 
 #include "text/basic_html_translator.h"
 #include "text/installer_plain_text_translator.h"
-#include "text/rtf_reader.h"
 #include "text/tgm_parser.h"
 
 namespace {
@@ -58,6 +57,22 @@ std::optional<std::string> richTextAsText(std::string_view document, int columns
     // A width of 0 would ask for no wrapping at all.
     const int width = std::max(std::max(columns, 0) - kFreeColumns, 1);
     return RtfReader().read(document, RtfMode::kPlain, width);
+}
+
+std::vector<TGMLoss> lossesOfMarkdown(std::string_view document) {
+    std::vector<TGMLoss> losses;
+    TGMParseOptions options = documentOptions();
+    options.losses = &losses;
+    TGMParser(options).parse(document);
+    return losses;
+}
+
+std::vector<RtfLoss> lossesOfRichText(std::string_view document) {
+    std::vector<RtfLoss> losses;
+    RtfReader reader;
+    reader.setLosses(&losses);
+    reader.read(document, RtfMode::kPlain, 0);
+    return losses;
 }
 
 std::optional<std::string> markdownAsHtml(std::string_view document) {

@@ -3,7 +3,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "text/rtf_reader.h"
 #include "text/tgm_parse_options.h"
 
 // The word by which a description marks a document of the markdown dialect.
@@ -17,6 +19,11 @@ inline constexpr std::string_view kMarkdownFormat = "TandrelMarkdown";
 // of their own, and each line ends with a line feed.
 std::optional<std::string> markdownAsText(std::string_view document, int columns);
 std::optional<std::string> richTextAsText(std::string_view document, int columns);
+
+// What the rules of the readers leave out of a document or show otherwise than it is written, up to the first
+// fault. The sources of the second are views into the document.
+std::vector<TGMLoss> lossesOfMarkdown(std::string_view document);
+std::vector<RtfLoss> lossesOfRichText(std::string_view document);
 
 // As a whole HTML page.
 std::optional<std::string> markdownAsHtml(std::string_view document);

@@ -50,11 +50,39 @@ constexpr std::array<bool, 256> makePlainBytes() {
 // The bytes that are text.
 constexpr std::array<bool, 256> kPlainBytes = makePlainBytes();
 
+// Tables that a program writes into each document; nothing in them is text of the document.
+constexpr std::array<std::string_view, 4> kTables = {"fonttbl", "colortbl", "stylesheet", "info"};
+// Words of the full format that mean a character or a new line and that the subset doesn't have.
+constexpr std::array<std::string_view, 10> kCharacterWords = {
+    "bullet", "cell", "emdash", "emspace", "enspace", "line", "lquote", "page", "row", "sect"};
+
+std::string_view wordAt(std::string_view text) {
+    const auto end = std::find_if_not(text.begin(), text.end(), [](char c) { return isOfWord(c); });
+    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
+bool isCharacterWord(std::string_view word) {
+    const bool isUnicode = word.size() > 1 && word[0] == 'u' && (isDigit(word[1]) || word[1] == '-');
+    return isUnicode ||
+           std::find(kCharacterWords.begin(), kCharacterWords.end(), word) != kCharacterWords.end();
+}
+
+// `content` is what follows the brace of a group. `\*` marks what a reader may ignore.
+bool isTable(std::string_view content) {
+    content.remove_prefix(std::min(content.find_first_not_of("\r\n"), content.size()));
+    if (!content.starts_with('\\')) {
+        return false;
+    }
+    content.remove_prefix(1);
+    return content.starts_with('*') ||
+           std::find(kTables.begin(), kTables.end(), wordAt(content)) != kTables.end();
+}
+
 // One pass over one document.
 class Pass {
 public:
-    Pass(std::string_view document, RtfMode mode, RichTextCallback* callback)
-        : document_(document), rest_(document), mode_(mode), callback_(callback) {
+    Pass(std::string_view document, RtfMode mode, RichTextCallback* callback, std::vector<RtfLoss>* losses)
+        : document_(document), rest_(document), mode_(mode), callback_(callback), losses_(losses) {
         output_.reserve(document.size() + document.size() / 10 + kSlack);
     }
 
@@ -82,11 +110,19 @@ private:
     void handle(const RtfControlWord& found, std::string_view word);
     void callBack(const RtfControlWord& found, std::string_view word);
     void write(std::string_view text);
+    void openGroup();
+    bool closeGroup();
+    // The number of bytes that were taken.
+    std::size_t position() const { return document_.size() - rest_.size(); }
+    void noteLoss(RtfLossKind kind, std::size_t offset);
 
     const std::string_view document_;
     std::string_view rest_;
     const RtfMode mode_;
-    RichTextCallback* const callback_;  // or null
+    RichTextCallback* const callback_;    // or null
+    std::vector<RtfLoss>* const losses_;  // or null
+    std::size_t hiddenGroup_ = 0;         // the offset of the outermost group that is hidden
+    bool hidesText_ = false;              // that group has text
     std::size_t depth_ = 0;
     std::string output_;
 };
@@ -110,8 +146,7 @@ bool Pass::run() {
 }
 
 RtfFault Pass::fault() const {
-    const std::size_t passed = document_.size() - rest_.size();
-    return depth_ == 0 ? RtfFault{passed - 1, 0} : RtfFault{passed, depth_};
+    return depth_ == 0 ? RtfFault{position() - 1, 0} : RtfFault{position(), depth_};
 }
 
 // A callback receives each byte by itself; without one all are written at once.
@@ -132,16 +167,41 @@ void Pass::readPlain() {
 bool Pass::readSpecial() {
     const char special = take(1).front();
     if (special == '{') {
-        ++depth_;
+        openGroup();
     } else if (special == '}') {
-        if (depth_ == 0) {
-            return false;
-        }
-        --depth_;
+        return closeGroup();
     } else if (special == '\\') {
         readEscape();
+    } else if (special == '\t') {
+        noteLoss(RtfLossKind::kTab, position() - 1);
     }
     return true;
+}
+
+void Pass::openGroup() {
+    ++depth_;
+    if (depth_ == kHiddenDepth) {
+        hiddenGroup_ = position() - 1;
+        hidesText_ = false;
+    }
+}
+
+// False when no group is open.
+bool Pass::closeGroup() {
+    if (depth_ == 0) {
+        return false;
+    }
+    --depth_;
+    if (depth_ + 1 == kHiddenDepth && hidesText_ && !isTable(document_.substr(hiddenGroup_ + 1))) {
+        noteLoss(RtfLossKind::kGroup, hiddenGroup_);
+    }
+    return true;
+}
+
+void Pass::noteLoss(RtfLossKind kind, std::size_t offset) {
+    if (losses_ != nullptr && depth_ < kHiddenDepth) {
+        losses_->push_back({kind, offset, document_.substr(offset, position() - offset)});
+    }
 }
 
 // What follows a backslash, which may be the last byte.
@@ -165,6 +225,7 @@ void Pass::readEscape() {
 // Skips two bytes whatever they are, even a brace; one that isn't a digit counts as 0. Of the values only two
 // signs are shown, all others are dropped: that is part of the subset.
 void Pass::readHex() {
+    const std::size_t start = position() - 2;
     unsigned value = 0;
     for (std::size_t index = 0; index < kHexDigits; ++index) {
         const std::string_view digit = take(1);
@@ -174,12 +235,18 @@ void Pass::readHex() {
         write("(c)");
     } else if (value == kRegisteredSign) {
         write("(r)");
+    } else {
+        noteLoss(RtfLossKind::kByte, start);
+        hidesText_ = true;
     }
 }
 
 void Pass::readWord() {
-    const auto end = std::find_if_not(rest_.begin(), rest_.end(), [](char c) { return isOfWord(c); });
-    const std::string_view word = take(static_cast<std::size_t>(end - rest_.begin()));
+    const std::size_t start = position() - 1;
+    const std::string_view word = take(wordAt(rest_).size());
+    if (word.starts_with('-') || isCharacterWord(word)) {
+        noteLoss(word.starts_with('-') ? RtfLossKind::kSoftHyphen : RtfLossKind::kCharacter, start);
+    }
     if (rest_.starts_with(' ')) {
         take(1);
     }
@@ -222,6 +289,7 @@ void Pass::callBack(const RtfControlWord& found, std::string_view word) {
 
 void Pass::write(std::string_view text) {
     if (text.empty() || depth_ >= kHiddenDepth) {
+        hidesText_ = hidesText_ || text.find_first_not_of(" \t\n") != std::string_view::npos;
         return;
     }
     output_ += text;
@@ -233,7 +301,7 @@ void Pass::write(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> RtfReader::read(std::string_view document, RtfMode mode, int width) {
-    Pass pass(document.substr(0, document.find('\0')), mode, callback_);
+    Pass pass(document.substr(0, document.find('\0')), mode, callback_, losses_);
     if (!pass.run()) {
         fault_ = pass.fault();
         return std::nullopt;

@@ -1,9 +1,30 @@
 #include "text/tgm_block_builder.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 #include "text/tgm_block_end.h"
+
+namespace {
+
+bool isOrdered(TGMNodeType type) {
+    return type == kTgmNumberedList || type == kTgmLetteredList;
+}
+
+// The number that the line of an ordered list is written with, as far as 32 bits hold it; an `a` is 1.
+std::uint32_t writtenNumber(const TGMLine& line) {
+    std::string_view text = line.text();
+    text.remove_prefix(text.find_first_not_of(" \t\v\f"));
+    if (line.type() == kTgmLetteredList) {
+        return static_cast<std::uint32_t>(text.front() - 'a') + 1;
+    }
+    std::uint32_t number = UINT32_MAX;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+}  // namespace
 
 TGMBlockBuilder::TGMBlockBuilder(const std::vector<TGMLine>& lines, const TGMParseOptions& options,
                                  const TGMParseScope& scope, TGMParseResult& result, TGMLineParser parseQuote)
@@ -68,6 +89,7 @@ TGMNodePtr TGMBlockBuilder::buildPlain(Range block) {
         hasBlank = hasBlank || line.type() == kTgmBlank;
         if (!line.payload().empty()) {
             // A list line or heading inside a paragraph keeps its indentation and its marker.
+            noteJoinedLine(index);
             text = join(text, line.type() == kTgmPlain ? line.payload() : line.text());
         }
     }
@@ -95,6 +117,7 @@ TGMNodePtr TGMBlockBuilder::buildList(Range block, std::uint32_t depth) {
         return nullptr;
     }
     const ListItems items = findItems(block, type);
+    noteNumbers(items, type);
     for (std::size_t i = 0; i < items.starts.size(); ++i) {
         const std::size_t last = i + 1 < items.starts.size() ? items.starts[i + 1] - 1 : block.last;
         TGMNodePtr item = buildItem({items.starts[i], last}, items.textType, depth + 1);
@@ -155,6 +178,7 @@ TGMNodePtr TGMBlockBuilder::buildQuote(std::size_t first, std::size_t end, std::
     if (!spend((end - first) * kTgmQuotedLineCost + kTgmNodeCost, first)) {
         return nullptr;
     }
+    noteQuote(first, end);
     TGMParseOptions quoteOptions = options_;
     quoteOptions.lazyLists = false;
     quoteOptions.tabWidth = kTgmQuoteTabWidth;
@@ -180,6 +204,50 @@ std::vector<TGMLine> TGMBlockBuilder::collectQuote(std::size_t first, std::size_
     }
     quoted.emplace_back();
     return quoted;
+}
+
+void TGMBlockBuilder::noteJoinedLine(std::size_t line) {
+    const TGMNodeType type = lines_[line].type();
+    if (isTgmHeading(type)) {
+        note(TGMLossKind::kJoinedHeading, line);
+    } else if (isTgmList(type) && !isTgmList(lines_[line - 1].type())) {
+        note(TGMLossKind::kJoinedList, line);
+    }
+}
+
+// One item for each list. Those who leave the numbering to the program write 1 before each item.
+void TGMBlockBuilder::noteNumbers(const ListItems& items, TGMNodeType listType) {
+    for (std::size_t i = 0; i < items.starts.size(); ++i) {
+        const TGMLine& line = lines_[items.starts[i]];
+        if (!isOrdered(line.type())) {
+            continue;
+        }
+        const std::uint32_t number = writtenNumber(line);
+        if (line.type() != listType || (number != i + 1 && number != 1)) {
+            note(TGMLossKind::kRenumberedItem, items.starts[i]);
+            return;
+        }
+    }
+}
+
+void TGMBlockBuilder::noteQuote(std::size_t first, std::size_t end) {
+    for (std::size_t index = first; index < end; ++index) {
+        const std::string_view text = lines_[index].text();
+        const std::size_t mark = text.find('>');
+        if (lines_[index].type() == kTgmQuote && mark == text.find_first_not_of(" \t\v\f") &&
+            mark + 1 < text.size() && !isTgmWhiteSpace(text[mark + 1])) {
+            note(TGMLossKind::kQuotedCharacter, index);
+        }
+    }
+    if (end < lines_.size() && lines_[end].type() != kTgmBlank) {
+        note(TGMLossKind::kQuotedLine, end);
+    }
+}
+
+void TGMBlockBuilder::note(TGMLossKind kind, std::size_t line) {
+    if (options_.losses != nullptr) {
+        options_.losses->push_back({kind, lineNumber(line)});
+    }
 }
 
 // Null when the budget is exhausted.

@@ -59,6 +59,10 @@ private:
     ListItems findItems(Range block, TGMNodeType listType) const;
     std::vector<TGMLine> collectQuote(std::size_t first, std::size_t end,
                                       const TGMParseOptions& quoteOptions) const;
+    void noteJoinedLine(std::size_t line);
+    void noteNumbers(const ListItems& items, TGMNodeType listType);
+    void noteQuote(std::size_t first, std::size_t end);
+    void note(TGMLossKind kind, std::size_t line);
     TGMNodePtr makeNode(TGMNodeType type, std::string_view text, std::size_t line);
     Range clamp(std::size_t first, std::size_t last) const;
     bool spend(std::uint64_t work, std::size_t line);

@@ -2,6 +2,23 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
+
+// What the rules of the dialect leave out of a text, or show otherwise than it looks.
+enum class TGMLossKind : std::uint8_t {
+    kJoinedHeading,    // a heading that became text of the paragraph above it
+    kJoinedList,       // the first of some list lines that did
+    kRenumberedItem,   // the first item of a list that isn't shown with its own number or letter
+    kQuotedLine,       // the last line of a quote, which isn't shown
+    kQuotedCharacter,  // the character directly after a `>`, which isn't shown
+};
+
+struct TGMLoss {
+    TGMLossKind kind;
+    std::uint32_t line;  // from 0, counted as in TGMParseResult
+
+    auto operator<=>(const TGMLoss&) const = default;
+};
 
 // How a text of the markdown dialect is parsed.
 struct TGMParseOptions {
@@ -19,6 +36,9 @@ struct TGMParseOptions {
     char joinChar = '\n';
     // Receives the dumps unless it is null; not owned.
     std::string* debugLog = nullptr;
+    // Receives the losses unless it is null; not owned. In no order, and those of lines that the dialect
+    // reads twice are there twice.
+    std::vector<TGMLoss>* losses = nullptr;
 };
 
 // What went wrong in a parse; several can occur together.

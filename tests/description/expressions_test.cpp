@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "description/pxml.h"
 #include "log_lines.h"
 #include "map_lookup.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -85,6 +87,27 @@ TEST_F(ExpressionsTest, KeepsWhatWasProducedBeforeAFault) {
     std::string text = "old";
     EXPECT_FALSE(expressions_.expandDollarsUpToFault("a$NO", 16, text));
     EXPECT_EQ(text, "a");
+}
+
+TEST_F(ExpressionsTest, WritesPathsForTheSystemAndNothingElse) {
+    variables_.values = {{"DIR", "\\opt\\demo"}, {"RE", "\\w\\n"}};
+    const std::string text = "[DIR]\\n \\\\server\\share [RE] [DIR]";
+    EXPECT_EQ(expressions_.expandWholeForSystem(text), expressions_.expandWhole(text))
+        << "no variable counts as one of a path yet";
+    PXML description;
+    description.parseText("<R><FN Dest='[DIR]'>f</FN></R>");
+    expressions_.setPathVariables(PathVariables(description));
+    const std::string shown = platform::writtenPath("\\opt\\demo");
+    EXPECT_EQ(expressions_.expandWholeForSystem(text), shown + "\\n \\\\server\\share \\w\\n " + shown);
+    EXPECT_EQ(expressions_.expandWhole(text), "\\opt\\demo\\n \\\\server\\share \\w\\n \\opt\\demo");
+}
+
+TEST_F(ExpressionsTest, ExpandsForTheSystemWithTheSameLimits) {
+    variables_.values = {{"A", "abc"}};
+    EXPECT_EQ(expressions_.expandForSystem("x[A]", 4), "xab");
+    EXPECT_EQ(expressions_.expandForSystem("x[B]", 16, true), std::nullopt);
+    EXPECT_EQ(expressions_.expandForSystem("", 16), std::nullopt);
+    EXPECT_EQ(expressions_.expandWholeForSystem("x[B]", true), "");
 }
 
 }  // namespace

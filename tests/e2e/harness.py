@@ -213,6 +213,10 @@ class EndToEndTest(unittest.TestCase):
     def native(self, path):
         return self.machine.native(path)
 
+    def on_screen(self, path):
+        """How a path of a record leaves the programs, as on the screen."""
+        return path if WINDOWS else path.replace("\\", "/")
+
     def write(self, path, content):
         target = self.host(path)
         target.parent.mkdir(parents=True, exist_ok=True)

@@ -108,8 +108,8 @@ class Disk(EndToEndTest):
     def test_a_directory_in_place_of_a_file_fails_only_that_file(self):
         self.host("opt/product/one.txt").mkdir(parents=True)
         result = self.install()
-        self.assertIn("FAILED to Create " + self.dir + "\\one.txt\n", result.out)
-        self.assertIn("Create " + self.dir + "\\two.txt\n", result.out)
+        self.assertIn("FAILED to Create " + self.on_screen(self.dir + "\\one.txt") + "\n", result.out)
+        self.assertIn("Create " + self.on_screen(self.dir + "\\two.txt") + "\n", result.out)
         self.assertIn("It failed.\n", result.out)
         self.assertIn("The automatic installer has encountered an ERROR!\n", result.out)
         self.assertEqual(self.read("opt/product/two.txt"), FILES["two.txt"].encode())
@@ -142,7 +142,7 @@ class Disk(EndToEndTest):
         setup = self.build_package(description(target, sets), {"a.txt": "a", "big.bin": os.urandom(200000), "z.txt": "z"})
         result = self.run_program(setup, "-auto")
         self.assertEqual(result.code, 0, result)
-        self.assertIn("FAILED to Create " + target + "\\big.bin\n", result.out)
+        self.assertIn("FAILED to Create " + self.on_screen(target + "\\big.bin") + "\n", result.out)
         self.assertIn("It failed.\n", result.out)
         self.assertEqual(self.read("small/product/a.txt"), b"a")
 
@@ -158,7 +158,7 @@ class Disk(EndToEndTest):
         self.addCleanup(running.kill)
         setup = self.build_package(description(self.dir, sets), {**FILES, "sleeper": "new"})
         result = self.run_program(setup, "-auto")
-        self.assertIn("\nOverwrite " + self.dir + "\\sleeper\n", result.out)
+        self.assertIn("\nOverwrite " + self.on_screen(self.dir + "\\sleeper") + "\n", result.out)
         self.assertEqual(self.read("opt/product/two.txt"), FILES["two.txt"].encode())
         self.assertEqual(target.read_bytes(), b"new")
         self.assertIsNone(running.poll())

@@ -92,7 +92,7 @@ class Install(EndToEndTest):
         result = self.run_program(self.setup, "-auto")
         self.assertEqual(result.code, 0, result)
         self.assertTrue(result.out.startswith(BANNER), result)
-        self.assertIn("Create " + self.path("bin/tool.sh") + "\n", result.out)
+        self.assertIn("Create " + self.on_screen(self.path("bin/tool.sh")) + "\n", result.out)
         self.assertIn("The installation was successful.", result.out)
         self.assertIn("It worked.\n", result.out)
         self.assertTrue(result.out.endswith("Automatic installation was successful!\n"), result)
@@ -139,7 +139,7 @@ class Install(EndToEndTest):
         log = self.read("opt/product/un/install.log")
         result = self.run_program(self.setup, "-auto")
         self.assertEqual(result.code, 0, result)
-        self.assertNotIn("Overwrite " + self.path("readme.txt"), result.out)
+        self.assertNotIn("Overwrite " + self.on_screen(self.path("readme.txt")), result.out)
         after = [self.host("opt/product/" + n).stat() for n in names]
         self.assertEqual([(s.st_ino, s.st_mtime_ns) for s in before], [(s.st_ino, s.st_mtime_ns) for s in after])
         self.assertEqual(archive_entries(self.read("opt/product/un/backup.bin")), [])
@@ -151,8 +151,8 @@ class Install(EndToEndTest):
         self.write("opt/product/readme.txt", "the user's own words")
         result = self.run_program(self.setup, "-auto")
         path = self.path("readme.txt")
-        self.assertIn("Back up " + path + "\n", result.out)
-        self.assertIn("Overwrite " + path + "\n", result.out)
+        self.assertIn("Back up " + self.on_screen(path) + "\n", result.out)
+        self.assertIn("Overwrite " + self.on_screen(path) + "\n", result.out)
         self.assertEqual(archive_entries(self.read("opt/product/un/backup.bin")),
                          [(path, folded(b"new readme\n"), b"the user's own words")])
         self.assert_installed()

@@ -90,14 +90,14 @@ class Sample(EndToEndTest):
         self.assertEqual(tree["THIRD-PARTY-LICENCES.md"], (TOP / "THIRD-PARTY-LICENCES.md").read_bytes())
         self.assertEqual(tree["docs/agreement.md"], (TOP / "samples/tandrel/files/texts/agreement.md").read_bytes())
         guide = self.read_text("opt/tandrel/docs/getting-started.md")
-        self.assertTrue(guide.startswith(f"# Getting started\n\nThe packager of this machine is {self.dir}/bin/packager"),
-                        guide)
+        packager = self.on_screen(self.dir) + "/bin/packager"
+        self.assertTrue(guide.startswith(f"# Getting started\n\nThe packager of this machine is {packager}"), guide)
         self.assertEqual(self.packager("verify", self.native(f"opt/tandrel/samples/hello-setup{EXE}")).code, 0)
         settings = configparser.ConfigParser()
         settings.read_string(self.read_text("opt/tandrel/tools.ini"))
         self.assertEqual({name: dict(settings[name]) for name in settings.sections()}, {
-            "build": {"image": f"{self.dir}/images/{IMAGE}", "level": "6"},
-            "search": {"samples": f"{self.dir}/samples"}, "people": {"contact": "nobody"}})
+            "build": {"image": f"{self.on_screen(self.dir)}/images/{IMAGE}", "level": "6"},
+            "search": {"samples": f"{self.on_screen(self.dir)}/samples"}, "people": {"contact": "nobody"}})
         self.assertEqual(list(settings["build"]), ["image", "level"])
 
     def assert_registry(self):
@@ -107,7 +107,7 @@ class Sample(EndToEndTest):
         self.assertEqual(self.registry("HKCU", "Software\\Tandrel Tools\\Recent"), {"": {"Last": ("REG_SZ", "none")}})
         entry = self.registry("HKLM", UNINSTALL_KEY)[""]
         self.assertEqual(entry["DisplayVersion"], ("REG_SZ", "1.0.0"))
-        self.assertIn(f'{self.dir}/uninstall/installer{EXE}"', entry["UninstallString"][1])
+        self.assertIn(f'{self.on_screen(self.dir)}/uninstall/installer{EXE}"', entry["UninstallString"][1])
 
     def assert_links(self):
         self.assertEqual(set(self.tree("menu")), {f"Tandrel packager{LINK}", f"Tandrel help{URL}", f"Remove Tandrel{LINK}"})

@@ -160,7 +160,7 @@ class SecondStage(UninstallTest):
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
         self.assertTrue(result.out.startswith(BANNER + "The product goes.\n"), result)
-        self.assertIn("Delete " + self.log_path("bin/tool" + EXE) + "\n", result.out)
+        self.assertIn("Delete " + self.on_screen(self.log_path("bin/tool" + EXE)) + "\n", result.out)
         self.assertIn("The uninstall was successful.\nBye.\n", result.out)
         self.assertTrue(result.out.endswith("Automatic uninstallation was successful!\n"), result)
         self.assertFalse(self.host("copy.log").exists())
@@ -203,8 +203,8 @@ class SecondStage(UninstallTest):
         shutil.rmtree(self.host("opt/product/bin"))
         result = self.uninstall()
         self.assertEqual(result.code, 0, result)
-        self.assertIn("Missing " + self.log_path("data.txt") + "\n", result.out)
-        self.assertIn("Missing " + self.log_path("bin/tool" + EXE) + "\n", result.out)
+        self.assertIn("Missing " + self.on_screen(self.log_path("data.txt")) + "\n", result.out)
+        self.assertIn("Missing " + self.on_screen(self.log_path("bin/tool" + EXE)) + "\n", result.out)
         self.assert_nothing_left()
 
     def test_changed_files_of_the_product_are_deleted_but_a_changed_shared_file_stays(self):
@@ -221,7 +221,7 @@ class SecondStage(UninstallTest):
         self.write("opt/product/data.txt/mine.txt", "mine")
         result = self.uninstall()
         self.assertEqual(result.code, FAILED, result)
-        self.assertIn("FAILED to delete " + self.log_path("data.txt") + "\n", result.out)
+        self.assertIn("FAILED to delete " + self.on_screen(self.log_path("data.txt")) + "\n", result.out)
         self.assertEqual(set(self.tree("opt/product")), OWN | {"data.txt/mine.txt"})
         self.assertEqual(self.read("opt/product/data.txt/mine.txt"), b"mine")
 
@@ -272,7 +272,7 @@ class SecondStage(UninstallTest):
         self.start_waiting("opt/product/data.txt")
         result = self.uninstall()
         self.assertEqual(result.code, FAILED, result)
-        self.assertIn("FAILED to delete " + self.log_path("data.txt") + "\n", result.out)
+        self.assertIn("FAILED to delete " + self.on_screen(self.log_path("data.txt")) + "\n", result.out)
         self.assertEqual(set(self.tree("opt/product")), OWN | {"data.txt"})
 
 

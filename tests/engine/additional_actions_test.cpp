@@ -82,10 +82,11 @@ TEST_F(AdditionalActionsTest, NeverCorrectsAUrl) {
 TEST_F(AdditionalActionsTest, RunsProgramsWithEverythingTheyAskFor) {
     variables_.set("D", "C:/apps");
     machine_.processes.waitsBeforeEnd = 2;
-    EXPECT_THAT(run("<RunProgram Arguments='/q [D]' Wait='1' AsRoot='1' Asynchronous='1' ProgressUpdate='1' "
-                    "ErrorOutput='1==2' WorkDir='[D]//w'>[D]/setup.exe</RunProgram>"),
-                ElementsAre("Program was started : \"C:\\apps\\setup.exe /q C:/apps\""));
-    EXPECT_THAT(started(), ElementsAre("\"C:\\apps\\setup.exe\" /q C:/apps"));
+    EXPECT_THAT(
+        run("<RunProgram Arguments='/q [D]' Wait='1' AsRoot='1' Asynchronous='1' ProgressUpdate='1' "
+            "ErrorOutput='1==2' WorkDir='[D]//w'>[D]/setup.exe</RunProgram>"),
+        ElementsAre("Program was started : \"C:\\apps\\setup.exe /q " + writtenPath("C:/apps") + "\""));
+    EXPECT_THAT(started(), ElementsAre("\"C:\\apps\\setup.exe\" /q " + writtenPath("C:/apps")));
     EXPECT_EQ(machine_.processes.started[0].workDirectory, "C:\\apps\\w");
 }
 
@@ -241,6 +242,17 @@ TEST_F(AdditionalActionsTest, NeedsNoFrontEnd) {
     ChangeJob job(parts_, writer_, silent);
     AdditionalActions(job.context, parts_).run("Post");
     EXPECT_THAT(started(), ElementsAre("\"p\""));
+}
+
+TEST_F(AdditionalActionsTest, HandsPathsToProgramsAndTheScreenAsTheSystemWritesThem) {
+    variables_.set("DIR", "\\opt\\demo");
+    variables_.set("RE", "\\d");
+    run("<RunProgram WorkDir='[DIR]' Arguments='--dir=[DIR] [RE] \\n' Log='Run in [DIR]'>p</RunProgram>");
+    const std::string shown = writtenPath("\\opt\\demo");
+    EXPECT_THAT(started(), ElementsAre("\"p\" --dir=" + shown + " \\d \\n"));
+    EXPECT_EQ(ui_.calls.front(), "addFileLine(\"Run in " + shown + "\", 1)");
+    run("<RunProgram Details='NoExpansion' Arguments='[DIR]\\n'>p</RunProgram>");
+    EXPECT_EQ(started().back(), "\"p\" [DIR]\\n");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "description/description_fixture.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -88,6 +89,17 @@ TEST_F(DescriptionTagsTest, ListsChildrenInOrder) {
 TEST_F(DescriptionTagsTest, CleansPaths) {
     EXPECT_EQ(collapsedPath("C://a\\\\b"), "C:/a\\b");
     EXPECT_EQ(normalizedPath(" //host/share//x "), "\\\\host\\share\\x");
+}
+
+TEST_F(DescriptionTagsTest, ExpandsForTheSystemWithItsPaths) {
+    variables_.set("DIR", "\\opt\\demo");
+    EXPECT_EQ(tags_.expandForSystem("[DIR]\\n"), "\\opt\\demo\\n");
+    parse("<R><FN Dest='[DIR]'>f</FN></R>");
+    expressions_.setPathVariables(PathVariables(document_));
+    EXPECT_EQ(tags_.expandForSystem("[DIR]\\n"), platform::writtenPath("\\opt\\demo") + "\\n");
+    EXPECT_EQ(tags_.expand("[DIR]\\n"), "\\opt\\demo\\n");
+    EXPECT_EQ(tags_.expandForSystem(std::nullopt), "");
+    EXPECT_EQ(tags_.expandForSystem("[DIR][NONE]", true), "");
 }
 
 }  // namespace

@@ -16,7 +16,10 @@
 #include "fakes/recording_ui.h"
 #include "package/cabinet.h"
 #include "package/package_writer.h"
+#include "platform/written_path.h"
 #include "support/p_file_console.h"
+
+using platform::writtenPath;
 
 // A product with its package, on a machine in memory.
 class EngineTest : public DescriptionTest {
@@ -54,6 +57,7 @@ protected:
             return index ? static_cast<std::int32_t>(cabinet_.entry(*index).fileSize()) : 0;
         });
         controls_.read(document_, console_);
+        expressions_.setPathVariables(PathVariables(document_));
         log_.clear();
     }
     // Runs a job with a report of its own.

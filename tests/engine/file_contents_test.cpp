@@ -67,4 +67,13 @@ TEST_F(FileContentsTest, TakesAnExpansionThatJustFits) {
     EXPECT_TRUE(log_.lines().empty());
 }
 
+TEST_F(FileContentsTest, WritesPathsAsTheSystemDoesAndKeepsEverythingElse) {
+    variables_.set("DIR", "\\opt\\demo");
+    variables_.set("RE", "\\d");
+    describe("<FN Dest='[DIR]'>f</FN>");
+    EXPECT_EQ(expanded("dir=[DIR] re=[RE] \\n \\\\server\\share"),
+              "dir=" + writtenPath("\\opt\\demo") + " re=\\d \\n \\\\server\\share");
+    EXPECT_EQ(variables_.get("DIR"), "\\opt\\demo");
+}
+
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "description/description_fixture.h"
 #include "description/product_description.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -85,8 +86,9 @@ TEST_F(UninstallCommandOfProductTest, GivesWhatTheListOfApplicationsShows) {
     EXPECT_EQ(found->name, "Demo 1");
     EXPECT_EQ(found->version, "1.2.3");
     EXPECT_EQ(found->website, "http://example.com");
-    EXPECT_EQ(found->command, "\"C:\\demo app\\installer.exe\"");
-    EXPECT_EQ(found->arguments, kArguments);
+    EXPECT_EQ(found->command, '"' + platform::writtenPath("C:\\demo app\\installer.exe") + '"');
+    EXPECT_EQ(found->arguments, "-uninstall=\"" + platform::writtenPath("C:\\demo app\\install.log") +
+                                    "\" -uninstallApp=\"Demo 1\"");
     EXPECT_THAT(log_.lines(), IsEmpty());
 }
 

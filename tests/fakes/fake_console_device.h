@@ -32,7 +32,7 @@ public:
     int keysRead = 0;
     int flushes = 0;  // without those of the reads
 
-    bool write(std::string_view text) override {
+    bool put(std::string_view text) override {
         const std::size_t room = outputLimit - std::min(outputLimit, output.size());
         failed_ = failed_ || text.size() > room;
         if (!failed_) {
@@ -46,7 +46,7 @@ public:
         ++flushes;
         return flushPending();
     }
-    bool writeError(std::string_view text) override {
+    bool putError(std::string_view text) override {
         if (!errorFails) {
             errors += text;
         }

@@ -56,6 +56,35 @@ TEST_F(BuildCommandTest, FailsWithOneLineAndLeavesNoOutput) {
     EXPECT_EQ(output_.errors.size(), 1U);
 }
 
+TEST_F(BuildCommandTest, WarnsOfWhatASetupLeavesOutOfItsDocuments) {
+    files_.addFile("/in/install.xml",
+                   "<R><ProductDesc/><Dialogs><A><RichEditText>Rich</RichEditText>"
+                   "<RichEditText Format=\"tandrelMARKDOWN\">mark</RichEditText>"
+                   "<PlainEditText Format=\"TandrelMarkdown\">mark</PlainEditText>"
+                   "<PlainEditText>Rich</PlainEditText><RichEditText>none</RichEditText></A></Dialogs>"
+                   "<FileSet Name=\"S\"><FN Alias=\"Rich\">r</FN><FN>mark</FN><FN>other</FN></FileSet></R>");
+    files_.addFile("/in/r", "{\\rtf1 \n\\'e9}");
+    files_.addFile("/in/mark", "7. seven\n");
+    files_.addFile("/in/other", "7. seven\n");
+    EXPECT_EQ(build(), 0);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: warning: /in/r: line 2: left out: \\'e9: write the letter itself, in UTF-8",
+                     "packager: warning: /in/mark: line 1: this item isn't shown with its own number: a list "
+                     "is numbered anew from its beginning"}));
+}
+
+TEST_F(BuildCommandTest, WarnsOfADocumentThatWillNotBeShown) {
+    files_.addFile(
+        "/in/install.xml",
+        "<R><ProductDesc/><RichEditText>r</RichEditText><FileSet Name=\"S\"><FN>r</FN></FileSet></R>");
+    files_.addFile("/in/r", "{\\rtf1}\n}");
+    EXPECT_EQ(build(), 0);
+    EXPECT_EQ(
+        output_.errors,
+        Lines{"packager: warning: /in/r: a setup won't show it: line 2: this } closes nothing: remove it, "
+              "or write \\} for a brace of the text"});
+}
+
 TEST_F(BuildCommandTest, WarnsAndGoesOn) {
     files_.addFile("/in/install.xml", "<R><FileSet Name=\"S\"></FileSet></R>");
     EXPECT_EQ(build(), 0);

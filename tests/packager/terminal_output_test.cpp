@@ -29,6 +29,17 @@ TEST(TerminalOutput, ShowsProgressOnATerminalOnly) {
     EXPECT_TRUE(device.output.ends_with(" \rdone\n")) << device.output;
 }
 
+TEST(TerminalOutput, PassesNoCommandOfADocumentToTheTerminal) {
+    FakeConsoleDevice device;
+    TerminalOutput output(device);
+    output.print("a\x1B[2Jb\r");
+    output.warn(
+        "a\xE2\x80\xAE"
+        "b");
+    EXPECT_EQ(device.output, "a?[2Jb\r\n");
+    EXPECT_EQ(device.errors, "a?b\n");
+}
+
 TEST(TerminalOutput, NoticesALostOutput) {
     FakeConsoleDevice device;
     TerminalOutput output(device);

@@ -52,6 +52,17 @@ TEST_F(TextCommandTest, ShowsRichTextAsPlainText) {
     EXPECT_EQ(output_.lines, (Lines{"one two three four five", "", "end"}));
 }
 
+TEST_F(TextCommandTest, WarnsOfWhatIsLeftOutAndShowsTheSame) {
+    ASSERT_EQ(show("a.rtf", "{\\rtf1 a{\\b so}b}"), 0);
+    EXPECT_EQ(output_.lines, Lines{"ab"});
+    EXPECT_EQ(output_.errors,
+              Lines{"packager: warning: /in/a.rtf: line 1: left out: {\\b so}: write its text without braces "
+                    "around it"});
+    ASSERT_EQ(show("a.md", "5. five\n\n"), 0);
+    EXPECT_EQ(output_.lines.front(), "1. five");
+    EXPECT_EQ(output_.errors.size(), 1U);
+}
+
 TEST_F(TextCommandTest, RecognisesRichTextByItsNameOrItsStart) {
     ASSERT_EQ(show("a.RTF", "*plain* \\b text\\par"), 0);
     EXPECT_EQ(output_.lines, Lines{"*plain* text"});

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "abilities.h"
 #include "base/text_functions.h"
 
 namespace {
@@ -38,8 +39,8 @@ std::string joined(const std::vector<std::string>& parts) {
     return text;
 }
 
-// The keys by section; sections without keys don't count. Equal lines count once: a key that its user wrote
-// with blanks isn't found by the edits, so that the undo puts its value beside it.
+// The keys by section; sections without keys don't count. Where the edits put back the value of a key that
+// its user wrote with blanks, equal lines count once.
 std::string iniForm(const std::string& text) {
     std::map<std::string, std::vector<std::string>> sections;
     std::string section;
@@ -59,7 +60,9 @@ std::string iniForm(const std::string& text) {
     std::string form;
     for (auto& [name, keys] : sections) {
         std::sort(keys.begin(), keys.end());
-        keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+        if (!abilities::kKeepsValues) {
+            keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+        }
         form += name + "\n" + joined(keys);
     }
     return form;
@@ -102,13 +105,18 @@ void takeDirectories(FakePlatform& machine, const std::string& directory, Machin
     }
 }
 
-void takeEnvironment(const std::string& name, const std::string& value, MachineState& state) {
+void takeEnvironment(const std::string& name, const platform::RegistryValue& value, MachineState& state) {
     std::vector<std::string> entries;
-    OUtils::splitText(value.c_str(), ';', entries);
+    OUtils::splitText(value.data.c_str(), ';', entries);
     std::erase(entries, "");
-    if (!entries.empty()) {
-        state.environment[name] = entries;
+    if (entries.empty()) {
+        return;
     }
+    if (abilities::kKeepsValues) {
+        entries.insert(entries.begin(),
+                       value.type == platform::kRegExpandString ? "(expandable)" : "(plain)");
+    }
+    state.environment[name] = entries;
 }
 
 void takeRegistry(FakePlatform& machine, const std::string& key, MachineState& state) {
@@ -119,7 +127,7 @@ void takeRegistry(FakePlatform& machine, const std::string& key, MachineState& s
         machine.registry.readValue(RegistryRoot::kLocalMachine, key.c_str(), RegistryView::kNative,
                                    name.c_str(), value);
         if (OUtils::equalsIgnoreCase(key.c_str(), kEnvironmentKey)) {
-            takeEnvironment(name, value.data, state);
+            takeEnvironment(name, value, state);
         } else {
             state.registry[key + ":" + name] = std::to_string(value.type) + " " + value.data;
         }
@@ -143,16 +151,33 @@ std::string searchedLine(const Item& item) {
     return item.variant % 2 == 0 ? "alpha" : "beta";
 }
 
+// Other programs read sections and keys in any case and with blanks; the edits don't.
 std::string earlierIni(const Item& item) {
+    static constexpr std::array kSpellings = {"key = old\n", "key=old\n", "KEY=old\n", "Key =old\n"};
+    const std::size_t spelling = abilities::kKeepsValues ? item.lines.size() % kSpellings.size() : 0;
     std::string text = "; notes\n[first]\nkey=mine\n";
     if (item.variant % 3 != 0) {
-        text += "[main]\nother=1\n";
+        text += abilities::kKeepsValues && item.variant % 5 == 0 ? "[Main]\nother=1\n" : "[main]\nother=1\n";
         if (item.earlier) {
-            text += "key = old\n";
+            text += kSpellings[spelling];
         }
         text += "\nlast=2\n";
     }
     return text + "[tail]\nkey=also mine\n";
+}
+
+// Lists, in some of which entries contain the text that will be added, or are that text.
+platform::RegistryValue earlierVariable(const Item& item) {
+    const std::string added = environmentValueOf(item);
+    const int form = abilities::kKeepsValues ? item.variant / 3 : 0;
+    const std::string text =
+        form % 2 == 0 ? "/usr/own;/usr/other" : added + "x;/x" + added + ";/usr/own;" + added + ";/x" + added;
+    return {form >= 2 ? platform::kRegExpandString : platform::kRegString, text};
+}
+
+void writeVariable(FakePlatform& machine, const std::string& name, const platform::RegistryValue& value) {
+    machine.registry.writeValue(RegistryRoot::kLocalMachine, kEnvironmentKey, RegistryView::kNative, name,
+                                value);
 }
 
 std::string keyPathOf(const Item& item) {
@@ -170,8 +195,7 @@ void prepareItem(FakePlatform& machine, const Item& item) {
             break;
         case ItemKind::kEnvironment:
             if (item.earlier) {
-                machine.registry.addText(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"),
-                                         "/usr/own;/usr/other");
+                writeVariable(machine, item.name("VAR"), earlierVariable(item));
             }
             break;
         case ItemKind::kIni:
@@ -226,8 +250,7 @@ void touchItem(FakePlatform& machine, const Item& item) {
         const platform::RegistryValue* value =
             machine.registry.value(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"));
         if (value != nullptr) {
-            machine.registry.addText(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"),
-                                     std::string(value->data) + ";/user");
+            writeVariable(machine, item.name("VAR"), {value->type, value->data + ";/user"});
         }
     }
 }
@@ -357,6 +380,20 @@ void useMachine(FakePlatform& machine, const ProductCase& product) {
     }
     if (product.foreignFile) {
         machine.files.addFile("/product/mine", "the user's");
+    }
+}
+
+// What the installation of the same content can't tell from its own stays whole.
+void damageProduct(FakePlatform& machine, const ProductCase& product) {
+    for (const Item& item : product.items) {
+        const std::string path = filePathOf(item);
+        const bool isOwn = item.kind == ItemKind::kFile && machine.files.hasFile(path) &&
+                           !(item.earlier && earlierContentOf(item) == installedContentOf(item));
+        if (isOwn && item.variant % 2 == 0) {
+            machine.files.removeFile(path);
+        } else if (isOwn) {
+            machine.files.addFile(path, "broken");
+        }
     }
 }
 

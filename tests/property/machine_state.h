@@ -37,6 +37,9 @@ void prepareMachine(FakePlatform& machine, const ProductCase& product);
 // What the user does between installation and uninstallation.
 void useMachine(FakePlatform& machine, const ProductCase& product);
 
+// Deletes and overwrites files of the product, as a repair finds them.
+void damageProduct(FakePlatform& machine, const ProductCase& product);
+
 // What must be there in the end, given what was there at first.
 MachineState expectedEnd(const MachineState& start, const ProductCase& product);
 // May the uninstallation tell of something that stays?

@@ -1,21 +1,25 @@
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "round_trip.h"
 
 namespace {
 
 constexpr const char* kUsage =
-    "property_test [--cases N] [--seed S]\n"
+    "property_test [--cases N] [--seed S] [--count 1]\n"
     "\n"
     "Installs random products on random machines in memory, uninstalls them and compares all that is there.\n"
     "\n"
     "  --cases N   how many, 10000 by default\n"
     "  --seed S    of the first case; each further case has the next number. Without it another one each "
     "time\n"
+    "  --count 1   goes on after failures, and counts them for each course of events\n"
     "\n"
     "Exit code 0: all is as it was; 1: a case fails, and is shown with its seed and made as small as it "
     "goes;\n"
@@ -23,6 +27,7 @@ constexpr const char* kUsage =
 
 struct Options {
     std::uint64_t cases = 10000;
+    std::uint64_t count = 0;
     std::uint64_t seed =
         static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
 };
@@ -36,9 +41,10 @@ bool readNumber(const char* text, std::uint64_t& outNumber) {
 bool readOptions(int count, char** words, Options& outOptions) {
     for (int i = 1; i < count; i += 2) {
         const char* value = i + 1 < count ? words[i + 1] : nullptr;
-        std::uint64_t* number = std::strcmp(words[i], "--cases") == 0  ? &outOptions.cases
-                                : std::strcmp(words[i], "--seed") == 0 ? &outOptions.seed
-                                                                       : nullptr;
+        std::uint64_t* number = std::strcmp(words[i], "--cases") == 0   ? &outOptions.cases
+                                : std::strcmp(words[i], "--seed") == 0  ? &outOptions.seed
+                                : std::strcmp(words[i], "--count") == 0 ? &outOptions.count
+                                                                        : nullptr;
         if (number == nullptr || !readNumber(value, *number)) {
             return false;
         }
@@ -57,6 +63,42 @@ void report(std::uint64_t seed, const ProductCase& failing) {
                 describe(small).c_str(), static_cast<unsigned long long>(seed));
 }
 
+// The failing cases of one course.
+struct Tally {
+    std::uint64_t cases = 0;
+    std::uint64_t failures = 0;
+    std::uint64_t firstSeed = 0;
+    std::string firstFinding;
+};
+
+bool countFailures(const Options& options) {
+    std::array<Tally, kCourseCount> tallies;
+    for (std::uint64_t i = 0; i < options.cases; ++i) {
+        RandomNumbers random(options.seed + i);
+        const ProductCase product = randomCase(random);
+        const std::vector<std::string> found = runRoundTrip(product);
+        Tally& tally = tallies[static_cast<std::size_t>(product.course)];
+        ++tally.cases;
+        if (!found.empty() && ++tally.failures == 1) {
+            tally.firstSeed = options.seed + i;
+            tally.firstFinding = found.front();
+        }
+    }
+    bool passed = true;
+    for (int i = 0; i < kCourseCount; ++i) {
+        const Tally& tally = tallies[static_cast<std::size_t>(i)];
+        std::printf("%s: %llu of %llu fail\n", nameOf(static_cast<Course>(i)),
+                    static_cast<unsigned long long>(tally.failures),
+                    static_cast<unsigned long long>(tally.cases));
+        if (tally.failures > 0) {
+            std::printf("  the first one has the seed %llu: %s\n",
+                        static_cast<unsigned long long>(tally.firstSeed), tally.firstFinding.c_str());
+            passed = false;
+        }
+    }
+    return passed;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -67,7 +109,16 @@ int main(int count, char** words) {
     }
     std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(options.cases),
                 static_cast<unsigned long long>(options.seed));
+    for (int i = 0; i < kCourseCount; ++i) {
+        if (!isSupported(static_cast<Course>(i))) {
+            std::printf("left out, because the programs aren't built for it: %s\n",
+                        nameOf(static_cast<Course>(i)));
+        }
+    }
     std::fflush(stdout);
+    if (options.count != 0) {
+        return countFailures(options) ? 0 : 1;
+    }
     for (std::uint64_t i = 0; i < options.cases; ++i) {
         RandomNumbers random(options.seed + i);
         const ProductCase product = randomCase(random);

@@ -3,6 +3,8 @@
 #include <array>
 #include <map>
 
+#include "abilities.h"
+
 namespace {
 
 constexpr std::array kKindNames = {
@@ -147,7 +149,36 @@ std::map<std::string, std::string> groupsOf(const ProductCase& product) {
     return groups;
 }
 
+constexpr std::array kCourseNames = {"plain",
+                                     "installed again",
+                                     "repaired",
+                                     "a damaged archive",
+                                     "a cut archive",
+                                     "a lost archive",
+                                     "a damaged log",
+                                     "a cut log",
+                                     "a failing call of the installation",
+                                     "a failing call of the uninstallation",
+                                     "a full disk"};
+static_assert(kCourseNames.size() == kCourseCount);
+
 }  // namespace
+
+const char* nameOf(Course course) {
+    return kCourseNames[static_cast<std::size_t>(course)];
+}
+
+bool isSupported(Course course) {
+    switch (course) {
+        case Course::kPlain:
+            return true;
+        case Course::kInstallAgain:
+        case Course::kRepair:
+            return abilities::kInstallsOverItself;
+        default:
+            return abilities::kRepeatsUninstallation && abilities::kReplacesFiles && abilities::kKeepsValues;
+    }
+}
 
 ProductCase randomCase(RandomNumbers& random) {
     ProductCase product;
@@ -165,6 +196,11 @@ ProductCase randomCase(RandomNumbers& random) {
         }
         product.items.push_back(std::move(item));
     }
+    do {
+        product.course = random.oneIn(2) ? Course::kPlain : static_cast<Course>(random.below(kCourseCount));
+    } while (!isSupported(product.course));
+    product.operation = static_cast<int>(random.below(kFailingOperationCount));
+    product.point = static_cast<int>(random.oneIn(2) ? random.below(12) : random.below(4000));
     product.foreignFile = random.oneIn(8);
     product.firewallOff = random.oneIn(8);
     product.registers = random.oneIn(2);
@@ -208,6 +244,8 @@ std::string summarize(const ProductCase& product) {
         }
         text += "\n";
     }
+    text += std::string("  course: ") + nameOf(product.course) + " at " + std::to_string(product.point) +
+            " (operation " + std::to_string(product.operation) + ")\n";
     return text + (product.foreignFile ? "  a foreign file\n" : "") +
            (product.firewallOff ? "  the firewall is off\n" : "") +
            (product.registers ? "  registers itself\n" : "");

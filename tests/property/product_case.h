@@ -39,8 +39,33 @@ struct Item {
 };
 
 // A product, the machine that it meets and what its user does to it.
+// What happens between the first installation and the last uninstallation, besides what the user does.
+enum class Course {
+    kPlain,
+    kInstallAgain,        // once or twice more
+    kRepair,              // files of the product are damaged or deleted and installed again
+    kDamageArchive,       // one byte of the backup archive changes
+    kCutArchive,          // the archive ends early
+    kLoseArchive,         // the archive is gone
+    kDamageLog,           // one byte of the action log changes
+    kCutLog,              // the log ends early
+    kFailInstallation,    // one call of the file system fails while the product is installed
+    kFailUninstallation,  // one fails while it is uninstalled, which is done again afterwards
+    kFillDisk,            // the disk fills up while the product is installed
+};
+inline constexpr int kCourseCount = 11;
+// Whether the programs are built to stand it (abilities.h).
+bool isSupported(Course course);
+// The kinds of calls of the file system that can be made to fail (MemoryFileSystem::Operation, from its
+// start).
+inline constexpr int kFailingOperationCount = 13;
+const char* nameOf(Course course);
+
 struct ProductCase {
     std::vector<Item> items;
+    Course course = Course::kPlain;
+    int point = 0;             // of the course: a byte, or the number of the call
+    int operation = 0;         // of a course with a failing call: the kind of the call
     bool foreignFile = false;  // the user puts a file into the product's directory
     bool firewallOff = false;
     bool registers = false;  // the product registers itself as an application

@@ -7,6 +7,7 @@
 #include "fakes/walking_ui.h"
 #include "machine_state.h"
 #include "package/package_writer.h"
+#include "safety.h"
 #include "session/session_flags.h"
 #include "wini/wini.h"
 
@@ -15,6 +16,9 @@ namespace {
 constexpr const char* kPackage = "/kit/package";
 constexpr const char* kLog = "/product/install.log";
 constexpr const char* kLogCopy = "/kit/install.log";
+constexpr const char* kArchive = "/product/backup.bin";
+// More calls of one kind than that are rare.
+constexpr int kMostCalls = 60;
 
 void pack(FakePlatform& machine, const ProductCase& product) {
     std::vector<PackageFile> list = {{"/kit/src/install.xml", "install.xml", "install.xml"}};
@@ -59,41 +63,224 @@ bool runSession(platform::Platform platform, const char* path, std::uint32_t fla
     return finished;
 }
 
-}  // namespace
+// Changes one byte of the file, or cuts it there.
+void spoil(MemoryFileSystem& files, const char* path, bool cut, int point) {
+    std::string content = files.content(path);
+    if (content.empty()) {
+        return;
+    }
+    const std::size_t at = static_cast<std::size_t>(point) % content.size();
+    if (cut) {
+        content.resize(at);
+    } else {
+        content[at] = static_cast<char>(content[at] ^ 0x11);
+    }
+    files.addFile(path, content);
+}
 
-std::vector<std::string> runRoundTrip(const ProductCase& product) {
-    FakePlatform machine;
-    DiskShellObjects shell(machine.files);
-    const platform::Platform platform{machine.files,
-                                      machine.registry,
-                                      machine.processes,
-                                      machine.environment,
-                                      machine.console,
-                                      machine.events,
-                                      shell,
-                                      machine.firewall};
-    machine.files.addDirectory("/tmp");
-    prepareMachine(machine, product);
-    pack(machine, product);
-    const MachineState start = takeState(machine);
+using Findings = std::vector<std::string>;
 
-    int result = 0;
-    if (!runSession(platform, kPackage, kSessionBackup, result)) {
+// One product on one machine, from its first installation to its end.
+class Life {
+public:
+    explicit Life(const ProductCase& product);
+
+    Findings run();
+
+private:
+    struct Outcome {
+        bool finished = false;
+        int result = 0;
+
+        bool isSuccess() const { return finished && result == 0; }
+    };
+
+    Outcome install();
+    Outcome uninstall();
+    void setFault();
+    void installFurther();
+    void spoilRecords();
+    Findings judgeInstallation(const Outcome& outcome);
+    Findings judgeEnd(const Outcome& outcome);
+    Findings judgeSafety(const Outcome& outcome);
+    Findings judgeRepetition();
+    bool isLogSpoilt() const {
+        return product_.course == Course::kDamageLog || product_.course == Course::kCutLog;
+    }
+
+    const ProductCase& product_;
+    FakePlatform machine_;
+    DiskShellObjects shell_{machine_.files};
+    platform::Platform platform_;
+    MachineState start_;
+};
+
+Life::Life(const ProductCase& product)
+    : product_(product),
+      platform_{machine_.files,
+                machine_.registry,
+                machine_.processes,
+                machine_.environment,
+                machine_.console,
+                machine_.events,
+                shell_,
+                machine_.firewall} {
+    machine_.files.addDirectory("/tmp");
+    prepareMachine(machine_, product);
+    pack(machine_, product);
+    start_ = takeState(machine_);
+}
+
+Life::Outcome Life::install() {
+    Outcome outcome;
+    outcome.finished = runSession(platform_, kPackage, kSessionBackup, outcome.result);
+    return outcome;
+}
+
+// As the second stage does it, from a copy of the log.
+Life::Outcome Life::uninstall() {
+    Outcome outcome;
+    machine_.files.addFile(kLogCopy, machine_.files.content(kLog));
+    if (isLogSpoilt()) {
+        spoil(machine_.files, kLogCopy, product_.course == Course::kCutLog, product_.point);
+    }
+    if (product_.course == Course::kFailUninstallation) {
+        setFault();
+    }
+    outcome.finished = runSession(platform_, kLogCopy, kSessionActionLog, outcome.result);
+    machine_.files.clearFaults();
+    return outcome;
+}
+
+void Life::setFault() {
+    const auto operation = static_cast<MemoryFileSystem::Operation>(product_.operation);
+    machine_.files.failAt(operation, "", product_.point % kMostCalls + 1);
+}
+
+void Life::installFurther() {
+    if (product_.course == Course::kRepair) {
+        damageProduct(machine_, product_);
+    }
+    const int times = product_.course == Course::kInstallAgain ? product_.point % 2 + 1 : 1;
+    for (int i = 0; i < times; ++i) {
+        install();
+    }
+}
+
+void Life::spoilRecords() {
+    if (product_.course == Course::kLoseArchive) {
+        machine_.files.removeFile(kArchive);
+    } else if (product_.course == Course::kDamageArchive || product_.course == Course::kCutArchive) {
+        spoil(machine_.files, kArchive, product_.course == Course::kCutArchive, product_.point);
+    }
+}
+
+Findings Life::run() {
+    if (product_.course == Course::kFailInstallation) {
+        setFault();
+    } else if (product_.course == Course::kFillDisk) {
+        machine_.files.setFreeSpace(product_.point);
+    }
+    const Outcome installed = install();
+    machine_.files.clearFaults();
+    machine_.files.setFreeSpace(-1);
+    Findings found = judgeInstallation(installed);
+    if (!found.empty() || !machine_.files.hasFile(kLog)) {
+        return found;
+    }
+    if (product_.course == Course::kInstallAgain || product_.course == Course::kRepair) {
+        installFurther();
+        found = missingParts(machine_, product_);
+    }
+    useMachine(machine_, product_);
+    spoilRecords();
+    const Outcome uninstalled = uninstall();
+    const Findings end = product_.course == Course::kPlain || product_.course == Course::kInstallAgain ||
+                                 product_.course == Course::kRepair
+                             ? judgeEnd(uninstalled)
+                             : judgeSafety(uninstalled);
+    found.insert(found.end(), end.begin(), end.end());
+    return found;
+}
+
+// Without a fault everything goes well. With one it may not, but then it is said, and the user loses nothing.
+Findings Life::judgeInstallation(const Outcome& outcome) {
+    const bool isFaulty =
+        product_.course == Course::kFailInstallation || product_.course == Course::kFillDisk;
+    if (!isFaulty && !outcome.finished) {
         return {"The installation doesn't come to its end"};
     }
-    if (!machine.files.hasFile(kLog)) {
+    if (!isFaulty && !machine_.files.hasFile(kLog)) {
         return {"The installation leaves no log"};
     }
-    useMachine(machine, product);
-    machine.files.addFile(kLogCopy, machine.files.content(kLog));
-    if (!runSession(platform, kLogCopy, kSessionActionLog, result)) {
+    if (!isFaulty) {
+        return {};
+    }
+    Findings found = lossesOfUser(start_, product_, takeState(machine_));
+    if (outcome.isSuccess()) {
+        const Findings missing = missingParts(machine_, product_);
+        found.insert(found.end(), missing.begin(), missing.end());
+        if (!machine_.files.hasFile(kLog)) {
+            found.push_back("The installation tells of success and leaves no log");
+        }
+    }
+    return found;
+}
+
+Findings Life::judgeEnd(const Outcome& outcome) {
+    if (!outcome.finished) {
         return {"The uninstallation doesn't come to its end"};
     }
-    std::vector<std::string> found = differences(expectedEnd(start, product), takeState(machine));
-    if (result != 0 && !mayLeaveSomething(product)) {
+    Findings found = differences(expectedEnd(start_, product_), takeState(machine_));
+    if (outcome.result != 0 && !mayLeaveSomething(product_)) {
         found.push_back("The uninstallation tells of an error");
     }
     return found;
+}
+
+// A damaged log is taken for what it says. Of everything else a success is true, and after a failure it can
+// be done again.
+Findings Life::judgeSafety(const Outcome& outcome) {
+    Findings found = lossesOfUser(start_, product_, takeState(machine_));
+    if (isLogSpoilt() || product_.course == Course::kFailInstallation ||
+        product_.course == Course::kFillDisk) {
+        return found;
+    }
+    if (outcome.isSuccess()) {
+        for (const std::string& line : differences(expectedEnd(start_, product_), takeState(machine_))) {
+            found.push_back("The uninstallation tells of success, but: " + line);
+        }
+    } else if (product_.course == Course::kFailUninstallation) {
+        const Findings again = judgeRepetition();
+        found.insert(found.end(), again.begin(), again.end());
+    } else if (!machine_.files.hasFile(kLog)) {
+        found.push_back("The uninstallation failed and can't be repeated: its log is gone");
+    }
+    return found;
+}
+
+Findings Life::judgeRepetition() {
+    if (!machine_.files.hasFile(kLog)) {
+        return mayLeaveSomething(product_)
+                   ? Findings()
+                   : Findings{"The uninstallation failed and can't be repeated: its log is gone"};
+    }
+    machine_.files.addFile(kLogCopy, machine_.files.content(kLog));
+    int result = 0;
+    if (!runSession(platform_, kLogCopy, kSessionActionLog, result)) {
+        return {"The second uninstallation doesn't come to its end"};
+    }
+    Findings found;
+    for (const std::string& line : differences(expectedEnd(start_, product_), takeState(machine_))) {
+        found.push_back("After a second uninstallation: " + line);
+    }
+    return found;
+}
+
+}  // namespace
+
+std::vector<std::string> runRoundTrip(const ProductCase& product) {
+    return Life(product).run();
 }
 
 ProductCase shrink(ProductCase failing) {
@@ -115,6 +302,11 @@ ProductCase shrink(ProductCase failing) {
          {&ProductCase::foreignFile, &ProductCase::firewallOff, &ProductCase::registers}) {
         ProductCase smaller = failing;
         smaller.*circumstance = false;
+        keepIfFailing(std::move(smaller));
+    }
+    for (const int point : {0, failing.point / 2}) {
+        ProductCase smaller = failing;
+        smaller.point = point;
         keepIfFailing(std::move(smaller));
     }
     for (std::size_t i = 0; i < failing.items.size(); ++i) {

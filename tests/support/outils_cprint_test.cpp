@@ -25,6 +25,13 @@ TEST(ColourPrintTest, PassesThemOnToATerminalOnly) {
     EXPECT_EQ("ared", pipe.output);
 }
 
+TEST(ColourPrintTest, PassesNoOtherControlCharactersOn) {
+    FakeConsoleDevice device;
+    device.columns = 80;
+    outils_cprint(device, true, "a\b\x1B[1mb\xC2\x9B");
+    EXPECT_EQ("a?\x1B[1mb?", device.output);
+}
+
 TEST(ColourPrintTest, ReportsASequenceWithoutItsEnd) {
     for (const char* text : {"a\x1B[31", "a\x1B[1111111111111111111111m", "a\x1B"}) {
         FakeConsoleDevice device;

@@ -210,4 +210,16 @@ TEST(RichTextAsText, ADocumentEndsAtItsFirstZeroByte) {
     EXPECT_EQ(rich(std::string_view("{a}\0}", 5)), "a\n");
 }
 
+TEST(DocumentTextTest, GivesTheLossesOfADocumentWithTheirPlaces) {
+    const auto losses = lossesOfMarkdown("5. a\n\ntext\n# b\n");
+    ASSERT_EQ(2U, losses.size());
+    EXPECT_EQ((TGMLoss{TGMLossKind::kRenumberedItem, 0}), losses[0]);
+    EXPECT_EQ((TGMLoss{TGMLossKind::kJoinedHeading, 3}), losses[1]);
+    const auto bytes = lossesOfRichText("{\\rtf1 a\\'e9}");
+    ASSERT_EQ(1U, bytes.size());
+    EXPECT_EQ(RtfLossKind::kByte, bytes[0].kind);
+    EXPECT_EQ(8U, bytes[0].offset);
+    EXPECT_EQ("\\'e9", bytes[0].source);
+}
+
 }  // namespace

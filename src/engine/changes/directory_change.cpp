@@ -12,6 +12,7 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -159,7 +160,8 @@ bool DirectoryChange::removeLevel(const std::string& directory) {
     // The system knows best why it stays.
     const int status = removed || !isOurs ? 0 : files.removeDirectory(directory);
     removed = removed || (isOurs && status == 0);
-    context_.report.addOutcome(removed, (removed ? "Remove " : "FAILED to remove ") + directory);
+    context_.report.addOutcome(
+        removed, (removed ? "Remove " : "FAILED to remove ") + platform::writtenPath(directory));
     if (!isOurs) {
         context_.report.addReason(directory, "it belongs to the system, or is no directory");
     } else {

@@ -11,6 +11,7 @@
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 #include "support/p_file_stream.h"
 
 namespace {
@@ -82,7 +83,7 @@ void FileChange::install(std::size_t index) {
     const auto& files = fileSets_.getFiles();
     Work work{files[index], {}, {}, index % kFilesPerFlush == 0};
     work.path = FilePlanner::pathIn(prepareDirectory(work.file), work.file);
-    context_.report.setStatus(work.path);
+    context_.report.setStatus(platform::writtenPath(work.path));
     FileContent content;
     if (!readContent(work, content)) {
         return;
@@ -181,9 +182,9 @@ bool FileChange::backUp(Work& work, const FileContent& content) {
     const std::optional<std::string> failure =
         work.onDisk.exists ? replaced_.archive.addFile(work.path, checkSumOf(content.bytes))
                            : "Error opening file";
-    std::string line = "Back up " + work.path;
+    std::string line = "Back up " + platform::writtenPath(work.path);
     if (failure) {
-        line = "FAILED to back up " + work.path + ": " + *failure;
+        line = "FAILED to back up " + platform::writtenPath(work.path) + ": " + *failure;
         context_.report.addError(line);
     }
     context_.report.addLine(line, work.flushNow);
@@ -227,7 +228,7 @@ void FileChange::markProgram(const Work& work) {
 void FileChange::reportInstalled(const Work& work, bool inPlace) {
     std::string line = inPlace ? "" : "FAILED to ";
     line += work.onDisk.exists && work.onDisk.differs ? "Overwrite " : "Create ";
-    line += work.path;
+    line += platform::writtenPath(work.path);
     if (!inPlace) {
         context_.report.addError(line);
     }
@@ -271,13 +272,14 @@ bool FileChange::remove(const std::string& path) {
     platform::FileSystem& files = context_.machine.files;
     context_.report.pumpEventsWhileCopying();
     bool isGone = true;
-    std::string line = "Delete " + path;
+    const std::string shown = platform::writtenPath(path);
+    std::string line = "Delete " + shown;
     const int status = files.removeFile(path);
     if (status != 0) {
         if (!files.exists(path)) {
-            line = "Missing " + path;
+            line = "Missing " + shown;
         } else if (!FileInUse(files, context_.system, context_.report).deleteFileInUse(path)) {
-            line = "FAILED to delete " + path;
+            line = "FAILED to delete " + shown;
             isGone = false;
             context_.report.addError(line);
         }

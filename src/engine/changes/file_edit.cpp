@@ -12,6 +12,7 @@
 #include "engine/description_tags.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -161,7 +162,8 @@ std::vector<std::string_view> fieldsOf(std::string_view fields) {
 
 bool reportEdit(Report& report, const std::optional<Fault>& fault, std::string_view work,
                 std::string_view path) {
-    report.addOutcome(!fault, std::string(fault ? "FAILED : " : "").append(work).append(path));
+    report.addOutcome(!fault,
+                      std::string(fault ? "FAILED : " : "").append(work).append(platform::writtenPath(path)));
     if (fault) {
         report.addReason(fault->path, fault->reason);
     }

@@ -11,6 +11,7 @@
 #include "engine/description_tags.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -179,7 +180,7 @@ FirewallResult FirewallChange::applyApplication(std::int32_t node) {
     const std::string target = normalizedPath(tags.expandAttribute(node, "Target"));
     const std::string name = tags.expand(tags.requiredTextOf(node));
     const FirewallResult result = addApplication(context_.machine.firewall, context_.debugLog, target, name);
-    if (reportAdding(result, "exception for application: " + target)) {
+    if (reportAdding(result, "exception for application: " + platform::writtenPath(target))) {
         context_.log.writeRecord(Format::kFirewall, {Format::kApplication, target});
     } else if (result == FirewallResult::kFailed) {
         context_.debugLog.line("ERROR: Adding firewall app: " + target + " (" + name + ")");
@@ -209,7 +210,7 @@ bool FirewallChange::undo(const LogRecord& record) {
     FirewallResult result = FirewallResult::kDone;
     if (kind == Format::kApplication) {
         result = removeApplication(context_.machine.firewall, context_.debugLog, rest);
-        reportRemoval(result, "application from firewall: " + std::string(rest));
+        reportRemoval(result, "application from firewall: " + platform::writtenPath(rest));
     } else if (kind == Format::kPort) {
         result = removePort(context_.machine.firewall, context_.debugLog, rest);
         reportRemoval(result, "port from firewall: " + std::string(firstLogField(rest)));

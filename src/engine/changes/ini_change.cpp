@@ -14,6 +14,7 @@
 #include "engine/description_tags.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
 
 namespace IniText {
 
@@ -330,7 +331,12 @@ Attempt attempt(platform::FileSystem& files, const Entry& entry) {
 bool reportEntry(Report& report, bool done, std::string_view doneWord, std::string_view failedWord,
                  const Entry& entry) {
     std::string line(done ? doneWord : failedWord);
-    line.append("[").append(entry.section).append("]/").append(entry.key).append(" in ").append(entry.file);
+    line.append("[")
+        .append(entry.section)
+        .append("]/")
+        .append(entry.key)
+        .append(" in ")
+        .append(platform::writtenPath(entry.file));
     return report.addOutcome(done, line);
 }
 
@@ -415,10 +421,10 @@ bool IniChange::applyChild(std::int32_t node) {
         return true;
     }
     const std::string file = collapsedPath(tags.expandAttribute(node, "FileName"));
-    const std::string section = tags.expandAttribute(node, "Section");
-    const std::string key = tags.expandAttribute(node, "Key");
-    const std::string value = tags.expand(text);
-    const std::string beforeKey = tags.expandAttribute(node, "BeforeKey");
+    const std::string section = tags.expandForSystem(tags.attribute(node, "Section"));
+    const std::string key = tags.expandForSystem(tags.attribute(node, "Key"));
+    const std::string value = tags.expandForSystem(text);
+    const std::string beforeKey = tags.expandForSystem(tags.attribute(node, "BeforeKey"));
     const RecordedResult result =
         add(context_.machine.files, context_.report,
             {file, section, key, value, tags.hasAttribute(node, "IsPath"), beforeKey});

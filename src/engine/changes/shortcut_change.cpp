@@ -11,6 +11,7 @@
 #include "engine/uninstall_command.h"
 #include "platform/file_system.h"
 #include "platform/shell_objects.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ bool canBeUndone(const std::string& linkPath) {
 
 // The words end with a blank, so that two follow them.
 std::string lineOf(const char* word, std::string_view linkPath) {
-    return std::string(word) + " shortcut " + std::string(linkPath);
+    return std::string(word) + " shortcut " + platform::writtenPath(linkPath);
 }
 
 bool createUninstallShortcut(platform::ShellObjects& shell, const ProductDescription& product,
@@ -122,8 +123,9 @@ std::optional<ShortcutChange::Element> ShortcutChange::readElement(std::int32_t 
     if (*type != ShortcutType::kUrl) {
         shortcut.target = normalizedPath(shortcut.target);
     }
-    shortcut.description = tags.expand(tags.attribute(node, "Description").value_or(kDefaultDescription));
-    shortcut.arguments = tags.expandAttribute(node, "Arguments");
+    shortcut.description =
+        tags.expandForSystem(tags.attribute(node, "Description").value_or(kDefaultDescription));
+    shortcut.arguments = tags.expandForSystem(tags.attribute(node, "Arguments"));
     shortcut.startPath = normalizedPath(tags.expandAttribute(node, "StartPath"));
     shortcut.iconPath = normalizedPath(tags.expandAttribute(node, "IconPath"));
     return element;

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "base/visible_text.h"
 #include "platform/posix/system_calls.h"
 
 namespace platform {
@@ -13,6 +14,7 @@ void showMessage(std::string_view text, std::string_view caption, MessageIcon) {
     line += ":\n";
     line += text;
     line += '\n';
+    line = OUtils::visibleText(line);
     // Nobody is left to tell when standard error fails.
     std::size_t ignored = 0;
     writeAll(STDERR_FILENO, line.data(), line.size(), ignored);

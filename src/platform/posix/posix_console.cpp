@@ -30,12 +30,12 @@ PosixConsole::PosixConsole(int input, int output, int error)
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-bool PosixConsole::write(std::string_view text) {
+bool PosixConsole::put(std::string_view bytes) {
     const std::lock_guard lock(outputMutex_);
     if (outputFailed_) {
         return false;
     }
-    pendingOutput_ += text;
+    pendingOutput_ += bytes;
     return pendingOutput_.size() < kOutputBufferSize || flushLocked();
 }
 
@@ -54,9 +54,9 @@ bool PosixConsole::flushLocked() {
     return !outputFailed_;
 }
 
-bool PosixConsole::writeError(std::string_view text) {
+bool PosixConsole::putError(std::string_view bytes) {
     std::size_t ignored = 0;
-    return writeAll(error_, text.data(), text.size(), ignored) == 0;
+    return writeAll(error_, bytes.data(), bytes.size(), ignored) == 0;
 }
 
 ReadStatus PosixConsole::readLine(std::string& outLine, std::size_t maxBytes) {

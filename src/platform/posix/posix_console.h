@@ -17,9 +17,7 @@ class PosixConsole : public ConsoleDevice {
 public:
     PosixConsole(int input, int output, int error);
 
-    bool write(std::string_view text) override;
     bool flush() override;
-    bool writeError(std::string_view text) override;
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override;
     ReadStatus readKey(int& outKey) override;
     void beginKeys() override { keys_.emplace(input_); }
@@ -29,6 +27,10 @@ public:
     bool isInputTerminal() override;
     bool isOutputTerminal() override;
     void sleepMilliseconds(std::uint32_t milliseconds) override;
+
+protected:
+    bool put(std::string_view bytes) override;
+    bool putError(std::string_view bytes) override;
 
 private:
     bool flushLocked();

@@ -104,7 +104,9 @@ std::unique_ptr<ChildProcess> PosixProcesses::start(std::string_view commandLine
     SpawnSettings settings;
     settings.setWorkDirectory(nativePath(workDirectory));
     pid_t id = 0;
-    outError = settings.spawn(programPath(words[0]), words, id);
+    const std::string program = programPath(words[0]);
+    words[0] = nativePath(words[0]);
+    outError = settings.spawn(program, words, id);
     return outError == 0 ? std::make_unique<PosixChildProcess>(id) : nullptr;
 }
 

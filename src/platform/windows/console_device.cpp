@@ -16,9 +16,7 @@ public:
           error_(GetStdHandle(STD_ERROR_HANDLE)) {}
     ~WindowsConsole() override { output_.flush(); }
 
-    bool write(std::string_view text) override { return output_.write(text); }
     bool flush() override { return output_.flush(); }
-    bool writeError(std::string_view text) override { return error_.write(text) && error_.flush(); }
 
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override {
         output_.flush();
@@ -40,6 +38,10 @@ public:
     bool isInputTerminal() override { return input_.isTerminal(); }
     bool isOutputTerminal() override { return output_.isTerminal(); }
     void sleepMilliseconds(std::uint32_t milliseconds) override { platform::sleepMilliseconds(milliseconds); }
+
+protected:
+    bool put(std::string_view bytes) override { return output_.write(bytes); }
+    bool putError(std::string_view bytes) override { return error_.write(bytes) && error_.flush(); }
 
 private:
     ConsoleInput input_;

@@ -9,6 +9,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
+#include "platform/written_path.h"
 #include "ui/console/decimal_text.h"
 
 namespace ConsoleInterface {
@@ -75,16 +76,35 @@ std::string defaultOf(const DialogFieldDesc& field, InstallExchangeInfo& engine)
     return std::string(value.view());
 }
 
+// The texts that stand for an empty answer.
+struct Presets {
+    std::string value;
+    std::string fallback;
+};
+
+Presets presetsOf(const DialogFieldDesc& field, InstallExchangeInfo& engine) {
+    return {valueOf(field, engine, PathText::capacity()), defaultOf(field, engine)};
+}
+
 // The answer as it was given, or the default of the variable when the question was interrupted.
-std::string askForText(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine,
+std::string askForText(const DialogFieldDesc& field, InputProvider& input, const Presets& presets,
                        bool echo) {
-    const std::string value = valueOf(field, engine, PathText::capacity());
-    const std::string fallback = defaultOf(field, engine);
     PathText answer;
     const bool isAnswered =
         input.askText(field.label.c_str(), answer.data(), static_cast<int>(PathText::capacity()),
-                      value.c_str(), fallback.c_str(), echo) != 0;
-    return isAnswered ? std::string(answer.view()) : fallback;
+                      presets.value.c_str(), presets.fallback.c_str(), echo) != 0;
+    return isAnswered ? std::string(answer.view()) : presets.fallback;
+}
+
+// As askForText. The presets are shown as the system writes paths; taken over, they stay what they are.
+std::string askForPath(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
+    const Presets own = presetsOf(field, engine);
+    const Presets shown = {platform::writtenPath(own.value), platform::writtenPath(own.fallback)};
+    const std::string answer = askForText(field, input, shown, true);
+    if (answer == shown.value) {
+        return own.value;
+    }
+    return answer == shown.fallback ? own.fallback : answer;
 }
 
 std::vector<std::string> itemsOf(const DialogFieldDesc& field) {
@@ -147,15 +167,15 @@ void CheckboxField::ask(const DialogFieldDesc& field, InputProvider& input, Inst
 }
 
 void DirectoryField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
-    store(field, cleanPath(askForText(field, input, engine, true)), engine);
+    store(field, cleanPath(askForPath(field, input, engine)), engine);
 }
 
 void PlainTextField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
-    store(field, std::string(trim(askForText(field, input, engine, true))), engine);
+    store(field, std::string(trim(askForText(field, input, presetsOf(field, engine), true))), engine);
 }
 
 void PasswordField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
-    store(field, askForText(field, input, engine, false), engine);
+    store(field, askForText(field, input, presetsOf(field, engine), false), engine);
 }
 
 }  // namespace ConsoleInterface

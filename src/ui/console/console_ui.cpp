@@ -367,7 +367,7 @@ void ConsoleUI::blankLine() {
         return;
     }
     statusActive_ = false;
-    terminal().write("\r" + std::string(kBlankWidth, ' ') + "\r");
+    terminal().writeControl("\r" + std::string(kBlankWidth, ' ') + "\r");
     terminal().flush();
     terminal().write("\n");
     terminal().flush();

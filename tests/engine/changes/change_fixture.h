@@ -12,7 +12,10 @@
 #include "fakes/fake_system_operations.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
+#include "platform/written_path.h"
 #include "support/p_file_console.h"
+
+using platform::writtenPath;
 
 // A description, a machine in memory that it changes, and the action log and the front end that hear of it.
 class ChangeTest : public DescriptionTest {
@@ -24,6 +27,7 @@ protected:
 
     void describe(const std::string& content) {
         parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
+        expressions_.setPathVariables(PathVariables(document_));
         log_.clear();
     }
 

@@ -157,7 +157,8 @@ TEST_F(DirectoryUndoTest, FailsForDirectoriesWithForeignFiles) {
     files_.addFile("/a/b/mine", "");
     EXPECT_FALSE(remove("\\a\\b\\", 2));
     EXPECT_TRUE(files_.hasFile("/a/b/mine"));
-    EXPECT_THAT(errors_, ElementsAre("FAILED to remove \\a\\b", "FAILED to remove \\a"));
+    EXPECT_THAT(errors_, ElementsAre("FAILED to remove " + writtenPath("\\a\\b"),
+                                     "FAILED to remove " + writtenPath("\\a")));
     EXPECT_THAT(ui_.callsOf("addMessage"),
                 ElementsAre(StartsWith("addMessage(\"\\a\\b: "), StartsWith("addMessage(\"\\a: ")));
 }

@@ -32,7 +32,8 @@ TEST_F(FileChangeTest, InstallsFilesInListOrderAndRecordsThem) {
     EXPECT_EQ(installLog(),
               "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\n"
               "DIR\t2\t/app/sub\\\r\nFILE\tCREATE\t/app/sub\\one\r\nFILE\tCREATE\t/app\\two\r\n");
-    EXPECT_EQ(lines(), (std::vector<std::string>{"Create /app/sub\\one", "Create /app\\two"}));
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Create " + writtenPath("/app/sub\\one"),
+                                                 "Create " + writtenPath("/app\\two")}));
     EXPECT_EQ(log_.lines(),
               std::vector<std::string>{"Running Files for installation tag: <AdditionalInstall>"});
 }
@@ -47,7 +48,8 @@ TEST_F(FileChangeTest, WritesNothingOnASecondRunAndStillRecordsEachFile) {
     EXPECT_EQ(installLog(),
               "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\nDIR\t1\t/app\\\r\n"
               "FILE\tCREATE\t/app\\one\r\nFILE\tOVER\t/app\\two\r\n");
-    EXPECT_EQ(lines(), (std::vector<std::string>{"Create /app\\one", "Create /app\\two"}));
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Create " + writtenPath("/app\\one"),
+                                                 "Create " + writtenPath("/app\\two")}));
     for (const std::string& operation : files_.operations()) {
         EXPECT_NE(operation, "truncate /app/one");
     }
@@ -60,7 +62,8 @@ TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
     files_.addFile("/app/one", "old content");
     EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "new");
-    EXPECT_EQ(lines(), (std::vector<std::string>{"Back up /app\\one", "Overwrite /app\\one"}));
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Back up " + writtenPath("/app\\one"),
+                                                 "Overwrite " + writtenPath("/app\\one")}));
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
     // The archive restores it, since the file on the disk is what the installation put there.
     EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
@@ -83,7 +86,7 @@ TEST_F(FileChangeTest, RecordsAMissingRestorableFileAsOver) {
     describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
     EXPECT_TRUE(install());
     EXPECT_NE(installLog().find("FILE\tOVER\t/app\\one\r\n"), std::string::npos);
-    EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
+    EXPECT_EQ(lines(), std::vector<std::string>{"Create " + writtenPath("/app\\one")});
 }
 
 TEST_F(FileChangeTest, OverwritesOtherFilesWithoutABackupAndRecordsThemAsCreated) {
@@ -91,7 +94,7 @@ TEST_F(FileChangeTest, OverwritesOtherFilesWithoutABackupAndRecordsThemAsCreated
     describeFiles("<FN Dest='/app'>one</FN>");
     files_.addFile("/app/one", "old");
     EXPECT_TRUE(install());
-    EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite /app\\one"});
+    EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite " + writtenPath("/app\\one")});
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
 }
 
@@ -103,9 +106,10 @@ TEST_F(FileChangeTest, LeavesAFileThatCannotBeBackedUp) {
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/one"), "old");
     EXPECT_EQ(files_.content("/app/two"), "22");
-    EXPECT_EQ(errors_, (std::vector<std::string>{"FAILED to back up /app\\one: Error opening file",
-                                                 "FAILED to Overwrite /app\\one"}));
-    EXPECT_EQ(lines()[0], "FAILED to back up /app\\one: Error opening file");
+    EXPECT_EQ(errors_, (std::vector<std::string>{
+                           "FAILED to back up " + writtenPath("/app\\one") + ": Error opening file",
+                           "FAILED to Overwrite " + writtenPath("/app\\one")}));
+    EXPECT_EQ(lines()[0], "FAILED to back up " + writtenPath("/app\\one") + ": Error opening file");
     // Without a record no uninstallation touches it either.
     EXPECT_EQ(installLog().find("/app\\one"), std::string::npos);
 }
@@ -119,7 +123,7 @@ TEST_F(FileChangeTest, LeavesAFileThatCannotBeReadAndHasToBeBackedUp) {
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/one"), "old");
     EXPECT_EQ(files_.content("/app/two"), "new");
-    EXPECT_EQ(errors_[0], "FAILED to back up /app\\one: Error opening file");
+    EXPECT_EQ(errors_[0], "FAILED to back up " + writtenPath("/app\\one") + ": Error opening file");
 }
 
 TEST_F(FileChangeTest, BacksUpAPathOnlyOnce) {
@@ -159,7 +163,7 @@ TEST_F(FileChangeTest, ExpandsVariablesAndCountsTheFileAsDifferentAtEachRun) {
     EXPECT_EQ(files_.content("/app/one"), "a=value");
     ui_.take();
     EXPECT_TRUE(install());
-    EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite /app\\one"});
+    EXPECT_EQ(lines(), std::vector<std::string>{"Overwrite " + writtenPath("/app\\one")});
 }
 
 TEST_F(FileChangeTest, LeavesAnExpandedFileWithoutReferencesAlone) {
@@ -168,7 +172,7 @@ TEST_F(FileChangeTest, LeavesAnExpandedFileWithoutReferencesAlone) {
     EXPECT_TRUE(install());
     ui_.take();
     EXPECT_TRUE(install());
-    EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
+    EXPECT_EQ(lines(), std::vector<std::string>{"Create " + writtenPath("/app\\one")});
 }
 
 TEST_F(FileChangeTest, LogsThatAFileIsMissingFromTheCabinet) {
@@ -178,10 +182,10 @@ TEST_F(FileChangeTest, LogsThatAFileIsMissingFromTheCabinet) {
     EXPECT_FALSE(install());
     EXPECT_TRUE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: gone)"));
     EXPECT_FALSE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: lost)"));
-    EXPECT_EQ(lines(),
-              (std::vector<std::string>{"ERROR: File missing from the compressed cabinet! (alias: gone)",
-                                        "Create /app\\one", "Encountered errors during installation:",
-                                        "ERROR: File missing from the compressed cabinet! (alias: gone)"}));
+    EXPECT_EQ(lines(), (std::vector<std::string>{
+                           "ERROR: File missing from the compressed cabinet! (alias: gone)",
+                           "Create " + writtenPath("/app\\one"), "Encountered errors during installation:",
+                           "ERROR: File missing from the compressed cabinet! (alias: gone)"}));
     EXPECT_EQ(errors_, ErrorList{"ERROR: File missing from the compressed cabinet! (alias: gone)"});
     EXPECT_EQ(installLog().find("gone"), std::string::npos);
     EXPECT_EQ(installLog().find("lost"), std::string::npos);
@@ -193,10 +197,12 @@ TEST_F(FileChangeTest, GoesOnAfterAFileThatCannotBeWritten) {
     files_.addDirectory("/app/one");
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/two"), "22");
-    EXPECT_EQ(lines(), (std::vector<std::string>{
-                           "FAILED to Create /app\\one", "Create /app\\two",
-                           "Encountered errors during installation:", "FAILED to Create /app\\one"}));
-    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\one"});
+    EXPECT_EQ(
+        lines(),
+        (std::vector<std::string>{
+            "FAILED to Create " + writtenPath("/app\\one"), "Create " + writtenPath("/app\\two"),
+            "Encountered errors during installation:", "FAILED to Create " + writtenPath("/app\\one")}));
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create " + writtenPath("/app\\one")});
     // The record is written before the attempt, so that a part of a file is undone as well.
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
 }
@@ -208,7 +214,7 @@ TEST_F(FileChangeTest, ReportsAReadOnlyFileThatCannotBeOverwritten) {
     files_.setReadOnly("/app/one");
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/one"), "old");
-    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite /app\\one"});
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite " + writtenPath("/app\\one")});
 }
 
 TEST_F(FileChangeTest, FailsWhereADirectoryCannotBeCreated) {
@@ -217,7 +223,7 @@ TEST_F(FileChangeTest, FailsWhereADirectoryCannotBeCreated) {
     files_.failFrom(Operation::kCreateDirectory, "/app/sub/deep", 1);
     EXPECT_FALSE(install());
     EXPECT_NE(installLog().find("DIR\t2\t/app/sub/deep\\\r\n"), std::string::npos);
-    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app/sub/deep\\one"});
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create " + writtenPath("/app/sub/deep\\one")});
 }
 
 TEST_F(FileChangeTest, MarksProgramsAlsoWhenTheyAreThereAlready) {
@@ -267,14 +273,15 @@ TEST_F(FileChangeTest, ReportsStatusProgressAndFlushes) {
     EXPECT_EQ(progress[1], "setCurrentProgress(5)");  // 2 of 40; the skipped one counts
     EXPECT_EQ(progress[2], "setCurrentProgress(8)");  // 7.5 rounded up
     EXPECT_EQ(progress[38], "setCurrentProgress(98)");
-    EXPECT_EQ(ui_.callsOf("setStatusText")[0], "setStatusText(\"/app\\f0\")");
+    EXPECT_EQ(ui_.callsOf("setStatusText")[0], "setStatusText(\"" + writtenPath("/app\\f0") + "\")");
     std::vector<std::string> flushed;
     for (const std::string& call : ui_.callsOf("addFileLine(\"")) {
         if (call.find("true") != std::string::npos || call.find(", 1)") != std::string::npos) {
             flushed.push_back(call.substr(13, call.rfind('"') - 13));
         }
     }
-    EXPECT_EQ(flushed, (std::vector<std::string>{"Create /app\\f0", "Create /app\\f32"}));
+    EXPECT_EQ(flushed, (std::vector<std::string>{"Create " + writtenPath("/app\\f0"),
+                                                 "Create " + writtenPath("/app\\f32")}));
 }
 
 TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
@@ -287,7 +294,7 @@ TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
     system_.running = {"tool.exe", "lib.dll"};
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
-    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite /app\\lib.dll"});
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Overwrite " + writtenPath("/app\\lib.dll")});
 }
 
 TEST_F(FileChangeTest, NoticesThatTheDiskFillsUpInTheMiddleOfAFile) {
@@ -295,14 +302,14 @@ TEST_F(FileChangeTest, NoticesThatTheDiskFillsUpInTheMiddleOfAFile) {
     describeFiles("<FN Dest='/app'>small</FN><FN Dest='/app'>big</FN>");
     files_.addDirectory("/app");
     ui_.onCall = [this](const std::string& call) {
-        if (call == "setStatusText(\"/app\\big\")") {
+        if (call == "setStatusText(\"" + writtenPath("/app\\big") + "\")") {
             files_.setFreeSpace(1000);
-        } else if (call == "setStatusText(\"/app\\small\")") {
+        } else if (call == "setStatusText(\"" + writtenPath("/app\\small") + "\")") {
             files_.setFreeSpace(-1);
         }
     };
     EXPECT_FALSE(install());
-    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create /app\\big"});
+    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create " + writtenPath("/app\\big")});
     const std::vector<std::string> reasons = ui_.callsOf("addMessage");
     ASSERT_EQ(reasons.size(), 1U);
     EXPECT_TRUE(reasons[0].starts_with("addMessage(\"/app\\big: ")) << reasons[0];

@@ -222,13 +222,12 @@ TEST_F(FirewallChangeTest, AddsPortsAndApplicationsOfTheDescriptionAndRecordsThe
               "FIREWALL\tPORT\t30304\tTCP;UDP\tDemo service\r\nFIREWALL\tPORT\t80\tTCP\tWeb\r\n"
               "FIREWALL\tPORT\t53\tUDP;ICMP\tNames\r\nFIREWALL\tAPP\tC:\\apps\\server.exe\r\n");
     expectLog({"WARNING: (Firewall): Unrecognized attribute token for protocol specification"});
-    EXPECT_THAT(
-        ui_.calls,
-        ElementsAre("addFileLine(\"Firewall: Added port 30304\", 0)",
-                    "addFileLine(\"Firewall: Added port 80\", 0)",
-                    "addFileLine(\"Firewall: Added port 53\", 0)",
-                    "addFileLine(\"Firewall: Added exception for application: C:\\apps\\server.exe\", 0)",
-                    "addFileLine(null, 1)"));
+    EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(\"Firewall: Added port 30304\", 0)",
+                                       "addFileLine(\"Firewall: Added port 80\", 0)",
+                                       "addFileLine(\"Firewall: Added port 53\", 0)",
+                                       "addFileLine(\"Firewall: Added exception for application: " +
+                                           writtenPath("C:\\apps\\server.exe") + "\", 0)",
+                                       "addFileLine(null, 1)"));
     EXPECT_THAT(errors_, IsEmpty());
 }
 

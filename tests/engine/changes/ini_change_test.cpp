@@ -301,6 +301,18 @@ TEST_F(IniElementsTest, WritesAnEntryWithItsTextsExpandedAndRecordsIt) {
                             "addFileLine(\"Create [s]/k in /d/last.ini\", 0)", "addFileLine(null, 1)"));
 }
 
+TEST_F(IniElementsTest, WritesPathsAsTheSystemDoesAndKeepsEverythingElse) {
+    variables_.set("DIR", "\\opt\\demo");
+    variables_.set("RE", "\\d+");
+    describe(
+        "<FN Dest='[DIR]'>f</FN><IniFiles><Add FileName='/d/a.ini' Section='s' Key='k'>[DIR]/x [RE] a\\nb"
+        "</Add></IniFiles>");
+    EXPECT_TRUE(change_.apply());
+    const std::string value = writtenPath("\\opt\\demo") + "/x \\d+ a\\nb";
+    expectFile({"[s]", "k=" + value});
+    EXPECT_EQ(records(), "INI\tCREATE\t/d/a.ini\ts\tk\t" + value + "\r\n");
+}
+
 TEST_F(IniElementsTest, LooksForAPathByThePresenceOfItsAttribute) {
     put({"[S]", "p=/d/"});
     EXPECT_TRUE(apply("<Add FileName='/d/a.ini' Section='S' Key='k' IsPath='0'>/d</Add>"));

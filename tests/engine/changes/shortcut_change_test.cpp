@@ -31,7 +31,7 @@ protected:
     // Nothing is made, and the failure is shown and collected.
     void expectRefused(const ShortcutRequest& shortcut) {
         EXPECT_EQ(add(shortcut), std::nullopt);
-        const std::string line = "FAILED to create  shortcut " + shortcut.linkPath;
+        const std::string line = "FAILED to create  shortcut " + writtenPath(shortcut.linkPath);
         expectLines({line});
         EXPECT_EQ(errors_, ErrorList{line});
         EXPECT_TRUE(machine_.shell.links.empty());
@@ -51,7 +51,7 @@ TEST_F(ShortcutChangeTest, MakesAFileShortcutWithAllThatWasAskedFor) {
     EXPECT_EQ(link().arguments, "-a \"b c\"");
     EXPECT_EQ(link().workDirectory, "C:\\Demo");
     EXPECT_EQ(link().iconPath, "C:\\Demo\\demo.ico");
-    expectLines({"Create  shortcut C:\\Desktop\\Demo.lnk"});
+    expectLines({"Create  shortcut " + writtenPath("C:\\Desktop\\Demo.lnk")});
     EXPECT_TRUE(errors_.empty());
 }
 
@@ -66,8 +66,9 @@ TEST_F(ShortcutChangeTest, TakesOnlyTheTargetForAUrl) {
 TEST_F(ShortcutChangeTest, StartsTheUnquotedUninstallCommandOnTheLog) {
     describe(kProduct);
     EXPECT_EQ(add(request(ShortcutType::kUninstall)), "CREATE\tC:\\Desktop\\Demo.lnk");
-    EXPECT_EQ(link().target, "C:\\Program Files\\Demo\\installer.exe");
-    EXPECT_EQ(link().arguments, "-uninstall=\"C:\\Demo\\in.log\" -uninstallApp=\"Demo 1\"");
+    EXPECT_EQ(link().target, writtenPath("C:\\Program Files\\Demo\\installer.exe"));
+    EXPECT_EQ(link().arguments,
+              "-uninstall=\"" + writtenPath("C:\\Demo\\in.log") + "\" -uninstallApp=\"Demo 1\"");
     EXPECT_EQ(link().description, "A demo");
     EXPECT_EQ(link().workDirectory, "");
     EXPECT_EQ(link().iconPath, "");
@@ -185,7 +186,7 @@ TEST_F(ShortcutChangeTest, RemovesTheFileOfTheRecord) {
     machine_.files.addFile("C:\\Desktop\\Demo.lnk", "x");
     EXPECT_TRUE(change_.undo({"SHORTCUT", "CREATE\tC:\\Desktop\\Demo.lnk"}));
     EXPECT_FALSE(machine_.files.hasFile("C:\\Desktop\\Demo.lnk"));
-    expectLines({"Remove  shortcut C:\\Desktop\\Demo.lnk"});
+    expectLines({"Remove  shortcut " + writtenPath("C:\\Desktop\\Demo.lnk")});
 }
 
 TEST_F(ShortcutChangeTest, ReportsAShortcutThatHasGoneAndFailsNothing) {

@@ -30,6 +30,11 @@ TEST(MessageBoxTest, WritesAMessageToStandardError) {
               "Caption:\ntwo\nlines\n");
 }
 
+TEST(MessageBoxTest, PassesNoCommandToTheTerminal) {
+    EXPECT_EQ(errorsOf([] { platform::showMessage("a\x1B[2J", "b\b", platform::MessageIcon::kError); }),
+              "b?:\na?[2J\n");
+}
+
 TEST(MessageBoxTest, PrintsAnEmptyTextAsAnEmptyLine) {
     EXPECT_EQ(errorsOf([] { platform::showMessage("", "Caption", platform::MessageIcon::kWarning); }),
               "Caption:\n\n");

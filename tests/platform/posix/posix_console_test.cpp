@@ -68,6 +68,15 @@ TEST_F(PipedConsoleTest, OutputWaitsForTheFlush) {
     EXPECT_EQ(printed(), "one two\n");
 }
 
+TEST_F(PipedConsoleTest, PassesOnlyTheProgramsOwnCommandsOn) {
+    EXPECT_TRUE(console_->write("a\x1B[2J\n"));
+    EXPECT_TRUE(console_->writeControl("\r"));
+    EXPECT_TRUE(console_->flush());
+    EXPECT_EQ(printed(), "a?[2J\n\r");
+    EXPECT_TRUE(console_->writeError("b\x1B\n"));
+    EXPECT_EQ(printed(), "b?\n");
+}
+
 TEST_F(PipedConsoleTest, ShowsTheQuestionBeforeItWaitsForTheAnswer) {
     type("answer\ny");
     console_->write("question");

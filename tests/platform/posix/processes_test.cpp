@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <fstream>
 
 #include "base/path_functions.h"
 #include "fakes/temporary_directory.h"
@@ -178,6 +180,16 @@ TEST_F(PosixProcessesTest, OnlyRootIsAnAdministrator) {
     EXPECT_FALSE(processes_.isAdministrators(hidden.id()));
     const ForkedProcess half([] { (void)!setresuid(12345, 0, 0); });
     EXPECT_FALSE(processes_.isAdministrators(half.id()));
+}
+
+TEST_F(PosixProcessesTest, AProgramLearnsItsOwnNameAsTheSystemWritesIt) {
+    const TemporaryDirectory directory;
+    const std::string script = directory.file("show");
+    std::ofstream(script) << "#!/bin/sh\ncase \"$0\" in *\\\\*) exit 1;; esac\n";
+    ASSERT_EQ(chmod(script.c_str(), 0700), 0);
+    std::string own = script;
+    std::replace(own.begin(), own.end(), '/', '\\');
+    EXPECT_EQ(exitCodeOf('"' + own + '"'), 0);
 }
 
 }  // namespace

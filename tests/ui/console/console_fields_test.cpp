@@ -8,6 +8,7 @@
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
 #include "fakes/fake_engine.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -223,6 +224,19 @@ TEST_F(ConsoleFields, HasNoDefaultForRadioButtonsWithAnotherValue) {
         process(kFieldRadioButtons);
         EXPECT_EQ(input.question, "Label|-1|one|two") << value;
     }
+}
+
+TEST_F(ConsoleFields, ShowsADirectoryAsTheSystemWritesItAndKeepsItsForm) {
+    engine.variables["VAR"] = "\\opt\\demo";
+    engine.defaults["VAR"] = "C:\\other";
+    const std::string value = platform::writtenPath("\\opt\\demo");
+    const std::string fallback = platform::writtenPath("C:\\other");
+    EXPECT_EQ(answer(kFieldDirectory, value), "\\opt\\demo");
+    EXPECT_EQ(input.question, "Label|" + value + "|" + fallback + "|echo");
+    EXPECT_EQ(answer(kFieldDirectory, fallback), "C:\\other");
+    engine.variables["VAR"] = "\\d";
+    answer(kFieldEditBox, "x");
+    EXPECT_EQ(input.question, "Label|\\d|C:\\other|echo");
 }
 
 }  // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace OUtils {
+
+// The length in bytes of the valid UTF-8 character at the start of `text`, 1 to 4; 0 where there is none: a
+// broken or cut sequence, an overlong form, a surrogate, a value above U+10FFFF, or an empty text.
+std::size_t utf8CharacterLength(std::string_view text);
+
+}  // namespace OUtils

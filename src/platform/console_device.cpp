@@ -1,0 +1,15 @@
+#include "platform/console_device.h"
+
+#include "base/visible_text.h"
+
+namespace platform {
+
+bool ConsoleDevice::write(std::string_view text) {
+    return put(OUtils::visibleText(text));
+}
+
+bool ConsoleDevice::writeError(std::string_view text) {
+    return putError(OUtils::visibleText(text));
+}
+
+}  // namespace platform
