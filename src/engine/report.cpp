@@ -2,6 +2,7 @@
 
 #include "contracts/installer_ui.h"
 #include "platform/error_text.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -93,12 +94,12 @@ void Report::addFileReason(std::string_view path, int status) {
 
 void Report::addRegistryReason(std::string_view subject, int status) {
     if (status != 0) {
-        addReason(subject, platform::registryErrorText(status));
+        note(std::string(subject) + ": " + platform::registryErrorText(status));
     }
 }
 
 void Report::addReason(std::string_view subject, std::string_view reason) {
-    note(std::string(subject) + ": " + std::string(reason));
+    note(platform::writtenPath(subject) + ": " + std::string(reason));
 }
 
 void Report::showErrors(std::string_view heading) {

@@ -39,8 +39,9 @@ public:
     // list. One line without an end. Shown in a quiet run as well.
     void note(std::string_view text);
     // Says why a step failed, right after the line that says that it did: a note with what it was about (a
-    // path, most often) and the system's words for `status` (platform/error_text.h). A status of 0 says
-    // nothing. Once for each failure, so only where the failure is reported.
+    // path, most often, shown as the system writes it) and the system's words for `status`
+    // (platform/error_text.h). A status of 0 says nothing. Once for each failure, so only where the failure
+    // is reported.
     void addReason(std::string_view subject, int status);
     void addRegistryReason(std::string_view subject, int status);
     // The same for the status of a write, which is -1 where something else than a file is in its place.
