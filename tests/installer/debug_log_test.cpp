@@ -4,6 +4,7 @@
 
 #include "fakes/fake_platform.h"
 #include "platform/clock.h"
+#include "platform/written_path.h"
 #include "support/p_file_console.h"
 
 namespace {
@@ -43,7 +44,8 @@ TEST_F(DebugLogTest, LevelZeroLeavesTheLogUnopened) {
 TEST_F(DebugLogTest, LevelOneSaysWhereTheLogIs) {
     EXPECT_EQ(open(1), 1);
     EXPECT_TRUE(log_.isOpen());
-    EXPECT_EQ(machine_.console.output, "Installer debug log file:\n\t/tmp\\installer_debug.log\n");
+    EXPECT_EQ(machine_.console.output,
+              "Installer debug log file:\n\t" + platform::writtenPath("/tmp\\installer_debug.log") + "\n");
     EXPECT_EQ(machine_.console.pending, "");
     EXPECT_TRUE(machine_.files.isPrivate("/tmp/installer_debug.log"));
 }
@@ -99,8 +101,8 @@ TEST_F(DebugLogTest, ALogThatCannotBeMadeIsTold) {
     machine_.files.setReadOnly("/tmp");
     EXPECT_EQ(open(1), 1);
     EXPECT_FALSE(log_.isOpen());
-    EXPECT_EQ(machine_.console.output,
-              "ERROR: Failed to create installer debug log file:\n\t/tmp\\installer_debug.log\n");
+    EXPECT_EQ(machine_.console.output, "ERROR: Failed to create installer debug log file:\n\t" +
+                                           platform::writtenPath("/tmp\\installer_debug.log") + "\n");
 }
 
 }  // namespace
