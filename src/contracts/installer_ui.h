@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 // How a front end shows a task in the task list.
 enum TaskState : std::int32_t {
@@ -76,7 +77,7 @@ public:
     virtual void clearFileLines() = 0;
     // Shows a message that the fixed forms of the output have no place for, whatever else is silent: on the
     // console one line to standard error, in a window a line of its list.
-    virtual void addMessage(const char* text) = 0;
+    virtual void addMessage(std::string_view text) = 0;
     // 1 when the user gave the affirmative answer.
     virtual int messageBox(const char* text, MessageKind kind) = 0;
     virtual int beginProgress() = 0;

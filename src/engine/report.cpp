@@ -74,7 +74,7 @@ bool Report::addOutcome(bool done, std::string_view text) {
 
 void Report::note(std::string_view text) {
     if (ui_ != nullptr) {
-        ui_->addMessage(std::string(text).c_str());
+        ui_->addMessage(text);
     }
 }
 

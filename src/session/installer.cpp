@@ -99,7 +99,7 @@ bool Installer::prepare(InstallerUI& ui) {
 
 bool Installer::refuseStart(InstallerUI& ui, std::string_view why) {
     const std::string kind = isActionLogSession() ? "uninstallation" : "installation";
-    ui.addMessage(("The " + kind + " can't start: " + std::string(why)).c_str());
+    ui.addMessage("The " + kind + " can't start: " + std::string(why));
     return false;
 }
 
@@ -169,7 +169,7 @@ bool Installer::loadDefaultValues(InstallerUI& ui) {
         model_.variables.loadDefaults(model_.description, answers, parameters, message);
     if (outcome == DefaultsOutcome::kBadConfiguration) {
         ui.messageBox(message.c_str(), MessageKind::kInformation);
-        ui.addMessage((answers + ": " + readingError(answers_.load(answers))).c_str());
+        ui.addMessage(answers + ": " + readingError(answers_.load(answers)));
     }
     if (outcome != DefaultsOutcome::kLoaded) {
         debugLog.line(
@@ -192,7 +192,7 @@ void Installer::remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath
     for (const std::string& line :
          remarksOnGivenNames(model_.description, model_.variables.expressions(), given)) {
         debugLog.line("WARNING: " + line);
-        ui.addMessage(line.c_str());
+        ui.addMessage(line);
     }
 }
 
@@ -227,8 +227,7 @@ void Installer::sayWhyNothingWasDone(InstallerUI& ui, int result) {
     const std::string where =
         page == nullptr ? "" : " on the page \"" + std::string(page->name.view()) + "\"";
     const std::string what = isActionLogSession() ? "uninstalled" : "installed";
-    ui.addMessage(
-        ("Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where).c_str());
+    ui.addMessage("Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where);
 }
 
 void Installer::reportError(InstallerUI& ui, std::string_view text) {

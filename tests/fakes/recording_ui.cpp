@@ -8,6 +8,10 @@ std::string show(const char* text) {
     return text == nullptr ? std::string("null") : '"' + std::string(text) + '"';
 }
 
+std::string show(std::string_view text) {
+    return '"' + std::string(text) + '"';
+}
+
 std::string show(bool value) {
     return value ? "1" : "0";
 }
@@ -163,7 +167,7 @@ void RecordingUI::clearFileLines() {
     record("clearFileLines()");
 }
 
-void RecordingUI::addMessage(const char* text) {
+void RecordingUI::addMessage(std::string_view text) {
     record(callOf("addMessage", text));
 }
 

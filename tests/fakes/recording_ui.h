@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "contracts/installer_ui.h"
@@ -53,7 +54,7 @@ public:
     int pumpEventsWhileCopying() override;
     void addFileLine(const char* text, bool flushNow) override;
     void clearFileLines() override;
-    void addMessage(const char* text) override;
+    void addMessage(std::string_view text) override;
     int messageBox(const char* text, MessageKind kind) override;
     int beginProgress() override;
     int endProgress() override;

@@ -71,7 +71,7 @@ public:
     int pumpEventsWhileCopying() override { return 0; }
     void addFileLine(const char*, bool) override {}
     void clearFileLines() override {}
-    void addMessage(const char*) override {}
+    void addMessage(std::string_view) override {}
     int messageBox(const char*, MessageKind) override { return 0; }
     int isGraphical() override { return 1; }
     void setTaskState(const char*, const char*, std::int32_t) override {}

@@ -305,9 +305,9 @@ void ConsoleUI::addFileLine(const char* text, bool) {
 }
 
 // What was written before shows before it, where both streams lead to one screen.
-void ConsoleUI::addMessage(const char* text) {
+void ConsoleUI::addMessage(std::string_view text) {
     terminal().flush();
-    terminal().writeError(std::string(text == nullptr ? "" : text) + "\n");
+    terminal().writeError(std::string(text) + "\n");
 }
 
 int ConsoleUI::messageBox(const char* text, MessageKind kind) {
@@ -337,7 +337,7 @@ void ConsoleUI::sayInstead(const char* text, MessageKind kind) {
     while (line.ends_with('\n')) {
         line.pop_back();
     }
-    addMessage(line.c_str());
+    addMessage(line);
 }
 
 int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {

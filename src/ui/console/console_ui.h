@@ -55,7 +55,7 @@ public:
     int pumpEventsWhileCopying() override { return 0; }
     void addFileLine(const char* text, bool flushNow) override;
     void clearFileLines() override {}
-    void addMessage(const char* text) override;
+    void addMessage(std::string_view text) override;
     // A message that only informs gives 0; an interrupted question counts as an agreement.
     int messageBox(const char* text, MessageKind kind) override;
     int beginProgress() override;

@@ -440,9 +440,8 @@ TEST_F(ConsoleFrontEnd, WritesMessagesToStandardErrorEvenWhenQuiet) {
     EXPECT_EQ(terminal.flushes, 1);
     open(false, true);
     ui->addMessage("second");
-    ui->addMessage(nullptr);
     EXPECT_EQ(take(), "");
-    EXPECT_EQ(terminal.errors, "first\nsecond\n\n");
+    EXPECT_EQ(terminal.errors, "first\nsecond\n");
 }
 
 TEST_F(ConsoleFrontEnd, PrintsNeitherStatusNorFilesNorBlanksWhenQuiet) {
