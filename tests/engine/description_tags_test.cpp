@@ -54,9 +54,9 @@ TEST_F(DescriptionTagsTest, TakesAMissingConditionOfAnAttributeForFalse) {
 TEST_F(DescriptionTagsTest, TakesAnEmptyTextForNoneWhereOneIsRequired) {
     describe("<G></G><H/><I> \t\n</I><J>[NONE]</J>");
     for (const char* name : {"G", "H", "I"}) {
-        EXPECT_EQ(tags_.requiredTextOf(tags_.firstOf(name)), std::nullopt) << name;
+        EXPECT_EQ(tags_.requiredTextOf(document_.findByName(name)), std::nullopt) << name;
     }
-    EXPECT_EQ(tags_.requiredTextOf(tags_.firstOf("J")), "[NONE]");
+    EXPECT_EQ(tags_.requiredTextOf(document_.findByName("J")), "[NONE]");
 }
 
 TEST_F(DescriptionTagsTest, ExpandsTextsOfAnyLength) {

@@ -10,10 +10,10 @@ using testing::ElementsAre;
 
 class ElementGroupsTest : public ChangeTest {
 protected:
-    // Visits the groups G; the child named like `failing` fails. The names of the visited children.
+    // Visits the groups called Add; the child named like `failing` fails. The names of the visited children.
     std::vector<std::string> visit(const std::string& failing, bool& outSucceeded) {
         std::vector<std::string> visited;
-        outSucceeded = applyGroups(context_, "G", [&](std::int32_t child) {
+        outSucceeded = applyGroups(context_, "Add", [&](std::int32_t child) {
             visited.emplace_back(tags_.nameOf(child));
             return visited.back() != failing;
         });
@@ -23,8 +23,8 @@ protected:
 
 TEST_F(ElementGroupsTest, VisitsTheChildrenOfAllGroupsInOrder) {
     describe(
-        "<G><A/><B Condition='1==2'/><C/></G><X><G Condition='1==1'><D/></G></X><G "
-        "Condition='1==2'><E/></G>");
+        "<Add><A/><B Condition='1==2'/><C/></Add><X><Add Condition='1==1'><D/></Add></X><Add "
+        "Condition='1==2'><E/></Add>");
     bool succeeded = false;
     EXPECT_THAT(visit("", succeeded), ElementsAre("A", "C", "D"));
     EXPECT_TRUE(succeeded);
@@ -32,7 +32,7 @@ TEST_F(ElementGroupsTest, VisitsTheChildrenOfAllGroupsInOrder) {
 }
 
 TEST_F(ElementGroupsTest, EndsAGroupWithItsFailureAlone) {
-    describe("<G><A/><B/></G><G><C/></G>");
+    describe("<Add><A/><B/></Add><Add><C/></Add>");
     bool succeeded = true;
     EXPECT_THAT(visit("A", succeeded), ElementsAre("A", "C"));
     EXPECT_FALSE(succeeded);
