@@ -12,7 +12,7 @@ namespace {
 class SilentObserver : public BackupRestoreObserver {
 public:
     void beforeFile() override {}
-    void fileDone(std::string_view, RestoreOutcome, std::int64_t) override {}
+    void fileDone(std::string_view, RestoreOutcome, std::int64_t, int) override {}
     void progress(int) override {}
 };
 

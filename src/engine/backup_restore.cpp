@@ -75,8 +75,7 @@ RestoreResult restoreBackupFile(std::string_view archivePath, platform::FileSyst
     }
     BackupFile archive(files);
     RestoreReport observer(report, questions);
-    const bool isWhole =
-        archive.openForReading(archivePath) && archive.restoreAll(DebugLog(), observer);
+    const bool isWhole = archive.openForReading(archivePath) && archive.restoreAll(DebugLog(), observer);
     if (isWhole) {
         report.flushLines();
     }

@@ -73,17 +73,15 @@ bool ConfigurationExport::mayReplace(const std::string& path) {
 
 bool ConfigurationExport::save(const PXML& document, const std::string& path) {
     PMemStream text;
-    reason_ = "it doesn't fit the memory";
-    if (document.saveStream(text, OUtils::textLineEnd()) != 0 || text.seek(0) != 0) {
-        return false;
+    int status = -1;
+    if (document.saveStream(text, OUtils::textLineEnd()) == 0 && text.seek(0) == 0) {
+        std::string content(static_cast<std::size_t>(text.getSize()), '\0');
+        std::uint32_t done = 0;
+        if (text.read(content.data(), static_cast<std::uint32_t>(content.size()), done) == 0 &&
+            done == content.size()) {
+            status = OUtils::writeWholeFile(path, content, files_, platform::FileRights::kPrivate);
+        }
     }
-    std::string content(static_cast<std::size_t>(text.getSize()), '\0');
-    std::uint32_t done = 0;
-    if (text.read(content.data(), static_cast<std::uint32_t>(content.size()), done) != 0 ||
-        done != content.size()) {
-        return false;
-    }
-    const int status = OUtils::writeWholeFile(path, content, files_, platform::FileRights::kPrivate);
-    reason_ = status < 0 ? "something else than a file is in its place" : platform::errorText(status);
+    reason_ = status > 0 ? platform::errorText(status) : "it can't be written whole";
     return status == 0;
 }

@@ -10,8 +10,9 @@ class FileSystem;
 }
 
 // The files without which an uninstallation can't be repeated: action log, archive, description, uninstaller
-// and what the records refer to. Spellings of one path are the same (platform/path_identity.h). While they are held nothing deletes them, and the directories that hold
-// nothing else wait as well. They are released when everything else has gone.
+// and what the records refer to. Spellings of one path are the same (platform/path_identity.h). While they
+// are held nothing deletes them, and the directories that hold nothing else wait as well. They are released
+// when everything else has gone.
 class KeptFiles {
 public:
     // `files` is borrowed.

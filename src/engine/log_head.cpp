@@ -39,28 +39,29 @@ std::optional<std::uint64_t> countIn(std::string_view line) {
 // Reads a log line by line until its head is over.
 class HeadReader {
 public:
-    // False for the line that is the first record.
+    // False for the line that isn't part of the head any more: the first record, and after as many variables
+    // as are counted whatever isn't one.
     bool take(std::string_view line) {
-        if (isRecord(line)) {
+        const bool isVariable = isField(line, Format::kVariable) && line.ends_with('\n');
+        if (isRecord(line) || (isSound() && !isVariable)) {
             return false;
         }
         if (const auto count = countIn(line); count && !count_) {
             count_ = count;
-        } else if (isField(line, Format::kVariable) && line.ends_with('\n')) {
+        } else if (isVariable) {
             ++taken_;
             takeVariable(withoutTrailingSpace(line));
         }
         return true;
     }
-    bool isComplete() const { return count_ && taken_ >= *count_; }
+    bool isSound() const { return count_ == taken_; }
     LogHead& head() { return head_; }
 
 private:
     void takeVariable(std::string_view line) {
         const std::string_view name = nextLogField(line);
         if (!name.empty()) {
-            head_.variables[OUtils::toLowerAscii(firstLogField(name))] =
-                firstLogField(nextLogField(name));
+            head_.variables[OUtils::toLowerAscii(firstLogField(name))] = firstLogField(nextLogField(name));
         }
     }
 
@@ -81,11 +82,11 @@ LogHead readLogHead(PStream& log) {
         return {};
     }
     std::int64_t start = 0;
-    while (!reader.isComplete() && lines.readLine(line, Format::kRecordLineBuffer) && reader.take(line)) {
+    while (lines.readLine(line, Format::kRecordLineBuffer) && reader.take(line)) {
         start = lines.position();
     }
     reader.head().recordsStart = start;
-    reader.head().isSound = reader.isComplete();
+    reader.head().isSound = reader.isSound();
     return std::move(reader.head());
 }
 

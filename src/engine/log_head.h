@@ -12,7 +12,7 @@ class PStream;
 // make the records worthless: they begin at the latest with the first line that is one.
 struct LogHead {
     std::int64_t recordsStart = 0;  // offset in the log
-    // There is a count of variables, and as many variables follow it.
+    // There is a count of variables, and just as many follow it.
     bool isSound = false;
     // By the name in lower case; of equal names the last one counts. Also those of a damaged head, as far as
     // their lines are whole.

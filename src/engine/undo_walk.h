@@ -20,8 +20,8 @@ public:
     // record, and from then on nothing more is undone.
     UndoWalk(ChangeJob& job, std::function<bool()> isToEnd);
 
-    // The files that the installation replaced, by the records from an offset of the log on: the identities of
-    // their paths (platform/path_identity.h).
+    // The files that the installation replaced, by the records from an offset of the log on: the identities
+    // of their paths (platform/path_identity.h).
     std::unordered_set<std::string> replacedFiles(PStream& log, std::int64_t start);
     // Undoes the records from an offset of the log on.
     void undoRecords(PStream& log, std::int64_t start);

@@ -115,9 +115,9 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     report.setProgress(100);
     report.end();
     walk.finish(UndoEnd::kAfterProgress);
-    removeProduct(product, walk, job);
+    const bool canBeRepeated = removeProduct(product, walk, job);
     state_ = walk.hasFailed() ? State::kFailed : State::kClean;
-    reportEnd(walk.hasFailed(), report);
+    reportEnd(walk.hasFailed(), canBeRepeated, report);
     return !walk.hasFailed();
 }
 
@@ -168,8 +168,8 @@ RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, Un
     RestoreQuestions questions;
     questions.isToEnd = [&walk] { return walk.isToEnd(); };
     if (log != nullptr) {
-        questions.wasReplaced = [replaced = walk.replacedFiles(*log, head.recordsStart)](
-                                    std::string_view path) {
+        questions.wasReplaced = [replaced =
+                                     walk.replacedFiles(*log, head.recordsStart)](std::string_view path) {
             return replaced.contains(platform::pathIdentity(path));
         };
     }
@@ -217,29 +217,32 @@ bool Uninstallation::clean(const Cleaning& cleaning, ChangeJob& job) {
 }
 
 // The last steps of a walk in which everything else went well. The uninstaller goes first: of these files it
-// is the likeliest to resist, because somebody may run it.
-void Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& job) {
+// is the likeliest to resist, because somebody may run it. False when it has gone and others have not.
+bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& job) {
     if (walk.hasFailed() || walk.isToEnd()) {
-        return;
+        return true;
     }
     if (!removeEntry()) {
         walk.noteResult(job.context.report.addOutcome(false, "FAILED to remove " + *entry_));
-        return;
+        return true;
     }
     job.kept.release();
     walk.deletePostponed(product.uninstaller());
     if (walk.hasFailed()) {
-        restoreEntry(product);
-        return;
+        return parts_.machine.files.exists(product.uninstaller()) && restoreEntry(product);
     }
     for (const Cleaning& cleaning : product.cleanings) {
         clean(cleaning, job);
     }
     walk.finish(UndoEnd::kAfterCleaning);
     job.context.report.flushLines();
-    if (!walk.hasFailed() && !stateOf(parts_).remove(product.logPath())) {
+    if (walk.hasFailed()) {
+        return false;
+    }
+    if (!stateOf(parts_).remove(product.logPath())) {
         parts_.debugLog.line("WARNING: What is remembered of the product's files could not be removed");
     }
+    return true;
 }
 
 bool Uninstallation::unregister() {
@@ -257,21 +260,23 @@ bool Uninstallation::removeEntry() {
 }
 
 // The uninstaller resisted: the entry that starts it comes back.
-void Uninstallation::restoreEntry(const Product& product) {
-    const auto entry = entry_ ? applicationEntryOf(product.texts, parts_.debugLog) : std::nullopt;
-    if (entry && !parts_.system.registerApplication(*entry)) {
-        parts_.debugLog.line("ERROR: The entry \"" + *entry_ + "\" could not be made again");
+bool Uninstallation::restoreEntry(const Product& product) {
+    if (!entry_) {
+        return true;
     }
+    const auto entry = applicationEntryOf(product.texts, parts_.debugLog);
+    return entry && parts_.system.registerApplication(*entry);
 }
 
-void Uninstallation::reportEnd(bool failed, Report& report) {
+void Uninstallation::reportEnd(bool failed, bool canBeRepeated, Report& report) {
     if (failed) {
-        report.note("The uninstallation is not complete. What it needs to be repeated has been left.");
+        report.note(canBeRepeated
+                        ? "The uninstallation is not complete. What it needs to be repeated has been left."
+                        : "The uninstallation is not complete.");
         setErrorVariable();
     }
     report.setStatus(failed ? "There were errors during the uninstall." : "The uninstall was successful.");
 }
-
 
 void Uninstallation::setErrorVariable() {
     const std::string_view name = parts_.model.controls.nameOf(ControlVariable::kUninstallError);

@@ -59,10 +59,10 @@ private:
     void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
     void removeByWildcards(Product& product, ChangeJob& job);
     bool clean(const Cleaning& cleaning, ChangeJob& job);
-    void removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);
+    bool removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);
     bool removeEntry();
-    void restoreEntry(const Product& product);
-    void reportEnd(bool failed, Report& report);
+    bool restoreEntry(const Product& product);
+    void reportEnd(bool failed, bool canBeRepeated, Report& report);
     void setErrorVariable();
 
     EngineParts parts_;

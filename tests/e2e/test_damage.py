@@ -200,7 +200,7 @@ class DamagedHead(DamageTest):
             self.rewrite_log(lambda log: re.sub(rb"NUMVARS\t\d+", count, log))
             result = self.uninstall()
             self.assertEqual(result.code, 0, (count, result))
-            self.assertEqual(DAMAGED_HEAD in result.err, count != b"NUMVARS\t1", (count, result))
+            self.assertIn(DAMAGED_HEAD, result.err, (count, result))
             self.assert_nothing_left()
             if WINDOWS:
                 break

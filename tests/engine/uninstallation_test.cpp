@@ -20,14 +20,14 @@ protected:
     UninstallationTest() {
         files_.addDirectory("/app");
         describe(
-            "<InstallerControlVariables><UninstallError>ERR</UninstallError></InstallerControlVariables>");
+            "<InstallerControlVariables><UninstallError>ERR</UninstallError></InstallerControlVariables>"
+            "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
+            "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
+            "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
+            "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>");
     }
 
-    static constexpr char kProduct[] =
-        "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
-        "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
-        "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
-        "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>"
+    static constexpr char kCleaning[] =
         "<UninstallWildcards><F Dest='[DIR]/un'>install.log</F><F Dest='[DIR]/un'>backup.bin</F>"
         "</UninstallWildcards>";
 
@@ -60,10 +60,11 @@ protected:
     // A product whose own files are in /app/un, with an entry in the list of applications and one more file.
     // `records` are those of its other changes.
     void installProduct(const std::string& records) {
-        describe(kProduct);
-        for (const char* const name : {"install.log", "backup.bin", "install.xml", "installer"}) {
+        describe(kCleaning);
+        for (const char* const name : {"install.log", "install.xml", "installer"}) {
             files_.addFile(std::string("/app/un/") + name, name);
         }
+        files_.removeFile("/app/un/backup.bin");
         BackupFile archive(files_);
         ASSERT_TRUE(archive.openForWriting("/app/un/backup.bin"));
         ASSERT_EQ(archive.close(), 0);
@@ -271,8 +272,17 @@ TEST_F(UninstallationTest, BringsTheEntryBackWhenTheUninstallerResists) {
     EXPECT_TRUE(isGone());
 }
 
+TEST_F(UninstallationTest, PromisesNoRepetitionWithoutTheUninstaller) {
+    installProduct("");
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/un/install.xml", 1);
+    EXPECT_FALSE(run());
+    EXPECT_FALSE(files_.hasFile("/app/un/installer"));
+    EXPECT_TRUE(files_.hasFile("/app/un/install.log"));
+    EXPECT_TRUE(system_.installed.empty());
+    EXPECT_EQ(ui_.callsOf("addMessage").back(), "addMessage(\"The uninstallation is not complete.\")");
+}
+
 TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
-    describe(kProduct);
     system_.installed = {{"Demo", "", false, ""}};
     EXPECT_TRUE(undo(""));
     EXPECT_FALSE(system_.installed.empty());
@@ -281,8 +291,11 @@ TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
     EXPECT_TRUE(uninstallation_.unregister());  // it has gone
 }
 
-TEST_F(UninstallationTest, NamesNoEntryWithoutAProductsName) {
-    EXPECT_FALSE(uninstallation_.unregister());
+using NamelessProductTest = EngineTest;
+
+TEST_F(NamelessProductTest, HasNoEntryToRemoveWithoutAProductsName) {
+    Uninstallation uninstallation(parts_);
+    EXPECT_FALSE(uninstallation.unregister());
 }
 
 TEST_F(UninstallationTest, EndsAtTheNextRecordWhenItIsAskedTo) {

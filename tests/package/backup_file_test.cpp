@@ -403,11 +403,13 @@ TEST_F(BackupFileTest, RestoresWhatAnArchiveHoldsThatIsCutAtAnyLength) {
     for (std::size_t size = banner().size(); size < archive.size(); ++size) {
         files_.addFile("/p/first", "new");
         files_.addFile("/p/second", "newer");
-        const bool isBetweenEntries = size == banner().size() || size == firstEnd || size == archive.size() - 1;
+        const bool isBetweenEntries =
+            size == banner().size() || size == firstEnd || size == archive.size() - 1;
         EXPECT_EQ(restore(archive.substr(0, size)), isBetweenEntries ? Restored::kWhole : Restored::kDamaged)
             << size;
         // A content takes its place when what follows it is understood.
-        const bool isFirstCertain = size == firstEnd || size >= firstEnd + std::string("/p/second").size() + 13;
+        const bool isFirstCertain =
+            size == firstEnd || size >= firstEnd + std::string("/p/second").size() + 13;
         EXPECT_EQ(files_.content("/p/first"), isFirstCertain ? "old" : "new") << size;
         EXPECT_EQ(files_.content("/p/second"), size < archive.size() - 1 ? "newer" : "older") << size;
         EXPECT_EQ(files_.allFiles().size(), 3U) << size;
@@ -443,8 +445,9 @@ TEST_F(BackupFileTest, WritesNoContentWhoseSizeIsWrong) {
 TEST_F(BackupFileTest, CreatesNoFileThatNobodyReplaced) {
     observer_.unknown = {"/p/flipped", "/p/there"};
     files_.addFile("/p/there", "new");
-    EXPECT_EQ(restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + entryOf("/p/flipped", "x") + kEnd),
-              Restored::kDamaged);
+    EXPECT_EQ(
+        restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + entryOf("/p/flipped", "x") + kEnd),
+        Restored::kDamaged);
     EXPECT_FALSE(files_.hasFile("/p/flipped"));
     EXPECT_EQ(restore(banner() + entryOf("/p/there", 3, sumOf("new"), "old") + kEnd), Restored::kWhole);
     EXPECT_EQ(files_.content("/p/there"), "old");

@@ -121,9 +121,7 @@ TEST_F(PageEntryTest, UninstallsOnCopyProgressInAnActionLogSession) {
 
 TEST_F(PageEntryTest, LetsAnUninstallationSeeThatItIsAskedToEnd) {
     actions.actionLogSession = true;
-    actions.onCall = [this](const std::string& call) {
-        state.cancelled = call == "uninstallCurrentProduct";
-    };
+    actions.onCall = [this](const std::string& call) { state.cancelled = call == "uninstallCurrentProduct"; };
     enter("CopyProgress");
     EXPECT_TRUE(state.lastWorkFailed);
 }

@@ -317,6 +317,37 @@ TEST_F(FileUndoTest, NamesWhatStaysWithoutAnArchive) {
     EXPECT_EQ(ui_.calls, std::vector<std::string>{"addFileLine(\"Left /app/a\", 1)"});
 }
 
+TEST_F(FileUndoTest, DeletesWithoutAnArchiveWhatIsStillInstalled) {
+    const std::string content(300000, 'x');  // more than one block
+    for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
+        files_.addFile(path, content);
+        job_.replaced.written.add(path, md5Of(content.data(), content.size()));
+    }
+    files_.addFile("/app/other", "changed");
+    files_.addFile("/app/longer", content + "y");
+    job_.replaced.written.forget("/app/unknown");
+    job_.replaced.isArchiveMissing = true;
+    for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
+        EXPECT_TRUE(undo(std::string("OVER\t") + path));
+        EXPECT_EQ(files_.hasFile(path), std::string_view(path) != "/app/same") << path;
+    }
+}
+
+TEST_F(FileUndoTest, LeavesWithoutAnArchiveWhatCannotBeCompared) {
+    files_.addFile("/app/a", "x");
+    files_.addFile("/app/target", "x");
+    files_.addLink("/app/link", "/app/target");
+    for (const char* const path : {"/app/a", "/app/link"}) {
+        job_.replaced.written.add(path, md5Of("x", 1));
+    }
+    job_.replaced.isArchiveMissing = true;
+    files_.failFrom(Operation::kRead, "/app/a", 1);
+    EXPECT_TRUE(undo("OVER\t/app/a"));
+    EXPECT_TRUE(undo("OVER\t/app/link"));
+    EXPECT_TRUE(files_.hasFile("/app/a"));
+    EXPECT_TRUE(files_.exists("/app/link"));
+}
+
 TEST_F(FileUndoTest, GivesThePathOfAFileThatItWouldDelete) {
     EXPECT_EQ(FileChange::createdFile({"FILE", "CREATE\t/app/a"}), "/app/a");
     EXPECT_EQ(FileChange::createdFile({"FILE", "OVER\t/app/a"}), "");
