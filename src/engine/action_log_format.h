@@ -32,6 +32,10 @@ inline constexpr std::string_view kFirewall = "FIREWALL";
 inline constexpr std::string_view kRegistryKey = "REGKEY";
 inline constexpr std::string_view kRegistryValue = "REGVAL";
 
+// A line that is no record. It keeps a record with the letters VAR in it apart from the variables: the
+// rewrite of the log takes the lines right after them that hold these letters for more of them.
+inline constexpr std::string_view kNoRecord = "RECORDS";
+
 // First fields. FILE has kCreate and kOver, SHORTCUT kCreate, ENV and INI the ones below it, MODIFYFILE
 // kAddAfter, FIREWALL the last two.
 inline constexpr std::string_view kCreate = "CREATE";
@@ -54,5 +58,8 @@ static_assert(kVariableLineBuffer < kRecordLineBuffer);
 static_assert(kLineLimit < kRewrittenLineLimit);
 // The two tags of the variable block must not be taken for each other by their beginnings.
 static_assert(!kVariableCount.starts_with(kVariable));
+
+static_assert(kNoRecord.find(kVariable) == std::string_view::npos);
+static_assert(!kNoRecord.starts_with(kRegistryKey) && !kNoRecord.starts_with(kRegistryValue));
 
 }  // namespace ActionLogFormat

@@ -18,9 +18,9 @@ public:
     explicit ActionLogRewriter(platform::FileSystem& files) : files_(files) {}
 
     // Everything but the variable block is copied as it is, a line at a time. A line right after the block
-    // that holds the letters VAR anywhere counts as a part of the block and is lost. Throws InstallerError
-    // when the log can't be opened, has no block or ends with it, or when the new log can't be written; the
-    // old log is untouched then.
+    // that holds the letters VAR anywhere counts as a part of the block and is lost; ActionLogWriter leaves
+    // none. Throws InstallerError when the log can't be opened, has no block or ends with it, or when the new
+    // log can't be written; the old log is untouched then.
     void rewriteActionLog(const std::string& logPath, const std::vector<LoggedVariable>& variables);
 
 private:

@@ -1,6 +1,7 @@
 #include "engine/action_log_writer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engine/action_log_format.h"
 #include "support/p_file_console.h"
@@ -25,6 +26,17 @@ std::string recordLine(std::string_view tag, std::initializer_list<std::string_v
     return line;
 }
 
+// Whether the undo counts: a text that was added twice has to be taken out twice.
+bool isCounted(std::string_view line) {
+    using namespace ActionLogFormat;
+    for (const auto& [tag, kind] : {std::pair(kEnvironment, kAdd), std::pair(kModifyFile, kAddAfter)}) {
+        if (line.starts_with(std::string(tag).append(1, kSeparator).append(kind))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& variables,
@@ -40,14 +52,20 @@ std::vector<std::string> variableBlockLines(const std::vector<LoggedVariable>& v
 
 bool ActionLogWriter::openNew(std::string_view path) {
     const int status = console_.createPrivate(path);
-    console_.setOptions(0);
+    opened();
     return status == 0;
 }
 
 bool ActionLogWriter::openToAppend(std::string_view path) {
-    const int status = console_.open(std::string(path).c_str(), PFileStream::kAppend);
-    console_.setOptions(0);
+    const int status = console_.open(path, PFileStream::kAppend);
+    opened();
     return status == 0;
+}
+
+void ActionLogWriter::opened() {
+    console_.setOptions(0);
+    isAfterVariables_ = true;
+    copied_.clear();
 }
 
 bool ActionLogWriter::isOpen() const {
@@ -64,14 +82,15 @@ bool ActionLogWriter::close() {
 }
 
 void ActionLogWriter::writeHeader(std::string_view descriptionPath, std::string_view backupPath) {
-    writeRecord(descriptionPath, {});
-    writeRecord(backupPath, {});
+    writeLine(recordLine(descriptionPath, {}));
+    writeLine(recordLine(backupPath, {}));
 }
 
 void ActionLogWriter::writeVariables(const std::vector<LoggedVariable>& variables) {
     for (std::string& line : variableBlockLines(variables, ActionLogFormat::kLineLimit)) {
         writeLine(std::move(line));
     }
+    isAfterVariables_ = true;
 }
 
 void ActionLogWriter::writeDirectory(int created, std::string_view directory) {
@@ -84,7 +103,25 @@ void ActionLogWriter::writeFile(bool isRestorable, std::string_view path) {
 }
 
 void ActionLogWriter::writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields) {
-    writeLine(recordLine(tag, fields));
+    std::string line = recordLine(tag, fields);
+    if (copied_.empty() || isCounted(line) || !copied_.contains(line)) {
+        writeRecordLine(std::move(line));
+    }
+}
+
+void ActionLogWriter::copyRecord(std::string_view line) {
+    std::string copy = recordLine(line, {});
+    if (copied_.insert(copy).second || isCounted(copy)) {
+        writeRecordLine(std::move(copy));
+    }
+}
+
+void ActionLogWriter::writeRecordLine(std::string line) {
+    if (std::exchange(isAfterVariables_, false) &&
+        line.find(ActionLogFormat::kVariable) != std::string::npos) {
+        writeLine(recordLine(ActionLogFormat::kNoRecord, {}));
+    }
+    writeLine(std::move(line));
 }
 
 void ActionLogWriter::writeLine(std::string line) {

@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 class PFileConsole;
@@ -44,11 +45,19 @@ public:
     void writeDirectory(int created, std::string_view directory);
     // `isRestorable`: at the undo the file's former content is put back.
     void writeFile(bool isRestorable, std::string_view path);
-    // Any record: the tag, then each field after a separator.
+    // Any record: the tag, then each field after a separator. One that was copied before isn't written again,
+    // unless its undo has to take place as often as the change did.
     void writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields);
+    // A record of an earlier log, without its line end.
+    void copyRecord(std::string_view line);
 
 private:
+    void opened();
+    void writeRecordLine(std::string line);
     void writeLine(std::string line);
 
     PFileConsole& console_;
+    // The line before may be a variable: nothing that looks like another one may follow it.
+    bool isAfterVariables_ = false;
+    std::unordered_set<std::string> copied_;
 };

@@ -8,6 +8,7 @@
 #include "engine/additional_actions.h"
 #include "engine/changes/change_table.h"
 #include "engine/configuration_export.h"
+#include "engine/directory_check.h"
 #include "engine/installation_records.h"
 #include "engine/report.h"
 
@@ -38,28 +39,57 @@ void reportConfigFile(Report& report, const std::string& path) {
 Installation::Installation(const EngineParts& parts)
     : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
 
-bool Installation::run(Report& report) {
+bool Installation::run(Report& report, const Preparation& prepare) {
     ChangeJob job(parts_, log_, report);
-    InstallationRecords records(parts_, log_, job.replaced.archive);
-    if (!records.open()) {
-        return false;
+    InstallationRecords records(parts_, job);
+    if (!DirectoryCheck(parts_, report).run() || !records.open()) {
+        return refuse();
     }
+    if (prepare) {
+        prepare();
+    }
+    if (!records.begin()) {
+        return refuse();
+    }
+    try {
+        return makeChanges(job, records);
+    } catch (...) {
+        // What was changed until then can be taken back only with its records.
+        publish(records, report);
+        reportEnd(report, true);
+        setErrorVariable();
+        throw;
+    }
+}
+
+// Nothing was installed, so there are no errors that could be ignored.
+bool Installation::refuse() {
+    setErrorVariable();
+    return false;
+}
+
+bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
+    Report& report = job.context.report;
     report.begin();
     bool failed = !FileChange(job.context, parts_, job.replaced).apply();
     const FailedPhases failedPhases = runPhases(job);
     report.setStatus(kActionsStatus);
     const bool actionsSucceeded = AdditionalActions(job.context, parts_).run("AdditionalInstall");
     // Published before the outcome is reported, so that the report is true.
-    if (!records.publish()) {
-        report.addError("FAILED to write the install log or the backup file");
-        failed = true;
-    }
-    failed = failed || !actionsSucceeded || !failedPhases.empty();
+    failed = !publish(records, report) || failed || !actionsSucceeded || !failedPhases.empty();
     reportEnd(report, failed);
     if (failed && !report.ignoresErrors()) {
         reportErrors(report, failedPhases);
     }
     return !failed;
+}
+
+bool Installation::publish(InstallationRecords& records, Report& report) {
+    const bool published = records.publish();
+    if (!published) {
+        report.addError("FAILED to write the install log or the backup file");
+    }
+    return published;
 }
 
 // Files have no phase: they are done, under the names of the single files, before the first one.
@@ -92,11 +122,15 @@ void Installation::reportErrors(Report& report, const FailedPhases& failedPhases
         parts_.debugLog.line("ERROR: Encountered an error during " + name);
         report.addError("Error during: " + name);
     }
+    setErrorVariable();
+    report.showErrors("Encountered errors during installation:");
+}
+
+void Installation::setErrorVariable() {
     const std::string_view variable = parts_.model.controls.nameOf(ControlVariable::kInstallError);
     if (!variable.empty()) {
         parts_.model.variables.set(variable, "1");
     }
-    report.showErrors("Encountered errors during installation:");
 }
 
 void Installation::runActions(std::string_view container, Report& report) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "engine/engine_parts.h"
 #include "support/p_file_console.h"
 
+class InstallationRecords;
 class Report;
 struct ChangeJob;
 struct ChangeKind;
@@ -19,11 +21,17 @@ class Installation {
 public:
     explicit Installation(const EngineParts& parts);
 
+    // What has to be done after the installation is known to be possible and before its first change.
+    using Preparation = std::function<void()>;
+
     // Makes all changes and publishes what was recorded for the undo. Every error is collected and the job
     // runs to its end; what becomes of it is decided afterwards, by the variable of the role InstallError. It
-    // is left alone when the front end ignores errors. False when any step failed; without temporary files
-    // for the records nothing is changed.
-    bool run(Report& report);
+    // is left alone when the front end ignores errors. False when any step failed.
+    //
+    // Where a directory can't be recorded, or the records can't be opened, nothing is changed and the
+    // variable is set in any case. An exception out of a step leaves the records published and the variable
+    // set.
+    bool run(Report& report, const Preparation& prepare = {});
 
     // Runs the actions of a container of the description; one that fails is only logged. Throws
     // InstallerError when a file can't be taken out of the cabinet.
@@ -44,9 +52,13 @@ private:
     // The status texts of the phases that failed.
     using FailedPhases = std::vector<std::string_view>;
 
+    bool refuse();
+    bool makeChanges(ChangeJob& job, InstallationRecords& records);
     FailedPhases runPhases(ChangeJob& job);
+    bool publish(InstallationRecords& records, Report& report);
     void reportEnd(Report& report, bool failed);
     void reportErrors(Report& report, const FailedPhases& failedPhases);
+    void setErrorVariable();
     void updateActionLog();
     void exportConfiguration(Report& report, const std::optional<std::string>& directory);
 

@@ -1,12 +1,79 @@
 #include "engine/installation_records.h"
 
+#include <cstdint>
+#include <optional>
+#include <set>
+
 #include "contracts/system_operations.h"
 #include "description/product_description.h"
 #include "description/variable_exclusions.h"
 #include "description/variable_store.h"
+#include "engine/action_log_format.h"
+#include "engine/action_log_writer.h"
+#include "engine/changes/change_table.h"
+#include "engine/changes/record_text.h"
+#include "engine/line_reader.h"
+#include "engine/product_state.h"
+#include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/path_identity.h"
 #include "support/p_file_stream.h"
-#include "support/utilities.h"
+
+namespace {
+
+constexpr std::uint32_t kCopyBlock = 256 * 1024;
+constexpr int kMostNames = 1000;
+
+// The files that records of INI and MODIFYFILE name, each once: the second of their fields.
+std::set<std::string> editedFilesIn(platform::FileSystem& files, const std::string& logPath) {
+    std::set<std::string> found;
+    PFileStream file(files);
+    if (file.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+        return found;
+    }
+    LineReader lines(file);
+    for (std::string line; lines.readLine(line, ActionLogFormat::kRecordLineBuffer);) {
+        const std::vector<std::string_view> fields = RecordText::split(withoutTrailingSpace(line), 4);
+        const bool isEdit = fields.size() > 2 &&
+                            (fields[0] == ActionLogFormat::kIni || fields[0] == ActionLogFormat::kModifyFile);
+        if (isEdit) {
+            found.emplace(fields[2]);
+        }
+    }
+    return found;
+}
+
+// Creates a file under a name that nobody has, for this user alone.
+int createBeside(platform::FileSystem& files, const std::string& path, PFileStream& out) {
+    int status = -1;
+    for (int number = 1; status != 0 && number <= kMostNames; ++number) {
+        const std::string name = path + "." + std::to_string(number) + ".tmp";
+        status = out.createNew(name, true);
+        if (status != 0 && !files.exists(name)) {
+            break;
+        }
+    }
+    return status;
+}
+
+int copyContent(PFileStream& from, PFileStream& to) {
+    std::vector<char> block(kCopyBlock);
+    for (;;) {
+        std::uint32_t done = 0;
+        std::uint32_t written = 0;
+        int status = from.read(block.data(), kCopyBlock, done);
+        if (status != 0 || done == 0) {
+            return status;
+        }
+        status = to.write(block.data(), done, written);
+        if (status != 0) {
+            return status;
+        }
+    }
+}
+
+}  // namespace
 
 std::vector<LoggedVariable> loggedVariables(const ProductModel& model) {
     std::vector<LoggedVariable> kept;
@@ -19,6 +86,9 @@ std::vector<LoggedVariable> loggedVariables(const ProductModel& model) {
     return kept;
 }
 
+InstallationRecords::InstallationRecords(const EngineParts& parts, ChangeJob& job)
+    : parts_(parts), job_(job), takeover_(job.context, job.replaced.history) {}
+
 bool InstallationRecords::open() {
     if (!openLog()) {
         parts_.debugLog.line("ERROR: Obtaining temp filename for install temp log!");
@@ -26,45 +96,107 @@ bool InstallationRecords::open() {
     }
     if (!openArchive()) {
         parts_.debugLog.line("ERROR: Obtaining temp filename for install temp backup!");
-        log_.close();
+        job_.context.log.close();
         parts_.machine.files.removeFile(temporaryLog_);
         return false;
     }
-    const ProductDescription& product = parts_.model.product;
-    log_.writeHeader(product.uninstallXmlFile().value_or(""), product.installBackupFile().value_or(""));
-    log_.writeVariables(loggedVariables(parts_.model));
     return true;
 }
 
 bool InstallationRecords::openLog() {
     temporaryLog_ = parts_.system.temporaryFileName().value_or("");
-    return !temporaryLog_.empty() && log_.openNew(temporaryLog_);
+    if (!temporaryLog_.empty() && job_.context.log.openNew(temporaryLog_)) {
+        return true;
+    }
+    reportUnopened("install log", temporaryLog_);
+    return false;
 }
 
 bool InstallationRecords::openArchive() {
     temporaryArchive_ = parts_.system.temporaryFileName().value_or("");
-    return !temporaryArchive_.empty() && archive_.openForWriting(temporaryArchive_);
+    if (!temporaryArchive_.empty() && job_.replaced.archive.openForWriting(temporaryArchive_)) {
+        return true;
+    }
+    reportUnopened("backup file", temporaryArchive_);
+    return false;
+}
+
+// The records are opened by classes that don't say why they can't. A file that is tried once more does.
+void InstallationRecords::reportUnopened(const char* what, const std::string& path) {
+    Report& report = job_.context.report;
+    const std::string text = std::string("Nothing was installed: the ") + what + " can't be opened";
+    if (path.empty()) {
+        report.note(text + ", there is no name for it in the temporary directory");
+        return;
+    }
+    report.note(text);
+    PFileStream probe(parts_.machine.files);
+    const int status = probe.createPrivate(path);
+    report.addReason(path, status);
+    if (status == 0) {
+        probe.close();
+        parts_.machine.files.removeFile(path);
+    }
+}
+
+bool InstallationRecords::begin() {
+    const ProductDescription& product = parts_.model.product;
+    const std::string logPath = product.installLogFile().value_or("");
+    if (!takeover_.read(logPath)) {
+        discard();
+        return false;
+    }
+    if (!takeover_.copyArchive(job_.replaced.archive)) {
+        report("The backup archive of the earlier installation can't be copied to " + temporaryArchive_);
+        discard();
+        return false;
+    }
+    job_.replaced.history.setEarlierSums(
+        ProductState(parts_.machine.files, parts_.machine.environment).load(logPath));
+    ActionLogWriter& log = job_.context.log;
+    log.writeHeader(product.uninstallXmlFile().value_or(""), archivePath());
+    log.writeVariables(loggedVariables(parts_.model));
+    takeover_.writeRecords(log);
+    return true;
+}
+
+// Without a place of its own the archive stays in that of the earlier installation, whose files it holds.
+std::string InstallationRecords::archivePath() {
+    const std::string path = parts_.model.product.installBackupFile().value_or("");
+    return path.empty() ? takeover_.archivePath() : path;
+}
+
+void InstallationRecords::discard() {
+    job_.context.log.close();
+    job_.replaced.archive.close();
+    parts_.machine.files.removeFile(temporaryLog_);
+    parts_.machine.files.removeFile(temporaryArchive_);
 }
 
 bool InstallationRecords::closeAll() {
-    const bool logWritten = log_.close();
+    takeover_.writeRemainingFiles(job_.context.log);
+    const bool logWritten = job_.context.log.close();
     if (!logWritten) {
         parts_.debugLog.line("ERROR: The install log could not be written completely");
     }
-    const bool archiveWritten = archive_.close() == 0;
+    const bool archiveWritten = job_.replaced.archive.close() == 0;
     if (!archiveWritten) {
         parts_.debugLog.line("ERROR: The backup file could not be written completely");
     }
     return logWritten && archiveWritten;
 }
 
+// The archive goes first: a log without the archive that it needs would be worth less than the earlier ones.
 bool InstallationRecords::publish() {
     const bool written = closeAll();
-    const ProductDescription& product = parts_.model.product;
-    const bool logPublished =
-        publishFile("install log", temporaryLog_, product.installLogFile().value_or(""));
-    const bool archivePublished =
-        publishFile("backup file", temporaryArchive_, product.installBackupFile().value_or(""));
+    addSumsOfEditedFiles();
+    const std::string logPath = parts_.model.product.installLogFile().value_or("");
+    const bool archivePublished = publishFile("backup file", temporaryArchive_, archivePath());
+    const bool logPublished = publishFile("install log", temporaryLog_, logPath);
+    if (written && logPublished && archivePublished) {
+        removeEarlierArchive();
+    }
+    keepSums();
     return written && logPublished && archivePublished;
 }
 
@@ -74,9 +206,9 @@ bool InstallationRecords::publishFile(const char* what, const std::string& from,
         if (files.replaceFile(from, to) == 0) {
             return true;
         }
-        if (!copyPrivately(from, to)) {
-            parts_.debugLog.print("ERROR: The %s could not be written to %s; it stays at %s", what,
-                                  to.c_str(), from.c_str());
+        if (const int status = copyPrivately(from, to); status != 0) {
+            report(std::string("The ") + what + " could not be written to " + to + "; it stays at " + from);
+            job_.context.report.addReason(to, status);
             return false;
         }
     }
@@ -84,9 +216,64 @@ bool InstallationRecords::publishFile(const char* what, const std::string& from,
     return true;
 }
 
-// Where a file can't be moved. The copy empties what it finds and leaves its rights as they are.
-bool InstallationRecords::copyPrivately(const std::string& from, const std::string& to) {
+// Where a file can't be moved. What is there stays until the copy is complete; its rights, which may be
+// anybody's, are not taken over.
+int InstallationRecords::copyPrivately(const std::string& from, const std::string& to) {
     platform::FileSystem& files = parts_.machine.files;
-    PFileStream target(files);
-    return target.openPrivate(to) == 0 && target.close() == 0 && OUtils::copyFile(from, to, files);
+    PFileStream source(files);
+    PFileStream copy(files);
+    int status = source.openFile(from, PFileStream::kGenericRead, PFileStream::kShareRead,
+                                 PFileStream::kOpenExisting | PFileStream::kSequential);
+    status = status != 0 ? status : createBeside(files, to, copy);
+    if (status != 0) {
+        return status;
+    }
+    const std::string beside = copy.getName();
+    status = copyContent(source, copy);
+    const int closed = copy.close();
+    status = status != 0 ? status : closed;
+    status = status != 0 ? status : files.replaceFile(beside, to);
+    if (status != 0) {
+        files.removeFile(beside);
+    }
+    return status;
+}
+
+// All that it held is in the new one.
+void InstallationRecords::removeEarlierArchive() {
+    const std::string& earlier = takeover_.archivePath();
+    if (!earlier.empty() && platform::pathIdentity(earlier) != platform::pathIdentity(archivePath()) &&
+        job_.replaced.archive.isBackupFile(earlier)) {
+        parts_.machine.files.removeFile(earlier);
+    }
+}
+
+// Keys and lines that were changed in the product's own files made other contents of them, which are the
+// installation's as well.
+void InstallationRecords::addSumsOfEditedFiles() {
+    FileHistory& history = job_.replaced.history;
+    for (const std::string& path : editedFilesIn(parts_.machine.files, temporaryLog_)) {
+        const auto digest =
+            history.hasContent(path) ? digestOfFile(parts_.machine.files, path) : std::nullopt;
+        if (digest) {
+            history.noteContent(path, *digest);
+        }
+    }
+}
+
+// Without them an uninstallation is more careful, and can do all the same.
+void InstallationRecords::keepSums() {
+    const std::string logPath = parts_.model.product.installLogFile().value_or("");
+    const WrittenSums sums = job_.replaced.history.sums();
+    if (logPath.empty() || sums.isEmpty()) {
+        return;
+    }
+    if (!ProductState(parts_.machine.files, parts_.machine.environment).save(logPath, sums)) {
+        parts_.debugLog.line("WARNING: The sums of the installed files could not be kept");
+    }
+}
+
+void InstallationRecords::report(const std::string& text) {
+    parts_.debugLog.line("ERROR: " + text);
+    job_.context.report.note(text);
 }

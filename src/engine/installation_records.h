@@ -4,41 +4,54 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/action_log_writer.h"
 #include "engine/engine_parts.h"
-#include "package/backup_file.h"
+#include "engine/record_takeover.h"
+
+struct ChangeJob;
+struct LoggedVariable;
 
 // The variables that an action log keeps: those of the store, in its order, that aren't excluded from logs.
 // The texts are the store's and good until it changes.
 std::vector<LoggedVariable> loggedVariables(const ProductModel& model);
 
-// The action log and the backup archive of one installation, from their temporary names to their final ones.
-// Both are files of this user alone: they may hold what nobody else could read.
+// The records of one installation, from their temporary names to their final ones: the action log, the backup
+// archive, and the sums of what was written. Log and archive are files of this user alone: they may hold what
+// nobody else could read.
 class InstallationRecords {
 public:
     // All of them outlive this object.
-    InstallationRecords(const EngineParts& parts, ActionLogWriter& log, BackupFile& archive)
-        : parts_(parts), log_(log), archive_(archive) {}
+    InstallationRecords(const EngineParts& parts, ChangeJob& job);
 
-    // Opens both under temporary names and writes the log's head. False when that can't be done, which is
-    // logged; nothing is left then.
+    // Opens log and archive under temporary names. False when that can't be done, which is reported; nothing
+    // is left then.
     bool open();
+    // Writes the log's head, and takes over the records and the archive of the installation that is there
+    // already. False when that can't be done, which is reported; nothing is left then, and what was there is
+    // as it was.
+    bool begin();
     // Closes both and brings them to the paths that the description gives, over what is there; without such a
-    // path the file is deleted. False when something didn't reach the disk, which is logged. A file that
+    // path the file is deleted. False when something didn't reach the disk, which is reported. A file that
     // could not be published stays under its temporary name, since it may hold the only copy of the user's
-    // files; the log says where.
+    // files; where is said on the screen.
     bool publish();
 
 private:
     bool openLog();
     bool openArchive();
+    void reportUnopened(const char* what, const std::string& path);
+    std::string archivePath();
+    void discard();
     bool closeAll();
     bool publishFile(const char* what, const std::string& from, const std::string& to);
-    bool copyPrivately(const std::string& from, const std::string& to);
+    int copyPrivately(const std::string& from, const std::string& to);
+    void removeEarlierArchive();
+    void addSumsOfEditedFiles();
+    void keepSums();
+    void report(const std::string& text);
 
     EngineParts parts_;
-    ActionLogWriter& log_;
-    BackupFile& archive_;
+    ChangeJob& job_;
+    RecordTakeover takeover_;
     std::string temporaryLog_;
     std::string temporaryArchive_;
 };

@@ -10,6 +10,7 @@
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "support/p_file_stream.h"
+#include "support/replacing_file.h"
 #include "support/utilities.h"
 
 namespace {
@@ -149,8 +150,8 @@ void WrittenSums::add(std::string_view path, const Md5Digest& digest) {
     }
 }
 
-void WrittenSums::forget(std::string_view path) {
-    digests_.erase(pathIdentity(path));
+void WrittenSums::addMissing(const WrittenSums& others) {
+    digests_.insert(others.digests_.begin(), others.digests_.end());
 }
 
 bool WrittenSums::knows(std::string_view path) const {
@@ -210,20 +211,14 @@ bool ProductState::save(std::string_view logPath, const WrittenSums& sums) {
 }
 
 bool ProductState::write(const std::string& path, const std::string& text) {
-    const std::string temporary = path + std::string(Format::kTemporaryEnd);
-    PFileStream file(files_);
-    int status = file.openPrivate(temporary);
+    ReplacingFile file(files_);
+    int status = file.open(path, platform::FileRights::kPrivate);
     for (std::size_t i = 0; status == 0 && i < text.size(); i += kWritePiece) {
         const auto size = static_cast<std::uint32_t>(std::min(kWritePiece, text.size() - i));
         std::uint32_t done = 0;
-        status = file.write(text.data() + i, size, done);
+        status = file.stream().write(text.data() + i, size, done);
     }
-    const int closed = file.close();
-    if (status == 0 && closed == 0 && files_.replaceFile(temporary, path) == 0) {
-        return true;
-    }
-    files_.removeFile(temporary);
-    return false;
+    return status == 0 && file.putInPlace() == 0;
 }
 
 bool ProductState::remove(std::string_view logPath) {

@@ -23,8 +23,8 @@ class WrittenSums {
 public:
     // One more content that the file may have; nothing for an empty path.
     void add(std::string_view path, const Md5Digest& digest);
-    // Drops what is known of this file.
-    void forget(std::string_view path);
+    // Adds what `others` know of files of which nothing is known here.
+    void addMissing(const WrittenSums& others);
     // Whether anything is known of the file.
     bool knows(std::string_view path) const;
     // Whether this is one of the contents that the installation gave the file.

@@ -10,7 +10,6 @@ namespace ProductStateFormat {
 
 inline constexpr std::string_view kNameStart = "written-";
 inline constexpr std::string_view kNameEnd = ".md5";
-inline constexpr std::string_view kTemporaryEnd = ".tmp";
 
 inline constexpr char kLineEnd = '\n';
 inline constexpr char kSeparator = ' ';

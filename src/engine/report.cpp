@@ -102,7 +102,7 @@ void Report::addReason(std::string_view subject, std::string_view reason) {
 }
 
 void Report::showErrors(std::string_view heading) {
-    if (errors_ == nullptr || errors_->empty()) {
+    if (errors_ == nullptr) {
         return;
     }
     addLine(heading, false);

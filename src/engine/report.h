@@ -47,7 +47,8 @@ public:
     void addFileReason(std::string_view path, int status);
     // For a reason that isn't the system's.
     void addReason(std::string_view subject, std::string_view reason);
-    // Shows the list of errors, if it holds any, under a heading.
+    // Shows the list of errors under a heading; the heading also when the list is empty, but not without a
+    // list.
     void showErrors(std::string_view heading);
     // False without a front end.
     bool ignoresErrors();

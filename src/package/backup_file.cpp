@@ -10,6 +10,7 @@
 #include "package/backup_reader.h"
 #include "package/little_endian.h"
 #include "platform/file_system.h"
+#include "platform/path_identity.h"
 #include "support/debug_log.h"
 #include "support/replacing_file.h"
 
@@ -305,6 +306,7 @@ bool BackupFile::openForWriting(std::string_view path) {
         return false;
     }
     mode_ = kWriting;
+    checkSums_.clear();
     return true;
 }
 
@@ -324,50 +326,112 @@ bool BackupFile::openForReading(std::string_view path) {
 }
 
 std::optional<std::string> BackupFile::addFile(std::string_view path, std::optional<std::uint32_t> checkSum) {
+    if (mode_ == kWriting && !hasError_) {
+        const platform::PathKind kind = files().kindOf(path);
+        if (kind != platform::PathKind::kFile && kind != platform::PathKind::kNothing) {
+            return "Not a plain file";
+        }
+        if (isBackupFile(path)) {
+            return std::nullopt;
+        }
+    }
+    const std::string name(path);
+    return append(name, [&] { return writeEntry(name, checkSum); });
+}
+
+std::optional<std::string> BackupFile::addEntry(const BackupEntry& entry, BackupReader& from) {
+    return append(entry.name, [&] {
+        const std::optional<std::string> failure = writeHead(entry.name, entry.size, entry.checkSum);
+        return failure ? failure : copyContent(from, entry.size);
+    });
+}
+
+template <typename Write>
+std::optional<std::string> BackupFile::append(const std::string& name, Write write) {
     if (mode_ != kWriting) {
         return "Not in write mode";
     }
     if (hasError_) {
         return "There is a previous error";
     }
-    const platform::PathKind kind = files().kindOf(path);
-    if (kind != platform::PathKind::kFile && kind != platform::PathKind::kNothing) {
-        return "Not a plain file";
-    }
-    if (isBackupFile(path)) {
-        return std::nullopt;
-    }
     const std::int64_t start = getPosition();
-    std::optional<std::string> failure = writeEntry(std::string(path), checkSum);
+    const std::optional<std::string> failure = write();
     if (failure) {
         hasError_ = true;
         // Nothing may follow the end byte that close() writes here.
         if (seek(start) == 0) {
             setEndOfStream();
         }
+    } else {
+        const std::int64_t field =
+            start + static_cast<std::int64_t>(name.size() + 1 + BackupFormat::kSizeFieldSize);
+        checkSums_.emplace(platform::pathIdentity(name), field);
     }
     return failure;
 }
 
+bool BackupFile::holdsEntry(std::string_view path) const {
+    return !checkSums_.empty() && checkSums_.contains(platform::pathIdentity(path));
+}
+
+bool BackupFile::setCheckSum(std::string_view path, std::uint32_t checkSum) {
+    const auto found = checkSums_.find(platform::pathIdentity(path));
+    if (mode_ != kWriting || found == checkSums_.end()) {
+        return false;
+    }
+    unsigned char field[BackupFormat::kCheckSumFieldSize];
+    LittleEndian::writeUnsigned(field, checkSum);
+    std::uint32_t done = 0;
+    const std::int64_t end = getPosition();
+    const bool written = seek(found->second) == 0 && write(field, sizeof(field), done) == 0;
+    return seek(end) == 0 && written;
+}
+
 std::optional<std::string> BackupFile::writeEntry(const std::string& name,
                                                   std::optional<std::uint32_t> checkSum) {
+    const std::int64_t size = getFileSize(name);
+    const std::optional<std::string> failure =
+        writeHead(name, size, checkSum ? *checkSum : fileCheckSum(name));
+    if (failure || size == 0) {
+        return failure;
+    }
+    return writeContent(name, size);
+}
+
+std::optional<std::string> BackupFile::writeHead(const std::string& name, std::int64_t size,
+                                                 std::uint32_t checkSum) {
     std::uint32_t done = 0;
     // A name of length 0 would be the end byte; one above the limit could not be read back.
     if (name.empty() || name.size() > BackupFormat::kNameLimit ||
-        write(name.c_str(), static_cast<std::uint32_t>(name.size() + 1), done) != 0) {
+        write(name.data(), static_cast<std::uint32_t>(name.size() + 1), done) != 0) {
         return "Error writing file name";
     }
     unsigned char field[BackupFormat::kSizeFieldSize];
-    const std::int64_t size = getFileSize(name);
     LittleEndian::writeSigned64(field, size);
     if (write(field, BackupFormat::kSizeFieldSize, done) != 0) {
         return "Error writing file size";
     }
-    LittleEndian::writeUnsigned(field, checkSum ? *checkSum : fileCheckSum(name));
+    LittleEndian::writeUnsigned(field, checkSum);
     if (write(field, BackupFormat::kCheckSumFieldSize, done) != 0) {
         return "Error writing check sum";
     }
-    return size == 0 ? std::nullopt : writeContent(name, size);
+    return std::nullopt;
+}
+
+std::optional<std::string> BackupFile::copyContent(BackupReader& from, std::int64_t size) {
+    while (size > 0) {
+        const std::string_view data = from.read(size);
+        if (data.empty()) {
+            return "Error reading the earlier archive";
+        }
+        std::uint32_t done = 0;
+        const int status = write(data.data(), static_cast<std::uint32_t>(data.size()), done);
+        if (status != 0) {
+            return "Error copying stream (" + std::to_string(status) + ")";
+        }
+        size -= static_cast<std::int64_t>(data.size());
+    }
+    return std::nullopt;
 }
 
 std::optional<std::string> BackupFile::writeContent(const std::string& path, std::int64_t size) {

@@ -4,10 +4,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "support/p_file_stream.h"
 
+class BackupReader;
 class DebugLog;
+struct BackupEntry;
 
 enum class RestoreOutcome {
     kRestored,
@@ -65,6 +68,16 @@ public:
     // followed: what it leads to belongs elsewhere, and the link couldn't be given back.
     std::optional<std::string> addFile(std::string_view path, std::optional<std::uint32_t> checkSum);
 
+    // Adds an entry of another archive as it is; `from` has just found it and reads its content. Otherwise as
+    // addFile.
+    std::optional<std::string> addEntry(const BackupEntry& entry, BackupReader& from);
+    // Whether this archive, since it was opened for writing, was given the file at `path`, in any spelling
+    // (platform/path_identity.h).
+    bool holdsEntry(std::string_view path) const;
+    // The check sum of the first entry for `path` becomes this one. False when there is none, or it can't be
+    // written.
+    bool setCheckSum(std::string_view path, std::uint32_t checkSum);
+
     // Restores all files but those that the user has changed since. Each content is complete before it takes
     // the place of the file that it belongs to. True when everything was looked at that the archive holds,
     // even if a file couldn't be written: also when the end byte is missing, or the content of a last file
@@ -80,9 +93,15 @@ public:
     bool hasError() const { return hasError_; }
 
 private:
+    template <typename Write>
+    std::optional<std::string> append(const std::string& name, Write write);
     std::optional<std::string> writeEntry(const std::string& name, std::optional<std::uint32_t> checkSum);
+    std::optional<std::string> writeHead(const std::string& name, std::int64_t size, std::uint32_t checkSum);
     std::optional<std::string> writeContent(const std::string& path, std::int64_t size);
+    std::optional<std::string> copyContent(BackupReader& from, std::int64_t size);
 
     Mode mode_ = kClosed;
     bool hasError_ = false;
+    // Of the entries that were written: where the check sum is, by the identity of the path.
+    std::unordered_map<std::string, std::int64_t> checkSums_;
 };

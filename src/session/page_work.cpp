@@ -2,6 +2,7 @@
 
 #include "base/path_functions.h"
 #include "contracts/system_operations.h"
+#include "engine/directory_check.h"
 #include "engine/uninstall_command.h"
 #include "platform/environment.h"
 #include "session/session_model.h"
@@ -64,7 +65,7 @@ void PageWork::normalizeFields(DialogDesc& page) {
         const auto value = field.type == kFieldDirectory ? variables.get(name) : std::nullopt;
         // Storing recalculates other variables, so a value that is already clean isn't stored again.
         if (value) {
-            const std::string normalized = OUtils::normalizedPath(*value);
+            const std::string normalized = absolutePath(machine_.environment, OUtils::normalizedPath(*value));
             if (normalized != *value) {
                 variables.set(name, normalized);
             }
@@ -73,11 +74,12 @@ void PageWork::normalizeFields(DialogDesc& page) {
 }
 
 bool PageWork::installProduct(InstallerUI& ui) {
-    if (!earlier_.wasRemovalTried()) {
-        earlier_.remove();  // an old version that can't be removed doesn't stop the new one
-    }
     Report report = reportTo(ui);
-    return installation_.run(report);
+    return installation_.run(report, [this] {
+        if (!earlier_.wasRemovalTried()) {
+            earlier_.remove();  // an old version that can't be removed doesn't stop the new one
+        }
+    });
 }
 
 bool PageWork::refuse(std::string_view work) {

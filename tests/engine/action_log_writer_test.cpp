@@ -130,4 +130,42 @@ TEST_F(ActionLogWriterTest, NoticesAFailureThatTheSystemReportsAtTheClosing) {
     EXPECT_FALSE(writer_.close());
 }
 
+TEST_F(ActionLogWriterTest, KeepsARecordThatLooksLikeAVariableApartFromThem) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    writer_.writeVariables({{"A", "1"}});
+    writer_.writeFile(false, "/opt/VARIETY/a");
+    writer_.writeFile(false, "/opt/VARIETY/b");
+    EXPECT_EQ(written(),
+              "NUMVARS\t1\r\nVAR\tA\t1\r\nRECORDS\r\nFILE\tCREATE\t/opt/VARIETY/a\r\n"
+              "FILE\tCREATE\t/opt/VARIETY/b\r\n");
+}
+
+TEST_F(ActionLogWriterTest, NeedsNoSuchLineAfterAnotherRecord) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    writer_.writeVariables({});
+    writer_.writeFile(false, "/opt/a");
+    writer_.writeFile(false, "/opt/VARIETY/b");
+    EXPECT_EQ(written(), "NUMVARS\t0\r\nFILE\tCREATE\t/opt/a\r\nFILE\tCREATE\t/opt/VARIETY/b\r\n");
+}
+
+TEST_F(ActionLogWriterTest, KeepsARecordApartThatContinuesALog) {
+    files_.addFile(kPath, "NUMVARS\t1\r\nVAR\tA\t1\r\n");
+    ASSERT_TRUE(writer_.openToAppend(kPath));
+    writer_.writeRecord(ActionLogFormat::kRegistryValue, {"HKEY_USERS", "k", "VAR"});
+    EXPECT_EQ(written(), "NUMVARS\t1\r\nVAR\tA\t1\r\nRECORDS\r\nREGVAL\tHKEY_USERS\tk\tVAR\r\n");
+}
+
+TEST_F(ActionLogWriterTest, WritesWhatWasCopiedAgainOnlyWhereTheUndoCounts) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    const std::string records = "SHORTCUT\tCREATE\t/a\r\nENV\tADD\tPATH\t/b\r\nENV\tCREATE\tX\r\n";
+    for (const char* line : {"SHORTCUT\tCREATE\t/a", "ENV\tADD\tPATH\t/b", "ENV\tCREATE\tX"}) {
+        writer_.copyRecord(line);
+    }
+    writer_.writeRecord(ActionLogFormat::kShortcut, {"CREATE", "/a"});
+    writer_.writeRecord(ActionLogFormat::kEnvironment, {"ADD", "PATH", "/b"});
+    writer_.writeRecord(ActionLogFormat::kEnvironment, {"CREATE", "X"});
+    writer_.writeRecord(ActionLogFormat::kEnvironment, {"CREATE", "Y"});
+    EXPECT_EQ(written(), records + "ENV\tADD\tPATH\t/b\r\nENV\tCREATE\tY\r\n");
+}
+
 }  // namespace

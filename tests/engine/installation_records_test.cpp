@@ -1,5 +1,6 @@
 #include "engine/installation_records.h"
 
+#include "engine/changes/change_table.h"
 #include "installation_fixture.h"
 
 namespace {
@@ -10,15 +11,15 @@ class InstallationRecordsTest : public InstallationTest {
 protected:
     PFileConsole logFile_{files_};
     ActionLogWriter writer_{logFile_};
-    BackupFile archive_{files_};
-    InstallationRecords records_{parts_, writer_, archive_};
+    ChangeJob job_{parts_, writer_, report_};
+    InstallationRecords records_{parts_, job_};
 };
 
 TEST_F(InstallationRecordsTest, OpensBothUnderTemporaryNamesAndPublishesThem) {
     files_.addDirectory("/app");
     describe(kUninstall);
     variables_.set("A", "1");
-    ASSERT_TRUE(records_.open());
+    ASSERT_TRUE(records_.open() && records_.begin());
     EXPECT_TRUE(files_.hasFile("/tmp/orinstall1"));
     EXPECT_TRUE(files_.hasFile("/tmp/orinstall2"));
     EXPECT_FALSE(files_.hasFile("/app/install.log"));
@@ -35,7 +36,7 @@ TEST_F(InstallationRecordsTest, ExpandsTheFinalNamesAtTheEnd) {
         "<Installation><Uninstall><InstallLogFile>[WHERE]/install.log</InstallLogFile></Uninstall>"
         "</Installation>");
     variables_.set("WHERE", "/early");
-    ASSERT_TRUE(records_.open());
+    ASSERT_TRUE(records_.open() && records_.begin());
     variables_.set("WHERE", "/late");
     EXPECT_TRUE(records_.publish());
     EXPECT_TRUE(files_.hasFile("/late/install.log"));
@@ -58,7 +59,7 @@ protected:
                  const std::string& archive = "/app/backup.bin") {
         describe("<Installation><Uninstall><InstallLogFile>" + log + "</InstallLogFile><InstallBackupFile>" +
                  archive + "</InstallBackupFile></Uninstall></Installation>");
-        EXPECT_TRUE(records_.open());
+        EXPECT_TRUE(records_.open() && records_.begin());
         return records_.publish();
     }
     bool hasLog(const std::string& path) { return files_.content(path).ends_with("NUMVARS\t0\r\n"); }
@@ -73,7 +74,8 @@ TEST_F(PublishTest, PublishesBothAndLeavesNoTemporaryFile) {
 }
 
 TEST_F(PublishTest, ReplacesWhatIsThere) {
-    files_.addFile("/app/install.log", std::string(500, 'l'));
+    files_.addFile("/app/install.log", "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t1\r\nVAR\tA\t" +
+                                           std::string(500, 'l') + "\r\n");
     files_.addFile("/app/backup.bin", std::string(500, 'a'));
     EXPECT_TRUE(publish());
     EXPECT_TRUE(hasLog("/app/install.log"));
@@ -94,6 +96,25 @@ TEST_F(PublishTest, CopiesWhatCannotBeMovedForThisUserAlone) {
     EXPECT_TRUE(files_.isPrivate("/app/backup.bin"));
 }
 
+TEST_F(PublishTest, KeepsWhatIsThereUntilTheCopyIsComplete) {
+    files_.addFile("/app/backup.bin", "an old archive");
+    files_.addFile("/app/backup.bin.1.tmp", "somebody's");
+    files_.failAt(Operation::kReplaceFile, "/tmp/orinstall2", 1);
+    files_.failAt(Operation::kReplaceFile, "/app/backup.bin.2.tmp", 1);
+    EXPECT_FALSE(publish());
+    EXPECT_EQ(files_.content("/app/backup.bin"), "an old archive");
+    EXPECT_EQ(files_.content("/app/backup.bin.1.tmp"), "somebody's");
+    EXPECT_FALSE(files_.hasFile("/app/backup.bin.2.tmp"));
+}
+
+TEST_F(PublishTest, NamesOnTheScreenWhatItLeavesInTheTemporaryDirectory) {
+    EXPECT_FALSE(publish("/missing/install.log"));
+    EXPECT_EQ(
+        ui_.countOf("addMessage(\"The install log could not be written to /missing/install.log; it stays "
+                    "at /tmp/orinstall1\")"),
+        1);
+}
+
 TEST_F(PublishTest, PublishesNothingUnderEmptyNames) {
     EXPECT_TRUE(publish("", ""));
     EXPECT_TRUE(files_.allFiles().empty());
@@ -110,7 +131,7 @@ TEST_F(PublishTest, LogsALogThatCannotBePublishedAndKeepsIt) {
 
 TEST_F(PublishTest, KeepsAnArchiveThatCannotBePublished) {
     files_.failAt(Operation::kReplaceFile, "/tmp/orinstall2", 1);
-    files_.failFrom(Operation::kWrite, "/app/.tandrel-1.tmp", 1, 112);
+    files_.failFrom(Operation::kWrite, "/app/backup.bin.1.tmp", 1, 112);
     EXPECT_FALSE(publish());
     EXPECT_TRUE(hasArchive("/tmp/orinstall2"));
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: The backup file could not be written to "

@@ -1,7 +1,11 @@
 #include "engine/installation.h"
 
+#include <new>
+
 #include "base/errors.h"
+#include "engine/product_state.h"
 #include "installation_fixture.h"
+#include "package/backup_file.h"
 
 namespace {
 
@@ -95,7 +99,9 @@ TEST_F(InstallationRunTest, ChangesNothingWithoutTemporaryNames) {
     EXPECT_FALSE(install());
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: Obtaining temp filename for install temp log!"});
     EXPECT_FALSE(files_.hasFile("/app/one"));
-    EXPECT_TRUE(ui_.calls.empty());
+    EXPECT_EQ(ui_.calls.size(), 1U);
+    EXPECT_EQ(ui_.countOf("addMessage(\"Nothing was installed: the install log can't be opened"), 1);
+    EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
 }
 
 TEST_F(InstallationRunTest, ChangesNothingWhenTheArchiveCannotBeOpened) {
@@ -107,6 +113,73 @@ TEST_F(InstallationRunTest, ChangesNothingWhenTheArchiveCannotBeOpened) {
     EXPECT_FALSE(files_.hasFile("/app/one"));
     EXPECT_FALSE(files_.hasFile("/tmp/orinstall1"));
     EXPECT_EQ(files_.openFileCount(), 0);
+    EXPECT_EQ(ui_.countOf("addMessage(\"Nothing was installed: the backup file can't be opened"), 1);
+    EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
+}
+
+TEST_F(InstallationRunTest, SaysWhyAndWhereTheRecordsCannotBeOpened) {
+    describeProduct("<FN Dest='/app'>one</FN>");
+    files_.setReadOnly("/tmp", 13);
+    ui_.ignoreErrors = 1;
+    EXPECT_FALSE(install());
+    EXPECT_FALSE(files_.hasFile("/app/one"));
+    EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");  // nothing was installed, so there is nothing to ignore
+    EXPECT_EQ(ui_.countOf("addMessage(\"/tmp/orinstall1: "), 1);
+}
+
+TEST_F(InstallationRunTest, PreparesOnlyWhatIsPossible) {
+    describeProduct("<FN Dest='/app'>one</FN>");
+    int prepared = 0;
+    const auto run = [&] { return installation_.run(report_, [&] { ++prepared; }); };
+    EXPECT_TRUE(run());
+    EXPECT_EQ(prepared, 1);
+    system_.temporaryNamesLeft = 0;
+    EXPECT_FALSE(run());
+    EXPECT_EQ(prepared, 1);
+}
+
+TEST_F(InstallationRunTest, PublishesItsRecordsBeforeAnExceptionLeavesIt) {
+    describeProduct("<FN Dest='/app'>one</FN>", kUninstall,
+                    "<Environment><Replace VarName='V'>x</Replace></Environment>"
+                    "<AdditionalInstall><CreateFile Dest='/app'>gone</CreateFile></AdditionalInstall>");
+    EXPECT_THROW(install(), InstallerError);
+    EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\nENV\tCREATE\tV\r\n"), std::string::npos);
+    EXPECT_TRUE(BackupFile(files_).isBackupFile("/app/backup.bin"));
+    EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
+    EXPECT_EQ(ui_.countOf("setStatusText(\"There were errors during the installation.\")"), 1);
+    for (const std::string& file : files_.allFiles()) {
+        EXPECT_FALSE(file.starts_with("/tmp")) << file;
+    }
+}
+
+TEST_F(InstallationRunTest, PublishesItsRecordsWhenTheMemoryIsUsedUp) {
+    describeProduct("<FN Dest='/app'>one</FN>");
+    ui_.onCall = [](const std::string& call) {
+        if (call == "setStatusText(\"Creating shortcuts\")") {
+            throw std::bad_alloc();
+        }
+    };
+    EXPECT_THROW(install(), std::bad_alloc);
+    EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
+    EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
+}
+
+TEST_F(InstallationRunTest, ShowsTheHeadingOfTheErrorsWithoutALine) {
+    describeProduct("<FN Dest='/app'>one</FN>");
+    files_.failFrom(Operation::kCreateDirectory, "/app/sub", 1);
+    describeProduct("<FN Dest='/app' OkIfMissing='1'>gone</FN><FN Dest='/ro'>one</FN>");
+    EXPECT_FALSE(install());
+    EXPECT_EQ(ui_.countOf("addFileLine(\"Encountered errors during installation:\""), 1);
+}
+
+TEST_F(InstallationRunTest, KeepsTheSumsOfWhatItWrote) {
+    describeProduct("<FN Dest='/app'>one</FN>", kUninstall,
+                    "<IniFiles><Add FileName='/app/one' Section='s' Key='k'>v</Add></IniFiles>");
+    EXPECT_TRUE(install());
+    const WrittenSums sums = ProductState(files_, machine_.environment).load("/app/install.log");
+    EXPECT_TRUE(sums.holds("/app/one", md5Of("1", 1)));
+    EXPECT_TRUE(sums.holds("/app/one", *digestOfFile(files_, "/app/one")));
+    EXPECT_NE(files_.content("/app/one"), "1");
 }
 
 TEST_F(InstallationRunTest, PublishesNothingForAProductWithoutUninstallation) {

@@ -72,11 +72,14 @@ TEST_F(ProductStateTest, KnowsSeveralContentsOfOneFile) {
     EXPECT_NE(text().find("END 2\n"), std::string::npos);
 }
 
-TEST_F(ProductStateTest, ForgetsAFile) {
-    WrittenSums sums = sumsOf("/app/a", "first");
-    sums.forget("/app\\a");
-    EXPECT_FALSE(sums.knows("/app/a"));
-    EXPECT_TRUE(sums.isEmpty());
+TEST_F(ProductStateTest, AddsWhatOthersKnowOfOtherFilesOnly) {
+    WrittenSums sums = sumsOf("/app/a", "new");
+    WrittenSums others = sumsOf("/app\\a", "old");
+    others.add("/app/b", digestOf("b"));
+    sums.addMissing(others);
+    EXPECT_TRUE(sums.holds("/app/b", digestOf("b")));
+    EXPECT_TRUE(sums.holds("/app/a", digestOf("new")));
+    EXPECT_FALSE(sums.holds("/app/a", digestOf("old")));
 }
 
 TEST_F(ProductStateTest, KeepsProductsApart) {
@@ -182,7 +185,7 @@ TEST_F(ProductStateTest, KeepsWhatWasThereAfterAFailure) {
     ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
     for (const Operation operation :
          {Operation::kOpen, Operation::kWrite, Operation::kClose, Operation::kReplaceFile}) {
-        files_.failFrom(operation, stateFile() + ".tmp", 1);
+        files_.failFrom(operation, "", 1);
         EXPECT_FALSE(state_.save(kLog, sumsOf("/app/b", "2")));
         files_.clearFaults();
         EXPECT_TRUE(state_.load(kLog).knows("/app/a"));

@@ -5,7 +5,9 @@
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
+#include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
+#include "engine/changes/record_text.h"
 #include "engine/kept_files.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
@@ -15,6 +17,9 @@ namespace {
 
 constexpr std::string_view kSeparators = "/\\";
 constexpr std::size_t kDirectoriesPerFlush = 32;
+// As many as a path can have, for the length of a record.
+constexpr std::string_view kMostLevels = "9999";
+static_assert(DirectoryChange::kPathLimit < 9999);
 
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -39,6 +44,11 @@ bool holdsNothingBut(platform::FileSystem& files, const std::string& directory, 
 }  // namespace
 
 bool DirectoryChange::create(std::string_view path) {
+    // What the record can't name would stay for good.
+    if (!RecordText::isLastField(path) ||
+        !RecordText::fits(ActionLogFormat::kDirectory, RecordText::join({kMostLevels, path}))) {
+        return false;
+    }
     std::int32_t created = 0;
     const bool done = createLevels(path.substr(0, kPathLimit), created);
     if (created > 0) {

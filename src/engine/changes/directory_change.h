@@ -28,7 +28,8 @@ public:
 
     // Creates each level of `path` that ends with a separator, after the root (a drive letter with its
     // separator, or a leading separator): what follows the last separator counts as a file's name. Records
-    // the levels that didn't exist, also after a failure. False when a level can't be created.
+    // the levels that didn't exist, also after a failure. False when a level can't be created, and for a path
+    // that its record can't hold, of which nothing is made.
     //
     // Directories that were seen once are taken for granted, so asking for one again costs nothing.
     bool create(std::string_view path);

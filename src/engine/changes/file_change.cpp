@@ -6,6 +6,7 @@
 #include "description/file_sets.h"
 #include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
+#include "engine/changes/record_text.h"
 #include "engine/engine_parts.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
@@ -47,7 +48,14 @@ std::uint32_t checkSumOf(std::string_view content) {
     return BackupFile::foldCheckSum(static_cast<std::uint32_t>(content.size()), content);
 }
 
+bool canBeRecorded(const std::string& path) {
+    return RecordText::isField(path) &&
+           RecordText::fits(ActionLogFormat::kFile, RecordText::join({ActionLogFormat::kCreate, path}));
+}
+
 }  // namespace
+
+static_assert(ActionLogFormat::kOver.size() < ActionLogFormat::kCreate.size());
 
 FileChange::FileChange(const ChangeContext& context, const EngineParts& parts, ReplacedFiles& replaced)
     : context_(context),
@@ -79,20 +87,29 @@ void FileChange::install(std::size_t index) {
     if (!readContent(work, content)) {
         return;
     }
-    if (work.onDisk.exists && work.onDisk.differs && work.file.backupExisting) {
-        backUp(work, content);
-    }
-    context_.log.writeFile(work.file.backupExisting, work.path);
-    context_.report.pumpEventsWhileCopying();
-    if (work.file.expandVars) {
-        contents_.expandVariables(content, FileContents::kInstalledFileLimit, work.path);
-    }
-    const bool inPlace = place(work, content);
+    const bool inPlace = replace(work, content);
     if (inPlace) {
         markProgram(work);
     }
     context_.report.setProgress(percentOf(index, files.size()));
     reportInstalled(work, inPlace);
+}
+
+// What its record couldn't name would never be taken back, and what couldn't be backed up never restored: it
+// isn't touched.
+bool FileChange::replace(Work& work, const FileContent& content) {
+    const bool isReady = canBeRecorded(work.path) && backUp(work, content);
+    if (isReady) {
+        context_.log.writeFile(work.isRestorable, work.path);
+        replaced_.history.noteRecord(work.path);
+    }
+    context_.report.pumpEventsWhileCopying();
+    const bool inPlace = isReady && place(work, content);
+    if (inPlace) {
+        noteInstalled(work, content);
+    }
+    failed_ = failed_ || !inPlace;
+    return inPlace;
 }
 
 std::string FileChange::prepareDirectory(const FileEntry& file) {
@@ -108,31 +125,81 @@ std::string FileChange::prepareDirectory(const FileEntry& file) {
 bool FileChange::readContent(Work& work, FileContent& content) {
     if (!contents_.read(work.file.alias, content)) {
         if (!work.file.okIfMissing) {
-            context_.debugLog.line(
-                "ERROR: File missing from the compressed cabinet! (alias: " + work.file.alias + ")");
+            const std::string line =
+                "ERROR: File missing from the compressed cabinet! (alias: " + work.file.alias + ")";
+            context_.debugLog.line(line);
+            context_.report.addError(line);
+            context_.report.addLine(line, work.flushNow);
             failed_ = true;
         }
         return false;
     }
     const auto size = static_cast<std::int64_t>(content.bytes.size());
     work.onDisk = disk_.compare(work.path, size, content.digest);
+    if (work.file.expandVars) {
+        contents_.expandVariables(content, FileContents::kInstalledFileLimit, work.path);
+    }
     return true;
 }
 
-// The check sum is that of the new content as it is in the cabinet: a restore compares it with the file on
-// the disk, and leaves alone what isn't the installation's own. A file whose variables were expanded counts
-// as changed there and stays.
-void FileChange::backUp(const Work& work, const FileContent& content) {
-    const std::uint32_t checkSum = checkSumOf(content.bytes);
+// An earlier installation decides with: what it created is the product's own, unless the user has changed it
+// since; what it has in its archive is the user's file, and what came later isn't; where it found the file
+// as it was to be, that may have been the user's.
+bool FileChange::isToBeBackedUp(const Work& work) {
+    platform::FileSystem& files = context_.machine.files;
+    // What can't be read can't be compared either.
+    const bool exists = work.onDisk.exists || files.exists(work.path);
+    if (!exists || !work.onDisk.differs || replaced_.archive.holdsEntry(work.path)) {
+        return false;
+    }
+    switch (replaced_.history.kindOf(work.path)) {
+        case FileHistory::Kind::kUnknown:
+            return work.file.backupExisting;
+        case FileHistory::Kind::kReplaced:
+            return true;
+        case FileHistory::Kind::kCreated:
+            break;
+    }
+    const auto digest = work.file.backupExisting ? digestOfFile(files, work.path) : std::nullopt;
+    return digest && replaced_.history.isForeign(work.path, *digest);
+}
+
+// The check sum is that of what is written: a restore compares it with the file on the disk, and leaves alone
+// what isn't the installation's own. False when the file must stay as it is, because what should come back
+// later couldn't be kept.
+bool FileChange::backUp(Work& work, const FileContent& content) {
+    const bool isNeeded = isToBeBackedUp(work);
+    const FileHistory::Kind earlier = replaced_.history.kindOf(work.path);
+    work.isRestorable = isNeeded || replaced_.archive.holdsEntry(work.path) ||
+                        earlier == FileHistory::Kind::kReplaced ||
+                        (earlier == FileHistory::Kind::kUnknown && work.file.backupExisting);
+    if (!isNeeded) {
+        return true;
+    }
     context_.report.pumpEventsWhileCopying();
-    const std::optional<std::string> failure = replaced_.archive.addFile(work.path, checkSum);
+    // A file that can't be read must not spoil the archive for those after it.
+    const std::optional<std::string> failure =
+        work.onDisk.exists ? replaced_.archive.addFile(work.path, checkSumOf(content.bytes))
+                           : "Error opening file";
     std::string line = "Back up " + work.path;
     if (failure) {
         line = "FAILED to back up " + work.path + ": " + *failure;
         context_.report.addError(line);
-        failed_ = true;
     }
     context_.report.addLine(line, work.flushNow);
+    return !failure;
+}
+
+// The user's file of an earlier installation comes back in the place of what is there now.
+void FileChange::noteInstalled(const Work& work, const FileContent& content) {
+    const bool isAsPacked = !work.file.expandVars;
+    replaced_.history.noteContent(
+        work.path, isAsPacked ? content.digest : md5Of(content.bytes.data(), content.bytes.size()));
+    if (replaced_.archive.holdsEntry(work.path) &&
+        !replaced_.archive.setCheckSum(work.path, checkSumOf(content.bytes))) {
+        context_.report.addError("FAILED to back up " + work.path + ": Error writing check sum");
+        failed_ = true;
+    }
 }
 
 // A file that is there already but can't be marked as a program, because it is somebody else's under another
@@ -142,11 +209,8 @@ bool FileChange::place(const Work& work, const FileContent& content) {
         (!work.file.executable || context_.machine.files.makeExecutable(work.path) == 0)) {
         return true;
     }
-    const bool written =
-        disk_.write(work.path, work.onDisk.exists, content.bytes,
-                    work.file.executable ? platform::FileRights::kProgram : platform::FileRights::kPlain);
-    failed_ = failed_ || !written;
-    return written;
+    return disk_.write(work.path, work.onDisk.exists, content.bytes,
+                       work.file.executable ? platform::FileRights::kProgram : platform::FileRights::kPlain);
 }
 
 // A file that was there already counts as well: an earlier run may have been ended before this step.

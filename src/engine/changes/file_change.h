@@ -9,6 +9,7 @@
 #include "engine/changes/removed_files.h"
 #include "engine/disk_files.h"
 #include "engine/file_contents.h"
+#include "engine/file_history.h"
 #include "engine/file_planner.h"
 #include "engine/product_state.h"
 #include "package/backup_file.h"
@@ -26,6 +27,7 @@ struct ReplacedFiles {
     bool isArchiveMissing = false;
     WrittenSums written;  // what the installation wrote, as far as that is needed and known
     RemovedFiles removed;
+    FileHistory history;  // of an installation
 };
 
 // FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive
@@ -56,13 +58,17 @@ private:
         std::string path;
         FileOnDisk onDisk;
         bool flushNow;
+        bool isRestorable = false;  // the record says that the user's file comes back
     };
 
     void install(std::size_t index);
     std::string prepareDirectory(const FileEntry& file);
     bool readContent(Work& work, FileContent& content);
-    void backUp(const Work& work, const FileContent& content);
+    bool isToBeBackedUp(const Work& work);
+    bool backUp(Work& work, const FileContent& content);
+    bool replace(Work& work, const FileContent& content);
     bool place(const Work& work, const FileContent& content);
+    void noteInstalled(const Work& work, const FileContent& content);
     void markProgram(const Work& work);
     void reportInstalled(const Work& work, bool inPlace);
     bool remove(const std::string& path);

@@ -115,13 +115,18 @@ TEST_F(DirectoryCreateTest, AsksTheDiskOnceForADirectory) {
     EXPECT_EQ(files_.operations(), std::vector<std::string>{"createDirectory /apps/demo/more"});
 }
 
-TEST_F(DirectoryCreateTest, CutsAPathOverTheLimit) {
+TEST_F(DirectoryCreateTest, MakesNothingOfAPathThatItsRecordCannotHold) {
     std::string path = "/";
-    for (int i = 0; i < 400; ++i) {
+    for (int i = 0; i < 203; ++i) {
         path += "abcd/";
     }
-    EXPECT_TRUE(create(path));
-    EXPECT_EQ(created(), 311);  // 1,559 bytes hold 311 levels and a part of the next name
+    EXPECT_FALSE(create(path));  // 1,016 bytes, and the record has room for 1,014
+    EXPECT_FALSE(create("/a\tb/"));
+    EXPECT_FALSE(create("/a\nFILE\tCREATE/"));
+    EXPECT_EQ(created(), 0);
+    EXPECT_TRUE(files_.operations().empty());
+    EXPECT_TRUE(create(path.substr(0, 1011)));
+    EXPECT_EQ(created(), 202);
 }
 
 TEST_F(DirectoryCreateTest, RecordsTheWholePathWithItsLevels) {

@@ -45,7 +45,7 @@ TEST_F(FileChangeTest, WritesNothingOnASecondRunAndStillRecordsEachFile) {
     ui_.take();
     EXPECT_TRUE(install());
     EXPECT_EQ(installLog(),
-              "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\n"
+              "/app/product.xml\r\n/app/backup.bin\r\nNUMVARS\t0\r\nDIR\t1\t/app\\\r\n"
               "FILE\tCREATE\t/app\\one\r\nFILE\tOVER\t/app\\two\r\n");
     EXPECT_EQ(lines(), (std::vector<std::string>{"Create /app\\one", "Create /app\\two"}));
     for (const std::string& operation : files_.operations()) {
@@ -67,7 +67,7 @@ TEST_F(FileChangeTest, BacksUpADifferentFileThatIsToBeRestorable) {
     EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
-TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabinets) {
+TEST_F(FileChangeTest, BringsTheUsersFileBackInThePlaceOfAnExpandedOne) {
     variables_.set("NAME", "value");
     pack({{"one", "one", "[NAME]"}});
     describeFiles("<FN Dest='/app' BackupExisting='1' ExpandVarsInFile='1'>one</FN>");
@@ -75,7 +75,7 @@ TEST_F(FileChangeTest, LeavesAnExpandedFileAtARestoreSinceItDiffersFromTheCabine
     EXPECT_TRUE(install());
     EXPECT_EQ(files_.content("/app/one"), "value");
     EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
-    EXPECT_EQ(files_.content("/app/one"), "value");
+    EXPECT_EQ(files_.content("/app/one"), "old content");
 }
 
 TEST_F(FileChangeTest, RecordsAMissingRestorableFileAsOver) {
@@ -95,15 +95,60 @@ TEST_F(FileChangeTest, OverwritesOtherFilesWithoutABackupAndRecordsThemAsCreated
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\one\r\n"), std::string::npos);
 }
 
-TEST_F(FileChangeTest, OverwritesAllTheSameWhenTheBackupFails) {
-    pack({{"one", "one", "new"}});
-    describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN>");
+TEST_F(FileChangeTest, LeavesAFileThatCannotBeBackedUp) {
+    pack({{"one", "one", "new"}, {"two", "two", "22"}});
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app' BackupExisting='1'>one</FN>");
     files_.addFile("/app/one", "old");
     files_.failAt(Operation::kOpen, "/app/one", 3);  // the comparison, the test for an archive, the copy
     EXPECT_FALSE(install());
-    EXPECT_EQ(files_.content("/app/one"), "new");
-    EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to back up /app\\one: Error opening file"});
+    EXPECT_EQ(files_.content("/app/one"), "old");
+    EXPECT_EQ(files_.content("/app/two"), "22");
+    EXPECT_EQ(errors_, (std::vector<std::string>{"FAILED to back up /app\\one: Error opening file",
+                                                 "FAILED to Overwrite /app\\one"}));
     EXPECT_EQ(lines()[0], "FAILED to back up /app\\one: Error opening file");
+    // Without a record no uninstallation touches it either.
+    EXPECT_EQ(installLog().find("/app\\one"), std::string::npos);
+}
+
+TEST_F(FileChangeTest, LeavesAFileThatCannotBeReadAndHasToBeBackedUp) {
+    pack({{"one", "one", "new"}, {"two", "two", "new"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1'>two</FN><FN Dest='/app' BackupExisting='1'>one</FN>");
+    files_.addFile("/app/one", "old");
+    files_.addFile("/app/two", "old");
+    files_.failFrom(Operation::kOpen, "/app/one", 1);
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/one"), "old");
+    EXPECT_EQ(files_.content("/app/two"), "new");
+    EXPECT_EQ(errors_[0], "FAILED to back up /app\\one: Error opening file");
+}
+
+TEST_F(FileChangeTest, BacksUpAPathOnlyOnce) {
+    pack({{"one", "one", "first"}, {"subone", "one", "second"}});
+    describeFiles(
+        "<FN Dest='/app' BackupExisting='1'>sub/one</FN><FN Dest='/app' BackupExisting='1'>one</FN>");
+    files_.addFile("/app/one", "the user's");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(restoreBackupFile("/app/backup.bin", files_, report_), RestoreResult::kDone);
+    EXPECT_EQ(files_.content("/app/one"), "the user's");
+}
+
+TEST_F(FileChangeTest, FailsAFileThatItsRecordCannotHold) {
+    const std::string name = std::string(250, 'n');
+    pack({{"one", "one", "1"}, {name, name, "22"}});
+    std::string directory = "/app";
+    for (int i = 0; i < 7; ++i) {
+        directory += "/" + std::string(115, 'd');
+    }
+    files_.addDirectory(directory);
+    describeFiles("<FN Dest='/app'>one</FN><FN Dest='" + directory + "'>" + name + "</FN>");
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/one"), "1");
+    ASSERT_EQ(errors_.size(), 1U);
+    EXPECT_TRUE(errors_[0].starts_with("FAILED to Create /app/ddd"));
+    EXPECT_EQ(installLog().find("ddd"), std::string::npos);
+    for (const std::string& file : files_.allFiles()) {
+        EXPECT_EQ(file.find("nnn"), std::string::npos) << file;
+    }
 }
 
 TEST_F(FileChangeTest, ExpandsVariablesAndCountsTheFileAsDifferentAtEachRun) {
@@ -133,7 +178,11 @@ TEST_F(FileChangeTest, LogsThatAFileIsMissingFromTheCabinet) {
     EXPECT_FALSE(install());
     EXPECT_TRUE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: gone)"));
     EXPECT_FALSE(log_.hasLine("ERROR: File missing from the compressed cabinet! (alias: lost)"));
-    EXPECT_EQ(lines(), std::vector<std::string>{"Create /app\\one"});
+    EXPECT_EQ(lines(),
+              (std::vector<std::string>{"ERROR: File missing from the compressed cabinet! (alias: gone)",
+                                        "Create /app\\one", "Encountered errors during installation:",
+                                        "ERROR: File missing from the compressed cabinet! (alias: gone)"}));
+    EXPECT_EQ(errors_, ErrorList{"ERROR: File missing from the compressed cabinet! (alias: gone)"});
     EXPECT_EQ(installLog().find("gone"), std::string::npos);
     EXPECT_EQ(installLog().find("lost"), std::string::npos);
 }
@@ -228,11 +277,11 @@ TEST_F(FileChangeTest, ReportsStatusProgressAndFlushes) {
 
 TEST_F(FileChangeTest, StopsARunningProgramButNotALibrary) {
     pack({{"tool.exe", "tool.exe", "new"}, {"lib.dll", "lib.dll", "new"}});
-    describeFiles("<FN Dest='/app'>lib.dll</FN><FN Dest='/app'>tool.exe</FN>");
+    describeFiles("<FN Dest='/app'>tool.exe</FN><FN Dest='/app'>lib.dll</FN>");
     files_.addFile("/app/tool.exe", "old");
     files_.addFile("/app/lib.dll", "old");
-    files_.failAt(Operation::kReplaceFile, "", 1, 32);  // the library
-    files_.failAt(Operation::kReplaceFile, "", 2, 32);  // the program, until it has ended
+    files_.failAt(Operation::kReplaceFile, "", 1, 32);  // the program, until it has ended
+    files_.failAt(Operation::kReplaceFile, "", 3, 32);  // the library
     system_.running = {"tool.exe", "lib.dll"};
     EXPECT_FALSE(install());
     EXPECT_EQ(files_.content("/app/tool.exe"), "new");
@@ -321,11 +370,12 @@ TEST_F(FileUndoTest, DeletesWithoutAnArchiveWhatIsStillInstalled) {
     const std::string content(300000, 'x');  // more than one block
     for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
         files_.addFile(path, content);
-        job_.replaced.written.add(path, md5Of(content.data(), content.size()));
+        if (std::string_view(path) != "/app/unknown") {
+            job_.replaced.written.add(path, md5Of(content.data(), content.size()));
+        }
     }
     files_.addFile("/app/other", "changed");
     files_.addFile("/app/longer", content + "y");
-    job_.replaced.written.forget("/app/unknown");
     job_.replaced.isArchiveMissing = true;
     for (const char* const path : {"/app/same", "/app/other", "/app/longer", "/app/unknown"}) {
         EXPECT_TRUE(undo(std::string("OVER\t") + path));
