@@ -83,7 +83,7 @@ class EditsTest(EndToEndTest):
     @unittest.skipIf(WINDOWS, "programs read the registry there")
     def test_a_login_sees_what_others_have_added_after_the_product_has_gone(self):
         self.install()
-        text = description(self.native("opt/second"), SETS.split("<Environment>")[0] + f"""<Environment>
+        text = description(self.native("other/second"), SETS.split("<Environment>")[0] + f"""<Environment>
           <Append VarName="{self.prefix}_LIST">{self.native("opt/product")}/bin2</Append></Environment>""",
                            farewell='<CopyProgress Special="AutoNext"/>')
         second = self.build_package(text, {"menu.changes": "1\nFile\n1\nGreeter\n"}, output="second" + EXE)

@@ -215,8 +215,12 @@ bool FileChange::place(const Work& work, const FileContent& content) {
 
 // A file that was there already counts as well: an earlier run may have been ended before this step.
 void FileChange::markProgram(const Work& work) {
-    if (work.file.executable && context_.machine.files.makeExecutable(work.path) != 0) {
-        context_.debugLog.line("WARNING: " + work.path + " could not be marked as a program");
+    const int status = work.file.executable ? context_.machine.files.makeExecutable(work.path) : 0;
+    if (status != 0) {
+        const std::string failure = work.path + " could not be marked as a program";
+        context_.debugLog.line("WARNING: " + failure);
+        context_.report.addReason(failure, status);
+        failed_ = true;
     }
 }
 

@@ -239,11 +239,13 @@ TEST_F(FileChangeTest, MarksNoProgramThatCouldNotBeWritten) {
     EXPECT_FALSE(files_.didOperation("makeExecutable /app/two"));
 }
 
-TEST_F(FileChangeTest, LogsAProgramThatCannotBeMarkedAndSucceeds) {
+TEST_F(FileChangeTest, FailsWhenAProgramCannotBeMarkedAndSaysWhy) {
     pack({{"two", "two", "22"}});
     describeFiles("<FN Dest='/app' Executable='1'>two</FN>");
     files_.failAt(Operation::kMakeExecutable, "/app/two", 1);
-    EXPECT_TRUE(install());
+    EXPECT_FALSE(install());
+    EXPECT_EQ(ui_.countOf("addMessage(\"/app\\two could not be marked as a program: "), 1);
+    EXPECT_EQ(files_.content("/app/two"), "22");
     EXPECT_TRUE(log_.hasLine("WARNING: /app\\two could not be marked as a program"));
 }
 

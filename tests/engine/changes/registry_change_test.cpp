@@ -154,7 +154,9 @@ TEST_F(RegistryActionTest, ShowsItsLineWhetherOrNotTheChangeWorked) {
     machine_.registry.setReadOnly("Software");
     apply("<AddValue " + at_ + "Value='N' Log='line'>x</AddValue>");
     EXPECT_EQ(textAt("Software\\Demo", "N"), "(none)");
-    EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(\"line\", 0)", "addFileLine(null, 1)"));
+    ASSERT_EQ(ui_.calls.size(), 3U);  // the first one says what failed
+    EXPECT_EQ(ui_.calls[1], "addFileLine(\"line\", 0)");
+    EXPECT_EQ(ui_.calls[2], "addFileLine(null, 1)");
 }
 
 TEST_F(RegistryActionTest, PassesOverChildrenWithoutAPlaceOrPathOrWithAFalseCondition) {
