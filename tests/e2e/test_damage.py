@@ -130,7 +130,7 @@ class SomethingInTheWay(DamageTest):
         self.write("shared/shared.txt/mine.txt", "mine")
         result = self.uninstall()
         self.assert_can_be_repeated(result)
-        self.assertIn("FAILED to restore " + self.native("shared") + "\\shared.txt\n", result.out)
+        self.assertIn("FAILED to restore " + self.on_screen(self.native("shared") + "\\shared.txt") + "\n", result.out)
         self.assertIn("1 file could not be restored.", result.err)
         self.assertEqual(self.read("shared/shared.txt/mine.txt"), b"mine")
         self.assertFalse(self.host("opt/product/data.txt").exists())

@@ -158,7 +158,7 @@ class WrittenPlacesTest(ProductTest):
         os.mkfifo(self.host("opt/product/plain.txt"))
         self.host("opt/product/bin/tool.sh").mkdir(parents=True)
         result = self.install(timeout=60)
-        self.assertIn("FAILED to Create " + self.native("opt/product") + "\\plain.txt", result.out + result.err, result)
+        self.assertIn("FAILED to Create " + self.on_screen(self.native("opt/product") + "\\plain.txt"), result.out + result.err, result)
         self.assertTrue(stat.S_ISFIFO(os.lstat(self.host("opt/product/plain.txt")).st_mode))
         self.assertTrue(self.host("opt/product/bin/tool.sh").is_dir())
         self.assertEqual(self.read("opt/product/kept.txt"), b"new kept\n")

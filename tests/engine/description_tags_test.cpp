@@ -37,8 +37,8 @@ TEST_F(DescriptionTagsTest, FindsContainersByNamesOfTheirOwn) {
 
 TEST_F(DescriptionTagsTest, ComparesNamesOfElementsWithoutCase) {
     describe("<testAPP/>");
-    EXPECT_TRUE(tags_.isCalled(tags_.firstOf("TestApp"), "TestApp"));
-    EXPECT_FALSE(tags_.isCalled(tags_.firstOf("TestApp"), "TerminateApp"));
+    EXPECT_TRUE(tags_.isCalled(document_.findByName("testAPP"), "TestApp"));
+    EXPECT_FALSE(tags_.isCalled(document_.findByName("testAPP"), "TerminateApp"));
 }
 
 TEST_F(DescriptionTagsTest, TakesAMissingConditionOfAnAttributeForFalse) {

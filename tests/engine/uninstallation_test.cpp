@@ -7,6 +7,7 @@
 #include "engine/file_in_use.h"
 #include "engine_fixture.h"
 #include "package/backup_file.h"
+#include "platform/written_path.h"
 #include "support/p_file_stream.h"
 #include "support/text_mode.h"
 
@@ -184,9 +185,9 @@ TEST_F(UninstallationTest, RemovesEverythingInTheEndOfACleanWalk) {
         lines(),
         ElementsAre("addFileLine(\"Delete /app/tool\", 0)", "addFileLine(\"Delete: /app/un/install.log\", 1)",
                     "addFileLine(\"Delete: /app/un/backup.bin\", 0)",
-                    "addFileLine(\"Delete /app/un\\installer\", 0)",
-                    "addFileLine(\"Delete /app/un\\install.xml\", 0)", "addFileLine(\"Remove /app/un\", 0)",
-                    "addFileLine(\"Remove /app\", 0)"));
+                    "addFileLine(\"Delete " + platform::writtenPath("/app/un\\installer") + "\", 0)",
+                    "addFileLine(\"Delete " + platform::writtenPath("/app/un\\install.xml") + "\", 0)",
+                    "addFileLine(\"Remove /app/un\", 0)", "addFileLine(\"Remove /app\", 0)"));
 }
 
 TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {

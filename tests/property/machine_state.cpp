@@ -379,7 +379,7 @@ void useMachine(FakePlatform& machine, const ProductCase& product) {
         }
     }
     if (product.foreignFile) {
-        machine.files.addFile("/product/mine", "the user's");
+        machine.files.addFile(kForeignFile, kForeignContent);
     }
 }
 
@@ -403,7 +403,7 @@ MachineState expectedEnd(const MachineState& start, const ProductCase& product) 
         expectItem(state, item, product.firewallOff);
     }
     if (product.foreignFile) {
-        state.files["/product/mine"] = "the user's";
+        state.files[kForeignFile] = kForeignContent;
     }
     return state;
 }

@@ -8,6 +8,10 @@
 #include "fakes/fake_platform.h"
 #include "product_case.h"
 
+// What the user puts into the product's directory after the installation.
+inline constexpr const char* kForeignFile = "/product/mine";
+inline constexpr const char* kForeignContent = "the user's";
+
 // What an uninstallation must leave as it was, in a form in which allowed differences don't show: entries of
 // the environment without empty ones, INI files as their keys by section, text files without the difference
 // of line ends.

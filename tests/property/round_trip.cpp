@@ -104,6 +104,7 @@ private:
     Findings judgeEnd(const Outcome& outcome);
     Findings judgeSafety(const Outcome& outcome);
     Findings judgeRepetition();
+    Findings judgeWithoutWhatStayed();
     bool isLogSpoilt() const {
         return product_.course == Course::kDamageLog || product_.course == Course::kCutLog;
     }
@@ -221,7 +222,7 @@ Findings Life::judgeInstallation(const Outcome& outcome) {
         const Findings missing = missingParts(machine_, product_);
         found.insert(found.end(), missing.begin(), missing.end());
         if (!machine_.files.hasFile(kLog)) {
-            found.push_back("The installation tells of success and leaves no log");
+            found.push_back("The installation reports success and leaves no log");
         }
     }
     return found;
@@ -231,9 +232,40 @@ Findings Life::judgeEnd(const Outcome& outcome) {
     if (!outcome.finished) {
         return {"The uninstallation doesn't come to its end"};
     }
+    if (outcome.result != 0 && mayLeaveSomething(product_)) {
+        return judgeWithoutWhatStayed();
+    }
     Findings found = differences(expectedEnd(start_, product_), takeState(machine_));
-    if (outcome.result != 0 && !mayLeaveSomething(product_)) {
-        found.push_back("The uninstallation tells of an error");
+    if (outcome.result != 0) {
+        found.push_back("The uninstallation reports an error");
+    }
+    return found;
+}
+
+// A directory that stays because of a file in it makes the walk a failure, which can be repeated once the
+// file has been moved.
+Findings Life::judgeWithoutWhatStayed() {
+    if (!machine_.files.hasFile(kLog)) {
+        return {"The uninstallation failed and can't be repeated: its log is gone"};
+    }
+    Findings found;
+    MachineState expected = expectedEnd(start_, product_);
+    std::erase_if(expected.files, [&](const auto& file) {
+        const auto& [path, content] = file;
+        if (start_.files.contains(path)) {
+            return false;
+        }
+        if (machine_.files.content(path) != content) {
+            found.push_back("A file that was to stay is lost: " + path);
+        }
+        machine_.files.removeFile(path);
+        return true;
+    });
+    if (!uninstall().isSuccess()) {
+        found.push_back("The second uninstallation reports an error");
+    }
+    for (const std::string& line : differences(expected, takeState(machine_))) {
+        found.push_back("After a second uninstallation: " + line);
     }
     return found;
 }
@@ -248,7 +280,7 @@ Findings Life::judgeSafety(const Outcome& outcome) {
     }
     if (outcome.isSuccess()) {
         for (const std::string& line : differences(expectedEnd(start_, product_), takeState(machine_))) {
-            found.push_back("The uninstallation tells of success, but: " + line);
+            found.push_back("The uninstallation reports success, but: " + line);
         }
     } else if (product_.course == Course::kFailUninstallation) {
         const Findings again = judgeRepetition();

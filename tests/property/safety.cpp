@@ -29,10 +29,8 @@ bool mayGo(const ProductCase& product, const std::string& path) {
 
 // A file of the user with a change of the product in it still has each of the user's lines, in their order.
 bool holdsLines(const std::string& found, const std::string& earlier, const std::string& exception) {
-    std::vector<std::string> lines;
-    std::vector<std::string> wanted;
-    OUtils::splitText(found.c_str(), '\n', lines);
-    OUtils::splitText(earlier.c_str(), '\n', wanted);
+    const std::vector<std::string> lines = OUtils::splitText(found, '\n');
+    const std::vector<std::string> wanted = OUtils::splitText(earlier, '\n');
     auto at = lines.begin();
     for (const std::string& line : wanted) {
         if (!exception.empty() && line.starts_with(exception)) {
@@ -71,8 +69,8 @@ void compareFiles(const MachineState& start, const ProductCase& product, const M
             losses.push_back("A file of the user was changed: " + path);
         }
     }
-    if (product.foreignFile && !found.files.contains("/product/mine")) {
-        losses.push_back("A file that the user put there is lost: /product/mine");
+    if (product.foreignFile && !found.files.contains(kForeignFile)) {
+        losses.push_back("A file that the user put there is lost: " + std::string(kForeignFile));
     }
 }
 

@@ -160,7 +160,8 @@ TEST_F(DirectoryUndoTest, FailsForDirectoriesWithForeignFiles) {
     EXPECT_THAT(errors_, ElementsAre("FAILED to remove " + writtenPath("\\a\\b"),
                                      "FAILED to remove " + writtenPath("\\a")));
     EXPECT_THAT(ui_.callsOf("addMessage"),
-                ElementsAre(StartsWith("addMessage(\"\\a\\b: "), StartsWith("addMessage(\"\\a: ")));
+                ElementsAre(StartsWith("addMessage(\"" + writtenPath("\\a\\b") + ": "),
+                            StartsWith("addMessage(\"" + writtenPath("\\a") + ": ")));
 }
 
 TEST_F(DirectoryUndoTest, TakesMissingDirectoriesForRemoved) {

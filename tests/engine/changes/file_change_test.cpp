@@ -250,7 +250,8 @@ TEST_F(FileChangeTest, FailsWhenAProgramCannotBeMarkedAndSaysWhy) {
     describeFiles("<FN Dest='/app' Executable='1'>two</FN>");
     files_.failAt(Operation::kMakeExecutable, "/app/two", 1);
     EXPECT_FALSE(install());
-    EXPECT_EQ(ui_.countOf("addMessage(\"/app\\two could not be marked as a program: "), 1);
+    EXPECT_EQ(ui_.countOf("addMessage(\"" + writtenPath("/app\\two") + " could not be marked as a program: "),
+              1);
     EXPECT_EQ(files_.content("/app/two"), "22");
     EXPECT_TRUE(log_.hasLine("WARNING: /app\\two could not be marked as a program"));
 }
@@ -312,7 +313,7 @@ TEST_F(FileChangeTest, NoticesThatTheDiskFillsUpInTheMiddleOfAFile) {
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create " + writtenPath("/app\\big")});
     const std::vector<std::string> reasons = ui_.callsOf("addMessage");
     ASSERT_EQ(reasons.size(), 1U);
-    EXPECT_TRUE(reasons[0].starts_with("addMessage(\"/app\\big: ")) << reasons[0];
+    EXPECT_TRUE(reasons[0].starts_with("addMessage(\"" + writtenPath("/app\\big") + ": ")) << reasons[0];
     EXPECT_EQ(files_.content("/app/small"), "s");
     EXPECT_NE(installLog().find("FILE\tCREATE\t/app\\small\r\n"), std::string::npos);
 }
