@@ -117,7 +117,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     report.end();
     walk.finish(UndoEnd::kAfterProgress);
     const bool canBeRepeated = removeProduct(product, walk, job);
-    state_ = walk.hasFailed() ? State::kFailed : State::kClean;
+    state_ = walk.hasFailed() && canBeRepeated ? State::kToBeRepeated : State::kOver;
     reportEnd(walk.hasFailed(), canBeRepeated, report);
     return !walk.hasFailed();
 }
@@ -153,12 +153,25 @@ void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& produc
 }
 
 void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job) {
+    findArchive(product, job.context.report);
     const RestoreResult result = restoreFiles(log, product.head, walk, job.context.report);
     if (result == RestoreResult::kNoArchive) {
         job.replaced.isArchiveMissing = true;
         job.replaced.written = stateOf(parts_).load(product.logPath());
     }
     walk.noteResult(result != RestoreResult::kFailed);
+}
+
+// The line of the log that names the archive may be damaged. What the archive holds is lost for ever when a
+// clean-up deletes it, so the place that the description gives is looked at as well.
+void Uninstallation::findArchive(const Product& product, Report& report) {
+    platform::FileSystem& files = parts_.machine.files;
+    const std::string described = product.texts.installBackupFile().value_or("");
+    if (!backupPath_.empty() && !files.exists(backupPath_) && !described.empty() && files.exists(described)) {
+        report.note("There is no backup archive " + platform::writtenPath(backupPath_) + "; " +
+                    platform::writtenPath(described) + " is used.");
+        backupPath_ = described.substr(0, kPathLimit);
+    }
 }
 
 RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk,
@@ -249,7 +262,7 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
 
 bool Uninstallation::unregister() {
     const std::optional<std::string> name = parts_.model.product.fullName();
-    if (!name || state_ == State::kFailed) {
+    if (!name || state_ == State::kToBeRepeated) {
         return false;
     }
     entry_ = name;

@@ -48,13 +48,18 @@ public:
     const std::string& backupPath() const { return backupPath_; }
 
 private:
-    enum class State { kNotRun, kClean, kFailed };
+    enum class State {
+        kNotRun,
+        kOver,          // successful, or failed after what a repetition needs had gone
+        kToBeRepeated,  // failed
+    };
     struct Product;
     struct Cleaning;
 
     void readBackupPath(PStream* log);
     void walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
+    void findArchive(const Product& product, Report& report);
     RestoreResult restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
     void removeByWildcards(Product& product, ChangeJob& job);

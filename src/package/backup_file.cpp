@@ -90,16 +90,24 @@ public:
 private:
     using Found = BackupReader::Found;
 
+    // What is in the place of the current entry.
+    enum class OnDisk {
+        kNothing,
+        kInstalled,  // what the installation put there
+        kChanged,    // what the user made of it since; a link counts as such
+        kUnknown,    // a file that can't be read
+        kOther,      // something else than a file
+    };
+
     // Each deals with the current entry and goes to the one after it, `entry_` from then on.
     Found restoreEmpty();
     Found restoreContent();
-    Found leave();
+    Found leave(RestoreOutcome outcome, int status);
     Found writeBack();
 
     Found findNext();
     bool isPlausible(std::string_view name);
-    bool canOpen(std::string_view path);
-    bool isStillInstalled(bool& outExists);
+    OnDisk compare(int& outStatus);
     bool endsWell(Found found);
     bool copyContent(PFileStream& target, std::int64_t size, int& outStatus);
     void reportWriting(const std::string& name, int status);
@@ -142,29 +150,35 @@ bool RestoreWalk::isPlausible(std::string_view name) {
 // cut: then it had not replaced that file yet. Otherwise the former content is lost with the rest of the
 // archive.
 bool RestoreWalk::endsWell(Found found) {
-    bool exists = false;
+    int status = 0;
     return found == Found::kEnd || found == Found::kUnended ||
-           (found == Found::kCutEntry && !isStillInstalled(exists) && exists);
+           (found == Found::kCutEntry && compare(status) == OnDisk::kChanged);
 }
 
-bool RestoreWalk::canOpen(std::string_view path) {
-    PFileStream stream(files_);
-    // A link is what the user put there since, so it counts as a file that has been changed.
-    return openToRead(stream, path) == 0 || files_.kindOf(path) == platform::PathKind::kLink;
-}
-
-// Whether the file of the current entry is what the installation put there. A check sum of 0 may be that of a
-// file that can't be opened, so only an attempt to open it shows whether it exists.
-bool RestoreWalk::isStillInstalled(bool& outExists) {
-    const std::uint32_t existing = archive_.fileCheckSum(entry_.name);
-    outExists = existing != 0 || canOpen(entry_.name);
-    return outExists && entry_.checkSum == existing;
+// `outStatus` says why a file can't be read.
+RestoreWalk::OnDisk RestoreWalk::compare(int& outStatus) {
+    std::uint32_t existing = 0;
+    outStatus = archive_.readCheckSum(entry_.name, existing);
+    if (outStatus == 0) {
+        return entry_.checkSum == existing ? OnDisk::kInstalled : OnDisk::kChanged;
+    }
+    switch (files_.kindOf(entry_.name)) {
+        case platform::PathKind::kNothing:
+            return OnDisk::kNothing;
+        case platform::PathKind::kLink:
+            return OnDisk::kChanged;
+        case platform::PathKind::kFile:
+            return OnDisk::kUnknown;
+        default:
+            return OnDisk::kOther;
+    }
 }
 
 RestoreWalk::Found RestoreWalk::restoreEmpty() {
     observer_.beforeFile();
     const std::string name = entry_.name;
-    const bool exists = archive_.fileCheckSum(name) != 0 || canOpen(name);
+    const platform::PathKind kind = files_.kindOf(name);
+    const bool exists = kind == platform::PathKind::kFile || kind == platform::PathKind::kLink;
     const Found found = findNext();
     if (exists || found == Found::kDamage) {
         return found;
@@ -178,15 +192,23 @@ RestoreWalk::Found RestoreWalk::restoreEmpty() {
 }
 
 RestoreWalk::Found RestoreWalk::restoreContent() {
-    bool exists = false;
-    const bool isInstalled = isStillInstalled(exists);
+    int status = 0;
+    const OnDisk onDisk = compare(status);
     observer_.beforeFile();
-    return exists && !isInstalled ? leave() : writeBack();
+    if (onDisk == OnDisk::kChanged) {
+        debugLog_.line("Saved check sum different than existing one for " + entry_.name + "; skipping");
+        return leave(RestoreOutcome::kLeft, 0);
+    }
+    // It may be what the user made of it, so it isn't written over either.
+    if (onDisk == OnDisk::kUnknown) {
+        debugLog_.line("ERROR: Could not compare " + entry_.name + " (" + std::to_string(status) + ")");
+        return leave(RestoreOutcome::kFailed, status);
+    }
+    return writeBack();
 }
 
-RestoreWalk::Found RestoreWalk::leave() {
-    debugLog_.line("Saved check sum different than existing one for " + entry_.name + "; skipping");
-    observer_.fileDone(entry_.name, RestoreOutcome::kLeft, number_, 0);
+RestoreWalk::Found RestoreWalk::leave(RestoreOutcome outcome, int status) {
+    observer_.fileDone(entry_.name, outcome, number_, status);
     const bool isReadable = reader_.skip(entry_.size);
     observer_.progress(reader_.percentDone());
     return isReadable ? findNext() : Found::kDamage;
@@ -256,18 +278,25 @@ bool BackupFile::isBackupFile(std::string_view path) {
 }
 
 std::uint32_t BackupFile::fileCheckSum(std::string_view path) {
+    std::uint32_t value = 0;
+    readCheckSum(path, value);
+    return value;
+}
+
+int BackupFile::readCheckSum(std::string_view path, std::uint32_t& outValue) {
+    outValue = 0;
     PFileStream stream(files());
-    if (openToRead(stream, path) != 0) {
-        return 0;
+    if (const int status = openToRead(stream, path); status != 0) {
+        return status;
     }
     const auto block = std::make_unique<unsigned char[]>(kCopyBlockSize);
-    auto value = static_cast<std::uint32_t>(stream.getSize());
+    outValue = static_cast<std::uint32_t>(stream.getSize());
     for (;;) {
         std::uint32_t done = 0;
         const int status = readFull(stream, block.get(), kCopyBlockSize, done);
-        value = foldCheckSum(value, {reinterpret_cast<const char*>(block.get()), done});
+        outValue = foldCheckSum(outValue, {reinterpret_cast<const char*>(block.get()), done});
         if (status != 0 || done < kCopyBlockSize) {
-            return value;
+            return status;
         }
     }
 }

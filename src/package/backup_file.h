@@ -51,6 +51,8 @@ public:
     bool isBackupFile(std::string_view path);
     // The check sum of a file's content; 0 when the file can't be opened, the value so far when a read fails.
     std::uint32_t fileCheckSum(std::string_view path);
+    // The same, with what fileCheckSum can't say: 0, or the system's error number of the step that failed.
+    int readCheckSum(std::string_view path, std::uint32_t& outValue);
     // Adds content to a check sum, which starts as the low 32 bits of the whole size. Only the last piece may
     // have a size that isn't divisible by 4.
     static std::uint32_t foldCheckSum(std::uint32_t value, std::string_view content);

@@ -25,6 +25,7 @@ protected:
             "<ProductDesc><Fullname>Demo</Fullname><Website>web</Website><MajorVersion>1</MajorVersion>"
             "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
             "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
+            "<InstallBackupFile>[DIR]/un/backup.bin</InstallBackupFile>"
             "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>");
     }
 
@@ -157,6 +158,18 @@ TEST_F(UninstallationTest, RestoresFormerContentAndKeepsIt) {
     EXPECT_TRUE(undo("FILE\tOVER\t/app/readme\r\nFILE\tCREATE\t/app/backup.bin\r\n"));
     EXPECT_EQ(files_.content("/app/readme"), "former");
     EXPECT_FALSE(files_.hasFile("/app/backup.bin"));
+}
+
+TEST_F(UninstallationTest, UsesTheDescribedArchiveWhereTheLogNamesNoneThatIsThere) {
+    backUp("/app/readme", "former", "installed");
+    files_.addFile("/app/un/backup.bin", files_.content("/app/backup.bin"));
+    openLog(
+        "/app/install.xml\r\n/app/backuq.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\nFILE\tOVER\t/app/readme\r\n");
+    EXPECT_TRUE(run());
+    EXPECT_EQ(files_.content("/app/readme"), "former");
+    EXPECT_EQ(ui_.countOf(
+                  "addMessage(\"There is no backup archive /app/backuq.bin; /app/un/backup.bin is used.\")"),
+              1);
 }
 
 TEST_F(UninstallationTest, KeepsWhatItRestoredOrLeftWhenTheArchiveIsDamaged) {

@@ -339,6 +339,24 @@ TEST_F(BackupFileTest, LeavesFilesThatTheUserChanged) {
     EXPECT_THAT(observer_.calls, Contains("1 left /a/edited"));
 }
 
+// Neither "changed by the user" nor "restored" would be true.
+TEST_F(BackupFileTest, LeavesAFileThatCannotBeComparedAndReportsIt) {
+    using Operation = MemoryFileSystem::Operation;
+    for (const Operation operation : {Operation::kOpen, Operation::kRead}) {
+        files_.addFile("/a/file", "new content");
+        files_.failAt(operation, "/a/file", 1, 13);
+        observer_.calls.clear();
+        const std::string archive =
+            banner() + entryOf("/a/file", 3, sumOf("new content"), "old") + entryOf("/a/gone", "back") + kEnd;
+        EXPECT_EQ(restore(archive), Restored::kWhole);
+        EXPECT_EQ(files_.content("/a/file"), "new content");
+        EXPECT_EQ(files_.content("/a/gone"), "back");
+        EXPECT_THAT(observer_.calls, Contains("1 failed /a/file 13"));
+        EXPECT_TRUE(console_.hasLine("ERROR: Could not compare /a/file (13)"));
+        files_.removeFile("/a/gone");
+    }
+}
+
 TEST_F(BackupFileTest, RestoresNothingThroughALinkAndLeavesIt) {
     files_.addFile("/victim", "new content");
     files_.addLink("/a/link", "/victim");

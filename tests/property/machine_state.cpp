@@ -4,7 +4,6 @@
 #include <array>
 #include <cstring>
 
-#include "abilities.h"
 #include "base/text_functions.h"
 
 namespace {
@@ -14,6 +13,8 @@ using platform::RegistryView;
 
 constexpr const char* kEnvironmentKey = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment";
 constexpr std::array kUnwatched = {"/kit", "/tmp"};
+// They may stay, empty.
+constexpr std::array kOwnDirectories = {"/var", "/var/state"};
 
 bool isWatched(const std::string& path) {
     return std::none_of(kUnwatched.begin(), kUnwatched.end(),
@@ -39,8 +40,7 @@ std::string joined(const std::vector<std::string>& parts) {
     return text;
 }
 
-// The keys by section; sections without keys don't count. Where the edits put back the value of a key that
-// its user wrote with blanks, equal lines count once.
+// The keys by section; sections without keys don't count.
 std::string iniForm(const std::string& text) {
     std::map<std::string, std::vector<std::string>> sections;
     std::string section;
@@ -60,9 +60,6 @@ std::string iniForm(const std::string& text) {
     std::string form;
     for (auto& [name, keys] : sections) {
         std::sort(keys.begin(), keys.end());
-        if (!abilities::kKeepsValues) {
-            keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-        }
         form += name + "\n" + joined(keys);
     }
     return form;
@@ -99,7 +96,9 @@ void takeDirectories(FakePlatform& machine, const std::string& directory, Machin
     for (const platform::DirectoryEntry& entry : entries) {
         const std::string path = directory + "/" + entry.name;
         if (entry.isDirectory && isWatched(path)) {
-            state.directories.insert(path);
+            if (std::ranges::find(kOwnDirectories, path) == std::end(kOwnDirectories)) {
+                state.directories.insert(path);
+            }
             takeDirectories(machine, path, state);
         }
     }
@@ -112,10 +111,7 @@ void takeEnvironment(const std::string& name, const platform::RegistryValue& val
     if (entries.empty()) {
         return;
     }
-    if (abilities::kKeepsValues) {
-        entries.insert(entries.begin(),
-                       value.type == platform::kRegExpandString ? "(expandable)" : "(plain)");
-    }
+    entries.insert(entries.begin(), value.type == platform::kRegExpandString ? "(expandable)" : "(plain)");
     state.environment[name] = entries;
 }
 
@@ -154,10 +150,10 @@ std::string searchedLine(const Item& item) {
 // Other programs read sections and keys in any case and with blanks; the edits don't.
 std::string earlierIni(const Item& item) {
     static constexpr std::array kSpellings = {"key = old\n", "key=old\n", "KEY=old\n", "Key =old\n"};
-    const std::size_t spelling = abilities::kKeepsValues ? item.lines.size() % kSpellings.size() : 0;
+    const std::size_t spelling = item.lines.size() % kSpellings.size();
     std::string text = "; notes\n[first]\nkey=mine\n";
     if (item.variant % 3 != 0) {
-        text += abilities::kKeepsValues && item.variant % 5 == 0 ? "[Main]\nother=1\n" : "[main]\nother=1\n";
+        text += item.variant % 5 == 0 ? "[Main]\nother=1\n" : "[main]\nother=1\n";
         if (item.earlier) {
             text += kSpellings[spelling];
         }
@@ -169,10 +165,15 @@ std::string earlierIni(const Item& item) {
 // Lists, in some of which entries contain the text that will be added, or are that text.
 platform::RegistryValue earlierVariable(const Item& item) {
     const std::string added = environmentValueOf(item);
-    const int form = abilities::kKeepsValues ? item.variant / 3 : 0;
+    const int form = item.variant / 3;
     const std::string text =
         form % 2 == 0 ? "/usr/own;/usr/other" : added + "x;/x" + added + ";/usr/own;" + added + ";/x" + added;
     return {form >= 2 ? platform::kRegExpandString : platform::kRegString, text};
+}
+
+bool holdsEqualEntry(const Item& item) {
+    return (";" + earlierVariable(item).data + ";").find(";" + environmentValueOf(item) + ";") !=
+           std::string::npos;
 }
 
 void writeVariable(FakePlatform& machine, const std::string& name, const platform::RegistryValue& value) {
@@ -257,14 +258,24 @@ void touchItem(FakePlatform& machine, const Item& item) {
 
 // BackupExisting brings the earlier content back, unless the user has changed the file; without it the file
 // goes, whatever was there.
-void expectFile(MachineState& state, const Item& item) {
+constexpr const char* kBrokenContent = "broken";
+
+// Other files are deleted.
+bool isBrokenInRepair(const Item& item) {
+    return item.variant % 2 != 0;
+}
+
+// Without its archive a file that is known to be what was installed goes as well. What a repair found in the
+// place of a file that may have been the user's counts as his.
+void expectFile(MachineState& state, const Item& item, Course course) {
     const std::string path = filePathOf(item);
-    if (!item.option) {
+    if (!item.option || (course == Course::kLoseArchive && !item.touched)) {
         state.files.erase(path);
     } else if (item.touched) {
         state.files[path] = "changed by the user";
     } else if (!item.earlier) {
-        state.files[path] = installedContentOf(item);
+        state.files[path] =
+            course == Course::kRepair && isBrokenInRepair(item) ? kBrokenContent : installedContentOf(item);
     }
 }
 
@@ -275,21 +286,25 @@ void expectEnvironment(MachineState& state, const Item& item) {
     }
     // The undo of a replacement or creation takes the user's addition along.
     if (!isReplaced) {
-        state.environment[item.name("VAR")].push_back("/user");
+        std::vector<std::string>& entries = state.environment[item.name("VAR")];
+        if (entries.empty()) {
+            entries.push_back("(plain)");
+        }
+        entries.push_back("/user");
     }
 }
 
-void expectItem(MachineState& state, const Item& item, bool firewallOff) {
+void expectItem(MachineState& state, const Item& item, const ProductCase& product) {
     switch (item.kind) {
         case ItemKind::kFile:
-            expectFile(state, item);
+            expectFile(state, item, product.course);
             break;
         case ItemKind::kEnvironment:
             expectEnvironment(state, item);
             break;
         case ItemKind::kFirewallPort:
             // A port that was open already is taken for the product's own.
-            if (!firewallOff && item.variant % 3 != 2) {
+            if (!product.firewallOff && item.variant % 3 != 2) {
                 state.firewall.erase(std::to_string(1000 + item.number) + " tcp");
             }
             break;
@@ -389,10 +404,10 @@ void damageProduct(FakePlatform& machine, const ProductCase& product) {
         const std::string path = filePathOf(item);
         const bool isOwn = item.kind == ItemKind::kFile && machine.files.hasFile(path) &&
                            !(item.earlier && earlierContentOf(item) == installedContentOf(item));
-        if (isOwn && item.variant % 2 == 0) {
-            machine.files.removeFile(path);
+        if (isOwn && isBrokenInRepair(item)) {
+            machine.files.addFile(path, kBrokenContent);
         } else if (isOwn) {
-            machine.files.addFile(path, "broken");
+            machine.files.removeFile(path);
         }
     }
 }
@@ -400,7 +415,7 @@ void damageProduct(FakePlatform& machine, const ProductCase& product) {
 MachineState expectedEnd(const MachineState& start, const ProductCase& product) {
     MachineState state = start;
     for (const Item& item : product.items) {
-        expectItem(state, item, product.firewallOff);
+        expectItem(state, item, product);
     }
     if (product.foreignFile) {
         state.files[kForeignFile] = kForeignContent;
@@ -418,6 +433,14 @@ bool mayLeaveSomething(const ProductCase& product) {
                // The undo of a change to a file that isn't there fails.
                return staysInMadeDirectory || (item.kind == ItemKind::kModifyFile && !item.earlier);
            });
+}
+
+void forgetEqualEntries(const ProductCase& product, MachineState& state) {
+    for (const Item& item : product.items) {
+        if (item.kind == ItemKind::kEnvironment && item.earlier && holdsEqualEntry(item)) {
+            state.environment.erase(item.name("VAR"));
+        }
+    }
 }
 
 std::vector<std::string> differences(const MachineState& expected, const MachineState& found) {

@@ -3,8 +3,6 @@
 #include <array>
 #include <map>
 
-#include "abilities.h"
-
 namespace {
 
 constexpr std::array kKindNames = {
@@ -168,15 +166,16 @@ const char* nameOf(Course course) {
     return kCourseNames[static_cast<std::size_t>(course)];
 }
 
-bool isSupported(Course course) {
+const char* limitOf(Course course) {
     switch (course) {
-        case Course::kPlain:
-            return true;
-        case Course::kInstallAgain:
         case Course::kRepair:
-            return abilities::kInstallsOverItself;
+            return "what comes back into a directory of the product keeps that directory for ever";
+        case Course::kDamageArchive:
+            return "a changed byte within a content of the archive can't be noticed";
+        case Course::kFailUninstallation:
+            return "a failure in the last steps can leave the entry or the sums of the product";
         default:
-            return abilities::kRepeatsUninstallation && abilities::kReplacesFiles && abilities::kKeepsValues;
+            return nullptr;
     }
 }
 
@@ -198,7 +197,7 @@ ProductCase randomCase(RandomNumbers& random) {
     }
     do {
         product.course = random.oneIn(2) ? Course::kPlain : static_cast<Course>(random.below(kCourseCount));
-    } while (!isSupported(product.course));
+    } while (limitOf(product.course) != nullptr);
     product.operation = static_cast<int>(random.below(kFailingOperationCount));
     product.point = static_cast<int>(random.oneIn(2) ? random.below(12) : random.below(4000));
     product.foreignFile = random.oneIn(8);

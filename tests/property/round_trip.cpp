@@ -17,6 +17,7 @@ constexpr const char* kPackage = "/kit/package";
 constexpr const char* kLog = "/product/install.log";
 constexpr const char* kLogCopy = "/kit/install.log";
 constexpr const char* kArchive = "/product/backup.bin";
+constexpr const char* kDescription = "/product/install.xml";
 // More calls of one kind than that are rare.
 constexpr int kMostCalls = 60;
 
@@ -78,6 +79,11 @@ void spoil(MemoryFileSystem& files, const char* path, bool cut, int point) {
     files.addFile(path, content);
 }
 
+// What the programs keep for themselves.
+bool isOwnRecord(const std::string& path) {
+    return path == kLog || path == kArchive || path.starts_with("/var/state/");
+}
+
 using Findings = std::vector<std::string>;
 
 // One product on one machine, from its first installation to its end.
@@ -104,6 +110,7 @@ private:
     Findings judgeEnd(const Outcome& outcome);
     Findings judgeSafety(const Outcome& outcome);
     Findings judgeRepetition();
+    Findings differencesAfterRepetition(MachineState expected);
     Findings judgeWithoutWhatStayed();
     bool isLogSpoilt() const {
         return product_.course == Course::kDamageLog || product_.course == Course::kCutLog;
@@ -114,6 +121,7 @@ private:
     DiskShellObjects shell_{machine_.files};
     platform::Platform platform_;
     MachineState start_;
+    bool wasFaultSet_ = false;
 };
 
 Life::Life(const ProductCase& product)
@@ -145,7 +153,8 @@ Life::Outcome Life::uninstall() {
     if (isLogSpoilt()) {
         spoil(machine_.files, kLogCopy, product_.course == Course::kCutLog, product_.point);
     }
-    if (product_.course == Course::kFailUninstallation) {
+    if (product_.course == Course::kFailUninstallation && !wasFaultSet_) {
+        wasFaultSet_ = true;
         setFault();
     }
     outcome.finished = runSession(platform_, kLogCopy, kSessionActionLog, outcome.result);
@@ -217,7 +226,7 @@ Findings Life::judgeInstallation(const Outcome& outcome) {
     if (!isFaulty) {
         return {};
     }
-    Findings found = lossesOfUser(start_, product_, takeState(machine_));
+    Findings found = lossesOfUser(start_, product_, takeState(machine_), false);
     if (outcome.isSuccess()) {
         const Findings missing = missingParts(machine_, product_);
         found.insert(found.end(), missing.begin(), missing.end());
@@ -264,16 +273,15 @@ Findings Life::judgeWithoutWhatStayed() {
     if (!uninstall().isSuccess()) {
         found.push_back("The second uninstallation reports an error");
     }
-    for (const std::string& line : differences(expected, takeState(machine_))) {
-        found.push_back("After a second uninstallation: " + line);
-    }
+    const Findings end = differencesAfterRepetition(expected);
+    found.insert(found.end(), end.begin(), end.end());
     return found;
 }
 
 // A damaged log is taken for what it says. Of everything else a success is true, and after a failure it can
 // be done again.
 Findings Life::judgeSafety(const Outcome& outcome) {
-    Findings found = lossesOfUser(start_, product_, takeState(machine_));
+    Findings found = lossesOfUser(start_, product_, takeState(machine_), true);
     if (isLogSpoilt() || product_.course == Course::kFailInstallation ||
         product_.course == Course::kFillDisk) {
         return found;
@@ -291,22 +299,35 @@ Findings Life::judgeSafety(const Outcome& outcome) {
     return found;
 }
 
-Findings Life::judgeRepetition() {
-    if (!machine_.files.hasFile(kLog)) {
-        return mayLeaveSomething(product_)
-                   ? Findings()
-                   : Findings{"The uninstallation failed and can't be repeated: its log is gone"};
-    }
-    machine_.files.addFile(kLogCopy, machine_.files.content(kLog));
-    int result = 0;
-    if (!runSession(platform_, kLogCopy, kSessionActionLog, result)) {
-        return {"The second uninstallation doesn't come to its end"};
-    }
+Findings Life::differencesAfterRepetition(MachineState expected) {
+    MachineState state = takeState(machine_);
+    forgetEqualEntries(product_, expected);
+    forgetEqualEntries(product_, state);
     Findings found;
-    for (const std::string& line : differences(expectedEnd(start_, product_), takeState(machine_))) {
+    for (const std::string& line : differences(expected, state)) {
         found.push_back("After a second uninstallation: " + line);
     }
     return found;
+}
+
+// Once the uninstaller has gone, in the last steps, nothing but the log and the archive may be left to
+// delete.
+Findings Life::judgeRepetition() {
+    if (!machine_.files.hasFile(kDescription)) {
+        MachineState found = takeState(machine_);
+        std::erase_if(found.files, [](const auto& file) { return isOwnRecord(file.first); });
+        found.directories.erase("/product");
+        return differences(expectedEnd(start_, product_), found);
+    }
+    if (!machine_.files.hasFile(kLog)) {
+        return {"The uninstallation failed and can't be repeated: its log is gone"};
+    }
+    const Outcome again = uninstall();
+    if (again.isSuccess()) {
+        return differencesAfterRepetition(expectedEnd(start_, product_));
+    }
+    return mayLeaveSomething(product_) ? judgeWithoutWhatStayed()
+                                       : Findings{"The second uninstallation reports an error"};
 }
 
 }  // namespace

@@ -21,8 +21,9 @@ const Item* fileAt(const ProductCase& product, const std::string& path) {
 
 bool mayGo(const ProductCase& product, const std::string& path) {
     return std::any_of(product.items.begin(), product.items.end(), [&](const Item& item) {
+        const bool hasBackup = item.option && product.course != Course::kLoseArchive;
         const bool isFileWithoutBackup =
-            item.kind == ItemKind::kFile && !item.option && filePathOf(item) == path;
+            item.kind == ItemKind::kFile && !hasBackup && filePathOf(item) == path;
         return isFileWithoutBackup || (item.kind == ItemKind::kRemoveFile && item.name("/data/gone") == path);
     });
 }
@@ -58,7 +59,7 @@ bool isAllowed(const ProductCase& product, const std::string& path, const std::s
 }
 
 void compareFiles(const MachineState& start, const ProductCase& product, const MachineState& found,
-                  std::vector<std::string>& losses) {
+                  bool isUsed, std::vector<std::string>& losses) {
     for (const auto& [path, content] : start.files) {
         const auto at = found.files.find(path);
         if (at == found.files.end()) {
@@ -69,7 +70,7 @@ void compareFiles(const MachineState& start, const ProductCase& product, const M
             losses.push_back("A file of the user was changed: " + path);
         }
     }
-    if (product.foreignFile && !found.files.contains(kForeignFile)) {
+    if (isUsed && product.foreignFile && !found.files.contains(kForeignFile)) {
         losses.push_back("A file that the user put there is lost: " + std::string(kForeignFile));
     }
 }
@@ -99,9 +100,9 @@ void compareEnvironment(const MachineState& start, const ProductCase& product, c
 }  // namespace
 
 std::vector<std::string> lossesOfUser(const MachineState& start, const ProductCase& product,
-                                      const MachineState& found) {
+                                      const MachineState& found, bool isUsed) {
     std::vector<std::string> losses;
-    compareFiles(start, product, found, losses);
+    compareFiles(start, product, found, isUsed, losses);
     compareEnvironment(start, product, found, losses);
     return losses;
 }
