@@ -384,6 +384,10 @@ std::optional<std::string> BackupFile::append(const std::string& name, Write wri
         return "There is a previous error";
     }
     const std::int64_t start = getPosition();
+    if (start < 0) {
+        hasError_ = true;
+        return "Error reading the position";
+    }
     const std::optional<std::string> failure = write();
     if (failure) {
         hasError_ = true;
@@ -412,8 +416,13 @@ bool BackupFile::setCheckSum(std::string_view path, std::uint32_t checkSum) {
     LittleEndian::writeUnsigned(field, checkSum);
     std::uint32_t done = 0;
     const std::int64_t end = getPosition();
-    const bool written = seek(found->second) == 0 && write(field, sizeof(field), done) == 0;
-    return seek(end) == 0 && written;
+    const bool written = end >= 0 && seek(found->second) == 0 && write(field, sizeof(field), done) == 0;
+    if (end >= 0 && seek(end) != 0) {
+        hasError_ = true;
+        isPositionLost_ = true;
+        return false;
+    }
+    return written;
 }
 
 std::optional<std::string> BackupFile::writeEntry(const std::string& name,
@@ -486,11 +495,14 @@ bool BackupFile::restoreAll(const DebugLog& debugLog, BackupRestoreObserver& obs
 
 int BackupFile::close() {
     int status = 0;
-    if (mode_ == kWriting) {
+    if (isPositionLost_) {
+        status = -1;  // without its end mark it still gives back what it holds
+    } else if (mode_ == kWriting) {
         const unsigned char end = 0;
         std::uint32_t written = 0;
         status = write(&end, 1, written);
     }
+    isPositionLost_ = false;
     mode_ = kClosed;
     const int closed = PFileStream::close();
     return status != 0 ? status : closed;

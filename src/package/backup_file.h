@@ -104,6 +104,7 @@ private:
 
     Mode mode_ = kClosed;
     bool hasError_ = false;
+    bool isPositionLost_ = false;  // what came next would go over what is there
     // Of the entries that were written: where the check sum is, by the identity of the path.
     std::unordered_map<std::string, std::int64_t> checkSums_;
 };

@@ -230,6 +230,32 @@ TEST_F(BackupFileTest, NamesTheStepThatFailed) {
     }
 }
 
+// Written at a place that isn't known, the rest would go over contents of the user's.
+TEST_F(BackupFileTest, NeverWritesWhereItDoesNotKnowItsPlace) {
+    files_.addFile("/a/one", "the first");
+    files_.addFile("/a/two", "the second");
+    for (int call = 1; call <= 8; ++call) {
+        files_.removeFile(kArchive);
+        BackupFile backup(files_);
+        ASSERT_TRUE(backup.openForWriting(kArchive));
+        files_.failAt(MemoryFileSystem::Operation::kSeek, kArchive, call, 5);
+        const bool hasOne = add(backup, "/a/one") == std::nullopt;
+        backup.setCheckSum("/a/one", sumOf("the first"));
+        const bool hasTwo = add(backup, "/a/two") == std::nullopt;
+        backup.setCheckSum("/a/one", sumOf("the first"));
+        backup.close();
+        files_.clearFaults();
+        BackupFile written(files_);
+        ASSERT_TRUE(written.openForReading(kArchive)) << call;
+        EXPECT_TRUE(written.restoreAll(debugLog_, observer_)) << call;
+        EXPECT_EQ(files_.content("/a/one"), "the first") << call;
+        EXPECT_EQ(files_.content("/a/two"), "the second") << call;
+        const std::string archive = files_.content(kArchive);
+        EXPECT_EQ(archive.find("the first") != std::string::npos, hasOne) << call;
+        EXPECT_EQ(archive.find("the second") != std::string::npos, hasTwo) << call;
+    }
+}
+
 TEST_F(BackupFileTest, ReportsReadingThatFailsOrComesShort) {
     files_.addFile("/a/file", "content");
     BackupFile backup(files_);
