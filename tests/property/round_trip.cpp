@@ -6,6 +6,8 @@
 #include "fakes/fake_console.h"
 #include "fakes/walking_ui.h"
 #include "machine_state.h"
+#include "package/backup_file.h"
+#include "package/backup_reader.h"
 #include "package/package_writer.h"
 #include "safety.h"
 #include "session/session_flags.h"
@@ -79,6 +81,23 @@ void spoil(MemoryFileSystem& files, const char* path, bool cut, int point) {
     files.addFile(path, content);
 }
 
+// Whether an archive ends after an entry and without its end mark: that of an installation that was killed
+// looks the same, so nobody can know that something is missing.
+bool isCutBetweenEntries(MemoryFileSystem& files, const char* path) {
+    BackupFile archive(files);
+    if (!archive.openForReading(path)) {
+        return false;
+    }
+    using Found = BackupReader::Found;
+    BackupReader reader(archive);
+    BackupEntry entry;
+    Found found = reader.start() ? reader.next(entry) : Found::kDamage;
+    while (found == Found::kEntry) {
+        found = reader.skip(entry.size) ? reader.next(entry) : Found::kDamage;
+    }
+    return found == Found::kUnended;
+}
+
 // What the programs keep for themselves.
 bool isOwnRecord(const std::string& path) {
     return path == kLog || path == kArchive || path.starts_with("/var/state/");
@@ -122,6 +141,7 @@ private:
     platform::Platform platform_;
     MachineState start_;
     bool wasFaultSet_ = false;
+    bool isCutUnnoticed_ = false;
 };
 
 Life::Life(const ProductCase& product)
@@ -182,6 +202,8 @@ void Life::spoilRecords() {
         machine_.files.removeFile(kArchive);
     } else if (product_.course == Course::kDamageArchive || product_.course == Course::kCutArchive) {
         spoil(machine_.files, kArchive, product_.course == Course::kCutArchive, product_.point);
+        isCutUnnoticed_ =
+            product_.course == Course::kCutArchive && isCutBetweenEntries(machine_.files, kArchive);
     }
 }
 
@@ -282,7 +304,7 @@ Findings Life::judgeWithoutWhatStayed() {
 // be done again.
 Findings Life::judgeSafety(const Outcome& outcome) {
     Findings found = lossesOfUser(start_, product_, takeState(machine_), true);
-    if (isLogSpoilt() || product_.course == Course::kFailInstallation ||
+    if (isLogSpoilt() || isCutUnnoticed_ || product_.course == Course::kFailInstallation ||
         product_.course == Course::kFillDisk) {
         return found;
     }
