@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 
+#include "engine/changes/text_lines.h"
 #include "engine/installation_fixture.h"
 #include "engine/product_state.h"
 #include "engine/uninstallation.h"
@@ -72,8 +73,8 @@ protected:
         files_.addDirectory("/shared");
         files_.addFile("/shared/keep.txt", "the user's keep");
         files_.addFile("/shared/same.txt", "the user's same");
-        files_.addFile("/shared/conf.ini", "[s]\nknown=before\n");
-        files_.addFile("/shared/list.txt", "anchor\nend\n");
+        files_.addFile("/shared/conf.ini", textOf({"[s]", "known=before"}));
+        files_.addFile("/shared/list.txt", textOf({"anchor", "end"}));
         machine_.registry.addText(RegistryRoot::kLocalMachine, platform::kSystemEnvironmentKey, "PATH",
                                   "/bin");
         machine_.registry.addText(RegistryRoot::kLocalMachine, platform::kSystemEnvironmentKey, "MODE",
@@ -182,7 +183,7 @@ TEST_F(InstallationRepeatsTest, LeaveTheFilesOfTheLatestVersion) {
     ASSERT_TRUE(install('B'));
     EXPECT_EQ(files_.content("/app/one"), "one of b");
     EXPECT_EQ(files_.content("/shared/keep.txt"), "keep of b");
-    EXPECT_EQ(files_.content("/shared/list.txt"), "anchor\nline of b\nand more\nend\n");
+    EXPECT_EQ(files_.content("/shared/list.txt"), textOf({"anchor", "line of b", "and more", "end"}));
     EXPECT_EQ(environment("MODE"), "b");
 }
 

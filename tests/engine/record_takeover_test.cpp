@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "engine/changes/change_table.h"
+#include "engine/changes/text_lines.h"
 #include "engine/engine_fixture.h"
 #include "package/backup_reader.h"
 
@@ -81,7 +82,7 @@ TEST_F(RecordTakeoverTest, TakesAddedLinesOutWithoutAWord) {
     files_.addFile("/app/list", "anchor\nadded\nend\n");
     ASSERT_TRUE(read("MODIFYFILE\tADDAFTER\t/app/list\t/app/script\r\n"));
     EXPECT_EQ(write(), "");
-    EXPECT_EQ(files_.content("/app/list"), "anchor\nend\n");
+    EXPECT_EQ(files_.content("/app/list"), textOf({"anchor", "end"}));
     EXPECT_TRUE(ui_.calls.empty());
 }
 
