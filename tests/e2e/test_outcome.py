@@ -2,6 +2,7 @@
 
 import shutil
 import signal
+import unittest
 
 from descriptions import description
 from harness import EXE, WINDOWS, EndToEndTest, main
@@ -119,9 +120,10 @@ class HeldInstallations(OutcomeTest):
         self.assert_failed(result)
         self.assertEqual(result.err, 'Nothing was installed: the run was held on the page "RunningApps"\n')
 
+    @unittest.skipIf(WINDOWS, "Wine's console is a process of its own, which no signal to the program reaches")
     def test_a_run_that_is_interrupted_while_it_waits_is_no_success(self):
         self.hold(' Special="Automated"')
-        for event in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)[:1 if WINDOWS else 3]:
+        for event in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             terminal = self.open_terminal(self.setup, "-auto")
             terminal.expect("because the processes listed above are running.")
             terminal.process.send_signal(event)
