@@ -388,7 +388,7 @@ std::optional<std::string> BackupFile::append(const std::string& name, Write wri
         hasError_ = true;
         return "Error reading the position";
     }
-    const std::optional<std::string> failure = write();
+    std::optional<std::string> failure = write();
     if (failure) {
         hasError_ = true;
         // Nothing may follow the end byte that close() writes here.
@@ -428,8 +428,7 @@ bool BackupFile::setCheckSum(std::string_view path, std::uint32_t checkSum) {
 std::optional<std::string> BackupFile::writeEntry(const std::string& name,
                                                   std::optional<std::uint32_t> checkSum) {
     const std::int64_t size = getFileSize(name);
-    const std::optional<std::string> failure =
-        writeHead(name, size, checkSum ? *checkSum : fileCheckSum(name));
+    std::optional<std::string> failure = writeHead(name, size, checkSum ? *checkSum : fileCheckSum(name));
     if (failure || size == 0) {
         return failure;
     }

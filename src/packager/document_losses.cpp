@@ -81,6 +81,7 @@ std::vector<std::string> markdownLosses(std::string_view document) {
     });
     losses.erase(std::unique(losses.begin(), losses.end()), losses.end());
     std::vector<std::string> texts;
+    texts.reserve(losses.size());
     for (const TGMLoss& loss : losses) {
         texts.push_back(startOf(std::size_t{loss.line} + 1).append(describe(loss.kind)));
     }

@@ -135,14 +135,14 @@ std::optional<Fault> editFile(platform::FileSystem& files, std::string_view path
                               Walk walk) {
     TextFile source(files, std::string(scriptPath));
     TextFile target(files, std::string(path));
-    if (const auto fault = faultOfLoad(source, scriptPath, OUtils::Links::kFollow)) {
+    if (auto fault = faultOfLoad(source, scriptPath, OUtils::Links::kFollow)) {
         return fault;
     }
     const auto script = EditScript::parse(splitTextLines(source.content()));
     if (!script) {
         return Fault{scriptPath, "it isn't a list of edits"};
     }
-    if (const auto fault = faultOfLoad(target, path, OUtils::Links::kRefuse)) {
+    if (auto fault = faultOfLoad(target, path, OUtils::Links::kRefuse)) {
         return fault;
     }
     TextLines changed;

@@ -34,14 +34,18 @@ int look(dl_phdr_info* object, std::size_t /*size*/, void* argument) {
     int found = 0;
     forSegments(*object, PT_LOAD, [&](ElfW(Addr) start, ElfW(Addr) end) {
         if (search.address >= start && search.address < end) {
+            // The loader's table has numbers, the unwinder's has pointers.
+            // NOLINTBEGIN(performance-no-int-to-ptr)
             search.found->dlfo_map_start = reinterpret_cast<void*>(start);
             search.found->dlfo_map_end = reinterpret_cast<void*>(end);
+            // NOLINTEND(performance-no-int-to-ptr)
             found = 1;
         }
     });
     if (found != 0) {
         forSegments(*object, PT_GNU_EH_FRAME, [&](ElfW(Addr) start, ElfW(Addr)) {
-            search.found->dlfo_eh_frame = reinterpret_cast<void*>(start);
+            search.found->dlfo_eh_frame =
+                reinterpret_cast<void*>(start);  // NOLINT(performance-no-int-to-ptr)
         });
     }
     return found;
