@@ -5,6 +5,7 @@
 #include "engine/line_reader.h"
 #include "platform/file_system.h"
 #include "support/p_file_stream.h"
+#include "support/replacing_file.h"
 
 namespace {
 
@@ -48,20 +49,6 @@ std::string pathBeside(const std::string& path, int number) {
     beside += kTemporaryStem;
     beside += number == 0 ? "" : std::to_string(number);
     return beside.append(kTemporaryExtension);
-}
-
-// A taken name is somebody else's, or that of a run that was killed.
-bool createBeside(const std::string& logPath, platform::FileSystem& files, PFileStream& to) {
-    for (int number = 0; number < kMostNames; ++number) {
-        const std::string path = pathBeside(logPath, number);
-        if (to.createNew(path, true) == 0) {
-            return true;
-        }
-        if (!files.exists(path)) {
-            return false;
-        }
-    }
-    return false;
 }
 
 bool holds(const std::string& line, std::string_view text) {
@@ -129,7 +116,9 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
         throw InstallerError("ERROR: Opening action file (%s)", logPath.c_str());
     }
     PFileStream to(files_);
-    const bool isCreated = createBeside(logPath, files_, to);
+    // A taken name is somebody else's, or that of a run that was killed.
+    const auto nameBeside = [&](int number) { return pathBeside(logPath, number); };
+    const bool isCreated = createUnderFreeName(to, files_, nameBeside, kMostNames, true) == 0;
     const std::string temporary = to.getName();
     if (!isCreated) {
         throw InstallerError("ERROR: Creating temp file for new log (%s)", temporary.c_str());

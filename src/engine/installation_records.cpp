@@ -18,11 +18,12 @@
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "support/p_file_stream.h"
+#include "support/replacing_file.h"
 
 namespace {
 
-constexpr std::uint32_t kCopyBlock = 256 * 1024;
 constexpr int kMostNames = 1000;
+constexpr std::uint32_t kCopyBlock = 256 * 1024;
 
 // The files that records of INI and MODIFYFILE name, each once: the second of their fields.
 std::set<std::string> editedFilesIn(platform::FileSystem& files, const std::string& logPath) {
@@ -42,19 +43,6 @@ std::set<std::string> editedFilesIn(platform::FileSystem& files, const std::stri
         }
     }
     return found;
-}
-
-// Creates a file under a name that nobody has, for this user alone.
-int createBeside(platform::FileSystem& files, const std::string& path, PFileStream& out) {
-    int status = -1;
-    for (int number = 1; status != 0 && number <= kMostNames; ++number) {
-        const std::string name = path + "." + std::to_string(number) + ".tmp";
-        status = out.createNew(name, true);
-        if (status != 0 && !files.exists(name)) {
-            break;
-        }
-    }
-    return status;
 }
 
 int copyContent(PFileStream& from, PFileStream& to) {
@@ -236,7 +224,8 @@ int InstallationRecords::copyPrivately(const std::string& from, const std::strin
     PFileStream copy(files);
     int status = source.openFile(from, PFileStream::kGenericRead, PFileStream::kShareRead,
                                  PFileStream::kOpenExisting | PFileStream::kSequential);
-    status = status != 0 ? status : createBeside(files, to, copy);
+    const auto nameBeside = [&](int number) { return to + "." + std::to_string(number + 1) + ".tmp"; };
+    status = status != 0 ? status : createUnderFreeName(copy, files, nameBeside, kMostNames, true);
     if (status != 0) {
         return status;
     }

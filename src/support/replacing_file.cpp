@@ -19,6 +19,18 @@ std::string nameBeside(const std::string& path, int number) {
 
 }  // namespace
 
+int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
+                        const std::function<std::string(int number)>& nameOf, int most, bool isPrivate) {
+    int status = -1;
+    for (int number = 0; status != 0 && number < most; ++number) {
+        status = stream.createNew(nameOf(number), isPrivate);
+        if (status != 0 && !files.exists(stream.getName())) {
+            break;
+        }
+    }
+    return status;
+}
+
 int ReplacingFile::open(std::string_view path, FileRights rights) {
     discard();
     path_ = path;
@@ -33,17 +45,9 @@ int ReplacingFile::open(std::string_view path, FileRights rights) {
 // Private until it has the rights of the file that it replaces: those may be fewer than a new file has.
 int ReplacingFile::createBeside() {
     const bool isPrivate = present_ == PathKind::kFile || rights_ == FileRights::kPrivate;
-    int status = -1;
-    for (int number = 1; status != 0 && number <= kMostNames; ++number) {
-        beside_ = nameBeside(path_, number);
-        status = stream_.createNew(beside_, isPrivate);
-        if (status != 0 && !files_.exists(beside_)) {
-            break;
-        }
-    }
-    if (status != 0) {
-        beside_.clear();
-    }
+    const int status = createUnderFreeName(
+        stream_, files_, [this](int number) { return nameBeside(path_, number + 1); }, kMostNames, isPrivate);
+    beside_ = status == 0 ? stream_.getName() : "";
     return status;
 }
 

@@ -1,10 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "platform/file_system.h"
 #include "support/p_file_stream.h"
+
+// Creates a file for writing with `stream` under the first of the names nameOf(0) to nameOf(most - 1) that
+// nobody has; what has one stays. `isPrivate`: for this user alone. 0, the system's error number when no name
+// is free or the file can't be created, or -1 without a name. The stream has the name that was tried last.
+int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
+                        const std::function<std::string(int number)>& nameOf, int most, bool isPrivate);
 
 // A file that takes the place of another one only when it is complete. Until then it lies beside its place
 // under a name that nobody had, so that no failure costs the old file, and nobody sees a half one. The old

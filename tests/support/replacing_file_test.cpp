@@ -207,4 +207,16 @@ TEST(ReplacingFileDiskTest, LeavesNothingButTheFile) {
     EXPECT_EQ(entries.size(), 1U);
 }
 
+TEST(CreateUnderFreeName, TakesTheFirstFreeOneAndStopsAtTheLast) {
+    MemoryFileSystem files;
+    files.addFile("/d/0", "somebody's");
+    PFileStream stream(files);
+    const auto nameOf = [](int number) { return "/d/" + std::to_string(number); };
+    EXPECT_NE(createUnderFreeName(stream, files, nameOf, 1, true), 0);
+    EXPECT_EQ(createUnderFreeName(stream, files, nameOf, 2, true), 0);
+    EXPECT_EQ(stream.getName(), "/d/1");
+    EXPECT_EQ(files.content("/d/0"), "somebody's");
+    EXPECT_EQ(createUnderFreeName(stream, files, nameOf, 0, true), -1);
+}
+
 }  // namespace
