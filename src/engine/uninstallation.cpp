@@ -255,8 +255,8 @@ bool Uninstallation::clean(const Cleaning& cleaning, ChangeJob& job) {
         .has_value();
 }
 
-// The last steps of a walk in which everything else went well. The uninstaller goes first: of these files it
-// is the likeliest to resist, because somebody may run it. False when it has gone and others have not.
+// The last steps of a walk in which everything else went well. False when the uninstaller has gone and other
+// files have not.
 bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& job) {
     if (walk.hasFailed() || walk.isToEnd()) {
         return true;
@@ -276,6 +276,11 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     if (walk.hasFailed()) {
         return restoreEntry(product);
     }
+    return removeKeptFiles(product, walk, job);
+}
+
+// The uninstaller goes first: of these files it is the likeliest to resist, because somebody may run it.
+bool Uninstallation::removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob& job) {
     job.kept.release();
     walk.deletePostponed(product.uninstaller());
     if (walk.hasFailed()) {

@@ -67,6 +67,7 @@ private:
     void removeByWildcards(Product& product, ChangeJob& job);
     bool clean(const Cleaning& cleaning, ChangeJob& job);
     bool removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);
+    bool removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob& job);
     bool removeEntry();
     bool restoreEntry(const Product& product);
     void reportEnd(bool failed, bool canBeRepeated, Report& report);
