@@ -48,7 +48,7 @@ private:
     void removeWhatStays();
     void removeWhatActionsLeave();
     Promise promise() const;
-    bool fails(Course first, Course second) const {
+    bool isEither(Course first, Course second) const {
         return product_.course == first || product_.course == second;
     }
     void find(const std::string& line) { findings_.push_back(line); }
@@ -84,7 +84,7 @@ Findings RoundTrip::run() {
 // Without a fault everything goes well, but for what is refused. With one it may not, but then it is said,
 // and the user loses nothing.
 void RoundTrip::install() {
-    const bool isFaulty = fails(Course::kFailInstallation, Course::kFillDisk);
+    const bool isFaulty = isEither(Course::kFailInstallation, Course::kFillDisk);
     if (product_.course == Course::kFailInstallation) {
         life_.setFault();
     } else if (product_.course == Course::kFillDisk) {
@@ -111,7 +111,7 @@ void RoundTrip::install() {
 }
 
 void RoundTrip::installFurther() {
-    if (!fails(Course::kInstallAgain, Course::kRepair)) {
+    if (!isEither(Course::kInstallAgain, Course::kRepair)) {
         return;
     }
     if (product_.course == Course::kRepair) {
