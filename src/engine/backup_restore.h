@@ -19,6 +19,9 @@ struct RestoreQuestions {
     std::function<bool()> isToEnd;  // asked before each file
     // Whether the installation replaced this file. Of a damaged archive that shows entries that never were.
     std::function<bool(std::string_view path)> wasReplaced;
+    // A plain file whose rights the restored file gets if nothing is in its place; empty for those of a new
+    // file.
+    std::function<std::string(std::string_view path)> rightsOf;
 };
 
 // Restores the files of a backup archive and reports each file and the progress. Everything restored stays,
