@@ -1,8 +1,5 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "engine/removal_record.h"
 #include "platform/platform.h"
 
@@ -19,17 +16,16 @@ class Report;
 // that the archive can be unpacked afterwards (RestoreQuestions::rightsOf for their rights).
 class RemovalPlayback {
 public:
-    // The real machine. All are borrowed.
-    RemovalPlayback(const platform::Platform& machine, RemovalJournal& journal, Report& report);
+    // The real machine, and a journal that is open. All are borrowed.
+    RemovalPlayback(const platform::Platform& machine, RemovalJournal& journal, Report& report)
+        : machine_(machine), journal_(journal), report_(report) {}
 
     // True when everything came back.
     bool run();
 
 private:
-    class Settings;
-    class Places;
-
-    bool takeBack(const RemovalRecord& record);
+    bool takeBack(const std::vector<RemovalRecord>& records);
+    bool broadcast(const std::vector<RemovalRecord>& records);
 
     platform::Platform machine_;
     RemovalJournal& journal_;

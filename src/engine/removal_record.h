@@ -66,6 +66,7 @@ struct RemovalRecord {
         kPlaceIsOurs = 2,   // ... what it replaces
         kIsArchived = 4,    // what was in the place is in an archive
         kWasUnreadable = 8,
+        kWasListed = 16,  // the removal had the choice to leave it
     };
 
     RemovalStep step = RemovalStep::kNote;
@@ -90,7 +91,8 @@ std::optional<std::string> frameOf(const RemovalRecord& record);
 
 struct ReadRecords {
     std::vector<RemovalRecord> records;  // in the order of the file
-    bool isWhole = false;                // nothing was passed over, no torn end either
+    bool isWhole = false;  // nothing was passed over but the torn end of a writer that was stopped
+    std::size_t end = 0;   // where the last record that is whole ends
 };
 
 // All records of a journal's content that are whole; what is damaged is passed over. Nothing without the
