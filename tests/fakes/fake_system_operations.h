@@ -30,7 +30,7 @@ public:
     std::string temporaryFile = "/tmp/orinstall1";
     bool copyWorks = true;
     bool registrationWorks = true;
-    bool removalWorks = true;       // of an entry
+    bool removalWorks = true;  // of an entry
     std::function<void()> onRemoval = [] {};
     std::set<std::string> staying;  // applications whose uninstallers don't remove them
 

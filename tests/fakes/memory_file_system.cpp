@@ -384,6 +384,23 @@ std::vector<std::string> MemoryFileSystem::allFiles() const {
     return files;
 }
 
+std::map<std::string, std::string> MemoryFileSystem::everything() const {
+    const std::lock_guard lock(mutex_);
+    std::map<std::string, std::string> all;
+    for (const auto& [key, node] : nodes_) {
+        std::string& text = all[node->path];
+        if (node->kind == kFile) {
+            text = std::string("file") + (node->executable ? " program" : "") +
+                   (node->isPrivate ? " private" : "") + ": " + node->content;
+        } else {
+            text = node->kind == kLink        ? "link to " + node->content
+                   : node->kind == kDirectory ? "directory"
+                                              : "device";
+        }
+    }
+    return all;
+}
+
 int MemoryFileSystem::openFileCount() const {
     const std::lock_guard lock(mutex_);
     return openFiles_;

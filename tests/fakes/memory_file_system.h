@@ -75,6 +75,9 @@ public:
     bool hasDirectoryRights(std::string_view path) const;
     // The full paths of all files and links in their own case with `/`, in the order of their lower case.
     std::vector<std::string> allFiles() const;
+    // All that is there, by its path in its own case: "directory", "file: content", "file program
+    // private: content", "link to /a", "device".
+    std::map<std::string, std::string> everything() const;
     int openFileCount() const;
 
     // The n-th (from 1) operation of this kind from now on fails with `status`, at this path or, with an
