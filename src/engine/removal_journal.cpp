@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/path_functions.h"
+#include "base/text_functions.h"
 #include "engine/removal_journal_format.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
@@ -39,7 +40,8 @@ int RemovalJournal::open() {
         status = files_.createPrivateDirectory(stateDirectory_, Format::kDirectoryPrefix, directory_);
     }
     status = status != 0 ? status : file_.createPrivate(journalIn(directory_));
-    status = status != 0 ? status : write(Format::kBanner, Durability::kFlushed);
+    status = status != 0 ? status : write(Format::kBanner, Durability::kWritten);
+    status = status != 0 ? status : note(Format::kLevelsNote, std::to_string(madeLevels_.size()));
     if (status != 0) {
         discard();
     }
@@ -92,8 +94,19 @@ void RemovalJournal::adopt(const RemovalRecord& record) {
     lastKept_ = std::max(lastKept_, record.kept);
     if (record.step == RemovalStep::kNote) {
         notes_[record.path] = record.other;
+        adoptLevels();
     } else if (record.step == RemovalStep::kArchived) {
         archived_[pathIdentity(record.path)] = record.kept;
+    }
+}
+
+// As many levels of the state directory as another run made for this journal.
+void RemovalJournal::adoptLevels() {
+    const int levels = OUtils::textToInteger(noteOf(Format::kLevelsNote).value_or(""));
+    madeLevels_.clear();
+    std::string level(OUtils::stripTrailingSeparators(stateDirectory_));
+    for (int i = 0; i < levels && !level.empty(); ++i, level = parentOf(level)) {
+        madeLevels_.push_back(level);
     }
 }
 

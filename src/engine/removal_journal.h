@@ -89,6 +89,7 @@ private:
     int makeStateDirectory();
     int write(std::string_view frames, Durability durability);
     void adopt(const RemovalRecord& record);
+    void adoptLevels();
     bool removeContent();
     void removeStateDirectory();
 

@@ -14,6 +14,9 @@ inline constexpr std::string_view kFileName = "journal";
 // The version is part of it: a reader takes its own alone.
 inline constexpr std::string_view kBanner = "TANDREL REMOVAL JOURNAL 1\n";
 
+// The name of the note that says how many levels of the state directory were made for the journal.
+inline constexpr std::string_view kLevelsNote = "levels made";
+
 // The head of a record.
 inline constexpr std::string_view kMark = "\x9eRec";
 inline constexpr std::size_t kSizeOffset = 4;

@@ -51,18 +51,18 @@ DirectoryStream streamOf(int descriptor) {
 }
 
 // For file systems that can't rename without replacing: a look before the leap.
-int moveToFreePath(int base, const std::string& path, const std::string& to) {
-    if (renameat2(base, path.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+int moveToFreePath(int base, const char* path, const char* to) {
+    if (renameat2(base, path, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
         return 0;
     }
     if (errno != EINVAL && errno != ENOSYS) {
         return errno;
     }
     struct stat status {};
-    if (lstat(to.c_str(), &status) == 0) {
+    if (lstat(to, &status) == 0) {
         return EEXIST;
     }
-    return errorOf(renameat(base, path.c_str(), AT_FDCWD, to.c_str()));
+    return errorOf(renameat(base, path, AT_FDCWD, to));
 }
 
 // Entries whose names no path can mean count as well.
@@ -84,32 +84,36 @@ int emptinessOf(int descriptor) {
 }  // namespace
 
 int PosixDirectory::takeFileAway(int base, const std::string& path, const std::string& to) {
+    const char* const from = path.c_str();
     struct stat status {};
-    if (fstatat(base, path.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (fstatat(base, from, &status, AT_SYMLINK_NOFOLLOW) != 0) {
         return errno;
     }
     if (S_ISDIR(status.st_mode)) {
         return EISDIR;
     }
     // A device is nobody's file.
-    return S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode) ? EPERM : moveToFreePath(base, path, to);
+    return S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode) ? EPERM
+                                                              : moveToFreePath(base, from, to.c_str());
 }
 
 // Something may come into it up to the last moment, so it is looked at again when it has moved.
 int PosixDirectory::takeDirectoryAway(int base, const std::string& path, const std::string& to) {
+    const char* const from = path.c_str();
+    const char* const target = to.c_str();
     const Descriptor taken(retryInterrupted(
-        [&] { return openat(base, path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+        [&] { return openat(base, from, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
     if (!taken.isOpen()) {
         return errno;
     }
     int status = emptinessOf(taken.get());
-    status = status != 0 ? status : moveToFreePath(base, path, to);
+    status = status != 0 ? status : moveToFreePath(base, from, target);
     if (status != 0) {
         return status;
     }
     status = emptinessOf(taken.get());
     if (status != 0) {
-        renameat2(AT_FDCWD, to.c_str(), base, path.c_str(), RENAME_NOREPLACE);
+        renameat2(AT_FDCWD, target, base, from, RENAME_NOREPLACE);
     }
     return status;
 }

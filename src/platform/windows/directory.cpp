@@ -61,7 +61,7 @@ int moveOpen(HANDLE entry, const std::wstring& to) {
     auto* const info = reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
     info->ReplaceIfExists = FALSE;
     info->FileNameLength = static_cast<DWORD>(textSize);
-    std::memcpy(info->FileName, to.c_str(), textSize);
+    std::memcpy(info->FileName, to.data(), textSize);  // the rest is zero, its end too
     return statusOf(
         SetFileInformationByHandle(entry, FileRenameInfo, info, static_cast<DWORD>(buffer.size())));
 }
