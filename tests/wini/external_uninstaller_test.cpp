@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <utility>
 
 #include "contracts/system_operations.h"
@@ -21,7 +22,14 @@ constexpr char kCommand[] = "\"C:\\Old App\\un.exe\" -uninstall=\"C:\\Old App\\i
 
 class ExternalUninstallerTest : public testing::Test {
 protected:
-    ExternalUninstallerTest() { add("Old", kCommand); }
+    ExternalUninstallerTest() {
+        add("Old", kCommand);
+        ui_.onCall = [this](const std::string& call) {
+            if (call == "pumpEvents()" && actions_.contains(++looks_)) {
+                actions_[looks_]();
+            }
+        };
+    }
 
     void add(const char* name, const char* command, RegistryView view = RegistryView::kNative) {
         machine_.registry.addText(RegistryRoot::kLocalMachine, UninstallList::keyOf(name), "UninstallString",
@@ -33,16 +41,8 @@ protected:
     void removeEntry(const char* name, RegistryView view = RegistryView::kNative) {
         machine_.registry.deleteKey(RegistryRoot::kLocalMachine, UninstallList::keyOf(name), view);
     }
-    // The number of times that the uninstaller was looked at until now.
-    int looks() const { return ui_.countOf("pumpEvents()"); }
-    // Has something happen at a look.
-    void atLook(int number, std::function<void()> action) {
-        ui_.onCall = [this, number, action = std::move(action)](const std::string& call) {
-            if (call == "pumpEvents()" && looks() == number) {
-                action();
-            }
-        };
-    }
+    // Has something happen at a look, by its number.
+    void atLook(int number, std::function<void()> action) { actions_[number] = std::move(action); }
     void signalBoth() {
         machine_.events.signal(kUninstallerStartEvent);
         machine_.events.signal(kUninstallerEndEvent);
@@ -58,6 +58,8 @@ protected:
     FakePlatform machine_;
     FakeConsole log_;
     RecordingUI ui_;
+    int looks_ = 0;  // at the uninstaller, until now
+    std::map<int, std::function<void()>> actions_;
     bool isToEnd_ = false;
     ExternalUninstaller uninstaller_{{machine_.registry, machine_.processes, machine_.events}, log_};
 };
@@ -72,7 +74,7 @@ TEST_F(ExternalUninstallerTest, WaitsForTheEndOfAProgramThatTakesItselfOffTheLis
     atLook(10, [this] { removeEntry("Old"); });
     EXPECT_TRUE(uninstall("Old", "", kEntryWait, &ui_));
     EXPECT_EQ(started(), Lines{kCommand});
-    EXPECT_EQ(looks(), 21);
+    EXPECT_EQ(looks_, 21);
     EXPECT_EQ(ui_.countOf("addMessage"), 0);
     EXPECT_EQ(ui_.countOf("messageBox"), 0);
     EXPECT_TRUE(log_.lines().empty());
@@ -81,17 +83,11 @@ TEST_F(ExternalUninstallerTest, WaitsForTheEndOfAProgramThatTakesItselfOffTheLis
 
 // The first program ends at once, as those of our own uninstallers do.
 TEST_F(ExternalUninstallerTest, WaitsForTheSignalsOfTheProgramThatGoesOn) {
-    ui_.onCall = [this](const std::string&) {
-        if (looks() == 30) {
-            machine_.events.signal(kUninstallerStartEvent);
-        } else if (looks() == 60) {
-            removeEntry("Old");
-        } else if (looks() == 90) {
-            machine_.events.signal(kUninstallerEndEvent);
-        }
-    };
+    atLook(30, [this] { machine_.events.signal(kUninstallerStartEvent); });
+    atLook(60, [this] { removeEntry("Old"); });
+    atLook(90, [this] { machine_.events.signal(kUninstallerEndEvent); });
     EXPECT_TRUE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 90);
+    EXPECT_EQ(looks_, 90);
     EXPECT_EQ(ui_.countOf("addMessage"), 0);
 }
 
@@ -101,7 +97,7 @@ TEST_F(ExternalUninstallerTest, MakesTheEventsBeforeItStartsTheUninstaller) {
         signalBoth();
     };
     EXPECT_TRUE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 1);
+    EXPECT_EQ(looks_, 1);
     EXPECT_EQ(machine_.events.openEvents, 0);
 }
 
@@ -109,13 +105,13 @@ TEST_F(ExternalUninstallerTest, SeesThatAProgramGoesOnWithoutSignalsUntilItIsOff
     add("Old", kCommand, RegistryView::k32Bit);
     atLook(100, [this] { removeEntry("Old", RegistryView::k32Bit); });
     EXPECT_TRUE(uninstall("Old", "", kEntryIn32BitView | kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 100);
+    EXPECT_EQ(looks_, 100);
 }
 
 TEST_F(ExternalUninstallerTest, ShowsTheCodeOfAnUninstallerThatFails) {
     machine_.processes.exitCodes = {2};
     EXPECT_FALSE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 1);
+    EXPECT_EQ(looks_, 1);
     EXPECT_EQ(ui_.callsOf("addMessage"),
               Lines{"addMessage(\"The uninstaller of \"Old\" ended with the code 2\")"});
     EXPECT_EQ(log_.lines(), Lines{"ERROR: " + std::string(kCommand) + " ended with the code 2"});
@@ -140,7 +136,7 @@ TEST_F(ExternalUninstallerTest, ShowsThatAnEntryNamesNoUninstaller) {
 TEST_F(ExternalUninstallerTest, LeavesAnUninstallerThatNeverEndsWhenThatIsAgreedTo) {
     machine_.processes.waitsBeforeEnd = kNever;
     EXPECT_FALSE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 3001);
+    EXPECT_EQ(looks_, 3001);
     EXPECT_EQ(
         ui_.callsOf("messageBox"),
         Lines{"messageBox(\"The uninstaller of \"Old\" has not ended after 5 minutes. Stop waiting?\", 2)"});
@@ -179,7 +175,7 @@ TEST_F(ExternalUninstallerTest, AsksSoonWhenTheProgramEndedAndTheProductStays) {
     constexpr char kText[] =
         "The uninstaller of \"Old\" ended 1 minute ago, but the product is still registered";
     EXPECT_TRUE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 602);
+    EXPECT_EQ(looks_, 602);
     EXPECT_EQ(ui_.callsOf("messageBox"),
               Lines{"messageBox(\"" + std::string(kText) + ". Stop waiting?\", 2)"});
     EXPECT_EQ(ui_.callsOf("addMessage"), Lines{"addMessage(\"" + std::string(kText) + "\")"});
@@ -195,7 +191,7 @@ TEST_F(ExternalUninstallerTest, StopsWaitingWhenTheSessionIsCancelled) {
     machine_.processes.waitsBeforeEnd = kNever;
     atLook(5, [this] { isToEnd_ = true; });
     EXPECT_FALSE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 5);
+    EXPECT_EQ(looks_, 5);
     EXPECT_EQ(ui_.callsOf("addMessage"),
               Lines{"addMessage(\"The uninstaller of \"Old\" is not waited for any longer\")"});
     EXPECT_EQ(ui_.countOf("messageBox"), 0);
@@ -206,7 +202,7 @@ TEST_F(ExternalUninstallerTest, WaitsForTheProgramAloneWithoutEvents) {
     machine_.events.createFails = true;
     machine_.processes.waitsBeforeEnd = 3;
     EXPECT_TRUE(uninstall("Old", "", kEntryWait, &ui_));
-    EXPECT_EQ(looks(), 4);
+    EXPECT_EQ(looks_, 4);
     EXPECT_EQ(log_.lines(), Lines{"WARNING: Only the end of the uninstaller's own program is waited for: no "
                                   "named events"});
 }
