@@ -81,7 +81,7 @@ bool ExternalUninstaller::runToEnd(const Entry& entry, Report& report, const std
         debugLog_.line(
             "WARNING: Only the end of the uninstaller's own program is waited for: no named events");
     }
-    UninstallerWatch watch(*program, start.get(), end.get(), limits_);
+    UninstallerWatch watch(*program, start.get(), end.get(), limits_, clock_);
     return follow(entry, watch, report, isToEnd) && hasSucceeded(entry, watch, report);
 }
 

@@ -5,7 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "platform/clock.h"
 #include "support/debug_log.h"
 #include "wini/uninstall_list.h"
 #include "wini/uninstaller_watch.h"
@@ -29,8 +31,13 @@ public:
     };
 
     // All are borrowed and outlive this object.
-    ExternalUninstaller(Parts parts, DebugLog debugLog, UninstallerWatch::Limits limits = {})
-        : parts_(parts), list_(parts.registry), debugLog_(debugLog), limits_(limits) {}
+    ExternalUninstaller(Parts parts, DebugLog debugLog, UninstallerWatch::Limits limits = {},
+                        UninstallerWatch::Clock clock = platform::monotonicMilliseconds)
+        : parts_(parts),
+          list_(parts.registry),
+          debugLog_(debugLog),
+          limits_(limits),
+          clock_(std::move(clock)) {}
 
     // `flags` is a set of UninstallEntryFlag; `ui` may be null.
     //
@@ -65,4 +72,5 @@ private:
     UninstallList list_;
     DebugLog debugLog_;
     UninstallerWatch::Limits limits_;
+    UninstallerWatch::Clock clock_;
 };

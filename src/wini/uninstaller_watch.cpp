@@ -20,13 +20,13 @@ UninstallerWatch::Phase UninstallerWatch::phase() const {
     return hasEnded_ ? Phase::kUnclear : Phase::kRunning;
 }
 
-// Time is counted in waits that were in vain: what the front end does meanwhile, such as asking the user,
-// isn't held against the uninstaller.
+// Only the time in here counts: what the front end does in between, such as asking the user, isn't held
+// against the uninstaller.
 void UninstallerWatch::look() {
     const Phase before = phase();
-    if (!waitForNext()) {
-        waited_ += kLookMilliseconds;
-    }
+    const std::uint64_t begin = clock_();
+    waitForNext();
+    waited_ += clock_() - begin;
     // An event may forget its signal once it was waited for.
     startSignalled_ = startSignalled_ || (start_ != nullptr && start_->wait(0));
     endSignalled_ = endSignalled_ || (end_ != nullptr && end_->wait(0));
@@ -36,20 +36,13 @@ void UninstallerWatch::look() {
     }
 }
 
-// True when something happened.
-bool UninstallerWatch::waitForNext() {
+void UninstallerWatch::waitForNext() {
     if (!hasEnded_) {
         hasEnded_ = program_.wait(kLookMilliseconds);
         exitCode_ = hasEnded_ ? program_.exitCode() : 0;
-        return hasEnded_;
-    }
-    if (phase() == Phase::kUnclear) {
+    } else if (phase() == Phase::kUnclear) {
         startSignalled_ = start_->wait(kLookMilliseconds);
-        return startSignalled_;
-    }
-    if (phase() == Phase::kSignalled) {
+    } else if (phase() == Phase::kSignalled) {
         endSignalled_ = end_->wait(kLookMilliseconds);
-        return endSignalled_;
     }
-    return true;
 }

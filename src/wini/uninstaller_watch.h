@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 namespace platform {
 class ChildProcess;
@@ -24,11 +26,14 @@ public:
         kOver,
     };
 
+    // Milliseconds since some fixed moment.
+    using Clock = std::function<std::uint64_t()>;
+
     // The program is borrowed. The events are borrowed too, and may both be null: then the end of the program
     // is the end.
     UninstallerWatch(platform::ChildProcess& program, platform::NamedEvent* start, platform::NamedEvent* end,
-                     Limits limits)
-        : program_(program), start_(start), end_(end), limits_(limits) {}
+                     Limits limits, Clock clock)
+        : program_(program), start_(start), end_(end), limits_(limits), clock_(std::move(clock)) {}
 
     Phase phase() const;
     // Waits for the next thing to happen, for at most a tenth of a second.
@@ -37,19 +42,20 @@ public:
     bool isOverdue() const { return waited_ >= static_cast<std::uint64_t>(limitOfPhase()) * extent_; }
     // Gives the phase its limit once more.
     void extend() { ++extent_; }
-    // How long the phase has lasted, in milliseconds of waiting.
+    // How long the phase has been looked at, in milliseconds.
     std::uint64_t waited() const { return waited_; }
     // Of the ended program. Only for the phases kUnclear and kOver.
     int exitCode() const { return exitCode_; }
 
 private:
-    bool waitForNext();
+    void waitForNext();
     std::uint32_t limitOfPhase() const { return phase() == Phase::kUnclear ? limits_.start : limits_.end; }
 
     platform::ChildProcess& program_;
     platform::NamedEvent* start_;
     platform::NamedEvent* end_;
     Limits limits_;
+    Clock clock_;
     bool hasEnded_ = false;  // the program
     int exitCode_ = 0;
     bool startSignalled_ = false;

@@ -58,10 +58,12 @@ protected:
     FakePlatform machine_;
     FakeConsole log_;
     RecordingUI ui_;
-    int looks_ = 0;  // at the uninstaller, until now
+    std::uint64_t time_ = 0;  // each look lasts 100 ms
+    int looks_ = 0;           // at the uninstaller, until now
     std::map<int, std::function<void()>> actions_;
     bool isToEnd_ = false;
-    ExternalUninstaller uninstaller_{{machine_.registry, machine_.processes, machine_.events}, log_};
+    ExternalUninstaller uninstaller_{
+        {machine_.registry, machine_.processes, machine_.events}, log_, {}, [this] { return time_ += 100; }};
 };
 
 using Lines = std::vector<std::string>;

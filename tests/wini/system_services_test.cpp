@@ -69,6 +69,7 @@ TEST_F(SystemServicesTest, RegistersAProductAndTakesItOffTheList) {
 }
 
 TEST_F(SystemServicesTest, RunsTheUninstallersOfOthers) {
+    machine_.events.createFails = true;  // no second program is waited for
     machine_.registry.addText(RegistryRoot::kLocalMachine, UninstallList::keyOf("Other"), "UninstallString",
                               "\"/opt/un\" -x");
     EXPECT_TRUE(services_.uninstallApplication("Other", "-y", kEntryWait, nullptr, [] { return false; }));

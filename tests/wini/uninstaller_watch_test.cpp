@@ -21,7 +21,7 @@ protected:
         processes_.exitCodes = {exitCode};
         int error = 0;
         program_ = processes_.start("un", "", error);
-        return {*program_, start_.get(), end_.get(), {}};
+        return {*program_, start_.get(), end_.get(), {}, [this] { return time_ += 100; }};
     }
     static void look(UninstallerWatch& watch, int times) {
         for (int i = 0; i < times; ++i) {
@@ -37,6 +37,7 @@ protected:
         return looks;
     }
 
+    std::uint64_t time_ = 0;  // each look lasts 100 ms
     FakeProcesses processes_;
     FakeNamedEvents events_;
     std::unique_ptr<platform::NamedEvent> start_ = events_.create(kStart);
