@@ -241,6 +241,11 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
         walk.noteResult(job.context.report.addOutcome(false, "FAILED to remove " + *entry_));
         return true;
     }
+    // The list of applications may have been all that kept a registry key of the product.
+    walk.finish(UndoEnd::kBeforeCleaning);
+    if (walk.hasFailed()) {
+        return restoreEntry(product);
+    }
     job.kept.release();
     walk.deletePostponed(product.uninstaller());
     if (walk.hasFailed()) {

@@ -273,6 +273,18 @@ TEST_F(UninstallationTest, LeavesTheProductItselfWhenItsEntryCannotBeRemoved) {
     EXPECT_TRUE(isGone());
 }
 
+TEST_F(UninstallationTest, TakesAKeyThatOnlyTheListOfApplicationsStillNeeded) {
+    constexpr auto kRoot = platform::RegistryRoot::kLocalMachine;
+    machine_.registry.addKey(kRoot, "Software\\List");
+    system_.onRemoval = [&] {
+        machine_.registry.deleteKey(kRoot, "Software\\List", platform::RegistryView::kNative);
+    };
+    installProduct("REGKEY\t1\tHKEY_LOCAL_MACHINE\tSoftware\r\n");
+    EXPECT_TRUE(run());
+    EXPECT_TRUE(isGone());
+    EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software"));
+}
+
 TEST_F(UninstallationTest, BringsTheEntryBackWhenTheUninstallerResists) {
     installProduct("");
     files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/un/installer", 1);

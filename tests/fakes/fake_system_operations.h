@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <optional>
@@ -30,6 +31,7 @@ public:
     bool copyWorks = true;
     bool registrationWorks = true;
     bool removalWorks = true;       // of an entry
+    std::function<void()> onRemoval = [] {};
     std::set<std::string> staying;  // applications whose uninstallers don't remove them
 
     std::optional<std::string> temporaryFileName() override {
@@ -76,6 +78,7 @@ public:
     }
     bool removeUninstallEntry(std::string_view applicationName) override {
         calls.push_back("removeUninstallEntry(" + std::string(applicationName) + ")");
+        onRemoval();
         return removalWorks && std::erase_if(installed, [&](const InstalledApplication& application) {
                                    return application.name == applicationName && !application.in32BitView;
                                }) != 0;

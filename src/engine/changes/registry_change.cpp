@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
@@ -308,18 +309,20 @@ bool RegistryChange::finishUndo() {
     for (auto key = createdKeys_.rbegin(); key != createdKeys_.rend(); ++key) {
         succeeded = removeCreatedKey(*key) && succeeded;
     }
-    createdKeys_.clear();
+    std::erase_if(createdKeys_, [](const CreatedKey& key) { return key.levels == 0; });
     return succeeded;
 }
 
-bool RegistryChange::removeCreatedKey(const CreatedKey& key) {
+// Leaves the key the levels that are in use.
+bool RegistryChange::removeCreatedKey(CreatedKey& key) {
     platform::Registry& registry = context_.machine.registry;
     const auto address = addressOf({key.place, key.path});
     const std::vector<std::string> all = address ? levelsOf(address->path) : std::vector<std::string>();
-    if (key.levels < 1 || all.size() < static_cast<std::size_t>(key.levels)) {
+    const int levels = std::exchange(key.levels, 0);
+    if (levels < 1 || all.size() < static_cast<std::size_t>(levels)) {
         return true;
     }
-    for (auto level = all.rbegin(); level != all.rbegin() + key.levels; ++level) {
+    for (auto level = all.rbegin(); level != all.rbegin() + levels; ++level) {
         const int status = registry.deleteKey(address->root, *level, kView);
         if (status == platform::kRegOk || status == platform::kRegNotFound) {
             continue;
@@ -328,6 +331,10 @@ bool RegistryChange::removeCreatedKey(const CreatedKey& key) {
         std::vector<std::string> subkeys;
         const bool isInUse =
             registry.listKeys(address->root, *level, kView, subkeys) == platform::kRegOk && !subkeys.empty();
+        if (isInUse) {
+            key.path = *level;
+            key.levels = levels - static_cast<int>(level - all.rbegin());
+        }
         return isInUse || reportFailure("FAILED to delete the key ", {key.place, *level}, "", status);
     }
     return true;

@@ -62,7 +62,8 @@ public:
     // is there and can't be deleted, which is reported. A record that can't be read is no failure.
     bool undo(const LogRecord& record) override;
     // Takes the noted keys away, the last one first. False when one without subkeys can't be deleted, which
-    // is reported; one that has got subkeys of somebody else stays, with those above it.
+    // is reported; one that has got subkeys of somebody else stays, with those above it, until another call
+    // finds them gone.
     bool finishUndo() override;
 
     static WriteResult writeValue(platform::Registry& registry, const Value& value);
@@ -112,7 +113,7 @@ private:
     bool removeValue(const Element& element);
     bool removeKey(const Element& element);
     bool undoValue(const Key& key, std::string_view name);
-    bool removeCreatedKey(const CreatedKey& key);
+    bool removeCreatedKey(CreatedKey& key);
     bool reportFailure(std::string_view work, const Key& key, std::string_view name,
                        std::optional<int> status);
     bool isRecorded(const Element& element);

@@ -105,8 +105,8 @@ int WindowsDirectory::openDirectory(std::string_view name, std::unique_ptr<Direc
     return status != 0 ? status : asDirectory(entry, outDirectory);
 }
 
-// A link to a directory has the attribute of one; it is removed like a link to a file.
-int WindowsDirectory::removeFile(std::string_view name) {
+template <typename Refusal>
+int WindowsDirectory::remove(std::string_view name, Refusal refusal) {
     HANDLE opened = nullptr;
     if (const int status = openEntry(name, DELETE | FILE_READ_ATTRIBUTES, opened); status != 0) {
         return status;
@@ -116,23 +116,23 @@ int WindowsDirectory::removeFile(std::string_view name) {
     if (const int status = tagOf(entry.get(), info); status != 0) {
         return status;
     }
-    const bool isDirectory = (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return isDirectory && !isLink(info.FileAttributes, info.ReparseTag)
-               ? static_cast<int>(ERROR_ACCESS_DENIED)
-               : deleteOpen(entry.get());
+    const int status = refusal(info);
+    return status != 0 ? status : deleteOpen(entry.get());
+}
+
+// A link to a directory has the attribute of one; it is removed like a link to a file.
+int WindowsDirectory::removeFile(std::string_view name) {
+    return remove(name, [](const FILE_ATTRIBUTE_TAG_INFO& info) {
+        const bool isDirectory = (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const bool isRefused = isDirectory && !isLink(info.FileAttributes, info.ReparseTag);
+        return static_cast<int>(isRefused ? ERROR_ACCESS_DENIED : ERROR_SUCCESS);
+    });
 }
 
 int WindowsDirectory::removeDirectory(std::string_view name) {
-    HANDLE opened = nullptr;
-    if (const int status = openEntry(name, DELETE | FILE_READ_ATTRIBUTES, opened); status != 0) {
-        return status;
-    }
-    const Handle entry(opened);
-    FILE_ATTRIBUTE_TAG_INFO info;
-    if (const int status = tagOf(entry.get(), info); status != 0) {
-        return status;
-    }
-    return isTrueDirectory(info.FileAttributes) ? deleteOpen(entry.get()) : static_cast<int>(ERROR_DIRECTORY);
+    return remove(name, [](const FILE_ATTRIBUTE_TAG_INFO& info) {
+        return static_cast<int>(isTrueDirectory(info.FileAttributes) ? ERROR_SUCCESS : ERROR_DIRECTORY);
+    });
 }
 
 }  // namespace platform

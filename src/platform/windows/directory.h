@@ -24,6 +24,9 @@ public:
 
 private:
     int openEntry(std::string_view name, DWORD access, HANDLE& outHandle);
+    // Removes the entry if `refusal`, which is given what it is, has no error number against that.
+    template <typename Refusal>
+    int remove(std::string_view name, Refusal refusal);
 
     Handle handle_;
 };

@@ -261,6 +261,19 @@ TEST_F(RegistryUndoTest, RepeatsAWalkWithoutAFailure) {
     EXPECT_TRUE(ui_.calls.empty());
 }
 
+TEST_F(RegistryUndoTest, TakesAKeyThatWasInUseWhenItIsNoLonger) {
+    machine_.registry.addKey(kRoot, "Software\\Demo\\a\\b");
+    machine_.registry.addKey(kRoot, "Software\\Demo\\others");
+    undo("REGKEY", "3\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\\a\\b");
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software\\Demo\\a"));
+    EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software\\Demo"));
+    machine_.registry.deleteKey(kRoot, "Software\\Demo\\others", platform::RegistryView::kNative);
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software\\Demo"));
+    EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software"));
+}
+
 TEST_F(RegistryUndoTest, TakesNoCutRecordForOneOfADefaultValue) {
     machine_.registry.addText(kRoot, "Software\\Demo", "", "of somebody else");
     undo("REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo");
