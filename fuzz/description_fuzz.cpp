@@ -78,7 +78,7 @@ bool readAll(std::string_view description, bool isUninstallation, bool isGraphic
     std::string message;
     const bool hasDefaults =
         model.variables.loadDefaults(model.description, "", nullptr, message) == DefaultsOutcome::kLoaded;
-    const bool isRead = model.read(cabinet, isUninstallation, isGraphical);
+    const bool isRead = model.read(cabinet, isUninstallation);
     checkFiles(model.fileSets);
     checkDialogs(model, isUninstallation);
     checkTheme(model.theme);
