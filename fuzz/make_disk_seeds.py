@@ -58,6 +58,7 @@ def main():
         "good-shell": (b"A_1", b"a'b`c$(d)\\e;/g h\n#!", b"/opt/it's here;/a b;C:\\c\\d;rel", b'"a b" c% $d', b" \t"),
         "good-signs": (b"x", b"[Desktop Entry]\nExec=rm \\s \\\\", b"/opt/x' ; rm -rf / ; '", b"%f %% \\ `x` \"", b"\r\n"),
         "good-quotes-in-name": (b"n", b"/log", b'/Foo "Bar" -gui=1', b"", b""),
+        "option-in-name": (b"n", b"/l", b'a"# -gui=1', b"", b""),
         "bad-quoted-path": (b'/opt/a" -x="b', b'/log" -uninstallApp="', b"App", b"", b""),
         "bad-empty": (b"",),
     }.items():
@@ -65,6 +66,7 @@ def main():
     for name, text in {
         "good-ascii": b"C:\\Program Files\\x/y\tz",
         "good-characters": "äöü € 𝄞 漢字\u200f\u202e\u0085\u2028".encode(),
+        "good-drives": b"C:C:\\a/C:",
         "bad-cut": "€".encode()[:2] + b"a\xff",
         "bad-overlong": b"\xc0\x80\xe0\x80\x80\xf8\x88\x80\x80\x80\xfc\x84\x80\x80\x80\x80",
         "bad-surrogates": b"\xed\xa0\x80\xed\xb0\x80\xed\xb0\x80",
