@@ -37,6 +37,8 @@ public:
 
     // The earlier records of files that this installation has none of, in their order.
     std::vector<std::string_view> remainingRecords() const;
+    // Whether the content of any file is known, from this installation or an earlier one.
+    bool knowsContents() const { return !sums_.isEmpty() || !earlierSums_.isEmpty(); }
     // What is known of all files of the product.
     WrittenSums sums() const;
 

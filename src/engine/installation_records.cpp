@@ -130,17 +130,17 @@ void InstallationRecords::reportUnopened(const char* what, const std::string& pa
 bool InstallationRecords::begin() {
     const ProductDescription& product = parts_.model.product;
     const std::string logPath = product.installLogFile().value_or("");
-    if (!takeover_.read(logPath)) {
-        discard();
-        return false;
-    }
-    if (!takeover_.copyArchive(job_.replaced.archive)) {
-        report("The backup archive of the earlier installation can't be copied to " + temporaryArchive_);
+    if (!takeover_.read(logPath, product.installBackupFile().value_or(""))) {
         discard();
         return false;
     }
     job_.replaced.history.setEarlierSums(
         ProductState(parts_.machine.files, parts_.machine.environment).load(logPath));
+    if (!takeover_.copyArchive(job_.replaced.archive)) {
+        report("The backup archive of the earlier installation can't be copied to " + temporaryArchive_);
+        discard();
+        return false;
+    }
     ActionLogWriter& log = job_.context.log;
     log.writeHeader(product.uninstallXmlFile().value_or(""), archivePath());
     log.writeVariables(loggedVariables(parts_.model));
@@ -178,13 +178,13 @@ bool InstallationRecords::closeAll() {
 bool InstallationRecords::publish() {
     const bool written = closeAll();
     addSumsOfEditedFiles();
+    keepSums();
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
     const bool archivePublished = publishFile("backup file", temporaryArchive_, archivePath());
     const bool logPublished = publishFile("install log", temporaryLog_, logPath);
     if (written && logPublished && archivePublished) {
         removeEarlierArchive();
     }
-    keepSums();
     return written && logPublished && archivePublished;
 }
 
@@ -262,14 +262,27 @@ void InstallationRecords::addSumsOfEditedFiles() {
     }
 }
 
-// Without them an uninstallation is more careful, and can do all the same.
+// The one in its place stays there if the new one can't take it.
+void InstallationRecords::addSumsOfArchives() {
+    const std::string place = archivePath();
+    for (const std::string& path : {place, temporaryArchive_}) {
+        if (const auto digest = digestOfFile(parts_.machine.files, path)) {
+            job_.replaced.history.noteContent(place, *digest);
+        }
+    }
+}
+
+// Without them an uninstallation is more careful, and can do all the same. Those of the earlier installation
+// would make it take the new archive for a damaged one.
 void InstallationRecords::keepSums() {
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
-    const WrittenSums sums = job_.replaced.history.sums();
-    if (logPath.empty() || sums.isEmpty()) {
+    if (logPath.empty() || !job_.replaced.history.knowsContents()) {
         return;
     }
-    if (!ProductState(parts_.machine.files, parts_.machine.environment).save(logPath, sums)) {
+    addSumsOfArchives();
+    ProductState state(parts_.machine.files, parts_.machine.environment);
+    if (!state.save(logPath, job_.replaced.history.sums())) {
+        state.remove(logPath);
         parts_.debugLog.line("WARNING: The sums of the installed files could not be kept");
     }
 }

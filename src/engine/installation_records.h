@@ -47,6 +47,7 @@ private:
     int copyPrivately(const std::string& from, const std::string& to);
     void removeEarlierArchive();
     void addSumsOfEditedFiles();
+    void addSumsOfArchives();
     void keepSums();
     void report(const std::string& text);
 

@@ -1,6 +1,7 @@
 #include "engine/kept_files.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/path_functions.h"
 #include "platform/file_system.h"
@@ -36,8 +37,17 @@ bool KeptFiles::postponesFile(std::string_view path) {
     if (!holds(path)) {
         return false;
     }
-    postponed_.insert(keyOf(path));
+    if (postponed_.insert(keyOf(path)).second) {
+        postponedFiles_.emplace_back(path);
+    }
     return true;
+}
+
+std::vector<std::string> KeptFiles::leftFiles() const {
+    std::vector<std::string> left;
+    std::ranges::copy_if(postponedFiles_, std::back_inserter(left),
+                         [this](const std::string& path) { return files_.exists(path); });
+    return left;
 }
 
 bool KeptFiles::postponesDirectory(const std::string& directory) {

@@ -31,6 +31,8 @@ public:
     bool postponesDirectory(const std::string& directory);
 
     void release() { isReleased_ = true; }
+    // The postponed files that are still there, in their order.
+    std::vector<std::string> leftFiles() const;
 
     // Whether two paths are spellings of one file's path.
     static bool isSameFile(std::string_view path, std::string_view other);
@@ -40,5 +42,6 @@ private:
     std::unordered_set<std::string> held_;
     std::unordered_set<std::string> heldNames_;
     std::unordered_set<std::string> postponed_;
+    std::vector<std::string> postponedFiles_;
     bool isReleased_ = false;
 };

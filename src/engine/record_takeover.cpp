@@ -23,7 +23,7 @@ bool hasTag(std::string_view line, std::string_view tag) {
 
 }  // namespace
 
-bool RecordTakeover::read(const std::string& logPath) {
+bool RecordTakeover::read(const std::string& logPath, const std::string& describedArchive) {
     logPath_ = logPath;
     log_ = EarlierLog::read(context_.machine.files, logPath);
     if (log_.state == State::kUnreadable) {
@@ -37,7 +37,17 @@ bool RecordTakeover::read(const std::string& logPath) {
              " are damaged; what can be read of them is kept");
     }
     std::erase_if(log_.records, [this](const std::string& line) { return takeFile(line); });
+    findArchive(describedArchive);
     return true;
+}
+
+// The user's files in an archive whose log is lost or damaged would be lost with it.
+void RecordTakeover::findArchive(const std::string& describedArchive) {
+    platform::FileSystem& files = context_.machine.files;
+    const bool isNamed = !log_.archivePath.empty() && files.exists(log_.archivePath);
+    if (!isNamed && BackupFile(files).isBackupFile(describedArchive)) {
+        log_.archivePath = describedArchive;
+    }
 }
 
 // Whether the record is one of a file.
@@ -66,6 +76,11 @@ bool RecordTakeover::copyArchive(BackupFile& archive) {
         warn("The backup archive " + path + " of the earlier installation can't be read");
         return true;
     }
+    const auto digest = digestOfFile(context_.machine.files, path);
+    if (digest && history_.isForeign(path, *digest)) {
+        warn("The backup archive " + path +
+             " has been changed since the earlier installation; what can be read of it is kept");
+    }
     return copyEntries(earlier, archive);
 }
 
@@ -75,7 +90,7 @@ bool RecordTakeover::copyEntries(BackupFile& from, BackupFile& to) {
     using Found = BackupReader::Found;
     Found found = reader.start() ? reader.next(entry) : Found::kDamage;
     while (found == Found::kEntry) {
-        if (to.holdsEntry(entry.name)) {
+        if (to.holdsEntry(entry.name) || isOutdated(from, entry)) {
             found = reader.skip(entry.size) ? Found::kEntry : Found::kDamage;
         } else if (to.addEntry(entry, reader)) {
             return false;
@@ -87,6 +102,14 @@ bool RecordTakeover::copyEntries(BackupFile& from, BackupFile& to) {
              " of the earlier installation can't be read to its end; what can be read of it is kept");
     }
     return true;
+}
+
+// An archive without a log may be one that an uninstallation has left. What it holds of a file that was
+// changed since would never be restored, and must not keep what is there now from being backed up.
+bool RecordTakeover::isOutdated(BackupFile& archive, const BackupEntry& entry) {
+    std::uint32_t checkSum = 0;
+    return log_.state == State::kNone && archive.readCheckSum(entry.name, checkSum) == 0 &&
+           checkSum != entry.checkSum;
 }
 
 void RecordTakeover::writeRecords(ActionLogWriter& log) {

@@ -9,6 +9,7 @@
 
 class ActionLogWriter;
 class BackupFile;
+struct BackupEntry;
 class FileHistory;
 class ProductState;
 
@@ -23,14 +24,16 @@ public:
         : context_(context), history_(history) {}
 
     // Reads the log at this path, if there is one. False when it can't be opened, which is reported: a new
-    // log in its place would lose what it holds. A damaged one is reported and used as far as it goes.
-    bool read(const std::string& logPath);
+    // log in its place would lose what it holds. A damaged one is reported and used as far as it goes. Where
+    // it gives no archive, the one at `describedArchive` is the earlier one.
+    bool read(const std::string& logPath, const std::string& describedArchive);
 
-    // The archive that the earlier log names; empty when there is none.
+    // The earlier archive; empty when there is none.
     const std::string& archivePath() const { return log_.archivePath; }
 
-    // Copies the entries of the earlier archive, each path once. One that is damaged is reported and used as
-    // far as it goes. False when `archive` can't be written.
+    // Copies the entries of the earlier archive, each path once; without a log only those whose files are
+    // still what was installed. One that is damaged, or has been changed since the installation, is reported
+    // and used as far as it goes. False when `archive` can't be written.
     bool copyArchive(BackupFile& archive);
     // Writes the earlier records into an open log after its head, those of files excepted: the new
     // installation decides on them. Lines that were added to text files are taken out again first, while the
@@ -42,7 +45,9 @@ public:
 private:
     bool takeFile(std::string_view line);
     bool revertEdit(std::string_view line);
+    void findArchive(const std::string& describedArchive);
     bool copyEntries(BackupFile& from, BackupFile& to);
+    bool isOutdated(BackupFile& archive, const BackupEntry& entry);
     void warn(const std::string& text);
 
     ChangeContext context_;

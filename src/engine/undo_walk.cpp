@@ -46,17 +46,24 @@ std::unordered_set<std::string> UndoWalk::replacedFiles(PStream& log, std::int64
     return found;
 }
 
-void UndoWalk::undoRecords(PStream& log, std::int64_t start) {
-    undoFirstPass(log, start);
+bool UndoWalk::undoRecords(PStream& log, std::int64_t start) {
+    const bool isRead = undoFirstPass(log, start);
     report_.flushLines();
     report_.begin();
-    undoMainPass(log, start);
+    if (isRead) {
+        undoMainPass(log, start);
+    } else {
+        noteResult(false);
+        report_.note("The install log can't be read to its end. Nothing else of it is undone.");
+    }
+    return isRead;
 }
 
-// Also counts the lines, which are the steps of the main pass.
-void UndoWalk::undoFirstPass(PStream& log, std::int64_t start) {
+// Also counts the lines, which are the steps of the main pass. False when a line may have been missed: the
+// main pass would delete what the edits are undone with.
+bool UndoWalk::undoFirstPass(PStream& log, std::int64_t start) {
     LineReader reader(log);
-    noteResult(reader.moveTo(start));
+    const bool isAtStart = reader.moveTo(start);
     std::int64_t count = 0;
     for (std::string line; reader.readLine(line, Format::kRecordLineBuffer) && !isToEnd(); ++count) {
         undo(withoutTrailingSpace(line), UndoPass::kFirst);
@@ -64,8 +71,8 @@ void UndoWalk::undoFirstPass(PStream& log, std::int64_t start) {
             report_.flushLines();
         }
     }
-    noteResult(!reader.hasFailed());
     report_.expectSteps(count);
+    return isAtStart && !reader.hasFailed();
 }
 
 void UndoWalk::undoMainPass(PStream& log, std::int64_t start) {

@@ -23,8 +23,9 @@ public:
     // The files that the installation replaced, by the records from an offset of the log on: the identities
     // of their paths (platform/path_identity.h).
     std::unordered_set<std::string> replacedFiles(PStream& log, std::int64_t start);
-    // Undoes the records from an offset of the log on.
-    void undoRecords(PStream& log, std::int64_t start);
+    // Undoes the records from an offset of the log on. False when the log can't be read to its end: then only
+    // edits are undone, and what the records refer to must stay.
+    bool undoRecords(PStream& log, std::int64_t start);
     // What the kinds of change have to do at this moment. Not after the walk was asked to end, but what makes
     // the changes known to others is done in any case.
     void finish(UndoEnd end);
@@ -43,7 +44,7 @@ private:
         std::unique_ptr<Change> change;
     };
 
-    void undoFirstPass(PStream& log, std::int64_t start);
+    bool undoFirstPass(PStream& log, std::int64_t start);
     void undoMainPass(PStream& log, std::int64_t start);
     void undo(std::string_view line, UndoPass pass);
     bool isPostponed(const Row& row, const LogRecord& record, std::string_view line);

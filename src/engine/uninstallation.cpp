@@ -103,13 +103,14 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     ChangeJob job(parts_, log_, report);
     UndoWalk walk(job, isToEnd);
     Product product(parts_, log);
+    findArchive(product, report);
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, job);
     }
     restoreArchive(log, product, walk, job);
-    walkLog(log, product.head, walk, report);
+    const bool isLogRead = walkLog(log, product.head, walk, report);
     walk.finish(UndoEnd::kBeforeCleaning);
-    if (!walk.isToEnd()) {
+    if (isLogRead && !walk.isToEnd()) {
         removeByWildcards(product, job);
     }
     walk.finish(UndoEnd::kAfterCleaning);
@@ -122,8 +123,10 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     return !walk.hasFailed();
 }
 
-void Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report) {
+// False when the log is there and can't be read: then it isn't known what else has to stay for a repetition.
+bool Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report) {
     report.setStatus("Uninstalling");
+    bool isRead = true;
     if (log == nullptr) {
         parts_.debugLog.line("ERROR: There is no action log to uninstall from");
         walk.noteResult(false);
@@ -134,16 +137,19 @@ void Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, 
                 "The variables of the install log are missing or damaged. Its records are undone all the "
                 "same.");
         }
-        walk.undoRecords(*log, head.recordsStart);
+        isRead = walk.undoRecords(*log, head.recordsStart);
     }
     report.flushLines();
+    return isRead;
 }
 
-// Twice, because a log that is damaged may lack the variables, and default values may be other ones.
+// Twice, because a log that is damaged may lack the variables, and default values may be other ones. The
+// description also by its own words, because the log may not be readable.
 void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job) {
     job.kept.hold(ActionLogReader(&log, parts_.debugLog).readDescriptionPath().value_or(""));
     job.kept.hold(backupPath_);
     for (const ProductDescription* texts : {&product.texts, &parts_.model.product}) {
+        job.kept.hold(texts->uninstallXmlFile().value_or(""));
         job.kept.hold(texts->installLogFile().value_or(""));
         job.kept.hold(texts->uninstallCommand().value_or(""));
     }
@@ -153,13 +159,27 @@ void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& produc
 }
 
 void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job) {
-    findArchive(product, job.context.report);
+    const WrittenSums written = stateOf(parts_).load(product.logPath());
+    const bool isChanged = isArchiveChanged(written);
     const RestoreResult result = restoreFiles(log, product.head, walk, job.context.report);
     if (result == RestoreResult::kNoArchive) {
         job.replaced.isArchiveMissing = true;
-        job.replaced.written = stateOf(parts_).load(product.logPath());
+        job.replaced.written = written;
     }
-    walk.noteResult(result != RestoreResult::kFailed);
+    if (isChanged) {
+        job.context.report.note("The backup archive " + platform::writtenPath(backupPath_) +
+                                " has been changed since the installation. What was restored from it may be "
+                                "damaged.");
+    }
+    walk.noteResult(result != RestoreResult::kFailed && !isChanged);
+}
+
+bool Uninstallation::isArchiveChanged(const WrittenSums& written) {
+    if (!written.knows(backupPath_)) {
+        return false;
+    }
+    const auto digest = digestOfFile(parts_.machine.files, backupPath_);
+    return digest && !written.holds(backupPath_, *digest);
 }
 
 // The line of the log that names the archive may be damaged. What the archive holds is lost for ever when a
@@ -167,11 +187,15 @@ void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWa
 void Uninstallation::findArchive(const Product& product, Report& report) {
     platform::FileSystem& files = parts_.machine.files;
     const std::string described = product.texts.installBackupFile().value_or("");
-    if (!backupPath_.empty() && !files.exists(backupPath_) && !described.empty() && files.exists(described)) {
-        report.note("There is no backup archive " + platform::writtenPath(backupPath_) + "; " +
-                    platform::writtenPath(described) + " is used.");
-        backupPath_ = described.substr(0, kPathLimit);
+    const bool isThere = !backupPath_.empty() && files.exists(backupPath_);
+    if (isThere || described.empty() || !files.exists(described)) {
+        return;
     }
+    const std::string fault = backupPath_.empty()
+                                  ? "The install log names no backup archive; "
+                                  : "There is no backup archive " + platform::writtenPath(backupPath_) + "; ";
+    report.note(fault + platform::writtenPath(described) + " is used.");
+    backupPath_ = described.substr(0, kPathLimit);
 }
 
 RestoreResult Uninstallation::restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk,
@@ -231,10 +255,16 @@ bool Uninstallation::clean(const Cleaning& cleaning, ChangeJob& job) {
         .has_value();
 }
 
-// The last steps of a walk in which everything else went well. The uninstaller goes first: of these files it
-// is the likeliest to resist, because somebody may run it. False when it has gone and others have not.
+// The last steps of a walk in which everything else went well. False when the uninstaller has gone and other
+// files have not.
 bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& job) {
     if (walk.hasFailed() || walk.isToEnd()) {
+        return true;
+    }
+    // First, while a failure can be repeated. A repetition after this can do without.
+    if (!stateOf(parts_).remove(product.logPath())) {
+        walk.noteResult(job.context.report.addOutcome(
+            false, "FAILED to remove what is remembered of the product's files"));
         return true;
     }
     if (!removeEntry()) {
@@ -246,6 +276,11 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     if (walk.hasFailed()) {
         return restoreEntry(product);
     }
+    return removeKeptFiles(product, walk, job);
+}
+
+// The uninstaller goes first: of these files it is the likeliest to resist, because somebody may run it.
+bool Uninstallation::removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob& job) {
     job.kept.release();
     walk.deletePostponed(product.uninstaller());
     if (walk.hasFailed()) {
@@ -254,15 +289,13 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     for (const Cleaning& cleaning : product.cleanings) {
         clean(cleaning, job);
     }
+    for (const std::string& path : job.kept.leftFiles()) {
+        walk.noteResult(
+            job.context.report.addOutcome(false, "FAILED to delete " + platform::writtenPath(path)));
+    }
     walk.finish(UndoEnd::kAfterCleaning);
     job.context.report.flushLines();
-    if (walk.hasFailed()) {
-        return false;
-    }
-    if (!stateOf(parts_).remove(product.logPath())) {
-        parts_.debugLog.line("WARNING: What is remembered of the product's files could not be removed");
-    }
-    return true;
+    return !walk.hasFailed();
 }
 
 bool Uninstallation::unregister() {

@@ -11,6 +11,7 @@
 class PStream;
 class Report;
 class UndoWalk;
+class WrittenSums;
 struct ChangeJob;
 struct LogHead;
 enum class RestoreResult;
@@ -57,14 +58,16 @@ private:
     struct Cleaning;
 
     void readBackupPath(PStream* log);
-    void walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
+    bool walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
     void findArchive(const Product& product, Report& report);
+    bool isArchiveChanged(const WrittenSums& written);
     RestoreResult restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
     void removeByWildcards(Product& product, ChangeJob& job);
     bool clean(const Cleaning& cleaning, ChangeJob& job);
     bool removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);
+    bool removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob& job);
     bool removeEntry();
     bool restoreEntry(const Product& product);
     void reportEnd(bool failed, bool canBeRepeated, Report& report);

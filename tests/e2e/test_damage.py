@@ -27,6 +27,10 @@ class DamageTest(UninstallTest):
         result = self.run_program(self.setup, "-auto")
         self.assertIn("The installation was successful.", result.out, result)
 
+    def forget_sums(self):
+        for path in (self.root / "state").glob("written-*"):
+            path.unlink()
+
     def assert_can_be_repeated(self, result):
         self.assertEqual(result.code, FAILED, result)
         self.assertTrue(result.out.endswith(ERROR), result)
@@ -61,11 +65,14 @@ class DamagedArchive(DamageTest):
         good = self.read(ARCHIVE)
         size = len(good)
         header = size - 1 - len(FORMER)
-        # After the banner, and after the content: such an archive is that of an installation that was killed.
+        # After the banner, and after the content: such an archive is that of an installation that was killed, of which
+        # nothing is remembered.
         ends = (41, size - 1)
         cuts = (0, 1, 40, 41, 42, header - 12, header - 1, header, header + 1, size - 2, size - 1)
         for cut in cuts if not WINDOWS else (0, header, size - 1):
             self.reinstall()
+            if cut in ends:
+                self.forget_sums()
             result = self.break_and_repair(good[:cut], cut)
             self.assertEqual(result.code == 0, cut in ends, (cut, result))
             if cut == size - 1:
@@ -84,6 +91,29 @@ class DamagedArchive(DamageTest):
             self.assertEqual(result.code, FAILED, (place, result))
             if WINDOWS:
                 break
+
+    def test_a_changed_byte_of_a_content_is_named(self):
+        self.install()
+        damaged = bytearray(self.read(ARCHIVE))
+        damaged[-2] ^= 0x04
+        self.write(ARCHIVE, bytes(damaged))
+        result = self.uninstall()
+        self.assert_can_be_repeated(result)
+        self.assertIn("backup.bin has been changed since the installation. What was restored from it may be damaged.",
+                      result.err, result)
+        self.assertEqual(self.read("shared/shared.txt")[:-1], FORMER[:-1])
+        self.host(ARCHIVE).unlink()
+        result = self.uninstall()
+        self.assertEqual(result.code, 0, result)
+        self.assertFalse(self.host("opt/product").exists())
+
+    def test_the_users_file_comes_back_although_the_log_was_lost(self):
+        self.install()
+        self.host(LOG).unlink()
+        result = self.run_program(self.setup, "-auto")
+        self.assertIn("The installation was successful.", result.out, result)
+        self.uninstall()
+        self.assertEqual(self.read("shared/shared.txt"), FORMER)
 
     def test_another_file_or_nothing_in_the_place_of_the_archive_fails_the_walk(self):
         self.install()

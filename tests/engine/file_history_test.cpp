@@ -45,7 +45,9 @@ TEST(FileHistoryTest, KeepsTheEarlierSumsOfFilesThatItDoesNotWrite) {
     WrittenSums sums;
     sums.add("/app/a", digestOf("old a"));
     sums.add("/app/b", digestOf("old b"));
+    EXPECT_FALSE(history.knowsContents());
     history.setEarlierSums(sums);
+    EXPECT_TRUE(history.knowsContents());
     history.noteContent("/app/a", digestOf("new a"));
     EXPECT_TRUE(history.hasContent("/app/a"));
     EXPECT_FALSE(history.hasContent("/app/b"));

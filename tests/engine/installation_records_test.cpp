@@ -1,6 +1,7 @@
 #include "engine/installation_records.h"
 
 #include "engine/changes/change_table.h"
+#include "engine/product_state.h"
 #include "installation_fixture.h"
 
 namespace {
@@ -48,6 +49,31 @@ TEST_F(InstallationRecordsTest, LeavesNothingWhenTheLogCannotBeOpened) {
     EXPECT_FALSE(records_.open());
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: Obtaining temp filename for install temp log!"});
     EXPECT_TRUE(files_.allFiles().empty());
+}
+
+TEST_F(InstallationRecordsTest, RemembersTheArchiveThatItPublishesAndTheOneInItsPlace) {
+    const auto digest = [](const std::string& content) { return md5Of(content.data(), content.size()); };
+    files_.addFile("/app/backup.bin", "earlier");
+    describe(kUninstall);
+    ASSERT_TRUE(records_.open() && records_.begin());
+    job_.replaced.history.noteContent("/app/file", digest("content"));
+    EXPECT_TRUE(records_.publish());
+    const WrittenSums sums = ProductState(files_, machine_.environment).load("/app/install.log");
+    EXPECT_TRUE(sums.holds("/app/backup.bin", digest("earlier")));
+    EXPECT_TRUE(sums.holds("/app/backup.bin", digest(files_.content("/app/backup.bin"))));
+}
+
+TEST_F(InstallationRecordsTest, ForgetsTheSumsOfAnEarlierInstallationThatItCannotReplace) {
+    WrittenSums earlier;
+    earlier.add("/app/backup.bin", md5Of("x", 1));
+    ProductState state(files_, machine_.environment);
+    ASSERT_TRUE(state.save("/app/install.log", earlier));
+    files_.addDirectory("/app");
+    describe(kUninstall);
+    ASSERT_TRUE(records_.open() && records_.begin());
+    files_.failFrom(Operation::kReplaceFile, "/var/state/.tandrel-1.tmp", 1);
+    EXPECT_TRUE(records_.publish());
+    EXPECT_TRUE(state.load("/app/install.log").isEmpty());
 }
 
 // Records that were opened, and are to be published.

@@ -52,6 +52,20 @@ TEST_F(KeptFilesTest, PostponesDirectoriesThatHoldOnlyWhatIsPostponed) {
     EXPECT_FALSE(kept_.postponesDirectory("/app/un"));
 }
 
+TEST_F(KeptFilesTest, KnowsWhichPostponedFilesAreLeft) {
+    for (const char* const path : {"/app/a", "/app/b", "/app/c"}) {
+        files_.addFile(path, "");
+        kept_.hold(path);
+    }
+    EXPECT_TRUE(kept_.postponesFile("/app/b"));
+    EXPECT_TRUE(kept_.postponesFile("/app/a"));
+    EXPECT_TRUE(kept_.postponesFile("/app\\a"));
+    kept_.release();
+    EXPECT_EQ(kept_.leftFiles(), (std::vector<std::string>{"/app/b", "/app/a"}));
+    files_.removeFile("/app/b");
+    EXPECT_EQ(kept_.leftFiles(), std::vector<std::string>{"/app/a"});
+}
+
 TEST_F(KeptFilesTest, PostponesNoDirectoryThatIsEmptyOrGone) {
     files_.addDirectory("/app/empty");
     kept_.hold("/app/x");

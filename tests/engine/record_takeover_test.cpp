@@ -17,7 +17,7 @@ protected:
 
     bool read(const std::string& records) {
         files_.addFile("/app/install.log", kHead + records);
-        return takeover_.read("/app/install.log");
+        return takeover_.read("/app/install.log", "/app/backup.bin");
     }
     // The records that a new log gets.
     std::string write() {
@@ -58,7 +58,7 @@ protected:
 };
 
 TEST_F(RecordTakeoverTest, HasNothingWithoutAnEarlierLog) {
-    EXPECT_TRUE(takeover_.read("/app/install.log"));
+    EXPECT_TRUE(takeover_.read("/app/install.log", "/app/backup.bin"));
     EXPECT_EQ(write(), "");
     EXPECT_EQ(takeover_.archivePath(), "");
     EXPECT_TRUE(ui_.calls.empty());
@@ -105,6 +105,41 @@ TEST_F(RecordTakeoverTest, CopiesTheArchiveWithItsCheckSumsEachPathOnce) {
     EXPECT_EQ(entriesOf("/tmp/archive"), "/app/a=former /app/a(7);/app/b=former /app/b(7);");
 }
 
+TEST_F(RecordTakeoverTest, SavesTheUsersFilesOutOfAnArchiveWhoseLogIsLost) {
+    makeArchive({"/app/a", "/app/b", "/app/c"});  // a check sum of 7 is that of no content here
+    files_.addFile("/app/a", "edited");
+    files_.removeFile("/app/b");
+    std::string sum(7, '\0');  // the size and, behind an exclusive or with zeros, the check sum
+    files_.addFile("/app/c", sum);
+    ASSERT_TRUE(takeover_.read("/app/install.log", "/app/backup.bin"));
+    EXPECT_EQ(takeover_.archivePath(), "/app/backup.bin");
+    BackupFile archive(files_);
+    ASSERT_TRUE(archive.openForWriting("/tmp/archive"));
+    EXPECT_TRUE(takeover_.copyArchive(archive));
+    ASSERT_EQ(archive.close(), 0);
+    EXPECT_EQ(entriesOf("/tmp/archive"), "/app/b=former /app/b(7);/app/c=former /app/c(7);");
+}
+
+TEST_F(RecordTakeoverTest, UsesTheDescribedArchiveWhereTheLogNamesNoneThatIsThere) {
+    makeArchive({"/app/a"});
+    files_.addFile("/app/install.log", "/app/product.xml\r\n/app/backuq.bin\r\nNUMVARS\t0\r\n");
+    ASSERT_TRUE(takeover_.read("/app/install.log", "/app/backup.bin"));
+    EXPECT_EQ(takeover_.archivePath(), "/app/backup.bin");
+}
+
+TEST_F(RecordTakeoverTest, SaysThatAnArchiveHasBeenChanged) {
+    makeArchive({"/app/a"});
+    WrittenSums sums;
+    sums.add("/app/backup.bin", md5Of("x", 1));
+    history_.setEarlierSums(sums);
+    ASSERT_TRUE(read(""));
+    BackupFile archive(files_);
+    ASSERT_TRUE(archive.openForWriting("/tmp/archive"));
+    EXPECT_TRUE(takeover_.copyArchive(archive));
+    EXPECT_TRUE(archive.holdsEntry("/app/a"));
+    EXPECT_EQ(ui_.countOf("addMessage(\"The backup archive /app/backup.bin has been changed since"), 1);
+}
+
 TEST_F(RecordTakeoverTest, FailsWhereTheNewArchiveCannotBeWritten) {
     makeArchive({"/app/a"});
     ASSERT_TRUE(read(""));
@@ -125,7 +160,7 @@ TEST_F(RecordTakeoverTest, SaysThatAnArchiveIsNone) {
 
 TEST_F(RecordTakeoverTest, RefusesALogThatCannotBeOpened) {
     files_.addDirectory("/app/install.log");
-    EXPECT_FALSE(takeover_.read("/app/install.log"));
+    EXPECT_FALSE(takeover_.read("/app/install.log", "/app/backup.bin"));
     EXPECT_EQ(ui_.callsOf("addMessage(").size(), 2U);
 }
 

@@ -82,6 +82,14 @@ TEST_F(UndoWalkTest, FailsForALogThatCannotBeReadToItsEnd) {
     files_.failFrom(MemoryFileSystem::Operation::kRead, "/log", 1);
     undo("FILE\tCREATE\t/a\n");
     EXPECT_TRUE(walk_.hasFailed());
+    EXPECT_EQ(ui_.countOf("addMessage(\"The install log can't be read to its end."), 1);
+}
+
+TEST_F(UndoWalkTest, DeletesNothingByALogWhoseEditsCannotAllBeRead) {
+    files_.addFile("/script", "1\nx\n1\ny\n");
+    files_.failAt(MemoryFileSystem::Operation::kRead, "/log", 1);
+    undo("FILE\tCREATE\t/script\nMODIFYFILE\tADDAFTER\t/edited\t/script\n");
+    EXPECT_TRUE(files_.hasFile("/script"));
 }
 
 }  // namespace

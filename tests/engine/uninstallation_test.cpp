@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "engine/file_in_use.h"
+#include "engine/product_state.h"
 #include "engine_fixture.h"
 #include "package/backup_file.h"
 #include "platform/written_path.h"
@@ -26,6 +27,7 @@ protected:
             "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
             "<Installation><Uninstall><InstallLogFile>[DIR]/un/install.log</InstallLogFile>"
             "<InstallBackupFile>[DIR]/un/backup.bin</InstallBackupFile>"
+            "<UninstallXmlFile>[DIR]/un/install.xml</UninstallXmlFile>"
             "<UninstallCmd>[DIR]/un/installer</UninstallCmd></Uninstall></Installation>");
     }
 
@@ -102,6 +104,13 @@ protected:
         ASSERT_EQ(archive.addFile(path, sum), std::nullopt);
         ASSERT_EQ(archive.close(), 0);
         files_.addFile(path, installed);
+    }
+    // As the installation that wrote the archive has remembered it.
+    void rememberArchive(const std::string& path, const std::string& logPath) {
+        WrittenSums sums;
+        const std::string content = files_.content(path);
+        sums.add(path, md5Of(content.data(), content.size()));
+        ASSERT_TRUE(ProductState(files_, machine_.environment).save(logPath, sums));
     }
     std::vector<std::string> lines() const { return ui_.callsOf("addFileLine(\""); }
 
@@ -183,6 +192,54 @@ TEST_F(UninstallationTest, KeepsWhatItRestoredOrLeftWhenTheArchiveIsDamaged) {
     EXPECT_TRUE(files_.hasFile("/app/backup.bin"));
 }
 
+TEST_F(UninstallationTest, UsesTheDescribedArchiveWhereTheLogNamesNone) {
+    backUp("/app/readme", "former", "installed");
+    files_.addFile("/app/un/backup.bin", files_.content("/app/backup.bin"));
+    openLog("/app/install.xml\r\n\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\nFILE\tOVER\t/app/readme\r\n");
+    EXPECT_TRUE(run());
+    EXPECT_EQ(files_.content("/app/readme"), "former");
+    EXPECT_EQ(
+        ui_.countOf("addMessage(\"The install log names no backup archive; /app/un/backup.bin is used.\")"),
+        1);
+}
+
+TEST_F(UninstallationTest, KeepsTheDescribedArchiveForARepetitionThatNeedsIt) {
+    describe(kCleaning);
+    files_.addFile("/app/un/installer", "");
+    files_.addFile("/app/mine", "");
+    backUp("/app/readme", "former", "installed");
+    ASSERT_EQ(files_.replaceFile("/app/backup.bin", "/app/un/backup.bin"), 0);
+    openLog("/app/install.xml\r\n\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\nDIR\t1\t/app/\r\n");
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(files_.hasFile("/app/un/backup.bin"));
+}
+
+TEST_F(UninstallationTest, SaysThatAnArchiveHasBeenChangedSinceTheInstallation) {
+    installProduct("FILE\tOVER\t/shared/readme\r\n");
+    backUp("/shared/readme", "former", "installed");
+    ASSERT_EQ(files_.replaceFile("/app/backup.bin", "/app/un/backup.bin"), 0);
+    rememberArchive("/app/un/backup.bin", "/app/un/install.log");
+    std::string content = files_.content("/app/un/backup.bin");
+    content.replace(content.find("former"), 6, "farmer");
+    files_.addFile("/app/un/backup.bin", content);
+    EXPECT_FALSE(run());
+    EXPECT_EQ(ui_.countOf("addMessage(\"The backup archive /app/un/backup.bin has been changed since the "
+                          "installation. What was restored from it may be damaged.\")"),
+              1);
+    EXPECT_TRUE(isRepeatable());
+    files_.removeFile("/app/un/backup.bin");
+    EXPECT_TRUE(runAgain());
+    EXPECT_EQ(files_.content("/shared/readme"), "farmer");
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, BelievesAnArchiveThatIsAsItWasWritten) {
+    installProduct("");
+    rememberArchive("/app/un/backup.bin", "/app/un/install.log");
+    EXPECT_TRUE(run());
+    EXPECT_TRUE(isGone());
+}
+
 TEST_F(UninstallationTest, KeepsAndNamesRestorableFilesWhenTheArchiveIsGone) {
     files_.addFile("/app/readme", "changed or not");
     EXPECT_TRUE(undo("FILE\tOVER\t/app/readme\r\nFILE\tOVER\t/app/gone\r\n"));
@@ -260,6 +317,47 @@ TEST_F(UninstallationTest, CanBeRepeatedAfterAnEditThatCouldNotBeUndone) {
     EXPECT_TRUE(runAgain());
     EXPECT_EQ(files_.content("/shared/f"), std::string("line") + OUtils::textLineEnd());
     EXPECT_TRUE(isGone());
+}
+
+class UnreadableLogTest : public UninstallationTest, public testing::WithParamInterface<int> {};
+
+TEST_P(UnreadableLogTest, EndsWellOrCanBeRepeated) {
+    installProduct("FILE\tCREATE\t/app/changes\r\nMODIFYFILE\tADDAFTER\t/shared/f\t/app/changes\r\n");
+    files_.addFile("/app/changes", "1\nline\n1\nadded\n");
+    files_.addFile("/shared/f", "line\nadded\n");
+    files_.failAt(MemoryFileSystem::Operation::kRead, "/tmp/copy.log", GetParam());
+    if (!run()) {
+        EXPECT_TRUE(isRepeatable());
+        EXPECT_TRUE(files_.hasFile("/app/changes"));
+        files_.clearFaults();
+        EXPECT_TRUE(runAgain());
+    }
+    EXPECT_EQ(files_.content("/shared/f"), std::string("line") + OUtils::textLineEnd());
+    EXPECT_TRUE(isGone());
+}
+
+INSTANTIATE_TEST_SUITE_P(AnyRead, UnreadableLogTest, testing::Range(1, 9));
+
+TEST_F(UninstallationTest, CanBeRepeatedWhenItCannotForgetTheProductsFiles) {
+    installProduct("");
+    rememberArchive("/app/un/backup.bin", "/app/un/install.log");
+    const std::vector<std::string> all = files_.allFiles();
+    const auto state = std::ranges::find_if(all, [](const auto& path) { return path.starts_with("/var/"); });
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, *state, 1);
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_THAT(errors_, ElementsAre("FAILED to remove what is remembered of the product's files"));
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+    EXPECT_FALSE(files_.hasFile(*state));
+}
+
+TEST_F(UninstallationTest, SaysThatARecordCouldNotBeDeletedInTheEnd) {
+    installProduct("");
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/un/backup.bin", 1);
+    EXPECT_FALSE(run());
+    EXPECT_THAT(errors_, testing::Contains("FAILED to delete /app/un/backup.bin"));
+    EXPECT_EQ(ui_.callsOf("addMessage").back(), "addMessage(\"The uninstallation is not complete.\")");
 }
 
 TEST_F(UninstallationTest, LeavesTheProductItselfWhenItsEntryCannotBeRemoved) {

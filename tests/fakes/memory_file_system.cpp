@@ -56,21 +56,32 @@ std::string parentOf(const std::string& path) {
     return separator == std::string::npos ? std::string() : path.substr(0, separator);
 }
 
+// What a path can mean, and the directory itself.
+bool isPlainName(std::string_view name) {
+    return !name.empty() && name != ".." && name.find_first_of("/\\") == std::string_view::npos;
+}
+
 bool isAtOrBelow(const std::string& key, const std::string& top) {
     return key.compare(0, top.size(), top) == 0 && (key.size() == top.size() || key[top.size()] == '/');
 }
 
 }  // namespace
 
+// A name, and the file behind it, which may have several.
 struct MemoryFileSystem::Node {
+    struct Body {
+        std::string content;  // of a file; the target of a link
+        bool executable = false;
+        bool isPrivate = false;
+        bool hasDirectoryRights = false;
+        bool isMasked = false;
+    };
+
     std::string path;
     int kind = kFile;
-    std::string content;  // of a file; the target of a link
-    bool executable = false;
-    bool isPrivate = false;
-    bool hasDirectoryRights = false;
+    std::shared_ptr<Body> body = std::make_shared<Body>();
     bool isMarked = false;
-    bool hasUnnameable = false;
+    std::vector<std::string> rawNames = {};  // of further entries, which no path can mean
 };
 
 struct MemoryFileSystem::Fault {
@@ -129,11 +140,11 @@ int MemoryFileSystem::OpenFile::read(void* buffer, std::uint32_t size, std::uint
     const std::lock_guard lock(owner_.mutex_);
     outDone = 0;
     const int status = begin(Operation::kRead, nullptr, platform::kRead);
-    if (status != kOk || position_ >= node_->content.size() || size == 0) {
+    if (status != kOk || position_ >= node_->body->content.size() || size == 0) {
         return status;
     }
-    const std::size_t done = std::min<std::size_t>(size, node_->content.size() - position_);
-    std::memcpy(buffer, node_->content.data() + position_, done);
+    const std::size_t done = std::min<std::size_t>(size, node_->body->content.size() - position_);
+    std::memcpy(buffer, node_->body->content.data() + position_, done);
     position_ += done;
     outDone = static_cast<std::uint32_t>(done);
     return kOk;
@@ -151,7 +162,7 @@ int MemoryFileSystem::OpenFile::write(const void* buffer, std::uint32_t size, st
         done = std::min<std::size_t>(done, static_cast<std::size_t>(owner_.freeSpace_));
         owner_.freeSpace_ -= static_cast<std::int64_t>(done);
     }
-    std::string& content = node_->content;
+    std::string& content = node_->body->content;
     if (done > 0) {
         content.resize(std::max(content.size(), position_ + done));
         std::memcpy(content.data() + position_, buffer, done);
@@ -173,7 +184,7 @@ int MemoryFileSystem::OpenFile::seek(std::int64_t distance, platform::Origin ori
     if (origin == platform::Origin::kCurrent) {
         base = outPosition;
     } else if (origin == platform::Origin::kEnd) {
-        base = static_cast<std::int64_t>(node_->content.size());
+        base = static_cast<std::int64_t>(node_->body->content.size());
     }
     if (base + distance < 0) {
         return kAccessDenied;
@@ -185,14 +196,14 @@ int MemoryFileSystem::OpenFile::seek(std::int64_t distance, platform::Origin ori
 
 std::int64_t MemoryFileSystem::OpenFile::size() {
     const std::lock_guard lock(owner_.mutex_);
-    return node_ == nullptr ? -1 : static_cast<std::int64_t>(node_->content.size());
+    return node_ == nullptr ? -1 : static_cast<std::int64_t>(node_->body->content.size());
 }
 
 int MemoryFileSystem::OpenFile::truncateHere() {
     const std::lock_guard lock(owner_.mutex_);
     const int status = begin(Operation::kTruncate, "truncate", platform::kWrite);
     if (status == kOk) {
-        node_->content.resize(position_);
+        node_->body->content.resize(position_);
     }
     return status;
 }
@@ -206,8 +217,9 @@ int MemoryFileSystem::OpenFile::setRights(platform::FileRights rights) {
     const std::lock_guard lock(owner_.mutex_);
     const int status = begin(Operation::kSetRights, nullptr, 0);
     if (status == kOk) {
-        node_->isPrivate = rights == platform::FileRights::kPrivate;
-        node_->executable = rights == platform::FileRights::kProgram;
+        node_->body->isMasked = false;
+        node_->body->isPrivate = rights == platform::FileRights::kPrivate;
+        node_->body->executable = rights == platform::FileRights::kProgram;
     }
     return status;
 }
@@ -227,8 +239,9 @@ int MemoryFileSystem::OpenFile::takeRightsOf(std::string_view path) {
     if (from->kind != kFile) {
         return kAccessDenied;
     }
-    node_->executable = from->executable;
-    node_->isPrivate = from->isPrivate;
+    node_->body->isMasked = from->body->isMasked;
+    node_->body->executable = from->body->executable;
+    node_->body->isPrivate = from->body->isPrivate;
     return owner_.readOnlyStatus(source);
 }
 
@@ -236,7 +249,7 @@ int MemoryFileSystem::OpenFile::makeExecutable() {
     const std::lock_guard lock(owner_.mutex_);
     const int status = begin(Operation::kMakeExecutable, "makeExecutable", 0);
     if (status == kOk) {
-        node_->executable = true;
+        node_->body->executable = true;
     }
     return status;
 }
@@ -291,9 +304,9 @@ private:
     template <typename Operate>
     int with(std::string_view name, Operate operate) {
         const std::lock_guard lock(owner_.mutex_);
-        const bool leadsAway = name.empty() || name == ".." || name.find_first_of("/\\") != name.npos;
-        return leadsAway || !owner_.isPlaceOf(node_) ? kNotFound
-                                                     : operate(node_->path + "/" + std::string(name));
+        return !isPlainName(name) || !owner_.isPlaceOf(node_)
+                   ? kNotFound
+                   : operate(node_->path + "/" + std::string(name));
     }
 
     MemoryFileSystem& owner_;
@@ -308,7 +321,9 @@ MemoryFileSystem::~MemoryFileSystem() = default;
 
 void MemoryFileSystem::addFile(std::string_view path, std::string_view content) {
     const std::lock_guard lock(mutex_);
-    add(resolved(path), kFile)->content = content;
+    const NodePtr node = add(resolved(path), kFile);
+    node->body = std::make_shared<Node::Body>(*node->body);
+    node->body->content = content;
 }
 
 void MemoryFileSystem::addDirectory(std::string_view path) {
@@ -324,7 +339,13 @@ void MemoryFileSystem::addMarkedDirectory(std::string_view path) {
 void MemoryFileSystem::addLink(std::string_view path, std::string_view target) {
     const std::lock_guard lock(mutex_);
     nodes_.erase(keyOf(resolved(path)));  // what is open stays what it is
-    add(resolved(path), kLink)->content = resolved(target);
+    add(resolved(path), kLink)->body->content = resolved(target);
+}
+
+void MemoryFileSystem::addHardLink(std::string_view path, std::string_view file) {
+    const std::lock_guard lock(mutex_);
+    nodes_.erase(keyOf(resolved(path)));
+    add(resolved(path), kFile)->body = find(resolved(file))->body;
 }
 
 void MemoryFileSystem::addDevice(std::string_view path) {
@@ -332,9 +353,14 @@ void MemoryFileSystem::addDevice(std::string_view path) {
     add(resolved(path), kDevice);
 }
 
-void MemoryFileSystem::addUnnameable(std::string_view directory) {
+void MemoryFileSystem::addUnnameable(std::string_view directory, std::string_view name) {
     const std::lock_guard lock(mutex_);
-    add(resolved(directory), kDirectory)->hasUnnameable = true;
+    add(resolved(directory), kDirectory)->rawNames.emplace_back(name);
+}
+
+void MemoryFileSystem::makePrivate(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    find(resolved(path))->body->isPrivate = true;
 }
 
 bool MemoryFileSystem::hasFile(std::string_view path) const {
@@ -352,25 +378,37 @@ bool MemoryFileSystem::hasDirectory(std::string_view path) const {
 std::string MemoryFileSystem::content(std::string_view path) const {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
-    return node != nullptr && node->kind == kFile ? node->content : std::string();
+    return node != nullptr && node->kind == kFile ? node->body->content : std::string();
+}
+
+std::string MemoryFileSystem::linkTarget(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->kind == kLink ? node->body->content : std::string();
 }
 
 bool MemoryFileSystem::isExecutable(std::string_view path) const {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
-    return node != nullptr && node->executable;
+    return node != nullptr && node->body->executable;
 }
 
 bool MemoryFileSystem::isPrivate(std::string_view path) const {
     const std::lock_guard lock(mutex_);
     const NodePtr node = find(resolved(path));
-    return node != nullptr && node->isPrivate;
+    return node != nullptr && node->body->isPrivate;
+}
+
+bool MemoryFileSystem::isMasked(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    return node != nullptr && node->body->isMasked;
 }
 
 bool MemoryFileSystem::hasDirectoryRights(std::string_view path) const {
     const std::lock_guard lock(mutex_);
     const NodePtr node = find(resolved(path));
-    return node != nullptr && node->hasDirectoryRights;
+    return node != nullptr && node->body->hasDirectoryRights;
 }
 
 std::vector<std::string> MemoryFileSystem::allFiles() const {
@@ -533,7 +571,7 @@ MemoryFileSystem::NodePtr MemoryFileSystem::find(const std::string& path) const 
 MemoryFileSystem::NodePtr MemoryFileSystem::findTarget(const std::string& path) const {
     NodePtr node = find(path);
     for (int depth = 0; node != nullptr && node->kind == kLink && depth < 40; ++depth) {
-        node = find(node->content);
+        node = find(node->body->content);
     }
     return node != nullptr && node->kind == kLink ? nullptr : node;
 }
@@ -588,7 +626,7 @@ int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOpti
     if (link != nullptr && (link->kind == kDevice || (link->kind == kLink && !options.followLinks))) {
         return kAccessDenied;
     }
-    const std::string target = link != nullptr && link->kind == kLink ? link->content : path;
+    const std::string target = link != nullptr && link->kind == kLink ? link->body->content : path;
     outNode = findTarget(path);
     if (outNode == nullptr && options.disposition == Disposition::kOpenExisting) {
         return kNotFound;
@@ -605,9 +643,10 @@ int MemoryFileSystem::openNode(const std::string& path, const platform::OpenOpti
             return status;
         }
         outNode = add(target, kFile);
-        outNode->isPrivate = options.disposition == Disposition::kCreatePrivate;
+        outNode->body->isPrivate = options.disposition == Disposition::kCreatePrivate;
+        outNode->body->isMasked = !outNode->body->isPrivate;
     } else if (options.disposition == Disposition::kCreateAlways) {
-        outNode->content.clear();
+        outNode->body->content.clear();
     }
     return kOk;
 }
@@ -643,7 +682,8 @@ bool MemoryFileSystem::isOrdinaryDirectory(std::string_view path) {
 std::int64_t MemoryFileSystem::fileSize(std::string_view path) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = findTarget(resolved(path));
-    return node != nullptr && node->kind == kFile ? static_cast<std::int64_t>(node->content.size()) : -1;
+    return node != nullptr && node->kind == kFile ? static_cast<std::int64_t>(node->body->content.size())
+                                                  : -1;
 }
 
 int MemoryFileSystem::resolveFile(std::string_view path, std::string& outPath) {
@@ -794,7 +834,7 @@ bool MemoryFileSystem::isPlaceOf(const NodePtr& node) const {
 }
 
 bool MemoryFileSystem::hasChildren(const std::string& path) const {
-    if (const NodePtr node = find(path); node != nullptr && node->hasUnnameable) {
+    if (const NodePtr node = find(path); node != nullptr && !node->rawNames.empty()) {
         return true;
     }
     const std::string prefix = keyOf(path) + "/";
@@ -844,6 +884,11 @@ int MemoryFileSystem::list(std::string_view path, std::vector<platform::Director
             outEntries.push_back({at->second->path.substr(prefix.size()), at->second->kind == kDirectory});
         }
     }
+    for (const std::string& raw : top->rawNames) {
+        if (isPlainName(raw)) {
+            outEntries.push_back({raw, false});
+        }
+    }
     return kOk;
 }
 
@@ -878,7 +923,7 @@ int MemoryFileSystem::makeExecutable(std::string_view path) {
     if (const int readOnly = readOnlyStatus(name); readOnly != kOk) {
         return readOnly;
     }
-    node->executable = true;
+    node->body->executable = true;
     return kOk;
 }
 
@@ -893,7 +938,7 @@ int MemoryFileSystem::takeDirectoryRights(std::string_view path) {
     if (node == nullptr) {
         return kNotFound;
     }
-    node->hasDirectoryRights = true;
+    node->body->hasDirectoryRights = true;
     return readOnlyStatus(name);
 }
 
@@ -934,7 +979,7 @@ std::string MemoryFileSystem::realNameOf(const std::string& path, int links) con
         real += real.empty() && isDrive(component) ? component : "/" + component;
         NodePtr node = find(real);
         if (node != nullptr && node->kind == kLink) {
-            node = links < 40 ? find(realNameOf(node->content, links + 1)) : nullptr;
+            node = links < 40 ? find(realNameOf(node->body->content, links + 1)) : nullptr;
         }
         if (node == nullptr) {
             return {};
@@ -965,7 +1010,7 @@ int MemoryFileSystem::createPrivateDirectory(std::string_view parent, std::strin
     const int status = createDirectory(path);
     if (status == kOk) {
         const std::lock_guard lock(mutex_);
-        find(resolved(path))->isPrivate = true;
+        find(resolved(path))->body->isPrivate = true;
         outPath = path;
     }
     return status;

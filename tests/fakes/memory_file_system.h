@@ -55,22 +55,29 @@ public:
     ~MemoryFileSystem() override;
 
     // Set-up and inspection; none of it is recorded, fails by injection or counts against the disk's space.
-    // Missing directories are made.
+    // Missing directories are made. A file that is there keeps its rights and gets a content of its own: its
+    // further names keep the old one.
     void addFile(std::string_view path, std::string_view content);
     void addDirectory(std::string_view path);
     // A directory with a mark of the system, which isOrdinaryDirectory sees.
     void addMarkedDirectory(std::string_view path);
     void addLink(std::string_view path, std::string_view target);
+    // One more name of the file, which must be there.
+    void addHardLink(std::string_view path, std::string_view file);
     // Neither a file nor a directory; opening it fails at once.
     void addDevice(std::string_view path);
-    // An entry that is listed by no name that a path can mean. It can't be reached and keeps its directory
-    // from being empty.
-    void addUnnameable(std::string_view directory);
+    // An entry whose name no path can mean. It isn't listed, can't be reached and keeps its directory from
+    // being empty.
+    void addUnnameable(std::string_view directory, std::string_view name = "..\\..");
+    void makePrivate(std::string_view path);    // of a file that is there
     bool hasFile(std::string_view path) const;  // a file, not a link or a directory
     bool hasDirectory(std::string_view path) const;
-    std::string content(std::string_view path) const;  // empty when there is no such file
+    std::string content(std::string_view path) const;     // empty when there is no such file
+    std::string linkTarget(std::string_view path) const;  // empty when there is no link
     bool isExecutable(std::string_view path) const;
     bool isPrivate(std::string_view path) const;  // of this user alone
+    // Made with the rights that the process's mask left, and never given others.
+    bool isMasked(std::string_view path) const;
     // Had takeDirectoryRights, and still is that file.
     bool hasDirectoryRights(std::string_view path) const;
     // The full paths of all files and links in their own case with `/`, in the order of their lower case.

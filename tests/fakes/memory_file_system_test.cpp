@@ -302,6 +302,59 @@ TEST_F(MemoryFileSystemTest, KeepsADirectoryWithAnEntryThatNoPathMeans) {
     EXPECT_EQ(MemoryFileSystem::kNotEmpty, files_.removeDirectory("/d"));
 }
 
+TEST_F(MemoryFileSystemTest, ListsNoNameThatLeadsAway) {
+    files_.addFile("/victim", "x");
+    files_.addUnnameable("/d", "..\\victim");
+    EXPECT_TRUE(names("/d").empty());
+    std::unique_ptr<platform::Directory> directory;
+    ASSERT_EQ(0, files_.openDirectory("/d", directory));
+    EXPECT_NE(0, directory->removeFile("..\\victim"));
+    EXPECT_TRUE(files_.hasFile("/victim"));
+}
+
+TEST_F(MemoryFileSystemTest, WritesToAllNamesOfAFile) {
+    files_.addFile("/a", "old");
+    files_.addHardLink("/b", "/a");
+    std::unique_ptr<platform::File> file;
+    ASSERT_EQ(0, files_.open("/b", {platform::kWrite}, file));
+    std::uint32_t done = 0;
+    EXPECT_EQ(0, file->write("new", 3, done));
+    EXPECT_EQ("new", files_.content("/a"));
+    EXPECT_EQ(0, files_.removeFile("/b"));
+    EXPECT_EQ("new", files_.content("/a"));
+}
+
+TEST_F(MemoryFileSystemTest, SetsUpANewContentForOneNameOnly) {
+    files_.addFile("/a", "old");
+    files_.addHardLink("/b", "/a");
+    files_.addFile("/b", "new");
+    EXPECT_EQ("old", files_.content("/a"));
+    EXPECT_EQ("new", files_.content("/b"));
+}
+
+TEST_F(MemoryFileSystemTest, ReplacesOneNameOfAFile) {
+    files_.addFile("/a", "old");
+    files_.addHardLink("/b", "/a");
+    files_.addFile("/new", "new");
+    EXPECT_EQ(0, files_.replaceFile("/new", "/b"));
+    EXPECT_EQ("old", files_.content("/a"));
+    EXPECT_EQ("new", files_.content("/b"));
+}
+
+TEST_F(MemoryFileSystemTest, MasksTheRightsOfANewFile) {
+    files_.addFile("/a", "x");
+    std::unique_ptr<platform::File> file;
+    ASSERT_EQ(0, files_.open("/new", {platform::kWrite, 0, platform::Disposition::kCreateNew}, file));
+    EXPECT_TRUE(files_.isMasked("/new"));
+    EXPECT_EQ(0, file->setRights(platform::FileRights::kPlain));
+    EXPECT_FALSE(files_.isMasked("/new"));
+    ASSERT_EQ(0, files_.open("/taken", {platform::kWrite, 0, platform::Disposition::kCreateNew}, file));
+    EXPECT_EQ(0, file->takeRightsOf("/a"));
+    EXPECT_FALSE(files_.isMasked("/taken"));
+    ASSERT_EQ(0, files_.open("/own", {platform::kWrite, 0, platform::Disposition::kCreatePrivate}, file));
+    EXPECT_FALSE(files_.isMasked("/own"));
+}
+
 TEST_F(MemoryFileSystemTest, TakesTheRightsOfTheDirectory) {
     files_.addFile("/a", "x");
     EXPECT_FALSE(files_.hasDirectoryRights("/a"));

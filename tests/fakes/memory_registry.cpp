@@ -58,6 +58,14 @@ MemoryRegistry::Address MemoryRegistry::addressOf(RegistryRoot root, std::string
     return {root, view, pathKey(path)};
 }
 
+bool MemoryRegistry::isRefused(Operation operation) {
+    bool refused = false;
+    for (Fault& fault : faults_) {
+        refused = (fault.operation == operation && --fault.remaining == 0) || refused;
+    }
+    return refused;
+}
+
 // Gives the number of levels made.
 int MemoryRegistry::makeLevels(RegistryRoot root, std::string_view path, RegistryView view) {
     int created = 0;
@@ -144,6 +152,9 @@ std::map<std::string, std::string> MemoryRegistry::everything() const {
 int MemoryRegistry::createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) {
     record("createKey", root, path, view);
     outCreated = 0;
+    if (isRefused(Operation::kCreateKey)) {
+        return platform::kRegAccessDenied;
+    }
     if (find(addressOf(root, path, view)) != nullptr) {
         return platform::kRegOk;
     }
@@ -169,7 +180,7 @@ int MemoryRegistry::deleteKey(RegistryRoot root, std::string_view path, Registry
     }
     std::vector<std::string> subkeys;
     listKeys(root, path, view, subkeys);
-    if (!subkeys.empty() || isAtOrBelowAny(path, readOnly_)) {
+    if (!subkeys.empty() || isRefused(Operation::kDeleteKey) || isAtOrBelowAny(path, readOnly_)) {
         return platform::kRegAccessDenied;
     }
     keys_.erase(address);
@@ -198,6 +209,9 @@ int MemoryRegistry::listKeys(RegistryRoot root, std::string_view path, RegistryV
 
 int MemoryRegistry::readValue(RegistryRoot root, std::string_view path, RegistryView view,
                               std::string_view name, platform::RegistryValue& outValue) {
+    if (isRefused(Operation::kReadValue)) {
+        return platform::kRegAccessDenied;
+    }
     if (const int status = testKey(root, path, view); status != platform::kRegOk) {
         return status;
     }
@@ -216,7 +230,7 @@ int MemoryRegistry::writeValue(RegistryRoot root, std::string_view path, Registr
     if (key == nullptr) {
         return platform::kRegNotFound;
     }
-    if (isAtOrBelowAny(path, readOnly_)) {
+    if (isRefused(Operation::kWriteValue) || isAtOrBelowAny(path, readOnly_)) {
         return platform::kRegAccessDenied;
     }
     NamedValue& entry = key->values[OUtils::toLowerAscii(name)];
@@ -234,7 +248,7 @@ int MemoryRegistry::deleteValue(RegistryRoot root, std::string_view path, Regist
     if (key == nullptr || key->values.count(OUtils::toLowerAscii(name)) == 0) {
         return platform::kRegNotFound;
     }
-    if (isAtOrBelowAny(path, readOnly_)) {
+    if (isRefused(Operation::kDeleteValue) || isAtOrBelowAny(path, readOnly_)) {
         return platform::kRegAccessDenied;
     }
     key->values.erase(OUtils::toLowerAscii(name));

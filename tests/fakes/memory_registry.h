@@ -13,6 +13,8 @@
 // kept apart; the four roots always exist. For one thread.
 class MemoryRegistry : public platform::Registry {
 public:
+    enum class Operation { kCreateKey, kDeleteKey, kReadValue, kWriteValue, kDeleteValue };
+
     // Set-up and inspection in the native view unless a parameter says otherwise; not recorded, never
     // refused.
     void addKey(platform::RegistryRoot root, std::string_view path,
@@ -33,6 +35,10 @@ public:
     void setReadOnly(std::string_view path) { readOnly_.push_back(std::string(path)); }
     // At this path and below nothing can be read or listed either.
     void setForbidden(std::string_view path);
+
+    // The n-th (from 1) operation of this kind from now on is refused. Each call adds one refusal.
+    void failAt(Operation operation, int n) { faults_.push_back({operation, n}); }
+    void clearFaults() { faults_.clear(); }
 
     // What was asked for, in order, failed calls included: "createKey HKLM\a\b", "deleteKey ...",
     // "writeValue HKLM\a\b:name", "deleteValue ...". Reading isn't recorded. The roots are HKCR, HKCU, HKLM,
@@ -66,6 +72,12 @@ private:
     // The path in lower case, components separated by a zero byte so that children follow their parent.
     using Address = std::tuple<platform::RegistryRoot, platform::RegistryView, std::string>;
 
+    struct Fault {
+        Operation operation;
+        int remaining;
+    };
+
+    bool isRefused(Operation operation);
     static Address addressOf(platform::RegistryRoot root, std::string_view path, platform::RegistryView view);
     int makeLevels(platform::RegistryRoot root, std::string_view path, platform::RegistryView view);
     Key* find(const Address& address);
@@ -75,4 +87,5 @@ private:
     std::map<Address, Key> keys_;
     std::vector<std::string> readOnly_;
     std::vector<std::string> forbidden_;
+    std::vector<Fault> faults_;
 };

@@ -88,6 +88,25 @@ TEST_F(MemoryRegistryTest, RefusesBelowItsBarriers) {
     EXPECT_EQ(platform::kRegAccessDenied, registry_.testKey(kMachine, "A", kNative));
 }
 
+TEST_F(MemoryRegistryTest, RefusesOneOperationOfAKind) {
+    using Operation = MemoryRegistry::Operation;
+    registry_.addText(kMachine, "A", "v", "x");
+    registry_.failAt(Operation::kReadValue, 2);
+    platform::RegistryValue value;
+    EXPECT_EQ(0, registry_.readValue(kMachine, "A", kNative, "v", value));
+    EXPECT_EQ(platform::kRegAccessDenied, registry_.readValue(kMachine, "A", kNative, "v", value));
+    EXPECT_EQ(0, registry_.readValue(kMachine, "A", kNative, "v", value));
+    for (const Operation operation :
+         {Operation::kCreateKey, Operation::kDeleteKey, Operation::kWriteValue, Operation::kDeleteValue}) {
+        registry_.failAt(operation, 1);
+    }
+    EXPECT_EQ(platform::kRegAccessDenied, registry_.createKey(kMachine, "B", kNative, created_));
+    EXPECT_EQ(platform::kRegAccessDenied, registry_.writeValue(kMachine, "A", kNative, "v", {}));
+    EXPECT_EQ(platform::kRegAccessDenied, registry_.deleteValue(kMachine, "A", kNative, "v"));
+    EXPECT_EQ(platform::kRegAccessDenied, registry_.deleteKey(kMachine, "A", kNative));
+    EXPECT_EQ(0, registry_.deleteKey(kMachine, "A", kNative));
+}
+
 TEST_F(MemoryRegistryTest, RecordsChanges) {
     registry_.createKey(kMachine, "A", RegistryView::k32Bit, created_);
     registry_.writeValue(RegistryRoot::kCurrentUser, "B", kNative, "n", {});

@@ -1,5 +1,6 @@
 #include "product_case.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 
@@ -8,7 +9,7 @@ namespace {
 constexpr std::array kKindNames = {
     "File",        "Environment",   "Ini",         "ModifyFile",          "Shortcut",          "FirewallPort",
     "FirewallApp", "RegistryValue", "RegistryKey", "RemoveRegistryValue", "RemoveRegistryKey", "CopyFile",
-    "CreateFile",  "RemoveFile",    "RemoveDir",   "RunProgram"};
+    "CreateFile",  "RemoveFile",    "RemoveDir",   "RunProgram",          "Cleaning"};
 static_assert(kKindNames.size() == kItemKindCount);
 
 // Few different lines, so that searches meet each other.
@@ -41,17 +42,20 @@ std::string environmentElement(const Item& item) {
 
 std::string iniElement(const Item& item) {
     return element("Add",
-                   attribute("FileName", iniPathOf(item)) + attribute("Section", "main") +
+                   attribute("FileName", placeOf(item)) + attribute("Section", "main") +
                        attribute("Key", "key") + (item.option ? attribute("BeforeKey", "other") : ""),
                    item.name("value"));
 }
 
-std::string shortcutElement(const Item& item) {
+std::string typeOf(const Item& shortcut) {
     static const std::array kTypes = {"File", "URL", "Uninstall", "Symlink"};
+    return kTypes[static_cast<std::size_t>(shortcut.variant) % kTypes.size()];
+}
+
+std::string shortcutElement(const Item& item) {
     const std::string path = linkPathOf(item);
     return element("Add",
-                   attribute("Type", kTypes[static_cast<std::size_t>(item.variant) % kTypes.size()]) +
-                       attribute("Dest", path.substr(0, path.rfind('/'))) +
+                   attribute("Type", typeOf(item)) + attribute("Dest", path.substr(0, path.rfind('/'))) +
                        attribute("Target", "/product/run"),
                    path.substr(path.rfind('/') + 1));
 }
@@ -86,13 +90,13 @@ std::string registryElement(const Item& item) {
 std::string actionElement(const Item& item) {
     switch (item.kind) {
         case ItemKind::kCopyFile:
-            return element("CopyFile", attribute("Dest", item.name("/product/copy")), "/data/keep");
+            return element("CopyFile", attribute("Dest", placeOf(item)), "/data/keep");
         case ItemKind::kCreateFile:
             return element("CreateFile", attribute("Dest", "/product"), item.name("created"));
         case ItemKind::kRemoveFile:
-            return element("RemoveFile", "", item.name("/data/gone"));
+            return element("RemoveFile", "", placeOf(item));
         case ItemKind::kRemoveDirectory:
-            return element("RemoveDir", "", item.name("/data/empty"));
+            return element("RemoveDir", "", placeOf(item));
         case ItemKind::kRunProgram:
             return element("RunProgram", attribute("Wait", "1"), "/product/run");
         default:
@@ -100,16 +104,16 @@ std::string actionElement(const Item& item) {
     }
 }
 
+// Nothing is recorded of what these actions make.
 std::string cleanUpElement(const Item& item) {
-    if (item.kind == ItemKind::kCopyFile) {
-        return element("RemoveFile", "", item.name("/product/copy"));
-    }
-    return item.kind == ItemKind::kCreateFile ? element("RemoveFile", "", item.name("/product/created")) : "";
+    const bool isMade = item.kind == ItemKind::kCopyFile || item.kind == ItemKind::kCreateFile;
+    return isMade ? element("RemoveFile", "", placeOf(item)) : "";
 }
 
 // The elements of the items, by the group that they belong into.
 std::map<std::string, std::string> groupsOf(const ProductCase& product) {
     std::map<std::string, std::string> groups;
+    groups["UninstallWildcards"] = "<WC Dest='/product'>install.log</WC><WC Dest='/product'>backup.bin</WC>";
     for (const Item& item : product.items) {
         switch (item.kind) {
             case ItemKind::kFile:
@@ -125,8 +129,12 @@ std::map<std::string, std::string> groupsOf(const ProductCase& product) {
                 groups["FileSet Name='All'"] +=
                     element("FN", attribute("Dest", "/product"), item.name("change"));
                 groups["ModifyFiles"] +=
-                    element("File", attribute("Path", textPathOf(item)) + attribute("Command", "AddAfter"),
+                    element("File", attribute("Path", placeOf(item)) + attribute("Command", "AddAfter"),
                             item.name("/product/change"));
+                break;
+            case ItemKind::kCleaning:
+                groups["UninstallWildcards"] += element(
+                    "WC", attribute("Dest", placeOf(item)) + (item.option ? " DeleteDirs='1'" : ""), "*.tmp");
                 break;
             case ItemKind::kShortcut:
                 groups["Shortcuts"] += shortcutElement(item);
@@ -147,59 +155,89 @@ std::map<std::string, std::string> groupsOf(const ProductCase& product) {
     return groups;
 }
 
-constexpr std::array kCourseNames = {"plain",
-                                     "installed again",
-                                     "repaired",
-                                     "a damaged archive",
-                                     "a cut archive",
-                                     "a lost archive",
-                                     "a damaged log",
-                                     "a cut log",
-                                     "a failing call of the installation",
-                                     "a failing call of the uninstallation",
-                                     "a full disk"};
-static_assert(kCourseNames.size() == kCourseCount);
+struct CourseRow {
+    const char* name;
+    Promise promise;
+};
+// In the order of Course.
+constexpr std::array<CourseRow, kCourseCount> kCourses = {{
+    {"plain", Promise::kEnd},
+    {"installed again", Promise::kEnd},
+    {"repaired", Promise::kEnd},
+    {"a damaged archive", Promise::kFailure},
+    {"a cut archive", Promise::kFailure},
+    {"a lost archive", Promise::kEnd},
+    {"a damaged log", Promise::kNoLoss},
+    {"a cut log", Promise::kNoLoss},
+    {"a lost log", Promise::kNothingDone},
+    {"a failing call of the installation", Promise::kNoLoss},
+    {"a full disk", Promise::kNoLoss},
+    {"a failing call of the uninstallation", Promise::kEndAtLast},
+    {"a full disk in the end", Promise::kEndAtLast},
+}};
+
+constexpr std::array kTrapNames = {"", "a link", "a hard link", "an odd name", "a linked directory"};
+static_assert(kTrapNames.size() == kTrapCount);
+
+std::string nameOf(Trap trap, const char* moment) {
+    return trap == Trap::kNone ? "" : std::string(" ") + moment + " " + kTrapNames[static_cast<int>(trap)];
+}
+
+Trap randomTrap(RandomNumbers& random) {
+    return random.oneIn(8) ? static_cast<Trap>(random.below(kTrapCount)) : Trap::kNone;
+}
+
+Item randomItem(RandomNumbers& random, int number) {
+    Item item;
+    item.kind = static_cast<ItemKind>(random.below(kItemKindCount));
+    item.number = number;
+    item.variant = static_cast<int>(random.below(12));
+    item.option = random.oneIn(2);
+    item.atFirst = randomTrap(random);
+    item.later = randomTrap(random);
+    item.earlier = random.oneIn(2) || item.atFirst != Trap::kNone;
+    item.isPrivate = random.oneIn(4);
+    item.touched = random.oneIn(4);
+    for (std::size_t lines = random.below(8); lines > 0; --lines) {
+        item.lines.push_back(randomLine(random));
+    }
+    return item;
+}
 
 }  // namespace
 
 const char* nameOf(Course course) {
-    return kCourseNames[static_cast<std::size_t>(course)];
+    return kCourses[static_cast<std::size_t>(course)].name;
 }
 
-const char* limitOf(Course course) {
-    switch (course) {
-        case Course::kRepair:
-            return "what comes back into a directory of the product keeps that directory for ever";
-        case Course::kDamageArchive:
-            return "a changed byte within a content of the archive can't be noticed";
-        case Course::kFailUninstallation:
-            return "a failure in the last steps can leave the entry or the sums of the product";
-        default:
-            return nullptr;
-    }
+Promise promiseOf(Course course) {
+    return kCourses[static_cast<std::size_t>(course)].promise;
+}
+
+bool isRefused(const Item& item) {
+    const bool isLinked = item.atFirst == Trap::kLink;
+    return (item.kind == ItemKind::kFile && item.option && isLinked) ||
+           (item.kind == ItemKind::kIni && isLinked) ||
+           (item.kind == ItemKind::kModifyFile && (isLinked || !item.earlier)) ||
+           (item.kind == ItemKind::kShortcut && typeOf(item) == "Symlink");
+}
+
+bool isReached(const ProductCase& product, const Item& item) {
+    return std::ranges::none_of(product.items, [&](const Item& other) {
+        return other.kind == item.kind && other.number <= item.number && isRefused(other);
+    });
 }
 
 ProductCase randomCase(RandomNumbers& random) {
     ProductCase product;
     const std::size_t count = random.below(10);
     for (std::size_t i = 0; i < count; ++i) {
-        Item item;
-        item.kind = static_cast<ItemKind>(random.below(kItemKindCount));
-        item.number = static_cast<int>(i) + 1;
-        item.variant = static_cast<int>(random.below(12));
-        item.option = random.oneIn(2);
-        item.earlier = random.oneIn(2);
-        item.touched = random.oneIn(4);
-        for (std::size_t lines = random.below(8); lines > 0; --lines) {
-            item.lines.push_back(randomLine(random));
-        }
-        product.items.push_back(std::move(item));
+        product.items.push_back(randomItem(random, static_cast<int>(i) + 1));
     }
-    do {
-        product.course = random.oneIn(2) ? Course::kPlain : static_cast<Course>(random.below(kCourseCount));
-    } while (limitOf(product.course) != nullptr);
-    product.operation = static_cast<int>(random.below(kFailingOperationCount));
+    product.course = random.oneIn(2) ? Course::kPlain : static_cast<Course>(random.below(kCourseCount));
+    product.operation = static_cast<int>(random.below(1000));
     product.point = static_cast<int>(random.oneIn(2) ? random.below(12) : random.below(4000));
+    product.reinstalled = random.oneIn(2);
     product.foreignFile = random.oneIn(8);
     product.firewallOff = random.oneIn(8);
     product.registers = random.oneIn(2);
@@ -207,6 +245,7 @@ ProductCase randomCase(RandomNumbers& random) {
 }
 
 std::string describe(const ProductCase& product) {
+    std::map<std::string, std::string> groups = groupsOf(product);
     std::string text =
         "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname><MajorVersion>1</MajorVersion>"
         "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion><Website>x</Website></ProductDesc>"
@@ -222,10 +261,13 @@ std::string describe(const ProductCase& product) {
         "<InstallLogFile>/product/install.log</InstallLogFile>"
         "<InstallBackupFile>/product/backup.bin</InstallBackupFile>"
         "<UninstallXmlFile>/product/install.xml</UninstallXmlFile></Uninstall>"
-        "<UninstallWildcards><WC Dest='/product'>install.log</WC><WC Dest='/product'>backup.bin</WC>"
+        "<UninstallWildcards>" +
+        groups["UninstallWildcards"] +
         "</UninstallWildcards></Installation>"
-        "<FileSet Name='Own'><FN Dest='/product'>install.xml</FN></FileSet>";
-    for (const auto& [group, children] : groupsOf(product)) {
+        "<FileSet Name='Own'><FN Dest='/product'>install.xml</FN><FN "
+        "Dest='/product'>installer</FN></FileSet>";
+    groups.erase("UninstallWildcards");
+    for (const auto& [group, children] : groups) {
         text += "<" + group + ">" + children + "</" + group.substr(0, group.find(' ')) + ">";
     }
     return text + "</TandrelGroupInstallation>";
@@ -237,17 +279,42 @@ std::string summarize(const ProductCase& product) {
         text += std::string("  ") + kKindNames[static_cast<std::size_t>(item.kind)] + " number " +
                 std::to_string(item.number) + " variant " + std::to_string(item.variant) +
                 (item.option ? " option" : "") + (item.earlier ? " earlier" : "") +
-                (item.touched ? " touched" : "") + " lines";
+                (item.isPrivate ? " private" : "") + (item.touched ? " touched" : "") +
+                nameOf(item.atFirst, "at first") + nameOf(item.later, "later") + " lines";
         for (const std::string& line : item.lines) {
             text += " \"" + line + "\"";
         }
         text += "\n";
     }
     text += std::string("  course: ") + nameOf(product.course) + " at " + std::to_string(product.point) +
-            " (operation " + std::to_string(product.operation) + ")\n";
+            " (operation " + std::to_string(product.operation) + ")" +
+            (product.reinstalled ? ", installed again" : "") + "\n";
     return text + (product.foreignFile ? "  a foreign file\n" : "") +
            (product.firewallOff ? "  the firewall is off\n" : "") +
            (product.registers ? "  registers itself\n" : "");
+}
+
+std::string placeOf(const Item& item) {
+    switch (item.kind) {
+        case ItemKind::kFile:
+            return filePathOf(item);
+        case ItemKind::kIni:
+            return item.name("/data/settings") + ".ini";
+        case ItemKind::kModifyFile:
+            return item.name("/data/text") + ".txt";
+        case ItemKind::kCopyFile:
+            return item.name("/product/copy");
+        case ItemKind::kCreateFile:
+            return item.name("/product/created");
+        case ItemKind::kRemoveFile:
+            return item.name("/data/gone");
+        case ItemKind::kRemoveDirectory:
+            return item.name("/data/empty");
+        case ItemKind::kCleaning:
+            return item.name("/data/cache");
+        default:
+            return {};
+    }
 }
 
 std::string filePathOf(const Item& file) {
@@ -263,20 +330,18 @@ std::string earlierContentOf(const Item& file) {
     return file.variant % 3 == 0 ? "same" : file.name("earlier ");
 }
 
-std::string iniPathOf(const Item& ini) {
-    return ini.name("/data/settings") + ".ini";
-}
-
-std::string textPathOf(const Item& modified) {
-    return modified.name("/data/text") + ".txt";
-}
-
 std::string linkPathOf(const Item& shortcut) {
     return shortcut.name(shortcut.option ? "/menu/Demo/link" : "/data/link");
 }
 
 std::string registryPathOf(const Item& item) {
     return item.name(item.option ? "Software/Demo/Deep/Key" : "Software/Present/Key");
+}
+
+std::string registryKeyOf(const Item& item) {
+    std::string path = registryPathOf(item);
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
 }
 
 std::string environmentValueOf(const Item& item) {

@@ -22,8 +22,19 @@ enum class ItemKind {
     kRemoveFile,
     kRemoveDirectory,
     kRunProgram,
+    kCleaning,  // a directory that the product fills while it runs, and a pattern of UninstallWildcards
 };
-inline constexpr int kItemKindCount = 16;
+inline constexpr int kItemKindCount = 17;
+
+// What somebody else has put in the place of an item, so that the programs do there what they must not.
+enum class Trap {
+    kNone,
+    kLink,         // a link to somebody's file, or directory where the item has one
+    kHardLink,     // one more name of somebody's file
+    kOddName,      // in a cleaned directory: an entry whose name leads to somebody's file
+    kLinkedPlace,  // instead of a cleaned directory: a link to somebody's
+};
+inline constexpr int kTrapCount = 5;
 
 // One thing that a description asks for. Its number keeps its names apart from those of all other items.
 struct Item {
@@ -31,8 +42,11 @@ struct Item {
     int number = 0;
     int variant = 0;                 // the kind's own choice: a mode, a type, a place
     bool option = false;             // the kind's own option: BackupExisting, IsPath, BeforeKey ...
-    bool earlier = false;            // there is something at its place ahead of the installation
+    bool earlier = false;            // there is something at its place before the installation
+    bool isPrivate = false;          // only its user may read that
     bool touched = false;            // the user changes it between installation and uninstallation
+    Trap atFirst = Trap::kNone;      // there before the installation
+    Trap later = Trap::kNone;        // put there between installation and uninstallation
     std::vector<std::string> lines;  // texts of its own
 
     std::string name(const std::string& stem) const { return stem + std::to_string(number); }
@@ -48,24 +62,33 @@ enum class Course {
     kLoseArchive,         // the archive is gone
     kDamageLog,           // one byte of the action log changes
     kCutLog,              // the log ends early
-    kFailInstallation,    // one call of the file system fails while the product is installed
-    kFailUninstallation,  // one fails while it is uninstalled, which is done again afterwards
+    kLoseLog,             // the log is gone
+    kFailInstallation,    // one call of the system fails while the product is installed
     kFillDisk,            // the disk fills up while the product is installed
+    kFailUninstallation,  // one call fails while it is uninstalled
+    kFillDiskAtEnd,       // the disk fills up while it is uninstalled
 };
-inline constexpr int kCourseCount = 11;
-// Why the random cases leave it out: what the programs can't do yet. Null for the others.
-const char* limitOf(Course course);
-// The kinds of calls of the file system that can be made to fail (MemoryFileSystem::Operation, from its
-// start).
-inline constexpr int kFailingOperationCount = 13;
+inline constexpr int kCourseCount = 13;
+
+// What holds after a course. In all of them the user loses nothing (safety.h), and what a run says is true.
+enum class Promise {
+    kEnd,          // everything is as it was at first (expected_end.h)
+    kFailure,      // the uninstallation fails and can be repeated
+    kEndAtLast,    // everything is as it was, at the latest after a second uninstallation
+    kNothingDone,  // the uninstallation fails and changes nothing
+    kNoLoss,       // nothing more
+};
+
 const char* nameOf(Course course);
+Promise promiseOf(Course course);
 
 // A product, the machine that it meets and what its user does to it.
 struct ProductCase {
     std::vector<Item> items;
     Course course = Course::kPlain;
     int point = 0;             // of the course: a byte, or the number of the call
-    int operation = 0;         // of a course with a failing call: the kind of the call
+    int operation = 0;         // of a course with a failing call: the kind of the call (product_life.h)
+    bool reinstalled = false;  // where the course spoils the records: the product is installed once more
     bool foreignFile = false;  // the user puts a file into the product's directory
     bool firewallOff = false;
     bool registers = false;  // the product registers itself as an application
@@ -74,15 +97,20 @@ struct ProductCase {
 ProductCase randomCase(RandomNumbers& random);
 // The description of the product, with the change descriptions as files of the package.
 std::string describe(const ProductCase& product);
+// Whether its change can't be made: a link is in the place of what is to be backed up or edited, there is
+// nothing to be edited, or it is a type of shortcut that doesn't exist yet.
+bool isRefused(const Item& item);
+// Whether an installation comes to this element: one that can't be made is the last one of its group.
+bool isReached(const ProductCase& product, const Item& item);
 // In words, for a report.
 std::string summarize(const ProductCase& product);
 
-// Where the items live.
+// Where the items live; empty for those that aren't one file or directory.
+std::string placeOf(const Item& item);
 std::string filePathOf(const Item& file);
 std::string installedContentOf(const Item& file);
 std::string earlierContentOf(const Item& file);
-std::string iniPathOf(const Item& ini);
-std::string textPathOf(const Item& modified);
 std::string linkPathOf(const Item& shortcut);
-std::string registryPathOf(const Item& item);
+std::string registryPathOf(const Item& item);  // as the description has it
+std::string registryKeyOf(const Item& item);   // the same, as the registry has it
 std::string environmentValueOf(const Item& item);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "machine_state.h"
+#include "product_case.h"
 
 // What holds whatever goes wrong: nothing of the user is lost, and nothing untrue is said.
 
