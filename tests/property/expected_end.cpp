@@ -61,7 +61,8 @@ void expectEnvironment(MachineState& state, const Item& item) {
         if (entries.empty()) {
             entries.push_back("(plain)");
         }
-        entries.push_back("/user");
+        entries.insert(entries.begin() + 1, entryInFrontOf(item));
+        entries.push_back(entryAfter(item));
     }
 }
 

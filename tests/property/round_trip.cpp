@@ -18,9 +18,10 @@ void append(Findings& findings, const Findings& others, const std::string& start
     }
 }
 
-// What the programs keep for themselves.
+// What the programs keep for themselves, and what a repetition of an uninstallation needs.
 bool isOwnRecord(const std::string& path) {
-    return path == ProductLife::kLog || path == ProductLife::kArchive || path.starts_with("/var/state/");
+    return path == ProductLife::kLog || path == ProductLife::kArchive || path == "/product/install.xml" ||
+           path.starts_with("/product/change") || path.starts_with("/var/state/");
 }
 
 // Lets a product live from its first installation to its end, and judges what the runs do and say.
@@ -42,6 +43,7 @@ private:
     void judgeFirstOfTwo(const Outcome& outcome);
     void judgeRepetition();
     void judgeNothingDone(const Outcome& outcome, const MachineState& before);
+    void judgeArchivedFiles();
 
     void expectToBeRepeatable();
     void expectState(MachineState expected);
@@ -157,6 +159,7 @@ void RoundTrip::uninstall() {
             judgeNothingDone(outcome, before);
             break;
         case Promise::kNoLoss:
+            judgeArchivedFiles();
             break;
     }
 }
@@ -280,6 +283,22 @@ void RoundTrip::judgeNothingDone(const Outcome& outcome, const MachineState& bef
         find("The uninstallation reports success without its log");
     }
     expectState(before);
+}
+
+// An installation over a lost log saves what the archive holds.
+void RoundTrip::judgeArchivedFiles() {
+    if (product_.course != Course::kLoseLog) {
+        return;
+    }
+    const std::map<std::string, std::string> expected = expectedEnd(life_.start(), product_).files;
+    const std::map<std::string, std::string> found = life_.state().files;
+    for (const Item& item : product_.items) {
+        const std::string path = placeOf(item);
+        if (item.kind == ItemKind::kFile && item.option && life_.start().files.contains(path) &&
+            (!found.contains(path) || found.at(path) != expected.at(path))) {
+            find("A file of the user has not come back: " + path);
+        }
+    }
 }
 
 }  // namespace

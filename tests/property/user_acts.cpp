@@ -147,7 +147,8 @@ void touchItem(FakePlatform& machine, const Item& item) {
         const platform::RegistryValue* value =
             machine.registry.value(RegistryRoot::kLocalMachine, kEnvironmentKey, item.name("VAR"));
         if (value != nullptr) {
-            writeVariable(machine, item.name("VAR"), {value->type, value->data + ";/user"});
+            writeVariable(machine, item.name("VAR"),
+                          {value->type, entryInFrontOf(item) + ";" + value->data + ";" + entryAfter(item)});
         }
     }
 }
@@ -191,6 +192,14 @@ void setTrapLater(MemoryFileSystem& files, const ProductCase& product, const Ite
 
 std::string victimOf(const Item& item, const std::string& moment) {
     return item.name("/others/" + moment);
+}
+
+std::string entryInFrontOf(const Item& variable) {
+    return "/user" + environmentValueOf(variable);
+}
+
+std::string entryAfter(const Item& variable) {
+    return environmentValueOf(variable) + "/user";
 }
 
 bool holdsEqualEntry(const Item& item) {

@@ -29,6 +29,9 @@ bool isSafeFromDamage(const Item& file);
 
 // Whether the variable holds the very entry that the product adds, among others.
 bool holdsEqualEntry(const Item& variable);
+// What the user adds to a variable at its two ends: entries that contain the product's.
+std::string entryInFrontOf(const Item& variable);
+std::string entryAfter(const Item& variable);
 // What the traps of an item lead to.
 std::string victimOf(const Item& item, const std::string& moment);
 inline constexpr const char* kAtFirst = "first";
