@@ -30,5 +30,7 @@ if(TANDREL_FUZZ)
   # A different compiler with different warnings; the sources only have to satisfy the one for the programs.
   add_compile_options(-Wno-error -Wno-format-nonliteral)
   add_compile_options(-O1 -g -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
-  add_link_options(-fsanitize=address,undefined)
+  # What a target reaches in its reader is read from these counters (scripts/fuzz-all).
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+  add_link_options(-fsanitize=address,undefined -fprofile-instr-generate)
 endif()

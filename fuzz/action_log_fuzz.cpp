@@ -11,52 +11,51 @@
 #include "engine/action_log_reader.h"
 #include "engine/action_log_rewriter.h"
 #include "fakes/memory_file_system.h"
+#include "fuzz_target.h"
 #include "support/p_console.h"
 #include "support/p_mem_stream.h"
 
 namespace {
 
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
-
-void readVariables(PMemStream& stream, PConsole& silent) {
+// False for a fault of the log.
+bool readVariables(PMemStream& stream, PConsole& silent) {
     try {
-        ActionLogReader(&stream, silent).readVariables([](const std::string& name, const std::string& value) {
-            require(!name.empty() && !value.empty());
-            require(name.find(ActionLogFormat::kSeparator) == std::string::npos);
-            require(value.size() < ActionLogFormat::kVariableLineBuffer);
-        });
+        return ActionLogReader(&stream, silent)
+            .readVariables([](const std::string& name, const std::string& value) {
+                require(!name.empty() && !value.empty());
+                require(name.find(ActionLogFormat::kSeparator) == std::string::npos);
+                require(value.size() < ActionLogFormat::kVariableLineBuffer);
+            });
     } catch (const InstallerError&) {
-        // A fault of the log.
+        return false;
     }
 }
 
-void rewrite(const std::string& log, PConsole& silent) {
+// False for a log that is rejected.
+bool rewrite(const std::string& log, PConsole& silent) {
     MemoryFileSystem files;
     files.addFile("/app/install.log", log);
     try {
         ActionLogRewriter(files).rewriteActionLog("/app/install.log", {{"NAME", "value"}});
     } catch (const InstallerError&) {
         require(files.content("/app/install.log") == log);
-        return;
+        return false;
     }
     const std::string after = files.content("/app/install.log");
     PMemStream stream(after.data(), static_cast<std::int64_t>(after.size()));
     require(ActionLogReader(&stream, silent).findVariable("name") == "value");
+    return true;
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+bool accepts(std::string_view input) {
     PConsole silent;
-    PMemStream stream(data, static_cast<std::int64_t>(size));
+    PMemStream stream(input.data(), static_cast<std::int64_t>(input.size()));
     const auto path = ActionLogReader(&stream, silent).readDescriptionPath();
     require(path.value_or("").size() < ActionLogFormat::kFirstLineBuffer);
-    readVariables(stream, silent);
+    const bool isWhole = readVariables(stream, silent);
     ActionLogReader(&stream, silent).findVariable("STDROOT");
-    rewrite(std::string(reinterpret_cast<const char*>(data), size), silent);
-    return 0;
+    const bool isRewritten = rewrite(std::string(input), silent);
+    return isWhole && isRewritten && !path.value_or("").empty();
 }

@@ -16,6 +16,7 @@
 #include "fakes/fake_environment.h"
 #include "fakes/fake_system_operations.h"
 #include "fakes/memory_file_system.h"
+#include "fuzz_target.h"
 
 // The input as the answers file of an unattended run: its values replace those of a description. What a
 // run then leaves as its own answers file gives a second run the same values.
@@ -27,12 +28,6 @@ constexpr const char* kDescription =
     "<Value Name=\"SUB\" DataType=\"value\" Recalculate=\"1\">$DIR$/sub</Value>"
     "<Value Name=\"OLD\" DataType=\"value\" UseOld=\"1\">old</Value>"
     "</DefValues></R>";
-
-void require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 class AnyLog : public LogVariableSource {
 public:
@@ -62,6 +57,8 @@ public:
                     .write("/config.xml"));
         return files_.content("/config.xml");
     }
+    // Whether the answers set one of the description's variables.
+    bool isTaken() { return answers_.hasValues() && valueOf("DIR") != "/opt/x"; }
     std::string valueOf(std::string_view name) { return variables_.get(name).value_or(""); }
 
 private:
@@ -95,21 +92,26 @@ bool isRepeatable(std::string_view text) {
            std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F && c != '$'; });
 }
 
+// What was detected on this machine, or still follows its expression, isn't exported.
 void checkRepeated(Run& run) {
-    Run again(run.exported());
+    const std::string exported = run.exported();
+    Run again(exported);
     checkStore(again);
-    for (std::int32_t index = 0; index < run.variables().getCount(); ++index) {
-        const InstallVariable& variable = run.variables().at(index);
-        if (isRepeatable(variable.name) && isRepeatable(variable.value)) {
-            require(again.valueOf(variable.name) == variable.value);
+    PXML values;
+    values.parseText(exported);
+    for (std::int32_t node = 0; node < values.getNodeCount(); ++node) {
+        const std::string name(values.getAttribute(node, "Name").value_or(""));
+        if (isRepeatable(name) && isRepeatable(run.valueOf(name))) {
+            require(again.valueOf(name) == run.valueOf(name));
         }
     }
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Run run({reinterpret_cast<const char*>(data), size});
+bool accepts(std::string_view input) {
+    Run run(input);
+    const bool isTaken = run.isTaken();
     checkStore(run);
     checkRepeated(run);
     for (const ResetMode mode : {kResetToExpression, kResetToExpressionAndFollow, kResetToDefault}) {
@@ -118,5 +120,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
     }
     checkStore(run);
-    return 0;
+    return isTaken;
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "fakes/memory_file_system.h"
+#include "fuzz_target.h"
 #include "package/backup_file.h"
 #include "package/backup_format.h"
 #include "support/debug_log.h"
@@ -12,32 +13,33 @@ namespace {
 class SilentObserver : public BackupRestoreObserver {
 public:
     void beforeFile() override {}
-    void fileDone(std::string_view, RestoreOutcome, std::int64_t, int) override {}
+    void fileDone(std::string_view, RestoreOutcome outcome, std::int64_t, int) override {
+        hasRestored = hasRestored || outcome == RestoreOutcome::kRestored;
+    }
     void progress(int) override {}
+
+    bool hasRestored = false;
 };
 
 }  // namespace
 
 // A backup archive: the banner is given, the rest is the input. A file that was there may only change as a
 // whole.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+bool accepts(std::string_view input) {
     MemoryFileSystem files;
     files.addFile("/a/user", "user");
-    files.addFile("/backup", std::string(BackupFormat::kBanner, BackupFormat::kBannerSize) +
-                                 std::string(reinterpret_cast<const char*>(data), size));
+    files.addFile("/backup",
+                  std::string(BackupFormat::kBanner, BackupFormat::kBannerSize) + std::string(input));
     SilentObserver observer;
+    bool isWhole = false;
     {
         BackupFile backup(files);
-        if (!backup.openForReading("/backup")) {
-            std::abort();
-        }
-        backup.restoreAll(DebugLog(), observer);
+        require(backup.openForReading("/backup"));
+        isWhole = backup.restoreAll(DebugLog(), observer);
     }
     // What was restored came out of the archive, so it can't be larger.
     for (const std::string& path : files.allFiles()) {
-        if (path != "/backup" && files.content(path).size() > size + 4) {
-            std::abort();
-        }
+        require(path == "/backup" || files.content(path).size() <= input.size() + 4);
     }
-    return 0;
+    return isWhole && observer.hasRestored;
 }

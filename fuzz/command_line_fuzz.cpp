@@ -5,32 +5,29 @@
 #include <string>
 #include <vector>
 
+#include "fuzz_target.h"
 #include "installer/run_options.h"
 #include "session/command_line_parameters.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+bool accepts(std::string_view input) {
     std::vector<std::string> tokens(1);
-    for (std::size_t i = 0; i < size; ++i) {
-        if (data[i] == 0) {
+    for (const char c : input) {
+        if (c == 0) {
             tokens.emplace_back();
         } else {
-            tokens.back() += static_cast<char>(data[i]);
+            tokens.back() += c;
         }
     }
     CommandLineParameters parameters;
-    const int result = parameters.parse(tokens);
+    const bool isParsed = parameters.parse(tokens) == 0;
     for (int i = 0; i < parameters.getCount(); ++i) {
         // The first option of a name is the one that is found.
-        if (parameters.name(i) == nullptr || parameters.value(i) == nullptr ||
-            parameters.find(parameters.name(i)) == nullptr) {
-            std::abort();
-        }
+        const auto found = parameters.find(parameters.name(i));
+        require(found && (i > 0 || found == parameters.value(i)));
     }
-    if (result == 0) {
+    if (isParsed) {
         const RunOptions options = readRunOptions(parameters);
-        if (options.autoMode && options.gui != 0) {
-            std::abort();
-        }
+        require(!options.autoMode || options.gui == 0);
     }
-    return 0;
+    return isParsed && parameters.getCount() > 0;
 }

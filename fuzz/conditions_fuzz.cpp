@@ -5,6 +5,7 @@
 #include "description/condition_parser.h"
 #include "description/expressions.h"
 #include "description/variable_lookup.h"
+#include "fuzz_target.h"
 
 // The condition language and both expansions, with the same text as condition, source and value.
 namespace {
@@ -29,12 +30,6 @@ private:
     const std::string& text_;
 };
 
-void require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
 void expandAtMost(Expressions& expressions, std::string_view source, std::size_t limit) {
     const std::optional<Expansion> whole = expressions.expandMeasured(source, std::string::npos, false);
     const std::optional<Expansion> cut = expressions.expandMeasured(source, limit, false);
@@ -50,8 +45,8 @@ void expandAtMost(Expressions& expressions, std::string_view source, std::size_t
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string text(reinterpret_cast<const char*>(data), size);
+bool accepts(std::string_view input) {
+    const std::string text(input);
     ConditionParser(text).evaluate();
 
     TextVariables variables(text);
@@ -62,5 +57,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::size_t limit : {0, 1, 15, 1023, 1559}) {
         expandAtMost(expressions, text, limit);
     }
-    return 0;
+    const std::string whole = expressions.expandWhole(text);
+    require(whole.size() <= Expressions::kWholeLimit && whole == expressions.expandWholeForSystem(text));
+    require(expressions.expand(text, 16).value_or("") == whole.substr(0, 15));
+    std::string dollars;
+    const bool isSound = expressions.expandDollarsUpToFault(text, Expressions::kWholeLimit, dollars);
+    require(expressions.expandDollars(text, Expressions::kWholeLimit) ==
+            (isSound ? std::optional(dollars) : std::nullopt));
+    return truth.has_value() && !text.empty();
 }

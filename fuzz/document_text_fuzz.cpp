@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "fuzz_target.h"
 #include "text/document_text.h"
 #include "text/installer_plain_text_translator.h"
 #include "text/tgm_parser.h"
@@ -16,12 +18,6 @@ constexpr std::size_t kHeader = 2;
 // A byte of a text gives at most a line of its own, set in as far as lines ever are; a node, its marks.
 constexpr std::size_t kBytesPerByte = 2 * InstallerPlainTextTranslator::kLargestLevelIndent;
 constexpr std::size_t kFixedBytes = 4096;
-
-void require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void checkConsoleText(const std::optional<std::string>& text) {
     if (text.has_value() && !text->empty()) {
@@ -50,24 +46,41 @@ PlainTextSettings readSettings(std::uint8_t bits, std::uint8_t width) {
     return settings;
 }
 
+void checkLosses(std::string_view document) {
+    const auto lines = static_cast<std::uint32_t>(std::count(document.begin(), document.end(), '\n'));
+    for (const TGMLoss& loss : lossesOfMarkdown(document)) {
+        require(loss.line <= lines);
+    }
+    for (const RtfLoss& loss : lossesOfRichText(document)) {
+        require(loss.offset <= document.size() && document.substr(loss.offset).starts_with(loss.source));
+    }
+}
+
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < kHeader) {
-        return 0;
+bool accepts(std::string_view input) {
+    if (input.size() < kHeader) {
+        return false;
     }
-    const std::string_view document(reinterpret_cast<const char*>(data) + kHeader, size - kHeader);
-    checkConsoleText(markdownAsText(document, data[1]));
-    richTextAsText(document, data[1]);
+    const std::string_view document = input.substr(kHeader);
+    const auto bits = static_cast<std::uint8_t>(input[0]);
+    const auto width = static_cast<std::uint8_t>(input[1]);
+    const std::optional<std::string> shown = markdownAsText(document, width);
+    checkConsoleText(shown);
+    richTextAsText(document, width);
     markdownAsHtml(document);
+    checkLosses(document);
+    TGMParseResult result;
+    markdownAsTree(document, result);
+    require(result.succeeded() == shown.has_value());
     TGMParser parser;
     if (parser.parse(document).succeeded()) {
-        const PlainTextSettings settings = readSettings(data[0], data[1]);
+        const PlainTextSettings settings = readSettings(bits, width);
         InstallerPlainTextTranslator translator(settings);
         parser.walk(translator);
         // Padding fills a line, so a byte may give as many as a line has.
         const std::size_t perByte = kBytesPerByte + (settings.justify ? settings.width : 0);
         require(translator.takeResult().size() <= kFixedBytes + contentOf(*parser.getRoot()) * perByte);
     }
-    return 0;
+    return !shown.value_or("").empty();
 }

@@ -38,23 +38,23 @@ def lead_block(payload, count):
     return struct.pack("<6I", 0x63276327, 0x75092612, 0x78011813, payload, payload, count).ljust(64, b"\0")
 
 
-def elf_image():
+def elf_image(room):
     """One segment with all bytes, no sections, a stamped offset."""
-    size = 120 + 20
+    size = 120 + 20 + room
     image = b"\177ELF" + bytes([2, 1, 1]).ljust(12, b"\0")
     image += struct.pack("<HHIQQQIHHHHHH", 2, 62, 1, 0, 64, 0, 0, 64, 56, 1, 64, 0, 0)
     image += struct.pack("<IIQQQQQQ", 1, 5, 0, 0, 0, size, size, 4096)
-    return image + struct.pack("<I", size) + b"ARYIMAGEOFFSET_\0"
+    return image + struct.pack("<I", size) + b"ARYIMAGEOFFSET_\0" + bytes(room)
 
 
-def pe_image():
-    image = bytearray(1024 + 512)
+def pe_image(room):
+    image = bytearray(1024 + 512 + room)
     image[0:2] = b"MZ"
     struct.pack_into("<I", image, 0x3C, 0x80)
     struct.pack_into("<IHH", image, 0x80, 0x4550, 0x8664, 1)
     struct.pack_into("<H", image, 0x94, 240)
     struct.pack_into("<I", image, 0x98 + 60, 1024)
-    struct.pack_into("<II", image, 0x98 + 240 + 16, 512, 1024)
+    struct.pack_into("<II", image, 0x98 + 240 + 16, 512 + room, 1024)
     image[1024:1044] = struct.pack("<I", len(image)) + b"ARYIMAGEOFFSET_\0"
     return bytes(image)
 
@@ -82,29 +82,50 @@ def main():
     half = len(cabinet) // 2
     packed = stream([cabinet[:half], cabinet[half:]])
     body = lead_block(18, 4) + packed
-    write("package_fuzz", "bin", body)
-    for name, image in (("elf", elf_image()), ("pe", pe_image())):
-        whole = image + body
-        write("package_fuzz", name + "-v1", whole + b"MD5SUM: " + hashlib.md5(whole).digest())
-        write("package_fuzz", name + "-v2", whole + b"v2sum: " + hashlib.md5(whole[5000:]).digest() + b"\0" * 3)
-    write("package_fuzz", "plain-form", lead_block(4, 1) + entry("a", "a", zlib.compress(b"text"), file_size=4) +
+    write("package_fuzz", "good-bin", body)
+    for name, image_of in (("elf", elf_image), ("pe", pe_image)):
+        whole = image_of(0) + body
+        write("package_fuzz", f"good-{name}-v1", whole + b"MD5SUM: " + hashlib.md5(whole).digest())
+        # This sum leaves out the first 5,000 bytes.
+        whole = image_of(5000) + body
+        write("package_fuzz", f"good-{name}-v2", whole + b"v2sum: " + hashlib.md5(whole[5000:]).digest() + b"\0" * 3)
+    write("package_fuzz", "bad-cut-elf", elf_image(0)[:100])
+    write("package_fuzz", "bad-image-only", pe_image(0))
+    write("package_fuzz", "bad-catalogue", lead_block(4, 1) + stream([entry("a", "a", b"text", magic=1)]))
+    write("package_fuzz", "bad-digest", lead_block(4, 1) + stream([entry("a", "a", b"text")[:-1] + b"x" + end_record()]))
+    write("package_fuzz", "bad-totals", lead_block(9, 9) + stream([end_record()]))
+    write("package_fuzz", "bad-plain-form", lead_block(4, 1) + entry("a", "a", zlib.compress(b"text"), file_size=4) +
           end_record())
-    write("solid_stream_fuzz", "one-chunk", stream([b"some text, some text"]))
-    write("solid_stream_fuzz", "three-chunks", stream([b"first", b"second" * 20, b"third"]))
-    write("solid_stream_fuzz", "empty-output", stream([b""]))
-    write("solid_stream_fuzz", "cut", stream([b"first", b"second"])[:-3])
-    write("catalogue_fuzz", "entries", cabinet)
+    write("solid_stream_fuzz", "good-one-chunk", stream([b"some text, some text"]))
+    write("solid_stream_fuzz", "good-three-chunks", stream([b"first", b"second" * 20, b"third"]))
+    write("solid_stream_fuzz", "good-empty-output", stream([b""]))
+    good = stream([b"first", b"second"])
+    write("solid_stream_fuzz", "bad-version", good[:12] + b"\1" + good[13:])
+    write("solid_stream_fuzz", "bad-count", good[:16] + struct.pack("<I", 257) + good[20:])
+    for name, record in {
+        "bad-offset": (0, 5, 20, 13),
+        "bad-negative-offset": (-1, 5, 52, 13),
+        "bad-overlap": (0, 6, 52, 13),
+        "bad-hole": (0, 3, 52, 13),
+        "bad-start": (0, 5, 5000, 13),
+        "bad-end": (0, 5, 65, 5000),
+        "bad-size": (0, 5, 52, 12),
+    }.items():
+        write("solid_stream_fuzz", name, good[:20] + struct.pack("<4i", *record) + good[36:])
+    write("solid_stream_fuzz", "bad-data", good[:54] + b"\xff" + good[55:])
+    write("solid_stream_fuzz", "bad-cut", stream([b"first", b"second"])[:-3])
+    write("catalogue_fuzz", "good-entries", cabinet)
     write("catalogue_fuzz", "empty", end_record())
-    write("catalogue_fuzz", "full-fields", entry("n" * 300, "a" * 276, b"x") + end_record())
+    write("catalogue_fuzz", "good-full-fields", entry("n" * 300, "a" * 276, b"x") + end_record())
     write("catalogue_fuzz", "bad-name", entry("../up", "C:\\x", b"x") + end_record())
-    write("catalogue_fuzz", "no-end", entry("a", "a", b"x"))
+    write("catalogue_fuzz", "bad-no-end", entry("a", "a", b"x"))
     new = archive_entry(b"/a/user", 3, check_sum(b"user"), b"old")
-    write("backup_archive_fuzz", "restored", new + b"\0")
-    write("backup_archive_fuzz", "edited", archive_entry(b"/a/user", 3, 1, b"old") + b"\0")
+    write("backup_archive_fuzz", "good-restored", new + b"\0")
+    write("backup_archive_fuzz", "bad-edited", archive_entry(b"/a/user", 3, 1, b"old") + b"\0")
     write("backup_archive_fuzz", "missing-and-empty", archive_entry(b"/a/gone", 4, 0, b"back") +
           archive_entry(b"/a/none", 0, 0, b"") + b"\0")
-    write("backup_archive_fuzz", "cut", new[:-1])
-    write("backup_archive_fuzz", "negative-size", archive_entry(b"/a/user", -1, 0, b"") + b"\0")
+    write("backup_archive_fuzz", "bad-cut", new[:-1])
+    write("backup_archive_fuzz", "bad-negative-size", archive_entry(b"/a/user", -1, 0, b"") + b"\0")
 
 
 if __name__ == "__main__":

@@ -2,18 +2,13 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz_target.h"
 #include "text/tgm_limits.h"
 #include "text/tgm_parser.h"
 #include "text/tgm_translator.h"
 
 // The first byte holds options, the rest is the text. Trees have the shape that translators rely on.
 namespace {
-
-void require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 // Each begin has its end, nothing is outside the document, texts are never empty.
 class BalanceCheck : public TGMTranslator {
@@ -82,15 +77,16 @@ TGMParseOptions readOptions(std::uint8_t bits) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) {
-        return 0;
+bool accepts(std::string_view input) {
+    if (input.empty()) {
+        return false;
     }
     constexpr std::uint8_t kLogBit = 16;
     std::string log;
-    TGMParseOptions options = readOptions(data[0]);
-    options.debugLog = (data[0] & kLogBit) != 0 ? &log : nullptr;
-    const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
+    const auto bits = static_cast<std::uint8_t>(input[0]);
+    TGMParseOptions options = readOptions(bits);
+    options.debugLog = (bits & kLogBit) != 0 ? &log : nullptr;
+    const std::string text(input.substr(1));
     TGMParser parser(options);
     const TGMParseResult result = parser.parse(text);
     require((parser.getRoot() == nullptr) == (text.empty() || text.front() == '\0'));
@@ -100,5 +96,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     BalanceCheck check;
     parser.walk(check);
     require(check.getDepth() == 0);
-    return 0;
+    return result.succeeded() && parser.getRoot() != nullptr;
 }

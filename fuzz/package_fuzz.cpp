@@ -1,12 +1,12 @@
-#include <cstdint>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
+#include "fuzz_target.h"
 #include "package/package_checksum.h"
-#include "package/solid_format.h"
 #include "packager/commands.h"
+#include "solid_stream_memory.h"
 
 // A whole package, with or without an image before it, as the tools and the installer read it.
 namespace {
@@ -19,13 +19,11 @@ public:
     bool finish() override { return true; }
 };
 
-// Whether a record anywhere asks for so much memory that the fuzzer's own limit would end the run.
-bool asksForTooMuch(const std::string& input) {
-    const std::size_t start = input.find("SolidHD");
-    for (std::size_t i = start; i != std::string::npos && i + 36 <= input.size() && i < start + 20 + 16 * 256;
-         i += 16) {
-        const auto* record = reinterpret_cast<const unsigned char*>(input.data()) + i + 20;
-        if (SolidChunk::decode(record).uncompressedSize > 0x4000000) {
+bool anyStreamAsksForTooMuchMemory(std::string_view package) {
+    constexpr std::string_view kMagic = "SolidHD";
+    for (std::size_t at = package.find(kMagic); at != std::string_view::npos;
+         at = package.find(kMagic, at + 1)) {
+        if (asksForTooMuchMemory(package.substr(at))) {
             return true;
         }
     }
@@ -34,17 +32,18 @@ bool asksForTooMuch(const std::string& input) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string input(reinterpret_cast<const char*>(data), size);
-    if (asksForTooMuch(input)) {
-        return 0;
+// Accepted when every check of the tool finds it right, so its content has been expanded.
+bool accepts(std::string_view input) {
+    if (anyStreamAsksForTooMuchMemory(input)) {
+        return false;
     }
     MemoryFileSystem files;
     FakeEnvironment environment;
     files.addFile("/p", input);
     SilentOutput output;
     verifyInstallerChecksum("/p", files);
-    runPackager({"list", "/p"}, output, files, environment);
-    runPackager({"verify", "/p"}, output, files, environment);
-    return 0;
+    const int listed = runPackager({"list", "/p"}, output, files, environment);
+    const int verified = runPackager({"verify", "/p"}, output, files, environment);
+    require(verified != 0 || listed == 0);
+    return verified == 0;
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz_target.h"
 #include "text/rich_text_callback.h"
 #include "text/rich_text_wrap.h"
 #include "text/rtf_reader.h"
@@ -12,12 +13,6 @@
 // The first byte is the width, the rest the document: read in all modes, alone and with a callback, and
 // wrapped.
 namespace {
-
-void require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 // Gathers the text as a control would; between two calls nothing else may be written.
 class Gathering : public RichTextCallback {
@@ -65,12 +60,12 @@ void checkWrapped(const std::string& text, int width) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) {
-        return 0;
+bool accepts(std::string_view input) {
+    if (input.empty()) {
+        return false;
     }
-    const int width = std::max<int>(1, data[0]);
-    const std::string_view document(reinterpret_cast<const char*>(data) + 1, size - 1);
+    const int width = std::max<int>(1, static_cast<std::uint8_t>(input[0]));
+    const std::string_view document = input.substr(1);
     Gathering gathering;
     RtfReader reader;
     reader.setCallback(&gathering);
@@ -83,5 +78,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(read(document, RtfMode::kPlain, width) == RichTextWrap(width).wrap(*text));
     }
     checkWrapped(std::string(document), width);
-    return 0;
+    return text.has_value() && !text->empty();
 }

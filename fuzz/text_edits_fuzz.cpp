@@ -15,16 +15,11 @@
 #include "engine/changes/text_file.h"
 #include "engine/report.h"
 #include "fakes/memory_file_system.h"
+#include "fuzz_target.h"
 
 namespace {
 
 constexpr char kFile[] = "/d/file";
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 std::string takeText(std::string_view& input) {
     const std::size_t end = std::min(input.find('\0'), input.size());
@@ -44,7 +39,7 @@ std::vector<std::string> othersIn(const std::string& content, const std::string&
     return others;
 }
 
-void editIni(std::string_view input) {
+bool editIni(std::string_view input) {
     const std::string section = takeText(input);
     const std::string key = takeText(input);
     const std::string value = takeText(input);
@@ -57,7 +52,7 @@ void editIni(std::string_view input) {
         IniChange::add(files, report, {kFile, section, key, value, false, beforeKey});
     if (!added.done) {
         require(files.content(kFile) == content);
-        return;
+        return false;
     }
     require(IniChange::remove(files, report, added.undo));
     std::vector<std::string> left = othersIn(files.content(kFile), key);
@@ -70,13 +65,14 @@ void editIni(std::string_view input) {
     }
     // A mark at the front hides the first line from this comparison only when the key is in it.
     require(left == before || content.starts_with("\xef\xbb\xbf"));
+    return true;
 }
 
-void editText(std::string_view input) {
+bool editText(std::string_view input) {
     const std::string description = takeText(input);
     const auto script = EditScript::parse(splitTextLines(description));
     if (!script) {
-        return;
+        return false;
     }
     const TextLines lines = splitTextLines(input);
     TextLines changed;
@@ -91,21 +87,16 @@ void editText(std::string_view input) {
     }
     require(changed.size() <= lines.size() + added);
     require(changed.size() < lines.size() + added || reverted == lines);
+    return hasChanged;
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::string_view input(reinterpret_cast<const char*>(data), size);
+bool accepts(std::string_view input) {
     if (input.empty()) {
-        return 0;
+        return false;
     }
     const bool isIni = input.front() == 'i';
     input.remove_prefix(1);
-    if (isIni) {
-        editIni(input);
-    } else {
-        editText(input);
-    }
-    return 0;
+    return isIni ? editIni(input) : editText(input);
 }

@@ -1,57 +1,66 @@
 // Uninstalls from anything as the records of an action log, on a machine in memory: it must come to its end,
-// and what no record names must stay.
+// and what no record names must stay. Clean-up and archive are good ones in each run.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
+#include <string_view>
 
-#include "description/answers_file.h"
 #include "fakes/fake_platform.h"
-#include "fakes/walking_ui.h"
+#include "fuzz_target.h"
+#include "memory_session.h"
+#include "package/backup_file.h"
 #include "session/session_flags.h"
-#include "support/p_console.h"
-#include "wini/wini.h"
 
 namespace {
 
-constexpr char kHead[] = "/kit/product.xml\r\n/kit/backup.bin\r\nNUMVARS\t0\r\n";
+constexpr char kHead[] = "/kit/product.xml\r\n/kit/backup.bin\r\nNUMVARS\t1\r\nVAR\tDIR\t/app\r\n";
 constexpr char kDescription[] =
     "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname><MajorVersion>1</MajorVersion>"
     "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion></ProductDesc>"
     "<UninstallDialogs><Bye/><CopyProgress/><End Special='Finish'/></UninstallDialogs><DefValues/>"
+    "<UninstallWildcards><WC Dest='[DIR]/cache' DeleteDirs='1'>*.tmp</WC></UninstallWildcards>"
     "</TandrelGroupInstallation>";
-// A name that no input hits upon.
+// Names that no input hits upon: somewhere else, and in the directory that is cleaned.
 constexpr char kForeign[] = "/home/someone/4f1c2a90-7d13-letter.txt";
+constexpr char kForeignInCache[] = "/app/cache/deep/4f1c2a90-7d13-letter.txt";
+constexpr char kReplaced[] = "/app/replaced.txt";
+constexpr char kCached[] = "/app/cache/old/1.tmp";
 
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
+// The archive holds the user's file, with the check sum of the one that took its place.
+void addArchive(MemoryFileSystem& files) {
+    files.addDirectory("/kit");
+    files.addFile(kReplaced, "the user's");
+    {
+        BackupFile archive(files);
+        const std::string_view installed = "installed";
+        require(archive.openForWriting("/kit/backup.bin"));
+        require(!archive.addFile(kReplaced, BackupFile::foldCheckSum(9, installed)));
     }
+    files.addFile(kReplaced, "installed");
+}
+
+void prepare(MemoryFileSystem& files, std::string_view records) {
+    files.addDirectory("/tmp");
+    files.addFile(kForeign, "dear");
+    files.addFile(kForeignInCache, "dear");
+    files.addFile(kCached, "");
+    files.addDirectory("/app/made/here");
+    files.addFile("/app/text.txt", "alpha\nadded\n");
+    files.addFile("/app/change", "1\nalpha\n1\nadded\n");
+    files.addFile("/app/set.ini", "[main]\nkey=value\n");
+    addArchive(files);
+    files.addFile("/kit/product.xml", kDescription);
+    files.addFile("/kit/log", kHead + std::string(records));
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+// Accepted when nothing failed, the user's file came back and the cache has been cleaned.
+bool accepts(std::string_view input) {
     FakePlatform machine;
-    machine.files.addDirectory("/tmp");
-    machine.files.addFile(kForeign, "dear");
-    machine.files.addFile("/app/text.txt", "alpha\nadded\n");
-    machine.files.addFile("/app/change", "1\nalpha\n1\nadded\n");
-    machine.files.addFile("/app/set.ini", "[main]\nkey=value\n");
-    machine.files.addFile("/kit/product.xml", kDescription);
-    machine.files.addFile("/kit/log", kHead + std::string(reinterpret_cast<const char*>(data), size));
-    const DebugLog debugLog;
-    SystemServices services(machine.bundle(), debugLog);
-    AnswersFile answers(machine.files);
-    Wini session(machine.bundle(), services, answers, debugLog, WiniArguments());
-    WalkingUI ui(session);
-    PConsole silent;
-    silent.setEnabled(false);
-    require(session.loadCabinet("/kit/log", 0, kSessionActionLog) == 0);
-    session.run(&ui, &silent);
-    require(session.isFinished());
-    session.releaseSession();
-    require(machine.files.content(kForeign) == "dear");
-    return 0;
+    prepare(machine.files, input);
+    const SessionEnd end = runSession(machine, "/kit/log", kSessionActionLog);
+    require(end.isFinished);
+    require(machine.files.content(kForeign) == "dear" && machine.files.content(kForeignInCache) == "dear");
+    return end.hasSucceeded && machine.files.content(kReplaced) == "the user's" &&
+           !machine.files.hasFile(kCached) && !machine.files.hasDirectory("/app/cache/old");
 }

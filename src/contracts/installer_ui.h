@@ -85,6 +85,8 @@ public:
     // 1 for a graphical front end.
     virtual int isGraphical() = 0;
     virtual int getIgnoreErrors() = 0;
+    // True when lines and status texts aren't shown; messages are.
+    virtual bool isQuiet() = 0;
     virtual void setTaskState(const char* name, const char* text, std::int32_t state) = 0;
     virtual void showHelp() = 0;
     // Creates the input provider. `mode` is "uninstall", "autoUninstall", "autoInstall", the empty text or

@@ -14,10 +14,10 @@ struct WatchedProgram {
     bool isRunning = false;
 };
 
-// The products of other installers that a page found, so that they can be checked again later.
-struct ExternalProductList {
-    std::vector<std::string> names;
-    bool in32BitView = false;  // the view to search for all of them
+// A product of another installer that a page found, so that it can be looked for again.
+struct ExternalProduct {
+    std::string name;
+    bool in32BitView = false;  // where it is registered
 };
 
 // The work of the pages with reserved names: the dialog walk asks for it, the session does it. Results are
@@ -53,10 +53,12 @@ public:
     // The programs to watch, in order, and whether each is running now.
     virtual std::vector<WatchedProgram> watchPrograms() = 0;
 
-    // Uninstalls every installed product that the elements of a page name, and waits for each uninstaller.
-    // `onFirst` is called once before the first of them. A product that stays installed isn't a failure here:
-    // the page calls isAnyInstalled later.
-    virtual ExternalProductList removeExternalProducts(std::int32_t page, InstallerUI& ui,
-                                                       const std::function<void()>& onFirst) = 0;
-    virtual bool isAnyInstalled(const ExternalProductList& products) = 0;
+    // Uninstalls every installed product that the elements of a page name, and waits for each uninstaller;
+    // gives those that it found. `onFirst` is called once before the first of them. A product that stays
+    // installed isn't a failure here: the page calls isAnyInstalled later. When `isToEnd` becomes true, the
+    // running uninstaller isn't waited for any longer, and no other is started.
+    virtual std::vector<ExternalProduct> removeExternalProducts(std::int32_t page, InstallerUI& ui,
+                                                                const std::function<void()>& onFirst,
+                                                                const std::function<bool()>& isToEnd) = 0;
+    virtual bool isAnyInstalled(const std::vector<ExternalProduct>& products) = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,10 +57,14 @@ public:
     virtual bool registerApplication(const ApplicationEntry& entry) = 0;
     // False when there is no such entry or it can't be removed.
     virtual bool removeUninstallEntry(std::string_view applicationName) = 0;
-    // Runs the registered uninstaller of another application. With kEntryWait true means that it ended with
-    // 0, otherwise that it started. `ui` may be null.
+    // Runs the registered uninstaller of another application and waits for it; why it fails is shown. With
+    // kEntryWait it may take as long as it needs and the user has patience, or until `isToEnd`, which is
+    // asked all the time, becomes true; the result is true when it ended with 0. Without, the waiting has a
+    // limit, and true means that it started. An uninstaller that isn't waited for any longer goes on by
+    // itself. `ui` may be null.
     virtual bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
-                                      std::uint32_t flags, InstallerUI* ui) = 0;
+                                      std::uint32_t flags, InstallerUI* ui,
+                                      const std::function<bool()>& isToEnd) = 0;
 
     // Is a process of that base name running, from `directory` unless that is empty?
     virtual bool isApplicationRunning(std::string_view name, std::string_view directory) = 0;

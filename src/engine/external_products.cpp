@@ -45,36 +45,41 @@ std::int32_t ExternalProducts::countInstalled(std::int32_t element) {
     return static_cast<std::int32_t>(findInstalled(read(element)).size());
 }
 
-ExternalProducts::Found ExternalProducts::uninstallAll(std::int32_t page, Report& report,
-                                                       const std::function<void()>& onFirst) {
-    Found found;
+std::vector<ExternalProduct> ExternalProducts::uninstallAll(std::int32_t page, Report& report,
+                                                            const std::function<void()>& onFirst,
+                                                            const std::function<bool()>& isToEnd) {
+    std::vector<ExternalProduct> found;
     for (const std::int32_t node : tags_.childrenOf(page)) {
-        if (!tags_.isCalled(node, "ExternalLegacyApplication") || !tags_.conditionHolds(node)) {
+        if (!tags_.isCalled(node, "ExternalLegacyApplication") || !tags_.conditionHolds(node) ||
+            !tags_.textOf(node)) {
             continue;
         }
         const Product product = read(node);
-        found.in32BitView = (product.flags & kEntryIn32BitView) != 0;
-        if (!tags_.textOf(node)) {
-            continue;
-        }
         for (const std::string& name : findInstalled(product)) {
-            if (found.names.empty()) {
+            if (isToEnd()) {
+                return found;
+            }
+            if (found.empty()) {
                 onFirst();
             }
-            found.names.push_back(name);
-            uninstall(name, product, report);
+            found.push_back({name, (product.flags & kEntryIn32BitView) != 0});
+            uninstall(name, product, report, isToEnd);
         }
     }
     return found;
 }
 
-void ExternalProducts::uninstall(const std::string& name, const Product& product, Report& report) {
+void ExternalProducts::uninstall(const std::string& name, const Product& product, Report& report,
+                                 const std::function<bool()>& isToEnd) {
     report.addLine("Uninstalling \"" + name + "\" ...", true);
-    system_.uninstallApplication(name, product.arguments, product.flags | kEntryWait, report.ui());
+    system_.uninstallApplication(name, product.arguments, product.flags | kEntryWait, report.ui(), isToEnd);
+    if (!isToEnd() && system_.findUninstallEntry(name, product.flags)) {
+        report.note("\"" + name + "\" is still installed");
+    }
 }
 
-bool ExternalProducts::isAnyInstalled(const Found& found) {
-    const std::uint32_t flags = found.in32BitView ? kEntryIn32BitView : 0U;
-    return std::any_of(found.names.begin(), found.names.end(),
-                       [&](const std::string& name) { return system_.findUninstallEntry(name, flags); });
+bool ExternalProducts::isAnyInstalled(const std::vector<ExternalProduct>& found) {
+    return std::any_of(found.begin(), found.end(), [&](const ExternalProduct& product) {
+        return system_.findUninstallEntry(product.name, product.in32BitView ? kEntryIn32BitView : 0U);
+    });
 }

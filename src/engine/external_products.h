@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "contracts/page_actions.h"
 #include "engine/description_tags.h"
 
 class Report;
@@ -13,12 +14,6 @@ class SystemOperations;
 // Products of other installers that the description wants away: its elements `ExternalLegacyApplication`.
 class ExternalProducts {
 public:
-    // What a page found, for looking again later.
-    struct Found {
-        std::vector<std::string> names;
-        bool in32BitView = false;  // where to look for all of them: as the last element says
-    };
-
     // `system` outlives this object.
     ExternalProducts(DescriptionTags tags, SystemOperations& system) : tags_(tags), system_(system) {}
 
@@ -26,18 +21,22 @@ public:
     std::int32_t countInstalled(std::int32_t element);
 
     // Uninstalls every installed product that the children of a page's element name, one after the other, and
-    // waits for each. `onFirst` is called once before the first of them. A product that stays is no error
-    // here; see isAnyInstalled.
-    Found uninstallAll(std::int32_t page, Report& report, const std::function<void()>& onFirst);
+    // waits for each; gives those that it found. `onFirst` is called once before the first of them. A product
+    // that stays is no error here, but shown; see isAnyInstalled. `isToEnd` ends the waiting, and no other
+    // product is begun then.
+    std::vector<ExternalProduct> uninstallAll(std::int32_t page, Report& report,
+                                              const std::function<void()>& onFirst,
+                                              const std::function<bool()>& isToEnd);
 
-    bool isAnyInstalled(const Found& found);
+    bool isAnyInstalled(const std::vector<ExternalProduct>& found);
 
 private:
     struct Product;
 
     Product read(std::int32_t element);
     std::vector<std::string> findInstalled(const Product& product);
-    void uninstall(const std::string& name, const Product& product, Report& report);
+    void uninstall(const std::string& name, const Product& product, Report& report,
+                   const std::function<bool()>& isToEnd);
 
     DescriptionTags tags_;
     SystemOperations& system_;

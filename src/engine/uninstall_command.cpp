@@ -36,8 +36,14 @@ std::optional<UninstallCommand> composeUninstallCommand(std::string_view program
     if (command.program.size() > UninstallCommand::kProgramLimit) {
         return std::nullopt;
     }
-    command.arguments = "-uninstall=" + inQuotes(logFile) + " -uninstallApp=" + inQuotes(productName);
+    command.arguments = "-uninstall=" + inQuotes(logFile) + " -uninstallApp=" + quotedOption(productName);
     return command;
+}
+
+std::string quotedOption(std::string_view text) {
+    std::string value(text);
+    std::erase(value, '"');
+    return inQuotes(value);
 }
 
 std::optional<UninstallCommand> uninstallCommandOf(const ProductDescription& product, ProgramQuotes quotes,

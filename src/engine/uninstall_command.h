@@ -24,9 +24,13 @@ struct UninstallCommand {
 enum class ProgramQuotes { kNone, kDouble };
 
 // None when the program is too long, or when the program or the log's path holds a double quote, which
-// would end the quoted text early: such a command would start something else.
+// would end the quoted text early: such a command would start something else. The product's name loses its
+// double quotes instead, because nothing is looked up by it.
 std::optional<UninstallCommand> composeUninstallCommand(std::string_view program, std::string_view logFile,
                                                         std::string_view productName, ProgramQuotes quotes);
+
+// The text as the value of an option, in double quotes; those that it holds are left out.
+std::string quotedOption(std::string_view text);
 
 // The command of the product as its description gives it at this moment. None, with a line in the log, when
 // a text is missing or the command can't be composed.

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "engine/uninstall_command.h"
 #include "installer/private_copy.h"
 #include "installer/run_options.h"
 #include "platform/console_device.h"
@@ -15,8 +16,8 @@
 
 std::string UninstallRelaunch::commandLine(const std::string& image, const std::string& logCopy,
                                            const RunOptions& options, int debugLevel) {
-    std::string line =
-        "\"" + image + "\" -uninstallFile=\"" + logCopy + "\" -uninstallApp=\"" + options.uninstallApp + "\"";
+    std::string line = "\"" + image + "\" -uninstallFile=\"" + logCopy +
+                       "\" -uninstallApp=" + quotedOption(options.uninstallApp);
     if (options.gui == 0) {
         line += " -gui=0";
     }

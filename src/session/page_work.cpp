@@ -148,13 +148,13 @@ std::vector<WatchedProgram> PageWork::watchPrograms() {
     return programs;
 }
 
-ExternalProductList PageWork::removeExternalProducts(std::int32_t page, InstallerUI& ui,
-                                                     const std::function<void()>& onFirst) {
+std::vector<ExternalProduct> PageWork::removeExternalProducts(std::int32_t page, InstallerUI& ui,
+                                                              const std::function<void()>& onFirst,
+                                                              const std::function<bool()>& isToEnd) {
     Report report = reportTo(ui);
-    ExternalProducts::Found found = products_.uninstallAll(page, report, onFirst);
-    return {std::move(found.names), found.in32BitView};
+    return products_.uninstallAll(page, report, onFirst, isToEnd);
 }
 
-bool PageWork::isAnyInstalled(const ExternalProductList& products) {
-    return products_.isAnyInstalled({products.names, products.in32BitView});
+bool PageWork::isAnyInstalled(const std::vector<ExternalProduct>& products) {
+    return products_.isAnyInstalled(products);
 }

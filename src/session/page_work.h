@@ -45,9 +45,10 @@ public:
     void finishInstallation(InstallerUI& ui) override;
     void prepareProgramWatch(std::int32_t page, InstallerUI& ui) override;
     std::vector<WatchedProgram> watchPrograms() override;
-    ExternalProductList removeExternalProducts(std::int32_t page, InstallerUI& ui,
-                                               const std::function<void()>& onFirst) override;
-    bool isAnyInstalled(const ExternalProductList& products) override;
+    std::vector<ExternalProduct> removeExternalProducts(std::int32_t page, InstallerUI& ui,
+                                                        const std::function<void()>& onFirst,
+                                                        const std::function<bool()>& isToEnd) override;
+    bool isAnyInstalled(const std::vector<ExternalProduct>& products) override;
 
 private:
     Report reportTo(InstallerUI& ui);

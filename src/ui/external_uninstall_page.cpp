@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "contracts/page_actions.h"
 #include "ui/page_visit.h"
@@ -15,7 +16,7 @@ public:
 
     // Stays closed from here until the result is known.
     void beginRemoval() { isRemoving_ = true; }
-    void endRemoval(ExternalProductList products) {
+    void endRemoval(std::vector<ExternalProduct> products) {
         products_ = std::move(products);
         isRemoving_ = false;
     }
@@ -24,7 +25,7 @@ public:
 
 private:
     PageActions& actions_;
-    ExternalProductList products_;
+    std::vector<ExternalProduct> products_;
     bool isRemoving_ = false;
 };
 
@@ -48,5 +49,6 @@ void ExternalUninstallPage::uninstallAll(PageVisit& visit) {
         gate->beginRemoval();
         visit.hold();
     };
-    gate->endRemoval(actions_.removeExternalProducts(visit.page.node, visit.ui, onFirst));
+    const auto isToEnd = [&visit] { return visit.state.cancelled.load(); };
+    gate->endRemoval(actions_.removeExternalProducts(visit.page.node, visit.ui, onFirst, isToEnd));
 }

@@ -1,6 +1,7 @@
 #include "ui/running_apps_page.h"
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "contracts/page_actions.h"
@@ -26,6 +27,9 @@ public:
         if (running != shown_) {
             show(programs, ui);
             shown_ = running;
+            if (ui.isQuiet()) {
+                say(programs, ui);
+            }
         }
         return std::find(running.begin(), running.end(), true) == running.end();
     }
@@ -41,8 +45,23 @@ private:
         ui.addFileLine(nullptr, true);
     }
 
+    // Where no list is shown, the user has to know all the same what the page waits for; once is enough.
+    void say(const std::vector<WatchedProgram>& programs, InstallerUI& ui) {
+        std::string names;
+        for (const WatchedProgram& program : programs) {
+            if (program.isRunning) {
+                names += (names.empty() ? "" : ", ") + program.name;
+            }
+        }
+        if (!names.empty() && names != said_) {
+            ui.addMessage("Still running: " + names);
+        }
+        said_ = names;
+    }
+
     PageActions& actions_;
     std::vector<bool> shown_;  // by the place of the program
+    std::string said_;
 };
 
 void RunningAppsPage::enter(PageVisit& visit) {

@@ -26,7 +26,7 @@ SystemServices::SystemServices(const platform::Platform& machine, DebugLog debug
       programs_(machine.processes, machine.shell, debugLog),
       uninstallList_(machine.registry),
       registration_(machine.registry, debugLog),
-      uninstallers_({machine.registry, machine.processes, machine.events, programs_}, debugLog),
+      uninstallers_({machine.registry, machine.processes, machine.events}, debugLog),
       runningApplications_(machine.files, machine.processes, programs_, debugLog) {}
 
 std::optional<std::string> SystemServices::temporaryFileName() {
@@ -66,8 +66,9 @@ bool SystemServices::removeUninstallEntry(std::string_view applicationName) {
 }
 
 bool SystemServices::uninstallApplication(std::string_view applicationName, std::string_view arguments,
-                                          std::uint32_t flags, InstallerUI* ui) {
-    return uninstallers_.uninstallApplication(applicationName, arguments, flags, ui);
+                                          std::uint32_t flags, InstallerUI* ui,
+                                          const std::function<bool()>& isToEnd) {
+    return uninstallers_.uninstallApplication(applicationName, arguments, flags, ui, isToEnd);
 }
 
 bool SystemServices::isApplicationRunning(std::string_view name, std::string_view directory) {

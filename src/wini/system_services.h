@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,7 +35,8 @@ public:
     bool registerApplication(const ApplicationEntry& entry) override;
     bool removeUninstallEntry(std::string_view applicationName) override;
     bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
-                              std::uint32_t flags, InstallerUI* ui) override;
+                              std::uint32_t flags, InstallerUI* ui,
+                              const std::function<bool()>& isToEnd) override;
 
     bool isApplicationRunning(std::string_view name, std::string_view directory) override;
     bool closeApplication(std::string_view name, bool isService, std::string_view directory) override;

@@ -56,7 +56,8 @@ bool Wini::removeUninstallEntry(const char* applicationName) {
 
 bool Wini::uninstallApplication(const char* applicationName, const char* arguments, std::uint32_t flags,
                                 InstallerUI* ui) {
-    return services_.uninstallApplication(textOf(applicationName), textOf(arguments), flags, ui);
+    return services_.uninstallApplication(textOf(applicationName), textOf(arguments), flags, ui,
+                                          [] { return false; });
 }
 
 bool Wini::isApplicationRunning(const char* name, const char* directory) {

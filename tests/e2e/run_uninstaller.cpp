@@ -64,5 +64,5 @@ int programMain(const std::vector<std::string>& arguments) {
                              system.console, events, system.shell, system.firewall},
                             DebugLog());
     const std::string more = arguments.size() > 2 ? arguments[2] : "";
-    return services.uninstallApplication(arguments[1], more, 0, nullptr) ? 0 : 1;
+    return services.uninstallApplication(arguments[1], more, 0, nullptr, [] { return false; }) ? 0 : 1;
 }

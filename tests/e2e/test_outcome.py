@@ -120,6 +120,13 @@ class HeldInstallations(OutcomeTest):
         self.assert_failed(result)
         self.assertEqual(result.err, 'Nothing was installed: the run was held on the page "RunningApps"\n')
 
+    def test_a_quiet_run_names_what_holds_it(self):
+        self.hold("")
+        result = self.install("-auto", "-quiet=1")
+        self.assertEqual(result.out, FAILURE)
+        self.assertEqual(result.err, f'Still running: other{EXE}\n'
+                                     'Nothing was installed: the run was held on the page "RunningApps"\n')
+
     @unittest.skipIf(WINDOWS, "Wine's console is a process of its own, which no signal to the program reaches")
     def test_a_run_that_is_interrupted_while_it_waits_is_no_success(self):
         self.hold(' Special="Automated"')

@@ -41,6 +41,8 @@ FAREWELL = """
 class UninstallTest(EndToEndTest):
     """Verbs for the tests below: a small product in opt/product on a machine with files of its own."""
 
+    product = "Test Product"
+
     def setUp(self):
         super().setUp()
         self.dir = self.native("opt/product")
@@ -51,6 +53,7 @@ class UninstallTest(EndToEndTest):
         values = (f'<Value Name="UNINSTALL_ERROR" DataType="value">0</Value>'
                   f'<Value Name="SHARED" DataType="value">{self.native("shared")}</Value>')
         text = description(self.dir, SETS + changes, values=values, late=late, farewell=farewell)
+        text = text.replace("Test Product", self.product)
         self.setup = self.build_package(text, {"data.txt": "data\n", "shared.txt": "the product's\n",
                                                "tool" + EXE: "a tool\n", **(files or {})})
         shutil.rmtree(self.host("stage"))
@@ -60,7 +63,7 @@ class UninstallTest(EndToEndTest):
         self.before = self.snapshot()
         result = self.run_program(self.setup, "-auto", *arguments)
         self.assertIn("The installation was successful.", result.out, result)
-        self.assertIsNotNone(self.registry("HKLM", UNINSTALL_KEY + "\\Test Product"))
+        self.assertIsNotNone(self.registry("HKLM", UNINSTALL_KEY + "\\" + self.product))
         return result
 
     def snapshot(self):
@@ -84,7 +87,7 @@ class UninstallTest(EndToEndTest):
 
     def assert_nothing_left(self):
         self.assertEqual(self.snapshot(), self.before)
-        self.assertIsNone(self.registry("HKLM", UNINSTALL_KEY + "\\Test Product"))
+        self.assertIsNone(self.registry("HKLM", UNINSTALL_KEY + "\\" + self.product))
 
     def log_path(self, name):
         """A path of the product as in the log: the directory as it was given, then a backslash."""
@@ -103,7 +106,7 @@ class RegisteredCommand(UninstallTest):
     def registered_uninstall(self, *arguments):
         helper = "run_uninstaller" + EXE
         shutil.copy2(HELPERS / helper, self.host(helper))
-        result = self.run_program(helper, "Test Product", *arguments)
+        result = self.run_program(helper, self.product, *arguments)
         self.host(helper).unlink()
         return result
 
@@ -128,6 +131,14 @@ class RegisteredCommand(UninstallTest):
         # Windows keeps the image of a running program, here the copy of the uninstaller.
         self.wait_until(lambda: self.temporary_copies() == (["ormeluninst.dll"] if WINDOWS else []))
         self.assertEqual(len(list(self.machine.temp.glob("ormeluninst*"))), 1 if WINDOWS else 0)
+
+    def test_a_double_quote_in_the_name_ends_no_option(self):
+        self.product = 'Big 12" Screen'
+        self.install()
+        result = self.registered_uninstall("-quiet=1")
+        self.assertEqual(result.code, 0, result)
+        self.wait_until(lambda: not self.host("opt/product").exists())
+        self.assert_nothing_left()
 
     def test_the_first_stage_ends_at_once_and_leaves_the_work_to_its_copy(self):
         self.install()

@@ -49,6 +49,14 @@ TEST(UninstallCommandTest, RefusesPathsWithADoubleQuote) {
         composeUninstallCommand("C:\\a.exe", "/opt/a\" -gui=\"1/install.log", "name", ProgramQuotes::kNone));
 }
 
+// One would end the quoted text: what follows would be other options, or the command couldn't be parsed.
+TEST(UninstallCommandTest, LeavesQuotesOutOfTheName) {
+    const auto command =
+        composeUninstallCommand("/a", "/log", "Big 12\" Screen\" -gui=\"1", ProgramQuotes::kNone);
+    ASSERT_TRUE(command);
+    EXPECT_EQ(command->arguments, "-uninstall=\"/log\" -uninstallApp=\"Big 12 Screen -gui=1\"");
+}
+
 // A product whose texts a test gives or leaves out.
 class UninstallCommandOfProductTest : public DescriptionTest {
 protected:

@@ -19,10 +19,11 @@ public:
     // The programs to watch.
     std::vector<WatchedProgram> programs;
     // What a page finds to remove, and whether any of it is still installed later.
-    ExternalProductList products;
+    std::vector<ExternalProduct> products;
     bool productIsLeft = false;
+    bool removalWasEnded = false;  // what the question for that gave after the call
     // The lists that were asked about, for isAnyInstalled.
-    std::vector<ExternalProductList> askedProducts;
+    std::vector<std::vector<ExternalProduct>> askedProducts;
     // Called after the recording of each call, with its text.
     std::function<void(const std::string& call)> onCall;
 
@@ -49,17 +50,19 @@ public:
         record("prepareProgramWatch(" + std::to_string(page) + ")");
     }
     std::vector<WatchedProgram> watchPrograms() override { return programs; }
-    ExternalProductList removeExternalProducts(std::int32_t page, InstallerUI&,
-                                               const std::function<void()>& onFirst) override {
-        if (!products.names.empty()) {
+    std::vector<ExternalProduct> removeExternalProducts(std::int32_t page, InstallerUI&,
+                                                        const std::function<void()>& onFirst,
+                                                        const std::function<bool()>& isToEnd) override {
+        if (!products.empty()) {
             onFirst();
         }
         record("removeExternalProducts(" + std::to_string(page) + ")");
+        removalWasEnded = isToEnd();
         return products;
     }
-    bool isAnyInstalled(const ExternalProductList& asked) override {
+    bool isAnyInstalled(const std::vector<ExternalProduct>& asked) override {
         askedProducts.push_back(asked);
-        return productIsLeft && !asked.names.empty();
+        return productIsLeft && !asked.empty();
     }
 
 private:

@@ -30,8 +30,9 @@ public:
     std::string temporaryFile = "/tmp/orinstall1";
     bool copyWorks = true;
     bool registrationWorks = true;
-    bool removalWorks = true;       // of an entry
+    bool removalWorks = true;  // of an entry
     std::function<void()> onRemoval = [] {};
+    std::function<void(std::uint32_t flags)> onFind = [](std::uint32_t) {};  // at findUninstallEntry
     std::set<std::string> staying;  // applications whose uninstallers don't remove them
 
     std::optional<std::string> temporaryFileName() override {
@@ -40,6 +41,7 @@ public:
 
     bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) override {
         calls.push_back("findUninstallEntry(" + std::string(applicationName) + viewOf(flags) + ")");
+        onFind(flags);
         for (const InstalledApplication& application : installed) {
             if (application.name == applicationName && isInView(application, flags)) {
                 return true;
@@ -85,7 +87,7 @@ public:
     }
 
     bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
-                              std::uint32_t flags, InstallerUI*) override {
+                              std::uint32_t flags, InstallerUI*, const std::function<bool()>&) override {
         calls.push_back("uninstallApplication(" + std::string(applicationName) +
                         (arguments.empty() ? "" : ", " + std::string(arguments)) + viewOf(flags) +
                         ((flags & kEntryWait) != 0 ? ", wait" : "") + ")");

@@ -128,6 +128,27 @@ const platform::RegistryValue* MemoryRegistry::value(RegistryRoot root, std::str
     return found == key->second.values.end() ? nullptr : &found->second.value;
 }
 
+std::map<std::string, std::string> MemoryRegistry::everything() const {
+    std::map<std::string, std::string> all;
+    std::map<Address, std::string> paths;
+    for (const auto& [address, key] : keys_) {
+        const auto& [root, view, text] = address;
+        if (text.empty()) {
+            continue;
+        }
+        const Address parent{root, view, text.substr(0, text.rfind('\0'))};
+        const std::string path =
+            (paths.contains(parent) ? paths[parent] : rootName(root)) + std::string("\\") + key.name;
+        const std::string end = view == RegistryView::k32Bit ? " (32)" : "";
+        paths[address] = path;
+        all[path + end] = "key";
+        for (const auto& [lower, value] : key.values) {
+            all[path + ":" + value.name + end] = std::to_string(value.value.type) + " " + value.value.data;
+        }
+    }
+    return all;
+}
+
 int MemoryRegistry::createKey(RegistryRoot root, std::string_view path, RegistryView view, int& outCreated) {
     record("createKey", root, path, view);
     outCreated = 0;

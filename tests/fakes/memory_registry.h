@@ -28,6 +28,9 @@ public:
                                          std::string_view name,
                                          platform::RegistryView view = platform::RegistryView::kNative) const;
 
+    // All keys and values of both views: "HKLM\a\b", "HKLM\a\b:name (32)", with the type and the data.
+    std::map<std::string, std::string> everything() const;
+
     // At this path and below nothing can be written, made or deleted, in any root and view.
     void setReadOnly(std::string_view path) { readOnly_.push_back(std::string(path)); }
     // At this path and below nothing can be read or listed either.

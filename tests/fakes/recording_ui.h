@@ -18,6 +18,7 @@ public:
     int messageBoxResult = 1;
     int graphical = 0;
     int ignoreErrors = 0;
+    bool quiet = false;
     int runResult = 0;
 
     // Called after the recording of each call, with its text.
@@ -60,6 +61,7 @@ public:
     int endProgress() override;
     int isGraphical() override;
     int getIgnoreErrors() override;
+    bool isQuiet() override { return quiet; }  // a question that isn't recorded
     void setTaskState(const char* name, const char* text, std::int32_t state) override;
     void showHelp() override;
     int createInputProvider(const char* mode, bool& outAutomated) override;

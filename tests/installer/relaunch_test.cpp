@@ -84,6 +84,12 @@ TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {
               "\"i\" -uninstallFile=\"l\" -uninstallApp=\"\"");
 }
 
+TEST_F(RelaunchTest, LeavesQuotesOutOfTheName) {
+    options_.uninstallApp = "Big 12\" Screen";
+    EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 0),
+              "\"i\" -uninstallFile=\"l\" -uninstallApp=\"Big 12 Screen\"");
+}
+
 TEST_F(RelaunchTest, TouchesNothingUnderTheNamesThatAnybodyCanTake) {
     machine_.files.addFile("/home/precious", "mine");
     machine_.files.addLink("/tmp/ormeluninst.dll", "/home/precious");

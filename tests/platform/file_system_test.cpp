@@ -445,4 +445,55 @@ TEST_F(DirectoryTest, OpensDirectoriesOnly) {
     EXPECT_EQ(files_.openDirectory(path("d") + "/", below_), 0);
 }
 
+TEST_F(DirectoryTest, OpensAFileToReadAndNothingElse) {
+    std::unique_ptr<platform::File> file;
+    ASSERT_EQ(opened_->openFile("f", file), 0);
+    char text[8] = {};
+    std::uint32_t done = 0;
+    EXPECT_EQ(file->read(text, 8, done), 0);
+    EXPECT_EQ(std::string(text, done), "abc");
+    for (const char* const name : {"sub", "none", "", "..", "sub/../f"}) {
+        EXPECT_NE(opened_->openFile(name, file), 0) << name;
+        EXPECT_EQ(file, nullptr);
+    }
+}
+
+TEST_F(DirectoryTest, TakesFilesAndEmptyDirectoriesAway) {
+    EXPECT_EQ(opened_->takeFileAway("f", path("taken")), 0);
+    EXPECT_EQ(readTestFile(path("taken")), "abc");
+    EXPECT_FALSE(testFileExists(path("d/f")));
+    EXPECT_EQ(opened_->takeDirectoryAway("sub", path("takenDirectory")), 0);
+    EXPECT_TRUE(files_.isDirectory(path("takenDirectory")));
+    EXPECT_FALSE(testFileExists(path("d/sub")));
+}
+
+// With the open directory and by the path.
+TEST_F(DirectoryTest, TakesNothingAwayThatCouldNotBeRemovedOrHasNoPlace) {
+    writeTestFile(path("d/sub/g"), "x");
+    writeTestFile(path("present"), "precious");
+    for (const char* const name : {"sub", "none", "", ".."}) {
+        EXPECT_NE(opened_->takeFileAway(name, path("taken")), 0) << name;
+        EXPECT_NE(files_.takeFileAway(path("d/") + name, path("taken")), 0) << name;
+    }
+    for (const char* const name : {"sub", "f", "none", "", ".."}) {
+        EXPECT_NE(opened_->takeDirectoryAway(name, path("taken")), 0) << name;
+        EXPECT_NE(files_.takeDirectoryAway(path("d/") + name, path("taken")), 0) << name;
+    }
+    EXPECT_NE(opened_->takeFileAway("f", path("present")), 0);
+    EXPECT_NE(files_.takeFileAway(path("d/f"), path("present")), 0);
+    EXPECT_NE(files_.takeFileAway(path("d/f"), path("none/taken")), 0);
+    EXPECT_FALSE(testFileExists(path("taken")));
+    EXPECT_EQ(readTestFile(path("present")), "precious");
+    EXPECT_TRUE(testFileExists(path("d/f")));
+    EXPECT_TRUE(testFileExists(path("d/sub/g")));
+}
+
+TEST_F(DirectoryTest, TakesAwayByPathAsWell) {
+    EXPECT_EQ(files_.takeFileAway(path("d/f"), path("taken")), 0);
+    EXPECT_EQ(readTestFile(path("taken")), "abc");
+    EXPECT_EQ(files_.takeDirectoryAway(path("d/sub"), path("takenDirectory")), 0);
+    EXPECT_EQ(files_.takeDirectoryAway(path("takenDirectory"), path("d/sub")), 0);
+    EXPECT_TRUE(files_.isDirectory(path("d/sub")));
+}
+
 }  // namespace

@@ -29,7 +29,7 @@ TEST_F(ExternalUninstallPageTest, LetsTheUserGoOnWhenNothingIsInstalled) {
 }
 
 TEST_F(ExternalUninstallPageTest, HoldsThePageWhileItUninstalls) {
-    actions.products.names = {"Demo"};
+    actions.products = {{"Demo", false}};
     std::vector<std::int32_t> states;
     std::vector<bool> gates;
     actions.onCall = [&](const std::string&) {
@@ -44,7 +44,7 @@ TEST_F(ExternalUninstallPageTest, HoldsThePageWhileItUninstalls) {
 }
 
 TEST_F(ExternalUninstallPageTest, HoldsTheUserWhileAProductIsLeft) {
-    actions.products.names = {"Demo"};
+    actions.products = {{"Demo", false}};
     actions.productIsLeft = true;
     enter();
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
@@ -62,14 +62,55 @@ TEST_F(ExternalUninstallPageTest, HoldsTheUserWhileAProductIsLeft) {
 }
 
 TEST_F(ExternalUninstallPageTest, LooksForWhatThePageFound) {
-    actions.products = {{"Demo 1", "Demo 2"}, true};
+    actions.products = {{"Demo 1", true}, {"Demo 2", false}};
     actions.productIsLeft = true;
     enter();
     actions.askedProducts.clear();
     EXPECT_FALSE(page.gate->isOpen(ui));
     ASSERT_EQ(actions.askedProducts.size(), 1U);
-    EXPECT_EQ(actions.askedProducts[0].names, (Calls{"Demo 1", "Demo 2"}));
-    EXPECT_TRUE(actions.askedProducts[0].in32BitView);
+    ASSERT_EQ(actions.askedProducts[0].size(), 2U);
+    EXPECT_EQ(actions.askedProducts[0][0].name, "Demo 1");
+    EXPECT_TRUE(actions.askedProducts[0][0].in32BitView);
+    EXPECT_EQ(actions.askedProducts[0][1].name, "Demo 2");
+    EXPECT_FALSE(actions.askedProducts[0][1].in32BitView);
+}
+
+TEST_F(ExternalUninstallPageTest, EndsTheRemovalWhenTheSessionIsCancelled) {
+    actions.products = {{"Demo", false}};
+    enter();
+    EXPECT_FALSE(actions.removalWasEnded);
+    page.gate = nullptr;
+    actions.onCall = [this](const std::string&) { state.cancelled = true; };
+    enter();
+    EXPECT_TRUE(actions.removalWasEnded);
+}
+
+TEST_F(ExternalUninstallPageTest, StopsTheWalkUntilTheProductIsGone) {
+    addDialog("Next");
+    dialogs.getDialogs().insert(dialogs.getDialogs().begin(), makePage("First", 0));
+    actions.products = {{"Demo", false}};
+    actions.productIsLeft = true;
+    placeAt(0);
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
+    expectAt(1);
+    EXPECT_EQ(walk.shift(&ui, 1), -1);
+    expectAt(1);
+    EXPECT_EQ(actions.calls.size(), 1U);  // the uninstallers ran once
+    actions.productIsLeft = false;
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
+    expectAt(2);
+}
+
+TEST_F(ExternalUninstallPageTest, LeadsOnWithAProductThatStaysWhereThePageIsWeak) {
+    addDialog("Next");
+    page.special = kDialogWeakCondition;
+    dialogs.getDialogs().insert(dialogs.getDialogs().begin(), makePage("First", 0));
+    actions.products = {{"Demo", false}};
+    actions.productIsLeft = true;
+    placeAt(0);
+    walk.shift(&ui, 1);
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
+    expectAt(2);
 }
 
 }  // namespace

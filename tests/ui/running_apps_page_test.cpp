@@ -53,6 +53,38 @@ TEST_F(RunningAppsPageTest, ReportsNothingInAGraphicalFrontEnd) {
     EXPECT_EQ(state.uiState, kUiConditionUnmet);
 }
 
+TEST_F(RunningAppsPageTest, NamesTheProgramsInAQuietRunOnce) {
+    actions.programs = {{"a.exe", true}, {"b.exe", false}, {"c.exe", true}};
+    ui.quiet = true;
+    enter();
+    enter();
+    EXPECT_EQ(ui.callsOf("addMessage"), Calls{"addMessage(\"Still running: a.exe, c.exe\")"});
+    actions.programs[0].isRunning = false;
+    EXPECT_FALSE(isOpen());
+    actions.programs[2].isRunning = false;
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(ui.callsOf("addMessage"),
+              (Calls{"addMessage(\"Still running: a.exe, c.exe\")", "addMessage(\"Still running: c.exe\")"}));
+}
+
+TEST_F(RunningAppsPageTest, HasNothingMoreToSayThanItsListInOtherRuns) {
+    actions.programs = {{"a.exe", true}};
+    enter();
+    EXPECT_EQ(ui.countOf("addMessage"), 0);
+}
+
+TEST_F(RunningAppsPageTest, LeadsOnWhileAProgramRunsWhereThePageIsWeak) {
+    addDialog("Next");
+    page.special = kDialogWeakCondition;
+    dialogs.getDialogs().insert(dialogs.getDialogs().begin(), makePage("First", 0));
+    actions.programs = {{"demo.exe", true}};
+    placeAt(0);
+    walk.shift(&ui, 1);
+    expectAt(1);
+    EXPECT_EQ(walk.shift(&ui, 1), 0);
+    expectAt(2);
+}
+
 TEST_F(RunningAppsPageTest, PreparesThePageBeforeItLooks) {
     actions.programs = {{"demo.exe", true}};
     actions.onCall = [this](const std::string&) { actions.programs[0].isRunning = false; };

@@ -2,12 +2,9 @@
 
 #include "fakes/fake_console.h"
 #include "fakes/recording_ui.h"
-#include "platform/environment.h"
-#include "platform/named_events.h"
 #include "platform/registry.h"
 #include "wini/machine_fixture.h"
 #include "wini/system_services.h"
-#include "wini/uninstaller_events.h"
 
 namespace {
 
@@ -72,73 +69,29 @@ TEST_F(SystemServicesMachineTest, LeavesNothingOfTheRegistration) {
     EXPECT_EQ(keysOf(UninstallList::kListKey), list);
 }
 
+TEST(WiniChild, DISABLED_TakesItselfOffTheList) {
+    for (const RegistryView view : {RegistryView::kNative, RegistryView::k32Bit}) {
+        platform::systemRegistry().deleteKey(RegistryRoot::kLocalMachine, UninstallList::keyOf(kApplication),
+                                             view);
+    }
+}
+
 TEST_F(SystemServicesMachineTest, RunsTheUninstallerOfTheViewThatIsAskedFor) {
-    addUninstaller(commandOf("Passes"), RegistryView::k32Bit);
-    EXPECT_FALSE(services_.uninstallApplication(kApplication, "", kEntryWait, &ui_));
+    const auto uninstall = [this](std::uint32_t flags) {
+        return services_.uninstallApplication(kApplication, "", flags | kEntryWait, &ui_,
+                                              [] { return false; });
+    };
+    addUninstaller(commandOf("TakesItselfOffTheList"), RegistryView::k32Bit);
+    EXPECT_FALSE(uninstall(0));
     EXPECT_TRUE(log_.hasLine("ERROR: Could not obtain uninstall string for uninstalling application: \"" +
                              std::string(kApplication) + "\""));
-    EXPECT_TRUE(services_.uninstallApplication(kApplication, "", kEntryIn32BitView | kEntryWait, &ui_));
+    EXPECT_TRUE(uninstall(kEntryIn32BitView));
     addUninstaller(commandOf("Fails"), RegistryView::kNative);
-    EXPECT_FALSE(services_.uninstallApplication(kApplication, "-more", kEntryWait, &ui_));
+    addUninstaller(commandOf("Passes"), RegistryView::k32Bit);
+    EXPECT_FALSE(uninstall(0));
     // Only the native entry is the session's own.
     EXPECT_TRUE(services_.removeUninstallEntry(kApplication));
     EXPECT_FALSE(services_.removeUninstallEntry(kApplication));
-}
-
-constexpr const char* kEventSuffix = "TANDREL_TEST_EVENT_SUFFIX";
-
-// What an uninstaller does that somebody waits for.
-TEST(WiniChild, DISABLED_SignalsThatItUninstalls) {
-    const std::string suffix = platform::systemEnvironment().get(kEventSuffix).value_or("");
-    ASSERT_FALSE(suffix.empty());
-    EXPECT_TRUE(platform::systemNamedEvents().signal(kUninstallerStartEvent + suffix));
-    EXPECT_TRUE(platform::systemNamedEvents().signal(kUninstallerEndEvent + suffix));
-}
-
-// The machine's events under names that no other run of the tests uses. Notes which waits were successful.
-class EventsOfThisRun : public platform::NamedEvents {
-public:
-    std::vector<std::pair<std::string, bool>> waits;
-    const std::string suffix = std::to_string(platform::systemProcesses().currentId());
-
-    std::unique_ptr<platform::NamedEvent> create(std::string_view name) override {
-        auto event = platform::systemNamedEvents().create(std::string(name) + suffix);
-        return event == nullptr ? nullptr : std::make_unique<Event>(*this, name, std::move(event));
-    }
-    bool signal(std::string_view) override { return false; }
-    platform::LockResult lock(std::string_view, std::uint32_t,
-                              std::unique_ptr<platform::NamedLock>&) override {
-        return platform::LockResult::kUnavailable;
-    }
-
-private:
-    class Event : public platform::NamedEvent {
-    public:
-        Event(EventsOfThisRun& owner, std::string_view name, std::unique_ptr<platform::NamedEvent> event)
-            : owner_(owner), name_(name), event_(std::move(event)) {}
-        bool wait(std::uint32_t milliseconds) override {
-            owner_.waits.emplace_back(name_, event_->wait(milliseconds));
-            return owner_.waits.back().second;
-        }
-
-    private:
-        EventsOfThisRun& owner_;
-        std::string name_;
-        std::unique_ptr<platform::NamedEvent> event_;
-    };
-};
-
-TEST_F(SystemServicesMachineTest, WaitsForTheEventsOfAnotherProcess) {
-    EventsOfThisRun events;
-    ASSERT_TRUE(platform::systemEnvironment().set(kEventSuffix, events.suffix));
-    addUninstaller(commandOf("SignalsThatItUninstalls"), RegistryView::kNative);
-    const platform::Platform machine{machine_.files,       machine_.registry, machine_.processes,
-                                     machine_.environment, machine_.console,  events,
-                                     machine_.shell,       machine_.firewall};
-    SystemServices services(machine, log_);
-    EXPECT_TRUE(services.uninstallApplication(kApplication, "", 0, &ui_));
-    EXPECT_EQ(events.waits, (std::vector<std::pair<std::string, bool>>{{kUninstallerStartEvent, true},
-                                                                       {kUninstallerEndEvent, true}}));
 }
 
 }  // namespace

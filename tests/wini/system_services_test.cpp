@@ -69,12 +69,13 @@ TEST_F(SystemServicesTest, RegistersAProductAndTakesItOffTheList) {
 }
 
 TEST_F(SystemServicesTest, RunsTheUninstallersOfOthers) {
+    machine_.events.createFails = true;  // no second program is waited for
     machine_.registry.addText(RegistryRoot::kLocalMachine, UninstallList::keyOf("Other"), "UninstallString",
                               "\"/opt/un\" -x");
-    EXPECT_TRUE(services_.uninstallApplication("Other", "-y", kEntryWait, nullptr));
+    EXPECT_TRUE(services_.uninstallApplication("Other", "-y", kEntryWait, nullptr, [] { return false; }));
     ASSERT_EQ(machine_.processes.started.size(), 1U);
     EXPECT_EQ(machine_.processes.started[0].commandLine, "\"/opt/un\" -x -y");
-    EXPECT_FALSE(services_.uninstallApplication("None", "", kEntryWait, nullptr));
+    EXPECT_FALSE(services_.uninstallApplication("None", "", kEntryWait, nullptr, [] { return false; }));
 }
 
 TEST_F(SystemServicesTest, FindsAndStopsPrograms) {

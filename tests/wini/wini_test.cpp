@@ -185,6 +185,7 @@ TEST_F(WiniTest, RunsNothingWithoutAPath) {
 TEST_F(WiniTest, RunsTheUninstallersOfOthers) {
     registry_.addText(platform::RegistryRoot::kLocalMachine, UninstallList::keyOf("Other"), "UninstallString",
                       "\"/opt/un\" -x");
+    machine_.events.createFails = true;  // no second program is waited for
     EXPECT_TRUE(wini_.uninstallApplication("Other", "-y", kEntryWait, nullptr));
     ASSERT_EQ(machine_.processes.started.size(), 1U);
     EXPECT_EQ(machine_.processes.started[0].commandLine, "\"/opt/un\" -x -y");

@@ -79,21 +79,21 @@ int openWithoutWaiting(const char* path, int flags, mode_t mode) {
 
 // For file systems that can't rename without replacing. A hard link fails on an existing name as well; only
 // directories, which have no hard links, are left with a look before the leap.
-int moveWithoutFlags(const std::string& from, const std::string& to) {
+int moveWithoutFlags(const char* from, const char* to) {
     struct stat status {};
-    if (lstat(from.c_str(), &status) != 0) {
+    if (lstat(from, &status) != 0) {
         return errno;
     }
-    if (!S_ISDIR(status.st_mode) && link(from.c_str(), to.c_str()) == 0) {
-        return errorOf(unlink(from.c_str()));
+    if (!S_ISDIR(status.st_mode) && link(from, to) == 0) {
+        return errorOf(unlink(from));
     }
     if (!S_ISDIR(status.st_mode) && errno != EPERM && errno != EOPNOTSUPP) {
         return errno;
     }
-    if (lstat(to.c_str(), &status) == 0) {
+    if (lstat(to, &status) == 0) {
         return EEXIST;
     }
-    return errorOf(rename(from.c_str(), to.c_str()));
+    return errorOf(rename(from, to));
 }
 
 // The directories that the Filesystem Hierarchy Standard 3.0 has on every system, in any of their levels that
@@ -178,6 +178,12 @@ public:
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;
+    int takeFileAway(std::string_view path, std::string_view to) override {
+        return PosixDirectory::takeFileAway(AT_FDCWD, nativePath(path), nativePath(to));
+    }
+    int takeDirectoryAway(std::string_view path, std::string_view to) override {
+        return PosixDirectory::takeDirectoryAway(AT_FDCWD, nativePath(path), nativePath(to));
+    }
     int createDirectory(std::string_view path) override;
     int removeDirectory(std::string_view path) override { return errorOf(rmdir(nativePath(path).c_str())); }
     int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) override;
@@ -286,9 +292,11 @@ int PosixFileSystem::removeFile(std::string_view path) {
 }
 
 int PosixFileSystem::moveFile(std::string_view from, std::string_view to) {
-    const std::string source = nativePath(from);
-    const std::string target = nativePath(to);
-    if (renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+    const std::string nativeFrom = nativePath(from);
+    const std::string nativeTo = nativePath(to);
+    const char* const source = nativeFrom.c_str();
+    const char* const target = nativeTo.c_str();
+    if (renameat2(AT_FDCWD, source, AT_FDCWD, target, RENAME_NOREPLACE) == 0) {
         return 0;
     }
     return errno == EINVAL || errno == ENOSYS ? moveWithoutFlags(source, target) : errno;

@@ -61,6 +61,7 @@ public:
     int beginProgress() override;
     int endProgress() override;
     int isGraphical() override { return 0; }
+    bool isQuiet() override { return quiet_; }
     void setTaskState(const char*, const char*, std::int32_t) override {}
 
     // Asks the fields of a page in their order. -1 without an engine or a provider of answers, else 0.

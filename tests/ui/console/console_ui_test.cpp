@@ -445,7 +445,11 @@ TEST_F(ConsoleFrontEnd, WritesMessagesToStandardErrorEvenWhenQuiet) {
 }
 
 TEST_F(ConsoleFrontEnd, PrintsNeitherStatusNorFilesNorBlanksWhenQuiet) {
+    open(false, false);
+    EXPECT_FALSE(ui->isQuiet());
     open(false, true);
+    EXPECT_TRUE(ui->isQuiet());
+    take();
     ui->setStatusText("status");
     EXPECT_EQ(ui->getStatusText(), "");
     ui->addFileLine("Create a", true);
