@@ -428,10 +428,10 @@ std::map<std::string, std::string> MemoryFileSystem::everything() const {
     for (const auto& [key, node] : nodes_) {
         std::string& text = all[node->path];
         if (node->kind == kFile) {
-            text = std::string("file") + (node->executable ? " program" : "") +
-                   (node->isPrivate ? " private" : "") + ": " + node->content;
+            text = std::string("file") + (node->body->executable ? " program" : "") +
+                   (node->body->isPrivate ? " private" : "") + ": " + node->body->content;
         } else {
-            text = node->kind == kLink        ? "link to " + node->content
+            text = node->kind == kLink        ? "link to " + node->body->content
                    : node->kind == kDirectory ? "directory"
                                               : "device";
         }
