@@ -132,7 +132,8 @@ TEST_F(BackupRestoreTest, RestoresAnArchiveWithoutItsEnd) {
 TEST_F(BackupRestoreTest, CreatesNoFileThatNoInstallationReplaced) {
     backUp({"/a/first"});
     files_.removeFile("/a/first");
-    const RestoreQuestions questions{{}, [](std::string_view path) { return path != "/a/first"; }};
+    RestoreQuestions questions;
+    questions.wasReplaced = [](std::string_view path) { return path != "/a/first"; };
     EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, questions), RestoreResult::kFailed);
     EXPECT_FALSE(files_.hasFile("/a/first"));
 }
@@ -140,8 +141,9 @@ TEST_F(BackupRestoreTest, CreatesNoFileThatNoInstallationReplaced) {
 TEST_F(BackupRestoreTest, EndsWhenItIsAskedTo) {
     backUp({"/a/first", "/a/second"});
     int left = 1;
-    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, {[&left] { return left-- < 1; }, {}}),
-              RestoreResult::kFailed);
+    RestoreQuestions questions;
+    questions.isToEnd = [&left] { return left-- < 1; };
+    EXPECT_EQ(restoreBackupFile(kArchive, files_, report_, questions), RestoreResult::kFailed);
     EXPECT_EQ(files_.content("/a/first"), "old");
     EXPECT_EQ(files_.content("/a/second"), "new");
     EXPECT_EQ(ui_.countOf("addMessage"), 0);
