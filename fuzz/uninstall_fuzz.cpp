@@ -11,6 +11,7 @@
 #include "fakes/walking_ui.h"
 #include "session/session_flags.h"
 #include "support/p_console.h"
+#include "wini/nested_sessions.h"
 #include "wini/wini.h"
 
 namespace {
@@ -44,7 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const DebugLog debugLog;
     SystemServices services(machine.bundle(), debugLog);
     AnswersFile answers(machine.files);
-    Wini session(machine.bundle(), services, answers, debugLog, WiniArguments());
+    NestedSessions nestedSessions(debugLog);
+    Wini session(machine.bundle(), services, answers, nestedSessions, debugLog, WiniArguments());
     WalkingUI ui(session);
     PConsole silent;
     silent.setEnabled(false);

@@ -8,6 +8,7 @@
 
 #include "engine/description_tags.h"
 #include "engine/engine_parts.h"
+#include "engine/product_removal.h"
 
 enum class ControlVariable : std::int32_t;
 
@@ -42,10 +43,16 @@ public:
     // what was found.
     void findOthers(bool isActionLogSession);
 
-    // Takes away what was found, as far as the variable of the role ShouldUninstall isn't 0. This version has
-    // no removal: the log says so, and the variable of the role UninstallError is emptied. False when
-    // something would have to be removed.
-    bool remove();
+    // What the removal of one product is: true when nothing of it is left.
+    using Remover = std::function<bool(const ProductRemoval::Request& request)>;
+    // Takes away what was found, unless the variable of the role ShouldUninstall is 0 or missing: registered
+    // applications that the product replaces, the earlier version, and what only log files show. Of these the
+    // earlier version is to be backed up where it is registered. `system` is asked for the list of installed
+    // applications, from which the entries go that the product replaces; the product's own is left to its
+    // registration. False when any of it failed; the variable of the role UninstallError is emptied then.
+    // Throws what the remover throws, and InstallerError without a name of the product. Once for this object:
+    // later calls do nothing and give the same result.
+    bool remove(const Remover& removeProduct, SystemOperations& system);
 
     PreviousInstallationKind kind() const { return kind_; }
     bool wasRemovalTried() const { return removalTried_; }
@@ -62,6 +69,9 @@ private:
     void scanLegacyLog(std::int32_t node);
     void scanExternal();
 
+    bool isWanted();
+    bool removeRegistered(const Remover& removeProduct, SystemOperations& system);
+    bool removeLogged(const Remover& removeProduct);
     std::vector<std::int32_t> childrenOf(std::string_view path, vocabulary::ElementName name) const;
     bool isPresent(const std::string& path);
     void setControl(ControlVariable role, std::string_view value);
@@ -72,5 +82,6 @@ private:
     std::int32_t legacyCount_ = 0;
     std::int32_t legacyLogCount_ = 0;  // logs of applications that the product replaces
     bool removalTried_ = false;
+    bool isRemoved_ = true;  // nothing is left that had to be removed
     std::vector<LegacyLogFile> legacyLogFiles_;
 };

@@ -8,9 +8,10 @@
 #include "description/answers_file.h"
 #include "description/unknown_names.h"
 #include "engine/action_log_reader.h"
-#include "engine/log_head.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
+#include "session/logged_variables.h"
 #include "support/utilities.h"
 
 namespace {
@@ -25,13 +26,13 @@ std::string readingError(int status) {
 }  // namespace
 
 Installer::Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
-                     DebugLog log)
+                     NestedSessionFactory& nestedSessions, DebugLog log)
     : SessionState(machine.files, log),
       machine_(machine),
       system_(system),
       answers_(answers),
       model_(machine, system, answers, log),
-      work_(*this, model_, machine, system),
+      work_(*this, model_, machine, system, nestedSessions),
       walk_({model_.dialogs, model_.variables.controls(), model_.variables.store(),
              model_.variables.expressions()},
             work_, machine.files, log) {
@@ -122,7 +123,7 @@ bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
     }
     debugLog.line("Reading previous installation variables");
     // Neither a few bad lines nor a log without its variables prevent uninstalling: the records are enough.
-    if (!importVariablesFromLog()) {
+    if (!importLoggedVariables(*actionLogFile, model_.variables.store(), debugLog)) {
         debugLog.line("ERROR: Failed to read variables from log");
     }
     debugLog.line("Reading installation file");
@@ -133,21 +134,6 @@ bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
         return refuseStart(ui, *path + ": " + readingError(status));
     }
     return true;
-}
-
-bool Installer::importVariablesFromLog() {
-    try {
-        return ActionLogReader(actionLogFile.get(), debugLog)
-            .readVariables([this](const std::string& name, const std::string& value) {
-                model_.variables.store().set(name, value);
-            });
-    } catch (const GenericError& error) {
-        debugLog.line(error.what());
-    }
-    for (const auto& [name, value] : readLogHead(*actionLogFile).variables) {
-        model_.variables.store().set(name, value);
-    }
-    return false;
 }
 
 bool Installer::readDescriptionFromCabinet(InstallerUI& ui, std::string& outText) {
@@ -209,6 +195,7 @@ int Installer::runUI(InstallerUI& ui) {
         walk_.state().anyFailed = true;  // the front end says next how the run ended
     }
     sayWhyNothingWasDone(ui, result);
+    sayWhatStays(ui);
     debugLog.line("Ending installation UI");
     ui.finish();
     if (result != 0) {
@@ -236,16 +223,35 @@ void Installer::reportError(InstallerUI& ui, std::string_view text) {
     ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
 }
 
+// The archives are private files with names that nobody knows.
+void Installer::sayWhatStays(InstallerUI& ui) {
+    if (!removed.isOnlyCopy) {
+        return;
+    }
+    for (const UninstallBackup& backup : removed.uninstallBackups) {
+        ui.addMessage(backup.productName + " was removed and isn't back. Its files are kept in " +
+                      platform::writtenPath(backup.archivePath) + ", its directories are listed in " +
+                      platform::writtenPath(backup.directoriesPath));
+    }
+    for (const NestedBackup& backup : removed.nestedBackups) {
+        ui.addMessage(platform::writtenPath(backup.originalPath) + " is kept in " +
+                      platform::writtenPath(backup.copyPath));
+    }
+}
+
 int Installer::releaseSession() {
     cabinet.clear();
     actionLogFile.reset();
-    for (const UninstallBackup& backup : uninstallBackups) {
+    if (removed.isOnlyCopy) {
+        return 0;
+    }
+    for (const UninstallBackup& backup : removed.uninstallBackups) {
         removeIfNamed(backup.archivePath);
         removeIfNamed(backup.directoriesPath);
     }
-    uninstallBackups.clear();
+    removed.uninstallBackups.clear();
     // Unlike the list above, this one keeps its entries.
-    for (const NestedBackup& backup : nestedBackups) {
+    for (const NestedBackup& backup : removed.nestedBackups) {
         removeIfNamed(backup.copyPath);
     }
     return 0;

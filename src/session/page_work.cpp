@@ -18,7 +18,7 @@ EngineParts engineParts(SessionState& state, SessionModel& model, const platform
 }  // namespace
 
 PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Platform& machine,
-                   SystemOperations& system)
+                   SystemOperations& system, NestedSessionFactory& nestedSessions)
     : state_(state),
       model_(model),
       machine_(machine),
@@ -26,6 +26,8 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
       earlier_(engineParts(state, model, machine, system)),
       installation_(engineParts(state, model, machine, system)),
       uninstallation_(engineParts(state, model, machine, system)),
+      removal_(engineParts(state, model, machine, system), nestedSessions, state.removed, state.errorList),
+      revert_(engineParts(state, model, machine, system), state.removed),
       programs_(DescriptionTags(model.description, model.variables.expressions()), system),
       products_(DescriptionTags(model.description, model.variables.expressions()), system) {}
 
@@ -75,16 +77,24 @@ void PageWork::normalizeFields(DialogDesc& page) {
 
 bool PageWork::installProduct(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return installation_.run(report, [this] {
+    const bool isInstalled = installation_.run(report, [&] {
         if (!earlier_.wasRemovalTried()) {
-            earlier_.remove();  // an old version that can't be removed doesn't stop the new one
+            removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
         }
     });
+    if (isInstalled) {
+        state_.removed.isOnlyCopy = false;
+    }
+    return isInstalled;
 }
 
-bool PageWork::refuse(std::string_view work) {
-    state_.debugLog.line("ERROR: " + std::string(work) + " is not carried out: this version can not do that");
-    return false;
+bool PageWork::removeEarlier(Report& report) {
+    return earlier_.remove(
+        [&](ProductRemoval::Request request) {
+            request.isBackedUp = request.isBackedUp && (state_.sessionFlags & kSessionBackup) != 0;
+            return removal_.remove(request, machine_, report);
+        },
+        system_);
 }
 
 bool PageWork::prepareUninstall(InstallerUI& ui) {
@@ -98,16 +108,20 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
     return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
 }
 
-bool PageWork::uninstallPrevious(InstallerUI&) {
-    return earlier_.remove();
+bool PageWork::uninstallPrevious(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return removeEarlier(report);
 }
 
-bool PageWork::revertInstallation(InstallerUI&) {
-    return refuse("The revert of the installation");
+bool PageWork::revertInstallation(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return revert_.revertInstallation(state_.isActionLogSession() ? "" : installation_.publishedLog(),
+                                      uninstallation_, report);
 }
 
-bool PageWork::revertUninstallation(InstallerUI&) {
-    return refuse("The revert of the uninstallation");
+bool PageWork::revertUninstallation(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return revert_.revertUninstallation(report);
 }
 
 bool PageWork::registerApplication() {

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
+#include "engine/removal_backups.h"
 #include "engine/report.h"
 #include "package/cabinet.h"
 #include "session/session_flags.h"
@@ -12,19 +12,6 @@
 #include "support/p_file_stream.h"
 
 class CommandLineArguments;
-
-// The saved state of an installation that was removed for this one.
-struct UninstallBackup {
-    std::string productName;
-    std::string archivePath;
-    std::string directoriesPath;
-};
-
-// A backup archive of an installation that was removed, and its copy.
-struct NestedBackup {
-    std::string originalPath;
-    std::string copyPath;
-};
 
 // What a session knows besides its description. For the session's thread only.
 struct SessionState {
@@ -40,8 +27,7 @@ struct SessionState {
     std::string applicationPath;                       // overrides the program's directory when set
     std::string configFile;                            // of answers; empty without one
     ErrorList errorList;
-    std::vector<NestedBackup> nestedBackups;        // the copies are deleted at the session's end
-    std::vector<UninstallBackup> uninstallBackups;  // deleted at the session's end
+    RemovalBackups removed;  // deleted at the session's end, unless it is all that is left
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }
 };

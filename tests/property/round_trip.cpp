@@ -11,6 +11,7 @@
 #include "package/package_writer.h"
 #include "safety.h"
 #include "session/session_flags.h"
+#include "wini/nested_sessions.h"
 #include "wini/wini.h"
 
 namespace {
@@ -52,7 +53,9 @@ bool runSession(platform::Platform platform, const char* path, std::uint32_t fla
     const DebugLog debugLog(log);
     SystemServices services(platform, debugLog);
     AnswersFile answers(platform.files);
-    auto session = std::make_unique<Wini>(platform, services, answers, debugLog, WiniArguments());
+    NestedSessions nestedSessions(debugLog);
+    auto session =
+        std::make_unique<Wini>(platform, services, answers, nestedSessions, debugLog, WiniArguments());
     WalkingUI ui(*session);
     if (session->loadCabinet(path, 0, flags) != 0) {
         return false;
