@@ -45,6 +45,10 @@ public:
         return !questions_.wasReplaced || questions_.wasReplaced(path);
     }
 
+    std::string rightsOf(std::string_view path) override {
+        return questions_.rightsOf ? questions_.rightsOf(path) : std::string();
+    }
+
     std::int64_t failures() const { return failures_; }
 
 private:

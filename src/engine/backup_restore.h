@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 class Report;
@@ -19,6 +20,9 @@ struct RestoreQuestions {
     std::function<bool()> isToEnd;  // asked before each file
     // Whether the installation replaced this file. Of a damaged archive that shows entries that never were.
     std::function<bool(std::string_view path)> wasReplaced;
+    // The plain file whose rights the restored one gets; empty for those of the file in its place, or of a
+    // new one.
+    std::function<std::string(std::string_view path)> rightsOf;
 };
 
 // Restores the files of a backup archive and reports each file and the progress. Everything restored stays,

@@ -109,6 +109,7 @@ private:
     bool isPlausible(std::string_view name);
     OnDisk compare(int& outStatus);
     bool endsWell(Found found);
+    int openTarget(ReplacingFile& target, const std::string& name);
     bool copyContent(PFileStream& target, std::int64_t size, int& outStatus);
     void reportWriting(const std::string& name, int status);
 
@@ -184,7 +185,7 @@ RestoreWalk::Found RestoreWalk::restoreEmpty() {
         return found;
     }
     ReplacingFile created(files_);
-    int status = created.open(name);
+    int status = openTarget(created, name);
     status = status != 0 ? status : created.putInPlace();
     debugLog_.line("Zero saved size for " + name + "; creating blank file");
     reportWriting(name, status);
@@ -218,7 +219,7 @@ RestoreWalk::Found RestoreWalk::leave(RestoreOutcome outcome, int status) {
 RestoreWalk::Found RestoreWalk::writeBack() {
     const std::string name = entry_.name;
     ReplacingFile target(files_);
-    int status = target.open(name);
+    int status = openTarget(target, name);
     if (!copyContent(target.stream(), entry_.size, status)) {
         return Found::kDamage;
     }
@@ -234,6 +235,11 @@ RestoreWalk::Found RestoreWalk::writeBack() {
     reportWriting(name, status);
     observer_.progress(percent);
     return found;
+}
+
+int RestoreWalk::openTarget(ReplacingFile& target, const std::string& name) {
+    const std::string rightsSource = observer_.rightsOf(name);
+    return rightsSource.empty() ? target.open(name) : target.openWithRightsOf(name, rightsSource);
 }
 
 // False when the archive can't be read. A file that can't be written gives `outStatus`; it doesn't damage the

@@ -36,6 +36,9 @@ public:
     // Whether the installation is known to have replaced this file, which isn't there any more. Otherwise its
     // entry is one of a damaged archive.
     virtual bool wasReplaced(std::string_view) { return true; }
+    // The plain file whose rights the restored one gets; empty for those of the file in its place, or of a
+    // new one.
+    virtual std::string rightsOf(std::string_view) { return {}; }
 };
 
 // An archive of whole files, written once from front to back, or read back in one go. One thread.

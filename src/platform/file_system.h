@@ -95,6 +95,12 @@ public:
     virtual int openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) = 0;
     virtual int removeFile(std::string_view name) = 0;       // of a link, the link; no device
     virtual int removeDirectory(std::string_view name) = 0;  // an empty one, and no link
+    // Opens a plain file, and no link, for reading while others do what they like with it. `outFile` is null
+    // after a failure.
+    virtual int openFile(std::string_view name, std::unique_ptr<File>& outFile) = 0;
+    // As FileSystem::takeFileAway and takeDirectoryAway.
+    virtual int takeFileAway(std::string_view name, std::string_view to) = 0;
+    virtual int takeDirectoryAway(std::string_view name, std::string_view to) = 0;
 };
 
 // What a path names, without following a link.
@@ -136,6 +142,11 @@ public:
     virtual int moveFile(std::string_view from, std::string_view to) = 0;
     // As moveFile, but takes the place of an existing file in one step.
     virtual int replaceFile(std::string_view from, std::string_view to) = 0;
+    // As removeFile and removeDirectory, and they fail where those fail; but what goes isn't lost, it gets the
+    // path `to` with all that it is: content, rights, times. Nothing may be there. Fail across volumes; after
+    // a failure everything is as it was.
+    virtual int takeFileAway(std::string_view path, std::string_view to) = 0;
+    virtual int takeDirectoryAway(std::string_view path, std::string_view to) = 0;
     // One level; 0755, whatever the user's mask says.
     virtual int createDirectory(std::string_view path) = 0;
     virtual int removeDirectory(std::string_view path) = 0;  // an empty one

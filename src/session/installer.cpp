@@ -81,12 +81,11 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
 }
 
 bool Installer::prepare(InstallerUI& ui) {
-    isGraphical = ui.isGraphical() != 0;
-    model_.setGraphical(isGraphical);
+    model_.setGraphical(ui.isGraphical() != 0);
     if (!readDescription(ui)) {
         return false;
     }
-    if (!model_.read(cabinet, isActionLogSession(), isGraphical)) {
+    if (!model_.read(cabinet, isActionLogSession())) {
         return refuseStart(ui, model_.product.exists() ? "the description has no pages that can be shown"
                                                        : "the description doesn't name a product");
     }

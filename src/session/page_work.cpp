@@ -140,7 +140,7 @@ void PageWork::runActions(std::string_view section, InstallerUI& ui) {
 
 // Only answers that a person gave on the console are worth saving in a file.
 bool PageWork::leavesConfigFile() const {
-    return !state_.isGraphical && !state_.isUnattended && state_.configFile.empty();
+    return !model_.isGraphical() && !state_.isUnattended && state_.configFile.empty();
 }
 
 void PageWork::finishInstallation(InstallerUI& ui) {

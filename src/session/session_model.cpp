@@ -22,7 +22,7 @@ void SessionModel::parse(std::string_view text) {
     description.parseText(text);
 }
 
-bool SessionModel::read(const Cabinet& cabinet, bool isUninstallation, bool isGraphical) {
+bool SessionModel::read(const Cabinet& cabinet, bool isUninstallation) {
     debugLog_.line("Getting product description");
     if (!product.exists()) {
         return false;
@@ -33,7 +33,7 @@ bool SessionModel::read(const Cabinet& cabinet, bool isUninstallation, bool isGr
         const auto index = cabinet.findAlias(alias);
         return index ? static_cast<std::int32_t>(cabinet.entry(*index).fileSize()) : 0;
     });
-    if (isGraphical) {
+    if (isGraphical()) {
         debugLog_.line("Getting GUI colour theme info");
         readColourTheme(description, variables.expressions(), debugLog_, theme);
     }
@@ -41,7 +41,7 @@ bool SessionModel::read(const Cabinet& cabinet, bool isUninstallation, bool isGr
         return false;
     }
     readControlVariables();
-    if (isGraphical) {
+    if (isGraphical()) {
         debugLog_.line("Initializing GUI colour theme");
         applyColourTheme(theme, dialogs);
     }

@@ -29,10 +29,11 @@ public:
     // Reads product, files, theme, dialogs and control variables; the cabinet knows the sizes of the files.
     // Only a graphical front end needs the theme. False when the product or the dialogs can't be read,
     // which is logged.
-    bool read(const Cabinet& cabinet, bool isUninstallation, bool isGraphical);
+    bool read(const Cabinet& cabinet, bool isUninstallation);
 
-    // For the variable that says whether the front end is graphical; false at first.
+    // As the front end reports it, which a variable says as well; false at first.
     void setGraphical(bool isGraphical) { isGraphical_ = isGraphical ? 1 : 0; }
+    bool isGraphical() const { return isGraphical_ != 0; }
 
     // The same description, as the engine sees it.
     ProductModel view();

@@ -22,7 +22,6 @@ struct SessionState {
     std::unique_ptr<PFileStream> actionLogFile;  // open in a session that starts from an action log
     std::uint32_t sessionFlags = kSessionBackup;
     bool isUnattended = false;                         // the user isn't asked
-    bool isGraphical = false;                          // as reported by the front end
     const CommandLineArguments* parameters = nullptr;  // borrowed; null without a command line
     std::string applicationPath;                       // overrides the program's directory when set
     std::string configFile;                            // of answers; empty without one

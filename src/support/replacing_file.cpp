@@ -35,11 +35,18 @@ int ReplacingFile::open(std::string_view path, FileRights rights) {
     discard();
     path_ = path;
     rights_ = rights;
+    rightsSource_.clear();
     present_ = files_.kindOf(path_);
     if (path_.empty() || present_ == PathKind::kDirectory || present_ == PathKind::kOther) {
         return -1;
     }
     return createBeside();
+}
+
+int ReplacingFile::openWithRightsOf(std::string_view path, std::string_view rightsSource) {
+    const int status = open(path, FileRights::kPrivate);
+    rightsSource_ = rightsSource;
+    return status;
 }
 
 // Private until it has the rights of the file that it replaces: those may be fewer than a new file has.
@@ -52,6 +59,9 @@ int ReplacingFile::createBeside() {
 }
 
 int ReplacingFile::giveRights() {
+    if (!rightsSource_.empty()) {
+        return stream_.takeRightsOf(rightsSource_);
+    }
     if (present_ != PathKind::kFile) {
         return stream_.setRights(rights_);
     }

@@ -30,6 +30,9 @@ public:
     // error number, or -1 when a directory, a device or the like is in the place.
     int open(std::string_view path, platform::FileRights rights = platform::FileRights::kPlain);
 
+    // The same, but the new file gets the rights of the plain file at `rightsSource`, whatever it replaces.
+    int openWithRightsOf(std::string_view path, std::string_view rightsSource);
+
     // After a successful open(): something is in the place.
     bool replacesSomething() const { return present_ != platform::PathKind::kNothing; }
 
@@ -53,7 +56,8 @@ private:
     platform::FileSystem& files_;
     PFileStream stream_;
     std::string path_;
-    std::string beside_;  // empty when there is no file
+    std::string beside_;        // empty when there is no file
+    std::string rightsSource_;  // empty for those of the file that is replaced
     platform::FileRights rights_ = platform::FileRights::kPlain;
     platform::PathKind present_ = platform::PathKind::kNothing;
     bool isComplete_ = false;

@@ -144,21 +144,21 @@ bool Wini::removeShortcut(const char* undoText, InstallerUI* ui) {
 FirewallResult Wini::firewallAddApplication(const char* path, const char* name) {
     return path == nullptr || name == nullptr
                ? FirewallResult::kFailed
-               : FirewallChange::addApplication(machine_.firewall, debugLog, path, name);
+               : FirewallChange::addApplication(machine_.firewall, debugLog, path, name).result;
 }
 
 FirewallResult Wini::firewallRemoveApplication(const char* path) {
     return path == nullptr ? FirewallResult::kFailed
-                           : FirewallChange::removeApplication(machine_.firewall, debugLog, path);
+                           : FirewallChange::removeApplication(machine_.firewall, debugLog, path).result;
 }
 
 FirewallResult Wini::firewallAddPort(const FirewallPortRule& rule) {
-    return FirewallChange::addPort(machine_.firewall, debugLog, rule);
+    return FirewallChange::addPort(machine_.firewall, debugLog, rule).result;
 }
 
 FirewallResult Wini::firewallRemovePort(const char* logText) {
     return logText == nullptr ? FirewallResult::kFailed
-                              : FirewallChange::removePort(machine_.firewall, debugLog, logText);
+                              : FirewallChange::removePort(machine_.firewall, debugLog, logText).result;
 }
 
 int Wini::writeRegistryValue(const char* place, const char* path, const char* type, const char* valueName,

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,10 +17,13 @@ public:
     bool on = true;
     std::map<std::string, std::string> applications;  // path -> name
     std::map<Port, std::string> ports;                // -> name
-    std::map<platform::FirewallCall, int> failing;    // the call -> its number
-    std::map<platform::FirewallCall, int> passing;    // so many times a failing call is done before
-    bool unreachable = false;                         // the service is what is missing
-    bool givesProfile = true;                         // false: a connection leads nowhere
+    // What is special about an exception, by the path or the port; otherwise it is enabled, for everybody.
+    std::map<std::string, platform::FirewallException> specialApplications;
+    std::map<Port, platform::FirewallException> specialPorts;
+    std::map<platform::FirewallCall, int> failing;  // the call -> its number
+    std::map<platform::FirewallCall, int> passing;  // so many times a failing call is done before
+    bool unreachable = false;                       // the service is what is missing
+    bool givesProfile = true;                       // false: a connection leads nowhere
 
     // "connect", "close" and, in order, the operations with their arguments: "addPort 80 TCP Web".
     std::vector<std::string> operations;
@@ -49,6 +53,7 @@ private:
         using Call = platform::FirewallCall;
         using Outcome = platform::FirewallOutcome;
         using Protocol = platform::FirewallProtocol;
+        using Exception = platform::FirewallException;
 
         explicit Profile(FakeFirewall& firewall) : firewall_(firewall) {}
         ~Profile() override { note("close"); }
@@ -86,6 +91,30 @@ private:
             const Outcome outcome = firstFailure({Call::kListApplications, Call::kRemoveApplication});
             if (outcome.done()) {
                 firewall_.applications.erase(std::string(path));
+                firewall_.specialApplications.erase(std::string(path));
+            }
+            return outcome;
+        }
+        Outcome readApplication(std::string_view path, std::optional<Exception>& outException) override {
+            return read(Call::kListApplications, Call::kReadApplication, std::string(path),
+                        firewall_.applications, firewall_.specialApplications, outException);
+        }
+        Outcome restoreApplication(std::string_view path, const Exception& exception) override {
+            const Outcome outcome = addApplication(path, exception.name);
+            if (outcome.done()) {
+                firewall_.specialApplications[std::string(path)] = exception;
+            }
+            return outcome;
+        }
+        Outcome readPort(std::int32_t port, Protocol protocol,
+                         std::optional<Exception>& outException) override {
+            return read(Call::kListPorts, Call::kReadPort, Port{port, protocol}, firewall_.ports,
+                        firewall_.specialPorts, outException);
+        }
+        Outcome restorePort(std::int32_t port, Protocol protocol, const Exception& exception) override {
+            const Outcome outcome = addPort(port, protocol, exception.name);
+            if (outcome.done()) {
+                firewall_.specialPorts[{port, protocol}] = exception;
             }
             return outcome;
         }
@@ -110,6 +139,7 @@ private:
             const Outcome outcome = firstFailure({Call::kListPorts, Call::kRemovePort});
             if (outcome.done()) {
                 firewall_.ports.erase({port, protocol});
+                firewall_.specialPorts.erase({port, protocol});
             }
             return outcome;
         }
@@ -117,6 +147,23 @@ private:
     private:
         static std::string textOf(std::int32_t port, Protocol protocol) {
             return std::to_string(port) + (protocol == Protocol::kTcp ? " TCP" : " UDP");
+        }
+        // Reading isn't recorded.
+        template <typename Key>
+        Outcome read(Call list, Call call, const Key& key, const std::map<Key, std::string>& names,
+                     const std::map<Key, Exception>& special, std::optional<Exception>& outException) const {
+            const Outcome outcome = firstFailure({list, call});
+            const auto name = names.find(key);
+            if (!outcome.done()) {
+                return outcome;
+            }
+            outException.reset();
+            if (name != names.end()) {
+                const auto found = special.find(key);
+                outException = found != special.end() ? found->second : Exception();
+                outException->name = name->second;
+            }
+            return outcome;
         }
         void note(const std::string& text) { firewall_.operations.push_back(text); }
         Outcome firstFailure(std::initializer_list<Call> calls) const {

@@ -274,6 +274,18 @@ public:
     int removeDirectory(std::string_view name) override {
         return with(name, [&](const std::string& path) { return owner_.removeDirectory(path); });
     }
+    int openFile(std::string_view name, std::unique_ptr<platform::File>& outFile) override {
+        outFile = nullptr;
+        platform::OpenOptions options;
+        options.followLinks = false;
+        return with(name, [&](const std::string& path) { return owner_.open(path, options, outFile); });
+    }
+    int takeFileAway(std::string_view name, std::string_view to) override {
+        return with(name, [&](const std::string& path) { return owner_.takeFileAway(path, to); });
+    }
+    int takeDirectoryAway(std::string_view name, std::string_view to) override {
+        return with(name, [&](const std::string& path) { return owner_.takeDirectoryAway(path, to); });
+    }
 
 private:
     template <typename Operate>
@@ -678,13 +690,67 @@ int MemoryFileSystem::relocate(const std::string& from, const std::string& to, b
             return status;
         }
     }
+    return place(node, from, to);
+}
+
+int MemoryFileSystem::place(const NodePtr& node, const std::string& from, const std::string& to) {
     if (const int status = parentStatus(to); status != kOk) {
         return status;
+    }
+    if (volumeOf(from) != volumeOf(to)) {
+        return kOtherVolume;
     }
     nodes_.erase(keyOf(from));
     node->path = to;
     nodes_[keyOf(to)] = node;
     return kOk;
+}
+
+void MemoryFileSystem::setVolume(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    volumes_.insert(keyOf(resolved(path)));
+}
+
+std::string MemoryFileSystem::volumeOf(const std::string& path) const {
+    std::string volume;
+    for (const std::string& top : volumes_) {
+        volume = isAtOrBelow(keyOf(path), top) ? top : volume;
+    }
+    return volume;
+}
+
+int MemoryFileSystem::takeFileAway(std::string_view path, std::string_view to) {
+    const std::lock_guard lock(mutex_);
+    const std::string source = resolved(path);
+    const std::string target = resolved(to);
+    int status = begin(Operation::kRemoveFile, source, "takeAway " + source + " -> " + target);
+    status = status != kOk ? status : begin(Operation::kMoveFile, source, "");
+    const NodePtr node = find(source);
+    if (status == kOk && node != nullptr && node->kind == kDevice) {
+        status = kAccessDenied;
+    }
+    return status != kOk ? status : relocate(source, target, false);
+}
+
+int MemoryFileSystem::takeDirectoryAway(std::string_view path, std::string_view to) {
+    const std::lock_guard lock(mutex_);
+    const std::string source = resolved(path);
+    const std::string target = resolved(to);
+    int status = begin(Operation::kRemoveDirectory, source, "takeAway " + source + " -> " + target);
+    status = status != kOk ? status : begin(Operation::kMoveFile, source, "");
+    const NodePtr node = find(source);
+    if (status != kOk || node == nullptr || node->kind != kDirectory || isRoot(source)) {
+        return status != kOk ? status : kNotFound;
+    }
+    if (hasChildren(source) || find(target) != nullptr) {
+        return hasChildren(source) ? kNotEmpty : kExists;
+    }
+    for (const std::string& place : {source, target}) {
+        if (const int readOnly = readOnlyStatus(place); readOnly != kOk) {
+            return readOnly;
+        }
+    }
+    return place(node, source, target);
 }
 
 int MemoryFileSystem::createDirectory(std::string_view path) {

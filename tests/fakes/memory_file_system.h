@@ -25,6 +25,7 @@ public:
         kAccessDenied = 5,
         kBadHandle = 6,
         kExists = 80,
+        kOtherVolume = 17,
         kDiskFull = 112,
         kNotEmpty = 145,
         kIsDirectory = 267,
@@ -38,8 +39,8 @@ public:
         kFlush,
         kClose,
         kTruncate,
-        kRemoveFile,
-        kMoveFile,     // by its source
+        kRemoveFile,   // taking it away is one, too
+        kMoveFile,     // by its source; taking a file or a directory away as well
         kReplaceFile,  // by its source
         kCreateDirectory,
         kRemoveDirectory,
@@ -84,6 +85,8 @@ public:
     // That many more bytes can be written, overwriting included; the rest fails with kDiskFull after writing
     // what fits. Negative: without limit.
     void setFreeSpace(std::int64_t bytes);
+    // What is at this path and below is on a volume of its own: nothing is moved over its border.
+    void setVolume(std::string_view path);
     // What is at this path and below can be read but not written, made, moved or removed.
     void setReadOnly(std::string_view path, int status = kAccessDenied);
     void clearFaults();
@@ -93,9 +96,9 @@ public:
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
-    // /a", "list /a", "makeExecutable /a", "copyRights /a -> /b", "takeDirectoryRights /a", "flush /a". Those
-    // on an open directory are recorded like the others. Failed calls are recorded as well. Reads, writes and
-    // seeks are counted only.
+    // /a", "takeAway /a -> /b", "list /a", "makeExecutable /a", "copyRights /a -> /b", "takeDirectoryRights
+    // /a", "flush /a". Those on an open directory are recorded like the others. Failed calls are recorded as
+    // well. Reads, writes and seeks are counted only.
     std::vector<std::string> operations() const;
     bool didOperation(std::string_view text) const;
     void clearOperations();
@@ -120,6 +123,8 @@ public:
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;
+    int takeFileAway(std::string_view path, std::string_view to) override;
+    int takeDirectoryAway(std::string_view path, std::string_view to) override;
     int createDirectory(std::string_view path) override;
     int removeDirectory(std::string_view path) override;
     int list(std::string_view path, std::vector<platform::DirectoryEntry>& outEntries) override;
@@ -150,6 +155,8 @@ private:
     int parentStatus(const std::string& path) const;
     int openNode(const std::string& path, const platform::OpenOptions& options, NodePtr& outNode);
     int relocate(const std::string& from, const std::string& to, bool replace);
+    int place(const NodePtr& node, const std::string& from, const std::string& to);
+    std::string volumeOf(const std::string& path) const;
     bool isPlaceOf(const NodePtr& node) const;
     void runActions(Operation operation, const std::string& path);
     bool hasChildren(const std::string& path) const;
@@ -166,6 +173,7 @@ private:
     std::string temporaryDirectory_ = "/tmp";
     std::vector<std::string> otherPrivatePlaces_;
     std::set<std::string> unprotected_;
+    std::set<std::string> volumes_;
     std::vector<std::string> removedAtRestart_;
     int privateDirectories_ = 0;
     int openFiles_ = 0;

@@ -14,7 +14,8 @@ class SessionModelTest : public testing::Test {
 protected:
     bool read(const std::string& content, bool isUninstallation = false, bool isGraphical = false) {
         model_.parse("<TandrelGroupInstallation>" + content + "</TandrelGroupInstallation>");
-        return model_.read(cabinet_, isUninstallation, isGraphical);
+        model_.setGraphical(isGraphical);
+        return model_.read(cabinet_, isUninstallation);
     }
 
     static constexpr char kProduct[] = "<ProductDesc><Fullname>[NAME]</Fullname></ProductDesc>";
@@ -66,7 +67,7 @@ TEST_F(SessionModelTest, ReadsTheThemeForAGraphicalFrontEndAlone) {
     EXPECT_TRUE(model_.theme.isThemed());
     SessionModel plain(machine_.bundle(), system_, answers_, log_);
     plain.parse("<TandrelGroupInstallation>" + themed + "</TandrelGroupInstallation>");
-    EXPECT_TRUE(plain.read(cabinet_, false, false));
+    EXPECT_TRUE(plain.read(cabinet_, false));
     EXPECT_FALSE(plain.theme.isThemed());
 }
 

@@ -206,6 +206,8 @@ public:
     int removeFile(std::string_view) override { return 1; }
     int moveFile(std::string_view, std::string_view) override { return 1; }
     int replaceFile(std::string_view, std::string_view) override { return 1; }
+    int takeFileAway(std::string_view, std::string_view) override { return 1; }
+    int takeDirectoryAway(std::string_view, std::string_view) override { return 1; }
     int createDirectory(std::string_view) override { return 1; }
     int removeDirectory(std::string_view) override { return 1; }
     int list(std::string_view, std::vector<platform::DirectoryEntry>&) override { return 1; }

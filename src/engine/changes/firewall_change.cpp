@@ -50,17 +50,24 @@ std::string nameOf(const FirewallPortRule& rule, const Protocol& protocol) {
 }
 
 template <typename Action>
-FirewallResult carryOut(const DebugLog& debugLog, const char* family, Action action) {
+FirewallAttempt carryOut(const DebugLog& debugLog, const char* family, Action action) {
     try {
         action();
-        return FirewallResult::kDone;
+        return {};
     } catch (const NonFatalError& error) {
         debugLog.print("WARNING: (Firewall %s) %s", family, error.what());
-        return FirewallResult::kNotAvailable;
+        return {FirewallResult::kNotAvailable};
+    } catch (const FirewallError& error) {
+        debugLog.print("ERROR: (Firewall %s) %s", family, error.what());
+        return {FirewallResult::kFailed, error.error()};
     } catch (const GenericError& error) {
         debugLog.print("ERROR: (Firewall %s) %s", family, error.what());
-        return FirewallResult::kFailed;
+        return {FirewallResult::kFailed};
     }
+}
+
+const FirewallAttempt& worseOf(const FirewallAttempt& one, const FirewallAttempt& other) {
+    return one.result < other.result ? other : one;
 }
 
 // A failed rule leaves no record, so what it has opened so far would stay open for good.
@@ -111,16 +118,16 @@ FirewallPortRule readRecord(std::string_view fields, const DebugLog& debugLog) {
 }
 
 // One that can't be closed doesn't keep the other open.
-FirewallResult closeProtocols(FirewallOperations& firewall, const DebugLog& debugLog,
-                              const FirewallPortRule& rule) {
-    FirewallResult result = FirewallResult::kDone;
+FirewallAttempt closeProtocols(FirewallOperations& firewall, const DebugLog& debugLog,
+                               const FirewallPortRule& rule) {
+    FirewallAttempt worst;
     for (const Protocol& protocol : kProtocols) {
         if ((rule.protocols & protocol.bit) != 0) {
-            result = std::max(result, carryOut(debugLog, kPortFamily,
-                                               [&] { firewall.removePort(rule.port, protocol.bit); }));
+            worst = worseOf(worst, carryOut(debugLog, kPortFamily,
+                                            [&] { firewall.removePort(rule.port, protocol.bit); }));
         }
     }
-    return result;
+    return worst;
 }
 
 }  // namespace
@@ -165,57 +172,58 @@ FirewallResult FirewallChange::applyPort(std::int32_t node) {
         protocolsOf(protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification",
                     context_.debugLog);
 
-    const FirewallResult result = addPort(context_.machine.firewall, context_.debugLog, rule);
+    const FirewallAttempt attempt = addPort(context_.machine.firewall, context_.debugLog, rule);
     const std::string port = std::to_string(rule.port);
-    if (reportAdding(result, "port " + port)) {
+    if (reportAdding(attempt, "port " + port)) {
         context_.log.writeRecord(Format::kFirewall, {Format::kPort, port, protocols, rule.name});
-    } else if (result == FirewallResult::kFailed) {
+    } else if (attempt.result == FirewallResult::kFailed) {
         context_.debugLog.line("ERROR: Adding firewall port: " + port + " (" + rule.name + ")");
     }
-    return result;
+    return attempt.result;
 }
 
 FirewallResult FirewallChange::applyApplication(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::string target = normalizedPath(tags.expandAttribute(node, "Target"));
     const std::string name = tags.expand(tags.requiredTextOf(node));
-    const FirewallResult result = addApplication(context_.machine.firewall, context_.debugLog, target, name);
-    if (reportAdding(result, "exception for application: " + platform::writtenPath(target))) {
+    const FirewallAttempt attempt =
+        addApplication(context_.machine.firewall, context_.debugLog, target, name);
+    if (reportAdding(attempt, "exception for application: " + platform::writtenPath(target))) {
         context_.log.writeRecord(Format::kFirewall, {Format::kApplication, target});
-    } else if (result == FirewallResult::kFailed) {
+    } else if (attempt.result == FirewallResult::kFailed) {
         context_.debugLog.line("ERROR: Adding firewall app: " + target + " (" + name + ")");
     }
-    return result;
+    return attempt.result;
 }
 
 // True when the exception is there.
-bool FirewallChange::reportAdding(FirewallResult result, const std::string& what) {
-    const bool done = result == FirewallResult::kDone;
-    reportResult(done, result == FirewallResult::kNotAvailable
-                           ? "Firewall: Service is NOT switched on and no exceptions can be added!"
-                           : std::string("Firewall: ") + (done ? "Added " : "FAILED to add ") + what);
+bool FirewallChange::reportAdding(const FirewallAttempt& attempt, const std::string& what) {
+    const bool done = attempt.result == FirewallResult::kDone;
+    reportResult(attempt, what,
+                 attempt.result == FirewallResult::kNotAvailable
+                     ? "Firewall: Service is NOT switched on and no exceptions can be added!"
+                     : std::string("Firewall: ") + (done ? "Added " : "FAILED to add ") + what);
     return done;
 }
 
-void FirewallChange::reportResult(bool done, const std::string& line) {
-    context_.report.addLine(line, false);
-    if (!done) {
-        context_.report.addError(line);
-    }
+void FirewallChange::reportResult(const FirewallAttempt& attempt, const std::string& what,
+                                  const std::string& line) {
+    context_.report.addOutcome(attempt.result == FirewallResult::kDone, line);
+    context_.report.addReason(what, attempt.error);
 }
 
 bool FirewallChange::undo(const LogRecord& record) {
     const std::string_view kind = firstLogField(record.fields);
     const std::string_view rest = nextLogField(record.fields);
-    FirewallResult result = FirewallResult::kDone;
+    FirewallAttempt attempt;
     if (kind == Format::kApplication) {
-        result = removeApplication(context_.machine.firewall, context_.debugLog, rest);
-        reportRemoval(result, "application from firewall: " + platform::writtenPath(rest));
+        attempt = removeApplication(context_.machine.firewall, context_.debugLog, rest);
+        reportRemoval(attempt, "application from firewall: " + platform::writtenPath(rest));
     } else if (kind == Format::kPort) {
-        result = removePort(context_.machine.firewall, context_.debugLog, rest);
-        reportRemoval(result, "port from firewall: " + std::string(firstLogField(rest)));
+        attempt = removePort(context_.machine.firewall, context_.debugLog, rest);
+        reportRemoval(attempt, "port from firewall: " + std::string(firstLogField(rest)));
     }
-    if (result != FirewallResult::kFailed) {
+    if (attempt.result != FirewallResult::kFailed) {
         return true;
     }
     context_.debugLog.line("ERROR: Uninstall: Failed to undo a FirwallAction (" + std::string(record.fields) +
@@ -223,15 +231,16 @@ bool FirewallChange::undo(const LogRecord& record) {
     return false;
 }
 
-void FirewallChange::reportRemoval(FirewallResult result, const std::string& what) {
-    const bool done = result == FirewallResult::kDone;
-    reportResult(done, result == FirewallResult::kNotAvailable
-                           ? "Firewall: Service is NOT switched on and no exceptions can be removed!"
-                           : (done ? "Removed " : "FAILED to remove ") + what);
+void FirewallChange::reportRemoval(const FirewallAttempt& attempt, const std::string& what) {
+    const bool done = attempt.result == FirewallResult::kDone;
+    reportResult(attempt, what,
+                 attempt.result == FirewallResult::kNotAvailable
+                     ? "Firewall: Service is NOT switched on and no exceptions can be removed!"
+                     : (done ? "Removed " : "FAILED to remove ") + what);
 }
 
-FirewallResult FirewallChange::addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
-                                              std::string_view path, std::string_view name) {
+FirewallAttempt FirewallChange::addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                               std::string_view path, std::string_view name) {
     return carryOut(debugLog, kApplicationFamily, [&] {
         if (!canBeUndone(path)) {
             throw GenericError("The action log can not hold the application %s!", std::string(path).c_str());
@@ -240,14 +249,14 @@ FirewallResult FirewallChange::addApplication(platform::Firewall& firewall, cons
     });
 }
 
-FirewallResult FirewallChange::removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
-                                                 std::string_view path) {
+FirewallAttempt FirewallChange::removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                                  std::string_view path) {
     return carryOut(debugLog, kApplicationFamily,
                     [&] { FirewallOperations(firewall).removeApplication(path); });
 }
 
-FirewallResult FirewallChange::addPort(platform::Firewall& firewall, const DebugLog& debugLog,
-                                       const FirewallPortRule& rule) {
+FirewallAttempt FirewallChange::addPort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                        const FirewallPortRule& rule) {
     return carryOut(debugLog, kPortFamily, [&] {
         FirewallOperations operations(firewall);
         requireProtocol(rule.protocols);
@@ -255,13 +264,13 @@ FirewallResult FirewallChange::addPort(platform::Firewall& firewall, const Debug
     });
 }
 
-FirewallResult FirewallChange::removePort(platform::Firewall& firewall, const DebugLog& debugLog,
-                                          std::string_view fields) {
-    FirewallResult ports = FirewallResult::kDone;
-    const FirewallResult result = carryOut(debugLog, kPortFamily, [&] {
+FirewallAttempt FirewallChange::removePort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                           std::string_view fields) {
+    FirewallAttempt ports;
+    const FirewallAttempt attempt = carryOut(debugLog, kPortFamily, [&] {
         const FirewallPortRule rule = readRecord(fields, debugLog);
         FirewallOperations operations(firewall);
         ports = closeProtocols(operations, debugLog, rule);
     });
-    return std::max(result, ports);
+    return worseOf(attempt, ports);
 }

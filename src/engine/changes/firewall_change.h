@@ -23,6 +23,12 @@ enum class FirewallResult : std::int32_t {
     kFailed = 2,
 };
 
+// What became of a single change.
+struct FirewallAttempt {
+    FirewallResult result = FirewallResult::kDone;
+    int error = 0;  // the system's number where its call failed, otherwise 0
+};
+
 // Ports and programs that may be reached from outside: the group `Firewall`, of which only the first in the
 // description counts. A machine without a working firewall is no failure: nothing is changed and recorded.
 // What was open already is recorded like any other, so undoing closes it.
@@ -38,24 +44,24 @@ public:
 
     // The single changes, without a record and with failures in the debug log alone. A path that the action
     // log can't hold as it is fails, since the exception could not be taken back.
-    static FirewallResult addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
-                                         std::string_view path, std::string_view name);
-    static FirewallResult removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
-                                            std::string_view path);
+    static FirewallAttempt addApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                          std::string_view path, std::string_view name);
+    static FirewallAttempt removeApplication(platform::Firewall& firewall, const DebugLog& debugLog,
+                                             std::string_view path);
     // All protocols of the rule; after a failure only those stay open that were before.
-    static FirewallResult addPort(platform::Firewall& firewall, const DebugLog& debugLog,
-                                  const FirewallPortRule& rule);
+    static FirewallAttempt addPort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                   const FirewallPortRule& rule);
     // `fields`: port, protocols separated by ";", name; separated by TABs. A damaged text fails.
-    static FirewallResult removePort(platform::Firewall& firewall, const DebugLog& debugLog,
-                                     std::string_view fields);
+    static FirewallAttempt removePort(platform::Firewall& firewall, const DebugLog& debugLog,
+                                      std::string_view fields);
 
 private:
     FirewallResult applyChild(std::int32_t node);
     FirewallResult applyPort(std::int32_t node);
     FirewallResult applyApplication(std::int32_t node);
-    bool reportAdding(FirewallResult result, const std::string& what);
-    void reportRemoval(FirewallResult result, const std::string& what);
-    void reportResult(bool done, const std::string& line);
+    bool reportAdding(const FirewallAttempt& attempt, const std::string& what);
+    void reportRemoval(const FirewallAttempt& attempt, const std::string& what);
+    void reportResult(const FirewallAttempt& attempt, const std::string& what, const std::string& line);
 
     ChangeContext context_;
 };

@@ -1,7 +1,5 @@
 #include "engine/changes/firewall_operations.h"
 
-#include "base/errors.h"
-
 using platform::FirewallCall;
 using platform::FirewallOutcome;
 
@@ -50,7 +48,7 @@ void FirewallOperations::check(const FirewallOutcome& outcome, std::initializer_
         if (outcome.unreachable || isReaching(outcome.failed)) {
             throw NonFatalError("%s", text.c_str());
         }
-        throw GenericError("%s", text.c_str());
+        throw FirewallError(text.c_str(), outcome.error);
     }
 }
 

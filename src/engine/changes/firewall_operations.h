@@ -6,12 +6,25 @@
 #include <string>
 #include <string_view>
 
+#include "base/errors.h"
 #include "platform/firewall.h"
 
 enum FirewallProtocol : std::uint8_t { kFirewallTcp = 1, kFirewallUdp = 2 };
 
+// A call of the system that failed.
+class FirewallError : public GenericError {
+public:
+    FirewallError(const char* text, int error) : GenericError("%s", text), error_(error) {}
+
+    int error() const { return error_; }  // the system's number
+
+private:
+    int error_;
+};
+
 // The machine's firewall for one change: asks for what isn't so yet, and reports failures by exceptions,
-// NonFatalError for a firewall that can't be reached and GenericError for the rest. A protocol is one bit of
+// NonFatalError for a firewall that can't be reached, FirewallError for another failure of the system, and
+// GenericError for the rest. A protocol is one bit of
 // FirewallProtocol.
 class FirewallOperations {
 public:

@@ -60,26 +60,27 @@ std::string AsynchronousRunProgram::commandLine() const {
 
 void RunProgramThread::run(void* request) {
     std::optional<std::int32_t> exitCode;
+    int error = 0;
     try {
         if (request != nullptr) {
-            exitCode = runToEnd(*static_cast<const AsynchronousRunProgram*>(request));
+            exitCode = runToEnd(*static_cast<const AsynchronousRunProgram*>(request), error);
         }
     } catch (...) {
-        finish(std::nullopt);  // whoever waits must not wait for ever
+        finish(std::nullopt, error);  // whoever waits must not wait for ever
         throw;
     }
-    finish(exitCode);
+    finish(exitCode, error);
 }
 
-std::optional<std::int32_t> RunProgramThread::runToEnd(const AsynchronousRunProgram& request) {
-    int error = 0;
-    const auto child = processes_.start(request.commandLine(), request.workDir, error);
+std::optional<std::int32_t> RunProgramThread::runToEnd(const AsynchronousRunProgram& request, int& outError) {
+    const auto child = processes_.start(request.commandLine(), request.workDir, outError);
     return child == nullptr ? std::nullopt : std::optional(waitForProgram(*child));
 }
 
-void RunProgramThread::finish(std::optional<std::int32_t> exitCode) {
+void RunProgramThread::finish(std::optional<std::int32_t> exitCode, int startError) {
     const std::lock_guard lock(mutex_);
     exitCode_ = exitCode;
+    startError_ = exitCode ? 0 : startError;
     finished_ = true;
     // Under the lock: whoever sees the end may destroy this object at once.
     changed_.notify_all();
@@ -101,6 +102,11 @@ std::optional<std::int32_t> RunProgramThread::exitCode() {
     return exitCode_;
 }
 
+int RunProgramThread::startError() {
+    const std::lock_guard lock(mutex_);
+    return startError_;
+}
+
 bool RunProgramThread::waitAtMost(std::uint32_t milliseconds) {
     std::unique_lock lock(mutex_);
     return changed_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return finished_; });
@@ -116,6 +122,11 @@ ProgramOutcome ProgramRun::execute(const AsynchronousRunProgram& program, Report
     if (outcome.exitCode.value_or(0) != 0) {
         debugLog_.line("ERROR: " + program.commandLine() + " ended with the code " +
                        std::to_string(*outcome.exitCode));
+    }
+    if (outcome.startError != 0) {
+        debugLog_.line("ERROR: " + program.commandLine() + " does not start (" +
+                       std::to_string(outcome.startError) + ")");
+        report.addReason(program.program, outcome.startError);
     }
     return outcome;
 }
@@ -133,15 +144,14 @@ ProgramOutcome ProgramRun::runOnThread(AsynchronousRunProgram program, Report& r
     serve(thread, report, (program.flags & kRunAdvanceProgress) != 0, pause);
     thread.waitFor(kEndMilliseconds);
     const auto exitCode = thread.exitCode();
-    return {exitCode.has_value(), exitCode};
+    return {exitCode.has_value(), exitCode, thread.startError()};
 }
 
 ProgramOutcome ProgramRun::runHere(const AsynchronousRunProgram& program) {
     int error = 0;
     const auto child = processes_.start(program.commandLine(), program.workDir, error);
     if (child == nullptr) {
-        debugLog_.line("ERROR: " + program.commandLine() + " does not start (" + std::to_string(error) + ")");
-        return {};
+        return {false, std::nullopt, error};
     }
     const bool waits = (program.flags & kRunWait) != 0;
     return {true, waits ? std::optional(waitForProgram(*child)) : std::nullopt};

@@ -57,24 +57,28 @@ public:
     virtual std::int32_t waitFor(std::uint32_t milliseconds);
     // Of an ended run: the program's exit code; none when it could not be started or nothing was run.
     std::optional<std::int32_t> exitCode();
+    // Of an ended run: why the program could not be started, as the system's error number; otherwise 0.
+    int startError();
     // Waits at most so long. True when the run has ended.
     bool waitAtMost(std::uint32_t milliseconds);
 
 private:
-    std::optional<std::int32_t> runToEnd(const AsynchronousRunProgram& request);
-    void finish(std::optional<std::int32_t> exitCode);
+    std::optional<std::int32_t> runToEnd(const AsynchronousRunProgram& request, int& outError);
+    void finish(std::optional<std::int32_t> exitCode, int startError);
 
     platform::Processes& processes_;
-    std::mutex mutex_;  // guards the two fields below
+    std::mutex mutex_;  // guards the fields below
     std::condition_variable changed_;
     bool finished_ = false;
     std::optional<std::int32_t> exitCode_;
+    int startError_ = 0;
 };
 
 // What became of a program or a document.
 struct ProgramOutcome {
     bool started = false;                  // the document was opened, the program was started
     std::optional<std::int32_t> exitCode;  // of a program whose end was waited for
+    int startError = 0;                    // the system's number when a program could not be started
 
     bool succeeded() const { return started && exitCode.value_or(0) == 0; }
 };
@@ -89,7 +93,8 @@ public:
         : processes_(processes), shell_(shell), debugLog_(debugLog) {}
 
     // `pause` is the time between two looks at an asynchronous program, in milliseconds. An asynchronous
-    // program is always waited for. A code other than 0 is logged.
+    // program is always waited for. A code other than 0 is logged; why a program can't be started is logged
+    // and shown.
     ProgramOutcome execute(const AsynchronousRunProgram& program, Report& report, std::uint32_t pause);
     // The same. True when the document was opened, the program was started, or, where its end is waited for,
     // ended with 0.

@@ -178,6 +178,12 @@ public:
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;
+    int takeFileAway(std::string_view path, std::string_view to) override {
+        return PosixDirectory::takeFileAway(AT_FDCWD, nativePath(path), nativePath(to));
+    }
+    int takeDirectoryAway(std::string_view path, std::string_view to) override {
+        return PosixDirectory::takeDirectoryAway(AT_FDCWD, nativePath(path), nativePath(to));
+    }
     int createDirectory(std::string_view path) override;
     int removeDirectory(std::string_view path) override { return errorOf(rmdir(nativePath(path).c_str())); }
     int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) override;

@@ -5,6 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <string_view>
+
+#include "platform/posix/native_path.h"
+#include "platform/posix/posix_file.h"
+
 namespace platform {
 
 namespace {
@@ -44,7 +50,69 @@ DirectoryStream streamOf(int descriptor) {
     return stream;
 }
 
+// For file systems that can't rename without replacing: a look before the leap.
+int moveToFreePath(int base, const std::string& path, const std::string& to) {
+    if (renameat2(base, path.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return errno;
+    }
+    struct stat status {};
+    if (lstat(to.c_str(), &status) == 0) {
+        return EEXIST;
+    }
+    return errorOf(renameat(base, path.c_str(), AT_FDCWD, to.c_str()));
+}
+
+// Entries whose names no path can mean count as well.
+int emptinessOf(int descriptor) {
+    const DirectoryStream directory = streamOf(descriptor);
+    if (directory == nullptr) {
+        return errno;
+    }
+    errno = 0;
+    while (const dirent* entry = readdir(directory.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            return ENOTEMPTY;
+        }
+    }
+    return errno;
+}
+
 }  // namespace
+
+int PosixDirectory::takeFileAway(int base, const std::string& path, const std::string& to) {
+    struct stat status {};
+    if (fstatat(base, path.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        return errno;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    // A device is nobody's file.
+    return S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode) ? EPERM : moveToFreePath(base, path, to);
+}
+
+// Something may come into it up to the last moment, so it is looked at again when it has moved.
+int PosixDirectory::takeDirectoryAway(int base, const std::string& path, const std::string& to) {
+    const Descriptor taken(retryInterrupted(
+        [&] { return openat(base, path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    if (!taken.isOpen()) {
+        return errno;
+    }
+    int status = emptinessOf(taken.get());
+    status = status != 0 ? status : moveToFreePath(base, path, to);
+    if (status != 0) {
+        return status;
+    }
+    status = emptinessOf(taken.get());
+    if (status != 0) {
+        renameat2(AT_FDCWD, to.c_str(), base, path.c_str(), RENAME_NOREPLACE);
+    }
+    return status;
+}
 
 int PosixDirectory::open(int base, const std::string& path, int flags,
                          std::unique_ptr<Directory>& outDirectory) {
@@ -97,6 +165,40 @@ int PosixDirectory::removeFile(std::string_view name) {
 
 int PosixDirectory::removeDirectory(std::string_view name) {
     return isPlainName(name) ? errorOf(unlinkat(descriptor_.get(), std::string(name).c_str(), AT_REMOVEDIR))
+                             : EINVAL;
+}
+
+// Opening must not wait for the other end of a pipe.
+int PosixDirectory::openFile(std::string_view name, std::unique_ptr<File>& outFile) {
+    outFile.reset();
+    if (!isPlainName(name)) {
+        return EINVAL;
+    }
+    const std::string entry(name);
+    const int descriptor = retryInterrupted([&] {
+        return openat(descriptor_.get(), entry.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    });
+    if (descriptor < 0) {
+        return errno;
+    }
+    auto file = std::make_unique<PosixFile>(descriptor);
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0) {
+        return errno;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return S_ISDIR(status.st_mode) ? EISDIR : ENXIO;
+    }
+    outFile = std::move(file);
+    return 0;
+}
+
+int PosixDirectory::takeFileAway(std::string_view name, std::string_view to) {
+    return isPlainName(name) ? takeFileAway(descriptor_.get(), std::string(name), nativePath(to)) : EINVAL;
+}
+
+int PosixDirectory::takeDirectoryAway(std::string_view name, std::string_view to) {
+    return isPlainName(name) ? takeDirectoryAway(descriptor_.get(), std::string(name), nativePath(to))
                              : EINVAL;
 }
 

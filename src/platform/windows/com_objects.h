@@ -58,6 +58,7 @@ private:
 // A text in the form that automation interfaces take. Null when memory is short, which they refuse.
 class AutomationText {
 public:
+    AutomationText() = default;  // for receive()
     explicit AutomationText(std::string_view utf8) {
         const std::wstring wide = wideOf(utf8);
         text_ = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
@@ -67,9 +68,14 @@ public:
     AutomationText& operator=(const AutomationText&) = delete;
 
     BSTR get() const { return text_; }
+    // For a call that hands out a text; none is owned so far.
+    BSTR* receive() { return &text_; }
+    std::string text() const {
+        return text_ == nullptr ? std::string() : utf8Of(std::wstring_view(text_, SysStringLen(text_)));
+    }
 
 private:
-    BSTR text_;
+    BSTR text_ = nullptr;
 };
 
 }  // namespace platform

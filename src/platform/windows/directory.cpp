@@ -2,8 +2,10 @@
 
 #include <winternl.h>
 
+#include <cstring>
 #include <utility>
 
+#include "platform/windows/file.h"
 #include "platform/windows/link_test.h"
 #include "platform/windows/system_error.h"
 
@@ -53,7 +55,81 @@ void addEntries(const std::vector<unsigned char>& buffer, std::vector<DirectoryE
     }
 }
 
+int moveOpen(HANDLE entry, const std::wstring& to) {
+    const std::size_t textSize = to.size() * sizeof(wchar_t);
+    std::vector<unsigned char> buffer(sizeof(FILE_RENAME_INFO) + textSize);
+    auto* const info = reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
+    info->ReplaceIfExists = FALSE;
+    info->FileNameLength = static_cast<DWORD>(textSize);
+    std::memcpy(info->FileName, to.c_str(), textSize);
+    return statusOf(
+        SetFileInformationByHandle(entry, FileRenameInfo, info, static_cast<DWORD>(buffer.size())));
+}
+
+// Whether all entries of one filled buffer are those that every directory has.
+bool hasNoEntry(const std::vector<unsigned char>& buffer) {
+    for (std::size_t offset = 0;;) {
+        const auto* entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(buffer.data() + offset);
+        const std::wstring_view name(entry->FileName, entry->FileNameLength / sizeof(wchar_t));
+        if (name != L"." && name != L"..") {
+            return false;
+        }
+        if (entry->NextEntryOffset == 0) {
+            return true;
+        }
+        offset += entry->NextEntryOffset;
+    }
+}
+
+// Entries whose names no path can mean count as well.
+int emptinessOf(HANDLE directory) {
+    std::vector<unsigned char> buffer(64 * 1024);
+    const auto size = static_cast<DWORD>(buffer.size());
+    for (auto part = FileIdBothDirectoryRestartInfo;; part = FileIdBothDirectoryInfo) {
+        if (GetFileInformationByHandleEx(directory, part, buffer.data(), size) == 0) {
+            const int error = failureNumber();
+            return error == ERROR_NO_MORE_FILES || error == ERROR_FILE_NOT_FOUND ? 0 : error;
+        }
+        if (!hasNoEntry(buffer)) {
+            return ERROR_DIR_NOT_EMPTY;
+        }
+    }
+}
+
+// A program that runs can be renamed but not deleted. Nobody may open it for writing either, which shows it.
+int runningStatusOf(HANDLE entry) {
+    const Handle probe(ReOpenFile(entry, FILE_WRITE_DATA, kShareAll, FILE_FLAG_OPEN_REPARSE_POINT));
+    const DWORD error = probe ? ERROR_SUCCESS : GetLastError();
+    return error == ERROR_SHARING_VIOLATION ? static_cast<int>(error) : 0;
+}
+
 }  // namespace
+
+int takeOpenFileAway(HANDLE entry, const std::wstring& to, bool takesDirectoryLinks) {
+    FILE_ATTRIBUTE_TAG_INFO info;
+    if (const int status = tagOf(entry, info); status != 0) {
+        return status;
+    }
+    const bool isDirectory = (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const bool canGo = !isDirectory || (takesDirectoryLinks && isLink(info.FileAttributes, info.ReparseTag));
+    if (!canGo || (info.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        return ERROR_ACCESS_DENIED;
+    }
+    const int status = isDirectory ? 0 : runningStatusOf(entry);
+    return status != 0 ? status : moveOpen(entry, to);
+}
+
+int takeOpenDirectoryAway(HANDLE entry, const std::wstring& to) {
+    FILE_ATTRIBUTE_TAG_INFO info;
+    int status = tagOf(entry, info);
+    if (status == 0 && !isTrueDirectory(info.FileAttributes)) {
+        status = ERROR_DIRECTORY;
+    } else if (status == 0 && (info.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        status = ERROR_ACCESS_DENIED;
+    }
+    status = status != 0 ? status : emptinessOf(entry);
+    return status != 0 ? status : moveOpen(entry, to);
+}
 
 bool isListableName(std::wstring_view name) {
     constexpr std::wstring_view kLeadingElsewhere(L"/\\:\0", 4);
@@ -105,8 +181,8 @@ int WindowsDirectory::openDirectory(std::string_view name, std::unique_ptr<Direc
     return status != 0 ? status : asDirectory(entry, outDirectory);
 }
 
-// A link to a directory has the attribute of one; it is removed like a link to a file.
-int WindowsDirectory::removeFile(std::string_view name) {
+template <typename Refusal>
+int WindowsDirectory::remove(std::string_view name, Refusal refusal) {
     HANDLE opened = nullptr;
     if (const int status = openEntry(name, DELETE | FILE_READ_ATTRIBUTES, opened); status != 0) {
         return status;
@@ -116,23 +192,60 @@ int WindowsDirectory::removeFile(std::string_view name) {
     if (const int status = tagOf(entry.get(), info); status != 0) {
         return status;
     }
-    const bool isDirectory = (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return isDirectory && !isLink(info.FileAttributes, info.ReparseTag)
-               ? static_cast<int>(ERROR_ACCESS_DENIED)
-               : deleteOpen(entry.get());
+    const int status = refusal(info);
+    return status != 0 ? status : deleteOpen(entry.get());
+}
+
+// A link to a directory has the attribute of one; it is removed like a link to a file.
+int WindowsDirectory::removeFile(std::string_view name) {
+    return remove(name, [](const FILE_ATTRIBUTE_TAG_INFO& info) {
+        const bool isDirectory = (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const bool isRefused = isDirectory && !isLink(info.FileAttributes, info.ReparseTag);
+        return static_cast<int>(isRefused ? ERROR_ACCESS_DENIED : ERROR_SUCCESS);
+    });
 }
 
 int WindowsDirectory::removeDirectory(std::string_view name) {
+    return remove(name, [](const FILE_ATTRIBUTE_TAG_INFO& info) {
+        return static_cast<int>(isTrueDirectory(info.FileAttributes) ? ERROR_SUCCESS : ERROR_DIRECTORY);
+    });
+}
+
+int WindowsDirectory::openFile(std::string_view name, std::unique_ptr<File>& outFile) {
+    outFile.reset();
+    HANDLE entry = nullptr;
+    if (const int status = openEntry(name, FILE_GENERIC_READ, entry); status != 0) {
+        return status;
+    }
+    auto file = std::make_unique<WindowsFile>(entry);
+    FILE_ATTRIBUTE_TAG_INFO info;
+    if (const int status = tagOf(entry, info); status != 0) {
+        return status;
+    }
+    if ((info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+        isLink(info.FileAttributes, info.ReparseTag)) {
+        return ERROR_ACCESS_DENIED;
+    }
+    outFile = std::move(file);
+    return 0;
+}
+
+int WindowsDirectory::takeFileAway(std::string_view name, std::string_view to) {
     HANDLE opened = nullptr;
-    if (const int status = openEntry(name, DELETE | FILE_READ_ATTRIBUTES, opened); status != 0) {
+    if (const int status = openEntry(name, kTakeAccess, opened); status != 0) {
         return status;
     }
     const Handle entry(opened);
-    FILE_ATTRIBUTE_TAG_INFO info;
-    if (const int status = tagOf(entry.get(), info); status != 0) {
+    return takeOpenFileAway(entry.get(), systemPath(to), true);
+}
+
+int WindowsDirectory::takeDirectoryAway(std::string_view name, std::string_view to) {
+    HANDLE opened = nullptr;
+    if (const int status = openEntry(name, kTakeDirectoryAccess, opened); status != 0) {
         return status;
     }
-    return isTrueDirectory(info.FileAttributes) ? deleteOpen(entry.get()) : static_cast<int>(ERROR_DIRECTORY);
+    const Handle entry(opened);
+    return takeOpenDirectoryAway(entry.get(), systemPath(to));
 }
 
 }  // namespace platform

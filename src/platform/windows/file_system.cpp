@@ -67,6 +67,20 @@ int onTwoPaths(std::string_view from, std::string_view to, Operation operation) 
                : statusOf(operation(wideFrom.c_str(), wideTo.c_str()));
 }
 
+// Opens the entry itself, also a link, and calls `operation` with it and the path to give it.
+template <typename Operation>
+int onEntry(std::string_view path, std::string_view to, DWORD access, Operation operation) {
+    const std::wstring wide = systemPath(path);
+    const std::wstring wideTo = systemPath(to);
+    if (namesDevice(wide) || namesDevice(wideTo)) {
+        return kRefusedName;
+    }
+    const Handle entry(
+        CreateFileW(wide.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return entry ? operation(entry.get(), wideTo) : failureNumber();
+}
+
 // What the directory says about an entry. A file that is locked or protected against its own reader answers
 // only to a search, which in turn must not see a wildcard.
 bool entryOf(std::string_view path, DWORD& outAttributes, std::int64_t& outSize) {
@@ -296,6 +310,16 @@ public:
         return onTwoPaths(from, to, [](const wchar_t* a, const wchar_t* b) {
             return MoveFileExW(a, b, MOVEFILE_REPLACE_EXISTING);
         });
+    }
+
+    int takeFileAway(std::string_view path, std::string_view to) override {
+        return onEntry(path, to, kTakeAccess, [](HANDLE entry, const std::wstring& wide) {
+            return takeOpenFileAway(entry, wide, false);
+        });
+    }
+
+    int takeDirectoryAway(std::string_view path, std::string_view to) override {
+        return onEntry(path, to, kTakeDirectoryAccess, takeOpenDirectoryAway);
     }
 
     int createDirectory(std::string_view path) override {

@@ -49,6 +49,35 @@ NET_FW_IP_PROTOCOL numberOf(FirewallProtocol protocol) {
     return protocol == FirewallProtocol::kTcp ? NET_FW_IP_PROTOCOL_TCP : NET_FW_IP_PROTOCOL_UDP;
 }
 
+// The properties that exceptions for programs and for ports have in common. Both interfaces have the same
+// calls for them, but no common base.
+template <typename Exception>
+HRESULT readProperties(Exception& from, FirewallException& outException) {
+    AutomationText name;
+    AutomationText addresses;
+    VARIANT_BOOL enabled = VARIANT_FALSE;
+    NET_FW_SCOPE scope = NET_FW_SCOPE_ALL;
+    HRESULT result = from.get_Name(name.receive());
+    result = FAILED(result) ? result : from.get_Enabled(&enabled);
+    result = FAILED(result) ? result : from.get_Scope(&scope);
+    result = FAILED(result) ? result : from.get_RemoteAddresses(addresses.receive());
+    if (!FAILED(result)) {
+        outException = {name.text(), enabled != VARIANT_FALSE, static_cast<std::int32_t>(scope),
+                        addresses.text()};
+    }
+    return result;
+}
+
+// A scope of its own follows from the addresses, the system refuses it by itself.
+template <typename Exception>
+HRESULT writeReach(Exception& to, const FirewallException& exception) {
+    const auto scope = static_cast<NET_FW_SCOPE>(exception.scope);
+    const HRESULT result = scope == NET_FW_SCOPE_CUSTOM
+                               ? to.put_RemoteAddresses(AutomationText(exception.remoteAddresses).get())
+                               : to.put_Scope(scope);
+    return FAILED(result) ? result : to.put_Enabled(exception.enabled ? VARIANT_TRUE : VARIANT_FALSE);
+}
+
 class WindowsFirewallProfile : public FirewallProfile {
 public:
     // To be called before all others.
@@ -92,13 +121,34 @@ public:
     FirewallOutcome addApplication(std::string_view path, std::string_view name) override {
         ComPointer<INetFwAuthorizedApplications> list;
         ComPointer<INetFwAuthorizedApplication> application;
+        FirewallOutcome outcome = makeApplication(path, name, list, application);
+        then(outcome, FirewallCall::kAddApplication, [&] { return list->Add(application.get()); });
+        return outcome;
+    }
+
+    FirewallOutcome readApplication(std::string_view path,
+                                    std::optional<FirewallException>& outException) override {
+        ComPointer<INetFwAuthorizedApplications> list;
         FirewallOutcome outcome = listApplications(list);
-        then(outcome, FirewallCall::kCreateApplication,
-             [&] { return create<NetFwAuthorizedApplication>(application); });
-        then(outcome, FirewallCall::kSetApplicationPath,
-             [&] { return application->put_ProcessImageFileName(AutomationText(path).get()); });
-        then(outcome, FirewallCall::kSetApplicationName,
-             [&] { return application->put_Name(AutomationText(name).get()); });
+        ComPointer<INetFwAuthorizedApplication> application;
+        if (outcome.done() && (FAILED(list->Item(AutomationText(path).get(), application.receive())) ||
+                               application.get() == nullptr)) {
+            outException.reset();
+            return outcome;
+        }
+        FirewallException exception;
+        then(outcome, FirewallCall::kReadApplication,
+             [&] { return readProperties(*application.get(), exception); });
+        outException = outcome.done() ? exception : outException;
+        return outcome;
+    }
+
+    FirewallOutcome restoreApplication(std::string_view path, const FirewallException& exception) override {
+        ComPointer<INetFwAuthorizedApplications> list;
+        ComPointer<INetFwAuthorizedApplication> application;
+        FirewallOutcome outcome = makeApplication(path, exception.name, list, application);
+        then(outcome, FirewallCall::kSetApplicationReach,
+             [&] { return writeReach(*application.get(), exception); });
         then(outcome, FirewallCall::kAddApplication, [&] { return list->Add(application.get()); });
         return outcome;
     }
@@ -129,13 +179,33 @@ public:
     FirewallOutcome addPort(std::int32_t port, FirewallProtocol protocol, std::string_view name) override {
         ComPointer<INetFwOpenPorts> list;
         ComPointer<INetFwOpenPort> entry;
+        FirewallOutcome outcome = makePort(port, protocol, name, list, entry);
+        then(outcome, FirewallCall::kAddPort, [&] { return list->Add(entry.get()); });
+        return outcome;
+    }
+
+    FirewallOutcome readPort(std::int32_t port, FirewallProtocol protocol,
+                             std::optional<FirewallException>& outException) override {
+        ComPointer<INetFwOpenPorts> list;
         FirewallOutcome outcome = listPorts(list);
-        then(outcome, FirewallCall::kCreatePort, [&] { return create<NetFwOpenPort>(entry); });
-        then(outcome, FirewallCall::kSetPortNumber, [&] { return entry->put_Port(port); });
-        then(outcome, FirewallCall::kSetPortProtocol,
-             [&] { return entry->put_Protocol(numberOf(protocol)); });
-        then(outcome, FirewallCall::kSetPortName,
-             [&] { return entry->put_Name(AutomationText(name).get()); });
+        ComPointer<INetFwOpenPort> entry;
+        if (outcome.done() &&
+            (FAILED(list->Item(port, numberOf(protocol), entry.receive())) || entry.get() == nullptr)) {
+            outException.reset();
+            return outcome;
+        }
+        FirewallException exception;
+        then(outcome, FirewallCall::kReadPort, [&] { return readProperties(*entry.get(), exception); });
+        outException = outcome.done() ? exception : outException;
+        return outcome;
+    }
+
+    FirewallOutcome restorePort(std::int32_t port, FirewallProtocol protocol,
+                                const FirewallException& exception) override {
+        ComPointer<INetFwOpenPorts> list;
+        ComPointer<INetFwOpenPort> entry;
+        FirewallOutcome outcome = makePort(port, protocol, exception.name, list, entry);
+        then(outcome, FirewallCall::kSetPortReach, [&] { return writeReach(*entry.get(), exception); });
         then(outcome, FirewallCall::kAddPort, [&] { return list->Add(entry.get()); });
         return outcome;
     }
@@ -149,6 +219,31 @@ public:
     }
 
 private:
+    FirewallOutcome makeApplication(std::string_view path, std::string_view name,
+                                    ComPointer<INetFwAuthorizedApplications>& outList,
+                                    ComPointer<INetFwAuthorizedApplication>& outApplication) {
+        FirewallOutcome outcome = listApplications(outList);
+        then(outcome, FirewallCall::kCreateApplication,
+             [&] { return create<NetFwAuthorizedApplication>(outApplication); });
+        then(outcome, FirewallCall::kSetApplicationPath,
+             [&] { return outApplication->put_ProcessImageFileName(AutomationText(path).get()); });
+        then(outcome, FirewallCall::kSetApplicationName,
+             [&] { return outApplication->put_Name(AutomationText(name).get()); });
+        return outcome;
+    }
+
+    FirewallOutcome makePort(std::int32_t port, FirewallProtocol protocol, std::string_view name,
+                             ComPointer<INetFwOpenPorts>& outList, ComPointer<INetFwOpenPort>& outEntry) {
+        FirewallOutcome outcome = listPorts(outList);
+        then(outcome, FirewallCall::kCreatePort, [&] { return create<NetFwOpenPort>(outEntry); });
+        then(outcome, FirewallCall::kSetPortNumber, [&] { return outEntry->put_Port(port); });
+        then(outcome, FirewallCall::kSetPortProtocol,
+             [&] { return outEntry->put_Protocol(numberOf(protocol)); });
+        then(outcome, FirewallCall::kSetPortName,
+             [&] { return outEntry->put_Name(AutomationText(name).get()); });
+        return outcome;
+    }
+
     FirewallOutcome listApplications(ComPointer<INetFwAuthorizedApplications>& outList) {
         return outcomeOf(FirewallCall::kListApplications,
                          profile_->get_AuthorizedApplications(outList.receive()));

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "change_fixture.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -22,7 +23,8 @@ protected:
     }
     // Fails without asking the firewall for anything.
     void expectDamaged(const std::string& record, const std::vector<std::string>& lines) {
-        EXPECT_EQ(FirewallChange::removePort(firewall_, console_, record), FirewallResult::kFailed) << record;
+        EXPECT_EQ(FirewallChange::removePort(firewall_, console_, record).result, FirewallResult::kFailed)
+            << record;
         expectLog(lines);
         EXPECT_TRUE(firewall_.operations.empty()) << record;
     }
@@ -37,9 +39,10 @@ protected:
 };
 
 TEST_F(FirewallChangeTest, AddsAndRemovesAnApplication) {
-    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "Demo"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "Demo").result,
+              FirewallResult::kDone);
     EXPECT_EQ(firewall_.applications, (std::map<std::string, std::string>{{"/a", "Demo"}}));
-    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a").result, FirewallResult::kDone);
     EXPECT_TRUE(firewall_.applications.empty());
     expectLog({});
 }
@@ -54,8 +57,9 @@ TEST_F(FirewallChangeTest, ConnectsForEachCall) {
 TEST_F(FirewallChangeTest, TakesWhatIsOpenAlreadyAsDone) {
     firewall_.applications["/a"] = "Theirs";
     firewall_.ports[{80, FirewallProtocol::kTcp}] = "Theirs";
-    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "Ours"), FirewallResult::kDone);
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Ours", kFirewallTcp}),
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "Ours").result,
+              FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Ours", kFirewallTcp}).result,
               FirewallResult::kDone);
     EXPECT_EQ(firewall_.applications["/a"], "Theirs");
     EXPECT_EQ(firewall_.ports, (Ports{{{80, FirewallProtocol::kTcp}, "Theirs"}}));
@@ -64,25 +68,28 @@ TEST_F(FirewallChangeTest, TakesWhatIsOpenAlreadyAsDone) {
 TEST_F(FirewallChangeTest, RefusesAnApplicationThatTheLogCanNotHold) {
     const std::string longest = "/" + std::string(1022 - std::string("FIREWALL\tAPP\t").size(), 'x');
     for (const std::string path : {"/a\tb", "/a "}) {
-        EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, path, "n"), FirewallResult::kFailed);
+        EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, path, "n").result,
+                  FirewallResult::kFailed);
         expectLog({"ERROR: (Firewall App) The action log can not hold the application " + path + "!"});
     }
-    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, longest + "x", "n"),
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, longest + "x", "n").result,
               FirewallResult::kFailed);
     EXPECT_TRUE(firewall_.operations.empty());
-    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, longest, "n"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, longest, "n").result,
+              FirewallResult::kDone);
 }
 
 TEST_F(FirewallChangeTest, MakesOneRuleWithThePlainNameForOneProtocol) {
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kFirewallTcp}), FirewallResult::kDone);
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {53, "Names", kFirewallUdp}),
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kFirewallTcp}).result,
+              FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {53, "Names", kFirewallUdp}).result,
               FirewallResult::kDone);
     EXPECT_EQ(firewall_.ports,
               (Ports{{{80, FirewallProtocol::kTcp}, "Web"}, {{53, FirewallProtocol::kUdp}, "Names"}}));
 }
 
 TEST_F(FirewallChangeTest, MakesTwoRulesWithTheirOwnNamesForTwoProtocols) {
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}).result, FirewallResult::kDone);
     EXPECT_EQ(firewall_.ports,
               (Ports{{{80, FirewallProtocol::kTcp}, "Web TCP"}, {{80, FirewallProtocol::kUdp}, "Web UDP"}}));
     EXPECT_EQ(firewall_.operations,
@@ -93,7 +100,8 @@ TEST_F(FirewallChangeTest, MakesTwoRulesWithTheirOwnNamesForTwoProtocols) {
 TEST_F(FirewallChangeTest, LeavesNothingOpenOfARuleThatFailsHalfway) {
     firewall_.failing = {{FirewallCall::kAddPort, 9}};
     firewall_.passing = {{FirewallCall::kAddPort, 1}};
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}).result,
+              FirewallResult::kFailed);
     EXPECT_TRUE(firewall_.ports.empty());
     expectLog({"ERROR: (Firewall Port) Adding the port 80 failed! Error(9)"});
 }
@@ -101,23 +109,26 @@ TEST_F(FirewallChangeTest, LeavesNothingOpenOfARuleThatFailsHalfway) {
 TEST_F(FirewallChangeTest, LeavesOpenWhatWasOpenBeforeARuleFailed) {
     firewall_.ports[{80, FirewallProtocol::kTcp}] = "Theirs";
     firewall_.failing = {{FirewallCall::kAddPort, 9}};
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}).result,
+              FirewallResult::kFailed);
     EXPECT_EQ(firewall_.ports, (Ports{{{80, FirewallProtocol::kTcp}, "Theirs"}}));
 }
 
 TEST_F(FirewallChangeTest, LogsARuleThatCanNotBeTakenBack) {
     firewall_.failing = {{FirewallCall::kAddPort, 9}, {FirewallCall::kRemovePort, 8}};
     firewall_.passing = {{FirewallCall::kAddPort, 1}};
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", kBoth}).result,
+              FirewallResult::kFailed);
     expectLog({"ERROR: (Firewall Port) Removing port 80! Error (8)",
                "ERROR: (Firewall Port) Adding the port 80 failed! Error(9)"});
 }
 
 TEST_F(FirewallChangeTest, RefusesARuleWithoutProtocolNameOrPort) {
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", 0}), FirewallResult::kFailed);
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", 4}), FirewallResult::kFailed);
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "", kFirewallTcp}), FirewallResult::kFailed);
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {0, "Web", kFirewallTcp}),
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", 0}).result, FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "Web", 4}).result, FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "", kFirewallTcp}).result,
+              FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {0, "Web", kFirewallTcp}).result,
               FirewallResult::kFailed);
     EXPECT_TRUE(firewall_.ports.empty());
     expectLog({"ERROR: (Firewall Port) Invalid firewall protocol or none specified!",
@@ -130,19 +141,22 @@ TEST_F(FirewallChangeTest, SaysThatThereIsNoService) {
     firewall_.failing = {{FirewallCall::kInitialize, -3}};
     const std::string text =
         "COM Interface initialization failed (Firewall service stopped/unaccessible)! Error(-3)";
-    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "n"), FirewallResult::kNotAvailable);
-    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a"), FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "n").result,
+              FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a").result,
+              FirewallResult::kNotAvailable);
     expectLog({"WARNING: (Firewall App) " + text, "WARNING: (Firewall App) " + text});
-    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "n", kBoth}), FirewallResult::kNotAvailable);
-    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tTCP;UDP\tn"),
+    EXPECT_EQ(FirewallChange::addPort(firewall_, console_, {80, "n", kBoth}).result,
+              FirewallResult::kNotAvailable);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tTCP;UDP\tn").result,
               FirewallResult::kNotAvailable);
     expectLog({"WARNING: (Firewall Port) " + text, "WARNING: (Firewall Port) " + text});
 }
 
 TEST_F(FirewallChangeTest, LogsOtherFailuresAsErrors) {
     firewall_.failing = {{FirewallCall::kAddApplication, 5}, {FirewallCall::kRemoveApplication, 5}};
-    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "n"), FirewallResult::kFailed);
-    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a"), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::addApplication(firewall_, console_, "/a", "n").result, FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::removeApplication(firewall_, console_, "/a").result, FirewallResult::kFailed);
     expectLog({"ERROR: (Firewall App) Adding the application /a failed!",
                "ERROR: (Firewall App) Removing application /a"});
 }
@@ -151,11 +165,12 @@ TEST_F(FirewallChangeTest, RemovesThePortOfTheRecord) {
     firewall_.ports = {{{80, FirewallProtocol::kTcp}, "Web TCP"},
                        {{80, FirewallProtocol::kUdp}, "Web UDP"},
                        {{81, FirewallProtocol::kTcp}, "Other"}};
-    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tUDP;TCP\tWeb"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tUDP;TCP\tWeb").result,
+              FirewallResult::kDone);
     EXPECT_EQ(firewall_.ports, (Ports{{{81, FirewallProtocol::kTcp}, "Other"}}));
     EXPECT_EQ(firewall_.operations,
               (std::vector<std::string>{"connect", "removePort 80 TCP", "removePort 80 UDP", "close"}));
-    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "81\tTCP"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "81\tTCP").result, FirewallResult::kDone);
     EXPECT_TRUE(firewall_.ports.empty());
     expectLog({});
 }
@@ -163,14 +178,16 @@ TEST_F(FirewallChangeTest, RemovesThePortOfTheRecord) {
 TEST_F(FirewallChangeTest, ClosesTheOtherProtocolWhenOneStaysOpen) {
     firewall_.ports = {{{80, FirewallProtocol::kTcp}, "a"}, {{80, FirewallProtocol::kUdp}, "b"}};
     firewall_.failing = {{FirewallCall::kRemovePort, 5}};
-    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tTCP;UDP\tn"), FirewallResult::kFailed);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\tTCP;UDP\tn").result,
+              FirewallResult::kFailed);
     expectLog({"ERROR: (Firewall Port) Removing port 80! Error (5)",
                "ERROR: (Firewall Port) Removing port 80! Error (5)"});
 }
 
 TEST_F(FirewallChangeTest, LogsAStrangeProtocolAndGoesOn) {
     firewall_.ports = {{{80, FirewallProtocol::kUdp}, "n"}};
-    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\ttcp;;UDP\tn"), FirewallResult::kDone);
+    EXPECT_EQ(FirewallChange::removePort(firewall_, console_, "80\ttcp;;UDP\tn").result,
+              FirewallResult::kDone);
     EXPECT_TRUE(firewall_.ports.empty());
     const std::string line = "WARNING: Malformed action log entry for firewall port: \"80\ttcp;;UDP\tn\"";
     expectLog({line, line});
@@ -190,7 +207,7 @@ TEST_F(FirewallChangeTest, SurvivesARecordThatIsCutAnywhere) {
     const std::string record = "65535\tTCP;UDP\tThe rule";
     for (std::size_t length = 0; length <= record.size(); ++length) {
         const FirewallResult result =
-            FirewallChange::removePort(firewall_, console_, record.substr(0, length));
+            FirewallChange::removePort(firewall_, console_, record.substr(0, length)).result;
         const bool complete = length >= std::string("65535\tTCP").size();
         EXPECT_EQ(result, complete ? FirewallResult::kDone : FirewallResult::kFailed) << length;
     }
@@ -263,6 +280,9 @@ TEST_F(FirewallChangeTest, FailsWithAnErrorAndGoesOn) {
          "ERROR: (Firewall App) Adding the application t failed!", "ERROR: Adding firewall app: t (app)"});
     EXPECT_THAT(errors_, ElementsAre("Firewall: FAILED to add port 1",
                                      "Firewall: FAILED to add exception for application: t"));
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                ElementsAre("addMessage(\"port 1: " + platform::errorText(9) + "\")",
+                            "addMessage(\"exception for application: t: " + platform::errorText(5) + "\")"));
     EXPECT_EQ(records(), "FIREWALL\tPORT\t2\tTCP\ttwo\r\n");
 }
 
@@ -293,6 +313,8 @@ TEST_F(FirewallChangeTest, FailsTheUninstallationForARuleThatStays) {
     firewall_.failing = {{FirewallCall::kRemovePort, 5}};
     EXPECT_FALSE(change_.undo({"FIREWALL", "PORT\t80\tTCP\tName"}));
     EXPECT_THAT(errors_, ElementsAre("FAILED to remove port from firewall: 80"));
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                ElementsAre("addMessage(\"port from firewall: 80: " + platform::errorText(5) + "\")"));
     EXPECT_TRUE(log_.hasLine("ERROR: Uninstall: Failed to undo a FirwallAction (PORT\t80\tTCP\tName)!"));
 }
 

@@ -13,6 +13,8 @@
 #include "fakes/fake_processes.h"
 #include "fakes/fake_shell_objects.h"
 #include "fakes/recording_ui.h"
+#include "platform/error_text.h"
+#include "platform/written_path.h"
 
 namespace {
 
@@ -118,12 +120,18 @@ TEST_F(ProgramRunTest, IgnoresTheFlagsWithoutAMeaningHere) {
     EXPECT_EQ(onlyStart().commandLine, "\"/opt/my app/tool\"");
 }
 
-TEST_F(ProgramRunTest, LogsThatAProgramDoesNotStart) {
+TEST_F(ProgramRunTest, LogsAndShowsWhyAProgramDoesNotStart) {
     processes_.startError = 2;
-    EXPECT_FALSE(run(0));
-    EXPECT_FALSE(run(kRunWait));
-    EXPECT_FALSE(run(kRunAsynchronous));
-    EXPECT_EQ(log_.lines()[0], "ERROR: \"/opt/my app/tool\" does not start (2)");
+    const std::string shown =
+        "addMessage(\"" + platform::writtenPath("/opt/my app/tool") + ": " + platform::errorText(2) + "\")";
+    for (const std::uint32_t flags :
+         {std::uint32_t{0}, std::uint32_t{kRunWait}, std::uint32_t{kRunAsynchronous}}) {
+        log_.clear();
+        ui_.calls.clear();
+        EXPECT_FALSE(run(flags, "", &ui_));
+        EXPECT_EQ(log_.lines()[0], "ERROR: \"/opt/my app/tool\" does not start (2)");
+        EXPECT_EQ(ui_.callsOf("addMessage"), std::vector{shown});
+    }
 }
 
 TEST_F(ProgramRunTest, SucceedsWithTheExitCodeOfAnAsynchronousProgram) {
