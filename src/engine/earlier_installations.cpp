@@ -164,7 +164,7 @@ void EarlierInstallations::scanExternal() {
     }
 }
 
-bool EarlierInstallations::remove(const Remover& removeProduct, SystemOperations& system) {
+bool EarlierInstallations::remove(const Removers& removers) {
     if (removalTried_) {
         return isRemoved_;
     }
@@ -173,8 +173,8 @@ bool EarlierInstallations::remove(const Remover& removeProduct, SystemOperations
         return true;
     }
     isRemoved_ = false;
-    const bool areRegisteredRemoved = removeRegistered(removeProduct, system);
-    isRemoved_ = removeLogged(removeProduct) && areRegisteredRemoved;
+    const bool areRegisteredRemoved = removeRegistered(removers);
+    isRemoved_ = removeLogged(removers) && areRegisteredRemoved;
     if (!isRemoved_) {
         setControl(ControlVariable::kUninstallError, "");
     }
@@ -186,13 +186,13 @@ bool EarlierInstallations::isWanted() {
     return OUtils::textToInteger(parts_.model.variables.get(wish).value_or("")) != 0;
 }
 
-bool EarlierInstallations::removeRegistered(const Remover& removeProduct, SystemOperations& system) {
+bool EarlierInstallations::removeRegistered(const Removers& removers) {
     bool isRemoved = true;
     for (const std::int32_t node : childrenOf(kProductPath, "LegacyApplication")) {
         const std::string name(tags_.textOf(node).value_or(""));
-        if (!name.empty() && system.findUninstallEntry(name, 0)) {
+        if (!name.empty() && parts_.system.findUninstallEntry(name, 0)) {
             // What is left of an application can be removed again only by its entry.
-            const bool isDone = removeProduct({name, "", false}) && system.removeUninstallEntry(name);
+            const bool isDone = removers.product({name, "", false}) && removers.entry(name);
             isRemoved = isDone && isRemoved;
         }
     }
@@ -200,17 +200,18 @@ bool EarlierInstallations::removeRegistered(const Remover& removeProduct, System
     if (!ownName) {
         throw InstallerError("ERROR: Could not obtain Application name");
     }
-    return (!system.findUninstallEntry(*ownName, 0) || removeProduct({*ownName, "", true})) && isRemoved;
+    return (!parts_.system.findUninstallEntry(*ownName, 0) || removers.product({*ownName, "", true})) &&
+           isRemoved;
 }
 
-bool EarlierInstallations::removeLogged(const Remover& removeProduct) {
+bool EarlierInstallations::removeLogged(const Removers& removers) {
     bool isRemoved = true;
     if (kind_ != kLoggedInstallation && legacyLogCount_ <= legacyCount_) {
         return isRemoved;
     }
     for (const LegacyLogFile& log : legacyLogFiles_) {
         if (isPresent(log.logPath)) {
-            isRemoved = removeProduct({log.applicationName, log.logPath, false}) && isRemoved;
+            isRemoved = removers.product({log.applicationName, log.logPath, false}) && isRemoved;
             parts_.debugLog.line("WARNING: Uninstalling previous installation using fallback logic : " +
                                  log.applicationName + " (" + log.logPath + ")");
         }

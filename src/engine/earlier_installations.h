@@ -43,16 +43,19 @@ public:
     // what was found.
     void findOthers(bool isActionLogSession);
 
-    // What the removal of one product is: true when nothing of it is left.
-    using Remover = std::function<bool(const ProductRemoval::Request& request)>;
+    // How products are removed, and entries from the list of installed applications: true when nothing of it
+    // is left.
+    struct Removers {
+        std::function<bool(const ProductRemoval::Request& request)> product;
+        std::function<bool(const std::string& applicationName)> entry;
+    };
     // Takes away what was found, unless the variable of the role ShouldUninstall is 0 or missing: registered
-    // applications that the product replaces, the earlier version, and what only log files show. Of these the
-    // earlier version is to be backed up where it is registered. `system` is asked for the list of installed
-    // applications, from which the entries go that the product replaces; the product's own is left to its
-    // registration. False when any of it failed; the variable of the role UninstallError is emptied then.
-    // Throws what the remover throws, and InstallerError without a name of the product. Once for this object:
-    // later calls do nothing and give the same result.
-    bool remove(const Remover& removeProduct, SystemOperations& system);
+    // applications that the product replaces, the earlier version, and what only log files show. The earlier
+    // version is to be backed up where it is registered. The entries go of the applications that the product
+    // replaces; its own is left to its registration. False when any of it failed; the variable of the role
+    // UninstallError is emptied then. Throws what the removers throw, and InstallerError without a name of
+    // the product. Once for this object: later calls do nothing and give the same result.
+    bool remove(const Removers& removers);
 
     PreviousInstallationKind kind() const { return kind_; }
     bool wasRemovalTried() const { return removalTried_; }
@@ -70,8 +73,8 @@ private:
     void scanExternal();
 
     bool isWanted();
-    bool removeRegistered(const Remover& removeProduct, SystemOperations& system);
-    bool removeLogged(const Remover& removeProduct);
+    bool removeRegistered(const Removers& removers);
+    bool removeLogged(const Removers& removers);
     std::vector<std::int32_t> childrenOf(std::string_view path, vocabulary::ElementName name) const;
     bool isPresent(const std::string& path);
     void setControl(ControlVariable role, std::string_view value);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/action_log_writer.h"
+#include "engine/directory_check.h"
 #include "engine/engine_parts.h"
 #include "support/p_file_console.h"
 
@@ -32,6 +33,9 @@ public:
     // variable is set in any case. An exception out of a step leaves the records published and the variable
     // set; one out of the preparation leaves nothing but the variable.
     bool run(Report& report, const Preparation& prepare = {});
+    // Whether `run` would get beyond its look at the directories, as far as their variables are what they
+    // will be then. What it finds is reported.
+    bool isPossible(Report& report) { return DirectoryCheck(parts_, report).run(); }
     // The action log of what `run` changed; empty before, and where nothing was recorded.
     const std::string& publishedLog() const { return publishedLog_; }
 

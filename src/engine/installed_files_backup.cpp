@@ -1,8 +1,8 @@
 #include "engine/installed_files_backup.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "contracts/system_operations.h"
 #include "engine/action_log_format.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
@@ -11,7 +11,6 @@
 #include "platform/path_identity.h"
 #include "platform/written_path.h"
 #include "support/p_file_stream.h"
-#include "support/utilities.h"
 
 namespace {
 
@@ -54,9 +53,9 @@ bool forEachLine(PStream& log, Take take) {
 
 }  // namespace
 
-InstalledFilesBackup::InstalledFilesBackup(platform::FileSystem& files, SystemOperations& system,
-                                           Report& report, DebugLog debugLog)
-    : files_(files), system_(system), report_(report), debugLog_(debugLog) {}
+InstalledFilesBackup::InstalledFilesBackup(platform::FileSystem& files, NameMaker newName, Report& report,
+                                           DebugLog debugLog)
+    : files_(files), newName_(std::move(newName)), report_(report), debugLog_(debugLog) {}
 
 bool InstalledFilesBackup::make(const std::string& logPath, const UninstallBackup& paths) {
     PFileStream log(files_);
@@ -70,6 +69,8 @@ bool InstalledFilesBackup::make(const std::string& logPath, const UninstallBacku
     report_.begin();
     isMade = isMade && archiveFiles(log, archive);
     report_.flushLines();
+    // What comes after it isn't needed to read it.
+    isMade = isMade && archive.flush() == 0;
     const bool isClosed = archive.close() == 0;
     if (!isMade || !isClosed) {
         discard();
@@ -94,7 +95,8 @@ bool InstalledFilesBackup::writeDirectories(PStream& log, const std::string& pat
         std::uint32_t done = 0;
         return text.write(written.data(), static_cast<std::uint32_t>(written.size()), done) == 0;
     });
-    return text.close() == 0 && isWritten;
+    const bool isOnDisk = text.flush() == 0;
+    return text.close() == 0 && isOnDisk && isWritten;
 }
 
 bool InstalledFilesBackup::archiveFiles(PStream& log, BackupFile& archive) {
@@ -142,12 +144,12 @@ bool InstalledFilesBackup::archiveFile(const std::string& path, BackupFile& arch
 }
 
 bool InstalledFilesBackup::copyArchive(const std::string& path) {
-    const std::string copy = system_.temporaryFileName().value_or("");
+    const std::string copy = newName_().value_or("");
     if (copy.empty()) {
         debugLog_.line("ERROR: Obtaining temp filename for copying a backup file! (" + path + ")");
         return fail(path, "there is no name for a temporary file");
     }
-    if (!OUtils::copyFile(path, copy, files_, platform::FileRights::kPrivate)) {
+    if (copyWithRights(files_, path, copy) != 0) {
         return fail(path, "it can't be copied to " + platform::writtenPath(copy));
     }
     made_.push_back(copy);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -12,24 +14,25 @@
 class BackupFile;
 class PStream;
 class Report;
-class SystemOperations;
 namespace platform {
 class FileSystem;
 }
 
 // Saves the files of an installation, as its action log names them, before the installation is removed: files
 // and shortcuts go into an archive, the directories that were made into a text with one path in each line. A
-// file that is such an archive itself is copied.
+// file that is such an archive itself is copied, with its rights.
 class InstalledFilesBackup {
 public:
-    // All of them outlive this object.
-    InstalledFilesBackup(platform::FileSystem& files, SystemOperations& system, Report& report,
-                         DebugLog debugLog);
+    // Gives the path of a new file; none when there is no name for it.
+    using NameMaker = std::function<std::optional<std::string>()>;
 
-    // Makes `paths.archivePath` and `paths.directoriesPath`, neither of which may exist, as private files. A
-    // file that isn't there any more is reported and doesn't stop the backup, and a link isn't followed.
-    // False when the log can't be read, or when anything can't be written: that is reported, and what was
-    // made is removed. Once for an object.
+    // All of them outlive this object.
+    InstalledFilesBackup(platform::FileSystem& files, NameMaker newName, Report& report, DebugLog debugLog);
+
+    // Makes `paths.archivePath` and `paths.directoriesPath`, neither of which may exist, as private files;
+    // with the result they are on the disk. A file that isn't there any more is reported and doesn't stop the
+    // backup, and a link isn't followed. False when the log can't be read, or when anything can't be written:
+    // that is reported, and what was made is removed. Once for an object.
     bool make(const std::string& logPath, const UninstallBackup& paths);
 
     // The copies that were made; after a failure there are none.
@@ -47,7 +50,7 @@ private:
     void discard();
 
     platform::FileSystem& files_;
-    SystemOperations& system_;
+    NameMaker newName_;
     Report& report_;
     DebugLog debugLog_;
     std::int64_t fileCount_ = 0;  // records of files

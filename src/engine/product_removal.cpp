@@ -35,12 +35,13 @@ ProductRemoval::ProductRemoval(const EngineParts& parts, NestedSessionFactory& s
                                RemovalBackups& backups, ErrorList& errors)
     : parts_(parts), sessions_(sessions), backups_(backups), errors_(errors) {}
 
-bool ProductRemoval::remove(const Request& request, const platform::Platform& machine, Report& report) {
+bool ProductRemoval::remove(const Request& request, Report& report) {
     const std::string& name = request.applicationName;
     parts_.debugLog.line("Uninstalling \"" + name + "\"");
     const std::string logPath = findLog(request);
     // The log itself may go with the product.
     const TemporaryFile log(parts_.machine.files, copyLog(request, logPath));
+    const platform::Platform machine = request.isReversible ? backups_.openMachine() : parts_.machine;
     const std::unique_ptr<NestedSession> session = sessions_.make(machine, report.ui(), errors_);
     session->load(log.path());
     applyOverrides(*session, name);
@@ -51,11 +52,14 @@ bool ProductRemoval::remove(const Request& request, const platform::Platform& ma
     } else {
         parts_.debugLog.line("Skipping creation of uninstall backup file for \"" + name + "\"");
     }
-    backups_.isOnlyCopy = true;
+    if (request.isReversible) {
+        noteForLaterRuns(request, logPath);
+    }
+    backups_.isOnlyCopy = !backups_.isEmpty();
     const bool isRemoved = session->uninstall();
     if (isRemoved) {
         removeRecords(records, machine);
-    } else if (request.isBackedUp) {
+    } else if (request.isReversible) {
         keepRecords(records, report);
     }
     return isRemoved;
@@ -95,10 +99,14 @@ void ProductRemoval::applyOverrides(NestedSession& session, const std::string& a
                applicationName);
 }
 
-// A backup that fails doesn't keep the product.
+// A backup that fails doesn't keep the product: what it would have saved is kept by the journal.
 void ProductRemoval::backUp(NestedSession& session, const std::string& log, Report& report) {
-    const UninstallBackup paths = {session.productName(), temporaryName("files"), temporaryName("dirs")};
-    InstalledFilesBackup backup(parts_.machine.files, parts_.system, report, parts_.debugLog);
+    const UninstallBackup paths = {session.productName(), newName("files"), newName("dirs")};
+    const auto nameOfCopy = [this]() -> std::optional<std::string> {
+        const auto name = parts_.system.temporaryFileName();
+        return name ? std::optional(backups_.placeOf(*name)) : std::nullopt;
+    };
+    InstalledFilesBackup backup(parts_.machine.files, nameOfCopy, report, parts_.debugLog);
     if (!backup.make(log, paths)) {
         parts_.debugLog.line("ERROR: Failed to create uninstall backup of files");
         return;
@@ -107,14 +115,24 @@ void ProductRemoval::backUp(NestedSession& session, const std::string& log, Repo
     for (const NestedBackup& archive : backup.archives()) {
         backups_.nestedBackups.push_back(archive);
     }
+    if (backups_.isOpen()) {
+        backups_.journal().noteArchived(backup.archivedFiles());
+    }
 }
 
-std::string ProductRemoval::temporaryName(const char* purpose) {
+std::string ProductRemoval::newName(const char* purpose) {
     const auto name = parts_.system.temporaryFileName();
     if (!name) {
         throw InstallerError("ERROR: Unable to obtain temporary file for %s backup", purpose);
     }
-    return *name;
+    return backups_.placeOf(*name);
+}
+
+void ProductRemoval::noteForLaterRuns(const Request& request, const std::string& log) {
+    if (!backups_.note(request.applicationName, log)) {
+        throw InstallerError("ERROR: The removal of %s couldn't be taken back: its journal can't be written",
+                             request.applicationName.c_str());
+    }
 }
 
 // What stays for a repetition is in the way of the new installation, which puts its own in the same places.
@@ -125,8 +143,9 @@ void ProductRemoval::keepRecords(const ProductRecords& records, Report& report) 
         if (files.kindOf(*path) != platform::PathKind::kFile) {
             continue;
         }
-        const std::string copy = parts_.system.temporaryFileName().value_or("");
-        if (!copy.empty() && OUtils::copyFile(*path, copy, files, platform::FileRights::kPrivate)) {
+        const auto name = parts_.system.temporaryFileName();
+        const std::string copy = name ? backups_.placeOf(*name) : "";
+        if (name && copyWithRights(files, *path, copy) == 0) {
             backups_.nestedBackups.push_back({*path, copy});
         } else {
             report.note("There is no copy of " + platform::writtenPath(*path) +

@@ -8,6 +8,8 @@
 #include "engine/changes/change_table.h"
 #include "engine/changes/directory_change.h"
 #include "engine/line_reader.h"
+#include "engine/product_state.h"
+#include "engine/removal_playback.h"
 #include "engine/report.h"
 #include "engine/uninstallation.h"
 #include "package/backup_file.h"
@@ -75,6 +77,7 @@ bool Revert::walk(const std::string& log, Uninstallation& undo, Report& report) 
 void Revert::clearRecords(const std::string& log, const std::string& archive, Report* rest) {
     platform::FileSystem& files = parts_.machine.files;
     files.removeFile(log);
+    ProductState(files, parts_.machine.environment).remove(log);
     if (!BackupFile(files).isBackupFile(archive)) {
         return;
     }
@@ -93,23 +96,32 @@ bool Revert::revertUninstallation(Report& report) {
         return true;
     }
     parts_.debugLog.line("Unpacking backup of previous installation and legacy applications");
-    const bool isAnyBack = unpackAll(report);
-    for (const NestedBackup& archive : backups_.nestedBackups) {
-        OUtils::copyFile(archive.copyPath, archive.originalPath, parts_.machine.files);
+    isAnyBack_ = false;
+    areAllBack_ = true;
+    // First of all, because it clears the places of the archived files and makes their directories again.
+    if (backups_.isOpen()) {
+        areAllBack_ = RemovalPlayback(parts_.machine, backups_.journal(), report).run();
+        isAnyBack_ = true;
     }
-    return !isAnyBack;
-}
-
-bool Revert::unpackAll(Report& report) {
-    bool isAnyBack = false;
-    bool areAllBack = true;
     for (const UninstallBackup& backup : backups_.uninstallBackups) {
         const bool isBack = unpack(backup, report);
-        isAnyBack = isAnyBack || isBack;
-        areAllBack = areAllBack && isBack;
+        isAnyBack_ = isAnyBack_ || isBack;
+        areAllBack_ = areAllBack_ && isBack;
     }
-    backups_.isOnlyCopy = !areAllBack;
-    return isAnyBack;
+    copyBack(report);
+    backups_.isOnlyCopy = !areAllBack_;
+    return !isAnyBack_;
+}
+
+void Revert::copyBack(Report& report) {
+    for (const NestedBackup& archive : backups_.nestedBackups) {
+        const int status = copyWithRights(parts_.machine.files, archive.copyPath, archive.originalPath);
+        if (status != 0) {
+            report.note("FAILED to restore " + platform::writtenPath(archive.originalPath));
+            report.addFileReason(archive.originalPath, status);
+            areAllBack_ = false;
+        }
+    }
 }
 
 bool Revert::unpack(const UninstallBackup& backup, Report& report) {
@@ -121,7 +133,12 @@ bool Revert::unpack(const UninstallBackup& backup, Report& report) {
         parts_.debugLog.line("ERROR: Could not open backup dirs file (" + backup.directoriesPath + ")!");
         return false;
     }
-    const RestoreResult result = restoreBackupFile(backup.archivePath, parts_.machine.files, report);
+    RestoreQuestions questions;
+    questions.rightsOf = [this](std::string_view path) { return backups_.journal().rightsOf(path); };
+    questions.onLeft = [this](std::string_view) { areAllBack_ = false; };
+    questions.remedy = "They are still in the backup.";
+    const RestoreResult result =
+        restoreBackupFile(backup.archivePath, parts_.machine.files, report, questions);
     if (result != RestoreResult::kDone) {
         parts_.debugLog.line("ERROR: Unpacking backup file (" + backup.archivePath + ")!");
     }

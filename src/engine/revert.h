@@ -29,9 +29,9 @@ public:
 private:
     bool undoInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report);
     bool walk(const std::string& log, Uninstallation& undo, Report& report);
-    bool hasBackups() const { return !backups_.uninstallBackups.empty(); }
+    bool hasBackups() const { return backups_.isOpen() || !backups_.uninstallBackups.empty(); }
     void clearRecords(const std::string& log, const std::string& archive, Report* rest);
-    bool unpackAll(Report& report);
+    void copyBack(Report& report);
     bool unpack(const UninstallBackup& backup, Report& report);
     bool makeDirectories(const std::string& listPath, Report& report);
 
@@ -40,4 +40,6 @@ private:
     // Never open: nothing of a revert is recorded.
     PFileConsole logFile_;
     ActionLogWriter log_;
+    bool isAnyBack_ = false;
+    bool areAllBack_ = false;
 };

@@ -27,7 +27,7 @@ std::string readingError(int status) {
 
 Installer::Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
                      NestedSessionFactory& nestedSessions, DebugLog log)
-    : SessionState(machine.files, log),
+    : SessionState(machine, log),
       machine_(machine),
       system_(system),
       answers_(answers),
@@ -222,42 +222,19 @@ void Installer::reportError(InstallerUI& ui, std::string_view text) {
     ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
 }
 
-// The archives are private files with names that nobody knows.
+// Its name is nothing that anybody could guess.
 void Installer::sayWhatStays(InstallerUI& ui) {
-    if (!removed.isOnlyCopy) {
-        return;
-    }
-    for (const UninstallBackup& backup : removed.uninstallBackups) {
-        ui.addMessage(backup.productName + " was removed and isn't back. Its files are kept in " +
-                      platform::writtenPath(backup.archivePath) + ", its directories are listed in " +
-                      platform::writtenPath(backup.directoriesPath));
-    }
-    for (const NestedBackup& backup : removed.nestedBackups) {
-        ui.addMessage(platform::writtenPath(backup.originalPath) + " is kept in " +
-                      platform::writtenPath(backup.copyPath));
+    if (removed.isOnlyCopy) {
+        ui.addMessage("An earlier version was removed and isn't completely back.");
+        for (const std::string& place : removed.places()) {
+            ui.addMessage(place);
+        }
     }
 }
 
 int Installer::releaseSession() {
     cabinet.clear();
     actionLogFile.reset();
-    if (removed.isOnlyCopy) {
-        return 0;
-    }
-    for (const UninstallBackup& backup : removed.uninstallBackups) {
-        removeIfNamed(backup.archivePath);
-        removeIfNamed(backup.directoriesPath);
-    }
-    removed.uninstallBackups.clear();
-    // Unlike the list above, this one keeps its entries.
-    for (const NestedBackup& backup : removed.nestedBackups) {
-        removeIfNamed(backup.copyPath);
-    }
+    removed.release();
     return 0;
-}
-
-void Installer::removeIfNamed(const std::string& path) {
-    if (!path.empty()) {
-        machine_.files.removeFile(path);
-    }
 }

@@ -155,7 +155,6 @@ private:
     void sayWhyNothingWasDone(InstallerUI& ui, int result);
     void sayWhatStays(InstallerUI& ui);
     void reportError(InstallerUI& ui, std::string_view text);
-    void removeIfNamed(const std::string& path);
 
     platform::Platform machine_;
     SystemOperations& system_;

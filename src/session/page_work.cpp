@@ -1,6 +1,7 @@
 #include "session/page_work.h"
 
 #include "base/path_functions.h"
+#include "contracts/nested_session.h"
 #include "contracts/system_operations.h"
 #include "engine/directory_check.h"
 #include "engine/uninstall_command.h"
@@ -23,6 +24,7 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
       model_(model),
       machine_(machine),
       system_(system),
+      nestedSessions_(nestedSessions),
       earlier_(engineParts(state, model, machine, system)),
       installation_(engineParts(state, model, machine, system)),
       uninstallation_(engineParts(state, model, machine, system)),
@@ -88,13 +90,41 @@ bool PageWork::installProduct(InstallerUI& ui) {
     return isInstalled;
 }
 
+// No page comes after an error that ends the session, so what was removed until then comes back at once.
 bool PageWork::removeEarlier(Report& report) {
-    return earlier_.remove(
-        [&](ProductRemoval::Request request) {
-            request.isBackedUp = request.isBackedUp && (state_.sessionFlags & kSessionBackup) != 0;
-            return removal_.remove(request, machine_, report);
-        },
-        system_);
+    try {
+        return tryToRemoveEarlier(report);
+    } catch (...) {
+        if (!state_.removed.isEmpty()) {
+            revert_.revertUninstallation(report);
+        }
+        throw;
+    }
+}
+
+bool PageWork::tryToRemoveEarlier(Report& report) {
+    const bool isReversible = (state_.sessionFlags & kSessionBackup) != 0;
+    EarlierInstallations::Removers removers;
+    removers.product = [&](ProductRemoval::Request request) {
+        request.isReversible = isReversible;
+        request.isBackedUp = request.isBackedUp && isReversible;
+        return removal_.remove(request, report);
+    };
+    removers.entry = [this](const std::string& application) {
+        return reversibleSystem().removeUninstallEntry(application);
+    };
+    return earlier_.remove(removers);
+}
+
+// What is registered after a removal is taken back with it.
+SystemOperations& PageWork::reversibleSystem() {
+    if (!state_.removed.isOpen()) {
+        return system_;
+    }
+    if (reversibleSystem_ == nullptr) {
+        reversibleSystem_ = nestedSessions_.makeServices(state_.removed.openMachine());
+    }
+    return *reversibleSystem_;
 }
 
 bool PageWork::prepareUninstall(InstallerUI& ui) {
@@ -108,9 +138,10 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
     return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
 }
 
+// An installation that is known to fail must not cost the earlier version.
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return removeEarlier(report);
+    return installation_.isPossible(report) && removeEarlier(report);
 }
 
 bool PageWork::revertInstallation(InstallerUI& ui) {
@@ -126,7 +157,7 @@ bool PageWork::revertUninstallation(InstallerUI& ui) {
 
 bool PageWork::registerApplication() {
     const auto entry = applicationEntryOf(model_.product, state_.debugLog);
-    return entry && system_.registerApplication(*entry);
+    return entry && reversibleSystem().registerApplication(*entry);
 }
 
 bool PageWork::unregisterApplication() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -57,11 +58,15 @@ private:
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
     bool removeEarlier(Report& report);
+    bool tryToRemoveEarlier(Report& report);
+    SystemOperations& reversibleSystem();
 
     SessionState& state_;
     SessionModel& model_;
     platform::Platform machine_;
     SystemOperations& system_;
+    NestedSessionFactory& nestedSessions_;
+    std::unique_ptr<SystemOperations> reversibleSystem_;  // on the machine of the backups, if that is open
     EarlierInstallations earlier_;
     Installation installation_;
     Uninstallation uninstallation_;

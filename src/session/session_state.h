@@ -15,7 +15,8 @@ class CommandLineArguments;
 
 // What a session knows besides its description. For the session's thread only.
 struct SessionState {
-    SessionState(platform::FileSystem& files, DebugLog log) : debugLog(log), cabinet(files, log) {}
+    SessionState(const platform::Platform& machine, DebugLog log)
+        : debugLog(log), cabinet(machine.files, log), removed(machine) {}
 
     DebugLog debugLog;
     Cabinet cabinet;
@@ -26,7 +27,7 @@ struct SessionState {
     std::string applicationPath;                       // overrides the program's directory when set
     std::string configFile;                            // of answers; empty without one
     ErrorList errorList;
-    RemovalBackups removed;  // deleted at the session's end, unless it is all that is left
+    RemovalBackups removed;  // of earlier installations
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }
 };

@@ -62,7 +62,7 @@ TEST_F(EarlierInstallationsTest, KeepsWhatItFoundOnceTheRemovalWasTried) {
     describe(std::string(kProduct) + "</ProductDesc>");
     earlier_.findRegistered(false);
     EXPECT_FALSE(earlier_.wasRemovalTried());
-    earlier_.remove([](const ProductRemoval::Request&) { return true; }, system_);
+    earlier_.remove({});
     EXPECT_TRUE(earlier_.wasRemovalTried());
     system_.installed.clear();
     earlier_.findRegistered(false);
@@ -222,16 +222,16 @@ protected:
     bool remove() {
         removals_.clear();
         return earlier_.remove(
-            [this](const ProductRemoval::Request& request) {
-                removals_.push_back(request.applicationName +
-                                    (request.logPath.empty() ? "" : " by " + request.logPath) +
-                                    (request.isBackedUp ? ", backed up" : ""));
-                if (!request.logPath.empty()) {
-                    files_.removeFile(request.logPath);
-                }
-                return !staying_.contains(request.applicationName);
-            },
-            system_);
+            {[this](const ProductRemoval::Request& request) {
+                 removals_.push_back(request.applicationName +
+                                     (request.logPath.empty() ? "" : " by " + request.logPath) +
+                                     (request.isBackedUp ? ", backed up" : ""));
+                 if (!request.logPath.empty()) {
+                     files_.removeFile(request.logPath);
+                 }
+                 return !staying_.contains(request.applicationName);
+             },
+             [this](const std::string& name) { return system_.removeUninstallEntry(name); }});
     }
 
     std::vector<std::string> removals_;
@@ -244,12 +244,11 @@ TEST_F(EarlierRemovalTest, RemovesNothingUnlessAskedTo) {
     for (const char* wish : {"", "0"}) {
         EarlierInstallations asked(parts_);
         variables_.set("SHOULD", wish);
-        EXPECT_TRUE(asked.remove(
-            [](const ProductRemoval::Request& request) {
-                ADD_FAILURE() << request.applicationName;
-                return false;
-            },
-            system_));
+        EXPECT_TRUE(asked.remove({[](const ProductRemoval::Request& request) {
+                                      ADD_FAILURE() << request.applicationName;
+                                      return false;
+                                  },
+                                  {}}));
         EXPECT_TRUE(asked.wasRemovalTried());
     }
     EXPECT_TRUE(log_.lines().empty());

@@ -47,7 +47,7 @@ protected:
     }
     std::vector<std::string> lines() const { return ui_.callsOf("addFileLine(\""); }
 
-    InstalledFilesBackup backup_{files_, system_, report_, console_};
+    InstalledFilesBackup backup_{files_, [this] { return system_.temporaryFileName(); }, report_, console_};
 };
 
 TEST_F(InstalledFilesBackupTest, SavesTheFilesAndShortcutsOfTheLog) {
@@ -89,15 +89,19 @@ TEST_F(InstalledFilesBackupTest, StoresTheSumOfEachFileItself) {
 }
 
 TEST_F(InstalledFilesBackupTest, MakesFilesOfThisUserAlone) {
-    files_.addFile("/app/backup.bin", "");
-    files_.removeFile("/app/backup.bin");
     makeArchive("/app/backup.bin");
     EXPECT_TRUE(backUp("FILE\tCREATE\t/app/backup.bin\r\n"));
     ASSERT_EQ(backup_.archives().size(), 1U);
-    for (const std::string& path :
-         {std::string("/tmp/archive"), std::string("/tmp/dirs"), backup_.archives()[0].copyPath}) {
-        EXPECT_TRUE(files_.isPrivate(path)) << path;
-    }
+    EXPECT_TRUE(files_.isPrivate("/tmp/archive"));
+    EXPECT_TRUE(files_.isPrivate("/tmp/dirs"));
+    EXPECT_TRUE(files_.isPrivate(backup_.archives()[0].copyPath));  // like the installed one
+}
+
+TEST_F(InstalledFilesBackupTest, PutsTheArchiveOnTheDisk) {
+    files_.addFile("/app/a", "a");
+    EXPECT_TRUE(backUp("FILE\tCREATE\t/app/a\r\n"));
+    EXPECT_TRUE(files_.didOperation("flush /tmp/archive"));
+    EXPECT_TRUE(files_.didOperation("flush /tmp/dirs"));
 }
 
 TEST_F(InstalledFilesBackupTest, ReportsAMissingFileAndGoesOn) {

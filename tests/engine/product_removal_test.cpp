@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "base/errors.h"
+#include "engine/removal_playback.h"
 #include "engine_fixture.h"
 #include "fakes/fake_nested_sessions.h"
 #include "package/backup_file.h"
@@ -27,7 +28,7 @@ protected:
     }
 
     bool remove(const ProductRemoval::Request& request = {"Demo", "", true}) {
-        return removal_.remove(request, machine_.bundle(), report_);
+        return removal_.remove(request, report_);
     }
     std::string failure(const ProductRemoval::Request& request = {"Demo", "", true}) {
         try {
@@ -53,7 +54,10 @@ protected:
     }
 
     FakeNestedSessions sessions_;
-    RemovalBackups backups_;
+    static inline const ProductRemoval::Request kReversible = {"Demo", "", true, true};
+
+    FakeEnvironment& environment_ = machine_.environment;
+    RemovalBackups backups_{machine_.bundle()};
     ProductRemoval removal_{parts_, sessions_, backups_, errors_};
 };
 
@@ -71,14 +75,57 @@ TEST_F(ProductRemovalTest, ReadsAPrivateCopyOfTheRegisteredLog) {
                                           "Skipping creation of uninstall backup file for \"Demo\""));
 }
 
-TEST_F(ProductRemovalTest, WorksOnTheMachineThatItIsGiven) {
-    MemoryFileSystem other;
-    platform::Platform machine = machine_.bundle();
-    removal_.remove({"Demo", "", false},
-                    {other, machine.registry, machine.processes, machine.environment, machine.console,
-                     machine.events, machine.shell, machine.firewall},
-                    report_);
-    EXPECT_EQ(sessions_.files, &other);
+TEST_F(ProductRemovalTest, WorksOnTheMachineItselfWhereNothingComesBack) {
+    EXPECT_TRUE(remove({"Demo", "", false}));
+    EXPECT_EQ(sessions_.files, &files_);
+    EXPECT_FALSE(backups_.isOpen());
+    EXPECT_FALSE(backups_.isOnlyCopy);
+}
+
+TEST_F(ProductRemovalTest, WorksOnAMachineOnWhichTheRemovalCanBeTakenBack) {
+    sessions_.onUninstall = [](const platform::Platform& machine) { machine.files.removeFile("/app/tool"); };
+    EXPECT_TRUE(remove({"Demo", "", false, true}));
+    EXPECT_FALSE(files_.hasFile("/app/tool"));
+    EXPECT_TRUE(backups_.isOnlyCopy);
+    EXPECT_TRUE(RemovalPlayback(machine_.bundle(), backups_.journal(), report_).run());
+    EXPECT_EQ(files_.content("/app/tool"), "version 1");
+    EXPECT_EQ(files_.content("/app/install.log"), kLog);
+}
+
+TEST_F(ProductRemovalTest, KeepsItsBackupsWithTheJournal) {
+    EXPECT_TRUE(remove(kReversible));
+    const std::string directory = backups_.journal().directory() + "/";
+    EXPECT_TRUE(backups_.uninstallBackups[0].archivePath.starts_with(directory));
+    EXPECT_TRUE(backups_.uninstallBackups[0].directoriesPath.starts_with(directory));
+    EXPECT_TRUE(backups_.journal().isArchived("/app/tool"));
+    EXPECT_THAT(temporaryFiles(), IsEmpty());
+}
+
+TEST_F(ProductRemovalTest, NotesForALaterRunWhatItRemovesAndWhereTheBackupsAre) {
+    sessions_.onUninstall = [this](const platform::Platform&) {
+        RemovalJournal& journal = backups_.journal();
+        EXPECT_EQ(journal.noteOf("application 1"), "Demo");
+        EXPECT_EQ(journal.noteOf("log 1"), "/app/install.log");
+        EXPECT_EQ(journal.noteOf("archive 1"), backups_.uninstallBackups[0].archivePath);
+        EXPECT_EQ(journal.noteOf("directories 1"), backups_.uninstallBackups[0].directoriesPath);
+    };
+    EXPECT_TRUE(remove(kReversible));
+}
+
+TEST_F(ProductRemovalTest, RemovesNothingWithoutAPlaceForTheJournal) {
+    environment_.state.clear();
+    EXPECT_EQ(failure(kReversible),
+              "ERROR: The removal of earlier versions couldn't be taken back: there is no directory for its "
+              "records");
+    EXPECT_THAT(sessions_.calls, IsEmpty());
+    EXPECT_THAT(temporaryFiles(), IsEmpty());
+}
+
+TEST_F(ProductRemovalTest, RemovesNothingWhenTheJournalCannotBeWritten) {
+    backups_.openMachine();
+    files_.setFreeSpace(sizeof kLog);
+    EXPECT_THAT(failure(kReversible), HasSubstr("ERROR: The removal of Demo couldn't be taken back"));
+    EXPECT_THAT(sessions_.calls, Not(testing::Contains("uninstall")));
 }
 
 TEST_F(ProductRemovalTest, TakesALogThatTheCallerKnows) {
@@ -144,7 +191,7 @@ TEST_F(ProductRemovalTest, RemovesNothingThatALogOnlyCallsItsArchive) {
 TEST_F(ProductRemovalTest, CopiesTheRecordsThatStayForARepetition) {
     makeArchive("/app/backup.bin");
     sessions_.isRemoved = false;
-    EXPECT_FALSE(remove());
+    EXPECT_FALSE(remove(kReversible));
     EXPECT_TRUE(files_.hasFile("/app/install.log"));
     ASSERT_EQ(backups_.nestedBackups.size(), 2U);
     EXPECT_EQ(backups_.nestedBackups[0].originalPath, "/app/install.log");
@@ -156,7 +203,7 @@ TEST_F(ProductRemovalTest, CopiesTheRecordsThatStayForARepetition) {
 TEST_F(ProductRemovalTest, SaysWhichRecordItCannotCopy) {
     sessions_.isRemoved = false;
     system_.temporaryNamesLeft = 3;
-    EXPECT_FALSE(remove());
+    EXPECT_FALSE(remove(kReversible));
     EXPECT_THAT(ui_.callsOf("addMessage"),
                 ElementsAre("addMessage(\"There is no copy of " + writtenPath("/app/install.log") +
                             ", which the new version may replace\")"));

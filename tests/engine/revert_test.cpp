@@ -6,6 +6,7 @@
 #include "engine/uninstallation.h"
 #include "engine_fixture.h"
 #include "package/backup_file.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -32,7 +33,8 @@ protected:
         }
         files_.addFile("/tmp/old.log", log);
         const UninstallBackup backup = {name, "/tmp/" + name + ".bin", "/tmp/" + name + ".dirs"};
-        InstalledFilesBackup saved(files_, system_, report_, DebugLog());
+        InstalledFilesBackup saved(
+            files_, [this] { return system_.temporaryFileName(); }, report_, DebugLog());
         EXPECT_TRUE(saved.make("/tmp/old.log", backup));
         for (const auto& [file, text] : content) {
             files_.removeFile(file);
@@ -65,7 +67,7 @@ protected:
         return false;
     }
 
-    RemovalBackups backups_;
+    RemovalBackups backups_{machine_.bundle()};
     Uninstallation undo_{parts_};
     Revert revert_{parts_, backups_};
 };
@@ -174,6 +176,7 @@ TEST_F(RevertTest, LeavesAFileThatSomebodyHasPutThereSince) {
     backUp("Demo", "/app", {{"/app/tool", "old"}});
     files_.addFile("/app/tool", "somebody's");
     revertUninstallation();
+    EXPECT_TRUE(backups_.isOnlyCopy);
     EXPECT_EQ(files_.content("/app/tool"), "somebody's");
     EXPECT_THAT(ui_.callsOf("addFileLine(\"Left"), testing::SizeIs(1));
     EXPECT_TRUE(files_.hasFile("/tmp/Demo.bin"));
@@ -185,6 +188,40 @@ TEST_F(RevertTest, CopiesArchivesBack) {
     backups_.nestedBackups = {{"/app/backup.bin", "/tmp/nested"}};
     revertUninstallation();
     EXPECT_EQ(files_.content("/app/backup.bin"), "archive");
+}
+
+TEST_F(RevertTest, SaysWhichArchiveItCannotCopyBack) {
+    backUp("Demo", "/app", {{"/app/tool", "old"}});
+    backups_.nestedBackups = {{"/app/backup.bin", "/tmp/none"}};
+    revertUninstallation();
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                Contains("addMessage(\"FAILED to restore " + writtenPath("/app/backup.bin") + "\")"));
+    EXPECT_TRUE(backups_.isOnlyCopy);
+}
+
+TEST_F(RevertTest, TakesBackWhatTheJournalKnows) {
+    files_.addFile("/app/tool", "old");
+    files_.addFile("/app/backup.bin", "old archive");
+    const platform::Platform machine = backups_.openMachine();
+    machine.files.removeFile("/app/tool");
+    machine.files.removeFile("/app/backup.bin");
+    machine.files.removeDirectory("/app");
+    EXPECT_FALSE(revertUninstallation());
+    EXPECT_EQ(files_.content("/app/tool"), "old");
+    EXPECT_EQ(files_.content("/app/backup.bin"), "old archive");
+    EXPECT_FALSE(backups_.isOnlyCopy);
+}
+
+// The removal gave the user's file back, whose place is wanted again.
+TEST_F(RevertTest, UnpacksOverWhatTheRemovalPutInThePlace) {
+    backUp("Demo", "/app", {{"/app/shared", "old"}});
+    files_.addFile("/app/shared", "old");
+    const platform::Platform machine = backups_.openMachine();
+    backups_.journal().noteArchived({"/app/shared"});
+    OUtils::writeWholeFile("/app/shared", "the user's", machine.files);
+    EXPECT_FALSE(revertUninstallation());
+    EXPECT_EQ(files_.content("/app/shared"), "old");
+    EXPECT_FALSE(backups_.isOnlyCopy);
 }
 
 TEST_F(RevertTest, SaysThatTheLogCannotBeCopied) {

@@ -394,19 +394,23 @@ TEST_F(InstallerTest, KeepsWhatIsLeftOfAnEarlierInstallationAndSaysWhere) {
     for (const char* path : {"/tmp/a", "/tmp/d", "/tmp/n"}) {
         files_.addFile(path, "x");
     }
-    session_.removed = {{{"Old", "/tmp/a", "/tmp/d"}}, {{"/app/backup.bin", "/tmp/n"}}, true};
+    session_.removed.uninstallBackups = {{"Old", "/tmp/a", "/tmp/d"}};
+    session_.removed.nestedBackups = {{"/app/backup.bin", "/tmp/n"}};
+    session_.removed.isOnlyCopy = true;
     run();
     EXPECT_EQ(session_.releaseSession(), 0);
     for (const char* path : {"/tmp/a", "/tmp/d", "/tmp/n"}) {
         EXPECT_TRUE(files_.hasFile(path)) << path;
     }
-    EXPECT_THAT(ui_.callsOf("addMessage(\"Old"),
-                testing::ElementsAre("addMessage(\"Old was removed and isn't back. Its files are kept in " +
-                                     platform::writtenPath("/tmp/a") + ", its directories are listed in " +
-                                     platform::writtenPath("/tmp/d") + "\")"));
-    EXPECT_THAT(ui_.callsOf("addMessage"),
-                testing::Contains("addMessage(\"" + platform::writtenPath("/app/backup.bin") +
-                                  " is kept in " + platform::writtenPath("/tmp/n") + "\")"));
+    const std::vector<std::string> messages = ui_.callsOf("addMessage");
+    const auto saying = [](const std::string& text) { return "addMessage(\"" + text + "\")"; };
+    EXPECT_THAT(messages,
+                testing::Contains(saying("An earlier version was removed and isn't completely back.")));
+    EXPECT_THAT(messages, testing::Contains(
+                              saying("The files of Old are in " + platform::writtenPath("/tmp/a") +
+                                     ", its directories are listed in " + platform::writtenPath("/tmp/d"))));
+    EXPECT_THAT(messages, testing::Contains(saying(platform::writtenPath("/app/backup.bin") + " is in " +
+                                                   platform::writtenPath("/tmp/n"))));
 }
 
 TEST_F(InstallerTest, ClosesTheActionLogAtTheEnd) {

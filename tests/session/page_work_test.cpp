@@ -131,7 +131,8 @@ TEST_F(PageWorkTest, KeepsTheBackupOfAVersionThatIsNotReplaced) {
     installVersionOne();
     EXPECT_FALSE(upgradeTo("CopyProgress", kFailing));
     EXPECT_TRUE(session_.removed.isOnlyCopy);
-    EXPECT_THAT(ui_.callsOf("addMessage(\"Demo was removed and isn't back."), testing::SizeIs(1));
+    EXPECT_THAT(ui_.callsOf("addMessage(\"An earlier version was removed and isn't completely back."),
+                testing::SizeIs(1));
 }
 
 TEST_F(PageWorkTest, MakesNoBackupWhereTheSessionHasNone) {
