@@ -29,6 +29,10 @@ private:
     std::string path_;
 };
 
+[[noreturn]] void fail(const std::string& text) {
+    throw InstallerError("%s", text.c_str());
+}
+
 }  // namespace
 
 ProductRemoval::ProductRemoval(const EngineParts& parts, NestedSessionFactory& sessions,
@@ -73,8 +77,7 @@ std::string ProductRemoval::findLog(const Request& request) {
     }
     const auto path = parts_.system.applicationLogFile(request.applicationName);
     if (!path) {
-        throw InstallerError("ERROR: Obtaining actionlog filename for \"%s\"",
-                             request.applicationName.c_str());
+        fail("ERROR: Obtaining actionlog filename for \"" + request.applicationName + "\"");
     }
     return *path;
 }
@@ -82,12 +85,10 @@ std::string ProductRemoval::findLog(const Request& request) {
 std::string ProductRemoval::copyLog(const Request& request, const std::string& log) {
     const auto copy = parts_.system.temporaryFileName();
     if (!copy) {
-        throw InstallerError("ERROR: Unable to obtain temporary file for uninstall log of %s",
-                             request.applicationName.c_str());
+        fail("ERROR: Unable to obtain temporary file for uninstall log of " + request.applicationName);
     }
     if (!OUtils::copyFile(log, *copy, parts_.machine.files, platform::FileRights::kPrivate)) {
-        throw InstallerError("ERROR: Unable to copy temporary log file for uninstallation of %s",
-                             request.applicationName.c_str());
+        fail("ERROR: Unable to copy temporary log file for uninstallation of " + request.applicationName);
     }
     return *copy;
 }
@@ -123,15 +124,15 @@ void ProductRemoval::backUp(NestedSession& session, const std::string& log, Repo
 std::string ProductRemoval::newName(const char* purpose) {
     const auto name = parts_.system.temporaryFileName();
     if (!name) {
-        throw InstallerError("ERROR: Unable to obtain temporary file for %s backup", purpose);
+        fail("ERROR: Unable to obtain temporary file for " + std::string(purpose) + " backup");
     }
     return backups_.placeOf(*name);
 }
 
 void ProductRemoval::noteForLaterRuns(const Request& request, const std::string& log) {
     if (!backups_.note(request.applicationName, log)) {
-        throw InstallerError("ERROR: The removal of %s couldn't be taken back: its journal can't be written",
-                             request.applicationName.c_str());
+        fail("ERROR: The removal of " + request.applicationName +
+             " couldn't be taken back: its journal can't be written");
     }
 }
 

@@ -39,7 +39,7 @@ protected:
                "</Website><LegacyApplication>Former</LegacyApplication></ProductDesc>"
                "<InstallerControlVariables><ShouldUninstall>SHOULD</ShouldUninstall>"
                "<InstallError>ERROR</InstallError></InstallerControlVariables>"
-               "<DefValues><Value Name='SHOULD' DataType='value'>0</Value></DefValues>"
+               "<DefValues><Value Name='ERROR' DataType='value'>0</Value></DefValues>"
                "<Dialogs><Hello/><CopyProgress Special='AutoNext'/>" +
                pages +
                "<End Special='Finish'/></Dialogs>"
