@@ -43,7 +43,7 @@ protected:
                "<Dialogs><Hello/><CopyProgress Special='AutoNext'/>" +
                pages +
                "<End Special='Finish'/></Dialogs>"
-               "<UninstallDialogs><UnregisterApplication Special='AutoNext'/><CopyProgress "
+               "<UninstallDialogs><Hello/><UnregisterApplication Special='AutoNext'/><CopyProgress "
                "Special='AutoNext'/><End Special='Finish'/></UninstallDialogs><Installation><Uninstall>"
                "<InstallLogFile>/app/un/install.log</InstallLogFile>"
                "<InstallBackupFile>/app/un/backup.bin</InstallBackupFile>"
@@ -233,14 +233,17 @@ TEST_F(UpgradeTest, BringsBackWhatItFoundOnlyByItsLog) {
     EXPECT_THAT(leftovers(), IsEmpty());
 }
 
-// The directory can't go, so the records stay for a repetition, and the new version continues them.
-TEST_F(UpgradeTest, BringsBackAVersionThatCouldNotBeRemovedEntirely) {
+// The directory can't go, so the records stay for a repetition, and the new version continues them. As it
+// can't go at the undo either, what was kept stays.
+TEST_F(UpgradeTest, BringsBackTheFilesOfAVersionThatCouldNotBeRemovedEntirely) {
     ASSERT_TRUE(install(1));
     files_.addFile("/app/v1/mine", "dear");
-    const auto first = state();
+    const std::string log = files_.content("/app/un/install.log");
     EXPECT_FALSE(install(2, kFailing));
-    EXPECT_EQ(state(), first);
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_EQ(files_.content("/app/v1/mine"), "dear");
+    EXPECT_EQ(files_.content("/app/tool"), "tool 1");
+    EXPECT_EQ(files_.content("/app/un/remove"), "uninstaller 1");
+    EXPECT_EQ(files_.content("/app/un/install.log"), log);
 }
 
 TEST_F(UpgradeTest, KeepsWhatItTookAndSaysWhereWithoutAPageThatReverts) {
