@@ -10,6 +10,7 @@
 #include "fakes/walking_ui.h"
 #include "fuzz_target.h"
 #include "support/p_console.h"
+#include "wini/nested_sessions.h"
 #include "wini/wini.h"
 
 // How a session on a machine in memory ended.
@@ -28,7 +29,8 @@ inline SessionEnd runSession(FakePlatform& machine, const std::string& path, std
         const DebugLog debugLog;
         SystemServices services(machine.bundle(), debugLog);
         AnswersFile answers(machine.files);
-        Wini session(machine.bundle(), services, answers, debugLog, WiniArguments());
+        NestedSessions nestedSessions(debugLog);
+        Wini session(machine.bundle(), services, answers, nestedSessions, debugLog, WiniArguments());
         session.setUnattended(true);
         WalkingUI ui(session);
         ui.onCall = [&](const std::string& call) {

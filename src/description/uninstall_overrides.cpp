@@ -18,21 +18,21 @@ UninstallOverrides::UninstallOverrides(const PXML& description, VariableStore& s
                                        Expressions& expressions, DebugLog debugLog)
     : description_(description), source_(source), expressions_(expressions), debugLog_(debugLog) {}
 
-void UninstallOverrides::apply(VariableStore& target, std::string_view applicationName) {
+void UninstallOverrides::apply(const Setter& set, std::string_view applicationName) {
     for (std::int32_t element = description_.findPath(kPath); element >= 0;
          element = description_.findPath(kPath, element)) {
         if (holds(element)) {
-            applyElement(element, target, applicationName);
+            applyElement(element, set, applicationName);
         }
     }
 }
 
-void UninstallOverrides::applyElement(std::int32_t element, VariableStore& target,
+void UninstallOverrides::applyElement(std::int32_t element, const Setter& set,
                                       std::string_view applicationName) {
     for (const std::int32_t node : description_.childrenOf(element)) {
         if (vocabulary::isCalled(description_, node, "Variable") && holds(node) &&
             isMeantFor(node, applicationName)) {
-            copyVariable(node, target);
+            copyVariable(node, set);
         }
     }
 }
@@ -51,7 +51,7 @@ bool UninstallOverrides::isMeantFor(std::int32_t node, std::string_view applicat
     return isListed;
 }
 
-void UninstallOverrides::copyVariable(std::int32_t node, VariableStore& target) {
+void UninstallOverrides::copyVariable(std::int32_t node, const Setter& set) {
     const std::optional<std::string_view> name = description_.getText(node);
     if (!name) {
         return;
@@ -59,7 +59,7 @@ void UninstallOverrides::copyVariable(std::int32_t node, VariableStore& target) 
     const std::string from(vocabulary::attributeOf(description_, node, "From").value_or(*name));
     const std::optional<VariableReading> found = source_.read(from, VariableLookup::kTextLimit);
     if (found && found->isStored()) {
-        target.set(*name, found->value);
+        set(*name, found->value);
     } else {
         debugLog_.line("WARNING: Trying to override uninstall variable with " +
                        std::string(found ? "a predefined one " : "nonexisting variable name ") + from);

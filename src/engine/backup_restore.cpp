@@ -33,6 +33,9 @@ public:
     void fileDone(std::string_view path, RestoreOutcome outcome, std::int64_t number, int status) override {
         const std::string line = std::string(lineStart(outcome)) + platform::writtenPath(path);
         report_.addLine(line, number % Report::kStepsPerFlush == 0);
+        if (outcome == RestoreOutcome::kLeft && questions_.onLeft) {
+            questions_.onLeft(path);
+        }
         if (outcome == RestoreOutcome::kFailed) {
             ++failures_;
             report_.addError(line);
@@ -65,9 +68,9 @@ private:
     std::int64_t failures_ = 0;
 };
 
-std::string failureNote(std::int64_t failures) {
-    return std::to_string(failures) + (failures == 1 ? " file" : " files") +
-           " could not be restored. The uninstallation can be repeated.";
+std::string failureNote(std::int64_t failures, std::string_view remedy) {
+    return std::to_string(failures) + (failures == 1 ? " file" : " files") + " could not be restored. " +
+           std::string(remedy);
 }
 
 }  // namespace
@@ -89,7 +92,7 @@ RestoreResult restoreBackupFile(std::string_view archivePath, platform::FileSyst
                     " can't be read to its end. Files that it may hold stay as they are.");
     }
     if (observer.failures() > 0) {
-        report.note(failureNote(observer.failures()));
+        report.note(failureNote(observer.failures(), questions.remedy));
     }
     return isWhole && observer.failures() == 0 ? RestoreResult::kDone : RestoreResult::kFailed;
 }

@@ -23,6 +23,10 @@ struct RestoreQuestions {
     // The plain file whose rights the restored one gets; empty for those of the file in its place, or of a
     // new one.
     std::function<std::string(std::string_view path)> rightsOf;
+    // Told of a file that stays as it is, because somebody has changed it.
+    std::function<void(std::string_view path)> onLeft;
+    // The end of the note that says how many files could not be restored.
+    std::string_view remedy = "The uninstallation can be repeated.";
 };
 
 // Restores the files of a backup archive and reports each file and the progress. Everything restored stays,

@@ -164,18 +164,59 @@ void EarlierInstallations::scanExternal() {
     }
 }
 
-bool EarlierInstallations::remove() {
+bool EarlierInstallations::remove(const Removers& removers) {
+    if (removalTried_) {
+        return isRemoved_;
+    }
     removalTried_ = true;
-    const std::string_view wish = parts_.model.controls.nameOf(ControlVariable::kShouldUninstall);
-    const std::string value = parts_.model.variables.get(wish).value_or("");
-    const bool isAnythingFound =
-        kind_ != kNoPreviousInstallation || legacyCount_ > 0 || !legacyLogFiles_.empty();
-    if (OUtils::textToInteger(value) == 0 || !isAnythingFound) {
+    if (!isWanted()) {
         return true;
     }
-    parts_.debugLog.line("ERROR: Earlier installations are not removed: this version can not do that");
-    setControl(ControlVariable::kUninstallError, "");
-    return false;
+    isRemoved_ = false;
+    const bool areRegisteredRemoved = removeRegistered(removers);
+    isRemoved_ = removeLogged(removers) && areRegisteredRemoved;
+    if (!isRemoved_) {
+        setControl(ControlVariable::kUninstallError, "");
+    }
+    return isRemoved_;
+}
+
+bool EarlierInstallations::isWanted() {
+    const std::string_view wish = parts_.model.controls.nameOf(ControlVariable::kShouldUninstall);
+    return OUtils::textToInteger(parts_.model.variables.get(wish).value_or("")) != 0;
+}
+
+bool EarlierInstallations::removeRegistered(const Removers& removers) {
+    bool isRemoved = true;
+    for (const std::int32_t node : childrenOf(kProductPath, "LegacyApplication")) {
+        const std::string name(tags_.textOf(node).value_or(""));
+        if (!name.empty() && parts_.system.findUninstallEntry(name, 0)) {
+            // What is left of an application can be removed again only by its entry.
+            const bool isDone = removers.product({name, "", false}) && removers.entry(name);
+            isRemoved = isDone && isRemoved;
+        }
+    }
+    const std::optional<std::string> ownName = parts_.model.product.fullName();
+    if (!ownName) {
+        throw InstallerError("ERROR: Could not obtain Application name");
+    }
+    return (!parts_.system.findUninstallEntry(*ownName, 0) || removers.product({*ownName, "", true})) &&
+           isRemoved;
+}
+
+bool EarlierInstallations::removeLogged(const Removers& removers) {
+    bool isRemoved = true;
+    if (kind_ != kLoggedInstallation && legacyLogCount_ <= legacyCount_) {
+        return isRemoved;
+    }
+    for (const LegacyLogFile& log : legacyLogFiles_) {
+        if (isPresent(log.logPath)) {
+            isRemoved = removers.product({log.applicationName, log.logPath, false}) && isRemoved;
+            parts_.debugLog.line("WARNING: Uninstalling previous installation using fallback logic : " +
+                                 log.applicationName + " (" + log.logPath + ")");
+        }
+    }
+    return isRemoved;
 }
 
 std::vector<std::int32_t> EarlierInstallations::childrenOf(std::string_view path,

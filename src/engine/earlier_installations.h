@@ -8,6 +8,7 @@
 
 #include "engine/description_tags.h"
 #include "engine/engine_parts.h"
+#include "engine/product_removal.h"
 
 enum class ControlVariable : std::int32_t;
 
@@ -42,10 +43,19 @@ public:
     // what was found.
     void findOthers(bool isActionLogSession);
 
-    // Takes away what was found, as far as the variable of the role ShouldUninstall isn't 0. This version has
-    // no removal: the log says so, and the variable of the role UninstallError is emptied. False when
-    // something would have to be removed.
-    bool remove();
+    // How products are removed, and entries from the list of installed applications: true when nothing of it
+    // is left.
+    struct Removers {
+        std::function<bool(const ProductRemoval::Request& request)> product;
+        std::function<bool(const std::string& applicationName)> entry;
+    };
+    // Takes away what was found, unless the variable of the role ShouldUninstall is 0 or missing: registered
+    // applications that the product replaces, the earlier version, and what only log files show. The earlier
+    // version is to be backed up where it is registered. The entries go of the applications that the product
+    // replaces; its own is left to its registration. False when any of it failed; the variable of the role
+    // UninstallError is emptied then. Throws what the removers throw, and InstallerError without a name of
+    // the product. Once for this object: later calls do nothing and give the same result.
+    bool remove(const Removers& removers);
 
     PreviousInstallationKind kind() const { return kind_; }
     bool wasRemovalTried() const { return removalTried_; }
@@ -62,6 +72,9 @@ private:
     void scanLegacyLog(std::int32_t node);
     void scanExternal();
 
+    bool isWanted();
+    bool removeRegistered(const Removers& removers);
+    bool removeLogged(const Removers& removers);
     std::vector<std::int32_t> childrenOf(std::string_view path, vocabulary::ElementName name) const;
     bool isPresent(const std::string& path);
     void setControl(ControlVariable role, std::string_view value);
@@ -72,5 +85,6 @@ private:
     std::int32_t legacyCount_ = 0;
     std::int32_t legacyLogCount_ = 0;  // logs of applications that the product replaces
     bool removalTried_ = false;
+    bool isRemoved_ = true;  // nothing is left that had to be removed
     std::vector<LegacyLogFile> legacyLogFiles_;
 };

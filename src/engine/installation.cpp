@@ -47,9 +47,7 @@ bool Installation::run(Report& report, const Preparation& prepare) {
     if (!DirectoryCheck(parts_, report).run() || !records.open()) {
         return refuse();
     }
-    if (prepare) {
-        prepare();
-    }
+    runPreparation(prepare, records);
     if (!records.begin()) {
         return refuse();
     }
@@ -59,6 +57,19 @@ bool Installation::run(Report& report, const Preparation& prepare) {
         // What was changed until then can be taken back only with its records.
         publish(records, report);
         reportEnd(report, true);
+        setErrorVariable();
+        throw;
+    }
+}
+
+void Installation::runPreparation(const Preparation& prepare, InstallationRecords& records) {
+    if (!prepare) {
+        return;
+    }
+    try {
+        prepare();
+    } catch (...) {
+        records.discard();
         setErrorVariable();
         throw;
     }
@@ -88,6 +99,7 @@ bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
 
 bool Installation::publish(InstallationRecords& records, Report& report) {
     const bool published = records.publish();
+    publishedLog_ = records.publishedLog();
     if (!published) {
         report.addError("FAILED to write the install log or the backup file");
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/action_log_writer.h"
+#include "engine/directory_check.h"
 #include "engine/engine_parts.h"
 #include "support/p_file_console.h"
 
@@ -30,8 +31,13 @@ public:
     //
     // Where a directory can't be recorded, or the records can't be opened, nothing is changed and the
     // variable is set in any case. An exception out of a step leaves the records published and the variable
-    // set.
+    // set; one out of the preparation leaves nothing but the variable.
     bool run(Report& report, const Preparation& prepare = {});
+    // Whether `run` would get beyond its look at the directories, as far as their variables are what they
+    // will be then. What it finds is reported.
+    bool isPossible(Report& report) { return DirectoryCheck(parts_, report).run(); }
+    // The action log of what `run` changed; empty before, and where nothing was recorded.
+    const std::string& publishedLog() const { return publishedLog_; }
 
     // Runs the actions of a container of the description; one that fails is only logged. Throws
     // InstallerError when a file can't be taken out of the cabinet.
@@ -53,6 +59,7 @@ private:
     using FailedPhases = std::vector<std::string_view>;
 
     bool refuse();
+    void runPreparation(const Preparation& prepare, InstallationRecords& records);
     bool makeChanges(ChangeJob& job, InstallationRecords& records);
     FailedPhases runPhases(ChangeJob& job);
     bool publish(InstallationRecords& records, Report& report);
@@ -65,5 +72,6 @@ private:
     EngineParts parts_;
     PFileConsole logFile_;
     ActionLogWriter log_;
+    std::string publishedLog_;
     bool isFinished_ = false;
 };

@@ -182,6 +182,7 @@ bool InstallationRecords::publish() {
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
     const bool archivePublished = publishFile("backup file", temporaryArchive_, archivePath());
     const bool logPublished = publishFile("install log", temporaryLog_, logPath);
+    publishedLog_ = logPublished ? logPath : temporaryLog_;
     if (written && logPublished && archivePublished) {
         removeEarlierArchive();
     }

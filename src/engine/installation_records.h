@@ -34,13 +34,16 @@ public:
     // could not be published stays under its temporary name, since it may hold the only copy of the user's
     // files; where is said on the screen.
     bool publish();
+    // Where the log is after that; empty where it was deleted, because the description gives it no path.
+    const std::string& publishedLog() const { return publishedLog_; }
+    // Removes what `open` made. For an installation that doesn't come to `begin`.
+    void discard();
 
 private:
     bool openLog();
     bool openArchive();
     void reportUnopened(const char* what, const std::string& path);
     std::string archivePath();
-    void discard();
     bool closeAll();
     bool publishFile(const char* what, const std::string& from, const std::string& to);
     void handOver(const char* what, const std::string& path);
@@ -56,4 +59,5 @@ private:
     RecordTakeover takeover_;
     std::string temporaryLog_;
     std::string temporaryArchive_;
+    std::string publishedLog_;
 };

@@ -68,7 +68,8 @@ Uninstallation::Uninstallation(const EngineParts& parts)
     : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
 
 void Uninstallation::prepare(PStream* log, const std::optional<std::string>& backupPath, Report& report) {
-    if (!isPrepared_) {
+    // In a session that installs, the actions may run long before there is a log, whose undo is a revert.
+    if (!isPrepared_ || (backupPath_.empty() && log != nullptr)) {
         isPrepared_ = true;
         if (backupPath) {
             backupPath_ = backupPath->substr(0, kPathLimit);

@@ -31,7 +31,7 @@ public:
 
     // Finds out where the backup archive is (from `backupPath`, or from the log without that) and runs the
     // actions of PreUninstall: each once for this object. `log` is the open action log; null without one,
-    // which is logged when the archive's path is wanted from it.
+    // which is logged when the archive's path is wanted from it, and which leaves that for a later call.
     void prepare(PStream* log, const std::optional<std::string>& backupPath, Report& report);
 
     // prepare, and then the walk. False when anything failed, the missing log included, or when `isToEnd`

@@ -32,7 +32,11 @@ constexpr bool kHasGraphicalFrontEnd = false;
 }  // namespace
 
 InstallerProgram::InstallerProgram(platform::Platform& platform)
-    : platform_(platform), log_(platform.files), services_(platform, debugLog_), answers_(platform.files) {}
+    : platform_(platform),
+      log_(platform.files),
+      services_(platform, debugLog_),
+      answers_(platform.files),
+      nestedSessions_(debugLog_) {}
 
 InstallerProgram::~InstallerProgram() {
     setActiveUI(nullptr);
@@ -62,7 +66,7 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
 }
 
 void InstallerProgram::makeSession() {
-    wini_ = std::make_unique<Wini>(platform_, services_, answers_, debugLog_,
+    wini_ = std::make_unique<Wini>(platform_, services_, answers_, nestedSessions_, debugLog_,
                                    WiniArguments{debugLog_.level(), options_.gui, options_.ignoreErrors});
     setActiveInstaller(wini_.get());
     wini_->setConfigFile(options_.configFile.value_or(""));

@@ -10,6 +10,7 @@
 #include "session/command_line_parameters.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
+#include "wini/nested_sessions.h"
 #include "wini/system_services.h"
 
 class ConsoleUI;
@@ -60,6 +61,7 @@ private:
     DebugLog debugLog_;
     SystemServices services_;
     AnswersFile answers_;
+    NestedSessions nestedSessions_;
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<ConsoleUI> ui_;
 };

@@ -8,9 +8,10 @@
 #include "description/answers_file.h"
 #include "description/unknown_names.h"
 #include "engine/action_log_reader.h"
-#include "engine/log_head.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
+#include "platform/written_path.h"
+#include "session/logged_variables.h"
 #include "support/utilities.h"
 
 namespace {
@@ -25,13 +26,13 @@ std::string readingError(int status) {
 }  // namespace
 
 Installer::Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
-                     DebugLog log)
-    : SessionState(machine.files, log),
+                     NestedSessionFactory& nestedSessions, DebugLog log)
+    : SessionState(machine, log),
       machine_(machine),
       system_(system),
       answers_(answers),
       model_(machine, system, answers, log),
-      work_(*this, model_, machine, system),
+      work_(*this, model_, machine, system, nestedSessions),
       walk_({model_.dialogs, model_.variables.controls(), model_.variables.store(),
              model_.variables.expressions()},
             work_, machine.files, log) {
@@ -121,7 +122,7 @@ bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
     }
     debugLog.line("Reading previous installation variables");
     // Neither a few bad lines nor a log without its variables prevent uninstalling: the records are enough.
-    if (!importVariablesFromLog()) {
+    if (!importLoggedVariables(*actionLogFile, model_.variables.store(), debugLog)) {
         debugLog.line("ERROR: Failed to read variables from log");
     }
     debugLog.line("Reading installation file");
@@ -132,21 +133,6 @@ bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
         return refuseStart(ui, *path + ": " + readingError(status));
     }
     return true;
-}
-
-bool Installer::importVariablesFromLog() {
-    try {
-        return ActionLogReader(actionLogFile.get(), debugLog)
-            .readVariables([this](const std::string& name, const std::string& value) {
-                model_.variables.store().set(name, value);
-            });
-    } catch (const GenericError& error) {
-        debugLog.line(error.what());
-    }
-    for (const auto& [name, value] : readLogHead(*actionLogFile).variables) {
-        model_.variables.store().set(name, value);
-    }
-    return false;
 }
 
 bool Installer::readDescriptionFromCabinet(InstallerUI& ui, std::string& outText) {
@@ -208,6 +194,7 @@ int Installer::runUI(InstallerUI& ui) {
         walk_.state().anyFailed = true;  // the front end says next how the run ended
     }
     sayWhyNothingWasDone(ui, result);
+    sayWhatStays(ui);
     debugLog.line("Ending installation UI");
     ui.finish();
     if (result != 0) {
@@ -235,23 +222,19 @@ void Installer::reportError(InstallerUI& ui, std::string_view text) {
     ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
 }
 
+// Its name is nothing that anybody could guess.
+void Installer::sayWhatStays(InstallerUI& ui) {
+    if (removed.isOnlyCopy) {
+        ui.addMessage("An earlier version was removed and isn't completely back.");
+        for (const std::string& place : removed.places()) {
+            ui.addMessage(place);
+        }
+    }
+}
+
 int Installer::releaseSession() {
     cabinet.clear();
     actionLogFile.reset();
-    for (const UninstallBackup& backup : uninstallBackups) {
-        removeIfNamed(backup.archivePath);
-        removeIfNamed(backup.directoriesPath);
-    }
-    uninstallBackups.clear();
-    // Unlike the list above, this one keeps its entries.
-    for (const NestedBackup& backup : nestedBackups) {
-        removeIfNamed(backup.copyPath);
-    }
+    removed.release();
     return 0;
-}
-
-void Installer::removeIfNamed(const std::string& path) {
-    if (!path.empty()) {
-        machine_.files.removeFile(path);
-    }
 }

@@ -21,7 +21,7 @@ class Installer : public InstallExchangeInfo, protected SessionState {
 public:
     // All of it is borrowed and outlives the session, except the log, which is shared.
     Installer(const platform::Platform& machine, SystemOperations& system, AnswersFile& answers,
-              DebugLog log);
+              NestedSessionFactory& nestedSessions, DebugLog log);
 
     // Called before everything else. The console is borrowed and may be null: then nothing is logged.
     void setConsole(PConsole* console, std::int32_t level);
@@ -44,7 +44,8 @@ public:
     // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
     // session couldn't start or an exception left a step, which is logged and shown. Throws nothing.
     int run(InstallerUI* ui, PConsole* console);
-    // Frees the cabinet, closes the action log and deletes what the session kept for a revert. 0.
+    // Frees the cabinet, closes the action log and deletes what the session kept for a revert, unless that is
+    // all that is left of an earlier installation: `run` has said then where it is. 0.
     int releaseSession();
 
     // Product texts.
@@ -147,15 +148,13 @@ private:
     bool readDescription(InstallerUI& ui);
     bool readDescriptionFromLog(InstallerUI& ui, std::string& outText);
     bool readDescriptionFromCabinet(InstallerUI& ui, std::string& outText);
-    // False when the log doesn't give all of them.
-    bool importVariablesFromLog();
     bool loadDefaultValues(InstallerUI& ui);
     void remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath);
 
     int runUI(InstallerUI& ui);
     void sayWhyNothingWasDone(InstallerUI& ui, int result);
+    void sayWhatStays(InstallerUI& ui);
     void reportError(InstallerUI& ui, std::string_view text);
-    void removeIfNamed(const std::string& path);
 
     platform::Platform machine_;
     SystemOperations& system_;

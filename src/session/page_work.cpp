@@ -1,6 +1,7 @@
 #include "session/page_work.h"
 
 #include "base/path_functions.h"
+#include "contracts/nested_session.h"
 #include "contracts/system_operations.h"
 #include "engine/directory_check.h"
 #include "engine/uninstall_command.h"
@@ -18,14 +19,17 @@ EngineParts engineParts(SessionState& state, SessionModel& model, const platform
 }  // namespace
 
 PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Platform& machine,
-                   SystemOperations& system)
+                   SystemOperations& system, NestedSessionFactory& nestedSessions)
     : state_(state),
       model_(model),
       machine_(machine),
       system_(system),
+      nestedSessions_(nestedSessions),
       earlier_(engineParts(state, model, machine, system)),
       installation_(engineParts(state, model, machine, system)),
       uninstallation_(engineParts(state, model, machine, system)),
+      removal_(engineParts(state, model, machine, system), nestedSessions, state.removed, state.errorList),
+      revert_(engineParts(state, model, machine, system), state.removed),
       programs_(DescriptionTags(model.description, model.variables.expressions()), system),
       products_(DescriptionTags(model.description, model.variables.expressions()), system) {}
 
@@ -75,16 +79,52 @@ void PageWork::normalizeFields(DialogDesc& page) {
 
 bool PageWork::installProduct(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return installation_.run(report, [this] {
+    const bool isInstalled = installation_.run(report, [&] {
         if (!earlier_.wasRemovalTried()) {
-            earlier_.remove();  // an old version that can't be removed doesn't stop the new one
+            removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
         }
     });
+    if (isInstalled) {
+        state_.removed.isOnlyCopy = false;
+    }
+    return isInstalled;
 }
 
-bool PageWork::refuse(std::string_view work) {
-    state_.debugLog.line("ERROR: " + std::string(work) + " is not carried out: this version can not do that");
-    return false;
+// No page comes after an error that ends the session, so what was removed until then comes back at once.
+bool PageWork::removeEarlier(Report& report) {
+    try {
+        return tryToRemoveEarlier(report);
+    } catch (...) {
+        if (!state_.removed.isEmpty()) {
+            revert_.revertUninstallation(report);
+        }
+        throw;
+    }
+}
+
+bool PageWork::tryToRemoveEarlier(Report& report) {
+    const bool isReversible = (state_.sessionFlags & kSessionBackup) != 0;
+    EarlierInstallations::Removers removers;
+    removers.product = [&](ProductRemoval::Request request) {
+        request.isReversible = isReversible;
+        request.isBackedUp = request.isBackedUp && isReversible;
+        return removal_.remove(request, report);
+    };
+    removers.entry = [this](const std::string& application) {
+        return reversibleSystem().removeUninstallEntry(application);
+    };
+    return earlier_.remove(removers);
+}
+
+// What is registered after a removal is taken back with it.
+SystemOperations& PageWork::reversibleSystem() {
+    if (!state_.removed.isOpen()) {
+        return system_;
+    }
+    if (reversibleSystem_ == nullptr) {
+        reversibleSystem_ = nestedSessions_.makeServices(state_.removed.openMachine());
+    }
+    return *reversibleSystem_;
 }
 
 bool PageWork::prepareUninstall(InstallerUI& ui) {
@@ -98,21 +138,26 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
     return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
 }
 
-bool PageWork::uninstallPrevious(InstallerUI&) {
-    return earlier_.remove();
+// An installation that is known to fail must not cost the earlier version.
+bool PageWork::uninstallPrevious(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return installation_.isPossible(report) && removeEarlier(report);
 }
 
-bool PageWork::revertInstallation(InstallerUI&) {
-    return refuse("The revert of the installation");
+bool PageWork::revertInstallation(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return revert_.revertInstallation(state_.isActionLogSession() ? "" : installation_.publishedLog(),
+                                      uninstallation_, report);
 }
 
-bool PageWork::revertUninstallation(InstallerUI&) {
-    return refuse("The revert of the uninstallation");
+bool PageWork::revertUninstallation(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return revert_.revertUninstallation(report);
 }
 
 bool PageWork::registerApplication() {
     const auto entry = applicationEntryOf(model_.product, state_.debugLog);
-    return entry && system_.registerApplication(*entry);
+    return entry && reversibleSystem().registerApplication(*entry);
 }
 
 bool PageWork::unregisterApplication() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -7,21 +8,24 @@
 #include "engine/earlier_installations.h"
 #include "engine/external_products.h"
 #include "engine/installation.h"
+#include "engine/product_removal.h"
+#include "engine/revert.h"
 #include "engine/running_programs.h"
 #include "engine/uninstallation.h"
 
+class NestedSessionFactory;
 class Report;
 class SessionModel;
 struct DialogDesc;
 struct SessionState;
 
 // The session's side of the pages that do work. It makes the report of each job and hands the job to the
-// engine. Work that this version doesn't support is refused: the log says so and the result is a failure.
+// engine.
 class PageWork : public PageActions {
 public:
     // All of them are borrowed and outlive this object.
     PageWork(SessionState& state, SessionModel& model, const platform::Platform& machine,
-             SystemOperations& system);
+             SystemOperations& system, NestedSessionFactory& nestedSessions);
 
     EarlierInstallations& earlier() { return earlier_; }
     Installation& installation() { return installation_; }
@@ -54,15 +58,21 @@ private:
     Report reportTo(InstallerUI& ui);
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
-    bool refuse(std::string_view work);
+    bool removeEarlier(Report& report);
+    bool tryToRemoveEarlier(Report& report);
+    SystemOperations& reversibleSystem();
 
     SessionState& state_;
     SessionModel& model_;
     platform::Platform machine_;
     SystemOperations& system_;
+    NestedSessionFactory& nestedSessions_;
+    std::unique_ptr<SystemOperations> reversibleSystem_;  // on the machine of the backups, if that is open
     EarlierInstallations earlier_;
     Installation installation_;
     Uninstallation uninstallation_;
+    ProductRemoval removal_;
+    Revert revert_;
     RunningPrograms programs_;
     ExternalProducts products_;
 };

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
+#include "engine/removal_backups.h"
 #include "engine/report.h"
 #include "package/cabinet.h"
 #include "session/session_flags.h"
@@ -13,22 +13,10 @@
 
 class CommandLineArguments;
 
-// The saved state of an installation that was removed for this one.
-struct UninstallBackup {
-    std::string productName;
-    std::string archivePath;
-    std::string directoriesPath;
-};
-
-// A backup archive of an installation that was removed, and its copy.
-struct NestedBackup {
-    std::string originalPath;
-    std::string copyPath;
-};
-
 // What a session knows besides its description. For the session's thread only.
 struct SessionState {
-    SessionState(platform::FileSystem& files, DebugLog log) : debugLog(log), cabinet(files, log) {}
+    SessionState(const platform::Platform& machine, DebugLog log)
+        : debugLog(log), cabinet(machine.files, log), removed(machine) {}
 
     DebugLog debugLog;
     Cabinet cabinet;
@@ -39,8 +27,7 @@ struct SessionState {
     std::string applicationPath;                       // overrides the program's directory when set
     std::string configFile;                            // of answers; empty without one
     ErrorList errorList;
-    std::vector<NestedBackup> nestedBackups;        // the copies are deleted at the session's end
-    std::vector<UninstallBackup> uninstallBackups;  // deleted at the session's end
+    RemovalBackups removed;  // of earlier installations
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }
 };

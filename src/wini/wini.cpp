@@ -23,9 +23,9 @@ bool take(RecordedResult result, std::string& outUndo) {
 
 }  // namespace
 
-Wini::Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
-           const WiniArguments& arguments)
-    : Installer(machine, services, answers, log),
+Wini::Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers,
+           NestedSessionFactory& nestedSessions, DebugLog log, const WiniArguments& arguments)
+    : Installer(machine, services, answers, nestedSessions, log),
       machine_(machine),
       services_(services),
       programs_(machine.processes, machine.shell, log),

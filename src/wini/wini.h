@@ -26,9 +26,10 @@ struct WiniArguments {
 // so does `ui`. An undo text is what the operation reads that takes the change back.
 class Wini : public Installer {
 public:
-    // What the platform refers to, the services and the answers are borrowed and outlive the session.
-    Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers, DebugLog log,
-         const WiniArguments& arguments);
+    // What the platform refers to, the services, the answers and the maker of second sessions are borrowed
+    // and outlive the session.
+    Wini(const platform::Platform& machine, SystemServices& services, AnswersFile& answers,
+         NestedSessionFactory& nestedSessions, DebugLog log, const WiniArguments& arguments);
 
     // Cut to 1,559 bytes; empty: none.
     void setConfigFile(std::string_view path) { configFile = path.substr(0, kConfigFileLimit); }

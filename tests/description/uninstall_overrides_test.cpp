@@ -12,7 +12,9 @@ protected:
     std::string apply(const std::string& elements, std::string_view application = "") {
         parse("<TandrelGroupInstallation><Installation>" + elements +
               "</Installation></TandrelGroupInstallation>");
-        UninstallOverrides(document_, variables_, expressions_, console_).apply(target_, application);
+        UninstallOverrides(document_, variables_, expressions_, console_)
+            .apply([this](std::string_view name, std::string_view value) { target_.set(name, value); },
+                   application);
         return target_.get("TARGET").value_or("(none)");
     }
 

@@ -1,5 +1,8 @@
 #include "engine/earlier_installations.h"
 
+#include <set>
+
+#include "base/errors.h"
 #include "engine_fixture.h"
 
 namespace {
@@ -59,7 +62,7 @@ TEST_F(EarlierInstallationsTest, KeepsWhatItFoundOnceTheRemovalWasTried) {
     describe(std::string(kProduct) + "</ProductDesc>");
     earlier_.findRegistered(false);
     EXPECT_FALSE(earlier_.wasRemovalTried());
-    earlier_.remove();
+    earlier_.remove({});
     EXPECT_TRUE(earlier_.wasRemovalTried());
     system_.installed.clear();
     earlier_.findRegistered(false);
@@ -205,57 +208,171 @@ TEST_F(EarlierVariablesTest, WarnsOfExternalInstallationsWithoutAVariable) {
         "WARNING: External legacy installation variable is not specified and installations were found!"));
 }
 
-class EarlierRemovalTest : public EarlierVariablesTest {};
+class EarlierRemovalTest : public EarlierVariablesTest {
+protected:
+    void describeProduct(const std::string& more, const std::string& uninstall = "") {
+        describe(std::string(kProduct) + more + "</ProductDesc>" + kRoles + "<Installation><Uninstall>" +
+                 uninstall + "</Uninstall></Installation>");
+        earlier_.findRegistered(false);
+        earlier_.findOthers(false);
+        variables_.set("SHOULD", "1");
+        variables_.set("UNINSTALL_ERROR", "old");
+        log_.clear();
+    }
+    bool remove() {
+        removals_.clear();
+        return earlier_.remove(
+            {[this](const ProductRemoval::Request& request) {
+                 removals_.push_back(request.applicationName +
+                                     (request.logPath.empty() ? "" : " by " + request.logPath) +
+                                     (request.isBackedUp ? ", backed up" : ""));
+                 if (!request.logPath.empty()) {
+                     files_.removeFile(request.logPath);
+                 }
+                 return !staying_.contains(request.applicationName);
+             },
+             [this](const std::string& name) { return system_.removeUninstallEntry(name); }});
+    }
+
+    std::vector<std::string> removals_;
+    std::set<std::string> staying_;
+};
 
 TEST_F(EarlierRemovalTest, RemovesNothingUnlessAskedTo) {
     system_.installed = {{"Demo", "", false, ""}};
-    describeDemo();
-    earlier_.findRegistered(false);
-    log_.clear();
+    describeProduct("");
     for (const char* wish : {"", "0"}) {
+        EarlierInstallations asked(parts_);
         variables_.set("SHOULD", wish);
-        EXPECT_TRUE(earlier_.remove());
+        EXPECT_TRUE(asked.remove({[](const ProductRemoval::Request& request) {
+                                      ADD_FAILURE() << request.applicationName;
+                                      return false;
+                                  },
+                                  {}}));
+        EXPECT_TRUE(asked.wasRemovalTried());
     }
-    EXPECT_TRUE(earlier_.wasRemovalTried());
     EXPECT_TRUE(log_.lines().empty());
+}
+
+TEST_F(EarlierRemovalTest, RemovesOnceInASession) {
+    system_.installed = {{"Demo", "", false, ""}};
+    staying_ = {"Demo"};
+    describeProduct("");
+    EXPECT_FALSE(remove());
+    EXPECT_EQ(removals_.size(), 1U);
+    EXPECT_FALSE(remove());
+    EXPECT_TRUE(removals_.empty());
+}
+
+TEST_F(EarlierRemovalTest, RemovesNothingWithoutAVariableThatSaysSo) {
+    system_.installed = {{"Demo", "", false, ""}};
+    describe(std::string(kProduct) + "</ProductDesc>");
+    EXPECT_TRUE(remove());
+    EXPECT_TRUE(removals_.empty());
 }
 
 TEST_F(EarlierRemovalTest, HasNothingToDoWithoutEarlierInstallations) {
-    describeDemo();
-    variables_.set("SHOULD", "1");
-    EXPECT_TRUE(earlier_.remove());
-    EXPECT_TRUE(log_.lines().empty());
+    describeProduct("<LegacyApplication>Old Demo</LegacyApplication>");
+    EXPECT_TRUE(remove());
+    EXPECT_TRUE(removals_.empty());
+    EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "old");
 }
 
-TEST_F(EarlierRemovalTest, LogsThatItCannotRemoveARegisteredInstallation) {
+TEST_F(EarlierRemovalTest, RemovesTheEarlierVersionAndKeepsItsEntry) {
     system_.installed = {{"Demo", "", false, ""}};
-    describeDemo();
-    earlier_.findRegistered(false);
-    variables_.set("UNINSTALL_ERROR", "old");
-    log_.clear();
-    EXPECT_FALSE(earlier_.remove());
+    describeProduct("");
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, std::vector<std::string>{"Demo, backed up"});
+    EXPECT_EQ(system_.installed.size(), 1U);
+}
+
+TEST_F(EarlierRemovalTest, RemovesFormerNamesWithTheirEntriesBeforeTheOwnOne) {
+    system_.installed = {{"Demo", "", false, ""}, {"First", "", false, ""}, {"Second", "", false, ""}};
+    describeProduct(
+        "<LegacyApplication>Second</LegacyApplication><LegacyApplication/>"
+        "<LegacyApplication>None</LegacyApplication><LegacyApplication>First</LegacyApplication>");
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, (std::vector<std::string>{"Second", "First", "Demo, backed up"}));
+    ASSERT_EQ(system_.installed.size(), 1U);
+    EXPECT_EQ(system_.installed[0].name, "Demo");
+}
+
+TEST_F(EarlierRemovalTest, GoesOnAfterAFailureAndReportsIt) {
+    system_.installed = {{"Demo", "", false, ""}, {"First", "", false, ""}};
+    staying_ = {"First"};
+    describeProduct("<LegacyApplication>First</LegacyApplication>");
+    EXPECT_FALSE(remove());
+    EXPECT_EQ(removals_, (std::vector<std::string>{"First", "Demo, backed up"}));
     EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "");
-    EXPECT_EQ(log_.lines(),
-              std::vector<std::string>{
-                  "ERROR: Earlier installations are not removed: this version can not do that"});
 }
 
-TEST_F(EarlierRemovalTest, FailsForALegacyApplication) {
-    system_.installed = {{"Old Demo", "", false, ""}};
-    describe(std::string(kProduct) + "<LegacyApplication>Old Demo</LegacyApplication></ProductDesc>" +
-             kRoles);
-    earlier_.findRegistered(false);
-    EXPECT_FALSE(earlier_.remove());
+TEST_F(EarlierRemovalTest, LeavesTheEntryOfAnApplicationThatIsNotGone) {
+    system_.installed = {{"First", "", false, ""}};
+    staying_ = {"First"};
+    describeProduct("<LegacyApplication>First</LegacyApplication>");
+    EXPECT_FALSE(remove());
+    EXPECT_EQ(system_.installed.size(), 1U);
 }
 
-TEST_F(EarlierRemovalTest, FailsForALog) {
+TEST_F(EarlierRemovalTest, FailsWhenAnEntryStays) {
+    system_.installed = {{"First", "", false, ""}};
+    system_.removalWorks = false;
+    describeProduct("<LegacyApplication>First</LegacyApplication>");
+    EXPECT_FALSE(remove());
+}
+
+TEST_F(EarlierRemovalTest, FallsBackOnTheLogOfAVersionWithoutAnEntry) {
+    files_.addFile("/app/install.log", "x");
+    describeProduct("", "<InstallLogFile>/app/install.log</InstallLogFile>");
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, std::vector<std::string>{"Demo by \\app\\install.log"});
+    EXPECT_EQ(log_.lines(), std::vector<std::string>{"WARNING: Uninstalling previous installation using "
+                                                     "fallback logic : Demo (\\app\\install.log)"});
+}
+
+TEST_F(EarlierRemovalTest, FallsBackOnLogsOfFormerNamesThatTheListHasLost) {
+    system_.installed = {{"A", "", false, ""}};
+    for (const char* log : {"/old/a.log", "/old/b.log"}) {
+        files_.addFile(log, "x");
+    }
+    describeProduct("<LegacyApplication>A</LegacyApplication>",
+                    "<LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>"
+                    "<LegacyInstallLogFile AppName='B'>/old/b.log</LegacyInstallLogFile>");
+    files_.removeFile("/old/a.log");  // as the removal of A does
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, (std::vector<std::string>{"A", "B by \\old\\b.log"}));
+}
+
+TEST_F(EarlierRemovalTest, LooksAtNoLogWhereTheListKnowsAll) {
+    system_.installed = {{"A", "", false, ""}};
     files_.addFile("/old/a.log", "x");
-    describe(std::string(kProduct) + "</ProductDesc>" + kRoles +
-             "<Installation><Uninstall><LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>"
-             "</Uninstall></Installation>");
-    earlier_.findOthers(false);
+    describeProduct("<LegacyApplication>A</LegacyApplication>",
+                    "<LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>");
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, std::vector<std::string>{"A"});
+}
+
+// The scan for other makers' products comes later and has a count of its own.
+TEST_F(EarlierRemovalTest, CountsLogsApartFromOtherMakersProducts) {
+    system_.installed = {{"Tool", "", false, ""}, {"A", "", false, ""}};
+    files_.addFile("/old/a.log", "x");
+    describeProduct(
+        "<LegacyApplication>A</LegacyApplication><ExternalLegacyApplication>Tool</ExternalLegacyApplication>"
+        "<ExternalLegacyApplication>Tool</ExternalLegacyApplication>",
+        "<LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>");
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, std::vector<std::string>{"A"});
+}
+
+TEST_F(EarlierRemovalTest, NeedsANameOfTheProduct) {
+    describe(std::string("<ProductDesc></ProductDesc>") + kRoles);
     variables_.set("SHOULD", "1");
-    EXPECT_FALSE(earlier_.remove());
+    try {
+        remove();
+        ADD_FAILURE() << "no error";
+    } catch (const InstallerError& error) {
+        EXPECT_STREQ(error.what(), "ERROR: Could not obtain Application name");
+    }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "package/package_writer.h"
 #include "session/session_flags.h"
 #include "user_acts.h"
+#include "wini/nested_sessions.h"
 #include "wini/wini.h"
 
 namespace {
@@ -49,7 +50,9 @@ bool runSession(platform::Platform platform, const char* path, std::uint32_t fla
     const DebugLog debugLog(log);
     SystemServices services(platform, debugLog);
     AnswersFile answers(platform.files);
-    auto session = std::make_unique<Wini>(platform, services, answers, debugLog, WiniArguments());
+    NestedSessions nestedSessions(debugLog);
+    auto session =
+        std::make_unique<Wini>(platform, services, answers, nestedSessions, debugLog, WiniArguments());
     WalkingUI ui(*session);
     if (session->loadCabinet(path, 0, flags) != 0) {
         return false;

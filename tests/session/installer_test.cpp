@@ -1,6 +1,9 @@
 #include "session/installer.h"
 
+#include <gmock/gmock.h>
+
 #include "base/shared_buffer.h"
+#include "platform/written_path.h"
 #include "session/command_line_parameters.h"
 #include "session_fixture.h"
 
@@ -367,16 +370,6 @@ TEST_F(InstallerTest, InstallsFromTheWalk) {
     EXPECT_TRUE(files_.hasFile("/app/backup.bin"));
 }
 
-TEST_F(InstallerTest, SaysWhichWorkItDoesNotHave) {
-    load(document(std::string(kProduct) +
-                  "<Dialogs><Hello/><RevertInstallation/><End Special='Finish'/></Dialogs><DefValues/>"));
-    ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
-    EXPECT_EQ(run(), 0);
-    EXPECT_TRUE(log_.hasLine(
-        "ERROR: The revert of the installation is not carried out: this version can not do that"));
-    EXPECT_TRUE(session_.hasErrors());
-}
-
 // The rest of the life.
 
 TEST_F(InstallerTest, ReleasesCabinetLogAndKeptFiles) {
@@ -384,16 +377,40 @@ TEST_F(InstallerTest, ReleasesCabinetLogAndKeptFiles) {
     files_.addFile("/tmp/a", "x");
     files_.addFile("/tmp/d", "x");
     files_.addFile("/tmp/n", "x");
-    session_.uninstallBackups = {{"Old", "/tmp/a", "/tmp/d"}, {"None", "", ""}};
-    session_.nestedBackups = {{"/app/backup.bin", "/tmp/n"}};
+    session_.removed.uninstallBackups = {{"Old", "/tmp/a", "/tmp/d"}, {"None", "", ""}};
+    session_.removed.nestedBackups = {{"/app/backup.bin", "/tmp/n"}};
     EXPECT_EQ(session_.releaseSession(), 0);
     EXPECT_FALSE(files_.hasFile("/tmp/a"));
     EXPECT_FALSE(files_.hasFile("/tmp/d"));
     EXPECT_FALSE(files_.hasFile("/tmp/n"));
-    EXPECT_TRUE(session_.uninstallBackups.empty());
-    EXPECT_EQ(session_.nestedBackups.size(), 1U);
+    EXPECT_TRUE(session_.removed.uninstallBackups.empty());
+    EXPECT_EQ(session_.removed.nestedBackups.size(), 1U);
     SharedBuffer buffer;
     EXPECT_EQ(session_.readAlias(buffer, "install.xml", nullptr), -1);
+}
+
+TEST_F(InstallerTest, KeepsWhatIsLeftOfAnEarlierInstallationAndSaysWhere) {
+    load(minimal());
+    for (const char* path : {"/tmp/a", "/tmp/d", "/tmp/n"}) {
+        files_.addFile(path, "x");
+    }
+    session_.removed.uninstallBackups = {{"Old", "/tmp/a", "/tmp/d"}};
+    session_.removed.nestedBackups = {{"/app/backup.bin", "/tmp/n"}};
+    session_.removed.isOnlyCopy = true;
+    run();
+    EXPECT_EQ(session_.releaseSession(), 0);
+    for (const char* path : {"/tmp/a", "/tmp/d", "/tmp/n"}) {
+        EXPECT_TRUE(files_.hasFile(path)) << path;
+    }
+    const std::vector<std::string> messages = ui_.callsOf("addMessage");
+    const auto saying = [](const std::string& text) { return "addMessage(\"" + text + "\")"; };
+    EXPECT_THAT(messages,
+                testing::Contains(saying("An earlier version was removed and isn't completely back.")));
+    EXPECT_THAT(messages, testing::Contains(
+                              saying("The files of Old are in " + platform::writtenPath("/tmp/a") +
+                                     ", its directories are listed in " + platform::writtenPath("/tmp/d"))));
+    EXPECT_THAT(messages, testing::Contains(saying(platform::writtenPath("/app/backup.bin") + " is in " +
+                                                   platform::writtenPath("/tmp/n"))));
 }
 
 TEST_F(InstallerTest, ClosesTheActionLogAtTheEnd) {

@@ -143,7 +143,7 @@ TEST_F(PageWorkFinishTest, PutsTheFileBesideTheProgramOrIntoTheDirectoryThatWasS
         machine.files.addFile("/package", files_.content("/package"));
         InstallingSystem system(machine.files);
         AnswersFile answers(machine.files);
-        TestSession session(machine.bundle(), system, answers, DebugLog());
+        TestSession session(machine.bundle(), system, answers, nested_, DebugLog());
         session.setApplicationPath(directory.c_str());
         ASSERT_EQ(session.loadCabinet("/package", 0, kSessionBackup), 0);
         ui_.script = [&] { return session.dialogNext(&ui_, 1); };

@@ -1,5 +1,9 @@
 #include "session/page_work.h"
 
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
 #include "session_fixture.h"
 
 namespace {
@@ -31,10 +35,6 @@ protected:
         const int result = run();
         return result == 0 && !session_.navigation().lastWorkFailed;
     }
-    bool refused(const std::string& work) {
-        return log_.hasLine("ERROR: " + work + " is not carried out: this version can not do that");
-    }
-
     // What the system was asked to do, without the looks at its list of applications.
     std::vector<std::string> registrations() const {
         std::vector<std::string> calls;
@@ -54,17 +54,137 @@ protected:
     static constexpr char kUnregisterFirst[] = "UnregisterApplication Special='AutoNext'/><CopyProgress";
     static constexpr char kUnregisterLast[] = "CopyProgress Special='AutoNext'/><UnregisterApplication";
 
+    static constexpr char kInstallable[] =
+        "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
+        "<UninstallWildcards><F Dest='/app'>install.log</F></UninstallWildcards></Installation>"
+        "<FileSet Name='S'><FN Dest='/app'>install.xml</FN></FileSet>";
+    static constexpr char kFailing[] =
+        "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
+        "</Installation><FileSet Name='S'><FN Dest='/app'>install.xml</FN><FN "
+        "Dest='/app'>gone</FN></FileSet>";
+
+    // An earlier version, which a second session takes away.
+    void installVersionOne() {
+        files_.addFile("/app/tool", "version 1");
+        files_.addFile("/app/install.log", "/x\r\n/y\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app/tool\r\n");
+        system_.installed = {{"Demo", "", false, "/app/install.log"}};
+        nested_.onUninstall = [this](const platform::Platform& machine) {
+            if (nested_.isRemoved) {
+                machine.files.removeFile("/app/tool");
+            }
+        };
+    }
+    bool upgradeTo(const std::string& page, const std::string& more) {
+        beforePage_ = [this] {
+            session_.setVariable("SHOULD", "1");
+            whenUpgrading_();
+        };
+        return walkTo(page, more);
+    }
+
     std::function<void()> beforePage_;
+    std::function<void()> whenUpgrading_ = [] {};
 };
 
-TEST_F(PageWorkTest, RefusesWhatItDoesNotHave) {
+TEST_F(PageWorkTest, FailsARevertThatHasNothingToTakeBack) {
     EXPECT_FALSE(walkTo("RevertInstallation"));
-    EXPECT_TRUE(refused("The revert of the installation"));
+    EXPECT_TRUE(log_.hasLine("Reverting installation!"));
 }
 
-TEST_F(PageWorkTest, RefusesTheRevertOfAnUninstallation) {
-    EXPECT_FALSE(walkTo("RevertUninstallation"));
-    EXPECT_TRUE(refused("The revert of the uninstallation"));
+TEST_F(PageWorkTest, HasNothingToBringBackWhereNothingWasRemoved) {
+    EXPECT_TRUE(walkTo("RevertUninstallation"));
+    EXPECT_TRUE(log_.hasLine("Reverting uninstallation"));
+}
+
+TEST_F(PageWorkTest, TakesBackWhatItInstalled) {
+    EXPECT_TRUE(walkTo("CopyProgress Special='AutoNext'/><RevertInstallation", kInstallable));
+    EXPECT_FALSE(files_.hasFile("/app/install.xml"));
+    EXPECT_FALSE(files_.hasFile("/app/install.log"));
+}
+
+// Its log would be taken for that of this session.
+TEST_F(PageWorkTest, LeavesAVersionAloneThatItDidNotInstall) {
+    files_.addFile("/app/tool", "version 1");
+    files_.addFile("/app/install.log", "/x\r\n/y\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app/tool\r\n");
+    system_.temporaryNamesLeft = 0;
+    EXPECT_FALSE(walkTo("CopyProgress Special='AutoNext'/><RevertInstallation", kInstallable));
+    EXPECT_TRUE(files_.hasFile("/app/tool"));
+    EXPECT_TRUE(files_.hasFile("/app/install.log"));
+}
+
+TEST_F(PageWorkTest, BringsBackWhatWasRemovedForAFailedInstallation) {
+    installVersionOne();
+    EXPECT_FALSE(upgradeTo("CopyProgress Special='AutoNext'/><RevertInstallation", kFailing));
+    EXPECT_EQ(files_.content("/app/tool"), "version 1");
+    EXPECT_FALSE(files_.hasFile("/app/install.xml"));
+    EXPECT_FALSE(session_.removed.isOnlyCopy);
+}
+
+TEST_F(PageWorkTest, NeedsNoBackupAfterAnInstallationThatWorked) {
+    installVersionOne();
+    EXPECT_TRUE(upgradeTo("CopyProgress", kInstallable));
+    EXPECT_EQ(session_.removed.uninstallBackups.size(), 1U);
+    EXPECT_FALSE(session_.removed.isOnlyCopy);
+}
+
+TEST_F(PageWorkTest, KeepsTheBackupOfAVersionThatIsNotReplaced) {
+    installVersionOne();
+    EXPECT_FALSE(upgradeTo("CopyProgress", kFailing));
+    EXPECT_TRUE(session_.removed.isOnlyCopy);
+    EXPECT_THAT(ui_.callsOf("addMessage(\"An earlier version was removed and isn't completely back."),
+                testing::SizeIs(1));
+}
+
+TEST_F(PageWorkTest, MakesNoBackupWhereTheSessionHasNone) {
+    installVersionOne();
+    whenUpgrading_ = [this] { session_.sessionFlags = 0; };
+    EXPECT_TRUE(upgradeTo("Uninstall", kInstallable));
+    EXPECT_TRUE(session_.removed.uninstallBackups.empty());
+    EXPECT_TRUE(log_.hasLine("Skipping creation of uninstall backup file for \"Demo\""));
+    EXPECT_FALSE(files_.hasFile("/app/tool"));
+}
+
+TEST_F(PageWorkTest, RemovesTheEarlierVersionOnceWhicheverPageComesFirst) {
+    installVersionOne();
+    EXPECT_TRUE(upgradeTo("Uninstall Special='AutoNext'/><Uninstall Special='AutoNext'/><CopyProgress",
+                          kInstallable));
+    EXPECT_EQ(std::count(nested_.calls.begin(), nested_.calls.end(), "uninstall"), 1);
+}
+
+TEST_F(PageWorkTest, SaysThatTheEarlierVersionIsNotGone) {
+    installVersionOne();
+    nested_.isRemoved = false;
+    EXPECT_FALSE(upgradeTo("Uninstall", kInstallable));
+    EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "1");
+}
+
+TEST_F(PageWorkTest, InstallsOverAVersionThatIsNotGone) {
+    installVersionOne();
+    nested_.isRemoved = false;
+    EXPECT_TRUE(upgradeTo("CopyProgress", kInstallable));
+    EXPECT_EQ(valueOf("UNINSTALL_ERROR"), "");
+    EXPECT_TRUE(files_.hasFile("/app/install.xml"));
+}
+
+TEST_F(PageWorkTest, RemovesNothingForAnInstallationThatIsKnownToFail) {
+    installVersionOne();
+    EXPECT_FALSE(
+        upgradeTo("CopyProgress", "<FileSet Name='S'><FN Dest='relative'>install.xml</FN></FileSet>"));
+    EXPECT_TRUE(nested_.calls.empty());
+    EXPECT_EQ(files_.content("/app/tool"), "version 1");
+}
+
+TEST_F(PageWorkTest, EndsWithTheErrorOfARemovalThatCannotBegin) {
+    installVersionOne();
+    nested_.loadError = "ERROR: Error parsing installation file";
+    EXPECT_FALSE(upgradeTo("CopyProgress", kInstallable));
+    EXPECT_EQ(ui_.countOf("messageBox(\"ERROR: Error parsing installation file"), 1);
+    EXPECT_EQ(valueOf("INSTALL_ERROR"), "1");
+    EXPECT_EQ(files_.content("/app/tool"), "version 1");
+    EXPECT_FALSE(files_.hasFile("/app/install.xml"));
+    for (const std::string& path : files_.allFiles()) {
+        EXPECT_FALSE(path.starts_with("/tmp/")) << path;
+    }
 }
 
 TEST_F(PageWorkTest, RegistersTheApplicationWithItsValues) {
@@ -135,17 +255,6 @@ TEST_F(PageWorkTest, RunsTheUninstallersOfOtherProductsAndWaits) {
         "</ExternalLegacyApplication></ExternalUninstall><Next");
     EXPECT_EQ(registrations(),
               std::vector<std::string>{"uninstallApplication(Old Tool, -silent, x86, wait)"});
-}
-
-TEST_F(PageWorkTest, InstallsThoughEarlierInstallationsStay) {
-    files_.addFile("/app/install.log", "x");
-    EXPECT_TRUE(
-        walkTo("CopyProgress",
-               "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
-               "</Installation><FileSet Name='S'><FN Dest='/app'>install.xml</FN></FileSet>"));
-    EXPECT_TRUE(log_.hasLine("ERROR: Earlier installations are not removed: this version can not do that"));
-    EXPECT_TRUE(files_.hasFile("/app/install.xml"));
-    EXPECT_TRUE(session_.pages().earlier().wasRemovalTried());
 }
 
 TEST_F(PageWorkTest, FailsAnInstallationWithAChangeThatFails) {

@@ -9,6 +9,7 @@
 #include "base/errors.h"
 #include "description/answers_file.h"
 #include "fakes/fake_console.h"
+#include "fakes/fake_nested_sessions.h"
 #include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
 #include "fakes/recording_ui.h"
@@ -23,8 +24,8 @@ public:
     using Installer::pages;
     using SessionState::configFile;
     using SessionState::errorList;
-    using SessionState::nestedBackups;
-    using SessionState::uninstallBackups;
+    using SessionState::removed;
+    using SessionState::sessionFlags;
 };
 
 // A front end whose run a test writes.
@@ -96,5 +97,6 @@ protected:
     AnswersFile answers_{files_};
     FakeConsole log_;
     ScriptedUI ui_;
-    TestSession session_{machine_.bundle(), system_, answers_, DebugLog()};
+    FakeNestedSessions nested_;
+    TestSession session_{machine_.bundle(), system_, answers_, nested_, DebugLog()};
 };

@@ -74,6 +74,7 @@ public:
     void addMessage(std::string_view) override {}
     int messageBox(const char*, MessageKind) override { return 0; }
     int isGraphical() override { return 1; }
+    bool isQuiet() override { return false; }
     void setTaskState(const char*, const char*, std::int32_t) override {}
 
 protected:

@@ -8,6 +8,7 @@
 #include "fakes/fake_platform.h"
 #include "fakes/recording_ui.h"
 #include "package/package_writer.h"
+#include "wini/nested_sessions.h"
 
 namespace {
 
@@ -49,7 +50,8 @@ protected:
     WalkingUI ui_;
     SystemServices services_{machine_.bundle(), debugLog_};
     AnswersFile answers_{files_};
-    TestWini wini_{machine_.bundle(), services_, answers_, debugLog_, {2, 0, 1}};
+    NestedSessions nestedSessions_{debugLog_};
+    TestWini wini_{machine_.bundle(), services_, answers_, nestedSessions_, debugLog_, {2, 0, 1}};
     std::string undo_;
 };
 

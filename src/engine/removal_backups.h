@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/removal_journal.h"
+#include "platform/platform.h"
+
+class JournaledMachine;
+
+// The saved files of an installation that was removed for another one.
+struct UninstallBackup {
+    std::string productName;
+    std::string archivePath;
+    std::string directoriesPath;  // of a text: the directories that the installation had made
+};
+
+// A file that can't be in an archive, because it is one itself, or because the new installation may put its
+// own in its place: the copy of it, with its rights.
+struct NestedBackup {
+    std::string originalPath;
+    std::string copyPath;
+};
+
+// The content and the rights of `from` for a file at `to`, in one step. 0, the system's error number, or -1
+// when something else than a file is in the place. What is there stays after a failure.
+int copyWithRights(platform::FileSystem& files, const std::string& from, const std::string& to);
+
+// What brings the installations back that a session removed: the saved files, and the journal of everything
+// else that the removals took from the machine. All of it lies in the directory of the journal, as far as
+// there is one, and goes with the session's end, unless it is all that is left of an installation.
+class RemovalBackups {
+public:
+    // What the machine refers to is borrowed and outlives this object.
+    explicit RemovalBackups(const platform::Platform& machine);
+    ~RemovalBackups();
+    RemovalBackups(const RemovalBackups&) = delete;
+    RemovalBackups& operator=(const RemovalBackups&) = delete;
+
+    std::vector<UninstallBackup> uninstallBackups;
+    std::vector<NestedBackup> nestedBackups;
+    // An installation was removed, and neither a new one nor its own return is complete.
+    bool isOnlyCopy = false;
+
+    // The machine on which removals can be taken back. Opens the journal if that isn't done yet; throws
+    // InstallerError when it can't be opened. Nothing that can be lost may be removed then.
+    platform::Platform openMachine();
+    // Whether it was; then it is the machine for whatever else has to be taken back with the removals.
+    bool isOpen() const { return machine_ != nullptr; }
+    RemovalJournal& journal() { return journal_; }
+
+    // The place in the journal's directory of a file with this path, or the path itself without a journal.
+    std::string placeOf(const std::string& path) const;
+    // Writes down for a later run what there is. False when it can't be written.
+    bool note(const std::string& application, const std::string& log);
+
+    bool isEmpty() const { return !isOpen() && uninstallBackups.empty() && nestedBackups.empty(); }
+    // For the user: where everything is.
+    std::vector<std::string> places() const;
+    // Deletes all of it, unless it is the only copy.
+    void release();
+
+private:
+    platform::Platform real_;
+    RemovalJournal journal_;
+    std::unique_ptr<JournaledMachine> machine_;
+    int applications_ = 0;
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "engine/action_log_writer.h"
+#include "engine/engine_parts.h"
+#include "engine/removal_backups.h"
+#include "support/p_file_console.h"
+
+class Report;
+class Uninstallation;
+
+// Puts the machine back after an installation that failed: the new files go, and the installations come back
+// that were removed for it. No failure stops it; each one is reported.
+class Revert {
+public:
+    // All of them are borrowed and outlive this object.
+    Revert(const EngineParts& parts, RemovalBackups& backups);
+
+    // Undoes what this session installed, by the log that it published (`publishedLog`; empty when there is
+    // none), and then brings back what was removed for it. The result is that of the pages: true only when
+    // the undo ran and left nothing, and no installation had to come back. So it is false after every
+    // upgrade, the best one included; the descriptions don't ask.
+    bool revertInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report);
+
+    // Brings back what was removed. False as soon as one installation came back, as above.
+    bool revertUninstallation(Report& report);
+
+private:
+    bool undoInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report);
+    bool walk(const std::string& log, Uninstallation& undo, Report& report);
+    bool hasBackups() const { return backups_.isOpen() || !backups_.uninstallBackups.empty(); }
+    void clearRecords(const std::string& log, const std::string& archive, Report* rest);
+    void copyBack(Report& report);
+    bool unpack(const UninstallBackup& backup, Report& report);
+    bool makeDirectories(const std::string& listPath, Report& report);
+
+    EngineParts parts_;
+    RemovalBackups& backups_;
+    // Never open: nothing of a revert is recorded.
+    PFileConsole logFile_;
+    ActionLogWriter log_;
+    bool isAnyBack_ = false;
+    bool areAllBack_ = false;
+};
