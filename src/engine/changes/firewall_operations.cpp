@@ -44,11 +44,12 @@ void FirewallOperations::check(const FirewallOutcome& outcome, std::initializer_
             continue;
         }
         const std::string number = " Error(" + std::to_string(outcome.error) + ")";
-        const std::string text = failure.text + (failure.number == Number::kShown ? number : "");
+        const std::string line = failure.text + (failure.number == Number::kShown ? number : "");
+        const char* const text = line.c_str();
         if (outcome.unreachable || isReaching(outcome.failed)) {
-            throw NonFatalError("%s", text.c_str());
+            throw NonFatalError("%s", text);
         }
-        throw FirewallError(text.c_str(), outcome.error);
+        throw FirewallError(text, outcome.error);
     }
 }
 
