@@ -26,8 +26,8 @@ public:
 
     // Refers to this object.
     platform::Platform bundle() {
-        return {files_,           registry_,       machine_.processes, machine_.environment,
-                machine_.console, machine_.events, shell_,             firewall_};
+        return {files_,          registry_, machine_.processes, machine_.environment, machine_.console,
+                machine_.events, shell_,    firewall_};
     }
 
 private:

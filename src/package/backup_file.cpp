@@ -334,10 +334,13 @@ bool BackupFile::openForWriting(std::string_view path) {
         return false;
     }
     std::uint32_t written = 0;
-    hasError_ =
-        createPrivate(path) != 0 || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
+    const bool isCreated = createPrivate(path) == 0;
+    hasError_ = !isCreated || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
     if (hasError_) {
         PFileStream::close();
+        if (isCreated) {
+            files().removeFile(path);
+        }
         return false;
     }
     mode_ = kWriting;

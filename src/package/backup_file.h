@@ -60,8 +60,8 @@ public:
     // have a size that isn't divisible by 4.
     static std::uint32_t foldCheckSum(std::uint32_t value, std::string_view content);
 
-    // Creates the file anew with the banner. False when this object isn't closed or the file can't be
-    // written; in the latter case hasError() is true.
+    // Creates the file, where nothing may be, with the banner. False when this object isn't closed or the
+    // file can't be written; in the latter case hasError() is true, and no file is left.
     bool openForWriting(std::string_view path);
     // False when this object isn't closed, or the file can't be opened or has another banner.
     bool openForReading(std::string_view path);

@@ -142,9 +142,9 @@ public:
     virtual int moveFile(std::string_view from, std::string_view to) = 0;
     // As moveFile, but takes the place of an existing file in one step.
     virtual int replaceFile(std::string_view from, std::string_view to) = 0;
-    // As removeFile and removeDirectory, and they fail where those fail; but what goes isn't lost, it gets the
-    // path `to` with all that it is: content, rights, times. Nothing may be there. Fail across volumes; after
-    // a failure everything is as it was.
+    // As removeFile and removeDirectory, and they fail where those fail; but what goes isn't lost, it gets
+    // the path `to` with all that it is: content, rights, times. Nothing may be there. Fail across volumes;
+    // after a failure everything is as it was.
     virtual int takeFileAway(std::string_view path, std::string_view to) = 0;
     virtual int takeDirectoryAway(std::string_view path, std::string_view to) = 0;
     // One level; 0755, whatever the user's mask says.

@@ -93,15 +93,16 @@ SETS = """
 </Registry></AdditionalInstall>
 """
 
-# A directory is in the place of this file, so the installation fails after everything else was done.
-FAILING = '<FileSet Name="Failing"><FN Dest="[SHARED]">blocked</FN></FileSet>'
+# No record can hold a path of this length, so the installation fails after everything else was done.
+FAILING = ('<AdditionalInstall><Registry><AddValue Place="HKEY_LOCAL_MACHINE" Path="Software\\Upgraded\\'
+           + "long" * 200 + '" Value="v">x</AddValue></Registry></AdditionalInstall>')
 REVERT = '<RevertInstallation Special="AutoNext" Condition="[INSTALL_ERROR]==1"/>'
 
 
 def files_of(version):
     return {"data.txt": f"data {version}\n" * 40, f"part{version}.txt": f"part {version}\n", "tool.sh": f"#!/bin/sh\n# {version}\n",
             "settings.txt": f"colour=[COLOUR] {version}\n", "script.txt": f"1\nanchor\n1\nadded {version}\n",
-            "shared.txt": f"the product's {version}\n", "blocked": "never there\n"}
+            "shared.txt": f"the product's {version}\n"}
 
 
 class UpgradeTest(EndToEndTest):
@@ -111,7 +112,6 @@ class UpgradeTest(EndToEndTest):
         self.write("shared/shared.txt", "the user's\n")
         self.write("shared/conf.ini", f"[s]{end}known=before{end}")
         self.write("shared/list.txt", f"anchor{end}end{end}")
-        self.write("shared/blocked/in the way", "")
         self.before = self.state()
 
     def build(self, version, *, name="Product", directory="opt/product", more="", pages=REVERT, output=None, **texts):

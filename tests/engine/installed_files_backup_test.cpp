@@ -23,6 +23,7 @@ protected:
         return backup_.make("/tmp/log", {"Demo", "/tmp/archive", "/tmp/dirs"});
     }
     void makeArchive(const std::string& path) {
+        files_.addDirectory("/app");
         BackupFile archive(files_);
         ASSERT_TRUE(archive.openForWriting(path));
         ASSERT_EQ(archive.close(), 0);

@@ -95,6 +95,7 @@ TEST_F(RevertTest, LeavesNoRecordsOfWhatItUndid) {
 
 TEST_F(RevertTest, RestoresWhatWasReplacedFromTheArchiveOfItsLog) {
     undo_.prepare(nullptr, std::nullopt, report_);  // a page before the installation
+    files_.addDirectory("/app");
     files_.addFile("/mine/letter", "new");
     BackupFile archive(files_);
     const std::uint32_t sum = archive.fileCheckSum("/mine/letter");
