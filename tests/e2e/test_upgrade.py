@@ -147,10 +147,10 @@ class UpgradeTest(EndToEndTest):
                 "sums": self.sums()}
 
     def sums(self):
-        """What the installer remembers of its products, beside the registry's database."""
+        """What the installer remembers of its products, beside the registry's database; lines in any order."""
         state = self.machine.root / "state"
-        return {} if WINDOWS else {p.name: p.read_bytes() for p in state.rglob("*") if not p.name.startswith("registry.db") and
-                                   p.is_file()}
+        return {} if WINDOWS else {p.name: sorted(p.read_bytes().splitlines()) for p in state.rglob("*")
+                                   if not p.name.startswith("registry.db") and p.is_file()}
 
     def temporary(self):
         return sorted(p.name for p in self.machine.temp.iterdir() if p.name.startswith(("orin", "ori")))
