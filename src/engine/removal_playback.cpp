@@ -1,7 +1,6 @@
 #include "engine/removal_playback.h"
 
 #include <algorithm>
-#include <ranges>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -60,7 +59,8 @@ bool RemovalPlayback::takeBack(const std::vector<RemovalRecord>& records) {
     FilePlayback files(machine_.files, journal_, report_);
     SettingsPlayback settings(machine_.registry, machine_.firewall, report_);
     bool isBack = true;
-    for (const RemovalRecord& record : std::views::reverse(records)) {
+    for (auto change = records.rbegin(); change != records.rend(); ++change) {
+        const RemovalRecord& record = *change;
         if (record.step == RemovalStep::kBroadcastEnvironment) {
             continue;
         }
