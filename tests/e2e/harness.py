@@ -44,6 +44,7 @@ class LinuxMachine:
     def __init__(self):
         self.root = pathlib.Path(tempfile.mkdtemp(prefix="tandrel-e2e-"))
         self.temp = self.root / "tmp"
+        self.state = self.root / "state"  # what the installer remembers of its products
         for name in ("tmp", "state"):
             (self.root / name).mkdir()
 
@@ -152,6 +153,7 @@ class WindowsMachine:
         self.root = drive / self.name
         self.root.mkdir()
         self.temp = drive / "users" / getpass.getuser() / "Temp"
+        self.state = drive / "ProgramData" / "Tandrel"  # of all tests of a file
         for left in self.temp.iterdir() if self.temp.exists() else ():
             if left.is_file():
                 left.unlink()

@@ -28,7 +28,7 @@ class DamageTest(UninstallTest):
         self.assertIn("The installation was successful.", result.out, result)
 
     def forget_sums(self):
-        for path in (self.machine.root / "state").glob("written-*"):
+        for path in self.machine.state.glob("written-*"):
             path.unlink()
 
     def assert_can_be_repeated(self, result):

@@ -148,8 +148,7 @@ class UpgradeTest(EndToEndTest):
 
     def sums(self):
         """What the installer remembers of its products, beside the registry's database; lines in any order."""
-        state = self.machine.root / "state"
-        return {} if WINDOWS else {p.name: sorted(p.read_bytes().splitlines()) for p in state.rglob("*")
+        return {} if WINDOWS else {p.name: sorted(p.read_bytes().splitlines()) for p in self.machine.state.rglob("*")
                                    if not p.name.startswith("registry.db") and p.is_file()}
 
     def temporary(self):
