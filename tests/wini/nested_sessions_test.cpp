@@ -9,6 +9,7 @@
 #include "fakes/fake_platform.h"
 #include "fakes/walking_ui.h"
 #include "package/package_writer.h"
+#include "support/text_mode.h"
 #include "wini/wini.h"
 
 namespace {
@@ -25,7 +26,8 @@ protected:
     UpgradeTest() {
         files_.setTemporaryDirectory("/tmp");
         files_.addFile("/shared/notes", "the user's");
-        files_.addFile("/shared/conf.ini", "[s]\nknown=before\n");
+        const std::string end = OUtils::textLineEnd();
+        files_.addFile("/shared/conf.ini", "[s]" + end + "known=before" + end);
         before_ = state();
     }
 
