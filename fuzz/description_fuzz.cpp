@@ -88,7 +88,7 @@ bool readAll(std::string_view description, bool isUninstallation, bool isGraphic
     }
     VariableStore& store = model.variables.store();
     UninstallOverrides(model.description, store, model.variables.expressions(), debugLog)
-        .apply(store, "Demo");
+        .apply([&store](std::string_view name, std::string_view value) { store.set(name, value); }, "Demo");
     return hasDefaults && isRead && !model.fileSets.getFiles().empty() && model.dialogs.getDialogCount() > 0;
 }
 
