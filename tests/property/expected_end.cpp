@@ -161,6 +161,18 @@ std::set<std::string> filesThatComeBack(const MachineState& start, const Product
     return found;
 }
 
+void expectNoArchive(const ProductCase& product, MachineState& state) {
+    for (const Item& item : product.items) {
+        const bool isFile = item.kind == ItemKind::kFile && isReached(product, item) && !isRefused(item);
+        const auto at = state.files.find(isFile ? placeOf(item) : "");
+        if (at != state.files.end() && !isKept(item, Course::kLoseArchive) &&
+            at->second == installedContentOf(item)) {
+            state.rights.erase(at->first);
+            state.files.erase(at);
+        }
+    }
+}
+
 bool hasTrappedEdit(const ProductCase& product) {
     return std::ranges::any_of(product.items, [&](const Item& item) {
         const bool isEdit = item.kind == ItemKind::kIni || item.kind == ItemKind::kModifyFile;

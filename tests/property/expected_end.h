@@ -17,6 +17,9 @@ MachineState expectedEnd(const MachineState& start, const ProductCase& product);
 std::set<std::string> filesThatStay(const MachineState& start, const ProductCase& product);
 // Those among them that the archive brings back each time, as kBrokenContent.
 std::set<std::string> filesThatComeBack(const MachineState& start, const ProductCase& product);
+// Takes out what an uninstallation deletes once its archive is gone: files that may have been the user's, but
+// still are what was installed.
+void expectNoArchive(const ProductCase& product, MachineState& state);
 // Whether a link is in the place of a file whose lines or keys have to be taken out.
 bool hasTrappedEdit(const ProductCase& product);
 

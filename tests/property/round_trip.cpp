@@ -205,7 +205,8 @@ void RoundTrip::judgeEnd(const Outcome& outcome) {
     clearTheWay(life_.machine(), product_);
     isRepeated_ = true;
     Outcome again = life_.uninstall();
-    if (!filesThatComeBack(life_.start(), product_).empty()) {
+    const bool isArchiveInTheWay = !filesThatComeBack(life_.start(), product_).empty();
+    if (isArchiveInTheWay) {
         judgeFailure(again);
         removeWhatStays();
         life_.machine().files.removeFile(ProductLife::kArchive);
@@ -217,6 +218,9 @@ void RoundTrip::judgeEnd(const Outcome& outcome) {
     MachineState expected = expectedEnd(life_.start(), product_);
     for (const std::string& path : staying) {
         expected.files.erase(path);
+    }
+    if (isArchiveInTheWay) {
+        expectNoArchive(product_, expected);
     }
     expectState(expected);
 }
