@@ -74,6 +74,19 @@ std::optional<std::string> ActionLogReader::readDescriptionPath() {
     return std::string(withoutTrailingSpace(line));
 }
 
+std::optional<std::string> ActionLogReader::readArchivePath() {
+    if (file_ == nullptr) {
+        return std::nullopt;
+    }
+    LineReader lines(*file_);
+    std::string line;
+    if (!lines.rewind() || !lines.readLine(line, ActionLogFormat::kRecordLineBuffer) ||
+        !lines.readLine(line, ActionLogFormat::kBackupLineBuffer)) {
+        return std::nullopt;
+    }
+    return std::string(withoutTrailingSpace(line));
+}
+
 bool ActionLogReader::readVariables(const VariableSink& sink) {
     if (file_ == nullptr) {
         throw InstallerError("ERROR: Invalid file handle for reading values from log!");

@@ -21,6 +21,8 @@ public:
     // Line 1, the path of the description, with white space at its end cut. None when there is no file or
     // nothing can be read; an empty line is read as an empty path.
     std::optional<std::string> readDescriptionPath();
+    // The second line: the path of the backup archive, which may be empty. Otherwise the same.
+    std::optional<std::string> readArchivePath();
 
     // Rewinds the log and gives each variable to `sink`. Lines of another form are logged and skipped; false
     // when there was one. Throws InstallerError without a file, when it can't be rewound, without a

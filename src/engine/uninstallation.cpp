@@ -8,11 +8,9 @@
 #include "description/expressions.h"
 #include "description/product_description.h"
 #include "description/variable_store.h"
-#include "engine/action_log_format.h"
 #include "engine/action_log_reader.h"
 #include "engine/additional_actions.h"
 #include "engine/backup_restore.h"
-#include "engine/line_reader.h"
 #include "engine/log_head.h"
 #include "engine/product_state.h"
 #include "engine/report.h"
@@ -25,8 +23,6 @@
 #include "support/p_stream.h"
 
 namespace {
-
-namespace Format = ActionLogFormat;
 
 constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
@@ -90,12 +86,7 @@ void Uninstallation::readBackupPath(PStream* log) {
             "WARNING: PrepareUninstall called without open action log and no specified backup file!");
         return;
     }
-    LineReader reader(*log);
-    std::string line;
-    if (reader.rewind() && reader.readLine(line, Format::kRecordLineBuffer) &&
-        reader.readLine(line, Format::kBackupLineBuffer)) {
-        backupPath_ = withoutTrailingSpace(line).substr(0, kPathLimit);
-    }
+    backupPath_ = ActionLogReader(log, parts_.debugLog).readArchivePath().value_or("").substr(0, kPathLimit);
 }
 
 bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupPath, Report& report,

@@ -145,6 +145,17 @@ TEST_F(ActionLogReaderTest, ReadsTheDescriptionsPathFromTheFirstLine) {
     EXPECT_EQ(path(), std::string(1559, 'p'));
 }
 
+TEST_F(ActionLogReaderTest, ReadsTheArchivesPathFromTheSecondLine) {
+    const auto path = [this] { return ActionLogReader(stream_.get(), console_).readArchivePath(); };
+    EXPECT_EQ(path(), std::nullopt);
+    fill("first\r\nC:/a b/backup.bin \r\nthird\r\n");
+    EXPECT_EQ(path(), "C:/a b/backup.bin");
+    fill("first\r\n\r\nthird\r\n");
+    EXPECT_EQ(path(), "");
+    fill("first\r\n");
+    EXPECT_EQ(path(), std::nullopt);
+}
+
 TEST_F(ActionLogReaderTest, FindsOneVariableInAnyCaseTheLastOneWinning) {
     fill("NUMVARS\t3\nVAR\tName\t1\nVAR\tOther\t2\nVAR\tNAME\t3\n");
     ActionLogReader reader(stream_.get(), console_);
