@@ -3,28 +3,15 @@
 #include "engine/removal_journal.h"
 #include "engine/report.h"
 #include "platform/error_text.h"
-#include "support/p_file_stream.h"
-#include "support/replacing_file.h"
+#include "support/file_copy.h"
 
 using platform::PathKind;
 
 namespace {
 
-constexpr std::uint32_t kBlockSize = 256 * 1024;
 constexpr std::string_view kChanged = "stays as it is, because it has changed since the removal";
 constexpr std::string_view kTaken = "can't be brought back, because something else is in its place";
 constexpr std::string_view kGone = "can't be brought back, because what was kept of it is gone";
-
-int copyContent(PFileStream& from, PFileStream& to) {
-    std::vector<unsigned char> block(kBlockSize);
-    int status = 0;
-    for (std::uint32_t done = 1; status == 0 && done > 0;) {
-        status = from.read(block.data(), kBlockSize, done);
-        std::uint32_t written = 0;
-        status = status != 0 || done == 0 ? status : to.write(block.data(), done, written);
-    }
-    return status;
-}
 
 }  // namespace
 
@@ -127,7 +114,8 @@ bool FilePlayback::takeBackRights(const RemovalRecord& record) {
     if (!isKept(record)) {
         return left(record.path, kGone);
     }
-    return done(record.path, copyInPlace(record.path, journal_.keptPath(record.kept), record.path));
+    return done(record.path,
+                copyWithRights(files_, record.path, journal_.keptPath(record.kept), record.path));
 }
 
 bool FilePlayback::isKept(const RemovalRecord& record) const {
@@ -150,20 +138,9 @@ int FilePlayback::putBack(const RemovalRecord& record) {
     const std::string kept = journal_.keptPath(record.kept);
     const bool isFree = files_.kindOf(record.path) == PathKind::kNothing;
     const int status = isFree ? files_.moveFile(kept, record.path) : files_.replaceFile(kept, record.path);
-    return status == 0 || files_.kindOf(kept) != PathKind::kFile ? status
-                                                                 : copyInPlace(kept, kept, record.path);
-}
-
-int FilePlayback::copyInPlace(const std::string& from, const std::string& rightsOf, const std::string& to) {
-    PFileStream source(files_);
-    ReplacingFile target(files_);
-    int status =
-        source.openFile(from, PFileStream::kGenericRead, PFileStream::kShareRead,
-                        PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks);
-    status = status != 0 ? status : target.openWithRightsOf(to, rightsOf);
-    status = status != 0 ? status : copyContent(source, target.stream());
-    source.close();
-    return status != 0 ? status : target.putInPlace();
+    return status == 0 || files_.kindOf(kept) != PathKind::kFile
+               ? status
+               : copyWithRights(files_, kept, kept, record.path);
 }
 
 bool FilePlayback::done(std::string_view path, int status) {

@@ -33,7 +33,6 @@ private:
     bool holdsKept(const RemovalRecord& record) const;
     int moveBack(const std::string& from, const std::string& to);
     int putBack(const RemovalRecord& record);
-    int copyInPlace(const std::string& from, const std::string& rightsOf, const std::string& to);
 
     bool done(std::string_view path, int status);
     bool left(std::string_view path, std::string_view reason);

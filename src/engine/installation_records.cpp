@@ -17,13 +17,13 @@
 #include "engine/report.h"
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
+#include "support/file_copy.h"
 #include "support/p_file_stream.h"
 #include "support/replacing_file.h"
 
 namespace {
 
 constexpr int kMostNames = 1000;
-constexpr std::uint32_t kCopyBlock = 256 * 1024;
 
 // The files that records of INI and MODIFYFILE name, each once: the second of their fields.
 std::set<std::string> editedFilesIn(platform::FileSystem& files, const std::string& logPath) {
@@ -43,22 +43,6 @@ std::set<std::string> editedFilesIn(platform::FileSystem& files, const std::stri
         }
     }
     return found;
-}
-
-int copyContent(PFileStream& from, PFileStream& to) {
-    std::vector<char> block(kCopyBlock);
-    for (;;) {
-        std::uint32_t done = 0;
-        std::uint32_t written = 0;
-        int status = from.read(block.data(), kCopyBlock, done);
-        if (status != 0 || done == 0) {
-            return status;
-        }
-        status = to.write(block.data(), done, written);
-        if (status != 0) {
-            return status;
-        }
-    }
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "platform/written_path.h"
+#include "support/file_copy.h"
 #include "support/p_file_stream.h"
 
 namespace {
@@ -149,7 +150,7 @@ bool InstalledFilesBackup::copyArchive(const std::string& path) {
         debugLog_.line("ERROR: Obtaining temp filename for copying a backup file! (" + path + ")");
         return fail(path, "there is no name for a temporary file");
     }
-    if (copyWithRights(files_, path, copy) != 0) {
+    if (copyWithRights(files_, path, path, copy) != 0) {
         return fail(path, "it can't be copied to " + platform::writtenPath(copy));
     }
     made_.push_back(copy);

@@ -6,6 +6,7 @@
 #include "base/path_functions.h"
 #include "platform/environment.h"
 #include "platform/path_identity.h"
+#include "support/file_copy.h"
 #include "support/p_file_stream.h"
 
 using platform::File;
@@ -14,8 +15,6 @@ using platform::PathKind;
 using Durability = RemovalJournal::Durability;
 
 namespace {
-
-constexpr std::uint32_t kBlockSize = 256 * 1024;
 
 bool isAbsolute(std::string_view path) {
     const std::size_t root = path.size() > 1 && path[1] == ':' ? 2 : 0;
@@ -398,12 +397,7 @@ int JournaledFileSystem::copyToKept(const std::string& path, Entry& entry, std::
     if (status != 0) {
         return status;
     }
-    std::vector<unsigned char> block(kBlockSize);
-    for (std::uint32_t done = 1; status == 0 && done > 0;) {
-        status = from->read(block.data(), kBlockSize, done);
-        std::uint32_t written = 0;
-        status = status != 0 || done == 0 ? status : to.write(block.data(), done, written);
-    }
+    status = copyContent(*from, to);
     status = status != 0 ? status : to.takeRightsOf(path);
     status = status != 0 ? status : to.flush();
     const int closed = to.close();

@@ -10,6 +10,7 @@
 #include "package/backup_file.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
+#include "support/file_copy.h"
 #include "support/utilities.h"
 
 namespace {
@@ -146,7 +147,7 @@ void ProductRemoval::keepRecords(const ProductRecords& records, Report& report) 
         }
         const auto name = parts_.system.temporaryFileName();
         const std::string copy = name ? backups_.placeOf(*name) : "";
-        if (name && copyWithRights(files, *path, copy) == 0) {
+        if (name && copyWithRights(files, *path, *path, copy) == 0) {
             backups_.nestedBackups.push_back({*path, copy});
         } else {
             report.note("There is no copy of " + platform::writtenPath(*path) +

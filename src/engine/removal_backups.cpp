@@ -6,36 +6,6 @@
 #include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
-#include "support/p_file_stream.h"
-#include "support/replacing_file.h"
-
-namespace {
-
-constexpr std::uint32_t kBlockSize = 256 * 1024;
-
-int copyContent(PFileStream& from, PFileStream& to) {
-    std::vector<unsigned char> block(kBlockSize);
-    int status = 0;
-    for (std::uint32_t done = 1; status == 0 && done > 0;) {
-        status = from.read(block.data(), kBlockSize, done);
-        std::uint32_t written = 0;
-        status = status != 0 || done == 0 ? status : to.write(block.data(), done, written);
-    }
-    return status;
-}
-
-}  // namespace
-
-int copyWithRights(platform::FileSystem& files, const std::string& from, const std::string& to) {
-    PFileStream source(files);
-    ReplacingFile target(files);
-    int status =
-        source.openFile(from, PFileStream::kGenericRead, PFileStream::kShareRead,
-                        PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks);
-    status = status != 0 ? status : target.openWithRightsOf(to, from);
-    status = status != 0 ? status : copyContent(source, target.stream());
-    return status != 0 ? status : target.putInPlace();
-}
 
 RemovalBackups::RemovalBackups(const platform::Platform& machine)
     : real_(machine), journal_(machine.files, machine.environment) {}

@@ -23,10 +23,6 @@ struct NestedBackup {
     std::string copyPath;
 };
 
-// The content and the rights of `from` for a file at `to`, in one step. 0, the system's error number, or -1
-// when something else than a file is in the place. What is there stays after a failure.
-int copyWithRights(platform::FileSystem& files, const std::string& from, const std::string& to);
-
 // What brings the installations back that a session removed: the saved files, and the journal of everything
 // else that the removals took from the machine. All of it lies in the directory of the journal, as far as
 // there is one, and goes with the session's end, unless it is all that is left of an installation.

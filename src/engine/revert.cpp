@@ -16,6 +16,7 @@
 #include "package/backup_file.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
+#include "support/file_copy.h"
 #include "support/p_file_stream.h"
 #include "support/utilities.h"
 
@@ -123,7 +124,8 @@ bool Revert::revertUninstallation(Report& report) {
 
 void Revert::copyBack(Report& report) {
     for (const NestedBackup& archive : backups_.nestedBackups) {
-        const int status = copyWithRights(parts_.machine.files, archive.copyPath, archive.originalPath);
+        const int status =
+            copyWithRights(parts_.machine.files, archive.copyPath, archive.copyPath, archive.originalPath);
         if (status != 0) {
             report.note("FAILED to restore " + platform::writtenPath(archive.originalPath));
             report.addFileReason(archive.originalPath, status);

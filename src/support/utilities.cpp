@@ -4,13 +4,13 @@
 #include <memory>
 
 #include "base/path_functions.h"
+#include "support/file_copy.h"
 #include "support/replacing_file.h"
 
 namespace OUtils {
 
 namespace {
 
-constexpr std::uint32_t kCopyBlock = 256 * 1024;
 constexpr std::size_t kLargestPart = 1024 * 1024 * 1024;
 
 int openForReading(std::string_view path, platform::FileSystem& files,
@@ -21,23 +21,6 @@ int openForReading(std::string_view path, platform::FileSystem& files,
     // A program that is being written to, or a log that is open, can still be read.
     options.share = platform::kShareRead | platform::kShareWrite | platform::kShareDelete;
     return files.open(path, options, outFile);
-}
-
-int copyContent(platform::File& source, PStream& target) {
-    const auto block = std::make_unique_for_overwrite<char[]>(kCopyBlock);
-    for (;;) {
-        std::uint32_t done = 0;
-        int status = source.read(block.get(), kCopyBlock, done);
-        if (status == 0 && done == 0) {
-            return 0;
-        }
-        if (status == 0) {
-            status = target.writeText({block.get(), done});
-        }
-        if (status != 0) {
-            return status;
-        }
-    }
 }
 
 int readAll(platform::File& file, unsigned char* data, std::int64_t size) {

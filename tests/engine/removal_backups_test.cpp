@@ -105,15 +105,4 @@ TEST_F(RemovalBackupsTest, ReportANoteThatCannotBeWritten) {
     EXPECT_FALSE(backups_.note("Old", "/app/install.log"));
 }
 
-TEST_F(RemovalBackupsTest, CopyAFileWithItsRights) {
-    files_.addFile("/app/tool", "content");
-    ASSERT_EQ(files_.makeExecutable("/app/tool"), 0);
-    EXPECT_EQ(copyWithRights(files_, "/app/tool", "/app/copy"), 0);
-    EXPECT_EQ(files_.content("/app/copy"), "content");
-    EXPECT_TRUE(files_.isExecutable("/app/copy"));
-    files_.addLink("/app/link", "/app/tool");
-    EXPECT_NE(copyWithRights(files_, "/app/link", "/app/other"), 0);
-    EXPECT_FALSE(files_.hasFile("/app/other"));
-}
-
 }  // namespace
