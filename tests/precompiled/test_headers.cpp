@@ -1,0 +1,1 @@
+#include "precompiled/test_headers.h"
