@@ -41,10 +41,19 @@ void reportConfigFile(Report& report, const std::string& configFile) {
 Installation::Installation(const EngineParts& parts)
     : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
 
-bool Installation::run(Report& report, const Preparation& prepare) {
+bool Installation::isPossible(Report& report, const std::vector<ExpectedRemoval>& removals) {
+    return DirectoryCheck(parts_, report).run() && FreeSpaceCheck(parts_, report).run(removals);
+}
+
+bool Installation::run(Report& report, const Preparation& prepare,
+                       const std::vector<ExpectedRemoval>& removals) {
     ChangeJob job(parts_, log_, report);
     InstallationRecords records(parts_, job);
     if (!DirectoryCheck(parts_, report).run() || !records.open()) {
+        return refuse();
+    }
+    if (!FreeSpaceCheck(parts_, report).run(removals)) {
+        records.discard();
         return refuse();
     }
     runPreparation(prepare, records);
