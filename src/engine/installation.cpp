@@ -109,6 +109,7 @@ bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
 bool Installation::publish(InstallationRecords& records, Report& report) {
     const bool published = records.publish();
     publishedLog_ = records.publishedLog();
+    continuesEarlierRecords_ = !publishedLog_.empty() && records.continueEarlierOnes();
     if (!published) {
         report.addError("FAILED to write the install log or the backup file");
     }

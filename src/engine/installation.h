@@ -41,6 +41,8 @@ public:
     bool isPossible(Report& report, const std::vector<ExpectedRemoval>& removals);
     // The action log of what `run` changed; empty before, and where nothing was recorded.
     const std::string& publishedLog() const { return publishedLog_; }
+    // Whether that log takes an earlier installation back as well, because this one was made over it.
+    bool continuesEarlierRecords() const { return continuesEarlierRecords_; }
 
     // Runs the actions of a container of the description; one that fails is only logged. Throws
     // InstallerError when a file can't be taken out of the cabinet.
@@ -76,5 +78,6 @@ private:
     PFileConsole logFile_;
     ActionLogWriter log_;
     std::string publishedLog_;
+    bool continuesEarlierRecords_ = false;
     bool isFinished_ = false;
 };

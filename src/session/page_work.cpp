@@ -159,8 +159,19 @@ bool PageWork::uninstallPrevious(InstallerUI& ui) {
 
 bool PageWork::revertInstallation(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return revert_.revertInstallation(state_.isActionLogSession() ? "" : installation_.publishedLog(),
-                                      uninstallation_, report);
+    const bool isOverEarlier = installation_.continuesEarlierRecords() && state_.removed.isEmpty();
+    if (state_.removed.isEmpty()) {
+        // Of a version that doesn't come back no entry may stay, which the next setup would fall over.
+        uninstallation_.unregister();
+    }
+    const bool isUndone = revert_.revertInstallation(
+        state_.isActionLogSession() ? "" : installation_.publishedLog(), uninstallation_, report);
+    if (isOverEarlier) {
+        report.note(
+            "The earlier version, over which the new one was installed, has been taken back with it. "
+            "Its setup installs it again.");
+    }
+    return isUndone;
 }
 
 bool PageWork::revertUninstallation(InstallerUI& ui) {
