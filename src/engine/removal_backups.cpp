@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/path_functions.h"
 #include "engine/journaled_machine.h"
+#include "engine/product_state.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
@@ -87,5 +88,6 @@ void RemovalBackups::release() {
     machine_.reset();
     if (journal_.isOpen()) {
         journal_.discard();
+        ProductState(real_.files, real_.environment).leaveLevels(journal_.levelsLeft());
     }
 }
