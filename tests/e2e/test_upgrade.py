@@ -275,6 +275,8 @@ class UpgradeTest(EndToEndTest):
         self.assertEqual(self.state()["applications"], {})
         self.install("setup2" + EXE)  # and nothing is in its way
         self.expect_version(2)
+        self.uninstall()
+        self.expect_as_before()
 
     def test_without_a_removal_the_records_are_continued(self):
         for version in (1, 2):

@@ -273,6 +273,7 @@ TEST_F(RevertTest, AWalkThatFailsLeavesNothingInThePlacesOfWhatComesBack) {
 
 TEST_F(RevertTest, AWalkThatFailsKeepsWhatTheNewVersionHadReplaced) {
     backUp("Demo", "/app", {{"/app/tool", "old"}});
+    files_.addDirectory("/app");
     BackupFile archive(files_);
     ASSERT_TRUE(archive.openForWriting("/app/backup.bin"));
     ASSERT_EQ(archive.close(), 0);
