@@ -204,7 +204,7 @@ bool takeOutInEitherForm(std::string& list, const std::string& addedText) {
 // A list that has the entry already: the undo would take that one out.
 std::string formerListOf(const Plan& plan, const Present& present) {
     std::string list = present.value.text;
-    return takeOutInEitherForm(list, plan.added) ? FormerState::ofBytes(present.value.text) : std::string();
+    return !plan.added.empty() && takeOutInEitherForm(list, plan.added) ? FormerState::ofBytes(present.value.text) : std::string();
 }
 
 // The record of a replacement is all that has the value then.

@@ -133,46 +133,40 @@ protected:
         return count;
     }
 
-    bool changeEnvironment() {
-        describe("<Environment><Append VarName='PATH'>/x</Append></Environment>");
-        return EnvironmentChange(context_).apply();
+    // The description of all, with these children of the groups of which it has more than one.
+    void describeAll(const std::string& firewall, const std::string& registry) {
+        describe(
+            "<Environment><Append VarName='PATH'>/x</Append></Environment>"
+            "<IniFiles><Add FileName='/d/a.ini' Section='s' Key='k'>w</Add></IniFiles>"
+            "<ModifyFiles><File Command='AddAfter' Path='/d/list'>/d/script</File></ModifyFiles>"
+            "<Shortcuts><Add Type='File' Dest='/d' Target='t'>x.lnk</Add></Shortcuts>"
+            "<Firewall>" +
+            firewall + "</Firewall><Registry>" + registry + "</Registry>");
     }
-    bool changeIni() {
-        describe("<IniFiles><Add FileName='/d/a.ini' Section='s' Key='k'>w</Add></IniFiles>");
-        return IniChange(context_).apply();
-    }
-    bool editFile() {
-        describe("<ModifyFiles><File Command='AddAfter' Path='/d/list'>/d/script</File></ModifyFiles>");
-        return FileEdit(context_).apply();
+    template <typename Kind>
+    bool apply() {
+        return Kind(context_).apply();
     }
     bool makeShortcut() {
-        describe("<Shortcuts><Add Type='File' Dest='/d' Target='t'>x.lnk</Add></Shortcuts>");
-        ChangeContext context = {{machine_.files, machine_.registry, machine_.processes, machine_.environment,
-                                  machine_.console, machine_.events, shell_, machine_.firewall},
-                                 system_,
-                                 tags_,
-                                 writer_,
-                                 report_,
-                                 console_};
+        const ChangeContext context = {
+            {machine_.files, machine_.registry, machine_.processes, machine_.environment, machine_.console,
+             machine_.events, shell_, machine_.firewall},
+            system_,
+            tags_,
+            writer_,
+            report_,
+            console_};
         return ShortcutChange(context, product_).apply();
     }
-    bool openPort() {
-        describe("<Firewall><Port Port='80'>Web</Port></Firewall>");
-        return FirewallChange(context_).apply();
-    }
-    bool allowApplication() {
-        describe("<Firewall><Application Target='/d/a'>A</Application></Firewall>");
-        return FirewallChange(context_).apply();
-    }
-    bool changeRegistry(const std::string& child) {
-        describe("<Registry>" + child + "</Registry>");
+    bool changeRegistry() {
         return RegistryChange(context_).applyElement(tags_.firstOf("Registry"), product_);
     }
-    bool addValue() {
-        return changeRegistry("<AddValue Place='HKEY_USERS' Path='a/b' Value='v'>x</AddValue>");
-    }
-    bool addKey() { return changeRegistry("<AddKey Place='HKEY_USERS' Path='c/d'/>"); }
     bool makeDirectory() { return DirectoryChange(context_).create("/d/e/f/"); }
+
+    static constexpr char kPort[] = "<Port Port='80'>Web</Port>";
+    static constexpr char kApplication[] = "<Application Target='/d/a'>A</Application>";
+    static constexpr char kValue[] = "<AddValue Place='HKEY_USERS' Path='a/b' Value='v'>x</AddValue>";
+    static constexpr char kKey[] = "<AddKey Place='HKEY_USERS' Path='c/d'/>";
 
     ProductDescription product_{document_, expressions_};
     WatchingShell shell_;
@@ -181,33 +175,34 @@ protected:
 };
 
 TEST_F(EachKindOfChangeTest, IsRecordedBeforeItIsMade) {
-    expectRecordedBefore("ENV\tADD\tPATH\t/x", [this] { return changeEnvironment(); });
+    describeAll(kPort, kValue);
+    expectRecordedBefore("ENV\tADD\tPATH\t/x", [this] { return apply<EnvironmentChange>(); });
     lookBefore(Operation::kReplaceFile, "/d/.tandrel-1.tmp");
-    expectRecordedBefore("INI\tREPLACE\t/d/a.ini\ts\tk\tv", [this] { return changeIni(); });
+    expectRecordedBefore("INI\tREPLACE\t/d/a.ini\ts\tk\tv", [this] { return apply<IniChange>(); });
     lookBefore(Operation::kReplaceFile, "/d/.tandrel-1.tmp");
-    expectRecordedBefore("MODIFYFILE\tADDAFTER\t/d/list\t/d/script", [this] { return editFile(); });
-    expectRecordedBefore("SHORTCUT\tCREATE\t/d\\x.lnk", [this] { return makeShortcut(); });
-    expectRecordedBefore("FIREWALL\tPORT\t80\tTCP;UDP\tWeb", [this] { return openPort(); });
-    expectRecordedBefore("FIREWALL\tAPP\t/d/a", [this] { return allowApplication(); });
+    expectRecordedBefore("MODIFYFILE\tADDAFTER\t/d/list\t/d/script", [this] { return apply<FileEdit>(); });
+    expectRecordedBefore("SHORTCUT\tCREATE\t\\d\\x.lnk", [this] { return makeShortcut(); });
+    expectRecordedBefore("FIREWALL\tPORT\t80\tTCP;UDP\tWeb", [this] { return apply<FirewallChange>(); });
     expectRecordedBefore("REGKEY\t2\tHKEY_USERS\ta\\b\r\nREGVAL\tHKEY_USERS\ta\\b\tv",
-                         [this] { return addValue(); });
-    expectRecordedBefore("REGKEY\t2\tHKEY_USERS\tc\\d", [this] { return addKey(); });
+                         [this] { return changeRegistry(); });
     lookBefore(Operation::kCreateDirectory, "/d/e");
     expectRecordedBefore("DIR\t2\t/d/e/f/", [this] { return makeDirectory(); });
 }
 
+TEST_F(EachKindOfChangeTest, IsRecordedBeforeItIsMadeAlsoForApplicationsAndKeys) {
+    describeAll(kApplication, kKey);
+    expectRecordedBefore("FIREWALL\tAPP\t\\d\\a", [this] { return apply<FirewallChange>(); });
+    expectRecordedBefore("REGKEY\t2\tHKEY_USERS\tc\\d", [this] { return changeRegistry(); });
+}
+
 TEST_F(EachKindOfChangeTest, IsNotMadeWithoutItsRecord) {
-    const std::function<bool()> changes[] = {[this] { return changeEnvironment(); },
-                                             [this] { return changeIni(); },
-                                             [this] { return editFile(); },
-                                             [this] { return openPort(); },
-                                             [this] { return allowApplication(); },
-                                             [this] { return addValue(); },
-                                             [this] { return addKey(); },
-                                             [this] { return makeDirectory(); }};
-    for (const auto& change : changes) {
-        expectNotMadeWithoutRecord(change);
-    }
+    describeAll(std::string(kPort) + kApplication, std::string(kValue) + kKey);
+    expectNotMadeWithoutRecord([this] { return apply<EnvironmentChange>(); });
+    expectNotMadeWithoutRecord([this] { return apply<IniChange>(); });
+    expectNotMadeWithoutRecord([this] { return apply<FileEdit>(); });
+    expectNotMadeWithoutRecord([this] { return apply<FirewallChange>(); });
+    expectNotMadeWithoutRecord([this] { return changeRegistry(); });
+    expectNotMadeWithoutRecord([this] { return makeDirectory(); });
     EXPECT_EQ(unrecordedReasons(), 8);
     expectNotMadeWithoutRecord([this] { return makeShortcut(); });
     EXPECT_EQ(ui_.countOf("addFileLine(\"FAILED to create  shortcut "), 1);
@@ -217,17 +212,22 @@ TEST_F(EachKindOfChangeTest, IsNotMadeWithoutItsRecord) {
 TEST_F(EachKindOfChangeTest, IsFlushedFirstWhereItReplacesAValue) {
     watchWith({});
     describe(
-        "<Environment><Replace VarName='PATH'>/x</Replace><Replace VarName='NEW'>/x</Replace></Environment>");
-    EXPECT_TRUE(EnvironmentChange(context_).apply());
+        "<Environment><Replace VarName='PATH'>/x</Replace><Replace VarName='NEW'>/x</Replace></Environment>"
+        "<IniFiles><Add FileName='/d/a.ini' Section='s' Key='k'>w</Add></IniFiles>");
+    EXPECT_TRUE(apply<EnvironmentChange>());
     EXPECT_EQ(logDisk_.count(Operation::kFlush), 1);
-    EXPECT_TRUE(changeIni());
+    EXPECT_TRUE(apply<IniChange>());
     EXPECT_EQ(logDisk_.count(Operation::kFlush), 2);
+    const auto setPath = [this](const char* value) {
+        machine_.registry.addText(RegistryRoot::kLocalMachine, platform::kSystemEnvironmentKey, "PATH",
+                                  value);
+    };
+    setPath("/z");
     logDisk_.failAt(Operation::kFlush, "/tmp/log", 1);
-    describe("<Environment><Replace VarName='PATH'>/y</Replace></Environment>");
-    EXPECT_FALSE(EnvironmentChange(context_).apply());
+    EXPECT_FALSE(apply<EnvironmentChange>());
     EXPECT_EQ(
         machine_.registry.value(RegistryRoot::kLocalMachine, platform::kSystemEnvironmentKey, "PATH")->data,
-        "/x");
+        "/z");
 }
 
 }  // namespace

@@ -222,7 +222,7 @@ TEST_F(FileChangeTest, FailsWhereADirectoryCannotBeCreated) {
     describeFiles("<FN Dest='/app/sub/deep'>one</FN>");
     files_.failFrom(Operation::kCreateDirectory, "/app/sub/deep", 1);
     EXPECT_FALSE(install());
-    EXPECT_NE(installLog().find("DIR\t2\t/app/sub/deep\\\r\n"), std::string::npos);
+    EXPECT_NE(installLog().find("DIR\t3\t/app/sub/deep\\\r\n"), std::string::npos);
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create " + writtenPath("/app/sub/deep\\one")});
 }
 
@@ -431,7 +431,7 @@ TEST_F(FileChangeTest, HasTheFormerContentOnTheDiskBeforeItReplacesAFile) {
     files_.addFile("/app/one", "old one");
     files_.addFile("/app/two", "old two");
     int looked = 0;
-    for (const char* const name : {"one", "two"}) {
+    for (const char* const name : {"two", "one"}) {
         files_.runBefore(Operation::kReplaceFile, "/app/.tandrel-1.tmp", ++looked, [&, name] {
             EXPECT_NE(files_.content("/tmp/orinstall2").find(std::string("old ") + name), std::string::npos);
             EXPECT_NE(files_.content("/tmp/orinstall1").find(std::string("FILE\tOVER\t/app\\") + name),
@@ -445,7 +445,7 @@ TEST_F(FileChangeTest, HasTheFormerContentOnTheDiskBeforeItReplacesAFile) {
 
 TEST_F(FileChangeTest, ReplacesNoFileWhoseFormerContentDoesNotReachTheDisk) {
     pack({{"one", "one", "new"}, {"two", "two", "new"}});
-    describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN><FN Dest='/app'>two</FN>");
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app' BackupExisting='1'>one</FN>");
     files_.addFile("/app/one", "old content");
     files_.failAt(Operation::kFlush, "/tmp/orinstall2", 1);
     EXPECT_FALSE(install());
@@ -456,7 +456,7 @@ TEST_F(FileChangeTest, ReplacesNoFileWhoseFormerContentDoesNotReachTheDisk) {
 
 TEST_F(FileChangeTest, WritesNoFileWhoseRecordCannotBeWritten) {
     pack({{"one", "one", "new"}, {"two", "two", "new"}});
-    describeFiles("<FN Dest='/app'>one</FN><FN Dest='/app'>two</FN>");
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app'>one</FN>");
     files_.addFile("/app/one", "old content");
     // After the lines of the head.
     files_.failAt(Operation::kWrite, "/tmp/orinstall1", 4);

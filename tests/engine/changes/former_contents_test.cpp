@@ -7,6 +7,7 @@ namespace {
 
 using Operation = MemoryFileSystem::Operation;
 
+// The list of files begins with the last element.
 class FormerContentsTest : public EngineTest {
 protected:
     FormerContentsTest() { EXPECT_TRUE(job_.replaced.archive.openForWriting("/tmp/archive")); }
@@ -38,7 +39,7 @@ TEST_F(FormerContentsTest, ArchivesABatchWithOneFlush) {
 
 TEST_F(FormerContentsTest, KnowsWhatItFoundUntilSomethingIsWritten) {
     pack({{"one", "one", "1"}, {"two", "two", "2"}});
-    describeFiles("<FN Dest='/a' BackupExisting='1'>one</FN><FN Dest='/a'>two</FN>");
+    describeFiles("<FN Dest='/a'>two</FN><FN Dest='/a' BackupExisting='1'>one</FN>");
     files_.addFile("/a/one", "1");
     former_.archiveBatch(0);
     ASSERT_NE(former_.of(0), nullptr);
@@ -68,8 +69,8 @@ TEST_F(FormerContentsTest, FailsAllThatDidNotReachTheDisk) {
     files_.addFile("/a/one", "former");
     files_.failAt(Operation::kFlush, "/tmp/archive", 1);
     former_.archiveBatch(0);
-    EXPECT_TRUE(former_.of(0)->failure.has_value());
-    EXPECT_FALSE(former_.of(1)->failure.has_value());
+    EXPECT_TRUE(former_.of(1)->failure.has_value());
+    EXPECT_FALSE(former_.of(0)->failure.has_value());
 }
 
 }  // namespace
