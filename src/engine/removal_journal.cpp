@@ -89,6 +89,15 @@ int RemovalJournal::resume(std::string_view directory) {
     return 0;
 }
 
+bool RemovalJournal::look(std::string_view directory) {
+    directory_ = directory;
+    const ReadRecords found = read();
+    for (const RemovalRecord& record : found.records) {
+        adopt(record);
+    }
+    return found.end != 0;
+}
+
 void RemovalJournal::adopt(const RemovalRecord& record) {
     lastRecord_ = std::max(lastRecord_, record.number);
     lastKept_ = std::max(lastKept_, record.kept);
@@ -129,13 +138,23 @@ std::vector<std::string> RemovalJournal::directoriesOnDisk() {
 }
 
 int RemovalJournal::note(std::string_view name, std::string_view text) {
-    RemovalRecord record;
-    record.step = RemovalStep::kNote;
-    record.path = name;
-    record.other = text;
-    const int status = append(record, Durability::kFlushed);
-    if (status == 0) {
-        notes_[record.path] = record.other;
+    return note(Notes{{std::string(name), std::string(text)}});
+}
+
+int RemovalJournal::note(const Notes& notes) {
+    std::vector<RemovalRecord> records;
+    for (const auto& [name, text] : notes) {
+        RemovalRecord record;
+        record.step = RemovalStep::kNote;
+        record.path = name;
+        record.other = text;
+        records.push_back(std::move(record));
+    }
+    const int status = append(records, Durability::kFlushed);
+    for (const RemovalRecord& record : records) {
+        if (status == 0) {
+            notes_[record.path] = record.other;
+        }
     }
     return status;
 }

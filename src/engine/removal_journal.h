@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "engine/removal_record.h"
@@ -40,6 +41,9 @@ public:
     int open();
     // Goes on with the journal in this directory, which another run left. Fails without one.
     int resume(std::string_view directory);
+    // Only reads it, which may still be written by the run that made it: its notes, and what is on the disk.
+    // False without one that can be read.
+    bool look(std::string_view directory);
     bool isOpen() const { return file_.isOpen(); }
     // Empty unless the journal was opened and not discarded.
     const std::string& directory() const { return directory_; }
@@ -51,6 +55,9 @@ public:
     // Keeps a text under a name, on the disk when it returns: what a later run has to know (the product, its
     // log, its archives). The last one counts.
     int note(std::string_view name, std::string_view text);
+    // Several at once: after a failure none of them holds, or those of them that were written.
+    using Notes = std::vector<std::pair<std::string, std::string>>;
+    int note(const Notes& notes);
     // None when there is no such note.
     std::optional<std::string> noteOf(std::string_view name) const;
 

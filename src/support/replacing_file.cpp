@@ -7,6 +7,8 @@ using platform::PathKind;
 
 // Names stay taken by programs that run at the same time and by those that were killed.
 constexpr int kMostNames = 1000;
+constexpr std::string_view kNameStart = ".tandrel-";
+constexpr std::string_view kNameEnd = ".tmp";
 
 // On the same volume as the file, so that it can take its place in one step.
 std::string nameBeside(const std::string& path, int number) {
@@ -14,10 +16,17 @@ std::string nameBeside(const std::string& path, int number) {
     if (directory == 0 && path.size() > 1 && path[1] == ':') {
         directory = 2;
     }
-    return path.substr(0, directory) + ".tandrel-" + std::to_string(number) + ".tmp";
+    return path.substr(0, directory) + std::string(kNameStart) + std::to_string(number) +
+           std::string(kNameEnd);
 }
 
 }  // namespace
+
+bool ReplacingFile::isNameBeside(std::string_view name) {
+    return name.size() > kNameStart.size() + kNameEnd.size() && name.starts_with(kNameStart) &&
+           name.ends_with(kNameEnd) &&
+           name.find_first_not_of("0123456789", kNameStart.size()) == name.size() - kNameEnd.size();
+}
 
 int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
                         const std::function<std::string(int number)>& nameOf, int most, bool isPrivate) {

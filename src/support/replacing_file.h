@@ -25,6 +25,9 @@ public:
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
+    // Whether a file of this name can be such a one that lies beside its place.
+    static bool isNameBeside(std::string_view name);
+
     // Discards what it holds, then begins a file for `path`. Where a plain file is replaced, the new one gets
     // that one's rights, and a program the marks of one besides; otherwise it gets `rights`. 0, the system's
     // error number, or -1 when a directory, a device or the like is in the place.
