@@ -89,6 +89,9 @@ std::string unfinishedLog(const platform::Platform& machine, std::string_view lo
 
 Recovery::Outcome Recovery::run(const Concern& concern, bool asks, Report& report) {
     RemovalJournal journals(parts_.machine.files, parts_.machine.environment);
+    if (const auto guard = lockJournals(parts_.machine.events, 0)) {
+        journals.removeUnfinishedDirectories();
+    }
     Outcome outcome = Outcome::kNothing;
     for (const std::string& directory : journals.directoriesOnDisk()) {
         outcome = std::max(outcome, look(directory, concern, asks, report));

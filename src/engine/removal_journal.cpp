@@ -137,6 +137,36 @@ std::vector<std::string> RemovalJournal::directoriesOnDisk() {
     return found;
 }
 
+// Empty, or with a journal that doesn't even have its whole banner.
+bool RemovalJournal::isUnfinished(const std::string& directory) {
+    std::vector<platform::DirectoryEntry> entries;
+    if (files_.list(directory, entries) != 0 || entries.size() > 1) {
+        return false;
+    }
+    const std::string file = journalIn(directory);
+    std::string content;
+    return entries.empty() ||
+           (entries[0].name == Format::kFileName && files_.kindOf(file) == PathKind::kFile &&
+            OUtils::readWholeFile(file, content, files_, OUtils::Links::kRefuse) == 0 &&
+            content.size() < Format::kBanner.size() && Format::kBanner.starts_with(content));
+}
+
+void RemovalJournal::removeUnfinishedDirectories() {
+    std::string parent;
+    std::vector<platform::DirectoryEntry> entries;
+    if (!environment_.stateDirectory(parent) || files_.list(parent, entries) != 0) {
+        return;
+    }
+    for (const platform::DirectoryEntry& entry : entries) {
+        const std::string directory = parent + "/" + entry.name;
+        if (entry.isDirectory && entry.name.starts_with(Format::kDirectoryPrefix) &&
+            isUnfinished(directory)) {
+            files_.removeFile(journalIn(directory));
+            files_.removeDirectory(directory);
+        }
+    }
+}
+
 int RemovalJournal::note(std::string_view name, std::string_view text) {
     return note(Notes{{std::string(name), std::string(text)}});
 }

@@ -52,6 +52,10 @@ public:
     // and of those that still run.
     std::vector<std::string> directoriesOnDisk();
 
+    // Removes directories whose makers were killed before there was a journal in them. Nobody may be making
+    // one at the same time.
+    void removeUnfinishedDirectories();
+
     // Keeps a text under a name, on the disk when it returns: what a later run has to know (the product, its
     // log, its archives). The last one counts.
     int note(std::string_view name, std::string_view text);
@@ -94,6 +98,7 @@ public:
 
 private:
     int makeStateDirectory();
+    bool isUnfinished(const std::string& directory);
     int write(std::string_view frames, Durability durability);
     void adopt(const RemovalRecord& record);
     void adoptLevels();

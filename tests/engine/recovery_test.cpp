@@ -237,7 +237,7 @@ TEST_F(RecoveryTest, LeavesARunAloneThatIsStillAtWork) {
     interrupt([](RemovalBackups& backups, InstallationMark&) { removeOld(backups, "Former"); });
     const std::string journal = files_.content(directory_ + "/journal");
     files_.addFile(directory_ + "/journal", journal + "\x9eRe");  // in the middle of a record
-    machine_.events.lockResults = {LockResult::kBusy};
+    machine_.events.lockResults = {LockResult::kTaken, LockResult::kBusy};
     EXPECT_EQ(recover(false, {{"Former"}, {}}), Outcome::kBusy);
     EXPECT_FALSE(files_.hasFile("/app/old"));
     EXPECT_EQ(files_.content(directory_ + "/journal"), journal + "\x9eRe");
@@ -261,11 +261,24 @@ TEST_F(RecoveryTest, RemovesAJournalWhoseMakerWasKilledBeforeItSaidWhoseItIs) {
     RemovalJournal journal(files_, machine_.environment);
     ASSERT_EQ(journal.open(), 0);
     const std::string directory = journal.directory();
-    machine_.events.lockResults = {LockResult::kBusy};
+    machine_.events.lockResults = {LockResult::kBusy, LockResult::kBusy};
     EXPECT_EQ(recover(), Outcome::kNothing);
     EXPECT_TRUE(files_.hasDirectory(directory));
     EXPECT_EQ(recover(), Outcome::kNothing);
     EXPECT_FALSE(files_.hasDirectory(directory));
+}
+
+TEST_F(RecoveryTest, RemovesDirectoriesWhoseMakersWereKilledBeforeTheyHadAJournal) {
+    files_.addDirectory("/var/state/removal-1");
+    files_.addFile("/var/state/removal-2/journal", "TANDREL REM");
+    files_.addFile("/var/state/removal-3/mine", "");
+    machine_.events.lockResults = {LockResult::kBusy};
+    recover();
+    EXPECT_TRUE(files_.hasDirectory("/var/state/removal-1"));
+    recover();
+    EXPECT_FALSE(files_.hasDirectory("/var/state/removal-1"));
+    EXPECT_FALSE(files_.hasDirectory("/var/state/removal-2"));
+    EXPECT_TRUE(files_.hasFile("/var/state/removal-3/mine"));
 }
 
 TEST_F(RecoveryTest, RemovesTheEntryOfAProductThatWentWithoutABackup) {

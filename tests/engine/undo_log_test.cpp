@@ -21,7 +21,7 @@ protected:
 TEST_F(UndoLogTest, HasThePlacesOfTheFilesNow) {
     EXPECT_EQ(copyOf(kLog, {"/d.xml", "/a"}), "/d.xml\r\n/a\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app/tool\r\n");
     EXPECT_TRUE(files_.isPrivate("/copy"));
-    EXPECT_TRUE(files_.didOperation("flush /copy"));
+    EXPECT_TRUE(files_.didOperation("flush /copy.new"));
 }
 
 TEST_F(UndoLogTest, KeepsThePlacesThatItIsNotGiven) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -71,10 +72,12 @@ protected:
         WalkingUI ui(session);
         ui.messageBoxResult = answer_;
         EXPECT_EQ(session.loadCabinet(path.c_str(), 0, flags), 0);
+        files_.watchChanges(onChange_);
         const int result = session.run(&ui, &log_);
         lastResult_ = result;
         failed_ = result != 0 || session.hasErrors();
         session.releaseSession();
+        files_.watchChanges({});
         messages_ = ui.callsOf("addMessage");
         boxes_ = ui.callsOf("messageBox");
         return result;
@@ -176,6 +179,7 @@ protected:
     FakeConsole log_;
     DebugLog debugLog_{log_};
     std::map<std::string, std::string> before_;
+    std::function<void()> onChange_;  // before each change that a session makes
     bool removesEarlier_ = true;
     bool isUnattended_ = false;
     int answer_ = 1;  // to every message box
