@@ -134,11 +134,26 @@ bool InstallationRecords::begin() {
         discard();
         return false;
     }
+    if (!writeHead()) {
+        report("Nothing was installed: the install log can't be written to " + temporaryLog_);
+        discard();
+        return false;
+    }
+    if (!noteInstalling()) {
+        return false;
+    }
+    takeover_.revertEdits(job_.context.log);
+    return true;
+}
+
+// What is going to be changed can be taken back only by what is on the disk by then.
+bool InstallationRecords::writeHead() {
     ActionLogWriter& log = job_.context.log;
-    log.writeHeader(product.uninstallXmlFile().value_or(""), archivePath());
+    log.writeHeader(parts_.model.product.uninstallXmlFile().value_or(""), archivePath());
     log.writeVariables(loggedVariables(parts_.model));
     takeover_.writeRecords(log);
-    return noteInstalling();
+    const bool isArchiveOnDisk = takeover_.archivePath().empty() || job_.replaced.archive.flush() == 0;
+    return !log.hasFailed() && log.flush() && isArchiveOnDisk;
 }
 
 // From now on the new records say what is on the disk.
@@ -176,22 +191,30 @@ void InstallationRecords::discard() {
     parts_.machine.files.removeFile(temporaryArchive_);
 }
 
-bool InstallationRecords::closeAll() {
-    takeover_.writeRemainingFiles(job_.context.log);
-    const bool logWritten = job_.context.log.close();
-    if (!logWritten) {
+bool InstallationRecords::closeLog() {
+    ActionLogWriter& log = job_.context.log;
+    takeover_.writeRemainingFiles(log);
+    const bool isOnDisk = log.flush();
+    const bool isWritten = log.close() && isOnDisk;
+    if (!isWritten) {
         parts_.debugLog.line("ERROR: The install log could not be written completely");
     }
-    const bool archiveWritten = job_.replaced.archive.close() == 0;
-    if (!archiveWritten) {
+    return isWritten;
+}
+
+bool InstallationRecords::closeArchive() {
+    const bool isOnDisk = job_.replaced.archive.flush() == 0;
+    const bool isWritten = job_.replaced.archive.close() == 0 && isOnDisk;
+    if (!isWritten) {
         parts_.debugLog.line("ERROR: The backup file could not be written completely");
     }
-    return logWritten && archiveWritten;
+    return isWritten;
 }
 
 // The archive goes first: a log without the archive that it needs would be worth less than the earlier ones.
 bool InstallationRecords::publish() {
-    const bool written = closeAll();
+    const bool isLogWritten = closeLog();
+    const bool written = closeArchive() && isLogWritten;
     noteFinalPlaces();
     addSumsOfEditedFiles();
     keepSums();

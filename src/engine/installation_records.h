@@ -28,13 +28,13 @@ public:
     // is left then.
     bool open();
     // Writes the log's head, and takes over the records and the archive of the installation that is there
-    // already. False when that can't be done, which is reported; nothing is left then, and what was there is
-    // as it was.
+    // already. They are on the disk then. False when that can't be done, which is reported; nothing is left
+    // then, and what was there is as it was.
     bool begin();
-    // Closes both and brings them to the paths that the description gives, over what is there; without such a
-    // path the file is deleted. False when something didn't reach the disk, which is reported. A file that
-    // could not be published stays under its temporary name, since it may hold the only copy of the user's
-    // files; where is said on the screen.
+    // Brings both to the disk, and then to the paths that the description gives, over what is there; without
+    // such a path the file is deleted. False when something didn't reach the disk, which is reported. A file
+    // that could not be published stays under its temporary name, since it may hold the only copy of the
+    // user's files; where is said on the screen.
     bool publish();
     // Where the log is after that; empty where it was deleted, because the description gives it no path.
     const std::string& publishedLog() const { return publishedLog_; }
@@ -47,9 +47,11 @@ private:
     bool openArchive();
     void reportUnopened(const char* what, const std::string& path);
     std::string archivePath();
+    bool writeHead();
+    bool closeLog();
+    bool closeArchive();
     bool noteInstalling();
     void noteFinalPlaces();
-    bool closeAll();
     bool publishFile(const char* what, const std::string& from, const std::string& to);
     void handOver(const char* what, const std::string& path);
     int copyPrivately(const std::string& from, const std::string& to);

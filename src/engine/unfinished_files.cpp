@@ -57,16 +57,8 @@ std::set<std::string> directoriesIn(platform::FileSystem& files, const std::stri
 
 void removeUnfinishedFiles(platform::FileSystem& files, const std::string& log, UnfinishedChange change) {
     for (const std::string& directory : directoriesIn(files, log, change)) {
-        std::vector<platform::DirectoryEntry> entries;
-        if (directory.empty() || files.list(directory, entries) != 0) {
-            continue;
-        }
-        for (const platform::DirectoryEntry& entry : entries) {
-            const std::string path = directory + entry.name;
-            if (!entry.isDirectory && ReplacingFile::isNameBeside(entry.name) &&
-                files.kindOf(path) == platform::PathKind::kFile) {
-                files.removeFile(path);
-            }
+        if (!directory.empty()) {
+            removeAbandonedFiles(files, directory, false);
         }
     }
 }

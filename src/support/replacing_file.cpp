@@ -1,5 +1,8 @@
 #include "support/replacing_file.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
 using platform::FileRights;
@@ -16,17 +19,14 @@ std::string nameBeside(const std::string& path, int number) {
     if (directory == 0 && path.size() > 1 && path[1] == ':') {
         directory = 2;
     }
-    return path.substr(0, directory) + std::string(kNameStart) + std::to_string(number) +
-           std::string(kNameEnd);
+    return path.substr(0, directory).append(kNameStart).append(std::to_string(number)).append(kNameEnd);
+}
+
+bool isNameBeside(const platform::DirectoryEntry& entry) {
+    return !entry.isDirectory && entry.name.starts_with(kNameStart) && entry.name.ends_with(kNameEnd);
 }
 
 }  // namespace
-
-bool ReplacingFile::isNameBeside(std::string_view name) {
-    return name.size() > kNameStart.size() + kNameEnd.size() && name.starts_with(kNameStart) &&
-           name.ends_with(kNameEnd) &&
-           name.find_first_not_of("0123456789", kNameStart.size()) == name.size() - kNameEnd.size();
-}
 
 int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
                         const std::function<std::string(int number)>& nameOf, int most, bool isPrivate) {
@@ -38,6 +38,19 @@ int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
         }
     }
     return status;
+}
+
+void removeAbandonedFiles(platform::FileSystem& files, std::string_view directory, bool onlyIfAlone) {
+    std::vector<platform::DirectoryEntry> entries;
+    if (files.list(directory, entries) != 0 || (onlyIfAlone && !std::ranges::all_of(entries, isNameBeside))) {
+        return;
+    }
+    for (const platform::DirectoryEntry& entry : entries) {
+        const std::string path = std::string(directory) + '/' + entry.name;
+        if (isNameBeside(entry) && files.kindOf(path) == PathKind::kFile) {
+            files.removeFile(path);
+        }
+    }
 }
 
 int ReplacingFile::open(std::string_view path, FileRights rights) {

@@ -43,19 +43,6 @@ TEST_F(UnfinishedFilesTest, BelongToWhatAnUndoGivesBack) {
     EXPECT_TRUE(isThere("/other"));
 }
 
-TEST_F(UnfinishedFilesTest, AreOnlyThoseOfThatName) {
-    for (const char* name : {".tandrel-1.tmp.mine", ".tandrel-.tmp", ".tandrel-x.tmp", "a.tandrel-1.tmp"}) {
-        files_.addFile(std::string("/app/") + name, "mine");
-    }
-    files_.addLink("/app/.tandrel-2.tmp", "/other");
-    files_.addDirectory("/app/.tandrel-3.tmp");
-    const std::size_t before = files_.allFiles().size();
-    remove("FILE\tCREATE\t/app/tool\r\n", UnfinishedChange::kLast);
-    EXPECT_EQ(files_.allFiles().size(), before);  // one more, the log, and one less
-    EXPECT_FALSE(isThere("/app"));
-    EXPECT_TRUE(files_.hasDirectory("/app/.tandrel-3.tmp"));
-}
-
 TEST_F(UnfinishedFilesTest, AreNotLookedForWithoutALog) {
     removeUnfinishedFiles(files_, "/none", UnfinishedChange::kAnyUndo);
     remove("", UnfinishedChange::kAnyUndo);

@@ -100,6 +100,16 @@ struct MemoryFileSystem::Event {
     std::function<void()> action;
 };
 
+namespace {
+
+bool mayChange(MemoryFileSystem::Operation operation) {
+    using Operation = MemoryFileSystem::Operation;
+    return operation != Operation::kRead && operation != Operation::kSeek && operation != Operation::kClose &&
+           operation != Operation::kFlush && operation != Operation::kList;
+}
+
+}  // namespace
+
 class MemoryFileSystem::OpenFile : public platform::File {
 public:
     OpenFile(MemoryFileSystem& owner, NodePtr node, std::uint32_t access)
@@ -541,13 +551,15 @@ void MemoryFileSystem::runActions(Operation operation, const std::string& path) 
 }
 
 // Records and counts the operation and gives the status of an injected failure.
+void MemoryFileSystem::watchChanges(std::function<void()> watcher) {
+    const std::lock_guard lock(mutex_);
+    watcher_ = std::move(watcher);
+}
+
 int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
-    const bool isReading = operation == Operation::kRead || operation == Operation::kSeek ||
-                           operation == Operation::kList || operation == Operation::kClose;
-    if (onChange_ && !isReading) {
-        onChange_();
+    if (watcher_ && mayChange(operation)) {
+        watcher_();
     }
-    runActions(operation, path);
     ++counts_[operation];
     if (!text.empty()) {
         operations_.push_back(text);

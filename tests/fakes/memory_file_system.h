@@ -108,8 +108,8 @@ public:
     // somebody else does in the meantime.
     void runBefore(Operation operation, std::string_view path, int n, std::function<void()> action);
 
-    // Before each operation that changes something, `action` runs; opening a file counts as one.
-    void watchChanges(std::function<void()> action) { onChange_ = std::move(action); }
+    // Called before each call that may change something, an opening included.
+    void watchChanges(std::function<void()> watcher);
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
@@ -183,7 +183,7 @@ private:
     std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
     std::vector<Fault> faults_;
     std::vector<Event> events_;
-    std::function<void()> onChange_;
+    std::function<void()> watcher_;
     std::map<std::string, int> readOnly_;
     std::int64_t freeSpace_ = -1;
     std::vector<std::string> operations_;

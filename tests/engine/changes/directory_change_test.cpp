@@ -270,4 +270,23 @@ TEST_F(RemoveEmptyDirectoriesTest, RemovesNothingMoreAboveADirectoryThatResists)
     EXPECT_TRUE(files_.hasDirectory("/a"));
 }
 
+TEST_F(DirectoryCreateTest, RecordsAllLevelsWhereALowerOneFails) {
+    files_.failAt(MemoryFileSystem::Operation::kCreateDirectory, "/a/b", 1);
+    EXPECT_FALSE(create("/a/b/c/"));
+    EXPECT_EQ(created(), 3);
+    EXPECT_TRUE(change_.undo({"DIR", "3\t/a/b/c/"}));
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_FALSE(files_.hasDirectory("/a"));
+}
+
+TEST_F(DirectoryUndoTest, RemovesWhatAKilledInstallationLeftBesideItsFiles) {
+    files_.addFile("/a/b/.tandrel-1.tmp", "half");
+    EXPECT_TRUE(remove("/a/b/", 2));
+    EXPECT_FALSE(files_.hasDirectory("/a"));
+    files_.addFile("/a/b/.tandrel-1.tmp", "half");
+    files_.addFile("/a/b/own", "");
+    EXPECT_FALSE(remove("/a/b/", 2));
+    EXPECT_TRUE(files_.hasFile("/a/b/.tandrel-1.tmp"));
+}
+
 }  // namespace

@@ -675,4 +675,18 @@ TEST_F(EnvironmentChangeTest, ComesBackFromEachModeWithWhatThePresentValueWas) {
     }
 }
 
+// A repetition counts its texts: what the first record takes out makes the list the one that was there before
+// the second.
+TEST_F(EnvironmentElementsTest, TakesOutATextThatWasAddedTwice) {
+    set("PATH", "/bin");
+    EXPECT_TRUE(
+        apply("<Environment><Append VarName='PATH'>/x</Append><Append VarName='PATH'>/x</Append>"
+              "</Environment>"));
+    EXPECT_NE(records().find("BEFORE\t"), std::string::npos);
+    EXPECT_TRUE(change_.undo({"ENV", "ADD\tPATH\t/x"}));
+    const std::string former = records().substr(records().find("BEFORE\t") + 7, 32);
+    EXPECT_TRUE(change_.undo({"ENV", "ADD\tPATH\t/x", former}));
+    EXPECT_EQ(machine_.registry.value(kMachine, kKey, "PATH")->data, "/bin");
+}
+
 }  // namespace
