@@ -38,12 +38,12 @@ void reportConfigFile(Report& report, const std::string& configFile) {
 
 }  // namespace
 
-Installation::Installation(const EngineParts& parts)
-    : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
+Installation::Installation(const EngineParts& parts, InstallationMark* mark)
+    : parts_(parts), mark_(mark), logFile_(parts.machine.files), log_(logFile_) {}
 
 bool Installation::run(Report& report, const Preparation& prepare) {
     ChangeJob job(parts_, log_, report);
-    InstallationRecords records(parts_, job);
+    InstallationRecords records(parts_, job, mark_);
     if (!DirectoryCheck(parts_, report).run() || !records.open()) {
         return refuse();
     }

@@ -26,7 +26,9 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
       system_(system),
       nestedSessions_(nestedSessions),
       earlier_(engineParts(state, model, machine, system)),
-      installation_(engineParts(state, model, machine, system)),
+      recovery_(engineParts(state, model, machine, system), nestedSessions, state.errorList),
+      mark_(engineParts(state, model, machine, system), state.removed),
+      installation_(engineParts(state, model, machine, system), &mark_),
       uninstallation_(engineParts(state, model, machine, system)),
       removal_(engineParts(state, model, machine, system), nestedSessions, state.removed, state.errorList),
       revert_(engineParts(state, model, machine, system), state.removed),
@@ -86,6 +88,7 @@ bool PageWork::installProduct(InstallerUI& ui) {
     });
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
+        mark_.noteInstalled();
     }
     return isInstalled;
 }
@@ -141,7 +144,7 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
 // An installation that is known to fail must not cost the earlier version.
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return installation_.isPossible(report) && removeEarlier(report);
+    return installation_.isPossible(report) && mark_.open(report) && removeEarlier(report);
 }
 
 bool PageWork::revertInstallation(InstallerUI& ui) {
