@@ -9,6 +9,7 @@
 #include "engine/action_log_writer.h"
 #include "engine/directory_check.h"
 #include "engine/engine_parts.h"
+#include "engine/free_space_check.h"
 #include "support/p_file_console.h"
 
 class InstallationMark;
@@ -31,15 +32,19 @@ public:
     // runs to its end; what becomes of it is decided afterwards, by the variable of the role InstallError. It
     // is left alone when the front end ignores errors. False when any step failed.
     //
-    // Where a directory can't be recorded, or the records can't be opened, nothing is changed and the
-    // variable is set in any case. An exception out of a step leaves the records published and the variable
-    // set; one out of the preparation leaves nothing but the variable.
-    bool run(Report& report, const Preparation& prepare = {});
-    // Whether `run` would get beyond its look at the directories, as far as their variables are what they
-    // will be then. What it finds is reported.
-    bool isPossible(Report& report) { return DirectoryCheck(parts_, report).run(); }
+    // Where a directory can't be recorded, the records can't be opened, or a volume has too little space,
+    // nothing is changed and the variable is set in any case. An exception out of a step leaves the records
+    // published and the variable set; one out of the preparation leaves nothing but the variable. `removals`
+    // is what the preparation consists of.
+    bool run(Report& report, const Preparation& prepare = {},
+             const std::vector<ExpectedRemoval>& removals = {});
+    // Whether `run` would get beyond its look at directories and free space after these removals, as far as
+    // the variables are what they will be then. What it finds is reported.
+    bool isPossible(Report& report, const std::vector<ExpectedRemoval>& removals);
     // The action log of what `run` changed; empty before, and where nothing was recorded.
     const std::string& publishedLog() const { return publishedLog_; }
+    // Whether that log takes an earlier installation back as well, because this one was made over it.
+    bool continuesEarlierRecords() const { return continuesEarlierRecords_; }
 
     // Runs the actions of a container of the description; one that fails is only logged. Throws
     // InstallerError when a file can't be taken out of the cabinet.
@@ -76,5 +81,6 @@ private:
     PFileConsole logFile_;
     ActionLogWriter log_;
     std::string publishedLog_;
+    bool continuesEarlierRecords_ = false;
     bool isFinished_ = false;
 };

@@ -38,6 +38,8 @@ public:
     bool publish();
     // Where the log is after that; empty where it was deleted, because the description gives it no path.
     const std::string& publishedLog() const { return publishedLog_; }
+    // Whether `begin` took over those of an earlier installation.
+    bool continueEarlierOnes() const { return takeover_.hasEarlierLog(); }
     // Removes what `open` made. For an installation that doesn't come to `begin`.
     void discard();
 

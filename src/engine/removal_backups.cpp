@@ -4,6 +4,7 @@
 #include "base/path_functions.h"
 #include "engine/directory_check.h"
 #include "engine/journaled_machine.h"
+#include "engine/product_state.h"
 #include "engine/removal_journal_format.h"
 #include "engine/work_notes.h"
 #include "platform/error_text.h"
@@ -155,5 +156,6 @@ void RemovalBackups::release() {
     machine_.reset();
     if (journal_.isOpen()) {
         journal_.discard();
+        ProductState(real_.files, real_.environment).leaveLevels(journal_.levelsLeft());
     }
 }

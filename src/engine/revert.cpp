@@ -9,7 +9,6 @@
 #include "engine/changes/change_table.h"
 #include "engine/changes/directory_change.h"
 #include "engine/line_reader.h"
-#include "engine/product_records.h"
 #include "engine/product_state.h"
 #include "engine/removal_journal_format.h"
 #include "engine/removal_playback.h"
@@ -111,14 +110,10 @@ bool Revert::walk(const std::string& log, Uninstallation& undo, Report& report) 
         return false;
     }
     parts_.debugLog.line("Uninstalling current installation (Revert)");
-    const bool isUndone = undo.run(&file, std::nullopt, report);
-    if (!isUndone && hasBackups()) {
-        // They stayed for a repetition, in the places of those that come back.
-        const ProductRecords records = productRecordsOf(file, parts_.model, parts_.debugLog);
-        parts_.machine.files.removeFile(records.description);
-        parts_.machine.files.removeFile(records.uninstaller);
-    }
-    return isUndone;
+    // What a repetition needs would lie in the places of files that come back.
+    using Repetition = Uninstallation::Repetition;
+    const Repetition repetition = hasBackups() ? Repetition::kNone : Repetition::kPossible;
+    return undo.run(&file, std::nullopt, report, {}, repetition);
 }
 
 // They are where those of the earlier version belong. `rest` is null when nothing is left of the new version;

@@ -81,16 +81,29 @@ void PageWork::normalizeFields(DialogDesc& page) {
 
 bool PageWork::installProduct(InstallerUI& ui) {
     Report report = reportTo(ui);
-    const bool isInstalled = installation_.run(report, [&] {
+    const auto prepare = [&] {
         if (!earlier_.wasRemovalTried()) {
             removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
         }
-    });
+    };
+    const bool isInstalled = installation_.run(report, prepare, expectedRemovals());
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
         mark_.noteInstalled();
     }
     return isInstalled;
+}
+
+std::vector<ExpectedRemoval> PageWork::expectedRemovals() {
+    const bool isReversible = (state_.sessionFlags & kSessionBackup) != 0;
+    std::vector<ExpectedRemoval> removals;
+    for (const ProductRemoval::Request& request : earlier_.wanted()) {
+        const std::string log = request.logPath.empty()
+                                    ? system_.applicationLogFile(request.applicationName).value_or("")
+                                    : request.logPath;
+        removals.push_back({log, request.isBackedUp && isReversible, isReversible});
+    }
+    return removals;
 }
 
 // No page comes after an error that ends the session, so what was removed until then comes back at once.
@@ -144,13 +157,25 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
 // An installation that is known to fail must not cost the earlier version.
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return installation_.isPossible(report) && mark_.open(report) && removeEarlier(report);
+    return installation_.isPossible(report, expectedRemovals()) && mark_.open(report) &&
+           removeEarlier(report);
 }
 
 bool PageWork::revertInstallation(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return revert_.revertInstallation(state_.isActionLogSession() ? "" : installation_.publishedLog(),
-                                      uninstallation_, report);
+    const bool isOverEarlier = installation_.continuesEarlierRecords() && state_.removed.isEmpty();
+    if (state_.removed.isEmpty()) {
+        // Of a version that doesn't come back no entry may stay, which the next setup would fall over.
+        uninstallation_.unregister();
+    }
+    const bool isUndone = revert_.revertInstallation(
+        state_.isActionLogSession() ? "" : installation_.publishedLog(), uninstallation_, report);
+    if (isOverEarlier) {
+        report.note(
+            "The earlier version, over which the new one was installed, has been taken back with it. "
+            "Its setup installs it again.");
+    }
+    return isUndone;
 }
 
 bool PageWork::revertUninstallation(InstallerUI& ui) {

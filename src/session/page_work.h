@@ -61,6 +61,7 @@ private:
     Report reportTo(InstallerUI& ui);
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
+    std::vector<ExpectedRemoval> expectedRemovals();
     bool removeEarlier(Report& report);
     bool tryToRemoveEarlier(Report& report);
     SystemOperations& reversibleSystem();

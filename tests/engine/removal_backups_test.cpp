@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "base/errors.h"
+#include "engine/product_state.h"
 #include "engine/work_notes.h"
 #include "fakes/fake_platform.h"
 #include "platform/written_path.h"
@@ -68,6 +69,18 @@ TEST_F(RemovalBackupsTest, GoWithTheirFilesAndTheJournal) {
     EXPECT_FALSE(backups_.isOpen());
     EXPECT_TRUE(backups_.uninstallBackups.empty());
     EXPECT_EQ(backups_.nestedBackups.size(), 2U);
+}
+
+TEST_F(RemovalBackupsTest, LeaveTheDirectoryThatTheyMadeToTheNewProduct) {
+    backups_.openMachine();
+    ProductState state(files_, machine_.environment);
+    WrittenSums sums;
+    sums.add("/app/a", md5Of("a", 1));
+    ASSERT_TRUE(state.save("/app/install.log", sums));
+    backups_.release();
+    EXPECT_TRUE(files_.hasDirectory("/var/state"));
+    ASSERT_TRUE(state.remove("/app/install.log"));
+    EXPECT_FALSE(files_.hasDirectory("/var"));
 }
 
 TEST_F(RemovalBackupsTest, StayAsTheOnlyCopyAndSayWhere) {
