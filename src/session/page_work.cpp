@@ -79,15 +79,28 @@ void PageWork::normalizeFields(DialogDesc& page) {
 
 bool PageWork::installProduct(InstallerUI& ui) {
     Report report = reportTo(ui);
-    const bool isInstalled = installation_.run(report, [&] {
-        if (!earlier_.wasRemovalTried()) {
-            removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
-        }
-    });
+    bool isInstalled = false;
+    try {
+        isInstalled = installation_.run(report, [&] {
+            if (!earlier_.wasRemovalTried()) {
+                removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
+            }
+        });
+    } catch (...) {
+        revertBeforeEnd(report);
+        throw;
+    }
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
     }
     return isInstalled;
+}
+
+// No page comes after an error that ends the session. Without an earlier version the log is enough.
+void PageWork::revertBeforeEnd(Report& report) {
+    if (!installation_.publishedLog().empty() && !state_.removed.isEmpty()) {
+        revert_.revertInstallation(installation_.publishedLog(), uninstallation_, report);
+    }
 }
 
 // No page comes after an error that ends the session, so what was removed until then comes back at once.

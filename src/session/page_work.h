@@ -58,6 +58,7 @@ private:
     Report reportTo(InstallerUI& ui);
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
+    void revertBeforeEnd(Report& report);
     bool removeEarlier(Report& report);
     bool tryToRemoveEarlier(Report& report);
     SystemOperations& reversibleSystem();
