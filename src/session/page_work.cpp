@@ -86,7 +86,13 @@ bool PageWork::installProduct(InstallerUI& ui) {
             removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
         }
     };
-    const bool isInstalled = installation_.run(report, prepare, expectedRemovals());
+    bool isInstalled = false;
+    try {
+        isInstalled = installation_.run(report, prepare, expectedRemovals());
+    } catch (...) {
+        revertBeforeEnd(report);
+        throw;
+    }
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
         mark_.noteInstalled();
@@ -104,6 +110,13 @@ std::vector<ExpectedRemoval> PageWork::expectedRemovals() {
         removals.push_back({log, request.isBackedUp && isReversible, isReversible});
     }
     return removals;
+}
+
+// No page comes after an error that ends the session. Without an earlier version the log is enough.
+void PageWork::revertBeforeEnd(Report& report) {
+    if (!installation_.publishedLog().empty() && state_.removed.isOnlyCopy) {
+        revert_.revertInstallation(installation_.publishedLog(), uninstallation_, report);
+    }
 }
 
 // No page comes after an error that ends the session, so what was removed until then comes back at once.

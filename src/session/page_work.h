@@ -62,6 +62,7 @@ private:
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
     std::vector<ExpectedRemoval> expectedRemovals();
+    void revertBeforeEnd(Report& report);
     bool removeEarlier(Report& report);
     bool tryToRemoveEarlier(Report& report);
     SystemOperations& reversibleSystem();

@@ -115,6 +115,19 @@ TEST_F(UpgradeTest, TakesBackWhatItRemovedBeforeAnErrorEndsTheRun) {
     EXPECT_THAT(leftovers(), IsEmpty());
 }
 
+// An action that ends the run comes after files and other changes.
+TEST_F(UpgradeTest, BringsTheEarlierVersionBackWhenAnErrorEndsTheInstallation) {
+    ASSERT_TRUE(install(1));
+    const auto first = state();
+    EXPECT_FALSE(install(
+        2, "<AdditionalInstall><CreateFile Dest='/app'>nowhere</CreateFile></AdditionalInstall>", kPages));
+    EXPECT_THAT(boxes_, Not(IsEmpty()));
+    EXPECT_EQ(state(), first);
+    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_TRUE(uninstall());
+    EXPECT_EQ(state(), before_);
+}
+
 TEST_F(UpgradeTest, RemovesNothingForAnInstallationThatIsKnownToFail) {
     ASSERT_TRUE(install(1));
     const auto first = state();
