@@ -87,16 +87,22 @@ class Removals(ExternalTest):
         self.assert_installed(self.install())
         self.assertTrue(self.host("first").exists())
 
-    def test_a_product_of_this_system_is_removed_before_the_new_one_comes(self):
+    def install_old(self, farewell=""):
+        """An old product of this system, as far as the new one doesn't know."""
         sets = (f'<FileSet Name="Uninstaller"><FN Dest="[DIR]/un" Executable="1">installer{EXE}</FN></FileSet>{SETS}'
+                f'<FileSet Name="Tools"><FN Dest="[DIR]/bin" Executable="1">{FOREIGN}</FN></FileSet>'
                 '<UninstallWildcards><File Dest="[DIR]/un">install.log</File><File Dest="[DIR]/un">backup.bin</File>'
                 "</UninstallWildcards>")
         old = description(self.native("opt/old"), sets, late='<RegisterApplication Special="AutoNext"/>',
-                          farewell='<CopyProgress Special="AutoNext"/><UnregisterApplication Special="AutoNext"/>')
-        package = self.build_package(old.replace("Test Product", OLD), {"data.txt": "data\n"}, "old" + EXE)
+                          farewell=farewell + '<CopyProgress Special="AutoNext"/><UnregisterApplication Special="AutoNext"/>')
+        files = {"data.txt": "data\n", FOREIGN: self.read(FOREIGN)}
+        package = self.build_package(old.replace("Test Product", OLD), files, "old" + EXE)
         self.assertIn("was successful!", self.run_program(package, "-auto").out)
         shutil.rmtree(self.host("stage"))
         self.assertTrue(self.is_registered())
+
+    def test_a_product_of_this_system_is_removed_before_the_new_one_comes(self):
+        self.install_old()
         self.build()
         result = self.install()
         self.assert_installed(result)
@@ -104,6 +110,32 @@ class Removals(ExternalTest):
         self.assertFalse(self.is_registered())
         self.assertFalse(self.host("opt/old/data.txt").exists())
         self.assertNotIn("/opt/new", result.out[:result.out.index("uninstallation was successful!")].replace("\\", "/"))
+
+    def start(self, program, *arguments, out=subprocess.DEVNULL):
+        """Runs a program beside the test."""
+        running = subprocess.Popen([*self.machine.command(self.host(program)), *arguments], stdin=subprocess.DEVNULL,
+                                   stdout=out, stderr=out, env=self.machine.environment({}), cwd=self.machine.root)
+        self.addCleanup(running.kill)
+        return running
+
+    def test_an_uninstaller_that_a_running_program_holds_is_waited_for(self):
+        self.install_old(f'<RunningApps Special="Automated"><TestApp Directory="[DIR]">{FOREIGN}</TestApp></RunningApps>')
+        tool = self.start("opt/old/bin/" + FOREIGN, "mark", self.native("runs"), "await", self.native("go"))
+        self.wait_until(self.host("runs").exists)
+        self.build()
+        with open(self.host("shown"), "wb") as shown:
+            setup = self.start(self.setup, "-auto", out=shown)
+        held = "because the processes listed above are running"
+        self.wait_until(lambda: held in self.read_text("shown"))
+        self.assertTrue(self.host("opt/old/data.txt").exists())
+        self.assertFalse(self.host("opt/new/data.txt").exists())
+        self.host("go").mkdir()
+        tool.wait(timeout=TIMEOUT)
+        setup.wait(timeout=TIMEOUT)
+        self.assertTrue(self.read_text("shown").endswith(SUCCESS), self.read_text("shown"))
+        self.assertTrue(self.host("opt/new/data.txt").exists())
+        self.assertFalse(self.host("opt/old/data.txt").exists())
+        self.assertFalse(self.is_registered())
 
 
 class Failures(ExternalTest):

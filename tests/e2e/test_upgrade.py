@@ -3,6 +3,7 @@
 import os
 import shutil
 import stat
+import subprocess
 import unittest
 
 from harness import EXE, HELPERS, WINDOWS, EndToEndTest, main
@@ -25,12 +26,14 @@ DESCRIPTION = """<TandrelGroupInstallation>
 </InstallerControlVariables>
 <DefValues>
  <Value Name="PREVIOUS" DataType="value">0</Value>
+ <Value Name="LEGACY" DataType="value">0</Value>
  <Value Name="INSTALL_ERROR" DataType="value">0</Value>
  <Value Name="UNINSTALL_ERROR" DataType="value">0</Value>
- <Value Name="SHOULD_UNINSTALL" DataType="value">0</Value>
+ <Value Name="SHOULD_UNINSTALL" DataType="value" UseOld="1">0</Value>
  <Value Name="DIR" DataType="value" UseOld="1">{directory}</Value>
  <Value Name="SHARED" DataType="value">{shared}</Value>
  <Value Name="COLOUR" DataType="value" UseOld="1">grey</Value>
+ {values}
 </DefValues>
 <Dialogs>
  <Welcome/>
@@ -96,6 +99,16 @@ SETS = """
 # No record can hold a path of this length, so the installation fails after everything else was done.
 FAILING = ('<AdditionalInstall><Registry><AddValue Place="HKEY_LOCAL_MACHINE" Path="Software\\Upgraded\\'
            + "long" * 200 + '" Value="v">x</AddValue></Registry></AdditionalInstall>')
+# A page that declines the removal.
+KEEP = ('<Keep><Trigger EvaluateOn="Start" Type="VarChange" Variable="SHOULD_UNINSTALL" Value="0"/></Keep>')
+# A page that removes a former name although only its log shows it.
+REMOVE = ('<Old><Trigger EvaluateOn="Start" Type="VarChange" Variable="SHOULD_UNINSTALL" Value="1" Condition="[LEGACY]==1"/>'
+          '</Old>')
+# What a description needs that refuses to replace a newer version.
+VERSION_RULE = ('<Value Name="BUILD" DataType="value">{version}</Value>'
+                '<Value Name="PRESENT_BUILD" DataType="installvar" AppName="Product" Default="0">BUILD</Value>')
+NEWER_PAGE = ('<Newer Special="Finish" Condition="[PRESENT_BUILD]&gt;[BUILD]"><Text x="1" y="1">A newer version is '
+              'installed.</Text></Newer>')
 REVERT = '<RevertInstallation Special="AutoNext" Condition="[INSTALL_ERROR]==1"/>'
 
 
@@ -114,12 +127,14 @@ class UpgradeTest(EndToEndTest):
         self.write("shared/list.txt", f"anchor{end}end{end}")
         self.before = self.state()
 
-    def build(self, version, *, name="Product", directory="opt/product", more="", pages=REVERT, output=None, **texts):
-        texts = {"former": "", "before": "", "logs": "", "overrides": "", **texts}
+    def build(self, version, *, name="Product", directory="opt/product", more="", pages=REVERT, output=None, files=None,
+              **texts):
+        texts = {"former": "", "before": "", "logs": "", "overrides": "", "values": "", **texts}
+        texts["values"] = texts["values"].format(version=version)
         sets = SETS.format(version=version, link=LINK) + more
         text = DESCRIPTION.format(name=name, version=version, directory=self.native(directory), exe=EXE,
                                   shared=self.native("shared"), sets=sets, pages=pages, **texts)
-        setup = self.build_package(text, files_of(version), output=(output or f"setup{version}") + EXE)
+        setup = self.build_package(text, {**files_of(version), **(files or {})}, output=(output or f"setup{version}") + EXE)
         shutil.rmtree(self.host("stage"))
         return setup
 
@@ -210,6 +225,170 @@ class UpgradeTest(EndToEndTest):
         self.assertEqual(self.temporary(), [])
         self.uninstall()
         self.expect_as_before()
+
+    def test_a_chain_of_versions_ends_where_it_began(self):
+        for version in (1, 2, 3, 1):
+            self.install(self.build(version))
+            self.expect_version(version)
+        before = self.state()
+        self.fail_to_install(self.build(2, more=FAILING, output="failing"))
+        self.assertEqual(self.state(), before)
+        self.install("setup3" + EXE)
+        self.expect_version(3)
+        self.uninstall()
+        self.expect_as_before()
+        self.assertEqual(self.temporary(), [])
+
+    def test_what_the_user_changed_comes_back_with_the_earlier_version(self):
+        self.install(self.build(1))
+        self.write("opt/product/data.txt", "the user's own data\n")
+        self.write("opt/product/settings.txt", "colour=red\n")
+        changed = self.state()
+        result = self.fail_to_install(self.build(2, more=FAILING))
+        self.assertEqual(self.state(), changed, result)
+        self.install(self.build(3))
+        self.expect_version(3)
+        self.assertEqual(self.read_text("opt/product/settings.txt"), "colour=[COLOUR] 3\n")
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_a_file_of_the_user_in_the_way_is_left_and_named(self):
+        self.install(self.build(1))
+        self.write("opt/product/only1/mine.txt", "mine\n")
+        result = self.run_program(self.build(2), "-auto")
+        self.assertIn("The installation was successful.", result.out, result)
+        self.assertEqual(self.read_text("opt/product/only1/mine.txt"), "mine\n")
+        self.assertEqual(self.read_text("opt/product/data.txt"), "data 2\n" * 40)
+        self.assertFalse(self.host("opt/product/only1/part1.txt").exists())
+        self.assertIn("only1", result.err)
+        self.host("opt/product/only1/mine.txt").unlink()
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_without_a_backup_the_earlier_version_is_gone_for_good(self):
+        self.install(self.build(1))
+        result = self.install(self.build(2), "-backup=0")
+        self.expect_version(2)
+        self.assertNotIn("Back up " + self.on_screen(self.native("opt/product").replace("/", "\\") + "\\data.txt"), result.out)
+        result = self.fail_to_install(self.build(3, more=FAILING), "-backup=0")
+        self.assertEqual(self.state()["files"], self.before["files"], result)
+        self.assertEqual(self.state()["applications"], {})
+        self.install("setup2" + EXE)  # and nothing is in its way
+        self.expect_version(2)
+
+    def test_without_a_removal_the_records_are_continued(self):
+        for version in (1, 2):
+            self.install(self.build(version, before=KEEP))
+        self.assertEqual(self.read_text("opt/product/data.txt"), "data 2\n" * 40)
+        self.assertEqual(sorted(p.name for p in self.host("opt/product").glob("only*")), ["only1", "only2"])
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_a_new_version_over_the_earlier_one_is_taken_back_with_it_and_says_so(self):
+        self.install(self.build(1, before=KEEP))
+        result = self.fail_to_install(self.build(2, before=KEEP, more=FAILING))
+        self.assertIn("The earlier version, over which the new one was installed, has been taken back with it.", result.err)
+        self.assertEqual(self.files(), self.before["files"])
+        self.assertEqual(self.state()["applications"], {})
+
+    def test_a_version_that_only_its_log_shows_is_removed(self):
+        self.install(self.build(1))
+        self.forget("Product")
+        debug = self.install(self.build(2), "-debug=1")
+        log = (self.machine.temp / "installer_debug.log").read_text("utf-8")
+        self.assertIn("WARNING: Uninstalling previous installation using fallback logic : Product (", log, debug)
+        self.expect_version(2)
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_a_version_that_only_its_log_shows_comes_back(self):
+        self.install(self.build(1))
+        self.forget("Product")
+        first = self.state()
+        result = self.fail_to_install(self.build(2, more=FAILING))
+        self.assertEqual(self.state(), first, result)
+        self.install(self.build(3))
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_a_former_name_goes_with_its_entry_and_comes_back(self):
+        self.install(self.build(1, name="Old Product", directory="opt/old", output="old"))
+        first = self.state()
+        self.assertIn("Old Product", first["applications"])
+        former = "<LegacyApplication>Old Product</LegacyApplication>"
+        result = self.fail_to_install(self.build(2, former=former, more=FAILING))
+        self.assertEqual(self.state(), first, result)
+        self.install(self.build(2, former=former))
+        self.expect_version(2)
+        self.assertFalse(self.host("opt/old").exists())
+        self.assertNotIn("Old Product", self.state()["applications"])
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_a_former_name_that_the_list_has_lost_is_found_by_its_log(self):
+        self.install(self.build(1, name="Old Product", directory="opt/old", output="old"))
+        self.forget("Old Product")
+        logs = f'<LegacyInstallLogFile AppName="Old Product">{self.native("opt/old/un/install.log")}</LegacyInstallLogFile>'
+        self.install(self.build(2, logs=logs, before=REMOVE))
+        self.expect_version(2)
+        self.assertFalse(self.host("opt/old").exists())
+        self.uninstall()
+        self.expect_as_before()
+
+    def test_an_older_version_refuses_where_its_description_says_so(self):
+        rule = {"values": VERSION_RULE, "before": NEWER_PAGE}
+        self.install(self.build(1, **rule))
+        self.install(self.build(2, **rule))
+        second = self.state()
+        result = self.fail_to_install("setup1" + EXE)
+        self.assertIn("A newer version is installed.", result.out)
+        self.assertIn('Nothing was installed: the run ended on the page "Newer"', result.err)
+        self.assertEqual(self.state(), second)
+        self.install("setup2" + EXE)  # the same one repairs
+        self.expect_version(2)
+        self.uninstall()
+        self.expect_as_before()
+
+    @unittest.skipIf(WINDOWS, "the registry is the system's")
+    def test_nothing_is_left_of_the_registry(self):
+        self.install(self.build(1))
+        self.install(self.build(2))
+        self.uninstall()
+        self.assertIsNone(self.registry("HKLM", "Software"))
+
+    def test_a_volume_that_is_too_small_refuses_the_new_version(self):
+        small = self.small_volume(600)
+        values = f'<Value Name="SMALL" DataType="value">{self.native("small")}</Value>'
+        sets = '<FileSet Name="Large"><FN Dest="[SMALL]/product">large.bin</FN></FileSet>'
+        self.install(self.build(1))
+        first = self.state()
+        setup = self.build(2, more=sets, values=values, files={"large.bin": os.urandom(1000000)})
+        result = self.fail_to_install(setup)
+        self.assertIn("Nothing was installed.\n", result.err)
+        self.assertRegex(result.err, r"There is too little space for \S*small\S* on the volume \S+: "
+                                     r"1\d{6} bytes are needed, \d{6} are free\.")
+        self.assertEqual(self.state(), first, result)
+        self.assertEqual(list(small.iterdir()), [])
+        self.assertEqual(self.temporary(), [])
+        self.uninstall()
+        self.expect_as_before()
+
+    def small_volume(self, kilobytes):
+        """A volume of its own, as far as this machine lets us mount one."""
+        place = self.host("small")
+        place.mkdir()
+        command = ["mount", "-t", "tmpfs", "-o", f"size={kilobytes}k", "none", place]
+        if not shutil.which("mount") or subprocess.run(command, capture_output=True, check=False).returncode != 0:
+            self.skipTest("no volume can be mounted here")
+        self.addCleanup(subprocess.run, ["umount", place], check=False)
+        return place
+
+    def forget(self, name):
+        """Takes an application off the list, as a user does who tidies up by hand."""
+        helper = "foreign" + EXE
+        shutil.copy2(HELPERS / ("foreign_uninstaller" + EXE), self.host(helper))
+        self.assertEqual(self.run_program(helper, "remove", name, "native").code, 0)
+        self.host(helper).unlink()
 
 
 if __name__ == "__main__":

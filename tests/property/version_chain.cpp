@@ -80,7 +80,8 @@ VersionChain randomChain(RandomNumbers& random) {
     for (ProductCase& version : chain.versions) {
         version.registers = registers;
     }
-    for (std::size_t steps = random.below(6) + 2; steps > 0; --steps) {
+    const std::size_t length = random.below(random.oneIn(4) ? 8 : 3) + 2;
+    while (chain.steps.size() < length) {
         chain.steps.push_back(randomStep(random));
     }
     chain.isBare = random.oneIn(4);
