@@ -12,6 +12,7 @@
 #include "engine/action_log_writer.h"
 #include "engine/changes/change_table.h"
 #include "engine/changes/record_text.h"
+#include "engine/installation_mark.h"
 #include "engine/line_reader.h"
 #include "engine/product_state.h"
 #include "engine/report.h"
@@ -58,10 +59,13 @@ std::vector<LoggedVariable> loggedVariables(const ProductModel& model) {
     return kept;
 }
 
-InstallationRecords::InstallationRecords(const EngineParts& parts, ChangeJob& job)
-    : parts_(parts), job_(job), takeover_(job.context, job.replaced.history) {}
+InstallationRecords::InstallationRecords(const EngineParts& parts, ChangeJob& job, InstallationMark* mark)
+    : parts_(parts), job_(job), mark_(mark), takeover_(job.context, job.replaced.history) {}
 
 bool InstallationRecords::open() {
+    if (mark_ != nullptr && !mark_->open(job_.context.report)) {
+        return false;
+    }
     if (!openLog()) {
         parts_.debugLog.line("ERROR: Obtaining temp filename for install temp log!");
         return false;
@@ -75,8 +79,13 @@ bool InstallationRecords::open() {
     return true;
 }
 
+std::string InstallationRecords::newName() {
+    const std::string name = parts_.system.temporaryFileName().value_or("");
+    return mark_ == nullptr || name.empty() ? name : mark_->placeOf(name);
+}
+
 bool InstallationRecords::openLog() {
-    temporaryLog_ = parts_.system.temporaryFileName().value_or("");
+    temporaryLog_ = newName();
     if (!temporaryLog_.empty() && job_.context.log.openNew(temporaryLog_)) {
         return true;
     }
@@ -85,7 +94,7 @@ bool InstallationRecords::openLog() {
 }
 
 bool InstallationRecords::openArchive() {
-    temporaryArchive_ = parts_.system.temporaryFileName().value_or("");
+    temporaryArchive_ = newName();
     if (!temporaryArchive_.empty() && job_.replaced.archive.openForWriting(temporaryArchive_)) {
         return true;
     }
@@ -130,6 +139,9 @@ bool InstallationRecords::begin() {
         discard();
         return false;
     }
+    if (!noteInstalling()) {
+        return false;
+    }
     takeover_.revertEdits(job_.context.log);
     return true;
 }
@@ -142,6 +154,28 @@ bool InstallationRecords::writeHead() {
     takeover_.writeRecords(log);
     const bool isArchiveOnDisk = takeover_.archivePath().empty() || job_.replaced.archive.flush() == 0;
     return !log.hasFailed() && log.flush() && isArchiveOnDisk;
+}
+
+// From now on the new records say what is on the disk.
+bool InstallationRecords::noteInstalling() {
+    const std::string log = parts_.model.product.installLogFile().value_or("");
+    places_ = {temporaryLog_, temporaryArchive_, log, archivePath(), parts_.machine.files.exists(log)};
+    const bool isNoted = mark_ == nullptr || mark_->noteInstalling(places_, job_.context.report);
+    if (!isNoted) {
+        discard();
+    }
+    return isNoted;
+}
+
+// The paths may have changed with the variables.
+void InstallationRecords::noteFinalPlaces() {
+    const std::string log = parts_.model.product.installLogFile().value_or("");
+    const std::string archive = archivePath();
+    if (mark_ != nullptr && (log != places_.log || archive != places_.archive)) {
+        places_.log = log;
+        places_.archive = archive;
+        mark_->noteInstalling(places_, job_.context.report);
+    }
 }
 
 // Without a place of its own the archive stays in that of the earlier installation, whose files it holds.
@@ -181,6 +215,7 @@ bool InstallationRecords::closeArchive() {
 bool InstallationRecords::publish() {
     const bool isLogWritten = closeLog();
     const bool written = closeArchive() && isLogWritten;
+    noteFinalPlaces();
     addSumsOfEditedFiles();
     keepSums();
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
@@ -189,6 +224,8 @@ bool InstallationRecords::publish() {
     publishedLog_ = logPublished ? logPath : temporaryLog_;
     if (written && logPublished && archivePublished) {
         removeEarlierArchive();
+    } else if (mark_ != nullptr) {
+        mark_->keepRecords();
     }
     return written && logPublished && archivePublished;
 }

@@ -223,8 +223,42 @@ bool ProductState::remove(std::string_view logPath) {
     if (files_.removeFile(path) != 0) {
         return false;
     }
-    removeDirectory(content.levels);
+    leaveLevels(removeDirectory(content.levels));
     return true;
+}
+
+void ProductState::leaveLevels(std::int32_t levels) {
+    std::string directory;
+    std::vector<platform::DirectoryEntry> entries;
+    if (levels <= 0 || !environment_.stateDirectory(directory) || files_.list(directory, entries) != 0) {
+        return;
+    }
+    for (const platform::DirectoryEntry& entry : entries) {
+        if (entry.name.starts_with(Format::kNameStart) && entry.name.ends_with(Format::kNameEnd) &&
+            takeLevels(directory + "/" + entry.name, levels)) {
+            return;
+        }
+    }
+}
+
+// The text stays as it is but for the number.
+bool ProductState::takeLevels(const std::string& path, std::int32_t levels) {
+    const std::int64_t size = files_.fileSize(path);
+    std::string text;
+    if (size < 0 || size > Format::kSizeLimit || OUtils::readWholeFile(path, text, files_) != 0) {
+        return false;
+    }
+    std::string_view rest = text;
+    const auto banner = takeLine(rest);
+    const auto log = takeLine(rest);
+    std::int32_t present = 0;
+    if (banner != Format::kBanner || !afterWord(log, Format::kLog) ||
+        !readNumber(afterWord(takeLine(rest), Format::kMade), present)) {
+        return false;
+    }
+    const std::string line = lineOf(Format::kMade, std::to_string(std::max(present, levels)));
+    return write(path, std::string(*banner) + Format::kLineEnd + std::string(*log) + Format::kLineEnd + line +
+                           std::string(rest));
 }
 
 // The number of levels that were made.
@@ -247,12 +281,14 @@ std::int32_t ProductState::makeDirectory() {
     return made;
 }
 
-// Others may have put something there meanwhile: the system removes only what is empty.
-void ProductState::removeDirectory(std::int32_t levels) {
+// Others may have put something there meanwhile: the system removes only what is empty. The number of levels
+// that stay for that.
+std::int32_t ProductState::removeDirectory(std::int32_t levels) {
     std::string directory;
     environment_.stateDirectory(directory);
     for (; levels > 0 && !directory.empty() && files_.removeDirectory(directory) == 0; --levels) {
         const std::size_t separator = directory.find_last_of("/\\");
         directory.resize(separator == std::string::npos ? 0 : separator);
     }
+    return levels;
 }

@@ -28,6 +28,8 @@ public:
     // it gives no archive, the one at `describedArchive` is the earlier one.
     bool read(const std::string& logPath, const std::string& describedArchive);
 
+    // Whether there was a log.
+    bool hasEarlierLog() const { return log_.state != EarlierLog::State::kNone; }
     // The earlier archive; empty when there is none.
     const std::string& archivePath() const { return log_.archivePath; }
 

@@ -10,7 +10,6 @@ using platform::PathKind;
 
 // Names stay taken by programs that run at the same time and by those that were killed.
 constexpr int kMostNames = 1000;
-
 constexpr std::string_view kNameStart = ".tandrel-";
 constexpr std::string_view kNameEnd = ".tmp";
 

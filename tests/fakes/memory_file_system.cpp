@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "base/text_functions.h"
@@ -507,6 +508,7 @@ void MemoryFileSystem::clearFaults() {
     events_.clear();
     readOnly_.clear();
     freeSpace_ = -1;
+    reportedSpace_.clear();
 }
 
 std::vector<std::string> MemoryFileSystem::operations() const {
@@ -557,7 +559,6 @@ void MemoryFileSystem::watchChanges(std::function<void()> watcher) {
 }
 
 int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
-    runActions(operation, path);
     if (watcher_ && mayChange(operation)) {
         watcher_();
     }
@@ -805,6 +806,27 @@ int MemoryFileSystem::place(const NodePtr& node, const std::string& from, const 
 void MemoryFileSystem::setVolume(std::string_view path) {
     const std::lock_guard lock(mutex_);
     volumes_.insert(keyOf(resolved(path)));
+}
+
+void MemoryFileSystem::reportFreeSpace(std::string_view path, std::int64_t bytes) {
+    const std::lock_guard lock(mutex_);
+    reportedSpace_[volumeOf(resolved(path))] = bytes;
+}
+
+int MemoryFileSystem::findVolume(std::string_view path, platform::Volume& outVolume) {
+    const std::lock_guard lock(mutex_);
+    outVolume = {};
+    const std::string name = resolved(path);
+    const NodePtr target = findTarget(name);
+    const std::string volume = volumeOf(target == nullptr ? name : target->path);
+    const auto reported = reportedSpace_.find(volume);
+    const bool isReported = reported != reportedSpace_.end();
+    if (isReported && reported->second < 0) {
+        return kAccessDenied;
+    }
+    outVolume = {volume.empty() ? "/" : volume, "volume " + volume,
+                 isReported ? reported->second : std::numeric_limits<std::int64_t>::max()};
+    return kOk;
 }
 
 std::string MemoryFileSystem::volumeOf(const std::string& path) const {

@@ -101,6 +101,10 @@ public:
     void setFreeSpace(std::int64_t bytes);
     // What is at this path and below is on a volume of its own: nothing is moved over its border.
     void setVolume(std::string_view path);
+    // What findVolume says to be free on the volume of this path, whatever can be written there; negative: it
+    // can't be found out. At first there is plenty everywhere. A disk that setFreeSpace limits is one that
+    // others fill meanwhile.
+    void reportFreeSpace(std::string_view path, std::int64_t bytes);
     // What is at this path and below can be read but not written, made, moved or removed.
     void setReadOnly(std::string_view path, int status = kAccessDenied);
     void clearFaults();
@@ -154,6 +158,7 @@ public:
     int createPrivateDirectory(std::string_view parent, std::string_view prefix,
                                std::string& outPath) override;
     std::vector<std::string> otherPrivatePlaces() override;
+    int findVolume(std::string_view path, platform::Volume& outVolume) override;
     int removeAtRestart(std::string_view path) override;
 
 private:
@@ -192,6 +197,7 @@ private:
     std::vector<std::string> otherPrivatePlaces_;
     std::set<std::string> unprotected_;
     std::set<std::string> volumes_;
+    std::map<std::string, std::int64_t> reportedSpace_;  // by volume
     std::vector<std::string> removedAtRestart_;
     int privateDirectories_ = 0;
     int openFiles_ = 0;

@@ -6,6 +6,7 @@
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
+#include "contracts/system_operations.h"
 #include "description/product_description.h"
 #include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
@@ -389,10 +390,19 @@ bool RegistryChange::removeCreatedKey(CreatedKey& key) {
         if (isInUse) {
             key.path = *level;
             key.levels = levels - static_cast<int>(level - all.rbegin());
+            leaveToList(key);
         }
         return isInUse || reportFailure("FAILED to delete the key ", {key.place, *level}, "", status);
     }
     return true;
+}
+
+// An earlier version that goes leaves its entry in the list of applications to the new one.
+void RegistryChange::leaveToList(CreatedKey& key) {
+    const bool isMachines = registryRootOf(key.place) == RegistryRoot::kLocalMachine;
+    if (isMachines && context_.system.leaveKeysToList(key.path, key.levels)) {
+        key.levels = 0;
+    }
 }
 
 RegistryChange::WriteResult RegistryChange::writeValue(platform::Registry& registry, const Value& value) {

@@ -115,6 +115,7 @@ private:
     bool removeKey(const Element& element);
     bool undoValue(const Key& key, std::string_view name);
     bool removeCreatedKey(CreatedKey& key);
+    void leaveToList(CreatedKey& key);
     bool reportFailure(std::string_view work, const Key& key, std::string_view name,
                        std::optional<int> status);
     bool isRecorded(const Element& element);

@@ -276,6 +276,20 @@ TEST_F(RegistryUndoTest, TakesAKeyThatWasInUseWhenItIsNoLonger) {
     EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software"));
 }
 
+TEST_F(RegistryUndoTest, LeavesAKeyThatTheListOfApplicationsKeepsToTheList) {
+    machine_.registry.addKey(kRoot, "Software\\Demo");
+    machine_.registry.addKey(kRoot, "Software\\List\\Demo");
+    system_.takesKeys = true;
+    undo("REGKEY", "2\tHKEY_LOCAL_MACHINE\tSoftware\\Demo");
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_EQ(system_.calls, std::vector<std::string>{"leaveKeysToList(Software, 1)"});
+    // It isn't this product's any more.
+    machine_.registry.deleteKey(kRoot, "Software\\List\\Demo", platform::RegistryView::kNative);
+    machine_.registry.deleteKey(kRoot, "Software\\List", platform::RegistryView::kNative);
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software"));
+}
+
 TEST_F(RegistryUndoTest, TakesNoCutRecordForOneOfADefaultValue) {
     machine_.registry.addText(kRoot, "Software\\Demo", "", "of somebody else");
     undo("REGVAL", "HKEY_LOCAL_MACHINE\tSoftware\\Demo");
