@@ -8,17 +8,12 @@
 #include "engine/line_reader.h"
 #include "engine/record_reader.h"
 #include "engine/report.h"
-#include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "support/p_stream.h"
-#include "support/replacing_file.h"
 
 namespace {
 
 namespace Format = ActionLogFormat;
-
-constexpr std::string_view kTagsOfFiles[] = {Format::kFile, Format::kIni, Format::kModifyFile,
-                                             Format::kShortcut};
 
 LogRecord recordIn(std::string_view line, std::string_view tag, std::string_view former = {}) {
     return {tag, nextLogField(line), former};
@@ -103,22 +98,6 @@ void UndoWalk::undo(std::string_view line, std::string_view former, UndoPass pas
             noteResult(row.change->undo(record));
         }
         return;
-    }
-}
-
-// A record of any kind that is about a file has its path after one word.
-void UndoWalk::clearLastPlace(PStream& log, std::int64_t start) {
-    RecordReader records(log, start);
-    std::string last;
-    while (records.next()) {
-        last = records.line();
-    }
-    const std::string path(firstLogField(nextLogField(nextLogField(last))));
-    const std::size_t separator = path.find_last_of("/\\");
-    const bool isOfFile =
-        std::ranges::any_of(kTagsOfFiles, [&](std::string_view tag) { return last.starts_with(tag); });
-    if (isOfFile && separator != std::string::npos) {
-        removeAbandonedFiles(job_.context.machine.files, path.substr(0, separator), false);
     }
 }
 

@@ -27,9 +27,6 @@ public:
     // because its change was never made. False when the log can't be read to its end: then only edits are
     // undone, and what the records refer to must stay.
     bool undoRecords(PStream& log, std::int64_t start);
-    // What the change of the last record left beside its place, when its installation was killed in the
-    // middle of it.
-    void clearLastPlace(PStream& log, std::int64_t start);
     // What the kinds of change have to do at this moment. Not after the walk was asked to end, but what makes
     // the changes known to others is done in any case.
     void finish(UndoEnd end);

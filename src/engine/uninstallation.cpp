@@ -95,16 +95,12 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     ChangeJob job(parts_, log_, report);
     UndoWalk walk(job, isToEnd);
     Product product(parts_, log);
-    const bool wasKilled = isUnpublished(product);
     findArchive(product, report);
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, repetition, job);
     }
     restoreArchive(log, product, walk, job);
     const bool isLogRead = walkLog(log, product.head, walk, report);
-    if (wasKilled && log != nullptr) {
-        walk.clearLastPlace(*log, product.head.recordsStart);
-    }
     walk.finish(UndoEnd::kBeforeCleaning);
     if (isLogRead && !walk.isToEnd()) {
         removeByWildcards(product, job);
@@ -180,14 +176,6 @@ bool Uninstallation::isArchiveChanged(const WrittenSums& written) {
     }
     const auto digest = digestOfFile(parts_.machine.files, backupPath_);
     return digest && !written.holds(backupPath_, *digest);
-}
-
-// The archive gets the place that the description gives when the installation ends. While it is elsewhere,
-// the installation was killed.
-bool Uninstallation::isUnpublished(const Product& product) const {
-    const std::string described = product.texts.installBackupFile().value_or("");
-    return !backupPath_.empty() && !described.empty() &&
-           platform::pathIdentity(backupPath_) != platform::pathIdentity(described);
 }
 
 // The line of the log that names the archive may be damaged. What the archive holds is lost for ever when a

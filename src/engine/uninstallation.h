@@ -66,7 +66,6 @@ private:
     void readBackupPath(PStream* log);
     bool walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
-    bool isUnpublished(const Product& product) const;
     void findArchive(const Product& product, Report& report);
     bool isArchiveChanged(const WrittenSums& written);
     RestoreResult restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);

@@ -6,6 +6,7 @@
 
 #include "engine/changes/text_lines.h"
 #include "engine/installation_fixture.h"
+#include "engine/unfinished_files.h"
 #include "engine/uninstallation.h"
 #include "platform/system_environment.h"
 #include "support/p_file_stream.h"
@@ -153,6 +154,7 @@ protected:
         ASSERT_EQ(log.openFile(kLog, PFileStream::kGenericRead, PFileStream::kShareRead,
                                PFileStream::kOpenExisting),
                   0);
+        removeUnfinishedFiles(moment.files, kLog, UnfinishedChange::kLast);
         ErrorList errors;
         Report report(&ui_, &errors);
         EXPECT_TRUE(Uninstallation(parts).run(&log, kArchive, report)) << testing::PrintToString(errors);

@@ -115,18 +115,4 @@ TEST_F(UndoWalkTest, LeavesWhatWasInAPlaceBeforeTheChange) {
     EXPECT_FALSE(walk_.hasFailed());
 }
 
-TEST_F(UndoWalkTest, ClearsTheDirectoryOfTheLastRecordAlone) {
-    for (const char* const path : {"/a/.tandrel-1.tmp", "/b/.tandrel-1.tmp", "/b/.tandrel-x.tmp.keep"}) {
-        files_.addFile(path, "");
-    }
-    undo("FILE\tCREATE\t/a/one\nFILE\tOVER\t/b\\one\n");
-    PFileStream log(files_);
-    ASSERT_EQ(
-        log.openFile("/log", PFileStream::kGenericRead, PFileStream::kShareRead, PFileStream::kOpenExisting),
-        0);
-    walk_.clearLastPlace(log, 0);
-    EXPECT_THAT(files_.allFiles(), ElementsAre("/a/.tandrel-1.tmp", "/b/.tandrel-x.tmp.keep", "/log"));
-    EXPECT_FALSE(walk_.hasFailed());
-}
-
 }  // namespace
