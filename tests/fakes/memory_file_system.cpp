@@ -319,6 +319,27 @@ MemoryFileSystem::MemoryFileSystem() {
 
 MemoryFileSystem::~MemoryFileSystem() = default;
 
+void MemoryFileSystem::becomeCopyOf(const MemoryFileSystem& other) {
+    const std::scoped_lock lock(mutex_, other.mutex_);
+    nodes_.clear();
+    std::map<const Node::Body*, std::shared_ptr<Node::Body>> bodies;  // one may have several names
+    for (const auto& [key, node] : other.nodes_) {
+        const NodePtr copy = std::make_shared<Node>(*node);
+        std::shared_ptr<Node::Body>& body = bodies[node->body.get()];
+        body = body == nullptr ? std::make_shared<Node::Body>(*node->body) : body;
+        copy->body = body;
+        nodes_[key] = copy;
+    }
+    readOnly_ = other.readOnly_;
+    freeSpace_ = other.freeSpace_;
+    temporaryDirectory_ = other.temporaryDirectory_;
+    otherPrivatePlaces_ = other.otherPrivatePlaces_;
+    unprotected_ = other.unprotected_;
+    volumes_ = other.volumes_;
+    removedAtRestart_ = other.removedAtRestart_;
+    privateDirectories_ = other.privateDirectories_;
+}
+
 void MemoryFileSystem::addFile(std::string_view path, std::string_view content) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = add(resolved(path), kFile);

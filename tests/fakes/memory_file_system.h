@@ -54,6 +54,10 @@ public:
     MemoryFileSystem();
     ~MemoryFileSystem() override;
 
+    // Holds from now on what the other one holds, with all names and rights, volumes and protections. Faults,
+    // records and open files stay behind.
+    void becomeCopyOf(const MemoryFileSystem& other);
+
     // Set-up and inspection; none of it is recorded, fails by injection or counts against the disk's space.
     // Missing directories are made. A file that is there keeps its rights and gets a content of its own: its
     // further names keep the old one.
