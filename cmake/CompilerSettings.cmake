@@ -20,7 +20,8 @@ if(WIN32)
 endif()
 
 if(TANDREL_SANITIZE)
-  add_compile_options(-O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all)
+  # Line numbers are enough for a report, and the setups that the tests pack and start stay smaller.
+  add_compile_options(-O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all)
   add_link_options(-fsanitize=address,undefined)
 elseif(NOT WIN32 AND NOT TANDREL_FUZZ)
   # The Linux programs must run on machines that have little more than the C library.

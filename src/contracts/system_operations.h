@@ -57,6 +57,10 @@ public:
     virtual bool registerApplication(const ApplicationEntry& entry) = 0;
     // False when there is no such entry or it can't be removed.
     virtual bool removeUninstallEntry(std::string_view applicationName) = 0;
+    // Whoever made the key at `path` below the machine's root, and `levels` levels of it, goes, and can't
+    // take it along while the list of applications is in it: it will go with the list. False unless this
+    // system made the list right below that key; the key is the caller's then.
+    virtual bool leaveKeysToList(std::string_view path, int levels) = 0;
     // Runs the registered uninstaller of another application and waits for it; why it fails is shown. With
     // kEntryWait it may take as long as it needs and the user has patience, or until `isToEnd`, which is
     // asked all the time, becomes true; the result is true when it ended with 0. Without, the waiting has a

@@ -173,8 +173,8 @@ void AdditionalActions::openUrl(const Action& action) {
 void AdditionalActions::open(const Action& action, const char* what) {
     const bool opened = programs_.run({action.path, "", "", action.programFlags | kRunOpenWithShell},
                                       context_.report, kOpenPause);
-    context_.debugLog.print("%s%s was %sopened : \"%s\"", opened ? "" : "ERROR: ", what, opened ? "" : "NOT ",
-                            action.path.c_str());
+    const std::string outcome = std::string(what) + (opened ? " was opened" : " was NOT opened");
+    context_.debugLog.line((opened ? "" : "ERROR: ") + outcome + " : \"" + action.path + "\"");
 }
 
 void AdditionalActions::runProgram(const Action& action) {
@@ -187,9 +187,8 @@ void AdditionalActions::runProgram(const Action& action) {
         programs_
             .execute({action.path, arguments, workDir, action.programFlags}, context_.report, action.pause)
             .started;
-    context_.debugLog.print("%sProgram was %sstarted : \"%s %s\"",
-                            started ? "" : "ERROR: ", started ? "" : "NOT ", action.path.c_str(),
-                            arguments.c_str());
+    const std::string outcome = started ? "Program was started" : "ERROR: Program was NOT started";
+    context_.debugLog.line(outcome + " : \"" + action.path + " " + arguments + "\"");
 }
 
 void AdditionalActions::copyFile(const Action& action) {
@@ -199,8 +198,8 @@ void AdditionalActions::copyFile(const Action& action) {
     }
     const std::string destination = destinationOf(action);
     const bool copied = context_.system.copyFile(action.path, destination);
-    context_.debugLog.print("%sAdditional copy %s: \"%s\"", copied ? "" : "ERROR: ", copied ? "" : "FAILED ",
-                            destination.c_str());
+    const std::string outcome = copied ? "Additional copy " : "ERROR: Additional copy FAILED ";
+    context_.debugLog.line(outcome + ": \"" + destination + "\"");
 }
 
 void AdditionalActions::changeRegistry(const Action& action) {

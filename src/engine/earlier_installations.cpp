@@ -1,5 +1,8 @@
 #include "engine/earlier_installations.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "base/errors.h"
 #include "base/fixed_text.h"
 #include "base/text_functions.h"
@@ -24,6 +27,21 @@ constexpr vocabulary::ElementPath kUninstallPath = "TandrelGroupInstallation/Ins
 
 EarlierInstallations::EarlierInstallations(const EngineParts& parts)
     : parts_(parts), tags_(parts.model.description, parts.model.expressions) {}
+
+std::vector<std::string> EarlierInstallations::formerNames() {
+    std::vector<std::string> names;
+    for (const std::int32_t node : childrenOf(kProductPath, "LegacyApplication")) {
+        if (const auto name = tags_.textOf(node)) {
+            names.emplace_back(*name);
+        }
+    }
+    for (const std::int32_t node : childrenOf(kUninstallPath, "LegacyInstallLogFile")) {
+        if (const auto name = tags_.attribute(node, "AppName")) {
+            names.emplace_back(*name);
+        }
+    }
+    return names;
+}
 
 void EarlierInstallations::findRegistered(bool isActionLogSession) {
     parts_.debugLog.line("Checking for previous and legacy installations for this product");
@@ -186,12 +204,51 @@ bool EarlierInstallations::isWanted() {
     return OUtils::textToInteger(parts_.model.variables.get(wish).value_or("")) != 0;
 }
 
-bool EarlierInstallations::removeRegistered(const Removers& removers) {
-    bool isRemoved = true;
+std::vector<ProductRemoval::Request> EarlierInstallations::wanted() {
+    std::vector<ProductRemoval::Request> requests;
+    if (removalTried_ || !isWanted()) {
+        return requests;
+    }
+    for (const std::string& name : registeredLegacyNames()) {
+        requests.push_back({name, "", false});
+    }
+    const std::string ownName = parts_.model.product.fullName().value_or("");
+    if (!ownName.empty() && parts_.system.findUninstallEntry(ownName, 0)) {
+        requests.push_back({ownName, "", true});
+    }
+    for (const LegacyLogFile& log : loggedProducts()) {
+        requests.push_back({log.applicationName, log.logPath, false});
+    }
+    return requests;
+}
+
+std::vector<std::string> EarlierInstallations::registeredLegacyNames() {
+    std::vector<std::string> names;
     for (const std::int32_t node : childrenOf(kProductPath, "LegacyApplication")) {
         const std::string name(tags_.textOf(node).value_or(""));
         if (!name.empty() && parts_.system.findUninstallEntry(name, 0)) {
-            // What is left of an application can be removed again only by its entry.
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+// Those whose logs are there; none while the list of applications is known to have all of them.
+std::vector<LegacyLogFile> EarlierInstallations::loggedProducts() {
+    std::vector<LegacyLogFile> products;
+    if (kind_ == kLoggedInstallation || legacyLogCount_ > legacyCount_) {
+        std::ranges::copy_if(legacyLogFiles_, std::back_inserter(products),
+                             [this](const LegacyLogFile& log) { return isPresent(log.logPath); });
+    }
+    return products;
+}
+
+bool EarlierInstallations::removeRegistered(const Removers& removers) {
+    bool isRemoved = true;
+    for (const std::string& name : registeredLegacyNames()) {
+        // The removal of one may take another one along. What is left of an application can be removed again
+        // only by its entry.
+        if (parts_.system.findUninstallEntry(name, 0)) {
             const bool isDone = removers.product({name, "", false}) && removers.entry(name);
             isRemoved = isDone && isRemoved;
         }
@@ -206,15 +263,13 @@ bool EarlierInstallations::removeRegistered(const Removers& removers) {
 
 bool EarlierInstallations::removeLogged(const Removers& removers) {
     bool isRemoved = true;
-    if (kind_ != kLoggedInstallation && legacyLogCount_ <= legacyCount_) {
-        return isRemoved;
-    }
-    for (const LegacyLogFile& log : legacyLogFiles_) {
-        if (isPresent(log.logPath)) {
-            isRemoved = removers.product({log.applicationName, log.logPath, false}) && isRemoved;
-            parts_.debugLog.line("WARNING: Uninstalling previous installation using fallback logic : " +
-                                 log.applicationName + " (" + log.logPath + ")");
+    for (const LegacyLogFile& log : loggedProducts()) {
+        if (!isPresent(log.logPath)) {
+            continue;  // it went with another one
         }
+        isRemoved = removers.product({log.applicationName, log.logPath, false}) && isRemoved;
+        parts_.debugLog.line("WARNING: Uninstalling previous installation using fallback logic : " +
+                             log.applicationName + " (" + log.logPath + ")");
     }
     return isRemoved;
 }

@@ -33,6 +33,9 @@ class EarlierInstallations {
 public:
     explicit EarlierInstallations(const EngineParts& parts);
 
+    // The names that the description gives of products which this one replaces.
+    std::vector<std::string> formerNames();
+
     // What the system's list of installed applications knows: the product's own name, and each
     // LegacyApplication. The variables of an earlier installation become those of this session. For the time
     // before the default values are loaded, so that they build on it.
@@ -49,6 +52,8 @@ public:
         std::function<bool(const ProductRemoval::Request& request)> product;
         std::function<bool(const std::string& applicationName)> entry;
     };
+    // What `remove` would take away now, in its order; nothing when it wouldn't do anything.
+    std::vector<ProductRemoval::Request> wanted();
     // Takes away what was found, unless the variable of the role ShouldUninstall is 0 or missing: registered
     // applications that the product replaces, the earlier version, and what only log files show. The earlier
     // version is to be backed up where it is registered. The entries go of the applications that the product
@@ -73,6 +78,8 @@ private:
     void scanExternal();
 
     bool isWanted();
+    std::vector<std::string> registeredLegacyNames();
+    std::vector<LegacyLogFile> loggedProducts();
     bool removeRegistered(const Removers& removers);
     bool removeLogged(const Removers& removers);
     std::vector<std::int32_t> childrenOf(std::string_view path, vocabulary::ElementName name) const;

@@ -38,13 +38,22 @@ void reportConfigFile(Report& report, const std::string& configFile) {
 
 }  // namespace
 
-Installation::Installation(const EngineParts& parts)
-    : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
+Installation::Installation(const EngineParts& parts, InstallationMark* mark)
+    : parts_(parts), mark_(mark), logFile_(parts.machine.files), log_(logFile_) {}
 
-bool Installation::run(Report& report, const Preparation& prepare) {
+bool Installation::isPossible(Report& report, const std::vector<ExpectedRemoval>& removals) {
+    return DirectoryCheck(parts_, report).run() && FreeSpaceCheck(parts_, report).run(removals);
+}
+
+bool Installation::run(Report& report, const Preparation& prepare,
+                       const std::vector<ExpectedRemoval>& removals) {
     ChangeJob job(parts_, log_, report);
-    InstallationRecords records(parts_, job);
+    InstallationRecords records(parts_, job, mark_);
     if (!DirectoryCheck(parts_, report).run() || !records.open()) {
+        return refuse();
+    }
+    if (!FreeSpaceCheck(parts_, report).run(removals)) {
+        records.discard();
         return refuse();
     }
     runPreparation(prepare, records);
@@ -100,6 +109,7 @@ bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
 bool Installation::publish(InstallationRecords& records, Report& report) {
     const bool published = records.publish();
     publishedLog_ = records.publishedLog();
+    continuesEarlierRecords_ = !publishedLog_.empty() && records.continueEarlierOnes();
     if (!published) {
         report.addError("FAILED to write the install log or the backup file");
     }

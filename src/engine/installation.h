@@ -9,8 +9,10 @@
 #include "engine/action_log_writer.h"
 #include "engine/directory_check.h"
 #include "engine/engine_parts.h"
+#include "engine/free_space_check.h"
 #include "support/p_file_console.h"
 
+class InstallationMark;
 class InstallationRecords;
 class Report;
 struct ChangeJob;
@@ -20,7 +22,8 @@ struct ChangeKind;
 // actions. One object for a session; one job at a time, on the session's thread.
 class Installation {
 public:
-    explicit Installation(const EngineParts& parts);
+    // The mark outlives this object; without one a later run doesn't learn of an installation that is killed.
+    explicit Installation(const EngineParts& parts, InstallationMark* mark = nullptr);
 
     // What has to be done after the installation is known to be possible and before its first change.
     using Preparation = std::function<void()>;
@@ -29,15 +32,19 @@ public:
     // runs to its end; what becomes of it is decided afterwards, by the variable of the role InstallError. It
     // is left alone when the front end ignores errors. False when any step failed.
     //
-    // Where a directory can't be recorded, or the records can't be opened, nothing is changed and the
-    // variable is set in any case. An exception out of a step leaves the records published and the variable
-    // set; one out of the preparation leaves nothing but the variable.
-    bool run(Report& report, const Preparation& prepare = {});
-    // Whether `run` would get beyond its look at the directories, as far as their variables are what they
-    // will be then. What it finds is reported.
-    bool isPossible(Report& report) { return DirectoryCheck(parts_, report).run(); }
+    // Where a directory can't be recorded, the records can't be opened, or a volume has too little space,
+    // nothing is changed and the variable is set in any case. An exception out of a step leaves the records
+    // published and the variable set; one out of the preparation leaves nothing but the variable. `removals`
+    // is what the preparation consists of.
+    bool run(Report& report, const Preparation& prepare = {},
+             const std::vector<ExpectedRemoval>& removals = {});
+    // Whether `run` would get beyond its look at directories and free space after these removals, as far as
+    // the variables are what they will be then. What it finds is reported.
+    bool isPossible(Report& report, const std::vector<ExpectedRemoval>& removals);
     // The action log of what `run` changed; empty before, and where nothing was recorded.
     const std::string& publishedLog() const { return publishedLog_; }
+    // Whether that log takes an earlier installation back as well, because this one was made over it.
+    bool continuesEarlierRecords() const { return continuesEarlierRecords_; }
 
     // Runs the actions of a container of the description; one that fails is only logged. Throws
     // InstallerError when a file can't be taken out of the cabinet.
@@ -70,8 +77,10 @@ private:
     void exportConfiguration(Report& report, const std::optional<std::string>& directory);
 
     EngineParts parts_;
+    InstallationMark* mark_;
     PFileConsole logFile_;
     ActionLogWriter log_;
     std::string publishedLog_;
+    bool continuesEarlierRecords_ = false;
     bool isFinished_ = false;
 };

@@ -69,6 +69,9 @@ public:
     int createPrivateDirectory(std::string_view parent, std::string_view prefix,
                                std::string& outPath) override;
     std::vector<std::string> otherPrivatePlaces() override { return files_.otherPrivatePlaces(); }
+    int findVolume(std::string_view path, platform::Volume& outVolume) override {
+        return files_.findVolume(path, outVolume);
+    }
     int removeAtRestart(std::string_view path) override;
 
 private:

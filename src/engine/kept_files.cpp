@@ -16,13 +16,13 @@ std::string keyOf(std::string_view path) {
 }  // namespace
 
 void KeptFiles::hold(std::string_view path) {
-    if (!path.empty()) {
+    if (!path.empty() && !isClosed_) {
         held_.insert(keyOf(path));
     }
 }
 
 void KeptFiles::holdByName(std::string_view name) {
-    if (!name.empty()) {
+    if (!name.empty() && !isClosed_) {
         heldNames_.insert(keyOf(name));
     }
 }

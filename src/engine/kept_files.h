@@ -22,6 +22,8 @@ public:
     void hold(std::string_view path);
     // Every file of this name, wherever it is.
     void holdByName(std::string_view name);
+    // Nothing more is held from now on, whoever asks for it.
+    void close() { isClosed_ = true; }
     // Whether the file is held and not released yet.
     bool holds(std::string_view path) const;
     // The same, for somebody who would delete it now: it counts as a file that goes in the end.
@@ -43,5 +45,6 @@ private:
     std::unordered_set<std::string> heldNames_;
     std::unordered_set<std::string> postponed_;
     std::vector<std::string> postponedFiles_;
+    bool isClosed_ = false;
     bool isReleased_ = false;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <memory>
 
 #include "base/path_functions.h"
 #include "engine/product_state_format.h"
@@ -23,15 +24,6 @@ constexpr std::size_t kWritePiece = 1 << 20;
 constexpr std::uint32_t kReadBlock = 256 * 1024;
 
 static_assert(std::tuple_size_v<Md5Digest> * 2 == Format::kDigestDigits);
-
-std::string textOf(const Md5Digest& digest) {
-    std::string text;
-    for (const std::uint8_t byte : digest) {
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 15];
-    }
-    return text;
-}
 
 std::optional<Md5Digest> digestOf(std::string_view text) {
     Md5Digest digest{};
@@ -118,7 +110,7 @@ std::string textOf(const WrittenSums& sums, std::string_view logPath, std::int32
             continue;
         }
         for (const Md5Digest& digest : digests) {
-            text += lineOf(textOf(digest), path);
+            text += lineOf(md5Text(digest), path);
             ++count;
         }
     }
@@ -133,13 +125,13 @@ std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_v
                       PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
         return std::nullopt;
     }
-    std::vector<unsigned char> block(kReadBlock);
+    const auto block = std::make_unique_for_overwrite<unsigned char[]>(kReadBlock);
     Md5 md5;
     for (std::uint32_t done = 1; done > 0;) {
-        if (file.read(block.data(), kReadBlock, done) != 0) {
+        if (file.read(block.get(), kReadBlock, done) != 0) {
             return std::nullopt;
         }
-        md5.update(block.data(), done);
+        md5.update(block.get(), done);
     }
     return md5.finish();
 }
@@ -171,7 +163,7 @@ std::string ProductState::pathOf(std::string_view logPath) {
     const std::string identity = pathIdentity(logPath);
     return directory.append("/")
         .append(Format::kNameStart)
-        .append(textOf(md5Of(identity.data(), identity.size())))
+        .append(md5Text(md5Of(identity.data(), identity.size())))
         .append(Format::kNameEnd);
 }
 
@@ -231,8 +223,42 @@ bool ProductState::remove(std::string_view logPath) {
     if (files_.removeFile(path) != 0) {
         return false;
     }
-    removeDirectory(content.levels);
+    leaveLevels(removeDirectory(content.levels));
     return true;
+}
+
+void ProductState::leaveLevels(std::int32_t levels) {
+    std::string directory;
+    std::vector<platform::DirectoryEntry> entries;
+    if (levels <= 0 || !environment_.stateDirectory(directory) || files_.list(directory, entries) != 0) {
+        return;
+    }
+    for (const platform::DirectoryEntry& entry : entries) {
+        if (entry.name.starts_with(Format::kNameStart) && entry.name.ends_with(Format::kNameEnd) &&
+            takeLevels(directory + "/" + entry.name, levels)) {
+            return;
+        }
+    }
+}
+
+// The text stays as it is but for the number.
+bool ProductState::takeLevels(const std::string& path, std::int32_t levels) {
+    const std::int64_t size = files_.fileSize(path);
+    std::string text;
+    if (size < 0 || size > Format::kSizeLimit || OUtils::readWholeFile(path, text, files_) != 0) {
+        return false;
+    }
+    std::string_view rest = text;
+    const auto banner = takeLine(rest);
+    const auto log = takeLine(rest);
+    std::int32_t present = 0;
+    if (banner != Format::kBanner || !afterWord(log, Format::kLog) ||
+        !readNumber(afterWord(takeLine(rest), Format::kMade), present)) {
+        return false;
+    }
+    const std::string line = lineOf(Format::kMade, std::to_string(std::max(present, levels)));
+    return write(path, std::string(*banner) + Format::kLineEnd + std::string(*log) + Format::kLineEnd + line +
+                           std::string(rest));
 }
 
 // The number of levels that were made.
@@ -255,12 +281,14 @@ std::int32_t ProductState::makeDirectory() {
     return made;
 }
 
-// Others may have put something there meanwhile: the system removes only what is empty.
-void ProductState::removeDirectory(std::int32_t levels) {
+// Others may have put something there meanwhile: the system removes only what is empty. The number of levels
+// that stay for that.
+std::int32_t ProductState::removeDirectory(std::int32_t levels) {
     std::string directory;
     environment_.stateDirectory(directory);
     for (; levels > 0 && !directory.empty() && files_.removeDirectory(directory) == 0; --levels) {
         const std::size_t separator = directory.find_last_of("/\\");
         directory.resize(separator == std::string::npos ? 0 : separator);
     }
+    return levels;
 }

@@ -57,8 +57,12 @@ public:
     // Takes the place of what was kept in one step; after a failure that is as it was. False when it can't be
     // written.
     bool save(std::string_view logPath, const WrittenSums& sums);
-    // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure.
+    // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure. The last
+    // product takes the levels of the state directory along that were made for any of them.
     bool remove(std::string_view logPath);
+    // So many levels of the state directory were made and can't go now: they go with a product that is
+    // remembered there. Nothing for 0, and where there is none.
+    void leaveLevels(std::int32_t levels);
 
 private:
     // What a file says; `levels` of the state directory were made for it.
@@ -71,7 +75,8 @@ private:
     bool read(const std::string& path, std::string_view logPath, Content& outContent);
     bool write(const std::string& path, const std::string& text);
     std::int32_t makeDirectory();
-    void removeDirectory(std::int32_t levels);
+    std::int32_t removeDirectory(std::int32_t levels);
+    bool takeLevels(const std::string& path, std::int32_t levels);
 
     platform::FileSystem& files_;
     platform::Environment& environment_;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "engine/removal_record.h"
@@ -40,6 +41,9 @@ public:
     int open();
     // Goes on with the journal in this directory, which another run left. Fails without one.
     int resume(std::string_view directory);
+    // Only reads it, which may still be written by the run that made it: its notes, and what is on the disk.
+    // False without one that can be read.
+    bool look(std::string_view directory);
     bool isOpen() const { return file_.isOpen(); }
     // Empty unless the journal was opened and not discarded.
     const std::string& directory() const { return directory_; }
@@ -48,9 +52,16 @@ public:
     // and of those that still run.
     std::vector<std::string> directoriesOnDisk();
 
+    // Removes directories whose makers were killed before there was a journal in them. Nobody may be making
+    // one at the same time.
+    void removeUnfinishedDirectories();
+
     // Keeps a text under a name, on the disk when it returns: what a later run has to know (the product, its
     // log, its archives). The last one counts.
     int note(std::string_view name, std::string_view text);
+    // Several at once: after a failure none of them holds, or those of them that were written.
+    using Notes = std::vector<std::pair<std::string, std::string>>;
+    int note(const Notes& notes);
     // None when there is no such note.
     std::optional<std::string> noteOf(std::string_view name) const;
 
@@ -81,12 +92,15 @@ public:
     // it or that the removal wanted to remove, if they are empty. For the end of a session whose removal
     // counts, or has been taken back whole. 0 when nothing of it is left.
     int discard();
+    // So many levels of the state directory should have gone with the last discard, and hold something else.
+    std::int32_t levelsLeft() const { return levelsLeft_; }
     // The removal wants to remove the state directory, which isn't possible before the journal has gone.
     bool holdsDirectory(std::string_view path) const;
     void releaseDirectory(std::string_view path);
 
 private:
     int makeStateDirectory();
+    bool isUnfinished(const std::string& directory);
     int write(std::string_view frames, Durability durability);
     void adopt(const RemovalRecord& record);
     void adoptLevels();
@@ -99,6 +113,7 @@ private:
     std::string stateDirectory_;
     std::string directory_;
     std::vector<std::string> madeLevels_;  // of the state directory, deepest first
+    std::int32_t levelsLeft_ = 0;
     std::uint32_t lastRecord_ = 0;
     std::uint32_t lastKept_ = 0;
     std::map<std::string, std::string, std::less<>> notes_;

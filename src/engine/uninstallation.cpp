@@ -90,17 +90,21 @@ void Uninstallation::readBackupPath(PStream* log) {
 }
 
 bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupPath, Report& report,
-                         const StopRequest& isToEnd) {
+                         const StopRequest& isToEnd, Repetition repetition) {
     prepare(log, backupPath, report);
     ChangeJob job(parts_, log_, report);
     UndoWalk walk(job, isToEnd);
     Product product(parts_, log);
+    const bool wasKilled = isUnpublished(product);
     findArchive(product, report);
     if (log != nullptr) {
-        holdWhatRepetitionNeeds(*log, product, job);
+        holdWhatRepetitionNeeds(*log, product, repetition, job);
     }
     restoreArchive(log, product, walk, job);
     const bool isLogRead = walkLog(log, product.head, walk, report);
+    if (wasKilled && log != nullptr) {
+        walk.clearLastPlace(*log, product.head.recordsStart);
+    }
     walk.finish(UndoEnd::kBeforeCleaning);
     if (isLogRead && !walk.isToEnd()) {
         removeByWildcards(product, job);
@@ -109,7 +113,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     report.setProgress(100);
     report.end();
     walk.finish(UndoEnd::kAfterProgress);
-    const bool canBeRepeated = removeProduct(product, walk, job);
+    const bool canBeRepeated = removeProduct(product, walk, job) && repetition == Repetition::kPossible;
     state_ = walk.hasFailed() && canBeRepeated ? State::kToBeRepeated : State::kOver;
     reportEnd(walk.hasFailed(), canBeRepeated, report);
     return !walk.hasFailed();
@@ -137,9 +141,13 @@ bool Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, 
 
 // Twice, because a log that is damaged may lack the variables, and default values may be other ones. The
 // description also by its own words, because the log may not be readable.
-void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job) {
-    job.kept.hold(ActionLogReader(&log, parts_.debugLog).readDescriptionPath().value_or(""));
+void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& product, Repetition repetition,
+                                             ChangeJob& job) {
     job.kept.hold(backupPath_);
+    if (repetition == Repetition::kNone) {
+        job.kept.close();
+    }
+    job.kept.hold(ActionLogReader(&log, parts_.debugLog).readDescriptionPath().value_or(""));
     for (const ProductDescription* texts : {&product.texts, &parts_.model.product}) {
         job.kept.hold(texts->uninstallXmlFile().value_or(""));
         job.kept.hold(texts->installLogFile().value_or(""));
@@ -172,6 +180,14 @@ bool Uninstallation::isArchiveChanged(const WrittenSums& written) {
     }
     const auto digest = digestOfFile(parts_.machine.files, backupPath_);
     return digest && !written.holds(backupPath_, *digest);
+}
+
+// The archive gets the place that the description gives when the installation ends. While it is elsewhere,
+// the installation was killed.
+bool Uninstallation::isUnpublished(const Product& product) const {
+    const std::string described = product.texts.installBackupFile().value_or("");
+    return !backupPath_.empty() && !described.empty() &&
+           platform::pathIdentity(backupPath_) != platform::pathIdentity(described);
 }
 
 // The line of the log that names the archive may be damaged. What the archive holds is lost for ever when a

@@ -27,6 +27,12 @@ public:
     // Whether the walk was asked to end. Called often, on the thread of the walk.
     using StopRequest = std::function<bool()>;
 
+    // What becomes of the files that a repetition needs when a walk fails.
+    enum class Repetition {
+        kPossible,  // they stay
+        kNone,      // they go with everything else, but for the archive: other files belong in their places
+    };
+
     explicit Uninstallation(const EngineParts& parts);
 
     // Finds out where the backup archive is (from `backupPath`, or from the log without that) and runs the
@@ -38,7 +44,7 @@ public:
     // asked for the end, which comes at the next record; the variable of the role UninstallError is "1" then.
     // The log stays where it is, so the walk can be repeated.
     bool run(PStream* log, const std::optional<std::string>& backupPath, Report& report,
-             const StopRequest& isToEnd = {});
+             const StopRequest& isToEnd = {}, Repetition repetition = Repetition::kPossible);
 
     // The product's entry in the list of installed applications is to go: after a clean walk at once,
     // otherwise with the end of a clean walk to come. False when it can't be removed, and after a walk that
@@ -60,10 +66,11 @@ private:
     void readBackupPath(PStream* log);
     bool walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
+    bool isUnpublished(const Product& product) const;
     void findArchive(const Product& product, Report& report);
     bool isArchiveChanged(const WrittenSums& written);
     RestoreResult restoreFiles(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
-    void holdWhatRepetitionNeeds(PStream& log, const Product& product, ChangeJob& job);
+    void holdWhatRepetitionNeeds(PStream& log, const Product& product, Repetition repetition, ChangeJob& job);
     void removeByWildcards(Product& product, ChangeJob& job);
     bool clean(const Cleaning& cleaning, ChangeJob& job);
     bool removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);

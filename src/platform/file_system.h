@@ -112,6 +112,13 @@ enum class PathKind {
     kOther,  // a device, a pipe and the like, and what the system doesn't let this user look at
 };
 
+// Where files get their space from.
+struct Volume {
+    std::string name;       // for the user: where it is mounted, or its root
+    std::string key;        // the same for all paths on it, another one for every other volume
+    std::int64_t free = 0;  // bytes that this process may still use there
+};
+
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
@@ -179,6 +186,9 @@ public:
     // Where private directories may be made if the temporary directory is of no use, the preferred first. Not
     // each of them has to exist.
     virtual std::vector<std::string> otherPrivatePlaces() = 0;
+    // The volume of what is at the path, or of the nearest directory above it that is there; links are
+    // followed. Fails when the system can't say how much is free; `outVolume` is empty then.
+    virtual int findVolume(std::string_view path, Volume& outVolume) = 0;
     // Has the system remove a file or an empty directory when it starts the next time. For what can't be
     // removed while it is in use, which only Windows knows; fails elsewhere.
     virtual int removeAtRestart(std::string_view path) = 0;

@@ -26,7 +26,9 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
       system_(system),
       nestedSessions_(nestedSessions),
       earlier_(engineParts(state, model, machine, system)),
-      installation_(engineParts(state, model, machine, system)),
+      recovery_(engineParts(state, model, machine, system), nestedSessions, state.errorList),
+      mark_(engineParts(state, model, machine, system), state.removed),
+      installation_(engineParts(state, model, machine, system), &mark_),
       uninstallation_(engineParts(state, model, machine, system)),
       removal_(engineParts(state, model, machine, system), nestedSessions, state.removed, state.errorList),
       revert_(engineParts(state, model, machine, system), state.removed),
@@ -79,26 +81,40 @@ void PageWork::normalizeFields(DialogDesc& page) {
 
 bool PageWork::installProduct(InstallerUI& ui) {
     Report report = reportTo(ui);
+    const auto prepare = [&] {
+        if (!earlier_.wasRemovalTried()) {
+            removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
+        }
+    };
     bool isInstalled = false;
     try {
-        isInstalled = installation_.run(report, [&] {
-            if (!earlier_.wasRemovalTried()) {
-                removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
-            }
-        });
+        isInstalled = installation_.run(report, prepare, expectedRemovals());
     } catch (...) {
         revertBeforeEnd(report);
         throw;
     }
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
+        mark_.noteInstalled();
     }
     return isInstalled;
 }
 
+std::vector<ExpectedRemoval> PageWork::expectedRemovals() {
+    const bool isReversible = (state_.sessionFlags & kSessionBackup) != 0;
+    std::vector<ExpectedRemoval> removals;
+    for (const ProductRemoval::Request& request : earlier_.wanted()) {
+        const std::string log = request.logPath.empty()
+                                    ? system_.applicationLogFile(request.applicationName).value_or("")
+                                    : request.logPath;
+        removals.push_back({log, request.isBackedUp && isReversible, isReversible});
+    }
+    return removals;
+}
+
 // No page comes after an error that ends the session. Without an earlier version the log is enough.
 void PageWork::revertBeforeEnd(Report& report) {
-    if (!installation_.publishedLog().empty() && !state_.removed.isEmpty()) {
+    if (!installation_.publishedLog().empty() && state_.removed.isOnlyCopy) {
         revert_.revertInstallation(installation_.publishedLog(), uninstallation_, report);
     }
 }
@@ -154,13 +170,25 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
 // An installation that is known to fail must not cost the earlier version.
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return installation_.isPossible(report) && removeEarlier(report);
+    return installation_.isPossible(report, expectedRemovals()) && mark_.open(report) &&
+           removeEarlier(report);
 }
 
 bool PageWork::revertInstallation(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return revert_.revertInstallation(state_.isActionLogSession() ? "" : installation_.publishedLog(),
-                                      uninstallation_, report);
+    const bool isOverEarlier = installation_.continuesEarlierRecords() && state_.removed.isEmpty();
+    if (state_.removed.isEmpty()) {
+        // Of a version that doesn't come back no entry may stay, which the next setup would fall over.
+        uninstallation_.unregister();
+    }
+    const bool isUndone = revert_.revertInstallation(
+        state_.isActionLogSession() ? "" : installation_.publishedLog(), uninstallation_, report);
+    if (isOverEarlier) {
+        report.note(
+            "The earlier version, over which the new one was installed, has been taken back with it. "
+            "Its setup installs it again.");
+    }
+    return isUndone;
 }
 
 bool PageWork::revertUninstallation(InstallerUI& ui) {

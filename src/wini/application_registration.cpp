@@ -1,9 +1,9 @@
 #include "wini/application_registration.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
+#include "base/text_functions.h"
 #include "contracts/system_operations.h"
 #include "platform/registry.h"
 #include "wini/uninstall_list.h"
@@ -22,6 +22,11 @@ bool canBeEntry(std::string_view name) {
     return !name.empty() && name.find('\\') == std::string_view::npos;
 }
 
+std::string parentOf(const std::string& key) {
+    const std::size_t separator = key.rfind('\\');
+    return separator == std::string::npos ? "" : key.substr(0, separator);
+}
+
 }  // namespace
 
 bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry) {
@@ -33,7 +38,7 @@ bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry)
     int created = 0;
     int status = registry_.createKey(kRoot, key, kView, created);
     if (status != platform::kRegOk) {
-        debugLog_.print("ERROR: The entry \"%s\" can not be made (%d)", key.c_str(), status);
+        debugLog_.line("ERROR: The entry \"" + key + "\" can not be made (" + std::to_string(status) + ")");
         return false;
     }
     if (created > kEntryLevels) {
@@ -48,8 +53,8 @@ bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry)
     for (const auto& [name, text] : values) {
         status = registry_.writeValue(kRoot, key, kView, name, {platform::kRegString, text});
         if (status != platform::kRegOk) {
-            debugLog_.print("ERROR: \"%s\" of the entry \"%s\" can not be written (%d)", name, key.c_str(),
-                            status);
+            debugLog_.line("ERROR: \"" + std::string(name) + "\" of the entry \"" + key +
+                           "\" can not be written (" + std::to_string(status) + ")");
             written = false;
         }
     }
@@ -71,15 +76,9 @@ bool ApplicationRegistration::removeUninstallEntry(std::string_view applicationN
 }
 
 void ApplicationRegistration::removeOwnList() {
-    platform::RegistryValue levels;
-    if (registry_.readValue(kRoot, UninstallList::kListKey, kView, kLevelsValue, levels) !=
-            platform::kRegOk ||
-        levels.type != platform::kRegDword || levels.data.empty()) {
-        return;
-    }
     std::string key(UninstallList::kListKey);
     std::vector<std::string> values;
-    for (unsigned left = static_cast<unsigned char>(levels.data[0]); left > 0; --left) {
+    for (int left = ownLevels(); left > 0; --left) {
         // Others may have put something there meanwhile.
         const bool isList = key == UninstallList::kListKey;
         if (registry_.listValues(kRoot, key, kView, values) != platform::kRegOk ||
@@ -87,6 +86,27 @@ void ApplicationRegistration::removeOwnList() {
             registry_.deleteKey(kRoot, key, kView) != platform::kRegOk) {
             return;
         }
-        key.resize(std::min(key.rfind('\\'), key.size()));
+        key = parentOf(key);
     }
+}
+
+bool ApplicationRegistration::leaveKeysToList(std::string_view path, int levels) {
+    const int own = ownLevels();
+    std::string above(UninstallList::kListKey);
+    for (int level = 0; level < own; ++level) {
+        above = parentOf(above);
+    }
+    if (own == 0 || levels < 1 || !OUtils::equalsIgnoreCase(above, path)) {
+        return false;
+    }
+    noteLevels(own + levels);
+    return ownLevels() == own + levels;
+}
+
+int ApplicationRegistration::ownLevels() {
+    platform::RegistryValue levels;
+    const bool isNoted = registry_.readValue(kRoot, UninstallList::kListKey, kView, kLevelsValue, levels) ==
+                             platform::kRegOk &&
+                         levels.type == platform::kRegDword && !levels.data.empty();
+    return isNoted ? static_cast<unsigned char>(levels.data[0]) : 0;
 }

@@ -29,10 +29,13 @@ public:
     // Takes the entry of that name away, with all its values. False when there is none, it has subkeys or the
     // system refuses.
     bool removeUninstallEntry(std::string_view applicationName);
+    // As SystemOperations.
+    bool leaveKeysToList(std::string_view path, int levels);
 
 private:
     void noteLevels(int count);
     void removeOwnList();
+    int ownLevels();
 
     platform::Registry& registry_;
     DebugLog debugLog_;

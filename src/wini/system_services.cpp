@@ -65,6 +65,10 @@ bool SystemServices::removeUninstallEntry(std::string_view applicationName) {
     return registration_.removeUninstallEntry(applicationName);
 }
 
+bool SystemServices::leaveKeysToList(std::string_view path, int levels) {
+    return registration_.leaveKeysToList(path, levels);
+}
+
 bool SystemServices::uninstallApplication(std::string_view applicationName, std::string_view arguments,
                                           std::uint32_t flags, InstallerUI* ui,
                                           const std::function<bool()>& isToEnd) {

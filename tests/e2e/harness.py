@@ -280,8 +280,10 @@ class EndToEndTest(unittest.TestCase):
         for name, content in files.items():
             self.write("stage/root/" + name, content)
         image = () if "--bin" in extra else ("--image", self.native("installer" + EXE))
+        # Nearly every test packs the uninstaller, and how small it gets says nothing.
+        level = () if "--level" in extra else ("--level", "1")
         result = self.packager("build", "--description", self.native("stage/install.xml"),
-                               "--root", self.native("stage/root"), *image,
+                               "--root", self.native("stage/root"), *image, *level,
                                "--output", self.native(output), *extra)
         self.assertEqual(result.code, 0, result)
         return output

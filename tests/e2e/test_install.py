@@ -250,7 +250,7 @@ class Install(EndToEndTest):
 class Package(EndToEndTest):
     def test_the_same_input_gives_the_same_bytes(self):
         text = description("/x", SETS)
-        self.build_package(text, FILES, "a.bin", ("--bin", "--stripes", "4"))
+        self.build_package(text, FILES, "a.bin", ("--bin", "--stripes", "4", "--level", "9"))
         first = self.read("a.bin")
         for threads in ("1", "7"):
             self.packager("build", "--description", self.native("stage/install.xml"), "--root",

@@ -286,6 +286,40 @@ TEST_F(EarlierRemovalTest, RemovesTheEarlierVersionAndKeepsItsEntry) {
     EXPECT_EQ(system_.installed.size(), 1U);
 }
 
+TEST_F(EarlierRemovalTest, SaysWhatItWouldRemove) {
+    system_.installed = {{"Demo", "", false, ""}, {"First", "", false, ""}};
+    files_.addFile("/old/a.log", "x");
+    files_.addFile("/old/b.log", "x");
+    describeProduct("<LegacyApplication>First</LegacyApplication>",
+                    "<LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>"
+                    "<LegacyInstallLogFile AppName='B'>/old/b.log</LegacyInstallLogFile>");
+    std::vector<std::string> wanted;
+    for (const ProductRemoval::Request& request : earlier_.wanted()) {
+        wanted.push_back(request.applicationName + (request.logPath.empty() ? "" : " by " + request.logPath) +
+                         (request.isBackedUp ? ", backed up" : ""));
+    }
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(wanted, removals_);
+    EXPECT_EQ(wanted.size(), 4U);
+    EXPECT_TRUE(earlier_.wanted().empty());  // once
+}
+
+TEST_F(EarlierRemovalTest, WantsNothingUnlessAskedTo) {
+    system_.installed = {{"Demo", "", false, ""}};
+    describeProduct("");
+    variables_.set("SHOULD", "0");
+    EXPECT_TRUE(earlier_.wanted().empty());
+}
+
+TEST_F(EarlierRemovalTest, RemovesALogOnceThatTwoNamesHave) {
+    files_.addFile("/old/a.log", "x");
+    describeProduct("",
+                    "<LegacyInstallLogFile AppName='A'>/old/a.log</LegacyInstallLogFile>"
+                    "<LegacyInstallLogFile AppName='B'>/old/a.log</LegacyInstallLogFile>");
+    EXPECT_TRUE(remove());
+    EXPECT_EQ(removals_, std::vector<std::string>{"A by \\old\\a.log"});
+}
+
 TEST_F(EarlierRemovalTest, RemovesFormerNamesWithTheirEntriesBeforeTheOwnOne) {
     system_.installed = {{"Demo", "", false, ""}, {"First", "", false, ""}, {"Second", "", false, ""}};
     describeProduct(

@@ -29,6 +29,16 @@ TEST_F(KeptFilesTest, HoldsNothingWithoutAPath) {
     EXPECT_FALSE(kept_.holds("/"));
 }
 
+TEST_F(KeptFilesTest, HoldsNothingMoreOnceItIsClosed) {
+    kept_.hold("/a/archive");
+    kept_.close();
+    kept_.hold("/a/log");
+    kept_.holdByName("uninstaller");
+    EXPECT_TRUE(kept_.holds("/a/archive"));
+    EXPECT_FALSE(kept_.holds("/a/log"));
+    EXPECT_FALSE(kept_.holds("/a/uninstaller"));
+}
+
 TEST_F(KeptFilesTest, HoldsANameInEveryDirectory) {
     kept_.holdByName("installer");
     EXPECT_TRUE(kept_.holds("/app/un/installer"));

@@ -120,6 +120,32 @@ TEST_F(ProductStateTest, LeavesADirectoryThatWasThereBefore) {
     EXPECT_TRUE(files_.hasDirectory("/var/state"));
 }
 
+TEST_F(ProductStateTest, TheLastProductTakesTheDirectoryAlong) {
+    ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
+    ASSERT_TRUE(state_.save("/other/install.log", sumsOf("/other/a", "2")));
+    ASSERT_TRUE(state_.remove(kLog));
+    EXPECT_TRUE(state_.load("/other/install.log").holds("/other/a", digestOf("2")));
+    ASSERT_TRUE(state_.remove("/other/install.log"));
+    EXPECT_FALSE(files_.hasDirectory("/var"));
+}
+
+TEST_F(ProductStateTest, TakesLevelsThatSomethingElseMade) {
+    files_.addDirectory("/var/state");
+    state_.leaveLevels(2);  // nobody is there
+    ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
+    state_.leaveLevels(1);
+    EXPECT_TRUE(isKnown());
+    ASSERT_TRUE(state_.remove(kLog));
+    EXPECT_FALSE(files_.hasDirectory("/var/state"));
+    EXPECT_TRUE(files_.hasDirectory("/var"));
+}
+
+TEST_F(ProductStateTest, GivesNoLevelsToAFileOfAnotherForm) {
+    files_.addFile("/var/state/written-1.md5", "something else");
+    state_.leaveLevels(1);
+    EXPECT_EQ(files_.content("/var/state/written-1.md5"), "something else");
+}
+
 TEST_F(ProductStateTest, LeavesADirectoryThatHoldsOtherThings) {
     ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
     files_.addFile("/var/state/registry.db", "");

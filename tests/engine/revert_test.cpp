@@ -255,4 +255,37 @@ TEST_F(RevertTest, KeepsTheRecordsOfWhatItCouldNotUndoApartFromThoseThatComeBack
     EXPECT_THAT(files_.content("/tmp/orinstall1"), HasSubstr("/app/sub/"));
 }
 
+// A file of the user keeps the walk from its end.
+TEST_F(RevertTest, AWalkThatFailsLeavesNothingInThePlacesOfWhatComesBack) {
+    backUp("Demo", "/app", {{"/app/edit.txt", "script of version 1"}, {"/app/product.xml", "version 1"}});
+    files_.addFile("/mine/text", "mine\n");
+    files_.addFile("/app/edit.txt", "1\nmissing\n1\nadded by version 2\n");
+    files_.addFile("/app/product.xml", "version 2");
+    files_.addFile("/app/sub/mine", "");
+    publish(
+        "DIR\t1\t/app/sub/\r\nFILE\tCREATE\t/app/edit.txt\r\nFILE\tCREATE\t/app/product.xml\r\n"
+        "MODIFYFILE\tADDAFTER\t/mine/text\t/app/edit.txt\r\n");
+    EXPECT_FALSE(revertInstallation());
+    EXPECT_EQ(files_.content("/app/edit.txt"), "script of version 1");
+    EXPECT_EQ(files_.content("/app/product.xml"), "version 1");
+    EXPECT_FALSE(backups_.isOnlyCopy);
+}
+
+TEST_F(RevertTest, AWalkThatFailsKeepsWhatTheNewVersionHadReplaced) {
+    backUp("Demo", "/app", {{"/app/tool", "old"}});
+    BackupFile archive(files_);
+    ASSERT_TRUE(archive.openForWriting("/app/backup.bin"));
+    ASSERT_EQ(archive.close(), 0);
+    const std::string content = files_.content("/app/backup.bin");
+    files_.addFile("/app/sub/mine", "");
+    publish("DIR\t1\t/app/sub/\r\nFILE\tCREATE\t/app/backup.bin\r\n");
+    EXPECT_FALSE(revertInstallation());
+    EXPECT_THAT(ui_.callsOf("addMessage"), Contains(HasSubstr("What the new version had replaced is in")));
+    bool isKept = false;
+    for (const std::string& path : files_.allFiles()) {
+        isKept = isKept || (path.starts_with("/tmp/orinstall") && files_.content(path) == content);
+    }
+    EXPECT_TRUE(isKept);
+}
+
 }  // namespace

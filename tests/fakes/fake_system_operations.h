@@ -31,6 +31,7 @@ public:
     bool copyWorks = true;
     bool registrationWorks = true;
     bool removalWorks = true;  // of an entry
+    bool takesKeys = false;    // leaveKeysToList
     std::function<void()> onRemoval = [] {};
     std::function<void(std::uint32_t flags)> onFind = [](std::uint32_t) {};  // at findUninstallEntry
     std::set<std::string> staying;  // applications whose uninstallers don't remove them
@@ -77,6 +78,10 @@ public:
             installed.push_back({entry.name, "", false, ""});
         }
         return registrationWorks;
+    }
+    bool leaveKeysToList(std::string_view path, int levels) override {
+        calls.push_back("leaveKeysToList(" + std::string(path) + ", " + std::to_string(levels) + ")");
+        return takesKeys;
     }
     bool removeUninstallEntry(std::string_view applicationName) override {
         calls.push_back("removeUninstallEntry(" + std::string(applicationName) + ")");

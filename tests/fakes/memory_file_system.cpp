@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "base/text_functions.h"
@@ -99,6 +100,16 @@ struct MemoryFileSystem::Event {
     int remaining;
     std::function<void()> action;
 };
+
+namespace {
+
+bool mayChange(MemoryFileSystem::Operation operation) {
+    using Operation = MemoryFileSystem::Operation;
+    return operation != Operation::kRead && operation != Operation::kSeek && operation != Operation::kClose &&
+           operation != Operation::kFlush && operation != Operation::kList;
+}
+
+}  // namespace
 
 class MemoryFileSystem::OpenFile : public platform::File {
 public:
@@ -332,6 +343,7 @@ void MemoryFileSystem::becomeCopyOf(const MemoryFileSystem& other) {
     }
     readOnly_ = other.readOnly_;
     freeSpace_ = other.freeSpace_;
+    reportedSpace_ = other.reportedSpace_;
     temporaryDirectory_ = other.temporaryDirectory_;
     otherPrivatePlaces_ = other.otherPrivatePlaces_;
     unprotected_ = other.unprotected_;
@@ -497,6 +509,7 @@ void MemoryFileSystem::clearFaults() {
     events_.clear();
     readOnly_.clear();
     freeSpace_ = -1;
+    reportedSpace_.clear();
 }
 
 std::vector<std::string> MemoryFileSystem::operations() const {
@@ -541,8 +554,15 @@ void MemoryFileSystem::runActions(Operation operation, const std::string& path) 
 }
 
 // Records and counts the operation and gives the status of an injected failure.
+void MemoryFileSystem::watchChanges(std::function<void()> watcher) {
+    const std::lock_guard lock(mutex_);
+    watcher_ = std::move(watcher);
+}
+
 int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
-    runActions(operation, path);
+    if (watcher_ && mayChange(operation)) {
+        watcher_();
+    }
     ++counts_[operation];
     if (!text.empty()) {
         operations_.push_back(text);
@@ -787,6 +807,27 @@ int MemoryFileSystem::place(const NodePtr& node, const std::string& from, const 
 void MemoryFileSystem::setVolume(std::string_view path) {
     const std::lock_guard lock(mutex_);
     volumes_.insert(keyOf(resolved(path)));
+}
+
+void MemoryFileSystem::reportFreeSpace(std::string_view path, std::int64_t bytes) {
+    const std::lock_guard lock(mutex_);
+    reportedSpace_[volumeOf(resolved(path))] = bytes;
+}
+
+int MemoryFileSystem::findVolume(std::string_view path, platform::Volume& outVolume) {
+    const std::lock_guard lock(mutex_);
+    outVolume = {};
+    const std::string name = resolved(path);
+    const NodePtr target = findTarget(name);
+    const std::string volume = volumeOf(target == nullptr ? name : target->path);
+    const auto reported = reportedSpace_.find(volume);
+    const bool isReported = reported != reportedSpace_.end();
+    if (isReported && reported->second < 0) {
+        return kAccessDenied;
+    }
+    outVolume = {volume.empty() ? "/" : volume, "volume " + volume,
+                 isReported ? reported->second : std::numeric_limits<std::int64_t>::max()};
+    return kOk;
 }
 
 std::string MemoryFileSystem::volumeOf(const std::string& path) const {

@@ -101,12 +101,19 @@ public:
     void setFreeSpace(std::int64_t bytes);
     // What is at this path and below is on a volume of its own: nothing is moved over its border.
     void setVolume(std::string_view path);
+    // What findVolume says to be free on the volume of this path, whatever can be written there; negative: it
+    // can't be found out. At first there is plenty everywhere. A disk that setFreeSpace limits is one that
+    // others fill meanwhile.
+    void reportFreeSpace(std::string_view path, std::int64_t bytes);
     // What is at this path and below can be read but not written, made, moved or removed.
     void setReadOnly(std::string_view path, int status = kAccessDenied);
     void clearFaults();
     // Before the n-th (from 1) operation of this kind at this path from now on, `action` runs, once: what
     // somebody else does in the meantime.
     void runBefore(Operation operation, std::string_view path, int n, std::function<void()> action);
+
+    // Called before each call that may change something, an opening included.
+    void watchChanges(std::function<void()> watcher);
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
@@ -151,6 +158,7 @@ public:
     int createPrivateDirectory(std::string_view parent, std::string_view prefix,
                                std::string& outPath) override;
     std::vector<std::string> otherPrivatePlaces() override;
+    int findVolume(std::string_view path, platform::Volume& outVolume) override;
     int removeAtRestart(std::string_view path) override;
 
 private:
@@ -180,6 +188,7 @@ private:
     std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
     std::vector<Fault> faults_;
     std::vector<Event> events_;
+    std::function<void()> watcher_;
     std::map<std::string, int> readOnly_;
     std::int64_t freeSpace_ = -1;
     std::vector<std::string> operations_;
@@ -188,6 +197,7 @@ private:
     std::vector<std::string> otherPrivatePlaces_;
     std::set<std::string> unprotected_;
     std::set<std::string> volumes_;
+    std::map<std::string, std::int64_t> reportedSpace_;  // by volume
     std::vector<std::string> removedAtRestart_;
     int privateDirectories_ = 0;
     int openFiles_ = 0;

@@ -466,4 +466,20 @@ TEST(FakeProcessesTest, RecordsStartsAndEnds) {
     EXPECT_EQ(2, error);
 }
 
+TEST_F(MemoryFileSystemTest, ReportsFreeSpaceByVolume) {
+    files_.setVolume("/big");
+    files_.addDirectory("/big/dir");
+    files_.addLink("/link", "/big/dir");
+    files_.reportFreeSpace("/big/dir", 100);
+    files_.reportFreeSpace("/", -1);
+    platform::Volume volume;
+    for (const char* path : {"/big", "/big/not/there", "/link"}) {
+        EXPECT_EQ(files_.findVolume(path, volume), 0) << path;
+        EXPECT_EQ(volume.name, "/big") << path;
+        EXPECT_EQ(volume.free, 100) << path;
+    }
+    EXPECT_NE(files_.findVolume("/small", volume), 0);
+    EXPECT_TRUE(volume.name.empty());
+}
+
 }  // namespace

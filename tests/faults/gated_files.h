@@ -24,6 +24,9 @@ public:
     int resolveFile(std::string_view path, std::string& outPath) override {
         return look().resolveFile(path, outPath);
     }
+    int findVolume(std::string_view path, platform::Volume& outVolume) override {
+        return look().findVolume(path, outVolume);
+    }
     int takeDirectoryRights(std::string_view path) override;
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;

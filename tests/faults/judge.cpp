@@ -171,7 +171,7 @@ bool Case::isNamed(const Difference& difference, const RunOutcome& outcome) cons
 // Whatever is there now, an uninstallation ends it. One that fails because of what is allowed to stay has to
 // succeed once that has been taken away.
 void Case::endProduct() {
-    RunOutcome outcome{true, {}};
+    RunOutcome outcome{true, false, {}};
     for (int runs = 0; runs < 2 && machine_.fakes.files.hasFile(SampleProduct::kLog); ++runs) {
         outcome = follow(OperationKind::kUninstall);
         if (outcome.succeeded || !removeAllowedFiles()) {

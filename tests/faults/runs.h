@@ -10,6 +10,7 @@
 // What a run says of itself.
 struct RunOutcome {
     bool succeeded = false;
+    bool isToStartAgain = false;  // an interrupted run was taken back; the product has its earlier log again
     // Notes, boxes, lines about failures and the summary of errors, in their order.
     std::vector<std::string> said;
 

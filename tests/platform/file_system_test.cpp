@@ -331,6 +331,22 @@ TEST_F(FileSystemTest, ResolvesPlainFilesOnly) {
     }
 }
 
+TEST_F(FileSystemTest, FindsTheVolumeOfWhatIsNotThereYet) {
+    platform::Volume here;
+    platform::Volume below;
+    ASSERT_EQ(files_.findVolume(directory_.path(), here), 0);
+    ASSERT_EQ(files_.findVolume(path("not/there\\yet"), below), 0);
+    EXPECT_FALSE(here.name.empty());
+    EXPECT_FALSE(here.key.empty());
+    EXPECT_EQ(below.name, here.name);
+    EXPECT_EQ(below.key, here.key);
+    EXPECT_GT(here.free, 0);
+    // Whoever asks for a file, by whatever spelling, asks for its volume.
+    writeTestFile(path("f"), "content");
+    ASSERT_EQ(files_.findVolume(path("f"), below), 0);
+    EXPECT_EQ(below.key, here.key);
+}
+
 TEST_F(FileSystemTest, AnOpenFileTakesTheRightsOfAnother) {
     writeTestFile(path("from"), "a");
     const auto file = openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate);

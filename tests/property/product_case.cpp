@@ -26,6 +26,11 @@ std::string element(const std::string& name, const std::string& attributes, cons
     return "<" + name + attributes + ">" + text + "</" + name + ">";
 }
 
+// The mark of a version in what it makes.
+std::string markOf(const Item& item) {
+    return item.release == 0 ? "" : " of version " + std::to_string(item.release);
+}
+
 std::string fileElement(const Item& item) {
     const std::string path = filePathOf(item);
     return element(
@@ -44,7 +49,7 @@ std::string iniElement(const Item& item) {
     return element("Add",
                    attribute("FileName", placeOf(item)) + attribute("Section", "main") +
                        attribute("Key", "key") + (item.option ? attribute("BeforeKey", "other") : ""),
-                   item.name("value"));
+                   item.name("value") + markOf(item));
 }
 
 std::string typeOf(const Item& shortcut) {
@@ -83,7 +88,7 @@ std::string registryElement(const Item& item) {
             return element("AddValue",
                            place + attribute("Value", "name") +
                                kTypes[static_cast<std::size_t>(item.variant) % kTypes.size()],
-                           "10");
+                           std::to_string(10 + item.release));
     }
 }
 
@@ -187,6 +192,8 @@ Trap randomTrap(RandomNumbers& random) {
     return random.oneIn(8) ? static_cast<Trap>(random.below(kTrapCount)) : Trap::kNone;
 }
 
+}  // namespace
+
 Item randomItem(RandomNumbers& random, int number) {
     Item item;
     item.kind = static_cast<ItemKind>(random.below(kItemKindCount));
@@ -203,8 +210,6 @@ Item randomItem(RandomNumbers& random, int number) {
     }
     return item;
 }
-
-}  // namespace
 
 const char* nameOf(Course course) {
     return kCourses[static_cast<std::size_t>(course)].name;
@@ -244,20 +249,31 @@ ProductCase randomCase(RandomNumbers& random) {
     return product;
 }
 
-std::string describe(const ProductCase& product) {
+namespace {
+
+// What differs between descriptions of products with versions and without.
+struct DescriptionParts {
+    std::string version = "1";
+    std::string pages;      // after the work
+    std::string variables;  // their default values
+    std::string controls;   // variables with a role
+};
+
+std::string describeWith(const ProductCase& product, const DescriptionParts& parts) {
     std::map<std::string, std::string> groups = groupsOf(product);
     std::string text =
-        "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname><MajorVersion>1</MajorVersion>"
-        "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion><Website>x</Website></ProductDesc>"
-        "<Dialogs><Hello/><CopyProgress/>" +
-        std::string(product.registers ? "<RegisterApplication/>" : "") +
+        "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname><MajorVersion>" + parts.version +
+        "</MajorVersion><MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion><Website>x</Website>"
+        "</ProductDesc><Dialogs><Hello/><CopyProgress/>" +
+        parts.pages +
         "<End Special='Finish'/></Dialogs>"
         "<UninstallDialogs><Bye/><CopyProgress/>" +
         std::string(product.registers ? "<UnregisterApplication/>" : "") +
-        "<End Special='Finish'/></UninstallDialogs><DefValues/>"
-        "<InstallerControlVariables><InstallError>INSTALL_ERROR</InstallError>"
-        "<UninstallError>UNINSTALL_ERROR</UninstallError></InstallerControlVariables>"
-        "<Installation><Uninstall><UninstallCmd>/product/installer</UninstallCmd>"
+        "<End Special='Finish'/></UninstallDialogs><DefValues>" + parts.variables +
+        "</DefValues><InstallerControlVariables><InstallError>INSTALL_ERROR</InstallError>"
+        "<UninstallError>UNINSTALL_ERROR</UninstallError>" +
+        parts.controls +
+        "</InstallerControlVariables><Installation><Uninstall><UninstallCmd>/product/installer</UninstallCmd>"
         "<InstallLogFile>/product/install.log</InstallLogFile>"
         "<InstallBackupFile>/product/backup.bin</InstallBackupFile>"
         "<UninstallXmlFile>/product/install.xml</UninstallXmlFile></Uninstall>"
@@ -273,9 +289,47 @@ std::string describe(const ProductCase& product) {
     return text + "</TandrelGroupInstallation>";
 }
 
-std::string summarize(const ProductCase& product) {
+// No record can hold a path of this length.
+std::string failingElement() {
+    return element(
+        "Registry", "",
+        element("AddValue",
+                attribute("Place", "HKEY_LOCAL_MACHINE") +
+                    attribute("Path", "Software/" + std::string(2000, 'x')) + attribute("Value", "name"),
+                "1"));
+}
+
+}  // namespace
+
+std::string describe(const ProductCase& product) {
+    DescriptionParts parts;
+    parts.pages = product.registers ? "<RegisterApplication/>" : "";
+    return describeWith(product, parts);
+}
+
+std::string describe(const ProductCase& product, const Release& release) {
+    DescriptionParts parts;
+    parts.version = std::to_string(release.number);
+    parts.pages = "<RevertInstallation Condition='[INSTALL_ERROR]==1'/>";
+    if (product.registers) {
+        parts.pages += "<RegisterApplication Condition='[INSTALL_ERROR]==0'/>";
+    }
+    parts.variables = "<Value Name='INSTALL_ERROR' DataType='value'>0</Value>";
+    if (release.removesEarlier) {
+        parts.variables += "<Value Name='REMOVE' DataType='value'>0</Value>";
+        parts.controls = "<ShouldUninstall>REMOVE</ShouldUninstall>";
+    }
+    std::string text = describeWith(product, parts);
+    if (release.fails) {
+        text.insert(text.rfind("</TandrelGroupInstallation>"),
+                    "<AdditionalInstall>" + failingElement() + "</AdditionalInstall>");
+    }
+    return text;
+}
+
+std::string summarize(const std::vector<Item>& items) {
     std::string text;
-    for (const Item& item : product.items) {
+    for (const Item& item : items) {
         text += std::string("  ") + kKindNames[static_cast<std::size_t>(item.kind)] + " number " +
                 std::to_string(item.number) + " variant " + std::to_string(item.variant) +
                 (item.option ? " option" : "") + (item.earlier ? " earlier" : "") +
@@ -286,6 +340,11 @@ std::string summarize(const ProductCase& product) {
         }
         text += "\n";
     }
+    return text;
+}
+
+std::string summarize(const ProductCase& product) {
+    std::string text = summarize(product.items);
     text += std::string("  course: ") + nameOf(product.course) + " at " + std::to_string(product.point) +
             " (operation " + std::to_string(product.operation) + ")" +
             (product.reinstalled ? ", installed again" : "") + "\n";
@@ -323,7 +382,16 @@ std::string filePathOf(const Item& file) {
 }
 
 std::string installedContentOf(const Item& file) {
-    return file.variant % 5 == 0 ? "same" : file.name("installed ");
+    return file.variant % 5 == 0 ? "same" : file.name("installed ") + markOf(file);
+}
+
+std::string createdContentOf(const Item& createFile) {
+    return "created" + markOf(createFile);
+}
+
+std::string editScriptOf(const Item& modifyFile) {
+    const std::string searched = modifyFile.variant % 2 == 0 ? "alpha" : "beta";
+    return "1\n" + searched + "\n2\nadded" + markOf(modifyFile) + "\n" + searched + "\n";
 }
 
 std::string earlierContentOf(const Item& file) {

@@ -48,6 +48,7 @@ struct Item {
     Trap atFirst = Trap::kNone;      // there before the installation
     Trap later = Trap::kNone;        // put there between installation and uninstallation
     std::vector<std::string> lines;  // texts of its own
+    int release = 0;  // of a product with versions: the one that asks for it, as its contents show
 
     std::string name(const std::string& stem) const { return stem + std::to_string(number); }
 };
@@ -94,9 +95,21 @@ struct ProductCase {
     bool registers = false;  // the product registers itself as an application
 };
 
+// How a version of a product meets the one that is there.
+struct Release {
+    int number = 1;
+    bool removesEarlier = false;
+    bool fails = false;  // after everything was done; then it takes itself back
+};
+
 ProductCase randomCase(RandomNumbers& random);
+Item randomItem(RandomNumbers& random, int number);
 // The description of the product, with the change descriptions as files of the package.
 std::string describe(const ProductCase& product);
+// The same for a product with versions.
+std::string describe(const ProductCase& product, const Release& release);
+// One line for each item.
+std::string summarize(const std::vector<Item>& items);
 // Whether its change can't be made: a link is in the place of what is to be backed up or edited, there is
 // nothing to be edited, or it is a type of shortcut that doesn't exist yet.
 bool isRefused(const Item& item);
@@ -109,6 +122,9 @@ std::string summarize(const ProductCase& product);
 std::string placeOf(const Item& item);
 std::string filePathOf(const Item& file);
 std::string installedContentOf(const Item& file);
+std::string createdContentOf(const Item& createFile);
+// What says which lines to add to a text.
+std::string editScriptOf(const Item& modifyFile);
 std::string earlierContentOf(const Item& file);
 std::string linkPathOf(const Item& shortcut);
 std::string registryPathOf(const Item& item);  // as the description has it

@@ -1,15 +1,8 @@
 #include "product_life.h"
 
-#include <memory>
-
-#include "description/answers_file.h"
-#include "fakes/fake_console.h"
-#include "fakes/walking_ui.h"
-#include "package/package_writer.h"
+#include "product_runs.h"
 #include "session/session_flags.h"
 #include "user_acts.h"
-#include "wini/nested_sessions.h"
-#include "wini/wini.h"
 
 namespace {
 
@@ -19,52 +12,6 @@ constexpr const char* kLogCopy = "/kit/install.log";
 constexpr int kMostCalls = 60;
 constexpr int kFileOperations = static_cast<int>(MemoryFileSystem::Operation::kTakeDirectoryRights) + 1;
 constexpr int kRegistryOperations = static_cast<int>(MemoryRegistry::Operation::kDeleteValue) + 1;
-
-void pack(FakePlatform& machine, const ProductCase& product) {
-    std::vector<PackageFile> list = {{"/kit/src/install.xml", "install.xml", "install.xml"}};
-    machine.files.addFile("/kit/src/install.xml", describe(product));
-    const auto add = [&](const std::string& name, const std::string& content) {
-        machine.files.addFile("/kit/src/" + name, content);
-        list.push_back({"/kit/src/" + name, name, name});
-    };
-    for (const Item& item : product.items) {
-        if (item.kind == ItemKind::kFile) {
-            const std::string path = filePathOf(item);
-            add(path.substr(path.rfind('/') + 1), installedContentOf(item));
-        } else if (item.kind == ItemKind::kModifyFile) {
-            list.push_back({item.name("/kit/src/change"), item.name("change"), item.name("change")});
-        } else if (item.kind == ItemKind::kCreateFile) {
-            add(item.name("created"), "created");
-        }
-    }
-    add("installer", "the installer's image");
-    PackageOptions options;
-    options.stripes = 1;
-    options.level = 1;
-    PackageWriter(machine.files).write(list, options, kPackage);
-}
-
-// Returns whether the session came to its end, and its result.
-bool runSession(platform::Platform platform, const char* path, std::uint32_t flags, int& outResult) {
-    FakeConsole log;
-    const DebugLog debugLog(log);
-    SystemServices services(platform, debugLog);
-    AnswersFile answers(platform.files);
-    NestedSessions nestedSessions(debugLog);
-    auto session =
-        std::make_unique<Wini>(platform, services, answers, nestedSessions, debugLog, WiniArguments());
-    WalkingUI ui(*session);
-    if (session->loadCabinet(path, 0, flags) != 0) {
-        return false;
-    }
-    outResult = session->run(&ui, &log);
-    if (outResult == 0 && session->hasErrors()) {
-        outResult = -1;
-    }
-    const bool finished = session->isFinished();
-    session->releaseSession();
-    return finished;
-}
 
 // Changes one byte of the file, or cuts it there.
 void spoil(MemoryFileSystem& files, const char* path, bool cut, int point) {
@@ -95,7 +42,7 @@ ProductLife::ProductLife(const ProductCase& product)
                 machine_.firewall} {
     machine_.files.addDirectory("/tmp");
     prepareMachine(machine_, product);
-    pack(machine_, product);
+    packProduct(machine_, product, describe(product), kPackage);
     start_ = takeState(machine_);
     noteVictims();
 }

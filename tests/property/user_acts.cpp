@@ -18,10 +18,6 @@ std::string earlierText(const Item& item) {
     return text;
 }
 
-std::string searchedLine(const Item& item) {
-    return item.variant % 2 == 0 ? "alpha" : "beta";
-}
-
 // Other programs read sections and keys in any case and with blanks; the edits don't.
 std::string earlierIni(const Item& item) {
     static constexpr std::array kSpellings = {"key = old\n", "key=old\n", "KEY=old\n", "Key =old\n"};
@@ -72,8 +68,6 @@ void prepareItem(FakePlatform& machine, const Item& item) {
             if (item.earlier) {
                 machine.files.addFile(placeOf(item), earlierText(item));
             }
-            machine.files.addFile(item.name("/kit/src/change"),
-                                  "1\n" + searchedLine(item) + "\n2\nadded\n" + searchedLine(item) + "\n");
             break;
         case ItemKind::kFirewallPort:
             if (item.earlier) {

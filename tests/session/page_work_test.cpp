@@ -120,6 +120,49 @@ TEST_F(PageWorkTest, BringsBackWhatWasRemovedForAFailedInstallation) {
     EXPECT_FALSE(session_.removed.isOnlyCopy);
 }
 
+TEST_F(PageWorkTest, SaysThatAVersionOverAnotherOneTakesThatAlong) {
+    files_.addFile("/app/tool", "version 1");
+    files_.addFile("/app/install.log", "/x\r\n/y\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app/tool\r\n");
+    walkTo("CopyProgress Special='AutoNext'/><RevertInstallation", kFailing);
+    EXPECT_FALSE(files_.hasFile("/app/tool"));
+    EXPECT_THAT(
+        ui_.callsOf("addMessage(\"The earlier version, over which the new one was installed, has been "
+                    "taken back with it."),
+        testing::SizeIs(1));
+}
+
+TEST_F(PageWorkTest, SaysNothingOfAnEarlierVersionThatComesBack) {
+    installVersionOne();
+    nested_.isRemoved = false;  // so that its records are continued
+    upgradeTo("CopyProgress Special='AutoNext'/><RevertInstallation", kFailing);
+    EXPECT_EQ(files_.content("/app/tool"), "version 1");
+    EXPECT_TRUE(ui_.callsOf("addMessage(\"The earlier version, over").empty());
+}
+
+// The space is looked at by whichever page removes it.
+class PageWithRemovalTest : public PageWorkTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(PageWithRemovalTest, RemovesNothingWhereTheBackupHasNoRoom) {
+    installVersionOne();
+    files_.addFile("/app/tool", std::string(10000, '1'));
+    files_.setVolume("/var");
+    whenUpgrading_ = [this] { files_.reportFreeSpace("/var", 9000); };
+    EXPECT_FALSE(upgradeTo(GetParam(), kInstallable));
+    EXPECT_TRUE(files_.hasFile("/app/tool"));
+    EXPECT_FALSE(files_.hasFile("/app/install.xml"));
+    EXPECT_THAT(ui_.callsOf("addMessage(\"There is too little space for "), testing::SizeIs(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, PageWithRemovalTest, testing::Values("CopyProgress", "Uninstall"));
+
+TEST_F(PageWorkTest, TakesTheEntryOfAVersionAlongThatDoesNotComeBack) {
+    files_.addFile("/app/install.log", "/x\r\n/y\r\nNUMVARS\t0\r\n");
+    system_.installed = {{"Demo", "", false, "/app/install.log"}};
+    beforePage_ = [this] { session_.setVariable("SHOULD", "0"); };
+    walkTo("CopyProgress Special='AutoNext'/><RevertInstallation", kInstallable);
+    EXPECT_TRUE(system_.installed.empty());
+}
+
 TEST_F(PageWorkTest, NeedsNoBackupAfterAnInstallationThatWorked) {
     installVersionOne();
     EXPECT_TRUE(upgradeTo("CopyProgress", kInstallable));

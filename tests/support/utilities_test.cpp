@@ -219,6 +219,7 @@ public:
     bool isProtected(std::string_view, platform::Protection) override { return false; }
     int createPrivateDirectory(std::string_view, std::string_view, std::string&) override { return 1; }
     std::vector<std::string> otherPrivatePlaces() override { return {}; }
+    int findVolume(std::string_view, platform::Volume&) override { return 1; }
     int removeAtRestart(std::string_view) override { return 1; }
 
 private:

@@ -181,6 +181,24 @@ TEST_F(RegistrationWithoutListTest, KeepsAListInWhichOthersPutSomething) {
     EXPECT_TRUE(hasKey(kList));
 }
 
+TEST_F(RegistrationWithoutListTest, TakesTheKeyAlongThatWasLeftToIt) {
+    registry_.addKey(RegistryRoot::kLocalMachine, "Software");
+    EXPECT_TRUE(registerDemo());
+    EXPECT_FALSE(registration_.leaveKeysToList("Other", 1));
+    EXPECT_FALSE(registration_.leaveKeysToList("Software\\Microsoft", 2));
+    EXPECT_TRUE(registration_.leaveKeysToList("SOFTWARE", 1));
+    EXPECT_FALSE(registration_.leaveKeysToList("Software", 1));  // once
+    EXPECT_TRUE(registerDemo());
+    EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));
+    EXPECT_FALSE(hasKey("Software"));
+}
+
+TEST_F(ApplicationRegistrationTest, TakesNoKeysForAListThatWasThere) {
+    EXPECT_TRUE(registerDemo());
+    EXPECT_FALSE(registration_.leaveKeysToList("Software", 1));
+    EXPECT_FALSE(registration_.leaveKeysToList("Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall", 5));
+}
+
 TEST_F(ApplicationRegistrationTest, KeepsTheListThatWasThere) {
     EXPECT_TRUE(registerDemo());
     EXPECT_TRUE(registration_.removeUninstallEntry("Demo 1"));

@@ -16,6 +16,7 @@
 #include "platform/posix/protected_path.h"
 #include "platform/posix/state_directory.h"
 #include "platform/posix/system_calls.h"
+#include "platform/posix/volume.h"
 
 namespace platform {
 
@@ -199,6 +200,9 @@ public:
     int createPrivateDirectory(std::string_view parent, std::string_view prefix,
                                std::string& outPath) override;
     std::vector<std::string> otherPrivatePlaces() override;
+    int findVolume(std::string_view path, Volume& outVolume) override {
+        return volumeOf(nativePath(path), outVolume);
+    }
     int removeAtRestart(std::string_view /*path*/) override { return ENOTSUP; }
 };
 

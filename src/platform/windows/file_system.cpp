@@ -13,6 +13,7 @@
 #include "platform/windows/private_security.h"
 #include "platform/windows/protected_path.h"
 #include "platform/windows/system_error.h"
+#include "platform/windows/volume.h"
 
 namespace platform {
 
@@ -432,6 +433,12 @@ public:
             places.push_back(utf8Of(programs));
         }
         return places;
+    }
+
+    int findVolume(std::string_view path, Volume& outVolume) override {
+        const std::wstring wide = systemPath(path);
+        outVolume = {};
+        return namesDevice(wide) ? kRefusedName : volumeOf(wide, outVolume);
     }
 
     int removeAtRestart(std::string_view path) override {

@@ -196,7 +196,9 @@ TEST_F(RegistryActionTest, LogsThatTheRecordsCouldNotBeWritten) {
     logDisk_.failFrom(MemoryFileSystem::Operation::kWrite, "/tmp/product.log", 1);
     EXPECT_FALSE(apply("<AddValue " + at_ + "Value='N'>x</AddValue>"));
     EXPECT_THAT(log_.lines(),
-                ElementsAre("ERROR: The changes of the registry could not be written to the action log"));
+                ElementsAre("ERROR: FAILED to change HKEY_LOCAL_MACHINE\\Software\\Demo",
+                            "ERROR: The changes of the registry could not be written to the action log"));
+    EXPECT_EQ(textAt("Software\\Demo", "N"), "(none)");
 }
 
 TEST_F(RegistryActionTest, AsksForNothingOutsideActions) {
@@ -271,6 +273,20 @@ TEST_F(RegistryUndoTest, TakesAKeyThatWasInUseWhenItIsNoLonger) {
     machine_.registry.deleteKey(kRoot, "Software\\Demo\\others", platform::RegistryView::kNative);
     EXPECT_TRUE(change_.finishUndo());
     EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software\\Demo"));
+    EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software"));
+}
+
+TEST_F(RegistryUndoTest, LeavesAKeyThatTheListOfApplicationsKeepsToTheList) {
+    machine_.registry.addKey(kRoot, "Software\\Demo");
+    machine_.registry.addKey(kRoot, "Software\\List\\Demo");
+    system_.takesKeys = true;
+    undo("REGKEY", "2\tHKEY_LOCAL_MACHINE\tSoftware\\Demo");
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_EQ(system_.calls, std::vector<std::string>{"leaveKeysToList(Software, 1)"});
+    // It isn't this product's any more.
+    machine_.registry.deleteKey(kRoot, "Software\\List\\Demo", platform::RegistryView::kNative);
+    machine_.registry.deleteKey(kRoot, "Software\\List", platform::RegistryView::kNative);
+    EXPECT_TRUE(change_.finishUndo());
     EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software"));
 }
 
