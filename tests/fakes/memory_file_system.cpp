@@ -343,6 +343,7 @@ void MemoryFileSystem::becomeCopyOf(const MemoryFileSystem& other) {
     }
     readOnly_ = other.readOnly_;
     freeSpace_ = other.freeSpace_;
+    reportedSpace_ = other.reportedSpace_;
     temporaryDirectory_ = other.temporaryDirectory_;
     otherPrivatePlaces_ = other.otherPrivatePlaces_;
     unprotected_ = other.unprotected_;
