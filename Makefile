@@ -1,7 +1,7 @@
 # Every target first installs what it needs (scripts/install-dependencies, quick if nothing is missing). The work is
 # done by scripts/; cmake with its presets works without them as well.
 
-.PHONY: help build windows demo test lint fuzz bench dist clean
+.PHONY: help build windows demo test lint fuzz faults bench dist clean
 .NOTPARALLEL:
 
 help:
@@ -11,6 +11,7 @@ help:
 	@echo 'make windows  the Windows programs: build/windows/bin/'
 	@echo 'make lint     layers, format, clang-tidy, pairs of sources and tests'
 	@echo 'make fuzz     every fuzz target for FUZZ_SECONDS (60) each'
+	@echo 'make faults   every call of the sample product fails, in every way, and ends the program: a table of what is lost'
 	@echo 'make bench    measurements against reference tools'
 	@echo 'make dist     the setups of both platforms'
 	@echo 'make clean    removes build/'
@@ -37,6 +38,10 @@ lint:
 fuzz:
 	@scripts/install-dependencies fuzz
 	@scripts/fuzz-all
+
+faults:
+	@scripts/install-dependencies native
+	@scripts/faults-all
 
 bench: build
 	@scripts/install-dependencies bench

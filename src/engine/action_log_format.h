@@ -36,6 +36,10 @@ inline constexpr std::string_view kRegistryValue = "REGVAL";
 // rewrite of the log takes the lines right after them that hold these letters for more of them.
 inline constexpr std::string_view kNoRecord = "RECORDS";
 
+// A line in front of a record whose change replaces what the record doesn't bring back: its one field says
+// what was in the place before (engine/changes/former_state.h).
+inline constexpr std::string_view kFormer = "BEFORE";
+
 // First fields. FILE has kCreate and kOver, SHORTCUT kCreate, ENV and INI the ones below it, MODIFYFILE
 // kAddAfter, FIREWALL the last two.
 inline constexpr std::string_view kCreate = "CREATE";
@@ -61,5 +65,6 @@ static_assert(!kVariableCount.starts_with(kVariable));
 
 static_assert(kNoRecord.find(kVariable) == std::string_view::npos);
 static_assert(!kNoRecord.starts_with(kRegistryKey) && !kNoRecord.starts_with(kRegistryValue));
+static_assert(kFormer.find(kVariable) == std::string_view::npos);
 
 }  // namespace ActionLogFormat

@@ -59,17 +59,27 @@ bool ActionLogWriter::openNew(std::string_view path) {
 bool ActionLogWriter::openToAppend(std::string_view path) {
     const int status = console_.open(path, PFileStream::kAppend);
     opened();
+    if (status == 0 && console_.cutToLastLine() != 0) {
+        console_.close();
+        return false;
+    }
+    headEnd_ = console_.position();
     return status == 0;
 }
 
 void ActionLogWriter::opened() {
     console_.setOptions(0);
-    isAfterVariables_ = true;
+    headEnd_ = console_.position();
+    isBroken_ = false;
     copied_.clear();
 }
 
 bool ActionLogWriter::isOpen() const {
     return console_.isOpen();
+}
+
+bool ActionLogWriter::flush() {
+    return console_.flush() == 0;
 }
 
 bool ActionLogWriter::hasFailed() const {
@@ -82,51 +92,70 @@ bool ActionLogWriter::close() {
 }
 
 void ActionLogWriter::writeHeader(std::string_view descriptionPath, std::string_view backupPath) {
-    writeLine(recordLine(descriptionPath, {}));
-    writeLine(recordLine(backupPath, {}));
+    writeLines(recordLine(descriptionPath, {}));
+    writeLines(recordLine(backupPath, {}));
 }
 
 void ActionLogWriter::writeVariables(const std::vector<LoggedVariable>& variables) {
-    for (std::string& line : variableBlockLines(variables, ActionLogFormat::kLineLimit)) {
-        writeLine(std::move(line));
+    for (const std::string& line : variableBlockLines(variables, ActionLogFormat::kLineLimit)) {
+        writeLines(line);
     }
-    isAfterVariables_ = true;
+    headEnd_ = console_.position();
 }
 
-void ActionLogWriter::writeDirectory(int created, std::string_view directory) {
-    writeRecord(ActionLogFormat::kDirectory, {std::to_string(created), directory});
+bool ActionLogWriter::writeDirectory(int created, std::string_view directory) {
+    return writeRecord(ActionLogFormat::kDirectory, {std::to_string(created), directory});
 }
 
-void ActionLogWriter::writeFile(bool isRestorable, std::string_view path) {
-    writeRecord(ActionLogFormat::kFile,
-                {isRestorable ? ActionLogFormat::kOver : ActionLogFormat::kCreate, path});
+bool ActionLogWriter::writeFile(bool isRestorable, std::string_view path, std::string_view former) {
+    return writeRecord(ActionLogFormat::kFile,
+                       {isRestorable ? ActionLogFormat::kOver : ActionLogFormat::kCreate, path}, former);
 }
 
-void ActionLogWriter::writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields) {
-    std::string line = recordLine(tag, fields);
-    if (copied_.empty() || isCounted(line) || !copied_.contains(line)) {
-        writeRecordLine(std::move(line));
-    }
+bool ActionLogWriter::writeRecord(std::string_view tag, std::initializer_list<std::string_view> fields,
+                                  std::string_view former) {
+    const std::string line = recordLine(tag, fields);
+    const bool isThere = !copied_.empty() && !isCounted(line) && copied_.contains(line);
+    return isThere || writeRecordLines(former, line);
 }
 
 void ActionLogWriter::copyRecord(std::string_view line) {
-    std::string copy = recordLine(line, {});
+    const std::string copy = recordLine(line, {});
     if (copied_.insert(copy).second || isCounted(copy)) {
-        writeRecordLine(std::move(copy));
+        writeRecordLines("", copy);
     }
 }
 
-void ActionLogWriter::writeRecordLine(std::string line) {
-    if (std::exchange(isAfterVariables_, false) &&
-        line.find(ActionLogFormat::kVariable) != std::string::npos) {
-        writeLine(recordLine(ActionLogFormat::kNoRecord, {}));
-    }
-    writeLine(std::move(line));
+std::int64_t ActionLogWriter::position() {
+    return console_.position();
 }
 
-void ActionLogWriter::writeLine(std::string line) {
-    if (console_.hasFailed()) {
-        line.insert(0, ActionLogFormat::kLineEnd);  // a part of the line before may be in the file
+void ActionLogWriter::withdrawFrom(std::int64_t position) {
+    if (position >= 0 && position < console_.position()) {
+        isBroken_ = console_.cutAt(position) != 0 || isBroken_;
     }
-    console_.write(line.data(), static_cast<std::int32_t>(line.size()));
+}
+
+// In one write: a run that is killed leaves both or none.
+bool ActionLogWriter::writeRecordLines(std::string_view former, const std::string& line) {
+    std::string lines;
+    if (!former.empty()) {
+        lines = recordLine(ActionLogFormat::kFormer, {former});
+    } else if (console_.position() <= headEnd_ &&
+               line.find(ActionLogFormat::kVariable) != std::string::npos) {
+        lines = recordLine(ActionLogFormat::kNoRecord, {});
+    }
+    return writeLines(lines + line);
+}
+
+bool ActionLogWriter::writeLines(const std::string& lines) {
+    if (!console_.isOpen()) {
+        return true;
+    }
+    const std::int64_t start = console_.position();
+    if (!isBroken_ && console_.write(lines.data(), static_cast<std::int32_t>(lines.size())) == 0) {
+        return true;
+    }
+    isBroken_ = isBroken_ || console_.cutAt(start) != 0;
+    return false;
 }

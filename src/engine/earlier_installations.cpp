@@ -28,6 +28,21 @@ constexpr vocabulary::ElementPath kUninstallPath = "TandrelGroupInstallation/Ins
 EarlierInstallations::EarlierInstallations(const EngineParts& parts)
     : parts_(parts), tags_(parts.model.description, parts.model.expressions) {}
 
+std::vector<std::string> EarlierInstallations::formerNames() {
+    std::vector<std::string> names;
+    for (const std::int32_t node : childrenOf(kProductPath, "LegacyApplication")) {
+        if (const auto name = tags_.textOf(node)) {
+            names.emplace_back(*name);
+        }
+    }
+    for (const std::int32_t node : childrenOf(kUninstallPath, "LegacyInstallLogFile")) {
+        if (const auto name = tags_.attribute(node, "AppName")) {
+            names.emplace_back(*name);
+        }
+    }
+    return names;
+}
+
 void EarlierInstallations::findRegistered(bool isActionLogSession) {
     parts_.debugLog.line("Checking for previous and legacy installations for this product");
     if (!removalTried_) {

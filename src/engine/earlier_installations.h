@@ -33,6 +33,9 @@ class EarlierInstallations {
 public:
     explicit EarlierInstallations(const EngineParts& parts);
 
+    // The names that the description gives of products which this one replaces.
+    std::vector<std::string> formerNames();
+
     // What the system's list of installed applications knows: the product's own name, and each
     // LegacyApplication. The variables of an earlier installation become those of this session. For the time
     // before the default values are loaded, so that they build on it.

@@ -13,6 +13,11 @@ namespace {
 namespace Format = ActionLogFormat;
 using State = EarlierLog::State;
 
+// Lines that only have a meaning where they stand.
+bool isNoRecord(std::string_view text) {
+    return text.empty() || text == Format::kNoRecord || firstLogField(text) == Format::kFormer;
+}
+
 // What no writer of records leaves behind: a part of a line, or bytes that are no text.
 bool isWhole(std::string_view line) {
     const std::string_view text = withoutTrailingSpace(line);
@@ -46,7 +51,7 @@ void readRecords(PFileStream& log, EarlierLog& out) {
         const bool isRecord = !isPiece && isWhole(line);
         isPiece = !line.ends_with('\n');
         isGood = isRecord && isGood;
-        if (isRecord && !text.empty() && !isVariable(text) && text != Format::kNoRecord) {
+        if (isRecord && !isNoRecord(text) && !isVariable(text)) {
             out.records.emplace_back(text);
         }
     }

@@ -38,8 +38,8 @@ void reportConfigFile(Report& report, const std::string& configFile) {
 
 }  // namespace
 
-Installation::Installation(const EngineParts& parts)
-    : parts_(parts), logFile_(parts.machine.files), log_(logFile_) {}
+Installation::Installation(const EngineParts& parts, InstallationMark* mark)
+    : parts_(parts), mark_(mark), logFile_(parts.machine.files), log_(logFile_) {}
 
 bool Installation::isPossible(Report& report, const std::vector<ExpectedRemoval>& removals) {
     return DirectoryCheck(parts_, report).run() && FreeSpaceCheck(parts_, report).run(removals);
@@ -48,7 +48,7 @@ bool Installation::isPossible(Report& report, const std::vector<ExpectedRemoval>
 bool Installation::run(Report& report, const Preparation& prepare,
                        const std::vector<ExpectedRemoval>& removals) {
     ChangeJob job(parts_, log_, report);
-    InstallationRecords records(parts_, job);
+    InstallationRecords records(parts_, job, mark_);
     if (!DirectoryCheck(parts_, report).run() || !records.open()) {
         return refuse();
     }

@@ -12,6 +12,7 @@
 #include "engine/free_space_check.h"
 #include "support/p_file_console.h"
 
+class InstallationMark;
 class InstallationRecords;
 class Report;
 struct ChangeJob;
@@ -21,7 +22,8 @@ struct ChangeKind;
 // actions. One object for a session; one job at a time, on the session's thread.
 class Installation {
 public:
-    explicit Installation(const EngineParts& parts);
+    // The mark outlives this object; without one a later run doesn't learn of an installation that is killed.
+    explicit Installation(const EngineParts& parts, InstallationMark* mark = nullptr);
 
     // What has to be done after the installation is known to be possible and before its first change.
     using Preparation = std::function<void()>;
@@ -75,6 +77,7 @@ private:
     void exportConfiguration(Report& report, const std::optional<std::string>& directory);
 
     EngineParts parts_;
+    InstallationMark* mark_;
     PFileConsole logFile_;
     ActionLogWriter log_;
     std::string publishedLog_;

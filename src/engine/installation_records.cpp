@@ -12,6 +12,7 @@
 #include "engine/action_log_writer.h"
 #include "engine/changes/change_table.h"
 #include "engine/changes/record_text.h"
+#include "engine/installation_mark.h"
 #include "engine/line_reader.h"
 #include "engine/product_state.h"
 #include "engine/report.h"
@@ -58,10 +59,13 @@ std::vector<LoggedVariable> loggedVariables(const ProductModel& model) {
     return kept;
 }
 
-InstallationRecords::InstallationRecords(const EngineParts& parts, ChangeJob& job)
-    : parts_(parts), job_(job), takeover_(job.context, job.replaced.history) {}
+InstallationRecords::InstallationRecords(const EngineParts& parts, ChangeJob& job, InstallationMark* mark)
+    : parts_(parts), job_(job), mark_(mark), takeover_(job.context, job.replaced.history) {}
 
 bool InstallationRecords::open() {
+    if (mark_ != nullptr && !mark_->open(job_.context.report)) {
+        return false;
+    }
     if (!openLog()) {
         parts_.debugLog.line("ERROR: Obtaining temp filename for install temp log!");
         return false;
@@ -75,8 +79,13 @@ bool InstallationRecords::open() {
     return true;
 }
 
+std::string InstallationRecords::newName() {
+    const std::string name = parts_.system.temporaryFileName().value_or("");
+    return mark_ == nullptr || name.empty() ? name : mark_->placeOf(name);
+}
+
 bool InstallationRecords::openLog() {
-    temporaryLog_ = parts_.system.temporaryFileName().value_or("");
+    temporaryLog_ = newName();
     if (!temporaryLog_.empty() && job_.context.log.openNew(temporaryLog_)) {
         return true;
     }
@@ -85,7 +94,7 @@ bool InstallationRecords::openLog() {
 }
 
 bool InstallationRecords::openArchive() {
-    temporaryArchive_ = parts_.system.temporaryFileName().value_or("");
+    temporaryArchive_ = newName();
     if (!temporaryArchive_.empty() && job_.replaced.archive.openForWriting(temporaryArchive_)) {
         return true;
     }
@@ -125,11 +134,48 @@ bool InstallationRecords::begin() {
         discard();
         return false;
     }
+    if (!writeHead()) {
+        report("Nothing was installed: the install log can't be written to " + temporaryLog_);
+        discard();
+        return false;
+    }
+    if (!noteInstalling()) {
+        return false;
+    }
+    takeover_.revertEdits(job_.context.log);
+    return true;
+}
+
+// What is going to be changed can be taken back only by what is on the disk by then.
+bool InstallationRecords::writeHead() {
     ActionLogWriter& log = job_.context.log;
-    log.writeHeader(product.uninstallXmlFile().value_or(""), archivePath());
+    log.writeHeader(parts_.model.product.uninstallXmlFile().value_or(""), archivePath());
     log.writeVariables(loggedVariables(parts_.model));
     takeover_.writeRecords(log);
-    return true;
+    const bool isArchiveOnDisk = takeover_.archivePath().empty() || job_.replaced.archive.flush() == 0;
+    return !log.hasFailed() && log.flush() && isArchiveOnDisk;
+}
+
+// From now on the new records say what is on the disk.
+bool InstallationRecords::noteInstalling() {
+    const std::string log = parts_.model.product.installLogFile().value_or("");
+    places_ = {temporaryLog_, temporaryArchive_, log, archivePath(), parts_.machine.files.exists(log)};
+    const bool isNoted = mark_ == nullptr || mark_->noteInstalling(places_, job_.context.report);
+    if (!isNoted) {
+        discard();
+    }
+    return isNoted;
+}
+
+// The paths may have changed with the variables.
+void InstallationRecords::noteFinalPlaces() {
+    const std::string log = parts_.model.product.installLogFile().value_or("");
+    const std::string archive = archivePath();
+    if (mark_ != nullptr && (log != places_.log || archive != places_.archive)) {
+        places_.log = log;
+        places_.archive = archive;
+        mark_->noteInstalling(places_, job_.context.report);
+    }
 }
 
 // Without a place of its own the archive stays in that of the earlier installation, whose files it holds.
@@ -145,22 +191,31 @@ void InstallationRecords::discard() {
     parts_.machine.files.removeFile(temporaryArchive_);
 }
 
-bool InstallationRecords::closeAll() {
-    takeover_.writeRemainingFiles(job_.context.log);
-    const bool logWritten = job_.context.log.close();
-    if (!logWritten) {
+bool InstallationRecords::closeLog() {
+    ActionLogWriter& log = job_.context.log;
+    takeover_.writeRemainingFiles(log);
+    const bool isOnDisk = log.flush();
+    const bool isWritten = log.close() && isOnDisk;
+    if (!isWritten) {
         parts_.debugLog.line("ERROR: The install log could not be written completely");
     }
-    const bool archiveWritten = job_.replaced.archive.close() == 0;
-    if (!archiveWritten) {
+    return isWritten;
+}
+
+bool InstallationRecords::closeArchive() {
+    const bool isOnDisk = job_.replaced.archive.flush() == 0;
+    const bool isWritten = job_.replaced.archive.close() == 0 && isOnDisk;
+    if (!isWritten) {
         parts_.debugLog.line("ERROR: The backup file could not be written completely");
     }
-    return logWritten && archiveWritten;
+    return isWritten;
 }
 
 // The archive goes first: a log without the archive that it needs would be worth less than the earlier ones.
 bool InstallationRecords::publish() {
-    const bool written = closeAll();
+    const bool isLogWritten = closeLog();
+    const bool written = closeArchive() && isLogWritten;
+    noteFinalPlaces();
     addSumsOfEditedFiles();
     keepSums();
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
@@ -169,6 +224,8 @@ bool InstallationRecords::publish() {
     publishedLog_ = logPublished ? logPath : temporaryLog_;
     if (written && logPublished && archivePublished) {
         removeEarlierArchive();
+    } else if (mark_ != nullptr) {
+        mark_->keepRecords();
     }
     return written && logPublished && archivePublished;
 }

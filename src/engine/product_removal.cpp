@@ -59,6 +59,8 @@ bool ProductRemoval::remove(const Request& request, Report& report) {
     }
     if (request.isReversible) {
         noteForLaterRuns(request, logPath);
+    } else if (backups_.journal().isOpen()) {
+        backups_.noteForGood(name, logPath);
     }
     backups_.isOnlyCopy = !backups_.isEmpty();
     const bool isRemoved = session->uninstall();
@@ -84,14 +86,15 @@ std::string ProductRemoval::findLog(const Request& request) {
 }
 
 std::string ProductRemoval::copyLog(const Request& request, const std::string& log) {
-    const auto copy = parts_.system.temporaryFileName();
-    if (!copy) {
+    const auto name = parts_.system.temporaryFileName();
+    if (!name) {
         fail("ERROR: Unable to obtain temporary file for uninstall log of " + request.applicationName);
     }
-    if (!OUtils::copyFile(log, *copy, parts_.machine.files, platform::FileRights::kPrivate)) {
+    const std::string copy = backups_.placeOf(*name);
+    if (!OUtils::copyFile(log, copy, parts_.machine.files, platform::FileRights::kPrivate)) {
         fail("ERROR: Unable to copy temporary log file for uninstallation of " + request.applicationName);
     }
-    return *copy;
+    return copy;
 }
 
 void ProductRemoval::applyOverrides(NestedSession& session, const std::string& applicationName) {
@@ -154,6 +157,7 @@ void ProductRemoval::keepRecords(const ProductRecords& records, Report& report) 
                         ", which the new version may replace");
         }
     }
+    backups_.noteBackups();
 }
 
 // Of a product that has gone nothing is on record: who found the log would remove it once more.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <memory>
 
 #include "base/path_functions.h"
 #include "engine/product_state_format.h"
@@ -23,15 +24,6 @@ constexpr std::size_t kWritePiece = 1 << 20;
 constexpr std::uint32_t kReadBlock = 256 * 1024;
 
 static_assert(std::tuple_size_v<Md5Digest> * 2 == Format::kDigestDigits);
-
-std::string textOf(const Md5Digest& digest) {
-    std::string text;
-    for (const std::uint8_t byte : digest) {
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 15];
-    }
-    return text;
-}
 
 std::optional<Md5Digest> digestOf(std::string_view text) {
     Md5Digest digest{};
@@ -118,7 +110,7 @@ std::string textOf(const WrittenSums& sums, std::string_view logPath, std::int32
             continue;
         }
         for (const Md5Digest& digest : digests) {
-            text += lineOf(textOf(digest), path);
+            text += lineOf(md5Text(digest), path);
             ++count;
         }
     }
@@ -133,13 +125,13 @@ std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_v
                       PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
         return std::nullopt;
     }
-    std::vector<unsigned char> block(kReadBlock);
+    const auto block = std::make_unique_for_overwrite<unsigned char[]>(kReadBlock);
     Md5 md5;
     for (std::uint32_t done = 1; done > 0;) {
-        if (file.read(block.data(), kReadBlock, done) != 0) {
+        if (file.read(block.get(), kReadBlock, done) != 0) {
             return std::nullopt;
         }
-        md5.update(block.data(), done);
+        md5.update(block.get(), done);
     }
     return md5.finish();
 }
@@ -171,7 +163,7 @@ std::string ProductState::pathOf(std::string_view logPath) {
     const std::string identity = pathIdentity(logPath);
     return directory.append("/")
         .append(Format::kNameStart)
-        .append(textOf(md5Of(identity.data(), identity.size())))
+        .append(md5Text(md5Of(identity.data(), identity.size())))
         .append(Format::kNameEnd);
 }
 

@@ -114,7 +114,15 @@ bool RecordTakeover::isOutdated(BackupFile& archive, const BackupEntry& entry) {
 
 void RecordTakeover::writeRecords(ActionLogWriter& log) {
     for (const std::string& line : log_.records) {
-        if (!revertEdit(line)) {
+        if (!hasTag(line, Format::kModifyFile)) {
+            log.copyRecord(line);
+        }
+    }
+}
+
+void RecordTakeover::revertEdits(ActionLogWriter& log) {
+    for (const std::string& line : log_.records) {
+        if (hasTag(line, Format::kModifyFile) && !revertEdit(line)) {
             log.copyRecord(line);
         }
     }
@@ -123,8 +131,7 @@ void RecordTakeover::writeRecords(ActionLogWriter& log) {
 // Nothing of this is shown: the lines come back in the phase that edits files, which has its own lines.
 bool RecordTakeover::revertEdit(std::string_view line) {
     Report silent(nullptr, nullptr);
-    return hasTag(line, Format::kModifyFile) &&
-           FileEdit::remove(context_.machine.files, silent, nextLogField(line));
+    return FileEdit::remove(context_.machine.files, silent, nextLogField(line));
 }
 
 void RecordTakeover::writeRemainingFiles(ActionLogWriter& log) {

@@ -37,10 +37,13 @@ public:
     // still what was installed. One that is damaged, or has been changed since the installation, is reported
     // and used as far as it goes. False when `archive` can't be written.
     bool copyArchive(BackupFile& archive);
-    // Writes the earlier records into an open log after its head, those of files excepted: the new
-    // installation decides on them. Lines that were added to text files are taken out again first, while the
-    // script that says which is still there; the new installation adds its own.
+    // Writes the earlier records into an open log after its head, those of files and of lines that were added
+    // to text files excepted: the new installation decides on them.
     void writeRecords(ActionLogWriter& log);
+    // Takes the lines out again that were added to text files, while the script that says which is still
+    // there; the new installation adds its own. This is the first change to the machine. Writes the records
+    // of those that stay.
+    void revertEdits(ActionLogWriter& log);
     // Writes the records of files that the new installation has none of.
     void writeRemainingFiles(ActionLogWriter& log);
 

@@ -2,11 +2,16 @@
 
 #include "base/errors.h"
 #include "base/path_functions.h"
+#include "engine/directory_check.h"
 #include "engine/journaled_machine.h"
 #include "engine/product_state.h"
+#include "engine/removal_journal_format.h"
+#include "engine/work_notes.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
+
+namespace Format = RemovalJournalFormat;
 
 RemovalBackups::RemovalBackups(const platform::Platform& machine)
     : real_(machine), journal_(machine.files, machine.environment) {}
@@ -15,7 +20,7 @@ RemovalBackups::~RemovalBackups() = default;
 
 platform::Platform RemovalBackups::openMachine() {
     if (machine_ == nullptr) {
-        if (const int status = journal_.open(); status != 0) {
+        if (const int status = journal_.isOpen() ? 0 : journal_.open(); status != 0) {
             const std::string reason =
                 status < 0 ? "there is no directory for its records" : platform::errorText(status);
             throw InstallerError("ERROR: The removal of earlier versions couldn't be taken back: %s",
@@ -32,21 +37,81 @@ std::string RemovalBackups::placeOf(const std::string& path) const {
                : journal_.directory() + '/' + std::string(OUtils::lastPathComponent(path));
 }
 
+RemovalJournal::Notes RemovalBackups::removalNotes(const std::string& application, const std::string& log) {
+    ++applications_;
+    return {{numberedNote(Format::kApplicationNote, applications_), application},
+            {numberedNote(Format::kRemovedLogNote, applications_), log}};
+}
+
+RemovalJournal::Notes RemovalBackups::backupNotes() const {
+    RemovalJournal::Notes notes;
+    std::size_t number = 0;
+    for (const UninstallBackup& backup : uninstallBackups) {
+        ++number;
+        notes.emplace_back(numberedNote(Format::kBackedUpNote, number), backup.productName);
+        notes.emplace_back(numberedNote(Format::kBackupNote, number), backup.archivePath);
+        notes.emplace_back(numberedNote(Format::kDirectoriesNote, number), backup.directoriesPath);
+    }
+    number = 0;
+    for (const NestedBackup& backup : nestedBackups) {
+        ++number;
+        notes.emplace_back(numberedNote(Format::kCopiedNote, number), backup.originalPath);
+        notes.emplace_back(numberedNote(Format::kCopyNote, number), backup.copyPath);
+    }
+    return notes;
+}
+
 bool RemovalBackups::note(const std::string& application, const std::string& log) {
-    const std::string number = std::to_string(++applications_);
-    bool isNoted =
-        journal_.note("application " + number, application) == 0 && journal_.note("log " + number, log) == 0;
-    for (std::size_t i = 0; i < uninstallBackups.size(); ++i) {
-        const std::string index = std::to_string(i + 1);
-        isNoted = isNoted && journal_.note("archive " + index, uninstallBackups[i].archivePath) == 0 &&
-                  journal_.note("directories " + index, uninstallBackups[i].directoriesPath) == 0;
+    return noteBackups() && journal_.note(removalNotes(application, log)) == 0;
+}
+
+bool RemovalBackups::noteBackups() {
+    return journal_.note(backupNotes()) == 0;
+}
+
+bool RemovalBackups::noteForGood(const std::string& application, const std::string& log) {
+    RemovalJournal::Notes notes = removalNotes(application, log);
+    notes.emplace_back(numberedNote(Format::kForGoodNote, applications_), Format::kYes);
+    return journal_.note(notes) == 0;
+}
+
+bool RemovalBackups::resume(std::string_view directory) {
+    if (journal_.resume(directory) != 0) {
+        return false;
     }
-    for (std::size_t i = 0; i < nestedBackups.size(); ++i) {
-        const std::string index = std::to_string(i + 1);
-        isNoted = isNoted && journal_.note("copied " + index, nestedBackups[i].originalPath) == 0 &&
-                  journal_.note("copy " + index, nestedBackups[i].copyPath) == 0;
+    adoptBackups();
+    machine_ = std::make_unique<JournaledMachine>(real_, journal_);
+    return true;
+}
+
+// Empty for a path that leads elsewhere.
+std::string RemovalBackups::ownFile(std::string_view note, std::size_t number) const {
+    const std::string path = journal_.noteOf(numberedNote(note, number)).value_or("");
+    return isFileIn(journal_.directory(), path) ? placeOf(path) : std::string();
+}
+
+void RemovalBackups::adoptBackups() {
+    for (std::size_t i = 1; i <= Format::kMostNumberedNotes; ++i) {
+        const auto name = journal_.noteOf(numberedNote(Format::kBackedUpNote, i));
+        if (!name) {
+            break;
+        }
+        const UninstallBackup backup{*name, ownFile(Format::kBackupNote, i),
+                                     ownFile(Format::kDirectoriesNote, i)};
+        if (!backup.archivePath.empty() && !backup.directoriesPath.empty()) {
+            uninstallBackups.push_back(backup);
+        }
     }
-    return isNoted;
+    for (std::size_t i = 1; i <= Format::kMostNumberedNotes; ++i) {
+        const auto original = journal_.noteOf(numberedNote(Format::kCopiedNote, i));
+        if (!original) {
+            break;
+        }
+        const NestedBackup backup{*original, ownFile(Format::kCopyNote, i)};
+        if (!backup.copyPath.empty() && isAbsolutePath(backup.originalPath)) {
+            nestedBackups.push_back(backup);
+        }
+    }
 }
 
 std::vector<std::string> RemovalBackups::places() const {
@@ -68,7 +133,10 @@ std::vector<std::string> RemovalBackups::places() const {
 }
 
 void RemovalBackups::release() {
-    if (isOnlyCopy) {
+    if (isOnlyCopy || holdsRecords) {
+        if (journal_.isOpen()) {
+            WorkNotes(journal_).stage(WorkStage::kEnded);
+        }
         return;
     }
     for (const UninstallBackup& backup : uninstallBackups) {

@@ -38,26 +38,41 @@ public:
     std::vector<NestedBackup> nestedBackups;
     // An installation was removed, and neither a new one nor its own return is complete.
     bool isOnlyCopy = false;
+    // The journal's directory holds records of the new installation that have no other place.
+    bool holdsRecords = false;
 
     // The machine on which removals can be taken back. Opens the journal if that isn't done yet; throws
     // InstallerError when it can't be opened. Nothing that can be lost may be removed then.
     platform::Platform openMachine();
-    // Whether it was; then it is the machine for whatever else has to be taken back with the removals.
+    // Goes on with what another run left in this directory: its journal, and what its notes say of archives
+    // and copies, as far as they lie there. False when there is no journal that can be read.
+    bool resume(std::string_view directory);
+    // Whether there is that machine; it is the one for whatever else has to be taken back with the removals.
     bool isOpen() const { return machine_ != nullptr; }
     RemovalJournal& journal() { return journal_; }
 
     // The place in the journal's directory of a file with this path, or the path itself without a journal.
     std::string placeOf(const std::string& path) const;
-    // Writes down for a later run what there is. False when it can't be written.
+    // Writes down for a later run that a product is removed, and what is there to bring it back. False when
+    // it can't be written.
     bool note(const std::string& application, const std::string& log);
+    // The second of these alone.
+    bool noteBackups();
+    // Likewise, of a product of which nothing is kept.
+    bool noteForGood(const std::string& application, const std::string& log);
 
     bool isEmpty() const { return !isOpen() && uninstallBackups.empty() && nestedBackups.empty(); }
     // For the user: where everything is.
     std::vector<std::string> places() const;
-    // Deletes all of it, unless it is the only copy.
+    // Deletes all of it, unless it is the only copy; then a later run is told to leave it alone.
     void release();
 
 private:
+    RemovalJournal::Notes removalNotes(const std::string& application, const std::string& log);
+    RemovalJournal::Notes backupNotes() const;
+    void adoptBackups();
+    std::string ownFile(std::string_view note, std::size_t number) const;
+
     platform::Platform real_;
     RemovalJournal journal_;
     std::unique_ptr<JournaledMachine> machine_;

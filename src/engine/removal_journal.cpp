@@ -89,6 +89,15 @@ int RemovalJournal::resume(std::string_view directory) {
     return 0;
 }
 
+bool RemovalJournal::look(std::string_view directory) {
+    directory_ = directory;
+    const ReadRecords found = read();
+    for (const RemovalRecord& record : found.records) {
+        adopt(record);
+    }
+    return found.end != 0;
+}
+
 void RemovalJournal::adopt(const RemovalRecord& record) {
     lastRecord_ = std::max(lastRecord_, record.number);
     lastKept_ = std::max(lastKept_, record.kept);
@@ -128,14 +137,54 @@ std::vector<std::string> RemovalJournal::directoriesOnDisk() {
     return found;
 }
 
+// Empty, or with a journal that doesn't even have its whole banner.
+bool RemovalJournal::isUnfinished(const std::string& directory) {
+    std::vector<platform::DirectoryEntry> entries;
+    if (files_.list(directory, entries) != 0 || entries.size() > 1) {
+        return false;
+    }
+    const std::string file = journalIn(directory);
+    std::string content;
+    return entries.empty() ||
+           (entries[0].name == Format::kFileName && files_.kindOf(file) == PathKind::kFile &&
+            OUtils::readWholeFile(file, content, files_, OUtils::Links::kRefuse) == 0 &&
+            content.size() < Format::kBanner.size() && Format::kBanner.starts_with(content));
+}
+
+void RemovalJournal::removeUnfinishedDirectories() {
+    std::string parent;
+    std::vector<platform::DirectoryEntry> entries;
+    if (!environment_.stateDirectory(parent) || files_.list(parent, entries) != 0) {
+        return;
+    }
+    for (const platform::DirectoryEntry& entry : entries) {
+        const std::string directory = parent + "/" + entry.name;
+        if (entry.isDirectory && entry.name.starts_with(Format::kDirectoryPrefix) &&
+            isUnfinished(directory)) {
+            files_.removeFile(journalIn(directory));
+            files_.removeDirectory(directory);
+        }
+    }
+}
+
 int RemovalJournal::note(std::string_view name, std::string_view text) {
-    RemovalRecord record;
-    record.step = RemovalStep::kNote;
-    record.path = name;
-    record.other = text;
-    const int status = append(record, Durability::kFlushed);
-    if (status == 0) {
-        notes_[record.path] = record.other;
+    return note(Notes{{std::string(name), std::string(text)}});
+}
+
+int RemovalJournal::note(const Notes& notes) {
+    std::vector<RemovalRecord> records;
+    for (const auto& [name, text] : notes) {
+        RemovalRecord record;
+        record.step = RemovalStep::kNote;
+        record.path = name;
+        record.other = text;
+        records.push_back(std::move(record));
+    }
+    const int status = append(records, Durability::kFlushed);
+    for (const RemovalRecord& record : records) {
+        if (status == 0) {
+            notes_[record.path] = record.other;
+        }
     }
     return status;
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "engine/removal_record.h"
@@ -40,6 +41,9 @@ public:
     int open();
     // Goes on with the journal in this directory, which another run left. Fails without one.
     int resume(std::string_view directory);
+    // Only reads it, which may still be written by the run that made it: its notes, and what is on the disk.
+    // False without one that can be read.
+    bool look(std::string_view directory);
     bool isOpen() const { return file_.isOpen(); }
     // Empty unless the journal was opened and not discarded.
     const std::string& directory() const { return directory_; }
@@ -48,9 +52,16 @@ public:
     // and of those that still run.
     std::vector<std::string> directoriesOnDisk();
 
+    // Removes directories whose makers were killed before there was a journal in them. Nobody may be making
+    // one at the same time.
+    void removeUnfinishedDirectories();
+
     // Keeps a text under a name, on the disk when it returns: what a later run has to know (the product, its
     // log, its archives). The last one counts.
     int note(std::string_view name, std::string_view text);
+    // Several at once: after a failure none of them holds, or those of them that were written.
+    using Notes = std::vector<std::pair<std::string, std::string>>;
+    int note(const Notes& notes);
     // None when there is no such note.
     std::optional<std::string> noteOf(std::string_view name) const;
 
@@ -89,6 +100,7 @@ public:
 
 private:
     int makeStateDirectory();
+    bool isUnfinished(const std::string& directory);
     int write(std::string_view frames, Durability durability);
     void adopt(const RemovalRecord& record);
     void adoptLevels();

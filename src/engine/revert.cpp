@@ -4,14 +4,17 @@
 
 #include "contracts/system_operations.h"
 #include "engine/action_log_format.h"
+#include "engine/action_log_reader.h"
 #include "engine/backup_restore.h"
 #include "engine/changes/change_table.h"
 #include "engine/changes/directory_change.h"
 #include "engine/line_reader.h"
 #include "engine/product_state.h"
+#include "engine/removal_journal_format.h"
 #include "engine/removal_playback.h"
 #include "engine/report.h"
 #include "engine/uninstallation.h"
+#include "engine/work_notes.h"
 #include "package/backup_file.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
@@ -43,7 +46,7 @@ bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& u
     if (publishedLog.empty() || !files.exists(publishedLog)) {
         return false;
     }
-    const std::string copy = parts_.system.temporaryFileName().value_or("");
+    const std::string copy = placeOfCopy();
     if (copy.empty() || !OUtils::copyFile(publishedLog, copy, files, platform::FileRights::kPrivate)) {
         parts_.debugLog.line("ERROR: Unable to copy the installation log file for temporary use (" + copy +
                              ")!");
@@ -51,9 +54,14 @@ bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& u
                     " can't be copied to the temporary directory");
         return false;
     }
+    noteUndo(copy, publishedLog);
     const bool isUndone = walk(copy, undo, report);
     if (isUndone || hasBackups()) {
         clearRecords(publishedLog, undo.backupPath(), isUndone ? nullptr : &report);
+    }
+    if (backups_.journal().isOpen()) {
+        WorkNotes(backups_.journal()).stage(WorkStage::kUndone);
+        backups_.holdsRecords = !isUndone;
     }
     if (isUndone || !hasBackups()) {
         files.removeFile(copy);
@@ -62,6 +70,38 @@ bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& u
                     platform::writtenPath(copy));
     }
     return isUndone;
+}
+
+std::string Revert::ownFile(std::string_view name) {
+    return backups_.journal().directory() + '/' + std::string(name);
+}
+
+// A later run that repeats the undo needs it once more.
+void Revert::takeOut(const std::string& archive) {
+    platform::FileSystem& files = parts_.machine.files;
+    const bool isKept = backups_.journal().isOpen() &&
+                        files.moveFile(archive, ownFile(RemovalJournalFormat::kRevertedArchiveFile)) == 0;
+    if (!isKept) {
+        files.removeFile(archive);
+    }
+}
+
+// If this run is killed now, a later one finds a log to repeat the undo by.
+void Revert::noteUndo(const std::string& copy, const std::string& publishedLog) {
+    PFileStream log(parts_.machine.files);
+    if (!backups_.journal().isOpen() || openToRead(log, copy) != 0) {
+        return;
+    }
+    const std::string archive = ActionLogReader(&log, parts_.debugLog).readArchivePath().value_or("");
+    WorkNotes(backups_.journal())
+        .installing(
+            {copy, ownFile(RemovalJournalFormat::kRevertedArchiveFile), publishedLog, archive, false});
+}
+
+// Where a later run looks for it, if there can be one.
+std::string Revert::placeOfCopy() {
+    return backups_.journal().isOpen() ? ownFile(RemovalJournalFormat::kRevertedLogFile)
+                                       : parts_.system.temporaryFileName().value_or("");
 }
 
 bool Revert::walk(const std::string& log, Uninstallation& undo, Report& report) {
@@ -87,7 +127,7 @@ void Revert::clearRecords(const std::string& log, const std::string& archive, Re
     }
     const std::string aside = rest == nullptr ? "" : parts_.system.temporaryFileName().value_or("");
     if (rest == nullptr) {
-        files.removeFile(archive);
+        takeOut(archive);
     } else if (!aside.empty() && OUtils::copyFile(archive, aside, files, platform::FileRights::kPrivate)) {
         rest->note("What the new version had replaced is in " + platform::writtenPath(aside));
         files.removeFile(archive);
@@ -102,6 +142,11 @@ bool Revert::revertUninstallation(Report& report) {
     parts_.debugLog.line("Unpacking backup of previous installation and legacy applications");
     isAnyBack_ = false;
     areAllBack_ = true;
+    // Whatever the new version has left must not be undone any more: it may have the places of what comes
+    // back.
+    if (backups_.journal().isOpen()) {
+        WorkNotes(backups_.journal()).stage(WorkStage::kUndone);
+    }
     // First of all, because it clears the places of the archived files and makes their directories again.
     if (backups_.isOpen()) {
         areAllBack_ = RemovalPlayback(parts_.machine, backups_.journal(), report).run();

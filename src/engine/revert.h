@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "engine/action_log_writer.h"
 #include "engine/engine_parts.h"
@@ -28,6 +29,10 @@ public:
 
 private:
     bool undoInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report);
+    std::string ownFile(std::string_view name);
+    void takeOut(const std::string& archive);
+    void noteUndo(const std::string& copy, const std::string& publishedLog);
+    std::string placeOfCopy();
     bool walk(const std::string& log, Uninstallation& undo, Report& report);
     bool hasBackups() const { return backups_.isOpen() || !backups_.uninstallBackups.empty(); }
     void clearRecords(const std::string& log, const std::string& archive, Report* rest);

@@ -6,6 +6,7 @@
 #include "engine/action_log_format.h"
 #include "engine/changes/file_edit.h"
 #include "engine/line_reader.h"
+#include "engine/record_reader.h"
 #include "engine/report.h"
 #include "platform/path_identity.h"
 #include "support/p_stream.h"
@@ -14,8 +15,8 @@ namespace {
 
 namespace Format = ActionLogFormat;
 
-LogRecord recordIn(std::string_view line, std::string_view tag) {
-    return {tag, nextLogField(line)};
+LogRecord recordIn(std::string_view line, std::string_view tag, std::string_view former = {}) {
+    return {tag, nextLogField(line), former};
 }
 
 }  // namespace
@@ -34,15 +35,15 @@ bool UndoWalk::isToEnd() {
 }
 
 std::unordered_set<std::string> UndoWalk::replacedFiles(PStream& log, std::int64_t start) {
-    LineReader reader(log);
-    noteResult(reader.moveTo(start));
+    RecordReader records(log, start);
     std::unordered_set<std::string> found;
-    for (std::string line; reader.readLine(line, Format::kRecordLineBuffer);) {
-        if (line.starts_with(Format::kFile)) {
-            const LogRecord record = recordIn(withoutTrailingSpace(line), Format::kFile);
+    while (records.next()) {
+        if (records.line().starts_with(Format::kFile)) {
+            const LogRecord record = recordIn(records.line(), Format::kFile);
             found.insert(platform::pathIdentity(FileChange::replacedFile(record)));
         }
     }
+    noteResult(!records.hasFailed());
     return found;
 }
 
@@ -62,36 +63,37 @@ bool UndoWalk::undoRecords(PStream& log, std::int64_t start) {
 // Also counts the lines, which are the steps of the main pass. False when a line may have been missed: the
 // main pass would delete what the edits are undone with.
 bool UndoWalk::undoFirstPass(PStream& log, std::int64_t start) {
-    LineReader reader(log);
-    const bool isAtStart = reader.moveTo(start);
+    RecordReader records(log, start);
     std::int64_t count = 0;
-    for (std::string line; reader.readLine(line, Format::kRecordLineBuffer) && !isToEnd(); ++count) {
-        undo(withoutTrailingSpace(line), UndoPass::kFirst);
+    for (; records.next() && !isToEnd(); ++count) {
+        undo(records.line(), records.former(), UndoPass::kFirst);
         if (count % Report::kStepsPerFlush == 0) {
             report_.flushLines();
         }
     }
+    if (records.isTorn()) {
+        report_.note("The last record of the install log is not complete. Its change was never made.");
+    }
     report_.expectSteps(count);
-    return isAtStart && !reader.hasFailed();
+    return !records.hasFailed();
 }
 
 void UndoWalk::undoMainPass(PStream& log, std::int64_t start) {
-    LineReader reader(log);
-    noteResult(reader.moveTo(start));
-    for (std::string line; reader.readLine(line, Format::kRecordLineBuffer) && !isToEnd();) {
-        undo(withoutTrailingSpace(line), UndoPass::kMain);
+    RecordReader records(log, start);
+    while (records.next() && !isToEnd()) {
+        undo(records.line(), records.former(), UndoPass::kMain);
         report_.finishStep();
     }
-    noteResult(!reader.hasFailed());
+    noteResult(!records.hasFailed());
 }
 
-void UndoWalk::undo(std::string_view line, UndoPass pass) {
+void UndoWalk::undo(std::string_view line, std::string_view former, UndoPass pass) {
     for (Row& row : rows_) {
         const std::string_view tag = row.kind.tagOf(line);
         if (tag.empty() || row.kind.pass != pass) {
             continue;
         }
-        const LogRecord record = recordIn(line, tag);
+        const LogRecord record = recordIn(line, tag, former);
         if (!isPostponed(row, record, line)) {
             noteResult(row.change->undo(record));
         }
@@ -107,7 +109,7 @@ bool UndoWalk::isPostponed(const Row& row, const LogRecord& record, std::string_
     if (row.kind.tags[0] != Format::kFile || !job_.kept.postponesFile(FileChange::createdFile(record))) {
         return false;
     }
-    postponed_.emplace_back(line);
+    postponed_.push_back({std::string(line), std::string(record.former)});
     return true;
 }
 
@@ -123,11 +125,11 @@ void UndoWalk::finish(UndoEnd end) {
 }
 
 void UndoWalk::deletePostponed(std::string_view first) {
-    std::stable_partition(postponed_.begin(), postponed_.end(), [&](const std::string& line) {
-        return KeptFiles::isSameFile(FileChange::createdFile(recordIn(line, Format::kFile)), first);
+    std::stable_partition(postponed_.begin(), postponed_.end(), [&](const Postponed& record) {
+        return KeptFiles::isSameFile(FileChange::createdFile(recordIn(record.line, Format::kFile)), first);
     });
-    for (const std::string& line : std::exchange(postponed_, {})) {
-        undo(line, UndoPass::kMain);
+    for (const Postponed& record : std::exchange(postponed_, {})) {
+        undo(record.line, record.former, UndoPass::kMain);
         if (hasFailed()) {
             return;
         }

@@ -23,8 +23,9 @@ public:
     // The files that the installation replaced, by the records from an offset of the log on: the identities
     // of their paths (platform/path_identity.h).
     std::unordered_set<std::string> replacedFiles(PStream& log, std::int64_t start);
-    // Undoes the records from an offset of the log on. False when the log can't be read to its end: then only
-    // edits are undone, and what the records refer to must stay.
+    // Undoes the records from an offset of the log on; a last one that was written in part is only reported,
+    // because its change was never made. False when the log can't be read to its end: then only edits are
+    // undone, and what the records refer to must stay.
     bool undoRecords(PStream& log, std::int64_t start);
     // What the kinds of change have to do at this moment. Not after the walk was asked to end, but what makes
     // the changes known to others is done in any case.
@@ -46,13 +47,18 @@ private:
 
     bool undoFirstPass(PStream& log, std::int64_t start);
     void undoMainPass(PStream& log, std::int64_t start);
-    void undo(std::string_view line, UndoPass pass);
+    void undo(std::string_view line, std::string_view former, UndoPass pass);
     bool isPostponed(const Row& row, const LogRecord& record, std::string_view line);
 
     ChangeJob& job_;
     Report& report_;
     std::function<bool()> isToEnd_;
     std::vector<Row> rows_;
-    std::vector<std::string> postponed_;  // records of files
+    struct Postponed {
+        std::string line;
+        std::string former;
+    };
+
+    std::vector<Postponed> postponed_;  // records of files
     bool failed_ = false;
 };

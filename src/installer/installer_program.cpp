@@ -18,6 +18,7 @@
 #include "platform/named_events.h"
 #include "platform/platform.h"
 #include "platform/program.h"
+#include "support/utilities.h"
 #include "ui/console/console_ui.h"
 #include "wini/uninstaller_events.h"
 #include "wini/wini.h"
@@ -26,6 +27,11 @@ namespace {
 
 constexpr char kCaption[] = "Tandrel Software installer";
 constexpr int kFailed = -1;
+
+// The results of a session that a script can tell from a failure; otherwise the usual code.
+int exitCodeOf(int result, int usual) {
+    return result == Installer::kAnotherRunIsAtWork || result == Installer::kNotRecovered ? result : usual;
+}
 // The wizard isn't part of the program yet: every run is a console run.
 constexpr bool kHasGraphicalFrontEnd = false;
 
@@ -126,7 +132,7 @@ int InstallerProgram::install() {
     }
     debugLog_.print("Installation finished (res=%i)", result);
     endSession();
-    return 0;
+    return exitCodeOf(result, 0);
 }
 
 int InstallerProgram::loadOwnPackage() {
@@ -137,7 +143,8 @@ int InstallerProgram::loadOwnPackage() {
         note("The installation can't start: the system doesn't say where this program is");
         return kFailed;
     }
-    debugLog_.print("Initializing with file=\"%s\", offset=%i", path.c_str(), static_cast<int>(offset));
+    debugLog_.line("Initializing with file=\"" + path + "\", offset=" +
+                   std::to_string(static_cast<std::int32_t>(offset)));
     if (!verifyInstallerChecksum(path, platform_.files)) {
         showError(
             "The checksum of the installer doesn't match. This could indicate a broken download.\n"
@@ -183,24 +190,48 @@ int InstallerProgram::uninstall() {
     debugLog_.line("Real uninstall");
     platform_.events.signal(kUninstallerStartEvent);
     UninstallationLock lock(platform_, debugLog_);
-    const bool failed = !lock.take() || !uninstallFromLog();
+    const int result = lock.take() ? uninstallFromLog() : kFailed;
     endSession();
     if (debugLog_.level() == 0) {
         removeRelaunchCopies();
     }
     lock.release();  // before whoever waits starts the next one
     platform_.events.signal(kUninstallerEndEvent);
-    return failed ? kFailed : 0;
+    return result;
 }
 
-bool InstallerProgram::uninstallFromLog() {
+int InstallerProgram::uninstallFromLog() {
+    int result = runUninstallation();
+    if (result == Installer::kStartAgain) {
+        result = uninstallRecovered();
+    }
+    return exitCodeOf(result, result == 0 && !wini_->hasErrors() ? 0 : kFailed);
+}
+
+// The product has the action log again that it had before an interrupted run, or isn't installed.
+int InstallerProgram::uninstallRecovered() {
+    const std::string log = wini_->productLog();
+    if (log.empty()) {
+        debugLog_.line("Nothing is left to be uninstalled");
+        return 0;
+    }
+    endSession();
+    if (!OUtils::copyFile(log, *options_.uninstallFile, platform_.files, platform::FileRights::kPrivate)) {
+        note("The uninstallation can't start: " + log + " can't be copied");
+        return kFailed;
+    }
+    makeSession();
+    return runUninstallation();
+}
+
+int InstallerProgram::runUninstallation() {
     int result = wini_->loadCabinet(options_.uninstallFile->c_str(), 0, options_.sessionFlags);
     if (result == 0) {
         result = runConsoleUninstallation();
     } else {
         note("The uninstallation can't start: " + *options_.uninstallFile + ": " + wini_->loadError());
     }
-    return result == 0 && !wini_->hasErrors();
+    return result;
 }
 
 void InstallerProgram::removeRelaunchCopies() {

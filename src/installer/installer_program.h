@@ -43,7 +43,9 @@ private:
     int loadBinFile();
     int runConsoleInstallation();
     int uninstall();
-    bool uninstallFromLog();
+    int uninstallFromLog();
+    int uninstallRecovered();
+    int runUninstallation();
     int runConsoleUninstallation();
     void removeRelaunchCopies();
     int runSession(ConsoleUI& ui);

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "engine/recovery.h"
 #include "engine/uninstall_command.h"
 #include "installer/private_copy.h"
 #include "installer/run_options.h"
@@ -38,8 +39,9 @@ bool UninstallRelaunch::fail(const std::string& log, const std::string& text) {
     return false;
 }
 
-bool UninstallRelaunch::run(const std::string& logPath, const RunOptions& options) {
-    debugLog_.line("Uninstalling. Uninstall file: " + logPath);
+bool UninstallRelaunch::run(const std::string& registeredLog, const RunOptions& options) {
+    debugLog_.line("Uninstalling. Uninstall file: " + registeredLog);
+    const std::string logPath = readableLog(registeredLog);
     std::string ownImage;
     if (!platform_.environment.programPath(ownImage)) {
         return fail("ERROR: Unable to obtain module file name. Exiting!",
@@ -65,6 +67,15 @@ bool UninstallRelaunch::run(const std::string& logPath, const RunOptions& option
         first = first ? first : failure;
     }
     return fail(first->log, first->text);
+}
+
+// A run that was killed may not have come to publish the log; the second stage takes back what it did.
+std::string UninstallRelaunch::readableLog(const std::string& registeredLog) {
+    if (platform_.files.exists(registeredLog)) {
+        return registeredLog;
+    }
+    const std::string unfinished = unfinishedLog(platform_, registeredLog);
+    return unfinished.empty() ? registeredLog : unfinished;
 }
 
 // None when the copy runs.

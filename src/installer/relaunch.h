@@ -22,9 +22,9 @@ public:
         : platform_(platform), debugLog_(std::move(debugLog)) {}
 
     // True when the copy was started. Otherwise standard error says why, nothing stays of what was copied,
-    // and the end event is signalled, for those who wait for the uninstallation. `logPath` is the
-    // installation's action log.
-    bool run(const std::string& logPath, const RunOptions& options);
+    // and the end event is signalled, for those who wait for the uninstallation. `registeredLog`
+    // is the path of the installation's action log.
+    bool run(const std::string& registeredLog, const RunOptions& options);
 
     // The command line of the second stage.
     static std::string commandLine(const std::string& image, const std::string& logCopy,
@@ -36,6 +36,7 @@ private:
         std::string text;  // for the screen
     };
 
+    std::string readableLog(const std::string& registeredLog);
     bool fail(const std::string& log, const std::string& text);
     std::optional<Failure> runFrom(const std::string& place, const std::string& ownImage,
                                    const std::string& logPath, const RunOptions& options);

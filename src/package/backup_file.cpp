@@ -39,20 +39,30 @@ int readFull(PFileStream& stream, unsigned char* buffer, std::uint32_t size, std
     return 0;
 }
 
+// Not cleared: for most files that would take longer than reading them.
+std::unique_ptr<unsigned char[]> newBlock(std::int64_t size = kCopyBlockSize) {
+    return std::make_unique_for_overwrite<unsigned char[]>(
+        static_cast<std::size_t>(std::min<std::int64_t>(size, kCopyBlockSize)));
+}
+
 struct CopyCounts {
     std::int64_t read = 0;
     std::int64_t written = 0;
+    std::uint32_t checkSum = 0;  // of what was read
 };
 
 // Copies up to `size` bytes. Returns 0 even when the source is shorter; the counts show that.
 int copyBytes(PFileStream& from, PFileStream& to, std::int64_t size, CopyCounts& outCounts) {
-    const auto block = std::make_unique<unsigned char[]>(kCopyBlockSize);
+    const auto block = newBlock(size);
+    outCounts.checkSum = static_cast<std::uint32_t>(size);
     while (outCounts.read < size) {
         const auto wanted =
             static_cast<std::uint32_t>(std::min<std::int64_t>(size - outCounts.read, kCopyBlockSize));
         std::uint32_t done = 0;
         int status = readFull(from, block.get(), wanted, done);
         outCounts.read += done;
+        outCounts.checkSum =
+            BackupFile::foldCheckSum(outCounts.checkSum, {reinterpret_cast<const char*>(block.get()), done});
         if (status == 0 && done > 0) {
             std::uint32_t written = 0;
             status = to.write(block.get(), done, written);
@@ -295,13 +305,17 @@ int BackupFile::readCheckSum(std::string_view path, std::uint32_t& outValue) {
     if (const int status = openToRead(stream, path); status != 0) {
         return status;
     }
-    const auto block = std::make_unique<unsigned char[]>(kCopyBlockSize);
-    outValue = static_cast<std::uint32_t>(stream.getSize());
+    const std::int64_t size = stream.getSize();
+    // With room for a byte more than the file has, the first read shows its end.
+    const auto blockSize =
+        static_cast<std::uint32_t>(std::clamp<std::int64_t>((size / 4 + 1) * 4, 4, kCopyBlockSize));
+    const auto block = newBlock(blockSize);
+    outValue = static_cast<std::uint32_t>(size);
     for (;;) {
         std::uint32_t done = 0;
-        const int status = readFull(stream, block.get(), kCopyBlockSize, done);
+        const int status = readFull(stream, block.get(), blockSize, done);
         outValue = foldCheckSum(outValue, {reinterpret_cast<const char*>(block.get()), done});
-        if (status != 0 || done < kCopyBlockSize) {
+        if (status != 0 || done < blockSize) {
             return status;
         }
     }
@@ -421,11 +435,16 @@ bool BackupFile::setCheckSum(std::string_view path, std::uint32_t checkSum) {
     if (mode_ != kWriting || found == checkSums_.end()) {
         return false;
     }
+    return writeCheckSumAt(found->second, checkSum);
+}
+
+// And goes back to the end.
+bool BackupFile::writeCheckSumAt(std::int64_t position, std::uint32_t checkSum) {
     unsigned char field[BackupFormat::kCheckSumFieldSize];
     LittleEndian::writeUnsigned(field, checkSum);
     std::uint32_t done = 0;
     const std::int64_t end = getPosition();
-    const bool written = end >= 0 && seek(found->second) == 0 && write(field, sizeof(field), done) == 0;
+    const bool written = end >= 0 && seek(position) == 0 && write(field, sizeof(field), done) == 0;
     if (end >= 0 && seek(end) != 0) {
         hasError_ = true;
         isPositionLost_ = true;
@@ -434,34 +453,43 @@ bool BackupFile::setCheckSum(std::string_view path, std::uint32_t checkSum) {
     return written;
 }
 
+// The file is read once. Its own check sum is known after that.
 std::optional<std::string> BackupFile::writeEntry(const std::string& name,
                                                   std::optional<std::uint32_t> checkSum) {
     const std::int64_t size = getFileSize(name);
-    std::optional<std::string> failure = writeHead(name, size, checkSum ? *checkSum : fileCheckSum(name));
+    std::optional<std::string> failure = writeHead(name, size, checkSum.value_or(0));
     if (failure || size == 0) {
         return failure;
     }
-    return writeContent(name, size);
+    const std::int64_t content = getPosition();
+    std::uint32_t own = 0;
+    failure = writeContent(name, size, own);
+    if (failure || checkSum) {
+        return failure;
+    }
+    const std::int64_t field = content - static_cast<std::int64_t>(BackupFormat::kCheckSumFieldSize);
+    return content > 0 && writeCheckSumAt(field, own) ? failure : "Error writing check sum";
 }
 
+// In one write: a run that is killed leaves a head that can be read, or none.
 std::optional<std::string> BackupFile::writeHead(const std::string& name, std::int64_t size,
                                                  std::uint32_t checkSum) {
-    std::uint32_t done = 0;
     // A name of length 0 would be the end byte; one above the limit could not be read back.
-    if (name.empty() || name.size() > BackupFormat::kNameLimit ||
-        write(name.data(), static_cast<std::uint32_t>(name.size() + 1), done) != 0) {
+    if (name.empty() || name.size() > BackupFormat::kNameLimit) {
         return "Error writing file name";
     }
-    unsigned char field[BackupFormat::kSizeFieldSize];
-    LittleEndian::writeSigned64(field, size);
-    if (write(field, BackupFormat::kSizeFieldSize, done) != 0) {
-        return "Error writing file size";
+    unsigned char fields[BackupFormat::kSizeFieldSize + BackupFormat::kCheckSumFieldSize];
+    LittleEndian::writeSigned64(fields, size);
+    LittleEndian::writeUnsigned(fields + BackupFormat::kSizeFieldSize, checkSum);
+    std::string head(name.data(), name.size() + 1);
+    head.append(reinterpret_cast<const char*>(fields), sizeof(fields));
+    std::uint32_t done = 0;
+    if (write(head.data(), static_cast<std::uint32_t>(head.size()), done) == 0) {
+        return std::nullopt;
     }
-    LittleEndian::writeUnsigned(field, checkSum);
-    if (write(field, BackupFormat::kCheckSumFieldSize, done) != 0) {
-        return "Error writing check sum";
-    }
-    return std::nullopt;
+    return done <= name.size()                                  ? "Error writing file name"
+           : done <= name.size() + BackupFormat::kSizeFieldSize ? "Error writing file size"
+                                                                : "Error writing check sum";
 }
 
 std::optional<std::string> BackupFile::copyContent(BackupReader& from, std::int64_t size) {
@@ -480,13 +508,15 @@ std::optional<std::string> BackupFile::copyContent(BackupReader& from, std::int6
     return std::nullopt;
 }
 
-std::optional<std::string> BackupFile::writeContent(const std::string& path, std::int64_t size) {
+std::optional<std::string> BackupFile::writeContent(const std::string& path, std::int64_t size,
+                                                    std::uint32_t& outCheckSum) {
     PFileStream source(files());
     if (openToRead(source, path) != 0) {
         return "Error opening file";
     }
     CopyCounts counts;
     const int status = copyBytes(source, *this, size, counts);
+    outCheckSum = counts.checkSum;
     if (status != 0) {
         return "Error copying stream (" + std::to_string(status) + ")";
     }

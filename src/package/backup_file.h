@@ -60,6 +60,11 @@ public:
     // have a size that isn't divisible by 4.
     static std::uint32_t foldCheckSum(std::uint32_t value, std::string_view content);
 
+    // Of a whole content.
+    static std::uint32_t checkSumOf(std::string_view content) {
+        return foldCheckSum(static_cast<std::uint32_t>(content.size()), content);
+    }
+
     // Creates the file, where nothing may be, with the banner. False when this object isn't closed or the
     // file can't be written; in the latter case hasError() is true, and no file is left.
     bool openForWriting(std::string_view path);
@@ -102,7 +107,9 @@ private:
     std::optional<std::string> append(const std::string& name, Write write);
     std::optional<std::string> writeEntry(const std::string& name, std::optional<std::uint32_t> checkSum);
     std::optional<std::string> writeHead(const std::string& name, std::int64_t size, std::uint32_t checkSum);
-    std::optional<std::string> writeContent(const std::string& path, std::int64_t size);
+    std::optional<std::string> writeContent(const std::string& path, std::int64_t size,
+                                            std::uint32_t& outCheckSum);
+    bool writeCheckSumAt(std::int64_t position, std::uint32_t checkSum);
     std::optional<std::string> copyContent(BackupReader& from, std::int64_t size);
 
     Mode mode_ = kClosed;

@@ -35,7 +35,8 @@ Installer::Installer(const platform::Platform& machine, SystemOperations& system
       work_(*this, model_, machine, system, nestedSessions),
       walk_({model_.dialogs, model_.variables.controls(), model_.variables.store(),
              model_.variables.expressions()},
-            work_, machine.files, log) {
+            work_, machine.files, log),
+      lock_(machine, log) {
     walk_.state().errorSummary = &errorList;
 }
 
@@ -71,7 +72,7 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
     }
     int result = -1;
     try {
-        result = prepare(*ui) ? runUI(*ui) : -1;
+        result = prepare(*ui) ? runUI(*ui) : startResult_;
     } catch (const GenericError& error) {
         reportError(*ui, error.what());
     } catch (const std::exception& error) {
@@ -89,12 +90,81 @@ bool Installer::prepare(InstallerUI& ui) {
         return refuseStart(ui, model_.product.exists() ? "the description has no pages that can be shown"
                                                        : "the description doesn't name a product");
     }
+    if (!takeTurn(ui)) {
+        return false;
+    }
     work_.earlier().findRegistered(isActionLogSession());
     if (!loadDefaultValues(ui)) {
         return false;
     }
     work_.earlier().findOthers(isActionLogSession());
     return true;
+}
+
+bool Installer::takeTurn(InstallerUI& ui) {
+    const std::string product = model_.product.fullName().value_or("");
+    if (product.empty()) {
+        return true;
+    }
+    switch (lock_.take(product)) {
+        case ProductLock::Result::kBusy:
+            startResult_ = kAnotherRunIsAtWork;
+            ui.addMessage("Another setup or uninstallation of " + product +
+                          " is at work. Nothing was changed; please try again later.");
+            return false;
+        case ProductLock::Result::kPartOfAnother:
+            debugLog.line("Another run for this product started this one");
+            return true;
+        case ProductLock::Result::kTaken:
+            break;
+    }
+    return recover(ui);
+}
+
+bool Installer::recover(InstallerUI& ui) {
+    Report report(&ui, &errorList);
+    switch (work_.recovery().run(concern(), !isUnattended, report)) {
+        case Recovery::Outcome::kBusy:
+            startResult_ = kAnotherRunIsAtWork;
+            ui.addMessage("Nothing was changed; please try again later.");
+            return false;
+        case Recovery::Outcome::kDeclined:
+        case Recovery::Outcome::kIncomplete:
+            startResult_ = kNotRecovered;
+            return false;
+        case Recovery::Outcome::kRecovered:
+            startResult_ = kStartAgain;
+            errorList.clear();  // they are about the run before
+            return !isActionLogSession();
+        case Recovery::Outcome::kNothing:
+            break;
+    }
+    return true;
+}
+
+// Runs for the product and for all that it replaces.
+Recovery::Concern Installer::concern() {
+    Recovery::Concern concern;
+    concern.products.push_back(model_.product.fullName().value_or(""));
+    if (!isActionLogSession()) {
+        for (std::string& name : work_.earlier().formerNames()) {
+            concern.products.push_back(std::move(name));
+        }
+    }
+    if (const auto log = model_.product.installLogFile()) {
+        concern.logs.push_back(*log);
+    }
+    return concern;
+}
+
+std::string Installer::productLog() {
+    const auto registered = system_.applicationLogFile(model_.product.fullName().value_or(""));
+    for (const std::string& path : {registered.value_or(""), model_.product.installLogFile().value_or("")}) {
+        if (!path.empty() && machine_.files.kindOf(path) == platform::PathKind::kFile) {
+            return path;
+        }
+    }
+    return {};
 }
 
 bool Installer::refuseStart(InstallerUI& ui, std::string_view why) {
@@ -236,5 +306,6 @@ int Installer::releaseSession() {
     cabinet.clear();
     actionLogFile.reset();
     removed.release();
+    lock_.release();
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "contracts/install_exchange_info.h"
+#include "engine/run_locks.h"
 #include "platform/platform.h"
 #include "session/page_work.h"
 #include "session/session_model.h"
@@ -41,9 +42,22 @@ public:
     int loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags);
     // Why the last loadCabinet failed, for the user.
     const std::string& loadError() const { return loadError_; }
+    // Results of `run` besides those of the front end. They are exit codes of the program, too.
+    enum : int {
+        kAnotherRunIsAtWork = 2,  // for the same product: nothing was changed
+        // An interrupted run wasn't taken back, because the user doesn't want that or not everything came
+        // back; nothing else was done.
+        kNotRecovered = 3,
+        // An interrupted run was taken back, so the product isn't the one that this action log knows. What is
+        // to be uninstalled now has the log at productLog().
+        kStartAgain = 4,
+    };
     // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
-    // session couldn't start or an exception left a step, which is logged and shown. Throws nothing.
+    // session couldn't start or an exception left a step, which is logged and shown; or one of those above.
+    // Throws nothing.
     int run(InstallerUI* ui, PConsole* console);
+    // Where the action log of the product is now; empty when it isn't installed.
+    std::string productLog();
     // Frees the cabinet, closes the action log and deletes what the session kept for a revert, unless that is
     // all that is left of an earlier installation: `run` has said then where it is. 0.
     int releaseSession();
@@ -145,6 +159,11 @@ private:
     bool prepare(InstallerUI& ui);
     // Says in one line why the session can't start. False.
     bool refuseStart(InstallerUI& ui, std::string_view why);
+    // Keeps other runs for this product away, and takes back what an interrupted one has left. False ends the
+    // session.
+    bool takeTurn(InstallerUI& ui);
+    bool recover(InstallerUI& ui);
+    Recovery::Concern concern();
     bool readDescription(InstallerUI& ui);
     bool readDescriptionFromLog(InstallerUI& ui, std::string& outText);
     bool readDescriptionFromCabinet(InstallerUI& ui, std::string& outText);
@@ -162,6 +181,8 @@ private:
     SessionModel model_;
     PageWork work_;
     DialogWalk walk_;
+    ProductLock lock_;
     std::string loadError_;
+    int startResult_ = -1;
     std::vector<std::string_view> programOptions_;
 };

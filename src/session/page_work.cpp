@@ -26,7 +26,9 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
       system_(system),
       nestedSessions_(nestedSessions),
       earlier_(engineParts(state, model, machine, system)),
-      installation_(engineParts(state, model, machine, system)),
+      recovery_(engineParts(state, model, machine, system), nestedSessions, state.errorList),
+      mark_(engineParts(state, model, machine, system), state.removed),
+      installation_(engineParts(state, model, machine, system), &mark_),
       uninstallation_(engineParts(state, model, machine, system)),
       removal_(engineParts(state, model, machine, system), nestedSessions, state.removed, state.errorList),
       revert_(engineParts(state, model, machine, system), state.removed),
@@ -84,9 +86,16 @@ bool PageWork::installProduct(InstallerUI& ui) {
             removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
         }
     };
-    const bool isInstalled = installation_.run(report, prepare, expectedRemovals());
+    bool isInstalled = false;
+    try {
+        isInstalled = installation_.run(report, prepare, expectedRemovals());
+    } catch (...) {
+        revertBeforeEnd(report);
+        throw;
+    }
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
+        mark_.noteInstalled();
     }
     return isInstalled;
 }
@@ -101,6 +110,13 @@ std::vector<ExpectedRemoval> PageWork::expectedRemovals() {
         removals.push_back({log, request.isBackedUp && isReversible, isReversible});
     }
     return removals;
+}
+
+// No page comes after an error that ends the session. Without an earlier version the log is enough.
+void PageWork::revertBeforeEnd(Report& report) {
+    if (!installation_.publishedLog().empty() && state_.removed.isOnlyCopy) {
+        revert_.revertInstallation(installation_.publishedLog(), uninstallation_, report);
+    }
 }
 
 // No page comes after an error that ends the session, so what was removed until then comes back at once.
@@ -154,7 +170,8 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
 // An installation that is known to fail must not cost the earlier version.
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return installation_.isPossible(report, expectedRemovals()) && removeEarlier(report);
+    return installation_.isPossible(report, expectedRemovals()) && mark_.open(report) &&
+           removeEarlier(report);
 }
 
 bool PageWork::revertInstallation(InstallerUI& ui) {

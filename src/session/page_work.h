@@ -8,7 +8,9 @@
 #include "engine/earlier_installations.h"
 #include "engine/external_products.h"
 #include "engine/installation.h"
+#include "engine/installation_mark.h"
 #include "engine/product_removal.h"
+#include "engine/recovery.h"
 #include "engine/revert.h"
 #include "engine/running_programs.h"
 #include "engine/uninstallation.h"
@@ -28,6 +30,7 @@ public:
              SystemOperations& system, NestedSessionFactory& nestedSessions);
 
     EarlierInstallations& earlier() { return earlier_; }
+    Recovery& recovery() { return recovery_; }
     Installation& installation() { return installation_; }
 
     // The directory that was set for the session, otherwise that of the running program, without a separator
@@ -59,6 +62,7 @@ private:
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
     std::vector<ExpectedRemoval> expectedRemovals();
+    void revertBeforeEnd(Report& report);
     bool removeEarlier(Report& report);
     bool tryToRemoveEarlier(Report& report);
     SystemOperations& reversibleSystem();
@@ -70,6 +74,8 @@ private:
     NestedSessionFactory& nestedSessions_;
     std::unique_ptr<SystemOperations> reversibleSystem_;  // on the machine of the backups, if that is open
     EarlierInstallations earlier_;
+    Recovery recovery_;
+    InstallationMark mark_;
     Installation installation_;
     Uninstallation uninstallation_;
     ProductRemoval removal_;

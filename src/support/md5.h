@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "platform/digest.h"
 
@@ -21,3 +22,6 @@ private:
 
 // The digest of one block.
 Md5Digest md5Of(const void* data, std::size_t size);
+
+// 32 digits of base 16, the letters small.
+std::string md5Text(const Md5Digest& digest);

@@ -1,5 +1,6 @@
 #include "support/p_file_console.h"
 
+#include <algorithm>
 #include <utility>
 
 PFileConsole::PFileConsole(platform::FileSystem& files) : files_(files) {}
@@ -53,6 +54,49 @@ int PFileConsole::write(const char* text, std::int32_t length) {
         return 0;
     }
     const int status = writeToStream(text, static_cast<std::uint32_t>(length));
+    if (status != 0) {
+        failed_ = true;
+    }
+    return status;
+}
+
+std::int64_t PFileConsole::position() {
+    const std::lock_guard lock(mutex_);
+    return stream_ == nullptr ? -1 : stream_->getPosition();
+}
+
+int PFileConsole::cutAt(std::int64_t position) {
+    const std::lock_guard lock(mutex_);
+    if (stream_ == nullptr || position < 0) {
+        return -1;
+    }
+    const int status = stream_->seek(position);
+    return status != 0 ? status : stream_->setEndOfStream();
+}
+
+int PFileConsole::cutToLastLine() {
+    constexpr std::int64_t kBlockSize = 4096;
+    const std::lock_guard lock(mutex_);
+    const std::int64_t size = stream_ == nullptr ? -1 : stream_->getSize();
+    char block[kBlockSize];
+    std::int64_t end = size;
+    int status = size < 0 ? -1 : 0;
+    for (bool isFound = false; status == 0 && !isFound && end > 0;) {
+        const std::int64_t start = std::max<std::int64_t>(end - kBlockSize, 0);
+        std::uint32_t done = 0;
+        status = stream_->seek(start);
+        status = status != 0 ? status : stream_->read(block, static_cast<std::uint32_t>(end - start), done);
+        const std::size_t feed = std::string_view(block, done).rfind('\n');
+        isFound = feed != std::string_view::npos;
+        end = isFound ? start + static_cast<std::int64_t>(feed) + 1 : start;
+    }
+    status = status != 0 ? status : stream_->seek(end);
+    return status != 0 || end == size ? status : stream_->setEndOfStream();
+}
+
+int PFileConsole::flush() {
+    const std::lock_guard lock(mutex_);
+    const int status = stream_ == nullptr ? 0 : stream_->flush();
     if (status != 0) {
         failed_ = true;
     }

@@ -25,6 +25,16 @@ public:
     // Passes the bytes on at once; 0 without a file.
     int write(const char* text, std::int32_t length) override;
 
+    // Where the next write goes, in bytes from the start; -1 without a file, or when the system refuses.
+    std::int64_t position();
+    // Takes out all that was written from this position on. 0, or the status of the step that failed.
+    int cutAt(std::int64_t position);
+    // Takes out what follows the last line feed: a line that was never finished. The next write goes to the
+    // end. 0, or the status of the step that failed.
+    int cutToLastLine();
+    // Brings what was written to the disk; 0 without a file. A failure counts for hasFailed.
+    int flush();
+
     // Hands each write to the disk as well.
     void setFlushEachLine(bool flush) { flushEachLine_ = flush; }
     bool isOpen() const { return stream_ != nullptr; }

@@ -1,5 +1,8 @@
 #include "support/replacing_file.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
 using platform::FileRights;
@@ -7,6 +10,8 @@ using platform::PathKind;
 
 // Names stay taken by programs that run at the same time and by those that were killed.
 constexpr int kMostNames = 1000;
+constexpr std::string_view kNameStart = ".tandrel-";
+constexpr std::string_view kNameEnd = ".tmp";
 
 // On the same volume as the file, so that it can take its place in one step.
 std::string nameBeside(const std::string& path, int number) {
@@ -14,7 +19,11 @@ std::string nameBeside(const std::string& path, int number) {
     if (directory == 0 && path.size() > 1 && path[1] == ':') {
         directory = 2;
     }
-    return path.substr(0, directory) + ".tandrel-" + std::to_string(number) + ".tmp";
+    return path.substr(0, directory).append(kNameStart).append(std::to_string(number)).append(kNameEnd);
+}
+
+bool isNameBeside(const platform::DirectoryEntry& entry) {
+    return !entry.isDirectory && entry.name.starts_with(kNameStart) && entry.name.ends_with(kNameEnd);
 }
 
 }  // namespace
@@ -29,6 +38,19 @@ int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
         }
     }
     return status;
+}
+
+void removeAbandonedFiles(platform::FileSystem& files, std::string_view directory, bool onlyIfAlone) {
+    std::vector<platform::DirectoryEntry> entries;
+    if (files.list(directory, entries) != 0 || (onlyIfAlone && !std::ranges::all_of(entries, isNameBeside))) {
+        return;
+    }
+    for (const platform::DirectoryEntry& entry : entries) {
+        const std::string path = std::string(directory) + '/' + entry.name;
+        if (isNameBeside(entry) && files.kindOf(path) == PathKind::kFile) {
+            files.removeFile(path);
+        }
+    }
 }
 
 int ReplacingFile::open(std::string_view path, FileRights rights) {

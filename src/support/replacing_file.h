@@ -13,6 +13,11 @@
 int createUnderFreeName(PFileStream& stream, platform::FileSystem& files,
                         const std::function<std::string(int number)>& nameOf, int most, bool isPrivate);
 
+// Removes the files beside their places that ReplacingFile, or the system's links, left in a directory
+// because the program was killed; with `onlyIfAlone` only if nothing else is in it. Somebody may be at work
+// there: to be called where it is known that nobody is, or that the directory is to go.
+void removeAbandonedFiles(platform::FileSystem& files, std::string_view directory, bool onlyIfAlone);
+
 // A file that takes the place of another one only when it is complete. Until then it lies beside its place
 // under a name that nobody had, so that no failure costs the old file, and nobody sees a half one. The old
 // file isn't opened for writing: one that has other names as well keeps its content under them, and a link in

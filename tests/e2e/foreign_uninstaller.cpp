@@ -6,6 +6,7 @@
 //     mark PATH                   makes a directory
 //     await PATH                  waits for something to be there, up to a minute
 //     refuse-if PATH              ends with 9 if something is there
+//     leave-if PATH               ends with 0 if something is there
 //     second ...                  starts another of this program with the rest of the steps, and ends
 //     exit CODE
 //
@@ -93,6 +94,9 @@ bool startSecond(Steps& steps) {
 int takeStep(const std::string& word, Steps& steps) {
     if (word == "refuse-if") {
         return platform::systemFileSystem().exists(steps.take()) ? kRefused : -1;
+    }
+    if (word == "leave-if") {
+        return platform::systemFileSystem().exists(steps.take()) ? kDone : -1;
     }
     if (word == "exit") {
         return std::atoi(steps.take().c_str());

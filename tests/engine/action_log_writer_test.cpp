@@ -111,16 +111,78 @@ TEST_F(ActionLogWriterTest, FailsWhenTheLogCannotBeOpened) {
     EXPECT_FALSE(files_.hasFile(kPath));
 }
 
-TEST_F(ActionLogWriterTest, NoticesAFullDiskAndKeepsLaterRecordsApartFromTheTorso) {
+TEST_F(ActionLogWriterTest, TakesARecordOutAgainThatDoesNotFitTheDisk) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    EXPECT_TRUE(writer_.writeFile(false, "/first"));
+    files_.setFreeSpace(6);
+    EXPECT_FALSE(writer_.writeFile(false, "/a"));
+    EXPECT_EQ(files_.content(kPath), "FILE\tCREATE\t/first\r\n");
+    files_.setFreeSpace(-1);
+    EXPECT_TRUE(writer_.writeFile(false, "/b"));
+    EXPECT_TRUE(writer_.hasFailed());
+    EXPECT_FALSE(writer_.close());
+    EXPECT_EQ(files_.content(kPath), "FILE\tCREATE\t/first\r\nFILE\tCREATE\t/b\r\n");
+}
+
+TEST_F(ActionLogWriterTest, TakesNoMoreRecordsAfterAPartThatStays) {
     ASSERT_TRUE(writer_.openNew(kPath));
     files_.setFreeSpace(6);
-    writer_.writeFile(false, "/a");
-    EXPECT_TRUE(writer_.hasFailed());
+    files_.failAt(MemoryFileSystem::Operation::kTruncate, kPath, 1);
+    EXPECT_FALSE(writer_.writeFile(false, "/a"));
     files_.setFreeSpace(-1);
-    writer_.writeFile(false, "/b");
+    EXPECT_FALSE(writer_.writeFile(false, "/b"));
     EXPECT_FALSE(writer_.close());
-    EXPECT_TRUE(writer_.hasFailed());
-    EXPECT_EQ(files_.content(kPath), "FILE\tC\r\nFILE\tCREATE\t/b\r\n");
+    EXPECT_EQ(files_.content(kPath), "FILE\tC");
+}
+
+TEST_F(ActionLogWriterTest, WithdrawsRecordsWhoseChangesWereNotMade) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    writer_.writeVariables({});
+    const std::int64_t start = writer_.position();
+    EXPECT_TRUE(writer_.writeFile(false, "/VAR"));
+    EXPECT_TRUE(writer_.writeFile(false, "/b"));
+    writer_.withdrawFrom(start);
+    EXPECT_TRUE(writer_.writeFile(false, "/VAR/c"));
+    EXPECT_EQ(written(), "NUMVARS\t0\r\nRECORDS\r\nFILE\tCREATE\t/VAR/c\r\n");
+}
+
+TEST_F(ActionLogWriterTest, WithdrawsNothingOfARecordThatWasThereBefore) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    writer_.copyRecord("ENV\tCREATE\tX");
+    const std::int64_t start = writer_.position();
+    EXPECT_TRUE(writer_.writeRecord(ActionLogFormat::kEnvironment, {"CREATE", "X"}, "0123"));
+    writer_.withdrawFrom(start);
+    EXPECT_EQ(written(), "ENV\tCREATE\tX\r\n");
+}
+
+TEST_F(ActionLogWriterTest, SaysInFrontOfARecordWhatItsChangeReplaces) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    writer_.writeVariables({});
+    EXPECT_TRUE(writer_.writeFile(false, "/VAR", "0123"));
+    EXPECT_EQ(written(), "NUMVARS\t0\r\nBEFORE\t0123\r\nFILE\tCREATE\t/VAR\r\n");
+}
+
+TEST_F(ActionLogWriterTest, ContinuesALogAfterItsLastWholeLine) {
+    files_.addFile(kPath, "first\r\nFILE\tCREATE\t/a");
+    ASSERT_TRUE(writer_.openToAppend(kPath));
+    EXPECT_TRUE(writer_.writeFile(false, "/b"));
+    EXPECT_EQ(written(), "first\r\nFILE\tCREATE\t/b\r\n");
+}
+
+TEST_F(ActionLogWriterTest, IsOnTheDiskAfterAFlush) {
+    ASSERT_TRUE(writer_.openNew(kPath));
+    EXPECT_TRUE(writer_.flush());
+    EXPECT_TRUE(files_.didOperation("flush C:/temp/log"));
+    files_.failAt(MemoryFileSystem::Operation::kFlush, kPath, 1);
+    EXPECT_FALSE(writer_.flush());
+    EXPECT_FALSE(writer_.close());
+}
+
+TEST_F(ActionLogWriterTest, DropsRecordsWithoutALog) {
+    EXPECT_TRUE(writer_.writeFile(false, "/a"));
+    EXPECT_TRUE(writer_.flush());
+    writer_.withdrawFrom(writer_.position());
+    EXPECT_TRUE(files_.allFiles().empty());
 }
 
 TEST_F(ActionLogWriterTest, NoticesAFailureThatTheSystemReportsAtTheClosing) {

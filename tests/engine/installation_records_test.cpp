@@ -1,6 +1,7 @@
 #include "engine/installation_records.h"
 
 #include "engine/changes/change_table.h"
+#include "engine/installation_mark.h"
 #include "engine/product_state.h"
 #include "installation_fixture.h"
 
@@ -77,6 +78,88 @@ TEST_F(InstallationRecordsTest, ForgetsTheSumsOfAnEarlierInstallationThatItCanno
 }
 
 // Records that were opened, and are to be published.
+// With the mark of an installation at work.
+class MarkedRecordsTest : public InstallationTest {
+protected:
+    MarkedRecordsTest() {
+        files_.addDirectory("/app");
+        describe(kUninstall);
+    }
+
+    UnfinishedWork later() {
+        RemovalJournal journal(files_, machine_.environment);
+        journal.look(backups_.journal().directory());
+        return WorkNotes(journal).read();
+    }
+
+    PFileConsole logFile_{files_};
+    ActionLogWriter writer_{logFile_};
+    ChangeJob job_{parts_, writer_, report_};
+    RemovalBackups backups_{machine_.bundle()};
+    InstallationMark mark_{parts_, backups_};
+    InstallationRecords records_{parts_, job_, &mark_};
+};
+
+TEST_F(MarkedRecordsTest, LieBesideTheMarkUntilTheyArePublished) {
+    ASSERT_TRUE(records_.open());
+    const std::string directory = backups_.journal().directory();
+    EXPECT_TRUE(files_.hasFile(directory + "/orinstall1"));
+    EXPECT_TRUE(files_.hasFile(directory + "/orinstall2"));
+    EXPECT_EQ(later().stage, WorkStage::kBegun);
+    ASSERT_TRUE(records_.begin());
+    const UnfinishedWork work = later();
+    EXPECT_EQ(work.stage, WorkStage::kInstalling);
+    EXPECT_EQ(work.places.temporaryLog, directory + "/orinstall1");
+    EXPECT_EQ(work.places.temporaryArchive, directory + "/orinstall2");
+    EXPECT_EQ(work.places.log, "/app/install.log");
+    EXPECT_EQ(work.places.archive, "/app/backup.bin");
+    EXPECT_FALSE(work.places.continuesEarlier);
+    EXPECT_TRUE(records_.publish());
+    backups_.release();
+    EXPECT_EQ(files_.allFiles(), (std::vector<std::string>{"/app/backup.bin", "/app/install.log"}));
+}
+
+TEST_F(MarkedRecordsTest, SayThatTheyContinueEarlierOnes) {
+    files_.addFile("/app/install.log", "/app/product.xml\r\n\r\nNUMVARS\t0\r\n");
+    ASSERT_TRUE(records_.open() && records_.begin());
+    EXPECT_TRUE(later().places.continuesEarlier);
+}
+
+TEST_F(MarkedRecordsTest, FollowTheFinalNames) {
+    describe(
+        "<Installation><Uninstall><InstallLogFile>[WHERE]/install.log</InstallLogFile></Uninstall>"
+        "</Installation>");
+    variables_.set("WHERE", "/app");
+    ASSERT_TRUE(records_.open() && records_.begin());
+    variables_.set("WHERE", "/late");
+    files_.addDirectory("/late");
+    EXPECT_TRUE(records_.publish());
+    EXPECT_EQ(later().places.log, "/late/install.log");
+}
+
+TEST_F(MarkedRecordsTest, StayWithTheMarkWhenTheyCannotBePublished) {
+    ASSERT_TRUE(records_.open() && records_.begin());
+    files_.setReadOnly("/app");
+    EXPECT_FALSE(records_.publish());
+    backups_.release();
+    EXPECT_TRUE(files_.hasFile(records_.publishedLog()));
+    EXPECT_EQ(later().stage, WorkStage::kEnded);
+}
+
+TEST_F(MarkedRecordsTest, AreNotBegunWhenTheMarkCannotBeWritten) {
+    ASSERT_TRUE(records_.open());
+    files_.failFrom(Operation::kFlush, backups_.journal().directory() + "/journal", 1);
+    EXPECT_FALSE(records_.begin());
+    EXPECT_FALSE(files_.hasFile(backups_.journal().directory() + "/orinstall1"));
+    EXPECT_EQ(ui_.callsOf("addMessage").size(), 2U);
+}
+
+TEST_F(MarkedRecordsTest, AreNotOpenedWithoutTheMark) {
+    files_.setReadOnly("/var");
+    EXPECT_FALSE(records_.open());
+    EXPECT_TRUE(files_.allFiles().empty());
+}
+
 class PublishTest : public InstallationRecordsTest {
 protected:
     PublishTest() { files_.addDirectory("/app"); }

@@ -214,10 +214,26 @@ TEST_F(InstallationRunTest, LogsVariablesThatAreNotExcluded) {
               "VAR\tFIRST\t1\r\nVAR\tNOT_IN_CONFIG\t3\r\nVAR\tEMPTY\t\r\n");
 }
 
-TEST_F(InstallationRunTest, FailsWhenTheLogCannotBeWritten) {
-    describeProduct();
-    files_.failFrom(Operation::kWrite, "/tmp/orinstall1", 3);
+class UnwritableHeadTest : public InstallationRunTest, public testing::WithParamInterface<Operation> {};
+
+TEST_P(UnwritableHeadTest, ChangesNothing) {
+    describeProduct("<FN Dest='/app'>one</FN>");
+    files_.failAt(GetParam(), "/tmp/orinstall1", 1);
     EXPECT_FALSE(install());
+    EXPECT_EQ(ui_.countOf("addMessage(\"Nothing was installed: the install log can't be written"), 1);
+    EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
+    for (const char* const path : {"/app/one", "/tmp/orinstall1", "/tmp/orinstall2"}) {
+        EXPECT_FALSE(files_.hasFile(path)) << path;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EachStep, UnwritableHeadTest, testing::Values(Operation::kWrite, Operation::kFlush));
+
+TEST_F(InstallationRunTest, FailsWhenTheLogCannotBeWritten) {
+    describeProduct("<FN Dest='/app'>one</FN>");
+    files_.failFrom(Operation::kWrite, "/tmp/orinstall1", 4);
+    EXPECT_FALSE(install());
+    EXPECT_FALSE(files_.hasFile("/app/one"));
     EXPECT_TRUE(log_.hasLine("ERROR: The install log could not be written completely"));
     EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
     EXPECT_EQ(ui_.countOf("setStatusText(\"The installation was successful.\")"), 0);

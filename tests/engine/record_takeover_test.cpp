@@ -23,6 +23,7 @@ protected:
     std::string write() {
         EXPECT_TRUE(writer_.openNew("/tmp/log"));
         takeover_.writeRecords(writer_);
+        takeover_.revertEdits(writer_);
         takeover_.writeRemainingFiles(writer_);
         EXPECT_TRUE(writer_.close());
         return files_.content("/tmp/log");
@@ -162,6 +163,11 @@ TEST_F(RecordTakeoverTest, RefusesALogThatCannotBeOpened) {
     files_.addDirectory("/app/install.log");
     EXPECT_FALSE(takeover_.read("/app/install.log", "/app/backup.bin"));
     EXPECT_EQ(ui_.callsOf("addMessage(").size(), 2U);
+}
+
+TEST_F(RecordTakeoverTest, TakesNothingOverThatBelongsToOneMomentOfTheEarlierRun) {
+    EXPECT_TRUE(read("BEFORE\t0123\r\nSHORTCUT\tCREATE\t/a\r\nBEFORE\t4567\r\nFILE\tCREATE\t/b\r\n"));
+    EXPECT_EQ(write(), "SHORTCUT\tCREATE\t/a\r\nFILE\tCREATE\t/b\r\n");
 }
 
 }  // namespace

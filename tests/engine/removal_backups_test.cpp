@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "engine/product_state.h"
+#include "engine/work_notes.h"
 #include "fakes/fake_platform.h"
 #include "platform/written_path.h"
 
@@ -116,6 +117,49 @@ TEST_F(RemovalBackupsTest, ReportANoteThatCannotBeWritten) {
     fill();
     files_.setFreeSpace(0);
     EXPECT_FALSE(backups_.note("Old", "/app/install.log"));
+}
+
+TEST_F(RemovalBackupsTest, AreFoundByALaterRun) {
+    backups_.openMachine();
+    const std::string directory = backups_.journal().directory();
+    backups_.uninstallBackups = {{"Old", directory + "/a", directory + "/d"}};
+    backups_.nestedBackups = {{"/app/backup.bin", directory + "/n"}};
+    ASSERT_TRUE(backups_.note("Old", "/app/install.log"));
+    RemovalBackups later(machine_.bundle());
+    ASSERT_TRUE(later.resume(directory));
+    EXPECT_TRUE(later.isOpen());
+    ASSERT_EQ(later.uninstallBackups.size(), 1U);
+    EXPECT_EQ(later.uninstallBackups[0].productName, "Old");
+    EXPECT_EQ(later.uninstallBackups[0].archivePath, directory + "/a");
+    EXPECT_EQ(later.uninstallBackups[0].directoriesPath, directory + "/d");
+    ASSERT_EQ(later.nestedBackups.size(), 1U);
+    EXPECT_EQ(later.nestedBackups[0].originalPath, "/app/backup.bin");
+    EXPECT_EQ(later.nestedBackups[0].copyPath, directory + "/n");
+}
+
+TEST_F(RemovalBackupsTest, TakeNothingOfALaterRunThatLiesElsewhere) {
+    fill();
+    ASSERT_TRUE(backups_.note("Old", "/app/install.log"));
+    RemovalBackups later(machine_.bundle());
+    ASSERT_TRUE(later.resume(backups_.journal().directory()));
+    EXPECT_THAT(later.uninstallBackups, IsEmpty());
+    EXPECT_THAT(later.nestedBackups, IsEmpty());
+    later.release();
+    EXPECT_TRUE(files_.hasFile("/tmp/a"));
+}
+
+TEST_F(RemovalBackupsTest, AreNotFoundWithoutAJournal) {
+    files_.addDirectory("/var/state/removal-x");
+    RemovalBackups later(machine_.bundle());
+    EXPECT_FALSE(later.resume("/var/state/removal-x"));
+    EXPECT_FALSE(later.isOpen());
+}
+
+TEST_F(RemovalBackupsTest, TellALaterRunThatTheyAreToStay) {
+    fill();
+    backups_.isOnlyCopy = true;
+    backups_.release();
+    EXPECT_EQ(WorkNotes(backups_.journal()).read().stage, WorkStage::kEnded);
 }
 
 }  // namespace

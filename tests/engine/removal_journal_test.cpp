@@ -221,4 +221,27 @@ TEST_F(RemovalJournalTest, KeepsItsRecordsWhileAKeptFileCannotBeRemoved) {
     EXPECT_FALSE(files_.hasDirectory(directory));
 }
 
+TEST_F(RemovalJournalTest, WritesSeveralNotesWithOneFlush) {
+    ASSERT_EQ(journal_.open(), 0);
+    const int flushes = files_.count(MemoryFileSystem::Operation::kFlush);
+    ASSERT_EQ(journal_.note({{"a", "1"}, {"b", "2"}}), 0);
+    EXPECT_EQ(files_.count(MemoryFileSystem::Operation::kFlush), flushes + 1);
+    EXPECT_EQ(journal_.noteOf("a"), "1");
+    EXPECT_EQ(journal_.noteOf("b"), "2");
+}
+
+TEST_F(RemovalJournalTest, IsLookedAtWithoutATouch) {
+    ASSERT_EQ(journal_.open(), 0);
+    ASSERT_EQ(journal_.note("a", "1"), 0);
+    const std::string path = journal_.directory() + "/journal";
+    const std::string torn = files_.content(path) + "\x9eRe";
+    files_.addFile(path, torn);
+    RemovalJournal other(files_, environment_);
+    EXPECT_TRUE(other.look(journal_.directory()));
+    EXPECT_EQ(other.noteOf("a"), "1");
+    EXPECT_FALSE(other.isOpen());
+    EXPECT_EQ(files_.content(path), torn);
+    EXPECT_FALSE(other.look("/var/state/removal-none"));
+}
+
 }  // namespace

@@ -92,4 +92,27 @@ TEST_F(UndoWalkTest, DeletesNothingByALogWhoseEditsCannotAllBeRead) {
     EXPECT_TRUE(files_.hasFile("/script"));
 }
 
+TEST_F(UndoWalkTest, PassesOverALastRecordThatWasWrittenInPart) {
+    files_.addFile("/a", "");
+    files_.addFile("/ab", "");
+    undo("FILE\tCREATE\t/ab\nFILE\tCREATE\t/a");
+    EXPECT_TRUE(files_.hasFile("/a"));
+    EXPECT_FALSE(files_.hasFile("/ab"));
+    EXPECT_FALSE(walk_.hasFailed());
+    EXPECT_EQ(ui_.countOf("addMessage(\"The last record of the install log is not complete."), 1);
+}
+
+TEST_F(UndoWalkTest, LeavesWhatWasInAPlaceBeforeTheChange) {
+    files_.addFile("/a", "abc");
+    files_.addFile("/b", "ours");
+    job_.kept.hold("/kept");
+    files_.addFile("/kept", "abc");
+    const std::string before = "BEFORE\t900150983cd24fb0d6963f7d28e17f72\n";
+    undo(before + "FILE\tCREATE\t/a\n" + before + "FILE\tCREATE\t/b\n" + before + "FILE\tCREATE\t/kept\n");
+    job_.kept.release();
+    walk_.deletePostponed("");
+    EXPECT_THAT(files_.allFiles(), ElementsAre("/a", "/kept", "/log"));
+    EXPECT_FALSE(walk_.hasFailed());
+}
+
 }  // namespace

@@ -602,7 +602,8 @@ TEST_F(UninstallationTest, UndoesALogThatIsCutAnywhereAsFarAsItGoes) {
         Uninstallation(parts_).run(log_file_.get(), std::nullopt, report);
         EXPECT_TRUE(files_.hasFile("/mine/file")) << length;
         EXPECT_TRUE(files_.hasFile("/app/install.log")) << length;
-        const bool isNamed = length >= whole.find("/file\r\n") + 5;
+        // A line without its end was never finished.
+        const bool isNamed = length >= whole.find("/file\r\n") + 7;
         EXPECT_EQ(files_.hasFile("/app/d/file"), !isNamed) << length;
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -27,6 +28,7 @@ public:
 
     // "connect", "close" and, in order, the operations with their arguments: "addPort 80 TCP Web".
     std::vector<std::string> operations;
+    std::function<void()> watcher;  // called before each of them
 
     platform::FirewallOutcome connect(std::unique_ptr<platform::FirewallProfile>& outProfile) override {
         using platform::FirewallCall;
@@ -165,7 +167,12 @@ private:
             }
             return outcome;
         }
-        void note(const std::string& text) { firewall_.operations.push_back(text); }
+        void note(const std::string& text) {
+            if (firewall_.watcher) {
+                firewall_.watcher();
+            }
+            firewall_.operations.push_back(text);
+        }
         Outcome firstFailure(std::initializer_list<Call> calls) const {
             for (const Call call : calls) {
                 if (firewall_.fails(call)) {

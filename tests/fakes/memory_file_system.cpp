@@ -101,6 +101,16 @@ struct MemoryFileSystem::Event {
     std::function<void()> action;
 };
 
+namespace {
+
+bool mayChange(MemoryFileSystem::Operation operation) {
+    using Operation = MemoryFileSystem::Operation;
+    return operation != Operation::kRead && operation != Operation::kSeek && operation != Operation::kClose &&
+           operation != Operation::kFlush && operation != Operation::kList;
+}
+
+}  // namespace
+
 class MemoryFileSystem::OpenFile : public platform::File {
 public:
     OpenFile(MemoryFileSystem& owner, NodePtr node, std::uint32_t access)
@@ -320,6 +330,28 @@ MemoryFileSystem::MemoryFileSystem() {
 
 MemoryFileSystem::~MemoryFileSystem() = default;
 
+void MemoryFileSystem::becomeCopyOf(const MemoryFileSystem& other) {
+    const std::scoped_lock lock(mutex_, other.mutex_);
+    nodes_.clear();
+    std::map<const Node::Body*, std::shared_ptr<Node::Body>> bodies;  // one may have several names
+    for (const auto& [key, node] : other.nodes_) {
+        const NodePtr copy = std::make_shared<Node>(*node);
+        std::shared_ptr<Node::Body>& body = bodies[node->body.get()];
+        body = body == nullptr ? std::make_shared<Node::Body>(*node->body) : body;
+        copy->body = body;
+        nodes_[key] = copy;
+    }
+    readOnly_ = other.readOnly_;
+    freeSpace_ = other.freeSpace_;
+    reportedSpace_ = other.reportedSpace_;
+    temporaryDirectory_ = other.temporaryDirectory_;
+    otherPrivatePlaces_ = other.otherPrivatePlaces_;
+    unprotected_ = other.unprotected_;
+    volumes_ = other.volumes_;
+    removedAtRestart_ = other.removedAtRestart_;
+    privateDirectories_ = other.privateDirectories_;
+}
+
 void MemoryFileSystem::addFile(std::string_view path, std::string_view content) {
     const std::lock_guard lock(mutex_);
     const NodePtr node = add(resolved(path), kFile);
@@ -522,8 +554,15 @@ void MemoryFileSystem::runActions(Operation operation, const std::string& path) 
 }
 
 // Records and counts the operation and gives the status of an injected failure.
+void MemoryFileSystem::watchChanges(std::function<void()> watcher) {
+    const std::lock_guard lock(mutex_);
+    watcher_ = std::move(watcher);
+}
+
 int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
-    runActions(operation, path);
+    if (watcher_ && mayChange(operation)) {
+        watcher_();
+    }
     ++counts_[operation];
     if (!text.empty()) {
         operations_.push_back(text);

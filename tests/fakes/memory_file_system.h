@@ -54,6 +54,10 @@ public:
     MemoryFileSystem();
     ~MemoryFileSystem() override;
 
+    // Holds from now on what the other one holds, with all names and rights, volumes and protections. Faults,
+    // records and open files stay behind.
+    void becomeCopyOf(const MemoryFileSystem& other);
+
     // Set-up and inspection; none of it is recorded, fails by injection or counts against the disk's space.
     // Missing directories are made. A file that is there keeps its rights and gets a content of its own: its
     // further names keep the old one.
@@ -107,6 +111,9 @@ public:
     // Before the n-th (from 1) operation of this kind at this path from now on, `action` runs, once: what
     // somebody else does in the meantime.
     void runBefore(Operation operation, std::string_view path, int n, std::function<void()> action);
+
+    // Called before each call that may change something, an opening included.
+    void watchChanges(std::function<void()> watcher);
 
     // What was done, in order, with the resolved path: "open /a/b", "close /a/b", "truncate /a/b",
     // "removeFile /a", "moveFile /a -> /b", "replaceFile /a -> /b", "createDirectory /a", "removeDirectory
@@ -181,6 +188,7 @@ private:
     std::map<std::string, NodePtr> nodes_;  // by the resolved path in lower case
     std::vector<Fault> faults_;
     std::vector<Event> events_;
+    std::function<void()> watcher_;
     std::map<std::string, int> readOnly_;
     std::int64_t freeSpace_ = -1;
     std::vector<std::string> operations_;

@@ -421,6 +421,29 @@ TEST(MemoryFileSystemProtectionTest, MakesPrivateDirectoriesAndNotesWhatGoesLate
     EXPECT_EQ(files.removedAtRestart(), std::vector<std::string>{"/tmp/x"});
 }
 
+TEST(MemoryFileSystemCopyTest, HoldsWhatTheOtherHeldAtThatTime) {
+    MemoryFileSystem first;
+    first.addFile("/a/file", "before");
+    first.makePrivate("/a/file");
+    first.addHardLink("/a/second", "/a/file");
+    first.addLink("/a/link", "/a/file");
+    first.failFrom(MemoryFileSystem::Operation::kRemoveFile, "", 1);
+    MemoryFileSystem copy;
+    copy.addFile("/gone", "");
+    copy.becomeCopyOf(first);
+    EXPECT_EQ(copy.everything(), first.everything());
+    EXPECT_EQ(copy.removeFile("/a/link"), MemoryFileSystem::kOk);
+    EXPECT_EQ(first.linkTarget("/a/link"), "/a/file");
+    std::unique_ptr<platform::File> file;
+    platform::OpenOptions options;
+    options.access = platform::kWrite;
+    ASSERT_EQ(copy.open("/a/second", options, file), MemoryFileSystem::kOk);
+    std::uint32_t done = 0;
+    file->write("after", 5, done);
+    EXPECT_EQ(copy.content("/a/file"), "aftere");
+    EXPECT_EQ(first.content("/a/file"), "before");
+}
+
 TEST(FakeProcessesTest, RecordsStartsAndEnds) {
     FakeProcesses processes;
     processes.running = {{7, "tool.exe", "/bin/tool.exe"}};

@@ -89,6 +89,9 @@ MemoryRegistry::Key* MemoryRegistry::find(const Address& address) {
 
 void MemoryRegistry::record(const char* operation, RegistryRoot root, std::string_view path,
                             RegistryView view, std::optional<std::string_view> valueName) {
+    if (watcher) {
+        watcher();
+    }
     std::string text = std::string(operation) + " " + rootName(root) + "\\" + std::string(path);
     if (valueName.has_value()) {
         text += ":" + std::string(*valueName);

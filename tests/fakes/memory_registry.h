@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -44,6 +45,8 @@ public:
     // "writeValue HKLM\a\b:name", "deleteValue ...". Reading isn't recorded. The roots are HKCR, HKCU, HKLM,
     // HKU; a call in the 32-bit view ends in " (32)".
     std::vector<std::string> operations;
+    // Called before each of them.
+    std::function<void()> watcher;
 
     int createKey(platform::RegistryRoot root, std::string_view path, platform::RegistryView view,
                   int& outCreated) override;

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "engine/journaled_machine.h"
+#include "engine/removal_journal.h"
 #include "fakes/fake_platform.h"
 #include "installer/console_control.h"
 #include "platform/program.h"
@@ -30,6 +32,25 @@ protected:
         arguments.insert(arguments.begin(), "setup");
         platform::Platform bundle = machine_.bundle();
         return InstallerProgram(bundle).run(arguments);
+    }
+    // A product with its description and the copy of its log.
+    void addProduct(const std::string& records) {
+        machine_.files.addFile(
+            "/app/install.xml",
+            "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname></ProductDesc><DefValues/>"
+            "<UninstallDialogs><CopyProgress Special='AutoNext'/><End Special='Finish'/></UninstallDialogs>"
+            "<Installation><Uninstall><InstallLogFile>/app/install.log</InstallLogFile></Uninstall>"
+            "</Installation></TandrelGroupInstallation>");
+        machine_.files.addFile("/copy.log", "/app/install.xml\r\n\r\nNUMVARS\t0\r\n" + records);
+    }
+    // What a setup leaves that was killed after it had removed a file.
+    void removeAsAnInterruptedRun(const std::string& path) {
+        RemovalJournal journal(machine_.files, machine_.environment);
+        ASSERT_EQ(journal.open(), 0);
+        ASSERT_EQ(
+            journal.note({{"product", "Demo"}, {"application 1", "Demo"}, {"log 1", "/app/install.log"}}), 0);
+        JournaledMachine machine(machine_.bundle(), journal);
+        ASSERT_EQ(machine.bundle().files.removeFile(path), 0);
     }
     std::string debugLog() const { return machine_.files.content("/tmp/installer_debug.log"); }
     bool logHolds(const std::string& text) const { return debugLog().find(text) != std::string::npos; }
@@ -135,6 +156,47 @@ TEST_F(InstallerProgramTest, WhileAnotherUninstallationWorksNothingIsUninstalled
     EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
     EXPECT_EQ(machine_.events.signals,
               (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationOfAProductAtWorkEndsWithACodeOfItsOwn) {
+    addProduct("FILE\tCREATE\t/app/file\r\n");
+    machine_.files.addFile("/app/file", "");
+    machine_.events.lockResults = {platform::LockResult::kTaken, platform::LockResult::kBusy};
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), 2);
+    EXPECT_NE(machine_.console.errors.find("Another setup or uninstallation of Demo is at work"),
+              std::string::npos);
+    EXPECT_TRUE(machine_.files.hasFile("/app/file"));
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationTakesAnInterruptedRunBackAndUninstallsWhatCameBack) {
+    addProduct("");
+    machine_.files.addFile("/app/install.log",
+                           machine_.files.content("/copy.log") + "FILE\tCREATE\t/app/file\r\n");
+    machine_.files.addFile("/app/file", "");
+    removeAsAnInterruptedRun("/app/file");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), 0) << machine_.console.errors;
+    EXPECT_NE(machine_.console.errors.find("An earlier run of the setup of Demo was interrupted."),
+              std::string::npos);
+    EXPECT_NE(machine_.console.output.find("Delete: "), std::string::npos) << machine_.console.output;
+    EXPECT_FALSE(machine_.files.hasFile("/app/file"));
+    EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationIsOverWhenTheInterruptedRunWasAllThereWas) {
+    addProduct("");
+    machine_.files.addFile("/app/file", "mine");
+    removeAsAnInterruptedRun("/app/file");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), 0) << machine_.console.errors;
+    EXPECT_EQ(machine_.files.content("/app/file"), "mine");
+}
+
+TEST_F(InstallerProgramTest, WhatCannotBeTakenBackEndsTheUninstallationWithACodeOfItsOwn) {
+    addProduct("");
+    machine_.files.addFile("/app/file", "mine");
+    removeAsAnInterruptedRun("/app/file");
+    machine_.files.addFile("/app/file", "somebody else's");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), 3) << machine_.console.errors;
+    EXPECT_TRUE(machine_.files.hasFile("/app/install.xml"));
 }
 
 TEST_F(InstallerProgramTest, TheNextUninstallationMayStartBeforeTheEndIsSignalled) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/removal_journal.h"
+#include "engine/work_notes.h"
 #include "fakes/fake_console.h"
 #include "fakes/fake_platform.h"
 #include "installer/run_options.h"
@@ -162,6 +164,21 @@ TEST_F(RelaunchTest, ACopyThatDoesNotStartIsAFailure) {
     machine_.processes.startError = 5;
     expectFailure("\"/tmp/ormeluninst-1\\ormeluninst.dll\" can't be run: ");
     EXPECT_TRUE(log_.hasLine("ERROR: Unable to create uninstall process. Exiting!"));
+}
+
+TEST_F(RelaunchTest, StartsFromTheLogOfAnInterruptedRunWhereThereIsNoOther) {
+    machine_.files.removeFile("/product/install.log");
+    RemovalJournal journal(machine_.files, machine_.environment);
+    ASSERT_EQ(journal.open(), 0);
+    const std::string directory = journal.directory();
+    machine_.files.addFile(directory + "/description.xml", "<x/>");
+    machine_.files.addFile(directory + "/log", "/product/x.xml\r\n/product/b.bin\r\nNUMVARS\t0\r\n");
+    WorkNotes notes(journal);
+    ASSERT_EQ(notes.begin("My Product", directory + "/description.xml"), 0);
+    ASSERT_EQ(notes.installing({directory + "/log", "", logPath_, "", false}), 0);
+    EXPECT_TRUE(relaunch());
+    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst-2/ormeluninst.log"),
+              directory + "/description.xml\r\n/product/b.bin\r\nNUMVARS\t0\r\n");
 }
 
 }  // namespace

@@ -218,12 +218,18 @@ TEST_F(BackupFileTest, NamesTheStepThatFailed) {
     files_.addFile("/a/file", "content");
     const char* const texts[] = {"Error writing file name", "Error writing file size",
                                  "Error writing check sum", "Error copying stream (5)"};
+    const std::int64_t bytesLeft[] = {3, 10, 17};  // of a name of 8, a size of 8, and a sum of 4
     for (int step = 0; step < 4; ++step) {
         BackupFile backup(files_);
         ASSERT_TRUE(backup.openForWriting(kArchive));
-        files_.failAt(MemoryFileSystem::Operation::kWrite, kArchive, step + 1, 5);
+        if (step < 3) {
+            files_.setFreeSpace(bytesLeft[step]);
+        } else {
+            files_.failAt(MemoryFileSystem::Operation::kWrite, kArchive, 2, 5);
+        }
         EXPECT_EQ(add(backup, "/a/file"), texts[step]);
         files_.clearFaults();
+        files_.setFreeSpace(-1);
         EXPECT_EQ(backup.close(), 0);
         EXPECT_EQ(files_.content(kArchive), banner() + kEnd) << step;
         EXPECT_EQ(files_.removeFile(kArchive), 0);

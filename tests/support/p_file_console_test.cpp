@@ -148,4 +148,49 @@ TEST(PFileConsoleDiskTest, WritesCarriageReturnsAndLineFeedsAsTheyAre) {
     EXPECT_EQ("   0:  one\r\n   1:  two\r\n", readTestFile(path));
 }
 
+TEST_F(PFileConsoleTest, CutsWhatWasWrittenFromAPositionOn) {
+    EXPECT_EQ(-1, console_.position());
+    EXPECT_EQ(-1, console_.cutAt(0));
+    ASSERT_EQ(0, console_.open("/log", 0));
+    console_.print("first");
+    const std::int64_t position = console_.position();
+    console_.print("second");
+    EXPECT_EQ(0, console_.cutAt(position));
+    console_.print("third");
+    EXPECT_EQ("first\r\nthird\r\n", files_.content("/log"));
+}
+
+TEST_F(PFileConsoleTest, CutsALineWithoutAnEnd) {
+    const std::string far(10000, 'x');
+    for (const std::string& rest : {std::string(), std::string("part"), far}) {
+        files_.addFile("/log", "first\nsecond\n" + rest);
+        ASSERT_EQ(0, console_.open("/log", 1));
+        EXPECT_EQ(0, console_.cutToLastLine());
+        console_.print("third");
+        EXPECT_EQ("first\nsecond\nthird\r\n", files_.content("/log"));
+    }
+    files_.addFile("/log", far);
+    ASSERT_EQ(0, console_.open("/log", 1));
+    EXPECT_EQ(0, console_.cutToLastLine());
+    EXPECT_EQ("", files_.content("/log"));
+}
+
+TEST_F(PFileConsoleTest, LeavesALineThatItCannotRead) {
+    files_.addFile("/log", "first\npart");
+    ASSERT_EQ(0, console_.open("/log", 1));
+    files_.failAt(Operation::kRead, "/log", 1, 5);
+    EXPECT_EQ(5, console_.cutToLastLine());
+    EXPECT_EQ("first\npart", files_.content("/log"));
+}
+
+TEST_F(PFileConsoleTest, RemembersAFlushThatFailed) {
+    EXPECT_EQ(0, console_.flush());
+    ASSERT_EQ(0, console_.open("/log", 0));
+    EXPECT_EQ(0, console_.flush());
+    EXPECT_FALSE(console_.hasFailed());
+    files_.failAt(Operation::kFlush, "/log", 1, 5);
+    EXPECT_EQ(5, console_.flush());
+    EXPECT_TRUE(console_.hasFailed());
+}
+
 }  // namespace

@@ -219,4 +219,26 @@ TEST(CreateUnderFreeName, TakesTheFirstFreeOneAndStopsAtTheLast) {
     EXPECT_EQ(createUnderFreeName(stream, files, nameOf, 0, true), -1);
 }
 
+TEST_F(ReplacingFileTest, FindsWhatAKilledProgramHasLeft) {
+    for (const char* const path :
+         {"/d/.tandrel-1.tmp", "/d/.tandrel-0f9.tmp", "/d/tandrel-1.tmp", "/d/.tandrel-1.tmp2"}) {
+        files_.addFile(path, "");
+    }
+    files_.addLink("/d/.tandrel-2.tmp", "/d/tandrel-1.tmp");
+    files_.addDirectory("/d/.tandrel-3.tmp");
+    removeAbandonedFiles(files_, "/d", true);
+    EXPECT_TRUE(files_.hasFile("/d/.tandrel-1.tmp"));
+    removeAbandonedFiles(files_, "/d", false);
+    EXPECT_THAT(files_.allFiles(),
+                ElementsAre("/d/.tandrel-1.tmp2", "/d/.tandrel-2.tmp", "/d/tandrel-1.tmp"));
+}
+
+TEST_F(ReplacingFileTest, EmptiesADirectoryThatHoldsOnlyWhatAKilledProgramHasLeft) {
+    files_.addFile("/d/.tandrel-1.tmp", "");
+    files_.addFile("/d/.tandrel-2.tmp", "");
+    removeAbandonedFiles(files_, "/d", true);
+    EXPECT_THAT(files_.allFiles(), IsEmpty());
+    removeAbandonedFiles(files_, "/none", true);
+}
+
 }  // namespace

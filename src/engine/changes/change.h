@@ -24,6 +24,9 @@ struct ChangeContext {
 struct LogRecord {
     std::string_view tag;
     std::string_view fields;
+    // What the change was going to replace (engine/changes/former_state.h); empty when that isn't said. If
+    // that is there, the change was never made, or isn't any more, and nothing is to be taken back.
+    std::string_view former = {};
 };
 
 // What became of a change that was to be taken back.
@@ -39,6 +42,9 @@ enum class UndoResult {
 // one job, an installation or an uninstallation, on the session's thread.
 //
 // An earlier value that a record can't hold whole is never lost: that change fails and nothing is written.
+//
+// A record is in the log before its change is made: a run may be killed at any moment. So the undo of a
+// record whose change was never made leaves the machine as it is.
 //
 // A log may hold records of several installations of one product, the oldest first, and a walk that failed is
 // repeated over the same records. So an undo whose record is met again, or whose change has gone, is no

@@ -6,13 +6,14 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
-#include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
 #include "engine/changes/record_text.h"
 #include "engine/kept_files.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
+#include "support/replacing_file.h"
 
 namespace {
 
@@ -50,38 +51,61 @@ bool DirectoryChange::create(std::string_view path) {
         !RecordText::fits(ActionLogFormat::kDirectory, RecordText::join({kMostLevels, path}))) {
         return false;
     }
-    std::int32_t created = 0;
-    const bool done = createLevels(path.substr(0, kPathLimit), created);
-    if (created > 0) {
-        context_.log.writeDirectory(created, path);
+    const std::string_view wanted = path.substr(0, kPathLimit);
+    if (wanted.size() < kShortestPath || known_.contains(std::string(wanted))) {
+        return true;
+    }
+    const std::vector<std::string> levels = missingLevels(wanted);
+    const bool done = levels.empty() || createRecorded(levels, path);
+    if (done && OUtils::isSeparator(wanted.back())) {
+        known_.emplace(wanted);
     }
     return done;
 }
 
-bool DirectoryChange::createLevels(std::string_view path, std::int32_t& outCreated) {
-    if (path.size() < kShortestPath || known_.contains(std::string(path))) {
-        return true;
-    }
+// The topmost first.
+std::vector<std::string> DirectoryChange::missingLevels(std::string_view path) {
+    std::vector<std::string> missing;
     for (std::size_t i = rootLength(path); i < path.size(); ++i) {
-        if (!OUtils::isSeparator(path[i]) || i == 0 || OUtils::isSeparator(path[i - 1])) {
-            continue;
+        const bool isLevelEnd = OUtils::isSeparator(path[i]) && i > 0 && !OUtils::isSeparator(path[i - 1]);
+        std::string level(isLevelEnd ? path.substr(0, i) : std::string_view());
+        if (isLevelEnd && !isKnown(level)) {
+            missing.push_back(std::move(level));
         }
-        const std::string level(path.substr(0, i));
-        if (isKnown(level)) {
-            continue;
-        }
+    }
+    return missing;
+}
+
+// How many were made; fewer than all after a failure, which is reported.
+std::size_t DirectoryChange::createLevels(const std::vector<std::string>& levels) {
+    std::size_t created = 0;
+    for (const std::string& level : levels) {
         const int status = context_.machine.files.createDirectory(level);
         if (status != 0) {
             reportLevel(level, status);
-            return false;
+            break;
         }
         known_.insert(level);
-        ++outCreated;
+        ++created;
     }
-    if (OUtils::isSeparator(path.back())) {
-        known_.emplace(path);
+    return created;
+}
+
+// After a failure the record keeps naming all levels: it counts them from the deepest one, and the undo
+// passes over those that were never made.
+bool DirectoryChange::createRecorded(const std::vector<std::string>& levels, std::string_view path) {
+    ChangeRecord record(&context_.log);
+    if (!record.write(ActionLogFormat::kDirectory, {std::to_string(levels.size()), path})) {
+        if (failed_.insert(levels.front()).second) {
+            context_.report.addReason(levels.front(), kUnrecordedReason);
+        }
+        return false;
     }
-    return true;
+    const std::size_t created = createLevels(levels);
+    if (created == 0) {
+        record.withdraw();
+    }
+    return created == levels.size();
 }
 
 // No line of its own says that a directory failed, and each of its files meets the same failure.
@@ -153,6 +177,7 @@ bool DirectoryChange::removeLevel(const std::string& directory) {
     }
     platform::FileSystem& files = context_.machine.files;
     if (files.exists(directory)) {
+        removeAbandonedFiles(files, directory, true);
         removeEmptyDirectories(files, directory);
     }
     bool removed = !files.exists(directory);

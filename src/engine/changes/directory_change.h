@@ -28,8 +28,8 @@ public:
 
     // Creates each level of `path` that ends with a separator, after the root (a drive letter with its
     // separator, or a leading separator): what follows the last separator counts as a file's name. Records
-    // the levels that didn't exist, also after a failure. False when a level can't be created, and for a path
-    // that its record can't hold, of which nothing is made.
+    // the levels that don't exist before it makes them. False when a level can't be created, and for a path
+    // that its record can't hold or whose record can't be written, of which nothing is made.
     //
     // Directories that were seen once are taken for granted, so asking for one again costs nothing.
     bool create(std::string_view path);
@@ -48,7 +48,9 @@ private:
         std::int32_t levels = 0;
     };
 
-    bool createLevels(std::string_view path, std::int32_t& outCreated);
+    std::vector<std::string> missingLevels(std::string_view path);
+    std::size_t createLevels(const std::vector<std::string>& levels);
+    bool createRecorded(const std::vector<std::string>& levels, std::string_view path);
     void reportLevel(const std::string& level, int status);
     bool isKnown(const std::string& directory);
     bool remove(const Record& record);

@@ -5,8 +5,9 @@
 
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
-#include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
 #include "engine/changes/element_groups.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/same_path.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
@@ -84,8 +85,10 @@ bool holdsDirectory(platform::FileSystem& files, const std::string& list, std::s
 struct Plan {
     std::string value;
     std::string undo;
+    std::string added = {};  // the text that joins a list
     bool isPossible = false;
-    bool isPresent = false;  // the directory is there already
+    bool isReplacement = false;  // of a value that is there
+    bool isPresent = false;      // the directory is there already
     std::string_view doneWord = "Add to ";
     std::string_view failedWord = "FAILED to add to";
 };
@@ -107,6 +110,7 @@ Plan planReplacement(const Entry& entry, const Present& present) {
     const bool isNew = present.state == State::kAbsent;
     Plan plan;
     plan.value = entry.value.value_or("");
+    plan.isReplacement = !isNew;
     plan.undo = isNew ? RecordText::join({kCreate, entry.name})
                       : RecordText::join({kReplace, entry.name, present.value.text});
     plan.isPossible = entry.value && present.canBeChanged() && RecordText::isField(entry.name) &&
@@ -140,6 +144,7 @@ Plan planJoin(platform::FileSystem& files, const Entry& entry, const Present& pr
     }
     const std::string recorded = inFront ? added : withoutLastSeparators(added);
     plan.undo = RecordText::join({kAdd, entry.name, recorded});
+    plan.added = recorded;
     plan.isPossible = plan.isPossible && RecordText::isLastField(recorded) && fitsRecord(plan.undo);
     return plan;
 }
@@ -194,6 +199,19 @@ bool takeOut(std::string& list, std::string_view addedText) {
 // A value that didn't exist before is taken as it is; other additions collapse its separators later.
 bool takeOutInEitherForm(std::string& list, const std::string& addedText) {
     return takeOut(list, addedText) || takeOut(list, collapsed(addedText));
+}
+
+// A list that has the entry already: the undo would take that one out.
+std::string formerListOf(const Plan& plan, const Present& present) {
+    std::string list = present.value.text;
+    return !plan.added.empty() && takeOutInEitherForm(list, plan.added) ? FormerState::ofBytes(present.value.text) : std::string();
+}
+
+// The record of a replacement is all that has the value then.
+bool writePlanned(ChangeRecord& record, const Plan& plan, const Present& present) {
+    return plan.isReplacement
+               ? record.keep(ActionLogFormat::kEnvironment, {plan.undo})
+               : record.write(ActionLogFormat::kEnvironment, {plan.undo}, formerListOf(plan, present));
 }
 
 UndoResult resultOf(int status, UndoneRecords& undone) {
@@ -281,6 +299,12 @@ struct ParsedRecord {
     bool isUsable() const { return undo != nullptr && !name.empty(); }
 };
 
+bool holds(platform::Registry& registry, std::string_view name, std::string_view former) {
+    Value present;
+    return !former.empty() && EnvironmentChange::read(registry, name, present) == State::kFound &&
+           FormerState::ofBytes(present.text) == former;
+}
+
 UndoResult takeBack(platform::Registry& registry, Report& report, const ParsedRecord& record,
                     UndoneRecords& undone) {
     const Undo& undo = *record.undo;
@@ -310,13 +334,12 @@ bool EnvironmentChange::applyChild(std::int32_t node) {
     }
     const std::string name = tags.expandAttribute(node, "VarName");
     const std::string value = tags.expand(text);
-    const RecordedResult result =
-        add(context_.machine, context_.report, {name, value, *mode, tags.hasAttribute(node, "IsPath")});
+    const Entry entry = {name, value, *mode, tags.hasAttribute(node, "IsPath")};
+    const RecordedResult result = add(context_.machine, context_.report, entry, &context_.log);
     if (!result.done) {
         context_.debugLog.line("ERROR: Updating ENV: " + name + "=\"" + value + '"');
         return false;
     }
-    context_.log.writeRecord(ActionLogFormat::kEnvironment, {result.undo});
     // Also for an entry that was there already.
     applied_ = true;
     return true;
@@ -329,7 +352,10 @@ bool EnvironmentChange::undo(const LogRecord& record) {
         return true;
     }
     UndoneRecords& undone = undoneRecords_[OUtils::toLowerAscii(parsed.name)];
-    return undone.isRestored ||
+    // What other records have taken out may have made that of the list.
+    const bool wasNotMade =
+        undone.joinedTexts.empty() && holds(context_.machine.registry, parsed.name, record.former);
+    return undone.isRestored || wasNotMade ||
            takeBack(context_.machine.registry, context_.report, parsed, undone) != UndoResult::kFailed;
 }
 
@@ -341,21 +367,31 @@ bool EnvironmentChange::finishUndo() {
     return broadcast(context_.machine.shell, context_.report);
 }
 
-RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report& report, const Entry& entry) {
+RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report& report, const Entry& entry,
+                                      ActionLogWriter* log) {
+    ChangeRecord record(log);
+    const auto recordNothing = [&record] {
+        record.write(ActionLogFormat::kEnvironment, {kNone});
+        return RecordedResult{true, std::string(kNone)};
+    };
     if (std::ranges::find(kModes, entry.mode, &NamedMode::mode) == std::end(kModes)) {
-        return {true, std::string(kNone)};
+        return recordNothing();
     }
     Present present{};
     present.state = read(machine.registry, entry.name, present.value);
     const Plan plan = entry.mode == Mode::kReplace ? planReplacement(entry, present)
                                                    : planJoin(machine.files, entry, present);
     if (plan.isPresent) {
-        return {true, std::string(kNone)};
+        return recordNothing();
     }
-    const int status = plan.isPossible
+    const bool isRecorded = plan.isPossible && writePlanned(record, plan, present);
+    const int status = isRecorded
                            ? write(machine.registry, entry.name, {plan.value, present.value.isExpandable})
                            : platform::kRegBadArgument;
     const bool done = status == platform::kRegOk;
+    if (isRecorded && !done) {
+        record.withdraw();
+    }
     const std::string line = lineOf(done, plan.doneWord, plan.failedWord, entry.name);
     if (entry.mode != Mode::kInsert) {
         report.addOutcome(done, line);
@@ -364,6 +400,8 @@ RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report&
     }
     if (!plan.isPossible) {
         report.addReason(entry.name, "its value can't be read, or is too long to be brought back");
+    } else if (!isRecorded) {
+        report.addReason(entry.name, kUnrecordedReason);
     } else {
         report.addRegistryReason(entry.name, status);
     }

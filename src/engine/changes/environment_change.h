@@ -64,9 +64,10 @@ public:
     bool finishUndo() override;
 
     // Fails without writing when there is no value, when the present one is too long, isn't a text or doesn't
-    // fit the record, and when an added text couldn't be found again. Another mode does nothing, with
-    // success.
-    static RecordedResult add(const platform::Platform& machine, Report& report, const Entry& entry);
+    // fit the record, when an added text couldn't be found again, and when the record can't be written to
+    // `log`. Another mode does nothing, with success. Without a log the caller keeps the record.
+    static RecordedResult add(const platform::Platform& machine, Report& report, const Entry& entry,
+                              ActionLogWriter* log = nullptr);
     // Takes an entry back by the fields of its record. Of a joined text only whole entries of the list go,
     // and a variable goes that is empty then and was made for it. False when nothing was there to be taken
     // back, and for fields of another kind, which change nothing.

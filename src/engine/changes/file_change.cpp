@@ -6,57 +6,28 @@
 #include "description/file_sets.h"
 #include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/record_text.h"
 #include "engine/engine_parts.h"
 #include "engine/line_reader.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
-#include "support/p_file_stream.h"
 
 namespace {
 
 constexpr std::size_t kFilesPerFlush = 32;
-constexpr std::uint32_t kBlockSize = 262144;
 
 int percentOf(std::size_t index, std::size_t count) {
     return static_cast<int>(std::ceil(static_cast<float>(index) / static_cast<float>(count) * 100.0F));
-}
-
-// Of a whole file; nothing when it can't be read.
-std::optional<Md5Digest> digestOf(platform::FileSystem& files, const std::string& path) {
-    PFileStream file(files);
-    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
-                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
-        return std::nullopt;
-    }
-    Md5 digest;
-    std::vector<char> block(kBlockSize);
-    for (std::uint32_t done = 1; done > 0;) {
-        if (file.read(block.data(), kBlockSize, done) != 0) {
-            return std::nullopt;
-        }
-        digest.update(block.data(), done);
-    }
-    return digest.finish();
 }
 
 std::string_view pathOf(const LogRecord& record, std::string_view kind) {
     return firstLogField(record.fields) == kind ? nextLogField(record.fields) : std::string_view();
 }
 
-std::uint32_t checkSumOf(std::string_view content) {
-    return BackupFile::foldCheckSum(static_cast<std::uint32_t>(content.size()), content);
-}
-
-bool canBeRecorded(const std::string& path) {
-    return RecordText::isField(path) &&
-           RecordText::fits(ActionLogFormat::kFile, RecordText::join({ActionLogFormat::kCreate, path}));
-}
-
 }  // namespace
-
-static_assert(ActionLogFormat::kOver.size() < ActionLogFormat::kCreate.size());
 
 FileChange::FileChange(const ChangeContext& context, const EngineParts& parts, ReplacedFiles& replaced)
     : context_(context),
@@ -64,6 +35,7 @@ FileChange::FileChange(const ChangeContext& context, const EngineParts& parts, R
       replaced_(replaced),
       planner_(fileSets_, parts.model.expressions, context.debugLog),
       contents_(parts.cabinet, parts.model.expressions, context.debugLog),
+      former_(context, parts, replaced),
       disk_(context.machine.files, context.system, context.report, context.debugLog),
       directories_(context) {}
 
@@ -71,17 +43,21 @@ bool FileChange::apply() {
     failed_ = false;
     const auto& files = fileSets_.getFiles();
     for (std::size_t i = 0; i < files.size(); ++i) {
+        if (i % FormerContents::kBatch == 0) {
+            former_.archiveBatch(i);
+        }
         if (planner_.isSelected(files[i])) {
             install(i);
         }
     }
+    context_.log.flush();  // a failure counts when the log is published
     context_.report.flushLines();
     return !failed_;
 }
 
 void FileChange::install(std::size_t index) {
     const auto& files = fileSets_.getFiles();
-    Work work{files[index], {}, {}, index % kFilesPerFlush == 0};
+    Work work{files[index], index, {}, {}, index % kFilesPerFlush == 0};
     work.path = FilePlanner::pathIn(prepareDirectory(work.file), work.file);
     context_.report.setStatus(platform::writtenPath(work.path));
     FileContent content;
@@ -99,13 +75,10 @@ void FileChange::install(std::size_t index) {
 // What its record couldn't name would never be taken back, and what couldn't be backed up never restored: it
 // isn't touched.
 bool FileChange::replace(Work& work, const FileContent& content) {
-    const bool isReady = canBeRecorded(work.path) && backUp(work, content);
-    if (isReady) {
-        context_.log.writeFile(work.isRestorable, work.path);
-        replaced_.history.noteRecord(work.path);
-    }
+    const bool isReady = RecordText::fitsFile(work.path) && backUp(work) && record(work, content);
     context_.report.pumpEventsWhileCopying();
     const bool inPlace = isReady && place(work, content);
+    former_.noteWritten(work.path);
     if (inPlace) {
         noteInstalled(work, content);
     }
@@ -135,41 +108,24 @@ bool FileChange::readContent(Work& work, FileContent& content) {
         }
         return false;
     }
-    const auto size = static_cast<std::int64_t>(content.bytes.size());
-    work.onDisk = disk_.compare(work.path, size, content.digest);
+    work.onDisk = lookAt(work, content);
     if (work.file.expandVars) {
         contents_.expandVariables(content, FileContents::kInstalledFileLimit, work.path);
     }
     return true;
 }
 
-// An earlier installation decides with: what it created is the product's own, unless the user has changed it
-// since; what it has in its archive is the user's file, and what came later isn't; where it found the file
-// as it was to be, that may have been the user's.
-bool FileChange::isToBeBackedUp(const Work& work) {
-    platform::FileSystem& files = context_.machine.files;
-    // What can't be read can't be compared either.
-    const bool exists = work.onDisk.exists || files.exists(work.path);
-    if (!exists || !work.onDisk.differs || replaced_.archive.holdsEntry(work.path)) {
-        return false;
-    }
-    switch (replaced_.history.kindOf(work.path)) {
-        case FileHistory::Kind::kUnknown:
-            return work.file.backupExisting;
-        case FileHistory::Kind::kReplaced:
-            return true;
-        case FileHistory::Kind::kCreated:
-            break;
-    }
-    const auto digest = work.file.backupExisting ? digestOfFile(files, work.path) : std::nullopt;
-    return digest && replaced_.history.isForeign(work.path, *digest);
+FileOnDisk FileChange::lookAt(const Work& work, const FileContent& content) {
+    const FormerContents::Outcome* former = former_.of(work.index);
+    return former != nullptr && !former_.isWritten(work.path)
+               ? former->onDisk
+               : disk_.compare(work.path, static_cast<std::int64_t>(content.bytes.size()), content.digest);
 }
 
-// The check sum is that of what is written: a restore compares it with the file on the disk, and leaves alone
-// what isn't the installation's own. False when the file must stay as it is, because what should come back
-// later couldn't be kept.
-bool FileChange::backUp(Work& work, const FileContent& content) {
-    const bool isNeeded = isToBeBackedUp(work);
+// False when the file must stay as it is, because what should come back later couldn't be kept.
+bool FileChange::backUp(Work& work) {
+    const FormerContents::Outcome* former = former_.of(work.index);
+    const bool isNeeded = former != nullptr && former->isNeeded;
     const FileHistory::Kind earlier = replaced_.history.kindOf(work.path);
     work.isRestorable = isNeeded || replaced_.archive.holdsEntry(work.path) ||
                         earlier == FileHistory::Kind::kReplaced ||
@@ -177,18 +133,32 @@ bool FileChange::backUp(Work& work, const FileContent& content) {
     if (!isNeeded) {
         return true;
     }
-    context_.report.pumpEventsWhileCopying();
-    // A file that can't be read must not spoil the archive for those after it.
-    const std::optional<std::string> failure =
-        work.onDisk.exists ? replaced_.archive.addFile(work.path, checkSumOf(content.bytes))
-                           : "Error opening file";
     std::string line = "Back up " + platform::writtenPath(work.path);
-    if (failure) {
-        line = "FAILED to back up " + platform::writtenPath(work.path) + ": " + *failure;
+    if (former->failure) {
+        line = "FAILED to back up " + platform::writtenPath(work.path) + ": " + *former->failure;
         context_.report.addError(line);
     }
     context_.report.addLine(line, work.flushNow);
-    return !failure;
+    return !former->failure;
+}
+
+bool FileChange::record(Work& work, const FileContent& content) {
+    if (!context_.log.writeFile(work.isRestorable, work.path, formerState(work, content))) {
+        work.reason = kUnrecordedReason;
+        return false;
+    }
+    replaced_.history.noteRecord(work.path);
+    return true;
+}
+
+// Of somebody else's file that is replaced for good.
+std::string FileChange::formerState(const Work& work, const FileContent& content) {
+    const bool isOthers = !work.isRestorable && work.onDisk.exists && work.onDisk.differs &&
+                          replaced_.history.kindOf(work.path) == FileHistory::Kind::kUnknown;
+    std::string former = isOthers ? FormerState::ofFile(context_.machine.files, work.path) : std::string();
+    // The comparison knows nothing of expanded content.
+    const bool isSame = work.file.expandVars && former == FormerState::ofBytes(content.bytes);
+    return isSame ? std::string() : former;
 }
 
 // The user's file of an earlier installation comes back in the place of what is there now.
@@ -197,7 +167,7 @@ void FileChange::noteInstalled(const Work& work, const FileContent& content) {
     replaced_.history.noteContent(
         work.path, isAsPacked ? content.digest : md5Of(content.bytes.data(), content.bytes.size()));
     if (replaced_.archive.holdsEntry(work.path) &&
-        !replaced_.archive.setCheckSum(work.path, checkSumOf(content.bytes))) {
+        !replaced_.archive.setCheckSum(work.path, BackupFile::checkSumOf(content.bytes))) {
         context_.report.addError("FAILED to back up " + work.path + ": Error writing check sum");
         failed_ = true;
     }
@@ -233,7 +203,9 @@ void FileChange::reportInstalled(const Work& work, bool inPlace) {
         context_.report.addError(line);
     }
     context_.report.addLine(line, work.flushNow);
-    if (!inPlace) {
+    if (!work.reason.empty()) {
+        context_.report.addReason(work.path, work.reason);
+    } else if (!inPlace) {
         context_.report.addFileReason(work.path, disk_.takeFailure());
     }
 }
@@ -251,6 +223,10 @@ bool FileChange::undo(const LogRecord& record) {
     if (path.empty()) {
         return true;
     }
+    if (wasNotMade(record, path)) {
+        leave(path);
+        return true;
+    }
     const bool isOrphan = replaced_.isArchiveMissing && !replacedFile(record).empty();
     const bool isToGo = !createdFile(record).empty() || (isOrphan && isStillInstalled(path));
     if (isOrphan && !isToGo) {
@@ -259,12 +235,16 @@ bool FileChange::undo(const LogRecord& record) {
     return !isToGo || remove(path);
 }
 
+bool FileChange::wasNotMade(const LogRecord& record, const std::string& path) {
+    return !record.former.empty() && FormerState::ofFile(context_.machine.files, path) == record.former;
+}
+
 bool FileChange::isStillInstalled(const std::string& path) {
     platform::FileSystem& files = context_.machine.files;
     if (!replaced_.written.knows(path) || files.kindOf(path) != platform::PathKind::kFile) {
         return false;
     }
-    const std::optional<Md5Digest> digest = digestOf(files, path);
+    const std::optional<Md5Digest> digest = digestOfFile(files, path);
     return digest && replaced_.written.holds(path, *digest);
 }
 

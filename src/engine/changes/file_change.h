@@ -6,29 +6,15 @@
 
 #include "engine/changes/change.h"
 #include "engine/changes/directory_change.h"
-#include "engine/changes/removed_files.h"
+#include "engine/changes/former_contents.h"
+#include "engine/changes/replaced_files.h"
 #include "engine/disk_files.h"
 #include "engine/file_contents.h"
-#include "engine/file_history.h"
 #include "engine/file_planner.h"
-#include "engine/product_state.h"
-#include "package/backup_file.h"
 
 class FileSets;
 struct EngineParts;
 struct FileEntry;
-
-// The archive with the former content of files that were replaced.
-struct ReplacedFiles {
-    explicit ReplacedFiles(platform::FileSystem& files) : archive(files) {}
-
-    BackupFile archive;  // of an installation: open for writing
-    // In an uninstallation: there is no archive any more, so that no repetition restores anything either.
-    bool isArchiveMissing = false;
-    WrittenSums written;  // what the installation wrote, as far as that is needed and known
-    RemovedFiles removed;
-    FileHistory history;  // of an installation
-};
 
 // FILE: the files of the selected file sets. A record is OVER, for a file whose former content the archive
 // holds or would hold, or CREATE, and the path.
@@ -39,9 +25,11 @@ public:
 
     // Puts the files on the disk, and marks programs as such where the file system knows that. No error stops
     // the next file; each is reported. Former content that is to be restorable goes into the archive, and the
-    // record of a file is written before the file is touched, so that a part of a file is undone as well.
+    // record of a file is written, before the file is touched. A file whose record can't be written stays as
+    // it is.
     bool apply() override;
-    // Deletes the file of a record CREATE. A file that is gone already is no failure. What a record OVER
+    // Deletes the file of a record CREATE, unless it is still, or again, what the installation was going to
+    // replace. A file that is gone already is no failure. What a record OVER
     // names belongs to the archive: restored, left because the user has changed it, or waiting for the
     // repetition of a walk that could not read the archive. Where there is no archive at all, the file goes
     // while it is known to be what was installed; otherwise it is named and stays.
@@ -55,17 +43,22 @@ private:
     // One file on its way through the steps.
     struct Work {
         const FileEntry& file;
+        std::size_t index;
         std::string path;
         FileOnDisk onDisk;
         bool flushNow;
-        bool isRestorable = false;  // the record says that the user's file comes back
+        bool isRestorable = false;     // the record says that the user's file comes back
+        std::string_view reason = {};  // why nothing was written, if the disk doesn't say so
     };
 
     void install(std::size_t index);
     std::string prepareDirectory(const FileEntry& file);
     bool readContent(Work& work, FileContent& content);
-    bool isToBeBackedUp(const Work& work);
-    bool backUp(Work& work, const FileContent& content);
+    FileOnDisk lookAt(const Work& work, const FileContent& content);
+    bool backUp(Work& work);
+    bool record(Work& work, const FileContent& content);
+    std::string formerState(const Work& work, const FileContent& content);
+    bool wasNotMade(const LogRecord& record, const std::string& path);
     bool replace(Work& work, const FileContent& content);
     bool place(const Work& work, const FileContent& content);
     void noteInstalled(const Work& work, const FileContent& content);
@@ -80,6 +73,7 @@ private:
     ReplacedFiles& replaced_;
     FilePlanner planner_;
     FileContents contents_;
+    FormerContents former_;
     DiskFiles disk_;
     DirectoryChange directories_;
     bool failed_ = false;

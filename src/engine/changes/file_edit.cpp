@@ -6,12 +6,14 @@
 
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
-#include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
 #include "engine/changes/element_groups.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/text_file.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "platform/path_identity.h"
 #include "platform/written_path.h"
 
 namespace {
@@ -109,8 +111,6 @@ bool walk(const std::vector<EditScript::Pair>& pairs, const TextLines& lines, Te
     return hasChanged;
 }
 
-using Walk = bool (EditScript::*)(const TextLines& lines, TextLines& outLines) const;
-
 // What kept an edit from being made, and of which file.
 struct Fault {
     std::string_view path;
@@ -130,27 +130,87 @@ std::optional<Fault> faultOfLoad(TextFile& file, std::string_view path, OUtils::
     return Fault{path, file.reason()};
 }
 
-// Nothing after a success.
-std::optional<Fault> editFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath,
-                              Walk walk) {
-    TextFile source(files, std::string(scriptPath));
-    TextFile target(files, std::string(path));
-    if (auto fault = faultOfLoad(source, scriptPath, OUtils::Links::kFollow)) {
+// A text file and the script that edits it.
+class EditedFile {
+public:
+    EditedFile(platform::FileSystem& files, std::string_view path, std::string_view scriptPath)
+        : path_(path),
+          scriptPath_(scriptPath),
+          source_(files, std::string(scriptPath)),
+          target_(files, std::string(path)) {}
+
+    // Each gives nothing after a success.
+    std::optional<Fault> load();
+    std::optional<Fault> addLines(ChangeRecord& record, std::string_view fields);
+    std::optional<Fault> removeLines();
+
+private:
+    std::optional<Fault> store(const TextLines& lines);
+    std::string formerState();
+
+    std::string_view path_;
+    std::string_view scriptPath_;
+    TextFile source_;
+    TextFile target_;
+    std::optional<EditScript> script_;
+    TextLines lines_;
+};
+
+std::optional<Fault> EditedFile::load() {
+    if (auto fault = faultOfLoad(source_, scriptPath_, OUtils::Links::kFollow)) {
         return fault;
     }
-    const auto script = EditScript::parse(splitTextLines(source.content()));
-    if (!script) {
-        return Fault{scriptPath, "it isn't a list of edits"};
+    script_ = EditScript::parse(splitTextLines(source_.content()));
+    if (!script_) {
+        return Fault{scriptPath_, "it isn't a list of edits"};
     }
-    if (auto fault = faultOfLoad(target, path, OUtils::Links::kRefuse)) {
+    if (auto fault = faultOfLoad(target_, path_, OUtils::Links::kRefuse)) {
         return fault;
+    }
+    lines_ = splitTextLines(target_.content());
+    return std::nullopt;
+}
+
+std::optional<Fault> EditedFile::store(const TextLines& lines) {
+    return target_.store("", lines) ? std::nullopt : std::optional(Fault{path_, target_.reason()});
+}
+
+// A text that has the lines already: the undo would take those out.
+std::string EditedFile::formerState() {
+    TextLines without;
+    return script_->revert(lines_, without) ? FormerState::ofBytes(target_.content()) : std::string();
+}
+
+std::optional<Fault> EditedFile::addLines(ChangeRecord& record, std::string_view fields) {
+    if (!record.write(ActionLogFormat::kModifyFile, {fields}, formerState())) {
+        return Fault{path_, std::string(kUnrecordedReason)};
     }
     TextLines changed;
-    const bool hasChanged = ((*script).*walk)(splitTextLines(target.content()), changed);
-    if (hasChanged && !target.store("", changed)) {
-        return Fault{path, target.reason()};
+    const std::optional<Fault> fault = script_->apply(lines_, changed) ? store(changed) : std::nullopt;
+    if (fault) {
+        record.withdraw();
     }
-    return std::nullopt;
+    return fault;
+}
+
+std::optional<Fault> EditedFile::removeLines() {
+    TextLines changed;
+    return script_->revert(lines_, changed) ? store(changed) : std::nullopt;
+}
+
+std::optional<Fault> addLines(platform::FileSystem& files, std::string_view path, std::string_view script,
+                              ActionLogWriter* log, std::string_view fields) {
+    ChangeRecord record(log);
+    EditedFile file(files, path, script);
+    const std::optional<Fault> fault = file.load();
+    return fault ? fault : file.addLines(record, fields);
+}
+
+std::optional<Fault> removeLines(platform::FileSystem& files, std::string_view path,
+                                 std::string_view script) {
+    EditedFile file(files, path, script);
+    const std::optional<Fault> fault = file.load();
+    return fault ? fault : file.removeLines();
 }
 
 // Kind, file and script; none for fields of another kind.
@@ -216,25 +276,31 @@ bool FileEdit::applyChild(std::int32_t node) {
     }
     const std::string path = collapsedPath(tags.expandAttribute(node, "Path"));
     const std::string script = tags.expand(text);
-    const RecordedResult result = add(context_.machine.files, context_.report, path, script);
-    if (!result.done) {
+    const bool isDone = add(context_.machine.files, context_.report, path, script, &context_.log).done;
+    if (!isDone) {
         context_.debugLog.line("ERROR: Modifying files: \"" + path + '"');
-        return false;
     }
-    context_.log.writeRecord(ActionLogFormat::kModifyFile, {result.undo});
-    return true;
+    return isDone;
 }
 
 bool FileEdit::undo(const LogRecord& record) {
-    return remove(context_.machine.files, context_.report, record.fields);
+    return wasNotMade(record) || remove(context_.machine.files, context_.report, record.fields);
+}
+
+// What other records have taken out may have made that of the file.
+bool FileEdit::wasNotMade(const LogRecord& record) {
+    const std::vector<std::string_view> parts = fieldsOf(record.fields);
+    const bool isFirst = !parts.empty() && undoneFiles_.insert(platform::pathIdentity(parts[1])).second;
+    return isFirst && !record.former.empty() &&
+           FormerState::ofFile(context_.machine.files, parts[1]) == record.former;
 }
 
 RecordedResult FileEdit::add(platform::FileSystem& files, Report& report, std::string_view path,
-                             std::string_view script) {
+                             std::string_view script, ActionLogWriter* log) {
     const std::string undo = RecordText::join({kAddAfter, path, script});
     const bool isRecordable = RecordText::isField(path) && RecordText::isField(script) &&
                               RecordText::fits(ActionLogFormat::kModifyFile, undo);
-    const std::optional<Fault> fault = isRecordable ? editFile(files, path, script, &EditScript::apply)
+    const std::optional<Fault> fault = isRecordable ? addLines(files, path, script, log, undo)
                                                     : Fault{path, "the action log can't hold its record"};
     return {reportEdit(report, fault, "Modifying ", path), isRecordable ? undo : std::string()};
 }
@@ -245,7 +311,7 @@ bool FileEdit::remove(platform::FileSystem& files, Report& report, std::string_v
         return false;
     }
     const std::optional<Fault> fault =
-        files.exists(parts[1]) ? editFile(files, parts[1], parts[2], &EditScript::revert) : std::nullopt;
+        files.exists(parts[1]) ? removeLines(files, parts[1], parts[2]) : std::nullopt;
     return reportEdit(report, fault, "Undoing modifications to ", parts[1]);
 }
 

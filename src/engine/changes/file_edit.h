@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -56,9 +58,10 @@ public:
     bool undo(const LogRecord& record) override;
 
     // Adds lines as the script says; also done when the lines to look for aren't there. Fails when a file
-    // can't be read or written, the script is broken, or the record couldn't hold both paths.
+    // can't be read or written, the script is broken, and when the record couldn't hold both paths or can't
+    // be written to `log`. Without a log the caller keeps the record.
     static RecordedResult add(platform::FileSystem& files, Report& report, std::string_view path,
-                              std::string_view script);
+                              std::string_view script, ActionLogWriter* log = nullptr);
     // Takes the lines out again by the fields of the record; those that a user has changed since then stay.
     // A file that has gone took them along. False also for fields of another kind, which change nothing.
     static bool remove(platform::FileSystem& files, Report& report, std::string_view fields);
@@ -67,6 +70,8 @@ public:
 
 private:
     bool applyChild(std::int32_t node);
+    bool wasNotMade(const LogRecord& record);
 
     ChangeContext context_;
+    std::set<std::string> undoneFiles_;  // the files of the records that were met
 };

@@ -6,7 +6,7 @@
 #include "base/errors.h"
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
-#include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
 #include "engine/changes/record_text.h"
 #include "engine/description_tags.h"
 #include "engine/line_reader.h"
@@ -172,11 +172,16 @@ FirewallResult FirewallChange::applyPort(std::int32_t node) {
         protocolsOf(protocols, "WARNING: (Firewall): Unrecognized attribute token for protocol specification",
                     context_.debugLog);
 
-    const FirewallAttempt attempt = addPort(context_.machine.firewall, context_.debugLog, rule);
     const std::string port = std::to_string(rule.port);
-    if (reportAdding(attempt, "port " + port)) {
-        context_.log.writeRecord(Format::kFirewall, {Format::kPort, port, protocols, rule.name});
-    } else if (attempt.result == FirewallResult::kFailed) {
+    ChangeRecord record(&context_.log);
+    if (!record.write(Format::kFirewall, {Format::kPort, port, protocols, rule.name})) {
+        return reportUnrecorded("port " + port);
+    }
+    const FirewallAttempt attempt = addPort(context_.machine.firewall, context_.debugLog, rule);
+    if (!reportAdding(attempt, "port " + port)) {
+        record.withdraw();
+    }
+    if (attempt.result == FirewallResult::kFailed) {
         context_.debugLog.line("ERROR: Adding firewall port: " + port + " (" + rule.name + ")");
     }
     return attempt.result;
@@ -186,14 +191,27 @@ FirewallResult FirewallChange::applyApplication(std::int32_t node) {
     DescriptionTags& tags = context_.tags;
     const std::string target = normalizedPath(tags.expandAttribute(node, "Target"));
     const std::string name = tags.expand(tags.requiredTextOf(node));
+    const std::string what = "exception for application: " + platform::writtenPath(target);
+    // What can't be undone is refused.
+    ChangeRecord record(canBeUndone(target) ? &context_.log : nullptr);
+    if (!record.write(Format::kFirewall, {Format::kApplication, target})) {
+        return reportUnrecorded(what);
+    }
     const FirewallAttempt attempt =
         addApplication(context_.machine.firewall, context_.debugLog, target, name);
-    if (reportAdding(attempt, "exception for application: " + platform::writtenPath(target))) {
-        context_.log.writeRecord(Format::kFirewall, {Format::kApplication, target});
-    } else if (attempt.result == FirewallResult::kFailed) {
+    if (!reportAdding(attempt, what)) {
+        record.withdraw();
+    }
+    if (attempt.result == FirewallResult::kFailed) {
         context_.debugLog.line("ERROR: Adding firewall app: " + target + " (" + name + ")");
     }
     return attempt.result;
+}
+
+FirewallResult FirewallChange::reportUnrecorded(const std::string& what) {
+    reportAdding({FirewallResult::kFailed}, what);
+    context_.report.addReason(what, kUnrecordedReason);
+    return FirewallResult::kFailed;
 }
 
 // True when the exception is there.

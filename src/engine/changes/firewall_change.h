@@ -59,6 +59,7 @@ private:
     FirewallResult applyChild(std::int32_t node);
     FirewallResult applyPort(std::int32_t node);
     FirewallResult applyApplication(std::int32_t node);
+    FirewallResult reportUnrecorded(const std::string& what);
     bool reportAdding(const FirewallAttempt& attempt, const std::string& what);
     void reportRemoval(const FirewallAttempt& attempt, const std::string& what);
     void reportResult(const FirewallAttempt& attempt, const std::string& what, const std::string& line);

@@ -7,7 +7,9 @@
 #include "base/text_functions.h"
 #include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
 #include "engine/changes/element_groups.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/removed_files.h"
 #include "engine/changes/same_path.h"
 #include "engine/changes/text_file.h"
@@ -209,6 +211,7 @@ public:
         return true;
     }
     const Lines& lines() const { return lines_; }
+    std::string_view content() const { return text_.content(); }
     bool store(const Lines& lines) {
         const bool done = lines == lines_ || text_.store(headOf(text_.content()), lines);
         reason_ = done ? "" : text_.reason();
@@ -296,7 +299,32 @@ bool planUndo(const Entry& entry, const std::optional<std::string_view>& earlier
     return true;
 }
 
-Attempt attempt(platform::FileSystem& files, const Entry& entry) {
+// The record of a value that gives way is all that has it then. A line without a value isn't brought back:
+// the undo takes out what is there.
+bool writeRecord(ChangeRecord& record, const Attempt& planned, const IniFile& file,
+                 const IniText::Editor& editor) {
+    if (!planned.isNew) {
+        return record.keep(ActionLogFormat::kIni, {planned.undo});
+    }
+    const bool takesLine = !editor.lostValues().empty() && editor.lines() != file.lines();
+    return record.write(ActionLogFormat::kIni, {planned.undo},
+                        takesLine ? FormerState::ofBytes(file.content()) : std::string());
+}
+
+void store(IniFile& file, const IniText::Editor& editor, ChangeRecord& record, Attempt& result) {
+    if (!writeRecord(record, result, file, editor)) {
+        result.reason = kUnrecordedReason;
+        return;
+    }
+    const bool isStored = file.store(editor.lines());
+    result.outcome = isStored ? Outcome::kDone : Outcome::kFailed;
+    result.reason = file.reason();
+    if (!isStored) {
+        record.withdraw();
+    }
+}
+
+Attempt attempt(platform::FileSystem& files, const Entry& entry, ChangeRecord& record) {
     Attempt result;
     IniFile file(files, entry.file);
     if (!canBeWritten(entry)) {
@@ -322,8 +350,7 @@ Attempt attempt(platform::FileSystem& files, const Entry& entry) {
     }
     // One record can't bring several lines of the key back.
     if (editor.lostValues().size() <= 1 && planUndo(entry, earlier, result.undo)) {
-        result.outcome = file.store(editor.lines()) ? Outcome::kDone : Outcome::kFailed;
-        result.reason = file.reason();
+        store(file, editor, record, result);
     }
     return result;
 }
@@ -391,11 +418,21 @@ bool applyEdit(IniFile& file, const IniText::Edit& change) {
     return file.store(editor.lines());
 }
 
+// A line that has the value keeps its blanks and quotes.
+bool restoreValue(IniFile& file, const Entry& entry) {
+    if (entry.section.empty() || !file.load()) {
+        return false;
+    }
+    IniText::Editor editor({entry.section, entry.key, entry.value, {}});
+    editor.run(file.lines());
+    return earlierValue(editor) == entry.value || file.store(editor.lines());
+}
+
 UndoResult takeBack(platform::FileSystem& files, Report& report, const ParsedRecord& record) {
     const Entry& entry = record.entry;
     IniFile file(files, entry.file);
-    const bool done = record.isRestore ? applyEdit(file, {entry.section, entry.key, entry.value, {}})
-                                       : !files.exists(entry.file) || removeLine(file, entry);
+    const bool done =
+        record.isRestore ? restoreValue(file, entry) : !files.exists(entry.file) || removeLine(file, entry);
     reportEntry(report, done, record.isRestore ? "Restore " : "Remove ",
                 record.isRestore ? "FAILED to restore " : "FAILED to remove ", entry);
     if (done) {
@@ -427,11 +464,12 @@ bool IniChange::applyChild(std::int32_t node) {
     const std::string beforeKey = tags.expandForSystem(tags.attribute(node, "BeforeKey"));
     const RecordedResult result =
         add(context_.machine.files, context_.report,
-            {file, section, key, value, tags.hasAttribute(node, "IsPath"), beforeKey});
-    if (!result.done) {
-        context_.debugLog.line("ERROR: Updating INI: \"" + file + '"');
+            {file, section, key, value, tags.hasAttribute(node, "IsPath"), beforeKey}, &context_.log);
+    if (result.done) {
+        return true;
     }
-    if (!result.done && !tags.hasAttribute(node, "IgnoreErrors")) {
+    context_.debugLog.line("ERROR: Updating INI: \"" + file + '"');
+    if (!tags.hasAttribute(node, "IgnoreErrors")) {
         return false;
     }
     context_.log.writeRecord(ActionLogFormat::kIni, {result.undo});
@@ -440,10 +478,11 @@ bool IniChange::applyChild(std::int32_t node) {
 
 bool IniChange::undo(const LogRecord& record) {
     const ParsedRecord parsed(record.fields);
-    if (!parsed.isUsable || !undoneKeys_.insert(parsed.key()).second) {
+    platform::FileSystem& files = context_.machine.files;
+    if (!parsed.isUsable || !undoneKeys_.insert(parsed.key()).second ||
+        (!record.former.empty() && FormerState::ofFile(files, parsed.entry.file) == record.former)) {
         return true;
     }
-    platform::FileSystem& files = context_.machine.files;
     // Written into a file that the product itself had brought, a value would leave that file behind.
     if (removed_ != nullptr && removed_->contains(parsed.entry.file) && !files.exists(parsed.entry.file)) {
         return true;
@@ -451,9 +490,12 @@ bool IniChange::undo(const LogRecord& record) {
     return takeBack(files, context_.report, parsed) != UndoResult::kFailed;
 }
 
-RecordedResult IniChange::add(platform::FileSystem& files, Report& report, const Entry& entry) {
-    const Attempt result = attempt(files, entry);
+RecordedResult IniChange::add(platform::FileSystem& files, Report& report, const Entry& entry,
+                              ActionLogWriter* log) {
+    ChangeRecord record(log);
+    const Attempt result = attempt(files, entry, record);
     if (result.outcome == Outcome::kPresent) {
+        record.write(ActionLogFormat::kIni, {kNone});
         return {true, std::string(kNone)};
     }
     const bool done = result.outcome == Outcome::kDone;

@@ -128,8 +128,10 @@ public:
     bool undo(const LogRecord& record) override;
 
     // Fails without writing when there is no value, when the key's value, or with `isPath` its section, goes
-    // beyond the limits, and when the record couldn't take the change back.
-    static RecordedResult add(platform::FileSystem& files, Report& report, const Entry& entry);
+    // beyond the limits, and when the record couldn't take the change back or can't be written to `log`.
+    // Without a log the caller keeps the record.
+    static RecordedResult add(platform::FileSystem& files, Report& report, const Entry& entry,
+                              ActionLogWriter* log = nullptr);
     // Takes an entry back by the fields of its record: a created line goes, preferably the one that still has
     // the value; a former value comes back, into a new file where the file has gone. False also for fields of
     // another kind, which change nothing.

@@ -37,6 +37,11 @@ bool fits(std::string_view tag, std::string_view fields) {
     return tag.size() + 1 + fields.size() <= ActionLogFormat::kLineLimit;
 }
 
+bool fitsFile(std::string_view path) {
+    static_assert(ActionLogFormat::kOver.size() < ActionLogFormat::kCreate.size());
+    return isField(path) && fits(ActionLogFormat::kFile, join({ActionLogFormat::kCreate, path}));
+}
+
 std::vector<std::string_view> split(std::string_view fields, std::size_t count) {
     std::vector<std::string_view> result;
     while (!fields.empty() && result.size() + 1 < count) {

@@ -29,6 +29,9 @@ bool isLastField(std::string_view text);
 // Whether the record is written whole; the log cuts longer ones.
 bool fits(std::string_view tag, std::string_view fields);
 
+// Whether a record of a file holds this path. A file whose path it can't hold would stay for good.
+bool fitsFile(std::string_view path);
+
 // At most `count` fields as the reader of a record sees them; the last one takes the rest with all it holds.
 // The views look into `fields`.
 std::vector<std::string_view> split(std::string_view fields, std::size_t count);

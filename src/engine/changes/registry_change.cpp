@@ -10,6 +10,8 @@
 #include "description/product_description.h"
 #include "engine/action_log_format.h"
 #include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/record_text.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
@@ -80,6 +82,23 @@ std::vector<std::string> levelsOf(const std::string& path) {
         }
     }
     return levels;
+}
+
+// How many levels would have to be made; 0 also where that can't be found out, since nothing is made then.
+int missingLevels(platform::Registry& registry, const KeyAddress& address) {
+    const std::vector<std::string> levels = levelsOf(address.path);
+    int missing = 0;
+    int status = platform::kRegNotFound;
+    for (auto level = levels.rbegin(); level != levels.rend() && status == platform::kRegNotFound; ++level) {
+        status = registry.testKey(address.root, *level, kView);
+        missing += status == platform::kRegNotFound ? 1 : 0;
+    }
+    return missing;
+}
+
+// For the line BEFORE of the action log.
+std::string stateOf(const RegistryValue& value) {
+    return FormerState::ofBytes(std::to_string(value.type) + ' ' + value.data);
 }
 
 std::string textBytes(std::string_view text) {
@@ -215,27 +234,28 @@ bool RegistryChange::addValue(const Element& element) {
     }
     const std::string data = textOf(element, *text);
     const std::string_view type = context_.tags.attribute(element.node, "Type").value_or("");
-    const WriteResult result =
-        writeValue(context_.machine.registry, {element.key(), *element.valueName, type, data});
-    if (!result.isDone()) {
-        return reportFailure("FAILED to write the value ", element.key(), *element.valueName, result.status);
+    const Value value = {element.key(), *element.valueName, type, data};
+    ChangeRecord record(isRecorded(element) ? &context_.log : nullptr);
+    if (!recordValue(element, value, record)) {
+        return reportUnrecorded(element);
     }
-    if (isRecorded(element)) {
-        recordKey(element, result.createdLevels);
-        context_.log.writeRecord(ActionLogFormat::kRegistryValue,
-                                 {recordOf(element.place, element.path, *element.valueName)});
+    const WriteResult result = writeValue(context_.machine.registry, value);
+    if (!result.isDone()) {
+        record.withdraw();
+        return reportFailure("FAILED to write the value ", element.key(), *element.valueName, result.status);
     }
     return true;
 }
 
 bool RegistryChange::addKey(const Element& element) {
-    const int created = createKey(context_.machine.registry, element.key());
-    if (isRecorded(element)) {
-        recordKey(element, created);
+    ChangeRecord record(isRecorded(element) ? &context_.log : nullptr);
+    if (!recordKey(element, record)) {
+        return reportUnrecorded(element);
     }
-    if (created > 0) {
+    if (createKey(context_.machine.registry, element.key()) > 0) {
         return true;
     }
+    record.withdraw();
     const auto address = addressOf(element.key());
     const int status = address ? context_.machine.registry.testKey(address->root, address->path, kView)
                                : static_cast<int>(platform::kRegBadArgument);
@@ -275,11 +295,36 @@ bool RegistryChange::isRecorded(const Element& element) {
     return context_.log.isOpen() && context_.tags.holds(context_.tags.attribute(element.node, "ActionLog"));
 }
 
-void RegistryChange::recordKey(const Element& element, int createdLevels) {
-    if (createdLevels > 0) {
-        context_.log.writeRecord(ActionLogFormat::kRegistryKey,
-                                 {std::to_string(createdLevels), element.place, element.path});
+// Nothing where no level is missing, or none can be made.
+bool RegistryChange::recordKey(const Element& element, ChangeRecord& record) {
+    const auto address = addressOf(element.key());
+    const int missing =
+        address && canBeRecorded(*address) ? missingLevels(context_.machine.registry, *address) : 0;
+    return missing == 0 || record.write(ActionLogFormat::kRegistryKey,
+                                        {std::to_string(missing), element.place, element.path});
+}
+
+// Nothing for a value that is going to be refused.
+bool RegistryChange::recordValue(const Element& element, const Value& value, ChangeRecord& record) {
+    const auto address = addressOf(value.key);
+    if (!address || !canBeRecorded(*address, value.key.place, value.name)) {
+        return true;
     }
+    RegistryValue present;
+    const RegistryValue written = valueOf(value.type, value.data);
+    const bool isThere = context_.machine.registry.readValue(address->root, address->path, kView, value.name,
+                                                             present) == platform::kRegOk;
+    const bool isReplaced = isThere && (present.type != written.type || present.data != written.data);
+    return recordKey(element, record) && record.write(ActionLogFormat::kRegistryValue,
+                                                      {recordOf(value.key.place, element.path, value.name)},
+                                                      isReplaced ? stateOf(present) : std::string());
+}
+
+bool RegistryChange::reportUnrecorded(const Element& element) {
+    const std::string subject = "FAILED to change " + element.place + '\\' + element.path;
+    context_.debugLog.line("ERROR: " + subject);
+    context_.report.addReason(subject, kUnrecordedReason);
+    return false;
 }
 
 bool RegistryChange::undo(const LogRecord& record) {
@@ -289,12 +334,22 @@ bool RegistryChange::undo(const LogRecord& record) {
         createdKeys_.push_back(
             {std::string(fields[1]), std::string(fields[2]), OUtils::textToInteger(fields[0])});
     } else if (!isKey && (fields.size() == 3 || isDefaultValue(fields))) {
-        return undoValue({fields[0], fields[1]}, fields[2]);
+        const Key key = {fields[0], fields[1]};
+        return holdsFormer(key, fields[2], record.former) || undoValue(key, fields[2]);
     } else {
         context_.debugLog.line("WARNING: (Dev) Wrong number of tokens in the install.log for " +
                                std::string(record.tag));
     }
     return true;
+}
+
+bool RegistryChange::holdsFormer(const Key& key, std::string_view name, std::string_view former) {
+    const auto address = addressOf(key);
+    RegistryValue present;
+    return !former.empty() && address &&
+           context_.machine.registry.readValue(address->root, address->path, kView, name, present) ==
+               platform::kRegOk &&
+           stateOf(present) == former;
 }
 
 // A value that has gone was taken away by an earlier walk or by the user; a hive that doesn't exist never

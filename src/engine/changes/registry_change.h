@@ -11,6 +11,7 @@
 #include "engine/changes/change.h"
 #include "platform/registry.h"
 
+class ChangeRecord;
 class ProductDescription;
 
 // The root that one of the four hive names means, exactly as a description writes it.
@@ -118,7 +119,10 @@ private:
     bool reportFailure(std::string_view work, const Key& key, std::string_view name,
                        std::optional<int> status);
     bool isRecorded(const Element& element);
-    void recordKey(const Element& element, int createdLevels);
+    bool recordKey(const Element& element, ChangeRecord& record);
+    bool recordValue(const Element& element, const Value& value, ChangeRecord& record);
+    bool holdsFormer(const Key& key, std::string_view name, std::string_view former);
+    bool reportUnrecorded(const Element& element);
 
     ChangeContext context_;
     std::vector<CreatedKey> createdKeys_;

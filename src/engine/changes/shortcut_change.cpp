@@ -3,8 +3,9 @@
 #include <algorithm>
 
 #include "engine/action_log_format.h"
-#include "engine/action_log_writer.h"
+#include "engine/changes/change_record.h"
 #include "engine/changes/element_groups.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/record_text.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
@@ -69,6 +70,24 @@ bool create(platform::ShellObjects& shell, const ProductDescription& product, co
             break;
     }
     return false;
+}
+
+// A link that is there already is replaced, and its undo deletes what is in the place. Only the system knows
+// what a link is going to contain: where that is what was there, the record doesn't say so.
+template <typename Make>
+bool makeRecorded(platform::FileSystem& files, const std::string& linkPath, ActionLogWriter* log, Make make) {
+    ChangeRecord record(log);
+    const std::string fields = recordOf(linkPath);
+    const std::string former = FormerState::ofFile(files, linkPath);
+    if (!record.write(Format::kShortcut, {fields}, former)) {
+        return false;
+    }
+    const bool isMade = make();
+    const bool isSame = !former.empty() && FormerState::ofFile(files, linkPath) == former;
+    if (!isMade || isSame) {
+        record.withdraw();
+    }
+    return isMade && (!isSame || record.write(Format::kShortcut, {fields}));
 }
 
 // The path in a record of a shortcut; none in one of another kind.
@@ -141,20 +160,21 @@ bool ShortcutChange::prepareDirectory(const std::string& directory) {
 
 bool ShortcutChange::applyRequest(const ShortcutRequest& shortcut) {
     const std::optional<std::string> fields =
-        add(context_.machine, product_, context_.report, context_.debugLog, shortcut);
+        add(context_.machine, product_, context_.report, context_.debugLog, shortcut, &context_.log);
     if (!fields) {
         context_.debugLog.line("ERROR: Creating shortcut: \"" + shortcut.linkPath + "\" to \"" +
                                shortcut.target + "\" and args\"" + shortcut.arguments + "\"");
-        return false;
     }
-    context_.log.writeRecord(Format::kShortcut, {*fields});
-    return true;
+    return fields.has_value();
 }
 
 std::optional<std::string> ShortcutChange::add(const platform::Platform& machine,
                                                const ProductDescription& product, Report& report,
-                                               const DebugLog& debugLog, const ShortcutRequest& shortcut) {
-    const bool done = canBeUndone(shortcut.linkPath) && create(machine.shell, product, debugLog, shortcut);
+                                               const DebugLog& debugLog, const ShortcutRequest& shortcut,
+                                               ActionLogWriter* log) {
+    const auto make = [&] { return create(machine.shell, product, debugLog, shortcut); };
+    const bool done =
+        canBeUndone(shortcut.linkPath) && makeRecorded(machine.files, shortcut.linkPath, log, make);
     const std::string line = lineOf(done ? "Create " : "FAILED to create ", shortcut.linkPath);
     report.addLine(line, false);
     if (!done) {
@@ -165,8 +185,11 @@ std::optional<std::string> ShortcutChange::add(const platform::Platform& machine
 }
 
 bool ShortcutChange::undo(const LogRecord& record) {
+    platform::FileSystem& files = context_.machine.files;
     const auto linkPath = linkPathIn(record.fields);
-    return !linkPath || takeBack(context_.machine.files, context_.report, *linkPath) != UndoResult::kFailed;
+    const bool wasNotMade =
+        linkPath && !record.former.empty() && FormerState::ofFile(files, *linkPath) == record.former;
+    return !linkPath || wasNotMade || takeBack(files, context_.report, *linkPath) != UndoResult::kFailed;
 }
 
 bool ShortcutChange::remove(platform::FileSystem& files, Report& report, std::string_view fields) {

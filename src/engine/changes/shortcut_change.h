@@ -40,10 +40,12 @@ public:
 
     // Makes a shortcut and reports it. The fields of its record; none after a failure. A path that the action
     // log can't hold as it is fails, since what it would make could not be taken back. The product gives the
-    // command of an uninstall shortcut.
+    // command of an uninstall shortcut. Fails, too, when the record can't be written to `log`; without a log
+    // the caller keeps it.
     static std::optional<std::string> add(const platform::Platform& machine,
                                           const ProductDescription& product, Report& report,
-                                          const DebugLog& debugLog, const ShortcutRequest& shortcut);
+                                          const DebugLog& debugLog, const ShortcutRequest& shortcut,
+                                          ActionLogWriter* log = nullptr);
     // Deletes the file that the fields of a record name, and never a directory. Fields of another kind are
     // true without any action.
     static bool remove(platform::FileSystem& files, Report& report, std::string_view fields);

@@ -83,11 +83,15 @@ TEST_F(DirectoryCreateTest, LeavesPathsUnderFourBytesAlone) {
     EXPECT_EQ(files_.count(Operation::kCreateDirectory), 0);
 }
 
-TEST_F(DirectoryCreateTest, StopsAtALevelThatCannotBeCreatedAndRecordsTheOthers) {
+// The undo counts from the deepest level.
+TEST_F(DirectoryCreateTest, StopsAtALevelThatCannotBeCreatedAndRecordsAllOfThem) {
     files_.failAt(Operation::kCreateDirectory, "/a/b", 1);
     EXPECT_FALSE(create("/a/b/c/"));
-    EXPECT_EQ(created(), 1);
+    EXPECT_EQ(created(), 3);
     EXPECT_FALSE(files_.hasDirectory("/a/b/c"));
+    EXPECT_TRUE(change_.undo({"DIR", "3\t/a/b/c/"}));
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_FALSE(files_.hasDirectory("/a"));
 }
 
 TEST_F(DirectoryCreateTest, FailsWhereAFileIsInTheWay) {
@@ -268,6 +272,22 @@ TEST_F(RemoveEmptyDirectoriesTest, RemovesNothingMoreAboveADirectoryThatResists)
     files_.failAt(MemoryFileSystem::Operation::kRemoveDirectory, "/a", 1);
     EXPECT_EQ(removeEmptyDirectories(files_, "/a/b"), 0);
     EXPECT_TRUE(files_.hasDirectory("/a"));
+}
+
+TEST_F(DirectoryCreateTest, RecordsNothingWhereNoLevelCanBeCreated) {
+    files_.failAt(Operation::kCreateDirectory, "/a", 1);
+    EXPECT_FALSE(create("/a/b/c/"));
+    EXPECT_EQ(created(), 0);
+}
+
+TEST_F(DirectoryUndoTest, RemovesWhatAKilledInstallationLeftBesideItsFiles) {
+    files_.addFile("/a/b/.tandrel-1.tmp", "half");
+    EXPECT_TRUE(remove("/a/b/", 2));
+    EXPECT_FALSE(files_.hasDirectory("/a"));
+    files_.addFile("/a/b/.tandrel-1.tmp", "half");
+    files_.addFile("/a/b/own", "");
+    EXPECT_FALSE(remove("/a/b/", 2));
+    EXPECT_TRUE(files_.hasFile("/a/b/.tandrel-1.tmp"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "engine/action_log_format.h"
 #include "engine/changes/change_fixture.h"
+#include "engine/changes/former_state.h"
 #include "engine/changes/same_path.h"
 #include "fakes/temporary_directory.h"
 #include "platform/error_text.h"
@@ -96,7 +97,8 @@ TEST_F(EnvironmentElementsTest, MakesEachKindAndRecordsIt) {
     EXPECT_EQ(get("B"), "/opt/demo;/opt/demo");
     EXPECT_EQ(get("C"), "c;old");
     EXPECT_EQ(machine_.shell.broadcasts, 1);
-    EXPECT_EQ(records(), "ENV\tCREATE\tA\r\nENV\tNONE\r\nENV\tADD\tB\t/opt/demo\r\nENV\tADD\tC\tc;\r\n");
+    EXPECT_EQ(records(), "ENV\tCREATE\tA\r\nENV\tNONE\r\nBEFORE\t" + FormerState::ofBytes("/opt/demo") +
+                             "\r\nENV\tADD\tB\t/opt/demo\r\nENV\tADD\tC\tc;\r\n");
     EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(\"Create A\", 0)", "addFileLine(\"Add to B\", 0)",
                                        "addFileLine(null, 1)"));
 }
@@ -214,7 +216,9 @@ TEST_F(EnvironmentElementsTest, BringsBackWhatWasThereBeforeTheFirstOfTwoInstall
     ASSERT_TRUE(change_.apply());
     EXPECT_EQ(records(),
               "ENV\tREPLACE\tOLD\tformer\r\nENV\tCREATE\tNEW\r\nENV\tADD\tLIST\tc\r\nENV\tADD\tFRONT\tc;\r\n"
-              "ENV\tREPLACE\tOLD\tx\r\nENV\tREPLACE\tNEW\ty\r\nENV\tADD\tLIST\tc\r\nENV\tADD\tFRONT\tc;\r\n");
+              "ENV\tREPLACE\tOLD\tx\r\nENV\tREPLACE\tNEW\ty\r\nBEFORE\t" +
+                  FormerState::ofBytes("a;b;c") + "\r\nENV\tADD\tLIST\tc\r\nBEFORE\t" +
+                  FormerState::ofBytes("c;a;b") + "\r\nENV\tADD\tFRONT\tc;\r\n");
     for (const char* fields : {"REPLACE\tOLD\tformer", "CREATE\tNEW", "ADD\tLIST\tc", "ADD\tFRONT\tc;",
                                "REPLACE\told\tx", "REPLACE\tNew\ty", "ADD\tLIST\tc", "ADD\tFRONT\tc;"}) {
         EXPECT_TRUE(undo(fields)) << fields;
@@ -673,6 +677,20 @@ TEST_F(EnvironmentChangeTest, ComesBackFromEachModeWithWhatThePresentValueWas) {
             EXPECT_EQ(get("V"), std::string(present) + (mode == kAppend ? ";" : ""));
         }
     }
+}
+
+// A repetition counts its texts: what the first record takes out makes the list the one that was there before
+// the second.
+TEST_F(EnvironmentElementsTest, TakesOutATextThatWasAddedTwice) {
+    set("PATH", "/bin");
+    EXPECT_TRUE(
+        apply("<Environment><Append VarName='PATH'>/x</Append><Append VarName='PATH'>/x</Append>"
+              "</Environment>"));
+    EXPECT_NE(records().find("BEFORE\t"), std::string::npos);
+    EXPECT_TRUE(change_.undo({"ENV", "ADD\tPATH\t/x"}));
+    const std::string former = records().substr(records().find("BEFORE\t") + 7, 32);
+    EXPECT_TRUE(change_.undo({"ENV", "ADD\tPATH\t/x", former}));
+    EXPECT_EQ(get("PATH"), "/bin;");
 }
 
 }  // namespace

@@ -222,7 +222,7 @@ TEST_F(FileChangeTest, FailsWhereADirectoryCannotBeCreated) {
     describeFiles("<FN Dest='/app/sub/deep'>one</FN>");
     files_.failFrom(Operation::kCreateDirectory, "/app/sub/deep", 1);
     EXPECT_FALSE(install());
-    EXPECT_NE(installLog().find("DIR\t2\t/app/sub/deep\\\r\n"), std::string::npos);
+    EXPECT_NE(installLog().find("DIR\t3\t/app/sub/deep\\\r\n"), std::string::npos);
     EXPECT_EQ(errors_, std::vector<std::string>{"FAILED to Create " + writtenPath("/app/sub/deep\\one")});
 }
 
@@ -423,6 +423,74 @@ TEST_F(FileUndoTest, IgnoresRecordsOfAnotherForm) {
     }
     EXPECT_TRUE(files_.hasFile("/app/a"));
     EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(FileChangeTest, HasTheFormerContentOnTheDiskBeforeItReplacesAFile) {
+    pack({{"one", "one", "new"}, {"two", "two", "new"}});
+    describeFiles("<FN Dest='/app' BackupExisting='1'>one</FN><FN Dest='/app' BackupExisting='1'>two</FN>");
+    files_.addFile("/app/one", "old one");
+    files_.addFile("/app/two", "old two");
+    int looked = 0;
+    for (const char* const name : {"two", "one"}) {
+        files_.runBefore(Operation::kReplaceFile, "/app/.tandrel-1.tmp", ++looked, [&, name] {
+            EXPECT_NE(files_.content("/tmp/orinstall2").find(std::string("old ") + name), std::string::npos);
+            EXPECT_NE(files_.content("/tmp/orinstall1").find(std::string("FILE\tOVER\t/app\\") + name),
+                      std::string::npos);
+            EXPECT_TRUE(files_.didOperation("flush /tmp/orinstall2"));
+        });
+    }
+    EXPECT_TRUE(install());
+    EXPECT_EQ(files_.content("/app/two"), "new");
+}
+
+TEST_F(FileChangeTest, ReplacesNoFileWhoseFormerContentDoesNotReachTheDisk) {
+    pack({{"one", "one", "new"}, {"two", "two", "new"}});
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app' BackupExisting='1'>one</FN>");
+    files_.addFile("/app/one", "old content");
+    files_.failAt(Operation::kFlush, "/tmp/orinstall2", 1);
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/one"), "old content");
+    EXPECT_EQ(files_.content("/app/two"), "new");
+    EXPECT_EQ(lines()[0], "FAILED to back up " + writtenPath("/app\\one") + ": Error writing to the disk");
+}
+
+TEST_F(FileChangeTest, WritesNoFileWhoseRecordCannotBeWritten) {
+    pack({{"one", "one", "new"}, {"two", "two", "new"}});
+    describeFiles("<FN Dest='/app'>two</FN><FN Dest='/app'>one</FN>");
+    files_.addFile("/app/one", "old content");
+    // After the lines of the head.
+    files_.failAt(Operation::kWrite, "/tmp/orinstall1", 4);
+    EXPECT_FALSE(install());
+    EXPECT_EQ(files_.content("/app/one"), "old content");
+    EXPECT_EQ(files_.content("/app/two"), "new");
+    EXPECT_EQ(
+        ui_.countOf("addMessage(\"" + writtenPath("/app\\one") + ": the action log can't take its record"),
+        1);
+    EXPECT_EQ(installLog().find("/app\\one"), std::string::npos);
+}
+
+TEST_F(FileChangeTest, SaysWhatItReplacesForGood) {
+    pack({{"one", "one", "new"}, {"two", "two", "same"}, {"three", "three", "[NAME]"}});
+    describeFiles(
+        "<FN Dest='/app'>one</FN><FN Dest='/app'>two</FN><FN Dest='/app' ExpandVarsInFile='1'>three</FN>");
+    variables_.set("NAME", "value");
+    files_.addFile("/app/one", "abc");
+    files_.addFile("/app/two", "same");
+    files_.addFile("/app/three", "value");
+    EXPECT_TRUE(install());
+    EXPECT_NE(
+        installLog().find("\r\nBEFORE\t900150983cd24fb0d6963f7d28e17f72\r\nFILE\tCREATE\t/app\\one\r\n"),
+        std::string::npos);
+    EXPECT_EQ(installLog().find("BEFORE"), installLog().rfind("BEFORE"));
+}
+
+TEST_F(FileChangeTest, SaysNothingOfItsOwnFilesThatANewVersionReplaces) {
+    pack({{"one", "one", "new"}});
+    describeFiles("<FN Dest='/app'>one</FN>");
+    files_.addFile("/app/one", "old");
+    files_.addFile("/app/install.log", "/app/product.xml\r\n\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app\\one\r\n");
+    EXPECT_TRUE(install());
+    EXPECT_EQ(installLog().find("BEFORE"), std::string::npos);
 }
 
 }  // namespace

@@ -804,4 +804,17 @@ TEST(IniChangeMachineTest, ChangesARealFile) {
     EXPECT_EQ(readTestFile(path), before);
 }
 
+TEST(IniUndoTest, LeavesALineThatHasTheFormerValueAsItIs) {
+    MemoryFileSystem files;
+    RecordingUI ui;
+    ErrorList errors;
+    Report report(&ui, &errors);
+    const std::string content = textOf({"[s]", "k= \"old value\" "});
+    files.addFile("/d/a.ini", content);
+    EXPECT_TRUE(IniChange::remove(files, report, "REPLACE\t/d/a.ini\ts\tk\told value"));
+    EXPECT_EQ(files.content("/d/a.ini"), content);
+    EXPECT_TRUE(IniChange::remove(files, report, "REPLACE\t/d/a.ini\ts\tk\tother"));
+    EXPECT_EQ(files.content("/d/a.ini"), textOf({"[s]", "k=other"}));
+}
+
 }  // namespace

@@ -50,4 +50,14 @@ TEST(RecordTextTest, SplitsAtEachSeparatorWhenAllFieldsCount) {
     EXPECT_EQ(RecordText::splitAll(""), Fields{});
 }
 
+TEST(RecordTextTest, KnowsThePathsThatARecordOfAFileHolds) {
+    EXPECT_TRUE(RecordText::fitsFile("/a b"));
+    EXPECT_FALSE(RecordText::fitsFile(""));
+    EXPECT_FALSE(RecordText::fitsFile("/a\tb"));
+    EXPECT_FALSE(RecordText::fitsFile("/a "));
+    const std::string longest(ActionLogFormat::kLineLimit - std::string("FILE\tCREATE\t").size(), 'p');
+    EXPECT_TRUE(RecordText::fitsFile(longest));
+    EXPECT_FALSE(RecordText::fitsFile(longest + "p"));
+}
+
 }  // namespace

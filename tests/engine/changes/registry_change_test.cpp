@@ -196,7 +196,9 @@ TEST_F(RegistryActionTest, LogsThatTheRecordsCouldNotBeWritten) {
     logDisk_.failFrom(MemoryFileSystem::Operation::kWrite, "/tmp/product.log", 1);
     EXPECT_FALSE(apply("<AddValue " + at_ + "Value='N'>x</AddValue>"));
     EXPECT_THAT(log_.lines(),
-                ElementsAre("ERROR: The changes of the registry could not be written to the action log"));
+                ElementsAre("ERROR: FAILED to change HKEY_LOCAL_MACHINE\\Software\\Demo",
+                            "ERROR: The changes of the registry could not be written to the action log"));
+    EXPECT_EQ(textAt("Software\\Demo", "N"), "(none)");
 }
 
 TEST_F(RegistryActionTest, AsksForNothingOutsideActions) {

@@ -1,0 +1,110 @@
+#include "allowed_losses.h"
+
+#include <algorithm>
+
+#include "embedded_text.h"
+
+namespace {
+
+bool isBelow(const Difference& difference, std::string_view directory) {
+    return difference.place.starts_with("file " + std::string(directory));
+}
+
+// Also beside the file whose place it was to take.
+bool isTemporary(const Difference& difference, const std::string& failedCall) {
+    const std::string& place = difference.place;
+    const bool isBeside = !failedCall.empty() &&
+                          (place.find("/.tandrel-") != std::string::npos || place.ends_with("/templog.log"));
+    return difference.expected.empty() && (isBeside || isBelow(difference, "/tmp/"));
+}
+
+// Not after the end of a program: the next run needs it and takes it away.
+bool isKept(const Difference& difference, const std::string& failedCall) {
+    return !failedCall.empty() && difference.expected.empty() && isBelow(difference, "/var/state/removal-");
+}
+
+// What the actions of the sample product do, and undo.
+bool isOfAction(const Difference& difference, const std::string& /*failedCall*/) {
+    constexpr const char* kPlaces[] = {
+        "file /opt/tandrel/docs/agreement.md", "file /opt/tandrel/docs/banner.png",
+        "file /opt/tandrel/tandrel.conf.default", "file /opt/tandrel/samples/hello-setup",
+        "registry HKCU\\Software\\Tandrel Tools"};
+    return std::ranges::any_of(kPlaces,
+                               [&](const char* place) { return difference.place.starts_with(place); });
+}
+
+bool isUnknownSum(const Difference& difference, const std::string& /*failedCall*/) {
+    return isBelow(difference, "/var/state/written-") && !difference.expected.empty();
+}
+
+bool isProbe(const Difference& difference, const std::string& failedCall) {
+    return failedCall.find("test$$$$") != std::string::npos &&
+           difference.place.find("test$$$$") != std::string::npos;
+}
+
+// They go one after the other when everything else has gone.
+bool isLastRecord(const Difference& difference, const std::string& failedCall) {
+    constexpr const char* kSteps[] = {"removeFile ", "removeDirectory ", "list ", "openDirectory "};
+    return difference.expected.empty() && isBelow(difference, "/opt/tandrel/uninstall") &&
+           std::ranges::any_of(kSteps, [&](const char* step) { return failedCall.starts_with(step); }) &&
+           failedCall.find("uninstall") != std::string::npos;
+}
+
+bool isEntry(const Difference& difference, const std::string& /*failedCall*/) {
+    return !difference.expected.empty() &&
+           difference.place.find("\\Uninstall\\Tandrel Installer Tools") != std::string::npos;
+}
+
+// The revert names what stays of the new version, and the copy of the archive with what it had replaced.
+bool isLeftByUndo(const Difference& difference, const std::string& failedCall) {
+    constexpr const char* kOfSecond[] = {"file /usr/local/share/applications/Tandrel support.desktop",
+                                         "file /opt/tandrel/samples/second.sh", "firewall 8318 TCP"};
+    const bool isReplaced = difference.place == "file /opt/tandrel/README.md" &&
+                            failedCall.find("\\opt\\tandrel\\.tandrel-") != std::string::npos &&
+                            difference.expected.ends_with("somebody else's");
+    return isReplaced || (difference.expected.empty() &&
+                          std::ranges::find(kOfSecond, difference.place) != std::end(kOfSecond));
+}
+
+}  // namespace
+
+const std::vector<AllowedLoss>& allowedLosses() {
+    static const std::vector<AllowedLoss> kLosses = {
+        {"temporary file", "A temporary file that can't be deleted stays.", isTemporary},
+        {"kept", "What was kept of an earlier version and can't be deleted, or is still needed, stays.",
+         isKept},
+        {"action", "What an action should have made, or removed, and couldn't.", isOfAction},
+        {"sums", "The checksums of installed files, if they can't be read or written.", isUnknownSum},
+        {"probe", "The empty file that tries a directory out, if it can't be deleted.", isProbe},
+        {"entry",
+         "The entry in the list of installed applications, if it can't be made, or an error ends the run "
+         "before "
+         "its page.",
+         isEntry},
+        {"left by an undo",
+         "What a revert can't take away of the new version, or put back of what that had replaced.",
+         isLeftByUndo},
+        {"last records", "The last records of a product that has gone, if one can't be deleted.",
+         isLastRecord},
+    };
+    return kLosses;
+}
+
+const AllowedLoss* allowedLoss(const Difference& difference, const std::string& failedCall) {
+    for (const AllowedLoss& loss : allowedLosses()) {
+        if (loss.covers(difference, failedCall)) {
+            return &loss;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string> lossesWithoutWords() {
+    std::vector<std::string> names;
+    for (const AllowedLoss& loss : allowedLosses()) {
+        if (embeddedText("failures.md").find(loss.words) == std::string::npos) {
+            names.emplace_back(loss.name);
+        }
+    }
+    return names;
+}

@@ -1,0 +1,228 @@
+#include "judge.h"
+
+#include <algorithm>
+
+#include "allowed_losses.h"
+#include "platform/error_text.h"
+
+namespace {
+
+constexpr const char* kProduct = "/opt/tandrel/";
+
+// The path or the name without the word before it.
+std::string subjectOf(const Difference& difference) {
+    const std::size_t blank = difference.place.find(' ');
+    return blank == std::string::npos ? difference.place : difference.place.substr(blank + 1);
+}
+
+// As messages have it: a port without its protocol, a key or a value as a path below one of the roots.
+std::string nameInMessages(const Difference& difference) {
+    std::string name = subjectOf(difference);
+    if (difference.place.starts_with("firewall ")) {
+        return name.substr(0, name.find(' '));
+    }
+    if (difference.place.starts_with("registry ")) {
+        name = name.substr(name.find('\\') + 1);
+        std::ranges::replace(name, ':', '\\');
+    }
+    return name;
+}
+
+bool isRecord(const Difference& difference) {
+    return difference.place.ends_with(SampleProduct::kLog) ||
+           difference.place.ends_with(SampleProduct::kArchive) ||
+           difference.place.find("/written-") != std::string::npos;
+}
+
+// Something of the first version is missing or another one.
+bool isOfEarlierVersion(const Difference& difference) {
+    return !difference.expected.empty() && !isRecord(difference);
+}
+
+// Follows one case from the run with its fault to the end of the product.
+class Case {
+public:
+    Case(const Operations& operations, OperationKind operation, const Machine& machine)
+        : operations_(operations), operation_(operation), machine_(machine) {}
+
+    Judgement judgeFault(const FaultPlan& plan);
+    Judgement judgeKill();
+
+private:
+    void judgeSuccess(const RunOutcome& outcome);
+    void judgeFailure(const FaultPlan& plan, const RunOutcome& outcome);
+    void judgeWhatStays(const std::vector<Difference>& differences, const RunOutcome& outcome);
+    void repeatSetup(OperationKind operation);
+    void endProduct();
+    bool removeAllowedFiles();
+    bool isAllowed(const Difference& difference);
+    bool isNamed(const Difference& difference, const RunOutcome& outcome) const;
+
+    RunOutcome follow(OperationKind operation) {
+        CallGate gate(std::string("the run after ") + nameOf(operation_));
+        return Operations::run(operation, machine_, gate);
+    }
+    void worsen(Verdict verdict) { judgement_.verdict = std::max(judgement_.verdict, verdict); }
+    void find(Fault fault, const std::string& text) { judgement_.findings.push_back({fault, text}); }
+
+    const Operations& operations_;
+    OperationKind operation_;
+    Machine machine_;
+    Judgement judgement_;
+};
+
+bool saysWhy(const RunOutcome& outcome, const FaultKind& kind) {
+    return outcome.says(platform::errorText(kind.fileStatus)) ||
+           outcome.says(platform::registryErrorText(kind.registryStatus));
+}
+
+Judgement Case::judgeFault(const FaultPlan& plan) {
+    CallGate gate(std::string(nameOf(operation_)) + " with a fault at call " + std::to_string(plan.call));
+    gate.setPlan(plan);
+    Operations::prepareGate(operation_, gate);
+    const RunOutcome outcome = Operations::run(operation_, machine_, gate);
+    judgement_.call = gate.failedCall();
+    judgement_.said = outcome.said;
+    if (outcome.succeeded) {
+        judgeSuccess(outcome);
+    } else {
+        judgeFailure(plan, outcome);
+    }
+    endProduct();
+    return judgement_;
+}
+
+// An earlier version that couldn't go entirely leaves its records to the new one, so these may be others.
+void Case::judgeSuccess(const RunOutcome& outcome) {
+    for (const Difference& difference : differencesOf(operations_.stateAfter(operation_), machine_.state())) {
+        const bool isContinued = operation_ == OperationKind::kUpgrade && isRecord(difference);
+        if (!isContinued && !isAllowed(difference) && !isNamed(difference, outcome)) {
+            find(Fault::kUntrue, "The run says that it succeeded, but " + difference.text());
+        }
+    }
+}
+
+void Case::judgeFailure(const FaultPlan& plan, const RunOutcome& outcome) {
+    const std::vector<Difference> before =
+        differencesOf(operations_.stateBefore(operation_), machine_.state());
+    const std::vector<Difference> after = differencesOf(operations_.stateAfter(operation_), machine_.state());
+    const bool isRevert = operation_ == OperationKind::kRevert;
+    if (!(isRevert && before.empty()) && !saysWhy(outcome, plan.kind)) {
+        find(Fault::kSilent, "The run doesn't say why it failed");
+    }
+    if (operation_ != OperationKind::kUninstall) {
+        judgeWhatStays(before.size() <= after.size() ? before : after, outcome);
+    }
+    worsen(before.empty() ? Verdict::kTakenBack : Verdict::kRepaired);
+    const bool isUpgrade = operation_ == OperationKind::kUpgrade || operation_ == OperationKind::kRevert;
+    if (isUpgrade && std::ranges::any_of(before, isOfEarlierVersion)) {
+        repeatSetup(OperationKind::kUpgrade);
+    }
+}
+
+// The next run takes up what is left of this one.
+void Case::repeatSetup(OperationKind operation) {
+    const RunOutcome outcome = follow(operation);
+    if (outcome.succeeded != (operation != OperationKind::kRevert)) {
+        find(Fault::kEndFails, "The same setup, run again, ends otherwise than it should");
+        for (const std::string& line : outcome.said) {
+            find(Fault::kEndFails, "  it says: " + line);
+        }
+    }
+    for (const Difference& difference : differencesOf(operations_.stateAfter(operation), machine_.state())) {
+        if (!isRecord(difference) && !isAllowed(difference)) {
+            find(Fault::kEndDiffers, "After the same setup " + difference.text());
+        }
+    }
+}
+
+// What the records say is seen when the product goes.
+void Case::judgeWhatStays(const std::vector<Difference>& differences, const RunOutcome& outcome) {
+    for (const Difference& difference : differences) {
+        const bool isOtherRecord = isRecord(difference) && !difference.found.empty();
+        if (!isOtherRecord && !isAllowed(difference) && !isNamed(difference, outcome)) {
+            find(Fault::kUnnamed, "Nobody says it: " + difference.text());
+        }
+    }
+}
+
+bool Case::isAllowed(const Difference& difference) {
+    const AllowedLoss* loss = allowedLoss(difference, judgement_.call);
+    if (loss != nullptr) {
+        judgement_.losses.insert(loss->name);
+        worsen(Verdict::kLoss);
+    }
+    return loss != nullptr;
+}
+
+// By itself, or by a directory or key that it is in.
+bool Case::isNamed(const Difference& difference, const RunOutcome& outcome) const {
+    std::string subject = nameInMessages(difference);
+    for (std::size_t end = subject.size(); end != std::string::npos && end > 0;
+         end = subject.find_last_of("/\\:")) {
+        subject.resize(end);
+        if (outcome.namesPath(subject)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Whatever is there now, an uninstallation ends it. One that fails because of what is allowed to stay has to
+// succeed once that has been taken away.
+void Case::endProduct() {
+    RunOutcome outcome{true, false, {}};
+    for (int runs = 0; runs < 2 && machine_.fakes.files.hasFile(SampleProduct::kLog); ++runs) {
+        outcome = follow(OperationKind::kUninstall);
+        if (outcome.succeeded || !removeAllowedFiles()) {
+            break;
+        }
+    }
+    const std::vector<Difference> left = differencesOf(operations_.cleanState(), machine_.state());
+    const bool isDone = std::ranges::all_of(left, [this](const auto& place) { return isAllowed(place); });
+    if (!outcome.succeeded && !isDone) {
+        find(Fault::kEndFails, "The uninstallation afterwards fails");
+        for (const std::string& line : outcome.said) {
+            find(Fault::kEndFails, "  it says: " + line);
+        }
+    }
+    for (const Difference& difference : left) {
+        if (!isAllowed(difference)) {
+            find(Fault::kEndDiffers, "After the uninstallation " + difference.text());
+        }
+    }
+}
+
+// Those of a product that is in their way. False when there are none.
+bool Case::removeAllowedFiles() {
+    bool isAnyGone = false;
+    for (const Difference& difference : differencesOf(operations_.cleanState(), machine_.state())) {
+        const std::string path = subjectOf(difference);
+        if (path.starts_with(kProduct) && isAllowed(difference)) {
+            isAnyGone = machine_.fakes.files.removeFile(path) == 0 || isAnyGone;
+        }
+    }
+    return isAnyGone;
+}
+
+Judgement Case::judgeKill() {
+    judgement_.verdict = Verdict::kRepaired;
+    if (machine_.state() == operations_.stateBefore(operation_)) {
+        judgement_.verdict = Verdict::kTakenBack;
+    }
+    if (operation_ != OperationKind::kUninstall) {
+        repeatSetup(operation_);
+    }
+    endProduct();
+    return judgement_;
+}
+
+}  // namespace
+
+Judgement judgeFault(const Operations& operations, OperationKind operation, const FaultPlan& plan) {
+    return Case(operations, operation, operations.machineBefore(operation)).judgeFault(plan);
+}
+
+Judgement judgeKill(const Operations& operations, OperationKind operation, const Machine& machine) {
+    return Case(operations, operation, machine).judgeKill();
+}
