@@ -37,7 +37,8 @@ protected:
         files_.removeFile("/package");
         files_.removeFile("/copy.log");
     }
-    // What a run would have left if it had been killed before each of its changes: about `most` of them at most.
+    // What a run would have left if it had been killed before each of its changes: about `most` of them at
+    // most.
     template <typename Run>
     Images imagesOf(Run run, std::size_t most = kMostImages) {
         Images all;
@@ -120,7 +121,8 @@ TEST_F(InterruptedRunTest, BringsTheEarlierVersionBackOrKeepsTheNewOne) {
             ++firsts;
         } else {
             // Its installation was complete; what came after that may be missing.
-            EXPECT_EQ(files_.content("/app/tool"), "tool 2") << i;
+            EXPECT_EQ(files_.content("/app/tool"), "tool 2")
+                << i << testing::PrintToString(files_.allFiles()) << testing::PrintToString(messages_);
             EXPECT_EQ(files_.content("/app/un/install.log").substr(0, 20),
                       second.at("/app/un/install.log").substr(0, 20))
                 << i;
