@@ -14,9 +14,11 @@
 #include "engine/undo_log.h"
 #include "engine/unfinished_files.h"
 #include "package/backup_file.h"
+#include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "platform/written_path.h"
+#include "support/replacing_file.h"
 #include "support/utilities.h"
 
 namespace {
@@ -157,6 +159,7 @@ Recovery::Outcome Recovery::recover(const std::string& directory, bool asks, Rep
     }
     const UnfinishedWork work = WorkNotes(backups.journal()).read();
     if (!isUnfinished(work, backups)) {
+        clearStateDirectory();
         parts_.debugLog.line("Removing what an interrupted run left in " + directory);
         dropStaleEntries(work, report);
         backups.release();
@@ -166,12 +169,22 @@ Recovery::Outcome Recovery::recover(const std::string& directory, bool asks, Rep
     if (asks && !goesOn(work) && !confirm(work, report)) {
         return Outcome::kDeclined;
     }
+    clearStateDirectory();
     if (!takeBack(work, backups, report)) {
         return giveUp(work, backups, report);
     }
     dropStaleEntries(work, report);
     backups.release();
     return Outcome::kRecovered;
+}
+
+// The sums of the product's files may have been on their way there. If another product's are just now, they
+// aren't kept, which makes its uninstallation no worse than more careful.
+void Recovery::clearStateDirectory() {
+    std::string directory;
+    if (parts_.machine.environment.stateDirectory(directory)) {
+        removeAbandonedFiles(parts_.machine.files, directory, false);
+    }
 }
 
 bool Recovery::isUnfinished(const UnfinishedWork& work, RemovalBackups& backups) {

@@ -47,6 +47,7 @@ private:
     Outcome look(const std::string& directory, const Concern& concern, bool asks, Report& report);
     void sweep(const std::string& directory);
     Outcome recover(const std::string& directory, bool asks, Report& report);
+    void clearStateDirectory();
     bool goesOn(const UnfinishedWork& work);
     bool isUnfinished(const UnfinishedWork& work, RemovalBackups& backups);
     bool confirm(const UnfinishedWork& work, Report& report);

@@ -139,6 +139,10 @@ void RemovalBackups::release() {
         }
         return;
     }
+    // It goes bit by bit: a run that finds the rest of it must not take back anything.
+    if (journal_.isOpen()) {
+        WorkNotes(journal_).stage(WorkStage::kInstalled);
+    }
     for (const UninstallBackup& backup : uninstallBackups) {
         for (const std::string& path : {backup.archivePath, backup.directoriesPath}) {
             if (!path.empty()) {

@@ -560,6 +560,7 @@ void MemoryFileSystem::watchChanges(std::function<void()> watcher) {
 }
 
 int MemoryFileSystem::begin(Operation operation, const std::string& path, const std::string& text) {
+    runActions(operation, path);
     if (watcher_ && mayChange(operation)) {
         watcher_();
     }
