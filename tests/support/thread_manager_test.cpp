@@ -300,7 +300,6 @@ TEST(ThreadManagerTest, RunsBelowNormalPriority) {
 }
 
 TEST(ThreadManagerTest, StartsDetachedWorkWithItsArgument) {
-    WinThreadManager manager({1, true});
     std::promise<int> received;
     std::promise<void> goOn;
     DetachedFunction procedure([&](void* argument) {
@@ -308,15 +307,16 @@ TEST(ThreadManagerTest, StartsDetachedWorkWithItsArgument) {
         received.set_value(*static_cast<int*>(argument));
     });
     int argument = 42;
+    WinThreadManager manager({1, true});  // ends first, since it waits for the work
     EXPECT_EQ(0, manager.startDetached(procedure, &argument));
     goOn.set_value();
     EXPECT_EQ(42, received.get_future().get());
 }
 
 TEST(ThreadManagerTest, RunsBesideDetachedWork) {
-    WinThreadManager manager({1, true});
     std::promise<void> goOn;
     DetachedFunction detached([&](void*) { goOn.get_future().wait(); });
+    WinThreadManager manager({1, true});  // ends first, since it waits for the work
     ASSERT_EQ(0, manager.startDetached(detached, nullptr));
     Function quiet([](SharedRunState&, ThreadState&, int, int) {});
     EXPECT_EQ(0, manager.runThreads(2, quiet));
