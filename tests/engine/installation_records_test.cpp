@@ -81,10 +81,7 @@ TEST_F(InstallationRecordsTest, ForgetsTheSumsOfAnEarlierInstallationThatItCanno
 // With the mark of an installation at work.
 class MarkedRecordsTest : public InstallationTest {
 protected:
-    MarkedRecordsTest() {
-        files_.addDirectory("/app");
-        describe(kUninstall);
-    }
+    MarkedRecordsTest() { files_.addDirectory("/app"); }
 
     UnfinishedWork later() {
         RemovalJournal journal(files_, machine_.environment);
@@ -101,6 +98,7 @@ protected:
 };
 
 TEST_F(MarkedRecordsTest, LieBesideTheMarkUntilTheyArePublished) {
+    describe(kUninstall);
     ASSERT_TRUE(records_.open());
     const std::string directory = backups_.journal().directory();
     EXPECT_TRUE(files_.hasFile(directory + "/orinstall1"));
@@ -120,6 +118,7 @@ TEST_F(MarkedRecordsTest, LieBesideTheMarkUntilTheyArePublished) {
 }
 
 TEST_F(MarkedRecordsTest, SayThatTheyContinueEarlierOnes) {
+    describe(kUninstall);
     files_.addFile("/app/install.log", "/app/product.xml\r\n\r\nNUMVARS\t0\r\n");
     ASSERT_TRUE(records_.open() && records_.begin());
     EXPECT_TRUE(later().places.continuesEarlier);
@@ -138,6 +137,7 @@ TEST_F(MarkedRecordsTest, FollowTheFinalNames) {
 }
 
 TEST_F(MarkedRecordsTest, StayWithTheMarkWhenTheyCannotBePublished) {
+    describe(kUninstall);
     ASSERT_TRUE(records_.open() && records_.begin());
     files_.setReadOnly("/app");
     EXPECT_FALSE(records_.publish());
@@ -147,6 +147,7 @@ TEST_F(MarkedRecordsTest, StayWithTheMarkWhenTheyCannotBePublished) {
 }
 
 TEST_F(MarkedRecordsTest, AreNotBegunWhenTheMarkCannotBeWritten) {
+    describe(kUninstall);
     ASSERT_TRUE(records_.open());
     files_.failFrom(Operation::kFlush, backups_.journal().directory() + "/journal", 1);
     EXPECT_FALSE(records_.begin());
@@ -155,6 +156,7 @@ TEST_F(MarkedRecordsTest, AreNotBegunWhenTheMarkCannotBeWritten) {
 }
 
 TEST_F(MarkedRecordsTest, AreNotOpenedWithoutTheMark) {
+    describe(kUninstall);
     files_.setReadOnly("/var");
     EXPECT_FALSE(records_.open());
     EXPECT_TRUE(files_.allFiles().empty());
