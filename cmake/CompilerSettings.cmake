@@ -2,7 +2,7 @@
 if(NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
   find_program(CCACHE ccache)
   if(CCACHE)
-    # The second setting is what it needs for precompiled headers.
+    # Without this it compiles everything anew that uses a precompiled header.
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
   endif()
 endif()
