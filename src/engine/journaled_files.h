@@ -44,6 +44,7 @@ public:
         return files_.resolveFile(path, outPath);
     }
     int takeDirectoryRights(std::string_view path) override;
+    std::string rightsOf(std::string_view path) override { return files_.rightsOf(path); }
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;

@@ -195,15 +195,13 @@ std::optional<std::string> RemovalJournal::noteOf(std::string_view name) const {
 }
 
 int RemovalJournal::noteArchived(const std::vector<std::string>& paths) {
+    std::unordered_map<std::string, std::uint32_t> keptRights;
     std::vector<RemovalRecord> records;
     for (const std::string& path : paths) {
         RemovalRecord record;
         record.step = RemovalStep::kArchived;
         record.path = path;
-        record.kept = nextKept();
-        PFileStream placeholder(files_);
-        if (files_.kindOf(path) == PathKind::kFile &&
-            placeholder.createNew(keptPath(record.kept), true) == 0 && placeholder.takeRightsOf(path) == 0) {
+        if (keepRightsOnce(path, keptRights, record.kept)) {
             records.push_back(std::move(record));
         }
     }
@@ -214,6 +212,26 @@ int RemovalJournal::noteArchived(const std::vector<std::string>& paths) {
         }
     }
     return status;
+}
+
+// Most files of a product have the same rights. One empty file for all of them saves thousands that would
+// have to be created and removed.
+bool RemovalJournal::keepRightsOnce(const std::string& path,
+                                    std::unordered_map<std::string, std::uint32_t>& keptRights,
+                                    std::uint32_t& outKept) {
+    const std::string rights = files_.rightsOf(path);
+    if (const auto found = keptRights.find(rights); found != keptRights.end()) {
+        outKept = found->second;
+        return true;
+    }
+    outKept = nextKept();
+    PFileStream placeholder(files_);
+    const bool isKept = !rights.empty() && placeholder.createNew(keptPath(outKept), true) == 0 &&
+                        placeholder.takeRightsOf(path) == 0;
+    if (isKept) {
+        keptRights.emplace(rights, outKept);
+    }
+    return isKept;
 }
 
 bool RemovalJournal::isArchived(std::string_view path) const {

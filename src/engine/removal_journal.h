@@ -100,6 +100,8 @@ public:
 
 private:
     int makeStateDirectory();
+    bool keepRightsOnce(const std::string& path, std::unordered_map<std::string, std::uint32_t>& keptRights,
+                        std::uint32_t& outKept);
     bool isUnfinished(const std::string& directory);
     int write(std::string_view frames, Durability durability);
     void adopt(const RemovalRecord& record);

@@ -144,6 +144,10 @@ public:
     // directory can read it. Linux: nothing, a private file stays so.
     virtual int takeDirectoryRights(std::string_view path) = 0;
 
+    // All that File::takeRightsOf takes from a plain file, in a form that only this system knows: where it is
+    // the same, so are the rights. Empty where takeRightsOf would fail.
+    virtual std::string rightsOf(std::string_view path) = 0;
+
     virtual int removeFile(std::string_view path) = 0;
     // A rename on one volume; fails when `to` exists and across volumes.
     virtual int moveFile(std::string_view from, std::string_view to) = 0;

@@ -185,6 +185,34 @@ TEST_F(RemovalJournalTest, KeepsTheRightsOfArchivedFilesWithOneFlush) {
     }
 }
 
+TEST_F(RemovalJournalTest, KeepsEqualRightsOfArchivedFilesOnce) {
+    ASSERT_EQ(journal_.open(), 0);
+    for (const char* const path : {"/app/a", "/app/tool", "/app/b", "/app/tool2"}) {
+        files_.addFile(path, "");
+    }
+    files_.makeExecutable("/app/tool");
+    files_.makeExecutable("/app/tool2");
+    files_.clearOperations();
+    EXPECT_EQ(journal_.noteArchived({"/app/a", "/app/tool", "/app/b", "/app/tool2"}), 0);
+    EXPECT_EQ(files_.count(Operation::kCopyRights), 2);
+    EXPECT_EQ(journal_.rightsOf("/app/a"), journal_.rightsOf("/app/b"));
+    EXPECT_EQ(journal_.rightsOf("/app/tool"), journal_.rightsOf("/app/tool2"));
+    EXPECT_TRUE(files_.isExecutable(journal_.rightsOf("/app/tool2")));
+    EXPECT_FALSE(files_.isExecutable(journal_.rightsOf("/app/b")));
+}
+
+// A file with equal rights may not get those of one whose rights are lost.
+TEST_F(RemovalJournalTest, KeepsEqualRightsWithTheNextFileAfterAFailure) {
+    ASSERT_EQ(journal_.open(), 0);
+    files_.addFile("/app/a", "");
+    files_.addFile("/app/b", "");
+    files_.failFrom(Operation::kCopyRights, journal_.directory() + "/1", 1);
+    EXPECT_EQ(journal_.noteArchived({"/app/a", "/app/b"}), 0);
+    EXPECT_FALSE(journal_.isArchived("/app/a"));
+    EXPECT_TRUE(journal_.isArchived("/app/b"));
+    EXPECT_EQ(journal_.rightsOf("/app/b"), journal_.directory() + "/2");
+}
+
 TEST_F(RemovalJournalTest, KnowsNoArchivedFilesWhoseRecordsCouldNotBeWritten) {
     ASSERT_EQ(journal_.open(), 0);
     files_.addFile("/app/tool", "code");

@@ -1005,6 +1005,18 @@ int MemoryFileSystem::takeDirectoryRights(std::string_view path) {
     return readOnlyStatus(name);
 }
 
+std::string MemoryFileSystem::rightsOf(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    const std::string name = resolved(path);
+    const NodePtr node = find(name);
+    if (node == nullptr || node->kind != kFile || readOnlyStatus(name) != kOk) {
+        return "";
+    }
+    const Node::Body& body = *node->body;
+    return std::string(body.isMasked ? "masked " : "made ") + (body.isPrivate ? "private " : "public ") +
+           (body.executable ? "program" : "plain");
+}
+
 bool MemoryFileSystem::temporaryDirectory(std::string& outPath) {
     const std::lock_guard lock(mutex_);
     outPath = temporaryDirectory_;

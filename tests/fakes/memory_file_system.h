@@ -141,6 +141,7 @@ public:
     std::int64_t fileSize(std::string_view path) override;
     int resolveFile(std::string_view path, std::string& outPath) override;
     int takeDirectoryRights(std::string_view path) override;
+    std::string rightsOf(std::string_view path) override;
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;

@@ -240,6 +240,18 @@ TEST_F(MemoryFileSystemTest, GivesRightsToOpenFiles) {
     EXPECT_EQ(7, file_->takeRightsOf("/from"));
 }
 
+TEST_F(MemoryFileSystemTest, KnowsEqualRights) {
+    files_.addFile("/a", "a");
+    files_.addFile("/b", "b");
+    files_.addLink("/link", "/a");
+    EXPECT_NE("", files_.rightsOf("/a"));
+    EXPECT_EQ(files_.rightsOf("/b"), files_.rightsOf("/a"));
+    EXPECT_EQ(0, files_.makeExecutable("/b"));
+    EXPECT_NE(files_.rightsOf("/b"), files_.rightsOf("/a"));
+    EXPECT_EQ("", files_.rightsOf("/link"));
+    EXPECT_EQ("", files_.rightsOf("/none"));
+}
+
 TEST_F(MemoryFileSystemTest, KnowsEachKind) {
     using platform::PathKind;
     files_.addFile("/d/f", "");

@@ -28,6 +28,7 @@ public:
         return look().findVolume(path, outVolume);
     }
     int takeDirectoryRights(std::string_view path) override;
+    std::string rightsOf(std::string_view path) override { return look().rightsOf(path); }
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;

@@ -360,6 +360,19 @@ TEST_F(FileSystemTest, AnOpenFileTakesTheRightsOfAnother) {
     EXPECT_EQ(readTestFile(path("to")), "b");
 }
 
+TEST_F(FileSystemTest, KnowsEqualRights) {
+    writeTestFile(path("from"), "a");
+    const auto file = openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate);
+    ASSERT_NE(file, nullptr);
+    ASSERT_EQ(file->takeRightsOf(path("from")), 0);
+    ASSERT_EQ(file->close(), 0);
+    const std::string rights = files_.rightsOf(path("from"));
+    EXPECT_NE(rights, "");
+    EXPECT_EQ(files_.rightsOf(path("to")), rights);
+    EXPECT_EQ(files_.rightsOf(path("none")), "");
+    EXPECT_EQ(files_.rightsOf(directory_.path()), "");
+}
+
 TEST_F(FileSystemTest, AnOpenFileTakesEachKindOfRights) {
     for (const platform::FileRights rights :
          {platform::FileRights::kPlain, platform::FileRights::kProgram, platform::FileRights::kPrivate}) {

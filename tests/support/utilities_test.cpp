@@ -203,6 +203,7 @@ public:
     std::int64_t fileSize(std::string_view) override { return size_; }
     int resolveFile(std::string_view, std::string&) override { return 1; }
     int takeDirectoryRights(std::string_view) override { return 1; }
+    std::string rightsOf(std::string_view) override { return {}; }
     int removeFile(std::string_view) override { return 1; }
     int moveFile(std::string_view, std::string_view) override { return 1; }
     int replaceFile(std::string_view, std::string_view) override { return 1; }

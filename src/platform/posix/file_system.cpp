@@ -176,6 +176,7 @@ public:
     std::int64_t fileSize(std::string_view path) override;
     int resolveFile(std::string_view path, std::string& outPath) override;
     int takeDirectoryRights(std::string_view path) override { return exists(path) ? 0 : ENOENT; }
+    std::string rightsOf(std::string_view path) override { return rightsOfFile(path); }
     int removeFile(std::string_view path) override;
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;

@@ -49,18 +49,45 @@ int copyOwnerAndMode(const struct stat& wanted, int descriptor) {
     return errorOf(fchmod(descriptor, wanted.st_mode & 07777));
 }
 
-// Without the list the mode's group bits, which bound it, would be rights of the group.
-int copyAccessList(const Descriptor& from, int descriptor) {
+// `outList` is empty where a file has none.
+int readAccessList(const Descriptor& from, std::string& outList) {
     const std::string path = pathOf(from);
+    outList.clear();
     const ssize_t size = getxattr(path.c_str(), kAccessList, nullptr, 0);
     if (size < 0) {
         return errno == ENODATA || errno == EOPNOTSUPP || errno == ENOENT ? 0 : errno;
     }
-    std::string list(static_cast<std::size_t>(size), '\0');
-    const ssize_t got = getxattr(path.c_str(), kAccessList, list.data(), list.size());
-    return got < 0
-               ? errno
-               : errorOf(fsetxattr(descriptor, kAccessList, list.data(), static_cast<std::size_t>(got), 0));
+    outList.resize(static_cast<std::size_t>(size));
+    const ssize_t got = getxattr(path.c_str(), kAccessList, outList.data(), outList.size());
+    outList.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
+    return got < 0 ? errno : 0;
+}
+
+// Without the list the mode's group bits, which bound it, would be rights of the group.
+int copyAccessList(const Descriptor& from, int descriptor) {
+    std::string list;
+    const int status = readAccessList(from, list);
+    return status != 0 || list.empty()
+               ? status
+               : errorOf(fsetxattr(descriptor, kAccessList, list.data(), list.size(), 0));
+}
+
+// Only names the file, also one that can't be read.
+Descriptor openToName(std::string_view path) {
+    return Descriptor(
+        retryInterrupted([&] { return ::open(nativePath(path).c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+}
+
+// 0 for a plain file that this user may replace.
+int statusOfRightsSource(const Descriptor& source, struct stat& outStatus) {
+    if (!source.isOpen() || fstat(source.get(), &outStatus) != 0) {
+        return errno;
+    }
+    if (!S_ISREG(outStatus.st_mode)) {
+        return S_ISLNK(outStatus.st_mode) ? ELOOP : S_ISDIR(outStatus.st_mode) ? EISDIR : ENXIO;
+    }
+    const bool isRefused = faccessat(AT_FDCWD, pathOf(source).c_str(), W_OK, AT_EACCESS) != 0;
+    return isRefused && errno != ENOENT ? errno : 0;
 }
 
 }  // namespace
@@ -128,20 +155,22 @@ int PosixFile::setRights(FileRights rights) {
 }
 
 int PosixFile::takeRightsOf(std::string_view path) {
-    const Descriptor source(
-        retryInterrupted([&] { return ::open(nativePath(path).c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+    const Descriptor source = openToName(path);
     struct stat wanted {};
-    if (!source.isOpen() || fstat(source.get(), &wanted) != 0) {
-        return errno;
-    }
-    if (!S_ISREG(wanted.st_mode)) {
-        return S_ISLNK(wanted.st_mode) ? ELOOP : S_ISDIR(wanted.st_mode) ? EISDIR : ENXIO;
-    }
-    if (faccessat(AT_FDCWD, pathOf(source).c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT) {
-        return errno;
-    }
-    const int status = copyOwnerAndMode(wanted, descriptor_.get());
+    int status = statusOfRightsSource(source, wanted);
+    status = status != 0 ? status : copyOwnerAndMode(wanted, descriptor_.get());
     return status != 0 ? status : copyAccessList(source, descriptor_.get());
+}
+
+std::string rightsOfFile(std::string_view path) {
+    const Descriptor source = openToName(path);
+    struct stat status {};
+    std::string list;
+    if (statusOfRightsSource(source, status) != 0 || readAccessList(source, list) != 0) {
+        return "";
+    }
+    return std::to_string(status.st_uid) + ' ' + std::to_string(status.st_gid) + ' ' +
+           std::to_string(status.st_mode & 07777) + ' ' + list;
 }
 
 int PosixFile::makeExecutable() {

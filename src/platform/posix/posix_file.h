@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "platform/file_system.h"
 #include "platform/posix/system_calls.h"
 
@@ -24,5 +27,8 @@ public:
 private:
     Descriptor descriptor_;
 };
+
+// As FileSystem::rightsOf.
+std::string rightsOfFile(std::string_view path);
 
 }  // namespace platform

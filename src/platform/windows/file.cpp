@@ -36,23 +36,35 @@ int attributesOf(HANDLE source, DWORD& outAttributes) {
                : 0;
 }
 
-// The access list, unchanged.
-int copyAccessList(HANDLE from, HANDLE to) {
+// A descriptor with the access list alone.
+int readAccessList(HANDLE from, std::vector<unsigned char>& outDescriptor) {
     DWORD size = 0;
     GetKernelObjectSecurity(from, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<unsigned char> descriptor(size);
-    if (GetKernelObjectSecurity(from, DACL_SECURITY_INFORMATION, descriptor.data(), size, &size) == 0) {
-        return failureNumber();
-    }
-    return statusOf(SetKernelObjectSecurity(to, DACL_SECURITY_INFORMATION, descriptor.data()));
+    outDescriptor.resize(size);
+    return statusOf(
+        GetKernelObjectSecurity(from, DACL_SECURITY_INFORMATION, outDescriptor.data(), size, &size));
 }
 
+// The access list, unchanged.
+int copyAccessList(HANDLE from, HANDLE to) {
+    std::vector<unsigned char> descriptor;
+    const int status = readAccessList(from, descriptor);
+    return status != 0 ? status
+                       : statusOf(SetKernelObjectSecurity(to, DACL_SECURITY_INFORMATION, descriptor.data()));
+}
+
+constexpr DWORD kSettable = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                            FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+
 int setAttributes(HANDLE file, DWORD attributes) {
-    constexpr DWORD kSettable = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
-                                FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
     FILE_BASIC_INFO info{};  // times of 0 stay as they are
     info.FileAttributes = (attributes & kSettable) != 0 ? attributes & kSettable : FILE_ATTRIBUTE_NORMAL;
     return statusOf(SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof(info)));
+}
+
+HANDLE openRightsSource(std::string_view path) {
+    return CreateFileW(systemPath(path).c_str(), READ_CONTROL | FILE_READ_ATTRIBUTES, kShareAll, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
 }
 
 }  // namespace
@@ -101,9 +113,7 @@ int WindowsFile::setRights(FileRights) {
 }
 
 int WindowsFile::takeRightsOf(std::string_view path) {
-    const Handle source(CreateFileW(systemPath(path).c_str(), READ_CONTROL | FILE_READ_ATTRIBUTES, kShareAll,
-                                    nullptr, OPEN_EXISTING,
-                                    FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const Handle source(openRightsSource(path));
     if (!source) {
         return failureNumber();
     }
@@ -113,6 +123,17 @@ int WindowsFile::takeRightsOf(std::string_view path) {
         status = copyAccessList(source.get(), handle_.get());
     }
     return status != 0 ? status : setAttributes(handle_.get(), attributes);
+}
+
+std::string rightsOfFile(std::string_view path) {
+    const Handle source(openRightsSource(path));
+    DWORD attributes = 0;
+    std::vector<unsigned char> descriptor;
+    if (!source || attributesOf(source.get(), attributes) != 0 ||
+        readAccessList(source.get(), descriptor) != 0) {
+        return "";
+    }
+    return std::to_string(attributes & kSettable).append(1, ' ').append(descriptor.begin(), descriptor.end());
 }
 
 // A name makes a program here.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "platform/file_system.h"
 #include "platform/windows/wide_text.h"
 
@@ -23,5 +26,8 @@ public:
 private:
     Handle handle_;
 };
+
+// As FileSystem::rightsOf.
+std::string rightsOfFile(std::string_view path);
 
 }  // namespace platform

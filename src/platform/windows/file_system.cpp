@@ -301,6 +301,10 @@ public:
         return namesDevice(wide) ? kRefusedName : inheritAccessList(wide);
     }
 
+    std::string rightsOf(std::string_view path) override {
+        return namesDevice(systemPath(path)) ? "" : rightsOfFile(path);
+    }
+
     int removeFile(std::string_view path) override { return onPath(path, DeleteFileW); }
 
     int moveFile(std::string_view from, std::string_view to) override {

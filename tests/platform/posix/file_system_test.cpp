@@ -220,6 +220,7 @@ TEST_F(PosixFileSystemTest, AnOpenFileTakesModeAndOwner) {
         ASSERT_EQ(stat(path("to").c_str(), &status), 0);
         EXPECT_EQ(status.st_mode & 07777, mode);
         EXPECT_EQ(status.st_uid, isRoot ? 12345 : geteuid());
+        EXPECT_EQ(files_.rightsOf(path("to")), files_.rightsOf(path("from")));
         EXPECT_EQ(unlink(path("to").c_str()), 0);
     }
 }
@@ -233,6 +234,22 @@ TEST_F(PosixFileSystemTest, AnOpenFileTakesNoRightsThroughALinkOrFromADevice) {
     EXPECT_EQ(file->takeRightsOf(path("pipe")), ENXIO);
     EXPECT_EQ(file->takeRightsOf("/dev/null"), ENXIO);
     EXPECT_EQ(modeOf(path("to")), 0600U);
+}
+
+TEST_F(PosixFileSystemTest, EachDifferenceOfTheRightsCounts) {
+    writeTestFile(path("a"), "");
+    ASSERT_EQ(chmod(path("a").c_str(), 0644), 0);
+    std::set<std::string> seen{files_.rightsOf(path("a"))};
+    ASSERT_EQ(chmod(path("a").c_str(), 0645), 0);
+    EXPECT_TRUE(seen.insert(files_.rightsOf(path("a"))).second);
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(path("a").c_str(), 12345, 0), 0);
+        EXPECT_TRUE(seen.insert(files_.rightsOf(path("a"))).second);
+        ASSERT_EQ(chown(path("a").c_str(), 12345, 23456), 0);
+        EXPECT_TRUE(seen.insert(files_.rightsOf(path("a"))).second);
+    }
+    ASSERT_EQ(symlink("a", path("link").c_str()), 0);
+    EXPECT_EQ(files_.rightsOf(path("link")), "");
 }
 
 TEST_F(PosixFileSystemTest, RightsDoNotDependOnTheMask) {

@@ -205,9 +205,12 @@ TEST_F(WindowsFileSystem, AnOpenFileTakesTheAttributesOfAFileThatCanBeWrittenTo)
     ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_HIDDEN), 0);
     EXPECT_EQ(file_->takeRightsOf(from), 0);
     EXPECT_EQ(GetFileAttributesA(to.c_str()) & FILE_ATTRIBUTE_HIDDEN, DWORD{FILE_ATTRIBUTE_HIDDEN});
+    const std::string hidden = systemFileSystem().rightsOf(from);
     ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_READONLY), 0);
     EXPECT_EQ(file_->takeRightsOf(from), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(systemFileSystem().rightsOf(from), "");
     ASSERT_NE(SetFileAttributesA(from.c_str(), FILE_ATTRIBUTE_NORMAL), 0);
+    EXPECT_NE(systemFileSystem().rightsOf(from), hidden);
 }
 
 // A file with this name was listed as "..\\victim" once.
