@@ -1,30 +1,46 @@
 // Runs single operations of the engine, for bench/run:
 //
-//   engine_bench backup LOG ARCHIVE DIRECTORIES   saves the files that an action log names, as an upgrade
-//   does
-//                                                 before it removes them
-//   engine_bench restore ARCHIVE                  brings them back; their directories exist
+//   engine_bench backup LOG ARCHIVE DIRECTORIES   saves the files that an action log names, and their rights,
+//   as
+//                                                 an upgrade does before it removes them; leaves a journal in
+//                                                 the state directory
+//   engine_bench restore ARCHIVE                  brings them back, with their rights; their directories and
+//   the
+//                                                 journal exist
 
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/backup_restore.h"
 #include "engine/installed_files_backup.h"
+#include "engine/removal_journal.h"
 #include "engine/report.h"
+#include "platform/environment.h"
 #include "platform/file_system.h"
 
 namespace {
 
 bool backUp(const std::string& log, const UninstallBackup& paths) {
+    platform::FileSystem& files = platform::systemFileSystem();
     Report silent(nullptr, nullptr);
     const auto noName = [] { return std::optional<std::string>(); };
-    return InstalledFilesBackup(platform::systemFileSystem(), noName, silent, DebugLog()).make(log, paths);
+    RemovalJournal journal(files, platform::systemEnvironment());
+    InstalledFilesBackup backup(files, noName, silent, DebugLog());
+    return journal.open() == 0 && backup.make(log, paths) &&
+           journal.noteArchived(backup.archivedFiles()) == 0;
 }
 
 bool restore(const std::string& archive) {
+    platform::FileSystem& files = platform::systemFileSystem();
     Report silent(nullptr, nullptr);
-    return restoreBackupFile(archive, platform::systemFileSystem(), silent) == RestoreResult::kDone;
+    RemovalJournal journal(files, platform::systemEnvironment());
+    const std::vector<std::string> journals = journal.directoriesOnDisk();
+    RestoreQuestions questions;
+    questions.rightsOf = [&](std::string_view path) { return journal.rightsOf(path); };
+    return journals.size() == 1 && journal.resume(journals.front()) == 0 &&
+           restoreBackupFile(archive, files, silent, questions) == RestoreResult::kDone;
 }
 
 }  // namespace
