@@ -1,9 +1,11 @@
 #include "engine/journaled_files.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "base/path_functions.h"
+#include "engine/emptied_directories.h"
 #include "platform/environment.h"
 #include "platform/path_identity.h"
 #include "support/file_copy.h"
@@ -633,18 +635,52 @@ int JournaledFileSystem::removeDirectoryEntry(const std::string& path, Entry& en
         }
         return status;
     }
-    RemovalRecord record;
-    record.step = RemovalStep::kRemoveDirectory;
-    record.path = path;
-    record.kept = journal_.nextKept();
-    int status = journal_.append(record, Durability::kFlushed);
+    Announced announced;
+    int status = announceDirectory(path, announced);
     if (status != 0) {
         return status;
     }
-    status = entry.takeDirectoryAway(journal_.keptPath(record.kept));
+    status = entry.takeDirectoryAway(journal_.keptPath(announced.kept));
     status = status != 0 ? entry.removeDirectory() : 0;  // it may lie on another volume
     if (status != 0) {
-        journal_.settle(record.number);
+        journal_.settle(announced.record);
+    }
+    return status;
+}
+
+// Who removes one directory of a product removes the others, so the records of all that its files have left
+// empty are written at once: a flush for each would take most of the time. The record of one that stays does
+// no harm.
+int JournaledFileSystem::announceDirectory(const std::string& path, Announced& outAnnounced) {
+    const std::string identity = pathIdentity(path);
+    if (!announcedDirectories_.contains(identity)) {
+        std::vector<std::string> paths = emptiedDirectories(files_, journal_.takeArchived());
+        std::erase_if(paths, [&](const std::string& one) { return isOurs(one); });
+        if (std::ranges::find(paths, identity, pathIdentity) == paths.end()) {
+            paths.push_back(path);
+        }
+        if (const int status = announceDirectories(paths); status != 0) {
+            return status;
+        }
+    }
+    outAnnounced = announcedDirectories_.extract(identity).mapped();
+    return 0;
+}
+
+int JournaledFileSystem::announceDirectories(const std::vector<std::string>& paths) {
+    std::vector<RemovalRecord> records;
+    for (const std::string& path : paths) {
+        RemovalRecord record;
+        record.step = RemovalStep::kRemoveDirectory;
+        record.path = path;
+        record.kept = journal_.nextKept();
+        records.push_back(std::move(record));
+    }
+    const int status = journal_.append(records, Durability::kFlushed);
+    for (const RemovalRecord& record : records) {
+        if (status == 0) {
+            announcedDirectories_[pathIdentity(record.path)] = {record.number, record.kept};
+        }
     }
     return status;
 }

@@ -99,6 +99,8 @@ private:
     int removeEntry(const std::string& path, Entry& entry, const Announced* announced = nullptr);
     int keepEntry(const std::string& path, Entry& entry, const Announced& announced);
     int removeDirectoryEntry(const std::string& path, Entry& entry);
+    int announceDirectory(const std::string& path, Announced& outAnnounced);
+    int announceDirectories(const std::vector<std::string>& paths);
     bool goesWithJournal(const std::string& path);
     int announceRemoval(const std::string& path, Announced& outAnnounced);
     int copyToKept(const std::string& path, Entry& entry, std::uint32_t kept);
@@ -127,7 +129,8 @@ private:
     platform::FileSystem& files_;
     platform::Environment& environment_;
     RemovalJournal& journal_;
-    std::unordered_map<std::string, Own> own_;  // by the identity of the path
+    std::unordered_map<std::string, Own> own_;                         // by the identity of the path
+    std::unordered_map<std::string, Announced> announcedDirectories_;  // by the identity of the path
     // The link that was taken away last to make room for a file.
     Announced displaced_;
     std::string displacedPath_;

@@ -209,6 +209,7 @@ int RemovalJournal::noteArchived(const std::vector<std::string>& paths) {
     for (const RemovalRecord& record : records) {
         if (status == 0) {
             adopt(record);
+            newlyArchived_.push_back(record.path);
         }
     }
     return status;
@@ -324,6 +325,7 @@ int RemovalJournal::discard() {
     directory_.clear();
     notes_.clear();
     archived_.clear();
+    newlyArchived_.clear();
     lastRecord_ = lastKept_ = 0;
     removeStateDirectory();
     return 0;

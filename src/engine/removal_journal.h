@@ -69,6 +69,8 @@ public:
     // only their rights. In one go for all of them, because a flush for each would take long. What is no
     // plain file, or one whose rights can't be kept, is left out and will be kept whole.
     int noteArchived(const std::vector<std::string>& paths);
+    // Those of them that were noted since the last call, as they were given.
+    std::vector<std::string> takeArchived() { return std::exchange(newlyArchived_, {}); }
     // In any spelling.
     bool isArchived(std::string_view path) const;
     // The path of an empty file with the rights of the archived one; empty when there is none.
@@ -119,5 +121,6 @@ private:
     std::uint32_t lastRecord_ = 0;
     std::uint32_t lastKept_ = 0;
     std::map<std::string, std::string, std::less<>> notes_;
+    std::vector<std::string> newlyArchived_;
     std::unordered_map<std::string, std::uint32_t> archived_;  // kept numbers, by the identity of the path
 };

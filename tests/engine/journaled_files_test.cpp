@@ -201,6 +201,56 @@ TEST_F(JournaledFilesTest, LeavesWhatSomebodyPutInThePlaceOfAnArchivedFile) {
     EXPECT_EQ(scene_.files.content("/app/file"), "somebody's");
 }
 
+TEST_F(JournaledFilesTest, WritesTheRecordsOfTheDirectoriesOfAProductWithOneFlush) {
+    std::vector<std::string> paths;
+    for (int i = 0; i < 50; ++i) {
+        paths.push_back("/app/data/" + std::to_string(i) + "/file");
+        scene_.files.addFile(paths.back(), "x");
+    }
+    scene_.files.addFile("/app/data/7/somebody's", "x");
+    ASSERT_EQ(scene_.journal.noteArchived(paths), 0);
+    for (const std::string& path : paths) {
+        EXPECT_EQ(files_.removeFile(path), 0);
+    }
+    const RemovalScene::State before = scene_.state();
+    scene_.files.clearOperations();
+    for (const std::string& path : paths) {
+        const std::string directory = path.substr(0, path.rfind('/'));
+        EXPECT_EQ(files_.removeDirectory(directory) == 0, directory != "/app/data/7");
+    }
+    EXPECT_EQ(scene_.files.count(Operation::kFlush), 1);
+    expectRecordBefore("takeAway /app/data/0");
+    EXPECT_TRUE(scene_.playBack());
+    EXPECT_EQ(scene_.state(), before);
+}
+
+// What is announced counts for one removal.
+TEST_F(JournaledFilesTest, WritesANewRecordForADirectoryThatCameAgain) {
+    scene_.files.addFile("/app/a/file", "x");
+    scene_.files.addFile("/app/b/file", "x");
+    ASSERT_EQ(scene_.journal.noteArchived({"/app/a/file", "/app/b/file"}), 0);
+    EXPECT_EQ(files_.removeFile("/app/a/file"), 0);
+    EXPECT_EQ(files_.removeFile("/app/b/file"), 0);
+    EXPECT_EQ(files_.removeDirectory("/app/a"), 0);
+    scene_.files.addDirectory("/app/a");
+    scene_.files.clearOperations();
+    EXPECT_EQ(files_.removeDirectory("/app/b"), 0);
+    EXPECT_EQ(scene_.files.count(Operation::kFlush), 0);
+    EXPECT_EQ(files_.removeDirectory("/app/a"), 0);
+    EXPECT_EQ(scene_.files.count(Operation::kFlush), 1);
+    expectRecordBefore("takeAway /app/a");
+}
+
+TEST_F(JournaledFilesTest, RemovesNoDirectoryOfAProductThatItCannotWriteDown) {
+    scene_.files.addFile("/app/a/file", "x");
+    ASSERT_EQ(scene_.journal.noteArchived({"/app/a/file"}), 0);
+    EXPECT_EQ(files_.removeFile("/app/a/file"), 0);
+    scene_.files.failAt(Operation::kFlush, "", 1, 28);
+    EXPECT_EQ(files_.removeDirectory("/app/a"), 28);
+    EXPECT_TRUE(scene_.files.hasDirectory("/app/a"));
+    EXPECT_EQ(files_.removeDirectory("/app/a"), 0);
+}
+
 TEST_F(JournaledFilesTest, WritesTheRecordsOfADirectoryWithOneFlush) {
     for (int i = 0; i < 100; ++i) {
         scene_.files.addFile("/app/logs/" + std::to_string(i) + ".log", "x");
