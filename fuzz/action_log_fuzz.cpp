@@ -1,5 +1,5 @@
-// Reads anything as an action log: the description's path, the variables, a look-up, and a rewrite, which
-// must leave a log that reads back.
+// Reads anything as an action log: the description's path, the variables, a look-up, the records with what
+// was there before them, and a rewrite, which must leave a log that reads back.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +10,7 @@
 #include "engine/action_log_format.h"
 #include "engine/action_log_reader.h"
 #include "engine/action_log_rewriter.h"
+#include "engine/record_reader.h"
 #include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
 #include "support/p_console.h"
@@ -29,6 +30,22 @@ bool readVariables(PMemStream& stream, PConsole& silent) {
     } catch (const InstallerError&) {
         return false;
     }
+}
+
+// Each record once, in order, and from a line BEFORE only its field.
+void readRecords(PMemStream& stream, std::string_view log) {
+    RecordReader records(stream, 0);
+    std::size_t at = 0;
+    while (records.next()) {
+        require(records.line().find('\n') == std::string_view::npos);
+        require(records.line().size() < ActionLogFormat::kRecordLineBuffer);
+        require(records.former().empty() || records.former().front() != ActionLogFormat::kSeparator);
+        at = log.find(records.line(), at);
+        require(at != std::string_view::npos);
+        at += records.line().size();
+    }
+    require(!records.hasFailed());
+    require(!records.isTorn() || !log.ends_with('\n'));
 }
 
 // False for a log that is rejected.
@@ -54,8 +71,11 @@ bool accepts(std::string_view input) {
     PMemStream stream(input.data(), static_cast<std::int64_t>(input.size()));
     const auto path = ActionLogReader(&stream, silent).readDescriptionPath();
     require(path.value_or("").size() < ActionLogFormat::kFirstLineBuffer);
+    const auto archive = ActionLogReader(&stream, silent).readArchivePath();
+    require(archive.value_or("").size() < ActionLogFormat::kBackupLineBuffer);
     const bool isWhole = readVariables(stream, silent);
     ActionLogReader(&stream, silent).findVariable("STDROOT");
+    readRecords(stream, input);
     const bool isRewritten = rewrite(std::string(input), silent);
     return isWhole && isRewritten && !path.value_or("").empty();
 }
