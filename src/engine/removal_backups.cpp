@@ -159,7 +159,8 @@ void RemovalBackups::release() {
     }
     machine_.reset();
     if (journal_.isOpen()) {
+        // First, so that a run that is killed in between leaves a journal to be found by.
+        ProductState(real_.files, real_.environment).leaveLevels(journal_.levels());
         journal_.discard();
-        ProductState(real_.files, real_.environment).leaveLevels(journal_.levelsLeft());
     }
 }

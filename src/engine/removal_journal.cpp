@@ -335,12 +335,10 @@ bool RemovalJournal::removeContent() {
 
 // Others may have put something there meanwhile: the system removes only what is empty.
 void RemovalJournal::removeStateDirectory() {
-    levelsLeft_ = static_cast<std::int32_t>(madeLevels_.size());
     for (const std::string& level : madeLevels_) {
         if (files_.removeDirectory(level) != 0) {
             break;
         }
-        --levelsLeft_;
     }
     madeLevels_.clear();
 }
