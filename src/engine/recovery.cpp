@@ -244,6 +244,7 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
     if (!isFile(files, log)) {
         return Undo::kDone;
     }
+    backups.takeLevelsOf(places.log);
     if (goesOn(work)) {
         removeUnfinishedFiles(files, log, UnfinishedChange::kLast);
         return keepOnRecord(work, log, report) ? Undo::kRecorded : Undo::kImpossible;

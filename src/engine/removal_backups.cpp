@@ -132,6 +132,12 @@ std::vector<std::string> RemovalBackups::places() const {
     return places;
 }
 
+void RemovalBackups::takeLevelsOf(const std::string& log) {
+    if (journal_.isOpen()) {
+        journal_.takeLevels(ProductState(real_.files, real_.environment).levels(log));
+    }
+}
+
 void RemovalBackups::release() {
     if (isOnlyCopy || holdsRecords) {
         if (journal_.isOpen()) {

@@ -292,6 +292,15 @@ bool RemovalJournal::holdsDirectory(std::string_view path) const {
     return false;
 }
 
+int RemovalJournal::takeLevels(std::int32_t levels) {
+    if (levels <= this->levels()) {
+        return 0;
+    }
+    const int status = note(Format::kLevelsNote, std::to_string(levels));
+    adoptLevels();
+    return status;
+}
+
 void RemovalJournal::releaseDirectory(std::string_view path) {
     madeLevels_.emplace_back(path);
     std::ranges::sort(madeLevels_, std::ranges::greater(), &std::string::size);  // deepest first

@@ -96,6 +96,8 @@ public:
     std::int32_t levels() const { return static_cast<std::int32_t>(madeLevels_.size()); }
     // The removal wants to remove the state directory, which isn't possible before the journal has gone.
     bool holdsDirectory(std::string_view path) const;
+    // A product that goes for good had made so many levels of the state directory: they go with the journal.
+    int takeLevels(std::int32_t levels);
     void releaseDirectory(std::string_view path);
 
 private:
