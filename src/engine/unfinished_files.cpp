@@ -81,6 +81,7 @@ bool isOfFile(const RemovalRecord& record) {
 void removeUnfinishedFiles(platform::FileSystem& files, const std::string& log, UnfinishedChange change) {
     const Directories directories = directoriesIn(files, log, change);
     removeFrom(files, directories.ofFiles);
+    removeFrom(files, directories.made);
     for (const std::string& directory : directories.made) {
         removeAbandonedProbe(files, directory);
     }

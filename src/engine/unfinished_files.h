@@ -15,8 +15,9 @@ enum class UnfinishedChange {
     kAnyUndo  // of an undo: any file that it gives back or edits, and the last record's as well
 };
 
-// Removes them from the directories that the log at this path names, and from those that the run had made the
-// file that tells whether two paths are the same.
+// Removes them from the directories that the log at this path names: from those of files as far as the change
+// goes, from those that the run had made in any case, because actions, which aren't recorded, write there as
+// well. From the latter it also removes the file that tells whether two paths are the same.
 void removeUnfinishedFiles(platform::FileSystem& files, const std::string& log, UnfinishedChange change);
 
 // Removes them from all directories in which a removal changed or archived files: where its files come back.

@@ -35,6 +35,13 @@ TEST_F(UnfinishedFilesTest, BelongToTheLastRecordOfAnInstallation) {
     EXPECT_TRUE(isThere("/other"));
 }
 
+// Actions write there as well, and have no records.
+TEST_F(UnfinishedFilesTest, MayLieInAnyDirectoryThatTheInstallationMade) {
+    remove("DIR\t1\t/other/\r\nFILE\tCREATE\t/app/tool\r\n", UnfinishedChange::kLast);
+    EXPECT_FALSE(isThere("/other"));
+    EXPECT_TRUE(isThere("/shared"));
+}
+
 TEST_F(UnfinishedFilesTest, BelongToWhatAnUndoGivesBack) {
     remove(
         "FILE\tOVER\t/shared/a\r\nINI\tREPLACE\t/ini/c.ini\ts\tk\tv\r\nFILE\tCREATE\t/other/x\r\n"
