@@ -263,11 +263,10 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
     }
     backups.takeLevelsOf(places.log);
     if (goesOn(work)) {
-        removeUnfinishedFiles(files, log, UnfinishedChange::kLast);
+        removeUnfinishedFiles(files, log);
         return keepOnRecord(work, log, report) ? Undo::kRecorded : Undo::kImpossible;
     }
     const std::string copy = undoLogIn(backups.journal());
-    const bool wasBegun = files.exists(copy) || log.ends_with(Format::kRevertedLogFile);
     const int status = copyLog(work, log, copy);
     if (status < 0) {
         return Undo::kDone;  // killed before the first record
@@ -277,7 +276,7 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
         report.addReason(log, status);
         return Undo::kImpossible;
     }
-    removeUnfinishedFiles(files, copy, wasBegun ? UnfinishedChange::kAnyUndo : UnfinishedChange::kLast);
+    removeUnfinishedFiles(files, copy);
     const bool isUndone = undo(copy, !work.removed.empty(), report);
     if (!isUndone && work.removed.empty() && keepOnRecord(work, log, report)) {
         return Undo::kRecorded;

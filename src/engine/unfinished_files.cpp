@@ -30,18 +30,13 @@ std::string directoryIn(const std::vector<std::string_view>& fields) {
     return hasPath ? directoryOf(fields[2]) : std::string();
 }
 
-bool isGivenBack(const std::vector<std::string_view>& fields) {
-    return fields[0] != Format::kFile || fields[1] == Format::kOver;
-}
-
 struct Directories {
     std::set<std::string> ofFiles;
     std::set<std::string> made;
 };
 
-Directories directoriesIn(platform::FileSystem& files, const std::string& log, UnfinishedChange change) {
+Directories directoriesIn(platform::FileSystem& files, const std::string& log) {
     Directories found;
-    std::string last;
     PFileStream file(files);
     if (file.openFile(log, PFileStream::kGenericRead, PFileStream::kShareRead,
                       PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
@@ -52,14 +47,10 @@ Directories directoriesIn(platform::FileSystem& files, const std::string& log, U
         const std::vector<std::string_view> fields = RecordText::split(withoutTrailingSpace(line), 4);
         if (fields[0] == Format::kDirectory && fields.size() > 2) {
             found.made.emplace(fields[2]);
-            continue;
-        }
-        last = directoryIn(fields);
-        if (change == UnfinishedChange::kAnyUndo && !last.empty() && isGivenBack(fields)) {
-            found.ofFiles.insert(last);
+        } else {
+            found.ofFiles.insert(directoryIn(fields));
         }
     }
-    found.ofFiles.insert(last);
     return found;
 }
 
@@ -78,8 +69,8 @@ bool isOfFile(const RemovalRecord& record) {
 
 }  // namespace
 
-void removeUnfinishedFiles(platform::FileSystem& files, const std::string& log, UnfinishedChange change) {
-    const Directories directories = directoriesIn(files, log, change);
+void removeUnfinishedFiles(platform::FileSystem& files, const std::string& log) {
+    const Directories directories = directoriesIn(files, log);
     removeFrom(files, directories.ofFiles);
     removeFrom(files, directories.made);
     for (const std::string& directory : directories.made) {

@@ -19,38 +19,30 @@ protected:
         }
     }
 
-    void remove(const std::string& records, UnfinishedChange change) {
+    void remove(const std::string& records) {
         files_.addFile("/log", kHead + records);
-        removeUnfinishedFiles(files_, "/log", change);
+        removeUnfinishedFiles(files_, "/log");
     }
     bool isThere(const std::string& directory) { return files_.hasFile(directory + "/.tandrel-1.tmp"); }
 
     MemoryFileSystem files_;
 };
 
-TEST_F(UnfinishedFilesTest, BelongToTheLastRecordOfAnInstallation) {
-    remove("FILE\tCREATE\t/shared/a\r\nFILE\tCREATE\t/app/tool\r\n", UnfinishedChange::kLast);
-    EXPECT_FALSE(isThere("/app"));
-    EXPECT_TRUE(isThere("/shared"));
-    EXPECT_TRUE(isThere("/other"));
-}
-
-// Actions write there as well, and have no records.
-TEST_F(UnfinishedFilesTest, MayLieInAnyDirectoryThatTheInstallationMade) {
-    remove("DIR\t1\t/other/\r\nFILE\tCREATE\t/app/tool\r\n", UnfinishedChange::kLast);
-    EXPECT_FALSE(isThere("/other"));
-    EXPECT_TRUE(isThere("/shared"));
-}
-
-TEST_F(UnfinishedFilesTest, BelongToWhatAnUndoGivesBack) {
+TEST_F(UnfinishedFilesTest, LieInTheDirectoriesOfAllRecords) {
     remove(
-        "FILE\tOVER\t/shared/a\r\nINI\tREPLACE\t/ini/c.ini\ts\tk\tv\r\nFILE\tCREATE\t/other/x\r\n"
-        "FILE\tCREATE\t/app/tool\r\n",
-        UnfinishedChange::kAnyUndo);
+        "FILE\tOVER\t/shared/a\r\nINI\tREPLACE\t/ini/c.ini\ts\tk\tv\r\nFILE\tCREATE\t/app/tool\r\n"
+        "ENV\tCREATE\t/other/x\r\n");
     EXPECT_FALSE(isThere("/app"));
     EXPECT_FALSE(isThere("/shared"));
     EXPECT_FALSE(isThere("/ini"));
     EXPECT_TRUE(isThere("/other"));
+}
+
+// Actions write there as well, and have no records.
+TEST_F(UnfinishedFilesTest, MayLieInADirectoryThatTheInstallationMade) {
+    remove("DIR\t1\t/other/\r\nFILE\tCREATE\t/app/tool\r\n");
+    EXPECT_FALSE(isThere("/other"));
+    EXPECT_TRUE(isThere("/shared"));
 }
 
 TEST_F(UnfinishedFilesTest, LieWhereARemovalChangedOrArchivedFiles) {
@@ -74,15 +66,15 @@ TEST_F(UnfinishedFilesTest, IncludeTheProbeOfADirectoryThatWasMade) {
     files_.addFile("/app" + probe, "te");
     files_.addFile("/shared" + probe, "the user's");
     files_.addFile("/other" + probe, "test");
-    remove("DIR\t1\t/app/\r\nDIR\t1\t/shared/\r\n", UnfinishedChange::kLast);
+    remove("DIR\t1\t/app/\r\nDIR\t1\t/shared/\r\n");
     EXPECT_FALSE(files_.hasFile("/app" + probe));
     EXPECT_TRUE(files_.hasFile("/shared" + probe));
     EXPECT_TRUE(files_.hasFile("/other" + probe));
 }
 
 TEST_F(UnfinishedFilesTest, AreNotLookedForWithoutALog) {
-    removeUnfinishedFiles(files_, "/none", UnfinishedChange::kAnyUndo);
-    remove("", UnfinishedChange::kAnyUndo);
+    removeUnfinishedFiles(files_, "/none");
+    remove("");
     EXPECT_TRUE(isThere("/app"));
 }
 
