@@ -66,6 +66,16 @@ bool copyHead(LineReader& lines, Output& out) {
     return false;
 }
 
+std::string firstLineOf(platform::FileSystem& files, const std::string& path) {
+    PFileStream file(files);
+    std::string line;
+    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kRefuseLinks) == 0) {
+        LineReader(file).readLine(line, kVariableLineBuffer);
+    }
+    return line;
+}
+
 // Skips the block; `outLine` is the first line after it. False when there is none.
 bool skipBlock(LineReader& lines, std::string& outLine) {
     while (lines.readLine(outLine, kVariableLineBuffer)) {
@@ -135,5 +145,20 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
     if (files_.replaceFile(temporary, logPath) != 0) {
         files_.removeFile(temporary);
         throw InstallerError("ERROR: Writing temp file for new log (%s)", logPath.c_str());
+    }
+}
+
+void ActionLogRewriter::removeAbandoned(const std::string& logPath) {
+    const std::string head = firstLineOf(files_, logPath);
+    for (int number = 0; number < kMostNames; ++number) {
+        const std::string path = pathBeside(logPath, number);
+        if (!files_.exists(path)) {
+            break;
+        }
+        // It may have been killed in the middle of the first line.
+        if (!head.empty() && files_.kindOf(path) == platform::PathKind::kFile &&
+            head.starts_with(firstLineOf(files_, path))) {
+            files_.removeFile(path);
+        }
     }
 }

@@ -23,6 +23,9 @@ public:
     // log can't be written; the old log is untouched then.
     void rewriteActionLog(const std::string& logPath, const std::vector<LoggedVariable>& variables);
 
+    // Removes the new log that a killed run has left beside this one. Anything else of its name stays.
+    void removeAbandoned(const std::string& logPath);
+
 private:
     void takeRights(const std::string& logPath, PFileStream& to);
     void copyLog(PFileStream& from, PFileStream& to, const std::vector<LoggedVariable>& variables);

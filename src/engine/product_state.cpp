@@ -186,6 +186,12 @@ bool ProductState::read(const std::string& path, std::string_view logPath, Conte
            readFiles(rest, outContent.sums.digests_);
 }
 
+std::int32_t ProductState::levels(std::string_view logPath) {
+    Content content;
+    const std::string path = pathOf(logPath);
+    return !path.empty() && read(path, logPath, content) ? content.levels : 0;
+}
+
 bool ProductState::save(std::string_view logPath, const WrittenSums& sums) {
     const std::string path = pathOf(logPath);
     if (path.empty()) {

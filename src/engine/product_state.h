@@ -57,6 +57,9 @@ public:
     // Takes the place of what was kept in one step; after a failure that is as it was. False when it can't be
     // written.
     bool save(std::string_view logPath, const WrittenSums& sums);
+    // The levels of the state directory that were made for the product, or for one before it. 0 where nothing
+    // is kept.
+    std::int32_t levels(std::string_view logPath);
     // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure. The last
     // product takes the levels of the state directory along that were made for any of them.
     bool remove(std::string_view logPath);

@@ -7,6 +7,7 @@
 #include "contracts/installer_ui.h"
 #include "contracts/nested_session.h"
 #include "contracts/system_operations.h"
+#include "engine/action_log_rewriter.h"
 #include "engine/product_state.h"
 #include "engine/removal_journal_format.h"
 #include "engine/revert.h"
@@ -159,8 +160,8 @@ Recovery::Outcome Recovery::recover(const std::string& directory, bool asks, Rep
     }
     const UnfinishedWork work = WorkNotes(backups.journal()).read();
     if (!isUnfinished(work, backups)) {
-        clearStateDirectory();
         parts_.debugLog.line("Removing what an interrupted run left in " + directory);
+        clearEnd(work, report);
         dropStaleEntries(work, report);
         backups.release();
         return Outcome::kNothing;
@@ -184,6 +185,21 @@ void Recovery::clearStateDirectory() {
     std::string directory;
     if (parts_.machine.environment.stateDirectory(directory)) {
         removeAbandonedFiles(parts_.machine.files, directory, false);
+    }
+}
+
+// The product was installed, and killed while the rest of it was written: the variables into its log, or its
+// entry in the list of applications. That one names the log last, and can't be used without.
+void Recovery::clearEnd(const UnfinishedWork& work, Report& report) {
+    clearStateDirectory();
+    if (!isFile(parts_.machine.files, work.places.log)) {
+        return;
+    }
+    ActionLogRewriter(parts_.machine.files).removeAbandoned(work.places.log);
+    if (parts_.system.findUninstallEntry(work.product, 0) &&
+        !parts_.system.applicationLogFile(work.product) && parts_.system.removeUninstallEntry(work.product)) {
+        report.note("An interrupted run has left an unfinished entry of " + work.product +
+                    " in the list of installed applications; it is removed.");
     }
 }
 
@@ -227,6 +243,7 @@ bool Recovery::takeBack(const UnfinishedWork& work, RemovalBackups& backups, Rep
         report.note("What can't be taken back of the new version is recorded in " +
                     writtenPath(undoLogIn(backups.journal())));
     }
+    removeUnfinishedFiles(parts_.machine.files, backups.journal());
     Revert(parts_, backups).revertUninstallation(report);
     if (undone == Undo::kDone && !work.isPartlyUndone && !backups.isOnlyCopy) {
         report.note("What it had changed has been taken back.");
@@ -244,12 +261,12 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
     if (!isFile(files, log)) {
         return Undo::kDone;
     }
+    backups.takeLevelsOf(places.log);
     if (goesOn(work)) {
-        removeUnfinishedFiles(files, log, UnfinishedChange::kLast);
+        removeUnfinishedFiles(files, log);
         return keepOnRecord(work, log, report) ? Undo::kRecorded : Undo::kImpossible;
     }
     const std::string copy = undoLogIn(backups.journal());
-    const bool wasBegun = files.exists(copy) || log.ends_with(Format::kRevertedLogFile);
     const int status = copyLog(work, log, copy);
     if (status < 0) {
         return Undo::kDone;  // killed before the first record
@@ -259,7 +276,7 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
         report.addReason(log, status);
         return Undo::kImpossible;
     }
-    removeUnfinishedFiles(files, copy, wasBegun ? UnfinishedChange::kAnyUndo : UnfinishedChange::kLast);
+    removeUnfinishedFiles(files, copy);
     const bool isUndone = undo(copy, !work.removed.empty(), report);
     if (!isUndone && work.removed.empty() && keepOnRecord(work, log, report)) {
         return Undo::kRecorded;
@@ -271,8 +288,11 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
 int Recovery::copyLog(const UnfinishedWork& work, const std::string& log, const std::string& copy) {
     platform::FileSystem& files = parts_.machine.files;
     const InstallationPlaces& places = work.places;
-    const std::string archive =
-        isFile(files, places.temporaryArchive) ? places.temporaryArchive : places.archive;
+    const bool isTemporary = isFile(files, places.temporaryArchive);
+    const std::string archive = isTemporary ? places.temporaryArchive : places.archive;
+    if (isTemporary && BackupFile(files).cutUnfinishedEntry(archive) != 0) {
+        parts_.debugLog.line("WARNING: " + archive + " is damaged");
+    }
     return writeUndoLog(files, log, {work.description, archive}, copy);
 }
 

@@ -48,6 +48,7 @@ private:
     void sweep(const std::string& directory);
     Outcome recover(const std::string& directory, bool asks, Report& report);
     void clearStateDirectory();
+    void clearEnd(const UnfinishedWork& work, Report& report);
     bool goesOn(const UnfinishedWork& work);
     bool isUnfinished(const UnfinishedWork& work, RemovalBackups& backups);
     bool confirm(const UnfinishedWork& work, Report& report);

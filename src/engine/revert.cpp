@@ -55,6 +55,7 @@ bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& u
         return false;
     }
     noteUndo(copy, publishedLog);
+    backups_.takeLevelsOf(publishedLog);
     const bool isUndone = walk(copy, undo, report);
     if (isUndone || hasBackups()) {
         clearRecords(publishedLog, undo.backupPath(), isUndone ? nullptr : &report);

@@ -147,8 +147,10 @@ bool RestoreWalk::run() {
     return endsWell(found);
 }
 
+// A cut head is that of a wrong size as well, whoever wrote the archive.
 RestoreWalk::Found RestoreWalk::findNext() {
-    const Found found = reader_.next(entry_);
+    const Found next = reader_.next(entry_);
+    const Found found = next == Found::kCutHead ? Found::kDamage : next;
     const bool isEntry = found == Found::kEntry || found == Found::kCutEntry;
     return isEntry && !isPlausible(entry_.name) ? Found::kDamage : found;
 }
@@ -319,6 +321,34 @@ int BackupFile::readCheckSum(std::string_view path, std::uint32_t& outValue) {
             return status;
         }
     }
+}
+
+int BackupFile::cutUnfinishedEntry(std::string_view path) {
+    PFileStream archive(files());
+    if (!isBackupFile(path)) {
+        return -1;
+    }
+    int status = archive.openFile(path, PFileStream::kReadWrite, PFileStream::kShareRead,
+                                  PFileStream::kOpenExisting | PFileStream::kRefuseLinks);
+    if (status != 0) {
+        return status;
+    }
+    BackupReader reader(archive);
+    BackupEntry entry;
+    bool isReadable = reader.start();
+    std::int64_t end = reader.position();
+    auto found = BackupReader::Found::kDamage;
+    while (isReadable && (found = reader.next(entry)) == BackupReader::Found::kEntry) {
+        isReadable = reader.skip(entry.size);
+        end = reader.position();
+    }
+    const bool isCut = found == BackupReader::Found::kCutHead || found == BackupReader::Found::kCutEntry;
+    if (!isReadable || found == BackupReader::Found::kDamage) {
+        return -1;
+    }
+    status = isCut ? archive.seek(end) : 0;
+    status = status != 0 || !isCut ? status : archive.setEndOfStream();
+    return status;
 }
 
 // The order of the words doesn't matter to an exclusive or, so four independent sums of 64 bits run side by

@@ -56,6 +56,10 @@ public:
     std::uint32_t fileCheckSum(std::string_view path);
     // The same, with what fileCheckSum can't say: 0, or the system's error number of the step that failed.
     int readCheckSum(std::string_view path, std::uint32_t& outValue);
+    // Cuts off a last entry of the archive at `path` that isn't whole: its writer was killed before it
+    // changed the file. 0 also where there is none, otherwise the system's error number, or -1 for what is no
+    // archive or damaged otherwise; then it is as it was.
+    int cutUnfinishedEntry(std::string_view path);
     // Adds content to a check sum, which starts as the low 32 bits of the whole size. Only the last piece may
     // have a size that isn't divisible by 4.
     static std::uint32_t foldCheckSum(std::uint32_t value, std::string_view content);

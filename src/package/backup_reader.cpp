@@ -97,14 +97,14 @@ BackupReader::Found BackupReader::next(BackupEntry& outEntry) {
         return Found::kUnended;
     }
     if (!readName(outEntry.name)) {
-        return Found::kDamage;
+        return left() == 0 ? Found::kCutHead : Found::kDamage;
     }
     if (outEntry.name.empty()) {
         return left() == 0 ? Found::kEnd : Found::kDamage;
     }
     unsigned char fields[BackupFormat::kSizeFieldSize + BackupFormat::kCheckSumFieldSize];
     if (!readField(fields, sizeof(fields))) {
-        return Found::kDamage;
+        return left() == 0 ? Found::kCutHead : Found::kDamage;
     }
     outEntry.size = LittleEndian::readSigned64(fields);
     outEntry.checkSum = LittleEndian::readUnsigned(fields + BackupFormat::kSizeFieldSize);

@@ -23,6 +23,7 @@ public:
         kEnd,       // the end byte, and nothing after it
         kUnended,   // the archive ends after a whole entry, without the end byte: its writer was stopped
         kCutEntry,  // a last entry whose content isn't there as a whole
+        kCutHead,   // the archive ends in front of the content of a last entry
         kDamage,    // something else than an entry, or the archive can't be read
     };
 
@@ -38,6 +39,8 @@ public:
     std::string_view read(std::int64_t most);
     // Skips content. False when the archive can't be read.
     bool skip(std::int64_t size);
+    // In the archive, of the next byte.
+    std::int64_t position() const { return position_; }
     // Rounded up.
     int percentDone() const;
 

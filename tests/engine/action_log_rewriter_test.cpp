@@ -109,6 +109,21 @@ TEST_F(ActionLogRewriterTest, TakesNoNameThatSomebodyElseHas) {
     EXPECT_NE(files_.content("/app/install.log"), kOld);
 }
 
+TEST_F(ActionLogRewriterTest, RemovesWhatAKilledRunLeftOfANewLog) {
+    files_.addFile("/app/install.log", kOld);
+    for (std::size_t size = 0; size < sizeof kOld; ++size) {
+        files_.addFile("/app/templog.log", std::string(kOld, size));
+        ActionLogRewriter(files_).removeAbandoned("/app/install.log");
+        EXPECT_FALSE(files_.hasFile("/app/templog.log")) << size;
+    }
+    files_.addFile("/app/templog.log", "the user's");
+    files_.addLink("/app/templog1.log", "/app/install.log");
+    ActionLogRewriter(files_).removeAbandoned("/app/install.log");
+    EXPECT_EQ(files_.content("/app/templog.log"), "the user's");
+    EXPECT_EQ(files_.kindOf("/app/templog1.log"), platform::PathKind::kLink);
+    EXPECT_EQ(files_.content("/app/install.log"), kOld);
+}
+
 TEST_F(ActionLogRewriterTest, LeavesALinkInThePlaceOfTheLog) {
     files_.addFile("/mine", kOld);
     files_.addLink("/app/install.log", "/mine");

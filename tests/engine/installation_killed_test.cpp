@@ -154,7 +154,7 @@ protected:
         ASSERT_EQ(log.openFile(kLog, PFileStream::kGenericRead, PFileStream::kShareRead,
                                PFileStream::kOpenExisting),
                   0);
-        removeUnfinishedFiles(moment.files, kLog, UnfinishedChange::kLast);
+        removeUnfinishedFiles(moment.files, kLog);
         ErrorList errors;
         Report report(&ui_, &errors);
         EXPECT_TRUE(Uninstallation(parts).run(&log, kArchive, report)) << testing::PrintToString(errors);

@@ -87,6 +87,49 @@ TEST_F(RecoveryTest, RemovesWhatACompleteRunLeft) {
     EXPECT_THAT(sessions_.calls, IsEmpty());
 }
 
+TEST_F(RecoveryTest, RemovesWhatACompleteRunWasStillWriting) {
+    system_.installed = {{"Demo", "", false, ""}};
+    files_.addFile("/app/install.log", kLog);
+    files_.addFile("/app/templog.log", std::string(kLog, 20));
+    interrupt([this](RemovalBackups&, InstallationMark& mark) {
+        beginInstalling(mark);
+        mark.noteInstalled();
+    });
+    EXPECT_EQ(recover(true), Outcome::kNothing);
+    EXPECT_FALSE(files_.hasFile("/app/templog.log"));
+    EXPECT_FALSE(system_.findUninstallEntry("Demo", 0));
+    EXPECT_EQ(files_.content("/app/install.log"), kLog);
+    EXPECT_THAT(notes(), Contains(HasSubstr("has left an unfinished entry of Demo")));
+}
+
+TEST_F(RecoveryTest, KeepsAnEntryThatNamesItsLog) {
+    system_.installed = {{"Demo", "", false, "/app/install.log"}};
+    files_.addFile("/app/install.log", kLog);
+    interrupt([this](RemovalBackups&, InstallationMark& mark) {
+        beginInstalling(mark);
+        mark.noteInstalled();
+    });
+    EXPECT_EQ(recover(), Outcome::kNothing);
+    EXPECT_TRUE(system_.findUninstallEntry("Demo", 0));
+}
+
+// Its archive was killed in the middle of an entry, whose file is still what it was.
+TEST_F(RecoveryTest, CutsTheArchiveOffAfterItsLastWholeEntry) {
+    std::string archive;
+    interrupt([&](RemovalBackups&, InstallationMark& mark) {
+        beginInstalling(mark);
+        const std::string path = mark.placeOf("/a");
+        const std::string whole = files_.content(path);
+        archive = whole.substr(0, whole.size() - 1);  // without the end byte
+        files_.addFile(path, archive + "/app/ol");
+    });
+    sessions_.onUninstall = [&](const platform::Platform& machine) {
+        EXPECT_EQ(files_.content(loaded_.substr(loaded_.find("\r\n") + 2, directory_.size() + 2)), archive);
+        machine.files.removeFile("/app/tool");
+    };
+    EXPECT_EQ(recover(), Outcome::kRecovered);
+}
+
 TEST_F(RecoveryTest, BringsBackWhatWasRemoved) {
     interrupt([](RemovalBackups& backups, InstallationMark&) { removeOld(backups); });
     ASSERT_FALSE(files_.hasFile("/app/old"));

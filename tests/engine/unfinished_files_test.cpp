@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/changes/same_path.h"
+#include "engine/removal_journal.h"
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 
 namespace {
@@ -16,36 +19,62 @@ protected:
         }
     }
 
-    void remove(const std::string& records, UnfinishedChange change) {
+    void remove(const std::string& records) {
         files_.addFile("/log", kHead + records);
-        removeUnfinishedFiles(files_, "/log", change);
+        removeUnfinishedFiles(files_, "/log");
     }
     bool isThere(const std::string& directory) { return files_.hasFile(directory + "/.tandrel-1.tmp"); }
 
     MemoryFileSystem files_;
 };
 
-TEST_F(UnfinishedFilesTest, BelongToTheLastRecordOfAnInstallation) {
-    remove("FILE\tCREATE\t/shared/a\r\nFILE\tCREATE\t/app/tool\r\n", UnfinishedChange::kLast);
-    EXPECT_FALSE(isThere("/app"));
-    EXPECT_TRUE(isThere("/shared"));
-    EXPECT_TRUE(isThere("/other"));
-}
-
-TEST_F(UnfinishedFilesTest, BelongToWhatAnUndoGivesBack) {
+TEST_F(UnfinishedFilesTest, LieInTheDirectoriesOfAllRecords) {
     remove(
-        "FILE\tOVER\t/shared/a\r\nINI\tREPLACE\t/ini/c.ini\ts\tk\tv\r\nFILE\tCREATE\t/other/x\r\n"
-        "FILE\tCREATE\t/app/tool\r\n",
-        UnfinishedChange::kAnyUndo);
+        "FILE\tOVER\t/shared/a\r\nINI\tREPLACE\t/ini/c.ini\ts\tk\tv\r\nFILE\tCREATE\t/app/tool\r\n"
+        "ENV\tCREATE\t/other/x\r\n");
     EXPECT_FALSE(isThere("/app"));
     EXPECT_FALSE(isThere("/shared"));
     EXPECT_FALSE(isThere("/ini"));
     EXPECT_TRUE(isThere("/other"));
 }
 
+// Actions write there as well, and have no records.
+TEST_F(UnfinishedFilesTest, MayLieInADirectoryThatTheInstallationMade) {
+    remove("DIR\t1\t/other/\r\nFILE\tCREATE\t/app/tool\r\n");
+    EXPECT_FALSE(isThere("/other"));
+    EXPECT_TRUE(isThere("/shared"));
+}
+
+TEST_F(UnfinishedFilesTest, LieWhereARemovalChangedOrArchivedFiles) {
+    FakeEnvironment environment;
+    RemovalJournal journal(files_, environment);
+    ASSERT_EQ(journal.open(), 0);
+    files_.addFile("/app/tool", "1");
+    ASSERT_EQ(journal.noteArchived({"/app/tool"}), 0);
+    RemovalRecord record;
+    record.step = RemovalStep::kRemoveFile;
+    record.path = "/ini/c.ini";
+    ASSERT_EQ(journal.append(record, RemovalJournal::Durability::kWritten), 0);
+    removeUnfinishedFiles(files_, journal);
+    EXPECT_FALSE(isThere("/app"));
+    EXPECT_FALSE(isThere("/ini"));
+    EXPECT_TRUE(isThere("/shared"));
+}
+
+TEST_F(UnfinishedFilesTest, IncludeTheProbeOfADirectoryThatWasMade) {
+    const std::string probe = "/" + std::string(kProbeName);
+    files_.addFile("/app" + probe, "te");
+    files_.addFile("/shared" + probe, "the user's");
+    files_.addFile("/other" + probe, "test");
+    remove("DIR\t1\t/app/\r\nDIR\t1\t/shared/\r\n");
+    EXPECT_FALSE(files_.hasFile("/app" + probe));
+    EXPECT_TRUE(files_.hasFile("/shared" + probe));
+    EXPECT_TRUE(files_.hasFile("/other" + probe));
+}
+
 TEST_F(UnfinishedFilesTest, AreNotLookedForWithoutALog) {
-    removeUnfinishedFiles(files_, "/none", UnfinishedChange::kAnyUndo);
-    remove("", UnfinishedChange::kAnyUndo);
+    removeUnfinishedFiles(files_, "/none");
+    remove("");
     EXPECT_TRUE(isThere("/app"));
 }
 

@@ -20,12 +20,6 @@ bool isEmptyOrAny(const List& list, Matches matches) {
 
 const std::vector<OpenFinding>& openFindings() {
     static const std::vector<OpenFinding> kOpen = {
-        {"killed installations aren't taken back", "install", "kill", {}, {}},
-        {"killed installations aren't taken back", "install", "torn", {}, {}},
-        {"killed upgrades aren't taken back", "upgrade", "kill", {}, {}},
-        {"killed upgrades aren't taken back", "upgrade", "torn", {}, {}},
-        {"killed reverts aren't continued", "revert", "kill", {}, {}},
-        {"killed reverts aren't continued", "revert", "torn", {}, {}},
         {"a killed uninstallation leaves the file that was to take the place of another one",
          "uninstall",
          "kill",

@@ -467,6 +467,29 @@ TEST_F(BackupFileTest, RestoresWhatAnArchiveHoldsThatIsCutAtAnyLength) {
     EXPECT_EQ(files_.openFileCount(), 0);
 }
 
+TEST_F(BackupFileTest, CutsOffALastEntryThatIsNotWhole) {
+    const std::string first = banner() + entryOf("/p/first", 3, sumOf("new"), "old");
+    const std::string whole = first + entryOf("/p/second", 5, sumOf("newer"), "older") + kEnd;
+    for (std::size_t size = banner().size(); size <= whole.size(); ++size) {
+        files_.addFile(kArchive, whole.substr(0, size));
+        EXPECT_EQ(BackupFile(files_).cutUnfinishedEntry(kArchive), 0) << size;
+        const std::string expected = size < first.size()       ? banner()
+                                     : size < whole.size() - 1 ? first
+                                                               : whole.substr(0, size);
+        EXPECT_EQ(files_.content(kArchive), expected) << size;
+    }
+}
+
+TEST_F(BackupFileTest, CutsNothingOffWhatIsDamagedOrNoArchive) {
+    for (const std::string& content : {banner() + entryOf("/p/first", -1, 0, "old"), banner() + kEnd + "more",
+                                       std::string("no archive")}) {
+        files_.addFile(kArchive, content);
+        EXPECT_EQ(BackupFile(files_).cutUnfinishedEntry(kArchive), -1);
+        EXPECT_EQ(files_.content(kArchive), content);
+    }
+    EXPECT_NE(BackupFile(files_).cutUnfinishedEntry("/none"), 0);
+}
+
 TEST_F(BackupFileTest, TakesACutContentForThatOfAnInstallationThatWasStopped) {
     const std::string archive = banner() + entryOf("/p/first", 3, sumOf("new"), "old") +
                                 entryOf("/p/second", 5, sumOf("newer"), "ol");

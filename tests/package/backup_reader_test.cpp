@@ -73,12 +73,20 @@ TEST_F(BackupReaderTest, NamesAnEntryWhoseContentIsCut) {
     EXPECT_EQ(entry.size, 3);
 }
 
-TEST_F(BackupReaderTest, FindsDamageInACutHeaderAndAfterTheEnd) {
-    open(std::string("first\0\1\2", 8));
-    BackupReader reader(stream_);
-    ASSERT_TRUE(reader.start());
+TEST_F(BackupReaderTest, NamesAnEntryWhoseHeadIsCut) {
+    const std::string head = entryOf("first", "");
+    for (std::size_t size = 1; size < head.size(); ++size) {
+        open(head.substr(0, size));
+        BackupReader reader(stream_);
+        ASSERT_TRUE(reader.start());
+        BackupEntry entry;
+        EXPECT_EQ(reader.next(entry), BackupReader::Found::kCutHead) << size;
+        stream_.close();
+    }
+}
+
+TEST_F(BackupReaderTest, FindsDamageAfterTheEnd) {
     BackupEntry entry;
-    EXPECT_EQ(reader.next(entry), BackupReader::Found::kDamage);
     files_.addFile("/b", std::string(BackupFormat::kBanner, BackupFormat::kBannerSize) + '\0' + "x");
     PFileStream other(files_);
     ASSERT_EQ(other.openFile("/b", PFileStream::kGenericRead, PFileStream::kShareRead, 0), 0);
