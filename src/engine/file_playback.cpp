@@ -78,9 +78,11 @@ bool FilePlayback::takeBackContent(const RemovalRecord& record) {
     if (isLeft || (wasStopped && !holdsKept(record))) {
         return takeBackLeft(record);
     }
-    // The change was never made, or an earlier record or the archive knows what this is.
-    const bool isKnownElsewhere =
-        record.has(RemovalRecord::kIsArchived) || record.has(RemovalRecord::kPlaceIsOurs);
+    // The change was never made, or an earlier record or the archive knows what this is; or a playback that
+    // was killed has moved the kept file back already.
+    const bool isKnownElsewhere = record.has(RemovalRecord::kIsArchived) ||
+                                  record.has(RemovalRecord::kPlaceIsOurs) ||
+                                  (record.kept != 0 && !isKept(record));
     return isKnownElsewhere || holdsKept(record) || left(record.path, kChanged);
 }
 

@@ -156,15 +156,22 @@ bool WrittenSums::holds(std::string_view path, const Md5Digest& digest) const {
 }
 
 std::string ProductState::pathOf(std::string_view logPath) {
+    const std::string name = nameOf(Format::kNameStart, logPath);
+    return name.empty() ? name : name + std::string(Format::kNameEnd);
+}
+
+std::string ProductState::markOf(std::string_view logPath) {
+    return nameOf(Format::kUndoStart, logPath);
+}
+
+// Empty where nothing can be kept.
+std::string ProductState::nameOf(std::string_view start, std::string_view logPath) {
     std::string directory;
     if (logPath.empty() || !isOneLine(logPath) || !environment_.stateDirectory(directory)) {
         return {};
     }
     const std::string identity = pathIdentity(logPath);
-    return directory.append("/")
-        .append(Format::kNameStart)
-        .append(md5Text(md5Of(identity.data(), identity.size())))
-        .append(Format::kNameEnd);
+    return directory.append("/").append(start).append(md5Text(md5Of(identity.data(), identity.size())));
 }
 
 WrittenSums ProductState::load(std::string_view logPath) {
@@ -217,6 +224,22 @@ bool ProductState::write(const std::string& path, const std::string& text) {
         status = file.stream().write(text.data() + i, size, done);
     }
     return status == 0 && file.putInPlace() == 0;
+}
+
+bool ProductState::beginUndo(std::string_view logPath) {
+    const std::string mark = markOf(logPath);
+    if (mark.empty() || files_.kindOf(mark) == platform::PathKind::kFile) {
+        return !mark.empty();
+    }
+    PFileStream(files_).createNew(mark, true);
+    return false;
+}
+
+void ProductState::endUndo(std::string_view logPath) {
+    const std::string mark = markOf(logPath);
+    if (!mark.empty() && files_.kindOf(mark) == platform::PathKind::kFile) {
+        files_.removeFile(mark);
+    }
 }
 
 bool ProductState::remove(std::string_view logPath) {

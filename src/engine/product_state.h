@@ -60,6 +60,11 @@ public:
     // The levels of the state directory that were made for the product, or for one before it. 0 where nothing
     // is kept.
     std::int32_t levels(std::string_view logPath);
+    // Notes that the product is being uninstalled. True when another uninstallation noted that before and was
+    // killed. Without a state directory nothing is noted.
+    bool beginUndo(std::string_view logPath);
+    // However it ended.
+    void endUndo(std::string_view logPath);
     // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure. The last
     // product takes the levels of the state directory along that were made for any of them.
     bool remove(std::string_view logPath);
@@ -74,6 +79,8 @@ private:
         std::int32_t levels = 0;
     };
 
+    std::string markOf(std::string_view logPath);
+    std::string nameOf(std::string_view start, std::string_view logPath);
     std::string pathOf(std::string_view logPath);
     bool read(const std::string& path, std::string_view logPath, Content& outContent);
     bool write(const std::string& path, const std::string& text);

@@ -11,6 +11,9 @@ namespace ProductStateFormat {
 inline constexpr std::string_view kNameStart = "written-";
 inline constexpr std::string_view kNameEnd = ".md5";
 
+// Of the empty file of an uninstallation at work.
+inline constexpr std::string_view kUndoStart = "undo-";
+
 inline constexpr char kLineEnd = '\n';
 inline constexpr char kSeparator = ' ';
 inline constexpr std::string_view kBanner = "TANDREL WRITTEN FILES 1";

@@ -124,10 +124,18 @@ void UndoWalk::finish(UndoEnd end) {
     }
 }
 
-void UndoWalk::deletePostponed(std::string_view first) {
-    std::stable_partition(postponed_.begin(), postponed_.end(), [&](const Postponed& record) {
-        return KeptFiles::isSameFile(FileChange::createdFile(recordIn(record.line, Format::kFile)), first);
-    });
+void UndoWalk::deletePostponed(std::string_view path) {
+    const auto others =
+        std::stable_partition(postponed_.begin(), postponed_.end(), [&](const Postponed& record) {
+            return KeptFiles::isSameFile(FileChange::createdFile(recordIn(record.line, Format::kFile)), path);
+        });
+    std::vector<Postponed> rest(std::make_move_iterator(others), std::make_move_iterator(postponed_.end()));
+    postponed_.erase(others, postponed_.end());
+    deletePostponed();
+    postponed_ = std::move(rest);
+}
+
+void UndoWalk::deletePostponed() {
     for (const Postponed& record : std::exchange(postponed_, {})) {
         undo(record.line, record.former, UndoPass::kMain);
         if (hasFailed()) {

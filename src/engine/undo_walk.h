@@ -30,9 +30,10 @@ public:
     // What the kinds of change have to do at this moment. Not after the walk was asked to end, but what makes
     // the changes known to others is done in any case.
     void finish(UndoEnd end);
-    // Deletes the files that were postponed, of which `first` goes before all others. The first one that
-    // stays keeps the rest. To be called after the release.
-    void deletePostponed(std::string_view first);
+    // Deletes one of the files that were postponed, and all that are left of them. The first one that stays
+    // keeps the rest. To be called after the release.
+    void deletePostponed(std::string_view path);
+    void deletePostponed();
 
     // A walk that ends early has failed.
     bool isToEnd();

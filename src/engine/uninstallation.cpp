@@ -15,6 +15,7 @@
 #include "engine/product_state.h"
 #include "engine/report.h"
 #include "engine/undo_walk.h"
+#include "engine/unfinished_files.h"
 #include "engine/uninstall_command.h"
 #include "engine/wildcard_remover.h"
 #include "platform/file_system.h"
@@ -95,6 +96,9 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     ChangeJob job(parts_, log_, report);
     UndoWalk walk(job, isToEnd);
     Product product(parts_, log);
+    if (stateOf(parts_).beginUndo(product.logPath())) {
+        removeUnfinishedFiles(parts_.machine.files, product.logPath());
+    }
     findArchive(product, report);
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, repetition, job);
@@ -109,6 +113,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     report.setProgress(100);
     report.end();
     walk.finish(UndoEnd::kAfterProgress);
+    stateOf(parts_).endUndo(product.logPath());
     const bool canBeRepeated = removeProduct(product, walk, job) && repetition == Repetition::kPossible;
     state_ = walk.hasFailed() && canBeRepeated ? State::kToBeRepeated : State::kOver;
     reportEnd(walk.hasFailed(), canBeRepeated, report);
@@ -275,7 +280,8 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     return removeKeptFiles(product, walk, job);
 }
 
-// The uninstaller goes first: of these files it is the likeliest to resist, because somebody may run it.
+// The uninstaller goes first: of these files it is the likeliest to resist, because somebody may run it. The
+// description goes after the log: a log without it would be in the way of every setup, and can't be undone.
 bool Uninstallation::removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob& job) {
     job.kept.release();
     walk.deletePostponed(product.uninstaller());
@@ -285,6 +291,7 @@ bool Uninstallation::removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob
     for (const Cleaning& cleaning : product.cleanings) {
         clean(cleaning, job);
     }
+    walk.deletePostponed();
     for (const std::string& path : job.kept.leftFiles()) {
         walk.noteResult(
             job.context.report.addOutcome(false, "FAILED to delete " + platform::writtenPath(path)));

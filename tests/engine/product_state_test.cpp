@@ -120,6 +120,21 @@ TEST_F(ProductStateTest, LeavesADirectoryThatWasThereBefore) {
     EXPECT_TRUE(files_.hasDirectory("/var/state"));
 }
 
+TEST_F(ProductStateTest, RemembersAnUninstallationThatDidNotEnd) {
+    EXPECT_FALSE(state_.beginUndo(kLog));
+    EXPECT_FALSE(files_.hasDirectory("/var/state"));
+    ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
+    EXPECT_FALSE(state_.beginUndo(kLog));
+    EXPECT_TRUE(state_.beginUndo(kLog));
+    EXPECT_FALSE(state_.beginUndo("/other/install.log"));
+    state_.endUndo(kLog);
+    state_.endUndo("/other/install.log");
+    EXPECT_FALSE(state_.beginUndo(kLog));
+    state_.endUndo(kLog);
+    EXPECT_EQ(files_.allFiles().size(), 1U);
+    EXPECT_FALSE(state_.beginUndo(""));
+}
+
 TEST_F(ProductStateTest, TheLastProductTakesTheDirectoryAlong) {
     ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
     ASSERT_TRUE(state_.save("/other/install.log", sumsOf("/other/a", "2")));

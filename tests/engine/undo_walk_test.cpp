@@ -28,7 +28,7 @@ protected:
     UndoWalk walk_{job_, [this] { return toEnd_; }};
 };
 
-TEST_F(UndoWalkTest, PostponesTheFilesThatAreHeldAndDeletesTheirFirstOneFirst) {
+TEST_F(UndoWalkTest, PostponesTheFilesThatAreHeldAndDeletesOneOrAllOfThem) {
     for (const char* const path : {"/a", "/b", "/c"}) {
         files_.addFile(path, "");
     }
@@ -38,6 +38,8 @@ TEST_F(UndoWalkTest, PostponesTheFilesThatAreHeldAndDeletesTheirFirstOneFirst) {
     EXPECT_THAT(files_.allFiles(), ElementsAre("/b", "/c", "/log"));
     job_.kept.release();
     walk_.deletePostponed("\\c");
+    EXPECT_THAT(files_.allFiles(), ElementsAre("/b", "/log"));
+    walk_.deletePostponed();
     EXPECT_THAT(files_.allFiles(), ElementsAre("/log"));
     EXPECT_THAT(ui_.callsOf("addFileLine(\""),
                 ElementsAre("addFileLine(\"Delete /a\", 0)", "addFileLine(\"Delete /c\", 0)",
@@ -53,7 +55,7 @@ TEST_F(UndoWalkTest, KeepsTheRestWhenAPostponedFileStays) {
     undo("FILE\tCREATE\t/b\nFILE\tCREATE\t/c\n");
     job_.kept.release();
     files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/b", 1);
-    walk_.deletePostponed("/b");
+    walk_.deletePostponed();
     EXPECT_TRUE(walk_.hasFailed());
     EXPECT_TRUE(files_.hasFile("/c"));
 }
@@ -66,6 +68,8 @@ TEST_F(UndoWalkTest, HoldsTheScriptsOfEdits) {
     EXPECT_FALSE(walk_.hasFailed());
     job_.kept.release();
     walk_.deletePostponed("");
+    EXPECT_TRUE(files_.hasFile("/script"));
+    walk_.deletePostponed();
     EXPECT_FALSE(files_.hasFile("/script"));
 }
 

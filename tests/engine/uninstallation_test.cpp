@@ -396,12 +396,30 @@ TEST_F(UninstallationTest, BringsTheEntryBackWhenTheUninstallerResists) {
     EXPECT_TRUE(isGone());
 }
 
+TEST_F(UninstallationTest, RemovesWhatAKilledOneWasWritingBesideFilesThatStay) {
+    files_.addDirectory("/var/state");
+    installProduct("FILE\tCREATE\t/shared/a\r\n");
+    files_.addFile("/shared/.tandrel-1.tmp", "half");
+    ProductState(files_, machine_.environment).beginUndo("/app/un/install.log");
+    EXPECT_TRUE(run());
+    EXPECT_FALSE(files_.hasFile("/shared/.tandrel-1.tmp"));
+    installProduct("FILE\tCREATE\t/shared/a\r\n");
+    files_.addFile("/shared/.tandrel-1.tmp", "of somebody at work");
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(files_.hasFile("/shared/.tandrel-1.tmp"));
+    EXPECT_TRUE(files_.hasDirectory("/var/state"));
+    EXPECT_EQ(files_.allFiles().size(), 2U)
+        << testing::PrintToString(files_.allFiles());  // and the copied log
+}
+
 TEST_F(UninstallationTest, PromisesNoRepetitionWithoutTheUninstaller) {
     installProduct("");
     files_.failAt(MemoryFileSystem::Operation::kRemoveFile, "/app/un/install.xml", 1);
     EXPECT_FALSE(run());
     EXPECT_FALSE(files_.hasFile("/app/un/installer"));
-    EXPECT_TRUE(files_.hasFile("/app/un/install.log"));
+    EXPECT_FALSE(files_.hasFile("/app/un/install.log"));
+    EXPECT_THAT(ui_.callsOf("addFileLine"),
+                testing::Contains(testing::HasSubstr("FAILED to delete /app/un/install.xml")));
     EXPECT_TRUE(system_.installed.empty());
     EXPECT_EQ(ui_.callsOf("addMessage").back(), "addMessage(\"The uninstallation is not complete.\")");
 }

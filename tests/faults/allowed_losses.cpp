@@ -10,17 +10,22 @@ bool isBelow(const Difference& difference, std::string_view directory) {
     return difference.place.starts_with("file " + std::string(directory));
 }
 
+// Otherwise the program ended.
+bool isFailure(const std::string& failedCall) {
+    return !failedCall.empty() && failedCall != kKilledUninstallation;
+}
+
 // Also beside the file whose place it was to take.
 bool isTemporary(const Difference& difference, const std::string& failedCall) {
     const std::string& place = difference.place;
-    const bool isBeside = !failedCall.empty() &&
+    const bool isBeside = isFailure(failedCall) &&
                           (place.find("/.tandrel-") != std::string::npos || place.ends_with("/templog.log"));
     return difference.expected.empty() && (isBeside || isBelow(difference, "/tmp/"));
 }
 
 // Not after the end of a program: the next run needs it and takes it away.
 bool isKept(const Difference& difference, const std::string& failedCall) {
-    return !failedCall.empty() && difference.expected.empty() && isBelow(difference, "/var/state/removal-");
+    return isFailure(failedCall) && difference.expected.empty() && isBelow(difference, "/var/state/removal-");
 }
 
 // What the actions of the sample product do, and undo.
@@ -48,6 +53,15 @@ bool isLastRecord(const Difference& difference, const std::string& failedCall) {
     return difference.expected.empty() && isBelow(difference, "/opt/tandrel/uninstall") &&
            std::ranges::any_of(kSteps, [&](const char* step) { return failedCall.starts_with(step); }) &&
            failedCall.find("uninstall") != std::string::npos;
+}
+
+// The log goes before what a repetition by it would need.
+bool isLastFile(const Difference& difference, const std::string& failedCall) {
+    constexpr const char* kLast[] = {"file /opt/tandrel/uninstall", "file /opt/tandrel/uninstall/install.xml",
+                                     "file /opt/tandrel/uninstall/backup.bin",
+                                     "file /opt/tandrel/uninstall/getting-started.change"};
+    return failedCall == kKilledUninstallation && difference.expected.empty() &&
+           std::ranges::find(kLast, difference.place) != std::end(kLast);
 }
 
 bool isEntry(const Difference& difference, const std::string& /*failedCall*/) {
@@ -86,6 +100,11 @@ const std::vector<AllowedLoss>& allowedLosses() {
          isLeftByUndo},
         {"last records", "The last records of a product that has gone, if one can't be deleted.",
          isLastRecord},
+        {"last files",
+         "The last files of a product that has gone, if the uninstallation is killed after it has deleted "
+         "its "
+         "log.",
+         isLastFile},
     };
     return kLosses;
 }

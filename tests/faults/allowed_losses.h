@@ -6,6 +6,9 @@
 #include "machine.h"
 #include "operations.h"
 
+// Given as the call, where an uninstallation was killed; after the end of another run it is empty.
+inline constexpr char kKilledUninstallation[] = "(killed)";
+
 // What need not come back, and why. The manual has each of them, with these words (docs/manual/failures.md).
 struct AllowedLoss {
     const char* name;

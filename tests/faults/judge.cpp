@@ -210,7 +210,9 @@ Judgement Case::judgeKill() {
     if (machine_.state() == operations_.stateBefore(operation_)) {
         judgement_.verdict = Verdict::kTakenBack;
     }
-    if (operation_ != OperationKind::kUninstall) {
+    if (operation_ == OperationKind::kUninstall) {
+        judgement_.call = kKilledUninstallation;
+    } else {
         repeatSetup(operation_);
     }
     endProduct();

@@ -20,21 +20,6 @@ bool isEmptyOrAny(const List& list, Matches matches) {
 
 const std::vector<OpenFinding>& openFindings() {
     static const std::vector<OpenFinding> kOpen = {
-        {"a killed uninstallation leaves the file that was to take the place of another one",
-         "uninstall",
-         "kill",
-         {".tandrel-1.tmp"},
-         {Fault::kEndDiffers, Fault::kEndFails}},
-        {"a killed uninstallation leaves the file that was to take the place of another one",
-         "uninstall",
-         "torn",
-         {".tandrel-1.tmp"},
-         {Fault::kEndDiffers, Fault::kEndFails}},
-        {"what was left of the records at the very end of a killed uninstallation stays",
-         "uninstall",
-         "kill",
-         {"tandrel/uninstall", "tandrel\\uninstall"},
-         {Fault::kEndDiffers, Fault::kEndFails}},
         {"the log misses records that couldn't be written", "", "", {"write /tmp/orinstall"}, {}},
         {"the reason is missing for the records of an installation",
          "",
