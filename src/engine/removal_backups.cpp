@@ -133,8 +133,8 @@ std::vector<std::string> RemovalBackups::places() const {
 }
 
 void RemovalBackups::release() {
-    if (isOnlyCopy || holdsRecords) {
-        if (journal_.isOpen()) {
+    if (isOnlyCopy || holdsRecords || isToBeContinued) {
+        if (journal_.isOpen() && !isToBeContinued) {
             WorkNotes(journal_).stage(WorkStage::kEnded);
         }
         return;

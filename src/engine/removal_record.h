@@ -90,6 +90,7 @@ struct RemovalRecord {
 std::optional<std::string> frameOf(const RemovalRecord& record);
 
 struct ReadRecords {
+    int status = 0;                      // of the reading; after a failure there is nothing else
     std::vector<RemovalRecord> records;  // in the order of the file
     bool isWhole = false;  // nothing was passed over but the torn end of a writer that was stopped
     std::size_t end = 0;   // where the last record that is whole ends

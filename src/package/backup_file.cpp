@@ -363,7 +363,11 @@ bool BackupFile::openForWriting(std::string_view path) {
 }
 
 bool BackupFile::openForReading(std::string_view path) {
-    if (mode_ != kClosed || openToRead(*this, path) != 0) {
+    if (mode_ != kClosed) {
+        return false;
+    }
+    readingFault_ = openToRead(*this, path);
+    if (readingFault_ != 0) {
         return false;
     }
     unsigned char banner[BackupFormat::kBannerSize];
@@ -375,6 +379,12 @@ bool BackupFile::openForReading(std::string_view path) {
     }
     mode_ = kReading;
     return true;
+}
+
+int BackupFile::read(void* buffer, std::uint32_t size, std::uint32_t& outRead) {
+    const int status = PFileStream::read(buffer, size, outRead);
+    readingFault_ = status != 0 ? status : readingFault_;
+    return status;
 }
 
 std::optional<std::string> BackupFile::addFile(std::string_view path, std::optional<std::uint32_t> checkSum) {
