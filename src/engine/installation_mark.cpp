@@ -57,8 +57,10 @@ int InstallationMark::openJournal() {
 }
 
 bool InstallationMark::reportFailure(int status, Report& report) {
+    std::string directory;
+    parts_.machine.environment.stateDirectory(directory);
     report.note("Nothing was installed: there is no way to note down that the installation is at work");
-    report.addReason(backups_.journal().directory(), status);
+    report.addReason(directory, status);
     return false;
 }
 

@@ -61,6 +61,7 @@ bool ProductRemoval::remove(const Request& request, Report& report) {
         noteForLaterRuns(request, logPath);
     } else if (backups_.journal().isOpen()) {
         backups_.noteForGood(name, logPath);
+        backups_.takeLevelsOf(logPath);
     }
     backups_.isOnlyCopy = !backups_.isEmpty();
     const bool isRemoved = session->uninstall();

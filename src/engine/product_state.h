@@ -14,8 +14,10 @@ class Environment;
 class FileSystem;
 }  // namespace platform
 
-// The digest of a whole file, read in blocks. None when it can't be opened or read to its end.
-std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path);
+// The digest of a whole file, read in blocks. None when it can't be opened or read to its end; `outStatus`
+// says why, and is 0 otherwise.
+std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path,
+                                      int* outStatus = nullptr);
 
 // The digests of what an installation wrote, by the path of the file. Spellings of one path are the same
 // (platform/path_identity.h).
@@ -57,6 +59,9 @@ public:
     // Takes the place of what was kept in one step; after a failure that is as it was. False when it can't be
     // written.
     bool save(std::string_view logPath, const WrittenSums& sums);
+    // The levels of the state directory that were made for the product, or for one before it. 0 where nothing
+    // is kept.
+    std::int32_t levels(std::string_view logPath);
     // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure. The last
     // product takes the levels of the state directory along that were made for any of them.
     bool remove(std::string_view logPath);

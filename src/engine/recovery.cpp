@@ -227,6 +227,7 @@ bool Recovery::takeBack(const UnfinishedWork& work, RemovalBackups& backups, Rep
         report.note("What can't be taken back of the new version is recorded in " +
                     writtenPath(undoLogIn(backups.journal())));
     }
+    removeUnfinishedFiles(parts_.machine.files, backups.journal());
     Revert(parts_, backups).revertUninstallation(report);
     if (undone == Undo::kDone && !work.isPartlyUndone && !backups.isOnlyCopy) {
         report.note("What it had changed has been taken back.");
@@ -244,6 +245,7 @@ Recovery::Undo Recovery::takeInstallationBack(const UnfinishedWork& work, Remova
     if (!isFile(files, log)) {
         return Undo::kDone;
     }
+    backups.takeLevelsOf(places.log);
     if (goesOn(work)) {
         removeUnfinishedFiles(files, log, UnfinishedChange::kLast);
         return keepOnRecord(work, log, report) ? Undo::kRecorded : Undo::kImpossible;

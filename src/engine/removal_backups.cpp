@@ -132,6 +132,12 @@ std::vector<std::string> RemovalBackups::places() const {
     return places;
 }
 
+void RemovalBackups::takeLevelsOf(const std::string& log) {
+    if (journal_.isOpen()) {
+        journal_.takeLevels(ProductState(real_.files, real_.environment).levels(log));
+    }
+}
+
 void RemovalBackups::release() {
     if (isOnlyCopy || holdsRecords || isToBeContinued) {
         if (journal_.isOpen() && !isToBeContinued) {
@@ -159,7 +165,8 @@ void RemovalBackups::release() {
     }
     machine_.reset();
     if (journal_.isOpen()) {
+        // First, so that a run that is killed in between leaves a journal to be found by.
+        ProductState(real_.files, real_.environment).leaveLevels(journal_.levels());
         journal_.discard();
-        ProductState(real_.files, real_.environment).leaveLevels(journal_.levelsLeft());
     }
 }

@@ -63,6 +63,10 @@ public:
     // Likewise, of a product of which nothing is kept.
     bool noteForGood(const std::string& application, const std::string& log);
 
+    // The product of this log goes for good. The levels of the state directory that were made for it can't,
+    // as long as the journal lies there: they go with that. Nothing without a journal.
+    void takeLevelsOf(const std::string& log);
+
     bool isEmpty() const { return !isOpen() && uninstallBackups.empty() && nestedBackups.empty(); }
     // For the user: where everything is.
     std::vector<std::string> places() const;

@@ -297,6 +297,15 @@ bool RemovalJournal::holdsDirectory(std::string_view path) const {
     return false;
 }
 
+int RemovalJournal::takeLevels(std::int32_t levels) {
+    if (levels <= this->levels()) {
+        return 0;
+    }
+    const int status = note(Format::kLevelsNote, std::to_string(levels));
+    adoptLevels();
+    return status;
+}
+
 void RemovalJournal::releaseDirectory(std::string_view path) {
     madeLevels_.emplace_back(path);
     std::ranges::sort(madeLevels_, std::ranges::greater(), &std::string::size);  // deepest first
@@ -340,12 +349,10 @@ bool RemovalJournal::removeContent() {
 
 // Others may have put something there meanwhile: the system removes only what is empty.
 void RemovalJournal::removeStateDirectory() {
-    levelsLeft_ = static_cast<std::int32_t>(madeLevels_.size());
     for (const std::string& level : madeLevels_) {
         if (files_.removeDirectory(level) != 0) {
             break;
         }
-        --levelsLeft_;
     }
     madeLevels_.clear();
 }

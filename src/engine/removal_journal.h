@@ -92,10 +92,12 @@ public:
     // it or that the removal wanted to remove, if they are empty. For the end of a session whose removal
     // counts, or has been taken back whole. 0 when nothing of it is left.
     int discard();
-    // So many levels of the state directory should have gone with the last discard, and hold something else.
-    std::int32_t levelsLeft() const { return levelsLeft_; }
+    // So many levels of the state directory are to go with it, unless they hold something else.
+    std::int32_t levels() const { return static_cast<std::int32_t>(madeLevels_.size()); }
     // The removal wants to remove the state directory, which isn't possible before the journal has gone.
     bool holdsDirectory(std::string_view path) const;
+    // A product that goes for good had made so many levels of the state directory: they go with the journal.
+    int takeLevels(std::int32_t levels);
     void releaseDirectory(std::string_view path);
 
 private:
@@ -113,7 +115,6 @@ private:
     std::string stateDirectory_;
     std::string directory_;
     std::vector<std::string> madeLevels_;  // of the state directory, deepest first
-    std::int32_t levelsLeft_ = 0;
     std::uint32_t lastRecord_ = 0;
     std::uint32_t lastKept_ = 0;
     std::map<std::string, std::string, std::less<>> notes_;

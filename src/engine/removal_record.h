@@ -46,8 +46,9 @@ struct PlaceContent {
     bool operator==(const PlaceContent&) const = default;
 };
 
-// What is at a path now. Of a file that can't be read the kind is kOther.
-PlaceContent contentOfPlace(platform::FileSystem& files, std::string_view path);
+// What is at a path now. Of a file that can't be read the kind is kOther, and `outStatus` says why; otherwise
+// that is 0.
+PlaceContent contentOfPlace(platform::FileSystem& files, std::string_view path, int* outStatus = nullptr);
 
 // A value of a registry key, or an exception of the firewall.
 struct KeptValue {

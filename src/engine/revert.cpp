@@ -90,7 +90,7 @@ bool Revert::putOff(Report& report) {
     backups_.isOnlyCopy = hasBackups();
     backups_.isToBeContinued = backups_.journal().isOpen();
     report.note(backups_.isToBeContinued
-                    ? "Nothing is taken back now. The same setup, run again, tries it once more."
+                    ? "Nothing is taken back now. The same setup, run again, tries once more."
                     : "Nothing is taken back.");
     return false;
 }
@@ -108,6 +108,7 @@ bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& u
         parts_.debugLog.line("ERROR: Unable to copy the installation log file for temporary use (" + copy +
                              ")!");
     }
+    backups_.takeLevelsOf(publishedLog);
     const bool isUndone = walk(undo, report);
     if (isUndone || hasBackups()) {
         clearRecords(publishedLog, undo.backupPath(), isUndone ? nullptr : &report);

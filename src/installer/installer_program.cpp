@@ -203,18 +203,18 @@ int InstallerProgram::uninstall() {
 int InstallerProgram::uninstallFromLog() {
     int result = runUninstallation();
     if (result == Installer::kStartAgain) {
-        result = uninstallRecovered();
+        const std::string log = wini_->productLog();
+        if (log.empty()) {
+            debugLog_.line("Nothing is left to be uninstalled");
+            return 0;
+        }
+        result = uninstallRecovered(log);
     }
     return exitCodeOf(result, result == 0 && !wini_->hasErrors() ? 0 : kFailed);
 }
 
-// The product has the action log again that it had before an interrupted run, or isn't installed.
-int InstallerProgram::uninstallRecovered() {
-    const std::string log = wini_->productLog();
-    if (log.empty()) {
-        debugLog_.line("Nothing is left to be uninstalled");
-        return 0;
-    }
+// By the action log that the product has again, as before an interrupted run.
+int InstallerProgram::uninstallRecovered(const std::string& log) {
     endSession();
     if (!OUtils::copyFile(log, *options_.uninstallFile, platform_.files, platform::FileRights::kPrivate)) {
         note("The uninstallation can't start: " + log + " can't be copied");

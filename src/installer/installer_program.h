@@ -44,7 +44,7 @@ private:
     int runConsoleInstallation();
     int uninstall();
     int uninstallFromLog();
-    int uninstallRecovered();
+    int uninstallRecovered(const std::string& log);
     int runUninstallation();
     int runConsoleUninstallation();
     void removeRelaunchCopies();

@@ -136,15 +136,17 @@ class Disk(EndToEndTest):
         if subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "none", mount], check=False).returncode != 0:
             self.skipTest("this user can't mount a tmpfs")
         self.addCleanup(subprocess.run, ["umount", str(mount)], check=False)
+        # Each small file takes a block of 4 KiB, which its size doesn't tell beforehand.
         target = self.native("small/product")
-        sets = ('<FileSet Name="A"><FN Dest="[DIR]">z.txt</FN><FN Dest="[DIR]">big.bin</FN>'
-                '<FN Dest="[DIR]">a.txt</FN></FileSet>')
-        setup = self.build_package(description(target, sets), {"a.txt": "a", "big.bin": os.urandom(200000), "z.txt": "z"})
+        files = {"last.txt": "a", "big.bin": os.urandom(20000)} | {f"{number}.txt": "z" for number in range(11)}
+        sets = "".join(f'<FN Dest="[DIR]">{name}</FN>' for name in files)
+        setup = self.build_package(description(target, f'<FileSet Name="A">{sets}</FileSet>'), files)
         result = self.run_program(setup, "-auto")
         self.assertEqual(result.code, 0, result)
         self.assertIn("FAILED to Create " + self.on_screen(target + "\\big.bin") + "\n", result.out)
         self.assertIn("It failed.\n", result.out)
-        self.assertEqual(self.read("small/product/a.txt"), b"a")
+        self.assertFalse(self.host("small/product/big.bin").exists())
+        self.assertEqual(self.read("small/product/last.txt"), b"a")
 
     @unittest.skipIf(WINDOWS, "a running program can't be replaced there")
     def test_a_running_program_is_replaced_and_goes_on(self):

@@ -428,9 +428,11 @@ class Documents(ConsoleTest):
 
     def test_the_pages_of_a_quiet_run_never_stop(self):
         # A page that waits for a program is shown even in a quiet run.
+        ask = '<Ask><Field Type="EditBox" Label="Anything" x="1" y="1">NOTE</Field></Ask>'
+        self.build_package(description(self.dir, SETS, ask).replace("Test Product", "Other"), FILES, "other" + EXE)
+        shutil.rmtree(self.host("stage"))
         self.build_document(NOTES, page="<RunningApps><TestApp>other" + EXE + "</TestApp>{}</RunningApps>")
-        shutil.copy2(self.host(self.setup), self.host("other" + EXE))
-        self.open_terminal("other" + EXE, "-gui=0").expect("Press Enter to continue...")
+        self.open_terminal("other" + EXE, "-gui=0").expect("Anything:")
         terminal = self.start("-quiet=1", rows=10)
         terminal.expect("Press Enter to continue...")
         terminal.type("\r")

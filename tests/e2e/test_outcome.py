@@ -109,8 +109,10 @@ class HeldInstallations(OutcomeTest):
 
     def hold(self, special):
         ask = '<Ask><Field Type="EditBox" Label="Anything" x="1" y="1">NOTE</Field></Ask>'
-        self.build(pages=f'{ask}<RunningApps{special}><TestApp>other{EXE}</TestApp></RunningApps>')
-        shutil.copy2(self.host(self.setup), self.host("other" + EXE))
+        self.build_package(description(self.native("opt"), GOOD, ask).replace("Test Product", "Other"), FILES,
+                           "other" + EXE)
+        shutil.rmtree(self.host("stage"))
+        self.build(pages=f'<RunningApps{special}><TestApp>other{EXE}</TestApp></RunningApps>')
         self.open_terminal("other" + EXE, "-gui=0").expect("Anything:")
 
     def test_a_page_that_refuses_to_be_left_ends_the_run_with_a_failure(self):

@@ -239,7 +239,8 @@ class SecondStage(UninstallTest):
     def start_waiting(self, program):
         """Runs a copy of the installer, which asks a question, until the returned function is called or the test ends."""
         page = '<Ask><Field Type="EditBox" Label="Owner" x="1" y="1">DIR</Field></Ask>'
-        self.build_package(description(self.native("never"), "", page), {}, "asks.bin", ("--bin",))
+        other = description(self.native("never"), "", page).replace("Test Product", "Another Product")
+        self.build_package(other, {}, "asks.bin", ("--bin",))
         shutil.rmtree(self.host("stage"))
         command = self.machine.command(self.host(program)) + ["-gui=0", "-bin=" + self.native("asks.bin")]
         process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,

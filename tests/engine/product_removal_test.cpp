@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "base/errors.h"
+#include "engine/product_state.h"
 #include "engine/removal_playback.h"
 #include "engine_fixture.h"
 #include "fakes/fake_nested_sessions.h"
@@ -80,6 +81,20 @@ TEST_F(ProductRemovalTest, WorksOnTheMachineItselfWhereNothingComesBack) {
     EXPECT_EQ(sessions_.files, &files_);
     EXPECT_FALSE(backups_.isOpen());
     EXPECT_FALSE(backups_.isOnlyCopy);
+}
+
+// The journal of the session is in the way when the product's own state goes.
+TEST_F(ProductRemovalTest, TakesTheStateDirectoryAlongThatWasMadeForAProductThatIsGoneForGood) {
+    ASSERT_TRUE(ProductState(files_, environment_).save("/app/install.log", {}));
+    ASSERT_EQ(backups_.journal().open(), 0);
+    sessions_.onUninstall = [this](const platform::Platform& machine) {
+        EXPECT_TRUE(ProductState(machine.files, environment_).remove("/app/install.log"));
+    };
+    EXPECT_TRUE(remove({"Demo", "", false}));
+    EXPECT_TRUE(files_.hasDirectory("/var/state"));
+    backups_.isOnlyCopy = false;
+    backups_.release();
+    EXPECT_FALSE(files_.hasDirectory("/var"));
 }
 
 TEST_F(ProductRemovalTest, WorksOnAMachineOnWhichTheRemovalCanBeTakenBack) {

@@ -140,6 +140,13 @@ TEST_F(ProductStateTest, TakesLevelsThatSomethingElseMade) {
     EXPECT_TRUE(files_.hasDirectory("/var"));
 }
 
+TEST_F(ProductStateTest, KnowsTheLevelsThatWereMadeForAProduct) {
+    EXPECT_EQ(state_.levels(kLog), 0);
+    ASSERT_TRUE(state_.save(kLog, sumsOf("/app/a", "1")));
+    EXPECT_EQ(state_.levels(kLog), 2);
+    EXPECT_EQ(state_.levels(""), 0);
+}
+
 TEST_F(ProductStateTest, GivesNoLevelsToAFileOfAnotherForm) {
     files_.addFile("/var/state/written-1.md5", "something else");
     state_.leaveLevels(1);

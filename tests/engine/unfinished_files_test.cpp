@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/changes/same_path.h"
+#include "engine/removal_journal.h"
+#include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 
 namespace {
@@ -41,6 +44,33 @@ TEST_F(UnfinishedFilesTest, BelongToWhatAnUndoGivesBack) {
     EXPECT_FALSE(isThere("/shared"));
     EXPECT_FALSE(isThere("/ini"));
     EXPECT_TRUE(isThere("/other"));
+}
+
+TEST_F(UnfinishedFilesTest, LieWhereARemovalChangedOrArchivedFiles) {
+    FakeEnvironment environment;
+    RemovalJournal journal(files_, environment);
+    ASSERT_EQ(journal.open(), 0);
+    files_.addFile("/app/tool", "1");
+    ASSERT_EQ(journal.noteArchived({"/app/tool"}), 0);
+    RemovalRecord record;
+    record.step = RemovalStep::kRemoveFile;
+    record.path = "/ini/c.ini";
+    ASSERT_EQ(journal.append(record, RemovalJournal::Durability::kWritten), 0);
+    removeUnfinishedFiles(files_, journal);
+    EXPECT_FALSE(isThere("/app"));
+    EXPECT_FALSE(isThere("/ini"));
+    EXPECT_TRUE(isThere("/shared"));
+}
+
+TEST_F(UnfinishedFilesTest, IncludeTheProbeOfADirectoryThatWasMade) {
+    const std::string probe = "/" + std::string(kProbeName);
+    files_.addFile("/app" + probe, "te");
+    files_.addFile("/shared" + probe, "the user's");
+    files_.addFile("/other" + probe, "test");
+    remove("DIR\t1\t/app/\r\nDIR\t1\t/shared/\r\n", UnfinishedChange::kLast);
+    EXPECT_FALSE(files_.hasFile("/app" + probe));
+    EXPECT_TRUE(files_.hasFile("/shared" + probe));
+    EXPECT_TRUE(files_.hasFile("/other" + probe));
 }
 
 TEST_F(UnfinishedFilesTest, AreNotLookedForWithoutALog) {

@@ -177,7 +177,7 @@ TEST_F(InstallerProgramTest, AnUninstallationTakesAnInterruptedRunBackAndUninsta
     EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), 0) << machine_.console.errors;
     EXPECT_NE(machine_.console.errors.find("An earlier run of the setup of Demo was interrupted."),
               std::string::npos);
-    EXPECT_NE(machine_.console.output.find("Delete: "), std::string::npos) << machine_.console.output;
+    EXPECT_NE(machine_.console.output.find("Delete /app/file"), std::string::npos) << machine_.console.output;
     EXPECT_FALSE(machine_.files.hasFile("/app/file"));
     EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
 }

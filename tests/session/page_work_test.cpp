@@ -123,6 +123,7 @@ TEST_F(PageWorkTest, BringsBackWhatWasRemovedForAFailedInstallation) {
 TEST_F(PageWorkTest, SaysThatAVersionOverAnotherOneTakesThatAlong) {
     files_.addFile("/app/tool", "version 1");
     files_.addFile("/app/install.log", "/x\r\n/y\r\nNUMVARS\t0\r\nFILE\tCREATE\t/app/tool\r\n");
+    beforePage_ = [this] { session_.setVariable("SHOULD", "0"); };
     walkTo("CopyProgress Special='AutoNext'/><RevertInstallation", kFailing);
     EXPECT_FALSE(files_.hasFile("/app/tool"));
     EXPECT_THAT(

@@ -6,8 +6,11 @@
 
 #include "base/path_functions.h"
 #include "platform/file_system.h"
+#include "support/utilities.h"
 
 namespace {
+
+constexpr std::string_view kProbeText = "test";
 
 std::string probeIn(const std::string& directory) {
     return directory + (OUtils::isSeparator(directory.back()) ? "" : "\\") + kProbeName;
@@ -38,9 +41,8 @@ public:
 
 private:
     static bool write(platform::File& file) {
-        constexpr std::string_view kText = "test";
         std::uint32_t done = 0;
-        const int status = file.write(kText.data(), kText.size(), done);
+        const int status = file.write(kProbeText.data(), kProbeText.size(), done);
         const int closed = file.close();
         return status == 0 && closed == 0;
     }
@@ -57,6 +59,15 @@ bool canBeRead(platform::FileSystem& files, const std::string& path) {
 }
 
 }  // namespace
+
+void removeAbandonedProbe(platform::FileSystem& files, const std::string& directory) {
+    std::string content;
+    if (!directory.empty() && files.kindOf(probeIn(directory)) == platform::PathKind::kFile &&
+        OUtils::readWholeFile(probeIn(directory), content, files, OUtils::Links::kRefuse) == 0 &&
+        kProbeText.starts_with(content)) {
+        files.removeFile(probeIn(directory));
+    }
+}
 
 bool namesSameDirectory(platform::FileSystem& files, const std::vector<std::string>& paths,
                         const std::string& directory) {
