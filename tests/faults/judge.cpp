@@ -95,7 +95,9 @@ Judgement Case::judgeFault(const FaultPlan& plan) {
 // An earlier version that couldn't go entirely leaves its records to the new one, so these may be others.
 void Case::judgeSuccess(const RunOutcome& outcome) {
     for (const Difference& difference : differencesOf(operations_.stateAfter(operation_), machine_.state())) {
-        const bool isContinued = operation_ == OperationKind::kUpgrade && isRecord(difference);
+        // What a log says is seen when the product goes.
+        const bool isContinued =
+            isRecord(difference) && (operation_ == OperationKind::kUpgrade || !difference.found.empty());
         if (!isContinued && !isAllowed(difference) && !isNamed(difference, outcome)) {
             find(Fault::kUntrue, "The run says that it succeeded, but " + difference.text());
         }
