@@ -266,6 +266,7 @@ int RemovalJournal::write(std::string_view frames, Durability durability) {
     if (status != 0 && start >= 0 && file_.seek(start) == 0) {
         file_.setEndOfStream();
     }
+    failure_ = status != 0 ? status : failure_;
     return status;
 }
 

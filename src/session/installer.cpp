@@ -68,9 +68,9 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
     try {
         result = prepare(*ui) ? runUI(*ui) : startResult_;
     } catch (const GenericError& error) {
-        reportError(*ui, error.what());
+        reportError(*ui, error.what(), error.reason());
     } catch (const std::exception& error) {
-        reportError(*ui, error.what());
+        reportError(*ui, error.what(), "");
     }
     return result;
 }
@@ -252,7 +252,7 @@ int Installer::runUI(InstallerUI& ui) {
     try {
         result = ui.run();
     } catch (const GenericError& error) {
-        reportError(ui, error.what());
+        reportError(ui, error.what(), error.reason());
     }
     if (result != 0) {
         walk_.state().anyFailed = true;  // the front end says next how the run ended
@@ -280,10 +280,13 @@ void Installer::sayWhyNothingWasDone(InstallerUI& ui, int result) {
     ui.addMessage("Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where);
 }
 
-void Installer::reportError(InstallerUI& ui, std::string_view text) {
+void Installer::reportError(InstallerUI& ui, std::string_view text, std::string_view reason) {
     debugLog.line(text);
     // Without the line end, the console's next output would overwrite the text.
     ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
+    if (!reason.empty()) {
+        ui.addMessage(reason);
+    }
 }
 
 // Its name is nothing that anybody could guess.
