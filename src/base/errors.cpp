@@ -17,6 +17,10 @@ void GenericError::store(const char* format, va_list arguments) {
     std::vsnprintf(text_, sizeof text_, format, arguments);
 }
 
+void GenericError::storeReason(const char* reason) {
+    std::snprintf(reason_, sizeof reason_, "%s", reason);
+}
+
 GenericError::GenericError(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
@@ -29,6 +33,12 @@ InstallerError::InstallerError(const char* format, ...) {
     va_start(arguments, format);
     store(format, arguments);
     va_end(arguments);
+}
+
+InstallerError InstallerError::because(const char* reason) const {
+    InstallerError error = *this;
+    error.storeReason(reason);
+    return error;
 }
 
 NonFatalError::NonFatalError(const char* format, ...) {

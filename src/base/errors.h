@@ -43,18 +43,27 @@ public:
     // The message, zero-terminated, owned by this object.
     virtual const char* what() const { return text_; }
 
+    // Why, in the system's words, for a text whose form is fixed; empty when that isn't known. Owned
+    // likewise.
+    const char* reason() const { return reason_; }
+
 protected:
     GenericError() = default;
     void store(const char* format, va_list arguments);
+    void storeReason(const char* reason);
 
 private:
     char text_[4096] = "";
+    char reason_[512] = "";
 };
 
 // A failure that ends the current operation.
 class InstallerError : public GenericError {
 public:
     explicit InstallerError(const char* format, ...) TANDREL_PRINTF(2, 3);
+
+    // The same with the system's reason.
+    InstallerError because(const char* reason) const;
 };
 
 // A failure of one step, after which the work can go on.

@@ -38,10 +38,10 @@ public:
     virtual bool uninstallPrevious(InstallerUI& ui) = 0;
     virtual bool revertInstallation(InstallerUI& ui) = 0;
     virtual bool revertUninstallation(InstallerUI& ui) = 0;
-    virtual bool registerApplication() = 0;
+    virtual bool registerApplication(InstallerUI& ui) = 0;
     // The entry in the list of installed applications goes with the end of a clean uninstallation: at once if
     // that was before, otherwise then. After a failed one it stays, which is a failure.
-    virtual bool unregisterApplication() = 0;
+    virtual bool unregisterApplication(InstallerUI& ui) = 0;
     // Runs an action section of the description by its name. Failures are reported and don't stop the walk.
     virtual void runActions(std::string_view section, InstallerUI& ui) = 0;
     // The actions and exports after an installation, once in a session. Failures don't stop the walk.

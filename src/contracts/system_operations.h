@@ -43,7 +43,8 @@ public:
     virtual std::optional<std::string> temporaryFileName() = 0;
 
     // Is `applicationName` in the system's list of installed applications? Here and below, `flags` is a set
-    // of UninstallEntryFlag.
+    // of UninstallEntryFlag. Throws InstallerError, which names the entry and the reason, when the list can't
+    // be read: an installation that counts as missing would be lost.
     virtual bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) = 0;
     // The entries whose name contains `nameFilter` and, unless `publisher` is empty, whose publisher contains
     // `publisher`.
@@ -51,12 +52,14 @@ public:
                                                             std::string_view publisher,
                                                             std::uint32_t flags) = 0;
     // The action log that the application's registered uninstall command names; none when there is no such
-    // path or it is longer than a path may be.
+    // path or it is longer than a path may be. Throws InstallerError when the command can't be read.
     virtual std::optional<std::string> applicationLogFile(std::string_view applicationName) = 0;
     // Creates or updates an entry. True when all of it was written; failures are logged.
     virtual bool registerApplication(const ApplicationEntry& entry) = 0;
     // False when there is no such entry or it can't be removed.
     virtual bool removeUninstallEntry(std::string_view applicationName) = 0;
+    // Why the last of these two failed, in the system's words; empty when it didn't, or not by the system.
+    virtual std::string entryFault() = 0;
     // Whoever made the key at `path` below the machine's root, and `levels` levels of it, goes, and can't
     // take it along while the list of applications is in it: it will go with the list. False unless this
     // system made the list right below that key; the key is the caller's then.

@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "engine/action_log_format.h"
 #include "engine/line_reader.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/p_file_stream.h"
 #include "support/replacing_file.h"
@@ -14,6 +15,7 @@ using ActionLogFormat::kVariableLineBuffer;
 constexpr std::string_view kTemporaryStem = "templog";
 constexpr std::string_view kTemporaryExtension = ".log";
 constexpr int kMostNames = 100;
+constexpr const char* kWriting = "Writing temp file for new log";
 
 // Collects what is written into larger pieces, and notices what doesn't reach the file.
 class Output {
@@ -29,18 +31,27 @@ public:
     bool flush() {
         std::uint32_t done = 0;
         const auto size = static_cast<std::uint32_t>(pending_.size());
-        failed_ = failed_ || (size > 0 && (file_.write(pending_.data(), size, done) != 0 || done != size));
+        if (status_ == 0 && size > 0) {
+            status_ = file_.write(pending_.data(), size, done);
+            status_ = status_ == 0 && done != size ? -1 : status_;
+        }
         pending_.clear();
-        return !failed_;
+        return status_ == 0;
     }
+    int status() const { return status_; }
 
 private:
     static constexpr std::size_t kPieceSize = 65536;
 
     PFileStream& file_;
     std::string pending_;
-    bool failed_ = false;
+    int status_ = 0;
 };
+
+[[noreturn]] void fail(const char* work, const std::string& path, int status) {
+    const std::string reason = status > 0 ? platform::errorText(status) : "";
+    throw InstallerError("ERROR: %s (%s)", work, path.c_str()).because(reason.c_str());
+}
 
 // The first name without a number.
 std::string pathBeside(const std::string& path, int number) {
@@ -105,33 +116,35 @@ void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
     }
     const bool written = out.flush() && !lines.hasFailed();
     if (!written) {
-        throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName().c_str());
+        fail(kWriting, to.getName(), out.status());
     }
 }
 
 // What is to take the log's place has its rights, and is complete.
 void ActionLogRewriter::takeRights(const std::string& logPath, PFileStream& to) {
     const int status = to.takeRightsOf(logPath);
-    if (to.close() != 0 || status != 0) {
-        throw InstallerError("ERROR: Writing temp file for new log (%s)", to.getName().c_str());
+    const int closed = to.close();
+    if (closed != 0 || status != 0) {
+        fail(kWriting, to.getName(), status != 0 ? status : closed);
     }
 }
 
 void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
                                          const std::vector<LoggedVariable>& variables) {
     PFileStream from(files_);
-    if (from.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
-                      PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks) !=
-        0) {
-        throw InstallerError("ERROR: Opening action file (%s)", logPath.c_str());
+    int status =
+        from.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
+                      PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks);
+    if (status != 0) {
+        fail("Opening action file", logPath, status);
     }
     PFileStream to(files_);
     // A taken name is somebody else's, or that of a run that was killed.
     const auto nameBeside = [&](int number) { return pathBeside(logPath, number); };
-    const bool isCreated = createUnderFreeName(to, files_, nameBeside, kMostNames, true) == 0;
+    status = createUnderFreeName(to, files_, nameBeside, kMostNames, true);
     const std::string temporary = to.getName();
-    if (!isCreated) {
-        throw InstallerError("ERROR: Creating temp file for new log (%s)", temporary.c_str());
+    if (status != 0) {
+        fail("Creating temp file for new log", temporary, status);
     }
     try {
         copyLog(from, to, variables);
@@ -142,9 +155,10 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
         throw;
     }
     from.close();
-    if (files_.replaceFile(temporary, logPath) != 0) {
+    status = files_.replaceFile(temporary, logPath);
+    if (status != 0) {
         files_.removeFile(temporary);
-        throw InstallerError("ERROR: Writing temp file for new log (%s)", logPath.c_str());
+        fail(kWriting, logPath, status);
     }
 }
 

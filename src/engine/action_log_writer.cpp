@@ -86,6 +86,10 @@ bool ActionLogWriter::hasFailed() const {
     return console_.hasFailed();
 }
 
+int ActionLogWriter::failure() const {
+    return console_.failure();
+}
+
 bool ActionLogWriter::close() {
     console_.close();
     return !console_.hasFailed();

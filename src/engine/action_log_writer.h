@@ -41,6 +41,8 @@ public:
     // False when anything written since the opening didn't reach the file.
     bool close();
     bool hasFailed() const;
+    // Why it couldn't be opened, or the first of what is above: the system's error number, 0 or -1.
+    int failure() const;
 
     // Lines 1 and 2.
     void writeHeader(std::string_view descriptionPath, std::string_view backupPath);

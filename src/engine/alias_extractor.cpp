@@ -7,6 +7,7 @@
 #include "base/path_functions.h"
 #include "engine/file_contents.h"
 #include "package/cabinet.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/utilities.h"
 
@@ -56,8 +57,9 @@ std::string AliasExtractor::extractAlias(std::string_view alias, std::string_vie
     if (expandVariablesInFile) {
         contents_.expandVariables(content, FileContents::kExtractedFileLimit, path);
     }
-    if (OUtils::writeWholeFile(path, content.bytes, files_) != 0) {
-        throw InstallerError("ERROR: Could not create file (%s)!", path.c_str());
+    if (const int status = OUtils::writeWholeFile(path, content.bytes, files_); status != 0) {
+        const std::string reason = status < 0 ? "" : platform::errorText(status);
+        throw InstallerError("ERROR: Could not create file (%s)!", path.c_str()).because(reason.c_str());
     }
     return path;
 }

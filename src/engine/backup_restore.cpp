@@ -90,6 +90,7 @@ RestoreResult restoreBackupFile(std::string_view archivePath, platform::FileSyst
     if (!isWhole && !observer.isToEnd()) {
         report.note("The backup archive " + std::string(archivePath) +
                     " can't be read to its end. Files that it may hold stay as they are.");
+        report.addReason(archivePath, archive.fault());
     }
     if (observer.failures() > 0) {
         report.note(failureNote(observer.failures(), questions.remedy));

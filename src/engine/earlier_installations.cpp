@@ -15,7 +15,9 @@
 #include "engine/action_log_reader.h"
 #include "engine/external_products.h"
 #include "platform/file_system.h"
-#include "support/p_file_stream.h"
+#include "platform/written_path.h"
+#include "support/p_mem_stream.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -74,31 +76,42 @@ void EarlierInstallations::scanRegistered() {
     }
 }
 
-// An earlier log that can't be read doesn't keep the user from installing.
+// An earlier log that is missing or damaged doesn't keep the user from installing. One that is there and
+// can't be read does: without its variables the new version takes files of the earlier one for the user's, or
+// the user's for its own.
 void EarlierInstallations::importVariables() {
     parts_.debugLog.line("Initializing previous install's variable values from log");
+    const std::string name = parts_.model.product.fullName().value_or("");
+    const std::optional<std::string> path = parts_.system.applicationLogFile(name);
+    std::string content;
+    if (path) {
+        const int status = OUtils::readWholeFile(*path, content, parts_.machine.files);
+        if (status != 0 && parts_.machine.files.kindOf(*path) == platform::PathKind::kFile) {
+            throw InstallerError("ERROR: The action log of the earlier installation, %s, can't be read: %s",
+                                 platform::writtenPath(*path).c_str(),
+                                 OUtils::readingErrorText(status).c_str());
+        }
+    }
     try {
-        readEarlierLog();
+        importVariables(name, path, content);
     } catch (const GenericError& error) {
         parts_.debugLog.line(error.what());
     }
 }
 
-void EarlierInstallations::readEarlierLog() {
-    const std::optional<std::string> name = parts_.model.product.fullName();
-    if (!name) {
+void EarlierInstallations::importVariables(const std::string& name, const std::optional<std::string>& path,
+                                           const std::string& content) {
+    if (name.empty()) {
         throw InstallerError("ERROR: Obtaining app name");
     }
-    const std::optional<std::string> path = parts_.system.applicationLogFile(*name);
     if (!path) {
-        throw InstallerError("ERROR: Obtaining actionlog filename (%s)", name->c_str());
+        throw InstallerError("ERROR: Obtaining actionlog filename (%s)", name.c_str());
     }
-    PFileStream file(parts_.machine.files);
-    if (file.openFile(*path, PFileStream::kGenericRead, PFileStream::kShareRead,
-                      PFileStream::kOpenExisting) != 0) {
+    if (parts_.machine.files.kindOf(*path) != platform::PathKind::kFile) {
         throw InstallerError("ERROR: Opening action file (%s)", path->c_str());
     }
-    ActionLogReader(&file, parts_.debugLog)
+    PMemStream log(content.data(), static_cast<std::int64_t>(content.size()));
+    ActionLogReader(&log, parts_.debugLog)
         .readVariables([this](const std::string& key, const std::string& value) {
             parts_.model.variables.set(key, value);
         });

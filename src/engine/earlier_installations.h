@@ -71,7 +71,8 @@ public:
 private:
     void scanRegistered();
     void importVariables();
-    void readEarlierLog();
+    void importVariables(const std::string& name, const std::optional<std::string>& path,
+                         const std::string& content);
     void scanLogFiles();
     void scanOwnLog();
     void scanLegacyLog(std::int32_t node);

@@ -68,7 +68,11 @@ bool FilePlayback::takeBackNewDirectory(const RemovalRecord& record) {
 
 // A file was made, written, replaced or moved.
 bool FilePlayback::takeBackContent(const RemovalRecord& record) {
-    const PlaceContent present = contentOfPlace(files_, record.path);
+    int status = 0;
+    const PlaceContent present = contentOfPlace(files_, record.path, &status);
+    if (status != 0) {
+        return done(record.path, status);
+    }
     if (present.kind == PathKind::kNothing) {
         return takeBackMissing(record);
     }
@@ -110,7 +114,12 @@ bool FilePlayback::takeBackLeft(const RemovalRecord& record) {
 
 // Only for the content that had these rights; rights can't be compared.
 bool FilePlayback::takeBackRights(const RemovalRecord& record) {
-    if (contentOfPlace(files_, record.path) != record.left) {
+    int status = 0;
+    const PlaceContent present = contentOfPlace(files_, record.path, &status);
+    if (status != 0) {
+        return done(record.path, status);
+    }
+    if (present != record.left) {
         return left(record.path, kChanged);
     }
     if (!isKept(record)) {

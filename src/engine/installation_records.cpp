@@ -89,7 +89,7 @@ bool InstallationRecords::openLog() {
     if (!temporaryLog_.empty() && job_.context.log.openNew(temporaryLog_)) {
         return true;
     }
-    reportUnopened("install log", temporaryLog_);
+    reportUnopened("install log", temporaryLog_, job_.context.log.failure());
     return false;
 }
 
@@ -98,12 +98,11 @@ bool InstallationRecords::openArchive() {
     if (!temporaryArchive_.empty() && job_.replaced.archive.openForWriting(temporaryArchive_)) {
         return true;
     }
-    reportUnopened("backup file", temporaryArchive_);
+    reportUnopened("backup file", temporaryArchive_, job_.replaced.archive.fault());
     return false;
 }
 
-// The records are opened by classes that don't say why they can't. A file that is tried once more does.
-void InstallationRecords::reportUnopened(const char* what, const std::string& path) {
+void InstallationRecords::reportUnopened(const char* what, const std::string& path, int status) {
     Report& report = job_.context.report;
     const std::string text = std::string("Nothing was installed: the ") + what + " can't be opened";
     if (path.empty()) {
@@ -111,13 +110,7 @@ void InstallationRecords::reportUnopened(const char* what, const std::string& pa
         return;
     }
     report.note(text);
-    PFileStream probe(parts_.machine.files);
-    const int status = probe.createPrivate(path);
-    report.addReason(path, status);
-    if (status == 0) {
-        probe.close();
-        parts_.machine.files.removeFile(path);
-    }
+    report.addFileReason(path, status);
 }
 
 bool InstallationRecords::begin() {
@@ -131,11 +124,14 @@ bool InstallationRecords::begin() {
         ProductState(parts_.machine.files, parts_.machine.environment).load(logPath));
     if (!takeover_.copyArchive(job_.replaced.archive)) {
         report("The backup archive of the earlier installation can't be copied to " + temporaryArchive_);
+        reportFault(temporaryArchive_, job_.replaced.archive.fault());
         discard();
         return false;
     }
     if (!writeHead()) {
         report("Nothing was installed: the install log can't be written to " + temporaryLog_);
+        reportFault(temporaryLog_, job_.context.log.failure());
+        reportFault(temporaryArchive_, job_.replaced.archive.fault());
         discard();
         return false;
     }
@@ -196,6 +192,7 @@ bool InstallationRecords::closeLog() {
     takeover_.writeRemainingFiles(log);
     const bool isOnDisk = log.flush();
     const bool isWritten = log.close() && isOnDisk;
+    reportFault(temporaryLog_, log.failure());
     if (!isWritten) {
         parts_.debugLog.line("ERROR: The install log could not be written completely");
     }
@@ -205,6 +202,7 @@ bool InstallationRecords::closeLog() {
 bool InstallationRecords::closeArchive() {
     const bool isOnDisk = job_.replaced.archive.flush() == 0;
     const bool isWritten = job_.replaced.archive.close() == 0 && isOnDisk;
+    reportFault(temporaryArchive_, job_.replaced.archive.fault());
     if (!isWritten) {
         parts_.debugLog.line("ERROR: The backup file could not be written completely");
     }
@@ -326,6 +324,13 @@ void InstallationRecords::keepSums() {
     if (!state.save(logPath, job_.replaced.history.sums())) {
         state.remove(logPath);
         parts_.debugLog.line("WARNING: The sums of the installed files could not be kept");
+    }
+}
+
+// Once for each of the two, whatever it kept from being done.
+void InstallationRecords::reportFault(const std::string& path, int status) {
+    if (status > 0) {
+        job_.context.report.addReason(path, status);
     }
 }
 

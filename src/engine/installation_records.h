@@ -47,7 +47,8 @@ private:
     std::string newName();
     bool openLog();
     bool openArchive();
-    void reportUnopened(const char* what, const std::string& path);
+    void reportUnopened(const char* what, const std::string& path, int status);
+    void reportFault(const std::string& path, int status);
     std::string archivePath();
     bool writeHead();
     bool closeLog();

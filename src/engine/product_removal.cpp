@@ -8,6 +8,7 @@
 #include "description/uninstall_overrides.h"
 #include "engine/installed_files_backup.h"
 #include "package/backup_file.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
 #include "support/file_copy.h"
@@ -30,8 +31,8 @@ private:
     std::string path_;
 };
 
-[[noreturn]] void fail(const std::string& text) {
-    throw InstallerError("%s", text.c_str());
+[[noreturn]] void fail(const std::string& text, const std::string& reason = "") {
+    throw InstallerError("%s", text.c_str()).because(reason.c_str());
 }
 
 }  // namespace
@@ -92,8 +93,14 @@ std::string ProductRemoval::copyLog(const Request& request, const std::string& l
         fail("ERROR: Unable to obtain temporary file for uninstall log of " + request.applicationName);
     }
     const std::string copy = backups_.placeOf(*name);
-    if (!OUtils::copyFile(log, copy, parts_.machine.files, platform::FileRights::kPrivate)) {
-        fail("ERROR: Unable to copy temporary log file for uninstallation of " + request.applicationName);
+    std::string content;
+    int status = OUtils::readWholeFile(log, content, parts_.machine.files);
+    status = status != 0 ? status
+                         : OUtils::writeWholeFile(copy, content, parts_.machine.files,
+                                                  platform::FileRights::kPrivate);
+    if (status != 0) {
+        fail("ERROR: Unable to copy temporary log file for uninstallation of " + request.applicationName,
+             OUtils::readingErrorText(status));
     }
     return copy;
 }
@@ -136,8 +143,10 @@ std::string ProductRemoval::newName(const char* purpose) {
 
 void ProductRemoval::noteForLaterRuns(const Request& request, const std::string& log) {
     if (!backups_.note(request.applicationName, log)) {
+        const int status = backups_.journal().failure();
         fail("ERROR: The removal of " + request.applicationName +
-             " couldn't be taken back: its journal can't be written");
+                 " couldn't be taken back: its journal can't be written",
+             status > 0 ? platform::errorText(status) : "");
     }
 }
 

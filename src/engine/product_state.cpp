@@ -119,21 +119,20 @@ std::string textOf(const WrittenSums& sums, std::string_view logPath, std::int32
 
 }  // namespace
 
-std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path) {
+std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path, int* outStatus) {
     PFileStream file(files);
-    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
-                      PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
-        return std::nullopt;
-    }
+    int status = file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                               PFileStream::kOpenExisting | PFileStream::kSequential);
     const auto block = std::make_unique_for_overwrite<unsigned char[]>(kReadBlock);
     Md5 md5;
-    for (std::uint32_t done = 1; done > 0;) {
-        if (file.read(block.get(), kReadBlock, done) != 0) {
-            return std::nullopt;
-        }
+    for (std::uint32_t done = 1; status == 0 && done > 0;) {
+        status = file.read(block.get(), kReadBlock, done);
         md5.update(block.get(), done);
     }
-    return md5.finish();
+    if (outStatus != nullptr) {
+        *outStatus = status;
+    }
+    return status == 0 ? std::optional(md5.finish()) : std::nullopt;
 }
 
 void WrittenSums::add(std::string_view path, const Md5Digest& digest) {

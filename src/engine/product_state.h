@@ -14,8 +14,10 @@ class Environment;
 class FileSystem;
 }  // namespace platform
 
-// The digest of a whole file, read in blocks. None when it can't be opened or read to its end.
-std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path);
+// The digest of a whole file, read in blocks. None when it can't be opened or read to its end; `outStatus`
+// says why, and is 0 otherwise.
+std::optional<Md5Digest> digestOfFile(platform::FileSystem& files, std::string_view path,
+                                      int* outStatus = nullptr);
 
 // The digests of what an installation wrote, by the path of the file. Spellings of one path are the same
 // (platform/path_identity.h).

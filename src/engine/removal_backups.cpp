@@ -139,8 +139,8 @@ void RemovalBackups::takeLevelsOf(const std::string& log) {
 }
 
 void RemovalBackups::release() {
-    if (isOnlyCopy || holdsRecords) {
-        if (journal_.isOpen()) {
+    if (isOnlyCopy || holdsRecords || isToBeContinued) {
+        if (journal_.isOpen() && !isToBeContinued) {
             WorkNotes(journal_).stage(WorkStage::kEnded);
         }
         return;

@@ -38,6 +38,8 @@ public:
     std::vector<NestedBackup> nestedBackups;
     // An installation was removed, and neither a new one nor its own return is complete.
     bool isOnlyCopy = false;
+    // Not everything could be taken back: a later run tries it once more.
+    bool isToBeContinued = false;
     // The journal's directory holds records of the new installation that have no other place.
     bool holdsRecords = false;
 
@@ -68,7 +70,8 @@ public:
     bool isEmpty() const { return !isOpen() && uninstallBackups.empty() && nestedBackups.empty(); }
     // For the user: where everything is.
     std::vector<std::string> places() const;
-    // Deletes all of it, unless it is the only copy; then a later run is told to leave it alone.
+    // Deletes all of it, unless a later run continues, or it is the only copy; then a later run is told to
+    // leave it alone.
     void release();
 
 private:

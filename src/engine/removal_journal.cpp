@@ -285,6 +285,7 @@ int RemovalJournal::write(std::string_view frames, Durability durability) {
     if (status != 0 && start >= 0 && file_.seek(start) == 0) {
         file_.setEndOfStream();
     }
+    failure_ = status != 0 ? status : failure_;
     return status;
 }
 
@@ -298,7 +299,12 @@ void RemovalJournal::settle(std::uint32_t record) {
 ReadRecords RemovalJournal::read() {
     std::string content;
     const int status = OUtils::readWholeFile(journalIn(directory_), content, files_, OUtils::Links::kRefuse);
-    return status == 0 ? readRecords(content) : ReadRecords();
+    ReadRecords read;
+    if (status == 0) {
+        read = readRecords(content);
+    }
+    read.status = status;
+    return read;
 }
 
 bool RemovalJournal::holdsDirectory(std::string_view path) const {

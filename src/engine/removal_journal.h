@@ -80,6 +80,8 @@ public:
     // made.
     int append(RemovalRecord& record, Durability durability);
     int append(std::vector<RemovalRecord>& records, Durability durability);
+    // Why the last record that couldn't be written couldn't; 0 when there was none.
+    int failure() const { return failure_; }
     // Nothing is left to take back from the record. A failure costs no more than a look.
     void settle(std::uint32_t record);
 
@@ -121,6 +123,7 @@ private:
     std::vector<std::string> madeLevels_;  // of the state directory, deepest first
     std::uint32_t lastRecord_ = 0;
     std::uint32_t lastKept_ = 0;
+    int failure_ = 0;
     std::map<std::string, std::string, std::less<>> notes_;
     std::vector<std::string> newlyArchived_;
     std::unordered_map<std::string, std::uint32_t> archived_;  // kept numbers, by the identity of the path

@@ -10,6 +10,7 @@
 #include "engine/report.h"
 #include "engine/settings_playback.h"
 #include "platform/shell_objects.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -45,8 +46,23 @@ std::vector<RemovalRecord> openChanges(std::vector<RemovalRecord> records) {
 
 }  // namespace
 
+bool RemovalPlayback::isPossible() {
+    return isReadable(journal_.read());
+}
+
+bool RemovalPlayback::isReadable(const ReadRecords& read) {
+    if (read.status != 0) {
+        report_.note("The journal of the removal can't be read.");
+        report_.addReason(journal_.directory(), OUtils::readingErrorText(read.status));
+    }
+    return read.status == 0;
+}
+
 bool RemovalPlayback::run() {
     ReadRecords read = journal_.read();
+    if (!isReadable(read)) {
+        return false;
+    }
     if (!read.isWhole) {
         report_.note("The journal of the removal is damaged. What it still shows is brought back.");
     }

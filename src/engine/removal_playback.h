@@ -20,10 +20,13 @@ public:
     RemovalPlayback(const platform::Platform& machine, RemovalJournal& journal, Report& report)
         : machine_(machine), journal_(journal), report_(report) {}
 
-    // True when everything came back.
+    // False, which is reported, when the journal can't be read.
+    bool isPossible();
+    // True when everything came back. A journal that can't be read gives back nothing.
     bool run();
 
 private:
+    bool isReadable(const ReadRecords& read);
     bool takeBack(const std::vector<RemovalRecord>& records);
     bool broadcast(const std::vector<RemovalRecord>& records);
 

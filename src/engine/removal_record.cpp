@@ -197,13 +197,13 @@ bool isTornEnd(std::string_view rest, std::optional<std::size_t> bodySize) {
 
 }  // namespace
 
-PlaceContent contentOfPlace(platform::FileSystem& files, std::string_view path) {
+PlaceContent contentOfPlace(platform::FileSystem& files, std::string_view path, int* outStatus) {
     PlaceContent content;
     content.kind = files.kindOf(path);
     if (content.kind != PathKind::kFile) {
         return content;
     }
-    const std::optional<Md5Digest> digest = digestOfFile(files, path);
+    const std::optional<Md5Digest> digest = digestOfFile(files, path, outStatus);
     content.size = files.fileSize(path);
     if (!digest || content.size < 0) {
         return {PathKind::kOther, 0, {}};

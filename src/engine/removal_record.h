@@ -46,8 +46,9 @@ struct PlaceContent {
     bool operator==(const PlaceContent&) const = default;
 };
 
-// What is at a path now. Of a file that can't be read the kind is kOther.
-PlaceContent contentOfPlace(platform::FileSystem& files, std::string_view path);
+// What is at a path now. Of a file that can't be read the kind is kOther, and `outStatus` says why; otherwise
+// that is 0.
+PlaceContent contentOfPlace(platform::FileSystem& files, std::string_view path, int* outStatus = nullptr);
 
 // A value of a registry key, or an exception of the firewall.
 struct KeptValue {
@@ -90,6 +91,7 @@ struct RemovalRecord {
 std::optional<std::string> frameOf(const RemovalRecord& record);
 
 struct ReadRecords {
+    int status = 0;                      // of the reading; after a failure there is nothing else
     std::vector<RemovalRecord> records;  // in the order of the file
     bool isWhole = false;  // nothing was passed over but the torn end of a writer that was stopped
     std::size_t end = 0;   // where the last record that is whole ends

@@ -102,6 +102,12 @@ void Report::addReason(std::string_view subject, std::string_view reason) {
     note(platform::writtenPath(subject) + ": " + std::string(reason));
 }
 
+void Report::addKnownReason(std::string_view subject, std::string_view reason) {
+    if (!reason.empty()) {
+        note(std::string(subject) + ": " + std::string(reason));
+    }
+}
+
 void Report::showErrors(std::string_view heading) {
     if (errors_ == nullptr) {
         return;

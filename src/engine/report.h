@@ -48,6 +48,8 @@ public:
     void addFileReason(std::string_view path, int status);
     // For a reason that isn't the system's.
     void addReason(std::string_view subject, std::string_view reason);
+    // For one that may not be known: an empty one says nothing. The subject is shown as it is.
+    void addKnownReason(std::string_view subject, std::string_view reason);
     // Shows the list of errors under a heading; the heading also when the list is empty, but not without a
     // list.
     void showErrors(std::string_view heading);

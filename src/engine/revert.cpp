@@ -1,5 +1,6 @@
 #include "engine/revert.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "contracts/system_operations.h"
@@ -20,6 +21,7 @@
 #include "platform/written_path.h"
 #include "support/file_copy.h"
 #include "support/p_file_stream.h"
+#include "support/p_mem_stream.h"
 #include "support/utilities.h"
 
 namespace {
@@ -36,41 +38,110 @@ Revert::Revert(const EngineParts& parts, RemovalBackups& backups)
 
 bool Revert::revertInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report) {
     parts_.debugLog.line("Reverting installation!");
+    if (!isLogReadable(publishedLog, report) || !canBringBack(report)) {
+        return putOff(report);
+    }
     const bool isUndone = undoInstallation(publishedLog, undo, report);
     return revertUninstallation(report) && isUndone;
 }
 
-// The walk deletes the log as a file of the product, so it reads a copy.
-bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report) {
+// The log is kept; of the archive that it names only whether it can be read counts.
+bool Revert::isLogReadable(const std::string& publishedLog, Report& report) {
     platform::FileSystem& files = parts_.machine.files;
-    if (publishedLog.empty() || !files.exists(publishedLog)) {
+    undoneLog_.clear();
+    if (publishedLog.empty() || files.kindOf(publishedLog) != platform::PathKind::kFile) {
+        return true;
+    }
+    const int status = OUtils::readWholeFile(publishedLog, undoneLog_, files);
+    if (status != 0) {
+        report.addReason(publishedLog, OUtils::readingErrorText(status));
+        return false;
+    }
+    PMemStream log(undoneLog_.data(), static_cast<std::int64_t>(undoneLog_.size()));
+    return isReadable(ActionLogReader(&log, parts_.debugLog).readArchivePath().value_or(""), report);
+}
+
+// What is missing was missing before; what is there and can't be opened may be readable in a moment.
+bool Revert::isReadable(const std::string& path, Report& report) {
+    if (path.empty() || parts_.machine.files.kindOf(path) != platform::PathKind::kFile) {
+        return true;
+    }
+    PFileStream file(parts_.machine.files);
+    int status = openToRead(file, path);
+    if (status == 0) {
+        char byte = 0;
+        std::uint32_t done = 0;
+        status = file.read(&byte, 1, done);
+    }
+    report.addReason(path, status);
+    return status == 0;
+}
+
+bool Revert::canBringBack(Report& report) {
+    if (backups_.isOpen() && !RemovalPlayback(parts_.machine, backups_.journal(), report).isPossible()) {
+        return false;
+    }
+    return std::ranges::all_of(backups_.uninstallBackups, [&](const UninstallBackup& backup) {
+        return isReadable(backup.archivePath, report) && isReadable(backup.directoriesPath, report);
+    });
+}
+
+bool Revert::putOff(Report& report) {
+    backups_.isOnlyCopy = hasBackups();
+    backups_.isToBeContinued = backups_.journal().isOpen();
+    report.note(backups_.isToBeContinued
+                    ? "Nothing is taken back now. The same setup, run again, tries once more."
+                    : "Nothing is taken back.");
+    return false;
+}
+
+// The copy is for a later run, if this one is killed, and for what is left in the end.
+bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report) {
+    if (undoneLog_.empty()) {
         return false;
     }
     const std::string copy = placeOfCopy();
-    if (copy.empty() || !OUtils::copyFile(publishedLog, copy, files, platform::FileRights::kPrivate)) {
+    const bool isCopied = copyLog(copy);
+    if (isCopied) {
+        noteUndo(copy, publishedLog);
+    } else {
         parts_.debugLog.line("ERROR: Unable to copy the installation log file for temporary use (" + copy +
                              ")!");
-        report.note("What was installed can't be taken back: " + platform::writtenPath(publishedLog) +
-                    " can't be copied to the temporary directory");
-        return false;
     }
-    noteUndo(copy, publishedLog);
     backups_.takeLevelsOf(publishedLog);
-    const bool isUndone = walk(copy, undo, report);
+    const bool isUndone = walk(undo, report);
     if (isUndone || hasBackups()) {
         clearRecords(publishedLog, undo.backupPath(), isUndone ? nullptr : &report);
     }
     if (backups_.journal().isOpen()) {
-        WorkNotes(backups_.journal()).stage(WorkStage::kUndone);
+        WorkNotes notes(backups_.journal());
+        notes.stage(WorkStage::kUndone);
+        if (!isUndone) {
+            notes.partlyUndone();
+        }
         backups_.holdsRecords = !isUndone;
     }
     if (isUndone || !hasBackups()) {
-        files.removeFile(copy);
+        parts_.machine.files.removeFile(copy);
     } else {
-        report.note("What could not be taken back of the new version is recorded in " +
-                    platform::writtenPath(copy));
+        sayWhatIsLeft(publishedLog, copy, isCopied, report);
     }
     return isUndone;
+}
+
+bool Revert::copyLog(const std::string& copy) {
+    return !copy.empty() && OUtils::writeWholeFile(copy, undoneLog_, parts_.machine.files,
+                                                   platform::FileRights::kPrivate) == 0;
+}
+
+// The published log has made room for that of the earlier version.
+void Revert::sayWhatIsLeft(const std::string& publishedLog, const std::string& copy, bool isCopied,
+                           Report& report) {
+    const bool isRecorded = isCopied || copyLog(copy);
+    report.note(isRecorded ? "What could not be taken back of the new version is recorded in " +
+                                 platform::writtenPath(copy)
+                           : "There is no record of what could not be taken back of the new version: " +
+                                 platform::writtenPath(publishedLog) + " could not be copied");
 }
 
 std::string Revert::ownFile(std::string_view name) {
@@ -89,10 +160,10 @@ void Revert::takeOut(const std::string& archive) {
 
 // If this run is killed now, a later one finds a log to repeat the undo by.
 void Revert::noteUndo(const std::string& copy, const std::string& publishedLog) {
-    PFileStream log(parts_.machine.files);
-    if (!backups_.journal().isOpen() || openToRead(log, copy) != 0) {
+    if (!backups_.journal().isOpen()) {
         return;
     }
+    PMemStream log(undoneLog_.data(), static_cast<std::int64_t>(undoneLog_.size()));
     const std::string archive = ActionLogReader(&log, parts_.debugLog).readArchivePath().value_or("");
     WorkNotes(backups_.journal())
         .installing(
@@ -105,16 +176,13 @@ std::string Revert::placeOfCopy() {
                                        : parts_.system.temporaryFileName().value_or("");
 }
 
-bool Revert::walk(const std::string& log, Uninstallation& undo, Report& report) {
-    PFileStream file(parts_.machine.files);
-    if (openToRead(file, log) != 0) {
-        return false;
-    }
+bool Revert::walk(Uninstallation& undo, Report& report) {
+    PMemStream log(undoneLog_.data(), static_cast<std::int64_t>(undoneLog_.size()));
     parts_.debugLog.line("Uninstalling current installation (Revert)");
     // What a repetition needs would lie in the places of files that come back.
     using Repetition = Uninstallation::Repetition;
     const Repetition repetition = hasBackups() ? Repetition::kNone : Repetition::kPossible;
-    return undo.run(&file, std::nullopt, report, {}, repetition);
+    return undo.run(&log, std::nullopt, report, {}, repetition);
 }
 
 // They are where those of the earlier version belong. `rest` is null when nothing is left of the new version;
@@ -140,6 +208,9 @@ bool Revert::revertUninstallation(Report& report) {
     if (!hasBackups()) {
         return true;
     }
+    if (!canBringBack(report)) {
+        return putOff(report);
+    }
     parts_.debugLog.line("Unpacking backup of previous installation and legacy applications");
     isAnyBack_ = false;
     areAllBack_ = true;
@@ -160,6 +231,10 @@ bool Revert::revertUninstallation(Report& report) {
     }
     copyBack(report);
     backups_.isOnlyCopy = !areAllBack_;
+    if (!areAllBack_ && backups_.journal().isOpen()) {
+        backups_.isToBeContinued = true;
+        WorkNotes(backups_.journal()).attempt(1);
+    }
     return !isAnyBack_;
 }
 
@@ -180,8 +255,10 @@ bool Revert::unpack(const UninstallBackup& backup, Report& report) {
         return false;
     }
     parts_.debugLog.line("Unpacking backup for application: \"" + backup.productName + "\"");
-    if (!makeDirectories(backup.directoriesPath, report)) {
+    if (const int status = makeDirectories(backup.directoriesPath, report); status != 0) {
         parts_.debugLog.line("ERROR: Could not open backup dirs file (" + backup.directoriesPath + ")!");
+        report.note("None of the files of " + backup.productName + " came back.");
+        report.addReason(backup.directoriesPath, OUtils::readingErrorText(status));
         return false;
     }
     RestoreQuestions questions;
@@ -196,17 +273,18 @@ bool Revert::unpack(const UninstallBackup& backup, Report& report) {
     return result == RestoreResult::kDone;
 }
 
-// False when the list can't be opened; a directory that can't be made is reported.
-bool Revert::makeDirectories(const std::string& listPath, Report& report) {
-    PFileStream list(parts_.machine.files);
-    if (openToRead(list, listPath) != 0) {
-        return false;
+// The status of reading the list; a directory that can't be made is reported.
+int Revert::makeDirectories(const std::string& listPath, Report& report) {
+    std::string content;
+    if (const int status = OUtils::readWholeFile(listPath, content, parts_.machine.files); status != 0) {
+        return status;
     }
+    PMemStream list(content.data(), static_cast<std::int64_t>(content.size()));
     ChangeJob job(parts_, log_, report);
     DirectoryChange directories(job.context);
     LineReader lines(list);
     for (std::string line; lines.readLine(line, ActionLogFormat::kBackupLineBuffer);) {
         directories.create(withoutTrailingSpace(line));
     }
-    return true;
+    return 0;
 }

@@ -12,7 +12,9 @@ class Report;
 class Uninstallation;
 
 // Puts the machine back after an installation that failed: the new files go, and the installations come back
-// that were removed for it. No failure stops it; each one is reported.
+// that were removed for it. What it works from is looked at first: if any of it can't be read, nothing is
+// touched, which would leave a mixture of two versions. After that no failure stops it. Each one is reported,
+// and what isn't back by the end is tried once more by the next run.
 class Revert {
 public:
     // All of them are borrowed and outlive this object.
@@ -28,23 +30,32 @@ public:
     bool revertUninstallation(Report& report);
 
 private:
+    bool isLogReadable(const std::string& publishedLog, Report& report);
+    bool canBringBack(Report& report);
+    bool isReadable(const std::string& path, Report& report);
+    bool putOff(Report& report);
     bool undoInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report);
+    bool copyLog(const std::string& copy);
     std::string ownFile(std::string_view name);
     void takeOut(const std::string& archive);
     void noteUndo(const std::string& copy, const std::string& publishedLog);
+    void sayWhatIsLeft(const std::string& publishedLog, const std::string& copy, bool isCopied,
+                       Report& report);
     std::string placeOfCopy();
-    bool walk(const std::string& log, Uninstallation& undo, Report& report);
+    bool walk(Uninstallation& undo, Report& report);
     bool hasBackups() const { return backups_.isOpen() || !backups_.uninstallBackups.empty(); }
     void clearRecords(const std::string& log, const std::string& archive, Report* rest);
     void copyBack(Report& report);
     bool unpack(const UninstallBackup& backup, Report& report);
-    bool makeDirectories(const std::string& listPath, Report& report);
+    int makeDirectories(const std::string& listPath, Report& report);
 
     EngineParts parts_;
     RemovalBackups& backups_;
     // Never open: nothing of a revert is recorded.
     PFileConsole logFile_;
     ActionLogWriter log_;
+    // The published log: the walk deletes it as a file of the product, and must not fail halfway through it.
+    std::string undoneLog_;
     bool isAnyBack_ = false;
     bool areAllBack_ = false;
 };

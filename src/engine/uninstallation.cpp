@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "base/errors.h"
 #include "base/fixed_text.h"
 #include "base/path_functions.h"
 #include "description/control_variables.h"
@@ -268,7 +269,7 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
             false, "FAILED to remove what is remembered of the product's files"));
         return true;
     }
-    if (!removeEntry()) {
+    if (!removeEntry(job.context.report)) {
         walk.noteResult(job.context.report.addOutcome(false, "FAILED to remove " + *entry_));
         return true;
     }
@@ -301,18 +302,28 @@ bool Uninstallation::removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob
     return !walk.hasFailed();
 }
 
-bool Uninstallation::unregister() {
+bool Uninstallation::unregister(Report& report) {
     const std::optional<std::string> name = parts_.model.product.fullName();
     if (!name || state_ == State::kToBeRepeated) {
         return false;
     }
     entry_ = name;
-    return state_ == State::kNotRun || removeEntry();
+    return state_ == State::kNotRun || removeEntry(report);
 }
 
-bool Uninstallation::removeEntry() {
-    return !entry_ || !parts_.system.findUninstallEntry(*entry_, 0) ||
-           parts_.system.removeUninstallEntry(*entry_);
+// An entry that can't be read is still there.
+bool Uninstallation::removeEntry(Report& report) {
+    try {
+        if (!entry_ || !parts_.system.findUninstallEntry(*entry_, 0) ||
+            parts_.system.removeUninstallEntry(*entry_)) {
+            return true;
+        }
+    } catch (const GenericError& error) {
+        report.note(error.what());
+        return false;
+    }
+    report.addKnownReason(*entry_, parts_.system.entryFault());
+    return false;
 }
 
 // The uninstaller resisted: the entry that starts it comes back.

@@ -49,7 +49,7 @@ public:
     // The product's entry in the list of installed applications is to go: after a clean walk at once,
     // otherwise with the end of a clean walk to come. False when it can't be removed, and after a walk that
     // failed, which leaves it. An entry that isn't there is no failure.
-    bool unregister();
+    bool unregister(Report& report);
 
     // As the log or a caller gave it; empty before `prepare`.
     const std::string& backupPath() const { return backupPath_; }
@@ -74,7 +74,7 @@ private:
     bool clean(const Cleaning& cleaning, ChangeJob& job);
     bool removeProduct(Product& product, UndoWalk& walk, ChangeJob& job);
     bool removeKeptFiles(Product& product, UndoWalk& walk, ChangeJob& job);
-    bool removeEntry();
+    bool removeEntry(Report& report);
     bool restoreEntry(const Product& product);
     void reportEnd(bool failed, bool canBeRepeated, Report& report);
     void setErrorVariable();

@@ -378,7 +378,8 @@ bool BackupFile::openForWriting(std::string_view path) {
         return false;
     }
     std::uint32_t written = 0;
-    const bool isCreated = createPrivate(path) == 0;
+    fault_ = 0;
+    const bool isCreated = noted(createPrivate(path)) == 0;
     hasError_ = !isCreated || write(BackupFormat::kBanner, BackupFormat::kBannerSize, written) != 0;
     if (hasError_) {
         PFileStream::close();
@@ -393,7 +394,11 @@ bool BackupFile::openForWriting(std::string_view path) {
 }
 
 bool BackupFile::openForReading(std::string_view path) {
-    if (mode_ != kClosed || openToRead(*this, path) != 0) {
+    if (mode_ != kClosed) {
+        return false;
+    }
+    fault_ = openToRead(*this, path);
+    if (fault_ != 0) {
         return false;
     }
     unsigned char banner[BackupFormat::kBannerSize];
@@ -405,6 +410,23 @@ bool BackupFile::openForReading(std::string_view path) {
     }
     mode_ = kReading;
     return true;
+}
+
+int BackupFile::noted(int status) {
+    fault_ = status != 0 ? status : fault_;
+    return status;
+}
+
+int BackupFile::read(void* buffer, std::uint32_t size, std::uint32_t& outRead) {
+    return noted(PFileStream::read(buffer, size, outRead));
+}
+
+int BackupFile::write(const void* buffer, std::uint32_t size, std::uint32_t& outWritten) {
+    return noted(PFileStream::write(buffer, size, outWritten));
+}
+
+int BackupFile::flush() {
+    return noted(PFileStream::flush());
 }
 
 std::optional<std::string> BackupFile::addFile(std::string_view path, std::optional<std::uint32_t> checkSum) {
@@ -572,6 +594,6 @@ int BackupFile::close() {
     }
     isPositionLost_ = false;
     mode_ = kClosed;
-    const int closed = PFileStream::close();
+    const int closed = noted(PFileStream::close());
     return status != 0 ? status : closed;
 }

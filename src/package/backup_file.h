@@ -75,6 +75,13 @@ public:
     // False when this object isn't closed, or the file can't be opened or has another banner.
     bool openForReading(std::string_view path);
 
+    int read(void* buffer, std::uint32_t size, std::uint32_t& outRead) override;
+    int write(const void* buffer, std::uint32_t size, std::uint32_t& outWritten) override;
+    int flush() override;
+    // Why the archive couldn't be opened, read or written: the system's error number, or 0 for what isn't the
+    // system's.
+    int fault() const { return fault_; }
+
     // Adds the file at `path`, of at most BackupFormat::kNameLimit bytes, under that name. Without `checkSum`
     // the archive stores the file's own. An archive is never put into an archive: that succeeds and stores
     // nothing. Returns nothing on success, otherwise a text that says what failed; the archive then ends with
@@ -107,6 +114,7 @@ public:
     bool hasError() const { return hasError_; }
 
 private:
+    int noted(int status);
     template <typename Write>
     std::optional<std::string> append(const std::string& name, Write write);
     std::optional<std::string> writeEntry(const std::string& name, std::optional<std::uint32_t> checkSum);
@@ -118,6 +126,7 @@ private:
 
     Mode mode_ = kClosed;
     bool hasError_ = false;
+    int fault_ = 0;
     bool isPositionLost_ = false;  // what came next would go over what is there
     // Of the entries that were written: where the check sum is, by the identity of the path.
     std::unordered_map<std::string, std::int64_t> checkSums_;

@@ -8,20 +8,15 @@
 #include "description/answers_file.h"
 #include "description/unknown_names.h"
 #include "engine/action_log_reader.h"
-#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
 #include "session/logged_variables.h"
+#include "support/p_mem_stream.h"
 #include "support/utilities.h"
 
 namespace {
 
 constexpr std::string_view kDescriptionAlias = "install.xml";
-
-// Of readWholeFile, whose -1 isn't a number of the system.
-std::string readingError(int status) {
-    return status < 0 ? "the file is too large, or ended early" : platform::errorText(status);
-}
 
 }  // namespace
 
@@ -52,15 +47,14 @@ int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t 
         loadError_ = result == 0 ? "" : "the package can't be read (" + std::to_string(result) + ")";
         return result;
     }
-    auto file = std::make_unique<PFileStream>(machine_.files);
-    const int status =
-        file->openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, PFileStream::kOpenExisting);
+    std::string content;
+    const int status = OUtils::readWholeFile(path, content, machine_.files);
     if (status != 0) {
-        loadError_ = platform::errorText(status);
+        loadError_ = OUtils::readingErrorText(status);
         debugLog.print("ERROR: Failed to open the installation log file (%s)", path);
         return -1;
     }
-    actionLogFile = std::move(file);
+    actionLogFile = std::make_unique<PMemStream>(content.data(), static_cast<std::int64_t>(content.size()));
     return 0;
 }
 
@@ -74,9 +68,9 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
     try {
         result = prepare(*ui) ? runUI(*ui) : startResult_;
     } catch (const GenericError& error) {
-        reportError(*ui, error.what());
+        reportError(*ui, error.what(), error.reason());
     } catch (const std::exception& error) {
-        reportError(*ui, error.what());
+        reportError(*ui, error.what(), "");
     }
     return result;
 }
@@ -200,7 +194,7 @@ bool Installer::readDescriptionFromLog(InstallerUI& ui, std::string& outText) {
     if (status != 0) {
         debugLog.line("ERROR: Failed reading installation file");
         debugLog.line("ERROR: Cannot continue due to error(s). Exiting!");
-        return refuseStart(ui, *path + ": " + readingError(status));
+        return refuseStart(ui, *path + ": " + OUtils::readingErrorText(status));
     }
     return true;
 }
@@ -224,7 +218,7 @@ bool Installer::loadDefaultValues(InstallerUI& ui) {
         model_.variables.loadDefaults(model_.description, answers, parameters, message);
     if (outcome == DefaultsOutcome::kBadConfiguration) {
         ui.messageBox(message.c_str(), MessageKind::kInformation);
-        ui.addMessage(answers + ": " + readingError(answers_.load(answers)));
+        ui.addMessage(answers + ": " + OUtils::readingErrorText(answers_.load(answers)));
     }
     if (outcome != DefaultsOutcome::kLoaded) {
         debugLog.line(
@@ -258,7 +252,7 @@ int Installer::runUI(InstallerUI& ui) {
     try {
         result = ui.run();
     } catch (const GenericError& error) {
-        reportError(ui, error.what());
+        reportError(ui, error.what(), error.reason());
     }
     if (result != 0) {
         walk_.state().anyFailed = true;  // the front end says next how the run ended
@@ -286,10 +280,13 @@ void Installer::sayWhyNothingWasDone(InstallerUI& ui, int result) {
     ui.addMessage("Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where);
 }
 
-void Installer::reportError(InstallerUI& ui, std::string_view text) {
+void Installer::reportError(InstallerUI& ui, std::string_view text, std::string_view reason) {
     debugLog.line(text);
     // Without the line end, the console's next output would overwrite the text.
     ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
+    if (!reason.empty()) {
+        ui.addMessage(reason);
+    }
 }
 
 // Its name is nothing that anybody could guess.
@@ -298,6 +295,9 @@ void Installer::sayWhatStays(InstallerUI& ui) {
         ui.addMessage("An earlier version was removed and isn't completely back.");
         for (const std::string& place : removed.places()) {
             ui.addMessage(place);
+        }
+        if (removed.isToBeContinued) {
+            ui.addMessage("The same setup, run again, tries once more to bring it back.");
         }
     }
 }

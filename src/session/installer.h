@@ -173,7 +173,7 @@ private:
     int runUI(InstallerUI& ui);
     void sayWhyNothingWasDone(InstallerUI& ui, int result);
     void sayWhatStays(InstallerUI& ui);
-    void reportError(InstallerUI& ui, std::string_view text);
+    void reportError(InstallerUI& ui, std::string_view text, std::string_view reason);
 
     platform::Platform machine_;
     SystemOperations& system_;

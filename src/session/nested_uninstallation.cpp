@@ -7,6 +7,7 @@
 #include "engine/action_log_reader.h"
 #include "engine/product_records.h"
 #include "session/logged_variables.h"
+#include "support/p_mem_stream.h"
 #include "support/utilities.h"
 
 NestedUninstallation::NestedUninstallation(const platform::Platform& machine, SystemOperations& system,
@@ -18,7 +19,6 @@ NestedUninstallation::NestedUninstallation(const platform::Platform& machine, Sy
       cabinet_(machine.files, debugLog),
       answers_(machine.files),
       model_(machine, system, answers_, debugLog),
-      log_(machine.files),
       uninstallation_({model_.view(), cabinet_, machine, system, debugLog}) {
     model_.setGraphical(ui != nullptr && ui->isGraphical() != 0);
 }
@@ -30,23 +30,32 @@ void NestedUninstallation::load(const std::string& logPath) {
 }
 
 void NestedUninstallation::openLog(const std::string& path) {
-    if (log_.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, PFileStream::kOpenExisting) !=
-        0) {
+    std::string content;
+    const int status = OUtils::readWholeFile(path, content, files_);
+    if (status != 0) {
         debugLog_.line("ERROR: Failed to open the installation log file (" + path + ")");
+        sayWhy(path, status);
         throw InstallerError("ERROR: Unable to initialize uninstaller object");
     }
+    log_ = std::make_unique<PMemStream>(content.data(), static_cast<std::int64_t>(content.size()));
+}
+
+void NestedUninstallation::sayWhy(const std::string& path, int status) {
+    Report(ui_, &errors_).addReason(path, OUtils::readingErrorText(status));
 }
 
 std::string NestedUninstallation::readDescription() {
     debugLog_.line("Uninstall: Reading installation file name from action log");
-    const std::optional<std::string> path = ActionLogReader(&log_, debugLog_).readDescriptionPath();
+    const std::optional<std::string> path = ActionLogReader(log_.get(), debugLog_).readDescriptionPath();
     if (!path) {
         debugLog_.line("Could not obtain installation file from action log");
         throw InstallerError("ERROR: Unable to obtain installation file from action log");
     }
     debugLog_.line("Uninstall: Reading installation file");
     std::string text;
-    if (OUtils::readWholeFile(*path, text, files_) != 0) {
+    const int status = OUtils::readWholeFile(*path, text, files_);
+    if (status != 0) {
+        sayWhy(*path, status);
         throw InstallerError("ERROR: Unable to read installation file (%s)", path->c_str());
     }
     return text;
@@ -71,7 +80,7 @@ void NestedUninstallation::readProduct(std::string_view description) {
 // The default values come last, so that they can build on what the product knew of itself.
 void NestedUninstallation::readVariables() {
     debugLog_.line("Uninstall: Initializing values from previous log");
-    importLoggedVariables(log_, model_.variables.store(), debugLog_);
+    importLoggedVariables(*log_, model_.variables.store(), debugLog_);
     debugLog_.line("Uninstall: Initializing default values");
     std::string message;
     if (model_.variables.loadDefaults(model_.description, "", nullptr, message) != DefaultsOutcome::kLoaded) {
@@ -84,7 +93,7 @@ std::string NestedUninstallation::productName() {
 }
 
 ProductRecords NestedUninstallation::records() {
-    return productRecordsOf(log_, model_.view(), debugLog_);
+    return productRecordsOf(*log_, model_.view(), debugLog_);
 }
 
 void NestedUninstallation::setVariable(std::string_view name, std::string_view value) {
@@ -93,5 +102,5 @@ void NestedUninstallation::setVariable(std::string_view name, std::string_view v
 
 bool NestedUninstallation::uninstall() {
     Report report(ui_, &errors_);
-    return uninstallation_.run(&log_, std::nullopt, report);
+    return uninstallation_.run(log_.get(), std::nullopt, report);
 }

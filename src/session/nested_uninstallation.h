@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,7 +12,7 @@
 #include "platform/platform.h"
 #include "session/session_model.h"
 #include "support/debug_log.h"
-#include "support/p_file_stream.h"
+#include "support/p_stream.h"
 
 class InstallerUI;
 class SystemOperations;
@@ -32,6 +33,7 @@ public:
 
 private:
     void openLog(const std::string& path);
+    void sayWhy(const std::string& path, int status);
     std::string readDescription();
     void readProduct(std::string_view description);
     void readVariables();
@@ -43,6 +45,6 @@ private:
     Cabinet cabinet_;  // empty: a log needs none
     AnswersFile answers_;
     SessionModel model_;
-    PFileStream log_;
+    std::unique_ptr<PStream> log_;  // all of it: one that can't be read isn't undone by half
     Uninstallation uninstallation_;
 };

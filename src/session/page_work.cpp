@@ -179,7 +179,7 @@ bool PageWork::revertInstallation(InstallerUI& ui) {
     const bool isOverEarlier = installation_.continuesEarlierRecords() && state_.removed.isEmpty();
     if (state_.removed.isEmpty()) {
         // Of a version that doesn't come back no entry may stay, which the next setup would fall over.
-        uninstallation_.unregister();
+        uninstallation_.unregister(report);
     }
     const bool isUndone = revert_.revertInstallation(
         state_.isActionLogSession() ? "" : installation_.publishedLog(), uninstallation_, report);
@@ -196,13 +196,29 @@ bool PageWork::revertUninstallation(InstallerUI& ui) {
     return revert_.revertUninstallation(report);
 }
 
-bool PageWork::registerApplication() {
-    const auto entry = applicationEntryOf(model_.product, state_.debugLog);
-    return entry && reversibleSystem().registerApplication(*entry);
+bool PageWork::registerApplication(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return registerWith(report);
 }
 
-bool PageWork::unregisterApplication() {
-    return uninstallation_.unregister();
+bool PageWork::registerWith(Report& report) {
+    const auto entry = applicationEntryOf(model_.product, state_.debugLog);
+    if (!entry) {
+        return false;
+    }
+    SystemOperations& system = reversibleSystem();
+    const bool isRegistered = system.registerApplication(*entry);
+    if (!isRegistered) {
+        report.note("FAILED to enter " + entry->name +
+                    " in the list of installed applications. The same setup, run again, does it.");
+        report.addKnownReason(entry->name, system.entryFault());
+    }
+    return isRegistered;
+}
+
+bool PageWork::unregisterApplication(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    return uninstallation_.unregister(report);
 }
 
 void PageWork::runActions(std::string_view section, InstallerUI& ui) {

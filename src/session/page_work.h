@@ -45,8 +45,10 @@ public:
     bool uninstallPrevious(InstallerUI& ui) override;
     bool revertInstallation(InstallerUI& ui) override;
     bool revertUninstallation(InstallerUI& ui) override;
-    bool registerApplication() override;
-    bool unregisterApplication() override;
+    bool registerApplication(InstallerUI& ui) override;
+    bool unregisterApplication(InstallerUI& ui) override;
+    // The first of these two with a report of the caller's.
+    bool registerWith(Report& report);
     void runActions(std::string_view section, InstallerUI& ui) override;
     // Throws InstallerError when the published log can't be brought up to date.
     void finishInstallation(InstallerUI& ui) override;

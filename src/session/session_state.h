@@ -9,7 +9,7 @@
 #include "package/cabinet.h"
 #include "session/session_flags.h"
 #include "support/debug_log.h"
-#include "support/p_file_stream.h"
+#include "support/p_stream.h"
 
 class CommandLineArguments;
 
@@ -20,7 +20,9 @@ struct SessionState {
 
     DebugLog debugLog;
     Cabinet cabinet;
-    std::unique_ptr<PFileStream> actionLogFile;  // open in a session that starts from an action log
+    // In a session that starts from an action log: all of it, because one that can't be read halfway through
+    // would be undone by half.
+    std::unique_ptr<PStream> actionLogFile;
     std::uint32_t sessionFlags = kSessionBackup;
     bool isUnattended = false;                         // the user isn't asked
     const CommandLineArguments* parameters = nullptr;  // borrowed; null without a command line

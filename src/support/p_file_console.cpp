@@ -27,11 +27,13 @@ int PFileConsole::openStream(Open openOn) {
     flushEachLine_ = false;
     closeStream();
     failed_ = false;
+    failure_ = 0;
     auto stream = std::make_unique<PFileStream>(files_);
     const int status = openOn(*stream);
     if (status == 0) {
         stream_ = std::move(stream);
     }
+    failure_ = status;
     return status;
 }
 
@@ -42,10 +44,16 @@ int PFileConsole::close() {
 }
 
 void PFileConsole::closeStream() {
-    if (stream_ != nullptr && stream_->close() != 0) {
-        failed_ = true;
+    const int status = stream_ == nullptr ? 0 : stream_->close();
+    if (status != 0) {
+        noteFailure(status);
     }
     stream_ = nullptr;
+}
+
+void PFileConsole::noteFailure(int status) {
+    failure_ = failed_ ? failure_.load() : status;
+    failed_ = true;
 }
 
 int PFileConsole::write(const char* text, std::int32_t length) {
@@ -55,7 +63,7 @@ int PFileConsole::write(const char* text, std::int32_t length) {
     }
     const int status = writeToStream(text, static_cast<std::uint32_t>(length));
     if (status != 0) {
-        failed_ = true;
+        noteFailure(status);
     }
     return status;
 }
@@ -98,7 +106,7 @@ int PFileConsole::flush() {
     const std::lock_guard lock(mutex_);
     const int status = stream_ == nullptr ? 0 : stream_->flush();
     if (status != 0) {
-        failed_ = true;
+        noteFailure(status);
     }
     return status;
 }

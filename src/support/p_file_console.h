@@ -41,12 +41,15 @@ public:
     // Whether anything since the last opening didn't reach the file: a write, a flush or the closing failed.
     // Still true after close().
     bool hasFailed() const { return failed_; }
+    // Why the last opening, or the first of these, failed: the system's error number, 0 or -1.
+    int failure() const { return failure_; }
 
 private:
     // `openOn` opens a stream and gives a status.
     template <typename Open>
     int openStream(Open openOn);
     void closeStream();
+    void noteFailure(int status);
     int writeToStream(const char* text, std::uint32_t length);
 
     platform::FileSystem& files_;
@@ -54,4 +57,5 @@ private:
     std::unique_ptr<PFileStream> stream_;
     std::atomic<bool> flushEachLine_{false};
     std::atomic<bool> failed_{false};
+    std::atomic<int> failure_{0};
 };

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/path_functions.h"
+#include "platform/error_text.h"
 #include "support/file_copy.h"
 #include "support/replacing_file.h"
 
@@ -85,6 +86,10 @@ bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& 
 
 int removeFile(std::string_view path, platform::FileSystem& files) {
     return files.removeFile(path);
+}
+
+std::string readingErrorText(int status) {
+    return status < 0 ? "the file is too large, or ended early" : platform::errorText(status);
 }
 
 int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::FileSystem& files) {

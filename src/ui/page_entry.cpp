@@ -116,14 +116,14 @@ void PageEntry::revertUninstallation(PageVisit& visit) {
 // The two pages of the registration are never shown: they are over before anybody could read them.
 void PageEntry::registerApplication(PageVisit& visit) {
     visit.shown = true;
-    visit.state.endWork(!actions_.isActionLogSession() && actions_.registerApplication());
+    visit.state.endWork(!actions_.isActionLogSession() && actions_.registerApplication(visit.ui));
 }
 
 // Outside an action-log session this is ignored, whereas a registration inside one is a failure.
 void PageEntry::unregisterApplication(PageVisit& visit) {
     visit.shown = true;
     if (actions_.isActionLogSession()) {
-        visit.state.endWork(actions_.unregisterApplication());
+        visit.state.endWork(actions_.unregisterApplication(visit.ui));
     }
 }
 

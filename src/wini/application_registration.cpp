@@ -5,6 +5,7 @@
 
 #include "base/text_functions.h"
 #include "contracts/system_operations.h"
+#include "platform/error_text.h"
 #include "platform/registry.h"
 #include "wini/uninstall_list.h"
 
@@ -29,7 +30,12 @@ std::string parentOf(const std::string& key) {
 
 }  // namespace
 
+std::string ApplicationRegistration::entryFault() const {
+    return fault_ == platform::kRegOk ? "" : platform::registryErrorText(fault_);
+}
+
 bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry) {
+    fault_ = platform::kRegOk;
     if (!canBeEntry(entry.name)) {
         debugLog_.line("ERROR: \"" + entry.name + "\" can not be registered as an application");
         return false;
@@ -37,6 +43,7 @@ bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry)
     const std::string key = UninstallList::keyOf(entry.name);
     int created = 0;
     int status = registry_.createKey(kRoot, key, kView, created);
+    fault_ = status;
     if (status != platform::kRegOk) {
         debugLog_.line("ERROR: The entry \"" + key + "\" can not be made (" + std::to_string(status) + ")");
         return false;
@@ -56,6 +63,7 @@ bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry)
             debugLog_.line("ERROR: \"" + std::string(name) + "\" of the entry \"" + key +
                            "\" can not be written (" + std::to_string(status) + ")");
             written = false;
+            fault_ = fault_ == platform::kRegOk ? status : fault_;
         }
     }
     return written;
@@ -67,8 +75,11 @@ void ApplicationRegistration::noteLevels(int count) {
 }
 
 bool ApplicationRegistration::removeUninstallEntry(std::string_view applicationName) {
-    if (!canBeEntry(applicationName) ||
-        registry_.deleteKey(kRoot, UninstallList::keyOf(applicationName), kView) != platform::kRegOk) {
+    fault_ = platform::kRegOk;
+    if (canBeEntry(applicationName)) {
+        fault_ = registry_.deleteKey(kRoot, UninstallList::keyOf(applicationName), kView);
+    }
+    if (!canBeEntry(applicationName) || fault_ != platform::kRegOk) {
         return false;
     }
     removeOwnList();

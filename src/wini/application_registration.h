@@ -29,6 +29,8 @@ public:
     // Takes the entry of that name away, with all its values. False when there is none, it has subkeys or the
     // system refuses.
     bool removeUninstallEntry(std::string_view applicationName);
+    // Why the last of these failed, as SystemOperations.
+    std::string entryFault() const;
     // As SystemOperations.
     bool leaveKeysToList(std::string_view path, int levels);
 
@@ -39,4 +41,5 @@ private:
 
     platform::Registry& registry_;
     DebugLog debugLog_;
+    int fault_ = 0;  // the registry's first status that wasn't kRegOk
 };

@@ -6,6 +6,7 @@
 #include "platform/error_text.h"
 #include "platform/named_events.h"
 #include "platform/processes.h"
+#include "platform/registry.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -108,7 +109,8 @@ bool ExternalUninstaller::follow(const Entry& entry, UninstallerWatch& watch, Re
 // Without a signal, only its effect shows that an uninstaller is done.
 bool ExternalUninstaller::isOver(const Entry& entry, const UninstallerWatch& watch) {
     return watch.phase() == Phase::kOver ||
-           (watch.phase() == Phase::kUnclear && !list_.findUninstallEntry(entry.name, entry.flags));
+           (watch.phase() == Phase::kUnclear &&
+            list_.testEntry(entry.name, entry.flags) == platform::kRegNotFound);
 }
 
 // The question is one that those who can't be asked agree to, so that only a person goes on waiting.

@@ -34,6 +34,7 @@ public:
     std::optional<std::string> applicationLogFile(std::string_view applicationName) override;
     bool registerApplication(const ApplicationEntry& entry) override;
     bool removeUninstallEntry(std::string_view applicationName) override;
+    std::string entryFault() override { return registration_.entryFault(); }
     bool leaveKeysToList(std::string_view path, int levels) override;
     bool uninstallApplication(std::string_view applicationName, std::string_view arguments,
                               std::uint32_t flags, InstallerUI* ui,

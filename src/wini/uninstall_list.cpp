@@ -1,6 +1,8 @@
 #include "wini/uninstall_list.h"
 
+#include "base/errors.h"
 #include "contracts/system_operations.h"
+#include "platform/error_text.h"
 #include "platform/registry.h"
 
 namespace {
@@ -14,15 +16,36 @@ RegistryView viewOf(std::uint32_t flags) {
     return (flags & kEntryIn32BitView) != 0 ? RegistryView::k32Bit : RegistryView::kNative;
 }
 
+// A name that no key can have is that of no application.
+bool isKnown(int status) {
+    return status == platform::kRegOk || status == platform::kRegNotFound ||
+           status == platform::kRegBadArgument;
+}
+
+void requireKnown(std::string_view applicationName, int status) {
+    if (!isKnown(status)) {
+        throw InstallerError(
+            "ERROR: The entry of \"%s\" in the list of installed applications can't be read: %s",
+            std::string(applicationName).c_str(), platform::registryErrorText(status).c_str());
+    }
+}
+
 }  // namespace
 
 std::string UninstallList::keyOf(std::string_view applicationName) {
     return std::string(kListKey) + '\\' + std::string(applicationName);
 }
 
+int UninstallList::testEntry(std::string_view applicationName, std::uint32_t flags) {
+    return applicationName.empty()
+               ? platform::kRegNotFound
+               : registry_.testKey(RegistryRoot::kLocalMachine, keyOf(applicationName), viewOf(flags));
+}
+
 bool UninstallList::findUninstallEntry(std::string_view applicationName, std::uint32_t flags) {
-    return !applicationName.empty() && registry_.testKey(RegistryRoot::kLocalMachine, keyOf(applicationName),
-                                                         viewOf(flags)) == platform::kRegOk;
+    const int status = testEntry(applicationName, flags);
+    requireKnown(applicationName, status);
+    return status == platform::kRegOk;
 }
 
 std::vector<std::string> UninstallList::findEntriesByPublisher(std::string_view nameFilter,
@@ -44,14 +67,25 @@ std::vector<std::string> UninstallList::findEntriesByPublisher(std::string_view 
 
 std::optional<std::string> UninstallList::readText(std::string_view applicationName,
                                                    std::string_view valueName, std::uint32_t flags) {
-    platform::RegistryValue value;
-    if (applicationName.empty() ||
-        registry_.readValue(RegistryRoot::kLocalMachine, keyOf(applicationName), viewOf(flags), valueName,
-                            value) != platform::kRegOk ||
-        (value.type != platform::kRegString && value.type != platform::kRegExpandString)) {
-        return std::nullopt;
+    std::optional<std::string> text;
+    readTextStatus(applicationName, valueName, flags, text);
+    return text;
+}
+
+int UninstallList::readTextStatus(std::string_view applicationName, std::string_view valueName,
+                                  std::uint32_t flags, std::optional<std::string>& outText) {
+    outText.reset();
+    if (applicationName.empty()) {
+        return platform::kRegNotFound;
     }
-    return std::move(value.data);
+    platform::RegistryValue value;
+    const int status = registry_.readValue(RegistryRoot::kLocalMachine, keyOf(applicationName), viewOf(flags),
+                                           valueName, value);
+    const bool isText = value.type == platform::kRegString || value.type == platform::kRegExpandString;
+    if (status == platform::kRegOk && isText) {
+        outText = std::move(value.data);
+    }
+    return status;
 }
 
 std::optional<std::string> UninstallList::readUninstallString(std::string_view applicationName,
@@ -60,7 +94,9 @@ std::optional<std::string> UninstallList::readUninstallString(std::string_view a
 }
 
 std::optional<std::string> UninstallList::applicationLogFile(std::string_view applicationName) {
-    const std::string command = readUninstallString(applicationName, 0).value_or("");
+    std::optional<std::string> text;
+    requireKnown(applicationName, readTextStatus(applicationName, "UninstallString", 0, text));
+    const std::string command = text.value_or("");
     const std::size_t argument = command.find(kLogArgument);
     if (argument == std::string::npos) {
         return std::nullopt;

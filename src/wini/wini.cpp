@@ -1,5 +1,6 @@
 #include "wini/wini.h"
 
+#include "base/errors.h"
 #include "base/text_functions.h"
 #include "engine/changes/file_edit.h"
 #include "engine/changes/registry_change.h"
@@ -32,7 +33,11 @@ Wini::Wini(const platform::Platform& machine, SystemServices& services, AnswersF
       arguments_(arguments) {}
 
 bool Wini::findUninstallEntry(const char* applicationName, std::uint32_t flags) {
-    return services_.findUninstallEntry(textOf(applicationName), flags);
+    try {
+        return services_.findUninstallEntry(textOf(applicationName), flags);
+    } catch (const GenericError&) {
+        return false;
+    }
 }
 
 void Wini::findEntriesByPublisher(std::vector<std::string>& outNames, const char* nameFilter,
@@ -43,11 +48,16 @@ void Wini::findEntriesByPublisher(std::vector<std::string>& outNames, const char
 }
 
 std::optional<std::string> Wini::getApplicationLogFile(const char* applicationName) {
-    return services_.applicationLogFile(textOf(applicationName));
+    try {
+        return services_.applicationLogFile(textOf(applicationName));
+    } catch (const GenericError&) {
+        return std::nullopt;
+    }
 }
 
 bool Wini::registerApplication() {
-    return pages().registerApplication();
+    Report nobody(nullptr, nullptr);
+    return pages().registerWith(nobody);
 }
 
 bool Wini::removeUninstallEntry(const char* applicationName) {

@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "engine_fixture.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -185,6 +186,30 @@ TEST_F(EarlierVariablesTest, LogsWhyTheVariablesCannotBeTaken) {
     earlier_.findRegistered(false);
     EXPECT_TRUE(log_.hasLine("ERROR: Opening action file (/none.log)"));
     EXPECT_EQ(earlier_.kind(), kRegisteredInstallation);
+}
+
+TEST_F(EarlierVariablesTest, EndTheRunWhenTheirLogCannotBeRead) {
+    files_.addFile("/old.log", "d\r\nb\r\nNUMVARS\t1\r\nVAR\tROOT\t/old\r\n");
+    system_.installed = {{"Demo", "", false, "/old.log"}};
+    describeDemo();
+    for (const auto operation : {MemoryFileSystem::Operation::kOpen, MemoryFileSystem::Operation::kRead}) {
+        files_.failAt(operation, "/old.log", 1, MemoryFileSystem::kAccessDenied);
+        try {
+            earlier_.findRegistered(false);
+            ADD_FAILURE() << "it counts as none";
+        } catch (const InstallerError& error) {
+            EXPECT_EQ(error.what(),
+                      "ERROR: The action log of the earlier installation, " + writtenPath("/old.log") +
+                          ", can't be read: " + platform::errorText(MemoryFileSystem::kAccessDenied));
+        }
+        EXPECT_EQ(valueOf("ROOT"), "(none)");
+    }
+}
+
+TEST_F(EarlierVariablesTest, EndTheRunWhenTheEntryCannotBeRead) {
+    system_.unreadable = {"Demo"};
+    describeDemo();
+    EXPECT_THROW(earlier_.findRegistered(false), InstallerError);
 }
 
 TEST_F(EarlierVariablesTest, SetsTheRolesOfWhatOnlyALogShows) {

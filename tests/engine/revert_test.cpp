@@ -4,8 +4,10 @@
 
 #include "engine/installed_files_backup.h"
 #include "engine/uninstallation.h"
+#include "engine/work_notes.h"
 #include "engine_fixture.h"
 #include "package/backup_file.h"
+#include "platform/error_text.h"
 #include "support/utilities.h"
 
 namespace {
@@ -225,14 +227,72 @@ TEST_F(RevertTest, UnpacksOverWhatTheRemovalPutInThePlace) {
     EXPECT_FALSE(backups_.isOnlyCopy);
 }
 
-TEST_F(RevertTest, SaysThatTheLogCannotBeCopied) {
+// The copy is for later runs; this one has the log.
+TEST_F(RevertTest, UndoesWhatItCannotCopyTheLogOf) {
     backUp("Demo", "/app", {{"/app/tool", "old"}});
-    publish("");
+    files_.addFile("/app/tool", "new");
+    publish("FILE\tCREATE\t/app/tool\r\n");
     system_.temporaryNamesLeft = 0;
     EXPECT_FALSE(revertInstallation());
     EXPECT_TRUE(log_.hasLine("ERROR: Unable to copy the installation log file for temporary use ()!"));
-    EXPECT_THAT(ui_.callsOf("addMessage"), Contains(HasSubstr("What was installed can't be taken back")));
     EXPECT_EQ(files_.content("/app/tool"), "old");
+    EXPECT_FALSE(backups_.isOnlyCopy);
+}
+
+TEST_F(RevertTest, SaysThatNothingRecordsWhatItCouldNotUndo) {
+    backUp("Demo", "/app", {{"/app/tool", "old"}});
+    files_.addFile("/app/sub/mine", "");
+    publish("DIR\t1\t/app/sub/\r\n");
+    system_.temporaryNamesLeft = 0;
+    EXPECT_FALSE(revertInstallation());
+    EXPECT_EQ(files_.content("/app/tool"), "old");
+    EXPECT_THAT(ui_.callsOf("addMessage"), Contains(HasSubstr("There is no record of what could not")));
+}
+
+TEST_F(RevertTest, TouchesNothingWhenSomethingThatItNeedsCannotBeRead) {
+    const UninstallBackup backup = backUp("Demo", "/app", {{"/app/tool", "old"}});
+    files_.addFile("/app/tool", "new");
+    files_.addFile("/app/backup.bin", "an archive");
+    publish("FILE\tCREATE\t/app/tool\r\n");
+    backups_.openMachine();
+    const std::string journal = backups_.journal().directory() + "/journal";
+    using Operation = MemoryFileSystem::Operation;
+    for (const std::string& path : {std::string("/app/install.log"), std::string("/app/backup.bin"), journal,
+                                    backup.archivePath, backup.directoriesPath}) {
+        for (const Operation operation : {Operation::kOpen, Operation::kRead}) {
+            ui_.take();
+            files_.failAt(operation, path, 1);
+            EXPECT_FALSE(revertInstallation()) << path;
+            EXPECT_EQ(files_.content("/app/tool"), "new") << path;
+            EXPECT_TRUE(files_.hasFile("/app/install.log"));
+            EXPECT_TRUE(backups_.isOnlyCopy);
+            EXPECT_TRUE(backups_.isToBeContinued);
+            EXPECT_THAT(ui_.callsOf("addMessage"),
+                        Contains(HasSubstr(platform::errorText(MemoryFileSystem::kAccessDenied))))
+                << path;
+            EXPECT_THAT(ui_.callsOf("addMessage"),
+                        Contains("addMessage(\"Nothing is taken back now. The same setup, run again, tries "
+                                 "once more.\")"));
+        }
+    }
+    EXPECT_FALSE(revertInstallation());
+    EXPECT_EQ(files_.content("/app/tool"), "old");
+    EXPECT_FALSE(backups_.isOnlyCopy);
+}
+
+TEST_F(RevertTest, LeavesWhatCannotComeBackToTheNextRun) {
+    backUp("Demo", "/app", {{"/app/tool", "old"}});
+    backups_.openMachine();
+    files_.setReadOnly("/app/tool", 13);
+    EXPECT_FALSE(revertUninstallation());
+    EXPECT_TRUE(backups_.isOnlyCopy);
+    EXPECT_TRUE(backups_.isToBeContinued);
+    const std::string directory = backups_.journal().directory();
+    backups_.release();
+    RemovalBackups next(machine_.bundle());
+    ASSERT_TRUE(next.resume(directory));
+    EXPECT_NE(WorkNotes(next.journal()).read().stage, WorkStage::kEnded);
+    EXPECT_EQ(WorkNotes(next.journal()).read().attempts, 1);
 }
 
 TEST_F(RevertTest, LeavesTheRecordsOfWhatItCouldNotUndo) {

@@ -58,7 +58,7 @@ protected:
         openLog(files_.content("/app/un/install.log"), "/app/un/install.log");
         Report report(&ui_, &errors_);
         Uninstallation again(parts_);
-        again.unregister();
+        again.unregister(report_);
         return again.run(log_file_.get(), std::nullopt, report);
     }
     // A product whose own files are in /app/un, with an entry in the list of applications and one more file.
@@ -80,7 +80,7 @@ protected:
             "FILE\tCREATE\t/app/tool\r\n" +
                 records,
             "/app/un/install.log");
-        EXPECT_TRUE(uninstallation_.unregister());
+        EXPECT_TRUE(uninstallation_.unregister(report_));
     }
     bool isRepeatable() const {
         return files_.hasFile("/app/un/install.log") && files_.hasFile("/app/un/backup.bin") &&
@@ -270,7 +270,7 @@ TEST_F(UninstallationTest, CanBeRepeatedAfterAFileThatCouldNotBeDeleted) {
     EXPECT_EQ(
         ui_.callsOf("addMessage").back(),
         "addMessage(\"The uninstallation is not complete. What it needs to be repeated has been left.\")");
-    EXPECT_FALSE(uninstallation_.unregister());
+    EXPECT_FALSE(uninstallation_.unregister(report_));
     EXPECT_TRUE(isRepeatable());
     EXPECT_TRUE(runAgain());
     EXPECT_TRUE(isGone());
@@ -366,7 +366,20 @@ TEST_F(UninstallationTest, LeavesTheProductItselfWhenItsEntryCannotBeRemoved) {
     EXPECT_FALSE(run());
     EXPECT_TRUE(isRepeatable());
     EXPECT_THAT(errors_, ElementsAre("FAILED to remove Demo"));
+    EXPECT_TRUE(says("Demo: the registry is full"));
     system_.removalWorks = true;
+    EXPECT_TRUE(runAgain());
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(UninstallationTest, LeavesTheProductItselfWhenItsEntryCannotBeRead) {
+    installProduct("");
+    system_.unreadable = {"Demo"};
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(isRepeatable());
+    EXPECT_THAT(errors_, ElementsAre("FAILED to remove Demo"));
+    EXPECT_TRUE(says("The entry of Demo can't be read"));
+    system_.unreadable.clear();
     EXPECT_TRUE(runAgain());
     EXPECT_TRUE(isGone());
 }
@@ -428,16 +441,16 @@ TEST_F(UninstallationTest, RemovesTheEntryAtOnceAfterACleanWalk) {
     system_.installed = {{"Demo", "", false, ""}};
     EXPECT_TRUE(undo(""));
     EXPECT_FALSE(system_.installed.empty());
-    EXPECT_TRUE(uninstallation_.unregister());
+    EXPECT_TRUE(uninstallation_.unregister(report_));
     EXPECT_TRUE(system_.installed.empty());
-    EXPECT_TRUE(uninstallation_.unregister());  // it has gone
+    EXPECT_TRUE(uninstallation_.unregister(report_));  // it has gone
 }
 
 using NamelessProductTest = EngineTest;
 
 TEST_F(NamelessProductTest, HasNoEntryToRemoveWithoutAProductsName) {
     Uninstallation uninstallation(parts_);
-    EXPECT_FALSE(uninstallation.unregister());
+    EXPECT_FALSE(uninstallation.unregister(report_));
 }
 
 TEST_F(UninstallationTest, EndsAtTheNextRecordWhenItIsAskedTo) {
@@ -491,7 +504,7 @@ TEST_F(UninstallationTest, UndoesTheRecordsOfALogWhoseCountOfVariablesIsBroken) 
         openLog(log, "/app/un/install.log");
         Report report(&ui_, &errors_);
         Uninstallation walk(parts_);
-        walk.unregister();
+        walk.unregister(report_);
         EXPECT_TRUE(walk.run(log_file_.get(), std::nullopt, report)) << count;
         EXPECT_TRUE(isGone()) << count;
         EXPECT_EQ(ui_.callsOf("addMessage").back(),

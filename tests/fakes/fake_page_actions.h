@@ -40,8 +40,8 @@ public:
     bool uninstallPrevious(InstallerUI&) override { return answer("uninstallPrevious"); }
     bool revertInstallation(InstallerUI&) override { return answer("revertInstallation"); }
     bool revertUninstallation(InstallerUI&) override { return answer("revertUninstallation"); }
-    bool registerApplication() override { return answer("registerApplication"); }
-    bool unregisterApplication() override { return answer("unregisterApplication"); }
+    bool registerApplication(InstallerUI& /*ui*/) override { return answer("registerApplication"); }
+    bool unregisterApplication(InstallerUI& /*ui*/) override { return answer("unregisterApplication"); }
     void runActions(std::string_view section, InstallerUI&) override {
         record("runActions(" + std::string(section) + ")");
     }

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/errors.h"
 #include "contracts/system_operations.h"
 
 // The operating system as tables that a test fills; operations that change something are written down.
@@ -30,8 +31,10 @@ public:
     std::string temporaryFile = "/tmp/orinstall1";
     bool copyWorks = true;
     bool registrationWorks = true;
-    bool removalWorks = true;  // of an entry
-    bool takesKeys = false;    // leaveKeysToList
+    bool removalWorks = true;                    // of an entry
+    bool takesKeys = false;                      // leaveKeysToList
+    std::set<std::string> unreadable;            // applications whose entries can't be read
+    std::string fault = "the registry is full";  // of a registration or removal that fails
     std::function<void()> onRemoval = [] {};
     std::function<void(std::uint32_t flags)> onFind = [](std::uint32_t) {};  // at findUninstallEntry
     std::set<std::string> staying;  // applications whose uninstallers don't remove them
@@ -43,6 +46,7 @@ public:
     bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) override {
         calls.push_back("findUninstallEntry(" + std::string(applicationName) + viewOf(flags) + ")");
         onFind(flags);
+        requireReadable(applicationName);
         for (const InstalledApplication& application : installed) {
             if (application.name == applicationName && isInView(application, flags)) {
                 return true;
@@ -64,6 +68,7 @@ public:
         return names;
     }
     std::optional<std::string> applicationLogFile(std::string_view applicationName) override {
+        requireReadable(applicationName);
         for (const InstalledApplication& application : installed) {
             if (application.name == applicationName && !application.logFile.empty()) {
                 return application.logFile;
@@ -71,6 +76,7 @@ public:
         }
         return std::nullopt;
     }
+    std::string entryFault() override { return registrationWorks && removalWorks ? "" : fault; }
     bool registerApplication(const ApplicationEntry& entry) override {
         calls.push_back("registerApplication(" + entry.name + ", " + entry.version + ", " + entry.website +
                         ", " + entry.command + " " + entry.arguments + ")");
@@ -146,6 +152,11 @@ public:
     }
 
 private:
+    void requireReadable(std::string_view applicationName) const {
+        if (unreadable.contains(std::string(applicationName))) {
+            throw InstallerError("The entry of %s can't be read", std::string(applicationName).c_str());
+        }
+    }
     static std::string join(std::initializer_list<std::string_view> parts) {
         std::string text;
         for (const std::string_view part : parts) {

@@ -95,7 +95,9 @@ Judgement Case::judgeFault(const FaultPlan& plan) {
 // An earlier version that couldn't go entirely leaves its records to the new one, so these may be others.
 void Case::judgeSuccess(const RunOutcome& outcome) {
     for (const Difference& difference : differencesOf(operations_.stateAfter(operation_), machine_.state())) {
-        const bool isContinued = operation_ == OperationKind::kUpgrade && isRecord(difference);
+        // What a log says is seen when the product goes.
+        const bool isContinued =
+            isRecord(difference) && (operation_ == OperationKind::kUpgrade || !difference.found.empty());
         if (!isContinued && !isAllowed(difference) && !isNamed(difference, outcome)) {
             find(Fault::kUntrue, "The run says that it succeeded, but " + difference.text());
         }
@@ -110,13 +112,15 @@ void Case::judgeFailure(const FaultPlan& plan, const RunOutcome& outcome) {
     if (!(isRevert && before.empty()) && !saysWhy(outcome, plan.kind)) {
         find(Fault::kSilent, "The run doesn't say why it failed");
     }
-    if (operation_ != OperationKind::kUninstall) {
+    // What the next run brings back, and it is judged whether it does, needn't be named piece by piece.
+    const bool isToBeContinued = outcome.says("The same setup, run again, tries once more");
+    if (operation_ != OperationKind::kUninstall && !isToBeContinued) {
         judgeWhatStays(before.size() <= after.size() ? before : after, outcome);
     }
     worsen(before.empty() ? Verdict::kTakenBack : Verdict::kRepaired);
     const bool isUpgrade = operation_ == OperationKind::kUpgrade || operation_ == OperationKind::kRevert;
-    if (isUpgrade && std::ranges::any_of(before, isOfEarlierVersion)) {
-        repeatSetup(OperationKind::kUpgrade);
+    if (isToBeContinued || (isUpgrade && std::ranges::any_of(before, isOfEarlierVersion))) {
+        repeatSetup(isUpgrade ? OperationKind::kUpgrade : operation_);
     }
 }
 

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr const char* kUsage =
-    "faults_test [--every N | --full] [--only OPERATION] [--error ERROR] [--call N]\n"
+    "faults_test [--every N | --full] [--only OPERATION] [--error ERROR] [--call N] [--known]\n"
     "\n"
     "Has the sample product installed, upgraded, reverted and uninstalled on a machine in memory, and lets "
     "call\n"
@@ -26,12 +26,14 @@ constexpr const char* kUsage =
     "torn:\n"
     "               in the middle of a write\n"
     "  --call N     that call alone, with all that the run says\n"
+    "  --known      prints the findings of known defects as well\n"
     "\n"
     "Exit code 0: all is well; 1: findings, each with its options, or with --full a known defect; 2: wrong "
     "use.\n";
 
 struct Options {
     bool isFull = false;
+    bool showsKnown = false;
     int every = 1;
     int call = 0;
     std::string only;
@@ -62,6 +64,8 @@ bool readOptions(int count, char** words, Options& outOptions) {
         const std::string_view name = words[i];
         if (name == "--full") {
             outOptions.isFull = true;
+        } else if (name == "--known") {
+            outOptions.showsKnown = true;
         } else if (++i >= count || !readOption(name, words[i], outOptions)) {
             return false;
         }
@@ -129,7 +133,7 @@ int main(int count, char** words) {
         return 2;
     }
     const Operations operations;
-    Tables tables(operations);
+    Tables tables(operations, options.showsKnown);
     tables.printHead();
     if (runRows(options, tables) == 0) {
         std::fputs(kUsage, stderr);

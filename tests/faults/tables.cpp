@@ -92,11 +92,12 @@ void Tables::add(const Row& row, int call, const Judgement& judgement, bool isAl
         ++counts.verdicts[static_cast<int>(judgement.verdict)];
     }
     counts.losses.insert(judgement.losses.begin(), judgement.losses.end());
-    if (!findings.empty() || isAlone) {
+    const bool showsAll = isAlone || (showsKnown_ && !judgement.findings.empty());
+    if (!findings.empty() || showsAll) {
         std::printf("%s --only %s --error %s --call %d (%s)\n", findings.empty() ? "case" : "FINDING",
                     nameOf(row.operation), errorWord(row).c_str(), call, judgement.call.c_str());
     }
-    for (const Finding& finding : isAlone ? judgement.findings : findings) {
+    for (const Finding& finding : showsAll ? judgement.findings : findings) {
         std::printf("  %s\n", finding.text.c_str());
     }
     if (isAlone) {

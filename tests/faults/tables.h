@@ -24,7 +24,9 @@ std::vector<Row> allRows();
 // Runs cases, prints what they found and counts.
 class Tables {
 public:
-    explicit Tables(const Operations& operations) : operations_(operations) {}
+    // `showsKnown`: prints also the findings of defects that are known.
+    Tables(const Operations& operations, bool showsKnown)
+        : operations_(operations), showsKnown_(showsKnown) {}
 
     // `onlyCall`: 0 for all of the row. Prints the row, and each finding before it.
     void run(const Row& row, int onlyCall = 0);
@@ -52,6 +54,7 @@ private:
     static void printRow(const Row& row, const Counts& counts);
 
     const Operations& operations_;
+    bool showsKnown_;
     int calls_ = 0;
     int recovered_ = 0;
     int findings_ = 0;

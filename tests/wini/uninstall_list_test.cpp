@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "base/errors.h"
 #include "contracts/system_operations.h"
 #include "fakes/memory_registry.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -77,6 +79,27 @@ TEST_F(UninstallListTest, ReadsOnlyTextAsACommand) {
     registry_.writeValue(RegistryRoot::kLocalMachine, (std::string(kList) + "\\Demo").c_str(),
                          RegistryView::kNative, "UninstallString", number);
     EXPECT_EQ(list_.readUninstallString("Demo", 0), std::nullopt);
+}
+
+TEST_F(UninstallListTest, TakesNoEntryThatCannotBeReadForAMissingOne) {
+    add("Demo", "", "\"/u\" -uninstall=\"/l\"");
+    registry_.setForbidden(kList);
+    const std::string text =
+        "ERROR: The entry of \"Demo\" in the list of installed applications can't be read: " +
+        platform::registryErrorText(platform::kRegAccessDenied);
+    try {
+        list_.findUninstallEntry("Demo", 0);
+        ADD_FAILURE() << "the entry counts as missing";
+    } catch (const InstallerError& error) {
+        EXPECT_EQ(error.what(), text);
+    }
+    try {
+        list_.applicationLogFile("Demo");
+        ADD_FAILURE() << "the entry names no log";
+    } catch (const InstallerError& error) {
+        EXPECT_EQ(error.what(), text);
+    }
+    EXPECT_EQ(list_.testEntry("Demo", 0), platform::kRegAccessDenied);
 }
 
 }  // namespace

@@ -204,7 +204,9 @@ bool takeOutInEitherForm(std::string& list, const std::string& addedText) {
 // A list that has the entry already: the undo would take that one out.
 std::string formerListOf(const Plan& plan, const Present& present) {
     std::string list = present.value.text;
-    return !plan.added.empty() && takeOutInEitherForm(list, plan.added) ? FormerState::ofBytes(present.value.text) : std::string();
+    return !plan.added.empty() && takeOutInEitherForm(list, plan.added)
+               ? FormerState::ofBytes(present.value.text)
+               : std::string();
 }
 
 // The record of a replacement is all that has the value then.
@@ -386,7 +388,7 @@ RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report&
     }
     const bool isRecorded = plan.isPossible && writePlanned(record, plan, present);
     const int status = isRecorded
-                           ? write(machine.registry, entry.name, {plan.value, present.value.isExpandable})
+                           ? write(machine.registry, entry.name, {plan.value, present.value.isExpandable, 0})
                            : platform::kRegBadArgument;
     const bool done = status == platform::kRegOk;
     if (isRecorded && !done) {
@@ -398,7 +400,10 @@ RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report&
     } else if (!done) {
         report.addError(line);  // an insertion never has a line
     }
-    if (!plan.isPossible) {
+    const bool isRead = present.value.status == platform::kRegOk || present.state == State::kAbsent;
+    if (!isRead) {
+        report.addRegistryReason(entry.name, present.value.status);
+    } else if (!plan.isPossible) {
         report.addReason(entry.name, "its value can't be read, or is too long to be brought back");
     } else if (!isRecorded) {
         report.addReason(entry.name, kUnrecordedReason);
@@ -430,6 +435,7 @@ EnvironmentChange::State EnvironmentChange::read(platform::Registry& registry, s
     outValue = {};
     platform::RegistryValue value;
     const int status = registry.readValue(kRoot, kSystemEnvironmentKey, kView, name, value);
+    outValue.status = status;
     if (status == platform::kRegNotFound) {
         return State::kAbsent;
     }

@@ -40,6 +40,7 @@ public:
     struct Value {
         std::string text;
         bool isExpandable = false;  // references to other variables are replaced by whoever uses it
+        int status = 0;             // of the registry, when it was read
     };
 
     enum class State {

@@ -58,6 +58,9 @@ std::string recordOf(std::string_view place, std::string_view path, std::string_
                              : RecordText::join({place, path, valueName});
 }
 
+// No status of a registry: the action log couldn't take a record.
+constexpr int kNotWritten = -1;
+
 // The record of a default value has one field more.
 bool isDefaultValue(const std::vector<std::string_view>& fields) {
     return fields.size() == 4 && fields[2].empty() && fields[3] == kDefaultValue;
@@ -84,8 +87,9 @@ std::vector<std::string> levelsOf(const std::string& path) {
     return levels;
 }
 
-// How many levels would have to be made; 0 also where that can't be found out, since nothing is made then.
-int missingLevels(platform::Registry& registry, const KeyAddress& address) {
+// How many levels would have to be made. `outStatus` says why that can't be found out: a record with another
+// number would leave keys behind, or take away somebody else's.
+int missingLevels(platform::Registry& registry, const KeyAddress& address, int& outStatus) {
     const std::vector<std::string> levels = levelsOf(address.path);
     int missing = 0;
     int status = platform::kRegNotFound;
@@ -93,6 +97,7 @@ int missingLevels(platform::Registry& registry, const KeyAddress& address) {
         status = registry.testKey(address.root, *level, kView);
         missing += status == platform::kRegNotFound ? 1 : 0;
     }
+    outStatus = status == platform::kRegNotFound ? 0 : status;
     return missing;
 }
 
@@ -236,8 +241,8 @@ bool RegistryChange::addValue(const Element& element) {
     const std::string_view type = context_.tags.attribute(element.node, "Type").value_or("");
     const Value value = {element.key(), *element.valueName, type, data};
     ChangeRecord record(isRecorded(element) ? &context_.log : nullptr);
-    if (!recordValue(element, value, record)) {
-        return reportUnrecorded(element);
+    if (const int status = recordValue(element, value, record); status != 0) {
+        return reportUnrecorded(element, status);
     }
     const WriteResult result = writeValue(context_.machine.registry, value);
     if (!result.isDone()) {
@@ -249,16 +254,14 @@ bool RegistryChange::addValue(const Element& element) {
 
 bool RegistryChange::addKey(const Element& element) {
     ChangeRecord record(isRecorded(element) ? &context_.log : nullptr);
-    if (!recordKey(element, record)) {
-        return reportUnrecorded(element);
+    if (const int recorded = recordKey(element, record); recorded != 0) {
+        return reportUnrecorded(element, recorded);
     }
-    if (createKey(context_.machine.registry, element.key()) > 0) {
+    int status = 0;
+    if (createKey(context_.machine.registry, element.key(), &status) > 0) {
         return true;
     }
     record.withdraw();
-    const auto address = addressOf(element.key());
-    const int status = address ? context_.machine.registry.testKey(address->root, address->path, kView)
-                               : static_cast<int>(platform::kRegBadArgument);
     return status == platform::kRegOk ||
            reportFailure("FAILED to create the key ", element.key(), "", status);
 }
@@ -295,35 +298,51 @@ bool RegistryChange::isRecorded(const Element& element) {
     return context_.log.isOpen() && context_.tags.holds(context_.tags.attribute(element.node, "ActionLog"));
 }
 
-// Nothing where no level is missing, or none can be made.
-bool RegistryChange::recordKey(const Element& element, ChangeRecord& record) {
+// Nothing where no level is missing, or none can be made. 0, the registry's status, or kNotWritten.
+int RegistryChange::recordKey(const Element& element, ChangeRecord& record) {
     const auto address = addressOf(element.key());
+    int status = 0;
     const int missing =
-        address && canBeRecorded(*address) ? missingLevels(context_.machine.registry, *address) : 0;
-    return missing == 0 || record.write(ActionLogFormat::kRegistryKey,
-                                        {std::to_string(missing), element.place, element.path});
+        address && canBeRecorded(*address) ? missingLevels(context_.machine.registry, *address, status) : 0;
+    if (status != 0 || missing == 0) {
+        return status;
+    }
+    const bool isWritten =
+        record.write(ActionLogFormat::kRegistryKey, {std::to_string(missing), element.place, element.path});
+    return isWritten ? 0 : kNotWritten;
 }
 
-// Nothing for a value that is going to be refused.
-bool RegistryChange::recordValue(const Element& element, const Value& value, ChangeRecord& record) {
+// Nothing for a value that is going to be refused. As above.
+int RegistryChange::recordValue(const Element& element, const Value& value, ChangeRecord& record) {
     const auto address = addressOf(value.key);
     if (!address || !canBeRecorded(*address, value.key.place, value.name)) {
-        return true;
+        return 0;
     }
     RegistryValue present;
     const RegistryValue written = valueOf(value.type, value.data);
-    const bool isThere = context_.machine.registry.readValue(address->root, address->path, kView, value.name,
-                                                             present) == platform::kRegOk;
-    const bool isReplaced = isThere && (present.type != written.type || present.data != written.data);
-    return recordKey(element, record) && record.write(ActionLogFormat::kRegistryValue,
-                                                      {recordOf(value.key.place, element.path, value.name)},
-                                                      isReplaced ? stateOf(present) : std::string());
+    int status =
+        context_.machine.registry.readValue(address->root, address->path, kView, value.name, present);
+    const bool isReplaced =
+        status == platform::kRegOk && (present.type != written.type || present.data != written.data);
+    status =
+        status == platform::kRegNotFound || status == platform::kRegOk ? recordKey(element, record) : status;
+    if (status != 0) {
+        return status;
+    }
+    const bool isWritten =
+        record.write(ActionLogFormat::kRegistryValue, {recordOf(value.key.place, element.path, value.name)},
+                     isReplaced ? stateOf(present) : std::string());
+    return isWritten ? 0 : kNotWritten;
 }
 
-bool RegistryChange::reportUnrecorded(const Element& element) {
+bool RegistryChange::reportUnrecorded(const Element& element, int status) {
     const std::string subject = "FAILED to change " + element.place + '\\' + element.path;
     context_.debugLog.line("ERROR: " + subject);
-    context_.report.addReason(subject, kUnrecordedReason);
+    if (status == kNotWritten) {
+        context_.report.addReason(subject, kUnrecordedReason);
+    } else {
+        context_.report.addRegistryReason(subject, status);
+    }
     return false;
 }
 
@@ -417,8 +436,10 @@ RegistryChange::WriteResult RegistryChange::writeValue(platform::Registry& regis
     int status = registry.writeValue(address->root, address->path, kView, value.name, written);
     int created = 0;
     if (status == platform::kRegNotFound) {
-        created = createKey(registry, value.key);
-        status = registry.writeValue(address->root, address->path, kView, value.name, written);
+        created = createKey(registry, value.key, &status);
+        if (status == platform::kRegOk) {
+            status = registry.writeValue(address->root, address->path, kView, value.name, written);
+        }
     }
     if (status != platform::kRegOk) {
         deleteKeys(registry, value.key, created);
@@ -427,18 +448,25 @@ RegistryChange::WriteResult RegistryChange::writeValue(platform::Registry& regis
     return {status, created};
 }
 
-int RegistryChange::createKey(platform::Registry& registry, const Key& key) {
+int RegistryChange::createKey(platform::Registry& registry, const Key& key, int* outStatus) {
+    int unused = 0;
+    int& status = outStatus != nullptr ? *outStatus : unused;
     const auto address = addressOf(key);
+    if (!address || !canBeRecorded(*address)) {
+        status = platform::kRegBadArgument;
+        return 0;
+    }
     // Where the key can't be looked at nothing is made.
-    if (!address || !canBeRecorded(*address) ||
-        registry.testKey(address->root, address->path, kView) != platform::kRegNotFound) {
+    status = registry.testKey(address->root, address->path, kView);
+    if (status != platform::kRegNotFound) {
         return 0;
     }
     int count = 0;
     std::string made;
     for (const std::string& level : levelsOf(address->path)) {
         int created = 0;
-        if (registry.createKey(address->root, level, kView, created) != platform::kRegOk) {
+        status = registry.createKey(address->root, level, kView, created);
+        if (status != platform::kRegOk) {
             deleteKeys(registry, {key.place, made}, count);
             return 0;
         }

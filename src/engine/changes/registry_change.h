@@ -69,8 +69,8 @@ public:
 
     static WriteResult writeValue(platform::Registry& registry, const Value& value);
     // The number of key levels that were made: 0 when the key existed, and after a failure, which leaves
-    // none.
-    static int createKey(platform::Registry& registry, const Key& key);
+    // none. `outStatus` is that of the call which failed, and 0 otherwise.
+    static int createKey(platform::Registry& registry, const Key& key, int* outStatus = nullptr);
     // 0 or the system's error; none when the place isn't one of the hives.
     static std::optional<int> deleteValue(platform::Registry& registry, const Key& key,
                                           std::string_view name);
@@ -119,10 +119,10 @@ private:
     bool reportFailure(std::string_view work, const Key& key, std::string_view name,
                        std::optional<int> status);
     bool isRecorded(const Element& element);
-    bool recordKey(const Element& element, ChangeRecord& record);
-    bool recordValue(const Element& element, const Value& value, ChangeRecord& record);
+    int recordKey(const Element& element, ChangeRecord& record);
+    int recordValue(const Element& element, const Value& value, ChangeRecord& record);
     bool holdsFormer(const Key& key, std::string_view name, std::string_view former);
-    bool reportUnrecorded(const Element& element);
+    bool reportUnrecorded(const Element& element, int status);
 
     ChangeContext context_;
     std::vector<CreatedKey> createdKeys_;

@@ -48,28 +48,32 @@ std::string lineOf(const char* word, std::string_view linkPath) {
     return std::string(word) + " shortcut " + platform::writtenPath(linkPath);
 }
 
-bool createUninstallShortcut(platform::ShellObjects& shell, const ProductDescription& product,
-                             const DebugLog& debugLog, const ShortcutRequest& shortcut) {
+// No status of the system: why is in the log.
+constexpr int kNotMade = -1;
+
+int createUninstallShortcut(platform::ShellObjects& shell, const ProductDescription& product,
+                            const DebugLog& debugLog, const ShortcutRequest& shortcut) {
     const auto command = uninstallCommandOf(product, ProgramQuotes::kNone, debugLog);
-    return command && shell.createLink(shortcut.linkPath, {command->program, shortcut.description,
-                                                           command->arguments, "", ""}) == 0;
+    return command ? shell.createLink(shortcut.linkPath,
+                                      {command->program, shortcut.description, command->arguments, "", ""})
+                   : kNotMade;
 }
 
-bool create(platform::ShellObjects& shell, const ProductDescription& product, const DebugLog& debugLog,
-            const ShortcutRequest& shortcut) {
+int create(platform::ShellObjects& shell, const ProductDescription& product, const DebugLog& debugLog,
+           const ShortcutRequest& shortcut) {
     switch (shortcut.type) {
         case ShortcutType::kFile:
             return shell.createLink(shortcut.linkPath,
                                     {shortcut.target, shortcut.description, shortcut.arguments,
-                                     shortcut.startPath, shortcut.iconPath}) == 0;
+                                     shortcut.startPath, shortcut.iconPath});
         case ShortcutType::kUrl:
-            return shell.createUrlLink(shortcut.linkPath, shortcut.target) == 0;
+            return shell.createUrlLink(shortcut.linkPath, shortcut.target);
         case ShortcutType::kUninstall:
             return createUninstallShortcut(shell, product, debugLog, shortcut);
         case ShortcutType::kSymlink:
             break;
     }
-    return false;
+    return kNotMade;
 }
 
 // A link that is there already is replaced, and its undo deletes what is in the place. Only the system knows
@@ -172,13 +176,20 @@ std::optional<std::string> ShortcutChange::add(const platform::Platform& machine
                                                const ProductDescription& product, Report& report,
                                                const DebugLog& debugLog, const ShortcutRequest& shortcut,
                                                ActionLogWriter* log) {
-    const auto make = [&] { return create(machine.shell, product, debugLog, shortcut); };
+    int status = 0;
+    const auto make = [&] {
+        status = create(machine.shell, product, debugLog, shortcut);
+        return status == 0;
+    };
     const bool done =
         canBeUndone(shortcut.linkPath) && makeRecorded(machine.files, shortcut.linkPath, log, make);
     const std::string line = lineOf(done ? "Create " : "FAILED to create ", shortcut.linkPath);
     report.addLine(line, false);
     if (!done) {
         report.addError(line);
+        if (status != kNotMade) {
+            report.addReason(shortcut.linkPath, status);
+        }
         return std::nullopt;
     }
     return recordOf(shortcut.linkPath);
