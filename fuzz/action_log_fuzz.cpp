@@ -64,6 +64,17 @@ bool rewrite(const std::string& log, PConsole& silent) {
     return true;
 }
 
+// What a rewrite was writing when it was killed goes; the log, and what others put beside it, stay.
+void removeAbandoned(const std::string& log) {
+    MemoryFileSystem files;
+    files.addFile("/app/install.log", log);
+    files.addFile("/app/templog1.log", "somebody's, not that of any log");
+    files.addFile("/app/templog.log", log.substr(0, log.size() / 2));
+    ActionLogRewriter(files).removeAbandoned("/app/install.log");
+    require(files.content("/app/install.log") == log);
+    require(files.content("/app/templog1.log") == "somebody's, not that of any log");
+}
+
 }  // namespace
 
 bool accepts(std::string_view input) {
@@ -76,6 +87,7 @@ bool accepts(std::string_view input) {
     const bool isWhole = readVariables(stream, silent);
     ActionLogReader(&stream, silent).findVariable("STDROOT");
     readRecords(stream, input);
+    removeAbandoned(std::string(input));
     const bool isRewritten = rewrite(std::string(input), silent);
     return isWhole && isRewritten && !path.value_or("").empty();
 }
