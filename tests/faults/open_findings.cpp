@@ -61,10 +61,10 @@ const std::vector<OpenFinding>& openFindings() {
          "",
          {"/var/state/removal-2/journal"},
          {Fault::kEndDiffers}},
-        {"what came back before the journal of a removal couldn't be written any more counts as changed",
-         "revert",
+        {"a journal that can't be written any more, nor cut, is taken for a damaged or an older one",
+         "",
          "*lasting",
-         {"write /var/state/removal-2/journal"},
+         {"write /var/state/removal-2/journal", "flush /var/state/removal-2/journal"},
          {Fault::kEndDiffers, Fault::kEndFails}},
     };
     return kOpen;
