@@ -6,7 +6,9 @@
 #include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "support/p_file_stream.h"
+#include "support/p_mem_stream.h"
 #include "support/replacing_file.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -99,7 +101,7 @@ bool skipBlock(LineReader& lines, std::string& outLine) {
 
 }  // namespace
 
-void ActionLogRewriter::copyLog(PFileStream& from, PFileStream& to,
+void ActionLogRewriter::copyLog(PStream& from, PFileStream& to,
                                 const std::vector<LoggedVariable>& variables) {
     LineReader lines(from);
     Output out(to);
@@ -131,13 +133,12 @@ void ActionLogRewriter::takeRights(const std::string& logPath, PFileStream& to) 
 
 void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
                                          const std::vector<LoggedVariable>& variables) {
-    PFileStream from(files_);
-    int status =
-        from.openFile(logPath, PFileStream::kGenericRead, PFileStream::kShareRead,
-                      PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks);
+    std::string content;
+    int status = OUtils::readWholeFile(logPath, content, files_, OUtils::Links::kRefuse);
     if (status != 0) {
         fail("Opening action file", logPath, status);
     }
+    PMemStream from(content.data(), static_cast<std::int64_t>(content.size()));
     PFileStream to(files_);
     // A taken name is somebody else's, or that of a run that was killed.
     const auto nameBeside = [&](int number) { return pathBeside(logPath, number); };
@@ -154,7 +155,6 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
         files_.removeFile(temporary);
         throw;
     }
-    from.close();
     status = files_.replaceFile(temporary, logPath);
     if (status != 0) {
         files_.removeFile(temporary);

@@ -6,6 +6,7 @@
 
 class LineReader;
 class PFileStream;
+class PStream;
 namespace platform {
 class FileSystem;
 }
@@ -28,7 +29,7 @@ public:
 
 private:
     void takeRights(const std::string& logPath, PFileStream& to);
-    void copyLog(PFileStream& from, PFileStream& to, const std::vector<LoggedVariable>& variables);
+    void copyLog(PStream& from, PFileStream& to, const std::vector<LoggedVariable>& variables);
 
     platform::FileSystem& files_;
 };

@@ -209,10 +209,12 @@ void AdditionalActions::changeRegistry(const Action& action) {
 void AdditionalActions::removeFile(const Action& action) {
     platform::FileSystem& files = context_.machine.files;
     const char* path = action.path.c_str();
-    if (files.removeFile(action.path) == 0) {
+    const int status = files.removeFile(action.path);
+    if (status == 0) {
         context_.debugLog.print("Additionally removed file : \"%s\"", path);
     } else if (files.exists(action.path)) {
         context_.debugLog.print("ERROR: Remove file could not remove file \"%s\"!", path);
+        context_.report.addReason(action.path, status);
     } else {
         context_.debugLog.print("WARNING: Tried to remove a file that doesn't exist \"%s\".", path);
     }

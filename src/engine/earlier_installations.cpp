@@ -87,9 +87,10 @@ void EarlierInstallations::importVariables() {
     if (path) {
         const int status = OUtils::readWholeFile(*path, content, parts_.machine.files);
         if (status != 0 && parts_.machine.files.kindOf(*path) == platform::PathKind::kFile) {
-            throw InstallerError("ERROR: The action log of the earlier installation, %s, can't be read: %s",
-                                 platform::writtenPath(*path).c_str(),
-                                 OUtils::readingErrorText(status).c_str());
+            const std::string text = "The action log of the earlier installation, " +
+                                     platform::writtenPath(*path) +
+                                     ", can't be read: " + OUtils::readingErrorText(status);
+            throw InstallerError("ERROR: %s", text.c_str());
         }
     }
     try {

@@ -28,8 +28,12 @@ public:
     bool noteInstalling(const InstallationPlaces& places, Report& report);
     // The installation is complete, and a later run has nothing to take back.
     void noteInstalled();
-    // The records couldn't be published: they stay where they are.
-    void keepRecords() { backups_.holdsRecords = backups_.journal().isOpen(); }
+    // The records couldn't be published: they stay where they are, and a later run takes back what they say
+    // unless this one does.
+    void keepRecords() {
+        backups_.holdsRecords = backups_.journal().isOpen();
+        backups_.isToBeContinued = backups_.holdsRecords;
+    }
 
 private:
     int openJournal();

@@ -248,7 +248,8 @@ bool ProductState::remove(std::string_view logPath) {
     }
     Content content;
     read(path, logPath, content);
-    if (files_.removeFile(path) != 0) {
+    failure_ = files_.removeFile(path);
+    if (failure_ != 0) {
         return false;
     }
     leaveLevels(removeDirectory(content.levels));

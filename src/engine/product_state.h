@@ -70,6 +70,8 @@ public:
     // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure. The last
     // product takes the levels of the state directory along that were made for any of them.
     bool remove(std::string_view logPath);
+    // Why the last of these calls failed.
+    int failure() const { return failure_; }
     // So many levels of the state directory were made and can't go now: they go with a product that is
     // remembered there. Nothing for 0, and where there is none.
     void leaveLevels(std::int32_t levels);
@@ -92,4 +94,5 @@ private:
 
     platform::FileSystem& files_;
     platform::Environment& environment_;
+    int failure_ = 0;
 };

@@ -52,8 +52,8 @@ bool RemovalPlayback::isPossible() {
 
 bool RemovalPlayback::isReadable(const ReadRecords& read) {
     if (read.status != 0) {
-        report_.note("The journal of the removal can't be read.");
-        report_.addReason(journal_.directory(), OUtils::readingErrorText(read.status));
+        report_.addReason(journal_.directory(), "the journal of the removal can't be read: " +
+                                                    OUtils::readingErrorText(read.status));
     }
     return read.status == 0;
 }

@@ -113,6 +113,11 @@ bool Revert::undoInstallation(const std::string& publishedLog, Uninstallation& u
     if (isUndone || hasBackups()) {
         clearRecords(publishedLog, undo.backupPath(), isUndone ? nullptr : &report);
     }
+    // Nobody else has records that couldn't be published.
+    backups_.isToBeContinued = backups_.isToBeContinued && !isUndone && !hasBackups();
+    if (backups_.isToBeContinued) {
+        return false;
+    }
     if (backups_.journal().isOpen()) {
         WorkNotes notes(backups_.journal());
         notes.stage(WorkStage::kUndone);

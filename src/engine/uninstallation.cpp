@@ -252,9 +252,14 @@ void Uninstallation::removeByWildcards(Product& product, ChangeJob& job) {
 
 bool Uninstallation::clean(const Cleaning& cleaning, ChangeJob& job) {
     const auto keeps = [&job](const std::string& path) { return job.kept.postponesFile(path); };
-    return WildcardRemover(parts_.machine.files, keeps)
-        .deleteByWildcard(cleaning.directory, cleaning.pattern, cleaning.deleteDirectories)
-        .has_value();
+    WildcardRemover remover(parts_.machine.files, keeps);
+    const bool isCleaned =
+        remover.deleteByWildcard(cleaning.directory, cleaning.pattern, cleaning.deleteDirectories)
+            .has_value();
+    if (remover.fault() != 0) {
+        job.context.report.addReason(remover.faultyPath(), remover.fault());
+    }
+    return isCleaned;
 }
 
 // The last steps of a walk in which everything else went well. False when the uninstaller has gone and other
@@ -264,7 +269,10 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
         return true;
     }
     // First, while a failure can be repeated. A repetition after this can do without.
-    if (!stateOf(parts_).remove(product.logPath())) {
+    ProductState remembered = stateOf(parts_);
+    if (!remembered.remove(product.logPath())) {
+        const std::string subject = "What is remembered of the product's files";
+        job.context.report.addReason(subject, remembered.failure());
         walk.noteResult(job.context.report.addOutcome(
             false, "FAILED to remove what is remembered of the product's files"));
         return true;

@@ -50,8 +50,11 @@ std::optional<int> WildcardRemover::deleteByWildcard(const std::string& director
                                                      bool deleteDirectories) {
     const bool isPlainPattern =
         !pattern.empty() && pattern.find_first_of(kSeparators) == std::string_view::npos;
+    fault_ = 0;
     std::unique_ptr<platform::Directory> opened;
-    if (!isPlainPattern || !isBelowARoot(directory) || files_.openDirectory(directory, opened) != 0) {
+    if (!isPlainPattern || !isBelowARoot(directory) ||
+        files_.kindOf(directory) != platform::PathKind::kDirectory ||
+        !succeeds(files_.openDirectory(directory, opened), directory)) {
         return std::nullopt;
     }
     Job job{pattern, deleteDirectories};
@@ -63,10 +66,18 @@ std::optional<int> WildcardRemover::deleteByWildcard(const std::string& director
     return job.deleted;
 }
 
+bool WildcardRemover::succeeds(int status, const std::string& path) {
+    if (status != 0 && fault_ == 0) {
+        fault_ = status;
+        faultyPath_ = path;
+    }
+    return status == 0;
+}
+
 // True when no entry that was listed is left.
 bool WildcardRemover::clean(platform::Directory& directory, const std::string& path, int level, Job& job) {
     std::vector<platform::DirectoryEntry> entries;
-    if (directory.list(entries) != 0) {
+    if (!succeeds(directory.list(entries), path)) {
         return false;
     }
     std::size_t left = entries.size();
@@ -74,7 +85,7 @@ bool WildcardRemover::clean(platform::Directory& directory, const std::string& p
         if (entry.isDirectory) {
             left -= cleanBelow(directory, path, entry.name, level + 1, job) ? 1 : 0;
         } else if (matchesWildcard(job.pattern, entry.name) && !(keeps_ && keeps_(path + "/" + entry.name)) &&
-                   directory.removeFile(entry.name) == 0) {
+                   succeeds(directory.removeFile(entry.name), path + "/" + entry.name)) {
             ++job.deleted;
             --left;
         }
@@ -86,7 +97,7 @@ bool WildcardRemover::clean(platform::Directory& directory, const std::string& p
 bool WildcardRemover::cleanBelow(platform::Directory& parent, const std::string& parentPath,
                                  const std::string& name, int level, Job& job) {
     std::unique_ptr<platform::Directory> opened;
-    if (level > kDeepestLevel || parent.openDirectory(name, opened) != 0) {
+    if (level > kDeepestLevel || !succeeds(parent.openDirectory(name, opened), parentPath + "/" + name)) {
         return false;
     }
     const bool isEmpty = clean(*opened, parentPath + "/" + name, level, job);

@@ -31,6 +31,11 @@ public:
     std::optional<int> deleteByWildcard(const std::string& directory, std::string_view pattern,
                                         bool deleteDirectories);
 
+    // What of the last call couldn't be opened, listed or deleted first, and why; 0 when nothing was in its
+    // way.
+    const std::string& faultyPath() const { return faultyPath_; }
+    int fault() const { return fault_; }
+
 private:
     // What one call is to delete, and the number of deletions so far.
     struct Job {
@@ -43,7 +48,11 @@ private:
     bool cleanBelow(platform::Directory& parent, const std::string& parentPath, const std::string& name,
                     int level, Job& job);
 
+    bool succeeds(int status, const std::string& path);
+
     platform::FileSystem& files_;
+    std::string faultyPath_;
+    int fault_ = 0;
     std::function<bool(const std::string& path)> keeps_;
 };
 

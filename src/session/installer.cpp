@@ -296,9 +296,9 @@ void Installer::sayWhatStays(InstallerUI& ui) {
         for (const std::string& place : removed.places()) {
             ui.addMessage(place);
         }
-        if (removed.isToBeContinued) {
-            ui.addMessage("The same setup, run again, tries once more to bring it back.");
-        }
+    }
+    if (removed.isToBeContinued) {
+        ui.addMessage("The same setup, run again, tries once more to take back what is left of this run.");
     }
 }
 

@@ -212,6 +212,9 @@ bool PageWork::registerWith(Report& report) {
         report.note("FAILED to enter " + entry->name +
                     " in the list of installed applications. The same setup, run again, does it.");
         report.addKnownReason(entry->name, system.entryFault());
+        if (const int status = state_.removed.journal().failure(); status > 0) {
+            report.addReason(state_.removed.journal().directory(), status);
+        }
     }
     return isRegistered;
 }

@@ -24,9 +24,10 @@ bool isKnown(int status) {
 
 void requireKnown(std::string_view applicationName, int status) {
     if (!isKnown(status)) {
-        throw InstallerError(
-            "ERROR: The entry of \"%s\" in the list of installed applications can't be read: %s",
-            std::string(applicationName).c_str(), platform::registryErrorText(status).c_str());
+        const std::string text =
+            "The entry of \"" + std::string(applicationName) +
+            "\" in the list of installed applications can't be read: " + platform::registryErrorText(status);
+        throw InstallerError("ERROR: %s", text.c_str());
     }
 }
 

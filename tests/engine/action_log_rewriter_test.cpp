@@ -162,7 +162,7 @@ TEST_F(ActionLogRewriterTest, KeepsTheOldLogWhenItCannotBeReadOrReplaced) {
     files_.failAt(Operation::kReplaceFile, "/app/templog.log", 1);
     EXPECT_NE(errorOf(), "no error");
     EXPECT_EQ(files_.content("/app/install.log"), kOld);
-    files_.failAt(Operation::kRead, "/app/install.log", 2);
+    files_.failAt(Operation::kRead, "/app/install.log", 1);
     EXPECT_NE(errorOf(), "no error");
     EXPECT_EQ(files_.content("/app/install.log"), kOld);
     EXPECT_FALSE(files_.hasFile("/app/templog.log"));

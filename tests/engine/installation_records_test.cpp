@@ -143,7 +143,7 @@ TEST_F(MarkedRecordsTest, StayWithTheMarkWhenTheyCannotBePublished) {
     EXPECT_FALSE(records_.publish());
     backups_.release();
     EXPECT_TRUE(files_.hasFile(records_.publishedLog()));
-    EXPECT_EQ(later().stage, WorkStage::kEnded);
+    EXPECT_EQ(later().stage, WorkStage::kInstalling);
 }
 
 TEST_F(MarkedRecordsTest, AreNotBegunWhenTheMarkCannotBeWritten) {

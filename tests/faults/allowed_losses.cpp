@@ -1,6 +1,7 @@
 #include "allowed_losses.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "embedded_text.h"
 
@@ -69,15 +70,28 @@ bool isEntry(const Difference& difference, const std::string& /*failedCall*/) {
            difference.place.find("\\Uninstall\\Tandrel Installer Tools") != std::string::npos;
 }
 
-// The revert names what stays of the new version, and the copy of the archive with what it had replaced.
+bool isAbout(const std::string& failedCall, std::string_view file) {
+    return failedCall.find(file) != std::string::npos;
+}
+
+// The undo couldn't delete this very file, or the directory or link; or close this very port.
 bool isLeftByUndo(const Difference& difference, const std::string& failedCall) {
-    constexpr const char* kOfSecond[] = {"file /usr/local/share/applications/Tandrel support.desktop",
-                                         "file /opt/tandrel/samples/second.sh", "firewall 8318 TCP"};
-    const bool isReplaced = difference.place == "file /opt/tandrel/README.md" &&
-                            failedCall.find("\\opt\\tandrel\\.tandrel-") != std::string::npos &&
-                            difference.expected.ends_with("somebody else's");
-    return isReplaced || (difference.expected.empty() &&
-                          std::ranges::find(kOfSecond, difference.place) != std::end(kOfSecond));
+    constexpr std::pair<const char*, const char*> kOfSecond[] = {
+        {"file /usr/local/share/applications/Tandrel support.desktop", "Tandrel support.desktop"},
+        {"file /opt/tandrel/samples/second.sh", "second.sh"},
+        {"firewall 8318 TCP", "8318"}};
+    return difference.expected.empty() && std::ranges::any_of(kOfSecond, [&](const auto& left) {
+               return difference.place == left.first && isAbout(failedCall, left.second);
+           });
+}
+
+// The undo couldn't read or write it, or read it in the archive; the revert has said where the archive is
+// kept.
+bool isReplacedFile(const Difference& difference, const std::string& failedCall) {
+    return difference.place == "file /opt/tandrel/README.md" &&
+           difference.expected.ends_with("somebody else's") &&
+           (isAbout(failedCall, "\\opt\\tandrel\\.tandrel-") || isAbout(failedCall, "\\README.md") ||
+            isAbout(failedCall, "uninstall/backup.bin"));
 }
 
 }  // namespace
@@ -95,9 +109,11 @@ const std::vector<AllowedLoss>& allowedLosses() {
          "before "
          "its page.",
          isEntry},
-        {"left by an undo",
-         "What a revert can't take away of the new version, or put back of what that had replaced.",
+        {"left by an undo", "A file, link or open port of the new version that a revert can't take away.",
          isLeftByUndo},
+        {"replaced file",
+         "A file that the new version had replaced and that a revert can't read or write just then.",
+         isReplacedFile},
         {"last records", "The last records of a product that has gone, if one can't be deleted.",
          isLastRecord},
         {"last files",

@@ -221,13 +221,18 @@ UndoResult resultOf(int status, UndoneRecords& undone) {
     return status == platform::kRegOk ? UndoResult::kDone : UndoResult::kFailed;
 }
 
+UndoResult unreadable(const Value& present, UndoneRecords& undone) {
+    undone.status = present.status;
+    return UndoResult::kFailed;
+}
+
 // The value may be of a time when the product had joined its texts already.
 UndoResult restore(platform::Registry& registry, std::string_view name, const std::string& text,
                    UndoneRecords& undone) {
     undone.isRestored = true;
     Value present;
     if (EnvironmentChange::read(registry, name, present) == State::kUnreadable) {
-        return UndoResult::kFailed;
+        return unreadable(present, undone);
     }
     present.text = text;
     for (const std::string& joined : undone.joinedTexts) {
@@ -253,7 +258,7 @@ UndoResult removeText(platform::Registry& registry, std::string_view name, const
     Value present;
     const State state = EnvironmentChange::read(registry, name, present);
     if (state != State::kFound) {
-        return state == State::kAbsent ? UndoResult::kGone : UndoResult::kFailed;
+        return state == State::kAbsent ? UndoResult::kGone : unreadable(present, undone);
     }
     if (!text.empty() && !takeOutInEitherForm(present.text, text)) {
         return UndoResult::kGone;

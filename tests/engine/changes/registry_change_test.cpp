@@ -443,7 +443,7 @@ TEST_F(RegistryChangeTest, GivesTheSystemsError) {
     registry_.addKey(kRoot, "Software\\Closed");
     EXPECT_EQ(write("Software\\Closed", "", "x"), platform::kRegAccessDenied);
     EXPECT_EQ(created_, 0);
-    EXPECT_EQ(write("Software\\Closed\\Below", "", "x"), platform::kRegNotFound);
+    EXPECT_EQ(write("Software\\Closed\\Below", "", "x"), platform::kRegAccessDenied);
     EXPECT_EQ(created_, 0);
     EXPECT_EQ(deleteValue("Software", "none"), platform::kRegNotFound);
 }
