@@ -234,11 +234,9 @@ bool ProductState::beginUndo(std::string_view logPath) {
     return false;
 }
 
-void ProductState::endUndo(std::string_view logPath) {
+int ProductState::endUndo(std::string_view logPath) {
     const std::string mark = markOf(logPath);
-    if (!mark.empty() && files_.kindOf(mark) == platform::PathKind::kFile) {
-        files_.removeFile(mark);
-    }
+    return mark.empty() || !files_.exists(mark) ? 0 : files_.removeFile(mark);
 }
 
 bool ProductState::remove(std::string_view logPath) {

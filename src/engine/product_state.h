@@ -65,8 +65,10 @@ public:
     // Notes that the product is being uninstalled. True when another uninstallation noted that before and was
     // killed. Without a state directory nothing is noted.
     bool beginUndo(std::string_view logPath);
-    // However it ended.
-    void endUndo(std::string_view logPath);
+    // However it ended. 0, or the system's error number of a note that can't be removed.
+    int endUndo(std::string_view logPath);
+    // The file that is the note; empty where nothing is noted.
+    std::string markOf(std::string_view logPath);
     // For the end of an uninstallation that left nothing to repeat. What isn't there is no failure. The last
     // product takes the levels of the state directory along that were made for any of them.
     bool remove(std::string_view logPath);
@@ -83,7 +85,6 @@ private:
         std::int32_t levels = 0;
     };
 
-    std::string markOf(std::string_view logPath);
     std::string nameOf(std::string_view start, std::string_view logPath);
     std::string pathOf(std::string_view logPath);
     bool read(const std::string& path, std::string_view logPath, Content& outContent);

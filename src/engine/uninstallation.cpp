@@ -28,6 +28,8 @@ namespace {
 
 constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
+constexpr std::string_view kNotForgotten = "FAILED to remove what is remembered of the product's files";
+
 ProductState stateOf(const EngineParts& parts) {
     return {parts.machine.files, parts.machine.environment};
 }
@@ -114,7 +116,10 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     report.setProgress(100);
     report.end();
     walk.finish(UndoEnd::kAfterProgress);
-    stateOf(parts_).endUndo(product.logPath());
+    if (const int status = stateOf(parts_).endUndo(product.logPath()); status != 0) {
+        walk.noteResult(report.addOutcome(false, kNotForgotten));
+        report.addReason(stateOf(parts_).markOf(product.logPath()), status);
+    }
     const bool canBeRepeated = removeProduct(product, walk, job) && repetition == Repetition::kPossible;
     state_ = walk.hasFailed() && canBeRepeated ? State::kToBeRepeated : State::kOver;
     reportEnd(walk.hasFailed(), canBeRepeated, report);
@@ -273,8 +278,7 @@ bool Uninstallation::removeProduct(Product& product, UndoWalk& walk, ChangeJob& 
     if (!remembered.remove(product.logPath())) {
         const std::string subject = "What is remembered of the product's files";
         job.context.report.addReason(subject, remembered.failure());
-        walk.noteResult(job.context.report.addOutcome(
-            false, "FAILED to remove what is remembered of the product's files"));
+        walk.noteResult(job.context.report.addOutcome(false, kNotForgotten));
         return true;
     }
     if (!removeEntry(job.context.report)) {

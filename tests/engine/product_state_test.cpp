@@ -127,10 +127,12 @@ TEST_F(ProductStateTest, RemembersAnUninstallationThatDidNotEnd) {
     EXPECT_FALSE(state_.beginUndo(kLog));
     EXPECT_TRUE(state_.beginUndo(kLog));
     EXPECT_FALSE(state_.beginUndo("/other/install.log"));
-    state_.endUndo(kLog);
-    state_.endUndo("/other/install.log");
+    EXPECT_EQ(state_.endUndo(kLog), 0);
+    EXPECT_EQ(state_.endUndo("/other/install.log"), 0);
     EXPECT_FALSE(state_.beginUndo(kLog));
-    state_.endUndo(kLog);
+    files_.failAt(MemoryFileSystem::Operation::kRemoveFile, state_.markOf(kLog), 1);
+    EXPECT_NE(state_.endUndo(kLog), 0);
+    EXPECT_EQ(state_.endUndo(kLog), 0);
     EXPECT_EQ(files_.allFiles().size(), 1U);
     EXPECT_FALSE(state_.beginUndo(""));
 }
