@@ -143,8 +143,8 @@ int InstallerProgram::loadOwnPackage() {
         note("The installation can't start: the system doesn't say where this program is");
         return kFailed;
     }
-    debugLog_.line("Initializing with file=\"" + path + "\", offset=" +
-                   std::to_string(static_cast<std::int32_t>(offset)));
+    debugLog_.line("Initializing with file=\"" + path +
+                   "\", offset=" + std::to_string(static_cast<std::int32_t>(offset)));
     if (!verifyInstallerChecksum(path, platform_.files)) {
         showError(
             "The checksum of the installer doesn't match. This could indicate a broken download.\n"
