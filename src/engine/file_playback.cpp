@@ -16,6 +16,12 @@ constexpr std::string_view kGone = "can't be brought back, because what was kept
 }  // namespace
 
 bool FilePlayback::takeBack(const RemovalRecord& record) {
+    const bool isBack = dispatch(record);
+    hasGoneOn_ = hasGoneOn_ || isBack;
+    return isBack;
+}
+
+bool FilePlayback::dispatch(const RemovalRecord& record) {
     switch (record.step) {
         case RemovalStep::kRemoveFile:
             return takeBackRemoval(record);
@@ -79,15 +85,15 @@ bool FilePlayback::takeBackContent(const RemovalRecord& record) {
     // Without an end the removal was stopped while it wrote.
     const bool wasStopped = record.left.kind == PathKind::kNothing && present.kind == PathKind::kFile;
     const bool isLeft = present == record.left && present.kind != PathKind::kOther;
-    if (isLeft || (wasStopped && !holdsKept(record))) {
+    // By a playback that was killed before it could say so.
+    const bool isMovedBack = !isLeft && record.kept != 0 && !isKept(record);
+    if (isLeft || (wasStopped && !isMovedBack && !holdsKept(record))) {
         return takeBackLeft(record);
     }
-    // The change was never made, or an earlier record or the archive knows what this is; or a playback that
-    // was killed has moved the kept file back already.
-    const bool isKnownElsewhere = record.has(RemovalRecord::kIsArchived) ||
-                                  record.has(RemovalRecord::kPlaceIsOurs) ||
-                                  (record.kept != 0 && !isKept(record));
-    return isKnownElsewhere || holdsKept(record) || left(record.path, kChanged);
+    // The change was never made, or an earlier record or the archive knows what this is.
+    const bool isKnownElsewhere =
+        record.has(RemovalRecord::kIsArchived) || record.has(RemovalRecord::kPlaceIsOurs);
+    return isMovedBack || isKnownElsewhere || holdsKept(record) || left(record.path, kChanged);
 }
 
 // The rest was taken back before, or the change was never made.
@@ -109,7 +115,12 @@ bool FilePlayback::takeBackLeft(const RemovalRecord& record) {
     if (isKept(record)) {
         return done(record.path, putBack(record));
     }
-    return record.kept != 0 ? left(record.path, kGone) : done(record.path, files_.removeFile(record.path));
+    if (record.kept == 0) {
+        return done(record.path, files_.removeFile(record.path));
+    }
+    // The removal may have left what it found. The first one may have been moved back by a playback that was
+    // killed then.
+    return !hasGoneOn_ || left(record.path, kGone);
 }
 
 // Only for the content that had these rights; rights can't be compared.

@@ -21,6 +21,7 @@ public:
     bool takeBack(const RemovalRecord& record);
 
 private:
+    bool dispatch(const RemovalRecord& record);
     bool takeBackRemoval(const RemovalRecord& record);
     bool takeBackDirectory(const RemovalRecord& record);
     bool takeBackNewDirectory(const RemovalRecord& record);
@@ -40,4 +41,5 @@ private:
     platform::FileSystem& files_;
     const RemovalJournal& journal_;
     Report& report_;
+    bool hasGoneOn_ = false;  // something has been taken back
 };

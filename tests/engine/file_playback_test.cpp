@@ -95,6 +95,29 @@ TEST_F(FilePlaybackTest, FinishesAReplacementThatWasTakenBackHalf) {
     EXPECT_EQ(files_.content("/app/file"), "content");
 }
 
+// Before it could say that the file is back.
+TEST_F(FilePlaybackTest, GoesOnAfterAPlaybackThatWasKilledWhenItHadMovedTheFileBack) {
+    files_.addFile("/app/file", "as before");
+    EXPECT_TRUE(takeBack(record(RemovalStep::kReplaceFile, "/app/file", 9)));
+    RemovalRecord ended = record(RemovalStep::kReplaceFile, "/app/file", 9);
+    ended.left = contentOf("what the removal left");
+    EXPECT_TRUE(takeBack(ended));
+    ended.left = contentOf("as before");  // it may leave what it found
+    EXPECT_TRUE(takeBack(ended));
+    EXPECT_EQ(files_.content("/app/file"), "as before");
+}
+
+TEST_F(FilePlaybackTest, NamesAChangedFileOfWhichNothingIsKept) {
+    files_.addFile("/app/file", "left");
+    RemovalRecord changed = record(RemovalStep::kReplaceFile, "/app/file", 9);
+    changed.left = contentOf("left");
+    FilePlayback playback(files_, scene_.journal, scene_.report);
+    EXPECT_TRUE(playback.takeBack(record(RemovalStep::kCreateFile, "/app/new")));
+    EXPECT_FALSE(playback.takeBack(changed));
+    EXPECT_NE(note().find("/app/file: can't be brought back, because what was kept of it is gone"),
+              std::string::npos);
+}
+
 TEST_F(FilePlaybackTest, NamesAMovedFileThatIsGoneFromBothPlaces) {
     RemovalRecord moved = record(RemovalStep::kMoveFile, "/app/new");
     moved.other = "/app/old";
