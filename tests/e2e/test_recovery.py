@@ -136,6 +136,8 @@ class RecoveryTest(test_upgrade.UpgradeTest):
         result = self.run_program(self.build(3, more=test_upgrade.FAILING), "-gui=0", stdin="yes\n" + "\n" * 20)
         self.expect_recovered(result)
         self.assertEqual(self.state(), first)
+        self.uninstall()
+        self.expect_as_before()
 
     def test_a_second_upgrade_waits_for_its_turn(self):
         self.forget()

@@ -142,7 +142,7 @@ TEST_F(FreeSpaceCheckTest, AnInstallationWithoutEnoughSpaceChangesNothing) {
     EXPECT_EQ(valueOf("ERR"), "1");
     const std::vector<std::string> messages = ui_.callsOf("addMessage(");
     ASSERT_EQ(messages.size(), 2U);
-    EXPECT_EQ(messages[0], "addMessage(\"There is too little space for " + writtenPath("\\app\\deep\\") +
+    EXPECT_EQ(messages[0], "addMessage(\"There is too little space for " + writtenPath("/app/deep\\") +
                                " on the volume /app: " + std::to_string(2000 + kLogBytes) +
                                " bytes are needed, 1999 are free.\")");
     EXPECT_EQ(messages[1], "addMessage(\"Nothing was installed.\")");
