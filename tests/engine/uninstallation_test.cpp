@@ -435,7 +435,7 @@ TEST_F(UninstallationTest, PromisesNoRepetitionWithoutTheUninstaller) {
     EXPECT_FALSE(files_.hasFile("/app/un/install.log"));
     EXPECT_THAT(ui_.callsOf("addFileLine"),
                 testing::Contains(
-                    testing::HasSubstr("FAILED to delete " + platform::writtenPath("/app/un/install.xml"))));
+                    testing::HasSubstr("FAILED to delete " + platform::writtenPath("/app/un\\install.xml"))));
     EXPECT_TRUE(system_.installed.empty());
     EXPECT_EQ(ui_.callsOf("addMessage").back(), "addMessage(\"The uninstallation is not complete.\")");
 }
