@@ -92,7 +92,7 @@ std::string ProductRemoval::copyLog(const Request& request, const std::string& l
     if (!name) {
         fail("ERROR: Unable to obtain temporary file for uninstall log of " + request.applicationName);
     }
-    const std::string copy = backups_.placeOf(*name);
+    std::string copy = backups_.placeOf(*name);
     std::string content;
     int status = OUtils::readWholeFile(log, content, parts_.machine.files);
     status = status != 0 ? status

@@ -186,7 +186,7 @@ std::optional<Fault> EditedFile::addLines(ChangeRecord& record, std::string_view
         return Fault{path_, std::string(kUnrecordedReason)};
     }
     TextLines changed;
-    const std::optional<Fault> fault = script_->apply(lines_, changed) ? store(changed) : std::nullopt;
+    std::optional<Fault> fault = script_->apply(lines_, changed) ? store(changed) : std::nullopt;
     if (fault) {
         record.withdraw();
     }
