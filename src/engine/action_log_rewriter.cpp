@@ -138,7 +138,7 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
     if (status != 0) {
         fail("Opening action file", logPath, status);
     }
-    PMemStream from(content.data(), static_cast<std::int64_t>(content.size()));
+    PMemStream from(content);
     PFileStream to(files_);
     // A taken name is somebody else's, or that of a run that was killed.
     const auto nameBeside = [&](int number) { return pathBeside(logPath, number); };

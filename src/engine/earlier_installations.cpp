@@ -111,7 +111,7 @@ void EarlierInstallations::importVariables(const std::string& name, const std::o
     if (parts_.machine.files.kindOf(*path) != platform::PathKind::kFile) {
         throw InstallerError("ERROR: Opening action file (%s)", path->c_str());
     }
-    PMemStream log(content.data(), static_cast<std::int64_t>(content.size()));
+    PMemStream log(content);
     ActionLogReader(&log, parts_.debugLog)
         .readVariables([this](const std::string& key, const std::string& value) {
             parts_.model.variables.set(key, value);

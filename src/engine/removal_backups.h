@@ -70,8 +70,8 @@ public:
     bool isEmpty() const { return !isOpen() && uninstallBackups.empty() && nestedBackups.empty(); }
     // For the user: where everything is.
     std::vector<std::string> places() const;
-    // Deletes all of it, unless a later run continues, or it is the only copy; then a later run is told to
-    // leave it alone.
+    // Deletes all of it. What a later run is to take up stays as it is; what is the only copy stays too, with
+    // a note that tells later runs to leave it alone.
     void release();
 
 private:

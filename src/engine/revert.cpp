@@ -57,7 +57,7 @@ bool Revert::isLogReadable(const std::string& publishedLog, Report& report) {
         report.addReason(publishedLog, OUtils::readingErrorText(status));
         return false;
     }
-    PMemStream log(undoneLog_.data(), static_cast<std::int64_t>(undoneLog_.size()));
+    PMemStream log(undoneLog_);
     return isReadable(ActionLogReader(&log, parts_.debugLog).readArchivePath().value_or(""), report);
 }
 
@@ -168,7 +168,7 @@ void Revert::noteUndo(const std::string& copy, const std::string& publishedLog) 
     if (!backups_.journal().isOpen()) {
         return;
     }
-    PMemStream log(undoneLog_.data(), static_cast<std::int64_t>(undoneLog_.size()));
+    PMemStream log(undoneLog_);
     const std::string archive = ActionLogReader(&log, parts_.debugLog).readArchivePath().value_or("");
     WorkNotes(backups_.journal())
         .installing(
@@ -182,7 +182,7 @@ std::string Revert::placeOfCopy() {
 }
 
 bool Revert::walk(Uninstallation& undo, Report& report) {
-    PMemStream log(undoneLog_.data(), static_cast<std::int64_t>(undoneLog_.size()));
+    PMemStream log(undoneLog_);
     parts_.debugLog.line("Uninstalling current installation (Revert)");
     // What a repetition needs would lie in the places of files that come back.
     using Repetition = Uninstallation::Repetition;
@@ -284,7 +284,7 @@ int Revert::makeDirectories(const std::string& listPath, Report& report) {
     if (const int status = OUtils::readWholeFile(listPath, content, parts_.machine.files); status != 0) {
         return status;
     }
-    PMemStream list(content.data(), static_cast<std::int64_t>(content.size()));
+    PMemStream list(content);
     ChangeJob job(parts_, log_, report);
     DirectoryChange directories(job.context);
     LineReader lines(list);

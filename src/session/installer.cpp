@@ -54,7 +54,7 @@ int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t 
         debugLog.print("ERROR: Failed to open the installation log file (%s)", path);
         return -1;
     }
-    actionLogFile = std::make_unique<PMemStream>(content.data(), static_cast<std::int64_t>(content.size()));
+    actionLogFile = std::make_unique<PMemStream>(content);
     return 0;
 }
 

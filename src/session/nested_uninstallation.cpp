@@ -37,7 +37,7 @@ void NestedUninstallation::openLog(const std::string& path) {
         sayWhy(path, status);
         throw InstallerError("ERROR: Unable to initialize uninstaller object");
     }
-    log_ = std::make_unique<PMemStream>(content.data(), static_cast<std::int64_t>(content.size()));
+    log_ = std::make_unique<PMemStream>(content);
 }
 
 void NestedUninstallation::sayWhy(const std::string& path, int status) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "support/p_stream.h"
@@ -11,6 +12,8 @@ public:
     PMemStream() = default;
     // Starts with a copy of `size` bytes, the position at the start.
     PMemStream(const void* data, std::int64_t size);
+    explicit PMemStream(std::string_view content)
+        : PMemStream(content.data(), static_cast<std::int64_t>(content.size())) {}
 
     int open() override;
     int close() override;
