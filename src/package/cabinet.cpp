@@ -25,11 +25,13 @@ std::string_view fixedText(const unsigned char* field, std::size_t capacity) {
             zero == nullptr ? capacity : static_cast<std::size_t>(static_cast<const char*>(zero) - text)};
 }
 
-bool readWhole(PFileStream& stream, unsigned char* buffer, std::int64_t size) {
+// False when the file ends early, and when the system can't read it.
+bool readWhole(PFileStream& stream, unsigned char* buffer, std::int64_t size, int& outStatus) {
     while (size > 0) {
         std::uint32_t done = 0;
         const auto piece = static_cast<std::uint32_t>(std::min(size, kReadPiece));
-        if (stream.read(buffer, piece, done) != 0 || done == 0) {
+        outStatus = stream.read(buffer, piece, done);
+        if (outStatus != 0 || done == 0) {
             return false;
         }
         buffer += done;
@@ -98,6 +100,7 @@ void Cabinet::clear() {
 
 LoadResult Cabinet::load(std::string_view path, std::int64_t offset) {
     clear();
+    systemStatus_ = 0;
     SolidBlock package;
     LoadResult result = readPackage(path, offset, package);
     std::size_t position = 0;
@@ -115,8 +118,9 @@ LoadResult Cabinet::load(std::string_view path, std::int64_t offset) {
 
 LoadResult Cabinet::readPackage(std::string_view path, std::int64_t offset, SolidBlock& out) {
     PFileStream stream(files_);
-    if (stream.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
-                        PFileStream::kOpenExisting | PFileStream::kSequential) != 0) {
+    systemStatus_ = stream.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead,
+                                    PFileStream::kOpenExisting | PFileStream::kSequential);
+    if (systemStatus_ != 0) {
         debugLog_.line("ERROR: Failed to open " + std::string(path) + " for decompressing!");
         return LoadResult::kNotOpened;
     }
@@ -142,7 +146,8 @@ LoadResult Cabinet::allocateAndRead(PFileStream& stream, std::int64_t offset, So
         return LoadResult::kSeekFailed;
     }
     debugLog_.line("Reading compressed cabinet into memory");
-    return readWhole(stream, out.data.get(), length) ? LoadResult::kLoaded : LoadResult::kReadFailed;
+    return readWhole(stream, out.data.get(), length, systemStatus_) ? LoadResult::kLoaded
+                                                                    : LoadResult::kReadFailed;
 }
 
 LoadResult Cabinet::allocate(std::int64_t size, SolidBlock& out) {

@@ -69,6 +69,8 @@ public:
     // Forgets an earlier cabinet and loads the one whose lead block is at byte `offset` of the file. After a
     // failure the cabinet is empty. For a moment both the compressed and the expanded cabinet are in memory.
     LoadResult load(std::string_view path, std::int64_t offset);
+    // Why the system refused to open or to read the file of the last load: its error number, 0 otherwise.
+    int systemStatus() const { return systemStatus_; }
     // Frees the cabinet; the catalogue is empty afterwards. Copies of content stay valid.
     void clear();
 
@@ -104,6 +106,7 @@ private:
     DebugLog debugLog_;
     SolidBlock block_;
     bool isSolid_ = false;
+    int systemStatus_ = 0;
     std::vector<CabinetEntry> entries_;
     std::unordered_map<std::string_view, std::int32_t> byAlias_;
 };

@@ -8,6 +8,7 @@
 #include "description/answers_file.h"
 #include "description/unknown_names.h"
 #include "engine/action_log_reader.h"
+#include "platform/error_text.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
 #include "session/logged_variables.h"
@@ -45,6 +46,9 @@ int Installer::loadCabinet(const char* path, std::int64_t offset, std::uint32_t 
     if ((flags & kSessionActionLog) == 0) {
         const int result = static_cast<int>(cabinet.load(path, offset));
         loadError_ = result == 0 ? "" : "the package can't be read (" + std::to_string(result) + ")";
+        if (const int status = cabinet.systemStatus(); status > 0) {
+            loadError_ += ": " + platform::errorText(status);
+        }
         return result;
     }
     std::string content;

@@ -150,6 +150,7 @@ TEST_F(CabinetTest, ForgetsTheEarlierCabinetEvenIfLoadingFails) {
 
 TEST_F(CabinetTest, ReportsAPackageThatCannotBeOpened) {
     EXPECT_EQ(static_cast<int>(cabinet_.load("/p/none", 0)), -2);
+    EXPECT_EQ(cabinet_.systemStatus(), MemoryFileSystem::kNotFound);
     EXPECT_EQ(console_.lines(),
               (std::vector<std::string>{"ERROR: Failed to open /p/none for decompressing!"}));
 }
@@ -167,9 +168,11 @@ TEST_F(CabinetTest, FailsWhenSeekingOrReadingFails) {
     files_.clearFaults();
     files_.failAt(MemoryFileSystem::Operation::kRead, "", 1);
     EXPECT_EQ(load(file), -4);
+    EXPECT_EQ(cabinet_.systemStatus(), MemoryFileSystem::kAccessDenied);
     EXPECT_EQ(files_.openFileCount(), 0);
     files_.clearFaults();
     EXPECT_EQ(load(file), 0);
+    EXPECT_EQ(cabinet_.systemStatus(), 0);
 }
 
 TEST_F(CabinetTest, NamesTheMagicWordThatDiffers) {

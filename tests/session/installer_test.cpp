@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "base/shared_buffer.h"
+#include "platform/error_text.h"
 #include "platform/written_path.h"
 #include "session/command_line_parameters.h"
 #include "session_fixture.h"
@@ -488,6 +489,9 @@ TEST_F(InstallerTest, KnowsWhyALogCannotBeOpened) {
     files_.addFile("/none.log", "x");
     EXPECT_EQ(session_.loadCabinet("/none.log", 0, kSessionBackup), -5);
     EXPECT_EQ(session_.loadError(), "the package can't be read (-5)");
+    EXPECT_EQ(session_.loadCabinet("/none", 0, kSessionBackup), -2);
+    EXPECT_EQ(session_.loadError(),
+              "the package can't be read (-2): " + platform::errorText(MemoryFileSystem::kNotFound));
 }
 
 TEST_F(InstallerTest, SaysWhereARunEndedThatInstalledNothing) {
