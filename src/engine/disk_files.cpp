@@ -35,7 +35,8 @@ FileOnDisk DiskFiles::compare(std::string_view path, std::int64_t contentSize, c
     PFileStream file(files_);
     const std::uint32_t mode =
         PFileStream::kOpenExisting | PFileStream::kSequential | PFileStream::kRefuseLinks;
-    if (file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, mode) != 0) {
+    found.status = file.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, mode);
+    if (found.status != 0) {
         found.exists = files_.kindOf(path) == platform::PathKind::kLink;
         return found;
     }

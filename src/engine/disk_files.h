@@ -13,6 +13,7 @@
 struct FileOnDisk {
     bool exists = false;  // it could be opened for reading
     bool differs = true;  // or there is nothing to compare
+    int status = 0;       // why it couldn't be opened: the system's error number
 };
 
 // Compares whole files on the disk with new content, and replaces them by it.

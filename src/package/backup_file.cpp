@@ -430,6 +430,7 @@ int BackupFile::flush() {
 }
 
 std::optional<std::string> BackupFile::addFile(std::string_view path, std::optional<std::uint32_t> checkSum) {
+    addFileFault_ = 0;
     if (mode_ == kWriting && !hasError_) {
         const platform::PathKind kind = files().kindOf(path);
         if (kind != platform::PathKind::kFile && kind != platform::PathKind::kNothing) {
@@ -511,6 +512,7 @@ std::optional<std::string> BackupFile::writeEntry(const std::string& name,
     const std::int64_t size = getFileSize(name);
     std::optional<std::string> failure = writeHead(name, size, checkSum.value_or(0));
     if (failure || size == 0) {
+        addFileFault_ = failure ? fault_ : 0;
         return failure;
     }
     const std::int64_t content = getPosition();
@@ -563,14 +565,15 @@ std::optional<std::string> BackupFile::copyContent(BackupReader& from, std::int6
 std::optional<std::string> BackupFile::writeContent(const std::string& path, std::int64_t size,
                                                     std::uint32_t& outCheckSum) {
     PFileStream source(files());
-    if (openToRead(source, path) != 0) {
+    addFileFault_ = openToRead(source, path);
+    if (addFileFault_ != 0) {
         return "Error opening file";
     }
     CopyCounts counts;
-    const int status = copyBytes(source, *this, size, counts);
+    addFileFault_ = copyBytes(source, *this, size, counts);
     outCheckSum = counts.checkSum;
-    if (status != 0) {
-        return "Error copying stream (" + std::to_string(status) + ")";
+    if (addFileFault_ != 0) {
+        return "Error copying stream (" + std::to_string(addFileFault_) + ")";
     }
     if (counts.read != size || counts.written != size) {
         return "Copy stream mismatch: wanted " + std::to_string(size) + " bytes, read " +

@@ -88,6 +88,9 @@ public:
     // its last good entry and takes no more, unless the text says that there is no plain file. A link isn't
     // followed: what it leads to belongs elsewhere, and the link couldn't be given back.
     std::optional<std::string> addFile(std::string_view path, std::optional<std::uint32_t> checkSum);
+    // Why the last addFile failed: the error number that the system gave for the file or for the archive, 0
+    // when it gave none.
+    int addFileFault() const { return addFileFault_; }
 
     // Adds an entry of another archive as it is; `from` has just found it and reads its content. Otherwise as
     // addFile.
@@ -127,6 +130,7 @@ private:
     Mode mode_ = kClosed;
     bool hasError_ = false;
     int fault_ = 0;
+    int addFileFault_ = 0;
     bool isPositionLost_ = false;  // what came next would go over what is there
     // Of the entries that were written: where the check sum is, by the identity of the path.
     std::unordered_map<std::string, std::int64_t> checkSums_;

@@ -207,7 +207,9 @@ TEST_F(BackupFileTest, FailsForAMissingFileAndKeepsItsLastGoodEntry) {
     BackupFile backup(files_);
     ASSERT_TRUE(backup.openForWriting(kArchive));
     EXPECT_EQ(add(backup, "/a/file"), std::nullopt);
+    EXPECT_EQ(backup.addFileFault(), 0);
     EXPECT_EQ(add(backup, "/a/none"), "Error opening file");
+    EXPECT_EQ(backup.addFileFault(), MemoryFileSystem::kNotFound);
     EXPECT_TRUE(backup.hasError());
     EXPECT_EQ(add(backup, "/a/file"), "There is a previous error");
     backup.close();
@@ -228,6 +230,7 @@ TEST_F(BackupFileTest, NamesTheStepThatFailed) {
             files_.failAt(MemoryFileSystem::Operation::kWrite, kArchive, 2, 5);
         }
         EXPECT_EQ(add(backup, "/a/file"), texts[step]);
+        EXPECT_EQ(backup.addFileFault(), step < 3 ? MemoryFileSystem::kDiskFull : 5);
         files_.clearFaults();
         files_.setFreeSpace(-1);
         EXPECT_EQ(backup.close(), 0);
@@ -269,6 +272,7 @@ TEST_F(BackupFileTest, ReportsReadingThatFailsOrComesShort) {
     // The first two reads look for a banner.
     files_.failAt(MemoryFileSystem::Operation::kRead, "/a/file", 3, 9);
     EXPECT_EQ(backup.addFile("/a/file", 1), "Error copying stream (9)");
+    EXPECT_EQ(backup.addFileFault(), 9);
 }
 
 // A file system where a file has become shorter than its directory entry says.

@@ -139,6 +139,7 @@ bool FileChange::backUp(Work& work) {
         context_.report.addError(line);
     }
     context_.report.addLine(line, work.flushNow);
+    context_.report.addReason(work.path, former->status);
     return !former->failure;
 }
 

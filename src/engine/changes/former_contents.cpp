@@ -37,8 +37,8 @@ void FormerContents::archiveBatch(std::size_t first) {
             isAnyKept = isAnyKept || (outcome.isNeeded && !outcome.failure);
         }
     }
-    if (isAnyKept && replaced_.archive.flush() != 0) {
-        failAll("Error writing to the disk");
+    if (const int status = isAnyKept ? replaced_.archive.flush() : 0; status != 0) {
+        failAll("Error writing to the disk", status);
     }
 }
 
@@ -101,15 +101,20 @@ void FormerContents::archive(const FileEntry& file, const std::string& path, Out
     }
     context_.report.pumpEventsWhileCopying();
     // A file that can't be read must not spoil the archive for those after it.
-    outOutcome.failure = outOutcome.onDisk.exists
-                             ? replaced_.archive.addFile(path, BackupFile::checkSumOf(content.bytes))
-                             : "Error opening file";
+    if (!outOutcome.onDisk.exists) {
+        outOutcome.failure = "Error opening file";
+        outOutcome.status = outOutcome.onDisk.status;
+        return;
+    }
+    outOutcome.failure = replaced_.archive.addFile(path, BackupFile::checkSumOf(content.bytes));
+    outOutcome.status = outOutcome.failure ? replaced_.archive.addFileFault() : 0;
 }
 
-void FormerContents::failAll(const std::string& failure) {
+void FormerContents::failAll(const std::string& failure, int status) {
     for (auto& [index, outcome] : batch_) {
         if (outcome.isNeeded && !outcome.failure) {
             outcome.failure = failure;
+            outcome.status = status;
         }
     }
 }

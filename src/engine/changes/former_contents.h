@@ -29,6 +29,7 @@ public:
         FileOnDisk onDisk;
         bool isNeeded = false;               // the content belongs into the archive
         std::optional<std::string> failure;  // why it isn't there
+        int status = 0;                      // the system's error number for that, if it gave one
     };
 
     // All of them outlive this object.
@@ -48,7 +49,7 @@ private:
     bool mayBeKept(const FileEntry& file, const std::string& path);
     bool isToBeKept(const FileEntry& file, const std::string& path, const FileOnDisk& onDisk);
     void archive(const FileEntry& file, const std::string& path, Outcome& outOutcome);
-    void failAll(const std::string& failure);
+    void failAll(const std::string& failure, int status);
 
     ChangeContext context_;
     const FileSets& fileSets_;

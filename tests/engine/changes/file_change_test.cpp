@@ -4,6 +4,7 @@
 #include "engine/backup_restore.h"
 #include "engine/changes/change_table.h"
 #include "engine/installation_fixture.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -124,6 +125,8 @@ TEST_F(FileChangeTest, LeavesAFileThatCannotBeReadAndHasToBeBackedUp) {
     EXPECT_EQ(files_.content("/app/one"), "old");
     EXPECT_EQ(files_.content("/app/two"), "new");
     EXPECT_EQ(errors_[0], "FAILED to back up " + writtenPath("/app\\one") + ": Error opening file");
+    EXPECT_EQ(ui_.callsOf("addMessage")[0], "addMessage(\"" + writtenPath("/app\\one") + ": " +
+                                                platform::errorText(MemoryFileSystem::kAccessDenied) + "\")");
 }
 
 TEST_F(FileChangeTest, BacksUpAPathOnlyOnce) {
