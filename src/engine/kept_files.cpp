@@ -50,9 +50,14 @@ std::vector<std::string> KeptFiles::leftFiles() const {
     return left;
 }
 
-bool KeptFiles::postponesDirectory(const std::string& directory) {
+bool KeptFiles::postponesDirectory(const std::string& directory, int& outStatus) {
     std::vector<platform::DirectoryEntry> entries;
-    if (isReleased_ || postponed_.empty() || files_.list(directory, entries) != 0 || entries.empty()) {
+    outStatus = 0;
+    if (isReleased_ || postponed_.empty()) {
+        return false;
+    }
+    if (const int status = files_.list(directory, entries); status != 0 || entries.empty()) {
+        outStatus = files_.exists(directory) ? status : 0;
         return false;
     }
     const std::string key = keyOf(directory);

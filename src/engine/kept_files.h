@@ -29,8 +29,9 @@ public:
     // The same, for somebody who would delete it now: it counts as a file that goes in the end.
     bool postponesFile(std::string_view path);
     // Whether the directory is there and holds nothing but files and directories that were postponed before.
-    // It is postponed then. False after the release.
-    bool postponesDirectory(const std::string& directory);
+    // It is postponed then. False after the release, and when it is there but can't be listed: `outStatus` is
+    // the system's error number for that then, otherwise 0.
+    bool postponesDirectory(const std::string& directory, int& outStatus);
 
     void release() { isReleased_ = true; }
     // The postponed files that are still there, in their order.

@@ -8,8 +8,11 @@ namespace {
 
 class KeptFilesTest : public testing::Test {
 protected:
+    bool postpones(const std::string& directory) { return kept_.postponesDirectory(directory, status_); }
+
     MemoryFileSystem files_;
     KeptFiles kept_{files_};
+    int status_ = 0;
 };
 
 TEST_F(KeptFilesTest, HoldsAFileInEverySpellingUntilTheRelease) {
@@ -51,15 +54,15 @@ TEST_F(KeptFilesTest, PostponesDirectoriesThatHoldOnlyWhatIsPostponed) {
     kept_.hold("/app/un/install.log");
     kept_.hold("/app/un/installer");
     EXPECT_TRUE(kept_.postponesFile("/app/un\\installer"));
-    EXPECT_FALSE(kept_.postponesDirectory("/app/un"));  // nobody will delete the log
+    EXPECT_FALSE(postpones("/app/un"));  // nobody will delete the log
     EXPECT_TRUE(kept_.postponesFile("/app/un/install.log"));
-    EXPECT_FALSE(kept_.postponesDirectory("/app"));  // in the order of the walk: deepest first
-    EXPECT_TRUE(kept_.postponesDirectory("/app/un"));
-    EXPECT_TRUE(kept_.postponesDirectory("/app\\"));
+    EXPECT_FALSE(postpones("/app"));  // in the order of the walk: deepest first
+    EXPECT_TRUE(postpones("/app/un"));
+    EXPECT_TRUE(postpones("/app\\"));
     files_.addFile("/app/mine", "");
-    EXPECT_FALSE(kept_.postponesDirectory("/app"));
+    EXPECT_FALSE(postpones("/app"));
     kept_.release();
-    EXPECT_FALSE(kept_.postponesDirectory("/app/un"));
+    EXPECT_FALSE(postpones("/app/un"));
 }
 
 TEST_F(KeptFilesTest, KnowsWhichPostponedFilesAreLeft) {
@@ -80,8 +83,20 @@ TEST_F(KeptFilesTest, PostponesNoDirectoryThatIsEmptyOrGone) {
     files_.addDirectory("/app/empty");
     kept_.hold("/app/x");
     EXPECT_TRUE(kept_.postponesFile("/app/x"));
-    EXPECT_FALSE(kept_.postponesDirectory("/app/empty"));
-    EXPECT_FALSE(kept_.postponesDirectory("/none"));
+    EXPECT_FALSE(postpones("/app/empty"));
+    EXPECT_FALSE(postpones("/none"));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(KeptFilesTest, TellsWhyADirectoryCannotBeListed) {
+    files_.addFile("/app/un/install.log", "");
+    kept_.hold("/app/un/install.log");
+    EXPECT_TRUE(kept_.postponesFile("/app/un/install.log"));
+    files_.failAt(MemoryFileSystem::Operation::kList, "/app/un", 1, MemoryFileSystem::kAccessDenied);
+    EXPECT_FALSE(postpones("/app/un"));
+    EXPECT_EQ(status_, MemoryFileSystem::kAccessDenied);
+    EXPECT_TRUE(postpones("/app/un"));
+    EXPECT_EQ(status_, 0);
 }
 
 }  // namespace

@@ -171,7 +171,8 @@ bool DirectoryChange::remove(const Record& record) {
 }
 
 bool DirectoryChange::removeLevel(const std::string& directory) {
-    if (kept_ != nullptr && kept_->postponesDirectory(directory)) {
+    int status = 0;
+    if (kept_ != nullptr && kept_->postponesDirectory(directory, status)) {
         postponed_.push_back(directory);
         return true;
     }
@@ -183,14 +184,16 @@ bool DirectoryChange::removeLevel(const std::string& directory) {
     bool removed = !files.exists(directory);
     const bool isOurs = removed || files.isOrdinaryDirectory(directory);
     // The system knows best why it stays.
-    const int status = removed || !isOurs ? 0 : files.removeDirectory(directory);
-    removed = removed || (isOurs && status == 0);
+    if (!removed && isOurs && status == 0) {
+        status = files.removeDirectory(directory);
+        removed = status == 0;
+    }
     context_.report.addOutcome(
         removed, (removed ? "Remove " : "FAILED to remove ") + platform::writtenPath(directory));
     if (!isOurs) {
         context_.report.addReason(directory, "it belongs to the system, or is no directory");
     } else {
-        context_.report.addReason(directory, status);
+        context_.report.addReason(directory, removed ? 0 : status);
     }
     return removed;
 }
