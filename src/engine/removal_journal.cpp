@@ -269,11 +269,14 @@ int RemovalJournal::append(std::vector<RemovalRecord>& records, Durability durab
     return frames.empty() ? 0 : write(frames, durability);
 }
 
-// A record that was written in part is cut off, or what follows it would be taken for its end.
+// A record that was written in part is cut off, or what follows it would be taken for its end. Where it can't
+// be, nothing may follow it.
 int RemovalJournal::write(std::string_view frames, Durability durability) {
     constexpr std::size_t kPiece = 1 << 20;
+    int status = cutTornRecord();
     const std::int64_t start = file_.getPosition();
-    int status = start < 0 ? -1 : 0;
+    status = status == 0 && start < 0 ? -1 : status;
+    const bool isCut = status == 0;
     for (std::size_t at = 0; status == 0 && at < frames.size(); at += kPiece) {
         const std::string_view piece = frames.substr(at, kPiece);
         std::uint32_t done = 0;
@@ -282,10 +285,20 @@ int RemovalJournal::write(std::string_view frames, Durability durability) {
     if (status == 0 && durability == Durability::kFlushed) {
         status = file_.flush();
     }
-    if (status != 0 && start >= 0 && file_.seek(start) == 0) {
-        file_.setEndOfStream();
+    if (status != 0 && isCut) {
+        tornRecord_ = start;
+        cutTornRecord();
     }
     failure_ = status != 0 ? status : failure_;
+    return status;
+}
+
+int RemovalJournal::cutTornRecord() {
+    int status = tornRecord_ < 0 ? 0 : file_.seek(tornRecord_);
+    if (status == 0 && tornRecord_ >= 0) {
+        status = file_.setEndOfStream();
+    }
+    tornRecord_ = status == 0 ? -1 : tornRecord_;
     return status;
 }
 
@@ -342,6 +355,7 @@ int RemovalJournal::discard() {
     archived_.clear();
     newlyArchived_.clear();
     lastRecord_ = lastKept_ = 0;
+    tornRecord_ = -1;
     removeStateDirectory();
     return 0;
 }

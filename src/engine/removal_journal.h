@@ -110,6 +110,7 @@ private:
                         std::uint32_t& outKept);
     bool isUnfinished(const std::string& directory);
     int write(std::string_view frames, Durability durability);
+    int cutTornRecord();
     void adopt(const RemovalRecord& record);
     void adoptLevels();
     bool removeContent();
@@ -123,6 +124,7 @@ private:
     std::vector<std::string> madeLevels_;  // of the state directory, deepest first
     std::uint32_t lastRecord_ = 0;
     std::uint32_t lastKept_ = 0;
+    std::int64_t tornRecord_ = -1;  // where one begins that could not be cut off yet
     int failure_ = 0;
     std::map<std::string, std::string, std::less<>> notes_;
     std::vector<std::string> newlyArchived_;

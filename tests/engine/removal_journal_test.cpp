@@ -100,6 +100,23 @@ TEST_F(RemovalJournalTest, CutsOffARecordThatCannotBeWrittenWhole) {
     EXPECT_EQ(pathsOnDisk(), std::vector<std::string>{"/b"});
 }
 
+TEST_F(RemovalJournalTest, WritesNothingBehindARecordThatItCannotCutOff) {
+    ASSERT_EQ(journal_.open(), 0);
+    RemovalRecord longest = record("/a/rather/long/path");
+    RemovalRecord next = record("/b");
+    files_.setFreeSpace(static_cast<std::int64_t>(frameOf(longest)->size()) - 1);
+    files_.failFrom(Operation::kTruncate, file(), 1);
+    EXPECT_EQ(journal_.append(longest, Durability::kFlushed), MemoryFileSystem::kDiskFull);
+    files_.setFreeSpace(-1);
+    EXPECT_EQ(journal_.append(next, Durability::kFlushed), MemoryFileSystem::kAccessDenied);
+    EXPECT_TRUE(journal_.read().isWhole);
+    EXPECT_EQ(pathsOnDisk(), std::vector<std::string>());
+    files_.clearFaults();
+    EXPECT_EQ(journal_.append(next, Durability::kFlushed), 0);
+    EXPECT_TRUE(journal_.read().isWhole);
+    EXPECT_EQ(pathsOnDisk(), std::vector<std::string>{"/b"});
+}
+
 TEST_F(RemovalJournalTest, RefusesARecordThatNobodyCouldRead) {
     ASSERT_EQ(journal_.open(), 0);
     RemovalRecord large = record("/a");
