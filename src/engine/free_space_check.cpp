@@ -36,12 +36,8 @@ std::string directoryOf(const std::string& path) {
     return separator == std::string::npos ? "" : path.substr(0, separator + 1);
 }
 
-bool hasTag(std::string_view line, std::string_view tag) {
-    return line.size() > tag.size() && line.starts_with(tag) && line[tag.size()] == Format::kSeparator;
-}
-
 bool isOfFile(std::string_view record) {
-    return hasTag(record, Format::kFile) || hasTag(record, Format::kShortcut);
+    return isLogRecord(record, Format::kFile) || isLogRecord(record, Format::kShortcut);
 }
 
 // What follows the second field of a record.
@@ -128,7 +124,7 @@ void FreeSpaceCheck::countKept(const ExpectedRemoval& removal, const std::string
 void FreeSpaceCheck::countEditedFiles(const EarlierLog& log) {
     std::set<std::string> counted;
     for (const std::string& record : log.records) {
-        if (!hasTag(record, Format::kIni) && !hasTag(record, Format::kModifyFile)) {
+        if (!isLogRecord(record, Format::kIni) && !isLogRecord(record, Format::kModifyFile)) {
             continue;
         }
         const std::vector<std::string_view> fields = RecordText::split(record, 4);
@@ -140,7 +136,7 @@ void FreeSpaceCheck::countEditedFiles(const EarlierLog& log) {
 
 void FreeSpaceCheck::noteRecorded(const EarlierLog& log) {
     for (const std::string& record : log.records) {
-        if (hasTag(record, Format::kFile)) {
+        if (isLogRecord(record, Format::kFile)) {
             recorded_.insert(pathIdentity(pathOf(record)));
         }
     }
@@ -156,7 +152,7 @@ void FreeSpaceCheck::readOwnLog() {
     noteRecorded(log);
     archiveBytes_ += sizeOf(log.archivePath);
     for (const std::string& record : log.records) {
-        logBytes_ += hasTag(record, Format::kFile) ? 0 : bytesOf(record) + bytesOf(Format::kLineEnd);
+        logBytes_ += isLogRecord(record, Format::kFile) ? 0 : bytesOf(record) + bytesOf(Format::kLineEnd);
     }
 }
 

@@ -23,6 +23,8 @@ public:
     bool open(Report& report);
     // Where a file of this path is to be while the session works.
     std::string placeOf(const std::string& path) const { return backups_.placeOf(path); }
+    // Records that no log of an earlier installation holds any more, as in RemovalBackups.
+    const std::vector<std::string>& leftDirectories() const { return backups_.leftDirectories; }
 
     // On the disk before the first change. False, which is reported, when it can't be written.
     bool noteInstalling(const InstallationPlaces& places, Report& report);

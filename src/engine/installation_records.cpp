@@ -1,5 +1,6 @@
 #include "engine/installation_records.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -148,6 +149,9 @@ bool InstallationRecords::writeHead() {
     log.writeHeader(parts_.model.product.uninstallXmlFile().value_or(""), archivePath());
     log.writeVariables(loggedVariables(parts_.model));
     takeover_.writeRecords(log);
+    if (mark_ != nullptr) {
+        std::ranges::for_each(mark_->leftDirectories(), [&log](const auto& line) { log.copyRecord(line); });
+    }
     const bool isArchiveOnDisk = takeover_.archivePath().empty() || job_.replaced.archive.flush() == 0;
     return !log.hasFailed() && log.flush() && isArchiveOnDisk;
 }

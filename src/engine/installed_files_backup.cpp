@@ -19,10 +19,6 @@ namespace Format = ActionLogFormat;
 
 constexpr std::string_view kStatus = "Creating backup of old files, in case the installation fails";
 
-bool hasTag(std::string_view line, std::string_view tag) {
-    return line.size() > tag.size() && line.starts_with(tag) && line[tag.size()] == Format::kSeparator;
-}
-
 // What follows the second field of a record.
 std::string_view pathOf(std::string_view line) {
     return nextLogField(nextLogField(line));
@@ -87,8 +83,9 @@ bool InstalledFilesBackup::writeDirectories(PStream& log, const std::string& pat
     }
     made_.push_back(path);
     const bool isWritten = forEachLine(log, [&](std::string_view line) {
-        fileCount_ += hasTag(line, Format::kFile) ? 1 : 0;
-        const std::string directory(hasTag(line, Format::kDirectory) ? pathOf(line) : std::string_view());
+        fileCount_ += isLogRecord(line, Format::kFile) ? 1 : 0;
+        const std::string directory(isLogRecord(line, Format::kDirectory) ? pathOf(line)
+                                                                          : std::string_view());
         if (directory.empty()) {
             return true;
         }
@@ -103,7 +100,7 @@ bool InstalledFilesBackup::writeDirectories(PStream& log, const std::string& pat
 bool InstalledFilesBackup::archiveFiles(PStream& log, BackupFile& archive) {
     std::int64_t saved = 0;
     return forEachLine(log, [&](std::string_view line) {
-        if (!hasTag(line, Format::kFile) && !hasTag(line, Format::kShortcut)) {
+        if (!isLogRecord(line, Format::kFile) && !isLogRecord(line, Format::kShortcut)) {
             return true;
         }
         const std::string path(pathOf(line));
@@ -125,10 +122,12 @@ bool InstalledFilesBackup::archiveFile(const std::string& path, BackupFile& arch
         return true;
     }
     PFileStream probe(files_);
-    if (files_.kindOf(path) != platform::PathKind::kFile || openToRead(probe, path) != 0) {
+    const bool isFile = files_.kindOf(path) == platform::PathKind::kFile;
+    if (const int status = isFile ? openToRead(probe, path) : 0; !isFile || status != 0) {
         const std::string line = "FAILED to back up " + platform::writtenPath(path) + ": File does not exist";
         report_.addError(line);
         addLine(line);
+        report_.addReason(path, status);
         return true;
     }
     probe.close();
@@ -136,6 +135,7 @@ bool InstalledFilesBackup::archiveFile(const std::string& path, BackupFile& arch
         return copyArchive(path);
     }
     if (const auto failure = archive.addFile(path, std::nullopt)) {
+        report_.addReason(path, archive.addFileFault());
         return fail(path, *failure);
     }
     archived_.insert(identity);
@@ -150,7 +150,8 @@ bool InstalledFilesBackup::copyArchive(const std::string& path) {
         debugLog_.line("ERROR: Obtaining temp filename for copying a backup file! (" + path + ")");
         return fail(path, "there is no name for a temporary file");
     }
-    if (copyWithRights(files_, path, path, copy) != 0) {
+    if (const int status = copyWithRights(files_, path, path, copy); status != 0) {
+        report_.addFileReason(path, status);
         return fail(path, "it can't be copied to " + platform::writtenPath(copy));
     }
     made_.push_back(copy);

@@ -68,6 +68,11 @@ std::string_view withoutTrailingSpace(std::string_view text) {
     return text;
 }
 
+bool isLogRecord(std::string_view line, std::string_view tag) {
+    return line.size() > tag.size() && line.starts_with(tag) &&
+           line[tag.size()] == ActionLogFormat::kSeparator;
+}
+
 std::string_view firstLogField(std::string_view rest) {
     return rest.substr(0, rest.find(ActionLogFormat::kSeparator));
 }

@@ -42,6 +42,8 @@ private:
 // The text without white space at its end.
 std::string_view withoutTrailingSpace(std::string_view text);
 
+// Whether a line of a log is a record with this tag.
+bool isLogRecord(std::string_view line, std::string_view tag);
 // What follows the next separator of a log line and the separators right after it; empty when there is
 // none.
 std::string_view nextLogField(std::string_view rest);

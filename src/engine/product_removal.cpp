@@ -1,12 +1,17 @@
 #include "engine/product_removal.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "base/errors.h"
 #include "contracts/nested_session.h"
 #include "contracts/system_operations.h"
 #include "description/uninstall_overrides.h"
+#include "engine/action_log_format.h"
+#include "engine/earlier_log.h"
 #include "engine/installed_files_backup.h"
+#include "engine/line_reader.h"
 #include "package/backup_file.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
@@ -70,6 +75,7 @@ bool ProductRemoval::remove(const Request& request, Report& report) {
         removeRecords(records, machine);
     } else if (request.isReversible) {
         keepRecords(records, report);
+        continueDirectories(log.path(), logPath);
     }
     return isRemoved;
 }
@@ -168,6 +174,17 @@ void ProductRemoval::keepRecords(const ProductRecords& records, Report& report) 
         }
     }
     backups_.noteBackups();
+}
+
+// The log goes before the last files do. One of those that resists keeps its directory, and nobody would
+// know any more who made that.
+void ProductRemoval::continueDirectories(const std::string& copy, const std::string& log) {
+    platform::FileSystem& files = parts_.machine.files;
+    if (files.kindOf(log) == platform::PathKind::kNothing) {
+        std::ranges::copy_if(EarlierLog::read(files, copy).records,
+                             std::back_inserter(backups_.leftDirectories),
+                             [](const auto& line) { return isLogRecord(line, ActionLogFormat::kDirectory); });
+    }
 }
 
 // Of a product that has gone nothing is on record: who found the log would remove it once more.

@@ -39,6 +39,7 @@ private:
     std::string newName(const char* purpose);
     void noteForLaterRuns(const Request& request, const std::string& log);
     void keepRecords(const ProductRecords& records, Report& report);
+    void continueDirectories(const std::string& copy, const std::string& log);
     void removeRecords(const ProductRecords& records, const platform::Platform& machine);
 
     EngineParts parts_;

@@ -17,10 +17,6 @@ using State = EarlierLog::State;
 
 constexpr std::string_view kNoFile = "something else than a file is in its place, or it is too large";
 
-bool hasTag(std::string_view line, std::string_view tag) {
-    return line.size() > tag.size() && line.starts_with(tag) && line[tag.size()] == Format::kSeparator;
-}
-
 }  // namespace
 
 bool RecordTakeover::read(const std::string& logPath, const std::string& describedArchive) {
@@ -52,7 +48,7 @@ void RecordTakeover::findArchive(const std::string& describedArchive) {
 
 // Whether the record is one of a file.
 bool RecordTakeover::takeFile(std::string_view line) {
-    if (!hasTag(line, Format::kFile)) {
+    if (!isLogRecord(line, Format::kFile)) {
         return false;
     }
     const std::string_view fields = nextLogField(line);
@@ -114,7 +110,7 @@ bool RecordTakeover::isOutdated(BackupFile& archive, const BackupEntry& entry) {
 
 void RecordTakeover::writeRecords(ActionLogWriter& log) {
     for (const std::string& line : log_.records) {
-        if (!hasTag(line, Format::kModifyFile)) {
+        if (!isLogRecord(line, Format::kModifyFile)) {
             log.copyRecord(line);
         }
     }
@@ -122,7 +118,7 @@ void RecordTakeover::writeRecords(ActionLogWriter& log) {
 
 void RecordTakeover::revertEdits(ActionLogWriter& log) {
     for (const std::string& line : log_.records) {
-        if (hasTag(line, Format::kModifyFile) && !revertEdit(line)) {
+        if (isLogRecord(line, Format::kModifyFile) && !revertEdit(line)) {
             log.copyRecord(line);
         }
     }

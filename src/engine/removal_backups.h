@@ -36,6 +36,9 @@ public:
 
     std::vector<UninstallBackup> uninstallBackups;
     std::vector<NestedBackup> nestedBackups;
+    // Records of an installation whose removal wasn't complete and has left no log: the directories that may
+    // still be there. The new installation continues them.
+    std::vector<std::string> leftDirectories;
     // An installation was removed, and neither a new one nor its own return is complete.
     bool isOnlyCopy = false;
     // Not everything could be taken back: a later run tries it once more.

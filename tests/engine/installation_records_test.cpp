@@ -124,6 +124,14 @@ TEST_F(MarkedRecordsTest, SayThatTheyContinueEarlierOnes) {
     EXPECT_TRUE(later().places.continuesEarlier);
 }
 
+TEST_F(MarkedRecordsTest, ContinueDirectoriesThatNoEarlierLogNames) {
+    describe(kUninstall);
+    backups_.leftDirectories = {"DIR\t1\t/app/un\\"};
+    ASSERT_TRUE(records_.open() && records_.begin());
+    EXPECT_TRUE(records_.publish());
+    EXPECT_THAT(files_.content("/app/install.log"), testing::HasSubstr("DIR\t1\t/app/un\\\r\n"));
+}
+
 TEST_F(MarkedRecordsTest, FollowTheFinalNames) {
     describe(
         "<Installation><Uninstall><InstallLogFile>[WHERE]/install.log</InstallLogFile></Uninstall>"

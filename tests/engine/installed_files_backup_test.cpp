@@ -5,6 +5,7 @@
 #include "engine_fixture.h"
 #include "package/backup_file.h"
 #include "package/backup_reader.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -111,6 +112,23 @@ TEST_F(InstalledFilesBackupTest, ReportsAMissingFileAndGoesOn) {
     EXPECT_THAT(entries(), ElementsAre("/app/b", "(end)"));
     EXPECT_THAT(errors_, ElementsAre("FAILED to back up /app/gone: File does not exist"));
     EXPECT_THAT(lines(), Contains("addFileLine(\"FAILED to back up /app/gone: File does not exist\", 1)"));
+}
+
+TEST_F(InstalledFilesBackupTest, SaysWhyAFileCannotBeRead) {
+    files_.addFile("/app/a", "a");
+    files_.failFrom(MemoryFileSystem::Operation::kOpen, "/app/a", 1);
+    EXPECT_TRUE(backUp("FILE\tCREATE\t/app/a\r\n"));
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                ElementsAre(HasSubstr(platform::errorText(MemoryFileSystem::kAccessDenied))));
+}
+
+TEST_F(InstalledFilesBackupTest, SaysWhyAFileCannotBeSaved) {
+    files_.addFile("/app/a", "a");
+    files_.failAt(MemoryFileSystem::Operation::kRead, "/app/a",
+                  5);  // after two looks for an archive's banner
+    EXPECT_FALSE(backUp("FILE\tCREATE\t/app/a\r\n"));
+    EXPECT_THAT(ui_.callsOf("addMessage"),
+                ElementsAre(HasSubstr(platform::errorText(MemoryFileSystem::kAccessDenied))));
 }
 
 TEST_F(InstalledFilesBackupTest, FollowsNoLink) {

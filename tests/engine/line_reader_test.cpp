@@ -102,6 +102,14 @@ TEST(LogFieldTest, StepsOverRunsOfSeparators) {
     EXPECT_EQ(nextLogField(""), "");
 }
 
+TEST(LogFieldTest, KnowsARecordByItsTag) {
+    EXPECT_TRUE(isLogRecord("DIR\t1\t/a", "DIR"));
+    EXPECT_TRUE(isLogRecord("DIR\t", "DIR"));
+    for (const char* const line : {"", "DIR", "DIRS\t1", "dir\t1", " DIR\t1"}) {
+        EXPECT_FALSE(isLogRecord(line, "DIR")) << line;
+    }
+}
+
 TEST(LogFieldTest, CutsWhiteSpaceAtTheEndOnly) {
     EXPECT_EQ(withoutTrailingSpace(" a b \t\r\n"), " a b");
     EXPECT_EQ(withoutTrailingSpace("\r\n"), "");

@@ -215,6 +215,17 @@ TEST_F(ProductRemovalTest, CopiesTheRecordsThatStayForARepetition) {
     EXPECT_TRUE(files_.isPrivate(backups_.nestedBackups[1].copyPath));
 }
 
+TEST_F(ProductRemovalTest, ContinuesTheDirectoriesOfAProductWhoseLogIsTheFirstThingToGo) {
+    sessions_.isRemoved = false;
+    EXPECT_FALSE(remove(kReversible));
+    EXPECT_THAT(backups_.leftDirectories, IsEmpty());  // the log is still there
+    sessions_.onUninstall = [](const platform::Platform& machine) {
+        machine.files.removeFile("/app/install.log");
+    };
+    EXPECT_FALSE(remove(kReversible));
+    EXPECT_THAT(backups_.leftDirectories, ElementsAre("DIR\t1\t/app/"));
+}
+
 TEST_F(ProductRemovalTest, SaysWhichRecordItCannotCopy) {
     sessions_.isRemoved = false;
     system_.temporaryNamesLeft = 3;
