@@ -68,7 +68,7 @@ private:
         return Operations::run(operation, machine_, gate);
     }
     void worsen(Verdict verdict) { judgement_.verdict = std::max(judgement_.verdict, verdict); }
-    void find(Fault fault, const std::string& text) { judgement_.findings.push_back({fault, text}); }
+    void find(const std::string& text) { judgement_.findings.push_back(text); }
 
     const Operations& operations_;
     OperationKind operation_;
@@ -106,7 +106,7 @@ void Case::judgeSuccess(const RunOutcome& outcome) {
         const bool isContinued =
             isRecord(difference) && (operation_ == OperationKind::kUpgrade || !difference.found.empty());
         if (!isContinued && !isAllowed(difference) && !isNamed(difference, outcome)) {
-            find(Fault::kUntrue, "The run says that it succeeded, but " + difference.text());
+            find("The run says that it succeeded, but " + difference.text());
         }
     }
 }
@@ -119,7 +119,7 @@ void Case::judgeFailure(const FaultPlan& plan, const RunOutcome& outcome) {
     // A revert comes after a failure that was said before.
     const bool isBack = isRevert && std::ranges::all_of(before, isInStateDirectory);
     if (!isBack && !saysWhy(outcome, plan.kind, judgement_.call)) {
-        find(Fault::kSilent, "The run doesn't say why it failed");
+        find("The run doesn't say why it failed");
     }
     // What the next run brings back, and it is judged whether it does, needn't be named piece by piece.
     const bool isToBeContinued = outcome.says("The same setup, run again, tries once more");
@@ -137,14 +137,14 @@ void Case::judgeFailure(const FaultPlan& plan, const RunOutcome& outcome) {
 void Case::repeatSetup(OperationKind operation) {
     const RunOutcome outcome = follow(operation);
     if (outcome.succeeded != (operation != OperationKind::kRevert)) {
-        find(Fault::kEndFails, "The same setup, run again, ends otherwise than it should");
+        find("The same setup, run again, ends otherwise than it should");
         for (const std::string& line : outcome.said) {
-            find(Fault::kEndFails, "  it says: " + line);
+            find("  it says: " + line);
         }
     }
     for (const Difference& difference : differencesOf(operations_.stateAfter(operation), machine_.state())) {
         if (!isRecord(difference) && !isAllowed(difference)) {
-            find(Fault::kEndDiffers, "After the same setup " + difference.text());
+            find("After the same setup " + difference.text());
         }
     }
 }
@@ -154,7 +154,7 @@ void Case::judgeWhatStays(const std::vector<Difference>& differences, const RunO
     for (const Difference& difference : differences) {
         const bool isOtherRecord = isRecord(difference) && !difference.found.empty();
         if (!isOtherRecord && !isAllowed(difference) && !isNamed(difference, outcome)) {
-            find(Fault::kUnnamed, "Nobody says it: " + difference.text());
+            find("Nobody says it: " + difference.text());
         }
     }
 }
@@ -194,14 +194,14 @@ void Case::endProduct() {
     const std::vector<Difference> left = differencesOf(operations_.cleanState(), machine_.state());
     const bool isDone = std::ranges::all_of(left, [this](const auto& place) { return isAllowed(place); });
     if (!outcome.succeeded && !isDone) {
-        find(Fault::kEndFails, "The uninstallation afterwards fails");
+        find("The uninstallation afterwards fails");
         for (const std::string& line : outcome.said) {
-            find(Fault::kEndFails, "  it says: " + line);
+            find("  it says: " + line);
         }
     }
     for (const Difference& difference : left) {
         if (!isAllowed(difference)) {
-            find(Fault::kEndDiffers, "After the uninstallation " + difference.text());
+            find("After the uninstallation " + difference.text());
         }
     }
 }

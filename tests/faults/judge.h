@@ -17,26 +17,12 @@ enum class Verdict {
 };
 inline constexpr int kVerdictCount = 4;
 
-// What can be wrong.
-enum class Fault {
-    kSilent,     // a run fails and doesn't say why
-    kUntrue,     // it says that it succeeded, and it didn't
-    kUnnamed,    // it fails, and doesn't name what isn't as before
-    kEndFails,   // an uninstallation afterwards fails
-    kEndDiffers  // it leaves something else than there was at first
-};
-
-struct Finding {
-    Fault fault;
-    std::string text;
-};
-
 struct Judgement {
     std::string call;  // what failed, or where the program ended
     Verdict verdict = Verdict::kUnharmed;
-    std::set<std::string> losses;   // the names of those in allowed_losses.h
-    std::vector<Finding> findings;  // empty when all is well
-    std::vector<std::string> said;  // by the run
+    std::set<std::string> losses;       // the names of those in allowed_losses.h
+    std::vector<std::string> findings;  // empty when all is well
+    std::vector<std::string> said;      // by the run
 };
 
 // Runs the operation with the fault and judges what it says and leaves, and what following runs without

@@ -4,13 +4,12 @@
 #include <string_view>
 
 #include "allowed_losses.h"
-#include "open_findings.h"
 #include "tables.h"
 
 namespace {
 
 constexpr const char* kUsage =
-    "faults_test [--every N | --full] [--only OPERATION] [--error ERROR] [--call N] [--known]\n"
+    "faults_test [--every N | --full] [--only OPERATION] [--error ERROR] [--call N]\n"
     "\n"
     "Has the sample product installed, upgraded, reverted and uninstalled on a machine in memory, and lets "
     "call\n"
@@ -26,14 +25,11 @@ constexpr const char* kUsage =
     "torn:\n"
     "               in the middle of a write\n"
     "  --call N     that call alone, with all that the run says\n"
-    "  --known      prints the findings of known defects as well\n"
     "\n"
-    "Exit code 0: all is well; 1: findings, each with its options, or with --full a known defect; 2: wrong "
-    "use.\n";
+    "Exit code 0: all is well; 1: findings, each with its options; 2: wrong use.\n";
 
 struct Options {
     bool isFull = false;
-    bool showsKnown = false;
     int every = 1;
     int call = 0;
     std::string only;
@@ -64,8 +60,6 @@ bool readOptions(int count, char** words, Options& outOptions) {
         const std::string_view name = words[i];
         if (name == "--full") {
             outOptions.isFull = true;
-        } else if (name == "--known") {
-            outOptions.showsKnown = true;
         } else if (++i >= count || !readOption(name, words[i], outOptions)) {
             return false;
         }
@@ -94,15 +88,9 @@ int runRows(const Options& options, Tables& tables) {
     return rows;
 }
 
-// What is allowed or known and never happens isn't true any more. What is known and happens has to be mended.
-bool reportWhole(const Tables& tables) {
-    bool isAnyStale = !tables.open().empty();
-    for (const OpenFinding& open : openFindings()) {
-        if (!tables.open().contains(open.name)) {
-            std::printf("FINDING: the defect \"%s\" is known and doesn't occur\n", open.name);
-            isAnyStale = true;
-        }
-    }
+// What is allowed and never happens isn't true any more.
+bool reportStaleLosses(const Tables& tables) {
+    bool isAnyStale = false;
     for (const AllowedLoss& loss : allowedLosses()) {
         if (!tables.losses().contains(loss.name)) {
             std::printf("FINDING: the loss \"%s\" is allowed and doesn't occur\n", loss.name);
@@ -133,7 +121,7 @@ int main(int count, char** words) {
         return 2;
     }
     const Operations operations;
-    Tables tables(operations, options.showsKnown);
+    Tables tables(operations);
     tables.printHead();
     if (runRows(options, tables) == 0) {
         std::fputs(kUsage, stderr);
@@ -142,7 +130,7 @@ int main(int count, char** words) {
     tables.printEnd();
     const bool isWhole =
         options.isFull && options.every == 1 && options.only.empty() && options.error.empty();
-    const bool isStale = isWhole && reportWhole(tables);
+    const bool isStale = isWhole && reportStaleLosses(tables);
     const bool isUndocumented = reportUndocumentedLosses();
     return tables.findings() > 0 || isStale || isUndocumented ? 1 : 0;
 }

@@ -2,8 +2,6 @@
 
 #include <cstdio>
 
-#include "open_findings.h"
-
 std::string errorWord(const Row& row) {
     if (row.isKill) {
         return row.isTorn ? "torn" : "kill";
@@ -37,7 +35,7 @@ void Tables::run(const Row& row, int onlyCall) {
     }
     printRow(row, counts);
     calls_ += counts.calls;
-    recovered_ += counts.calls - counts.findings - counts.open;
+    losingCalls_ += counts.verdicts[static_cast<int>(Verdict::kLoss)];
     findings_ += counts.findings;
     losses_.insert(counts.losses.begin(), counts.losses.end());
 }
@@ -67,38 +65,21 @@ void Tables::runKills(const Row& row, int onlyCall, Counts& counts) {
     Operations::run(row.operation, machine, gate);
 }
 
-std::vector<Finding> Tables::newFindings(const Row& row, const Judgement& judgement) {
-    std::vector<Finding> findings;
-    for (const Finding& finding : judgement.findings) {
-        const OpenFinding* open =
-            openFindingOf(nameOf(row.operation), errorWord(row), judgement.call, finding);
-        if (open == nullptr) {
-            findings.push_back(finding);
-        } else {
-            open_.insert(open->name);
-        }
-    }
-    return findings;
-}
-
 void Tables::add(const Row& row, int call, const Judgement& judgement, bool isAlone, Counts& counts) {
-    const std::vector<Finding> findings = newFindings(row, judgement);
+    const bool isFine = judgement.findings.empty();
     ++counts.calls;
-    if (!findings.empty()) {
-        ++counts.findings;
-    } else if (!judgement.findings.empty()) {
-        ++counts.open;
-    } else {
+    if (isFine) {
         ++counts.verdicts[static_cast<int>(judgement.verdict)];
+    } else {
+        ++counts.findings;
     }
     counts.losses.insert(judgement.losses.begin(), judgement.losses.end());
-    const bool showsAll = isAlone || (showsKnown_ && !judgement.findings.empty());
-    if (!findings.empty() || showsAll) {
-        std::printf("%s --only %s --error %s --call %d (%s)\n", findings.empty() ? "case" : "FINDING",
+    if (!isFine || isAlone) {
+        std::printf("%s --only %s --error %s --call %d (%s)\n", isFine ? "case" : "FINDING",
                     nameOf(row.operation), errorWord(row).c_str(), call, judgement.call.c_str());
     }
-    for (const Finding& finding : showsAll ? judgement.findings : findings) {
-        std::printf("  %s\n", finding.text.c_str());
+    for (const std::string& finding : judgement.findings) {
+        std::printf("  %s\n", finding.c_str());
     }
     if (isAlone) {
         for (const std::string& line : judgement.said) {
@@ -109,8 +90,8 @@ void Tables::add(const Row& row, int call, const Judgement& judgement, bool isAl
 }
 
 void Tables::printHead() const {
-    std::printf("%-10s %-20s %6s %8s %10s %8s %6s %6s %8s  %s\n", "operation", "error", "calls", "unharmed",
-                "taken back", "repaired", "losses", "open", "findings", "named losses");
+    std::printf("%-10s %-20s %6s %8s %10s %8s %6s %8s  %s\n", "operation", "error", "calls", "unharmed",
+                "taken back", "repaired", "losses", "findings", "named losses");
 }
 
 void Tables::printRow(const Row& row, const Counts& counts) {
@@ -118,16 +99,14 @@ void Tables::printRow(const Row& row, const Counts& counts) {
     for (const std::string& name : counts.losses) {
         names += (names.empty() ? "" : ", ") + name;
     }
-    std::printf("%-10s %-20s %6d %8d %10d %8d %6d %6d %8d  %s\n", nameOf(row.operation),
-                errorWord(row).c_str(), counts.calls, counts.verdicts[0], counts.verdicts[1],
-                counts.verdicts[2], counts.verdicts[3], counts.open, counts.findings, names.c_str());
+    std::printf("%-10s %-20s %6d %8d %10d %8d %6d %8d  %s\n", nameOf(row.operation), errorWord(row).c_str(),
+                counts.calls, counts.verdicts[0], counts.verdicts[1], counts.verdicts[2], counts.verdicts[3],
+                counts.findings, names.c_str());
     std::fflush(stdout);
 }
 
 void Tables::printEnd() const {
-    std::printf("%d calls tried, %d states recovered, %d with known defects, %d findings\n", calls_,
-                recovered_, calls_ - recovered_ - findings_, findings_);
-    for (const std::string& name : open_) {
-        std::printf("  known: %s\n", name.c_str());
-    }
+    std::printf(
+        "%d calls tried, %d states recovered, %d more but for a loss that the manual names, %d findings\n",
+        calls_, calls_ - losingCalls_ - findings_, losingCalls_, findings_);
 }

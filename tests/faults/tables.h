@@ -24,18 +24,14 @@ std::vector<Row> allRows();
 // Runs cases, prints what they found and counts.
 class Tables {
 public:
-    // `showsKnown`: prints also the findings of defects that are known.
-    Tables(const Operations& operations, bool showsKnown)
-        : operations_(operations), showsKnown_(showsKnown) {}
+    explicit Tables(const Operations& operations) : operations_(operations) {}
 
     // `onlyCall`: 0 for all of the row. Prints the row, and each finding before it.
     void run(const Row& row, int onlyCall = 0);
     void printHead() const;
     void printEnd() const;
 
-    // New ones, and those of defects that are known (open_findings.h).
     int findings() const { return findings_; }
-    const std::set<std::string>& open() const { return open_; }
     const std::set<std::string>& losses() const { return losses_; }
 
 private:
@@ -43,21 +39,17 @@ private:
         int calls = 0;
         int verdicts[kVerdictCount] = {};
         int findings = 0;  // cases that have some
-        int open = 0;      // cases with nothing but known ones
         std::set<std::string> losses;
     };
 
     void runFaults(const Row& row, int onlyCall, Counts& counts);
     void runKills(const Row& row, int onlyCall, Counts& counts);
     void add(const Row& row, int call, const Judgement& judgement, bool isAlone, Counts& counts);
-    std::vector<Finding> newFindings(const Row& row, const Judgement& judgement);
     static void printRow(const Row& row, const Counts& counts);
 
     const Operations& operations_;
-    bool showsKnown_;
     int calls_ = 0;
-    int recovered_ = 0;
+    int losingCalls_ = 0;
     int findings_ = 0;
     std::set<std::string> losses_;
-    std::set<std::string> open_;
 };
