@@ -13,20 +13,16 @@ namespace {
 
 namespace Format = ActionLogFormat;
 
-bool isField(std::string_view line, std::string_view tag) {
-    return line.size() > tag.size() && line.starts_with(tag) && line[tag.size()] == Format::kSeparator;
-}
-
 bool isRecord(std::string_view line) {
     return std::ranges::any_of(changeKinds(), [&](const ChangeKind& kind) {
         const std::string_view tag = kind.tagOf(line);
-        return !tag.empty() && isField(line, tag);
+        return !tag.empty() && isLogRecord(line, tag);
     });
 }
 
 // The number after the tag of the count; nothing when it is none, or less than 0.
 std::optional<std::uint64_t> countIn(std::string_view line) {
-    if (!isField(line, Format::kVariableCount)) {
+    if (!isLogRecord(line, Format::kVariableCount)) {
         return std::nullopt;
     }
     const std::string_view digits = withoutTrailingSpace(line.substr(Format::kVariableCount.size() + 1));
@@ -42,7 +38,7 @@ public:
     // False for the line that isn't part of the head any more: the first record, and after as many variables
     // as are counted whatever isn't one.
     bool take(std::string_view line) {
-        const bool isVariable = isField(line, Format::kVariable) && line.ends_with('\n');
+        const bool isVariable = isLogRecord(line, Format::kVariable) && line.ends_with('\n');
         if (isRecord(line) || (isSound() && !isVariable)) {
             return false;
         }
