@@ -273,10 +273,12 @@ int RemovalJournal::append(std::vector<RemovalRecord>& records, Durability durab
 // be, nothing may follow it.
 int RemovalJournal::write(std::string_view frames, Durability durability) {
     constexpr std::size_t kPiece = 1 << 20;
-    int status = cutTornRecord();
+    if (const int status = cutTornRecord(); status != 0) {
+        failure_ = status;
+        return status;
+    }
     const std::int64_t start = file_.getPosition();
-    status = status == 0 && start < 0 ? -1 : status;
-    const bool isCut = status == 0;
+    int status = start < 0 ? -1 : 0;
     for (std::size_t at = 0; status == 0 && at < frames.size(); at += kPiece) {
         const std::string_view piece = frames.substr(at, kPiece);
         std::uint32_t done = 0;
@@ -285,7 +287,7 @@ int RemovalJournal::write(std::string_view frames, Durability durability) {
     if (status == 0 && durability == Durability::kFlushed) {
         status = file_.flush();
     }
-    if (status != 0 && isCut) {
+    if (status != 0) {
         tornRecord_ = start;
         cutTornRecord();
     }
@@ -294,10 +296,11 @@ int RemovalJournal::write(std::string_view frames, Durability durability) {
 }
 
 int RemovalJournal::cutTornRecord() {
-    int status = tornRecord_ < 0 ? 0 : file_.seek(tornRecord_);
-    if (status == 0 && tornRecord_ >= 0) {
-        status = file_.setEndOfStream();
+    if (tornRecord_ < 0) {
+        return 0;
     }
+    int status = file_.seek(tornRecord_);
+    status = status != 0 ? status : file_.setEndOfStream();
     tornRecord_ = status == 0 ? -1 : tornRecord_;
     return status;
 }

@@ -100,7 +100,6 @@ void Cabinet::clear() {
 
 LoadResult Cabinet::load(std::string_view path, std::int64_t offset) {
     clear();
-    systemStatus_ = 0;
     SolidBlock package;
     LoadResult result = readPackage(path, offset, package);
     std::size_t position = 0;
