@@ -124,10 +124,7 @@ bool InstalledFilesBackup::archiveFile(const std::string& path, BackupFile& arch
     PFileStream probe(files_);
     const bool isFile = files_.kindOf(path) == platform::PathKind::kFile;
     if (const int status = isFile ? openToRead(probe, path) : 0; !isFile || status != 0) {
-        const std::string line = "FAILED to back up " + platform::writtenPath(path) + ": File does not exist";
-        report_.addError(line);
-        addLine(line);
-        report_.addReason(path, status);
+        addFailure(path, "File does not exist", status);
         return true;
     }
     probe.close();
@@ -135,8 +132,7 @@ bool InstalledFilesBackup::archiveFile(const std::string& path, BackupFile& arch
         return copyArchive(path);
     }
     if (const auto failure = archive.addFile(path, std::nullopt)) {
-        report_.addReason(path, archive.addFileFault());
-        return fail(path, *failure);
+        return fail(path, *failure, archive.addFileFault());
     }
     archived_.insert(identity);
     archivedPaths_.push_back(path);
@@ -151,8 +147,7 @@ bool InstalledFilesBackup::copyArchive(const std::string& path) {
         return fail(path, "there is no name for a temporary file");
     }
     if (const int status = copyWithRights(files_, path, path, copy); status != 0) {
-        report_.addFileReason(path, status);
-        return fail(path, "it can't be copied to " + platform::writtenPath(copy));
+        return fail(path, "it can't be copied to " + platform::writtenPath(copy), status);
     }
     made_.push_back(copy);
     archives_.push_back({path, copy});
@@ -160,11 +155,16 @@ bool InstalledFilesBackup::copyArchive(const std::string& path) {
     return true;
 }
 
-bool InstalledFilesBackup::fail(const std::string& path, const std::string& reason) {
+void InstalledFilesBackup::addFailure(const std::string& path, const std::string& reason, int status) {
     const std::string line = "FAILED to back up " + platform::writtenPath(path) + ": " + reason;
-    constexpr std::string_view kEnd = "Error in backup: stopping process";
     report_.addError(line);
     addLine(line);
+    report_.addFileReason(path, status);
+}
+
+bool InstalledFilesBackup::fail(const std::string& path, const std::string& reason, int status) {
+    constexpr std::string_view kEnd = "Error in backup: stopping process";
+    addFailure(path, reason, status);
     report_.addError(kEnd);
     report_.addLine(kEnd, true);
     return false;

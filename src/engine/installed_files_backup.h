@@ -45,7 +45,8 @@ private:
     bool archiveFiles(PStream& log, BackupFile& archive);
     bool archiveFile(const std::string& path, BackupFile& archive);
     bool copyArchive(const std::string& path);
-    bool fail(const std::string& path, const std::string& reason);
+    void addFailure(const std::string& path, const std::string& reason, int status);
+    bool fail(const std::string& path, const std::string& reason, int status = 0);
     void addLine(const std::string& line);
     void discard();
 
