@@ -52,9 +52,16 @@ endif()
 
 # tandrel_toolkit_module(NAME EXPORTS SOURCE...): a Linux module NAME.so with the toolkit inside, which asks the machine for
 # GTK's libraries and the C library alone, and offers nothing but the functions that the file EXPORTS lists (a version
-# script): its C++ library must not mix with that of the program.
+# script): its C++ library must not mix with that of the program. Static libraries among what it is linked to must be
+# position-independent (-fPIC).
 function(tandrel_toolkit_module name exports)
   add_library(${name} MODULE ${ARGN})
+  # What Hardening.cmake gives to programs and a module can't have.
+  foreach(property COMPILE_OPTIONS LINK_OPTIONS)
+    get_target_property(flags ${name} ${property})
+    list(REMOVE_ITEM flags -fPIE -pie)
+    set_target_properties(${name} PROPERTIES ${property} "${flags}")
+  endforeach()
   target_compile_options(${name} PRIVATE -fPIC -fvisibility=hidden -fvisibility-inlines-hidden)
   target_link_libraries(${name} PRIVATE tandrel_toolkit)
   target_link_options(${name} PRIVATE -static-libstdc++ -static-libgcc -s -Wl,--gc-sections -Wl,--as-needed
