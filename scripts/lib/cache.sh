@@ -1,5 +1,5 @@
-# The directory for what is kept between builds: Wine prefixes, results of clang-tidy, the fuzzer's corpus. Sourced by
-# bash scripts.
+# The directory for what is kept between builds: Wine prefixes, results of clang-tidy, the fuzzer's corpus, the window's
+# libraries. Sourced by bash scripts.
 
 tandrel_cache_directory() {
     if [ -n "${TANDREL_CACHE:-}" ]; then

@@ -42,6 +42,16 @@ wxBitmap bitmapOf(const std::vector<std::uint8_t>& rgb) {
     return wxBitmap(image.Scale(64, 64));
 }
 
+class Lines : public wxListCtrl {
+public:
+    using wxListCtrl::wxListCtrl;
+
+private:
+    wxString OnGetItemText(long item, long /*column*/) const override {
+        return wxString::Format("file %ld", item);
+    }
+};
+
 class Window : public wxFrame {
 public:
     Window() : wxFrame(nullptr, wxID_ANY, "Toolkit") {
@@ -70,8 +80,7 @@ private:
         rich_->BeginBold();
         rich_->WriteText("Bold");
         rich_->EndBold();
-        list_ =
-            new wxListCtrl(pane, wxID_ANY, wxDefaultPosition, wxSize(600, 120), wxLC_REPORT | wxLC_VIRTUAL);
+        list_ = new Lines(pane, wxID_ANY, wxDefaultPosition, wxSize(600, 120), wxLC_REPORT | wxLC_VIRTUAL);
         list_->AppendColumn("Files");
         list_->SetItemCount(100000);
         sizer->Add(html_);
@@ -124,6 +133,12 @@ private:
 
 class App : public wxApp {
 public:
+    // Instead of a box that waits for an answer.
+    void OnAssertFailure(const wxChar* /*file*/, int /*line*/, const wxChar* /*function*/,
+                         const wxChar* condition, const wxChar* message) override {
+        expect(false, (wxString(condition) + ": " + message).utf8_str());
+    }
+
     bool OnInit() override {
         (new Window)->Show();
         return true;
