@@ -42,8 +42,9 @@ endforeach()
 
 if(WIN32)
   target_compile_definitions(tandrel_toolkit INTERFACE __WXMSW__)
+  # uuid comes first: oleacc defines one of its identifiers as well.
   target_link_libraries(tandrel_toolkit INTERFACE
-    comctl32 comdlg32 gdi32 gdiplus msimg32 ole32 oleacc oleaut32 rpcrt4 shell32 shlwapi user32 uuid uxtheme version winmm
+    uuid comctl32 comdlg32 gdi32 gdiplus msimg32 ole32 oleacc oleaut32 rpcrt4 shell32 shlwapi user32 uxtheme version winmm
     winspool advapi32)
 else()
   find_package(PkgConfig REQUIRED)
