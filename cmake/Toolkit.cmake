@@ -1,0 +1,75 @@
+# The libraries of the window as targets, from the project's cache (scripts/toolkit): never those of the machine, which are
+# shared and of another version. The first configuration builds them, which takes minutes.
+#
+#   tandrel_png, tandrel_jpeg   the decoders of pictures
+#   tandrel_toolkit             wxWidgets with HTML window and rich text control, and the decoders
+if(NOT TANDREL_TOOLKIT_SCRIPT)
+  set(TANDREL_TOOLKIT_SCRIPT ${CMAKE_CURRENT_LIST_DIR}/../scripts/toolkit)
+endif()
+if(WIN32)
+  set(toolkit_system windows)
+else()
+  set(toolkit_system linux)
+endif()
+# Another recipe means other libraries.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  ${CMAKE_CURRENT_LIST_DIR}/../scripts/lib/make-toolkit ${CMAKE_CURRENT_LIST_DIR}/toolkit/CMakeLists.txt
+  ${CMAKE_CURRENT_LIST_DIR}/toolkit/WxOptions.cmake)
+execute_process(COMMAND ${TANDREL_TOOLKIT_SCRIPT} ${toolkit_system}
+  OUTPUT_VARIABLE TANDREL_TOOLKIT OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+
+function(tandrel_toolkit_library name)
+  add_library(tandrel_${name} INTERFACE)
+  target_include_directories(tandrel_${name} SYSTEM INTERFACE ${TANDREL_TOOLKIT}/include)
+  target_link_libraries(tandrel_${name} INTERFACE ${TANDREL_TOOLKIT}/lib/lib${name}.a ${ARGN})
+endfunction()
+
+if(WIN32)
+  tandrel_toolkit_library(png /usr/x86_64-w64-mingw32/lib/libz.a)
+else()
+  find_library(TOOLKIT_ZLIB NAMES libz.a REQUIRED)
+  tandrel_toolkit_library(png ${TOOLKIT_ZLIB} m)
+endif()
+tandrel_toolkit_library(jpeg)
+
+add_library(tandrel_toolkit INTERFACE)
+# In this order: wxWidgets' settings before its own headers, users before what they use.
+target_include_directories(tandrel_toolkit SYSTEM INTERFACE ${TANDREL_TOOLKIT}/setup ${TANDREL_TOOLKIT}/include)
+target_link_libraries(tandrel_toolkit INTERFACE tandrel_png tandrel_jpeg)
+foreach(library richtext html core base)
+  target_link_libraries(tandrel_toolkit INTERFACE ${TANDREL_TOOLKIT}/lib/libwx${library}.a)
+endforeach()
+
+if(WIN32)
+  target_compile_definitions(tandrel_toolkit INTERFACE __WXMSW__)
+  # uuid comes first: oleacc defines one of its identifiers as well.
+  target_link_libraries(tandrel_toolkit INTERFACE
+    uuid comctl32 comdlg32 gdi32 gdiplus msimg32 ole32 oleacc oleaut32 rpcrt4 shell32 shlwapi user32 uxtheme version winmm
+    winspool advapi32)
+else()
+  find_package(PkgConfig REQUIRED)
+  find_package(Threads REQUIRED)
+  pkg_check_modules(TOOLKIT_GTK REQUIRED gtk+-3.0 x11)
+  target_compile_definitions(tandrel_toolkit INTERFACE __WXGTK3__ __WXGTK__)
+  target_include_directories(tandrel_toolkit SYSTEM INTERFACE ${TOOLKIT_GTK_INCLUDE_DIRS})
+  target_link_libraries(tandrel_toolkit INTERFACE ${TOOLKIT_GTK_LINK_LIBRARIES} Threads::Threads m dl)
+endif()
+
+# tandrel_toolkit_module(NAME EXPORTS SOURCE...): a Linux module NAME.so with the toolkit inside, which asks the machine for
+# GTK's libraries and the C library alone, and offers nothing but the functions that the file EXPORTS lists (a version
+# script): its C++ library must not mix with that of the program. Static libraries among what it is linked to must be
+# position-independent (-fPIC).
+function(tandrel_toolkit_module name exports)
+  add_library(${name} MODULE ${ARGN})
+  # What Hardening.cmake gives to programs and a module can't have.
+  foreach(property COMPILE_OPTIONS LINK_OPTIONS)
+    get_target_property(flags ${name} ${property})
+    list(REMOVE_ITEM flags -fPIE -pie)
+    set_target_properties(${name} PROPERTIES ${property} "${flags}")
+  endforeach()
+  target_compile_options(${name} PRIVATE -fPIC -fvisibility=hidden -fvisibility-inlines-hidden)
+  target_link_libraries(${name} PRIVATE tandrel_toolkit)
+  target_link_options(${name} PRIVATE -static-libstdc++ -static-libgcc -s -Wl,--gc-sections -Wl,--as-needed
+    -Wl,--exclude-libs,ALL -Wl,--version-script=${exports} -Wl,-z,defs -Wl,-z,relro,-z,now,-z,noexecstack)
+  set_target_properties(${name} PROPERTIES PREFIX "" LINK_DEPENDS ${exports})
+endfunction()
