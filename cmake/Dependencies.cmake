@@ -14,6 +14,14 @@ endif()
 add_library(tandrel_zlib INTERFACE)
 target_link_libraries(tandrel_zlib INTERFACE ${ZLIB_LIBRARY})
 
+# Decodes the pictures of the window. The system's libraries for now, and only there is a window for now.
+if(NOT WIN32)
+  find_package(PNG REQUIRED)
+  find_package(JPEG REQUIRED)
+  add_library(tandrel_picture_formats INTERFACE)
+  target_link_libraries(tandrel_picture_formats INTERFACE PNG::PNG JPEG::JPEG)
+endif()
+
 # What src/platform needs of the system.
 add_library(tandrel_system INTERFACE)
 target_link_libraries(tandrel_system INTERFACE Threads::Threads)
