@@ -14,6 +14,9 @@ endif()
 add_library(tandrel_zlib INTERFACE)
 target_link_libraries(tandrel_zlib INTERFACE ${ZLIB_LIBRARY})
 
+# The window's: wxWidgets and the decoders of pictures.
+include(${CMAKE_CURRENT_LIST_DIR}/Toolkit.cmake)
+
 # What src/platform needs of the system.
 add_library(tandrel_system INTERFACE)
 target_link_libraries(tandrel_system INTERFACE Threads::Threads)

@@ -5,7 +5,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DI
 file(STRINGS ${CMAKE_SOURCE_DIR}/src/layers.txt table REGEX "^[a-z]")
 foreach(line IN LISTS table)
   # folder | folders that it may include | what lives there
-  if(NOT line MATCHES "^([a-z_]+)(/[a-z_]+)? *\\|([a-z_/ ]*)\\|")
+  if(NOT line MATCHES "^([a-z_]+)(/[a-z_/]+)? *\\|([a-z_/ ]*)\\|")
     message(FATAL_ERROR "src/layers.txt: cannot read \"${line}\"")
   endif()
   set(layer ${CMAKE_MATCH_1})
@@ -24,6 +24,8 @@ list(REMOVE_DUPLICATES TANDREL_LAYERS)
 function(tandrel_layer name)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/(main|entry)\\.cpp$")
+  # The window needs libraries that nothing else links; src/CMakeLists.txt makes libraries of its own from it.
+  list(FILTER sources EXCLUDE REGEX "/ui/gui/")
   if(WIN32)
     list(FILTER sources EXCLUDE REGEX "/platform/posix/")
   else()

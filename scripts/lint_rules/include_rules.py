@@ -9,7 +9,8 @@ from lint_rules.platform_rules import SYSTEM_FOLDERS
 # Headers of libraries, by pattern, and the folders that may include them.
 LIBRARIES = [
     (re.compile(r"zlib\.h"), {"package"}),
-    (re.compile(r"wx/.*|png\.h|jpeglib\.h"), {"ui/gui"}),
+    (re.compile(r"wx/.*"), {"ui/gui"}),
+    (re.compile(r"png\.h|jpeglib\.h"), {"ui/gui/images"}),
 ]
 TEST_LIBRARIES = re.compile(r"(gtest|gmock)/.*|zlib\.h")
 
@@ -86,13 +87,19 @@ def check_own_header(source, path, code, violations):
         violations.add(path, number, f'the first include must be the own header, "{own_header}"')
 
 
-def check_test_includes(path, code, violations):
-    """The include lines of a test that runs on every platform."""
+def check_test_includes(folder, path, code, violations):
+    """The include lines of a test that runs on every platform; folder is that of the sources that it is for."""
     check_unsafe_headers(path, code, violations)
     for number, kind, header in includes_of(code):
-        if kind == "<" and header not in STANDARD_HEADERS and not TEST_LIBRARIES.fullmatch(header):
+        if kind == "<" and header not in STANDARD_HEADERS and not is_test_library(folder, header):
             violations.add(path, number, f"<{header}> is not for tests outside tests/platform/posix "
                                          "and tests/platform/windows")
+
+
+def is_test_library(folder, header):
+    """Whether the header is of a library for all tests, or of one that only the sources under test may use too."""
+    return bool(TEST_LIBRARIES.fullmatch(header)) or any(
+        pattern.fullmatch(header) for pattern, folders in LIBRARIES if folder in folders)
 
 
 def check_unit_cycles(source, codes, violations):
