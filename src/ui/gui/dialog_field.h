@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "description/dialog_model.h"
@@ -72,6 +71,3 @@ private:
     int height_ = 0;
     bool isVisible_ = false;
 };
-
-// The field for the type of the description; null for an unknown one.
-std::unique_ptr<DialogField> makeDialogField(PageHost& host, const DialogFieldDesc& description);

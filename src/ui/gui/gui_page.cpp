@@ -5,6 +5,7 @@
 
 #include "contracts/install_exchange_info.h"
 #include "ui/field_values.h"
+#include "ui/gui/dialog_field_factory.h"
 
 namespace {
 
