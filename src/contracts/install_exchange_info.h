@@ -16,6 +16,14 @@ struct TaskDesc;
 // return 0 for success or a negative number unless stated otherwise. Records belong to the session and stay
 // valid until it is released. A `sub` of -1 means the dialog itself; a bad index gives null, 0 or -1. Only
 // the thread that called run may use it, except for `cancel`.
+//
+// A front end that handles its events while the engine works may call everything then: the engine refuses
+// what can't be done just now. Steps, triggers and assignments don't start inside one another or while a page
+// works; such a call does nothing and gives -1.
+//
+// Steps, triggers and actions may throw what the work throws. The UI state is neither kUiInstallationRunning
+// nor kUiBusy then, and the session goes no further: a front end that is called by a toolkit keeps the
+// exception, ends its loop, and throws it again out of InstallerUI::run.
 class InstallExchangeInfo {
 public:
     virtual ~InstallExchangeInfo() = default;
@@ -77,6 +85,7 @@ public:
 
     // Evaluates the condition of the current page: 2 when it has none, else 0 or 1.
     virtual int checkDialogCondition(InstallerUI* ui) = 0;
+    // Has no effect while a page works or is busy (1 and 5): it leaves these states by itself.
     virtual void setUiState(std::int32_t state) = 0;
     virtual std::int32_t getUiState() = 0;
 
@@ -86,6 +95,7 @@ public:
     virtual int getDefaultValue(const char* name, char* buffer, int size) = 0;
     // The variable's index, -2 for a predefined one or the environment's, -1 when there is none.
     virtual int getVariable(const char* name, char* buffer, int size) = 0;
+    // 0; -1 when it can't be stored, and while a page works or is busy.
     virtual int setVariable(const char* name, const char* value) = 0;
     // 1 true, 0 false, -1 broken; every caller only tests for non-zero.
     virtual int evaluateCondition(const char* text) = 0;

@@ -76,9 +76,11 @@ public:
     virtual void addFileLine(const char* text, bool flushNow) = 0;
     virtual void clearFileLines() = 0;
     // Shows a message that the fixed forms of the output have no place for, whatever else is silent: on the
-    // console one line to standard error, in a window a line of its list.
+    // console one line to standard error, in a window a line of its list. A window that isn't there yet keeps
+    // it for its first list.
     virtual void addMessage(std::string_view text) = 0;
-    // 1 when the user gave the affirmative answer.
+    // 1 when the user gave the affirmative answer. Also before run, for a question that the session has
+    // before its first page.
     virtual int messageBox(const char* text, MessageKind kind) = 0;
     virtual int beginProgress() = 0;
     virtual int endProgress() = 0;
@@ -92,6 +94,8 @@ public:
     // Creates the input provider. `mode` is "uninstall", "autoUninstall", "autoInstall", the empty text or
     // the path of an answers file; `outAutomated` becomes true when no user will be asked. 0 when ready.
     virtual int createInputProvider(const char* mode, bool& outAutomated) = 0;
+    // Keeps a message that stops the start of a window; the first one stays. The console has no use for it.
     virtual void setFatalMessage(const char* text, const char* caption) = 0;
+    // Shows the message, if there is one, and waits for the user. Before run or after it.
     virtual void showFatalMessage() = 0;
 };

@@ -76,6 +76,9 @@ void Report::note(std::string_view text) {
     if (ui_ != nullptr) {
         ui_->addMessage(text);
     }
+    if (noteReceiver_) {
+        noteReceiver_(text);
+    }
 }
 
 void Report::addReason(std::string_view subject, int status) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 class InstallerUI;
@@ -38,6 +40,8 @@ public:
     // A message that has no place in the fixed form of the output: to standard error, in a window into its
     // list. One line without an end. Shown in a quiet run as well.
     void note(std::string_view text);
+    // Hands each later note to `receiver` as well: for a job that works before there is a window.
+    void copyNotesTo(std::function<void(std::string_view)> receiver) { noteReceiver_ = std::move(receiver); }
     // Says why a step failed, right after the line that says that it did: a note with what it was about (a
     // path, most often, shown as the system writes it) and the system's words for `status`
     // (platform/error_text.h). A status of 0 says nothing. Once for each failure, so only where the failure
@@ -66,6 +70,7 @@ public:
 private:
     InstallerUI* ui_;
     ErrorList* errors_;
+    std::function<void(std::string_view)> noteReceiver_;
     std::int64_t expectedSteps_ = 0;
     std::int64_t finishedSteps_ = 0;
 };

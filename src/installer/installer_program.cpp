@@ -1,6 +1,7 @@
 #include "installer/installer_program.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
@@ -14,31 +15,31 @@
 #include "platform/console_device.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
-#include "platform/message_box.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
 #include "platform/program.h"
 #include "support/utilities.h"
 #include "ui/console/console_ui.h"
+#include "ui/graphical_front_ends.h"
 #include "wini/uninstaller_events.h"
 #include "wini/wini.h"
 
 namespace {
 
-constexpr char kCaption[] = "Tandrel Software installer";
 constexpr int kFailed = -1;
 
 // The results of a session that a script can tell from a failure; otherwise the usual code.
 int exitCodeOf(int result, int usual) {
     return result == Installer::kAnotherRunIsAtWork || result == Installer::kNotRecovered ? result : usual;
 }
-// The wizard isn't part of the program yet: every run is a console run.
-constexpr bool kHasGraphicalFrontEnd = false;
 
 }  // namespace
 
-InstallerProgram::InstallerProgram(platform::Platform& platform)
+InstallerProgram::InstallerProgram(platform::Platform& platform, GraphicalFrontEnds& windows,
+                                   StartMessages::Box box)
     : platform_(platform),
+      windows_(windows),
+      messages_(platform.console, std::move(box)),
       log_(platform.files),
       services_(platform, debugLog_),
       answers_(platform.files),
@@ -51,7 +52,7 @@ InstallerProgram::~InstallerProgram() {
 
 int InstallerProgram::run(const std::vector<std::string>& arguments) {
     if (parameters_.parse({arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end()}) != 0) {
-        print("ERROR: Command line couldn't be parsed. Exiting!\n");
+        messages_.print("ERROR: Command line couldn't be parsed. Exiting!\n");
         return kFailed;
     }
     options_ = readRunOptions(parameters_);
@@ -59,16 +60,23 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);
     logStart();
-    chooseFrontEnd();
+    if (!chooseFrontEnd()) {
+        return kFailed;
+    }
     makeSession();
     if (!testRights()) {
         return kFailed;
     }
     if (options_.uninstallLog) {
-        noteUnusedOptions();
-        return UninstallRelaunch(platform_, debugLog_).run(*options_.uninstallLog, options_) ? 0 : kFailed;
+        return relaunch();
     }
     return options_.uninstallFile ? uninstall() : install();
+}
+
+int InstallerProgram::relaunch() {
+    noteUnusedOptions();
+    UninstallRelaunch relaunch(platform_, messages_, debugLog_);
+    return relaunch.run(*options_.uninstallLog, options_) ? 0 : kFailed;
 }
 
 void InstallerProgram::makeSession() {
@@ -85,8 +93,9 @@ void InstallerProgram::logStart() {
     if (debugLog_.level() >= 2) {
         debugLog_.line("Insatllation was called with arguments:");
         for (int i = 0; i < parameters_.getCount(); ++i) {
-            debugLog_.print("  [ARG %02d] -%s=\"%s\"", i, std::string(parameters_.name(i)).c_str(),
-                            std::string(parameters_.value(i)).c_str());
+            debugLog_.line("  [ARG " + std::string(i < 10 ? "0" : "") + std::to_string(i) + "] -" +
+                           std::string(parameters_.name(i)) + "=\"" + std::string(parameters_.value(i)) +
+                           "\"");
         }
     }
     debugLog_.line("Installation started");
@@ -95,17 +104,46 @@ void InstallerProgram::logStart() {
 // The copy that uninstalls gets none but these.
 void InstallerProgram::noteUnusedOptions() {
     const std::vector<std::string_view> used = runOptionNames();
+    std::string lines;
     for (int i = 0; i < parameters_.getCount(); ++i) {
         if (std::find(used.begin(), used.end(), parameters_.name(i)) == used.end()) {
-            note("-" + std::string(parameters_.name(i)) + ": this option has no effect on an uninstallation");
+            const std::string line =
+                "-" + std::string(parameters_.name(i)) + ": this option has no effect on an uninstallation";
+            debugLog_.line("ERROR: " + line);
+            lines += (lines.empty() ? "" : "\n") + line;
         }
+    }
+    if (!lines.empty()) {
+        messages_.note(lines, platform::MessageIcon::kWarning);
     }
 }
 
-void InstallerProgram::chooseFrontEnd() {
-    if (options_.gui != 0 && !kHasGraphicalFrontEnd) {
-        debugLog_.line("WARNING: This build has no graphical front end; the console is used");
+// Where no window can be shown, a person at a terminal is asked there instead. Without one nobody could
+// answer, and nobody has said that nobody is to be asked.
+bool InstallerProgram::chooseFrontEnd() {
+    std::string reason;
+    if (options_.gui != 0 && !windows_.isAvailable(reason)) {
         options_.gui = 0;
+        if (!platform_.console.isInputTerminal()) {
+            refuseWithoutFrontEnd(reason);
+            return false;
+        }
+        debugLog_.line("WARNING: No window can be shown, so the console is used: " + reason);
+        messages_.remark("No window can be shown, so the console is used: " + reason);
+    }
+    messages_.setGraphical(options_.gui != 0);
+    return true;
+}
+
+void InstallerProgram::refuseWithoutFrontEnd(const std::string& reason) {
+    note("No window can be shown (" + reason +
+         "), and standard input is no terminal: nothing was done. The option -gui=0 uses the console all the "
+         "same.");
+    if (options_.uninstallFile && !options_.uninstallLog && debugLog_.level() == 0) {
+        removeRelaunchCopies();
+    }
+    if (options_.uninstallFile || options_.uninstallLog) {
+        platform_.events.signal(kUninstallerEndEvent);
     }
 }
 
@@ -115,12 +153,12 @@ bool InstallerProgram::testRights() {
         return true;
     }
     if (options_.gui != 0) {
-        platform::showMessage(
+        messages_.show(
             "This program requires Administrative privileges.\nPlease right-click the installer and select "
             "\"Run as Administrator...\"",
-            kCaption, platform::MessageIcon::kWarning);
+            platform::MessageIcon::kWarning);
     } else {
-        print("This program requires administrative privileges.\n");
+        messages_.print("This program requires administrative privileges.\n");
     }
     return false;
 }
@@ -128,7 +166,7 @@ bool InstallerProgram::testRights() {
 int InstallerProgram::install() {
     int result = options_.binFile ? loadBinFile() : loadOwnPackage();
     if (result == 0) {
-        result = runConsoleInstallation();
+        result = runInstallation();
     }
     debugLog_.print("Installation finished (res=%i)", result);
     endSession();
@@ -171,25 +209,42 @@ int InstallerProgram::loadBinFile() {
     return result;
 }
 
-int InstallerProgram::runConsoleInstallation() {
-    ui_ = std::make_unique<ConsoleUI>(false, options_.ignoreErrors != 0, options_.quiet != 0,
-                                      platform_.console, answers_, debugLog_);
+// The log says "uninstallation" for a console installation as well.
+int InstallerProgram::runInstallation() {
+    if (options_.gui != 0) {
+        if (!makeWindow(false)) {
+            debugLog_.line("ERROR: Unable to initialize GUI installation");
+            note("The installation can't start: the window can't be made");
+            return kFailed;
+        }
+        debugLog_.line("Running installation");
+    } else {
+        if (!openConsoleDialogue()) {
+            return kFailed;
+        }
+        debugLog_.line("Running uninstallation");
+    }
+    return runSession();
+}
+
+bool InstallerProgram::openConsoleDialogue() {
+    makeConsole(false);
     const std::string input = options_.configFile.value_or(options_.autoMode ? "autoInstall" : "");
     debugLog_.line("Initializing with input: \"" + input + "\"");
     bool automated = false;
     if (ui_->createInputProvider(input.c_str(), automated) != 0) {
         debugLog_.line("ERROR: Unable to initialize Console installation");
         note("The installation can't start: nobody can be asked");
-        return kFailed;
+        return false;
     }
     wini_->setUnattended(automated);
-    return runSession(*ui_);
+    return true;
 }
 
 int InstallerProgram::uninstall() {
     debugLog_.line("Real uninstall");
     platform_.events.signal(kUninstallerStartEvent);
-    UninstallationLock lock(platform_, debugLog_);
+    UninstallationLock lock(platform_, messages_, debugLog_);
     const int result = lock.take() ? uninstallFromLog() : kFailed;
     endSession();
     if (debugLog_.level() == 0) {
@@ -227,7 +282,7 @@ int InstallerProgram::uninstallRecovered(const std::string& log) {
 int InstallerProgram::runUninstallation() {
     int result = wini_->loadCabinet(options_.uninstallFile->c_str(), 0, options_.sessionFlags);
     if (result == 0) {
-        result = runConsoleUninstallation();
+        result = runUninstallationUI();
     } else {
         note("The uninstallation can't start: " + *options_.uninstallFile + ": " + wini_->loadError());
     }
@@ -244,21 +299,35 @@ void InstallerProgram::removeRelaunchCopies() {
     }
 }
 
-int InstallerProgram::runConsoleUninstallation() {
-    ui_ = std::make_unique<ConsoleUI>(true, options_.ignoreErrors != 0, options_.quiet != 0,
-                                      platform_.console, answers_, debugLog_);
-    bool automated = false;
-    ui_->createInputProvider("autoUninstall", automated);
-    wini_->setUnattended(automated);
-    return runSession(*ui_);
+int InstallerProgram::runUninstallationUI() {
+    if (options_.gui == 0) {
+        makeConsole(true);
+        bool automated = false;
+        ui_->createInputProvider("autoUninstall", automated);
+        wini_->setUnattended(automated);
+    } else if (!makeWindow(true)) {
+        debugLog_.line("ERROR: Unable to start GUI uninstall");
+        note("The uninstallation can't start: the window can't be made");
+        return kFailed;
+    }
+    debugLog_.line("Running uninstallation");
+    return runSession();
 }
 
-// The log says "uninstallation" for both kinds of session.
-int InstallerProgram::runSession(ConsoleUI& ui) {
-    ui.setEngine(wini_.get());
-    setActiveUI(&ui);
-    debugLog_.line("Running uninstallation");
-    return wini_->run(&ui, &log_);
+bool InstallerProgram::makeWindow(bool uninstall) {
+    ui_ = windows_.make(uninstall, answers_, debugLog_);
+    return ui_ != nullptr;
+}
+
+void InstallerProgram::makeConsole(bool uninstall) {
+    ui_ = std::make_unique<ConsoleUI>(uninstall, options_.ignoreErrors != 0, options_.quiet != 0,
+                                      platform_.console, answers_, debugLog_);
+}
+
+int InstallerProgram::runSession() {
+    ui_->setEngine(wini_.get());
+    setActiveUI(ui_.get());
+    return wini_->run(ui_.get(), &log_);
 }
 
 void InstallerProgram::endSession() {
@@ -268,24 +337,10 @@ void InstallerProgram::endSession() {
 }
 
 void InstallerProgram::showError(std::string_view text) {
-    if (options_.gui != 0) {
-        platform::showMessage(text, kCaption, platform::MessageIcon::kError);
-    } else {
-        print(std::string(text) + "\n");
-    }
+    messages_.show(text, platform::MessageIcon::kError);
 }
 
-// Without a session there is no front end that could show it.
 void InstallerProgram::note(std::string_view text) {
     debugLog_.line("ERROR: " + std::string(text));
-    if (options_.gui != 0) {
-        platform::showMessage(text, kCaption, platform::MessageIcon::kError);
-    } else {
-        platform_.console.writeError(std::string(text) + "\n");
-    }
-}
-
-void InstallerProgram::print(std::string_view text) {
-    platform_.console.write(text);
-    platform_.console.flush();
+    messages_.note(text);
 }

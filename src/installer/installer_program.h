@@ -7,13 +7,15 @@
 
 #include "description/answers_file.h"
 #include "installer/run_options.h"
+#include "installer/start_messages.h"
 #include "session/command_line_parameters.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
 #include "wini/nested_sessions.h"
 #include "wini/system_services.h"
 
-class ConsoleUI;
+class GenericUI;
+class GraphicalFrontEnds;
 class Wini;
 
 namespace platform {
@@ -23,40 +25,48 @@ struct Platform;
 // One run of the program: the command line decides the run mode, which runs one session with one front end.
 class InstallerProgram {
 public:
-    // `platform` is borrowed and outlives the object.
-    explicit InstallerProgram(platform::Platform& platform);
+    // `platform` and `windows` are borrowed and outlive the object. `box` shows what a graphical run says
+    // while it has no window.
+    InstallerProgram(platform::Platform& platform, GraphicalFrontEnds& windows,
+                     StartMessages::Box box = platform::showMessage);
     ~InstallerProgram();
 
     // `arguments` start with the program's name. Returns the exit code: 0 for every installation whatever
     // its outcome and for a relaunch that started; -1 for a command line that can't be parsed, missing
-    // rights, a failed relaunch, and an uninstallation that failed.
+    // rights, a run that has neither a window nor a console, a failed relaunch, and an uninstallation that
+    // failed.
     int run(const std::vector<std::string>& arguments);
 
 private:
     void logStart();
-    void chooseFrontEnd();
+    bool chooseFrontEnd();
+    void refuseWithoutFrontEnd(const std::string& reason);
     void noteUnusedOptions();
     void makeSession();
     bool testRights();
+    int relaunch();
     int install();
     int loadOwnPackage();
     int loadBinFile();
-    int runConsoleInstallation();
+    int runInstallation();
+    bool openConsoleDialogue();
     int uninstall();
     int uninstallFromLog();
     int uninstallRecovered(const std::string& log);
     int runUninstallation();
-    int runConsoleUninstallation();
+    int runUninstallationUI();
     void removeRelaunchCopies();
-    int runSession(ConsoleUI& ui);
+    bool makeWindow(bool uninstall);
+    void makeConsole(bool uninstall);
+    int runSession();
     void endSession();
-    // Shows the user a message box in a graphical run, else a text on standard output.
     void showError(std::string_view text);
-    // One line to standard error, in a graphical run a message box.
+    // Says and logs why the run can't go on.
     void note(std::string_view text);
-    void print(std::string_view text);
 
     platform::Platform& platform_;
+    GraphicalFrontEnds& windows_;
+    StartMessages messages_;
     CommandLineParameters parameters_;
     RunOptions options_;
     PFileConsole log_;
@@ -65,5 +75,5 @@ private:
     AnswersFile answers_;
     NestedSessions nestedSessions_;
     std::unique_ptr<Wini> wini_;
-    std::unique_ptr<ConsoleUI> ui_;
+    std::unique_ptr<GenericUI> ui_;
 };

@@ -6,7 +6,7 @@
 #include "engine/uninstall_command.h"
 #include "installer/private_copy.h"
 #include "installer/run_options.h"
-#include "platform/console_device.h"
+#include "installer/start_messages.h"
 #include "platform/environment.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
@@ -34,7 +34,7 @@ std::string UninstallRelaunch::commandLine(const std::string& image, const std::
 // `log` is the line of the debug log, `text` is what the screen says.
 bool UninstallRelaunch::fail(const std::string& log, const std::string& text) {
     debugLog_.line(log);
-    platform_.console.writeError("ERROR: The uninstallation can't start: " + text + "\n");
+    messages_.note("ERROR: The uninstallation can't start: " + text);
     platform_.events.signal(kUninstallerEndEvent);
     return false;
 }

@@ -5,6 +5,7 @@
 
 #include "support/debug_log.h"
 
+class StartMessages;
 struct RunOptions;
 
 namespace platform {
@@ -17,13 +18,13 @@ struct Platform;
 // there, it tries other places.
 class UninstallRelaunch {
 public:
-    // The platform is borrowed and outlives the object.
-    UninstallRelaunch(platform::Platform& platform, DebugLog debugLog)
-        : platform_(platform), debugLog_(std::move(debugLog)) {}
+    // The platform and the messages are borrowed and outlive the object.
+    UninstallRelaunch(platform::Platform& platform, StartMessages& messages, DebugLog debugLog)
+        : platform_(platform), messages_(messages), debugLog_(std::move(debugLog)) {}
 
-    // True when the copy was started. Otherwise standard error says why, nothing stays of what was copied,
-    // and the end event is signalled, for those who wait for the uninstallation. `registeredLog`
-    // is the path of the installation's action log.
+    // True when the copy was started. Otherwise a message says why, nothing stays of what was copied, and the
+    // end event is signalled, for those who wait for the uninstallation. `registeredLog` is the path of the
+    // installation's action log.
     bool run(const std::string& registeredLog, const RunOptions& options);
 
     // The command line of the second stage.
@@ -42,5 +43,6 @@ private:
                                    const std::string& logPath, const RunOptions& options);
 
     platform::Platform& platform_;
+    StartMessages& messages_;
     DebugLog debugLog_;
 };

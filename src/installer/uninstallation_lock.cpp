@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/console_device.h"
+#include "installer/start_messages.h"
 #include "platform/environment.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
@@ -21,8 +21,9 @@ constexpr std::uint32_t kFirstLookMilliseconds = 500;
 
 }  // namespace
 
-UninstallationLock::UninstallationLock(platform::Platform& platform, DebugLog debugLog)
-    : platform_(platform), debugLog_(std::move(debugLog)) {}
+UninstallationLock::UninstallationLock(platform::Platform& platform, StartMessages& messages,
+                                       DebugLog debugLog)
+    : platform_(platform), messages_(messages), debugLog_(std::move(debugLog)) {}
 
 UninstallationLock::~UninstallationLock() = default;
 
@@ -33,13 +34,13 @@ bool UninstallationLock::take() {
         return true;
     }
     if (result == platform::LockResult::kBusy) {
-        platform_.console.writeError("Another uninstallation is at work. Waiting for its end ...\n");
+        messages_.remark("Another uninstallation is at work. Waiting for its end ...");
         result = platform_.events.lock(kLockName, kWaitMilliseconds, lock_);
     }
     if (result == platform::LockResult::kBusy) {
-        platform_.console.writeError(
+        messages_.note(
             "ERROR: Another uninstallation is still at work. Nothing was uninstalled; please try again "
-            "later.\n");
+            "later.");
         return false;
     }
     if (result == platform::LockResult::kUnavailable) {

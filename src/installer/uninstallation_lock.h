@@ -5,6 +5,8 @@
 
 #include "support/debug_log.h"
 
+class StartMessages;
+
 namespace platform {
 class NamedLock;
 struct Platform;
@@ -17,13 +19,14 @@ public:
     // How long an uninstallation waits for another one.
     static constexpr std::uint32_t kWaitMilliseconds = 60000;
 
-    // The platform is borrowed and outlives the object.
-    UninstallationLock(platform::Platform& platform, DebugLog debugLog);
+    // The platform and the messages are borrowed and outlive the object.
+    UninstallationLock(platform::Platform& platform, StartMessages& messages, DebugLog debugLog);
     ~UninstallationLock();
 
     // Waits for another uninstallation, and says so on standard error. False when that one is still at work
-    // at the end of the wait. An uninstallation that another one started goes on at once, as a part of that
-    // one. Where the system has no such lock, that is a line in the debug log, and true.
+    // at the end of the wait, which a message says. An uninstallation that another one started goes on at
+    // once, as a part of that one. Where the system has no such lock, that is a line in the debug log, and
+    // true.
     bool take();
     // Lets the next one begin.
     void release();
@@ -32,6 +35,7 @@ private:
     bool isPartOfAnother();
 
     platform::Platform& platform_;
+    StartMessages& messages_;
     DebugLog debugLog_;
     std::unique_ptr<platform::NamedLock> lock_;
 };

@@ -76,6 +76,7 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
     } catch (const std::exception& error) {
         reportError(*ui, error.what(), "");
     }
+    notice_.show(*ui);
     return result;
 }
 
@@ -107,8 +108,8 @@ bool Installer::takeTurn(InstallerUI& ui) {
     switch (lock_.take(product)) {
         case ProductLock::Result::kBusy:
             startResult_ = kAnotherRunIsAtWork;
-            ui.addMessage("Another setup or uninstallation of " + product +
-                          " is at work. Nothing was changed; please try again later.");
+            say(ui, "Another setup or uninstallation of " + product +
+                        " is at work. Nothing was changed; please try again later.");
             return false;
         case ProductLock::Result::kPartOfAnother:
             debugLog.line("Another run for this product started this one");
@@ -121,10 +122,13 @@ bool Installer::takeTurn(InstallerUI& ui) {
 
 bool Installer::recover(InstallerUI& ui) {
     Report report(&ui, &errorList);
+    if (model_.isGraphical()) {
+        report.copyNotesTo([this](std::string_view line) { notice_.add(line); });
+    }
     switch (work_.recovery().run(concern(), !isUnattended, report)) {
         case Recovery::Outcome::kBusy:
             startResult_ = kAnotherRunIsAtWork;
-            ui.addMessage("Nothing was changed; please try again later.");
+            say(ui, "Nothing was changed; please try again later.");
             return false;
         case Recovery::Outcome::kDeclined:
         case Recovery::Outcome::kIncomplete:
@@ -167,7 +171,7 @@ std::string Installer::productLog() {
 
 bool Installer::refuseStart(InstallerUI& ui, std::string_view why) {
     const std::string kind = isActionLogSession() ? "uninstallation" : "installation";
-    ui.addMessage("The " + kind + " can't start: " + std::string(why));
+    say(ui, "The " + kind + " can't start: " + std::string(why));
     return false;
 }
 
@@ -222,7 +226,7 @@ bool Installer::loadDefaultValues(InstallerUI& ui) {
         model_.variables.loadDefaults(model_.description, answers, parameters, message);
     if (outcome == DefaultsOutcome::kBadConfiguration) {
         ui.messageBox(message.c_str(), MessageKind::kInformation);
-        ui.addMessage(answers + ": " + OUtils::readingErrorText(answers_.load(answers)));
+        say(ui, answers + ": " + OUtils::readingErrorText(answers_.load(answers)));
     }
     if (outcome != DefaultsOutcome::kLoaded) {
         debugLog.line(
@@ -251,6 +255,7 @@ void Installer::remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath
 
 int Installer::runUI(InstallerUI& ui) {
     debugLog.line("Starting installation UI");
+    notice_.clear();
     walk_.state().currentDialog = 0;
     int result = -1;
     try {
@@ -271,38 +276,51 @@ int Installer::runUI(InstallerUI& ui) {
     return result;
 }
 
+void Installer::say(InstallerUI& ui, std::string_view line) {
+    if (model_.isGraphical()) {
+        notice_.add(line);
+    } else {
+        ui.addMessage(line);
+    }
+}
+
 // A run that failed at its work has said so; one that never came to it would end without a word.
 void Installer::sayWhyNothingWasDone(InstallerUI& ui, int result) {
     const NavigationState& state = walk_.state();
-    if (state.mainWorkTried || state.cancelled) {
+    // Whoever closed the last page of a window has read it.
+    if (state.mainWorkTried || state.cancelled || (model_.isGraphical() && result == 0)) {
         return;
     }
     const DialogDesc* page = model_.dialogs.getDialog(state.currentDialog, state.currentSubdialog);
     const std::string where =
         page == nullptr ? "" : " on the page \"" + std::string(page->name.view()) + "\"";
     const std::string what = isActionLogSession() ? "uninstalled" : "installed";
-    ui.addMessage("Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where);
+    say(ui, "Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where);
 }
 
 void Installer::reportError(InstallerUI& ui, std::string_view text, std::string_view reason) {
     debugLog.line(text);
-    // Without the line end, the console's next output would overwrite the text.
-    ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
+    if (model_.isGraphical()) {
+        say(ui, text);
+    } else {
+        // Without the line end, the console's next output would overwrite the text.
+        ui.messageBox((std::string(text) + "\n").c_str(), MessageKind::kInformation);
+    }
     if (!reason.empty()) {
-        ui.addMessage(reason);
+        say(ui, reason);
     }
 }
 
 // Its name is nothing that anybody could guess.
 void Installer::sayWhatStays(InstallerUI& ui) {
     if (removed.isOnlyCopy) {
-        ui.addMessage("An earlier version was removed and isn't completely back.");
+        say(ui, "An earlier version was removed and isn't completely back.");
         for (const std::string& place : removed.places()) {
-            ui.addMessage(place);
+            say(ui, place);
         }
     }
     if (removed.isToBeContinued) {
-        ui.addMessage("The same setup, run again, tries once more to take back what is left of this run.");
+        say(ui, "The same setup, run again, tries once more to take back what is left of this run.");
     }
 }
 

@@ -12,6 +12,7 @@
 #include "session/page_work.h"
 #include "session/session_model.h"
 #include "session/session_state.h"
+#include "session/windowless_notice.h"
 #include "ui/dialog_walk.h"
 
 // One session: reads the description from the cabinet or, when it uninstalls, from the file that the action
@@ -54,7 +55,8 @@ public:
     };
     // Everything from the description to the end of the walk. 0 or the front end's result; -1 when the
     // session couldn't start or an exception left a step, which is logged and shown; or one of those above.
-    // Throws nothing.
+    // A graphical run shows what it has to say before or after its window with showFatalMessage. Throws
+    // nothing.
     int run(InstallerUI* ui, PConsole* console);
     // Where the action log of the product is now; empty when it isn't installed.
     std::string productLog();
@@ -171,6 +173,8 @@ private:
     void remarkOnGivenNames(InstallerUI& ui, std::string_view answersPath);
 
     int runUI(InstallerUI& ui);
+    // For what is said while a graphical run has no window. Everywhere else it is a message.
+    void say(InstallerUI& ui, std::string_view line);
     void sayWhyNothingWasDone(InstallerUI& ui, int result);
     void sayWhatStays(InstallerUI& ui);
     void reportError(InstallerUI& ui, std::string_view text, std::string_view reason);
@@ -182,6 +186,7 @@ private:
     PageWork work_;
     DialogWalk walk_;
     ProductLock lock_;
+    WindowlessNotice notice_;
     std::string loadError_;
     int startResult_ = -1;
     std::vector<std::string_view> programOptions_;

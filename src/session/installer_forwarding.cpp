@@ -197,7 +197,9 @@ int Installer::checkDialogCondition(InstallerUI* ui) {
     return walk_.checkCondition(ui);
 }
 void Installer::setUiState(std::int32_t state) {
-    walk_.state().uiState = state;
+    if (!walk_.isAtWork()) {
+        walk_.state().uiState = state;
+    }
 }
 std::int32_t Installer::getUiState() {
     return walk_.state().uiState;
@@ -221,6 +223,9 @@ int Installer::getVariable(const char* name, char* buffer, int size) {
                         size);
 }
 int Installer::setVariable(const char* name, const char* value) {
+    if (walk_.isAtWork()) {
+        return -1;
+    }
     const auto text = value == nullptr ? std::nullopt : std::optional<std::string_view>(value);
     return numberOf(model_.variables.store().store(viewOf(name), {text, std::nullopt, std::nullopt}, false));
 }

@@ -9,13 +9,27 @@
 #include "description/vocabulary.h"
 #include "ui/navigation_state.h"
 
+namespace {
+
 // The first letters decide, so that "Cancelled" is a cancel as well.
+bool isCancel(std::string_view text) {
+    return OUtils::startsWithIgnoreCase(text, vocabulary::WordName("Cancel"));
+}
+
+bool isHelp(std::string_view text) {
+    return OUtils::startsWithIgnoreCase(text, vocabulary::WordName("Help"));
+}
+
+}  // namespace
+
+bool ButtonActions::isAssignment(std::string_view text) {
+    return !isCancel(text) && !isHelp(text);
+}
+
 void ButtonActions::perform(InstallerUI* ui, std::string_view text) {
-    const bool isCancel = OUtils::startsWithIgnoreCase(text, vocabulary::WordName("Cancel"));
-    const bool isHelp = OUtils::startsWithIgnoreCase(text, vocabulary::WordName("Help"));
-    if (!isCancel && !isHelp) {
+    if (isAssignment(text)) {
         assignAll(text);
-    } else if (ui != nullptr && isCancel) {
+    } else if (ui != nullptr && isCancel(text)) {
         cancel(*ui);
     } else if (ui != nullptr) {
         ui->showHelp();

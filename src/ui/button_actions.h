@@ -15,6 +15,8 @@ public:
     // A text that starts with "Cancel" or "Help", in any case, is that; any other is a list of assignments of
     // the form [NAME]='value', separated by `;`. Without a front end only assignments have an effect.
     void perform(InstallerUI* ui, std::string_view text);
+    // Whether the text is neither a cancel nor a help.
+    static bool isAssignment(std::string_view text);
     // Any thread. The session is cancelled when the front end confirms it.
     void cancel(InstallerUI& ui);
 

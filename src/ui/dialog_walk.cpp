@@ -22,6 +22,11 @@ DialogWalk::DialogWalk(const Description& description, PageActions& actions, pla
       navigator_(state_, dialogs_, conditions_, tasks_, pages_, debugLog),
       buttons_(state_, description.variables) {}
 
+bool DialogWalk::isAtWork() const {
+    const std::int32_t state = state_.uiState;
+    return steps_.isHeld() && (state == kUiInstallationRunning || state == kUiBusy);
+}
+
 int DialogWalk::shift(InstallerUI* ui, int count) {
     if (count == 0) {
         return kDone;  // also without a front end
@@ -29,28 +34,38 @@ int DialogWalk::shift(InstallerUI* ui, int count) {
     return count > 0 ? next(ui, count) : back(ui, -count);
 }
 
+template <typename Step>
+int DialogWalk::stepOnce(InstallerUI* ui, Step&& step) {
+    const ReentryGuard::Entry entry(steps_);
+    return ui != nullptr && entry.isFirst() ? step(*ui) : kRefused;
+}
+
 int DialogWalk::next(InstallerUI* ui, int count) {
-    return ui != nullptr && navigator_.goForward(*ui, count) ? kDone : kRefused;
+    return stepOnce(
+        ui, [&](InstallerUI& front) { return navigator_.goForward(front, count) ? kDone : kRefused; });
 }
 
 int DialogWalk::back(InstallerUI* ui, int count) {
-    if (ui == nullptr) {
-        return kRefused;
-    }
-    navigator_.goBack(*ui, count);
-    return kDone;
+    return stepOnce(ui, [&](InstallerUI& front) {
+        navigator_.goBack(front, count);
+        return kDone;
+    });
 }
 
 int DialogWalk::goToDialog(int dialog, InstallerUI* ui) {
-    return ui == nullptr ? kRefused : static_cast<int>(pages_.goToDialog(dialog, *ui));
+    return stepOnce(ui,
+                    [&](InstallerUI& front) { return static_cast<int>(pages_.goToDialog(dialog, front)); });
 }
 
 int DialogWalk::goToSubdialog(int dialog, int sub, InstallerUI* ui) {
-    return ui == nullptr ? kRefused : static_cast<int>(pages_.goToSubdialog(dialog, sub, *ui));
+    return stepOnce(
+        ui, [&](InstallerUI& front) { return static_cast<int>(pages_.goToSubdialog(dialog, sub, front)); });
 }
 
 void DialogWalk::performAction(InstallerUI* ui, std::string_view text) {
-    buttons_.perform(ui, text);
+    if (!steps_.isHeld() || !ButtonActions::isAssignment(text)) {
+        buttons_.perform(ui, text);
+    }
 }
 
 int DialogWalk::cancel(InstallerUI* ui) {
@@ -72,9 +87,10 @@ int DialogWalk::checkCondition(InstallerUI* ui) {
 }
 
 void DialogWalk::runTriggers(InstallerUI* ui, std::uint32_t when, int dialog, int sub) {
-    if (ui != nullptr) {
-        triggers_.run(*ui, when, dialog, sub);
-    }
+    stepOnce(ui, [&](InstallerUI& front) {
+        triggers_.run(front, when, dialog, sub);
+        return kDone;
+    });
 }
 
 void DialogWalk::refreshTasks(InstallerUI* ui) {

@@ -11,6 +11,7 @@
 #include "ui/page_conditions.h"
 #include "ui/page_entry.h"
 #include "ui/page_turner.h"
+#include "ui/reentry_guard.h"
 #include "ui/task_states.h"
 #include "ui/triggers.h"
 
@@ -18,6 +19,11 @@
 // dialogs come down to. A front end is looked for here and only here: without one an operation does nothing,
 // and gives -1 where it gives a number. Numbers are those of InstallExchangeInfo. Session thread only, except
 // for `cancel`.
+//
+// The steps and the triggers that a front end asks for don't start inside one another: a press that comes in
+// while the front end handles its events during a step, a trigger or the work of a page is dropped. The
+// operation does nothing then, and gives -1 where it gives a number. Of the actions only Cancel and Help are
+// carried out meanwhile.
 class DialogWalk {
 public:
     // What the walk reads and changes of the description.
@@ -36,9 +42,12 @@ public:
     DialogWalk& operator=(const DialogWalk&) = delete;
 
     NavigationState& state() { return state_; }
+    // A step has come to a page that works or is busy. What the user enters has no effect meanwhile.
+    bool isAtWork() const;
 
     // Forward for a positive `count`, back for a negative one, nothing for 0. 0; -1 when the gate of the
-    // current page holds the user.
+    // current page holds the user. An exception out of the work of a page leaves the walk on that page, with
+    // nothing running.
     int shift(InstallerUI* ui, int count);
     int next(InstallerUI* ui, int count);
     // 0.
@@ -64,6 +73,10 @@ public:
     std::uint32_t refreshFlags(std::string_view variable, int dialog, int sub);
 
 private:
+    // What `step` gives; -1 without a front end, and inside another step.
+    template <typename Step>
+    int stepOnce(InstallerUI* ui, Step&& step);
+
     DialogModel& dialogs_;
     NavigationState state_;
     ControlValues controls_;
@@ -74,4 +87,5 @@ private:
     PageTurner pages_;
     Navigator navigator_;
     ButtonActions buttons_;
+    ReentryGuard steps_;
 };

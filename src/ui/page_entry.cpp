@@ -47,6 +47,7 @@ Onward PageEntry::enterPage(PageVisit& visit) {
     debugLog_.print("Setting dialog \"%s\" (%d, %d)", visit.page.name.c_str(), visit.dialog, visit.sub);
     controls_.set(ControlVariable::kDlgCondition, "0");
     const bool isBusy = visit.page.has(kDialogBusy);
+    const WorkStateGuard guard(visit.state, kUiBusy);
     if (isBusy) {
         evaluateWhileBusy(visit);
     }
@@ -78,6 +79,7 @@ void PageEntry::enterByName(PageVisit& visit) {
 template <typename Work>
 void PageEntry::work(PageVisit& visit, Work&& work) {
     visit.showOnce();
+    const WorkStateGuard guard(visit.state, kUiInstallationRunning);
     visit.setUiState(kUiInstallationRunning);
     visit.state.endWork(work());
     visit.setUiState(kUiReady);

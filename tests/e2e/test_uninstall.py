@@ -143,7 +143,7 @@ class RegisteredCommand(UninstallTest):
     def test_the_first_stage_ends_at_once_and_leaves_the_work_to_its_copy(self):
         self.install()
         result = self.run_program("opt/product/un/installer" + EXE, "-uninstall=" + self.dir + "/un/install.log",
-                                  "-uninstallApp=Test Product", "-debug=1")
+                                  "-uninstallApp=Test Product", "-gui=0", "-debug=1")
         self.assertEqual(result.code, 0, result)
         self.wait_until(lambda: not self.host("opt/product").exists())
         self.wait_until(lambda: "Ending installation UI" in self.debug_log())

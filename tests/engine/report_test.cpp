@@ -145,4 +145,15 @@ TEST(ReportTest, AsksTheFrontEndWhetherErrorsAreIgnored) {
     EXPECT_TRUE(report.ignoresErrors());
 }
 
+TEST(ReportNotes, AreCopiedToTheReceiverThatAsksForThem) {
+    RecordingUI ui;
+    std::string copy;
+    Report report(&ui, nullptr);
+    report.note("before");
+    report.copyNotesTo([&copy](std::string_view line) { copy += line; });
+    report.addReason("path", "why");
+    EXPECT_EQ(copy, "path: why");
+    EXPECT_EQ(ui.countOf("addMessage"), 2);
+}
+
 }  // namespace

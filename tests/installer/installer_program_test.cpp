@@ -7,7 +7,9 @@
 #include "engine/journaled_machine.h"
 #include "engine/removal_journal.h"
 #include "fakes/fake_platform.h"
+#include "fakes/recording_window.h"
 #include "installer/console_control.h"
+#include "package/package_writer.h"
 #include "platform/program.h"
 #include "wini/uninstaller_events.h"
 
@@ -31,7 +33,42 @@ protected:
     int run(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), "setup");
         platform::Platform bundle = machine_.bundle();
-        return InstallerProgram(bundle).run(arguments);
+        const auto box = [this](std::string_view text, std::string_view caption, platform::MessageIcon icon) {
+            boxes_.push_back({std::string(text), std::string(caption), icon});
+        };
+        return InstallerProgram(bundle, windows_, box).run(arguments);
+    }
+    // A package that the test's own image isn't, and the option that names it.
+    std::string packageOption(const std::string& description) {
+        machine_.files.addFile("/src/install.xml", description);
+        PackageOptions options;
+        options.stripes = 1;
+        options.level = 1;
+        PackageWriter(machine_.files)
+            .write({{"/src/install.xml", "install.xml", "install.xml"}}, options, "/payload.bin");
+        return "-bin=/payload.bin";
+    }
+    std::string packageOption() {
+        return packageOption(
+            "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname></ProductDesc><DefValues/>"
+            "<Dialogs><Hello Special='Finish'/></Dialogs></TandrelGroupInstallation>");
+    }
+    std::vector<std::string> boxTexts() const {
+        std::vector<std::string> texts;
+        for (const Box& box : boxes_) {
+            EXPECT_EQ(box.caption, "Tandrel Software installer");
+            texts.push_back(box.text);
+        }
+        return texts;
+    }
+    void expectInOrder(const std::vector<std::string>& lines) const {
+        const std::string log = debugLog();
+        std::size_t place = 0;
+        for (const std::string& line : lines) {
+            const std::size_t found = log.find("    " + line + "\r\n", place);
+            EXPECT_NE(found, std::string::npos) << line << " isn't in its place in\n" << log;
+            place = found == std::string::npos ? place : found;
+        }
     }
     // A product with its description and the copy of its log.
     void addProduct(const std::string& records) {
@@ -55,7 +92,15 @@ protected:
     std::string debugLog() const { return machine_.files.content("/tmp/installer_debug.log"); }
     bool logHolds(const std::string& text) const { return debugLog().find(text) != std::string::npos; }
 
+    struct Box {
+        std::string text;
+        std::string caption;
+        platform::MessageIcon icon;
+    };
+
     FakePlatform machine_;
+    FakeWindows windows_;
+    std::vector<Box> boxes_;
 };
 
 TEST_F(InstallerProgramTest, AWordThatBelongsToNoOptionIsRefusedBeforeThereIsALog) {
@@ -245,6 +290,196 @@ TEST_F(InstallerProgramTest, ReportsOptionsThatTheSecondStageDoesNotGet) {
     EXPECT_EQ(machine_.console.errors,
               "-VARIABLE_X: this option has no effect on an uninstallation\n"
               "-GUI: this option has no effect on an uninstallation\n");
+}
+
+TEST_F(InstallerProgramTest, RunsAnInstallationInAWindow) {
+    windows_.script = [](InstallExchangeInfo& engine, InstallerUI& ui) { return engine.shift(&ui, 1); };
+    EXPECT_EQ(run({packageOption(), "-debug=1"}), 0);
+    expectInOrder({"Installation started", "Initializing with bin file: /payload.bin", "Running installation",
+                   "Decompressing installation file", "Getting GUI colour theme info",
+                   "Initializing GUI colour theme", "Starting installation UI", "Ending installation UI",
+                   "Installation finished (res=0)"});
+    EXPECT_FALSE(logHolds("Running uninstallation"));
+    EXPECT_FALSE(logHolds("Initializing with input"));
+    EXPECT_EQ(windows_.made, std::vector<bool>{false});
+    EXPECT_EQ(windows_.record.callsOf("run"), std::vector<std::string>{"run()"});
+    EXPECT_EQ(windows_.record.callsOf("finish"), std::vector<std::string>{"finish()"});
+    EXPECT_EQ(machine_.console.output.find("***"), std::string::npos) << machine_.console.output;
+    EXPECT_TRUE(boxes_.empty());
+}
+
+TEST_F(InstallerProgramTest, AConsoleInstallationLogsTheUninstallWording) {
+    EXPECT_EQ(run({packageOption(), "-auto", "-debug=1"}), 0);
+    expectInOrder({"Initializing with input: \"autoInstall\"", "Running uninstallation",
+                   "Installation finished (res=0)"});
+    EXPECT_FALSE(logHolds("Running installation"));
+    EXPECT_EQ(windows_.questions, 0);
+}
+
+TEST_F(InstallerProgramTest, AWindowNeverSeesThatErrorsAreToBeIgnored) {
+    int ignores = -1;
+    windows_.script = [&](InstallExchangeInfo&, InstallerUI& ui) {
+        ignores = ui.getIgnoreErrors();
+        return 0;
+    };
+    run({packageOption(), "-ignoreErrors=1"});
+    EXPECT_EQ(ignores, 0);
+}
+
+TEST_F(InstallerProgramTest, AnUnattendedRunNeedsNoWindow) {
+    windows_.available = false;
+    machine_.files.addFile("/answers.xml", "<Answers><DefValues/></Answers>");
+    for (const std::string mode : {"-auto", "-auto=0", "-configFile=/answers.xml"}) {
+        run({packageOption(), "-gui=1", mode});
+    }
+    EXPECT_EQ(windows_.questions, 0);
+    EXPECT_TRUE(windows_.made.empty());
+}
+
+TEST_F(InstallerProgramTest, AWindowThatCannotBeMadeIsToldInABox) {
+    windows_.makes = false;
+    EXPECT_EQ(run({packageOption(), "-debug=1"}), 0);
+    expectInOrder({"ERROR: Unable to initialize GUI installation", "Installation finished (res=-1)"});
+    EXPECT_EQ(boxTexts(), std::vector<std::string>{"The installation can't start: the window can't be made"});
+}
+
+TEST_F(InstallerProgramTest, TheConsoleTakesOverWhereAPersonIsAtATerminal) {
+    windows_.available = false;
+    machine_.console.inputIsTerminal = true;
+    EXPECT_EQ(run({packageOption(), "-debug=1"}), 0);
+    EXPECT_EQ(machine_.console.errors.substr(0, machine_.console.errors.find('\n') + 1),
+              "No window can be shown, so the console is used: there is no display\n");
+    expectInOrder({"WARNING: No window can be shown, so the console is used: there is no display",
+                   "Initializing with input: \"\"", "Running uninstallation"});
+    EXPECT_NE(machine_.console.output.find("Tandrel Group installer"), std::string::npos);
+}
+
+TEST_F(InstallerProgramTest, WithoutAWindowOrATerminalNothingIsDone) {
+    windows_.available = false;
+    EXPECT_EQ(run({packageOption()}), -1);
+    EXPECT_EQ(machine_.console.errors,
+              "No window can be shown (there is no display), and standard input is no terminal: nothing was "
+              "done. The option -gui=0 uses the console all the same.\n");
+    EXPECT_EQ(machine_.console.output, "");
+    EXPECT_TRUE(boxes_.empty());
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationWithoutAWindowOrATerminalDoesNotStart) {
+    windows_.available = false;
+    machine_.files.addFile("/product/log", "log");
+    EXPECT_EQ(run({"-uninstall=/product/log"}), -1);
+    EXPECT_TRUE(machine_.processes.started.empty());
+    EXPECT_EQ(machine_.events.signals, std::vector<std::string>{kUninstallerEndEvent});
+}
+
+TEST_F(InstallerProgramTest, ASecondStageWithoutAWindowOrATerminalRemovesItsCopies) {
+    windows_.available = false;
+    machine_.environment.program = "/tmp/ormeluninst-7/ormeluninst.dll";
+    machine_.files.addFile(machine_.environment.program, "the program");
+    machine_.files.addFile("/tmp/ormeluninst-7/ormeluninst.log", "");
+    EXPECT_EQ(run({"-uninstallFile=/tmp/ormeluninst-7/ormeluninst.log"}), -1);
+    EXPECT_FALSE(machine_.files.hasDirectory("/tmp/ormeluninst-7"));
+    EXPECT_EQ(machine_.events.signals, std::vector<std::string>{kUninstallerEndEvent});
+}
+
+TEST_F(InstallerProgramTest, TheSecondStageGetsTheConsoleThatTookOver) {
+    windows_.available = false;
+    machine_.console.inputIsTerminal = true;
+    machine_.files.addFile("/product/log", "log");
+    EXPECT_EQ(run({"-uninstall=/product/log"}), 0);
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_NE(machine_.processes.started[0].commandLine.find(" -gui=0"), std::string::npos);
+}
+
+TEST_F(InstallerProgramTest, TheSecondStageGetsNoFrontEndOptionWhereThereIsAWindow) {
+    machine_.files.addFile("/product/log", "log");
+    EXPECT_EQ(run({"-uninstall=/product/log", "-uninstallApp=Demo", "-VARIABLE_A=1", "-B=2"}), 0);
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_TRUE(machine_.processes.started[0].commandLine.ends_with(" -uninstallApp=\"Demo\""));
+    EXPECT_EQ(boxTexts(),
+              std::vector<std::string>{"-VARIABLE_A: this option has no effect on an uninstallation\n"
+                                       "-B: this option has no effect on an uninstallation"});
+}
+
+TEST_F(InstallerProgramTest, ARelaunchThatFailsIsToldInABox) {
+    EXPECT_EQ(run({"-uninstall=/product/log"}), -1);
+    ASSERT_EQ(boxes_.size(), 1U);
+    EXPECT_TRUE(boxes_[0].text.starts_with("ERROR: The uninstallation can't start: "));
+    EXPECT_EQ(machine_.console.errors, "");
+}
+
+TEST_F(InstallerProgramTest, UninstallsInAWindow) {
+    addProduct("FILE\tCREATE\t/app/file\r\n");
+    machine_.files.addFile("/app/file", "");
+    windows_.script = [](InstallExchangeInfo& engine, InstallerUI& ui) {
+        EXPECT_TRUE(engine.isUninstalling());
+        return engine.goToDialog(0, &ui) == 1 ? engine.shift(&ui, 1) : -1;
+    };
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-debug=1"}), 0) << debugLog();
+    expectInOrder({"Real uninstall", "Running uninstallation", "Getting GUI colour theme info"});
+    EXPECT_EQ(windows_.made, std::vector<bool>{true});
+    EXPECT_FALSE(machine_.files.hasFile("/app/file"));
+    EXPECT_EQ(machine_.events.signals,
+              (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationWhoseWindowCannotBeMadeFails) {
+    addProduct("");
+    windows_.makes = false;
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-debug=1"}), -1);
+    EXPECT_TRUE(logHolds("ERROR: Unable to start GUI uninstall"));
+    EXPECT_FALSE(logHolds("Running uninstallation"));
+    EXPECT_EQ(boxes_.size(), 1U);
+}
+
+TEST_F(InstallerProgramTest, WithoutRightsAGraphicalRunSaysSoInABox) {
+    machine_.files.setReadOnly("/opt");
+    machine_.files.setReadOnly("C:\\Programs");
+    EXPECT_EQ(run({}), -1);
+    EXPECT_EQ(boxTexts(), std::vector<std::string>{
+                              "This program requires Administrative privileges.\nPlease right-click the "
+                              "installer and select \"Run as Administrator...\""});
+    EXPECT_EQ(boxes_[0].icon, platform::MessageIcon::kWarning);
+    EXPECT_EQ(machine_.console.output, "");
+}
+
+TEST_F(InstallerProgramTest, AFailedChecksumIsToldInABoxOfAGraphicalRun) {
+    EXPECT_EQ(run({"-debug=1"}), 0);
+    EXPECT_EQ(boxTexts(), std::vector<std::string>{
+                              "The checksum of the installer doesn't match. This could indicate a broken "
+                              "download.\nPlease, try downloading again!"});
+    EXPECT_EQ(boxes_[0].icon, platform::MessageIcon::kError);
+    EXPECT_EQ(machine_.console.output.find("checksum"), std::string::npos);
+    expectInOrder({"ERROR: The installer checksum failed!", "Installation finished (res=-1)"});
+}
+
+TEST_F(InstallerProgramTest, ASeparateFileThatIsNoPackageIsToldInABoxOfAGraphicalRun) {
+    machine_.files.addFile("/payload.bin", "no package at all");
+    EXPECT_EQ(run({"-bin=/payload.bin"}), 0);
+    ASSERT_EQ(boxes_.size(), 2U);
+    EXPECT_EQ(boxes_[0].text, "The installer failed to initialize with the supplied binary file!");
+    EXPECT_TRUE(windows_.made.empty());
+}
+
+TEST_F(InstallerProgramTest, ASessionThatCannotStartTellsItsWindow) {
+    run({packageOption("<TandrelGroupInstallation><DefValues/></TandrelGroupInstallation>")});
+    EXPECT_EQ(windows_.record.callsOf("setFatalMessage"),
+              std::vector<std::string>{"setFatalMessage(\"The installation can't start: the description "
+                                       "doesn't name a product\", \"Installation\")"});
+    EXPECT_EQ(windows_.record.countOf("showFatalMessage"), 1);
+    EXPECT_EQ(windows_.record.countOf("run"), 0);
+}
+
+TEST_F(InstallerProgramTest, TheControlHandlerReachesTheWindowWhileItRuns) {
+    windows_.script = [](InstallExchangeInfo& engine, InstallerUI&) {
+        handleConsoleControl(platform::ControlEvent::kClose);
+        EXPECT_TRUE(engine.isCancelled());
+        return 0;
+    };
+    run({packageOption()});
+    EXPECT_EQ(windows_.record.countOf("confirmCancel"), 1);
+    handleConsoleControl(platform::ControlEvent::kClose);
+    EXPECT_EQ(windows_.record.countOf("confirmCancel"), 1);
 }
 
 }  // namespace

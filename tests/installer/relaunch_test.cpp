@@ -7,6 +7,7 @@
 #include "fakes/fake_console.h"
 #include "fakes/fake_platform.h"
 #include "installer/run_options.h"
+#include "installer/start_messages.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -22,7 +23,7 @@ protected:
 
     bool relaunch() {
         platform::Platform bundle = machine_.bundle();
-        return UninstallRelaunch(bundle, log_).run(logPath_, options_);
+        return UninstallRelaunch(bundle, messages_, log_).run(logPath_, options_);
     }
 
     // Fails, says why, and leaves nothing.
@@ -40,6 +41,7 @@ protected:
     }
 
     FakePlatform machine_;
+    StartMessages messages_{machine_.console, platform::showMessage};
     FakeConsole log_;
     RunOptions options_;
     std::string logPath_ = "/product/install.log";

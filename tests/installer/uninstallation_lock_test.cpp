@@ -4,6 +4,7 @@
 
 #include "fakes/fake_console.h"
 #include "fakes/fake_platform.h"
+#include "installer/start_messages.h"
 
 namespace {
 
@@ -15,8 +16,9 @@ protected:
 
     FakePlatform machine_;
     FakeConsole log_;
+    StartMessages messages_{machine_.console, platform::showMessage};
     platform::Platform bundle_ = machine_.bundle();
-    UninstallationLock lock_{bundle_, log_};
+    UninstallationLock lock_{bundle_, messages_, log_};
 };
 
 TEST_F(UninstallationLockTest, IsTakenAtOnceWhereNobodyElseUninstalls) {
@@ -58,7 +60,7 @@ TEST_F(UninstallationLockTest, OneThatAnotherOneStartedDoesNotWaitForThatOne) {
     machine_.processes.running = {{500, "ormeluninst.dll", ""}};
     machine_.processes.ownId = 501;
     machine_.events.lockResults = {LockResult::kBusy};
-    UninstallationLock inner(bundle_, log_);
+    UninstallationLock inner(bundle_, messages_, log_);
     EXPECT_TRUE(inner.take());
     EXPECT_EQ(machine_.events.heldLocks, 1);
     EXPECT_EQ(machine_.console.errors, "");
@@ -68,7 +70,7 @@ TEST_F(UninstallationLockTest, WhoWasStartedByOneThatHasEndedWaitsLikeAnybody) {
     EXPECT_TRUE(lock_.take());
     machine_.processes.running = {{600, "ormeluninst.dll", ""}};
     machine_.events.lockResults = {LockResult::kBusy, LockResult::kBusy};
-    UninstallationLock later(bundle_, log_);
+    UninstallationLock later(bundle_, messages_, log_);
     EXPECT_FALSE(later.take());
 }
 

@@ -144,4 +144,22 @@ TEST_F(InstallerForwardingTest, ExtractsFiles) {
     EXPECT_THROW(session_.extractAlias("none", "/dest", false, false, 0), InstallerError);
 }
 
+TEST_F(InstallerForwardingTest, TheUserChangesNothingWhileAPageIsBusy) {
+    session_.getDialog(1, -1)->special |= kDialogBusy;
+    std::vector<int> results;
+    ui_.onCall = [&](const std::string& call) {
+        if (call == "showPage(1, -1, 1)") {
+            results.push_back(view_.getUiState());
+            results.push_back(view_.setVariable("A", "pressed"));
+            view_.setUiState(kUiFieldInvalid);
+            results.push_back(view_.getUiState());
+        }
+    };
+    EXPECT_EQ(view_.shift(&ui_, 1), 0);
+    EXPECT_EQ(results, (std::vector<int>{kUiBusy, -1, kUiBusy}));
+    EXPECT_EQ(valueOf("A"), "first");
+    EXPECT_EQ(view_.getUiState(), kUiReady);
+    EXPECT_EQ(view_.setVariable("A", "later"), 0);
+}
+
 }  // namespace

@@ -550,4 +550,73 @@ TEST_F(InstallerTest, RemarksOnNamesThatNobodyKnows) {
     EXPECT_EQ(ui_.countOf("addMessage(\"/answers.xml: the description has no variable C\""), 1);
 }
 
+TEST_F(InstallerTest, AGraphicalRunThatCannotStartShowsABox) {
+    ui_.graphical = 1;
+    load(document("<DefValues/>"));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(
+        ui_.callsOf("setFatalMessage"),
+        Lines{"setFatalMessage(\"The installation can't start: the description doesn't name a product\", "
+              "\"Installation\")"});
+    EXPECT_EQ(ui_.calls.back(), "showFatalMessage()");
+    EXPECT_EQ(ui_.countOf("run"), 0);
+    EXPECT_EQ(ui_.countOf("addMessage"), 0);
+}
+
+TEST_F(InstallerTest, AGraphicalRunBesideAnotherOneShowsABox) {
+    ui_.graphical = 1;
+    machine_.events.lockResults = {platform::LockResult::kBusy};
+    load(minimal());
+    EXPECT_EQ(run(), Installer::kAnotherRunIsAtWork);
+    EXPECT_EQ(
+        ui_.callsOf("setFatalMessage"),
+        Lines{"setFatalMessage(\"Another setup or uninstallation of Demo is at work. Nothing was changed; "
+              "please try again later.\", \"Installation\")"});
+}
+
+TEST_F(InstallerTest, AnErrorThatEndsAGraphicalRunIsShownAfterItsWindow) {
+    ui_.graphical = 1;
+    load(minimal());
+    ui_.script = []() -> int { throw InstallerError("a step failed"); };
+    EXPECT_EQ(run(), -1);
+    const Lines calls = ui_.take();
+    ASSERT_GE(calls.size(), 3U);
+    EXPECT_EQ(calls[calls.size() - 3], "finish()");
+    EXPECT_EQ(
+        calls[calls.size() - 2],
+        "setFatalMessage(\"a step failed\nNothing was installed: the run was held on the page \"Hello\"\", \"Installation\")");
+    EXPECT_EQ(calls[calls.size() - 1], "showFatalMessage()");
+    EXPECT_EQ(ui_.countOf("messageBox"), 0);
+}
+
+TEST_F(InstallerTest, AWindowThatWasReadToItsEndNeedsNoBox) {
+    ui_.graphical = 1;
+    load(minimal());
+    ui_.script = [this] { return session_.shift(&ui_, 1); };
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(ui_.countOf("setFatalMessage"), 0);
+    EXPECT_EQ(ui_.countOf("showFatalMessage"), 0);
+}
+
+TEST_F(InstallerTest, WhatStaysOfAnEarlierVersionIsShownAfterTheWindow) {
+    ui_.graphical = 1;
+    load(minimal());
+    ui_.script = [this] {
+        session_.removed.isToBeContinued = true;
+        return 0;
+    };
+    run();
+    EXPECT_EQ(
+        ui_.callsOf("setFatalMessage"),
+        Lines{"setFatalMessage(\"The same setup, run again, tries once more to take back what is left of "
+              "this run.\", \"Installation\")"});
+}
+
+TEST_F(InstallerTest, TheConsoleNeedsNoBoxes) {
+    load(document("<DefValues/>"));
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(ui_.countOf("setFatalMessage"), 0);
+    EXPECT_EQ(ui_.countOf("showFatalMessage"), 0);
+}
+
 }  // namespace

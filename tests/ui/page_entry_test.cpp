@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/errors.h"
 #include "walk_fixture.h"
 
 namespace {
@@ -281,6 +282,40 @@ TEST_F(PageEntryTest, FlushesTheSummaryAtEvery32ndError) {
         EXPECT_EQ(lines[i + 1], flush ? "addFileLine(\"error\", 1)" : "addFileLine(\"error\", 0)") << i;
     }
     EXPECT_EQ(lines.back(), "addFileLine(null, 1)");
+}
+
+TEST_F(PageEntryTest, LeavesTheStatesOfWorkWhenTheWorkThrows) {
+    for (const char* name : {"Uninstall", "CopyProgress", "RevertInstallation", "RevertUninstallation"}) {
+        std::vector<std::int32_t> during;
+        actions.onCall = [&](const std::string& call) {
+            if (call != "normalizeDirectoryFields") {
+                during.push_back(state.uiState);
+                throw InstallerError("lost");
+            }
+        };
+        EXPECT_THROW(enter(name), InstallerError) << name;
+        EXPECT_EQ(during, std::vector<std::int32_t>{kUiInstallationRunning}) << name;
+        EXPECT_EQ(state.uiState, kUiReady) << name;
+    }
+}
+
+TEST_F(PageEntryTest, LeavesTheBusyStateWhenATriggerThrows) {
+    actions.onCall = [](const std::string&) { throw InstallerError("lost"); };
+    page = makePage("Evaluating", kDialogBusy);
+    addTrigger(page, kTriggerOnDlgEval, kTriggerRunActions, "", "Section");
+    dialogs.add(page);
+    PageVisit visit{0, -1, ui, dialogs.getDialogs().back(), state};
+    EXPECT_THROW(entry.enterPage(visit), InstallerError);
+    EXPECT_EQ(state.uiState, kUiReady);
+}
+
+TEST_F(PageEntryTest, KeepsAStateThatAnotherOneSetBeforeTheException) {
+    actions.onCall = [this](const std::string&) {
+        state.uiState = kUiConditionUnmet;
+        throw InstallerError("lost");
+    };
+    EXPECT_THROW(enter("PostInstall", kDialogBusy), InstallerError);
+    EXPECT_EQ(state.uiState, kUiConditionUnmet);
 }
 
 }  // namespace
