@@ -28,10 +28,14 @@ constexpr int kGzip = 16 + MAX_WBITS;
 // The format ends with the length of what it holds, little-endian.
 constexpr std::size_t kLengthBytes = 4;
 
+std::size_t carriedLength() {
+    return static_cast<std::size_t>(tandrelWindowModuleEnd - tandrelWindowModule);
+}
+
 std::size_t expandedLength() {
     std::size_t length = 0;
     for (std::size_t i = 1; i <= kLengthBytes; ++i) {
-        length = length << 8U | *(tandrelWindowModuleEnd - i);
+        length = length << 8U | tandrelWindowModule[carriedLength() - i];
     }
     return length;
 }
@@ -44,7 +48,7 @@ std::string expandedModule() {
         return {};
     }
     stream.next_in = const_cast<unsigned char*>(tandrelWindowModule);
-    stream.avail_in = static_cast<uInt>(tandrelWindowModuleEnd - tandrelWindowModule);
+    stream.avail_in = static_cast<uInt>(carriedLength());
     stream.next_out = reinterpret_cast<unsigned char*>(module.data());
     stream.avail_out = static_cast<uInt>(module.size());
     const bool isWhole = inflate(&stream, Z_FINISH) == Z_STREAM_END && stream.avail_out == 0;
