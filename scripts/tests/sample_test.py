@@ -192,7 +192,8 @@ class Theme(unittest.TestCase):
                              ("ActiveText", "ListBackground"), ("InactiveText", "DialogBackground"),
                              ("InactiveText", "ListBackground"), ("HighlightedText", "DialogBackground"),
                              ("InputBoxText", "InputBoxBackground"), ("LinkButtons", "DialogBackground"),
-                             ("LinkButtons", "ButtonsBackground"), ("ButtonsText", "ButtonsBackground"),
+                             ("LinkButtons", "Page"), ("PrimaryActive", "Page"),
+                             ("ButtonsText", "ButtonsBackground"),
                              ("ActiveButtonsText", "ActiveButtonsBackground"), ("OnPrimary", "Primary"),
                              ("OnPrimary", "PrimaryActive"), ("InvalidFieldForeground", "InvalidFieldBackground")):
             self.assertGreaterEqual(self.contrast(text, ground), 4.5, (text, ground))
