@@ -59,7 +59,12 @@ RadioButtonControl::RadioButtonControl(const ControlSite& site, const ControlSpe
     button_ = makeHidden<wxRadioButton>(site.parent, wxID_ANY, wideText(spec.text));
     adopt(button_);
     site.group->join(*this);
-    button_->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { this->site().events->pressed(id()); });
+    // A press of the chosen button is an event as well.
+    button_->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) {
+        if (this->site().group->choose(this)) {
+            this->site().events->pressed(id());
+        }
+    });
 }
 
 RadioButtonControl::~RadioButtonControl() {
@@ -72,6 +77,7 @@ bool RadioButtonControl::isTabStop() const {
 
 void RadioButtonControl::setChecked(bool checked) {
     if (checked) {
+        site().group->choose(this);
         button_->SetValue(true);
     } else if (isChecked()) {
         site().group->chooseNone();
