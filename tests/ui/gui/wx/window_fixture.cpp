@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::chrono::seconds kPatience{30};
+constexpr std::chrono::seconds kPatience{10};
 constexpr std::chrono::milliseconds kPause{2};
 constexpr Extent kPage{600, 460};
 
@@ -73,9 +73,14 @@ void WindowTest::inFrame(std::function<void()> body, bool isThemed) {
         spec.clientSize = kPage;
         spec.isThemed = isThemed;
         ASSERT_TRUE(toolkit->makeFrame(spec));
+        lastActivation = false;
         toolkit->showFrame();
-        waitUntil([&] { return toolkit->isActive() && !notes.empty() && notes.back() == "first show"; },
-                  "the frame to get the focus");
+        waitUntil(
+            [&] {
+                return lastActivation && toolkit->isActive() && !notes.empty() &&
+                       notes.back() == "first show";
+            },
+            "the frame to get the focus");
         notes.clear();
         if (!HasFatalFailure()) {
             body();
@@ -124,7 +129,7 @@ void WindowTest::click(ControlId control, int fromRight) {
     const Place place = toolkit->place(control);
     const int x = fromRight < 0 ? place.x + place.width / 2 : place.x + place.width - fromRight;
     const std::string y = std::to_string(place.y + place.height / 2);
-    act({"search", "--onlyvisible", "--name", "Tandrel window test", "mousemove", "--window", "%1",
+    act({"search", "--sync", "--onlyvisible", "--name", "Tandrel window test", "mousemove", "--window", "%1",
          std::to_string(x), y, "click", "1"});
 }
 

@@ -43,7 +43,7 @@ protected:
     // The same with a frame on the screen that has the focus.
     void inFrame(std::function<void()> body, bool isThemed = false);
 
-    // Handles events until it is so; fails after half a minute.
+    // Handles events until it is so; fails after some seconds.
     void waitUntil(const std::function<bool()>& isSo, std::string_view what);
     // Until `word` is the last one that was noted.
     void waitFor(const std::string& word);
