@@ -60,11 +60,13 @@ endif()
 # script): its C++ library must not mix with that of the program. Static libraries among what it is linked to must be
 # position-independent (-fPIC).
 function(tandrel_toolkit_module name exports)
-  add_library(${name} MODULE ${ARGN})
+  add_library(${name} MODULE EXCLUDE_FROM_ALL ${ARGN})
   # What Hardening.cmake gives to programs and a module can't have.
   foreach(property COMPILE_OPTIONS LINK_OPTIONS)
     get_target_property(flags ${name} ${property})
     list(REMOVE_ITEM flags -fPIE -pie)
+    # It has to work in a program that has the sanitizers' run-time library and in one that hasn't.
+    list(FILTER flags EXCLUDE REGEX "^-f(no-)?sanitize")
     set_target_properties(${name} PROPERTIES ${property} "${flags}")
   endforeach()
   target_compile_options(${name} PRIVATE -fPIC -fvisibility=hidden -fvisibility-inlines-hidden)

@@ -6,12 +6,15 @@
 #include <string_view>
 
 #include "fuzz_target.h"
+#include "rich_text_check.h"
 #include "text/document_text.h"
 #include "text/installer_plain_text_translator.h"
 #include "text/tgm_parser.h"
+#include "text/utf8_check.h"
+#include "ui/gui/document_content.h"
 
 // The first two bytes hold settings, the rest is the document. Whatever it is, each form ends, keeps the
-// lines of a console whole, and stays in proportion to the document.
+// lines of a console whole, is text that a window can show, and stays in proportion to the document.
 namespace {
 
 constexpr std::size_t kHeader = 2;
@@ -56,6 +59,16 @@ void checkLosses(std::string_view document) {
     }
 }
 
+// Also what isn't markdown at all, because authors forget to name the format.
+void checkWindow(std::string_view document, const DocumentColours& colours) {
+    for (const std::string_view format : {kMarkdownFormat, std::string_view()}) {
+        requireSoundCommands(richTextContent(document, format, colours).get());
+        require(!findInvalidUtf8(htmlContent(document, format, colours)).has_value());
+        const std::string text = plainTextContent(document, format);
+        require(!findInvalidUtf8(text).has_value() && text.find('\r') == std::string::npos);
+    }
+}
+
 }  // namespace
 
 bool accepts(std::string_view input) {
@@ -70,6 +83,8 @@ bool accepts(std::string_view input) {
     richTextAsText(document, width);
     markdownAsHtml(document);
     checkLosses(document);
+    checkWindow(document,
+                {.element = (bits & 1) != 0 ? 0x00102030 : -1, .theme = (bits & 2) != 0 ? 0x00405060 : -1});
     TGMParseResult result;
     markdownAsTree(document, result);
     require(result.succeeded() == shown.has_value());

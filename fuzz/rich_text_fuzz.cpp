@@ -6,12 +6,14 @@
 #include <string_view>
 
 #include "fuzz_target.h"
+#include "rich_text_check.h"
 #include "text/rich_text_callback.h"
 #include "text/rich_text_wrap.h"
 #include "text/rtf_reader.h"
+#include "ui/gui/document_content.h"
 
-// The first byte is the width, the rest the document: read in all modes, alone and with a callback, and
-// wrapped.
+// The first byte is the width, the rest the document: read in all modes, alone and with a callback, wrapped,
+// and put into a control.
 namespace {
 
 // Gathers the text as a control would; between two calls nothing else may be written.
@@ -58,6 +60,18 @@ void checkWrapped(const std::string& text, int width) {
     }
 }
 
+std::string asciiOf(std::string text) {
+    std::erase_if(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80 || c == '\n'; });
+    return text;
+}
+
+// A control shows the letters of the plain text, with lines of its own.
+void checkControl(std::string_view document, const std::optional<std::string>& text, std::int32_t colour) {
+    const RichTextCommands commands = richTextContent(document, "", {.element = -1, .theme = colour});
+    const std::string shown = requireSoundCommands(commands.get());
+    require(asciiOf(shown) == asciiOf(text.value_or("")));
+}
+
 }  // namespace
 
 bool accepts(std::string_view input) {
@@ -77,6 +91,7 @@ bool accepts(std::string_view input) {
         require(gathering.gathered == *text && text->size() <= document.size());
         require(read(document, RtfMode::kPlain, width) == RichTextWrap(width).wrap(*text));
     }
+    checkControl(document, text, width % 2 == 0 ? -1 : width);
     checkWrapped(std::string(document), width);
     return text.has_value() && !text->empty();
 }

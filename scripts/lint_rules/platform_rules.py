@@ -4,8 +4,9 @@ import re
 
 from lint_rules.cpp_sources import line_at, lines_of
 
-# The only places that may include headers of the operating system and ask which platform it is.
-SYSTEM_FOLDERS = {"platform/posix", "platform/windows"}
+# The only places that may include headers of the operating system and ask which platform it is. The last two know its window
+# system; the module of the window can't call the platform's code.
+SYSTEM_FOLDERS = {"platform/posix", "platform/windows", "ui/gui/wx/gtk", "ui/gui/wx/msw"}
 
 # Functions of one system that the standard headers of its compiler also declare, so that the code compiles there and
 # nowhere else. Only names that nobody would give to a function of their own.

@@ -53,4 +53,16 @@ std::size_t utf8CharacterLength(std::string_view text) {
     return 0;
 }
 
+std::string validUtf8(std::string_view text) {
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+    std::string valid;
+    valid.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = utf8CharacterLength(text);
+        valid += length == 0 ? kReplacement : text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return valid;
+}
+
 }  // namespace OUtils

@@ -40,9 +40,7 @@ std::string withoutSeparators(std::string_view text) {
 
 // As joining paths does everywhere: one separator, none after an empty path, and a path that is full stays.
 void appendComponent(std::string& path, std::string_view name) {
-    path.resize(kPathLimit + 1);
-    OUtils::joinPath(path.data(), std::string(name).c_str(), kPathLimit + 1);
-    path.resize(path.find('\0'));
+    path = OUtils::joinedPath(std::move(path), name, kPathLimit);
 }
 
 }  // namespace

@@ -243,8 +243,8 @@ void AdditionalActions::createFile(const Action& action) {
     const bool expandsContent = tags.isSet(action.node, "ExpandVarsInFile");
     const unsigned mode = fileModeOf(action.node);
     extractor_.extractAlias(action.path, destination, expandsContent, stripsExtension);
-    context_.debugLog.print("Created a file from alias(%s) : \"%s\" (0%o)", action.path.c_str(),
-                            destination.c_str(), mode);
+    context_.debugLog.line("Created a file from alias(" + action.path + ") : \"" + destination + "\" (0" +
+                           OUtils::formatText("%o", mode) + ")");
 }
 
 // The mode is only logged: files get the mode that is usual for new ones.

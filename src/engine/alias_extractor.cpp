@@ -69,10 +69,7 @@ std::string AliasExtractor::pathOf(std::string_view name, std::string_view direc
     if (!isPlainFileName(name)) {
         throw InstallerError("ERROR: Could not create file (%s)!", std::string(name).c_str());
     }
-    PathText joined{directory};
-    OUtils::joinPath(joined.data(), std::string(name).c_str(),
-                     static_cast<std::int64_t>(PathText::capacity()));
-    std::string path(joined.view());
+    std::string path = OUtils::joinedPath(std::string(directory), name, PathText::capacity() - 1);
     if (stripExeExtension) {
         removeExtension(path);
     }

@@ -91,8 +91,8 @@ bool DiskFiles::write(std::string_view path, bool exists, std::string_view conte
     const auto size = static_cast<std::uint32_t>(content.size());
     int status = file.open(path, rights);
     if (debugLog_.level() >= kFileDebugLevel) {
-        debugLog_.print("+ Creating file \"%s\" (size = %d, iores = %d)", std::string(path).c_str(),
-                        static_cast<int>(size), status);
+        debugLog_.line("+ Creating file \"" + std::string(path) + "\" (size = " +
+                       std::to_string(static_cast<int>(size)) + ", iores = " + std::to_string(status) + ")");
     }
     failure_ = status;
     if (status != 0) {

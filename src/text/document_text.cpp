@@ -38,15 +38,19 @@ PlainTextSettings consoleSettings(int columns) {
 
 template <typename Translator>
 std::optional<std::string> translate(std::string_view document, Translator& translator) {
-    TGMParser parser(documentOptions());
-    if (!parser.parse(document).succeeded()) {
-        return std::nullopt;
-    }
-    parser.walk(translator);
-    return translator.takeResult();
+    return walkMarkdown(document, translator) ? std::optional(translator.takeResult()) : std::nullopt;
 }
 
 }  // namespace
+
+bool walkMarkdown(std::string_view document, TGMTranslator& translator) {
+    TGMParser parser(documentOptions());
+    if (!parser.parse(document).succeeded()) {
+        return false;
+    }
+    parser.walk(translator);
+    return true;
+}
 
 std::optional<std::string> markdownAsText(std::string_view document, int columns) {
     InstallerPlainTextTranslator translator(consoleSettings(std::max(columns, 0)));

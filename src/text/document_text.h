@@ -8,6 +8,8 @@
 #include "text/rtf_reader.h"
 #include "text/tgm_parse_options.h"
 
+class TGMTranslator;
+
 // The word by which a description marks a document of the markdown dialect.
 inline constexpr std::string_view kMarkdownFormat = "TandrelMarkdown";
 
@@ -24,6 +26,9 @@ std::optional<std::string> richTextAsText(std::string_view document, int columns
 // fault. The sources of the second are views into the document.
 std::vector<TGMLoss> lossesOfMarkdown(std::string_view document);
 std::vector<RtfLoss> lossesOfRichText(std::string_view document);
+
+// Hands a markdown document to a translator. False, with nothing handed over, if the document is broken.
+bool walkMarkdown(std::string_view document, TGMTranslator& translator);
 
 // As a whole HTML page.
 std::optional<std::string> markdownAsHtml(std::string_view document);

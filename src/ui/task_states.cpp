@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
-#include "base/fixed_text.h"
 #include "contracts/installer_ui.h"
 #include "description/dialog_model.h"
 #include "description/expressions.h"
 #include "ui/navigation_state.h"
 
-namespace {
-
-const FixedText<512>& labelOf(const TaskDesc& task, std::int32_t state) {
+const FixedText<512>& taskLabel(const TaskDesc& task, std::int32_t state) {
     const bool isAhead = state == kTaskNotReached || state == kTaskDisabled;
     const bool isOver = state == kTaskFinished || state == kTaskFinishedWithError;
     const FixedText<512>& label = isAhead  ? task.unreachedLabel
@@ -18,8 +15,6 @@ const FixedText<512>& labelOf(const TaskDesc& task, std::int32_t state) {
                                            : task.currentLabel;
     return label.isEmpty() ? task.currentLabel : label;
 }
-
-}  // namespace
 
 TaskStates::TaskStates(NavigationState& state, DialogModel& dialogs, Expressions& expressions)
     : state_(state), dialogs_(dialogs), expressions_(expressions) {}
@@ -32,7 +27,7 @@ void TaskStates::update(InstallerUI& ui, int dialog, int task, std::int32_t stat
     if (state != kTaskDisabled) {
         desc->state = state;
     }
-    ui.setTaskState(desc->name.c_str(), labelOf(*desc, state).c_str(), state);
+    ui.setTaskState(desc->name.c_str(), taskLabel(*desc, state).c_str(), state);
 }
 
 void TaskStates::refresh(InstallerUI& ui) {

@@ -2,10 +2,16 @@
 
 #include <cstdint>
 
+#include "base/fixed_text.h"
+
 class DialogModel;
 class Expressions;
 class InstallerUI;
 struct NavigationState;
+struct TaskDesc;
+
+// What a task list says about a task in this TaskState.
+const FixedText<512>& taskLabel(const TaskDesc& task, std::int32_t state);
 
 // The states of the tasks in a task list, stored and shown.
 class TaskStates {

@@ -5,6 +5,7 @@
 namespace {
 
 using OUtils::utf8CharacterLength;
+using OUtils::validUtf8;
 
 TEST(Utf8CharacterTest, MeasuresTheFirstCharacter) {
     EXPECT_EQ(1U, utf8CharacterLength("ab"));
@@ -21,6 +22,18 @@ TEST(Utf8CharacterTest, FindsNoneInBrokenBytes) {
     EXPECT_EQ(0U, utf8CharacterLength("\xC0\x9B"));          // overlong
     EXPECT_EQ(0U, utf8CharacterLength("\xED\xA0\x80"));      // surrogate
     EXPECT_EQ(0U, utf8CharacterLength("\xF4\x90\x80\x80"));  // above U+10FFFF
+}
+
+TEST(Utf8CharacterTest, ReplacesEachByteThatIsNoUtf8) {
+    EXPECT_EQ("", validUtf8(""));
+    EXPECT_EQ("a\xC3\xBC\xE2\x82\xAC", validUtf8("a\xC3\xBC\xE2\x82\xAC"));
+    EXPECT_EQ(
+        "\xEF\xBF\xBD"
+        "b",
+        validUtf8("\xFC"
+                  "b"));
+    EXPECT_EQ("a\xEF\xBF\xBD\xEF\xBF\xBD", validUtf8("a\xE2\x82"));
+    EXPECT_EQ(std::string_view("\0\n", 2), validUtf8(std::string_view("\0\n", 2)));
 }
 
 }  // namespace

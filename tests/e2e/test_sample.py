@@ -18,14 +18,18 @@ class Sample(EndToEndTest):
     def setUp(self):
         super().setUp()
         subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True, timeout=60)
-        result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+        self.pack("install.xml")
+        self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
+        # The directory in the installer's normalised form.
+        self.dir = self.native("opt/tandrel").replace("/", "\\")
+
+    def pack(self, description):
+        """Makes the setup of the staged product, which is gone afterwards."""
+        result = self.packager("build", "--description", self.native("stage/" + description), "--root",
                                self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
                                self.native("setup" + EXE))
         self.assertEqual(result.code, 0, result)
         shutil.rmtree(self.host("stage"))
-        self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
-        # The directory in the installer's normalised form.
-        self.dir = self.native("opt/tandrel").replace("/", "\\")
 
     def install(self, *arguments):
         result = self.run_program("setup" + EXE, "-auto", *self.settings, *arguments)
@@ -84,7 +88,7 @@ class Sample(EndToEndTest):
             "README.md", "THIRD-PARTY-LICENCES.md", f"bin/packager{EXE}", "docs/agreement.md",
             "docs/banner.png", "docs/getting-started.md", f"images/{IMAGE}", "samples/hello.sh",
             "samples/hello.xml", f"samples/hello-setup{EXE}", *hello, "tandrel.conf", "tandrel.conf.default",
-            "tools.ini", "uninstall/backup.bin", "uninstall/getting-started.change", "uninstall/install.log",
+            "tools.ini", "uninstall/appicon.png", "uninstall/backup.bin", "uninstall/getting-started.change", "uninstall/install.log",
             "uninstall/install.xml", f"uninstall/installer{EXE}"]))
         self.assertEqual(tree["tandrel.conf"], tree["tandrel.conf.default"])
         self.assertEqual(tree["THIRD-PARTY-LICENCES.md"], (TOP / "THIRD-PARTY-LICENCES.md").read_bytes())
@@ -121,6 +125,26 @@ class Sample(EndToEndTest):
         self.assertEqual(present["TANDREL_SAMPLES"], self.dir + "/samples")
         earlier = before.get("PATH", "")
         self.assertEqual(present["PATH"], (earlier.rstrip(";") + ";" if earlier else "") + self.dir + "/bin")
+
+    def test_the_variant_with_colours_of_its_own_differs_in_nothing_else(self):
+        before = self.machine_state()
+        self.install()
+        plain = self.tree("opt/tandrel")
+        self.uninstall()
+        self.assertEqual(self.machine_state()[0].keys(), before[0].keys())
+        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True, timeout=60)
+        self.pack("install-themed.xml")
+        before = self.machine_state()
+        self.install()
+        themed = self.tree("opt/tandrel")
+        self.assertEqual(themed.keys(), plain.keys())
+        # The times and the size of the package differ as well.
+        records = ("uninstall/install.log", "uninstall/backup.bin", f"samples/hello-setup{EXE}")
+        self.assertEqual([name for name in plain if themed[name] != plain[name] and name not in records],
+                         ["uninstall/install.xml"])
+        self.assertIn(b"<ColourTheme>", themed["uninstall/install.xml"])
+        self.uninstall()
+        self.assertEqual(self.machine_state(), before)
 
     def test_files_of_somebody_else_stay_or_are_restored(self):
         self.write("opt/tandrel/tandrel.conf", "somebody else's settings")

@@ -81,12 +81,16 @@ std::vector<std::pair<std::string, std::string>> filesOf(Version version) {
             {"sampleshello.xml", "<hello/>"},
             {isFirst ? "sampleshello.sh" : "samplessecond.sh", "echo hello"},
             {"Agreement", "I agree " + number},
-            {"Banner", "a picture"}};
+            {"Banner", "a picture"},
+            {"AppIcon", "the icon of all versions"}};
 }
 
 // The name in the package, under which an action may put the file on the disk.
 std::string nameOf(const std::string& alias) {
-    return alias == "Agreement" ? "agreement.md" : alias == "Banner" ? "banner.png" : alias;
+    return alias == "Agreement" ? "agreement.md"
+           : alias == "Banner"  ? "banner.png"
+           : alias == "AppIcon" ? "appicon.png"
+                                : alias;
 }
 
 void pack(MemoryFileSystem& files, Version version) {

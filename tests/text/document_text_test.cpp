@@ -4,6 +4,8 @@
 
 #include <climits>
 
+#include "text/basic_html_translator.h"
+
 namespace {
 
 std::string text(std::string_view document, int columns = 80) {
@@ -220,6 +222,15 @@ TEST(DocumentTextTest, GivesTheLossesOfADocumentWithTheirPlaces) {
     EXPECT_EQ(RtfLossKind::kByte, bytes[0].kind);
     EXPECT_EQ(8U, bytes[0].offset);
     EXPECT_EQ("\\'e9", bytes[0].source);
+}
+
+TEST(DocumentTextTest, HandsADocumentOverOnlyWhenItIsWhole) {
+    BasicHTMLTranslator whole;
+    EXPECT_TRUE(walkMarkdown("a\nb", whole));
+    EXPECT_NE(whole.getText().find("a b"), std::string_view::npos);
+    BasicHTMLTranslator empty;
+    EXPECT_FALSE(walkMarkdown("", empty));
+    EXPECT_EQ("", empty.getText());
 }
 
 }  // namespace

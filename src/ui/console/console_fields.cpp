@@ -1,16 +1,15 @@
 #include "ui/console/console_fields.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/fixed_text.h"
-#include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
 #include "platform/written_path.h"
 #include "ui/console/decimal_text.h"
+#include "ui/field_values.h"
 
 namespace ConsoleInterface {
 
@@ -18,9 +17,6 @@ namespace {
 
 constexpr std::size_t kRadioValueCapacity = 512;
 constexpr std::size_t kCheckboxValueCapacity = 16;
-constexpr std::size_t kNetworkPathStart = 2;
-// What the C locale calls white space.
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
 template <typename Field>
 std::unique_ptr<ConsoleField> make() {
@@ -38,38 +34,6 @@ constexpr FieldType kFieldTypes[] = {
     {kFieldPassword, make<PasswordField>},
 };
 
-std::string_view trimEnd(std::string_view text, std::string_view characters) {
-    return text.substr(0, text.find_last_not_of(characters) + 1);
-}
-
-std::string_view trim(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(kWhiteSpace);
-    return start == std::string_view::npos ? std::string_view() : trimEnd(text.substr(start), kWhiteSpace);
-}
-
-// A network path keeps the two separators that it begins with.
-std::string cleanPath(std::string_view answer) {
-    std::string path(trim(answer));
-    OUtils::setSeparators(path.data());
-    std::string clean;
-    const std::size_t body = std::min(path.find_first_not_of('\\'), path.size());
-    clean.append(path, 0, std::min(body, kNetworkPathStart));
-    for (std::size_t i = body; i < path.size(); ++i) {
-        if (path[i] != '\\' || clean.back() != '\\') {
-            clean += path[i];
-        }
-    }
-    return std::string(trimEnd(trimEnd(trimEnd(clean, "\\"), kWhiteSpace), "\\"));
-}
-
-// Empty for a variable that doesn't exist. At most `capacity` - 1 bytes.
-std::string valueOf(const DialogFieldDesc& field, InstallExchangeInfo& engine, std::size_t capacity) {
-    std::string value(capacity, '\0');
-    engine.getVariable(field.variable.c_str(), value.data(), static_cast<int>(capacity));
-    value.resize(value.find('\0'));
-    return value;
-}
-
 std::string defaultOf(const DialogFieldDesc& field, InstallExchangeInfo& engine) {
     PathText value;
     engine.getDefaultValue(field.variable.c_str(), value.data(), static_cast<int>(PathText::capacity()));
@@ -83,7 +47,7 @@ struct Presets {
 };
 
 Presets presetsOf(const DialogFieldDesc& field, InstallExchangeInfo& engine) {
-    return {valueOf(field, engine, PathText::capacity()), defaultOf(field, engine)};
+    return {valueOfVariable(field.variable.view(), engine, PathText::capacity()), defaultOf(field, engine)};
 }
 
 // The answer as it was given, or the default of the variable when the question was interrupted.
@@ -116,24 +80,15 @@ std::vector<std::string> itemsOf(const DialogFieldDesc& field) {
     return items;
 }
 
-std::vector<bool> enabledOf(const DialogFieldDesc& field, std::size_t count, InstallExchangeInfo& engine) {
-    const std::vector<std::string> conditions = OUtils::splitText(field.enable.view(), '|');
-    std::vector<bool> enabled(count, true);
-    for (std::size_t i = 0; i < count && i < conditions.size(); ++i) {
-        enabled[i] = engine.evaluateCondition(conditions[i].c_str()) != 0;
-    }
-    return enabled;
-}
-
 // The variable as a number below `count`, or -1.
 int presetOf(const DialogFieldDesc& field, std::size_t capacity, std::size_t count,
              InstallExchangeInfo& engine) {
-    const int number = parseDecimal(valueOf(field, engine, capacity)).value_or(-1);
+    const int number = parseDecimal(valueOfVariable(field.variable.view(), engine, capacity)).value_or(-1);
     return number >= 0 && static_cast<std::size_t>(number) < count ? number : -1;
 }
 
 void store(const DialogFieldDesc& field, const std::string& answer, InstallExchangeInfo& engine) {
-    engine.setVariable(field.variable.c_str(), answer.c_str());
+    storeVariable(field.variable.view(), answer, engine);
 }
 
 }  // namespace
@@ -148,14 +103,14 @@ std::unique_ptr<ConsoleField> makeField(std::int32_t type) {
 }
 
 void ConsoleField::process(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
-    if (engine.evaluateCondition(field.condition.c_str()) != 0) {
+    if (conditionHolds(field.condition.view(), engine)) {
         ask(field, input, engine);
     }
 }
 
 void RadioField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
     const std::vector<std::string> items = itemsOf(field);
-    const std::vector<bool> enabled = enabledOf(field, items.size(), engine);
+    const std::vector<bool> enabled = enabledItems(field.enable.view(), items.size(), engine);
     const int preset = presetOf(field, kRadioValueCapacity, items.size(), engine);
     store(field, std::to_string(input.askList(field.label.c_str(), preset, items, enabled)), engine);
 }
@@ -167,11 +122,12 @@ void CheckboxField::ask(const DialogFieldDesc& field, InputProvider& input, Inst
 }
 
 void DirectoryField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
-    store(field, cleanPath(askForPath(field, input, engine)), engine);
+    store(field, cleanDirectory(askForPath(field, input, engine)), engine);
 }
 
 void PlainTextField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
-    store(field, std::string(trim(askForText(field, input, presetsOf(field, engine), true))), engine);
+    store(field, std::string(trimmedAnswer(askForText(field, input, presetsOf(field, engine), true))),
+          engine);
 }
 
 void PasswordField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {

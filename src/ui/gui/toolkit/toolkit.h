@@ -10,7 +10,7 @@ class ToolkitEvents;
 
 enum class MessageButtons { kOk, kOkCancel, kYesNo };
 enum class MessageSign { kNone, kInformation, kError };
-enum class SystemColour { kWindowText, kGrayText };
+enum class SystemColour { kWindowText, kGrayText, kPage };
 
 struct FrameSpec {
     std::string_view title;

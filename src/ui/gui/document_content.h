@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "ui/gui/rich_text_commands.h"
+
+// The colours of a document's text, each 0x00BBGGRR, or -1 when not set. A session without a theme sets none.
+struct DocumentColours {
+    std::int32_t element = -1;  // its own
+    std::int32_t theme = -1;    // ThemeSlot::kActiveText
+};
+
+// These functions turn a document of a product into what a control is given. `format` is the element's, and
+// compared without regard to ASCII case. A document ends at its first zero byte; a broken one gives nothing,
+// so the control stays empty. All texts are valid UTF-8.
+
+// Markdown or else rich text. Of the rich text only the theme's colour counts.
+RichTextCommands richTextContent(std::string_view document, std::string_view format,
+                                 const DocumentColours& colours);
+
+// A page of HTML: markdown or else HTML, which has only the theme's colour put around the content of its
+// body.
+std::string htmlContent(std::string_view document, std::string_view format, const DocumentColours& colours);
+
+// Markdown or else plain text. Lines end at line feeds alone.
+std::string plainTextContent(std::string_view document, std::string_view format);
+
+// Colours of a description and of the toolkit are 0x00BBGGRR, those of HTML 0xRRGGBB.
+std::uint32_t htmlColour(std::int32_t colour);

@@ -1,0 +1,127 @@
+#include "ui/gui/wx/documents.h"
+
+#include <wx/settings.h>
+#include <wx/utils.h>
+
+#include "ui/gui/wx/accessibility.h"
+#include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/rich_text_writer.h"
+
+namespace {
+
+constexpr long kDocumentStyle = wxBORDER_STATIC | wxVSCROLL;
+
+wxFont systemFont() {
+    return wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
+}
+
+// A page comes with a setup from anywhere. It may neither read files nor reach the network by itself, and a
+// click on one of its links starts nothing but the user's browser or mail program.
+class Page : public wxHtmlWindow {
+public:
+    using wxHtmlWindow::wxHtmlWindow;
+
+    wxHtmlOpeningStatus OnOpeningURL(wxHtmlURLType /*type*/, const wxString& /*url*/,
+                                     wxString* /*redirect*/) const override {
+        return wxHTML_BLOCK;
+    }
+
+    void OnLinkClicked(const wxHtmlLinkInfo& link) override {
+        const wxString target = link.GetHref();
+        if (target.StartsWith("#")) {
+            wxHtmlWindow::OnLinkClicked(link);
+        } else if (isHarmless(target.Lower())) {
+            wxLaunchDefaultBrowser(target);
+        }
+    }
+
+private:
+    static bool isHarmless(const wxString& target) {
+        return target.StartsWith("http://") || target.StartsWith("https://") || target.StartsWith("mailto:");
+    }
+};
+
+}  // namespace
+
+LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
+    lines_ = new wxTextCtrl;
+    lines_->Hide();
+    lines_->Create(site.parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                   wxTE_MULTILINE | wxTE_READONLY | wxVSCROLL);
+    adopt(lines_);
+    lines_->SetMaxLength(0);  // else Windows stops at 64 KB
+    if (spec.kind == ControlKind::kLines) {
+        wxFont font = systemFont();
+        font.SetPointSize(font.GetPointSize() - 1);
+        lines_->SetFont(font);
+    }
+    lines_->ChangeValue(wideText(spec.text));
+}
+
+void LinesControl::setText(const wxString& text) {
+    lines_->ChangeValue(text);
+    lines_->SetInsertionPoint(0);
+}
+
+RichTextControl::RichTextControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
+    document_ = new wxRichTextCtrl;
+    document_->Hide();
+    document_->Create(site.parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                      wxRE_MULTILINE | wxRE_READONLY | kDocumentStyle);
+    adopt(document_);
+    document_->SetFont(systemFont());
+    document_->SetTextCursor(wxCursor(wxCURSOR_ARROW));
+    RichTextControl::setText(wideText(spec.text));
+}
+
+void RichTextControl::setText(const wxString& text) {
+    document_->SetValue(text);
+    accessibility::setContent(*document_, accessibility::Role::kDocument, text);
+}
+
+void RichTextControl::setRichText(std::span<const RichTextCommand> commands) {
+    document_->Freeze();
+    writeRichText(*document_, commands);
+    document_->Thaw();
+    accessibility::setContent(*document_, accessibility::Role::kDocument, text());
+}
+
+void RichTextControl::applyColours() {
+    const ControlColours& own = colours();
+    const wxColour text = own.foreground == -1 ? wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT)
+                                               : colourOf(own.foreground);
+    document_->SetBackgroundColour(own.background == -1 ? wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW)
+                                                        : colourOf(own.background));
+    wxRichTextAttr style = document_->GetBasicStyle();
+    style.SetTextColour(text);
+    document_->SetBasicStyle(style);
+    document_->Refresh();
+}
+
+HtmlControl::HtmlControl(const ControlSite& site, const ControlSpec& /*spec*/) : PageControl(site) {
+    auto* page = new Page;
+    page->Hide();
+    page->Create(site.parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                 wxHW_SCROLLBAR_AUTO | wxBORDER_STATIC);
+    document_ = page;
+    adopt(document_);
+    document_->SetStandardFonts(systemFont().GetPointSize(), systemFont().GetFaceName());
+}
+
+wxString HtmlControl::text() const {
+    return document_->ToText();
+}
+
+void HtmlControl::setHtml(const wxString& page) {
+    document_->SetPage(page);
+    applyColours();
+    accessibility::setContent(*document_, accessibility::Role::kDocument, text());
+}
+
+void HtmlControl::applyColours() {
+    // A page without a background of its own has that of the control.
+    document_->SetHTMLBackgroundColour(colours().background == -1
+                                           ? wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW)
+                                           : colourOf(colours().background));
+    document_->Refresh();
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <wx/html/htmlwin.h>
+#include <wx/richtext/richtextctrl.h>
+#include <wx/textctrl.h>
+
+#include "ui/gui/wx/page_control.h"
+
+// Long texts that are only read.
+
+// kLines and kPlainText.
+class LinesControl : public PageControl {
+public:
+    LinesControl(const ControlSite& site, const ControlSpec& spec);
+    void setText(const wxString& text) override;
+    wxString text() const override { return lines_->GetValue(); }
+    void appendText(const wxString& text) override { lines_->AppendText(text); }
+
+private:
+    wxTextCtrl* lines_;
+};
+
+class RichTextControl : public PageControl {
+public:
+    RichTextControl(const ControlSite& site, const ControlSpec& spec);
+    wxString text() const override { return document_->GetValue(); }
+    void setText(const wxString& text) override;
+    void setRichText(std::span<const RichTextCommand> commands) override;
+
+protected:
+    void applyColours() override;
+
+private:
+    wxRichTextCtrl* document_;
+};
+
+class HtmlControl : public PageControl {
+public:
+    HtmlControl(const ControlSite& site, const ControlSpec& spec);
+    wxString text() const override;
+    void setHtml(const wxString& page) override;
+
+protected:
+    void applyColours() override;
+
+private:
+    wxHtmlWindow* document_;
+};

@@ -1,0 +1,140 @@
+#include "ui/gui/wx/display.h"
+
+#include <X11/Xlib.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <gdk/gdkx.h>
+#include <gtk/gtk.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <clocale>
+#include <cstdlib>
+
+namespace display {
+
+namespace {
+
+std::atomic<bool> lost = false;
+int uninterrupted = 0;
+
+// The library calls this when the server doesn't answer any more, and ends the process if it returns. An
+// exception takes the way back to the caller, through C code that has nothing to put in order: nobody will
+// use this display again.
+int noteLoss(Display* /*connection*/) {
+    lost = true;
+    if (uninterrupted == 0) {
+        throw Lost();
+    }
+    return 0;
+}
+
+void goOn(Display* /*connection*/, void* /*data*/) {}
+
+// Newer libraries let the process live; from then on each call fails by itself.
+void survive(Display* connection) {
+    using SetExitHandler = void (*)(Display*, void (*)(Display*, void*), void*);
+    const auto setExitHandler =
+        reinterpret_cast<SetExitHandler>(dlsym(RTLD_DEFAULT, "XSetIOErrorExitHandler"));
+    if (setExitHandler != nullptr) {
+        setExitHandler(connection, goOn, nullptr);
+    }
+}
+
+// What a library says about a display that it doesn't get is for its developers.
+class Silence {
+public:
+    Silence() : errors_(dup(STDERR_FILENO)) {
+        const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+        if (errors_ >= 0 && nowhere >= 0) {
+            dup2(nowhere, STDERR_FILENO);
+        }
+        if (nowhere >= 0) {
+            close(nowhere);
+        }
+    }
+    ~Silence() {
+        if (errors_ >= 0) {
+            dup2(errors_, STDERR_FILENO);
+            close(errors_);
+        }
+    }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+private:
+    int errors_;
+};
+
+bool isSet(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+// Numbers, dates and error texts of the program stay as they are, and with them the words of the toolkit.
+void useUnicode() {
+    gtk_disable_setlocale();
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
+std::string refusal() {
+    const char* const variable = isSet("DISPLAY") ? "DISPLAY" : "WAYLAND_DISPLAY";
+    std::string reason = std::string("the display \"") + std::getenv(variable) + "\" can't be opened";
+    std::replace_if(
+        reason.begin(), reason.end(), [](char c) { return c >= 0 && c < ' '; }, ' ');
+    return reason;
+}
+
+GLogWriterOutput dropMessage(GLogLevelFlags /*level*/, const GLogField* /*fields*/, gsize /*count*/,
+                             gpointer /*data*/) {
+    return G_LOG_WRITER_HANDLED;
+}
+
+}  // namespace
+
+bool open(std::string& outReason) {
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+        outReason = "no display: neither DISPLAY nor WAYLAND_DISPLAY is set";
+        return false;
+    }
+    useUnicode();
+    if (!isSet("G_MESSAGES_DEBUG")) {
+        g_log_set_writer_func(dropMessage, nullptr, nullptr);
+    }
+    // A process survives the loss of an X server, but not that of a Wayland compositor.
+    gdk_set_allowed_backends("x11,wayland");
+    const Silence silence;
+    if (gtk_init_check(nullptr, nullptr) == FALSE) {
+        outReason = refusal();
+        return false;
+    }
+    if (GDK_IS_X11_DISPLAY(gdk_display_get_default())) {
+        XSetIOErrorHandler(noteLoss);
+        survive(gdk_x11_get_default_xdisplay());
+    }
+    return true;
+}
+
+bool isLost() {
+    return lost;
+}
+
+double density() {
+    GdkDisplay* const screens = gdk_display_get_default();
+    GdkMonitor* monitor = screens == nullptr ? nullptr : gdk_display_get_primary_monitor(screens);
+    if (monitor == nullptr && screens != nullptr) {
+        monitor = gdk_display_get_monitor(screens, 0);
+    }
+    return monitor == nullptr ? 1.0 : gdk_monitor_get_scale_factor(monitor);
+}
+
+Uninterrupted::Uninterrupted() {
+    ++uninterrupted;
+}
+
+Uninterrupted::~Uninterrupted() {
+    --uninterrupted;
+}
+
+}  // namespace display

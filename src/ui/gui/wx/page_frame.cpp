@@ -1,0 +1,158 @@
+#include "ui/gui/wx/page_frame.h"
+
+#include <wx/settings.h>
+
+#include <cwctype>
+
+#include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/themed_controls.h"
+
+namespace {
+
+constexpr long kFrameStyle = wxCAPTION | wxCLIP_CHILDREN | wxCLOSE_BOX | wxSYSTEM_MENU | wxMINIMIZE_BOX;
+
+bool isSameLetter(char32_t one, char32_t other) {
+    return std::towlower(static_cast<wint_t>(one)) == std::towlower(static_cast<wint_t>(other));
+}
+
+}  // namespace
+
+PageFrame::PageFrame(const FrameSpec& spec, EventSink& events, PageControls& controls,
+                     std::function<void()> close)
+    : wxFrame(nullptr, wxID_ANY, wideText(spec.title), wxDefaultPosition, wxDefaultSize, kFrameStyle,
+              "frame"),
+      events_(events),
+      controls_(controls),
+      close_(std::move(close)),
+      panel_(new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxNO_BORDER,
+                         "panel")),
+      isThemed_(spec.isThemed) {
+    SetFont(wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+    panel_->SetFont(GetFont());
+    controls_.enter(*panel_, isThemed_);
+    setPageColours(spec.foreground, spec.background);
+    setPageSize(spec.clientSize);
+    Bind(wxEVT_CLOSE_WINDOW, &PageFrame::onClose, this);
+    Bind(wxEVT_ACTIVATE, &PageFrame::onActivate, this);
+    Bind(wxEVT_CHAR_HOOK, &PageFrame::onKey, this);
+    panel_->Bind(wxEVT_CHILD_FOCUS, &PageFrame::onFocus, this);
+    CentreOnScreen();
+}
+
+PageFrame::~PageFrame() {
+    controls_.clear();
+}
+
+void PageFrame::setPageSize(Extent size) {
+    SetClientSize(size.width, size.height);
+    panel_->SetSize(0, 0, size.width, size.height);
+}
+
+Extent PageFrame::pageSize() const {
+    const wxSize size = panel_->GetClientSize();
+    return {size.x, size.y};
+}
+
+void PageFrame::setPageColours(std::int32_t foreground, std::int32_t background) {
+    panel_->SetForegroundColour(colourOf(foreground));
+    panel_->SetBackgroundColour(colourOf(background));
+    controls_.setPageColours({foreground, background});
+    panel_->Refresh();
+}
+
+void PageFrame::showAccessKeys(bool show) {
+    if (isThemed_) {
+        underlineAccessKeys(*this, show);
+        controls_.showAccessKeys(show);
+    }
+}
+
+void PageFrame::drawNow() {
+    Refresh(true, nullptr);
+    Update();
+}
+
+void PageFrame::onClose(wxCloseEvent& event) {
+    const bool closes = events_.report([](ToolkitEvents& events) { return events.onClose(); });
+    if (event.CanVeto() && !closes) {
+        event.Veto();
+        return;
+    }
+    close_();
+}
+
+void PageFrame::onActivate(wxActivateEvent& event) {
+    event.Skip();
+    altAlone_ = false;
+    const bool isActive = event.GetActive();
+    events_.report([=](ToolkitEvents& events) { events.onActivate(isActive); });
+}
+
+void PageFrame::onFocus(wxChildFocusEvent& event) {
+    event.Skip();
+    if (const PageControl* control = controls_.owner(event.GetWindow())) {
+        events_.report([id = control->id()](ToolkitEvents& events) { events.onFocus(id); });
+    }
+}
+
+void PageFrame::onKey(wxKeyEvent& event) {
+    altAlone_ = event.GetKeyCode() == WXK_ALT;
+    if (!handleKey(event)) {
+        event.Skip();
+    }
+}
+
+bool PageFrame::handleKey(const wxKeyEvent& event) {
+    const bool isShiftedAtMost = (event.GetModifiers() & ~wxMOD_SHIFT) == 0;
+    switch (event.GetKeyCode()) {
+        case WXK_RETURN:
+        case WXK_NUMPAD_ENTER:
+            // No kind of control has a use of its own for it: boxes have one line, and documents are only
+            // read.
+            return event.GetModifiers() == wxMOD_NONE &&
+                   events_.report([](ToolkitEvents& events) { return events.onEnter(false); });
+        case WXK_ESCAPE:
+            if (event.GetModifiers() == wxMOD_NONE) {
+                Close();
+                return true;
+            }
+            return false;
+        case WXK_TAB:
+            // Left to the systems, Tab would follow the places of the controls, or stay in a document.
+            if (isShiftedAtMost) {
+                const bool forward = !event.ShiftDown();
+                events_.report([=](ToolkitEvents& events) { events.onNavigate(forward); });
+                controls_.moveFocus(forward);
+                return true;
+            }
+            return false;
+        default:
+            return event.GetModifiers() == wxMOD_ALT && pressAccessKey(event);
+    }
+}
+
+bool PageFrame::pressAccessKey(const wxKeyEvent& event) {
+    const auto pressed = static_cast<char32_t>(event.GetUnicodeKey());
+    for (const AccessKey& key : keys_) {
+        const PageControl* const control = controls_.find(key.control);
+        if (pressed != 0 && isSameLetter(key.key, pressed) && control != nullptr &&
+            control->window()->IsShown() && control->window()->IsThisEnabled()) {
+            events_.pressed(key.control);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool PageFrame::notice(wxEvent& event) {
+    if (event.GetEventType() == wxEVT_LEFT_DOWN) {
+        altAlone_ = false;
+    }
+    if (!isThemed_ || !altAlone_ || event.GetEventType() != wxEVT_KEY_UP ||
+        static_cast<wxKeyEvent&>(event).GetKeyCode() != WXK_ALT) {
+        return false;
+    }
+    altAlone_ = false;
+    events_.report([](ToolkitEvents& events) { events.onAltKey(); });
+    return true;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <wx/listctrl.h>
+
+#include "ui/gui/wx/page_control.h"
+
+// kTaskList: rows with icons, which only inform.
+class TaskListControl : public PageControl {
+public:
+    TaskListControl(const ControlSite& site, const ControlSpec& spec);
+    void setPlace(Place place) override;
+    bool isTabStop() const override { return false; }
+    // The rows, one a line.
+    wxString text() const override;
+    void setTaskIcons(Extent size, std::span<const Picture> icons) override;
+    void addTask(const TaskRow& row) override;
+    void setTask(int index, const TaskRow& row) override;
+
+protected:
+    void applyColours() override;
+
+private:
+    wxListCtrl* list_;
+};
