@@ -42,6 +42,8 @@ endforeach()
 
 if(WIN32)
   target_compile_definitions(tandrel_toolkit INTERFACE __WXMSW__)
+  # The libraries are protected in every build.
+  target_link_options(tandrel_toolkit INTERFACE -fstack-protector-strong)
   # uuid comes first: oleacc defines one of its identifiers as well.
   target_link_libraries(tandrel_toolkit INTERFACE
     uuid comctl32 comdlg32 gdi32 gdiplus msimg32 ole32 oleacc oleaut32 rpcrt4 shell32 shlwapi user32 uxtheme version winmm

@@ -28,6 +28,8 @@ tandrel_wine_enter() {
     # With the C locale, file names and arguments lose everything except ASCII.
     export LC_ALL=C.UTF-8
     unset DISPLAY WAYLAND_DISPLAY XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME
+    # Only run-with-display gives programs a screen.
+    if [ -n "${TANDREL_DISPLAY:-}" ]; then export DISPLAY="$TANDREL_DISPLAY"; fi
 }
 
 # Ends everything that still runs in the prefix directory $1; afterwards its *.reg files are up to date.

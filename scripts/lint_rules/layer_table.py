@@ -49,7 +49,7 @@ class LayerTable:
     def folder_of(self, relative):
         """The folder of the table that the path (relative to src/ or tests/) belongs to, or None."""
         parts = pathlib.PurePosixPath(relative).parts[:-1]
-        for depth in (3, 2, 1):
+        for depth in (4, 3, 2, 1):
             name = "/".join(parts[:depth])
             if len(parts) >= depth and name in self.rows:
                 return name

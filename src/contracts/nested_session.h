@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,8 +42,8 @@ public:
     // Takes the product back, as its action log says; the log itself stays where it was opened. False when
     // anything failed: that has been reported, and what a repetition needs is still there. Throws
     // GenericError when an action of the product's description ends the work; what was done until then stays
-    // done.
-    virtual bool uninstall() = 0;
+    // done. `onProgress`, if it isn't empty, gets the share that is done, 0 to 100.
+    virtual bool uninstall(const std::function<void(int percent)>& onProgress) = 0;
 };
 
 // Makes sessions that take other products away.

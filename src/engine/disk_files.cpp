@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/report.h"
 #include "support/p_file_stream.h"
 #include "support/replacing_file.h"
 
@@ -12,23 +13,32 @@ namespace {
 constexpr std::int32_t kFileDebugLevel = 3;
 constexpr std::uint32_t kBlockSize = 256 * 1024;
 
+// Of a file's content, between two looks at the front end's events. A few milliseconds of work.
+constexpr std::size_t kBytesPerLook = 4 * 1024 * 1024;
+
+}  // namespace
+
 // False when the file can't be read whole.
-bool digestOf(PFileStream& file, std::int64_t size, Md5Digest& out) {
+bool DiskFiles::digestOf(PFileStream& file, std::int64_t size, Md5Digest& out) {
     std::vector<unsigned char> block(static_cast<std::size_t>(std::min<std::int64_t>(size + 1, kBlockSize)));
     Md5 md5;
     std::int64_t total = 0;
+    std::size_t sinceLook = 0;
     for (std::uint32_t done = 1; done > 0;) {
         if (file.read(block.data(), static_cast<std::uint32_t>(block.size()), done) != 0) {
             return false;
         }
         md5.update(block.data(), done);
         total += done;
+        sinceLook += done;
+        if (sinceLook >= kBytesPerLook) {
+            report_.pumpEventsWhileCopying();
+            sinceLook = 0;
+        }
     }
     out = md5.finish();
     return total == size;
 }
-
-}  // namespace
 
 FileOnDisk DiskFiles::compare(std::string_view path, std::int64_t contentSize, const Md5Digest& digest) {
     FileOnDisk found;
@@ -59,6 +69,22 @@ int DiskFiles::putInPlace(ReplacingFile& file, std::string_view path, bool exist
     return status;
 }
 
+int DiskFiles::writeContent(PFileStream& stream, std::string_view content, std::uint32_t& outWritten) {
+    while (outWritten < content.size()) {
+        const std::string_view part = content.substr(outWritten, kBytesPerLook);
+        if (outWritten > 0) {
+            report_.pumpEventsWhileCopying();
+        }
+        std::uint32_t done = 0;
+        const int status = stream.write(part.data(), static_cast<std::uint32_t>(part.size()), done);
+        outWritten += done;
+        if (status != 0 || done < part.size()) {
+            return status;
+        }
+    }
+    return 0;
+}
+
 bool DiskFiles::write(std::string_view path, bool exists, std::string_view content,
                       platform::FileRights rights) {
     ReplacingFile file(files_);
@@ -73,7 +99,7 @@ bool DiskFiles::write(std::string_view path, bool exists, std::string_view conte
         return false;
     }
     std::uint32_t written = 0;
-    status = size == 0 ? 0 : file.stream().write(content.data(), size, written);
+    status = writeContent(file.stream(), content, written);
     if (status == 0 && written == size) {
         status = putInPlace(file, path, exists);  // a full disk may only be noticed here
     }

@@ -22,9 +22,10 @@ public:
     // Files of this size and above always count as different.
     static constexpr std::int64_t kSizeLimit = 0x40000000;
 
-    // From level 3 of the log on each written file is logged. The others outlive this object.
+    // From level 3 of the log on each written file is logged. The others outlive this object. Within a large
+    // file the front end gets time for its events.
     DiskFiles(platform::FileSystem& files, SystemOperations& system, Report& report, DebugLog debugLog)
-        : files_(files), inUse_(files, system, report), debugLog_(debugLog) {}
+        : files_(files), report_(report), inUse_(files, system, report), debugLog_(debugLog) {}
 
     // The content is known by its size and digest. Holds nothing but a block of the file in memory. A link in
     // the place of the file isn't followed: it exists and differs.
@@ -42,9 +43,12 @@ public:
     int takeFailure() { return std::exchange(failure_, 0); }
 
 private:
+    bool digestOf(class PFileStream& file, std::int64_t size, Md5Digest& out);
+    int writeContent(PFileStream& stream, std::string_view content, std::uint32_t& outWritten);
     int putInPlace(class ReplacingFile& file, std::string_view path, bool exists);
 
     platform::FileSystem& files_;
+    Report& report_;
     FileInUse inUse_;
     DebugLog debugLog_;
     int failure_ = 0;

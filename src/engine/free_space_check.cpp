@@ -160,6 +160,7 @@ void FreeSpaceCheck::countFiles() {
     FilePlanner planner(parts_.model.fileSets, parts_.model.expressions, DebugLog());
     std::unordered_set<std::string> counted;
     for (const FileEntry& file : parts_.model.fileSets.getFiles()) {
+        report_.pumpEvents();
         std::string directory;
         if (!planner.isSelected(file) || !planner.findDirectory(file, directory)) {
             continue;

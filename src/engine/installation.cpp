@@ -1,7 +1,10 @@
 #include "engine/installation.h"
 
+#include <algorithm>
+
 #include "base/errors.h"
 #include "description/control_variables.h"
+#include "description/file_sets.h"
 #include "description/product_description.h"
 #include "description/variable_store.h"
 #include "engine/action_log_rewriter.h"
@@ -9,7 +12,9 @@
 #include "engine/changes/change_table.h"
 #include "engine/configuration_export.h"
 #include "engine/directory_check.h"
+#include "engine/file_planner.h"
 #include "engine/installation_records.h"
+#include "engine/overall_progress.h"
 #include "engine/report.h"
 #include "platform/written_path.h"
 
@@ -43,6 +48,19 @@ Installation::Installation(const EngineParts& parts, InstallationMark* mark)
 
 bool Installation::isPossible(Report& report, const std::vector<ExpectedRemoval>& removals) {
     return DirectoryCheck(parts_, report).run() && FreeSpaceCheck(parts_, report).run(removals);
+}
+
+void Installation::plan(OverallProgress& overall) {
+    FilePlanner planner(parts_.model.fileSets, parts_.model.expressions, DebugLog());
+    std::int64_t copying = 0;
+    for (const FileEntry& file : parts_.model.fileSets.getFiles()) {
+        copying += planner.isSelected(file) ? FileChange::weightOf(file) : 0;
+    }
+    const auto phases =
+        std::ranges::count_if(changeKinds(), [](const ChangeKind& kind) { return !kind.status.empty(); });
+    overall.plan(JobStage::kCopy, copying);
+    overall.plan(JobStage::kChange, phases * OverallProgress::kStepWeight);
+    overall.plan(JobStage::kActions, OverallProgress::kStepWeight);
 }
 
 bool Installation::run(Report& report, const Preparation& prepare,
@@ -96,6 +114,7 @@ bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
     bool failed = !FileChange(job.context, parts_, job.replaced).apply();
     const FailedPhases failedPhases = runPhases(job);
     report.setStatus(kActionsStatus);
+    report.beginStage(JobStage::kActions);
     const bool actionsSucceeded = AdditionalActions(job.context, parts_).run("AdditionalInstall");
     // Published before the outcome is reported, so that the report is true.
     failed = !publish(records, report) || failed || !actionsSucceeded || !failedPhases.empty();
@@ -119,6 +138,7 @@ bool Installation::publish(InstallationRecords& records, Report& report) {
 // Files have no phase: they are done, under the names of the single files, before the first one.
 Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
     FailedPhases failed;
+    job.context.report.beginStage(JobStage::kChange);
     for (const ChangeKind& kind : changeKinds()) {
         if (kind.status.empty()) {
             continue;
@@ -127,6 +147,7 @@ Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
         if (!kind.make(job)->apply()) {
             failed.push_back(kind.status);
         }
+        job.context.report.advance(OverallProgress::kStepWeight);
     }
     return failed;
 }

@@ -14,6 +14,7 @@
 
 class InstallationMark;
 class InstallationRecords;
+class OverallProgress;
 class Report;
 struct ChangeJob;
 struct ChangeKind;
@@ -41,6 +42,8 @@ public:
     // Whether `run` would get beyond its look at directories and free space after these removals, as far as
     // the variables are what they will be then. What it finds is reported.
     bool isPossible(Report& report, const std::vector<ExpectedRemoval>& removals);
+    // Adds what `run` will do after its preparation, as far as the variables are what they will be then.
+    void plan(OverallProgress& overall);
     // The action log of what `run` changed; empty before, and where nothing was recorded.
     const std::string& publishedLog() const { return publishedLog_; }
     // Whether that log takes an earlier installation back as well, because this one was made over it.

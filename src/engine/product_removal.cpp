@@ -12,6 +12,7 @@
 #include "engine/earlier_log.h"
 #include "engine/installed_files_backup.h"
 #include "engine/line_reader.h"
+#include "engine/overall_progress.h"
 #include "package/backup_file.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
@@ -35,6 +36,14 @@ private:
     platform::FileSystem& files_;
     std::string path_;
 };
+
+// Empty where nobody looks at it: counting the steps costs time.
+std::function<void(int)> progressOf(Report& report) {
+    if (report.overall() == nullptr) {
+        return {};
+    }
+    return [&report](int percent) { report.overall()->share(percent); };
+}
 
 [[noreturn]] void fail(const std::string& text, const std::string& reason = "") {
     throw InstallerError("%s", text.c_str()).because(reason.c_str());
@@ -70,7 +79,8 @@ bool ProductRemoval::remove(const Request& request, Report& report) {
         backups_.takeLevelsOf(logPath);
     }
     backups_.isOnlyCopy = !backups_.isEmpty();
-    const bool isRemoved = session->uninstall();
+    report.beginStage(JobStage::kUndo);
+    const bool isRemoved = session->uninstall(progressOf(report));
     if (isRemoved) {
         removeRecords(records, machine);
     } else if (request.isReversible) {
@@ -125,6 +135,7 @@ void ProductRemoval::backUp(NestedSession& session, const std::string& log, Repo
         const auto name = parts_.system.temporaryFileName();
         return name ? std::optional(backups_.placeOf(*name)) : std::nullopt;
     };
+    report.beginStage(JobStage::kBackUp);
     InstalledFilesBackup backup(parts_.machine.files, nameOfCopy, report, parts_.debugLog);
     if (!backup.make(log, paths)) {
         parts_.debugLog.line("ERROR: Failed to create uninstall backup of files");

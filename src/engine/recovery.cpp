@@ -302,7 +302,7 @@ bool Recovery::undo(const std::string& log, bool makesRoom, Report& report) {
         const std::unique_ptr<NestedSession> session = sessions_.make(parts_.machine, report.ui(), errors_);
         session->load(log);
         const ProductRecords records = session->records();
-        const bool isUndone = session->uninstall();
+        const bool isUndone = session->uninstall({});
         if (!isUndone && makesRoom) {
             parts_.machine.files.removeFile(records.description);
             parts_.machine.files.removeFile(records.uninstaller);

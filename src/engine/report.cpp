@@ -1,6 +1,7 @@
 #include "engine/report.h"
 
 #include "contracts/installer_ui.h"
+#include "engine/overall_progress.h"
 #include "platform/error_text.h"
 #include "platform/written_path.h"
 
@@ -31,6 +32,21 @@ void Report::setStatus(std::string_view text) {
 void Report::setProgress(int percent) {
     if (ui_ != nullptr) {
         ui_->setCurrentProgress(percent);
+    }
+    if (overall_ != nullptr) {
+        overall_->share(percent);
+    }
+}
+
+void Report::beginStage(JobStage stage) {
+    if (overall_ != nullptr) {
+        overall_->begin(stage);
+    }
+}
+
+void Report::advance(std::int64_t weight) {
+    if (overall_ != nullptr) {
+        overall_->advance(weight);
     }
 }
 

@@ -8,6 +8,8 @@
 #include <vector>
 
 class InstallerUI;
+class OverallProgress;
+enum class JobStage;
 
 // The errors of a session that didn't end it, as texts of at most 1,559 bytes.
 using ErrorList = std::vector<std::string>;
@@ -28,6 +30,13 @@ public:
     void end();
     void setStatus(std::string_view text);
     void setProgress(int percent);
+    // The progress of the whole job, if anybody looks at it; null at first, and outlives this object.
+    // setProgress gives it the share of the present stage.
+    void setOverall(OverallProgress* overall) { overall_ = overall; }
+    OverallProgress* overall() const { return overall_; }
+    // See OverallProgress.
+    void beginStage(JobStage stage);
+    void advance(std::int64_t weight);
     // Both give the front end time to handle its events; the second is for the loop that copies files.
     void pumpEvents();
     void pumpEventsWhileCopying();
@@ -70,6 +79,7 @@ public:
 private:
     InstallerUI* ui_;
     ErrorList* errors_;
+    OverallProgress* overall_ = nullptr;
     std::function<void(std::string_view)> noteReceiver_;
     std::int64_t expectedSteps_ = 0;
     std::int64_t finishedSteps_ = 0;

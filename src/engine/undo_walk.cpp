@@ -66,6 +66,7 @@ bool UndoWalk::undoFirstPass(PStream& log, std::int64_t start) {
     RecordReader records(log, start);
     std::int64_t count = 0;
     for (; records.next() && !isToEnd(); ++count) {
+        report_.pumpEvents();
         undo(records.line(), records.former(), UndoPass::kFirst);
         if (count % Report::kStepsPerFlush == 0) {
             report_.flushLines();
@@ -81,6 +82,7 @@ bool UndoWalk::undoFirstPass(PStream& log, std::int64_t start) {
 void UndoWalk::undoMainPass(PStream& log, std::int64_t start) {
     RecordReader records(log, start);
     while (records.next() && !isToEnd()) {
+        report_.pumpEvents();
         undo(records.line(), records.former(), UndoPass::kMain);
         report_.finishStep();
     }

@@ -13,7 +13,9 @@
 #include "engine/additional_actions.h"
 #include "engine/backup_restore.h"
 #include "engine/log_head.h"
+#include "engine/overall_progress.h"
 #include "engine/product_state.h"
+#include "engine/record_reader.h"
 #include "engine/report.h"
 #include "engine/undo_walk.h"
 #include "engine/unfinished_files.h"
@@ -32,6 +34,15 @@ constexpr std::string_view kNotForgotten = "FAILED to remove what is remembered 
 
 ProductState stateOf(const EngineParts& parts) {
     return {parts.machine.files, parts.machine.environment};
+}
+
+std::int64_t countRecords(PStream& log, const LogHead& head) {
+    RecordReader records(log, head.recordsStart);
+    std::int64_t count = 0;
+    while (records.next()) {
+        ++count;
+    }
+    return count;
 }
 
 }  // namespace
@@ -106,6 +117,7 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     if (log != nullptr) {
         holdWhatRepetitionNeeds(*log, product, repetition, job);
     }
+    planProgress(log, product.head, report);
     restoreArchive(log, product, walk, job);
     const bool isLogRead = walkLog(log, product.head, walk, report);
     walk.finish(UndoEnd::kBeforeCleaning);
@@ -126,9 +138,21 @@ bool Uninstallation::run(PStream* log, const std::optional<std::string>& backupP
     return !walk.hasFailed();
 }
 
+// The records are counted only where somebody looks at the bar.
+void Uninstallation::planProgress(PStream* log, const LogHead& head, Report& report) {
+    if (report.overall() == nullptr) {
+        return;
+    }
+    const bool hasArchive = !backupPath_.empty() && parts_.machine.files.exists(backupPath_);
+    report.overall()->plan(JobStage::kRestore, hasArchive ? parts_.machine.files.fileSize(backupPath_) : 0);
+    report.overall()->plan(JobStage::kUndo,
+                           log == nullptr ? 0 : countRecords(*log, head) * OverallProgress::kStepWeight);
+}
+
 // False when the log is there and can't be read: then it isn't known what else has to stay for a repetition.
 bool Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report) {
     report.setStatus("Uninstalling");
+    report.beginStage(JobStage::kUndo);
     bool isRead = true;
     if (log == nullptr) {
         parts_.debugLog.line("ERROR: There is no action log to uninstall from");
@@ -167,6 +191,7 @@ void Uninstallation::holdWhatRepetitionNeeds(PStream& log, const Product& produc
 
 void Uninstallation::restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job) {
     const WrittenSums written = stateOf(parts_).load(product.logPath());
+    job.context.report.beginStage(JobStage::kRestore);
     const bool isChanged = isArchiveChanged(written);
     const RestoreResult result = restoreFiles(log, product.head, walk, job.context.report);
     if (result == RestoreResult::kNoArchive) {
@@ -256,7 +281,10 @@ void Uninstallation::removeByWildcards(Product& product, ChangeJob& job) {
 }
 
 bool Uninstallation::clean(const Cleaning& cleaning, ChangeJob& job) {
-    const auto keeps = [&job](const std::string& path) { return job.kept.postponesFile(path); };
+    const auto keeps = [&job](const std::string& path) {
+        job.context.report.pumpEvents();  // one pattern may clean a large tree
+        return job.kept.postponesFile(path);
+    };
     WildcardRemover remover(parts_.machine.files, keeps);
     const bool isCleaned =
         remover.deleteByWildcard(cleaning.directory, cleaning.pattern, cleaning.deleteDirectories)

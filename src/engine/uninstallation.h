@@ -40,9 +40,10 @@ public:
     // which is logged when the archive's path is wanted from it, and which leaves that for a later call.
     void prepare(PStream* log, const std::optional<std::string>& backupPath, Report& report);
 
-    // prepare, and then the walk. False when anything failed, the missing log included, or when `isToEnd`
-    // asked for the end, which comes at the next record; the variable of the role UninstallError is "1" then.
-    // The log stays where it is, so the walk can be repeated.
+    // prepare, and then the walk, which plans and follows the progress of the whole job. False when anything
+    // failed, the missing log included, or when `isToEnd` asked for the end, which comes at the next record;
+    // the variable of the role UninstallError is "1" then. The log stays where it is, so the walk can be
+    // repeated.
     bool run(PStream* log, const std::optional<std::string>& backupPath, Report& report,
              const StopRequest& isToEnd = {}, Repetition repetition = Repetition::kPossible);
 
@@ -64,6 +65,7 @@ private:
     struct Cleaning;
 
     void readBackupPath(PStream* log);
+    void planProgress(PStream* log, const LogHead& head, Report& report);
     bool walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report);
     void restoreArchive(PStream* log, const Product& product, UndoWalk& walk, ChangeJob& job);
     void findArchive(const Product& product, Report& report);

@@ -327,12 +327,14 @@ void InstallerProgram::makeConsole(bool uninstall) {
 int InstallerProgram::runSession() {
     ui_->setEngine(wini_.get());
     setActiveUI(ui_.get());
+    services_.setFrontEnd(ui_.get());
     return wini_->run(ui_.get(), &log_);
 }
 
 void InstallerProgram::endSession() {
     wini_->releaseSession();
     setActiveUI(nullptr);
+    services_.setFrontEnd(nullptr);
     ui_.reset();
 }
 

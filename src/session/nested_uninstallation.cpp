@@ -5,6 +5,7 @@
 #include "base/errors.h"
 #include "contracts/installer_ui.h"
 #include "engine/action_log_reader.h"
+#include "engine/overall_progress.h"
 #include "engine/product_records.h"
 #include "session/logged_variables.h"
 #include "support/p_mem_stream.h"
@@ -100,7 +101,12 @@ void NestedUninstallation::setVariable(std::string_view name, std::string_view v
     model_.variables.set(name, value);
 }
 
-bool NestedUninstallation::uninstall() {
+bool NestedUninstallation::uninstall(const std::function<void(int percent)>& onProgress) {
     Report report(ui_, &errors_);
+    OverallProgress progress;
+    progress.showOn(onProgress);
+    if (onProgress) {
+        report.setOverall(&progress);
+    }
     return uninstallation_.run(log_.get(), std::nullopt, report);
 }

@@ -29,7 +29,7 @@ public:
     std::string productName() override;
     ProductRecords records() override;
     void setVariable(std::string_view name, std::string_view value) override;
-    bool uninstall() override;
+    bool uninstall(const std::function<void(int percent)>& onProgress) override;
 
 private:
     void openLog(const std::string& path);

@@ -1,9 +1,13 @@
 #include "session/page_work.h"
 
+#include <algorithm>
+
 #include "base/path_functions.h"
+#include "contracts/installer_ui.h"
 #include "contracts/nested_session.h"
 #include "contracts/system_operations.h"
 #include "engine/directory_check.h"
+#include "engine/earlier_log.h"
 #include "engine/uninstall_command.h"
 #include "platform/environment.h"
 #include "session/session_model.h"
@@ -37,6 +41,58 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
 
 Report PageWork::reportTo(InstallerUI& ui) {
     return {&ui, &state_.errorList};
+}
+
+// Only a window has a bar for the whole job; on the console its progress would silence the status lines.
+Report PageWork::reportWholeJobTo(InstallerUI& ui) {
+    Report report = reportTo(ui);
+    if (model_.isGraphical()) {
+        overall_.showOn([&ui](int percent) { ui.setOverallProgress(percent); });
+        report.setOverall(&overall_);
+    }
+    return report;
+}
+
+// Once, before the first page with work of the installation.
+void PageWork::planInstallation() {
+    if (!model_.isGraphical() || overall_.isPlanned()) {
+        return;
+    }
+    if (!earlier_.wasRemovalTried()) {
+        for (const ExpectedRemoval& removal : expectedRemovals()) {
+            planRemoval(removal);
+        }
+    }
+    installation_.plan(overall_);
+    overall_.plan(JobStage::kRegister, OverallProgress::kStepWeight);
+    overall_.plan(JobStage::kFinish, OverallProgress::kStepWeight);
+}
+
+// What the backup copies isn't known by its size; a record stands for it.
+void PageWork::planRemoval(const ExpectedRemoval& removal) {
+    const auto records = EarlierLog::read(machine_.files, removal.logPath).records.size();
+    const std::int64_t weight = static_cast<std::int64_t>(records) * OverallProgress::kStepWeight;
+    if (removal.isBackedUp) {
+        overall_.plan(JobStage::kBackUp, weight);
+    }
+    overall_.plan(JobStage::kUndo, weight);
+}
+
+bool PageWork::isPageAhead(std::string_view name) {
+    const auto isMeant = [&](const DialogDesc& page) {
+        return page.name.view() == name && model_.variables.expressions().holds(page.conditionText.view());
+    };
+    return std::ranges::any_of(model_.dialogs.getDialogs(), [&](const DialogDesc& dialog) {
+        return isMeant(dialog) || std::ranges::any_of(dialog.subDialogs, isMeant);
+    });
+}
+
+// The job is done when no page with work comes after it any more.
+void PageWork::finishJob() {
+    if (overall_.isPlanned() && (isRegistered_ || !isPageAhead("RegisterApplication")) &&
+        (isFinished_ || !isPageAhead("PostInstall"))) {
+        overall_.finish();
+    }
 }
 
 std::optional<std::string> PageWork::applicationDirectory() {
@@ -80,7 +136,8 @@ void PageWork::normalizeFields(DialogDesc& page) {
 }
 
 bool PageWork::installProduct(InstallerUI& ui) {
-    Report report = reportTo(ui);
+    Report report = reportWholeJobTo(ui);
+    planInstallation();
     const auto prepare = [&] {
         if (!earlier_.wasRemovalTried()) {
             removeEarlier(report);  // an old version that can't be removed doesn't stop the new one
@@ -97,6 +154,7 @@ bool PageWork::installProduct(InstallerUI& ui) {
         state_.removed.isOnlyCopy = false;
         mark_.noteInstalled();
     }
+    finishJob();
     return isInstalled;
 }
 
@@ -163,13 +221,18 @@ bool PageWork::prepareUninstall(InstallerUI& ui) {
 }
 
 bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool()>& isToEnd) {
-    Report report = reportTo(ui);
-    return uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
+    Report report = reportWholeJobTo(ui);
+    const bool isUninstalled = uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
+    if (overall_.isPlanned()) {
+        overall_.finish();
+    }
+    return isUninstalled;
 }
 
 // An installation that is known to fail must not cost the earlier version.
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
-    Report report = reportTo(ui);
+    Report report = reportWholeJobTo(ui);
+    planInstallation();
     return installation_.isPossible(report, expectedRemovals()) && mark_.open(report) &&
            removeEarlier(report);
 }
@@ -197,8 +260,12 @@ bool PageWork::revertUninstallation(InstallerUI& ui) {
 }
 
 bool PageWork::registerApplication(InstallerUI& ui) {
-    Report report = reportTo(ui);
-    return registerWith(report);
+    Report report = reportWholeJobTo(ui);
+    report.beginStage(JobStage::kRegister);
+    const bool isRegistered = registerWith(report);
+    isRegistered_ = true;
+    finishJob();
+    return isRegistered;
 }
 
 bool PageWork::registerWith(Report& report) {
@@ -235,8 +302,11 @@ bool PageWork::leavesConfigFile() const {
 }
 
 void PageWork::finishInstallation(InstallerUI& ui) {
-    Report report = reportTo(ui);
+    Report report = reportWholeJobTo(ui);
+    report.beginStage(JobStage::kFinish);
     installation_.finish(report, leavesConfigFile(), applicationDirectory());
+    isFinished_ = true;
+    finishJob();
 }
 
 void PageWork::prepareProgramWatch(std::int32_t page, InstallerUI& ui) {

@@ -9,6 +9,7 @@
 #include "engine/external_products.h"
 #include "engine/installation.h"
 #include "engine/installation_mark.h"
+#include "engine/overall_progress.h"
 #include "engine/product_removal.h"
 #include "engine/recovery.h"
 #include "engine/revert.h"
@@ -61,6 +62,11 @@ public:
 
 private:
     Report reportTo(InstallerUI& ui);
+    Report reportWholeJobTo(InstallerUI& ui);
+    void planInstallation();
+    void planRemoval(const ExpectedRemoval& removal);
+    bool isPageAhead(std::string_view name);
+    void finishJob();
     void normalizeFields(DialogDesc& page);
     bool leavesConfigFile() const;
     std::vector<ExpectedRemoval> expectedRemovals();
@@ -84,4 +90,7 @@ private:
     Revert revert_;
     RunningPrograms programs_;
     ExternalProducts products_;
+    OverallProgress overall_;
+    bool isRegistered_ = false;  // or it was tried
+    bool isFinished_ = false;    // the actions after the installation have run
 };

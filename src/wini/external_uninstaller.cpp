@@ -1,5 +1,7 @@
 #include "wini/external_uninstaller.h"
 
+#include <algorithm>
+
 #include "contracts/installer_ui.h"
 #include "contracts/system_operations.h"
 #include "engine/report.h"
@@ -30,6 +32,21 @@ std::string overdueText(const std::string& name, const UninstallerWatch& watch) 
                : uninstallerOf(name) + " has not ended after " + time;
 }
 
+// In short turns, so that the front end handles its events.
+bool waitFor(platform::NamedEvent& event, std::uint32_t limit, Report& report) {
+    constexpr std::uint32_t kOneLook = 50;
+    if (report.ui() == nullptr) {
+        return event.wait(limit);
+    }
+    for (std::uint32_t waited = 0; waited < limit; waited += kOneLook) {
+        report.pumpEvents();
+        if (event.wait(std::min(kOneLook, limit - waited))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 bool ExternalUninstaller::uninstallApplication(std::string_view applicationName, std::string_view arguments,
@@ -49,7 +66,7 @@ bool ExternalUninstaller::uninstallApplication(std::string_view applicationName,
     if (ui == nullptr || ui->isGraphical() == 0) {
         entry->command += " -gui=0";
     }
-    return runWithEvents(entry->command);
+    return runWithEvents(entry->command, report);
 }
 
 std::optional<ExternalUninstaller::Entry> ExternalUninstaller::findEntry(std::string_view applicationName,
@@ -136,7 +153,7 @@ bool ExternalUninstaller::hasSucceeded(const Entry& entry, const UninstallerWatc
     return false;
 }
 
-bool ExternalUninstaller::runWithEvents(const std::string& command) {
+bool ExternalUninstaller::runWithEvents(const std::string& command, Report& report) {
     const auto start = parts_.events.create(kUninstallerStartEvent);
     const auto end = parts_.events.create(kUninstallerEndEvent);
     int error = 0;
@@ -146,8 +163,8 @@ bool ExternalUninstaller::runWithEvents(const std::string& command) {
     }
     if (start == nullptr || end == nullptr) {
         debugLog_.line("WARNING: The end of the uninstaller is not waited for: no named events");
-    } else if (start->wait(limits_.start)) {
-        end->wait(limits_.end);
+    } else if (waitFor(*start, limits_.start, report)) {
+        waitFor(*end, limits_.end, report);
     }
     return true;
 }

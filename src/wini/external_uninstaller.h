@@ -66,7 +66,7 @@ private:
     bool isOver(const Entry& entry, const UninstallerWatch& watch);
     bool isToLeave(const Entry& entry, UninstallerWatch& watch, Report& report);
     bool hasSucceeded(const Entry& entry, const UninstallerWatch& watch, Report& report);
-    bool runWithEvents(const std::string& command);
+    bool runWithEvents(const std::string& command, Report& report);
 
     Parts parts_;
     UninstallList list_;

@@ -145,8 +145,8 @@ void RunningApplications::stopService(const platform::ProcessInfo& process, std:
         debugLog_.line("WARNING: The service \"" + process.path + "\" is not asked to stop, only ended");
         return;
     }
-    Report silent(nullptr, nullptr);
-    if (!programs_.run({program, "-stop", "", kRunAsynchronous}, silent, kServiceLookMilliseconds)) {
+    Report report(ui_, nullptr);
+    if (!programs_.run({program, "-stop", "", kRunAsynchronous}, report, kServiceLookMilliseconds)) {
         debugLog_.line("WARNING: The service \"" + program + "\" did not stop itself");
     }
 }

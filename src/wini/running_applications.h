@@ -14,6 +14,7 @@ class FileSystem;
 class Processes;
 struct ProcessInfo;
 }  // namespace platform
+class InstallerUI;
 
 // Finds and stops processes by the base name of their executable, without regard to case, and, where a
 // directory is given (not empty), by that directory: the executable's path must contain it, case included;
@@ -27,6 +28,9 @@ public:
     // A service is asked to stop through `programs`. All are borrowed and outlive this object.
     RunningApplications(platform::FileSystem& files, platform::Processes& processes, ProgramRun& programs,
                         DebugLog debugLog);
+
+    // Handles its events while a service is waited for. Borrowed; null for none, as at first.
+    void setFrontEnd(InstallerUI* ui) { ui_ = ui; }
 
     bool isApplicationRunning(std::string_view name, std::string_view directory);
     // Stops all that match. True when at least one was stopped. A service is asked first, by running its
@@ -54,4 +58,5 @@ private:
     platform::Processes& processes_;
     ProgramRun& programs_;
     DebugLog debugLog_;
+    InstallerUI* ui_ = nullptr;
 };

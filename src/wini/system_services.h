@@ -26,6 +26,9 @@ public:
     // What the platform refers to is borrowed and outlives this object.
     SystemServices(const platform::Platform& machine, DebugLog debugLog);
 
+    // Handles its events during waits that no report is handed to. Borrowed; null for none, as at first.
+    void setFrontEnd(InstallerUI* ui) { runningApplications_.setFrontEnd(ui); }
+
     std::optional<std::string> temporaryFileName() override;
 
     bool findUninstallEntry(std::string_view applicationName, std::uint32_t flags) override;

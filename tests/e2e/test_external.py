@@ -101,9 +101,12 @@ class Removals(ExternalTest):
         shutil.rmtree(self.host("stage"))
         self.assertTrue(self.is_registered())
 
+    # Nobody is there to see a window of the uninstaller.
+    OWN = f'<ExternalLegacyApplication Arguments="-gui=0">{OLD}</ExternalLegacyApplication>'
+
     def test_a_product_of_this_system_is_removed_before_the_new_one_comes(self):
         self.install_old()
-        self.build()
+        self.build(self.OWN)
         result = self.install()
         self.assert_installed(result)
         self.assertEqual(result.err, "")
@@ -122,7 +125,7 @@ class Removals(ExternalTest):
         self.install_old(f'<RunningApps Special="Automated"><TestApp Directory="[DIR]">{FOREIGN}</TestApp></RunningApps>')
         tool = self.start("opt/old/bin/" + FOREIGN, "mark", self.native("runs"), "await", self.native("go"))
         self.wait_until(self.host("runs").exists)
-        self.build()
+        self.build(self.OWN)
         with open(self.host("shown"), "wb") as shown:
             setup = self.start(self.setup, "-auto", out=shown)
         held = "because the processes listed above are running"

@@ -182,4 +182,25 @@ TEST_F(DiskFilesTest, LooksForNoProgramWhereThereIsNoFile) {
     EXPECT_TRUE(system_.calls.empty());
 }
 
+TEST_F(DiskFilesTest, HandlesEventsWithinALargeFile) {
+    const std::string content(10 * 1024 * 1024, 'a');
+    EXPECT_TRUE(write(content));
+    EXPECT_EQ(files_.content("/app/file.txt"), content);
+    EXPECT_EQ(ui_.countOf("pumpEventsWhileCopying()"), 2);
+    files_.addFile("/dir/file", content);
+    EXPECT_FALSE(compare(content).differs);
+    EXPECT_EQ(ui_.countOf("pumpEventsWhileCopying()"), 4);
+    write("small");
+    compare("small");
+    EXPECT_EQ(ui_.countOf("pumpEventsWhileCopying()"), 4);
+}
+
+TEST_F(DiskFilesTest, ALargeFileThatDoesNotFitLeavesTheOldOne) {
+    files_.addFile("/app/file.txt", "old");
+    files_.setFreeSpace(6 * 1024 * 1024);
+    EXPECT_FALSE(write(std::string(10 * 1024 * 1024, 'a'), true));
+    EXPECT_NE(disk_.takeFailure(), 0);
+    EXPECT_EQ(files_.content("/app/file.txt"), "old");
+}
+
 }  // namespace

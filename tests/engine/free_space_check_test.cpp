@@ -176,4 +176,10 @@ TEST_F(FreeSpaceCheckTest, SaysNothingWhileThereIsEnough) {
     EXPECT_EQ(ui_.callsOf("addMessage("), std::vector<std::string>());
 }
 
+TEST_F(FreeSpaceCheckTest, HandlesEventsWhileItCountsFiles) {
+    describeFiles();
+    FreeSpaceCheck(parts_, report_).run({});
+    EXPECT_EQ(ui_.countOf("pumpEvents()"), 2);
+}
+
 }  // namespace

@@ -119,4 +119,9 @@ TEST_F(UndoWalkTest, LeavesWhatWasInAPlaceBeforeTheChange) {
     EXPECT_FALSE(walk_.hasFailed());
 }
 
+TEST_F(UndoWalkTest, HandlesEventsForEachRecord) {
+    undo("REGVAL\tx\nUNKNOWN\ty\nFILE\tCREATE\t/none\n");
+    EXPECT_EQ(ui_.countOf("pumpEvents()"), 6);  // in both passes
+}
+
 }  // namespace

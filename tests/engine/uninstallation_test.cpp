@@ -579,6 +579,15 @@ TEST_F(UninstallationTest, FailsForNoRecordThatOnlyLeavesSomethingBehind) {
         undo("ENV\tx\r\nINI\tx\r\nSHORTCUT\tx\r\nREGVAL\ta\tb\tc\r\nREGKEY\t1\tb\tc\r\nFIREWALL\tX\r\n"));
 }
 
+TEST_F(UninstallationTest, HandlesEventsWhileAPatternCleans) {
+    describe("<UninstallWildcards><WC Dest='/app/d'>*</WC></UninstallWildcards>");
+    for (int i = 0; i < 40; ++i) {
+        files_.addFile("/app/d/file" + std::to_string(i), "");
+    }
+    EXPECT_TRUE(undo(""));
+    EXPECT_GE(ui_.countOf("pumpEvents()"), 40);
+}
+
 TEST_F(UninstallationTest, IgnoresRegistryRecordsOfAnotherForm) {
     EXPECT_TRUE(undo("REGKEY\t1\tHKEY_USERS\r\nREGVAL\ta\tb\tc\td\r\n"));
     EXPECT_TRUE(log_.hasLine("WARNING: (Dev) Wrong number of tokens in the install.log for REGKEY"));

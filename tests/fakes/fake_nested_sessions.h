@@ -55,8 +55,11 @@ private:
         void setVariable(std::string_view name, std::string_view value) override {
             owner_.calls.push_back("setVariable(" + std::string(name) + ", " + std::string(value) + ")");
         }
-        bool uninstall() override {
+        bool uninstall(const std::function<void(int)>& onProgress) override {
             owner_.calls.emplace_back("uninstall");
+            if (onProgress) {
+                onProgress(50);
+            }
             owner_.onUninstall(machine_);
             if (!owner_.error.empty()) {
                 errors_.push_back(owner_.error);

@@ -482,4 +482,34 @@ TEST_F(InstallerProgramTest, TheControlHandlerReachesTheWindowWhileItRuns) {
     EXPECT_EQ(windows_.record.countOf("confirmCancel"), 1);
 }
 
+TEST_F(InstallerProgramTest, WhatCannotBeTakenBackIsShownInABox) {
+    addProduct("");
+    machine_.files.addFile("/app/file", "mine");
+    removeAsAnInterruptedRun("/app/file");
+    machine_.files.addFile("/app/file", "somebody else's");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log"}), 3);
+    EXPECT_EQ(windows_.record.countOf("messageBox(\"An earlier run of the setup of Demo was interrupted."),
+              1);
+    ASSERT_EQ(windows_.record.countOf("setFatalMessage"), 1);
+    EXPECT_NE(windows_.record.callsOf("setFatalMessage")[0].find("/app/file"), std::string::npos);
+    EXPECT_EQ(windows_.record.countOf("showFatalMessage"), 1);
+    EXPECT_EQ(windows_.record.countOf("run"), 0);
+}
+
+TEST_F(InstallerProgramTest, AnInterruptedRunIsTakenBackBeforeTheWindowOfTheUninstallation) {
+    addProduct("");
+    machine_.files.addFile("/app/install.log",
+                           machine_.files.content("/copy.log") + "FILE\tCREATE\t/app/file\r\n");
+    machine_.files.addFile("/app/file", "");
+    removeAsAnInterruptedRun("/app/file");
+    windows_.script = [](InstallExchangeInfo& engine, InstallerUI& ui) {
+        return engine.goToDialog(0, &ui) == 1 ? engine.shift(&ui, 1) : -1;
+    };
+    EXPECT_EQ(run({"-uninstallFile=/copy.log"}), 0) << debugLog();
+    EXPECT_EQ(windows_.made, (std::vector<bool>{true, true}));
+    EXPECT_EQ(windows_.record.countOf("showFatalMessage"), 1);
+    EXPECT_EQ(windows_.record.countOf("run"), 1);
+    EXPECT_FALSE(machine_.files.hasFile("/app/file"));
+}
+
 }  // namespace

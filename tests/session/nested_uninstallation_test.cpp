@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 #include "base/errors.h"
 #include "fakes/fake_console.h"
@@ -59,7 +61,7 @@ protected:
 TEST_F(NestedUninstallationTest, TakesTheProductOfALogAway) {
     const auto made = session();
     EXPECT_EQ(made->productName(), "Demo");
-    EXPECT_TRUE(made->uninstall());
+    EXPECT_TRUE(made->uninstall({}));
     EXPECT_FALSE(files_.hasFile("/app/tool"));
     EXPECT_TRUE(files_.hasFile("/tmp/log"));
     EXPECT_EQ(ui_.callsOf("setStatusText").back(), "setStatusText(\"The uninstall was successful.\")");
@@ -82,7 +84,7 @@ TEST_F(NestedUninstallationTest, ReadsDefaultValuesAfterTheVariablesOfTheLog) {
         "<DefValues><Value Name='LATE' DataType='value'>$DIR/late</Value></DefValues><Installation>"
         "<PreUninstall><RemoveFile>[LATE]</RemoveFile></PreUninstall></Installation>");
     files_.addFile("/app/late", "x");
-    EXPECT_TRUE(session()->uninstall());
+    EXPECT_TRUE(session()->uninstall({}));
     EXPECT_FALSE(files_.hasFile("/app/late"));
 }
 
@@ -93,7 +95,7 @@ TEST_F(NestedUninstallationTest, TakesVariablesFromItsOwner) {
     files_.addFile("/app/extra", "x");
     const auto made = session();
     made->setVariable("EXTRA", "/app/extra");
-    EXPECT_TRUE(made->uninstall());
+    EXPECT_TRUE(made->uninstall({}));
     EXPECT_FALSE(files_.hasFile("/app/extra"));
 }
 
@@ -108,14 +110,14 @@ TEST_F(NestedUninstallationTest, AddsItsErrorsToTheSharedList) {
     errors_ = {"of the session"};
     files_.addFile("/tmp/log",
                    "/app/product.xml\r\n\r\nNUMVARS\t0\r\nDIR\t1\t/app/\r\nFILE\tCREATE\t/app/tool\r\n");
-    EXPECT_FALSE(session()->uninstall());
+    EXPECT_FALSE(session()->uninstall({}));
     ASSERT_EQ(errors_.size(), 2U);
     EXPECT_EQ(errors_[0], "of the session");
 }
 
 TEST_F(NestedUninstallationTest, UninstallsByALogWhoseVariablesAreDamaged) {
     files_.addFile("/tmp/log", "/app/product.xml\r\n\r\nNUMXXX\t0\r\nFILE\tCREATE\t/app/tool\r\n");
-    EXPECT_TRUE(session()->uninstall());
+    EXPECT_TRUE(session()->uninstall({}));
     EXPECT_FALSE(files_.hasFile("/app/tool"));
 }
 
@@ -135,6 +137,14 @@ TEST_F(NestedUninstallationTest, SaysWhichStepFailed) {
     files_.removeFile("/tmp/log");
     EXPECT_EQ(failure(), "ERROR: Unable to initialize uninstaller object");
     EXPECT_TRUE(files_.hasFile("/app/tool"));
+}
+
+TEST_F(NestedUninstallationTest, SaysHowFarItIs) {
+    std::vector<int> shares;
+    EXPECT_TRUE(session()->uninstall([&shares](int percent) { shares.push_back(percent); }));
+    ASSERT_FALSE(shares.empty());
+    EXPECT_TRUE(std::ranges::is_sorted(shares));
+    EXPECT_LE(shares.back(), 100);
 }
 
 }  // namespace

@@ -344,4 +344,102 @@ TEST_F(PageWorkTest, UninstallsTheProductOfTheActionLog) {
     EXPECT_FALSE(session_.hasErrors());
 }
 
+// The bar of the whole job.
+class PageWorkProgressTest : public PageWorkTest {
+protected:
+    PageWorkProgressTest() { ui_.graphical = 1; }
+
+    // What the bar showed, which must only grow and end at 100.
+    std::vector<int> shares() const {
+        std::vector<int> shares;
+        for (const std::string& call : ui_.callsOf("setOverallProgress(")) {
+            shares.push_back(std::stoi(call.substr(call.find('(') + 1)));
+        }
+        EXPECT_TRUE(std::ranges::is_sorted(shares)) << testing::PrintToString(shares);
+        EXPECT_EQ(std::ranges::adjacent_find(shares), shares.end()) << testing::PrintToString(shares);
+        return shares;
+    }
+    int shareAt(const std::string& status) const {
+        int share = -1;
+        for (const std::string& call : ui_.calls) {
+            if (call.starts_with("setOverallProgress(")) {
+                share = std::stoi(call.substr(call.find('(') + 1));
+            } else if (call.starts_with(status)) {
+                return share;
+            }
+        }
+        return -2;
+    }
+    // Two files that differ much in size.
+    bool install(const std::string& pages) {
+        std::string text =
+            document(std::string(kProduct) + "<Dialogs><Hello/><" + pages +
+                     "/><End Special='Finish'/></Dialogs><DefValues/>" + kControls + kRegistrable +
+                     "<FileSet Name='S'><FN Dest='/app'>big</FN><FN Dest='/app'>small</FN></FileSet>");
+        load(text, {{"big", std::string(900 * 1024, 'b')}, {"small", std::string(100 * 1024, 's')}});
+        ui_.script = [this] {
+            if (beforePage_) {
+                beforePage_();
+            }
+            return session_.dialogNext(&ui_, 1);
+        };
+        return run() == 0 && !session_.navigation().lastWorkFailed;
+    }
+};
+
+TEST_F(PageWorkProgressTest, FollowsTheBytesOfAnInstallation) {
+    EXPECT_TRUE(install("CopyProgress"));
+    const std::vector<int> found = shares();
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found.front(), 0);
+    EXPECT_EQ(found.back(), 100);
+    // The smaller file comes first, and has a tenth of the bytes.
+    const int small = shareAt("setStatusText(\"/app/big");
+    const int both = shareAt("setStatusText(\"Updating environment");
+    EXPECT_GT(small, 0);
+    EXPECT_GT(both - small, 4 * small);
+}
+
+TEST_F(PageWorkProgressTest, CountsTheRemovalOfAnEarlierVersion) {
+    installVersionOne();
+    std::string log = "/x\r\n/y\r\nNUMVARS\t0\r\n";
+    for (int i = 0; i < 40; ++i) {
+        log += "FILE\tCREATE\t/app/old" + std::to_string(i) + "\r\n";
+    }
+    files_.addFile("/app/install.log", log);
+    beforePage_ = [this] { session_.setVariable("SHOULD", "1"); };
+    EXPECT_TRUE(install("Uninstall Special='AutoNext'/><CopyProgress"));
+    EXPECT_EQ(shares().back(), 100);
+    EXPECT_GT(shareAt("setStatusText(\"/app/big"), 40) << "the removal weighs as much as the copying";
+}
+
+TEST_F(PageWorkProgressTest, WaitsForThePagesAfterTheInstallation) {
+    EXPECT_TRUE(
+        install("CopyProgress Special='AutoNext'/><RegisterApplication Special='AutoNext'/><PostInstall"));
+    EXPECT_EQ(shares().back(), 100);
+    EXPECT_LT(shareAt("setStatusText(\"The installation was successful."), 100);
+}
+
+TEST_F(PageWorkProgressTest, IsCompleteWithoutAPageWhoseConditionIsFalse) {
+    EXPECT_TRUE(install("CopyProgress/><RegisterApplication Condition='1==2'"));
+    EXPECT_EQ(shares().back(), 100);
+}
+
+TEST_F(PageWorkProgressTest, FollowsAnUninstallation) {
+    std::string records;
+    for (int i = 0; i < 50; ++i) {
+        records += "FILE\tCREATE\t/app/file" + std::to_string(i) + "\r\n";
+    }
+    EXPECT_TRUE(uninstallWalkTo("CopyProgress", records));
+    EXPECT_GT(shares().size(), 20U);
+    EXPECT_EQ(shares().back(), 100);
+}
+
+TEST_F(PageWorkProgressTest, IsNotShownOnTheConsole) {
+    ui_.graphical = 0;
+    installVersionOne();
+    EXPECT_TRUE(install("CopyProgress"));
+    EXPECT_EQ(ui_.countOf("setOverallProgress"), 0);
+}
+
 }  // namespace

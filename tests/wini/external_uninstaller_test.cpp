@@ -240,14 +240,14 @@ TEST_F(ExternalUninstallerTest, WaitsForBothEventsOfTheUninstaller) {
         machine_.events.signal(kUninstallerStartEvent);
         machine_.events.signal(kUninstallerEndEvent);
     };
-    EXPECT_TRUE(uninstall("Old", "", 0, &ui_));
+    EXPECT_TRUE(uninstall("Old", "", 0, nullptr));
     EXPECT_EQ(machine_.events.waits,
               (Waits{{"OrmelUninstallerStart", 60000}, {"OrmelUninstallerEnd", 300000}}));
     EXPECT_EQ(machine_.events.openEvents, 0);
 }
 
 TEST_F(ExternalUninstallerTest, DoesNotWaitForTheEndOfAnUninstallerThatNeverSignalled) {
-    EXPECT_TRUE(uninstall("Old", "", 0, &ui_));
+    EXPECT_TRUE(uninstall("Old", "", 0, nullptr));
     EXPECT_EQ(machine_.events.waits, (Waits{{"OrmelUninstallerStart", 60000}}));
 }
 
@@ -255,7 +255,7 @@ TEST_F(ExternalUninstallerTest, SucceedsAlsoWhenTheEndDoesNotCome) {
     machine_.processes.onStart = [this](const std::string&) {
         machine_.events.signal(kUninstallerStartEvent);
     };
-    EXPECT_TRUE(uninstall("Old", "", 0, &ui_));
+    EXPECT_TRUE(uninstall("Old", "", 0, nullptr));
     EXPECT_EQ(machine_.events.waits.size(), 2U);
 }
 
@@ -284,6 +284,33 @@ TEST_F(ExternalUninstallerTest, LogsThatThereIsNoCommand) {
                      "ERROR: Could not obtain uninstall string for uninstalling application: \"\"",
                      "ERROR: Could not obtain uninstall string for uninstalling application: \"Old\""}));
     EXPECT_TRUE(started().empty());
+}
+
+TEST_F(ExternalUninstallerTest, HandlesEventsWhileItWaitsForTheEvents) {
+    int pumps = 0;
+    ui_.onCall = [&](const std::string& call) {
+        pumps += call == "pumpEvents()" ? 1 : 0;
+        if (pumps == 10) {
+            machine_.events.signal(kUninstallerStartEvent);
+        } else if (pumps == 30) {
+            machine_.events.signal(kUninstallerEndEvent);
+        }
+    };
+    EXPECT_TRUE(uninstall("Old", "", 0, &ui_));
+    EXPECT_EQ(pumps, 30);
+    for (const auto& [name, milliseconds] : machine_.events.waits) {
+        EXPECT_LE(milliseconds, 150U);
+    }
+}
+
+TEST_F(ExternalUninstallerTest, GivesUpAtTheSameLimitWhileItHandlesEvents) {
+    EXPECT_TRUE(uninstall("Old", "", 0, &ui_));
+    std::uint32_t waited = 0;
+    for (const auto& [name, milliseconds] : machine_.events.waits) {
+        EXPECT_EQ(name, kUninstallerStartEvent);
+        waited += milliseconds;
+    }
+    EXPECT_EQ(waited, 60000U);
 }
 
 }  // namespace

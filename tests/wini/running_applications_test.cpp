@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "engine/changes/program_run.h"
 #include "fakes/fake_console.h"
 #include "fakes/fake_processes.h"
 #include "fakes/fake_shell_objects.h"
 #include "fakes/memory_file_system.h"
+#include "fakes/recording_ui.h"
 
 namespace {
 
@@ -198,6 +202,22 @@ TEST_F(RunningApplicationsTest, NeverStopsItselfOrTheFirstProcess) {
     EXPECT_FALSE(applications_.closeApplication("setup", false, ""));
     EXPECT_FALSE(applications_.closeApplication("init", false, ""));
     EXPECT_TRUE(processes_.terminated.empty());
+}
+
+TEST_F(RunningApplicationsTest, HandlesEventsWhileAServiceStopsItself) {
+    std::atomic<int> pumps = 0;
+    RecordingUI ui;
+    ui.onCall = [&](const std::string& call) { pumps += call == "pumpEvents()" ? 1 : 0; };
+    applications_.setFrontEnd(&ui);
+    // The service, on the thread that waits for it, ends only after events were handled.
+    processes_.onStart = [&](const std::string&) {
+        while (pumps == 0) {
+            std::this_thread::yield();
+        }
+    };
+    EXPECT_TRUE(applications_.closeApplication("tool.exe", true, "C:\\app"));
+    EXPECT_GT(pumps, 0);
+    applications_.setFrontEnd(nullptr);
 }
 
 }  // namespace

@@ -140,6 +140,7 @@ bool DirectoryChange::finishUndo() {
         removed = removeLevel(directory) && removed;
     }
     for (auto record = toRemove_.rbegin(); record != toRemove_.rend(); ++record) {
+        context_.report.pumpEvents();
         removed = remove(*record) && removed;
         context_.report.finishStep();
         if (done++ % kDirectoriesPerFlush == 0) {

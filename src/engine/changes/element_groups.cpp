@@ -11,10 +11,12 @@ bool applyGroups(const ChangeContext& context, vocabulary::ElementName group, co
     bool succeeded = true;
     for (std::int32_t node = tags.nextGroup(group, -1); node >= 0; node = tags.nextGroup(group, node)) {
         const std::vector<std::int32_t> children = tags.childrenOf(node);
-        succeeded =
-            std::all_of(children.begin(), children.end(),
-                        [&](std::int32_t child) { return !tags.conditionHolds(child) || change(child); }) &&
-            succeeded;
+        succeeded = std::all_of(children.begin(), children.end(),
+                                [&](std::int32_t child) {
+                                    context.report.pumpEvents();
+                                    return !tags.conditionHolds(child) || change(child);
+                                }) &&
+                    succeeded;
         context.report.flushLines();
     }
     return succeeded;

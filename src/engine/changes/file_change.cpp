@@ -11,6 +11,7 @@
 #include "engine/changes/record_text.h"
 #include "engine/engine_parts.h"
 #include "engine/line_reader.h"
+#include "engine/overall_progress.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
 #include "platform/written_path.h"
@@ -39,8 +40,13 @@ FileChange::FileChange(const ChangeContext& context, const EngineParts& parts, R
       disk_(context.machine.files, context.system, context.report, context.debugLog),
       directories_(context) {}
 
+std::int64_t FileChange::weightOf(const FileEntry& file) {
+    return OverallProgress::kStepWeight + file.size;
+}
+
 bool FileChange::apply() {
     failed_ = false;
+    context_.report.beginStage(JobStage::kCopy);
     const auto& files = fileSets_.getFiles();
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (i % FormerContents::kBatch == 0) {
@@ -48,6 +54,7 @@ bool FileChange::apply() {
         }
         if (planner_.isSelected(files[i])) {
             install(i);
+            context_.report.advance(weightOf(files[i]));
         }
     }
     context_.log.flush();  // a failure counts when the log is published

@@ -35,6 +35,9 @@ public:
     // while it is known to be what was installed; otherwise it is named and stays.
     bool undo(const LogRecord& record) override;
 
+    // Of a file that is installed, in the progress of the whole job.
+    static std::int64_t weightOf(const FileEntry& file);
+
     // The path of a record CREATE or OVER; otherwise empty.
     static std::string_view createdFile(const LogRecord& record);
     static std::string_view replacedFile(const LogRecord& record);

@@ -21,6 +21,15 @@ std::int32_t waitForProgram(platform::ChildProcess& program) {
     return program.exitCode();
 }
 
+// The same, while the front end handles its events.
+std::int32_t waitForProgram(platform::ChildProcess& program, Report& report) {
+    constexpr std::uint32_t kOneLook = 50;
+    do {
+        report.pumpEvents();
+    } while (!program.wait(kOneLook));
+    return program.exitCode();
+}
+
 // However the loop is left, by an exception too, no thread goes on using what is gone by then.
 class EndOfRun {
 public:
@@ -117,8 +126,9 @@ ProgramOutcome ProgramRun::execute(const AsynchronousRunProgram& program, Report
     if ((program.flags & kRunOpenWithShell) != 0) {
         return {shell_.openDocument(program.program), std::nullopt};
     }
-    const ProgramOutcome outcome =
-        (program.flags & kRunAsynchronous) != 0 ? runOnThread(program, report, pause) : runHere(program);
+    const ProgramOutcome outcome = (program.flags & kRunAsynchronous) != 0
+                                       ? runOnThread(program, report, pause)
+                                       : runHere(program, report);
     if (outcome.exitCode.value_or(0) != 0) {
         debugLog_.line("ERROR: " + program.commandLine() + " ended with the code " +
                        std::to_string(*outcome.exitCode));
@@ -147,12 +157,12 @@ ProgramOutcome ProgramRun::runOnThread(AsynchronousRunProgram program, Report& r
     return {exitCode.has_value(), exitCode, thread.startError()};
 }
 
-ProgramOutcome ProgramRun::runHere(const AsynchronousRunProgram& program) {
+ProgramOutcome ProgramRun::runHere(const AsynchronousRunProgram& program, Report& report) {
     int error = 0;
     const auto child = processes_.start(program.commandLine(), program.workDir, error);
     if (child == nullptr) {
         return {false, std::nullopt, error};
     }
     const bool waits = (program.flags & kRunWait) != 0;
-    return {true, waits ? std::optional(waitForProgram(*child)) : std::nullopt};
+    return {true, waits ? std::optional(waitForProgram(*child, report)) : std::nullopt};
 }

@@ -84,8 +84,8 @@ struct ProgramOutcome {
 };
 
 // Runs programs: hands a document to the desktop, starts a process and perhaps waits for it, or lets a thread
-// wait for it while the front end keeps responding. A program that never ends blocks whoever waits for it.
-// Not a change that can be taken back: a program that ran leaves no record.
+// wait for it. The front end keeps responding meanwhile. A program that never ends blocks whoever waits for
+// it. Not a change that can be taken back: a program that ran leaves no record.
 class ProgramRun {
 public:
     // Both are borrowed and outlive this object.
@@ -104,7 +104,7 @@ public:
 
 private:
     ProgramOutcome runOnThread(AsynchronousRunProgram program, Report& report, std::uint32_t pause);
-    ProgramOutcome runHere(const AsynchronousRunProgram& program);
+    ProgramOutcome runHere(const AsynchronousRunProgram& program, Report& report);
 
     platform::Processes& processes_;
     platform::ShellObjects& shell_;

@@ -382,6 +382,7 @@ bool RegistryChange::undoValue(const Key& key, std::string_view name) {
 bool RegistryChange::finishUndo() {
     bool succeeded = true;
     for (auto key = createdKeys_.rbegin(); key != createdKeys_.rend(); ++key) {
+        context_.report.pumpEvents();
         succeeded = removeCreatedKey(*key) && succeeded;
     }
     std::erase_if(createdKeys_, [](const CreatedKey& key) { return key.levels == 0; });

@@ -290,4 +290,12 @@ TEST_F(DirectoryUndoTest, RemovesWhatAKilledInstallationLeftBesideItsFiles) {
     EXPECT_TRUE(files_.hasFile("/a/b/.tandrel-1.tmp"));
 }
 
+TEST_F(DirectoryUndoTest, HandlesEventsBeforeEachDirectory) {
+    EXPECT_TRUE(note("1\t/none/"));
+    EXPECT_TRUE(note("1\t/neither/"));
+    ui_.calls.clear();
+    EXPECT_TRUE(change_.finishUndo());
+    EXPECT_EQ(ui_.countOf("pumpEvents()"), 2);
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "engine/changes/change_fixture.h"
+#include "fakes/shown_calls.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ TEST_F(ElementGroupsTest, VisitsTheChildrenOfAllGroupsInOrder) {
     bool succeeded = false;
     EXPECT_THAT(visit("", succeeded), ElementsAre("A", "C", "D"));
     EXPECT_TRUE(succeeded);
-    EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(null, 1)", "addFileLine(null, 1)"));
+    EXPECT_THAT(shownCalls(ui_), ElementsAre("addFileLine(null, 1)", "addFileLine(null, 1)"));
 }
 
 TEST_F(ElementGroupsTest, EndsAGroupWithItsFailureAlone) {
@@ -36,6 +37,13 @@ TEST_F(ElementGroupsTest, EndsAGroupWithItsFailureAlone) {
     bool succeeded = true;
     EXPECT_THAT(visit("A", succeeded), ElementsAre("A", "C"));
     EXPECT_FALSE(succeeded);
+}
+
+TEST_F(ElementGroupsTest, HandlesEventsBeforeEachChild) {
+    describe("<Add><A/><B Condition='1==2'/><C/></Add><Add><D/></Add>");
+    bool succeeded = false;
+    visit("", succeeded);
+    EXPECT_EQ(ui_.countOf("pumpEvents()"), 4);
 }
 
 }  // namespace

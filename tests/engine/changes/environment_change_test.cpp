@@ -6,6 +6,7 @@
 #include "engine/changes/change_fixture.h"
 #include "engine/changes/former_state.h"
 #include "engine/changes/same_path.h"
+#include "fakes/shown_calls.h"
 #include "fakes/temporary_directory.h"
 #include "platform/error_text.h"
 #include "platform/system_environment.h"
@@ -99,8 +100,8 @@ TEST_F(EnvironmentElementsTest, MakesEachKindAndRecordsIt) {
     EXPECT_EQ(machine_.shell.broadcasts, 1);
     EXPECT_EQ(records(), "ENV\tCREATE\tA\r\nENV\tNONE\r\nBEFORE\t" + FormerState::ofBytes("/opt/demo") +
                              "\r\nENV\tADD\tB\t/opt/demo\r\nENV\tADD\tC\tc;\r\n");
-    EXPECT_THAT(ui_.calls, ElementsAre("addFileLine(\"Create A\", 0)", "addFileLine(\"Add to B\", 0)",
-                                       "addFileLine(null, 1)"));
+    EXPECT_THAT(shownCalls(ui_), ElementsAre("addFileLine(\"Create A\", 0)", "addFileLine(\"Add to B\", 0)",
+                                             "addFileLine(null, 1)"));
 }
 
 TEST_F(EnvironmentElementsTest, PassesOverWhatIsIncompleteUnknownOrNotWanted) {

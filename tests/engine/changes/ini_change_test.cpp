@@ -9,6 +9,7 @@
 #include "engine/changes/change_fixture.h"
 #include "engine/changes/removed_files.h"
 #include "engine/changes/text_lines.h"
+#include "fakes/shown_calls.h"
 #include "fakes/temporary_directory.h"
 
 namespace {
@@ -296,7 +297,7 @@ TEST_F(IniElementsTest, WritesAnEntryWithItsTextsExpandedAndRecordsIt) {
     expectFile({"[/ds]", "a=1", "/dk=/dv", "/db=2"});
     expectSecondGroup();
     EXPECT_EQ(records(), "INI\tCREATE\t/d/a.ini\t/ds\t/dk\t/dv\r\n" + last_);
-    EXPECT_THAT(ui_.calls,
+    EXPECT_THAT(shownCalls(ui_),
                 ElementsAre("addFileLine(\"Create [/ds]//dk in /d/a.ini\", 0)", "addFileLine(null, 1)",
                             "addFileLine(\"Create [s]/k in /d/last.ini\", 0)", "addFileLine(null, 1)"));
 }

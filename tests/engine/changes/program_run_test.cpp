@@ -284,4 +284,12 @@ TEST_F(RunProgramThreadTest, WakesTheOneThatWaits) {
     runner.join();
 }
 
+TEST_F(ProgramRunTest, HandlesEventsWhileItWaits) {
+    processes_.waitsBeforeEnd = 3;
+    EXPECT_TRUE(run(kRunWait, "", &ui_));
+    EXPECT_EQ(ui_.countOf("pumpEvents()"), 4);
+    run(0, "", &ui_);
+    EXPECT_EQ(ui_.countOf("pumpEvents()"), 4) << "nothing is waited for";
+}
+
 }  // namespace

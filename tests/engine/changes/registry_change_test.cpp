@@ -4,6 +4,7 @@
 
 #include "description/product_description.h"
 #include "engine/changes/change_fixture.h"
+#include "fakes/shown_calls.h"
 
 namespace {
 
@@ -242,10 +243,11 @@ TEST_F(RegistryUndoTest, FailsForAValueAndAKeyThatCannotBeDeleted) {
     undo("REGKEY", "1\tHKEY_LOCAL_MACHINE\tSoftware\\Demo\\a");
     EXPECT_FALSE(change_.finishUndo());
     EXPECT_EQ(textAt("Software\\Demo\\a", "N"), "x");
-    ASSERT_EQ(ui_.calls.size(), 2U);
-    EXPECT_TRUE(ui_.calls[0].starts_with(
+    const std::vector<std::string> shown = shownCalls(ui_);
+    ASSERT_EQ(shown.size(), 2U);
+    EXPECT_TRUE(shown[0].starts_with(
         "addMessage(\"FAILED to delete the value HKEY_LOCAL_MACHINE\\Software\\Demo\\a: N: "));
-    EXPECT_TRUE(ui_.calls[1].starts_with(
+    EXPECT_TRUE(shown[1].starts_with(
         "addMessage(\"FAILED to delete the key HKEY_LOCAL_MACHINE\\Software\\Demo\\a: "));
 }
 
@@ -260,7 +262,7 @@ TEST_F(RegistryUndoTest, RepeatsAWalkWithoutAFailure) {
         EXPECT_FALSE(machine_.registry.hasKey(kRoot, "Software\\Demo\\a"));
         EXPECT_TRUE(machine_.registry.hasKey(kRoot, "Software\\Demo\\c\\others"));
     }
-    EXPECT_TRUE(ui_.calls.empty());
+    EXPECT_TRUE(shownCalls(ui_).empty());
 }
 
 TEST_F(RegistryUndoTest, TakesAKeyThatWasInUseWhenItIsNoLonger) {

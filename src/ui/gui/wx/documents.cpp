@@ -49,7 +49,6 @@ LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : P
     lines_->Create(site.parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                    wxTE_MULTILINE | wxTE_READONLY | wxVSCROLL);
     adopt(lines_);
-    lines_->SetMaxLength(0);  // else Windows stops at 64 KB
     if (spec.kind == ControlKind::kLines) {
         wxFont font = systemFont();
         font.SetPointSize(font.GetPointSize() - 1);

@@ -30,6 +30,13 @@ void paintOnPage(wxWindow& window, const ControlColours& own, const PageColours&
     window.Refresh();
 }
 
+// In the place of none, which Windows can't draw.
+wxBitmap transparentPixel() {
+    const std::uint8_t rgb[3] = {};
+    const std::uint8_t alpha = 0;
+    return bitmapOf({1, 1, rgb, &alpha}, 1.0);
+}
+
 }  // namespace
 
 ButtonControl::ButtonControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
@@ -59,7 +66,12 @@ RadioButtonControl::RadioButtonControl(const ControlSite& site, const ControlSpe
     button_ = makeHidden<wxRadioButton>(site.parent, wxID_ANY, wideText(spec.text));
     adopt(button_);
     site.group->join(*this);
-    button_->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { this->site().events->pressed(id()); });
+    // A press of the chosen button is an event as well.
+    button_->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) {
+        if (this->site().group->choose(this)) {
+            this->site().events->pressed(id());
+        }
+    });
 }
 
 RadioButtonControl::~RadioButtonControl() {
@@ -72,6 +84,7 @@ bool RadioButtonControl::isTabStop() const {
 
 void RadioButtonControl::setChecked(bool checked) {
     if (checked) {
+        site().group->choose(this);
         button_->SetValue(true);
     } else if (isChecked()) {
         site().group->chooseNone();
@@ -149,14 +162,15 @@ void TextBoxControl::setText(const wxString& text) {
 }
 
 PictureControl::PictureControl(const ControlSite& site, const ControlSpec& /*spec*/) : PageControl(site) {
-    picture_ = makeHidden<wxStaticBitmap>(site.parent, wxID_ANY, wxBitmap());
+    picture_ = makeHidden<wxStaticBitmap>(site.parent, wxID_ANY, transparentPixel());
     adopt(picture_);
 }
 
 void PictureControl::setPicture(const Picture& picture) {
     // It would take the size of the picture.
     const wxSize size = picture_->GetSize();
-    picture_->SetBitmap(bitmapOf(picture, display::density()));
+    const wxBitmap bitmap = bitmapOf(picture, display::density());
+    picture_->SetBitmap(bitmap.IsOk() ? bitmap : transparentPixel());
     picture_->SetSize(size);
 }
 

@@ -1,6 +1,7 @@
 #include "ui/gui/wx/radio_group.h"
 
 #include <algorithm>
+#include <utility>
 
 RadioGroup::~RadioGroup() {
     if (noChoice_ != nullptr) {
@@ -10,6 +11,9 @@ RadioGroup::~RadioGroup() {
 
 void RadioGroup::leave(const PageControl& member) {
     std::erase(members_, &member);
+    if (chosen_ == &member) {
+        chosen_ = nullptr;
+    }
 }
 
 bool RadioGroup::isEntry(const PageControl& member) const {
@@ -35,7 +39,12 @@ void RadioGroup::makeNoChoice(wxWindow* parent) {
     }
 }
 
+bool RadioGroup::choose(const PageControl* member) {
+    return std::exchange(chosen_, member) != member;
+}
+
 void RadioGroup::chooseNone() {
+    chosen_ = nullptr;
     if (noChoice_ != nullptr) {
         noChoice_->SetValue(true);
     }

@@ -24,9 +24,12 @@ public:
     // it comes before them.
     void makeNoChoice(wxWindow* parent);
     void chooseNone();
+    // Notes that `member` is chosen now; false when it was before.
+    bool choose(const PageControl* member);
 
 private:
     RetiredWindows& retired_;
     std::vector<PageControl*> members_;
     wxRadioButton* noChoice_ = nullptr;
+    const PageControl* chosen_ = nullptr;
 };

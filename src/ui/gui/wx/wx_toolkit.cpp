@@ -374,8 +374,3 @@ void WxToolkit::addTask(ControlId control, const TaskRow& row) {
 void WxToolkit::setTask(ControlId control, int index, const TaskRow& row) {
     withControl(control, [&](PageControl& found) { found.setTask(index, row); });
 }
-
-extern "C" Toolkit* tandrelToolkit(std::uint32_t version) noexcept {
-    static WxToolkit toolkit;
-    return version == kToolkitVersion ? &toolkit : nullptr;
-}

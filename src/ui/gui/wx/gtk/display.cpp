@@ -86,9 +86,10 @@ std::string refusal() {
     return reason;
 }
 
-GLogWriterOutput dropMessage(GLogLevelFlags /*level*/, const GLogField* /*fields*/, gsize /*count*/,
-                             gpointer /*data*/) {
-    return G_LOG_WRITER_HANDLED;
+// The library's remarks on the desktop's settings are none of the user's business; what ends the process is.
+GLogWriterOutput dropMessage(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer data) {
+    const bool isFatal = (level & (G_LOG_FLAG_FATAL | G_LOG_LEVEL_ERROR)) != 0;
+    return isFatal ? g_log_writer_default(level, fields, count, data) : G_LOG_WRITER_HANDLED;
 }
 
 }  // namespace
@@ -98,10 +99,10 @@ bool open(std::string& outReason) {
         outReason = "no display: neither DISPLAY nor WAYLAND_DISPLAY is set";
         return false;
     }
-    useUnicode();
     if (!isSet("G_MESSAGES_DEBUG")) {
         g_log_set_writer_func(dropMessage, nullptr, nullptr);
     }
+    useUnicode();
     // A process survives the loss of an X server, but not that of a Wayland compositor.
     gdk_set_allowed_backends("x11,wayland");
     const Silence silence;
