@@ -43,7 +43,8 @@ MainFrame::MainFrame(const Surroundings& surroundings, double fontScale)
       tasks_(*this, surroundings.pictures),
       main_(*this, surroundings.pictures, tasks_),
       sub_(*this, surroundings.pictures, tasks_),
-      kept_(*this, surroundings.pictures, tasks_) {}
+      kept_(*this, surroundings.pictures, tasks_),
+      keptNow_(*this, surroundings.pictures, tasks_) {}
 
 bool MainFrame::open() {
     std::array<char, kTitleCapacity> title{};
@@ -222,6 +223,18 @@ void MainFrame::showPage(int /*dialog*/, int sub, bool show) {
 
 void MainFrame::prepareDialog() {
     main_.clear();
+    turnKeptElements();
+}
+
+void MainFrame::prepareSubDialog() {
+    sub_.clear();
+    turnKeptElements();
+}
+
+// An element survives one change of the page; a page that names it again keeps it over the next one.
+void MainFrame::turnKeptElements() {
+    kept_.clear();
+    kept_.keepAllOf(keptNow_);
 }
 
 void MainFrame::destroySubPage() {
@@ -237,8 +250,11 @@ void MainFrame::leaveSubDialog(int sub) {
 }
 
 void MainFrame::keepElement(std::string_view name) {
-    if (auto element = sub_.elements().take(name)) {
-        kept_.keep(std::move(*element));
+    for (PageElements* elements : {&sub_.elements(), &kept_}) {
+        if (auto element = elements->take(name)) {
+            keptNow_.keep(std::move(*element));
+            return;
+        }
     }
 }
 
@@ -247,7 +263,7 @@ void MainFrame::setTaskState(std::string_view name, std::string_view text, std::
 }
 
 ControlId MainFrame::find(std::string_view name, std::initializer_list<DialogElementKind> kinds) const {
-    for (const PageElements* elements : {&main_.elements(), &sub_.elements(), &kept_}) {
+    for (const PageElements* elements : {&main_.elements(), &sub_.elements(), &kept_, &keptNow_}) {
         if (const ControlId control = elements->find(name, kinds)) {
             return control;
         }

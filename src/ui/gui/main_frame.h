@@ -43,6 +43,7 @@ public:
     void refreshElements();
     void showPage(int dialog, int sub, bool show);
     void prepareDialog();
+    void prepareSubDialog();
     void destroySubPage();
     void leaveDialog();
     void leaveSubDialog(int sub);
@@ -76,6 +77,7 @@ private:
     void choiceChanged(const DialogField& field, ControlId control) override;
     void textChanged(const DialogField& field) override;
 
+    void turnKeptElements();
     void setIcon();
     void setPageColours(int dialog, int sub);
     void build(GuiPage& page, int dialog, int sub);
@@ -94,7 +96,8 @@ private:
     TaskList tasks_;
     GuiPage main_;
     GuiPage sub_;
-    PageElements kept_;
+    PageElements kept_;     // over the last change of the page
+    PageElements keptNow_;  // over the change that has begun
     Extent lastGoodSize_;
     ControlId defaultButton_ = 0;  // that Return presses
     ControlId lastFocus_ = 0;      // what gets the focus back after a refresh

@@ -189,6 +189,13 @@ void PageElements::keep(PageElement element) {
     elements_.push_back(std::move(element));
 }
 
+void PageElements::keepAllOf(PageElements& other) {
+    for (PageElement& element : other.elements_) {
+        keep(std::move(element));
+    }
+    other.elements_.clear();
+}
+
 void PageElements::clear() {
     for (const PageElement& element : elements_) {
         host_.toolkit().remove(element.control);

@@ -33,6 +33,8 @@ public:
     void build(int dialog, int sub);
     // Takes over an element of another page.
     void keep(PageElement element);
+    // Takes over all elements of another page.
+    void keepAllOf(PageElements& other);
     void clear();
 
     // Shows those with a condition as it says.

@@ -155,7 +155,9 @@ int WxGUI::prepareDialog(int /*dialog*/) {
 }
 
 void WxGUI::prepareSubDialog(int /*dialog*/, int /*sub*/) {
-    destroySubPage();
+    if (frame_ != nullptr) {
+        frame_->prepareSubDialog();
+    }
 }
 
 int WxGUI::leaveDialog(int /*dialog*/) {

@@ -364,6 +364,11 @@ TEST_F(MainFrameTest, AKeptElementStaysWhenItsPageGoes) {
         EXPECT_EQ(window.find(ControlKind::kProgressBar), bar);
         ui.setCurrentProgress(40);
         EXPECT_EQ(window.at(bar).percent, 40);
+        ui.keepElement("Current");
+        session.goToDialog(0, &ui);
+        EXPECT_EQ(window.find(ControlKind::kProgressBar), bar) << "kept once more";
+        session.goToDialog(0, &ui);
+        EXPECT_EQ(window.find(ControlKind::kProgressBar), 0) << "not kept again";
     });
 }
 

@@ -10,6 +10,7 @@ class ToolkitEvents;
 
 enum class MessageButtons { kOk, kOkCancel, kYesNo };
 enum class MessageSign { kNone, kInformation, kError };
+// kPage is the background of a page without a colour of its own.
 enum class SystemColour { kWindowText, kGrayText, kPage };
 
 struct FrameSpec {

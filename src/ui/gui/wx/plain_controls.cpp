@@ -140,6 +140,8 @@ LabelControl::LabelControl(const ControlSite& site, const ControlSpec& spec) : P
                                       wxST_NO_AUTORESIZE);
     adopt(label_);
     label_->SetLabelText(wideText(spec.text));
+    // It keeps the size that it needed for no text.
+    label_->InvalidateBestSize();
 }
 
 void LabelControl::applyColours() {

@@ -25,7 +25,10 @@ public:
         using Kind = RichTextCommand::Kind;
         switch (command.kind) {
             case Kind::kWrite:
-                write([&] { document_.WriteText(wideText(command.text)); });
+                write([&] {
+                    document_.WriteText(wideText(command.text));
+                    styleParagraph();
+                });
                 break;
             case Kind::kAddParagraph:
                 write([&] { document_.AddParagraph(wideText(command.text)); });
@@ -81,15 +84,38 @@ private:
         }
     }
 
+    // Written text joins a paragraph that was there before the styles of paragraphs were opened.
+    void styleParagraph() {
+        wxRichTextBuffer& buffer = document_.GetBuffer();
+        wxRichTextParagraph* const paragraph = buffer.GetParagraphAtPosition(document_.GetLastPosition() - 1);
+        if (paragraph == nullptr) {
+            return;
+        }
+        const wxRichTextAttr& style = buffer.GetDefaultStyle();
+        if (style.HasAlignment()) {
+            paragraph->GetAttributes().SetAlignment(style.GetAlignment());
+        }
+        if (style.HasLeftIndent()) {
+            paragraph->GetAttributes().SetLeftIndent(style.GetLeftIndent(), style.GetLeftSubIndent());
+        }
+    }
+
+    // The control takes the style at its new insertion point for the open ones, so these are set again.
+    void moveToEnd() {
+        const wxRichTextAttr style = document_.GetBuffer().GetDefaultStyle();
+        document_.SetInsertionPointEnd();
+        document_.GetBuffer().SetDefaultStyle(style);
+    }
+
     // The size is no style of those that are opened and closed, so it is opened around each piece of text.
     template <typename Write>
     void write(Write writeText) {
         if (pointSize_ > 0) {
             document_.BeginFontSize(pointSize_);
         }
-        document_.SetInsertionPointEnd();
+        moveToEnd();
         writeText();
-        document_.SetInsertionPointEnd();
+        moveToEnd();
         if (pointSize_ > 0) {
             document_.EndFontSize();
         }

@@ -42,6 +42,18 @@ long styleOf(MessageButtons buttons, MessageSign sign) {
     return style;
 }
 
+wxSystemColour indexOf(SystemColour colour) {
+    switch (colour) {
+        case SystemColour::kWindowText:
+            return wxSYS_COLOUR_WINDOWTEXT;
+        case SystemColour::kGrayText:
+            return wxSYS_COLOUR_GRAYTEXT;
+        case SystemColour::kPage:
+            return wxSYS_COLOUR_BTNFACE;
+    }
+    return wxSYS_COLOUR_WINDOWTEXT;
+}
+
 std::int32_t numberOf(const wxColour& colour) {
     return static_cast<std::int32_t>(colour.GetRGB());
 }
@@ -162,10 +174,7 @@ double WxToolkit::pixelDensity() {
 }
 
 std::int32_t WxToolkit::systemColour(SystemColour colour) {
-    return guarded([=] {
-        return numberOf(wxSystemSettings::GetColour(
-            colour == SystemColour::kGrayText ? wxSYS_COLOUR_GRAYTEXT : wxSYS_COLOUR_WINDOWTEXT));
-    });
+    return guarded([=] { return numberOf(wxSystemSettings::GetColour(indexOf(colour))); });
 }
 
 bool WxToolkit::showMessage(std::string_view text, std::string_view caption, MessageButtons buttons,
