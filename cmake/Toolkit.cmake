@@ -24,6 +24,23 @@ function(tandrel_toolkit_library name)
   target_link_libraries(tandrel_${name} INTERFACE ${TANDREL_TOOLKIT}/lib/lib${name}.a ${ARGN})
 endfunction()
 
+# tandrel_delayed_library(NAME OUTPUT): an import library that loads NAME.dll at the first call of one of its functions, made
+# from the cross-compiler's ordinary one. Its path goes into the variable OUTPUT.
+function(tandrel_delayed_library name output)
+  set(directory ${CMAKE_BINARY_DIR}/generated/delayed)
+  file(MAKE_DIRECTORY ${directory})
+  execute_process(COMMAND ${CMAKE_NM} ${CMAKE_FIND_ROOT_PATH}/lib/lib${name}.a
+    OUTPUT_VARIABLE symbols ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL "__imp_[A-Za-z_0-9]+" functions "${symbols}")
+  list(REMOVE_DUPLICATES functions)
+  list(TRANSFORM functions REPLACE "^__imp_" "  ")
+  list(JOIN functions "\n" functions)
+  file(WRITE ${directory}/${name}.def "LIBRARY ${name}.dll\nEXPORTS\n${functions}\n")
+  execute_process(COMMAND ${CMAKE_DLLTOOL} --input-def ${directory}/${name}.def
+    --output-delaylib ${directory}/lib${name}.a COMMAND_ERROR_IS_FATAL ANY)
+  set(${output} ${directory}/lib${name}.a PARENT_SCOPE)
+endfunction()
+
 if(WIN32)
   tandrel_toolkit_library(png /usr/x86_64-w64-mingw32/lib/libz.a)
 else()
@@ -46,8 +63,14 @@ if(WIN32)
   target_link_options(tandrel_toolkit INTERFACE -fstack-protector-strong)
   # uuid comes first: oleacc defines one of its identifiers as well.
   target_link_libraries(tandrel_toolkit INTERFACE
-    uuid comctl32 comdlg32 gdi32 gdiplus msimg32 ole32 oleacc oleaut32 rpcrt4 shell32 shlwapi user32 uxtheme version winmm
-    winspool advapi32)
+    uuid comdlg32 gdi32 ole32 oleaut32 rpcrt4 shell32 shlwapi user32 advapi32)
+  # The rest the system would take from the directory of a program, where a setup lies beside other downloads. They are
+  # loaded when they are first used, and by then only from the system's directory.
+  foreach(library comctl32 gdiplus msimg32 oleacc uxtheme version winmm)
+    tandrel_delayed_library(${library} delayed_library)
+    target_link_libraries(tandrel_toolkit INTERFACE ${delayed_library})
+  endforeach()
+  target_link_libraries(tandrel_toolkit INTERFACE delayimp)
 else()
   find_package(PkgConfig REQUIRED)
   find_package(Threads REQUIRED)

@@ -5,6 +5,7 @@
 
 #include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/length_limit.h"
 #include "ui/gui/wx/rich_text_writer.h"
 
 namespace {
@@ -49,6 +50,7 @@ LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : P
     lines_->Create(site.parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                    wxTE_MULTILINE | wxTE_READONLY | wxVSCROLL);
     adopt(lines_);
+    liftLengthLimit(*lines_);
     if (spec.kind == ControlKind::kLines) {
         wxFont font = systemFont();
         font.SetPointSize(font.GetPointSize() - 1);
@@ -104,6 +106,7 @@ HtmlControl::HtmlControl(const ControlSite& site, const ControlSpec& /*spec*/) :
                  wxHW_SCROLLBAR_AUTO | wxBORDER_STATIC);
     document_ = page;
     adopt(document_);
+    document_->SetCanFocus(true);  // GTK takes it for a panel that only holds others
     document_->SetStandardFonts(systemFont().GetPointSize(), systemFont().GetFaceName());
 }
 

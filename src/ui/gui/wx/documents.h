@@ -37,6 +37,8 @@ private:
 class HtmlControl : public PageControl {
 public:
     HtmlControl(const ControlSite& site, const ControlSpec& spec);
+    // It counts as a panel, which would look for a child that takes the focus.
+    void takeFocus() override { document_->SetFocusIgnoringChildren(); }
     wxString text() const override;
     void setHtml(const wxString& page) override;
 

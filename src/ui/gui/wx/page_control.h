@@ -46,6 +46,8 @@ public:
     // Whether Tab stops here, as far as it is the control's own matter.
     virtual bool isTabStop() const;
 
+    virtual void takeFocus() { window_->SetFocus(); }
+
     void setColours(const ControlColours& colours);
     void setPageColours(const PageColours& page);
 

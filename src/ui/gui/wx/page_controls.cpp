@@ -147,7 +147,7 @@ void PageControls::moveFocus(bool forward) {
     }
     auto next = std::find(stops.begin(), stops.end(), current);
     next = next == stops.end() || next + 1 == stops.end() ? stops.begin() : next + 1;
-    (*next)->window()->SetFocusFromKbd();
+    (*next)->takeFocus();
 }
 
 void PageControls::showAccessKeys(bool show) {

@@ -310,7 +310,7 @@ bool WxToolkit::isEnabled(ControlId control) {
 }
 
 void WxToolkit::setFocus(ControlId control) {
-    withControl(control, [](const PageControl& found) { found.window()->SetFocus(); });
+    withControl(control, [](PageControl& found) { found.takeFocus(); });
 }
 
 ControlId WxToolkit::focused() {
