@@ -11,6 +11,7 @@ GOOD = [
     "src/platform/clock.h", "src/platform/posix/clock.cpp", "src/platform/windows/clock.cpp", "tests/platform/clock_test.cpp",
     "src/platform/posix/system_calls.cpp", "src/platform/posix/system_calls.h",
     "src/ui/console/prompt.cpp", "tests/ui/console/prompt_test.cpp",
+    "src/ui/gui/toolkit/toolkit.h", "src/ui/gui/wx/frame.cpp", "src/ui/gui/start/start.cpp", "tests/ui/gui/wx/toolkit_frame_test.cpp",
     "src/installer/main.cpp", "src/platform/posix/entry.cpp", "tests/fakes/memory_disk.cpp", "tests/e2e/install_test.cpp",
 ]
 

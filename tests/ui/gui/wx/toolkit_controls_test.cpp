@@ -68,8 +68,7 @@ TEST_P(ToolkitControls, PressesAButtonByMouseSpaceAndLink) {
             expectNoted({press(button)});
             click(link);
             expectNoted({press(link)});
-            toolkit->setFocus(button);
-            waitUntil([&] { return toolkit->focused() == button; }, "the focus");
+            focus(button);
             key("space");
             expectNoted({press(button)});
         },
@@ -121,7 +120,7 @@ TEST_P(ToolkitControls, ACheckBoxChangesByTheWholeCaption) {
             click(box);
             expectNoted({press(box)});
             EXPECT_FALSE(toolkit->isChecked(box));
-            toolkit->setFocus(box);
+            focus(box);
             key("space");
             expectNoted({press(box)});
             EXPECT_TRUE(toolkit->isChecked(box));

@@ -88,6 +88,16 @@ void WindowTest::inFrame(std::function<void()> body, bool isThemed) {
     });
 }
 
+// The window manager moves a new frame to its place.
+void WindowTest::waitUntilSettled() {
+    const std::vector<std::string> ask = {
+        "search", "--sync", "--onlyvisible", "--name", "Tandrel window test", "getwindowgeometry"};
+    std::string before;
+    for (std::string now = act(ask); now != before && !HasFatalFailure(); now = act(ask)) {
+        before = now;
+    }
+}
+
 void WindowTest::waitUntil(const std::function<bool()>& isSo, std::string_view what) {
     const auto end = std::chrono::steady_clock::now() + kPatience;
     while (!isSo()) {
@@ -96,6 +106,11 @@ void WindowTest::waitUntil(const std::function<bool()>& isSo, std::string_view w
         toolkit->processEvents();
         std::this_thread::sleep_for(kPause);
     }
+}
+
+void WindowTest::focus(ControlId control) {
+    toolkit->setFocus(control);
+    waitUntil([&] { return lastFocus == control && toolkit->focused() == control; }, "the focus");
 }
 
 void WindowTest::waitFor(const std::string& word) {

@@ -45,6 +45,7 @@ protected:
 
     // Handles events until it is so; fails after some seconds.
     void waitUntil(const std::function<bool()>& isSo, std::string_view what);
+    void focus(ControlId control);
     // Until `word` is the last one that was noted.
     void waitFor(const std::string& word);
     void expectNoted(const std::vector<std::string>& words);
@@ -73,6 +74,7 @@ protected:
     std::function<void()> onIdled;
 
 private:
+    void waitUntilSettled();
     void note(const std::string& word) { notes.push_back(word); }
 
     std::function<void()> body_;
