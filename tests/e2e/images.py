@@ -126,6 +126,19 @@ class PeImage:
             names.append(self.data[start:self.data.index(b"\0", start)].decode().lower())
             at += 20
 
+    def delayed_libraries(self):
+        """In lower case."""
+        if self.directory(self.DELAYED) == (0, 0):
+            return []
+        names, at = [], self.offset_of(self.directory(self.DELAYED)[0])
+        while True:
+            name, = struct.unpack_from("<I", self.data, at + 4)
+            if name == 0:
+                return names
+            start = self.offset_of(name)
+            names.append(self.data[start:self.data.index(b"\0", start)].decode().lower())
+            at += 32
+
     def resource(self, kind):
         """The first resource of a type, whatever its name and language."""
         base = self.offset_of(self.directory(self.RESOURCES)[0])

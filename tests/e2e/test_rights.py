@@ -10,7 +10,8 @@ from harness import EXE, WINDOWS, EndToEndTest, main
 SETS = '<FileSet Name="A"><FN Dest="[DIR]">a.txt</FN></FileSet>'
 # What a setup may need on Windows, or the system on its behalf. Without what Wine, which has no list of known libraries,
 # loads for the system's own ones before the program starts.
-LIBRARIES = ("bcrypt", "bcryptprimitives", "hnetcfg", "ieframe", "netapi32", "propsys", "rsaenh", "secur32", "uxtheme")
+LIBRARIES = ("bcrypt", "bcryptprimitives", "gdiplus", "hnetcfg", "ieframe", "msimg32", "netapi32", "oleacc", "propsys", "rsaenh",
+             "secur32", "uxtheme", "winmm")
 
 
 class Rights(EndToEndTest):

@@ -582,9 +582,9 @@ TEST_F(InstallerTest, AnErrorThatEndsAGraphicalRunIsShownAfterItsWindow) {
     const Lines calls = ui_.take();
     ASSERT_GE(calls.size(), 3U);
     EXPECT_EQ(calls[calls.size() - 3], "finish()");
-    EXPECT_EQ(
-        calls[calls.size() - 2],
-        "setFatalMessage(\"a step failed\nNothing was installed: the run was held on the page \"Hello\"\", \"Installation\")");
+    EXPECT_EQ(calls[calls.size() - 2],
+              "setFatalMessage(\"a step failed\nNothing was installed: the run was held on the page "
+              "\"Hello\"\", \"Installation\")");
     EXPECT_EQ(calls[calls.size() - 1], "showFatalMessage()");
     EXPECT_EQ(ui_.countOf("messageBox"), 0);
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/written_path.h"
 #include "session_fixture.h"
 
 namespace {
@@ -394,7 +395,7 @@ TEST_F(PageWorkProgressTest, FollowsTheBytesOfAnInstallation) {
     EXPECT_EQ(found.front(), 0);
     EXPECT_EQ(found.back(), 100);
     // The smaller file comes first, and has a tenth of the bytes.
-    const int small = shareAt("setStatusText(\"/app/big");
+    const int small = shareAt("setStatusText(\"" + platform::writtenPath("/app\\big"));
     const int both = shareAt("setStatusText(\"Updating environment");
     EXPECT_GT(small, 0);
     EXPECT_GT(both - small, 4 * small);
@@ -410,7 +411,8 @@ TEST_F(PageWorkProgressTest, CountsTheRemovalOfAnEarlierVersion) {
     beforePage_ = [this] { session_.setVariable("SHOULD", "1"); };
     EXPECT_TRUE(install("Uninstall Special='AutoNext'/><CopyProgress"));
     EXPECT_EQ(shares().back(), 100);
-    EXPECT_GT(shareAt("setStatusText(\"/app/big"), 40) << "the removal weighs as much as the copying";
+    EXPECT_GT(shareAt("setStatusText(\"" + platform::writtenPath("/app\\big")), 40)
+        << "the removal weighs as much as the copying";
 }
 
 TEST_F(PageWorkProgressTest, WaitsForThePagesAfterTheInstallation) {
