@@ -43,7 +43,7 @@ std::string withoutSurplusSpace(std::string_view text) {
 
 std::string expanded(std::string_view text, InstallExchangeInfo& engine) {
     std::string buffer(kToolTipCapacity, '\0');
-    const std::string source(text);
+    std::string source(text);
     if (engine.expandVariables(source.c_str(), buffer.data(), static_cast<int>(buffer.size()), false) == 0) {
         return source;
     }

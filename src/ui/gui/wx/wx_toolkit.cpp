@@ -161,7 +161,8 @@ void WxToolkit::wake() {
 
 Extent WxToolkit::measureText(std::string_view text) {
     return guarded([&] {
-        wxBitmap bitmap(16, 16);
+        wxBitmap bitmap;
+        bitmap.Create(16, 16);
         wxMemoryDC context(bitmap);
         context.SetFont(wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
         const wxSize size = context.GetTextExtent(wideText(text));
