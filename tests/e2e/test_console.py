@@ -1,6 +1,7 @@
 """The console front end in real terminals: prompts, passwords, interrupts, windows of several sizes."""
 
 import os
+import pathlib
 import shutil
 import signal
 import unittest
@@ -157,13 +158,20 @@ class Prompts(ConsoleTest):
 class Signals(ConsoleTest):
     """Whatever ends, stops or continues a program, the terminal gets its settings back."""
 
+    def bytes_read(self, terminal):
+        counters = pathlib.Path(f"/proc/{terminal.process.pid}/io").read_text(encoding="ascii")
+        return int(counters.split("rchar: ")[1].split()[0])
+
     def test_each_signal_that_ends_the_run_at_a_password_restores_the_terminal(self):
         self.build(ASK_SECRET)
         for event in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             terminal = self.start()
             terminal.expect("Secret:")
             self.assertFalse(terminal.has_echo())
+            before = self.bytes_read(terminal)
             terminal.type("sesame")
+            # What the terminal handed on after the settings came back would be shown.
+            self.wait_until(lambda: self.bytes_read(terminal) >= before + len("sesame"))
             terminal.process.send_signal(event)
             self.assertEqual(self.assert_aborted(terminal), ABORTING + "\n\n")
 
