@@ -53,6 +53,18 @@ std::size_t utf8CharacterLength(std::string_view text) {
     return 0;
 }
 
+char32_t utf8CodePoint(std::string_view character) {
+    const auto lead = static_cast<unsigned char>(character[0]);
+    if (character.size() == 1) {
+        return lead;
+    }
+    char32_t value = lead & (0x7FU >> character.size());
+    for (const char continuation : character.substr(1)) {
+        value = value << 6 | (static_cast<unsigned char>(continuation) & 0x3FU);
+    }
+    return value;
+}
+
 std::string validUtf8(std::string_view text) {
     constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
     std::string valid;

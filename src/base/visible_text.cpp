@@ -25,21 +25,8 @@ bool isPlainAscii(char c) {
     return c >= 0x20 && c < 0x7F;
 }
 
-// Of a valid character.
-std::uint32_t codePoint(std::string_view character) {
-    const auto lead = static_cast<unsigned char>(character[0]);
-    if (character.size() == 1) {
-        return lead;
-    }
-    std::uint32_t value = lead & (0x7FU >> character.size());
-    for (const char continuation : character.substr(1)) {
-        value = value << 6 | (static_cast<unsigned char>(continuation) & 0x3FU);
-    }
-    return value;
-}
-
 bool isInvisible(std::string_view character) {
-    const std::uint32_t value = codePoint(character);
+    const char32_t value = utf8CodePoint(character);
     return std::any_of(std::begin(kInvisible), std::end(kInvisible),
                        [&](const Range& range) { return value >= range.first && value <= range.last; });
 }

@@ -117,27 +117,23 @@ class PeImage:
 
     def libraries(self):
         """In lower case."""
-        names, at = [], self.offset_of(self.directory(self.IMPORTS)[0])
-        while True:
-            name, = struct.unpack_from("<I", self.data, at + 12)
-            if name == 0:
-                return names
-            start = self.offset_of(name)
-            names.append(self.data[start:self.data.index(b"\0", start)].decode().lower())
-            at += 20
+        return self._library_names(self.IMPORTS, name_at=12, step=20)
 
     def delayed_libraries(self):
         """In lower case."""
-        if self.directory(self.DELAYED) == (0, 0):
+        return self._library_names(self.DELAYED, name_at=4, step=32)
+
+    def _library_names(self, table, name_at, step):
+        if self.directory(table) == (0, 0):
             return []
-        names, at = [], self.offset_of(self.directory(self.DELAYED)[0])
+        names, at = [], self.offset_of(self.directory(table)[0])
         while True:
-            name, = struct.unpack_from("<I", self.data, at + 4)
+            name, = struct.unpack_from("<I", self.data, at + name_at)
             if name == 0:
                 return names
             start = self.offset_of(name)
             names.append(self.data[start:self.data.index(b"\0", start)].decode().lower())
-            at += 32
+            at += step
 
     def resource(self, kind):
         """The first resource of a type, whatever its name and language."""

@@ -5,18 +5,12 @@
 #include "base/visible_text.h"
 #include "platform/written_path.h"
 #include "ui/field_values.h"
+#include "ui/gui/toolkit/copied_text.h"
 
 namespace {
 
 constexpr int kButtonWidth = 30;
 constexpr std::size_t kMostBytes = 1559;
-
-class ChosenPath : public TextReceiver {
-public:
-    void take(std::string_view text) override { path = text.substr(0, kMostBytes); }
-
-    std::string path;
-};
 
 }  // namespace
 
@@ -48,15 +42,16 @@ void DirectoryField::onActivate(ControlId control) {
     if (control != button_) {
         return;
     }
-    ChosenPath chosen;
+    CopiedText chosen;
     if (toolkit().chooseDirectory("Select a directory", textOf(toolkit(), box()), chosen)) {
-        take(chosen.path);
+        take(std::string_view(chosen.copy).substr(0, kMostBytes));
     }
 }
 
 void DirectoryField::take(std::string_view path) {
-    toolkit().setText(box(), OUtils::visibleText(textForBox(cleanDirectory(path))));
-    storeVariable(description().variable.view(), cleanDirectory(path), engine());
+    const std::string directory = cleanDirectory(path);
+    toolkit().setText(box(), OUtils::visibleText(textForBox(directory)));
+    storeVariable(description().variable.view(), directory, engine());
     setChanged(false);
     host().textChanged(*this);
 }

@@ -16,16 +16,11 @@ constexpr std::size_t kCapacity = 512;
 constexpr std::size_t kToolTipCapacity = 4096;
 constexpr char kUnreadable[] = "Error reading parameter!";
 
-// The piece between two separators; empty past the last one.
-std::string pieceOf(std::string_view list, int index) {
-    for (; index > 0; --index) {
-        const std::size_t separator = list.find(';');
-        if (separator == std::string_view::npos) {
-            return {};
-        }
-        list.remove_prefix(separator + 1);
-    }
-    return std::string(list.substr(0, list.find(';')));
+// Empty past the last item.
+std::string itemOf(std::string_view list, int index) {
+    const std::vector<std::string> items = OUtils::splitText(list, ';');
+    const auto wanted = static_cast<std::size_t>(std::max(index, 0));
+    return wanted < items.size() ? items[wanted] : std::string();
 }
 
 // Runs of white space as one blank, none at the ends.
@@ -108,7 +103,7 @@ std::string InstallParameterField::render(const std::string& value) const {
         case ParameterKind::kRadioButtons:
             // Without a value nothing is chosen, and to show the first item would be wrong.
             return value.empty() ? kUnreadable
-                                 : pieceOf(description().description.view(), OUtils::textToInteger(value));
+                                 : itemOf(description().description.view(), OUtils::textToInteger(value));
         case ParameterKind::kInfo:
             return std::string(description().description.view());
         case ParameterKind::kEditBox:

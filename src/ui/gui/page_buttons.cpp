@@ -13,22 +13,13 @@ bool has(const DialogButtonDesc& button, DialogButtonFlag flag) {
     return (button.flags & flag) != 0;
 }
 
-// The first character of valid UTF-8.
-char32_t firstCharacter(std::string_view text) {
-    constexpr char32_t kLeadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    const std::size_t length = OUtils::utf8CharacterLength(text);
-    char32_t character = length == 0 ? 0 : static_cast<unsigned char>(text[0]) & kLeadBits[length];
-    for (std::size_t i = 1; i < length; ++i) {
-        character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
-    }
-    return character;
-}
-
 // The character after the first `&` that isn't doubled; 0 when there is none.
 char32_t accessKeyOf(std::string_view caption) {
     for (std::size_t i = caption.find('&'); i != std::string_view::npos; i = caption.find('&', i + 2)) {
-        if (caption.substr(i + 1, 1) != "&") {
-            return firstCharacter(caption.substr(i + 1));
+        const std::string_view rest = caption.substr(i + 1);
+        if (!rest.starts_with('&')) {
+            const std::size_t length = OUtils::utf8CharacterLength(rest);
+            return length == 0 ? 0 : OUtils::utf8CodePoint(rest.substr(0, length));
         }
     }
     return 0;

@@ -1,15 +1,6 @@
 #include "ui/gui/page_host.h"
 
-namespace {
-
-class CopiedText : public TextReceiver {
-public:
-    void take(std::string_view text) override { copy = text; }
-
-    std::string copy;
-};
-
-}  // namespace
+#include "ui/gui/toolkit/copied_text.h"
 
 std::string textOf(Toolkit& toolkit, ControlId control) {
     CopiedText text;

@@ -1,17 +1,9 @@
 #include "ui/gui/start/window_toolkit.h"
 
 #include "ui/gui/start/carried_toolkit.h"
+#include "ui/gui/toolkit/copied_text.h"
 
 namespace {
-
-class ReasonReceiver : public TextReceiver {
-public:
-    explicit ReasonReceiver(std::string& outText) : outText_(outText) {}
-    void take(std::string_view text) override { outText_ = text; }
-
-private:
-    std::string& outText_;
-};
 
 struct Opening {
     Toolkit* toolkit = nullptr;
@@ -21,9 +13,10 @@ struct Opening {
 Opening open() {
     Opening opening;
     Toolkit* const toolkit = carriedToolkit(opening.reason);
-    ReasonReceiver receiver(opening.reason);
-    if (toolkit != nullptr && toolkit->open(receiver)) {
-        opening.toolkit = toolkit;
+    if (toolkit != nullptr) {
+        CopiedText reason;
+        opening.toolkit = toolkit->open(reason) ? toolkit : nullptr;
+        opening.reason = reason.copy;
     }
     return opening;
 }

@@ -168,7 +168,7 @@ ControlId WindowTest::show(ControlKind kind, std::string_view text) {
 }
 
 std::string WindowTest::textOf(ControlId control) {
-    ReceivedText text;
+    CopiedText text;
     toolkit->text(control, text);
-    return text.value;
+    return text.copy;
 }

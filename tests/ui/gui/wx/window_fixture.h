@@ -6,15 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "ui/gui/toolkit/copied_text.h"
 #include "ui/gui/toolkit/toolkit.h"
 #include "ui/gui/toolkit/toolkit_events.h"
-
-class ReceivedText : public TextReceiver {
-public:
-    void take(std::string_view text) override { value = text; }
-
-    std::string value;
-};
 
 // A frame on a real display, and somebody who sits in front of it (scripts/run-with-display). What the
 // toolkit reports is noted as words: "press 3", "enter", "text 2"; timers, idle and activation apart.
