@@ -9,7 +9,7 @@
 #include "ui/gui/toolkit/toolkit.h"
 #include "ui/gui/toolkit/toolkit_events.h"
 
-// A window without a screen. It keeps what it is told, and a test plays the user. A character is kCharacter
+// A window without a screen: it records every call, and the test plays the user. A character is kCharacter
 // wide; a control without a size of its own is as wide as its text.
 class RecordingToolkit : public Toolkit {
 public:

@@ -54,9 +54,7 @@ bool MainFrame::open() {
     FrameSpec spec;
     spec.title = shown;
     spec.isThemed = isThemed_;
-    const PageGeometry geometry(fontScale_, {});
-    spec.clientSize =
-        first == nullptr ? Extent{} : Extent{geometry.scaled(first->width), geometry.scaled(first->height)};
+    spec.clientSize = first == nullptr ? Extent{} : sizeOf(*first);
     if (isThemed_) {
         spec.background = engine().getThemeColour(static_cast<int>(ThemeSlot::kDialogBackground));
         spec.foreground = engine().getThemeColour(static_cast<int>(ThemeSlot::kActiveText));
@@ -76,6 +74,11 @@ bool MainFrame::open() {
     return true;
 }
 
+Extent MainFrame::sizeOf(const DialogDesc& dialog) const {
+    const PageGeometry scale(fontScale_, {});
+    return {scale.scaled(dialog.width), scale.scaled(dialog.height)};
+}
+
 PageGeometry MainFrame::geometry() {
     const Extent size = toolkit().clientSize();
     if (size != Extent{}) {
@@ -89,10 +92,8 @@ void MainFrame::showDialog(int dialog) {
     if (page == nullptr) {
         return;
     }
-    const PageGeometry scale(fontScale_, {});
-    const Extent size = {scale.scaled(page->width), scale.scaled(page->height)};
-    lastGoodSize_ = size;
-    toolkit().setClientSize(size);
+    lastGoodSize_ = sizeOf(*page);
+    toolkit().setClientSize(lastGoodSize_);
     build(main_, dialog, -1);
 }
 
@@ -334,10 +335,6 @@ void MainFrame::onIdle() {
         lastIdleRefresh_ = now;
         refreshCurrent(kRefreshElements, false);
     }
-}
-
-void MainFrame::onTimer() {
-    onIdle();
 }
 
 // A session that is at work comes back to its loop first, and the idle tick closes the frame there.

@@ -59,7 +59,6 @@ public:
     void onFirstShow();
     void onActivate(bool isActive);
     void onIdle();
-    void onTimer();
     bool onClose();
     void onPress(ControlId control);
     bool onEnter(bool boxUsesEnter);
@@ -77,6 +76,7 @@ private:
     void choiceChanged(const DialogField& field, ControlId control) override;
     void textChanged(const DialogField& field) override;
 
+    Extent sizeOf(const DialogDesc& dialog) const;
     void turnKeptElements();
     void setIcon();
     void setPageColours(int dialog, int sub);

@@ -35,8 +35,8 @@ DocumentColours coloursOf(const DialogElementDesc& element, PageHost& host) {
     return {element.foregroundColour, host.engine().getThemeColour(static_cast<int>(ThemeSlot::kActiveText))};
 }
 
-bool isHiddenByCondition(const DialogElementDesc& element, InstallExchangeInfo& engine) {
-    return !conditionHolds(element.condition.view(), engine);
+bool isWanted(const DialogElementDesc& element, InstallExchangeInfo& engine) {
+    return conditionHolds(element.condition.view(), engine);
 }
 
 }  // namespace
@@ -62,12 +62,12 @@ void PageElements::add(const DialogElementDesc& description) {
     static constexpr KindMaker kMakers[] = {
         {kElementText, &PageElements::makeText},
         {kElementImage, &PageElements::makeImage},
-        {kElementHLine, &PageElements::makeLine},
+        {kElementHLine, &PageElements::makePlain<ControlKind::kLine>},
         {kElementRichEditText, &PageElements::makeRichText},
-        {kElementProgress, &PageElements::makeProgress},
-        {kElementList, &PageElements::makeLines},
+        {kElementProgress, &PageElements::makePlain<ControlKind::kProgressBar>},
+        {kElementList, &PageElements::makePlain<ControlKind::kLines>},
         {kElementTaskLB, &PageElements::makeTaskList},
-        {kElementBorder, &PageElements::makeFrame},
+        {kElementBorder, &PageElements::makePlain<ControlKind::kFrame>},
         {kElementSlideShow, &PageElements::makeSlide},
         {kElementHtmlEditText, &PageElements::makeHtml},
         {kElementPlainEditText, &PageElements::makePlainText},
@@ -81,7 +81,7 @@ void PageElements::add(const DialogElementDesc& description) {
                                   description.horizontalAlign, description.verticalAlign});
     if (known != std::end(kMakers) && (this->*known->make)(element)) {
         elements_.push_back(std::move(element));
-        show(elements_.back(), !isHiddenByCondition(description, host_.engine()));
+        show(elements_.back(), isWanted(description, host_.engine()));
     }
 }
 
@@ -107,25 +107,19 @@ bool PageElements::makeText(PageElement& element) {
     return addControl(element, ControlKind::kText, text);
 }
 
-bool PageElements::makeLine(PageElement& element) {
-    return addControl(element, ControlKind::kLine);
+template <ControlKind kind>
+bool PageElements::makePlain(PageElement& element) {
+    return addControl(element, kind);
 }
 
-bool PageElements::makeFrame(PageElement& element) {
-    return addControl(element, ControlKind::kFrame);
-}
-
-bool PageElements::makeProgress(PageElement& element) {
-    return addControl(element, ControlKind::kProgressBar);
-}
-
-bool PageElements::makeLines(PageElement& element) {
-    return addControl(element, ControlKind::kLines);
+bool PageElements::addDocument(PageElement& element, ControlKind kind, std::string& outDocument) {
+    outDocument = resourceOf(*element.description, host_.engine());
+    return !outDocument.empty() && addControl(element, kind);
 }
 
 bool PageElements::makeRichText(PageElement& element) {
-    const std::string document = resourceOf(*element.description, host_.engine());
-    if (document.empty() || !addControl(element, ControlKind::kRichText)) {
+    std::string document;
+    if (!addDocument(element, ControlKind::kRichText, document)) {
         return false;
     }
     const RichTextCommands content =
@@ -135,8 +129,8 @@ bool PageElements::makeRichText(PageElement& element) {
 }
 
 bool PageElements::makeHtml(PageElement& element) {
-    const std::string document = resourceOf(*element.description, host_.engine());
-    if (document.empty() || !addControl(element, ControlKind::kHtml)) {
+    std::string document;
+    if (!addDocument(element, ControlKind::kHtml, document)) {
         return false;
     }
     host_.toolkit().setHtml(element.control, htmlContent(document, element.description->format.view(),
@@ -145,8 +139,8 @@ bool PageElements::makeHtml(PageElement& element) {
 }
 
 bool PageElements::makePlainText(PageElement& element) {
-    const std::string document = resourceOf(*element.description, host_.engine());
-    if (document.empty() || !addControl(element, ControlKind::kPlainText)) {
+    std::string document;
+    if (!addDocument(element, ControlKind::kPlainText, document)) {
         return false;
     }
     host_.toolkit().setText(element.control, plainTextContent(document, element.description->format.view()));
@@ -206,14 +200,14 @@ void PageElements::clear() {
 void PageElements::refresh() {
     for (PageElement& element : elements_) {
         if (!element.description->condition.isEmpty()) {
-            show(element, !isHiddenByCondition(*element.description, host_.engine()));
+            show(element, isWanted(*element.description, host_.engine()));
         }
     }
 }
 
 void PageElements::showAll(bool showThem) {
     for (PageElement& element : elements_) {
-        show(element, showThem && !isHiddenByCondition(*element.description, host_.engine()));
+        show(element, showThem && isWanted(*element.description, host_.engine()));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -54,10 +55,8 @@ private:
     void add(const DialogElementDesc& description);
     // Each makes one kind; false when there is nothing to show.
     bool makeText(PageElement& element);
-    bool makeLine(PageElement& element);
-    bool makeFrame(PageElement& element);
-    bool makeProgress(PageElement& element);
-    bool makeLines(PageElement& element);
+    template <ControlKind kind>
+    bool makePlain(PageElement& element);
     bool makeRichText(PageElement& element);
     bool makeHtml(PageElement& element);
     bool makePlainText(PageElement& element);
@@ -66,6 +65,8 @@ private:
     bool makeSlide(PageElement& element);
 
     bool addControl(PageElement& element, ControlKind kind, std::string_view text = {});
+    // False for a document that the package lacks.
+    bool addDocument(PageElement& element, ControlKind kind, std::string& outDocument);
     bool takePicture(PageElement& element, std::string_view resource);
     void show(PageElement& element, bool show);
     void showPicture(PageElement& element);

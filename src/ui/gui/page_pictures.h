@@ -27,6 +27,7 @@ public:
     // How much larger pictures are than in the description: `fontScale` times the pixels of a unit of length.
     void setScale(double fontScale, double pixelDensity);
     double pixelDensity() const { return pixelDensity_; }
+    double scale() const { return fontScale_ * pixelDensity_; }
 
     // The picture for the screen, in pixels. `bounds` are those of its element, in the toolkit's units; a
     // side below 1 is no bound. Empty when the package has no such picture, or one that can't be read.

@@ -1,6 +1,5 @@
 #include "ui/gui/task_list.h"
 
-#include <algorithm>
 #include <array>
 
 #include "base/visible_text.h"
@@ -43,16 +42,14 @@ void TaskList::fill(ControlId control, const DialogElementDesc& element, int dia
 
 // Where one is missing its place stays empty; without any, the list has none.
 bool TaskList::addIcons(ControlId control, const DialogElementDesc& element) {
-    const auto* known = std::find_if(kIcons.begin(), kIcons.end(), [&](std::string_view name) {
-        return pictures_.describedSize(name).width > 0;
-    });
-    if (known == kIcons.end()) {
+    ImageSize own;
+    for (std::size_t i = 0; i < kIcons.size() && own.width == 0; ++i) {
+        own = pictures_.describedSize(kIcons[i]);
+    }
+    if (own.width == 0) {
         return false;
     }
-    const ImageSize own = pictures_.describedSize(*known);
-    const PageGeometry geometry = host_.geometry();
-    const ImageSize size = taskIconSize(readTaskIconSize(element.details.view()), own,
-                                        geometry.scaled(1000) / 1000.0 * pictures_.pixelDensity());
+    const ImageSize size = taskIconSize(readTaskIconSize(element.details.view()), own, pictures_.scale());
     std::array<Image, kIcons.size()> images;
     std::array<Picture, kIcons.size()> icons;
     for (std::size_t i = 0; i < kIcons.size(); ++i) {

@@ -51,6 +51,15 @@ int WxGUI::run() {
 }
 
 template <typename Work>
+int WxGUI::onFrame(Work&& work) {
+    if (frame_ == nullptr) {
+        return -1;
+    }
+    work(*frame_);
+    return 0;
+}
+
+template <typename Work>
 void WxGUI::guard(Work&& work) {
     try {
         if (frame_ != nullptr && !exception_) {
@@ -91,105 +100,65 @@ bool WxGUI::start() {
 }
 
 int WxGUI::showDialog(int dialog) {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->showDialog(dialog);
-    showMessages();
-    return 0;
+    return onFrame([&](MainFrame& frame) {
+        frame.showDialog(dialog);
+        showMessages();
+    });
 }
 
 int WxGUI::showSubDialog(int dialog, int sub) {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->showSubDialog(dialog, sub);
-    showMessages();
-    return 0;
+    return onFrame([&](MainFrame& frame) {
+        frame.showSubDialog(dialog, sub);
+        showMessages();
+    });
 }
 
 int WxGUI::updateNavigationState() {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->updateNavigationState();
-    return 0;
+    return onFrame([&](MainFrame& frame) { frame.updateNavigationState(); });
 }
 
 int WxGUI::refreshDialog(int dialog, int sub, std::uint32_t flags, bool setFocus) {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->refreshDialog(dialog, sub, flags, setFocus);
-    return 0;
+    return onFrame([&](MainFrame& frame) { frame.refreshDialog(dialog, sub, flags, setFocus); });
 }
 
 int WxGUI::refreshFields(int /*dialog*/, int /*sub*/) {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->refreshFields();
-    return 0;
+    return onFrame([&](MainFrame& frame) { frame.refreshFields(); });
 }
 
 int WxGUI::refreshElements() {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->refreshElements();
-    return 0;
+    return onFrame([&](MainFrame& frame) { frame.refreshElements(); });
 }
 
 void WxGUI::showPage(int dialog, int sub, bool show) {
-    if (frame_ != nullptr) {
-        frame_->showPage(dialog, sub, show);
-    }
+    onFrame([&](MainFrame& frame) { frame.showPage(dialog, sub, show); });
 }
 
 int WxGUI::prepareDialog(int /*dialog*/) {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->prepareDialog();
-    return 0;
+    return onFrame([&](MainFrame& frame) { frame.prepareDialog(); });
 }
 
 void WxGUI::prepareSubDialog(int /*dialog*/, int /*sub*/) {
-    if (frame_ != nullptr) {
-        frame_->prepareSubDialog();
-    }
+    onFrame([&](MainFrame& frame) { frame.prepareSubDialog(); });
 }
 
 int WxGUI::leaveDialog(int /*dialog*/) {
-    if (frame_ == nullptr) {
-        return -1;
-    }
-    frame_->leaveDialog();
-    return 0;
+    return onFrame([&](MainFrame& frame) { frame.leaveDialog(); });
 }
 
 void WxGUI::leaveSubDialog(int /*dialog*/, int sub) {
-    if (frame_ != nullptr) {
-        frame_->leaveSubDialog(sub);
-    }
+    onFrame([&](MainFrame& frame) { frame.leaveSubDialog(sub); });
 }
 
 void WxGUI::clearTaskList() {
-    if (frame_ != nullptr) {
-        frame_->clearTaskList();
-    }
+    onFrame([&](MainFrame& frame) { frame.clearTaskList(); });
 }
 
 void WxGUI::destroySubPage() {
-    if (frame_ != nullptr) {
-        frame_->destroySubPage();
-    }
+    onFrame([&](MainFrame& frame) { frame.destroySubPage(); });
 }
 
 void WxGUI::keepElement(const char* name) {
-    if (frame_ != nullptr) {
-        frame_->keepElement(viewOf(name));
-    }
+    onFrame([&](MainFrame& frame) { frame.keepElement(viewOf(name)); });
 }
 
 bool WxGUI::isAtWork() const {
@@ -232,9 +201,7 @@ bool WxGUI::ask(std::string_view text, std::string_view caption, MessageButtons 
 }
 
 void WxGUI::enableDisableable(bool enable) {
-    if (frame_ != nullptr) {
-        frame_->enableDisableable(enable);
-    }
+    onFrame([&](MainFrame& frame) { frame.enableDisableable(enable); });
 }
 
 // The session asks far more often than anybody can see.
@@ -325,9 +292,7 @@ int WxGUI::messageBox(const char* text, MessageKind kind) {
 }
 
 void WxGUI::setTaskState(const char* name, const char* text, std::int32_t state) {
-    if (frame_ != nullptr) {
-        frame_->setTaskState(viewOf(name), viewOf(text), state);
-    }
+    onFrame([&](MainFrame& frame) { frame.setTaskState(viewOf(name), viewOf(text), state); });
 }
 
 void WxGUI::showHelp() {
@@ -418,7 +383,7 @@ void WxGUI::onDisplayLost() {
     terminal().writeError("The display has gone: the window can't be shown any more\n");
 }
 
-// Who has come to the last page has all that he wanted. Anybody else can't be asked any more.
+// A user on the last page already has everything. On any other page nobody can be asked any more.
 void WxGUI::endWithoutWindow() {
     if (engine()->isFinished() || engine()->isCancelled() || exception_) {
         return;

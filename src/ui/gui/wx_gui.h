@@ -108,6 +108,10 @@ private:
     void onWake() override;
     void onDisplayLost() override;
 
+    // What the session wants of the frame: 0, or -1 while there is none.
+    template <typename Work>
+    int onFrame(Work&& work);
+    // What the toolkit reports.
     template <typename Work>
     void guard(Work&& work);
     bool start();

@@ -3,8 +3,7 @@
 #include <wx/string.h>
 #include <wx/window.h>
 
-// What those who can't see the screen are told about a window. Has one implementation for each system (gtk/,
-// msw/).
+// What screen readers learn about a window. Each system has its own implementation (gtk/, msw/).
 namespace accessibility {
 
 enum class Role { kDocument, kList };
