@@ -14,7 +14,7 @@ endif()
 # Another recipe means other libraries.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
   ${CMAKE_CURRENT_LIST_DIR}/../scripts/lib/make-toolkit ${CMAKE_CURRENT_LIST_DIR}/toolkit/CMakeLists.txt
-  ${CMAKE_CURRENT_LIST_DIR}/toolkit/WxOptions.cmake)
+  ${CMAKE_CURRENT_LIST_DIR}/toolkit/WxOptions.cmake ${CMAKE_CURRENT_LIST_DIR}/toolkit/png.dfa)
 execute_process(COMMAND ${TANDREL_TOOLKIT_SCRIPT} ${toolkit_system}
   OUTPUT_VARIABLE TANDREL_TOOLKIT OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 

@@ -3,31 +3,55 @@
 // jpeglib.h uses types of stdio without including it.
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <string_view>
 
 #include <jpeglib.h>
 #include <png.h>
 
+#include "ui/gui/images/png_writer.h"
+
+namespace {
+
+std::string pngFile(const std::vector<std::uint8_t>& rgb) {
+    constexpr std::size_t kRow = std::size_t{kPictureSize} * 3;
+    std::string rows;
+    for (std::size_t start = 0; start < rgb.size(); start += kRow) {
+        rows += '\0';
+        rows.append(reinterpret_cast<const char*>(rgb.data()) + start, kRow);
+    }
+    PngWriter::Header header;
+    header.width = kPictureSize;
+    header.height = kPictureSize;
+    return PngWriter::file(header, rows);
+}
+
+void readBytes(png_structp png, png_bytep bytes, std::size_t count) {
+    auto& rest = *static_cast<std::string_view*>(png_get_io_ptr(png));
+    if (count > rest.size()) {
+        png_error(png, "the file ends too soon");
+    }
+    rest.copy(reinterpret_cast<char*>(bytes), count);
+    rest.remove_prefix(count);
+}
+
+}  // namespace
+
 std::vector<std::uint8_t> throughPng(const std::vector<std::uint8_t>& rgb) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = kPictureSize;
-    image.height = kPictureSize;
-    image.format = PNG_FORMAT_RGB;
-    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
-    std::vector<std::uint8_t> file(size);
-    if (png_image_write_to_memory(&image, file.data(), &size, 0, rgb.data(), 0, nullptr) == 0) {
-        return {};
+    const std::string file = pngFile(rgb);
+    std::string_view rest = file;
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_set_read_fn(png, &rest, readBytes);
+    png_read_info(png, info);
+    std::vector<std::uint8_t> result;
+    std::vector<std::uint8_t> row(png_get_rowbytes(png, info));
+    for (png_uint_32 y = 0; y < png_get_image_height(png, info); ++y) {
+        png_read_row(png, row.data(), nullptr);
+        result.insert(result.end(), row.begin(), row.end());
     }
-    png_image read{};
-    read.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_memory(&read, file.data(), size) == 0) {
-        return {};
-    }
-    read.format = PNG_FORMAT_RGB;
-    std::vector<std::uint8_t> result(PNG_IMAGE_SIZE(read));
-    return png_image_finish_read(&read, nullptr, result.data(), 0, nullptr) != 0
-               ? result
-               : std::vector<std::uint8_t>();
+    png_destroy_read_struct(&png, &info, nullptr);
+    return result;
 }
 
 namespace {
