@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -42,6 +43,10 @@ void* loadMemoryLibrary(std::string_view image, const std::string& function, std
         return nullptr;
     }
     const std::string file = "/proc/self/fd/" + std::to_string(memory.get());
+    if (access(file.data(), R_OK) != 0) {
+        outReason = "the file system /proc isn't there, which a library needs that comes with a program";
+        return nullptr;
+    }
     void* const library = dlopen(file.data(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     void* const address = library == nullptr ? nullptr : dlsym(library, function.data());
     if (address == nullptr) {

@@ -9,8 +9,8 @@ namespace display {
 // Thrown out of whatever called the window system, through code that isn't ours.
 struct Lost {};
 
-// Before wxWidgets starts. False: `outReason` gets one line. The locale of the process stays as it is, except
-// for the character set.
+// Before wxWidgets starts, where the environment names a display on a system whose displays have names.
+// False: `outReason` gets one line. The locale of the process stays as it is, except for the character set.
 bool open(std::string& outReason);
 
 // From any thread.

@@ -1,11 +1,10 @@
 #include "ui/gui/start/carried_toolkit.h"
 
-#include <zlib.h>
-
 #include <cstddef>
-#include <cstdint>
 
+#include "platform/environment.h"
 #include "platform/memory_library.h"
+#include "ui/gui/start/module/gzip_expansion.h"
 
 // The module, compressed by gzip, as read-only data of the program. Most runs don't read it.
 __asm__(
@@ -24,42 +23,33 @@ extern const unsigned char tandrelWindowModuleEnd[];
 
 namespace {
 
-constexpr int kGzip = 16 + MAX_WBITS;
-// The format ends with the length of what it holds, little-endian.
-constexpr std::size_t kLengthBytes = 4;
-
-std::size_t carriedLength() {
-    return static_cast<std::size_t>(tandrelWindowModuleEnd - tandrelWindowModule);
+std::string_view carriedModule() {
+    return {reinterpret_cast<const char*>(tandrelWindowModule),
+            static_cast<std::size_t>(tandrelWindowModuleEnd - tandrelWindowModule)};
 }
 
-std::size_t expandedLength() {
-    std::size_t length = 0;
-    for (std::size_t i = 1; i <= kLengthBytes; ++i) {
-        length = length << 8U | tandrelWindowModule[carriedLength() - i];
+bool isDisplayNamed() {
+    for (const std::string_view variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
+        if (!platform::systemEnvironment().get(variable).value_or(std::string()).empty()) {
+            return true;
+        }
     }
-    return length;
-}
-
-// Empty when it is damaged; the format has a checksum.
-std::string expandedModule() {
-    std::string module(expandedLength(), '\0');
-    z_stream stream{};
-    if (inflateInit2(&stream, kGzip) != Z_OK) {
-        return {};
-    }
-    stream.next_in = const_cast<unsigned char*>(tandrelWindowModule);
-    stream.avail_in = static_cast<uInt>(carriedLength());
-    stream.next_out = reinterpret_cast<unsigned char*>(module.data());
-    stream.avail_out = static_cast<uInt>(module.size());
-    const bool isWhole = inflate(&stream, Z_FINISH) == Z_STREAM_END && stream.avail_out == 0;
-    inflateEnd(&stream);
-    return isWhole ? module : std::string();
+    return false;
 }
 
 }  // namespace
 
 Toolkit* carriedToolkit(std::string& outReason) {
-    void* const function = platform::loadMemoryLibrary(expandedModule(), "tandrelToolkit", outReason);
+    if (!isDisplayNamed()) {
+        outReason = "no display: neither DISPLAY nor WAYLAND_DISPLAY is set";
+        return nullptr;
+    }
+    std::string module;
+    if (!expandGzip(carriedModule(), module)) {
+        outReason = "the module of the window is damaged";
+        return nullptr;
+    }
+    void* const function = platform::loadMemoryLibrary(module, "tandrelToolkit", outReason);
     if (function == nullptr) {
         return nullptr;
     }
