@@ -1,6 +1,7 @@
 #include "fakes/recording_toolkit.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -40,7 +41,7 @@ void RecordingToolkit::run(ToolkitEvents& receiver) {
     ++runs;
     if (receiver.onStart()) {
         receiver.onActivate(active);
-        receiver.onFirstShow();
+        reportFirstShow();
         if (script) {
             script();
         }
@@ -51,8 +52,21 @@ void RecordingToolkit::run(ToolkitEvents& receiver) {
     events = nullptr;
 }
 
+void RecordingToolkit::showFrame() {
+    isFrameShown = true;
+    ++framesShown;
+    isFirstShowDue_ = true;
+}
+
+void RecordingToolkit::reportFirstShow() {
+    if (events != nullptr && std::exchange(isFirstShowDue_, false)) {
+        events->onFirstShow();
+    }
+}
+
 void RecordingToolkit::processEvents() {
     ++processed;
+    reportFirstShow();
     if (onProcess) {
         onProcess();
     }

@@ -77,6 +77,7 @@ public:
     bool isThemed = false;
     bool hasFrame = false;
     bool isFrameShown = false;
+    int framesShown = 0;
     bool isClosed = false;
     bool areKeysShown = false;
     std::int32_t pageForeground = -1;
@@ -107,7 +108,7 @@ public:
     bool chooseDirectory(std::string_view text, std::string_view start, TextReceiver& chosen) override;
     bool makeFrame(const FrameSpec& spec) override;
     void setIcon(const Picture& picture) override { icon = {picture.width, picture.height}; }
-    void showFrame() override { isFrameShown = true; }
+    void showFrame() override;
     void closeFrame() override { isClosed = true; }
     void setClientSize(Extent size) override { client = size; }
     Extent clientSize() override { return client; }
@@ -162,6 +163,8 @@ public:
 private:
     Control* get(ControlId control);
     void chooseInGroup(ControlId control);
+    void reportFirstShow();
 
     ControlId lastId_ = 0;
+    bool isFirstShowDue_ = false;
 };

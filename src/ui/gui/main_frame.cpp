@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include "base/visible_text.h"
 #include "contracts/install_exchange_info.h"
@@ -70,8 +71,18 @@ bool MainFrame::open() {
             goesOnByItself_ = engine().goToSubdialog(engine().getCurrentDialog(), 0, &surroundings_.ui) > 0;
         }
     }
-    toolkit().showFrame();
+    show();
+    if (isFirstShown_) {
+        goOn();
+    }
     return true;
+}
+
+void MainFrame::show() {
+    if (!isShown_) {
+        isShown_ = true;
+        toolkit().showFrame();
+    }
 }
 
 Extent MainFrame::sizeOf(const DialogDesc& dialog) const {
@@ -308,8 +319,13 @@ void MainFrame::focusFirst() {
 }
 
 void MainFrame::onFirstShow() {
+    isFirstShown_ = true;
     focusFirst();
-    if (goesOnByItself_) {
+    goOn();
+}
+
+void MainFrame::goOn() {
+    if (std::exchange(goesOnByItself_, false)) {
         const EngineCall call(*this);
         engine().shift(&surroundings_.ui, 1);
     }

@@ -33,6 +33,8 @@ public:
 
     // Makes the frame and enters the first page. False when there is no frame.
     bool open();
+    // The frame is shown at the end of `open`; earlier for work of the first page that takes its time.
+    void show();
 
     // These are the operations of InstallerUI.
     void showDialog(int dialog);
@@ -85,6 +87,7 @@ private:
     std::uint32_t flagsOf(const DialogField& field);
     void refreshCurrent(std::uint32_t flags, bool setFocus);
     void focusFirst();
+    void goOn();
     void updateAccessKeys();
     bool pressButton(ControlId button);
     bool isAtWork() const { return engineCalls_ > 0; }
@@ -103,6 +106,8 @@ private:
     ControlId lastFocus_ = 0;      // what gets the focus back after a refresh
     bool showsAccessKeys_ = false;
     bool isActive_ = false;
+    bool isShown_ = false;
+    bool isFirstShown_ = false;
     bool goesOnByItself_ = false;
     int engineCalls_ = 0;
     std::uint64_t lastIdleRefresh_ = 0;

@@ -209,6 +209,7 @@ void WxGUI::pumpEvents() {
     const std::uint64_t now = surroundings_.clock();
     if (frame_ != nullptr && now - lastPump_ >= kPumpMilliseconds) {
         lastPump_ = now;
+        frame_->show();
         surroundings_.toolkit.processEvents();
     }
 }

@@ -44,6 +44,21 @@ TEST_F(MainFrameTest, GoesOnByItselfWhereAPageAsksForIt) {
     run([this] { EXPECT_EQ(session.count("shift(1)"), 1); });
 }
 
+TEST_F(MainFrameTest, LongWorkOfTheFirstPageIsSeen) {
+    bool wasShown = false;
+    session.onGoToDialog = [&](int) {
+        EXPECT_FALSE(window.isFrameShown);
+        now += 1000;
+        ui.pumpEvents();
+        wasShown = window.isFrameShown;
+        EXPECT_EQ(session.count("shift(1)"), 0) << "the page is still at work";
+        return 1;
+    };
+    run([this] { EXPECT_EQ(session.count("shift(1)"), 1); });
+    EXPECT_TRUE(wasShown);
+    EXPECT_EQ(window.framesShown, 1);
+}
+
 TEST_F(MainFrameTest, AButtonStepsAfterItsAction) {
     addButton("Express", kButtonHasAction | kButtonHasShift, "[CUSTOM]='0'", -1);
     run([this] { press("Express"); });
