@@ -6,9 +6,22 @@ tandrel_cache_directory() {
         echo "$TANDREL_CACHE"
     elif [ -n "${XDG_CACHE_HOME:-}" ]; then
         echo "$XDG_CACHE_HOME/tandrel"
+    elif [ -n "${HOME:-}" ]; then
+        echo "$HOME/.cache/tandrel"
     else
-        echo "${HOME:-/tmp/tandrel-cache-$(id -u)}/.cache/tandrel"
+        tandrel_private_directory "/tmp/tandrel-cache-$(id -u)"
     fi
+}
+
+# Prints the directory $1, which is made if necessary. Everybody can foresee its name, so it has to be this user's own, and
+# nobody else's to write to.
+tandrel_private_directory() {
+    mkdir -m 700 "$1" 2>/dev/null || true
+    if [ -L "$1" ] || ! [ -O "$1" ] || [ "$(stat -c %a "$1")" != 700 ]; then
+        echo "$1 belongs to somebody else or is open to others: set TANDREL_CACHE to a directory of your own" >&2
+        return 1
+    fi
+    echo "$1"
 }
 
 # tandrel_cached NAME KEY COMMAND...
@@ -19,7 +32,7 @@ tandrel_cache_directory() {
 # in a week is removed; until then, other checkouts may need it. COMMAND's output goes to standard error.
 tandrel_cached() {
     local entry lock new failed=0
-    entry="$(tandrel_cache_directory)/$1"
+    entry="$(tandrel_cache_directory)/$1" || return 1
     mkdir -p "$(dirname "$entry")" || return 1
     if ! [ -d "$entry-$2" ]; then
         exec {lock}>"$entry.lock"

@@ -10,13 +10,14 @@
 tandrel_wine_recipe=1
 
 tandrel_wine_directory() {
-    local version
+    local version cache
     version=$(wine --version 2>/dev/null | tr -c 'A-Za-z0-9.\n' '_') || version=
     if [ -z "$version" ]; then
         echo "wine is not installed: run scripts/install-dependencies test" >&2
         return 1
     fi
-    echo "$(tandrel_cache_directory)/$version-r$tandrel_wine_recipe-u$(id -u)"
+    cache=$(tandrel_cache_directory) || return 1
+    echo "$cache/$version-r$tandrel_wine_recipe-u$(id -u)"
 }
 
 # Makes every Wine program started from now on use the prefix directory $1.
