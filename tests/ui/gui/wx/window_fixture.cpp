@@ -84,7 +84,7 @@ void WindowTest::inFrame(std::function<void()> body, bool isThemed) {
 void WindowTest::waitUntil(const std::function<bool()>& isSo, std::string_view what) {
     const auto end = std::chrono::steady_clock::now() + kPatience;
     while (!isSo()) {
-        ASSERT_LT(std::chrono::steady_clock::now(), end)
+        ASSERT_TRUE(std::chrono::steady_clock::now() < end)
             << "waited in vain for " << what << "; noted: " << testing::PrintToString(notes);
         toolkit->processEvents();
         std::this_thread::sleep_for(kPause);
