@@ -75,6 +75,12 @@ tandrel_wine_template() {
     echo "$directory/template"
 }
 
+# In the prefix $1 Wine places, decorates and activates windows itself. A window manager would do so later and through the
+# display, and a window that it takes over is elsewhere for a moment: a click that comes then is lost.
+tandrel_wine_manage_windows() {
+    printf '\n[Software\\\\Wine\\\\X11 Driver] 0\n"Managed"="N"\n' >>"$1/user.reg"
+}
+
 # Fills the prefix directory $2 (existing or not, without home/ and prefix/) with a clone of the template $1.
 tandrel_wine_clone() {
     local from="$1/prefix" to="$2/prefix" entry
@@ -86,6 +92,7 @@ tandrel_wine_clone() {
             *) cp -a "$entry" "$to/drive_c/" || return 1 ;;
         esac
     done
+    if [ "${TANDREL_WINE_OWN_WINDOWS:-0}" = 1 ]; then tandrel_wine_manage_windows "$to" || return 1; fi
     if ! cp -al "$from/drive_c/windows" "$to/drive_c/windows" 2>/dev/null; then
         # A different file system from the cache's, where hard links are impossible.
         rm -rf "$to/drive_c/windows"

@@ -34,7 +34,6 @@ PageFrame::PageFrame(const FrameSpec& spec, EventSink& events, PageControls& con
     setPageSize(spec.clientSize);
     Bind(wxEVT_CLOSE_WINDOW, &PageFrame::onClose, this);
     Bind(wxEVT_ACTIVATE, &PageFrame::onActivate, this);
-    Bind(wxEVT_CHAR_HOOK, &PageFrame::onKey, this);
     panel_->Bind(wxEVT_CHILD_FOCUS, &PageFrame::onFocus, this);
     CentreOnScreen();
 }
@@ -95,13 +94,6 @@ void PageFrame::onFocus(wxChildFocusEvent& event) {
     }
 }
 
-void PageFrame::onKey(wxKeyEvent& event) {
-    altAlone_ = event.GetKeyCode() == WXK_ALT;
-    if (!handleKey(event)) {
-        event.Skip();
-    }
-}
-
 bool PageFrame::handleKey(const wxKeyEvent& event) {
     const bool isShiftedAtMost = (event.GetModifiers() & ~wxMOD_SHIFT) == 0;
     switch (event.GetKeyCode()) {
@@ -145,11 +137,25 @@ bool PageFrame::pressAccessKey(const wxKeyEvent& event) {
 }
 
 bool PageFrame::notice(wxEvent& event) {
-    if (event.GetEventType() == wxEVT_LEFT_DOWN) {
+    const wxEventType type = event.GetEventType();
+    if (type == wxEVT_LEFT_DOWN) {
         altAlone_ = false;
     }
-    if (!isThemed_ || !altAlone_ || event.GetEventType() != wxEVT_KEY_UP ||
-        static_cast<wxKeyEvent&>(event).GetKeyCode() != WXK_ALT) {
+    if (type == wxEVT_CHAR_HOOK && isInside(event.GetEventObject())) {
+        const auto& key = static_cast<const wxKeyEvent&>(event);
+        altAlone_ = key.GetKeyCode() == WXK_ALT;
+        return handleKey(key);
+    }
+    return type == wxEVT_KEY_UP && noticeRelease(static_cast<const wxKeyEvent&>(event));
+}
+
+bool PageFrame::isInside(wxObject* object) {
+    auto* const window = wxDynamicCast(object, wxWindow);
+    return window != nullptr && wxGetTopLevelParent(window) == this;
+}
+
+bool PageFrame::noticeRelease(const wxKeyEvent& event) {
+    if (!isThemed_ || !altAlone_ || event.GetKeyCode() != WXK_ALT) {
         return false;
     }
     altAlone_ = false;

@@ -24,15 +24,17 @@ public:
     void showAccessKeys(bool show);
     void drawNow();
     wxPanel& panel() { return *panel_; }
-    // To be called for all events of the application: where keys are released isn't reported to a frame.
-    // True: the event has been handled.
+    // To be called for all events of the application, before their receivers see them: where a key is
+    // released isn't reported to a frame, and a button of Windows would keep Return for itself. True: the
+    // event has been handled.
     bool notice(wxEvent& event);
 
 private:
     void onClose(wxCloseEvent& event);
     void onActivate(wxActivateEvent& event);
     void onFocus(wxChildFocusEvent& event);
-    void onKey(wxKeyEvent& event);
+    bool isInside(wxObject* object);
+    bool noticeRelease(const wxKeyEvent& event);
     bool handleKey(const wxKeyEvent& event);
     bool pressAccessKey(const wxKeyEvent& event);
 

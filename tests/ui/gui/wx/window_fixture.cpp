@@ -1,10 +1,6 @@
 #include "ui/gui/wx/window_fixture.h"
 
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "ui/gui/start/window_toolkit.h"
@@ -14,17 +10,13 @@ namespace {
 constexpr std::chrono::seconds kPatience{10};
 constexpr std::chrono::milliseconds kPause{2};
 constexpr Extent kPage{600, 460};
-
-std::string contentOf(const std::filesystem::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path).rdbuf();
-    return content.str();
-}
+constexpr const char* kTitle = "Tandrel window test";
 
 }  // namespace
 
 void WindowTest::SetUp() {
-    ASSERT_NE(std::getenv("TANDREL_HAND"), nullptr) << "to be run by scripts/run-with-display";
+    hand_ = Hand::find();
+    ASSERT_NE(hand_, nullptr) << "to be run by scripts/run-with-display";
     std::string reason;
     toolkit = openWindowToolkit(reason);
     ASSERT_NE(toolkit, nullptr) << reason;
@@ -33,7 +25,8 @@ void WindowTest::SetUp() {
 bool WindowTest::onStart() {
     note("start");
     body_();
-    return startsLoop_;
+    // After a failure nobody might come who closes the frame.
+    return startsLoop_ && !HasFailure();
 }
 
 void WindowTest::onIdle() {
@@ -69,7 +62,7 @@ void WindowTest::inLoop(std::function<void()> body) {
 void WindowTest::inFrame(std::function<void()> body, bool isThemed) {
     inLoop([=, this] {
         FrameSpec spec;
-        spec.title = "Tandrel window test";
+        spec.title = kTitle;
         spec.clientSize = kPage;
         spec.isThemed = isThemed;
         ASSERT_TRUE(toolkit->makeFrame(spec));
@@ -88,20 +81,10 @@ void WindowTest::inFrame(std::function<void()> body, bool isThemed) {
     });
 }
 
-// The window manager moves a new frame to its place.
-void WindowTest::waitUntilSettled() {
-    const std::vector<std::string> ask = {
-        "search", "--sync", "--onlyvisible", "--name", "Tandrel window test", "getwindowgeometry"};
-    std::string before;
-    for (std::string now = act(ask); now != before && !HasFatalFailure(); now = act(ask)) {
-        before = now;
-    }
-}
-
 void WindowTest::waitUntil(const std::function<bool()>& isSo, std::string_view what) {
     const auto end = std::chrono::steady_clock::now() + kPatience;
     while (!isSo()) {
-        ASSERT_LT(std::chrono::steady_clock::now(), end)
+        ASSERT_TRUE(std::chrono::steady_clock::now() < end)
             << "waited in vain for " << what << "; noted: " << testing::PrintToString(notes);
         toolkit->processEvents();
         std::this_thread::sleep_for(kPause);
@@ -125,31 +108,31 @@ void WindowTest::expectNoted(const std::vector<std::string>& words) {
     notes.clear();
 }
 
-std::string WindowTest::act(const std::vector<std::string>& arguments) {
-    const std::filesystem::path hand(std::getenv("TANDREL_HAND"));
-    static int actions = 0;
-    const std::string name = std::to_string(++actions);
-    {
-        std::ofstream file(hand / (name + ".new"), std::ios::binary);
-        for (const std::string& argument : arguments) {
-            file << argument << "\n";
-        }
-    }
-    std::filesystem::rename(hand / (name + ".new"), hand / (name + ".do"));
-    waitUntil([&] { return std::filesystem::exists(hand / (name + ".done")); }, "the hand");
-    return contentOf(hand / (name + ".out"));
+void WindowTest::letHandFinish() {
+    waitUntil([&] { return hand_->isDone(); }, "the hand");
+    EXPECT_EQ(hand_->problem(), "");
+}
+
+void WindowTest::type(const std::string& text) {
+    hand_->type(text);
+    letHandFinish();
+}
+
+void WindowTest::key(const std::string& name) {
+    hand_->pressKey(name);
+    letHandFinish();
 }
 
 void WindowTest::click(ControlId control, int fromRight) {
     const Place place = toolkit->place(control);
     const int x = fromRight < 0 ? place.x + place.width / 2 : place.x + place.width - fromRight;
-    const std::string y = std::to_string(place.y + place.height / 2);
     // A pointer that rests where a control appears doesn't enter it.
     toolkit->redraw();
-    act({"search", "--sync", "--onlyvisible", "--name", "Tandrel window test", "mousemove", "--window", "%1",
-         "1", "1", "mousemove", "--window", "%1", std::to_string(x), y});
+    hand_->movePointer(kTitle, x, place.y + place.height / 2);
+    letHandFinish();
     // As with a person, a control that has just come there learns of the pointer before the button goes down.
-    act({"click", "1"});
+    hand_->click();
+    letHandFinish();
 }
 
 ControlId WindowTest::add(ControlKind kind, std::string_view text, Place place) {

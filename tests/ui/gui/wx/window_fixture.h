@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "ui/gui/toolkit/copied_text.h"
 #include "ui/gui/toolkit/toolkit.h"
 #include "ui/gui/toolkit/toolkit_events.h"
+#include "ui/gui/wx/hand.h"
 
 // A frame on a real display, and somebody who sits in front of it (scripts/run-with-display). What the
 // toolkit reports is noted as words: "press 3", "enter", "text 2"; timers, idle and activation apart.
@@ -44,10 +46,9 @@ protected:
     void waitFor(const std::string& word);
     void expectNoted(const std::vector<std::string>& words);
 
-    // What the user does, in the terms of xdotool; its output.
-    std::string act(const std::vector<std::string>& arguments);
-    void type(const std::string& text) { act({"type", "--delay", "1", text}); }
-    void key(const std::string& name) { act({"key", name}); }
+    // What the user does, in the terms of xdotool.
+    void type(const std::string& text);
+    void key(const std::string& name);
     void click(ControlId control, int fromRight = -1);
 
     ControlId add(ControlKind kind, std::string_view text = {}, Place place = {});
@@ -68,9 +69,11 @@ protected:
     std::function<void()> onIdled;
 
 private:
-    void waitUntilSettled();
+    // Until the hand has done what it was told.
+    void letHandFinish();
     void note(const std::string& word) { notes.push_back(word); }
 
+    std::unique_ptr<Hand> hand_;
     std::function<void()> body_;
     int nextTop_ = 10;
     bool startsLoop_ = false;
