@@ -1,0 +1,122 @@
+"""The sample product for the tests of the window: made once for all tests of a file, and what it changes on a machine."""
+
+import atexit
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+from harness import BIN, EXE, TIMEOUT, TOP, WINDOWS, EndToEndTest
+from window import Window
+
+NAME = "Tandrel Installer Tools"
+UNINSTALL_KEY = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + NAME
+KEYS = (("HKLM", UNINSTALL_KEY), ("HKLM", "Software\\Tandrel"), ("HKCU", "Software\\Tandrel Tools"))
+SETUPS = {}
+
+
+def packed(description):
+    """The setup of one of the sample's descriptions, as a file of this machine."""
+    if description not in SETUPS:
+        stage = pathlib.Path(tempfile.mkdtemp(prefix="tandrel-e2e-"))
+        atexit.register(shutil.rmtree, stage, ignore_errors=True)
+        subprocess.run([TOP / "scripts/stage-sample", BIN, stage / "stage"], check=True, timeout=TIMEOUT)
+        # Packages are the same on both systems, but only the packager of this one runs without a machine.
+        packager = [BIN / ("packager" + EXE)]
+        if WINDOWS:
+            packager.insert(0, TOP / "scripts/run-under-wine")
+        subprocess.run([*packager, "build", "--description", stage / "stage" / description, "--root", stage / "stage/root",
+                        "--image", BIN / ("installer" + EXE), "--level", "1", "--output", stage / "setup"], check=True,
+                       timeout=TIMEOUT, stdout=subprocess.DEVNULL)
+        shutil.rmtree(stage / "stage")
+        SETUPS[description] = stage / "setup"
+    return SETUPS[description]
+
+
+class SampleInWindow(EndToEndTest):
+    description = "install.xml"
+
+    def setUp(self):
+        super().setUp()
+        shutil.copy2(packed(self.description), self.host("setup" + EXE))
+        self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
+
+    def open_setup(self, *arguments, env=None):
+        return Window(self, "setup" + EXE, *self.settings, *arguments, env=env)
+
+    def open_removal(self, *arguments, env=None):
+        """As its link in the menu does."""
+        return Window(self, "opt/tandrel/uninstall/installer" + EXE,
+                      "-uninstall=" + self.native("opt/tandrel/uninstall/install.log"), "-uninstallApp=" + NAME, *arguments,
+                      env=env)
+
+    def state(self):
+        """What the product may change."""
+        files = {str(p.relative_to(self.machine.root)): p.read_bytes() if p.is_file() else None
+                 for p in sorted(self.machine.root.rglob("*"))
+                 if not str(p.relative_to(self.machine.root)).startswith(("tmp", "state"))}
+        return files, [self.registry(root, key) for root, key in KEYS]
+
+    def assert_installed(self):
+        tree = self.tree("opt/tandrel")
+        for name in (f"bin/packager{EXE}", "README.md", "docs/agreement.md", "samples/hello.xml", "uninstall/install.log",
+                     f"samples/hello-setup{EXE}", f"uninstall/installer{EXE}", "tools.ini", "tandrel.conf.default"):
+            self.assertIn(name, tree)
+        self.assertEqual(tree["docs/agreement.md"], (TOP / "samples/tandrel/files/texts/agreement.md").read_bytes())
+        self.assertIsNotNone(self.registry("HKLM", UNINSTALL_KEY))
+        self.assertEqual(len(self.tree("menu")), 3)
+        self.assertEqual(self.packager("verify", self.native(f"opt/tandrel/samples/hello-setup{EXE}")).code, 0)
+
+    def assert_ended_well(self, setup):
+        code, output = setup.end()
+        self.assertEqual(code, 0)
+        # The only program that the installation runs.
+        self.assertRegex(output, r"\Ahello-setup(\.exe)?: 2 files, \d+ bytes packed into \d+\n\Z")
+
+    def assert_removed(self, removal, before):
+        self.assertEqual(removal.end(), (0, ""))
+        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst*")))
+        self.assertEqual(self.state(), before)
+
+    # --- the pages
+
+    def walk_with_the_mouse(self, setup):
+        self.at_welcome(setup)
+        setup.click("Next")
+        self.at_agreement(setup)
+        setup.click("I agree")
+        self.at_notes(setup)
+        setup.click("Next")
+        self.at_settings(setup)
+        setup.click("Next")
+        self.at_summary(setup)
+        setup.click("Install")
+        self.at_end(setup)
+        setup.click("Finish")
+
+    def at_welcome(self, setup):
+        return setup.page("Nothing on it is changed before you press Install.", "Next")
+
+    def at_agreement(self, setup):
+        return setup.page("I agree")
+
+    def at_notes(self, setup):
+        return setup.page("Next", "Back", "TaskList")
+
+    def at_settings(self, setup):
+        return setup.page("What should be installed, and where?")
+
+    def at_parts(self, setup):
+        return setup.page("Install the samples")
+
+    def at_summary(self, setup):
+        return setup.page("Everything is ready to be installed.")
+
+    def at_end(self, setup):
+        return setup.page("Tandrel Installer Tools are installed.", "Finish")
+
+    def at_farewell(self, removal):
+        return removal.page("This removes Tandrel Installer Tools\nand undoes everything that they changed on this machine.")
+
+    def at_removed(self, removal):
+        return removal.page("Tandrel Installer Tools are removed.", "Finish")

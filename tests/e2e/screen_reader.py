@@ -1,0 +1,187 @@
+"""What is on a screen, in the same words on both systems, and the probes that know it."""
+
+import atexit
+import dataclasses
+import json
+import os
+import pathlib
+import signal
+import subprocess
+
+from harness import TIMEOUT, TOP, WINDOWS
+
+HERE = pathlib.Path(__file__).resolve().parent
+DISPLAY = TOP / "scripts" / "run-with-display"
+
+
+@dataclasses.dataclass(frozen=True)
+class Widget:
+    """A control that is shown. Places are pixels of the screen; `place` tells one control of a window from another."""
+
+    role: str
+    name: str
+    text: str
+    description: str
+    rectangle: tuple
+    enabled: bool
+    focused: bool
+    focusable: bool
+    checked: bool
+    value: int | None
+    place: tuple
+    labels: tuple = ()
+
+    def is_called(self, role, name):
+        return self.role == role and self.name == name
+
+    def __str__(self):
+        states = [name for name in ("focused", "checked") if getattr(self, name)] + ([] if self.enabled else ["disabled"])
+        value = [] if self.value is None else [f"{self.value} %"]
+        return f"{self.role} {self.name!r} {self.text!r} {self.rectangle} {' '.join(states + value)} ({self.description!r})"
+
+
+@dataclasses.dataclass(frozen=True)
+class View:
+    """A window. `widgets` are in the order in which they are read."""
+
+    title: str
+    is_box: bool
+    active: bool
+    handle: int
+    process: int
+    rectangle: tuple
+    client: tuple
+    widgets: tuple
+
+    def all(self, role=None, name=None):
+        return [w for w in self.widgets if role in (None, w.role) and name in (None, w.name)]
+
+    def one(self, role=None, name=None):
+        found = self.all(role, name)
+        if len(found) != 1:
+            raise AssertionError(f"{len(found)} of {role} {name!r} in\n{self}")
+        return found[0]
+
+    def has(self, role, name=None):
+        return bool(self.all(role, name))
+
+    def texts(self):
+        return [w.text if w.role == "label" else w.name for w in self.widgets]
+
+    def shows(self, name):
+        return any(name in (w.name, w.text) or w.text.startswith(name) for w in self.widgets)
+
+    def focused(self):
+        found = [w for w in self.widgets if w.focused]
+        return found[0] if len(found) == 1 else None
+
+    def __str__(self):
+        kind = ("box" if self.is_box else "window") + (" in front" if self.active else "")
+        return "\n  ".join([f"{kind} {self.title!r} {self.rectangle}", *(str(w) for w in self.widgets)])
+
+
+class Probe:
+    """A program that answers line by line, in JSON."""
+
+    def __init__(self, command, environment=None):
+        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, encoding="utf-8",
+                                        env=environment)
+        self.environment = {}
+        atexit.register(self.close)
+
+    def answer(self):
+        line = self.process.stdout.readline()
+        if not line:
+            raise RuntimeError(f"the probe has ended with {self.process.wait(timeout=TIMEOUT)}")
+        return json.loads(line)
+
+    def ask(self, command):
+        self.process.stdin.write(command + "\n")
+        self.process.stdin.flush()
+        return self.answer()
+
+    def act(self, command):
+        answer = self.ask(command)
+        if "error" in answer:
+            raise AssertionError(f"{command}: {answer['error']}")
+        return answer
+
+    def close(self):
+        self.process.stdin.close()
+        self.process.wait(timeout=TIMEOUT)
+
+
+# --- Linux
+
+LINUX_ROLES = {"push button": "button", "toggle button": "button", "link": "button", "check box": "check box",
+               "radio button": "radio button", "label": "label", "progress bar": "bar", "separator": "line",
+               "icon": "picture", "image": "picture", "list": "list", "document text": "document",
+               "password text": "password box"}
+LINUX_BOXES = ("alert", "dialog")
+
+
+def linux_widget(node, place):
+    states = node["states"]
+    role = LINUX_ROLES.get(node["role"])
+    if node["role"] == "text":
+        role = "text box" if "single-line" in states else "lines"
+    if role is None or "showing" not in states:
+        return None
+    value = node["value"]
+    return Widget(role, node["name"], node["text"] or "", node["description"], tuple(node["rectangle"]),
+                  "sensitive" in states, "focused" in states, "focusable" in states, "checked" in states,
+                  round(value * 100) if role == "bar" and value is not None else None, place, tuple(node["labels"]))
+
+
+def linux_widgets(node, place=()):
+    """What is within a control is its own matter, such as the bars by which it is scrolled."""
+    widget = linux_widget(node, place)
+    if widget is None:
+        for index, child in enumerate(node["children"]):
+            yield from linux_widgets(child, (*place, index))
+        return
+    yield dataclasses.replace(widget, focused=True) if has_focus(node) else widget
+
+
+def has_focus(node):
+    return "focused" in node["states"] or any(has_focus(child) for child in node["children"])
+
+
+def client_of(node):
+    """The innermost of the panels that fill a frame."""
+    while len(node["children"]) == 1:
+        node = node["children"][0]
+    return tuple(node["rectangle"])
+
+
+def linux_view(node):
+    return View(node["title"], node["role"] in LINUX_BOXES, "active" in node["states"], 0, node["process"],
+                tuple(node["rectangle"]), client_of(node), tuple(linux_widgets(node)))
+
+
+class LinuxProbe(Probe):
+    def __init__(self):
+        super().__init__([DISPLAY, "--readable", "/usr/bin/python3", "-B", HERE / "window_probe.py"])
+        self.environment = self.answer()
+        if os.environ.get("TANDREL_E2E_KIND") == "sanitized":  # the desktop's libraries leave what they allocate
+            self.environment["ASAN_OPTIONS"] = "detect_leaks=0:" + os.environ.get("ASAN_OPTIONS", "")
+
+    def views(self):
+        return [linux_view(node) for node in self.act("tree")["windows"]]
+
+    def end_programs(self):
+        for process in {view.process for view in self.views()}:
+            try:
+                os.kill(process, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+
+
+PROBES = []
+
+
+def probe():
+    """The one of this program, with a display of its own."""
+    if not PROBES:
+        PROBES.append(LinuxProbe())
+    return PROBES[0]
