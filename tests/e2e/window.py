@@ -164,8 +164,21 @@ class Window:
             self.next_stop(key)
         raise AssertionError(f"Tab never reaches the {role} {name!r}")
 
+    def wait_for_focus(self, role, name):
+        def find(views):
+            view = self.front(views)
+            focus = None if view is None else view.focused()
+            return focus if focus is not None and focus.is_called(role, name) else None
+
+        return self.wait_at_rest(find, f"the {role} {name!r} to have the focus")
+
+    def toggle_by_key(self, name, checked):
+        self.test.assertNotEqual(self.tab_to("check box", name).checked, checked)
+        self.key("space")
+        self.wait_until_checked("check box", name, checked)
+
     def press_by_key(self, name, key="space"):
-        """Walks to the button and presses it."""
+        """Goes to the button and presses it."""
         self.tab_to("button", name)
         self.key(key)
 
