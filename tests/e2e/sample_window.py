@@ -80,16 +80,27 @@ class SampleInWindow(EndToEndTest):
 
     # --- the pages
 
+    # Names of the pages of the installation, and the button that leads from each to the next.
+    PAGES = (("welcome", "Next"), ("agreement", "I agree"), ("notes", "Next"), ("settings", "Next"), ("parts", "Next"),
+             ("summary", "Install"))
+
+    def at(self, page, window):
+        return getattr(self, "at_" + page)(window)
+
+    def walk_to(self, setup, end, chooses=False):
+        """With the mouse, up to a page. The one with the parts is shown only to those who choose them."""
+        for page, forward in self.PAGES:
+            if page == "parts" and not chooses:
+                continue
+            self.at(page, setup)
+            if page == end:
+                return
+            if page == "settings" and chooses:
+                setup.choose("Set-up: Choose the parts", role="radio button")
+            setup.click(forward)
+
     def walk_with_the_mouse(self, setup):
-        self.at_welcome(setup)
-        setup.click("Next")
-        self.at_agreement(setup)
-        setup.click("I agree")
-        self.at_notes(setup)
-        setup.click("Next")
-        self.at_settings(setup)
-        setup.click("Next")
-        self.at_summary(setup)
+        self.walk_to(setup, "summary")
         setup.click("Install")
         self.at_end(setup)
         setup.click("Finish")
@@ -111,6 +122,10 @@ class SampleInWindow(EndToEndTest):
 
     def at_summary(self, setup):
         return setup.page("Everything is ready to be installed.")
+
+    def at_running(self, window):
+        """In an installation as well as in a removal."""
+        return window.page("The packager must not be running.")
 
     def at_end(self, setup):
         return setup.page("Tandrel Installer Tools are installed.", "Finish")

@@ -135,6 +135,11 @@ class Window:
         view = self.wait_at_rest(self.front, "a window in front")
         self.probe.act(f"close {view.handle}")
 
+    def answer(self, text, button):
+        """Answers the box that says this."""
+        self.box(text)
+        self.click(button)
+
     # --- the keyboard
 
     def key(self, *names):
