@@ -1,0 +1,161 @@
+#include "platform/windows/window_probe/window_tree.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/windows/window_probe/accessible_window.h"
+#include "platform/windows/window_probe/json_text.h"
+#include "platform/windows/window_probe/list_rows.h"
+#include "platform/windows/window_probe/window_messages.h"
+
+namespace {
+
+constexpr int kLongestClass = 256;
+
+// Desktop, task bar and tray, of the system or of what stands in for it.
+constexpr std::wstring_view kDesktopClasses[] = {
+    L"#32769", L"Progman", L"WorkerW", L"Shell_TrayWnd", L"__wine_tray_window", L"__wine_clipboard_manager"};
+
+std::wstring classOf(HWND window) {
+    wchar_t name[kLongestClass] = L"";
+    GetClassNameW(window, name, kLongestClass);
+    return name;
+}
+
+bool isOfDesktop(HWND window) {
+    return std::find(std::begin(kDesktopClasses), std::end(kDesktopClasses), classOf(window)) !=
+           std::end(kDesktopClasses);
+}
+
+bool isMark(LONG_PTR style) {
+    switch (style & BS_TYPEMASK) {
+        case BS_CHECKBOX:
+        case BS_AUTOCHECKBOX:
+        case BS_3STATE:
+        case BS_AUTO3STATE:
+        case BS_RADIOBUTTON:
+        case BS_AUTORADIOBUTTON:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool hasFocus(HWND window) {
+    GUITHREADINFO information{};
+    information.cbSize = sizeof information;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &information) != 0 &&
+           information.hwndFocus == window;
+}
+
+std::string rectangleOf(HWND window) {
+    RECT rectangle{};
+    GetWindowRect(window, &rectangle);
+    return json::Object()
+        .addNumber("x", rectangle.left)
+        .addNumber("y", rectangle.top)
+        .addNumber("width", rectangle.right - rectangle.left)
+        .addNumber("height", rectangle.bottom - rectangle.top)
+        .str();
+}
+
+class Tree {
+public:
+    std::string describeTop(HWND window) {
+        json::Object object = describe(window);
+        object.addFlag("active", GetForegroundWindow() == window);
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        object.addNumber("process", process);
+        object.add("children", children(window));
+        object.addFlag("hangs", messages_.isSilent(window));
+        return object.str();
+    }
+
+private:
+    json::Object describe(HWND window) {
+        const std::wstring className = classOf(window);
+        json::Object object;
+        object.addNumber("hwnd", reinterpret_cast<LONG_PTR>(window));
+        object.addText("class", className);
+        object.addText("text", messages_.text(window).value_or(L""));
+        object.add("rect", rectangleOf(window));
+        object.addFlag("enabled", IsWindowEnabled(window) != 0);
+        object.addFlag("focused", hasFocus(window));
+        addContent(object, window, className);
+        addAccessible(object, window);
+        return object;
+    }
+
+    void addContent(json::Object& object, HWND window, std::wstring_view className) {
+        if (className == WC_BUTTONW && isMark(GetWindowLongPtrW(window, GWL_STYLE))) {
+            object.addFlag("checked", messages_.ask(window, BM_GETCHECK) == LRESULT{BST_CHECKED});
+        } else if (className == PROGRESS_CLASSW) {
+            object.addNumber("value", messages_.ask(window, PBM_GETPOS).value_or(-1));
+            object.addNumber("lowest", messages_.ask(window, PBM_GETRANGE, TRUE).value_or(-1));
+            object.addNumber("highest", messages_.ask(window, PBM_GETRANGE, FALSE).value_or(-1));
+        } else if (className == WC_LISTVIEWW) {
+            object.add("rows", rows(window));
+        }
+    }
+
+    std::string rows(HWND list) {
+        std::vector<std::string> described;
+        for (const ListRow& row : listRows(list, messages_)) {
+            described.push_back(json::Object().addText("text", row.text).addNumber("image", row.image).str());
+        }
+        return json::list(described);
+    }
+
+    void addAccessible(json::Object& object, HWND window) {
+        if (!messages_.ask(window, WM_NULL)) {
+            return;
+        }
+        if (const std::optional<std::string> answer = accessibleWindow(window)) {
+            object.add("accessible", *answer);
+        } else if (IsWindow(window) != 0 && !messages_.ask(window, WM_NULL)) {
+            messages_.noteSilent(window);
+        }
+    }
+
+    std::string children(HWND parent) {
+        std::vector<std::string> described;
+        for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr;
+             child = GetWindow(child, GW_HWNDNEXT)) {
+            if (IsWindowVisible(child) != 0) {
+                described.push_back(describe(child).add("children", children(child)).str());
+            }
+        }
+        return json::list(described);
+    }
+
+    WindowMessages messages_;
+};
+
+BOOL CALLBACK noteWindow(HWND window, LPARAM windows) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (IsWindowVisible(window) != 0 && process != GetCurrentProcessId() && !isOfDesktop(window)) {
+        reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+std::string windowTree() {
+    std::vector<HWND> windows;
+    EnumWindows(&noteWindow, reinterpret_cast<LPARAM>(&windows));
+    Tree tree;
+    std::vector<std::string> described;
+    for (HWND window : windows) {
+        described.push_back(tree.describeTop(window));
+    }
+    return json::list(described);
+}
