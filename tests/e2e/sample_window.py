@@ -1,45 +1,39 @@
-"""The sample product for the tests of the window: made once for all tests of a file, and what it changes on a machine."""
+"""The sample product for the tests of the window: its pages, and what it changes on a machine."""
 
-import atexit
 import pathlib
 import shutil
 import subprocess
 import tempfile
 
-from harness import BIN, EXE, TIMEOUT, TOP, WINDOWS, EndToEndTest
-from window import Window
+from harness import BIN, EXE, TIMEOUT, TOP
+from window import Window, WindowTest
 
 NAME = "Tandrel Installer Tools"
 UNINSTALL_KEY = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + NAME
 KEYS = (("HKLM", UNINSTALL_KEY), ("HKLM", "Software\\Tandrel"), ("HKCU", "Software\\Tandrel Tools"))
-SETUPS = {}
+FOLDER = tempfile.TemporaryDirectory(prefix="tandrel-e2e-")
+SETUPS = {}  # made once for all tests of a file
 
 
-def packed(description):
-    """The setup of one of the sample's descriptions, as a file of this machine."""
-    if description not in SETUPS:
-        stage = pathlib.Path(tempfile.mkdtemp(prefix="tandrel-e2e-"))
-        atexit.register(shutil.rmtree, stage, ignore_errors=True)
-        subprocess.run([TOP / "scripts/stage-sample", BIN, stage / "stage"], check=True, timeout=TIMEOUT)
-        # Packages are the same on both systems, but only the packager of this one runs without a machine.
-        packager = [BIN / ("packager" + EXE)]
-        if WINDOWS:
-            packager.insert(0, TOP / "scripts/run-under-wine")
-        subprocess.run([*packager, "build", "--description", stage / "stage" / description, "--root", stage / "stage/root",
-                        "--image", BIN / ("installer" + EXE), "--level", "1", "--output", stage / "setup"], check=True,
-                       timeout=TIMEOUT, stdout=subprocess.DEVNULL)
-        shutil.rmtree(stage / "stage")
-        SETUPS[description] = stage / "setup"
-    return SETUPS[description]
-
-
-class SampleInWindow(EndToEndTest):
+class SampleInWindow(WindowTest):
     description = "install.xml"
 
     def setUp(self):
         super().setUp()
-        shutil.copy2(packed(self.description), self.host("setup" + EXE))
+        self.pack(self.description)
         self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
+
+    def pack(self, description):
+        """Puts the setup of one of the sample's descriptions on the machine."""
+        if description not in SETUPS:
+            subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True, timeout=TIMEOUT)
+            result = self.packager("build", "--description", self.native("stage/" + description), "--root",
+                                   self.native("stage/root"), "--image", self.native("installer" + EXE), "--level", "1",
+                                   "--output", self.native("packed" + EXE))
+            self.assertEqual(result.code, 0, result)
+            shutil.rmtree(self.host("stage"))
+            SETUPS[description] = shutil.move(self.host("packed" + EXE), pathlib.Path(FOLDER.name) / description)
+        shutil.copy2(SETUPS[description], self.host("setup" + EXE))
 
     def open_setup(self, *arguments, env=None):
         return Window(self, "setup" + EXE, *self.settings, *arguments, env=env)
@@ -75,7 +69,7 @@ class SampleInWindow(EndToEndTest):
 
     def assert_removed(self, removal, before):
         self.assertEqual(removal.end(), (0, ""))
-        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst*")))
+        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
         self.assertEqual(self.state(), before)
 
     # --- the pages

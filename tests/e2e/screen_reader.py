@@ -8,7 +8,7 @@ import pathlib
 import signal
 import subprocess
 
-from harness import TIMEOUT, TOP, WINDOWS
+from harness import HELPERS, TIMEOUT, TOP, WINDOWS, WinePrefix
 
 HERE = pathlib.Path(__file__).resolve().parent
 DISPLAY = TOP / "scripts" / "run-with-display"
@@ -108,6 +108,7 @@ class Probe:
 
     def close(self):
         self.process.stdin.close()
+        self.process.stdout.close()
         self.process.wait(timeout=TIMEOUT)
 
 
@@ -177,11 +178,107 @@ class LinuxProbe(Probe):
                 pass
 
 
+# --- Windows
+
+BOX_CLASS = "#32770"
+BUTTON_ROLES = {2: "check box", 3: "check box", 4: "radio button", 7: "border", 9: "radio button"}  # by BS_TYPEMASK
+STATIC_ROLES = {0xE: "picture", 0x10: "line"}  # SS_BITMAP, SS_ETCHEDHORZ
+MULTI_LINE, PASSWORD = 0x4, 0x20
+DRAWN_ROLES = {"push button": "button", "check box": "check box", "radio button": "radio button", "progress bar": "bar",
+               "document": "document"}
+
+
+def windows_role(node):
+    """Wine gives screen readers no roles of the system's own controls, so these come from their classes."""
+    name, style = node["class"], node["style"]
+    if name == "Button":
+        return BUTTON_ROLES.get(style & 0xF, "button")
+    if name == "Static":
+        return STATIC_ROLES.get(style & 0x1F, "label")
+    if name == "Edit":
+        return "password box" if style & PASSWORD else "lines" if style & MULTI_LINE else "text box"
+    if name == "SysListView32":
+        return "list"
+    if name == "msctls_progress32":
+        return "bar"
+    return DRAWN_ROLES.get(node.get("accessible", {}).get("role"))
+
+
+def windows_rectangle(node):
+    rectangle = node["rect"]
+    return rectangle["x"], rectangle["y"], rectangle["width"], rectangle["height"]
+
+
+def percent_of(node):
+    if "highest" not in node:
+        return None
+    return round((node["value"] - node["lowest"]) * 100 / (node["highest"] - node["lowest"]))
+
+
+def windows_widget(node):
+    accessible = node.get("accessible", {})
+    states = accessible.get("states", [])
+    role = windows_role(node)
+    # What is only read out is as large as a dot.
+    if role is None or node["rect"]["width"] <= 1:
+        return None
+    text = node["text"].replace("\r\n", "\n")
+    name = accessible.get("name", "") if role != "label" else text
+    # The rows of a list are read one by one.
+    description = "\n".join(row.get("name", "") for row in accessible.get("children", ())) if role == "list" \
+        else accessible.get("description", "")
+    return Widget(role, name.replace("&", ""), text, description, windows_rectangle(node),
+                  node["enabled"], node["focused"], "focusable" in states, node.get("checked", False) or "checked" in states,
+                  percent_of(node), (node["hwnd"],))
+
+
+def windows_widgets(node):
+    widget = windows_widget(node)
+    if widget is not None:
+        yield widget
+        return
+    for child in node["children"]:
+        yield from windows_widgets(child)
+
+
+def windows_view(node):
+    rectangle = windows_rectangle(node)
+    client = windows_rectangle(node["children"][0]) if node["children"] else rectangle
+    widgets = tuple(widget for child in node["children"] for widget in windows_widgets(child))
+    return View(node["text"], node["class"] == BOX_CLASS, node["active"], node["hwnd"], node["process"], rectangle, client,
+                widgets)
+
+
+class WindowsDisplay(Probe):
+    """A display for the whole prefix: Wine's desktop, which serves all its programs, starts with the first of them."""
+
+    def __init__(self):
+        super().__init__([DISPLAY, "bash", "-c", 'echo "{\\"TANDREL_DISPLAY\\": \\"$DISPLAY\\"}"; exec cat'])
+        self.environment = {**self.answer(), "TANDREL_TOOLKIT_ASSERTS": "1"}
+
+
+class WindowsProbe(Probe):
+    def __init__(self, display):
+        os.environ.update(display.environment)
+        prefix = WinePrefix.get()
+        super().__init__(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; exec wine "$2"', str(prefix.scripts),
+                          str(prefix.directory), HELPERS / "window_probe.exe"])
+
+    def views(self):
+        return [windows_view(node) for node in self.act("tree")["windows"]]
+
+    def end_programs(self):
+        for process in {view.process for view in self.views()}:
+            subprocess.run([TOP / "scripts/run-under-wine", "taskkill", "/f", "/pid", str(process)], check=False,
+                           timeout=TIMEOUT, env={**os.environ, "TANDREL_WINE_PREFIX": str(WinePrefix.get().directory)},
+                           stdout=subprocess.DEVNULL)
+
+
 PROBES = []
 
 
 def probe():
-    """The one of this program, with a display of its own."""
+    """The one of this program, with a display of its own. To be called before any other program runs in Wine's prefix."""
     if not PROBES:
-        PROBES.append(LinuxProbe())
+        PROBES.append(WindowsProbe(WindowsDisplay()) if WINDOWS else LinuxProbe())
     return PROBES[0]

@@ -10,10 +10,16 @@ import tempfile
 import time
 
 import screen_reader
-from harness import TIMEOUT
+from harness import TIMEOUT, EndToEndTest
 
 PATIENCE = 60  # seconds for what has to be shown
 MOST_STOPS = 60  # of Tab on one page
+
+
+class WindowTest(EndToEndTest):
+    def setUp(self):
+        screen_reader.probe()
+        super().setUp()
 
 
 class Window:
