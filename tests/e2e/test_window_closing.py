@@ -1,59 +1,14 @@
 """The close box of a window in each state of a run."""
 
-import shutil
+from harness import main
+from held_setup import HeldSetup
 
-import descriptions
-from harness import EXE, HELPERS, main
-from window import Window, WindowTest
-
-SIZE = 'w="480" h="240"'
-BUTTONS = ('<Button Name="Next" x="248" y="48" w="104" h="32" HAlign="right" VAlign="bottom" Disableable="1">&amp;Next</Button>'
-           '<Button Name="Cancel" x="128" y="48" w="104" h="32" HAlign="right" VAlign="bottom">&amp;Cancel</Button>')
 QUESTION = "This will cancel the installation of\nTest Product\nAre you sure?"
 RUNNING = "The installation is running and can not be aborted!"
 BUSY = "The installer is busy and cannot be interrupted"
 
 
-class Closing(WindowTest):
-    def setUp(self):
-        super().setUp()
-        shutil.copy2(HELPERS / ("foreign_uninstaller" + EXE), self.host("helper" + EXE))
-        pages = (f'<Welcome {SIZE}><Text x="24" y="24">Before.</Text>{BUTTONS}</Welcome>'
-                 f'<Look Special="Busy" {SIZE}><Text x="24" y="24">Looking.</Text>{BUTTONS}'
-                 '<Trigger EvaluateOn="DlgEval" Type="RunActions" Value="Looking"/></Look>')
-        text = descriptions.description(
-            self.native("opt"), f'<FileSet Name="All"><FN Dest="[DIR]">data.txt</FN></FileSet>{self.held("Looking")}'
-            f'{self.held("AdditionalInstall")}', pages)
-        for page, words in (("CopyProgress", "Copying."), ("Finish", "It worked.")):
-            text = text.replace(f"<{page} Special", f"<{page} {SIZE} Special")
-        text = text.replace('<CopyProgress w="480" h="240" Special="AutoNext"/>',
-                            f'<CopyProgress {SIZE} Special="AutoNext"><Text x="24" y="24">Copying.</Text>{BUTTONS}</CopyProgress>')
-        text = text.replace('It worked.</Text>', f'It worked.</Text>{BUTTONS}')
-        self.build_package(text, {"data.txt": "data\n", "install.xml": text})
-        shutil.rmtree(self.host("stage"))
-        self.setup = Window(self, "setup" + EXE)
-
-    def held(self, container):
-        """A group of actions that waits for the test."""
-        arguments = f"mark {self.native('in-' + container)} await {self.native('go-' + container)}"
-        return (f'<{container}><RunProgram Wait="1" Arguments="{arguments}">{self.native("helper" + EXE)}</RunProgram>'
-                f'</{container}>')
-
-    def wait_until_held(self, container):
-        self.wait_until(self.host("in-" + container).exists)
-
-    def release(self, container):
-        self.write("go-" + container, "")
-
-    def walk_to_the_installation(self):
-        self.setup.page("Before.")
-        self.setup.click("Next")
-        self.wait_until_held("Looking")
-        self.release("Looking")
-        self.setup.page("Looking.")
-        self.setup.click("Next")
-        self.wait_until_held("AdditionalInstall")
-
+class Closing(HeldSetup):
     def assert_refused(self, text):
         self.setup.press_close_box()
         box = self.setup.box(text)

@@ -138,7 +138,7 @@ class Window:
         return self.wait_at_rest(find, f"the {role} {name!r} to be {'' if checked else 'not '}chosen")
 
     def press_close_box(self):
-        view = self.wait_at_rest(self.front, "a window in front")
+        view = self.wait(self.front, "a window in front")
         self.probe.act(f"close {view.handle}")
 
     def answer(self, text, button):
@@ -165,6 +165,16 @@ class Window:
             return now if now is not None and now.place != before.place else None
 
         return self.wait_at_rest(find, f"another focus than that of {before}")
+
+    def stops(self):
+        """All controls that Tab reaches, from the one that has the focus."""
+        found = [self.focused()]
+        for _ in range(MOST_STOPS):
+            stop = self.next_stop()
+            if stop.place == found[0].place:
+                return found
+            found.append(stop)
+        raise AssertionError(f"Tab doesn't come back to {found[0]}")
 
     def tab_to(self, role, name, key="Tab"):
         self.control(role, name)
