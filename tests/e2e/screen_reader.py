@@ -182,7 +182,7 @@ class LinuxProbe(Probe):
 
 BOX_CLASS = "#32770"
 BUTTON_ROLES = {2: "check box", 3: "check box", 4: "radio button", 7: "border", 9: "radio button"}  # by BS_TYPEMASK
-STATIC_ROLES = {0xE: "picture", 0x10: "line"}  # SS_BITMAP, SS_ETCHEDHORZ
+STATIC_ROLES = {0xE: "picture", 0x5: "line"}  # SS_BITMAP, SS_GRAYRECT
 MULTI_LINE, PASSWORD = 0x4, 0x20
 DRAWN_ROLES = {"push button": "button", "check box": "check box", "radio button": "radio button", "progress bar": "bar",
                "document": "document"}
