@@ -70,5 +70,40 @@ class Sample(SampleInWindow):
         setup.wait_until_checked("radio button", "Set-up: Choose the parts", True)
 
 
+class ThemedSample(SampleInWindow):
+    description = "install-themed.xml"
+
+    def test_is_installed_and_removed_by_mouse_and_keys(self):
+        before = self.state()
+        setup = self.open_setup()
+        self.at_welcome(setup)
+        setup.key("alt+n")
+        self.at_agreement(setup)
+        setup.click("I agree")
+        self.at_notes(setup)
+        setup.press_by_key("Next")
+        self.at_settings(setup)
+        setup.choose("Set-up: Choose the parts", role="radio button")
+        setup.choose("Set-up: Everything", role="radio button")
+        setup.choose("Set-up: Choose the parts", role="radio button")
+        setup.click("Next")
+        self.at_parts(setup)
+        setup.choose("Stop a running packager")
+        setup.toggle_by_key("Stop a running packager", checked=False)
+        setup.key("alt+n")
+        self.at_summary(setup)
+        setup.click("Install")
+        self.at_end(setup)
+        setup.key("Return")
+        self.assert_ended_well(setup)
+        self.assert_installed()
+        removal = self.open_removal()
+        self.at_farewell(removal)
+        removal.click("Remove")
+        self.at_removed(removal)
+        removal.key("alt+f")
+        self.assert_removed(removal, before)
+
+
 if __name__ == "__main__":
     main()
