@@ -23,20 +23,25 @@ class SampleInWindow(WindowTest):
         self.pack(self.description)
         self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
 
-    def pack(self, description):
-        """Puts the setup of one of the sample's descriptions on the machine."""
-        if description not in SETUPS:
+    def pack(self, description, output="setup", edit=None):
+        """Puts the setup of one of the sample's descriptions on the machine. `edit` changes the description (text to text) and
+        the product's files (a directory) before, and makes another setup of it."""
+        name = description if edit is None else edit.__name__
+        if name not in SETUPS:
             subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True, timeout=TIMEOUT)
+            if edit is not None:
+                text = self.read("stage/" + description).decode("utf-8")
+                self.write("stage/" + description, edit(text, self.host("stage/root")))
             result = self.packager("build", "--description", self.native("stage/" + description), "--root",
                                    self.native("stage/root"), "--image", self.native("installer" + EXE), "--level", "1",
                                    "--output", self.native("packed" + EXE))
             self.assertEqual(result.code, 0, result)
             shutil.rmtree(self.host("stage"))
-            SETUPS[description] = shutil.move(self.host("packed" + EXE), pathlib.Path(FOLDER.name) / description)
-        shutil.copy2(SETUPS[description], self.host("setup" + EXE))
+            SETUPS[name] = shutil.move(self.host("packed" + EXE), pathlib.Path(FOLDER.name) / name)
+        shutil.copy2(SETUPS[name], self.host(output + EXE))
 
-    def open_setup(self, *arguments, env=None):
-        return Window(self, "setup" + EXE, *self.settings, *arguments, env=env)
+    def open_setup(self, *arguments, env=None, name="setup"):
+        return Window(self, name + EXE, *self.settings, *arguments, env=env)
 
     def open_removal(self, *arguments, env=None):
         """As its link in the menu does."""
@@ -113,6 +118,9 @@ class SampleInWindow(WindowTest):
 
     def at_parts(self, setup):
         return setup.page("Install the samples")
+
+    def at_earlier(self, setup):
+        return setup.page("Remove the earlier version first")
 
     def at_summary(self, setup):
         return setup.page("Everything is ready to be installed.")
