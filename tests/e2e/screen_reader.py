@@ -186,7 +186,7 @@ BUTTON_ROLES = {2: "check box", 3: "check box", 4: "radio button", 7: "border", 
 STATIC_ROLES = {0xE: "picture", 0x5: "line"}  # SS_BITMAP, SS_GRAYRECT
 MULTI_LINE, PASSWORD = 0x4, 0x20
 DRAWN_ROLES = {"push button": "button", "check box": "check box", "radio button": "radio button", "progress bar": "bar",
-               "document": "document"}
+               "document": "document", "link": "button"}
 
 
 def windows_role(node):

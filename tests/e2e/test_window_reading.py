@@ -126,6 +126,10 @@ class Reading(SampleInWindow):
         removal.end()
 
 
+class ThemedReading(Reading):
+    description = "install-themed.xml"
+
+
 class ReadingTheWork(HeldSetup):
     def test_bars_have_names_and_values(self):
         self.walk_to_the_installation()

@@ -154,9 +154,8 @@ class Window:
     def type(self, text):
         self.probe.act("type " + text)
 
-    def next_stop(self, key="Tab"):
-        """Presses the key and returns the control that has the focus then."""
-        before = self.focused()
+    def next_stop(self, before, key="Tab"):
+        """Presses the key where the focus is at rest, and returns the control that has it then."""
         self.key(key)
 
         def find(views):
@@ -170,7 +169,7 @@ class Window:
         """All controls that Tab reaches, from the one that has the focus."""
         found = [self.focused()]
         for _ in range(MOST_STOPS):
-            stop = self.next_stop()
+            stop = self.next_stop(found[-1])
             if stop.place == found[0].place:
                 return found
             found.append(stop)
@@ -178,11 +177,11 @@ class Window:
 
     def tab_to(self, role, name, key="Tab"):
         self.control(role, name)
+        focus = self.focused()
         for _ in range(MOST_STOPS):
-            focus = self.focused()
             if focus.is_called(role, name):
                 return focus
-            self.next_stop(key)
+            focus = self.next_stop(focus, key)
         raise AssertionError(f"Tab never reaches the {role} {name!r}")
 
     def wait_for_focus(self, role, name):

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+#include "ui/gui/wx/msw/drawn_window.h"
+
 namespace accessibility {
 
 namespace {
@@ -75,7 +77,9 @@ Description* descriptionOf(wxWindow& window) {
 }  // namespace
 
 void setName(wxWindow& window, const wxString& name) {
-    if (Description* description = descriptionOf(window)) {
+    if (auto* drawn = dynamic_cast<DrawnWindow*>(&window)) {
+        drawn->setSpokenName(name);
+    } else if (Description* description = descriptionOf(window)) {
         description->setName(name);
     }
 }
