@@ -4,7 +4,7 @@
 //     remove NAME VIEW            takes it off the list
 //     signal EVENT                signals a named event that somebody waits for
 //     mark PATH                   makes a directory
-//     await PATH                  waits for something to be there, up to a minute
+//     await PATH                  waits for something to be there, up to three minutes
 //     refuse-if PATH              ends with 9 if something is there
 //     leave-if PATH               ends with 0 if something is there
 //     second ...                  starts another of this program with the rest of the steps, and ends
@@ -32,7 +32,7 @@ using platform::RegistryView;
 constexpr int kFailed = 8;
 constexpr int kRefused = 9;
 constexpr int kDone = 0;
-constexpr int kMostLooks = 1200;
+constexpr int kMostLooks = 3600;
 constexpr std::uint32_t kLookMilliseconds = 50;
 
 // The steps that are left.

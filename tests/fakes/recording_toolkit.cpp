@@ -291,14 +291,15 @@ void RecordingToolkit::setTaskIcons(ControlId control, Extent size, std::span<co
 
 void RecordingToolkit::addTask(ControlId control, const TaskRow& row) {
     if (Control* known = get(control)) {
-        known->tasks.push_back({std::string(row.text), row.icon, row.colour});
+        known->tasks.push_back({std::string(row.text), row.icon, row.colour, std::string(row.state)});
     }
 }
 
 void RecordingToolkit::setTask(ControlId control, int index, const TaskRow& row) {
     Control* known = get(control);
     if (known != nullptr && index >= 0 && static_cast<std::size_t>(index) < known->tasks.size()) {
-        known->tasks[static_cast<std::size_t>(index)] = {std::string(row.text), row.icon, row.colour};
+        known->tasks[static_cast<std::size_t>(index)] = {std::string(row.text), row.icon, row.colour,
+                                                         std::string(row.state)};
     }
 }
 

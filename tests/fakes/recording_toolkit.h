@@ -28,6 +28,7 @@ public:
         std::string text;
         int icon;
         std::int32_t colour;
+        std::string state;
         bool operator==(const Task&) const = default;
     };
     struct Control {

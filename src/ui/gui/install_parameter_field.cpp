@@ -76,8 +76,8 @@ void InstallParameterField::create() {
     spec.place = {left() + nameWidth + gap(), 0, std::max(1, width() - nameWidth - gap()),
                   host().textHeight()};
     spec.colours = labelColours();
+    // Named by its label, a value would be read out as the label again.
     value_ = add(spec);
-    toolkit().setLabel(value_, name_);
     setHeight(std::max(heightOf(name_), heightOf(value_)) + gap());
 }
 

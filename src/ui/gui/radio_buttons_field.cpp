@@ -29,17 +29,20 @@ void RadioButtonsField::create() {
 void RadioButtonsField::addButton(std::string_view caption, std::string_view toolTip) {
     const std::string shownCaption = OUtils::visibleText(caption);
     const std::string shownToolTip = OUtils::visibleText(toolTip);
+    const std::string label = OUtils::visibleText(description().label.view());
+    const std::string name = label.empty() ? shownCaption : label + ": " + shownCaption;
     ControlSpec spec;
     spec.kind = ControlKind::kRadioButton;
     spec.place = {left() + gap(), 0, 0, 0};
     spec.text = shownCaption;
+    // The label is that of the group, and would take the place of the caption.
+    spec.name = name;
     spec.toolTip = shownToolTip;
     spec.startsGroup = buttons_.empty();
     if (host().isThemed()) {
         spec.colours = {description().inputForeground, description().background, -1, -1};
     }
     buttons_.push_back(add(spec));
-    toolkit().setLabel(buttons_.back(), label_);
 }
 
 void RadioButtonsField::moveTo(int y) {

@@ -20,6 +20,10 @@ constexpr std::array<std::string_view, 5> kIcons = {
 };
 static_assert(kIcons.size() == kTaskDisabled + 1);
 
+constexpr std::array<std::string_view, kIcons.size()> kStates = {
+    "not started", "current", "finished", "failed", "inactive",
+};
+
 }  // namespace
 
 void TaskList::fill(ControlId control, const DialogElementDesc& element, int dialog) {
@@ -84,5 +88,6 @@ TaskRow TaskList::rowOf(std::string_view text, std::int32_t state, bool hasIcon)
             host_.toolkit().systemColour(isDisabled ? SystemColour::kGrayText : SystemColour::kWindowText);
     }
     const bool isKnown = state >= 0 && static_cast<std::size_t>(state) < kIcons.size();
-    return {text, hasIcon && isKnown ? state : -1, colour};
+    const std::string_view words = isKnown ? kStates[static_cast<std::size_t>(state)] : std::string_view();
+    return {text, hasIcon && isKnown ? state : -1, colour, words};
 }

@@ -38,6 +38,12 @@ TEST_F(InstallParameterFieldTest, ShowsADirectoryAsTheSystemWritesIt) {
     EXPECT_EQ(shown("directory", "\\opt\\product\\"), platform::writtenPath("\\opt\\product"));
 }
 
+TEST_F(InstallParameterFieldTest, AScreenReaderSaysTheValue) {
+    shown("EditBox", "something");
+    EXPECT_EQ(window.at(value).name, "");
+    EXPECT_EQ(window.at(value).label, 0);
+}
+
 TEST_F(InstallParameterFieldTest, ShowsACheckBoxAsYesOrNo) {
     EXPECT_EQ(shown("CheckBox", "1"), "Yes");
     EXPECT_EQ(shown("CheckBox", "2"), "Yes");

@@ -113,6 +113,16 @@ TEST_F(RadioButtonsFieldTest, EachButtonHasItsPieceOfTheExplanation) {
     EXPECT_EQ(button("All").toolTip, "");
 }
 
+TEST_F(RadioButtonsFieldTest, AScreenReaderSaysTheLabelAndTheCaption) {
+    make("0");
+    EXPECT_EQ(button("Small").name, "Kind: Small");
+    EXPECT_EQ(button("All").name, "Kind: All");
+    EXPECT_EQ(button("All").label, 0);
+    description.label.assign("");
+    make("0");
+    EXPECT_EQ(button("Small").name, "Small");
+}
+
 TEST_F(RadioButtonsFieldTest, HasNoButtonsWithoutItems) {
     description.content.assign("");
     make("0");

@@ -46,7 +46,7 @@ TEST_F(TaskListTest, HasARowForEachTask) {
     addTask("End").state = kTaskCurrent;
     tasks.fill(control, element, 0);
     ASSERT_EQ(rows().size(), 2U);
-    EXPECT_EQ(rows()[0], (RecordingToolkit::Task{"Start later", -1, 0x010101}));
+    EXPECT_EQ(rows()[0], (RecordingToolkit::Task{"Start later", -1, 0x010101, "not started"}));
     EXPECT_EQ(rows()[1].text, "End now");
 }
 
@@ -72,6 +72,17 @@ TEST_F(TaskListTest, EachStateHasItsIcon) {
     }
     tasks.setState("Start", "text", 7);
     EXPECT_EQ(rows()[0].icon, -1);
+}
+
+TEST_F(TaskListTest, EachStateHasItsWordsWithoutIconsAsWell) {
+    addTask("Start");
+    tasks.fill(control, element, 0);
+    std::string words;
+    for (const std::int32_t state : {0, 1, 2, 3, 4, 7, -1}) {
+        tasks.setState("Start", "text", state);
+        words += rows()[0].state + "|";
+    }
+    EXPECT_EQ(words, "not started|current|finished|failed|inactive|||");
 }
 
 TEST_F(TaskListTest, IconsHaveTheSizeOfTheDetailsAndTheScale) {

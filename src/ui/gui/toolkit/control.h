@@ -84,6 +84,7 @@ struct TaskRow {
     std::string_view text;
     int icon = -1;
     std::int32_t colour = -1;
+    std::string_view state;  // the icon in words, for those who can't see it
 };
 
 // One call to fill a rich text control; they are carried out in order.

@@ -134,7 +134,7 @@ public:
 
 // The only function of the module.
 extern "C" {
-inline constexpr std::uint32_t kToolkitVersion = 1;  // of this interface; both sides must have the same
+inline constexpr std::uint32_t kToolkitVersion = 2;  // of this interface; both sides must have the same
 // The toolkit, which lives as long as the process, or null for another version.
 Toolkit* tandrelToolkit(std::uint32_t version) noexcept;
 }

@@ -11,7 +11,8 @@ enum class Role { kDocument, kList };
 void setName(wxWindow& window, const wxString& name);
 // `label` shows `name`, which is that of `window`.
 void setLabel(wxWindow& window, wxWindow& label, const wxString& name);
-// For windows that wxWidgets draws itself, which have neither a role nor a text of their own.
+// For windows that wxWidgets draws itself, which have neither a role nor a text of their own. The text of a
+// list has a line for each row.
 void setContent(wxWindow& window, Role role, const wxString& text);
 // `frame` is the one on the screen.
 void announce(wxWindow& frame, const wxString& text);

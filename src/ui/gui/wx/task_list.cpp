@@ -67,6 +67,7 @@ void TaskListControl::setTaskIcons(Extent size, std::span<const Picture> icons) 
 
 void TaskListControl::addTask(const TaskRow& row) {
     const long index = list_->InsertItem(list_->GetItemCount(), wxString());
+    states_.emplace_back();
     setTask(static_cast<int>(index), row);
 }
 
@@ -77,7 +78,19 @@ void TaskListControl::setTask(int index, const TaskRow& row) {
     list_->SetItem(index, 0, wideText(row.text), row.icon);
     list_->SetItemTextColour(index, row.colour == -1 ? wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT)
                                                      : colourOf(row.colour));
-    accessibility::setContent(*list_, accessibility::Role::kList, text());
+    states_[static_cast<std::size_t>(index)] = wideText(row.state);
+    describe();
+}
+
+void TaskListControl::describe() {
+    wxString rows;
+    for (std::size_t i = 0; i < states_.size(); ++i) {
+        rows << (i == 0 ? "" : "\n") << list_->GetItemText(static_cast<long>(i));
+        if (!states_[i].empty()) {
+            rows << ": " << states_[i];
+        }
+    }
+    accessibility::setContent(*list_, accessibility::Role::kList, rows);
 }
 
 void TaskListControl::applyColours() {

@@ -2,6 +2,8 @@
 
 #include <wx/listctrl.h>
 
+#include <vector>
+
 #include "ui/gui/wx/page_control.h"
 
 // kTaskList: rows with icons, which only inform.
@@ -20,5 +22,8 @@ protected:
     void applyColours() override;
 
 private:
+    void describe();
+
     wxListCtrl* list_;
+    std::vector<wxString> states_;  // of the rows
 };

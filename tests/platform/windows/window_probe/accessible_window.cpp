@@ -94,10 +94,12 @@ json::Object describe(IAccessible& accessible, long part) {
 }
 
 // Of the parts that aren't windows of their own.
-std::vector<std::string> parts(IAccessible& accessible) {
+std::vector<std::string> parts(IAccessible& accessible, long rows) {
     std::vector<std::string> found;
     long count = 0;
-    if (accessible.get_accChildCount(&count) != S_OK) {
+    if (rows > 0) {
+        count = rows;
+    } else if (accessible.get_accChildCount(&count) != S_OK) {
         return found;
     }
     for (long part = 1; part <= count && part <= kMostParts; ++part) {
@@ -113,7 +115,7 @@ std::vector<std::string> parts(IAccessible& accessible) {
     return found;
 }
 
-std::optional<std::string> answerOf(HWND window) {
+std::optional<std::string> answerOf(HWND window, long rows) {
     const platform::ComApartment apartment;
     platform::ComPointer<IAccessible> accessible;
     if (AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
@@ -121,8 +123,8 @@ std::optional<std::string> answerOf(HWND window) {
         return std::nullopt;
     }
     json::Object object = describe(*accessible.get(), CHILDID_SELF);
-    if (GetWindow(window, GW_CHILD) == nullptr) {
-        object.add("children", json::list(parts(*accessible.get())));
+    if (rows > 0 || GetWindow(window, GW_CHILD) == nullptr) {
+        object.add("children", json::list(parts(*accessible.get(), rows)));
     }
     return object.str();
 }
@@ -130,11 +132,11 @@ std::optional<std::string> answerOf(HWND window) {
 }  // namespace
 
 // The calls know no limit, so they are made on a thread that is left behind when the window hangs.
-std::optional<std::string> accessibleWindow(HWND window) {
+std::optional<std::string> accessibleWindow(HWND window, long rows) {
     std::promise<std::optional<std::string>> promise;
     std::future<std::optional<std::string>> answer = promise.get_future();
-    std::thread([window, promise = std::move(promise)]() mutable {
-        promise.set_value(answerOf(window));
+    std::thread([window, rows, promise = std::move(promise)]() mutable {
+        promise.set_value(answerOf(window, rows));
     }).detach();
     return answer.wait_for(kPatience) == std::future_status::ready ? answer.get() : std::nullopt;
 }

@@ -84,6 +84,7 @@ private:
         json::Object object;
         object.addNumber("hwnd", reinterpret_cast<LONG_PTR>(window));
         object.addText("class", className);
+        object.addNumber("style", GetWindowLongPtrW(window, GWL_STYLE));
         object.addText("text", messages_.text(window).value_or(L""));
         object.add("rect", rectangleOf(window));
         object.addFlag("enabled", IsWindowEnabled(window) != 0);
@@ -117,7 +118,9 @@ private:
         if (!messages_.ask(window, WM_NULL)) {
             return;
         }
-        if (const std::optional<std::string> answer = accessibleWindow(window)) {
+        const bool isList = classOf(window) == WC_LISTVIEWW;
+        const LRESULT rows = isList ? messages_.ask(window, LVM_GETITEMCOUNT).value_or(0) : 0;
+        if (const std::optional<std::string> answer = accessibleWindow(window, static_cast<long>(rows))) {
             object.add("accessible", *answer);
         } else if (IsWindow(window) != 0 && !messages_.ask(window, WM_NULL)) {
             messages_.noteSilent(window);

@@ -1,9 +1,12 @@
 #include "ui/gui/wx/accessibility.h"
 
 #include <wx/access.h>
+#include <wx/arrstr.h>
 #include <wx/stattext.h>
 
 #include <optional>
+
+#include "ui/gui/wx/msw/drawn_window.h"
 
 namespace accessibility {
 
@@ -17,16 +20,18 @@ public:
     using wxAccessible::wxAccessible;
 
     void setName(const wxString& name) { name_ = name; }
+    void setRows(const wxString& text) { rows_ = wxSplit(text, '\n', '\0'); }
     void setContent(wxAccRole role, const wxString& text) {
         role_ = role;
         content_ = text;
     }
 
     wxAccStatus GetName(int child, wxString* name) override {
-        if (child != wxACC_SELF || name_.empty()) {
+        const wxString& words = child == wxACC_SELF ? name_ : rowAt(child);
+        if (words.empty()) {
             return wxACC_NOT_IMPLEMENTED;
         }
-        *name = name_;
+        *name = words;
         return wxACC_OK;
     }
 
@@ -47,7 +52,16 @@ public:
     }
 
 private:
+    // The system counts from 1.
+    const wxString& rowAt(int child) const {
+        static const wxString kNone;
+        return child >= 1 && static_cast<std::size_t>(child) <= rows_.size()
+                   ? rows_[static_cast<std::size_t>(child) - 1]
+                   : kNone;
+    }
+
     wxString name_;
+    wxArrayString rows_;
     wxString content_;
     std::optional<wxAccRole> role_;
 };
@@ -63,7 +77,9 @@ Description* descriptionOf(wxWindow& window) {
 }  // namespace
 
 void setName(wxWindow& window, const wxString& name) {
-    if (Description* description = descriptionOf(window)) {
+    if (auto* drawn = dynamic_cast<DrawnWindow*>(&window)) {
+        drawn->setSpokenName(name);
+    } else if (Description* description = descriptionOf(window)) {
         description->setName(name);
     }
 }
@@ -73,9 +89,14 @@ void setLabel(wxWindow& window, wxWindow& /*label*/, const wxString& name) {
 }
 
 void setContent(wxWindow& window, Role role, const wxString& text) {
-    // The list is the system's own, which describes itself.
-    Description* const description = role == Role::kList ? nullptr : descriptionOf(window);
-    if (description != nullptr) {
+    Description* const description = descriptionOf(window);
+    if (description == nullptr) {
+        return;
+    }
+    if (role == Role::kList) {
+        // The list is the system's own, which knows all but the meaning of its icons.
+        description->setRows(text);
+    } else {
         description->setContent(wxROLE_SYSTEM_DOCUMENT, text);
     }
 }

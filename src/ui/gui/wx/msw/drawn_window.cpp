@@ -12,7 +12,7 @@ public:
     explicit DrawnWindowAccessible(DrawnWindow& window) : wxWindowAccessible(&window), window_(window) {}
 
     wxAccStatus GetName(int /*child*/, wxString* name) override {
-        *name = window_.GetLabelText();
+        *name = window_.spokenName();
         return wxACC_OK;
     }
     wxAccStatus GetRole(int /*child*/, wxAccRole* role) override {
