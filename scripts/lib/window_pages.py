@@ -1,6 +1,6 @@
 """The sample product's pages in a window, from the first one of the installation to the last one of the uninstallation."""
 
-from window_walk import Held, Missing, Walk, program_with, wait_for
+from window_walk import Catch, Missing, Walk, program_with, wait_for
 
 PRODUCT = "Tandrel Installer Tools"
 VARIANT_TITLES = {"plain": "in the colours of the system", "themed": "with a theme"}
@@ -18,8 +18,8 @@ TITLES = {
     "farewell": "Uninstalling",
     "removed": "Uninstalled",
 }
-# The user has chosen the parts, so that each kind of field is shown.
-CHOICES = ("-VARIABLE_TOOL_SETUP=1", "-VARIABLE_SHARE_SETUPS=1", "-VARIABLE_SHARE_PASSWORD=secret", "-debug=4")
+# The user has chosen the parts, so that there is a page of them.
+CHOICES = ("-VARIABLE_TOOL_SETUP=1", "-debug=4")
 
 
 def walk_all(screen, machine, setup, output):
@@ -36,10 +36,11 @@ def install(walk, machine):
         walk.leave(page)
     walk.take("Summary")
     refuse_to_cancel(walk)
-    walk.screen.press("Return")
     # The last step of the work is a program.
-    program = Held("hello.xml", machine.place)
+    program = Catch("hello.xml", machine.place)
+    walk.screen.press("Return")
     try:
+        program.hold()
         walk.take("CopyProgress")
     finally:
         program.release()
@@ -63,6 +64,6 @@ def uninstall(walk, machine):
     walk.keep("removed")
     walk.screen.press("Return")
     walk.await_end()
-    wait_for("the end of the uninstaller's copy", lambda: not program_with("ormeluninst", machine.place))
+    wait_for("the end of the uninstaller's copy", lambda: not program_with(b"ormeluninst", str(machine.place).encode()))
     if machine.target.exists():
         raise Missing("the removal of the installed product")

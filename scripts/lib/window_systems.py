@@ -42,7 +42,9 @@ class LinuxMachine:
         return self.place / "tmp"
 
     def install_command(self, setup):
-        return [setup, f"-VARIABLE_INSTALL_DIR={self.target}", f"-VARIABLE_MENU_DIR={self.place}/menu"]
+        # With a password. Not under Wine, which can't take back what this adds to its firewall.
+        return [setup, f"-VARIABLE_INSTALL_DIR={self.target}", f"-VARIABLE_MENU_DIR={self.place}/menu",
+                "-VARIABLE_SHARE_SETUPS=1", "-VARIABLE_SHARE_PASSWORD=secret"]
 
     def uninstall_command(self):
         return [self.target / "uninstall/installer", f"-uninstall={self.target}/uninstall/install.log"]
@@ -53,6 +55,10 @@ class WindowsMachine:
 
     TARGET = "C:\\Program Files\\tandrel"
     DESKTOP = "HKCU\\Control Panel\\Desktop"
+    # Letters without steps, as on every machine of today, and nothing that moves by itself.
+    SETTINGS = (("FontSmoothing", "REG_SZ", "2"), ("FontSmoothingType", "REG_DWORD", "1"),
+                ("FontSmoothingGamma", "REG_DWORD", "1400"), ("FontSmoothingOrientation", "REG_DWORD", "1"),
+                ("CursorBlinkRate", "REG_SZ", "-1"))
 
     def __init__(self, place, dpi):
         self.place, self.dpi = place, dpi
@@ -62,7 +68,7 @@ class WindowsMachine:
     def start(self):
         subprocess.run([TOP / "scripts/wine-prefix", "create", self.place], check=True)
         os.environ["TANDREL_WINE_PREFIX"] = str(self.place)
-        for value, kind, data in (("LogPixels", "REG_DWORD", str(self.dpi)), ("CursorBlinkRate", "REG_SZ", "-1")):
+        for value, kind, data in (("LogPixels", "REG_DWORD", str(self.dpi)), *self.SETTINGS):
             self.run("reg.exe", "add", self.DESKTOP, "/v", value, "/t", kind, "/d", data, "/f")
         # The resolution counts from the next start of the system on.
         subprocess.run([TOP / "scripts/wine-prefix", "stop", self.place], check=True)
@@ -77,7 +83,7 @@ class WindowsMachine:
 
     @property
     def logs(self):
-        return next(iter(self.drive.glob("users/*/AppData/Local/Temp")), self.drive)
+        return next(iter(self.drive.glob("users/*/Temp")), self.drive)
 
     def install_command(self, setup):
         return [TOP / "scripts/run-under-wine", setup]

@@ -105,25 +105,39 @@ class Walk:
             raise Missing(f"a good end: exit code {self.program.returncode}")
 
 
-class Held:
-    """A program that the walk found and holds, so that the page which waits for it stays."""
+class Catch:
+    """Holds a program as soon as it starts, so that the page which waits for it stays."""
 
     def __init__(self, word, place):
-        self.pid = wait_for(f"a program with {word}", lambda: program_with(word, place))
+        """From now on it may start. `word` is in its command line, `place` in its environment, which tells it from others."""
+        self.word, self.place = word.encode(), str(place).encode()
+        self.before = set(os.listdir("/proc"))
+        self.pid = None
+
+    def hold(self):
+        # It runs for a tenth of a second, so this takes no rest.
+        end = time.monotonic() + PATIENCE
+        while self.pid is None:
+            if time.monotonic() > end:
+                raise Missing(f"a program with {self.word.decode()}")
+            self.pid = program_with(self.word, self.place, self.before)
         os.kill(self.pid, signal.SIGSTOP)
 
     def release(self):
-        os.kill(self.pid, signal.SIGCONT)
+        if self.pid is not None:
+            os.kill(self.pid, signal.SIGCONT)
 
 
-def program_with(word, place):
-    """The process with `word` in its command line and `place` in its environment, which tells it from others'; or None."""
-    for path in pathlib.Path("/proc").glob("[0-9]*"):
-        try:
-            if word.encode() in (path / "cmdline").read_bytes() and str(place).encode() in (path / "environ").read_bytes():
-                return int(path.name)
-        except OSError:  # it has ended, or is somebody else's
-            continue
+def program_with(word, place, others=frozenset()):
+    """A process with these bytes in its command line and its environment, or None."""
+    for name in os.listdir("/proc"):
+        if name.isdecimal() and name not in others:
+            path = pathlib.Path("/proc", name)
+            try:
+                if word in (path / "cmdline").read_bytes() and place in (path / "environ").read_bytes():
+                    return int(name)
+            except OSError:  # it has ended, or is somebody else's
+                continue
     return None
 
 
