@@ -6,6 +6,7 @@
 #include <wx/statline.h>
 
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/radio_group.h"
 
 namespace {
@@ -39,16 +40,26 @@ wxBitmap transparentPixel() {
 
 }  // namespace
 
-ButtonControl::ButtonControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
-    const bool isLink = spec.kind == ControlKind::kLinkButton;
+ButtonControl::ButtonControl(const ControlSite& site, const ControlSpec& spec)
+    : PageControl(site), isLink_(spec.kind == ControlKind::kLinkButton) {
     button_ = makeHidden<wxButton>(site.parent, wxID_ANY, wideText(spec.text), wxDefaultPosition,
-                                   wxDefaultSize, isLink ? long{wxBORDER_NONE} : 0L);
+                                   wxDefaultSize, isLink_ ? long{wxBORDER_NONE} : 0L);
     adopt(button_);
-    if (isLink) {
-        button_->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT));
-        button_->SetCursor(wxCursor(wxCURSOR_HAND));
+    if (isLink_) {
+        native_look::showAsLink(*button_);
     }
     button_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { this->site().events->pressed(id()); });
+}
+
+void ButtonControl::applyColours() {
+    if (!isLink_) {
+        PageControl::applyColours();
+        return;
+    }
+    paintOnPage(*button_, colours(), pageColours());
+    if (colours().foreground == -1) {
+        button_->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT));
+    }
 }
 
 CheckBoxControl::CheckBoxControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
@@ -99,6 +110,15 @@ ProgressControl::ProgressControl(const ControlSite& site, const ControlSpec& /*s
     gauge_ = makeHidden<wxGauge>(site.parent, wxID_ANY, 100, wxDefaultPosition, wxDefaultSize,
                                  wxGA_HORIZONTAL | wxGA_SMOOTH);
     adopt(gauge_);
+}
+
+void ProgressControl::setPlace(Place place) {
+    PageControl::setPlace(place);
+    fillHeight(gauge_->GetSize().y);
+}
+
+void ProgressControl::fillHeight(int height) {
+    native_look::fillHeight(*gauge_, height);
 }
 
 TextControl::TextControl(const ControlSite& site, const ControlSpec& spec)

@@ -14,6 +14,7 @@
 #include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
 #include "ui/gui/wx/display.h"
+#include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/plain_controls.h"
 
 namespace {
@@ -120,6 +121,7 @@ bool WxToolkit::start(std::string& outReason) {
         return false;
     }
     wxLog::EnableLogging(false);
+    native_look::prepare();
     app_ = new InstallerApp;
     wxApp::SetInstance(app_);
     int count = 0;
