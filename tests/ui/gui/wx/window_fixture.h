@@ -32,6 +32,8 @@ public:
     void onDisplayLost() override { note("lost"); }
 
 protected:
+    static constexpr const char* kTitle = "Tandrel window test";
+
     void SetUp() override;
 
     // Runs `body` while the toolkit runs; there is no frame yet.

@@ -37,8 +37,7 @@ protected:
     }
     WindowPixels pixelsOf(ControlId control) {
         toolkit->redraw();
-        const std::string window = act({"search", "--onlyvisible", "--name", "Tandrel window test"});
-        return {window, toolkit->place(control)};
+        return {kTitle, toolkit->place(control)};
     }
     int letterHeight() { return toolkit->measureText("\xC3\x84g").height; }
 };

@@ -17,8 +17,8 @@ struct Dot {
 // What the display shows at a place of a window.
 class WindowPixels {
 public:
-    // `window` is its number. Without a display or outside of the window there are no dots.
-    WindowPixels(const std::string& window, const Place& place);
+    // Without a display, a window with this title, or outside of it there are no dots.
+    WindowPixels(const std::string& title, const Place& place);
 
     int count(const std::function<bool(const Dot&)>& isCounted) const;
     // The most that are counted in one column.
