@@ -10,7 +10,6 @@ namespace {
 constexpr std::chrono::seconds kPatience{10};
 constexpr std::chrono::milliseconds kPause{2};
 constexpr Extent kPage{600, 460};
-constexpr const char* kTitle = "Tandrel window test";
 
 }  // namespace
 
