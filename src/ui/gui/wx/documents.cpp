@@ -48,6 +48,14 @@ private:
     }
 };
 
+// A document that was given no name is called by its first line.
+void describe(wxWindow& document, const wxString& text, bool isNamed) {
+    accessibility::setContent(document, accessibility::Role::kDocument, text);
+    if (!isNamed) {
+        accessibility::setName(document, text.Strip(wxString::both).BeforeFirst('\n'));
+    }
+}
+
 }  // namespace
 
 LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
@@ -71,7 +79,8 @@ void LinesControl::setText(const wxString& text) {
     lines_->SetInsertionPoint(0);
 }
 
-RichTextControl::RichTextControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
+RichTextControl::RichTextControl(const ControlSite& site, const ControlSpec& spec)
+    : PageControl(site), isNamed_(!spec.name.empty()) {
     document_ = new wxRichTextCtrl;
     document_->Hide();
     document_->Create(site.parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
@@ -85,14 +94,14 @@ RichTextControl::RichTextControl(const ControlSite& site, const ControlSpec& spe
 
 void RichTextControl::setText(const wxString& text) {
     document_->SetValue(text);
-    accessibility::setContent(*document_, accessibility::Role::kDocument, text);
+    describe(*document_, text, isNamed_);
 }
 
 void RichTextControl::setRichText(std::span<const RichTextCommand> commands) {
     document_->Freeze();
     writeRichText(*document_, commands);
     document_->Thaw();
-    accessibility::setContent(*document_, accessibility::Role::kDocument, text());
+    describe(*document_, text(), isNamed_);
 }
 
 void RichTextControl::applyColours() {
@@ -107,7 +116,8 @@ void RichTextControl::applyColours() {
     document_->Refresh();
 }
 
-HtmlControl::HtmlControl(const ControlSite& site, const ControlSpec& /*spec*/) : PageControl(site) {
+HtmlControl::HtmlControl(const ControlSite& site, const ControlSpec& spec)
+    : PageControl(site), isNamed_(!spec.name.empty()) {
     auto* page = new Page;
     page->Hide();
     page->Create(site.parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
@@ -126,7 +136,7 @@ wxString HtmlControl::text() const {
 void HtmlControl::setHtml(const wxString& page) {
     document_->SetPage(page);
     applyColours();
-    accessibility::setContent(*document_, accessibility::Role::kDocument, text());
+    describe(*document_, text(), isNamed_);
 }
 
 void HtmlControl::applyColours() {

@@ -32,6 +32,7 @@ protected:
 
 private:
     wxRichTextCtrl* document_;
+    bool isNamed_;
 };
 
 class HtmlControl : public PageControl {
@@ -47,4 +48,5 @@ protected:
 
 private:
     wxHtmlWindow* document_;
+    bool isNamed_;
 };

@@ -5,6 +5,7 @@
 #include <wx/statbox.h>
 #include <wx/statline.h>
 
+#include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
 #include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/radio_group.h"
@@ -47,6 +48,7 @@ ButtonControl::ButtonControl(const ControlSite& site, const ControlSpec& spec)
     adopt(button_);
     if (isLink_) {
         native_look::showAsLink(*button_);
+        accessibility::setRole(*button_, accessibility::Role::kLink);
     }
     button_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { this->site().events->pressed(id()); });
 }

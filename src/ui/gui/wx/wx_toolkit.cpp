@@ -334,7 +334,10 @@ void WxToolkit::setToolTip(ControlId control, std::string_view text) {
 void WxToolkit::setLabel(ControlId control, ControlId label) {
     withControl(control, [&](const PageControl& named) {
         withControl(label, [&](const PageControl& naming) {
-            accessibility::setLabel(*named.window(), *naming.window(), naming.text());
+            // What has a caption is named by that.
+            const auto* const captioned = dynamic_cast<const wxControl*>(named.window());
+            const bool hasName = captioned != nullptr && !captioned->GetLabel().empty();
+            accessibility::setLabel(*named.window(), *naming.window(), hasName ? wxString() : naming.text());
         });
     });
 }

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "ui/gui/start/window_toolkit.h"
+#include "ui/gui/wx/screen_reader.h"
 
 namespace {
 
@@ -125,6 +126,8 @@ void WindowTest::key(const std::string& name) {
 void WindowTest::click(ControlId control, int fromRight) {
     const Place place = toolkit->place(control);
     const int x = fromRight < 0 ? place.x + place.width / 2 : place.x + place.width - fromRight;
+    // GTK places a control some time after it was told to, and until then a click goes to what is behind.
+    waitUntil([&] { return !readControl(kTitle, place).role.empty(); }, "the control in its place");
     // A pointer that rests where a control appears doesn't enter it.
     toolkit->redraw();
     hand_->movePointer(kTitle, x, place.y + place.height / 2);

@@ -59,6 +59,9 @@ protected:
     std::string textOf(ControlId control);
     static std::string press(ControlId control) { return "press " + std::to_string(control); }
 
+    // Of the frame of inFrame.
+    static constexpr const char* kTitle = "Tandrel window test";
+
     Toolkit* toolkit = nullptr;
     std::vector<std::string> notes;
     ControlId lastFocus = 0;

@@ -10,6 +10,18 @@ AtkObject* objectOf(wxWindow& window) {
     return gtk_widget_get_accessible(window.GetHandle());
 }
 
+AtkRole roleOf(Role role) {
+    switch (role) {
+        case Role::kLink:
+            return ATK_ROLE_LINK;
+        case Role::kDocument:
+            return ATK_ROLE_DOCUMENT_TEXT;
+        case Role::kList:
+            return ATK_ROLE_LIST;
+    }
+    return ATK_ROLE_UNKNOWN;
+}
+
 }  // namespace
 
 void setName(wxWindow& window, const wxString& name) {
@@ -21,13 +33,18 @@ void setLabel(wxWindow& window, wxWindow& label, const wxString& name) {
     atk_object_add_relationship(object, ATK_RELATION_LABELLED_BY, objectOf(label));
     atk_object_add_relationship(objectOf(label), ATK_RELATION_LABEL_FOR, object);
     // Not all readers follow the relation to a window that isn't a field.
-    setName(window, name);
+    if (!name.empty()) {
+        setName(window, name);
+    }
+}
+
+void setRole(wxWindow& window, Role role) {
+    atk_object_set_role(objectOf(window), roleOf(role));
 }
 
 void setContent(wxWindow& window, Role role, const wxString& text) {
-    AtkObject* const object = objectOf(window);
-    atk_object_set_role(object, role == Role::kList ? ATK_ROLE_LIST : ATK_ROLE_DOCUMENT_TEXT);
-    atk_object_set_description(object, text.utf8_str());
+    setRole(window, role);
+    atk_object_set_description(objectOf(window), text.utf8_str());
 }
 
 void announce(wxWindow& frame, const wxString& text) {

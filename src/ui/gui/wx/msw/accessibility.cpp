@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "ui/gui/wx/msw/drawn_window.h"
+#include "ui/gui/wx/msw/named_window.h"
 
 namespace accessibility {
 
@@ -15,19 +15,16 @@ namespace {
 constexpr const char* kAnnouncement = "announcement";
 
 // Adds what the system doesn't know of a window; the rest is the system's answer.
-class Description : public wxAccessible {
+class Description : public wxAccessible, public NamedWindow {
 public:
     using wxAccessible::wxAccessible;
 
-    void setName(const wxString& name) { name_ = name; }
+    void setRole(wxAccRole role) { role_ = role; }
+    void setContent(const wxString& text) { content_ = text; }
     void setRows(const wxString& text) { rows_ = wxSplit(text, '\n', '\0'); }
-    void setContent(wxAccRole role, const wxString& text) {
-        role_ = role;
-        content_ = text;
-    }
 
     wxAccStatus GetName(int child, wxString* name) override {
-        const wxString& words = child == wxACC_SELF ? name_ : rowAt(child);
+        const wxString& words = child == wxACC_SELF ? this->name() : rowAt(child);
         if (words.empty()) {
             return wxACC_NOT_IMPLEMENTED;
         }
@@ -44,10 +41,10 @@ public:
     }
 
     wxAccStatus GetDescription(int child, wxString* description) override {
-        if (child != wxACC_SELF || !role_) {
+        if (child != wxACC_SELF || !content_) {
             return wxACC_NOT_IMPLEMENTED;
         }
-        *description = content_;
+        *description = *content_;
         return wxACC_OK;
     }
 
@@ -60,44 +57,55 @@ private:
                    : kNone;
     }
 
-    wxString name_;
     wxArrayString rows_;
-    wxString content_;
+    std::optional<wxString> content_;
     std::optional<wxAccRole> role_;
 };
 
-// Null for a window that describes itself in another way.
-Description* descriptionOf(wxWindow& window) {
+wxAccessible* accessibleOf(wxWindow& window) {
     if (window.GetAccessible() == nullptr) {
         window.SetAccessible(new Description(&window));
     }
-    return dynamic_cast<Description*>(window.GetAccessible());
+    return window.GetAccessible();
+}
+
+// Null for a window that describes itself.
+Description* descriptionOf(wxWindow& window) {
+    return dynamic_cast<Description*>(accessibleOf(window));
 }
 
 }  // namespace
 
 void setName(wxWindow& window, const wxString& name) {
-    if (auto* drawn = dynamic_cast<DrawnWindow*>(&window)) {
-        drawn->setSpokenName(name);
-    } else if (Description* description = descriptionOf(window)) {
-        description->setName(name);
+    if (auto* named = dynamic_cast<NamedWindow*>(accessibleOf(window))) {
+        named->setName(name);
     }
 }
 
 void setLabel(wxWindow& window, wxWindow& /*label*/, const wxString& name) {
-    setName(window, name);
+    if (!name.empty()) {
+        setName(window, name);
+    }
+}
+
+void setRole(wxWindow& window, Role role) {
+    // The list is the system's own, which knows all but the meaning of its icons.
+    Description* const description = role == Role::kList ? nullptr : descriptionOf(window);
+    if (description != nullptr) {
+        description->setRole(role == Role::kLink ? wxROLE_SYSTEM_LINK : wxROLE_SYSTEM_DOCUMENT);
+    }
 }
 
 void setContent(wxWindow& window, Role role, const wxString& text) {
+    setRole(window, role);
     Description* const description = descriptionOf(window);
     if (description == nullptr) {
         return;
     }
     if (role == Role::kList) {
-        // The list is the system's own, which knows all but the meaning of its icons.
         description->setRows(text);
     } else {
-        description->setContent(wxROLE_SYSTEM_DOCUMENT, text);
+        description->setContent(text);
     }
 }
 

@@ -4,15 +4,16 @@
 #include <wx/settings.h>
 
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/msw/named_window.h"
 
 namespace {
 
-class DrawnWindowAccessible : public wxWindowAccessible {
+class DrawnWindowAccessible : public wxWindowAccessible, public NamedWindow {
 public:
     explicit DrawnWindowAccessible(DrawnWindow& window) : wxWindowAccessible(&window), window_(window) {}
 
     wxAccStatus GetName(int /*child*/, wxString* name) override {
-        *name = window_.spokenName();
+        *name = this->name().empty() ? window_.GetLabelText() : this->name();
         return wxACC_OK;
     }
     wxAccStatus GetRole(int /*child*/, wxAccRole* role) override {

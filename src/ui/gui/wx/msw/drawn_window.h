@@ -18,9 +18,7 @@ public:
     bool isChecked() const { return isChecked_; }
 
     bool Enable(bool enable = true) override;
-    // For a screen reader. The name is the caption unless another one was set.
-    void setSpokenName(const wxString& name) { spokenName_ = name; }
-    wxString spokenName() const { return spokenName_.empty() ? GetLabelText() : spokenName_; }
+    // For a screen reader.
     wxAccRole role() const { return role_; }
     long state() const;
     virtual wxString value() const { return {}; }
@@ -47,7 +45,6 @@ private:
     void onMouseUp(const wxMouseEvent& event);
     void onKey(wxKeyEvent& event);
 
-    wxString spokenName_;
     wxAccRole role_;
     ControlColours colours_;
     PageColours page_;

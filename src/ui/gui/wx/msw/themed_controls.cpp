@@ -201,8 +201,8 @@ public:
 
 class DrawnBar : public DrawnWindow {
 public:
-    DrawnBar(const PageControl& /*control*/, const ControlSite& site, const wxString& caption)
-        : DrawnWindow(site.parent, caption, wxROLE_SYSTEM_PROGRESSBAR) {}
+    DrawnBar(const PageControl& /*control*/, const ControlSite& site, const wxString& /*caption*/)
+        : DrawnWindow(site.parent, wxString(), wxROLE_SYSTEM_PROGRESSBAR) {}
 
     bool AcceptsFocus() const override { return false; }
     wxString value() const override { return wxString::Format("%d%%", percent_); }
@@ -235,6 +235,7 @@ class Bar : public DrawnControl<DrawnBar> {
 public:
     using DrawnControl::DrawnControl;
     bool isTabStop() const override { return false; }
+    void setText(const wxString& /*text*/) override {}
     void setProgress(int percent) override { window_->setPercent(percent); }
 };
 

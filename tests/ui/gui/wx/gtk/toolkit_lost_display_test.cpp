@@ -52,6 +52,7 @@ TEST_F(LostDisplay, IsReportedOnceToACallerThatHandlesEventsAndEndsTheRun) {
             done = true;
         };
         click(button);
+        waitUntil([&] { return done; }, "the press");
     });
     EXPECT_TRUE(done);
     EXPECT_EQ(notes.back(), "lost");
