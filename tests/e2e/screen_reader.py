@@ -84,11 +84,15 @@ class View:
 class Probe:
     """A program that answers line by line, in JSON."""
 
-    def __init__(self, command, environment=None):
-        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, encoding="utf-8",
-                                        env=environment)
+    def __init__(self, command):
+        self.command = command
         self.environment = {}
+        self.start()
         atexit.register(self.close)
+
+    def start(self):
+        self.process = subprocess.Popen(self.command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                        encoding="utf-8")
 
     def answer(self):
         line = self.process.stdout.readline()
@@ -265,9 +269,22 @@ class WindowsProbe(Probe):
         prefix = WinePrefix.get()
         super().__init__(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; exec wine "$2"', str(prefix.scripts),
                           str(prefix.directory), HELPERS / "window_probe.exe"])
+        self.environment = display.environment
 
     def views(self):
         return [windows_view(node) for node in self.act("tree")["windows"]]
+
+    def log_on(self, dots):
+        """Begins another session on the display, whose screen has so many dots per inch: a session keeps them to its end."""
+        prefix = WinePrefix.get()
+        environment = {**os.environ, "TANDREL_WINE_PREFIX": str(prefix.directory)}
+        # Windows has one number for both; Wine asks the one for windows and the other for memory that is drawn into.
+        for key in ("HKCU\\Control Panel\\Desktop", "HKCC\\Software\\Fonts"):
+            subprocess.run([prefix.scripts / "run-under-wine", "reg", "add", key, "/v", "LogPixels", "/t", "REG_DWORD", "/d",
+                            str(dots), "/f"], check=True, timeout=TIMEOUT, stdout=subprocess.DEVNULL, env=environment)
+        self.close()
+        prefix.restart()
+        self.start()
 
     def end_programs(self):
         for process in {view.process for view in self.views()}:
