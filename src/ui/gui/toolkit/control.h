@@ -83,7 +83,8 @@ struct Picture {
 struct TaskRow {
     std::string_view text;
     int icon = -1;
-    std::int32_t colour = -1;
+    std::int32_t colour = -1;  // -1 is the system's
+    bool isInactive = false;
 };
 
 // One call to fill a rich text control; they are carried out in order.

@@ -67,6 +67,7 @@ void TaskListControl::setTaskIcons(Extent size, std::span<const Picture> icons) 
 
 void TaskListControl::addTask(const TaskRow& row) {
     const long index = list_->InsertItem(list_->GetItemCount(), wxString());
+    rows_.push_back({row.colour, row.isInactive});
     setTask(static_cast<int>(index), row);
 }
 
@@ -75,9 +76,15 @@ void TaskListControl::setTask(int index, const TaskRow& row) {
         return;
     }
     list_->SetItem(index, 0, wideText(row.text), row.icon);
-    list_->SetItemTextColour(index, row.colour == -1 ? wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT)
-                                                     : colourOf(row.colour));
+    rows_[static_cast<std::size_t>(index)] = {row.colour, row.isInactive};
+    colour(index);
     accessibility::setContent(*list_, accessibility::Role::kList, text());
+}
+
+void TaskListControl::colour(int index) {
+    const RowColour& row = rows_[static_cast<std::size_t>(index)];
+    const wxSystemColour system = row.isInactive ? wxSYS_COLOUR_GRAYTEXT : wxSYS_COLOUR_WINDOWTEXT;
+    list_->SetItemTextColour(index, row.own == -1 ? wxSystemSettings::GetColour(system) : colourOf(row.own));
 }
 
 void TaskListControl::applyColours() {
@@ -85,5 +92,8 @@ void TaskListControl::applyColours() {
     const std::int32_t background = own.background == -1 ? pageColours().background : own.background;
     list_->SetBackgroundColour(background == -1 ? list_->GetParent()->GetBackgroundColour()
                                                 : colourOf(background));
+    for (int i = 0; i < list_->GetItemCount(); ++i) {
+        colour(i);
+    }
     list_->Refresh();
 }

@@ -2,6 +2,8 @@
 
 #include <wx/listctrl.h>
 
+#include <vector>
+
 #include "ui/gui/wx/page_control.h"
 
 // kTaskList: rows with icons, which only inform.
@@ -20,5 +22,12 @@ protected:
     void applyColours() override;
 
 private:
+    void colour(int index);
+
+    struct RowColour {
+        std::int32_t own;  // -1 is the system's
+        bool isInactive;
+    };
     wxListCtrl* list_;
+    std::vector<RowColour> rows_;
 };
