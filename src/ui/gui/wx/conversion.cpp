@@ -18,6 +18,17 @@ unsigned char* copyOf(const std::uint8_t* bytes, std::size_t size) {
     return static_cast<unsigned char*>(copy);
 }
 
+class PixelByPixel : public wxBitmapBundleImpl {
+public:
+    explicit PixelByPixel(const wxBitmap& bitmap) : bitmap_(bitmap) {}
+    wxSize GetDefaultSize() const override { return bitmap_.GetDIPSize(); }
+    wxSize GetPreferredBitmapSizeAtScale(double /*scale*/) const override { return bitmap_.GetSize(); }
+    wxBitmap GetBitmap(const wxSize& /*size*/) override { return bitmap_; }
+
+private:
+    wxBitmap bitmap_;
+};
+
 }  // namespace
 
 wxString wideText(std::string_view utf8) {
@@ -43,4 +54,8 @@ wxBitmap bitmapOf(const Picture& picture, double density) {
         image.SetAlpha(copyOf(picture.alpha, pixels));
     }
     return {image, wxBITMAP_SCREEN_DEPTH, density};
+}
+
+wxBitmapBundle unscaled(const wxBitmap& bitmap) {
+    return wxBitmapBundle::FromImpl(new PixelByPixel(bitmap));
 }

@@ -6,6 +6,7 @@
 #include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
 #include "ui/gui/wx/length_limit.h"
+#include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/rich_text_writer.h"
 
 namespace {
@@ -14,6 +15,11 @@ constexpr long kDocumentStyle = wxBORDER_STATIC | wxVSCROLL;
 
 wxFont systemFont() {
     return wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
+}
+
+// Between the letters and the edges of their box.
+int marginOf(const wxWindow& window) {
+    return window.GetCharHeight() / 2;
 }
 
 // A page comes with a setup from anywhere. It may neither read files nor reach the network by itself, and a
@@ -56,6 +62,7 @@ LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : P
         font.SetPointSize(font.GetPointSize() - 1);
         lines_->SetFont(font);
     }
+    native_look::setMargin(*lines_, marginOf(*lines_));
     lines_->ChangeValue(wideText(spec.text));
 }
 
@@ -71,6 +78,7 @@ RichTextControl::RichTextControl(const ControlSite& site, const ControlSpec& spe
                       wxRE_MULTILINE | wxRE_READONLY | kDocumentStyle);
     adopt(document_);
     document_->SetFont(systemFont());
+    document_->SetMargins(marginOf(*document_), marginOf(*document_));
     document_->SetTextCursor(wxCursor(wxCURSOR_ARROW));
     RichTextControl::setText(wideText(spec.text));
 }
@@ -107,6 +115,7 @@ HtmlControl::HtmlControl(const ControlSite& site, const ControlSpec& /*spec*/) :
     document_ = page;
     adopt(document_);
     document_->SetCanFocus(true);  // GTK takes it for a panel that only holds others
+    document_->SetBorders(marginOf(*document_));
     document_->SetStandardFonts(systemFont().GetPointSize(), systemFont().GetFaceName());
 }
 

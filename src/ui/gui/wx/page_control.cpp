@@ -1,6 +1,7 @@
 #include "ui/gui/wx/page_control.h"
 
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/native_look.h"
 
 PageControl::~PageControl() {
     if (window_ != nullptr) {
@@ -13,7 +14,7 @@ void PageControl::adopt(wxWindow* window) {
 }
 
 void PageControl::setPlace(Place place) {
-    const wxSize best = window_->GetBestSize();
+    const wxSize best = native_look::bestSizeOf(*window_);
     window_->SetSize(place.x, place.y, place.width < 1 ? best.x : place.width,
                      place.height < 1 ? best.y : place.height, wxSIZE_ALLOW_MINUS_ONE);
 }

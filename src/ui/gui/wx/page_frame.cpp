@@ -35,6 +35,7 @@ PageFrame::PageFrame(const FrameSpec& spec, EventSink& events, PageControls& con
     Bind(wxEVT_CLOSE_WINDOW, &PageFrame::onClose, this);
     Bind(wxEVT_ACTIVATE, &PageFrame::onActivate, this);
     Bind(wxEVT_CHAR_HOOK, &PageFrame::onKey, this);
+    Bind(wxEVT_SYS_COLOUR_CHANGED, &PageFrame::onColourChange, this);
     panel_->Bind(wxEVT_CHILD_FOCUS, &PageFrame::onFocus, this);
     CentreOnScreen();
 }
@@ -86,6 +87,11 @@ void PageFrame::onActivate(wxActivateEvent& event) {
     altAlone_ = false;
     const bool isActive = event.GetActive();
     events_.report([=](ToolkitEvents& events) { events.onActivate(isActive); });
+}
+
+void PageFrame::onColourChange(wxSysColourChangedEvent& event) {
+    event.Skip();
+    controls_.updateColours();
 }
 
 void PageFrame::onFocus(wxChildFocusEvent& event) {

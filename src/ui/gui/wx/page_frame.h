@@ -31,6 +31,7 @@ public:
 private:
     void onClose(wxCloseEvent& event);
     void onActivate(wxActivateEvent& event);
+    void onColourChange(wxSysColourChangedEvent& event);
     void onFocus(wxChildFocusEvent& event);
     void onKey(wxKeyEvent& event);
     bool handleKey(const wxKeyEvent& event);

@@ -5,7 +5,10 @@
 #include <wx/statbox.h>
 #include <wx/statline.h>
 
+#include <cmath>
+
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/radio_group.h"
 
 namespace {
@@ -30,6 +33,13 @@ void paintOnPage(wxWindow& window, const ControlColours& own, const PageColours&
     window.Refresh();
 }
 
+// Some schemes of colours have one for links that can't be told from a page.
+wxColour linkColourOn(const wxColour& page) {
+    const wxColour link = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
+    const bool canBeRead = std::abs(link.GetLuminance() - page.GetLuminance()) > 0.3;
+    return canBeRead ? link : wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT);
+}
+
 // In the place of none, which Windows can't draw.
 wxBitmap transparentPixel() {
     const std::uint8_t rgb[3] = {};
@@ -39,16 +49,26 @@ wxBitmap transparentPixel() {
 
 }  // namespace
 
-ButtonControl::ButtonControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
-    const bool isLink = spec.kind == ControlKind::kLinkButton;
+ButtonControl::ButtonControl(const ControlSite& site, const ControlSpec& spec)
+    : PageControl(site), isLink_(spec.kind == ControlKind::kLinkButton) {
     button_ = makeHidden<wxButton>(site.parent, wxID_ANY, wideText(spec.text), wxDefaultPosition,
-                                   wxDefaultSize, isLink ? long{wxBORDER_NONE} : 0L);
+                                   wxDefaultSize, isLink_ ? long{wxBORDER_NONE} : 0L);
     adopt(button_);
-    if (isLink) {
-        button_->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT));
-        button_->SetCursor(wxCursor(wxCURSOR_HAND));
+    if (isLink_) {
+        native_look::showAsLink(*button_);
     }
     button_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { this->site().events->pressed(id()); });
+}
+
+void ButtonControl::applyColours() {
+    if (!isLink_) {
+        PageControl::applyColours();
+        return;
+    }
+    paintOnPage(*button_, colours(), pageColours());
+    if (colours().foreground == -1) {
+        button_->SetForegroundColour(linkColourOn(button_->GetBackgroundColour()));
+    }
 }
 
 CheckBoxControl::CheckBoxControl(const ControlSite& site, const ControlSpec& spec) : PageControl(site) {
@@ -99,6 +119,15 @@ ProgressControl::ProgressControl(const ControlSite& site, const ControlSpec& /*s
     gauge_ = makeHidden<wxGauge>(site.parent, wxID_ANY, 100, wxDefaultPosition, wxDefaultSize,
                                  wxGA_HORIZONTAL | wxGA_SMOOTH);
     adopt(gauge_);
+}
+
+void ProgressControl::setPlace(Place place) {
+    PageControl::setPlace(place);
+    fillHeight(gauge_->GetSize().y);
+}
+
+void ProgressControl::fillHeight(int height) {
+    native_look::fillHeight(*gauge_, height);
 }
 
 TextControl::TextControl(const ControlSite& site, const ControlSpec& spec)
@@ -172,7 +201,7 @@ void PictureControl::setPicture(const Picture& picture) {
     // It would take the size of the picture.
     const wxSize size = picture_->GetSize();
     const wxBitmap bitmap = bitmapOf(picture, display::density());
-    picture_->SetBitmap(bitmap.IsOk() ? bitmap : transparentPixel());
+    picture_->SetBitmap(unscaled(bitmap.IsOk() ? bitmap : transparentPixel()));
     picture_->SetSize(size);
 }
 

@@ -20,8 +20,12 @@ public:
     wxString text() const override { return button_->GetLabel(); }
     wxButton* button() const { return button_; }
 
+protected:
+    void applyColours() override;
+
 private:
     wxButton* button_;
+    bool isLink_;
 };
 
 class CheckBoxControl : public PageControl {
@@ -59,8 +63,12 @@ private:
 class ProgressControl : public PageControl {
 public:
     ProgressControl(const ControlSite& site, const ControlSpec& spec);
+    void setPlace(Place place) override;
     bool isTabStop() const override { return false; }
     void setProgress(int percent) override { gauge_->SetValue(percent); }
+
+protected:
+    virtual void fillHeight(int height);
 
 private:
     wxGauge* gauge_;

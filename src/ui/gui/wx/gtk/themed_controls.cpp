@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/gtk/style_sheet.h"
 #include "ui/gui/wx/plain_controls.h"
 
 // The desktop's own controls in other colours: they keep their keys, their focus and what a screen reader is
@@ -41,50 +42,30 @@ std::string buttonStyle(const ControlColours& colours) {
 
 std::string linkStyle(const ControlColours& colours) {
     return buttonStyle(colours) + "button{border-color:transparent;" +
-           (colours.background == -1 ? "background:none;" : "") + "}label{text-decoration-line:underline;}";
+           (colours.background == -1 ? "background:none;" : "") + "}";
 }
+
+std::string ornamentStyle(const ControlColours& colours) {
+    return "separator{" + declaration("background-color", colours.foreground) + "}border{" +
+           declaration("border-color", colours.foreground) + "}";
+}
+
+// In the colour of the caption, which is one that can be read on the page.
+constexpr char kMarks[] =
+    "check,radio{background-image:none;box-shadow:none;-gtk-icon-shadow:none;border-color:currentColor;}";
 
 std::string choiceStyle(const ControlColours& colours) {
     const std::int32_t foreground =
         colours.activeForeground == -1 ? colours.foreground : colours.activeForeground;
     return "*{" + declaration("color", colours.foreground) +
            declaration("background-color", colours.background) + "}*:focus,*:hover{" +
-           declaration("color", foreground) + "outline-color:currentColor;}*:disabled{opacity:0.5;}";
+           declaration("color", foreground) + "outline-color:currentColor;}*:disabled{opacity:0.5;}" +
+           (colours.foreground == -1 ? "" : kMarks);
 }
 
 std::string barStyle(const ControlColours& colours) {
-    return "trough,progress{min-height:0;}trough{" + surface(-1, colours.background) + "}progress{" +
-           surface(-1, colours.foreground) + "}";
+    return "trough{" + surface(-1, colours.background) + "}progress{" + surface(-1, colours.foreground) + "}";
 }
-
-// The rules of one control, which hold for what it is made of as well.
-class StyleSheet {
-public:
-    StyleSheet() : provider_(gtk_css_provider_new()) {}
-    ~StyleSheet() { g_object_unref(provider_); }
-    StyleSheet(const StyleSheet&) = delete;
-    StyleSheet& operator=(const StyleSheet&) = delete;
-
-    void apply(GtkWidget* widget, const std::string& rules) {
-        gtk_css_provider_load_from_data(provider_, rules.data(), static_cast<gssize>(rules.size()), nullptr);
-        if (!applied_) {
-            applied_ = true;
-            addTo(widget, provider_);
-        }
-    }
-
-private:
-    static void addTo(GtkWidget* widget, gpointer provider) {
-        gtk_style_context_add_provider(gtk_widget_get_style_context(widget), GTK_STYLE_PROVIDER(provider),
-                                       GTK_STYLE_PROVIDER_PRIORITY_APPLICATION + 1);
-        if (GTK_IS_CONTAINER(widget)) {
-            gtk_container_forall(GTK_CONTAINER(widget), addTo, provider);
-        }
-    }
-
-    GtkCssProvider* provider_;
-    bool applied_ = false;
-};
 
 template <typename Plain, std::string (*style)(const ControlColours&)>
 class Styled : public Plain {
@@ -104,6 +85,17 @@ private:
     StyleSheet sheet_;
 };
 
+class StyledBar : public Styled<ProgressControl, barStyle> {
+public:
+    using Styled::Styled;
+
+protected:
+    void fillHeight(int height) override {
+        // 4 pixels where the letters are those of the reference.
+        setBarHeight(window()->GetHandle(), height, window()->GetCharHeight() / 4);
+    }
+};
+
 }  // namespace
 
 std::unique_ptr<PageControl> makeThemedControl(const ControlSite& site, const ControlSpec& spec) {
@@ -117,7 +109,10 @@ std::unique_ptr<PageControl> makeThemedControl(const ControlSite& site, const Co
         case ControlKind::kRadioButton:
             return std::make_unique<Styled<RadioButtonControl, choiceStyle>>(site, spec);
         case ControlKind::kProgressBar:
-            return std::make_unique<Styled<ProgressControl, barStyle>>(site, spec);
+            return std::make_unique<StyledBar>(site, spec);
+        case ControlKind::kLine:
+        case ControlKind::kFrame:
+            return std::make_unique<Styled<OrnamentControl, ornamentStyle>>(site, spec);
         default:
             return nullptr;
     }

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ui/gui/wx/gtk/window_pixels.h"
+#include "ui/gui/wx/window_fixture.h"
+
+// Run with letters of the usual size, and with those of twice the size.
+
+namespace {
+
+constexpr std::int32_t kWhite = 0xFFFFFF;
+constexpr std::int32_t kBrown = 0x104080;
+constexpr Dot kBrownDot{0x80, 0x40, 0x10};
+
+// As the desktop's accent and its links are.
+bool isBlue(const Dot& dot) {
+    return dot.blue > dot.red + 80;
+}
+
+bool isBrown(const Dot& dot) {
+    return dot == kBrownDot;
+}
+
+class ToolkitLooks : public WindowTest {
+protected:
+    // Of the best size, shown.
+    ControlId showBest(ControlKind kind, std::string_view text, const ControlColours& colours = {}) {
+        ControlSpec spec;
+        spec.kind = kind;
+        spec.text = text;
+        spec.place = {20, 20, 0, 0};
+        spec.colours = colours;
+        const ControlId control = toolkit->add(spec);
+        toolkit->show(control, true);
+        return control;
+    }
+    WindowPixels pixelsOf(ControlId control) {
+        toolkit->redraw();
+        const std::string window = act({"search", "--onlyvisible", "--name", "Tandrel window test"});
+        return {window, toolkit->place(control)};
+    }
+    int letterHeight() { return toolkit->measureText("\xC3\x84g").height; }
+};
+
+}  // namespace
+
+TEST_F(ToolkitLooks, ABoxHasRoomForItsLettersBeforeItWasEverShown) {
+    inFrame([&] {
+        for (const ControlKind kind : {ControlKind::kTextBox, ControlKind::kPasswordBox}) {
+            const ControlId box = add(kind, "words", {20, 20, 200, 0});
+            EXPECT_GE(toolkit->place(box).height, letterHeight() * 3 / 2);
+            EXPECT_LE(toolkit->place(box).height, letterHeight() * 3);
+        }
+    });
+}
+
+TEST_F(ToolkitLooks, AMarkIsAboutAsHighAsTheLetters) {
+    for (const bool isThemed : {false, true}) {
+        inFrame(
+            [&] {
+                for (const ControlKind kind : {ControlKind::kCheckBox, ControlKind::kRadioButton}) {
+                    const ControlId choice = showBest(kind, "Install the manual");
+                    const int words = toolkit->measureText("Install the manual").width;
+                    EXPECT_GE(toolkit->place(choice).width - words, letterHeight());
+                    EXPECT_LE(toolkit->place(choice).width - words, letterHeight() * 2);
+                    toolkit->remove(choice);
+                }
+            },
+            isThemed);
+    }
+}
+
+TEST_F(ToolkitLooks, ABarFillsTheHeightOfItsPlace) {
+    inFrame([&] {
+        for (const int height : {16, 40, 90}) {
+            const ControlId bar = add(ControlKind::kProgressBar, {}, {20, 20, 300, height});
+            toolkit->setProgress(bar, 50);
+            toolkit->show(bar, true);
+            waitUntil([&] { return pixelsOf(bar).highest(isBlue) >= height * 3 / 4; },
+                      "a bar of that height");
+            toolkit->remove(bar);
+        }
+    });
+}
+
+TEST_F(ToolkitLooks, AThemedBarFillsItsPlaceInItsOwnColours) {
+    inFrame(
+        [&] {
+            const ControlId bar = add(ControlKind::kProgressBar, {}, {20, 20, 300, 60});
+            toolkit->setColours(bar, {kBrown, kWhite, -1, -1});
+            toolkit->setProgress(bar, 50);
+            toolkit->show(bar, true);
+            waitUntil([&] { return pixelsOf(bar).highest(isBrown) >= 30; }, "a bar of that colour");
+            EXPECT_EQ(pixelsOf(bar).count(isBlue), 0);
+        },
+        true);
+}
+
+TEST_F(ToolkitLooks, ALinkHasTheDesktopsColourOfLinks) {
+    inFrame([&] {
+        const ControlId link = showBest(ControlKind::kLinkButton, "More about it");
+        waitUntil([&] { return pixelsOf(link).count(isBlue) > 20; }, "a link in blue");
+        toolkit->setColours(link, {});
+        toolkit->setPageColours(0x000000, kWhite);
+        waitUntil([&] { return pixelsOf(link).count(isBlue) > 20; }, "a link in blue again");
+    });
+}
+
+TEST_F(ToolkitLooks, AThemedLinkHasItsOwnColour) {
+    inFrame(
+        [&] {
+            const ControlId link =
+                showBest(ControlKind::kLinkButton, "More about it", {kBrown, kWhite, -1, -1});
+            waitUntil([&] { return pixelsOf(link).count(isBrown) > 20; }, "a link of that colour");
+            EXPECT_EQ(pixelsOf(link).count(isBlue), 0);
+        },
+        true);
+}
+
+TEST_F(ToolkitLooks, AThemedMarkHasTheColourOfItsCaption) {
+    inFrame(
+        [&] {
+            for (const ControlKind kind : {ControlKind::kCheckBox, ControlKind::kRadioButton}) {
+                const ControlId choice = showBest(kind, "i", {kBrown, kWhite, -1, -1});
+                toolkit->setChecked(choice, true);
+                waitUntil([&] { return pixelsOf(choice).count(isBrown) >= letterHeight(); },
+                          "a mark of that colour");
+                EXPECT_EQ(pixelsOf(choice).count(isBlue), 0);
+                toolkit->remove(choice);
+            }
+        },
+        true);
+}
