@@ -26,11 +26,9 @@ class Widget:
     rectangle: tuple
     enabled: bool
     focused: bool
-    focusable: bool
     checked: bool
     value: int | None
     place: tuple
-    labels: tuple = ()
 
     def is_called(self, role, name):
         return self.role == role and self.name == name
@@ -135,8 +133,8 @@ def linux_widget(node, place):
         return None
     value = node["value"]
     return Widget(role, node["name"], node["text"] or "", node["description"], tuple(node["rectangle"]),
-                  "sensitive" in states, "focused" in states, "focusable" in states, "checked" in states,
-                  round(value * 100) if role == "bar" and value is not None else None, place, tuple(node["labels"]))
+                  "sensitive" in states, "focused" in states, "checked" in states,
+                  round(value * 100) if role == "bar" and value is not None else None, place)
 
 
 def linux_widgets(node, place=()):
@@ -189,8 +187,8 @@ BOX_CLASS = "#32770"
 BUTTON_ROLES = {2: "check box", 3: "check box", 4: "radio button", 7: "border", 9: "radio button"}  # by BS_TYPEMASK
 STATIC_ROLES = {0xE: "picture", 0x5: "line"}  # SS_BITMAP, SS_GRAYRECT
 MULTI_LINE, PASSWORD = 0x4, 0x20
-DRAWN_ROLES = {"push button": "button", "check box": "check box", "radio button": "radio button", "progress bar": "bar",
-               "document": "document", "link": "button"}
+# By ROLE_SYSTEM_... of what this system draws itself.
+DRAWN_ROLES = {15: "document", 30: "button", 43: "button", 44: "check box", 45: "radio button", 48: "bar"}
 
 
 def windows_role(node):
@@ -206,7 +204,7 @@ def windows_role(node):
         return "list"
     if name == "msctls_progress32":
         return "bar"
-    return DRAWN_ROLES.get(node.get("accessible", {}).get("role"))
+    return DRAWN_ROLES.get(node.get("accessible", {}).get("role_number"))
 
 
 def windows_rectangle(node):
@@ -234,7 +232,7 @@ def windows_widget(node):
     description = "\n".join(row.get("name", "") for row in accessible.get("children", ())) if role == "list" \
         else accessible.get("description", "")
     return Widget(role, name.replace("&", ""), text, description, windows_rectangle(node),
-                  node["enabled"], node["focused"], "focusable" in states, node.get("checked", False) or "checked" in states,
+                  node["enabled"], node["focused"], node.get("checked", False) or "checked" in states,
                   percent_of(node), (node["hwnd"],))
 
 
