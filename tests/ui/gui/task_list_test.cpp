@@ -46,7 +46,7 @@ TEST_F(TaskListTest, HasARowForEachTask) {
     addTask("End").state = kTaskCurrent;
     tasks.fill(control, element, 0);
     ASSERT_EQ(rows().size(), 2U);
-    EXPECT_EQ(rows()[0], (RecordingToolkit::Task{"Start later", -1, 0x010101}));
+    EXPECT_EQ(rows()[0], (RecordingToolkit::Task{"Start later", -1, -1}));
     EXPECT_EQ(rows()[1].text, "End now");
 }
 
