@@ -167,7 +167,7 @@ TEST_F(ToolkitLooks, RowsOfTasksFollowTheColoursOfTheDesktop) {
         const ControlId list = add(ControlKind::kTaskList, {}, {20, 20, 200, 100});
         toolkit->addTask(list, {"WWWW", -1, -1, false});
         toolkit->show(list, true);
-        const auto isBright = [](const Dot& dot) { return dot.red > 240 && dot.green > 240; };
+        const auto isBright = [](const Dot& dot) { return dot.red > 220 && dot.green > 220; };
         const auto isDark = [](const Dot& dot) { return dot.red < 100 && dot.green < 100; };
         waitUntil([&] { return pixelsOf(list).count(isDark) > 20; }, "dark letters");
         EXPECT_GT(pixelsOf(list).count(isBright), 200 * 100 / 2);
