@@ -28,7 +28,7 @@ public:
         std::string text;
         int icon;
         std::int32_t colour;
-        bool isInactive;
+        bool isInactive = false;
         std::string state;
         bool operator==(const Task&) const = default;
     };

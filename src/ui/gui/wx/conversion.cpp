@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 
 namespace {
@@ -57,5 +58,5 @@ wxBitmap bitmapOf(const Picture& picture, double density) {
 }
 
 wxBitmapBundle unscaled(const wxBitmap& bitmap) {
-    return wxBitmapBundle::FromImpl(new PixelByPixel(bitmap));
+    return wxBitmapBundle::FromImpl(std::make_unique<PixelByPixel>(bitmap).release());
 }

@@ -91,7 +91,8 @@ void PageFrame::onActivate(wxActivateEvent& event) {
 
 void PageFrame::onColourChange(wxSysColourChangedEvent& event) {
     event.Skip();
-    controls_.updateColours();
+    // After the controls, some of which take the system's colours now.
+    CallAfter([this] { controls_.updateColours(); });
 }
 
 void PageFrame::onFocus(wxChildFocusEvent& event) {
