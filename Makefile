@@ -1,7 +1,7 @@
 # Every target first installs what it needs (scripts/install-dependencies, quick if nothing is missing). The work is
 # done by scripts/; cmake with its presets works without them as well.
 
-.PHONY: help build windows demo test lint fuzz faults bench dist clean
+.PHONY: help build windows demo test lint fuzz faults bench screens dist clean
 .NOTPARALLEL:
 
 help:
@@ -13,6 +13,7 @@ help:
 	@echo 'make fuzz     every fuzz target for FUZZ_SECONDS (60) each'
 	@echo 'make faults   every call of the sample product fails, in every way, and ends the program: a table of what is lost'
 	@echo 'make bench    measurements against reference tools'
+	@echo 'make screens  pictures of what users of the sample product see, in docs/screens'
 	@echo 'make dist     the setups of both platforms'
 	@echo 'make clean    removes build/'
 
@@ -46,6 +47,11 @@ faults:
 bench: build
 	@scripts/install-dependencies bench
 	@bench/run
+
+screens: build windows
+	@scripts/install-dependencies screens
+	@scripts/capture-screens
+	@scripts/make-screens
 
 dist: build windows
 	@scripts/dist

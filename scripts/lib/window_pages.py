@@ -54,8 +54,9 @@ def refuse_to_cancel(walk):
     question = "Cancel confirmation"
     walk.screen.press("Escape")
     walk.keep("cancel", question)
-    walk.screen.press("alt+n")
-    wait_for("the end of the question", lambda: walk.screen.window(question) is None)
+    # Wine loses a key now and then, and on the page below this one does nothing.
+    wait_for("the end of the question",
+             lambda: walk.screen.press("alt+n") or walk.screen.is_gone(question))
 
 
 def uninstall(walk, machine):

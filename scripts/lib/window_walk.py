@@ -40,6 +40,13 @@ class Screen:
         found = output_of("xdotool", "search", "--onlyvisible", "--name", title).split()
         return found[0].decode() if found else None
 
+    def is_gone(self, title):
+        """Whether the window goes within some seconds."""
+        end = time.monotonic() + 5
+        while self.window(title) is not None and time.monotonic() < end:
+            time.sleep(0.1)
+        return self.window(title) is None
+
     def framed(self, window):
         """The window with what the window manager put around it."""
         found = re.search(rb"Parent window id: (0x[0-9a-f]+)", output_of("xwininfo", "-children", "-id", window))

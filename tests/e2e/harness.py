@@ -133,6 +133,15 @@ class WinePrefix:
             time.sleep(0.02)
         return anchor
 
+    def restart(self):
+        """What the registry says of a session as a whole counts from the next one on."""
+        self.anchor.stdin.close()
+        self.anchor.wait(timeout=TIMEOUT)
+        (self.directory / "prefix/drive_c/anchor.txt").unlink()
+        subprocess.run(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_stop "$1"', str(self.scripts), str(self.directory)],
+                       check=True, timeout=TIMEOUT)
+        self.anchor = self.start_anchor()
+
     @classmethod
     def get(cls):
         if cls.shared is None:

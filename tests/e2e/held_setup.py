@@ -14,7 +14,7 @@ FILES = '<FileSet Name="All"><FN Dest="[DIR]">data.txt</FN></FileSet>'
 
 
 def page(name, text, content="", special=""):
-    return (f'<{name} Special="{special}" w="480" h="240"><Text x="24" y="24">{text}</Text>{content}{BUTTONS}</{name}>')
+    return f'<{name} Special="{special}" w="480" h="240"><Text x="24" y="24">{text}</Text>{content}{BUTTONS}</{name}>'
 
 
 class HeldSetup(WindowTest):
@@ -24,7 +24,8 @@ class HeldSetup(WindowTest):
         super().setUp()
         shutil.copy2(HELPERS / ("foreign_uninstaller" + EXE), self.host("helper" + EXE))
         pages = page("Welcome", "Before.") + page("Look", "Looking.", LOOK, "Busy")
-        text = descriptions.description(self.native("opt"), FILES + self.held("Looking") + self.held("AdditionalInstall"), pages)
+        groups = self.held("Looking") + self.held("AdditionalInstall")
+        text = descriptions.description(self.native("opt"), FILES + groups, pages)
         for plain, full in (('<CopyProgress Special="AutoNext"/>', page("CopyProgress", "Copying.", BARS, "AutoNext")),
                             ('<Finish Special="Finish"><Text x="1" y="1">It worked.</Text></Finish>',
                              page("Finish", "It worked.", special="Finish"))):

@@ -21,6 +21,7 @@ class SampleInWindow(WindowTest):
     def setUp(self):
         super().setUp()
         self.pack(self.description)
+        self.addCleanup(self.remove_what_is_left)
         self.settings = ("-VARIABLE_INSTALL_DIR=" + self.native("opt/tandrel"), "-VARIABLE_MENU_DIR=" + self.native("menu"))
 
     def pack(self, description, output="setup", edit=None):
@@ -48,6 +49,13 @@ class SampleInWindow(WindowTest):
         return Window(self, "opt/tandrel/uninstall/installer" + EXE,
                       "-uninstall=" + self.native("opt/tandrel/uninstall/install.log"), "-uninstallApp=" + NAME, *arguments,
                       env=env)
+
+    def remove_what_is_left(self):
+        """The tests of a file share what Windows knows of its products."""
+        if self.host("opt/tandrel/uninstall/install.log").exists():
+            self.run_program("opt/tandrel/uninstall/installer" + EXE,
+                             "-uninstall=" + self.native("opt/tandrel/uninstall/install.log"), "-uninstallApp=" + NAME, "-auto")
+            self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
 
     def state(self):
         """What the product may change."""

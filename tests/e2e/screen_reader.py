@@ -26,11 +26,9 @@ class Widget:
     rectangle: tuple
     enabled: bool
     focused: bool
-    focusable: bool
     checked: bool
     value: int | None
     place: tuple
-    labels: tuple = ()
 
     def is_called(self, role, name):
         return self.role == role and self.name == name
@@ -84,11 +82,15 @@ class View:
 class Probe:
     """A program that answers line by line, in JSON."""
 
-    def __init__(self, command, environment=None):
-        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, encoding="utf-8",
-                                        env=environment)
+    def __init__(self, command):
+        self.command = command
         self.environment = {}
+        self.start()
         atexit.register(self.close)
+
+    def start(self):
+        self.process = subprocess.Popen(self.command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                        encoding="utf-8")
 
     def answer(self):
         line = self.process.stdout.readline()
@@ -131,8 +133,8 @@ def linux_widget(node, place):
         return None
     value = node["value"]
     return Widget(role, node["name"], node["text"] or "", node["description"], tuple(node["rectangle"]),
-                  "sensitive" in states, "focused" in states, "focusable" in states, "checked" in states,
-                  round(value * 100) if role == "bar" and value is not None else None, place, tuple(node["labels"]))
+                  "sensitive" in states, "focused" in states, "checked" in states,
+                  round(value * 100) if role == "bar" and value is not None else None, place)
 
 
 def linux_widgets(node, place=()):
@@ -185,8 +187,8 @@ BOX_CLASS = "#32770"
 BUTTON_ROLES = {2: "check box", 3: "check box", 4: "radio button", 7: "border", 9: "radio button"}  # by BS_TYPEMASK
 STATIC_ROLES = {0xE: "picture", 0x5: "line"}  # SS_BITMAP, SS_GRAYRECT
 MULTI_LINE, PASSWORD = 0x4, 0x20
-DRAWN_ROLES = {"push button": "button", "check box": "check box", "radio button": "radio button", "progress bar": "bar",
-               "document": "document", "link": "button"}
+# By ROLE_SYSTEM_... of what this system draws itself.
+DRAWN_ROLES = {15: "document", 30: "button", 43: "button", 44: "check box", 45: "radio button", 48: "bar"}
 
 
 def windows_role(node):
@@ -202,7 +204,7 @@ def windows_role(node):
         return "list"
     if name == "msctls_progress32":
         return "bar"
-    return DRAWN_ROLES.get(node.get("accessible", {}).get("role"))
+    return DRAWN_ROLES.get(node.get("accessible", {}).get("role_number"))
 
 
 def windows_rectangle(node):
@@ -230,7 +232,7 @@ def windows_widget(node):
     description = "\n".join(row.get("name", "") for row in accessible.get("children", ())) if role == "list" \
         else accessible.get("description", "")
     return Widget(role, name.replace("&", ""), text, description, windows_rectangle(node),
-                  node["enabled"], node["focused"], "focusable" in states, node.get("checked", False) or "checked" in states,
+                  node["enabled"], node["focused"], node.get("checked", False) or "checked" in states,
                   percent_of(node), (node["hwnd"],))
 
 
@@ -265,9 +267,22 @@ class WindowsProbe(Probe):
         prefix = WinePrefix.get()
         super().__init__(["bash", "-c", '. "$0"/lib/wine.sh; tandrel_wine_enter "$1"; exec wine "$2"', str(prefix.scripts),
                           str(prefix.directory), HELPERS / "window_probe.exe"])
+        self.environment = display.environment
 
     def views(self):
         return [windows_view(node) for node in self.act("tree")["windows"]]
+
+    def log_on(self, dots):
+        """Begins another session on the display, whose screen has so many dots per inch: a session keeps them to its end."""
+        prefix = WinePrefix.get()
+        environment = {**os.environ, "TANDREL_WINE_PREFIX": str(prefix.directory)}
+        # Windows has one number for both; Wine asks the one for windows and the other for memory that is drawn into.
+        for key in ("HKCU\\Control Panel\\Desktop", "HKCC\\Software\\Fonts"):
+            subprocess.run([prefix.scripts / "run-under-wine", "reg", "add", key, "/v", "LogPixels", "/t", "REG_DWORD", "/d",
+                            str(dots), "/f"], check=True, timeout=TIMEOUT, stdout=subprocess.DEVNULL, env=environment)
+        self.close()
+        prefix.restart()
+        self.start()
 
     def end_programs(self):
         for process in {view.process for view in self.views()}:

@@ -102,8 +102,8 @@ class WithoutGtk(WithoutADisplay):
     def enter(self, program):
         """The command that runs the program in that root directory."""
         rights = [] if os.geteuid() == 0 else ["--map-root-user"]
-        script = ('root=$0/bare; mount --rbind /proc "$root/proc"; mount --rbind /dev "$root/dev"; mount --bind "$0" "$root$0"; '
-                  'cd "$0"; exec chroot "$root" "$@"')
+        script = ('root=$0/bare; mount --rbind /proc "$root/proc"; mount --rbind /dev "$root/dev"; '
+                  'mount --bind "$0" "$root$0"; cd "$0"; exec chroot "$root" "$@"')
         return ["unshare", "--mount", *rights, "sh", "-ec", script, str(self.machine.root), str(program)]
 
 

@@ -1,11 +1,10 @@
 """Pages in larger letters: they grow, and nothing on them meets or leaves them."""
 
-import contextlib
 import itertools
-import subprocess
 
 import descriptions
-from harness import EXE, TIMEOUT, WINDOWS, WinePrefix, main
+import screen_reader
+from harness import EXE, WINDOWS, main
 from held_setup import BUTTONS
 from sample_window import SampleInWindow
 from window import Window
@@ -17,24 +16,13 @@ SCALES = (96, 144, 192)
 
 
 class Scaled(SampleInWindow):
-    @contextlib.contextmanager
     def letters(self, dots):
-        """Programs that start now show their texts for a screen of so many dots per inch."""
+        """Programs that start now, with this environment, show their texts for a screen of so many dots per inch."""
         if WINDOWS:
-            self.set_dots(dots)
-            try:
-                yield {}
-            finally:
-                self.set_dots(96)
-        else:
-            self.write("resources", f"Xft.dpi: {dots}\n")
-            yield {"XENVIRONMENT": self.native("resources")}
-
-    def set_dots(self, dots):
-        prefix = WinePrefix.get()
-        subprocess.run([prefix.scripts / "run-under-wine", "reg", "add", "HKCU\\Control Panel\\Desktop", "/v", "LogPixels",
-                        "/t", "REG_DWORD", "/d", str(dots), "/f"], check=True, timeout=TIMEOUT, stdout=subprocess.DEVNULL,
-                       env=self.machine.environment({}), cwd=prefix.directory)
+            screen_reader.probe().log_on(dots)
+            return {}
+        self.write("resources", f"Xft.dpi: {dots}\n")
+        return {"XENVIRONMENT": self.native("resources")}
 
     def assert_tidy(self, view):
         """All controls are inside, and none lies on another one, frames around others aside."""
@@ -52,8 +40,8 @@ class Scaled(SampleInWindow):
         self.build_package(text, {"install.xml": text}, output="measure" + EXE)
         widths = []
         for dots in SCALES:
-            with self.subTest(dots), self.letters(dots) as environment:
-                window = Window(self, "measure" + EXE, env=environment)
+            with self.subTest(dots):
+                window = Window(self, "measure" + EXE, env=self.letters(dots))
                 view = window.page(SENTENCE)
                 sentence = view.one("label").rectangle[2]
                 widths.append(sentence)
@@ -70,8 +58,8 @@ class Scaled(SampleInWindow):
 
     def test_the_pages_of_the_sample_stay_tidy(self):
         for dots in SCALES[1:]:
-            with self.subTest(dots), self.letters(dots) as environment:
-                setup = self.open_setup("-VARIABLE_SHARE_SETUPS=1", env=environment)
+            with self.subTest(dots):
+                setup = self.open_setup("-VARIABLE_SHARE_SETUPS=1", env=self.letters(dots))
                 for page, forward in self.PAGES:
                     self.assert_tidy(self.at(page, setup))
                     if page == "settings":

@@ -208,5 +208,12 @@ class Window:
         self.key("ctrl+a")
         self.type(text)
         if role == "text box":
-            self.wait(lambda views: (self.front(views) and self.front(views).one(role, name).text == text) or None,
-                      f"{text!r} in the box {name!r}")
+            self.wait_for_text(role, name, text)
+
+    def wait_for_text(self, role, name, text):
+        def find(views):
+            view = self.front(views)
+            found = [] if view is None else [w for w in view.all(role, name) if w.text == text]
+            return found[0] if found else None
+
+        return self.wait_at_rest(find, f"{text!r} in the {role} {name!r}")

@@ -49,14 +49,6 @@ def rectangle_of(node):
     return [extents.x, extents.y, extents.width, extents.height]
 
 
-def labels_of(node):
-    found = []
-    for relation in node.get_relation_set():
-        if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY:
-            found += [relation.get_target(i).get_name() for i in range(relation.get_n_targets())]
-    return found
-
-
 def describe(node):
     states = node.get_state_set()
     children = []
@@ -65,7 +57,7 @@ def describe(node):
         if child is not None and child.get_state_set().contains(Atspi.StateType.VISIBLE):
             children.append(describe(child))
     return {"role": node.get_role_name(), "name": node.get_name(), "description": node.get_description(),
-            "text": text_of(node), "value": value_of(node), "rectangle": rectangle_of(node), "labels": labels_of(node),
+            "text": text_of(node), "value": value_of(node), "rectangle": rectangle_of(node),
             "states": [state.value_nick for state in states.get_states()], "children": children}
 
 

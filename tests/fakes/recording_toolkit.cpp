@@ -76,8 +76,8 @@ Extent RecordingToolkit::measureText(std::string_view text) {
     return {text.size() > kLongText ? textWidth : static_cast<int>(text.size()) * kCharacter, kTextHeight};
 }
 
-std::int32_t RecordingToolkit::systemColour(SystemColour colour) {
-    return colour == SystemColour::kGrayText ? 0x808080 : 0x010101;
+std::int32_t RecordingToolkit::pageColour() {
+    return 0x010101;
 }
 
 bool RecordingToolkit::showMessage(std::string_view text, std::string_view caption, MessageButtons buttons,
@@ -291,7 +291,8 @@ void RecordingToolkit::setTaskIcons(ControlId control, Extent size, std::span<co
 
 void RecordingToolkit::addTask(ControlId control, const TaskRow& row) {
     if (Control* known = get(control)) {
-        known->tasks.push_back({std::string(row.text), row.icon, row.colour, std::string(row.state)});
+        known->tasks.push_back(
+            {std::string(row.text), row.icon, row.colour, row.isInactive, std::string(row.state)});
     }
 }
 
@@ -299,7 +300,7 @@ void RecordingToolkit::setTask(ControlId control, int index, const TaskRow& row)
     Control* known = get(control);
     if (known != nullptr && index >= 0 && static_cast<std::size_t>(index) < known->tasks.size()) {
         known->tasks[static_cast<std::size_t>(index)] = {std::string(row.text), row.icon, row.colour,
-                                                         std::string(row.state)};
+                                                         row.isInactive, std::string(row.state)};
     }
 }
 

@@ -28,6 +28,7 @@ public:
         std::string text;
         int icon;
         std::int32_t colour;
+        bool isInactive = false;
         std::string state;
         bool operator==(const Task&) const = default;
     };
@@ -103,7 +104,7 @@ public:
     void wake() override { ++wakes; }
     Extent measureText(std::string_view text) override;
     double pixelDensity() override { return density; }
-    std::int32_t systemColour(SystemColour colour) override;
+    std::int32_t pageColour() override;
     bool showMessage(std::string_view text, std::string_view caption, MessageButtons buttons,
                      MessageSign sign) override;
     bool chooseDirectory(std::string_view text, std::string_view start, TextReceiver& chosen) override;

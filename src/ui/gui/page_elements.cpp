@@ -171,7 +171,7 @@ bool PageElements::takePicture(PageElement& element, std::string_view resource) 
     std::int32_t foreground = -1;
     host_.engine().getDialogColours(dialog_, sub_, background, foreground);
     if (background == -1) {
-        background = host_.toolkit().systemColour(SystemColour::kPage);
+        background = host_.toolkit().pageColour();
     }
     const std::uint32_t below =
         colourBelow(element.description->backgroundColour, static_cast<std::uint32_t>(background));

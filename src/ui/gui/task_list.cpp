@@ -83,11 +83,7 @@ TaskRow TaskList::rowOf(std::string_view text, std::int32_t state, bool hasIcon)
         const ThemeSlot slot = isDisabled ? ThemeSlot::kInactiveText : ThemeSlot::kActiveText;
         colour = host_.engine().getThemeColour(static_cast<int>(slot));
     }
-    if (colour == -1) {
-        colour =
-            host_.toolkit().systemColour(isDisabled ? SystemColour::kGrayText : SystemColour::kWindowText);
-    }
     const bool isKnown = state >= 0 && static_cast<std::size_t>(state) < kIcons.size();
     const std::string_view words = isKnown ? kStates[static_cast<std::size_t>(state)] : std::string_view();
-    return {text, hasIcon && isKnown ? state : -1, colour, words};
+    return {text, hasIcon && isKnown ? state : -1, colour, isDisabled, words};
 }

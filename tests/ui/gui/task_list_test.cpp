@@ -46,7 +46,7 @@ TEST_F(TaskListTest, HasARowForEachTask) {
     addTask("End").state = kTaskCurrent;
     tasks.fill(control, element, 0);
     ASSERT_EQ(rows().size(), 2U);
-    EXPECT_EQ(rows()[0], (RecordingToolkit::Task{"Start later", -1, 0x010101, "not started"}));
+    EXPECT_EQ(rows()[0], (RecordingToolkit::Task{"Start later", -1, -1, false, "not started"}));
     EXPECT_EQ(rows()[1].text, "End now");
 }
 
@@ -107,21 +107,26 @@ TEST_F(TaskListTest, AMissingIconLeavesThePlacesOfTheOthers) {
     EXPECT_EQ(window.at(control).icons, 5);
 }
 
-TEST_F(TaskListTest, ADisabledTaskIsGrayWithoutATheme) {
+TEST_F(TaskListTest, ADisabledTaskIsInactiveAndHasNoColourOfItsOwnWithoutATheme) {
     addTask("Start").enableCondition.assign("no");
+    addTask("End");
     session.conditions["no"] = 0;
     tasks.fill(control, element, 0);
-    EXPECT_EQ(rows()[0].colour, 0x808080);
+    EXPECT_TRUE(rows()[0].isInactive);
+    EXPECT_EQ(rows()[0].colour, -1);
+    EXPECT_FALSE(rows()[1].isInactive);
+    EXPECT_EQ(rows()[1].colour, -1);
 }
 
-TEST_F(TaskListTest, ADisabledTaskIsGrayInAThemeThatDoesNotSayHow) {
+TEST_F(TaskListTest, ADisabledTaskHasNoColourInAThemeThatDoesNotSayWhich) {
     session.themed = true;
     session.themeColours[static_cast<int>(ThemeSlot::kActiveText)] = 0x111111;
     addTask("Start");
     tasks.fill(control, element, 0);
     EXPECT_EQ(rows()[0].colour, 0x111111);
     tasks.setState("Start", "text", kTaskDisabled);
-    EXPECT_EQ(rows()[0].colour, 0x808080);
+    EXPECT_EQ(rows()[0].colour, -1);
+    EXPECT_TRUE(rows()[0].isInactive);
     session.themeColours[static_cast<int>(ThemeSlot::kInactiveText)] = 0x222222;
     tasks.setState("Start", "text", kTaskDisabled);
     EXPECT_EQ(rows()[0].colour, 0x222222);

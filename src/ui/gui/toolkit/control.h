@@ -83,7 +83,8 @@ struct Picture {
 struct TaskRow {
     std::string_view text;
     int icon = -1;
-    std::int32_t colour = -1;
+    std::int32_t colour = -1;  // -1 is the system's
+    bool isInactive = false;
     std::string_view state;  // the icon in words, for those who can't see it
 };
 

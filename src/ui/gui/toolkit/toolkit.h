@@ -10,8 +10,6 @@ class ToolkitEvents;
 
 enum class MessageButtons { kOk, kOkCancel, kYesNo };
 enum class MessageSign { kNone, kInformation, kError };
-// kPage is the background of a page without a colour of its own.
-enum class SystemColour { kWindowText, kGrayText, kPage };
 
 struct FrameSpec {
     std::string_view title;
@@ -63,7 +61,8 @@ public:
     virtual Extent measureText(std::string_view text) = 0;
     // The pixels of the screen in one unit of length, 1 or more: pictures are made in pixels.
     virtual double pixelDensity() = 0;
-    virtual std::int32_t systemColour(SystemColour colour) = 0;
+    // The background of a page without a colour of its own, 0x00BBGGRR.
+    virtual std::int32_t pageColour() = 0;
 
     // A box that is waited for. True for OK and for Yes.
     virtual bool showMessage(std::string_view text, std::string_view caption, MessageButtons buttons,

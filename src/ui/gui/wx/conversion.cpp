@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 
 namespace {
@@ -17,6 +18,17 @@ unsigned char* copyOf(const std::uint8_t* bytes, std::size_t size) {
     std::memcpy(copy, bytes, size);
     return static_cast<unsigned char*>(copy);
 }
+
+class PixelByPixel : public wxBitmapBundleImpl {
+public:
+    explicit PixelByPixel(const wxBitmap& bitmap) : bitmap_(bitmap) {}
+    wxSize GetDefaultSize() const override { return bitmap_.GetDIPSize(); }
+    wxSize GetPreferredBitmapSizeAtScale(double /*scale*/) const override { return bitmap_.GetSize(); }
+    wxBitmap GetBitmap(const wxSize& /*size*/) override { return bitmap_; }
+
+private:
+    wxBitmap bitmap_;
+};
 
 }  // namespace
 
@@ -43,4 +55,8 @@ wxBitmap bitmapOf(const Picture& picture, double density) {
         image.SetAlpha(copyOf(picture.alpha, pixels));
     }
     return {image, wxBITMAP_SCREEN_DEPTH, density};
+}
+
+wxBitmapBundle unscaled(const wxBitmap& bitmap) {
+    return wxBitmapBundle::FromImpl(std::make_unique<PixelByPixel>(bitmap).release());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <wx/bitmap.h>
+#include <wx/bmpbndl.h>
 #include <wx/colour.h>
 #include <wx/string.h>
 
@@ -20,3 +21,6 @@ wxColour colourOf(std::int32_t colour);
 
 // Invalid for a picture without pixels. `density`: pixels of the picture in a unit of length.
 wxBitmap bitmapOf(const Picture& picture, double density);
+
+// Shown as it is whatever the resolution of the screen, which its size already allows for.
+wxBitmapBundle unscaled(const wxBitmap& bitmap);

@@ -11,6 +11,9 @@ namespace native_look {
 // Before the first control is made.
 void prepare();
 
+// Of a text of one line in the letters that controls have, in the pixels that they are given places in.
+wxSize sizeOf(const wxString& text);
+
 // What a control takes where it isn't given a size.
 wxSize bestSizeOf(const wxWindow& window);
 

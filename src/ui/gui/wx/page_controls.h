@@ -26,6 +26,8 @@ public:
     // The control that `window` belongs to, or null.
     PageControl* owner(const wxWindow* window) const;
     void setPageColours(const PageColours& colours);
+    // The system's colours are others now.
+    void updateColours() { setPageColours(colours_); }
     // Moves the focus to the next control that takes it, the first after the last.
     void moveFocus(bool forward);
     void showAccessKeys(bool show);

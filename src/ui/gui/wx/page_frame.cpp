@@ -34,6 +34,7 @@ PageFrame::PageFrame(const FrameSpec& spec, EventSink& events, PageControls& con
     setPageSize(spec.clientSize);
     Bind(wxEVT_CLOSE_WINDOW, &PageFrame::onClose, this);
     Bind(wxEVT_ACTIVATE, &PageFrame::onActivate, this);
+    Bind(wxEVT_SYS_COLOUR_CHANGED, &PageFrame::onColourChange, this);
     panel_->Bind(wxEVT_CHILD_FOCUS, &PageFrame::onFocus, this);
     CentreOnScreen();
 }
@@ -85,6 +86,12 @@ void PageFrame::onActivate(wxActivateEvent& event) {
     altAlone_ = false;
     const bool isActive = event.GetActive();
     events_.report([=](ToolkitEvents& events) { events.onActivate(isActive); });
+}
+
+void PageFrame::onColourChange(wxSysColourChangedEvent& event) {
+    event.Skip();
+    // After the controls, some of which take the system's colours now.
+    CallAfter([this] { controls_.updateColours(); });
 }
 
 void PageFrame::onFocus(wxChildFocusEvent& event) {

@@ -32,6 +32,7 @@ public:
 private:
     void onClose(wxCloseEvent& event);
     void onActivate(wxActivateEvent& event);
+    void onColourChange(wxSysColourChangedEvent& event);
     void onFocus(wxChildFocusEvent& event);
     bool isInside(wxObject* object);
     bool noticeRelease(const wxKeyEvent& event);

@@ -5,6 +5,8 @@
 #include <wx/statbox.h>
 #include <wx/statline.h>
 
+#include <cmath>
+
 #include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
 #include "ui/gui/wx/native_look.h"
@@ -30,6 +32,13 @@ void paintOnPage(wxWindow& window, const ControlColours& own, const PageColours&
     window.SetForegroundColour(colourOf(firstSet(own.foreground, page.foreground)));
     window.SetBackgroundColour(colourOf(firstSet(own.background, page.background)));
     window.Refresh();
+}
+
+// Some schemes of colours have one for links that can't be told from a page.
+wxColour linkColourOn(const wxColour& page) {
+    const wxColour link = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
+    const bool canBeRead = std::abs(link.GetLuminance() - page.GetLuminance()) > 0.3;
+    return canBeRead ? link : wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT);
 }
 
 // In the place of none, which Windows can't draw.
@@ -60,7 +69,7 @@ void ButtonControl::applyColours() {
     }
     paintOnPage(*button_, colours(), pageColours());
     if (colours().foreground == -1) {
-        button_->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT));
+        button_->SetForegroundColour(linkColourOn(button_->GetBackgroundColour()));
     }
 }
 
@@ -194,7 +203,7 @@ void PictureControl::setPicture(const Picture& picture) {
     // It would take the size of the picture.
     const wxSize size = picture_->GetSize();
     const wxBitmap bitmap = bitmapOf(picture, display::density());
-    picture_->SetBitmap(bitmap.IsOk() ? bitmap : transparentPixel());
+    picture_->SetBitmap(unscaled(bitmap.IsOk() ? bitmap : transparentPixel()));
     picture_->SetSize(size);
 }
 

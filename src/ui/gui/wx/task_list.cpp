@@ -67,7 +67,7 @@ void TaskListControl::setTaskIcons(Extent size, std::span<const Picture> icons) 
 
 void TaskListControl::addTask(const TaskRow& row) {
     const long index = list_->InsertItem(list_->GetItemCount(), wxString());
-    states_.emplace_back();
+    rows_.push_back({row.colour, row.isInactive, wxString()});
     setTask(static_cast<int>(index), row);
 }
 
@@ -76,21 +76,26 @@ void TaskListControl::setTask(int index, const TaskRow& row) {
         return;
     }
     list_->SetItem(index, 0, wideText(row.text), row.icon);
-    list_->SetItemTextColour(index, row.colour == -1 ? wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT)
-                                                     : colourOf(row.colour));
-    states_[static_cast<std::size_t>(index)] = wideText(row.state);
+    rows_[static_cast<std::size_t>(index)] = {row.colour, row.isInactive, wideText(row.state)};
+    colour(index);
     describe();
 }
 
 void TaskListControl::describe() {
     wxString rows;
-    for (std::size_t i = 0; i < states_.size(); ++i) {
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
         rows << (i == 0 ? "" : "\n") << list_->GetItemText(static_cast<long>(i));
-        if (!states_[i].empty()) {
-            rows << ": " << states_[i];
+        if (!rows_[i].state.empty()) {
+            rows << ": " << rows_[i].state;
         }
     }
     accessibility::setContent(*list_, accessibility::Role::kList, rows);
+}
+
+void TaskListControl::colour(int index) {
+    const Row& row = rows_[static_cast<std::size_t>(index)];
+    const wxSystemColour system = row.isInactive ? wxSYS_COLOUR_GRAYTEXT : wxSYS_COLOUR_WINDOWTEXT;
+    list_->SetItemTextColour(index, row.own == -1 ? wxSystemSettings::GetColour(system) : colourOf(row.own));
 }
 
 void TaskListControl::applyColours() {
@@ -98,5 +103,8 @@ void TaskListControl::applyColours() {
     const std::int32_t background = own.background == -1 ? pageColours().background : own.background;
     list_->SetBackgroundColour(background == -1 ? list_->GetParent()->GetBackgroundColour()
                                                 : colourOf(background));
+    for (int i = 0; i < list_->GetItemCount(); ++i) {
+        colour(i);
+    }
     list_->Refresh();
 }

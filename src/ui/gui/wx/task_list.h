@@ -22,8 +22,14 @@ protected:
     void applyColours() override;
 
 private:
+    void colour(int index);
     void describe();
 
+    struct Row {
+        std::int32_t own;  // -1 is the system's
+        bool isInactive;
+        wxString state;
+    };
     wxListCtrl* list_;
-    std::vector<wxString> states_;  // of the rows
+    std::vector<Row> rows_;
 };

@@ -1,6 +1,5 @@
 #include "ui/gui/wx/wx_toolkit.h"
 
-#include <wx/dcmemory.h>
 #include <wx/dirdlg.h>
 #include <wx/icon.h>
 #include <wx/init.h>
@@ -41,18 +40,6 @@ long styleOf(MessageButtons buttons, MessageSign sign) {
             return style | wxICON_ERROR;
     }
     return style;
-}
-
-wxSystemColour indexOf(SystemColour colour) {
-    switch (colour) {
-        case SystemColour::kWindowText:
-            return wxSYS_COLOUR_WINDOWTEXT;
-        case SystemColour::kGrayText:
-            return wxSYS_COLOUR_GRAYTEXT;
-        case SystemColour::kPage:
-            return wxSYS_COLOUR_BTNFACE;
-    }
-    return wxSYS_COLOUR_WINDOWTEXT;
 }
 
 std::int32_t numberOf(const wxColour& colour) {
@@ -163,11 +150,7 @@ void WxToolkit::wake() {
 
 Extent WxToolkit::measureText(std::string_view text) {
     return guarded([&] {
-        wxBitmap bitmap;
-        bitmap.Create(16, 16);
-        wxMemoryDC context(bitmap);
-        context.SetFont(wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
-        const wxSize size = context.GetTextExtent(wideText(text));
+        const wxSize size = native_look::sizeOf(wideText(text));
         return Extent{size.x, size.y};
     });
 }
@@ -176,8 +159,8 @@ double WxToolkit::pixelDensity() {
     return std::max(1.0, guarded([] { return display::density(); }));
 }
 
-std::int32_t WxToolkit::systemColour(SystemColour colour) {
-    return guarded([=] { return numberOf(wxSystemSettings::GetColour(indexOf(colour))); });
+std::int32_t WxToolkit::pageColour() {
+    return guarded([] { return numberOf(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE)); });
 }
 
 bool WxToolkit::showMessage(std::string_view text, std::string_view caption, MessageButtons buttons,

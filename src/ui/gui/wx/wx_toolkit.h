@@ -17,7 +17,7 @@ public:
 
     Extent measureText(std::string_view text) override;
     double pixelDensity() override;
-    std::int32_t systemColour(SystemColour colour) override;
+    std::int32_t pageColour() override;
 
     bool showMessage(std::string_view text, std::string_view caption, MessageButtons buttons,
                      MessageSign sign) override;

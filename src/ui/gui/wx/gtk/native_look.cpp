@@ -1,6 +1,8 @@
 #include "ui/gui/wx/native_look.h"
 
 #include <gtk/gtk.h>
+#include <wx/dcmemory.h>
+#include <wx/settings.h>
 
 #include "ui/gui/wx/gtk/style_sheet.h"
 
@@ -24,6 +26,14 @@ void prepare() {
     sheet.applyToAll(kLetters);
     // Bars that come only with the mouse don't tell that there is more to read.
     g_object_set(gtk_settings_get_default(), "gtk-overlay-scrolling", FALSE, nullptr);
+}
+
+wxSize sizeOf(const wxString& text) {
+    wxBitmap bitmap;
+    bitmap.Create(16, 16);
+    wxMemoryDC context(bitmap);
+    context.SetFont(wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT));
+    return context.GetTextExtent(text);
 }
 
 // wxWidgets adds the place of the letters in a box, which is below zero before the box has been laid out.

@@ -11,7 +11,7 @@ void destroySheet(gpointer sheet) {
     delete static_cast<StyleSheet*>(sheet);
 }
 
-std::string height(int pixels) {
+std::string minimum(int pixels) {
     return "min-height:" + std::to_string(std::max(0, pixels)) + "px;";
 }
 
@@ -39,13 +39,13 @@ void StyleSheet::addTo(GtkWidget* widget, gpointer provider) {
     }
 }
 
-void setBarHeight(GtkWidget* bar, int pixels, int margin) {
+void setBarHeight(GtkWidget* bar, int height, int margin) {
     auto* sheet = static_cast<StyleSheet*>(g_object_get_data(G_OBJECT(bar), kHeight));
     if (sheet == nullptr) {
         sheet = new StyleSheet;
         g_object_set_data_full(G_OBJECT(bar), kHeight, sheet, destroySheet);
     }
-    const int trough = pixels - 2 * (kBorder + margin);
-    sheet->apply(bar, "trough{" + height(trough) + "padding:" + std::to_string(margin) + "px;}progress{" +
-                          height(trough - 2 * kBorder) + "}");
+    const int trough = height - 2 * (kBorder + margin);
+    sheet->apply(bar, "trough{" + minimum(trough) + "padding:" + std::to_string(margin) + "px;}progress{" +
+                          minimum(trough - 2 * kBorder) + "}");
 }

@@ -45,6 +45,11 @@ std::string linkStyle(const ControlColours& colours) {
            (colours.background == -1 ? "background:none;" : "") + "}";
 }
 
+std::string ornamentStyle(const ControlColours& colours) {
+    return "separator{" + declaration("background-color", colours.foreground) + "}border{" +
+           declaration("border-color", colours.foreground) + "}";
+}
+
 // In the colour of the caption, which is one that can be read on the page.
 constexpr char kMarks[] =
     "check,radio{background-image:none;box-shadow:none;-gtk-icon-shadow:none;border-color:currentColor;}";
@@ -105,6 +110,9 @@ std::unique_ptr<PageControl> makeThemedControl(const ControlSite& site, const Co
             return std::make_unique<Styled<RadioButtonControl, choiceStyle>>(site, spec);
         case ControlKind::kProgressBar:
             return std::make_unique<StyledBar>(site, spec);
+        case ControlKind::kLine:
+        case ControlKind::kFrame:
+            return std::make_unique<Styled<OrnamentControl, ornamentStyle>>(site, spec);
         default:
             return nullptr;
     }

@@ -88,7 +88,7 @@ public:
 
 protected:
     wxSize DoGetBestClientSize() const override {
-        return GetTextExtent(GetLabelText()) + wxSize(markSize() + FromDIP(8), FromDIP(6));
+        return GetTextExtent(GetLabelText()) + wxSize(markSize() + FromDIP(8), FromDIP(3));
     }
     void draw(wxDC& context, const wxRect& area) override {
         context.SetBrush(wxBrush(background(pageBackground())));
@@ -239,6 +239,28 @@ public:
     void setProgress(int percent) override { window_->setPercent(percent); }
 };
 
+class DrawnLine : public DrawnWindow {
+public:
+    DrawnLine(const PageControl& /*control*/, const ControlSite& site, const wxString& caption)
+        : DrawnWindow(site.parent, caption, wxROLE_SYSTEM_SEPARATOR) {}
+
+    bool AcceptsFocus() const override { return false; }
+
+protected:
+    wxSize DoGetBestClientSize() const override { return FromDIP(wxSize(1, 1)); }
+    void draw(wxDC& context, const wxRect& area) override {
+        context.SetBrush(wxBrush(foreground()));
+        context.SetPen(*wxTRANSPARENT_PEN);
+        context.DrawRectangle(area);
+    }
+};
+
+class Line : public DrawnControl<DrawnLine> {
+public:
+    using DrawnControl::DrawnControl;
+    bool isTabStop() const override { return false; }
+};
+
 }  // namespace
 
 std::unique_ptr<PageControl> makeThemedControl(const ControlSite& site, const ControlSpec& spec) {
@@ -253,6 +275,9 @@ std::unique_ptr<PageControl> makeThemedControl(const ControlSite& site, const Co
             return std::make_unique<RadioButton>(site, spec);
         case ControlKind::kProgressBar:
             return std::make_unique<Bar>(site, spec);
+        case ControlKind::kLine:
+            // A theme need not have a colour for lines.
+            return spec.colours.foreground == -1 ? nullptr : std::make_unique<Line>(site, spec);
         default:
             return nullptr;
     }

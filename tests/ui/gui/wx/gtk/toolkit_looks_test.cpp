@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -20,6 +21,17 @@ bool isBlue(const Dot& dot) {
 
 bool isBrown(const Dot& dot) {
     return dot == kBrownDot;
+}
+
+// As a daemon for the desktop's settings tells it. The test isn't linked with the library.
+void setDesktopTheme(const char* name) {
+    void* const library = dlopen("libgtk-3.so.0", RTLD_LAZY | RTLD_NOLOAD);
+    void* const objects = dlopen("libgobject-2.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
+    ASSERT_NE(library, nullptr);
+    ASSERT_NE(objects, nullptr);
+    const auto settings = reinterpret_cast<void* (*)()>(dlsym(library, "gtk_settings_get_default"));
+    const auto set = reinterpret_cast<void (*)(void*, const char*, ...)>(dlsym(objects, "g_object_set"));
+    set(settings(), "gtk-theme-name", name, nullptr);
 }
 
 class ToolkitLooks : public WindowTest {
@@ -130,4 +142,37 @@ TEST_F(ToolkitLooks, AThemedMarkHasTheColourOfItsCaption) {
             }
         },
         true);
+}
+
+TEST_F(ToolkitLooks, AThemedDocumentKeepsItsColoursWhenTheDesktopChangesItsOwn) {
+    inFrame(
+        [&] {
+            const ControlId document = add(ControlKind::kRichText, "words", {20, 20, 200, 100});
+            toolkit->setColours(document, {kBrown, 0xF0F8FF, -1, -1});
+            toolkit->show(document, true);
+            const auto isPaper = [](const Dot& dot) { return dot == Dot{0xFF, 0xF8, 0xF0}; };
+            const auto isItsOwn = [&] { return pixelsOf(document).count(isPaper) > 200 * 100 / 2; };
+            waitUntil(isItsOwn, "a document in its colours");
+            setDesktopTheme("HighContrastInverse");
+            toolkit->processEvents();
+            EXPECT_TRUE(isItsOwn());
+            setDesktopTheme("Adwaita");
+        },
+        true);
+}
+
+TEST_F(ToolkitLooks, RowsOfTasksFollowTheColoursOfTheDesktop) {
+    inFrame([&] {
+        const ControlId list = add(ControlKind::kTaskList, {}, {20, 20, 200, 100});
+        toolkit->addTask(list, {"WWWW", -1, -1, false});
+        toolkit->show(list, true);
+        const auto isBright = [](const Dot& dot) { return dot.red > 220 && dot.green > 220; };
+        const auto isDark = [](const Dot& dot) { return dot.red < 100 && dot.green < 100; };
+        waitUntil([&] { return pixelsOf(list).count(isDark) > 20; }, "dark letters");
+        EXPECT_GT(pixelsOf(list).count(isBright), 200 * 100 / 2);
+        setDesktopTheme("HighContrastInverse");
+        waitUntil([&] { return pixelsOf(list).count(isBright) > 20; }, "bright letters");
+        waitUntil([&] { return pixelsOf(list).count(isDark) > 200 * 100 / 2; }, "a dark list");
+        setDesktopTheme("Adwaita");
+    });
 }
