@@ -34,8 +34,7 @@ def walk_all(screen, machine, setup, output):
 def install(walk, machine):
     for page in ("Welcome", "Agreement", "Notes", "Settings", "Parts"):
         walk.leave(page)
-    walk.take("Summary")
-    refuse_to_cancel(walk)
+    refuse_to_cancel(walk, walk.take("Summary"))
     # The last step of the work is a program.
     program = Catch("hello.xml", machine.place)
     walk.screen.press("Return")
@@ -50,13 +49,15 @@ def install(walk, machine):
         raise Missing("the installed product")
 
 
-def refuse_to_cancel(walk):
+def refuse_to_cancel(walk, before):
     question = "Cancel confirmation"
     walk.screen.press("Escape")
     walk.keep("cancel", question)
     # Wine loses a key now and then, and on the page below this one does nothing.
     wait_for("the end of the question",
              lambda: walk.screen.press("alt+n") or walk.screen.is_gone(question))
+    # With the focus on its button: before that, keys get lost.
+    wait_for("the page as it was before the question", lambda: walk.screen.pixels("Tandrel") == before)
 
 
 def uninstall(walk, machine):

@@ -93,15 +93,16 @@ class Walk:
             raise Missing(f"the page {name}; those that came: {', '.join(self.pages())}") from None
 
     def keep(self, name, title="Tandrel"):
-        """Takes the picture of the window that is called `title`."""
+        """Takes the picture of the window that is called `title`, and returns it as PPM."""
         pixels = self.screen.picture(title)
         subprocess.run(["convert", "ppm:-", "-dither", "None", "-colors", "256", "-strip", "-define",
                         "png:compression-level=9", "-define", "png:compression-filter=0", "-define",
                         "png:compression-strategy=0", f"png8:{self.output / name}.png"], input=pixels, check=True, timeout=60)
+        return pixels
 
     def take(self, page):
         self.await_page(page)
-        self.keep(page.lower())
+        return self.keep(page.lower())
 
     def leave(self, page):
         self.take(page)

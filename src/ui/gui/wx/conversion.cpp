@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <new>
 
 namespace {
@@ -58,5 +57,6 @@ wxBitmap bitmapOf(const Picture& picture, double density) {
 }
 
 wxBitmapBundle unscaled(const wxBitmap& bitmap) {
-    return wxBitmapBundle::FromImpl(std::make_unique<PixelByPixel>(bitmap).release());
+    // The bundle takes it over. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
+    return wxBitmapBundle::FromImpl(new PixelByPixel(bitmap));
 }
