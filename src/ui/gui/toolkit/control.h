@@ -85,7 +85,7 @@ struct TaskRow {
     int icon = -1;
     std::int32_t colour = -1;  // -1 is the system's
     bool isInactive = false;
-    std::string_view state;  // the icon in words, for those who can't see it
+    std::string_view state = {};  // the icon in words, for those who can't see it
 };
 
 // One call to fill a rich text control; they are carried out in order.

@@ -32,6 +32,7 @@ public:
     void onDisplayLost() override { note("lost"); }
 
 protected:
+    // Of the frame of inFrame.
     static constexpr const char* kTitle = "Tandrel window test";
 
     void SetUp() override;
@@ -58,9 +59,6 @@ protected:
     ControlId show(ControlKind kind, std::string_view text = {});
     std::string textOf(ControlId control);
     static std::string press(ControlId control) { return "press " + std::to_string(control); }
-
-    // Of the frame of inFrame.
-    static constexpr const char* kTitle = "Tandrel window test";
 
     Toolkit* toolkit = nullptr;
     std::vector<std::string> notes;

@@ -1,5 +1,5 @@
-#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include <string>
 
@@ -23,15 +23,9 @@ bool isBrown(const Dot& dot) {
     return dot == kBrownDot;
 }
 
-// As a daemon for the desktop's settings tells it. The test isn't linked with the library.
+// As a daemon for the desktop's settings tells it.
 void setDesktopTheme(const char* name) {
-    void* const library = dlopen("libgtk-3.so.0", RTLD_LAZY | RTLD_NOLOAD);
-    void* const objects = dlopen("libgobject-2.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
-    ASSERT_NE(library, nullptr);
-    ASSERT_NE(objects, nullptr);
-    const auto settings = reinterpret_cast<void* (*)()>(dlsym(library, "gtk_settings_get_default"));
-    const auto set = reinterpret_cast<void (*)(void*, const char*, ...)>(dlsym(objects, "g_object_set"));
-    set(settings(), "gtk-theme-name", name, nullptr);
+    g_object_set(gtk_settings_get_default(), "gtk-theme-name", name, nullptr);
 }
 
 class ToolkitLooks : public WindowTest {
