@@ -156,6 +156,12 @@ RegistryValue valueOf(std::string_view word, std::string_view data) {
                                           : RegistryValue{found->type, found->bytesOf(data)};
 }
 
+std::string subjectOf(std::string_view work, const RegistryChange::Key& key, std::string_view name) {
+    std::string subject(work);
+    subject.append(key.place).append("\\").append(key.path);
+    return name.empty() ? subject : subject.append(": ").append(name);
+}
+
 }  // namespace
 
 std::optional<RegistryRoot> registryRootOf(std::string_view place) {
@@ -247,7 +253,8 @@ bool RegistryChange::addValue(const Element& element) {
     const WriteResult result = writeValue(context_.machine.registry, value);
     if (!result.isDone()) {
         record.withdraw();
-        return reportFailure("FAILED to write the value ", element.key(), *element.valueName, result.status);
+        return reportFailedChange("FAILED to write the value ", element.key(), *element.valueName,
+                                  result.status);
     }
     return true;
 }
@@ -263,7 +270,7 @@ bool RegistryChange::addKey(const Element& element) {
     }
     record.withdraw();
     return status == platform::kRegOk ||
-           reportFailure("FAILED to create the key ", element.key(), "", status);
+           reportFailedChange("FAILED to create the key ", element.key(), "", status);
 }
 
 bool RegistryChange::removeValue(const Element& element) {
@@ -281,14 +288,17 @@ bool RegistryChange::removeKey(const Element& element) {
     return true;
 }
 
-// Always false. No status: the place isn't one of the hives.
+// These are always false. No status: the place isn't one of the hives.
+bool RegistryChange::reportFailedChange(std::string_view work, const Key& key, std::string_view name,
+                                        std::optional<int> status) {
+    context_.report.addError(subjectOf(work, key, name));
+    return reportFailure(work, key, name, status);
+}
+
+// What can't be taken back is told, but isn't an error of the uninstallation.
 bool RegistryChange::reportFailure(std::string_view work, const Key& key, std::string_view name,
                                    std::optional<int> status) {
-    std::string subject(work);
-    subject.append(key.place).append("\\").append(key.path);
-    if (!name.empty()) {
-        subject.append(": ").append(name);
-    }
+    const std::string subject = subjectOf(work, key, name);
     context_.debugLog.line("ERROR: " + subject);
     context_.report.addRegistryReason(subject, status.value_or(platform::kRegBadArgument));
     return false;
@@ -338,6 +348,7 @@ int RegistryChange::recordValue(const Element& element, const Value& value, Chan
 bool RegistryChange::reportUnrecorded(const Element& element, int status) {
     const std::string subject = "FAILED to change " + element.place + '\\' + element.path;
     context_.debugLog.line("ERROR: " + subject);
+    context_.report.addError(subject);
     if (status == kNotWritten) {
         context_.report.addReason(subject, kUnrecordedReason);
     } else {

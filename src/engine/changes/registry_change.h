@@ -116,6 +116,8 @@ private:
     bool undoValue(const Key& key, std::string_view name);
     bool removeCreatedKey(CreatedKey& key);
     void leaveToList(CreatedKey& key);
+    bool reportFailedChange(std::string_view work, const Key& key, std::string_view name,
+                            std::optional<int> status);
     bool reportFailure(std::string_view work, const Key& key, std::string_view name,
                        std::optional<int> status);
     bool isRecorded(const Element& element);

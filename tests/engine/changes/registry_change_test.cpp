@@ -105,6 +105,7 @@ TEST_F(RegistryActionTest, SaysWhichValueAndWhichKeyCouldNotBeWrittenAndGoesOn) 
         EXPECT_TRUE(ui_.calls[i].starts_with("addMessage(\"" + what[i] + ": ")) << ui_.calls[i];
         EXPECT_EQ(log_.lines()[i], "ERROR: " + what[i]);
     }
+    EXPECT_EQ(errors_, what);
 }
 
 TEST_F(RegistryActionTest, FailsNothingForWhatCannotBeRemoved) {
