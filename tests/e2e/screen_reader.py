@@ -258,7 +258,8 @@ class WindowsDisplay(Probe):
 
     def __init__(self):
         super().__init__([DISPLAY, "bash", "-c", 'echo "{\\"TANDREL_DISPLAY\\": \\"$DISPLAY\\"}"; exec cat'])
-        self.environment = {**self.answer(), "TANDREL_TOOLKIT_ASSERTS": "1"}
+        # A window manager that is late would leave Wine in the belief that a window is where it isn't.
+        self.environment = {**self.answer(), "TANDREL_TOOLKIT_ASSERTS": "1", "TANDREL_WINE_OWN_WINDOWS": "1"}
 
 
 class WindowsProbe(Probe):

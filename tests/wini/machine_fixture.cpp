@@ -1,11 +1,13 @@
 #include "wini/machine_fixture.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "fakes/temporary_directory.h"
 #include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
+#include "platform/processes.h"
 #include "platform/program.h"
 #include "support/utilities.h"
 
@@ -17,6 +19,18 @@ constexpr const char* kStopMark = "TANDREL_TEST_STOP_MARK";
 
 bool isSet(const char* name) {
     return !platform::systemEnvironment().get(name).value_or("").empty();
+}
+
+constexpr int kPatience = 1000;
+constexpr std::uint32_t kPause = 10;  // milliseconds
+
+// The processes that say that they are made of a file of this name.
+long countOf(const std::string& image) {
+    const std::string name = image.substr(image.find_last_of("/\\") + 1);
+    std::vector<platform::ProcessInfo> processes;
+    EXPECT_TRUE(platform::systemProcesses().list(processes));
+    return std::count_if(processes.begin(), processes.end(),
+                         [&](const platform::ProcessInfo& process) { return process.path.ends_with(name); });
 }
 
 class MachineEnvironment : public testing::Environment {
@@ -78,8 +92,13 @@ std::string MachineTest::commandOf(const std::string& childTest, const std::stri
 std::unique_ptr<platform::ChildProcess> MachineTest::startChild(const std::string& childTest,
                                                                 const std::string& image) {
     int error = 0;
+    const long before = countOf(image);
     auto child = platform::systemProcesses().start(commandOf(childTest, image).c_str(), "", error);
     EXPECT_NE(child, nullptr) << error;
+    // One that has just begun can't always say which file it is made of.
+    for (int i = 0; i < kPatience && child != nullptr && countOf(image) <= before && !child->wait(kPause);
+         ++i) {
+    }
     return child;
 }
 

@@ -137,6 +137,11 @@ LONG absolute(int pixel, int metric) {
     return size <= 0 ? 0 : static_cast<LONG>((pixel * 65536LL + size - 1) / size);
 }
 
+INPUT inputAt(int x, int y, DWORD button) {
+    return mouseInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | button, absolute(x, SM_CXSCREEN),
+                      absolute(y, SM_CYSCREEN));
+}
+
 }  // namespace
 
 bool pressKey(std::string_view name) {
@@ -171,8 +176,13 @@ bool typeText(std::string_view text) {
 }
 
 bool movePointer(int x, int y) {
-    return send({mouseInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, absolute(x, SM_CXSCREEN),
-                            absolute(y, SM_CYSCREEN))});
+    return send({inputAt(x, y, 0)});
+}
+
+// Under Wine a program that is late with the display's events puts the pointer back to where it was before,
+// so the button says where it is as well.
+bool clickAt(int x, int y) {
+    return send({inputAt(x, y, 0), inputAt(x, y, MOUSEEVENTF_LEFTDOWN), inputAt(x, y, MOUSEEVENTF_LEFTUP)});
 }
 
 bool movePointerInto(std::string_view title, int x, int y) {

@@ -11,8 +11,10 @@ namespace user_input {
 bool pressKey(std::string_view name);
 // UTF-8, whatever the keyboard's layout is. False: the system refuses it.
 bool typeText(std::string_view text);
-// In pixels of the screen.
+// These are in pixels of the screen.
 bool movePointer(int x, int y);
+// Moves the pointer there and presses its left button.
+bool clickAt(int x, int y);
 // To a place in the client area of the window with this title.
 bool movePointerInto(std::string_view title, int x, int y);
 // Of the left button, where the pointer is.

@@ -18,8 +18,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <iterator>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include "platform/windows/user_input.h"
 #include "platform/windows/wide_text.h"
@@ -55,13 +57,38 @@ std::string typeRest(std::istringstream& arguments) {
     return outcome(user_input::typeText(text), "type");
 }
 
+BOOL CALLBACK noteToolTip(HWND window, LPARAM isShown) {
+    wchar_t name[32] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    if (IsWindowVisible(window) != 0 && std::wstring_view(name) == L"tooltips_class32") {
+        *reinterpret_cast<bool*>(isShown) = true;
+    }
+    return TRUE;
+}
+
+bool isToolTipShown() {
+    bool isShown = false;
+    EnumWindows(noteToolTip, reinterpret_cast<LPARAM>(&isShown));
+    return isShown;
+}
+
+// The tip of one control may cover the next one until the pointer leaves.
+bool leaveToolTips() {
+    constexpr int kPatience = 1000;
+    bool isDone = user_input::movePointer(0, 0);
+    for (int i = 0; i < kPatience && isDone && isToolTipShown(); ++i) {
+        Sleep(10);
+    }
+    return isDone && !isToolTipShown();
+}
+
 std::string clickAt(std::istringstream& arguments) {
     int x = 0;
     int y = 0;
     if (!(arguments >> x >> y)) {
         return failed("click needs X and Y");
     }
-    return outcome(user_input::movePointer(x, y) && user_input::click(), "click");
+    return outcome(leaveToolTips() && user_input::clickAt(x, y), "click");
 }
 
 std::string closeWindow(std::istringstream& arguments) {
