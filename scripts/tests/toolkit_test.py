@@ -10,7 +10,7 @@ import time
 import unittest
 
 SCRIPTS = pathlib.Path(__file__).resolve().parent.parent
-RECIPE = ("scripts/lib/make-toolkit", "cmake/toolkit/CMakeLists.txt", "cmake/toolkit/WxOptions.cmake",
+RECIPE = ("scripts/lib/make-toolkit", "cmake/toolkit/CMakeLists.txt", "cmake/toolkit/WxOptions.cmake", "cmake/toolkit/png.dfa",
           "cmake/mingw-w64.cmake")
 WORKING = """#!/bin/bash
 [ "$(ls -A "$2")" = "" ] || exit 1

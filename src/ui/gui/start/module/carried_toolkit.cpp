@@ -1,8 +1,8 @@
 #include "ui/gui/start/carried_toolkit.h"
 
 #include <cstddef>
+#include <cstdlib>
 
-#include "platform/environment.h"
 #include "platform/memory_library.h"
 #include "ui/gui/start/module/gzip_expansion.h"
 
@@ -29,8 +29,9 @@ std::string_view carriedModule() {
 }
 
 bool isDisplayNamed() {
-    for (const std::string_view variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
-        if (!platform::systemEnvironment().get(variable).value_or(std::string()).empty()) {
+    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
+        const char* const value = std::getenv(variable);
+        if (value != nullptr && *value != '\0') {
             return true;
         }
     }
