@@ -1,12 +1,14 @@
 """What is on a screen, in the same words on both systems, and the probes that know it."""
 
 import atexit
+import contextlib
 import dataclasses
 import json
 import os
 import pathlib
 import signal
 import subprocess
+import sys
 
 from harness import HELPERS, TIMEOUT, TOP, WINDOWS, WinePrefix
 
@@ -110,7 +112,8 @@ class Probe:
         return answer
 
     def close(self):
-        self.process.stdin.close()
+        with contextlib.suppress(BrokenPipeError):
+            self.process.stdin.close()
         self.process.stdout.close()
         self.process.wait(timeout=TIMEOUT)
 
@@ -183,6 +186,7 @@ class LinuxProbe(Probe):
 
 # --- Windows
 
+MOST_PROBES = 5
 BOX_CLASS = "#32770"
 BUTTON_ROLES = {2: "check box", 3: "check box", 4: "radio button", 7: "border", 9: "radio button"}  # by BS_TYPEMASK
 STATIC_ROLES = {0xE: "picture", 0x5: "line"}  # SS_BITMAP, SS_GRAYRECT
