@@ -68,12 +68,9 @@ void setMargin(wxTextCtrl& lines, int margin) {
 }
 
 void showAsLink(wxButton& button) {
-    gtk_button_set_relief(GTK_BUTTON(button.GetHandle()), GTK_RELIEF_NONE);
-    // The rules live as long as the widget.
-    auto* const sheet = new StyleSheet;
-    sheet->apply(button.GetHandle(), kLink);
-    g_object_set_data_full(G_OBJECT(button.GetHandle()), "tandrel-link", sheet,
-                           [](gpointer owned) { delete static_cast<StyleSheet*>(owned); });
+    GtkWidget* const widget = button.GetHandle();
+    gtk_button_set_relief(GTK_BUTTON(widget), GTK_RELIEF_NONE);
+    ownSheet(widget, "tandrel-link").apply(widget, kLink);
 }
 
 }  // namespace native_look

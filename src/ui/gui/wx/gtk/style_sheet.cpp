@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr char kHeight[] = "tandrel-bar-height";
 constexpr int kBorder = 1;
 
 void destroySheet(gpointer sheet) {
@@ -39,13 +38,18 @@ void StyleSheet::addTo(GtkWidget* widget, gpointer provider) {
     }
 }
 
-void setBarHeight(GtkWidget* bar, int height, int margin) {
-    auto* sheet = static_cast<StyleSheet*>(g_object_get_data(G_OBJECT(bar), kHeight));
+StyleSheet& ownSheet(GtkWidget* widget, const char* name) {
+    auto* sheet = static_cast<StyleSheet*>(g_object_get_data(G_OBJECT(widget), name));
     if (sheet == nullptr) {
         sheet = new StyleSheet;
-        g_object_set_data_full(G_OBJECT(bar), kHeight, sheet, destroySheet);
+        g_object_set_data_full(G_OBJECT(widget), name, sheet, destroySheet);
     }
+    return *sheet;
+}
+
+void setBarHeight(GtkWidget* bar, int height, int margin) {
     const int trough = height - 2 * (kBorder + margin);
-    sheet->apply(bar, "trough{" + minimum(trough) + "padding:" + std::to_string(margin) + "px;}progress{" +
-                          minimum(trough - 2 * kBorder) + "}");
+    ownSheet(bar, "tandrel-bar-height")
+        .apply(bar, "trough{" + minimum(trough) + "padding:" + std::to_string(margin) + "px;}progress{" +
+                        minimum(trough - 2 * kBorder) + "}");
 }

@@ -24,5 +24,8 @@ private:
     bool applied_ = false;
 };
 
+// The sheet of this name that lives as long as the widget; made when it is first asked for.
+StyleSheet& ownSheet(GtkWidget* widget, const char* name);
+
 // A progress bar of this height, with a margin around what moves in it, in pixels.
 void setBarHeight(GtkWidget* bar, int height, int margin);
