@@ -85,6 +85,15 @@ class SampleInWindow(WindowTest):
         self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
         self.assertEqual(self.state(), before)
 
+    def remove_with_the_mouse(self, before):
+        """Afterwards the machine is as it was in the state `before`."""
+        removal = self.open_removal()
+        self.at_farewell(removal)
+        removal.click("Remove")
+        self.at_removed(removal)
+        removal.click("Finish")
+        self.assert_removed(removal, before)
+
     # --- the pages
 
     # Names of the pages of the installation, and the button that leads from each to the next.

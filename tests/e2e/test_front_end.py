@@ -107,6 +107,5 @@ class WithoutGtk(WithoutADisplay):
         return ["unshare", "--mount", *rights, "sh", "-ec", script, str(self.machine.root), str(program)]
 
 
-
 if __name__ == "__main__":
     main()

@@ -11,12 +11,7 @@ class Sample(SampleInWindow):
         self.walk_with_the_mouse(setup)
         self.assert_ended_well(setup)
         self.assert_installed()
-        removal = self.open_removal()
-        self.at_farewell(removal)
-        removal.click("Remove")
-        self.at_removed(removal)
-        removal.click("Finish")
-        self.assert_removed(removal, before)
+        self.remove_with_the_mouse(before)
 
     def test_is_installed_and_removed_with_the_keyboard(self):
         before = self.state()

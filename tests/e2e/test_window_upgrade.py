@@ -57,14 +57,6 @@ class Upgrading(SampleInWindow):
         records = ("uninstall/install.log", "uninstall/backup.bin", "samples/hello-setup" + EXE)
         return {name: data for name, data in files.items() if not name.endswith(records)}, keys
 
-    def remove(self):
-        removal = self.open_removal()
-        self.at_farewell(removal)
-        removal.click("Remove")
-        self.at_removed(removal)
-        removal.click("Finish")
-        self.assert_removed(removal, self.before)
-
     def test_the_new_version_takes_the_place_of_the_earlier_one(self):
         self.install_the_earlier_version()
         setup = self.open_setup()
@@ -76,7 +68,7 @@ class Upgrading(SampleInWindow):
         self.assertFalse(self.host("opt/tandrel/old.txt").exists())
         self.assertNotIn("of the earlier version", self.read_text("opt/tandrel/samples/hello.sh"))
         self.assertEqual(self.state()[1][0][""]["DisplayVersion"], ("REG_SZ", "1.0.0"))
-        self.remove()
+        self.remove_with_the_mouse(self.before)
 
     def test_a_failed_installation_is_taken_back_and_says_why(self):
         self.write("opt/tandrel/README.md/in the way", "")
@@ -97,7 +89,7 @@ class Upgrading(SampleInWindow):
         self.walk_over_it(setup)
         self.leave_after_the_failure(setup)
         self.assertEqual(self.product(), installed)
-        self.remove()
+        self.remove_with_the_mouse(self.before)
 
     def leave_after_the_failure(self, setup):
         view = setup.page("There were errors during the installation.", "Close")

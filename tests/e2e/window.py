@@ -99,12 +99,16 @@ class Window:
 
     def control(self, role, name):
         """The one control of this role and name in the active window, when it can be used."""
+        return self.control_that(lambda widget: widget.enabled, role, name, f"the {role} {name!r}")
+
+    def control_that(self, is_wanted, role, name, what):
+        """The one control of this role and name in the active window for which that is true."""
         def find(views):
             view = self.front(views)
-            found = [] if view is None else [w for w in view.all(role, name) if w.enabled]
+            found = [] if view is None else [w for w in view.all(role, name) if is_wanted(w)]
             return found[0] if len(found) == 1 else None
 
-        return self.wait_at_rest(find, f"the {role} {name!r}")
+        return self.wait_at_rest(find, what)
 
     def focused(self):
         def find(views):
@@ -130,12 +134,8 @@ class Window:
         self.wait_until_checked(role, name, checked)
 
     def wait_until_checked(self, role, name, checked):
-        def find(views):
-            view = self.front(views)
-            found = [] if view is None else [w for w in view.all(role, name) if w.checked == checked]
-            return found[0] if found else None
-
-        return self.wait_at_rest(find, f"the {role} {name!r} to be {'' if checked else 'not '}chosen")
+        return self.control_that(lambda widget: widget.checked == checked, role, name,
+                                 f"the {role} {name!r} to be {'' if checked else 'not '}chosen")
 
     def press_close_box(self):
         view = self.wait(self.front, "a window in front")
@@ -211,9 +211,4 @@ class Window:
             self.wait_for_text(role, name, text)
 
     def wait_for_text(self, role, name, text):
-        def find(views):
-            view = self.front(views)
-            found = [] if view is None else [w for w in view.all(role, name) if w.text == text]
-            return found[0] if found else None
-
-        return self.wait_at_rest(find, f"{text!r} in the {role} {name!r}")
+        return self.control_that(lambda widget: widget.text == text, role, name, f"{text!r} in the {role} {name!r}")
