@@ -295,7 +295,7 @@ bool RegistryChange::reportFailedChange(std::string_view work, const Key& key, s
     return reportFailure(work, key, name, status);
 }
 
-// What can't be taken back is told, but isn't an error of the uninstallation.
+// A failed undo is only reported: it isn't an error of the uninstallation.
 bool RegistryChange::reportFailure(std::string_view work, const Key& key, std::string_view name,
                                    std::optional<int> status) {
     const std::string subject = subjectOf(work, key, name);

@@ -4,7 +4,7 @@
 
 #include "ui/gui/toolkit/control.h"
 
-// What somebody is told of a control who can't see the screen. Texts are UTF-8.
+// What a screen reader learns about a control. Texts are UTF-8.
 struct SpokenControl {
     std::string name;
     std::string role;  // "button", "link", "check box", "radio button", "progress bar", "document", "list",
