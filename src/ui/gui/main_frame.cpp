@@ -326,9 +326,25 @@ void MainFrame::onFirstShow() {
 
 void MainFrame::goOn() {
     if (std::exchange(goesOnByItself_, false)) {
-        const EngineCall call(*this);
-        engine().shift(&surroundings_.ui, 1);
+        shift(1);
     }
+}
+
+// The system may be busy for long before it is idle, as with the layout of a long list.
+void MainFrame::shift(int count) {
+    {
+        const EngineCall call(*this);
+        engine().shift(&surroundings_.ui, count);
+    }
+    closeIfOver();
+}
+
+bool MainFrame::closeIfOver() {
+    const bool isOver = !isAtWork() && (engine().isCancelled() || engine().isFinished());
+    if (isOver) {
+        toolkit().closeFrame();
+    }
+    return isOver;
 }
 
 void MainFrame::onActivate(bool isActive) {
@@ -339,11 +355,7 @@ void MainFrame::onActivate(bool isActive) {
 }
 
 void MainFrame::onIdle() {
-    if (isAtWork()) {
-        return;
-    }
-    if (engine().isCancelled() || engine().isFinished()) {
-        toolkit().closeFrame();
+    if (isAtWork() || closeIfOver()) {
         return;
     }
     const std::uint64_t now = surroundings_.clock();
@@ -390,8 +402,7 @@ bool MainFrame::pressButton(ControlId button) {
         }
     }
     if (hasShift) {
-        const EngineCall call(*this);
-        engine().shift(&surroundings_.ui, description->shift);
+        shift(description->shift);
     }
     return true;
 }

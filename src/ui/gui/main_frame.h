@@ -88,6 +88,9 @@ private:
     void refreshCurrent(std::uint32_t flags, bool setFocus);
     void focusFirst();
     void goOn();
+    void shift(int count);
+    // True: the frame is closed, because the session has come to its end.
+    bool closeIfOver();
     void updateAccessKeys();
     bool pressButton(ControlId button);
     bool isAtWork() const { return engineCalls_ > 0; }

@@ -299,6 +299,15 @@ TEST_F(MainFrameTest, ClosesWhenTheSessionIsOver) {
     });
 }
 
+TEST_F(MainFrameTest, AStepThatEndsTheSessionClosesTheFrameWithoutAnIdleMoment) {
+    addButton("Finish", kButtonHasShift, "", 1);
+    run([this] {
+        press("Finish");
+        EXPECT_TRUE(session.finished);
+        EXPECT_TRUE(window.isClosed);
+    });
+}
+
 TEST_F(MainFrameTest, ClosesWithoutAnotherQuestionWhenTheSessionIsCancelled) {
     addButton("Cancel", kButtonHasAction, "Cancel");
     session.onAction = [this](const std::string&) { session.cancel(&ui); };

@@ -5,6 +5,7 @@
 
 #include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
+#include "ui/gui/wx/display.h"
 #include "ui/gui/wx/length_limit.h"
 #include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/rich_text_writer.h"
@@ -72,6 +73,15 @@ LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : P
     }
     native_look::setMargin(*lines_, marginOf(*lines_));
     lines_->ChangeValue(wideText(spec.text));
+}
+
+// The system would lay out all lines of a box that has left the page, before anything that waits for an idle
+// moment.
+LinesControl::~LinesControl() {
+    if (!display::isLost()) {
+        const display::Uninterrupted uninterrupted;
+        lines_->ChangeValue(wxString());
+    }
 }
 
 void LinesControl::setText(const wxString& text) {

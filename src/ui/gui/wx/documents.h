@@ -12,6 +12,7 @@
 class LinesControl : public PageControl {
 public:
     LinesControl(const ControlSite& site, const ControlSpec& spec);
+    ~LinesControl() override;
     void setText(const wxString& text) override;
     wxString text() const override { return lines_->GetValue(); }
     void appendText(const wxString& text) override { lines_->AppendText(text); }

@@ -48,7 +48,7 @@ void InstallerApp::run(ToolkitEvents& events) {
     caller_ = &events;
     events_.attach(&events);
     isEnding_ = false;
-    wxEventLoop loop;
+    WorkLoop loop;
     loop_ = &loop;
     acceptsWakes_ = true;
     // Events are handled while the caller starts, so the loop is the active one already.
@@ -71,7 +71,7 @@ void InstallerApp::processEvents() {
         return;
     }
     const ScopedCount yield(yields_);
-    loop_->YieldFor(wxEVT_CATEGORY_ALL);
+    loop_->handleWaiting();
 }
 
 void InstallerApp::wake() {

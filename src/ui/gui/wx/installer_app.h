@@ -1,7 +1,6 @@
 #pragma once
 
 #include <wx/app.h>
-#include <wx/evtloop.h>
 #include <wx/timer.h>
 
 #include <atomic>
@@ -10,6 +9,7 @@
 #include "ui/gui/wx/event_sink.h"
 #include "ui/gui/wx/page_controls.h"
 #include "ui/gui/wx/page_frame.h"
+#include "ui/gui/wx/work_loop.h"
 
 // The application of the toolkit: its loop, its clock, and its frame.
 class InstallerApp : public wxApp {
@@ -48,7 +48,7 @@ private:
     PageControls controls_{events_};
     ToolkitEvents* caller_ = nullptr;
     PageFrame* frame_ = nullptr;
-    wxEventLoop* loop_ = nullptr;
+    WorkLoop* loop_ = nullptr;
     wxTimer clock_;
     bool isLooping_ = false;
     bool isEnding_ = false;
