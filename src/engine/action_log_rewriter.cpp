@@ -101,8 +101,9 @@ bool skipBlock(LineReader& lines, std::string& outLine) {
 
 }  // namespace
 
-void ActionLogRewriter::copyLog(PStream& from, PFileStream& to,
+void ActionLogRewriter::copyLog(const std::string& content, PFileStream& to,
                                 const std::vector<LoggedVariable>& variables) {
+    PMemStream from(content);
     LineReader lines(from);
     Output out(to);
     std::string line;
@@ -113,11 +114,8 @@ void ActionLogRewriter::copyLog(PStream& from, PFileStream& to,
         out.write(record);
     }
     out.write(line);
-    while (lines.readLine(line, kVariableLineBuffer)) {
-        out.write(line);
-    }
-    const bool written = out.flush() && !lines.hasFailed();
-    if (!written) {
+    out.write(std::string_view(content).substr(static_cast<std::size_t>(lines.position())));
+    if (!out.flush()) {
         fail(kWriting, to.getName(), out.status());
     }
 }
@@ -138,7 +136,6 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
     if (status != 0) {
         fail("Opening action file", logPath, status);
     }
-    PMemStream from(content);
     PFileStream to(files_);
     // A taken name is somebody else's, or that of a run that was killed.
     const auto nameBeside = [&](int number) { return pathBeside(logPath, number); };
@@ -148,7 +145,7 @@ void ActionLogRewriter::rewriteActionLog(const std::string& logPath,
         fail("Creating temp file for new log", temporary, status);
     }
     try {
-        copyLog(from, to, variables);
+        copyLog(content, to, variables);
         takeRights(logPath, to);
     } catch (const InstallerError&) {
         to.close();

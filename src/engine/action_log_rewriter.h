@@ -4,9 +4,7 @@
 
 #include "engine/action_log_writer.h"
 
-class LineReader;
 class PFileStream;
-class PStream;
 namespace platform {
 class FileSystem;
 }
@@ -18,7 +16,7 @@ class ActionLogRewriter {
 public:
     explicit ActionLogRewriter(platform::FileSystem& files) : files_(files) {}
 
-    // Everything but the variable block is copied as it is, a line at a time. A line right after the block
+    // Everything but the variable block is copied as it is. A line right after the block
     // that holds the letters VAR anywhere counts as a part of the block and is lost; ActionLogWriter leaves
     // none. Throws InstallerError when the log can't be opened, has no block or ends with it, or when the new
     // log can't be written; the old log is untouched then.
@@ -29,7 +27,7 @@ public:
 
 private:
     void takeRights(const std::string& logPath, PFileStream& to);
-    void copyLog(PStream& from, PFileStream& to, const std::vector<LoggedVariable>& variables);
+    void copyLog(const std::string& content, PFileStream& to, const std::vector<LoggedVariable>& variables);
 
     platform::FileSystem& files_;
 };

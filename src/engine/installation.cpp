@@ -190,7 +190,9 @@ void Installation::finish(Report& report, bool leavesConfiguration,
     }
     isFinished_ = true;
     runActions("PostInstall", report);
+    report.pumpEvents();
     updateActionLog();
+    report.pumpEvents();
     if (leavesConfiguration) {
         exportConfiguration(report, directory);
     }

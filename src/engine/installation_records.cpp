@@ -215,11 +215,16 @@ bool InstallationRecords::closeArchive() {
 
 // The archive goes first: a log without the archive that it needs would be worth less than the earlier ones.
 bool InstallationRecords::publish() {
+    Report& report = job_.context.report;
+    report.pumpEvents();  // each step takes its time when there are many records
     const bool isLogWritten = closeLog();
+    report.pumpEvents();
     const bool written = closeArchive() && isLogWritten;
     noteFinalPlaces();
     addSumsOfEditedFiles();
+    report.pumpEvents();
     keepSums();
+    report.pumpEvents();
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
     const bool archivePublished = publishFile("backup file", temporaryArchive_, archivePath());
     const bool logPublished = publishFile("install log", temporaryLog_, logPath);
