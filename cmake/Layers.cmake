@@ -85,7 +85,10 @@ function(tandrel_program name folder)
     # Nothing above asks for it: platform/posix/exception_tables.cpp.
     target_link_options(${name} PRIVATE -Wl,-u,_dl_find_object)
   endif()
-  if(NOT TANDREL_SANITIZE)
+  if(TANDREL_SANITIZE)
+    # The names of functions stay, for reports.
+    target_link_options(${name} PRIVATE -Wl,--strip-debug)
+  else()
     target_link_options(${name} PRIVATE -s)
   endif()
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
