@@ -22,8 +22,9 @@ constexpr char kLink[] = "label{text-decoration-line:underline;}";
 }  // namespace
 
 void prepare() {
-    static StyleSheet sheet;
-    sheet.applyToAll(kLetters);
+    // Never deleted: at the end of the process the display may have gone in the middle of something.
+    static auto* const sheet = new StyleSheet;
+    sheet->applyToAll(kLetters);
     // Bars that come only with the mouse don't tell that there is more to read.
     g_object_set(gtk_settings_get_default(), "gtk-overlay-scrolling", FALSE, nullptr);
 }
