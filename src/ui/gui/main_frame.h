@@ -87,6 +87,7 @@ private:
     std::uint32_t flagsOf(const DialogField& field);
     void refreshCurrent(std::uint32_t flags, bool setFocus);
     void focusFirst();
+    void leaveUnusable(ControlId focused);
     void goOn();
     void updateAccessKeys();
     bool pressButton(ControlId button);
