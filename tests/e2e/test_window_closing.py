@@ -12,11 +12,20 @@ class CloseBox:
     """What it does to `window`."""
 
     def assert_refused(self, window, text):
-        window.press_close_box()
-        box = window.box(text)
-        self.assertEqual(box.title, "Cancel information")
-        self.assertEqual([button.name for button in box.all("button")], ["OK"])
-        window.click("OK")
+        """By the close box, and by all that means the same."""
+        for ask in (window.press_close_box, lambda: window.click("Cancel"), lambda: window.key("Escape")):
+            ask()
+            box = window.box(text)
+            self.assertEqual(box.title, "Cancel information")
+            self.assertEqual([button.name for button in box.all("button")], ["OK"])
+            window.click("OK")
+
+    def assert_at_work(self, window, text):
+        view = window.page(text, "Cancel")
+        self.assertFalse(view.one("button", "Next").enabled)
+        current, overall = (bar.value for bar in view.all("bar"))
+        self.assertLessEqual(current, 100)
+        self.assertLess(overall, 100)
 
     def assert_asks(self, window, page):
         """Declined at first: by the close box, and by the key that means the same."""
@@ -51,7 +60,7 @@ class AnInstallation(CloseBox, HeldSetup):
 
     def test_while_the_installation_runs_it_is_refused_and_the_work_is_finished(self):
         self.walk_to_the_installation()
-        self.setup.page("Copying.")
+        self.assert_at_work(self.setup, "Copying.")
         self.assert_refused(self.setup, RUNNING)
         self.release("AdditionalInstall")
         self.setup.page("It worked.")
@@ -99,7 +108,7 @@ class ARemoval(CloseBox, HeldRemoval):
 
     def test_while_the_removal_runs_it_is_refused_and_the_work_is_finished(self):
         self.walk_to_the_removal()
-        self.removal.page("Removing.")
+        self.assert_at_work(self.removal, "Removing.")
         self.assert_refused(self.removal, RUNNING)
         self.release("PreUninstall")
         self.removal.page("Bye.")
