@@ -12,11 +12,10 @@ CANCELLED = "The installation was cancelled\n"
 
 class LostDisplay:
     def lose_display(self, window):
-        """The server ends the connection of the program with the window in front."""
+        """The server ends the connection of the program with the window in front, which it doesn't ask."""
         title = window.wait(window.front, "a window in front").title
         subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$", "windowkill"], check=True,
                        timeout=TIMEOUT, stdout=subprocess.DEVNULL, env=self.machine.environment(window.probe.environment))
-        window.wait(lambda views: not views or None, "the end of the window", alive=False)
 
     def remove(self):
         for container in ("LookingBack", "PreUninstall"):
