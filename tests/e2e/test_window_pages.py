@@ -36,6 +36,10 @@ class CancelTest(SampleInWindow):
         view = self.at_running(window)
         self.assertFalse(view.one("button", forward).enabled)
         self.assertIn("packager" + EXE, view.one("lines").text)
+        # The button that had the focus can't be used, but keys still reach the window.
+        window.key("Escape")
+        window.answer(QUESTION, "No")
+        self.at_running(window)
 
 
 class Cancelling(CancelTest):

@@ -157,6 +157,7 @@ void MainFrame::validate() {
 }
 
 void MainFrame::updateNavigationState() {
+    const ControlId focused = toolkit().focused();
     const bool isHeld = engine().checkDialogCondition(&surroundings_.ui) == 0;
     const std::int32_t state = engine().getUiState();
     if (isHeld && !isWorking(state)) {
@@ -166,6 +167,14 @@ void MainFrame::updateNavigationState() {
         enableDisableable(true);
     } else if (state != kUiNoChange && state != -1) {
         enableDisableable(false);
+    }
+    leaveUnusable(focused);
+}
+
+// Keys that go to a control that can't be used go nowhere, not even those of the frame.
+void MainFrame::leaveUnusable(ControlId focused) {
+    if (focused != 0 && !(toolkit().isShown(focused) && toolkit().isEnabled(focused))) {
+        focusFirst();
     }
 }
 
@@ -178,6 +187,7 @@ void MainFrame::refreshDialog(int dialog, int sub, std::uint32_t flags, bool set
     if (!isWorking(engine().getUiState())) {
         engine().setUiState(kUiReady);
     }
+    const ControlId focused = toolkit().focused();
     toolkit().beginChanges();
     {
         const EngineCall call(*this);
@@ -204,6 +214,8 @@ void MainFrame::refreshDialog(int dialog, int sub, std::uint32_t flags, bool set
     toolkit().endChanges();
     if (setFocus) {
         focusFirst();
+    } else {
+        leaveUnusable(focused);
     }
 }
 

@@ -87,6 +87,7 @@ private:
     std::uint32_t flagsOf(const DialogField& field);
     void refreshCurrent(std::uint32_t flags, bool setFocus);
     void focusFirst();
+    void leaveUnusable(ControlId focused);
     void goOn();
     void shift(int count);
     // True: the frame is closed, because the session has come to its end.

@@ -234,6 +234,34 @@ TEST_F(MainFrameTest, AClosedGateDisablesWhatWaits) {
     });
 }
 
+TEST_F(MainFrameTest, TheFocusLeavesAButtonThatCanNoMoreBePressed) {
+    addButton("Next", kButtonHasShift | kButtonDisableable, "", 1);
+    addButton("Cancel", kButtonHasShift, "", 0);
+    bool isOpen = true;
+    session.onCheckCondition = [&isOpen] { return isOpen ? 1 : 0; };
+    run([&] {
+        EXPECT_EQ(window.focus, button("Next"));
+        isOpen = false;
+        ui.updateNavigationState();
+        EXPECT_EQ(window.focus, button("Cancel"));
+        isOpen = true;
+        ui.updateNavigationState();
+        EXPECT_EQ(window.focus, button("Cancel"));
+    });
+}
+
+TEST_F(MainFrameTest, TheFocusLeavesAButtonThatARefreshHides) {
+    addButton("Next", kButtonHasShift, "", 1).condition.assign("while");
+    addButton("Cancel", kButtonHasShift, "", 0);
+    session.conditions["while"] = 1;
+    run([&] {
+        EXPECT_EQ(window.focus, button("Next"));
+        session.conditions["while"] = 0;
+        ui.refreshDialog(0, -1, kAll, false);
+        EXPECT_EQ(window.focus, button("Cancel"));
+    });
+}
+
 TEST_F(MainFrameTest, NothingTakesTheMarkOffASessionAtWork) {
     addButton("Next", kButtonHasShift | kButtonDisableable, "", 1);
     addField(kFieldEditBox, "NAME");

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 
 // The connection to the screen, which can break at any time on a system where it is one. Has one
 // implementation for each system (gtk/, msw/).
 namespace display {
-
-// Thrown out of whatever called the window system, through code that isn't ours.
-struct Lost {};
 
 // Before wxWidgets starts, where the environment names a display on a system whose displays have names.
 // False: `outReason` gets one line. The locale of the process stays as it is, except for the character set.
@@ -19,14 +17,21 @@ bool isLost();
 // Pixels of the screen in a unit of length.
 double density();
 
-// While it lives, a lost display throws nothing: what it happens in finishes without effect. For the ends of
-// objects, which must not be left by an exception.
-class Uninterrupted {
-public:
-    Uninterrupted();
-    ~Uninterrupted();
-    Uninterrupted(const Uninterrupted&) = delete;
-    Uninterrupted& operator=(const Uninterrupted&) = delete;
-};
+// Calls `work(data)`. Whatever calls the window system is called through here, on the one thread of the
+// window; calls nest. False: the display has gone, before the call or during it. Then `work` was left where
+// it stood, and everything on the stack up to here is abandoned as it was: no destructor runs, because it
+// would call a window system that was interrupted in the middle of something.
+bool use(void (*work)(void*), void* data);
+
+// The same for anything that can be called without arguments.
+template <typename Work>
+bool use(Work&& work) {
+    using Called = std::remove_reference_t<Work>;
+    return use([](void* called) { (*static_cast<Called*>(called))(); }, &work);
+}
+
+// To be called before control goes back to the window system. Where the display has gone, it doesn't: the
+// innermost `use` returns instead.
+void leaveIfLost();
 
 }  // namespace display

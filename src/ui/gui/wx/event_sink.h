@@ -22,10 +22,10 @@ public:
             if (events_ != nullptr) {
                 call(*events_);
             }
-            leaveLostDisplay();
+            display::leaveIfLost();
         } else {
             const Result result = events_ != nullptr && call(*events_);
-            leaveLostDisplay();
+            display::leaveIfLost();
             return result;
         }
     }
@@ -41,12 +41,6 @@ public:
     }
 
 private:
-    static void leaveLostDisplay() {
-        if (display::isLost()) {
-            throw display::Lost();
-        }
-    }
-
     ToolkitEvents* events_ = nullptr;
     int depth_ = 0;
 };

@@ -26,16 +26,6 @@ void InstallerApp::OnAssertFailure(const wxChar* file, int line, const wxChar* /
     }
 }
 
-bool InstallerApp::OnExceptionInMainLoop() {
-    try {
-        throw;
-    } catch (const display::Lost&) {
-        throw;
-    } catch (...) {
-        return true;
-    }
-}
-
 int InstallerApp::FilterEvent(wxEvent& event) {
     PageFrame* const shown = frame();
     return shown != nullptr && shown->notice(event) ? Event_Processed : Event_Skip;
@@ -118,7 +108,6 @@ void InstallerApp::closeFrame() {
 }
 
 void InstallerApp::endFrame() {
-    const display::Uninterrupted uninterrupted;
     controls_.clear();
     controls_.destroyRetired();
     if (frame_ != nullptr) {

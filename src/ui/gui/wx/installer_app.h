@@ -19,11 +19,10 @@ public:
     bool OnInit() override { return true; }
     void OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,
                          const wxChar* message) override;
-    // Keeps what a handler throws from the code of the system, but for the loss of the display.
-    bool OnExceptionInMainLoop() override;
+    // Keeps what a handler throws from the code of the system.
+    bool OnExceptionInMainLoop() override { return true; }
     int FilterEvent(wxEvent& event) override;
 
-    // May throw display::Lost.
     void run(ToolkitEvents& events);
     void processEvents();
     // From any thread.

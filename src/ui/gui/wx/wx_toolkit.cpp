@@ -48,22 +48,34 @@ std::int32_t numberOf(const wxColour& colour) {
 
 }  // namespace
 
-template <typename Action>
-auto WxToolkit::guarded(Action action) -> decltype(action()) {
-    using Result = decltype(action());
-    if (works()) {
+template <typename Work>
+void WxToolkit::use(Work work) {
+    const bool isDone = display::use([&] {
         try {
-            return action();
-        } catch (const display::Lost&) {
-            // Told below.
+            work();
         } catch (...) {
             // What can't be shown is not shown.
         }
-        if (display::isLost()) {
-            app_->reportLostDisplay();
-        }
+    });
+    if (!isDone) {
+        app_->reportLostDisplay();
     }
-    return Result();
+}
+
+template <typename Action>
+auto WxToolkit::guarded(Action action) -> decltype(action()) {
+    using Result = decltype(action());
+    if constexpr (std::is_void_v<Result>) {
+        if (works()) {
+            use(action);
+        }
+    } else {
+        Result result = Result();
+        if (works()) {
+            use([&] { result = action(); });
+        }
+        return result;
+    }
 }
 
 template <typename Action>
@@ -90,12 +102,15 @@ bool WxToolkit::works() const {
 
 bool WxToolkit::open(TextReceiver& outReason) {
     if (!opened_) {
-        try {
-            opened_ = start(reason_);
-        } catch (...) {
-            opened_ = false;
-            reason_ = "the window system can't be started";
-        }
+        opened_ = false;
+        reason_ = "the window system can't be started";
+        display::use([this] {
+            try {
+                opened_ = start(reason_);
+            } catch (...) {
+                // The reason stands already.
+            }
+        });
     }
     if (!*opened_) {
         outReason.take(reason_);
@@ -114,7 +129,6 @@ bool WxToolkit::start(std::string& outReason) {
     int count = 0;
     if (!wxEntryStart(count, static_cast<wxChar**>(nullptr)) || !app_->CallOnInit()) {
         app_ = nullptr;
-        outReason = "the window system can't be started";
         return false;
     }
     return true;
@@ -124,14 +138,7 @@ void WxToolkit::run(ToolkitEvents& events) {
     if (app_ == nullptr || app_->isRunning() || display::isLost()) {
         return;
     }
-    try {
-        app_->run(events);
-    } catch (...) {
-        // Only the loss of the display comes this far; what ran is never used again.
-    }
-    if (display::isLost()) {
-        app_->reportLostDisplay();
-    }
+    use([&] { app_->run(events); });
 }
 
 void WxToolkit::processEvents() {

@@ -69,6 +69,9 @@ public:
 private:
     bool start(std::string& outReason);
     bool works() const;
+    // What `work` throws ends here.
+    template <typename Work>
+    void use(Work work);
     // These three do nothing and give a value of `Result` where the display has gone or the call fails. The
     // latter two also where there is no frame, or no control of that id.
     template <typename Action>

@@ -1,7 +1,6 @@
 #include "ui/gui/wx/display.h"
 
 #include <X11/Xlib.h>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
@@ -10,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <clocale>
+#include <csetjmp>
 #include <cstdlib>
 
 namespace display {
@@ -17,29 +17,39 @@ namespace display {
 namespace {
 
 std::atomic<bool> lost = false;
-int uninterrupted = 0;
 
-// The library calls this when the server doesn't answer any more, and ends the process if it returns. An
-// exception takes the way back to the caller, through C code that has nothing to put in order: nobody will
-// use this display again.
-int noteLoss(Display* /*connection*/) {
-    lost = true;
-    if (uninterrupted == 0) {
-        throw Lost();
+// A call that uses the display, as long as it lasts.
+class Use {
+public:
+    Use() : outer_(innermost_) { innermost_ = this; }
+    ~Use() { innermost_ = outer_; }
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+
+    static Use* innermost() { return innermost_; }
+    std::jmp_buf& beginning() { return beginning_; }
+
+private:
+    static Use* innermost_;
+    Use* const outer_;
+    std::jmp_buf beginning_{};
+};
+
+Use* Use::innermost_ = nullptr;
+
+// An exception would run the destructors on its way, which call GTK, whose own code was cut off in the middle
+// of it: a signal of GObject that is left like this breaks the next one.
+void abandon() {
+    if (Use* const use = Use::innermost()) {
+        std::longjmp(use->beginning(), 1);
     }
-    return 0;
 }
 
-void goOn(Display* /*connection*/, void* /*data*/) {}
-
-// Newer libraries let the process live; from then on each call fails by itself.
-void survive(Display* connection) {
-    using SetExitHandler = void (*)(Display*, void (*)(Display*, void*), void*);
-    const auto setExitHandler =
-        reinterpret_cast<SetExitHandler>(dlsym(RTLD_DEFAULT, "XSetIOErrorExitHandler"));
-    if (setExitHandler != nullptr) {
-        setExitHandler(connection, goOn, nullptr);
-    }
+// The library calls this when the server doesn't answer any more, and ends the process if it returns.
+int noteLoss(Display* /*connection*/) {
+    lost = true;
+    abandon();
+    return 0;
 }
 
 // What a library says about a display that it doesn't get is for its developers.
@@ -108,7 +118,6 @@ bool open(std::string& outReason) {
     }
     if (GDK_IS_X11_DISPLAY(gdk_display_get_default())) {
         XSetIOErrorHandler(noteLoss);
-        survive(gdk_x11_get_default_xdisplay());
     }
     return true;
 }
@@ -126,12 +135,22 @@ double density() {
     return monitor == nullptr ? 1.0 : gdk_monitor_get_scale_factor(monitor);
 }
 
-Uninterrupted::Uninterrupted() {
-    ++uninterrupted;
+bool use(void (*work)(void*), void* data) {
+    if (lost) {
+        return false;
+    }
+    Use use;
+    if (setjmp(use.beginning()) != 0) {
+        return false;
+    }
+    work(data);
+    return true;
 }
 
-Uninterrupted::~Uninterrupted() {
-    --uninterrupted;
+void leaveIfLost() {
+    if (lost) {
+        abandon();
+    }
 }
 
 }  // namespace display

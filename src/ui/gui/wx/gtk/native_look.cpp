@@ -17,15 +17,29 @@ constexpr char kLetters[] =
     "check,radio{min-width:1.05em;min-height:1.05em;}"
     "checkbutton check,radiobutton radio{margin:0 0.4em 0 0.1em;}";
 
+// A page is laid out for letters of one size. What the program itself sets, even to the value that there is,
+// counts more than what the desktop changes later.
+void keepLetters(GtkSettings* settings) {
+    for (const char* property : {"gtk-font-name", "gtk-xft-dpi"}) {
+        GValue value = G_VALUE_INIT;
+        g_object_get_property(G_OBJECT(settings), property, &value);
+        g_object_set_property(G_OBJECT(settings), property, &value);
+        g_value_unset(&value);
+    }
+}
+
 constexpr char kLink[] = "label{text-decoration-line:underline;}";
 
 }  // namespace
 
 void prepare() {
-    static StyleSheet sheet;
-    sheet.applyToAll(kLetters);
+    // Never deleted: at the end of the process the display may have gone in the middle of something.
+    static auto* const sheet = new StyleSheet;
+    sheet->applyToAll(kLetters);
+    GtkSettings* const settings = gtk_settings_get_default();
+    keepLetters(settings);
     // Bars that come only with the mouse don't tell that there is more to read.
-    g_object_set(gtk_settings_get_default(), "gtk-overlay-scrolling", FALSE, nullptr);
+    g_object_set(settings, "gtk-overlay-scrolling", FALSE, nullptr);
 }
 
 wxSize sizeOf(const wxString& text) {

@@ -16,8 +16,11 @@ double density() {
     return 1.0;
 }
 
-Uninterrupted::Uninterrupted() = default;
+bool use(void (*work)(void*), void* data) {
+    work(data);
+    return true;
+}
 
-Uninterrupted::~Uninterrupted() = default;
+void leaveIfLost() {}
 
 }  // namespace display

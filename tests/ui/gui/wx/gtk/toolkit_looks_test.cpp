@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "ui/gui/wx/gtk/desktop_settings.h"
 #include "ui/gui/wx/gtk/window_pixels.h"
 #include "ui/gui/wx/window_fixture.h"
 
@@ -26,6 +27,14 @@ bool isBrown(const Dot& dot) {
 // As a daemon for the desktop's settings tells it.
 void setDesktopTheme(const char* name) {
     g_object_set(gtk_settings_get_default(), "gtk-theme-name", name, nullptr);
+}
+
+// What the toolkit has heard of the desktop, whatever it makes of it.
+bool isDesktopSetting(const char* name, int wanted) {
+    GValue value = G_VALUE_INIT;
+    g_value_init(&value, G_TYPE_INT);
+    return gdk_screen_get_setting(gdk_screen_get_default(), name, &value) != FALSE &&
+           g_value_get_int(&value) == wanted;
 }
 
 class ToolkitLooks : public WindowTest {
@@ -168,5 +177,20 @@ TEST_F(ToolkitLooks, RowsOfTasksFollowTheColoursOfTheDesktop) {
         waitUntil([&] { return pixelsOf(list).count(isBright) > 20; }, "bright letters");
         waitUntil([&] { return pixelsOf(list).count(isDark) > 200 * 100 / 2; }, "a dark list");
         setDesktopTheme("Adwaita");
+    });
+}
+
+TEST_F(ToolkitLooks, LettersKeepTheirSizeWhenTheDesktopEnlargesItsOwn) {
+    inFrame([&] {
+        const Extent before = toolkit->measureText("Install the manual");
+        const ControlId choice = showBest(ControlKind::kCheckBox, "Install the manual");
+        const Place place = toolkit->place(choice);
+        toolkit->remove(choice);
+        DesktopSettings desktop;
+        desktop.setDensity(240);
+        waitUntil([] { return isDesktopSetting("gtk-xft-dpi", 240 * 1024); }, "larger letters");
+        toolkit->processEvents();
+        EXPECT_EQ(toolkit->measureText("Install the manual"), before);
+        EXPECT_EQ(toolkit->place(showBest(ControlKind::kCheckBox, "Install the manual")), place);
     });
 }
