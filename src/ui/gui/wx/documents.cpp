@@ -5,7 +5,6 @@
 
 #include "ui/gui/wx/accessibility.h"
 #include "ui/gui/wx/conversion.h"
-#include "ui/gui/wx/display.h"
 #include "ui/gui/wx/length_limit.h"
 #include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/rich_text_writer.h"
@@ -78,10 +77,7 @@ LinesControl::LinesControl(const ControlSite& site, const ControlSpec& spec) : P
 // The system would lay out all lines of a box that has left the page, before anything that waits for an idle
 // moment.
 LinesControl::~LinesControl() {
-    if (!display::isLost()) {
-        const display::Uninterrupted uninterrupted;
-        lines_->ChangeValue(wxString());
-    }
+    lines_->ChangeValue(wxString());
 }
 
 void LinesControl::setText(const wxString& text) {

@@ -5,9 +5,8 @@
 // A loop in which long work can stop to handle events. Has one implementation for each system (gtk/, msw/).
 class WorkLoop : public wxEventLoop {
 public:
-    // Handles what waits: input, timers, what is to be laid out and drawn. What the system keeps for an idle
-    // moment, such as the layout of lines that nobody sees, stays there as far as the system can tell. May be
-    // called while it runs, from a handler. May throw display::Lost.
+    // Handles what waits: input, timers, what is to be laid out and drawn. What GTK keeps for an idle moment,
+    // such as the layout of lines that nobody sees, stays there. May be called by what it handles.
     void handleWaiting();
 
     bool Pending() const override;
