@@ -261,8 +261,9 @@ class WindowsDisplay(Probe):
     """A display for the whole prefix: Wine's desktop, which serves all its programs, starts with the first of them."""
 
     def __init__(self):
-        super().__init__([DISPLAY, "bash", "-c", 'echo "{\\"TANDREL_DISPLAY\\": \\"$DISPLAY\\"}"; exec cat'])
-        # A window manager that is late would leave Wine in the belief that a window is where it isn't.
+        super().__init__([DISPLAY, "--unmanaged", "bash", "-c", 'echo "{\\"TANDREL_DISPLAY\\": \\"$DISPLAY\\"}"; exec cat'])
+        # A window manager that is late would leave Wine in the belief that a window is where it isn't, and take the keys
+        # from a window that has just come to the front.
         self.environment = {**self.answer(), "TANDREL_TOOLKIT_ASSERTS": "1", "TANDREL_WINE_OWN_WINDOWS": "1"}
 
 

@@ -28,6 +28,7 @@ class Window:
     def __init__(self, test, path, *arguments, env=None):
         self.test = test
         self.probe = screen_reader.probe()
+        self.seen = None  # the last look, until something is done
         self.out = tempfile.TemporaryFile()
         command = test.machine.direct_command(test.host(path)) + [str(a) for a in arguments]
         variables = {**test.machine.environment(env or {}), **self.probe.environment}
@@ -56,7 +57,7 @@ class Window:
         """The first result of find(views) that isn't None."""
         end = time.monotonic() + PATIENCE
         while True:
-            views = self.probe.views()
+            views = self.seen = self.probe.views()
             found = find(views)
             if found is not None:
                 return found
@@ -68,7 +69,7 @@ class Window:
 
     def wait_at_rest(self, find, what):
         """As `wait`, for what is the same twice in a row: a page is seen in the middle of its change as well."""
-        last = []
+        last = [] if self.seen is None else [find(self.seen)]
 
         def twice(views):
             found = find(views)
@@ -117,11 +118,15 @@ class Window:
 
         return self.wait_at_rest(find, "the focus")
 
+    def act(self, command):
+        self.seen = None
+        self.probe.act(command)
+
     # --- the mouse
 
     def click_on(self, widget):
         x, y, width, height = widget.rectangle
-        self.probe.act(f"click {x + width // 2} {y + height // 2}")
+        self.act(f"click {x + width // 2} {y + height // 2}")
 
     def click(self, name, role="button"):
         self.click_on(self.control(role, name))
@@ -139,7 +144,7 @@ class Window:
 
     def press_close_box(self):
         view = self.wait(self.front, "a window in front")
-        self.probe.act(f"close {view.handle}")
+        self.act(f"close {view.handle}")
 
     def answer(self, text, button):
         """Answers the box that says this."""
@@ -149,10 +154,10 @@ class Window:
     # --- the keyboard
 
     def key(self, *names):
-        self.probe.act("key " + " ".join(names))
+        self.act("key " + " ".join(names))
 
     def type(self, text):
-        self.probe.act("type " + text)
+        self.act("type " + text)
 
     def next_stop(self, before, key="Tab"):
         """Presses the key where the focus is at rest, and returns the control that has it then."""

@@ -2,10 +2,7 @@
 
 #include <oleacc.h>
 
-#include <chrono>
-#include <future>
-#include <memory>
-#include <thread>
+#include <algorithm>
 #include <vector>
 
 #include "platform/windows/com_objects.h"
@@ -13,8 +10,7 @@
 
 namespace {
 
-constexpr std::chrono::seconds kPatience{10};
-constexpr long kMostParts = 200;
+constexpr long kMostRows = 200;
 constexpr UINT kLongestWord = 100;
 
 struct StateWord {
@@ -79,64 +75,51 @@ std::optional<long> number(IAccessible& accessible, NumberGetter getter, long pa
     return isNumber ? std::optional(value) : std::nullopt;
 }
 
-json::Object describe(IAccessible& accessible, long part) {
-    json::Object object;
-    addText(object, "name", accessible, &IAccessible::get_accName, part);
-    if (const auto role = number(accessible, &IAccessible::get_accRole, part)) {
+void addRoleAndState(json::Object& object, IAccessible& accessible) {
+    if (const auto role = number(accessible, &IAccessible::get_accRole, CHILDID_SELF)) {
         object.addText("role", roleWord(*role)).addNumber("role_number", *role);
     }
-    if (const auto state = number(accessible, &IAccessible::get_accState, part)) {
+    if (const auto state = number(accessible, &IAccessible::get_accState, CHILDID_SELF)) {
         object.addNumber("state_bits", *state).add("states", stateWords(*state));
     }
-    addText(object, "value", accessible, &IAccessible::get_accValue, part);
-    addText(object, "description", accessible, &IAccessible::get_accDescription, part);
-    return object;
 }
 
-// Of the parts that aren't windows of their own.
-std::vector<std::string> parts(IAccessible& accessible, long rows) {
-    std::vector<std::string> found;
-    long count = 0;
-    if (rows > 0) {
-        count = rows;
-    } else if (accessible.get_accChildCount(&count) != S_OK) {
-        return found;
+std::vector<std::string> rowNames(IAccessible& accessible, long rows) {
+    std::vector<std::string> names;
+    for (long row = 1; row <= std::min(rows, kMostRows); ++row) {
+        json::Object object;
+        addText(object, "name", accessible, &IAccessible::get_accName, row);
+        names.push_back(object.str());
     }
-    for (long part = 1; part <= count && part <= kMostParts; ++part) {
-        platform::ComPointer<IDispatch> own;
-        platform::ComPointer<IAccessible> object;
-        if (accessible.get_accChild(partOf(part), own.receive()) == S_OK && own.get() != nullptr &&
-            own->QueryInterface(IID_IAccessible, object.receiveAny()) == S_OK) {
-            found.push_back(describe(*object.get(), CHILDID_SELF).str());
-        } else {
-            found.push_back(describe(accessible, part).str());
-        }
-    }
-    return found;
+    return names;
 }
 
-std::optional<std::string> answerOf(HWND window, long rows) {
-    const platform::ComApartment apartment;
+std::optional<std::string> answerOf(HWND window, const AccessibleQuestions& questions) {
     platform::ComPointer<IAccessible> accessible;
     if (AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
                                    accessible.receiveAny()) != S_OK) {
         return std::nullopt;
     }
-    json::Object object = describe(*accessible.get(), CHILDID_SELF);
-    if (rows > 0 || GetWindow(window, GW_CHILD) == nullptr) {
-        object.add("children", json::list(parts(*accessible.get(), rows)));
+    json::Object object;
+    addText(object, "name", *accessible.get(), &IAccessible::get_accName, CHILDID_SELF);
+    if (questions.roleAndState) {
+        addRoleAndState(object, *accessible.get());
+    }
+    if (questions.value) {
+        addText(object, "value", *accessible.get(), &IAccessible::get_accValue, CHILDID_SELF);
+    }
+    if (questions.description) {
+        addText(object, "description", *accessible.get(), &IAccessible::get_accDescription, CHILDID_SELF);
+    }
+    if (questions.rows > 0) {
+        object.add("children", json::list(rowNames(*accessible.get(), questions.rows)));
     }
     return object.str();
 }
 
 }  // namespace
 
-// The calls know no limit, so they are made on a thread that is left behind when the window hangs.
-std::optional<std::string> accessibleWindow(HWND window, long rows) {
-    std::promise<std::optional<std::string>> promise;
-    std::future<std::optional<std::string>> answer = promise.get_future();
-    std::thread([window, rows, promise = std::move(promise)]() mutable {
-        promise.set_value(answerOf(window, rows));
-    }).detach();
-    return answer.wait_for(kPatience) == std::future_status::ready ? answer.get() : std::nullopt;
+std::optional<std::string> accessibleWindow(HWND window, const AccessibleQuestions& questions,
+                                            AskingThread& asking) {
+    return asking.ask([window, questions] { return answerOf(window, questions); });
 }

@@ -5,7 +5,17 @@
 #include <optional>
 #include <string>
 
-// What a window says of itself to a screen reader, as a JSON object: its name, role, state, value and
-// description, and the names, roles and states of its parts. Nothing when it has no answer, or none within
-// some seconds. A list has `rows`, whatever it says of its parts; any other window 0.
-std::optional<std::string> accessibleWindow(HWND window, long rows);
+#include "platform/windows/window_probe/asking_thread.h"
+
+// What is asked besides the name. Each answer may cost a turn of the other program.
+struct AccessibleQuestions {
+    bool roleAndState = false;
+    bool value = false;
+    bool description = false;
+    long rows = 0;  // how many of a list have a name of their own
+};
+
+// What a window says of itself to a screen reader, as a JSON object. Nothing when it has no answer, or none
+// within some seconds.
+std::optional<std::string> accessibleWindow(HWND window, const AccessibleQuestions& questions,
+                                            AskingThread& asking);

@@ -25,6 +25,7 @@
 
 #include "platform/windows/user_input.h"
 #include "platform/windows/wide_text.h"
+#include "platform/windows/window_probe/asking_thread.h"
 #include "platform/windows/window_probe/json_text.h"
 #include "platform/windows/window_probe/window_tree.h"
 
@@ -98,12 +99,12 @@ std::string closeWindow(std::istringstream& arguments) {
     return outcome(IsWindow(window) != 0 && PostMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0) != 0, "close");
 }
 
-std::string answer(const std::string& line) {
+std::string answer(const std::string& line, AskingThread& asking) {
     std::istringstream arguments(line);
     std::string command;
     arguments >> command;
     if (command == "tree") {
-        return json::Object().add("windows", windowTree()).str();
+        return json::Object().add("windows", windowTree(asking)).str();
     }
     if (command == "key") {
         return pressKeys(arguments);
@@ -124,11 +125,12 @@ std::string answer(const std::string& line) {
 
 int main() {
     SetProcessDPIAware();
+    AskingThread asking;
     for (std::string line; std::getline(std::cin, line) && line != "quit" && line != "quit\r";) {
         if (!line.empty() && line.back() == '\r') {
             line.pop_back();
         }
-        std::cout << answer(line) << std::endl;
+        std::cout << answer(line, asking) << std::endl;
     }
     // A thread that asks a window that hangs is not waited for.
     std::_Exit(0);

@@ -47,6 +47,20 @@ bool isMark(LONG_PTR style) {
     }
 }
 
+// What the system's controls are and show is told by their messages. All others say it themselves.
+AccessibleQuestions questionsFor(HWND window, std::wstring_view className, long rows) {
+    if (className == WC_LISTVIEWW) {
+        return {.rows = rows};
+    }
+    if (className == WC_EDITW) {
+        return {.value = (GetWindowLongPtrW(window, GWL_STYLE) & ES_PASSWORD) != 0};
+    }
+    if (className == WC_BUTTONW || className == WC_STATICW || className == PROGRESS_CLASSW) {
+        return {};
+    }
+    return {.roleAndState = true, .value = true, .description = true};
+}
+
 bool hasFocus(HWND window) {
     GUITHREADINFO information{};
     information.cbSize = sizeof information;
@@ -67,6 +81,8 @@ std::string rectangleOf(HWND window) {
 
 class Tree {
 public:
+    explicit Tree(AskingThread& asking) : asking_(asking) {}
+
     std::string describeTop(HWND window) {
         json::Object object = describe(window);
         object.addFlag("active", GetForegroundWindow() == window);
@@ -90,7 +106,7 @@ private:
         object.addFlag("enabled", IsWindowEnabled(window) != 0);
         object.addFlag("focused", hasFocus(window));
         addContent(object, window, className);
-        addAccessible(object, window);
+        addAccessible(object, window, className);
         return object;
     }
 
@@ -114,13 +130,14 @@ private:
         return json::list(described);
     }
 
-    void addAccessible(json::Object& object, HWND window) {
-        if (!messages_.ask(window, WM_NULL)) {
+    void addAccessible(json::Object& object, HWND window, std::wstring_view className) {
+        if (messages_.isSilent(window)) {
             return;
         }
-        const bool isList = classOf(window) == WC_LISTVIEWW;
-        const LRESULT rows = isList ? messages_.ask(window, LVM_GETITEMCOUNT).value_or(0) : 0;
-        if (const std::optional<std::string> answer = accessibleWindow(window, static_cast<long>(rows))) {
+        const LRESULT rows =
+            className == WC_LISTVIEWW ? messages_.ask(window, LVM_GETITEMCOUNT).value_or(0) : 0;
+        const AccessibleQuestions questions = questionsFor(window, className, static_cast<long>(rows));
+        if (const std::optional<std::string> answer = accessibleWindow(window, questions, asking_)) {
             object.add("accessible", *answer);
         } else if (IsWindow(window) != 0 && !messages_.ask(window, WM_NULL)) {
             messages_.noteSilent(window);
@@ -138,6 +155,7 @@ private:
         return json::list(described);
     }
 
+    AskingThread& asking_;
     WindowMessages messages_;
 };
 
@@ -152,10 +170,10 @@ BOOL CALLBACK noteWindow(HWND window, LPARAM windows) {
 
 }  // namespace
 
-std::string windowTree() {
+std::string windowTree(AskingThread& asking) {
     std::vector<HWND> windows;
     EnumWindows(&noteWindow, reinterpret_cast<LPARAM>(&windows));
-    Tree tree;
+    Tree tree(asking);
     std::vector<std::string> described;
     for (HWND window : windows) {
         described.push_back(tree.describeTop(window));
