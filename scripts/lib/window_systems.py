@@ -46,8 +46,12 @@ class LinuxMachine:
         return [setup, f"-VARIABLE_INSTALL_DIR={self.target}", f"-VARIABLE_MENU_DIR={self.place}/menu",
                 "-VARIABLE_SHARE_SETUPS=1", "-VARIABLE_SHARE_PASSWORD=secret"]
 
+    def program(self, name):
+        """The file of a program of the installed product, and the command that starts it."""
+        return self.target / name, [self.target / name]
+
     def uninstall_command(self):
-        return [self.target / "uninstall/installer", f"-uninstall={self.target}/uninstall/install.log"]
+        return [*self.program("uninstall/installer")[1], f"-uninstall={self.target}/uninstall/install.log"]
 
 
 class WindowsMachine:
@@ -88,9 +92,13 @@ class WindowsMachine:
     def install_command(self, setup):
         return [TOP / "scripts/run-under-wine", setup]
 
+    def program(self, name):
+        """The file of a program of the installed product, and the command that starts it."""
+        path = self.TARGET + "\\" + name.replace("/", "\\") + ".exe"
+        return self.target / (name + ".exe"), [TOP / "scripts/run-under-wine", path]
+
     def uninstall_command(self):
-        return [TOP / "scripts/run-under-wine", self.TARGET + "\\uninstall\\installer.exe",
-                f"-uninstall={self.TARGET}\\uninstall\\install.log"]
+        return [*self.program("uninstall/installer")[1], f"-uninstall={self.TARGET}\\uninstall\\install.log"]
 
 
 @dataclass

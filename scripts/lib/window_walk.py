@@ -108,6 +108,13 @@ class Walk:
         self.take(page)
         self.screen.press("Return")
 
+    def pass_by(self, *pages):
+        """Without pictures."""
+        for page in pages:
+            self.await_page(page)
+            self.screen.picture("Tandrel")
+            self.screen.press("Return")
+
     def await_end(self):
         if self.program.wait(PATIENCE) != 0:
             raise Missing(f"a good end: exit code {self.program.returncode}")

@@ -175,7 +175,8 @@ wxColour DrawnWindow::background(const wxColour& otherwise) const {
     if (isActive() && colours_.activeBackground != -1) {
         return colourOf(colours_.activeBackground);
     }
-    return colours_.background == -1 ? otherwise : colourOf(colours_.background);
+    const wxColour colour = colours_.background == -1 ? otherwise : colourOf(colours_.background);
+    return IsThisEnabled() ? colour : between(colour, pageBackground());
 }
 
 wxColour DrawnWindow::foreground() const {

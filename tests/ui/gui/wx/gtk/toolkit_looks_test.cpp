@@ -4,8 +4,8 @@
 #include <string>
 
 #include "ui/gui/wx/gtk/desktop_settings.h"
-#include "ui/gui/wx/gtk/window_pixels.h"
 #include "ui/gui/wx/window_fixture.h"
+#include "ui/gui/wx/window_pixels.h"
 
 // Run with letters of the usual size, and with those of twice the size.
 

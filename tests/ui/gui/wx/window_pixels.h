@@ -14,7 +14,7 @@ struct Dot {
     friend bool operator==(const Dot&, const Dot&) = default;
 };
 
-// What the display shows at a place of a window.
+// What the display shows at a place of a window. How it is read is in gtk/ and msw/.
 class WindowPixels {
 public:
     // Without a display, a window with this title, or outside of it there are no dots.
@@ -25,5 +25,9 @@ public:
     int highest(const std::function<bool(const Dot&)>& isCounted) const;
 
 private:
-    std::vector<std::vector<Dot>> columns_;
+    using Columns = std::vector<std::vector<Dot>>;
+
+    static Columns read(const std::string& title, const Place& place);
+
+    Columns columns_;
 };
