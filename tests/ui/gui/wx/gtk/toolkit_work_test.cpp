@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "ui/gui/wx/gtk/window_pixels.h"
 #include "ui/gui/wx/window_fixture.h"
+#include "ui/gui/wx/window_pixels.h"
 
 // What is handled in the middle of long work.
 
