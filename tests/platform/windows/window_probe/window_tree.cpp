@@ -128,11 +128,19 @@ private:
         if (className == WC_BUTTONW && isMark(GetWindowLongPtrW(window, GWL_STYLE))) {
             object.addFlag("checked", messages_.ask(window, BM_GETCHECK) == LRESULT{BST_CHECKED});
         } else if (className == PROGRESS_CLASSW) {
-            object.addNumber("value", messages_.ask(window, PBM_GETPOS).value_or(-1));
-            object.addNumber("lowest", messages_.ask(window, PBM_GETRANGE, TRUE).value_or(-1));
-            object.addNumber("highest", messages_.ask(window, PBM_GETRANGE, FALSE).value_or(-1));
+            addPosition(object, window);
         } else if (className == WC_LISTVIEWW) {
             object.add("rows", rows(window));
+        }
+    }
+
+    // All of it or nothing: the bar may go away meanwhile.
+    void addPosition(json::Object& object, HWND bar) {
+        const std::optional<LRESULT> value = messages_.ask(bar, PBM_GETPOS);
+        const std::optional<LRESULT> lowest = messages_.ask(bar, PBM_GETRANGE, TRUE);
+        const std::optional<LRESULT> highest = messages_.ask(bar, PBM_GETRANGE, FALSE);
+        if (value && lowest && highest && *lowest < *highest) {
+            object.addNumber("value", *value).addNumber("lowest", *lowest).addNumber("highest", *highest);
         }
     }
 
