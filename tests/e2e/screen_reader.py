@@ -231,7 +231,7 @@ def windows_widget(node):
         return None
     # Wine shows the texts of password boxes to any program, but not to a screen reader.
     text = accessible.get("value", "") if role == "password box" else node["text"].replace("\r\n", "\n")
-    name = accessible.get("name", "") if role != "label" else text
+    name = accessible.get("name", "") if accessible and role != "label" else text
     # The rows of a list are read one by one.
     description = "\n".join(row.get("name", "") for row in accessible.get("children", ())) if role == "list" \
         else accessible.get("description", "")

@@ -94,10 +94,16 @@ std::vector<std::string> rowNames(IAccessible& accessible, long rows) {
     return names;
 }
 
-std::optional<std::string> answerOf(HWND window, const AccessibleQuestions& questions) {
+// What the window answered leads to its object once.
+HRESULT open(HWND window, LRESULT answer, platform::ComPointer<IAccessible>& outObject) {
+    return answer != 0 ? ObjectFromLresult(answer, IID_IAccessible, 0, outObject.receiveAny())
+                       : CreateStdAccessibleObject(window, static_cast<LONG>(OBJID_CLIENT), IID_IAccessible,
+                                                   outObject.receiveAny());
+}
+
+std::optional<std::string> describe(HWND window, LRESULT answer, const AccessibleQuestions& questions) {
     platform::ComPointer<IAccessible> accessible;
-    if (AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
-                                   accessible.receiveAny()) != S_OK) {
+    if (open(window, answer, accessible) != S_OK) {
         return std::nullopt;
     }
     json::Object object;
@@ -119,7 +125,7 @@ std::optional<std::string> answerOf(HWND window, const AccessibleQuestions& ques
 
 }  // namespace
 
-std::optional<std::string> accessibleWindow(HWND window, const AccessibleQuestions& questions,
+std::optional<std::string> accessibleWindow(HWND window, LRESULT answer, const AccessibleQuestions& questions,
                                             AskingThread& asking) {
-    return asking.ask([window, questions] { return answerOf(window, questions); });
+    return asking.ask([window, answer, questions] { return describe(window, answer, questions); });
 }

@@ -15,7 +15,8 @@ struct AccessibleQuestions {
     long rows = 0;  // how many of a list have a name of their own
 };
 
-// What a window says of itself to a screen reader, as a JSON object. Nothing when it has no answer, or none
-// within some seconds.
-std::optional<std::string> accessibleWindow(HWND window, const AccessibleQuestions& questions,
+// What a window says of itself to a screen reader, as a JSON object: its own object if it answered
+// WM_GETOBJECT, or the system's if that answer was 0. Nothing when there is no object, or no answer within
+// some seconds.
+std::optional<std::string> accessibleWindow(HWND window, LRESULT answer, const AccessibleQuestions& questions,
                                             AskingThread& asking);

@@ -24,17 +24,14 @@ std::optional<LRESULT> WindowMessages::ask(HWND window, UINT message, WPARAM fir
     return static_cast<LRESULT>(answer);
 }
 
-std::optional<std::wstring> WindowMessages::text(HWND window) {
+std::wstring WindowMessages::text(HWND window) {
     const std::optional<LRESULT> length = ask(window, WM_GETTEXTLENGTH);
     if (!length) {
-        return std::nullopt;
+        return {};
     }
     std::wstring text(static_cast<std::size_t>(std::clamp<LRESULT>(*length, 0, kLongestText)) + 1, L'\0');
-    const std::optional<LRESULT> copied =
-        ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-    if (!copied) {
-        return std::nullopt;
-    }
-    text.resize(std::min(static_cast<std::size_t>(std::max<LRESULT>(*copied, 0)), text.size() - 1));
+    const LRESULT copied =
+        ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data())).value_or(0);
+    text.resize(std::min(static_cast<std::size_t>(std::max<LRESULT>(copied, 0)), text.size() - 1));
     return text;
 }

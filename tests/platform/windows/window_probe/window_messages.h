@@ -12,7 +12,7 @@ class WindowMessages {
 public:
     // Nothing when the window doesn't answer.
     std::optional<LRESULT> ask(HWND window, UINT message, WPARAM first = 0, LPARAM second = 0);
-    std::optional<std::wstring> text(HWND window);
+    std::wstring text(HWND window);
     bool isSilent(HWND window) const { return silent_.contains(GetWindowThreadProcessId(window, nullptr)); }
     void noteSilent(HWND window) { silent_.insert(GetWindowThreadProcessId(window, nullptr)); }
 

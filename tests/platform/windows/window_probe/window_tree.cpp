@@ -17,6 +17,8 @@
 namespace {
 
 constexpr int kLongestClass = 256;
+constexpr int kLongestText = 4096;
+constexpr WPARAM kFromOutside = 0xFFFFFFFF;  // what the system gives to WM_GETOBJECT for another program
 
 // Desktop, task bar and tray, of the system or of what stands in for it.
 constexpr std::wstring_view kDesktopClasses[] = {
@@ -84,6 +86,7 @@ public:
     explicit Tree(AskingThread& asking) : asking_(asking) {}
 
     std::string describeTop(HWND window) {
+        messages_.ask(window, WM_NULL);  // when it hangs, nothing in it is asked
         json::Object object = describe(window);
         object.addFlag("active", GetForegroundWindow() == window);
         DWORD process = 0;
@@ -101,7 +104,7 @@ private:
         object.addNumber("hwnd", reinterpret_cast<LONG_PTR>(window));
         object.addText("class", className);
         object.addNumber("style", GetWindowLongPtrW(window, GWL_STYLE));
-        object.addText("text", messages_.text(window).value_or(L""));
+        object.addText("text", textOf(window, className));
         object.add("rect", rectangleOf(window));
         object.addFlag("enabled", IsWindowEnabled(window) != 0);
         object.addFlag("focused", hasFocus(window));
@@ -110,15 +113,34 @@ private:
         return object;
     }
 
+    // All but boxes have given their text to the system, which needs no turn of the program: one that waits
+    // for another program takes few turns.
+    std::wstring textOf(HWND window, std::wstring_view className) {
+        if (className == WC_EDITW) {
+            return messages_.text(window);
+        }
+        wchar_t text[kLongestText] = L"";
+        InternalGetWindowText(window, text, kLongestText);
+        return text;
+    }
+
     void addContent(json::Object& object, HWND window, std::wstring_view className) {
         if (className == WC_BUTTONW && isMark(GetWindowLongPtrW(window, GWL_STYLE))) {
             object.addFlag("checked", messages_.ask(window, BM_GETCHECK) == LRESULT{BST_CHECKED});
         } else if (className == PROGRESS_CLASSW) {
-            object.addNumber("value", messages_.ask(window, PBM_GETPOS).value_or(-1));
-            object.addNumber("lowest", messages_.ask(window, PBM_GETRANGE, TRUE).value_or(-1));
-            object.addNumber("highest", messages_.ask(window, PBM_GETRANGE, FALSE).value_or(-1));
+            addPosition(object, window);
         } else if (className == WC_LISTVIEWW) {
             object.add("rows", rows(window));
+        }
+    }
+
+    // All of it or nothing: the bar may go away meanwhile.
+    void addPosition(json::Object& object, HWND bar) {
+        const std::optional<LRESULT> value = messages_.ask(bar, PBM_GETPOS);
+        const std::optional<LRESULT> lowest = messages_.ask(bar, PBM_GETRANGE, TRUE);
+        const std::optional<LRESULT> highest = messages_.ask(bar, PBM_GETRANGE, FALSE);
+        if (value && lowest && highest && *lowest < *highest) {
+            object.addNumber("value", *value).addNumber("lowest", *lowest).addNumber("highest", *highest);
         }
     }
 
@@ -130,14 +152,17 @@ private:
         return json::list(described);
     }
 
+    // Of a window without an object of its own the system knows no more than it tells here, but for boxes.
     void addAccessible(json::Object& object, HWND window, std::wstring_view className) {
-        if (messages_.isSilent(window)) {
+        const LRESULT own =
+            messages_.ask(window, WM_GETOBJECT, kFromOutside, static_cast<LPARAM>(OBJID_CLIENT)).value_or(0);
+        if (messages_.isSilent(window) || (own == 0 && className != WC_EDITW)) {
             return;
         }
         const LRESULT rows =
             className == WC_LISTVIEWW ? messages_.ask(window, LVM_GETITEMCOUNT).value_or(0) : 0;
         const AccessibleQuestions questions = questionsFor(window, className, static_cast<long>(rows));
-        if (const std::optional<std::string> answer = accessibleWindow(window, questions, asking_)) {
+        if (const std::optional<std::string> answer = accessibleWindow(window, own, questions, asking_)) {
             object.add("accessible", *answer);
         } else if (IsWindow(window) != 0 && !messages_.ask(window, WM_NULL)) {
             messages_.noteSilent(window);
