@@ -31,9 +31,11 @@ void expectRights(MachineState& state, const std::string& path, const Item& file
     }
 }
 
-// Where a link was before, one that is there now can't be the product's.
-bool isUsersLink(const Item& file) {
-    return file.atFirst == Trap::kLink && file.later == Trap::kLink;
+// Where a link was before, one that is there now can't be the product's. Another installation found the
+// product's file there and knows nothing of the link.
+bool isUsersLink(const Item& file, Course course) {
+    const bool isInstalledOnce = course != Course::kInstallAgain && course != Course::kRepair;
+    return isInstalledOnce && file.atFirst == Trap::kLink && file.later == Trap::kLink;
 }
 
 // BackupExisting brings the earlier content back, unless the user has changed the file; without it the file
@@ -43,7 +45,7 @@ void expectFile(MachineState& state, const Item& item, Course course) {
     if (isRefused(item)) {
         return;
     }
-    if (!isKept(item, course) && !isUsersLink(item)) {
+    if (!isKept(item, course) && !isUsersLink(item, course)) {
         state.files.erase(path);
     } else if (item.later == Trap::kLink) {
         state.files[path] = linkTo(victimOf(item, kLater));
