@@ -28,6 +28,10 @@ void InstallerApp::OnAssertFailure(const wxChar* file, int line, const wxChar* /
 
 int InstallerApp::FilterEvent(wxEvent& event) {
     PageFrame* const shown = frame();
+    if (event.GetEventType() == wxEVT_CHAR_HOOK && loop_ != nullptr &&
+        loop_->keepForLater(static_cast<const wxKeyEvent&>(event))) {
+        return Event_Skip;
+    }
     return shown != nullptr && shown->notice(event) ? Event_Processed : Event_Skip;
 }
 
@@ -38,15 +42,15 @@ void InstallerApp::run(ToolkitEvents& events) {
     caller_ = &events;
     events_.attach(&events);
     isEnding_ = false;
-    WorkLoop loop;
-    loop_ = &loop;
+    const std::unique_ptr<WorkLoop> loop = WorkLoop::make();
+    loop_ = loop.get();
     acceptsWakes_ = true;
     // Events are handled while the caller starts, so the loop is the active one already.
-    const wxEventLoopActivator activator(&loop);
+    const wxEventLoopActivator activator(loop.get());
     clock_.Start(kSecond);
     if (events_.report([](ToolkitEvents& caller) { return caller.onStart(); }) && !isEnding_) {
         isLooping_ = true;
-        loop.Run();
+        loop->Run();
         isLooping_ = false;
     }
     acceptsWakes_ = false;

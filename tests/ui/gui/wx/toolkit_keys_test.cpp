@@ -23,7 +23,54 @@ protected:
     }
 };
 
+// Opens a box for Return and Escape, and presses the same key again when the box has been there for a while.
+class ToolkitKeysThatAsk : public WindowTest {
+public:
+    bool onEnter(bool /*boxUsesEnter*/) override {
+        ask("Return");
+        return true;
+    }
+    bool onClose() override {
+        ask("Escape");
+        return false;
+    }
+    void onTimer() override {
+        if (!answer_.empty() && ++timersOfBox_ == 2) {
+            key(answer_);
+        }
+    }
+
+protected:
+    int boxes_ = 0;
+    int timersOfBox_ = 0;
+
+private:
+    void ask(const std::string& answer) {
+        ++boxes_;
+        timersOfBox_ = 0;
+        answer_ = answer;
+        toolkit->showMessage("It can't be done.", "A box", MessageButtons::kOk, MessageSign::kInformation);
+        answer_.clear();
+    }
+
+    std::string answer_;
+};
+
 }  // namespace
+
+TEST_F(ToolkitKeysThatAsk, TheKeyThatOpensABoxDoesNotAnswerIt) {
+    inFrame([&] {
+        toolkit->setFocus(show(ControlKind::kButton, "Next"));
+        int expected = 0;
+        for (const char* name : {"Escape", "Return"}) {
+            key(name);
+            waitUntil([&] { return boxes_ > expected; }, "a box");
+            ++expected;
+            EXPECT_EQ(boxes_, expected);
+            EXPECT_GE(timersOfBox_, 2) << name << " closed it";
+        }
+    });
+}
 
 TEST_F(ToolkitKeys, TabFollowsTheOrderOfCreationThroughDocuments) {
     inFrame([&] {

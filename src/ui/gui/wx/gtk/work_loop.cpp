@@ -40,15 +40,24 @@ private:
     T before_;
 };
 
+class GtkWorkLoop : public WorkLoop {
+public:
+    void handleWaiting() override {
+        const Turn turn;
+        const Restored<const bool*> restored(isDone_, &turn.isDone());
+        YieldFor(wxEVT_CATEGORY_ALL);
+    }
+    // wxWidgets asks this for as long as it handles events.
+    bool Pending() const override { return isDone_ == nullptr ? WorkLoop::Pending() : !*isDone_; }
+
+    bool keepForLater(const wxKeyEvent& /*key*/) override { return false; }
+
+private:
+    const bool* isDone_ = nullptr;
+};
+
 }  // namespace
 
-void WorkLoop::handleWaiting() {
-    const Turn turn;
-    const Restored<const bool*> restored(isDone_, &turn.isDone());
-    YieldFor(wxEVT_CATEGORY_ALL);
-}
-
-// wxWidgets asks this for as long as it handles events.
-bool WorkLoop::Pending() const {
-    return isDone_ == nullptr ? wxEventLoop::Pending() : !*isDone_;
+std::unique_ptr<WorkLoop> WorkLoop::make() {
+    return std::make_unique<GtkWorkLoop>();
 }
