@@ -14,6 +14,9 @@ bool open(std::string& outReason);
 // From any thread.
 bool isLost();
 
+// What was changed is to be seen now, and not only when the next event is waited for.
+void flush();
+
 // Pixels of the screen in a unit of length.
 double density();
 

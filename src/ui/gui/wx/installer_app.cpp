@@ -105,6 +105,7 @@ void InstallerApp::closeFrame() {
     isEnding_ = true;
     if (frame_ != nullptr) {
         frame_->Hide();
+        display::flush();
     }
     if (isLooping_) {
         loop_->ScheduleExit();

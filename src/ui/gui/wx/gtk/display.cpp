@@ -126,6 +126,10 @@ bool isLost() {
     return lost;
 }
 
+void flush() {
+    gdk_display_flush(gdk_display_get_default());
+}
+
 double density() {
     GdkDisplay* const screens = gdk_display_get_default();
     GdkMonitor* monitor = screens == nullptr ? nullptr : gdk_display_get_primary_monitor(screens);
