@@ -294,6 +294,10 @@ class EndToEndTest(unittest.TestCase):
             self.assertLess(time.monotonic(), end, "the expected effect didn't happen")
             time.sleep(0.05)
 
+    def wait_for_the_uninstaller(self):
+        """The first program starts the one that removes, and doesn't wait for it."""
+        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
+
     def packager(self, *arguments, **options):
         return self.run_program("packager" + EXE, *arguments, **options)
 

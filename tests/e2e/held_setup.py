@@ -94,10 +94,6 @@ class HeldRemoval(HeldPackage):
         self.removal = Window(self, "opt/un/installer" + EXE, "-uninstall=" + self.native("opt/un/install.log"),
                               "-uninstallApp=Test Product")
 
-    def wait_until_over(self):
-        """The first program starts the one that removes, and doesn't wait for it."""
-        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
-
     def walk_to_the_removal(self):
         self.removal.page("Leaving.")
         self.removal.click("Next")

@@ -55,7 +55,7 @@ class SampleInWindow(WindowTest):
         if self.host("opt/tandrel/uninstall/install.log").exists():
             self.run_program("opt/tandrel/uninstall/installer" + EXE,
                              "-uninstall=" + self.native("opt/tandrel/uninstall/install.log"), "-uninstallApp=" + NAME, "-auto")
-            self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
+            self.wait_for_the_uninstaller()
 
     def state(self):
         """What the product may change."""
@@ -82,7 +82,7 @@ class SampleInWindow(WindowTest):
 
     def assert_removed(self, removal, before):
         self.assertEqual(removal.end(), (0, ""))
-        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
+        self.wait_for_the_uninstaller()
         self.assertEqual(self.state(), before)
 
     def remove_with_the_mouse(self, before):

@@ -41,7 +41,7 @@ class Sample(EndToEndTest):
         shutil.copy2(HELPERS / helper, self.host(helper))
         result = self.run_program(helper, "Tandrel Installer Tools")
         self.host(helper).unlink()
-        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
+        self.wait_for_the_uninstaller()
         return result
 
     def environment(self):

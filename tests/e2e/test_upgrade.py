@@ -187,7 +187,7 @@ class UpgradeTest(EndToEndTest):
         shutil.copy2(HELPERS / helper, self.host(helper))
         result = self.run_program(helper, name)
         self.host(helper).unlink()
-        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
+        self.wait_for_the_uninstaller()
         return result
 
     def expect_version(self, version):

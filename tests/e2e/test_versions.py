@@ -77,7 +77,7 @@ class SampleVersions(EndToEndTest):
         shutil.copy2(HELPERS / helper, self.host(helper))
         result = self.run_program(helper, NAME)
         self.host(helper).unlink()
-        self.wait_until(lambda: not list(self.machine.temp.glob("ormeluninst-*/ormeluninst.log")))
+        self.wait_for_the_uninstaller()
         return result
 
     # --- the state of the machine

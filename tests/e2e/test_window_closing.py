@@ -80,11 +80,11 @@ class ARemoval(CloseBox, HeldRemoval):
     """The words are those of an installation."""
 
     def assert_nothing_is_removed(self):
-        self.wait_until_over()
+        self.wait_for_the_uninstaller()
         self.assertEqual(self.tree("opt"), self.installed)
 
     def assert_all_is_removed(self):
-        self.wait_until_over()
+        self.wait_for_the_uninstaller()
         self.assertFalse(self.host("opt").exists())
 
     def setUp(self):

@@ -76,7 +76,7 @@ class InARemoval(LostDisplay, HeldRemoval):
         self.removal.page("Leaving.")
         installed = self.tree("opt")
         self.lose_display(self.removal)
-        self.wait_until_over()
+        self.wait_for_the_uninstaller()
         self.assertEqual(self.removal.end(), (0, GONE + CANCELLED))
         self.assertEqual(self.tree("opt"), installed)
         self.remove()
@@ -85,7 +85,7 @@ class InARemoval(LostDisplay, HeldRemoval):
         self.walk_to_the_removal()
         self.lose_display(self.removal)
         self.release("PreUninstall")
-        self.wait_until_over()
+        self.wait_for_the_uninstaller()
         self.assertEqual(self.removal.end(), (0, GONE))
         self.assertFalse(self.host("opt").exists())
 
