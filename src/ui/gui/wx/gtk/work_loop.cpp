@@ -2,58 +2,54 @@
 
 #include <gtk/gtk.h>
 
+#include <utility>
+
 namespace {
 
 // Behind all that can be seen: GTK lays out the lines of a text beyond its edges after what it draws.
 constexpr int kBehindDrawing = GDK_PRIORITY_REDRAW + 1;
 
-gboolean noteTurn(gpointer isDone) {
-    *static_cast<bool*>(isDone) = true;
-    return G_SOURCE_CONTINUE;
-}
-
-// Its turn comes when nothing waits that is more urgent.
+// Its turn comes when nothing waits that is more urgent. Turns nest.
 class Turn {
 public:
-    Turn() : source_(g_idle_add_full(kBehindDrawing, noteTurn, &isDone_, nullptr)) {}
-    ~Turn() { g_source_remove(source_); }
+    explicit Turn(const Turn*& innermost)
+        : innermost_(innermost),
+          outer_(std::exchange(innermost, this)),
+          source_(g_idle_add_full(kBehindDrawing, note, this, nullptr)) {}
+    ~Turn() {
+        g_source_remove(source_);
+        innermost_ = outer_;
+    }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
 
-    const bool& isDone() const { return isDone_; }
+    bool hasCome() const { return hasCome_; }
 
 private:
-    bool isDone_ = false;
+    static gboolean note(gpointer turn) {
+        static_cast<Turn*>(turn)->hasCome_ = true;
+        return G_SOURCE_CONTINUE;
+    }
+
+    const Turn*& innermost_;
+    const Turn* const outer_;
+    bool hasCome_ = false;
     guint source_;
-};
-
-template <typename T>
-class Restored {
-public:
-    Restored(T& value, T now) : value_(value), before_(value) { value = now; }
-    ~Restored() { value_ = before_; }
-    Restored(const Restored&) = delete;
-    Restored& operator=(const Restored&) = delete;
-
-private:
-    T& value_;
-    T before_;
 };
 
 class GtkWorkLoop : public WorkLoop {
 public:
     void handleWaiting() override {
-        const Turn turn;
-        const Restored<const bool*> restored(isDone_, &turn.isDone());
+        const Turn turn(turn_);
         YieldFor(wxEVT_CATEGORY_ALL);
     }
     // wxWidgets asks this for as long as it handles events.
-    bool Pending() const override { return isDone_ == nullptr ? WorkLoop::Pending() : !*isDone_; }
+    bool Pending() const override { return turn_ == nullptr ? WorkLoop::Pending() : !turn_->hasCome(); }
 
     bool keepForLater(const wxKeyEvent& /*key*/) override { return false; }
 
 private:
-    const bool* isDone_ = nullptr;
+    const Turn* turn_ = nullptr;  // none outside of handleWaiting
 };
 
 }  // namespace
