@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "ui/gui/wx/window_fixture.h"
-#include "ui/gui/wx/window_pixels.h"
 
 namespace {
 
@@ -25,8 +24,7 @@ TEST_F(ToolkitDrawing, AThemedButtonIsPalerWhileItCantBePressed) {
             const ControlId button = toolkit->add(spec);
             toolkit->show(button, true);
             const auto brownDots = [&] {
-                toolkit->redraw();
-                return WindowPixels(kTitle, kPlace).count([](const Dot& dot) { return dot == kBrownDot; });
+                return pixelsOf(button).count([](const Dot& dot) { return dot == kBrownDot; });
             };
             waitUntil([&] { return brownDots() > kPlace.width * kPlace.height / 2; }, "the button's colour");
             toolkit->enable(button, false);

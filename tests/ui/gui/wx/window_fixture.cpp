@@ -152,6 +152,11 @@ ControlId WindowTest::show(ControlKind kind, std::string_view text) {
     return control;
 }
 
+WindowPixels WindowTest::pixelsOf(ControlId control) {
+    toolkit->redraw();
+    return {kTitle, toolkit->place(control)};
+}
+
 std::string WindowTest::textOf(ControlId control) {
     CopiedText text;
     toolkit->text(control, text);

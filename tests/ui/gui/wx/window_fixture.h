@@ -11,6 +11,7 @@
 #include "ui/gui/toolkit/toolkit.h"
 #include "ui/gui/toolkit/toolkit_events.h"
 #include "ui/gui/wx/hand.h"
+#include "ui/gui/wx/window_pixels.h"
 
 // A frame on a real display, and somebody who sits in front of it (scripts/run-with-display). What the
 // toolkit reports is noted as words: "press 3", "enter", "text 2"; timers, idle and activation apart.
@@ -58,6 +59,8 @@ protected:
     // Shown, below the one before.
     ControlId show(ControlKind kind, std::string_view text = {});
     std::string textOf(ControlId control);
+    // Drawn anew.
+    WindowPixels pixelsOf(ControlId control);
     static std::string press(ControlId control) { return "press " + std::to_string(control); }
 
     Toolkit* toolkit = nullptr;

@@ -5,7 +5,6 @@
 
 #include "ui/gui/wx/gtk/desktop_settings.h"
 #include "ui/gui/wx/window_fixture.h"
-#include "ui/gui/wx/window_pixels.h"
 
 // Run with letters of the usual size, and with those of twice the size.
 
@@ -49,10 +48,6 @@ protected:
         const ControlId control = toolkit->add(spec);
         toolkit->show(control, true);
         return control;
-    }
-    WindowPixels pixelsOf(ControlId control) {
-        toolkit->redraw();
-        return {kTitle, toolkit->place(control)};
     }
     int letterHeight() { return toolkit->measureText("\xC3\x84g").height; }
 };

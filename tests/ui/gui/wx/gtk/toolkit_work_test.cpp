@@ -4,7 +4,6 @@
 #include <string>
 
 #include "ui/gui/wx/window_fixture.h"
-#include "ui/gui/wx/window_pixels.h"
 
 // What is handled in the middle of long work.
 
@@ -28,10 +27,7 @@ protected:
             toolkit->processEvents();
         }
     }
-    int darkDotsIn(ControlId control) {
-        toolkit->redraw();
-        return WindowPixels(kTitle, toolkit->place(control)).count(isDark);
-    }
+    int darkDotsIn(ControlId control) { return pixelsOf(control).count(isDark); }
 };
 
 }  // namespace
