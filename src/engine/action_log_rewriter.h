@@ -16,10 +16,10 @@ class ActionLogRewriter {
 public:
     explicit ActionLogRewriter(platform::FileSystem& files) : files_(files) {}
 
-    // Everything but the variable block is copied as it is. A line right after the block
-    // that holds the letters VAR anywhere counts as a part of the block and is lost; ActionLogWriter leaves
-    // none. Throws InstallerError when the log can't be opened, has no block or ends with it, or when the new
-    // log can't be written; the old log is untouched then.
+    // Everything but the variable block is copied as it is. A line right after the block that holds the
+    // letters VAR anywhere counts as a part of the block and is lost; ActionLogWriter leaves none. Throws
+    // InstallerError when the log can't be opened, has no block or ends with it, or when the new log can't be
+    // written; the old log is untouched then.
     void rewriteActionLog(const std::string& logPath, const std::vector<LoggedVariable>& variables);
 
     // Removes the new log that a killed run has left beside this one. Anything else of its name stays.

@@ -49,7 +49,7 @@ bool isMark(LONG_PTR style) {
     }
 }
 
-// What the system's controls are and show is told by their messages. All others say it themselves.
+// Messages show everything else about the system's own controls; any other window has to be asked.
 AccessibleQuestions questionsFor(HWND window, std::wstring_view className, long rows) {
     if (className == WC_LISTVIEWW) {
         return {.rows = rows};

@@ -17,6 +17,8 @@ constexpr char kLetters[] =
     "check,radio{min-width:1.05em;min-height:1.05em;}"
     "checkbutton check,radiobutton radio{margin:0 0.4em 0 0.1em;}";
 
+constexpr char kLink[] = "label{text-decoration-line:underline;}";
+
 // A page is laid out for letters of one size. What the program itself sets, even to the value that there is,
 // counts more than what the desktop changes later.
 void keepLetters(GtkSettings* settings) {
@@ -27,8 +29,6 @@ void keepLetters(GtkSettings* settings) {
         g_value_unset(&value);
     }
 }
-
-constexpr char kLink[] = "label{text-decoration-line:underline;}";
 
 }  // namespace
 

@@ -11,9 +11,9 @@ bool isLost() {
     return false;
 }
 
-// The program counts in pixels, as its manifest says.
 void flush() {}
 
+// The program counts in pixels, as its manifest says.
 double density() {
     return 1.0;
 }
