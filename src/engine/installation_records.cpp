@@ -194,7 +194,7 @@ void InstallationRecords::discard() {
 bool InstallationRecords::closeLog() {
     ActionLogWriter& log = job_.context.log;
     takeover_.writeRemainingFiles(log);
-    const bool isOnDisk = log.flush();
+    const bool isOnDisk = job_.context.report.pumpEventsDuring([&log] { return log.flush() ? 0 : -1; }) == 0;
     const bool isWritten = log.close() && isOnDisk;
     reportFault(temporaryLog_, log.failure());
     if (!isWritten) {
@@ -204,7 +204,8 @@ bool InstallationRecords::closeLog() {
 }
 
 bool InstallationRecords::closeArchive() {
-    const bool isOnDisk = job_.replaced.archive.flush() == 0;
+    auto& archive = job_.replaced.archive;
+    const bool isOnDisk = job_.context.report.pumpEventsDuring([&archive] { return archive.flush(); }) == 0;
     const bool isWritten = job_.replaced.archive.close() == 0 && isOnDisk;
     reportFault(temporaryArchive_, job_.replaced.archive.fault());
     if (!isWritten) {

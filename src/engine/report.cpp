@@ -1,5 +1,8 @@
 #include "engine/report.h"
 
+#include <chrono>
+#include <future>
+
 #include "contracts/installer_ui.h"
 #include "engine/overall_progress.h"
 #include "platform/error_text.h"
@@ -60,6 +63,19 @@ void Report::pumpEventsWhileCopying() {
     if (ui_ != nullptr) {
         ui_->pumpEventsWhileCopying();
     }
+}
+
+int Report::pumpEventsDuring(const std::function<int()>& work) {
+    constexpr std::chrono::milliseconds kOneLook(10);
+    if (ui_ == nullptr || ui_->isGraphical() == 0) {
+        return work();
+    }
+    // Where there is no thread to be had it is done by get().
+    std::future<int> result = std::async(work);
+    while (result.wait_for(kOneLook) == std::future_status::timeout) {
+        ui_->pumpEvents();
+    }
+    return result.get();
 }
 
 void Report::addLine(std::string_view text, bool flushNow) {

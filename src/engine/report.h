@@ -40,6 +40,10 @@ public:
     // Both give the front end time to handle its events; the second is for the loop that copies files.
     void pumpEvents();
     void pumpEventsWhileCopying();
+    // Gives the result of `work`. If there is a window, `work` runs on another thread while this one has the
+    // window's events handled, which must not touch what `work` uses. For calls in which the system takes its
+    // time.
+    int pumpEventsDuring(const std::function<int()>& work);
     void addLine(std::string_view text, bool flushNow);
     void flushLines();
     void addError(std::string_view text);

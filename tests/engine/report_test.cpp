@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <future>
+#include <string>
+#include <thread>
+#include <utility>
 
 #include "fakes/recording_ui.h"
 #include "platform/error_text.h"
@@ -54,6 +58,39 @@ TEST(ReportTest, DoesNothingWithoutFrontEndAndList) {
     report.flushLines();
     report.end();
     EXPECT_FALSE(report.ignoresErrors());
+}
+
+TEST(ReportTest, HandlesTheEventsOfAWindowWhileWorkIsDone) {
+    RecordingUI ui;
+    ui.graphical = 1;
+    std::promise<void> handled;
+    ui.onCall = [&handled, isFirst = true](const std::string& call) mutable {
+        if (call == "pumpEvents()" && std::exchange(isFirst, false)) {
+            handled.set_value();
+        }
+    };
+    Report report(&ui, nullptr);
+    EXPECT_EQ(report.pumpEventsDuring([seen = handled.get_future().share()] {
+        seen.wait();
+        return 7;
+    }),
+              7);
+    EXPECT_GE(ui.countOf("pumpEvents()"), 1);
+}
+
+TEST(ReportTest, WorksOnTheSameThreadWithoutAWindow) {
+    RecordingUI console;
+    for (RecordingUI* const ui : {&console, static_cast<RecordingUI*>(nullptr)}) {
+        Report report(ui, nullptr);
+        std::thread::id worker;
+        EXPECT_EQ(report.pumpEventsDuring([&worker] {
+            worker = std::this_thread::get_id();
+            return 7;
+        }),
+                  7);
+        EXPECT_EQ(worker, std::this_thread::get_id());
+    }
+    EXPECT_EQ(console.countOf("pumpEvents()"), 0);
 }
 
 TEST(ReportTest, AddsTheLineOfAChangeAndAnErrorWhenItFailed) {
