@@ -1,6 +1,7 @@
 #include "installer/installer_program.h"
 
 #include <algorithm>
+#include <future>
 #include <utility>
 
 #include "installer/administrator_test.h"
@@ -60,7 +61,7 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);
     logStart();
-    if (!chooseFrontEnd()) {
+    if (!chooseFrontEndDuringPackageTest()) {
         return kFailed;
     }
     makeSession();
@@ -116,6 +117,21 @@ void InstallerProgram::noteUnusedOptions() {
     if (!lines.empty()) {
         messages_.note(lines, platform::MessageIcon::kWarning);
     }
+}
+
+// Reading the package and opening a toolkit don't wait for each other.
+bool InstallerProgram::chooseFrontEndDuringPackageTest() {
+    const bool installsOwnPackage = !options_.uninstallLog && !options_.uninstallFile && !options_.binFile;
+    std::string path;
+    if (options_.gui == 0 || !installsOwnPackage || !platform_.environment.programPath(path)) {
+        return chooseFrontEnd();
+    }
+    // Where there is no thread to be had it is done by get().
+    std::future<bool> test =
+        std::async([this, &path] { return verifyInstallerChecksum(path, platform_.files); });
+    const bool isChosen = chooseFrontEnd();
+    isPackageWhole_ = test.get();
+    return isChosen;
 }
 
 // Where no window can be shown, a person at a terminal is asked there instead. Without one nobody could
@@ -183,7 +199,10 @@ int InstallerProgram::loadOwnPackage() {
     }
     debugLog_.line("Initializing with file=\"" + path +
                    "\", offset=" + std::to_string(static_cast<std::int32_t>(offset)));
-    if (!verifyInstallerChecksum(path, platform_.files)) {
+    if (!isPackageWhole_) {
+        isPackageWhole_ = verifyInstallerChecksum(path, platform_.files);
+    }
+    if (!*isPackageWhole_) {
         showError(
             "The checksum of the installer doesn't match. This could indicate a broken download.\n"
             "Please, try downloading again!");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,7 @@ public:
 private:
     void logStart();
     bool chooseFrontEnd();
+    bool chooseFrontEndDuringPackageTest();
     void refuseWithoutFrontEnd(const std::string& reason);
     void noteUnusedOptions();
     void makeSession();
@@ -74,6 +76,7 @@ private:
     SystemServices services_;
     AnswersFile answers_;
     NestedSessions nestedSessions_;
+    std::optional<bool> isPackageWhole_;  // empty until it has been tested
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<GenericUI> ui_;
 };

@@ -343,6 +343,17 @@ TEST_F(InstallerProgramTest, AWindowThatCannotBeMadeIsToldInABox) {
     EXPECT_EQ(boxTexts(), std::vector<std::string>{"The installation can't start: the window can't be made"});
 }
 
+TEST_F(InstallerProgramTest, AWindowIsNotMadeForAPackageWithAFailedChecksum) {
+    EXPECT_EQ(run({"-debug=1"}), 0);
+    EXPECT_EQ(windows_.questions, 1);
+    EXPECT_TRUE(windows_.made.empty());
+    EXPECT_EQ(boxTexts(),
+              std::vector<std::string>{
+                  "The checksum of the installer doesn't match. This could indicate a broken download.\n"
+                  "Please, try downloading again!"});
+    EXPECT_TRUE(logHolds("ERROR: The installer checksum failed!"));
+}
+
 TEST_F(InstallerProgramTest, TheConsoleTakesOverWhereAPersonIsAtATerminal) {
     windows_.available = false;
     machine_.console.inputIsTerminal = true;
