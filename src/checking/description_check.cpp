@@ -1,0 +1,15 @@
+#include "checking/description_check.h"
+
+#include "checking/source_document.h"
+#include "checking/word_check.h"
+
+std::vector<Finding> checkDescription(std::string_view text, const CheckOptions& options,
+                                      platform::FileSystem& files) {
+    Findings findings(text);
+    SourceDocument source;
+    if (source.read(text, findings)) {
+        const CheckContext context(source, options.targets, findings, files, options.root);
+        checkWords(context);
+    }
+    return findings.sorted();
+}
