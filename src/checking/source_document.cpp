@@ -103,8 +103,11 @@ private:
                           : "of this text of " + strict.name + " a setup only reads \"" + read + "\"");
     }
 
+    // The reason is known where the strict reader has told something already.
     void report(std::size_t at, const std::string& message) {
-        findings_.add("form-read-differently", at, message);
+        if (findings_.empty()) {
+            findings_.add("form-read-differently", at, message);
+        }
     }
 
     const std::vector<StrictElement>& strict_;

@@ -89,7 +89,9 @@ struct StrictReader::Handlers {
         }
     }
     static void doctype(void* self, const char*, const char*, const char*, int) {
-        of(self).reader.findings_.add("form-doctype", of(self).at(),
+        // The event is that of the name's end.
+        const std::string_view before = of(self).reader.text_.substr(0, of(self).at());
+        of(self).reader.findings_.add("form-doctype", before.rfind('<'),
                                       "a setup doesn't know document types and reads this as an element");
         of(self).reader.isRefused_ = true;
         XML_StopParser(of(self).parser, XML_FALSE);
@@ -228,8 +230,9 @@ void StrictReader::reportInvalidToken(std::size_t at) {
     } else if (text_.substr(0, at).rfind("<!--") != std::string_view::npos &&
                text_.find("-->", text_.substr(0, at).rfind("<!--") + 4) + 2 >= at) {
         findings_.add("form-comment", at, "there are two dashes within this comment");
-    } else if (rest.starts_with("&")) {
-        findings_.add("form-reference", at, "this & doesn't begin a reference");
+    } else if (rest.starts_with("&") || (at > 0 && text_[at - 1] == '&')) {
+        findings_.add("form-reference", rest.starts_with("&") ? at : at - 1,
+                      "this & doesn't begin a reference");
     } else if (isInTag && at > 0 && text_[text_.find_last_not_of(kBlanks, at - 1)] == '=') {
         findings_.add("form-unquoted-attribute", at, "this value isn't in quotes");
     } else if (isInTag && rest.starts_with("<")) {
