@@ -19,6 +19,7 @@ constexpr CommandName kCommands[] = {
     {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
     {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
     {"text", PackagerCommand::kText},       {"check", PackagerCommand::kCheck},
+    {"new", PackagerCommand::kNew},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -117,6 +118,8 @@ private:
                 return &result_.document;
             case PackagerCommand::kCheck:
                 return &result_.checked;
+            case PackagerCommand::kNew:
+                return &result_.directory;
             default:
                 return &result_.package;
         }
@@ -185,6 +188,9 @@ private:
             case PackagerCommand::kText:
                 checkText();
                 break;
+            case PackagerCommand::kNew:
+                need(result_.directory, "the directory");
+                break;
             case PackagerCommand::kCheck:
                 need(result_.checked, "the description");
                 needWord(result_.systems, "--target", {"windows", "linux", "both"});
@@ -246,6 +252,7 @@ private:
 constexpr const char* kOverview =
     "packager - makes self-extracting installers and looks into them\n"
     "\n"
+    "  packager new      writes a template of a product to begin with\n"
     "  packager check    finds mistakes in a description\n"
     "  packager build    makes a package of a description and a product's files\n"
     "  packager list     shows the files of a package\n"
@@ -288,6 +295,12 @@ constexpr const char* kCheckHelp =
     "  --strict         let warnings fail, too\n"
     "\n"
     "Exit codes: 0 no error, 1 an error (with --strict also a warning), 2 wrong use.\n";
+
+constexpr const char* kNewHelp =
+    "packager new DIR\n"
+    "\n"
+    "Writes the description of a small product for Linux and Windows, and its files, into the\n"
+    "directory, which is made if necessary. Files that are there already are never replaced.\n";
 
 constexpr const char* kListHelp =
     "packager list PACKAGE\n"
@@ -360,6 +373,8 @@ std::string helpText(PackagerCommand command) {
             return kTextHelp;
         case PackagerCommand::kCheck:
             return kCheckHelp;
+        case PackagerCommand::kNew:
+            return kNewHelp;
         case PackagerCommand::kNone:
             break;
     }

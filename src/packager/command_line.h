@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText, kCheck };
+enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText, kCheck, kNew };
 
 // What the command line asks for.
 struct CommandLine {
@@ -27,6 +27,8 @@ struct CommandLine {
     std::string systems;  // of check; "windows", "linux" or "both"
     std::string format;   // of check; "text", "json" or "sarif"
     bool strict = false;  // of check
+
+    std::string directory;  // of new
 
     std::string package;
     std::string target;                // of extract

@@ -25,6 +25,9 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
         case PackagerCommand::kText:
             runText(commandLine, output, files);
             return true;
+        case PackagerCommand::kNew:
+            runNew(commandLine, output, files);
+            return true;
         case PackagerCommand::kCheck:
             return runCheck(commandLine, output, files);
         case PackagerCommand::kNone:

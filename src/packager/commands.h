@@ -16,6 +16,8 @@ bool runCheck(const CommandLine& commandLine, PackagerOutput& output, platform::
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+// Writes the template of a product into a directory in which none of its files is.
+void runNew(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 
 // The whole tool, from the arguments after the program's name to the exit code: 0 done, 1 failed, 2 wrong
