@@ -13,9 +13,9 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
-    {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
-    {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
-    {"text", PackagerCommand::kText},
+    {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
+    {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
+    {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -42,6 +42,9 @@ constexpr OptionRule kOptions[] = {
     {"stripes", nullptr, nullptr, &CommandLine::stripes, 1, SolidFormat::kMaxChunks, PackagerCommand::kBuild},
     {"level", nullptr, nullptr, &CommandLine::level, 1, 9, PackagerCommand::kBuild},
     {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"description", &CommandLine::description, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
     {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kExtract},
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
@@ -103,6 +106,7 @@ private:
     std::string* placeOfOperand() {
         switch (result_.command) {
             case PackagerCommand::kBuild:
+            case PackagerCommand::kExpand:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
@@ -164,6 +168,10 @@ private:
                     need(result_.image, "--image");
                 }
                 break;
+            case PackagerCommand::kExpand:
+                need(result_.description, "--description");
+                need(result_.root, "--root");
+                break;
             case PackagerCommand::kExtract:
                 need(result_.package, "the package");
                 need(result_.target, "--to");
@@ -209,6 +217,7 @@ constexpr const char* kOverview =
     "packager - makes self-extracting installers and looks into them\n"
     "\n"
     "  packager build    makes a package of a description and a product's files\n"
+    "  packager expand   shows a description with files in the place of its trees\n"
     "  packager list     shows the files of a package\n"
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
@@ -222,7 +231,8 @@ constexpr const char* kBuildHelp =
     "               [--bin] [--stripes N] [--level 1..9] [--old-checksum]\n"
     "\n"
     "  --description FILE  the product's install.xml; it becomes the first file of the package\n"
-    "  --root DIR          the directory in which the texts of the FN elements are looked up\n"
+    "  --root DIR          the directory in which Tree elements and the texts of FN elements are\n"
+    "                      looked up\n"
     "  --image IMAGE       the bare installer, for Linux (ELF) or Windows (PE); also what an FN\n"
     "                      named installer.exe or installer stands for when there is no such file\n"
     "  --output FILE       the package to make; an existing one is replaced when all went well\n"
@@ -233,6 +243,16 @@ constexpr const char* kBuildHelp =
     "  --old-checksum      write the trailer of unsigned packages of older tools\n"
     "\n"
     "The same input gives the same bytes on every machine.\n";
+
+constexpr const char* kExpandHelp =
+    "packager expand --description FILE --root DIR [--image IMAGE]\n"
+    "\n"
+    "Shows the description that `packager build` packs: with an FN for each file, and a shortcut for\n"
+    "each symbolic link, in the place of each Tree. A description without a Tree is shown as it is.\n"
+    "\n"
+    "  --description FILE  the product's install.xml\n"
+    "  --root DIR          the directory in which trees and files are looked up\n"
+    "  --image IMAGE       the bare installer; names that its system can't have are refused\n";
 
 constexpr const char* kListHelp =
     "packager list PACKAGE\n"
@@ -295,6 +315,8 @@ std::string helpText(PackagerCommand command) {
     switch (command) {
         case PackagerCommand::kBuild:
             return kBuildHelp;
+        case PackagerCommand::kExpand:
+            return kExpandHelp;
         case PackagerCommand::kList:
             return kListHelp;
         case PackagerCommand::kExtract:

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText };
+enum class PackagerCommand { kNone, kBuild, kExpand, kList, kExtract, kVerify, kText };
 
 // What the command line asks for.
 struct CommandLine {

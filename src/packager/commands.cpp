@@ -11,6 +11,8 @@ void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
     switch (commandLine.command) {
         case PackagerCommand::kBuild:
             return runBuild(commandLine, output, files, environment);
+        case PackagerCommand::kExpand:
+            return runExpand(commandLine, output, files);
         case PackagerCommand::kList:
             return runList(commandLine, output, files);
         case PackagerCommand::kExtract:
