@@ -352,6 +352,7 @@ inline constexpr std::string_view kActionDetails[] = {"NoExpansion", "NoPathCorr
 inline constexpr std::string_view kShortcutTypes[] = {"Symlink", "File", "URL", "Uninstall"};
 inline constexpr std::string_view kProtocols[] = {"TCP", "UDP"};
 inline constexpr std::string_view kFileCommands[] = {"AddAfter"};
+inline constexpr std::string_view kRegistryTypes[] = {"REG_SZ", "REG_DWORD", "REG_BINARY"};
 
 inline constexpr WordList kWordLists[] = {
     {"kinds of elements", "dialogs.md", kElementKinds},
@@ -375,6 +376,7 @@ inline constexpr WordList kWordLists[] = {
     {"types of shortcuts", "system-changes.md", kShortcutTypes},
     {"protocols of a port", "system-changes.md", kProtocols},
     {"commands of ModifyFiles", "system-changes.md", kFileCommands},
+    {"types of registry values", "system-changes.md", kRegistryTypes},
 };
 
 constexpr bool isElement(std::string_view name) {
