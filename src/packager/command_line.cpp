@@ -16,10 +16,10 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
-    {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
-    {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
-    {"text", PackagerCommand::kText},       {"check", PackagerCommand::kCheck},
-    {"new", PackagerCommand::kNew},
+    {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
+    {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
+    {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
+    {"check", PackagerCommand::kCheck},   {"new", PackagerCommand::kNew},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -48,6 +48,9 @@ constexpr OptionRule kOptions[] = {
     {"level", nullptr, nullptr, &CommandLine::level, 1, 9, PackagerCommand::kBuild},
     {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, 0, PackagerCommand::kBuild},
     {"allow", nullptr, nullptr, nullptr, 0, 0, PackagerCommand::kBuild, &CommandLine::allowed},
+    {"description", &CommandLine::description, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
     {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
     {"target", &CommandLine::systems, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
     {"format", &CommandLine::format, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
@@ -113,6 +116,7 @@ private:
     std::string* placeOfOperand() {
         switch (result_.command) {
             case PackagerCommand::kBuild:
+            case PackagerCommand::kExpand:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
@@ -180,6 +184,10 @@ private:
                     need(result_.image, "--image");
                 }
                 checkAllowed();
+                break;
+            case PackagerCommand::kExpand:
+                need(result_.description, "--description");
+                need(result_.root, "--root");
                 break;
             case PackagerCommand::kExtract:
                 need(result_.package, "the package");
@@ -255,6 +263,7 @@ constexpr const char* kOverview =
     "  packager new      writes a template of a product to begin with\n"
     "  packager check    finds mistakes in a description\n"
     "  packager build    makes a package of a description and a product's files\n"
+    "  packager expand   shows a description with files in the place of its trees\n"
     "  packager list     shows the files of a package\n"
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
@@ -268,7 +277,8 @@ constexpr const char* kBuildHelp =
     "               [--bin] [--stripes N] [--level 1..9] [--old-checksum] [--allow CODE]...\n"
     "\n"
     "  --description FILE  the product's install.xml; it becomes the first file of the package\n"
-    "  --root DIR          the directory in which the texts of the FN elements are looked up\n"
+    "  --root DIR          the directory in which Tree elements and the texts of FN elements are\n"
+    "                      looked up\n"
     "  --image IMAGE       the bare installer, for Linux (ELF) or Windows (PE); also what an FN\n"
     "                      named installer.exe or installer stands for when there is no such file\n"
     "  --output FILE       the package to make; an existing one is replaced when all went well\n"
@@ -280,6 +290,16 @@ constexpr const char* kBuildHelp =
     "  --allow CODE        build in spite of errors with this code; see packager check\n"
     "\n"
     "The same input gives the same bytes on every machine.\n";
+
+constexpr const char* kExpandHelp =
+    "packager expand --description FILE --root DIR [--image IMAGE]\n"
+    "\n"
+    "Shows the description that `packager build` packs: with an FN for each file, and a shortcut for\n"
+    "each symbolic link, in the place of each Tree. A description without a Tree is shown as it is.\n"
+    "\n"
+    "  --description FILE  the product's install.xml\n"
+    "  --root DIR          the directory in which trees and files are looked up\n"
+    "  --image IMAGE       the bare installer; names that its system can't have are refused\n";
 
 constexpr const char* kCheckHelp =
     "packager check DESCRIPTION [--root DIR] [--target windows|linux|both]\n"
@@ -363,6 +383,8 @@ std::string helpText(PackagerCommand command) {
     switch (command) {
         case PackagerCommand::kBuild:
             return kBuildHelp;
+        case PackagerCommand::kExpand:
+            return kExpandHelp;
         case PackagerCommand::kList:
             return kListHelp;
         case PackagerCommand::kExtract:

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText, kCheck, kNew };
+enum class PackagerCommand { kNone, kBuild, kExpand, kList, kExtract, kVerify, kText, kCheck, kNew };
 
 // What the command line asks for.
 struct CommandLine {

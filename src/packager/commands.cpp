@@ -13,6 +13,9 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
         case PackagerCommand::kBuild:
             runBuild(commandLine, output, files, environment);
             return true;
+        case PackagerCommand::kExpand:
+            runExpand(commandLine, output, files);
+            return true;
         case PackagerCommand::kList:
             runList(commandLine, output, files);
             return true;

@@ -11,6 +11,7 @@
 // The commands of the tool. Each throws InstallerError with one line when it fails. All objects are borrowed.
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
               platform::Environment& environment);
+void runExpand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 // False: there are findings that fail, and they have been printed.
 bool runCheck(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);

@@ -31,14 +31,6 @@ bool isRichText(std::string_view path, std::string_view document) {
            document.starts_with(kRichTextStart);
 }
 
-void printLines(std::string_view text, PackagerOutput& output) {
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        output.print(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-}
-
 void showRichText(const CommandLine& commandLine, const std::string& document, int width,
                   PackagerOutput& output) {
     if (commandLine.html || commandLine.tree) {
