@@ -46,6 +46,7 @@ constexpr OptionRule kOptions[] = {
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
+    {"verbatim", nullptr, &CommandLine::verbatim, nullptr, 0, 0, PackagerCommand::kText},
     {"width", nullptr, nullptr, &CommandLine::width, kLeastWidth, kMostWidth, PackagerCommand::kText},
 };
 
@@ -182,6 +183,8 @@ private:
                 static_cast<int>(result_.tree) >
             1) {
             fail("--html, --plain and --tree exclude each other");
+        } else if (result_.verbatim && (result_.html || result_.tree)) {
+            fail("--verbatim is for plain text, it goes with neither --html nor --tree");
         } else if (result_.width != 0 && (result_.html || result_.tree)) {
             fail("--width is for plain text, it goes with neither --html nor --tree");
         }
@@ -251,7 +254,7 @@ constexpr const char* kVerifyHelp =
     "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
 
 constexpr const char* kTextHelp =
-    "packager text FILE [--plain | --html | --tree] [--width N]\n"
+    "packager text FILE [--plain | --html | --tree] [--verbatim] [--width N]\n"
     "\n"
     "Shows a document of a product, such as its agreement, as its users will see it.\n"
     "\n"
@@ -259,12 +262,15 @@ constexpr const char* kTextHelp =
     "  --html     as a whole HTML page\n"
     "  --tree     as the installer understands it: the kind of each line, then the tree of the\n"
     "             blocks, then the tree with its emphasis\n"
+    "  --verbatim the file is a document that is shown as it is written\n"
     "  --width N  the columns of the console, 10 to 1000 (default: 80); lines are up to N - 2 bytes\n"
     "             long, longer words are not broken\n"
     "\n"
     "A file is rich text when its name ends in .rtf or its content begins with {\\rtf; every other\n"
-    "file is of the markdown dialect. A setup goes by the description instead: there a document is\n"
-    "markdown when its element says Format=\"TandrelMarkdown\", and rich text otherwise.\n"
+    "file is of the markdown dialect, unless --verbatim says otherwise. A setup goes by the\n"
+    "description instead: there a document is markdown when its element says\n"
+    "Format=\"TandrelMarkdown\", shown as it is written with Format=\"TandrelText\", and rich text\n"
+    "otherwise.\n"
     "Rich text has no --html and no --tree.\n"
     "A document in which something is wrong isn't shown by a setup at all; this command says what\n"
     "and where, and gives exit code 1.\n";

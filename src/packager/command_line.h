@@ -29,6 +29,7 @@ struct CommandLine {
     bool html = false;
     bool plain = false;
     bool tree = false;
+    bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
 
     // What is wrong with the command line, in one line; empty when nothing is.

@@ -10,13 +10,13 @@
 #include "description/vocabulary_lookup.h"
 #include "package/cabinet_format.h"
 #include "packager/failure.h"
-#include "text/document_text.h"
 
 namespace {
 
 constexpr std::string_view kDescriptionAlias = "install.xml";
 constexpr std::string_view kRichTextElement = "RichEditText";
 constexpr std::string_view kPlainTextElement = "PlainEditText";
+constexpr std::string_view kHtmlElement = "HtmlEditText";
 
 // The path with `/` between its components, without empty ones and dots. Throws for a path that leaves its
 // root.
@@ -36,6 +36,15 @@ std::string relativePathOf(const std::string& text) {
         start = end + 1;
     }
     return path;
+}
+
+// The console shows everything of rich text elements, but plain text only in a format of its own, and HTML
+// only when it isn't HTML at all.
+bool isOnConsole(std::string_view element, DocumentFormat format) {
+    if (element == kHtmlElement) {
+        return format == DocumentFormat::kVerbatim;
+    }
+    return element == kRichTextElement || format != DocumentFormat::kOfElement;
 }
 
 std::string withoutSeparators(std::string text) {
@@ -90,19 +99,18 @@ void PackingList::read() {
     }
     addDocuments(document, kRichTextElement);
     addDocuments(document, kPlainTextElement);
+    addDocuments(document, kHtmlElement);
 }
 
-// The console shows an element of plain text only when it is in the markdown dialect.
 void PackingList::addDocuments(const PXML& document, std::string_view element) {
     for (std::int32_t node = document.findByName(element); node >= 0;
          node = document.findByName(element, node)) {
-        const bool isRichText =
-            !OUtils::equalsIgnoreCase(document.getAttribute(node, "Format").value_or(""), kMarkdownFormat);
+        const DocumentFormat format = documentFormat(document.getAttribute(node, "Format").value_or(""));
         const auto known = byAlias_.find(std::string(document.getText(node).value_or("")));
-        if (known == byAlias_.end() || (isRichText && element == kPlainTextElement)) {
+        if (known == byAlias_.end() || !isOnConsole(element, format)) {
             continue;
         }
-        const ShownDocument shown{entries_[known->second].path, isRichText};
+        const ShownDocument shown{entries_[known->second].path, format};
         if (std::find(documents_.begin(), documents_.end(), shown) == documents_.end()) {
             documents_.push_back(shown);
         }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "package/package_writer.h"
+#include "text/document_text.h"
 
 class PXML;
 
@@ -33,7 +34,7 @@ public:
     // first element.
     struct ShownDocument {
         std::string path;
-        bool isRichText;
+        DocumentFormat format;  // kOfElement: rich text
 
         bool operator==(const ShownDocument&) const = default;
     };
