@@ -55,19 +55,23 @@ public:
     explicit Parser(const std::vector<std::string>& arguments) : arguments_(arguments) {}
 
     CommandLine parse() {
-        while (next_ < arguments_.size() && result_.problem.empty() && !result_.help) {
+        while (next_ < arguments_.size() && !isDone()) {
             takeWord(arguments_[next_++]);
         }
-        if (result_.problem.empty() && !result_.help) {
+        if (!isDone()) {
             checkWhole();
         }
         return result_;
     }
 
 private:
+    bool isDone() const { return !result_.problem.empty() || result_.help || result_.version; }
+
     void takeWord(const std::string& word) {
         if (!onlyWords_ && (word == "--help" || word == "-h")) {
             result_.help = true;
+        } else if (!onlyWords_ && result_.command == PackagerCommand::kNone && word == "--version") {
+            result_.version = true;
         } else if (!onlyWords_ && word == "--") {
             onlyWords_ = true;
         } else if (!onlyWords_ && word.starts_with("-") && word.size() > 1) {
@@ -217,7 +221,7 @@ constexpr const char* kOverview =
     "  packager verify   checks a package from front to back\n"
     "  packager text     shows a document as the users of a package will see it\n"
     "\n"
-    "packager COMMAND --help explains one of them.\n"
+    "packager COMMAND --help explains one of them, packager --version says which packager this is.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
 
 constexpr const char* kBuildHelp =

@@ -11,6 +11,7 @@ enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText };
 struct CommandLine {
     PackagerCommand command = PackagerCommand::kNone;
     bool help = false;
+    bool version = false;
 
     std::string description;
     std::string root;

@@ -46,6 +46,13 @@ TEST(CommandLine, ReadsTheTextCommand) {
     EXPECT_TRUE(parseCommandLine({"text", "a", "--verbatim", "--width", "40"}).verbatim);
 }
 
+TEST(CommandLine, AsksForTheVersionAheadOfACommand) {
+    EXPECT_TRUE(parseCommandLine({"--version"}).version);
+    EXPECT_EQ(parseCommandLine({"--version", "paint"}).problem, "");
+    EXPECT_EQ(parseCommandLine({"list", "p", "--version"}).problem, "unknown option \"--version\"");
+    EXPECT_EQ(parseCommandLine({"--", "--version"}).problem, "unknown command \"--version\"");
+}
+
 TEST(CommandLine, ReportsWhatIsWrong) {
     const struct {
         Words words;
