@@ -244,7 +244,8 @@ constexpr const char* kBuildHelp =
 constexpr const char* kListHelp =
     "packager list PACKAGE\n"
     "\n"
-    "Shows size, stored size, MD5, name and alias of each file, separated by tabs.\n";
+    "Shows size, stored size, MD5, name and alias of each file, and for each place where it is\n"
+    "installed the destination and the condition, separated by tabs.\n";
 
 constexpr const char* kExtractHelp =
     "packager extract PACKAGE --to DIR [ALIAS ...]\n"

@@ -25,6 +25,15 @@ class Packager(EndToEndTest):
                      hashlib.md5(b"content of c\n").hexdigest()):
             self.assertIn(text, result.out)
 
+    def test_list_shows_where_files_are_installed(self):
+        result = self.packager("list", self.native(self.package))
+        rows = [line.split("\t") for line in result.out.splitlines()]
+        self.assertEqual(rows[0], ["size", "stored", "MD5", "name", "alias", "destination", "condition"])
+        places = {row[4]: row[5:] for row in rows[1:]}
+        self.assertEqual(places["Pic"], ["[DIR]", ""])
+        self.assertEqual(places["install.xml"], ["", ""])
+        self.assertEqual(places["UninstallXml"], ["[DIR]/un", ""])
+
     def test_verify_accepts_a_good_package_and_rejects_a_bad_one(self):
         self.assertEqual(self.packager("verify", self.native(self.package)).code, 0)
         data = bytearray(self.read(self.package))
