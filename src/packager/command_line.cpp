@@ -46,6 +46,7 @@ constexpr OptionRule kOptions[] = {
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
+    {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kExtract},
     {"verbatim", nullptr, &CommandLine::verbatim, nullptr, 0, 0, PackagerCommand::kText},
     {"width", nullptr, nullptr, &CommandLine::width, kLeastWidth, kMostWidth, PackagerCommand::kText},
 };
@@ -248,10 +249,14 @@ constexpr const char* kListHelp =
     "installed the destination and the condition, separated by tabs.\n";
 
 constexpr const char* kExtractHelp =
-    "packager extract PACKAGE --to DIR [ALIAS ...]\n"
+    "packager extract PACKAGE --to DIR [--tree] [ALIAS ...]\n"
     "\n"
     "Takes the files with these aliases, or all files, out of the package. They get the names that\n"
-    "they have in the package; files that share a name get their aliases as names.\n";
+    "they have in the package; files that share a name get their aliases as names.\n"
+    "\n"
+    "  --tree  puts them where they would be installed, below DIR: a reference such as [INSTALL_DIR]\n"
+    "          is a directory of that name, and what isn't installed is in the directory\n"
+    "          \"(packed only)\". Files that are installed under different conditions are all there.\n";
 
 constexpr const char* kVerifyHelp =
     "packager verify PACKAGE\n"

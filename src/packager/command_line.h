@@ -29,7 +29,7 @@ struct CommandLine {
     std::string document;  // of text
     bool html = false;
     bool plain = false;
-    bool tree = false;
+    bool tree = false;  // also of extract
     bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
 

@@ -29,6 +29,8 @@ TEST(CommandLine, ReadsThePackageCommands) {
     EXPECT_EQ(extract.problem, "");
     EXPECT_EQ(extract.target, "dir");
     EXPECT_EQ(extract.aliases, (Words{"a", "--b"}));
+    EXPECT_FALSE(extract.tree);
+    EXPECT_TRUE(parseCommandLine({"extract", "p", "--tree", "--to", "dir"}).tree);
 }
 
 TEST(CommandLine, ReadsTheTextCommand) {
