@@ -296,6 +296,7 @@ inline constexpr std::string_view kFieldTypes[] = {"Directory",        "CheckBox
                                                    "InstallParameter", "EditBox",  "Password"};
 inline constexpr std::string_view kHorizontalAligns[] = {"left", "center", "right"};
 inline constexpr std::string_view kVerticalAligns[] = {"top", "center", "bottom"};
+inline constexpr std::string_view kDocumentFormats[] = {"TandrelMarkdown", "TandrelText"};
 inline constexpr std::string_view kTriggerTypes[] = {"VarChange",        "RunActions", "VarReset",
                                                      "VarRecalculation", "FileCheck",  "DebugExpression"};
 inline constexpr std::string_view kTriggerMoments[] = {"Start", "Set",     "Dynamic",
@@ -359,6 +360,7 @@ inline constexpr WordList kWordLists[] = {
     {"types of fields", "dialogs.md", kFieldTypes},
     {"horizontal alignments", "dialogs.md", kHorizontalAligns},
     {"vertical alignments", "dialogs.md", kVerticalAligns},
+    {"formats of documents", "documents.md", kDocumentFormats},
     {"types of triggers", "dialogs.md", kTriggerTypes},
     {"moments of triggers", "dialogs.md", kTriggerMoments},
     {"special words of dialogs", "dialogs.md", kSpecials},

@@ -9,11 +9,8 @@
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
 #include "support/utilities.h"
-#include "text/document_text.h"
 
 namespace {
-
-constexpr int kAnyWidth = 80;
 
 ChecksumVersion checksumVersion(const CommandLine& commandLine, platform::Environment& environment) {
     return commandLine.oldChecksum ? ChecksumVersion::kVersion1
@@ -27,11 +24,9 @@ void warnOfDocument(const PackingList::ShownDocument& shown, PackagerOutput& out
     if (OUtils::readWholeFile(shown.path, document, files) != 0) {
         return;  // the writer reports it
     }
-    warnOfLosses(shown.path, document, shown.isRichText, output);
-    const bool isBroken =
-        shown.isRichText ? !richTextAsText(document, kAnyWidth) : !markdownAsText(document, kAnyWidth);
-    if (isBroken) {
-        const std::string fault = shown.isRichText ? richTextFault(document) : markdownFault(document);
+    warnOfLosses(shown.path, document, shown.format, output);
+    const std::string fault = documentFault(document, shown.format);
+    if (!fault.empty()) {
         output.warn("packager: warning: " + printable(shown.path + ": a setup won't show it: " + fault));
     }
 }

@@ -59,6 +59,8 @@ constexpr OptionRule kOptions[] = {
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
+    {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kExtract},
+    {"verbatim", nullptr, &CommandLine::verbatim, nullptr, 0, 0, PackagerCommand::kText},
     {"width", nullptr, nullptr, &CommandLine::width, kLeastWidth, kMostWidth, PackagerCommand::kText},
 };
 
@@ -67,19 +69,23 @@ public:
     explicit Parser(const std::vector<std::string>& arguments) : arguments_(arguments) {}
 
     CommandLine parse() {
-        while (next_ < arguments_.size() && result_.problem.empty() && !result_.help) {
+        while (next_ < arguments_.size() && !isDone()) {
             takeWord(arguments_[next_++]);
         }
-        if (result_.problem.empty() && !result_.help) {
+        if (!isDone()) {
             checkWhole();
         }
         return result_;
     }
 
 private:
+    bool isDone() const { return !result_.problem.empty() || result_.help || result_.version; }
+
     void takeWord(const std::string& word) {
         if (!onlyWords_ && (word == "--help" || word == "-h")) {
             result_.help = true;
+        } else if (!onlyWords_ && result_.command == PackagerCommand::kNone && word == "--version") {
+            result_.version = true;
         } else if (!onlyWords_ && word == "--") {
             onlyWords_ = true;
         } else if (!onlyWords_ && word.starts_with("-") && word.size() > 1) {
@@ -215,6 +221,8 @@ private:
                 static_cast<int>(result_.tree) >
             1) {
             fail("--html, --plain and --tree exclude each other");
+        } else if (result_.verbatim && (result_.html || result_.tree)) {
+            fail("--verbatim is for plain text, it goes with neither --html nor --tree");
         } else if (result_.width != 0 && (result_.html || result_.tree)) {
             fail("--width is for plain text, it goes with neither --html nor --tree");
         }
@@ -269,7 +277,7 @@ constexpr const char* kOverview =
     "  packager verify   checks a package from front to back\n"
     "  packager text     shows a document as the users of a package will see it\n"
     "\n"
-    "packager COMMAND --help explains one of them.\n"
+    "packager COMMAND --help explains one of them, packager --version says which packager this is.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
 
 constexpr const char* kBuildHelp =
@@ -325,13 +333,18 @@ constexpr const char* kNewHelp =
 constexpr const char* kListHelp =
     "packager list PACKAGE\n"
     "\n"
-    "Shows size, stored size, MD5, name and alias of each file, separated by tabs.\n";
+    "Shows size, stored size, MD5, name and alias of each file, and for each place where it is\n"
+    "installed the destination and the condition, separated by tabs.\n";
 
 constexpr const char* kExtractHelp =
-    "packager extract PACKAGE --to DIR [ALIAS ...]\n"
+    "packager extract PACKAGE --to DIR [--tree] [ALIAS ...]\n"
     "\n"
     "Takes the files with these aliases, or all files, out of the package. They get the names that\n"
-    "they have in the package; files that share a name get their aliases as names.\n";
+    "they have in the package; files that share a name get their aliases as names.\n"
+    "\n"
+    "  --tree  puts them where they would be installed, below DIR: a reference such as [INSTALL_DIR]\n"
+    "          is a directory of that name, and what isn't installed is in the directory\n"
+    "          \"(packed only)\". Files that are installed under different conditions are all there.\n";
 
 constexpr const char* kVerifyHelp =
     "packager verify PACKAGE\n"
@@ -339,7 +352,7 @@ constexpr const char* kVerifyHelp =
     "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
 
 constexpr const char* kTextHelp =
-    "packager text FILE [--plain | --html | --tree] [--width N]\n"
+    "packager text FILE [--plain | --html | --tree] [--verbatim] [--width N]\n"
     "\n"
     "Shows a document of a product, such as its agreement, as its users will see it.\n"
     "\n"
@@ -347,12 +360,15 @@ constexpr const char* kTextHelp =
     "  --html     as a whole HTML page\n"
     "  --tree     as the installer understands it: the kind of each line, then the tree of the\n"
     "             blocks, then the tree with its emphasis\n"
+    "  --verbatim the file is a document that is shown as it is written\n"
     "  --width N  the columns of the console, 10 to 1000 (default: 80); lines are up to N - 2 bytes\n"
     "             long, longer words are not broken\n"
     "\n"
     "A file is rich text when its name ends in .rtf or its content begins with {\\rtf; every other\n"
-    "file is of the markdown dialect. A setup goes by the description instead: there a document is\n"
-    "markdown when its element says Format=\"TandrelMarkdown\", and rich text otherwise.\n"
+    "file is of the markdown dialect, unless --verbatim says otherwise. A setup goes by the\n"
+    "description instead: there a document is markdown when its element says\n"
+    "Format=\"TandrelMarkdown\", shown as it is written with Format=\"TandrelText\", and rich text\n"
+    "otherwise.\n"
     "Rich text has no --html and no --tree.\n"
     "A document in which something is wrong isn't shown by a setup at all; this command says what\n"
     "and where, and gives exit code 1.\n";

@@ -11,6 +11,7 @@ enum class PackagerCommand { kNone, kBuild, kExpand, kList, kExtract, kVerify, k
 struct CommandLine {
     PackagerCommand command = PackagerCommand::kNone;
     bool help = false;
+    bool version = false;
 
     std::string description;
     std::string root;
@@ -37,7 +38,8 @@ struct CommandLine {
     std::string document;  // of text
     bool html = false;
     bool plain = false;
-    bool tree = false;
+    bool tree = false;  // also of extract
+    bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
 
     // What is wrong with the command line, in one line; empty when nothing is.

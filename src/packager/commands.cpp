@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "base/errors.h"
+#include "base/revision.h"
 
 namespace {
 
@@ -68,6 +69,8 @@ int runPackager(const std::vector<std::string>& arguments, PackagerOutput& outpu
     int exitCode = 0;
     if (commandLine.help) {
         output.print(withoutLastLineEnd(helpText(commandLine.command)));
+    } else if (commandLine.version) {
+        output.print(std::string("Tandrel packager ") + kProgramVersion + ", revision " + kBuildRevision);
     } else if (!commandLine.problem.empty()) {
         output.warn("packager: " + printable(commandLine.problem));
         output.warn(withoutLastLineEnd(helpText(commandLine.command)));

@@ -13,13 +13,22 @@
 #include "packager/failure.h"
 #include "packager/root_path.h"
 #include "support/utilities.h"
-#include "text/document_text.h"
 
 namespace {
 
 constexpr std::string_view kDescriptionAlias = "install.xml";
 constexpr std::string_view kRichTextElement = "RichEditText";
 constexpr std::string_view kPlainTextElement = "PlainEditText";
+constexpr std::string_view kHtmlElement = "HtmlEditText";
+
+// The console shows everything of rich text elements, but plain text only in a format of its own, and HTML
+// only when it isn't HTML at all.
+bool isOnConsole(std::string_view element, DocumentFormat format) {
+    if (element == kHtmlElement) {
+        return format == DocumentFormat::kVerbatim;
+    }
+    return element == kRichTextElement || format != DocumentFormat::kOfElement;
+}
 
 std::string withoutTrailingSeparators(std::string path) {
     while (path.size() > 1 && OUtils::isSeparator(path.back())) {
@@ -73,6 +82,7 @@ void PackingList::read() {
     }
     addDocuments(document, kRichTextElement);
     addDocuments(document, kPlainTextElement);
+    addDocuments(document, kHtmlElement);
 }
 
 // With what stands for its trees.
@@ -88,17 +98,15 @@ std::string PackingList::readDescription() {
     return text;
 }
 
-// The console shows an element of plain text only when it is in the markdown dialect.
 void PackingList::addDocuments(const PXML& document, std::string_view element) {
     for (std::int32_t node = document.findByName(element); node >= 0;
          node = document.findByName(element, node)) {
-        const bool isRichText =
-            !OUtils::equalsIgnoreCase(document.getAttribute(node, "Format").value_or(""), kMarkdownFormat);
+        const DocumentFormat format = documentFormat(document.getAttribute(node, "Format").value_or(""));
         const auto known = byAlias_.find(std::string(document.getText(node).value_or("")));
-        if (known == byAlias_.end() || (isRichText && element == kPlainTextElement)) {
+        if (known == byAlias_.end() || !isOnConsole(element, format)) {
             continue;
         }
-        const ShownDocument shown{entries_[known->second].path, isRichText};
+        const ShownDocument shown{entries_[known->second].path, format};
         if (std::find(documents_.begin(), documents_.end(), shown) == documents_.end()) {
             documents_.push_back(shown);
         }

@@ -7,6 +7,7 @@
 
 #include "package/package_writer.h"
 #include "packager/tree_expansion.h"
+#include "text/document_text.h"
 
 class PXML;
 
@@ -33,7 +34,7 @@ public:
     // first element.
     struct ShownDocument {
         std::string path;
-        bool isRichText;
+        DocumentFormat format;  // kOfElement: rich text
 
         bool operator==(const ShownDocument&) const = default;
     };

@@ -86,6 +86,24 @@ TEST_F(BuildCommandTest, WarnsOfADocumentThatWillNotBeShown) {
               "or write \\} for a brace of the text"});
 }
 
+TEST_F(BuildCommandTest, AVerbatimTextHasNoMistakesButItsEncoding) {
+    files_.addFile("/in/install.xml",
+                   "<R><ProductDesc/><Dialogs><A><RichEditText Format=\"TandrelText\">a</RichEditText>"
+                   "<PlainEditText Format=\"tandrelTEXT\">b</PlainEditText>"
+                   "<HtmlEditText Format=\"TandrelText\">c</HtmlEditText>"
+                   "<HtmlEditText Format=\"TandrelMarkdown\">d</HtmlEditText></A></Dialogs>"
+                   "<FileSet Name=\"S\"><FN>a</FN><FN>b</FN><FN>c</FN><FN>d</FN></FileSet></R>");
+    files_.addFile("/in/a", "7. seven a**\n{\\rtf }}");
+    files_.addFile("/in/b", "\xFF");
+    files_.addFile("/in/c", std::string("c\n\0", 3));
+    files_.addFile("/in/d", "7. seven\n");
+    EXPECT_EQ(build(), 0);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: warning: /in/b: line 1: there are bytes that aren't UTF-8: save it as UTF-8",
+                     "packager: warning: /in/c: line 2: the document ends here at a zero byte: save it as "
+                     "UTF-8"}));
+}
+
 TEST_F(BuildCommandTest, WarnsAndGoesOn) {
     files_.addFile("/in/install.xml", "<R><FileSet Name=\"S\"></FileSet></R>");
     EXPECT_EQ(build(), 0);

@@ -90,13 +90,30 @@ TEST(DocumentLosses, CutsWhatIsLong) {
     EXPECT_LT(richTextLosses(many + "}")[0].size(), 120U);
 }
 
+TEST(DocumentLosses, NamesTheLinesOfAVerbatimTextThatAreNotUtf8) {
+    EXPECT_EQ(Lines{"line 2: there are bytes that aren't UTF-8: save it as UTF-8"},
+              verbatimLosses("3. three\n\xE9t\xE9\n# \xC3\xA9\n\0\xFF"sv));
+    EXPECT_EQ(2U, verbatimLosses("\xFF\n\xFF").size());
+    EXPECT_EQ(Lines{}, verbatimLosses(""));
+}
+
+TEST(DocumentLosses, AByteOrderMarkOfAVerbatimTextIsNoLoss) {
+    RecordedOutput output;
+    warnOfLosses("/in/a", "\xEF\xBB\xBFtext\n# heading\n"sv, DocumentFormat::kVerbatim, output);
+    EXPECT_EQ(Lines{}, output.errors);
+    warnOfLosses("/in/a", "a\n\0"sv, DocumentFormat::kVerbatim, output);
+    EXPECT_EQ(
+        Lines{"packager: warning: /in/a: line 2: the document ends here at a zero byte: save it as UTF-8"},
+        output.errors);
+}
+
 TEST(DocumentLosses, NamesWhatWasReadBeforeAFault) {
     EXPECT_EQ(1U, richTextLosses("{\\rtf1 \\'e9}}").size());
 }
 
 TEST(DocumentLosses, WarnsWithTheNameOfTheDocument) {
     RecordedOutput output;
-    warnOfLosses("/in/a\nb", "\xEF\xBB\xBFtext\n# a\tb\n\0"sv, false, output);
+    warnOfLosses("/in/a\nb", "\xEF\xBB\xBFtext\n# a\tb\n\0"sv, DocumentFormat::kMarkdown, output);
     EXPECT_EQ(
         (Lines{
             "packager: warning: /in/a?b: line 3: the document ends here at a zero byte: save it as UTF-8",
