@@ -3,11 +3,13 @@
 #include "checking/alias_check.h"
 #include "checking/condition_check.h"
 #include "checking/declared_variables.h"
+#include "checking/document_check.h"
 #include "checking/file_check.h"
 #include "checking/packed_files.h"
 #include "checking/page_check.h"
 #include "checking/path_check.h"
 #include "checking/path_values.h"
+#include "checking/picture_check.h"
 #include "checking/source_document.h"
 #include "checking/variable_check.h"
 #include "checking/word_check.h"
@@ -28,6 +30,8 @@ std::vector<Finding> checkDescription(std::string_view text, const CheckOptions&
         checkAliases(context, packed);
         checkFiles(context, packed, paths);
         checkPaths(context, packed, paths);
+        checkDocuments(context, packed);
+        checkPictures(context, packed);
     }
     return findings.sorted();
 }

@@ -37,7 +37,7 @@ TEST_F(FileCheckTest, FindsTwoFilesOfOneDestination) {
 
 TEST_F(FileCheckTest, LetsTheCaseOfNamesDistinguishFilesOnLinuxAlone) {
     const std::string files = set("<FN Dest='/x'>a/f</FN><FN Dest='/X'>b/F</FN>");
-    EXPECT_EQ(bench_.find(files), (Found{"file-same-destination 2:42"}));
+    EXPECT_EQ(bench_.find(files), (Found{"file-same-destination 2:41"}));
     bench_.targets.windows = false;
     EXPECT_EQ(bench_.find(files), Found());
 }
@@ -49,7 +49,7 @@ TEST_F(FileCheckTest, TakesDifferentConditionsForThoseThatExcludeEachOther) {
               Found());
     EXPECT_EQ(bench_.find(
                   set("<FN Dest='/x' Condition='[A]==1'>b/f</FN><FN Dest='/x' Condition='[A]==1'>c/f</FN>")),
-              (Found{"file-same-destination 2:61"}));
+              (Found{"file-same-destination 2:60"}));
     EXPECT_EQ(
         bench_.find(set("<FN Dest='/x' OkIfMissing='1'>a/f</FN><FN Dest='/x' OkIfMissing='1'>b/f</FN>")),
         Found());
@@ -65,7 +65,7 @@ TEST_F(FileCheckTest, FindsFilesThatAreNotExpandedOrCut) {
     bench_.files.addFile("/root/zero", std::string("a\0b", 3));
     bench_.files.addFile("/root/text", std::string(8191, 'x'));
     bench_.files.addFile("/root/plain", std::string(8192, '\0'));
-    EXPECT_EQ(bench_.find(files), (Found{"file-not-expanded 2:50", "file-not-expanded 3:32"}));
+    EXPECT_EQ(bench_.find(files), (Found{"file-not-expanded 2:51", "file-not-expanded 3:33"}));
 }
 
 }  // namespace

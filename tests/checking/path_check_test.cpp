@@ -20,7 +20,7 @@ TEST_F(PathCheckTest, FindsRelativePaths) {
     EXPECT_EQ(bench_.find("<DefValues><Value Name='APP' DataType='value'>app</Value></DefValues>\n" +
                           set("<FN Dest='bin'>a</FN><FN Dest='[APP]/bin'>b</FN><FN Dest='C:bin'>c</FN>\n"
                               "<FN Dest='[OTHER]/bin'>d</FN><FN Dest='[$HOME]'>e</FN>")),
-              (Found{"path-relative 3:30", "path-relative 3:51", "path-relative 3:78"}));
+              (Found{"path-relative 3:29", "path-relative 3:50", "path-relative 3:77"}));
     EXPECT_EQ(bench_.messages(set("<FN Dest='bin'>a</FN>")), (Found{"\"bin\" is a relative path"}));
 }
 
@@ -37,13 +37,13 @@ TEST_F(PathCheckTest, FindsRelativePathsOfRecordsShortcutsAndCleanUps) {
     EXPECT_EQ(bench_.find("<Installation><Uninstall><InstallLogFile>a.log</InstallLogFile></Uninstall>\n"
                           "<Shortcuts><Add Type='File' Dest='menu' Target='/x'>a</Add></Shortcuts>\n" +
                           cleanup("cache") + "</Installation>"),
-              (Found{"path-relative 2:43", "path-relative 3:35", "path-relative 4:29"}));
+              (Found{"path-relative 2:42", "path-relative 3:35", "path-relative 4:30"}));
 }
 
 TEST_F(PathCheckTest, FindsEmptyDirectories) {
     EXPECT_EQ(bench_.find("<DefValues><Value Name='E' DataType='value'></Value></DefValues>\n" +
                           set("<FN Dest=''>a</FN><FN Dest='[E]'>b</FN><FN>c</FN>")),
-              (Found{"path-empty 3:30", "path-empty 3:48"}));
+              (Found{"path-empty 3:29", "path-empty 3:47"}));
 }
 
 TEST_F(PathCheckTest, FindsDirectoriesThatAreNoPlaceForAProduct) {
@@ -52,14 +52,14 @@ TEST_F(PathCheckTest, FindsDirectoriesThatAreNoPlaceForAProduct) {
                               "<FN Dest='/usr/bin'>d</FN><FN Dest='/etc'>e</FN>") +
                           "\n<Installation><Uninstall><InstallLogFile>/a.log</InstallLogFile>"
                           "<InstallBackupFile>[TEMP_DIR]\\b</InstallBackupFile></Uninstall></Installation>"),
-              (Found{"path-dangerous 2:30", "path-dangerous 2:49", "path-dangerous 2:79",
+              (Found{"path-dangerous 2:29", "path-dangerous 2:48", "path-dangerous 2:77",
                      "path-dangerous 3:42", "path-dangerous 3:84"}));
 }
 
 TEST_F(PathCheckTest, FindsCleanUpsWhereOthersHaveFiles) {
     checkLinuxAlone();
     for (const std::string directory : {"/", "/etc", "/usr/bin", "[TEMP_DIR]", "[$HOME]"}) {
-        EXPECT_EQ(bench_.find(cleanup(directory)), (Found{"path-dangerous 2:29"})) << directory;
+        EXPECT_EQ(bench_.find(cleanup(directory)), (Found{"path-dangerous 2:30"})) << directory;
     }
     for (const std::string directory : {"/opt/x", "[D]", "[TEMP_DIR]/x", "[$HOME]/.x"}) {
         EXPECT_EQ(bench_.find(cleanup(directory)), Found()) << directory;
@@ -70,11 +70,11 @@ TEST_F(PathCheckTest, FindsPathsOfOneSystemInADescriptionForBoth) {
     const std::string files =
         set("<FN Dest='C:/x'>a</FN><FN Dest='/opt/x'>b</FN><FN Dest='//s/s/x'>c</FN>"
             "<FN Dest='/opt/y' Condition='[A]==1'>d</FN>");
-    EXPECT_EQ(bench_.find(files), (Found{"path-system 2:30", "path-system 2:52"}));
+    EXPECT_EQ(bench_.find(files), (Found{"path-system 2:29", "path-system 2:51"}));
     bench_.targets.linux = false;
-    EXPECT_EQ(bench_.find(files), (Found{"path-system 2:52", "path-system 2:104"}));
+    EXPECT_EQ(bench_.find(files), (Found{"path-system 2:51", "path-system 2:100"}));
     bench_.targets = {.windows = false, .linux = true};
-    EXPECT_EQ(bench_.find(files), (Found{"path-system 2:30"}));
+    EXPECT_EQ(bench_.find(files), (Found{"path-system 2:29"}));
 }
 
 }  // namespace
