@@ -10,6 +10,7 @@
 #include "checking/path_check.h"
 #include "checking/path_values.h"
 #include "checking/picture_check.h"
+#include "checking/record_check.h"
 #include "checking/source_document.h"
 #include "checking/variable_check.h"
 #include "checking/word_check.h"
@@ -30,6 +31,7 @@ std::vector<Finding> checkDescription(std::string_view text, const CheckOptions&
         checkAliases(context, packed);
         checkFiles(context, packed, paths);
         checkPaths(context, packed, paths);
+        checkRecords(context, packed, paths);
         checkDocuments(context, packed);
         checkPictures(context, packed);
     }

@@ -10,6 +10,7 @@
 #include "checking/packed_files.h"
 #include "checking/path_values.h"
 #include "checking/quoted_text.h"
+#include "checking/removed_paths.h"
 #include "checking/shared_directories.h"
 
 namespace {
@@ -27,14 +28,6 @@ bool isRelative(std::string_view path) {
     const std::size_t start = hasDrive(path) ? 2 : 0;
     return !path.empty() && !path.starts_with('[') &&
            (start == path.size() ? start == 0 : !OUtils::isSeparator(path[start]));
-}
-
-std::string_view directoryOf(std::string_view path) {
-    const std::size_t separator = path.rfind('/');
-    if (separator == std::string_view::npos) {
-        return {};
-    }
-    return path.substr(0, std::max<std::size_t>(separator, 1));
 }
 
 // Says where a path stands: at an attribute, or at the text of its element.
