@@ -11,6 +11,7 @@
 #include "checking/page_check.h"
 #include "checking/path_check.h"
 #include "checking/path_values.h"
+#include "checking/payload_check.h"
 #include "checking/picture_check.h"
 #include "checking/record_check.h"
 #include "checking/setting_check.h"
@@ -33,6 +34,7 @@ std::vector<Finding> checkDescription(std::string_view text, const CheckOptions&
         const PathValues paths(context, variables);
         checkAliases(context, packed);
         checkFiles(context, packed, paths);
+        checkPayload(context, packed);
         checkPaths(context, packed, paths);
         checkRecords(context, packed, paths);
         checkCleanUps(context, variables, packed, paths);

@@ -6,6 +6,7 @@
 
 #include "base/text_functions.h"
 #include "checking/check_context.h"
+#include "checking/condition_scope.h"
 #include "checking/path_values.h"
 #include "checking/quoted_text.h"
 #include "checking/references.h"
@@ -45,15 +46,6 @@ public:
     }
 
 private:
-    bool hasCondition(std::int32_t node) const {
-        for (; node >= 0; node = context_.xml().getNode(node)->parent) {
-            if (context_.attribute(node, "Condition")) {
-                return true;
-            }
-        }
-        return false;
-    }
-
     void checkShortcut(std::int32_t node) {
         const std::string_view type = context_.attribute(node, "Type").value_or("");
         if (type == "Symlink") {
@@ -61,7 +53,7 @@ private:
             return;
         }
         const std::string name = paths_.resolve(context_.text(node));
-        if (name.empty() || hasReference(name) || hasCondition(node)) {
+        if (name.empty() || hasReference(name) || hasConditionAround(context_, node)) {
             return;
         }
         const std::string_view windowsEnding = type == "URL" ? ".url" : ".lnk";
