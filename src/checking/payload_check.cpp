@@ -25,11 +25,11 @@ public:
     PayloadCheck(const CheckContext& context, const PackedFiles& files)
         : context_(context), root_(OUtils::stripTrailingSeparators(*context.root())) {
         for (const PackedFile& file : files.all()) {
-            const std::string path = OUtils::toLowerAscii(file.source.path);
             if (file.source.kind == FileSource::Kind::kRoot) {
+                const std::string path = OUtils::toLowerAscii(file.source.path);
                 directories_.insert(path.substr(0, path.size() - OUtils::lastPathComponent(path).size()));
+                named_.insert(path);
             }
-            named_.insert(path);
         }
     }
 

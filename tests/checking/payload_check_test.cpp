@@ -47,6 +47,9 @@ TEST_F(PayloadCheckTest, LeavesTheDirectoryAloneInWhichSomebodyWorks) {
     EXPECT_EQ(bench_.find(files), (Found{"payload-unused 1:1"}));
     add("product.XML");
     EXPECT_EQ(bench_.find(files), Found());
+    EXPECT_EQ(bench_.find(files + set("<FN>product.xml</FN>")), (Found{"payload-unused 1:1"}));
+    add("install.xml");
+    EXPECT_EQ(bench_.find(files + set("<FN>product.xml</FN><FN>install.xml</FN>")), Found());
     add("bin/b");
     EXPECT_EQ(bench_.find(files), (Found{"payload-unused 1:1"}));
 }
