@@ -1,5 +1,6 @@
 #include "checking/document_check.h"
 
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -18,11 +19,8 @@
 
 namespace {
 
-constexpr int kAnyWidth = 80;
 // A document with more losses than these is probably in another format.
 constexpr std::size_t kMostLosses = 20;
-
-enum class Format { kMarkdown, kRichText, kOther };
 
 class DocumentCheck {
 public:
@@ -31,41 +29,34 @@ public:
     void run() {
         for (const AliasUse& use : aliasUsesOf(context_)) {
             const PackedFile* const file = files_.findAlias(use.alias);
-            const Format format = formatOf(use);
-            const bool isDocument = use.kind == AliasUse::Kind::kDocument && format != Format::kOther;
-            if (isDocument && file != nullptr && file->source.kind == FileSource::Kind::kRoot &&
-                seen_.insert({use.alias, format}).second) {
-                checkDocument(use.node, *file, format);
+            const std::optional<DocumentFormat> format = formatOf(use);
+            const bool isPacked = file != nullptr && file->source.kind == FileSource::Kind::kRoot;
+            if (format && isPacked && seen_.insert({use.alias, *format}).second) {
+                checkDocument(use.node, *file, *format);
             }
         }
     }
 
 private:
-    // Only one element shows rich text; the others show it as it is, or as HTML.
-    Format formatOf(const AliasUse& use) const {
-        const std::string_view format = context_.attribute(use.node, "Format").value_or("");
-        if (OUtils::equalsIgnoreCase(format, kMarkdownFormat)) {
-            return Format::kMarkdown;
+    // Only one element shows rich text; the others show a text without a format as it is, or as HTML.
+    std::optional<DocumentFormat> formatOf(const AliasUse& use) const {
+        if (use.kind != AliasUse::Kind::kDocument) {
+            return std::nullopt;
         }
-        const std::string_view element = context_.xml().getName(use.node);
-        return OUtils::equalsIgnoreCase(element, "RichEditText") ? Format::kRichText : Format::kOther;
+        const DocumentFormat format = documentFormat(context_.attribute(use.node, "Format").value_or(""));
+        const bool isRichText = OUtils::equalsIgnoreCase(context_.xml().getName(use.node), "RichEditText");
+        return format == DocumentFormat::kOfElement && !isRichText ? std::nullopt : std::optional(format);
     }
 
-    void checkDocument(std::int32_t node, const PackedFile& file, Format format) {
+    void checkDocument(std::int32_t node, const PackedFile& file, DocumentFormat format) {
         std::string document;
         if (OUtils::readWholeFile(files_.pathOf(file.source), document, context_.files()) != 0) {
             return;
         }
-        const bool isRichText = format == Format::kRichText;
-        const bool isShown =
-            (isRichText ? richTextAsText(document, kAnyWidth) : markdownAsText(document, kAnyWidth))
-                .has_value();
-        if (!isShown) {
-            context_.addAtText("document-broken", node,
-                               inQuotes(file.text) + ": " +
-                                   (isRichText ? richTextFault(document) : markdownFault(document)));
+        if (const std::string fault = documentFault(document, format); !fault.empty()) {
+            context_.addAtText("document-broken", node, inQuotes(file.text) + ": " + fault);
         }
-        const std::vector<std::string> losses = lossesOf(document, isRichText);
+        const std::vector<std::string> losses = lossesOf(document, format);
         for (std::size_t i = 0; i < losses.size(); ++i) {
             if (i == kMostLosses) {
                 context_.addAtText("document-loss", node,
@@ -79,7 +70,7 @@ private:
 
     const CheckContext& context_;
     const PackedFiles& files_;
-    std::set<std::pair<std::string, Format>> seen_;
+    std::set<std::pair<std::string, DocumentFormat>> seen_;
 };
 
 }  // namespace

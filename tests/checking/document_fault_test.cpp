@@ -68,4 +68,14 @@ TEST(DocumentFault, ReportsHowManyGroupsAreOpen) {
         "line 3: 3 groups are still open at the end: write the missing }, or \\{ for a brace of the text");
 }
 
+TEST(DocumentFault, IsSaidInTheFormatOfTheDocument) {
+    EXPECT_EQ(documentFault("fine\n\n", DocumentFormat::kMarkdown), "");
+    EXPECT_EQ(documentFault("a**", DocumentFormat::kMarkdown), markdownFault("a**"));
+    EXPECT_EQ(documentFault("{a}", DocumentFormat::kOfElement), "");
+    EXPECT_EQ(documentFault("}", DocumentFormat::kOfElement), richTextFault("}"));
+    for (const char* const document : {"a**", "}", ""}) {
+        EXPECT_EQ(documentFault(document, DocumentFormat::kVerbatim), "");
+    }
+}
+
 }  // namespace

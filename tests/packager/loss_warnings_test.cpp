@@ -11,7 +11,7 @@ using Lines = std::vector<std::string>;
 
 TEST(LossWarnings, BeginWithTheNameOfTheDocument) {
     RecordedOutput output;
-    warnOfLosses("/in/a\nb", "\xEF\xBB\xBFtext\n# a\tb\n\0"sv, false, output);
+    warnOfLosses("/in/a\nb", "\xEF\xBB\xBFtext\n# a\tb\n\0"sv, DocumentFormat::kMarkdown, output);
     EXPECT_EQ(
         (Lines{
             "packager: warning: /in/a?b: line 3: the document ends here at a zero byte: save it as UTF-8",
