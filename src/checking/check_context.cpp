@@ -59,3 +59,8 @@ void CheckContext::addAtAttribute(FindingCode code, std::int32_t node, std::size
                                   std::string message, std::string hint) const {
     findings_.add(code, source_.placeOfAttribute(node, attribute), std::move(message), std::move(hint));
 }
+
+void CheckContext::addAtAttributeName(FindingCode code, std::int32_t node, std::size_t attribute,
+                                      std::string message, std::string hint) const {
+    findings_.add(code, source_.placeOfAttributeName(node, attribute), std::move(message), std::move(hint));
+}

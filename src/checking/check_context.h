@@ -59,6 +59,9 @@ public:
                         std::string hint = {}) const;
     void addAtAttribute(FindingCode code, std::int32_t node, std::size_t attribute, std::string message,
                         std::string hint = {}) const;
+    // The others stand at the value.
+    void addAtAttributeName(FindingCode code, std::int32_t node, std::size_t attribute, std::string message,
+                            std::string hint = {}) const;
 
 private:
     const SourceDocument& source_;

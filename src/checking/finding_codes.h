@@ -29,7 +29,7 @@ inline constexpr FindingKind kAll[] = {
     {"form-mismatched-tag", kError,
      "Close the elements in the reverse of the order in which they were opened."},
     {"form-empty", kError, "Describe a product in an element TandrelGroupInstallation."},
-    {"form-comment", kError, "Begin a comment with exactly <!-- and write no two dashes within it."},
+    {"form-comment", kError, "Write no two dashes within a comment."},
     {"form-cdata", kError, "Write the text itself, with &lt; and &amp; in it."},
     {"form-doctype", kError, "Leave the document type out."},
     {"form-reference", kError,

@@ -121,10 +121,8 @@ bool reportGreaterInValues(std::string_view text, const std::vector<StrictElemen
     bool isFree = true;
     for (const StrictElement& element : elements) {
         for (const StrictElement::Attribute& attribute : element.attributes) {
-            const char quote = text[attribute.valueAt - 1];
-            const std::size_t end = text.find(quote, attribute.valueAt);
-            const std::size_t greater = text.find('>', attribute.valueAt);
-            if (greater < end) {
+            const std::size_t greater = text.substr(0, attribute.valueEnd).find('>', attribute.valueAt);
+            if (greater != std::string_view::npos) {
                 findings.add("form-greater-in-value", greater,
                              "for a setup this > in the value of " + attribute.name + " ends the tag");
                 isFree = false;
@@ -148,7 +146,7 @@ bool SourceDocument::read(std::string_view text, Findings& findings) {
     for (const StrictElement& element : strict.elements()) {
         NodePlaces places{element.at, element.textAt == 0 ? element.at : element.textAt, {}};
         for (const StrictElement::Attribute& attribute : element.attributes) {
-            places.attributes.push_back(attribute.valueAt);
+            places.attributes.push_back({attribute.nameAt, attribute.valueAt});
         }
         places_.push_back(std::move(places));
     }
@@ -163,12 +161,22 @@ std::size_t SourceDocument::placeOfText(std::int32_t node) const {
     return xml_.getNode(node) == nullptr ? 0 : places_[static_cast<std::size_t>(node)].text;
 }
 
-std::size_t SourceDocument::placeOfAttribute(std::int32_t node, std::size_t attribute) const {
+SourceDocument::AttributePlaces SourceDocument::placesOfAttribute(std::int32_t node,
+                                                                  std::size_t attribute) const {
     if (xml_.getNode(node) == nullptr) {
-        return 0;
+        return {};
     }
     const NodePlaces& places = places_[static_cast<std::size_t>(node)];
-    return attribute < places.attributes.size() ? places.attributes[attribute] : places.element;
+    return attribute < places.attributes.size() ? places.attributes[attribute]
+                                                : AttributePlaces{places.element, places.element};
+}
+
+std::size_t SourceDocument::placeOfAttribute(std::int32_t node, std::size_t attribute) const {
+    return placesOfAttribute(node, attribute).value;
+}
+
+std::size_t SourceDocument::placeOfAttributeName(std::int32_t node, std::size_t attribute) const {
+    return placesOfAttribute(node, attribute).name;
 }
 
 std::size_t SourceDocument::placeOfAttribute(std::int32_t node, std::string_view name) const {

@@ -14,10 +14,14 @@
 // differently is a finding.
 class SourceDocument {
 public:
+    struct AttributePlaces {
+        std::size_t name = 0;
+        std::size_t value = 0;  // of the character after the opening quote
+    };
     struct NodePlaces {
-        std::size_t element = 0;              // of its `<`
-        std::size_t text = 0;                 // of the first character that isn't blank; else of its end
-        std::vector<std::size_t> attributes;  // of their values, in the order of PXMLNode::attributes
+        std::size_t element = 0;  // of its `<`
+        std::size_t text = 0;     // of the first character that isn't blank; without one the element's
+        std::vector<AttributePlaces> attributes;  // in the order of PXMLNode::attributes
     };
 
     // Reads a text, which is borrowed and outlives this object. True when the two readers find the same
@@ -28,12 +32,16 @@ public:
     // Offsets in the text; 0 for a bad index.
     std::size_t placeOf(std::int32_t node) const;
     std::size_t placeOfText(std::int32_t node) const;
-    // Of the value of an attribute, by its index among those of the node.
+    // Of the value, or the name, of an attribute, by its index among those of the node; of the element when
+    // it has no such attribute.
     std::size_t placeOfAttribute(std::int32_t node, std::size_t attribute) const;
+    std::size_t placeOfAttributeName(std::int32_t node, std::size_t attribute) const;
     // Of the value of the attribute that counts; of the element when it has none of this name.
     std::size_t placeOfAttribute(std::int32_t node, std::string_view name) const;
 
 private:
+    AttributePlaces placesOfAttribute(std::int32_t node, std::size_t attribute) const;
+
     PXML xml_;
     std::vector<NodePlaces> places_;
 };

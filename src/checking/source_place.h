@@ -5,7 +5,8 @@
 #include <string_view>
 #include <vector>
 
-// Where something stands in a text. Both are counted from 1; a column is a character, of whatever bytes.
+// Where something stands in a text. Both are counted from 1; a column is a character, of whatever bytes, but
+// for the byte order mark, which has none.
 struct SourcePlace {
     std::int32_t line = 1;
     std::int32_t column = 1;
@@ -24,5 +25,8 @@ public:
 
 private:
     std::string_view text_;
-    std::vector<std::size_t> starts_;  // of each line
+    std::size_t charactersBefore(std::size_t offset) const;
+
+    std::vector<std::size_t> starts_;      // of each line
+    std::vector<std::size_t> characters_;  // before each block of bytes, as one line may be the whole text
 };

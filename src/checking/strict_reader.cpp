@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
 #include "base/text_functions.h"
+#include "base/utf8_character.h"
 
 namespace {
 
@@ -25,21 +27,21 @@ std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
 }
 
-// The first byte from which on the text isn't UTF-8.
-std::size_t firstInvalidByte(std::string_view text, std::size_t from) {
-    while (from < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[from]);
-        const std::size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-        const std::string_view rest = text.substr(from + 1, length - 1);
-        const bool isWhole = rest.size() == length - 1 && std::ranges::all_of(rest, [](char c) {
-                                 return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-                             });
-        if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || !isWhole) {
-            return from;
+// The first byte, up to `last`, that begins no character of UTF-8.
+std::optional<std::size_t> firstInvalidByte(std::string_view text, std::size_t last) {
+    for (std::size_t at = 0; at < text.size() && at <= last;) {
+        const std::size_t length = OUtils::utf8CharacterLength(text.substr(at));
+        if (length == 0) {
+            return at;
         }
-        from += length;
+        at += length;
     }
-    return std::string_view::npos;
+    return std::nullopt;
+}
+
+bool isReferenceOfASetup(std::string_view text) {
+    static constexpr std::string_view kKnown[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&#"};
+    return std::ranges::any_of(kKnown, [text](std::string_view known) { return text.starts_with(known); });
 }
 
 }  // namespace
@@ -59,21 +61,16 @@ struct StrictReader::Handlers {
         const XML_AttrInfo* const places = XML_GetAttributeInfo(handlers.parser);
         StrictElement& element = handlers.reader.elements_.back();
         for (std::size_t i = 0; i < element.attributes.size(); ++i) {
+            element.attributes[i].nameAt = static_cast<std::size_t>(places[i].nameStart);
             element.attributes[i].valueAt = static_cast<std::size_t>(places[i].valueStart);
+            element.attributes[i].valueEnd = static_cast<std::size_t>(places[i].valueEnd);
         }
     }
     static void end(void* self, const char*) { of(self).reader.open_.pop_back(); }
     static void characters(void* self, const char* text, int length) {
         of(self).reader.addText({text, static_cast<std::size_t>(length)}, of(self).at());
     }
-    static void comment(void* self, const char*) {
-        of(self).skip();
-        // The setup's reader ends a comment only where exactly two dashes stand before the `>`.
-        if (of(self).reader.text_.substr(of(self).at()).starts_with("<!---")) {
-            of(self).reader.findings_.add("form-comment", of(self).at(),
-                                          "this comment begins with more than two dashes");
-        }
-    }
+    static void comment(void* self, const char*) { of(self).skip(); }
     static void instruction(void* self, const char*, const char*) { of(self).skip(); }
     static void cdata(void* self) {
         of(self).reader.findings_.add("form-cdata", of(self).at(),
@@ -136,6 +133,8 @@ bool StrictReader::isFitForReading() {
         findings_.add("form-too-large", 0, "the file has more than 1 GiB");
     } else if (zero != std::string_view::npos) {
         findings_.add("form-zero-byte", zero, "a setup reads nothing behind this zero byte");
+    } else if (text_.find('<') == std::string_view::npos) {
+        findings_.add("form-empty", 0, "the file has no elements");
     } else {
         return true;
     }
@@ -148,7 +147,7 @@ void StrictReader::open(const char* name, const char** attributes, std::size_t a
     element.parent = open_.empty() ? -1 : open_.back();
     element.at = at;
     for (; *attributes != nullptr; attributes += 2) {
-        element.attributes.push_back({attributes[0], attributes[1], 0});
+        element.attributes.push_back({.name = attributes[0], .value = attributes[1]});
     }
     open_.push_back(static_cast<std::int32_t>(elements_.size()));
     elements_.push_back(std::move(element));
@@ -166,18 +165,17 @@ void StrictReader::addText(std::string_view text, std::size_t at) {
 void StrictReader::reportError(int error, std::size_t at) {
     switch (error) {
         case XML_ERROR_NO_ELEMENTS:
-        case XML_ERROR_UNCLOSED_TOKEN:
             reportUnclosed();
+            return;
+        case XML_ERROR_UNCLOSED_TOKEN:
+            findings_.add("form-unclosed", at, "what begins here has no end");
             return;
         case XML_ERROR_TAG_MISMATCH:
             reportMismatch(at);
             return;
-        case XML_ERROR_UNDEFINED_ENTITY: {
-            const std::string_view name = text_.substr(at, text_.find(';', at) + 1 - at);
-            findings_.add("form-reference", at,
-                          "a setup doesn't know " + quoted(name) + " and shows it as it is");
+        case XML_ERROR_UNDEFINED_ENTITY:
+            reportUnknownName(at);
             return;
-        }
         case XML_ERROR_DUPLICATE_ATTRIBUTE:
             findings_.add("form-duplicate-attribute", at,
                           "this attribute is given twice, and only the later one counts");
@@ -187,7 +185,9 @@ void StrictReader::reportError(int error, std::size_t at) {
             return;
         case XML_ERROR_UNKNOWN_ENCODING:
         case XML_ERROR_INCORRECT_ENCODING:
-            findings_.add("form-encoding", at, "a setup reads every text as UTF-8");
+            if (findings_.empty()) {  // the declaration says it already
+                findings_.add("form-encoding", at, "a setup reads every text as UTF-8");
+            }
             return;
         case XML_ERROR_INVALID_TOKEN:
         case XML_ERROR_BAD_CHAR_REF:
@@ -204,18 +204,26 @@ void StrictReader::reportUnclosed() {
     if (!open_.empty()) {
         const StrictElement& element = elements_[static_cast<std::size_t>(open_.back())];
         findings_.add("form-unclosed", element.at, "the element " + element.name + " is never closed");
-    } else if (text_.find('<') == std::string_view::npos) {
-        findings_.add("form-empty", 0, "the file has no elements");
     } else {
-        findings_.add("form-unclosed", text_.rfind('<'), "what begins here has no end");
+        findings_.add("form-empty", 0, "the file has no elements");
     }
 }
 
+// Of a name in a value Expat only knows the tag.
+void StrictReader::reportUnknownName(std::size_t at) {
+    while (isReferenceOfASetup(text_.substr(at)) || text_[at] != '&') {
+        ++at;
+    }
+    const std::string_view name = text_.substr(at, text_.find(';', at) + 1 - at);
+    findings_.add("form-reference", at, "a setup doesn't know " + quoted(name) + " and shows it as it is");
+}
+
 void StrictReader::reportMismatch(std::size_t at) {
+    // Expat's place is that of the name.
+    const std::size_t start = text_.rfind('<', at);
     const StrictElement& element = elements_[static_cast<std::size_t>(open_.back())];
-    const std::size_t name = text_[at] == '<' ? at + 2 : at;
-    const std::string_view tag = text_.substr(name, text_.find_first_of("> \t\r\n", name) - name);
-    findings_.add("form-mismatched-tag", at,
+    const std::string_view tag = text_.substr(start + 2, text_.find_first_of("> \t\r\n", start) - start - 2);
+    findings_.add("form-mismatched-tag", start,
                   "this closes " + std::string(tag) + ", but " + element.name + " of line " +
                       std::to_string(SourceLines(text_).placeOf(element.at).line) + " is open");
 }
@@ -225,11 +233,10 @@ void StrictReader::reportInvalidToken(std::size_t at) {
     const std::string_view rest = text_.substr(at);
     const std::size_t tag = text_.rfind('<', at == 0 ? 0 : at - 1);
     const bool isInTag = tag != std::string_view::npos && text_.find('>', tag) >= at;
-    if (firstInvalidByte(text_, 0) <= at) {
-        findings_.add("form-encoding", at, "this is not UTF-8");
-    } else if (text_.substr(0, at).rfind("<!--") != std::string_view::npos &&
-               text_.find("-->", text_.substr(0, at).rfind("<!--") + 4) + 2 >= at) {
-        findings_.add("form-comment", at, "there are two dashes within this comment");
+    if (const auto invalid = firstInvalidByte(text_, at)) {
+        findings_.add("form-encoding", *invalid, "this is not UTF-8");
+    } else if (const auto dashes = dashesInComment(at)) {
+        findings_.add("form-comment", *dashes, "there are two dashes within this comment");
     } else if (rest.starts_with("&") || (at > 0 && text_[at - 1] == '&')) {
         findings_.add("form-reference", rest.starts_with("&") ? at : at - 1,
                       "this & doesn't begin a reference");
@@ -240,6 +247,19 @@ void StrictReader::reportInvalidToken(std::size_t at) {
     } else {
         findings_.add("form-not-well-formed", at, "this can't stand here");
     }
+}
+
+// The two dashes before `at` that a comment must not have; nothing when it isn't a comment that is broken.
+std::optional<std::size_t> StrictReader::dashesInComment(std::size_t at) const {
+    constexpr std::string_view kStart = "<!--";
+    const std::string_view before = text_.substr(0, at);
+    const std::size_t start = before.rfind(kStart);
+    if (start == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::size_t dashes = before.find("--", start + kStart.size());
+    const bool isEnd = text_.substr(std::min(dashes, text_.size())).starts_with("-->");
+    return dashes == std::string_view::npos || isEnd ? std::nullopt : std::optional(dashes);
 }
 
 // A setup knows five names and no numbers.

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "checking/finding.h"
@@ -13,7 +15,9 @@ struct StrictElement {
     struct Attribute {
         std::string name;
         std::string value;
-        std::size_t valueAt = 0;  // of the character after the opening quote
+        std::size_t nameAt = 0;
+        std::size_t valueAt = 0;   // of the character after the opening quote
+        std::size_t valueEnd = 0;  // of the closing quote
     };
 
     std::string name;
@@ -44,8 +48,10 @@ private:
     void addText(std::string_view text, std::size_t at);
     void reportError(int error, std::size_t at);
     void reportUnclosed();
+    void reportUnknownName(std::size_t at);
     void reportMismatch(std::size_t at);
     void reportInvalidToken(std::size_t at);
+    std::optional<std::size_t> dashesInComment(std::size_t at) const;
     void reportReferences();
     bool isInsideSkipped(std::size_t offset) const;
 

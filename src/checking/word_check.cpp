@@ -189,8 +189,9 @@ private:
             names.push_back(rule->name);
         }
         const std::string_view nearest = nearestWord(name, names);
-        context_.addAtAttribute("attribute-unknown", node, index,
-                                std::string(element.name) + " has no attribute " + name, didYouMean(nearest));
+        context_.addAtAttributeName("attribute-unknown", node, index,
+                                    std::string(element.name) + " has no attribute " + name,
+                                    didYouMean(nearest));
     }
 
     void checkAttribute(std::int32_t node, std::size_t index, std::string_view type,
@@ -200,8 +201,8 @@ private:
         const std::string name(rule.name);
         for (std::size_t i = 0; i < index; ++i) {
             if (OUtils::equalsIgnoreCase(element.attributes[i].name, name)) {
-                context_.addAtAttribute("attribute-repeated", node, index,
-                                        name + " is given twice, and only this one counts");
+                context_.addAtAttributeName("attribute-repeated", node, index,
+                                            name + " is given twice, and only this one counts");
             }
         }
         if (rule.limit != 0 && value.size() > rule.limit) {

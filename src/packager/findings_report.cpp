@@ -3,29 +3,35 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
-#include <set>
+#include <map>
 
+#include "base/utf8_character.h"
 #include "packager/packager_output.h"
 
 namespace {
 
-// A string of JSON (RFC 8259). The text is UTF-8.
-std::string jsonString(std::string_view text) {
+std::string jsonEscape(char32_t character) {
     constexpr std::string_view kHexadecimal = "0123456789abcdef";
-    constexpr unsigned char kFirstPlain = 0x20;
+    std::string escape = "\\u";
+    for (unsigned shift = 16; shift > 0; shift -= 4) {
+        escape += kHexadecimal[(character >> (shift - 4)) & 0xFU];
+    }
+    return escape;
+}
+
+// A string of JSON (RFC 8259). What a terminal would obey is escaped, and what isn't UTF-8 is replaced.
+std::string jsonString(std::string_view text) {
+    const std::string valid = OUtils::validUtf8(text);
     std::string json = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            json += '\\';
-            json += c;
-        } else if (byte < kFirstPlain) {
-            json += "\\u00";
-            json += kHexadecimal[byte >> 4U];
-            json += kHexadecimal[byte & 0xFU];
+    for (std::size_t at = 0; at < valid.size();) {
+        const std::string character = valid.substr(at, OUtils::utf8CharacterLength(valid.substr(at, 4)));
+        at += character.size();
+        if (character == "\"" || character == "\\") {
+            json += "\\" + character;
+        } else if (printable(character) != character) {
+            json += jsonEscape(OUtils::utf8CodePoint(character));
         } else {
-            json += c;
+            json += character;
         }
     }
     return json + "\"";
@@ -43,15 +49,27 @@ std::string counted(std::ptrdiff_t count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-// SARIF names a file by a relative reference (RFC 3986).
+// What SARIF needs of an absolute path before the path itself.
+std::string schemeOf(const std::string& path) {
+    const bool isOfDrive = path.size() > 2 && path[1] == ':';
+    const bool isOfServer = path.starts_with("//") || path.starts_with("\\\\");
+    if (isOfServer) {
+        return "file:";
+    }
+    return isOfDrive ? "file:///" : path.starts_with('/') ? "file://" : "";
+}
+
+// SARIF names a file by a reference (RFC 3986), which is relative where the path is.
 std::string uriOf(const std::string& path) {
     constexpr std::string_view kPlain = "-._~/!$&'()*+,;=@";
     constexpr std::string_view kHexadecimal = "0123456789ABCDEF";
-    std::string uri;
+    std::string uri = schemeOf(path);
+    const bool hasDrive = uri == "file:///";
     for (const char c : path) {
         const auto byte = static_cast<unsigned char>(c);
         const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-        if (isLetter || kPlain.find(c) != std::string_view::npos) {
+        const bool isPlain = isLetter || kPlain.find(c) != std::string_view::npos;
+        if (isPlain || (hasDrive && c == ':')) {
             uri += c;
         } else if (c == '\\') {
             uri += '/';
@@ -65,13 +83,16 @@ std::string uriOf(const std::string& path) {
 }
 
 void addSarifRules(const std::vector<Finding>& findings, std::vector<std::string>& lines) {
-    std::set<std::string_view> codes;
+    std::map<std::string_view, FindingCode> codes;
     for (const Finding& finding : findings) {
-        codes.insert(finding.code.name());
+        codes.emplace(finding.code.name(), finding.code);
     }
-    for (auto code = codes.begin(); code != codes.end(); ++code) {
-        lines.push_back("            {" + field("id", *code) + "}" +
-                        (std::next(code) == codes.end() ? "" : ","));
+    std::size_t rest = codes.size();
+    for (const auto& [name, code] : codes) {
+        --rest;
+        lines.push_back("            {" + field("id", name) + ", \"defaultConfiguration\": {" +
+                        field("level", severityWord(code.severity())) + "}, \"help\": {" +
+                        field("text", code.hint()) + "}}" + (rest == 0 ? "" : ","));
     }
 }
 

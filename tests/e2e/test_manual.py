@@ -119,7 +119,7 @@ class Examples(ManualTest):
     def xml_blocks():
         for page in sorted(MANUAL.glob("*.md")):
             for block in manual_pages.blocks(page.read_text("utf-8")):
-                if block.language == "xml":
+                if block.language == "xml" and "finding" not in block.values:  # those have mistakes on purpose
                     yield f"{page.name}:{block.line}", block.text
 
     def test_every_example_is_well_formed(self):

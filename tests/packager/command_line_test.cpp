@@ -55,6 +55,30 @@ TEST(CommandLine, AsksForTheVersionAheadOfACommand) {
     EXPECT_EQ(parseCommandLine({"--", "--version"}).problem, "unknown command \"--version\"");
 }
 
+TEST(CommandLine, ReadsTheCheckCommand) {
+    const CommandLine plain = parseCommandLine({"check", "install.xml"});
+    EXPECT_EQ(plain.problem, "");
+    EXPECT_EQ(plain.command, PackagerCommand::kCheck);
+    EXPECT_EQ(plain.checked, "install.xml");
+    EXPECT_EQ(plain.root + plain.systems + plain.format, "");
+    EXPECT_FALSE(plain.strict);
+    const CommandLine full = parseCommandLine(
+        {"check", "--root", "files", "--target=windows", "--format", "sarif", "--strict", "i.xml"});
+    EXPECT_EQ(full.problem, "");
+    EXPECT_EQ(full.root, "files");
+    EXPECT_EQ(full.systems, "windows");
+    EXPECT_EQ(full.format, "sarif");
+    EXPECT_TRUE(full.strict);
+    EXPECT_EQ(full.checked, "i.xml");
+}
+
+TEST(CommandLine, ReadsFindingsThatABuildAllows) {
+    const CommandLine line = parseCommandLine({"build", "--description", "d", "--root", "r", "--output", "o",
+                                               "--bin", "--allow", "element-unknown", "--allow=switch-on"});
+    EXPECT_EQ(line.problem, "");
+    EXPECT_EQ(line.allowed, (Words{"element-unknown", "switch-on"}));
+}
+
 TEST(CommandLine, ReportsWhatIsWrong) {
     const struct {
         Words words;
@@ -91,6 +115,14 @@ TEST(CommandLine, ReportsWhatIsWrong) {
         {{"text", "a", "--width", "wide"}, "the option --width needs a number from 10 to 1000"},
         {{"build", "--to", "x"}, "unknown option \"--to\""},
         {{"list", "--bin"}, "unknown option \"--bin\""},
+        {{"check"}, "the description is missing"},
+        {{"check", "a", "b"}, "unexpected word \"b\""},
+        {{"check", "a", "--target", "mac"}, "the option --target needs one of: windows, linux, both"},
+        {{"check", "a", "--format", "xml"}, "the option --format needs one of: text, json, sarif"},
+        {{"check", "a", "--strict=1"}, "the option --strict takes no value"},
+        {{"check", "a", "--allow", "switch-on"}, "unknown option \"--allow\""},
+        {{"build", "--description", "d", "--root", "r", "--output", "o", "--bin", "--allow", "all"},
+         "--allow: there is no finding with the code \"all\""},
         {{"build", "--bin=1"}, "the option --bin takes no value"},
         {{"build", "--root"}, "the option --root needs a value"},
         {{"build", "--root="}, "the option --root needs a value"},
@@ -112,7 +144,7 @@ TEST(CommandLine, NeedsNoImageForASeparatePackage) {
 }
 
 TEST(CommandLine, GivesHelpForEachCommand) {
-    for (const char* command : {"build", "list", "extract", "verify", "text"}) {
+    for (const char* command : {"build", "list", "extract", "verify", "text", "check"}) {
         const CommandLine line = parseCommandLine({command, "--help"});
         EXPECT_TRUE(line.help);
         EXPECT_EQ(line.problem, "");
