@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "checking/alias_uses.h"
@@ -44,9 +43,9 @@ private:
         }
     }
 
-    // One slide more than there are files would be missing already.
     void checkSlides(const AliasUse& use) {
-        for (const std::string& slide : slidesOf(use, files_.all().size() + 1)) {
+        for (std::int32_t i = 0; i < use.count; ++i) {
+            const std::string slide = use.alias + std::to_string(i);
             if (!isPacked(slide, true)) {
                 context_.addAtText("alias-unknown", use.node,
                                    "no file has the alias " + inQuotes(slide) + " of this slide show");
@@ -107,17 +106,9 @@ private:
         if (hasOpenAlias(context_)) {
             return;
         }
-        std::unordered_set<std::string> used;
-        for (const AliasUse& use : uses_) {
-            const std::vector<std::string> names = use.kind == Kind::kSlides
-                                                       ? slidesOf(use, files_.all().size() + 1)
-                                                       : std::vector<std::string>{use.alias};
-            used.insert(names.begin(), names.end());
-        }
+        const UsedAliases used(uses_, UsedAliases::Which::kAll);
         for (const PackedFile& file : files_.all()) {
-            const std::string picture(withoutForm(file.alias));
-            if (!file.isInstalled() && !used.contains(file.alias) && !used.contains(picture) &&
-                !isPictureOfWindow(picture)) {
+            if (!file.isInstalled() && !used.contains(file.alias)) {
                 context_.addAtElement(
                     "file-unused", file.node,
                     inQuotes(file.text) + " is packed, and nothing uses its alias " + inQuotes(file.alias));

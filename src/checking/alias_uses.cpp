@@ -1,6 +1,7 @@
 #include "checking/alias_uses.h"
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
 #include <optional>
 
@@ -76,14 +77,6 @@ bool hasOpenAlias(const CheckContext& context) {
     });
 }
 
-std::vector<std::string> slidesOf(const AliasUse& use, std::size_t most) {
-    std::vector<std::string> slides;
-    for (std::size_t i = 0; i < std::min(static_cast<std::size_t>(use.count), most); ++i) {
-        slides.push_back(use.alias + std::to_string(i));
-    }
-    return slides;
-}
-
 std::vector<std::string> formsOf(std::string_view alias) {
     std::vector<std::string> forms = {std::string(alias)};
     for (const std::string_view form : kLargerForms) {
@@ -101,6 +94,39 @@ std::string_view withoutForm(std::string_view alias) {
     return alias;
 }
 
-bool isPictureOfWindow(std::string_view alias) {
-    return std::ranges::find(kPicturesOfWindow, alias) != std::end(kPicturesOfWindow);
+UsedAliases::UsedAliases(const std::vector<AliasUse>& uses, Which which) {
+    for (const std::string_view picture : kPicturesOfWindow) {
+        names_.emplace(picture);
+    }
+    for (const AliasUse& use : uses) {
+        if (use.kind == Kind::kSlides) {
+            std::int32_t& count = slides_[use.alias];
+            count = std::max(count, use.count);
+        } else if (use.kind == Kind::kPicture || which == Which::kAll) {
+            names_.insert(use.alias);
+        }
+    }
+}
+
+bool UsedAliases::contains(std::string_view alias) const {
+    const std::string_view picture = withoutForm(alias);
+    return names_.contains(std::string(alias)) || names_.contains(std::string(picture)) || isSlide(picture);
+}
+
+// The name of its show may end in a digit, too.
+bool UsedAliases::isSlide(std::string_view alias) const {
+    constexpr std::size_t kMostDigits = 10;
+    for (std::size_t digits = 1; digits <= std::min(kMostDigits, alias.size()); ++digits) {
+        const std::size_t end = alias.size() - digits;
+        if (alias[end] < '0' || alias[end] > '9') {
+            return false;
+        }
+        const auto show = slides_.find(std::string(alias.substr(0, end)));
+        std::int64_t number = 0;
+        std::from_chars(alias.data() + end, alias.data() + alias.size(), number);
+        if (show != slides_.end() && number < show->second && std::to_string(number).size() == digits) {
+            return true;
+        }
+    }
+    return false;
 }

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 class CheckContext;
@@ -24,14 +26,26 @@ std::vector<AliasUse> aliasUsesOf(const CheckContext& context);
 // Whether there is an action whose alias only a run knows.
 bool hasOpenAlias(const CheckContext& context);
 
-// The aliases of a slide show, one for each slide; at most `most`.
-std::vector<std::string> slidesOf(const AliasUse& use, std::size_t most);
-
 // A picture has an alias of its own, and larger forms whose aliases are these.
 std::vector<std::string> formsOf(std::string_view alias);
 
 // The alias without what marks a larger form.
 std::string_view withoutForm(std::string_view alias);
 
-// Whether the window looks for this picture by itself.
-bool isPictureOfWindow(std::string_view alias);
+// The aliases that pages, actions and the window itself use.
+class UsedAliases {
+public:
+    // With pictures alone documents and files of actions don't count.
+    enum class Which { kAll, kPictures };
+
+    UsedAliases(const std::vector<AliasUse>& uses, Which which);
+
+    // Whether something uses this alias, or may use it as the larger form of another one.
+    bool contains(std::string_view alias) const;
+
+private:
+    bool isSlide(std::string_view alias) const;
+
+    std::unordered_set<std::string> names_;
+    std::unordered_map<std::string, std::int32_t> slides_;  // how many there are
+};

@@ -7,6 +7,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "checking/check_context.h"
+#include "checking/condition_scope.h"
 #include "checking/packed_files.h"
 #include "checking/path_values.h"
 #include "checking/quoted_text.h"
@@ -119,7 +120,8 @@ private:
     void checkSystem(const Place& place) {
         const bool isWindowsPath = hasDrive(place.text);
         const bool isLinuxPath = place.text.starts_with('/') && !place.text.starts_with("//");
-        if (hasCondition(place.node) || !(context_.targets().windows && context_.targets().linux)) {
+        if (hasConditionAround(context_, place.node) ||
+            !(context_.targets().windows && context_.targets().linux)) {
             checkOnlySystem(place, isWindowsPath, isLinuxPath);
         } else if (isWindowsPath || isLinuxPath) {
             add("path-system", place,
@@ -132,15 +134,6 @@ private:
         if ((isWindowsPath && !targets.windows) || (isLinuxPath && !targets.linux)) {
             add("path-system", place, inQuotes(place.text) + " is a path of the other system");
         }
-    }
-
-    bool hasCondition(std::int32_t node) const {
-        for (; node >= 0; node = context_.xml().getNode(node)->parent) {
-            if (context_.attribute(node, "Condition")) {
-                return true;
-            }
-        }
-        return false;
     }
 
     void add(FindingCode code, const Place& place, std::string message) const {

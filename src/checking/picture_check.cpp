@@ -2,8 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <unordered_set>
-#include <vector>
 
 #include "checking/alias_uses.h"
 #include "checking/check_context.h"
@@ -13,19 +11,6 @@
 #include "platform/file_system.h"
 
 namespace {
-
-std::unordered_set<std::string> picturesOf(const CheckContext& context, std::size_t most) {
-    std::unordered_set<std::string> pictures;
-    for (const AliasUse& use : aliasUsesOf(context)) {
-        if (use.kind == AliasUse::Kind::kPicture) {
-            pictures.insert(use.alias);
-        } else if (use.kind == AliasUse::Kind::kSlides) {
-            const std::vector<std::string> slides = slidesOf(use, most);
-            pictures.insert(slides.begin(), slides.end());
-        }
-    }
-    return pictures;
-}
 
 ByteReader readerOf(platform::File& file) {
     return [&file](std::int64_t offset, std::uint32_t count) {
@@ -42,13 +27,10 @@ ByteReader readerOf(platform::File& file) {
 }  // namespace
 
 void checkPictures(const CheckContext& context, const PackedFiles& files) {
-    const std::unordered_set<std::string> pictures = picturesOf(context, files.all().size());
+    const UsedAliases pictures(aliasUsesOf(context), UsedAliases::Which::kPictures);
     for (const PackedFile& file : files.all()) {
-        const std::string_view picture = withoutForm(file.alias);
-        const bool isShown = pictures.contains(file.alias) || pictures.contains(std::string(picture)) ||
-                             isPictureOfWindow(picture);
         std::unique_ptr<platform::File> opened;
-        if (!isShown || file.source.kind != FileSource::Kind::kRoot ||
+        if (file.source.kind != FileSource::Kind::kRoot || !pictures.contains(file.alias) ||
             context.files().open(files.pathOf(file.source), {}, opened) != 0) {
             continue;
         }

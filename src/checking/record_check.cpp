@@ -156,7 +156,7 @@ private:
         return found;
     }
 
-    std::string folded(std::string path) const {
+    std::string folded(const std::string& path) const {
         return context_.targets().linux ? path : OUtils::toLowerAscii(path);
     }
 

@@ -41,18 +41,34 @@ TEST(AliasUses, AreLeftOutWhereOnlyARunKnowsThem) {
     EXPECT_TRUE(isOpen);
 }
 
-TEST(AliasUses, OfSlidesHaveNumbers) {
-    const AliasUse slides{AliasUse::Kind::kSlides, 0, "S", 1000000000};
-    EXPECT_EQ(slidesOf(slides, 2), (std::vector<std::string>{"S0", "S1"}));
-    EXPECT_EQ(slidesOf({AliasUse::Kind::kSlides, 0, "S", 1}, 2), (std::vector<std::string>{"S0"}));
-}
-
 TEST(AliasUses, OfPicturesHaveLargerForms) {
     EXPECT_EQ(formsOf("P"), (std::vector<std::string>{"P", "P@2x", "P@3x"}));
     EXPECT_EQ(withoutForm("P@3x"), "P");
     EXPECT_EQ(withoutForm("P@4x"), "P@4x");
-    EXPECT_TRUE(isPictureOfWindow("AppIcon"));
-    EXPECT_FALSE(isPictureOfWindow("appicon"));
+}
+
+TEST(UsedAliases, AreThoseOfElementsAndOfTheWindow) {
+    const std::vector<AliasUse> uses = {{AliasUse::Kind::kPicture, 0, "P"},
+                                        {AliasUse::Kind::kDocument, 0, "D"}};
+    const UsedAliases used(uses, UsedAliases::Which::kAll);
+    for (const std::string_view alias : {"P", "P@2x", "D", "AppIcon", "icon_current@3x"}) {
+        EXPECT_TRUE(used.contains(alias)) << alias;
+    }
+    for (const std::string_view alias : {"p", "P@4x", "appicon", "", "@2x"}) {
+        EXPECT_FALSE(used.contains(alias)) << alias;
+    }
+    EXPECT_FALSE(UsedAliases(uses, UsedAliases::Which::kPictures).contains("D"));
+}
+
+TEST(UsedAliases, AreAsManySlidesAsAShowHas) {
+    const UsedAliases used({{AliasUse::Kind::kSlides, 0, "S", 12}, {AliasUse::Kind::kSlides, 0, "S1", 3}},
+                           UsedAliases::Which::kPictures);
+    for (const std::string_view alias : {"S0", "S9", "S11", "S12", "S0@2x"}) {
+        EXPECT_TRUE(used.contains(alias)) << alias;
+    }
+    for (const std::string_view alias : {"S", "S13", "S00", "S01", "T0", "S99999999999999999999", "0"}) {
+        EXPECT_FALSE(used.contains(alias)) << alias;
+    }
 }
 
 }  // namespace
