@@ -8,7 +8,8 @@ if(NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 add_compile_options(
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Werror
+  -Wall -Wextra -Wpedantic -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
+  -Wformat=2 -Werror
   -fno-strict-aliasing -ffunction-sections -fdata-sections)
 add_link_options(-Wl,--gc-sections)
 add_compile_definitions(_FILE_OFFSET_BITS=64)

@@ -14,6 +14,8 @@ endif()
 add_library(tandrel_zlib INTERFACE)
 target_link_libraries(tandrel_zlib INTERFACE ${ZLIB_LIBRARY})
 
+include(${CMAKE_CURRENT_LIST_DIR}/Expat.cmake)
+
 # The window's: wxWidgets and the decoders of pictures.
 include(${CMAKE_CURRENT_LIST_DIR}/Toolkit.cmake)
 

@@ -82,6 +82,7 @@ inline constexpr Element kElements[] = {
     {"Desc", Kind::kText, "files.md"},
     {"FileSet", Kind::kNone, "files.md"},
     {"FN", Kind::kText, "files.md"},
+    {"Tree", Kind::kNone, "files.md"},
     {"Dialogs", Kind::kNone, "dialogs.md"},
     {"UninstallDialogs", Kind::kNone, "dialogs.md"},
     {"Field", Kind::kVariable, "dialogs.md"},
@@ -160,6 +161,10 @@ inline constexpr Attribute kAttributes[] = {
     {"FN", "OkIfMissing", Kind::kPresence, "files.md"},
     {"FN", "StripExeExt", Kind::kCondition, "files.md"},
     {"FN", "BackupExisting", Kind::kPresence, "files.md"},
+    {"Tree", "From", Kind::kText, "files.md"},
+    {"Tree", "Include", Kind::kWords, "files.md"},
+    {"Tree", "Exclude", Kind::kWords, "files.md"},
+    {"Tree", "KeepModes", Kind::kPresence, "files.md"},
     {kEveryDialog, "w", Kind::kNumber, "dialogs.md"},
     {kEveryDialog, "h", Kind::kNumber, "dialogs.md"},
     {kEveryDialog, "BkgColour", Kind::kColour, "dialogs.md"},
@@ -348,6 +353,7 @@ inline constexpr std::string_view kActionDetails[] = {"NoExpansion", "NoPathCorr
 inline constexpr std::string_view kShortcutTypes[] = {"Symlink", "File", "URL", "Uninstall"};
 inline constexpr std::string_view kProtocols[] = {"TCP", "UDP"};
 inline constexpr std::string_view kFileCommands[] = {"AddAfter"};
+inline constexpr std::string_view kRegistryTypes[] = {"REG_SZ", "REG_DWORD", "REG_BINARY"};
 
 inline constexpr WordList kWordLists[] = {
     {"kinds of elements", "dialogs.md", kElementKinds},
@@ -372,6 +378,7 @@ inline constexpr WordList kWordLists[] = {
     {"types of shortcuts", "system-changes.md", kShortcutTypes},
     {"protocols of a port", "system-changes.md", kProtocols},
     {"commands of ModifyFiles", "system-changes.md", kFileCommands},
+    {"types of registry values", "system-changes.md", kRegistryTypes},
 };
 
 constexpr bool isElement(std::string_view name) {

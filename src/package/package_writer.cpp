@@ -79,6 +79,14 @@ void checkTexts(const PackageFile& entry) {
     }
 }
 
+// -1 when there is no such file.
+std::int64_t sizeOf(const PackageFile& entry, PFileStream& lookUp) {
+    if (entry.content != nullptr) {
+        return static_cast<std::int64_t>(entry.content->size());
+    }
+    return entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path);
+}
+
 void checkImage(const std::string& path, ImageProblem problem) {
     switch (problem) {
         case ImageProblem::kNotExecutable:
@@ -261,7 +269,7 @@ void PackageWriter::checkEntries(const std::vector<PackageFile>& entries, const 
             fail("the alias \"" + entry.alias + "\" stands for both " + known->second->path + " and " +
                  entry.path + ": give one of them another Alias");
         }
-        const std::int64_t size = entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path);
+        const std::int64_t size = sizeOf(entry, lookUp);
         if (size < 0) {
             fail(entry.path + ": no such file");
         }
@@ -318,6 +326,14 @@ void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& j
     job.positions.push_back(job.compressor.blobSize());
     const EntryHeader header = encodeHeader(entry, size);
     checkCompression(job.compressor.addData(header.data(), static_cast<std::int32_t>(header.size())));
+    if (entry.content == nullptr) {
+        addFileContent(entry, size, job);
+    } else {
+        checkCompression(job.compressor.addData(entry.content->data(), static_cast<std::int32_t>(size)));
+    }
+}
+
+void PackageWriter::addFileContent(const PackageFile& entry, std::int64_t size, Job& job) {
     PFileStream stream(files_);
     int status = stream.openFile(entry.path, PFileStream::kGenericRead, PFileStream::kShareRead,
                                  PFileStream::kOpenExisting | PFileStream::kSequential);

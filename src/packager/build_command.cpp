@@ -1,7 +1,10 @@
+#include "base/path_functions.h"
+#include "base/text_functions.h"
 #include "package/package_writer.h"
 #include "packager/commands.h"
 #include "packager/document_fault.h"
 #include "packager/document_losses.h"
+#include "packager/failure.h"
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
 #include "support/utilities.h"
@@ -27,6 +30,23 @@ void warnOfDocument(const PackingList::ShownDocument& shown, PackagerOutput& out
     }
 }
 
+// An output of an earlier run among the files of a tree would be packed in, and again each time.
+void refuseOutputAmong(const std::vector<PackageFile>& entries, const std::string& output,
+                       platform::FileSystem& files) {
+    std::string realOutput;
+    if (files.realPath(output, realOutput) != 0) {
+        return;  // it isn't there
+    }
+    const std::string_view name = OUtils::lastPathComponent(realOutput);
+    for (const PackageFile& entry : entries) {
+        std::string real;
+        if (OUtils::equalsIgnoreCase(OUtils::lastPathComponent(entry.path), name) &&
+            files.realPath(entry.path, real) == 0 && real == realOutput) {
+            fail(output + " is to be packed itself: choose another output");
+        }
+    }
+}
+
 }  // namespace
 
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
@@ -39,6 +59,7 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
     for (const PackingList::ShownDocument& document : list.documents()) {
         warnOfDocument(document, output, files);
     }
+    refuseOutputAmong(list.entries(), commandLine.output, files);
     PackageOptions options;
     options.imagePath = commandLine.bin ? std::string() : commandLine.image;
     options.stripes =

@@ -1,8 +1,11 @@
 #include "packager/command_line.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string_view>
 
+#include "checking/finding_codes.h"
 #include "package/solid_format.h"
 
 namespace {
@@ -13,16 +16,17 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
-    {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
-    {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
-    {"text", PackagerCommand::kText},
+    {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
+    {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
+    {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
+    {"check", PackagerCommand::kCheck},   {"new", PackagerCommand::kNew},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
 constexpr std::int32_t kMostWidth = 1000;
 
-// An option stores a text, sets a flag, or stores a number from `least` to `most`; the other two pointers are
-// null.
+// An option stores a text, sets a flag, stores a number from `least` to `most`, or adds a text to a list; the
+// other pointers are null.
 struct OptionRule {
     const char* name;
     std::string CommandLine::*text;
@@ -31,6 +35,7 @@ struct OptionRule {
     std::int32_t least;
     std::int32_t most;
     PackagerCommand command;
+    std::vector<std::string> CommandLine::*list = nullptr;
 };
 
 constexpr OptionRule kOptions[] = {
@@ -42,6 +47,14 @@ constexpr OptionRule kOptions[] = {
     {"stripes", nullptr, nullptr, &CommandLine::stripes, 1, SolidFormat::kMaxChunks, PackagerCommand::kBuild},
     {"level", nullptr, nullptr, &CommandLine::level, 1, 9, PackagerCommand::kBuild},
     {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, 0, PackagerCommand::kBuild},
+    {"allow", nullptr, nullptr, nullptr, 0, 0, PackagerCommand::kBuild, &CommandLine::allowed},
+    {"description", &CommandLine::description, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
+    {"target", &CommandLine::systems, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
+    {"format", &CommandLine::format, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
+    {"strict", nullptr, &CommandLine::strict, nullptr, 0, 0, PackagerCommand::kCheck},
     {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kExtract},
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
@@ -109,9 +122,14 @@ private:
     std::string* placeOfOperand() {
         switch (result_.command) {
             case PackagerCommand::kBuild:
+            case PackagerCommand::kExpand:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
+            case PackagerCommand::kCheck:
+                return &result_.checked;
+            case PackagerCommand::kNew:
+                return &result_.directory;
             default:
                 return &result_.package;
         }
@@ -143,6 +161,8 @@ private:
         }
         if (value.empty()) {
             fail("the option " + name + " needs a value");
+        } else if (rule.list != nullptr) {
+            (result_.*rule.list).push_back(value);
         } else if (rule.text != nullptr) {
             result_.*rule.text = value;
         } else if (!readNumber(value, rule, result_.*rule.number)) {
@@ -169,6 +189,11 @@ private:
                 if (!result_.bin) {
                     need(result_.image, "--image");
                 }
+                checkAllowed();
+                break;
+            case PackagerCommand::kExpand:
+                need(result_.description, "--description");
+                need(result_.root, "--root");
                 break;
             case PackagerCommand::kExtract:
                 need(result_.package, "the package");
@@ -176,6 +201,14 @@ private:
                 break;
             case PackagerCommand::kText:
                 checkText();
+                break;
+            case PackagerCommand::kNew:
+                need(result_.directory, "the directory");
+                break;
+            case PackagerCommand::kCheck:
+                need(result_.checked, "the description");
+                needWord(result_.systems, "--target", {"windows", "linux", "both"});
+                needWord(result_.format, "--format", {"text", "json", "sarif"});
                 break;
             default:
                 need(result_.package, "the package");
@@ -192,6 +225,25 @@ private:
             fail("--verbatim is for plain text, it goes with neither --html nor --tree");
         } else if (result_.width != 0 && (result_.html || result_.tree)) {
             fail("--width is for plain text, it goes with neither --html nor --tree");
+        }
+    }
+
+    void needWord(const std::string& value, const std::string& name, const std::vector<std::string>& words) {
+        if (!value.empty() && std::find(words.begin(), words.end(), value) == words.end()) {
+            std::string known;
+            for (const std::string& word : words) {
+                known += (known.empty() ? "" : ", ") + word;
+            }
+            fail("the option " + name + " needs one of: " + known);
+        }
+    }
+
+    void checkAllowed() {
+        for (const std::string& code : result_.allowed) {
+            if (std::ranges::find(finding_kinds::kAll, code, &FindingKind::name) ==
+                std::end(finding_kinds::kAll)) {
+                fail("--allow: there is no finding with the code \"" + code + "\"");
+            }
         }
     }
 
@@ -216,7 +268,10 @@ private:
 constexpr const char* kOverview =
     "packager - makes self-extracting installers and looks into them\n"
     "\n"
+    "  packager new      writes a template of a product to begin with\n"
+    "  packager check    finds mistakes in a description\n"
     "  packager build    makes a package of a description and a product's files\n"
+    "  packager expand   shows a description with files in the place of its trees\n"
     "  packager list     shows the files of a package\n"
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
@@ -227,10 +282,11 @@ constexpr const char* kOverview =
 
 constexpr const char* kBuildHelp =
     "packager build --description FILE --root DIR --image IMAGE --output FILE\n"
-    "               [--bin] [--stripes N] [--level 1..9] [--old-checksum]\n"
+    "               [--bin] [--stripes N] [--level 1..9] [--old-checksum] [--allow CODE]...\n"
     "\n"
     "  --description FILE  the product's install.xml; it becomes the first file of the package\n"
-    "  --root DIR          the directory in which the texts of the FN elements are looked up\n"
+    "  --root DIR          the directory in which Tree elements and the texts of FN elements are\n"
+    "                      looked up\n"
     "  --image IMAGE       the bare installer, for Linux (ELF) or Windows (PE); also what an FN\n"
     "                      named installer.exe or installer stands for when there is no such file\n"
     "  --output FILE       the package to make; an existing one is replaced when all went well\n"
@@ -239,8 +295,40 @@ constexpr const char* kBuildHelp =
     "                      (default: one for each 4 MiB, at most 32)\n"
     "  --level N           1 is the fastest, 9 the smallest (default: 9)\n"
     "  --old-checksum      write the trailer of unsigned packages of older tools\n"
+    "  --allow CODE        build in spite of errors with this code; see packager check\n"
     "\n"
     "The same input gives the same bytes on every machine.\n";
+
+constexpr const char* kExpandHelp =
+    "packager expand --description FILE --root DIR [--image IMAGE]\n"
+    "\n"
+    "Shows the description that `packager build` packs: with an FN for each file, and a shortcut for\n"
+    "each symbolic link, in the place of each Tree. A description without a Tree is shown as it is.\n"
+    "\n"
+    "  --description FILE  the product's install.xml\n"
+    "  --root DIR          the directory in which trees and files are looked up\n"
+    "  --image IMAGE       the bare installer; names that its system can't have are refused\n";
+
+constexpr const char* kCheckHelp =
+    "packager check DESCRIPTION [--root DIR] [--target windows|linux|both]\n"
+    "               [--format text|json|sarif] [--strict]\n"
+    "\n"
+    "Finds mistakes in a description before a customer meets them: each with its line and column,\n"
+    "a code, what is wrong, and what to do about it.\n"
+    "\n"
+    "  --root DIR       the directory of the product's files, as for build; without it nothing is\n"
+    "                   said about files\n"
+    "  --target SYSTEM  the systems that the setup is for (default: both)\n"
+    "  --format FORMAT  text for people (default), json for scripts, sarif for tools (SARIF 2.1.0)\n"
+    "  --strict         let warnings fail, too\n"
+    "\n"
+    "Exit codes: 0 no error, 1 an error (with --strict also a warning), 2 wrong use.\n";
+
+constexpr const char* kNewHelp =
+    "packager new DIR\n"
+    "\n"
+    "Writes the description of a small product for Linux and Windows, and its files, into the\n"
+    "directory, which is made if necessary. Files that are there already are never replaced.\n";
 
 constexpr const char* kListHelp =
     "packager list PACKAGE\n"
@@ -311,6 +399,8 @@ std::string helpText(PackagerCommand command) {
     switch (command) {
         case PackagerCommand::kBuild:
             return kBuildHelp;
+        case PackagerCommand::kExpand:
+            return kExpandHelp;
         case PackagerCommand::kList:
             return kListHelp;
         case PackagerCommand::kExtract:
@@ -319,6 +409,10 @@ std::string helpText(PackagerCommand command) {
             return kVerifyHelp;
         case PackagerCommand::kText:
             return kTextHelp;
+        case PackagerCommand::kCheck:
+            return kCheckHelp;
+        case PackagerCommand::kNew:
+            return kNewHelp;
         case PackagerCommand::kNone:
             break;
     }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText };
+enum class PackagerCommand { kNone, kBuild, kExpand, kList, kExtract, kVerify, kText, kCheck, kNew };
 
 // What the command line asks for.
 struct CommandLine {
@@ -21,6 +21,15 @@ struct CommandLine {
     std::int32_t stripes = 0;  // 0: not given
     std::int32_t level = 9;
     bool oldChecksum = false;
+
+    std::vector<std::string> allowed;  // codes of findings that don't stop a build
+
+    std::string checked;  // the description of check
+    std::string systems;  // of check; "windows", "linux" or "both"
+    std::string format;   // of check; "text", "json" or "sarif"
+    bool strict = false;  // of check
+
+    std::string directory;  // of new
 
     std::string package;
     std::string target;                // of extract

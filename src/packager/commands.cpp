@@ -7,22 +7,37 @@
 
 namespace {
 
-void runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
+// False: the command has said itself what fails.
+bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
                 platform::Environment& environment) {
     switch (commandLine.command) {
         case PackagerCommand::kBuild:
-            return runBuild(commandLine, output, files, environment);
+            runBuild(commandLine, output, files, environment);
+            return true;
+        case PackagerCommand::kExpand:
+            runExpand(commandLine, output, files);
+            return true;
         case PackagerCommand::kList:
-            return runList(commandLine, output, files);
+            runList(commandLine, output, files);
+            return true;
         case PackagerCommand::kExtract:
-            return runExtract(commandLine, output, files);
+            runExtract(commandLine, output, files);
+            return true;
         case PackagerCommand::kVerify:
-            return runVerify(commandLine, output, files);
+            runVerify(commandLine, output, files);
+            return true;
         case PackagerCommand::kText:
-            return runText(commandLine, output, files);
+            runText(commandLine, output, files);
+            return true;
+        case PackagerCommand::kNew:
+            runNew(commandLine, output, files);
+            return true;
+        case PackagerCommand::kCheck:
+            return runCheck(commandLine, output, files);
         case PackagerCommand::kNone:
-            return;
+            break;
     }
+    return true;
 }
 
 std::string withoutLastLineEnd(std::string text) {
@@ -35,8 +50,7 @@ std::string withoutLastLineEnd(std::string text) {
 int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
                platform::Environment& environment) {
     try {
-        runCommand(commandLine, output, files, environment);
-        return 0;
+        return runCommand(commandLine, output, files, environment) ? 0 : 1;
     } catch (const GenericError& error) {
         output.warn("packager: " + printable(error.what()));
     } catch (const std::bad_alloc&) {

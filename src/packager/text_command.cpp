@@ -40,14 +40,6 @@ DocumentFormat formatOf(const CommandLine& commandLine, std::string_view documen
                                                       : DocumentFormat::kMarkdown;
 }
 
-void printLines(std::string_view text, PackagerOutput& output) {
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        output.print(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-}
-
 void showRichText(const CommandLine& commandLine, const std::string& document, int width,
                   PackagerOutput& output) {
     if (commandLine.html || commandLine.tree) {

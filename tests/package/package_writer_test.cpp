@@ -103,6 +103,19 @@ TEST_F(PackageWriterTest, WritesWhatTheCabinetReads) {
     EXPECT_EQ(cabinet.entry(2).digest(), md5Of("image", 5));
 }
 
+TEST_F(PackageWriterTest, PacksAGivenContentInsteadOfTheFile) {
+    entries_[0].content = std::make_shared<const std::string>("another text");
+    entries_[0].size = 3;  // of the file
+    EXPECT_EQ(write().payloadSize, 12 + 5);
+    Cabinet cabinet(files_, DebugLog());
+    ASSERT_EQ(cabinet.load(kOutput, *findStampedOffset(files_.content(kOutput))),
+              Cabinet::LoadResult::kLoaded);
+    EXPECT_EQ(cabinet.entry(0).digest(), md5Of("another text", 12));
+    EXPECT_FALSE(files_.didOperation("open /in/install.xml"));
+    entries_[0].content = std::make_shared<const std::string>();
+    EXPECT_EQ(write().payloadSize, 5);
+}
+
 TEST_F(PackageWriterTest, WritesNeitherImageNorTrailerIntoASeparatePackage) {
     options_.imagePath.clear();
     write();

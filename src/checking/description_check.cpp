@@ -1,0 +1,23 @@
+#include "checking/description_check.h"
+
+#include "checking/condition_check.h"
+#include "checking/declared_variables.h"
+#include "checking/page_check.h"
+#include "checking/source_document.h"
+#include "checking/variable_check.h"
+#include "checking/word_check.h"
+
+std::vector<Finding> checkDescription(std::string_view text, const CheckOptions& options,
+                                      platform::FileSystem& files) {
+    Findings findings(text);
+    SourceDocument source;
+    if (source.read(text, findings)) {
+        const CheckContext context(source, options.targets, findings, files, options.root);
+        const DeclaredVariables variables(context);
+        checkWords(context);
+        checkVariables(context, variables);
+        checkConditions(context, variables);
+        checkPages(context);
+    }
+    return findings.sorted();
+}
