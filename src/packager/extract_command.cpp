@@ -122,7 +122,7 @@ std::size_t extractTree(const Cabinet& cabinet, const std::vector<std::int32_t>&
         output.warn("packager: warning: " + printable(remark));
     }
     std::size_t done = 0;
-    for (const TreeFile& file : tree.files()) {
+    for (const ExtractedFile& file : tree.files()) {
         makeTreeDirectories(target, file.path, files);
         const std::string path = target + "/" + file.path;
         writeEntry(cabinet, file.index, path, files);

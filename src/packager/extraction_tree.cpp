@@ -72,7 +72,7 @@ void ExtractionTree::add(std::int32_t index) {
     }
 }
 
-void ExtractionTree::place(TreeFile file) {
+void ExtractionTree::place(ExtractedFile file) {
     const CabinetEntry& entry = cabinet_.entry(file.index);
     const std::string wanted = file.path;
     const std::string other = wanted + " (" + safeComponent(entry.alias()) + ")";
@@ -87,7 +87,7 @@ void ExtractionTree::place(TreeFile file) {
             }
             return;
         }
-        TreeFile& present = files_[known->second];
+        ExtractedFile& present = files_[known->second];
         if (isSameContent(cabinet_.entry(present.index), entry)) {
             present.isExecutable = present.isExecutable || file.isExecutable;
             return;
