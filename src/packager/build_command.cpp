@@ -1,6 +1,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "package/package_writer.h"
+#include "packager/build_check.h"
 #include "packager/commands.h"
 #include "packager/document_fault.h"
 #include "packager/document_losses.h"
@@ -51,6 +52,7 @@ void refuseOutputAmong(const std::vector<PackageFile>& entries, const std::strin
 
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
               platform::Environment& environment) {
+    checkBeforeBuild(commandLine, output, files);
     PackingList list({commandLine.description, commandLine.root, commandLine.image}, files);
     list.read();
     for (const std::string& warning : list.warnings()) {

@@ -121,7 +121,7 @@ class InstallationTest(TreeTest):
         self.add_files()
         text = self.describe('<FileSet Name="All"><Tree From="." Dest="[DIR]"/></FileSet>')
         self.build(text, "stage/root/setup")
-        result = self.packager("build", "--description", self.native("stage/install.xml"), "--root", self.native("stage/root"),
+        result = self.build_allowing("--description", self.native("stage/install.xml"), "--root", self.native("stage/root"),
                                "--bin", "--output", self.native("stage/./root/setup"))
         self.assertEqual(result.code, 1, result)
         self.assertIn("is to be packed itself: choose another output", result.err)
