@@ -106,7 +106,7 @@ void writeEntry(const Cabinet& cabinet, std::int32_t index, const std::string& p
     }
     const int status = OUtils::writeWholeFile(path, *cabinet.entryContent(index), files);
     if (status != 0) {
-        fail(path + " can't be written (error " + std::to_string(status) + ")");
+        fail(path + " can't be written: " + OUtils::writingErrorText(status));
     }
 }
 
