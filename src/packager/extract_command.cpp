@@ -139,10 +139,11 @@ std::size_t extractSideBySide(const Cabinet& cabinet, const std::vector<std::int
                               const std::string& target, PackagerOutput& output,
                               platform::FileSystem& files) {
     TargetNames names(cabinet);
+    const std::string start = target + "/";
     for (std::size_t i = 0; i < chosen.size(); ++i) {
         const std::string name = names.nameOf(chosen[i]);
         if (!name.empty()) {
-            writeEntry(cabinet, chosen[i], target + "/" + name, files);
+            writeEntry(cabinet, chosen[i], start + name, files);
         }
         output.progress("Extracting", static_cast<int>((i + 1) * 100 / chosen.size()));
     }

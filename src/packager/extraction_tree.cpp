@@ -1,6 +1,7 @@
 #include "packager/extraction_tree.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
@@ -82,8 +83,9 @@ void ExtractionTree::place(ExtractedFile file) {
             file.path = path;
             files_.push_back(std::move(file));
             if (path != wanted) {
-                remarks_.push_back(wanted + ": another file goes there, too; the one with the alias \"" +
-                                   std::string(entry.alias()) + "\" is extracted as " + path);
+                std::string remark = wanted + ": another file goes there, too; the one with the alias \"";
+                remark.append(entry.alias()).append("\" is extracted as ").append(path);
+                remarks_.push_back(std::move(remark));
             }
             return;
         }
