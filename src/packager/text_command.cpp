@@ -3,10 +3,10 @@
 #include <string_view>
 
 #include "base/text_functions.h"
+#include "checking/document_fault.h"
 #include "packager/commands.h"
-#include "packager/document_fault.h"
-#include "packager/document_losses.h"
 #include "packager/failure.h"
+#include "packager/loss_warnings.h"
 #include "support/utilities.h"
 #include "text/document_text.h"
 #include "text/verbatim_text.h"

@@ -1,8 +1,9 @@
-#include "packager/document_losses.h"
+#include "checking/document_losses.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "packager/document_fault.h"
+#include "checking/document_fault.h"
 #include "text/utf8_check.h"
 
 namespace {
@@ -72,7 +73,7 @@ std::string startOf(std::size_t line) {
     return "line " + std::to_string(line) + ": ";
 }
 
-std::vector<std::string> lossesOf(std::string_view document, DocumentFormat format) {
+std::vector<std::string> lossesByRules(std::string_view document, DocumentFormat format) {
     switch (format) {
         case DocumentFormat::kMarkdown:
             return markdownLosses(document);
@@ -130,18 +131,18 @@ std::vector<std::string> verbatimLosses(std::string_view document) {
     return texts;
 }
 
-void warnOfLosses(const std::string& path, std::string_view document, DocumentFormat format,
-                  PackagerOutput& output) {
-    const std::string start = "packager: warning: " + printable(path) + ": ";
+std::vector<std::string> lossesOf(std::string_view document, DocumentFormat format) {
+    std::vector<std::string> texts;
     const std::size_t zero = document.find('\0');
     if (zero != std::string_view::npos) {
-        output.warn(start + startOf(lineOfOffset(document, zero)) +
-                    "the document ends here at a zero byte: save it as UTF-8");
+        texts.push_back(startOf(lineOfOffset(document, zero)) +
+                        "the document ends here at a zero byte: save it as UTF-8");
     }
     if (document.starts_with(kByteOrderMark) && format != DocumentFormat::kVerbatim) {
-        output.warn(start + "there is a byte order mark before the first line: save it without one");
+        texts.emplace_back("there is a byte order mark before the first line: save it without one");
     }
-    for (const std::string& loss : lossesOf(document, format)) {
-        output.warn(start + printable(loss));
+    for (std::string& loss : lossesByRules(document, format)) {
+        texts.push_back(std::move(loss));
     }
+    return texts;
 }

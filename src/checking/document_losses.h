@@ -4,7 +4,6 @@
 #include <string_view>
 #include <vector>
 
-#include "packager/packager_output.h"
 #include "text/document_text.h"
 
 // What a setup leaves out of a document, or shows otherwise than it is written there, by the rules of the
@@ -17,7 +16,6 @@ std::vector<std::string> richTextLosses(std::string_view document);
 // The same of a verbatim text: each line with bytes that aren't UTF-8.
 std::vector<std::string> verbatimLosses(std::string_view document);
 
-// Warns of what a setup doesn't show as it is written: the losses, a zero byte, a byte order mark unless it
-// is dropped. kOfElement stands for rich text. `path` names the document in the warnings.
-void warnOfLosses(const std::string& path, std::string_view document, DocumentFormat format,
-                  PackagerOutput& output);
+// All that a setup doesn't show as it is written, as above: a zero byte, a byte order mark unless it is
+// dropped, then the losses. kOfElement stands for rich text.
+std::vector<std::string> lossesOf(std::string_view document, DocumentFormat format);

@@ -1,8 +1,6 @@
-#include "packager/document_losses.h"
+#include "checking/document_losses.h"
 
 #include <gtest/gtest.h>
-
-#include "packager/recorded_output.h"
 
 namespace {
 
@@ -98,30 +96,24 @@ TEST(DocumentLosses, NamesTheLinesOfAVerbatimTextThatAreNotUtf8) {
 }
 
 TEST(DocumentLosses, AByteOrderMarkOfAVerbatimTextIsNoLoss) {
-    RecordedOutput output;
-    warnOfLosses("/in/a", "\xEF\xBB\xBFtext\n# heading\n"sv, DocumentFormat::kVerbatim, output);
-    EXPECT_EQ(Lines{}, output.errors);
-    warnOfLosses("/in/a", "a\n\0"sv, DocumentFormat::kVerbatim, output);
-    EXPECT_EQ(
-        Lines{"packager: warning: /in/a: line 2: the document ends here at a zero byte: save it as UTF-8"},
-        output.errors);
+    EXPECT_EQ(Lines{}, lossesOf("\xEF\xBB\xBFtext\n# heading\n"sv, DocumentFormat::kVerbatim));
+    EXPECT_EQ(Lines{"line 2: the document ends here at a zero byte: save it as UTF-8"},
+              lossesOf("a\n\0"sv, DocumentFormat::kVerbatim));
 }
 
 TEST(DocumentLosses, NamesWhatWasReadBeforeAFault) {
     EXPECT_EQ(1U, richTextLosses("{\\rtf1 \\'e9}}").size());
 }
 
-TEST(DocumentLosses, WarnsWithTheNameOfTheDocument) {
-    RecordedOutput output;
-    warnOfLosses("/in/a\nb", "\xEF\xBB\xBFtext\n# a\tb\n\0"sv, DocumentFormat::kMarkdown, output);
+TEST(DocumentLosses, BeginWithAZeroByteAndAByteOrderMark) {
     EXPECT_EQ(
         (Lines{
-            "packager: warning: /in/a?b: line 3: the document ends here at a zero byte: save it as UTF-8",
-            "packager: warning: /in/a?b: there is a byte order mark before the first line: save it without "
-            "one",
-            "packager: warning: /in/a?b: line 2: this heading is shown as text of the paragraph above it: "
-            "put a blank line before it"}),
-        output.errors);
+            "line 3: the document ends here at a zero byte: save it as UTF-8",
+            "there is a byte order mark before the first line: save it without one",
+            "line 2: this heading is shown as text of the paragraph above it: put a blank line before it"}),
+        lossesOf("\xEF\xBB\xBFtext\n# a\tb\n\0"sv, DocumentFormat::kMarkdown));
+    EXPECT_EQ(Lines{"line 1: left out: a tab: write \\tab"},
+              lossesOf("{\\rtf1 a\tb}", DocumentFormat::kOfElement));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "packager/document_fault.h"
+#include "checking/document_fault.h"
 
 #include <algorithm>
 #include <vector>
