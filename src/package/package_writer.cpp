@@ -139,8 +139,8 @@ private:
 
 void checkWriting(const std::string& path, int status) {
     if (status != 0) {
-        fail(path + " can't be written (error " + std::to_string(status) +
-             "): check the directory, its rights and the free space");
+        fail(path + " can't be written: " + OUtils::writingErrorText(status) +
+             ": check the directory, its rights and the free space");
     }
 }
 
@@ -293,7 +293,7 @@ void PackageWriter::loadImage(const PackageOptions& options, Job& job) const {
     const std::string& path = options.imagePath;
     const int status = OUtils::readWholeFile(path, job.image, files_);
     if (status != 0) {
-        fail(path + ": the image can't be read (error " + std::to_string(status) + ")");
+        fail(path + ": the image can't be read: " + OUtils::readingErrorText(status));
     }
     checkImage(path, measureExecutableImage(job.image).problem);
     if (job.image.find(kSolidMark) == std::string::npos) {
@@ -347,7 +347,7 @@ void PackageWriter::addFileContent(const PackageFile& entry, std::int64_t size, 
         filled += done;
     }
     if (status != 0) {
-        fail(entry.path + ": the file can't be read (error " + std::to_string(status) + ")");
+        fail(entry.path + ": the file can't be read: " + OUtils::readingErrorText(status));
     }
     if (filled != size) {
         fail(entry.path + ": the file changed while it was read: try again");

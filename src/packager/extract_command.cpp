@@ -106,7 +106,7 @@ void writeEntry(const Cabinet& cabinet, std::int32_t index, const std::string& p
     }
     const int status = OUtils::writeWholeFile(path, *cabinet.entryContent(index), files);
     if (status != 0) {
-        fail(path + " can't be written (error " + std::to_string(status) + ")");
+        fail(path + " can't be written: " + OUtils::writingErrorText(status));
     }
 }
 
@@ -122,7 +122,7 @@ std::size_t extractTree(const Cabinet& cabinet, const std::vector<std::int32_t>&
         output.warn("packager: warning: " + printable(remark));
     }
     std::size_t done = 0;
-    for (const TreeFile& file : tree.files()) {
+    for (const ExtractedFile& file : tree.files()) {
         makeTreeDirectories(target, file.path, files);
         const std::string path = target + "/" + file.path;
         writeEntry(cabinet, file.index, path, files);
@@ -139,10 +139,11 @@ std::size_t extractSideBySide(const Cabinet& cabinet, const std::vector<std::int
                               const std::string& target, PackagerOutput& output,
                               platform::FileSystem& files) {
     TargetNames names(cabinet);
+    const std::string start = target + "/";
     for (std::size_t i = 0; i < chosen.size(); ++i) {
         const std::string name = names.nameOf(chosen[i]);
         if (!name.empty()) {
-            writeEntry(cabinet, chosen[i], target + "/" + name, files);
+            writeEntry(cabinet, chosen[i], start + name, files);
         }
         output.progress("Extracting", static_cast<int>((i + 1) * 100 / chosen.size()));
     }

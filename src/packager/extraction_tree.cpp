@@ -1,6 +1,7 @@
 #include "packager/extraction_tree.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path_functions.h"
 #include "base/text_functions.h"
@@ -72,7 +73,7 @@ void ExtractionTree::add(std::int32_t index) {
     }
 }
 
-void ExtractionTree::place(TreeFile file) {
+void ExtractionTree::place(ExtractedFile file) {
     const CabinetEntry& entry = cabinet_.entry(file.index);
     const std::string wanted = file.path;
     const std::string other = wanted + " (" + safeComponent(entry.alias()) + ")";
@@ -82,12 +83,13 @@ void ExtractionTree::place(TreeFile file) {
             file.path = path;
             files_.push_back(std::move(file));
             if (path != wanted) {
-                remarks_.push_back(wanted + ": another file goes there, too; the one with the alias \"" +
-                                   std::string(entry.alias()) + "\" is extracted as " + path);
+                std::string remark = wanted + ": another file goes there, too; the one with the alias \"";
+                remark.append(entry.alias()).append("\" is extracted as ").append(path);
+                remarks_.push_back(std::move(remark));
             }
             return;
         }
-        TreeFile& present = files_[known->second];
+        ExtractedFile& present = files_[known->second];
         if (isSameContent(cabinet_.entry(present.index), entry)) {
             present.isExecutable = present.isExecutable || file.isExecutable;
             return;

@@ -18,7 +18,7 @@ std::string treePathOf(const InstalledPlace& place);
 std::string packedOnlyPathOf(std::string_view name);
 
 // One file to be written.
-struct TreeFile {
+struct ExtractedFile {
     std::int32_t index = 0;  // of the entry
     std::string path;        // below the target
     bool isExecutable = false;
@@ -36,16 +36,16 @@ public:
     // Throws InstallerError when a file finds no name of its own.
     void add(std::int32_t index);
 
-    const std::vector<TreeFile>& files() const { return files_; }
+    const std::vector<ExtractedFile>& files() const { return files_; }
     // One line for each file that didn't get its own name.
     const std::vector<std::string>& remarks() const { return remarks_; }
 
 private:
-    void place(TreeFile file);
+    void place(ExtractedFile file);
 
     const Cabinet& cabinet_;
     const PackedDescription& description_;
-    std::vector<TreeFile> files_;
+    std::vector<ExtractedFile> files_;
     std::unordered_map<std::string, std::size_t> taken_;  // by path in lower case
     std::vector<std::string> remarks_;
 };

@@ -42,7 +42,7 @@ std::string withoutTrailingSeparators(std::string path) {
 std::string descriptionText(const std::string& path, platform::FileSystem& files) {
     std::string text;
     if (const int status = OUtils::readWholeFile(path, text, files); status != 0) {
-        fail(path + ": the description can't be read (error " + std::to_string(status) + ")");
+        fail(path + ": the description can't be read: " + OUtils::readingErrorText(status));
     }
     return text;
 }

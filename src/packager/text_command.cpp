@@ -21,7 +21,7 @@ std::string readDocument(const std::string& path, platform::FileSystem& files) {
     std::string document;
     const int status = OUtils::readWholeFile(path, document, files);
     if (status != 0) {
-        fail(path + ": the document can't be read (error " + std::to_string(status) + ")");
+        fail(path + ": the document can't be read: " + OUtils::readingErrorText(status));
     }
     return document;
 }

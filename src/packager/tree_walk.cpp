@@ -5,6 +5,7 @@
 #include "description/file_sets.h"
 #include "packager/failure.h"
 #include "packager/path_pattern.h"
+#include "platform/error_text.h"
 
 using platform::PathKind;
 
@@ -57,8 +58,7 @@ TreeWalk::DirectoryPtr TreeWalk::openTop() {
         }
         DirectoryPtr next;
         if (const int status = directory->openDirectory(name, next); status != 0) {
-            fail(joined(root_, path) + ": the directory can't be read (error " + std::to_string(status) +
-                 ")");
+            fail(joined(root_, path) + ": the directory can't be read: " + platform::errorText(status));
         }
         directory = std::move(next);
     }
@@ -68,7 +68,7 @@ TreeWalk::DirectoryPtr TreeWalk::openTop() {
 void TreeWalk::walk(platform::Directory& directory, const std::string& path, bool isIncluded) {
     std::vector<platform::DiskEntry> entries;
     if (const int status = directory.listDisk(entries); status != 0) {
-        fail(placeOf(path) + ": the directory can't be read (error " + std::to_string(status) + ")");
+        fail(placeOf(path) + ": the directory can't be read: " + platform::errorText(status));
     }
     for (const platform::DiskEntry& entry : entries) {
         const std::string below = joined(path, entry.name);
@@ -114,7 +114,7 @@ void TreeWalk::enter(platform::Directory& directory, const platform::DiskEntry& 
     }
     DirectoryPtr below;
     if (const int status = directory.openDirectory(entry.name, below); status != 0) {
-        fail(placeOf(path) + ": the directory can't be read (error " + std::to_string(status) + ")");
+        fail(placeOf(path) + ": the directory can't be read: " + platform::errorText(status));
     }
     walk(*below, path, isIncluded);
 }
@@ -122,8 +122,8 @@ void TreeWalk::enter(platform::Directory& directory, const platform::DiskEntry& 
 std::string TreeWalk::linkText(const std::string& path) {
     std::string text;
     if (const int status = files_.linkTarget(realTop_ + "/" + path, text); status != 0) {
-        fail(placeOf(path) + ": this link can't be read on this system (error " + std::to_string(status) +
-             ")" + kLeaveOut);
+        fail(placeOf(path) + ": this link can't be read on this system: " + platform::errorText(status) +
+             kLeaveOut);
     }
     return text;
 }

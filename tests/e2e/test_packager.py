@@ -108,6 +108,13 @@ class Packager(EndToEndTest):
         self.assertEqual(result.code, 1, result)
         self.assertFalse(self.host("twice" + EXE).exists())
 
+    def test_the_reason_of_the_system_is_said(self):
+        reason = "(No such file or directory|The system cannot find the file specified|File not found)"
+        for arguments in (("list", self.native("none")), ("text", self.native("none.md")), ("verify", self.native("none"))):
+            result = self.packager(*arguments)
+            self.assertEqual(result.code, 1, result)
+            self.assertRegex(result.err, r"^packager: [^\n]* can't be read: " + reason)
+
     def test_wrong_use_gets_exit_code_2(self):
         for arguments in ((), ("frobnicate",), ("build",), ("list",), ("build", "--level", "10")):
             self.assertEqual(self.packager(*arguments).code, 2, arguments)

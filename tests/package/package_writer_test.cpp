@@ -13,6 +13,7 @@
 #include "package/cabinet.h"
 #include "package/image_bytes.h"
 #include "package/package_stamp.h"
+#include "platform/error_text.h"
 
 using namespace PackageBytes;
 using namespace ImageBytes;
@@ -266,7 +267,8 @@ TEST_F(PackageWriterTest, RefusesImagesThatAreNotBare) {
     refuses(elfImage(installerData().substr(20)), place);
     refuses(elfImage(installerData() + packageOffsetMarkerText()), place);
     options_.imagePath = "/in/none";
-    EXPECT_TRUE(failure().starts_with("/in/none: the image can't be read (error ")) << failure();
+    EXPECT_EQ(failure(),
+              "/in/none: the image can't be read: " + platform::errorText(MemoryFileSystem::kNotFound));
     options_.imagePath = kOutput;
     EXPECT_EQ(failure(), "/out/setup is the image: choose another output");
 }

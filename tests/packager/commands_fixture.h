@@ -11,6 +11,7 @@
 #include "package/image_bytes.h"
 #include "packager/commands.h"
 #include "packager/recorded_output.h"
+#include "platform/error_text.h"
 
 // A small product in memory and the tool to try on it.
 class CommandsTest : public testing::Test {

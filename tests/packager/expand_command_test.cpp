@@ -39,7 +39,8 @@ TEST_F(ExpandCommandTest, WarnsAndFailsInOneLine) {
     EXPECT_EQ(expand(), 1);
     EXPECT_EQ(output_.errors, Lines{"packager: /in/no: no such directory"});
     EXPECT_EQ(run({"expand", "--description", "/none", "--root", "/in"}), 1);
-    EXPECT_EQ(output_.errors, Lines{"packager: /none: the description can't be read (error 2)"});
+    EXPECT_EQ(output_.errors,
+              Lines{"packager: /none: the description can't be read: " + platform::errorText(2)});
 }
 
 TEST_F(ExpandCommandTest, KnowsTheSystemFromTheImage) {

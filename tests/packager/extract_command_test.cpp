@@ -141,6 +141,8 @@ TEST_F(ExtractCommandTest, LeavesNoHalfFileWhenTheDiskIsFull) {
     ASSERT_EQ(build(), 0);
     files_.setFreeSpace(3);
     EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "aread.me"}), 1);
+    EXPECT_EQ(output_.errors, Lines{"packager: /new/read.me can't be written: " +
+                                    platform::errorText(MemoryFileSystem::kDiskFull)});
     EXPECT_FALSE(files_.hasFile("/new/read.me"));
 }
 

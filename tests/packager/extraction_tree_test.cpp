@@ -63,7 +63,7 @@ protected:
         }
         remarks_ = tree.remarks();
         Lines paths;
-        for (const TreeFile& file : tree.files()) {
+        for (const ExtractedFile& file : tree.files()) {
             paths.push_back(file.path + (file.isExecutable ? "*" : ""));
         }
         return paths;

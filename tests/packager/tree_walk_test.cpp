@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "fakes/memory_file_system.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -68,7 +69,7 @@ TEST_F(TreeWalkTest, TakesWhatIsIncludedAndNotExcluded) {
 
 TEST_F(TreeWalkTest, LooksNotEvenIntoWhatIsExcluded) {
     files_.failFrom(MemoryFileSystem::Operation::kOpen, "/root/app/a", 1);
-    EXPECT_EQ(failure(), "/root/app/a: the directory can't be read (error 5)");
+    EXPECT_EQ(failure(), "/root/app/a: the directory can't be read: " + platform::errorText(5));
     EXPECT_EQ(walk("", "a").size(), 3U);
 }
 
