@@ -202,6 +202,7 @@ public:
     bool isOrdinaryDirectory(std::string_view) override { return false; }
     std::int64_t fileSize(std::string_view) override { return size_; }
     int resolveFile(std::string_view, std::string&) override { return 1; }
+    int linkTarget(std::string_view, std::string&) override { return 1; }
     int takeDirectoryRights(std::string_view) override { return 1; }
     std::string rightsOf(std::string_view) override { return {}; }
     int removeFile(std::string_view) override { return 1; }
