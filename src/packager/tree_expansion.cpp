@@ -203,7 +203,8 @@ void TreeExpansion::warnOfUnused(const TreeRequest& tree, bool isEmpty) {
         warnings_.push_back(name + " stands for no file");
     }
     for (const std::string& pattern : tree.filter.include.unused()) {
-        warnings_.push_back(name + ": nothing matches \"" + pattern + "\" of its Include");
+        warnings_.push_back(
+            std::string(name).append(": nothing matches \"").append(pattern).append("\" of its Include"));
     }
 }
 

@@ -22,7 +22,7 @@ FILES = {
     "product/bin/run.sh": "#!/bin/sh\necho run\n",
     "product/lib/libx.so.1": "library\n",
     "product/lib/copy of x": "library\n",
-    "product/doc/a & <b>.txt": "text\n",
+    "product/doc/a & 'b'.txt": "text\n",
     "product/doc/\u00fc.txt": "umlaut\n",
     "product/doc/empty": "",
     "product/doc/old.bak": "old\n",
@@ -110,7 +110,7 @@ class InstallationTest(TreeTest):
         printed = self.expand(self.describe(), "--image", self.native("installer" + EXE))
         self.assertEqual(printed.code, 0, printed)
         self.assertNotIn("<Tree", printed.out)
-        self.assertIn('<FN Dest="[DIR]/doc">product/doc/a &amp; &lt;b&gt;.txt</FN>', printed.out)
+        self.assertIn('<FN Dest="[DIR]/doc">product/doc/a &amp; &apos;b&apos;.txt</FN>', printed.out)
         self.build(printed.out, output="second")
         for name in ("first", "second"):
             self.packager("extract", self.native(name), "--to", self.native("of " + name))

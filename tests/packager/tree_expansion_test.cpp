@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "base/errors.h"
+#include "description/pxml.h"
 #include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
 
@@ -170,6 +173,44 @@ TEST_F(TreeExpansionTest, WarnsOfWhatStandsForNothing) {
     EXPECT_EQ(warnings_, (Lines{"/d/install.xml: the Tree of \"app\" stands for no file"}));
     EXPECT_EQ(expand("<R><Tree From='app' Dest='D'/></R>"), "<none>");
     EXPECT_EQ(warnings_, (Lines{"/d/install.xml: a Tree outside of a FileSet stands for nothing"}));
+}
+
+// A name of characters that mean something to somebody.
+std::string oddName(std::mt19937& random) {
+    static const std::string kOdd = "ab&<>\"';[]*?#- .:\n\x7F\xC3\xBC";
+    std::string name;
+    for (std::size_t i = random() % 6 + 1; i > 0; --i) {
+        name += kOdd[random() % kOdd.size()];
+    }
+    return name == "." || name == ".." ? "a" : name;
+}
+
+TEST_F(TreeExpansionTest, EveryFileComesBackAsItIsOrIsRefused) {
+    std::mt19937 random(20231);
+    int packed = 0;
+    for (int round = 0; round < 3000; ++round) {
+        const std::string directory = oddName(random);
+        const std::string name = oddName(random);
+        MemoryFileSystem files;
+        files.addFile("/root/t/" + directory + "/" + name, "x");
+        files.addDirectory("/d");
+        TreeExpansion trees({"/d/install.xml", "/root", ""}, files);
+        std::string text = "<R><FileSet Name='S'><Tree From='t' Dest='D'/></FileSet></R>";
+        try {
+            text = trees.expand(text).value();
+        } catch (const InstallerError&) {
+            continue;
+        }
+        PXML document;
+        document.parseText(text);
+        ASSERT_EQ(document.getNodeCount(), 3) << text;
+        EXPECT_EQ(document.getName(2), "FN");
+        EXPECT_EQ(document.getAttribute(2, "Dest"), "D/" + directory) << text;
+        EXPECT_EQ(document.getText(2), "t/" + directory + "/" + name) << text;
+        ++packed;
+    }
+    EXPECT_GT(packed, 300);
+    EXPECT_LT(packed, 2700);
 }
 
 }  // namespace
