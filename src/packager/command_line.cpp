@@ -19,6 +19,7 @@ constexpr CommandName kCommands[] = {
     {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
     {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
     {"text", PackagerCommand::kText},       {"check", PackagerCommand::kCheck},
+    {"schema", PackagerCommand::kSchema},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -112,6 +113,7 @@ private:
     std::string* placeOfOperand() {
         switch (result_.command) {
             case PackagerCommand::kBuild:
+            case PackagerCommand::kSchema:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
@@ -185,6 +187,8 @@ private:
             case PackagerCommand::kText:
                 checkText();
                 break;
+            case PackagerCommand::kSchema:
+                break;
             case PackagerCommand::kCheck:
                 need(result_.checked, "the description");
                 needWord(result_.systems, "--target", {"windows", "linux", "both"});
@@ -252,6 +256,7 @@ constexpr const char* kOverview =
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
     "  packager text     shows a document as the users of a package will see it\n"
+    "  packager schema   prints an XML Schema of descriptions, for editors\n"
     "\n"
     "packager COMMAND --help explains one of them.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
@@ -304,6 +309,12 @@ constexpr const char* kVerifyHelp =
     "packager verify PACKAGE\n"
     "\n"
     "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
+
+constexpr const char* kSchemaHelp =
+    "packager schema > install.xsd\n"
+    "\n"
+    "Prints an XML Schema (XSD 1.0) of descriptions. Editors that know XML complete and explain\n"
+    "elements and attributes with it. packager check finds more than a schema can.\n";
 
 constexpr const char* kTextHelp =
     "packager text FILE [--plain | --html | --tree] [--width N]\n"
@@ -360,6 +371,8 @@ std::string helpText(PackagerCommand command) {
             return kTextHelp;
         case PackagerCommand::kCheck:
             return kCheckHelp;
+        case PackagerCommand::kSchema:
+            return kSchemaHelp;
         case PackagerCommand::kNone:
             break;
     }

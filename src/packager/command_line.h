@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText, kCheck };
+enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText, kCheck, kSchema };
 
 // What the command line asks for.
 struct CommandLine {
