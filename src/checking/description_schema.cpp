@@ -162,15 +162,19 @@ private:
     }
 
     void addElement(std::string_view name, const ElementRule& rule) {
-        const std::string documentation = documentationOf(sentence(sentenceOf(rule.type)));
-        const std::string start = "<xs:element name=" + quoted(name) + " type=" + quoted(typeName(rule.type));
-        add(documentation.empty() ? start + "/>" : start + ">" + documentation + "</xs:element>");
+        addDocumented("xs:element", "name=" + quoted(name) + " type=" + quoted(typeName(rule.type)),
+                      sentence(sentenceOf(rule.type)));
     }
 
-    static std::string documentationOf(const std::string& text) {
-        return text.empty() ? std::string()
-                            : "<xs:annotation><xs:documentation>" + escaped(text) +
-                                  "</xs:documentation></xs:annotation>";
+    void addDocumented(const std::string& tag, const std::string& attributes, const std::string& text) {
+        std::string line = "<" + tag + " " + attributes;
+        if (text.empty()) {
+            line += "/>";
+        } else {
+            line += "><xs:annotation><xs:documentation>" + escaped(text) +
+                    "</xs:documentation></xs:annotation></" + tag + ">";
+        }
+        add(std::move(line));
     }
 
     void addType(const ElementRule& rule) {
@@ -238,11 +242,10 @@ private:
 
     void addAttributes(std::string_view type) {
         for (const AttributeRule* const rule : grammar::attributesOf(type)) {
-            const std::string start = "<xs:attribute name=" + quoted(rule->name) +
-                                      " type=" + quoted(valueType(type, *rule)) +
-                                      (rule->isRequired ? " use=\"required\"" : "");
-            const std::string documentation = documentationOf(documentationText(type, *rule));
-            add(documentation.empty() ? start + "/>" : start + ">" + documentation + "</xs:attribute>");
+            addDocumented("xs:attribute",
+                          "name=" + quoted(rule->name) + " type=" + quoted(valueType(type, *rule)) +
+                              (rule->isRequired ? " use=\"required\"" : ""),
+                          documentationText(type, *rule));
         }
         add(R"(<xs:anyAttribute namespace="##other" processContents="lax"/>)");
     }

@@ -179,10 +179,8 @@ private:
                                 const std::vector<const AttributeRule*>& rules) {
         const PXMLNode& element = nodeAt(node);
         const std::string name(element.attributes[index].name);
-        std::vector<std::string_view> names;
-        for (const AttributeRule* const rule : rules) {
-            names.push_back(rule->name);
-        }
+        std::vector<std::string_view> names(rules.size());
+        std::ranges::transform(rules, names.begin(), &AttributeRule::name);
         const std::string_view nearest = nearestWord(name, names);
         context_.addAtAttributeName("attribute-unknown", node, index,
                                     std::string(element.name) + " has no attribute " + name,
