@@ -178,7 +178,7 @@ constexpr AttributeRule kAttributeRules[] = {
     {kPlaced, "HAlign", false, 0, "horizontal alignments"},
     {kPlaced, "VAlign", false, 0, "vertical alignments"},
     {"(element)", "Details", false, kCondition, ""},
-    {"(element)", "Format", false, 0, ""},
+    {"(element)", "Format", false, 0, "formats of documents"},
     {"(element) Button", "BkgColour", false, 0, ""},
     {"(element) Button", "FgColour", false, 0, ""},
     {"Field", "Type", true, 0, "types of fields"},

@@ -116,9 +116,7 @@ TEST(Grammar, HasAListForEachWordAndNoOtherAttribute) {
         for (const std::string& type : typesIn(rule.types)) {
             const Kind kind = grammar::kindOf(type, rule);
             const bool isWord = kind == Kind::kWord || kind == Kind::kWords;
-            // Every format but one word means the same.
-            const bool hasList = !rule.list.empty() || rule.name == "Format";
-            EXPECT_EQ(isWord, hasList) << type << " " << rule.name;
+            EXPECT_EQ(isWord, !rule.list.empty()) << type << " " << rule.name;
         }
         EXPECT_EQ(rule.list.empty(), grammar::wordsOf(rule.list).empty()) << rule.list;
     }

@@ -49,6 +49,10 @@ inline constexpr std::string_view kRightDescription = R"(<TandrelGroupInstallati
       <FN Dest="[INSTALL_DIR]/uninstall" Executable="1">installer.exe</FN>
       <FN Dest="[INSTALL_DIR]/uninstall">install.xml</FN>
     </FileSet>
+    <UninstallWildcards>
+      <Records Dest="[INSTALL_DIR]/uninstall">install.log</Records>
+      <Records Dest="[INSTALL_DIR]/uninstall">backup.bin</Records>
+    </UninstallWildcards>
   </Installation>
 </TandrelGroupInstallation>
 )";

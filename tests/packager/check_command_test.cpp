@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "checking/right_description.h"
 #include "packager/commands.h"
 #include "packager/commands_fixture.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -58,8 +61,8 @@ TEST_F(CheckCommandTest, PrintsTheFormThatIsAskedFor) {
 
 TEST_F(CheckCommandTest, ReportsWhatItCantRead) {
     EXPECT_EQ(run({"check", "/missing.xml"}), 1);
-    EXPECT_THAT(output_.errors,
-                ElementsAre("packager: /missing.xml: the description can't be read (error 2)"));
+    EXPECT_THAT(output_.errors, ElementsAre("packager: /missing.xml: the description can't be read: " +
+                                            platform::errorText(ENOENT)));
     EXPECT_EQ(run({"check", "/good.xml", "--root", "/nowhere"}), 1);
     EXPECT_THAT(output_.errors, ElementsAre("packager: /nowhere: no such directory"));
     EXPECT_THAT(output_.lines, IsEmpty());
