@@ -10,6 +10,7 @@ from lint_rules.platform_rules import SYSTEM_FOLDERS
 LIBRARIES = [
     (re.compile(r"zlib\.h"), {"package", "ui/gui/start"}),
     (re.compile(r"wx/.*"), {"ui/gui/wx", "ui/gui/wx/gtk", "ui/gui/wx/msw"}),
+    (re.compile(r"expat\.h"), {"checking"}),
     (re.compile(r"png\.h|jpeglib\.h"), {"ui/gui/images"}),
 ]
 TEST_LIBRARIES = re.compile(r"(gtest|gmock)/.*|zlib\.h")

@@ -264,6 +264,11 @@ constexpr NamedByList kNamedByList[] = {
     {kPageElement, "kinds of elements"},
 };
 
+// Lists whose readers compare the words byte for byte.
+constexpr std::string_view kExactLists[] = {"hives of the registry", "types of shortcuts",
+                                            "protocols of a port",   "commands of ModifyFiles",
+                                            "details of actions",    "types of registry values"};
+
 // Elements that are selected by kind, for which the case of their names doesn't count.
 constexpr std::string_view kAnyCase = "Value FN Field Button Trigger (element) (colour) CustomGroup";
 
@@ -347,6 +352,10 @@ bool listsType(std::string_view types, std::string_view type) {
 std::span<const std::string_view> wordsOf(std::string_view list) {
     const auto* const found = std::ranges::find(vocabulary::kWordLists, list, &vocabulary::WordList::name);
     return found != std::end(vocabulary::kWordLists) ? found->words : std::span<const std::string_view>();
+}
+
+bool isExactList(std::string_view list) {
+    return std::ranges::find(kExactLists, list) != std::end(kExactLists);
 }
 
 const ElementRule* elementRule(std::string_view parent, std::string_view name) {

@@ -58,6 +58,8 @@ std::span<const std::string_view> namesOf(const ElementRule& rule);
 bool listsType(std::string_view types, std::string_view type);
 // The words of the vocabulary's list of this name; empty when there is none.
 std::span<const std::string_view> wordsOf(std::string_view list);
+// Whether its words are compared byte for byte; otherwise the case of ASCII letters doesn't count.
+bool isExactList(std::string_view list);
 
 // The type of an element with this name below one of the type `parent` (empty at the top). Null for an
 // element that has no place there.

@@ -21,11 +21,6 @@ using vocabulary::Kind;
 // They are read, and mean nothing.
 constexpr std::string_view kIdleElements[] = {"LetterVersion", "Supportsite"};
 
-// Lists whose readers compare the words byte for byte.
-constexpr std::string_view kExactLists[] = {"hives of the registry", "types of shortcuts",
-                                            "protocols of a port",   "commands of ModifyFiles",
-                                            "details of actions",    "types of registry values"};
-
 std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
 }
@@ -184,10 +179,8 @@ private:
                                 const std::vector<const AttributeRule*>& rules) {
         const PXMLNode& element = nodeAt(node);
         const std::string name(element.attributes[index].name);
-        std::vector<std::string_view> names;
-        for (const AttributeRule* const rule : rules) {
-            names.push_back(rule->name);
-        }
+        std::vector<std::string_view> names(rules.size());
+        std::ranges::transform(rules, names.begin(), &AttributeRule::name);
         const std::string_view nearest = nearestWord(name, names);
         context_.addAtAttributeName("attribute-unknown", node, index,
                                     std::string(element.name) + " has no attribute " + name,
@@ -294,8 +287,7 @@ private:
         }
         const auto same = std::ranges::find_if(
             words, [&](std::string_view known) { return OUtils::equalsIgnoreCase(known, word); });
-        const bool isExact = std::ranges::find(kExactLists, rule.list) != std::end(kExactLists);
-        if (same != words.end() && isExact) {
+        if (same != words.end() && grammar::isExactList(rule.list)) {
             context_.addAtAttribute("word-case", node, index,
                                     quoted(word) + " isn't understood in this spelling",
                                     "Write " + quoted(*same) + ".");

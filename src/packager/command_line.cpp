@@ -16,10 +16,11 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
+    {"new", PackagerCommand::kNew},       {"check", PackagerCommand::kCheck},
     {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
     {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
     {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
-    {"check", PackagerCommand::kCheck},   {"new", PackagerCommand::kNew},
+    {"schema", PackagerCommand::kSchema},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -123,6 +124,7 @@ private:
         switch (result_.command) {
             case PackagerCommand::kBuild:
             case PackagerCommand::kExpand:
+            case PackagerCommand::kSchema:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
@@ -205,6 +207,8 @@ private:
             case PackagerCommand::kNew:
                 need(result_.directory, "the directory");
                 break;
+            case PackagerCommand::kSchema:
+                break;
             case PackagerCommand::kCheck:
                 need(result_.checked, "the description");
                 needWord(result_.systems, "--target", {"windows", "linux", "both"});
@@ -276,6 +280,7 @@ constexpr const char* kOverview =
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
     "  packager text     shows a document as the users of a package will see it\n"
+    "  packager schema   prints an XML Schema of descriptions, for editors\n"
     "\n"
     "packager COMMAND --help explains one of them, packager --version says which packager this is.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
@@ -351,6 +356,12 @@ constexpr const char* kVerifyHelp =
     "\n"
     "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
 
+constexpr const char* kSchemaHelp =
+    "packager schema > install.xsd\n"
+    "\n"
+    "Prints an XML Schema (XSD 1.0) of descriptions. Editors that know XML complete and explain\n"
+    "elements and attributes with it. packager check finds more than a schema can.\n";
+
 constexpr const char* kTextHelp =
     "packager text FILE [--plain | --html | --tree] [--verbatim] [--width N]\n"
     "\n"
@@ -413,6 +424,8 @@ std::string helpText(PackagerCommand command) {
             return kCheckHelp;
         case PackagerCommand::kNew:
             return kNewHelp;
+        case PackagerCommand::kSchema:
+            return kSchemaHelp;
         case PackagerCommand::kNone:
             break;
     }

@@ -34,6 +34,9 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
             return true;
         case PackagerCommand::kCheck:
             return runCheck(commandLine, output, files);
+        case PackagerCommand::kSchema:
+            runSchema(output);
+            return true;
         case PackagerCommand::kNone:
             break;
     }

@@ -14,6 +14,7 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
 void runExpand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 // False: there are findings that fail, and they have been printed.
 bool runCheck(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+void runSchema(PackagerOutput& output);
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);

@@ -125,6 +125,12 @@ TEST(Grammar, HasAListForEachWordAndNoOtherAttribute) {
     EXPECT_TRUE(grammar::wordsOf("no such list").empty());
 }
 
+TEST(Grammar, KnowsTheListsWhoseCaseCounts) {
+    EXPECT_TRUE(grammar::isExactList("protocols of a port"));
+    EXPECT_FALSE(grammar::isExactList("types of fields"));
+    EXPECT_FALSE(grammar::isExactList(""));
+}
+
 std::string_view typeOf(std::string_view parent, std::string_view name) {
     const ElementRule* const rule = grammar::elementRule(parent, name);
     return rule == nullptr ? "none" : rule->type;

@@ -53,7 +53,8 @@ TEST(SourceLines, CountsAsWellInALongLine) {
     for (int i = 0; i < 3000; ++i) {
         text += "\xC3\xA4x";
     }
-    const SourceLines lines(text + "\n" + text);
+    const std::string both = text + "\n" + text;
+    const SourceLines lines(both);
     for (int i = 0; i < 3000; ++i) {
         const auto offset = static_cast<std::size_t>(3 * i);
         EXPECT_EQ(lines.placeOf(offset), place(1, 2 * i + 1));

@@ -144,7 +144,7 @@ TEST(CommandLine, NeedsNoImageForASeparatePackage) {
 }
 
 TEST(CommandLine, GivesHelpForEachCommand) {
-    for (const char* command : {"build", "list", "extract", "verify", "text", "check"}) {
+    for (const char* command : {"build", "list", "extract", "verify", "text", "check", "schema"}) {
         const CommandLine line = parseCommandLine({command, "--help"});
         EXPECT_TRUE(line.help);
         EXPECT_EQ(line.problem, "");
