@@ -10,6 +10,8 @@
 #include "checking/nearest_word.h"
 #include "checking/packed_files.h"
 #include "checking/quoted_text.h"
+#include "platform/file_system.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -96,10 +98,19 @@ private:
         return kind != kOutside && kind != kMissing && !(kind == kUnknown && file.isOptional);
     }
 
-    static bool isSame(const FileSource& a, const FileSource& b) {
+    // Files with the same content may share an alias.
+    bool isSame(const FileSource& a, const FileSource& b) const {
         using enum FileSource::Kind;
         const bool isOneFile = a.kind == kImage || a.kind == kDescription;
-        return a.kind == b.kind && (isOneFile || a.path == b.path);
+        return a.kind == b.kind &&
+               (isOneFile || a.path == b.path || (a.kind == kRoot && haveOneContent(a, b)));
+    }
+
+    bool haveOneContent(const FileSource& a, const FileSource& b) const {
+        std::string first;
+        std::string second;
+        return a.size == b.size && OUtils::readWholeFile(files_.pathOf(a), first, context_.files()) == 0 &&
+               OUtils::readWholeFile(files_.pathOf(b), second, context_.files()) == 0 && first == second;
     }
 
     void checkUnused() {

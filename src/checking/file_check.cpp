@@ -29,6 +29,9 @@ public:
             checkDestination(file);
             checkExpansion(file);
         }
+        for (const std::int32_t node : context_.nodesOf("Tree")) {
+            checkTree(node);
+        }
     }
 
 private:
@@ -39,6 +42,19 @@ private:
         } else if (file.source.kind == Kind::kMissing && !file.isOptional) {
             context_.addAtText("file-missing", file.node,
                                "there is no file " + inQuotes(file.source.path) + " below the root");
+        }
+    }
+
+    void checkTree(std::int32_t node) {
+        const std::string_view from = context_.attribute(node, "From").value_or("");
+        const std::optional<std::string> path = pathBelowRoot(from);
+        if (!path) {
+            context_.addAtAttribute("file-outside", node, "From",
+                                    inQuotes(from) + " leads out of the root, or has a colon");
+        } else if (context_.root() && !context_.attribute(node, "OkIfMissing") &&
+                   !context_.files().isDirectory(*context_.root() + "/" + *path)) {
+            context_.addAtAttribute("file-missing", node, "From",
+                                    "there is no directory " + inQuotes(*path) + " below the root");
         }
     }
 

@@ -150,7 +150,7 @@ inline constexpr FindingKind kAll[] = {
      "Name what the product itself makes: a pattern * takes the files of users, too."},
     {"cleanup-pattern", kError, "Write a pattern of names alone; Dest has the directory."},
     {"cleanup-excluded", kWarning, "Take the variable out of InstallerExcludeVariables, or use another one."},
-    {"shortcut-symlink", kError, "Make the link in another way: this kind always fails."},
+    {"shortcut-symlink", kError, "Give the shortcut a Condition that holds on Linux alone."},
     {"shortcut-ending", kWarning, "Put the ending into a variable with a value for each system."},
     {"path-list-repeated", kWarning, "Add IsPath=\"1\", so that the directory isn't added twice."},
     {"path-list-replaced", kError, "Use Append: Replace takes what other programs need out of PATH."},

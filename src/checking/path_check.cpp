@@ -47,6 +47,9 @@ public:
         for (const PackedFile& file : files_.all()) {
             checkFile(file);
         }
+        for (const std::int32_t node : context_.nodesOf("Tree")) {
+            checkDestination({node, "Dest", context_.attribute(node, "Dest").value_or("")});
+        }
         for (const std::string_view record : kRecords) {
             if (const std::int32_t node = context_.firstOf(record); node >= 0) {
                 checkRecord({node, "", context_.text(node)});
@@ -69,9 +72,13 @@ private:
             }
             return;
         }
+        checkDestination(place);
+    }
+
+    void checkDestination(const Place& place) {
         checkPlace(place);
-        if (isNoPlaceForFiles(paths_.resolve(file.dest), paths_)) {
-            add("path-dangerous", place, inQuotes(file.dest) + " is no directory of a product's own");
+        if (!place.text.empty() && isNoPlaceForFiles(paths_.resolve(place.text), paths_)) {
+            add("path-dangerous", place, inQuotes(place.text) + " is no directory of a product's own");
         }
     }
 

@@ -39,6 +39,13 @@ std::vector<Reference> referencesOf(std::string_view text, int depth) {
     return depth == 0 ? bracketReferences(text) : dollarReferences(text);
 }
 
+// Whether the parts behind the last references end alike, as far as the shorter one reaches.
+bool haveOneEnd(std::string_view a, std::string_view b) {
+    a.remove_prefix(a.rfind(']') + 1);
+    b.remove_prefix(b.rfind(']') + 1);
+    return a.ends_with(b) || b.ends_with(a);
+}
+
 }  // namespace
 
 PathValues::PathValues(const CheckContext& context, const DeclaredVariables& variables)
@@ -161,8 +168,11 @@ PathMatch matchPaths(std::string_view a, std::string_view b) {
     if (open != std::string_view::npos && a.substr(open, same - open).find(']') == std::string_view::npos) {
         same = open;
     }
-    return hasReference(a.substr(same)) || hasReference(b.substr(same)) ? PathMatch::kPossible
-                                                                        : PathMatch::kDifferent;
+    a.remove_prefix(same);
+    b.remove_prefix(same);
+    // What is the same before and after a reference doesn't depend on it.
+    const bool isOpen = a.starts_with('[') || b.starts_with('[');
+    return isOpen && haveOneEnd(a, b) ? PathMatch::kPossible : PathMatch::kDifferent;
 }
 
 bool hasReference(std::string_view path) {

@@ -56,11 +56,14 @@ bool RemovedPaths::mayCover(const Pattern& pattern, std::string_view path) {
     if (!hasReference(name) && !matchesWildcard(pattern.names, name)) {
         return false;
     }
-    const std::string_view directory = directoryOf(path);
-    const bool isBelow =
-        directory.starts_with(pattern.directory) &&
-        (directory.size() == pattern.directory.size() || directory[pattern.directory.size()] == '/');
-    return isBelow || matchPaths(pattern.directory, directory) != PathMatch::kDifferent;
+    for (std::string_view above = directoryOf(path); !above.empty();) {
+        if (matchPaths(pattern.directory, above) != PathMatch::kDifferent) {
+            return true;
+        }
+        const std::string_view next = directoryOf(above);
+        above = next == above ? std::string_view() : next;
+    }
+    return false;
 }
 
 std::string_view directoryOf(std::string_view path) {

@@ -49,7 +49,7 @@ private:
     void checkShortcut(std::int32_t node) {
         const std::string_view type = context_.attribute(node, "Type").value_or("");
         if (type == "Symlink") {
-            context_.addAtAttribute("shortcut-symlink", node, "Type", "a shortcut of the type Symlink fails");
+            checkLink(node);
             return;
         }
         const std::string name = paths_.resolve(context_.text(node));
@@ -64,6 +64,13 @@ private:
                                "on " + std::string(failsOnWindows ? "Windows" : "Linux") + " the shortcut " +
                                    inQuotes(name) + " must end in " +
                                    std::string(failsOnWindows ? windowsEnding : kLinuxEnding));
+        }
+    }
+
+    void checkLink(std::int32_t node) {
+        if (context_.targets().windows && !hasConditionAround(context_, node)) {
+            context_.addAtAttribute("shortcut-symlink", node, "Type",
+                                    "on Windows a shortcut of the type Symlink fails");
         }
     }
 

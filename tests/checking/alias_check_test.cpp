@@ -76,8 +76,18 @@ TEST_F(AliasCheckTest, LetsFilesThatMayBeMissingShareAnAlias) {
     bench_.root = "/root";
     bench_.files.addFile("/root/b", "");
     EXPECT_EQ(bench_.find(files), Found());
-    bench_.files.addFile("/root/a", "");
+    bench_.files.addFile("/root/a", "more");
     EXPECT_EQ(bench_.find(files), (Found{"alias-repeated 2:65"}));
+}
+
+TEST_F(AliasCheckTest, LetsFilesOfOneContentShareAnAlias) {
+    const std::string files = set("<FN Dest='/x' Alias='A'>a</FN><FN Dest='/x' Alias='A'>b</FN>");
+    bench_.root = "/root";
+    bench_.files.addFile("/root/a", "same");
+    bench_.files.addFile("/root/b", "same");
+    EXPECT_EQ(bench_.find(files), Found());
+    bench_.files.addFile("/root/b", "Same");
+    EXPECT_EQ(bench_.find(files), (Found{"alias-repeated 2:49"}));
 }
 
 TEST_F(AliasCheckTest, FindsPackedFilesThatNothingUses) {

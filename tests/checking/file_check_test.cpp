@@ -27,6 +27,16 @@ TEST_F(FileCheckTest, FindsFilesThatAreMissingBelowTheRoot) {
     EXPECT_EQ(bench_.messages(files), (Found{"there is no file \"b\" below the root"}));
 }
 
+TEST_F(FileCheckTest, FindsTreesOfDirectoriesThatAreNotThere) {
+    const std::string trees =
+        set("\n<Tree From='a' Dest='/x'/>\n<Tree From='../b' Dest='/x'/>\n<Tree From='c' Dest='/x'/>"
+            "<Tree From='d' Dest='/x' OkIfMissing='1'/><Tree From='.' Dest='/x'/>");
+    EXPECT_EQ(bench_.find(trees), (Found{"file-outside 4:13"}));
+    bench_.root = "/root";
+    bench_.files.addDirectory("/root/a");
+    EXPECT_EQ(bench_.find(trees), (Found{"file-outside 4:13", "file-missing 5:13"}));
+}
+
 TEST_F(FileCheckTest, FindsTwoFilesOfOneDestination) {
     EXPECT_EQ(bench_.find("<DefValues><Value Name='D' DataType='value'>/x</Value></DefValues>" +
                           set("<FN Dest='[D]'>a/f</FN>\n<FN Dest='/x/'>b/f</FN><FN Dest='/y'>b/f</FN>")),

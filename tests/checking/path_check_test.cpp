@@ -24,6 +24,11 @@ TEST_F(PathCheckTest, FindsRelativePaths) {
     EXPECT_EQ(bench_.messages(set("<FN Dest='bin'>a</FN>")), (Found{"\"bin\" is a relative path"}));
 }
 
+TEST_F(PathCheckTest, LooksAtTheDirectoriesOfTrees) {
+    EXPECT_EQ(bench_.find(set("\n<Tree From='a' Dest='bin'/>\n<Tree From='a' Dest='[TEMP_DIR]'/>")),
+              (Found{"path-relative 3:22", "path-dangerous 4:22"}));
+}
+
 TEST_F(PathCheckTest, TakesAVariableForAbsoluteThatMayBeIt) {
     EXPECT_EQ(bench_.find("<DefValues><Value Name='D' DataType='value' Condition='1==1'>x</Value>"
                           "<Value Name='D' DataType='value' Condition='1==2'>/x</Value>"

@@ -105,6 +105,10 @@ TEST(MatchPaths, ComparesWhatDoesNotDependOnTheRun) {
     EXPECT_EQ(matchPaths("[x]/b", "[y]/b"), PathMatch::kPossible);
     EXPECT_EQ(matchPaths("[x1]/b", "[x2]/b"), PathMatch::kPossible);
     EXPECT_EQ(matchPaths("/a/b", "[y]/b"), PathMatch::kPossible);
+    EXPECT_EQ(matchPaths("[x]/a/[y]", "[x]/b/c"), PathMatch::kDifferent);
+    EXPECT_EQ(matchPaths("[x]/a/[y]", "[x]/a/c"), PathMatch::kPossible);
+    EXPECT_EQ(matchPaths("[x]/a.log", "[y]/b.log"), PathMatch::kDifferent);
+    EXPECT_EQ(matchPaths("[x]/a", "/b/[y]"), PathMatch::kPossible);
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ TEST(RemovedPaths, MayBeAnyWhereAProgramRuns) {
 TEST(RemovedPaths, MayBeAnyThatOnlyARunKnows) {
     EXPECT_TRUE(isRemoved(patterns("<P Dest='[A]'>*.tmp</P>"), "[B]/a.tmp"));
     EXPECT_TRUE(isRemoved(patterns("<P Dest='/x'>*.tmp</P>"), "/x/[B]"));
+    EXPECT_TRUE(isRemoved(patterns("<P Dest='[A]/x'>*.tmp</P>"), "[B]/x/y/a.tmp"));
     EXPECT_FALSE(isRemoved(patterns("<P Dest='[A]'>*.tmp</P>"), "[B]/a.txt"));
     EXPECT_FALSE(isRemoved(patterns("<P Dest='[A]/x'>*.tmp</P>"), "[A]/y/a.tmp"));
 }

@@ -20,8 +20,11 @@ protected:
     CheckBench bench_{[](const CheckedParts& parts) { checkSettings(parts.context, parts.paths); }};
 };
 
-TEST_F(SettingCheckTest, FindsShortcutsThatAlwaysFail) {
+TEST_F(SettingCheckTest, FindsLinksThatWindowsDoesNotMake) {
     EXPECT_EQ(bench_.find(shortcut("Type='Symlink'", "a")), (Found{"shortcut-symlink 3:34"}));
+    EXPECT_EQ(bench_.find(shortcut("Type='Symlink' Condition='[A]==1'", "a")), Found());
+    bench_.targets.windows = false;
+    EXPECT_EQ(bench_.find(shortcut("Type='Symlink'", "a")), Found());
 }
 
 TEST_F(SettingCheckTest, FindsEndingsThatASystemDoesNotKnow) {
