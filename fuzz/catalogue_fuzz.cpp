@@ -47,6 +47,7 @@ bool accepts(std::string_view input) {
     const bool isSolidRead = readAll(files, "/solid");
     SilentOutput output;
     const int extracted = runPackager({"extract", "/solid", "--to", "/out/here"}, output, files, environment);
+    runPackager({"extract", "/solid", "--tree", "--to", "/out/here/tree"}, output, files, environment);
     for (const std::string& path : files.allFiles()) {
         require(path == "/plain" || path == "/solid" || path.starts_with("/out/here/"));
     }

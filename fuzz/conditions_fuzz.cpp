@@ -5,6 +5,7 @@
 #include "description/condition_parser.h"
 #include "description/expressions.h"
 #include "description/variable_lookup.h"
+#include "description/version_order.h"
 #include "fuzz_target.h"
 
 // The condition language and both expansions, with the same text as condition, source and value.
@@ -43,11 +44,20 @@ void expandAtMost(Expressions& expressions, std::string_view source, std::size_t
     require(text.size() <= limit);
 }
 
+// The order is the same from both sides, and no text is later than itself.
+void checkVersions(std::string_view text) {
+    const std::string_view first = text.substr(0, text.size() / 2);
+    const std::string_view second = text.substr(first.size());
+    require(std::is_eq(compareVersions(text, text)));
+    require(std::is_lt(compareVersions(first, second)) == std::is_gt(compareVersions(second, first)));
+}
+
 }  // namespace
 
 bool accepts(std::string_view input) {
     const std::string text(input);
     ConditionParser(text).evaluate();
+    checkVersions(text);
 
     TextVariables variables(text);
     DebugLog noLog;

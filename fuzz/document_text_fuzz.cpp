@@ -5,12 +5,14 @@
 #include <string>
 #include <string_view>
 
+#include "base/text_columns.h"
 #include "fuzz_target.h"
 #include "rich_text_check.h"
 #include "text/document_text.h"
 #include "text/installer_plain_text_translator.h"
 #include "text/tgm_parser.h"
 #include "text/utf8_check.h"
+#include "text/verbatim_text.h"
 #include "ui/gui/document_content.h"
 
 // The first two bytes hold settings, the rest is the document. Whatever it is, each form ends, keeps the
@@ -61,11 +63,34 @@ void checkLosses(std::string_view document) {
 
 // Also what isn't markdown at all, because authors forget to name the format.
 void checkWindow(std::string_view document, const DocumentColours& colours) {
-    for (const std::string_view format : {kMarkdownFormat, std::string_view()}) {
+    for (const std::string_view format : {kMarkdownFormat, kVerbatimFormat, std::string_view()}) {
         requireSoundCommands(richTextContent(document, format, colours).get());
         require(!findInvalidUtf8(htmlContent(document, format, colours)).has_value());
         const std::string text = plainTextContent(document, format);
         require(!findInvalidUtf8(text).has_value() && text.find('\r') == std::string::npos);
+    }
+}
+
+std::string withoutBlanks(std::string text) {
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
+}
+
+// Everything but blanks arrives, and no line is too wide unless it consists of one wide letter.
+void checkVerbatim(std::string_view document, int columns) {
+    std::string whole;
+    for (const std::string& line : verbatimLines(document)) {
+        require(!findInvalidUtf8(line).has_value() && line.find_first_of("\n\r\f\t") == std::string::npos);
+        whole += line;
+    }
+    const std::string text = verbatimAsText(document, columns);
+    checkConsoleText(text);
+    require(withoutBlanks(text) == withoutBlanks(whole));
+    const std::size_t width = columns > 3 ? static_cast<std::size_t>(columns) - 2 : 2;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin);
+        require(OUtils::columnsOf(std::string_view(text).substr(begin, end - begin)) <= width);
+        begin = end + 1;
     }
 }
 
@@ -81,6 +106,7 @@ bool accepts(std::string_view input) {
     const std::optional<std::string> shown = markdownAsText(document, width);
     checkConsoleText(shown);
     richTextAsText(document, width);
+    checkVerbatim(document, width);
     markdownAsHtml(document);
     checkLosses(document);
     checkWindow(document,

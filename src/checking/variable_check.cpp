@@ -466,8 +466,17 @@ private:
         }
     }
 
+    bool hasExpandedTree() {
+        return std::ranges::any_of(context_.nodesOf("Tree"), [this](std::int32_t node) {
+            return context_.attribute(node, "ExpandVarsInFile").has_value();
+        });
+    }
+
     // A file with ExpandVarsInFile may use any variable.
     bool readsExpandedFiles() {
+        if (hasExpandedTree()) {
+            return false;
+        }
         for (const std::int32_t node : context_.nodesOf("FN")) {
             if (!context_.attribute(node, "ExpandVarsInFile")) {
                 continue;

@@ -1,9 +1,13 @@
 #include "description/condition_parser.h"
 
+#include "base/text_functions.h"
+#include "description/version_order.h"
+
 namespace {
 
 constexpr std::size_t kStringLimit = 1023;  // bytes that are read of a string in quotes
-constexpr int kHexadecimalDigits = 8;       // digits that count; others are passed over
+constexpr std::string_view kVersionFunction = "version";
+constexpr int kHexadecimalDigits = 8;  // digits that count; others are passed over
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -45,6 +49,9 @@ ConditionParser::Next ConditionParser::takeOperand(Operand operand) {
         Level& level = levels_.back();
         bool truth = operand.number != 0;
         if (level.pending != Operator::kNone) {
+            if (!canCompare(level.left, operand)) {
+                return Next::kFailed;
+            }
             truth = compare(level.left, level.pending, operand);
             level.pending = Operator::kNone;
         } else {
@@ -93,7 +100,21 @@ ConditionParser::Operand ConditionParser::readOperand() {
     if (peek() == '\'') {
         return readString();
     }
+    if (skipWord(kVersionFunction)) {
+        return readVersion();
+    }
     return Operand{isDigit(peek()) ? readNumber() : kFailure, {}};
+}
+
+// Unlike that of a condition, this parenthesis must be closed, and nothing but one string is in it.
+ConditionParser::Operand ConditionParser::readVersion() {
+    if (!skipTo('(') || !skipTo('\'')) {
+        return Operand{};
+    }
+    --at_;
+    Operand version = readString();
+    version.isVersion = true;
+    return skipTo(')') ? version : Operand{};
 }
 
 ConditionParser::Operand ConditionParser::readString() {
@@ -152,14 +173,26 @@ ConditionParser::Operator ConditionParser::readOperator() {
     }
 }
 
-bool ConditionParser::compare(const Operand& left, Operator what, const Operand& right) {
-    std::int32_t order = 0;
-    if (left.number == kString && right.number == kString) {
-        order = left.text.compare(right.text);
-    } else {
-        order = static_cast<std::int32_t>(static_cast<std::uint32_t>(left.number) -
-                                          static_cast<std::uint32_t>(right.number));
+// A number has lost its dots: 1.10 as a number would be 1, and what follows ignored.
+bool ConditionParser::canCompare(const Operand& left, const Operand& right) {
+    const bool areStrings = left.number == kString && right.number == kString;
+    return areStrings || (!left.isVersion && !right.isVersion);
+}
+
+std::int32_t ConditionParser::orderOf(const Operand& left, const Operand& right) {
+    if (left.isVersion || right.isVersion) {
+        const std::weak_ordering order = compareVersions(left.text, right.text);
+        return std::is_lt(order) ? -1 : static_cast<std::int32_t>(std::is_gt(order));
     }
+    if (left.number == kString && right.number == kString) {
+        return left.text.compare(right.text);
+    }
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(left.number) -
+                                     static_cast<std::uint32_t>(right.number));
+}
+
+bool ConditionParser::compare(const Operand& left, Operator what, const Operand& right) {
+    const std::int32_t order = orderOf(left, right);
     switch (what) {
         case Operator::kEqual:
             return order == 0;
@@ -184,6 +217,15 @@ bool ConditionParser::skipTo(char wanted) {
         return false;
     }
     ++at_;
+    return true;
+}
+
+// ASCII case makes no difference.
+bool ConditionParser::skipWord(std::string_view word) {
+    if (!OUtils::startsWithIgnoreCase(text_.substr(at_), word)) {
+        return false;
+    }
+    at_ += word.size();
     return true;
 }
 

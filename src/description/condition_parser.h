@@ -23,7 +23,8 @@ private:
 
     struct Operand {
         std::int32_t number = kFailure;
-        std::string_view text;  // of a string
+        std::string_view text;   // of a string
+        bool isVersion = false;  // then it is a string as well
     };
     enum class Operator { kNone, kEqual, kNotEqual, kLess, kLessEqual, kGreater, kGreaterEqual, kBad };
     // What is known of a condition while its terms are read; one for each open parenthesis and one around
@@ -43,12 +44,16 @@ private:
 
     Operand readOperand();
     Operand readString();
+    Operand readVersion();
     std::int32_t readNumber();
     std::int32_t readHexadecimal();
     Operator readOperator();
+    static bool canCompare(const Operand& left, const Operand& right);
+    static std::int32_t orderOf(const Operand& left, const Operand& right);
     static bool compare(const Operand& left, Operator what, const Operand& right);
 
     bool skipTo(char wanted);
+    bool skipWord(std::string_view word);
     void skipBlanks();
     char peek(std::size_t ahead = 0) const { return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0'; }
 

@@ -45,6 +45,15 @@ struct PXMLNode {
     std::int32_t textLength = 0;
 };
 
+// Where an element stands in the text that it was read from, in bytes: from the `<` of its tag to behind the
+// `>` that closes it.
+struct PXMLSpan {
+    static constexpr std::size_t kNoEnd = static_cast<std::size_t>(-1);
+
+    std::size_t begin = 0;
+    std::size_t end = kNoEnd;  // this when the text is over before
+};
+
 // A small, forgiving reader and writer of a subset of XML: one flat table of elements in the order of their
 // opening tags, addressed by index. Nodes are only ever appended, so an index stays valid. There is no syntax
 // error: what can be read is kept, the rest is dropped. Bytes are not transcoded.
@@ -65,8 +74,9 @@ public:
     // parses. 0; 1 when it can't be opened; the stream's error code when it can't be read; -3 when bytes are
     // missing.
     int loadStream(PStream& stream);
-    // Appends the elements of the first top-level element to the table. The text ends at its first zero byte.
-    void parseText(std::string_view text);
+    // Appends the elements of the first top-level element to the table, and to `outSpans`, if given, where
+    // each of them stands. The text ends at its first zero byte.
+    void parseText(std::string_view text, std::vector<PXMLSpan>* outSpans = nullptr);
 
     // Writes all elements, with the line ends of the platform. 0; -1 when the file can't be created; 1 when
     // it can't be written, and then it is left as far as it got. The document must be at most a few hundred

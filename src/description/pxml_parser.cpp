@@ -19,8 +19,8 @@ std::string_view takeUpTo(std::string_view& rest, std::string_view ends) {
 
 }  // namespace
 
-void PXML::parseText(std::string_view text) {
-    PXMLParser(*this, text.substr(0, text.find('\0'))).run();
+void PXML::parseText(std::string_view text, std::vector<PXMLSpan>* outSpans) {
+    PXMLParser(*this, text.substr(0, text.find('\0')), outSpans).run();
 }
 
 void PXMLParser::run() {
@@ -76,6 +76,7 @@ PXMLParser::Step PXMLParser::readTag(std::string_view pending) {
         return Step::kStop;
     }
     const std::string_view inside = text_.substr(at_ + 1, end - at_ - 1);
+    const std::size_t start = at_;
     at_ = end + 1;
     const bool isClosing = !inside.empty() && inside.front() == '/';
     const bool isSelfClosing = !isClosing && !inside.empty() && inside.back() == '/';
@@ -83,6 +84,7 @@ PXMLParser::Step PXMLParser::readTag(std::string_view pending) {
         return Step::kStop;
     }
     if (!isClosing) {
+        beginSpan(start);
         openElement(OUtils::trimWhiteSpace(inside));
     }
     if (!isClosing && !isSelfClosing) {
@@ -95,6 +97,7 @@ PXMLParser::Step PXMLParser::readTag(std::string_view pending) {
     } else {
         supplyText(pending);
     }
+    endSpan(current_, at_);
     current_ = document_.nodes_[static_cast<std::size_t>(current_)].parent;
     return current_ < 0 ? Step::kStop : Step::kGoOn;
 }
@@ -144,4 +147,16 @@ std::string_view PXMLParser::store(std::string_view encoded) {
     const std::size_t length = PXMLEntities::decode(encoded, decoded);
     document_.arena_.giveBack(encoded.size() - length);
     return {decoded, length};
+}
+
+void PXMLParser::beginSpan(std::size_t place) {
+    if (spans_ != nullptr) {
+        spans_->push_back({place, PXMLSpan::kNoEnd});
+    }
+}
+
+void PXMLParser::endSpan(std::int32_t node, std::size_t place) {
+    if (spans_ != nullptr) {
+        (*spans_)[firstSpan_ + static_cast<std::size_t>(node - firstNode_)].end = place;
+    }
 }

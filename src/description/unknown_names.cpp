@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
-#include <unordered_set>
 
 #include "base/text_functions.h"
 #include "description/command_line_arguments.h"
@@ -139,16 +138,7 @@ private:
 
     const std::unordered_set<std::string>& descriptionOptions() {
         if (!options_) {
-            options_.emplace();
-            const std::int32_t section = vocabulary::findElement(description_, "DefValues");
-            for (const std::int32_t child :
-                 section < 0 ? std::vector<std::int32_t>() : description_.childrenOf(section)) {
-                const auto name = vocabulary::attributeOf(description_, child, "Name");
-                const auto type = vocabulary::attributeOf(description_, child, "DataType");
-                if (name && type && OUtils::startsWithIgnoreCase(*type, "cmdlinearg")) {
-                    options_->insert(OUtils::toLowerAscii(*name));
-                }
-            }
+            options_ = optionsReadBy(description_);
         }
         return *options_;
     }
@@ -169,6 +159,20 @@ private:
 };
 
 }  // namespace
+
+std::unordered_set<std::string> optionsReadBy(const PXML& description) {
+    std::unordered_set<std::string> options;
+    const std::int32_t section = vocabulary::findElement(description, "DefValues");
+    for (const std::int32_t child :
+         section < 0 ? std::vector<std::int32_t>() : description.childrenOf(section)) {
+        const auto name = vocabulary::attributeOf(description, child, "Name");
+        const auto type = vocabulary::attributeOf(description, child, "DataType");
+        if (name && type && OUtils::startsWithIgnoreCase(*type, "cmdlinearg")) {
+            options.insert(OUtils::toLowerAscii(*name));
+        }
+    }
+    return options;
+}
 
 std::vector<std::string> remarksOnGivenNames(const PXML& description, Expressions& expressions,
                                              const GivenNames& given) {

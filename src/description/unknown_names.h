@@ -2,11 +2,15 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 class CommandLineArguments;
 class Expressions;
 class PXML;
+
+// The options of the command line that a description reads into variables, in lower case.
+std::unordered_set<std::string> optionsReadBy(const PXML& description);
 
 // What the user gave by name: on the command line and in a file of answers.
 struct GivenNames {

@@ -82,6 +82,7 @@ inline constexpr Element kElements[] = {
     {"Desc", Kind::kText, "files.md"},
     {"FileSet", Kind::kNone, "files.md"},
     {"FN", Kind::kText, "files.md"},
+    {"Tree", Kind::kNone, "files.md"},
     {"Dialogs", Kind::kNone, "dialogs.md"},
     {"UninstallDialogs", Kind::kNone, "dialogs.md"},
     {"Field", Kind::kVariable, "dialogs.md"},
@@ -160,6 +161,10 @@ inline constexpr Attribute kAttributes[] = {
     {"FN", "OkIfMissing", Kind::kPresence, "files.md"},
     {"FN", "StripExeExt", Kind::kCondition, "files.md"},
     {"FN", "BackupExisting", Kind::kPresence, "files.md"},
+    {"Tree", "From", Kind::kText, "files.md"},
+    {"Tree", "Include", Kind::kWords, "files.md"},
+    {"Tree", "Exclude", Kind::kWords, "files.md"},
+    {"Tree", "KeepModes", Kind::kPresence, "files.md"},
     {kEveryDialog, "w", Kind::kNumber, "dialogs.md"},
     {kEveryDialog, "h", Kind::kNumber, "dialogs.md"},
     {kEveryDialog, "BkgColour", Kind::kColour, "dialogs.md"},
@@ -291,6 +296,7 @@ inline constexpr std::string_view kFieldTypes[] = {"Directory",        "CheckBox
                                                    "InstallParameter", "EditBox",  "Password"};
 inline constexpr std::string_view kHorizontalAligns[] = {"left", "center", "right"};
 inline constexpr std::string_view kVerticalAligns[] = {"top", "center", "bottom"};
+inline constexpr std::string_view kDocumentFormats[] = {"TandrelMarkdown", "TandrelText"};
 inline constexpr std::string_view kTriggerTypes[] = {"VarChange",        "RunActions", "VarReset",
                                                      "VarRecalculation", "FileCheck",  "DebugExpression"};
 inline constexpr std::string_view kTriggerMoments[] = {"Start", "Set",     "Dynamic",
@@ -354,6 +360,7 @@ inline constexpr WordList kWordLists[] = {
     {"types of fields", "dialogs.md", kFieldTypes},
     {"horizontal alignments", "dialogs.md", kHorizontalAligns},
     {"vertical alignments", "dialogs.md", kVerticalAligns},
+    {"formats of documents", "documents.md", kDocumentFormats},
     {"types of triggers", "dialogs.md", kTriggerTypes},
     {"moments of triggers", "dialogs.md", kTriggerMoments},
     {"special words of dialogs", "dialogs.md", kSpecials},

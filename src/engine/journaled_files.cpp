@@ -199,6 +199,9 @@ public:
         listed_ = status == 0 ? outEntries : std::vector<platform::DirectoryEntry>();
         return status;
     }
+    int listDisk(std::vector<platform::DiskEntry>& outEntries) override {
+        return directory_->listDisk(outEntries);
+    }
     int openDirectory(std::string_view name, std::unique_ptr<platform::Directory>& outDirectory) override {
         const int status = directory_->openDirectory(name, outDirectory);
         if (status == 0) {

@@ -43,6 +43,9 @@ public:
     int resolveFile(std::string_view path, std::string& outPath) override {
         return files_.resolveFile(path, outPath);
     }
+    int linkTarget(std::string_view path, std::string& outTarget) override {
+        return files_.linkTarget(path, outTarget);
+    }
     int takeDirectoryRights(std::string_view path) override;
     std::string rightsOf(std::string_view path) override { return files_.rightsOf(path); }
     int removeFile(std::string_view path) override;

@@ -15,6 +15,8 @@ public:
 
     int createLink(std::string_view linkPath, const platform::LinkDescription& link) override;
     int createUrlLink(std::string_view linkPath, std::string_view url) override;
+    // Fails: no removal makes one, and the journal couldn't tell it from a link of the user.
+    int createSymlink(std::string_view /*linkPath*/, std::string_view /*target*/) override { return -1; }
     bool openDocument(std::string_view path) override { return shell_.openDocument(path); }
     bool openForUser(std::string_view path) override { return shell_.openForUser(path); }
     bool broadcastEnvironment() override;

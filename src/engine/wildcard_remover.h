@@ -55,7 +55,3 @@ private:
     int fault_ = 0;
     std::function<bool(const std::string& path)> keeps_;
 };
-
-// Whether a file's name fits a pattern of `*` (any number of characters) and `?` (one byte), without regard
-// to ASCII case; "*.*" fits every name. The time is at most the product of the lengths.
-bool matchesWildcard(std::string_view pattern, std::string_view name);

@@ -4,13 +4,14 @@
 #include <future>
 #include <utility>
 
+#include "base/revision.h"
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
 #include "installer/debug_log.h"
 #include "installer/private_copy.h"
 #include "installer/relaunch.h"
-#include "installer/revision.h"
 #include "installer/uninstallation_lock.h"
+#include "installer/version_option.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
 #include "platform/console_device.h"
@@ -57,6 +58,10 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         return kFailed;
     }
     options_ = readRunOptions(parameters_);
+    if (asksForVersion(parameters_, options_.binFile.value_or(""), platform_)) {
+        messages_.print(versionLine());
+        return 0;
+    }
     const int level =
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);

@@ -79,6 +79,14 @@ void checkTexts(const PackageFile& entry) {
     }
 }
 
+// -1 when there is no such file.
+std::int64_t sizeOf(const PackageFile& entry, PFileStream& lookUp) {
+    if (entry.content != nullptr) {
+        return static_cast<std::int64_t>(entry.content->size());
+    }
+    return entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path);
+}
+
 void checkImage(const std::string& path, ImageProblem problem) {
     switch (problem) {
         case ImageProblem::kNotExecutable:
@@ -131,8 +139,8 @@ private:
 
 void checkWriting(const std::string& path, int status) {
     if (status != 0) {
-        fail(path + " can't be written (error " + std::to_string(status) +
-             "): check the directory, its rights and the free space");
+        fail(path + " can't be written: " + OUtils::writingErrorText(status) +
+             ": check the directory, its rights and the free space");
     }
 }
 
@@ -261,7 +269,7 @@ void PackageWriter::checkEntries(const std::vector<PackageFile>& entries, const 
             fail("the alias \"" + entry.alias + "\" stands for both " + known->second->path + " and " +
                  entry.path + ": give one of them another Alias");
         }
-        const std::int64_t size = entry.size >= 0 ? entry.size : lookUp.getFileSize(entry.path);
+        const std::int64_t size = sizeOf(entry, lookUp);
         if (size < 0) {
             fail(entry.path + ": no such file");
         }
@@ -285,7 +293,7 @@ void PackageWriter::loadImage(const PackageOptions& options, Job& job) const {
     const std::string& path = options.imagePath;
     const int status = OUtils::readWholeFile(path, job.image, files_);
     if (status != 0) {
-        fail(path + ": the image can't be read (error " + std::to_string(status) + ")");
+        fail(path + ": the image can't be read: " + OUtils::readingErrorText(status));
     }
     checkImage(path, measureExecutableImage(job.image).problem);
     if (job.image.find(kSolidMark) == std::string::npos) {
@@ -318,6 +326,14 @@ void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& j
     job.positions.push_back(job.compressor.blobSize());
     const EntryHeader header = encodeHeader(entry, size);
     checkCompression(job.compressor.addData(header.data(), static_cast<std::int32_t>(header.size())));
+    if (entry.content == nullptr) {
+        addFileContent(entry, size, job);
+    } else {
+        checkCompression(job.compressor.addData(entry.content->data(), static_cast<std::int32_t>(size)));
+    }
+}
+
+void PackageWriter::addFileContent(const PackageFile& entry, std::int64_t size, Job& job) {
     PFileStream stream(files_);
     int status = stream.openFile(entry.path, PFileStream::kGenericRead, PFileStream::kShareRead,
                                  PFileStream::kOpenExisting | PFileStream::kSequential);
@@ -331,7 +347,7 @@ void PackageWriter::addEntry(const PackageFile& entry, std::int64_t size, Job& j
         filled += done;
     }
     if (status != 0) {
-        fail(entry.path + ": the file can't be read (error " + std::to_string(status) + ")");
+        fail(entry.path + ": the file can't be read: " + OUtils::readingErrorText(status));
     }
     if (filled != size) {
         fail(entry.path + ": the file changed while it was read: try again");

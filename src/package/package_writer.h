@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,8 @@ struct PackageFile {
     std::string name;        // the base name that it has in the package, at most 299 bytes
     std::string alias;       // its key, at most 275 bytes, different from all others
     std::int64_t size = -1;  // in bytes; -1 when it isn't known yet
+    // What is packed instead of the file's content, which isn't read then; null for the file itself.
+    std::shared_ptr<const std::string> content = nullptr;
 };
 
 struct PackageOptions {
@@ -69,6 +72,7 @@ private:
     void loadImage(const PackageOptions& options, Job& job) const;
     void fillCabinet(const std::vector<PackageFile>& entries, Job& job);
     void addEntry(const PackageFile& entry, std::int64_t size, Job& job);
+    void addFileContent(const PackageFile& entry, std::int64_t size, Job& job);
     void hashEntries(Job& job) const;
     void writePieces(const std::string& path, Job& job);
     bool compressTo(PFileStream& out, Job& job);

@@ -1,15 +1,16 @@
+#include "base/path_functions.h"
+#include "base/text_functions.h"
+#include "checking/document_fault.h"
 #include "package/package_writer.h"
+#include "packager/build_check.h"
 #include "packager/commands.h"
-#include "packager/document_fault.h"
-#include "packager/document_losses.h"
+#include "packager/failure.h"
+#include "packager/loss_warnings.h"
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
 #include "support/utilities.h"
-#include "text/document_text.h"
 
 namespace {
-
-constexpr int kAnyWidth = 80;
 
 ChecksumVersion checksumVersion(const CommandLine& commandLine, platform::Environment& environment) {
     return commandLine.oldChecksum ? ChecksumVersion::kVersion1
@@ -23,12 +24,27 @@ void warnOfDocument(const PackingList::ShownDocument& shown, PackagerOutput& out
     if (OUtils::readWholeFile(shown.path, document, files) != 0) {
         return;  // the writer reports it
     }
-    warnOfLosses(shown.path, document, shown.isRichText, output);
-    const bool isBroken =
-        shown.isRichText ? !richTextAsText(document, kAnyWidth) : !markdownAsText(document, kAnyWidth);
-    if (isBroken) {
-        const std::string fault = shown.isRichText ? richTextFault(document) : markdownFault(document);
+    warnOfLosses(shown.path, document, shown.format, output);
+    const std::string fault = documentFault(document, shown.format);
+    if (!fault.empty()) {
         output.warn("packager: warning: " + printable(shown.path + ": a setup won't show it: " + fault));
+    }
+}
+
+// An output of an earlier run among the files of a tree would be packed in, and again each time.
+void refuseOutputAmong(const std::vector<PackageFile>& entries, const std::string& output,
+                       platform::FileSystem& files) {
+    std::string realOutput;
+    if (files.realPath(output, realOutput) != 0) {
+        return;  // it isn't there
+    }
+    const std::string_view name = OUtils::lastPathComponent(realOutput);
+    for (const PackageFile& entry : entries) {
+        std::string real;
+        if (OUtils::equalsIgnoreCase(OUtils::lastPathComponent(entry.path), name) &&
+            files.realPath(entry.path, real) == 0 && real == realOutput) {
+            fail(output + " is to be packed itself: choose another output");
+        }
     }
 }
 
@@ -36,6 +52,7 @@ void warnOfDocument(const PackingList::ShownDocument& shown, PackagerOutput& out
 
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
               platform::Environment& environment) {
+    checkBeforeBuild(commandLine, output, files);
     PackingList list({commandLine.description, commandLine.root, commandLine.image}, files);
     list.read();
     for (const std::string& warning : list.warnings()) {
@@ -44,6 +61,7 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
     for (const PackingList::ShownDocument& document : list.documents()) {
         warnOfDocument(document, output, files);
     }
+    refuseOutputAmong(list.entries(), commandLine.output, files);
     PackageOptions options;
     options.imagePath = commandLine.bin ? std::string() : commandLine.image;
     options.stripes =

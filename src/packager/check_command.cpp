@@ -28,7 +28,7 @@ std::vector<std::string> reportOf(const CommandLine& commandLine, const std::vec
 bool runCheck(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
     std::string text;
     if (const int status = OUtils::readWholeFile(commandLine.checked, text, files); status != 0) {
-        fail(commandLine.checked + ": the description can't be read (error " + std::to_string(status) + ")");
+        fail(commandLine.checked + ": the description can't be read: " + OUtils::readingErrorText(status));
     }
     CheckOptions options{targetsOf(commandLine.systems), std::nullopt};
     if (!commandLine.root.empty()) {

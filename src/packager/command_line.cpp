@@ -16,9 +16,10 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
-    {"build", PackagerCommand::kBuild},     {"list", PackagerCommand::kList},
-    {"extract", PackagerCommand::kExtract}, {"verify", PackagerCommand::kVerify},
-    {"text", PackagerCommand::kText},       {"check", PackagerCommand::kCheck},
+    {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
+    {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
+    {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
+    {"check", PackagerCommand::kCheck},   {"new", PackagerCommand::kNew},
     {"schema", PackagerCommand::kSchema},
 };
 
@@ -48,6 +49,9 @@ constexpr OptionRule kOptions[] = {
     {"level", nullptr, nullptr, &CommandLine::level, 1, 9, PackagerCommand::kBuild},
     {"old-checksum", nullptr, &CommandLine::oldChecksum, nullptr, 0, 0, PackagerCommand::kBuild},
     {"allow", nullptr, nullptr, nullptr, 0, 0, PackagerCommand::kBuild, &CommandLine::allowed},
+    {"description", &CommandLine::description, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kExpand},
     {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
     {"target", &CommandLine::systems, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
     {"format", &CommandLine::format, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
@@ -56,6 +60,8 @@ constexpr OptionRule kOptions[] = {
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
+    {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kExtract},
+    {"verbatim", nullptr, &CommandLine::verbatim, nullptr, 0, 0, PackagerCommand::kText},
     {"width", nullptr, nullptr, &CommandLine::width, kLeastWidth, kMostWidth, PackagerCommand::kText},
 };
 
@@ -64,19 +70,23 @@ public:
     explicit Parser(const std::vector<std::string>& arguments) : arguments_(arguments) {}
 
     CommandLine parse() {
-        while (next_ < arguments_.size() && result_.problem.empty() && !result_.help) {
+        while (next_ < arguments_.size() && !isDone()) {
             takeWord(arguments_[next_++]);
         }
-        if (result_.problem.empty() && !result_.help) {
+        if (!isDone()) {
             checkWhole();
         }
         return result_;
     }
 
 private:
+    bool isDone() const { return !result_.problem.empty() || result_.help || result_.version; }
+
     void takeWord(const std::string& word) {
         if (!onlyWords_ && (word == "--help" || word == "-h")) {
             result_.help = true;
+        } else if (!onlyWords_ && result_.command == PackagerCommand::kNone && word == "--version") {
+            result_.version = true;
         } else if (!onlyWords_ && word == "--") {
             onlyWords_ = true;
         } else if (!onlyWords_ && word.starts_with("-") && word.size() > 1) {
@@ -114,11 +124,14 @@ private:
         switch (result_.command) {
             case PackagerCommand::kBuild:
             case PackagerCommand::kSchema:
+            case PackagerCommand::kExpand:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
             case PackagerCommand::kCheck:
                 return &result_.checked;
+            case PackagerCommand::kNew:
+                return &result_.directory;
             default:
                 return &result_.package;
         }
@@ -180,6 +193,10 @@ private:
                 }
                 checkAllowed();
                 break;
+            case PackagerCommand::kExpand:
+                need(result_.description, "--description");
+                need(result_.root, "--root");
+                break;
             case PackagerCommand::kExtract:
                 need(result_.package, "the package");
                 need(result_.target, "--to");
@@ -188,6 +205,9 @@ private:
                 checkText();
                 break;
             case PackagerCommand::kSchema:
+                break;
+            case PackagerCommand::kNew:
+                need(result_.directory, "the directory");
                 break;
             case PackagerCommand::kCheck:
                 need(result_.checked, "the description");
@@ -205,6 +225,8 @@ private:
                 static_cast<int>(result_.tree) >
             1) {
             fail("--html, --plain and --tree exclude each other");
+        } else if (result_.verbatim && (result_.html || result_.tree)) {
+            fail("--verbatim is for plain text, it goes with neither --html nor --tree");
         } else if (result_.width != 0 && (result_.html || result_.tree)) {
             fail("--width is for plain text, it goes with neither --html nor --tree");
         }
@@ -250,15 +272,17 @@ private:
 constexpr const char* kOverview =
     "packager - makes self-extracting installers and looks into them\n"
     "\n"
+    "  packager new      writes a template of a product to begin with\n"
     "  packager check    finds mistakes in a description\n"
     "  packager build    makes a package of a description and a product's files\n"
+    "  packager expand   shows a description with files in the place of its trees\n"
     "  packager list     shows the files of a package\n"
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
     "  packager text     shows a document as the users of a package will see it\n"
     "  packager schema   prints an XML Schema of descriptions, for editors\n"
     "\n"
-    "packager COMMAND --help explains one of them.\n"
+    "packager COMMAND --help explains one of them, packager --version says which packager this is.\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
 
 constexpr const char* kBuildHelp =
@@ -266,7 +290,8 @@ constexpr const char* kBuildHelp =
     "               [--bin] [--stripes N] [--level 1..9] [--old-checksum] [--allow CODE]...\n"
     "\n"
     "  --description FILE  the product's install.xml; it becomes the first file of the package\n"
-    "  --root DIR          the directory in which the texts of the FN elements are looked up\n"
+    "  --root DIR          the directory in which Tree elements and the texts of FN elements are\n"
+    "                      looked up\n"
     "  --image IMAGE       the bare installer, for Linux (ELF) or Windows (PE); also what an FN\n"
     "                      named installer.exe or installer stands for when there is no such file\n"
     "  --output FILE       the package to make; an existing one is replaced when all went well\n"
@@ -278,6 +303,16 @@ constexpr const char* kBuildHelp =
     "  --allow CODE        build in spite of errors with this code; see packager check\n"
     "\n"
     "The same input gives the same bytes on every machine.\n";
+
+constexpr const char* kExpandHelp =
+    "packager expand --description FILE --root DIR [--image IMAGE]\n"
+    "\n"
+    "Shows the description that `packager build` packs: with an FN for each file, and a shortcut for\n"
+    "each symbolic link, in the place of each Tree. A description without a Tree is shown as it is.\n"
+    "\n"
+    "  --description FILE  the product's install.xml\n"
+    "  --root DIR          the directory in which trees and files are looked up\n"
+    "  --image IMAGE       the bare installer; names that its system can't have are refused\n";
 
 constexpr const char* kCheckHelp =
     "packager check DESCRIPTION [--root DIR] [--target windows|linux|both]\n"
@@ -294,16 +329,27 @@ constexpr const char* kCheckHelp =
     "\n"
     "Exit codes: 0 no error, 1 an error (with --strict also a warning), 2 wrong use.\n";
 
+constexpr const char* kNewHelp =
+    "packager new DIR\n"
+    "\n"
+    "Writes the description of a small product for Linux and Windows, and its files, into the\n"
+    "directory, which is made if necessary. Files that are there already are never replaced.\n";
+
 constexpr const char* kListHelp =
     "packager list PACKAGE\n"
     "\n"
-    "Shows size, stored size, MD5, name and alias of each file, separated by tabs.\n";
+    "Shows size, stored size, MD5, name and alias of each file, and for each place where it is\n"
+    "installed the destination and the condition, separated by tabs.\n";
 
 constexpr const char* kExtractHelp =
-    "packager extract PACKAGE --to DIR [ALIAS ...]\n"
+    "packager extract PACKAGE --to DIR [--tree] [ALIAS ...]\n"
     "\n"
     "Takes the files with these aliases, or all files, out of the package. They get the names that\n"
-    "they have in the package; files that share a name get their aliases as names.\n";
+    "they have in the package; files that share a name get their aliases as names.\n"
+    "\n"
+    "  --tree  puts them where they would be installed, below DIR: a reference such as [INSTALL_DIR]\n"
+    "          is a directory of that name, and what isn't installed is in the directory\n"
+    "          \"(packed only)\". Files that are installed under different conditions are all there.\n";
 
 constexpr const char* kVerifyHelp =
     "packager verify PACKAGE\n"
@@ -317,7 +363,7 @@ constexpr const char* kSchemaHelp =
     "elements and attributes with it. packager check finds more than a schema can.\n";
 
 constexpr const char* kTextHelp =
-    "packager text FILE [--plain | --html | --tree] [--width N]\n"
+    "packager text FILE [--plain | --html | --tree] [--verbatim] [--width N]\n"
     "\n"
     "Shows a document of a product, such as its agreement, as its users will see it.\n"
     "\n"
@@ -325,12 +371,15 @@ constexpr const char* kTextHelp =
     "  --html     as a whole HTML page\n"
     "  --tree     as the installer understands it: the kind of each line, then the tree of the\n"
     "             blocks, then the tree with its emphasis\n"
+    "  --verbatim the file is a document that is shown as it is written\n"
     "  --width N  the columns of the console, 10 to 1000 (default: 80); lines are up to N - 2 bytes\n"
     "             long, longer words are not broken\n"
     "\n"
     "A file is rich text when its name ends in .rtf or its content begins with {\\rtf; every other\n"
-    "file is of the markdown dialect. A setup goes by the description instead: there a document is\n"
-    "markdown when its element says Format=\"TandrelMarkdown\", and rich text otherwise.\n"
+    "file is of the markdown dialect, unless --verbatim says otherwise. A setup goes by the\n"
+    "description instead: there a document is markdown when its element says\n"
+    "Format=\"TandrelMarkdown\", shown as it is written with Format=\"TandrelText\", and rich text\n"
+    "otherwise.\n"
     "Rich text has no --html and no --tree.\n"
     "A document in which something is wrong isn't shown by a setup at all; this command says what\n"
     "and where, and gives exit code 1.\n";
@@ -361,6 +410,8 @@ std::string helpText(PackagerCommand command) {
     switch (command) {
         case PackagerCommand::kBuild:
             return kBuildHelp;
+        case PackagerCommand::kExpand:
+            return kExpandHelp;
         case PackagerCommand::kList:
             return kListHelp;
         case PackagerCommand::kExtract:
@@ -373,6 +424,8 @@ std::string helpText(PackagerCommand command) {
             return kCheckHelp;
         case PackagerCommand::kSchema:
             return kSchemaHelp;
+        case PackagerCommand::kNew:
+            return kNewHelp;
         case PackagerCommand::kNone:
             break;
     }

@@ -5,12 +5,13 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kList, kExtract, kVerify, kText, kCheck, kSchema };
+enum class PackagerCommand { kNone, kBuild, kExpand, kList, kExtract, kVerify, kText, kCheck, kNew, kSchema };
 
 // What the command line asks for.
 struct CommandLine {
     PackagerCommand command = PackagerCommand::kNone;
     bool help = false;
+    bool version = false;
 
     std::string description;
     std::string root;
@@ -28,6 +29,8 @@ struct CommandLine {
     std::string format;   // of check; "text", "json" or "sarif"
     bool strict = false;  // of check
 
+    std::string directory;  // of new
+
     std::string package;
     std::string target;                // of extract
     std::vector<std::string> aliases;  // of extract; empty: all
@@ -35,7 +38,8 @@ struct CommandLine {
     std::string document;  // of text
     bool html = false;
     bool plain = false;
-    bool tree = false;
+    bool tree = false;  // also of extract
+    bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
 
     // What is wrong with the command line, in one line; empty when nothing is.

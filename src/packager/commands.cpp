@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "base/errors.h"
+#include "base/revision.h"
 
 namespace {
 
@@ -12,6 +13,9 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
     switch (commandLine.command) {
         case PackagerCommand::kBuild:
             runBuild(commandLine, output, files, environment);
+            return true;
+        case PackagerCommand::kExpand:
+            runExpand(commandLine, output, files);
             return true;
         case PackagerCommand::kList:
             runList(commandLine, output, files);
@@ -24,6 +28,9 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
             return true;
         case PackagerCommand::kText:
             runText(commandLine, output, files);
+            return true;
+        case PackagerCommand::kNew:
+            runNew(commandLine, output, files);
             return true;
         case PackagerCommand::kCheck:
             return runCheck(commandLine, output, files);
@@ -65,6 +72,8 @@ int runPackager(const std::vector<std::string>& arguments, PackagerOutput& outpu
     int exitCode = 0;
     if (commandLine.help) {
         output.print(withoutLastLineEnd(helpText(commandLine.command)));
+    } else if (commandLine.version) {
+        output.print(std::string("Tandrel packager ") + kProgramVersion + ", revision " + kBuildRevision);
     } else if (!commandLine.problem.empty()) {
         output.warn("packager: " + printable(commandLine.problem));
         output.warn(withoutLastLineEnd(helpText(commandLine.command)));

@@ -11,12 +11,15 @@
 // The commands of the tool. Each throws InstallerError with one line when it fails. All objects are borrowed.
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
               platform::Environment& environment);
+void runExpand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 // False: there are findings that fail, and they have been printed.
 bool runCheck(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runSchema(PackagerOutput& output);
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+// Writes the template of a product into a directory in which none of its files is.
+void runNew(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 
 // The whole tool, from the arguments after the program's name to the exit code: 0 done, 1 failed, 2 wrong

@@ -5,6 +5,7 @@
 
 #include "base/text_functions.h"
 #include "packager/commands.h"
+#include "packager/extraction_tree.h"
 #include "packager/failure.h"
 #include "packager/package_file_reader.h"
 #include "support/utilities.h"
@@ -84,6 +85,20 @@ void makeDirectory(const std::string& path, platform::FileSystem& files) {
     }
 }
 
+// The directories between the target and the file. What lies in their places may lead elsewhere.
+void makeTreeDirectories(const std::string& target, std::string_view path, platform::FileSystem& files) {
+    for (std::size_t end = path.find('/'); end != std::string_view::npos; end = path.find('/', end + 1)) {
+        const std::string directory = target + "/" + std::string(path.substr(0, end));
+        if (files.kindOf(directory) == platform::PathKind::kNothing) {
+            files.createDirectory(directory);
+        }
+        if (files.kindOf(directory) != platform::PathKind::kDirectory) {
+            fail(directory +
+                 ": the directory can't be made, or there is something else: extract to an empty one");
+        }
+    }
+}
+
 void writeEntry(const Cabinet& cabinet, std::int32_t index, const std::string& path,
                 platform::FileSystem& files) {
     if (!hasRightDigest(cabinet, index)) {
@@ -91,8 +106,48 @@ void writeEntry(const Cabinet& cabinet, std::int32_t index, const std::string& p
     }
     const int status = OUtils::writeWholeFile(path, *cabinet.entryContent(index), files);
     if (status != 0) {
-        fail(path + " can't be written (error " + std::to_string(status) + ")");
+        fail(path + " can't be written: " + OUtils::writingErrorText(status));
     }
+}
+
+// The number of files that were written.
+std::size_t extractTree(const Cabinet& cabinet, const std::vector<std::int32_t>& chosen,
+                        const std::string& target, PackagerOutput& output, platform::FileSystem& files) {
+    const PackedDescription description(cabinet);
+    ExtractionTree tree(cabinet, description);
+    for (const std::int32_t index : chosen) {
+        tree.add(index);
+    }
+    for (const std::string& remark : tree.remarks()) {
+        output.warn("packager: warning: " + printable(remark));
+    }
+    std::size_t done = 0;
+    for (const ExtractedFile& file : tree.files()) {
+        makeTreeDirectories(target, file.path, files);
+        const std::string path = target + "/" + file.path;
+        writeEntry(cabinet, file.index, path, files);
+        if (file.isExecutable && files.makeExecutable(path) != 0) {
+            fail(path + ": this file can't be made a program");
+        }
+        output.progress("Extracting", static_cast<int>(++done * 100 / tree.files().size()));
+    }
+    return done;
+}
+
+// Returns the number of files that were asked for.
+std::size_t extractSideBySide(const Cabinet& cabinet, const std::vector<std::int32_t>& chosen,
+                              const std::string& target, PackagerOutput& output,
+                              platform::FileSystem& files) {
+    TargetNames names(cabinet);
+    const std::string start = target + "/";
+    for (std::size_t i = 0; i < chosen.size(); ++i) {
+        const std::string name = names.nameOf(chosen[i]);
+        if (!name.empty()) {
+            writeEntry(cabinet, chosen[i], start + name, files);
+        }
+        output.progress("Extracting", static_cast<int>((i + 1) * 100 / chosen.size()));
+    }
+    return chosen.size();
 }
 
 }  // namespace
@@ -104,13 +159,7 @@ void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform
     const Cabinet& cabinet = package.cabinet();
     const std::vector<std::int32_t> chosen = chooseEntries(cabinet, commandLine.aliases);
     makeDirectory(commandLine.target, files);
-    TargetNames names(cabinet);
-    for (std::size_t i = 0; i < chosen.size(); ++i) {
-        const std::string name = names.nameOf(chosen[i]);
-        if (!name.empty()) {
-            writeEntry(cabinet, chosen[i], commandLine.target + "/" + name, files);
-        }
-        output.progress("Extracting", static_cast<int>((i + 1) * 100 / chosen.size()));
-    }
-    output.print(std::to_string(chosen.size()) + " files extracted to " + printable(commandLine.target));
+    const auto extract = commandLine.tree ? extractTree : extractSideBySide;
+    const std::size_t count = extract(cabinet, chosen, commandLine.target, output, files);
+    output.print(std::to_string(count) + " files extracted to " + printable(commandLine.target));
 }

@@ -6,6 +6,7 @@
 #include "package/package_layout.h"
 #include "package/package_stamp.h"
 #include "packager/failure.h"
+#include "support/utilities.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ void PackageFileReader::locate(const std::string& path) {
     const int status =
         stream.openFile(path, PFileStream::kGenericRead, PFileStream::kShareRead, PFileStream::kOpenExisting);
     if (status != 0) {
-        fail(path + ": the package can't be read (error " + std::to_string(status) + ")");
+        fail(path + ": the package can't be read: " + OUtils::readingErrorText(status));
     }
     fileSize_ = stream.getSize();
     findImageEnd(stream);
@@ -83,8 +84,11 @@ void PackageFileReader::readHead(PFileStream& stream, std::size_t size) {
         status = stream.read(head_.data() + filled, piece, done);
         filled += done;
     }
-    if (status != 0 || filled < size) {
-        fail(path_ + ": the package can't be read (error " + std::to_string(status) + ")");
+    if (status == 0 && filled < size) {
+        status = -1;  // it ended early
+    }
+    if (status != 0) {
+        fail(path_ + ": the package can't be read: " + OUtils::readingErrorText(status));
     }
 }
 
@@ -104,6 +108,9 @@ bool PackageFileReader::readLeadBlock(PFileStream& stream) {
 
 void PackageFileReader::load() {
     const LoadResult result = cabinet_.load(path_, offset_);
+    if (const int status = cabinet_.systemStatus(); result != LoadResult::kLoaded && status > 0) {
+        fail(path_ + ": the package can't be read: " + OUtils::readingErrorText(status));
+    }
     if (result != LoadResult::kLoaded) {
         fail(path_ + ": " + loadProblem(result) + " (" + std::to_string(static_cast<int>(result)) + ")");
     }

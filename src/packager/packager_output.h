@@ -19,6 +19,9 @@ public:
     virtual bool finish() = 0;
 };
 
+// Prints a text of several lines, whatever its line ends.
+void printLines(std::string_view text, PackagerOutput& output);
+
 // Makes text from a package, or a file name, fit for one line: what OUtils::visibleText replaces, line ends
 // and TABs become `?`.
 std::string printable(std::string_view text);

@@ -9,38 +9,25 @@
 #include "description/pxml.h"
 #include "description/vocabulary_lookup.h"
 #include "package/cabinet_format.h"
+#include "packager/equal_contents.h"
 #include "packager/failure.h"
-#include "text/document_text.h"
+#include "packager/root_path.h"
+#include "support/utilities.h"
 
 namespace {
 
 constexpr std::string_view kDescriptionAlias = "install.xml";
 constexpr std::string_view kRichTextElement = "RichEditText";
 constexpr std::string_view kPlainTextElement = "PlainEditText";
+constexpr std::string_view kHtmlElement = "HtmlEditText";
 
-// The path with `/` between its components, without empty ones and dots. Throws for a path that leaves its
-// root.
-std::string relativePathOf(const std::string& text) {
-    std::string path;
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        const std::size_t end = std::min(text.find_first_of("/\\", start), text.size());
-        const std::string component = text.substr(start, end - start);
-        if (component == ".." || component.find(':') != std::string::npos) {
-            fail("the file \"" + text +
-                 "\" of the description doesn't lie below the root: name it by its path from there");
-        }
-        if (!component.empty() && component != ".") {
-            path += (path.empty() ? "" : "/") + component;
-        }
-        start = end + 1;
+// The console shows everything of rich text elements, but plain text only in a format of its own, and HTML
+// only when it isn't HTML at all.
+bool isOnConsole(std::string_view element, DocumentFormat format) {
+    if (element == kHtmlElement) {
+        return format == DocumentFormat::kVerbatim;
     }
-    return path;
-}
-
-std::string withoutSeparators(std::string text) {
-    std::erase_if(text, OUtils::isSeparator);
-    return text;
+    return element == kRichTextElement || format != DocumentFormat::kOfElement;
 }
 
 std::string withoutTrailingSeparators(std::string path) {
@@ -51,6 +38,14 @@ std::string withoutTrailingSeparators(std::string path) {
 }
 
 }  // namespace
+
+std::string descriptionText(const std::string& path, platform::FileSystem& files) {
+    std::string text;
+    if (const int status = OUtils::readWholeFile(path, text, files); status != 0) {
+        fail(path + ": the description can't be read: " + OUtils::readingErrorText(status));
+    }
+    return text;
+}
 
 std::int64_t PackingList::cabinetSize() const {
     std::int64_t size = CabinetFormat::kHeaderSize;
@@ -69,10 +64,7 @@ PackingList::PackingList(Sources sources, platform::FileSystem& files)
 
 void PackingList::read() {
     PXML document;
-    const int status = document.loadFile(sources_.description.c_str(), files_);
-    if (status != 0) {
-        fail(sources_.description + ": the description can't be read (error " + std::to_string(status) + ")");
-    }
+    document.parseText(readDescription());
     if (document.getNodeCount() == 0) {
         fail(sources_.description + ": this is not a description, it has no elements");
     }
@@ -90,19 +82,31 @@ void PackingList::read() {
     }
     addDocuments(document, kRichTextElement);
     addDocuments(document, kPlainTextElement);
+    addDocuments(document, kHtmlElement);
 }
 
-// The console shows an element of plain text only when it is in the markdown dialect.
+// With what stands for its trees.
+std::string PackingList::readDescription() {
+    std::string text = descriptionText(sources_.description, files_);
+    TreeExpansion trees(sources_, files_);
+    std::optional<std::string> expanded = trees.expand(text);
+    warnings_ = trees.warnings();
+    if (expanded) {
+        description_ = std::make_shared<const std::string>(std::move(*expanded));
+        text = *description_;
+    }
+    return text;
+}
+
 void PackingList::addDocuments(const PXML& document, std::string_view element) {
     for (std::int32_t node = document.findByName(element); node >= 0;
          node = document.findByName(element, node)) {
-        const bool isRichText =
-            !OUtils::equalsIgnoreCase(document.getAttribute(node, "Format").value_or(""), kMarkdownFormat);
+        const DocumentFormat format = documentFormat(document.getAttribute(node, "Format").value_or(""));
         const auto known = byAlias_.find(std::string(document.getText(node).value_or("")));
-        if (known == byAlias_.end() || (isRichText && element == kPlainTextElement)) {
+        if (known == byAlias_.end() || !isOnConsole(element, format)) {
             continue;
         }
-        const ShownDocument shown{entries_[known->second].path, isRichText};
+        const ShownDocument shown{entries_[known->second].path, format};
         if (std::find(documents_.begin(), documents_.end(), shown) == documents_.end()) {
             documents_.push_back(shown);
         }
@@ -127,7 +131,7 @@ void PackingList::addFileSet(const PXML& document, std::int32_t node) {
 
 void PackingList::addFile(const PXML& document, std::int32_t node) {
     const std::string text(document.getText(node).value_or(""));
-    const std::string relativePath = relativePathOf(text);
+    const std::string relativePath = pathBelowRoot(text);
     const std::string name(OUtils::lastPathComponent(text));
     const auto alias = vocabulary::attributeOf(document, node, "Alias");
     const std::string path = locate(text, relativePath, name);
@@ -137,7 +141,7 @@ void PackingList::addFile(const PXML& document, std::int32_t node) {
         }
         return;
     }
-    add({path, name, alias ? std::string(*alias) : withoutSeparators(text)});
+    add({path, name, alias ? std::string(*alias) : defaultAliasOf(text)});
 }
 
 // The path of the file; empty when there is none.
@@ -168,11 +172,20 @@ bool PackingList::isDescription(const std::string& path, const std::string& rela
     return (name == descriptionName_ || name == kDescriptionAlias) && files_.fileSize(path) < 0;
 }
 
-// The same file under the same alias is needed only once. Two files under one alias are left to the writer,
-// which refuses them.
+// The description that is packed may not be what its file holds.
+bool PackingList::isSame(const PackageFile& known, const PackageFile& file) {
+    if (known.path == file.path) {
+        return true;
+    }
+    return known.path != sources_.description && file.path != sources_.description &&
+           known.size == files_.fileSize(file.path) && haveEqualContents(files_, known.path, file.path);
+}
+
+// The same content under the same alias is needed only once. Two contents under one alias are left to the
+// writer, which refuses them.
 void PackingList::add(PackageFile file) {
     const auto [known, isNew] = byAlias_.try_emplace(file.alias, entries_.size());
-    if (!isNew && entries_[known->second].path == file.path) {
+    if (!isNew && isSame(entries_[known->second], file)) {
         return;
     }
     if (file.alias.size() > FileEntry::kNameLimit) {
@@ -180,6 +193,8 @@ void PackingList::add(PackageFile file) {
                             " bytes, and the installer finds no file by more than " +
                             std::to_string(FileEntry::kNameLimit) + ": give the file an Alias");
     }
-    file.size = files_.fileSize(file.path);
+    file.content = file.path == sources_.description ? description_ : nullptr;
+    file.size = file.content != nullptr ? static_cast<std::int64_t>(file.content->size())
+                                        : files_.fileSize(file.path);
     entries_.push_back(std::move(file));
 }

@@ -6,17 +6,18 @@
 #include <vector>
 
 #include "package/package_writer.h"
+#include "packager/tree_expansion.h"
+#include "text/document_text.h"
 
 class PXML;
+
+// The description as its author wrote it. Throws InstallerError with one line when it can't be read.
+std::string descriptionText(const std::string& path, platform::FileSystem& files);
 
 // The files that a description puts into a package.
 class PackingList {
 public:
-    struct Sources {
-        std::string description;  // its path
-        std::string root;         // the directory in which the files are looked up
-        std::string image;        // the bare installer; may be empty
-    };
+    using Sources = PackageSources;
 
     PackingList(Sources sources, platform::FileSystem& files);
 
@@ -24,8 +25,8 @@ public:
     // file that doesn't exist or a path outside the root.
     void read();
 
-    // The description first, then the files in the order of the description. A file that is named twice under
-    // one alias is here once.
+    // The description first, with what stands for its trees, then the files in the order of the description.
+    // A content that is named twice under one alias is here once.
     const std::vector<PackageFile>& entries() const { return entries_; }
     // In bytes, with the headers that the cabinet adds.
     std::int64_t cabinetSize() const;
@@ -33,7 +34,7 @@ public:
     // first element.
     struct ShownDocument {
         std::string path;
-        bool isRichText;
+        DocumentFormat format;  // kOfElement: rich text
 
         bool operator==(const ShownDocument&) const = default;
     };
@@ -42,6 +43,7 @@ public:
     const std::vector<std::string>& warnings() const { return warnings_; }
 
 private:
+    std::string readDescription();
     void addFileSet(const PXML& document, std::int32_t node);
     void addFile(const PXML& document, std::int32_t node);
     void addDocuments(const PXML& document, std::string_view element);
@@ -49,11 +51,13 @@ private:
                        const std::string& name) const;
     bool isDescription(const std::string& path, const std::string& relativePath,
                        const std::string& name) const;
+    bool isSame(const PackageFile& known, const PackageFile& file);
     void add(PackageFile file);
 
     Sources sources_;
     platform::FileSystem& files_;
-    std::string descriptionName_;  // its base name
+    std::string descriptionName_;                     // its base name
+    std::shared_ptr<const std::string> description_;  // without its trees; null when it has none
     std::vector<PackageFile> entries_;
     std::unordered_map<std::string, std::size_t> byAlias_;
     std::vector<ShownDocument> documents_;

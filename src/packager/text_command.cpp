@@ -3,12 +3,13 @@
 #include <string_view>
 
 #include "base/text_functions.h"
+#include "checking/document_fault.h"
 #include "packager/commands.h"
-#include "packager/document_fault.h"
-#include "packager/document_losses.h"
 #include "packager/failure.h"
+#include "packager/loss_warnings.h"
 #include "support/utilities.h"
 #include "text/document_text.h"
+#include "text/verbatim_text.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ std::string readDocument(const std::string& path, platform::FileSystem& files) {
     std::string document;
     const int status = OUtils::readWholeFile(path, document, files);
     if (status != 0) {
-        fail(path + ": the document can't be read (error " + std::to_string(status) + ")");
+        fail(path + ": the document can't be read: " + OUtils::readingErrorText(status));
     }
     return document;
 }
@@ -31,12 +32,12 @@ bool isRichText(std::string_view path, std::string_view document) {
            document.starts_with(kRichTextStart);
 }
 
-void printLines(std::string_view text, PackagerOutput& output) {
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        output.print(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
+DocumentFormat formatOf(const CommandLine& commandLine, std::string_view document) {
+    if (commandLine.verbatim) {
+        return DocumentFormat::kVerbatim;
     }
+    return isRichText(commandLine.document, document) ? DocumentFormat::kOfElement
+                                                      : DocumentFormat::kMarkdown;
 }
 
 void showRichText(const CommandLine& commandLine, const std::string& document, int width,
@@ -74,9 +75,11 @@ void showMarkdown(const CommandLine& commandLine, const std::string& document, i
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files) {
     const std::string document = readDocument(commandLine.document, files);
     const int width = commandLine.width == 0 ? kDefaultWidth : commandLine.width;
-    const bool richText = isRichText(commandLine.document, document);
-    warnOfLosses(commandLine.document, document, richText, output);
-    if (richText) {
+    const DocumentFormat format = formatOf(commandLine, document);
+    warnOfLosses(commandLine.document, document, format, output);
+    if (format == DocumentFormat::kVerbatim) {
+        printLines(verbatimAsText(document, width), output);
+    } else if (format == DocumentFormat::kOfElement) {
         showRichText(commandLine, document, width, output);
     } else if (commandLine.tree) {
         showTree(commandLine, document, output);

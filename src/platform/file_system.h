@@ -77,6 +77,24 @@ struct DirectoryEntry {
     bool isDirectory = false;  // a link to a directory isn't one: walks must not leave the tree
 };
 
+// What a path names, without following a link.
+enum class PathKind {
+    kNothing,
+    kFile,
+    kDirectory,
+    kLink,
+    kOther,  // a device, a pipe and the like, and what the system doesn't let this user look at
+};
+
+// An entry of a directory as the disk has it, whatever its name: all but "." and "..".
+struct DiskEntry {
+    std::string name;  // on Windows with U+FFFD for what can't be UTF-8
+    PathKind kind = PathKind::kNothing;
+    std::int64_t size = -1;  // of a file, in bytes; otherwise -1
+    bool isProgram = false;  // a file that its owner may run; never on Windows, which has no such mark
+    bool isNameable = true;  // otherwise it would not be in a list of DirectoryEntry
+};
+
 // Who, at most, can change a file.
 enum class Protection {
     kAdministrators,
@@ -91,6 +109,8 @@ public:
 
     // The entries, in no certain order; `outEntries` is emptied first.
     virtual int list(std::vector<DirectoryEntry>& outEntries) = 0;
+    // The same with all that is there. An entry that goes meanwhile is of the kind kNothing.
+    virtual int listDisk(std::vector<DiskEntry>& outEntries) = 0;
     // `outDirectory` is null after a failure. A link isn't opened.
     virtual int openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) = 0;
     virtual int removeFile(std::string_view name) = 0;       // of a link, the link; no device
@@ -101,15 +121,6 @@ public:
     // As FileSystem::takeFileAway and takeDirectoryAway.
     virtual int takeFileAway(std::string_view name, std::string_view to) = 0;
     virtual int takeDirectoryAway(std::string_view name, std::string_view to) = 0;
-};
-
-// What a path names, without following a link.
-enum class PathKind {
-    kNothing,
-    kFile,
-    kDirectory,
-    kLink,
-    kOther,  // a device, a pipe and the like, and what the system doesn't let this user look at
 };
 
 // Where files get their space from.
@@ -139,6 +150,10 @@ public:
     // The path of the plain file that the path leads to through links. Fails when there is none, and for
     // directories, devices, pipes and the like.
     virtual int resolveFile(std::string_view path, std::string& outPath) = 0;
+
+    // The text of a symbolic link, as it was made. Fails for everything else; on Windows always. `outTarget`
+    // is empty after a failure.
+    virtual int linkTarget(std::string_view path, std::string& outTarget) = 0;
 
     // Windows: a private file gets the rights that its directory hands down, so that whoever looks after the
     // directory can read it. Linux: nothing, a private file stays so.

@@ -25,6 +25,9 @@ public:
     // put in place in one step; a link of the file system is replaced, not followed.
     virtual int createLink(std::string_view linkPath, const LinkDescription& link) = 0;
     virtual int createUrlLink(std::string_view linkPath, std::string_view url) = 0;
+    // The same with a symbolic link, whose text is `target` with this system's separators; it need not lead
+    // anywhere. Fails on Windows.
+    virtual int createSymlink(std::string_view linkPath, std::string_view target) = 0;
 
     // Hands a document, program or URL to its default program and doesn't wait. False when there is none.
     // With the user's own rights where openForUser can. On Windows a name without a directory is looked for

@@ -47,7 +47,8 @@ void removeAbandonedFiles(platform::FileSystem& files, std::string_view director
     }
     for (const platform::DirectoryEntry& entry : entries) {
         const std::string path = std::string(directory) + '/' + entry.name;
-        if (isNameBeside(entry) && files.kindOf(path) == PathKind::kFile) {
+        const PathKind kind = isNameBeside(entry) ? files.kindOf(path) : PathKind::kNothing;
+        if (kind == PathKind::kFile || kind == PathKind::kLink) {
             files.removeFile(path);
         }
     }

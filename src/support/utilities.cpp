@@ -92,6 +92,10 @@ std::string readingErrorText(int status) {
     return status < 0 ? "the file is too large, or ended early" : platform::errorText(status);
 }
 
+std::string writingErrorText(int status) {
+    return status < 0 ? "it is too large, or no file can be in its place" : platform::errorText(status);
+}
+
 int readWholeFile(std::string_view path, SharedBuffer& outContent, platform::FileSystem& files) {
     outContent.release();
     SharedBuffer content;

@@ -28,8 +28,9 @@ bool copyFile(std::string_view from, std::string_view to, platform::FileSystem& 
 // 0, or the system's error number, also when there is no such file.
 int removeFile(std::string_view path, platform::FileSystem& files);
 
-// Why readWholeFile failed, in words without an end.
+// Why readWholeFile or writeWholeFile failed, in words without an end.
 std::string readingErrorText(int status);
+std::string writingErrorText(int status);
 
 // Whether a link in the place of a file that is to be read is followed or a failure.
 enum class Links { kFollow, kRefuse };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "base/text_functions.h"
 #include "text/basic_html_translator.h"
 #include "text/installer_plain_text_translator.h"
 #include "text/tgm_parser.h"
@@ -42,6 +43,14 @@ std::optional<std::string> translate(std::string_view document, Translator& tran
 }
 
 }  // namespace
+
+DocumentFormat documentFormat(std::string_view word) {
+    if (OUtils::equalsIgnoreCase(word, kMarkdownFormat)) {
+        return DocumentFormat::kMarkdown;
+    }
+    return OUtils::equalsIgnoreCase(word, kVerbatimFormat) ? DocumentFormat::kVerbatim
+                                                           : DocumentFormat::kOfElement;
+}
 
 bool walkMarkdown(std::string_view document, TGMTranslator& translator) {
     TGMParser parser(documentOptions());

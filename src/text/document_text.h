@@ -10,8 +10,17 @@
 
 class TGMTranslator;
 
-// The word by which a description marks a document of the markdown dialect.
+// The words by which a description marks a document of the markdown dialect, and one that is shown as it is
+// written (verbatim_text.h).
 inline constexpr std::string_view kMarkdownFormat = "TandrelMarkdown";
+inline constexpr std::string_view kVerbatimFormat = "TandrelText";
+
+// What the attribute Format makes of a document. Any other word, or none, leaves it to the kind of the
+// element that shows it: rich text, HTML or plain text.
+enum class DocumentFormat { kOfElement, kMarkdown, kVerbatim };
+
+// ASCII case makes no difference.
+DocumentFormat documentFormat(std::string_view word);
 
 // These functions convert a document of a product to a form that users or authors read. A document ends at
 // its first zero byte. A broken document gives nothing; an empty markdown document counts as broken, an empty

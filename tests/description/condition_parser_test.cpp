@@ -65,6 +65,58 @@ TEST(ConditionParser, StringAgainstNumberCountsAsItsMarker) {
     expectAll({{"'a'==1", 0}, {"'a'<1", 1}, {"1>'a'", 1}});
 }
 
+TEST(ConditionParser, VersionsCompareByTheirParts) {
+    expectAll({{"version('1.10.2')>version('1.9')", 1},
+               {"version('1.10.2')<=version('1.9')", 0},
+               {"version('1.2')==version('1.2.0')", 1},
+               {"version('1.2')!=version('1.02')", 0},
+               {"version('1.2-beta')<version('1.2')", 1},
+               {"version('')==version('0')", 1},
+               {"version('2')>=version('10')", 0}});
+}
+
+TEST(ConditionParser, VersionsMayStandWhereverAnOperandMay) {
+    expectAll({{"version('1')", 1},
+               {"version('0')", 1},
+               {"VERSION ( '1.10' ) == Version(\t'1.10.0')", 1},
+               {"0;(version('1')<version('2'),1)", 1},
+               {"version('1')<version('2') junk", 1},
+               {"version('a)b')==version('a)b')", 1}});
+}
+
+TEST(ConditionParser, ATextBesideAVersionIsReadAsOne) {
+    expectAll({{"version('1.10')>'1.9'", 1}, {"'1.10'>'1.9'", 0}, {"'1.2'==version('1.2.0')", 1}});
+}
+
+TEST(ConditionParser, ANumberBesideAVersionIsAMistake) {
+    expectAll({{"version('1.10')>1", -1},
+               {"1<version('1.10')", -1},
+               {"version('1')==(1)", -1},
+               {"(version('1'))==version('1')", -1}});
+}
+
+// No operand begins with a letter, so a version can't change what other conditions mean.
+TEST(ConditionParser, AnythingButAVersionOfOneTextIsAMistake) {
+    expectAll({{"version", -1},
+               {"version==1", -1},
+               {"version()", -1},
+               {"version(1.10)", -1},
+               {"version('1'", -1},
+               {"version('1)", -1},
+               {"version '1'", -1},
+               {"version('1','2')", -1},
+               {"versions('1')", -1},
+               {"versio('1')", -1},
+               {"[version]('1')", -1},
+               {"'1'==version", -1}});
+}
+
+TEST(ConditionParser, ALongVersionIsAMistakeAndNotCut) {
+    const std::string full(1023, '1');
+    EXPECT_EQ(evaluate("version('" + full + "')>version('1')"), 1);
+    EXPECT_EQ(evaluate("version('" + full + "1')>version('1')"), -1);
+}
+
 TEST(ConditionParser, NumbersInEveryBase) {
     expectAll({{"010==8", 1},
                {"09==9", 1},
@@ -147,7 +199,7 @@ TEST(ConditionParser, HundredThousandParenthesesAreRead) {
 }
 
 TEST(ConditionParser, EveryPrefixIsEvaluatedWithoutHarm) {
-    const std::string text = "('a'=='b';0x1F>=017),(1!=2;'c'<'d'),!";
+    const std::string text = "('a'=='b';0x1F>=017),(1!=2;'c'<'d'),version('1.2') < version('1.10-b'),!";
     for (std::size_t length = 0; length <= text.size(); ++length) {
         const int result = evaluate(text.substr(0, length));
         EXPECT_GE(result, -1);

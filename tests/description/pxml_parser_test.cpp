@@ -182,4 +182,29 @@ TEST_F(PXMLParserTest, TextsOfAMegabyteArriveWhole) {
     EXPECT_EQ(lengthOf(0), 1 << 20);
 }
 
+TEST_F(PXMLParserTest, TellsWhereEachElementStands) {
+    const std::string text = "<?x?> <a b='1'> <c/>\n<d>t</other><e><f> </a></e> ";
+    std::vector<PXMLSpan> spans(1);
+    document_.parseText(text, &spans);
+    ASSERT_EQ(spans.size(), 6U);
+    const auto cut = [&](std::size_t i) {
+        return text.substr(spans[i].begin, spans[i].end - spans[i].begin);
+    };
+    EXPECT_EQ(text.substr(spans[1].begin, 9), "<a b='1'>");
+    EXPECT_EQ(spans[1].end, PXMLSpan::kNoEnd);
+    EXPECT_EQ(cut(2), "<c/>");
+    EXPECT_EQ(cut(3), "<d>t</other>");
+    EXPECT_EQ(cut(4), "<e><f> </a></e>");
+    EXPECT_EQ(cut(5), "<f> </a>");
+}
+
+TEST_F(PXMLParserTest, TellsWhereTheElementsOfASecondTextStand) {
+    parse("<a><b/></a>");
+    std::vector<PXMLSpan> spans;
+    document_.parseText(" <c></c>", &spans);
+    ASSERT_EQ(spans.size(), 1U);
+    EXPECT_EQ(spans[0].begin, 1U);
+    EXPECT_EQ(spans[0].end, 8U);
+}
+
 }  // namespace

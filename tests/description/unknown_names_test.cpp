@@ -92,4 +92,9 @@ TEST_F(UnknownNamesTest, ReportsAnswersThatCannotBeExpanded) {
               "counts as empty"});
 }
 
+TEST_F(UnknownNamesTest, OptionsAreReadByTheValuesOfTheirType) {
+    EXPECT_EQ(optionsReadBy(document_), std::unordered_set<std::string>{"mode"});
+    EXPECT_TRUE(optionsReadBy(PXML()).empty());
+}
+
 }  // namespace

@@ -66,7 +66,7 @@ class BrokenDescription(EndToEndTest):
     def run_description(self, text):
         self.build_package(description("/x", SETS), FILES)  # for the stage
         self.write("stage/install.xml", text)
-        built = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+        built = self.build_allowing("--description", self.native("stage/install.xml"), "--root",
                               self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
                               self.native("broken" + EXE))
         if built.code != 0:

@@ -180,7 +180,7 @@ class SignedSetup(EndToEndTest):
         self.sign("installer" + EXE)
         self.write("stage/install.xml", self.text)
         self.write("stage/root/a.txt", "content")
-        result = self.packager("build", "--description", self.native("stage/install.xml"),
+        result = self.build_allowing("--description", self.native("stage/install.xml"),
                                "--root", self.native("stage/root"), "--image", self.native("installer" + EXE),
                                "--output", self.native("setup" + EXE))
         self.assertNotEqual(result.code, 0, result)

@@ -43,19 +43,27 @@ class Commands(ManualTest):
         self.add_wrapper("bin/packager", "packager" + EXE)
         if WINDOWS:
             self.add_wrapper("setup", "setup.exe")
+            self.write("bin/run", "#!/bin/bash\n" + self.translation() + "exec " + self.quoted(self.machine.command(self.host("any"))[:-1]) +
+                       " \"${arguments[@]}\"\n").chmod(0o755)
 
     def add_wrapper(self, name, program):
         """A command for the shell that passes paths to the program in the form of its own system."""
-        root = str(self.host(""))
-        command = " ".join(f"'{part}'" for part in self.machine.command(self.host(program)))
-        self.write(name, "#!/bin/bash\narguments=()\n"
-                         f"for a; do arguments+=(\"${{a//'{root}/'/'{self.native('')}'}}\"); done\n"
-                         f"exec {command} \"${{arguments[@]}}\"\n").chmod(0o755)
+        command = self.quoted(self.machine.command(self.host(program)))
+        self.write(name, "#!/bin/bash\n" + self.translation() + f"exec {command} \"${{arguments[@]}}\"\n").chmod(0o755)
+
+    @staticmethod
+    def quoted(command):
+        return " ".join(f"'{part}'" for part in command)
+
+    def translation(self):
+        return ("arguments=()\n"
+                f"for a; do arguments+=(\"${{a//'{self.host('')}/'/'{self.native('')}'}}\"); done\n")
 
     def in_shell(self, commands, typed):
         commands = commands.replace("/opt/", str(self.host("opt")) + "/")
         if WINDOWS:
             commands = re.sub(r"(?<= )(setup|installer)\b(?!\.)", r"\1.exe", commands)
+            commands = re.sub(r"^(\S+/installer)(?= )", r"run \1.exe", commands, flags=re.M)
         environment = self.machine.environment({})
         environment["LC_ALL"] = "C.UTF-8"
         environment["PATH"] = f"{self.host('bin')}:{environment['PATH']}"

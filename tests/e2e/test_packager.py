@@ -3,7 +3,7 @@
 import hashlib
 
 from descriptions import description
-from harness import EXE, EndToEndTest, main
+from harness import EXE, WINDOWS, EndToEndTest, main
 
 SETS = ('<FileSet Name="A"><FN Dest="[DIR]">a/b/c.txt</FN><FN Dest="[DIR]" Alias="Pic">pic.png</FN>'
         '<FN Dest="[DIR]" Executable="1">installer.exe</FN><FN Dest="[DIR]">empty</FN>'
@@ -25,6 +25,15 @@ class Packager(EndToEndTest):
                      hashlib.md5(b"content of c\n").hexdigest()):
             self.assertIn(text, result.out)
 
+    def test_list_shows_where_files_are_installed(self):
+        result = self.packager("list", self.native(self.package))
+        rows = [line.split("\t") for line in result.out.splitlines()]
+        self.assertEqual(rows[0], ["size", "stored", "MD5", "name", "alias", "destination", "condition"])
+        places = {row[4]: row[5:] for row in rows[1:]}
+        self.assertEqual(places["Pic"], ["[DIR]", ""])
+        self.assertEqual(places["install.xml"], ["", ""])
+        self.assertEqual(places["UninstallXml"], ["[DIR]/un", ""])
+
     def test_verify_accepts_a_good_package_and_rejects_a_bad_one(self):
         self.assertEqual(self.packager("verify", self.native(self.package)).code, 0)
         data = bytearray(self.read(self.package))
@@ -45,6 +54,27 @@ class Packager(EndToEndTest):
         self.assertEqual(tree["install.xml"], self.text.encode())
         self.assertEqual(tree["\u00fcml\u00e4ut \u4e2d.txt"], b"UTF-8")
 
+    def test_extract_rebuilds_the_tree(self):
+        result = self.packager("extract", self.native(self.package), "--to", self.native("out"), "--tree")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        tree = self.tree("out")
+        names = ("c.txt", "pic.png", "installer.exe", "empty", "\u00fcml\u00e4ut \u4e2d.txt", "un/install.xml")
+        self.assertEqual(set(tree), {"DIR/" + name for name in names} | {"(packed only)/install.xml"})
+        self.assertEqual(tree["DIR/c.txt"], b"content of c\n")
+        if not WINDOWS:
+            self.assertEqual(self.host("out/DIR/installer.exe").stat().st_mode & 0o111, 0o111)
+            self.assertEqual(self.host("out/DIR/c.txt").stat().st_mode & 0o111, 0)
+
+    def test_a_tree_stays_below_its_directory(self):
+        sets = '<FileSet Name="A"><FN Dest="../../[DIR]/..">one.txt</FN><FN Dest="/sub">two.txt</FN></FileSet>'
+        package = self.build_package(description("/x", sets), {"one.txt": "1", "two.txt": "2"})
+        before = self.tree(".")
+        result = self.packager("extract", self.native(package), "--to", self.native("deep/out"), "--tree", "one.txt",
+                               "two.txt")
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.tree("deep/out"), {"__/__/DIR/__/one.txt": b"1", "sub/two.txt": b"2"})
+        self.assertEqual({k: v for k, v in self.tree(".").items() if not k.startswith("deep/")}, before)
+
     def test_extract_takes_aliases(self):
         self.host("out").mkdir()
         result = self.packager("extract", self.native(self.package), "--to", self.native("out"), "Pic")
@@ -64,19 +94,26 @@ class Packager(EndToEndTest):
         }
         for name, sets in cases.items():
             self.write("stage/install.xml", description("/x", sets))
-            result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+            result = self.build_allowing("--description", self.native("stage/install.xml"), "--root",
                                    self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
                                    self.native("wrong" + EXE))
             self.assertEqual(result.code, 1, f"{name}: {result}")
-            self.assertEqual(len(result.err.strip().split("\n")), 1, f"{name}: {result}")
+            self.assertEqual(result.err.count("\npackager: "), 1, f"{name}: {result}")
             self.assertFalse(self.host("wrong" + EXE).exists(), name)
 
     def test_a_package_is_not_accepted_as_a_bare_image(self):
-        result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+        result = self.build_allowing("--description", self.native("stage/install.xml"), "--root",
                                self.native("stage/root"), "--image", self.native(self.package), "--output",
                                self.native("twice" + EXE))
         self.assertEqual(result.code, 1, result)
         self.assertFalse(self.host("twice" + EXE).exists())
+
+    def test_the_reason_of_the_system_is_said(self):
+        reason = "(No such file or directory|The system cannot find the file specified|File not found)"
+        for arguments in (("list", self.native("none")), ("text", self.native("none.md")), ("verify", self.native("none"))):
+            result = self.packager(*arguments)
+            self.assertEqual(result.code, 1, result)
+            self.assertRegex(result.err, r"^packager: [^\n]* can't be read: " + reason)
 
     def test_wrong_use_gets_exit_code_2(self):
         for arguments in ((), ("frobnicate",), ("build",), ("list",), ("build", "--level", "10")):

@@ -98,7 +98,7 @@ class Losses(EndToEndTest):
             '<RichEditText x="1" y="1" Format="TandrelMarkdown">doc.md</RichEditText></A>'))
         for name, content in files.items():
             self.write("stage/root/" + name, content)
-        result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+        result = self.build_allowing("--description", self.native("stage/install.xml"), "--root",
                                self.native("stage/root"), "--bin", "--output", self.native("out.bin"))
         self.assertEqual(result.code, 0, result)
         self.assert_named(result.err)

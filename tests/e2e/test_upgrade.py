@@ -226,6 +226,25 @@ class UpgradeTest(EndToEndTest):
         self.uninstall()
         self.expect_as_before()
 
+    def links(self):
+        base = self.host("opt/product")
+        return {path.name: os.readlink(path) for path in base.iterdir() if path.is_symlink()}
+
+    @unittest.skipIf(WINDOWS, "the other system makes no links")
+    def test_symbolic_links_follow_their_version(self):
+        links = ('<Shortcuts><Add Type="Symlink" Dest="[DIR]" Target="only{0}">now</Add>'
+                 '<Add Type="Symlink" Dest="[DIR]" Target="data.txt">of{0}</Add></Shortcuts>')
+        self.install(self.build(1, more=links.format(1)))
+        self.assertEqual(self.links(), {"now": "only1", "of1": "data.txt"})
+        first = self.state()
+        self.fail_to_install(self.build(2, more=links.format(2) + FAILING, output="failing"))
+        self.assertEqual(self.links(), {"now": "only1", "of1": "data.txt"})
+        self.assertEqual(self.state(), first)
+        self.install(self.build(2, more=links.format(2)))
+        self.assertEqual(self.links(), {"now": "only2", "of2": "data.txt"})
+        self.uninstall()
+        self.expect_as_before()
+
     def test_a_chain_of_versions_ends_where_it_began(self):
         for version in (1, 2, 3, 1):
             self.install(self.build(version))

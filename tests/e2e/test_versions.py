@@ -50,7 +50,7 @@ class SampleVersions(EndToEndTest):
         self.write("stage/install.xml", text)
         self.write(f"stage/root/docs/news-{version}.md", f"News of version {version}\n")
         self.write("stage/root/README.md", self.readme(version))
-        result = self.packager("build", "--description", self.native("stage/install.xml"), "--root",
+        result = self.build_allowing("--description", self.native("stage/install.xml"), "--root",
                                self.native("stage/root"), "--image", self.native("installer" + EXE), "--output",
                                self.native(name))
         self.assertEqual(result.code, 0, result)

@@ -33,6 +33,12 @@ TEST_F(JournaledShellTest, ChangesNothingThatItCannotWriteDown) {
     EXPECT_EQ(scene_.state(), before_);
 }
 
+TEST_F(JournaledShellTest, MakesNoSymlink) {
+    EXPECT_NE(shell_.createSymlink("/app/new", "file"), 0);
+    EXPECT_EQ(scene_.state(), before_);
+    EXPECT_TRUE(scene_.shell.symlinks.empty());
+}
+
 TEST_F(JournaledShellTest, OpensDocumentsAsTheDesktopDoes) {
     EXPECT_TRUE(shell_.openDocument("/app/file"));
     EXPECT_FALSE(shell_.openForUser("/app/file"));

@@ -11,6 +11,7 @@ class FakeShellObjects : public platform::ShellObjects {
 public:
     std::map<std::string, platform::LinkDescription> links;  // by path
     std::map<std::string, std::string> urlLinks;             // path -> URL
+    std::map<std::string, std::string> symlinks;             // path -> target
     std::vector<std::string> opened;                         // also what failed to open
     std::vector<std::string> openedForUser;
     int broadcasts = 0;
@@ -29,6 +30,12 @@ public:
     int createUrlLink(std::string_view linkPath, std::string_view url) override {
         if (linkError == 0) {
             urlLinks[std::string(linkPath)] = url;
+        }
+        return linkError;
+    }
+    int createSymlink(std::string_view linkPath, std::string_view target) override {
+        if (linkError == 0) {
+            symlinks[std::string(linkPath)] = target;
         }
         return linkError;
     }

@@ -62,6 +62,12 @@ bool isPlainName(std::string_view name) {
     return !name.empty() && name != ".." && name.find_first_of("/\\") == std::string_view::npos;
 }
 
+platform::PathKind pathKindOf(int kind) {
+    using platform::PathKind;
+    const PathKind kinds[] = {PathKind::kFile, PathKind::kDirectory, PathKind::kLink, PathKind::kOther};
+    return kinds[kind];
+}
+
 bool isAtOrBelow(const std::string& key, const std::string& top) {
     return key.compare(0, top.size(), top) == 0 && (key.size() == top.size() || key[top.size()] == '/');
 }
@@ -71,7 +77,8 @@ bool isAtOrBelow(const std::string& key, const std::string& top) {
 // A name, and the file behind it, which may have several.
 struct MemoryFileSystem::Node {
     struct Body {
-        std::string content;  // of a file; the target of a link
+        std::string content;  // of a file; the resolved target of a link
+        std::string linkText;
         bool executable = false;
         bool isPrivate = false;
         bool hasDirectoryRights = false;
@@ -288,6 +295,10 @@ public:
         outEntries.clear();
         return with(".", [&](const std::string&) { return owner_.list(node_->path, outEntries); });
     }
+    int listDisk(std::vector<platform::DiskEntry>& outEntries) override {
+        outEntries.clear();
+        return with(".", [&](const std::string&) { return owner_.listDisk(node_->path, outEntries); });
+    }
     int openDirectory(std::string_view name, std::unique_ptr<platform::Directory>& outDirectory) override {
         outDirectory = nullptr;
         return with(name, [&](const std::string& path) { return owner_.openDirectory(path, outDirectory); });
@@ -372,7 +383,19 @@ void MemoryFileSystem::addMarkedDirectory(std::string_view path) {
 void MemoryFileSystem::addLink(std::string_view path, std::string_view target) {
     const std::lock_guard lock(mutex_);
     nodes_.erase(keyOf(resolved(path)));  // what is open stays what it is
-    add(resolved(path), kLink)->body->content = resolved(target);
+    const std::string name = resolved(path);
+    const NodePtr link = add(name, kLink);
+    const bool isAbsolute =
+        !target.empty() && (isDrive(target.substr(0, 2)) || target.find_first_of("/\\") == 0);
+    link->body->content =
+        resolved(isAbsolute ? std::string(target) : parentOf(name) + "/" + std::string(target));
+    link->body->linkText = target;
+}
+
+void MemoryFileSystem::addProgram(std::string_view path, std::string_view content) {
+    const std::lock_guard lock(mutex_);
+    addFile(path, content);
+    find(resolved(path))->body->executable = true;
 }
 
 void MemoryFileSystem::addHardLink(std::string_view path, std::string_view file) {
@@ -699,14 +722,9 @@ bool MemoryFileSystem::exists(std::string_view path) {
 }
 
 platform::PathKind MemoryFileSystem::kindOf(std::string_view path) {
-    using platform::PathKind;
     const std::lock_guard lock(mutex_);
     const NodePtr node = path.empty() ? nullptr : find(resolved(path));
-    if (node == nullptr) {
-        return PathKind::kNothing;
-    }
-    const PathKind kinds[] = {PathKind::kFile, PathKind::kDirectory, PathKind::kLink, PathKind::kOther};
-    return kinds[node->kind];
+    return node == nullptr ? platform::PathKind::kNothing : pathKindOf(node->kind);
 }
 
 bool MemoryFileSystem::isDirectory(std::string_view path) {
@@ -953,6 +971,37 @@ int MemoryFileSystem::list(std::string_view path, std::vector<platform::Director
         }
     }
     return kOk;
+}
+
+int MemoryFileSystem::listDisk(const std::string& path, std::vector<platform::DiskEntry>& outEntries) {
+    std::vector<platform::DirectoryEntry> names;
+    const int status = list(path, names);
+    const NodePtr top = find(path);
+    if (status != kOk || top == nullptr) {
+        return status;
+    }
+    for (const platform::DirectoryEntry& entry : names) {
+        const NodePtr node = find(path + "/" + entry.name);
+        if (node == nullptr) {
+            continue;  // a raw name, which follows
+        }
+        platform::DiskEntry& found = outEntries.emplace_back();
+        found.name = entry.name;
+        found.kind = pathKindOf(node->kind);
+        found.size = node->kind == kFile ? static_cast<std::int64_t>(node->body->content.size()) : -1;
+        found.isProgram = node->kind == kFile && node->body->executable;
+    }
+    for (const std::string& raw : top->rawNames) {
+        outEntries.push_back({raw, platform::PathKind::kFile, 0, false, isPlainName(raw)});
+    }
+    return kOk;
+}
+
+int MemoryFileSystem::linkTarget(std::string_view path, std::string& outTarget) {
+    const std::lock_guard lock(mutex_);
+    const NodePtr node = find(resolved(path));
+    outTarget = node != nullptr && node->kind == kLink ? node->body->linkText : std::string();
+    return node != nullptr && node->kind == kLink ? kOk : kNotFound;
 }
 
 int MemoryFileSystem::openDirectory(std::string_view path,

@@ -65,19 +65,21 @@ public:
     void addDirectory(std::string_view path);
     // A directory with a mark of the system, which isOrdinaryDirectory sees.
     void addMarkedDirectory(std::string_view path);
+    // A relative target counts from the link's directory.
     void addLink(std::string_view path, std::string_view target);
+    void addProgram(std::string_view path, std::string_view content);  // a file with the mark of one
     // One more name of the file, which must be there.
     void addHardLink(std::string_view path, std::string_view file);
     // Neither a file nor a directory; opening it fails at once.
     void addDevice(std::string_view path);
-    // An entry whose name no path can mean. It isn't listed, can't be reached and keeps its directory from
-    // being empty.
+    // An entry whose name no path can mean. list() leaves it out, it can't be reached, and it keeps its
+    // directory from being empty.
     void addUnnameable(std::string_view directory, std::string_view name = "..\\..");
     void makePrivate(std::string_view path);    // of a file that is there
     bool hasFile(std::string_view path) const;  // a file, not a link or a directory
     bool hasDirectory(std::string_view path) const;
     std::string content(std::string_view path) const;     // empty when there is no such file
-    std::string linkTarget(std::string_view path) const;  // empty when there is no link
+    std::string linkTarget(std::string_view path) const;  // resolved; empty when there is no link
     bool isExecutable(std::string_view path) const;
     bool isPrivate(std::string_view path) const;  // of this user alone
     // Made with the rights that the process's mask left, and never given others.
@@ -140,6 +142,7 @@ public:
     bool isOrdinaryDirectory(std::string_view path) override;
     std::int64_t fileSize(std::string_view path) override;
     int resolveFile(std::string_view path, std::string& outPath) override;
+    int linkTarget(std::string_view path, std::string& outTarget) override;
     int takeDirectoryRights(std::string_view path) override;
     std::string rightsOf(std::string_view path) override;
     int removeFile(std::string_view path) override;
@@ -170,6 +173,7 @@ private:
     struct Event;
     using NodePtr = std::shared_ptr<Node>;
 
+    int listDisk(const std::string& path, std::vector<platform::DiskEntry>& outEntries);
     int begin(Operation operation, const std::string& path, const std::string& text);
     int readOnlyStatus(const std::string& path) const;
     NodePtr find(const std::string& path) const;

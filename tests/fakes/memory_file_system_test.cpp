@@ -494,4 +494,29 @@ TEST_F(MemoryFileSystemTest, ReportsFreeSpaceByVolume) {
     EXPECT_TRUE(volume.name.empty());
 }
 
+TEST(MemoryDiskTest, ListsTheDiskAsItIs) {
+    MemoryFileSystem files;
+    files.addProgram("/d/program", "abc");
+    files.addDirectory("/d/sub");
+    files.addLink("/d/link", "sub/../program");
+    files.addUnnameable("/d");
+    std::unique_ptr<platform::Directory> opened;
+    ASSERT_EQ(files.openDirectory("/d", opened), 0);
+    std::vector<platform::DiskEntry> entries;
+    ASSERT_EQ(opened->listDisk(entries), 0);
+    std::string found;
+    for (const platform::DiskEntry& entry : entries) {
+        found += entry.name + " " + std::to_string(static_cast<int>(entry.kind)) + " " +
+                 std::to_string(entry.size) + (entry.isProgram ? " program" : "") +
+                 (entry.isNameable ? "" : " unnameable") + "\n";
+    }
+    EXPECT_EQ(found, "link 3 -1\nprogram 1 3 program\nsub 2 -1\n..\\.. 1 0 unnameable\n");
+    std::string target;
+    EXPECT_EQ(files.linkTarget("/d/link", target), 0);
+    EXPECT_EQ(target, "sub/../program");
+    EXPECT_EQ(files.content("/d/link"), "abc");
+    EXPECT_NE(files.linkTarget("/d/program", target), 0);
+    EXPECT_EQ(target, "");
+}
+
 }  // namespace

@@ -95,6 +95,11 @@ public:
         return gate_.refuses(CallClass::kReading, callOf("list", path_)) ? gate_.fileStatus()
                                                                          : directory_->list(outEntries);
     }
+    int listDisk(std::vector<platform::DiskEntry>& outEntries) override {
+        outEntries.clear();
+        return gate_.refuses(CallClass::kReading, callOf("list", path_)) ? gate_.fileStatus()
+                                                                         : directory_->listDisk(outEntries);
+    }
     int openDirectory(std::string_view name, std::unique_ptr<platform::Directory>& outDirectory) override {
         outDirectory = nullptr;
         const std::string path = pathOf(name);

@@ -27,6 +27,9 @@ public:
     int findVolume(std::string_view path, platform::Volume& outVolume) override {
         return look().findVolume(path, outVolume);
     }
+    int linkTarget(std::string_view path, std::string& outTarget) override {
+        return look().linkTarget(path, outTarget);
+    }
     int takeDirectoryRights(std::string_view path) override;
     std::string rightsOf(std::string_view path) override { return look().rightsOf(path); }
     int removeFile(std::string_view path) override;

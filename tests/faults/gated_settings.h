@@ -87,6 +87,10 @@ public:
     int createUrlLink(std::string_view linkPath, std::string_view url) override {
         return refuses("createUrlLink", linkPath) ? gate_.fileStatus() : shell_.createUrlLink(linkPath, url);
     }
+    int createSymlink(std::string_view linkPath, std::string_view target) override {
+        return refuses("createSymlink", linkPath) ? gate_.fileStatus()
+                                                  : shell_.createSymlink(linkPath, target);
+    }
     bool openDocument(std::string_view path) override { return shell_.openDocument(path); }
     bool openForUser(std::string_view path) override { return shell_.openForUser(path); }
     bool broadcastEnvironment() override {

@@ -48,6 +48,11 @@ int DiskShell::createUrlLink(std::string_view linkPath, std::string_view url) {
     return FakeShellObjects::createUrlLink(linkPath, url);
 }
 
+int DiskShell::createSymlink(std::string_view linkPath, std::string_view target) {
+    files_.addLink(linkPath, target);
+    return FakeShellObjects::createSymlink(linkPath, target);
+}
+
 Machine::Machine() {
     letProgramsWork();
 }

@@ -26,6 +26,7 @@ public:
     explicit DiskShell(MemoryFileSystem& files) : files_(files) {}
     int createLink(std::string_view linkPath, const platform::LinkDescription& link) override;
     int createUrlLink(std::string_view linkPath, std::string_view url) override;
+    int createSymlink(std::string_view linkPath, std::string_view target) override;
 
 private:
     MemoryFileSystem& files_;

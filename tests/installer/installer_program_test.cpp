@@ -9,6 +9,7 @@
 #include "fakes/fake_platform.h"
 #include "fakes/recording_window.h"
 #include "installer/console_control.h"
+#include "installer/version_option.h"
 #include "package/package_writer.h"
 #include "platform/program.h"
 #include "wini/uninstaller_events.h"
@@ -108,6 +109,28 @@ TEST_F(InstallerProgramTest, AWordThatBelongsToNoOptionIsRefusedBeforeThereIsALo
     EXPECT_EQ(machine_.console.output, "ERROR: Command line couldn't be parsed. Exiting!\n");
     EXPECT_EQ(machine_.console.pending, "");
     EXPECT_FALSE(machine_.files.hasFile("/tmp/installer_debug.log"));
+}
+
+TEST_F(InstallerProgramTest, SaysItsVersionWithoutRightsOrALog) {
+    machine_.files.setReadOnly("/opt");
+    machine_.files.setReadOnly("C:\\Programs");
+    EXPECT_EQ(run({"-version", "-debug=1", "-uninstall=/log"}), 0);
+    EXPECT_EQ(machine_.console.output, versionLine());
+    EXPECT_EQ(machine_.console.pending, "");
+    EXPECT_EQ(machine_.console.errors, "");
+    EXPECT_FALSE(machine_.files.hasFile("/tmp/installer_debug.log"));
+    EXPECT_TRUE(boxes_.empty());
+}
+
+TEST_F(InstallerProgramTest, ADescriptionMayReadAnOptionOfTheNameOfTheVersion) {
+    const std::string package = packageOption(
+        "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname></ProductDesc><DefValues>"
+        "<Value Name='VERSION' DataType='cmdlinearg'>none</Value></DefValues>"
+        "<Dialogs><Hello Special='Finish'><Text x='1' y='1'>Hello.</Text></Hello></Dialogs>"
+        "</TandrelGroupInstallation>");
+    EXPECT_EQ(run({"-version", "-auto", package}), 0);
+    EXPECT_NE(machine_.console.output.find("Hello."), std::string::npos) << machine_.console.output;
+    EXPECT_EQ(machine_.console.output.find(versionLine()), std::string::npos);
 }
 
 TEST_F(InstallerProgramTest, WithoutRightsNeitherInstallingNorUninstallingStarts) {

@@ -41,9 +41,10 @@ TEST_F(BuildCommandTest, BuildsTheSameBytesFromOtherPaths) {
     for (const char* name : {"install.xml", "a/read.me", "b/read.me", "banner.png"}) {
         files_.addFile(std::string("/other/place/") + name, files_.content(std::string("/in/") + name));
     }
-    ASSERT_EQ(run({"build", "--description", "/other/place/install.xml", "--root", "/other/place/", "--image",
-                   "/image", "--output", "/out/else", "--stripes", "2"}),
-              0);
+    ASSERT_EQ(
+        run(withAllAllowed({"build", "--description", "/other/place/install.xml", "--root", "/other/place/",
+                            "--image", "/image", "--output", "/out/else", "--stripes", "2"})),
+        0);
     EXPECT_EQ(files_.content("/out/else"), first);
 }
 
@@ -83,6 +84,24 @@ TEST_F(BuildCommandTest, WarnsOfADocumentThatWillNotBeShown) {
         output_.errors,
         Lines{"packager: warning: /in/r: a setup won't show it: line 2: this } closes nothing: remove it, "
               "or write \\} for a brace of the text"});
+}
+
+TEST_F(BuildCommandTest, AVerbatimTextHasNoMistakesButItsEncoding) {
+    files_.addFile("/in/install.xml",
+                   "<R><ProductDesc/><Dialogs><A><RichEditText Format=\"TandrelText\">a</RichEditText>"
+                   "<PlainEditText Format=\"tandrelTEXT\">b</PlainEditText>"
+                   "<HtmlEditText Format=\"TandrelText\">c</HtmlEditText>"
+                   "<HtmlEditText Format=\"TandrelMarkdown\">d</HtmlEditText></A></Dialogs>"
+                   "<FileSet Name=\"S\"><FN>a</FN><FN>b</FN><FN>c</FN><FN>d</FN></FileSet></R>");
+    files_.addFile("/in/a", "7. seven a**\n{\\rtf }}");
+    files_.addFile("/in/b", "\xFF");
+    files_.addFile("/in/c", std::string("c\n\0", 3));
+    files_.addFile("/in/d", "7. seven\n");
+    EXPECT_EQ(build(), 0);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: warning: /in/b: line 1: there are bytes that aren't UTF-8: save it as UTF-8",
+                     "packager: warning: /in/c: line 2: the document ends here at a zero byte: save it as "
+                     "UTF-8"}));
 }
 
 TEST_F(BuildCommandTest, WarnsAndGoesOn) {

@@ -29,6 +29,8 @@ TEST(CommandLine, ReadsThePackageCommands) {
     EXPECT_EQ(extract.problem, "");
     EXPECT_EQ(extract.target, "dir");
     EXPECT_EQ(extract.aliases, (Words{"a", "--b"}));
+    EXPECT_FALSE(extract.tree);
+    EXPECT_TRUE(parseCommandLine({"extract", "p", "--tree", "--to", "dir"}).tree);
 }
 
 TEST(CommandLine, ReadsTheTextCommand) {
@@ -37,12 +39,20 @@ TEST(CommandLine, ReadsTheTextCommand) {
     EXPECT_EQ(text.command, PackagerCommand::kText);
     EXPECT_EQ(text.document, "agreement.md");
     EXPECT_EQ(text.width, 0);
-    EXPECT_FALSE(text.html || text.plain || text.tree);
+    EXPECT_FALSE(text.html || text.plain || text.tree || text.verbatim);
     EXPECT_EQ(parseCommandLine({"text", "a", "--plain", "--width=10"}).width, 10);
     EXPECT_EQ(parseCommandLine({"text", "--width", "1000", "a"}).width, 1000);
     EXPECT_TRUE(parseCommandLine({"text", "a", "--plain"}).plain);
     EXPECT_TRUE(parseCommandLine({"text", "--html", "a"}).html);
     EXPECT_TRUE(parseCommandLine({"text", "a", "--tree"}).tree);
+    EXPECT_TRUE(parseCommandLine({"text", "a", "--verbatim", "--width", "40"}).verbatim);
+}
+
+TEST(CommandLine, AsksForTheVersionAheadOfACommand) {
+    EXPECT_TRUE(parseCommandLine({"--version"}).version);
+    EXPECT_EQ(parseCommandLine({"--version", "paint"}).problem, "");
+    EXPECT_EQ(parseCommandLine({"list", "p", "--version"}).problem, "unknown option \"--version\"");
+    EXPECT_EQ(parseCommandLine({"--", "--version"}).problem, "unknown command \"--version\"");
 }
 
 TEST(CommandLine, ReadsTheCheckCommand) {
@@ -91,6 +101,10 @@ TEST(CommandLine, ReportsWhatIsWrong) {
         {{"text", "a", "--tree", "--html"}, "--html, --plain and --tree exclude each other"},
         {{"text", "a", "--plain", "--html"}, "--html, --plain and --tree exclude each other"},
         {{"text", "a", "--plain", "--tree"}, "--html, --plain and --tree exclude each other"},
+        {{"text", "a", "--verbatim", "--html"},
+         "--verbatim is for plain text, it goes with neither --html nor --tree"},
+        {{"text", "a", "--tree", "--verbatim"},
+         "--verbatim is for plain text, it goes with neither --html nor --tree"},
         {{"text", "a", "--html", "--width", "80"},
          "--width is for plain text, it goes with neither --html nor --tree"},
         {{"text", "a", "--tree", "--width", "80"},

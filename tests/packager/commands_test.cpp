@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/revision.h"
 #include "packager/commands_fixture.h"
 
 using namespace PackageBytes;
@@ -35,6 +36,14 @@ TEST_F(PackagerTest, ReportsWrongUseWithTheHelp) {
     EXPECT_EQ(run({"--help"}), 0);
     EXPECT_TRUE(output_.errors.empty());
     EXPECT_EQ(run({"build", "--help"}), 0);
+}
+
+TEST_F(PackagerTest, SaysItsVersion) {
+    EXPECT_EQ(run({"--version"}), 0);
+    ASSERT_EQ(output_.lines.size(), 1U);
+    EXPECT_EQ(output_.lines[0],
+              std::string("Tandrel packager ") + kProgramVersion + ", revision " + kBuildRevision);
+    EXPECT_EQ(output_.errors, Lines{});
 }
 
 TEST_F(PackagerTest, FailsWhenItsOutputIsLost) {

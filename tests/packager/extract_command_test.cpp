@@ -80,10 +80,69 @@ TEST_F(ExtractCommandTest, RefusesToExtractWhatIsNotThereOrDamaged) {
     EXPECT_FALSE(files_.hasFile("/new/n"));
 }
 
+constexpr const char* kInstalled =
+    "<R><ProductDesc/><FileSet Name=\"S\"><FN Dest=\"[DIR]/doc\">a/read.me</FN>"
+    "<FN Dest=\"[DIR]\\doc\" Condition=\"[OTHER]\">b/read.me</FN><FN Alias=\"Banner\">banner.png</FN>"
+    "<FN Dest=\"[DIR]\" Executable=\"1\">installer.exe</FN></FileSet></R>";
+
+TEST_F(ExtractCommandTest, RebuildsTheTreeOfTheInstalledProduct) {
+    files_.addFile("/in/install.xml", kInstalled);
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(run({"extract", "/out/setup", "--to", "/new/tree", "--tree"}), 0);
+    EXPECT_EQ(output_.lines, (Lines{"5 files extracted to /new/tree"}));
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: warning: DIR/doc/read.me: another file goes there, too; the one "
+                     "with the alias \"bread.me\" is extracted as DIR/doc/read.me (bread.me)"}));
+    EXPECT_EQ(files_.content("/new/tree/DIR/doc/read.me"), "first");
+    EXPECT_EQ(files_.content("/new/tree/DIR/doc/read.me (bread.me)"), "second");
+    EXPECT_EQ(files_.content("/new/tree/(packed only)/banner.png"), "image");
+    EXPECT_EQ(files_.content("/new/tree/(packed only)/install.xml"), kInstalled);
+    EXPECT_EQ(files_.content("/new/tree/DIR/installer.exe"), files_.content("/image"));
+    EXPECT_TRUE(files_.isExecutable("/new/tree/DIR/installer.exe"));
+    EXPECT_FALSE(files_.isExecutable("/new/tree/DIR/doc/read.me"));
+}
+
+TEST_F(ExtractCommandTest, RebuildsAPartOfTheTree) {
+    files_.addFile("/in/install.xml", kInstalled);
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(run({"extract", "/out/setup", "--to", "/new", "bread.me", "--tree"}), 0);
+    EXPECT_EQ(output_.errors, Lines{});
+    EXPECT_EQ(files_.content("/new/DIR/doc/read.me"), "second");
+    EXPECT_FALSE(files_.hasDirectory("/new/(packed only)"));
+}
+
+TEST_F(ExtractCommandTest, ATreeFollowsNoLinksBelowTheTarget) {
+    files_.addFile("/in/install.xml", kInstalled);
+    ASSERT_EQ(build(), 0);
+    files_.addDirectory("/elsewhere");
+    files_.addLink("/new/DIR", "/elsewhere");
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "aread.me", "--tree"}), 1);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: /new/DIR: the directory can't be made, or there is something else: "
+                     "extract to an empty one"}));
+    EXPECT_FALSE(files_.exists("/elsewhere/doc"));
+    files_.addFile("/victim", "precious");
+    files_.addLink("/next/DIR/doc/read.me", "/victim");
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/next", "aread.me", "--tree"}), 0);
+    EXPECT_EQ(files_.content("/victim"), "precious");
+    EXPECT_EQ(files_.content("/next/DIR/doc/read.me"), "first");
+}
+
+TEST_F(ExtractCommandTest, ATreeStaysBelowTheTarget) {
+    files_.addFile(
+        "/in/install.xml",
+        "<R><ProductDesc/><FileSet Name=\"S\"><FN Dest=\"../../etc\">a/read.me</FN></FileSet></R>");
+    ASSERT_EQ(build(), 0);
+    ASSERT_EQ(run({"extract", "/out/setup", "--to", "/new/deep", "aread.me", "--tree"}), 0);
+    EXPECT_EQ(files_.content("/new/deep/__/__/etc/read.me"), "first");
+}
+
 TEST_F(ExtractCommandTest, LeavesNoHalfFileWhenTheDiskIsFull) {
     ASSERT_EQ(build(), 0);
     files_.setFreeSpace(3);
     EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new", "aread.me"}), 1);
+    EXPECT_EQ(output_.errors, Lines{"packager: /new/read.me can't be written: " +
+                                    platform::errorText(MemoryFileSystem::kDiskFull)});
     EXPECT_FALSE(files_.hasFile("/new/read.me"));
 }
 

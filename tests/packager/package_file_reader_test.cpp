@@ -5,6 +5,7 @@
 #include "base/errors.h"
 #include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
+#include "platform/error_text.h"
 
 using namespace PackageBytes;
 using namespace ImageBytes;
@@ -58,6 +59,28 @@ TEST(DigestText, IsHexadecimal) {
     digest[0] = 0x0F;
     digest[15] = 0xA0;
     EXPECT_EQ(digestText(digest), "0f0000000000000000000000000000a0");
+}
+
+TEST(PackageFileReader, SaysWhyAPackageCanNotBeRead) {
+    MemoryFileSystem files;
+    PackageFileReader reader(files);
+    try {
+        reader.locate("/none");
+        FAIL();
+    } catch (const InstallerError& error) {
+        EXPECT_EQ(error.what(),
+                  "/none: the package can't be read: " + platform::errorText(MemoryFileSystem::kNotFound));
+    }
+    files.addFile("/p", leadBlock(4, 1) + solidStream({entry("a", "text") + endRecord()}));
+    reader.locate("/p");
+    files.removeFile("/p");
+    try {
+        reader.load();
+        FAIL();
+    } catch (const InstallerError& error) {
+        EXPECT_EQ(error.what(),
+                  "/p: the package can't be read: " + platform::errorText(MemoryFileSystem::kNotFound));
+    }
 }
 
 }  // namespace

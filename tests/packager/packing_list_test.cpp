@@ -153,4 +153,38 @@ TEST_F(PackingListTest, FailsWithoutAUsableDescription) {
     EXPECT_THROW(missing.read(), InstallerError);
 }
 
+TEST_F(PackingListTest, PacksEqualContentsUnderOneAliasOnce) {
+    files_.addFile("/root/ab.txt", "b");
+    describe("<FN>a/b.txt</FN><FN>ab.txt</FN>");
+    EXPECT_EQ(entries(), (Entries{"ab.txt b.txt /root/a/b.txt"}));
+    files_.addFile("/root/ab.txt", "x");
+    EXPECT_EQ(entries().size(), 2U);
+}
+
+TEST_F(PackingListTest, PacksTheDescriptionWithFilesInThePlaceOfItsTrees) {
+    describe("<Tree From='a' Dest='D'/><FN Alias='Copy'>install.xml</FN>");
+    EXPECT_EQ(entries(), (Entries{"ab.txt b.txt /root/a/b.txt", "Copy install.xml /d/product.xml"}));
+    const std::string expected =
+        "<R><ProductDesc><Title>T</Title></ProductDesc><FileSet Name=\"S\"><FN Dest=\"D\">a/b.txt</FN>"
+        "<FN Alias='Copy'>install.xml</FN></FileSet></R>";
+    for (const std::size_t i : {0, 2}) {
+        ASSERT_NE(list_->entries()[i].content, nullptr);
+        EXPECT_EQ(*list_->entries()[i].content, expected);
+        EXPECT_EQ(list_->entries()[i].size, static_cast<std::int64_t>(expected.size()));
+    }
+    EXPECT_EQ(list_->entries()[1].content, nullptr);
+}
+
+TEST_F(PackingListTest, LeavesADescriptionWithoutTreesToItsFile) {
+    describe("<FN>c.txt</FN>");
+    EXPECT_EQ(entries().size(), 1U);
+    EXPECT_EQ(list_->entries()[0].content, nullptr);
+}
+
+TEST_F(PackingListTest, AddsTheWarningsOfTrees) {
+    describe("<Tree From='a' Dest='D' Exclude='*'/>");
+    EXPECT_TRUE(entries().empty());
+    EXPECT_EQ(list_->warnings(), (Entries{"/d/product.xml: the Tree of \"a\" stands for no file"}));
+}
+
 }  // namespace

@@ -434,6 +434,21 @@ TEST_F(DirectoryTest, ListsManyEntries) {
     EXPECT_EQ(entries.size(), 700U);
 }
 
+TEST_F(DirectoryTest, ListsTheDiskWithKindsAndSizes) {
+    using platform::PathKind;
+    for (int time = 0; time < 2; ++time) {
+        std::vector<platform::DiskEntry> entries(1);
+        ASSERT_EQ(opened_->listDisk(entries), 0);
+        std::vector<std::tuple<std::string, PathKind, std::int64_t, bool>> found;
+        for (const auto& entry : entries) {
+            EXPECT_FALSE(entry.isProgram);
+            found.emplace_back(entry.name, entry.kind, entry.size, entry.isNameable);
+        }
+        EXPECT_THAT(found, testing::UnorderedElementsAre(std::tuple("f", PathKind::kFile, 3, true),
+                                                         std::tuple("sub", PathKind::kDirectory, -1, true)));
+    }
+}
+
 TEST_F(DirectoryTest, RemovesFilesAndEmptyDirectories) {
     ASSERT_EQ(opened_->openDirectory("sub", below_), 0);
     writeTestFile(path("d/sub/g"), "abc");

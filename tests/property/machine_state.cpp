@@ -180,6 +180,11 @@ int DiskShellObjects::createUrlLink(std::string_view linkPath, std::string_view 
     return FakeShellObjects::createUrlLink(linkPath, url);
 }
 
+int DiskShellObjects::createSymlink(std::string_view linkPath, std::string_view target) {
+    files_.addLink(linkPath, target);
+    return FakeShellObjects::createSymlink(linkPath, target);
+}
+
 std::string linkTo(const std::string& target) {
     return "-> " + target;
 }

@@ -223,8 +223,7 @@ bool isRefused(const Item& item) {
     const bool isLinked = item.atFirst == Trap::kLink;
     return (item.kind == ItemKind::kFile && item.option && isLinked) ||
            (item.kind == ItemKind::kIni && isLinked) ||
-           (item.kind == ItemKind::kModifyFile && (isLinked || !item.earlier)) ||
-           (item.kind == ItemKind::kShortcut && typeOf(item) == "Symlink");
+           (item.kind == ItemKind::kModifyFile && (isLinked || !item.earlier));
 }
 
 bool isReached(const ProductCase& product, const Item& item) {

@@ -7,6 +7,7 @@
 #include "fakes/fake_environment.h"
 #include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -202,6 +203,7 @@ public:
     bool isOrdinaryDirectory(std::string_view) override { return false; }
     std::int64_t fileSize(std::string_view) override { return size_; }
     int resolveFile(std::string_view, std::string&) override { return 1; }
+    int linkTarget(std::string_view, std::string&) override { return 1; }
     int takeDirectoryRights(std::string_view) override { return 1; }
     std::string rightsOf(std::string_view) override { return {}; }
     int removeFile(std::string_view) override { return 1; }
@@ -275,6 +277,13 @@ TEST_F(WholeFileTest, WritesExactlyItsContent) {
     EXPECT_EQ(std::string("ne\0w", 4), files_.content("/a"));
     EXPECT_EQ(0, OUtils::writeWholeFile("/b", "", files_));
     EXPECT_TRUE(files_.hasFile("/b"));
+}
+
+TEST_F(WholeFileTest, SaysWhyItFailedInTheWordsOfTheSystem) {
+    EXPECT_EQ(OUtils::readingErrorText(2), platform::errorText(2));
+    EXPECT_EQ(OUtils::writingErrorText(2), platform::errorText(2));
+    EXPECT_EQ(OUtils::readingErrorText(-1), "the file is too large, or ended early");
+    EXPECT_EQ(OUtils::writingErrorText(-1), "it is too large, or no file can be in its place");
 }
 
 TEST_F(WholeFileTest, RefusesALinkWhereItIsAskedTo) {

@@ -12,6 +12,19 @@ std::string text(std::string_view document, int columns = 80) {
     return markdownAsText(document, columns).value_or("(broken)");
 }
 
+TEST(DocumentFormat, WordsAreComparedWithoutRegardToCase) {
+    EXPECT_EQ(documentFormat("TandrelMarkdown"), DocumentFormat::kMarkdown);
+    EXPECT_EQ(documentFormat("tandrelMARKDOWN"), DocumentFormat::kMarkdown);
+    EXPECT_EQ(documentFormat("TandrelText"), DocumentFormat::kVerbatim);
+    EXPECT_EQ(documentFormat("TANDRELtext"), DocumentFormat::kVerbatim);
+}
+
+TEST(DocumentFormat, AnyOtherWordLeavesItToTheElement) {
+    for (const std::string_view word : {"", "Text", "Plain", "RTF", "TandrelTexts", " TandrelText"}) {
+        EXPECT_EQ(documentFormat(word), DocumentFormat::kOfElement) << word;
+    }
+}
+
 TEST(MarkdownAsText, LinesAreTwoBytesShorterThanTheConsole) {
     EXPECT_EQ(text("one two three", 15), "one two three\n");
     EXPECT_EQ(text("one two three", 14), "one two\nthree\n");

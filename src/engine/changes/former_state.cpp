@@ -6,21 +6,26 @@
 
 namespace FormerState {
 
-namespace {
-
-// No change of ours leaves a link.
-constexpr char kLink[] = "LINK";
-
-}  // namespace
-
 std::string ofBytes(std::string_view bytes) {
     return md5Text(md5Of(bytes.data(), bytes.size()));
 }
 
+namespace {
+
+constexpr char kLink[] = "LINK";
+
+// Where the text of a link can't be read, no change of ours leaves one.
+std::string ofLink(platform::FileSystem& files, std::string_view path) {
+    std::string target;
+    return files.linkTarget(path, target) == 0 ? kLink + ofBytes(target) : kLink;
+}
+
+}  // namespace
+
 std::string ofFile(platform::FileSystem& files, std::string_view path) {
     const platform::PathKind kind = files.kindOf(path);
     if (kind == platform::PathKind::kLink) {
-        return kLink;
+        return ofLink(files, path);
     }
     const auto digest = kind == platform::PathKind::kFile ? digestOfFile(files, path) : std::nullopt;
     return digest ? md5Text(*digest) : std::string();

@@ -71,7 +71,7 @@ int create(platform::ShellObjects& shell, const ProductDescription& product, con
         case ShortcutType::kUninstall:
             return createUninstallShortcut(shell, product, debugLog, shortcut);
         case ShortcutType::kSymlink:
-            break;
+            return shell.createSymlink(shortcut.linkPath, shortcut.target);
     }
     return kNotMade;
 }

@@ -24,8 +24,9 @@ struct ShortcutRequest {
     std::string iconPath;
 };
 
-// Links to programs, to pages and to the uninstaller: the groups `Shortcuts`. A shortcut that fails ends its
-// group; the next group is still visited. No platform makes a symlink so far: that type fails.
+// Links to programs, to pages and to the uninstaller, and symbolic links: the groups `Shortcuts`. A shortcut
+// that fails ends its group; the next group is still visited. Windows makes no symbolic links: there that
+// type fails.
 class ShortcutChange : public Change {
 public:
     static constexpr std::string_view kDefaultDescription = "Tandrel Group installer shortcut";

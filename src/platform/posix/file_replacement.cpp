@@ -45,14 +45,14 @@ int writeNewFile(const std::string& path, const std::string& content, mode_t mod
     return status != 0 ? status : closed;
 }
 
-}  // namespace
-
-int replaceFileContent(const std::string& path, const std::string& content, mode_t mode, ModeRule rule) {
+// `make` makes something new beside the place and returns 0 or errno.
+template <typename Make>
+int replaceByNew(const std::string& path, Make make) {
     const std::string aside = nameBeside(path);
     if (path.empty() || aside.empty()) {
         return path.empty() ? ENOENT : EAGAIN;
     }
-    int status = writeNewFile(aside, content, mode, rule);
+    int status = make(aside);
     if (status == EEXIST) {
         return status;  // somebody else's
     }
@@ -63,6 +63,19 @@ int replaceFileContent(const std::string& path, const std::string& content, mode
         unlink(aside.c_str());
     }
     return status;
+}
+
+}  // namespace
+
+int replaceFileContent(const std::string& path, const std::string& content, mode_t mode, ModeRule rule) {
+    return replaceByNew(path,
+                        [&](const std::string& aside) { return writeNewFile(aside, content, mode, rule); });
+}
+
+int replaceWithSymlink(const std::string& path, const std::string& target) {
+    return replaceByNew(path, [&](const std::string& aside) {
+        return symlink(target.data(), aside.data()) == 0 ? 0 : errno;
+    });
 }
 
 }  // namespace platform

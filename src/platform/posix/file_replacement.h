@@ -15,4 +15,7 @@ enum class ModeRule {
 // `path` is replaced, not followed. 0 or errno; after a failure what was there stays, and nothing else.
 int replaceFileContent(const std::string& path, const std::string& content, mode_t mode, ModeRule rule);
 
+// As replaceFileContent, with a symbolic link whose text is `target`.
+int replaceWithSymlink(const std::string& path, const std::string& target);
+
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -175,6 +176,7 @@ public:
     bool isOrdinaryDirectory(std::string_view path) override;
     std::int64_t fileSize(std::string_view path) override;
     int resolveFile(std::string_view path, std::string& outPath) override;
+    int linkTarget(std::string_view path, std::string& outTarget) override;
     int takeDirectoryRights(std::string_view path) override { return exists(path) ? 0 : ENOENT; }
     std::string rightsOf(std::string_view path) override { return rightsOfFile(path); }
     int removeFile(std::string_view path) override;
@@ -243,16 +245,7 @@ PathKind PosixFileSystem::kindOf(std::string_view path) {
     if (lstat(nativePath(path).c_str(), &status) != 0) {
         return errno == ENOENT || errno == ENOTDIR ? PathKind::kNothing : PathKind::kOther;
     }
-    switch (status.st_mode & S_IFMT) {
-        case S_IFREG:
-            return PathKind::kFile;
-        case S_IFDIR:
-            return PathKind::kDirectory;
-        case S_IFLNK:
-            return PathKind::kLink;
-        default:
-            return PathKind::kOther;
-    }
+    return pathKindOf(status.st_mode);
 }
 
 bool PosixFileSystem::isDirectory(std::string_view path) {
@@ -284,6 +277,14 @@ int PosixFileSystem::resolveFile(std::string_view path, std::string& outPath) {
     }
     outPath = real.get();
     return 0;
+}
+
+int PosixFileSystem::linkTarget(std::string_view path, std::string& outTarget) {
+    outTarget.assign(PATH_MAX, '\0');
+    const ssize_t length = readlink(nativePath(path).data(), outTarget.data(), outTarget.size());
+    const int status = length < 0 ? errno : 0;
+    outTarget.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+    return status;
 }
 
 // A device is nobody's file.

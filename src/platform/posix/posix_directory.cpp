@@ -39,6 +39,23 @@ bool isDirectoryEntry(DIR* directory, const dirent& entry) {
            S_ISDIR(status.st_mode);
 }
 
+DiskEntry diskEntryOf(DIR* directory, const char* name) {
+    DiskEntry entry;
+    entry.name = name;
+    entry.isNameable = isPlainName(name);
+    struct stat status {};
+    if (fstatat(dirfd(directory), name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        entry.kind = errno == ENOENT ? PathKind::kNothing : PathKind::kOther;
+        return entry;
+    }
+    entry.kind = pathKindOf(status.st_mode);
+    if (entry.kind == PathKind::kFile) {
+        entry.size = status.st_size;
+        entry.isProgram = (status.st_mode & S_IXUSR) != 0;
+    }
+    return entry;
+}
+
 // Reads from a descriptor of its own, because the stream closes it and moves its position.
 DirectoryStream streamOf(int descriptor) {
     const int own =
@@ -82,6 +99,19 @@ int emptinessOf(int descriptor) {
 }
 
 }  // namespace
+
+PathKind pathKindOf(mode_t mode) {
+    switch (mode & S_IFMT) {
+        case S_IFREG:
+            return PathKind::kFile;
+        case S_IFDIR:
+            return PathKind::kDirectory;
+        case S_IFLNK:
+            return PathKind::kLink;
+        default:
+            return PathKind::kOther;
+    }
+}
 
 int PosixDirectory::takeFileAway(int base, const std::string& path, const std::string& to) {
     const char* const from = path.c_str();
@@ -144,6 +174,25 @@ int PosixDirectory::list(std::vector<DirectoryEntry>& outEntries) {
         }
         if (isPlainName(entry->d_name)) {
             outEntries.push_back({entry->d_name, isDirectoryEntry(directory.get(), *entry)});
+        }
+    }
+}
+
+int PosixDirectory::listDisk(std::vector<DiskEntry>& outEntries) {
+    outEntries.clear();
+    const DirectoryStream directory = streamOf(descriptor_.get());
+    if (directory == nullptr) {
+        return errno;
+    }
+    for (;;) {
+        errno = 0;
+        const dirent* entry = readdir(directory.get());
+        if (entry == nullptr) {
+            return errno;
+        }
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            outEntries.push_back(diskEntryOf(directory.get(), name.data()));
         }
     }
 }

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
 #include "platform/file_system.h"
 #include "platform/posix/system_calls.h"
 
 namespace platform {
+
+// What an entry with this mode is.
+PathKind pathKindOf(mode_t mode);
 
 // An open directory's descriptor as a Directory; owns the descriptor.
 class PosixDirectory : public Directory {
@@ -21,6 +26,7 @@ public:
     explicit PosixDirectory(int descriptor) : descriptor_(descriptor) {}
 
     int list(std::vector<DirectoryEntry>& outEntries) override;
+    int listDisk(std::vector<DiskEntry>& outEntries) override;
     int openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) override;
     int removeFile(std::string_view name) override;
     int removeDirectory(std::string_view name) override;

@@ -86,6 +86,9 @@ class PosixShellObjects : public ShellObjects {
 public:
     int createLink(std::string_view linkPath, const LinkDescription& link) override;
     int createUrlLink(std::string_view linkPath, std::string_view url) override;
+    int createSymlink(std::string_view linkPath, std::string_view target) override {
+        return replaceWithSymlink(nativePath(linkPath), nativePath(target));
+    }
     bool openDocument(std::string_view path) override;
     bool openForUser(std::string_view path) override;
     bool broadcastEnvironment() override;

@@ -41,18 +41,38 @@ int deleteOpen(HANDLE handle) {
 }
 
 // The entries of one filled buffer.
-void addEntries(const std::vector<unsigned char>& buffer, std::vector<DirectoryEntry>& outEntries) {
+template <typename Visit>
+void visitEntries(const std::vector<unsigned char>& buffer, Visit visit) {
     for (std::size_t offset = 0;;) {
         const auto* entry = reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(buffer.data() + offset);
-        const std::wstring_view name(entry->FileName, entry->FileNameLength / sizeof(wchar_t));
-        if (isListableName(name)) {
-            outEntries.push_back({utf8Of(name), isTrueDirectory(entry->FileAttributes)});
-        }
+        visit(*entry, std::wstring_view(entry->FileName, entry->FileNameLength / sizeof(wchar_t)));
         if (entry->NextEntryOffset == 0) {
             return;
         }
         offset += entry->NextEntryOffset;
     }
+}
+
+// Where an entry has a tag, the system gives it in place of a size that such entries don't have.
+PathKind kindOfEntry(const FILE_ID_BOTH_DIR_INFO& entry) {
+    const bool isDirectory = (entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const bool hasTag = (entry.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    if (isLink(entry.FileAttributes, entry.EaSize)) {
+        return PathKind::kLink;
+    }
+    if (hasTag && (isDirectory || entry.EaSize == 0)) {
+        return PathKind::kOther;
+    }
+    return isDirectory ? PathKind::kDirectory : PathKind::kFile;
+}
+
+DiskEntry diskEntryOf(const FILE_ID_BOTH_DIR_INFO& entry, std::wstring_view name) {
+    DiskEntry found;
+    found.name = utf8Of(name);
+    found.kind = kindOfEntry(entry);
+    found.size = found.kind == PathKind::kFile ? entry.EndOfFile.QuadPart : -1;
+    found.isNameable = isListableName(name);
+    return found;
 }
 
 int moveOpen(HANDLE entry, const std::wstring& to) {
@@ -160,8 +180,8 @@ int WindowsDirectory::openEntry(std::string_view name, DWORD access, HANDLE& out
     return status >= 0 ? 0 : static_cast<int>(RtlNtStatusToDosError(status));
 }
 
-int WindowsDirectory::list(std::vector<DirectoryEntry>& outEntries) {
-    outEntries.clear();
+template <typename Visit>
+int WindowsDirectory::forEachEntry(Visit visit) {
     std::vector<unsigned char> buffer(64 * 1024);
     const auto size = static_cast<DWORD>(buffer.size());
     for (auto part = FileIdBothDirectoryRestartInfo;; part = FileIdBothDirectoryInfo) {
@@ -170,8 +190,26 @@ int WindowsDirectory::list(std::vector<DirectoryEntry>& outEntries) {
             // An empty root directory has not even the entry "."; that isn't a failure.
             return error == ERROR_NO_MORE_FILES || error == ERROR_FILE_NOT_FOUND ? 0 : error;
         }
-        addEntries(buffer, outEntries);
+        visitEntries(buffer, visit);
     }
+}
+
+int WindowsDirectory::list(std::vector<DirectoryEntry>& outEntries) {
+    outEntries.clear();
+    return forEachEntry([&](const FILE_ID_BOTH_DIR_INFO& entry, std::wstring_view name) {
+        if (isListableName(name)) {
+            outEntries.push_back({utf8Of(name), isTrueDirectory(entry.FileAttributes)});
+        }
+    });
+}
+
+int WindowsDirectory::listDisk(std::vector<DiskEntry>& outEntries) {
+    outEntries.clear();
+    return forEachEntry([&](const FILE_ID_BOTH_DIR_INFO& entry, std::wstring_view name) {
+        if (name != L"." && name != L"..") {
+            outEntries.push_back(diskEntryOf(entry, name));
+        }
+    });
 }
 
 int WindowsDirectory::openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) {

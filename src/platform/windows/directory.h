@@ -28,6 +28,7 @@ public:
     explicit WindowsDirectory(HANDLE handle) : handle_(handle) {}
 
     int list(std::vector<DirectoryEntry>& outEntries) override;
+    int listDisk(std::vector<DiskEntry>& outEntries) override;
     int openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) override;
     int removeFile(std::string_view name) override;
     int removeDirectory(std::string_view name) override;
@@ -36,6 +37,9 @@ public:
     int takeDirectoryAway(std::string_view name, std::string_view to) override;
 
 private:
+    // Calls `visit` with each entry, those that every directory has included.
+    template <typename Visit>
+    int forEachEntry(Visit visit);
     int openEntry(std::string_view name, DWORD access, HANDLE& outHandle);
     // Removes the entry if `refusal`, which is given what it is, has no error number against that.
     template <typename Refusal>

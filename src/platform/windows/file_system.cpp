@@ -296,6 +296,11 @@ public:
         return status;
     }
 
+    int linkTarget(std::string_view /*path*/, std::string& outTarget) override {
+        outTarget.clear();
+        return ERROR_NOT_SUPPORTED;
+    }
+
     int takeDirectoryRights(std::string_view path) override {
         const std::wstring wide = systemPath(path);
         return namesDevice(wide) ? kRefusedName : inheritAccessList(wide);

@@ -122,6 +122,11 @@ public:
         return statusOfResult(makeInternetShortcut(linkPath, url));
     }
 
+    // Only an administrator, or a developer's machine, could make one.
+    int createSymlink(std::string_view /*linkPath*/, std::string_view /*target*/) override {
+        return ERROR_NOT_SUPPORTED;
+    }
+
     bool openDocument(std::string_view path) override {
         constexpr INT_PTR kLastError = 32;
         if (openForUser(path)) {

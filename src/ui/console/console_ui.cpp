@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "base/shared_buffer.h"
-#include "base/text_functions.h"
 #include "description/dialog_model.h"
 #include "text/document_text.h"
+#include "text/verbatim_text.h"
 #include "ui/console/console_fields.h"
 
 namespace {
@@ -25,8 +25,17 @@ constexpr const char* kUninstallerBanner =
     "* Tandrel Group uninstaller   *\n"
     "*******************************\n";
 
-bool isMarkdown(const DialogElementDesc& element) {
-    return OUtils::equalsIgnoreCase(element.format.view(), kMarkdownFormat);
+// Nothing where the document is broken.
+std::optional<std::string> consoleText(std::string_view document, DocumentFormat format, int columns) {
+    switch (format) {
+        case DocumentFormat::kMarkdown:
+            return markdownAsText(document, columns);
+        case DocumentFormat::kVerbatim:
+            return verbatimAsText(document, columns);
+        case DocumentFormat::kOfElement:
+            break;
+    }
+    return richTextAsText(document, columns);
 }
 
 }  // namespace
@@ -143,8 +152,11 @@ void ConsoleUI::showElement(const DialogElementDesc& element, bool wasActive) {
         case kElementPlainEditText:
             showPlainText(element, wasActive);
             break;
+        case kElementHtmlEditText:
+            showHtml(element, wasActive);
+            break;
         default:
-            printedCount_ += quiet_ ? 0 : 1;
+            skipElement();
             break;
     }
 }
@@ -173,9 +185,22 @@ void ConsoleUI::showRichText(const DialogElementDesc& element, bool wasActive) {
 }
 
 void ConsoleUI::showPlainText(const DialogElementDesc& element, bool wasActive) {
-    if (isShown(element) && isMarkdown(element)) {
+    if (isShown(element) && documentFormat(element.format.view()) != DocumentFormat::kOfElement) {
         showDocument(element, wasActive);
     }
+}
+
+// There is no HTML here, and no markdown that was meant to become HTML.
+void ConsoleUI::showHtml(const DialogElementDesc& element, bool wasActive) {
+    if (documentFormat(element.format.view()) != DocumentFormat::kVerbatim) {
+        skipElement();
+    } else if (isShown(element)) {
+        showDocument(element, wasActive);
+    }
+}
+
+void ConsoleUI::skipElement() {
+    printedCount_ += quiet_ ? 0 : 1;
 }
 
 void ConsoleUI::showDocument(const DialogElementDesc& element, bool wasActive) {
@@ -197,9 +222,8 @@ void ConsoleUI::printDocument(const DialogElementDesc& element) {
         return;
     }
     const std::string_view content(document.text(), static_cast<std::size_t>(document.size()));
-    const int columns = readColumns();
     const std::optional<std::string> text =
-        isMarkdown(element) ? markdownAsText(content, columns) : richTextAsText(content, columns);
+        consoleText(content, documentFormat(element.format.view()), readColumns());
     if (text.has_value()) {
         pager_.print(*text);
     } else {

@@ -87,6 +87,8 @@ private:
     void showText(const DialogElementDesc& element, bool wasActive);
     void showRichText(const DialogElementDesc& element, bool wasActive);
     void showPlainText(const DialogElementDesc& element, bool wasActive);
+    void showHtml(const DialogElementDesc& element, bool wasActive);
+    void skipElement();
     void showDocument(const DialogElementDesc& element, bool wasActive);
     void printDocument(const DialogElementDesc& element);
     int readColumns();

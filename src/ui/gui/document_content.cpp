@@ -6,6 +6,7 @@
 #include "text/installer_html_translator.h"
 #include "text/installer_plain_text_translator.h"
 #include "text/rtf_reader.h"
+#include "text/verbatim_text.h"
 #include "ui/gui/wx_rich_edit_translator.h"
 #include "ui/gui/wx_rtf_callback.h"
 
@@ -13,10 +14,6 @@ namespace {
 
 constexpr std::uint8_t kHtmlTextSize = 2;
 constexpr std::uint32_t kPlainLevelIndent = 2;
-
-bool isMarkdown(std::string_view format) {
-    return OUtils::equalsIgnoreCase(format, kMarkdownFormat);
-}
 
 std::string_view upToZero(std::string_view document) {
     return document.substr(0, document.find('\0'));
@@ -70,6 +67,52 @@ std::string colouredPage(std::string_view page, std::int32_t colour) {
                            "</font></body>");
 }
 
+std::string verbatimContent(std::string_view document) {
+    std::string content;
+    for (const std::string& line : verbatimLines(document)) {
+        content += line + "\n";
+    }
+    return content;
+}
+
+// The control breaks lines at blanks but not at the others, and drops blanks only where there are several.
+std::string htmlOfLine(std::string_view line) {
+    constexpr std::string_view kMarkup = "&<>\"";
+    constexpr std::string_view kEscapes[] = {"&amp;", "&lt;", "&gt;", "&quot;"};
+    std::string html;
+    for (std::size_t at = 0; at < line.size(); ++at) {
+        const std::size_t mark = kMarkup.find(line[at]);
+        if (mark != std::string_view::npos) {
+            html += kEscapes[mark];
+        } else if (line[at] == ' ' && (at == 0 || line.substr(at + 1).starts_with(' '))) {
+            html += "&nbsp;";
+        } else {
+            html += line[at];
+        }
+    }
+    return html;
+}
+
+std::string verbatimPage(std::string_view document, std::int32_t colour) {
+    const std::string colourOfText =
+        colour == -1 ? "" : OUtils::formatText(" color=\"#%06x\"", static_cast<unsigned>(htmlColour(colour)));
+    std::string page =
+        "<html><body><font" + colourOfText + " size=\"" + std::to_string(kHtmlTextSize) + "\">";
+    for (const std::string& line : verbatimLines(document)) {
+        page += htmlOfLine(line) + "<br>";
+    }
+    return page + "</font></body></html>";
+}
+
+RichTextCommands verbatimCommands(std::string_view document, std::int32_t colour) {
+    RichTextCommands commands;
+    if (colour != -1) {
+        commands.begin(RichTextCommand::Kind::kBeginTextColour, colour);
+    }
+    commands.write(verbatimContent(document));
+    return commands;
+}
+
 std::string withoutCarriageReturns(std::string_view text) {
     std::string result(text);
     std::erase(result, '\r');
@@ -85,8 +128,12 @@ std::uint32_t htmlColour(std::int32_t colour) {
 
 RichTextCommands richTextContent(std::string_view document, std::string_view format,
                                  const DocumentColours& colours) {
+    const DocumentFormat kind = documentFormat(format);
+    if (kind == DocumentFormat::kVerbatim) {
+        return verbatimCommands(document, textColour(colours));
+    }
     RichTextCommands commands;
-    if (isMarkdown(format)) {
+    if (kind == DocumentFormat::kMarkdown) {
         WxRichEditTranslator translator(commands, richEditSettings(textColour(colours)));
         walkMarkdown(document, translator);
         return commands;
@@ -101,7 +148,11 @@ RichTextCommands richTextContent(std::string_view document, std::string_view for
 }
 
 std::string htmlContent(std::string_view document, std::string_view format, const DocumentColours& colours) {
-    if (isMarkdown(format)) {
+    const DocumentFormat kind = documentFormat(format);
+    if (kind == DocumentFormat::kVerbatim) {
+        return verbatimPage(document, textColour(colours));
+    }
+    if (kind == DocumentFormat::kMarkdown) {
         return OUtils::validUtf8(markdownPage(document, textColour(colours)));
     }
     const std::string_view page = upToZero(document);
@@ -109,7 +160,11 @@ std::string htmlContent(std::string_view document, std::string_view format, cons
 }
 
 std::string plainTextContent(std::string_view document, std::string_view format) {
-    if (!isMarkdown(format)) {
+    const DocumentFormat kind = documentFormat(format);
+    if (kind == DocumentFormat::kVerbatim) {
+        return verbatimContent(document);
+    }
+    if (kind == DocumentFormat::kOfElement) {
         return OUtils::validUtf8(withoutCarriageReturns(upToZero(document)));
     }
     PlainTextSettings settings;

@@ -12,19 +12,19 @@ struct DocumentColours {
     std::int32_t theme = -1;    // ThemeSlot::kActiveText
 };
 
-// These functions turn a document of a product into what a control is given. `format` is the element's, and
-// compared without regard to ASCII case. A document ends at its first zero byte; a broken one gives nothing,
-// so the control stays empty. All texts are valid UTF-8.
+// These functions turn a document of a product into what a control is given. `format` is the element's, by
+// the rules of documentFormat: markdown and verbatim text are for all of them. A document ends at its first
+// zero byte; a broken one gives nothing, so the control stays empty. All texts are valid UTF-8.
 
-// Markdown or else rich text. Of the rich text only the theme's colour counts.
+// Otherwise rich text, of which only the theme's colour counts.
 RichTextCommands richTextContent(std::string_view document, std::string_view format,
                                  const DocumentColours& colours);
 
-// A page of HTML: markdown or else HTML, which has only the theme's colour put around the content of its
-// body.
+// A page of HTML. Otherwise the document is HTML, which has only the theme's colour put around the content of
+// its body.
 std::string htmlContent(std::string_view document, std::string_view format, const DocumentColours& colours);
 
-// Markdown or else plain text. Lines end at line feeds alone.
+// Otherwise plain text. Lines end at line feeds alone.
 std::string plainTextContent(std::string_view document, std::string_view format);
 
 // Colours of a description and of the toolkit are 0x00BBGGRR, those of HTML 0xRRGGBB.

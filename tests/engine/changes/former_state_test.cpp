@@ -19,8 +19,8 @@ TEST(FormerStateTest, TakesALinkForOneWhateverItLeadsTo) {
     files.addFile("/a", "abc");
     files.addLink("/link", "/a");
     files.addLink("/other", "/none");
-    EXPECT_EQ(FormerState::ofFile(files, "/link"), "LINK");
-    EXPECT_EQ(FormerState::ofFile(files, "/other"), "LINK");
+    EXPECT_EQ(FormerState::ofFile(files, "/link"), "LINK" + FormerState::ofBytes("/a"));
+    EXPECT_EQ(FormerState::ofFile(files, "/other"), "LINK" + FormerState::ofBytes("/none"));
 }
 
 TEST(FormerStateTest, SaysNothingOfWhatCannotBeRead) {

@@ -79,8 +79,18 @@ TEST_F(ShortcutChangeTest, RefusesAnUninstallShortcutWithoutAnUninstallCommand) 
     expectRefused(request(ShortcutType::kUninstall));
 }
 
-TEST_F(ShortcutChangeTest, RefusesASymlink) {
-    expectRefused(request(ShortcutType::kSymlink));
+TEST_F(ShortcutChangeTest, MakesASymlink) {
+    EXPECT_EQ(add(request(ShortcutType::kSymlink)), "CREATE\tC:\\Desktop\\Demo.lnk");
+    EXPECT_EQ(machine_.shell.symlinks["C:\\Desktop\\Demo.lnk"], "C:\\Demo\\demo.exe");
+    EXPECT_TRUE(machine_.shell.links.empty());
+    expectLines({"Create  shortcut " + writtenPath("C:\\Desktop\\Demo.lnk")});
+}
+
+TEST_F(ShortcutChangeTest, MakesASymlinkToAPlaceThatCountsFromItsOwn) {
+    describe("<Shortcuts><Add Type='Symlink' Dest='/lib' Target='../bin//run'>run</Add></Shortcuts>");
+    EXPECT_TRUE(change_.apply());
+    EXPECT_EQ(machine_.shell.symlinks["\\lib\\run"], "..\\bin\\run");
+    EXPECT_EQ(records(), "DIR\t1\t\\lib\\\r\nSHORTCUT\tCREATE\t\\lib\\run\r\n");
 }
 
 TEST_F(ShortcutChangeTest, RefusesAnUnknownType) {
@@ -94,6 +104,7 @@ TEST_F(ShortcutChangeTest, ReportsAFailureOfTheShell) {
     expectRefused(request(ShortcutType::kFile));
     expectRefused(request(ShortcutType::kUrl));
     expectRefused(request(ShortcutType::kUninstall));
+    expectRefused(request(ShortcutType::kSymlink));
 }
 
 TEST_F(ShortcutChangeTest, WorksWithoutAFrontEnd) {
@@ -102,6 +113,7 @@ TEST_F(ShortcutChangeTest, WorksWithoutAFrontEnd) {
         return ShortcutChange::add(machine_.bundle(), product_, silent, console_, request(type));
     };
     EXPECT_TRUE(addSilently(ShortcutType::kFile));
+    machine_.shell.linkError = 5;
     EXPECT_FALSE(addSilently(ShortcutType::kSymlink));
     EXPECT_EQ(errors_.size(), 1U);
     EXPECT_FALSE(ShortcutChange::remove(machine_.files, silent, "CREATE\t/none"));
@@ -163,12 +175,13 @@ TEST_F(ShortcutChangeTest, SkipsWhatIsIncompleteUnknownOrNotWanted) {
 TEST_F(ShortcutChangeTest, EndsAGroupAtAFailureAndGoesOnWithTheNext) {
     machine_.files.addDirectory("/tmp");
     describe(
-        "<Shortcuts><Add Type='Symlink' Dest='/tmp' Target='t' Arguments='a'>x</Add>"
+        "<Shortcuts><Add Type='Uninstall' Dest='/tmp' Target='t' Arguments='a'>x</Add>"
         "<Add Type='File' Dest='/tmp' Target='t'>y</Add></Shortcuts>"
         "<Shortcuts><Add Type='File' Dest='/tmp' Target='t'>z</Add></Shortcuts>");
     EXPECT_FALSE(change_.apply());
     EXPECT_EQ(machine_.shell.links.size(), 1U);
-    EXPECT_THAT(log_.lines(), ElementsAre("ERROR: Creating shortcut: \"\\tmp\\x\" to \"t\" and args\"a\""));
+    EXPECT_THAT(log_.lines(), ElementsAre("ERROR: Could not obtain uninstall cmd! (check <UninstallCmd> tag)",
+                                          "ERROR: Creating shortcut: \"\\tmp\\x\" to \"t\" and args\"a\""));
     EXPECT_EQ(records(), "SHORTCUT\tCREATE\t\\tmp\\z\r\n");
 }
 

@@ -58,6 +58,42 @@ TEST_F(PosixFileSystemTest, NewFilesAreNeverMadeThroughALink) {
     EXPECT_FALSE(testFileExists(path("target")));
 }
 
+TEST_F(PosixFileSystemTest, ReadsTheTextOfALink) {
+    ASSERT_EQ(symlink("../no//such", path("link").c_str()), 0);
+    writeTestFile(path("f"), "abc");
+    std::string target = "stale";
+    EXPECT_EQ(files_.linkTarget(path("link"), target), 0);
+    EXPECT_EQ(target, "../no//such");
+    EXPECT_EQ(files_.linkTarget(path("f"), target), EINVAL);
+    EXPECT_EQ(target, "");
+    EXPECT_EQ(files_.linkTarget(path("none"), target), ENOENT);
+}
+
+TEST_F(PosixFileSystemTest, ListsTheDiskAsItIs) {
+    using platform::DiskEntry;
+    using platform::PathKind;
+    ASSERT_EQ(symlink(".", path("link").c_str()), 0);
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    writeTestFile(path("program"), "abcd");
+    ASSERT_EQ(chmod(path("program").c_str(), 0700), 0);
+    writeTestFile(path("group"), "");
+    ASSERT_EQ(chmod(path("group").c_str(), 0654), 0);
+    writeTestFile(path("b\\ack"), "a");
+    std::unique_ptr<platform::Directory> opened;
+    ASSERT_EQ(files_.openDirectory(directory_.path(), opened), 0);
+    std::vector<DiskEntry> entries;
+    ASSERT_EQ(opened->listDisk(entries), 0);
+    std::sort(entries.begin(), entries.end(),
+              [](const DiskEntry& a, const DiskEntry& b) { return a.name < b.name; });
+    std::string found;
+    for (const DiskEntry& entry : entries) {
+        found += entry.name + " " + std::to_string(static_cast<int>(entry.kind)) + " " +
+                 std::to_string(entry.size) + (entry.isProgram ? " program" : "") +
+                 (entry.isNameable ? "" : " unnameable") + "\n";
+    }
+    EXPECT_EQ(found, "b\\ack 1 1 unnameable\ngroup 1 0\nlink 3 -1\npipe 4 -1\nprogram 1 4 program\n");
+}
+
 TEST_F(PosixFileSystemTest, PrivateFilesAreTheUsersAlone) {
     ASSERT_EQ(create(path("f"), Disposition::kCreatePrivate), 0);
     EXPECT_EQ(modeOf(path("f")), 0600U);

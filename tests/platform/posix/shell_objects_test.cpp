@@ -108,6 +108,25 @@ TEST_F(PosixShellObjectsTest, AnUrlLinkIsAnEntryOfItsOwnKind) {
     EXPECT_EQ(modeOf(file("Page.desktop")), 0644U);
 }
 
+TEST_F(PosixShellObjectsTest, ASymlinkHasTheTextThatWasAskedForAndReplacesOthers) {
+    platform::FileSystem& files = platform::systemFileSystem();
+    std::string target;
+    EXPECT_EQ(shell_.createSymlink("C:" + file("link"), "..\\lib\\run"), 0);
+    EXPECT_EQ(files.linkTarget(file("link"), target), 0);
+    EXPECT_EQ(target, "../lib/run");
+    // What it leads to, a directory too, stays as it is.
+    EXPECT_EQ(shell_.createSymlink(file("link"), directory_.path()), 0);
+    EXPECT_EQ(shell_.createSymlink(file("link"), "other"), 0);
+    EXPECT_EQ(files.linkTarget(file("link"), target), 0);
+    EXPECT_EQ(target, "other");
+    writeTestFile(file("file"), "old");
+    EXPECT_EQ(shell_.createSymlink(file("file"), "link"), 0);
+    EXPECT_EQ(files.kindOf(file("file")), platform::PathKind::kLink);
+    ASSERT_EQ(files.createDirectory(file("directory")), 0);
+    EXPECT_NE(shell_.createSymlink(file("directory"), "link"), 0);
+    EXPECT_EQ(countEntries(directory_.path()), 3U);
+}
+
 TEST_F(PosixShellObjectsTest, AnEntryIsNoMoreOpenThanTheUserWants) {
     umask(077);
     made({"/opt/run", "", "", "", ""});
@@ -142,6 +161,7 @@ TEST_F(PosixShellObjectsTest, AFailureLeavesWhatWasThereAndNothingElse) {
     EXPECT_EQ(shell_.createLink(file(name.c_str()).c_str(), {"/opt/run", "", "", "", ""}), ENAMETOOLONG);
     EXPECT_EQ(shell_.createLink("", {"/opt/run", "", "", "", ""}), ENOENT);
     EXPECT_EQ(shell_.createUrlLink("", "http://example.com"), ENOENT);
+    EXPECT_EQ(shell_.createSymlink("", "target"), ENOENT);
     EXPECT_EQ(shell_.createUrlLink("/dev/null/x", "http://example.com"), ENOTDIR);
     EXPECT_EQ(readTestFile(file("Demo.desktop")), "old");
     EXPECT_EQ(countEntries(directory_.path()), 1U);

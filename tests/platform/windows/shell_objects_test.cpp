@@ -117,6 +117,7 @@ TEST_F(WindowsShellObjectsTest, AnUrlLinkIsAnInternetShortcut) {
 TEST_F(WindowsShellObjectsTest, AFailedSavingLeavesTheApartment) {
     EXPECT_NE(shell_.createLink(directory_.file("none\\a.lnk").c_str(), {"a", "", "", "", ""}), 0);
     EXPECT_NE(shell_.createUrlLink(directory_.file("none\\a.url").c_str(), "http://example.com"), 0);
+    EXPECT_EQ(shell_.createSymlink(directory_.file("a"), "b"), ERROR_NOT_SUPPORTED);
     EXPECT_EQ(openApartments(), 0);
 }
 

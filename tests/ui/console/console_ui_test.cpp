@@ -8,10 +8,12 @@
 #include <vector>
 
 #include "description/answers_file.h"
+#include "description/vocabulary.h"
 #include "fakes/fake_console.h"
 #include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
 #include "fakes/memory_file_system.h"
+#include "text/document_text.h"
 
 namespace {
 
@@ -283,6 +285,37 @@ TEST_F(ConsoleFrontEnd, AssumesEightyColumnsWithoutAWindow) {
     terminal.lines = {"", ""};
     const std::string broken = std::string(38, 'a') + "\n" + std::string(39, 'b') + "c\n";
     EXPECT_EQ(show(0), kPause + words + "\n\n" + broken + kPause + words + "\n" + broken);
+}
+
+TEST_F(ConsoleFrontEnd, PrintsAVerbatimTextOfEachKindOfElement) {
+    DialogDesc& page = engine.addDialog("Page");
+    for (const int kind : {kElementRichEditText, kElementPlainEditText, kElementHtmlEditText}) {
+        addElement(page, kind, "licence")
+            .format.assign(kind == kElementRichEditText ? "TandrelText" : "tandrelTEXT");
+    }
+    engine.resources["licence"] = "7. *seven*\r\n> {quote}\n\n  one two three";
+    terminal.columns = 12;
+    terminal.rows = 2;
+    terminal.lines = {"", "", ""};
+    const std::string shown = std::string(kPause) + "7. *seven*\n> {quote}\n\n  one two\n  three\n";
+    EXPECT_EQ(show(0), shown + shown + shown);
+}
+
+TEST_F(ConsoleFrontEnd, KnowsEveryFormatOfTheDescription) {
+    for (const std::string_view word : vocabulary::kDocumentFormats) {
+        EXPECT_NE(documentFormat(word), DocumentFormat::kOfElement) << word;
+    }
+}
+
+TEST_F(ConsoleFrontEnd, PrintsNoPageOfHtml) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementHtmlEditText, "page");
+    addElement(page, kElementHtmlEditText, "page").format.assign("TandrelMarkdown");
+    addElement(page, kElementHtmlEditText, "page").format.assign("TandrelText");
+    page.elements[2].condition.assign("[A]");
+    engine.conditions["[A]"] = 0;
+    engine.resources["page"] = "<p>text</p>";
+    EXPECT_EQ(show(0), "");
 }
 
 TEST_F(ConsoleFrontEnd, PagesALongDocument) {

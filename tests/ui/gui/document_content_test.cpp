@@ -7,6 +7,7 @@
 namespace {
 
 constexpr std::string_view kMarkdown = "TandrelMarkdown";
+constexpr std::string_view kVerbatim = "TandrelText";
 constexpr DocumentColours kNoColours;
 constexpr DocumentColours kThemed{.element = -1, .theme = 0x302010};
 constexpr DocumentColours kBoth{.element = 0x00C0FFEE, .theme = 0x302010};
@@ -81,6 +82,29 @@ TEST(DocumentContent, PutsTheThemesColourAroundABody) {
     EXPECT_EQ(htmlContent("<BODY>a</BODY>", "", kThemed), expected);
     EXPECT_EQ(htmlContent("<Body>a</Body>", "", kThemed), "<Body>a</Body>");
     EXPECT_EQ(htmlContent("<body text=\"red\">a", "", kThemed), "<body text=\"red\">a");
+}
+
+TEST(DocumentContent, VerbatimTextHasNoMarkup) {
+    constexpr std::string_view kDocument = "7. *a*\r\n\n  {\\b <i>}\n";
+    EXPECT_EQ(rich(kDocument, kVerbatim), "\"7. *a*\n\n  {\\b <i>}\n\"");
+    EXPECT_EQ(rich(kDocument, "tandrelTEXT", kThemed), "(colour 3153936)\"7. *a*\n\n  {\\b <i>}\n\"");
+    EXPECT_EQ(plainTextContent(kDocument, kVerbatim), "7. *a*\n\n  {\\b <i>}\n");
+    EXPECT_EQ(htmlContent(kDocument, kVerbatim, kNoColours),
+              "<html><body><font size=\"2\">7. *a*<br><br>&nbsp; {\\b &lt;i&gt;}<br></font></body></html>");
+    EXPECT_EQ(htmlContent("&\"", kVerbatim, kBoth),
+              "<html><body><font color=\"#eeffc0\" size=\"2\">&amp;&quot;<br></font></body></html>");
+}
+
+TEST(DocumentContent, BlanksOfAVerbatimTextStayInHtml) {
+    EXPECT_EQ(htmlContent(" a  b   c ", kVerbatim, kNoColours),
+              "<html><body><font size=\"2\">&nbsp;a&nbsp; b&nbsp;&nbsp; c <br></font></body></html>");
+    EXPECT_EQ(htmlContent(" \n", kVerbatim, kNoColours),
+              "<html><body><font size=\"2\">&nbsp;<br></font></body></html>");
+}
+
+TEST(DocumentContent, AnEmptyVerbatimTextIsEmpty) {
+    EXPECT_EQ(rich("", kVerbatim), "");
+    EXPECT_EQ(plainTextContent("", kVerbatim), "");
 }
 
 TEST(DocumentContent, PlainTextOfMarkdown) {

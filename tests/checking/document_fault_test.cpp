@@ -1,4 +1,4 @@
-#include "packager/document_fault.h"
+#include "checking/document_fault.h"
 
 #include <gtest/gtest.h>
 
@@ -66,6 +66,16 @@ TEST(DocumentFault, ReportsHowManyGroupsAreOpen) {
     EXPECT_EQ(
         richTextFault("{{\\rtf1\n\n\\'a}{"),
         "line 3: 3 groups are still open at the end: write the missing }, or \\{ for a brace of the text");
+}
+
+TEST(DocumentFault, IsSaidInTheFormatOfTheDocument) {
+    EXPECT_EQ(documentFault("fine\n\n", DocumentFormat::kMarkdown), "");
+    EXPECT_EQ(documentFault("a**", DocumentFormat::kMarkdown), markdownFault("a**"));
+    EXPECT_EQ(documentFault("{a}", DocumentFormat::kOfElement), "");
+    EXPECT_EQ(documentFault("}", DocumentFormat::kOfElement), richTextFault("}"));
+    for (const char* const document : {"a**", "}", ""}) {
+        EXPECT_EQ(documentFault(document, DocumentFormat::kVerbatim), "");
+    }
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
-#include "packager/document_losses.h"
+#include "checking/document_losses.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "packager/document_fault.h"
-#include "text/document_text.h"
+#include "checking/document_fault.h"
+#include "text/utf8_check.h"
 
 namespace {
 
@@ -72,6 +73,18 @@ std::string startOf(std::size_t line) {
     return "line " + std::to_string(line) + ": ";
 }
 
+std::vector<std::string> lossesByRules(std::string_view document, DocumentFormat format) {
+    switch (format) {
+        case DocumentFormat::kMarkdown:
+            return markdownLosses(document);
+        case DocumentFormat::kVerbatim:
+            return verbatimLosses(document);
+        case DocumentFormat::kOfElement:
+            break;
+    }
+    return richTextLosses(document);
+}
+
 }  // namespace
 
 std::vector<std::string> markdownLosses(std::string_view document) {
@@ -105,18 +118,31 @@ std::vector<std::string> richTextLosses(std::string_view document) {
     return texts;
 }
 
-void warnOfLosses(const std::string& path, std::string_view document, bool isRichText,
-                  PackagerOutput& output) {
-    const std::string start = "packager: warning: " + printable(path) + ": ";
+std::vector<std::string> verbatimLosses(std::string_view document) {
+    document = document.substr(0, document.find('\0'));
+    std::vector<std::string> texts;
+    for (std::size_t line = 1; !document.empty(); ++line) {
+        const std::size_t end = std::min(document.find('\n'), document.size());
+        if (findInvalidUtf8(document.substr(0, end)).has_value()) {
+            texts.push_back(startOf(line) + "there are bytes that aren't UTF-8: save it as UTF-8");
+        }
+        document.remove_prefix(std::min(end + 1, document.size()));
+    }
+    return texts;
+}
+
+std::vector<std::string> lossesOf(std::string_view document, DocumentFormat format) {
+    std::vector<std::string> texts;
     const std::size_t zero = document.find('\0');
     if (zero != std::string_view::npos) {
-        output.warn(start + startOf(lineOfOffset(document, zero)) +
-                    "the document ends here at a zero byte: save it as UTF-8");
+        texts.push_back(startOf(lineOfOffset(document, zero)) +
+                        "the document ends here at a zero byte: save it as UTF-8");
     }
-    if (document.starts_with(kByteOrderMark)) {
-        output.warn(start + "there is a byte order mark before the first line: save it without one");
+    if (document.starts_with(kByteOrderMark) && format != DocumentFormat::kVerbatim) {
+        texts.emplace_back("there is a byte order mark before the first line: save it without one");
     }
-    for (const std::string& loss : isRichText ? richTextLosses(document) : markdownLosses(document)) {
-        output.warn(start + printable(loss));
+    for (std::string& loss : lossesByRules(document, format)) {
+        texts.push_back(std::move(loss));
     }
+    return texts;
 }

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "packager/packager_output.h"
+#include "text/document_text.h"
 
 // What a setup leaves out of a document, or shows otherwise than it is written there, by the rules of the
 // readers. One line of text for each place, in the order of the document, with its line, counted from 1, and
@@ -13,7 +13,9 @@
 std::vector<std::string> markdownLosses(std::string_view document);
 std::vector<std::string> richTextLosses(std::string_view document);
 
-// Warns of what a setup doesn't show as it is written: the losses, a zero byte, a byte order mark. `path`
-// names the document in the warnings.
-void warnOfLosses(const std::string& path, std::string_view document, bool isRichText,
-                  PackagerOutput& output);
+// The same of a verbatim text: each line with bytes that aren't UTF-8.
+std::vector<std::string> verbatimLosses(std::string_view document);
+
+// All that a setup doesn't show as it is written, as above: a zero byte, a byte order mark unless it is
+// dropped, then the losses. kOfElement stands for rich text.
+std::vector<std::string> lossesOf(std::string_view document, DocumentFormat format);

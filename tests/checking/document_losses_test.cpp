@@ -1,8 +1,6 @@
-#include "packager/document_losses.h"
+#include "checking/document_losses.h"
 
 #include <gtest/gtest.h>
-
-#include "packager/recorded_output.h"
 
 namespace {
 
@@ -90,21 +88,32 @@ TEST(DocumentLosses, CutsWhatIsLong) {
     EXPECT_LT(richTextLosses(many + "}")[0].size(), 120U);
 }
 
+TEST(DocumentLosses, NamesTheLinesOfAVerbatimTextThatAreNotUtf8) {
+    EXPECT_EQ(Lines{"line 2: there are bytes that aren't UTF-8: save it as UTF-8"},
+              verbatimLosses("3. three\n\xE9t\xE9\n# \xC3\xA9\n\0\xFF"sv));
+    EXPECT_EQ(2U, verbatimLosses("\xFF\n\xFF").size());
+    EXPECT_EQ(Lines{}, verbatimLosses(""));
+}
+
+TEST(DocumentLosses, AByteOrderMarkOfAVerbatimTextIsNoLoss) {
+    EXPECT_EQ(Lines{}, lossesOf("\xEF\xBB\xBFtext\n# heading\n"sv, DocumentFormat::kVerbatim));
+    EXPECT_EQ(Lines{"line 2: the document ends here at a zero byte: save it as UTF-8"},
+              lossesOf("a\n\0"sv, DocumentFormat::kVerbatim));
+}
+
 TEST(DocumentLosses, NamesWhatWasReadBeforeAFault) {
     EXPECT_EQ(1U, richTextLosses("{\\rtf1 \\'e9}}").size());
 }
 
-TEST(DocumentLosses, WarnsWithTheNameOfTheDocument) {
-    RecordedOutput output;
-    warnOfLosses("/in/a\nb", "\xEF\xBB\xBFtext\n# a\tb\n\0"sv, false, output);
+TEST(DocumentLosses, BeginWithAZeroByteAndAByteOrderMark) {
     EXPECT_EQ(
         (Lines{
-            "packager: warning: /in/a?b: line 3: the document ends here at a zero byte: save it as UTF-8",
-            "packager: warning: /in/a?b: there is a byte order mark before the first line: save it without "
-            "one",
-            "packager: warning: /in/a?b: line 2: this heading is shown as text of the paragraph above it: "
-            "put a blank line before it"}),
-        output.errors);
+            "line 3: the document ends here at a zero byte: save it as UTF-8",
+            "there is a byte order mark before the first line: save it without one",
+            "line 2: this heading is shown as text of the paragraph above it: put a blank line before it"}),
+        lossesOf("\xEF\xBB\xBFtext\n# a\tb\n\0"sv, DocumentFormat::kMarkdown));
+    EXPECT_EQ(Lines{"line 1: left out: a tab: write \\tab"},
+              lossesOf("{\\rtf1 a\tb}", DocumentFormat::kOfElement));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "packager/document_fault.h"
+#include "checking/document_fault.h"
 
 #include <algorithm>
 #include <vector>
@@ -10,6 +10,7 @@ namespace {
 
 // Enough of a text to recognise it.
 constexpr std::size_t kQuotedLength = 40;
+constexpr int kAnyWidth = 80;
 
 constexpr std::string_view kEmphasisAdvice =
     "can't be resolved: write \\* and \\_ for each star and underscore that is no markup";
@@ -121,4 +122,16 @@ std::string richTextFault(std::string_view document) {
     const std::string groups =
         fault.openGroups == 1 ? "1 group is" : std::to_string(fault.openGroups) + " groups are";
     return place + groups + " still open at the end: write the missing }, or \\{ for a brace of the text";
+}
+
+std::string documentFault(std::string_view document, DocumentFormat format) {
+    switch (format) {
+        case DocumentFormat::kMarkdown:
+            return markdownAsText(document, kAnyWidth) ? "" : markdownFault(document);
+        case DocumentFormat::kOfElement:
+            return richTextAsText(document, kAnyWidth) ? "" : richTextFault(document);
+        case DocumentFormat::kVerbatim:
+            break;
+    }
+    return {};
 }
