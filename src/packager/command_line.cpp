@@ -16,10 +16,10 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
+    {"new", PackagerCommand::kNew},       {"check", PackagerCommand::kCheck},
     {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
     {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
     {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
-    {"check", PackagerCommand::kCheck},   {"new", PackagerCommand::kNew},
     {"schema", PackagerCommand::kSchema},
 };
 
@@ -123,8 +123,8 @@ private:
     std::string* placeOfOperand() {
         switch (result_.command) {
             case PackagerCommand::kBuild:
-            case PackagerCommand::kSchema:
             case PackagerCommand::kExpand:
+            case PackagerCommand::kSchema:
                 return nullptr;
             case PackagerCommand::kText:
                 return &result_.document;
@@ -204,10 +204,10 @@ private:
             case PackagerCommand::kText:
                 checkText();
                 break;
-            case PackagerCommand::kSchema:
-                break;
             case PackagerCommand::kNew:
                 need(result_.directory, "the directory");
+                break;
+            case PackagerCommand::kSchema:
                 break;
             case PackagerCommand::kCheck:
                 need(result_.checked, "the description");
@@ -422,10 +422,10 @@ std::string helpText(PackagerCommand command) {
             return kTextHelp;
         case PackagerCommand::kCheck:
             return kCheckHelp;
-        case PackagerCommand::kSchema:
-            return kSchemaHelp;
         case PackagerCommand::kNew:
             return kNewHelp;
+        case PackagerCommand::kSchema:
+            return kSchemaHelp;
         case PackagerCommand::kNone:
             break;
     }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kBuild, kExpand, kList, kExtract, kVerify, kText, kCheck, kNew, kSchema };
+enum class PackagerCommand { kNone, kNew, kCheck, kBuild, kExpand, kList, kExtract, kVerify, kText, kSchema };
 
 // What the command line asks for.
 struct CommandLine {
