@@ -49,7 +49,7 @@ bool accepts(std::string_view input) {
     MemoryFileSystem files;
     addFiles(files);
     const CheckTargets windows{.windows = true, .linux = false};
-    const bool isAccepted = checkAll(input, {}, files);
+    const bool isAccepted = checkAll(input, CheckOptions(), files);
     checkAll(input, {.targets = windows, .root = "/root"}, files);
     return isAccepted;
 }

@@ -122,7 +122,7 @@ TEST(MutatedExamples, AreCheckedToTheirEnd) {
             files.addFile("/root/" + name, content);
         }
         const std::string text = mutation.change(example.description);
-        const std::vector<Finding> findings = checkDescription(text, {.root = "/root"}, files);
+        const std::vector<Finding> findings = checkDescription(text, {.targets = {}, .root = "/root"}, files);
         expectSound(findings, text);
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << "seed " << seed << ":\n" << text;
         wellFormed += findings.empty() || !findings.front().code.name().starts_with("form-") ? 1 : 0;
