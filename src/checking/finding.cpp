@@ -23,8 +23,9 @@ std::vector<Finding> Findings::sorted() const {
     std::vector<Finding> sorted = found_;
     std::ranges::stable_sort(sorted,
                              [](const Finding& a, const Finding& b) { return orderOf(a) < orderOf(b); });
-    const auto [first, last] = std::ranges::unique(
-        sorted, [](const Finding& a, const Finding& b) { return orderOf(a) == orderOf(b); });
-    sorted.erase(first, last);
+    const auto last = std::unique(sorted.begin(), sorted.end(), [](const Finding& a, const Finding& b) {
+        return orderOf(a) == orderOf(b);
+    });
+    sorted.erase(last, sorted.end());
     return sorted;
 }

@@ -147,15 +147,15 @@ constexpr Sentence kSentences[] = {
      "the directory on the user's machine, with references. Without it the file is only packed, as an image "
      "or a document that other elements refer to by its alias"},
     {"FN", "Condition", "the file is installed when this and the set's condition are true"},
-    {"FN", "ExpandVarsInFile",
+    {"FN Tree", "ExpandVarsInFile",
      "references [NAME] in the file are replaced while it is installed. For texts only: whatever follows a "
      "zero byte is lost"},
-    {"FN", "Executable",
+    {"FN Tree", "Executable",
      "the file is marked as a program, on systems that have such a mark; if that fails, so does the "
      "installation"},
-    {"FN", "OkIfMissing", "the packager and the setup skip the file when it isn't there"},
-    {"FN", "StripExeExt", "accepted with Executable: a condition. It has no effect on installed files"},
-    {"FN", "BackupExisting",
+    {"FN Tree", "OkIfMissing", "the packager and the setup skip the file when it isn't there"},
+    {"FN Tree", "StripExeExt", "accepted with Executable: a condition. It has no effect on installed files"},
+    {"FN Tree", "BackupExisting",
      "a file on the disk that differs goes into the backup archive before it is overwritten; if that fails, "
      "the file stays as it is and counts as failed"},
     {"(page) Button", "w", "the size"},
@@ -252,7 +252,16 @@ constexpr Sentence kSentences[] = {
     {"Add@IniFiles", "IgnoreErrors", "if present: a failure doesn't end the group"},
     {"Add@Shortcuts", "Type",
      "File: a shortcut to a file; URL: a shortcut to an address; Uninstall: a shortcut that starts the "
-     "uninstallation of the product. Symlink is accepted and fails. Required"},
+     "uninstallation of the product"},
+    {"Tree", "", "Stands in a FileSet for all files below a directory"},
+    {"Tree", "From", "the directory below the packager's --root; . is the root itself. Required"},
+    {"Tree", "Dest",
+     "the directory on the user's machine that gets what From holds, with references. Required"},
+    {"Tree", "Include", "patterns, separated by ;: what belongs to the tree. Default: everything"},
+    {"Tree", "Exclude",
+     "patterns: what doesn't, even if Include says so. Excluded directories aren't looked into"},
+    {"Tree", "KeepModes",
+     "if present: a file that is marked as a program where it is packed gets Executable"},
     {"Add@Shortcuts", "Dest", "the directory of the shortcut; it is created. Required"},
     {"Add@Shortcuts", "Target",
      "the file or address that the shortcut opens. Required, except for Uninstall"},
