@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <map>
 #include <optional>
 #include <set>
@@ -74,8 +75,8 @@ public:
         }
         constexpr std::string_view kDigits = "0123456789";
         for (std::size_t at = plain.find_first_of(kDigits); at != std::string::npos;) {
-            const std::size_t end = plain.find_first_not_of(kDigits, at);
-            found.insert(plain.substr(at, end == std::string::npos ? end : end - at));
+            const std::size_t end = plain.find_first_not_of("0123456789abcdefABCDEFxX", at);
+            found.insert(valueOf(plain.substr(at, end == std::string::npos ? end : end - at)));
             at = plain.find_first_of(kDigits, end);
         }
         return found;
@@ -101,6 +102,12 @@ public:
     }
 
 private:
+    // The decimal form of a number, which may be written as an octal or a hexadecimal one.
+    static std::string valueOf(const std::string& number) {
+        constexpr std::size_t kLongest = 9;
+        return number.size() <= kLongest ? std::to_string(std::strtoll(number.c_str(), nullptr, 0)) : number;
+    }
+
     static bool isShortNumber(const std::string& text) {
         constexpr std::size_t kLongest = 9;
         return !text.empty() && text.size() <= kLongest &&
@@ -242,7 +249,13 @@ private:
 
     // What a condition goes on to read changes it.
     void checkEnd(const std::string& sample) {
-        if (faults_.empty() && !sample.empty() && evaluate(sample + ",?")) {
+        if (!faults_.empty() || sample.empty() || !evaluate(sample + ",?")) {
+            return;
+        }
+        if (const std::string sign = operatorOf(outsideQuotes(sample)); !sign.empty()) {
+            add("condition-operator",
+                quoted(sign) + " means nothing in a condition, and what stands behind it is ignored");
+        } else {
             add("condition-ignored-end", "what stands behind the condition is ignored");
         }
     }

@@ -387,8 +387,11 @@ private:
             }
         }
         std::unordered_map<std::string, int> state;  // 1: on the way; 2: done
-        for (const auto& [name, node] : nodes) {
-            walk(name, references, nodes, state);
+        for (const std::int32_t node : context_.nodesOf("Value")) {
+            const std::string name = lower(context_.attribute(node, "Name").value_or(""));
+            if (nodes.contains(name)) {
+                walk(name, references, nodes, state);
+            }
         }
     }
 
