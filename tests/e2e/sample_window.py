@@ -33,7 +33,7 @@ class SampleInWindow(WindowTest):
             if edit is not None:
                 text = self.read("stage/" + description).decode("utf-8")
                 self.write("stage/" + description, edit(text, self.host("stage/root")))
-            result = self.packager("build", "--description", self.native("stage/" + description), "--root",
+            result = self.build_allowing("--description", self.native("stage/" + description), "--root",
                                    self.native("stage/root"), "--image", self.native("installer" + EXE), "--level", "1",
                                    "--output", self.native("packed" + EXE))
             self.assertEqual(result.code, 0, result)
