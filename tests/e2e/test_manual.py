@@ -63,7 +63,7 @@ class Commands(ManualTest):
         commands = commands.replace("/opt/", str(self.host("opt")) + "/")
         if WINDOWS:
             commands = re.sub(r"(?<= )(setup|installer)\b(?!\.)", r"\1.exe", commands)
-            commands = re.sub(r"^(\S+/installer)(?= )", r"run \1.exe", commands, flags=re.M)
+            commands = re.sub(r"^(\S+/installer)(?= )", r"run \1", commands, flags=re.M)
         environment = self.machine.environment({})
         environment["LC_ALL"] = "C.UTF-8"
         environment["PATH"] = f"{self.host('bin')}:{environment['PATH']}"
