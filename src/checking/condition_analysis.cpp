@@ -186,7 +186,7 @@ std::string operatorOf(const std::string& outside) {
     }
     const std::size_t bang = outside.find('!');
     const bool isNot = bang != std::string::npos && outside.substr(bang, 2) != "!=";
-    const std::string word = OUtils::toLowerAscii(bareWordOf(outside));
+    std::string word = OUtils::toLowerAscii(bareWordOf(outside));
     if (word == "and" || word == "or" || word == "not") {
         return word;
     }

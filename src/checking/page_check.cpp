@@ -15,6 +15,10 @@
 
 namespace {
 
+// What shows files of the package, of which an uninstallation has none.
+constexpr std::int32_t kNeedsFiles[] = {kElementRichEditText, kElementHtmlEditText, kElementPlainEditText,
+                                        kElementImage, kElementSlideShow};
+
 std::string lower(std::string_view text) {
     return OUtils::toLowerAscii(text);
 }
@@ -159,10 +163,8 @@ private:
             }
         }
         for (const std::int32_t element : context_.nodesOf(grammar::kPageElement)) {
-            const auto kind = DialogWords::elementKind(nameOf(element));
-            const bool needsFile = kind == kElementRichEditText || kind == kElementHtmlEditText ||
-                                   kind == kElementPlainEditText || kind == kElementImage ||
-                                   kind == kElementSlideShow;
+            const std::int32_t kind = DialogWords::elementKind(nameOf(element)).value_or(0);
+            const bool needsFile = std::ranges::find(kNeedsFiles, kind) != std::end(kNeedsFiles);
             if (needsFile && context_.enclosing(element, "UninstallDialogs") >= 0) {
                 context_.addAtElement("element-in-uninstallation", element,
                                       std::string(nameOf(element)) + " shows nothing in an uninstallation");

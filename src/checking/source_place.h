@@ -11,7 +11,12 @@ struct SourcePlace {
     std::int32_t line = 1;
     std::int32_t column = 1;
 
-    friend auto operator<=>(const SourcePlace&, const SourcePlace&) = default;
+    friend bool operator==(const SourcePlace&, const SourcePlace&) = default;
+    friend bool operator<(const SourcePlace& a, const SourcePlace& b) {
+        return a.line != b.line ? a.line < b.line : a.column < b.column;
+    }
+    friend bool operator<=(const SourcePlace& a, const SourcePlace& b) { return !(b < a); }
+    friend bool operator>=(const SourcePlace& a, const SourcePlace& b) { return !(a < b); }
 };
 
 // Finds the places of offsets in a text. Lines end with LF, CR LF or CR.

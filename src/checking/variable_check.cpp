@@ -331,13 +331,18 @@ private:
             context_.addAtAttribute("field-choices", field, "Enable",
                                     "there are more conditions than choices");
         }
-        for (const std::string& value :
-             variable == nullptr ? std::vector<std::string>() : variables_.knownValues(variable->name)) {
+        if (variable != nullptr) {
+            checkChosen(field, *variable, choices);
+        }
+    }
+
+    void checkChosen(std::int32_t field, const DeclaredVariable& variable, std::size_t choices) {
+        for (const std::string& value : variables_.knownValues(variable.name)) {
             const bool isNumber = !value.empty() && value.size() < 6 &&
                                   value.find_first_not_of("0123456789") == std::string::npos;
             if (!value.empty() && (!isNumber || std::stoul(value) >= choices)) {
                 context_.addAtText("field-choices", field,
-                                   "the value \"" + value + "\" of " + variable->name + " is none of the " +
+                                   "the value \"" + value + "\" of " + variable.name + " is none of the " +
                                        std::to_string(choices) + " choices, which are counted from 0",
                                    "Give the variable the number of a choice.");
             }
