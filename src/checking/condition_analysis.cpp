@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/text_functions.h"
+#include "checking/quoted_text.h"
 #include "checking/references.h"
 #include "description/condition_parser.h"
 
@@ -18,10 +19,6 @@ namespace {
 constexpr std::size_t kMostCombinations = 4096;
 // Conditions that say what they are, by which authors switch something on or off.
 constexpr std::string_view kSwitches[] = {"0", "1", "0==1", "1==0", "1==1", "0==0"};
-
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
 
 // The condition cut at its references, each with the quotes around it.
 class Pattern {
@@ -199,7 +196,7 @@ ConditionFault faultOf(const std::string& condition) {
     const std::string sign = operatorOf(outside);
     if (!sign.empty()) {
         return {"condition-operator",
-                quoted(sign) + " means nothing in a condition, which therefore always holds",
+                inQuotes(sign) + " means nothing in a condition, which therefore always holds",
                 {}};
     }
     if (holdsAssignment(outside)) {
@@ -254,7 +251,7 @@ private:
         }
         if (const std::string sign = operatorOf(outsideQuotes(sample)); !sign.empty()) {
             add("condition-operator",
-                quoted(sign) + " means nothing in a condition, and what stands behind it is ignored");
+                inQuotes(sign) + " means nothing in a condition, and what stands behind it is ignored");
         } else {
             add("condition-ignored-end", "what stands behind the condition is ignored");
         }
@@ -269,7 +266,7 @@ private:
             for (const std::string& value : knownValues_(pattern_.variables()[i])) {
                 values[i] = value;
                 if (!evaluate(pattern_.with(values))) {
-                    add("condition-initial-value", "with the value " + quoted(value) + " of " +
+                    add("condition-initial-value", "with the value " + inQuotes(value) + " of " +
                                                        std::string(pattern_.variables()[i]) +
                                                        " this condition can't be read and therefore holds");
                     break;

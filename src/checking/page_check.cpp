@@ -10,6 +10,7 @@
 #include "checking/check_context.h"
 #include "checking/condition_analysis.h"
 #include "checking/nearest_word.h"
+#include "checking/quoted_text.h"
 #include "description/dialog_model.h"
 #include "description/dialog_words.h"
 
@@ -21,10 +22,6 @@ constexpr std::int32_t kNeedsFiles[] = {kElementRichEditText, kElementHtmlEditTe
 
 std::string lower(std::string_view text) {
     return OUtils::toLowerAscii(text);
-}
-
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
 }
 
 // The pages of one walk, in the order in which they are shown; those of a frame stand behind it.
@@ -226,7 +223,7 @@ private:
         }
         constexpr std::size_t kLongEnough = 7;  // a shorter name is soon like another
         const std::string_view nearest = nearestWord(name, known);
-        const std::string hint = "Write " + quoted(nearest) + " if that is what is meant.";
+        const std::string hint = "Write " + inQuotes(nearest) + " if that is what is meant.";
         if (OUtils::equalsIgnoreCase(nearest, name)) {
             context_.addAtElement("page-name-case", page, "the page " + std::string(name) + " does nothing",
                                   hint);
@@ -360,7 +357,7 @@ private:
         for (const std::string& name : OUtils::splitText(retained, ';')) {
             if (!name.empty() && !elementNames().contains(name)) {
                 context_.addAtAttribute("retain-unknown", page, "Retain",
-                                        "no element has the name " + quoted(name));
+                                        "no element has the name " + inQuotes(name));
             }
         }
     }
@@ -386,7 +383,7 @@ private:
             if (!context_.text(sequence).empty() && !isContainer(context_.text(sequence))) {
                 context_.addAtText(
                     "container-unknown", sequence,
-                    "there is no container of actions with the name " + quoted(context_.text(sequence)));
+                    "there is no container of actions with the name " + inQuotes(context_.text(sequence)));
             }
         }
         for (const std::int32_t container : context_.nodesOf(grammar::kContainer)) {
@@ -397,7 +394,7 @@ private:
                                       "nothing runs the actions of " + std::string(nameOf(container)),
                                       nearest.empty()
                                           ? std::string()
-                                          : "Write " + quoted(nearest) + " if that is what is meant.");
+                                          : "Write " + inQuotes(nearest) + " if that is what is meant.");
             }
         }
     }
@@ -423,7 +420,7 @@ private:
             asked.emplace(*value);
             if (!isContainer(*value)) {
                 context_.addAtAttribute("container-unknown", trigger, "Value",
-                                        "there is no container of actions with the name " + quoted(*value));
+                                        "there is no container of actions with the name " + inQuotes(*value));
             }
         }
     }

@@ -10,6 +10,7 @@
 
 #include "base/text_functions.h"
 #include "base/utf8_character.h"
+#include "checking/quoted_text.h"
 
 namespace {
 
@@ -21,10 +22,6 @@ using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_
 
 bool isUtf16(std::string_view text) {
     return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
-}
-
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
 }
 
 // The first byte, up to `last`, that begins no character of UTF-8.
@@ -215,7 +212,7 @@ void StrictReader::reportUnknownName(std::size_t at) {
         ++at;
     }
     const std::string_view name = text_.substr(at, text_.find(';', at) + 1 - at);
-    findings_.add("form-reference", at, "a setup doesn't know " + quoted(name) + " and shows it as it is");
+    findings_.add("form-reference", at, "a setup doesn't know " + inQuotes(name) + " and shows it as it is");
 }
 
 void StrictReader::reportMismatch(std::size_t at) {

@@ -10,6 +10,7 @@
 #include "base/text_functions.h"
 #include "checking/check_context.h"
 #include "checking/nearest_word.h"
+#include "checking/quoted_text.h"
 #include "description/vocabulary_lookup.h"
 
 namespace {
@@ -21,12 +22,8 @@ using vocabulary::Kind;
 // They are read, and mean nothing.
 constexpr std::string_view kIdleElements[] = {"LetterVersion", "Supportsite"};
 
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
 std::string didYouMean(std::string_view nearest) {
-    return nearest.empty() ? std::string() : "Write " + quoted(nearest) + " if that is what is meant.";
+    return nearest.empty() ? std::string() : "Write " + inQuotes(nearest) + " if that is what is meant.";
 }
 
 bool isForEditors(std::string_view attribute) {
@@ -86,7 +83,7 @@ private:
         if (same != names.end()) {
             context_.addAtElement("element-case", node,
                                   "the element " + name + " isn't found under this name",
-                                  "Write " + quoted(*same) + ".");
+                                  "Write " + inQuotes(*same) + ".");
         } else if (isKnownElement(name)) {
             context_.addAtElement("element-misplaced", node,
                                   "the element " + name + " has no effect " + placeOf(parent));
@@ -171,7 +168,7 @@ private:
                                    " has room for " + std::to_string(rule.limit));
         }
         if (grammar::kindOfText(rule) == Kind::kColour && !text.empty() && !isHexColour(text)) {
-            context_.addAtText("colour-invalid", node, quoted(text) + " is no colour");
+            context_.addAtText("colour-invalid", node, inQuotes(text) + " is no colour");
         }
     }
 
@@ -245,7 +242,7 @@ private:
         constexpr int kMostPorts = 65535;
         if (!isNumber(value)) {
             context_.addAtAttribute("number-invalid", node, index,
-                                    quoted(value) + " is no number for " + std::string(name));
+                                    inQuotes(value) + " is no number for " + std::string(name));
             return;
         }
         int number = 0;
@@ -254,7 +251,7 @@ private:
         const bool isCount = name == "KeyCount" && number < 1;
         if (isPort || isCount) {
             context_.addAtAttribute("number-range", node, index,
-                                    quoted(value) + " is out of range for " + std::string(name),
+                                    inQuotes(value) + " is out of range for " + std::string(name),
                                     isPort ? "Write a number from 1 to 65535." : "Write a number from 1 on.");
         }
     }
@@ -270,12 +267,12 @@ private:
         constexpr std::string_view kGroup = "Group:";
         if (!value.starts_with(kGroup)) {
             if (!isHexColour(value)) {
-                context_.addAtAttribute("colour-invalid", node, index, quoted(value) + " is no colour");
+                context_.addAtAttribute("colour-invalid", node, index, inQuotes(value) + " is no colour");
             }
         } else if (!groups_.empty() && !groups_.contains(std::string(value.substr(kGroup.size())))) {
             const std::vector<std::string_view> names(groups_.begin(), groups_.end());
             context_.addAtAttribute("colour-group-unknown", node, index,
-                                    "no CustomGroup has the name " + quoted(value.substr(kGroup.size())),
+                                    "no CustomGroup has the name " + inQuotes(value.substr(kGroup.size())),
                                     didYouMean(nearestWord(value.substr(kGroup.size()), names)));
         }
     }
@@ -289,11 +286,11 @@ private:
             words, [&](std::string_view known) { return OUtils::equalsIgnoreCase(known, word); });
         if (same != words.end() && grammar::isExactList(rule.list)) {
             context_.addAtAttribute("word-case", node, index,
-                                    quoted(word) + " isn't understood in this spelling",
-                                    "Write " + quoted(*same) + ".");
+                                    inQuotes(word) + " isn't understood in this spelling",
+                                    "Write " + inQuotes(*same) + ".");
         } else if (same == words.end()) {
             context_.addAtAttribute("word-unknown", node, index,
-                                    quoted(word) + " isn't one of the " + std::string(rule.list),
+                                    inQuotes(word) + " isn't one of the " + std::string(rule.list),
                                     unknownWordHint(word, words));
         }
     }
@@ -306,7 +303,7 @@ private:
         }
         std::string hint = "Write one of";
         for (std::size_t i = 0; i < all.size(); ++i) {
-            hint += (i == 0 ? " " : ", ") + quoted(all[i]);
+            hint += (i == 0 ? " " : ", ") + inQuotes(all[i]);
         }
         return hint + ".";
     }
