@@ -6,18 +6,16 @@
 #include <vector>
 
 #include "checking/description_check.h"
-#include "package/executable_image.h"
 #include "packager/failure.h"
 #include "packager/findings_report.h"
+#include "packager/image_kind.h"
 #include "support/utilities.h"
 
 namespace {
 
 // A package without an image may be for either system.
 CheckTargets targetsOf(const CommandLine& commandLine, platform::FileSystem& files) {
-    std::string image;
-    const bool isRead = !commandLine.bin && OUtils::readWholeFile(commandLine.image, image, files) == 0;
-    const ImageKind kind = isRead ? measureExecutableImage(image).kind : ImageKind::kNone;
+    const ImageKind kind = commandLine.bin ? ImageKind::kNone : kindOfImage(commandLine.image, files);
     return {.windows = kind != ImageKind::kElf, .linux = kind != ImageKind::kPe};
 }
 

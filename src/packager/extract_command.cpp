@@ -7,6 +7,7 @@
 #include "packager/commands.h"
 #include "packager/extraction_tree.h"
 #include "packager/failure.h"
+#include "packager/make_directories.h"
 #include "packager/package_file_reader.h"
 #include "support/utilities.h"
 
@@ -69,18 +70,9 @@ private:
     std::map<std::string, std::int32_t> taken_;
 };
 
-// Creates the directory and all its parents.
 void makeDirectory(const std::string& path, platform::FileSystem& files) {
-    for (std::size_t end = path.find_first_of("/\\", 1);; end = path.find_first_of("/\\", end + 1)) {
-        const std::string part = path.substr(0, end);
-        if (!files.isDirectory(part)) {
-            files.createDirectory(part);
-        }
-        if (end == std::string::npos) {
-            break;
-        }
-    }
-    if (!files.isDirectory(path)) {
+    std::string failed;
+    if (makeDirectories(path, files, failed) != 0) {
         fail(path + ": the directory can't be made");
     }
 }

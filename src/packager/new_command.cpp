@@ -1,8 +1,8 @@
-#include <cstdint>
 #include <string>
 
 #include "packager/commands.h"
 #include "packager/failure.h"
+#include "packager/make_directories.h"
 #include "packager/template_files.h"
 #include "platform/error_text.h"
 #include "platform/file_system.h"
@@ -10,17 +10,10 @@
 
 namespace {
 
-// Makes the directory and those above it.
-void makeDirectories(const std::string& path, platform::FileSystem& files) {
-    for (std::size_t end = path.find_first_of("/\\", 1);; end = path.find_first_of("/\\", end + 1)) {
-        const std::string part = path.substr(0, end);
-        const int status = files.isDirectory(part) ? 0 : files.createDirectory(part);
-        if (status != 0 && !files.isDirectory(part)) {
-            fail(part + ": the directory can't be made: " + platform::errorText(status));
-        }
-        if (end == std::string::npos) {
-            return;
-        }
+void makeDirectoryOf(const std::string& path, platform::FileSystem& files) {
+    std::string failed;
+    if (const int status = makeDirectories(path.substr(0, path.rfind('/')), files, failed); status != 0) {
+        fail(failed + ": the directory can't be made: " + platform::errorText(status));
     }
 }
 
@@ -50,7 +43,7 @@ void runNew(const CommandLine& commandLine, PackagerOutput& output, platform::Fi
     }
     for (const TemplateFile& file : templateFiles()) {
         const std::string path = directory + "/" + file.path;
-        makeDirectories(path.substr(0, path.rfind('/')), files);
+        makeDirectoryOf(path, files);
         writeNewFile(path, file.text, files);
         output.print(printable(path));
     }

@@ -8,11 +8,10 @@
 #include "description/file_sets.h"
 #include "description/pxml.h"
 #include "description/vocabulary_lookup.h"
-#include "package/executable_image.h"
 #include "packager/failure.h"
+#include "packager/image_kind.h"
 #include "packager/root_path.h"
 #include "platform/file_system.h"
-#include "support/utilities.h"
 
 namespace {
 
@@ -208,13 +207,9 @@ void TreeExpansion::warnOfUnused(const TreeRequest& tree, bool isEmpty) {
     }
 }
 
-// The image's own faults are reported by whoever packs it.
 TargetSystem TreeExpansion::target() {
     if (!target_) {
-        std::string image;
-        const bool isKnown =
-            !sources_.image.empty() && OUtils::readWholeFile(sources_.image, image, files_) == 0;
-        const ImageKind kind = isKnown ? measureExecutableImage(image).kind : ImageKind::kNone;
+        const ImageKind kind = kindOfImage(sources_.image, files_);
         target_ = kind == ImageKind::kPe    ? TargetSystem::kWindows
                   : kind == ImageKind::kElf ? TargetSystem::kLinux
                                             : TargetSystem::kAny;
