@@ -67,6 +67,23 @@ DirectoryStream streamOf(int descriptor) {
     return stream;
 }
 
+// Calls `visit` with the stream and each entry. 0, or the system's error number.
+template <typename Visitor>
+int forEachEntry(int descriptor, Visitor visit) {
+    const DirectoryStream directory = streamOf(descriptor);
+    if (directory == nullptr) {
+        return errno;
+    }
+    for (;;) {
+        errno = 0;
+        const dirent* entry = readdir(directory.get());
+        if (entry == nullptr) {
+            return errno;
+        }
+        visit(directory.get(), *entry);
+    }
+}
+
 // For file systems that can't rename without replacing: a look before the leap.
 int moveToFreePath(int base, const char* path, const char* to) {
     if (renameat2(base, path, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
@@ -162,39 +179,21 @@ int PosixDirectory::open(int base, const std::string& path, int flags,
 
 int PosixDirectory::list(std::vector<DirectoryEntry>& outEntries) {
     outEntries.clear();
-    const DirectoryStream directory = streamOf(descriptor_.get());
-    if (directory == nullptr) {
-        return errno;
-    }
-    for (;;) {
-        errno = 0;
-        const dirent* entry = readdir(directory.get());
-        if (entry == nullptr) {
-            return errno;
+    return forEachEntry(descriptor_.get(), [&](DIR* directory, const dirent& entry) {
+        if (isPlainName(entry.d_name)) {
+            outEntries.push_back({entry.d_name, isDirectoryEntry(directory, entry)});
         }
-        if (isPlainName(entry->d_name)) {
-            outEntries.push_back({entry->d_name, isDirectoryEntry(directory.get(), *entry)});
-        }
-    }
+    });
 }
 
 int PosixDirectory::listDisk(std::vector<DiskEntry>& outEntries) {
     outEntries.clear();
-    const DirectoryStream directory = streamOf(descriptor_.get());
-    if (directory == nullptr) {
-        return errno;
-    }
-    for (;;) {
-        errno = 0;
-        const dirent* entry = readdir(directory.get());
-        if (entry == nullptr) {
-            return errno;
-        }
-        const std::string_view name = entry->d_name;
+    return forEachEntry(descriptor_.get(), [&](DIR* directory, const dirent& entry) {
+        const std::string_view name = entry.d_name;
         if (name != "." && name != "..") {
-            outEntries.push_back(diskEntryOf(directory.get(), name.data()));
+            outEntries.push_back(diskEntryOf(directory, name.data()));
         }
-    }
+    });
 }
 
 int PosixDirectory::openDirectory(std::string_view name, std::unique_ptr<Directory>& outDirectory) {
