@@ -46,7 +46,7 @@ void addElement(const CheckContext& context, std::int32_t node, std::vector<Alia
     uses.push_back({*kind, node, text});
 }
 
-// As the action reads it, which takes the alias for a path unless it is told not to.
+// As the action reads it: the alias counts as a path unless the description says otherwise.
 void addAction(const CheckContext& context, std::int32_t node, std::vector<AliasUse>& uses) {
     const std::string_view text = context.text(node);
     const std::string_view details = context.attribute(node, "Details").value_or("");

@@ -34,7 +34,7 @@ References referencesOfValue(const CheckContext& context, std::int32_t node) {
                : References::kNone;
 }
 
-// The registry only replaces references where it is told to, and a few texts are for other readers.
+// Registry changes replace references only on request, and a few texts have other readers.
 References textReferences(const CheckContext& context, std::int32_t node, const grammar::ElementRule& rule) {
     if (rule.type == "Value") {
         return referencesOfValue(context, node);

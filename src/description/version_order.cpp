@@ -18,7 +18,7 @@ std::string_view withoutBlanks(std::string_view text) {
     return text.substr(0, text.find_last_not_of(kBlanks) + 1);
 }
 
-// Takes what is ahead of the mark, and the mark, from the text.
+// Cuts what comes before the mark, and the mark, off the text.
 std::string_view takeUntil(std::string_view& text, char mark) {
     const std::size_t end = std::min(text.find(mark), text.size());
     const std::string_view taken = text.substr(0, end);

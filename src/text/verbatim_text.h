@@ -5,7 +5,7 @@
 #include <vector>
 
 // These functions read a document that is shown as it is written: nothing in it is markup. It ends at its
-// first zero byte; a byte order mark ahead of it is dropped. Every such document can be shown.
+// first zero byte; a leading byte order mark is dropped. Every such document can be shown.
 
 // Its lines, without their ends, as valid UTF-8 with U+FFFD for each byte that isn't. LF, CR LF, CR and form
 // feed end a line; what follows the last end is a line unless it is empty. TABs become blanks up to the next
