@@ -243,8 +243,13 @@ bool FileChange::undo(const LogRecord& record) {
     return !isToGo || remove(path);
 }
 
+// No installed file is a link: one in the place of a link is somebody else's, whatever it leads to.
 bool FileChange::wasNotMade(const LogRecord& record, const std::string& path) {
-    return !record.former.empty() && FormerState::ofFile(context_.machine.files, path) == record.former;
+    platform::FileSystem& files = context_.machine.files;
+    if (FormerState::isOfLink(record.former)) {
+        return files.kindOf(path) == platform::PathKind::kLink;
+    }
+    return !record.former.empty() && FormerState::ofFile(files, path) == record.former;
 }
 
 bool FileChange::isStillInstalled(const std::string& path) {

@@ -31,4 +31,8 @@ std::string ofFile(platform::FileSystem& files, std::string_view path) {
     return digest ? md5Text(*digest) : std::string();
 }
 
+bool isOfLink(std::string_view former) {
+    return former.starts_with(kLink);
+}
+
 }  // namespace FormerState

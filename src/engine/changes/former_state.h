@@ -16,5 +16,7 @@ namespace FormerState {
 std::string ofBytes(std::string_view bytes);
 // Of a plain file or a link, which isn't followed. Empty when there is nothing, or when it can't be read.
 std::string ofFile(platform::FileSystem& files, std::string_view path);
+// Whether a result of ofFile describes a link.
+bool isOfLink(std::string_view former);
 
 }  // namespace FormerState

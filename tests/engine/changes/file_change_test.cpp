@@ -3,6 +3,7 @@
 #include "engine/action_log_writer.h"
 #include "engine/backup_restore.h"
 #include "engine/changes/change_table.h"
+#include "engine/changes/former_state.h"
 #include "engine/installation_fixture.h"
 #include "platform/error_text.h"
 
@@ -332,7 +333,9 @@ TEST_F(FileChangeTest, NeedsNoFrontEndAndNoErrorList) {
 // Undoes one record.
 class FileUndoTest : public EngineTest {
 protected:
-    bool undo(std::string_view fields) { return change_.undo({"FILE", fields}); }
+    bool undo(std::string_view fields, std::string_view former = {}) {
+        return change_.undo({"FILE", fields, former});
+    }
 
     PFileConsole logFile_{files_};
     ActionLogWriter writer_{logFile_};
@@ -368,6 +371,16 @@ TEST_F(FileUndoTest, LeavesWhatBelongsToTheArchive) {
     EXPECT_TRUE(undo("OVER\t/app/a"));
     EXPECT_TRUE(files_.hasFile("/app/a"));
     EXPECT_TRUE(ui_.calls.empty());
+}
+
+TEST_F(FileUndoTest, LeavesAnyLinkWhereOneWasReplaced) {
+    files_.addLink("/app/again", "/elsewhere");
+    files_.addFile("/app/ours", "installed");
+    const std::string former = "LINK" + FormerState::ofBytes("/somewhere");
+    EXPECT_TRUE(undo("CREATE\t/app/again", former));
+    EXPECT_TRUE(undo("CREATE\t/app/ours", former));
+    EXPECT_EQ(files_.linkTarget("/app/again"), "/elsewhere");
+    EXPECT_FALSE(files_.exists("/app/ours"));
 }
 
 TEST_F(FileUndoTest, NamesWhatStaysWithoutAnArchive) {

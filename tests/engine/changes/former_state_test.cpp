@@ -21,6 +21,9 @@ TEST(FormerStateTest, TakesALinkForOneWhateverItLeadsTo) {
     files.addLink("/other", "/none");
     EXPECT_EQ(FormerState::ofFile(files, "/link"), "LINK" + FormerState::ofBytes("/a"));
     EXPECT_EQ(FormerState::ofFile(files, "/other"), "LINK" + FormerState::ofBytes("/none"));
+    EXPECT_TRUE(FormerState::isOfLink(FormerState::ofFile(files, "/link")));
+    EXPECT_FALSE(FormerState::isOfLink(FormerState::ofFile(files, "/a")));
+    EXPECT_FALSE(FormerState::isOfLink(""));
 }
 
 TEST(FormerStateTest, SaysNothingOfWhatCannotBeRead) {
