@@ -11,8 +11,8 @@
 #include "engine/action_log_reader.h"
 #include "engine/action_log_rewriter.h"
 #include "engine/record_reader.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/p_console.h"
 #include "support/p_mem_stream.h"
 

@@ -13,10 +13,10 @@
 #include "description/variables.h"
 #include "engine/configuration_export.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_environment.h"
 #include "fakes/fake_system_operations.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 // The input as the answers file of an unattended run: its values replace those of a description. What a
 // run then leaves as its own answers file gives a second run the same values.
@@ -64,7 +64,7 @@ public:
 private:
     MemoryFileSystem files_;
     FakeSystemOperations system_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     AnyLog logs_;
     FakeConsole log_;
     AnswersFile answers_{files_};

@@ -2,10 +2,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
 #include "package/backup_file.h"
 #include "package/backup_format.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/debug_log.h"
 
 namespace {

@@ -3,12 +3,12 @@
 #include <string>
 #include <string_view>
 
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
 #include "package/cabinet.h"
 #include "package_bytes.h"
 #include "packager/commands.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 // The catalogue of a cabinet, in the plain form and within a valid stream; and the files that are extracted
 // from it.
@@ -40,7 +40,7 @@ bool readAll(MemoryFileSystem& files, const char* path) {
 
 bool accepts(std::string_view input) {
     MemoryFileSystem files;
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     files.addFile("/plain", leadBlock() + std::string(input));
     files.addFile("/solid", leadBlock() + solidStream(input));
     const bool isPlainRead = readAll(files, "/plain");

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "checking/description_check.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 
 #include "description/answers_file.h"
 #include "description/uninstall_overrides.h"
-#include "fakes/fake_platform.h"
 #include "fuzz_target.h"
 #include "package/cabinet.h"
+#include "platform/memory/memory_platform.h"
 #include "session/session_model.h"
 #include "wini/system_services.h"
 
@@ -67,7 +67,7 @@ void checkTheme(const ColourTheme& theme) {
 
 // Whether everything could be read, and there is a file and a dialog.
 bool readAll(std::string_view description, bool isUninstallation, bool isGraphical) {
-    FakePlatform machine;
+    MemoryPlatform machine;
     const DebugLog debugLog;
     SystemServices services(machine.bundle(), debugLog);
     AnswersFile answers(machine.files);

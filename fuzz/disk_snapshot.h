@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "disk_paths.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 // What is on a disk in memory at one moment.
 class DiskSnapshot {

@@ -13,11 +13,11 @@
 
 #include "disk_paths.h"
 #include "disk_snapshot.h"
-#include "fakes/fake_platform.h"
 #include "fuzz_target.h"
 #include "input_sections.h"
 #include "memory_session.h"
 #include "package/backup_format.h"
+#include "platform/memory/memory_platform.h"
 #include "session/session_flags.h"
 
 namespace {
@@ -128,7 +128,7 @@ std::string firstContentOf(MemoryFileSystem& files, std::string_view archive) {
 // has been cleaned.
 bool accepts(std::string_view input) {
     const std::vector<std::string_view> sections = sectionsOf(input);
-    FakePlatform machine;
+    MemoryPlatform machine;
     prepare(machine.files, sections);
     const DiskSnapshot before(machine.files);
     const std::string_view archive = sections.size() > 1 ? sections[1] : std::string_view();

@@ -11,12 +11,12 @@
 #include "description/pxml.h"
 #include "disk_paths.h"
 #include "disk_snapshot.h"
-#include "fakes/fake_platform.h"
 #include "fuzz_target.h"
 #include "input_sections.h"
 #include "memory_session.h"
 #include "package/cabinet.h"
 #include "package_bytes.h"
+#include "platform/memory/memory_platform.h"
 #include "session/session_flags.h"
 
 namespace {
@@ -88,7 +88,7 @@ private:
 
 // Accepted when the installation succeeded and wrote something.
 bool accepts(std::string_view input) {
-    FakePlatform machine;
+    MemoryPlatform machine;
     machine.files.addDirectory("/tmp");
     machine.files.addFile(kForeign, "dear");
     machine.files.addFile("/opt/present/readme.txt", "the user's");

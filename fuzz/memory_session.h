@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "description/answers_file.h"
-#include "fakes/fake_platform.h"
 #include "fakes/walking_ui.h"
 #include "fuzz_target.h"
+#include "platform/memory/memory_platform.h"
 #include "support/p_console.h"
 #include "wini/nested_sessions.h"
 #include "wini/wini.h"
@@ -22,7 +22,7 @@ struct SessionEnd {
 
 // Loads the package or, with kSessionActionLog, the action log at `path` and walks through all pages with
 // nobody to ask. `onCall` gets each call of the front end as text (fakes/recording_ui.h). No file stays open.
-inline SessionEnd runSession(FakePlatform& machine, const std::string& path, std::uint32_t flags,
+inline SessionEnd runSession(MemoryPlatform& machine, const std::string& path, std::uint32_t flags,
                              const std::function<void(Wini&, std::string_view)>& onCall = {}) {
     SessionEnd end;
     {

@@ -1,11 +1,11 @@
 #include <string>
 #include <string_view>
 
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
 #include "package/package_checksum.h"
 #include "packager/commands.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 #include "solid_stream_memory.h"
 
 // A whole package, with or without an image before it, as the tools and the installer read it.
@@ -38,7 +38,7 @@ bool accepts(std::string_view input) {
         return false;
     }
     MemoryFileSystem files;
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     files.addFile("/p", input);
     SilentOutput output;
     verifyInstallerChecksum("/p", files);

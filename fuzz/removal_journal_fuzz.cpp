@@ -13,10 +13,10 @@
 #include "engine/removal_journal_format.h"
 #include "engine/removal_record.h"
 #include "engine/work_notes.h"
-#include "fakes/fake_platform.h"
 #include "fuzz_target.h"
 #include "input_sections.h"
 #include "package/little_endian.h"
+#include "platform/memory/memory_platform.h"
 #include "support/md5.h"
 
 namespace {
@@ -99,7 +99,7 @@ void checkWork(const UnfinishedWork& work) {
     }
 }
 
-UnfinishedWork lookAt(FakePlatform& machine) {
+UnfinishedWork lookAt(MemoryPlatform& machine) {
     RemovalJournal journal(machine.files, machine.environment);
     require(journal.look(kDirectory));
     UnfinishedWork work = WorkNotes(journal).read();
@@ -108,7 +108,7 @@ UnfinishedWork lookAt(FakePlatform& machine) {
 }
 
 // What another run appends is found, and nothing that is whole has gone.
-void checkContinuation(FakePlatform& machine, std::size_t recordsBefore) {
+void checkContinuation(MemoryPlatform& machine, std::size_t recordsBefore) {
     RemovalBackups backups(machine.bundle());
     require(backups.resume(kDirectory));
     for (const UninstallBackup& backup : backups.uninstallBackups) {
@@ -127,7 +127,7 @@ void checkContinuation(FakePlatform& machine, std::size_t recordsBefore) {
 
 // Accepted when every byte was understood and there is a product whose run hadn't ended.
 bool accepts(std::string_view input) {
-    FakePlatform machine;
+    MemoryPlatform machine;
     const std::string content = journalOf(input);
     machine.files.addDirectory("/tmp");
     machine.files.addFile(kForeign, "dear");

@@ -14,8 +14,8 @@
 #include "engine/changes/ini_change.h"
 #include "engine/changes/text_file.h"
 #include "engine/report.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -7,11 +7,11 @@
 #include "base/errors.h"
 #include "description/pxml.h"
 #include "description/vocabulary_lookup.h"
-#include "fakes/memory_file_system.h"
 #include "fuzz_target.h"
 #include "input_sections.h"
 #include "packager/root_path.h"
 #include "packager/tree_expansion.h"
+#include "platform/memory/memory_file_system.h"
 
 // A description, and a disk: for each line of the second section a file ("f PATH"), a program ("p PATH"), a
 // link ("l PATH>TARGET") or a device ("d PATH") below the root, and "c CONTENT" for those that follow. What

@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "fakes/fake_platform.h"
 #include "fuzz_target.h"
 #include "memory_session.h"
 #include "package/backup_file.h"
+#include "platform/memory/memory_platform.h"
 #include "session/session_flags.h"
 
 namespace {
@@ -56,7 +56,7 @@ void prepare(MemoryFileSystem& files, std::string_view records) {
 
 // Accepted when nothing failed, the user's file came back and the cache has been cleaned.
 bool accepts(std::string_view input) {
-    FakePlatform machine;
+    MemoryPlatform machine;
     prepare(machine.files, input);
     const SessionEnd end = runSession(machine, "/kit/log", kSessionActionLog);
     require(end.isFinished);

@@ -11,7 +11,7 @@
 #include "checking/declared_variables.h"
 #include "checking/packed_files.h"
 #include "checking/path_values.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 // What a check is given.
 struct CheckedParts {

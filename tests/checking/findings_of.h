@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "checking/description_check.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 // Shows findings as "line:column code", which is what most tests want to see.
 inline std::vector<std::string> shown(const std::vector<Finding>& findings) {

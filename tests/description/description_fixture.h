@@ -9,8 +9,8 @@
 #include "description/pxml.h"
 #include "description/variable_store.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/debug_log.h"
 
 // A document with variables and conditions, as the classes that read a description see it.
@@ -24,7 +24,7 @@ protected:
         return reading ? reading->value : "(none)";
     }
 
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     MemoryFileSystem files_;
     FakeConsole log_;
     DebugLog console_{log_};

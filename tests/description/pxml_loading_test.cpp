@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "description/pxml.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/p_buf_stream.h"
 #include "support/p_mem_stream.h"
 

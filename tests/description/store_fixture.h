@@ -7,9 +7,9 @@
 #include "description/expressions.h"
 #include "description/predefined_variables.h"
 #include "description/variable_store.h"
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
 #include "log_lines.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 // A store of variables with everything that it needs.
 class StoreFixture : public testing::Test {
@@ -26,7 +26,7 @@ protected:
     }
 
     LogLines log_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     MemoryFileSystem files_;
     std::int32_t isGraphical_ = 0;
     PredefinedVariables predefined_{isGraphical_, environment_, files_, log_.console()};

@@ -5,9 +5,9 @@
 #include "description/answers_file.h"
 #include "description/default_values_fixture.h"
 #include "description/dialog_model.h"
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
 #include "log_lines.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ protected:
     void parse(const std::string& children) { document_.parseText("<Root>" + children + "</Root>"); }
 
     FakeSystemOperations system_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     MemoryFileSystem files_;
     TableLogs logs_;
     LogLines log_;

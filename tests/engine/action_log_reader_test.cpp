@@ -4,7 +4,7 @@
 
 #include "base/errors.h"
 #include "fakes/fake_console.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/p_file_stream.h"
 #include "support/p_mem_stream.h"
 

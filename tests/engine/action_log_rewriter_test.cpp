@@ -6,7 +6,7 @@
 
 #include "base/errors.h"
 #include "engine/action_log_reader.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/debug_log.h"
 #include "support/p_file_stream.h"
 #include "support/utilities.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/action_log_format.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/p_file_console.h"
 
 namespace {

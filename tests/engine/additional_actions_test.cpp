@@ -30,7 +30,7 @@ protected:
     // The command lines of the programs that were started.
     std::vector<std::string> started() const {
         std::vector<std::string> lines;
-        for (const FakeProcesses::Started& program : machine_.processes.started) {
+        for (const MemoryProcesses::Started& program : machine_.processes.started) {
             lines.push_back(program.commandLine);
         }
         return lines;

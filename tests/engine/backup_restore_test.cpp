@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "engine/report.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
 #include "package/backup_file.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "engine/directory_check.h"
 
 #include "engine/installation_fixture.h"
-#include "fakes/fake_environment.h"
+#include "platform/memory/memory_environment.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ TEST(DirectoryFaultTest, NamesWhatALogCannotHold) {
 }
 
 TEST(AbsolutePathTest, CountsFromTheCurrentDirectory) {
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     environment.current = "/home/me";
     EXPECT_EQ(absolutePath(environment, "demo"), "\\home\\me\\demo");
     EXPECT_EQ(absolutePath(environment, "a\\b"), "\\home\\me\\a\\b");

@@ -11,11 +11,11 @@
 #include "engine/action_log_writer.h"
 #include "engine/engine_parts.h"
 #include "engine/report.h"
-#include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
 #include "fakes/recording_ui.h"
 #include "package/cabinet.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_platform.h"
 #include "platform/written_path.h"
 #include "support/p_file_console.h"
 
@@ -67,7 +67,7 @@ protected:
         return job(report);
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     MemoryFileSystem& files_ = machine_.files;
     InstallingSystem system_{files_};
     RecordingUI ui_;

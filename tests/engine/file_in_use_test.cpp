@@ -4,8 +4,8 @@
 
 #include "engine/report.h"
 #include "fakes/installing_system.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -22,7 +22,7 @@ constexpr char kLog[] = "/tmp/orinstall1";
 constexpr char kArchive[] = "/tmp/orinstall2";
 
 // A desktop whose links are files.
-class DiskShell : public FakeShellObjects {
+class DiskShell : public MemoryShellObjects {
 public:
     explicit DiskShell(MemoryFileSystem& files) : files_(files) {}
 
@@ -41,10 +41,10 @@ private:
 struct Moment {
     MemoryFileSystem files;
     MemoryRegistry registry;
-    FakeFirewall firewall;
+    MemoryFirewall firewall;
 
     Moment(const MemoryFileSystem& theFiles, const MemoryRegistry& theRegistry,
-           const FakeFirewall& theFirewall)
+           const MemoryFirewall& theFirewall)
         : registry(theRegistry), firewall(theFirewall) {
         files.becomeCopyOf(theFiles);
         registry.watcher = nullptr;
@@ -108,7 +108,7 @@ protected:
         }
     }
 
-    EngineParts partsOn(MemoryFileSystem& files, MemoryRegistry& registry, FakeFirewall& firewall,
+    EngineParts partsOn(MemoryFileSystem& files, MemoryRegistry& registry, MemoryFirewall& firewall,
                         platform::ShellObjects& shell) {
         return {parts_.model,
                 cabinet_,

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_environment.h"
-#include "fakes/fake_firewall.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_firewall.h"
 
 namespace {
 
@@ -22,8 +22,8 @@ protected:
     RemovalRecord last() { return journal_.read().records.back(); }
 
     MemoryFileSystem files_;
-    FakeEnvironment environment_;
-    FakeFirewall firewall_;
+    MemoryEnvironment environment_;
+    MemoryFirewall firewall_;
     RemovalJournal journal_{files_, environment_};
     JournaledFirewall journaled_{firewall_, journal_};
     std::unique_ptr<platform::FirewallProfile> profile_;

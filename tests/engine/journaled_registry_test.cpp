@@ -4,9 +4,9 @@
 
 #include <functional>
 
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
-#include "fakes/memory_registry.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_registry.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ protected:
     }
 
     MemoryFileSystem files_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     WatchedRegistry registry_;
     RemovalJournal journal_{files_, environment_};
     JournaledRegistry journaled_{registry_, journal_};

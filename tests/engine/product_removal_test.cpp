@@ -57,7 +57,7 @@ protected:
     FakeNestedSessions sessions_;
     static inline const ProductRemoval::Request kReversible = {"Demo", "", true, true};
 
-    FakeEnvironment& environment_ = machine_.environment;
+    MemoryEnvironment& environment_ = machine_.environment;
     RemovalBackups backups_{machine_.bundle()};
     ProductRemoval removal_{parts_, sessions_, backups_, errors_};
 };

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "engine/product_state_format.h"
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 #include "platform/path_identity.h"
 
 namespace {
@@ -45,7 +45,7 @@ protected:
     bool isKnown() { return !state_.load(kLog).isEmpty(); }
 
     MemoryFileSystem files_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     ProductState state_{files_, environment_};
 };
 

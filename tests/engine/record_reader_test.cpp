@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/p_file_stream.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include "base/errors.h"
 #include "engine/product_state.h"
 #include "engine/work_notes.h"
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 #include "platform/written_path.h"
 
 namespace {
@@ -26,7 +26,7 @@ protected:
         backups_.nestedBackups = {{"/app/backup.bin", "/tmp/n"}, {"/app/none", ""}};
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     MemoryFileSystem& files_ = machine_.files;
     RemovalBackups backups_{machine_.bundle()};
 };

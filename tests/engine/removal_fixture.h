@@ -8,11 +8,11 @@
 #include "engine/removal_journal.h"
 #include "engine/removal_playback.h"
 #include "engine/report.h"
-#include "fakes/fake_platform.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_platform.h"
 
 // A desktop whose links are files.
-class LinkWritingShell : public FakeShellObjects {
+class LinkWritingShell : public MemoryShellObjects {
 public:
     explicit LinkWritingShell(MemoryFileSystem& files) : files_(files) {}
     int createLink(std::string_view linkPath, const platform::LinkDescription& link) override {
@@ -68,7 +68,7 @@ public:
 
     std::string journalFile() const { return journal.directory() + "/journal"; }
 
-    FakePlatform machine;
+    MemoryPlatform machine;
     MemoryFileSystem& files = machine.files;
     LinkWritingShell shell{machine.files};
     RemovalJournal journal{machine.files, machine.environment};

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ protected:
     std::string file() const { return journal_.directory() + "/journal"; }
 
     MemoryFileSystem files_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     RemovalJournal journal_{files_, environment_};
 };
 

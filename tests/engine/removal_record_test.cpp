@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/removal_journal_format.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -13,8 +13,8 @@ class ProductLockTest : public testing::Test {
 protected:
     ProductLock make() { return ProductLock(machine_.bundle(), DebugLog()); }
 
-    FakePlatform machine_;
-    FakeNamedEvents& events_ = machine_.events;
+    MemoryPlatform machine_;
+    MemoryNamedEvents& events_ = machine_.events;
 };
 
 TEST_F(ProductLockTest, IsHeldUntilItIsReleasedOrGone) {
@@ -69,7 +69,7 @@ TEST_F(ProductLockTest, TellsTheProgramsItStartsWhoHoldsIt) {
 }
 
 TEST(JournalsLockTest, IsNullWhereAnotherRunHasIt) {
-    FakeNamedEvents events;
+    MemoryNamedEvents events;
     EXPECT_NE(lockJournals(events, 0), nullptr);
     events.lockResults = {LockResult::kBusy};
     EXPECT_EQ(lockJournals(events, 20), nullptr);

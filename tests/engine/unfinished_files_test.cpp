@@ -4,8 +4,8 @@
 
 #include "engine/changes/same_path.h"
 #include "engine/removal_journal.h"
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 
@@ -46,7 +46,7 @@ TEST_F(UnfinishedFilesTest, MayLieInADirectoryThatTheInstallationMade) {
 }
 
 TEST_F(UnfinishedFilesTest, LieWhereARemovalChangedOrArchivedFiles) {
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     RemovalJournal journal(files_, environment);
     ASSERT_EQ(journal.open(), 0);
     files_.addFile("/app/tool", "1");

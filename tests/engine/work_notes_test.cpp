@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "engine/removal_journal.h"
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ protected:
         return WorkNotes(journal).read();
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     RemovalJournal journal_{machine_.files, machine_.environment};
     WorkNotes notes_{journal_};
 };

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "fakes/fake_console_device.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_console_device.h"
 #include "ui/generic_ui.h"
 #include "ui/graphical_front_ends.h"
 
@@ -93,5 +93,5 @@ public:
     }
 
 private:
-    FakeConsoleDevice console_;  // which a window never uses
+    MemoryConsoleDevice console_;  // which a window never uses
 };

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "platform/registry.h"
 
 // Why a call fails, in the numbers of each interface.

@@ -40,17 +40,17 @@ std::vector<Difference> differencesOf(const MachineState& expected, const Machin
 int DiskShell::createLink(std::string_view linkPath, const platform::LinkDescription& link) {
     files_.addFile(linkPath, "link to " + link.target + " " + link.arguments + " " + link.workDirectory +
                                  " " + link.iconPath + " " + link.description);
-    return FakeShellObjects::createLink(linkPath, link);
+    return MemoryShellObjects::createLink(linkPath, link);
 }
 
 int DiskShell::createUrlLink(std::string_view linkPath, std::string_view url) {
     files_.addFile(linkPath, url);
-    return FakeShellObjects::createUrlLink(linkPath, url);
+    return MemoryShellObjects::createUrlLink(linkPath, url);
 }
 
 int DiskShell::createSymlink(std::string_view linkPath, std::string_view target) {
     files_.addLink(linkPath, target);
-    return FakeShellObjects::createSymlink(linkPath, target);
+    return MemoryShellObjects::createSymlink(linkPath, target);
 }
 
 Machine::Machine() {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "call_gate.h"
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 
 // All that a run may change on a machine, by what it is: "file /a/b", "registry HKLM\a:b", "firewall 80 TCP".
 using MachineState = std::map<std::string, std::string>;
@@ -21,7 +21,7 @@ struct Difference {
 std::vector<Difference> differencesOf(const MachineState& expected, const MachineState& found);
 
 // A desktop whose links are files with all that a link says.
-class DiskShell : public FakeShellObjects {
+class DiskShell : public MemoryShellObjects {
 public:
     explicit DiskShell(MemoryFileSystem& files) : files_(files) {}
     int createLink(std::string_view linkPath, const platform::LinkDescription& link) override;
@@ -39,7 +39,7 @@ public:
     Machine(const Machine& other);
     Machine& operator=(const Machine&) = delete;
 
-    FakePlatform fakes;
+    MemoryPlatform fakes;
 
     // Everything but the kit, from which products are installed.
     MachineState state() const;

@@ -117,7 +117,7 @@ std::string SampleProduct::packageOf(Version version) {
 }
 
 void SampleProduct::prepare(Machine& machine) {
-    FakePlatform& fakes = machine.fakes;
+    MemoryPlatform& fakes = machine.fakes;
     for (const Version version : {Version::kFirst, Version::kSecond, Version::kBrokenSecond}) {
         pack(fakes.files, version);
     }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 class Machine;
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_platform.h"
 #include "platform/clock.h"
+#include "platform/memory/memory_platform.h"
 #include "platform/written_path.h"
 #include "support/p_file_console.h"
 
@@ -15,7 +15,7 @@ protected:
         return openDebugLog(log_, requested, machine_.environment, machine_.files, machine_.console);
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     PFileConsole log_{machine_.files};
 };
 

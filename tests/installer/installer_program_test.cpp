@@ -6,11 +6,11 @@
 
 #include "engine/journaled_machine.h"
 #include "engine/removal_journal.h"
-#include "fakes/fake_platform.h"
 #include "fakes/recording_window.h"
 #include "installer/console_control.h"
 #include "installer/version_option.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_platform.h"
 #include "platform/program.h"
 #include "wini/uninstaller_events.h"
 
@@ -99,7 +99,7 @@ protected:
         platform::MessageIcon icon;
     };
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     FakeWindows windows_;
     std::vector<Box> boxes_;
 };

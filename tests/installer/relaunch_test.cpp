@@ -5,9 +5,9 @@
 #include "engine/removal_journal.h"
 #include "engine/work_notes.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "installer/run_options.h"
 #include "installer/start_messages.h"
+#include "platform/memory/memory_platform.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -40,7 +40,7 @@ protected:
         EXPECT_TRUE(machine_.processes.started.empty() || machine_.processes.startError != 0);
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     StartMessages messages_{machine_.console, platform::showMessage};
     FakeConsole log_;
     RunOptions options_;

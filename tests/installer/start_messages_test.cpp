@@ -4,13 +4,13 @@
 
 #include <string>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 class StartMessagesTest : public testing::Test {
 protected:
-    FakeConsoleDevice console_;
+    MemoryConsoleDevice console_;
     std::string boxes_;
     StartMessages messages_{
         console_, [this](std::string_view text, std::string_view caption, platform::MessageIcon icon) {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "installer/start_messages.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ class UninstallationLockTest : public testing::Test {
 protected:
     UninstallationLockTest() { machine_.processes.ownId = 500; }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     FakeConsole log_;
     StartMessages messages_{machine_.console, platform::showMessage};
     platform::Platform bundle_ = machine_.bundle();

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_platform.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_platform.h"
 #include "session/command_line_parameters.h"
 
 namespace {
@@ -26,7 +26,7 @@ protected:
             .write({{"/src/install.xml", "install.xml", "install.xml"}}, options, "/payload.bin");
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
 };
 
 TEST_F(VersionOptionTest, IsTheOptionWithoutAValue) {

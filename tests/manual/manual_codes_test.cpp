@@ -6,9 +6,9 @@
 #include <algorithm>
 
 #include "checking/description_check.h"
-#include "fakes/memory_file_system.h"
 #include "manual/check_examples.h"
 #include "manual/manual_text.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include "checking/description_check.h"
 #include "checking/grammar.h"
-#include "fakes/memory_file_system.h"
 #include "manual/check_examples.h"
 #include "manual/manual_text.h"
+#include "platform/memory/memory_file_system.h"
 #include "property/random_numbers.h"
 
 namespace {

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "fakes/fake_console.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
 #include "package/backup_format.h"
 #include "package/little_endian.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/debug_log.h"
 
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/memory_file_system.h"
 #include "package/backup_format.h"
 #include "package/little_endian.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

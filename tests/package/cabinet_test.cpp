@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "fakes/fake_console.h"
-#include "fakes/memory_file_system.h"
 #include "package/package_bytes.h"
+#include "platform/memory/memory_file_system.h"
 
 using namespace PackageBytes;
 

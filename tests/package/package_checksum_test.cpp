@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
 #include "package/package_layout.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

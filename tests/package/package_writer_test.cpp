@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "base/errors.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
 #include "package/cabinet.h"
 #include "package/image_bytes.h"
 #include "package/package_stamp.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_file_system.h"
 
 using namespace PackageBytes;
 using namespace ImageBytes;

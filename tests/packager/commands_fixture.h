@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "checking/finding_codes.h"
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
 #include "packager/commands.h"
 #include "packager/recorded_output.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 // A small product in memory and the tool to try on it.
 class CommandsTest : public testing::Test {
@@ -60,6 +60,6 @@ protected:
     }
 
     MemoryFileSystem files_;
-    FakeEnvironment environment_;
+    MemoryEnvironment environment_;
     RecordedOutput output_;
 };

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
-#include "fakes/memory_file_system.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

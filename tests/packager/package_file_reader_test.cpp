@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
-#include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_file_system.h"
 
 using namespace PackageBytes;
 using namespace ImageBytes;

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/memory_file_system.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

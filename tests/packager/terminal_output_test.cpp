@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 TEST(TerminalOutput, KeepsResultsAndErrorsApart) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     TerminalOutput output(device);
     output.print("result");
     output.warn("problem");
@@ -17,7 +17,7 @@ TEST(TerminalOutput, KeepsResultsAndErrorsApart) {
 }
 
 TEST(TerminalOutput, ShowsProgressOnATerminalOnly) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     TerminalOutput output(device);
     output.progress("Reading", 5);
     EXPECT_EQ(device.output, "");
@@ -30,7 +30,7 @@ TEST(TerminalOutput, ShowsProgressOnATerminalOnly) {
 }
 
 TEST(TerminalOutput, PassesNoCommandOfADocumentToTheTerminal) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     TerminalOutput output(device);
     output.print("a\x1B[2Jb\r");
     output.warn(
@@ -41,7 +41,7 @@ TEST(TerminalOutput, PassesNoCommandOfADocumentToTheTerminal) {
 }
 
 TEST(TerminalOutput, NoticesALostOutput) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     TerminalOutput output(device);
     device.outputLimit = 0;
     output.print("result");

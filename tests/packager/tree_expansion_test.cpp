@@ -6,8 +6,8 @@
 
 #include "base/errors.h"
 #include "description/pxml.h"
-#include "fakes/memory_file_system.h"
 #include "package/image_bytes.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "base/errors.h"
-#include "fakes/memory_file_system.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

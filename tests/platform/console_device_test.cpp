@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 TEST(ConsoleDeviceTest, ReplacesControlAndDirectionCharactersInBothOutputs) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     EXPECT_TRUE(
         device.write("a\x1B[2Jb\xE2\x80\xAE"
                      "c\n\td"));
@@ -20,7 +20,7 @@ TEST(ConsoleDeviceTest, ReplacesControlAndDirectionCharactersInBothOutputs) {
 
 TEST(ConsoleDeviceTest, ReplacesThemInAPipeAndOnATerminalAlike) {
     for (const int columns : {0, 80}) {
-        FakeConsoleDevice device;
+        MemoryConsoleDevice device;
         device.columns = columns;
         EXPECT_TRUE(device.write("\x1B"));
         EXPECT_EQ("?", device.output);
@@ -28,13 +28,13 @@ TEST(ConsoleDeviceTest, ReplacesThemInAPipeAndOnATerminalAlike) {
 }
 
 TEST(ConsoleDeviceTest, PassesTheCommandsOfTheProgramOn) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     EXPECT_TRUE(device.writeControl("\r\x1B[1m"));
     EXPECT_EQ("\r\x1B[1m", device.output);
 }
 
 TEST(ConsoleDeviceTest, ReportsALostOutput) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     device.outputLimit = 0;
     device.errorFails = true;
     EXPECT_FALSE(device.write("a"));

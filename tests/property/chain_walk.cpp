@@ -80,13 +80,13 @@ public:
     bool isInstalled() const { return machine_.files.hasFile(ProductLife::kLog); }
     MachineState state() { return takeState(machine_); }
     const MachineState& start() const { return start_; }
-    FakePlatform& machine() { return machine_; }
+    MemoryPlatform& machine() { return machine_; }
     // What the programs should have taken along.
     Findings leftovers();
 
 private:
     const VersionChain& chain_;
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     DiskShellObjects shell_{machine_.files};
     platform::Platform platform_{machine_.files,
                                  machine_.registry,

@@ -89,7 +89,7 @@ void takeFile(MemoryFileSystem& files, const std::string& path, MachineState& st
     }
 }
 
-void takeFiles(FakePlatform& machine, MachineState& state) {
+void takeFiles(MemoryPlatform& machine, MachineState& state) {
     for (const std::string& path : machine.files.allFiles()) {
         if (isWatched(path)) {
             takeFile(machine.files, path, state);
@@ -97,7 +97,7 @@ void takeFiles(FakePlatform& machine, MachineState& state) {
     }
 }
 
-void takeDirectories(FakePlatform& machine, const std::string& directory, MachineState& state) {
+void takeDirectories(MemoryPlatform& machine, const std::string& directory, MachineState& state) {
     std::vector<platform::DirectoryEntry> entries;
     machine.files.list(directory.empty() ? "/" : directory.c_str(), entries);
     for (const platform::DirectoryEntry& entry : entries) {
@@ -122,7 +122,7 @@ void takeEnvironment(const std::string& name, const platform::RegistryValue& val
     state.environment[name] = entries;
 }
 
-void takeRegistry(FakePlatform& machine, const std::string& key, MachineState& state) {
+void takeRegistry(MemoryPlatform& machine, const std::string& key, MachineState& state) {
     std::vector<std::string> names;
     machine.registry.listValues(RegistryRoot::kLocalMachine, key.c_str(), RegistryView::kNative, names);
     for (const std::string& name : names) {
@@ -172,24 +172,24 @@ bool holdsAFile(const MachineState& state, const std::string& directory) {
 
 int DiskShellObjects::createLink(std::string_view linkPath, const platform::LinkDescription& link) {
     files_.addFile(linkPath, "link to " + link.target);
-    return FakeShellObjects::createLink(linkPath, link);
+    return MemoryShellObjects::createLink(linkPath, link);
 }
 
 int DiskShellObjects::createUrlLink(std::string_view linkPath, std::string_view url) {
     files_.addFile(linkPath, url);
-    return FakeShellObjects::createUrlLink(linkPath, url);
+    return MemoryShellObjects::createUrlLink(linkPath, url);
 }
 
 int DiskShellObjects::createSymlink(std::string_view linkPath, std::string_view target) {
     files_.addLink(linkPath, target);
-    return FakeShellObjects::createSymlink(linkPath, target);
+    return MemoryShellObjects::createSymlink(linkPath, target);
 }
 
 std::string linkTo(const std::string& target) {
     return "-> " + target;
 }
 
-MachineState takeState(FakePlatform& machine) {
+MachineState takeState(MemoryPlatform& machine) {
     MachineState state;
     takeFiles(machine, state);
     takeDirectories(machine, "", state);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 
 inline constexpr const char* kEnvironmentKey =
     "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment";
@@ -23,7 +23,7 @@ struct MachineState {
 };
 
 // A desktop whose links are files.
-class DiskShellObjects : public FakeShellObjects {
+class DiskShellObjects : public MemoryShellObjects {
 public:
     explicit DiskShellObjects(MemoryFileSystem& files) : files_(files) {}
     int createLink(std::string_view linkPath, const platform::LinkDescription& link) override;
@@ -36,7 +36,7 @@ private:
 
 // How the state has a link.
 std::string linkTo(const std::string& target);
-MachineState takeState(FakePlatform& machine);
+MachineState takeState(MemoryPlatform& machine);
 // One line for each difference. Directories are compared by what they hold: an empty one may go with the
 // product's.
 std::vector<std::string> differences(const MachineState& expected, const MachineState& found);

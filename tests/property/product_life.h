@@ -37,7 +37,7 @@ public:
     // What the course does to log and archive.
     void spoilRecords();
 
-    FakePlatform& machine() { return machine_; }
+    MemoryPlatform& machine() { return machine_; }
     const MachineState& start() const { return start_; }
     MachineState state() { return takeState(machine_); }
     bool isListed();  // among the installed applications
@@ -49,7 +49,7 @@ private:
     std::string victim(const std::string& path) const;
 
     const ProductCase& product_;
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     DiskShellObjects shell_{machine_.files};
     platform::Platform platform_;
     MachineState start_;

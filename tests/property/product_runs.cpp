@@ -10,7 +10,7 @@
 #include "wini/nested_sessions.h"
 #include "wini/wini.h"
 
-void packProduct(FakePlatform& machine, const ProductCase& product, const std::string& description,
+void packProduct(MemoryPlatform& machine, const ProductCase& product, const std::string& description,
                  const std::string& package) {
     std::vector<PackageFile> list;
     const auto add = [&](const std::string& name, const std::string& content) {

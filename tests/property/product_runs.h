@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <string>
 
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 #include "product_case.h"
 
 // Makes a package of the product with this description.
-void packProduct(FakePlatform& machine, const ProductCase& product, const std::string& description,
+void packProduct(MemoryPlatform& machine, const ProductCase& product, const std::string& description,
                  const std::string& package);
 
 // Runs a setup, or an uninstallation from its log, from its first page to its last. Whether it came to its

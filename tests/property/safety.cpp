@@ -148,7 +148,7 @@ std::vector<std::string> lossesOfUser(const MachineState& start, const ProductCa
     return losses;
 }
 
-std::vector<std::string> missingParts(FakePlatform& machine, const ProductCase& product) {
+std::vector<std::string> missingParts(MemoryPlatform& machine, const ProductCase& product) {
     std::vector<std::string> missing;
     for (const Item& item : product.items) {
         const std::string path = filePathOf(item);

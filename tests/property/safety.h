@@ -14,4 +14,4 @@
 std::vector<std::string> lossesOfUser(const MachineState& start, const ProductCase& product,
                                       const MachineState& found, bool isUsed);
 // What an installation that told of success has left out.
-std::vector<std::string> missingParts(FakePlatform& machine, const ProductCase& product);
+std::vector<std::string> missingParts(MemoryPlatform& machine, const ProductCase& product);

@@ -42,12 +42,12 @@ platform::RegistryValue earlierVariable(const Item& item) {
     return {form >= 2 ? platform::kRegExpandString : platform::kRegString, text};
 }
 
-void writeVariable(FakePlatform& machine, const std::string& name, const platform::RegistryValue& value) {
+void writeVariable(MemoryPlatform& machine, const std::string& name, const platform::RegistryValue& value) {
     machine.registry.writeValue(RegistryRoot::kLocalMachine, kEnvironmentKey, RegistryView::kNative, name,
                                 value);
 }
 
-void prepareItem(FakePlatform& machine, const Item& item) {
+void prepareItem(MemoryPlatform& machine, const Item& item) {
     switch (item.kind) {
         case ItemKind::kFile:
             if (item.earlier) {
@@ -120,7 +120,7 @@ void setTrap(MemoryFileSystem& files, Trap trap, const std::string& place, const
     }
 }
 
-void setTrapAtFirst(FakePlatform& machine, const Item& item) {
+void setTrapAtFirst(MemoryPlatform& machine, const Item& item) {
     const bool isSet = item.atFirst == Trap::kLink || item.atFirst == Trap::kHardLink;
     const std::string victim = victimOf(item, kAtFirst);
     if (!isSet || placeOf(item).empty() || item.kind == ItemKind::kCleaning) {
@@ -134,7 +134,7 @@ void setTrapAtFirst(FakePlatform& machine, const Item& item) {
     }
 }
 
-void touchItem(FakePlatform& machine, const Item& item) {
+void touchItem(MemoryPlatform& machine, const Item& item) {
     if (item.kind == ItemKind::kFile && machine.files.hasFile(placeOf(item))) {
         machine.files.addFile(placeOf(item), kUsersContent);
     } else if (item.kind == ItemKind::kEnvironment) {
@@ -201,7 +201,7 @@ bool holdsEqualEntry(const Item& item) {
            std::string::npos;
 }
 
-void prepareMachine(FakePlatform& machine, const ProductCase& product) {
+void prepareMachine(MemoryPlatform& machine, const ProductCase& product) {
     machine.files.addFile("/data/keep", kKeptContent);
     machine.registry.addKey(RegistryRoot::kLocalMachine, "Software\\Present");
     machine.registry.addKey(RegistryRoot::kLocalMachine, kEnvironmentKey);
@@ -220,7 +220,7 @@ void prepareMachine(FakePlatform& machine, const ProductCase& product) {
     }
 }
 
-void useMachine(FakePlatform& machine, const ProductCase& product) {
+void useMachine(MemoryPlatform& machine, const ProductCase& product) {
     for (const Item& item : product.items) {
         if (item.touched) {
             touchItem(machine, item);
@@ -232,7 +232,7 @@ void useMachine(FakePlatform& machine, const ProductCase& product) {
     }
 }
 
-void clearTheWay(FakePlatform& machine, const ProductCase& product) {
+void clearTheWay(MemoryPlatform& machine, const ProductCase& product) {
     MemoryFileSystem& files = machine.files;
     for (const Item& item : product.items) {
         const bool isEdited = item.kind == ItemKind::kIni || item.kind == ItemKind::kModifyFile;
@@ -255,7 +255,7 @@ bool isSafeFromDamage(const Item& file) {
     return file.earlier && earlierContentOf(file) == installedContentOf(file);
 }
 
-void damageProduct(FakePlatform& machine, const ProductCase& product) {
+void damageProduct(MemoryPlatform& machine, const ProductCase& product) {
     for (const Item& item : product.items) {
         const std::string path = placeOf(item);
         if (item.kind != ItemKind::kFile || !machine.files.hasFile(path) || isSafeFromDamage(item)) {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 #include "product_case.h"
 
 // What the user puts into the product's directory after the installation.
@@ -13,15 +13,15 @@ inline constexpr const char* kKeptContent = "kept";
 inline constexpr const char* kBrokenContent = "broken";
 
 // Puts the earlier things of the items onto the machine, and the traps that are there at first.
-void prepareMachine(FakePlatform& machine, const ProductCase& product);
+void prepareMachine(MemoryPlatform& machine, const ProductCase& product);
 // What the user, the running product and others do between installation and uninstallation.
-void useMachine(FakePlatform& machine, const ProductCase& product);
+void useMachine(MemoryPlatform& machine, const ProductCase& product);
 // Moves what keeps an uninstallation from its end out of the way: traps in edited files, where the user puts
 // back what had been there, and files in directories that the product made.
-void clearTheWay(FakePlatform& machine, const ProductCase& product);
+void clearTheWay(MemoryPlatform& machine, const ProductCase& product);
 
 // Deletes and overwrites files of the product, as a repair finds them.
-void damageProduct(FakePlatform& machine, const ProductCase& product);
+void damageProduct(MemoryPlatform& machine, const ProductCase& product);
 // Whether damageProduct overwrites the file. Others are deleted.
 bool isBrokenInRepair(const Item& file);
 // Whether it leaves the file alone: an installation can't tell the user's own file of the same content.

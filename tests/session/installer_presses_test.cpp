@@ -39,7 +39,7 @@ public:
         std::ranges::copy_if(ui_.calls, std::back_inserter(outcome.screen), [](const std::string& call) {
             return call != "confirmCancel()" && !call.starts_with("pumpEvents");
         });
-        for (const FakeProcesses::Started& program : machine_.processes.started) {
+        for (const MemoryProcesses::Started& program : machine_.processes.started) {
             outcome.programs.push_back(program.commandLine);
         }
         for (const std::string& path : files_.allFiles()) {

@@ -8,9 +8,9 @@
 
 #include "base/errors.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ protected:
         return "(none)";
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     MemoryFileSystem& files_ = machine_.files;
     InstallingSystem system_{files_};
     FakeConsole log_;

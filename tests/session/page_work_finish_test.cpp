@@ -136,7 +136,7 @@ TEST_F(PageWorkFinishTest, PutsTheFileBesideTheProgramOrIntoTheDirectoryThatWasS
         {"/", "/config.xml"}};
     prepare();
     for (const auto& [directory, path] : places) {
-        FakePlatform machine;
+        MemoryPlatform machine;
         machine.files.addDirectory("/tmp");
         machine.files.addDirectory(directory);
         machine.files.addFile(kLogPath, kOldLog);

@@ -10,10 +10,10 @@
 #include "description/answers_file.h"
 #include "fakes/fake_console.h"
 #include "fakes/fake_nested_sessions.h"
-#include "fakes/fake_platform.h"
 #include "fakes/installing_system.h"
 #include "fakes/recording_ui.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_platform.h"
 #include "session/installer.h"
 
 // A session whose state a test can look at.
@@ -90,9 +90,9 @@ protected:
         return session_.getVariable(name, buffer, sizeof buffer) == -1 ? "(none)" : buffer;
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     MemoryFileSystem& files_ = machine_.files;
-    FakeEnvironment& environment_ = machine_.environment;
+    MemoryEnvironment& environment_ = machine_.environment;
     InstallingSystem system_{files_};
     AnswersFile answers_{files_};
     FakeConsole log_;

@@ -4,9 +4,9 @@
 
 #include "description/answers_file.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "fakes/fake_system_operations.h"
 #include "package/cabinet.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ protected:
     static constexpr char kDialogs[] =
         "<Dialogs><Hello/><Bye/></Dialogs><UninstallDialogs><Gone/></UninstallDialogs>";
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     FakeSystemOperations system_;
     AnswersFile answers_{machine_.files};
     FakeConsole log_;

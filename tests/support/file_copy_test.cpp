@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

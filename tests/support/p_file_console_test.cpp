@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

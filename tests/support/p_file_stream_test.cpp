@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

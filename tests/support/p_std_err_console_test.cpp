@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 TEST(PStdErrConsoleTest, PrintsOnItsStreamAlone) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     PStdErrConsole console(device);
     console.setOptions(0);
     console.print("line");
@@ -17,7 +17,7 @@ TEST(PStdErrConsoleTest, PrintsOnItsStreamAlone) {
 }
 
 TEST(PStdErrConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     PStdErrConsole console(device);
     EXPECT_EQ(0, console.write("abcdef", 3));
     EXPECT_EQ(0, console.write("d\0x", 3));
@@ -26,7 +26,7 @@ TEST(PStdErrConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
 }
 
 TEST(PStdErrConsoleTest, ReportsAFailedOutput) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     device.errorFails = true;
     EXPECT_EQ(-1, PStdErrConsole(device).write("x", 1));
 }

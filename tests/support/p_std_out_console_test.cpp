@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 TEST(PStdOutConsoleTest, PrintsOnItsStreamAlone) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     PStdOutConsole console(device);
     console.setOptions(0);
     console.print("line");
@@ -17,7 +17,7 @@ TEST(PStdOutConsoleTest, PrintsOnItsStreamAlone) {
 }
 
 TEST(PStdOutConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     PStdOutConsole console(device);
     EXPECT_EQ(0, console.write("abcdef", 3));
     EXPECT_EQ(0, console.write("d\0x", 3));
@@ -26,7 +26,7 @@ TEST(PStdOutConsoleTest, EndsTheTextAtAZeroByteOrItsLength) {
 }
 
 TEST(PStdOutConsoleTest, ReportsAFailedOutput) {
-    FakeConsoleDevice device;
+    MemoryConsoleDevice device;
     device.outputLimit = 0;
     EXPECT_EQ(-1, PStdOutConsole(device).write("x", 1));
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "support/p_buf_stream.h"
 #include "support/p_file_stream.h"
 #include "support/p_mem_stream.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "fakes/fake_environment.h"
+#include "platform/memory/memory_environment.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ int usableProcessors() {
 }
 
 int countFor(const char* text) {
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     environment.variables["ORMEL_NUM_THREADS"] = text;
     return OUtils::threadCountOf(OUtils::readThreadSettings(environment));
 }
@@ -34,7 +34,7 @@ TEST(ThreadSettingsTest, TakesTheCountFromTheEnvironment) {
 TEST(ThreadSettingsTest, TakesTheCountOfTheMachineWhenTheEnvironmentHasNone) {
     const int expected = usableProcessors() > 0 ? usableProcessors() : platform::processorCount();
     EXPECT_GE(expected, 1);
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     EXPECT_EQ(expected, OUtils::threadCountOf(OUtils::readThreadSettings(environment)));
     for (const char* text : {"0", "-2", "many", "", "x4"}) {
         EXPECT_EQ(expected, countFor(text)) << text;
@@ -42,13 +42,13 @@ TEST(ThreadSettingsTest, TakesTheCountOfTheMachineWhenTheEnvironmentHasNone) {
 }
 
 TEST(ThreadSettingsTest, TakesTheReportedProcessorsWithoutAffinity) {
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     environment.variables["ORMEL_USE_THREAD_AFFINITY"] = "0";
     EXPECT_EQ(platform::processorCount(), OUtils::threadCountOf(OUtils::readThreadSettings(environment)));
 }
 
 TEST(ThreadSettingsTest, KeepsAffinityUnlessItIsSetToZero) {
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     EXPECT_TRUE(OUtils::readThreadSettings(environment).affinity);
     environment.variables["ORMEL_USE_THREAD_AFFINITY"] = "1";
     EXPECT_TRUE(OUtils::readThreadSettings(environment).affinity);

@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "fakes/fake_environment.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 
@@ -346,7 +346,7 @@ TEST(ProgramPathTest, NamesARealFile) {
 }
 
 TEST(ProgramPathTest, IsNoneWhenTheSystemDoesNotGiveIt) {
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     environment.program = "/opt/setup";
     EXPECT_EQ("/opt/setup", OUtils::getProgramPath(environment));
     environment.program.clear();

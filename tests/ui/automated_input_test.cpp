@@ -5,13 +5,13 @@
 #include <string>
 
 #include "description/answers_file.h"
-#include "fakes/fake_console_device.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_console_device.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 
 struct AutomatedInput : testing::Test {
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     MemoryFileSystem files;
     AnswersFile answers{files};
     Automated input{terminal, answers, "", false};

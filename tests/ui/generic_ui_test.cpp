@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "description/answers_file.h"
-#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_console_device.h"
+#include "platform/memory/memory_file_system.h"
 #include "ui/automated_input.h"
 
 namespace {
@@ -85,7 +85,7 @@ protected:
 };
 
 struct GenericFrontEnd : testing::Test {
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     MemoryFileSystem files;
     AnswersFile answers{files};
     TestUI ui{terminal, answers, false, false};

@@ -15,10 +15,10 @@
 #include "description/pxml.h"
 #include "description/variable_store.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_environment.h"
 #include "fakes/fake_page_actions.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_file_system.h"
 #include "ui/dialog_walk.h"
 
 // A gate that gives scripted answers; the last one stays.
@@ -99,7 +99,7 @@ protected:
 
     FakeConsole log;
     DebugLog debugLog{log};
-    FakeEnvironment environment;
+    MemoryEnvironment environment;
     MemoryFileSystem files;
     std::int32_t isGraphical = 0;
     PredefinedVariables predefined{isGraphical, environment, files, debugLog};

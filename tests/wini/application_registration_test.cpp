@@ -4,7 +4,7 @@
 
 #include "contracts/system_operations.h"
 #include "fakes/fake_console.h"
-#include "fakes/memory_registry.h"
+#include "platform/memory/memory_registry.h"
 #include "wini/uninstall_list.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ protected:
         EXPECT_EQ(machine_.shell.opened, std::vector<std::string>{kUrl});
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
 };
 
 TEST_F(DefaultBrowserTest, PutsTheUrlInItsPlace) {

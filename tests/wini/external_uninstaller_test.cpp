@@ -8,9 +8,9 @@
 
 #include "contracts/system_operations.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "fakes/recording_ui.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_platform.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -49,13 +49,13 @@ protected:
     }
     std::vector<std::string> started() const {
         std::vector<std::string> lines;
-        for (const FakeProcesses::Started& program : machine_.processes.started) {
+        for (const MemoryProcesses::Started& program : machine_.processes.started) {
             lines.push_back(program.commandLine);
         }
         return lines;
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     FakeConsole log_;
     RecordingUI ui_;
     std::uint64_t time_ = 0;  // each look lasts 100 ms

@@ -7,10 +7,10 @@
 
 #include "engine/changes/program_run.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_processes.h"
-#include "fakes/fake_shell_objects.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_processes.h"
+#include "platform/memory/memory_shell_objects.h"
 
 namespace {
 
@@ -42,9 +42,9 @@ protected:
     }
 
     MemoryFileSystem files_;
-    FakeProcesses processes_;
+    MemoryProcesses processes_;
     FakeConsole log_;
-    FakeShellObjects shell_;
+    MemoryShellObjects shell_;
     ProgramRun programs_{processes_, shell_, log_};
     RunningApplications applications_{files_, processes_, programs_, log_};
 };

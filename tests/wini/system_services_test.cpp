@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
+#include "platform/memory/memory_platform.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ class SystemServicesTest : public testing::Test {
 protected:
     SystemServicesTest() { machine_.files.setTemporaryDirectory("/tmp"); }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     FakeConsole log_;
     SystemServices services_{machine_.bundle(), log_};
 };

@@ -4,8 +4,8 @@
 
 #include "base/errors.h"
 #include "contracts/system_operations.h"
-#include "fakes/memory_registry.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_registry.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/fake_named_events.h"
-#include "fakes/fake_processes.h"
+#include "platform/memory/memory_named_events.h"
+#include "platform/memory/memory_processes.h"
 
 namespace {
 
@@ -38,8 +38,8 @@ protected:
     }
 
     std::uint64_t time_ = 0;  // each look lasts 100 ms
-    FakeProcesses processes_;
-    FakeNamedEvents events_;
+    MemoryProcesses processes_;
+    MemoryNamedEvents events_;
     std::unique_ptr<platform::NamedEvent> start_ = events_.create(kStart);
     std::unique_ptr<platform::NamedEvent> end_ = events_.create(kEnd);
     std::unique_ptr<platform::ChildProcess> program_;

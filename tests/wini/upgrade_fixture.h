@@ -10,9 +10,9 @@
 
 #include "description/answers_file.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "fakes/walking_ui.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_platform.h"
 #include "support/text_mode.h"
 #include "wini/nested_sessions.h"
 #include "wini/wini.h"
@@ -174,7 +174,7 @@ protected:
     // No such file is in the package.
     static constexpr char kFailing[] = "<FileSet Name='X'><FN Dest='/app'>gone</FN></FileSet>";
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     MemoryFileSystem& files_ = machine_.files;
     FakeConsole log_;
     DebugLog debugLog_{log_};

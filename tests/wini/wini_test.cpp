@@ -5,9 +5,9 @@
 #include "contracts/system_operations.h"
 #include "description/answers_file.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_platform.h"
 #include "fakes/recording_ui.h"
 #include "package/package_writer.h"
+#include "platform/memory/memory_platform.h"
 #include "wini/nested_sessions.h"
 
 namespace {
@@ -42,7 +42,7 @@ protected:
         ASSERT_EQ(wini_.loadCabinet("/package", 0, kSessionBackup), 0);
     }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     MemoryFileSystem& files_ = machine_.files;
     MemoryRegistry& registry_ = machine_.registry;
     FakeConsole log_;

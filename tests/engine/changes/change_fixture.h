@@ -8,10 +8,10 @@
 #include "engine/changes/change.h"
 #include "engine/description_tags.h"
 #include "engine/report.h"
-#include "fakes/fake_platform.h"
 #include "fakes/fake_system_operations.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_ui.h"
+#include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_platform.h"
 #include "platform/written_path.h"
 #include "support/p_file_console.h"
 
@@ -48,7 +48,7 @@ protected:
     // The reasons so far.
     std::vector<std::string> reasons() const { return ui_.callsOf("addMessage"); }
 
-    FakePlatform machine_;
+    MemoryPlatform machine_;
     FakeSystemOperations system_;
     RecordingUI ui_;
     ErrorList errors_;

@@ -68,7 +68,7 @@ TEST(ChangeRecordWithoutLogTest, RecordsNothing) {
 using platform::RegistryRoot;
 
 // A desktop that looks at the log before it makes a link.
-class WatchingShell : public FakeShellObjects {
+class WatchingShell : public MemoryShellObjects {
 public:
     std::function<void()> watcher;
 
@@ -76,7 +76,7 @@ public:
         if (watcher) {
             watcher();
         }
-        return FakeShellObjects::createLink(linkPath, link);
+        return MemoryShellObjects::createLink(linkPath, link);
     }
 };
 

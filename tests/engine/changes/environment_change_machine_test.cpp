@@ -3,8 +3,8 @@
 #include "engine/changes/environment_change.h"
 #include "engine/changes/own_registry.h"
 #include "engine/report.h"
-#include "fakes/fake_platform.h"
 #include "platform/file_system.h"
+#include "platform/memory/memory_platform.h"
 #include "platform/registry.h"
 
 namespace {
@@ -36,7 +36,7 @@ protected:
     }
     bool removeAgain() { return EnvironmentChange::remove(machine_, report_, undo_); }
 
-    FakePlatform rest_;
+    MemoryPlatform rest_;
     platform::Registry& registry_ = platform::systemRegistry();
     const platform::Platform machine_{platform::systemFileSystem(),
                                       registry_,

@@ -11,7 +11,7 @@ using platform::FirewallCall;
 using platform::FirewallProtocol;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Ports = std::map<FakeFirewall::Port, std::string>;
+using Ports = std::map<MemoryFirewall::Port, std::string>;
 
 constexpr std::uint8_t kBoth = kFirewallTcp | kFirewallUdp;
 
@@ -34,7 +34,7 @@ protected:
         return change_.apply();
     }
 
-    FakeFirewall& firewall_ = machine_.firewall;
+    MemoryFirewall& firewall_ = machine_.firewall;
     FirewallChange change_{context_};
 };
 

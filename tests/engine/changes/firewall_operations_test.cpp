@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
-#include "fakes/fake_firewall.h"
+#include "platform/memory/memory_firewall.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ protected:
         return raised(action);
     }
 
-    FakeFirewall firewall_;
+    MemoryFirewall firewall_;
 };
 
 TEST_F(FirewallOperationsTest, ReportsWhyThereIsNoConnection) {
@@ -156,8 +156,8 @@ TEST_F(FirewallOperationsTest, AddsAPortOnceForEachProtocol) {
     EXPECT_FALSE(firewall.addPort(80, kFirewallTcp, "Other"));
     EXPECT_TRUE(firewall.addPort(80, kFirewallUdp, "Other"));
     EXPECT_EQ(firewall_.ports,
-              (std::map<FakeFirewall::Port, std::string>{{{80, FirewallProtocol::kTcp}, "Web"},
-                                                         {{80, FirewallProtocol::kUdp}, "Other"}}));
+              (std::map<MemoryFirewall::Port, std::string>{{{80, FirewallProtocol::kTcp}, "Web"},
+                                                           {{80, FirewallProtocol::kUdp}, "Other"}}));
     firewall.removePort(80, kFirewallTcp);
     firewall.removePort(80, kFirewallUdp);
     EXPECT_TRUE(firewall_.ports.empty());

@@ -10,10 +10,10 @@
 
 #include "engine/report.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_processes.h"
-#include "fakes/fake_shell_objects.h"
 #include "fakes/recording_ui.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_processes.h"
+#include "platform/memory/memory_shell_objects.h"
 #include "platform/written_path.h"
 
 namespace {
@@ -23,7 +23,7 @@ using RunProgramThread = AsynchronousRunProgram::RunProgramThread;
 constexpr std::uint32_t kLook = 1;
 
 // A program that runs until a test lets it end.
-class HeldProgram : public FakeProcesses {
+class HeldProgram : public MemoryProcesses {
 public:
     std::thread::id waitingThread;
 
@@ -34,7 +34,7 @@ public:
     }
     std::unique_ptr<platform::ChildProcess> start(std::string_view commandLine,
                                                   std::string_view workDirectory, int& outError) override {
-        auto child = FakeProcesses::start(commandLine, workDirectory, outError);
+        auto child = MemoryProcesses::start(commandLine, workDirectory, outError);
         return std::make_unique<Child>(*this, std::move(child));
     }
 
@@ -68,13 +68,13 @@ protected:
         Report report(ui, nullptr);
         return programs_.run({"/opt/my app/tool", arguments, "/work", flags}, report, pause);
     }
-    const FakeProcesses::Started& onlyStart() {
+    const MemoryProcesses::Started& onlyStart() {
         EXPECT_EQ(processes_.started.size(), 1U);
         return processes_.started.at(0);
     }
 
-    FakeProcesses processes_;
-    FakeShellObjects shell_;
+    MemoryProcesses processes_;
+    MemoryShellObjects shell_;
     FakeConsole log_;
     RecordingUI ui_;
     Report silent_{nullptr, nullptr};
@@ -232,7 +232,7 @@ TEST(AsynchronousRunProgramTest, LeavesAWholeCommandLineAsItIs) {
 
 class RunProgramThreadTest : public testing::Test {
 protected:
-    FakeProcesses processes_;
+    MemoryProcesses processes_;
     RunProgramThread thread_{processes_};
 };
 

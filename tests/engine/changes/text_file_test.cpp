@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "engine/changes/text_lines.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/temporary_directory.h"
 #include "platform/error_text.h"
+#include "platform/memory/memory_file_system.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <random>
 
-#include "fakes/memory_registry.h"
 #include "fakes/temporary_directory.h"
 #include "platform/environment.h"
+#include "platform/memory/memory_registry.h"
 #include "platform/posix/sqlite_registry.h"
 #include "platform/shell_objects.h"
 #include "platform/system_environment.h"

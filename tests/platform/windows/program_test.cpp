@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/memory_registry.h"
+#include "platform/memory/memory_registry.h"
 
 namespace {
 

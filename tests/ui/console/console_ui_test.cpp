@@ -10,9 +10,9 @@
 #include "description/answers_file.h"
 #include "description/vocabulary.h"
 #include "fakes/fake_console.h"
-#include "fakes/fake_console_device.h"
 #include "fakes/fake_engine.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_console_device.h"
+#include "platform/memory/memory_file_system.h"
 #include "text/document_text.h"
 
 namespace {
@@ -25,7 +25,7 @@ public:
 const std::string kBlankLine = "\r" + std::string(78, ' ') + "\r\n";
 
 struct ConsoleFrontEnd : testing::Test {
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     FakeEngine engine;
     MemoryFileSystem files;
     AnswersFile answers{files};

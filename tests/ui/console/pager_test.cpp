@@ -4,14 +4,14 @@
 
 #include <string>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 constexpr const char* kPause = "\nPress ENTER for the next page...";
 
 struct PagerTest : testing::Test {
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     bool cancelled = false;
     int pauses = 0;
     std::function<void()> duringPause;

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 namespace {
 
 struct UserInput : testing::Test {
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     std::vector<DialogueLoss> losses;
     User user{terminal, false, [this](DialogueLoss loss) { losses.push_back(loss); }};
     char buffer[32] = "";
@@ -92,11 +92,11 @@ TEST_F(UserInput, GivesNothingForAnInterruptedText) {
 }
 
 TEST_F(UserInput, NoticesAnInterruptDuringTheRead) {
-    class LateTerminal : public FakeConsoleDevice {
+    class LateTerminal : public MemoryConsoleDevice {
     public:
         User* user = nullptr;
         platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
-            const platform::ReadStatus result = FakeConsoleDevice::readLine(out, maxBytes);
+            const platform::ReadStatus result = MemoryConsoleDevice::readLine(out, maxBytes);
             user->abort();
             return result;
         }
@@ -353,7 +353,7 @@ TEST_F(UserInput, AsksNothingMoreOnceInterrupted) {
 }
 
 TEST_F(UserInput, BoundsAnInputWithoutLineFeeds) {
-    class EndlessTerminal : public FakeConsoleDevice {
+    class EndlessTerminal : public MemoryConsoleDevice {
     public:
         platform::ReadStatus readLine(std::string& out, std::size_t maxBytes) override {
             out.assign(maxBytes, 'x');

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "description/answers_file.h"
-#include "fakes/fake_console_device.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_console_device.h"
+#include "platform/memory/memory_file_system.h"
 #include "ui/gui/page_fixture.h"
 #include "ui/gui/wx_gui.h"
 
@@ -52,7 +52,7 @@ public:
     PageEngine session;
     RecordingToolkit window;
     MemoryFileSystem files;
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     AnswersFile answers{files};
     std::uint64_t now = 0;
     WxGUI ui{false, {window, terminal, answers, files, [this] { return now; }, [] { return 0U; }}, {}};

@@ -1,6 +1,6 @@
 #include "ui/gui/gui_page.h"
 
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "ui/gui/page_fixture.h"
 #include "ui/gui/page_pictures.h"
 #include "ui/gui/task_list.h"

@@ -2,7 +2,7 @@
 
 #include "contracts/installer_ui.h"
 #include "description/colour_theme.h"
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 #include "ui/gui/page_fixture.h"
 #include "ui/gui/page_pictures.h"
 #include "ui/gui/test_pictures.h"

@@ -3,16 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "description/answers_file.h"
-#include "fakes/fake_console_device.h"
-#include "fakes/memory_file_system.h"
 #include "fakes/recording_toolkit.h"
+#include "platform/memory/memory_console_device.h"
+#include "platform/memory/memory_file_system.h"
 #include "ui/generic_ui.h"
 
 namespace {
 
 class WindowFrontEndsTest : public testing::Test {
 protected:
-    FakeConsoleDevice terminal;
+    MemoryConsoleDevice terminal;
     MemoryFileSystem files;
     AnswersFile answers{files};
     RecordingToolkit window;

@@ -1,4 +1,4 @@
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 #include <algorithm>
 #include <cstring>
@@ -624,7 +624,7 @@ int MemoryFileSystem::readOnlyStatus(const std::string& path) const {
 
 MemoryFileSystem::NodePtr MemoryFileSystem::find(const std::string& path) const {
     if (isRoot(path)) {
-        const NodePtr root = std::make_shared<Node>();
+        NodePtr root = std::make_shared<Node>();
         root->path = path;
         root->kind = kDirectory;
         return root;

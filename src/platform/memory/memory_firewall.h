@@ -11,7 +11,7 @@
 #include "platform/firewall.h"
 
 // A firewall in memory that keeps its exceptions, records the requests and fails where it is asked to.
-class FakeFirewall : public platform::Firewall {
+class MemoryFirewall : public platform::Firewall {
 public:
     using Port = std::pair<std::int32_t, platform::FirewallProtocol>;
 
@@ -57,7 +57,7 @@ private:
         using Protocol = platform::FirewallProtocol;
         using Exception = platform::FirewallException;
 
-        explicit Profile(FakeFirewall& firewall) : firewall_(firewall) {}
+        explicit Profile(MemoryFirewall& firewall) : firewall_(firewall) {}
         ~Profile() override { note("close"); }
 
         Outcome isOn(bool& outOn) override {
@@ -182,6 +182,6 @@ private:
             return {};
         }
 
-        FakeFirewall& firewall_;
+        MemoryFirewall& firewall_;
     };
 };

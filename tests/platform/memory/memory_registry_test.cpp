@@ -1,4 +1,4 @@
-#include "fakes/memory_registry.h"
+#include "platform/memory/memory_registry.h"
 
 #include <gtest/gtest.h>
 

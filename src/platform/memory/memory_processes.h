@@ -12,7 +12,7 @@
 #include "platform/processes.h"
 
 // Processes that exist on paper only. Records what was started and ended.
-class FakeProcesses : public platform::Processes {
+class MemoryProcesses : public platform::Processes {
 public:
     struct Started {
         std::string commandLine;

@@ -1,4 +1,4 @@
-#include "fakes/fake_console_device.h"
+#include "platform/memory/memory_console_device.h"
 
 #include <gtest/gtest.h>
 
@@ -8,14 +8,14 @@ namespace {
 
 using platform::ReadStatus;
 
-class FakeConsoleDeviceTest : public testing::Test {
+class MemoryConsoleDeviceTest : public testing::Test {
 protected:
-    FakeConsoleDevice console_;
+    MemoryConsoleDevice console_;
     std::string line_ = "old";
     int key_ = 99;
 };
 
-TEST_F(FakeConsoleDeviceTest, GivesItsScriptAndThenItsEnd) {
+TEST_F(MemoryConsoleDeviceTest, GivesItsScriptAndThenItsEnd) {
     console_.lines = {"abc", ""};
     console_.keys = {'y'};
     EXPECT_EQ(ReadStatus::kLine, console_.readLine(line_, 2));
@@ -32,7 +32,7 @@ TEST_F(FakeConsoleDeviceTest, GivesItsScriptAndThenItsEnd) {
     EXPECT_EQ(0, key_);
 }
 
-TEST_F(FakeConsoleDeviceTest, GivesNothingAfterAnInterruption) {
+TEST_F(MemoryConsoleDeviceTest, GivesNothingAfterAnInterruption) {
     console_.lines = {"a"};
     console_.keys = {'y'};
     console_.interruptInput();
@@ -42,7 +42,7 @@ TEST_F(FakeConsoleDeviceTest, GivesNothingAfterAnInterruption) {
     EXPECT_EQ(0, key_);
 }
 
-TEST_F(FakeConsoleDeviceTest, FlushesTheQuestionBeforeARead) {
+TEST_F(MemoryConsoleDeviceTest, FlushesTheQuestionBeforeARead) {
     console_.write("question");
     EXPECT_EQ("question", console_.pending);
     console_.readLine(line_, 10);
@@ -53,7 +53,7 @@ TEST_F(FakeConsoleDeviceTest, FlushesTheQuestionBeforeARead) {
     EXPECT_EQ("question key", console_.output);
 }
 
-TEST_F(FakeConsoleDeviceTest, FailsForGoodWhenItsOutputIsFull) {
+TEST_F(MemoryConsoleDeviceTest, FailsForGoodWhenItsOutputIsFull) {
     console_.outputLimit = 3;
     EXPECT_TRUE(console_.write("abc"));
     EXPECT_TRUE(console_.flush());
@@ -63,7 +63,7 @@ TEST_F(FakeConsoleDeviceTest, FailsForGoodWhenItsOutputIsFull) {
     EXPECT_EQ("abc", console_.output);
 }
 
-TEST_F(FakeConsoleDeviceTest, DoesNotEchoWhileUnechoedInputLives) {
+TEST_F(MemoryConsoleDeviceTest, DoesNotEchoWhileUnechoedInputLives) {
     {
         const platform::UnechoedInput unechoed(console_);
         EXPECT_FALSE(console_.echo);
@@ -73,7 +73,7 @@ TEST_F(FakeConsoleDeviceTest, DoesNotEchoWhileUnechoedInputLives) {
     EXPECT_EQ("secret", console_.writtenUnechoed);
 }
 
-TEST_F(FakeConsoleDeviceTest, HasAWindowWhenItsOutputIsATerminal) {
+TEST_F(MemoryConsoleDeviceTest, HasAWindowWhenItsOutputIsATerminal) {
     int columns = 5;
     int rows = 5;
     EXPECT_FALSE(console_.windowSize(columns, rows));

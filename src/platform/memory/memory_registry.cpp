@@ -1,4 +1,4 @@
-#include "fakes/memory_registry.h"
+#include "platform/memory/memory_registry.h"
 
 #include "base/text_functions.h"
 
@@ -146,7 +146,11 @@ std::map<std::string, std::string> MemoryRegistry::everything() const {
         paths[address] = path;
         all[path + end] = "key";
         for (const auto& [lower, value] : key.values) {
-            all[path + ":" + value.name + end] = std::to_string(value.value.type) + " " + value.value.data;
+            std::string place = path;
+            place.append(":").append(value.name).append(end);
+            std::string& shown = all[place];
+            shown = std::to_string(value.value.type);
+            shown.append(" ").append(value.value.data);
         }
     }
     return all;

@@ -10,7 +10,7 @@
 #include "platform/named_events.h"
 
 // Named events within one test. Every signal is recorded, also of an event that nobody made.
-class FakeNamedEvents : public platform::NamedEvents {
+class MemoryNamedEvents : public platform::NamedEvents {
 public:
     std::vector<std::string> signals;
     std::set<std::string> existing;
@@ -52,15 +52,15 @@ public:
 private:
     class Lock : public platform::NamedLock {
     public:
-        explicit Lock(FakeNamedEvents& owner) : owner_(owner) { ++owner_.heldLocks; }
+        explicit Lock(MemoryNamedEvents& owner) : owner_(owner) { ++owner_.heldLocks; }
         ~Lock() override { --owner_.heldLocks; }
 
     private:
-        FakeNamedEvents& owner_;
+        MemoryNamedEvents& owner_;
     };
     class Event : public platform::NamedEvent {
     public:
-        Event(FakeNamedEvents& owner, std::string_view name) : owner_(owner), name_(name) {
+        Event(MemoryNamedEvents& owner, std::string_view name) : owner_(owner), name_(name) {
             ++owner_.openEvents;
         }
         ~Event() override { --owner_.openEvents; }
@@ -75,7 +75,7 @@ private:
         }
 
     private:
-        FakeNamedEvents& owner_;
+        MemoryNamedEvents& owner_;
         std::string name_;
     };
 };

@@ -1,12 +1,12 @@
-#include "fakes/memory_file_system.h"
+#include "platform/memory/memory_file_system.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
 
-#include "fakes/fake_environment.h"
-#include "fakes/fake_processes.h"
+#include "platform/memory/memory_environment.h"
+#include "platform/memory/memory_processes.h"
 
 // The fake must keep the contract of the interface, or tests above it prove nothing.
 namespace {
@@ -386,8 +386,8 @@ TEST_F(MemoryFileSystemTest, NamesTemporaryFilesWithoutMakingThem) {
     EXPECT_EQ("", path);
 }
 
-TEST(FakeEnvironmentTest, RefusesWhatTheSystemRefuses) {
-    FakeEnvironment environment;
+TEST(MemoryEnvironmentTest, RefusesWhatTheSystemRefuses) {
+    MemoryEnvironment environment;
     EXPECT_FALSE(environment.get("A").has_value());
     EXPECT_TRUE(environment.set("A", ""));
     EXPECT_EQ("", environment.get("A"));
@@ -456,8 +456,8 @@ TEST(MemoryFileSystemCopyTest, HoldsWhatTheOtherHeldAtThatTime) {
     EXPECT_EQ(first.content("/a/file"), "before");
 }
 
-TEST(FakeProcessesTest, RecordsStartsAndEnds) {
-    FakeProcesses processes;
+TEST(MemoryProcessesTest, RecordsStartsAndEnds) {
+    MemoryProcesses processes;
     processes.running = {{7, "tool.exe", "/bin/tool.exe"}};
     processes.exitCodes = {3};
     processes.waitsBeforeEnd = 1;

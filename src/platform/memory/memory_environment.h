@@ -8,7 +8,7 @@
 #include "platform/environment.h"
 
 // An environment in memory. An empty value is a value.
-class FakeEnvironment : public platform::Environment {
+class MemoryEnvironment : public platform::Environment {
 public:
     std::map<std::string, std::string> variables;
     std::set<std::string> refused;                 // setting these fails

@@ -10,7 +10,7 @@
 
 // Standard streams in memory: scripted lines and keys in, texts out. The input ends after the script. For one
 // thread.
-class FakeConsoleDevice : public platform::ConsoleDevice {
+class MemoryConsoleDevice : public platform::ConsoleDevice {
 public:
     std::deque<std::string> lines;  // a line feed is added to each when it is read
     std::deque<int> keys;

@@ -7,7 +7,7 @@
 #include "platform/shell_objects.h"
 
 // A desktop in memory: keeps the links that were made and what was opened, and fails where it is asked to.
-class FakeShellObjects : public platform::ShellObjects {
+class MemoryShellObjects : public platform::ShellObjects {
 public:
     std::map<std::string, platform::LinkDescription> links;  // by path
     std::map<std::string, std::string> urlLinks;             // path -> URL
