@@ -10,10 +10,10 @@
 
 class PFileConsole;
 
-// A variable as the log holds it. The texts are only borrowed.
+// A variable as the log holds it.
 struct LoggedVariable {
-    std::string_view name;
-    std::string_view value;
+    std::string name;
+    std::string value;
 };
 
 // The lines of a variable block, each cut at `lineLimit` bytes, and then its line end.

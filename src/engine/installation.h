@@ -68,6 +68,8 @@ private:
     // The status texts of the phases that failed.
     using FailedPhases = std::vector<std::string_view>;
 
+    bool run(ChangeJob& job, InstallationRecords& records, const Preparation& prepare,
+             const std::vector<ExpectedRemoval>& removals);
     bool refuse();
     void runPreparation(const Preparation& prepare, InstallationRecords& records);
     bool makeChanges(ChangeJob& job, InstallationRecords& records);
@@ -76,7 +78,7 @@ private:
     void reportEnd(Report& report, bool failed);
     void reportErrors(Report& report, const FailedPhases& failedPhases);
     void setErrorVariable();
-    void updateActionLog();
+    void updateActionLog(Report& report);
     void exportConfiguration(Report& report, const std::optional<std::string>& directory);
 
     EngineParts parts_;

@@ -225,7 +225,6 @@ bool InstallationRecords::publish() {
     addSumsOfEditedFiles();
     report.pumpEvents();
     keepSums();
-    report.pumpEvents();
     const std::string logPath = parts_.model.product.installLogFile().value_or("");
     const bool archivePublished = publishFile("backup file", temporaryArchive_, archivePath());
     const bool logPublished = publishFile("install log", temporaryLog_, logPath);
@@ -329,10 +328,16 @@ void InstallationRecords::keepSums() {
     if (logPath.empty() || !job_.replaced.history.knowsContents()) {
         return;
     }
-    addSumsOfArchives();
-    ProductState state(parts_.machine.files, parts_.machine.environment);
-    if (!state.save(logPath, job_.replaced.history.sums())) {
-        state.remove(logPath);
+    const int status = job_.context.report.pumpEventsDuring([&] {
+        addSumsOfArchives();
+        ProductState state(parts_.machine.files, parts_.machine.environment);
+        const bool isSaved = state.save(logPath, job_.replaced.history.sums());
+        if (!isSaved) {
+            state.remove(logPath);
+        }
+        return isSaved ? 0 : -1;
+    });
+    if (status != 0) {
         parts_.debugLog.line("WARNING: The sums of the installed files could not be kept");
     }
 }

@@ -13,7 +13,6 @@ struct ChangeJob;
 struct LoggedVariable;
 
 // The variables that an action log keeps: those of the store, in its order, that aren't excluded from logs.
-// The texts are the store's and good until it changes.
 std::vector<LoggedVariable> loggedVariables(const ProductModel& model);
 
 // The records of one installation, from their temporary names to their final ones: the action log, the backup

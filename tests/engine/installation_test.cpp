@@ -99,7 +99,7 @@ TEST_F(InstallationRunTest, ChangesNothingWithoutTemporaryNames) {
     EXPECT_FALSE(install());
     EXPECT_EQ(log_.lines(), std::vector<std::string>{"ERROR: Obtaining temp filename for install temp log!"});
     EXPECT_FALSE(files_.hasFile("/app/one"));
-    EXPECT_EQ(ui_.calls.size(), 1U);
+    EXPECT_EQ(ui_.callsOf("add").size(), 1U);
     EXPECT_EQ(ui_.countOf("addMessage(\"Nothing was installed: the install log can't be opened"), 1);
     EXPECT_EQ(valueOf("FAILED_INSTALL"), "1");
 }
