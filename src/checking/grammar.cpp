@@ -179,6 +179,7 @@ constexpr AttributeRule kAttributeRules[] = {
     {kPlaced, "VAlign", false, 0, "vertical alignments"},
     {"(element)", "Details", false, kCondition, ""},
     {"(element)", "Format", false, 0, "formats of documents"},
+    {"(element)", "ExpandVars", false, 0, ""},
     {"(element) Button", "BkgColour", false, 0, ""},
     {"(element) Button", "FgColour", false, 0, ""},
     {"Field", "Type", true, 0, "types of fields"},

@@ -34,6 +34,12 @@ References referencesOfValue(const CheckContext& context, std::int32_t node) {
                : References::kNone;
 }
 
+// Of the elements of a page only a Text does so, on request.
+bool expandsVariables(const CheckContext& context, std::int32_t node) {
+    return OUtils::equalsIgnoreCase(context.xml().getName(node), "Text") &&
+           context.attribute(node, "ExpandVars").has_value();
+}
+
 // Registry changes replace references only on request, and a few texts have other readers.
 References textReferences(const CheckContext& context, std::int32_t node, const grammar::ElementRule& rule) {
     if (rule.type == "Value") {
@@ -41,6 +47,9 @@ References textReferences(const CheckContext& context, std::int32_t node, const 
     }
     if (rule.type == "AddValue") {
         return isTrue(context.attribute(node, "Expand")) ? References::kBrackets : References::kNone;
+    }
+    if (rule.type == grammar::kPageElement) {
+        return expandsVariables(context, node) ? References::kBrackets : References::kNone;
     }
     if (rule.type == "Variable") {
         return context.attribute(node, "From") ? References::kNone : References::kName;

@@ -172,6 +172,7 @@ constexpr Sentence kSentences[] = {
     {"(element)", "Condition", "the element is only shown when it is true"},
     {"(element)", "Details", "of a TaskLB: the size of its icons, such as size=18"},
     {"(element)", "Format", "the format of a document, see documents"},
+    {"(element)", "ExpandVars", "of a Text: its references are replaced by values each time it is shown"},
     {"(element)", "HAlign", "the edge from which x is measured: left or right. center only aligns a picture"},
     {"(element)", "VAlign", "the edge from which y is measured: top or bottom. center only aligns a picture"},
     {"Field", "Label", "the question"},

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 class InstallerUI;
 class SharedBuffer;
@@ -63,6 +64,9 @@ public:
     virtual std::uint32_t getRefreshFlags(const char* variable, int dialog, int sub) = 0;
     virtual DialogElementDesc* getElement(int dialog, int index, int sub) = 0;
     virtual int getElementCount(int dialog, int sub) = 0;
+    // The text of an element as it is shown now: with the values of variables, in the system's form of paths,
+    // where the element asks for that.
+    virtual std::string getShownText(const DialogElementDesc& element) = 0;
     virtual DialogButtonDesc* getDialogItem(int dialog, int index, int sub) = 0;
     virtual int getDialogItemCount(int dialog, int sub) = 0;
     virtual DialogFieldDesc* getField(int dialog, int index, int sub) = 0;

@@ -90,8 +90,9 @@ struct DialogElementDesc {
     std::int32_t height = 0;
     FixedText<512> condition;
     FixedText<512> details;
-    FixedText<200> format;  // of a document; "TandrelMarkdown", or else rich text or HTML by the kind
-    std::string text;       // of any length; `\n` has become CR LF
+    FixedText<200> format;          // of a document; "TandrelMarkdown", or else rich text or HTML by the kind
+    std::string text;               // of any length; `\n` has become CR LF
+    bool expandsVariables = false;  // only of a Text: shown with values in the place of references
     std::int32_t horizontalAlign = 0;
     std::int32_t verticalAlign = 0;
     std::int32_t backgroundColour = -1;

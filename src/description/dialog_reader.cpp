@@ -147,6 +147,7 @@ bool DialogReader::readElement(std::int32_t node, std::int32_t kind, DialogEleme
     outElement.details.assign(attribute(node, "Details"));
     outElement.format.assign(attribute(node, "Format"));
     outElement.text = withLineEnds(textOf(node));
+    outElement.expandsVariables = kind == kElementText && has(node, "ExpandVars");
     outElement.horizontalAlign = DialogWords::horizontalAlign(attribute(node, "HAlign"));
     outElement.verticalAlign = DialogWords::verticalAlign(attribute(node, "VAlign"));
     outElement.backgroundColour = colour(node, "BkgColour");

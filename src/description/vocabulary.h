@@ -185,6 +185,7 @@ inline constexpr Attribute kAttributes[] = {
     {kEveryDialogElement, "Condition", Kind::kCondition, "dialogs.md"},
     {kEveryDialogElement, "Details", Kind::kText, "dialogs.md"},
     {kEveryDialogElement, "Format", Kind::kWord, "dialogs.md"},
+    {kEveryDialogElement, "ExpandVars", Kind::kPresence, "dialogs.md"},
     {kEveryDialogElement, "HAlign", Kind::kWord, "dialogs.md"},
     {kEveryDialogElement, "VAlign", Kind::kWord, "dialogs.md"},
     {kEveryDialogElement, "BkgColour", Kind::kColour, "dialogs.md"},

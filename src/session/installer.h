@@ -92,6 +92,7 @@ public:
     int getSubDialogCount(int dialog) override;
     int getCurrentDialog() override;
     int getCurrentSubDialog() override;
+    std::string getShownText(const DialogElementDesc& element) override;
     std::uint32_t getRefreshFlags(const char* variable, int dialog, int sub) override;
     DialogElementDesc* getElement(int dialog, int index, int sub) override;
     int getElementCount(int dialog, int sub) override;

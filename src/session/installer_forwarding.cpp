@@ -150,6 +150,10 @@ int Installer::getCurrentDialog() {
 int Installer::getCurrentSubDialog() {
     return walk_.state().currentSubdialog;
 }
+std::string Installer::getShownText(const DialogElementDesc& element) {
+    return element.expandsVariables ? model_.variables.expressions().expandWholeForSystem(element.text)
+                                    : element.text;
+}
 std::uint32_t Installer::getRefreshFlags(const char* variable, int dialog, int sub) {
     return walk_.refreshFlags(viewOf(variable), dialog, sub);
 }

@@ -52,7 +52,10 @@ std::uint32_t flagsOfFields(const DialogDesc& page, std::string_view variable, N
 
 std::uint32_t flagsOfElements(const DialogDesc& page, const NameSearch& names) {
     for (const DialogElementDesc& element : page.elements) {
-        if (!element.condition.isEmpty() && names.isAnyIn(element.condition.view())) {
+        const bool isAffected = (!element.condition.isEmpty() && names.isAnyIn(element.condition.view())) ||
+                                // In any case, and by way of variables that follow this one.
+                                (element.expandsVariables && element.text.find('[') != std::string::npos);
+        if (isAffected) {
             return kRefreshElements;
         }
     }

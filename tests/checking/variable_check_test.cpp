@@ -42,6 +42,14 @@ TEST(VariableCheck, FindsNamesThatNothingDeclares) {
                 ElementsAre("variable-undeclared 2:35"));
 }
 
+TEST(VariableCheck, TakesATextThatShowsValuesForAUse) {
+    const auto page = [](const std::string& text) {
+        return "<Dialogs><P><Text x='1' y='1' ExpandVars='1'>" + text + "</Text></P></Dialogs>";
+    };
+    EXPECT_THAT(findIn(values(kA) + page("To [A]")), IsEmpty());
+    EXPECT_THAT(findIn(page("To [A]")), ElementsAre("variable-undeclared 2:46"));
+}
+
 TEST(VariableCheck, FindsDeclarationsThatNothingUses) {
     EXPECT_THAT(findIn(values(kA)), ElementsAre("variable-unused 2:12"));
     EXPECT_THAT(findIn(values(kA) + "<FileSet Name='s'><FN Dest='/x' ExpandVarsInFile='1'>f</FN></FileSet>"),

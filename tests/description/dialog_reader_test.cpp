@@ -68,6 +68,16 @@ TEST_F(DialogReaderTest, CommonAttributesOfADialog) {
     EXPECT_TRUE(page(1).retain.empty());
 }
 
+TEST_F(DialogReaderTest, OnlyATextMayShowValues) {
+    read(
+        "<D><Text x='1' y='2' ExpandVars=''>a</Text><Text x='1' y='2'>b</Text>"
+        "<RichEditText x='1' y='2' ExpandVars='1'>c</RichEditText></D>");
+    ASSERT_EQ(page().elements.size(), 4U) << "with the line of the furniture";
+    EXPECT_TRUE(page().elements[0].expandsVariables);
+    EXPECT_FALSE(page().elements[1].expandsVariables);
+    EXPECT_FALSE(page().elements[2].expandsVariables);
+}
+
 TEST_F(DialogReaderTest, ElementsKeepTheirOrderAndNeedAPosition) {
     read(
         "<D><text x='1' y='2'>a\\nb\\n</text><Text x='1'>dropped</Text><Image y='1'>dropped</Image>"

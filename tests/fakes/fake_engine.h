@@ -23,6 +23,7 @@ public:
     std::map<std::string, std::string> variables;
     std::map<std::string, std::string> defaults;
     std::map<std::string, int> conditions;
+    std::map<std::string, std::string> shownTexts;  // of elements that expand variables, by their own text
     std::map<std::string, std::string> resources;
     std::vector<std::string> calls;  // goToDialog, shift, cancel and the like
 
@@ -121,6 +122,9 @@ public:
     void setUiState(std::int32_t state) override { uiState = state; }
     std::int32_t getUiState() override { return uiState; }
 
+    std::string getShownText(const DialogElementDesc& element) override {
+        return element.expandsVariables ? shownTexts[element.text] : element.text;
+    }
     int expandVariables(const char* source, char* destination, int size, bool) override {
         OUtils::copyText(destination, source, size);
         return static_cast<int>(std::strlen(source)) + 1;

@@ -108,6 +108,16 @@ TEST_F(InstallerForwardingTest, ReadsAndChangesVariables) {
     EXPECT_EQ(valueOf("A"), "fourth");
 }
 
+TEST_F(InstallerForwardingTest, ShowsValuesInTheTextsThatAskForThem) {
+    DialogElementDesc element;
+    element.text = "[A], [NONE]";
+    EXPECT_EQ(view_.getShownText(element), "[A], [NONE]");
+    element.expandsVariables = true;
+    EXPECT_EQ(view_.getShownText(element), "first, [NONE]");
+    element.text = std::string(2000, 'x') + "[A]";
+    EXPECT_EQ(view_.getShownText(element), std::string(2000, 'x') + "first");
+}
+
 TEST_F(InstallerForwardingTest, WalksTheDialogs) {
     EXPECT_EQ(view_.getCurrentDialog(), 0);
     EXPECT_EQ(view_.getCurrentSubDialog(), -1);

@@ -47,6 +47,17 @@ TEST_F(RefreshFlags, GivesNoneForWhatIsNotThere) {
     EXPECT_EQ(flags("VAR"), kRefreshFields);
 }
 
+TEST_F(RefreshFlags, GivesElementsForAnyVariableWhereATextShowsOne) {
+    addElement(page(), "");
+    page().elements[0].text = "To [DIR]";
+    EXPECT_EQ(flags("DIR"), 0U);
+    page().elements[0].expandsVariables = true;
+    EXPECT_EQ(flags("DIR"), kRefreshElements);
+    EXPECT_EQ(flags("OTHER"), kRefreshElements);
+    page().elements[0].text = "Nothing";
+    EXPECT_EQ(flags("DIR"), 0U);
+}
+
 TEST_F(RefreshFlags, DistinguishesFieldsElementsButtonsAndTasks) {
     addField(page(), "[F]==1");
     addElement(page(), "[E]==1");

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "base/shared_buffer.h"
+#include "base/visible_text.h"
 #include "description/dialog_model.h"
 #include "text/document_text.h"
 #include "text/verbatim_text.h"
@@ -173,7 +174,9 @@ void ConsoleUI::showText(const DialogElementDesc& element, bool wasActive) {
     if (wasActive) {
         blankLine();
     }
-    printLine(element.text);
+    const std::string text = engine()->getShownText(element);
+    // A value may come from anywhere.
+    printLine(element.expandsVariables ? OUtils::visibleText(text) : text);
     statusActive_ = statusActive_ || wasActive;
     ++printedCount_;
 }

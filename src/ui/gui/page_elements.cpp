@@ -101,10 +101,14 @@ bool PageElements::addControl(PageElement& element, ControlKind kind, std::strin
     return element.control != 0;
 }
 
-bool PageElements::makeText(PageElement& element) {
-    std::string text = element.description->text;
+std::string PageElements::shownText(const PageElement& element) const {
+    std::string text = host_.engine().getShownText(*element.description);
     std::erase(text, '\r');
-    return addControl(element, ControlKind::kText, text);
+    return text;
+}
+
+bool PageElements::makeText(PageElement& element) {
+    return addControl(element, ControlKind::kText, shownText(element));
 }
 
 template <ControlKind kind>
@@ -199,6 +203,9 @@ void PageElements::clear() {
 
 void PageElements::refresh() {
     for (PageElement& element : elements_) {
+        if (element.description->expandsVariables) {
+            host_.toolkit().setText(element.control, OUtils::visibleText(shownText(element)));
+        }
         if (!element.description->condition.isEmpty()) {
             show(element, isWanted(*element.description, host_.engine()));
         }

@@ -54,6 +54,7 @@ private:
 
     void add(const DialogElementDesc& description);
     // Each makes one kind; false when there is nothing to show.
+    std::string shownText(const PageElement& element) const;
     bool makeText(PageElement& element);
     template <ControlKind kind>
     bool makePlain(PageElement& element);

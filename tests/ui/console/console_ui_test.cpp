@@ -107,6 +107,13 @@ TEST_F(ConsoleFrontEnd, PrintsTextsAndNothingElseOfAPage) {
     EXPECT_EQ(show(0), "First\n\na\r\nb\n");
 }
 
+TEST_F(ConsoleFrontEnd, PrintsATextWithTheValuesThatItHasNow) {
+    DialogDesc& page = engine.addDialog("Page");
+    addElement(page, kElementText, "To [DIR]").expandsVariables = true;
+    engine.shownTexts["To [DIR]"] = "To /opt\r\n\x1B[2J";
+    EXPECT_EQ(show(0), "To /opt\r\n?[2J\n");
+}
+
 TEST_F(ConsoleFrontEnd, SkipsATextWhoseConditionIsFalse) {
     DialogDesc& page = engine.addDialog("Page");
     addElement(page, kElementText, "hidden").condition.assign("[A]");

@@ -67,6 +67,16 @@ TEST_F(PageElementsTest, ATextHasNoCarriageReturns) {
     EXPECT_EQ(shown(ControlKind::kText)->text, "one\ntwo");
 }
 
+TEST_F(PageElementsTest, ATextFollowsTheVariablesThatItNames) {
+    describe(kElementText, "To [DIR]").expandsVariables = true;
+    session.shownTexts["To [DIR]"] = "To /opt";
+    elements.build(0, -1);
+    EXPECT_EQ(shown(ControlKind::kText)->text, "To /opt");
+    session.shownTexts["To [DIR]"] = "To /srv\r\n\x1B";
+    elements.refresh();
+    EXPECT_EQ(shown(ControlKind::kText)->text, "To /srv\n?");
+}
+
 TEST_F(PageElementsTest, WhatThePackageLacksIsNotThere) {
     session.resources["Empty"] = "";
     session.resources["Broken"] = "no picture";
