@@ -38,6 +38,8 @@ std::string_view adviceOf(RtfLossKind kind) {
             return "remove the soft hyphen, which takes the text up to the next space along";
         case RtfLossKind::kTab:
             return "write \\tab";
+        case RtfLossKind::kControl:
+            return "remove it";
         case RtfLossKind::kGroup:
             return "write its text without braces around it";
     }
@@ -47,6 +49,9 @@ std::string_view adviceOf(RtfLossKind kind) {
 std::string sourceOf(const RtfLoss& loss) {
     if (loss.kind == RtfLossKind::kTab) {
         return "a tab";
+    }
+    if (loss.kind == RtfLossKind::kControl) {
+        return "a control character";
     }
     const std::string start(loss.source.substr(0, kQuotedLength));
     return loss.source.size() > kQuotedLength ? start + "..." : start;

@@ -106,6 +106,7 @@ inline constexpr FindingKind kAll[] = {
     {"page-name-case", kError, "Write the name as the manual does."},
     {"page-name-near", kWarning, "Write the name as the manual does, or another one."},
     {"page-unreachable", kWarning, "Take it out, or correct the condition."},
+    {"page-first-condition", kWarning, "Put a page without a condition in front of it."},
     {"page-no-way-on", kError, "Add a Button with Name=\"Next\", or Special=\"AutoNext\"."},
     {"page-waits", kWarning, "Leave Automated out where nobody can end the programs."},
     {"page-incomplete", kError, "Add what the manual asks of this page."},

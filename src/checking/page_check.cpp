@@ -192,13 +192,25 @@ private:
         checkHolding(page);
         checkWayOn(page, walk);
         checkRetained(page);
-        const std::string_view condition = context_.attribute(page, "Condition").value_or("");
-        if (!condition.empty() && constancyOf(condition) == Constancy::kAlwaysFalse) {
-            context_.addAtAttribute("page-unreachable", page, "Condition",
-                                    "the page " + std::string(nameOf(page)) + " is never shown");
-        }
+        checkCondition(page, walk);
         if (nameOf(page) == "PostInstall" && &walk == &installation_) {
             checkPostInstall(page);
+        }
+    }
+
+    // A run begins with the first page and asks for conditions only when it moves to another one.
+    void checkCondition(std::int32_t page, const Walk& walk) {
+        const std::string_view condition = context_.attribute(page, "Condition").value_or("");
+        if (condition.empty()) {
+            return;
+        }
+        if (page == walk.pages().front()) {
+            context_.addAtAttribute(
+                "page-first-condition", page, "Condition",
+                "the page " + std::string(nameOf(page)) + " is the first one, so it is shown in any case");
+        } else if (constancyOf(condition) == Constancy::kAlwaysFalse) {
+            context_.addAtAttribute("page-unreachable", page, "Condition",
+                                    "the page " + std::string(nameOf(page)) + " is never shown");
         }
     }
 

@@ -39,9 +39,13 @@ unsigned hexValue(char digit) {
 }
 
 constexpr std::array<bool, 256> makePlainBytes() {
+    constexpr std::size_t kFirstPrinted = 0x20;
+    constexpr std::size_t kDelete = 0x7F;
     std::array<bool, 256> plain{};
-    plain.fill(true);
-    for (const char special : {'\r', '\t', '\n', '{', '}', '\\'}) {
+    for (std::size_t byte = kFirstPrinted; byte < plain.size(); ++byte) {
+        plain[byte] = byte != kDelete;
+    }
+    for (const char special : {'{', '}', '\\'}) {
         plain[static_cast<unsigned char>(special)] = false;
     }
     return plain;
@@ -174,6 +178,9 @@ bool Pass::readSpecial() {
         readEscape();
     } else if (special == '\t') {
         noteLoss(RtfLossKind::kTab, position() - 1);
+    } else if (special != '\r' && special != '\n') {
+        noteLoss(RtfLossKind::kControl, position() - 1);
+        write(document_.substr(position() - 1, 1));
     }
     return true;
 }

@@ -29,6 +29,7 @@ enum class RtfLossKind : std::uint8_t {
     kCharacter,   // a control word that means a character or a new line
     kSoftHyphen,  // a soft hyphen, which takes the text up to the next space along
     kTab,         // a tab character
+    kControl,     // another control character, which stays in the text
     kGroup,       // a group with text that isn't one of the tables which every document has
 };
 

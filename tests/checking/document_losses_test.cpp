@@ -75,6 +75,13 @@ TEST(DocumentLosses, NamesTheWordsOfRichTextThatMeanCharacters) {
     EXPECT_EQ(Lines{"line 1: left out: a tab: write \\tab"}, richTextLosses("{\\rtf1 a\tb}"));
 }
 
+TEST(DocumentLosses, NamesTheControlCharactersOfRichText) {
+    EXPECT_EQ((Lines{"line 1: left out: a control character: remove it",
+                     "line 2: left out: a control character a control character: remove it"}),
+              richTextLosses("{\\rtf1 a\fb\r\n\x01\x7F}"));
+    EXPECT_EQ(Lines{}, richTextLosses("{\\rtf1 {\\fonttbl \f}a}"));
+}
+
 TEST(DocumentLosses, CutsWhatIsLong) {
     const Lines lines = richTextLosses("{\\rtf1 {" + std::string(100, 'x') + "}}");
     ASSERT_EQ(1U, lines.size());

@@ -40,12 +40,25 @@ TEST(PageCheck, FindsNamesThatDoNothing) {
 }
 
 TEST(PageCheck, FindsPagesThatAreNeverSeenOrLeft) {
-    EXPECT_THAT(findOn("<P Condition='1==0'/>"), ElementsAre("page-unreachable 2:24"));
+    EXPECT_THAT(findOn("<A/><P Condition='1==0'/>"), ElementsAre("page-unreachable 2:28"));
     EXPECT_THAT(findOn("<Finish Special='Finish'/>"),
                 ElementsAre("page-unreachable 2:36", "page-unreachable 2:51"));
     EXPECT_THAT(findOn("<P><Button Name='Next' x='1' y='1'>n</Button></P>"),
                 ElementsAre("page-no-way-on 2:59", "page-no-way-on 2:74"));
     EXPECT_THAT(findOn("<RunningApps Special='Automated'/>"), ElementsAre("page-waits 2:32"));
+}
+
+TEST(PageCheck, FindsAConditionThatTheFirstPageIgnores) {
+    EXPECT_THAT(findOn("<P Condition='1==0'/>"), ElementsAre("page-first-condition 2:24"));
+    EXPECT_THAT(findOn("<P Condition='[A]==1'/>"), ElementsAre("page-first-condition 2:24"));
+    EXPECT_THAT(findOn("<P Condition=''/><Q Condition='[A]==1'/>"), IsEmpty());
+    EXPECT_THAT(findOn("<M Special='HasSubDialogs'><TaskList><A/></TaskList><SubDialogs>"
+                       "<A Condition='[A]==1'/></SubDialogs></M>"),
+                IsEmpty())
+        << "a way back heeds it";
+    EXPECT_THAT(findIn("<UninstallDialogs><P Condition='[A]==1'/><CopyProgress/><Finish Special='Finish'/>"
+                       "</UninstallDialogs>"),
+                Contains("page-first-condition 2:33"));
 }
 
 TEST(PageCheck, ComparesTasksWithPages) {

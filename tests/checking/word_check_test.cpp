@@ -56,6 +56,11 @@ TEST(WordCheck, FindsARepeatedElementOnlyWhereTheFirstOneCounts) {
     EXPECT_THAT(shownIn("<Firewall/><Installation>\n<Firewall/></Installation>"),
                 ElementsAre("3:1 element-repeated"));
     EXPECT_THAT(shownIn("<FileSet Name='a'/>\n<FileSet Name='b'/>"), IsEmpty());
+    for (const std::string container : {"AdditionalInstall", "PostInstall", "PreUninstall"}) {
+        EXPECT_THAT(shownIn("<Installation><" + container + "/>\n<" + container + "/></Installation>"),
+                    IsEmpty())
+            << container;
+    }
 }
 
 TEST(WordCheck, FindsUnknownAndMissingAttributes) {

@@ -7,7 +7,7 @@
     ```text output        the output of the commands before it: "…" matches any text in a line or, alone in a line,
                           any lines; text between « and » is typed, «Enter» is an empty line
 
-Blocks with other words are examples that are not run.
+Blocks with other words are examples that are not run here; recipes.py reads those with `recipe=NAME`.
 """
 
 import re

@@ -1,6 +1,7 @@
 """The manual is correct: its examples do what it says, and its descriptions can be packed."""
 
 import re
+import shutil
 import subprocess
 import unittest
 from xml.etree import ElementTree
@@ -114,26 +115,79 @@ class Commands(ManualTest):
                 self.assertEqual(runs, [], page.name)
 
 
+@unittest.skipIf(WINDOWS, "the jobs of the page run on Linux")
+class Jobs(ManualTest):
+    """The jobs for continuous integration, with the template as the product and the shell as the service."""
+
+    COMMAND = re.compile(r"^ *- (?:run: )?((?:packager|mkdir|\./|grep) ?.*)$|^ *run: (.*)$", re.M)
+    VARIABLE = re.compile(r"^ *([A-Z_]+): (.*)$", re.M)
+
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(TOP / "samples" / "template", self.host("checkout"))
+        self.host("checkout/tools").mkdir()
+        for image in ("installer", "installer.exe"):  # the one for Windows isn't on each machine, so the other stands for it
+            shutil.copy2(self.host("installer"), self.host("checkout/tools/" + image))
+
+    def jobs(self):
+        page = (MANUAL / "continuous-integration.md").read_text("utf-8")
+        return [block for block in manual_pages.blocks(page) if block.language == "yaml"]
+
+    def do(self, job):
+        """What the commands of a job print."""
+        commands = "\n".join(run or step for run, step in self.COMMAND.findall(job.text))
+        environment = self.machine.environment(dict(self.VARIABLE.findall(job.text)))
+        environment["PATH"] = f"{self.machine.root}:{environment['PATH']}"
+        # Where the template would go on the machine of this test.
+        commands = re.sub(r"-auto\b", f"-auto -VARIABLE_INSTALL_DIR={self.native('opt/product')} "
+                          f"-VARIABLE_MENU_DIR={self.native('opt/menu')}", commands)
+        done = subprocess.run(["bash", "-e", "-o", "pipefail", "-c", commands], capture_output=True, text=True, check=False,
+                              timeout=TIMEOUT, env=environment, cwd=self.host("checkout"))
+        self.assertEqual(done.returncode, 0, f"{commands}\n{done.stdout}\n{done.stderr}")
+        return done.stdout
+
+    def test_each_job_does_its_work(self):
+        jobs = self.jobs()
+        self.assertEqual(len(jobs), 4)
+        self.do(jobs[0])
+        self.assertIn('"version": "2.1.0"', self.read_text("checkout/findings.sarif"))
+        for job in jobs[1:3]:
+            shutil.rmtree(self.host("checkout/setups"), ignore_errors=True)
+            self.assertEqual(self.do(job).count("all right"), 2)
+            self.assertEqual(set(self.tree("checkout/setups")), {"product-setup", "product-setup.exe"})
+        self.assertIn("Automatic installation was successful!", self.do(jobs[3]))
+        self.assertIn("README.txt", self.tree("opt/product"))
+
+    def test_a_mistake_fails_the_job(self):
+        text = self.read_text("checkout/install.xml")
+        self.write("checkout/install.xml", text.replace("<CopyProgress ", "<CopyProgres ", 1))
+        for job in self.jobs()[:3]:
+            with self.assertRaisesRegex(AssertionError, "page-no-copy|findings"):
+                self.do(job)
+
+
 class Examples(ManualTest):
     @staticmethod
     def xml_blocks():
         for page in sorted(MANUAL.glob("*.md")):
             for block in manual_pages.blocks(page.read_text("utf-8")):
                 if block.language == "xml" and "finding" not in block.values:  # those have mistakes on purpose
-                    yield f"{page.name}:{block.line}", block.text
+                    yield f"{page.name}:{block.line}", block
 
     def test_every_example_is_well_formed(self):
         count = 0
-        for where, text in self.xml_blocks():
+        for where, block in self.xml_blocks():
             count += 1
             with self.subTest(where):
-                ElementTree.fromstring("<Examples>" + re.sub(r"<\?.*?\?>", "", text) + "</Examples>")
+                ElementTree.fromstring("<Examples>" + re.sub(r"<\?.*?\?>", "", block.text) + "</Examples>")
         self.assertGreater(count, 20)
 
     def test_every_whole_description_can_be_packed_and_installs(self):
         count = 0
-        for where, text in self.xml_blocks():
-            if "<ProductDesc>" not in text or "<Dialogs>" not in text:
+        for where, block in self.xml_blocks():
+            text = block.text
+            # Recipes are installed with files of their own by other tests.
+            if "<ProductDesc>" not in text or "<Dialogs>" not in text or "recipe" in block.values:
                 continue
             count += 1
             with self.subTest(where):
