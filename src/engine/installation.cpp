@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr std::string_view kActionsStatus = "Running additional installations";
+constexpr WordKey kActionsStatus = "StatusActions";
 constexpr std::string_view kConfigFileName = "config.xml";
 
 // The user will type this path on a command line, so the separator is the one that the system uses.
@@ -57,7 +57,7 @@ void Installation::plan(OverallProgress& overall) {
         copying += planner.isSelected(file) ? FileChange::weightOf(file) : 0;
     }
     const auto phases =
-        std::ranges::count_if(changeKinds(), [](const ChangeKind& kind) { return !kind.status.empty(); });
+        std::ranges::count_if(changeKinds(), [](const ChangeKind& kind) { return kind.status.has_value(); });
     overall.plan(JobStage::kCopy, copying);
     overall.plan(JobStage::kChange, phases * OverallProgress::kStepWeight);
     overall.plan(JobStage::kActions, OverallProgress::kStepWeight);
@@ -140,12 +140,12 @@ Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
     FailedPhases failed;
     job.context.report.beginStage(JobStage::kChange);
     for (const ChangeKind& kind : changeKinds()) {
-        if (kind.status.empty()) {
+        if (!kind.status) {
             continue;
         }
-        job.context.report.setStatus(kind.status);
+        job.context.report.setStatus(*kind.status);
         if (!kind.make(job)->apply()) {
-            failed.push_back(kind.status);
+            failed.push_back(kind.status->text());
         }
         job.context.report.advance(OverallProgress::kStepWeight);
     }
@@ -156,8 +156,7 @@ void Installation::reportEnd(Report& report, bool failed) {
     report.setProgress(100);
     report.end();
     report.flushLines();
-    report.setStatus(failed ? "There were errors during the installation."
-                            : "The installation was successful.");
+    report.setStatus(failed ? WordKey("StatusFailed") : WordKey("StatusDone"));
 }
 
 void Installation::reportErrors(Report& report, const FailedPhases& failedPhases) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "contracts/page_actions.h"
+#include "description/wizard_words.h"
 #include "ui/page_visit.h"
 
 // Open when none of the programs runs. Front ends ask it many times a second, so the list on screen is made
@@ -54,7 +55,7 @@ private:
             }
         }
         if (!names.empty() && names != said_) {
-            ui.addMessage("Still running: " + names);
+            ui.addMessage(actions_.words().text("StillRunning", {names}));
         }
         said_ = names;
     }
@@ -73,8 +74,7 @@ void RunningAppsPage::enter(PageVisit& visit) {
     if (!gate_->isOpen(visit.ui)) {
         // A window shows the state of the page by itself.
         if (visit.ui.isGraphical() == 0) {
-            visit.ui.addFileLine(
-                "The installation can not continue, because the processes listed above are running.", true);
+            visit.ui.addFileLine(actions_.words().text("ProgramsRunning").c_str(), true);
         }
         debugLog_.line("Running applications found");
         visit.hold();
