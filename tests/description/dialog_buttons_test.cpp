@@ -41,7 +41,7 @@ TEST(DialogButtons, MissingNameChangesNothing) {
 TEST(DialogButtons, FurnitureIsALineAndThreeButtons) {
     DialogDesc dialog;
     dialog.name.assign("Files");
-    DialogButtons::addStandardFurniture(dialog);
+    DialogButtons::addStandardFurniture(dialog, WizardWords());
     EXPECT_EQ(dialog.width, 500);
     EXPECT_EQ(dialog.height, 390);
 
@@ -81,12 +81,12 @@ TEST(DialogButtons, FirstAndLastPagesHaveNoWayBack) {
     for (const char* name : {"Welcome", "Finish", "BadFinish"}) {
         DialogDesc dialog;
         dialog.name.assign(name);
-        DialogButtons::addStandardFurniture(dialog);
+        DialogButtons::addStandardFurniture(dialog, WizardWords());
         EXPECT_EQ(dialog.buttons.size(), 2U) << name;
     }
     DialogDesc other;
     other.name.assign("welcome");
-    DialogButtons::addStandardFurniture(other);
+    DialogButtons::addStandardFurniture(other, WizardWords());
     EXPECT_EQ(other.buttons.size(), 3U) << "names of dialogs compare exactly";
 }
 
