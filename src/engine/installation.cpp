@@ -113,7 +113,7 @@ bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
     report.begin();
     bool failed = !FileChange(job.context, parts_, job.replaced).apply();
     const FailedPhases failedPhases = runPhases(job);
-    report.setStatus(kActionsStatus);
+    report.setStatusWord(kActionsStatus);
     report.beginStage(JobStage::kActions);
     const bool actionsSucceeded = AdditionalActions(job.context, parts_).run("AdditionalInstall");
     // Published before the outcome is reported, so that the report is true.
@@ -143,7 +143,7 @@ Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
         if (!kind.status) {
             continue;
         }
-        job.context.report.setStatus(*kind.status);
+        job.context.report.setStatusWord(*kind.status);
         if (!kind.make(job)->apply()) {
             failed.push_back(kind.status->text());
         }
@@ -156,7 +156,7 @@ void Installation::reportEnd(Report& report, bool failed) {
     report.setProgress(100);
     report.end();
     report.flushLines();
-    report.setStatus(failed ? WordKey("StatusFailed") : WordKey("StatusDone"));
+    report.setStatusWord(failed ? WordKey("StatusFailed") : WordKey("StatusDone"));
 }
 
 void Installation::reportErrors(Report& report, const FailedPhases& failedPhases) {

@@ -55,7 +55,7 @@ InstalledFilesBackup::InstalledFilesBackup(platform::FileSystem& files, NameMake
 bool InstalledFilesBackup::make(const std::string& logPath, const UninstallBackup& paths) {
     PFileStream log(files_);
     BackupFile archive(files_);
-    report_.setStatus(WordKey("StatusBackup"));
+    report_.setStatusWord(WordKey("StatusBackup"));
     bool isMade = openToRead(log, logPath) == 0 && archive.openForWriting(paths.archivePath);
     if (isMade) {
         made_.push_back(paths.archivePath);

@@ -32,7 +32,7 @@ void Report::setStatus(std::string_view text) {
     }
 }
 
-void Report::setStatus(WordKey status) {
+void Report::setStatusWord(WordKey status) {
     setStatus(words_ == nullptr ? defaultWords().text(status) : words_->text(status));
 }
 

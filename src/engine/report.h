@@ -32,7 +32,7 @@ public:
     void end();
     void setStatus(std::string_view text);
     // A status of the wizard itself, in its words or the description's.
-    void setStatus(WordKey status);
+    void setStatusWord(WordKey status);
     // The description's words; null for the default ones. They outlive this object.
     void setWords(const WizardWords* words) { words_ = words; }
     void setProgress(int percent);

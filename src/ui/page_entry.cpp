@@ -158,10 +158,13 @@ void PageEntry::showErrorSummary(PageVisit& visit) {
     const std::string title = actions_.words().text(
         actions_.isActionLogSession() ? WordKey("UninstallErrorSummary") : WordKey("ErrorSummary"));
     visit.ui.pumpEvents();
-    visit.ui.addFileLine(title.c_str(), false);
+    const auto add = [&visit](const std::string& line, bool flushNow) {
+        visit.ui.addFileLine(line.c_str(), flushNow);
+    };
+    add(title, false);
     for (std::size_t i = 0; i < errors->size(); ++i) {
         visit.ui.pumpEvents();
-        visit.ui.addFileLine((*errors)[i].c_str(), i % kLinesPerFlush == 0);
+        add((*errors)[i], i % kLinesPerFlush == 0);
     }
     visit.ui.addFileLine(nullptr, true);
 }

@@ -101,7 +101,8 @@ TEST(IconFile, RefusesDamagedBitmaps) {
     EXPECT_THAT(faultOf(with32(content, start + 16, 1)), HasSubstr("kind"));
     EXPECT_THAT(faultOf(with32(content, start + 32, 0xFFFFFFFF)), HasSubstr("kind"));
     EXPECT_THAT(faultOf(with32(content, start + 12, 7U << 16U)), HasSubstr("kind"));
-    EXPECT_THAT(faultOf(with32(content, start + 12, 32U << 16U)), HasSubstr("cut"));
+    const std::string deep = icon({{16, bitmap(16, 24)}});
+    EXPECT_THAT(faultOf(with32(deep, start + 12, 32U << 16U)), HasSubstr("cut"));
 }
 
 TEST(IconFile, RefusesDamagedPngs) {

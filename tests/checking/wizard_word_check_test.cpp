@@ -22,7 +22,7 @@ TEST_F(WizardWordCheckTest, FindsPlacesThatDiffer) {
               (Found{"the places of values in \"AskNumber\" are %1, here none",
                      "the places of values in \"AnswerYes\" are none, here %1",
                      "the places of values in \"AskNumberWithDefault\" are %1, %2, here %1, %3"}));
-    EXPECT_EQ(bench_.find("<Words><Word Name='AskNumber'>x</Word></Words>"), (Found{"word-places 2:30"}));
+    EXPECT_EQ(bench_.find("<Words><Word Name='AskNumber'>x</Word></Words>"), (Found{"word-places 2:31"}));
 }
 
 TEST_F(WizardWordCheckTest, FindsAWordThatHasATextAlready) {

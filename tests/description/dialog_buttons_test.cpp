@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "description/pxml.h"
+
 namespace {
 
 struct Expected {
@@ -75,6 +77,20 @@ TEST(DialogButtons, FurnitureIsALineAndThreeButtons) {
         EXPECT_EQ(button.backgroundColour, -1);
     }
     EXPECT_STREQ(dialog.buttons[1].action.c_str(), "Cancel");
+}
+
+TEST(DialogButtons, FurnitureHasTheWordsOfTheDescription) {
+    PXML description;
+    description.parseText(
+        "<R><Words><Word Name=\"ButtonBack\">&amp;Zur\xC3\xBC"
+        "ck</Word></Words></R>");
+    DialogDesc dialog;
+    DialogButtons::addStandardFurniture(dialog, WizardWords(description));
+    ASSERT_EQ(dialog.buttons.size(), 3U);
+    EXPECT_STREQ(dialog.buttons[0].label.c_str(), "&Next");
+    EXPECT_STREQ(dialog.buttons[2].label.c_str(),
+                 "&Zur\xC3\xBC"
+                 "ck");
 }
 
 TEST(DialogButtons, FirstAndLastPagesHaveNoWayBack) {
