@@ -101,10 +101,11 @@ class OwnWords(BrandTest):
     def test_are_what_an_unattended_run_and_an_uninstallation_say(self):
         setup = self.build()
         self.assertIn("Fertig!\n", self.run_program(setup, "-gui=0", "-auto").out)
-        result = self.run_program("product/un/installer" + EXE, "-gui=0", "-auto",
-                                  "-uninstall=" + self.native("product/un/install.log"), "-uninstallApp=Test Product")
-        self.wait_for_the_uninstaller()
-        self.assertEqual(result.code, 0, result)
+        self.write("copy.log", self.read("product/un/install.log"))
+        result = self.run_program("installer" + EXE, "-uninstallFile=" + self.native("copy.log"), "-gui=0")
+        stars = "*" * 31
+        self.assertIn(f"{stars}\n* Grüße geht                  *\n{stars}\n", result.out)
+        self.assertIn("Es ist entfernt.\n", result.out)
         self.assertFalse(self.host("product/a.txt").exists())
 
     def test_are_not_there_without_being_asked_for(self):
