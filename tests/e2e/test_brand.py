@@ -72,7 +72,8 @@ class BrandTest(EndToEndTest):
     def build(self, output="setup" + EXE, brand=BRAND, words=WORDS, late=""):
         text = description(self.native("product"),
                            '<FileSet Name="A"><FN Dest="[DIR]">a.txt</FN><FN Alias="SetupIcon">setup.ico</FN></FileSet>'
-                           '<FileSet Name="U"><FN Dest="[DIR]/un" Executable="1">installer' + EXE + "</FN></FileSet>",
+                           '<FileSet Name="U"><FN Dest="[DIR]/un" Executable="1">installer' + EXE + "</FN></FileSet>"
+                           '<UninstallWildcards><File Dest="[DIR]/un">*</File></UninstallWildcards>',
                            pages=PAGES, values=VALUES, late=late, more=words,
                            farewell='<CopyProgress Special="AutoNext"/>')
         text = text.replace("<Website>", brand + "<Website>", 1)
