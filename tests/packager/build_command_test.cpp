@@ -67,8 +67,8 @@ TEST_F(BuildCommandTest, GivesASetupForWindowsTheResourcesOfTheProduct) {
     const std::vector<PeResource> resources = readPeResources(program);
     ASSERT_EQ(resources.size(), 6U);
     EXPECT_EQ(resources[0].data, IconBytes::bitmap(16, 32));
-    EXPECT_EQ(run({"extract", "--output", "/out/files", "/out/setup"}), 0);
-    EXPECT_EQ(files_.content("/out/files/installer.exe"), image);
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new"}), 0);
+    EXPECT_EQ(files_.content("/new/installer.exe"), image);
 
     files_.addFile("/in/install.xml", "<TandrelGroupInstallation><ProductDesc>" + rest);
     ASSERT_EQ(build(), 0);
