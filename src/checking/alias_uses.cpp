@@ -67,6 +67,9 @@ std::vector<AliasUse> aliasUsesOf(const CheckContext& context) {
     for (const std::int32_t node : context.nodesOf("CreateFile")) {
         addAction(context, node, uses);
     }
+    if (const std::int32_t icon = context.firstOf("Icon"); icon >= 0 && !context.text(icon).empty()) {
+        uses.push_back({Kind::kIcon, icon, std::string(context.text(icon))});
+    }
     std::ranges::stable_sort(uses, {}, &AliasUse::node);
     return uses;
 }

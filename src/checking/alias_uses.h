@@ -11,7 +11,7 @@ class CheckContext;
 
 // An element of the description that names a packed file by its alias.
 struct AliasUse {
-    enum class Kind { kDocument, kPicture, kSlides, kCreatedFile };
+    enum class Kind { kDocument, kPicture, kSlides, kCreatedFile, kIcon };
 
     Kind kind;
     std::int32_t node;

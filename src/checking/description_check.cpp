@@ -7,6 +7,7 @@
 #include "checking/declared_variables.h"
 #include "checking/document_check.h"
 #include "checking/file_check.h"
+#include "checking/icon_check.h"
 #include "checking/packed_files.h"
 #include "checking/page_check.h"
 #include "checking/path_check.h"
@@ -17,6 +18,7 @@
 #include "checking/setting_check.h"
 #include "checking/source_document.h"
 #include "checking/variable_check.h"
+#include "checking/wizard_word_check.h"
 #include "checking/word_check.h"
 
 std::vector<Finding> checkDescription(std::string_view text, const CheckOptions& options,
@@ -42,6 +44,8 @@ std::vector<Finding> checkDescription(std::string_view text, const CheckOptions&
         checkSettings(context, paths);
         checkDocuments(context, packed);
         checkPictures(context, packed);
+        checkIcon(context, packed);
+        checkWizardWords(context);
     }
     return findings.sorted();
 }

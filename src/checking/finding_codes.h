@@ -158,6 +158,10 @@ inline constexpr FindingKind kAll[] = {
     {"registry-data", kError, "Write hexadecimal digits; for REG_BINARY pairs of them."},
     {"document-broken", kError, "Correct the document; packager text shows what is wrong."},
     {"document-loss", kWarning, "Write it in another way, or take another format."},
+    {"icon-unreadable", kError, "Give a file of icons (ICO), or a square PNG of at most 256 by 256 pixels."},
+    {"icon-sizes", kWarning, "Add pictures with sides of 16, 32, 48 and 256 pixels."},
+    {"word-places", kError, "Write each place as the manual does, in any order."},
+    {"word-repeated", kWarning, "Take it out."},
     {"image-unreadable", kError, "Give a picture in PNG, JPEG or raw pixels."},
 };
 

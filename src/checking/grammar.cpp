@@ -35,6 +35,11 @@ constexpr ElementRule kElementRules[] = {
     {"Website", "ProductDesc", kRequired, kValue, true},
     {"Supportemail", "ProductDesc", kRequired, kValue, true},
     {"InstallHelpURL", "ProductDesc", kRequired, kValue, true},
+    {"Publisher", "ProductDesc", kRequired, kValue, true},
+    {"Copyright", "ProductDesc", kRequired, kValue, true},
+    {"Icon", "ProductDesc", kRequired, 258, true},
+    {"Banner", "ProductDesc", kRequired, kName, true},
+    {"UninstallBanner", "ProductDesc", kRequired, kName, true},
     {"LegacyApplication", "ProductDesc", kRequired, 0, false},
     {"ExternalLegacyApplication", "ProductDesc (page)", kRequired, 0, false},
     {"InstallerControlVariables", kRoot, kNone, 0, true},
@@ -57,6 +62,8 @@ constexpr ElementRule kElementRules[] = {
     {"TerminateApp", kPage, kRequired, 0, false},
     {"TerminateSequence", kPage, kRequired, 0, false},
     {"ColourTheme", kRoot, kNone, 0, true},
+    {"Words", kRoot, kNone, 0, true},
+    {"Word", "Words", kRequired, kCondition, false},
     {kColour, "ColourTheme", kRequired, 0, false},
     {"CustomGroup", "ColourTheme", kRequired, 0, false},
     {"Installation", kRoot, kNone, 0, true},
@@ -210,6 +217,7 @@ constexpr AttributeRule kAttributeRules[] = {
     {"Trigger", "Value", false, 2047, ""},
     {"TerminateApp", "Service", false, 0, "words of Service"},
     {"CustomGroup", "Name", true, 0, ""},
+    {"Word", "Name", true, 0, "words of the wizard"},
     {"Replace Append Insert", "VarName", true, 0, ""},
     {"Replace Append Insert Add@IniFiles", "IsPath", false, 0, ""},
     {"Add@IniFiles", "FileName", true, 0, ""},
@@ -266,9 +274,9 @@ constexpr NamedByList kNamedByList[] = {
 };
 
 // Lists whose readers compare the words byte for byte.
-constexpr std::string_view kExactLists[] = {"hives of the registry", "types of shortcuts",
-                                            "protocols of a port",   "commands of ModifyFiles",
-                                            "details of actions",    "types of registry values"};
+constexpr std::string_view kExactLists[] = {
+    "hives of the registry", "types of shortcuts",       "protocols of a port", "commands of ModifyFiles",
+    "details of actions",    "types of registry values", "words of the wizard"};
 
 // Elements that are selected by kind, for which the case of their names doesn't count.
 constexpr std::string_view kAnyCase = "Value FN Field Button Trigger (element) (colour) CustomGroup";

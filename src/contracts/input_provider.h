@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Answers the questions of the console front end. Texts are UTF-8 and only borrowed.
@@ -15,15 +16,15 @@ public:
     virtual int askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
                         bool echo) = 0;
     // 0 for `first`, 1 for `second`, -1 when interrupted.
-    virtual int askChoice(const char* question, int defaultIndex, const char* first, const char* second,
-                          bool caseSensitive, bool prefixMatch) = 0;
+    virtual int askChoice(const char* question, int defaultIndex, std::string_view first,
+                          std::string_view second, bool caseSensitive, bool prefixMatch) = 0;
     // The 0-based choice, -1 when interrupted. `enabled` has an entry for each item.
     virtual int askList(const char* question, int defaultIndex, const std::vector<std::string>& items,
                         const std::vector<bool>& enabled) = 0;
     // Shows a message and waits until the user has read it.
     virtual void tell(const char* text) = 0;
     // Waits until the user wants to continue.
-    virtual void pause(const char* text) = 0;
+    virtual void pause(std::string_view text) = 0;
     // The closing message, once. Always returns 1.
     virtual int finish(bool failed) = 0;
     // Ends a pending question and all later ones. The only operation that another thread may call.

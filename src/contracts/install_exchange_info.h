@@ -7,6 +7,7 @@
 class InstallerUI;
 class SharedBuffer;
 class ColourTheme;
+class WizardWords;
 struct DialogDesc;
 struct DialogElementDesc;
 struct DialogFieldDesc;
@@ -42,6 +43,11 @@ public:
     virtual int getUninstallXmlFile(char* buffer, int size) = 0;
     virtual int getTemporaryFileName(char* buffer, int size) = 0;
     virtual int getInstallHelpUrl(char* buffer, int size) = 0;
+
+    // What the console frames at the start; -1 where the description has nothing of its own.
+    virtual int getBanner(char* buffer, int size) = 0;
+    // Belong to the session.
+    virtual const WizardWords& getWords() = 0;
 
     // 0 none, 1 in the list of installed applications, 2 found by its log file only.
     virtual int getPreviousInstallationKind() = 0;

@@ -7,6 +7,7 @@
 #include <vector>
 
 class InstallerUI;
+class WizardWords;
 
 // A program that must not be running when the user passes a page.
 struct WatchedProgram {
@@ -28,6 +29,8 @@ public:
     virtual ~PageActions() = default;
 
     virtual bool isActionLogSession() = 0;
+    // Those of the description; they outlive the pages.
+    virtual const WizardWords& words() const = 0;
     // Cleans the values of all directory fields; runs before files are installed or removed.
     virtual void normalizeDirectoryFields() = 0;
     virtual bool installProduct(InstallerUI& ui) = 0;

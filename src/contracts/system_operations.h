@@ -28,8 +28,9 @@ struct ApplicationEntry {
     std::string name;
     std::string version;
     std::string website;
-    std::string command;    // in double quotes
-    std::string arguments;  // of the command
+    std::string command;         // in double quotes
+    std::string arguments;       // of the command
+    std::string publisher = {};  // empty: this system's own
 };
 
 // What the description and the engine ask of the operating system's services. Texts are UTF-8. Session thread

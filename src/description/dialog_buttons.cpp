@@ -82,17 +82,17 @@ void preset(DialogButtonDesc& button, std::string_view name) {
     }
 }
 
-void addStandardFurniture(DialogDesc& dialog) {
+void addStandardFurniture(DialogDesc& dialog, const WizardWords& words) {
     dialog.width = kFurnitureWidth;
     dialog.height = kFurnitureHeight;
     dialog.elements.push_back(furnitureLine());
-    dialog.buttons.push_back(shiftButton("&Next", 100, 1));
-    DialogButtonDesc cancel = furnitureButton("&Cancel", 20, kAlignLeft);
+    dialog.buttons.push_back(shiftButton(words.text("ButtonNext"), 100, 1));
+    DialogButtonDesc cancel = furnitureButton(words.text("ButtonCancel"), 20, kAlignLeft);
     cancel.flags = kButtonHasAction;
     cancel.action.assign("Cancel");
     dialog.buttons.push_back(cancel);
     if (hasBack(dialog)) {
-        dialog.buttons.push_back(shiftButton("&Back", 190, -1));
+        dialog.buttons.push_back(shiftButton(words.text("ButtonBack"), 190, -1));
     }
 }
 

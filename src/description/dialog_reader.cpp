@@ -49,7 +49,7 @@ bool DialogReader::readDialogs(bool useUninstallDialogs) {
             buttons += *more;
         }
         if (buttons == 0) {
-            DialogButtons::addStandardFurniture(dialog);
+            DialogButtons::addStandardFurniture(dialog, WizardWords(description_));
         }
         model_.add(std::move(dialog));
     }

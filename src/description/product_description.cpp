@@ -19,6 +19,9 @@ constexpr ElementPath kMinestVersion = "TandrelGroupInstallation/Desc/ProductDes
 constexpr ElementPath kWebsite = "TandrelGroupInstallation/Desc/ProductDesc/Website";
 constexpr ElementPath kSupportEmail = "TandrelGroupInstallation/Desc/ProductDesc/Supportemail";
 constexpr ElementPath kInstallHelpUrl = "TandrelGroupInstallation/Desc/ProductDesc/InstallHelpURL";
+constexpr ElementPath kPublisher = "TandrelGroupInstallation/Desc/ProductDesc/Publisher";
+constexpr ElementPath kBanner = "TandrelGroupInstallation/Desc/ProductDesc/Banner";
+constexpr ElementPath kUninstallBanner = "TandrelGroupInstallation/Desc/ProductDesc/UninstallBanner";
 constexpr ElementPath kUninstall = "TandrelGroupInstallation/Installation/Uninstall";
 constexpr ElementPath kInstallLogFile = "TandrelGroupInstallation/Installation/Uninstall/InstallLogFile";
 constexpr ElementPath kInstallBackupFile =
@@ -50,6 +53,18 @@ std::optional<std::string> ProductDescription::fullName() const {
 
 std::optional<std::string> ProductDescription::majorVersion() const {
     return plain(kMajorVersion);
+}
+
+std::optional<std::string> ProductDescription::publisher() const {
+    return plain(kPublisher);
+}
+
+std::optional<std::string> ProductDescription::banner() const {
+    return plain(kBanner);
+}
+
+std::optional<std::string> ProductDescription::uninstallBanner() const {
+    return plain(kUninstallBanner);
 }
 
 std::optional<std::string> ProductDescription::website() const {

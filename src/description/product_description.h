@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "description/wizard_words.h"
+
 class Expressions;
 class PXML;
 
@@ -17,13 +19,17 @@ public:
 
     // Both outlive this object.
     ProductDescription(const PXML& description, Expressions& expressions)
-        : description_(description), expressions_(expressions) {}
+        : description_(description), expressions_(expressions), words_(description) {}
 
     // Whether the description has the element ProductDesc.
     bool exists() const;
 
     std::optional<std::string> fullName() const;
     std::optional<std::string> majorVersion() const;
+    std::optional<std::string> publisher() const;
+    // The line that the console frames at the start, each for its kind of run.
+    std::optional<std::string> banner() const;
+    std::optional<std::string> uninstallBanner() const;
     std::optional<std::string> website() const;
     std::optional<std::string> supportEmail() const;
     std::optional<std::string> installHelpUrl() const;
@@ -34,6 +40,8 @@ public:
     // The description's title, or full name and version. Nothing when there is no full name; the title is
     // then kUnknownTitle where one has to be shown.
     std::optional<std::string> title() const;
+
+    const WizardWords& words() const { return words_; }
 
     // Paths, with their variables expanded. Also nothing where the expansion gives nothing.
     std::optional<std::string> installLogFile() const;
@@ -50,4 +58,5 @@ private:
 
     const PXML& description_;
     Expressions& expressions_;
+    WizardWords words_;
 };

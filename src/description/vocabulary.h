@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "description/wizard_word_table.h"
+
 // The words of a description: elements, attributes, and words of lists, each with the page of docs/manual
 // that describes it. Readers ask with ElementName, AttributeName and WordName, which compile only for words
 // of these tables; the check of the manual and the dictionary of the fuzzers are made from them.
@@ -63,6 +65,13 @@ inline constexpr Element kElements[] = {
     {"Website", Kind::kText, "description.md"},
     {"Supportemail", Kind::kText, "description.md"},
     {"InstallHelpURL", Kind::kText, "description.md"},
+    {"Publisher", Kind::kText, "brand.md"},
+    {"Copyright", Kind::kText, "brand.md"},
+    {"Icon", Kind::kText, "brand.md"},
+    {"Banner", Kind::kText, "brand.md"},
+    {"UninstallBanner", Kind::kText, "brand.md"},
+    {"Words", Kind::kNone, "brand.md"},
+    {"Word", Kind::kText, "brand.md"},
     {"LegacyApplication", Kind::kText, "description.md"},
     {"ExternalLegacyApplication", Kind::kText, "description.md"},
     {"Installation", Kind::kNone, "description.md"},
@@ -239,6 +248,7 @@ inline constexpr Attribute kAttributes[] = {
     {"TerminateApp", "Service", Kind::kWord, "pages.md"},
     {"TerminateSequence", "Condition", Kind::kCondition, "pages.md"},
     {"CustomGroup", "Name", Kind::kText, "theme.md"},
+    {"Word", "Name", Kind::kWord, "brand.md"},
     {kEveryColour, "Condition", Kind::kCondition, "theme.md"},
     {"Environment", "Condition", Kind::kCondition, "system-changes.md"},
     {"Replace", "VarName", Kind::kExpandedText, "system-changes.md"},
@@ -380,6 +390,7 @@ inline constexpr WordList kWordLists[] = {
     {"protocols of a port", "system-changes.md", kProtocols},
     {"commands of ModifyFiles", "system-changes.md", kFileCommands},
     {"types of registry values", "system-changes.md", kRegistryTypes},
+    {"words of the wizard", "brand.md", kWizardWordNames},
 };
 
 constexpr bool isElement(std::string_view name) {

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr std::string_view kActionsStatus = "Running additional installations";
+constexpr WordKey kActionsStatus = "StatusActions";
 constexpr std::string_view kConfigFileName = "config.xml";
 
 // The user will type this path on a command line, so the separator is the one that the system uses.
@@ -58,7 +58,7 @@ void Installation::plan(OverallProgress& overall) {
         copying += planner.isSelected(file) ? FileChange::weightOf(file) : 0;
     }
     const auto phases =
-        std::ranges::count_if(changeKinds(), [](const ChangeKind& kind) { return !kind.status.empty(); });
+        std::ranges::count_if(changeKinds(), [](const ChangeKind& kind) { return kind.status.has_value(); });
     overall.plan(JobStage::kCopy, copying);
     overall.plan(JobStage::kChange, phases * OverallProgress::kStepWeight);
     overall.plan(JobStage::kActions, OverallProgress::kStepWeight);
@@ -127,7 +127,7 @@ bool Installation::makeChanges(ChangeJob& job, InstallationRecords& records) {
     report.begin();
     bool failed = !FileChange(job.context, parts_, job.replaced).apply();
     const FailedPhases failedPhases = runPhases(job);
-    report.setStatus(kActionsStatus);
+    report.setStatusWord(kActionsStatus);
     report.beginStage(JobStage::kActions);
     const bool actionsSucceeded = AdditionalActions(job.context, parts_).run("AdditionalInstall");
     // Published before the outcome is reported, so that the report is true.
@@ -154,12 +154,12 @@ Installation::FailedPhases Installation::runPhases(ChangeJob& job) {
     FailedPhases failed;
     job.context.report.beginStage(JobStage::kChange);
     for (const ChangeKind& kind : changeKinds()) {
-        if (kind.status.empty()) {
+        if (!kind.status) {
             continue;
         }
-        job.context.report.setStatus(kind.status);
+        job.context.report.setStatusWord(*kind.status);
         if (!kind.make(job)->apply()) {
-            failed.push_back(kind.status);
+            failed.push_back(kind.status->text());
         }
         job.context.report.advance(OverallProgress::kStepWeight);
     }
@@ -170,8 +170,7 @@ void Installation::reportEnd(Report& report, bool failed) {
     report.setProgress(100);
     report.end();
     report.flushLines();
-    report.setStatus(failed ? "There were errors during the installation."
-                            : "The installation was successful.");
+    report.setStatusWord(failed ? WordKey("StatusFailed") : WordKey("StatusDone"));
 }
 
 void Installation::reportErrors(Report& report, const FailedPhases& failedPhases) {

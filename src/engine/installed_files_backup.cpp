@@ -17,8 +17,6 @@ namespace {
 
 namespace Format = ActionLogFormat;
 
-constexpr std::string_view kStatus = "Creating backup of old files, in case the installation fails";
-
 // What follows the second field of a record.
 std::string_view pathOf(std::string_view line) {
     return nextLogField(nextLogField(line));
@@ -57,7 +55,7 @@ InstalledFilesBackup::InstalledFilesBackup(platform::FileSystem& files, NameMake
 bool InstalledFilesBackup::make(const std::string& logPath, const UninstallBackup& paths) {
     PFileStream log(files_);
     BackupFile archive(files_);
-    report_.setStatus(kStatus);
+    report_.setStatusWord(WordKey("StatusBackup"));
     bool isMade = openToRead(log, logPath) == 0 && archive.openForWriting(paths.archivePath);
     if (isMade) {
         made_.push_back(paths.archivePath);

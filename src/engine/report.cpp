@@ -32,6 +32,10 @@ void Report::setStatus(std::string_view text) {
     }
 }
 
+void Report::setStatusWord(WordKey status) {
+    setStatus(words_ == nullptr ? defaultWords().text(status) : words_->text(status));
+}
+
 void Report::setProgress(int percent) {
     if (ui_ != nullptr) {
         ui_->setCurrentProgress(percent);

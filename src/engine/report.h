@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "description/wizard_words.h"
+
 class InstallerUI;
 class OverallProgress;
 enum class JobStage;
@@ -29,6 +31,10 @@ public:
     void begin();
     void end();
     void setStatus(std::string_view text);
+    // A status of the wizard itself, in its words or the description's.
+    void setStatusWord(WordKey status);
+    // The description's words; null for the default ones. They outlive this object.
+    void setWords(const WizardWords* words) { words_ = words; }
     void setProgress(int percent);
     // The progress of the whole job, if anybody looks at it; null at first, and outlives this object.
     // setProgress gives it the share of the present stage.
@@ -83,6 +89,7 @@ public:
 private:
     InstallerUI* ui_;
     ErrorList* errors_;
+    const WizardWords* words_ = nullptr;
     OverallProgress* overall_ = nullptr;
     std::function<void(std::string_view)> noteReceiver_;
     std::int64_t expectedSteps_ = 0;

@@ -85,6 +85,10 @@ std::optional<ApplicationEntry> applicationEntryOf(const ProductDescription& pro
         return fail(debugLog, "ERROR: Could not obtain application web site! (check <ProductDesc> tag)");
     }
     const std::string name = product.fullName().value_or("");
-    return ApplicationEntry{name.substr(0, kNameLimit), version->substr(0, kNameLimit),
-                            website->substr(0, kNameLimit), command->program, command->arguments};
+    return ApplicationEntry{name.substr(0, kNameLimit),
+                            version->substr(0, kNameLimit),
+                            website->substr(0, kNameLimit),
+                            command->program,
+                            command->arguments,
+                            product.publisher().value_or("").substr(0, kNameLimit)};
 }

@@ -151,7 +151,7 @@ void Uninstallation::planProgress(PStream* log, const LogHead& head, Report& rep
 
 // False when the log is there and can't be read: then it isn't known what else has to stay for a repetition.
 bool Uninstallation::walkLog(PStream* log, const LogHead& head, UndoWalk& walk, Report& report) {
-    report.setStatus("Uninstalling");
+    report.setStatusWord(WordKey("UninstallStatus"));
     report.beginStage(JobStage::kUndo);
     bool isRead = true;
     if (log == nullptr) {
@@ -382,7 +382,7 @@ void Uninstallation::reportEnd(bool failed, bool canBeRepeated, Report& report) 
                         : "The uninstallation is not complete.");
         setErrorVariable();
     }
-    report.setStatus(failed ? "There were errors during the uninstall." : "The uninstall was successful.");
+    report.setStatusWord(failed ? WordKey("UninstallStatusFailed") : WordKey("UninstallStatusDone"));
 }
 
 void Uninstallation::setErrorVariable() {

@@ -299,6 +299,9 @@ void PackageWriter::loadImage(const PackageOptions& options, Job& job) const {
     if (job.image.find(kSolidMark) == std::string::npos) {
         fail(path + ": this program can't install such packages: give the bare installer");
     }
+    if (options.finishImage) {
+        job.image = options.finishImage(std::move(job.image));
+    }
     const auto offset = static_cast<std::uint32_t>(job.image.size());
     if (stampPackageOffset(job.image, offset) != StampResult::kStamped) {
         fail(path +

@@ -24,6 +24,9 @@ struct PackageOptions {
     // The bare executable image to put before the payload; empty for a package in a file of its own, which
     // has no trailer either.
     std::string imagePath;
+    // Makes of the bare image, once it has been checked, the one that is written; none leaves it as it is.
+    // Throws InstallerError where it can't.
+    std::function<std::string(std::string image)> finishImage;
     // 1 to 256; 0 takes a number that depends on the size of the payload alone.
     std::int32_t stripes = 0;
     OUtils::ThreadSettings threads;  // of the hashing and the compression

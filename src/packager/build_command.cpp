@@ -5,6 +5,7 @@
 #include "packager/build_check.h"
 #include "packager/commands.h"
 #include "packager/failure.h"
+#include "packager/image_resources.h"
 #include "packager/loss_warnings.h"
 #include "packager/packing_list.h"
 #include "packager/stripe_balancer.h"
@@ -48,6 +49,28 @@ void refuseOutputAmong(const std::vector<PackageFile>& entries, const std::strin
     }
 }
 
+// The file of the icon, empty without one.
+std::string iconOf(const SetupIdentity& identity, const PackingList& list, platform::FileSystem& files) {
+    const PackageFile* const file = list.findAlias(identity.icon);
+    std::string icon;
+    if (file != nullptr && OUtils::readWholeFile(file->path, icon, files) != 0) {
+        icon.clear();  // the writer reports it
+    }
+    return icon;
+}
+
+std::function<std::string(std::string)> imageFinisher(const PackingList& list, const std::string& output,
+                                                      platform::FileSystem& files) {
+    if (!list.identity()) {
+        return {};
+    }
+    return [&list, &output, &files](std::string image) {
+        const SetupIdentity& identity = *list.identity();
+        return withResources(std::move(image), identity, iconOf(identity, list, files),
+                             OUtils::lastPathComponent(output));
+    };
+}
+
 }  // namespace
 
 void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
@@ -64,6 +87,7 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
     refuseOutputAmong(list.entries(), commandLine.output, files);
     PackageOptions options;
     options.imagePath = commandLine.bin ? std::string() : commandLine.image;
+    options.finishImage = imageFinisher(list, commandLine.output, files);
     options.stripes =
         commandLine.stripes == 0 ? PackageWriter::defaultStripes(list.cabinetSize()) : commandLine.stripes;
     options.level = commandLine.level;

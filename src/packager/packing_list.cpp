@@ -83,6 +83,12 @@ void PackingList::read() {
     addDocuments(document, kRichTextElement);
     addDocuments(document, kPlainTextElement);
     addDocuments(document, kHtmlElement);
+    identity_ = setupIdentityOf(document);
+}
+
+const PackageFile* PackingList::findAlias(const std::string& alias) const {
+    const auto known = byAlias_.find(alias);
+    return known == byAlias_.end() ? nullptr : &entries_[known->second];
 }
 
 // With what stands for its trees.

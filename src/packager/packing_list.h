@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "package/package_writer.h"
+#include "packager/setup_identity.h"
 #include "packager/tree_expansion.h"
 #include "text/document_text.h"
 
@@ -39,6 +41,10 @@ public:
         bool operator==(const ShownDocument&) const = default;
     };
     const std::vector<ShownDocument>& documents() const { return documents_; }
+    // What a setup for Windows tells of itself; nothing when the description doesn't ask for it.
+    const std::optional<SetupIdentity>& identity() const { return identity_; }
+    // The file of this alias; null when there is none.
+    const PackageFile* findAlias(const std::string& alias) const;
     // One line each.
     const std::vector<std::string>& warnings() const { return warnings_; }
 
@@ -61,5 +67,6 @@ private:
     std::vector<PackageFile> entries_;
     std::unordered_map<std::string, std::size_t> byAlias_;
     std::vector<ShownDocument> documents_;
+    std::optional<SetupIdentity> identity_;
     std::vector<std::string> warnings_;
 };

@@ -71,6 +71,8 @@ public:
     int getVersion(char* buffer, int size) override;
     int getWebsite(char* buffer, int size) override;
     int getSupportEmail(char* buffer, int size) override;
+    int getBanner(char* buffer, int size) override;
+    const WizardWords& getWords() override;
     int getInstallLogFile(char* buffer, int size) override;
     int getInstallBackupFile(char* buffer, int size) override;
     int getUninstallCmd(char* buffer, int size) override;

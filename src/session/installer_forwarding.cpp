@@ -80,6 +80,12 @@ int Installer::getSupportEmail(char* buffer, int size) {
 int Installer::getInstallHelpUrl(char* buffer, int size) {
     return give(model_.product.installHelpUrl(), buffer, size);
 }
+int Installer::getBanner(char* buffer, int size) {
+    return give(isUninstalling() ? model_.product.uninstallBanner() : model_.product.banner(), buffer, size);
+}
+const WizardWords& Installer::getWords() {
+    return model_.product.words();
+}
 int Installer::getInstallLogFile(char* buffer, int size) {
     return givePath(model_.product.installLogFile(), model_.product.givesPath("InstallLogFile"), buffer,
                     size);

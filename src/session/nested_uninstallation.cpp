@@ -103,6 +103,7 @@ void NestedUninstallation::setVariable(std::string_view name, std::string_view v
 
 bool NestedUninstallation::uninstall(const std::function<void(int percent)>& onProgress) {
     Report report(ui_, &errors_);
+    report.setWords(&model_.product.words());
     OverallProgress progress;
     progress.showOn(onProgress);
     if (onProgress) {

@@ -40,7 +40,9 @@ PageWork::PageWork(SessionState& state, SessionModel& model, const platform::Pla
       products_(DescriptionTags(model.description, model.variables.expressions()), system) {}
 
 Report PageWork::reportTo(InstallerUI& ui) {
-    return {&ui, &state_.errorList};
+    Report report(&ui, &state_.errorList);
+    report.setWords(&words());
+    return report;
 }
 
 // Only a window has a bar for the whole job; on the console its progress would silence the status lines.
@@ -109,6 +111,10 @@ std::optional<std::string> PageWork::applicationDirectory() {
 
 bool PageWork::isActionLogSession() {
     return state_.isActionLogSession();
+}
+
+const WizardWords& PageWork::words() const {
+    return model_.product.words();
 }
 
 void PageWork::normalizeDirectoryFields() {

@@ -39,6 +39,7 @@ public:
     std::optional<std::string> applicationDirectory();
 
     bool isActionLogSession() override;
+    const WizardWords& words() const override;
     void normalizeDirectoryFields() override;
     bool installProduct(InstallerUI& ui) override;
     bool prepareUninstall(InstallerUI& ui) override;

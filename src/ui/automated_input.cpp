@@ -39,7 +39,7 @@ int Automated::askText(const char*, char* buffer, int size, const char* value, c
     return 1;
 }
 
-int Automated::askChoice(const char*, int defaultIndex, const char*, const char*, bool, bool) {
+int Automated::askChoice(const char*, int defaultIndex, std::string_view, std::string_view, bool, bool) {
     return defaultIndex;
 }
 
@@ -52,12 +52,16 @@ void Automated::tell(const char* text) {
     print(text == nullptr ? std::string_view() : std::string_view(text));
 }
 
-void Automated::pause(const char*) {}
+void Automated::pause(std::string_view) {}
 
 int Automated::finish(bool failed) {
-    const std::string prefix = uninstall_ ? "un" : "";
-    print(failed ? "The automatic " + prefix + "installer has encountered an ERROR!\n"
-                 : "Automatic " + prefix + "installation was successful!\n");
+    const WizardWords& words = words_();
+    if (failed) {
+        print(words.text(uninstall_ ? WordKey("UninstallAutomaticFailed") : WordKey("AutomaticFailed")) +
+              "\n");
+    } else {
+        print(words.text(uninstall_ ? WordKey("UninstallAutomaticDone") : WordKey("AutomaticDone")) + "\n");
+    }
     return 1;
 }
 

@@ -2,8 +2,10 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "contracts/input_provider.h"
+#include "description/wizard_words.h"
 #include "platform/console_device.h"
 
 class AnswersFile;
@@ -17,18 +19,21 @@ public:
     Automated(platform::ConsoleDevice& terminal, AnswersFile& answers, std::string_view configPath,
               bool uninstall);
 
+    // Those of the session instead of the default ones.
+    void takeWordsFrom(WordSource words) { words_ = std::move(words); }
+
     // 1 without a file, or with one that can be read; otherwise prints why not and gives 0.
     int init() override;
     // Gives `value`, also when it is empty, and never `fallback`; always 1.
     int askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
                 bool echo) override;
     // Both give `defaultIndex` as it is: -1, for a variable without a usable value, is stored as such.
-    int askChoice(const char* question, int defaultIndex, const char* first, const char* second,
+    int askChoice(const char* question, int defaultIndex, std::string_view first, std::string_view second,
                   bool caseSensitive, bool prefixMatch) override;
     int askList(const char* question, int defaultIndex, const std::vector<std::string>& items,
                 const std::vector<bool>& enabled) override;
     void tell(const char* text) override;
-    void pause(const char* text) override;
+    void pause(std::string_view text) override;
     // Prints how the run ended, at every call.
     int finish(bool failed) override;
     void abort() override;
@@ -40,4 +45,5 @@ private:
     AnswersFile& answers_;
     const std::string configPath_;
     const bool uninstall_;
+    WordSource words_ = defaultWords;
 };

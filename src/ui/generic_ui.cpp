@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "description/wizard_words.h"
 #include "ui/automated_input.h"
 
 namespace {
@@ -21,6 +22,10 @@ constexpr Mode kModes[] = {
 
 }  // namespace
 
+const WizardWords& GenericUI::words() const {
+    return engine() == nullptr ? defaultWords() : engine()->getWords();
+}
+
 // A mode that is no word of the table is the path of an answers file.
 int GenericUI::createInputProvider(const char* mode, bool& outAutomated) {
     const std::string_view word = mode == nullptr ? std::string_view() : std::string_view(mode);
@@ -37,7 +42,9 @@ int GenericUI::createInputProvider(const char* mode, bool& outAutomated) {
 }
 
 int GenericUI::takeAutomated(std::string_view configPath, bool uninstall, bool& outAutomated) {
-    const int result = takeProvider(std::make_unique<Automated>(terminal_, answers_, configPath, uninstall));
+    auto automated = std::make_unique<Automated>(terminal_, answers_, configPath, uninstall);
+    automated->takeWordsFrom([this]() -> const WizardWords& { return words(); });
+    const int result = takeProvider(std::move(automated));
     if (result == 0) {
         outAutomated = true;
     }

@@ -10,6 +10,7 @@
 #include "platform/console_device.h"
 
 class AnswersFile;
+class WizardWords;
 
 // What the front ends share: the provider of answers, the flags of the run and the link to the engine.
 class GenericUI : public InstallerUI {
@@ -40,6 +41,8 @@ protected:
     InputProvider* input() const { return input_; }
     InstallExchangeInfo* engine() const { return engine_; }
     platform::ConsoleDevice& terminal() const { return terminal_; }
+    // Those of the session, once there is one.
+    const WizardWords& words() const;
     bool isUninstall() const { return uninstall_; }
 
 private:

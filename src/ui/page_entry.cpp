@@ -3,6 +3,7 @@
 #include <string>
 
 #include "contracts/page_actions.h"
+#include "description/wizard_words.h"
 #include "ui/control_values.h"
 #include "ui/triggers.h"
 
@@ -154,13 +155,16 @@ void PageEntry::showErrorSummary(PageVisit& visit) {
     if (errors == nullptr || errors->empty()) {
         return;
     }
-    const char* const title =
-        actions_.isActionLogSession() ? "Uninstallation errors summary:" : "Installation errors summary:";
+    const std::string title = actions_.words().text(
+        actions_.isActionLogSession() ? WordKey("UninstallErrorSummary") : WordKey("ErrorSummary"));
     visit.ui.pumpEvents();
-    visit.ui.addFileLine(title, false);
+    const auto add = [&visit](const std::string& line, bool flushNow) {
+        visit.ui.addFileLine(line.c_str(), flushNow);
+    };
+    add(title, false);
     for (std::size_t i = 0; i < errors->size(); ++i) {
         visit.ui.pumpEvents();
-        visit.ui.addFileLine((*errors)[i].c_str(), i % kLinesPerFlush == 0);
+        add((*errors)[i], i % kLinesPerFlush == 0);
     }
     visit.ui.addFileLine(nullptr, true);
 }

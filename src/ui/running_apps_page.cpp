@@ -5,7 +5,16 @@
 #include <vector>
 
 #include "contracts/page_actions.h"
+#include "description/wizard_words.h"
 #include "ui/page_visit.h"
+
+namespace {
+
+void addLine(InstallerUI& ui, const std::string& line, bool flushNow) {
+    ui.addFileLine(line.c_str(), flushNow);
+}
+
+}  // namespace
 
 // Open when none of the programs runs. Front ends ask it many times a second, so the list on screen is made
 // anew only when it differs from what runs.
@@ -39,7 +48,7 @@ private:
         ui.clearFileLines();
         for (const WatchedProgram& program : programs) {
             if (program.isRunning) {
-                ui.addFileLine(program.name.c_str(), false);
+                addLine(ui, program.name, false);
             }
         }
         ui.addFileLine(nullptr, true);
@@ -54,7 +63,7 @@ private:
             }
         }
         if (!names.empty() && names != said_) {
-            ui.addMessage("Still running: " + names);
+            ui.addMessage(actions_.words().text("StillRunning", {names}));
         }
         said_ = names;
     }
@@ -73,8 +82,7 @@ void RunningAppsPage::enter(PageVisit& visit) {
     if (!gate_->isOpen(visit.ui)) {
         // A window shows the state of the page by itself.
         if (visit.ui.isGraphical() == 0) {
-            visit.ui.addFileLine(
-                "The installation can not continue, because the processes listed above are running.", true);
+            addLine(visit.ui, actions_.words().text("ProgramsRunning"), true);
         }
         debugLog_.line("Running applications found");
         visit.hold();

@@ -52,9 +52,12 @@ bool ApplicationRegistration::registerApplication(const ApplicationEntry& entry)
         noteLevels(created - kEntryLevels);
     }
     const std::pair<const char*, std::string> values[] = {
-        {"DisplayIcon", entry.command},    {"DisplayName", entry.name},
-        {"DisplayVersion", entry.version}, {"HelpLink", entry.website},
-        {"Publisher", kPublisher},         {"UninstallString", entry.command + ' ' + entry.arguments},
+        {"DisplayIcon", entry.command},
+        {"DisplayName", entry.name},
+        {"DisplayVersion", entry.version},
+        {"HelpLink", entry.website},
+        {"Publisher", entry.publisher.empty() ? kPublisher : entry.publisher},
+        {"UninstallString", entry.command + ' ' + entry.arguments},
     };
     bool written = true;
     for (const auto& [name, text] : values) {

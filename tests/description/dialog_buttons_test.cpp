@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "description/pxml.h"
+
 namespace {
 
 struct Expected {
@@ -41,7 +43,7 @@ TEST(DialogButtons, MissingNameChangesNothing) {
 TEST(DialogButtons, FurnitureIsALineAndThreeButtons) {
     DialogDesc dialog;
     dialog.name.assign("Files");
-    DialogButtons::addStandardFurniture(dialog);
+    DialogButtons::addStandardFurniture(dialog, WizardWords());
     EXPECT_EQ(dialog.width, 500);
     EXPECT_EQ(dialog.height, 390);
 
@@ -77,16 +79,30 @@ TEST(DialogButtons, FurnitureIsALineAndThreeButtons) {
     EXPECT_STREQ(dialog.buttons[1].action.c_str(), "Cancel");
 }
 
+TEST(DialogButtons, FurnitureHasTheWordsOfTheDescription) {
+    PXML description;
+    description.parseText(
+        "<R><Words><Word Name=\"ButtonBack\">&amp;Zur\xC3\xBC"
+        "ck</Word></Words></R>");
+    DialogDesc dialog;
+    DialogButtons::addStandardFurniture(dialog, WizardWords(description));
+    ASSERT_EQ(dialog.buttons.size(), 3U);
+    EXPECT_STREQ(dialog.buttons[0].label.c_str(), "&Next");
+    EXPECT_STREQ(dialog.buttons[2].label.c_str(),
+                 "&Zur\xC3\xBC"
+                 "ck");
+}
+
 TEST(DialogButtons, FirstAndLastPagesHaveNoWayBack) {
     for (const char* name : {"Welcome", "Finish", "BadFinish"}) {
         DialogDesc dialog;
         dialog.name.assign(name);
-        DialogButtons::addStandardFurniture(dialog);
+        DialogButtons::addStandardFurniture(dialog, WizardWords());
         EXPECT_EQ(dialog.buttons.size(), 2U) << name;
     }
     DialogDesc other;
     other.name.assign("welcome");
-    DialogButtons::addStandardFurniture(other);
+    DialogButtons::addStandardFurniture(other, WizardWords());
     EXPECT_EQ(other.buttons.size(), 3U) << "names of dialogs compare exactly";
 }
 

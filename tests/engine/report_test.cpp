@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "description/pxml.h"
 #include "fakes/recording_ui.h"
 #include "platform/error_text.h"
 #include "platform/registry.h"
@@ -28,6 +29,19 @@ TEST(ReportTest, PassesEverythingToTheFrontEnd) {
     EXPECT_EQ(ui.calls.size(), 7U);
     EXPECT_EQ(ui.countOf("pumpEventsWhileCopying"), 1);
     EXPECT_EQ(ui.countOf("addFileLine(null"), 1);
+}
+
+TEST(ReportTest, ShowsTheStatusInTheWordsOfTheDescription) {
+    RecordingUI ui;
+    Report report(&ui, nullptr);
+    report.setStatusWord("StatusDone");
+    EXPECT_EQ(ui.countOf("setStatusText(\"The installation was successful.\""), 1);
+    PXML description;
+    description.parseText("<R><Words><Word Name='StatusDone'>Fertig.</Word></Words></R>");
+    const WizardWords words(description);
+    report.setWords(&words);
+    report.setStatusWord("StatusDone");
+    EXPECT_EQ(ui.countOf("setStatusText(\"Fertig.\""), 1);
 }
 
 TEST(ReportTest, KeepsErrorsUpToTheirLimitAndShowsThem) {

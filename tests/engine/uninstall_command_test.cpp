@@ -73,7 +73,7 @@ protected:
     std::optional<ApplicationEntry> entry() {
         parse("<TandrelGroupInstallation><ProductDesc>" + element("Fullname") + element("MajorVersion") +
               "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion>" + element("Website") +
-              "</ProductDesc><Installation><Uninstall>" + element("InstallLogFile") +
+              element("Publisher") + "</ProductDesc><Installation><Uninstall>" + element("InstallLogFile") +
               element("UninstallCmd") + "</Uninstall></Installation></TandrelGroupInstallation>");
         log_.clear();
         return applicationEntryOf(product_, console_);
@@ -98,6 +98,14 @@ TEST_F(UninstallCommandOfProductTest, GivesWhatTheListOfApplicationsShows) {
     EXPECT_EQ(found->arguments, "-uninstall=\"" + platform::writtenPath("C:\\demo app\\install.log") +
                                     "\" -uninstallApp=\"Demo 1\"");
     EXPECT_THAT(log_.lines(), IsEmpty());
+}
+
+TEST_F(UninstallCommandOfProductTest, NamesThePublisherOfTheProduct) {
+    EXPECT_EQ(entry()->publisher, "");
+    texts_["Publisher"] = "Demo Ltd";
+    EXPECT_EQ(entry()->publisher, "Demo Ltd");
+    texts_["Publisher"] = std::string(2000, 'p');
+    EXPECT_EQ(entry()->publisher, std::string(1023, 'p'));
 }
 
 TEST_F(UninstallCommandOfProductTest, ExpandsTheVariablesOfThePaths) {

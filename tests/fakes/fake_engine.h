@@ -14,6 +14,7 @@
 #include "contracts/installer_ui.h"
 #include "description/colour_theme.h"
 #include "description/dialog_model.h"
+#include "description/wizard_words.h"
 
 // The session as a front end sees it: plain tables that a test fills. Conditions are looked up by their text
 // and are true where a test doesn't say otherwise.
@@ -27,6 +28,8 @@ public:
     std::map<std::string, std::string> resources;
     std::vector<std::string> calls;  // goToDialog, shift, cancel and the like
 
+    std::string banner;
+    WizardWords words;
     int currentDialog = 0;
     int currentSubDialog = -1;
     std::int32_t uiState = kUiReady;
@@ -49,6 +52,11 @@ public:
     int getVersion(char* buffer, int size) override { return give("1.0", buffer, size); }
     int getWebsite(char* buffer, int size) override { return give("", buffer, size); }
     int getSupportEmail(char* buffer, int size) override { return give("", buffer, size); }
+    int getBanner(char* buffer, int size) override {
+        give(banner.c_str(), buffer, size);
+        return banner.empty() ? -1 : 0;
+    }
+    const WizardWords& getWords() override { return words; }
     int getInstallLogFile(char* buffer, int size) override { return give("", buffer, size); }
     int getInstallBackupFile(char* buffer, int size) override { return give("", buffer, size); }
     int getUninstallCmd(char* buffer, int size) override { return give("", buffer, size); }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "contracts/page_actions.h"
+#include "description/wizard_words.h"
 
 // The work behind pages, recorded instead of done: calls are "installProduct", "runActions(PostInstall)" and
 // so on. Questions are answered and not recorded.
@@ -27,8 +28,11 @@ public:
     // Called after the recording of each call, with its text.
     std::function<void(const std::string& call)> onCall;
 
+    WizardWords wizardWords;
+
     std::vector<std::string> take() { return std::exchange(calls, {}); }
 
+    const WizardWords& words() const override { return wizardWords; }
     bool isActionLogSession() override { return actionLogSession; }
     void normalizeDirectoryFields() override { record("normalizeDirectoryFields"); }
     bool installProduct(InstallerUI&) override { return answer("installProduct"); }

@@ -12,8 +12,8 @@
 
 namespace {
 
-// A file of this size can't be an example.
-const std::set<std::string_view> kWithoutExample = {"form-too-large"};
+// A file of this size, or an icon, can't be an example.
+const std::set<std::string_view> kWithoutExample = {"form-too-large", "icon-sizes"};
 
 std::string_view pageText() {
     for (const ManualPage& page : manualPages()) {

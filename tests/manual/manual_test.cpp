@@ -118,6 +118,19 @@ TEST(Manual, NamesEveryWordOfTheVocabulary) {
     }
 }
 
+TEST(Manual, ShowsEveryWordOfTheWizardWithItsText) {
+    const ManualPage* page = findPage("brand.md");
+    ASSERT_NE(page, nullptr);
+    for (const WizardWord& word : kWizardWords) {
+        std::string text(word.text);
+        for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n')) {
+            text.replace(end, 1, "⏎");
+        }
+        const std::string row = "| `" + std::string(word.name) + "` | `" + text + "` |\n";
+        EXPECT_NE(page->text.find(row), std::string::npos) << row;
+    }
+}
+
 TEST(Manual, NamesEveryEnvironmentVariable) {
     std::string code;
     for (const ManualPage& page : manualPages()) {

@@ -10,7 +10,9 @@ protected:
         load(document(
                  "<ProductDesc><Fullname>Demo</Fullname><Title>The demo</Title><MajorVersion>1</MajorVersion>"
                  "<MinorVersion>2</MinorVersion><MinestVersion>3</MinestVersion><Website>web</Website>"
-                 "<Supportemail>mail</Supportemail><InstallHelpURL>help</InstallHelpURL></ProductDesc>"
+                 "<Supportemail>mail</Supportemail><InstallHelpURL>help</InstallHelpURL><Banner>line</"
+                 "Banner></ProductDesc>"
+                 "<Words><Word Name='AnswerYes'>ja</Word></Words>"
                  "<Dialogs><Hello w='300' h='200' BkgColour='010203'><Text x='1' y='1' w='1' "
                  "h='1'>t</Text></Hello><Next/>"
                  "<End Special='Finish'/></Dialogs>"
@@ -41,6 +43,9 @@ TEST_F(InstallerForwardingTest, GivesTheProductsTexts) {
     EXPECT_EQ(textOf(&InstallExchangeInfo::getWebsite), "web");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getSupportEmail), "mail");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getInstallHelpUrl), "help");
+    EXPECT_EQ(textOf(&InstallExchangeInfo::getBanner), "line");
+    EXPECT_EQ(view_.getWords().text("AnswerYes"), "ja");
+    EXPECT_EQ(view_.getWords().text("AnswerNo"), "no");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getInstallLogFile), "lfirst");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getInstallBackupFile), "bfirst");
     EXPECT_EQ(textOf(&InstallExchangeInfo::getUninstallCmd), "cfirst");

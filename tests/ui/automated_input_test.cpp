@@ -5,6 +5,7 @@
 #include <string>
 
 #include "description/answers_file.h"
+#include "description/pxml.h"
 #include "platform/memory/memory_console_device.h"
 #include "platform/memory/memory_file_system.h"
 
@@ -129,6 +130,21 @@ TEST_F(AutomatedInput, PrintsMessagesAndSkipsPauses) {
     EXPECT_EQ(terminal.output, "A message");
     EXPECT_EQ(terminal.flushes, 1);
     EXPECT_EQ(terminal.linesRead, 0);
+}
+
+TEST_F(AutomatedInput, SaysItInTheWordsOfTheDescription) {
+    PXML description;
+    description.parseText(
+        "<R><Words><Word Name=\"AutomaticDone\">Fertig!</Word><Word Name=\"UninstallAutomaticFailed\">Oh!"
+        "</Word></Words></R>");
+    const WizardWords words(description);
+    input.takeWordsFrom([&words]() -> const WizardWords& { return words; });
+    input.finish(false);
+    EXPECT_EQ(terminal.output, "Fertig!\n");
+    Automated removal(terminal, answers, "", true);
+    removal.takeWordsFrom([&words]() -> const WizardWords& { return words; });
+    removal.finish(true);
+    EXPECT_EQ(terminal.output, "Fertig!\nOh!\n");
 }
 
 TEST_F(AutomatedInput, SaysHowTheRunEnded) {

@@ -18,12 +18,12 @@ public:
     explicit SilentUser(int ready) : ready_(ready) {}
     int init() override { return ready_; }
     int askText(const char*, char*, int, const char*, const char*, bool) override { return 0; }
-    int askChoice(const char*, int, const char*, const char*, bool, bool) override { return -1; }
+    int askChoice(const char*, int, std::string_view, std::string_view, bool, bool) override { return -1; }
     int askList(const char*, int, const std::vector<std::string>&, const std::vector<bool>&) override {
         return -1;
     }
     void tell(const char*) override {}
-    void pause(const char*) override {}
+    void pause(std::string_view) override {}
     int finish(bool) override { return 1; }
     void abort() override {}
 

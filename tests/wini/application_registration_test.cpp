@@ -49,6 +49,13 @@ protected:
     ApplicationRegistration registration_{registry_, log_};
 };
 
+TEST_F(ApplicationRegistrationTest, WritesThePublisherOfTheProduct) {
+    ApplicationEntry entry = entryOf("Demo 1");
+    entry.publisher = "Demo Ltd";
+    EXPECT_TRUE(registration_.registerApplication(entry));
+    EXPECT_EQ(text("Publisher"), "Demo Ltd");
+}
+
 TEST_F(ApplicationRegistrationTest, WritesTheSixValuesInTheirOrder) {
     EXPECT_TRUE(registerDemo());
     EXPECT_EQ(text("DisplayIcon"), "\"C:\\demo app\\installer.exe\"");

@@ -41,20 +41,24 @@ std::unique_ptr<Change> makeDirectoryChange(ChangeJob& job) {
 using Tags = std::array<std::string_view, 2>;
 
 constexpr ChangeKind kKinds[] = {
-    {Tags{Format::kFile}, "FileSet", "", UndoPass::kMain, UndoEnd::kBeforeCleaning, makeFileChange},
-    {Tags{Format::kDirectory}, "", "", UndoPass::kMain, UndoEnd::kAfterCleaning, makeDirectoryChange},
-    {Tags{Format::kEnvironment}, "Environment", "Updating environment variables", UndoPass::kMain,
+    {Tags{Format::kFile}, "FileSet", {}, UndoPass::kMain, UndoEnd::kBeforeCleaning, makeFileChange},
+    {Tags{Format::kDirectory}, "", {}, UndoPass::kMain, UndoEnd::kAfterCleaning, makeDirectoryChange},
+    {Tags{Format::kEnvironment}, "Environment", WordKey("StatusEnvironment"), UndoPass::kMain,
      UndoEnd::kAfterProgress, make<EnvironmentChange>},
-    {Tags{Format::kIni}, "IniFiles", "Updating .ini files", UndoPass::kMain, UndoEnd::kBeforeCleaning,
+    {Tags{Format::kIni}, "IniFiles", WordKey("StatusIniFiles"), UndoPass::kMain, UndoEnd::kBeforeCleaning,
      makeIniChange},
-    {Tags{Format::kModifyFile}, "ModifyFiles", "Modifying files", UndoPass::kFirst, UndoEnd::kBeforeCleaning,
-     make<FileEdit>},
-    {Tags{Format::kShortcut}, "Shortcuts", "Creating shortcuts", UndoPass::kMain, UndoEnd::kBeforeCleaning,
-     makeOfProduct<ShortcutChange>},
-    {Tags{Format::kFirewall}, "Firewall", "Updating Firewall", UndoPass::kMain, UndoEnd::kBeforeCleaning,
-     make<FirewallChange>},
-    {Tags{Format::kRegistryKey, Format::kRegistryValue}, "Registry", "", UndoPass::kMain,
-     UndoEnd::kBeforeCleaning, make<RegistryChange>},
+    {Tags{Format::kModifyFile}, "ModifyFiles", WordKey("StatusModifyFiles"), UndoPass::kFirst,
+     UndoEnd::kBeforeCleaning, make<FileEdit>},
+    {Tags{Format::kShortcut}, "Shortcuts", WordKey("StatusShortcuts"), UndoPass::kMain,
+     UndoEnd::kBeforeCleaning, makeOfProduct<ShortcutChange>},
+    {Tags{Format::kFirewall}, "Firewall", WordKey("StatusFirewall"), UndoPass::kMain,
+     UndoEnd::kBeforeCleaning, make<FirewallChange>},
+    {Tags{Format::kRegistryKey, Format::kRegistryValue},
+     "Registry",
+     {},
+     UndoPass::kMain,
+     UndoEnd::kBeforeCleaning,
+     make<RegistryChange>},
 };
 
 }  // namespace

@@ -2,9 +2,11 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
+#include "description/wizard_word_table.h"
 #include "engine/changes/change.h"
 #include "engine/changes/file_change.h"
 #include "engine/description_tags.h"
@@ -43,7 +45,7 @@ enum class UndoEnd {
 struct ChangeKind {
     std::array<std::string_view, 2> tags;  // of its records; the second may be empty
     std::string_view element;              // of the description; empty: other changes make it
-    std::string_view status;  // shown while an installation makes it; empty: it isn't a phase of its own
+    std::optional<WordKey> status;  // shown while an installation makes it; none: it isn't a phase of its own
     UndoPass pass;
     UndoEnd end;
     std::unique_ptr<Change> (*make)(ChangeJob& job);

@@ -370,7 +370,7 @@ bool EnvironmentChange::finishUndo() {
     if (!undone_) {
         return true;
     }
-    context_.report.setStatus("Updating environment");
+    context_.report.setStatusWord(WordKey("UninstallStatusEnvironment"));
     return broadcast(context_.machine.shell, context_.report);
 }
 

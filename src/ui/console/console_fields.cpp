@@ -7,6 +7,7 @@
 #include "base/fixed_text.h"
 #include "base/text_functions.h"
 #include "description/dialog_model.h"
+#include "description/wizard_words.h"
 #include "platform/written_path.h"
 #include "ui/console/decimal_text.h"
 #include "ui/field_values.h"
@@ -117,7 +118,9 @@ void RadioField::ask(const DialogFieldDesc& field, InputProvider& input, Install
 
 void CheckboxField::ask(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
     const int preset = presetOf(field, kCheckboxValueCapacity, 2, engine);
-    const int answer = input.askChoice(field.label.c_str(), preset, "no", "yes", false, true);
+    const std::string no = engine.getWords().text("AnswerNo");
+    const std::string yes = engine.getWords().text("AnswerYes");
+    const int answer = input.askChoice(field.label.c_str(), preset, no, yes, false, true);
     store(field, std::to_string(answer), engine);
 }
 

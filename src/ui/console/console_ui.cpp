@@ -1,9 +1,12 @@
 #include "ui/console/console_ui.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 #include "base/shared_buffer.h"
 #include "base/visible_text.h"
+#include "base/text_columns.h"
 #include "description/dialog_model.h"
 #include "text/document_text.h"
 #include "text/verbatim_text.h"
@@ -15,16 +18,21 @@ constexpr int kNoGate = 2;  // of checkDialogCondition
 constexpr std::uint32_t kConditionPollMilliseconds = 100;
 constexpr std::uint32_t kMarkWaitMilliseconds = 10000;
 constexpr int kAssumedColumns = 80;
+const std::string kCancelPrefix = "\n[CTRL-C] ";
 constexpr std::size_t kBlankWidth = 78;
 
-constexpr const char* kInstallerBanner =
-    "*******************************\n"
-    "* Tandrel Group installer     *\n"
-    "*******************************\n";
-constexpr const char* kUninstallerBanner =
-    "*******************************\n"
-    "* Tandrel Group uninstaller   *\n"
-    "*******************************\n";
+constexpr std::string_view kInstallerBanner = "Tandrel Group installer";
+constexpr std::string_view kUninstallerBanner = "Tandrel Group uninstaller";
+constexpr std::size_t kBannerCapacity = 200;
+constexpr std::size_t kLeastBannerColumns = 27;
+
+// In a frame of stars.
+std::string bannerOf(std::string_view line) {
+    const std::size_t columns = OUtils::columnsOf(line);
+    const std::size_t width = std::max(columns, kLeastBannerColumns);
+    const std::string edge(width + 4, '*');
+    return edge + "\n* " + std::string(line) + std::string(width - columns, ' ') + " *\n" + edge + "\n";
+}
 
 // Nothing where the document is broken.
 std::optional<std::string> consoleText(std::string_view document, DocumentFormat format, int columns) {
@@ -47,12 +55,16 @@ ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::Co
       quiet_(quiet),
       debugLog_(debugLog),
       pager_(
-          terminal, quiet, [this](const char* text) { pause(text); }, [this] { return isCancelled(); }) {}
+          terminal, quiet, [this](std::string_view text) { pause(text); }, [this] { return isCancelled(); }) {
+}
 
 ConsoleUI::~ConsoleUI() = default;
 
 std::unique_ptr<InputProvider> ConsoleUI::makeUser(bool uninstall) {
-    return std::make_unique<User>(terminal(), uninstall, [this](DialogueLoss loss) { loseDialogue(loss); });
+    auto user =
+        std::make_unique<User>(terminal(), uninstall, [this](DialogueLoss loss) { loseDialogue(loss); });
+    user->takeWordsFrom([this]() -> const WizardWords& { return words(); });
+    return user;
 }
 
 int ConsoleUI::run() {
@@ -106,10 +118,18 @@ bool ConsoleUI::isCancelled() const {
 
 int ConsoleUI::showDialog(int dialog) {
     if (dialog == 0 && !quiet_) {
-        terminal().write(isUninstall() ? kUninstallerBanner : kInstallerBanner);
-        terminal().flush();
+        showBanner();
     }
     return showSubDialog(dialog, -1);
+}
+
+void ConsoleUI::showBanner() {
+    std::array<char, kBannerCapacity> own{};
+    const bool hasOwn =
+        engine() != nullptr && engine()->getBanner(own.data(), static_cast<int>(own.size())) == 0;
+    const std::string_view line = hasOwn ? own.data() : isUninstall() ? kUninstallerBanner : kInstallerBanner;
+    terminal().write(bannerOf(line));
+    terminal().flush();
 }
 
 int ConsoleUI::showSubDialog(int dialog, int sub) {
@@ -207,7 +227,7 @@ void ConsoleUI::skipElement() {
 }
 
 void ConsoleUI::showDocument(const DialogElementDesc& element, bool wasActive) {
-    pause("Press Enter to continue...");
+    pause(words().text("PressEnter"));
     if (isCancelled()) {
         return;
     }
@@ -228,6 +248,7 @@ void ConsoleUI::printDocument(const DialogElementDesc& element) {
     const std::optional<std::string> text =
         consoleText(content, documentFormat(element.format.view()), readColumns());
     if (text.has_value()) {
+        pager_.setQuestion(words().text("NextPage"));
         pager_.print(*text);
     } else {
         debugLog_.line("WARNING: The document \"" + element.text + "\" is broken and isn't shown");
@@ -270,17 +291,17 @@ int ConsoleUI::confirmCancel() {
     const std::int32_t state = engine()->getUiState();
     // An uninstallation ends at its next record and can be repeated; half an installation helps nobody.
     if (state == kUiInstallationRunning && !isUninstall()) {
-        return refuseCancel("\n[CTRL-C] The installation is running and can not be aborted!");
+        return refuseCancel(kCancelPrefix + words().text("InstallationRunning"));
     }
     if (state == kUiBusy) {
-        return refuseCancel("\n[CTRL-C] The installer is busy and cannot be interrupted");
+        return refuseCancel(kCancelPrefix + words().text("InstallerBusy"));
     }
     cancelConfirmed_ = true;
     if (losingDialogue_) {
-        printLine(isUninstall() ? "\nThe input has ended. Aborting uninstallation..."
-                                : "\nThe input has ended. Aborting installation...");
+        printLine("\n" +
+                  words().text(isUninstall() ? WordKey("UninstallInputEnded") : WordKey("InputEnded")));
     } else {
-        printLine("\n[CTRL-C] Aborting installation...");
+        printLine(kCancelPrefix + words().text("Aborting"));
     }
     input()->abort();
     return 1;
@@ -345,12 +366,12 @@ int ConsoleUI::messageBox(const char* text, MessageKind kind) {
     terminal().write("\n");
     switch (kind) {
         case MessageKind::kOkCancel:
-            return askBox(text, "OK", "Cancel", true);
+            return askBox(text, "AnswerOk", "AnswerCancel", true);
         case MessageKind::kInformation:
             input()->tell(text);
             return 0;
         case MessageKind::kYesNo:
-            return askBox(text, "yes", "no", false);
+            return askBox(text, "AnswerYes", "AnswerNo", false);
     }
     return 1;
 }
@@ -367,8 +388,9 @@ void ConsoleUI::sayInstead(const char* text, MessageKind kind) {
     addMessage(line);
 }
 
-int ConsoleUI::askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase) {
-    const int answer = input()->askChoice(text, 0, first, second, prefixOfExactCase, prefixOfExactCase);
+int ConsoleUI::askBox(const char* text, WordKey first, WordKey second, bool prefixOfExactCase) {
+    const int answer = input()->askChoice(text, 0, words().text(first), words().text(second),
+                                          prefixOfExactCase, prefixOfExactCase);
     isCancelled();  // an interrupted box counts as an agreement, and only the mark stops what follows
     return answer < 1 ? 1 : 0;
 }
@@ -383,7 +405,7 @@ int ConsoleUI::endProgress() {
     return 0;
 }
 
-void ConsoleUI::pause(const char* text) {
+void ConsoleUI::pause(std::string_view text) {
     if (input() != nullptr) {
         input()->pause(text);
     }

@@ -77,6 +77,7 @@ protected:
 
 private:
     void waitForCondition();
+    void showBanner();
     void sayInstead(const char* text, MessageKind kind);
     void loseDialogue(DialogueLoss loss);
     int refuseCancel(std::string_view line);
@@ -92,10 +93,10 @@ private:
     void showDocument(const DialogElementDesc& element, bool wasActive);
     void printDocument(const DialogElementDesc& element);
     int readColumns();
-    void pause(const char* text);
+    void pause(std::string_view text);
     void blankLine();
     void printLine(std::string_view text);
-    int askBox(const char* text, const char* first, const char* second, bool prefixOfExactCase);
+    int askBox(const char* text, WordKey first, WordKey second, bool prefixOfExactCase);
 
     const bool quiet_;
     DebugLog debugLog_;

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "description/wizard_words.h"
+
 namespace {
 
 constexpr std::size_t kFirstCapacity = 32768;
@@ -12,7 +14,11 @@ constexpr int kRowsOfQuestion = 2;
 }  // namespace
 
 Pager::Pager(platform::ConsoleDevice& terminal, bool quiet, Pause pause, Cancelled cancelled)
-    : terminal_(terminal), quiet_(quiet), pause_(std::move(pause)), cancelled_(std::move(cancelled)) {
+    : terminal_(terminal),
+      quiet_(quiet),
+      pause_(std::move(pause)),
+      cancelled_(std::move(cancelled)),
+      question_(defaultWords().text("NextPage")) {
     page_.reserve(kFirstCapacity);
 }
 
@@ -69,7 +75,7 @@ void Pager::printPage() {
 }
 
 void Pager::pauseForNextPage() {
-    pause_("\nPress ENTER for the next page...");
+    pause_("\n" + question_);
     terminal_.write("\n\n\n");
     terminal_.flush();
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/console_device.h"
 
@@ -10,11 +11,14 @@
 class Pager {
 public:
     // Waits until the user wants the next page; the text says so.
-    using Pause = std::function<void(const char* text)>;
+    using Pause = std::function<void(std::string_view text)>;
     using Cancelled = std::function<bool()>;
 
     // A `quiet` pager never stops. `terminal` outlives the object.
     Pager(platform::ConsoleDevice& terminal, bool quiet, Pause pause, Cancelled cancelled);
+
+    // What is said before each further page, instead of the default words.
+    void setQuestion(std::string question) { question_ = std::move(question); }
 
     // Prints the whole text, or the pages that were shown until the session was cancelled. Without a window
     // of at least 3 rows there is but one page.
@@ -30,5 +34,6 @@ private:
     const bool quiet_;
     const Pause pause_;
     const Cancelled cancelled_;
+    std::string question_;
     std::string page_;
 };

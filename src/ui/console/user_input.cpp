@@ -33,14 +33,15 @@ bool matches(std::string_view line, std::string_view answer, bool caseSensitive,
     return prefixMatch ? answer.starts_with(line) : answer == line;
 }
 
-std::string choicePrompt(std::string_view question, int defaultIndex, std::string_view first,
-                         std::string_view second) {
-    std::string text(question);
-    text += " (";
-    text += defaultIndex == 0 ? "[" + std::string(first) + "]" : std::string(first);
-    text += " or ";
-    text += defaultIndex == 1 ? "[" + std::string(second) + "]" : std::string(second);
-    return text + "): ";
+std::string inBracketsIf(bool isDefault, std::string_view answer) {
+    return isDefault ? "[" + std::string(answer) + "]" : std::string(answer);
+}
+
+std::string choicePrompt(const WizardWords& words, std::string_view question, int defaultIndex,
+                         std::string_view first, std::string_view second) {
+    return words.text("AskChoice", {question, inBracketsIf(defaultIndex == 0, first),
+                                    inBracketsIf(defaultIndex == 1, second)}) +
+           ": ";
 }
 
 std::string listText(std::string_view question, const std::vector<std::string>& items) {
@@ -52,12 +53,19 @@ std::string listText(std::string_view question, const std::vector<std::string>& 
     return text;
 }
 
-std::string listPrompt(std::size_t count, int defaultIndex) {
-    std::string text = "Enter your choice [1-" + std::to_string(count);
-    if (defaultIndex >= 0) {
-        text += ", default is " + std::to_string(defaultIndex + 1);
-    }
-    return text + "]: ";
+std::string listPrompt(const WizardWords& words, std::size_t count, int defaultIndex) {
+    const std::string most = std::to_string(count);
+    const std::string text =
+        defaultIndex < 0 ? words.text("AskNumber", {most})
+                         : words.text("AskNumberWithDefault", {most, std::to_string(defaultIndex + 1)});
+    return text + ": ";
+}
+
+std::string refusal(const WizardWords& words, int choice, int count) {
+    const std::string text = choice >= 1 && choice <= count
+                                 ? words.text("ChoiceDisabled", {std::to_string(choice)})
+                                 : words.text("AskNumberAgain", {std::to_string(count)});
+    return text + "\n";
 }
 
 bool isEnabled(const std::vector<bool>& enabled, int index) {
@@ -174,10 +182,10 @@ int User::askText(const char* question, char* buffer, int size, const char* valu
     return answered && !interrupted_ ? 1 : 0;
 }
 
-int User::askChoice(const char* question, int defaultIndex, const char* first, const char* second,
+int User::askChoice(const char* question, int defaultIndex, std::string_view first, std::string_view second,
                     bool caseSensitive, bool prefixMatch) {
-    const std::string again = "Please, answer with " + std::string(first) + " or " + second + ": ";
-    terminal_.write(choicePrompt(viewOf(question), defaultIndex, first, second));
+    const std::string again = words_().text("AskChoiceAgain", {first, second}) + ": ";
+    terminal_.write(choicePrompt(words_(), viewOf(question), defaultIndex, first, second));
     std::string line;
     while (readLine(line, kChoiceLineLimit)) {
         if (line.empty() && (defaultIndex == 0 || defaultIndex == 1)) {
@@ -205,7 +213,7 @@ int User::askList(const char* question, int defaultIndex, const std::vector<std:
         return -1;
     }
     std::string line;
-    terminal_.write(listPrompt(items.size(), defaultIndex));
+    terminal_.write(listPrompt(words_(), items.size(), defaultIndex));
     while (readLine(line, kListLineLimit)) {
         const int choice = parseDecimal(line).value_or(0);
         if (line.empty() && defaultIndex >= 0) {
@@ -215,23 +223,20 @@ int User::askList(const char* question, int defaultIndex, const std::vector<std:
             return choice - 1;
         }
         if (!line.empty()) {
-            terminal_.write(choice >= 1 && choice <= count
-                                ? "Choice " + std::to_string(choice) +
-                                      " is disabled, choose something else!\n"
-                                : "Please, answer with a number (1 to " + std::to_string(count) + ")\n");
+            terminal_.write(refusal(words_(), choice, count));
         }
-        terminal_.write(listPrompt(items.size(), defaultIndex));
+        terminal_.write(listPrompt(words_(), items.size(), defaultIndex));
     }
     return -1;
 }
 
 void User::tell(const char* text) {
     terminal_.write(viewOf(text));
-    pause("\nPress Enter to continue...");
+    pause("\n" + words_().text("PressEnter"));
 }
 
-void User::pause(const char* text) {
-    terminal_.write(viewOf(text));
+void User::pause(std::string_view text) {
+    terminal_.write(text);
     std::string ignored;
     readLine(ignored, kPauseLineLimit);
 }

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "contracts/input_provider.h"
+#include "description/wizard_words.h"
 #include "platform/console_device.h"
 
 // Why a question to the user can't be answered any more.
@@ -24,16 +26,19 @@ public:
     // question then counts as interrupted. `terminal` outlives the object.
     User(platform::ConsoleDevice& terminal, bool uninstall, LossHandler onLoss);
 
+    // Those of the session instead of the default ones.
+    void takeWordsFrom(WordSource words) { words_ = std::move(words); }
+
     int init() override { return 1; }
     int askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
                 bool echo) override;
-    int askChoice(const char* question, int defaultIndex, const char* first, const char* second,
+    int askChoice(const char* question, int defaultIndex, std::string_view first, std::string_view second,
                   bool caseSensitive, bool prefixMatch) override;
     // A list in which nothing is enabled has no answer: -1.
     int askList(const char* question, int defaultIndex, const std::vector<std::string>& items,
                 const std::vector<bool>& enabled) override;
     void tell(const char* text) override;
-    void pause(const char* text) override;
+    void pause(std::string_view text) override;
     int finish(bool failed) override;
     void abort() override;
 
@@ -47,6 +52,7 @@ private:
     platform::ConsoleDevice& terminal_;
     const bool uninstall_;
     const LossHandler onLoss_;
+    WordSource words_ = defaultWords;
     bool finished_ = false;
     std::atomic<bool> interrupted_{false};
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "base/visible_text.h"
+#include "contracts/install_exchange_info.h"
+#include "description/wizard_words.h"
 #include "platform/written_path.h"
 #include "ui/field_values.h"
 #include "ui/gui/toolkit/copied_text.h"
@@ -43,7 +45,8 @@ void DirectoryField::onActivate(ControlId control) {
         return;
     }
     CopiedText chosen;
-    if (toolkit().chooseDirectory("Select a directory", textOf(toolkit(), box()), chosen)) {
+    if (toolkit().chooseDirectory(OUtils::visibleText(engine().getWords().text("ChooseDirectory")),
+                                  textOf(toolkit(), box()), chosen)) {
         take(std::string_view(chosen.copy).substr(0, kMostBytes));
     }
 }

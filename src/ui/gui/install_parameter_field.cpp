@@ -7,6 +7,7 @@
 #include "base/utf8_character.h"
 #include "base/visible_text.h"
 #include "contracts/install_exchange_info.h"
+#include "description/wizard_words.h"
 #include "platform/written_path.h"
 #include "ui/field_values.h"
 
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::size_t kCapacity = 512;
 constexpr std::size_t kToolTipCapacity = 4096;
-constexpr char kUnreadable[] = "Error reading parameter!";
 
 // Empty past the last item.
 std::string itemOf(std::string_view list, int index) {
@@ -95,14 +95,15 @@ void InstallParameterField::load() {
 }
 
 std::string InstallParameterField::render(const std::string& value) const {
+    const WizardWords& words = engine().getWords();
     switch (parameterKind_) {
         case ParameterKind::kDirectory:
             return platform::writtenPath(cleanDirectory(value));
         case ParameterKind::kCheckBox:
-            return OUtils::textToInteger(value) != 0 ? "Yes" : "No";
+            return OUtils::textToInteger(value) != 0 ? words.text("SettingYes") : words.text("SettingNo");
         case ParameterKind::kRadioButtons:
             // Without a value nothing is chosen, and to show the first item would be wrong.
-            return value.empty() ? kUnreadable
+            return value.empty() ? words.text("SettingUnreadable")
                                  : itemOf(description().description.view(), OUtils::textToInteger(value));
         case ParameterKind::kInfo:
             return std::string(description().description.view());
@@ -111,7 +112,7 @@ std::string InstallParameterField::render(const std::string& value) const {
         case ParameterKind::kUnknown:
             break;
     }
-    return kUnreadable;
+    return words.text("SettingUnreadable");
 }
 
 void InstallParameterField::explainName() {

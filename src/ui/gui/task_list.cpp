@@ -6,6 +6,7 @@
 #include "contracts/install_exchange_info.h"
 #include "contracts/installer_ui.h"
 #include "description/colour_theme.h"
+#include "description/wizard_words.h"
 #include "ui/field_values.h"
 #include "ui/gui/image_picture.h"
 #include "ui/gui/images/task_icon_size.h"
@@ -20,8 +21,8 @@ constexpr std::array<std::string_view, 5> kIcons = {
 };
 static_assert(kIcons.size() == kTaskDisabled + 1);
 
-constexpr std::array<std::string_view, kIcons.size()> kStates = {
-    "not started", "current", "finished", "failed", "inactive",
+constexpr std::array<WordKey, kIcons.size()> kStates = {
+    "TaskNotStarted", "TaskCurrent", "TaskFinished", "TaskFailed", "TaskInactive",
 };
 
 }  // namespace
@@ -84,6 +85,7 @@ TaskRow TaskList::rowOf(std::string_view text, std::int32_t state, bool hasIcon)
         colour = host_.engine().getThemeColour(static_cast<int>(slot));
     }
     const bool isKnown = state >= 0 && static_cast<std::size_t>(state) < kIcons.size();
-    const std::string_view words = isKnown ? kStates[static_cast<std::size_t>(state)] : std::string_view();
-    return {text, hasIcon && isKnown ? state : -1, colour, isDisabled, words};
+    stateWords_ =
+        isKnown ? host_.engine().getWords().text(kStates[static_cast<std::size_t>(state)]) : std::string();
+    return {text, hasIcon && isKnown ? state : -1, colour, isDisabled, stateWords_};
 }

@@ -30,9 +30,11 @@ private:
     };
 
     bool addIcons(ControlId control, const DialogElementDesc& element);
+    // The row borrows the text, and its words until the next one.
     TaskRow rowOf(std::string_view text, std::int32_t state, bool hasIcon);
 
     PageHost& host_;
     PagePictures& pictures_;
     std::vector<Row> rows_;
+    std::string stateWords_;
 };

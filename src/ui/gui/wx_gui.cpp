@@ -5,6 +5,7 @@
 
 #include "base/visible_text.h"
 #include "description/dialog_model.h"
+#include "description/wizard_words.h"
 #include "ui/gui/font_scale.h"
 #include "ui/gui/main_frame.h"
 #include "ui/gui/page_pictures.h"
@@ -15,8 +16,6 @@ constexpr std::uint64_t kPumpMilliseconds = 65;
 constexpr std::size_t kMostPendingBytes = 32768;
 constexpr std::size_t kNameCapacity = 200;
 constexpr std::size_t kUrlCapacity = 4096;
-constexpr std::string_view kCaption = "Installation";
-constexpr std::string_view kCancelInformation = "Cancel information";
 
 std::string_view viewOf(const char* text) {
     return text == nullptr ? std::string_view() : std::string_view(text);
@@ -179,20 +178,21 @@ int WxGUI::confirmCancel() {
         return isAtWork() ? 0 : 1;
     }
     if (engine()->getUiState() == kUiInstallationRunning) {
-        ask("The installation is running and can not be aborted!", kCancelInformation, MessageButtons::kOk,
+        ask(words().text("InstallationRunning"), words().text("CancelRefusedTitle"), MessageButtons::kOk,
             MessageSign::kNone);
         return 0;
     }
     if (engine()->getUiState() == kUiBusy) {
-        ask("The installer is busy and cannot be interrupted", kCancelInformation, MessageButtons::kOk,
+        ask(words().text("InstallerBusy"), words().text("CancelRefusedTitle"), MessageButtons::kOk,
             MessageSign::kNone);
         return 0;
     }
     std::array<char, kNameCapacity> name{};
     engine()->getFullName(name.data(), static_cast<int>(name.size()));
-    const std::string question =
-        "This will cancel the installation of\n" + std::string(name.data()) + "\nAre you sure?";
-    return ask(question, "Cancel confirmation", MessageButtons::kYesNo, MessageSign::kInformation) ? 1 : 0;
+    return ask(words().text("CancelQuestion", {name.data()}), words().text("CancelTitle"),
+               MessageButtons::kYesNo, MessageSign::kInformation)
+               ? 1
+               : 0;
 }
 
 bool WxGUI::ask(std::string_view text, std::string_view caption, MessageButtons buttons, MessageSign sign) {
@@ -280,14 +280,15 @@ void WxGUI::showMessages() {
 }
 
 int WxGUI::messageBox(const char* text, MessageKind kind) {
+    const std::string caption = words().text("BoxTitle");
     switch (kind) {
         case MessageKind::kOkCancel:
-            return ask(viewOf(text), kCaption, MessageButtons::kOkCancel, MessageSign::kNone) ? 1 : 0;
+            return ask(viewOf(text), caption, MessageButtons::kOkCancel, MessageSign::kNone) ? 1 : 0;
         case MessageKind::kInformation:
-            ask(viewOf(text), kCaption, MessageButtons::kOk, MessageSign::kNone);
+            ask(viewOf(text), caption, MessageButtons::kOk, MessageSign::kNone);
             return 1;
         case MessageKind::kYesNo:
-            return ask(viewOf(text), kCaption, MessageButtons::kYesNo, MessageSign::kNone) ? 1 : 0;
+            return ask(viewOf(text), caption, MessageButtons::kYesNo, MessageSign::kNone) ? 1 : 0;
     }
     return 0;
 }
@@ -299,10 +300,10 @@ void WxGUI::setTaskState(const char* name, const char* text, std::int32_t state)
 void WxGUI::showHelp() {
     std::array<char, kUrlCapacity> url{};
     if (engine() == nullptr || engine()->getInstallHelpUrl(url.data(), static_cast<int>(url.size())) != 0) {
-        ask("Sorry, no help is available for this product", "Error", MessageButtons::kOk,
+        ask(words().text("NoHelp"), words().text("ErrorTitle"), MessageButtons::kOk,
             MessageSign::kInformation);
     } else if (!engine()->openInDefaultBrowser(url.data())) {
-        ask("The help WebPage could not be opened.", "Error", MessageButtons::kOk, MessageSign::kError);
+        ask(words().text("HelpFailed"), words().text("ErrorTitle"), MessageButtons::kOk, MessageSign::kError);
     }
 }
 

@@ -74,7 +74,7 @@ TEST_F(ChangeTableTest, NamesEachElementAndStatusOnce) {
     std::set<std::string_view> texts;
     for (const ChangeKind& kind : changeKinds()) {
         EXPECT_TRUE(kind.element.empty() || elements.insert(kind.element).second) << kind.element;
-        EXPECT_TRUE(kind.status.empty() || texts.insert(kind.status).second) << kind.status;
+        EXPECT_TRUE(!kind.status || texts.insert(kind.status->text()).second) << kind.element;
     }
 }
 

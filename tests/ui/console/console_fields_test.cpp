@@ -31,10 +31,11 @@ public:
         OUtils::copyText(buffer, text.c_str(), bufferSize);
         return textResult;
     }
-    int askChoice(const char* label, int preset, const char* first, const char* second, bool caseSensitive,
-                  bool prefixMatch) override {
-        question = std::string(label) + "|" + std::to_string(preset) + "|" + first + "|" + second +
-                   (caseSensitive ? "|case" : "|any case") + (prefixMatch ? "|prefix" : "|whole");
+    int askChoice(const char* label, int preset, std::string_view first, std::string_view second,
+                  bool caseSensitive, bool prefixMatch) override {
+        question = std::string(label) + "|" + std::to_string(preset) + "|" + std::string(first) + "|" +
+                   std::string(second) + (caseSensitive ? "|case" : "|any case") +
+                   (prefixMatch ? "|prefix" : "|whole");
         return choice;
     }
     int askList(const char* label, int preset, const std::vector<std::string>& items,
@@ -47,7 +48,7 @@ public:
         return choice;
     }
     void tell(const char*) override {}
-    void pause(const char*) override {}
+    void pause(std::string_view) override {}
     int finish(bool) override { return 1; }
     void abort() override {}
 };

@@ -89,6 +89,22 @@ TEST_F(ConsoleFrontEnd, PrintsTheUninstallerBanner) {
               "*******************************\n");
 }
 
+TEST_F(ConsoleFrontEnd, FramesTheBannerOfTheDescription) {
+    engine.addDialog("Welcome");
+    engine.banner =
+        "Gr\xC3\xBC\xC3\x9F"
+        "e";
+    ui->showDialog(0);
+    EXPECT_EQ(take(),
+              "*******************************\n"
+              "* Gr\xC3\xBC\xC3\x9F"
+              "e                       *\n"
+              "*******************************\n");
+    engine.banner = std::string(30, 'x');
+    ui->showDialog(0);
+    EXPECT_EQ(take(), std::string(34, '*') + "\n* " + engine.banner + " *\n" + std::string(34, '*') + "\n");
+}
+
 TEST_F(ConsoleFrontEnd, PrintsNoBannerWhenQuiet) {
     open(false, true);
     engine.addDialog("Welcome");

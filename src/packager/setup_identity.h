@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+class PXML;
+
+// What a setup for Windows tells of itself, as the description gives it. A text that isn't given is empty.
+struct SetupIdentity {
+    std::string fullName;
+    std::string title;  // the full name where the description has none
+    std::string version;
+    std::string publisher;
+    std::string copyright;
+    std::string icon;  // the alias of a packed file
+};
+
+// Nothing for a description without publisher, copyright and icon: its setups keep what the image has.
+std::optional<SetupIdentity> setupIdentityOf(const PXML& description);
