@@ -11,8 +11,8 @@
 #include "base/visible_text.h"
 #include "base/wide_text_converter.h"
 #include "fuzz_target.h"
+#include "platform/linux_path.h"
 #include "platform/path_identity.h"
-#include "platform/posix/native_path.h"
 #include "platform/written_path.h"
 #include "text/utf8_check.h"
 
@@ -75,7 +75,7 @@ void checkVisibleText(std::string_view bytes) {
 }
 
 void checkPaths(std::string_view path) {
-    const std::string native = platform::nativePath(path);
+    const std::string native = platform::linuxPath(path);
     require(native.find('\\') == std::string::npos);
     require(platform::writtenPath(path) == native);
     // What is left of a drive may look like another one.
