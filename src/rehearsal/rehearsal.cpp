@@ -1,0 +1,164 @@
+#include "rehearsal/rehearsal.h"
+
+#include <utility>
+
+#include "base/path_functions.h"
+#include "base/text_functions.h"
+#include "platform/manner.h"
+#include "rehearsal/entry_text.h"
+#include "rehearsal/machine_changes.h"
+#include "rehearsal/machine_format.h"
+#include "rehearsal/product_run.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// As the second stage of an uninstallation works: on a copy of the log, run by a copy of the program.
+constexpr std::string_view kLogCopy = "ormeluninst.log";
+constexpr std::string_view kProgramCopy = "ormeluninst.dll";
+constexpr std::string_view kAnswersName = "answers.xml";
+
+std::string beside(const std::string& path, std::string_view name) {
+    return path.substr(0, path.size() - OUtils::lastPathComponent(path).size()) + std::string(name);
+}
+
+Lines asEntries(const Lines& texts) {
+    Lines lines;
+    for (const std::string& text : texts) {
+        lines.push_back(entryText(text, ""));
+    }
+    return lines;
+}
+
+Lines resultLines(const RunResult& result) {
+    Lines lines = {result.hasSucceeded ? "success" : "failure"};
+    if (!result.hasSucceeded) {
+        lines.push_back("reason" + std::string(MachineFormat::kIs) + entryText(result.failure, ""));
+    }
+    for (const std::string& error : result.errors) {
+        lines.push_back("error" + std::string(MachineFormat::kIs) + entryText(error, ""));
+    }
+    return lines;
+}
+
+class Rehearsal {
+public:
+    Rehearsal(const MachineDescription& description, const RehearsedProduct& product,
+              const RehearsedMachine::ReadBeside& readBeside)
+        : manner_(description.system),
+          product_(product),
+          description_(description),
+          machine_(description, readBeside) {
+        machine_.files.addProgram(description.setup, product.package);
+        if (product.answers) {
+            answersPath_ = beside(description.setup, kAnswersName);
+            machine_.files.addFile(answersPath_, *product.answers);
+        }
+        start_ = takeSnapshot(machine_);
+    }
+
+    Outcome run() {
+        const platform::MannerInUse manner(manner_);
+        for (const MachineDescription::Step& step : description_.steps) {
+            take(step);
+        }
+        return std::move(outcome_);
+    }
+
+private:
+    void take(const MachineDescription::Step& step) {
+        machine_.actions.clear();
+        const RunResult result = step.isInstallation ? install(step) : uninstall();
+        name_ = nameOf(step);
+        if (!result.hasSucceeded && outcome_.failure.empty()) {
+            outcome_.failure = name_ + ": " + result.failure;
+        }
+        add(MachineFormat::kResult, resultLines(result));
+        add(MachineFormat::kVariables, result.variables);
+        addChanges();
+        add(MachineFormat::kActions, asEntries(machine_.actions));
+        add(MachineFormat::kRecords, asEntries(recordLines()));
+        add(MachineFormat::kOutput, asEntries(machine_.console.takeLines()));
+        add(MachineFormat::kLog, asEntries(result.log));
+    }
+
+    // "install", "install 2".
+    std::string nameOf(const MachineDescription::Step& step) {
+        int& count = step.isInstallation ? installations_ : uninstallations_;
+        const std::string name(step.isInstallation ? MachineFormat::kInstall : MachineFormat::kUninstall);
+        return ++count == 1 ? name : name + " " + std::to_string(count);
+    }
+
+    RunResult install(const MachineDescription::Step& step) {
+        machine_.setProgram(description_.setup);
+        RunResult result =
+            runProduct(machine_, {description_.setup, product_.offset, false, answersPath_, step.options});
+        productLog_ = result.productLog;
+        return result;
+    }
+
+    RunResult uninstall() {
+        if (!machine_.files.hasFile(productLog_)) {
+            RunResult result;
+            result.failure = "there is no action log of an installation";
+            return result;
+        }
+        const std::string copies = description_.temporaryDirectory + "/";
+        const std::string log = copies + std::string(kLogCopy);
+        machine_.setProgram(copies + std::string(kProgramCopy));
+        machine_.files.addFile(log, machine_.files.content(productLog_));
+        RunResult result = runProduct(machine_, {log, 0, true, "", {}});
+        machine_.files.removeFile(log);
+        return result;
+    }
+
+    void addChanges() {
+        MachineChanges changes = changesBetween(start_, takeSnapshot(machine_), machine_);
+        add(MachineFormat::kFiles, std::move(changes.files));
+        add(MachineFormat::kRegistry, std::move(changes.registry));
+        add(MachineFormat::kEnvironment, std::move(changes.environment));
+        add(MachineFormat::kShortcuts, std::move(changes.shortcuts));
+        add(MachineFormat::kFirewall, std::move(changes.firewall));
+    }
+
+    Lines recordLines() {
+        if (productLog_.empty() || !machine_.files.hasFile(productLog_)) {
+            return {};
+        }
+        Lines lines;
+        for (std::string& line : OUtils::splitText(machine_.files.content(productLog_), '\n')) {
+            if (line.ends_with('\r')) {
+                line.pop_back();
+            }
+            lines.push_back(std::move(line));
+        }
+        if (!lines.empty() && lines.back().empty()) {
+            lines.pop_back();
+        }
+        return lines;
+    }
+
+    void add(std::string_view what, Lines lines) {
+        outcome_.sections.push_back({name_ + " " + std::string(what), std::move(lines)});
+    }
+
+    MemoryManner manner_;
+    const RehearsedProduct& product_;
+    const MachineDescription& description_;
+    RehearsedMachine machine_;
+    MachineSnapshot start_;
+    std::string answersPath_;
+    std::string productLog_;
+    std::string name_;
+    int installations_ = 0;
+    int uninstallations_ = 0;
+    Outcome outcome_;
+};
+
+}  // namespace
+
+Outcome rehearse(const MachineDescription& description, const RehearsedProduct& product,
+                 const RehearsedMachine::ReadBeside& readBeside) {
+    return Rehearsal(description, product, readBeside).run();
+}
