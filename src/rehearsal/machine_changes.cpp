@@ -21,6 +21,7 @@ using Values = std::map<std::string, std::string>;
 
 constexpr std::string_view kRemoved = "removed";
 constexpr std::string_view kFileWord = "file";
+constexpr std::string_view kProgramRight = " program";
 constexpr std::string_view kContentMark = ": ";
 constexpr std::size_t kMostShownLines = 3;
 
@@ -75,13 +76,16 @@ public:
     std::string nameOf(const std::string& path) const {
         return entryText(isWindows_ ? OUtils::withSeparators(path) : path, MachineFormat::kIs);
     }
-    // "file", "file program", "file private" before the content.
-    static std::string valueOf(const std::string& text) {
+    // "file", "file program", "file private" before the content. Windows has no mark of a program.
+    std::string valueOf(const std::string& text) const {
         const std::size_t mark = text.find(kContentMark);
         if (!text.starts_with(kFileWord) || mark == std::string::npos) {
             return text;
         }
         std::string rights = text.substr(kFileWord.size(), mark - kFileWord.size());
+        if (isWindows_ && rights.starts_with(kProgramRight)) {
+            rights.erase(0, kProgramRight.size());
+        }
         rights = rights.empty() ? rights : rights.substr(1) + " ";
         return rights + contentText(std::string_view(text).substr(mark + kContentMark.size()));
     }

@@ -54,6 +54,9 @@ inline constexpr std::string_view kActions = "actions";
 inline constexpr std::string_view kRecords = "records";
 inline constexpr std::string_view kLog = "log";
 
+// Between the fields of a record.
+inline constexpr std::string_view kField = " | ";
+
 // What an outcome shows of a file: the content of a short text, otherwise size and digest.
 inline constexpr std::size_t kMostShownBytes = 120;
 

@@ -183,13 +183,19 @@ private:
             result.productLog = session_->productLog();
         }
         if (!result.hasSucceeded) {
-            result.failure = heldBy_.empty()
-                                 ? (result.errors.empty() ? "the run failed" : result.errors.front())
-                                 : "the page \"" + heldBy_ + "\" holds the run";
+            result.failure = reasonOf(status, result.errors);
         }
         session_->releaseSession();
         result.log = log_.take();
         return result;
+    }
+
+    std::string reasonOf(int status, const std::vector<std::string>& errors) {
+        const std::string page = heldBy_.empty() && status != 0 ? session_->page() : heldBy_;
+        if (!page.empty() && (errors.empty() || !heldBy_.empty())) {
+            return "the page \"" + page + "\" holds the run";
+        }
+        return errors.empty() ? "the run failed" : errors.front();
     }
 
     RehearsedMachine& machine_;

@@ -42,6 +42,18 @@ Lines resultLines(const RunResult& result) {
     return lines;
 }
 
+// The fields of a record stand between TABs, which nobody sees.
+std::string recordText(std::string line) {
+    if (line.ends_with('\r')) {
+        line.pop_back();
+    }
+    std::string text;
+    for (const char c : line) {
+        text += c == '\t' ? std::string(MachineFormat::kField) : std::string(1, c);
+    }
+    return text;
+}
+
 class Rehearsal {
 public:
     Rehearsal(const MachineDescription& description, const RehearsedProduct& product,
@@ -128,10 +140,7 @@ private:
         }
         Lines lines;
         for (std::string& line : OUtils::splitText(machine_.files.content(productLog_), '\n')) {
-            if (line.ends_with('\r')) {
-                line.pop_back();
-            }
-            lines.push_back(std::move(line));
+            lines.push_back(recordText(std::move(line)));
         }
         if (!lines.empty() && lines.back().empty()) {
             lines.pop_back();

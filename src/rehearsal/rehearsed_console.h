@@ -18,7 +18,7 @@ public:
         return true;
     }
     // What has been written since the last call, as a terminal shows it: of a line that was written over, the
-    // last state, and nothing of a line that was blanked.
+    // last state; without empty lines and blanks at the ends of lines.
     std::vector<std::string> takeLines();
 
 private:

@@ -117,6 +117,7 @@ void RehearsedMachine::addSystem() {
     for (const Setting& setting : kWindowsVersion) {
         registry.addText(RegistryRoot::kLocalMachine, kVersionKey, setting.name, setting.value);
     }
+    registry.addKey(RegistryRoot::kLocalMachine, std::string(kVersionKey) + "\\Uninstall");
     addEnvironment(std::string(kPathVariable), std::string(kPathValue));
 }
 

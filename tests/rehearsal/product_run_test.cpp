@@ -1,0 +1,56 @@
+#include "rehearsal/product_run.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "rehearsal/rehearsed_machine.h"
+#include "rehearsal/small_product.h"
+
+namespace {
+
+class ProductRunTest : public testing::Test {
+protected:
+    ProductRunTest()
+        : description_(readMachine("[machine]\nsystem = linux\n")),
+          machine_(description_, [](const auto&) { return ""; }) {}
+
+    RunResult install(const std::string& text) {
+        machine_.files.addProgram("/setup/setup", SmallProduct::product(text).package);
+        return runProduct(machine_, {"/setup/setup", 0, false, "", {}});
+    }
+
+    MachineDescription description_;
+    RehearsedMachine machine_;
+};
+
+TEST_F(ProductRunTest, GivesWhatASessionKnows) {
+    const RunResult result = install(SmallProduct::description());
+    EXPECT_TRUE(result.hasSucceeded);
+    EXPECT_EQ(result.failure, "");
+    EXPECT_TRUE(result.errors.empty());
+    EXPECT_EQ(result.productLog, "/opt/small/u/install.log");
+    EXPECT_TRUE(std::ranges::is_sorted(result.variables));
+    EXPECT_FALSE(result.log.empty());
+    EXPECT_EQ(machine_.files.openFileCount(), 0);
+}
+
+TEST_F(ProductRunTest, UninstallsByALog) {
+    const RunResult installed = install(SmallProduct::description());
+    machine_.files.addFile("/tmp/log", machine_.files.content(installed.productLog));
+    const RunResult result = runProduct(machine_, {"/tmp/log", 0, true, "", {}});
+    EXPECT_TRUE(result.hasSucceeded) << result.failure;
+    EXPECT_FALSE(machine_.files.exists("/opt/small"));
+}
+
+// A foreign uninstaller does nothing here, so that its entry stays; a real run would wait for minutes.
+TEST_F(ProductRunTest, DoesNotWaitForOtherUninstallers) {
+    const char* const kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Other";
+    machine_.registry.addText(platform::RegistryRoot::kLocalMachine, kKey, "DisplayName", "Other");
+    machine_.registry.addText(platform::RegistryRoot::kLocalMachine, kKey, "UninstallString", "remove-other");
+    const RunResult result = install(SmallProduct::description(
+        "<AdditionalInstall><UninstallApp>Other</UninstallApp></AdditionalInstall>"));
+    EXPECT_TRUE(result.hasSucceeded) << result.failure;
+}
+
+}  // namespace
