@@ -30,29 +30,29 @@ auto readFrom(const std::string& path, Read read) {
     }
 }
 
-RehearsedProduct readProduct(const CommandLine& commandLine, platform::FileSystem& files) {
+RehearsedProduct readPackage(const std::string& path, platform::FileSystem& files) {
     PackageFileReader package(files);
-    package.locate(commandLine.package);
-    if (package.hasImage() && !verifyInstallerChecksum(commandLine.package, files)) {
-        fail(commandLine.package + ": the checksum doesn't match: the file is damaged or incomplete");
+    package.locate(path);
+    if (package.hasImage() && !verifyInstallerChecksum(path, files)) {
+        fail(path + ": the checksum doesn't match: the file is damaged or incomplete");
     }
-    RehearsedProduct product;
-    product.offset = package.offset();
-    product.package = readInput(commandLine.package, "package", files);
-    if (!commandLine.answers.empty()) {
-        product.answers = readInput(commandLine.answers, "answers", files);
-    }
-    return product;
+    return {readInput(path, "package", files), package.offset(), std::nullopt};
 }
 
 Outcome outcomeOf(const CommandLine& commandLine, platform::FileSystem& files) {
     const std::string& path = commandLine.machine;
     const std::string text = readInput(path, "machine file", files);
     const MachineDescription machine = readFrom(path, [&] { return readMachine(text); });
+    RehearsedProduct product = readPackage(commandLine.package, files);
+    if (!commandLine.answers.empty()) {
+        product.answers = readInput(commandLine.answers, "answers", files);
+    }
     const std::string directory = path.substr(0, path.size() - OUtils::lastPathComponent(path).size());
-    return rehearse(machine, readProduct(commandLine, files), [&](const MachineDescription::Named& copy) {
-        return readInput(directory + copy.text, "file of the machine", files);
-    });
+    return rehearse(machine, product,
+                    {[&](const MachineDescription::Named& copy) {
+                         return readInput(directory + copy.text, "file of the machine", files);
+                     },
+                     [&](const std::string& name) { return readPackage(directory + name, files); }});
 }
 
 bool showOutcome(const Outcome& outcome, PackagerOutput& output) {

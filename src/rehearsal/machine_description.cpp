@@ -118,21 +118,32 @@ void readFacts(const TextSection& section, MachineDescription& outMachine) {
     }
 }
 
+MachineDescription::Step readStep(const NumberedLine& line) {
+    EntryReader reader(line.text, line.number);
+    MachineDescription::Step step{reader.takeText({" "}) == MachineFormat::kInstall, {}, {}};
+    if (!step.isInstallation && line.text != MachineFormat::kUninstall) {
+        failAtLine(line.number,
+                   "a step is install, install from PACKAGE, or uninstall; options follow install");
+    }
+    while (reader.take(" ")) {
+        std::string word = reader.takeText({" "});
+        const bool isSource = word == MachineFormat::kFrom && step.options.empty() && step.package.empty();
+        if (isSource && reader.take(" ")) {
+            step.package = reader.takeText({" "});
+        } else {
+            step.options.push_back(std::move(word));
+        }
+    }
+    return step;
+}
+
 void readSteps(const TextSection& section, MachineDescription& outMachine) {
     for (const NumberedLine& line : section.lines) {
-        EntryReader reader(line.text, line.number);
-        MachineDescription::Step step{reader.takeText({" "}) == MachineFormat::kInstall, {}};
-        if (!step.isInstallation && line.text != MachineFormat::kUninstall) {
-            failAtLine(line.number, "a step is install, followed by options of the setup, or uninstall");
-        }
-        while (reader.take(" ")) {
-            step.options.push_back(reader.takeText({" "}));
-        }
-        const bool isFirst = outMachine.steps.empty();
-        outMachine.steps.push_back(std::move(step));
-        if (isFirst && !outMachine.steps.front().isInstallation) {
+        MachineDescription::Step step = readStep(line);
+        if (outMachine.steps.empty() && !step.isInstallation) {
             failAtLine(line.number, "nothing is installed yet");
         }
+        outMachine.steps.push_back(std::move(step));
         if (outMachine.steps.size() > MachineFormat::kMostSteps) {
             failAtLine(line.number, "there are too many steps");
         }

@@ -18,6 +18,7 @@ struct MachineDescription {
     };
     struct Step {
         bool isInstallation = true;
+        std::string package;               // beside the machine file; empty: the one that is tried
         std::vector<std::string> options;  // as a setup gets them on its command line
     };
     struct RegistryEntry {

@@ -40,6 +40,7 @@ inline constexpr std::string_view kSetup = "setup";
 inline constexpr std::string_view kTemporary = "temporary directory";
 
 inline constexpr std::string_view kInstall = "install";
+inline constexpr std::string_view kFrom = "from";  // another package, beside the machine file
 inline constexpr std::string_view kUninstall = "uninstall";
 inline constexpr std::string_view kCannotStart = "cannot start";
 

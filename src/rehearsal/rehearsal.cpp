@@ -1,7 +1,9 @@
 #include "rehearsal/rehearsal.h"
 
+#include <map>
 #include <utility>
 
+#include "base/errors.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "platform/manner.h"
@@ -57,12 +59,17 @@ std::string recordText(std::string line) {
 class Rehearsal {
 public:
     Rehearsal(const MachineDescription& description, const RehearsedProduct& product,
-              const RehearsedMachine::ReadBeside& readBeside)
+              const Surroundings& surroundings)
         : manner_(description.system),
-          product_(product),
           description_(description),
-          machine_(description, readBeside) {
-        machine_.files.addProgram(description.setup, product.package);
+          machine_(description, surroundings.readFile) {
+        addPackage("", description.setup, product);
+        for (const MachineDescription::Step& step : description.steps) {
+            if (!packages_.contains(step.package)) {
+                addPackage(step.package, beside(description.setup, OUtils::lastPathComponent(step.package)),
+                           surroundings.readPackage(step.package));
+            }
+        }
         if (product.answers) {
             answersPath_ = beside(description.setup, kAnswersName);
             machine_.files.addFile(answersPath_, *product.answers);
@@ -79,6 +86,19 @@ public:
     }
 
 private:
+    struct Package {
+        std::string path;  // on the machine
+        std::int64_t offset = 0;
+    };
+
+    void addPackage(const std::string& name, const std::string& path, const RehearsedProduct& product) {
+        if (machine_.files.exists(path)) {
+            throw InstallerError("two packages would be at %s", path.data());
+        }
+        packages_[name] = {path, product.offset};
+        machine_.files.addProgram(path, product.package);
+    }
+
     void take(const MachineDescription::Step& step) {
         machine_.actions.clear();
         const RunResult result = step.isInstallation ? install(step) : uninstall();
@@ -103,9 +123,10 @@ private:
     }
 
     RunResult install(const MachineDescription::Step& step) {
-        machine_.setProgram(description_.setup);
+        const Package& package = packages_[step.package];
+        machine_.setProgram(package.path);
         RunResult result =
-            runProduct(machine_, {description_.setup, product_.offset, false, answersPath_, step.options});
+            runProduct(machine_, {package.path, package.offset, false, answersPath_, step.options});
         productLog_ = result.productLog;
         return result;
     }
@@ -153,9 +174,9 @@ private:
     }
 
     MemoryManner manner_;
-    const RehearsedProduct& product_;
     const MachineDescription& description_;
     RehearsedMachine machine_;
+    std::map<std::string, Package> packages_;  // by the names of the steps
     MachineSnapshot start_;
     std::string answersPath_;
     std::string productLog_;
@@ -168,6 +189,6 @@ private:
 }  // namespace
 
 Outcome rehearse(const MachineDescription& description, const RehearsedProduct& product,
-                 const RehearsedMachine::ReadBeside& readBeside) {
-    return Rehearsal(description, product, readBeside).run();
+                 const Surroundings& surroundings) {
+    return Rehearsal(description, product, surroundings).run();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -15,8 +16,14 @@ struct RehearsedProduct {
     std::optional<std::string> answers;  // the content of an answers file
 };
 
+// Gives what lies beside the machine file. Both may throw InstallerError.
+struct Surroundings {
+    RehearsedMachine::ReadBeside readFile;
+    std::function<RehearsedProduct(const std::string& name)> readPackage;  // its answers don't count
+};
+
 // Takes the steps of the machine file with the real engine on the machine that it describes, and says what
 // became of it. The same input gives the same outcome on every system. Throws InstallerError when a step
 // can't be started; one that fails is an outcome. One at a time.
 Outcome rehearse(const MachineDescription& description, const RehearsedProduct& product,
-                 const RehearsedMachine::ReadBeside& readBeside);
+                 const Surroundings& surroundings);

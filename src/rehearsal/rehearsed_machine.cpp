@@ -79,7 +79,7 @@ constexpr std::int64_t kPlenty = std::int64_t{1} << 50U;
 
 RehearsedMachine::RehearsedMachine(const MachineDescription& machine, const ReadBeside& readBeside)
     : description(machine),
-      processes(machine, files, actions),
+      processes(machine, files, registry, actions),
       desktop(files, !machine.isWindows(), actions) {
     addSystem();
     addFiles(readBeside);

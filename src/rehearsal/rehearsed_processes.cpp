@@ -8,6 +8,7 @@
 namespace {
 
 constexpr std::uint32_t kFirstId = 100;
+constexpr std::string_view kUninstallList = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
 // Double quotes keep blanks together.
 std::string firstWord(std::string_view commandLine) {
@@ -25,8 +26,8 @@ bool hasPath(const std::string& program) {
 }  // namespace
 
 RehearsedProcesses::RehearsedProcesses(const MachineDescription& machine, MemoryFileSystem& files,
-                                       std::vector<std::string>& actions)
-    : machine_(machine), files_(files), actions_(actions) {
+                                       MemoryRegistry& registry, std::vector<std::string>& actions)
+    : machine_(machine), files_(files), registry_(registry), actions_(actions) {
     std::uint32_t id = kFirstId;
     for (const std::string& path : machine.running) {
         running.push_back({id++, std::string(OUtils::lastPathComponent(path)), path});
@@ -52,6 +53,9 @@ std::unique_ptr<platform::ChildProcess> RehearsedProcesses::start(std::string_vi
         action.append(" in ").append(workDirectory);
     }
     actions_.push_back(action + (result ? " -> " + std::to_string(*result) : " -> cannot start"));
+    if (result == 0) {
+        takeOffList(commandLine);
+    }
     exitCodes = {result.value_or(0)};
     startErrors = {result ? 0 : static_cast<int>(MemoryFileSystem::kNotFound)};
     return MemoryProcesses::start(commandLine, workDirectory, outError);
@@ -67,4 +71,29 @@ std::optional<int> RehearsedProcesses::resultOf(const std::string& program) {
     std::string found;
     const bool canStart = !hasPath(program) || files_.resolveFile(program, found) == 0;
     return canStart ? std::optional(0) : std::nullopt;
+}
+
+void RehearsedProcesses::takeOffList(std::string_view commandLine) {
+    using platform::RegistryRoot;
+    using platform::RegistryView;
+    for (const RegistryRoot root : {RegistryRoot::kLocalMachine, RegistryRoot::kCurrentUser}) {
+        for (const RegistryView view : {RegistryView::kNative, RegistryView::k32Bit}) {
+            takeOffList(commandLine, root, view);
+        }
+    }
+}
+
+// The command may be followed by arguments.
+void RehearsedProcesses::takeOffList(std::string_view commandLine, platform::RegistryRoot root,
+                                     platform::RegistryView view) {
+    std::vector<std::string> names;
+    registry_.listKeys(root, kUninstallList, view, names);
+    for (const std::string& name : names) {
+        const std::string key = std::string(kUninstallList) + "\\" + name;
+        platform::RegistryValue command;
+        const int status = registry_.readValue(root, key, view, "UninstallString", command);
+        if (status == platform::kRegOk && !command.data.empty() && commandLine.starts_with(command.data)) {
+            registry_.deleteKey(root, key, view);
+        }
+    }
 }

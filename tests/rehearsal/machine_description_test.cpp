@@ -52,6 +52,15 @@ TEST(MachineDescriptionTest, InstallsOnceWhereNothingElseIsSaid) {
     EXPECT_EQ(machine.temporaryDirectory, "/tmp");
 }
 
+TEST(MachineDescriptionTest, CanInstallFromAnotherPackage) {
+    const MachineDescription machine = readMachine(
+        "[machine]\nsystem = linux\n[steps]\ninstall from \"a b\" -backup=0\ninstall -VARIABLE_X from\n");
+    EXPECT_EQ(machine.steps.at(0).package, "a b");
+    EXPECT_EQ(machine.steps.at(0).options, std::vector<std::string>{"-backup=0"});
+    EXPECT_EQ(machine.steps.at(1).package, "");
+    EXPECT_EQ(machine.steps.at(1).options, (std::vector<std::string>{"-VARIABLE_X", "from"}));
+}
+
 TEST(MachineDescriptionTest, NeedsASystem) {
     for (const char* text : {"", "[machine]\n", "[machine]\nsetup = /x\n", "[files]\n/a = b\n"}) {
         EXPECT_EQ(faultOf([&] { readMachine(text); }),

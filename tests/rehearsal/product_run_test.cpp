@@ -43,14 +43,25 @@ TEST_F(ProductRunTest, UninstallsByALog) {
     EXPECT_FALSE(machine_.files.exists("/opt/small"));
 }
 
-// A foreign uninstaller does nothing here, so that its entry stays; a real run would wait for minutes.
+// A real run would wait for minutes for a second program of an uninstaller whose entry stays.
 TEST_F(ProductRunTest, DoesNotWaitForOtherUninstallers) {
-    const char* const kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Other";
-    machine_.registry.addText(platform::RegistryRoot::kLocalMachine, kKey, "DisplayName", "Other");
-    machine_.registry.addText(platform::RegistryRoot::kLocalMachine, kKey, "UninstallString", "remove-other");
-    const RunResult result = install(SmallProduct::description(
-        "<AdditionalInstall><UninstallApp>Other</UninstallApp></AdditionalInstall>"));
-    EXPECT_TRUE(result.hasSucceeded) << result.failure;
+    const std::string list = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+    const auto root = platform::RegistryRoot::kLocalMachine;
+    for (const char* const name : {"Other", "Stubborn"}) {
+        machine_.registry.addText(root, list + name, "DisplayName", name);
+        machine_.registry.addText(root, list + name, "UninstallString", std::string("remove-") + name);
+    }
+    machine_.registry.addKey(root, list + "Stubborn\\below");
+    const auto page = [](const std::string& name) {
+        return "<ExternalUninstall Special=\"AutoNext\"><ExternalLegacyApplication>" + name +
+               "</ExternalLegacyApplication></ExternalUninstall>";
+    };
+    const RunResult stubborn = install(SmallProduct::description("", page("Stubborn")));
+    EXPECT_EQ(stubborn.failure, "the page \"ExternalUninstall\" holds the run");
+    const RunResult other = install(SmallProduct::description("", page("Other")));
+    EXPECT_TRUE(other.hasSucceeded) << other.failure;
+    EXPECT_EQ(machine_.actions,
+              (std::vector<std::string>{"run remove-Stubborn -> 0", "run remove-Other -> 0"}));
 }
 
 }  // namespace

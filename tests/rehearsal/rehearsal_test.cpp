@@ -20,7 +20,10 @@ std::string nothingBeside(const MachineDescription::Named&) {
 }
 
 Outcome rehearsalOf(const std::string& machine, const RehearsedProduct& product) {
-    return rehearse(readMachine(machine), product, nothingBeside);
+    return rehearse(readMachine(machine), product,
+                    {nothingBeside, [](const std::string& name) {
+                         return SmallProduct::product(SmallProduct::description("<!--" + name + "-->"));
+                     }});
 }
 
 Lines section(const Outcome& outcome, std::string_view name) {
@@ -61,6 +64,17 @@ TEST(RehearsalTest, NamesRepeatedStepsByTheirNumber) {
     const Outcome outcome = rehearsalOf(kLinux + "[steps]\ninstall\ninstall\n",
                                         SmallProduct::product(SmallProduct::description()));
     EXPECT_EQ(section(outcome, "install 2 result"), Lines{"success"});
+}
+
+TEST(RehearsalTest, InstallsFromAnotherPackageAsWell) {
+    const RehearsedProduct product = SmallProduct::product(SmallProduct::description());
+    const Outcome outcome = rehearsalOf(
+        kLinux + "[steps]\ninstall from old/setup-1 -VARIABLE_NAME=Ada\ninstall\nuninstall\n", product);
+    EXPECT_EQ(outcome.failure, "");
+    EXPECT_TRUE(has(section(outcome, "install files"), "/opt/small/name.txt = \"Name: Ada\\n\""));
+    EXPECT_TRUE(has(section(outcome, "install 2 files"), "/opt/small/name.txt = \"Name: nobody\\n\""));
+    EXPECT_EQ(section(outcome, "uninstall files"), Lines());
+    EXPECT_NE(faultOf([&] { rehearsalOf(kLinux + "[steps]\ninstall from setup\n", product); }), "");
 }
 
 TEST(RehearsalTest, TakesValuesFromOptionsAndAnswers) {

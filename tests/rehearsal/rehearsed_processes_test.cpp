@@ -20,13 +20,14 @@ protected:
     }
     RehearsedProcesses& processes() {
         if (processes_ == nullptr) {
-            processes_ = std::make_unique<RehearsedProcesses>(machine_, files_, actions_);
+            processes_ = std::make_unique<RehearsedProcesses>(machine_, files_, registry_, actions_);
         }
         return *processes_;
     }
 
     MachineDescription machine_;
     MemoryFileSystem files_;
+    MemoryRegistry registry_;
     std::vector<std::string> actions_;
     std::unique_ptr<RehearsedProcesses> processes_;
 };
@@ -42,6 +43,19 @@ TEST_F(RehearsedProcessesTest, StartsOnlyWhatIsThere) {
     EXPECT_EQ(run("\"/opt/x y\" -a"), 0);
     EXPECT_EQ(run("/opt/z"), -1);
     EXPECT_EQ(run("tool -a"), 0);
+}
+
+TEST_F(RehearsedProcessesTest, TakesUninstallersOffTheListThatSucceed) {
+    const std::string list = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+    const auto root = platform::RegistryRoot::kLocalMachine;
+    registry_.addText(root, list + "A", "UninstallString", "remove-a");
+    registry_.addText(root, list + "B", "UninstallString", "three -u");
+    registry_.addKey(root, list + "C");
+    EXPECT_EQ(run("remove-a -quiet"), 0);
+    EXPECT_EQ(run("three -u"), 3);
+    EXPECT_FALSE(registry_.hasKey(root, list + "A"));
+    EXPECT_TRUE(registry_.hasKey(root, list + "B"));
+    EXPECT_TRUE(registry_.hasKey(root, list + "C"));
 }
 
 TEST_F(RehearsedProcessesTest, EndsWhatRuns) {
