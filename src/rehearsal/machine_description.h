@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/memory/memory_manner.h"
-#include "platform/registry.h"
+#include "rehearsal/registry_text.h"
 
 // What a machine file says (machine_format.md).
 struct MachineDescription {
@@ -20,13 +20,6 @@ struct MachineDescription {
         bool isInstallation = true;
         std::string package;               // beside the machine file; empty: the one that is tried
         std::vector<std::string> options;  // as a setup gets them on its command line
-    };
-    struct RegistryEntry {
-        platform::RegistryRoot root = platform::RegistryRoot::kLocalMachine;
-        platform::RegistryView view = platform::RegistryView::kNative;
-        std::string path;
-        std::optional<std::string> name;  // nothing: only the key
-        platform::RegistryValue value;
     };
     struct FreeSpace {
         std::string path;

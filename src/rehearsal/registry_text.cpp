@@ -116,7 +116,7 @@ platform::RegistryValue readValue(EntryReader& reader, int line) {
 
 }  // namespace
 
-MachineDescription::RegistryEntry readRegistryEntry(const NumberedLine& line, platform::RegistryView view) {
+RegistryEntry readRegistryEntry(const NumberedLine& line, platform::RegistryView view) {
     EntryReader reader(line.text, line.number);
     const std::string key = reader.takeText({MachineFormat::kOf, MachineFormat::kIs});
     const std::size_t end = std::min(key.find('\\'), key.size());
@@ -124,7 +124,7 @@ MachineDescription::RegistryEntry readRegistryEntry(const NumberedLine& line, pl
     if (root == std::end(kRoots) || end + 1 >= key.size()) {
         failAtLine(line.number, "\"" + key + "\" is no key, such as HKLM\\Software\\Product");
     }
-    MachineDescription::RegistryEntry entry{root->root, view, key.substr(end + 1), std::nullopt, {}};
+    RegistryEntry entry{root->root, view, key.substr(end + 1), std::nullopt, {}};
     if (reader.isAtEnd()) {
         return entry;
     }

@@ -1,16 +1,24 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/registry.h"
-#include "rehearsal/machine_description.h"
 #include "rehearsal/sectioned_text.h"
+
+struct RegistryEntry {
+    platform::RegistryRoot root = platform::RegistryRoot::kLocalMachine;
+    platform::RegistryView view = platform::RegistryView::kNative;
+    std::string path;
+    std::optional<std::string> name;  // nothing: only the key
+    platform::RegistryValue value;
+};
 
 // Keys and values of the registry as lines of a machine file (machine_format.md).
 
 // Throws InstallerError with the number of the line if it is wrong.
-MachineDescription::RegistryEntry readRegistryEntry(const NumberedLine& line, platform::RegistryView view);
+RegistryEntry readRegistryEntry(const NumberedLine& line, platform::RegistryView view);
 
 // "HKLM\path".
 std::string registryKeyText(platform::RegistryRoot root, std::string_view path);

@@ -149,7 +149,7 @@ void RehearsedMachine::addFiles(const ReadBeside& readBeside) {
 }
 
 void RehearsedMachine::addSettings() {
-    for (const MachineDescription::RegistryEntry& entry : description.registry) {
+    for (const RegistryEntry& entry : description.registry) {
         writeValue(entry);
     }
     for (const Named& variable : description.environment) {
@@ -170,7 +170,7 @@ void RehearsedMachine::addEnvironment(const std::string& name, const std::string
                 {type, value}});
 }
 
-void RehearsedMachine::writeValue(const MachineDescription::RegistryEntry& entry) {
+void RehearsedMachine::writeValue(const RegistryEntry& entry) {
     registry.addKey(entry.root, entry.path, entry.view);
     if (entry.name) {
         registry.writeValue(entry.root, entry.path, entry.view, *entry.name, entry.value);

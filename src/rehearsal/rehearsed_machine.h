@@ -57,5 +57,5 @@ private:
     void addFiles(const ReadBeside& readBeside);
     void addSettings();
     void addEnvironment(const std::string& name, const std::string& value);
-    void writeValue(const MachineDescription::RegistryEntry& entry);
+    void writeValue(const RegistryEntry& entry);
 };

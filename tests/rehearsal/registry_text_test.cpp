@@ -6,7 +6,7 @@
 
 namespace {
 
-MachineDescription::RegistryEntry read(const std::string& line) {
+RegistryEntry read(const std::string& line) {
     return readRegistryEntry({4, line}, platform::RegistryView::kNative);
 }
 
