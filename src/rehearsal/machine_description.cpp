@@ -38,6 +38,9 @@ const std::string& checkedPath(const std::string& path, int line) {
     if (!isAbsolute(path)) {
         failAtLine(line, "\"" + path + "\" is no full path, such as /opt/x or C:\\x");
     }
+    if (path.size() > MachineFormat::kMostPathBytes) {
+        failAtLine(line, "this path is too long");
+    }
     return path;
 }
 
@@ -84,6 +87,13 @@ std::vector<Named> readPlaces(const TextSection& section) {
         checkedPath(named.name, named.line);
     }
     return all;
+}
+
+void checkCount(const TextSection& section) {
+    if (section.lines.size() > MachineFormat::kMostRules) {
+        failAtLine(section.line, "the section [" + section.name + "] has more than " +
+                                     std::to_string(MachineFormat::kMostRules) + " lines");
+    }
 }
 
 std::vector<std::string> readPaths(const TextSection& section) {
@@ -157,6 +167,7 @@ void readRegistry(const TextSection& section, platform::RegistryView view, Machi
 }
 
 void readFreeSpace(const TextSection& section, MachineDescription& outMachine) {
+    checkCount(section);
     for (const Named& entry : readPlaces(section)) {
         outMachine.freeSpace.push_back(
             {entry.name, readNumber(entry.text, 0, std::numeric_limits<std::int64_t>::max(), entry.line)});
@@ -164,6 +175,7 @@ void readFreeSpace(const TextSection& section, MachineDescription& outMachine) {
 }
 
 void readResults(const TextSection& section, MachineDescription& outMachine) {
+    checkCount(section);
     constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
     for (const Named& entry : readAllNamed(section)) {
@@ -179,6 +191,13 @@ using SectionFunction = std::function<void(const TextSection&, MachineDescriptio
 
 SectionFunction pathsTo(std::vector<std::string> MachineDescription::*list) {
     return [list](const TextSection& section, MachineDescription& machine) {
+        machine.*list = readPaths(section);
+    };
+}
+
+SectionFunction rulesTo(std::vector<std::string> MachineDescription::*list) {
+    return [list](const TextSection& section, MachineDescription& machine) {
+        checkCount(section);
         machine.*list = readPaths(section);
     };
 }
@@ -210,13 +229,13 @@ const std::map<std::string_view, SectionFunction>& sectionFunctions() {
         {MachineFormat::kPrograms, placesTo(&MachineDescription::programs)},
         {MachineFormat::kCopies, placesTo(&MachineDescription::copies)},
         {MachineFormat::kLinks, placesTo(&MachineDescription::links)},
-        {MachineFormat::kReadOnly, pathsTo(&MachineDescription::readOnly)},
+        {MachineFormat::kReadOnly, rulesTo(&MachineDescription::readOnly)},
         {MachineFormat::kFreeSpace, readFreeSpace},
         {MachineFormat::kRegistry, registryOf(platform::RegistryView::kNative)},
         {MachineFormat::kRegistry32, registryOf(platform::RegistryView::k32Bit)},
         {MachineFormat::kEnvironment, namedTo(&MachineDescription::environment)},
         {MachineFormat::kProcessEnvironment, namedTo(&MachineDescription::processEnvironment)},
-        {MachineFormat::kRunning, pathsTo(&MachineDescription::running)},
+        {MachineFormat::kRunning, rulesTo(&MachineDescription::running)},
         {MachineFormat::kResults, readResults},
     };
     return functions;

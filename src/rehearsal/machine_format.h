@@ -9,6 +9,9 @@ namespace MachineFormat {
 inline constexpr std::size_t kMostBytes = 16U << 20U;  // of a file
 inline constexpr int kMostLines = 200'000;
 inline constexpr int kMostSteps = 20;
+inline constexpr std::size_t kMostPathBytes = 4096;  // of a path or a key of the registry
+inline constexpr std::size_t kMostRules =
+    1000;  // lines of a section each of which is looked at again and again
 
 inline constexpr char kComment = '#';
 inline constexpr std::string_view kIs = " = ";      // between what is named and what it is

@@ -124,6 +124,9 @@ RegistryEntry readRegistryEntry(const NumberedLine& line, platform::RegistryView
     if (root == std::end(kRoots) || end + 1 >= key.size()) {
         failAtLine(line.number, "\"" + key + "\" is no key, such as HKLM\\Software\\Product");
     }
+    if (key.size() > MachineFormat::kMostPathBytes) {
+        failAtLine(line.number, "this key is too long");
+    }
     RegistryEntry entry{root->root, view, key.substr(end + 1), std::nullopt, {}};
     if (reader.isAtEnd()) {
         return entry;

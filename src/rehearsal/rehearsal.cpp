@@ -72,6 +72,9 @@ public:
         }
         if (product.answers) {
             answersPath_ = beside(description.setup, kAnswersName);
+            if (machine_.files.exists(answersPath_)) {
+                throw InstallerError("%s is the place of the answers", answersPath_.data());
+            }
             machine_.files.addFile(answersPath_, *product.answers);
         }
         start_ = takeSnapshot(machine_);
@@ -93,7 +96,7 @@ private:
 
     void addPackage(const std::string& name, const std::string& path, const RehearsedProduct& product) {
         if (machine_.files.exists(path)) {
-            throw InstallerError("two packages would be at %s", path.data());
+            throw InstallerError("%s is the place of a package", path.data());
         }
         packages_[name] = {path, product.offset};
         machine_.files.addProgram(path, product.package);

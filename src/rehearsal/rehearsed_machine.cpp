@@ -1,11 +1,14 @@
 #include "rehearsal/rehearsed_machine.h"
 
+#include "base/errors.h"
+#include "base/path_functions.h"
 #include "platform/system_environment.h"
 #include "rehearsal/entry_text.h"
 
 namespace {
 
 using Named = MachineDescription::Named;
+using platform::PathKind;
 using platform::RegistryRoot;
 using platform::RegistryView;
 
@@ -92,6 +95,23 @@ platform::Platform RehearsedMachine::bundle() {
     return {files, registry, processes, environment, console, events, desktop, firewall};
 }
 
+// Only a directory may be there already, and above it there is nothing else.
+void RehearsedMachine::checkPlace(std::string path, PathKind kind) {
+    const std::string whole = path;
+    while (!path.empty()) {
+        const PathKind present = files.kindOf(path);
+        if (present != PathKind::kNothing &&
+            (present != PathKind::kDirectory || kind != PathKind::kDirectory)) {
+            throw InstallerError("%s can't be on the machine: something else is in its place", whole.data());
+        }
+        kind = PathKind::kDirectory;
+        path.resize(path.size() - OUtils::lastPathComponent(path).size());
+        while (!path.empty() && OUtils::isSeparator(path.back())) {
+            path.pop_back();
+        }
+    }
+}
+
 void RehearsedMachine::addSystem() {
     const bool isWindows = description.isWindows();
     files.removeDirectory("/tmp");  // the memory's own
@@ -124,18 +144,23 @@ void RehearsedMachine::addSystem() {
 void RehearsedMachine::addFiles(const ReadBeside& readBeside) {
     files.setTemporaryDirectory(description.temporaryDirectory);
     for (const std::string& path : description.directories) {
+        checkPlace(path, PathKind::kDirectory);
         files.addDirectory(path);
     }
     for (const Named& file : description.files) {
+        checkPlace(file.name, PathKind::kFile);
         files.addFile(file.name, file.text);
     }
     for (const Named& file : description.programs) {
+        checkPlace(file.name, PathKind::kFile);
         files.addProgram(file.name, file.text);
     }
     for (const Named& file : description.copies) {
+        checkPlace(file.name, PathKind::kFile);
         files.addFile(file.name, readBeside(file));
     }
     for (const Named& link : description.links) {
+        checkPlace(link.name, PathKind::kLink);
         files.addLink(link.name, link.text);
     }
     files.reportFreeSpace("/", kPlenty);

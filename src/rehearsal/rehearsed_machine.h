@@ -34,7 +34,7 @@ public:
     // Gives the content of a file beside the machine file.
     using ReadBeside = std::function<std::string(const MachineDescription::Named& copy)>;
 
-    // `description` is borrowed.
+    // `description` is borrowed. Throws InstallerError when two things would be in one place.
     RehearsedMachine(const MachineDescription& description, const ReadBeside& readBeside);
 
     platform::Platform bundle();
@@ -53,6 +53,7 @@ public:
     MemoryFirewall firewall;
 
 private:
+    void checkPlace(std::string path, platform::PathKind kind);
     void addSystem();
     void addFiles(const ReadBeside& readBeside);
     void addSettings();

@@ -88,6 +88,21 @@ TEST(MachineDescriptionTest, NamesTheLineThatIsWrong) {
     EXPECT_EQ(faultIn(steps), "line 24: there are too many steps");
 }
 
+TEST(MachineDescriptionTest, LimitsWhatCouldTakeLong) {
+    const std::string path = "/" + std::string(4096, 'a');
+    EXPECT_EQ(faultIn("[directories]\n" + path.substr(0, 4096)), "");
+    EXPECT_EQ(faultIn("[directories]\n" + path), "line 4: this path is too long");
+    EXPECT_EQ(faultIn("[registry]\nHKLM\\" + path), "line 4: this key is too long");
+    std::string lines;
+    for (int i = 0; i < 1001; ++i) {
+        lines += "/" + std::to_string(i) + " = 1\n";
+    }
+    EXPECT_EQ(faultIn("[files]\n" + lines), "");
+    for (const char* section : {"[read-only]\n", "[running]\n", "[free space]\n", "[results]\n"}) {
+        EXPECT_NE(faultIn(section + lines).find(" has more than 1000 lines"), std::string::npos) << section;
+    }
+}
+
 TEST(MachineDescriptionTest, IsReadOrRefusedWhereverItIsCut) {
     int refused = 0;
     for (std::size_t size = 0; size < kWhole.size(); ++size) {

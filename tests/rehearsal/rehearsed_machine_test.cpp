@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/system_environment.h"
+#include "rehearsal/fault_text.h"
 
 namespace {
 
@@ -53,6 +54,17 @@ TEST(RehearsedMachineTest, HasTheFactsOfItsSystem) {
     std::unique_ptr<platform::FirewallProfile> profile;
     EXPECT_FALSE(linuxMachine.firewall.connect(profile).done());
     EXPECT_TRUE(windowsMachine.firewall.connect(profile).done());
+}
+
+TEST(RehearsedMachineTest, RefusesTwoThingsInOnePlace) {
+    for (const char* lines :
+         {"[files]\n/opt = x\n", "[files]\n/a = x\n/a/b = y\n", "[files]\n/a/b = x\n/a = y\n",
+          "[files]\n/a = x\n[directories]\n/A\n", "[links]\n/a = b\n[programs]\n/a/c = x\n",
+          "[files]\n/a/../b = x\n[links]\n/b = y\n", "[files]\nC:\\ = x\n"}) {
+        const MachineDescription description =
+            readMachine(std::string("[machine]\nsystem = linux\n") + lines);
+        EXPECT_NE(faultOf([&] { RehearsedMachine(description, nothingBeside); }), "") << lines;
+    }
 }
 
 TEST(RehearsedMachineTest, CountsTemporaryNamesFromOne) {

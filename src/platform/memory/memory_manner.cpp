@@ -1,7 +1,5 @@
 #include "platform/memory/memory_manner.h"
 
-#include <algorithm>
-
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "platform/linux_path.h"
@@ -34,9 +32,14 @@ std::string MemoryManner::writtenPath(std::string_view path) const {
 }
 
 std::string MemoryManner::pathIdentity(std::string_view path) const {
-    std::string identity = OUtils::toLowerAscii(writtenPath(path));
-    std::ranges::replace(identity, '\\', '/');
-    return OUtils::collapsedPath(identity);
+    std::string identity;
+    for (const char c : OUtils::toLowerAscii(writtenPath(path))) {
+        const bool isSeparator = OUtils::isSeparator(c);
+        if (!isSeparator || !identity.ends_with('/')) {
+            identity += isSeparator ? '/' : c;
+        }
+    }
+    return identity;
 }
 
 const char* MemoryManner::textLineEnd() const {
