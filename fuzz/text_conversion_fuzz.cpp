@@ -11,8 +11,9 @@
 #include "base/visible_text.h"
 #include "base/wide_text_converter.h"
 #include "fuzz_target.h"
+#include "platform/linux_path.h"
+#include "platform/memory/memory_manner.h"
 #include "platform/path_identity.h"
-#include "platform/posix/native_path.h"
 #include "platform/written_path.h"
 #include "text/utf8_check.h"
 
@@ -75,7 +76,7 @@ void checkVisibleText(std::string_view bytes) {
 }
 
 void checkPaths(std::string_view path) {
-    const std::string native = platform::nativePath(path);
+    const std::string native = platform::linuxPath(path);
     require(native.find('\\') == std::string::npos);
     require(platform::writtenPath(path) == native);
     // What is left of a drive may look like another one.
@@ -83,6 +84,15 @@ void checkPaths(std::string_view path) {
     const bool hasDrive = identity.size() > 1 && identity[1] == ':';
     require(hasDrive || platform::pathIdentity(identity) == identity);
     require(platform::pathIdentity(OUtils::withSeparators(std::string(path))) == identity);
+}
+
+// On a machine in memory the functions answer in its manner.
+void checkManner(std::string_view path) {
+    const MemoryManner manner(MemoryManner::System::kWindows);
+    const platform::MannerInUse inUse(manner);
+    require(platform::writtenPath(path) == path);
+    const std::string identity = platform::pathIdentity(path);
+    require(identity == manner.pathIdentity(path) && manner.pathIdentity(identity) == identity);
 }
 
 }  // namespace
@@ -93,6 +103,7 @@ bool accepts(std::string_view input) {
     checkUnits(input);
     checkVisibleText(input);
     checkPaths(input);
+    checkManner(input);
     std::string_view rest = input;
     while (const std::size_t length = OUtils::utf8CharacterLength(rest)) {
         rest.remove_prefix(length);

@@ -20,7 +20,7 @@ constexpr CommandName kCommands[] = {
     {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
     {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
     {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
-    {"schema", PackagerCommand::kSchema},
+    {"schema", PackagerCommand::kSchema}, {"try", PackagerCommand::kTry},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -57,6 +57,10 @@ constexpr OptionRule kOptions[] = {
     {"format", &CommandLine::format, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
     {"strict", nullptr, &CommandLine::strict, nullptr, 0, 0, PackagerCommand::kCheck},
     {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kExtract},
+    {"machine", &CommandLine::machine, nullptr, nullptr, 0, 0, PackagerCommand::kTry},
+    {"answers", &CommandLine::answers, nullptr, nullptr, 0, 0, PackagerCommand::kTry},
+    {"expect", &CommandLine::expected, nullptr, nullptr, 0, 0, PackagerCommand::kTry},
+    {"update", nullptr, &CommandLine::update, nullptr, 0, 0, PackagerCommand::kTry},
     {"html", nullptr, &CommandLine::html, nullptr, 0, 0, PackagerCommand::kText},
     {"plain", nullptr, &CommandLine::plain, nullptr, 0, 0, PackagerCommand::kText},
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
@@ -204,6 +208,13 @@ private:
             case PackagerCommand::kText:
                 checkText();
                 break;
+            case PackagerCommand::kTry:
+                need(result_.package, "the package");
+                need(result_.machine, "--machine");
+                if (result_.update) {
+                    need(result_.expected, "--expect");
+                }
+                break;
             case PackagerCommand::kNew:
                 need(result_.directory, "the directory");
                 break;
@@ -279,6 +290,7 @@ constexpr const char* kOverview =
     "  packager list     shows the files of a package\n"
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
+    "  packager try      installs a package on a machine in memory and compares what comes of it\n"
     "  packager text     shows a document as the users of a package will see it\n"
     "  packager schema   prints an XML Schema of descriptions, for editors\n"
     "\n"
@@ -356,6 +368,20 @@ constexpr const char* kVerifyHelp =
     "\n"
     "Checks the layout, the checksum, the compressed stream and the MD5 of every file.\n";
 
+constexpr const char* kTryHelp =
+    "packager try PACKAGE --machine FILE [--answers FILE] [--expect FILE [--update]]\n"
+    "\n"
+    "Installs a package with the real engine, unattended, on a machine that exists only in memory,\n"
+    "and shows what comes of it. Nothing of this machine is read, changed or run.\n"
+    "\n"
+    "  --machine FILE  what is on the machine, and what is done: an installation, or several steps\n"
+    "  --answers FILE  the answers of an unattended run, as for a setup's option configFile\n"
+    "  --expect FILE   what should come of it; prints the differences only\n"
+    "  --update        write what comes of it into that file, of the sections that it has\n"
+    "\n"
+    "The same input gives the same outcome on every system, at any time.\n"
+    "Exit codes: 0 as expected, or no step failed; 1 not so; 2 wrong use.\n";
+
 constexpr const char* kSchemaHelp =
     "packager schema > install.xsd\n"
     "\n"
@@ -426,6 +452,8 @@ std::string helpText(PackagerCommand command) {
             return kNewHelp;
         case PackagerCommand::kSchema:
             return kSchemaHelp;
+        case PackagerCommand::kTry:
+            return kTryHelp;
         case PackagerCommand::kNone:
             break;
     }

@@ -5,7 +5,19 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kNew, kCheck, kBuild, kExpand, kList, kExtract, kVerify, kText, kSchema };
+enum class PackagerCommand {
+    kNone,
+    kNew,
+    kCheck,
+    kBuild,
+    kExpand,
+    kList,
+    kExtract,
+    kVerify,
+    kText,
+    kSchema,
+    kTry
+};
 
 // What the command line asks for.
 struct CommandLine {
@@ -34,6 +46,11 @@ struct CommandLine {
     std::string package;
     std::string target;                // of extract
     std::vector<std::string> aliases;  // of extract; empty: all
+
+    std::string machine;   // of try, as are the next three
+    std::string answers;   // empty: none
+    std::string expected;  // empty: nothing is expected
+    bool update = false;
 
     std::string document;  // of text
     bool html = false;

@@ -34,6 +34,8 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
             return true;
         case PackagerCommand::kCheck:
             return runCheck(commandLine, output, files);
+        case PackagerCommand::kTry:
+            return runTry(commandLine, output, files);
         case PackagerCommand::kSchema:
             runSchema(output);
             return true;

@@ -20,6 +20,9 @@ void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform
 void runVerify(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 // Writes the template of a product into a directory in which none of its files is.
 void runNew(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+// False: what came of it isn't what was expected, or a step failed and nothing was expected. It has been
+// said.
+bool runTry(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 
 // The whole tool, from the arguments after the program's name to the exit code: 0 done, 1 failed, 2 wrong

@@ -1,13 +1,17 @@
 #pragma once
 
+#include <utility>
+
 #include "contracts/nested_session.h"
 #include "support/debug_log.h"
+#include "wini/system_services.h"
 
 // Makes second sessions with services of their own.
 class NestedSessions : public NestedSessionFactory {
 public:
-    // They write to this log.
-    explicit NestedSessions(DebugLog debugLog) : debugLog_(debugLog) {}
+    // They write to this log, and their services go by this clock.
+    explicit NestedSessions(DebugLog debugLog, ServiceClock clock = {})
+        : debugLog_(debugLog), clock_(std::move(clock)) {}
 
     std::unique_ptr<NestedSession> make(const platform::Platform& machine, InstallerUI* ui,
                                         std::vector<std::string>& errors) override;
@@ -15,4 +19,5 @@ public:
 
 private:
     DebugLog debugLog_;
+    ServiceClock clock_;
 };

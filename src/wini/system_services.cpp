@@ -1,9 +1,9 @@
 #include "wini/system_services.h"
 
 #include <atomic>
+#include <utility>
 
 #include "engine/changes/registry_change.h"
-#include "platform/clock.h"
 #include "platform/file_system.h"
 #include "platform/registry.h"
 #include "support/utilities.h"
@@ -20,13 +20,14 @@ std::atomic<std::uint32_t> lastTemporaryNumber{0};
 
 }  // namespace
 
-SystemServices::SystemServices(const platform::Platform& machine, DebugLog debugLog)
+SystemServices::SystemServices(const platform::Platform& machine, DebugLog debugLog, ServiceClock clock)
     : machine_(machine),
       debugLog_(debugLog),
+      clock_(std::move(clock)),
       programs_(machine.processes, machine.shell, debugLog),
       uninstallList_(machine.registry),
       registration_(machine.registry, debugLog),
-      uninstallers_({machine.registry, machine.processes, machine.events}, debugLog),
+      uninstallers_({machine.registry, machine.processes, machine.events}, debugLog, {}, clock_.now),
       runningApplications_(machine.files, machine.processes, programs_, debugLog) {}
 
 std::optional<std::string> SystemServices::temporaryFileName() {
@@ -128,5 +129,5 @@ bool SystemServices::openInDefaultBrowser(std::string_view url) {
 }
 
 void SystemServices::sleepMilliseconds(std::uint32_t milliseconds) {
-    platform::sleepMilliseconds(milliseconds);
+    clock_.sleep(milliseconds);
 }

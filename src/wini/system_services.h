@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -8,12 +9,20 @@
 
 #include "contracts/system_operations.h"
 #include "engine/changes/program_run.h"
+#include "platform/clock.h"
 #include "platform/platform.h"
 #include "support/debug_log.h"
 #include "wini/application_registration.h"
 #include "wini/external_uninstaller.h"
 #include "wini/running_applications.h"
 #include "wini/uninstall_list.h"
+#include "wini/uninstaller_watch.h"
+
+// How time passes for the services.
+struct ServiceClock {
+    UninstallerWatch::Clock now = platform::monotonicMilliseconds;
+    std::function<void(std::uint32_t milliseconds)> sleep = platform::sleepMilliseconds;
+};
 
 // The services of the operating system that no change owns: the list of installed applications, running
 // programs, other products' uninstallers, raw reading of the registry. Needs a machine and a log, and is made
@@ -24,7 +33,7 @@ public:
     static constexpr std::size_t kTemporaryPathLimit = 1559;
 
     // What the platform refers to is borrowed and outlives this object.
-    SystemServices(const platform::Platform& machine, DebugLog debugLog);
+    SystemServices(const platform::Platform& machine, DebugLog debugLog, ServiceClock clock = {});
 
     // Handles its events during waits that no report is handed to. Borrowed; null for none, as at first.
     void setFrontEnd(InstallerUI* ui) { runningApplications_.setFrontEnd(ui); }
@@ -59,6 +68,7 @@ public:
 private:
     platform::Platform machine_;
     DebugLog debugLog_;
+    ServiceClock clock_;
     ProgramRun programs_;
     UninstallList uninstallList_;
     ApplicationRegistration registration_;

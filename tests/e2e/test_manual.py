@@ -108,9 +108,12 @@ class Commands(ManualTest):
     def test_the_examples_of_documents_look_as_the_page_says(self):
         self.assertGreaterEqual(self.follow("documents.md"), 2)
 
+    def test_the_examples_of_testing_do_what_the_page_says(self):
+        self.assertGreaterEqual(self.follow("testing.md"), 3)
+
     def test_no_other_page_has_commands_to_run(self):
         for page in MANUAL.glob("*.md"):
-            if page.name not in ("tutorial.md", "packager.md", "documents.md"):
+            if page.name not in ("tutorial.md", "packager.md", "documents.md", "testing.md"):
                 runs = [b for b in manual_pages.blocks(page.read_text("utf-8")) if "run" in b.words]
                 self.assertEqual(runs, [], page.name)
 

@@ -8,8 +8,8 @@
 #include <climits>
 #include <string_view>
 
+#include "platform/linux_path.h"
 #include "platform/posix/file_replacement.h"
-#include "platform/posix/native_path.h"
 #include "platform/posix/state_directory.h"
 #include "platform/system_environment.h"
 
@@ -64,7 +64,7 @@ std::string asSystemPath(const std::string& entry) {
     if (!entry.starts_with('\\')) {
         return entry;
     }
-    const std::string native = nativePath(entry);
+    const std::string native = linuxPath(entry);
     return access(native.c_str(), F_OK) == 0 ? native : entry;
 }
 
@@ -84,7 +84,7 @@ std::vector<std::string> directoriesOf(std::string value) {
     std::erase(value, '"');
     std::vector<std::string> directories;
     for (const std::string& entry : entriesOf(value, ';')) {
-        for (std::string& directory : entriesOf(nativePath(entry.c_str()), ':')) {
+        for (std::string& directory : entriesOf(linuxPath(entry.c_str()), ':')) {
             if (directory.front() == '/') {
                 directories.push_back(std::move(directory));
             }

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "platform/manner.h"
 #include "platform/registry.h"
 
 namespace platform {
@@ -32,11 +33,17 @@ std::string numberText(int status) {
 
 // Not strerror, which translates and has words for every number.
 std::string errorText(int status) {
+    if (const Manner* const manner = currentManner) {
+        return manner->errorText(status);
+    }
     const char* const text = strerrordesc_np(status);
     return text == nullptr ? numberText(status) : text;
 }
 
 std::string registryErrorText(int status) {
+    if (const Manner* const manner = currentManner) {
+        return manner->registryErrorText(status);
+    }
     for (const RegistryWords& words : kRegistryWords) {
         if (words.status == status) {
             return words.text;

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "platform/posix/native_path.h"
+#include "platform/linux_path.h"
 #include "platform/posix/posix_directory.h"
 #include "platform/posix/posix_file.h"
 #include "platform/posix/protected_path.h"
@@ -164,7 +164,7 @@ using ReleasedText = std::unique_ptr<char, decltype(&std::free)>;
 
 // Null, with the error in errno, when there is nothing.
 ReleasedText realPathOf(std::string_view path) {
-    return {realpath(nativePath(path).c_str(), nullptr), &std::free};
+    return {realpath(linuxPath(path).c_str(), nullptr), &std::free};
 }
 
 class PosixFileSystem : public FileSystem {
@@ -183,13 +183,13 @@ public:
     int moveFile(std::string_view from, std::string_view to) override;
     int replaceFile(std::string_view from, std::string_view to) override;
     int takeFileAway(std::string_view path, std::string_view to) override {
-        return PosixDirectory::takeFileAway(AT_FDCWD, nativePath(path), nativePath(to));
+        return PosixDirectory::takeFileAway(AT_FDCWD, linuxPath(path), linuxPath(to));
     }
     int takeDirectoryAway(std::string_view path, std::string_view to) override {
-        return PosixDirectory::takeDirectoryAway(AT_FDCWD, nativePath(path), nativePath(to));
+        return PosixDirectory::takeDirectoryAway(AT_FDCWD, linuxPath(path), linuxPath(to));
     }
     int createDirectory(std::string_view path) override;
-    int removeDirectory(std::string_view path) override { return errorOf(rmdir(nativePath(path).c_str())); }
+    int removeDirectory(std::string_view path) override { return errorOf(rmdir(linuxPath(path).c_str())); }
     int list(std::string_view path, std::vector<DirectoryEntry>& outEntries) override;
     int openDirectory(std::string_view path, std::unique_ptr<Directory>& outDirectory) override;
     int makeExecutable(std::string_view path) override;
@@ -204,7 +204,7 @@ public:
                                std::string& outPath) override;
     std::vector<std::string> otherPrivatePlaces() override;
     int findVolume(std::string_view path, Volume& outVolume) override {
-        return volumeOf(nativePath(path), outVolume);
+        return volumeOf(linuxPath(path), outVolume);
     }
     int removeAtRestart(std::string_view /*path*/) override { return ENOTSUP; }
 };
@@ -219,7 +219,7 @@ int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std
     flags |= options.followLinks ? 0 : O_NOFOLLOW;
     // Whatever the user's mask lets through, nobody else may write what this program makes.
     const mode_t mode = options.disposition == Disposition::kCreatePrivate ? 0600 : 0644;
-    const std::string native = nativePath(path);
+    const std::string native = linuxPath(path);
     const int descriptor = openWithoutWaiting(native.c_str(), flags, mode);
     if (descriptor < 0) {
         return errno;
@@ -237,12 +237,12 @@ int PosixFileSystem::open(std::string_view path, const OpenOptions& options, std
 
 bool PosixFileSystem::exists(std::string_view path) {
     struct stat status {};
-    return lstat(nativePath(path).c_str(), &status) == 0;
+    return lstat(linuxPath(path).c_str(), &status) == 0;
 }
 
 PathKind PosixFileSystem::kindOf(std::string_view path) {
     struct stat status {};
-    if (lstat(nativePath(path).c_str(), &status) != 0) {
+    if (lstat(linuxPath(path).c_str(), &status) != 0) {
         return errno == ENOENT || errno == ENOTDIR ? PathKind::kNothing : PathKind::kOther;
     }
     return pathKindOf(status.st_mode);
@@ -250,18 +250,18 @@ PathKind PosixFileSystem::kindOf(std::string_view path) {
 
 bool PosixFileSystem::isDirectory(std::string_view path) {
     struct stat status {};
-    return stat(nativePath(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return stat(linuxPath(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool PosixFileSystem::isOrdinaryDirectory(std::string_view path) {
-    const std::string native = nativePath(path);
+    const std::string native = linuxPath(path);
     struct stat status {};
     return lstat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && !belongsToSystem(native);
 }
 
 std::int64_t PosixFileSystem::fileSize(std::string_view path) {
     struct stat status {};
-    const bool isFile = stat(nativePath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+    const bool isFile = stat(linuxPath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
     return isFile ? status.st_size : -1;
 }
 
@@ -281,7 +281,7 @@ int PosixFileSystem::resolveFile(std::string_view path, std::string& outPath) {
 
 int PosixFileSystem::linkTarget(std::string_view path, std::string& outTarget) {
     outTarget.assign(PATH_MAX, '\0');
-    const ssize_t length = readlink(nativePath(path).data(), outTarget.data(), outTarget.size());
+    const ssize_t length = readlink(linuxPath(path).data(), outTarget.data(), outTarget.size());
     const int status = length < 0 ? errno : 0;
     outTarget.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
     return status;
@@ -289,7 +289,7 @@ int PosixFileSystem::linkTarget(std::string_view path, std::string& outTarget) {
 
 // A device is nobody's file.
 int PosixFileSystem::removeFile(std::string_view path) {
-    const std::string native = nativePath(path);
+    const std::string native = linuxPath(path);
     struct stat status {};
     if (lstat(native.c_str(), &status) == 0 && (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode))) {
         return EPERM;
@@ -298,8 +298,8 @@ int PosixFileSystem::removeFile(std::string_view path) {
 }
 
 int PosixFileSystem::moveFile(std::string_view from, std::string_view to) {
-    const std::string nativeFrom = nativePath(from);
-    const std::string nativeTo = nativePath(to);
+    const std::string nativeFrom = linuxPath(from);
+    const std::string nativeTo = linuxPath(to);
     const char* const source = nativeFrom.c_str();
     const char* const target = nativeTo.c_str();
     if (renameat2(AT_FDCWD, source, AT_FDCWD, target, RENAME_NOREPLACE) == 0) {
@@ -309,13 +309,13 @@ int PosixFileSystem::moveFile(std::string_view from, std::string_view to) {
 }
 
 int PosixFileSystem::replaceFile(std::string_view from, std::string_view to) {
-    return errorOf(rename(nativePath(from).c_str(), nativePath(to).c_str()));
+    return errorOf(rename(linuxPath(from).c_str(), linuxPath(to).c_str()));
 }
 
 // The mode is set on the directory itself, so that neither a mask nor a swap changes what gets it. A group
 // that the parent hands down stays.
 int PosixFileSystem::createDirectory(std::string_view path) {
-    const std::string native = nativePath(path);
+    const std::string native = linuxPath(path);
     if (mkdir(native.c_str(), 0755) != 0) {
         return errno;
     }
@@ -332,12 +332,12 @@ int PosixFileSystem::createDirectory(std::string_view path) {
 int PosixFileSystem::list(std::string_view path, std::vector<DirectoryEntry>& outEntries) {
     outEntries.clear();
     std::unique_ptr<Directory> directory;
-    const int status = PosixDirectory::open(AT_FDCWD, nativePath(path), 0, directory);
+    const int status = PosixDirectory::open(AT_FDCWD, linuxPath(path), 0, directory);
     return status != 0 ? status : directory->list(outEntries);
 }
 
 int PosixFileSystem::openDirectory(std::string_view path, std::unique_ptr<Directory>& outDirectory) {
-    std::string native = nativePath(path);
+    std::string native = linuxPath(path);
     // A separator at the end would have the system follow a link.
     while (native.size() > 1 && native.back() == '/') {
         native.pop_back();
@@ -402,7 +402,7 @@ int PosixFileSystem::createPrivateDirectory(std::string_view parent, std::string
     }
     char tail[17];
     std::snprintf(tail, sizeof tail, "%016llx", static_cast<unsigned long long>(random));
-    const std::string made = nativePath(parent) + "/" + std::string(prefix) + tail;
+    const std::string made = linuxPath(parent) + "/" + std::string(prefix) + tail;
     const char* const path = made.c_str();
     if (mkdir(path, 0700) != 0) {
         return errno;

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "platform/posix/native_path.h"
+#include "platform/linux_path.h"
 #include "platform/posix/posix_file.h"
 
 namespace platform {
@@ -246,11 +246,11 @@ int PosixDirectory::openFile(std::string_view name, std::unique_ptr<File>& outFi
 }
 
 int PosixDirectory::takeFileAway(std::string_view name, std::string_view to) {
-    return isPlainName(name) ? takeFileAway(descriptor_.get(), std::string(name), nativePath(to)) : EINVAL;
+    return isPlainName(name) ? takeFileAway(descriptor_.get(), std::string(name), linuxPath(to)) : EINVAL;
 }
 
 int PosixDirectory::takeDirectoryAway(std::string_view name, std::string_view to) {
-    return isPlainName(name) ? takeDirectoryAway(descriptor_.get(), std::string(name), nativePath(to))
+    return isPlainName(name) ? takeDirectoryAway(descriptor_.get(), std::string(name), linuxPath(to))
                              : EINVAL;
 }
 

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "platform/posix/native_path.h"
+#include "platform/linux_path.h"
 
 namespace platform {
 
@@ -75,7 +75,7 @@ int copyAccessList(const Descriptor& from, int descriptor) {
 // Only names the file, also one that can't be read.
 Descriptor openToName(std::string_view path) {
     return Descriptor(
-        retryInterrupted([&] { return ::open(nativePath(path).c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+        retryInterrupted([&] { return ::open(linuxPath(path).c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
 }
 
 // 0 for a plain file that this user may replace.

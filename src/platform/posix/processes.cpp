@@ -7,9 +7,9 @@
 #include <csignal>
 
 #include "base/path_functions.h"
+#include "platform/linux_path.h"
 #include "platform/posix/child_process.h"
 #include "platform/posix/command_line.h"
-#include "platform/posix/native_path.h"
 #include "platform/posix/proc_files.h"
 #include "platform/posix/process_handle.h"
 #include "platform/posix/spawn_settings.h"
@@ -23,7 +23,7 @@ constexpr std::uint32_t kHardEndMilliseconds = 1000;
 
 // A relative path means the directory of the caller, while the system would start at the child's.
 std::string programPath(const std::string& word) {
-    std::string program = nativePath(word);
+    std::string program = linuxPath(word);
     if (program.find('/') == std::string::npos || program[0] == '/') {
         return program;
     }
@@ -102,10 +102,10 @@ std::unique_ptr<ChildProcess> PosixProcesses::start(std::string_view commandLine
         return nullptr;
     }
     SpawnSettings settings;
-    settings.setWorkDirectory(nativePath(workDirectory));
+    settings.setWorkDirectory(linuxPath(workDirectory));
     pid_t id = 0;
     const std::string program = programPath(words[0]);
-    words[0] = nativePath(words[0]);
+    words[0] = linuxPath(words[0]);
     outError = settings.spawn(program, words, id);
     return outError == 0 ? std::make_unique<PosixChildProcess>(id) : nullptr;
 }

@@ -4,13 +4,13 @@
 
 #include <cerrno>
 
+#include "platform/linux_path.h"
 #include "platform/posix/child_process.h"
 #include "platform/posix/command_line.h"
 #include "platform/posix/desktop_entry.h"
 #include "platform/posix/environment_script.h"
 #include "platform/posix/file_replacement.h"
 #include "platform/posix/invoking_user.h"
-#include "platform/posix/native_path.h"
 #include "platform/posix/spawn_settings.h"
 #include "platform/posix/state_directory.h"
 #include "platform/registry.h"
@@ -35,7 +35,7 @@ bool isDocument(const std::string& path) {
 }
 
 std::vector<std::string> commandOf(const LinkDescription& link) {
-    const std::string target = nativePath(link.target);
+    const std::string target = linuxPath(link.target);
     std::vector<std::string> words = splitCommandLine(link.arguments);
     words.insert(words.begin(), target);
     if (isDocument(target)) {
@@ -71,7 +71,7 @@ bool openBy(std::string_view path, Start start) {
     if (isUrl(text)) {
         return start({kOpener, text});
     }
-    std::string file = nativePath(path);
+    std::string file = linuxPath(path);
     struct stat status {};
     if (stat(file.c_str(), &status) != 0) {
         return false;
@@ -87,7 +87,7 @@ public:
     int createLink(std::string_view linkPath, const LinkDescription& link) override;
     int createUrlLink(std::string_view linkPath, std::string_view url) override;
     int createSymlink(std::string_view linkPath, std::string_view target) override {
-        return replaceWithSymlink(nativePath(linkPath), nativePath(target));
+        return replaceWithSymlink(linuxPath(linkPath), linuxPath(target));
     }
     bool openDocument(std::string_view path) override;
     bool openForUser(std::string_view path) override;
@@ -95,18 +95,18 @@ public:
 };
 
 int PosixShellObjects::createLink(std::string_view linkPath, const LinkDescription& link) {
-    const std::string path = nativePath(linkPath);
+    const std::string path = linuxPath(linkPath);
     ApplicationEntry entry;
     entry.name = desktopEntryName(path);
     entry.comment = link.description;
     entry.command = commandOf(link);
-    entry.workDirectory = nativePath(link.workDirectory);
-    entry.icon = nativePath(link.iconPath);
+    entry.workDirectory = linuxPath(link.workDirectory);
+    entry.icon = linuxPath(link.iconPath);
     return replaceFileContent(path, desktopEntryOf(entry), kApplicationMode, ModeRule::kWithinUmask);
 }
 
 int PosixShellObjects::createUrlLink(std::string_view linkPath, std::string_view url) {
-    const std::string path = nativePath(linkPath);
+    const std::string path = linuxPath(linkPath);
     return replaceFileContent(path, desktopLinkOf(desktopEntryName(path), url), kLinkMode,
                               ModeRule::kWithinUmask);
 }

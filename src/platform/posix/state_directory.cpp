@@ -2,14 +2,14 @@
 
 #include <cstdlib>
 
-#include "platform/posix/native_path.h"
+#include "platform/linux_path.h"
 
 namespace platform {
 
 const std::string& stateDirectory() {
     static const std::string directory = [] {
         const char* configured = std::getenv("TANDREL_STATE_DIR");
-        return nativePath(configured != nullptr && *configured != '\0' ? configured : kDefaultStateDirectory);
+        return linuxPath(configured != nullptr && *configured != '\0' ? configured : kDefaultStateDirectory);
     }();
     return directory;
 }

@@ -1,5 +1,6 @@
 #include "platform/error_text.h"
 
+#include "platform/manner.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
@@ -38,6 +39,9 @@ std::string textIn(DWORD language, int status) {
 
 // An installation of Windows in another language may lack the English texts.
 std::string errorText(int status) {
+    if (const Manner* const manner = currentManner) {
+        return manner->errorText(status);
+    }
     std::string text = textIn(kEnglish, status);
     if (text.empty()) {
         text = textIn(kAnyLanguage, status);
@@ -46,6 +50,9 @@ std::string errorText(int status) {
 }
 
 std::string registryErrorText(int status) {
+    if (const Manner* const manner = currentManner) {
+        return manner->registryErrorText(status);
+    }
     return errorText(status);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/manner.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
@@ -23,6 +24,9 @@ std::wstring withSingleSeparators(std::wstring_view path) {
 }  // namespace
 
 std::string pathIdentity(std::string_view path) {
+    if (const Manner* const manner = currentManner) {
+        return manner->pathIdentity(path);
+    }
     std::wstring wide = wideOf(path);
     std::ranges::replace(wide, L'/', L'\\');
     wide = withSingleSeparators(wide);

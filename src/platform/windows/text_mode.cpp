@@ -1,8 +1,13 @@
 #include "platform/text_mode.h"
 
+#include "platform/manner.h"
+
 namespace platform {
 
 const char* textLineEnd() {
+    if (const Manner* const manner = currentManner) {
+        return manner->textLineEnd();
+    }
     return "\r\n";
 }
 

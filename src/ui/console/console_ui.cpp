@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "base/shared_buffer.h"
-#include "base/visible_text.h"
 #include "base/text_columns.h"
+#include "base/visible_text.h"
 #include "description/dialog_model.h"
 #include "text/document_text.h"
 #include "text/verbatim_text.h"

@@ -1,4 +1,4 @@
-#include "platform/posix/native_path.h"
+#include "platform/linux_path.h"
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ bool startsWithDrive(const std::string& path) {
 
 }  // namespace
 
-std::string nativePath(std::string_view path) {
+std::string linuxPath(std::string_view path) {
     std::string native(path);
     std::replace(native.begin(), native.end(), '\\', '/');
     if (startsWithDrive(native)) {

@@ -1,0 +1,220 @@
+#include "rehearsal/product_run.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "base/errors.h"
+#include "base/text_functions.h"
+#include "description/answers_file.h"
+#include "rehearsal/entry_text.h"
+#include "rehearsal/machine_format.h"
+#include "rehearsal/rehearsed_machine.h"
+#include "session/command_line_parameters.h"
+#include "session/session_flags.h"
+#include "support/p_console.h"
+#include "ui/console/console_ui.h"
+#include "wini/nested_sessions.h"
+#include "wini/wini.h"
+
+namespace {
+
+constexpr int kLogLevel = 1;
+// Nothing on the machine happens by itself, so what a page waits for would have happened at once.
+constexpr int kMostPauses = 100;
+// How far the clock goes at each look.
+constexpr std::uint64_t kLookMilliseconds = 1000;
+
+const std::vector<std::string_view> kOptions = {"backup", "ignoreErrors", "quiet"};
+
+class LogLines : public PConsole {
+public:
+    LogLines() { setOptions(0); }
+
+    int write(const char* text, std::int32_t length) override {
+        text_.append(text, static_cast<std::size_t>(length));
+        return 0;
+    }
+    std::vector<std::string> take() {
+        std::vector<std::string> lines;
+        for (std::string& line : OUtils::splitText(text_, '\n')) {
+            if (line.ends_with('\r')) {
+                line.pop_back();
+            }
+            lines.push_back(std::move(line));
+        }
+        if (!lines.empty() && lines.back().empty()) {
+            lines.pop_back();
+        }
+        return lines;
+    }
+
+private:
+    std::string text_;
+};
+
+// A session that shows what it knows.
+class Session : public Wini {
+public:
+    using Wini::Wini;
+
+    const std::vector<std::string>& errors() const { return errorList; }
+    VariableStore& variables() { return model().variables.store(); }
+    std::string page() {
+        const DialogDesc* const dialog = getDialog(navigation().currentDialog, navigation().currentSubdialog);
+        return dialog == nullptr ? std::string() : std::string(dialog->name.view());
+    }
+};
+
+ServiceClock clockWithoutWaiting() {
+    const auto now = std::make_shared<std::uint64_t>(0);
+    return {[now] { return *now += kLookMilliseconds; },
+            [now](std::uint32_t milliseconds) { *now += milliseconds; }};
+}
+
+std::vector<std::string> variableLines(VariableStore& variables) {
+    std::vector<std::pair<std::string, std::string>> found;  // by the name in lower case
+    for (std::int32_t i = 0; i < variables.getCount(); ++i) {
+        const InstallVariable& variable = variables.at(i);
+        found.emplace_back(OUtils::toLowerAscii(variable.name), entryText(variable.name, MachineFormat::kIs) +
+                                                                    std::string(MachineFormat::kIs) +
+                                                                    entryText(variable.value, ""));
+    }
+    std::ranges::sort(found);
+    std::vector<std::string> lines;
+    for (auto& [key, line] : found) {
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+int numberOf(const CommandLineParameters& parameters, std::string_view name, int absent) {
+    const auto value = parameters.find(name);
+    return value ? OUtils::textToInteger(*value) : absent;
+}
+
+class ProductRun {
+public:
+    ProductRun(RehearsedMachine& machine, const RunRequest& request)
+        : machine_(machine),
+          request_(request),
+          debugLog_(log_, kLogLevel),
+          clock_(clockWithoutWaiting()),
+          services_(machine.bundle(), debugLog_, clock_),
+          answers_(machine.files),
+          nested_(debugLog_, clock_) {
+        readOptions();
+        const int ignoreErrors = numberOf(parameters_, "ignoreErrors", 0);
+        const int quiet = numberOf(parameters_, "quiet", request.answers.empty() ? 0 : 1);
+        session_ = std::make_unique<Session>(machine.bundle(), services_, answers_, nested_, debugLog_,
+                                             WiniArguments{kLogLevel, 0, ignoreErrors});
+        ui_ = std::make_unique<ConsoleUI>(request.isUninstallation, ignoreErrors != 0, quiet != 0,
+                                          machine.console, answers_, debugLog_);
+    }
+    ~ProductRun() { services_.setFrontEnd(nullptr); }
+    ProductRun(const ProductRun&) = delete;
+    ProductRun& operator=(const ProductRun&) = delete;
+
+    RunResult run() {
+        load();
+        chooseInput();
+        machine_.console.onSleep = [this] { endHeldRun(); };
+        ui_->setEngine(session_.get());
+        services_.setFrontEnd(ui_.get());
+        const int status = session_->run(ui_.get(), &log_);
+        machine_.console.onSleep = nullptr;
+        return resultOf(status);
+    }
+
+private:
+    void readOptions() {
+        if (parameters_.parse(request_.options) != 0) {
+            throw InstallerError("a step has an option that can't be read");
+        }
+        for (int i = 0; i < parameters_.getCount(); ++i) {
+            const std::string_view name = parameters_.name(i);
+            if (!OUtils::startsWithIgnoreCase(name, "VARIABLE_") &&
+                std::ranges::find(kOptions, name) == kOptions.end()) {
+                const std::string option(name.substr(0, 100));
+                throw InstallerError(
+                    "a step has the option -%s; it can have VARIABLE_NAME, backup, ignoreErrors and quiet",
+                    option.data());
+            }
+        }
+    }
+
+    void load() {
+        session_->setConfigFile(request_.answers);
+        session_->setParameters(&parameters_, kOptions);
+        std::uint32_t flags = 0;
+        flags |= numberOf(parameters_, "backup", 1) != 0 ? kSessionBackup : 0U;
+        flags |= request_.isUninstallation ? kSessionActionLog : 0U;
+        if (session_->loadCabinet(request_.path.data(), request_.offset, flags) != 0) {
+            throw InstallerError("%s: %s", request_.path.data(), session_->loadError().data());
+        }
+    }
+
+    void chooseInput() {
+        const std::string mode = request_.isUninstallation  ? "autoUninstall"
+                                 : request_.answers.empty() ? "autoInstall"
+                                                            : request_.answers;
+        bool isAutomated = false;
+        if (ui_->createInputProvider(mode.data(), isAutomated) != 0 || !isAutomated) {
+            throw InstallerError("the answers can't be read: a file of answers has an element DefValues");
+        }
+        session_->setUnattended(true);
+    }
+
+    // Ends the walk as an error of its own does.
+    void endHeldRun() {
+        if (++pauses_ > kMostPauses && heldBy_.empty()) {
+            heldBy_ = session_->page();
+            throw InstallerError("The page \"%s\" waits for something that doesn't happen on this machine",
+                                 heldBy_.data());
+        }
+    }
+
+    RunResult resultOf(int status) {
+        RunResult result;
+        result.errors = session_->errors();
+        result.hasSucceeded = status == 0 && !session_->hasErrors() && session_->isFinished();
+        result.variables = variableLines(session_->variables());
+        if (!request_.isUninstallation) {
+            result.productLog = session_->productLog();
+        }
+        if (!result.hasSucceeded) {
+            result.failure = reasonOf(status, result.errors);
+        }
+        session_->releaseSession();
+        result.log = log_.take();
+        return result;
+    }
+
+    std::string reasonOf(int status, const std::vector<std::string>& errors) {
+        const std::string page = heldBy_.empty() && status != 0 ? session_->page() : heldBy_;
+        if (!page.empty() && (errors.empty() || !heldBy_.empty())) {
+            return "the page \"" + page + "\" holds the run";
+        }
+        return errors.empty() ? "the run failed" : errors.front();
+    }
+
+    RehearsedMachine& machine_;
+    const RunRequest& request_;
+    LogLines log_;
+    DebugLog debugLog_;
+    ServiceClock clock_;
+    SystemServices services_;
+    AnswersFile answers_;
+    NestedSessions nested_;
+    CommandLineParameters parameters_;
+    std::unique_ptr<Session> session_;
+    std::unique_ptr<ConsoleUI> ui_;
+    int pauses_ = 0;
+    std::string heldBy_;
+};
+
+}  // namespace
+
+RunResult runProduct(RehearsedMachine& machine, const RunRequest& request) {
+    return ProductRun(machine, request).run();
+}
