@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <set>
 
 #include "ui/gui/images/image_loader.h"
 
@@ -39,6 +40,22 @@ std::map<std::string, std::string> pagesOf(PreviewDirectory& directory) {
         }
     }
     return pages;
+}
+
+std::string directoryOf(const std::string& name) {
+    return name.substr(0, name.find('/'));
+}
+
+std::set<std::string> directoriesOf(const std::map<std::string, std::string>& pages) {
+    std::set<std::string> directories;
+    for (const auto& [known, name] : pages) {
+        directories.insert(directoryOf(name));
+    }
+    return directories;
+}
+
+void keepThoseIn(const std::set<std::string>& directories, std::map<std::string, std::string>& ioPages) {
+    std::erase_if(ioPages, [&](const auto& page) { return !directories.contains(directoryOf(page.second)); });
 }
 
 bool isPicture(const std::string& name) {
@@ -102,8 +119,12 @@ std::optional<Image> differenceOf(const Image& now, const Image& earlier, int& o
 }
 
 std::vector<ChangedFile> comparePreviews(PreviewDirectory& now, PreviewDirectory& earlier) {
-    const std::map<std::string, std::string> pages = pagesOf(now);
-    const std::map<std::string, std::string> earlierPages = pagesOf(earlier);
+    std::map<std::string, std::string> pages = pagesOf(now);
+    std::map<std::string, std::string> earlierPages = pagesOf(earlier);
+    const std::set<std::string> directories = directoriesOf(pages);
+    const std::set<std::string> earlierDirectories = directoriesOf(earlierPages);
+    keepThoseIn(earlierDirectories, pages);
+    keepThoseIn(directories, earlierPages);
     std::vector<ChangedFile> changes;
     for (const auto& [known, name] : pages) {
         const auto found = earlierPages.find(known);

@@ -21,7 +21,8 @@ struct ChangedFile {
 };
 
 // Compares pictures and texts of pages. A page is known again by its phase and its name, and among pages of
-// one name by their order: a new page changes the numbers of those after it, and nothing else.
+// one name by their order: a new page changes the numbers of those after it, and nothing else. Sizes of
+// letters and sets of answers that only one of the two has are left out.
 std::vector<ChangedFile> comparePreviews(PreviewDirectory& now, PreviewDirectory& earlier);
 
 // The pixels that differ in red, the others pale. As large as the larger of the two each way. `outChanged`

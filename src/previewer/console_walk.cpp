@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/text_functions.h"
 #include "contracts/install_exchange_info.h"
 
 namespace {
@@ -11,6 +12,18 @@ constexpr int kEnter = '\n';
 constexpr int kMostReads = 5000;
 constexpr int kMostWaits = 20;
 constexpr int kMostPages = 400;
+
+// What a terminal shows in the end of text in which lines are written over from their start.
+std::string settledText(const std::string& output) {
+    std::string text;
+    for (std::string line : OUtils::splitText(output, '\n')) {
+        while (!line.empty() && (line.back() == ' ' || line.back() == '\r')) {
+            line.pop_back();
+        }
+        text += line.substr(line.rfind('\r') + 1) + "\n";
+    }
+    return text;
+}
 
 }  // namespace
 
@@ -83,7 +96,7 @@ void ConsoleWalk::begin(PagePosition page) {
 
 // A page that was shown before gets the rest of its text.
 void ConsoleWalk::endPage() {
-    const std::string text = console_.output.substr(written_);
+    const std::string text = settledText(console_.output.substr(written_));
     written_ = console_.output.size();
     const std::string file = list_ ? list_->fileNameOf(current_) : std::string();
     if (file.empty() || text.empty()) {

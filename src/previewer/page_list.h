@@ -15,17 +15,17 @@ struct PagePosition {
     auto operator<=>(const PagePosition&) const = default;
 };
 
-// The pages of a description by their names in a preview. A frame around other pages is none itself: what it
-// shows belongs to the first of them.
+// The pages of a description by their names in a preview. A frame around other pages is none itself.
 class PageList {
 public:
     // `phase` is what the names begin with. The engine has read its description; it isn't kept.
     PageList(InstallExchangeInfo& engine, std::string_view phase);
 
-    // The page that is meant, with a frame's first page in the place of the frame.
+    // The page that a console shows: in the place of a frame its first page, to which the frame's words
+    // belong.
     PagePosition pageAt(PagePosition position) const;
-    // Such as "install-03-Notes", for a position that pageAt gave. Fit for the name of a file on every
-    // system; empty for no page.
+    // Such as "install-03-Notes". Fit for the name of a file on every
+    // system; empty for a frame and for no page.
     std::string fileNameOf(PagePosition page) const;
 
 private:

@@ -55,7 +55,7 @@ int WindowWalk::run() {
 void WindowWalk::showPage(int dialog, int sub, bool show) {
     WxGUI::showPage(dialog, sub, show);
     if (show) {
-        shown_ = pages_->pageAt({dialog, sub});
+        shown_ = {dialog, sub};
     }
 }
 
@@ -96,7 +96,7 @@ void WindowWalk::noteWhatHolds(PageRecord& page) {
     }
 }
 
-// The frame without any of its pages isn't shown to anybody.
+// A frame without any of its pages has no name, and nobody gets to see it.
 void WindowWalk::notePage() {
     const std::string file = pages_->fileNameOf(shown_);
     if (file.empty()) {

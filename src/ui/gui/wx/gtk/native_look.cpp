@@ -92,6 +92,9 @@ wxSize bestSizeOf(const wxWindow& window) {
 
 wxSize captionSizeOf(const wxControl& control) {
     GtkWidget* const widget = control.GetHandle();
+    if (GTK_IS_BUTTON(widget) && !GTK_IS_TOGGLE_BUTTON(widget)) {
+        return sizeOf(control.GetLabelText());  // goes over the space that a button leaves around its caption
+    }
     int width = -1;
     int height = -1;
     int needed = 0;
