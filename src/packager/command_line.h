@@ -5,7 +5,19 @@
 #include <string_view>
 #include <vector>
 
-enum class PackagerCommand { kNone, kNew, kCheck, kBuild, kExpand, kList, kExtract, kVerify, kText, kSchema };
+enum class PackagerCommand {
+    kNone,
+    kNew,
+    kCheck,
+    kBuild,
+    kExpand,
+    kList,
+    kExtract,
+    kVerify,
+    kText,
+    kSchema,
+    kPreview
+};
 
 // What the command line asks for.
 struct CommandLine {
@@ -27,12 +39,12 @@ struct CommandLine {
     std::string checked;  // the description of check
     std::string systems;  // of check; "windows", "linux" or "both"
     std::string format;   // of check; "text", "json" or "sarif"
-    bool strict = false;  // of check
+    bool strict = false;  // of check and of preview
 
     std::string directory;  // of new
 
     std::string package;
-    std::string target;                // of extract
+    std::string target;                // of extract and of preview
     std::vector<std::string> aliases;  // of extract; empty: all
 
     std::string document;  // of text
@@ -41,6 +53,12 @@ struct CommandLine {
     bool tree = false;  // also of extract
     bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
+
+    std::string previewed;             // of preview: a package, or a description with `root`
+    std::vector<std::string> answers;  // of preview: files with answers
+    std::string sizes;                 // of preview: of letters
+    std::string earlier;               // of preview: the one to compare with
+    bool usesDisplay = false;          // of preview
 
     // What is wrong with the command line, in one line; empty when nothing is.
     std::string problem;

@@ -28,6 +28,8 @@ bool takeValue(std::string_view name, const std::string& value, PreviewOptions& 
         options.package = value;
     } else if (name == "--to") {
         options.directory = value;
+    } else if (name == "--title") {
+        options.title = value;
     } else if (name == "--compare") {
         options.earlier = value;
     } else if (name == "--answers") {

@@ -9,6 +9,7 @@
 struct PreviewOptions {
     std::string package;
     std::int64_t offset = 0;  // of the payload in the file
+    std::string title;        // what the preview is called; empty: as the package
     std::string directory;
     std::vector<std::string> answers;  // files with answers; none: the default answers alone
     std::vector<int> sizes;            // of letters, in percent

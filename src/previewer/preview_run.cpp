@@ -29,13 +29,6 @@ constexpr const char* kRecordName = "walk.txt";
     throw InstallerError("%s", line.c_str());
 }
 
-std::string quoted(const std::string& word) {
-    if (word.find('"') != std::string::npos) {
-        fail(word + ": names with a double quote can't be handed on");
-    }
-    return " \"" + word + "\"";
-}
-
 // The caret would be there or not.
 constexpr const char* kWindowSettings =
     "[Settings]\n"
@@ -86,7 +79,7 @@ int PreviewRun::runAll() {
     }
     directory_.begin();
     Preview preview;
-    preview.title = "Preview of " + std::string(OUtils::lastPathComponent(options_.package));
+    preview.title = "Preview of " + (options_.title.empty() ? options_.package : options_.title);
     for (std::size_t set = 0; set <= options_.answers.size(); ++set) {
         preview.sets.push_back(walkOnConsole(package, set));
     }
@@ -184,13 +177,27 @@ std::string PreviewRun::commandLineOf(std::size_t set, int size) {
     if (!surroundings_.machine.environment.programPath(program)) {
         fail("the system doesn't say where this program is");
     }
-    std::string line = quoted(program) + " --package" + quoted(options_.package) + " --offset " +
-                       std::to_string(options_.offset) + " --to" + quoted(options_.directory) + " --sizes " +
-                       std::to_string(size) + " --window-set " + std::to_string(set);
+    std::vector<std::string> words = {program,
+                                      "--package",
+                                      options_.package,
+                                      "--offset",
+                                      std::to_string(options_.offset),
+                                      "--to",
+                                      options_.directory,
+                                      "--sizes",
+                                      std::to_string(size),
+                                      "--window-set",
+                                      std::to_string(set)};
     for (const std::string& answers : options_.answers) {
-        line += " --answers" + quoted(answers);
+        words.insert(words.end(), {"--answers", answers});
     }
-    return line.substr(1);
+    std::string line;
+    for (const std::string& word : words) {
+        if (!platform::addWord(line, word)) {
+            fail(word + ": a name with a double quote can't be handed on");
+        }
+    }
+    return line;
 }
 
 // The size of letters holds for a process.
