@@ -22,6 +22,7 @@ std::string settledText(const std::string& output) {
         }
         text += line.substr(line.rfind('\r') + 1) + "\n";
     }
+    text.resize(text.empty() ? 0 : text.size() - 1);  // the last line has no end
     return text;
 }
 

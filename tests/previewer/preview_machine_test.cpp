@@ -23,6 +23,7 @@ protected:
 
 TEST_F(PreviewMachineTest, InstallsAndUninstallsInMemory) {
     PreviewMachine machine(SmallProduct::payload(SmallProduct::description()), "");
+    machine.machine().files.addDirectory("/product");
     EXPECT_EQ(machine.install(makeConsole), "");
     EXPECT_TRUE(machine.machine().files.hasFile("/product/install.xml"));
     EXPECT_EQ(machine.uninstall(makeConsole), "");
@@ -36,8 +37,8 @@ TEST_F(PreviewMachineTest, SaysWhyThereIsNoWalk) {
 }
 
 TEST_F(PreviewMachineTest, TakesAnswers) {
-    const std::string description =
-        SmallProduct::description("Hello.", "<Text Condition=\"'[NAME]'=='me'\">It is me.</Text>");
+    const std::string description = SmallProduct::description(
+        "Hello.", "<Text x='10' y='10' Condition=\"'[NAME]'=='me'\">It is me.</Text>");
     const std::string answers =
         "<R><DefValues><Value Name='NAME' DataType='value'>me</Value></DefValues></R>";
     for (const bool answered : {false, true}) {

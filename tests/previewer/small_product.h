@@ -23,6 +23,8 @@ inline std::string description(const std::string& welcome = "Hello.", const std:
            "<End Special='Finish'/></Dialogs>"
            "<UninstallDialogs><Bye/><CopyProgress/><End Special='Finish'/></UninstallDialogs>"
            "<DefValues><Value Name='NAME' DataType='value'>nobody</Value></DefValues>"
+           "<InstallerControlVariables><InstallError>INSTALL_ERROR</InstallError>"
+           "<UninstallError>UNINSTALL_ERROR</UninstallError></InstallerControlVariables>"
            "<Installation><Uninstall><UninstallCmd>/product/installer</UninstallCmd>"
            "<InstallLogFile>/product/install.log</InstallLogFile>"
            "<InstallBackupFile>/product/backup.bin</InstallBackupFile>"
