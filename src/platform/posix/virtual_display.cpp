@@ -63,7 +63,7 @@ private:
 // Between fork and exec: nothing here may allocate. The server doesn't take the terminal's interrupts, it
 // goes with its parent.
 [[noreturn]] void becomeServer(pid_t parent, int numberEnd, int nowhere, char* const* words) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    prctl(PR_SET_PDEATHSIG, SIGTERM);  // upon which it removes its files
     if (getppid() != parent) {
         _exit(1);
     }
