@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "package/package_writer.h"
 #include "packager/commands.h"
-#include "packager/failure.h"
 #include "packager/package_file_reader.h"
 #include "packager/packing_list.h"
 #include "platform/processes.h"

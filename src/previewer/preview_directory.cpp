@@ -4,17 +4,13 @@
 #include <set>
 #include <utility>
 
-#include "base/errors.h"
+#include "base/failure.h"
 #include "base/text_functions.h"
 #include "support/utilities.h"
 
 namespace {
 
 constexpr std::string_view kFirstLine = "Tandrel preview 1";
-
-[[noreturn]] void fail(const std::string& line) {
-    throw InstallerError("%s", line.c_str());
-}
 
 bool isPlain(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/errors.h"
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "base/visible_text.h"
 #include "platform/console_device.h"
@@ -25,10 +26,6 @@ constexpr int kScreenHeight = 3072;
 constexpr std::uint32_t kPatience = 600000;  // ms
 constexpr const char* kRecordName = "walk.txt";
 
-[[noreturn]] void fail(const std::string& line) {
-    throw InstallerError("%s", line.c_str());
-}
-
 // The caret would be there or not.
 constexpr const char* kWindowSettings =
     "[Settings]\n"
@@ -37,6 +34,20 @@ constexpr const char* kWindowSettings =
     "gtk-font-name=Sans 10\n"
     "gtk-enable-animations=0\n"
     "gtk-cursor-blink=0\n";
+
+// Through both phases. Why they ended early, one line for each that did.
+std::vector<std::string> walk(PreviewMachine& machine, const PreviewMachine::MakeFrontEnd& make) {
+    std::vector<std::string> ends;
+    const std::string installation = machine.install(make);
+    const std::string uninstallation = machine.uninstall(make);
+    if (!installation.empty()) {
+        ends.push_back("install: " + installation);
+    }
+    if (!uninstallation.empty()) {
+        ends.push_back("uninstall: " + uninstallation);
+    }
+    return ends;
+}
 
 }  // namespace
 
@@ -126,11 +137,7 @@ AnswerSet PreviewRun::walkOnConsole(const std::string& package, std::size_t set)
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<ConsoleWalk>(surroundings, machine.machine().console, answers.console);
     };
-    for (const std::string& end : {machine.install(make), machine.uninstall(make)}) {
-        if (!end.empty()) {
-            answers.consoleEnds.push_back(end);
-        }
-    }
+    answers.consoleEnds = walk(machine, make);
     for (const ConsolePage& page : answers.console) {
         directory_.write(directoryOf(set, "console") + "/" + page.file + ".txt", page.text);
     }
@@ -237,11 +244,8 @@ int PreviewRun::walkInWindow() {
         return std::make_unique<WindowWalk>(surroundings, watched, record, save);
     };
     PreviewMachine machine(readPackage(), readAnswers(set));
-    for (const std::string& end : {machine.install(make), machine.uninstall(make)}) {
-        if (!end.empty()) {
-            record.ends.push_back(end);
-        }
-    }
+    const std::vector<std::string> ends = walk(machine, make);
+    record.ends.insert(record.ends.end(), ends.begin(), ends.end());
     directory_.write(target + "/" + kRecordName, textOf(record));
     return 0;
 }
