@@ -19,6 +19,7 @@ std::vector<std::string> WatchedToolkit::takeBoxes() {
 void WatchedToolkit::run(ToolkitEvents& events) {
     events_ = &events;
     isFirstShown_ = false;
+    seconds_ = 0;
     inner().run(*this);
     if (exception_) {
         std::rethrow_exception(std::exchange(exception_, nullptr));

@@ -23,6 +23,8 @@ public:
 
     // The controls that are shown, in the order in which they were made.
     std::vector<PlacedControl> shownControls();
+    // For how long `run` has lasted, about.
+    int seconds() const { return seconds_; }
     // The boxes since the last call.
     std::vector<std::string> takeBoxes();
 
@@ -45,7 +47,7 @@ private:
     void onActivate(bool isActive) override { events_->onActivate(isActive); }
     void onIdle() override;
     // What depends on time would make each preview another one.
-    void onTimer() override {}
+    void onTimer() override { ++seconds_; }
     bool onClose() override { return true; }
     // Nobody is there who could do any of these.
     void onPress(ControlId) override {}
@@ -59,6 +61,7 @@ private:
 
     ToolkitEvents* events_ = nullptr;
     bool isFirstShown_ = false;
+    int seconds_ = 0;
     std::exception_ptr exception_;
     std::map<ControlId, Control> controls_;  // ids rise
     std::vector<std::string> boxes_;

@@ -11,6 +11,7 @@ namespace {
 // No description leads through more pages one after the other.
 constexpr int kMostSteps = 400;
 constexpr std::uint64_t kTick = 100;
+constexpr int kMostSecondsWithoutFocus = 5;
 
 // Waits and slides are the same each time.
 WxGUI::Surroundings windowSurroundings(const PreviewMachine::Surroundings& surroundings, Toolkit& toolkit) {
@@ -69,7 +70,16 @@ void WindowWalk::leaveSubDialog(int dialog, int sub) {
     WxGUI::leaveSubDialog(dialog, sub);
 }
 
+// A display in memory has no window manager: the window that comes under the mouse gets the focus, and until
+// then its pages look otherwise. On another display it may never come.
+bool WindowWalk::waitsForFocus() {
+    return !toolkit_.isActive() && toolkit_.seconds() < kMostSecondsWithoutFocus;
+}
+
 void WindowWalk::takeStep() {
+    if (waitsForFocus()) {
+        return;
+    }
     if (engine()->isFinished() || engine()->isCancelled()) {
         toolkit_.closeFrame();
         return;

@@ -30,6 +30,7 @@ public:
     void leaveSubDialog(int dialog, int sub) override;
 
 private:
+    bool waitsForFocus();
     void takeStep();
     void noteWhatHolds(PageRecord& page);
     void notePage();

@@ -34,6 +34,15 @@ void keepLetters(GtkSettings* settings) {
     }
 }
 
+// What is in the background looks paler, and what is under the mouse brighter. Neither is the page's matter.
+void forgetPointer(GtkWidget* widget, gpointer /*data*/) {
+    gtk_widget_unset_state_flags(
+        widget, static_cast<GtkStateFlags>(GTK_STATE_FLAG_BACKDROP | GTK_STATE_FLAG_PRELIGHT));
+    if (GTK_IS_CONTAINER(widget)) {
+        gtk_container_forall(GTK_CONTAINER(widget), forgetPointer, nullptr);
+    }
+}
+
 // Each pixel of the surface is a number 0x00RRGGBB.
 std::vector<std::uint8_t> coloursOf(cairo_surface_t& surface, int width, int height) {
     std::vector<std::uint8_t> colours;
@@ -108,8 +117,7 @@ wxSize captionSizeOf(const wxControl& control) {
 bool draw(wxWindow& window, PictureReceiver& outPicture) {
     GtkWidget* const widget = window.GetHandle();
     GtkWidget* const frame = gtk_widget_get_toplevel(widget);
-    // What is in the background looks paler, and which window is in front is none of the page's matter.
-    gtk_widget_unset_state_flags(frame, GTK_STATE_FLAG_BACKDROP);
+    forgetPointer(frame, nullptr);
     gtk_container_check_resize(GTK_CONTAINER(frame));
     const int density = gtk_widget_get_scale_factor(widget);
     const int width = gtk_widget_get_allocated_width(widget) * density;
