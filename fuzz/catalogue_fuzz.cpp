@@ -9,6 +9,7 @@
 #include "packager/commands.h"
 #include "platform/memory/memory_environment.h"
 #include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_processes.h"
 
 // The catalogue of a cabinet, in the plain form and within a valid stream; and the files that are extracted
 // from it.
@@ -41,13 +42,16 @@ bool readAll(MemoryFileSystem& files, const char* path) {
 bool accepts(std::string_view input) {
     MemoryFileSystem files;
     MemoryEnvironment environment;
+    MemoryProcesses processes;
     files.addFile("/plain", leadBlock() + std::string(input));
     files.addFile("/solid", leadBlock() + solidStream(input));
     const bool isPlainRead = readAll(files, "/plain");
     const bool isSolidRead = readAll(files, "/solid");
     SilentOutput output;
-    const int extracted = runPackager({"extract", "/solid", "--to", "/out/here"}, output, files, environment);
-    runPackager({"extract", "/solid", "--tree", "--to", "/out/here/tree"}, output, files, environment);
+    const int extracted =
+        runPackager({"extract", "/solid", "--to", "/out/here"}, output, files, environment, processes);
+    runPackager({"extract", "/solid", "--tree", "--to", "/out/here/tree"}, output, files, environment,
+                processes);
     for (const std::string& path : files.allFiles()) {
         require(path == "/plain" || path == "/solid" || path.starts_with("/out/here/"));
     }

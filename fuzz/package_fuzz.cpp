@@ -6,6 +6,7 @@
 #include "packager/commands.h"
 #include "platform/memory/memory_environment.h"
 #include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_processes.h"
 #include "solid_stream_memory.h"
 
 // A whole package, with or without an image before it, as the tools and the installer read it.
@@ -39,11 +40,12 @@ bool accepts(std::string_view input) {
     }
     MemoryFileSystem files;
     MemoryEnvironment environment;
+    MemoryProcesses processes;
     files.addFile("/p", input);
     SilentOutput output;
     verifyInstallerChecksum("/p", files);
-    const int listed = runPackager({"list", "/p"}, output, files, environment);
-    const int verified = runPackager({"verify", "/p"}, output, files, environment);
+    const int listed = runPackager({"list", "/p"}, output, files, environment, processes);
+    const int verified = runPackager({"verify", "/p"}, output, files, environment, processes);
     require(verified != 0 || listed == 0);
     return verified == 0;
 }

@@ -8,7 +8,7 @@ from lint_rules.platform_rules import SYSTEM_FOLDERS
 
 # Headers of libraries, by pattern, and the folders that may include them.
 LIBRARIES = [
-    (re.compile(r"zlib\.h"), {"package", "ui/gui/start"}),
+    (re.compile(r"zlib\.h"), {"package", "previewer", "ui/gui/start"}),
     (re.compile(r"wx/.*"), {"ui/gui/wx", "ui/gui/wx/gtk", "ui/gui/wx/msw"}),
     (re.compile(r"expat\.h"), {"checking"}),
     (re.compile(r"png\.h|jpeglib\.h"), {"ui/gui/images"}),

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/failure.h"
 #include "checking/description_check.h"
-#include "packager/failure.h"
 #include "packager/findings_report.h"
 #include "packager/image_kind.h"
 #include "support/utilities.h"

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "base/failure.h"
 #include "checking/description_check.h"
 #include "packager/commands.h"
-#include "packager/failure.h"
 #include "packager/findings_report.h"
 #include "support/utilities.h"
 

@@ -21,6 +21,7 @@ constexpr CommandName kCommands[] = {
     {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
     {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
     {"schema", PackagerCommand::kSchema}, {"try", PackagerCommand::kTry},
+    {"schema", PackagerCommand::kSchema}, {"preview", PackagerCommand::kPreview},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -66,6 +67,14 @@ constexpr OptionRule kOptions[] = {
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kText},
     {"tree", nullptr, &CommandLine::tree, nullptr, 0, 0, PackagerCommand::kExtract},
     {"verbatim", nullptr, &CommandLine::verbatim, nullptr, 0, 0, PackagerCommand::kText},
+    {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
+    {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
+    {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
+    {"answers", nullptr, nullptr, nullptr, 0, 0, PackagerCommand::kPreview, &CommandLine::answers},
+    {"sizes", &CommandLine::sizes, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
+    {"compare", &CommandLine::earlier, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
+    {"strict", nullptr, &CommandLine::strict, nullptr, 0, 0, PackagerCommand::kPreview},
+    {"display", nullptr, &CommandLine::usesDisplay, nullptr, 0, 0, PackagerCommand::kPreview},
     {"width", nullptr, nullptr, &CommandLine::width, kLeastWidth, kMostWidth, PackagerCommand::kText},
 };
 
@@ -134,6 +143,8 @@ private:
                 return &result_.document;
             case PackagerCommand::kCheck:
                 return &result_.checked;
+            case PackagerCommand::kPreview:
+                return &result_.previewed;
             case PackagerCommand::kNew:
                 return &result_.directory;
             default:
@@ -204,6 +215,13 @@ private:
             case PackagerCommand::kExtract:
                 need(result_.package, "the package");
                 need(result_.target, "--to");
+                break;
+            case PackagerCommand::kPreview:
+                need(result_.previewed, "the package or the description");
+                need(result_.target, "--to");
+                if (!result_.image.empty()) {
+                    need(result_.root, "--root");
+                }
                 break;
             case PackagerCommand::kText:
                 checkText();
@@ -292,6 +310,7 @@ constexpr const char* kOverview =
     "  packager verify   checks a package from front to back\n"
     "  packager try      installs a package on a machine in memory and compares what comes of it\n"
     "  packager text     shows a document as the users of a package will see it\n"
+    "  packager preview  draws all pages of a package, as its users will see them\n"
     "  packager schema   prints an XML Schema of descriptions, for editors\n"
     "\n"
     "packager COMMAND --help explains one of them, packager --version says which packager this is.\n"
@@ -381,6 +400,27 @@ constexpr const char* kTryHelp =
     "\n"
     "The same input gives the same outcome on every system, at any time.\n"
     "Exit codes: 0 as expected, or no step failed; 1 not so; 2 wrong use.\n";
+constexpr const char* kPreviewHelp =
+    "packager preview PACKAGE --to DIR [OPTIONS]\n"
+    "packager preview DESCRIPTION --root DIR [--image IMAGE] --to DIR [OPTIONS]\n"
+    "\n"
+    "Walks through all pages of a setup and of its uninstallation, on a machine in memory, and shows\n"
+    "each of them as the window draws it and as the console prints it: DIR/index.html. Texts that are\n"
+    "cut, and what lies on one another or beyond the page, are marked and counted. The program\n"
+    "previewer must be in the directory of the packager. On Linux no display is needed, but the\n"
+    "program Xvfb; without it, and on Windows, there are only the console's pages.\n"
+    "\n"
+    "  --to DIR        an empty directory, or an earlier preview, which is replaced\n"
+    "  --root DIR      what is shown is a description; the directory of its files, as for build\n"
+    "  --image IMAGE   the bare installer, if the description packs it; as for build\n"
+    "  --answers FILE  walk through once more with these answers (a DefValues document); may be\n"
+    "                  repeated\n"
+    "  --sizes N,N     the sizes of letters, in percent, 50 to 400 (default: 100)\n"
+    "  --compare DIR   show what has changed since this earlier preview\n"
+    "  --strict        let marked places and missing pictures fail\n"
+    "  --display       show the window on your own display meanwhile\n"
+    "\n"
+    "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
 
 constexpr const char* kSchemaHelp =
     "packager schema > install.xsd\n"
@@ -454,6 +494,8 @@ std::string helpText(PackagerCommand command) {
             return kSchemaHelp;
         case PackagerCommand::kTry:
             return kTryHelp;
+        case PackagerCommand::kPreview:
+            return kPreviewHelp;
         case PackagerCommand::kNone:
             break;
     }

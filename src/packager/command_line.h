@@ -16,7 +16,8 @@ enum class PackagerCommand {
     kVerify,
     kText,
     kSchema,
-    kTry
+    kTry,
+    kPreview
 };
 
 // What the command line asks for.
@@ -39,12 +40,12 @@ struct CommandLine {
     std::string checked;  // the description of check
     std::string systems;  // of check; "windows", "linux" or "both"
     std::string format;   // of check; "text", "json" or "sarif"
-    bool strict = false;  // of check
+    bool strict = false;  // of check and of preview
 
     std::string directory;  // of new
 
     std::string package;
-    std::string target;                // of extract
+    std::string target;                // of extract and of preview
     std::vector<std::string> aliases;  // of extract; empty: all
 
     std::string machine;   // of try, as are the next three
@@ -58,6 +59,12 @@ struct CommandLine {
     bool tree = false;  // also of extract
     bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
+
+    std::string previewed;             // of preview: a package, or a description with `root`
+    std::vector<std::string> answers;  // of preview: files with answers
+    std::string sizes;                 // of preview: of letters
+    std::string earlier;               // of preview: the one to compare with
+    bool usesDisplay = false;          // of preview
 
     // What is wrong with the command line, in one line; empty when nothing is.
     std::string problem;

@@ -9,7 +9,7 @@ namespace {
 
 // False: the command has said itself what fails.
 bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
-                platform::Environment& environment) {
+                platform::Environment& environment, platform::Processes& processes) {
     switch (commandLine.command) {
         case PackagerCommand::kBuild:
             runBuild(commandLine, output, files, environment);
@@ -36,6 +36,8 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
             return runCheck(commandLine, output, files);
         case PackagerCommand::kTry:
             return runTry(commandLine, output, files);
+        case PackagerCommand::kPreview:
+            return runPreview(commandLine, files, environment, processes);
         case PackagerCommand::kSchema:
             runSchema(output);
             return true;
@@ -53,9 +55,9 @@ std::string withoutLastLineEnd(std::string text) {
 }
 
 int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files,
-               platform::Environment& environment) {
+               platform::Environment& environment, platform::Processes& processes) {
     try {
-        return runCommand(commandLine, output, files, environment) ? 0 : 1;
+        return runCommand(commandLine, output, files, environment, processes) ? 0 : 1;
     } catch (const GenericError& error) {
         output.warn("packager: " + printable(error.what()));
     } catch (const std::bad_alloc&) {
@@ -69,7 +71,8 @@ int runChecked(const CommandLine& commandLine, PackagerOutput& output, platform:
 }  // namespace
 
 int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
-                platform::FileSystem& files, platform::Environment& environment) {
+                platform::FileSystem& files, platform::Environment& environment,
+                platform::Processes& processes) {
     const CommandLine commandLine = parseCommandLine(arguments);
     int exitCode = 0;
     if (commandLine.help) {
@@ -81,7 +84,7 @@ int runPackager(const std::vector<std::string>& arguments, PackagerOutput& outpu
         output.warn(withoutLastLineEnd(helpText(commandLine.command)));
         exitCode = 2;
     } else {
-        exitCode = runChecked(commandLine, output, files, environment);
+        exitCode = runChecked(commandLine, output, files, environment, processes);
     }
     if (!output.finish() && exitCode == 0) {
         output.warn("packager: the output can't be written");

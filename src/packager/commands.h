@@ -6,6 +6,7 @@
 #include "packager/command_line.h"
 #include "packager/packager_output.h"
 #include "platform/environment.h"
+#include "platform/processes.h"
 #include "support/p_file_stream.h"
 
 // The commands of the tool. Each throws InstallerError with one line when it fails. All objects are borrowed.
@@ -24,8 +25,12 @@ void runNew(const CommandLine& commandLine, PackagerOutput& output, platform::Fi
 // said.
 bool runTry(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runText(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+// Has the previewer beside the packager draw the pages. False: it has said itself what fails.
+bool runPreview(const CommandLine& commandLine, platform::FileSystem& files,
+                platform::Environment& environment, platform::Processes& processes);
 
 // The whole tool, from the arguments after the program's name to the exit code: 0 done, 1 failed, 2 wrong
 // use.
 int runPackager(const std::vector<std::string>& arguments, PackagerOutput& output,
-                platform::FileSystem& files, platform::Environment& environment);
+                platform::FileSystem& files, platform::Environment& environment,
+                platform::Processes& processes);

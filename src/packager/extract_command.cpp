@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "base/failure.h"
 #include "base/text_functions.h"
 #include "packager/commands.h"
 #include "packager/extraction_tree.h"
-#include "packager/failure.h"
 #include "packager/make_directories.h"
 #include "packager/package_file_reader.h"
 #include "support/utilities.h"

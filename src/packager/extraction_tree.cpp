@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
-#include "packager/failure.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/failure.h"
 #include "checking/icon_file.h"
 #include "package/executable_image.h"
 #include "packager/byte_text.h"
-#include "packager/failure.h"
 #include "packager/pe_format.h"
 #include "packager/pe_image.h"
 #include "packager/pe_resources.h"

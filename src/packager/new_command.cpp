@@ -1,7 +1,7 @@
 #include <string>
 
+#include "base/failure.h"
 #include "packager/commands.h"
-#include "packager/failure.h"
 #include "packager/make_directories.h"
 #include "packager/template_files.h"
 #include "platform/error_text.h"

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "base/failure.h"
 #include "package/little_endian.h"
 #include "package/package_layout.h"
 #include "package/package_stamp.h"
-#include "packager/failure.h"
 #include "support/utilities.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/file_sets.h"
@@ -10,7 +11,6 @@
 #include "description/vocabulary_lookup.h"
 #include "package/cabinet_format.h"
 #include "packager/equal_contents.h"
-#include "packager/failure.h"
 #include "packager/root_path.h"
 #include "support/utilities.h"
 

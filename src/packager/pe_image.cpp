@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/failure.h"
 #include "package/little_endian.h"
 #include "packager/byte_text.h"
-#include "packager/failure.h"
 #include "packager/pe_format.h"
 
 namespace {

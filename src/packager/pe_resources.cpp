@@ -6,9 +6,9 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/failure.h"
 #include "package/little_endian.h"
 #include "packager/byte_text.h"
-#include "packager/failure.h"
 #include "packager/pe_format.h"
 #include "packager/pe_image.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/failure.h"
 #include "base/path_functions.h"
-#include "packager/failure.h"
 
 std::string pathBelowRoot(const std::string& text) {
     std::string path;

@@ -2,10 +2,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/failure.h"
 #include "base/text_functions.h"
 #include "checking/document_fault.h"
 #include "packager/commands.h"
-#include "packager/failure.h"
 #include "packager/loss_warnings.h"
 #include "support/utilities.h"
 #include "text/document_text.h"

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "description/file_sets.h"
 #include "description/pxml.h"
 #include "description/vocabulary_lookup.h"
-#include "packager/failure.h"
 #include "packager/image_kind.h"
 #include "packager/root_path.h"
 #include "platform/file_system.h"

@@ -1,9 +1,9 @@
 #include "packager/tree_request.h"
 
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "description/pxml.h"
 #include "description/vocabulary_lookup.h"
-#include "packager/failure.h"
 #include "packager/root_path.h"
 
 namespace {

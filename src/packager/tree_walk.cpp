@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/failure.h"
 #include "description/file_sets.h"
-#include "packager/failure.h"
 #include "packager/path_pattern.h"
 #include "platform/error_text.h"
 

@@ -1,10 +1,10 @@
 #include <optional>
 #include <string>
 
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "package/package_checksum.h"
 #include "packager/commands.h"
-#include "packager/failure.h"
 #include "packager/package_file_reader.h"
 #include "rehearsal/expectation.h"
 #include "rehearsal/rehearsal.h"

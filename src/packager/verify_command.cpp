@@ -1,6 +1,6 @@
+#include "base/failure.h"
 #include "package/package_checksum.h"
 #include "packager/commands.h"
-#include "packager/failure.h"
 #include "packager/package_file_reader.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include <charconv>
 #include <cstddef>
 
+#include "base/failure.h"
 #include "base/wide_text_converter.h"
 #include "packager/byte_text.h"
-#include "packager/failure.h"
 
 namespace {
 

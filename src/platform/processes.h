@@ -48,6 +48,18 @@ public:
     virtual bool isAdministrators(std::uint32_t id) = 0;
 };
 
+// Adds a word to a command line for Processes::start, whatever blanks are in it. False: one with a double
+// quote can't be written there, and the line stays.
+inline bool addWord(std::string& ioCommandLine, std::string_view word) {
+    if (word.find('"') != std::string_view::npos) {
+        return false;
+    }
+    ioCommandLine += ioCommandLine.empty() ? "\"" : " \"";
+    ioCommandLine += word;
+    ioCommandLine += '"';
+    return true;
+}
+
 Processes& systemProcesses();
 
 }  // namespace platform

@@ -156,6 +156,22 @@ Place RecordingToolkit::place(ControlId control) {
     return known == nullptr ? Place() : known->place;
 }
 
+Extent RecordingToolkit::wordsSize(ControlId control) {
+    const Control* known = get(control);
+    const bool hasCaption = known != nullptr && !known->text.empty() && known->kind <= ControlKind::kLabel;
+    return hasCaption ? measureText(known->text) : Extent();
+}
+
+bool RecordingToolkit::drawPage(PictureReceiver& outPicture) {
+    if (!canDraw || client.width < 1 || client.height < 1) {
+        return false;
+    }
+    const std::vector<std::uint8_t> white(
+        static_cast<std::size_t>(client.width) * static_cast<std::size_t>(client.height) * 3, 255);
+    outPicture.take({client.width, client.height, white.data(), nullptr});
+    return true;
+}
+
 void RecordingToolkit::show(ControlId control, bool show) {
     if (Control* known = get(control)) {
         known->isShown = show;

@@ -66,6 +66,7 @@ public:
     int textWidth = 237;  // of any text of more than 40 characters
     double density = 1.0;
     bool active = true;
+    bool canDraw = true;
     std::string chosenDirectory;      // empty: the user takes none
     std::vector<bool> answers;        // to the boxes, in their order; no when there are no more
     std::function<void()> script;     // plays the user once the frame is shown
@@ -124,11 +125,14 @@ public:
     void beginChanges() override { ++openChanges; }
     void endChanges() override { --openChanges; }
     void redraw() override {}
+    // All white.
+    bool drawPage(PictureReceiver& outPicture) override;
     void announce(std::string_view text) override { announced.emplace_back(text); }
     ControlId add(const ControlSpec& spec) override;
     void remove(ControlId control) override;
     void setPlace(ControlId control, Place place) override;
     Place place(ControlId control) override;
+    Extent wordsSize(ControlId control) override;
     void show(ControlId control, bool show) override;
     bool isShown(ControlId control) override;
     void enable(ControlId control, bool enable) override;

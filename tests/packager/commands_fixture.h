@@ -12,6 +12,7 @@
 #include "platform/error_text.h"
 #include "platform/memory/memory_environment.h"
 #include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_processes.h"
 
 // A small product in memory and the tool to try on it.
 class CommandsTest : public testing::Test {
@@ -30,7 +31,7 @@ protected:
     int run(const std::vector<std::string>& arguments) {
         output_.lines.clear();
         output_.errors.clear();
-        const int exitCode = runPackager(arguments, output_, files_, environment_);
+        const int exitCode = runPackager(arguments, output_, files_, environment_, processes_);
         EXPECT_EQ(files_.openFileCount(), 0);
         return exitCode;
     }
@@ -61,5 +62,6 @@ protected:
 
     MemoryFileSystem files_;
     MemoryEnvironment environment_;
+    MemoryProcesses processes_;
     RecordedOutput output_;
 };

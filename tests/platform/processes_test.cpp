@@ -178,4 +178,13 @@ TEST_F(ProcessesTest, WhoeverDoesNotRunIsNoAdministrator) {
     EXPECT_FALSE(processes_.isAdministrators(0xFFFFFFF0U));
 }
 
+TEST(AddWord, KeepsBlanksTogetherAndRefusesQuotes) {
+    std::string line;
+    EXPECT_TRUE(platform::addWord(line, "/a b/program"));
+    EXPECT_TRUE(platform::addWord(line, ""));
+    EXPECT_TRUE(platform::addWord(line, "x"));
+    EXPECT_FALSE(platform::addWord(line, "a\"b"));
+    EXPECT_EQ(line, "\"/a b/program\" \"\" \"x\"");
+}
+
 }  // namespace

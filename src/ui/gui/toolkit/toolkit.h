@@ -33,6 +33,13 @@ public:
     virtual void take(std::string_view text) = 0;
 };
 
+// Takes a picture that is borrowed for the call.
+class PictureReceiver {
+public:
+    virtual ~PictureReceiver() = default;
+    virtual void take(const Picture& picture) = 0;
+};
+
 // The window system, as the pages of a setup use it: one frame of a fixed size with controls at absolute
 // places. It decides nothing: what is shown where and what a press means is the caller's.
 //
@@ -91,6 +98,9 @@ public:
     virtual void endChanges() = 0;
     // Draws the whole frame now.
     virtual void redraw() = 0;
+    // Draws the page, without the frame's title, into a picture in pixels of the screen, as it looks in the
+    // window in front. False: it can't be drawn, and nothing is taken.
+    virtual bool drawPage(PictureReceiver& outPicture) = 0;
     // Tells those who can't see the screen.
     virtual void announce(std::string_view text) = 0;
 
@@ -99,6 +109,9 @@ public:
     virtual void remove(ControlId control) = 0;
     virtual void setPlace(ControlId control, Place place) = 0;
     virtual Place place(ControlId control) = 0;
+    // What the words on a control that is shown need so that none is cut: of kText in its present width. 0 by
+    // 0 where no words can be cut, since the control scrolls or has none.
+    virtual Extent wordsSize(ControlId control) = 0;
     virtual void show(ControlId control, bool show) = 0;
     virtual bool isShown(ControlId control) = 0;
     virtual void enable(ControlId control, bool enable) = 0;
@@ -133,7 +146,7 @@ public:
 
 // The only function of the module.
 extern "C" {
-inline constexpr std::uint32_t kToolkitVersion = 2;  // of this interface; both sides must have the same
+inline constexpr std::uint32_t kToolkitVersion = 3;  // of this interface; both sides must have the same
 // The toolkit, which lives as long as the process, or null for another version.
 Toolkit* tandrelToolkit(std::uint32_t version) noexcept;
 }

@@ -4,6 +4,8 @@
 #include <wx/gauge.h>
 #include <wx/textctrl.h>
 
+#include "ui/gui/toolkit/toolkit.h"
+
 // What the system's own controls need so that they look well with letters of every size. Has one
 // implementation for each system (gtk/, msw/).
 namespace native_look {
@@ -16,6 +18,13 @@ wxSize sizeOf(const wxString& text);
 
 // What a control takes where it isn't given a size.
 wxSize bestSizeOf(const wxWindow& window);
+
+// The width in which the caption isn't cut, with what is beside it, and the height of the letters.
+wxSize captionSizeOf(const wxControl& control);
+
+// Draws the window with all that is in it, as if it were in front, in pixels of the screen. False: it can't
+// be drawn.
+bool draw(wxWindow& window, PictureReceiver& outPicture);
 
 // The bar becomes as thick as its place is high, in pixels.
 void fillHeight(wxGauge& bar, int height);

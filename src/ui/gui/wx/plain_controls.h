@@ -8,6 +8,7 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include "ui/gui/wx/native_look.h"
 #include "ui/gui/wx/page_control.h"
 
 // The controls of the system, as they are.
@@ -18,6 +19,7 @@ public:
     ButtonControl(const ControlSite& site, const ControlSpec& spec);
     void setText(const wxString& text) override { button_->SetLabel(text); }
     wxString text() const override { return button_->GetLabel(); }
+    wxSize wordsSize() const override { return native_look::captionSizeOf(*button_); }
     wxButton* button() const { return button_; }
 
 protected:
@@ -33,6 +35,7 @@ public:
     CheckBoxControl(const ControlSite& site, const ControlSpec& spec);
     void setText(const wxString& text) override { box_->SetLabel(text); }
     wxString text() const override { return box_->GetLabel(); }
+    wxSize wordsSize() const override { return native_look::captionSizeOf(*box_); }
     void setChecked(bool checked) override { box_->SetValue(checked); }
     bool isChecked() const override { return box_->GetValue(); }
 
@@ -49,6 +52,7 @@ public:
     ~RadioButtonControl() override;
     void setText(const wxString& text) override { button_->SetLabel(text); }
     wxString text() const override { return button_->GetLabel(); }
+    wxSize wordsSize() const override { return native_look::captionSizeOf(*button_); }
     bool isTabStop() const override;
     void setChecked(bool checked) override;
     bool isChecked() const override { return button_->GetValue(); }
@@ -82,6 +86,7 @@ public:
     bool isTabStop() const override { return false; }
     void setText(const wxString& text) override;
     wxString text() const override { return words_; }
+    wxSize wordsSize() const override { return text_->GetSize(); }
 
 protected:
     void applyColours() override;
@@ -99,6 +104,7 @@ public:
     bool isTabStop() const override { return false; }
     void setText(const wxString& text) override { label_->SetLabelText(text); }
     wxString text() const override { return label_->GetLabelText(); }
+    wxSize wordsSize() const override { return native_look::captionSizeOf(*label_); }
 
 protected:
     void applyColours() override;

@@ -266,6 +266,10 @@ void WxToolkit::redraw() {
     withFrame([](PageFrame& frame) { frame.drawNow(); });
 }
 
+bool WxToolkit::drawPage(PictureReceiver& outPicture) {
+    return withFrame([&](PageFrame& frame) { return native_look::draw(frame.panel(), outPicture); });
+}
+
 void WxToolkit::announce(std::string_view text) {
     withFrame([=](PageFrame& frame) { accessibility::announce(frame, wideText(text)); });
 }
@@ -284,6 +288,13 @@ void WxToolkit::setPlace(ControlId control, Place place) {
 
 Place WxToolkit::place(ControlId control) {
     return withControl(control, [](const PageControl& found) { return found.place(); });
+}
+
+Extent WxToolkit::wordsSize(ControlId control) {
+    return withControl(control, [](const PageControl& found) {
+        const wxSize size = found.wordsSize();
+        return Extent{size.x, size.y};
+    });
 }
 
 void WxToolkit::show(ControlId control, bool show) {

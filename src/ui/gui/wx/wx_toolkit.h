@@ -37,12 +37,14 @@ public:
     void beginChanges() override;
     void endChanges() override;
     void redraw() override;
+    bool drawPage(PictureReceiver& outPicture) override;
     void announce(std::string_view text) override;
 
     ControlId add(const ControlSpec& spec) override;
     void remove(ControlId control) override;
     void setPlace(ControlId control, Place place) override;
     Place place(ControlId control) override;
+    Extent wordsSize(ControlId control) override;
     void show(ControlId control, bool show) override;
     bool isShown(ControlId control) override;
     void enable(ControlId control, bool enable) override;

@@ -4,6 +4,10 @@
 #include <wx/dcmemory.h>
 #include <wx/settings.h>
 
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
 #include "ui/gui/wx/gtk/style_sheet.h"
 
 namespace native_look {
@@ -28,6 +32,32 @@ void keepLetters(GtkSettings* settings) {
         g_object_set_property(G_OBJECT(settings), property, &value);
         g_value_unset(&value);
     }
+}
+
+// What is in the background looks paler, and what is under the mouse brighter. Neither is the page's matter.
+void forgetPointer(GtkWidget* widget, gpointer /*data*/) {
+    gtk_widget_unset_state_flags(
+        widget, static_cast<GtkStateFlags>(GTK_STATE_FLAG_BACKDROP | GTK_STATE_FLAG_PRELIGHT));
+    if (GTK_IS_CONTAINER(widget)) {
+        gtk_container_forall(GTK_CONTAINER(widget), forgetPointer, nullptr);
+    }
+}
+
+// Each pixel of the surface is a number 0x00RRGGBB.
+std::vector<std::uint8_t> coloursOf(cairo_surface_t& surface, int width, int height) {
+    std::vector<std::uint8_t> colours;
+    colours.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3);
+    const unsigned char* row = cairo_image_surface_get_data(&surface);
+    for (int y = 0; y < height; ++y, row += cairo_image_surface_get_stride(&surface)) {
+        for (int x = 0; x < width; ++x) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, row + std::ptrdiff_t{x} * 4, sizeof pixel);
+            for (const int shift : {16, 8, 0}) {
+                colours.push_back(static_cast<std::uint8_t>(pixel >> shift));
+            }
+        }
+    }
+    return colours;
 }
 
 }  // namespace
@@ -67,6 +97,49 @@ wxSize bestSizeOf(const wxWindow& window) {
         gtk_widget_set_visible(widget, wasShown);
     }
     return best;
+}
+
+wxSize captionSizeOf(const wxControl& control) {
+    GtkWidget* const widget = control.GetHandle();
+    if (GTK_IS_BUTTON(widget) && !GTK_IS_TOGGLE_BUTTON(widget)) {
+        return sizeOf(control.GetLabelText());  // goes over the space that a button leaves around its caption
+    }
+    int width = -1;
+    int height = -1;
+    int needed = 0;
+    gtk_widget_get_size_request(widget, &width, &height);
+    gtk_widget_set_size_request(widget, -1, -1);
+    gtk_widget_get_preferred_width(widget, &needed, nullptr);
+    gtk_widget_set_size_request(widget, width, height);
+    return {needed, sizeOf(control.GetLabelText()).y};
+}
+
+bool draw(wxWindow& window, PictureReceiver& outPicture) {
+    GtkWidget* const widget = window.GetHandle();
+    GtkWidget* const frame = gtk_widget_get_toplevel(widget);
+    forgetPointer(frame, nullptr);
+    gtk_container_check_resize(GTK_CONTAINER(frame));
+    const int density = gtk_widget_get_scale_factor(widget);
+    const int width = gtk_widget_get_allocated_width(widget) * density;
+    const int height = gtk_widget_get_allocated_height(widget) * density;
+    cairo_surface_t* const surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
+    cairo_surface_set_device_scale(surface, density, density);
+    cairo_t* const context = cairo_create(surface);
+    // The frame draws what is behind the page.
+    int left = 0;
+    int top = 0;
+    gtk_widget_translate_coordinates(widget, frame, 0, 0, &left, &top);
+    cairo_translate(context, -left, -top);
+    gtk_widget_draw(frame, context);
+    cairo_destroy(context);
+    cairo_surface_flush(surface);
+    const bool isDrawn = cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS && width > 0 && height > 0;
+    if (isDrawn) {
+        const std::vector<std::uint8_t> pixels = coloursOf(*surface, width, height);
+        outPicture.take({width, height, pixels.data(), nullptr});
+    }
+    cairo_surface_destroy(surface);
+    return isDrawn;
 }
 
 void fillHeight(wxGauge& bar, int height) {

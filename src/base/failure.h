@@ -4,7 +4,7 @@
 
 #include "base/errors.h"
 
-// Ends a command: throws InstallerError with one line for the user.
+// Ends what a tool is doing: throws InstallerError with one line for the user.
 [[noreturn]] inline void fail(const std::string& line) {
     throw InstallerError("%s", line.c_str());
 }

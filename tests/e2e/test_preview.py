@@ -1,0 +1,171 @@
+"""packager preview: the pages of a package as pictures and texts, what is marked on them, and what has changed."""
+
+import os
+import pathlib
+import re
+import shutil
+import struct
+import subprocess
+import unittest
+
+from harness import BIN, EXE, WINDOWS, EndToEndTest, main
+
+TOP = pathlib.Path(__file__).resolve().parents[2]
+DESCRIPTION = """<?xml version="1.0" encoding="UTF-8"?>
+<TandrelGroupInstallation>
+  <ProductDesc><Fullname>Preview</Fullname><MajorVersion>1</MajorVersion></ProductDesc>
+  <DefValues><Value Name="KIND" DataType="value">0</Value></DefValues>
+  <Dialogs>
+    <Welcome w="400" h="200"><Text x="16" y="16" w="300">@WELCOME@</Text>@MORE@
+      <Button Name="Next" x="120" y="48" w="96" h="32" HAlign="right" VAlign="bottom">@CAPTION@</Button></Welcome>
+    <Extra Condition="[KIND]==1" w="400" h="200"><Text x="16" y="16" w="300">Only for some.</Text></Extra>
+    <CopyProgress Special="AutoNext" w="400" h="200"><List Name="Destfilelist" x="16" y="16" w="300" h="100"/></CopyProgress>
+    <End Special="Finish" w="400" h="200"><Text x="16" y="16" w="300">Done.</Text></End>
+  </Dialogs>
+  <Installation>
+    <Uninstall>
+      <InstallLogFile>/opt/preview/install.log</InstallLogFile>
+      <InstallBackupFile>/opt/preview/backup.bin</InstallBackupFile>
+      <UninstallCmd>/opt/preview/installer</UninstallCmd>
+      <UninstallXmlFile>/opt/preview/install.xml</UninstallXmlFile>
+    </Uninstall>
+    <FileSet Name="All"><FN Dest="/opt/preview">a.txt</FN><FN Dest="/opt/preview">install.xml</FN></FileSet>
+  </Installation>
+</TandrelGroupInstallation>
+"""
+ANSWERS = '<R><DefValues><Value Name="KIND" DataType="value">1</Value></DefValues></R>'
+
+
+class PreviewTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        shutil.copy(BIN / ("previewer" + EXE), self.host("previewer" + EXE))
+
+    def preview(self, *options, to="out", welcome="Hello.", caption="&amp;Next", more="", env=None):
+        description = DESCRIPTION.replace("@WELCOME@", welcome).replace("@CAPTION@", caption).replace("@MORE@", more)
+        self.write("in/install.xml", description.encode())
+        self.write("in/a.txt", b"a")
+        return self.packager("preview", self.native("in/install.xml"), "--root", self.native("in"), "--to",
+                             self.native(to), *options, **({"env": env} if env else {}))
+
+    def size_of(self, path):
+        data = self.read(path)
+        self.assertEqual(data[:8], b"\x89PNG\r\n\x1a\n")
+        return struct.unpack(">II", data[16:24])
+
+    def files(self, directory):
+        return {path: self.read(f"{directory}/{path}") for path in self.tree(directory)}
+
+
+class Preview(PreviewTest):
+    def test_the_console_shows_all_pages(self):
+        result = self.preview()
+        self.assertEqual(result.code, 0, result)
+        self.assertIn("Hello.", self.read_text("out/default-console/install-01-Welcome.txt"))
+        self.assertIn("Create /opt/preview/a.txt", self.read_text("out/default-console/install-03-CopyProgress.txt"))
+        self.assertNotIn("out/default-console/install-02-Extra.txt", self.tree("out"))
+        self.assertIn("install-01-Welcome", self.read_text("out/index.html"))
+        self.assertFalse(os.path.exists("/opt/preview"))
+
+    def test_keeps_what_no_preview_wrote(self):
+        self.write("out/mine.txt", b"mine")
+        result = self.preview()
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("is neither empty nor an earlier preview", result.err)
+        self.assertEqual(set(self.tree("out")), {"mine.txt"})
+
+    def test_says_what_cant_be_shown(self):
+        self.write("broken", b"no package")
+        result = self.packager("preview", self.native("broken"), "--to", self.native("out"))
+        self.assertEqual((result.code, result.out), (1, ""), result)
+        self.assertEqual(self.packager("preview").code, 2)
+        result = self.preview("--answers", self.native("none.xml"))
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("the answers can't be read", result.err)
+
+    @unittest.skipUnless(WINDOWS, "Linux draws pictures")
+    def test_says_that_there_are_no_pictures(self):
+        result = self.preview()
+        self.assertIn("no pictures: there are no displays in memory on this system", result.err)
+        self.assertEqual(self.preview("--strict").code, 1)
+
+
+@unittest.skipIf(WINDOWS, "pictures are drawn on Linux alone")
+class Pictures(PreviewTest):
+    def test_each_page_is_a_picture_for_each_size_of_letters(self):
+        result = self.preview("--sizes", "100,200", "--strict")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertRegex(result.out, r"index\.html: 6 pictures, 0 faults\n$")
+        width, height = self.size_of("out/default-100/install-01-Welcome.png")
+        self.assertGreaterEqual(width, 400)
+        self.assertAlmostEqual(width / height, 2, delta=0.05)
+        large, _ = self.size_of("out/default-200/install-01-Welcome.png")
+        self.assertGreater(large, width * 1.5)
+
+    def test_the_same_package_gives_the_same_bytes(self):
+        self.assertEqual(self.preview().code, 0)
+        self.assertEqual(self.preview(to="again").code, 0)
+        self.assertEqual(self.files("out"), self.files("again"))
+        self.assertEqual(self.preview().code, 0)
+        self.assertEqual(self.files("out"), self.files("again"))
+
+    def test_answers_lead_to_further_pages(self):
+        self.write("answers.xml", ANSWERS.encode())
+        result = self.preview("--answers", self.native("answers.xml"))
+        self.assertEqual(result.code, 0, result)
+        self.assertIn("answers1-100/install-02-Extra.png", self.tree("out"))
+        self.assertIn("answers1-console/install-02-Extra.txt", self.tree("out"))
+        self.assertNotIn("default-100/install-02-Extra.png", self.tree("out"))
+
+    def test_marks_words_that_are_cut(self):
+        for problem in ({"caption": "A caption that no button of this width can hold"},
+                        {"welcome": "W" * 100},
+                        {"more": '<Text x="16" y="190" w="300">On the edge.</Text>'}):
+            result = self.preview("--strict", **problem)
+            self.assertEqual(result.code, 1, result)
+            self.assertRegex(result.out, r"install-01-Welcome\.png: (cut|outside): ")
+            self.assertRegex(result.out, r": 3 pictures, 1 fault\n$")
+            self.assertIn('class="fault"', self.read_text("out/index.html"))
+            self.assertEqual(self.preview(**problem).code, 0)
+
+    def test_marks_what_lies_on_one_another(self):
+        result = self.preview(more='<Text x="20" y="18" w="300">Over it.</Text>')
+        self.assertIn("install-01-Welcome.png: overlap: ", result.out, result)
+
+    def test_shows_what_has_changed(self):
+        self.assertEqual(self.preview(to="before").code, 0)
+        result = self.preview("--compare", self.native("before"))
+        self.assertIn(": 0 changed, 0 new, 0 gone", result.out, result)
+        result = self.preview("--compare", self.native("before"), caption="&amp;Forward")
+        self.assertIn(": 1 changed, 0 new, 0 gone", result.out, result)
+        self.assertIn("compared/difference-0.png", self.tree("out"))
+        self.assertIn("default-100/install-01-Welcome.png has changed", self.read_text("out/index.html"))
+        result = self.preview("--compare", self.native("before"), welcome="Good morning.")
+        self.assertIn(": 2 changed, 0 new, 0 gone", result.out, result)
+
+    def test_shows_the_sample_without_a_fault(self):
+        subprocess.run([TOP / "scripts/stage-sample", BIN, self.host("stage")], check=True)
+        result = self.packager("preview", self.native("stage/install.xml"), "--root", self.native("stage/root"),
+                               "--image", str(pathlib.Path(BIN) / "installer"), "--to", self.native("out"), "--strict")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertRegex(result.out, r": 12 pictures, 0 faults\n$")
+        names = [re.sub(r"-\d+", "", path) for path in self.tree("out") if path.startswith("default-100/uninstall")]
+        self.assertEqual(len(names), 4, names)
+
+    def test_needs_a_display_in_memory_for_pictures_alone(self):
+        result = self.preview(env={"PATH": "/nowhere"})
+        self.assertEqual(result.code, 0, result)
+        self.assertIn("the program Xvfb is missing; on Debian it is in the package xvfb", result.err)
+        self.assertIn("default-console/install-01-Welcome.txt", self.tree("out"))
+
+    def test_leaves_no_display_behind(self):
+        self.write("tools/Xvfb", b'#!/bin/sh\necho $$ >"$0.id"\nexec /usr/bin/Xvfb "$@"\n')
+        self.host("tools/Xvfb").chmod(0o755)
+        result = self.preview(env={"PATH": f"{self.host('tools')}:{os.environ['PATH']}"})
+        self.assertEqual(result.code, 0, result)
+        self.assertRegex(result.out, ": 3 pictures")
+        self.assertFalse(pathlib.Path("/proc", self.read_text("tools/Xvfb.id").strip()).exists())
+
+
+if __name__ == "__main__":
+    main()

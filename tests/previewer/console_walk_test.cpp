@@ -1,0 +1,54 @@
+#include "previewer/console_walk.h"
+
+#include <gtest/gtest.h>
+
+#include "previewer/small_product.h"
+
+namespace {
+
+std::vector<ConsolePage> walk(const std::string& description) {
+    std::vector<ConsolePage> pages;
+    PreviewMachine machine(SmallProduct::payload(description), "");
+    machine.machine().files.addDirectory("/product");
+    const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
+        return std::make_unique<ConsoleWalk>(surroundings, machine.machine().console, pages);
+    };
+    machine.install(make);
+    machine.uninstall(make);
+    return pages;
+}
+
+std::string textOf(const std::vector<ConsolePage>& pages, const std::string& file) {
+    for (const ConsolePage& page : pages) {
+        if (page.file == file) {
+            return page.text;
+        }
+    }
+    return "no page";
+}
+
+TEST(ConsoleWalk, GivesEachPageWhatItPrints) {
+    const std::vector<ConsolePage> pages = walk(SmallProduct::description());
+    EXPECT_TRUE(textOf(pages, "install-01-Welcome").ends_with("Hello.\n"));
+    EXPECT_EQ(textOf(pages, "install-02-Settings"), "Frame.\n");
+    EXPECT_NE(textOf(pages, "install-03-CopyProgress").find("Create /product/install.xml\n"),
+              std::string::npos);
+    EXPECT_NE(textOf(pages, "uninstall-02-CopyProgress").find("Delete /product/install.xml\n"),
+              std::string::npos)
+        << textOf(pages, "uninstall-02-CopyProgress");
+}
+
+TEST(ConsoleWalk, PressesEnterAtEachQuestion) {
+    const std::vector<ConsolePage> pages =
+        walk(SmallProduct::description("Hello.",
+                                       "<Field Type='EditBox' Label='Name'>NAME</Field>"
+                                       "<Field Type='Password' Label='Secret'>SECRET</Field>"
+                                       "<Field Type='CheckBox' Label='Sure'>SURE</Field>"));
+    const std::string text = textOf(pages, "install-02-Settings");
+    EXPECT_NE(text.find("Name [nobody]:\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("Secret"), std::string::npos) << text;
+    EXPECT_NE(text.find("Sure"), std::string::npos) << text;
+    EXPECT_NE(textOf(pages, "install-03-CopyProgress"), "no page");
+}
+
+}  // namespace
