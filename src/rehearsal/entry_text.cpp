@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "base/errors.h"
+#include "base/failure.h"
 #include "base/text_functions.h"
 #include "base/utf8_character.h"
 #include "base/visible_text.h"
@@ -50,7 +50,7 @@ bool isPlain(std::string_view text, std::string_view stop) {
 }  // namespace
 
 void failAtLine(int number, const std::string& text) {
-    throw InstallerError("line %d: %s", number, text.c_str());
+    fail("line " + std::to_string(number) + ": " + text);
 }
 
 std::string quotedText(std::string_view text) {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "base/errors.h"
+#include "base/failure.h"
 #include "base/text_functions.h"
 #include "description/answers_file.h"
 #include "rehearsal/entry_text.h"
@@ -129,16 +129,14 @@ public:
 private:
     void readOptions() {
         if (parameters_.parse(request_.options) != 0) {
-            throw InstallerError("a step has an option that can't be read");
+            fail("a step has an option that can't be read");
         }
         for (int i = 0; i < parameters_.getCount(); ++i) {
             const std::string_view name = parameters_.name(i);
             if (!OUtils::startsWithIgnoreCase(name, "VARIABLE_") &&
                 std::ranges::find(kOptions, name) == kOptions.end()) {
-                const std::string option(name.substr(0, 100));
-                throw InstallerError(
-                    "a step has the option -%s; it can have VARIABLE_NAME, backup, ignoreErrors and quiet",
-                    option.data());
+                fail("a step has the option -" + std::string(name.substr(0, 100)) +
+                     "; it can have VARIABLE_NAME, backup, ignoreErrors and quiet");
             }
         }
     }
@@ -150,7 +148,7 @@ private:
         flags |= numberOf(parameters_, "backup", 1) != 0 ? kSessionBackup : 0U;
         flags |= request_.isUninstallation ? kSessionActionLog : 0U;
         if (session_->loadCabinet(request_.path.data(), request_.offset, flags) != 0) {
-            throw InstallerError("%s: %s", request_.path.data(), session_->loadError().data());
+            fail(request_.path + ": " + session_->loadError());
         }
     }
 
@@ -160,7 +158,7 @@ private:
                                                             : request_.answers;
         bool isAutomated = false;
         if (ui_->createInputProvider(mode.data(), isAutomated) != 0 || !isAutomated) {
-            throw InstallerError("the answers can't be read: a file of answers has an element DefValues");
+            fail("the answers can't be read: a file of answers has an element DefValues");
         }
         session_->setUnattended(true);
     }
@@ -169,8 +167,7 @@ private:
     void endHeldRun() {
         if (++pauses_ > kMostPauses && heldBy_.empty()) {
             heldBy_ = session_->page();
-            throw InstallerError("The page \"%s\" waits for something that doesn't happen on this machine",
-                                 heldBy_.data());
+            fail("The page \"" + heldBy_ + "\" waits for something that doesn't happen on this machine");
         }
     }
 

@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "base/errors.h"
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "platform/manner.h"
@@ -73,7 +73,7 @@ public:
         if (product.answers) {
             answersPath_ = beside(description.setup, kAnswersName);
             if (machine_.files.exists(answersPath_)) {
-                throw InstallerError("%s is the place of the answers", answersPath_.data());
+                fail(answersPath_ + " is the place of the answers");
             }
             machine_.files.addFile(answersPath_, *product.answers);
         }
@@ -96,7 +96,7 @@ private:
 
     void addPackage(const std::string& name, const std::string& path, const RehearsedProduct& product) {
         if (machine_.files.exists(path)) {
-            throw InstallerError("%s is the place of a package", path.data());
+            fail(path + " is the place of a package");
         }
         packages_[name] = {path, product.offset};
         machine_.files.addProgram(path, product.package);

@@ -1,6 +1,6 @@
 #include "rehearsal/rehearsed_machine.h"
 
-#include "base/errors.h"
+#include "base/failure.h"
 #include "base/path_functions.h"
 #include "platform/system_environment.h"
 #include "rehearsal/entry_text.h"
@@ -102,7 +102,7 @@ void RehearsedMachine::checkPlace(std::string path, PathKind kind) {
         const PathKind present = files.kindOf(path);
         if (present != PathKind::kNothing &&
             (present != PathKind::kDirectory || kind != PathKind::kDirectory)) {
-            throw InstallerError("%s can't be on the machine: something else is in its place", whole.data());
+            fail(whole + " can't be on the machine: something else is in its place");
         }
         kind = PathKind::kDirectory;
         path.resize(path.size() - OUtils::lastPathComponent(path).size());
