@@ -8,6 +8,7 @@
 #include "platform/system_environment.h"
 #include "rehearsal/entry_text.h"
 #include "rehearsal/machine_format.h"
+#include "rehearsal/named_lines.h"
 #include "rehearsal/registry_text.h"
 #include "rehearsal/rehearsed_machine.h"
 #include "support/md5.h"
@@ -32,24 +33,19 @@ std::string lineOf(const std::string& name, std::string_view value) {
 // Those whose value is another one, with what `show` makes of it, or "removed".
 template <typename Show>
 std::vector<std::string> differences(const Values& before, const Values& after, Show show) {
-    std::vector<std::pair<std::string, std::string>> found;  // by the name in lower case
+    NamedLines lines;
     for (const auto& [name, value] : after) {
         const auto old = before.find(name);
         if (old == before.end() || old->second != value) {
-            found.emplace_back(OUtils::toLowerAscii(name), lineOf(show.nameOf(name), show.valueOf(value)));
+            lines.add(name, lineOf(show.nameOf(name), show.valueOf(value)));
         }
     }
     for (const auto& [name, value] : before) {
         if (!after.contains(name)) {
-            found.emplace_back(OUtils::toLowerAscii(name), lineOf(show.nameOf(name), kRemoved));
+            lines.add(name, lineOf(show.nameOf(name), kRemoved));
         }
     }
-    std::ranges::sort(found);
-    std::vector<std::string> lines;
-    for (auto& [key, line] : found) {
-        lines.push_back(std::move(line));
-    }
-    return lines;
+    return lines.take();
 }
 
 struct AsTheyAre {

@@ -9,6 +9,7 @@
 #include "description/answers_file.h"
 #include "rehearsal/entry_text.h"
 #include "rehearsal/machine_format.h"
+#include "rehearsal/named_lines.h"
 #include "rehearsal/rehearsed_machine.h"
 #include "session/command_line_parameters.h"
 #include "session/session_flags.h"
@@ -73,19 +74,13 @@ ServiceClock clockWithoutWaiting() {
 }
 
 std::vector<std::string> variableLines(VariableStore& variables) {
-    std::vector<std::pair<std::string, std::string>> found;  // by the name in lower case
+    NamedLines lines;
     for (std::int32_t i = 0; i < variables.getCount(); ++i) {
         const InstallVariable& variable = variables.at(i);
-        found.emplace_back(OUtils::toLowerAscii(variable.name), entryText(variable.name, MachineFormat::kIs) +
-                                                                    std::string(MachineFormat::kIs) +
-                                                                    entryText(variable.value, ""));
+        lines.add(variable.name, entryText(variable.name, MachineFormat::kIs) +
+                                     std::string(MachineFormat::kIs) + entryText(variable.value, ""));
     }
-    std::ranges::sort(found);
-    std::vector<std::string> lines;
-    for (auto& [key, line] : found) {
-        lines.push_back(std::move(line));
-    }
-    return lines;
+    return lines.take();
 }
 
 int numberOf(const CommandLineParameters& parameters, std::string_view name, int absent) {

@@ -34,8 +34,8 @@ public:
     // Gives the content of a file beside the machine file.
     using ReadBeside = std::function<std::string(const MachineDescription::Named& copy)>;
 
-    // `description` is borrowed. Throws InstallerError when two things would be in one place.
-    RehearsedMachine(const MachineDescription& description, const ReadBeside& readBeside);
+    // `machine` is borrowed. Throws InstallerError when two things would be in one place.
+    RehearsedMachine(const MachineDescription& machine, const ReadBeside& readBeside);
 
     platform::Platform bundle();
     // The program that runs: its path gives two of the variables.

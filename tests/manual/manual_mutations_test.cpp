@@ -1,13 +1,22 @@
-// The examples of the page about findings, changed at random, go through the checks.
+// The examples of the page about findings, changed at random, go through the checks; and where these find
+// nothing, the product is packed, installed and uninstalled on a machine in memory.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <optional>
+
 #include "checking/description_check.h"
 #include "checking/grammar.h"
+#include "checking/references.h"
 #include "manual/check_examples.h"
 #include "manual/manual_text.h"
+#include "packager/commands.h"
+#include "packager/recorded_output.h"
+#include "platform/memory/memory_environment.h"
 #include "platform/memory/memory_file_system.h"
 #include "property/random_numbers.h"
+#include "rehearsal/rehearsal.h"
 
 namespace {
 
@@ -109,19 +118,30 @@ void expectSound(const std::vector<Finding>& findings, const std::string& text) 
     }
 }
 
+// The changed description of an example and the files that it names.
+struct MutatedProduct {
+    MutatedProduct(const std::vector<CheckExample>& all, int seed) {
+        Mutation mutation(all, static_cast<std::uint64_t>(seed));
+        const CheckExample& example = mutation.start();
+        files.addFile("/root/greet.sh", "#!/bin/sh\n");
+        for (const auto& [name, content] : example.files) {
+            files.addFile("/root/" + name, content);
+        }
+        text = mutation.change(example.description);
+    }
+
+    MemoryFileSystem files;
+    std::string text;
+};
+
 TEST(MutatedExamples, AreCheckedToTheirEnd) {
     const std::vector<CheckExample> all = examples();
     ASSERT_FALSE(all.empty());
     int wellFormed = 0;
     for (int seed = 0; seed < kCases; ++seed) {
-        Mutation mutation(all, static_cast<std::uint64_t>(seed));
-        const CheckExample& example = mutation.start();
-        MemoryFileSystem files;
-        files.addFile("/root/greet.sh", "#!/bin/sh\n");
-        for (const auto& [name, content] : example.files) {
-            files.addFile("/root/" + name, content);
-        }
-        const std::string text = mutation.change(example.description);
+        MutatedProduct product(all, seed);
+        const std::string& text = product.text;
+        MemoryFileSystem& files = product.files;
         const std::vector<Finding> findings = checkDescription(text, {.targets = {}, .root = "/root"}, files);
         expectSound(findings, text);
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << "seed " << seed << ":\n" << text;
@@ -129,6 +149,60 @@ TEST(MutatedExamples, AreCheckedToTheirEnd) {
     }
     // Otherwise only the reader of the form would have been tried.
     EXPECT_GT(wellFormed, kCases / 20);
+}
+
+// Why the product can't be installed or uninstalled; empty when it can. Nothing when it can't be packed.
+std::optional<std::string> tryProduct(MutatedProduct& product, const std::string& system) {
+    product.files.addFile("/install.xml", product.text);
+    product.files.addFile("/image", "image");
+    MemoryEnvironment environment;
+    RecordedOutput output;
+    if (runPackager({"build", "--bin", "--description", "/install.xml", "--root", "/root", "--image",
+                     "/image", "--output", "/package"},
+                    output, product.files, environment) != 0) {
+        return std::nullopt;
+    }
+    const MachineDescription machine =
+        readMachine("[machine]\nsystem = " + system + "\n[steps]\ninstall\nuninstall\n");
+    return rehearse(machine, {product.files.content("/package"), 0, std::nullopt}, {}).failure;
+}
+
+// Of brackets around something that no variable can be called, the checks say nothing: in a text they may be
+// meant as they are. In a path they are a mistake.
+bool hasOddBrackets(std::string_view text) {
+    for (std::size_t at = text.find('['); at != std::string_view::npos; at = text.find('[', at + 1)) {
+        const std::size_t end = text.find(']', at);
+        if (end == std::string_view::npos || !isPlainVariableName(text.substr(at + 1, end - at - 1))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// What is only warned of, such as a record that nothing removes, may fail.
+TEST(MutatedExamples, WorkWhereNothingIsFound) {
+    const std::vector<CheckExample> all = examples();
+    ASSERT_FALSE(all.empty());
+    const std::vector<CheckExample> right = {all.front()};
+    int worked = 0;
+    int leftOut = 0;
+    for (int seed = 0; seed < kCases; ++seed) {
+        MutatedProduct product(seed % 2 == 0 ? all : right, seed);
+        if (!checkDescription(product.text, {.targets = {}, .root = "/root"}, product.files).empty()) {
+            continue;
+        }
+        if (hasOddBrackets(product.text)) {
+            ++leftOut;
+            continue;
+        }
+        const std::optional<std::string> failure = tryProduct(product, seed % 4 < 2 ? "linux" : "windows");
+        EXPECT_EQ(failure.value_or("it can't be packed"), "") << "seed " << seed << ":\n" << product.text;
+        worked += failure == "" ? 1 : 0;
+    }
+    RecordProperty("worked", worked);
+    RecordProperty("left_out", leftOut);
+    EXPECT_GT(worked, kCases / 200);
+    EXPECT_LT(leftOut, worked / 4);
 }
 
 }  // namespace
