@@ -1,9 +1,9 @@
 #pragma once
 
-#include <compare>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 class InstallExchangeInfo;
 
@@ -12,7 +12,10 @@ struct PagePosition {
     int dialog = -1;
     int sub = -1;
 
-    auto operator<=>(const PagePosition&) const = default;
+    bool operator==(const PagePosition&) const = default;
+    bool operator<(const PagePosition& other) const {
+        return std::pair(dialog, sub) < std::pair(other.dialog, other.sub);
+    }
 };
 
 // The pages of a description by their names in a preview. A frame around other pages is none itself.

@@ -125,6 +125,7 @@ std::unique_ptr<VirtualDisplay> startVirtualDisplay(int width, int height, std::
         "-nolisten", "tcp",        "-noreset",
         "-dpi",      "96"};
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }
