@@ -69,12 +69,13 @@ def version_texts(resource):
 
 
 class BrandTest(EndToEndTest):
-    def build(self, output="setup" + EXE, brand=BRAND, words=WORDS):
+    def build(self, output="setup" + EXE, brand=BRAND, words=WORDS, late=""):
         text = description(self.native("product"),
                            '<FileSet Name="A"><FN Dest="[DIR]">a.txt</FN><FN Alias="SetupIcon">setup.ico</FN></FileSet>'
-                           '<FileSet Name="U"><FN Dest="[DIR]/un" Executable="1">installer' + EXE + "</FN></FileSet>",
-                           pages=PAGES, values=VALUES, late="<RegisterApplication Special=\"AutoNext\"/>", more=words,
-                           farewell="<CopyProgress Special=\"AutoNext\"/>")
+                           '<FileSet Name="U"><FN Dest="[DIR]/un" Executable="1">installer' + EXE + "</FN></FileSet>"
+                           '<UninstallWildcards><File Dest="[DIR]/un">*</File></UninstallWildcards>',
+                           pages=PAGES, values=VALUES, late=late, more=words,
+                           farewell='<CopyProgress Special="AutoNext"/>')
         text = text.replace("<Website>", brand + "<Website>", 1)
         self.write("stage/install.xml", text)
         self.write("stage/root/a.txt", "content")
@@ -105,7 +106,7 @@ class OwnWords(BrandTest):
         result = self.run_program("installer" + EXE, "-uninstallFile=" + self.native("copy.log"), "-gui=0")
         stars = "*" * 31
         self.assertIn(f"{stars}\n* Grüße geht                  *\n{stars}\n", result.out)
-        self.assertIn("Es ist entfernt.\n", result.out)
+        self.assertIn("Es ist entfernt.\n", result.out, result)
         self.assertFalse(self.host("product/a.txt").exists())
 
     def test_are_not_there_without_being_asked_for(self):
@@ -115,7 +116,7 @@ class OwnWords(BrandTest):
         self.assertTrue(result.out.startswith("*" * 31 + "\n* Tandrel Group installer     *\n"), result)
 
     def test_register_the_publisher(self):
-        self.run_program(self.build(), "-gui=0", "-auto")
+        self.run_program(self.build(late='<RegisterApplication Special="AutoNext"/>'), "-gui=0", "-auto")
         key = self.registry("HKLM", "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Test Product")
         self.assertEqual(key[""]["Publisher"], ("REG_SZ", "Grüße & Co"))
 
