@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "checking/icon_bytes.h"
 #include "packager/commands_fixture.h"
+#include "packager/pe_bytes.h"
+#include "packager/pe_image.h"
+#include "packager/pe_resources.h"
 
 using namespace PackageBytes;
 using namespace ImageBytes;
@@ -46,6 +50,42 @@ TEST_F(BuildCommandTest, BuildsTheSameBytesFromOtherPaths) {
                             "--image", "/image", "--output", "/out/else", "--stripes", "2"})),
         0);
     EXPECT_EQ(files_.content("/out/else"), first);
+}
+
+TEST_F(BuildCommandTest, GivesASetupForWindowsTheResourcesOfTheProduct) {
+    const std::string image = PeBytes::image(ImageBytes::installerData() + std::string(6000, 'c'));
+    files_.addFile("/image", image);
+    files_.addFile("/in/setup.ico", IconBytes::wholeIcon());
+    const std::string rest =
+        "</ProductDesc><FileSet Name=\"S\"><FN Alias=\"Icon\">setup.ico</FN>"
+        "<FN>installer.exe</FN></FileSet></TandrelGroupInstallation>";
+    files_.addFile("/in/install.xml", "<TandrelGroupInstallation><ProductDesc><Icon>Icon</Icon>" + rest);
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(run({"verify", "/out/setup"}), 0);
+    const std::string setup = files_.content("/out/setup");
+    const PeImage program(setup);
+    const std::vector<PeResource> resources = readPeResources(program);
+    ASSERT_EQ(resources.size(), 6U);
+    EXPECT_EQ(resources[0].data, IconBytes::bitmap(16, 32));
+    EXPECT_EQ(run({"extract", "/out/setup", "--to", "/new"}), 0);
+    EXPECT_EQ(files_.content("/new/installer.exe"), image);
+
+    files_.addFile("/in/install.xml", "<TandrelGroupInstallation><ProductDesc>" + rest);
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(readPeResources(PeImage(files_.content("/out/setup"))), std::vector<PeResource>());
+}
+
+TEST_F(BuildCommandTest, RefusesAnIconThatCanNotBeRead) {
+    files_.addFile("/image", PeBytes::image(ImageBytes::installerData() + std::string(6000, 'c')));
+    files_.addFile("/in/setup.ico", "GIF89a");
+    files_.addFile("/in/install.xml",
+                   "<TandrelGroupInstallation><ProductDesc><Icon>Icon</Icon></ProductDesc>"
+                   "<FileSet Name=\"S\"><FN Alias=\"Icon\">setup.ico</FN></FileSet>"
+                   "</TandrelGroupInstallation>");
+    EXPECT_EQ(build(), 1);
+    EXPECT_EQ(output_.errors,
+              (Lines{"packager: the icon \"Icon\" is neither a file of icons (ICO) nor a PNG"}));
+    EXPECT_FALSE(files_.hasFile("/out/setup"));
 }
 
 TEST_F(BuildCommandTest, FailsWithOneLineAndLeavesNoOutput) {

@@ -69,9 +69,14 @@ TEST_F(ImageResourcesTest, ReplaceTheIconByThatOfTheProduct) {
 
 TEST_F(ImageResourcesTest, LeaveTextsOutThatAreNotGiven) {
     identity_ = {"Demo", "Demo", "1.2.3", "", "", "Icon"};
-    for (const PeResource& resource : resources(IconBytes::png(16, 16))) {
-        EXPECT_THAT(resource.data, testing::Not(HasSubstr("C\0o\0m\0p")));
-    }
+    const std::vector<PeResource> found = resources(IconBytes::png(16, 16));
+    ASSERT_EQ(found.size(), 5U);
+    EXPECT_EQ(found[3].data, versionResource({{1, 2, 3, 0},
+                                              {{"FileDescription", "Demo"},
+                                               {"FileVersion", "1.2.3"},
+                                               {"OriginalFilename", "setup.exe"},
+                                               {"ProductName", "Demo"},
+                                               {"ProductVersion", "1.2.3"}}}));
 }
 
 TEST_F(ImageResourcesTest, RefuseAnIconThatCanNotBeRead) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 #include "platform/memory/memory_console_device.h"
 
@@ -19,7 +20,7 @@ struct PagerTest : testing::Test {
     std::string print(const std::string& text, bool quiet = false) {
         Pager pager(
             terminal, quiet,
-            [this](const char* question) {
+            [this](std::string_view question) {
                 ++pauses;
                 terminal.output += question;
                 if (duringPause) {
@@ -48,6 +49,17 @@ TEST_F(PagerTest, PrintsTheWholeTextInAWindowOfTwoRows) {
     open(2);
     EXPECT_EQ(print("a\nb\nc\n"), "a\nb\nc\n");
     EXPECT_EQ(pauses, 0);
+}
+
+TEST_F(PagerTest, AsksInOtherWords) {
+    open(3);
+    Pager pager(
+        terminal, false, [this](std::string_view question) { terminal.output += question; },
+        [] { return false; });
+    pager.setQuestion("weiter?");
+    pager.print("a\nb\n");
+    EXPECT_NE(terminal.output.find("a\n\nweiter?\n\n\n"), std::string::npos);
+    EXPECT_EQ(terminal.output.find("ENTER"), std::string::npos);
 }
 
 TEST_F(PagerTest, StopsAfterEachPage) {
