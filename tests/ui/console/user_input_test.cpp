@@ -41,7 +41,7 @@ TEST_F(UserInput, IsReady) {
 TEST_F(UserInput, AsksInTheWordsOfTheDescription) {
     PXML description;
     description.parseText(
-        "<R><Words><Word Name='AskChoice'>%1 <%2/%3></Word><Word Name='AskChoiceAgain'>%1? %2?</Word>"
+        "<R><Words><Word Name='AskChoice'>%1 {%2/%3}</Word><Word Name='AskChoiceAgain'>%1? %2?</Word>"
         "<Word Name='AskNumber'>1 bis %1</Word><Word Name='AskNumberAgain'>Zahl!</Word>"
         "<Word Name='ChoiceDisabled'>%1 nicht</Word><Word Name='PressEnter'>weiter</Word></Words></R>");
     const WizardWords words(description);
@@ -51,7 +51,7 @@ TEST_F(UserInput, AsksInTheWordsOfTheDescription) {
     EXPECT_EQ(askList(-1, {true, false, true}), 0);
     user.tell("Done");
     EXPECT_EQ(terminal.output,
-              "Sure? <[yes]/no>: yes? no?: "
+              "Sure? {[yes]/no}: yes? no?: "
               "Which?\n  1) one\n  2) two\n  3) three\n1 bis 3: Zahl!\n1 bis 3: 2 nicht\n1 bis 3: "
               "Done\nweiter");
 }
