@@ -5,7 +5,7 @@
 .NOTPARALLEL:
 
 help:
-	@echo 'make demo     build, pack the sample product, install it, uninstall it, prove that nothing is left'
+	@echo 'make demo     build, check and pack the sample product, show its pages, install it, uninstall it, prove that nothing is left'
 	@echo 'make test     lint, then all tests: natively, with sanitizers, and as Windows programs under Wine'
 	@echo 'make build    the Linux programs:   build/linux/bin/'
 	@echo 'make windows  the Windows programs: build/windows/bin/'
@@ -26,6 +26,7 @@ windows:
 	@scripts/build windows programs
 
 demo: build
+	@scripts/install-dependencies demo
 	@scripts/demo
 
 test:

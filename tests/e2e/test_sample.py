@@ -85,8 +85,8 @@ class Sample(EndToEndTest):
         tree = self.tree("opt/tandrel")
         hello = ["samples/hello.cmd"] if WINDOWS else []
         self.assertEqual(sorted(tree), sorted([
-            "README.md", "THIRD-PARTY-LICENCES.md", f"bin/packager{EXE}", "docs/agreement.md",
-            "docs/banner.png", "docs/getting-started.md", f"images/{IMAGE}", "samples/hello.sh",
+            "README.md", "THIRD-PARTY-LICENCES.md", f"bin/packager{EXE}", f"bin/previewer{EXE}",
+            "docs/agreement.md", "docs/banner.png", "docs/getting-started.md", f"images/{IMAGE}", "samples/hello.sh",
             "samples/hello.xml", f"samples/hello-setup{EXE}", *hello, "tandrel.conf", "tandrel.conf.default",
             "tools.ini", "uninstall/appicon.png", "uninstall/backup.bin", "uninstall/getting-started.change", "uninstall/install.log",
             "uninstall/install.xml", f"uninstall/installer{EXE}"]))

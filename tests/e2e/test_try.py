@@ -5,7 +5,8 @@ import subprocess
 
 from harness import BIN, TOP, EndToEndTest, main
 
-STAND_INS = ("bin/packager", "bin/packager.exe", "images/installer-linux", "images/installer-windows.exe")
+STAND_INS = ("bin/packager", "bin/packager.exe", "bin/previewer", "bin/previewer.exe", "images/installer-linux",
+             "images/installer-windows.exe")
 SAMPLE_TESTS = TOP / "samples/tandrel/tests"
 
 PRODUCT = """<TandrelGroupInstallation>
