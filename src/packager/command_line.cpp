@@ -70,7 +70,7 @@ constexpr OptionRule kOptions[] = {
     {"root", &CommandLine::root, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
     {"image", &CommandLine::image, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
     {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
-    {"answers", nullptr, nullptr, nullptr, 0, 0, PackagerCommand::kPreview, &CommandLine::answers},
+    {"answers", nullptr, nullptr, nullptr, 0, 0, PackagerCommand::kPreview, &CommandLine::answerSets},
     {"sizes", &CommandLine::sizes, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
     {"compare", &CommandLine::earlier, nullptr, nullptr, 0, 0, PackagerCommand::kPreview},
     {"strict", nullptr, &CommandLine::strict, nullptr, 0, 0, PackagerCommand::kPreview},

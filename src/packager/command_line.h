@@ -60,11 +60,11 @@ struct CommandLine {
     bool verbatim = false;
     std::int32_t width = 0;  // 0: not given
 
-    std::string previewed;             // of preview: a package, or a description with `root`
-    std::vector<std::string> answers;  // of preview: files with answers
-    std::string sizes;                 // of preview: of letters
-    std::string earlier;               // of preview: the one to compare with
-    bool usesDisplay = false;          // of preview
+    std::string previewed;                // of preview: a package, or a description with `root`
+    std::vector<std::string> answerSets;  // of preview: files with answers
+    std::string sizes;                    // of preview: of letters
+    std::string earlier;                  // of preview: the one to compare with
+    bool usesDisplay = false;             // of preview
 
     // What is wrong with the command line, in one line; empty when nothing is.
     std::string problem;

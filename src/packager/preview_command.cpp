@@ -68,7 +68,7 @@ std::vector<std::string> wordsOf(const CommandLine& commandLine, const std::stri
     std::vector<std::string> words = {"--package", package, "--offset", std::to_string(offset)};
     words.insert(words.end(), {"--title", std::string(OUtils::lastPathComponent(commandLine.previewed))});
     words.insert(words.end(), {"--to", commandLine.target});
-    for (const std::string& answers : commandLine.answers) {
+    for (const std::string& answers : commandLine.answerSets) {
         words.insert(words.end(), {"--answers", answers});
     }
     for (const auto& [option, value] :

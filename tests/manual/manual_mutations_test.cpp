@@ -15,6 +15,7 @@
 #include "packager/recorded_output.h"
 #include "platform/memory/memory_environment.h"
 #include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_processes.h"
 #include "property/random_numbers.h"
 #include "rehearsal/rehearsal.h"
 
@@ -156,10 +157,11 @@ std::optional<std::string> tryProduct(MutatedProduct& product, const std::string
     product.files.addFile("/install.xml", product.text);
     product.files.addFile("/image", "image");
     MemoryEnvironment environment;
+    MemoryProcesses processes;
     RecordedOutput output;
     if (runPackager({"build", "--bin", "--description", "/install.xml", "--root", "/root", "--image",
                      "/image", "--output", "/package"},
-                    output, product.files, environment) != 0) {
+                    output, product.files, environment, processes) != 0) {
         return std::nullopt;
     }
     const MachineDescription machine =
