@@ -83,6 +83,7 @@ inline constexpr FindingKind kAll[] = {
     {"variable-never-set", kWarning,
      "Declare it by a Value in DefValues, so that conditions can be read before it is set."},
     {"reference-unclosed", kError, "Write ] behind the name."},
+    {"reference-name", kWarning, "Write the name of a variable between the brackets, or take them out."},
     {"reference-form", kError, "Write $NAME in texts of DefValues, and [NAME] everywhere else."},
     {"reference-shown", kWarning, "Put the value where references are replaced: none are in this text."},
     {"reference-unexpanded", kWarning, "Add Expand=\"1\"."},

@@ -13,6 +13,7 @@
 #include "checking/nearest_word.h"
 #include "checking/references.h"
 #include "checking/text_uses.h"
+#include "description/path_variables.h"
 #include "description/predefined_variables.h"
 #include "support/utilities.h"
 
@@ -73,7 +74,26 @@ private:
         }
     }
 
+    // Elsewhere brackets may be meant as they are.
+    void checkBracketsOfPath(const TextUse& use) {
+        const bool isPath =
+            use.attribute ? isPathAttribute(use.name) : isPathElement(context_.xml(), use.node);
+        for (std::size_t at = use.text.find('['); isPath && at != std::string_view::npos;
+             at = use.text.find('[', at + 1)) {
+            const std::size_t end = use.text.find(']', at);
+            std::string_view name = use.text.substr(at + 1, end == std::string_view::npos ? 0 : end - at - 1);
+            name.remove_prefix(isEnvironmentName(name) ? 1 : 0);
+            if (end != std::string_view::npos && !isPlainVariableName(name)) {
+                report("reference-name", use,
+                       "the brackets in \"" + std::string(use.text.substr(at, end + 1 - at)) +
+                           "\" hold no name of a variable");
+                return;
+            }
+        }
+    }
+
     void checkBrackets(const TextUse& use) {
+        checkBracketsOfPath(use);
         for (const Reference& reference : bracketReferences(use.text)) {
             if (!reference.isClosed) {
                 report("reference-unclosed", use,
@@ -159,7 +179,9 @@ private:
             if (isRegistry && use.name != "Log") {
                 report("reference-unexpanded", use, "[" + name + "] is only replaced with Expand");
             } else if (isShown(use)) {
-                report("reference-shown", use, "[" + name + "] is shown as it is written");
+                const bool isText = OUtils::equalsIgnoreCase(context_.xml().getName(use.node), "Text");
+                report("reference-shown", use, "[" + name + "] is shown as it is written",
+                       isText && !use.attribute ? "Add ExpandVars=\"1\"." : "");
             }
         }
     }

@@ -54,10 +54,8 @@ void addName(std::string name, Names& names) {
 }
 
 void addReferences(const PXML& description, std::int32_t node, Names& names) {
-    for (const ElementName element : kPathElements) {
-        if (vocabulary::isCalled(description, node, element)) {
-            addName(leadingReference(description.getText(node).value_or("")), names);
-        }
+    if (isPathElement(description, node)) {
+        addName(leadingReference(description.getText(node).value_or("")), names);
     }
     // The target of such a shortcut is an address, in which every separator counts.
     const bool isAddress =
@@ -93,6 +91,18 @@ void addRelation(const PXML& description, std::int32_t node, Relations& relation
 }
 
 }  // namespace
+
+bool isPathElement(const PXML& description, std::int32_t node) {
+    return std::ranges::any_of(kPathElements, [&](const ElementName element) {
+        return vocabulary::isCalled(description, node, element);
+    });
+}
+
+bool isPathAttribute(std::string_view name) {
+    return std::ranges::any_of(kPathAttributes, [&](const AttributeName attribute) {
+        return OUtils::equalsIgnoreCase(attribute.view(), name);
+    });
+}
 
 PathVariables::PathVariables(const PXML& description) {
     Names waiting;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
@@ -8,6 +9,10 @@
 #include "description/variable_lookup.h"
 
 class PXML;
+
+// Whether the text of such an element, or such an attribute, is a path.
+bool isPathElement(const PXML& description, std::int32_t node);
+bool isPathAttribute(std::string_view name);
 
 // The variables of a description whose values are paths. A text that leaves the program, for a file, another
 // program or the screen, gets their values as the system writes paths; everything else in it stays as it is,

@@ -31,7 +31,7 @@ TEST(VariableCheck, FindsNothingWhereAllIsDeclaredAndUsed) {
     EXPECT_THAT(
         findIn(values(std::string(kA) + "<Value Name='B' DataType='value'>$a/x</Value>") + fileIn("[b]")),
         IsEmpty());
-    EXPECT_THAT(findIn(fileIn("[INSTALLER_DIR]/[$HOME]/[a-z]")), IsEmpty());
+    EXPECT_THAT(findIn(fileIn("[INSTALLER_DIR]/[$HOME]/x]")), IsEmpty());
 }
 
 TEST(VariableCheck, FindsNamesThatNothingDeclares) {
@@ -48,6 +48,13 @@ TEST(VariableCheck, TakesATextThatShowsValuesForAUse) {
     };
     EXPECT_THAT(findIn(values(kA) + page("To [A]")), IsEmpty());
     EXPECT_THAT(findIn(page("To [A]")), ElementsAre("variable-undeclared 2:46"));
+}
+
+TEST(VariableCheck, FindsBracketsInPathsThatHoldNoName) {
+    for (const char* const dest : {"[a-z]/x", "/x/[ A]", "/x[]", "[$]/x"}) {
+        EXPECT_THAT(findIn(fileIn(dest)), ElementsAre("reference-name 2:29")) << dest;
+    }
+    EXPECT_THAT(findIn("<UninstallWildcards><W Dest='/x'>[a-z]*.tmp</W></UninstallWildcards>"), IsEmpty());
 }
 
 TEST(VariableCheck, FindsDeclarationsThatNothingUses) {

@@ -169,32 +169,15 @@ std::optional<std::string> tryProduct(MutatedProduct& product, const std::string
     return rehearse(machine, {product.files.content("/package"), 0, std::nullopt}, {}).failure;
 }
 
-// Of brackets around something that no variable can be called, the checks say nothing: in a text they may be
-// meant as they are. In a path they are a mistake.
-bool hasOddBrackets(std::string_view text) {
-    for (std::size_t at = text.find('['); at != std::string_view::npos; at = text.find('[', at + 1)) {
-        const std::size_t end = text.find(']', at);
-        if (end == std::string_view::npos || !isPlainVariableName(text.substr(at + 1, end - at - 1))) {
-            return true;
-        }
-    }
-    return false;
-}
-
 // What is only warned of, such as a record that nothing removes, may fail.
 TEST(MutatedExamples, WorkWhereNothingIsFound) {
     const std::vector<CheckExample> all = examples();
     ASSERT_FALSE(all.empty());
     const std::vector<CheckExample> right = {all.front()};
     int worked = 0;
-    int leftOut = 0;
     for (int seed = 0; seed < kCases; ++seed) {
         MutatedProduct product(seed % 2 == 0 ? all : right, seed);
         if (!checkDescription(product.text, {.targets = {}, .root = "/root"}, product.files).empty()) {
-            continue;
-        }
-        if (hasOddBrackets(product.text)) {
-            ++leftOut;
             continue;
         }
         const std::optional<std::string> failure = tryProduct(product, seed % 4 < 2 ? "linux" : "windows");
@@ -202,9 +185,7 @@ TEST(MutatedExamples, WorkWhereNothingIsFound) {
         worked += failure == "" ? 1 : 0;
     }
     RecordProperty("worked", worked);
-    RecordProperty("left_out", leftOut);
     EXPECT_GT(worked, kCases / 200);
-    EXPECT_LT(leftOut, worked / 4);
 }
 
 }  // namespace
