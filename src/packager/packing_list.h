@@ -41,7 +41,7 @@ public:
         bool operator==(const ShownDocument&) const = default;
     };
     const std::vector<ShownDocument>& documents() const { return documents_; }
-    // What a setup for Windows tells of itself; nothing when the description doesn't ask for it.
+    // What the properties of a Windows setup show; nothing unless the description asks for it.
     const std::optional<SetupIdentity>& identity() const { return identity_; }
     // The file of this alias; null when there is none.
     const PackageFile* findAlias(const std::string& alias) const;

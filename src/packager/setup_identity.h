@@ -5,7 +5,7 @@
 
 class PXML;
 
-// What a setup for Windows tells of itself, as the description gives it. A text that isn't given is empty.
+// What the properties of a Windows setup show, as given in the description. A missing text is empty.
 struct SetupIdentity {
     std::string fullName;
     std::string title;  // the full name where the description has none

@@ -24,5 +24,5 @@ RegistryEntry readRegistryEntry(const NumberedLine& line, platform::RegistryView
 std::string registryKeyText(platform::RegistryRoot root, std::string_view path);
 // What stands before " = ": the key, and the name of the value.
 std::string registryNameText(std::string_view keyText, std::string_view name);
-// What stands behind it: the type, and the data as it is read again.
+// What follows it: the type, and the data in the form that readRegistryEntry accepts.
 std::string registryValueText(const platform::RegistryValue& value);

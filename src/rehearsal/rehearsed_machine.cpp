@@ -17,6 +17,10 @@ struct Setting {
     const char* value;
 };
 
+// Both of the setup's own environment and of the machine's.
+constexpr const char* kPathVariable = "Path";
+constexpr const char* kPathValue = "C:\\Windows\\system32;C:\\Windows";
+
 // What each machine of the system has; a machine file can say something else.
 constexpr Setting kWindowsEnvironment[] = {
     {"SystemDrive", "C:"},
@@ -36,7 +40,7 @@ constexpr Setting kWindowsEnvironment[] = {
     {"OS", "Windows_NT"},
     {"PROCESSOR_ARCHITECTURE", "AMD64"},
     {"ComSpec", "C:\\Windows\\system32\\cmd.exe"},
-    {"Path", "C:\\Windows\\system32;C:\\Windows"},
+    {kPathVariable, kPathValue},
 };
 constexpr Setting kLinuxEnvironment[] = {
     {"HOME", "/root"},
@@ -50,8 +54,6 @@ constexpr Setting kWindowsVersion[] = {
     {"CommonFilesDir", "C:\\Program Files\\Common Files"},
 };
 constexpr std::string_view kVersionKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
-constexpr std::string_view kPathVariable = "Path";
-constexpr std::string_view kPathValue = "C:\\Windows\\system32;C:\\Windows";
 
 constexpr const char* kWindowsDirectories[] = {
     "C:\\Windows\\System32",
@@ -138,7 +140,7 @@ void RehearsedMachine::addSystem() {
         registry.addText(RegistryRoot::kLocalMachine, kVersionKey, setting.name, setting.value);
     }
     registry.addKey(RegistryRoot::kLocalMachine, std::string(kVersionKey) + "\\Uninstall");
-    addEnvironment(std::string(kPathVariable), std::string(kPathValue));
+    addEnvironment(kPathVariable, kPathValue);
 }
 
 void RehearsedMachine::addFiles(const ReadBeside& readBeside) {
