@@ -19,6 +19,22 @@ foreach(line IN LISTS table)
 endforeach()
 list(REMOVE_DUPLICATES TANDREL_LAYERS)
 
+# What nearly every source includes is parsed once. The sources still name all that they use: builds with sanitizers do
+# without it, and would fail.
+if(NOT TANDREL_SANITIZE AND NOT TANDREL_FUZZ)
+  add_library(tandrel_standard_headers OBJECT ${CMAKE_SOURCE_DIR}/cmake/precompiled/standard_headers.cpp)
+  target_precompile_headers(tandrel_standard_headers PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled/standard_headers.h)
+endif()
+
+# tandrel_precompiled(TARGET): has the standard headers parsed already.
+function(tandrel_precompiled target)
+  if(TARGET tandrel_standard_headers)
+    target_precompile_headers(${target} REUSE_FROM tandrel_standard_headers)
+    # The compiler forgets that these headers are the system's, and takes a string's short buffer for all it has.
+    target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+  endif()
+endfunction()
+
 # tandrel_layer(NAME): a static library of all sources of one layer, linked to the layers that it may include. What holds
 # an entry point (main.cpp, and entry.cpp of the platform) belongs to the programs, because test programs have their own.
 function(tandrel_layer name)
@@ -36,6 +52,7 @@ function(tandrel_layer name)
     add_library(tandrel_${name} STATIC ${sources})
     target_include_directories(tandrel_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(tandrel_${name} PUBLIC ${libraries})
+    tandrel_precompiled(tandrel_${name})
   else()
     add_library(tandrel_${name} INTERFACE)
     target_include_directories(tandrel_${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})

@@ -1,0 +1,1 @@
+#include "standard_headers.h"
