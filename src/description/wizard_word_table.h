@@ -32,6 +32,7 @@ inline constexpr WizardWord kWizardWords[] = {
     {"ChoiceDisabled", "Choice %1 is disabled, choose something else!"},
     {"PressEnter", "Press Enter to continue..."},
     {"NextPage", "Press ENTER for the next page..."},
+    {"PageKeys", "(b goes back, e to the end)"},
     // Cancelling, on the console and in a window.
     {"InstallationRunning", "The installation is running and can not be aborted!"},
     {"InstallerBusy", "The installer is busy and cannot be interrupted"},

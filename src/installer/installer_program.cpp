@@ -344,8 +344,10 @@ bool InstallerProgram::makeWindow(bool uninstall) {
 }
 
 void InstallerProgram::makeConsole(bool uninstall) {
-    ui_ = std::make_unique<ConsoleUI>(uninstall, options_.ignoreErrors != 0, options_.quiet != 0,
-                                      platform_.console, answers_, debugLog_);
+    auto console = std::make_unique<ConsoleUI>(uninstall, options_.ignoreErrors != 0, options_.quiet != 0,
+                                               platform_.console, answers_, debugLog_);
+    console->understandDirectories(platform_.environment);
+    ui_ = std::move(console);
 }
 
 int InstallerProgram::runSession() {

@@ -12,4 +12,10 @@ bool ConsoleDevice::writeError(std::string_view text) {
     return putError(OUtils::visibleText(text));
 }
 
+std::optional<ReadStatus> ConsoleDevice::editLine(std::string_view, LineCompletion, std::string& outLine,
+                                                  std::size_t) {
+    outLine.clear();
+    return std::nullopt;
+}
+
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,9 @@ enum class ReadStatus {
     kEnd,          // the input is closed or at its end
     kInterrupted,  // interruptInput was called
 };
+
+// What completes while a line is edited.
+enum class LineCompletion { kNone, kDirectories };
 
 // Output may come from any thread; one thread at a time reads.
 class ConsoleDevice {
@@ -40,6 +44,12 @@ public:
     // with a line feed, or `maxBytes` bytes, whichever comes first; the next read gets the rest of the line.
     // `outLine` keeps the line feed and is empty unless the result is kLine.
     virtual ReadStatus readLine(std::string& outLine, std::size_t maxBytes) = 0;
+    // As readLine without the line feed, for a person who edits the line: with the cursor keys, with the
+    // lines given before, and with names that the TAB key completes. The prompt is what stands in front of
+    // it. Nothing, and nothing is written, where this console has no such means of its own; there the prompt
+    // is to be written and the line to be read as always.
+    virtual std::optional<ReadStatus> editLine(std::string_view prompt, LineCompletion completion,
+                                               std::string& outLine, std::size_t maxBytes);
     // Flushes the output, then reads one key without echo (from a pipe: one byte). The backspace key gives 8,
     // the key that ends the input kEnd. `outKey` is 0 unless the result is kLine. Outside of beginKeys and
     // endKeys the terminal's settings are restored before it returns.

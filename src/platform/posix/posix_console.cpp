@@ -36,6 +36,9 @@ bool PosixConsole::put(std::string_view bytes) {
         return false;
     }
     pendingOutput_ += bytes;
+    if (!bytes.empty()) {
+        atLineStart_ = bytes.back() == '\n' || bytes.back() == '\r';
+    }
     return pendingOutput_.size() < kOutputBufferSize || flushLocked();
 }
 
@@ -72,6 +75,50 @@ ReadStatus PosixConsole::readLine(std::string& outLine, std::size_t maxBytes) {
         outLine.clear();
         return ReadStatus::kInterrupted;
     }
+    return ReadStatus::kLine;
+}
+
+bool PosixConsole::isAtLineStart() {
+    const std::lock_guard lock(outputMutex_);
+    return atLineStart_;
+}
+
+std::optional<ReadStatus> PosixConsole::editLine(std::string_view prompt, LineCompletion completion,
+                                                 std::string& outLine, std::size_t maxBytes) {
+    outLine.clear();
+    if (!isInputTerminal() || !isOutputTerminal()) {
+        return std::nullopt;
+    }
+    // The editor knows one line; what is above it is printed as always.
+    const std::size_t lineStart = prompt.rfind('\n') + 1;  // 0 without a line feed
+    if (lineStart == 0 && !isAtLineStart()) {
+        return std::nullopt;
+    }
+    if (!editor_) {
+        editor_.emplace(input_, output_);
+    }
+    const auto readOne = [this](char& byte) { return readByte(byte); };
+    if (!editor_->canEdit()) {
+        return std::nullopt;
+    }
+    write(prompt.substr(0, lineStart));
+    flush();
+    const ReadStatus status = editor_->edit(prompt.substr(lineStart), completion, readOne, outLine);
+    outLine.resize(std::min(outLine.size(), maxBytes));
+    return interrupted_ ? ReadStatus::kInterrupted : status;
+}
+
+ReadStatus PosixConsole::readByte(char& outByte) {
+    while (!interrupted_ && inputPosition_ == pendingInput_.size()) {
+        const ReadStatus status = fillInput();
+        if (status != ReadStatus::kLine) {
+            return status;
+        }
+    }
+    if (interrupted_) {
+        return ReadStatus::kInterrupted;
+    }
+    outByte = pendingInput_[inputPosition_++];
     return ReadStatus::kLine;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/console_device.h"
+#include "platform/posix/line_editor.h"
 #include "platform/posix/system_calls.h"
 #include "platform/posix/terminal_mode.h"
 
@@ -19,6 +20,8 @@ public:
 
     bool flush() override;
     ReadStatus readLine(std::string& outLine, std::size_t maxBytes) override;
+    std::optional<ReadStatus> editLine(std::string_view prompt, LineCompletion completion,
+                                       std::string& outLine, std::size_t maxBytes) override;
     ReadStatus readKey(int& outKey) override;
     void beginKeys() override { keys_.emplace(input_); }
     void endKeys() override { keys_.reset(); }
@@ -34,6 +37,8 @@ protected:
 
 private:
     bool flushLocked();
+    bool isAtLineStart();
+    ReadStatus readByte(char& outByte);
     ReadStatus fillInput();
     ReadStatus waitForInput();
     bool takeLinePart(std::string& outLine, std::size_t maxBytes);
@@ -46,9 +51,11 @@ private:
     std::mutex outputMutex_;
     std::string pendingOutput_;
     bool outputFailed_ = false;
+    bool atLineStart_ = true;
 
     std::string pendingInput_;
     std::size_t inputPosition_ = 0;
+    std::optional<LineEditor> editor_;     // from the first edited line on
     std::optional<RawTerminalMode> keys_;  // from beginKeys to endKeys
     std::atomic<bool> interrupted_{false};
     Descriptor wakeUp_;  // readable from the first interruptInput on

@@ -61,11 +61,16 @@ std::string askForText(const DialogFieldDesc& field, InputProvider& input, const
     return isAnswered ? std::string(answer.view()) : presets.fallback;
 }
 
-// As askForText. The presets are shown as the system writes paths; taken over, they stay what they are.
+// As askForText with echo. The presets are shown as the system writes paths; taken over, they stay what they
+// are.
 std::string askForPath(const DialogFieldDesc& field, InputProvider& input, InstallExchangeInfo& engine) {
     const Presets own = presetsOf(field, engine);
     const Presets shown = {platform::writtenPath(own.value), platform::writtenPath(own.fallback)};
-    const std::string answer = askForText(field, input, shown, true);
+    PathText typed;
+    const bool isAnswered =
+        input.askDirectory(field.label.c_str(), typed.data(), static_cast<int>(PathText::capacity()),
+                           shown.value.data(), shown.fallback.data()) != 0;
+    const std::string answer = isAnswered ? std::string(typed.view()) : shown.fallback;
     if (answer == shown.value) {
         return own.value;
     }

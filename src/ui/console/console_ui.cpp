@@ -58,14 +58,17 @@ ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::Co
       quiet_(quiet),
       debugLog_(debugLog),
       pager_(
-          terminal, quiet, [this](std::string_view text) { pause(text); }, [this] { return isCancelled(); }) {
-}
+          terminal, quiet, [this](std::string_view text) { return turnPage(text); },
+          [this] { return isCancelled(); }) {}
 
 ConsoleUI::~ConsoleUI() = default;
 
 std::unique_ptr<InputProvider> ConsoleUI::makeUser(bool uninstall) {
     auto user =
         std::make_unique<User>(terminal(), uninstall, [this](DialogueLoss loss) { loseDialogue(loss); });
+    if (environment_ != nullptr) {
+        user->understandDirectories(*environment_);
+    }
     user->takeWordsFrom([this]() -> const WizardWords& { return words(); });
     return user;
 }
@@ -412,6 +415,10 @@ void ConsoleUI::pause(std::string_view text) {
     if (input() != nullptr) {
         input()->pause(text);
     }
+}
+
+PageTurn ConsoleUI::turnPage(std::string_view text) {
+    return input() == nullptr ? PageTurn::kNext : input()->turnPage(text);
 }
 
 void ConsoleUI::blankLine() {

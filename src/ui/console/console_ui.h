@@ -26,6 +26,9 @@ public:
               AnswersFile& answers, DebugLog debugLog);
     ~ConsoleUI() override;
 
+    // Before the provider of answers is made: see User. `environment` outlives this object.
+    void understandDirectories(platform::Environment& environment) { environment_ = &environment; }
+
     // 0, the walk's error, or -1 when nobody was left to answer a question or no engine is attached.
     int run() override;
     int finish() override;
@@ -94,11 +97,13 @@ private:
     void printDocument(const DialogElementDesc& element);
     int readColumns();
     void pause(std::string_view text);
+    PageTurn turnPage(std::string_view text);
     void blankLine();
     void printLine(std::string_view text);
     int askBox(const char* text, WordKey first, WordKey second, bool prefixOfExactCase);
 
     const bool quiet_;
+    platform::Environment* environment_ = nullptr;
     DebugLog debugLog_;
     bool statusActive_ = false;
     int currentProgress_ = 0;

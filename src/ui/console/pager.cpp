@@ -1,5 +1,6 @@
 #include "ui/console/pager.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -43,19 +44,22 @@ bool Pager::readRows(int& outRows) {
 }
 
 void Pager::printPages(std::string_view text, int rows) {
-    int lines = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        page_ += text[i];
-        if (text[i] != '\n' || ++lines % (rows - kRowsOfQuestion) != 0 || quiet_) {
+    Place place;
+    shown_ = {place};
+    toEnd_ = quiet_;
+    while (place.offset < text.size()) {
+        page_ += text[place.offset++];
+        if (page_.back() != '\n' || ++place.lines % (rows - kRowsOfQuestion) != 0 || toEnd_) {
             continue;
         }
-        printPage();
-        pauseForNextPage();
+        place = pauseAfterPage(place);
         if (cancelled_()) {
             return;
         }
         if (!readRows(rows)) {
-            page_ = text.substr(i);  // with the line feed, which opens what is left
+            page_ = text.substr(
+                place.offset -
+                std::min<std::size_t>(place.offset, 1));  // with the line feed, which opens what is left
             printPage();
             return;
         }
@@ -63,8 +67,8 @@ void Pager::printPages(std::string_view text, int rows) {
     printPage();
     // Odd but intended: the closing pause depends on the number of bytes, not of lines.
     const std::int64_t last = static_cast<std::int64_t>(text.size()) - 1;
-    if (!quiet_ && last % (rows - kRowsOfQuestion) != 0) {
-        pauseForNextPage();
+    if (!toEnd_ && last % (rows - kRowsOfQuestion) != 0) {
+        waitForPage();
     }
 }
 
@@ -74,8 +78,22 @@ void Pager::printPage() {
     page_.clear();
 }
 
-void Pager::pauseForNextPage() {
-    pause_("\n" + question_);
+// Where the text goes on; `next` is behind the page.
+Pager::Place Pager::pauseAfterPage(Place next) {
+    printPage();
+    const PageTurn turn = waitForPage();
+    toEnd_ = turn == PageTurn::kEnd;
+    if (turn != PageTurn::kBack) {
+        shown_.push_back(next);
+    } else if (shown_.size() > 1) {
+        shown_.pop_back();
+    }
+    return shown_.back();
+}
+
+PageTurn Pager::waitForPage() {
+    const PageTurn turn = pause_("\n" + question_);
     terminal_.write("\n\n\n");
     terminal_.flush();
+    return turn;
 }

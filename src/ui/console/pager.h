@@ -1,17 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "contracts/input_provider.h"
 #include "platform/console_device.h"
 
 // Prints long texts page by page on a terminal.
 class Pager {
 public:
-    // Waits until the user wants the next page; the text says so.
-    using Pause = std::function<void(std::string_view text)>;
+    // Waits until the user wants another page; the text says so.
+    using Pause = std::function<PageTurn(std::string_view text)>;
     using Cancelled = std::function<bool()>;
 
     // A `quiet` pager never stops. `terminal` outlives the object.
@@ -25,10 +28,16 @@ public:
     void print(std::string_view text);
 
 private:
+    struct Place {
+        std::size_t offset = 0;
+        int lines = 0;  // before it
+    };
+
     bool readRows(int& outRows);
     void printPages(std::string_view text, int rows);
     void printPage();
-    void pauseForNextPage();
+    Place pauseAfterPage(Place next);
+    PageTurn waitForPage();
 
     platform::ConsoleDevice& terminal_;
     const bool quiet_;
@@ -36,4 +45,6 @@ private:
     const Cancelled cancelled_;
     std::string question_;
     std::string page_;
+    std::vector<Place> shown_;  // the starts of the pages up to the one on the screen
+    bool toEnd_ = false;        // no further page is waited for
 };

@@ -1,11 +1,13 @@
 #include "ui/console/user_input.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "base/text_functions.h"
 #include "ui/console/decimal_text.h"
+#include "ui/console/typed_directory.h"
 
 namespace {
 
@@ -68,6 +70,35 @@ std::string refusal(const WizardWords& words, int choice, int count) {
     return text + "\n";
 }
 
+// The question with the answer that an empty line stands for.
+struct Preset {
+    Preset(const char* question, const char* value, const char* fallback)
+        : text(viewOf(value).empty() ? viewOf(fallback) : viewOf(value)),
+          prompt(std::string(viewOf(question)) + (text.empty() ? ":" : " [" + text + "]:")) {}
+
+    std::string text;
+    std::string prompt;
+};
+
+std::size_t echoedLimit(int size) {
+    return static_cast<std::size_t>(std::max(size - 1, 1));
+}
+
+std::optional<PageTurn> pageTurnOf(int key) {
+    switch (key) {
+        case '\n':
+        case '\r':
+        case ' ':
+            return PageTurn::kNext;
+        case 'b':
+            return PageTurn::kBack;
+        case 'e':
+            return PageTurn::kEnd;
+        default:
+            return std::nullopt;
+    }
+}
+
 bool isEnabled(const std::vector<bool>& enabled, int index) {
     return static_cast<std::size_t>(index) >= enabled.size() || enabled[static_cast<std::size_t>(index)];
 }
@@ -101,17 +132,38 @@ bool User::readLine(std::string& outLine, std::size_t maxBytes) {
     if (!canAsk()) {
         return false;
     }
-    const platform::ReadStatus result = terminal_.readLine(outLine, maxBytes);
-    if (result == platform::ReadStatus::kEnd && !interrupted_) {
-        onLoss_(DialogueLoss::kInputEnded);
-    }
-    if (result != platform::ReadStatus::kLine || interrupted_) {
+    if (!takeRead(terminal_.readLine(outLine, maxBytes))) {
         outLine.clear();
         return false;
     }
     dropRestOfLine(outLine, maxBytes);
     if (outLine.ends_with('\n')) {
         outLine.pop_back();
+    }
+    return true;
+}
+
+bool User::takeRead(platform::ReadStatus status) {
+    if (status == platform::ReadStatus::kEnd && !interrupted_) {
+        onLoss_(DialogueLoss::kInputEnded);
+    }
+    return status == platform::ReadStatus::kLine && !interrupted_;
+}
+
+// As readLine, with the prompt in front of it.
+bool User::ask(std::string_view prompt, std::string& outLine, std::size_t maxBytes, Completion completion) {
+    outLine.clear();
+    if (!canAsk()) {
+        return false;
+    }
+    const auto edited = terminal_.editLine(prompt, completion, outLine, maxBytes);
+    if (!edited) {
+        terminal_.write(prompt);
+        return readLine(outLine, maxBytes);
+    }
+    if (!takeRead(*edited)) {
+        outLine.clear();
+        return false;
     }
     return true;
 }
@@ -164,30 +216,42 @@ bool User::askHidden(const std::string& prompt, std::string& outText, std::size_
 
 int User::askText(const char* question, char* buffer, int size, const char* value, const char* fallback,
                   bool echo) {
-    const std::string_view preset = viewOf(value).empty() ? viewOf(fallback) : viewOf(value);
-    const std::string prompt =
-        std::string(viewOf(question)) + (preset.empty() ? ":" : " [" + std::string(preset) + "]:");
+    const Preset preset(question, value, fallback);
     std::string answer;
-    bool answered = false;
-    if (echo) {
-        terminal_.write(prompt);
-        answered = readLine(answer, static_cast<std::size_t>(std::max(size - 1, 1)));
-    } else {
-        answered = askHidden(prompt, answer, static_cast<std::size_t>(std::max(size, 1)));
+    const bool answered = echo
+                              ? ask(preset.prompt, answer, echoedLimit(size))
+                              : askHidden(preset.prompt, answer, static_cast<std::size_t>(std::max(size, 1)));
+    return giveAnswer(answered, answer.empty() ? preset.text : answer, buffer, size);
+}
+
+int User::askDirectory(const char* question, char* buffer, int size, const char* value,
+                       const char* fallback) {
+    const Preset preset(question, value, fallback);
+    std::string answer;
+    const bool answered = ask(preset.prompt, answer, echoedLimit(size), Completion::kDirectories);
+    if (answer.empty() || answer == preset.text) {
+        answer = preset.text;
+    } else if (environment_ != nullptr && isAtTerminal()) {
+        answer = typedDirectory(answer, *environment_);
     }
-    if (answered && answer.empty()) {
-        answer = preset;
-    }
-    OUtils::copyText(buffer, answer.c_str(), size);
+    return giveAnswer(answered, answer, buffer, size);
+}
+
+int User::giveAnswer(bool answered, const std::string& answer, char* buffer, int size) {
+    OUtils::copyText(buffer, answered ? answer.c_str() : "", size);
     return answered && !interrupted_ ? 1 : 0;
+}
+
+bool User::isAtTerminal() {
+    return terminal_.isInputTerminal() && terminal_.isOutputTerminal();
 }
 
 int User::askChoice(const char* question, int defaultIndex, std::string_view first, std::string_view second,
                     bool caseSensitive, bool prefixMatch) {
     const std::string again = words_().text("AskChoiceAgain", {first, second}) + ": ";
-    terminal_.write(choicePrompt(words_(), viewOf(question), defaultIndex, first, second));
+    std::string prompt = choicePrompt(words_(), viewOf(question), defaultIndex, first, second);
     std::string line;
-    while (readLine(line, kChoiceLineLimit)) {
+    while (ask(prompt, line, kChoiceLineLimit)) {
         if (line.empty() && (defaultIndex == 0 || defaultIndex == 1)) {
             return defaultIndex;
         }
@@ -196,7 +260,7 @@ int User::askChoice(const char* question, int defaultIndex, std::string_view fir
         if (isFirst != isSecond) {
             return isFirst ? 0 : 1;
         }
-        terminal_.write(again);
+        prompt = again;
     }
     return -1;
 }
@@ -212,9 +276,9 @@ int User::askList(const char* question, int defaultIndex, const std::vector<std:
         terminal_.flush();
         return -1;
     }
+    const std::string prompt = listPrompt(words_(), items.size(), defaultIndex);
     std::string line;
-    terminal_.write(listPrompt(words_(), items.size(), defaultIndex));
-    while (readLine(line, kListLineLimit)) {
+    while (ask(prompt, line, kListLineLimit)) {
         const int choice = parseDecimal(line).value_or(0);
         if (line.empty() && defaultIndex >= 0) {
             return defaultIndex;
@@ -225,7 +289,6 @@ int User::askList(const char* question, int defaultIndex, const std::vector<std:
         if (!line.empty()) {
             terminal_.write(refusal(words_(), choice, count));
         }
-        terminal_.write(listPrompt(words_(), items.size(), defaultIndex));
     }
     return -1;
 }
@@ -239,6 +302,20 @@ void User::pause(std::string_view text) {
     terminal_.write(text);
     std::string ignored;
     readLine(ignored, kPauseLineLimit);
+}
+
+PageTurn User::turnPage(std::string_view text) {
+    if (!isAtTerminal()) {
+        return InputProvider::turnPage(text);
+    }
+    const platform::UnechoedInput unechoed(terminal_);
+    terminal_.write(std::string(text) + " " + words_().text("PageKeys"));
+    std::optional<PageTurn> turn;
+    for (int key = 0; !turn && canAsk() && takeRead(terminal_.readKey(key));) {
+        turn = pageTurnOf(key);
+    }
+    terminal_.write("\n");
+    return turn.value_or(PageTurn::kEnd);
 }
 
 int User::finish(bool) {

@@ -379,4 +379,98 @@ TEST_F(TerminalConsoleTest, AStoppedProcessHasGivenTheSettingsBack) {
     EXPECT_TRUE(hasEcho());
 }
 
+// A line edited on a thread of its own, at a terminal that can move its cursor.
+class EditedLineTest : public TerminalConsoleTest {
+protected:
+    void SetUp() override {
+        setenv("TERM", "xterm", 1);
+        TerminalConsoleTest::SetUp();
+    }
+
+    // Types as soon as the editor has the terminal; the line, or "?" where none came.
+    std::string editing(const std::string& keys,
+                        platform::LineCompletion completion = platform::LineCompletion::kNone,
+                        std::size_t maxBytes = 1000) {
+        std::string line = "stale";
+        std::optional<ReadStatus> status;
+        std::thread reader([&] { status = console_->editLine("Name: ", completion, line, maxBytes); });
+        while (hasEcho()) {
+            std::this_thread::yield();
+        }
+        type(keys);
+        reader.join();
+        EXPECT_TRUE(hasEcho());
+        return status == ReadStatus::kLine ? line : "?";
+    }
+};
+
+constexpr const char* kLeft = "\x1B[D";
+constexpr const char* kUp = "\x1B[A";
+
+TEST_F(EditedLineTest, CursorKeysChangeTheLineAndNeverEndUpInIt) {
+    EXPECT_EQ(editing(std::string("ac") + kLeft + "b\n"), "abc");
+    EXPECT_NE(seen().find("Name: "), std::string::npos);
+}
+
+TEST_F(EditedLineTest, TakesCharactersOfAnyLanguage) {
+    EXPECT_EQ(editing(std::string("gr\xC3\xB6\xC3\x9F") + kLeft + kLeft + "\x7F" + "\n"),
+              "g\xC3\xB6\xC3\x9F");
+    EXPECT_EQ(editing("\xE6\x97\xA5\n"), "\xE6\x97\xA5");
+}
+
+TEST_F(EditedLineTest, RemembersTheLinesBefore) {
+    EXPECT_EQ(editing("first\n"), "first");
+    EXPECT_EQ(editing("second\n"), "second");
+    EXPECT_EQ(editing(std::string(kUp) + kUp + "!\n"), "first!");
+}
+
+TEST_F(EditedLineTest, CutsALineThatIsTooLong) {
+    EXPECT_EQ(editing("abcdef\n", platform::LineCompletion::kNone, 3), "abc");
+}
+
+TEST_F(EditedLineTest, ATabCompletesADirectoryWhereOneIsAskedFor) {
+    EXPECT_EQ(editing("/us\t\n", platform::LineCompletion::kDirectories), "/usr/");
+    EXPECT_EQ(editing("a\tb\n"), "a\tb");
+}
+
+TEST_F(EditedLineTest, TheEndKeyEndsTheInput) {
+    std::string line;
+    EXPECT_EQ(editing("\x04"), "?");
+}
+
+TEST_F(EditedLineTest, AnInterruptGivesTheSettingsBack) {
+    std::string line;
+    std::optional<ReadStatus> status;
+    std::thread reader(
+        [&] { status = console_->editLine("Name: ", platform::LineCompletion::kNone, line, 100); });
+    while (hasEcho()) {
+        std::this_thread::yield();
+    }
+    console_->interruptInput();
+    reader.join();
+    EXPECT_EQ(status, ReadStatus::kInterrupted);
+    EXPECT_EQ(line, "");
+    EXPECT_TRUE(hasEcho());
+}
+
+TEST_F(EditedLineTest, IsNotForTerminalsThatCannotMoveTheirCursor) {
+    std::string line;
+    setenv("TERM", "dumb", 1);
+    EXPECT_EQ(console_->editLine("Name: ", platform::LineCompletion::kNone, line, 100), std::nullopt);
+    unsetenv("TERM");
+    EXPECT_EQ(console_->editLine("Name: ", platform::LineCompletion::kNone, line, 100), std::nullopt);
+}
+
+TEST_F(EditedLineTest, NeedsTheStartOfALine) {
+    std::string line;
+    console_->write("something: ");
+    EXPECT_EQ(console_->editLine("Name: ", platform::LineCompletion::kNone, line, 100), std::nullopt);
+}
+
+TEST_F(PipedConsoleTest, HasNothingToEditALineWith) {
+    std::string line;
+    EXPECT_EQ(console_->editLine("Name: ", platform::LineCompletion::kNone, line, 100), std::nullopt);
+    EXPECT_EQ(printed(), "");
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,7 @@ struct PagerTest : testing::Test {
     MemoryConsoleDevice terminal;
     bool cancelled = false;
     int pauses = 0;
+    std::deque<PageTurn> turns;  // then the next page each time
     std::function<void()> duringPause;
 
     std::string print(const std::string& text, bool quiet = false) {
@@ -26,6 +28,12 @@ struct PagerTest : testing::Test {
                 if (duringPause) {
                     duringPause();
                 }
+                if (turns.empty()) {
+                    return PageTurn::kNext;
+                }
+                const PageTurn turn = turns.front();
+                turns.pop_front();
+                return turn;
             },
             [this] { return cancelled; });
         pager.print(text);
@@ -54,7 +62,11 @@ TEST_F(PagerTest, PrintsTheWholeTextInAWindowOfTwoRows) {
 TEST_F(PagerTest, AsksInOtherWords) {
     open(3);
     Pager pager(
-        terminal, false, [this](std::string_view question) { terminal.output += question; },
+        terminal, false,
+        [this](std::string_view question) {
+            terminal.output += question;
+            return PageTurn::kNext;
+        },
         [] { return false; });
     pager.setQuestion("weiter?");
     pager.print("a\nb\n");
@@ -75,6 +87,33 @@ TEST_F(PagerTest, DecidesAboutTheClosingPauseByTheCountOfBytes) {
     EXPECT_EQ(print("abc"), "abc");
     terminal.output.clear();
     EXPECT_EQ(print("a\nb\n"), "a\nb\n" + kNextPage + kNextPage);
+}
+
+TEST_F(PagerTest, GoesBackByOnePage) {
+    open(4);
+    turns = {PageTurn::kNext, PageTurn::kBack, PageTurn::kNext};
+    EXPECT_EQ(print("a\nb\nc\nd\ne"), "a\nb\n" + kNextPage + "c\nd\n" + kNextPage + "a\nb\n" + kNextPage +
+                                          "c\nd\n" + kNextPage + "e");
+}
+
+TEST_F(PagerTest, ShowsTheFirstPageAgainWhereNoneIsBeforeIt) {
+    open(4);
+    turns = {PageTurn::kBack};
+    EXPECT_EQ(print("a\nb\nc"), "a\nb\n" + kNextPage + "a\nb\n" + kNextPage + "c");
+}
+
+TEST_F(PagerTest, GoesToTheEndWithoutAnotherPause) {
+    open(4);
+    turns = {PageTurn::kEnd};
+    EXPECT_EQ(print("a\nb\nc\nd\ne\nf"), "a\nb\n" + kNextPage + "c\nd\ne\nf");
+    EXPECT_EQ(pauses, 1);
+}
+
+TEST_F(PagerTest, LosesNothingWhenTheWindowGoesAwayOnTheWayBack) {
+    open(3);
+    turns = {PageTurn::kBack};
+    duringPause = [this] { terminal.columns = 0; };
+    EXPECT_EQ(print("a\nb\n"), "a\n" + kNextPage + "a\nb\n");
 }
 
 TEST_F(PagerTest, NeverStopsAQuietRun) {

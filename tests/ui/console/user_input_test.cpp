@@ -7,6 +7,7 @@
 
 #include "description/pxml.h"
 #include "platform/memory/memory_console_device.h"
+#include "platform/memory/memory_environment.h"
 
 namespace {
 
@@ -54,6 +55,51 @@ TEST_F(UserInput, AsksInTheWordsOfTheDescription) {
               "Sure? {[yes]/no}: yes? no?: "
               "Which?\n  1) one\n  2) two\n  3) three\n1 bis 3: Zahl!\n1 bis 3: 2 nicht\n1 bis 3: "
               "Done\nweiter");
+}
+
+TEST_F(UserInput, TurnsPagesByOneKeyAtATerminal) {
+    terminal.inputIsTerminal = true;
+    terminal.columns = 80;
+    type("x\x1B[6e");
+    EXPECT_EQ(user.turnPage("more?"), PageTurn::kEnd);
+    EXPECT_EQ(terminal.output, "more? (b goes back, e to the end)\n");
+    EXPECT_EQ(terminal.output, terminal.writtenUnechoed);
+    EXPECT_TRUE(terminal.echo);
+    type("b\n\r ");
+    EXPECT_EQ(user.turnPage(""), PageTurn::kBack);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(user.turnPage(""), PageTurn::kNext);
+    }
+}
+
+TEST_F(UserInput, TurnsPagesByLinesElsewhere) {
+    terminal.lines = {"b"};
+    EXPECT_EQ(user.turnPage("more?"), PageTurn::kNext);
+    EXPECT_EQ(terminal.output, "more?");
+}
+
+TEST_F(UserInput, LosesTheDialogueWhereNoKeyComesAnyMore) {
+    terminal.inputIsTerminal = true;
+    terminal.columns = 80;
+    EXPECT_EQ(user.turnPage("more?"), PageTurn::kEnd);
+    EXPECT_EQ(losses, std::vector{DialogueLoss::kInputEnded});
+}
+
+TEST_F(UserInput, UnderstandsDirectoriesAsPeopleTypeThem) {
+    MemoryEnvironment environment;
+    environment.set("HOME", "/home/ann");
+    user.understandDirectories(environment);
+    terminal.lines = {"~/x", "~/x", "~", ""};
+    const auto ask = [this](const char* value) {
+        EXPECT_EQ(user.askDirectory("Where", buffer, sizeof buffer, value, ""), 1);
+        return std::string(buffer);
+    };
+    EXPECT_EQ(ask("/opt"), "~/x");  // a script's answer is taken as it stands
+    terminal.inputIsTerminal = true;
+    terminal.columns = 80;
+    EXPECT_EQ(ask("/opt"), "/home/ann\\x");
+    EXPECT_EQ(ask("~"), "~");  // what was offered
+    EXPECT_EQ(ask("/opt"), "/opt");
 }
 
 TEST_F(UserInput, OffersTheValueOfAText) {
