@@ -21,6 +21,7 @@ LINE_BLANKS = re.compile(r" +(?=\n)")
 # How a program clears a line; how lines end.
 BLANKED = re.compile(r"\r {78}(?=\r)")
 LINE_END = re.compile(r"\r*\n")
+LEFT, END, DELETE = b"\x1b[D", b"\x1b[F", b"\x1b[3~"
 INTERRUPT, SUSPEND, END_OF_INPUT, QUIT = b"\x03", b"\x1a", b"\x04", b"\x1c"
 
 

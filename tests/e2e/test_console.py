@@ -8,7 +8,7 @@ import unittest
 
 from descriptions import description
 from harness import EXE, WINDOWS, EndToEndTest, main
-from terminal import INTERRUPT, QUIT, SUSPEND
+from terminal import DELETE, END, INTERRUPT, LEFT, QUIT, SUSPEND
 
 BANNER = "*******************************\n* Tandrel Group installer     *\n*******************************\n"
 ABORTING = "\n[CTRL-C] Aborting installation...\n"
@@ -98,6 +98,56 @@ class Prompts(ConsoleTest):
         answers = self.read_text("opt/answers.txt")
         self.assertTrue(answers.endswith("extra=1\nkind=2\nowner=Ada Lovelace\nsecret=sesame\n"), answers)
 
+    def test_cursor_keys_edit_an_answer_and_never_end_up_in_it(self):
+        self.build(ASK_SECRET)
+        terminal = self.start()
+        terminal.expect("Secret:")
+        terminal.type("\r")
+        terminal.expect("Owner [nobody]:")
+        for key in ("A", "a", LEFT, "d", END, "!", LEFT, DELETE, "\r"):
+            terminal.type(key)
+        self.assertEqual(terminal.rest()[0], 0)
+        self.assertIn("owner=Ada\n", self.read_text("opt/answers.txt"))
+
+    @unittest.skipIf(WINDOWS, "the console of Windows completes nothing")
+    def test_a_directory_is_completed_and_understood_as_people_type_it(self):
+        self.build(ASK)
+        home = self.host("home")
+        (home / "my programs").mkdir(parents=True)
+        terminal = self.start(env={"HOME": str(home)})
+        terminal.expect(f"Where to [{self.dir}]:")
+        terminal.type("~/my\t")
+        terminal.expect("programs/")
+        terminal.type("sub/../here\r")
+        for question in ("(no or yes): ", "[1-3]: ", "]:", "Secret:"):
+            terminal.expect(question)
+            terminal.type({"(no or yes): ": "no", "[1-3]: ": "1"}.get(question, "") + "\r")
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertTrue((home / "my programs" / "here").is_dir())
+
+    @unittest.skipIf(WINDOWS, "this key suspends the program under Wine")
+    def test_the_key_that_suspends_works_while_an_answer_is_edited(self):
+        self.build(ASK_SECRET)
+        shell = ["bash", "--norc", "-c", 'set -m; "$@"; echo "[stopped]"; read -r line; fg >/dev/null; echo "[$line]"',
+                 "bash"]
+        self.machine.direct_command = lambda program: shell + [str(program)]
+        terminal = self.start()
+        terminal.expect("Secret:")
+        terminal.type("\r")
+        terminal.expect("Owner [nobody]:")
+        terminal.type("Ad")
+        terminal.expect("Ad")
+        terminal.type(SUSPEND)
+        terminal.expect("[stopped]\n")
+        self.assertTrue(terminal.has_echo())
+        terminal.type("visible\r")
+        self.wait_until(lambda: not terminal.has_echo())
+        terminal.type("a\r")
+        terminal.expect("It worked.")
+        self.assertEqual(terminal.rest()[0], 0)
+        self.assertIn("owner=Ada\n", self.read_text("opt/answers.txt"))
+
     def test_the_question_is_repeated_after_an_invalid_answer(self):
         self.build(ASK)
         terminal = self.start()
@@ -147,10 +197,10 @@ class Prompts(ConsoleTest):
         terminal.expect("Secret:")
         terminal.type(b"sesame" + SUSPEND)
         terminal.expect("Owner [nobody]:")
-        self.assertTrue(terminal.has_echo())
-        terminal.type("\r")
+        terminal.type("Ada\r")
+        terminal.expect("Ada\n")
         self.assertEqual(terminal.rest()[0], 0)
-        self.assertIn("secret=sesame\n", self.read_text("opt/answers.txt"))
+        self.assertIn("owner=Ada\nsecret=sesame\n", self.read_text("opt/answers.txt"))
         self.assertNotIn("sesame", terminal.text())
 
 
@@ -206,8 +256,8 @@ class Signals(ConsoleTest):
         self.wait_until(lambda: not terminal.has_echo())
         terminal.type("sesame\r")
         terminal.expect("Owner [nobody]:")
-        self.assertTrue(terminal.has_echo())
-        terminal.type("\r")
+        terminal.type("Ada\r")
+        terminal.expect("Ada\n")
         terminal.expect("It worked.")
         code, _ = terminal.rest()
         self.assertEqual(code, 0)

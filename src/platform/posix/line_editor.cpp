@@ -2,7 +2,6 @@
 
 #include <locale.h>
 #include <unistd.h>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -127,10 +126,8 @@ private:
         EditLine* const editor = editor_.get();
         el_set(editor, EL_ADDFN, "complete-directory", "Completes the name of a directory",
                &EditedLine::complete);
-        el_set(editor, EL_ADDFN, "suspend", "Stops the program", &EditedLine::suspend);
         const bool completes = completion == LineCompletion::kDirectories;
         el_set(editor, EL_BIND, "^I", completes ? "complete-directory" : "ed-insert", nullptr);
-        el_set(editor, EL_BIND, "^Z", "suspend", nullptr);
         el_set(editor, EL_BIND, "\\e[3~", "ed-delete-next-char", nullptr);
         el_set(editor, EL_BIND, "\\e[1~", "ed-move-to-beg", nullptr);
         el_set(editor, EL_BIND, "\\e[4~", "ed-move-to-end", nullptr);
@@ -168,11 +165,6 @@ private:
         for (const std::string& name : completion.names) {
             std::fprintf(out, "%s\n", name.data());
         }
-        return CC_REDISPLAY;
-    }
-
-    static unsigned char suspend(EditLine*, int) {
-        ::kill(getpid(), SIGTSTP);
         return CC_REDISPLAY;
     }
 

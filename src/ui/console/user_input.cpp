@@ -8,6 +8,7 @@
 #include "base/text_functions.h"
 #include "ui/console/decimal_text.h"
 #include "ui/console/typed_directory.h"
+#include "ui/field_values.h"
 
 namespace {
 
@@ -229,10 +230,10 @@ int User::askDirectory(const char* question, char* buffer, int size, const char*
     const Preset preset(question, value, fallback);
     std::string answer;
     const bool answered = ask(preset.prompt, answer, echoedLimit(size), Completion::kDirectories);
-    if (answer.empty() || answer == preset.text) {
+    if (answer.empty()) {
         answer = preset.text;
-    } else if (environment_ != nullptr && isAtTerminal()) {
-        answer = typedDirectory(answer, *environment_);
+    } else if (answer != preset.text && environment_ != nullptr && isAtTerminal()) {
+        answer = typedDirectory(trimmedAnswer(answer), *environment_);
     }
     return giveAnswer(answered, answer, buffer, size);
 }

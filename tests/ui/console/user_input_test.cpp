@@ -89,7 +89,7 @@ TEST_F(UserInput, UnderstandsDirectoriesAsPeopleTypeThem) {
     MemoryEnvironment environment;
     environment.set("HOME", "/home/ann");
     user.understandDirectories(environment);
-    terminal.lines = {"~/x", "~/x", "~", ""};
+    terminal.lines = {"~/x", " ~/x\t", "~", ""};
     const auto ask = [this](const char* value) {
         EXPECT_EQ(user.askDirectory("Where", buffer, sizeof buffer, value, ""), 1);
         return std::string(buffer);
