@@ -69,6 +69,8 @@ public:
     virtual void pumpEvents() = 0;
     virtual void setCurrentProgress(int percent) = 0;
     virtual void setOverallProgress(int percent) = 0;
+    // So much of the file whose path is the status text has been written.
+    virtual void setFileProgress(std::int64_t, std::int64_t) {}
     virtual void setStatusText(const char* text) = 0;
     // Like pumpEvents, for the loop that copies files.
     virtual int pumpEventsWhileCopying() = 0;

@@ -73,7 +73,7 @@ int DiskFiles::writeContent(PFileStream& stream, std::string_view content, std::
     while (outWritten < content.size()) {
         const std::string_view part = content.substr(outWritten, kBytesPerLook);
         if (outWritten > 0) {
-            report_.pumpEventsWhileCopying();
+            report_.setFileProgress(outWritten, static_cast<std::int64_t>(content.size()));
         }
         std::uint32_t done = 0;
         const int status = stream.write(part.data(), static_cast<std::uint32_t>(part.size()), done);

@@ -45,6 +45,13 @@ void Report::setProgress(int percent) {
     }
 }
 
+void Report::setFileProgress(std::int64_t done, std::int64_t total) {
+    if (ui_ != nullptr) {
+        ui_->setFileProgress(done, total);
+        ui_->pumpEventsWhileCopying();
+    }
+}
+
 void Report::beginStage(JobStage stage) {
     if (overall_ != nullptr) {
         overall_->begin(stage);

@@ -36,6 +36,8 @@ public:
     // The description's words; null for the default ones. They outlive this object.
     void setWords(const WizardWords* words) { words_ = words; }
     void setProgress(int percent);
+    // Of the file that is being written, in bytes. Has the front end handle events as well.
+    void setFileProgress(std::int64_t done, std::int64_t total);
     // The progress of the whole job, if anybody looks at it; null at first, and outlives this object.
     // setProgress gives it the share of the present stage.
     void setOverall(OverallProgress* overall) { overall_ = overall; }

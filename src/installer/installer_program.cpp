@@ -22,6 +22,7 @@
 #include "platform/program.h"
 #include "support/utilities.h"
 #include "ui/console/console_ui.h"
+#include "ui/console/progress_line.h"
 #include "ui/graphical_front_ends.h"
 #include "wini/uninstaller_events.h"
 #include "wini/wini.h"
@@ -194,6 +195,14 @@ int InstallerProgram::install() {
     return exitCodeOf(result, 0);
 }
 
+// Nothing where the console isn't what the user looks at.
+ByteProgress InstallerProgram::progressOn(ProgressLine& line) const {
+    if (options_.gui != 0 || options_.quiet != 0) {
+        return {};
+    }
+    return [&line](std::int64_t done, std::int64_t total) { line.show(done, total); };
+}
+
 int InstallerProgram::loadOwnPackage() {
     const std::uint32_t offset = readStampedPackageOffset();
     std::string path;
@@ -204,8 +213,11 @@ int InstallerProgram::loadOwnPackage() {
     }
     debugLog_.line("Initializing with file=\"" + path +
                    "\", offset=" + std::to_string(static_cast<std::int32_t>(offset)));
+    ProgressLine line(platform_.console);
+    const ByteProgress progress = progressOn(line);
     if (!isPackageWhole_) {
-        isPackageWhole_ = verifyInstallerChecksum(path, platform_.files);
+        line.begin("Checking the package");
+        isPackageWhole_ = verifyInstallerChecksum(path, platform_.files, progress);
     }
     if (!*isPackageWhole_) {
         showError(
@@ -215,7 +227,10 @@ int InstallerProgram::loadOwnPackage() {
         return kFailed;
     }
     debugLog_.line("Checksum successfuly verified");
+    line.begin("Unpacking the package");
+    wini_->showLoadingOn(progress);
     const int result = wini_->loadCabinet(path.c_str(), offset, options_.sessionFlags);
+    wini_->showLoadingOn({});
     if (result != 0) {
         note("The installation can't start: " + path + ": " + wini_->loadError());
     }

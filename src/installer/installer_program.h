@@ -10,6 +10,7 @@
 #include "installer/run_options.h"
 #include "installer/start_messages.h"
 #include "session/command_line_parameters.h"
+#include "support/byte_progress.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
 #include "wini/nested_sessions.h"
@@ -17,6 +18,7 @@
 
 class GenericUI;
 class GraphicalFrontEnds;
+class ProgressLine;
 class Wini;
 
 namespace platform {
@@ -49,6 +51,7 @@ private:
     int relaunch();
     int install();
     int loadOwnPackage();
+    ByteProgress progressOn(ProgressLine& line) const;
     int loadBinFile();
     int runInstallation();
     bool openConsoleDialogue();

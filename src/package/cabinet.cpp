@@ -181,6 +181,7 @@ LoadResult Cabinet::expand(SolidBlock& package, std::size_t& outPosition) {
     }
     isSolid_ = true;
     outPosition = 0;
+    decompressor->showOn(progress_);
     const SolidResult result = decompressor->decompress(stream, size, block_);
     if (result != SolidResult::kDone) {
         debugLog_.print("ERROR: The solid decompressor failed decompressing the data (%d)!",

@@ -66,6 +66,9 @@ public:
     Cabinet(const Cabinet&) = delete;
     Cabinet& operator=(const Cabinet&) = delete;
 
+    // Gets the bytes that loading has expanded.
+    void showLoadingOn(ByteProgress progress) { progress_ = std::move(progress); }
+
     // Forgets an earlier cabinet and loads the one whose lead block is at byte `offset` of the file. After a
     // failure the cabinet is empty. For a moment both the compressed and the expanded cabinet are in memory.
     LoadResult load(std::string_view path, std::int64_t offset);
@@ -104,6 +107,7 @@ private:
 
     platform::FileSystem& files_;
     DebugLog debugLog_;
+    ByteProgress progress_;
     SolidBlock block_;
     bool isSolid_ = false;
     int systemStatus_ = 0;

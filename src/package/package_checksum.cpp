@@ -67,16 +67,19 @@ std::optional<Trailer> readTrailer(PFileStream& stream) {
     return findTrailer(tail, fileSize);
 }
 
-bool hashBytes(PFileStream& stream, std::int64_t length, Md5Digest& outDigest) {
+bool hashBytes(PFileStream& stream, std::int64_t length, Md5Digest& outDigest, const ByteProgress& progress) {
     const auto block = std::make_unique<unsigned char[]>(kBlockSize);
     Md5 md5;
-    while (length > 0) {
-        const auto size = static_cast<std::uint32_t>(std::min<std::int64_t>(length, kBlockSize));
+    for (std::int64_t done = 0; done < length;) {
+        const auto size = static_cast<std::uint32_t>(std::min<std::int64_t>(length - done, kBlockSize));
         if (!readExactly(stream, block.get(), size)) {
             return false;
         }
         md5.update(block.get(), size);
-        length -= size;
+        done += size;
+        if (progress) {
+            progress(done, length);
+        }
     }
     outDigest = md5.finish();
     return true;
@@ -127,7 +130,8 @@ int appendBytes(std::string_view path, std::string_view bytes, platform::FileSys
 
 }  // namespace
 
-bool verifyInstallerChecksum(std::string_view path, platform::FileSystem& files) {
+bool verifyInstallerChecksum(std::string_view path, platform::FileSystem& files,
+                             const ByteProgress& progress) {
     storeSigningMark();
     PFileStream stream(files);
     if (openForHashing(stream, path) != 0) {
@@ -139,7 +143,7 @@ bool verifyInstallerChecksum(std::string_view path, platform::FileSystem& files)
     }
     const std::int64_t length = trailer->position - trailer->start;
     Md5Digest computed;
-    if (length < 1 || stream.seek(trailer->start) != 0 || !hashBytes(stream, length, computed)) {
+    if (length < 1 || stream.seek(trailer->start) != 0 || !hashBytes(stream, length, computed, progress)) {
         return false;
     }
     // The stream is at the tag now, which is compared once more in case the file has changed.

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "support/byte_progress.h"
 #include "support/p_file_stream.h"
 
 // The checksum trailer after the payload of a package. package_layout.md describes its form.
@@ -12,7 +13,8 @@ enum class ChecksumVersion {
 };
 
 // True when the last trailer within the file's last 20,000 bytes is valid. Reads the whole file once.
-bool verifyInstallerChecksum(std::string_view path, platform::FileSystem& files);
+bool verifyInstallerChecksum(std::string_view path, platform::FileSystem& files,
+                             const ByteProgress& progress = {});
 
 // Appends a trailer to the file. Returns 0 or the error number of the call that failed.
 int appendInstallerChecksum(std::string_view path, ChecksumVersion version, platform::FileSystem& files);

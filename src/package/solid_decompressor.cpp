@@ -75,7 +75,7 @@ SolidResult StripedSolidDecompressor::decompress(const unsigned char* data, std:
         result = allocate(total, block);
     }
     if (result == SolidResult::kDone) {
-        result = expandChunks(cursor, chunks, block.data.get());
+        result = expandChunks(cursor, chunks, block);
     }
     if (result == SolidResult::kDone) {
         outBlock = std::move(block);
@@ -175,13 +175,19 @@ SolidResult StripedSolidDecompressor::allocate(std::int64_t total, SolidBlock& o
 }
 
 SolidResult StripedSolidDecompressor::expandChunks(SolidDataCursor& cursor, const Chunks& chunks,
-                                                   unsigned char* output) {
+                                                   const SolidBlock& output) {
     const int count = static_cast<int>(chunks.size());
     debugLog_.print("Decompressor: Starting decompression ... (%d chunks)", count);
+    std::int64_t expanded = 0;
     for (int i = 0; i < count; ++i) {
-        const SolidResult result = expandChunk(cursor, chunks[static_cast<std::size_t>(i)], i, output);
+        const SolidChunk& chunk = chunks[static_cast<std::size_t>(i)];
+        const SolidResult result = expandChunk(cursor, chunk, i, output.data.get());
         if (result != SolidResult::kDone) {
             return result;
+        }
+        expanded += chunk.uncompressedSize;
+        if (progress()) {
+            progress()(expanded, output.size);
         }
     }
     return SolidResult::kDone;

@@ -4,10 +4,12 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "package/solid_data_cursor.h"
 #include "package/solid_format.h"
+#include "support/byte_progress.h"
 #include "support/debug_log.h"
 
 // The results of SolidDecompressor::decompress. The numbers appear in the debug log, and loading a package
@@ -42,6 +44,15 @@ public:
     // Expands the stream in `data`, which may be longer than the stream. After a failure `outBlock` is empty.
     // Uses no thread but the caller's.
     virtual SolidResult decompress(const unsigned char* data, std::int64_t size, SolidBlock& outBlock) = 0;
+
+    // Gets the bytes that were expanded.
+    void showOn(ByteProgress progress) { progress_ = std::move(progress); }
+
+protected:
+    const ByteProgress& progress() const { return progress_; }
+
+private:
+    ByteProgress progress_;
 };
 
 // Walks the chunks of a stream. Everything that the header says is checked before the first byte is expanded.
@@ -66,7 +77,7 @@ private:
     SolidResult checkChunk(const Chunks& chunks, int index);
     SolidResult checkCoverage(const Chunks& chunks, std::int64_t& outTotal);
     SolidResult allocate(std::int64_t total, SolidBlock& outBlock);
-    SolidResult expandChunks(SolidDataCursor& cursor, const Chunks& chunks, unsigned char* output);
+    SolidResult expandChunks(SolidDataCursor& cursor, const Chunks& chunks, const SolidBlock& output);
     SolidResult expandChunk(SolidDataCursor& cursor, const SolidChunk& chunk, int index,
                             unsigned char* output);
     void reportUncompressFailure(const SolidChunk& chunk, int index, int code);

@@ -41,6 +41,8 @@ public:
     // 0 or -1. Otherwise it is a package, whose cabinet begins at `offset`: a Cabinet::LoadResult or a code
     // of the decompressor. Failures are logged.
     int loadCabinet(const char* path, std::int64_t offset, std::uint32_t flags);
+    // Gets the bytes of the package that loadCabinet has expanded.
+    void showLoadingOn(ByteProgress progress) { cabinet.showLoadingOn(std::move(progress)); }
     // Why the last loadCabinet failed, for the user.
     const std::string& loadError() const { return loadError_; }
     // Results of `run` besides those of the front end. They are exit codes of the program, too.

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "base/path_functions.h"
 #include "base/shared_buffer.h"
 #include "base/text_columns.h"
 #include "base/visible_text.h"
@@ -59,7 +60,8 @@ ConsoleUI::ConsoleUI(bool uninstall, bool ignoreErrors, bool quiet, platform::Co
       debugLog_(debugLog),
       pager_(
           terminal, quiet, [this](std::string_view text) { return turnPage(text); },
-          [this] { return isCancelled(); }) {}
+          [this] { return isCancelled(); }),
+      fileProgress_(terminal) {}
 
 ConsoleUI::~ConsoleUI() = default;
 
@@ -347,8 +349,15 @@ void ConsoleUI::setStatusText(const char* text) {
         line.remove_suffix(1);
     }
     statusText_ = line.substr(0, kStatusTextLimit);
+    fileProgress_.begin(OUtils::lastPathComponent(statusText_));
     if (!statusActive_) {
         printLine(statusText_);
+    }
+}
+
+void ConsoleUI::setFileProgress(std::int64_t done, std::int64_t total) {
+    if (!quiet_) {
+        fileProgress_.show(done, total);
     }
 }
 
@@ -360,6 +369,7 @@ void ConsoleUI::addFileLine(const char* text, bool) {
 
 // What was written before shows before it, where both streams lead to one screen.
 void ConsoleUI::addMessage(std::string_view text) {
+    fileProgress_.end();
     terminal().flush();
     terminal().writeError(std::string(text) + "\n");
 }
@@ -433,6 +443,7 @@ void ConsoleUI::blankLine() {
 }
 
 void ConsoleUI::printLine(std::string_view text) {
+    fileProgress_.end();
     terminal().write(std::string(text) + "\n");
     terminal().flush();
 }

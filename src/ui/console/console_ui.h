@@ -8,6 +8,7 @@
 
 #include "support/debug_log.h"
 #include "ui/console/pager.h"
+#include "ui/console/progress_line.h"
 #include "ui/console/user_input.h"
 #include "ui/generic_ui.h"
 
@@ -51,6 +52,8 @@ public:
     void enableDisableable(bool) override {}
     void pumpEvents() override {}
     void setCurrentProgress(int percent) override { currentProgress_ = percent; }
+    // At a terminal a line while a large file is written, and nothing in a quiet run.
+    void setFileProgress(std::int64_t done, std::int64_t total) override;
     // Status lines are no longer printed until the line is blanked.
     void setOverallProgress(int percent) override;
     // One line feed at the end is cut; null counts as empty.
@@ -110,6 +113,7 @@ private:
     int overallProgress_ = 0;
     std::string statusText_;
     Pager pager_;
+    ProgressLine fileProgress_;
 
     int lastDialog_ = -1;
     int lastSub_ = -1;
