@@ -222,7 +222,11 @@ int User::askText(const char* question, char* buffer, int size, const char* valu
     const bool answered = echo
                               ? ask(preset.prompt, answer, echoedLimit(size))
                               : askHidden(preset.prompt, answer, static_cast<std::size_t>(std::max(size, 1)));
-    return giveAnswer(answered, answer.empty() ? preset.text : answer, buffer, size);
+    if (answered && answer.empty()) {
+        answer = preset.text;
+    }
+    OUtils::copyText(buffer, answer.data(), size);
+    return answered && !interrupted_ ? 1 : 0;
 }
 
 int User::askDirectory(const char* question, char* buffer, int size, const char* value,
@@ -230,16 +234,12 @@ int User::askDirectory(const char* question, char* buffer, int size, const char*
     const Preset preset(question, value, fallback);
     std::string answer;
     const bool answered = ask(preset.prompt, answer, echoedLimit(size), Completion::kDirectories);
-    if (answer.empty()) {
+    if (answered && answer.empty()) {
         answer = preset.text;
-    } else if (answer != preset.text && environment_ != nullptr && isAtTerminal()) {
+    } else if (answered && answer != preset.text && environment_ != nullptr && isAtTerminal()) {
         answer = typedDirectory(trimmedAnswer(answer), *environment_);
     }
-    return giveAnswer(answered, answer, buffer, size);
-}
-
-int User::giveAnswer(bool answered, const std::string& answer, char* buffer, int size) {
-    OUtils::copyText(buffer, answered ? answer.c_str() : "", size);
+    OUtils::copyText(buffer, answer.data(), size);
     return answered && !interrupted_ ? 1 : 0;
 }
 

@@ -57,7 +57,6 @@ private:
              Completion completion = Completion::kNone);
     bool takeRead(platform::ReadStatus status);
     bool readLine(std::string& outLine, std::size_t maxBytes);
-    int giveAnswer(bool answered, const std::string& answer, char* buffer, int size);
     bool isAtTerminal();
     bool askHidden(const std::string& prompt, std::string& outText, std::size_t maxKeys);
     bool readHidden(std::string& outText, std::size_t maxKeys);
