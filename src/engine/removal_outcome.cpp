@@ -35,8 +35,6 @@ RemovalOutcome outcomeOfLeft(const RecordLook& before, RecordLook& after, const 
         case UndoRule::kRestoresUnchanged:
             return outcomeOfReplaced(before, after, facts);
         case UndoRule::kKeepsChanged:
-            return after.state == PlaceState::kDifferent ? RemovalOutcome::kLeftChanged
-                                                         : RemovalOutcome::kFailed;
         case UndoRule::kRemovesIfUnused:
             return after.state == PlaceState::kDifferent ? RemovalOutcome::kLeftChanged
                                                          : RemovalOutcome::kFailed;

@@ -82,7 +82,7 @@ std::optional<std::string> ReceiptFile::problemOf(const std::string& path, const
 
 std::string ReceiptFile::directoryAmong(const std::unordered_set<std::string>& identities,
                                         const std::string& path, platform::FileSystem& files) {
-    const std::string found = directoryAbove(identities, path);
+    std::string found = directoryAbove(identities, path);
     std::string real;
     if (!found.empty() || files.realPath(parentOf(path), real) != 0) {
         return found;

@@ -1,5 +1,7 @@
 #include "installer/record_list.h"
 
+#include <algorithm>
+
 #include "base/json_text.h"
 #include "base/visible_text.h"
 

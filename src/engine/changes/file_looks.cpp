@@ -1,5 +1,6 @@
 #include "engine/changes/file_looks.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>

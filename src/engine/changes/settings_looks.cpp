@@ -147,7 +147,7 @@ private:
         std::vector<std::string> names;
         registry_.listKeys(root, path, kView, names);
         for (const std::string& name : names) {
-            look.holds.push_back(identityOf(place, path + '\\' + name));
+            look.holds.push_back(identityOf(place, std::string(path).append("\\").append(name)));
         }
     }
 
