@@ -9,7 +9,10 @@ from test_changes import ChangesTest
 from test_uninstall import FAILED
 
 ALL = """
-<Environment><Replace VarName="TANDREL_TEST_HOME">[DIR]</Replace></Environment>
+<Environment>
+ <Replace VarName="TANDREL_TEST_HOME">[DIR]</Replace>
+ <Append VarName="TANDREL_TEST_LIST">one</Append><Insert VarName="TANDREL_TEST_LIST">two</Insert>
+</Environment>
 <IniFiles><Add FileName="[SHARED]/settings.ini" Section="Main" Key="Colour">red</Add></IniFiles>
 <ModifyFiles><File Command="AddAfter" Path="[SHARED]/hosts">[DIR]/script.txt</File></ModifyFiles>
 <Shortcuts><Add Type="File" Dest="[SHARED]" Target="[DIR]/bin/tool">Tool.link</Add></Shortcuts>
@@ -68,6 +71,19 @@ class Verification(ReceiptTest):
         self.install_all()
         of_setup = self.verify(program=self.setup)
         self.assertEqual((of_setup.code, of_setup.out), (0, self.verify().out), of_setup)
+
+    def test_a_product_that_was_installed_twice_is_complete_and_goes_whole(self):
+        self.install_all()
+        again = self.run_program(self.setup, "-auto")
+        self.assertIn("The installation was successful.", again.out, again)
+        result = self.verify()
+        self.assertEqual(result.code, 0, result)
+        result = self.uninstall(self.log, "-receipt=" + self.native("receipts/r.json"),
+                                "-receiptLog=" + self.native(self.log))
+        self.assertEqual(result.code, 0, result)
+        self.assertEqual(self.json_of("receipts/r.json")["summary"],
+                         {"gone": self.json_of("receipts/r.json")["summary"]["gone"], "put back": 1,
+                          "changed and left": 0, "foreign and left": 0, "failed": 0})
 
     def test_what_was_damaged_is_changed_and_what_was_removed_is_missing(self):
         self.install_all()

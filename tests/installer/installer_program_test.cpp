@@ -322,6 +322,19 @@ TEST_F(InstallerProgramTest, AnUninstallationTakesAnInterruptedRunBackAndUninsta
     EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
 }
 
+TEST_F(InstallerProgramTest, TheReceiptIsOfTheLogThatCameBack) {
+    addProduct("");
+    machine_.files.addFile("/app/install.log",
+                           machine_.files.content("/copy.log") + "FILE\tCREATE\t/app/file\r\n");
+    machine_.files.addFile("/app/file", "");
+    removeAsAnInterruptedRun("/app/file");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-receipt=/r.txt", "-receiptLog=/app/install.log"}),
+              0)
+        << machine_.console.errors;
+    EXPECT_TRUE(machine_.files.content("/r.txt").starts_with("uninstallation: 1 gone, "))
+        << machine_.files.content("/r.txt");
+}
+
 TEST_F(InstallerProgramTest, AnUninstallationIsOverWhenTheInterruptedRunWasAllThereWas) {
     addProduct("");
     machine_.files.addFile("/app/file", "mine");
