@@ -38,6 +38,8 @@ RemovalOutcome outcomeOfLeft(const RecordLook& before, RecordLook& after, const 
         case UndoRule::kRemovesIfUnused:
             return after.state == PlaceState::kDifferent ? RemovalOutcome::kLeftChanged
                                                          : RemovalOutcome::kFailed;
+        case UndoRule::kTakesOne:
+            return before.content != after.content ? RemovalOutcome::kGone : RemovalOutcome::kFailed;
         case UndoRule::kRemoves:
             break;
     }
@@ -47,6 +49,7 @@ RemovalOutcome outcomeOfLeft(const RecordLook& before, RecordLook& after, const 
 RemovalOutcome outcomeOf(const RecordLook& before, RecordLook& after, const RemovalFacts& facts) {
     switch (after.state) {
         case PlaceState::kAbsent:
+        case PlaceState::kNotNeeded:
             return RemovalOutcome::kGone;
         case PlaceState::kFormer:
             return RemovalOutcome::kPutBack;

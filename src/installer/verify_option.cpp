@@ -18,6 +18,7 @@ enum State : std::size_t { kComplete, kChanged, kMissing, kUnknown };
 State stateOf(PlaceState place) {
     switch (place) {
         case PlaceState::kAsMade:
+        case PlaceState::kNotNeeded:
             return kComplete;
         case PlaceState::kDifferent:
         case PlaceState::kFormer:

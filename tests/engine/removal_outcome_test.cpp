@@ -103,6 +103,15 @@ TEST_F(RemovalOutcomeTest, AFileWithoutAnEarlierOneIsLeftAsOneOfTheUsers) {
     EXPECT_EQ(after_[0].look.note, "no earlier file was kept");
 }
 
+TEST_F(RemovalOutcomeTest, OfEqualEntriesTheUsersStays) {
+    RecordLook two = lookOf(PlaceState::kAsMade, UndoRule::kTakesOne);
+    two.content = "2";
+    RecordLook one = two;
+    one.content = "1";
+    EXPECT_EQ(outcome(two, one), RemovalOutcome::kGone);
+    EXPECT_EQ(outcome(two, two), RemovalOutcome::kFailed);
+}
+
 TEST_F(RemovalOutcomeTest, LinesThatTheUserChangedAreLeft) {
     const RecordLook changed = lookOf(PlaceState::kDifferent, UndoRule::kKeepsChanged);
     EXPECT_EQ(outcome(changed, changed), RemovalOutcome::kLeftChanged);

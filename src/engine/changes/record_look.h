@@ -17,6 +17,7 @@ enum class PlaceState {
     kFormer,      // the earlier value that the record would bring back
     kOthers,      // what was there before, and isn't the product's (engine/changes/former_state.h)
     kAbsent,      // nothing of the change
+    kNotNeeded,   // the same, and the change would find nothing to do
     kUnreadable,  // it can't be looked at
 };
 
@@ -25,6 +26,7 @@ enum class UndoRule {
     kRemoves,            // it goes, or an earlier value comes back
     kRestoresUnchanged,  // an earlier file comes back in the place of an unchanged one
     kKeepsChanged,       // what a user has changed stays
+    kTakesOne,           // of several equal ones in the place one goes
     kRemovesIfUnused,    // it goes unless it holds something
 };
 
@@ -34,7 +36,8 @@ struct RecordLook {
     PlaceState state = PlaceState::kAbsent;
     UndoRule rule = UndoRule::kRemoves;
     std::string note = {};  // what else is to be said; may be empty
-    // Of kRestoresUnchanged: two looks with the same one found the same content; empty where it isn't known.
+    // Of kRestoresUnchanged and kTakesOne: two looks with the same one found the same; empty where it isn't
+    // known.
     std::string content = {};
     // Of a file, a shortcut, a directory or a key: the same for all spellings of its name.
     std::string identity = {};

@@ -52,9 +52,12 @@ public:
         look.name = kind == Format::kAdd ? std::string(name) + ": " + std::string(fields[2]) : name;
         if (variable->second.state == EnvironmentChange::State::kUnreadable) {
             setUnreadable(look, variable->second.reason);
+        } else if (variable->second.state == EnvironmentChange::State::kFound && kind == Format::kAdd) {
+            look.rule = UndoRule::kTakesOne;
+            look.content = std::to_string(countOf(variable->second.text, fields[2]));
+            look.state = stateOfAdded(variable->second, fields[2], record.former);
         } else if (variable->second.state == EnvironmentChange::State::kFound) {
-            look.state = kind == Format::kAdd ? stateOfAdded(variable->second, fields[2], record.former)
-                                              : stateOfValue(variable->second, kind, fields[2]);
+            look.state = stateOfValue(variable->second, kind, fields[2]);
         }
         outLooks.push_back(std::move(look));
     }
@@ -88,6 +91,15 @@ private:
             variable.decided = isFormer ? PlaceState::kFormer : PlaceState::kAsMade;
         }
         return *variable.decided;
+    }
+
+    // The user may have an equal entry.
+    static int countOf(std::string list, std::string_view added) {
+        int count = 0;
+        while (!added.empty() && EnvironmentChange::takeOut(list, std::string(added))) {
+            ++count;
+        }
+        return count;
     }
 
     static PlaceState stateOfAdded(Variable& variable, std::string_view added, std::string_view former) {

@@ -225,14 +225,23 @@ private:
         }
         const TextLines lines = splitTextLines(text.content);
         TextLines without;
+        TextLines again;
         if (!script->revert(lines, without)) {
+            lookForPlaces(!script->apply(lines, again), look);
             return;
         }
-        TextLines again;
         look.state =
             script->apply(without, again) && again == lines ? PlaceState::kAsMade : PlaceState::kDifferent;
         look.note = look.state == PlaceState::kAsMade ? "" : "only some of its lines are there";
         text.content = joined(without);
+    }
+
+    // An edit is done, too, where the file hasn't got the lines that it looks for.
+    static void lookForPlaces(bool areMissing, RecordLook& look) {
+        if (areMissing) {
+            look.state = PlaceState::kNotNeeded;
+            look.note = "the lines that it looks for aren't there";
+        }
     }
 
     platform::FileSystem& files_;

@@ -60,6 +60,13 @@ TEST_F(SettingsLooksTest, AnEntryThatWasAddedTwiceCountsTwice) {
     EXPECT_EQ(statesOf(makeEnvironmentLooker, log), expected) << "a second walk";
 }
 
+TEST_F(SettingsLooksTest, CountsEqualEntriesOfTheUser) {
+    setVariable("a;b;a");
+    const RecordLook look = lookAt(makeEnvironmentLooker, "ADD\tLIST\ta");
+    EXPECT_EQ(look.rule, UndoRule::kTakesOne);
+    EXPECT_EQ(look.content, "2");
+}
+
 TEST_F(SettingsLooksTest, AnEarlierValueIsComparedWithoutTheProductsEntries) {
     setVariable("a;");
     EXPECT_THAT(statesOf(makeEnvironmentLooker, {{"ADD\tLIST\tb", ""}, {"REPLACE\tLIST\ta;b", ""}}),

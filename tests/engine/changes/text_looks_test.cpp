@@ -104,6 +104,14 @@ TEST_F(TextLooksTest, AnEditIsAsMadeWhileAllItsLinesAreThere) {
     EXPECT_EQ(stateOf(makeEditLooker, edit().fields), PlaceState::kAbsent);
 }
 
+TEST_F(TextLooksTest, AnEditThatFindsNoPlaceWasNotNeeded) {
+    addScript();
+    machine_.files.addFile("/app/a.txt", "other\nlast\n");
+    const RecordLook look = lookAt(makeEditLooker, edit().fields);
+    EXPECT_EQ(look.state, PlaceState::kNotNeeded);
+    EXPECT_EQ(look.note, "the lines that it looks for aren't there");
+}
+
 TEST_F(TextLooksTest, LinesThatWereAddedTwiceCountTwice) {
     machine_.files.addFile("/app/script", "1\nfirst\n1\none\n");
     machine_.files.addFile("/app/a.txt", "first\none\none\n");
