@@ -116,10 +116,10 @@ TEST_F(RecordSurveyTest, RefusesWhatIsNoFile) {
 
 TEST_F(RecordSurveyTest, RefusesWhatIsNoActionLog) {
     for (const std::string& content : {std::string(),
-                                      std::string("\x7f"
-                                                  "ELF\0\0\xff\xfe\n\n\n",
-                                                  10),
-                                      std::string(9000, 'x'), std::string("a\nb\nc\nd\n")}) {
+                                       std::string("\x7f"
+                                                   "ELF\0\0\xff\xfe\n\n\n",
+                                                   10),
+                                       std::string(9000, 'x'), std::string("a\nb\nc\nd\n")}) {
         EXPECT_EQ(read(content), "it is no action log") << content.substr(0, 10);
     }
 }
