@@ -1,5 +1,5 @@
 // Reads anything as an action log: the description's path, the variables, a look-up, the records with what
-// was there before them, and a rewrite, which must leave a log that reads back.
+// was there before them, looks at what they made, and a rewrite, which must leave a log that reads back.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,8 +11,9 @@
 #include "engine/action_log_reader.h"
 #include "engine/action_log_rewriter.h"
 #include "engine/record_reader.h"
+#include "engine/record_survey.h"
 #include "fuzz_target.h"
-#include "platform/memory/memory_file_system.h"
+#include "platform/memory/memory_platform.h"
 #include "support/p_console.h"
 #include "support/p_mem_stream.h"
 
@@ -46,6 +47,22 @@ void readRecords(PMemStream& stream, std::string_view log) {
     }
     require(!records.hasFailed());
     require(!records.isTorn() || !log.ends_with('\n'));
+}
+
+// Looks at an empty machine twice, and changes nothing on it.
+void survey(const std::string& log) {
+    MemoryPlatform machine;
+    machine.files.addFile("/app/install.log", log);
+    const auto before = machine.files.everything();
+    RecordSurvey survey(machine.bundle());
+    if (survey.read("/app/install.log", "/app/install.log")) {
+        return;
+    }
+    const std::size_t found = survey.look().size();
+    require(survey.look().size() == found);
+    require(survey.madeDirectories().size() <= found);
+    require(machine.files.everything() == before);
+    require(machine.registry.operations.empty());
 }
 
 // False for a log that is rejected.
@@ -88,6 +105,7 @@ bool accepts(std::string_view input) {
     const bool isWhole = readVariables(stream, silent);
     ActionLogReader(&stream, silent).findVariable("STDROOT");
     readRecords(stream, input);
+    survey(std::string(input));
     removeAbandoned(std::string(input));
     const bool isRewritten = rewrite(std::string(input), silent);
     return isWhole && isRewritten && !path.value_or("").empty();

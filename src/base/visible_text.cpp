@@ -53,4 +53,11 @@ std::string visibleText(std::string_view text) {
     return visible;
 }
 
+std::string visibleLine(std::string_view text) {
+    std::string line = visibleText(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\t' || c == '\r' || c == '\n'; }, '?');
+    return line;
+}
+
 }  // namespace OUtils

@@ -11,4 +11,7 @@ namespace OUtils {
 // that isn't UTF-8 becomes `?`. A line feed, a carriage return directly before one, and a TAB stay.
 std::string visibleText(std::string_view text);
 
+// The same on one line: line feeds, carriage returns and TABs become `?`, too.
+std::string visibleLine(std::string_view text);
+
 }  // namespace OUtils

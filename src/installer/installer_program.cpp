@@ -10,7 +10,9 @@
 #include "installer/debug_log.h"
 #include "installer/private_copy.h"
 #include "installer/relaunch.h"
+#include "installer/removal_receipt.h"
 #include "installer/uninstallation_lock.h"
+#include "installer/verify_option.h"
 #include "installer/version_option.h"
 #include "package/package_checksum.h"
 #include "package/package_offset.h"
@@ -63,6 +65,11 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         messages_.print(versionLine());
         return 0;
     }
+    if (options_.verifyLog) {
+        return verifyInstallation({*options_.verifyLog, options_.receipt, options_.quiet != 0}, platform_,
+                                  messages_);
+    }
+    completeReceiptOptions(options_, platform_.environment);
     const int level =
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);
@@ -82,6 +89,10 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
 
 int InstallerProgram::relaunch() {
     noteUnusedOptions();
+    if (!acceptsReceipt(*options_.uninstallLog)) {
+        platform_.events.signal(kUninstallerEndEvent);
+        return kFailed;
+    }
     UninstallRelaunch relaunch(platform_, messages_, debugLog_);
     return relaunch.run(*options_.uninstallLog, options_) ? 0 : kFailed;
 }
@@ -284,7 +295,13 @@ int InstallerProgram::uninstall() {
     debugLog_.line("Real uninstall");
     platform_.events.signal(kUninstallerStartEvent);
     UninstallationLock lock(platform_, messages_, debugLog_);
-    const int result = lock.take() ? uninstallFromLog() : kFailed;
+    const bool isTurn = lock.take();
+    int result = kFailed;
+    if (options_.receipt) {
+        result = uninstallWithReceipt(isTurn);
+    } else if (isTurn) {
+        result = uninstallFromLog();
+    }
     endSession();
     if (debugLog_.level() == 0) {
         removeRelaunchCopies();
@@ -292,6 +309,29 @@ int InstallerProgram::uninstall() {
     lock.release();  // before whoever waits starts the next one
     platform_.events.signal(kUninstallerEndEvent);
     return result;
+}
+
+// What can't be is said before anything is done.
+bool InstallerProgram::acceptsReceipt(const std::string& log) {
+    const auto problem =
+        options_.receipt ? RemovalReceipt::problemOf(*options_.receipt, log, platform_) : std::nullopt;
+    if (problem) {
+        note("The uninstallation can't start: " + *problem);
+    }
+    return !problem;
+}
+
+// Also of an uninstallation that can't be done.
+int InstallerProgram::uninstallWithReceipt(bool isTurn) {
+    if (!acceptsReceipt(*options_.uninstallFile)) {
+        return kFailed;
+    }
+    receipt_ = std::make_unique<RemovalReceipt>(platform_, messages_, *options_.receipt);
+    receipt_->begin(*options_.uninstallFile, options_.receiptLog);
+    const int result = isTurn ? uninstallFromLog() : kFailed;
+    endSession();
+    const bool isWritten = receipt_->finish(result == 0, options_.quiet != 0);
+    return result == 0 && !isWritten ? kFailed : result;
 }
 
 int InstallerProgram::uninstallFromLog() {
@@ -313,6 +353,9 @@ int InstallerProgram::uninstallRecovered(const std::string& log) {
     if (!OUtils::copyFile(log, *options_.uninstallFile, platform_.files, platform::FileRights::kPrivate)) {
         note("The uninstallation can't start: " + log + " can't be copied");
         return kFailed;
+    }
+    if (receipt_) {
+        receipt_->begin(*options_.uninstallFile, log);
     }
     makeSession();
     return runUninstallation();

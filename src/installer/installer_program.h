@@ -19,6 +19,7 @@
 class GenericUI;
 class GraphicalFrontEnds;
 class ProgressLine;
+class RemovalReceipt;
 class Wini;
 
 namespace platform {
@@ -37,7 +38,8 @@ public:
     // `arguments` start with the program's name. Returns the exit code: 0 for every installation whatever
     // its outcome, for a relaunch that started, and when only the version was asked for; -1 for a command
     // line that can't be parsed, missing rights, a run that has neither a window nor a console, a failed
-    // relaunch, and an uninstallation that failed.
+    // relaunch, and an uninstallation that failed or has no receipt though one was asked for. Of a
+    // verification that of verifyInstallation.
     int run(const std::vector<std::string>& arguments);
 
 private:
@@ -55,7 +57,9 @@ private:
     int loadBinFile();
     int runInstallation();
     bool openConsoleDialogue();
+    bool acceptsReceipt(const std::string& log);
     int uninstall();
+    int uninstallWithReceipt(bool isTurn);
     int uninstallFromLog();
     int uninstallRecovered(const std::string& log);
     int runUninstallation();
@@ -79,7 +83,8 @@ private:
     SystemServices services_;
     AnswersFile answers_;
     NestedSessions nestedSessions_;
-    std::optional<bool> isPackageWhole_;  // empty until it has been tested
+    std::optional<bool> isPackageWhole_;       // empty until it has been tested
+    std::unique_ptr<RemovalReceipt> receipt_;  // of an uninstallation that is to have one
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<GenericUI> ui_;
 };

@@ -25,6 +25,10 @@ std::string UninstallRelaunch::commandLine(const std::string& image, const std::
     if (options.quiet != 0) {
         line += " -quiet=1";
     }
+    if (options.receipt) {
+        line += " -receipt=" + quotedOption(*options.receipt) +
+                " -receiptLog=" + quotedOption(options.receiptLog);
+    }
     if (debugLevel != 0) {
         line += " -debug=" + std::to_string(debugLevel);
     }

@@ -19,13 +19,16 @@ enum class Option {
     kUninstall,
     kUninstallApp,
     kUninstallFile,
+    kVerify,
+    kReceipt,
+    kReceiptLog,
     kCount,
 };
 
 // Indexed by option number.
-constexpr const char* kNames[] = {"debug",     "gui",          "ignoreErrors", "backup",
-                                  "auto",      "configFile",   "quiet",        "bin",
-                                  "uninstall", "uninstallApp", "uninstallFile"};
+constexpr const char* kNames[] = {"debug",         "gui",    "ignoreErrors", "backup",    "auto",
+                                  "configFile",    "quiet",  "bin",          "uninstall", "uninstallApp",
+                                  "uninstallFile", "verify", "receipt",      "receiptLog"};
 static_assert(std::size(kNames) == static_cast<std::size_t>(Option::kCount));
 
 std::optional<std::string> find(const CommandLineParameters& parameters, Option option) {
@@ -65,6 +68,9 @@ RunOptions readRunOptions(const CommandLineParameters& parameters) {
     if (options.uninstallFile) {
         options.sessionFlags |= kSessionActionLog;
     }
+    options.verifyLog = find(parameters, Option::kVerify);
+    options.receipt = find(parameters, Option::kReceipt);
+    options.receiptLog = find(parameters, Option::kReceiptLog).value_or("");
     return options;
 }
 

@@ -23,6 +23,9 @@ struct RunOptions {
     std::optional<std::string> uninstallLog;   // first stage of uninstalling: the installation's action log
     std::string uninstallApp;                  // the product's name, for the second stage
     std::optional<std::string> uninstallFile;  // second stage: the copied action log
+    std::optional<std::string> verifyLog;      // the action log to compare the machine with
+    std::optional<std::string> receipt;        // where the list of records goes
+    std::string receiptLog;                    // second stage, with a receipt: the installation's action log
 };
 
 // Reads the options in the order that decides how they combine: an answers file and `auto` select the

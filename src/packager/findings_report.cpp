@@ -5,37 +5,12 @@
 #include <cstdint>
 #include <map>
 
-#include "base/utf8_character.h"
+#include "base/json_text.h"
 #include "packager/packager_output.h"
 
 namespace {
 
-std::string jsonEscape(char32_t character) {
-    constexpr std::string_view kHexadecimal = "0123456789abcdef";
-    std::string escape = "\\u";
-    for (unsigned shift = 16; shift > 0; shift -= 4) {
-        escape += kHexadecimal[(character >> (shift - 4)) & 0xFU];
-    }
-    return escape;
-}
-
-// A string of JSON (RFC 8259). What a terminal would obey is escaped, and what isn't UTF-8 is replaced.
-std::string jsonString(std::string_view text) {
-    const std::string valid = OUtils::validUtf8(text);
-    std::string json = "\"";
-    for (std::size_t at = 0; at < valid.size();) {
-        const std::string character = valid.substr(at, OUtils::utf8CharacterLength(valid.substr(at, 4)));
-        at += character.size();
-        if (character == "\"" || character == "\\") {
-            json += "\\" + character;
-        } else if (printable(character) != character) {
-            json += jsonEscape(OUtils::utf8CodePoint(character));
-        } else {
-            json += character;
-        }
-    }
-    return json + "\"";
-}
+using OUtils::jsonString;
 
 std::string field(std::string_view name, std::string_view value) {
     return jsonString(name) + ": " + jsonString(value);

@@ -14,8 +14,5 @@ void printLines(std::string_view text, PackagerOutput& output) {
 }
 
 std::string printable(std::string_view text) {
-    std::string line = OUtils::visibleText(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return c == '\t' || c == '\r' || c == '\n'; }, '?');
-    return line;
+    return OUtils::visibleLine(text);
 }

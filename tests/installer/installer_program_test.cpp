@@ -133,6 +133,70 @@ TEST_F(InstallerProgramTest, ADescriptionMayReadAnOptionOfTheNameOfTheVersion) {
     EXPECT_EQ(machine_.console.output.find(versionLine()), std::string::npos);
 }
 
+TEST_F(InstallerProgramTest, VerifiesWithoutRightsAWindowOrALog) {
+    addProduct("FILE\tCREATE\t/app/a\r\n");
+    machine_.files.setReadOnly("/");
+    const auto before = machine_.files.everything();
+    EXPECT_EQ(run({"-verify=/copy.log", "-debug=1"}), 1);
+    EXPECT_TRUE(
+        machine_.console.output.starts_with("verification: 0 complete, 0 changed, 1 missing, 0 unknown\n"))
+        << machine_.console.output;
+    EXPECT_EQ(machine_.console.pending, "");
+    EXPECT_EQ(run({"-verify=/none.log"}), -1);
+    EXPECT_EQ(machine_.files.everything(), before);
+    EXPECT_TRUE(boxes_.empty());
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationLeavesTheReceiptThatItIsAskedFor) {
+    addProduct("FILE\tCREATE\t/app/a\r\n");
+    machine_.files.addFile("/app/a", "a");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-receipt=/r.json", "-receiptLog=/app/install.log"}),
+              0);
+    EXPECT_TRUE(machine_.console.output.ends_with(
+        "uninstallation: 1 gone, 0 put back, 0 changed and left, 0 foreign and left, 0 failed\n"))
+        << machine_.console.output;
+    EXPECT_NE(machine_.files.content("/r.json").find("\"good\": true"), std::string::npos);
+    EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
+}
+
+TEST_F(InstallerProgramTest, AnUninstallationWithoutTheReceiptHasFailed) {
+    addProduct("FILE\tCREATE\t/app/a\r\n");
+    machine_.files.addFile("/app/a", "a");
+    machine_.files.addFile("/receipts/r.txt", "before");
+    machine_.files.setReadOnly("/receipts");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-receipt=/receipts/r.txt"}), -1);
+    EXPECT_FALSE(machine_.files.hasFile("/app/a"));
+    EXPECT_NE(machine_.console.errors.find("ERROR: The receipt /receipts/r.txt can't be written: "),
+              std::string::npos)
+        << machine_.console.errors;
+}
+
+TEST_F(InstallerProgramTest, AReceiptThatWouldGoWithTheProductIsRefusedInBothStages) {
+    addProduct("DIR\t1\t/app/\r\nFILE\tCREATE\t/app/a\r\n");
+    machine_.files.addFile("/app/a", "a");
+    for (const char* const stage : {"-uninstall=/copy.log", "-uninstallFile=/copy.log"}) {
+        machine_.events.signals.clear();
+        machine_.console.errors.clear();
+        EXPECT_EQ(run({stage, "-gui=0", "-receipt=/app/r.txt"}), -1);
+        EXPECT_EQ(machine_.console.errors,
+                  "The uninstallation can't start: the receipt /app/r.txt would lie in /app, which is to be "
+                  "removed\n");
+        EXPECT_EQ(machine_.events.signals.back(), kUninstallerEndEvent);
+        EXPECT_TRUE(machine_.files.hasFile("/app/a"));
+        EXPECT_TRUE(machine_.processes.started.empty());
+    }
+}
+
+TEST_F(InstallerProgramTest, TheFirstStageHandsTheReceiptOn) {
+    addProduct("FILE\tCREATE\t/app/a\r\n");
+    machine_.environment.current = "/app";
+    EXPECT_EQ(run({"-uninstall=/copy.log", "-gui=0", "-receipt=r.txt"}), 0);
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_TRUE(machine_.processes.started[0].commandLine.ends_with(
+        " -gui=0 -receipt=\"/app/r.txt\" -receiptLog=\"/copy.log\""))
+        << machine_.processes.started[0].commandLine;
+}
+
 TEST_F(InstallerProgramTest, WithoutRightsNeitherInstallingNorUninstallingStarts) {
     machine_.files.setReadOnly("/opt");
     machine_.files.setReadOnly("C:\\Programs");
@@ -226,6 +290,14 @@ TEST_F(InstallerProgramTest, WhileAnotherUninstallationWorksNothingIsUninstalled
               (std::vector<std::string>{kUninstallerStartEvent, kUninstallerEndEvent}));
 }
 
+TEST_F(InstallerProgramTest, AnUninstallationThatHasNoTurnLeavesAReceipt) {
+    addProduct("FILE\tCREATE\t/app/a\r\n");
+    machine_.files.addFile("/app/a", "a");
+    machine_.events.lockResults = {platform::LockResult::kBusy, platform::LockResult::kBusy};
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-receipt=/r.txt"}), -1);
+    EXPECT_NE(machine_.files.content("/r.txt").find(" 1 failed\n"), std::string::npos);
+}
+
 TEST_F(InstallerProgramTest, AnUninstallationOfAProductAtWorkEndsWithACodeOfItsOwn) {
     addProduct("FILE\tCREATE\t/app/file\r\n");
     machine_.files.addFile("/app/file", "");
@@ -248,6 +320,19 @@ TEST_F(InstallerProgramTest, AnUninstallationTakesAnInterruptedRunBackAndUninsta
     EXPECT_NE(machine_.console.output.find("Delete /app/file"), std::string::npos) << machine_.console.output;
     EXPECT_FALSE(machine_.files.hasFile("/app/file"));
     EXPECT_FALSE(machine_.files.hasFile("/copy.log"));
+}
+
+TEST_F(InstallerProgramTest, TheReceiptIsOfTheLogThatCameBack) {
+    addProduct("");
+    machine_.files.addFile("/app/install.log",
+                           machine_.files.content("/copy.log") + "FILE\tCREATE\t/app/file\r\n");
+    machine_.files.addFile("/app/file", "");
+    removeAsAnInterruptedRun("/app/file");
+    EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0", "-receipt=/r.txt", "-receiptLog=/app/install.log"}),
+              0)
+        << machine_.console.errors;
+    EXPECT_TRUE(machine_.files.content("/r.txt").starts_with("uninstallation: 1 gone, "))
+        << machine_.files.content("/r.txt");
 }
 
 TEST_F(InstallerProgramTest, AnUninstallationIsOverWhenTheInterruptedRunWasAllThereWas) {

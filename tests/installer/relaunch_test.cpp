@@ -82,6 +82,14 @@ TEST_F(RelaunchTest, PassesTheConsoleSilenceAndDebugLevelOn) {
               "\"i\" -uninstallFile=\"l\" -uninstallApp=\"My Product\" -gui=0 -quiet=1 -debug=3");
 }
 
+TEST_F(RelaunchTest, PassesTheReceiptOnWithThePathOfTheLog) {
+    options_.receipt = "/receipts/my receipt.json";
+    options_.receiptLog = "/product/install.log";
+    EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 0),
+              "\"i\" -uninstallFile=\"l\" -uninstallApp=\"My Product\" "
+              "-receipt=\"/receipts/my receipt.json\" -receiptLog=\"/product/install.log\"");
+}
+
 TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {
     options_.uninstallApp.clear();
     EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 0),

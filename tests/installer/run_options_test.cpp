@@ -31,6 +31,9 @@ TEST_F(RunOptionsTest, WithoutOptionsTheWizardRunsWithBackups) {
     EXPECT_EQ(options.uninstallLog, std::nullopt);
     EXPECT_EQ(options.uninstallApp, "");
     EXPECT_EQ(options.uninstallFile, std::nullopt);
+    EXPECT_EQ(options.verifyLog, std::nullopt);
+    EXPECT_EQ(options.receipt, std::nullopt);
+    EXPECT_EQ(options.receiptLog, "");
 }
 
 TEST_F(RunOptionsTest, AutoCountsByItsPresenceAlone) {
@@ -71,6 +74,14 @@ TEST_F(RunOptionsTest, TheSecondStageOfUninstallingStartsFromALog) {
     EXPECT_EQ(options.sessionFlags, kSessionBackup | kSessionActionLog);
     EXPECT_EQ(options.uninstallFile, "log");
     EXPECT_EQ(options.uninstallApp, "Product");
+}
+
+TEST_F(RunOptionsTest, AVerificationAndAReceiptHaveTheirPaths) {
+    const RunOptions options = read({"-verify=log", "-receipt=file", "-receiptLog=registered"});
+    EXPECT_EQ(options.verifyLog, "log");
+    EXPECT_EQ(options.receipt, "file");
+    EXPECT_EQ(options.receiptLog, "registered");
+    EXPECT_EQ(read({"-verify"}).verifyLog, "");
 }
 
 TEST_F(RunOptionsTest, BothDashesAreAccepted) {

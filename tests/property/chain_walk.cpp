@@ -8,6 +8,7 @@
 #include "product_runs.h"
 #include "safety.h"
 #include "session/session_flags.h"
+#include "survey_judge.h"
 #include "user_acts.h"
 
 namespace {
@@ -135,6 +136,7 @@ private:
     void install(const ChainStep& step, bool removesEarlier);
     void fail(const ChainStep& step, bool removesEarlier);
     void uninstall();
+    void removeInstalled();
     const MachineState& freshState(int version);
     void compare(const MachineState& expected, const MachineState& found);
     void find(const std::string& text) { findings_.push_back(where_ + text); }
@@ -205,9 +207,20 @@ void ChainWalk::fail(const ChainStep& step, bool removesEarlier) {
     compare(isOver ? life_.start() : before, life_.state());
 }
 
-void ChainWalk::uninstall() {
-    if (life_.isInstalled() && !life_.uninstall().isSuccess()) {
+void ChainWalk::removeInstalled() {
+    SurveyJudge surveys(life_.machine());
+    surveys.begin();
+    if (!life_.uninstall().isSuccess()) {
         find("The uninstallation fails");
+    }
+    for (const std::string& line : surveys.failedRecords()) {
+        find(line);
+    }
+}
+
+void ChainWalk::uninstall() {
+    if (life_.isInstalled()) {
+        removeInstalled();
     }
     compare(life_.start(), life_.state());
     for (const std::string& line : life_.leftovers()) {

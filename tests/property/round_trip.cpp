@@ -5,6 +5,7 @@
 #include "expected_end.h"
 #include "product_life.h"
 #include "safety.h"
+#include "survey_judge.h"
 #include "user_acts.h"
 
 namespace {
@@ -104,6 +105,7 @@ void RoundTrip::install() {
     const bool hasLog = life_.machine().files.hasFile(ProductLife::kLog);
     if (outcome.isSuccess()) {
         append(findings_, missingParts(life_.machine(), product_));
+        append(findings_, SurveyJudge(life_.machine()).incompleteRecords());
         if (isRefusal || !hasLog) {
             find("The installation reports success and has left something out");
         }
@@ -142,6 +144,8 @@ void RoundTrip::spoil() {
 
 void RoundTrip::uninstall() {
     const MachineState before = life_.state();
+    SurveyJudge surveys(life_.machine());
+    surveys.begin();
     if (product_.course == Course::kFailUninstallation) {
         life_.setFault();
     } else if (product_.course == Course::kFillDiskAtEnd) {
@@ -149,6 +153,9 @@ void RoundTrip::uninstall() {
     }
     const Outcome outcome = life_.uninstall();
     life_.clearFaults();
+    if (outcome.isSuccess()) {
+        append(findings_, surveys.failedRecords());
+    }
     judgeLosses(true);
     switch (promise()) {
         case Promise::kEnd:

@@ -374,6 +374,10 @@ bool EnvironmentChange::finishUndo() {
     return broadcast(context_.machine.shell, context_.report);
 }
 
+bool EnvironmentChange::takeOut(std::string& list, const std::string& addedText) {
+    return takeOutInEitherForm(list, addedText);
+}
+
 RecordedResult EnvironmentChange::add(const platform::Platform& machine, Report& report, const Entry& entry,
                                       ActionLogWriter* log) {
     ChangeRecord record(log);

@@ -84,6 +84,10 @@ public:
     static int write(platform::Registry& registry, std::string_view name, const Value& value);
     static int erase(platform::Registry& registry, std::string_view name);
 
+    // Takes a text that was joined to a list out of it, as the undo of its record ADD does. False when the
+    // list hasn't got it; it is as it was then.
+    static bool takeOut(std::string& list, const std::string& addedText);
+
     // What the records of one variable that were undone so far mean for its next ones.
     struct UndoneRecords {
         bool isRestored = false;               // what was there first is back

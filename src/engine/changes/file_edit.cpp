@@ -319,3 +319,8 @@ std::string_view FileEdit::scriptOf(const LogRecord& record) {
     const std::vector<std::string_view> parts = fieldsOf(record.fields);
     return parts.empty() ? std::string_view() : parts[2];
 }
+
+std::string_view FileEdit::editedFileOf(const LogRecord& record) {
+    const std::vector<std::string_view> parts = fieldsOf(record.fields);
+    return parts.empty() ? std::string_view() : parts[1];
+}

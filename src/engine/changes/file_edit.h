@@ -67,6 +67,8 @@ public:
     static bool remove(platform::FileSystem& files, Report& report, std::string_view fields);
     // The path of the script that a record names; empty for fields of another kind.
     static std::string_view scriptOf(const LogRecord& record);
+    // The path of the file that it changed; otherwise the same.
+    static std::string_view editedFileOf(const LogRecord& record);
 
 private:
     bool applyChild(std::int32_t node);

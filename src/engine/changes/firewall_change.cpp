@@ -292,3 +292,11 @@ FirewallAttempt FirewallChange::removePort(platform::Firewall& firewall, const D
     });
     return worseOf(attempt, ports);
 }
+
+std::optional<FirewallPortRule> FirewallChange::portIn(std::string_view fields) {
+    try {
+        return readRecord(fields, DebugLog());
+    } catch (const GenericError&) {
+        return std::nullopt;
+    }
+}

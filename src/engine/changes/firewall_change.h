@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -54,6 +55,8 @@ public:
     // `fields`: port, protocols separated by ";", name; separated by TABs. A damaged text fails.
     static FirewallAttempt removePort(platform::Firewall& firewall, const DebugLog& debugLog,
                                       std::string_view fields);
+    // What those fields say, without the name; none for a damaged text.
+    static std::optional<FirewallPortRule> portIn(std::string_view fields);
 
 private:
     FirewallResult applyChild(std::int32_t node);

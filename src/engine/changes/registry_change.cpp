@@ -76,7 +76,7 @@ bool canBeRecorded(const KeyAddress& address, std::string_view place, std::strin
 }
 
 // The paths of all levels, the topmost first. Empty components don't count: the registry has none.
-std::vector<std::string> levelsOf(const std::string& path) {
+std::vector<std::string> levelsIn(const std::string& path) {
     const std::vector<std::string> components = OUtils::splitText(path, '\\');
     std::vector<std::string> levels;
     for (const std::string& component : components) {
@@ -90,7 +90,7 @@ std::vector<std::string> levelsOf(const std::string& path) {
 // How many levels would have to be made. `outStatus` says why that can't be found out: a record with another
 // number would leave keys behind, or take away somebody else's.
 int missingLevels(platform::Registry& registry, const KeyAddress& address, int& outStatus) {
-    const std::vector<std::string> levels = levelsOf(address.path);
+    const std::vector<std::string> levels = levelsIn(address.path);
     int missing = 0;
     int status = platform::kRegNotFound;
     for (auto level = levels.rbegin(); level != levels.rend() && status == platform::kRegNotFound; ++level) {
@@ -404,7 +404,7 @@ bool RegistryChange::finishUndo() {
 bool RegistryChange::removeCreatedKey(CreatedKey& key) {
     platform::Registry& registry = context_.machine.registry;
     const auto address = addressOf({key.place, key.path});
-    const std::vector<std::string> all = address ? levelsOf(address->path) : std::vector<std::string>();
+    const std::vector<std::string> all = address ? levelsIn(address->path) : std::vector<std::string>();
     const int levels = std::exchange(key.levels, 0);
     if (levels < 1 || all.size() < static_cast<std::size_t>(levels)) {
         return true;
@@ -475,7 +475,7 @@ int RegistryChange::createKey(platform::Registry& registry, const Key& key, int*
     }
     int count = 0;
     std::string made;
-    for (const std::string& level : levelsOf(address->path)) {
+    for (const std::string& level : levelsIn(address->path)) {
         int created = 0;
         status = registry.createKey(address->root, level, kView, created);
         if (status != platform::kRegOk) {
@@ -502,7 +502,7 @@ int RegistryChange::deleteKeys(platform::Registry& registry, const Key& key, int
     if (!address) {
         return 0;
     }
-    const std::vector<std::string> all = levelsOf(address->path);
+    const std::vector<std::string> all = levelsIn(address->path);
     if (levels < 1 || all.size() < static_cast<std::size_t>(levels)) {
         return 0;
     }
@@ -512,4 +512,13 @@ int RegistryChange::deleteKeys(platform::Registry& registry, const Key& key, int
         deleted += registry.deleteKey(address->root, *level, kView) == platform::kRegOk ? 1 : 0;
     }
     return deleted;
+}
+
+std::vector<std::string> RegistryChange::levelsOf(const Key& key) {
+    const auto address = addressOf(key);
+    return address ? levelsIn(address->path) : std::vector<std::string>();
+}
+
+std::string RegistryChange::formerStateOf(const RegistryValue& value) {
+    return stateOf(value);
 }

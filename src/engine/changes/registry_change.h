@@ -74,6 +74,10 @@ public:
     // 0 or the system's error; none when the place isn't one of the hives.
     static std::optional<int> deleteValue(platform::Registry& registry, const Key& key,
                                           std::string_view name);
+    // The paths of all levels of the key, the topmost first.
+    static std::vector<std::string> levelsOf(const Key& key);
+    // What the line BEFORE of the action log says of a value.
+    static std::string formerStateOf(const platform::RegistryValue& value);
     // Deletes up to `levels` keys from the deepest on, each only without subkeys. The number of deleted ones;
     // 0 for a path of fewer levels.
     static int deleteKeys(platform::Registry& registry, const Key& key, int levels);
