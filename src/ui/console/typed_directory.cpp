@@ -17,7 +17,7 @@ bool isRelative(std::string_view path) {
 
 std::optional<std::string> homeDirectory(platform::Environment& environment) {
     for (const std::string_view name : {"USERPROFILE", "HOME"}) {
-        const std::optional<std::string> home = environment.get(name);
+        std::optional<std::string> home = environment.get(name);
         if (home && !isRelative(*home) && !home->empty()) {
             return home;
         }
