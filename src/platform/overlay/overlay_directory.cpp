@@ -23,12 +23,13 @@ int OverlayDirectory::on(std::string_view name, Operate operate) {
     return status != 0 ? status : operate(state_.tree.placeIn(node_, name));
 }
 
-template <typename Operate>
-int OverlayDirectory::to(std::string_view name, std::string_view path, Operate operate) {
+int OverlayDirectory::take(std::string_view name, std::string_view path, Look look, Move move) {
     return on(name, [&](const OverlayPlace& place) {
+        OverlayPlaces places(state_);
         OverlayPlace target;
-        const int status = state_.tree.find(path, false, target);
-        return status != 0 ? status : operate(place, target);
+        int status = (places.*look)(place);
+        status = status != 0 ? status : state_.tree.find(path, false, target);
+        return status != 0 ? status : (places.*move)(place, target);
     });
 }
 
@@ -76,13 +77,9 @@ int OverlayDirectory::openFile(std::string_view name, std::unique_ptr<platform::
 }
 
 int OverlayDirectory::takeFileAway(std::string_view name, std::string_view path) {
-    return to(name, path, [&](const OverlayPlace& from, const OverlayPlace& target) {
-        return OverlayPlaces(state_).takeFileAway(from, target);
-    });
+    return take(name, path, &OverlayPlaces::statusOfTakingFile, &OverlayPlaces::move);
 }
 
 int OverlayDirectory::takeDirectoryAway(std::string_view name, std::string_view path) {
-    return to(name, path, [&](const OverlayPlace& from, const OverlayPlace& target) {
-        return OverlayPlaces(state_).takeDirectoryAway(from, target);
-    });
+    return take(name, path, &OverlayPlaces::statusOfTakingDirectory, &OverlayPlaces::moveDirectory);
 }

@@ -2,6 +2,8 @@
 
 #include "platform/overlay/overlay_state.h"
 
+class OverlayPlaces;
+
 // An open directory of an overlay. Stays this very directory when it is moved.
 class OverlayDirectory : public platform::Directory {
 public:
@@ -20,8 +22,9 @@ public:
 private:
     template <typename Operate>
     int on(std::string_view name, Operate operate);
-    template <typename Operate>
-    int to(std::string_view name, std::string_view path, Operate operate);
+    using Look = int (OverlayPlaces::*)(const OverlayPlace& from);
+    using Move = int (OverlayPlaces::*)(const OverlayPlace& from, const OverlayPlace& to);
+    int take(std::string_view name, std::string_view path, Look look, Move move);
     int statusOfDirectory() const;
 
     OverlayState& state_;

@@ -39,15 +39,13 @@ int OverlayFileSystem::at(std::string_view path, Operate operate) {
     return status != 0 ? status : operate(place);
 }
 
-template <typename Operate>
-int OverlayFileSystem::between(std::string_view from, std::string_view to, Operate operate) {
+int OverlayFileSystem::between(std::string_view from, std::string_view to, Look look, Move move) {
     return at(from, [&](const OverlayPlace& source) {
-        if (source.node == nullptr) {
-            return state_->refusal(Refusal::kMissing);
-        }
+        OverlayPlaces places(*state_);
         OverlayPlace target;
-        const int status = state_->tree.find(to, false, target);
-        return status != 0 ? status : operate(source, target);
+        int status = (places.*look)(source);
+        status = status != 0 ? status : state_->tree.find(to, false, target);
+        return status != 0 ? status : (places.*move)(source, target);
     });
 }
 
@@ -170,27 +168,19 @@ int OverlayFileSystem::removeFile(std::string_view path) {
 }
 
 int OverlayFileSystem::moveFile(std::string_view from, std::string_view to) {
-    return between(from, to, [&](const OverlayPlace& source, const OverlayPlace& target) {
-        return OverlayPlaces(*state_).move(source, target);
-    });
+    return between(from, to, &OverlayPlaces::statusOfMove, &OverlayPlaces::move);
 }
 
 int OverlayFileSystem::replaceFile(std::string_view from, std::string_view to) {
-    return between(from, to, [&](const OverlayPlace& source, const OverlayPlace& target) {
-        return OverlayPlaces(*state_).replace(source, target);
-    });
+    return between(from, to, &OverlayPlaces::statusOfMove, &OverlayPlaces::replace);
 }
 
 int OverlayFileSystem::takeFileAway(std::string_view path, std::string_view to) {
-    return between(path, to, [&](const OverlayPlace& source, const OverlayPlace& target) {
-        return OverlayPlaces(*state_).takeFileAway(source, target);
-    });
+    return between(path, to, &OverlayPlaces::statusOfTakingFile, &OverlayPlaces::move);
 }
 
 int OverlayFileSystem::takeDirectoryAway(std::string_view path, std::string_view to) {
-    return between(path, to, [&](const OverlayPlace& source, const OverlayPlace& target) {
-        return OverlayPlaces(*state_).takeDirectoryAway(source, target);
-    });
+    return between(path, to, &OverlayPlaces::statusOfTakingDirectory, &OverlayPlaces::moveDirectory);
 }
 
 int OverlayFileSystem::createDirectory(std::string_view path) {

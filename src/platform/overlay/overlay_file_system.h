@@ -10,6 +10,7 @@
 
 struct OverlayState;
 struct OverlayPlace;
+class OverlayPlaces;
 
 // A file system over another one, the base: what is read comes from the base, what is changed stays in
 // memory, and the base isn't changed at all. Opening, reading and listing are passed on to it, so the times
@@ -82,8 +83,9 @@ public:
 private:
     template <typename Operate>
     int at(std::string_view path, Operate operate);
-    template <typename Operate>
-    int between(std::string_view from, std::string_view to, Operate operate);
+    using Look = int (OverlayPlaces::*)(const OverlayPlace& from);
+    using Move = int (OverlayPlaces::*)(const OverlayPlace& from, const OverlayPlace& to);
+    int between(std::string_view from, std::string_view to, Look look, Move move);
     std::string realPathOf(const OverlayPlace& place);
 
     std::unique_ptr<OverlayState> state_;

@@ -106,7 +106,7 @@ int OverlayPlaces::openPresent(const NodePointer& node, const platform::OpenOpti
     return state_.base.open(*node->basePath, reading, outBaseFile);
 }
 
-int OverlayPlaces::statusOfRemoval(const OverlayPlace& place) {
+int OverlayPlaces::statusOfTakingFile(const OverlayPlace& place) {
     if (place.node == nullptr || place.node->isDirectory()) {
         return state_.refusal(place.node == nullptr ? Refusal::kMissing : Refusal::kIsDirectory);
     }
@@ -115,14 +115,14 @@ int OverlayPlaces::statusOfRemoval(const OverlayPlace& place) {
 }
 
 int OverlayPlaces::removeFile(const OverlayPlace& place) {
-    const int status = statusOfRemoval(place);
+    const int status = statusOfTakingFile(place);
     if (status == 0) {
         state_.tree.detach(place);
     }
     return status;
 }
 
-int OverlayPlaces::statusOfEmptying(const OverlayPlace& place) {
+int OverlayPlaces::statusOfTakingDirectory(const OverlayPlace& place) {
     if (place.node == nullptr || !place.node->isDirectory()) {
         return state_.refusal(place.node == nullptr ? Refusal::kMissing : Refusal::kNotADirectory);
     }
@@ -137,7 +137,7 @@ int OverlayPlaces::statusOfEmptying(const OverlayPlace& place) {
 }
 
 int OverlayPlaces::removeDirectory(const OverlayPlace& place) {
-    const int status = statusOfEmptying(place);
+    const int status = statusOfTakingDirectory(place);
     if (status == 0) {
         state_.tree.detach(place);
     }
@@ -182,13 +182,16 @@ void OverlayPlaces::relocate(const OverlayPlace& from, const OverlayPlace& to) {
     state_.tree.attach(to, from.node);
 }
 
-int OverlayPlaces::move(const OverlayPlace& from, const OverlayPlace& to) {
+int OverlayPlaces::statusOfMove(const OverlayPlace& from) {
     if (from.node == nullptr) {
         return state_.refusal(Refusal::kMissing);
     }
-    if (from.node->isDirectory() && !state_.rules.movesDirectories()) {
-        return state_.refusal(Refusal::kIsDirectory);
-    }
+    return from.node->isDirectory() && !state_.rules.movesDirectories()
+               ? state_.refusal(Refusal::kIsDirectory)
+               : 0;
+}
+
+int OverlayPlaces::move(const OverlayPlace& from, const OverlayPlace& to) {
     const bool isItself = to.node == from.node && !state_.rules.distinguishesCase();
     if (to.node != nullptr && !isItself) {
         return state_.refusal(Refusal::kTaken);
@@ -204,15 +207,8 @@ int OverlayPlaces::replace(const OverlayPlace& from, const OverlayPlace& to) {
     if (to.node == nullptr || to.node == from.node) {
         return to.node != nullptr && state_.rules.distinguishesCase() ? 0 : move(from, to);
     }
-    if (from.node == nullptr) {
-        return state_.refusal(Refusal::kMissing);
-    }
-    if (from.node->isDirectory()) {
-        return state_.refusal(state_.rules.movesDirectories() ? Refusal::kNotADirectory
-                                                              : Refusal::kIsDirectory);
-    }
-    if (to.node->isDirectory()) {
-        return state_.refusal(Refusal::kReplacesDirectory);
+    if (from.node->isDirectory() || to.node->isDirectory()) {
+        return state_.refusal(to.node->isDirectory() ? Refusal::kReplacesDirectory : Refusal::kNotADirectory);
     }
     int status = mayGo(to, Intent::kRemoveEntry);
     status = status != 0 ? status : mayMove(from, to);
@@ -223,17 +219,8 @@ int OverlayPlaces::replace(const OverlayPlace& from, const OverlayPlace& to) {
     return status;
 }
 
-int OverlayPlaces::takeFileAway(const OverlayPlace& from, const OverlayPlace& to) {
-    const int status = statusOfRemoval(from);
-    return status != 0 ? status : move(from, to);
-}
-
-int OverlayPlaces::takeDirectoryAway(const OverlayPlace& from, const OverlayPlace& to) {
-    int status = statusOfEmptying(from);
-    if (status == 0 && to.node != nullptr) {
-        status = state_.refusal(Refusal::kTaken);
-    }
-    status = status != 0 ? status : mayMove(from, to);
+int OverlayPlaces::moveDirectory(const OverlayPlace& from, const OverlayPlace& to) {
+    const int status = to.node != nullptr ? state_.refusal(Refusal::kTaken) : mayMove(from, to);
     if (status == 0) {
         relocate(from, to);
     }

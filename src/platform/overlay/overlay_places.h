@@ -20,10 +20,13 @@ public:
     int removeFile(const OverlayPlace& place);
     int removeDirectory(const OverlayPlace& place);
     int createDirectory(const OverlayPlace& place);
+    // The machine looks at what is to go before it looks for the new place: these come before the moves.
+    int statusOfMove(const OverlayPlace& from);
+    int statusOfTakingFile(const OverlayPlace& from);
+    int statusOfTakingDirectory(const OverlayPlace& from);
     int move(const OverlayPlace& from, const OverlayPlace& to);
     int replace(const OverlayPlace& from, const OverlayPlace& to);
-    int takeFileAway(const OverlayPlace& from, const OverlayPlace& to);
-    int takeDirectoryAway(const OverlayPlace& from, const OverlayPlace& to);
+    int moveDirectory(const OverlayPlace& from, const OverlayPlace& to);
     // A symbolic link, or a file of which nothing is known but that it is there, over what isn't a directory.
     int putLink(const OverlayPlace& place, std::string_view text);
     int putUnknownFile(const OverlayPlace& place);
@@ -40,8 +43,6 @@ public:
 private:
     int mayGo(const OverlayPlace& place, platform::Intent intent);
     int mayMove(const OverlayPlace& from, const OverlayPlace& to);
-    int statusOfRemoval(const OverlayPlace& place);
-    int statusOfEmptying(const OverlayPlace& place);
     int put(const OverlayPlace& place, const NodePointer& node);
     int openPresent(const NodePointer& node, const platform::OpenOptions& options,
                     std::unique_ptr<platform::File>& outBaseFile);
