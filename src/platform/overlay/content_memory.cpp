@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/overlay/overlay_content.h"
-
 void ContentMemory::grow(std::int64_t bytes) {
     used_ += bytes;
     if (bytes > 0 && used_ > limit_) {
@@ -14,11 +12,10 @@ void ContentMemory::grow(std::int64_t bytes) {
 
 // Half of the limit is made free, so that this isn't done for each write.
 void ContentMemory::forgetLargest() {
-    std::vector<OverlayContent*> kept(contents_.begin(), contents_.end());
-    std::ranges::sort(kept, [](const OverlayContent* a, const OverlayContent* b) {
-        return a->keptBytes() > b->keptBytes();
-    });
-    for (OverlayContent* const content : kept) {
+    std::vector<KeptContent*> kept(contents_.begin(), contents_.end());
+    std::ranges::sort(
+        kept, [](const KeptContent* a, const KeptContent* b) { return a->keptBytes() > b->keptBytes(); });
+    for (KeptContent* const content : kept) {
         if (used_ <= limit_ / 2) {
             break;
         }

@@ -3,7 +3,14 @@
 #include <cstdint>
 #include <unordered_set>
 
-class OverlayContent;
+// What takes memory, and can do without it.
+class KeptContent {
+public:
+    virtual ~KeptContent() = default;
+    virtual std::int64_t keptBytes() const = 0;
+    // Gives the memory back, and tells ContentMemory::grow.
+    virtual void forget() = 0;
+};
 
 // The memory that the contents of changed files share. When it runs short, the largest contents are
 // forgotten: of a product's files that is what nobody reads again, while logs and records, which are read,
@@ -12,8 +19,8 @@ class ContentMemory {
 public:
     explicit ContentMemory(std::int64_t limit) : limit_(limit) {}
 
-    void join(OverlayContent& content) { contents_.insert(&content); }
-    void leave(OverlayContent& content) { contents_.erase(&content); }
+    void join(KeptContent& content) { contents_.insert(&content); }
+    void leave(KeptContent& content) { contents_.erase(&content); }
     // A content has grown, or shrunk, by that many bytes. May have contents forgotten.
     void grow(std::int64_t bytes);
 
@@ -24,5 +31,5 @@ private:
 
     std::int64_t limit_;
     std::int64_t used_ = 0;
-    std::unordered_set<OverlayContent*> contents_;
+    std::unordered_set<KeptContent*> contents_;
 };

@@ -5,8 +5,6 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/overlay/content_memory.h"
-
 namespace {
 
 std::int64_t lengthOf(const std::string& text) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/overlay/overlay_places.h"
+#include "platform/overlay/overlay_rights.h"
 
 using platform::Origin;
 using platform::Refusal;
@@ -171,7 +171,7 @@ int OverlayFile::setRights(platform::FileRights rights) {
     const std::lock_guard lock(state_.mutex);
     const int status = statusOf(0);
     if (status == 0) {
-        node_->rights = state_.rules.rightsOfNew(rights);
+        OverlayRights(state_).set(*node_, rights);
     }
     return status;
 }
@@ -184,31 +184,16 @@ int OverlayFile::takeRightsOf(std::string_view path) {
     if (status != 0) {
         return status;
     }
-    if (source.node == nullptr || !source.node->isFile()) {
-        return state_.refusal(source.node == nullptr       ? Refusal::kMissing
-                              : source.node->isDirectory() ? Refusal::kOpensDirectory
-                              : source.node->isLink()      ? Refusal::kOpensLink
-                                                           : Refusal::kDevice);
-    }
-    const std::string rights = OverlayPlaces(state_).rightsOf(source.node);
-    if (rights.empty()) {
-        return state_.refusal(Refusal::kDenied);
-    }
-    node_->rights = rights;
-    return 0;
+    return OverlayRights(state_).take(*node_, source.node.get());
 }
 
 int OverlayFile::makeExecutable() {
     const std::lock_guard lock(state_.mutex);
     const int status = statusOf(0);
-    if (status != 0) {
-        return status;
+    if (status == 0) {
+        OverlayRights(state_).markAsProgram(*node_);
     }
-    const std::string rights = OverlayPlaces(state_).rightsOf(node_);
-    if (const std::string marked = state_.rules.asProgram(rights); marked != rights) {
-        node_->rights = marked;
-    }
-    return 0;
+    return status;
 }
 
 int OverlayFile::close() {

@@ -5,6 +5,7 @@
 
 #include "platform/overlay/overlay_directory.h"
 #include "platform/overlay/overlay_places.h"
+#include "platform/overlay/overlay_rights.h"
 
 using platform::PathKind;
 using platform::Refusal;
@@ -52,7 +53,7 @@ int OverlayFileSystem::between(std::string_view from, std::string_view to, Look 
 int OverlayFileSystem::wouldRefuseWriting(std::string_view path) {
     return at(path, [&](const OverlayPlace& place) {
         OverlayPlaces places(*state_);
-        return place.node == nullptr ? places.mayMake(place) : places.mayWrite(place.node);
+        return place.node == nullptr ? places.mayMake(place) : OverlayRights(*state_).mayWrite(*place.node);
     });
 }
 
@@ -150,14 +151,14 @@ int OverlayFileSystem::linkTarget(std::string_view path, std::string& outTarget)
 
 int OverlayFileSystem::takeDirectoryRights(std::string_view path) {
     return at(path, [&](const OverlayPlace& place) {
-        return OverlayPlaces(*state_).takeDirectoryRights(place.node);
+        return OverlayRights(*state_).takeDirectoryRights(place.node.get());
     });
 }
 
 std::string OverlayFileSystem::rightsOf(std::string_view path) {
     std::string rights;
     at(path, [&](const OverlayPlace& place) {
-        rights = OverlayPlaces(*state_).rightsOf(place.node);
+        rights = place.node == nullptr ? "" : OverlayRights(*state_).of(*place.node);
         return 0;
     });
     return rights;
@@ -217,8 +218,9 @@ int OverlayFileSystem::openDirectory(std::string_view path,
 }
 
 int OverlayFileSystem::makeExecutable(std::string_view path) {
-    return at(path,
-              [&](const OverlayPlace& place) { return OverlayPlaces(*state_).makeExecutable(place.node); });
+    return at(path, [&](const OverlayPlace& place) {
+        return OverlayRights(*state_).makeExecutable(place.node.get());
+    });
 }
 
 bool OverlayFileSystem::temporaryDirectory(std::string& outPath) {

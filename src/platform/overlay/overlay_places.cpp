@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/overlay/overlay_file.h"
+#include "platform/overlay/overlay_rights.h"
 
 using platform::Disposition;
 using platform::Intent;
@@ -25,12 +26,6 @@ bool isBelow(OverlayNode::Pointer node, const OverlayNode& top) {
 int OverlayPlaces::mayMake(const OverlayPlace& place) {
     const std::optional<std::string> path = state_.tree.basePlace(place);
     return path ? state_.rules.wouldRefuse(Intent::kMakeEntry, *path) : 0;
-}
-
-int OverlayPlaces::mayWrite(const NodePointer& node) {
-    return node->basePath && node->content == nullptr
-               ? state_.rules.wouldRefuse(Intent::kWriteFile, *node->basePath)
-               : 0;
 }
 
 // What was made here may go wherever something may be made.
@@ -93,7 +88,7 @@ int OverlayPlaces::openPresent(const NodePointer& node, const platform::OpenOpti
     }
     const bool writes =
         (options.access & platform::kWrite) != 0 || options.disposition == Disposition::kCreateAlways;
-    if (const int status = writes ? mayWrite(node) : 0; status != 0) {
+    if (const int status = writes ? OverlayRights(state_).mayWrite(*node) : 0; status != 0) {
         return status;
     }
     if (!node->basePath || node->content != nullptr || (options.access & platform::kRead) == 0) {
@@ -256,38 +251,4 @@ int OverlayPlaces::putUnknownFile(const OverlayPlace& place) {
     const NodePointer file = newFile(state_.rules.rightsOfNew(platform::FileRights::kPlain));
     file->content->forget();
     return put(place, file);
-}
-
-std::string OverlayPlaces::rightsOf(const NodePointer& node) {
-    if (node == nullptr || !node->isFile()) {
-        return "";
-    }
-    return node->rights ? *node->rights : state_.base.rightsOf(*node->basePath);
-}
-
-int OverlayPlaces::makeExecutable(const NodePointer& node) {
-    if (node == nullptr || !node->isFile()) {
-        return state_.refusal(node == nullptr       ? Refusal::kMissing
-                              : node->isDirectory() ? Refusal::kNoProgram
-                                                    : Refusal::kOpensLink);
-    }
-    if (const int status = mayWrite(node); status != 0) {
-        return status;
-    }
-    const std::string rights = rightsOf(node);
-    if (const std::string marked = state_.rules.asProgram(rights); marked != rights) {
-        node->rights = marked;
-    }
-    return 0;
-}
-
-int OverlayPlaces::takeDirectoryRights(const NodePointer& node) {
-    if (node == nullptr) {
-        return state_.refusal(Refusal::kMissing);
-    }
-    const std::string rights = rightsOf(node);
-    if (const std::string taken = state_.rules.withDirectoryRights(rights); taken != rights) {
-        node->rights = taken;
-    }
-    return 0;
 }

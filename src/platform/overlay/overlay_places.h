@@ -31,14 +31,8 @@ public:
     int putLink(const OverlayPlace& place, std::string_view text);
     int putUnknownFile(const OverlayPlace& place);
 
-    int makeExecutable(const NodePointer& node);
-    int takeDirectoryRights(const NodePointer& node);
-    // Empty where nobody could take them.
-    std::string rightsOf(const NodePointer& node);
-
     // 0, or the status with which the machine would refuse.
     int mayMake(const OverlayPlace& place);
-    int mayWrite(const NodePointer& node);
 
 private:
     int mayGo(const OverlayPlace& place, platform::Intent intent);

@@ -30,6 +30,14 @@ public:
         before_ = base_.everything();
         copy_.becomeCopyOf(base_);
         base_.clearOperations();
+        using Operation = MemoryFileSystem::Operation;
+        for (const Operation change :
+             {Operation::kWrite, Operation::kFlush, Operation::kTruncate, Operation::kRemoveFile,
+              Operation::kMoveFile, Operation::kReplaceFile, Operation::kCreateDirectory,
+              Operation::kRemoveDirectory, Operation::kMakeExecutable, Operation::kCopyRights,
+              Operation::kSetRights, Operation::kTakeDirectoryRights}) {
+            base_.failFrom(change, "", 1, 99);
+        }
     }
 
     void run() {
