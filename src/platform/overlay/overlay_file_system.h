@@ -7,14 +7,15 @@
 
 #include "platform/change_rules.h"
 #include "platform/overlay/file_change.h"
+#include "platform/quiet_reading.h"
 
 struct OverlayState;
 struct OverlayPlace;
 class OverlayPlaces;
 
 // A file system over another one, the base: what is read comes from the base, what is changed stays in
-// memory, and the base isn't changed at all. Opening, reading and listing are passed on to it, so the times
-// of the last access are as after any reading.
+// memory, and the base isn't changed at all. While this object lives, the whole process reads as
+// platform::QuietReading has it.
 //
 // Refused is what the base would refuse by its rules, as far as that can be asked for without trying
 // (platform::ChangeRules). Where it differs from the base:
@@ -88,6 +89,7 @@ private:
     int between(std::string_view from, std::string_view to, Look look, Move move);
     std::string realPathOf(const OverlayPlace& place);
 
+    platform::QuietReading quiet_;
     std::unique_ptr<OverlayState> state_;
     std::vector<std::string> removedAtRestart_;
     int privateDirectories_ = 0;
