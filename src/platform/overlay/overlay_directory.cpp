@@ -76,10 +76,10 @@ int OverlayDirectory::openFile(std::string_view name, std::unique_ptr<platform::
               [&](const OverlayPlace& place) { return OverlayPlaces(state_).open(place, options, outFile); });
 }
 
-int OverlayDirectory::takeFileAway(std::string_view name, std::string_view path) {
-    return take(name, path, &OverlayPlaces::statusOfTakingFile, &OverlayPlaces::move);
+int OverlayDirectory::takeFileAway(std::string_view name, std::string_view to) {
+    return take(name, to, &OverlayPlaces::statusOfTakingFile, &OverlayPlaces::move);
 }
 
-int OverlayDirectory::takeDirectoryAway(std::string_view name, std::string_view path) {
-    return take(name, path, &OverlayPlaces::statusOfTakingDirectory, &OverlayPlaces::moveDirectory);
+int OverlayDirectory::takeDirectoryAway(std::string_view name, std::string_view to) {
+    return take(name, to, &OverlayPlaces::statusOfTakingDirectory, &OverlayPlaces::moveDirectory);
 }

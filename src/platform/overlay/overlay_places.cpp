@@ -101,12 +101,12 @@ int OverlayPlaces::openPresent(const NodePointer& node, const platform::OpenOpti
     return state_.base.open(*node->basePath, reading, outBaseFile);
 }
 
-int OverlayPlaces::statusOfTakingFile(const OverlayPlace& place) {
-    if (place.node == nullptr || place.node->isDirectory()) {
-        return state_.refusal(place.node == nullptr ? Refusal::kMissing : Refusal::kIsDirectory);
+int OverlayPlaces::statusOfTakingFile(const OverlayPlace& from) {
+    if (from.node == nullptr || from.node->isDirectory()) {
+        return state_.refusal(from.node == nullptr ? Refusal::kMissing : Refusal::kIsDirectory);
     }
-    return place.node->kind == PathKind::kOther ? state_.refusal(Refusal::kDevice)
-                                                : mayGo(place, Intent::kRemoveEntry);
+    return from.node->kind == PathKind::kOther ? state_.refusal(Refusal::kDevice)
+                                               : mayGo(from, Intent::kRemoveEntry);
 }
 
 int OverlayPlaces::removeFile(const OverlayPlace& place) {
@@ -117,18 +117,18 @@ int OverlayPlaces::removeFile(const OverlayPlace& place) {
     return status;
 }
 
-int OverlayPlaces::statusOfTakingDirectory(const OverlayPlace& place) {
-    if (place.node == nullptr || !place.node->isDirectory()) {
-        return state_.refusal(place.node == nullptr ? Refusal::kMissing : Refusal::kNotADirectory);
+int OverlayPlaces::statusOfTakingDirectory(const OverlayPlace& from) {
+    if (from.node == nullptr || !from.node->isDirectory()) {
+        return state_.refusal(from.node == nullptr ? Refusal::kMissing : Refusal::kNotADirectory);
     }
     std::vector<platform::DiskEntry> entries;
-    if (const int status = state_.tree.listDisk(place.node, entries); status != 0) {
+    if (const int status = state_.tree.listDisk(from.node, entries); status != 0) {
         return status;
     }
     if (!entries.empty()) {
         return state_.refusal(Refusal::kNotEmpty);
     }
-    return place.directory == nullptr ? state_.refusal(Refusal::kRoot) : mayGo(place, Intent::kRemoveEntry);
+    return from.directory == nullptr ? state_.refusal(Refusal::kRoot) : mayGo(from, Intent::kRemoveEntry);
 }
 
 int OverlayPlaces::removeDirectory(const OverlayPlace& place) {
