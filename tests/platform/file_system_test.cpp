@@ -6,7 +6,7 @@
 #include <array>
 #include <cstring>
 
-#include "fakes/temporary_directory.h"
+#include "platform/machine_of_files.h"
 
 namespace {
 
@@ -15,9 +15,15 @@ using platform::File;
 using platform::OpenOptions;
 using platform::Origin;
 
-class FileSystemTest : public testing::Test {
+// With the system itself and with overlays, for which the same holds.
+class FileSystemTest : public testing::TestWithParam<MachineOfFiles (*)()> {
 protected:
-    std::string path(const char* name) const { return directory_.file(name); }
+    const std::string& directory() const { return machine_->directory(); }
+    std::string path(const std::string& name) const { return directory() + "/" + name; }
+
+    void writeTestFile(const std::string& path, std::string_view content) { machine_->write(path, content); }
+    std::string readTestFile(const std::string& path) { return machine_->read(path); }
+    bool testFileExists(const std::string& path) { return machine_->exists(path); }
 
     std::unique_ptr<File> openFile(const std::string& path, std::uint32_t access, Disposition disposition) {
         OpenOptions options;
@@ -43,30 +49,30 @@ protected:
         return text;
     }
 
-    TemporaryDirectory directory_;
-    platform::FileSystem& files_ = platform::systemFileSystem();
+    MachineOfFiles machine_ = GetParam()();
+    platform::FileSystem& files_ = machine_->files();
     int status_ = 0;
 };
 
-TEST_F(FileSystemTest, OpenExistingFailsWithoutAFile) {
+TEST_P(FileSystemTest, OpenExistingFailsWithoutAFile) {
     EXPECT_EQ(openFile(path("none"), platform::kRead, Disposition::kOpenExisting), nullptr);
     EXPECT_NE(status_, 0);
     EXPECT_FALSE(testFileExists(path("none")));
 }
 
-TEST_F(FileSystemTest, OpenOrCreateKeepsTheContent) {
+TEST_P(FileSystemTest, OpenOrCreateKeepsTheContent) {
     write(*openFile(path("f"), platform::kWrite, Disposition::kOpenOrCreate), "abc");
     write(*openFile(path("f"), platform::kWrite, Disposition::kOpenOrCreate), "X");
     EXPECT_EQ(readTestFile(path("f")), "Xbc");
 }
 
-TEST_F(FileSystemTest, CreateAlwaysEmptiesTheFile) {
+TEST_P(FileSystemTest, CreateAlwaysEmptiesTheFile) {
     writeTestFile(path("f"), "abc");
     write(*openFile(path("f"), platform::kWrite, Disposition::kCreateAlways), "X");
     EXPECT_EQ(readTestFile(path("f")), "X");
 }
 
-TEST_F(FileSystemTest, CreateNewAndCreatePrivateRefuseAnExistingFile) {
+TEST_P(FileSystemTest, CreateNewAndCreatePrivateRefuseAnExistingFile) {
     for (const Disposition disposition : {Disposition::kCreateNew, Disposition::kCreatePrivate}) {
         const std::string name = path(disposition == Disposition::kCreateNew ? "new" : "private");
         write(*openFile(name, platform::kRead | platform::kWrite, disposition), "first");
@@ -76,12 +82,12 @@ TEST_F(FileSystemTest, CreateNewAndCreatePrivateRefuseAnExistingFile) {
     }
 }
 
-TEST_F(FileSystemTest, ADirectoryCannotBeOpened) {
-    EXPECT_EQ(openFile(directory_.path(), platform::kRead, Disposition::kOpenExisting), nullptr);
+TEST_P(FileSystemTest, ADirectoryCannotBeOpened) {
+    EXPECT_EQ(openFile(directory(), platform::kRead, Disposition::kOpenExisting), nullptr);
     EXPECT_NE(status_, 0);
 }
 
-TEST_F(FileSystemTest, ReadReturnsTheRestAndThenTheEnd) {
+TEST_P(FileSystemTest, ReadReturnsTheRestAndThenTheEnd) {
     writeTestFile(path("f"), "abcdef");
     const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
     ASSERT_NE(file, nullptr);
@@ -90,14 +96,14 @@ TEST_F(FileSystemTest, ReadReturnsTheRestAndThenTheEnd) {
     EXPECT_EQ(read(*file, 4), "");
 }
 
-TEST_F(FileSystemTest, KeepsBytesUnchanged) {
+TEST_P(FileSystemTest, KeepsBytesUnchanged) {
     const std::string bytes("\r\n\0\x1a\xff\n\r", 7);
     write(*openFile(path("f"), platform::kWrite, Disposition::kCreateAlways), bytes);
     EXPECT_EQ(readTestFile(path("f")), bytes);
     EXPECT_EQ(read(*openFile(path("f"), platform::kRead, Disposition::kOpenExisting), 100), bytes);
 }
 
-TEST_F(FileSystemTest, WriteToAFileOpenedForReadingFails) {
+TEST_P(FileSystemTest, WriteToAFileOpenedForReadingFails) {
     writeTestFile(path("f"), "abc");
     const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
     ASSERT_NE(file, nullptr);
@@ -107,7 +113,7 @@ TEST_F(FileSystemTest, WriteToAFileOpenedForReadingFails) {
     EXPECT_EQ(readTestFile(path("f")), "abc");
 }
 
-TEST_F(FileSystemTest, ReadFromAFileOpenedForWritingFails) {
+TEST_P(FileSystemTest, ReadFromAFileOpenedForWritingFails) {
     writeTestFile(path("f"), "abc");
     const auto file = openFile(path("f"), platform::kWrite, Disposition::kOpenExisting);
     ASSERT_NE(file, nullptr);
@@ -117,7 +123,7 @@ TEST_F(FileSystemTest, ReadFromAFileOpenedForWritingFails) {
     EXPECT_EQ(done, 0U);
 }
 
-TEST_F(FileSystemTest, SeekMovesFromEachOrigin) {
+TEST_P(FileSystemTest, SeekMovesFromEachOrigin) {
     writeTestFile(path("f"), "abcdef");
     const auto file = openFile(path("f"), platform::kRead, Disposition::kOpenExisting);
     ASSERT_NE(file, nullptr);
@@ -133,7 +139,7 @@ TEST_F(FileSystemTest, SeekMovesFromEachOrigin) {
     EXPECT_NE(file->seek(-1, Origin::kStart, position), 0);
 }
 
-TEST_F(FileSystemTest, PositionsBeyondFourGigabytesHold) {
+TEST_P(FileSystemTest, PositionsBeyondFourGigabytesHold) {
     const auto file = openFile(path("f"), platform::kRead | platform::kWrite, Disposition::kCreateNew);
     ASSERT_NE(file, nullptr);
     constexpr std::int64_t kFar = (std::int64_t{5} << 30) + 3;
@@ -144,7 +150,7 @@ TEST_F(FileSystemTest, PositionsBeyondFourGigabytesHold) {
     EXPECT_EQ(position, kFar);
 }
 
-TEST_F(FileSystemTest, TruncateHereCutsAtThePosition) {
+TEST_P(FileSystemTest, TruncateHereCutsAtThePosition) {
     writeTestFile(path("f"), "abcdef");
     const auto file = openFile(path("f"), platform::kRead | platform::kWrite, Disposition::kOpenExisting);
     ASSERT_NE(file, nullptr);
@@ -157,7 +163,7 @@ TEST_F(FileSystemTest, TruncateHereCutsAtThePosition) {
     EXPECT_EQ(readTestFile(path("f")), "ab");
 }
 
-TEST_F(FileSystemTest, AClosedFileRefusesEverything) {
+TEST_P(FileSystemTest, AClosedFileRefusesEverything) {
     const auto file = openFile(path("f"), platform::kRead | platform::kWrite, Disposition::kCreateNew);
     ASSERT_NE(file, nullptr);
     EXPECT_EQ(file->close(), 0);
@@ -169,20 +175,20 @@ TEST_F(FileSystemTest, AClosedFileRefusesEverything) {
     EXPECT_EQ(file->size(), -1);
 }
 
-TEST_F(FileSystemTest, DistinguishesFilesFromDirectories) {
+TEST_P(FileSystemTest, DistinguishesFilesFromDirectories) {
     writeTestFile(path("f"), "abc");
     EXPECT_TRUE(files_.exists(path("f").c_str()));
     EXPECT_FALSE(files_.isDirectory(path("f").c_str()));
     EXPECT_EQ(files_.fileSize(path("f").c_str()), 3);
-    EXPECT_TRUE(files_.exists(directory_.path().c_str()));
-    EXPECT_TRUE(files_.isDirectory(directory_.path().c_str()));
-    EXPECT_EQ(files_.fileSize(directory_.path().c_str()), -1);
+    EXPECT_TRUE(files_.exists(directory().c_str()));
+    EXPECT_TRUE(files_.isDirectory(directory().c_str()));
+    EXPECT_EQ(files_.fileSize(directory().c_str()), -1);
     EXPECT_FALSE(files_.exists(path("none").c_str()));
     EXPECT_FALSE(files_.isDirectory(path("none").c_str()));
     EXPECT_EQ(files_.fileSize(path("none").c_str()), -1);
 }
 
-TEST_F(FileSystemTest, AnEmptyPathNamesNothing) {
+TEST_P(FileSystemTest, AnEmptyPathNamesNothing) {
     std::unique_ptr<File> file;
     EXPECT_NE(files_.open("", OpenOptions{}, file), 0);
     EXPECT_FALSE(files_.exists(""));
@@ -190,36 +196,36 @@ TEST_F(FileSystemTest, AnEmptyPathNamesNothing) {
     EXPECT_NE(files_.createDirectory(""), 0);
 }
 
-TEST_F(FileSystemTest, TakesBothSeparators) {
-    const std::string mixed = directory_.path() + "\\sub/deeper\\";
-    EXPECT_EQ(files_.createDirectory((directory_.path() + "\\sub").c_str()), 0);
-    EXPECT_EQ(files_.createDirectory((directory_.path() + "\\sub/deeper").c_str()), 0);
+TEST_P(FileSystemTest, TakesBothSeparators) {
+    const std::string mixed = directory() + "\\sub/deeper\\";
+    EXPECT_EQ(files_.createDirectory((directory() + "\\sub").c_str()), 0);
+    EXPECT_EQ(files_.createDirectory((directory() + "\\sub/deeper").c_str()), 0);
     write(*openFile(mixed + "f", platform::kWrite, Disposition::kCreateNew), "abc");
     EXPECT_EQ(readTestFile(path("sub/deeper/f")), "abc");
 }
 
-TEST_F(FileSystemTest, NamesOutsideAsciiWork) {
+TEST_P(FileSystemTest, NamesOutsideAsciiWork) {
     const std::string name =
         "Gr\xc3\xb6\xc3\x9f"
         "e \xe6\xbc\xa2 \xf0\x9f\x93\xa6";
     write(*openFile(path(name.c_str()), platform::kWrite, Disposition::kCreateNew), "abc");
     EXPECT_EQ(readTestFile(path(name.c_str())), "abc");
     std::vector<platform::DirectoryEntry> entries;
-    ASSERT_EQ(files_.list(directory_.path().c_str(), entries), 0);
+    ASSERT_EQ(files_.list(directory().c_str(), entries), 0);
     ASSERT_EQ(entries.size(), 1U);
     EXPECT_EQ(entries[0].name, name);
 }
 
-TEST_F(FileSystemTest, RemoveFileTakesFilesOnly) {
+TEST_P(FileSystemTest, RemoveFileTakesFilesOnly) {
     writeTestFile(path("f"), "abc");
     EXPECT_EQ(files_.removeFile(path("f").c_str()), 0);
     EXPECT_FALSE(testFileExists(path("f")));
     EXPECT_NE(files_.removeFile(path("f").c_str()), 0);
-    EXPECT_NE(files_.removeFile(directory_.path().c_str()), 0);
-    EXPECT_TRUE(testFileExists(directory_.path()));
+    EXPECT_NE(files_.removeFile(directory().c_str()), 0);
+    EXPECT_TRUE(testFileExists(directory()));
 }
 
-TEST_F(FileSystemTest, MoveFileNeverReplaces) {
+TEST_P(FileSystemTest, MoveFileNeverReplaces) {
     writeTestFile(path("from"), "new");
     writeTestFile(path("to"), "old");
     EXPECT_NE(files_.moveFile(path("from").c_str(), path("to").c_str()), 0);
@@ -231,7 +237,7 @@ TEST_F(FileSystemTest, MoveFileNeverReplaces) {
     EXPECT_NE(files_.moveFile(path("none").c_str(), path("free2").c_str()), 0);
 }
 
-TEST_F(FileSystemTest, ReplaceFileTakesThePlace) {
+TEST_P(FileSystemTest, ReplaceFileTakesThePlace) {
     writeTestFile(path("from"), "new");
     writeTestFile(path("to"), "old");
     EXPECT_EQ(files_.replaceFile(path("from").c_str(), path("to").c_str()), 0);
@@ -241,7 +247,7 @@ TEST_F(FileSystemTest, ReplaceFileTakesThePlace) {
     EXPECT_EQ(readTestFile(path("free")), "new");
 }
 
-TEST_F(FileSystemTest, CreateDirectoryMakesOneLevel) {
+TEST_P(FileSystemTest, CreateDirectoryMakesOneLevel) {
     EXPECT_NE(files_.createDirectory(path("a/b").c_str()), 0);
     EXPECT_EQ(files_.createDirectory(path("a").c_str()), 0);
     EXPECT_EQ(files_.createDirectory(path("a/b").c_str()), 0);
@@ -249,7 +255,7 @@ TEST_F(FileSystemTest, CreateDirectoryMakesOneLevel) {
     EXPECT_TRUE(files_.isDirectory(path("a/b").c_str()));
 }
 
-TEST_F(FileSystemTest, RemoveDirectoryTakesEmptyOnesOnly) {
+TEST_P(FileSystemTest, RemoveDirectoryTakesEmptyOnesOnly) {
     ASSERT_EQ(files_.createDirectory(path("a").c_str()), 0);
     writeTestFile(path("a/f"), "abc");
     EXPECT_NE(files_.removeDirectory(path("a").c_str()), 0);
@@ -262,11 +268,11 @@ TEST_F(FileSystemTest, RemoveDirectoryTakesEmptyOnesOnly) {
     EXPECT_TRUE(testFileExists(path("f")));
 }
 
-TEST_F(FileSystemTest, ListGivesEachEntryOnce) {
+TEST_P(FileSystemTest, ListGivesEachEntryOnce) {
     writeTestFile(path("f"), "abc");
     ASSERT_EQ(files_.createDirectory(path("d").c_str()), 0);
     std::vector<platform::DirectoryEntry> entries{{"stale", false}};
-    ASSERT_EQ(files_.list(directory_.path().c_str(), entries), 0);
+    ASSERT_EQ(files_.list(directory().c_str(), entries), 0);
     std::vector<std::pair<std::string, bool>> found;
     for (const auto& entry : entries) {
         found.emplace_back(entry.name, entry.isDirectory);
@@ -274,14 +280,14 @@ TEST_F(FileSystemTest, ListGivesEachEntryOnce) {
     EXPECT_THAT(found, testing::UnorderedElementsAre(std::pair("f", false), std::pair("d", true)));
 }
 
-TEST_F(FileSystemTest, ListOfAnEmptyDirectoryIsEmpty) {
+TEST_P(FileSystemTest, ListOfAnEmptyDirectoryIsEmpty) {
     ASSERT_EQ(files_.createDirectory(path("d").c_str()), 0);
     std::vector<platform::DirectoryEntry> entries;
     EXPECT_EQ(files_.list(path("d").c_str(), entries), 0);
     EXPECT_TRUE(entries.empty());
 }
 
-TEST_F(FileSystemTest, ListFailsForMissingDirectoriesAndFiles) {
+TEST_P(FileSystemTest, ListFailsForMissingDirectoriesAndFiles) {
     writeTestFile(path("f"), "abc");
     for (const char* name : {"none", "f"}) {
         std::vector<platform::DirectoryEntry> entries{{"stale", false}};
@@ -290,13 +296,13 @@ TEST_F(FileSystemTest, ListFailsForMissingDirectoriesAndFiles) {
     }
 }
 
-TEST_F(FileSystemTest, MakeExecutableNeedsAFile) {
+TEST_P(FileSystemTest, MakeExecutableNeedsAFile) {
     writeTestFile(path("f"), "abc");
     EXPECT_EQ(files_.makeExecutable(path("f").c_str()), 0);
     EXPECT_EQ(readTestFile(path("f")), "abc");
 }
 
-TEST_F(FileSystemTest, TemporaryDirectoryExistsAndHasNoSeparatorAtItsEnd) {
+TEST_P(FileSystemTest, TemporaryDirectoryExistsAndHasNoSeparatorAtItsEnd) {
     std::string temporary;
     ASSERT_TRUE(files_.temporaryDirectory(temporary));
     ASSERT_FALSE(temporary.empty());
@@ -305,7 +311,7 @@ TEST_F(FileSystemTest, TemporaryDirectoryExistsAndHasNoSeparatorAtItsEnd) {
     EXPECT_NE(temporary.back(), '/');
 }
 
-TEST_F(FileSystemTest, TemporaryNamesAreInTheTemporaryDirectoryAndFree) {
+TEST_P(FileSystemTest, TemporaryNamesAreInTheTemporaryDirectoryAndFree) {
     std::string temporary;
     ASSERT_TRUE(files_.temporaryDirectory(temporary));
     std::string first;
@@ -319,22 +325,22 @@ TEST_F(FileSystemTest, TemporaryNamesAreInTheTemporaryDirectoryAndFree) {
     EXPECT_EQ(files_.removeFile(first.c_str()), 0);
 }
 
-TEST_F(FileSystemTest, ResolvesPlainFilesOnly) {
+TEST_P(FileSystemTest, ResolvesPlainFilesOnly) {
     writeTestFile(path("f"), "abc");
     std::string resolved;
     ASSERT_EQ(files_.resolveFile(path("f").c_str(), resolved), 0);
     EXPECT_EQ(readTestFile(resolved), "abc");
-    for (const std::string& other : {path("none"), path("none/f"), directory_.path()}) {
+    for (const std::string& other : {path("none"), path("none/f"), directory()}) {
         resolved = "stale";
         EXPECT_NE(files_.resolveFile(other.c_str(), resolved), 0) << other;
         EXPECT_EQ(resolved, "");
     }
 }
 
-TEST_F(FileSystemTest, FindsTheVolumeOfWhatIsNotThereYet) {
+TEST_P(FileSystemTest, FindsTheVolumeOfWhatIsNotThereYet) {
     platform::Volume here;
     platform::Volume below;
-    ASSERT_EQ(files_.findVolume(directory_.path(), here), 0);
+    ASSERT_EQ(files_.findVolume(directory(), here), 0);
     ASSERT_EQ(files_.findVolume(path("not/there\\yet"), below), 0);
     EXPECT_FALSE(here.name.empty());
     EXPECT_FALSE(here.key.empty());
@@ -347,20 +353,20 @@ TEST_F(FileSystemTest, FindsTheVolumeOfWhatIsNotThereYet) {
     EXPECT_EQ(below.key, here.key);
 }
 
-TEST_F(FileSystemTest, AnOpenFileTakesTheRightsOfAnother) {
+TEST_P(FileSystemTest, AnOpenFileTakesTheRightsOfAnother) {
     writeTestFile(path("from"), "a");
     const auto file = openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate);
     ASSERT_NE(file, nullptr);
     write(*file, "b");
     EXPECT_EQ(file->takeRightsOf(path("from")), 0);
     EXPECT_NE(file->takeRightsOf(path("none")), 0);
-    EXPECT_NE(file->takeRightsOf(directory_.path()), 0);
+    EXPECT_NE(file->takeRightsOf(directory()), 0);
     EXPECT_EQ(file->close(), 0);
     EXPECT_NE(file->takeRightsOf(path("from")), 0);
     EXPECT_EQ(readTestFile(path("to")), "b");
 }
 
-TEST_F(FileSystemTest, KnowsEqualRights) {
+TEST_P(FileSystemTest, KnowsEqualRights) {
     writeTestFile(path("from"), "a");
     const auto file = openFile(path("to"), platform::kWrite, Disposition::kCreatePrivate);
     ASSERT_NE(file, nullptr);
@@ -370,10 +376,10 @@ TEST_F(FileSystemTest, KnowsEqualRights) {
     EXPECT_NE(rights, "");
     EXPECT_EQ(files_.rightsOf(path("to")), rights);
     EXPECT_EQ(files_.rightsOf(path("none")), "");
-    EXPECT_EQ(files_.rightsOf(directory_.path()), "");
+    EXPECT_EQ(files_.rightsOf(directory()), "");
 }
 
-TEST_F(FileSystemTest, AnOpenFileTakesEachKindOfRights) {
+TEST_P(FileSystemTest, AnOpenFileTakesEachKindOfRights) {
     for (const platform::FileRights rights :
          {platform::FileRights::kPlain, platform::FileRights::kProgram, platform::FileRights::kPrivate}) {
         const std::string name = "f" + std::to_string(static_cast<int>(rights));
@@ -389,11 +395,11 @@ TEST_F(FileSystemTest, AnOpenFileTakesEachKindOfRights) {
     }
 }
 
-TEST_F(FileSystemTest, SaysWhatAPathNames) {
+TEST_P(FileSystemTest, SaysWhatAPathNames) {
     using platform::PathKind;
     writeTestFile(path("f"), "abc");
     EXPECT_EQ(files_.kindOf(path("f")), PathKind::kFile);
-    EXPECT_EQ(files_.kindOf(directory_.path()), PathKind::kDirectory);
+    EXPECT_EQ(files_.kindOf(directory()), PathKind::kDirectory);
     EXPECT_EQ(files_.kindOf(path("none")), PathKind::kNothing);
     EXPECT_EQ(files_.kindOf(path("none/f")), PathKind::kNothing);
     EXPECT_EQ(files_.kindOf(path("f/below")), PathKind::kNothing);
@@ -412,7 +418,7 @@ protected:
     std::unique_ptr<platform::Directory> below_;
 };
 
-TEST_F(DirectoryTest, ListsItsEntriesEachTime) {
+TEST_P(DirectoryTest, ListsItsEntriesEachTime) {
     for (int time = 0; time < 2; ++time) {
         std::vector<platform::DirectoryEntry> entries{{"stale", false}};
         ASSERT_EQ(opened_->list(entries), 0);
@@ -424,7 +430,7 @@ TEST_F(DirectoryTest, ListsItsEntriesEachTime) {
     }
 }
 
-TEST_F(DirectoryTest, ListsManyEntries) {
+TEST_P(DirectoryTest, ListsManyEntries) {
     for (int i = 0; i < 700; ++i) {
         writeTestFile(path("d/sub") + "/" + std::string(100, 'n') + std::to_string(i), "");
     }
@@ -434,7 +440,7 @@ TEST_F(DirectoryTest, ListsManyEntries) {
     EXPECT_EQ(entries.size(), 700U);
 }
 
-TEST_F(DirectoryTest, ListsTheDiskWithKindsAndSizes) {
+TEST_P(DirectoryTest, ListsTheDiskWithKindsAndSizes) {
     using platform::PathKind;
     for (int time = 0; time < 2; ++time) {
         std::vector<platform::DiskEntry> entries(1);
@@ -449,7 +455,7 @@ TEST_F(DirectoryTest, ListsTheDiskWithKindsAndSizes) {
     }
 }
 
-TEST_F(DirectoryTest, RemovesFilesAndEmptyDirectories) {
+TEST_P(DirectoryTest, RemovesFilesAndEmptyDirectories) {
     ASSERT_EQ(opened_->openDirectory("sub", below_), 0);
     writeTestFile(path("d/sub/g"), "abc");
     EXPECT_NE(opened_->removeDirectory("sub"), 0);
@@ -464,7 +470,7 @@ TEST_F(DirectoryTest, RemovesFilesAndEmptyDirectories) {
     EXPECT_FALSE(testFileExists(path("d/f")));
 }
 
-TEST_F(DirectoryTest, RefusesNamesThatLeadElsewhere) {
+TEST_P(DirectoryTest, RefusesNamesThatLeadElsewhere) {
     writeTestFile(path("victim"), "precious");
     ASSERT_EQ(files_.createDirectory(path("empty")), 0);
     for (const char* name : {"../victim", "..\\victim", "sub/../f", ".", "..", "", "/"}) {
@@ -480,7 +486,7 @@ TEST_F(DirectoryTest, RefusesNamesThatLeadElsewhere) {
     EXPECT_TRUE(testFileExists(path("d/f")));
 }
 
-TEST_F(DirectoryTest, OpensDirectoriesOnly) {
+TEST_P(DirectoryTest, OpensDirectoriesOnly) {
     EXPECT_NE(files_.openDirectory(path("d/f"), below_), 0);
     EXPECT_NE(files_.openDirectory(path("none"), below_), 0);
     EXPECT_NE(files_.openDirectory("", below_), 0);
@@ -489,7 +495,7 @@ TEST_F(DirectoryTest, OpensDirectoriesOnly) {
     EXPECT_EQ(files_.openDirectory(path("d") + "/", below_), 0);
 }
 
-TEST_F(DirectoryTest, OpensAFileToReadAndNothingElse) {
+TEST_P(DirectoryTest, OpensAFileToReadAndNothingElse) {
     std::unique_ptr<platform::File> file;
     ASSERT_EQ(opened_->openFile("f", file), 0);
     char text[8] = {};
@@ -502,7 +508,7 @@ TEST_F(DirectoryTest, OpensAFileToReadAndNothingElse) {
     }
 }
 
-TEST_F(DirectoryTest, TakesFilesAndEmptyDirectoriesAway) {
+TEST_P(DirectoryTest, TakesFilesAndEmptyDirectoriesAway) {
     EXPECT_EQ(opened_->takeFileAway("f", path("taken")), 0);
     EXPECT_EQ(readTestFile(path("taken")), "abc");
     EXPECT_FALSE(testFileExists(path("d/f")));
@@ -512,7 +518,7 @@ TEST_F(DirectoryTest, TakesFilesAndEmptyDirectoriesAway) {
 }
 
 // With the open directory and by the path.
-TEST_F(DirectoryTest, TakesNothingAwayThatCouldNotBeRemovedOrHasNoPlace) {
+TEST_P(DirectoryTest, TakesNothingAwayThatCouldNotBeRemovedOrHasNoPlace) {
     writeTestFile(path("d/sub/g"), "x");
     writeTestFile(path("present"), "precious");
     for (const char* const name : {"sub", "none", "", ".."}) {
@@ -532,12 +538,23 @@ TEST_F(DirectoryTest, TakesNothingAwayThatCouldNotBeRemovedOrHasNoPlace) {
     EXPECT_TRUE(testFileExists(path("d/sub/g")));
 }
 
-TEST_F(DirectoryTest, TakesAwayByPathAsWell) {
+TEST_P(DirectoryTest, TakesAwayByPathAsWell) {
     EXPECT_EQ(files_.takeFileAway(path("d/f"), path("taken")), 0);
     EXPECT_EQ(readTestFile(path("taken")), "abc");
     EXPECT_EQ(files_.takeDirectoryAway(path("d/sub"), path("takenDirectory")), 0);
     EXPECT_EQ(files_.takeDirectoryAway(path("takenDirectory"), path("d/sub")), 0);
     EXPECT_TRUE(files_.isDirectory(path("d/sub")));
 }
+
+std::string nameOf(const testing::TestParamInfo<MachineOfFiles (*)()>& info) {
+    const char* const names[] = {"System", "OverlayOfTheSystem", "OverlayOfAMachineInMemory",
+                                 "OverlayOfASystemThatItEmptied", "OverlayOfAMemoryThatItEmptied"};
+    return names[info.index];
+}
+
+const auto kMachines = testing::Values(systemMachine, overlayOfSystem, overlayOfMemory,
+                                       overlayOfEmptiedSystem, overlayOfEmptiedMemory);
+INSTANTIATE_TEST_SUITE_P(Machines, FileSystemTest, kMachines, nameOf);
+INSTANTIATE_TEST_SUITE_P(Machines, DirectoryTest, kMachines, nameOf);
 
 }  // namespace

@@ -7,6 +7,8 @@
 
 #include "fakes/temporary_directory.h"
 #include "platform/environment.h"
+#include "platform/memory/memory_registry_rules.h"
+#include "platform/overlay/overlay_registry.h"
 
 namespace {
 
@@ -44,7 +46,66 @@ private:
 [[maybe_unused]] const testing::Environment* const kStateDirectory =
     testing::AddGlobalTestEnvironment(new OwnStateDirectory);
 
-class RegistryTest : public testing::Test {
+// A registry under test.
+class RegistryUnderTest {
+public:
+    virtual ~RegistryUnderTest() = default;
+    virtual platform::Registry& registry() = 0;
+};
+
+class SystemUnderTest : public RegistryUnderTest {
+public:
+    platform::Registry& registry() override { return platform::systemRegistry(); }
+};
+
+class OverlaidSystem : public RegistryUnderTest {
+public:
+    platform::Registry& registry() override { return registry_; }
+
+private:
+    OverlayRegistry registry_{platform::systemRegistry(), platform::systemRegistryRules()};
+};
+
+// The registry in memory takes any name.
+class StrictRules : public MemoryRegistryRules {
+public:
+    using MemoryRegistryRules::MemoryRegistryRules;
+    bool isKeyName(std::string_view name) const override { return name.size() <= 255; }
+};
+
+class OverlaidMemory : public RegistryUnderTest {
+public:
+    platform::Registry& registry() override { return registry_; }
+
+protected:
+    MemoryRegistry base_;
+
+private:
+    StrictRules rules_{base_};
+    OverlayRegistry registry_{base_, rules_};
+};
+
+constexpr const char* kTop = "Software\\TandrelPlatformTest";
+
+// What tests make is in the base, and is taken away before they begin.
+class OverlaidFullMemory : public OverlaidMemory {
+public:
+    OverlaidFullMemory() {
+        for (const char* const name : {"a\\b\\c", "a\\deep", "b", "MIXEDCASE", "none"}) {
+            base_.addKey(kRoot, std::string(kTop) + "\\" + name);
+            base_.addText(kRoot, std::string(kTop) + "\\" + name, "value", "what the base has");
+            base_.addText(kRoot, kTop, name, "what the base has");
+        }
+    }
+};
+
+template <typename Machine>
+std::unique_ptr<RegistryUnderTest> make() {
+    return std::make_unique<Machine>();
+}
+
+// With the system itself and with overlays, for which the same holds.
+class RegistryTest : public testing::TestWithParam<std::unique_ptr<RegistryUnderTest> (*)()> {
 protected:
     void SetUp() override {
         removeTree(kTop);
@@ -53,9 +114,9 @@ protected:
     }
     void TearDown() override { removeTree(kTop); }
 
-    static platform::Registry& registry() { return platform::systemRegistry(); }
+    platform::Registry& registry() { return machine_->registry(); }
 
-    static void removeTree(const std::string& path) {
+    void removeTree(const std::string& path) {
         std::vector<std::string> names;
         registry().listKeys(kRoot, path.c_str(), kView, names);
         for (const std::string& name : names) {
@@ -66,18 +127,18 @@ protected:
 
     static std::string key(const std::string& name) { return std::string(kTop) + "\\" + name; }
 
-    static int write(const std::string& path, const char* name, const RegistryValue& value) {
+    int write(const std::string& path, const char* name, const RegistryValue& value) {
         return registry().writeValue(kRoot, path.c_str(), kView, name, value);
     }
-    static int read(const std::string& path, const char* name, RegistryValue& outValue) {
+    int read(const std::string& path, const char* name, RegistryValue& outValue) {
         return registry().readValue(kRoot, path.c_str(), kView, name, outValue);
     }
-    static int test(const std::string& path) { return registry().testKey(kRoot, path.c_str(), kView); }
+    int test(const std::string& path) { return registry().testKey(kRoot, path.c_str(), kView); }
 
-    static constexpr const char* kTop = "Software\\TandrelPlatformTest";
+    std::unique_ptr<RegistryUnderTest> machine_ = GetParam()();
 };
 
-TEST_F(RegistryTest, CreateKeyMakesTheMissingLevelsAndCountsThem) {
+TEST_P(RegistryTest, CreateKeyMakesTheMissingLevelsAndCountsThem) {
     int created = 77;
     EXPECT_EQ(registry().createKey(kRoot, key("a\\b\\c").c_str(), kView, created), kRegOk);
     EXPECT_EQ(created, 3);
@@ -89,7 +150,7 @@ TEST_F(RegistryTest, CreateKeyMakesTheMissingLevelsAndCountsThem) {
     EXPECT_EQ(test(key("a\\c")), kRegNotFound);
 }
 
-TEST_F(RegistryTest, ValuesOfEachTypeComeBackUnchanged) {
+TEST_P(RegistryTest, ValuesOfEachTypeComeBackUnchanged) {
     const RegistryValue values[] = {
         {platform::kRegString, "text"},
         {platform::kRegString, ""},
@@ -111,7 +172,7 @@ TEST_F(RegistryTest, ValuesOfEachTypeComeBackUnchanged) {
     }
 }
 
-TEST_F(RegistryTest, AMissingValueOrKeyIsNotFound) {
+TEST_P(RegistryTest, AMissingValueOrKeyIsNotFound) {
     RegistryValue value;
     EXPECT_EQ(read(kTop, "none", value), kRegNotFound);
     EXPECT_EQ(read(kTop, "", value), kRegNotFound);
@@ -121,12 +182,12 @@ TEST_F(RegistryTest, AMissingValueOrKeyIsNotFound) {
     EXPECT_EQ(registry().deleteKey(kRoot, key("none").c_str(), kView), kRegNotFound);
 }
 
-TEST_F(RegistryTest, WritingNeedsTheKey) {
+TEST_P(RegistryTest, WritingNeedsTheKey) {
     EXPECT_EQ(write(key("none"), "value", {platform::kRegString, "x"}), kRegNotFound);
     EXPECT_EQ(test(key("none")), kRegNotFound);
 }
 
-TEST_F(RegistryTest, TheEmptyNameIsTheDefaultValue) {
+TEST_P(RegistryTest, TheEmptyNameIsTheDefaultValue) {
     ASSERT_EQ(write(kTop, "", {platform::kRegString, "default"}), kRegOk);
     ASSERT_EQ(write(kTop, "other", {platform::kRegString, "other"}), kRegOk);
     RegistryValue value;
@@ -134,7 +195,7 @@ TEST_F(RegistryTest, TheEmptyNameIsTheDefaultValue) {
     EXPECT_EQ(value.data, "default");
 }
 
-TEST_F(RegistryTest, NamesIgnoreCaseAndKeepTheirSpelling) {
+TEST_P(RegistryTest, NamesIgnoreCaseAndKeepTheirSpelling) {
     int created = 0;
     ASSERT_EQ(registry().createKey(kRoot, key("MixedCase").c_str(), kView, created), kRegOk);
     ASSERT_EQ(registry().createKey(kRoot, key("MIXEDCASE").c_str(), kView, created), kRegOk);
@@ -151,7 +212,7 @@ TEST_F(RegistryTest, NamesIgnoreCaseAndKeepTheirSpelling) {
     EXPECT_THAT(names, testing::ElementsAre("ValueName"));
 }
 
-TEST_F(RegistryTest, ListsGiveDirectMembersOnly) {
+TEST_P(RegistryTest, ListsGiveDirectMembersOnly) {
     int created = 0;
     for (const char* name : {"b", "a\\deep", "c"}) {
         ASSERT_EQ(registry().createKey(kRoot, key(name).c_str(), kView, created), kRegOk);
@@ -167,7 +228,7 @@ TEST_F(RegistryTest, ListsGiveDirectMembersOnly) {
     EXPECT_TRUE(names.empty());
 }
 
-TEST_F(RegistryTest, AKeyWithSubkeysStays) {
+TEST_P(RegistryTest, AKeyWithSubkeysStays) {
     int created = 0;
     ASSERT_EQ(registry().createKey(kRoot, key("a\\b").c_str(), kView, created), kRegOk);
     EXPECT_EQ(registry().deleteKey(kRoot, key("a").c_str(), kView), kRegAccessDenied);
@@ -177,7 +238,7 @@ TEST_F(RegistryTest, AKeyWithSubkeysStays) {
     EXPECT_EQ(test(key("a")), kRegNotFound);
 }
 
-TEST_F(RegistryTest, DeletingAKeyTakesItsValues) {
+TEST_P(RegistryTest, DeletingAKeyTakesItsValues) {
     int created = 0;
     ASSERT_EQ(registry().createKey(kRoot, key("a").c_str(), kView, created), kRegOk);
     ASSERT_EQ(write(key("a"), "value", {platform::kRegString, "old"}), kRegOk);
@@ -187,7 +248,7 @@ TEST_F(RegistryTest, DeletingAKeyTakesItsValues) {
     EXPECT_EQ(read(key("a"), "value", value), kRegNotFound);
 }
 
-TEST_F(RegistryTest, DeleteValueTakesOneValue) {
+TEST_P(RegistryTest, DeleteValueTakesOneValue) {
     ASSERT_EQ(write(kTop, "a", {platform::kRegString, "1"}), kRegOk);
     ASSERT_EQ(write(kTop, "b", {platform::kRegString, "2"}), kRegOk);
     EXPECT_EQ(registry().deleteValue(kRoot, kTop, kView, "A"), kRegOk);
@@ -196,12 +257,23 @@ TEST_F(RegistryTest, DeleteValueTakesOneValue) {
     EXPECT_EQ(read(kTop, "b", value), kRegOk);
 }
 
-TEST_F(RegistryTest, AnOverlongKeyNameIsRefused) {
+TEST_P(RegistryTest, AnOverlongKeyNameIsRefused) {
     int created = 77;
     EXPECT_NE(registry().createKey(kRoot, key(std::string(256, 'k')).c_str(), kView, created), kRegOk);
     std::vector<std::string> names;
     ASSERT_EQ(registry().listKeys(kRoot, kTop, kView, names), kRegOk);
     EXPECT_TRUE(names.empty());
 }
+
+std::string nameOf(const testing::TestParamInfo<std::unique_ptr<RegistryUnderTest> (*)()>& info) {
+    const char* const names[] = {"System", "OverlayOfTheSystem", "OverlayOfAMachineInMemory",
+                                 "OverlayOfAMemoryThatItEmptied"};
+    return names[info.index];
+}
+
+INSTANTIATE_TEST_SUITE_P(Machines, RegistryTest,
+                         testing::Values(make<SystemUnderTest>, make<OverlaidSystem>, make<OverlaidMemory>,
+                                         make<OverlaidFullMemory>),
+                         nameOf);
 
 }  // namespace

@@ -622,6 +622,15 @@ int MemoryFileSystem::readOnlyStatus(const std::string& path) const {
     return kOk;
 }
 
+int MemoryFileSystem::refusalOfChange(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    return readOnlyStatus(resolved(path));
+}
+
+std::string MemoryFileSystem::resolvedPath(std::string_view path) {
+    return resolved(path);
+}
+
 MemoryFileSystem::NodePtr MemoryFileSystem::find(const std::string& path) const {
     if (isRoot(path)) {
         NodePtr root = std::make_shared<Node>();

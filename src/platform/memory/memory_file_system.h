@@ -109,6 +109,10 @@ public:
     void reportFreeSpace(std::string_view path, std::int64_t bytes);
     // What is at this path and below can be read but not written, made, moved or removed.
     void setReadOnly(std::string_view path, int status = kAccessDenied);
+    // The status that setReadOnly gave for it; kOk where there is none.
+    int refusalOfChange(std::string_view path) const;
+    // The path as it is kept: "C:/a/b" or "/a/b"; the roots are "C:" and "".
+    static std::string resolvedPath(std::string_view path);
     void clearFaults();
     // Before the n-th (from 1) operation of this kind at this path from now on, `action` runs, once: what
     // somebody else does in the meantime.

@@ -99,6 +99,10 @@ void MemoryRegistry::record(const char* operation, RegistryRoot root, std::strin
     operations.push_back(text + (view == RegistryView::k32Bit ? " (32)" : ""));
 }
 
+bool MemoryRegistry::isReadOnly(std::string_view path) const {
+    return isAtOrBelowAny(path, readOnly_);
+}
+
 void MemoryRegistry::setForbidden(std::string_view path) {
     readOnly_.emplace_back(path);
     forbidden_.emplace_back(path);

@@ -34,6 +34,7 @@ public:
 
     // At this path and below nothing can be written, made or deleted, in any root and view.
     void setReadOnly(std::string_view path) { readOnly_.push_back(std::string(path)); }
+    bool isReadOnly(std::string_view path) const;
     // At this path and below nothing can be read or listed either.
     void setForbidden(std::string_view path);
 

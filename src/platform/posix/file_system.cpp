@@ -15,6 +15,7 @@
 #include "platform/posix/posix_directory.h"
 #include "platform/posix/posix_file.h"
 #include "platform/posix/protected_path.h"
+#include "platform/posix/quiet_open.h"
 #include "platform/posix/state_directory.h"
 #include "platform/posix/system_calls.h"
 #include "platform/posix/volume.h"
@@ -72,7 +73,7 @@ int refusalOf(int descriptor) {
 
 // Opening must not wait for the other end of a pipe; what is opened then works as usual.
 int openWithoutWaiting(const char* path, int flags, mode_t mode) {
-    const int descriptor = retryInterrupted([&] { return ::open(path, flags | O_NONBLOCK, mode); });
+    const int descriptor = openQuietly(AT_FDCWD, path, flags | O_NONBLOCK, mode);
     if (descriptor >= 0) {
         fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
     }

@@ -10,6 +10,7 @@
 
 #include "platform/linux_path.h"
 #include "platform/posix/posix_file.h"
+#include "platform/posix/quiet_open.h"
 
 namespace platform {
 
@@ -58,8 +59,7 @@ DiskEntry diskEntryOf(DIR* directory, const char* name) {
 
 // Reads from a descriptor of its own, because the stream closes it and moves its position.
 DirectoryStream streamOf(int descriptor) {
-    const int own =
-        retryInterrupted([&] { return openat(descriptor, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    const int own = openQuietly(descriptor, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     DirectoryStream stream(own < 0 ? nullptr : fdopendir(own));
     if (own >= 0 && stream == nullptr) {
         ::close(own);
@@ -168,8 +168,8 @@ int PosixDirectory::takeDirectoryAway(int base, const std::string& path, const s
 int PosixDirectory::open(int base, const std::string& path, int flags,
                          std::unique_ptr<Directory>& outDirectory) {
     outDirectory.reset();
-    const int descriptor = retryInterrupted(
-        [&] { return openat(base, path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | flags); });
+    const int descriptor =
+        openQuietly(base, path.data(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | flags);
     if (descriptor < 0) {
         return errno;
     }
@@ -227,9 +227,8 @@ int PosixDirectory::openFile(std::string_view name, std::unique_ptr<File>& outFi
         return EINVAL;
     }
     const std::string entry(name);
-    const int descriptor = retryInterrupted([&] {
-        return openat(descriptor_.get(), entry.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    });
+    const int descriptor =
+        openQuietly(descriptor_.get(), entry.data(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         return errno;
     }
