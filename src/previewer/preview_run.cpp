@@ -13,7 +13,6 @@
 #include "platform/processes.h"
 #include "previewer/console_walk.h"
 #include "previewer/png_file.h"
-#include "previewer/preview_machine.h"
 #include "previewer/watched_toolkit.h"
 #include "previewer/window_walk.h"
 #include "support/utilities.h"
@@ -74,7 +73,7 @@ int PreviewRun::run() {
 }
 
 int PreviewRun::runAll() {
-    const std::string package = readPackage();
+    readPackage();
     for (std::size_t set = 1; set <= options_.answers.size(); ++set) {
         readAnswers(set);
     }
@@ -92,7 +91,7 @@ int PreviewRun::runAll() {
     Preview preview;
     preview.title = "Preview of " + (options_.title.empty() ? options_.package : options_.title);
     for (std::size_t set = 0; set <= options_.answers.size(); ++set) {
-        preview.sets.push_back(walkOnConsole(package, set));
+        preview.sets.push_back(walkOnConsole(set));
     }
     walkInWindows(preview);
     compare(preview);
@@ -100,23 +99,20 @@ int PreviewRun::runAll() {
     return report(preview);
 }
 
-std::string PreviewRun::readPackage() {
-    std::string content;
-    const int status = OUtils::readWholeFile(options_.package, content, surroundings_.machine.files);
-    if (status != 0 || static_cast<std::uint64_t>(options_.offset) > content.size()) {
+void PreviewRun::readPackage() {
+    const int status = OUtils::readWholeFile(options_.package, product_.package, surroundings_.machine.files);
+    if (status != 0 || static_cast<std::uint64_t>(options_.offset) > product_.package.size()) {
         fail(options_.package + ": can't be read: " + OUtils::readingErrorText(status));
     }
-    return content.substr(static_cast<std::size_t>(options_.offset));
+    product_.offset = options_.offset;
 }
 
 std::string PreviewRun::readAnswers(std::size_t set) {
+    const std::string& path = options_.answers[set - 1];
     std::string content;
-    if (set > 0) {
-        const std::string& path = options_.answers[set - 1];
-        const int status = OUtils::readWholeFile(path, content, surroundings_.machine.files);
-        if (status != 0 || content.empty()) {
-            fail(path + ": the answers can't be read: " + OUtils::readingErrorText(status));
-        }
+    const int status = OUtils::readWholeFile(path, content, surroundings_.machine.files);
+    if (status != 0 || content.empty()) {
+        fail(path + ": the answers can't be read: " + OUtils::readingErrorText(status));
     }
     return content;
 }
@@ -130,10 +126,15 @@ std::string PreviewRun::directoryOf(std::size_t set, const std::string& kind) co
     return (set == 0 ? "default" : "answers" + std::to_string(set)) + "-" + kind;
 }
 
-AnswerSet PreviewRun::walkOnConsole(const std::string& package, std::size_t set) {
+PreviewMachine PreviewRun::machineFor(std::size_t set) {
+    product_.answers = set == 0 ? std::nullopt : std::optional(readAnswers(set));
+    return PreviewMachine(*options_.system, product_);
+}
+
+AnswerSet PreviewRun::walkOnConsole(std::size_t set) {
     AnswerSet answers;
     answers.name = setName(set);
-    PreviewMachine machine(package, readAnswers(set));
+    PreviewMachine machine = machineFor(set);
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<ConsoleWalk>(surroundings, machine.machine().console, answers.console);
     };
@@ -189,6 +190,8 @@ std::string PreviewRun::commandLineOf(std::size_t set, int size) {
                                       options_.package,
                                       "--offset",
                                       std::to_string(options_.offset),
+                                      "--system",
+                                      std::string(systemWord(*options_.system)),
                                       "--to",
                                       options_.directory,
                                       "--sizes",
@@ -198,13 +201,7 @@ std::string PreviewRun::commandLineOf(std::size_t set, int size) {
     for (const std::string& answers : options_.answers) {
         words.insert(words.end(), {"--answers", answers});
     }
-    std::string line;
-    for (const std::string& word : words) {
-        if (!platform::addWord(line, word)) {
-            fail(word + ": a name with a double quote can't be handed on");
-        }
-    }
-    return line;
+    return platform::commandLineOf(words);
 }
 
 // The size of letters holds for a process.
@@ -237,14 +234,19 @@ int PreviewRun::walkInWindow() {
     const std::string target = directoryOf(set, std::to_string(options_.sizes.front()));
     WatchedToolkit watched(*toolkit);
     WalkRecord record;
+    std::vector<std::pair<std::string, std::string>> pictures;
     const auto save = [&](const std::string& file, const Image& picture) {
-        directory_.write(target + "/" + file + ".png", pngFileOf(picture));
+        pictures.emplace_back(target + "/" + file + ".png", pngFileOf(picture));
     };
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<WindowWalk>(surroundings, watched, record, save);
     };
-    PreviewMachine machine(readPackage(), readAnswers(set));
+    readPackage();
+    PreviewMachine machine = machineFor(set);
     const std::vector<std::string> ends = walk(machine, make);
+    for (const auto& [name, picture] : pictures) {
+        directory_.write(name, picture);
+    }
     record.ends.insert(record.ends.end(), ends.begin(), ends.end());
     directory_.write(target + "/" + kRecordName, textOf(record));
     return 0;

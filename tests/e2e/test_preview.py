@@ -14,7 +14,9 @@ TOP = pathlib.Path(__file__).resolve().parents[2]
 DESCRIPTION = """<?xml version="1.0" encoding="UTF-8"?>
 <TandrelGroupInstallation>
   <ProductDesc><Fullname>Preview</Fullname><MajorVersion>1</MajorVersion></ProductDesc>
-  <DefValues><Value Name="KIND" DataType="value">0</Value></DefValues>
+  <DefValues><Value Name="KIND" DataType="value">0</Value>
+    <Value Name="PROGRAMS" DataType="envvar" Default="/opt">ProgramFiles</Value>
+    <Value Name="WHERE" DataType="value">$PROGRAMS/preview</Value></DefValues>
   <Dialogs>
     <Welcome w="400" h="200"><Text x="16" y="16" w="300">@WELCOME@</Text>@MORE@
       <Button Name="Next" x="120" y="48" w="96" h="32" HAlign="right" VAlign="bottom">@CAPTION@</Button></Welcome>
@@ -66,6 +68,17 @@ class PreviewTest(EndToEndTest):
         return {path: self.read(f"{directory}/{path}") for path in self.tree(directory)}
 
 
+def windows_image():
+    """The headers of a program for Windows, as far as a packager looks at them, and one section."""
+    image = bytearray(1024)
+    image[:2] = b"MZ"
+    for place, form, value in ((0x3C, "<I", 0x80), (0x80, "<I", 0x4550), (0x84, "<H", 0x8664), (0x86, "<H", 1),
+                               (0x94, "<H", 240), (0x98 + 60, "<I", 1024), (0x188 + 16, "<I", 512),
+                               (0x188 + 20, "<I", 1024)):
+        struct.pack_into(form, image, place, value)
+    return bytes(image) + bytes(512)
+
+
 class Preview(PreviewTest):
     def test_the_console_shows_all_pages(self):
         result = self.preview()
@@ -76,6 +89,15 @@ class Preview(PreviewTest):
         self.assertNotIn("out/default-console/install-02-Extra.txt", self.tree("out"))
         self.assertIn("install-01-Welcome", self.read_text("out/index.html"))
         self.assertFalse(os.path.exists("/opt/preview"))
+
+    def test_a_setup_for_windows_is_shown_on_windows(self):
+        self.write("image.exe", windows_image())
+        field = '<Field Type="EditBox" Label="Where" x="16" y="48" w="300">WHERE</Field>'
+        result = self.preview("--image", self.native("image.exe"), more=field)
+        self.assertEqual(result.code, 0, result)
+        self.assertIn(r"Where [C:\Program Files/preview]:", self.read_text("out/default-console/install-01-Welcome.txt"))
+        self.assertRegex(self.read_text("out/default-console/install-03-CopyProgress.txt"),
+                         r"Create .opt.preview\\a\.txt\n")
 
     def test_keeps_what_no_preview_wrote(self):
         self.write("out/mine.txt", b"mine")
