@@ -93,9 +93,11 @@ int PreviewRun::runAll() {
     for (std::size_t set = 0; set <= options_.answers.size(); ++set) {
         preview.sets.push_back(walkOnConsole(set));
     }
+    writeConsolePages(preview);
     walkInWindows(preview);
-    compare(preview);
-    directory_.write("index.html", indexPageOf(preview));
+    std::vector<PreviewFile> files = compare(preview);
+    files.push_back({"index.html", indexPageOf(preview)});
+    directory_.write(files);
     return report(preview);
 }
 
@@ -139,16 +141,23 @@ AnswerSet PreviewRun::walkOnConsole(std::size_t set) {
         return std::make_unique<ConsoleWalk>(surroundings, machine.machine().console, answers.console);
     };
     answers.consoleEnds = walk(machine, make);
-    for (const ConsolePage& page : answers.console) {
-        directory_.write(directoryOf(set, "console") + "/" + page.file + ".txt", page.text);
-    }
     return answers;
+}
+
+void PreviewRun::writeConsolePages(const Preview& preview) {
+    std::vector<PreviewFile> files;
+    for (std::size_t set = 0; set < preview.sets.size(); ++set) {
+        for (const ConsolePage& page : preview.sets[set].console) {
+            files.push_back({directoryOf(set, "console") + "/" + page.file + ".txt", page.text});
+        }
+    }
+    directory_.write(files);
 }
 
 // Settings of the user's own desktop would make each preview another one.
 void PreviewRun::prepareSurroundingsOfWindows() {
     platform::Environment& environment = surroundings_.machine.environment;
-    directory_.write("gtk-3.0/settings.ini", kWindowSettings);
+    directory_.write({{"gtk-3.0/settings.ini", kWindowSettings}});
     std::string home;
     surroundings_.machine.files.realPath(directory_.path(), home);
     const std::pair<const char*, std::string> variables[] = {{"XDG_CONFIG_HOME", home},
@@ -234,9 +243,9 @@ int PreviewRun::walkInWindow() {
     const std::string target = directoryOf(set, std::to_string(options_.sizes.front()));
     WatchedToolkit watched(*toolkit);
     WalkRecord record;
-    std::vector<std::pair<std::string, std::string>> pictures;
+    std::vector<PreviewFile> files;
     const auto save = [&](const std::string& file, const Image& picture) {
-        pictures.emplace_back(target + "/" + file + ".png", pngFileOf(picture));
+        files.push_back({target + "/" + file + ".png", pngFileOf(picture)});
     };
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<WindowWalk>(surroundings, watched, record, save);
@@ -244,17 +253,16 @@ int PreviewRun::walkInWindow() {
     readPackage();
     PreviewMachine machine = machineFor(set);
     const std::vector<std::string> ends = walk(machine, make);
-    for (const auto& [name, picture] : pictures) {
-        directory_.write(name, picture);
-    }
     record.ends.insert(record.ends.end(), ends.begin(), ends.end());
-    directory_.write(target + "/" + kRecordName, textOf(record));
+    files.push_back({target + "/" + kRecordName, textOf(record)});
+    directory_.write(files);
     return 0;
 }
 
-void PreviewRun::compare(Preview& preview) {
+std::vector<PreviewFile> PreviewRun::compare(Preview& preview) {
+    std::vector<PreviewFile> files;
     if (options_.earlier.empty()) {
-        return;
+        return files;
     }
     PreviewDirectory earlier(surroundings_.machine.files, options_.earlier);
     preview.comparedTo = options_.earlier;
@@ -268,11 +276,12 @@ void PreviewRun::compare(Preview& preview) {
         int changed = 0;
         const auto difference = differenceOf(readPicture(directory_, change.name), before, changed);
         const std::string number = std::to_string(i) + ".png";
-        directory_.write("compared/earlier-" + number, pngFileOf(before));
+        files.push_back({"compared/earlier-" + number, pngFileOf(before)});
         if (difference) {
-            directory_.write("compared/difference-" + number, pngFileOf(*difference));
+            files.push_back({"compared/difference-" + number, pngFileOf(*difference)});
         }
     }
+    return files;
 }
 
 int PreviewRun::report(const Preview& preview) {

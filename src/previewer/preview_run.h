@@ -35,11 +35,13 @@ private:
     int runAll();
     int walkInWindow();
     AnswerSet walkOnConsole(std::size_t set);
+    void writeConsolePages(const Preview& preview);
     void walkInWindows(Preview& preview);
     void prepareSurroundingsOfWindows();
     SizeWalk startWindowWalk(std::size_t set, int size);
     std::string commandLineOf(std::size_t set, int size);
-    void compare(Preview& preview);
+    // Gives the pictures of the differences.
+    std::vector<PreviewFile> compare(Preview& preview);
     int report(const Preview& preview);
     void readPackage();
     std::string readAnswers(std::size_t set);
