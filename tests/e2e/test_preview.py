@@ -1,5 +1,6 @@
 """packager preview: the pages of a package as pictures and texts, what is marked on them, and what has changed."""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -19,7 +20,7 @@ DESCRIPTION = """<?xml version="1.0" encoding="UTF-8"?>
     <Value Name="WHERE" DataType="value">$PROGRAMS/preview</Value></DefValues>
   <Dialogs>
     <Welcome w="400" h="200"><Text x="16" y="16" w="300">@WELCOME@</Text>@MORE@
-      <Button Name="Next" x="120" y="48" w="96" h="32" HAlign="right" VAlign="bottom">@CAPTION@</Button></Welcome>
+      <Button Name="Next" x="120" y="48" w="96" h="32" HAlign="right" VAlign="bottom">@CAPTION@</Button></Welcome>@PAGES@
     <Extra Condition="[KIND]==1" w="400" h="200"><Text x="16" y="16" w="300">Only for some.</Text></Extra>
     <CopyProgress Special="AutoNext" w="400" h="200"><List Name="Destfilelist" x="16" y="16" w="300" h="100"/></CopyProgress>
     <End Special="Finish" w="400" h="200"><Text x="16" y="16" w="300">Done.</Text></End>
@@ -52,8 +53,9 @@ class PreviewTest(EndToEndTest):
     def packager(self, *arguments, env=None, **options):
         return super().packager(*arguments, env={**ENVIRONMENT, **(env or {})}, **options)
 
-    def preview(self, *options, to="out", welcome="Hello.", caption="&amp;Next", more="", env=None):
+    def preview(self, *options, to="out", welcome="Hello.", caption="&amp;Next", more="", pages="", env=None):
         description = DESCRIPTION.replace("@WELCOME@", welcome).replace("@CAPTION@", caption).replace("@MORE@", more)
+        description = description.replace("@PAGES@", pages)
         self.write("in/install.xml", description.encode())
         self.write("in/a.txt", b"a")
         return self.packager("preview", self.native("in/install.xml"), "--root", self.native("in"), "--to",
@@ -77,6 +79,21 @@ def windows_image():
                                (0x188 + 20, "<I", 1024)):
         struct.pack_into(form, image, place, value)
     return bytes(image) + bytes(512)
+
+
+@contextlib.contextmanager
+def own_display():
+    """A display as a user has one; gives its name."""
+    reader, writer = os.pipe()
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
+                              pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    os.close(writer)
+    try:
+        with os.fdopen(reader) as number:
+            yield ":" + number.readline().strip()
+    finally:
+        server.terminate()
+        server.wait()
 
 
 class Preview(PreviewTest):
@@ -160,6 +177,22 @@ class Pictures(PreviewTest):
             self.assertIn('class="fault"', self.read_text("out/index.html"))
             self.assertEqual(self.preview(**problem).code, 0)
 
+    def test_marks_a_box_that_doesnt_show_all_that_is_in_it(self):
+        field = '<Field Type="EditBox" x="16" y="48" w="%d">WHERE</Field>'
+        result = self.preview(more=field % 60)
+        self.assertIn("install-01-Welcome.png: cut: /opt/preview\n", result.out, result)
+        result = self.preview("--strict", more=field % 200)
+        self.assertEqual(result.code, 0, result)
+
+    def test_marks_tasks_that_are_cut(self):
+        frame = ('<Main Special="HasSubDialogs" w="400" h="200"><TaskLB Name="TaskList" x="16" y="16" w="%d" h="100"/>'
+                 '<TaskList><Notes CurrentLabel="A task with a long name"/></TaskList>'
+                 '<SubDialogs><Notes x="0" y="120" w="400" h="80"/></SubDialogs></Main>')
+        result = self.preview(pages=frame % 60)
+        self.assertIn("install-02-Notes.png: cut: A task with a long name\n", result.out, result)
+        result = self.preview("--strict", pages=frame % 300)
+        self.assertEqual(result.code, 0, result)
+
     def test_marks_what_lies_on_one_another(self):
         result = self.preview(more='<Text x="20" y="18" w="300">Over it.</Text>')
         self.assertIn("install-01-Welcome.png: overlap: ", result.out, result)
@@ -189,6 +222,18 @@ class Pictures(PreviewTest):
         self.assertEqual(result.code, 0, result)
         self.assertIn("the program Xvfb is missing; on Debian it is in the package xvfb", result.err)
         self.assertIn("default-console/install-01-Welcome.txt", self.tree("out"))
+
+    def test_draws_on_the_users_own_display(self):
+        elsewhere = {"PATH": "/nowhere"}
+        self.assertEqual(self.preview(to="memory").code, 0)
+        with own_display() as name:
+            result = self.preview("--display", env={**elsewhere, "DISPLAY": name})
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertRegex(result.out, ": 3 pictures, 0 faults\n$")
+        self.assertEqual(self.files("out"), self.files("memory"))
+        result = self.preview("--display", env={**elsewhere, "DISPLAY": name})
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("previewer: no window can be shown: ", result.err)
 
     def test_leaves_no_display_behind(self):
         self.write("tools/Xvfb", b'#!/bin/sh\necho $$ >"$0.id"\nexec /usr/bin/Xvfb "$@"\n')
