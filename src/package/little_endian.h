@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 // Numbers of the file formats: little-endian, at any address. The one place that knows how they are coded.
 namespace LittleEndian {
@@ -41,6 +43,24 @@ inline void writeSigned64(unsigned char* to, std::int64_t value) {
     const auto bits = static_cast<std::uint64_t>(value);
     writeUnsigned(to, static_cast<std::uint32_t>(bits));
     writeUnsigned(to + 4, static_cast<std::uint32_t>(bits >> 32));
+}
+
+// At the end of a text of bytes; of a number larger than that, what fits.
+inline void append16(std::string& bytes, std::uint32_t value) {
+    bytes += static_cast<char>(value);
+    bytes += static_cast<char>(value >> 8);
+}
+
+inline void append32(std::string& bytes, std::uint32_t value) {
+    append16(bytes, value);
+    append16(bytes, value >> 16);
+}
+
+// The units of a UTF-16 text, without a terminator.
+inline void appendWide(std::string& bytes, std::u16string_view text) {
+    for (const char16_t unit : text) {
+        append16(bytes, unit);
+    }
 }
 
 }  // namespace LittleEndian

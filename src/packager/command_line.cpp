@@ -412,7 +412,7 @@ constexpr const char* kPreviewHelp =
     "\n"
     "  --to DIR        an empty directory, or an earlier preview, which is replaced\n"
     "  --root DIR      what is shown is a description; the directory of its files, as for build\n"
-    "  --image IMAGE   the bare installer, if the description packs it; as for build\n"
+    "  --image IMAGE   the bare installer, as for build; its system is that of the machine\n"
     "  --answers FILE  walk through once more with these answers (a DefValues document); may be\n"
     "                  repeated\n"
     "  --sizes N,N     the sizes of letters, in percent, 50 to 400 (default: 100)\n"

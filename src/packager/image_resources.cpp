@@ -8,7 +8,7 @@
 #include "base/failure.h"
 #include "checking/icon_file.h"
 #include "package/executable_image.h"
-#include "packager/byte_text.h"
+#include "package/little_endian.h"
 #include "packager/pe_format.h"
 #include "packager/pe_image.h"
 #include "packager/pe_resources.h"
@@ -40,19 +40,19 @@ VersionInformation versionOf(const SetupIdentity& identity, std::string_view fil
 // As in a file of icons, but with the number of the resource in the place of the picture's offset.
 std::string iconGroup(const std::vector<IconPicture>& pictures) {
     std::string group;
-    ByteText::append16(group, 0);
-    ByteText::append16(group, 1);
-    ByteText::append16(group, static_cast<std::uint32_t>(pictures.size()));
+    LittleEndian::append16(group, 0);
+    LittleEndian::append16(group, 1);
+    LittleEndian::append16(group, static_cast<std::uint32_t>(pictures.size()));
     std::uint32_t number = kFirstNumber;
     for (const IconPicture& picture : pictures) {
         const std::uint32_t colours = picture.bits < 8 ? 1U << picture.bits : 0;
         group += static_cast<char>(picture.width);  // 256 is written as 0
         group += static_cast<char>(picture.height);
-        ByteText::append16(group, colours);  // and a reserved zero
-        ByteText::append16(group, 1);        // planes
-        ByteText::append16(group, picture.bits);
-        ByteText::append32(group, static_cast<std::uint32_t>(picture.bytes.size()));
-        ByteText::append16(group, number++);
+        LittleEndian::append16(group, colours);  // and a reserved zero
+        LittleEndian::append16(group, 1);        // planes
+        LittleEndian::append16(group, picture.bits);
+        LittleEndian::append32(group, static_cast<std::uint32_t>(picture.bytes.size()));
+        LittleEndian::append16(group, number++);
     }
     return group;
 }

@@ -160,8 +160,8 @@ private:
                 named += name.text.empty() ? 0 : 1;
             }
         }
-        ByteText::append16(bytes, named);
-        ByteText::append16(bytes, static_cast<std::uint32_t>(table.size()) - named);
+        LittleEndian::append16(bytes, named);
+        LittleEndian::append16(bytes, static_cast<std::uint32_t>(table.size()) - named);
         return bytes;
     }
 
@@ -170,8 +170,8 @@ private:
             return name.number;
         }
         const std::size_t offset = textStart_ + texts_.size();
-        ByteText::append16(texts_, static_cast<std::uint32_t>(name.text.size()));
-        ByteText::appendWide(texts_, name.text);
+        LittleEndian::append16(texts_, static_cast<std::uint32_t>(name.text.size()));
+        LittleEndian::appendWide(texts_, name.text);
         return kHighBit | static_cast<std::uint32_t>(offset);
     }
 
@@ -186,13 +186,13 @@ private:
             languageTable += tableSize(names.size());
         }
         for (const auto& [type, names] : types_) {
-            ByteText::append32(tables_, keyOf(type));
-            ByteText::append32(tables_, kHighBit | static_cast<std::uint32_t>(nameTable));
+            LittleEndian::append32(tables_, keyOf(type));
+            LittleEndian::append32(tables_, kHighBit | static_cast<std::uint32_t>(nameTable));
             nameTable += tableSize(names.size());
             ofNames += header(names);
             for (const auto& [name, languages] : names) {
-                ByteText::append32(ofNames, keyOf(name));
-                ByteText::append32(ofNames, kHighBit | static_cast<std::uint32_t>(languageTable));
+                LittleEndian::append32(ofNames, keyOf(name));
+                LittleEndian::append32(ofNames, kHighBit | static_cast<std::uint32_t>(languageTable));
                 languageTable += tableSize(languages.size());
                 ofLanguages += header(languages);
                 writeLanguages(languages, ofLanguages);
@@ -203,13 +203,13 @@ private:
 
     void writeLanguages(const Languages& languages, std::string& table) {
         for (const auto& [language, resource] : languages) {
-            ByteText::append32(table, language);
-            ByteText::append32(table, static_cast<std::uint32_t>(placeStart_ + places_.size()));
-            ByteText::append32(places_,
-                               address_ + static_cast<std::uint32_t>(contentStart_ + contents_.size()));
-            ByteText::append32(places_, static_cast<std::uint32_t>(resource->data.size()));
-            ByteText::append32(places_, resource->codePage);
-            ByteText::append32(places_, 0);
+            LittleEndian::append32(table, language);
+            LittleEndian::append32(table, static_cast<std::uint32_t>(placeStart_ + places_.size()));
+            LittleEndian::append32(places_,
+                                   address_ + static_cast<std::uint32_t>(contentStart_ + contents_.size()));
+            LittleEndian::append32(places_, static_cast<std::uint32_t>(resource->data.size()));
+            LittleEndian::append32(places_, resource->codePage);
+            LittleEndian::append32(places_, 0);
             contents_ += resource->data;
             ByteText::pad(contents_, kDataAlignment);
         }

@@ -5,15 +5,23 @@
 #include "base/path_functions.h"
 #include "package/package_writer.h"
 #include "packager/commands.h"
+#include "packager/image_kind.h"
 #include "packager/package_file_reader.h"
 #include "packager/packing_list.h"
 #include "platform/processes.h"
+#include "rehearsal/machine_format.h"
 #include "support/utilities.h"
 
 namespace {
 
 constexpr std::uint32_t kLookMilliseconds = 60000;
 constexpr int kFastest = 1;
+
+struct PreviewedPackage {
+    std::string path;
+    std::int64_t offset = 0;
+    ImageKind image = ImageKind::kNone;
+};
 
 // A directory for one file, gone at the end.
 class TemporaryPackage {
@@ -63,9 +71,17 @@ std::string previewerBeside(platform::FileSystem& files, platform::Environment& 
     return previewer;
 }
 
-std::vector<std::string> wordsOf(const CommandLine& commandLine, const std::string& package,
-                                 std::int64_t offset) {
-    std::vector<std::string> words = {"--package", package, "--offset", std::to_string(offset)};
+// Without an image, a package is shown on a machine of this system, whose programs have its ending.
+std::string_view systemOf(ImageKind image, const std::string& previewer) {
+    const ImageKind own = previewer.ends_with(".exe") ? ImageKind::kPe : ImageKind::kElf;
+    const ImageKind kind = image == ImageKind::kNone ? own : image;
+    return kind == ImageKind::kPe ? MachineFormat::kWindows : MachineFormat::kLinux;
+}
+
+std::vector<std::string> wordsOf(const CommandLine& commandLine, const PreviewedPackage& package,
+                                 std::string_view system) {
+    std::vector<std::string> words = {"--package", package.path, "--offset", std::to_string(package.offset)};
+    words.insert(words.end(), {"--system", std::string(system)});
     words.insert(words.end(), {"--title", std::string(OUtils::lastPathComponent(commandLine.previewed))});
     words.insert(words.end(), {"--to", commandLine.target});
     for (const std::string& answers : commandLine.answerSets) {
@@ -86,15 +102,11 @@ std::vector<std::string> wordsOf(const CommandLine& commandLine, const std::stri
     return words;
 }
 
-bool runPreviewer(const std::string& previewer, const std::vector<std::string>& words,
-                  platform::Processes& processes) {
-    std::string line;
-    platform::addWord(line, previewer);
-    for (const std::string& word : words) {
-        if (!platform::addWord(line, word)) {
-            fail(word + ": a name with a double quote can't be handed on");
-        }
-    }
+bool runPreviewer(const CommandLine& commandLine, const PreviewedPackage& package,
+                  const std::string& previewer, platform::Processes& processes) {
+    std::vector<std::string> words = wordsOf(commandLine, package, systemOf(package.image, previewer));
+    words.insert(words.begin(), previewer);
+    const std::string line = platform::commandLineOf(words);
     int error = 0;
     const std::unique_ptr<platform::ChildProcess> child = processes.start(line, "", error);
     if (child == nullptr) {
@@ -113,9 +125,11 @@ bool runPreview(const CommandLine& commandLine, platform::FileSystem& files,
     if (!commandLine.root.empty()) {
         const TemporaryPackage package(files);
         pack(commandLine, package.path(), files);
-        return runPreviewer(previewer, wordsOf(commandLine, package.path(), 0), processes);
+        const ImageKind image = kindOfImage(commandLine.image, files);
+        return runPreviewer(commandLine, {package.path(), 0, image}, previewer, processes);
     }
     PackageFileReader package(files);
     package.locate(commandLine.previewed);
-    return runPreviewer(previewer, wordsOf(commandLine, commandLine.previewed, package.offset()), processes);
+    return runPreviewer(commandLine, {commandLine.previewed, package.offset(), package.imageKind()},
+                        previewer, processes);
 }

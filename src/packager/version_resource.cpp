@@ -5,6 +5,7 @@
 
 #include "base/failure.h"
 #include "base/wide_text_converter.h"
+#include "package/little_endian.h"
 #include "packager/byte_text.h"
 
 namespace {
@@ -20,12 +21,12 @@ enum class Content : std::uint32_t { kBinary = 0, kText = 1 };
 // further blocks. The name's end and each of these begin at a multiple of 4.
 std::string block(std::string_view name, Content kind, const std::string& value, const std::string& blocks) {
     std::string bytes;
-    ByteText::append16(bytes, 0);
-    ByteText::append16(bytes,
-                       static_cast<std::uint32_t>(kind == Content::kText ? value.size() / 2 : value.size()));
-    ByteText::append16(bytes, static_cast<std::uint32_t>(kind));
-    ByteText::appendWide(bytes, OUtils::utf8ToWide(name));
-    ByteText::append16(bytes, 0);
+    LittleEndian::append16(bytes, 0);
+    LittleEndian::append16(
+        bytes, static_cast<std::uint32_t>(kind == Content::kText ? value.size() / 2 : value.size()));
+    LittleEndian::append16(bytes, static_cast<std::uint32_t>(kind));
+    LittleEndian::appendWide(bytes, OUtils::utf8ToWide(name));
+    LittleEndian::append16(bytes, 0);
     ByteText::pad(bytes, 4);
     bytes += value;
     if (!blocks.empty()) {
@@ -42,8 +43,8 @@ std::string block(std::string_view name, Content kind, const std::string& value,
 
 std::string textBlock(std::string_view name, std::string_view text) {
     std::string value;
-    ByteText::appendWide(value, OUtils::utf8ToWide(text));
-    ByteText::append16(value, 0);
+    LittleEndian::appendWide(value, OUtils::utf8ToWide(text));
+    LittleEndian::append16(value, 0);
     return block(name, Content::kText, value, {});
 }
 
@@ -59,7 +60,7 @@ std::string fixedPart(const std::array<std::uint16_t, 4>& number) {
     std::string bytes;
     for (const std::uint32_t value : {kSignature, kStructureVersion, high, low, high, low, kAllFlags, 0U,
                                       kWindows, kApplication, 0U, 0U, 0U}) {
-        ByteText::append32(bytes, value);
+        LittleEndian::append32(bytes, value);
     }
     return bytes;
 }
@@ -88,8 +89,8 @@ std::string versionResource(const VersionInformation& information) {
     std::string blocks =
         block("StringFileInfo", Content::kText, {}, block(kLanguageBlock, Content::kText, {}, texts));
     std::string translation;
-    ByteText::append16(translation, kLanguage);
-    ByteText::append16(translation, kCodePage);
+    LittleEndian::append16(translation, kLanguage);
+    LittleEndian::append16(translation, kCodePage);
     ByteText::pad(blocks, 4);
     blocks +=
         block("VarFileInfo", Content::kText, {}, block("Translation", Content::kBinary, translation, {}));

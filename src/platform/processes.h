@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/failure.h"
+
 namespace platform {
 
 struct ProcessInfo {
@@ -58,6 +60,17 @@ inline bool addWord(std::string& ioCommandLine, std::string_view word) {
     ioCommandLine += word;
     ioCommandLine += '"';
     return true;
+}
+
+// The words as a command line for Processes::start. Throws InstallerError when one can't be written there.
+inline std::string commandLineOf(const std::vector<std::string>& words) {
+    std::string line;
+    for (const std::string& word : words) {
+        if (!addWord(line, word)) {
+            fail(word + ": a name with a double quote can't be handed on");
+        }
+    }
+    return line;
 }
 
 Processes& systemProcesses();

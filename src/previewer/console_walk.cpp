@@ -28,14 +28,14 @@ std::string settledText(const std::string& output) {
 
 }  // namespace
 
-ConsoleWalk::ConsoleWalk(const PreviewMachine::Surroundings& surroundings, MemoryConsoleDevice& console,
+ConsoleWalk::ConsoleWalk(const PreviewMachine::Surroundings& surroundings, RehearsedConsole& console,
                          std::vector<ConsolePage>& pages)
     : ConsoleUI(surroundings.isUninstallation, false, false, surroundings.machine.console,
                 surroundings.answers, surroundings.log),
       console_(console),
       pages_(pages),
-      phase_(surroundings.isUninstallation ? "uninstall" : "install"),
-      written_(console.output.size()) {
+      phase_(surroundings.isUninstallation ? "uninstall" : "install") {
+    console_.takeText();
     console_.inputIsTerminal = true;
     console_.beforeRead = [this] { pressEnter(); };
     console_.onSleep = [this] { stopWaiting(); };
@@ -72,7 +72,7 @@ void ConsoleWalk::pressEnter() {
         console_.interrupted = true;
         return;
     }
-    console_.output += '\n';
+    console_.put("\n");
     if (console_.lines.empty()) {
         console_.lines.emplace_back();
     }
@@ -97,8 +97,7 @@ void ConsoleWalk::begin(PagePosition page) {
 
 // A page that was shown before gets the rest of its text.
 void ConsoleWalk::endPage() {
-    const std::string text = settledText(console_.output.substr(written_));
-    written_ = console_.output.size();
+    const std::string text = settledText(console_.takeText());
     const std::string file = list_ ? list_->fileNameOf(current_) : std::string();
     if (file.empty() || text.empty()) {
         return;

@@ -21,7 +21,7 @@ struct ConsolePage {
 class ConsoleWalk : public ConsoleUI {
 public:
     // All of them outlive this object. `console` is the machine's.
-    ConsoleWalk(const PreviewMachine::Surroundings& surroundings, MemoryConsoleDevice& console,
+    ConsoleWalk(const PreviewMachine::Surroundings& surroundings, RehearsedConsole& console,
                 std::vector<ConsolePage>& pages);
 
     int run() override;
@@ -35,12 +35,11 @@ private:
     void begin(PagePosition page);
     void endPage();
 
-    MemoryConsoleDevice& console_;
+    RehearsedConsole& console_;
     std::vector<ConsolePage>& pages_;
     const std::string phase_;
     std::optional<PageList> list_;
     PagePosition current_;
-    std::size_t written_ = 0;  // the output that belongs to pages already
     int reads_ = 0;
     int waits_ = 0;
     int shown_ = 0;

@@ -46,10 +46,7 @@ void PreviewDirectory::begin() {
     if (!entries.empty()) {
         removeEarlier();
     }
-    const std::string start = std::string(kFirstLine) + "\n";
-    if (const int status = OUtils::writeWholeFile(pathOf(kListName), start, files_); status != 0) {
-        fail(pathOf(kListName) + ": can't be written: " + OUtils::writingErrorText(status));
-    }
+    writeOne(kListName, std::string(kFirstLine) + "\n");
 }
 
 void PreviewDirectory::removeEarlier() {
@@ -90,9 +87,23 @@ void PreviewDirectory::makeDirectory(const std::string& path) {
     }
 }
 
-void PreviewDirectory::write(const std::string& name, std::string_view content) {
+void PreviewDirectory::write(const std::vector<PreviewFile>& files) {
     std::string list;
-    if (!isOwnName(name) || !read(kListName, list)) {
+    if (!read(kListName, list)) {
+        fail(pathOf(kListName) + ": can't be read");
+    }
+    for (const PreviewFile& file : files) {
+        preparePlace(file.name);
+        list += file.name + "\n";
+    }
+    writeOne(kListName, list);
+    for (const PreviewFile& file : files) {
+        writeOne(file.name, file.content);
+    }
+}
+
+void PreviewDirectory::preparePlace(const std::string& name) {
+    if (!isOwnName(name)) {
         fail(pathOf(name) + ": isn't a file of a preview");
     }
     if (const std::size_t slash = name.find('/'); slash != std::string::npos) {
@@ -101,12 +112,13 @@ void PreviewDirectory::write(const std::string& name, std::string_view content) 
     if (!isInside(name)) {
         fail(pathOf(name) + ": its directory is a link");
     }
-    list += name + "\n";
-    int status = OUtils::writeWholeFile(pathOf(kListName), list, files_);
-    if (status == 0) {
-        status = OUtils::writeWholeFile(pathOf(name), content, files_);
+    if (files_.kindOf(pathOf(name)) != platform::PathKind::kNothing) {
+        fail(pathOf(name) + ": no preview wrote what is in this place");
     }
-    if (status != 0) {
+}
+
+void PreviewDirectory::writeOne(const std::string& name, std::string_view content) {
+    if (const int status = OUtils::writeWholeFile(pathOf(name), content, files_); status != 0) {
         fail(pathOf(name) + ": can't be written: " + OUtils::writingErrorText(status));
     }
 }

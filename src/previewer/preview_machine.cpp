@@ -1,69 +1,66 @@
 #include "previewer/preview_machine.h"
 
-#include "description/answers_file.h"
-#include "session/session_flags.h"
-#include "wini/nested_sessions.h"
-#include "wini/system_services.h"
-#include "wini/wini.h"
+#include "platform/manner.h"
+#include "rehearsal/second_stage.h"
+#include "support/p_console.h"
 
 namespace {
 
-constexpr const char* kPackage = "/media/setup/package";
-constexpr const char* kAnswers = "/media/setup/answers.xml";
-constexpr const char* kLogCopy = "/tmp/uninstall/install.log";
+constexpr const char* kAnswers = "answers.xml";
+
+// What a setup runs may come from a package that isn't there: nothing is said against it.
+MachineDescription machineOf(MemoryManner::System system) {
+    MachineDescription machine = plainMachine(system);
+    machine.results.push_back({"*", 0});
+    return machine;
+}
+
+std::string nothingBeside(const MachineDescription::Named& /*copy*/) {
+    return {};
+}
 
 }  // namespace
 
-PreviewMachine::PreviewMachine(std::string_view package, std::string_view answers) {
-    for (const char* const directory : {"/tmp", "/opt", "/usr/local/share", "/home/user", "/var/lib"}) {
-        machine_.files.addDirectory(directory);
-    }
-    machine_.files.addFile(kPackage, package);
-    machine_.environment.program = "/media/setup/setup";
-    machine_.environment.current = "/media/setup";
-    machine_.environment.variables["HOME"] = "/home/user";
-    machine_.files.addProgram(machine_.environment.program, "the setup");
-    if (!answers.empty()) {
-        answers_ = kAnswers;
-        machine_.files.addFile(answers_, answers);
+PreviewMachine::PreviewMachine(MemoryManner::System system, const RehearsedProduct& product)
+    : manner_(system), description_(machineOf(system)), machine_(description_, nothingBeside) {
+    installation_.path = description_.setup;
+    installation_.offset = product.offset;
+    machine_.files.addProgram(description_.setup, product.package);
+    if (product.answers) {
+        installation_.answers = description_.besideSetup(kAnswers);
+        machine_.files.addFile(installation_.answers, *product.answers);
     }
 }
 
 std::string PreviewMachine::install(const MakeFrontEnd& makeFrontEnd) {
-    return run(kPackage, kSessionBackup, makeFrontEnd);
+    return run(installation_, makeFrontEnd);
 }
 
-// As the second stage of an uninstallation does it, from a copy of the log.
 std::string PreviewMachine::uninstall(const MakeFrontEnd& makeFrontEnd) {
-    if (productLog_.empty()) {
+    if (!machine_.files.hasFile(productLog_)) {
         return "nothing was installed, so there is nothing to uninstall";
     }
-    machine_.files.addFile(kLogCopy, machine_.files.content(productLog_));
-    answers_.clear();
-    return run(kLogCopy, kSessionActionLog, makeFrontEnd);
+    const SecondStage stage(machine_, productLog_);
+    RehearsedSession::Source uninstallation;
+    uninstallation.path = stage.logCopy();
+    uninstallation.isUninstallation = true;
+    return run(uninstallation, makeFrontEnd);
 }
 
-std::string PreviewMachine::run(const std::string& path, std::uint32_t flags,
-                                const MakeFrontEnd& makeFrontEnd) {
-    const platform::Platform machine = machine_.bundle();
-    const DebugLog log;
-    SystemServices services(machine, log);
-    AnswersFile answers(machine_.files);
-    NestedSessions nestedSessions(log);
-    const bool isUninstallation = (flags & kSessionActionLog) != 0;
-    const std::unique_ptr<GenericUI> frontEnd = makeFrontEnd({machine, answers, log, isUninstallation});
-    Wini session(machine, services, answers, nestedSessions, log, WiniArguments());
-    session.setConfigFile(answers_);
-    if (session.loadCabinet(path.c_str(), 0, flags) != 0) {
-        return session.loadError();
+std::string PreviewMachine::run(const RehearsedSession::Source& source, const MakeFrontEnd& makeFrontEnd) {
+    const platform::MannerInUse manner(manner_);
+    PConsole nowhere;
+    const DebugLog log(nowhere);
+    RehearsedSession session(machine_, log, WiniArguments());
+    if (std::string problem = session.load(source); !problem.empty()) {
+        return problem;
     }
-    frontEnd->setEngine(&session);
-    services.setFrontEnd(frontEnd.get());
-    const int result = session.run(frontEnd.get(), nullptr);
-    productLog_ = isUninstallation ? std::string() : session.productLog();
-    const bool isWhole = session.isFinished();
-    services.setFrontEnd(nullptr);
-    session.releaseSession();
+    const std::unique_ptr<GenericUI> frontEnd =
+        makeFrontEnd({machine_.bundle(), session.answers(), log, source.isUninstallation});
+    const int result = session.run(*frontEnd, nowhere);
+    productLog_ = source.isUninstallation ? std::string() : session.engine().productLog();
+    const bool isWhole = session.engine().isFinished();
+    session.engine().releaseSession();
     return isWhole ? std::string()
                    : "the session ended before its last page (" + std::to_string(result) + ")";
 }

@@ -3,14 +3,11 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
-#include "platform/memory/memory_platform.h"
-#include "platform/platform.h"
-#include "support/debug_log.h"
+#include "platform/memory/memory_manner.h"
+#include "rehearsal/rehearsal.h"
+#include "rehearsal/rehearsed_session.h"
 #include "ui/generic_ui.h"
-
-class AnswersFile;
 
 // A machine in memory with one package on it. Its sessions install and uninstall for real, but nothing of the
 // machine that the program runs on is read or changed, and programs are started on paper only.
@@ -25,20 +22,23 @@ public:
     };
     using MakeFrontEnd = std::function<std::unique_ptr<GenericUI>(const Surroundings&)>;
 
-    // `package` is a payload without image. `answers` is a document of default values; empty: none.
-    PreviewMachine(std::string_view package, std::string_view answers);
+    PreviewMachine(MemoryManner::System system, const RehearsedProduct& product);
 
-    // The session that installs, from the description to the end. Empty, or why there was no walk.
+    // The session that installs, from the description to the end. Empty, or why there was no walk. While it
+    // lasts, paths and texts of errors are those of the machine's system (platform/manner.h), so a front end
+    // must leave the real files alone.
     std::string install(const MakeFrontEnd& makeFrontEnd);
     // The session that uninstalls what `install` has left, likewise.
     std::string uninstall(const MakeFrontEnd& makeFrontEnd);
 
-    MemoryPlatform& machine() { return machine_; }
+    RehearsedMachine& machine() { return machine_; }
 
 private:
-    std::string run(const std::string& path, std::uint32_t flags, const MakeFrontEnd& makeFrontEnd);
+    std::string run(const RehearsedSession::Source& source, const MakeFrontEnd& makeFrontEnd);
 
-    MemoryPlatform machine_;
-    std::string answers_;     // the path of the document; empty without one
+    MemoryManner manner_;
+    MachineDescription description_;
+    RehearsedMachine machine_;
+    RehearsedSession::Source installation_;
     std::string productLog_;  // after the installation
 };

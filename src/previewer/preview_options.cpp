@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "base/text_functions.h"
+#include "rehearsal/machine_format.h"
 
 namespace {
 
@@ -15,6 +16,16 @@ bool readNumber(std::string_view text, Number& outNumber) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, outNumber);
     return error == std::errc() && stop == end;
+}
+
+bool readSystem(std::string_view text, PreviewOptions& options) {
+    for (const auto system : {MemoryManner::System::kLinux, MemoryManner::System::kWindows}) {
+        if (text == systemWord(system)) {
+            options.system = system;
+            return true;
+        }
+    }
+    return false;
 }
 
 bool takeFlag(std::string_view name, PreviewOptions& options) {
@@ -34,6 +45,8 @@ bool takeValue(std::string_view name, const std::string& value, PreviewOptions& 
         options.earlier = value;
     } else if (name == "--answers") {
         options.answers.push_back(value);
+    } else if (name == "--system") {
+        return readSystem(value, options);
     } else if (name == "--sizes") {
         options.sizes = readSizes(value);
         return !options.sizes.empty();
@@ -48,6 +61,10 @@ bool takeValue(std::string_view name, const std::string& value, PreviewOptions& 
 }
 
 }  // namespace
+
+std::string_view systemWord(MemoryManner::System system) {
+    return system == MemoryManner::System::kWindows ? MachineFormat::kWindows : MachineFormat::kLinux;
+}
 
 std::vector<int> readSizes(std::string_view text) {
     std::vector<int> sizes;
@@ -73,8 +90,9 @@ PreviewOptions readPreviewOptions(const std::vector<std::string>& arguments) {
             options.problem = "the option " + name + " is unknown or has a wrong value";
         }
     }
-    if (options.problem.empty() && (options.package.empty() || options.directory.empty())) {
-        options.problem = "the package or the directory is missing";
+    if (options.problem.empty() &&
+        (options.package.empty() || options.directory.empty() || !options.system)) {
+        options.problem = "the package, the directory or the system is missing";
     }
     if (options.sizes.empty()) {
         options.sizes = {100};

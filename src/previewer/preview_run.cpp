@@ -13,7 +13,6 @@
 #include "platform/processes.h"
 #include "previewer/console_walk.h"
 #include "previewer/png_file.h"
-#include "previewer/preview_machine.h"
 #include "previewer/watched_toolkit.h"
 #include "previewer/window_walk.h"
 #include "support/utilities.h"
@@ -74,7 +73,7 @@ int PreviewRun::run() {
 }
 
 int PreviewRun::runAll() {
-    const std::string package = readPackage();
+    readPackage();
     for (std::size_t set = 1; set <= options_.answers.size(); ++set) {
         readAnswers(set);
     }
@@ -92,31 +91,30 @@ int PreviewRun::runAll() {
     Preview preview;
     preview.title = "Preview of " + (options_.title.empty() ? options_.package : options_.title);
     for (std::size_t set = 0; set <= options_.answers.size(); ++set) {
-        preview.sets.push_back(walkOnConsole(package, set));
+        preview.sets.push_back(walkOnConsole(set));
     }
+    writeConsolePages(preview);
     walkInWindows(preview);
-    compare(preview);
-    directory_.write("index.html", indexPageOf(preview));
+    std::vector<PreviewFile> files = compare(preview);
+    files.push_back({"index.html", indexPageOf(preview)});
+    directory_.write(files);
     return report(preview);
 }
 
-std::string PreviewRun::readPackage() {
-    std::string content;
-    const int status = OUtils::readWholeFile(options_.package, content, surroundings_.machine.files);
-    if (status != 0 || static_cast<std::uint64_t>(options_.offset) > content.size()) {
+void PreviewRun::readPackage() {
+    const int status = OUtils::readWholeFile(options_.package, product_.package, surroundings_.machine.files);
+    if (status != 0 || static_cast<std::uint64_t>(options_.offset) > product_.package.size()) {
         fail(options_.package + ": can't be read: " + OUtils::readingErrorText(status));
     }
-    return content.substr(static_cast<std::size_t>(options_.offset));
+    product_.offset = options_.offset;
 }
 
 std::string PreviewRun::readAnswers(std::size_t set) {
+    const std::string& path = options_.answers[set - 1];
     std::string content;
-    if (set > 0) {
-        const std::string& path = options_.answers[set - 1];
-        const int status = OUtils::readWholeFile(path, content, surroundings_.machine.files);
-        if (status != 0 || content.empty()) {
-            fail(path + ": the answers can't be read: " + OUtils::readingErrorText(status));
-        }
+    const int status = OUtils::readWholeFile(path, content, surroundings_.machine.files);
+    if (status != 0 || content.empty()) {
+        fail(path + ": the answers can't be read: " + OUtils::readingErrorText(status));
     }
     return content;
 }
@@ -130,24 +128,36 @@ std::string PreviewRun::directoryOf(std::size_t set, const std::string& kind) co
     return (set == 0 ? "default" : "answers" + std::to_string(set)) + "-" + kind;
 }
 
-AnswerSet PreviewRun::walkOnConsole(const std::string& package, std::size_t set) {
+PreviewMachine PreviewRun::machineFor(std::size_t set) {
+    product_.answers = set == 0 ? std::nullopt : std::optional(readAnswers(set));
+    return PreviewMachine(*options_.system, product_);
+}
+
+AnswerSet PreviewRun::walkOnConsole(std::size_t set) {
     AnswerSet answers;
     answers.name = setName(set);
-    PreviewMachine machine(package, readAnswers(set));
+    PreviewMachine machine = machineFor(set);
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<ConsoleWalk>(surroundings, machine.machine().console, answers.console);
     };
     answers.consoleEnds = walk(machine, make);
-    for (const ConsolePage& page : answers.console) {
-        directory_.write(directoryOf(set, "console") + "/" + page.file + ".txt", page.text);
-    }
     return answers;
+}
+
+void PreviewRun::writeConsolePages(const Preview& preview) {
+    std::vector<PreviewFile> files;
+    for (std::size_t set = 0; set < preview.sets.size(); ++set) {
+        for (const ConsolePage& page : preview.sets[set].console) {
+            files.push_back({directoryOf(set, "console") + "/" + page.file + ".txt", page.text});
+        }
+    }
+    directory_.write(files);
 }
 
 // Settings of the user's own desktop would make each preview another one.
 void PreviewRun::prepareSurroundingsOfWindows() {
     platform::Environment& environment = surroundings_.machine.environment;
-    directory_.write("gtk-3.0/settings.ini", kWindowSettings);
+    directory_.write({{"gtk-3.0/settings.ini", kWindowSettings}});
     std::string home;
     surroundings_.machine.files.realPath(directory_.path(), home);
     const std::pair<const char*, std::string> variables[] = {{"XDG_CONFIG_HOME", home},
@@ -189,6 +199,8 @@ std::string PreviewRun::commandLineOf(std::size_t set, int size) {
                                       options_.package,
                                       "--offset",
                                       std::to_string(options_.offset),
+                                      "--system",
+                                      std::string(systemWord(*options_.system)),
                                       "--to",
                                       options_.directory,
                                       "--sizes",
@@ -198,13 +210,7 @@ std::string PreviewRun::commandLineOf(std::size_t set, int size) {
     for (const std::string& answers : options_.answers) {
         words.insert(words.end(), {"--answers", answers});
     }
-    std::string line;
-    for (const std::string& word : words) {
-        if (!platform::addWord(line, word)) {
-            fail(word + ": a name with a double quote can't be handed on");
-        }
-    }
-    return line;
+    return platform::commandLineOf(words);
 }
 
 // The size of letters holds for a process.
@@ -237,22 +243,26 @@ int PreviewRun::walkInWindow() {
     const std::string target = directoryOf(set, std::to_string(options_.sizes.front()));
     WatchedToolkit watched(*toolkit);
     WalkRecord record;
+    std::vector<PreviewFile> files;
     const auto save = [&](const std::string& file, const Image& picture) {
-        directory_.write(target + "/" + file + ".png", pngFileOf(picture));
+        files.push_back({target + "/" + file + ".png", pngFileOf(picture)});
     };
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<WindowWalk>(surroundings, watched, record, save);
     };
-    PreviewMachine machine(readPackage(), readAnswers(set));
+    readPackage();
+    PreviewMachine machine = machineFor(set);
     const std::vector<std::string> ends = walk(machine, make);
     record.ends.insert(record.ends.end(), ends.begin(), ends.end());
-    directory_.write(target + "/" + kRecordName, textOf(record));
+    files.push_back({target + "/" + kRecordName, textOf(record)});
+    directory_.write(files);
     return 0;
 }
 
-void PreviewRun::compare(Preview& preview) {
+std::vector<PreviewFile> PreviewRun::compare(Preview& preview) {
+    std::vector<PreviewFile> files;
     if (options_.earlier.empty()) {
-        return;
+        return files;
     }
     PreviewDirectory earlier(surroundings_.machine.files, options_.earlier);
     preview.comparedTo = options_.earlier;
@@ -266,11 +276,12 @@ void PreviewRun::compare(Preview& preview) {
         int changed = 0;
         const auto difference = differenceOf(readPicture(directory_, change.name), before, changed);
         const std::string number = std::to_string(i) + ".png";
-        directory_.write("compared/earlier-" + number, pngFileOf(before));
+        files.push_back({"compared/earlier-" + number, pngFileOf(before)});
         if (difference) {
-            directory_.write("compared/difference-" + number, pngFileOf(*difference));
+            files.push_back({"compared/difference-" + number, pngFileOf(*difference)});
         }
     }
+    return files;
 }
 
 int PreviewRun::report(const Preview& preview) {

@@ -9,6 +9,7 @@
 #include "platform/virtual_display.h"
 #include "previewer/index_page.h"
 #include "previewer/preview_directory.h"
+#include "previewer/preview_machine.h"
 #include "previewer/preview_options.h"
 
 class Toolkit;
@@ -33,15 +34,18 @@ public:
 private:
     int runAll();
     int walkInWindow();
-    AnswerSet walkOnConsole(const std::string& package, std::size_t set);
+    AnswerSet walkOnConsole(std::size_t set);
+    void writeConsolePages(const Preview& preview);
     void walkInWindows(Preview& preview);
     void prepareSurroundingsOfWindows();
     SizeWalk startWindowWalk(std::size_t set, int size);
     std::string commandLineOf(std::size_t set, int size);
-    void compare(Preview& preview);
+    // Gives the pictures of the differences.
+    std::vector<PreviewFile> compare(Preview& preview);
     int report(const Preview& preview);
-    std::string readPackage();
+    void readPackage();
     std::string readAnswers(std::size_t set);
+    PreviewMachine machineFor(std::size_t set);
     std::string setName(std::size_t set) const;
     std::string directoryOf(std::size_t set, const std::string& kind) const;
     void say(const std::string& line);
@@ -49,4 +53,5 @@ private:
     Surroundings surroundings_;
     PreviewOptions options_;
     PreviewDirectory directory_;
+    RehearsedProduct product_;
 };

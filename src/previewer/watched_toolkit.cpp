@@ -2,14 +2,26 @@
 
 #include <utility>
 
+#include "ui/gui/toolkit/copied_text.h"
+
 std::vector<PlacedControl> WatchedToolkit::shownControls() {
     std::vector<PlacedControl> shown;
     for (const auto& [id, control] : controls_) {
         if (isShown(id)) {
-            shown.push_back({control.kind, place(id), wordsSize(id), control.text});
+            shown.push_back({control.kind, place(id), wordsSize(id), wordsOf(id, control)});
         }
     }
     return shown;
+}
+
+// A list of tasks has its words in its rows.
+std::string WatchedToolkit::wordsOf(ControlId id, const Control& control) {
+    if (control.kind != ControlKind::kTaskList) {
+        return control.text;
+    }
+    CopiedText rows;
+    text(id, rows);
+    return rows.copy;
 }
 
 std::vector<std::string> WatchedToolkit::takeBoxes() {

@@ -42,6 +42,8 @@ private:
         std::string text;
     };
 
+    std::string wordsOf(ControlId id, const Control& control);
+
     bool onStart() override { return events_->onStart(); }
     void onFirstShow() override;
     void onActivate(bool isActive) override { events_->onActivate(isActive); }

@@ -255,6 +255,17 @@ void addDefaults(MachineDescription& outMachine) {
 
 }  // namespace
 
+std::string MachineDescription::besideSetup(std::string_view name) const {
+    return setup.substr(0, setup.size() - OUtils::lastPathComponent(setup).size()) + std::string(name);
+}
+
+MachineDescription plainMachine(MemoryManner::System system) {
+    MachineDescription machine;
+    machine.system = system;
+    addDefaults(machine);
+    return machine;
+}
+
 MachineDescription readMachine(std::string_view text) {
     MachineDescription machine;
     bool hasSystem = false;

@@ -48,7 +48,12 @@ struct MachineDescription {
     std::vector<ProgramResult> results;     // the first pattern that fits counts
 
     bool isWindows() const { return system == MemoryManner::System::kWindows; }
+    // The path of a file that lies where the setup does.
+    std::string besideSetup(std::string_view name) const;
 };
+
+// A machine of the system with nothing of its own, and one installation.
+MachineDescription plainMachine(MemoryManner::System system);
 
 // Throws InstallerError with the number of the line that is wrong.
 MachineDescription readMachine(std::string_view text);

@@ -2,29 +2,24 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "base/failure.h"
 #include "base/text_functions.h"
-#include "description/answers_file.h"
 #include "rehearsal/entry_text.h"
 #include "rehearsal/machine_format.h"
 #include "rehearsal/named_lines.h"
-#include "rehearsal/rehearsed_machine.h"
+#include "rehearsal/rehearsed_session.h"
 #include "session/command_line_parameters.h"
-#include "session/session_flags.h"
 #include "support/p_console.h"
 #include "ui/console/console_ui.h"
-#include "wini/nested_sessions.h"
-#include "wini/wini.h"
 
 namespace {
 
 constexpr int kLogLevel = 1;
 // Nothing on the machine happens by itself, so what a page waits for would have happened at once.
 constexpr int kMostPauses = 100;
-// How far the clock goes at each look.
-constexpr std::uint64_t kLookMilliseconds = 1000;
 
 const std::vector<std::string_view> kOptions = {"backup", "ignoreErrors", "quiet"};
 
@@ -54,25 +49,6 @@ private:
     std::string text_;
 };
 
-// A session that shows what it knows.
-class Session : public Wini {
-public:
-    using Wini::Wini;
-
-    const std::vector<std::string>& errors() const { return errorList; }
-    VariableStore& variables() { return model().variables.store(); }
-    std::string page() {
-        const DialogDesc* const dialog = getDialog(navigation().currentDialog, navigation().currentSubdialog);
-        return dialog == nullptr ? std::string() : std::string(dialog->name.view());
-    }
-};
-
-ServiceClock clockWithoutWaiting() {
-    const auto now = std::make_shared<std::uint64_t>(0);
-    return {[now] { return *now += kLookMilliseconds; },
-            [now](std::uint32_t milliseconds) { *now += milliseconds; }};
-}
-
 std::vector<std::string> variableLines(VariableStore& variables) {
     NamedLines lines;
     for (std::int32_t i = 0; i < variables.getCount(); ++i) {
@@ -91,22 +67,14 @@ int numberOf(const CommandLineParameters& parameters, std::string_view name, int
 class ProductRun {
 public:
     ProductRun(RehearsedMachine& machine, const RunRequest& request)
-        : machine_(machine),
-          request_(request),
-          debugLog_(log_, kLogLevel),
-          clock_(clockWithoutWaiting()),
-          services_(machine.bundle(), debugLog_, clock_),
-          answers_(machine.files),
-          nested_(debugLog_, clock_) {
+        : machine_(machine), request_(request), debugLog_(log_, kLogLevel) {
         readOptions();
         const int ignoreErrors = numberOf(parameters_, "ignoreErrors", 0);
         const int quiet = numberOf(parameters_, "quiet", request.answers.empty() ? 0 : 1);
-        session_ = std::make_unique<Session>(machine.bundle(), services_, answers_, nested_, debugLog_,
-                                             WiniArguments{kLogLevel, 0, ignoreErrors});
+        session_.emplace(machine, debugLog_, WiniArguments{kLogLevel, 0, ignoreErrors});
         ui_ = std::make_unique<ConsoleUI>(request.isUninstallation, ignoreErrors != 0, quiet != 0,
-                                          machine.console, answers_, debugLog_);
+                                          machine.console, session_->answers(), debugLog_);
     }
-    ~ProductRun() { services_.setFrontEnd(nullptr); }
     ProductRun(const ProductRun&) = delete;
     ProductRun& operator=(const ProductRun&) = delete;
 
@@ -114,9 +82,7 @@ public:
         load();
         chooseInput();
         machine_.console.onSleep = [this] { endHeldRun(); };
-        ui_->setEngine(session_.get());
-        services_.setFrontEnd(ui_.get());
-        const int status = session_->run(ui_.get(), &log_);
+        const int status = session_->run(*ui_, log_);
         machine_.console.onSleep = nullptr;
         return resultOf(status);
     }
@@ -137,13 +103,12 @@ private:
     }
 
     void load() {
-        session_->setConfigFile(request_.answers);
-        session_->setParameters(&parameters_, kOptions);
-        std::uint32_t flags = 0;
-        flags |= numberOf(parameters_, "backup", 1) != 0 ? kSessionBackup : 0U;
-        flags |= request_.isUninstallation ? kSessionActionLog : 0U;
-        if (session_->loadCabinet(request_.path.data(), request_.offset, flags) != 0) {
-            fail(request_.path + ": " + session_->loadError());
+        session_->engine().setParameters(&parameters_, kOptions);
+        const bool keepsBackup = numberOf(parameters_, "backup", 1) != 0;
+        const std::string problem = session_->load(
+            {request_.path, request_.offset, request_.isUninstallation, keepsBackup, request_.answers});
+        if (!problem.empty()) {
+            fail(request_.path + ": " + problem);
         }
     }
 
@@ -155,7 +120,7 @@ private:
         if (ui_->createInputProvider(mode.data(), isAutomated) != 0 || !isAutomated) {
             fail("the answers can't be read: a file of answers has an element DefValues");
         }
-        session_->setUnattended(true);
+        session_->engine().setUnattended(true);
     }
 
     // Ends the walk as an error of its own does.
@@ -169,15 +134,15 @@ private:
     RunResult resultOf(int status) {
         RunResult result;
         result.errors = session_->errors();
-        result.hasSucceeded = status == 0 && !session_->hasErrors() && session_->isFinished();
+        result.hasSucceeded = session_->hasSucceeded(status);
         result.variables = variableLines(session_->variables());
         if (!request_.isUninstallation) {
-            result.productLog = session_->productLog();
+            result.productLog = session_->engine().productLog();
         }
         if (!result.hasSucceeded) {
             result.failure = reasonOf(status, result.errors);
         }
-        session_->releaseSession();
+        session_->engine().releaseSession();
         result.log = log_.take();
         return result;
     }
@@ -194,12 +159,8 @@ private:
     const RunRequest& request_;
     LogLines log_;
     DebugLog debugLog_;
-    ServiceClock clock_;
-    SystemServices services_;
-    AnswersFile answers_;
-    NestedSessions nested_;
     CommandLineParameters parameters_;
-    std::unique_ptr<Session> session_;
+    std::optional<RehearsedSession> session_;
     std::unique_ptr<ConsoleUI> ui_;
     int pauses_ = 0;
     std::string heldBy_;

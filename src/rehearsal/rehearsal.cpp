@@ -11,19 +11,13 @@
 #include "rehearsal/machine_changes.h"
 #include "rehearsal/machine_format.h"
 #include "rehearsal/product_run.h"
+#include "rehearsal/second_stage.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
 
-// As the second stage of an uninstallation works: on a copy of the log, run by a copy of the program.
-constexpr std::string_view kLogCopy = "ormeluninst.log";
-constexpr std::string_view kProgramCopy = "ormeluninst.dll";
 constexpr std::string_view kAnswersName = "answers.xml";
-
-std::string beside(const std::string& path, std::string_view name) {
-    return path.substr(0, path.size() - OUtils::lastPathComponent(path).size()) + std::string(name);
-}
 
 Lines asEntries(const Lines& texts) {
     Lines lines;
@@ -66,12 +60,12 @@ public:
         addPackage("", description.setup, product);
         for (const MachineDescription::Step& step : description.steps) {
             if (!packages_.contains(step.package)) {
-                addPackage(step.package, beside(description.setup, OUtils::lastPathComponent(step.package)),
+                addPackage(step.package, description.besideSetup(OUtils::lastPathComponent(step.package)),
                            surroundings.readPackage(step.package));
             }
         }
         if (product.answers) {
-            answersPath_ = beside(description.setup, kAnswersName);
+            answersPath_ = description.besideSetup(kAnswersName);
             if (machine_.files.exists(answersPath_)) {
                 fail(answersPath_ + " is the place of the answers");
             }
@@ -140,13 +134,8 @@ private:
             result.failure = "there is no action log of an installation";
             return result;
         }
-        const std::string copies = description_.temporaryDirectory + "/";
-        const std::string log = copies + std::string(kLogCopy);
-        machine_.setProgram(copies + std::string(kProgramCopy));
-        machine_.files.addFile(log, machine_.files.content(productLog_));
-        RunResult result = runProduct(machine_, {log, 0, true, "", {}});
-        machine_.files.removeFile(log);
-        return result;
+        const SecondStage stage(machine_, productLog_);
+        return runProduct(machine_, {stage.logCopy(), 0, true, "", {}});
     }
 
     void addChanges() {

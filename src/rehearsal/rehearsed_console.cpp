@@ -4,7 +4,8 @@
 
 std::vector<std::string> RehearsedConsole::takeLines() {
     std::vector<std::string> shown;
-    std::string_view rest = text_;
+    const std::string text = takeText();
+    std::string_view rest = text;
     while (!rest.empty()) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
         std::string_view line = rest.substr(0, end);
@@ -15,6 +16,5 @@ std::vector<std::string> RehearsedConsole::takeLines() {
             shown.emplace_back(line);
         }
     }
-    text_.clear();
     return shown;
 }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/memory/memory_console_device.h"
@@ -17,8 +18,10 @@ public:
         text_ += text;
         return true;
     }
-    // What has been written since the last call, as a terminal shows it: of a line that was written over, the
-    // last state; without empty lines and blanks at the ends of lines.
+    // What has been written since the last call of this or of takeLines, byte by byte.
+    std::string takeText() { return std::exchange(text_, {}); }
+    // The same as a terminal shows it: of a line that was written over, the last state; without empty lines
+    // and blanks at the ends of lines.
     std::vector<std::string> takeLines();
 
 private:

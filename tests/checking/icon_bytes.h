@@ -5,18 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "package/little_endian.h"
+
 // Files of icons put together byte by byte.
 namespace IconBytes {
-
-inline void add16(std::string& bytes, std::uint32_t value) {
-    bytes += static_cast<char>(value);
-    bytes += static_cast<char>(value >> 8U);
-}
-
-inline void add32(std::string& bytes, std::uint32_t value) {
-    add16(bytes, value);
-    add16(bytes, value >> 16U);
-}
 
 inline std::string bigEndian(std::uint32_t value) {
     std::string bytes;
@@ -42,10 +34,10 @@ inline std::string png(std::uint32_t width, std::uint32_t height) {
 inline std::string bitmap(std::uint32_t side, std::uint32_t bits) {
     std::string bytes;
     for (const std::uint32_t value : {40U, side, 2 * side}) {
-        add32(bytes, value);
+        LittleEndian::append32(bytes, value);
     }
-    add16(bytes, 1);
-    add16(bytes, bits);
+    LittleEndian::append16(bytes, 1);
+    LittleEndian::append16(bytes, bits);
     bytes.resize(40);
     const std::size_t palette = bits <= 8 ? std::size_t{4} << bits : 0;
     const std::size_t row = (std::size_t{side} * bits + 31) / 32 * 4;
@@ -61,17 +53,17 @@ struct Picture {
 inline std::string icon(const std::vector<Picture>& pictures) {
     std::string list;
     std::string contents;
-    add16(list, 0);
-    add16(list, 1);
-    add16(list, static_cast<std::uint32_t>(pictures.size()));
+    LittleEndian::append16(list, 0);
+    LittleEndian::append16(list, 1);
+    LittleEndian::append16(list, static_cast<std::uint32_t>(pictures.size()));
     for (const Picture& picture : pictures) {
         list += static_cast<char>(picture.side);
         list += static_cast<char>(picture.side);
-        add16(list, 0);
-        add16(list, 1);
-        add16(list, 32);
-        add32(list, static_cast<std::uint32_t>(picture.bytes.size()));
-        add32(list, static_cast<std::uint32_t>(6 + 16 * pictures.size() + contents.size()));
+        LittleEndian::append16(list, 0);
+        LittleEndian::append16(list, 1);
+        LittleEndian::append16(list, 32);
+        LittleEndian::append32(list, static_cast<std::uint32_t>(picture.bytes.size()));
+        LittleEndian::append32(list, static_cast<std::uint32_t>(6 + 16 * pictures.size() + contents.size()));
         contents += picture.bytes;
     }
     return list + contents;

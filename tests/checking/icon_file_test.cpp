@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "checking/icon_bytes.h"
+#include "package/little_endian.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ std::string faultOf(const std::string& content) {
 // The file with one number of four bytes replaced.
 std::string with32(std::string content, std::size_t offset, std::uint32_t value) {
     std::string number;
-    IconBytes::add32(number, value);
+    LittleEndian::append32(number, value);
     return content.replace(offset, 4, number);
 }
 

@@ -1,5 +1,6 @@
 """packager preview: the pages of a package as pictures and texts, what is marked on them, and what has changed."""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -14,10 +15,12 @@ TOP = pathlib.Path(__file__).resolve().parents[2]
 DESCRIPTION = """<?xml version="1.0" encoding="UTF-8"?>
 <TandrelGroupInstallation>
   <ProductDesc><Fullname>Preview</Fullname><MajorVersion>1</MajorVersion></ProductDesc>
-  <DefValues><Value Name="KIND" DataType="value">0</Value></DefValues>
+  <DefValues><Value Name="KIND" DataType="value">0</Value>
+    <Value Name="PROGRAMS" DataType="envvar" Default="/opt">ProgramFiles</Value>
+    <Value Name="WHERE" DataType="value">$PROGRAMS/preview</Value></DefValues>
   <Dialogs>
     <Welcome w="400" h="200"><Text x="16" y="16" w="300">@WELCOME@</Text>@MORE@
-      <Button Name="Next" x="120" y="48" w="96" h="32" HAlign="right" VAlign="bottom">@CAPTION@</Button></Welcome>
+      <Button Name="Next" x="120" y="48" w="96" h="32" HAlign="right" VAlign="bottom">@CAPTION@</Button></Welcome>@PAGES@
     <Extra Condition="[KIND]==1" w="400" h="200"><Text x="16" y="16" w="300">Only for some.</Text></Extra>
     <CopyProgress Special="AutoNext" w="400" h="200"><List Name="Destfilelist" x="16" y="16" w="300" h="100"/></CopyProgress>
     <End Special="Finish" w="400" h="200"><Text x="16" y="16" w="300">Done.</Text></End>
@@ -50,8 +53,9 @@ class PreviewTest(EndToEndTest):
     def packager(self, *arguments, env=None, **options):
         return super().packager(*arguments, env={**ENVIRONMENT, **(env or {})}, **options)
 
-    def preview(self, *options, to="out", welcome="Hello.", caption="&amp;Next", more="", env=None):
+    def preview(self, *options, to="out", welcome="Hello.", caption="&amp;Next", more="", pages="", env=None):
         description = DESCRIPTION.replace("@WELCOME@", welcome).replace("@CAPTION@", caption).replace("@MORE@", more)
+        description = description.replace("@PAGES@", pages)
         self.write("in/install.xml", description.encode())
         self.write("in/a.txt", b"a")
         return self.packager("preview", self.native("in/install.xml"), "--root", self.native("in"), "--to",
@@ -66,6 +70,32 @@ class PreviewTest(EndToEndTest):
         return {path: self.read(f"{directory}/{path}") for path in self.tree(directory)}
 
 
+def windows_image():
+    """The headers of a program for Windows, as far as a packager looks at them, and one section."""
+    image = bytearray(1024)
+    image[:2] = b"MZ"
+    for place, form, value in ((0x3C, "<I", 0x80), (0x80, "<I", 0x4550), (0x84, "<H", 0x8664), (0x86, "<H", 1),
+                               (0x94, "<H", 240), (0x98 + 60, "<I", 1024), (0x188 + 16, "<I", 512),
+                               (0x188 + 20, "<I", 1024)):
+        struct.pack_into(form, image, place, value)
+    return bytes(image) + bytes(512)
+
+
+@contextlib.contextmanager
+def own_display():
+    """A display as a user has one; gives its name."""
+    reader, writer = os.pipe()
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
+                              pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    os.close(writer)
+    try:
+        with os.fdopen(reader) as number:
+            yield ":" + number.readline().strip()
+    finally:
+        server.terminate()
+        server.wait()
+
+
 class Preview(PreviewTest):
     def test_the_console_shows_all_pages(self):
         result = self.preview()
@@ -76,6 +106,15 @@ class Preview(PreviewTest):
         self.assertNotIn("out/default-console/install-02-Extra.txt", self.tree("out"))
         self.assertIn("install-01-Welcome", self.read_text("out/index.html"))
         self.assertFalse(os.path.exists("/opt/preview"))
+
+    def test_a_setup_for_windows_is_shown_on_windows(self):
+        self.write("image.exe", windows_image())
+        field = '<Field Type="EditBox" Label="Where" x="16" y="48" w="300">WHERE</Field>'
+        result = self.preview("--image", self.native("image.exe"), more=field)
+        self.assertEqual(result.code, 0, result)
+        self.assertIn(r"Where [C:\Program Files/preview]:", self.read_text("out/default-console/install-01-Welcome.txt"))
+        self.assertRegex(self.read_text("out/default-console/install-03-CopyProgress.txt"),
+                         r"Create .opt.preview\\a\.txt\n")
 
     def test_keeps_what_no_preview_wrote(self):
         self.write("out/mine.txt", b"mine")
@@ -138,6 +177,22 @@ class Pictures(PreviewTest):
             self.assertIn('class="fault"', self.read_text("out/index.html"))
             self.assertEqual(self.preview(**problem).code, 0)
 
+    def test_marks_a_box_that_doesnt_show_all_that_is_in_it(self):
+        field = '<Field Type="EditBox" x="16" y="48" w="%d">WHERE</Field>'
+        result = self.preview(more=field % 60)
+        self.assertIn("install-01-Welcome.png: cut: /opt/preview\n", result.out, result)
+        result = self.preview("--strict", more=field % 200)
+        self.assertEqual(result.code, 0, result)
+
+    def test_marks_tasks_that_are_cut(self):
+        frame = ('<Main Special="HasSubDialogs" w="400" h="200"><TaskLB Name="TaskList" x="16" y="16" w="%d" h="100"/>'
+                 '<TaskList><Notes CurrentLabel="A task with a long name"/></TaskList>'
+                 '<SubDialogs><Notes x="0" y="120" w="400" h="80"/></SubDialogs></Main>')
+        result = self.preview(pages=frame % 60)
+        self.assertIn("install-02-Notes.png: cut: A task with a long name\n", result.out, result)
+        result = self.preview("--strict", pages=frame % 300)
+        self.assertEqual(result.code, 0, result)
+
     def test_marks_what_lies_on_one_another(self):
         result = self.preview(more='<Text x="20" y="18" w="300">Over it.</Text>')
         self.assertIn("install-01-Welcome.png: overlap: ", result.out, result)
@@ -167,6 +222,18 @@ class Pictures(PreviewTest):
         self.assertEqual(result.code, 0, result)
         self.assertIn("the program Xvfb is missing; on Debian it is in the package xvfb", result.err)
         self.assertIn("default-console/install-01-Welcome.txt", self.tree("out"))
+
+    def test_draws_on_the_users_own_display(self):
+        elsewhere = {"PATH": "/nowhere"}
+        self.assertEqual(self.preview(to="memory").code, 0)
+        with own_display() as name:
+            result = self.preview("--display", env={**elsewhere, "DISPLAY": name})
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertRegex(result.out, ": 3 pictures, 0 faults\n$")
+        self.assertEqual(self.files("out"), self.files("memory"))
+        result = self.preview("--display", env={**elsewhere, "DISPLAY": name})
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("previewer: no window can be shown: ", result.err)
 
     def test_leaves_no_display_behind(self):
         self.write("tools/Xvfb", b'#!/bin/sh\necho $$ >"$0.id"\nexec /usr/bin/Xvfb "$@"\n')

@@ -158,8 +158,15 @@ Place RecordingToolkit::place(ControlId control) {
 
 Extent RecordingToolkit::wordsSize(ControlId control) {
     const Control* known = get(control);
-    const bool hasCaption = known != nullptr && !known->text.empty() && known->kind <= ControlKind::kLabel;
-    return hasCaption ? measureText(known->text) : Extent();
+    if (known == nullptr) {
+        return {};
+    }
+    Extent words;
+    for (const Task& task : known->tasks) {
+        words.width = std::max(words.width, known->iconSize.width + measureText(task.text).width);
+    }
+    const bool hasCaption = !known->text.empty() && known->kind <= ControlKind::kTextBox;
+    return hasCaption ? measureText(known->text) : words;
 }
 
 bool RecordingToolkit::drawPage(PictureReceiver& outPicture) {
@@ -232,7 +239,13 @@ void RecordingToolkit::setText(ControlId control, std::string_view text) {
 
 void RecordingToolkit::text(ControlId control, TextReceiver& outText) {
     const Control* known = get(control);
-    outText.take(known == nullptr ? std::string_view() : std::string_view(known->text));
+    std::string words = known == nullptr ? std::string() : known->text;
+    if (known != nullptr) {
+        for (const Task& task : known->tasks) {
+            words += (words.empty() ? "" : "\n") + task.text;
+        }
+    }
+    outText.take(words);
 }
 
 void RecordingToolkit::appendText(ControlId control, std::string_view text) {

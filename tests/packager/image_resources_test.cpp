@@ -6,6 +6,7 @@
 #include "base/errors.h"
 #include "checking/icon_bytes.h"
 #include "package/executable_image.h"
+#include "package/little_endian.h"
 #include "packager/pe_bytes.h"
 #include "packager/pe_image.h"
 #include "packager/version_resource.h"
@@ -56,14 +57,14 @@ TEST_F(ImageResourcesTest, ReplaceTheIconByThatOfTheProduct) {
     EXPECT_EQ(found[2], (PeResource{{{}, 3}, {{}, 2}, 0, 0, IconBytes::png(256, 256)}));
     std::string group;
     for (const std::uint32_t number : {0U, 1U, 2U, 0x1010U, 16U, 1U, 4U}) {
-        IconBytes::add16(group, number);
+        LittleEndian::append16(group, number);
     }
-    IconBytes::add32(group, static_cast<std::uint32_t>(IconBytes::bitmap(16, 4).size()));
+    LittleEndian::append32(group, static_cast<std::uint32_t>(IconBytes::bitmap(16, 4).size()));
     for (const std::uint32_t number : {1U, 0U, 0U, 1U, 32U}) {
-        IconBytes::add16(group, number);
+        LittleEndian::append16(group, number);
     }
-    IconBytes::add32(group, static_cast<std::uint32_t>(IconBytes::png(256, 256).size()));
-    IconBytes::add16(group, 2);
+    LittleEndian::append32(group, static_cast<std::uint32_t>(IconBytes::png(256, 256).size()));
+    LittleEndian::append16(group, 2);
     EXPECT_EQ(found[3], (PeResource{{{}, 14}, {{}, 1}, 0, 0, group}));
 }
 

@@ -20,7 +20,8 @@ TEST_F(PreviewCommandTest, HandsAPackageToThePreviewerBesideThePackager) {
                    "--answers", "/b.xml", "--compare", "/old", "--strict", "--display"}),
               0);
     EXPECT_EQ(started(),
-              "\"/tools/previewer\" \"--package\" \"/out/setup\" \"--offset\" \"0\" \"--title\" \"setup\" "
+              "\"/tools/previewer\" \"--package\" \"/out/setup\" \"--offset\" \"0\" \"--system\" \"linux\" "
+              "\"--title\" \"setup\" "
               "\"--to\" \"/out/pages\" \"--answers\" \"/a.xml\" \"--answers\" \"/b.xml\" \"--sizes\" "
               "\"100,150\" \"--compare\" \"/old\" \"--strict\" \"--display\"");
 }
@@ -36,10 +37,30 @@ TEST_F(PreviewCommandTest, PacksADescriptionAndLeavesNothingOfIt) {
     EXPECT_EQ(run({"preview", "/in/install.xml", "--root", "/in", "--image", "/image", "--to", "/out/pages"}),
               0);
     EXPECT_NE(packed, "");
-    EXPECT_NE(started().find("\"" + packed + "\" \"--offset\" \"0\" \"--title\" \"install.xml\""),
+    EXPECT_NE(started().find("\"" + packed +
+                             "\" \"--offset\" \"0\" \"--system\" \"linux\" \"--title\" \"install.xml\""),
               std::string::npos)
         << started();
     EXPECT_FALSE(files_.hasFile(packed));
+}
+
+TEST_F(PreviewCommandTest, ShowsAPackageOnAMachineOfItsImagesSystem) {
+    const auto shows = [this](const std::string& system) {
+        return started().find("\"--system\" \"" + system + "\"") != std::string::npos;
+    };
+    files_.addProgram("/tools/previewer", "previewer");
+    files_.addProgram("/tools/previewer.exe", "previewer");
+    files_.addFile("/image.exe", ImageBytes::peImage(ImageBytes::installerData() + std::string(6000, 'c')));
+    EXPECT_EQ(run({"preview", "/in/install.xml", "--root", "/in", "--image", "/image.exe", "--to", "/out/p"}),
+              0);
+    EXPECT_TRUE(shows("windows")) << started();
+    environment_.program = "/tools/packager.exe";
+    ASSERT_EQ(build(), 0);
+    EXPECT_EQ(run({"preview", "/out/setup", "--to", "/out/pages"}), 0);
+    EXPECT_TRUE(shows("linux")) << started();
+    ASSERT_EQ(build({"--bin"}), 0);
+    EXPECT_EQ(run({"preview", "/out/setup", "--to", "/out/pages"}), 0);
+    EXPECT_TRUE(shows("windows")) << started();
 }
 
 TEST_F(PreviewCommandTest, FailsAsThePreviewerDoes) {

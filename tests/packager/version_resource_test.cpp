@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "base/wide_text_converter.h"
+#include "package/little_endian.h"
 #include "packager/byte_text.h"
 
 namespace {
@@ -14,7 +15,7 @@ using testing::HasSubstr;
 
 std::string wide(std::string_view text) {
     std::string bytes;
-    ByteText::appendWide(bytes, OUtils::utf8ToWide(text));
+    LittleEndian::appendWide(bytes, OUtils::utf8ToWide(text));
     return bytes;
 }
 
@@ -34,20 +35,20 @@ TEST(VersionNumber, IsZeroWhereAPartIsNone) {
 TEST(VersionResource, HasTheLayoutOfWindows) {
     const std::string bytes = versionResource({{1, 2, 3, 0}, {{"ProductName", "P"}, {"CompanyName", "Öl"}}});
     std::string expected;
-    ByteText::append16(expected, static_cast<std::uint32_t>(bytes.size()));
-    ByteText::append16(expected, 52);
-    ByteText::append16(expected, 0);
+    LittleEndian::append16(expected, static_cast<std::uint32_t>(bytes.size()));
+    LittleEndian::append16(expected, 52);
+    LittleEndian::append16(expected, 0);
     expected += wide("VS_VERSION_INFO") + std::string(4, '\0');
     for (const std::uint32_t value : {0xFEEF04BDU, 0x10000U, 0x10002U, 0x30000U, 0x10002U, 0x30000U, 0x3FU,
                                       0U, 0x40004U, 1U, 0U, 0U, 0U}) {
-        ByteText::append32(expected, value);
+        LittleEndian::append32(expected, value);
     }
     const auto add = [&expected](std::uint32_t size, std::uint32_t valueSize, std::uint32_t kind,
                                  const std::string& name, const std::string& value) {
         ByteText::pad(expected, 4);
-        ByteText::append16(expected, size);
-        ByteText::append16(expected, valueSize);
-        ByteText::append16(expected, kind);
+        LittleEndian::append16(expected, size);
+        LittleEndian::append16(expected, valueSize);
+        LittleEndian::append16(expected, kind);
         expected += wide(name) + std::string(2, '\0');
         ByteText::pad(expected, 4);
         expected += value;

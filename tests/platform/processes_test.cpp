@@ -187,4 +187,14 @@ TEST(AddWord, KeepsBlanksTogetherAndRefusesQuotes) {
     EXPECT_EQ(line, "\"/a b/program\" \"\" \"x\"");
 }
 
+TEST(CommandLineOf, HasAllWordsOrSaysWhichOneCantBeHandedOn) {
+    EXPECT_EQ(platform::commandLineOf({"/a b/program", "x"}), "\"/a b/program\" \"x\"");
+    try {
+        platform::commandLineOf({"program", "a\"b"});
+        FAIL() << "a double quote was handed on";
+    } catch (const InstallerError& error) {
+        EXPECT_STREQ(error.what(), "a\"b: a name with a double quote can't be handed on");
+    }
+}
+
 }  // namespace

@@ -28,11 +28,11 @@ protected:
 };
 
 TEST_F(ComparisonTest, KnowsPagesAgainWhenTheirNumbersHaveChanged) {
-    earlier.write("default-100/install-01-A.png", picture(3, 1));
-    earlier.write("default-100/install-02-End.png", picture(3, 2));
-    now.write("default-100/install-01-New.png", picture(3, 7));
-    now.write("default-100/install-02-A.png", picture(3, 1));
-    now.write("default-100/install-03-End.png", picture(3, 9));
+    earlier.write({{"default-100/install-01-A.png", picture(3, 1)}});
+    earlier.write({{"default-100/install-02-End.png", picture(3, 2)}});
+    now.write({{"default-100/install-01-New.png", picture(3, 7)}});
+    now.write({{"default-100/install-02-A.png", picture(3, 1)}});
+    now.write({{"default-100/install-03-End.png", picture(3, 9)}});
     const std::vector<ChangedFile> changes = comparePreviews(now, earlier);
     ASSERT_EQ(changes.size(), 2U);
     EXPECT_EQ(changes[0], (ChangedFile{Kind::kChanged, "default-100/install-03-End.png",
@@ -42,9 +42,9 @@ TEST_F(ComparisonTest, KnowsPagesAgainWhenTheirNumbersHaveChanged) {
 }
 
 TEST_F(ComparisonTest, FindsPagesThatAreGoneAndTextsThatChanged) {
-    earlier.write("default-console/install-01-A.txt", "old");
-    earlier.write("default-console/uninstall-01-A.txt", "gone");
-    now.write("default-console/install-01-A.txt", "new");
+    earlier.write({{"default-console/install-01-A.txt", "old"}});
+    earlier.write({{"default-console/uninstall-01-A.txt", "gone"}});
+    now.write({{"default-console/install-01-A.txt", "new"}});
     const std::vector<ChangedFile> changes = comparePreviews(now, earlier);
     ASSERT_EQ(changes.size(), 2U);
     EXPECT_EQ(changes[0].kind, Kind::kChanged);
@@ -53,16 +53,16 @@ TEST_F(ComparisonTest, FindsPagesThatAreGoneAndTextsThatChanged) {
 }
 
 TEST_F(ComparisonTest, LeavesOutSizesThatOnlyOneOfThemHas) {
-    earlier.write("default-100/install-01-A.png", picture(3, 1));
-    earlier.write("default-150/install-01-A.png", picture(3, 1));
-    now.write("default-100/install-01-A.png", picture(3, 1));
-    now.write("default-200/install-01-A.png", picture(3, 1));
+    earlier.write({{"default-100/install-01-A.png", picture(3, 1)}});
+    earlier.write({{"default-150/install-01-A.png", picture(3, 1)}});
+    now.write({{"default-100/install-01-A.png", picture(3, 1)}});
+    now.write({{"default-200/install-01-A.png", picture(3, 1)}});
     EXPECT_TRUE(comparePreviews(now, earlier).empty());
 }
 
 TEST_F(ComparisonTest, CallsADamagedEarlierPictureChanged) {
-    earlier.write("default-100/install-01-A.png", "no picture");
-    now.write("default-100/install-01-A.png", picture(3, 1));
+    earlier.write({{"default-100/install-01-A.png", "no picture"}});
+    now.write({{"default-100/install-01-A.png", picture(3, 1)}});
     const std::vector<ChangedFile> changes = comparePreviews(now, earlier);
     ASSERT_EQ(changes.size(), 1U);
     EXPECT_EQ(changes[0].kind, Kind::kChanged);

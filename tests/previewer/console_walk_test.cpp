@@ -6,10 +6,11 @@
 
 namespace {
 
-std::vector<ConsolePage> walk(const std::string& description) {
+using System = MemoryManner::System;
+
+std::vector<ConsolePage> walk(const std::string& description, System system = System::kLinux) {
     std::vector<ConsolePage> pages;
-    PreviewMachine machine(SmallProduct::payload(description), "");
-    machine.machine().files.addDirectory("/product");
+    PreviewMachine machine(system, SmallProduct::product(description));
     const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
         return std::make_unique<ConsoleWalk>(surroundings, machine.machine().console, pages);
     };
@@ -48,6 +49,15 @@ TEST(ConsoleWalk, PressesEnterAtEachQuestion) {
     EXPECT_NE(text.find("Secret"), std::string::npos) << text;
     EXPECT_NE(text.find("Sure"), std::string::npos) << text;
     EXPECT_NE(textOf(pages, "install-03-CopyProgress"), "no page");
+}
+
+TEST(ConsoleWalk, ShowsTheDefaultsOfTheSystem) {
+    const std::string description =
+        SmallProduct::description("Hello.", "<Field Type='EditBox' Label='Where'>PLACE</Field>");
+    const std::string windows = textOf(walk(description, System::kWindows), "install-02-Settings");
+    EXPECT_NE(windows.find("Where [C:\\Program Files/small]:\n"), std::string::npos) << windows;
+    const std::string linux = textOf(walk(description, System::kLinux), "install-02-Settings");
+    EXPECT_NE(linux.find("Where [/opt/small]:\n"), std::string::npos) << linux;
 }
 
 }  // namespace

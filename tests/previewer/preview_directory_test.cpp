@@ -28,8 +28,8 @@ protected:
 
 TEST_F(PreviewDirectoryTest, ListsWhatItWrites) {
     directory.begin();
-    directory.write("index.html", "page");
-    directory.write("default-100/install-01-A.png", "picture");
+    directory.write({{"index.html", "page"}});
+    directory.write({{"default-100/install-01-A.png", "picture"}});
     EXPECT_EQ(files.content("/out/default-100/install-01-A.png"), "picture");
     EXPECT_EQ(directory.names(), (Names{"index.html", "default-100/install-01-A.png"}));
 }
@@ -42,9 +42,9 @@ TEST_F(PreviewDirectoryTest, IsMadeWhereItIsMissing) {
 
 TEST_F(PreviewDirectoryTest, RemovesTheEarlierPreviewAndNothingElse) {
     directory.begin();
-    directory.write("index.html", "page");
-    directory.write("default-100/install-01-A.png", "picture");
-    directory.write("default-150/install-01-A.png", "picture");
+    directory.write({{"index.html", "page"}});
+    directory.write({{"default-100/install-01-A.png", "picture"}});
+    directory.write({{"default-150/install-01-A.png", "picture"}});
     files.addFile("/out/mine.txt", "mine");
     files.addFile("/out/default-100/mine.png", "mine");
     directory.begin();
@@ -72,16 +72,46 @@ TEST_F(PreviewDirectoryTest, FollowsNoListOutOfTheDirectory) {
     directory.begin();
     EXPECT_TRUE(files.hasFile("/precious"));
     EXPECT_TRUE(files.hasFile("/elsewhere/x.png"));
-    EXPECT_NE(failureOf([&] { directory.write("linked/y.png", "1"); }), "none");
-    EXPECT_NE(failureOf([&] { directory.write("../y.png", "1"); }), "none");
+    EXPECT_NE(failureOf([&] { directory.write({{"linked/y.png", "1"}}); }), "none");
+    EXPECT_NE(failureOf([&] { directory.write({{"../y.png", "1"}}); }), "none");
+}
+
+TEST_F(PreviewDirectoryTest, NotesAllFilesBeforeItWritesTheFirst) {
+    directory.begin();
+    files.setFreeSpace(500);
+    EXPECT_NE(failureOf([&] {
+                  directory.write({{"default-100/walk.txt", "pages"},
+                                   {"default-100/install-01-A.png", std::string(1000, 'p')},
+                                   {"default-100/install-02-B.png", "picture"}});
+              }),
+              "none");
+    EXPECT_EQ(directory.names().size(), 3U);
+    EXPECT_TRUE(files.hasFile("/out/default-100/walk.txt"));
+    EXPECT_FALSE(files.hasFile("/out/default-100/install-02-B.png"));
+    files.setFreeSpace(-1);
+    directory.begin();
+    EXPECT_EQ(files.allFiles(), Names{"/out/preview.txt"});
+}
+
+TEST_F(PreviewDirectoryTest, TakesNothingOverThatNoPreviewWrote) {
+    directory.begin();
+    files.addFile("/out/default-100/install-02-B.png", "mine");
+    EXPECT_EQ(
+        failureOf([&] {
+            directory.write({{"default-100/install-01-A.png", "1"}, {"default-100/install-02-B.png", "2"}});
+        }),
+        "/out/default-100/install-02-B.png: no preview wrote what is in this place");
+    EXPECT_EQ(directory.names(), Names());
+    directory.begin();
+    EXPECT_EQ(files.content("/out/default-100/install-02-B.png"), "mine");
 }
 
 TEST_F(PreviewDirectoryTest, SaysThatTheDiskIsFull) {
     directory.begin();
     files.setFreeSpace(0);
     EXPECT_TRUE(failureOf([&] {
-                    directory.write("index.html", "page");
-                }).starts_with("/out/index.html: can't be written"));
+                    directory.write({{"index.html", "page"}});
+                }).starts_with("/out/preview.txt: can't be written"));
 }
 
 }  // namespace

@@ -8,12 +8,13 @@ using Sizes = std::vector<int>;
 
 TEST(PreviewOptions, AreReadFromTheArguments) {
     const PreviewOptions options = readPreviewOptions(
-        {"--package", "p",         "--offset",     "12", "--title", "t",       "--to",      "d",
-         "--answers", "a",         "--answers",    "b",  "--sizes", "100,150", "--compare", "e",
-         "--strict",  "--display", "--window-set", "2"});
+        {"--package", "p", "--system",  "windows",   "--offset",     "12", "--title", "t",
+         "--to",      "d", "--answers", "a",         "--answers",    "b",  "--sizes", "100,150",
+         "--compare", "e", "--strict",  "--display", "--window-set", "2"});
     EXPECT_EQ(options.problem, "");
     EXPECT_EQ(options.package, "p");
     EXPECT_EQ(options.offset, 12);
+    EXPECT_EQ(options.system, MemoryManner::System::kWindows);
     EXPECT_EQ(options.title, "t");
     EXPECT_EQ(options.directory, "d");
     EXPECT_EQ(options.answers, (std::vector<std::string>{"a", "b"}));
@@ -25,7 +26,7 @@ TEST(PreviewOptions, AreReadFromTheArguments) {
 }
 
 TEST(PreviewOptions, HaveOneSizeByDefault) {
-    const PreviewOptions options = readPreviewOptions({"--package", "p", "--to", "d"});
+    const PreviewOptions options = readPreviewOptions({"--package", "p", "--system", "windows", "--to", "d"});
     EXPECT_EQ(options.problem, "");
     EXPECT_EQ(options.sizes, Sizes{100});
     EXPECT_EQ(options.windowSet, -1);
@@ -34,13 +35,15 @@ TEST(PreviewOptions, HaveOneSizeByDefault) {
 TEST(PreviewOptions, SayWhatIsWrong) {
     const std::vector<std::vector<std::string>> wrong = {
         {},
-        {"--package", "p"},
-        {"--package", "p", "--to"},
-        {"--package", "p", "--to", "d", "--what", "x"},
-        {"--package", "p", "--to", "d", "--offset", "-1"},
-        {"--package", "p", "--to", "d", "--offset", "1x"},
-        {"--package", "p", "--to", "d", "--sizes", "10"},
-        {"--package", "p", "--to", "d", "--window-set", "1"},
+        {"--package", "p", "--system", "windows"},
+        {"--package", "p", "--to", "d"},
+        {"--package", "p", "--to", "d", "--system", "solaris"},
+        {"--package", "p", "--system", "windows", "--to"},
+        {"--package", "p", "--system", "windows", "--to", "d", "--what", "x"},
+        {"--package", "p", "--system", "windows", "--to", "d", "--offset", "-1"},
+        {"--package", "p", "--system", "windows", "--to", "d", "--offset", "1x"},
+        {"--package", "p", "--system", "windows", "--to", "d", "--sizes", "10"},
+        {"--package", "p", "--system", "windows", "--to", "d", "--window-set", "1"},
     };
     for (const auto& arguments : wrong) {
         EXPECT_NE(readPreviewOptions(arguments).problem, "");

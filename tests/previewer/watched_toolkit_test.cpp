@@ -89,4 +89,17 @@ TEST_F(WatchedToolkitTest, KnowsTheControlsThatAreShown) {
     EXPECT_EQ(controls[0].words, (Extent{4 * RecordingToolkit::kCharacter, RecordingToolkit::kTextHeight}));
 }
 
+TEST_F(WatchedToolkitTest, GivesTheRowsAsTheWordsOfAListOfTasks) {
+    ControlSpec spec;
+    spec.kind = ControlKind::kTaskList;
+    const ControlId tasks = watched.add(spec);
+    watched.show(tasks, true);
+    watched.addTask(tasks, {"Copy", 0, -1, false, ""});
+    watched.addTask(tasks, {"Clean up", 0, -1, false, ""});
+    const std::vector<PlacedControl> controls = watched.shownControls();
+    ASSERT_EQ(controls.size(), 1U);
+    EXPECT_EQ(controls[0].text, "Copy\nClean up");
+    EXPECT_EQ(controls[0].words, (Extent{8 * RecordingToolkit::kCharacter, 0}));
+}
+
 }  // namespace

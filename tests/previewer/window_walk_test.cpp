@@ -20,7 +20,7 @@ protected:
             EXPECT_TRUE(window.isClosed);
         };
         WatchedToolkit watched(window);
-        PreviewMachine machine(SmallProduct::payload(description), "");
+        PreviewMachine machine(MemoryManner::System::kLinux, SmallProduct::product(description));
         const auto make = [&](const PreviewMachine::Surroundings& surroundings) {
             return std::make_unique<WindowWalk>(
                 surroundings, watched, record,

@@ -18,6 +18,15 @@ std::string faultIn(const std::string& lines) {
     return faultOf([&] { readMachine("[machine]\nsystem = linux\n" + lines); });
 }
 
+TEST(MachineDescriptionTest, HasAPlaceForItsSetupInAPlainMachine) {
+    const MachineDescription machine = plainMachine(MemoryManner::System::kWindows);
+    EXPECT_TRUE(machine.isWindows());
+    EXPECT_EQ(machine.setup, "C:\\Setup\\setup.exe");
+    EXPECT_EQ(machine.besideSetup("answers.xml"), "C:\\Setup\\answers.xml");
+    EXPECT_EQ(machine.temporaryDirectory, "C:\\Windows\\Temp");
+    EXPECT_EQ(machine.steps.size(), 1U);
+}
+
 TEST(MachineDescriptionTest, HasAllThatItsSectionsSay) {
     const MachineDescription machine = readMachine(kWhole);
     EXPECT_TRUE(machine.isWindows());

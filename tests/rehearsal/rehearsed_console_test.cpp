@@ -21,4 +21,12 @@ TEST(RehearsedConsoleTest, ShowsTheLastStateOfALine) {
     EXPECT_EQ(console.takeLines(), (Lines{"done", "next"}));
 }
 
+TEST(RehearsedConsoleTest, GivesItsTextOnceByteByByte) {
+    RehearsedConsole console;
+    console.writeControl("10%\r20%\n\n");
+    EXPECT_EQ(console.takeText(), "10%\r20%\n\n");
+    EXPECT_EQ(console.takeText(), "");
+    EXPECT_EQ(console.takeLines(), Lines());
+}
+
 }  // namespace

@@ -109,8 +109,9 @@ public:
     virtual void remove(ControlId control) = 0;
     virtual void setPlace(ControlId control, Place place) = 0;
     virtual Place place(ControlId control) = 0;
-    // What the words on a control that is shown need so that none is cut: of kText in its present width. 0 by
-    // 0 where no words can be cut, since the control scrolls or has none.
+    // What the words on a control that is shown need so that none is cut: of kText in its present width, of a
+    // list of tasks and of a box the width that shows all at once. 0 by 0 where no words can be cut, since
+    // the control scrolls for reading or has none; the same for a password.
     virtual Extent wordsSize(ControlId control) = 0;
     virtual void show(ControlId control, bool show) = 0;
     virtual bool isShown(ControlId control) = 0;

@@ -43,7 +43,7 @@ public:
     // A width or height below 1 is the control's own.
     virtual void setPlace(Place place);
     Place place() const;
-    // What the words need so that none is cut; 0 by 0 where none can be.
+    // As Toolkit::wordsSize.
     virtual wxSize wordsSize() const { return {0, 0}; }
     // Whether Tab stops here, as far as it is the control's own matter.
     virtual bool isTabStop() const;

@@ -194,6 +194,15 @@ void TextBoxControl::setText(const wxString& text) {
     }
 }
 
+wxSize TextBoxControl::wordsSize() const {
+    const wxString words = text();
+    if (words.empty() || box_->HasFlag(wxTE_PASSWORD)) {
+        return {0, 0};
+    }
+    const wxSize letters = native_look::sizeOf(words);
+    return {box_->GetSizeFromTextSize(letters.x).x, letters.y};
+}
+
 PictureControl::PictureControl(const ControlSite& site, const ControlSpec& /*spec*/) : PageControl(site) {
     picture_ = makeHidden<wxStaticBitmap>(site.parent, wxID_ANY, transparentPixel());
     adopt(picture_);

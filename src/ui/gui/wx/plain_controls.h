@@ -119,6 +119,8 @@ public:
     TextBoxControl(const ControlSite& site, const ControlSpec& spec);
     void setText(const wxString& text) override;
     wxString text() const override { return box_->GetValue(); }
+    // Nobody reads a password.
+    wxSize wordsSize() const override;
 
 private:
     wxTextCtrl* box_;

@@ -54,6 +54,14 @@ wxString TaskListControl::text() const {
     return rows;
 }
 
+wxSize TaskListControl::wordsSize() const {
+    const int width = list_->GetColumnWidth(0);
+    list_->SetColumnWidth(0, wxLIST_AUTOSIZE);
+    const int needed = list_->GetItemCount() > 0 ? list_->GetColumnWidth(0) : 0;
+    list_->SetColumnWidth(0, width);
+    return {needed + list_->GetSize().x - list_->GetClientSize().x, 0};
+}
+
 void TaskListControl::setTaskIcons(Extent size, std::span<const Picture> icons) {
     const double density = display::density();
     auto images = std::make_unique<wxImageList>(static_cast<int>(size.width / density),

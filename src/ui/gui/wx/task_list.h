@@ -14,6 +14,8 @@ public:
     bool isTabStop() const override { return false; }
     // The rows, one a line.
     wxString text() const override;
+    // The width of the longest row with its icon; rows below the last one that is seen can be scrolled to.
+    wxSize wordsSize() const override;
     void setTaskIcons(Extent size, std::span<const Picture> icons) override;
     void addTask(const TaskRow& row) override;
     void setTask(int index, const TaskRow& row) override;

@@ -89,8 +89,9 @@ TEST_F(ToolkitDrawing, ThereIsNoPictureWithoutAFrame) {
 
 TEST_F(ToolkitDrawing, WordsNeedWhatTheyAreLong) {
     inFrame([&] {
-        for (const ControlKind kind : {ControlKind::kButton, ControlKind::kCheckBox,
-                                       ControlKind::kRadioButton, ControlKind::kText, ControlKind::kLabel}) {
+        for (const ControlKind kind :
+             {ControlKind::kButton, ControlKind::kCheckBox, ControlKind::kRadioButton, ControlKind::kText,
+              ControlKind::kLabel, ControlKind::kTextBox}) {
             ControlSpec spec;
             spec.kind = kind;
             spec.text = "Words";
@@ -109,7 +110,40 @@ TEST_F(ToolkitDrawing, WordsNeedWhatTheyAreLong) {
         spec.text = "Words that need more than one line";
         spec.place = {10, 10, toolkit->measureText("Words that").width + 4, 0};
         EXPECT_GT(toolkit->wordsSize(toolkit->add(spec)).height, toolkit->measureText("Words").height);
-        spec.kind = ControlKind::kTextBox;
+        spec.kind = ControlKind::kPasswordBox;
         EXPECT_EQ(toolkit->wordsSize(toolkit->add(spec)), Extent());
+    });
+}
+
+TEST_F(ToolkitDrawing, ABoxIsWideEnoughForItsWordsWithTheSpaceAroundThem) {
+    inFrame([&] {
+        ControlSpec spec;
+        spec.kind = ControlKind::kTextBox;
+        spec.text = "A line of words in a box";
+        spec.place = {10, 10, toolkit->measureText(spec.text).width, 30};
+        const ControlId box = toolkit->add(spec);
+        toolkit->show(box, true);
+        EXPECT_GT(toolkit->wordsSize(box).width, toolkit->measureText(spec.text).width);
+        toolkit->setText(box, "");
+        EXPECT_EQ(toolkit->wordsSize(box), Extent());
+    });
+}
+
+TEST_F(ToolkitDrawing, AListOfTasksNeedsWhatItsLongestRowIsLong) {
+    inFrame([&] {
+        ControlSpec spec;
+        spec.kind = ControlKind::kTaskList;
+        spec.place = {10, 10, 200, 100};
+        const ControlId tasks = toolkit->add(spec);
+        toolkit->show(tasks, true);
+        const std::string longest = "A task that is longer than others";
+        toolkit->addTask(tasks, {"Short", -1, -1, false, ""});
+        toolkit->addTask(tasks, {longest, -1, -1, false, ""});
+        const int needed = toolkit->wordsSize(tasks).width;
+        EXPECT_GE(needed, toolkit->measureText(longest).width);
+        EXPECT_LT(needed, toolkit->measureText(longest).width + 40);
+        toolkit->setPlace(tasks, {10, 10, 50, 100});
+        EXPECT_EQ(toolkit->wordsSize(tasks).width, needed);
+        EXPECT_EQ(toolkit->place(tasks).width, 50);
     });
 }
