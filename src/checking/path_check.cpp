@@ -27,7 +27,7 @@ bool hasDrive(std::string_view path) {
 
 bool isRelative(std::string_view path) {
     const std::size_t start = hasDrive(path) ? 2 : 0;
-    return !path.empty() && !path.starts_with('[') &&
+    return !path.empty() && !beginsWithReference(path) &&
            (start == path.size() ? start == 0 : !OUtils::isSeparator(path[start]));
 }
 

@@ -32,6 +32,9 @@ public:
     // The environment variable, in lower case, whose value a reference in a resolved path is, given without
     // its brackets. Empty when it is another one.
     std::string environmentOf(std::string_view reference) const;
+    // Whether the description has an expression for the variable of such a reference, which its users may
+    // still change.
+    bool isDescribed(std::string_view reference) const;
 
 private:
     using Values = std::unordered_map<std::string, std::string>;
@@ -54,5 +57,7 @@ enum class PathMatch {
 };
 PathMatch matchPaths(std::string_view a, std::string_view b);
 
+// Whether a path begins with a reference. Brackets that hold no name of a variable are no reference.
+bool beginsWithReference(std::string_view path);
 // Whether a resolved path depends on what only a run knows.
 bool hasReference(std::string_view path);

@@ -8,6 +8,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "checking/check_context.h"
+#include "checking/made_directories.h"
 #include "checking/packed_files.h"
 #include "checking/path_values.h"
 #include "checking/quoted_text.h"
@@ -25,7 +26,7 @@ constexpr std::string_view kInstalled[] = {"UninstallXmlFile", "UninstallCmd"};
 class RecordCheck {
 public:
     RecordCheck(const CheckContext& context, const PackedFiles& files, const PathValues& paths)
-        : context_(context), files_(files), paths_(paths) {
+        : context_(context), files_(files), paths_(paths), made_(context, files, paths) {
         for (const PackedFile& file : files.all()) {
             if (file.isInstalled()) {
                 byName_[OUtils::toLowerAscii(file.name)].push_back(&file);
@@ -38,6 +39,7 @@ public:
         checkArchive();
         for (const std::string_view record : kWritten) {
             checkPlace(context_.firstOf(record));
+            checkDirectory(context_.firstOf(record));
         }
         checkRemoval();
         for (const std::string_view record : kInstalled) {
@@ -92,6 +94,15 @@ private:
         }
     }
 
+    // An installation writes its records without making a directory for them.
+    void checkDirectory(std::int32_t node) {
+        if (node >= 0 && made_.isMissing(directoryOf(paths_.resolve(context_.text(node))))) {
+            context_.addAtText("record-no-directory", node,
+                               "nothing makes the directory of " + inQuotes(context_.text(node)) +
+                                   ", so the installation fails");
+        }
+    }
+
     // No record of the log covers the log itself, nor the archive.
     void checkRemoval() {
         if (context_.firstOf("UninstallDialogs") < 0 || context_.firstOf("InstallLogFile") < 0) {
@@ -101,10 +112,22 @@ private:
         for (const std::string_view record : kWritten) {
             const std::int32_t node = context_.firstOf(record);
             if (node >= 0 && !removed.mayContain(paths_.resolve(context_.text(node)))) {
-                context_.addAtText("record-not-removed", node,
-                                   "no clean-up deletes " + inQuotes(context_.text(node)) +
-                                       ", so its directory stays and the uninstallation fails");
+                addNotRemoved(node);
             }
+        }
+    }
+
+    void addNotRemoved(std::int32_t node) {
+        const std::string text = "no clean-up deletes " + inQuotes(context_.text(node));
+        const std::string path = paths_.resolve(context_.text(node));
+        if (made_.isMissing(directoryOf(path))) {
+            return;
+        }
+        if (made_.isMade(directoryOf(path))) {
+            context_.addAtText("record-not-removed", node,
+                               text + ", so its directory stays and the uninstallation fails");
+        } else {
+            context_.addAtText("record-left", node, text + ", so it stays when the product is uninstalled");
         }
     }
 
@@ -177,6 +200,7 @@ private:
     const CheckContext& context_;
     const PackedFiles& files_;
     const PathValues& paths_;
+    MadeDirectories made_;
     std::unordered_map<std::string, Files> byName_;
 };
 

@@ -81,9 +81,9 @@ private:
         for (std::size_t at = use.text.find('['); isPath && at != std::string_view::npos;
              at = use.text.find('[', at + 1)) {
             const std::size_t end = use.text.find(']', at);
-            std::string_view name = use.text.substr(at + 1, end == std::string_view::npos ? 0 : end - at - 1);
-            name.remove_prefix(isEnvironmentName(name) ? 1 : 0);
-            if (end != std::string_view::npos && !isPlainVariableName(name)) {
+            const std::string_view name =
+                use.text.substr(at + 1, end == std::string_view::npos ? 0 : end - at - 1);
+            if (end != std::string_view::npos && !isReferenceName(name)) {
                 report("reference-name", use,
                        "the brackets in \"" + std::string(use.text.substr(at, end + 1 - at)) +
                            "\" hold no name of a variable");

@@ -22,6 +22,7 @@ TEST_F(PathCheckTest, FindsRelativePaths) {
                               "<FN Dest='[OTHER]/bin'>d</FN><FN Dest='[$HOME]'>e</FN>")),
               (Found{"path-relative 3:29", "path-relative 3:50", "path-relative 3:77"}));
     EXPECT_EQ(bench_.messages(set("<FN Dest='bin'>a</FN>")), (Found{"\"bin\" is a relative path"}));
+    EXPECT_EQ(bench_.find(set("\n<FN Dest='[MY DIR]/bin'>a</FN>")), (Found{"path-relative 3:11"}));
 }
 
 TEST_F(PathCheckTest, LooksAtTheDirectoriesOfTrees) {

@@ -54,6 +54,7 @@ TEST(VariableCheck, FindsBracketsInPathsThatHoldNoName) {
     for (const char* const dest : {"[a-z]/x", "/x/[ A]", "/x[]", "[$]/x"}) {
         EXPECT_THAT(findIn(fileIn(dest)), ElementsAre("reference-name 2:29")) << dest;
     }
+    EXPECT_THAT(findIn(fileIn("[$ProgramFiles(x86)]/x")), IsEmpty());
     EXPECT_THAT(findIn("<UninstallWildcards><W Dest='/x'>[a-z]*.tmp</W></UninstallWildcards>"), IsEmpty());
 }
 
