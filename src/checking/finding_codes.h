@@ -141,6 +141,7 @@ inline constexpr FindingKind kAll[] = {
     {"path-empty", kWarning, "Give a directory, or take the attribute out."},
     {"path-dangerous", kError, "Name a directory of the product's own."},
     {"path-system", kWarning, "Begin the path with a variable, with a value for each system."},
+    {"path-character", kError, "Write the path without it."},
     {"record-missing", kError, "Add InstallLogFile to Installation/Uninstall."},
     {"record-backup-missing", kWarning, "Add InstallBackupFile to Installation/Uninstall."},
     {"record-not-installed", kError, "Install it by an FN, at exactly this path."},

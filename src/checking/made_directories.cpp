@@ -5,7 +5,6 @@
 #include "base/text_functions.h"
 #include "checking/check_context.h"
 #include "checking/packed_files.h"
-#include "checking/path_values.h"
 #include "checking/references.h"
 #include "checking/removed_paths.h"
 #include "checking/shared_directories.h"
@@ -22,7 +21,7 @@ std::string_view above(std::string_view directory) {
 
 MadeDirectories::MadeDirectories(const CheckContext& context, const PackedFiles& files,
                                  const PathValues& paths)
-    : context_(context), paths_(paths), areAllKnown_(files.areAllKnown()) {
+    : context_(context), paths_(paths.unchanged()), areAllKnown_(files.areAllKnown()) {
     for (const PackedFile& file : files.all()) {
         add(file.dest);
     }
@@ -44,21 +43,25 @@ void MadeDirectories::add(std::string_view dest) {
 }
 
 bool MadeDirectories::isMade(std::string_view directory) const {
-    return made_.contains(folded(directory)) && !isOfTheMachine(directory);
+    return isOwn(paths_.resolve(directory));
+}
+
+bool MadeDirectories::isOwn(std::string_view path) const {
+    return made_.contains(folded(path)) && !isOfTheMachine(path);
 }
 
 bool MadeDirectories::isMissing(std::string_view directory) const {
+    const std::string path = paths_.resolve(directory);
     const bool mayBeOfAProgram = !context_.nodesOf("RunProgram").empty();
-    if (directory.empty() || mayBeOfAProgram || !areAllKnown_ || isOfTheMachine(directory) ||
-        mayBeMade(folded(directory))) {
+    if (path.empty() || mayBeOfAProgram || !areAllKnown_ || isOfTheMachine(path) || mayBeMade(folded(path))) {
         return false;
     }
-    for (std::string_view parent = above(directory); !parent.empty(); parent = above(parent)) {
-        if (isMade(parent)) {
+    for (std::string_view parent = above(path); !parent.empty(); parent = above(parent)) {
+        if (isOwn(parent)) {
             return true;
         }
     }
-    return isDescribed(directory);
+    return isDescribed(path);
 }
 
 // Whether all references in it are to variables for which the description has values.
@@ -70,7 +73,7 @@ bool MadeDirectories::isDescribed(std::string_view directory) const {
 
 bool MadeDirectories::mayBeMade(const std::string& directory) const {
     return made_.contains(directory) || std::ranges::any_of(made_, [&](const std::string& made) {
-               return matchPaths(made, directory) != PathMatch::kDifferent;
+               return !isOfTheMachine(made) && matchPaths(made, directory) != PathMatch::kDifferent;
            });
 }
 

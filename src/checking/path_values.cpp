@@ -67,6 +67,12 @@ bool haveOneEnd(std::string_view a, std::string_view b) {
 PathValues::PathValues(const CheckContext& context, const DeclaredVariables& variables)
     : context_(context), variables_(variables) {}
 
+PathValues PathValues::unchanged() const {
+    PathValues result(context_, variables_);
+    result.isUnchanged_ = true;
+    return result;
+}
+
 std::string PathValues::resolve(std::string_view text, const Choice& choice) const {
     Values chosen;
     return cleaned(expand(text, choice, choice.empty() ? known_ : chosen, 0));
@@ -108,8 +114,8 @@ std::string PathValues::valueOf(std::string_view name, const Choice& choice, Val
 std::vector<std::string_view> PathValues::expressionsOf(std::string_view name) const {
     const DeclaredVariable* const variable = variables_.find(name);
     std::vector<std::string_view> expressions;
-    if (variable == nullptr || variable->isControl || variable->isAssigned || variable->isAsked ||
-        variable->isValidation) {
+    if (variable == nullptr || variable->isControl || variable->isAssigned ||
+        (variable->isAsked && !isUnchanged_) || variable->isValidation) {
         return expressions;
     }
     for (const std::int32_t node : variable->values) {

@@ -22,6 +22,8 @@ public:
 
     // Both are borrowed and outlive this object.
     PathValues(const CheckContext& context, const DeclaredVariables& variables);
+    // These values where users leave what they are asked for as it is. Borrows the same.
+    PathValues unchanged() const;
 
     // With `/` between the parts and none at the end, unless it is a root. Without a choice a variable with
     // several values stays a reference. Empty for an empty text.
@@ -46,6 +48,7 @@ private:
 
     const CheckContext& context_;
     const DeclaredVariables& variables_;
+    bool isUnchanged_ = false;
     mutable Values known_;  // without a choice
 };
 

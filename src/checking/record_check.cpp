@@ -26,7 +26,11 @@ constexpr std::string_view kInstalled[] = {"UninstallXmlFile", "UninstallCmd"};
 class RecordCheck {
 public:
     RecordCheck(const CheckContext& context, const PackedFiles& files, const PathValues& paths)
-        : context_(context), files_(files), paths_(paths), made_(context, files, paths) {
+        : context_(context),
+          files_(files),
+          paths_(paths),
+          unchanged_(paths.unchanged()),
+          made_(context, files, paths) {
         for (const PackedFile& file : files.all()) {
             if (file.isInstalled()) {
                 byName_[OUtils::toLowerAscii(file.name)].push_back(&file);
@@ -96,7 +100,7 @@ private:
 
     // An installation writes its records without making a directory for them.
     void checkDirectory(std::int32_t node) {
-        if (node >= 0 && made_.isMissing(directoryOf(paths_.resolve(context_.text(node))))) {
+        if (node >= 0 && made_.isMissing(directoryOf(unchanged_.resolve(context_.text(node))))) {
             context_.addAtText("record-no-directory", node,
                                "nothing makes the directory of " + inQuotes(context_.text(node)) +
                                    ", so the installation fails");
@@ -119,7 +123,7 @@ private:
 
     void addNotRemoved(std::int32_t node) {
         const std::string text = "no clean-up deletes " + inQuotes(context_.text(node));
-        const std::string path = paths_.resolve(context_.text(node));
+        const std::string path = unchanged_.resolve(context_.text(node));
         if (made_.isMissing(directoryOf(path))) {
             return;
         }
@@ -146,12 +150,29 @@ private:
             checkProgram(node, installed);
         }
         if (!missing.empty() && (missing.size() == choices.size() || isSurelyChosen(*missing.front()))) {
-            context_.addAtText(
-                "record-not-installed", node,
-                "no FN installs " + inQuotes(text) +
-                    (hasReference(text) ? ", which may be " + inQuotes(paths_.resolve(text, *missing.front()))
-                                        : ""));
+            addNotInstalled(node, paths_.resolve(text, *missing.front()));
+        } else if (missing.empty() && isElsewhereAtFirst(text)) {
+            addNotInstalled(node, unchanged_.resolve(text));
         }
+    }
+
+    void addNotInstalled(std::int32_t node, const std::string& path) {
+        const std::string_view text = context_.text(node);
+        context_.addAtText("record-not-installed", node,
+                           "no FN installs " + inQuotes(text) +
+                               (hasReference(text) ? ", which may be " + inQuotes(path) : ""));
+    }
+
+    // Whether no file has this path where users leave what they are asked for as it is.
+    bool isElsewhereAtFirst(std::string_view text) const {
+        const std::string path = folded(unchanged_.resolve(text));
+        const auto named = byName_.find(OUtils::toLowerAscii(OUtils::lastPathComponent(path)));
+        return !path.empty() && !hasReference(path) &&
+               (named == byName_.end() || std::ranges::none_of(named->second, [&](const PackedFile* file) {
+                    const std::string place =
+                        unchanged_.resolve(std::string(file->dest) + "/" + std::string(file->name));
+                    return matchPaths(path, folded(place)) != PathMatch::kDifferent;
+                }));
     }
 
     // Values of one variable are each for a case that occurs; those of several may never come together. A
@@ -200,6 +221,7 @@ private:
     const CheckContext& context_;
     const PackedFiles& files_;
     const PathValues& paths_;
+    PathValues unchanged_;
     MadeDirectories made_;
     std::unordered_map<std::string, Files> byName_;
 };

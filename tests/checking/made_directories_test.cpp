@@ -17,11 +17,8 @@ protected:
         Fate fate = Fate::kUnsure;
         CheckBench bench([&](const CheckedParts& parts) {
             const MadeDirectories made(parts.context, parts.files, parts.paths);
-            const std::string directory = parts.paths.resolve(text);
-            EXPECT_FALSE(made.isMade(directory) && made.isMissing(directory)) << text;
-            fate = made.isMade(directory)      ? Fate::kMade
-                   : made.isMissing(directory) ? Fate::kMissing
-                                               : Fate::kUnsure;
+            EXPECT_FALSE(made.isMade(text) && made.isMissing(text)) << text;
+            fate = made.isMade(text) ? Fate::kMade : made.isMissing(text) ? Fate::kMissing : Fate::kUnsure;
         });
         bench.targets = targets;
         bench.findings(std::string(kValues) + sections);
@@ -59,6 +56,7 @@ TEST_F(MadeDirectoriesTest, AreMissingWhereNothingGoesThere) {
 
 TEST_F(MadeDirectoriesTest, AreNotMissingWhereTheyMayBeMade) {
     EXPECT_EQ(fateOf("[D]/log", file("[E]/log")), Fate::kUnsure);
+    EXPECT_EQ(fateOf("[D]/log", file("[E]")), Fate::kMissing) << "no directory of the product's own";
     EXPECT_EQ(fateOf("[D]/log", file("[D]") + "<A><RunProgram>/x/p</RunProgram></A>"), Fate::kUnsure);
     EXPECT_EQ(fateOf("[D]/log", file("[D]") + "<FileSet Name='T'><Other/></FileSet>"), Fate::kUnsure);
     EXPECT_EQ(fateOf("", file("[D]")), Fate::kUnsure);

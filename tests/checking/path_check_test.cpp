@@ -46,6 +46,19 @@ TEST_F(PathCheckTest, FindsRelativePathsOfRecordsShortcutsAndCleanUps) {
               (Found{"path-relative 2:42", "path-relative 3:35", "path-relative 4:30"}));
 }
 
+TEST_F(PathCheckTest, FindsCharactersThatNoRecordCanHold) {
+    const std::string asked =
+        "<DefValues><Value Name='D' DataType='value'>/a\nb</Value></DefValues>"
+        "<Dialogs><P><Field Type='Directory'>D</Field></P></Dialogs>\n";
+    bench_.targets.windows = false;
+    EXPECT_EQ(bench_.find(asked + set("<FN Dest='[D]/bin'>a</FN>")), (Found{"path-character 4:29"}));
+    EXPECT_EQ(bench_.find(set("\n<FN Dest='/x '>a</FN>")), (Found{"path-character 3:11"}));
+    EXPECT_EQ(bench_.find(set("\n<FN Dest='/x/\"/bin'>a</FN>")), Found());
+    EXPECT_EQ(bench_.find("<Installation><Uninstall>\n<InstallLogFile>/x/\"/a.log</InstallLogFile>"
+                          "</Uninstall></Installation>"),
+              (Found{"path-character 3:17"}));
+}
+
 TEST_F(PathCheckTest, FindsEmptyDirectories) {
     EXPECT_EQ(bench_.find("<DefValues><Value Name='E' DataType='value'></Value></DefValues>\n" +
                           set("<FN Dest=''>a</FN><FN Dest='[E]'>b</FN><FN>c</FN>")),

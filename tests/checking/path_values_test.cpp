@@ -41,6 +41,13 @@ TEST_F(PathValuesTest, LeavesWhatOnlyARunKnows) {
     EXPECT_EQ(resolved(values, "[ENV]/[TWO]/[$HOME]/[NONE]"), "[env]/[two]/[$home]/[none]");
 }
 
+TEST_F(PathValuesTest, AreThoseOfTheDescriptionWhereNobodyChangesThem) {
+    const std::string values =
+        "<Value Name='ASKED' DataType='value'>/a</Value><Value Name='SET' DataType='value'>/s</Value>";
+    EXPECT_EQ(ask(values, [](const PathValues& paths) { return paths.unchanged().resolve("[ASKED]/[SET]"); }),
+              "/a/[set]");
+}
+
 TEST_F(PathValuesTest, TriesEveryValueOfAVariable) {
     const std::string values =
         "<Value Name='A' DataType='value' Condition='1==1'>1</Value>"

@@ -111,6 +111,21 @@ TEST_F(RecordCheckTest, FindsAnUninstallationThatNothingInstalls) {
     EXPECT_EQ(bench_.find(sections + set("<Other/>")), Found());
 }
 
+TEST_F(RecordCheckTest, LooksWhereUsersLeaveADirectoryAsItIs) {
+    const std::string asked = values("<Value Name='D' DataType='value'>/x/u</Value>") +
+                              "<Dialogs><P><Field Type='Directory'>D</Field></P></Dialogs>" +
+                              set("<FN Dest='[D]'>install.xml</FN>");
+    const auto found = [&](const std::string& record, const std::string& path) {
+        return bench_.messages(asked + records("<InstallLogFile>[D]/l</InstallLogFile><" + record + ">" +
+                                               path + "</" + record + ">"));
+    };
+    EXPECT_EQ(found("UninstallXmlFile", "[D]/install.xml"), Found());
+    EXPECT_EQ(found("UninstallXmlFile", "[D]/in[D]stall.xml"),
+              (Found{"no FN installs \"[D]/in[D]stall.xml\", which may be \"/x/u/in/x/ustall.xml\""}));
+    EXPECT_EQ(found("InstallBackupFile", "[D]/b[D]"),
+              (Found{"nothing makes the directory of \"[D]/b[D]\", so the installation fails"}));
+}
+
 TEST_F(RecordCheckTest, FindsAnUninstallerThatIsMissingOnOneSystem) {
     const std::string sections =
         systems() + records("<InstallLogFile>/x/l</InstallLogFile>\n<UninstallCmd>/x/[U]</UninstallCmd>");

@@ -58,6 +58,13 @@ TEST(VariableCheck, FindsBracketsInPathsThatHoldNoName) {
     EXPECT_THAT(findIn("<UninstallWildcards><W Dest='/x'>[a-z]*.tmp</W></UninstallWildcards>"), IsEmpty());
 }
 
+TEST(VariableCheck, FindsVariablesThatAreTakenForThoseOfTheEnvironment) {
+    EXPECT_THAT(findIn(values(kA) + fileIn("[$a]/[A]")), ElementsAre("reference-form 2:94"));
+    EXPECT_THAT(
+        findIn(values("<Value Name='HOME' DataType='envvar'>HOME</Value>") + fileIn("[HOME]/[$HOME]")),
+        IsEmpty());
+}
+
 TEST(VariableCheck, FindsDeclarationsThatNothingUses) {
     EXPECT_THAT(findIn(values(kA)), ElementsAre("variable-unused 2:12"));
     EXPECT_THAT(findIn(values(kA) + "<FileSet Name='s'><FN Dest='/x' ExpandVarsInFile='1'>f</FN></FileSet>"),
