@@ -8,6 +8,8 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "checking/check_context.h"
+#include "checking/condition_scope.h"
+#include "checking/made_directories.h"
 #include "checking/packed_files.h"
 #include "checking/path_values.h"
 #include "checking/quoted_text.h"
@@ -29,7 +31,11 @@ bool isSwitchedOff(std::optional<std::string_view> condition) {
 class ChangeCheck {
 public:
     ChangeCheck(const CheckContext& context, const PackedFiles& files, const PathValues& paths)
-        : context_(context), files_(files), paths_(paths), removed_(context, paths) {
+        : context_(context),
+          files_(files),
+          paths_(paths),
+          made_(context, files, paths),
+          removed_(context, paths) {
         for (const PackedFile& file : files.all()) {
             if (file.isInstalled()) {
                 directories_.insert(paths.resolve(file.dest));
@@ -84,10 +90,22 @@ private:
     }
 
     void checkFile(std::int32_t node, const std::string& path) {
-        if (isOfInstallation(node) && !isTakenAway(path)) {
+        if (!isOfInstallation(node) || isTakenAway(path)) {
+            return;
+        }
+        if (isSurelyDone(node) && made_.isMade(directoryOf(path))) {
+            context_.addAtElement("file-not-removed", node,
+                                  "nothing removes the file " + inQuotes(path) +
+                                      ", so its directory stays and the uninstallation fails");
+        } else {
             context_.addAtElement("change-without-undo", node,
                                   "the uninstallation leaves the file " + inQuotes(path));
         }
+    }
+
+    // Other containers wait for a page or a trigger.
+    bool isSurelyDone(std::int32_t node) const {
+        return !hasConditionAround(context_, node) && context_.enclosing(node, "AdditionalInstall") >= 0;
     }
 
     // Only where it lies among the files of the product is a file that is there in the end the product's own.
@@ -95,7 +113,10 @@ private:
         const std::string path = paths_.resolve(context_.attribute(node, "FileName").value_or(""));
         if (isAmongFiles(path) && !isTakenAway(path) && reportedIniFiles_.insert(path).second) {
             context_.addAtAttribute(
-                "change-without-undo", node, "FileName",
+                hasConditionAround(context_, node) || !made_.isMade(directoryOf(path))
+                    ? FindingCode("change-without-undo")
+                    : FindingCode("file-not-removed"),
+                node, "FileName",
                 "the uninstallation takes the entries away, but leaves the file " + inQuotes(path),
                 "Name the file in UninstallWildcards, or install it by an FN.");
         }
@@ -146,6 +167,7 @@ private:
     const CheckContext& context_;
     const PackedFiles& files_;
     const PathValues& paths_;
+    MadeDirectories made_;
     RemovedPaths removed_;
     std::unordered_set<std::string> directories_;  // of installed files
     std::unordered_set<std::string> installed_;

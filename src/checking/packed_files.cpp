@@ -101,7 +101,8 @@ FileSource PackedFiles::sourceOf(std::string_view text) const {
     }
     const std::int64_t size =
         context_.root() ? context_.files().fileSize(pathOf({kRoot, *path, 0})) : std::int64_t{-1};
-    if (size >= 0) {
+    const bool isOfDirectory = text.ends_with('/') || text.ends_with('\\');
+    if (size >= 0 && !isOfDirectory) {
         return {kRoot, *path, size};
     }
     if (isDescription(*path)) {

@@ -117,12 +117,18 @@ private:
                                   section + " has no page CopyProgress, so nothing is " +
                                       (&walk == &installation_ ? "installed" : "uninstalled"));
         }
-        const bool hasFinish = std::ranges::any_of(
-            walk.pages(), [this](std::int32_t page) { return (specialOf(page) & kDialogFinish) != 0; });
+        const bool hasFinish =
+            std::ranges::any_of(walk.pages(), [this](std::int32_t page) { return mayEndASuccess(page); });
         if (!hasFinish) {
             context_.addAtElement("page-no-finish", walk.section(),
                                   section + " has no last page, so each run counts as failed");
         }
+    }
+
+    // A page for failures is shown after others only without a condition.
+    bool mayEndASuccess(std::int32_t page) const {
+        const std::uint32_t special = specialOf(page);
+        return (special & kDialogFinish) != 0 && ((special & kDialogBadFinish) == 0 || !hasCondition(page));
     }
 
     void checkRegistration() {
@@ -195,6 +201,7 @@ private:
         checkCondition(page, walk);
         if (nameOf(page) == "PostInstall" && &walk == &installation_) {
             checkPostInstall(page);
+            checkOrder(page);
         }
     }
 
@@ -222,6 +229,14 @@ private:
         if (!hasCondition(page)) {
             context_.addAtElement("page-condition", page,
                                   "the page PostInstall makes a failed installation look like a success");
+        }
+    }
+
+    // The installation writes the log that this page changes.
+    void checkOrder(std::int32_t page) {
+        if (page < installation_.find("CopyProgress")) {
+            context_.addAtElement("page-too-early", page,
+                                  "the page PostInstall ends the setup, because there is no log yet");
         }
     }
 

@@ -25,9 +25,13 @@ bool hasDrive(std::string_view path) {
     return isLetter && path.size() > 1 && path[1] == ':';
 }
 
+bool isControl(char c) {
+    return static_cast<unsigned char>(c) < ' ' || c == '\x7f';
+}
+
 bool isRelative(std::string_view path) {
     const std::size_t start = hasDrive(path) ? 2 : 0;
-    return !path.empty() && !path.starts_with('[') &&
+    return !path.empty() && !beginsWithReference(path) &&
            (start == path.size() ? start == 0 : !OUtils::isSeparator(path[start]));
 }
 
@@ -41,7 +45,7 @@ struct Place {
 class PathCheck {
 public:
     PathCheck(const CheckContext& context, const PackedFiles& files, const PathValues& paths)
-        : context_(context), files_(files), paths_(paths) {}
+        : context_(context), files_(files), paths_(paths), unchanged_(paths.unchanged()) {}
 
     void run() {
         for (const PackedFile& file : files_.all()) {
@@ -113,6 +117,22 @@ private:
         } else {
             checkSystem(place);
         }
+        checkCharacters(place);
+    }
+
+    // What a setup can't record it doesn't begin with.
+    void checkCharacters(const Place& place) {
+        const std::string path = unchanged_.resolve(place.text);
+        if (std::ranges::any_of(path, isControl)) {
+            add("path-character", place,
+                inQuotes(place.text) + " holds a control character, so nothing is installed");
+        } else if (!path.empty() && OUtils::isWhiteSpace(path.back())) {
+            add("path-character", place,
+                inQuotes(place.text) + " ends with a blank, so nothing is installed");
+        } else if (place.attribute.empty() && path.find('"') != std::string::npos) {
+            add("path-character", place,
+                inQuotes(place.text) + " holds a quotation mark, so the product can't be registered");
+        }
     }
 
     std::vector<std::string> valuesOf(std::string_view text) const {
@@ -154,6 +174,7 @@ private:
     const CheckContext& context_;
     const PackedFiles& files_;
     const PathValues& paths_;
+    PathValues unchanged_;
 };
 
 }  // namespace

@@ -39,6 +39,22 @@ std::vector<Reference> referencesOf(std::string_view text, int depth) {
     return depth == 0 ? bracketReferences(text) : dollarReferences(text);
 }
 
+// The reference with which a path begins; empty when it is another text.
+std::string_view leadingReference(std::string_view path) {
+    const std::size_t close = path.find(']');
+    if (!path.starts_with('[') || close == std::string_view::npos) {
+        return {};
+    }
+    return isReferenceName(path.substr(1, close - 1)) ? path.substr(0, close + 1) : std::string_view();
+}
+
+// Whether one of two ends has the reference again with which its whole path begins, and the other one no
+// room for its value: a path begins with something.
+bool isLongerBy(std::string_view start, std::string_view longer, std::string_view shorter) {
+    return !start.empty() && longer.starts_with(start) && !hasReference(longer.substr(start.size())) &&
+           !hasReference(shorter) && shorter.size() + start.size() <= longer.size();
+}
+
 // Whether the parts behind the last references end alike, as far as the shorter one reaches.
 bool haveOneEnd(std::string_view a, std::string_view b) {
     a.remove_prefix(a.rfind(']') + 1);
@@ -50,6 +66,12 @@ bool haveOneEnd(std::string_view a, std::string_view b) {
 
 PathValues::PathValues(const CheckContext& context, const DeclaredVariables& variables)
     : context_(context), variables_(variables) {}
+
+PathValues PathValues::unchanged() const {
+    PathValues result(context_, variables_);
+    result.isUnchanged_ = true;
+    return result;
+}
 
 std::string PathValues::resolve(std::string_view text, const Choice& choice) const {
     Values chosen;
@@ -92,8 +114,8 @@ std::string PathValues::valueOf(std::string_view name, const Choice& choice, Val
 std::vector<std::string_view> PathValues::expressionsOf(std::string_view name) const {
     const DeclaredVariable* const variable = variables_.find(name);
     std::vector<std::string_view> expressions;
-    if (variable == nullptr || variable->isControl || variable->isAssigned || variable->isAsked ||
-        variable->isValidation) {
+    if (variable == nullptr || variable->isControl || variable->isAssigned ||
+        (variable->isAsked && !isUnchanged_) || variable->isValidation) {
         return expressions;
     }
     for (const std::int32_t node : variable->values) {
@@ -157,6 +179,15 @@ std::string PathValues::environmentOf(std::string_view reference) const {
     return isFromEnvironment ? OUtils::toLowerAscii(context_.text(node)) : std::string();
 }
 
+bool PathValues::isDescribed(std::string_view reference) const {
+    const DeclaredVariable* const variable = variables_.find(reference);
+    return variable != nullptr && !variable->values.empty() &&
+           std::ranges::all_of(variable->values, [this](std::int32_t node) {
+               return OUtils::startsWithIgnoreCase(context_.attribute(node, "DataType").value_or(""),
+                                                   "value");
+           });
+}
+
 PathMatch matchPaths(std::string_view a, std::string_view b) {
     const auto [endOfA, endOfB] = std::ranges::mismatch(a, b);
     if (endOfA == a.end() && endOfB == b.end()) {
@@ -164,6 +195,7 @@ PathMatch matchPaths(std::string_view a, std::string_view b) {
     }
     // Back to the start of a reference that only one of them has.
     auto same = static_cast<std::size_t>(endOfA - a.begin());
+    const std::string_view start = leadingReference(a.substr(0, same));
     const std::size_t open = a.substr(0, same).rfind('[');
     if (open != std::string_view::npos && a.substr(open, same - open).find(']') == std::string_view::npos) {
         same = open;
@@ -171,10 +203,20 @@ PathMatch matchPaths(std::string_view a, std::string_view b) {
     a.remove_prefix(same);
     b.remove_prefix(same);
     // What is the same before and after a reference doesn't depend on it.
-    const bool isOpen = a.starts_with('[') || b.starts_with('[');
-    return isOpen && haveOneEnd(a, b) ? PathMatch::kPossible : PathMatch::kDifferent;
+    const bool isOpen = beginsWithReference(a) || beginsWithReference(b);
+    const bool differByStart = isLongerBy(start, a, b) || isLongerBy(start, b, a);
+    return isOpen && haveOneEnd(a, b) && !differByStart ? PathMatch::kPossible : PathMatch::kDifferent;
+}
+
+bool beginsWithReference(std::string_view path) {
+    return !leadingReference(path).empty();
 }
 
 bool hasReference(std::string_view path) {
-    return path.find('[') != std::string_view::npos;
+    for (std::size_t at = path.find('['); at != std::string_view::npos; at = path.find('[', at + 1)) {
+        if (beginsWithReference(path.substr(at))) {
+            return true;
+        }
+    }
+    return false;
 }

@@ -22,6 +22,8 @@ public:
 
     // Both are borrowed and outlive this object.
     PathValues(const CheckContext& context, const DeclaredVariables& variables);
+    // These values where users leave what they are asked for as it is. Borrows the same.
+    PathValues unchanged() const;
 
     // With `/` between the parts and none at the end, unless it is a root. Without a choice a variable with
     // several values stays a reference. Empty for an empty text.
@@ -32,6 +34,9 @@ public:
     // The environment variable, in lower case, whose value a reference in a resolved path is, given without
     // its brackets. Empty when it is another one.
     std::string environmentOf(std::string_view reference) const;
+    // Whether the description has an expression for the variable of such a reference, which its users may
+    // still change.
+    bool isDescribed(std::string_view reference) const;
 
 private:
     using Values = std::unordered_map<std::string, std::string>;
@@ -43,6 +48,7 @@ private:
 
     const CheckContext& context_;
     const DeclaredVariables& variables_;
+    bool isUnchanged_ = false;
     mutable Values known_;  // without a choice
 };
 
@@ -54,5 +60,7 @@ enum class PathMatch {
 };
 PathMatch matchPaths(std::string_view a, std::string_view b);
 
+// Whether a path begins with a reference. Brackets that hold no name of a variable are no reference.
+bool beginsWithReference(std::string_view path);
 // Whether a resolved path depends on what only a run knows.
 bool hasReference(std::string_view path);

@@ -8,6 +8,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "checking/check_context.h"
+#include "checking/made_directories.h"
 #include "checking/packed_files.h"
 #include "checking/path_values.h"
 #include "checking/quoted_text.h"
@@ -25,7 +26,11 @@ constexpr std::string_view kInstalled[] = {"UninstallXmlFile", "UninstallCmd"};
 class RecordCheck {
 public:
     RecordCheck(const CheckContext& context, const PackedFiles& files, const PathValues& paths)
-        : context_(context), files_(files), paths_(paths) {
+        : context_(context),
+          files_(files),
+          paths_(paths),
+          unchanged_(paths.unchanged()),
+          made_(context, files, paths) {
         for (const PackedFile& file : files.all()) {
             if (file.isInstalled()) {
                 byName_[OUtils::toLowerAscii(file.name)].push_back(&file);
@@ -38,6 +43,7 @@ public:
         checkArchive();
         for (const std::string_view record : kWritten) {
             checkPlace(context_.firstOf(record));
+            checkDirectory(context_.firstOf(record));
         }
         checkRemoval();
         for (const std::string_view record : kInstalled) {
@@ -92,6 +98,15 @@ private:
         }
     }
 
+    // An installation writes its records without making a directory for them.
+    void checkDirectory(std::int32_t node) {
+        if (node >= 0 && made_.isMissing(directoryOf(unchanged_.resolve(context_.text(node))))) {
+            context_.addAtText("record-no-directory", node,
+                               "nothing makes the directory of " + inQuotes(context_.text(node)) +
+                                   ", so the installation fails");
+        }
+    }
+
     // No record of the log covers the log itself, nor the archive.
     void checkRemoval() {
         if (context_.firstOf("UninstallDialogs") < 0 || context_.firstOf("InstallLogFile") < 0) {
@@ -101,10 +116,22 @@ private:
         for (const std::string_view record : kWritten) {
             const std::int32_t node = context_.firstOf(record);
             if (node >= 0 && !removed.mayContain(paths_.resolve(context_.text(node)))) {
-                context_.addAtText("record-not-removed", node,
-                                   "no clean-up deletes " + inQuotes(context_.text(node)) +
-                                       ", so its directory stays and the uninstallation fails");
+                addNotRemoved(node);
             }
+        }
+    }
+
+    void addNotRemoved(std::int32_t node) {
+        const std::string text = "no clean-up deletes " + inQuotes(context_.text(node));
+        const std::string path = unchanged_.resolve(context_.text(node));
+        if (made_.isMissing(directoryOf(path))) {
+            return;
+        }
+        if (made_.isMade(directoryOf(path))) {
+            context_.addAtText("record-not-removed", node,
+                               text + ", so its directory stays and the uninstallation fails");
+        } else {
+            context_.addAtText("record-left", node, text + ", so it stays when the product is uninstalled");
         }
     }
 
@@ -123,12 +150,29 @@ private:
             checkProgram(node, installed);
         }
         if (!missing.empty() && (missing.size() == choices.size() || isSurelyChosen(*missing.front()))) {
-            context_.addAtText(
-                "record-not-installed", node,
-                "no FN installs " + inQuotes(text) +
-                    (hasReference(text) ? ", which may be " + inQuotes(paths_.resolve(text, *missing.front()))
-                                        : ""));
+            addNotInstalled(node, paths_.resolve(text, *missing.front()));
+        } else if (missing.empty() && isElsewhereAtFirst(text)) {
+            addNotInstalled(node, unchanged_.resolve(text));
         }
+    }
+
+    void addNotInstalled(std::int32_t node, const std::string& path) {
+        const std::string_view text = context_.text(node);
+        context_.addAtText("record-not-installed", node,
+                           "no FN installs " + inQuotes(text) +
+                               (hasReference(text) ? ", which may be " + inQuotes(path) : ""));
+    }
+
+    // Whether no file has this path where users leave what they are asked for as it is.
+    bool isElsewhereAtFirst(std::string_view text) const {
+        const std::string path = folded(unchanged_.resolve(text));
+        const auto named = byName_.find(OUtils::toLowerAscii(OUtils::lastPathComponent(path)));
+        return !path.empty() && !hasReference(path) &&
+               (named == byName_.end() || std::ranges::none_of(named->second, [&](const PackedFile* file) {
+                    const std::string place =
+                        unchanged_.resolve(std::string(file->dest) + "/" + std::string(file->name));
+                    return matchPaths(path, folded(place)) != PathMatch::kDifferent;
+                }));
     }
 
     // Values of one variable are each for a case that occurs; those of several may never come together. A
@@ -177,6 +221,8 @@ private:
     const CheckContext& context_;
     const PackedFiles& files_;
     const PathValues& paths_;
+    PathValues unchanged_;
+    MadeDirectories made_;
     std::unordered_map<std::string, Files> byName_;
 };
 

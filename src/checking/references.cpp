@@ -47,6 +47,10 @@ bool isPlainVariableName(std::string_view name) {
     return !name.empty() && std::ranges::all_of(name, [](char c) { return isLetterOrDigit(c) || c == '_'; });
 }
 
+bool isReferenceName(std::string_view name) {
+    return isEnvironmentName(name) ? name.size() > 1 : isPlainVariableName(name);
+}
+
 bool isEnvironmentName(std::string_view name) {
     return name.starts_with('$');
 }

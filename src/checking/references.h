@@ -19,5 +19,7 @@ std::vector<Reference> dollarReferences(std::string_view text);
 
 // Whether a name can be the one of a variable that references find: ASCII letters, digits and `_`.
 bool isPlainVariableName(std::string_view name);
+// Whether a setup can find a variable, or one of the environment, by a name between brackets.
+bool isReferenceName(std::string_view name);
 // Whether a name, with or without its `$`, is that of an environment variable.
 bool isEnvironmentName(std::string_view name);

@@ -81,9 +81,9 @@ private:
         for (std::size_t at = use.text.find('['); isPath && at != std::string_view::npos;
              at = use.text.find('[', at + 1)) {
             const std::size_t end = use.text.find(']', at);
-            std::string_view name = use.text.substr(at + 1, end == std::string_view::npos ? 0 : end - at - 1);
-            name.remove_prefix(isEnvironmentName(name) ? 1 : 0);
-            if (end != std::string_view::npos && !isPlainVariableName(name)) {
+            const std::string_view name =
+                use.text.substr(at + 1, end == std::string_view::npos ? 0 : end - at - 1);
+            if (end != std::string_view::npos && !isReferenceName(name)) {
                 report("reference-name", use,
                        "the brackets in \"" + std::string(use.text.substr(at, end + 1 - at)) +
                            "\" hold no name of a variable");
@@ -100,6 +100,12 @@ private:
                        "the reference [" + std::string(reference.name) + " isn't closed");
             } else if (isPlainVariableName(reference.name)) {
                 this->use(reference.name, use);
+            } else if (isMeantAsVariable(reference.name)) {
+                const std::string name(reference.name.substr(1));
+                report(
+                    "reference-form", use,
+                    "[$" + name + "] is a variable of the environment, not " + name + " of the description",
+                    "Write [" + name + "].");
             }
         }
         for (const Reference& reference : dollarReferences(use.text)) {
@@ -110,6 +116,17 @@ private:
                        "Write [" + std::string(reference.name) + "].");
             }
         }
+    }
+
+    // A variable that has its value from the environment may have its name from there, too.
+    bool isMeantAsVariable(std::string_view name) const {
+        const DeclaredVariable* const variable =
+            isEnvironmentName(name) ? variables_.find(name.substr(1)) : nullptr;
+        return variable != nullptr && !variable->values.empty() &&
+               std::ranges::all_of(variable->values, [this](std::int32_t node) {
+                   return OUtils::startsWithIgnoreCase(context_.attribute(node, "DataType").value_or(""),
+                                                       "value");
+               });
     }
 
     void checkDollars(const TextUse& use) {

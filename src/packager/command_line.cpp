@@ -16,12 +16,12 @@ struct CommandName {
 };
 
 constexpr CommandName kCommands[] = {
-    {"new", PackagerCommand::kNew},       {"check", PackagerCommand::kCheck},
-    {"build", PackagerCommand::kBuild},   {"expand", PackagerCommand::kExpand},
-    {"list", PackagerCommand::kList},     {"extract", PackagerCommand::kExtract},
-    {"verify", PackagerCommand::kVerify}, {"text", PackagerCommand::kText},
-    {"schema", PackagerCommand::kSchema}, {"try", PackagerCommand::kTry},
-    {"schema", PackagerCommand::kSchema}, {"preview", PackagerCommand::kPreview},
+    {"new", PackagerCommand::kNew},         {"check", PackagerCommand::kCheck},
+    {"build", PackagerCommand::kBuild},     {"expand", PackagerCommand::kExpand},
+    {"list", PackagerCommand::kList},       {"extract", PackagerCommand::kExtract},
+    {"verify", PackagerCommand::kVerify},   {"text", PackagerCommand::kText},
+    {"schema", PackagerCommand::kSchema},   {"try", PackagerCommand::kTry},
+    {"answers", PackagerCommand::kAnswers}, {"preview", PackagerCommand::kPreview},
 };
 
 constexpr std::int32_t kLeastWidth = 10;
@@ -58,6 +58,7 @@ constexpr OptionRule kOptions[] = {
     {"format", &CommandLine::format, nullptr, nullptr, 0, 0, PackagerCommand::kCheck},
     {"strict", nullptr, &CommandLine::strict, nullptr, 0, 0, PackagerCommand::kCheck},
     {"to", &CommandLine::target, nullptr, nullptr, 0, 0, PackagerCommand::kExtract},
+    {"output", &CommandLine::output, nullptr, nullptr, 0, 0, PackagerCommand::kAnswers},
     {"machine", &CommandLine::machine, nullptr, nullptr, 0, 0, PackagerCommand::kTry},
     {"answers", &CommandLine::answers, nullptr, nullptr, 0, 0, PackagerCommand::kTry},
     {"expect", &CommandLine::expected, nullptr, nullptr, 0, 0, PackagerCommand::kTry},
@@ -238,6 +239,9 @@ private:
                 break;
             case PackagerCommand::kSchema:
                 break;
+            case PackagerCommand::kAnswers:
+                need(result_.package, "the package or the description");
+                break;
             case PackagerCommand::kCheck:
                 need(result_.checked, "the description");
                 needWord(result_.systems, "--target", {"windows", "linux", "both"});
@@ -309,6 +313,7 @@ constexpr const char* kOverview =
     "  packager extract  takes files out of a package\n"
     "  packager verify   checks a package from front to back\n"
     "  packager try      installs a package on a machine in memory and compares what comes of it\n"
+    "  packager answers  writes the answers file of a product, with its questions and defaults\n"
     "  packager text     shows a document as the users of a package will see it\n"
     "  packager preview  draws all pages of a package, as its users will see them\n"
     "  packager schema   prints an XML Schema of descriptions, for editors\n"
@@ -422,6 +427,16 @@ constexpr const char* kPreviewHelp =
     "\n"
     "Exit codes: 0 done, 1 failed, 2 wrong use.\n";
 
+constexpr const char* kAnswersHelp =
+    "packager answers PACKAGE|DESCRIPTION [--output FILE]\n"
+    "\n"
+    "Writes a file of answers for unattended runs, as a setup's option configFile takes it: each\n"
+    "variable that a page asks for with its default, and in comments the page, the question and what\n"
+    "may be answered. What depends on the machine is in a comment, so an unchanged file changes\n"
+    "nothing.\n"
+    "\n"
+    "  --output FILE  the file to write, which is replaced; without it the answers are printed\n";
+
 constexpr const char* kSchemaHelp =
     "packager schema > install.xsd\n"
     "\n"
@@ -490,6 +505,8 @@ std::string helpText(PackagerCommand command) {
             return kCheckHelp;
         case PackagerCommand::kNew:
             return kNewHelp;
+        case PackagerCommand::kAnswers:
+            return kAnswersHelp;
         case PackagerCommand::kSchema:
             return kSchemaHelp;
         case PackagerCommand::kTry:

@@ -16,6 +16,7 @@ enum class PackagerCommand {
     kVerify,
     kText,
     kSchema,
+    kAnswers,
     kTry,
     kPreview
 };

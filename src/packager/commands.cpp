@@ -38,6 +38,9 @@ bool runCommand(const CommandLine& commandLine, PackagerOutput& output, platform
             return runTry(commandLine, output, files);
         case PackagerCommand::kPreview:
             return runPreview(commandLine, files, environment, processes);
+        case PackagerCommand::kAnswers:
+            runAnswers(commandLine, output, files);
+            return true;
         case PackagerCommand::kSchema:
             runSchema(output);
             return true;

@@ -15,6 +15,8 @@ void runBuild(const CommandLine& commandLine, PackagerOutput& output, platform::
 void runExpand(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 // False: there are findings that fail, and they have been printed.
 bool runCheck(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
+// Writes a file of answers for the product of a package or a description.
+void runAnswers(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runSchema(PackagerOutput& output);
 void runList(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);
 void runExtract(const CommandLine& commandLine, PackagerOutput& output, platform::FileSystem& files);

@@ -44,11 +44,29 @@ TEST_F(ChangeCheckTest, FindsCopiesThatStay) {
     EXPECT_EQ(bench_.find(std::string(kPages) + remove("<CopyFile Dest='/x/b'>/x/a</CopyFile>")), Found());
 }
 
+TEST_F(ChangeCheckTest, FindsFilesWhoseDirectoryStaysBecauseOfThem) {
+    const std::string copy = "<CopyFile Dest='/x/b'>/x/a</CopyFile>";
+    const std::string files = set("<FN Dest='/x'>a</FN>");
+    EXPECT_EQ(
+        bench_.messages(install(copy) + files),
+        (Found{"nothing removes the file \"/x/b\", so its directory stays and the uninstallation fails"}));
+    EXPECT_EQ(bench_.find(install(copy) + files), (Found{"file-not-removed 3:1"}));
+    EXPECT_EQ(bench_.find(install(copy) + files + cleanUp("/x", "b")), Found());
+    EXPECT_EQ(bench_.find(install("<CopyFile Dest='/etc/b'>/x/a</CopyFile>") + set("<FN Dest='/etc'>a</FN>")),
+              (Found{"change-without-undo 3:1"}));
+    EXPECT_EQ(bench_.find(install("<CopyFile Dest='/x/b' Condition='[V]==1'>/x/a</CopyFile>") + files),
+              (Found{"change-without-undo 3:1"}));
+    EXPECT_EQ(bench_.find(std::string(kPages) + "<Chosen>\n" + copy + "</Chosen>" + files),
+              (Found{"change-without-undo 3:1"}))
+        << "it may never be done";
+}
+
 TEST_F(ChangeCheckTest, FindsIniFilesThatStayAmongTheFilesOfTheProduct) {
     const std::string entries = std::string(kPages) +
                                 "<IniFiles>\n<Add FileName='/x/y/a.ini' Section='s' Key='k'>1</Add>"
                                 "<Add FileName='/x/y/a.ini' Section='s' Key='l'>1</Add></IniFiles>";
     EXPECT_EQ(bench_.find(entries + set("<FN Dest='/x'>a</FN>")), (Found{"change-without-undo 3:16"}));
+    EXPECT_EQ(bench_.find(entries + set("<FN Dest='/x/y'>a</FN>")), (Found{"file-not-removed 3:16"}));
     EXPECT_EQ(bench_.find(entries + set("<FN Dest='/x'>a</FN><FN Dest='/x/y'>a.ini</FN>")), Found());
     EXPECT_EQ(bench_.find(entries + set("<FN Dest='/z'>a</FN>")), Found());
     EXPECT_EQ(bench_.find(entries + set("<FN Dest='/x'>a</FN>") + cleanUp("/x", "*.ini")), Found());

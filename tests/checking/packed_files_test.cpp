@@ -52,7 +52,7 @@ TEST_F(PackedFilesTest, LooksNothingUpWithoutARoot) {
 
 TEST_F(PackedFilesTest, LooksFilesUpBelowTheRoot) {
     root_ = "/root/";
-    read("<FileSet Name='S'><FN>./a//b.txt</FN><FN>a/c.txt</FN><FN>a</FN></FileSet>",
+    read("<FileSet Name='S'><FN>./a//b.txt</FN><FN>a/c.txt</FN><FN>a</FN><FN>a/b.txt/</FN></FileSet>",
          [](const PackedFiles& files) {
              const FileSource& there = files.all()[0].source;
              EXPECT_EQ(there.kind, Kind::kRoot);
@@ -60,6 +60,7 @@ TEST_F(PackedFilesTest, LooksFilesUpBelowTheRoot) {
              EXPECT_EQ(files.pathOf(there), "/root/a/b.txt");
              EXPECT_EQ(files.all()[1].source.kind, Kind::kMissing);
              EXPECT_EQ(files.all()[2].source.kind, Kind::kMissing);
+             EXPECT_EQ(files.all()[3].source.kind, Kind::kMissing);
          });
 }
 

@@ -10,6 +10,8 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
 
 std::vector<std::string> findIn(const std::string& sections) {
     return CheckBench([](const CheckedParts& parts) { checkPages(parts.context); }).find(sections);
@@ -84,6 +86,27 @@ TEST(PageCheck, FindsContainersThatNothingRunsAndOnesThatAreNotThere) {
 TEST(PageCheck, KnowsWhatARegistrationNeeds) {
     const std::vector<std::string> found = findOn("<RegisterApplication/>");
     EXPECT_EQ(std::ranges::count(found, "page-incomplete 2:10"), 6) << "all but Fullname";
+}
+
+TEST(PageCheck, FindsTheEndOfAnInstallationBeforeItsFiles) {
+    const auto found = [](const std::string& pages) { return findIn("<Dialogs>" + pages + "</Dialogs>"); };
+    EXPECT_THAT(found("<P/><PostInstall/><CopyProgress/>"), Contains("page-too-early 2:14"));
+    EXPECT_THAT(found("<P/><PostInstall Condition='[V]==1'/><CopyProgress/>"),
+                Contains("page-too-early 2:14"));
+    EXPECT_THAT(found("<P/><CopyProgress/><PostInstall/>"), Not(Contains(StartsWith("page-too-early"))));
+    EXPECT_THAT(found("<P/><PostInstall/>"), Not(Contains(StartsWith("page-too-early"))));
+}
+
+TEST(PageCheck, TakesNoPageForFailuresForTheEndOfASuccess) {
+    const auto found = [](const std::string& last) {
+        return findIn("<Dialogs><P/><CopyProgress/>" + last + "</Dialogs>");
+    };
+    EXPECT_THAT(found("<BadFinish Special='BadFinish;Finish' Condition='[V]==1'/>"),
+                Contains(StartsWith("page-no-finish")));
+    EXPECT_THAT(found("<BadFinish Special='BadFinish;Finish'/>"),
+                Not(Contains(StartsWith("page-no-finish"))));
+    EXPECT_THAT(found("<End Special='Finish' Condition='[V]==1'/>"),
+                Not(Contains(StartsWith("page-no-finish"))));
 }
 
 TEST(PageCheck, KnowsWhatAnUninstallationDoesNotShow) {

@@ -22,6 +22,7 @@ TEST_F(PathCheckTest, FindsRelativePaths) {
                               "<FN Dest='[OTHER]/bin'>d</FN><FN Dest='[$HOME]'>e</FN>")),
               (Found{"path-relative 3:29", "path-relative 3:50", "path-relative 3:77"}));
     EXPECT_EQ(bench_.messages(set("<FN Dest='bin'>a</FN>")), (Found{"\"bin\" is a relative path"}));
+    EXPECT_EQ(bench_.find(set("\n<FN Dest='[MY DIR]/bin'>a</FN>")), (Found{"path-relative 3:11"}));
 }
 
 TEST_F(PathCheckTest, LooksAtTheDirectoriesOfTrees) {
@@ -43,6 +44,19 @@ TEST_F(PathCheckTest, FindsRelativePathsOfRecordsShortcutsAndCleanUps) {
                           "<Shortcuts><Add Type='File' Dest='menu' Target='/x'>a</Add></Shortcuts>\n" +
                           cleanup("cache") + "</Installation>"),
               (Found{"path-relative 2:42", "path-relative 3:35", "path-relative 4:30"}));
+}
+
+TEST_F(PathCheckTest, FindsCharactersThatNoRecordCanHold) {
+    const std::string asked =
+        "<DefValues><Value Name='D' DataType='value'>/a\nb</Value></DefValues>"
+        "<Dialogs><P><Field Type='Directory'>D</Field></P></Dialogs>\n";
+    bench_.targets.windows = false;
+    EXPECT_EQ(bench_.find(asked + set("<FN Dest='[D]/bin'>a</FN>")), (Found{"path-character 4:29"}));
+    EXPECT_EQ(bench_.find(set("\n<FN Dest='/x '>a</FN>")), (Found{"path-character 3:11"}));
+    EXPECT_EQ(bench_.find(set("\n<FN Dest='/x/\"/bin'>a</FN>")), Found());
+    EXPECT_EQ(bench_.find("<Installation><Uninstall>\n<InstallLogFile>/x/\"/a.log</InstallLogFile>"
+                          "</Uninstall></Installation>"),
+              (Found{"path-character 3:17"}));
 }
 
 TEST_F(PathCheckTest, FindsEmptyDirectories) {

@@ -41,6 +41,13 @@ TEST_F(PathValuesTest, LeavesWhatOnlyARunKnows) {
     EXPECT_EQ(resolved(values, "[ENV]/[TWO]/[$HOME]/[NONE]"), "[env]/[two]/[$home]/[none]");
 }
 
+TEST_F(PathValuesTest, AreThoseOfTheDescriptionWhereNobodyChangesThem) {
+    const std::string values =
+        "<Value Name='ASKED' DataType='value'>/a</Value><Value Name='SET' DataType='value'>/s</Value>";
+    EXPECT_EQ(ask(values, [](const PathValues& paths) { return paths.unchanged().resolve("[ASKED]/[SET]"); }),
+              "/a/[set]");
+}
+
 TEST_F(PathValuesTest, TriesEveryValueOfAVariable) {
     const std::string values =
         "<Value Name='A' DataType='value' Condition='1==1'>1</Value>"
@@ -96,6 +103,20 @@ TEST_F(PathValuesTest, NamesTheEnvironmentVariableBehindAReference) {
     EXPECT_EQ(environment("none"), "");
 }
 
+TEST_F(PathValuesTest, KnowsTheVariablesThatTheDescriptionHasValuesFor) {
+    const auto isDescribed = [&](const std::string& name) {
+        return ask(
+            "<Value Name='V' DataType='value'>/x</Value><Value Name='ASKED' DataType='value'>/a</Value>"
+            "<Value Name='ENV' DataType='envvar'>ProgramFiles</Value>",
+            [&](const PathValues& known) { return known.isDescribed(name); });
+    };
+    EXPECT_TRUE(isDescribed("v"));
+    EXPECT_TRUE(isDescribed("asked"));
+    EXPECT_FALSE(isDescribed("env"));
+    EXPECT_FALSE(isDescribed("$home"));
+    EXPECT_FALSE(isDescribed("none"));
+}
+
 TEST(MatchPaths, ComparesWhatDoesNotDependOnTheRun) {
     EXPECT_EQ(matchPaths("/a/b", "/a/b"), PathMatch::kSame);
     EXPECT_EQ(matchPaths("[x]/b", "[x]/b"), PathMatch::kSame);
@@ -109,6 +130,22 @@ TEST(MatchPaths, ComparesWhatDoesNotDependOnTheRun) {
     EXPECT_EQ(matchPaths("[x]/a/[y]", "[x]/a/c"), PathMatch::kPossible);
     EXPECT_EQ(matchPaths("[x]/a.log", "[y]/b.log"), PathMatch::kDifferent);
     EXPECT_EQ(matchPaths("[x]/a", "/b/[y]"), PathMatch::kPossible);
+}
+
+TEST(MatchPaths, KnowsThatAPathBeginsWithSomething) {
+    EXPECT_EQ(matchPaths("[x][x]/a", "[x]/a"), PathMatch::kDifferent);
+    EXPECT_EQ(matchPaths("[x]", "[x][x]/a"), PathMatch::kDifferent);
+    EXPECT_EQ(matchPaths("[x][y]/a", "[x]/a"), PathMatch::kPossible);
+    EXPECT_EQ(matchPaths("[x][x]/a", "[x]/long/a"), PathMatch::kPossible);
+}
+
+TEST(HasReference, KnowsWhatCanBeTheNameOfAVariable) {
+    EXPECT_TRUE(hasReference("/a/[b_1]"));
+    EXPECT_TRUE(hasReference("[a b]/[$programfiles(x86)]"));
+    EXPECT_FALSE(hasReference("/a/[b c]/[]/[$]/[d"));
+    EXPECT_TRUE(beginsWithReference("[b]/a"));
+    EXPECT_FALSE(beginsWithReference("[b c]/[a]"));
+    EXPECT_FALSE(beginsWithReference("/[a]"));
 }
 
 }  // namespace

@@ -52,6 +52,7 @@ TEST_F(RecordCheckTest, FindsRecordsAmongTheFilesOfOthers) {
 TEST_F(RecordCheckTest, FindsRecordsThatNoCleanUpDeletes) {
     const std::string sections = "<UninstallDialogs><Finish/></UninstallDialogs>" +
                                  values("<Value Name='D' DataType='value'>/x/u</Value>") +
+                                 "<FileSet Name='S'><FN Dest='[D]'>f</FN></FileSet>" +
                                  records(
                                      "<InstallLogFile>[D]/a.log</InstallLogFile>\n"
                                      "<InstallBackupFile>[D]/b.bin</InstallBackupFile>");
@@ -65,8 +66,37 @@ TEST_F(RecordCheckTest, FindsRecordsThatNoCleanUpDeletes) {
               (Found{"record-not-removed 3:17", "record-not-removed 4:20"}));
 }
 
+TEST_F(RecordCheckTest, OnlyWarnsOfRecordsThatStayInADirectoryOfTheMachine) {
+    const std::string sections =
+        "<UninstallDialogs><Finish/></UninstallDialogs>" +
+        values(
+            "<Value Name='E' DataType='envvar'>GREETER</Value>"
+            "<Value Name='D' DataType='value'>/x/u</Value>") +
+        "<FileSet Name='S'><FN Dest='/etc'>f</FN><FN Dest='[E]'>f</FN><FN Dest='[D]'>f</FN></FileSet>";
+    const auto found = [&](const std::string& log) {
+        return bench_.find(sections + records("<InstallLogFile>" + log + "</InstallLogFile>"));
+    };
+    EXPECT_EQ(found("/etc/a.log"), (Found{"record-left 3:17"}));
+    EXPECT_EQ(found("[E]/a.log"), (Found{"record-left 3:17"}));
+    EXPECT_EQ(found("[$E]/a.log"), (Found{"record-left 3:17"}));
+    EXPECT_EQ(found("[D]/a.log"), (Found{"record-not-removed 3:17"}));
+}
+
+TEST_F(RecordCheckTest, FindsRecordsInADirectoryThatNothingMakes) {
+    const std::string sections = values("<Value Name='D' DataType='value'>/x/u</Value>") +
+                                 records(
+                                     "<InstallLogFile>[D]/log/a.log</InstallLogFile>\n"
+                                     "<InstallBackupFile>[D]/b.bin</InstallBackupFile>") +
+                                 set("<FN Dest='[D]'>f</FN>");
+    EXPECT_EQ(bench_.find(sections), (Found{"record-no-directory 3:17"}));
+    EXPECT_EQ(bench_.find("<UninstallDialogs><Finish/></UninstallDialogs>" + sections),
+              (Found{"record-no-directory 3:17", "record-not-removed 4:20"}));
+    EXPECT_EQ(bench_.find(sections + set("<Tree Dest='[D]/log' From='t'/>")), Found());
+}
+
 TEST_F(RecordCheckTest, FindsAnUninstallationThatNothingInstalls) {
     const std::string sections = values("<Value Name='D' DataType='value'>/x/u</Value>") +
+                                 "<FileSet Name='S'><FN Dest='[D]'>f</FN></FileSet>" +
                                  records(
                                      "<InstallLogFile>[D]/l</InstallLogFile>"
                                      "<UninstallXmlFile>[D]/install.xml</UninstallXmlFile>\n"
@@ -79,6 +109,21 @@ TEST_F(RecordCheckTest, FindsAnUninstallationThatNothingInstalls) {
                                          "<FN Dest='[D]/' Executable='1'>installer</FN>")),
               Found());
     EXPECT_EQ(bench_.find(sections + set("<Other/>")), Found());
+}
+
+TEST_F(RecordCheckTest, LooksWhereUsersLeaveADirectoryAsItIs) {
+    const std::string asked = values("<Value Name='D' DataType='value'>/x/u</Value>") +
+                              "<Dialogs><P><Field Type='Directory'>D</Field></P></Dialogs>" +
+                              set("<FN Dest='[D]'>install.xml</FN>");
+    const auto found = [&](const std::string& record, const std::string& path) {
+        return bench_.messages(asked + records("<InstallLogFile>[D]/l</InstallLogFile><" + record + ">" +
+                                               path + "</" + record + ">"));
+    };
+    EXPECT_EQ(found("UninstallXmlFile", "[D]/install.xml"), Found());
+    EXPECT_EQ(found("UninstallXmlFile", "[D]/in[D]stall.xml"),
+              (Found{"no FN installs \"[D]/in[D]stall.xml\", which may be \"/x/u/in/x/ustall.xml\""}));
+    EXPECT_EQ(found("InstallBackupFile", "[D]/b[D]"),
+              (Found{"nothing makes the directory of \"[D]/b[D]\", so the installation fails"}));
 }
 
 TEST_F(RecordCheckTest, FindsAnUninstallerThatIsMissingOnOneSystem) {

@@ -53,6 +53,12 @@ TEST(References, FindVariablesWithPlainNames) {
     }
     EXPECT_TRUE(isEnvironmentName("$HOME"));
     EXPECT_FALSE(isEnvironmentName("HOME"));
+    for (const char* const name : {"DIR", "$HOME", "$ProgramFiles(x86)"}) {
+        EXPECT_TRUE(isReferenceName(name)) << name;
+    }
+    for (const char* const name : {"", "$", "MY DIR", "a-z"}) {
+        EXPECT_FALSE(isReferenceName(name)) << name;
+    }
 }
 
 }  // namespace

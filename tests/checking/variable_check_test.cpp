@@ -54,7 +54,15 @@ TEST(VariableCheck, FindsBracketsInPathsThatHoldNoName) {
     for (const char* const dest : {"[a-z]/x", "/x/[ A]", "/x[]", "[$]/x"}) {
         EXPECT_THAT(findIn(fileIn(dest)), ElementsAre("reference-name 2:29")) << dest;
     }
+    EXPECT_THAT(findIn(fileIn("[$ProgramFiles(x86)]/x")), IsEmpty());
     EXPECT_THAT(findIn("<UninstallWildcards><W Dest='/x'>[a-z]*.tmp</W></UninstallWildcards>"), IsEmpty());
+}
+
+TEST(VariableCheck, FindsVariablesThatAreTakenForThoseOfTheEnvironment) {
+    EXPECT_THAT(findIn(values(kA) + fileIn("[$a]/[A]")), ElementsAre("reference-form 2:94"));
+    EXPECT_THAT(
+        findIn(values("<Value Name='HOME' DataType='envvar'>HOME</Value>") + fileIn("[HOME]/[$HOME]")),
+        IsEmpty());
 }
 
 TEST(VariableCheck, FindsDeclarationsThatNothingUses) {

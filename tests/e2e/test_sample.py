@@ -146,6 +146,23 @@ class Sample(EndToEndTest):
         self.uninstall()
         self.assertEqual(self.machine_state(), before)
 
+    def test_an_unchanged_file_of_answers_installs_the_same(self):
+        answers = self.native("answers.xml")
+        written = self.packager("answers", self.native("setup" + EXE), "--output", answers)
+        self.assertEqual((written.code, written.out, written.err), (0, "", ""))
+        self.assertIn(b'<Value Name="', self.read("answers.xml"))
+        states = []
+        for option in ("-auto", "-configFile=" + answers):
+            result = self.run_program("setup" + EXE, option, *self.settings)
+            self.assertIn("nstallation was successful", result.out, result)
+            self.assertEqual(result.err, "")
+            log = self.action_log("opt/tandrel/uninstall/install.log")
+            files, registry = self.machine_state()
+            states.append(([line for line in log if line.startswith("VAR")], list(files), registry))
+            self.uninstall()
+        self.assertNotEqual(states[0][0], [])
+        self.assertEqual(*states)
+
     def test_files_of_somebody_else_stay_or_are_restored(self):
         self.write("opt/tandrel/tandrel.conf", "somebody else's settings")
         self.write("opt/tandrel/README.md", "somebody else's words")
