@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "base/revision.h"
+#include "description/pxml.h"
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
 #include "installer/debug_log.h"
+#include "installer/help_text.h"
 #include "installer/private_copy.h"
 #include "installer/relaunch.h"
 #include "installer/uninstallation_lock.h"
@@ -58,6 +60,13 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
         return kFailed;
     }
     options_ = readRunOptions(parameters_);
+    if (asksForHelp(parameters_)) {
+        PXML description;
+        const PackageKind package =
+            readPackageDescription(options_.binFile.value_or(""), platform_, description);
+        messages_.print(helpText(package, description));
+        return 0;
+    }
     if (asksForVersion(parameters_, options_.binFile.value_or(""), platform_)) {
         messages_.print(versionLine());
         return 0;
@@ -206,6 +215,11 @@ int InstallerProgram::loadOwnPackage() {
                    "\", offset=" + std::to_string(static_cast<std::int32_t>(offset)));
     if (!isPackageWhole_) {
         isPackageWhole_ = verifyInstallerChecksum(path, platform_.files);
+    }
+    if (!*isPackageWhole_ && offset == kUnstampedPackageOffset) {
+        showError(noPackageText());
+        debugLog_.line("ERROR: This program has no package");
+        return kFailed;
     }
     if (!*isPackageWhole_) {
         showError(

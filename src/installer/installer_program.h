@@ -33,9 +33,9 @@ public:
     ~InstallerProgram();
 
     // `arguments` start with the program's name. Returns the exit code: 0 for every installation whatever
-    // its outcome, for a relaunch that started, and when only the version was asked for; -1 for a command
-    // line that can't be parsed, missing rights, a run that has neither a window nor a console, a failed
-    // relaunch, and an uninstallation that failed.
+    // its outcome, for a relaunch that started, and when only the version or help was asked for; -1 for a
+    // command line that can't be parsed, missing rights, a run that has neither a window nor a console, a
+    // failed relaunch, and an uninstallation that failed.
     int run(const std::vector<std::string>& arguments);
 
 private:

@@ -29,5 +29,8 @@ struct RunOptions {
 // console, and an explicit `quiet` overrides the silence of an answers file.
 RunOptions readRunOptions(const CommandLineParameters& parameters);
 
+// True if help was asked for, by one of its names without a value.
+bool asksForHelp(const CommandLineParameters& parameters);
+
 // The names of all options that readRunOptions looks for.
 std::vector<std::string_view> runOptionNames();
