@@ -36,6 +36,7 @@ inline constexpr RunOptionRow kTable[] = {
     {"ignoreErrors", "=0|1", "1: goes on to the normal end after a step has failed", kSetting},
     {"backup", "=0|1", "0: keeps nothing of an earlier installation that is removed", kSetting},
     {"bin", "=FILE", "takes the package from a separate file", kSetting},
+    {"exitCodes", "=0|1", "1: the exit code tells how the run ended, see below", kSetting},
     {"debug", "=0|1|2|3|4", "above 0: writes a log into the directory for temporary files", kSetting},
     {"uninstall", "=FILE", "starts the uninstallation of the product with this action log", kSetting},
     {"uninstallApp", "=NAME", "the registered name of the product that is uninstalled", kSetting},

@@ -12,6 +12,7 @@
 #include "description/run_option_table.h"
 #include "description/vocabulary_lookup.h"
 #include "installer/version_option.h"
+#include "support/run_outcome.h"
 
 namespace {
 
@@ -206,12 +207,22 @@ std::string variables(const PXML& description) {
     return text.empty() ? "" : "\nVariables of the product, each set by -VARIABLE_NAME=VALUE:\n" + text;
 }
 
+std::string exitCodesOfTable() {
+    std::string text = "With -exitCodes=1:\n";
+    for (const RunEndRow& row : kRunEnds) {
+        const std::string code = std::to_string(static_cast<int>(row.end));
+        text += "  " + code + std::string(5 - code.size(), ' ') + std::string(row.meaning) + "\n";
+    }
+    return text;
+}
+
 std::string exitCodes() {
-    return "\nExit codes:\n"
+    return std::string("\nExit codes:\n") +
            "  0    the setup ran, or the uninstallation was started or worked\n"
            "  2    another run for the product is at work\n"
            "  3    an interrupted run was not taken back\n"
-           "  255  the run could not start, or the uninstallation failed\n";
+           "  255  the run could not start, or the uninstallation failed\n" +
+           exitCodesOfTable();
 }
 
 }  // namespace

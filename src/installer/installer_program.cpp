@@ -21,6 +21,7 @@
 #include "platform/file_system.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
+#include "platform/processes.h"
 #include "platform/program.h"
 #include "support/utilities.h"
 #include "ui/console/console_ui.h"
@@ -31,6 +32,10 @@
 namespace {
 
 constexpr int kFailed = -1;
+
+// The end of the second stage is waited for, however long that takes.
+constexpr std::uint32_t kOneTurn = 60000;  // milliseconds
+constexpr int kLargestExitCode = 125;
 
 // The results of a session that a script can tell from a failure; otherwise the usual code.
 int exitCodeOf(int result, int usual) {
@@ -55,11 +60,22 @@ InstallerProgram::~InstallerProgram() {
 }
 
 int InstallerProgram::run(const std::vector<std::string>& arguments) {
-    if (parameters_.parse({arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end()}) != 0) {
+    const int result = runAsAsked(arguments);
+    if (!options_.exitCodes) {
+        return result;
+    }
+    return secondStageCode_.value_or(outcome_.exitCode(result));
+}
+
+int InstallerProgram::runAsAsked(const std::vector<std::string>& arguments) {
+    const bool isParsed =
+        parameters_.parse({arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end()}) == 0;
+    options_ = readRunOptions(parameters_);
+    if (!isParsed) {
+        outcome_.note(RunEnd::kBadCommandLine);
         messages_.print("ERROR: Command line couldn't be parsed. Exiting!\n");
         return kFailed;
     }
-    options_ = readRunOptions(parameters_);
     if (asksForHelp(parameters_)) {
         PXML description;
         const PackageKind package =
@@ -90,8 +106,32 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
 
 int InstallerProgram::relaunch() {
     noteUnusedOptions();
+    if (UninstallRelaunch::isNothingThere(platform_, *options_.uninstallLog)) {
+        outcome_.note(RunEnd::kNothingToDo);
+    }
     UninstallRelaunch relaunch(platform_, messages_, debugLog_);
-    return relaunch.run(*options_.uninstallLog, options_) ? 0 : kFailed;
+    if (options_.exitCodes && platform::keepsRunningPrograms()) {
+        relaunch.moveImageAside();
+    }
+    if (!relaunch.run(*options_.uninstallLog, options_)) {
+        return kFailed;
+    }
+    if (options_.exitCodes) {
+        waitForSecondStage(*relaunch.takeSecondStage());
+    }
+    return 0;
+}
+
+// Its codes are those of this one. With any other it didn't come to its end.
+void InstallerProgram::waitForSecondStage(platform::ChildProcess& stage) {
+    while (!stage.wait(kOneTurn)) {
+    }
+    const int code = stage.exitCode();
+    if (code >= 0 && code <= kLargestExitCode) {
+        secondStageCode_ = code;
+    } else {
+        outcome_.note(RunEnd::kFailed, "the second stage ended with " + std::to_string(code));
+    }
 }
 
 void InstallerProgram::makeSession() {
@@ -166,6 +206,7 @@ bool InstallerProgram::chooseFrontEnd() {
 }
 
 void InstallerProgram::refuseWithoutFrontEnd(const std::string& reason) {
+    outcome_.note(RunEnd::kNoFrontEnd, reason);
     note("No window can be shown (" + reason +
          "), and standard input is no terminal: nothing was done. The option -gui=0 uses the console all the "
          "same.");
@@ -182,6 +223,7 @@ bool InstallerProgram::testRights() {
                                     platform::administratorDirectories(platform_.registry))) {
         return true;
     }
+    outcome_.note(RunEnd::kNoRights);
     if (options_.gui != 0) {
         messages_.show(
             "This program requires Administrative privileges.\nPlease right-click the installer and select "
@@ -219,6 +261,7 @@ int InstallerProgram::loadOwnPackage() {
     if (!*isPackageWhole_ && offset == kUnstampedPackageOffset) {
         showError(noPackageText());
         debugLog_.line("ERROR: This program has no package");
+        outcome_.note(RunEnd::kPackageDamaged, "there is none");
         return kFailed;
     }
     if (!*isPackageWhole_) {
@@ -226,11 +269,13 @@ int InstallerProgram::loadOwnPackage() {
             "The checksum of the installer doesn't match. This could indicate a broken download.\n"
             "Please, try downloading again!");
         debugLog_.line("ERROR: The installer checksum failed!");
+        outcome_.note(RunEnd::kPackageDamaged, path);
         return kFailed;
     }
     debugLog_.line("Checksum successfuly verified");
     const int result = wini_->loadCabinet(path.c_str(), offset, options_.sessionFlags);
     if (result != 0) {
+        outcome_.note(RunEnd::kPackageDamaged, path);
         note("The installation can't start: " + path + ": " + wini_->loadError());
     }
     return result;
@@ -242,6 +287,7 @@ int InstallerProgram::loadBinFile() {
     if (result != 0) {
         debugLog_.print("ERROR: Initialization with bin file failed with result: %d", result);
         showError("The installer failed to initialize with the supplied binary file!");
+        outcome_.note(RunEnd::kPackageDamaged, *options_.binFile);
         note(*options_.binFile + ": " + wini_->loadError());
     }
     return result;
@@ -283,7 +329,11 @@ int InstallerProgram::uninstall() {
     debugLog_.line("Real uninstall");
     platform_.events.signal(kUninstallerStartEvent);
     UninstallationLock lock(platform_, messages_, debugLog_);
-    const int result = lock.take() ? uninstallFromLog() : kFailed;
+    const bool isTaken = lock.take();
+    if (!isTaken) {
+        outcome_.note(RunEnd::kAnotherRun);
+    }
+    const int result = isTaken ? uninstallFromLog() : kFailed;
     endSession();
     if (debugLog_.level() == 0) {
         removeRelaunchCopies();
@@ -299,6 +349,7 @@ int InstallerProgram::uninstallFromLog() {
         const std::string log = wini_->productLog();
         if (log.empty()) {
             debugLog_.line("Nothing is left to be uninstalled");
+            outcome_.note(RunEnd::kNothingToDo);
             return 0;
         }
         result = uninstallRecovered(log);
@@ -366,7 +417,9 @@ int InstallerProgram::runSession() {
     ui_->setEngine(wini_.get());
     setActiveUI(ui_.get());
     services_.setFrontEnd(ui_.get());
-    return wini_->run(ui_.get(), &log_);
+    const int result = wini_->run(ui_.get(), &log_);
+    outcome_.add(wini_->endOfRun());
+    return result;
 }
 
 void InstallerProgram::endSession() {

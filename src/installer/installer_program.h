@@ -12,6 +12,7 @@
 #include "session/command_line_parameters.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
+#include "support/run_outcome.h"
 #include "wini/nested_sessions.h"
 #include "wini/system_services.h"
 
@@ -20,8 +21,9 @@ class GraphicalFrontEnds;
 class Wini;
 
 namespace platform {
+class ChildProcess;
 struct Platform;
-}
+}  // namespace platform
 
 // One run of the program: the command line decides the run mode, which runs one session with one front end.
 class InstallerProgram {
@@ -35,10 +37,13 @@ public:
     // `arguments` start with the program's name. Returns the exit code: 0 for every installation whatever
     // its outcome, for a relaunch that started, and when only the version or help was asked for; -1 for a
     // command line that can't be parsed, missing rights, a run that has neither a window nor a console, a
-    // failed relaunch, and an uninstallation that failed.
+    // failed relaunch, and an uninstallation that failed. With the option
+    // `exitCodes` the number of a RunEnd, which a relaunch takes over from the second stage.
     int run(const std::vector<std::string>& arguments);
 
 private:
+    int runAsAsked(const std::vector<std::string>& arguments);
+    void waitForSecondStage(platform::ChildProcess& stage);
     void logStart();
     bool chooseFrontEnd();
     bool chooseFrontEndDuringPackageTest();
@@ -76,6 +81,8 @@ private:
     SystemServices services_;
     AnswersFile answers_;
     NestedSessions nestedSessions_;
+    RunOutcome outcome_;
+    std::optional<int> secondStageCode_;
     std::optional<bool> isPackageWhole_;  // empty until it has been tested
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<GenericUI> ui_;

@@ -40,6 +40,7 @@ RunOptions readRunOptions(const CommandLineParameters& parameters) {
         options.quiet = 1;
     }
     options.quiet = readInteger(parameters, "quiet", options.quiet);
+    options.exitCodes = readInteger(parameters, "exitCodes", 0) != 0;
     options.binFile = find(parameters, "bin");
     options.uninstallLog = find(parameters, "uninstall");
     options.uninstallApp = find(parameters, "uninstallApp").value_or("");

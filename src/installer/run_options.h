@@ -17,6 +17,7 @@ struct RunOptions {
     int ignoreErrors = 0;
     bool autoMode = false;
     int quiet = 0;
+    bool exitCodes = false;  // the program's exit code tells how the run ended
     std::uint32_t sessionFlags = 0;
     std::optional<std::string> configFile;
     std::optional<std::string> binFile;

@@ -5,6 +5,7 @@
 
 #include "description/pxml.h"
 #include "description/run_option_table.h"
+#include "support/run_outcome.h"
 
 namespace {
 
@@ -22,6 +23,14 @@ TEST(HelpText, NamesEveryOption) {
     for (const RunOptionRow& row : run_options::kTable) {
         EXPECT_THAT(text, HasSubstr("  -" + std::string(row.name) + std::string(row.value) + "\n      " +
                                     std::string(row.meaning) + "\n"));
+    }
+}
+
+TEST(HelpText, NamesEveryExitCode) {
+    const std::string text = helpText(PackageKind::kNone, PXML());
+    for (const RunEndRow& row : kRunEnds) {
+        EXPECT_THAT(text, testing::ContainsRegex("  " + std::to_string(static_cast<int>(row.end)) + " +" +
+                                                 std::string(row.meaning) + "\n"));
     }
 }
 

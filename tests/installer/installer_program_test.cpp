@@ -203,6 +203,35 @@ TEST_F(InstallerProgramTest, TheRelaunchWinsOverTheSecondStage) {
     EXPECT_TRUE(machine_.events.signals.empty());
 }
 
+TEST_F(InstallerProgramTest, TheRelaunchHandsOnTheCodeOfTheSecondStage) {
+    machine_.files.addFile("/product/log", "log");
+    machine_.processes.waitsBeforeEnd = 3;
+    machine_.processes.exitCodes = {static_cast<int>(RunEnd::kRefused), -1};
+    EXPECT_EQ(run({"-uninstall=/product/log", "-gui=0", "-exitCodes=1"}), static_cast<int>(RunEnd::kRefused));
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_NE(machine_.processes.started[0].commandLine.find(" -exitCodes=1"), std::string::npos);
+    EXPECT_EQ(run({"-uninstall=/product/log", "-gui=0", "-exitCodes=1"}), static_cast<int>(RunEnd::kFailed))
+        << "no code of a second stage that came to its end";
+}
+
+TEST_F(InstallerProgramTest, ExitCodesTellWhatHappenedBeforeASession) {
+    const auto code = [](RunEnd end) { return static_cast<int>(end); };
+    EXPECT_EQ(run({"-exitCodes=1", "-gui=0", "alpha"}), code(RunEnd::kBadCommandLine));
+    EXPECT_EQ(run({"-exitCodes=1", "-auto"}), code(RunEnd::kPackageDamaged));
+    EXPECT_EQ(run({"-exitCodes=1", "-version"}), 0);
+    EXPECT_EQ(run({"-exitCodes=1", "-gui=0", "-uninstall=/none.log"}), code(RunEnd::kNothingToDo));
+    machine_.files.setReadOnly("/opt");
+    machine_.files.setReadOnly("C:\\Programs");
+    EXPECT_EQ(run({"-exitCodes=1", "-auto"}), code(RunEnd::kNoRights));
+    windows_.available = false;
+    EXPECT_EQ(run({"-exitCodes=1"}), code(RunEnd::kNoFrontEnd));
+}
+
+TEST_F(InstallerProgramTest, ExitCodesTellHowASessionEnded) {
+    EXPECT_EQ(run({"-exitCodes=1", "-auto", packageOption()}), static_cast<int>(RunEnd::kRefused));
+    EXPECT_EQ(run({"-auto", packageOption()}), 0);
+}
+
 TEST_F(InstallerProgramTest, TheSecondStageSignalsBothEventsAndTellsItsOutcome) {
     machine_.files.addFile("/copy.log", "/missing/install.xml\r\n\r\nNUMVARS\t0\r\n");
     EXPECT_EQ(run({"-uninstallFile=/copy.log", "-gui=0"}), -1);

@@ -84,6 +84,13 @@ TEST_F(RunOptionsTest, OptionNamesKeepTheirCase) {
     EXPECT_EQ(read({"-Quiet=1"}).quiet, 0);
 }
 
+TEST_F(RunOptionsTest, ExitCodesAreAsked) {
+    EXPECT_FALSE(read({}).exitCodes);
+    EXPECT_FALSE(read({"-exitCodes=0"}).exitCodes);
+    EXPECT_FALSE(read({"-exitCodes"}).exitCodes) << "as every number without a value";
+    EXPECT_TRUE(read({"-exitCodes=1"}).exitCodes);
+}
+
 TEST_F(RunOptionsTest, HelpHasSeveralNamesAndNoValue) {
     const auto asks = [](const std::vector<std::string>& tokens) {
         CommandLineParameters parameters;

@@ -17,6 +17,7 @@
 #include "manual/manual_reader.h"
 #include "manual/manual_text.h"
 #include "packager/command_line.h"
+#include "support/run_outcome.h"
 #include "text/rtf_control_words.h"
 #include "ui/page_entry.h"
 
@@ -45,6 +46,15 @@ Words optionWords() {
     return words;
 }
 
+Words runEndWords() {
+    Words words;
+    for (const RunEndRow& row : kRunEnds) {
+        words.push_back(std::to_string(static_cast<int>(row.end)));
+        words.emplace_back(row.name);
+    }
+    return words;
+}
+
 struct Table {
     const char* page;  // of docs/manual, that describes each word
     const char* name;
@@ -60,6 +70,7 @@ const Table kTables[] = {
     {"system-changes.md", "actions", "src/engine/additional_actions.cpp",
      [] { return wordsOf(AdditionalActions::actionNames()); }},
     {"running.md", "options of a setup", "src/description/run_option_table.h", optionWords},
+    {"running.md", "exit codes of a setup", "src/support/run_outcome.h", runEndWords},
     {"packager.md", "commands of the packager", "src/packager/command_line.cpp",
      [] { return wordsOf(commandNames()); }},
     {"packager.md", "options of the packager", "src/packager/command_line.cpp",
