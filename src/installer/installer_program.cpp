@@ -1,11 +1,13 @@
 #include "installer/installer_program.h"
 
 #include <algorithm>
+#include <array>
 #include <future>
 #include <utility>
 
 #include "base/revision.h"
 #include "description/pxml.h"
+#include "engine/run_records.h"
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
 #include "installer/debug_log.h"
@@ -37,6 +39,8 @@ constexpr int kFailed = -1;
 constexpr std::uint32_t kOneTurn = 60000;  // milliseconds
 constexpr int kLargestExitCode = 125;
 
+constexpr int kProductCapacity = 1560;
+
 // The results of a session that a script can tell from a failure; otherwise the usual code.
 int exitCodeOf(int result, int usual) {
     return result == Installer::kAnotherRunIsAtWork || result == Installer::kNotRecovered ? result : usual;
@@ -61,10 +65,33 @@ InstallerProgram::~InstallerProgram() {
 
 int InstallerProgram::run(const std::vector<std::string>& arguments) {
     const int result = runAsAsked(arguments);
+    if (isRun_ && !isHandedOver_) {
+        record(result);
+    }
     if (!options_.exitCodes) {
         return result;
     }
     return secondStageCode_.value_or(outcome_.exitCode(result));
+}
+
+// Whoever wants to know what happened yesterday finds it there; a run that can't be recorded is none the
+// worse.
+void InstallerProgram::record(int result) {
+    RunRecord record;
+    if (!platform::localTime(record.time)) {
+        return;
+    }
+    record.isUninstallation = options_.uninstallFile || options_.uninstallLog;
+    record.end = static_cast<RunEnd>(outcome_.exitCode(result));
+    record.product = options_.uninstallApp;
+    std::array<char, kProductCapacity> product{};
+    if (wini_ != nullptr && wini_->getFullName(product.data(), kProductCapacity) == 0) {
+        record.product = product.data();
+    }
+    record.why = outcome_.why();
+    if (!RunRecords(platform_).add(record)) {
+        debugLog_.line("The run isn't recorded: there is no state directory, or it can't be written");
+    }
 }
 
 int InstallerProgram::runAsAsked(const std::vector<std::string>& arguments) {
@@ -87,6 +114,7 @@ int InstallerProgram::runAsAsked(const std::vector<std::string>& arguments) {
         messages_.print(versionLine());
         return 0;
     }
+    isRun_ = true;
     const int level =
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);
@@ -116,6 +144,7 @@ int InstallerProgram::relaunch() {
     if (!relaunch.run(*options_.uninstallLog, options_)) {
         return kFailed;
     }
+    isHandedOver_ = true;
     if (options_.exitCodes) {
         waitForSecondStage(*relaunch.takeSecondStage());
     }

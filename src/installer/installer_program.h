@@ -44,6 +44,7 @@ public:
 private:
     int runAsAsked(const std::vector<std::string>& arguments);
     void waitForSecondStage(platform::ChildProcess& stage);
+    void record(int result);
     void logStart();
     bool chooseFrontEnd();
     bool chooseFrontEndDuringPackageTest();
@@ -83,6 +84,8 @@ private:
     NestedSessions nestedSessions_;
     RunOutcome outcome_;
     std::optional<int> secondStageCode_;
+    bool isRun_ = false;                  // no question, and a command line that was understood
+    bool isHandedOver_ = false;           // to the second stage, which records the run
     std::optional<bool> isPackageWhole_;  // empty until it has been tested
     std::unique_ptr<Wini> wini_;
     std::unique_ptr<GenericUI> ui_;
