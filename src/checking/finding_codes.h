@@ -72,6 +72,7 @@ inline constexpr FindingKind kAll[] = {
     {"variable-undeclared", kError, "Declare it by a Value in DefValues."},
     {"variable-unused", kWarning, "Take it out."},
     {"variable-predefined", kError, "Use a variable of your own."},
+    {"variable-option-taken", kWarning, "Give it a name that no option of a setup has."},
     {"variable-name", kError, "Use ASCII letters, digits and _ alone."},
     {"variable-order", kError, "Put the Value of what is referred to above this one."},
     {"variable-circular", kError, "Let one of them have a value that doesn't refer to the others."},

@@ -15,6 +15,7 @@
 #include "checking/text_uses.h"
 #include "description/path_variables.h"
 #include "description/predefined_variables.h"
+#include "description/run_option_table.h"
 #include "support/utilities.h"
 
 namespace {
@@ -289,7 +290,16 @@ private:
                 "variable-recalculated", node, "Recalculate",
                 variable.name + " follows other variables only until somebody is asked for it");
         }
+        checkOption(node, name);
         checkSources(node);
+    }
+
+    void checkOption(std::int32_t node, std::string_view name) {
+        const std::string_view type = context_.attribute(node, "DataType").value_or("");
+        if (OUtils::startsWithIgnoreCase(type, "cmdlinearg") && run_options::isTaken(name)) {
+            context_.addAtAttribute("variable-option-taken", node, "Name",
+                                    "every setup has an option " + std::string(name) + " of its own");
+        }
     }
 
     void checkRepetition(std::int32_t earlier, std::int32_t later, const std::string& name) {

@@ -12,6 +12,7 @@
 #include "engine/engine_parts.h"
 #include "engine/report.h"
 #include "platform/file_system.h"
+#include "support/run_outcome.h"
 
 namespace {
 
@@ -30,6 +31,14 @@ constexpr DetailWord kDetailWords[] = {
 constexpr std::uint32_t kOpenPause = 100;  // milliseconds
 constexpr std::uint32_t kMillisecondsOfAnUpdate = 10;
 constexpr unsigned kDefaultFileMode = 0444;
+// By these codes of Windows a program says that it succeeded and that the system has to be restarted for it;
+// the second one has begun to.
+constexpr std::int32_t kRestartCodes[] = {3010, 1641};
+
+bool asksForRestart(const ProgramOutcome& program) {
+    return program.exitCode && std::ranges::find(kRestartCodes, *program.exitCode) != std::end(kRestartCodes);
+}
+
 constexpr std::size_t kPathLimit = PathText::capacity() - 1;
 
 }  // namespace
@@ -52,7 +61,8 @@ AdditionalActions::AdditionalActions(const ChangeContext& context, const EngineP
       extractor_(parts.cabinet, contents_, context.machine.files),
       registry_(context),
       product_(parts.model.product),
-      programs_(context.machine.processes, context.machine.shell, context.debugLog) {}
+      programs_(context.machine.processes, context.machine.shell, context.debugLog),
+      outcome_(parts.outcome) {}
 
 std::vector<std::string_view> AdditionalActions::actionNames() {
     std::vector<std::string_view> names;
@@ -183,11 +193,12 @@ void AdditionalActions::runProgram(const Action& action) {
                                       ? std::string(written.value_or(""))
                                       : context_.tags.expandForSystem(written, true);
     const std::string workDir = pathOf(action, context_.tags.attribute(action.node, "WorkDir"));
-    const bool started =
-        programs_
-            .execute({action.path, arguments, workDir, action.programFlags}, context_.report, action.pause)
-            .started;
-    const std::string outcome = started ? "Program was started" : "ERROR: Program was NOT started";
+    const ProgramOutcome program = programs_.execute({action.path, arguments, workDir, action.programFlags},
+                                                     context_.report, action.pause);
+    if (outcome_ != nullptr && asksForRestart(program)) {
+        outcome_->noteRestart();
+    }
+    const std::string outcome = program.started ? "Program was started" : "ERROR: Program was NOT started";
     context_.debugLog.line(outcome + " : \"" + action.path + " " + arguments + "\"");
 }
 

@@ -14,6 +14,7 @@
 #include "engine/file_contents.h"
 
 class ProductDescription;
+class RunOutcome;
 struct EngineParts;
 
 // The small steps beyond copying files that a description asks for: programs, documents, single files and
@@ -75,5 +76,6 @@ private:
     RegistryChange registry_;
     const ProductDescription& product_;
     ProgramRun programs_;
+    RunOutcome* outcome_;  // null: nobody asks
     bool failed_ = false;
 };

@@ -9,6 +9,7 @@ class Expressions;
 class FileSets;
 class PXML;
 class ProductDescription;
+class RunOutcome;
 class SystemOperations;
 class VariableExclusions;
 class VariableStore;
@@ -31,4 +32,5 @@ struct EngineParts {
     platform::Platform machine;
     SystemOperations& system;
     DebugLog debugLog;
+    RunOutcome* outcome = nullptr;  // null: nobody asks how the run ends
 };

@@ -17,6 +17,7 @@
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
 #include "platform/written_path.h"
+#include "support/run_outcome.h"
 
 namespace {
 
@@ -225,6 +226,9 @@ bool FreeSpaceCheck::judge() {
             report_.note(text);
             isEnough = false;
         }
+    }
+    if (!isEnough && parts_.outcome != nullptr) {
+        parts_.outcome->note(RunEnd::kNoSpace);
     }
     if (!isEnough) {
         report_.note("Nothing was installed.");

@@ -7,6 +7,7 @@
 
 #include "base/path_functions.h"
 #include "engine/product_state_format.h"
+#include "engine/run_records.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
@@ -313,6 +314,9 @@ std::int32_t ProductState::makeDirectory() {
 std::int32_t ProductState::removeDirectory(std::int32_t levels) {
     std::string directory;
     environment_.stateDirectory(directory);
+    if (levels > 0) {
+        RunRecords::removeIfAlone(files_, directory);
+    }
     for (; levels > 0 && !directory.empty() && files_.removeDirectory(directory) == 0; --levels) {
         const std::size_t separator = directory.find_last_of("/\\");
         directory.resize(separator == std::string::npos ? 0 : separator);

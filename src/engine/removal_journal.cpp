@@ -6,6 +6,7 @@
 #include "base/path_functions.h"
 #include "base/text_functions.h"
 #include "engine/removal_journal_format.h"
+#include "engine/run_records.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/path_identity.h"
@@ -387,6 +388,9 @@ bool RemovalJournal::removeContent() {
 
 // Others may have put something there meanwhile: the system removes only what is empty.
 void RemovalJournal::removeStateDirectory() {
+    if (!madeLevels_.empty()) {
+        RunRecords::removeIfAlone(files_, madeLevels_.front());
+    }
     for (const std::string& level : madeLevels_) {
         if (files_.removeDirectory(level) != 0) {
             break;

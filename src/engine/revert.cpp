@@ -38,11 +38,15 @@ Revert::Revert(const EngineParts& parts, RemovalBackups& backups)
 
 bool Revert::revertInstallation(const std::string& publishedLog, Uninstallation& undo, Report& report) {
     parts_.debugLog.line("Reverting installation!");
+    tookAllBack_ = false;
     if (!isLogReadable(publishedLog, report) || !canBringBack(report)) {
         return putOff(report);
     }
     const bool isUndone = undoInstallation(publishedLog, undo, report);
-    return revertUninstallation(report) && isUndone;
+    const bool isNothingLeft = isUndone || (undoneLog_.empty() && !backups_.holdsRecords);
+    const bool wasNothingRemoved = revertUninstallation(report);
+    tookAllBack_ = tookAllBack_ && isNothingLeft;
+    return wasNothingRemoved && isUndone;
 }
 
 // The log is kept; of the archive that it names only whether it can be read counts.
@@ -210,6 +214,7 @@ void Revert::clearRecords(const std::string& log, const std::string& archive, Re
 
 bool Revert::revertUninstallation(Report& report) {
     parts_.debugLog.line("Reverting uninstallation");
+    tookAllBack_ = !hasBackups();
     if (!hasBackups()) {
         return true;
     }
@@ -236,6 +241,7 @@ bool Revert::revertUninstallation(Report& report) {
     }
     copyBack(report);
     backups_.isOnlyCopy = !areAllBack_;
+    tookAllBack_ = areAllBack_;
     if (!areAllBack_ && backups_.journal().isOpen()) {
         backups_.isToBeContinued = true;
         WorkNotes(backups_.journal()).attempt(1);

@@ -29,6 +29,10 @@ public:
     // Brings back what was removed. False as soon as one installation came back, as above.
     bool revertUninstallation(Report& report);
 
+    // Whether the last of these calls left nothing of what was installed, and brought back all that was
+    // removed.
+    bool tookAllBack() const { return tookAllBack_; }
+
 private:
     bool isLogReadable(const std::string& publishedLog, Report& report);
     bool canBringBack(Report& report);
@@ -58,4 +62,5 @@ private:
     std::string undoneLog_;
     bool isAnyBack_ = false;
     bool areAllBack_ = false;
+    bool tookAllBack_ = false;
 };

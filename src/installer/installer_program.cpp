@@ -1,13 +1,18 @@
 #include "installer/installer_program.h"
 
 #include <algorithm>
+#include <array>
 #include <future>
 #include <utility>
 
 #include "base/revision.h"
+#include "description/pxml.h"
+#include "engine/run_records.h"
 #include "installer/administrator_test.h"
 #include "installer/console_control.h"
 #include "installer/debug_log.h"
+#include "installer/help_text.h"
+#include "installer/own_window.h"
 #include "installer/private_copy.h"
 #include "installer/relaunch.h"
 #include "installer/removal_receipt.h"
@@ -21,6 +26,7 @@
 #include "platform/file_system.h"
 #include "platform/named_events.h"
 #include "platform/platform.h"
+#include "platform/processes.h"
 #include "platform/program.h"
 #include "support/utilities.h"
 #include "ui/console/console_ui.h"
@@ -32,6 +38,12 @@
 namespace {
 
 constexpr int kFailed = -1;
+
+// The end of the second stage is waited for, however long that takes.
+constexpr std::uint32_t kOneTurn = 60000;  // milliseconds
+constexpr int kLargestExitCode = 125;
+
+constexpr int kProductCapacity = 1560;
 
 // The results of a session that a script can tell from a failure; otherwise the usual code.
 int exitCodeOf(int result, int usual) {
@@ -56,11 +68,62 @@ InstallerProgram::~InstallerProgram() {
 }
 
 int InstallerProgram::run(const std::vector<std::string>& arguments) {
-    if (parameters_.parse({arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end()}) != 0) {
+    const int result = runAsAsked(arguments);
+    if (isRun_ && !isHandedOver_) {
+        record(result);
+    }
+    keepMessages();
+    if (!options_.exitCodes || options_.verifyLog) {
+        return result;
+    }
+    return secondStageCode_.value_or(outcome_.exitCode(result));
+}
+
+// Where somebody may be reading them.
+void InstallerProgram::keepMessages() {
+    const bool isUnattended = options_.autoMode || options_.configFile || options_.quiet != 0;
+    const bool isOnConsole = options_.gui == 0 || !isRun_;
+    if (isOnConsole && !isUnattended && !isHandedOver_) {
+        keepOwnWindow(platform_.console);
+    }
+}
+
+// Whoever wants to know what happened yesterday finds it there; a run that can't be recorded is none the
+// worse.
+void InstallerProgram::record(int result) {
+    RunRecord record;
+    if (!platform::localTime(record.time)) {
+        return;
+    }
+    record.isUninstallation = options_.uninstallFile || options_.uninstallLog;
+    record.end = static_cast<RunEnd>(outcome_.exitCode(result));
+    record.product = options_.uninstallApp;
+    std::array<char, kProductCapacity> product{};
+    if (wini_ != nullptr && wini_->getFullName(product.data(), kProductCapacity) == 0) {
+        record.product = product.data();
+    }
+    record.why = outcome_.why();
+    if (!RunRecords(platform_).add(record)) {
+        debugLog_.line("The run isn't recorded: there is no state directory, or it can't be written");
+    }
+}
+
+int InstallerProgram::runAsAsked(const std::vector<std::string>& arguments) {
+    const bool isParsed =
+        parameters_.parse({arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end()}) == 0;
+    options_ = readRunOptions(parameters_);
+    if (!isParsed) {
+        outcome_.note(RunEnd::kBadCommandLine);
         messages_.print("ERROR: Command line couldn't be parsed. Exiting!\n");
         return kFailed;
     }
-    options_ = readRunOptions(parameters_);
+    if (asksForHelp(parameters_)) {
+        PXML description;
+        const PackageKind package =
+            readPackageDescription(options_.binFile.value_or(""), platform_, description);
+        messages_.print(helpText(package, description));
+        return 0;
+    }
     if (asksForVersion(parameters_, options_.binFile.value_or(""), platform_)) {
         messages_.print(versionLine());
         return 0;
@@ -70,6 +133,7 @@ int InstallerProgram::run(const std::vector<std::string>& arguments) {
                                   messages_);
     }
     completeReceiptOptions(options_, platform_.environment);
+    isRun_ = true;
     const int level =
         openDebugLog(log_, options_.debug, platform_.environment, platform_.files, platform_.console);
     debugLog_.setTarget(&log_, level);
@@ -93,8 +157,33 @@ int InstallerProgram::relaunch() {
         platform_.events.signal(kUninstallerEndEvent);
         return kFailed;
     }
+    if (UninstallRelaunch::isNothingThere(platform_, *options_.uninstallLog)) {
+        outcome_.note(RunEnd::kNothingToDo);
+    }
     UninstallRelaunch relaunch(platform_, messages_, debugLog_);
-    return relaunch.run(*options_.uninstallLog, options_) ? 0 : kFailed;
+    if (options_.exitCodes && platform::keepsRunningPrograms()) {
+        relaunch.moveImageAside();
+    }
+    if (!relaunch.run(*options_.uninstallLog, options_)) {
+        return kFailed;
+    }
+    isHandedOver_ = true;
+    if (options_.exitCodes) {
+        waitForSecondStage(*relaunch.takeSecondStage());
+    }
+    return 0;
+}
+
+// Its codes are those of this one. With any other it didn't come to its end.
+void InstallerProgram::waitForSecondStage(platform::ChildProcess& stage) {
+    while (!stage.wait(kOneTurn)) {
+    }
+    const int code = stage.exitCode();
+    if (code >= 0 && code <= kLargestExitCode) {
+        secondStageCode_ = code;
+    } else {
+        outcome_.note(RunEnd::kFailed, "the second stage ended with " + std::to_string(code));
+    }
 }
 
 void InstallerProgram::makeSession() {
@@ -169,6 +258,7 @@ bool InstallerProgram::chooseFrontEnd() {
 }
 
 void InstallerProgram::refuseWithoutFrontEnd(const std::string& reason) {
+    outcome_.note(RunEnd::kNoFrontEnd, reason);
     note("No window can be shown (" + reason +
          "), and standard input is no terminal: nothing was done. The option -gui=0 uses the console all the "
          "same.");
@@ -185,6 +275,7 @@ bool InstallerProgram::testRights() {
                                     platform::administratorDirectories(platform_.registry))) {
         return true;
     }
+    outcome_.note(RunEnd::kNoRights);
     if (options_.gui != 0) {
         messages_.show(
             "This program requires Administrative privileges.\nPlease right-click the installer and select "
@@ -230,11 +321,18 @@ int InstallerProgram::loadOwnPackage() {
         line.begin("Checking the package");
         isPackageWhole_ = verifyInstallerChecksum(path, platform_.files, progress);
     }
+    if (!*isPackageWhole_ && offset == kUnstampedPackageOffset) {
+        showError(noPackageText());
+        debugLog_.line("ERROR: This program has no package");
+        outcome_.note(RunEnd::kPackageDamaged, "there is none");
+        return kFailed;
+    }
     if (!*isPackageWhole_) {
         showError(
             "The checksum of the installer doesn't match. This could indicate a broken download.\n"
             "Please, try downloading again!");
         debugLog_.line("ERROR: The installer checksum failed!");
+        outcome_.note(RunEnd::kPackageDamaged, path);
         return kFailed;
     }
     debugLog_.line("Checksum successfuly verified");
@@ -243,6 +341,7 @@ int InstallerProgram::loadOwnPackage() {
     const int result = wini_->loadCabinet(path.c_str(), offset, options_.sessionFlags);
     wini_->showLoadingOn({});
     if (result != 0) {
+        outcome_.note(RunEnd::kPackageDamaged, path);
         note("The installation can't start: " + path + ": " + wini_->loadError());
     }
     return result;
@@ -254,6 +353,7 @@ int InstallerProgram::loadBinFile() {
     if (result != 0) {
         debugLog_.print("ERROR: Initialization with bin file failed with result: %d", result);
         showError("The installer failed to initialize with the supplied binary file!");
+        outcome_.note(RunEnd::kPackageDamaged, *options_.binFile);
         note(*options_.binFile + ": " + wini_->loadError());
     }
     return result;
@@ -297,6 +397,9 @@ int InstallerProgram::uninstall() {
     UninstallationLock lock(platform_, messages_, debugLog_);
     const bool isTurn = lock.take();
     int result = kFailed;
+    if (!isTurn) {
+        outcome_.note(RunEnd::kAnotherRun);
+    }
     if (options_.receipt) {
         result = uninstallWithReceipt(isTurn);
     } else if (isTurn) {
@@ -331,6 +434,9 @@ int InstallerProgram::uninstallWithReceipt(bool isTurn) {
     const int result = isTurn ? uninstallFromLog() : kFailed;
     endSession();
     const bool isWritten = receipt_->finish(result == 0, options_.quiet != 0);
+    if (!isWritten) {
+        outcome_.note(RunEnd::kFailed, "the receipt");
+    }
     return result == 0 && !isWritten ? kFailed : result;
 }
 
@@ -340,6 +446,7 @@ int InstallerProgram::uninstallFromLog() {
         const std::string log = wini_->productLog();
         if (log.empty()) {
             debugLog_.line("Nothing is left to be uninstalled");
+            outcome_.note(RunEnd::kNothingToDo);
             return 0;
         }
         result = uninstallRecovered(log);
@@ -412,7 +519,9 @@ int InstallerProgram::runSession() {
     ui_->setEngine(wini_.get());
     setActiveUI(ui_.get());
     services_.setFrontEnd(ui_.get());
-    return wini_->run(ui_.get(), &log_);
+    const int result = wini_->run(ui_.get(), &log_);
+    outcome_.add(wini_->endOfRun());
+    return result;
 }
 
 void InstallerProgram::endSession() {

@@ -13,6 +13,7 @@
 #include "support/byte_progress.h"
 #include "support/debug_log.h"
 #include "support/p_file_console.h"
+#include "support/run_outcome.h"
 #include "wini/nested_sessions.h"
 #include "wini/system_services.h"
 
@@ -23,8 +24,9 @@ class RemovalReceipt;
 class Wini;
 
 namespace platform {
+class ChildProcess;
 struct Platform;
-}
+}  // namespace platform
 
 // One run of the program: the command line decides the run mode, which runs one session with one front end.
 class InstallerProgram {
@@ -36,13 +38,18 @@ public:
     ~InstallerProgram();
 
     // `arguments` start with the program's name. Returns the exit code: 0 for every installation whatever
-    // its outcome, for a relaunch that started, and when only the version was asked for; -1 for a command
-    // line that can't be parsed, missing rights, a run that has neither a window nor a console, a failed
-    // relaunch, and an uninstallation that failed or has no receipt though one was asked for. Of a
-    // verification that of verifyInstallation.
+    // its outcome, for a relaunch that started, and when only the version or help was asked for; -1 for a
+    // command line that can't be parsed, missing rights, a run that has neither a window nor a console, a
+    // failed relaunch, and an uninstallation that failed or has no receipt though one was asked for. With the
+    // option `exitCodes` the number of a RunEnd, which a relaunch takes over from the second stage. Of a
+    // verification always that of verifyInstallation.
     int run(const std::vector<std::string>& arguments);
 
 private:
+    int runAsAsked(const std::vector<std::string>& arguments);
+    void waitForSecondStage(platform::ChildProcess& stage);
+    void record(int result);
+    void keepMessages();
     void logStart();
     bool chooseFrontEnd();
     bool chooseFrontEndDuringPackageTest();
@@ -83,6 +90,10 @@ private:
     SystemServices services_;
     AnswersFile answers_;
     NestedSessions nestedSessions_;
+    RunOutcome outcome_;
+    std::optional<int> secondStageCode_;
+    bool isRun_ = false;                       // no question, and a command line that was understood
+    bool isHandedOver_ = false;                // to the second stage, which records the run
     std::optional<bool> isPackageWhole_;       // empty until it has been tested
     std::unique_ptr<RemovalReceipt> receipt_;  // of an uninstallation that is to have one
     std::unique_ptr<Wini> wini_;

@@ -4,6 +4,7 @@
 
 #include "engine/recovery.h"
 #include "engine/uninstall_command.h"
+#include "installer/own_image.h"
 #include "installer/private_copy.h"
 #include "installer/run_options.h"
 #include "installer/start_messages.h"
@@ -14,6 +15,15 @@
 #include "platform/platform.h"
 #include "platform/processes.h"
 #include "wini/uninstaller_events.h"
+
+UninstallRelaunch::UninstallRelaunch(platform::Platform& platform, StartMessages& messages, DebugLog debugLog)
+    : platform_(platform), messages_(messages), debugLog_(std::move(debugLog)) {}
+
+UninstallRelaunch::~UninstallRelaunch() = default;
+
+bool UninstallRelaunch::isNothingThere(platform::Platform& platform, const std::string& registeredLog) {
+    return !platform.files.exists(registeredLog) && unfinishedLog(platform, registeredLog).empty();
+}
 
 std::string UninstallRelaunch::commandLine(const std::string& image, const std::string& logCopy,
                                            const RunOptions& options, int debugLevel) {
@@ -28,6 +38,9 @@ std::string UninstallRelaunch::commandLine(const std::string& image, const std::
     if (options.receipt) {
         line += " -receipt=" + quotedOption(*options.receipt) +
                 " -receiptLog=" + quotedOption(options.receiptLog);
+    }
+    if (options.exitCodes) {
+        line += " -exitCodes=1";
     }
     if (debugLevel != 0) {
         line += " -debug=" + std::to_string(debugLevel);
@@ -99,10 +112,15 @@ std::optional<UninstallRelaunch::Failure> UninstallRelaunch::runFrom(const std::
         case PrivateCopy::Failure::kNone:
             break;
     }
+    if (movesImage_ && !OwnImage(platform_.files, ownImage).stepAside(copy.image())) {
+        return Failure{"ERROR: Unable to move " + ownImage + " out of the way. Exiting!",
+                       "\"" + ownImage + "\" can't be moved out of the way"};
+    }
     const std::string line = commandLine(copy.image(), copy.log(), options, debugLog_.level());
     debugLog_.line("Calling uninstaller process. Command line: " + line);
     int error = 0;
-    if (platform_.processes.start(line, place, error) == nullptr) {
+    secondStage_ = platform_.processes.start(line, place, error);
+    if (secondStage_ == nullptr) {
         return Failure{"ERROR: Unable to create uninstall process. Exiting!",
                        "\"" + copy.image() + "\" can't be run: " + platform::errorText(error)};
     }

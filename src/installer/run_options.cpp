@@ -1,42 +1,21 @@
 #include "installer/run_options.h"
 
-#include <iterator>
+#include <algorithm>
 
 #include "base/text_functions.h"
+#include "description/run_option_table.h"
 #include "session/command_line_parameters.h"
 
 namespace {
 
-enum class Option {
-    kDebug,
-    kGui,
-    kIgnoreErrors,
-    kBackup,
-    kAuto,
-    kConfigFile,
-    kQuiet,
-    kBin,
-    kUninstall,
-    kUninstallApp,
-    kUninstallFile,
-    kVerify,
-    kReceipt,
-    kReceiptLog,
-    kCount,
-};
+using run_options::Name;
 
-// Indexed by option number.
-constexpr const char* kNames[] = {"debug",         "gui",    "ignoreErrors", "backup",    "auto",
-                                  "configFile",    "quiet",  "bin",          "uninstall", "uninstallApp",
-                                  "uninstallFile", "verify", "receipt",      "receiptLog"};
-static_assert(std::size(kNames) == static_cast<std::size_t>(Option::kCount));
-
-std::optional<std::string> find(const CommandLineParameters& parameters, Option option) {
-    const auto value = parameters.find(kNames[static_cast<std::size_t>(option)]);
+std::optional<std::string> find(const CommandLineParameters& parameters, Name option) {
+    const auto value = parameters.find(option.view());
     return value ? std::optional<std::string>(*value) : std::nullopt;
 }
 
-int readInteger(const CommandLineParameters& parameters, Option option, int absent) {
+int readInteger(const CommandLineParameters& parameters, Name option, int absent) {
     const auto value = find(parameters, option);
     return value ? OUtils::textToInteger(*value) : absent;
 }
@@ -45,35 +24,48 @@ int readInteger(const CommandLineParameters& parameters, Option option, int abse
 
 RunOptions readRunOptions(const CommandLineParameters& parameters) {
     RunOptions options;
-    options.debug = readInteger(parameters, Option::kDebug, 0);
-    options.gui = readInteger(parameters, Option::kGui, 1);
-    options.ignoreErrors = readInteger(parameters, Option::kIgnoreErrors, 0);
-    if (readInteger(parameters, Option::kBackup, 1) != 0) {
+    options.debug = readInteger(parameters, "debug", 0);
+    options.gui = readInteger(parameters, "gui", 1);
+    options.ignoreErrors = readInteger(parameters, "ignoreErrors", 0);
+    if (readInteger(parameters, "backup", 1) != 0) {
         options.sessionFlags |= kSessionBackup;
     }
-    if (find(parameters, Option::kAuto)) {
+    if (find(parameters, "auto")) {
         options.autoMode = true;
         options.gui = 0;
     }
-    options.configFile = find(parameters, Option::kConfigFile);
+    options.configFile = find(parameters, "configFile");
     if (options.configFile) {
         options.gui = 0;
         options.quiet = 1;
     }
-    options.quiet = readInteger(parameters, Option::kQuiet, options.quiet);
-    options.binFile = find(parameters, Option::kBin);
-    options.uninstallLog = find(parameters, Option::kUninstall);
-    options.uninstallApp = find(parameters, Option::kUninstallApp).value_or("");
-    options.uninstallFile = find(parameters, Option::kUninstallFile);
+    options.quiet = readInteger(parameters, "quiet", options.quiet);
+    options.exitCodes = readInteger(parameters, "exitCodes", 0) != 0;
+    options.binFile = find(parameters, "bin");
+    options.uninstallLog = find(parameters, "uninstall");
+    options.uninstallApp = find(parameters, "uninstallApp").value_or("");
+    options.uninstallFile = find(parameters, "uninstallFile");
     if (options.uninstallFile) {
         options.sessionFlags |= kSessionActionLog;
     }
-    options.verifyLog = find(parameters, Option::kVerify);
-    options.receipt = find(parameters, Option::kReceipt);
-    options.receiptLog = find(parameters, Option::kReceiptLog).value_or("");
+    options.verifyLog = find(parameters, "verify");
+    options.receipt = find(parameters, "receipt");
+    options.receiptLog = find(parameters, "receiptLog").value_or("");
     return options;
 }
 
+bool asksForHelp(const CommandLineParameters& parameters) {
+    constexpr std::string_view kWithoutValue;
+    const auto isAsked = [&](std::string_view name) { return parameters.find(name) == kWithoutValue; };
+    return isAsked(Name("help").view()) || std::ranges::any_of(run_options::kOtherHelpNames, isAsked);
+}
+
 std::vector<std::string_view> runOptionNames() {
-    return {std::begin(kNames), std::end(kNames)};
+    std::vector<std::string_view> names;
+    for (const RunOptionRow& row : run_options::kTable) {
+        if (row.kind == RunOptionKind::kSetting) {
+            names.push_back(row.name);
+        }
+    }
+    return names;
 }

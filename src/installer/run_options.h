@@ -17,6 +17,7 @@ struct RunOptions {
     int ignoreErrors = 0;
     bool autoMode = false;
     int quiet = 0;
+    bool exitCodes = false;  // the program's exit code tells how the run ended
     std::uint32_t sessionFlags = 0;
     std::optional<std::string> configFile;
     std::optional<std::string> binFile;
@@ -31,6 +32,9 @@ struct RunOptions {
 // Reads the options in the order that decides how they combine: an answers file and `auto` select the
 // console, and an explicit `quiet` overrides the silence of an answers file.
 RunOptions readRunOptions(const CommandLineParameters& parameters);
+
+// True if help was asked for, by one of its names without a value.
+bool asksForHelp(const CommandLineParameters& parameters);
 
 // The names of all options that readRunOptions looks for.
 std::vector<std::string_view> runOptionNames();

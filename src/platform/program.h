@@ -13,6 +13,9 @@ bool ownImagePath(std::string& outPath);
 // The number of the last failed system call of this thread.
 int lastSystemError();
 
+// Whether the file of a running program can't be removed, only moved on its volume: so on Windows.
+bool keepsRunningPrograms();
+
 // The directories in which only an administrator may create files, the preferred first: the program
 // directory that the registry names on Windows; /opt and /usr/local on Linux. Empty when they can't be
 // determined.

@@ -76,6 +76,9 @@ int Installer::run(InstallerUI* ui, PConsole* console) {
     } catch (const std::exception& error) {
         reportError(*ui, error.what(), "");
     }
+    if (result != 0 && result != kStartAgain) {
+        runOutcome.note(RunEnd::kNotStarted);
+    }
     notice_.show(*ui);
     return result;
 }
@@ -108,6 +111,7 @@ bool Installer::takeTurn(InstallerUI& ui) {
     switch (lock_.take(product)) {
         case ProductLock::Result::kBusy:
             startResult_ = kAnotherRunIsAtWork;
+            runOutcome.note(RunEnd::kAnotherRun);
             say(ui, "Another setup or uninstallation of " + product +
                         " is at work. Nothing was changed; please try again later.");
             return false;
@@ -128,11 +132,13 @@ bool Installer::recover(InstallerUI& ui) {
     switch (work_.recovery().run(concern(), !isUnattended, report)) {
         case Recovery::Outcome::kBusy:
             startResult_ = kAnotherRunIsAtWork;
+            runOutcome.note(RunEnd::kAnotherRun);
             say(ui, "Nothing was changed; please try again later.");
             return false;
         case Recovery::Outcome::kDeclined:
         case Recovery::Outcome::kIncomplete:
             startResult_ = kNotRecovered;
+            runOutcome.note(RunEnd::kNotRecovered);
             return false;
         case Recovery::Outcome::kRecovered:
             startResult_ = kStartAgain;
@@ -171,6 +177,7 @@ std::string Installer::productLog() {
 
 bool Installer::refuseStart(InstallerUI& ui, std::string_view why) {
     const std::string kind = isActionLogSession() ? "uninstallation" : "installation";
+    runOutcome.note(isActionLogSession() ? RunEnd::kNotStarted : RunEnd::kPackageDamaged);
     say(ui, "The " + kind + " can't start: " + std::string(why));
     return false;
 }
@@ -225,6 +232,7 @@ bool Installer::loadDefaultValues(InstallerUI& ui) {
     const DefaultsOutcome outcome =
         model_.variables.loadDefaults(model_.description, answers, parameters, message);
     if (outcome == DefaultsOutcome::kBadConfiguration) {
+        runOutcome.note(RunEnd::kBadAnswers, answers);
         ui.messageBox(message.c_str(), MessageKind::kInformation);
         say(ui, answers + ": " + OUtils::readingErrorText(answers_.load(answers)));
     }
@@ -266,6 +274,7 @@ int Installer::runUI(InstallerUI& ui) {
     if (result != 0) {
         walk_.state().anyFailed = true;  // the front end says next how the run ended
     }
+    noteEnd();
     sayWhyNothingWasDone(ui, result);
     sayWhatStays(ui);
     debugLog.line("Ending installation UI");
@@ -296,6 +305,20 @@ void Installer::sayWhyNothingWasDone(InstallerUI& ui, int result) {
         page == nullptr ? "" : " on the page \"" + std::string(page->name.view()) + "\"";
     const std::string what = isActionLogSession() ? "uninstalled" : "installed";
     say(ui, "Nothing was " + what + ": the run " + (result != 0 ? "was held" : "ended") + where);
+}
+
+// What the work itself has noted comes first.
+void Installer::noteEnd() {
+    const NavigationState& state = walk_.state();
+    const DialogDesc* page = model_.dialogs.getDialog(state.currentDialog, state.currentSubdialog);
+    const std::string_view name = page == nullptr ? std::string_view() : page->name.view();
+    if (state.cancelled) {
+        runOutcome.note(RunEnd::kCancelled, name);
+    } else if (!state.mainWorkTried) {
+        runOutcome.note(name == "RunningApps" ? RunEnd::kProgramRuns : RunEnd::kRefused, name);
+    } else if (state.anyFailed) {
+        runOutcome.note(RunEnd::kFailed, name);
+    }
 }
 
 void Installer::reportError(InstallerUI& ui, std::string_view text, std::string_view reason) {

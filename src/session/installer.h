@@ -62,6 +62,8 @@ public:
     int run(InstallerUI* ui, PConsole* console);
     // Where the action log of the product is now; empty when it isn't installed.
     std::string productLog();
+    // How the run ended, once `run` is over.
+    const RunOutcome& endOfRun() const { return runOutcome; }
     // Frees the cabinet, closes the action log and deletes what the session kept for a revert, unless that is
     // all that is left of an earlier installation: `run` has said then where it is. 0.
     int releaseSession();
@@ -181,6 +183,7 @@ private:
     // For what is said while a graphical run has no window. Everywhere else it is a message.
     void say(InstallerUI& ui, std::string_view line);
     void sayWhyNothingWasDone(InstallerUI& ui, int result);
+    void noteEnd();
     void sayWhatStays(InstallerUI& ui);
     void reportError(InstallerUI& ui, std::string_view text, std::string_view reason);
 

@@ -17,7 +17,7 @@ namespace {
 
 EngineParts engineParts(SessionState& state, SessionModel& model, const platform::Platform& machine,
                         SystemOperations& system) {
-    return {model.view(), state.cabinet, machine, system, state.debugLog};
+    return {model.view(), state.cabinet, machine, system, state.debugLog, &state.runOutcome};
 }
 
 }  // namespace
@@ -153,12 +153,15 @@ bool PageWork::installProduct(InstallerUI& ui) {
     try {
         isInstalled = installation_.run(report, prepare, expectedRemovals());
     } catch (...) {
+        noteFailure("CopyProgress");
         revertBeforeEnd(report);
         throw;
     }
     if (isInstalled) {
         state_.removed.isOnlyCopy = false;
         mark_.noteInstalled();
+    } else {
+        noteFailure("CopyProgress");
     }
     finishJob();
     return isInstalled;
@@ -180,6 +183,19 @@ std::vector<ExpectedRemoval> PageWork::expectedRemovals() {
 void PageWork::revertBeforeEnd(Report& report) {
     if (!installation_.publishedLog().empty() && state_.removed.isOnlyCopy) {
         revert_.revertInstallation(installation_.publishedLog(), uninstallation_, report);
+        noteRevert();
+    }
+}
+
+// Without records and with nothing removed the work hasn't begun.
+void PageWork::noteFailure(std::string_view page) {
+    const bool isNothingChanged = installation_.publishedLog().empty() && state_.removed.isEmpty();
+    state_.runOutcome.note(isNothingChanged ? RunEnd::kNotStarted : RunEnd::kFailed, page);
+}
+
+void PageWork::noteRevert() {
+    if (revert_.tookAllBack()) {
+        state_.runOutcome.noteTakenBack();
     }
 }
 
@@ -189,7 +205,9 @@ bool PageWork::removeEarlier(Report& report) {
         return tryToRemoveEarlier(report);
     } catch (...) {
         if (!state_.removed.isEmpty()) {
+            noteFailure("Uninstall");
             revert_.revertUninstallation(report);
+            noteRevert();
         }
         throw;
     }
@@ -229,6 +247,9 @@ bool PageWork::prepareUninstall(InstallerUI& ui) {
 bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool()>& isToEnd) {
     Report report = reportWholeJobTo(ui);
     const bool isUninstalled = uninstallation_.run(state_.actionLogFile.get(), std::nullopt, report, isToEnd);
+    if (!isUninstalled) {
+        state_.runOutcome.note(isToEnd() ? RunEnd::kCancelled : RunEnd::kFailed, "CopyProgress");
+    }
     if (overall_.isPlanned()) {
         overall_.finish();
     }
@@ -239,8 +260,12 @@ bool PageWork::uninstallCurrentProduct(InstallerUI& ui, const std::function<bool
 bool PageWork::uninstallPrevious(InstallerUI& ui) {
     Report report = reportWholeJobTo(ui);
     planInstallation();
-    return installation_.isPossible(report, expectedRemovals()) && mark_.open(report) &&
-           removeEarlier(report);
+    const bool isRemoved =
+        installation_.isPossible(report, expectedRemovals()) && mark_.open(report) && removeEarlier(report);
+    if (!isRemoved) {
+        noteFailure("Uninstall");
+    }
+    return isRemoved;
 }
 
 bool PageWork::revertInstallation(InstallerUI& ui) {
@@ -252,6 +277,9 @@ bool PageWork::revertInstallation(InstallerUI& ui) {
     }
     const bool isUndone = revert_.revertInstallation(
         state_.isActionLogSession() ? "" : installation_.publishedLog(), uninstallation_, report);
+    if (!isOverEarlier) {
+        noteRevert();
+    }
     if (isOverEarlier) {
         report.note(
             "The earlier version, over which the new one was installed, has been taken back with it. "
@@ -262,13 +290,20 @@ bool PageWork::revertInstallation(InstallerUI& ui) {
 
 bool PageWork::revertUninstallation(InstallerUI& ui) {
     Report report = reportTo(ui);
-    return revert_.revertUninstallation(report);
+    const bool wasNothingRemoved = revert_.revertUninstallation(report);
+    if (installation_.publishedLog().empty()) {
+        noteRevert();
+    }
+    return wasNothingRemoved;
 }
 
 bool PageWork::registerApplication(InstallerUI& ui) {
     Report report = reportWholeJobTo(ui);
     report.beginStage(JobStage::kRegister);
     const bool isRegistered = registerWith(report);
+    if (!isRegistered) {
+        state_.runOutcome.note(RunEnd::kFailed, "RegisterApplication");
+    }
     isRegistered_ = true;
     finishJob();
     return isRegistered;

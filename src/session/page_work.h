@@ -72,6 +72,8 @@ private:
     bool leavesConfigFile() const;
     std::vector<ExpectedRemoval> expectedRemovals();
     void revertBeforeEnd(Report& report);
+    void noteFailure(std::string_view page);
+    void noteRevert();
     bool removeEarlier(Report& report);
     bool tryToRemoveEarlier(Report& report);
     SystemOperations& reversibleSystem();

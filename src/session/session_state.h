@@ -10,6 +10,7 @@
 #include "session/session_flags.h"
 #include "support/debug_log.h"
 #include "support/p_stream.h"
+#include "support/run_outcome.h"
 
 class CommandLineArguments;
 
@@ -29,6 +30,7 @@ struct SessionState {
     std::string applicationPath;                       // overrides the program's directory when set
     std::string configFile;                            // of answers; empty without one
     ErrorList errorList;
+    RunOutcome runOutcome;
     RemovalBackups removed;  // of earlier installations
 
     bool isActionLogSession() const { return actionLogFile != nullptr; }

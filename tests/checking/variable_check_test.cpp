@@ -10,6 +10,8 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
 
 std::vector<std::string> findIn(const std::string& sections) {
     return CheckBench([](const CheckedParts& parts) { checkVariables(parts.context, parts.variables); })
@@ -81,6 +83,19 @@ TEST(VariableCheck, FindsWhatCannotBeSet) {
                 Contains("variable-predefined 2:41"));
     EXPECT_THAT(findIn("<Dialogs><P><Button x='1' y='1' Action='Next'>b</Button></P></Dialogs>"),
                 ElementsAre("action-invalid 2:41"));
+}
+
+TEST(VariableCheck, FindsOptionsThatSetupsHaveThemselves) {
+    const auto option = [](const std::string& name, const std::string& type = "cmdlinearg") {
+        return findIn(values("<Value Name='" + name + "' DataType='" + type + "'>0</Value>") +
+                      fileIn("[" + name + "]"));
+    };
+    for (const char* const name : {"quiet", "QUIET", "Help", "H", "uninstall"}) {
+        EXPECT_THAT(option(name), Contains(StartsWith("variable-option-taken 2:"))) << name;
+    }
+    EXPECT_THAT(option("version"), Not(Contains(StartsWith("variable-option-taken"))));
+    EXPECT_THAT(option("quieter"), Not(Contains(StartsWith("variable-option-taken"))));
+    EXPECT_THAT(option("quiet", "value"), Not(Contains(StartsWith("variable-option-taken"))));
 }
 
 TEST(VariableCheck, FindsReferencesInTheWrongForm) {

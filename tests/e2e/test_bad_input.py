@@ -36,9 +36,12 @@ class BrokenPackage(EndToEndTest):
             self.assertEqual((result.code, result.out), (0, CHECKSUM_TEXT), f"{length}: {result}")
         self.assertFalse(self.host("opt").exists())
 
-    def test_the_bare_image_has_no_package(self):
+    def test_the_bare_image_says_that_it_has_no_package(self):
         result = self.run_program("installer" + EXE, "-auto")
-        self.assertEqual((result.code, result.out), (0, CHECKSUM_TEXT), result)
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertIn("without a package", result.out)
+        self.assertIn("-bin=FILE", result.out)
+        self.assertNotIn("broken download", result.out)
 
     def test_a_broken_binary_file_is_reported(self):
         for content in (b"", b"short", b"\0" * 1000, b"\x27\x63\x27\x63" + b"\0" * 500):

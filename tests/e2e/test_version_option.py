@@ -31,5 +31,28 @@ class VersionOption(EndToEndTest):
         self.assertEqual(self.read_text("opt/note.txt"), "1")
 
 
+class HelpOption(EndToEndTest):
+    def test_a_setup_explains_itself_and_leaves_nothing(self):
+        values = '<Value Name="SPEED" DataType="value">\u009b1m12</Value><Value Name="SECRET" DataType="value">xyzzy</Value>'
+        pages = ('<Ask><Field Type="EditBox" Label="How fast" x="1" y="1">SPEED</Field>'
+                 '<Field Type="Password" Label="Password" x="1" y="9">SECRET</Field></Ask>')
+        setup = self.build_package(description(self.native("opt"), "", pages, values=values), {})
+        before = self.tree(".")
+        for option in ("-help", "--help", "-h", "-?"):
+            result = self.run_program(setup, option, "-debug=4")
+            self.assertEqual((result.code, result.err), (0, ""), result)
+            self.assertIn("This is the setup of Test Product", result.out)
+            self.assertIn("  -configFile=FILE\n", result.out)
+            self.assertIn('  SPEED\n      How fast\n      default: "?1m12"\n', result.out)
+            self.assertIn("  SECRET\n      Password\n", result.out)
+            self.assertNotIn("xyzzy", result.out)
+        self.assertEqual(self.tree("."), before)
+
+    def test_the_bare_image_explains_itself(self):
+        result = self.run_program("installer" + EXE, "-help")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertIn("without a package", result.out)
+
+
 if __name__ == "__main__":
     main()

@@ -8,6 +8,7 @@
 #include "engine/removal_journal.h"
 #include "fakes/recording_window.h"
 #include "installer/console_control.h"
+#include "installer/help_text.h"
 #include "installer/version_option.h"
 #include "package/package_writer.h"
 #include "platform/memory/memory_platform.h"
@@ -122,6 +123,24 @@ TEST_F(InstallerProgramTest, SaysItsVersionWithoutRightsOrALog) {
     EXPECT_TRUE(boxes_.empty());
 }
 
+TEST_F(InstallerProgramTest, HelpsWithoutRightsOrALog) {
+    machine_.files.setReadOnly("/opt");
+    machine_.files.setReadOnly("C:\\Programs");
+    const std::string package = packageOption(
+        "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname></ProductDesc><DefValues>"
+        "<Value Name='HELP' DataType='cmdlinearg'>none</Value></DefValues>"
+        "<Dialogs><Hello Special='Finish'/></Dialogs></TandrelGroupInstallation>");
+    for (const char* const option : {"-help", "--help", "-h", "-?"}) {
+        machine_.console.output.clear();
+        EXPECT_EQ(run({option, "-debug=1", package}), 0) << option;
+        EXPECT_NE(machine_.console.output.find("This is the setup of Demo.\n"), std::string::npos) << option;
+        EXPECT_EQ(machine_.console.errors, "");
+    }
+    EXPECT_FALSE(machine_.files.hasFile("/tmp/installer_debug.log"));
+    EXPECT_TRUE(boxes_.empty());
+    EXPECT_TRUE(windows_.made.empty());
+}
+
 TEST_F(InstallerProgramTest, ADescriptionMayReadAnOptionOfTheNameOfTheVersion) {
     const std::string package = packageOption(
         "<TandrelGroupInstallation><ProductDesc><Fullname>Demo</Fullname></ProductDesc><DefValues>"
@@ -209,13 +228,10 @@ TEST_F(InstallerProgramTest, WithoutRightsNeitherInstallingNorUninstallingStarts
     EXPECT_TRUE(machine_.processes.started.empty());
 }
 
-TEST_F(InstallerProgramTest, AFailedChecksumIsToldAndTheExitCodeStaysZero) {
+TEST_F(InstallerProgramTest, AMissingPackageIsToldAndTheExitCodeStaysZero) {
     EXPECT_EQ(run({"-auto", "-debug=1"}), 0);
-    EXPECT_NE(machine_.console.output.find(
-                  "The checksum of the installer doesn't match. This could indicate a broken download.\n"
-                  "Please, try downloading again!\n"),
-              std::string::npos);
-    EXPECT_TRUE(logHolds("ERROR: The installer checksum failed!"));
+    EXPECT_NE(machine_.console.output.find(noPackageText() + "\n"), std::string::npos);
+    EXPECT_TRUE(logHolds("ERROR: This program has no package"));
     EXPECT_TRUE(logHolds("Installation finished (res=-1)"));
 }
 
@@ -249,6 +265,35 @@ TEST_F(InstallerProgramTest, TheRelaunchWinsOverTheSecondStage) {
     ASSERT_EQ(machine_.processes.started.size(), 1U);
     EXPECT_NE(machine_.processes.started[0].commandLine.find("-gui=0"), std::string::npos);
     EXPECT_TRUE(machine_.events.signals.empty());
+}
+
+TEST_F(InstallerProgramTest, TheRelaunchHandsOnTheCodeOfTheSecondStage) {
+    machine_.files.addFile("/product/log", "log");
+    machine_.processes.waitsBeforeEnd = 3;
+    machine_.processes.exitCodes = {static_cast<int>(RunEnd::kRefused), -1};
+    EXPECT_EQ(run({"-uninstall=/product/log", "-gui=0", "-exitCodes=1"}), static_cast<int>(RunEnd::kRefused));
+    ASSERT_EQ(machine_.processes.started.size(), 1U);
+    EXPECT_NE(machine_.processes.started[0].commandLine.find(" -exitCodes=1"), std::string::npos);
+    EXPECT_EQ(run({"-uninstall=/product/log", "-gui=0", "-exitCodes=1"}), static_cast<int>(RunEnd::kFailed))
+        << "no code of a second stage that came to its end";
+}
+
+TEST_F(InstallerProgramTest, ExitCodesTellWhatHappenedBeforeASession) {
+    const auto code = [](RunEnd end) { return static_cast<int>(end); };
+    EXPECT_EQ(run({"-exitCodes=1", "-gui=0", "alpha"}), code(RunEnd::kBadCommandLine));
+    EXPECT_EQ(run({"-exitCodes=1", "-auto"}), code(RunEnd::kPackageDamaged));
+    EXPECT_EQ(run({"-exitCodes=1", "-version"}), 0);
+    EXPECT_EQ(run({"-exitCodes=1", "-gui=0", "-uninstall=/none.log"}), code(RunEnd::kNothingToDo));
+    machine_.files.setReadOnly("/opt");
+    machine_.files.setReadOnly("C:\\Programs");
+    EXPECT_EQ(run({"-exitCodes=1", "-auto"}), code(RunEnd::kNoRights));
+    windows_.available = false;
+    EXPECT_EQ(run({"-exitCodes=1"}), code(RunEnd::kNoFrontEnd));
+}
+
+TEST_F(InstallerProgramTest, ExitCodesTellHowASessionEnded) {
+    EXPECT_EQ(run({"-exitCodes=1", "-auto", packageOption()}), static_cast<int>(RunEnd::kRefused));
+    EXPECT_EQ(run({"-auto", packageOption()}), 0);
 }
 
 TEST_F(InstallerProgramTest, TheSecondStageSignalsBothEventsAndTellsItsOutcome) {
@@ -451,15 +496,12 @@ TEST_F(InstallerProgramTest, AWindowThatCannotBeMadeIsToldInABox) {
     EXPECT_EQ(boxTexts(), std::vector<std::string>{"The installation can't start: the window can't be made"});
 }
 
-TEST_F(InstallerProgramTest, AWindowIsNotMadeForAPackageWithAFailedChecksum) {
+TEST_F(InstallerProgramTest, AWindowIsNotMadeWithoutAPackage) {
     EXPECT_EQ(run({"-debug=1"}), 0);
     EXPECT_EQ(windows_.questions, 1);
     EXPECT_TRUE(windows_.made.empty());
-    EXPECT_EQ(boxTexts(),
-              std::vector<std::string>{
-                  "The checksum of the installer doesn't match. This could indicate a broken download.\n"
-                  "Please, try downloading again!"});
-    EXPECT_TRUE(logHolds("ERROR: The installer checksum failed!"));
+    EXPECT_EQ(boxTexts(), std::vector<std::string>{noPackageText()});
+    EXPECT_TRUE(logHolds("ERROR: This program has no package"));
 }
 
 TEST_F(InstallerProgramTest, TheConsoleTakesOverWhereAPersonIsAtATerminal) {
@@ -562,14 +604,12 @@ TEST_F(InstallerProgramTest, WithoutRightsAGraphicalRunSaysSoInABox) {
     EXPECT_EQ(machine_.console.output, "");
 }
 
-TEST_F(InstallerProgramTest, AFailedChecksumIsToldInABoxOfAGraphicalRun) {
+TEST_F(InstallerProgramTest, AMissingPackageIsToldInABoxOfAGraphicalRun) {
     EXPECT_EQ(run({"-debug=1"}), 0);
-    EXPECT_EQ(boxTexts(), std::vector<std::string>{
-                              "The checksum of the installer doesn't match. This could indicate a broken "
-                              "download.\nPlease, try downloading again!"});
+    EXPECT_EQ(boxTexts(), std::vector<std::string>{noPackageText()});
     EXPECT_EQ(boxes_[0].icon, platform::MessageIcon::kError);
-    EXPECT_EQ(machine_.console.output.find("checksum"), std::string::npos);
-    expectInOrder({"ERROR: The installer checksum failed!", "Installation finished (res=-1)"});
+    EXPECT_EQ(machine_.console.output.find("package"), std::string::npos);
+    expectInOrder({"ERROR: This program has no package", "Installation finished (res=-1)"});
 }
 
 TEST_F(InstallerProgramTest, ASeparateFileThatIsNoPackageIsToldInABoxOfAGraphicalRun) {

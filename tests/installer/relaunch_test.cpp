@@ -8,6 +8,7 @@
 #include "installer/run_options.h"
 #include "installer/start_messages.h"
 #include "platform/memory/memory_platform.h"
+#include "platform/processes.h"
 #include "wini/uninstaller_events.h"
 
 namespace {
@@ -88,6 +89,44 @@ TEST_F(RelaunchTest, PassesTheReceiptOnWithThePathOfTheLog) {
     EXPECT_EQ(UninstallRelaunch::commandLine("i", "l", options_, 0),
               "\"i\" -uninstallFile=\"l\" -uninstallApp=\"My Product\" "
               "-receipt=\"/receipts/my receipt.json\" -receiptLog=\"/product/install.log\"");
+}
+
+TEST_F(RelaunchTest, PassesTheWishForExitCodesOn) {
+    options_.exitCodes = true;
+    EXPECT_TRUE(UninstallRelaunch::commandLine("i", "l", options_, 0).ends_with(" -exitCodes=1"));
+}
+
+TEST_F(RelaunchTest, KnowsWhenThereIsNothingToUninstall) {
+    platform::Platform bundle = machine_.bundle();
+    EXPECT_FALSE(UninstallRelaunch::isNothingThere(bundle, logPath_));
+    EXPECT_TRUE(UninstallRelaunch::isNothingThere(bundle, "/product/none.log"));
+}
+
+TEST_F(RelaunchTest, GivesTheSecondStageAway) {
+    platform::Platform bundle = machine_.bundle();
+    UninstallRelaunch relaunch(bundle, messages_, log_);
+    EXPECT_EQ(relaunch.takeSecondStage(), nullptr);
+    EXPECT_TRUE(relaunch.run(logPath_, options_));
+    EXPECT_NE(relaunch.takeSecondStage(), nullptr);
+}
+
+TEST_F(RelaunchTest, WhereTheSystemKeepsItTheImageStepsAside) {
+    platform::Platform bundle = machine_.bundle();
+    UninstallRelaunch relaunch(bundle, messages_, log_);
+    relaunch.moveImageAside();
+    EXPECT_TRUE(relaunch.run(logPath_, options_));
+    EXPECT_EQ(machine_.files.content("/product/uninstall"), "the program");
+    EXPECT_EQ(machine_.files.content("/tmp/ormeluninst-2/ormelformer.dll"), "the program");
+}
+
+TEST_F(RelaunchTest, AnImageThatCannotStepAsideIsNotUninstalled) {
+    platform::Platform bundle = machine_.bundle();
+    UninstallRelaunch relaunch(bundle, messages_, log_);
+    relaunch.moveImageAside();
+    machine_.files.setReadOnly("/product");
+    EXPECT_FALSE(relaunch.run(logPath_, options_));
+    EXPECT_NE(machine_.console.errors.find("can't be moved out of the way"), std::string::npos);
+    EXPECT_TRUE(machine_.processes.started.empty());
 }
 
 TEST_F(RelaunchTest, WithoutAnApplicationTheOptionIsEmpty) {

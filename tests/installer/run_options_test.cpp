@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "session/command_line_parameters.h"
 
 namespace {
@@ -91,6 +93,33 @@ TEST_F(RunOptionsTest, BothDashesAreAccepted) {
 
 TEST_F(RunOptionsTest, OptionNamesKeepTheirCase) {
     EXPECT_EQ(read({"-Quiet=1"}).quiet, 0);
+}
+
+TEST_F(RunOptionsTest, ExitCodesAreAsked) {
+    EXPECT_FALSE(read({}).exitCodes);
+    EXPECT_FALSE(read({"-exitCodes=0"}).exitCodes);
+    EXPECT_FALSE(read({"-exitCodes"}).exitCodes) << "as every number without a value";
+    EXPECT_TRUE(read({"-exitCodes=1"}).exitCodes);
+}
+
+TEST_F(RunOptionsTest, HelpHasSeveralNamesAndNoValue) {
+    const auto asks = [](const std::vector<std::string>& tokens) {
+        CommandLineParameters parameters;
+        EXPECT_EQ(parameters.parse(tokens), 0);
+        return asksForHelp(parameters);
+    };
+    for (const char* const word : {"-help", "--help", "-h", "-?", "-help="}) {
+        EXPECT_TRUE(asks({"-auto", word})) << word;
+    }
+    EXPECT_FALSE(asks({}));
+    EXPECT_FALSE(asks({"-help=me"}));
+    EXPECT_FALSE(asks({"-Help"}));
+}
+
+TEST_F(RunOptionsTest, QuestionsAreNoSettingsOfARun) {
+    const std::vector<std::string_view> names = runOptionNames();
+    EXPECT_NE(std::find(names.begin(), names.end(), "uninstallFile"), names.end());
+    EXPECT_EQ(std::find(names.begin(), names.end(), "help"), names.end());
 }
 
 TEST_F(RunOptionsTest, TheFirstOfTwoEqualOptionsCounts) {

@@ -11,12 +11,13 @@
 #include "description/condition_parser.h"
 #include "description/pxml.h"
 #include "description/pxml_entities.h"
+#include "description/run_option_table.h"
 #include "description/vocabulary.h"
 #include "engine/additional_actions.h"
-#include "installer/run_options.h"
 #include "manual/manual_reader.h"
 #include "manual/manual_text.h"
 #include "packager/command_line.h"
+#include "support/run_outcome.h"
 #include "text/rtf_control_words.h"
 #include "ui/page_entry.h"
 
@@ -37,6 +38,23 @@ Words rtfWords() {
     return words;
 }
 
+Words optionWords() {
+    Words words;
+    for (const RunOptionRow& row : run_options::kTable) {
+        words.emplace_back(row.name);
+    }
+    return words;
+}
+
+Words runEndWords() {
+    Words words;
+    for (const RunEndRow& row : kRunEnds) {
+        words.push_back(std::to_string(static_cast<int>(row.end)));
+        words.emplace_back(row.name);
+    }
+    return words;
+}
+
 struct Table {
     const char* page;  // of docs/manual, that describes each word
     const char* name;
@@ -51,8 +69,8 @@ const Table kTables[] = {
     {"documents.md", "control words of rich text", "src/text/rtf_control_words.cpp", rtfWords},
     {"system-changes.md", "actions", "src/engine/additional_actions.cpp",
      [] { return wordsOf(AdditionalActions::actionNames()); }},
-    {"running.md", "options of a setup", "src/installer/run_options.cpp",
-     [] { return wordsOf(runOptionNames()); }},
+    {"running.md", "options of a setup", "src/description/run_option_table.h", optionWords},
+    {"running.md", "exit codes of a setup", "src/support/run_outcome.h", runEndWords},
     {"packager.md", "commands of the packager", "src/packager/command_line.cpp",
      [] { return wordsOf(commandNames()); }},
     {"packager.md", "options of the packager", "src/packager/command_line.cpp",

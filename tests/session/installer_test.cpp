@@ -501,6 +501,8 @@ TEST_F(InstallerTest, SaysWhereARunEndedThatInstalledNothing) {
     ui_.script = [this] { return session_.dialogNext(&ui_, 1); };
     EXPECT_EQ(run(), 0);
     EXPECT_TRUE(session_.hasErrors());
+    EXPECT_EQ(session_.endOfRun().end(), RunEnd::kRefused);
+    EXPECT_EQ(session_.endOfRun().why(), "End");
     EXPECT_EQ(ui_.callsOf("addMessage"),
               Lines{"addMessage(\"Nothing was installed: the run ended on the page \"End\"\")"});
 }
@@ -517,6 +519,7 @@ TEST_F(InstallerTest, FailsWhenTheFrontEndDoesAfterTheWork) {
     };
     EXPECT_EQ(run(), -1);
     EXPECT_TRUE(session_.hasErrors());
+    EXPECT_EQ(session_.endOfRun().end(), RunEnd::kFailed);
     EXPECT_EQ(ui_.countOf("addMessage"), 0);
 }
 
@@ -532,6 +535,7 @@ TEST_F(InstallerTest, FailsWhenItIsCancelledAfterTheWork) {
     };
     EXPECT_EQ(run(), 0);
     EXPECT_TRUE(session_.hasErrors());
+    EXPECT_EQ(session_.endOfRun().end(), RunEnd::kCancelled);
 }
 
 TEST_F(InstallerTest, RemarksOnNamesThatNobodyKnows) {

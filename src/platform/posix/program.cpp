@@ -26,6 +26,10 @@ int lastSystemError() {
     return errno;
 }
 
+bool keepsRunningPrograms() {
+    return false;
+}
+
 std::vector<std::string> administratorDirectories(Registry&) {
     return {"/opt", "/usr/local"};
 }

@@ -31,6 +31,10 @@ int lastSystemError() {
     return static_cast<int>(GetLastError());
 }
 
+bool keepsRunningPrograms() {
+    return true;
+}
+
 std::vector<std::string> administratorDirectories(Registry& registry) {
     RegistryValue value;
     if (registry.readValue(RegistryRoot::kLocalMachine, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion",
