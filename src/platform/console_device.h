@@ -66,6 +66,9 @@ public:
     virtual bool windowSize(int& outColumns, int& outRows) = 0;
     virtual bool isInputTerminal() = 0;
     virtual bool isOutputTerminal() = 0;
+    // True when the system opened the console's window for this program alone, as by a double click on
+    // Windows: it vanishes with the program.
+    virtual bool ownsWindow() { return false; }
 
     // A pause in the dialogue. Here and not a plain call, so that scripted dialogues take no time.
     virtual void sleepMilliseconds(std::uint32_t milliseconds) = 0;

@@ -23,6 +23,7 @@ public:
     int columns = 0;  // 0: the output is not a terminal
     int rows = 0;
     bool inputIsTerminal = false;
+    bool isOwnWindow = false;
     bool interrupted = false;
     bool echo = true;
     std::function<void()> beforeRead;  // called at each read of a line or key
@@ -96,6 +97,7 @@ public:
     }
     bool isInputTerminal() override { return inputIsTerminal; }
     bool isOutputTerminal() override { return columns > 0; }
+    bool ownsWindow() override { return isOwnWindow; }
 
     void sleepMilliseconds(std::uint32_t milliseconds) override {
         slept += milliseconds;

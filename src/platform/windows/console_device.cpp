@@ -37,6 +37,15 @@ public:
     }
     bool isInputTerminal() override { return input_.isTerminal(); }
     bool isOutputTerminal() override { return output_.isTerminal(); }
+    bool ownsWindow() override {
+        STARTUPINFOW start{};
+        GetStartupInfoW(&start);
+        DWORD programs[2];
+        // Whoever starts programs by a click says how their window is shown; a console of a service or a test
+        // has just one program as well.
+        return isOutputTerminal() && (start.dwFlags & STARTF_USESHOWWINDOW) != 0 &&
+               GetConsoleProcessList(programs, 2) == 1;
+    }
     void sleepMilliseconds(std::uint32_t milliseconds) override { platform::sleepMilliseconds(milliseconds); }
 
 protected:
