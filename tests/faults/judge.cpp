@@ -54,16 +54,16 @@ public:
     Judgement judgeKill();
 
 private:
-    void judgeSuccess(const RunOutcome& outcome);
-    void judgeFailure(const FaultPlan& plan, const RunOutcome& outcome);
-    void judgeWhatStays(const std::vector<Difference>& differences, const RunOutcome& outcome);
+    void judgeSuccess(const RunResult& outcome);
+    void judgeFailure(const FaultPlan& plan, const RunResult& outcome);
+    void judgeWhatStays(const std::vector<Difference>& differences, const RunResult& outcome);
     void repeatSetup(OperationKind operation);
     void endProduct();
     bool removeAllowedFiles();
     bool isAllowed(const Difference& difference);
-    bool isNamed(const Difference& difference, const RunOutcome& outcome) const;
+    bool isNamed(const Difference& difference, const RunResult& outcome) const;
 
-    RunOutcome follow(OperationKind operation) {
+    RunResult follow(OperationKind operation) {
         CallGate gate(std::string("the run after ") + nameOf(operation_));
         return Operations::run(operation, machine_, gate);
     }
@@ -77,7 +77,7 @@ private:
 };
 
 // The system gives no reason for the last one.
-bool saysWhy(const RunOutcome& outcome, const FaultKind& kind, const std::string& failedCall) {
+bool saysWhy(const RunResult& outcome, const FaultKind& kind, const std::string& failedCall) {
     return outcome.says(platform::errorText(kind.fileStatus)) ||
            outcome.says(platform::registryErrorText(kind.registryStatus)) ||
            (failedCall.starts_with("broadcastEnvironment") && outcome.says("known"));
@@ -87,7 +87,7 @@ Judgement Case::judgeFault(const FaultPlan& plan) {
     CallGate gate(std::string(nameOf(operation_)) + " with a fault at call " + std::to_string(plan.call));
     gate.setPlan(plan);
     Operations::prepareGate(operation_, gate);
-    const RunOutcome outcome = Operations::run(operation_, machine_, gate);
+    const RunResult outcome = Operations::run(operation_, machine_, gate);
     judgement_.call = gate.failedCall();
     judgement_.said = outcome.said;
     if (outcome.succeeded) {
@@ -100,7 +100,7 @@ Judgement Case::judgeFault(const FaultPlan& plan) {
 }
 
 // An earlier version that couldn't go entirely leaves its records to the new one, so these may be others.
-void Case::judgeSuccess(const RunOutcome& outcome) {
+void Case::judgeSuccess(const RunResult& outcome) {
     for (const Difference& difference : differencesOf(operations_.stateAfter(operation_), machine_.state())) {
         // What a log says is seen when the product goes.
         const bool isContinued =
@@ -111,7 +111,7 @@ void Case::judgeSuccess(const RunOutcome& outcome) {
     }
 }
 
-void Case::judgeFailure(const FaultPlan& plan, const RunOutcome& outcome) {
+void Case::judgeFailure(const FaultPlan& plan, const RunResult& outcome) {
     const std::vector<Difference> before =
         differencesOf(operations_.stateBefore(operation_), machine_.state());
     const std::vector<Difference> after = differencesOf(operations_.stateAfter(operation_), machine_.state());
@@ -135,7 +135,7 @@ void Case::judgeFailure(const FaultPlan& plan, const RunOutcome& outcome) {
 
 // The next run takes up what is left of this one.
 void Case::repeatSetup(OperationKind operation) {
-    const RunOutcome outcome = follow(operation);
+    const RunResult outcome = follow(operation);
     if (outcome.succeeded != (operation != OperationKind::kRevert)) {
         find("The same setup, run again, ends otherwise than it should");
         for (const std::string& line : outcome.said) {
@@ -150,7 +150,7 @@ void Case::repeatSetup(OperationKind operation) {
 }
 
 // What the records say is seen when the product goes.
-void Case::judgeWhatStays(const std::vector<Difference>& differences, const RunOutcome& outcome) {
+void Case::judgeWhatStays(const std::vector<Difference>& differences, const RunResult& outcome) {
     for (const Difference& difference : differences) {
         const bool isOtherRecord = isRecord(difference) && !difference.found.empty();
         if (!isOtherRecord && !isAllowed(difference) && !isNamed(difference, outcome)) {
@@ -169,7 +169,7 @@ bool Case::isAllowed(const Difference& difference) {
 }
 
 // By itself, or by a directory or key that it is in.
-bool Case::isNamed(const Difference& difference, const RunOutcome& outcome) const {
+bool Case::isNamed(const Difference& difference, const RunResult& outcome) const {
     std::string subject = nameInMessages(difference);
     for (std::size_t end = subject.size(); end != std::string::npos && end > 0;
          end = subject.find_last_of("/\\:")) {
@@ -184,7 +184,7 @@ bool Case::isNamed(const Difference& difference, const RunOutcome& outcome) cons
 // Whatever is there now, an uninstallation ends it. One that fails because of what is allowed to stay has to
 // succeed once that has been taken away.
 void Case::endProduct() {
-    RunOutcome outcome{true, false, {}};
+    RunResult outcome{true, false, {}};
     for (int runs = 0; runs < 2 && machine_.fakes.files.hasFile(SampleProduct::kLog); ++runs) {
         outcome = follow(OperationKind::kUninstall);
         if (outcome.succeeded || !removeAllowedFiles()) {

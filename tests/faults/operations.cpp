@@ -9,7 +9,7 @@ using SampleProduct::Version;
 
 constexpr const char* kNames[] = {"install", "upgrade", "revert", "uninstall"};
 
-void require(bool holds, const char* what, const RunOutcome& outcome,
+void require(bool holds, const char* what, const RunResult& outcome,
              const std::vector<Difference>& differences) {
     if (holds && differences.empty()) {
         return;
@@ -39,7 +39,7 @@ Machine Operations::preparedMachine() {
 Machine Operations::installedMachine() const {
     Machine machine(cleanMachine_);
     CallGate gate("install");
-    const RunOutcome outcome = install(machine, gate, Version::kFirst);
+    const RunResult outcome = install(machine, gate, Version::kFirst);
     require(outcome.succeeded, "the installation fails", outcome, {});
     return Machine(machine);
 }
@@ -57,14 +57,14 @@ void Operations::tryOut() {
         Machine machine(machineBefore(operation));
         CallGate gate(nameOf(operation));
         prepareGate(operation, gate);
-        const RunOutcome outcome = run(operation, machine, gate);
+        const RunResult outcome = run(operation, machine, gate);
         const bool isToSucceed = operation != OperationKind::kRevert;
         require(outcome.succeeded == isToSucceed, nameOf(operation), outcome, {});
         if (operation == OperationKind::kUpgrade) {
             second_ = machine.state();
             Machine last(machine);
             CallGate again("uninstall");
-            const RunOutcome end = uninstall(last, again);
+            const RunResult end = uninstall(last, again);
             require(end.succeeded, "version 2 can't be uninstalled", end,
                     differencesOf(clean_, last.state()));
         }
@@ -100,7 +100,7 @@ void Operations::prepareGate(OperationKind operation, CallGate& gate) {
     }
 }
 
-RunOutcome Operations::run(OperationKind operation, Machine& machine, CallGate& gate) {
+RunResult Operations::run(OperationKind operation, Machine& machine, CallGate& gate) {
     switch (operation) {
         case OperationKind::kInstall:
             return install(machine, gate, Version::kFirst);

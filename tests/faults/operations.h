@@ -35,7 +35,7 @@ public:
 
     // A gate that counts from the right call on.
     static void prepareGate(OperationKind operation, CallGate& gate);
-    static RunOutcome run(OperationKind operation, Machine& machine, CallGate& gate);
+    static RunResult run(OperationKind operation, Machine& machine, CallGate& gate);
     // How many calls of the class it makes when nothing fails.
     int countCalls(OperationKind operation, CallClass callClass) const;
 

@@ -87,7 +87,7 @@ public:
                     shell_,
                     firewall_} {}
 
-    RunOutcome run(const std::string& path, std::uint32_t flags) {
+    RunResult run(const std::string& path, std::uint32_t flags) {
         const DebugLog debugLog(log_);
         SystemServices services(platform_, debugLog);
         AnswersFile answers(files_);
@@ -95,7 +95,7 @@ public:
         Wini session(platform_, services, answers, nested, debugLog, WiniArguments());
         session.setUnattended(true);
         AgreeingUI ui(session, gate_);
-        RunOutcome outcome;
+        RunResult outcome;
         if (session.loadCabinet(path.c_str(), 0, flags) != 0) {
             outcome.said.push_back(session.loadError());
             return outcome;
@@ -121,12 +121,12 @@ private:
 
 }  // namespace
 
-bool RunOutcome::says(const std::string& text) const {
+bool RunResult::says(const std::string& text) const {
     return std::ranges::any_of(said,
                                [&](const std::string& line) { return line.find(text) != std::string::npos; });
 }
 
-bool RunOutcome::namesPath(const std::string& path) const {
+bool RunResult::namesPath(const std::string& path) const {
     const std::string wanted = withSlashes(path);
     return std::ranges::any_of(said, [&](const std::string& line) {
         const std::string text = withSlashes(line);
@@ -139,13 +139,13 @@ bool RunOutcome::namesPath(const std::string& path) const {
     });
 }
 
-RunOutcome install(Machine& machine, CallGate& gate, SampleProduct::Version version) {
+RunResult install(Machine& machine, CallGate& gate, SampleProduct::Version version) {
     return Session(machine, gate).run(SampleProduct::packageOf(version), kSessionBackup);
 }
 
-RunOutcome uninstall(Machine& machine, CallGate& gate) {
+RunResult uninstall(Machine& machine, CallGate& gate) {
     MemoryFileSystem& files = machine.fakes.files;
-    RunOutcome outcome{false, true, {"there is no log"}};
+    RunResult outcome{false, true, {"there is no log"}};
     for (int runs = 0; runs < 2 && outcome.isToStartAgain && files.hasFile(SampleProduct::kLog); ++runs) {
         files.addFile(kLogCopy, files.content(SampleProduct::kLog));
         outcome = Session(machine, gate).run(kLogCopy, kSessionActionLog);

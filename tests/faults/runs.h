@@ -8,7 +8,7 @@
 #include "sample_product.h"
 
 // What a run says of itself.
-struct RunOutcome {
+struct RunResult {
     bool succeeded = false;
     bool isToStartAgain = false;  // an interrupted run was taken back; the product has its earlier log again
     // Notes, boxes, lines about failures and the summary of errors, in their order.
@@ -20,6 +20,6 @@ struct RunOutcome {
 };
 
 // Each is a whole session without questions, all of whose calls pass the gate.
-RunOutcome install(Machine& machine, CallGate& gate, SampleProduct::Version version);
+RunResult install(Machine& machine, CallGate& gate, SampleProduct::Version version);
 // From the product's log, as the uninstaller's second stage does it. Without a log it fails.
-RunOutcome uninstall(Machine& machine, CallGate& gate);
+RunResult uninstall(Machine& machine, CallGate& gate);
