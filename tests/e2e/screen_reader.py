@@ -132,7 +132,8 @@ def linux_widget(node, place):
     role = LINUX_ROLES.get(node["role"])
     if node["role"] == "text":
         role = "text box" if "single-line" in states else "lines"
-    if role is None or "showing" not in states:
+    # What has no place has gone while it was looked at.
+    if role is None or "showing" not in states or node["rectangle"] is None:
         return None
     value = node["value"]
     return Widget(role, node["name"], node["text"] or "", node["description"], tuple(node["rectangle"]),
@@ -156,7 +157,7 @@ def has_focus(node):
 
 def client_of(node):
     """The innermost of the panels that fill a frame."""
-    while len(node["children"]) == 1:
+    while len(node["children"]) == 1 and node["children"][0]["rectangle"] is not None:
         node = node["children"][0]
     return tuple(node["rectangle"])
 
@@ -174,7 +175,7 @@ class LinuxProbe(Probe):
             self.environment["ASAN_OPTIONS"] = "detect_leaks=0:" + os.environ.get("ASAN_OPTIONS", "")
 
     def views(self):
-        return [linux_view(node) for node in self.act("tree")["windows"]]
+        return [linux_view(node) for node in self.act("tree")["windows"] if node["rectangle"] is not None]
 
     def end_programs(self):
         for process in {view.process for view in self.views()}:
