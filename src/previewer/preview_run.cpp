@@ -218,8 +218,10 @@ SizeWalk PreviewRun::startWindowWalk(std::size_t set, int size) {
     SizeWalk walk;
     walk.size = size;
     walk.directory = directoryOf(set, std::to_string(size));
-    const std::string hundredths = std::to_string(size % 100 + 100).substr(1);
-    surroundings_.machine.environment.set("GDK_DPI_SCALE", std::to_string(size / 100) + "." + hundredths);
+    if (!platform::setLetterSize(surroundings_.machine.environment, size)) {
+        fail("letters of " + std::to_string(size) +
+             " % can't be had: on this system the desktop's setting counts");
+    }
     int error = 0;
     const auto child = surroundings_.machine.processes.start(commandLineOf(set, size), "", error);
     if (child == nullptr || !child->wait(kPatience) || child->exitCode() != 0) {

@@ -9,6 +9,7 @@ import struct
 import subprocess
 import unittest
 
+import screen_reader
 from harness import BIN, EXE, WINDOWS, EndToEndTest, main
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
@@ -43,6 +44,11 @@ ANSWERS = '<R><DefValues><Value Name="KIND" DataType="value">1</Value></DefValue
 ENVIRONMENT = {}
 if os.environ.get("TANDREL_E2E_KIND") == "sanitized":
     ENVIRONMENT["ASAN_OPTIONS"] = "detect_leaks=0:" + os.environ.get("ASAN_OPTIONS", "")
+
+
+def setUpModule():
+    if WINDOWS:
+        screen_reader.probe()
 
 
 class PreviewTest(EndToEndTest):
@@ -139,7 +145,35 @@ class Preview(PreviewTest):
         self.assertEqual(self.preview("--strict").code, 1)
 
 
-@unittest.skipIf(WINDOWS, "pictures are drawn on Linux alone")
+@unittest.skipUnless(WINDOWS, "Linux has a display in memory")
+class PicturesOnAScreen(PreviewTest):
+    def test_each_page_is_drawn_on_the_users_own_display(self):
+        result = self.preview("--display", "--strict")
+        self.assertEqual((result.code, result.err), (0, ""), result)
+        self.assertRegex(result.out, r": 3 pictures, 0 faults\r?\n$")
+        width, height = self.size_of("out/default-100/install-01-Welcome.png")
+        self.assertGreaterEqual(width, 400)
+        self.assertAlmostEqual(width / height, 2, delta=0.05)
+        # The words and the button are on it, so it isn't of one colour.
+        self.assertGreater(len(self.read("out/default-100/install-01-Welcome.png")), 1000)
+
+    def test_what_has_changed_is_shown(self):
+        self.assertEqual(self.preview("--display", to="before").code, 0)
+        result = self.preview("--display", "--compare", self.native("before"), caption="&amp;Forward")
+        self.assertIn(": 1 changed, 0 new, 0 gone", result.out, result)
+
+    def test_words_that_are_cut_are_marked(self):
+        result = self.preview("--display", "--strict", caption="A caption that no button of this width can hold")
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("install-01-Welcome.png: cut: ", result.out)
+
+    def test_letters_have_the_size_of_the_desktop(self):
+        result = self.preview("--display", "--sizes", "150")
+        self.assertEqual(result.code, 1, result)
+        self.assertIn("letters of 150 % can't be had: on this system the desktop's setting counts", result.err)
+
+
+@unittest.skipIf(WINDOWS, "letters have sizes, and displays can be in memory, on Linux alone")
 class Pictures(PreviewTest):
     def test_each_page_is_a_picture_for_each_size_of_letters(self):
         result = self.preview("--sizes", "100,200", "--strict")

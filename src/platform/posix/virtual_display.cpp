@@ -151,4 +151,9 @@ std::unique_ptr<VirtualDisplay> startVirtualDisplay(int width, int height, std::
     return nullptr;
 }
 
+bool setLetterSize(Environment& environment, int percent) {
+    const std::string hundredths = std::to_string(percent % 100 + 100).substr(1);
+    return environment.set("GDK_DPI_SCALE", std::to_string(percent / 100) + "." + hundredths);
+}
+
 }  // namespace platform
