@@ -10,6 +10,8 @@
 #include <csignal>
 #include <vector>
 
+#include "platform/environment.h"
+
 namespace platform {
 
 namespace {
