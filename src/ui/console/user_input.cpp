@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/text_columns.h"
 #include "base/text_functions.h"
 #include "ui/console/decimal_text.h"
 #include "ui/console/typed_directory.h"
@@ -305,12 +306,24 @@ void User::pause(std::string_view text) {
     readLine(ignored, kPauseLineLimit);
 }
 
+// Nothing where the line has no room for it.
+std::string User::keysBehind(std::string_view text) {
+    const std::string keys = " " + words_().text("PageKeys");
+    const std::string_view line = text.substr(text.rfind('\n') + 1);  // 0 without a line feed
+    int columns = 0;
+    int rows = 0;
+    const bool hasRoom =
+        terminal_.windowSize(columns, rows) &&
+        OUtils::columnsOf(line) + OUtils::columnsOf(keys) < static_cast<std::size_t>(columns);
+    return hasRoom ? keys : "";
+}
+
 PageTurn User::turnPage(std::string_view text) {
     if (!isAtTerminal()) {
         return InputProvider::turnPage(text);
     }
     const platform::UnechoedInput unechoed(terminal_);
-    terminal_.write(std::string(text) + " " + words_().text("PageKeys"));
+    terminal_.write(std::string(text) + keysBehind(text));
     std::optional<PageTurn> turn;
     for (int key = 0; !turn && canAsk() && takeRead(terminal_.readKey(key));) {
         turn = pageTurnOf(key);

@@ -58,6 +58,7 @@ private:
     bool takeRead(platform::ReadStatus status);
     bool readLine(std::string& outLine, std::size_t maxBytes);
     bool isAtTerminal();
+    std::string keysBehind(std::string_view text);
     bool askHidden(const std::string& prompt, std::string& outText, std::size_t maxKeys);
     bool readHidden(std::string& outText, std::size_t maxKeys);
     bool canAsk();

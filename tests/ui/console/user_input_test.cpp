@@ -72,6 +72,19 @@ TEST_F(UserInput, TurnsPagesByOneKeyAtATerminal) {
     }
 }
 
+TEST_F(UserInput, LeavesOutTheKeysWhereTheyWouldBeBroken) {
+    terminal.inputIsTerminal = true;
+    const auto shownIn = [this](int columns) {
+        terminal.columns = columns;
+        terminal.output.clear();
+        type("\n");
+        user.turnPage("\nmore?");
+        return terminal.output;
+    };
+    EXPECT_EQ(shownIn(34), "\nmore?\n");
+    EXPECT_EQ(shownIn(35), "\nmore? (b goes back, e to the end)\n");
+}
+
 TEST_F(UserInput, TurnsPagesByLinesElsewhere) {
     terminal.lines = {"b"};
     EXPECT_EQ(user.turnPage("more?"), PageTurn::kNext);
