@@ -452,6 +452,18 @@ class Documents(ConsoleTest):
             terminal = self.open_document(80, first)
             self.assert_pages(terminal, pages(text, [first, then]), resize=(80, then))
 
+    def test_one_key_goes_back_and_one_to_the_end(self):
+        self.build_document(NOTES)
+        terminal = self.open_document(80, 10)
+        for key, start in (("\r", "Line 01"), ("b", "Line 09"), ("e", "Line 01")):
+            terminal.expect(start)
+            terminal.expect(NEXT_PAGE + " (b goes back, e to the end)")
+            terminal.type(key)
+        terminal.expect(LINES[-1])
+        code, rest = terminal.rest()
+        self.assertEqual(code, 0, rest)
+        self.assertNotIn(NEXT_PAGE, rest)
+
     def test_an_interrupt_in_the_middle_of_a_document_ends_the_run(self):
         self.build_document(NOTES)
         terminal = self.open_document(80, 10)
