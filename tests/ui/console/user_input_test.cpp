@@ -81,8 +81,8 @@ TEST_F(UserInput, LeavesOutTheKeysWhereTheyWouldBeBroken) {
         user.turnPage("\nmore?");
         return terminal.output;
     };
-    EXPECT_EQ(shownIn(34), "\nmore?\n");
-    EXPECT_EQ(shownIn(35), "\nmore? (b goes back, e to the end)\n");
+    EXPECT_EQ(shownIn(33), "\nmore?\n");
+    EXPECT_EQ(shownIn(34), "\nmore? (b goes back, e to the end)\n");
 }
 
 TEST_F(UserInput, TurnsPagesByLinesElsewhere) {
