@@ -7,9 +7,10 @@
 int programMain(const std::vector<std::string>& arguments) {
     const auto first = arguments.begin() + (arguments.empty() ? 0 : 1);
     const platform::Platform system = platform::systemPlatform();
-    const int result = PreviewRun({system, openWindowToolkit, platform::startVirtualDisplay},
-                                  readPreviewOptions({first, arguments.end()}))
-                           .run();
+    const int result =
+        PreviewRun({system, openWindowToolkit, platform::startVirtualDisplay, platform::setLetterSize},
+                   readPreviewOptions({first, arguments.end()}))
+            .run();
     system.console.flush();
     return result;
 }

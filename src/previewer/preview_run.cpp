@@ -218,7 +218,7 @@ SizeWalk PreviewRun::startWindowWalk(std::size_t set, int size) {
     SizeWalk walk;
     walk.size = size;
     walk.directory = directoryOf(set, std::to_string(size));
-    if (!platform::setLetterSize(surroundings_.machine.environment, size)) {
+    if (!surroundings_.setLetterSize(surroundings_.machine.environment, size)) {
         fail("letters of " + std::to_string(size) +
              " % can't be had: on this system the desktop's setting counts");
     }

@@ -25,6 +25,8 @@ public:
         std::function<std::unique_ptr<platform::VirtualDisplay>(int width, int height,
                                                                 std::string& outReason)>
             startDisplay;
+        // As platform::setLetterSize.
+        std::function<bool(platform::Environment& environment, int percent)> setLetterSize;
     };
 
     PreviewRun(Surroundings surroundings, PreviewOptions options);

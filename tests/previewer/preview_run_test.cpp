@@ -34,7 +34,13 @@ protected:
             return hasDisplay ? std::make_unique<FakeDisplay>() : nullptr;
         };
         const auto openToolkit = [this](std::string&) -> Toolkit* { return &window; };
-        return PreviewRun({machine.bundle(), openToolkit, startDisplay}, readPreviewOptions(arguments)).run();
+        const auto setLetterSize = [this](platform::Environment&, int percent) {
+            letterSize = percent;
+            return hasLetterSizes;
+        };
+        return PreviewRun({machine.bundle(), openToolkit, startDisplay, setLetterSize},
+                          readPreviewOptions(arguments))
+            .run();
     }
     bool says(const std::string& line) const {
         return machine.console.output.find(line) != std::string::npos;
@@ -43,6 +49,8 @@ protected:
     MemoryPlatform machine;
     RecordingToolkit window;
     bool hasDisplay = true;
+    bool hasLetterSizes = true;
+    int letterSize = 0;
     std::string nextSize = "100";
     std::string walk = "page\tinstall-01-Welcome\t300\t200\ncut\t1\t2\t3\t4\tHello.\n";
     std::vector<std::string> commandLines;
@@ -65,8 +73,15 @@ TEST_F(PreviewRunTest, StartsAProcessForTheLettersOfASize) {
                   "\"/bin/previewer\" \"--package\" \"/package\" \"--offset\" \"5\" "
                   "\"--system\" \"windows\" \"--to\" \"/out\" \"--sizes\" \"150\" \"--window-set\" \"0\""});
     EXPECT_EQ(machine.environment.variables["DISPLAY"], ":7");
-    EXPECT_EQ(machine.environment.variables["GDK_DPI_SCALE"], "1.50");
+    EXPECT_EQ(letterSize, 150);
     EXPECT_TRUE(machine.files.hasFile("/out/gtk-3.0/settings.ini"));
+}
+
+TEST_F(PreviewRunTest, CallsNoPictureWhatItIsNot) {
+    hasLetterSizes = false;
+    EXPECT_EQ(run({"--sizes", "150"}), 1);
+    EXPECT_NE(machine.console.errors.find("letters of 150 % can't be had"), std::string::npos);
+    EXPECT_TRUE(commandLines.empty());
 }
 
 TEST_F(PreviewRunTest, FailsOverFaultsOnlyIfItIsStrict) {
