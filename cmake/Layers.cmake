@@ -26,10 +26,14 @@ if(NOT TANDREL_SANITIZE AND NOT TANDREL_FUZZ)
   target_precompile_headers(tandrel_standard_headers PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled/standard_headers.h)
 endif()
 
-# tandrel_precompiled(TARGET): has the standard headers parsed already.
+# tandrel_precompiled(TARGET [HEADER...]): has the standard headers parsed already, or these instead.
 function(tandrel_precompiled target)
   if(TARGET tandrel_standard_headers)
-    target_precompile_headers(${target} REUSE_FROM tandrel_standard_headers)
+    if(ARGN)
+      target_precompile_headers(${target} PRIVATE ${ARGN})
+    else()
+      target_precompile_headers(${target} REUSE_FROM tandrel_standard_headers)
+    endif()
     # The compiler forgets that these headers are the system's, and takes a string's short buffer for all it has.
     target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
   endif()

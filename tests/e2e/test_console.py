@@ -52,6 +52,13 @@ class ConsoleTest(EndToEndTest):
     def start(self, *arguments, **options):
         return self.open_terminal(self.setup, "-gui=0", *arguments, **options)
 
+    def start_as_job(self):
+        """In a shell that says when the program has stopped, reads a line, and lets the program go on."""
+        shell = ["bash", "--norc", "-c", 'set -m; "$@"; echo "[stopped]"; read -r line; fg >/dev/null; echo "[$line]"',
+                 "bash"]
+        self.machine.direct_command = lambda program: shell + [str(program)]
+        return self.start()
+
     def assert_shown(self, shown, expected):
         if WINDOWS:  # the console drops spaces at line ends, and shows those at the end of a prompt late
             shown, expected = ("\n".join(x.rstrip(" ") for x in t.lstrip(" ").split("\n")) for t in (shown, expected))
@@ -129,10 +136,7 @@ class Prompts(ConsoleTest):
     @unittest.skipIf(WINDOWS, "this key suspends the program under Wine")
     def test_the_key_that_suspends_works_while_an_answer_is_edited(self):
         self.build(ASK_SECRET)
-        shell = ["bash", "--norc", "-c", 'set -m; "$@"; echo "[stopped]"; read -r line; fg >/dev/null; echo "[$line]"',
-                 "bash"]
-        self.machine.direct_command = lambda program: shell + [str(program)]
-        terminal = self.start()
+        terminal = self.start_as_job()
         terminal.expect("Secret:")
         terminal.type("\r")
         terminal.expect("Owner [nobody]:")
@@ -244,10 +248,7 @@ class Signals(ConsoleTest):
 
     def test_a_stopped_program_leaves_the_terminal_to_the_shell_and_takes_it_back(self):
         self.build(ASK_SECRET)
-        shell = ["bash", "--norc", "-c", 'set -m; "$@"; echo "[stopped]"; read -r line; fg >/dev/null; echo "[$line]"',
-                 "bash"]
-        self.machine.direct_command = lambda program: shell + [str(program)]
-        terminal = self.start()
+        terminal = self.start_as_job()
         terminal.expect("Secret:")
         os.kill(os.tcgetpgrp(terminal.person), signal.SIGTSTP)
         terminal.expect("[stopped]\n")

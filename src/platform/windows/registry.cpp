@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/windows/registry_keys.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
@@ -15,24 +16,6 @@ namespace {
 
 constexpr std::size_t kLongestKeyName = 255;  // characters of one level
 constexpr DWORD kLongestName = 16384;         // characters of a value's name with the terminator
-
-HKEY rootKeyOf(RegistryRoot root) {
-    switch (root) {
-        case RegistryRoot::kClassesRoot:
-            return HKEY_CLASSES_ROOT;
-        case RegistryRoot::kCurrentUser:
-            return HKEY_CURRENT_USER;
-        case RegistryRoot::kLocalMachine:
-            return HKEY_LOCAL_MACHINE;
-        case RegistryRoot::kUsers:
-            return HKEY_USERS;
-    }
-    return nullptr;
-}
-
-REGSAM viewFlagOf(RegistryView view) {
-    return view == RegistryView::k32Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-}
 
 bool isText(std::uint32_t type) {
     return type == kRegString || type == kRegExpandString || type == kRegMultiString;

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "base/text_functions.h"
+#include "platform/windows/registry_keys.h"
 #include "platform/windows/wide_text.h"
 
 namespace platform {
@@ -14,26 +15,12 @@ constexpr std::size_t kLongestValueName = 16383;  // characters
 constexpr std::string_view kSoftware = "software\\";
 constexpr std::string_view kSoftware32 = "software\\wow6432node\\";
 
-HKEY rootKeyOf(RegistryRoot root) {
-    switch (root) {
-        case RegistryRoot::kClassesRoot:
-            return HKEY_CLASSES_ROOT;
-        case RegistryRoot::kCurrentUser:
-            return HKEY_CURRENT_USER;
-        case RegistryRoot::kLocalMachine:
-            return HKEY_LOCAL_MACHINE;
-        case RegistryRoot::kUsers:
-            return HKEY_USERS;
-    }
-    return nullptr;
-}
-
 class WindowsRegistryRules : public RegistryRules {
 public:
     // The nearest key that is there decides. Opening it with the right to write changes nothing.
     int wouldRefuse(const RegistryKey& key) override {
         std::wstring path = wideOf(key.path);
-        const REGSAM view = key.view == RegistryView::k32Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+        const REGSAM view = viewFlagOf(key.view);
         for (;;) {
             HKEY opened = nullptr;
             const LSTATUS status =
