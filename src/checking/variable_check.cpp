@@ -103,10 +103,9 @@ private:
                 this->use(reference.name, use);
             } else if (isMeantAsVariable(reference.name)) {
                 const std::string name(reference.name.substr(1));
-                report(
-                    "reference-form", use,
-                    "[$" + name + "] is a variable of the environment, not " + name + " of the description",
-                    "Write [" + name + "].");
+                const std::string environments = "[$" + name + "] is a variable of the environment, not ";
+                report("reference-form", use, environments + name + " of the description",
+                       "Write [" + name + "].");
             }
         }
         for (const Reference& reference : dollarReferences(use.text)) {
