@@ -98,6 +98,8 @@ public:
             el_set(editor, EL_HIST, history, lines);
         }
         bindKeys(completion);
+        // Otherwise what is typed between the prompt and the first reading would be echoed twice.
+        el_set(editor, EL_PREP_TERM, 1);
         return true;
     }
 
